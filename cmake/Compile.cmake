@@ -1,0 +1,43 @@
+# How every target of the project is compiled and where its binaries go.
+
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+set(CMAKE_CXX_VISIBILITY_PRESET hidden)
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+if(NOT CMAKE_BUILD_TYPE)
+  set(CMAKE_BUILD_TYPE Release)
+endif()
+
+# All libraries and programs lie side by side, and find each other there.
+set(CMAKE_LIBRARY_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR})
+set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR})
+set(CMAKE_BUILD_RPATH_USE_ORIGIN ON)
+set(CMAKE_BUILD_RPATH $ORIGIN)
+
+set(VELMORA_SANITIZE "" CACHE STRING "Sanitizers to build with, as for -fsanitize=")
+if(VELMORA_SANITIZE)
+  add_compile_options(-fsanitize=${VELMORA_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
+  add_link_options(-fsanitize=${VELMORA_SANITIZE})
+endif()
+
+add_library(velmoraWarnings INTERFACE)
+target_compile_options(velmoraWarnings INTERFACE
+  -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wdouble-promotion
+  -Wold-style-cast -Wnon-virtual-dtor -Wcast-qual -Wundef -Wmissing-declarations -Werror)
+
+# Multiply-add stays multiply, then add: a fused one rounds once and would give other bits than the
+# processors and compilers that do not fuse.
+add_compile_options(-ffp-contract=off)
+
+# jni.h: in the sysroot of a device toolchain, in a JDK elsewhere.
+find_path(JNI_INCLUDE_DIR jni.h
+  HINTS $ENV{JAVA_HOME}/include
+  PATHS /usr/lib/jvm/default-java/include /usr/lib/jvm/java-17-openjdk-amd64/include
+  REQUIRED)
+add_library(velmoraJni INTERFACE)
+target_include_directories(velmoraJni SYSTEM INTERFACE ${JNI_INCLUDE_DIR})
+if(EXISTS ${JNI_INCLUDE_DIR}/linux/jni_md.h)
+  target_include_directories(velmoraJni SYSTEM INTERFACE ${JNI_INCLUDE_DIR}/linux)
+endif()

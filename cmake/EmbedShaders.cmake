@@ -1,0 +1,15 @@
+# embed_shaders(FOLDER OUTPUT): writes a C++ file that holds each FOLDER/NAME.vert and NAME.frag as the
+# string constant NAMEVertexShader or NAMEFragmentShader, as gpu/shader_texts.h declares them.
+function(embed_shaders folder output)
+  file(GLOB shaders CONFIGURE_DEPENDS ${folder}/*.vert ${folder}/*.frag)
+  set(text "#include \"gpu/shader_texts.h\"\n\n")
+  foreach(shader IN LISTS shaders)
+    set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${shader})
+    get_filename_component(name ${shader} NAME)
+    string(REPLACE ".vert" "VertexShader" name ${name})
+    string(REPLACE ".frag" "FragmentShader" name ${name})
+    file(READ ${shader} source)
+    string(APPEND text "const char ${name}[] = R\"GLSL(${source})GLSL\";\n")
+  endforeach()
+  file(CONFIGURE OUTPUT ${output} CONTENT "${text}" @ONLY)
+endfunction()

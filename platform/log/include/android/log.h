@@ -1,0 +1,8 @@
+#pragma once
+
+// The platform's log, as far as the library uses it.
+
+enum { ANDROID_LOG_ERROR = 6 };
+
+extern "C" int __android_log_print(int priority, const char* tag, const char* format, ...)
+    __attribute__((format(printf, 3, 4)));

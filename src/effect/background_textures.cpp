@@ -1,0 +1,96 @@
+#include "effect/background_textures.h"
+
+#include <GLES2/gl2.h>
+#include <android/bitmap.h>
+
+#include <cstdlib>
+#include <cstring>
+
+namespace velmora {
+
+namespace {
+
+constexpr std::size_t bytesPerPixel = 4;
+
+GLuint* slotOf(EffectState& state, int index) {
+    switch (index) {
+        case 0:
+            return &state.waterTexture;
+        case 1:
+            return &state.backgroundTexture;
+        case 2:
+            return &state.backgroundTexture2;
+        default:
+            return nullptr;
+    }
+}
+
+/// Pixels of any other format, or rows shorter than their pixels, would be read past the bitmap's
+/// end.
+bool isRgba8888(const AndroidBitmapInfo& info) {
+    return info.format == ANDROID_BITMAP_FORMAT_RGBA_8888 &&
+           info.stride >= info.width * bytesPerPixel;
+}
+
+/// Padded rows without their padding, which GL ES 2 cannot skip; null without memory. To be freed.
+std::uint8_t* withoutPadding(const AndroidBitmapInfo& info, const void* pixels) {
+    const std::size_t rowBytes = info.width * bytesPerPixel;
+    auto* const packed = static_cast<std::uint8_t*>(std::malloc(rowBytes * info.height));
+    for (std::size_t y = 0; packed != nullptr && y < info.height; ++y) {
+        std::memcpy(packed + y * rowBytes,
+                    static_cast<const std::uint8_t*>(pixels) + y * info.stride, rowBytes);
+    }
+    return packed;
+}
+
+void uploadPixels(const AndroidBitmapInfo& info, const void* pixels) {
+    glTexImage2D(GL_TEXTURE_2D, 0, GL_RGBA, static_cast<GLsizei>(info.width),
+                 static_cast<GLsizei>(info.height), 0, GL_RGBA, GL_UNSIGNED_BYTE, pixels);
+}
+
+void upload(const AndroidBitmapInfo& info, const void* pixels) {
+    if (info.stride == info.width * bytesPerPixel) {
+        uploadPixels(info, pixels);
+        return;
+    }
+    std::uint8_t* const packed = withoutPadding(info, pixels);
+    uploadPixels(info, packed);
+    std::free(packed);
+}
+
+void replaceTexture(GLuint& slot, const AndroidBitmapInfo& info, const void* pixels) {
+    if (slot != 0) {
+        glDeleteTextures(1, &slot);
+    }
+    glGenTextures(1, &slot);
+    glBindTexture(GL_TEXTURE_2D, slot);
+    upload(info, pixels);
+    glTexParameterf(GL_TEXTURE_2D, GL_TEXTURE_WRAP_S, GL_CLAMP_TO_EDGE);
+    glTexParameterf(GL_TEXTURE_2D, GL_TEXTURE_WRAP_T, GL_CLAMP_TO_EDGE);
+    glTexParameterf(GL_TEXTURE_2D, GL_TEXTURE_MAG_FILTER, GL_LINEAR);
+    glTexParameterf(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, GL_LINEAR);
+}
+
+}  // namespace
+
+int loadTexture(EffectState& state, JNIEnv* env, jobject bitmap, int index) {
+    GLuint* const slot = slotOf(state, index);
+    if (slot == nullptr) {
+        return ANDROID_BITMAP_RESULT_BAD_PARAMETER;
+    }
+    AndroidBitmapInfo info{};
+    if (const int result = AndroidBitmap_getInfo(env, bitmap, &info); result < 0) {
+        return result;
+    }
+    if (!isRgba8888(info)) {
+        return ANDROID_BITMAP_RESULT_BAD_PARAMETER;
+    }
+    void* pixels = nullptr;
+    if (const int result = AndroidBitmap_lockPixels(env, bitmap, &pixels); result < 0) {
+        return result;
+    }
+    replaceTexture(*slot, info, pixels);
+    return AndroidBitmap_unlockPixels(env, bitmap);
+}
+
+}  // namespace velmora

@@ -1,0 +1,39 @@
+#include "effect/frame.h"
+
+#include <GLES2/gl2.h>
+
+#include "effect/touch.h"
+#include "solver/fluid_step.h"
+
+namespace velmora {
+
+namespace {
+
+/// Lighter by a little, so that no channel of the ink is quite black.
+float lightened(float channel) {
+    return static_cast<float>(static_cast<double>(channel) + 0.05);
+}
+
+/// Returns the ink amount that the frame shows.
+float stepInk(EffectState& state, InkColor inkColor) {
+    const InkColor frameColor{lightened(inkColor.r), lightened(inkColor.g), lightened(inkColor.b)};
+    state.inkColorOffset = 0.001f;
+    stepFluid(state);  // with the settings that the previous frame left
+    state.backwardStepSize = 1.0f;
+    state.timeStep = 0.25f;
+    state.inkIntensity = 0.02f;
+    return advanceTouchFrame(state, frameColor);
+}
+
+}  // namespace
+
+void startFrame(const EffectState& state) {
+    glViewport(0, 0, state.screenWidth, state.screenHeight);
+}
+
+void drawFrame(EffectState& state, const WaterFrame& frame, InkColor inkColor) {
+    const float inkAmount = frame.inkEnabled ? stepInk(state, inkColor) : 0.0f;
+    drawWater(state, frame, inkAmount);
+}
+
+}  // namespace velmora

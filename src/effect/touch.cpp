@@ -1,0 +1,217 @@
+#include "effect/touch.h"
+
+#include <cmath>
+#include <optional>
+
+#include "gpu/ink_passes.h"
+#include "simd/saturate.h"
+
+namespace velmora {
+
+namespace {
+
+constexpr std::int32_t shortDragFrames = 9;  // a drag of no more frames finishes like a tap
+
+std::int32_t difference(std::int32_t a, std::int32_t b) {
+    return saturatedInt(std::int64_t{a} - b);
+}
+
+/// The movement since the previous event; returns its length in pixels.
+float measureMovement(TouchVariables& touch, std::int32_t x, std::int32_t y) {
+    touch.touchDeltaX = difference(x, touch.lastEventX);
+    touch.touchDeltaY = difference(y, touch.lastEventY);
+    // Unsigned: the squares of the two longest movements sum to 2^63.
+    const auto square = [](std::int64_t d) { return static_cast<std::uint64_t>(d * d); };
+    return std::sqrt(static_cast<float>(square(touch.touchDeltaX) + square(touch.touchDeltaY)));
+}
+
+void startStroke(TouchVariables& touch, std::int32_t x, std::int32_t y) {
+    touch.strokeLastX = x;
+    touch.strokeLastY = y;
+}
+
+void handleWhilePressed(TouchVariables& touch, std::int32_t x, std::int32_t y,
+                        std::int32_t action) {
+    if (action == ActionDown) {
+        touch.pressFrames = 1;
+        startStroke(touch, x, y);
+    } else if (action == ActionMove) {
+        const float distance = measureMovement(touch, x, y);
+        if (touch.pressFrames >= holdFrames || distance > slowDragSpeed) {
+            touch.touchPhase = Dragging;
+            touch.dragFrames = 0;
+        }
+    }
+}
+
+void handleWhileDragging(TouchVariables& touch, std::int32_t x, std::int32_t y,
+                         std::int32_t action) {
+    const float distance = measureMovement(touch, x, y);
+    touch.dragSpeedClass = distance > fastDragSpeed   ? FastDrag
+                           : distance > slowDragSpeed ? MediumDrag
+                                                      : SlowDrag;
+    if (action == ActionUp) {
+        const bool isShort = touch.pressFrames < holdFrames && touch.dragFrames <= shortDragFrames;
+        touch.touchPhase = Pressed;
+        if (!isShort) {
+            touch.pressFrames = 2 * tapInkFrames;  // ends the press at the next frame, without ink
+        }
+    }
+}
+
+void endGesture(EffectState& state, TouchVariables& touch) {
+    state.inkAmount = 0.0f;
+    touch.touchPhase = Idle;
+    touch.pressFrames = 0;
+}
+
+void applyPreset(EffectState& state, const TouchPreset& preset) {
+    state.sourceRadius = preset.sourceRadius;
+    state.impulseDensity = preset.impulseDensity;
+    state.velocityDissipation = preset.velocityDissipation;
+    state.inkDissipation = preset.inkDissipation;
+    state.sourceStrength = preset.sourceStrength;
+    state.inkRadius = preset.inkRadius;
+}
+
+TouchPreset tapPresetAt(std::int32_t frame) {
+    TouchPreset preset = tapPreset;
+    preset.sourceStrength =
+        frame < tapSourceFrames ? tapPreset.sourceStrength * static_cast<float>(frame) : 0.0f;
+    preset.inkRadius = tapPreset.inkRadius * static_cast<float>(frame);
+    return preset;
+}
+
+TouchPreset slowDragPresetAt(float pressureFactor) {
+    TouchPreset preset = slowDragPreset;
+    preset.sourceStrength *= pressureFactor;
+    preset.inkRadius *= pressureFactor;
+    return preset;
+}
+
+InkStroke strokeTo(const TouchVariables& touch, std::int32_t mode, Float2 previous) {
+    return {mode,
+            previous,
+            {static_cast<float>(touch.touchX), static_cast<float>(touch.touchY)},
+            touch.touchX,
+            touch.touchY};
+}
+
+std::optional<InkStroke> stepPressed(EffectState& state, TouchVariables& touch) {
+    const std::int32_t frame = touch.pressFrames;
+    std::optional<InkStroke> stroke;
+    state.dragMode = TapMode;
+    applyPreset(state, tapPresetAt(frame));
+    if (frame < tapInkFrames) {
+        const Float2 previous{static_cast<float>(std::int64_t{touch.touchX} - touch.touchDeltaX),
+                              static_cast<float>(std::int64_t{touch.touchY} - touch.touchDeltaY)};
+        stroke = strokeTo(touch, TapMode, previous);
+        state.backwardStepSize = static_cast<float>(frame) * 0.1f;
+    }
+    touch.pressFrames = frame + 1;
+    if (touch.pressFrames > holdFrames && touch.lastTouchAction != ActionMove) {
+        touch.touchPhase = Idle;
+        touch.pressFrames = 0;
+        touch.idleFrames = 0;
+    }
+    return stroke;
+}
+
+InkStroke stepDragging(EffectState& state, TouchVariables& touch) {
+    switch (touch.dragSpeedClass) {
+        case FastDrag:
+            state.dragSegment = {touch.strokeLastX, touch.strokeLastY, touch.touchX, touch.touchY};
+            applyPreset(state, fastDragPreset);
+            break;
+        case MediumDrag:
+            applyPreset(state, mediumDragPreset);
+            break;
+        case SlowDrag:
+            applyPreset(state, slowDragPresetAt(touch.pressureFactor));
+            break;
+        default:
+            break;
+    }
+    if (touch.dragSpeedClass >= SlowDrag) {
+        state.dragMode = touch.dragSpeedClass;
+    }
+    const Float2 previous{static_cast<float>(touch.strokeLastX),
+                          static_cast<float>(touch.strokeLastY)};
+    const InkStroke stroke = strokeTo(touch, state.dragMode, previous);
+    startStroke(touch, touch.touchX, touch.touchY);
+    ++touch.dragFrames;
+    return stroke;
+}
+
+void stepIdle(EffectState& state, TouchVariables& touch) {
+    // The counter stops where it has done its work: a screen may stay idle for longer than an int
+    // counts.
+    touch.idleFrames = touch.idleFrames < idleFadeFrames ? touch.idleFrames + 1 : touch.idleFrames;
+    if (touch.idleFrames >= idleFadeFrames) {
+        state.inkDissipation = idleInkDissipation;
+    }
+}
+
+std::optional<InkStroke> stepTouchPhase(EffectState& state, TouchVariables& touch) {
+    std::optional<InkStroke> stroke;
+    if (touch.touchPhase == Pressed) {
+        stroke = stepPressed(state, touch);
+    } else if (touch.touchPhase == Dragging) {
+        stroke = stepDragging(state, touch);
+    }
+    if (touch.touchPhase == Idle) {  // also where the press has just ended
+        stepIdle(state, touch);
+    }
+    return stroke;
+}
+
+}  // namespace
+
+void handleTouchEvent(EffectState& state, std::int32_t x, std::int32_t y, std::int32_t action,
+                      float pressure) {
+    const std::lock_guard guard(gTouch.lock);
+    TouchVariables& touch = gTouch;
+    const double p = static_cast<double>(pressure);
+    touch.pressureFactor =
+        pressure > 0.0f ? static_cast<float>(static_cast<double>(0.2f) + p * p) : 0.0f;
+    touch.touchX = x;
+    touch.touchY = y;
+    state.inkAmount = 1.0f;
+    touch.lastTouchAction = action;
+    if (touch.touchPhase == Pressed) {
+        handleWhilePressed(touch, x, y, action);
+    } else if (touch.touchPhase == Dragging) {
+        handleWhileDragging(touch, x, y, action);
+    } else if (action == ActionDown) {
+        touch.touchPhase = Pressed;
+        startStroke(touch, x, y);
+    }
+    if (action == ActionCancel) {
+        endGesture(state, touch);
+    }
+    touch.lastEventX = x;
+    touch.lastEventY = y;
+}
+
+void clearInk(EffectState& state) {
+    const std::lock_guard guard(gTouch.lock);
+    state.dragMode = SlowDrag;
+    state.inkDissipation = 0.0f;
+    endGesture(state, gTouch);
+}
+
+float advanceTouchFrame(EffectState& state, InkColor color) {
+    std::optional<InkStroke> stroke;
+    float shownInk;
+    {
+        const std::lock_guard guard(gTouch.lock);
+        stroke = stepTouchPhase(state, gTouch);
+        shownInk = state.inkAmount;
+    }
+    if (stroke) {
+        depositInk(state, *stroke, color);
+    }
+    return shownInk;
+}
+
+}  // namespace velmora

@@ -1,0 +1,121 @@
+#include "gpu/gpu_resources.h"
+
+#include <GLES2/gl2.h>
+
+#include <cstdlib>
+#include <cstring>
+#include <utility>
+
+#include "gpu/shader_texts.h"
+#include "solver/velocity_packing.h"
+
+namespace velmora {
+
+namespace {
+
+void forgetTarget(RenderTarget& target) {
+    target.framebuffer = 0;
+    target.texture = 0;
+}
+
+void replaceTarget(RenderTarget& target, int width, int height) {
+    if (target.framebuffer != 0) {
+        deleteRenderTarget(target);
+    }
+    target = createRenderTarget(width, height);
+}
+
+void replaceInkTargets(EffectState& state) {
+    if (state.inkFront.framebuffer != 0) {
+        deleteRenderTarget(state.inkFront);
+        deleteRenderTarget(state.inkBack);
+    }
+    state.inkFront = createRenderTarget(state.inkWidth, state.inkHeight);
+    state.inkBack = createRenderTarget(state.inkWidth, state.inkHeight);
+}
+
+template <class Pass>
+void namePass(Pass& pass, const char* name) {
+    std::free(std::exchange(pass.name, strdup(name)));
+}
+
+void namePasses(EffectState& state) {
+    namePass(state.advectVelocityPass, "AdvectVelocity");
+    namePass(state.advectDensityPass, "AdvectDensity");
+    namePass(state.jacobiPass, "Jacobi");
+    namePass(state.subtractGradientPass, "SubtractGradient");
+    namePass(state.computeDivergencePass, "ComputeDivergence");
+    namePass(state.addInkPass, "AddInk");
+    namePass(state.addVelocityPass, "AddVelocity");
+}
+
+void allocateGrids(EffectState& state) {
+    const std::int32_t width = state.velocityGridWidth;
+    const std::int32_t height = state.velocityGridHeight;
+    reallocateGrid(state.velocity, width, height, 2);
+    reallocateGrid(state.velocityScratch, width, height, 2);
+    reallocateGrid(state.inkDensity, state.inkWidth, state.inkHeight, 1);
+    reallocateGrid(state.inkDensityScratch, state.inkWidth, state.inkHeight, 1);
+    reallocateGrid(state.pressure, width, height, 1);
+    reallocateGrid(state.pressureScratch, width, height, 1);
+    reallocateGrid(state.divergence, width, height, 1);
+    reallocatePackedVelocity(state.packedVelocity, width, height);
+    clearGrid(state.velocity, 2);
+    clearGrid(state.velocityScratch, 2);
+    clearGrid(state.inkDensity, 1);
+    clearGrid(state.inkDensityScratch, 1);
+}
+
+void clearInkTargets(const EffectState& state) {
+    glViewport(0, 0, state.inkWidth, state.inkHeight);
+    glBindFramebuffer(GL_FRAMEBUFFER, state.inkFront.framebuffer);
+    clearBoundTarget();
+    glBindFramebuffer(GL_FRAMEBUFFER, state.inkBack.framebuffer);
+    clearBoundTarget();
+}
+
+void initInkResources(EffectState& state) {
+    buildProgram(state.waterProgram, waterVertexShader, waterInkFragmentShader);
+    buildProgram(state.advectProgram, quadVertexShader, advectFragmentShader);
+    buildProgram(state.impulseProgram, quadVertexShader, impulseFragmentShader);
+    namePasses(state);
+    replaceTarget(state.velocityTarget, state.velocityGridWidth, state.velocityGridHeight);
+    replaceInkTargets(state);
+    allocateGrids(state);
+    if (state.quadBuffer != 0) {
+        glDeleteBuffers(1, &state.quadBuffer);
+    }
+    glGenBuffers(1, &state.quadBuffer);
+    glBlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA);
+    clearInkTargets(state);
+}
+
+}  // namespace
+
+void replaceContext(EffectState& state) {
+    joinSolver(state);
+    std::free(std::exchange(state.packedVelocity, nullptr));
+    state.waterProgram = {};
+    state.advectProgram = {};
+    state.impulseProgram = {};
+    state.waterTexture = 0;
+    state.backgroundTexture = 0;
+    state.backgroundTexture2 = 0;
+    forgetTarget(state.velocityTarget);
+    forgetTarget(state.inkFront);
+    forgetTarget(state.inkBack);
+    glGenBuffers(1, &state.meshPositionBuffer);
+    glGenBuffers(1, &state.meshHeightBuffer);
+    glGenBuffers(1, &state.meshIndexBuffer);
+}
+
+void initGPUResources(EffectState& state, bool inkEnabled) {
+    joinSolver(state);
+    if (inkEnabled) {
+        initInkResources(state);
+    } else {
+        buildProgram(state.waterProgram, waterVertexShader, waterFragmentShader);
+    }
+}
+
+}  // namespace velmora

@@ -1,0 +1,108 @@
+#include "gpu/ink_passes.h"
+
+#include <cmath>
+#include <cstddef>
+#include <utility>
+
+#include "gpu/gl_calls.h"
+
+namespace velmora {
+
+namespace {
+
+struct QuadVertex {
+    GLshort x, y;
+    GLshort u, v;
+};
+
+constexpr QuadVertex quad[4] = {{-1, -1, 0, 0}, {1, -1, 1, 0}, {-1, 1, 0, 1}, {1, 1, 1, 1}};
+
+void pointAttribute(GLuint location, std::size_t offset) {
+    glEnableVertexAttribArray(location);
+    glVertexAttribPointer(location, 2, GL_SHORT, GL_FALSE, sizeof(QuadVertex),
+                          reinterpret_cast<const void*>(offset));
+}
+
+/// The end that all passes share: draws over the whole bound target, then lets go of everything.
+void drawQuad(const EffectState& state) {
+    glBindBuffer(GL_ARRAY_BUFFER, state.quadBuffer);
+    glBufferData(GL_ARRAY_BUFFER, sizeof quad, quad, GL_STATIC_DRAW);
+    pointAttribute(0, offsetof(QuadVertex, x));
+    pointAttribute(1, offsetof(QuadVertex, u));
+    glDrawArrays(GL_TRIANGLE_STRIP, 0, 4);
+    glDisableVertexAttribArray(0);
+    glDisableVertexAttribArray(1);
+    unbindTextures();
+    glBindFramebuffer(GL_FRAMEBUFFER, 0);
+    glDisable(GL_BLEND);
+}
+
+Float2 screenSize(const EffectState& state) {
+    return {static_cast<float>(state.screenWidth), static_cast<float>(state.screenHeight)};
+}
+
+/// The base time step in texture units.
+Float2 textureTimeStep(const EffectState& state) {
+    const double step = 0.9 * static_cast<double>(state.timeStep);
+    return {static_cast<float>(step / state.velocityGridWidth),
+            static_cast<float>(step / state.velocityGridHeight)};
+}
+
+}  // namespace
+
+void runAdvectPass(const EffectState& state, const RenderTarget& velocity,
+                   const RenderTarget& source, const RenderTarget& destination,
+                   const TouchSnapshot& touch) {
+    const GLuint program = state.advectProgram.program;
+    glUseProgram(program);
+    setUniform(program, "Scale", screenSize(state));
+    setUniform(program, "TimeStep", textureTimeStep(state));
+    setUniform(program, "Dissipation", touch.inkDissipation);
+    setUniform(program, "BackwardStepSize", state.backwardStepSize);
+    setUniform(program, "center",
+               Float2{static_cast<float>(touch.touchX), flippedY(state, touch.touchY)});
+    setUniform(program, "drag", touch.dragMode);
+    setUniform(program, "SourceTexture", 1);
+    glBindFramebuffer(GL_FRAMEBUFFER, destination.framebuffer);
+    bindTexture(GL_TEXTURE0, velocity.texture);
+    bindTexture(GL_TEXTURE1, source.texture);
+    drawQuad(state);
+}
+
+void runImpulsePass(const EffectState& state, const RenderTarget& source,
+                    const RenderTarget& destination, std::int32_t mode, Float2 previous,
+                    Float2 current) {
+    const GLuint program = state.impulseProgram.program;
+    const Float2 along{current.x - previous.x, current.y - previous.y};
+    const float distance = std::sqrt(along.x * along.x + along.y * along.y);
+    const float length = distance == 0.0f ? 1.0f : distance;
+    glViewport(0, 0, state.inkWidth, state.inkHeight);
+    glUseProgram(program);
+    setUniform(program, "current", current);
+    setUniform(program, "previous", previous);
+    setUniform(program, "normal", Float2{along.x / length, along.y / length});
+    setUniform(program, "len", length);
+    setUniform(program, "Radius", state.inkRadius);
+    setUniform(program, "ImpulseDensity", state.impulseDensity);
+    setUniform(program, "Scale", screenSize(state));
+    setUniform(program, "mode", mode);
+    setUniform(program, "Source", 0);
+    glBindFramebuffer(GL_FRAMEBUFFER, destination.framebuffer);
+    bindTexture(GL_TEXTURE0, source.texture);
+    drawQuad(state);
+}
+
+void depositInk(EffectState& state, const InkStroke& stroke, InkColor color) {
+    const auto height = static_cast<float>(state.screenHeight);
+    state.impulseCurrent = {stroke.current.x, height - stroke.current.y};
+    state.impulsePrevious = {stroke.previous.x, height - stroke.previous.y};
+    state.inkColor = color;
+    if (!isInside(state, stroke.touchX, stroke.touchY, state.touchMargin)) {
+        return;
+    }
+    runImpulsePass(state, state.inkFront, state.inkBack, stroke.mode, state.impulsePrevious,
+                   state.impulseCurrent);
+    std::swap(state.inkFront, state.inkBack);
+}
+
+}  // namespace velmora

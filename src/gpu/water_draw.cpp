@@ -1,0 +1,99 @@
+#include "gpu/water_draw.h"
+
+#include "gpu/gl_calls.h"
+
+namespace velmora {
+
+namespace {
+
+void setMeshUniforms(GLuint program, const WaterFrame& frame) {
+    setUniform(program, "uMESH_SIZE_WIDTH", static_cast<float>(frame.meshSizeWidth));
+    setUniform(program, "uMESH_SIZE_HEIGHT", static_cast<float>(frame.meshSizeHeight));
+    setUniform(program, "uNUM_DETAILS_WIDTH", static_cast<float>(frame.numDetailsWidth));
+    setUniform(program, "uNUM_DETAILS_HEIGHT", static_cast<float>(frame.numDetailsHeight));
+    setUniform(program, "uRefractiveIndex", frame.refractiveIndex);
+}
+
+void uploadBuffer(GLenum target, GLuint buffer, GLsizeiptr bytes, const void* data) {
+    glBindBuffer(target, buffer);
+    glBufferData(target, bytes, data, GL_STATIC_DRAW);
+    glBindBuffer(target, 0);
+}
+
+void uploadMesh(const EffectState& state, const WaterFrame& frame) {
+    glBindBuffer(GL_ARRAY_BUFFER, 0);
+    uploadBuffer(GL_ARRAY_BUFFER, state.meshPositionBuffer, GLsizeiptr{frame.positionCount} * 4,
+                 frame.positions);
+    uploadBuffer(GL_ARRAY_BUFFER, state.meshHeightBuffer, GLsizeiptr{frame.heightCount} * 4,
+                 frame.heights);
+    uploadBuffer(GL_ELEMENT_ARRAY_BUFFER, state.meshIndexBuffer, GLsizeiptr{frame.indexCount} * 2,
+                 frame.indices);
+}
+
+/// A location of -1, of a program without the attribute, is passed on: GL rejects it without
+/// effect.
+void pointAttribute(GLint location, GLuint buffer) {
+    glBindBuffer(GL_ARRAY_BUFFER, buffer);
+    glVertexAttribPointer(static_cast<GLuint>(location), 3, GL_FLOAT, GL_FALSE, 0, nullptr);
+    glEnableVertexAttribArray(static_cast<GLuint>(location));
+}
+
+/// What full ink takes from a channel: little from one that the ink's colour holds much of.
+float absorption(const EffectState& state, float channel) {
+    const double light = 1.5 - static_cast<double>(state.inkColorOffset);
+    return static_cast<float>(light / static_cast<double>(channel) - 1.0);
+}
+
+void setInk(const EffectState& state, GLuint program, float inkAmount) {
+    setUniform(program, "Scale",
+               Float2{1.0f / static_cast<float>(state.screenWidth),
+                      1.0f / static_cast<float>(state.screenHeight)});
+    setUniform(program, "ink_color", absorption(state, state.inkColor.r),
+               absorption(state, state.inkColor.g), absorption(state, state.inkColor.b));
+    setUniform(program, "intensity", inkAmount * state.inkIntensity);
+    bindTexture(GL_TEXTURE2, state.inkFront.texture);
+    setUniform(program, "Density", 2);
+}
+
+void setSheen(const EffectState& state, GLuint program, const WaterFrame& frame) {
+    setUniform(program, "alphaRatio1", frame.alphaRatio1Scale * frame.alpha);
+    setUniform(program, "fresnelRatio", frame.fresnelRatio);
+    setUniform(program, "specularRatio", frame.specularRatio);
+    setUniform(program, "exponent", frame.exponent);
+    setUniform(program, "viewportHeight", static_cast<float>(state.screenHeight));
+}
+
+void bindPictures(const EffectState& state, GLuint program, bool useSecondBackground) {
+    bindTexture(GL_TEXTURE0,
+                useSecondBackground ? state.backgroundTexture2 : state.backgroundTexture);
+    setUniform(program, "sBGTexture", 0);
+    bindTexture(GL_TEXTURE1, state.waterTexture);
+    setUniform(program, "sWaterTexture", 1);
+}
+
+}  // namespace
+
+void drawWater(const EffectState& state, const WaterFrame& frame, float inkAmount) {
+    const GLuint program = state.waterProgram.program;
+    glViewport(0, 0, state.screenWidth, state.screenHeight);
+    glUseProgram(program);
+    setMeshUniforms(program, frame);
+    const GLint positionLocation = glGetAttribLocation(program, "aPosition");
+    const GLint heightsLocation = glGetAttribLocation(program, "aHeights");
+    glUniformMatrix4fv(glGetUniformLocation(program, "uMVPMatrix"), 1, GL_FALSE, frame.mvpMatrix);
+    uploadMesh(state, frame);
+    pointAttribute(heightsLocation, state.meshHeightBuffer);
+    pointAttribute(positionLocation, state.meshPositionBuffer);
+    if (frame.inkEnabled) {
+        setInk(state, program, inkAmount);
+    }
+    setSheen(state, program, frame);
+    bindPictures(state, program, frame.useSecondBackground);
+    glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, state.meshIndexBuffer);
+    glDrawElements(GL_TRIANGLES, frame.indexCount, GL_UNSIGNED_SHORT, nullptr);
+    glDisableVertexAttribArray(static_cast<GLuint>(positionLocation));
+    glDisableVertexAttribArray(static_cast<GLuint>(heightsLocation));
+    unbindTextures();
+}
+
+}  // namespace velmora

@@ -1,0 +1,14 @@
+#include "effect/effect_state.h"
+#include "kit/animation_manager.h"
+
+// The library's globals, in the order in which they are made: destruction at unload runs it
+// backwards.
+
+namespace velmora {
+
+constinit bool gInkEnabled = false;
+constinit TouchVariables gTouch;
+constinit EffectState gEffectState;
+AnimationManager gAnimationManager;
+
+}  // namespace velmora

@@ -1,0 +1,128 @@
+#pragma once
+
+#include <arm_neon.h>
+
+#include "simd/lanes.h"
+
+// Four lanes on ARM Advanced SIMD, 64-bit and 32-bit. The 32-bit unit always flushes subnormals to
+// zero.
+
+namespace velmora::neon {
+
+struct Int4 {
+    int32x4_t lanes;
+};
+
+struct Mask4 {
+    uint32x4_t lanes;
+};
+
+struct Float4 {
+    float32x4_t lanes;
+
+    Float4() = default;
+    Float4(float32x4_t all) : lanes(all) {}
+    Float4(float all) : lanes(vdupq_n_f32(all)) {}
+    Float4(float a, float b, float c, float d) {
+        const float all[4] = {a, b, c, d};
+        lanes = vld1q_f32(all);
+    }
+};
+
+inline Float4 load(const float* from) {
+    return vld1q_f32(from);
+}
+inline void store(float* to, Float4 value) {
+    vst1q_f32(to, value.lanes);
+}
+
+inline Pair<Float4> loadPair(const float* from) {
+    const float32x4x2_t cells = vld2q_f32(from);
+    return {cells.val[0], cells.val[1]};
+}
+inline void storePair(float* to, Pair<Float4> cells) {
+    vst2q_f32(to, float32x4x2_t{{cells.x.lanes, cells.y.lanes}});
+}
+
+inline void storePoints(float* to, Float4 x, Float4 y) {
+    vst3q_f32(to, float32x4x3_t{{x.lanes, y.lanes, vdupq_n_f32(0.0f)}});
+}
+
+inline Float4 operator+(Float4 a, Float4 b) {
+    return vaddq_f32(a.lanes, b.lanes);
+}
+inline Float4 operator-(Float4 a, Float4 b) {
+    return vsubq_f32(a.lanes, b.lanes);
+}
+inline Float4 operator*(Float4 a, Float4 b) {
+    return vmulq_f32(a.lanes, b.lanes);
+}
+
+inline Float4 ramp(float start) {
+    return Float4(start) + Float4(0.0f, 1.0f, 2.0f, 3.0f);
+}
+
+inline Mask4 operator<(Float4 a, Float4 b) {
+    return {vcltq_f32(a.lanes, b.lanes)};
+}
+inline Mask4 operator>(Float4 a, Float4 b) {
+    return b < a;
+}
+inline Mask4 operator|(Mask4 a, Mask4 b) {
+    return {vorrq_u32(a.lanes, b.lanes)};
+}
+inline Mask4 operator&(Mask4 a, Mask4 b) {
+    return {vandq_u32(a.lanes, b.lanes)};
+}
+inline bool any(Mask4 a) {
+    const uint32x2_t halves = vorr_u32(vget_low_u32(a.lanes), vget_high_u32(a.lanes));
+    return vget_lane_u64(vreinterpret_u64_u32(halves), 0) != 0;
+}
+inline Float4 select(Mask4 which, Float4 yes, Float4 no) {
+    return vbslq_f32(which.lanes, yes.lanes, no.lanes);
+}
+
+// vmin and vmax give NaN where either is NaN: compare and select keep the other meaning.
+inline Float4 min(Float4 a, Float4 b) {
+    return select(a < b, a, b);
+}
+inline Float4 max(Float4 a, Float4 b) {
+    return select(a > b, a, b);
+}
+
+inline Float4 sqrt(Float4 a) {
+#ifdef __aarch64__
+    return vsqrtq_f32(a.lanes);
+#else
+    // The 32-bit vector unit has estimates only; the scalar one rounds correctly.
+    return {velmora::sqrt(vgetq_lane_f32(a.lanes, 0)), velmora::sqrt(vgetq_lane_f32(a.lanes, 1)),
+            velmora::sqrt(vgetq_lane_f32(a.lanes, 2)), velmora::sqrt(vgetq_lane_f32(a.lanes, 3))};
+#endif
+}
+
+inline Int4 truncate(Float4 a) {
+    // The conversion saturates and takes NaN to 0: what does not fit becomes INT32_MIN here.
+    const uint32x4_t fits = vcaltq_f32(a.lanes, vdupq_n_f32(2147483648.0f));
+    return {vbslq_s32(fits, vcvtq_s32_f32(a.lanes),
+                      vdupq_n_s32(std::numeric_limits<std::int32_t>::min()))};
+}
+inline Float4 toFloat(Int4 a) {
+    return vcvtq_f32_s32(a.lanes);
+}
+
+inline Pair<Float4> gatherPairs(const float* cells, Int4 index) {
+    const auto cell = [&](std::int32_t at) { return vld1_f32(cells + std::ptrdiff_t{at} * 2); };
+    const float32x4_t first =
+        vcombine_f32(cell(vgetq_lane_s32(index.lanes, 0)), cell(vgetq_lane_s32(index.lanes, 1)));
+    const float32x4_t second =
+        vcombine_f32(cell(vgetq_lane_s32(index.lanes, 2)), cell(vgetq_lane_s32(index.lanes, 3)));
+    const float32x4x2_t split = vuzpq_f32(first, second);
+    return {split.val[0], split.val[1]};
+}
+
+inline void storeBytePairs(std::uint8_t* to, Int4 high, Int4 low) {
+    const int32x4_t pairs = vorrq_s32(high.lanes, vshlq_n_s32(low.lanes, 8));
+    vst1_u8(to, vreinterpret_u8_u16(vmovn_u32(vreinterpretq_u32_s32(pairs))));
+}
+
+}  // namespace velmora::neon

@@ -1,0 +1,143 @@
+#pragma once
+
+#include "simd/lanes.h"
+
+// Four lanes as a plain struct: for processors without vectors, and the meaning that the vector
+// versions are tested against.
+
+namespace velmora::plain {
+
+struct Int4 {
+    std::int32_t lane[4];
+};
+
+struct Mask4 {
+    bool lane[4];
+};
+
+struct Float4 {
+    float lane[4];
+
+    Float4() = default;
+    Float4(float all) : lane{all, all, all, all} {}
+    Float4(float a, float b, float c, float d) : lane{a, b, c, d} {}
+};
+
+template <class Operation>
+Float4 eachLane(Float4 a, Float4 b, Operation operation) {
+    Float4 result;
+    for (int k = 0; k < 4; ++k) {
+        result.lane[k] = operation(a.lane[k], b.lane[k]);
+    }
+    return result;
+}
+
+template <class Operation>
+Mask4 eachMask(Float4 a, Float4 b, Operation operation) {
+    Mask4 result;
+    for (int k = 0; k < 4; ++k) {
+        result.lane[k] = operation(a.lane[k], b.lane[k]);
+    }
+    return result;
+}
+
+inline Float4 load(const float* from) {
+    return {from[0], from[1], from[2], from[3]};
+}
+inline void store(float* to, Float4 value) {
+    std::memcpy(to, value.lane, sizeof value.lane);
+}
+
+inline Pair<Float4> loadPair(const float* from) {
+    return {{from[0], from[2], from[4], from[6]}, {from[1], from[3], from[5], from[7]}};
+}
+inline void storePair(float* to, Pair<Float4> cells) {
+    for (int k = 0; k < 4; ++k) {
+        to[2 * k] = cells.x.lane[k];
+        to[2 * k + 1] = cells.y.lane[k];
+    }
+}
+
+inline void storePoints(float* to, Float4 x, Float4 y) {
+    for (int k = 0; k < 4; ++k) {
+        velmora::storePoints(to + 3 * k, x.lane[k], y.lane[k]);
+    }
+}
+
+inline Float4 ramp(float start) {
+    return {start, start + 1.0f, start + 2.0f, start + 3.0f};
+}
+
+inline Float4 operator+(Float4 a, Float4 b) {
+    return eachLane(a, b, [](float x, float y) { return x + y; });
+}
+inline Float4 operator-(Float4 a, Float4 b) {
+    return eachLane(a, b, [](float x, float y) { return x - y; });
+}
+inline Float4 operator*(Float4 a, Float4 b) {
+    return eachLane(a, b, [](float x, float y) { return x * y; });
+}
+inline Float4 min(Float4 a, Float4 b) {
+    return eachLane(a, b, [](float x, float y) { return velmora::min(x, y); });
+}
+inline Float4 max(Float4 a, Float4 b) {
+    return eachLane(a, b, [](float x, float y) { return velmora::max(x, y); });
+}
+inline Float4 sqrt(Float4 a) {
+    return eachLane(a, a, [](float x, float) { return velmora::sqrt(x); });
+}
+
+inline Mask4 operator<(Float4 a, Float4 b) {
+    return eachMask(a, b, [](float x, float y) { return x < y; });
+}
+inline Mask4 operator>(Float4 a, Float4 b) {
+    return b < a;
+}
+inline Mask4 operator|(Mask4 a, Mask4 b) {
+    for (int k = 0; k < 4; ++k) {
+        a.lane[k] = a.lane[k] || b.lane[k];
+    }
+    return a;
+}
+inline Mask4 operator&(Mask4 a, Mask4 b) {
+    for (int k = 0; k < 4; ++k) {
+        a.lane[k] = a.lane[k] && b.lane[k];
+    }
+    return a;
+}
+inline bool any(Mask4 a) {
+    return a.lane[0] || a.lane[1] || a.lane[2] || a.lane[3];
+}
+inline Float4 select(Mask4 which, Float4 yes, Float4 no) {
+    for (int k = 0; k < 4; ++k) {
+        no.lane[k] = velmora::select(which.lane[k], yes.lane[k], no.lane[k]);
+    }
+    return no;
+}
+
+inline Int4 truncate(Float4 a) {
+    return {{velmora::truncate(a.lane[0]), velmora::truncate(a.lane[1]),
+             velmora::truncate(a.lane[2]), velmora::truncate(a.lane[3])}};
+}
+inline Float4 toFloat(Int4 a) {
+    return {velmora::toFloat(a.lane[0]), velmora::toFloat(a.lane[1]), velmora::toFloat(a.lane[2]),
+            velmora::toFloat(a.lane[3])};
+}
+
+inline Pair<Float4> gatherPairs(const float* cells, Int4 index) {
+    Pair<Float4> result;
+    for (int k = 0; k < 4; ++k) {
+        const Pair<float> cell = velmora::gatherPairs(cells, index.lane[k]);
+        result.x.lane[k] = cell.x;
+        result.y.lane[k] = cell.y;
+    }
+    return result;
+}
+
+inline void storeBytePairs(std::uint8_t* to, Int4 high, Int4 low) {
+    for (int k = 0; k < 4; ++k) {
+        velmora::storeBytePairs(to + 2 * k, high.lane[k], low.lane[k]);
+    }
+}
+
+}  // namespace velmora::plain

@@ -1,0 +1,114 @@
+#pragma once
+
+#include <bit>
+#include <cmath>
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <limits>
+
+// The vocabulary that kernels are written in: the same expression compiles for one cell (`float`)
+// and for four neighbouring cells (`Float4`, simd/float4.h), and gives each cell the same bits in
+// both. This file holds the one-cell half, which also defines what the four-lane operations mean:
+//
+//   min(a, b)   a < b ? a : b, so b where either is NaN; max(a, b) likewise with a > b
+//   truncate    towards zero; INT32_MIN where the value does not fit or is NaN
+//   sqrt        correctly rounded
+//   arithmetic  IEEE single precision, one rounding an operation, multiply-add never fused
+//
+// Subnormals are exempt: a processor or a mode may flush them to zero (see
+// simd/flush_subnormals.h).
+
+namespace velmora {
+
+/// The x and y components of one or four cells.
+template <class Lane>
+struct Pair {
+    Lane x;
+    Lane y;
+};
+
+template <class Lane>
+struct LaneTraits;
+
+template <>
+struct LaneTraits<float> {
+    static constexpr std::ptrdiff_t width = 1;
+    using Int = std::int32_t;
+};
+
+template <class Lane>
+using IntOf = typename LaneTraits<Lane>::Int;
+
+template <class Lane>
+Lane load(const float* from) = delete;
+template <>
+inline float load<float>(const float* from) {
+    return *from;
+}
+inline void store(float* to, float value) {
+    *to = value;
+}
+
+template <class Lane>
+Pair<Lane> loadPair(const float* from) = delete;
+template <>
+inline Pair<float> loadPair<float>(const float* from) {
+    return {from[0], from[1]};
+}
+inline void storePair(float* to, Pair<float> cells) {
+    to[0] = cells.x;
+    to[1] = cells.y;
+}
+
+/// start, start + 1, ... one value a lane: exact for whole numbers below 2^24.
+template <class Lane>
+Lane ramp(float start) = delete;
+template <>
+inline float ramp<float>(float start) {
+    return start;
+}
+
+inline float min(float a, float b) {
+    return a < b ? a : b;
+}
+inline float max(float a, float b) {
+    return a > b ? a : b;
+}
+inline float select(bool which, float yes, float no) {
+    return which ? yes : no;
+}
+inline bool any(bool which) {
+    return which;
+}
+inline float sqrt(float value) {
+    return std::sqrt(value);
+}
+
+inline std::int32_t truncate(float value) {
+    const bool fits = value >= -2147483648.0f && value < 2147483648.0f;
+    return fits ? static_cast<std::int32_t>(value) : std::numeric_limits<std::int32_t>::min();
+}
+inline float toFloat(std::int32_t value) {
+    return static_cast<float>(value);
+}
+
+/// Stores the points (x, y, 0), three floats a lane.
+inline void storePoints(float* to, float x, float y) {
+    to[0] = x;
+    to[1] = y;
+    to[2] = 0.0f;
+}
+
+/// The 2-float cells with these indices.
+inline Pair<float> gatherPairs(const float* cells, std::int32_t index) {
+    return loadPair<float>(cells + std::ptrdiff_t{index} * 2);
+}
+
+/// Stores high and low, each in [0, 255], as alternating bytes: high, low, high, low ...
+inline void storeBytePairs(std::uint8_t* to, std::int32_t high, std::int32_t low) {
+    to[0] = static_cast<std::uint8_t>(high);
+    to[1] = static_cast<std::uint8_t>(low);
+}
+
+}  // namespace velmora

@@ -1,0 +1,158 @@
+#pragma once
+
+#include "simd/lanes.h"
+#include "solver/float_grid.h"
+
+// The operators of the velocity solver, in the manner of fragment shaders: an object holds the
+// parameters and grids of one pass, `evaluate` gives one output cell from the cell's own position.
+// The whole-grid kernels below give every cell the same value. Screen positions are in screen
+// pixels, y up; passes run on the solver's worker thread.
+//
+// The scheme is that of J. Stam, "Stable Fluids" (SIGGRAPH 1999): semi-Lagrangian advection, then
+// projection by a pressure that Jacobi relaxation finds.
+
+namespace velmora {
+
+using Float2 = Pair<float>;
+
+/// A pass whose cells hold 2 floats.
+class VectorPass {
+public:
+    constexpr VectorPass() = default;
+    VectorPass(const VectorPass&) = delete;
+    VectorPass& operator=(const VectorPass&) = delete;
+    virtual ~VectorPass();
+    /// Writes the 2 floats of the cell centred at `coord`, in grid units: (i + 0.5, j + 0.5).
+    virtual void evaluate(Float2 coord, float* out) const = 0;
+
+    FloatGrid output{};
+    char* name = nullptr;  // owned, from malloc; null before the pass is named
+};
+
+/// A pass whose cells hold 1 float.
+class ScalarPass {
+public:
+    constexpr ScalarPass() = default;
+    ScalarPass(const ScalarPass&) = delete;
+    ScalarPass& operator=(const ScalarPass&) = delete;
+    virtual ~ScalarPass();
+    /// Writes the float of the cell centred at `coord`, in grid units: (i + 0.5, j + 0.5).
+    virtual void evaluate(Float2 coord, float* out) const = 0;
+
+    FloatGrid output{};
+    char* name = nullptr;  // owned, from malloc; null before the pass is named
+};
+
+/// Semi-Lagrangian self-advection with decay; near the touch a drag pushes the flow.
+class AdvectVelocity final : public VectorPass {
+public:
+    void evaluate(Float2 coord, float* out) const override;
+
+    FloatGrid velocity{};   // carries
+    FloatGrid source{};     // is carried
+    Float2 texelSize{};     // 1 / grid size
+    Float2 cellToScreen{};  // screen pixels a cell
+    float timeStep = 0.0f;
+    float dissipation = 0.0f;
+    Float2 touchPoint{};
+    Float2 touchDelta{};
+    std::int32_t dragMode = 0;
+};
+
+/// The CPU form of the ink advection shader; the effect runs it on the GPU only.
+class AdvectDensity final : public ScalarPass {
+public:
+    void evaluate(Float2 coord, float* out) const override;
+
+    FloatGrid velocity{};
+    FloatGrid source{};
+    Float2 texelSize{};
+    float timeStep = 0.0f;
+    float backStep = 0.0f;
+    float dissipation = 0.0f;
+    Float2 scale{};  // screen pixels a cell
+    Float2 center{};
+    std::int32_t drag = 0;
+};
+
+/// One relaxation step of the pressure's Poisson equation.
+class Jacobi final : public ScalarPass {
+public:
+    void evaluate(Float2 coord, float* out) const override;
+
+    FloatGrid x{};  // current estimate
+    FloatGrid b{};  // right-hand side
+    float alpha = 0.0f;
+    float rbeta = 0.0f;
+    Float2 texelSize{};
+};
+
+/// Takes the pressure gradient out of the velocity.
+class SubtractGradient final : public VectorPass {
+public:
+    void evaluate(Float2 coord, float* out) const override;
+
+    FloatGrid velocity{};
+    FloatGrid pressure{};
+    Float2 texelSize{};
+    float gradientScale = 0.0f;
+};
+
+/// Divergence of the velocity, with a sink at the touch.
+class ComputeDivergence final : public ScalarPass {
+public:
+    void evaluate(Float2 coord, float* out) const override;
+
+    FloatGrid velocity{};
+    Float2 cellToScreen{};
+    Float2 texelSize{};
+    float halfInverseCellSize = 0.0f;
+    float sourceStrength = 0.0f;
+    float sourceRadius = 0.0f;
+    Float2 sourcePoint{};
+};
+
+/// The CPU form of the ink impulse shader; the effect runs it on the GPU only.
+class AddInk final : public ScalarPass {
+public:
+    void evaluate(Float2 coord, float* out) const override;
+
+    FloatGrid source{};
+    Float2 cellToScreen{};
+    Float2 texelSize{};
+    Float2 current{};
+    Float2 previous{};
+    Float2 normal{};  // unit vector
+    std::int32_t mode = 0;
+    float len = 0.0f;
+    float impulseDensity = 0.0f;
+    float radius = 0.0f;
+};
+
+/// Pushes velocity out of a stroke's segment and towards its end.
+class AddVelocity final : public VectorPass {
+public:
+    void evaluate(Float2 coord, float* out) const override;
+
+    FloatGrid velocity{};
+    Float2 cellToScreen{};
+    Float2 texelSize{};
+    Float2 current{};     // stroke end
+    Float2 previous{};    // stroke start
+    Float2 normal{};      // unit vector from start to end
+    float length = 0.0f;  // 1 when the stroke has length 0
+    float radius = 0.0f;
+};
+
+// Each kernel computes every cell of the pass's output and does nothing when that grid does not
+// exist. The input grids have the output's size and are other blocks than it.
+
+void advectVelocityKernel(const AdvectVelocity& pass);
+void computeDivergenceKernel(const ComputeDivergence& pass);
+void subtractGradientKernel(const SubtractGradient& pass);
+void runAddVelocity(const AddVelocity& pass);
+
+/// One Jacobi iteration over the interior; border cells become 0.
+void jacobiSweep(const Jacobi& pass);
+
+}  // namespace velmora

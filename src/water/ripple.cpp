@@ -1,0 +1,62 @@
+#include "water/ripple.h"
+
+#include <cmath>
+#include <cstddef>
+
+#include "simd/float4.h"
+#include "simd/saturate.h"
+
+namespace velmora {
+
+namespace {
+
+constexpr float coneRadius = 3.0f;     // cells
+constexpr float edgeThreshold = 5.0f;  // cells; nearer to an edge the box is clamped to the grid
+constexpr int firstCell = 2;           // lowest column and row ever touched
+
+/// The cells of one axis that a cone may reach.
+struct CellRange {
+    int start;
+    int end;  // exclusive
+};
+
+/// A coordinate relative to the centre of the area, in cells.
+float gridCoordinate(float touch, int areaSize, int count) {
+    return (touch / static_cast<float>(areaSize) + 0.5f) * static_cast<float>(count);
+}
+
+CellRange coneRange(float centre, int count) {
+    const auto cells = static_cast<float>(count);
+    const int lastCell = saturatedInt(std::int64_t{count} - 1);
+    return {centre > edgeThreshold ? saturatedInt(std::floor(centre - 3.0f)) : firstCell,
+            centre < cells - edgeThreshold ? saturatedInt(std::floor(centre + 4.0f)) : lastCell};
+}
+
+/// What a cell at (dx, dy) from the centre gains, `old` where it lies outside the cone. The root is
+/// exact on every processor: an estimate would do for four lanes at once, but would give each
+/// processor other water.
+template <class Lane>
+Lane coneCell(Lane old, Lane dx, Lane dy, Lane strength) {
+    const Lane depth = Lane(coneRadius) - sqrt(dx * dx + dy * dy);
+    return select(depth > Lane(0.0f), old + depth * strength, old);
+}
+
+}  // namespace
+
+void addRipple(float* grid, const RippleTouch& touch) {
+    const float cx = gridCoordinate(touch.x, touch.areaWidth, touch.gridWidth);
+    const float cy = gridCoordinate(touch.y, touch.areaHeight, touch.gridHeight);
+    const CellRange columns = coneRange(cx, touch.gridWidth);
+    const CellRange rows = coneRange(cy, touch.gridHeight);
+    for (int row = rows.start; row < rows.end; ++row) {
+        float* cells = grid + std::ptrdiff_t{row} * touch.gridWidth;
+        const float dy = cy - static_cast<float>(row);
+        forLanes(columns.start, columns.end, [&]<class Lane>(std::ptrdiff_t column) {
+            const Lane dx = Lane(cx) - ramp<Lane>(static_cast<float>(column));
+            store(cells + column,
+                  coneCell(load<Lane>(cells + column), dx, Lane(dy), Lane(touch.strength)));
+        });
+    }
+}
+
+}  // namespace velmora
