@@ -45,8 +45,8 @@ void AnimationManager::notifyAnimations() {
 void AnimationManager::update() {
     mNow = oru::Timer::mIsPaused == 0 ? readClock() : oru::Timer::mPausedTime;
     for (std::size_t i = 0; i < animations.size(); ++i) {
-        animations[i]->update(
-            mNow);  // Read again each time: an animation may set the clock for those after it.
+        // Read again each time: an animation may set the clock for those after it.
+        animations[i]->update(mNow);
     }
 }
 

@@ -8,7 +8,7 @@
 namespace velmora {
 namespace lanes = plain;
 }
-#elif defined(__SSE2__)
+#elif defined(__SSE2__) && defined(__x86_64__)
 #include "simd/float4_sse2.h"
 namespace velmora {
 namespace lanes = sse2;
@@ -48,16 +48,33 @@ inline Float4 ramp<Float4>(float start) {
 }
 
 /// Runs `cell.operator()<Lane>(i)` over the columns [begin, end): four at a time, then the rest one
-/// at a time.
+/// at a time. What the cell uses should be local values: a vector store may alias whatever else a
+/// pointer or reference leads to, which would be read anew for every group.
 template <class Cell>
 void forLanes(std::ptrdiff_t begin, std::ptrdiff_t end, Cell cell) {
     std::ptrdiff_t i = begin;
     for (; i + 4 <= end; i += 4) {
         cell.template operator()<Float4>(i);
     }
-    for (; i < end; ++i) {
+    // At most three: saying so keeps compilers from making vectors of the tail.
+    for (int k = 0; k < 3 && i < end; ++k, ++i) {
         cell.template operator()<float>(i);
     }
+}
+
+/// As forLanes, with the column numbers of the lanes as floats: `cell.operator()<Lane>(i,
+/// columns)`.
+template <class Cell>
+void forColumns(std::ptrdiff_t begin, std::ptrdiff_t end, Cell cell) {
+    Float4 columns = ramp<Float4>(static_cast<float>(begin));
+    forLanes(begin, end, [&]<class Lane>(std::ptrdiff_t i) {
+        if constexpr (LaneTraits<Lane>::width == 4) {
+            cell.template operator()<Float4>(i, columns);
+            columns = columns + Float4(4.0f);
+        } else {
+            cell.template operator()<float>(i, static_cast<float>(i));
+        }
+    });
 }
 
 }  // namespace velmora

@@ -48,6 +48,10 @@ inline void storePoints(float* to, Float4 x, Float4 y) {
     vst3q_f32(to, float32x4x3_t{{x.lanes, y.lanes, vdupq_n_f32(0.0f)}});
 }
 
+inline Float4 shiftIn(Float4 before, Float4 cells) {
+    return vextq_f32(before.lanes, cells.lanes, 3);
+}
+
 inline Float4 operator+(Float4 a, Float4 b) {
     return vaddq_f32(a.lanes, b.lanes);
 }
@@ -120,9 +124,28 @@ inline Pair<Float4> gatherPairs(const float* cells, Int4 index) {
     return {split.val[0], split.val[1]};
 }
 
-inline void storeBytePairs(std::uint8_t* to, Int4 high, Int4 low) {
-    const int32x4_t pairs = vorrq_s32(high.lanes, vshlq_n_s32(low.lanes, 8));
-    vst1_u8(to, vreinterpret_u8_u16(vmovn_u32(vreinterpretq_u32_s32(pairs))));
+inline Neighbours<Float4> gatherNeighbours(const float* cells, Int4 index) {
+    const auto both = [&](std::int32_t at) { return vld1q_f32(cells + std::ptrdiff_t{at} * 2); };
+    const float32x4_t lane0 = both(vgetq_lane_s32(index.lanes, 0));
+    const float32x4_t lane1 = both(vgetq_lane_s32(index.lanes, 1));
+    const float32x4_t lane2 = both(vgetq_lane_s32(index.lanes, 2));
+    const float32x4_t lane3 = both(vgetq_lane_s32(index.lanes, 3));
+    const auto split = [](float32x2_t a, float32x2_t b, float32x2_t c, float32x2_t d) {
+        return vuzpq_f32(vcombine_f32(a, b), vcombine_f32(c, d));
+    };
+    const float32x4x2_t cell =
+        split(vget_low_f32(lane0), vget_low_f32(lane1), vget_low_f32(lane2), vget_low_f32(lane3));
+    const float32x4x2_t next = split(vget_high_f32(lane0), vget_high_f32(lane1),
+                                     vget_high_f32(lane2), vget_high_f32(lane3));
+    return {{cell.val[0], cell.val[1]}, {next.val[0], next.val[1]}};
+}
+
+inline void storeBytePairs(std::uint8_t* to, BytePairs<Int4> first, BytePairs<Int4> second) {
+    const auto pairs = [](BytePairs<Int4> bytes) {
+        const int32x4_t both = vorrq_s32(bytes.high.lanes, vshlq_n_s32(bytes.low.lanes, 8));
+        return vmovn_u32(vreinterpretq_u32_s32(both));
+    };
+    vst1q_u8(to, vreinterpretq_u8_u16(vcombine_u16(pairs(first), pairs(second))));
 }
 
 }  // namespace velmora::neon

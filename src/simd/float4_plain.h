@@ -68,6 +68,10 @@ inline Float4 ramp(float start) {
     return {start, start + 1.0f, start + 2.0f, start + 3.0f};
 }
 
+inline Float4 shiftIn(Float4 before, Float4 cells) {
+    return {before.lane[3], cells.lane[0], cells.lane[1], cells.lane[2]};
+}
+
 inline Float4 operator+(Float4 a, Float4 b) {
     return eachLane(a, b, [](float x, float y) { return x + y; });
 }
@@ -134,9 +138,16 @@ inline Pair<Float4> gatherPairs(const float* cells, Int4 index) {
     return result;
 }
 
-inline void storeBytePairs(std::uint8_t* to, Int4 high, Int4 low) {
+inline Neighbours<Float4> gatherNeighbours(const float* cells, Int4 index) {
+    return {gatherPairs(cells, index), gatherPairs(cells + 2, index)};
+}
+
+inline void storeBytePairs(std::uint8_t* to, BytePairs<Int4> first, BytePairs<Int4> second) {
     for (int k = 0; k < 4; ++k) {
-        velmora::storeBytePairs(to + 2 * k, high.lane[k], low.lane[k]);
+        to[2 * k] = static_cast<std::uint8_t>(first.high.lane[k]);
+        to[2 * k + 1] = static_cast<std::uint8_t>(first.low.lane[k]);
+        to[2 * k + 8] = static_cast<std::uint8_t>(second.high.lane[k]);
+        to[2 * k + 9] = static_cast<std::uint8_t>(second.low.lane[k]);
     }
 }
 

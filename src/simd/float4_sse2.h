@@ -57,6 +57,11 @@ inline void storePoints(float* to, Float4 x, Float4 y) {
     _mm_storeu_ps(to + 8, _mm_shuffle_ps(zeroX3, x3y3, _MM_SHUFFLE(2, 1, 1, 0)));  // 0 x3 y3 0
 }
 
+inline Float4 shiftIn(Float4 before, Float4 cells) {
+    const __m128 edge = _mm_shuffle_ps(before.lanes, cells.lanes, _MM_SHUFFLE(0, 0, 3, 3));
+    return _mm_shuffle_ps(edge, cells.lanes, _MM_SHUFFLE(2, 1, 2, 0));
+}
+
 inline Float4 operator+(Float4 a, Float4 b) {
     return _mm_add_ps(a.lanes, b.lanes);
 }
@@ -107,24 +112,47 @@ inline Float4 toFloat(Int4 a) {
     return _mm_cvtepi32_ps(a.lanes);
 }
 
+/// Where four cells of 2 floats begin. Indices are not negative, so two leave the vector at a time.
+struct CellAddresses {
+    CellAddresses(const float* cells, Int4 index) {
+        const auto low = static_cast<std::uint64_t>(_mm_cvtsi128_si64(index.lanes));
+        const auto high = static_cast<std::uint64_t>(
+            _mm_cvtsi128_si64(_mm_unpackhi_epi64(index.lanes, index.lanes)));
+        at[0] = cells + std::uint64_t{static_cast<std::uint32_t>(low)} * 2;
+        at[1] = cells + (low >> 32) * 2;
+        at[2] = cells + std::uint64_t{static_cast<std::uint32_t>(high)} * 2;
+        at[3] = cells + (high >> 32) * 2;
+    }
+
+    const float* at[4];
+};
+
 inline Pair<Float4> gatherPairs(const float* cells, Int4 index) {
-    alignas(16) std::int32_t at[4];
-    _mm_store_si128(reinterpret_cast<__m128i*>(at), index.lanes);
-    const auto cell = [&](int k) {
-        return reinterpret_cast<const __m64*>(cells + std::ptrdiff_t{at[k]} * 2);
+    const CellAddresses cell(cells, index);
+    const auto both = [](const float* a, const float* b) {
+        const __m128 low = _mm_loadl_pi(_mm_setzero_ps(), reinterpret_cast<const __m64*>(a));
+        return _mm_loadh_pi(low, reinterpret_cast<const __m64*>(b));
     };
-    const __m128 first = _mm_loadh_pi(_mm_loadl_pi(_mm_setzero_ps(), cell(0)), cell(1));
-    const __m128 second = _mm_loadh_pi(_mm_loadl_pi(_mm_setzero_ps(), cell(2)), cell(3));
+    const __m128 first = both(cell.at[0], cell.at[1]);
+    const __m128 second = both(cell.at[2], cell.at[3]);
     return {_mm_shuffle_ps(first, second, _MM_SHUFFLE(2, 0, 2, 0)),
             _mm_shuffle_ps(first, second, _MM_SHUFFLE(3, 1, 3, 1))};
 }
 
-inline void storeBytePairs(std::uint8_t* to, Int4 high, Int4 low) {
-    // The pack saturates signed values: the shifts sign-extend the 16-bit pairs so that it passes
-    // them whole.
-    const __m128i pairs = _mm_or_si128(high.lanes, _mm_slli_epi32(low.lanes, 8));
-    const __m128i extended = _mm_srai_epi32(_mm_slli_epi32(pairs, 16), 16);
-    _mm_storel_epi64(reinterpret_cast<__m128i*>(to), _mm_packs_epi32(extended, extended));
+inline Neighbours<Float4> gatherNeighbours(const float* cells, Int4 index) {
+    const CellAddresses cell(cells, index);
+    __m128 cellX = _mm_loadu_ps(cell.at[0]);
+    __m128 cellY = _mm_loadu_ps(cell.at[1]);
+    __m128 nextX = _mm_loadu_ps(cell.at[2]);
+    __m128 nextY = _mm_loadu_ps(cell.at[3]);
+    _MM_TRANSPOSE4_PS(cellX, cellY, nextX, nextY);
+    return {{cellX, cellY}, {nextX, nextY}};
+}
+
+inline void storeBytePairs(std::uint8_t* to, BytePairs<Int4> first, BytePairs<Int4> second) {
+    const __m128i high = _mm_packs_epi32(first.high.lanes, second.high.lanes);
+    const __m128i low = _mm_packs_epi32(first.low.lanes, second.low.lanes);
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(to), _mm_or_si128(high, _mm_slli_epi16(low, 8)));
 }
 
 }  // namespace velmora::sse2

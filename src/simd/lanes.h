@@ -69,6 +69,12 @@ inline float ramp<float>(float start) {
     return start;
 }
 
+/// The lanes one cell to the left of `cells`: the last of `before`, which lies left of them, then
+/// all but the last of `cells`.
+inline float shiftIn(float before, float /*cells*/) {
+    return before;
+}
+
 inline float min(float a, float b) {
     return a < b ? a : b;
 }
@@ -105,10 +111,33 @@ inline Pair<float> gatherPairs(const float* cells, std::int32_t index) {
     return loadPair<float>(cells + std::ptrdiff_t{index} * 2);
 }
 
-/// Stores high and low, each in [0, 255], as alternating bytes: high, low, high, low ...
-inline void storeBytePairs(std::uint8_t* to, std::int32_t high, std::int32_t low) {
-    to[0] = static_cast<std::uint8_t>(high);
-    to[1] = static_cast<std::uint8_t>(low);
+/// One or four cells and those after them.
+template <class Lane>
+struct Neighbours {
+    Pair<Lane> cell;
+    Pair<Lane> next;
+};
+
+/// The 2-float cells with these indices and the cells after them, which must exist.
+inline Neighbours<float> gatherNeighbours(const float* cells, std::int32_t index) {
+    return {gatherPairs(cells, index), gatherPairs(cells, index + 1)};
+}
+
+/// High and low byte of one or four values, each in [0, 255].
+template <class Int>
+struct BytePairs {
+    Int high;
+    Int low;
+};
+
+/// Stores the pairs of `first`, then those of `second`, as alternating bytes: high, low, high, low
+/// ...
+inline void storeBytePairs(std::uint8_t* to, BytePairs<std::int32_t> first,
+                           BytePairs<std::int32_t> second) {
+    to[0] = static_cast<std::uint8_t>(first.high);
+    to[1] = static_cast<std::uint8_t>(first.low);
+    to[2] = static_cast<std::uint8_t>(second.high);
+    to[3] = static_cast<std::uint8_t>(second.low);
 }
 
 }  // namespace velmora

@@ -5,23 +5,36 @@ namespace velmora {
 
 namespace {
 
+/// The numbers of a pass, by value.
+struct Stroke {
+    explicit Stroke(const AddVelocity& pass)
+        : current(pass.current),
+          previous(pass.previous),
+          normal(pass.normal),
+          length(pass.length),
+          radius(pass.radius) {}
+
+    Float2 current, previous, normal;
+    float length, radius;
+};
+
 /// `velocity` of the cell whose centre is `centre`, screen pixels, pushed where it lies beside the
 /// segment. The distance is exact on every processor: an estimate would do for four lanes at once,
-/// but would give each other bits.
+/// but would give each processor other bits.
 template <class Lane>
-Pair<Lane> pushedCell(const AddVelocity& pass, Pair<Lane> centre, Pair<Lane> velocity) {
-    const Lane t = (centre.x - Lane(pass.previous.x)) * Lane(pass.normal.x) +
-                   (centre.y - Lane(pass.previous.y)) * Lane(pass.normal.y);
-    const Pair<Lane> foot{Lane(pass.previous.x) + t * Lane(pass.normal.x),
-                          Lane(pass.previous.y) + t * Lane(pass.normal.y)};
+Pair<Lane> pushedCell(const Stroke& stroke, Pair<Lane> centre, Pair<Lane> velocity) {
+    const Pair<Lane> previous{Lane(stroke.previous.x), Lane(stroke.previous.y)};
+    const Pair<Lane> normal{Lane(stroke.normal.x), Lane(stroke.normal.y)};
+    const Lane t = (centre.x - previous.x) * normal.x + (centre.y - previous.y) * normal.y;
+    const Pair<Lane> foot{previous.x + t * normal.x, previous.y + t * normal.y};
     const Pair<Lane> outward{centre.x - foot.x, centre.y - foot.y};
+    const Pair<Lane> ahead{Lane(stroke.current.x) - foot.x, Lane(stroke.current.y) - foot.y};
     const Lane distance = sqrt(outward.x * outward.x + outward.y * outward.y);
-    const auto beside = (t > Lane(0.0f)) & (t < Lane(pass.length)) & (distance < Lane(pass.radius));
+    const auto beside =
+        (t > Lane(0.0f)) & (t < Lane(stroke.length)) & (distance < Lane(stroke.radius));
     const Lane strength = Lane(0.1f) * distance;
-    return {select(beside, velocity.x + strength * (outward.x + (Lane(pass.current.x) - foot.x)),
-                   velocity.x),
-            select(beside, velocity.y + strength * (outward.y + (Lane(pass.current.y) - foot.y)),
-                   velocity.y)};
+    return {select(beside, velocity.x + strength * (outward.x + ahead.x), velocity.x),
+            select(beside, velocity.y + strength * (outward.y + ahead.y), velocity.y)};
 }
 
 }  // namespace
@@ -29,22 +42,24 @@ Pair<Lane> pushedCell(const AddVelocity& pass, Pair<Lane> centre, Pair<Lane> vel
 void AddVelocity::evaluate(Float2 coord, float* out) const {
     const Cell cell = sampleNearest(velocity, coord.x * texelSize.x, coord.y * texelSize.y);
     const Float2 centre{coord.x * cellToScreen.x, coord.y * cellToScreen.y};
-    storePair(out, pushedCell(*this, centre, pairAt(velocity, cell)));
+    storePair(out, pushedCell(Stroke(*this), centre, pairAt(velocity, cell)));
 }
 
 void runAddVelocity(const AddVelocity& pass) {
-    const FloatGrid& output = pass.output;
-    if (output.data == nullptr) {
+    if (pass.output.data == nullptr) {
         return;
     }
-    for (std::int32_t j = 0; j < output.height; ++j) {
-        const float y = (static_cast<float>(j) + 0.5f) * pass.cellToScreen.y;
-        const std::ptrdiff_t row = std::ptrdiff_t{j} * output.width * 2;
-        forLanes(0, output.width, [&]<class Lane>(std::ptrdiff_t i) {
-            const Lane x = ramp<Lane>(static_cast<float>(i) + 0.5f) * Lane(pass.cellToScreen.x);
-            storePair(output.data + row + i * 2,
-                      pushedCell<Lane>(pass, {x, Lane(y)},
-                                       loadPair<Lane>(pass.velocity.data + row + i * 2)));
+    const Stroke stroke(pass);
+    const Float2 cellToScreen = pass.cellToScreen;
+    const std::ptrdiff_t width = pass.output.width;
+    for (std::ptrdiff_t j = 0; j < pass.output.height; ++j) {
+        const float y = (static_cast<float>(j) + 0.5f) * cellToScreen.y;
+        const float* const velocity = pass.velocity.data + j * width * 2;
+        float* const out = pass.output.data + j * width * 2;
+        forColumns(0, width, [=, &stroke]<class Lane>(std::ptrdiff_t i, Lane column) {
+            const Lane x = (column + Lane(0.5f)) * Lane(cellToScreen.x);
+            storePair(out + i * 2,
+                      pushedCell<Lane>(stroke, {x, Lane(y)}, loadPair<Lane>(velocity + i * 2)));
         });
     }
 }

@@ -7,67 +7,99 @@ namespace {
 
 constexpr float pushRadiusSquared = 625.0f;  // (25 screen pixels)^2
 
-/// The value carried to the cell centred at (x, y), grid units, by its own velocity, after decay.
+/// The numbers of a pass, by value.
+struct Advection {
+    explicit Advection(const AdvectVelocity& pass)
+        : source(pass.source),
+          texelSize(pass.texelSize),
+          cellToScreen(pass.cellToScreen),
+          touchPoint(pass.touchPoint),
+          timeStep(pass.timeStep),
+          dissipation(pass.dissipation) {
+        const float factor = static_cast<float>(pass.dragMode) - 1.5f;
+        push = {factor * pass.touchDelta.x, factor * pass.touchDelta.y};
+    }
+
+    BilinearGrid source;
+    Float2 texelSize, cellToScreen, touchPoint;
+    Float2 push;  // what a drag adds near the touch
+    float timeStep, dissipation;
+};
+
+/// The value carried to the cell centred at (x, y), grid units, by its own velocity.
 template <class Lane>
-Pair<Lane> carried(const AdvectVelocity& pass, Lane x, Lane y, Pair<Lane> velocity) {
-    const Lane u = (x - Lane(pass.timeStep) * velocity.x) * Lane(pass.texelSize.x);
-    const Lane v = (y - Lane(pass.timeStep) * velocity.y) * Lane(pass.texelSize.y);
-    return sampleBilinear<Lane>(pass.source, u, v);
+Pair<Lane> carried(const Advection& advection, Lane x, Lane y, Pair<Lane> velocity) {
+    const Lane timeStep(advection.timeStep);
+    return sampleBilinear<Lane>(advection.source,
+                                (x - timeStep * velocity.x) * Lane(advection.texelSize.x),
+                                (y - timeStep * velocity.y) * Lane(advection.texelSize.y));
 }
 
 /// Adds the drag push where the cell's corner (i, j) lies near the touch.
 template <class Lane>
-Pair<Lane> pushed(const AdvectVelocity& pass, Lane i, Lane j, Pair<Lane> value) {
-    const Lane dx = Lane(pass.touchPoint.x) - i * Lane(pass.cellToScreen.x);
-    const Lane dy = Lane(pass.touchPoint.y) - j * Lane(pass.cellToScreen.y);
+Pair<Lane> pushed(const Advection& advection, Lane i, Lane j, Pair<Lane> value) {
+    const Lane dx = Lane(advection.touchPoint.x) - i * Lane(advection.cellToScreen.x);
+    const Lane dy = Lane(advection.touchPoint.y) - j * Lane(advection.cellToScreen.y);
     const auto near = dx * dx + dy * dy < Lane(pushRadiusSquared);
-    const float factor = static_cast<float>(pass.dragMode) - 1.5f;
-    return {select(near, value.x + Lane(factor * pass.touchDelta.x), value.x),
-            select(near, value.y + Lane(factor * pass.touchDelta.y), value.y)};
+    return {select(near, value.x + Lane(advection.push.x), value.x),
+            select(near, value.y + Lane(advection.push.y), value.y)};
 }
 
 template <bool withPush, class Lane>
-Pair<Lane> advectedCell(const AdvectVelocity& pass, Lane i, Lane j, Pair<Lane> velocity) {
+Pair<Lane> advectedCell(const Advection& advection, Lane i, Lane j, Pair<Lane> velocity) {
     const Lane half(0.5f);
-    Pair<Lane> value = carried(pass, i + half, j + half, velocity);
+    Pair<Lane> value = carried(advection, i + half, j + half, velocity);
     if constexpr (withPush) {
-        value = pushed(pass, i, j, value);
+        value = pushed(advection, i, j, value);
     }
-    return {Lane(pass.dissipation) * value.x, Lane(pass.dissipation) * value.y};
+    return {Lane(advection.dissipation) * value.x, Lane(advection.dissipation) * value.y};
 }
 
+/// Row j of a grid of `width` cells. Inlined to the bottom: a call for each group would read the
+/// constants anew each time.
 template <bool withPush>
-void advectGrid(const AdvectVelocity& pass) {
-    const FloatGrid& output = pass.output;
-    for (std::int32_t j = 0; j < output.height; ++j) {
-        const std::ptrdiff_t row = std::ptrdiff_t{j} * output.width * 2;
-        forLanes(0, output.width, [&]<class Lane>(std::ptrdiff_t i) {
-            const auto velocity = loadPair<Lane>(pass.velocity.data + row + i * 2);
-            storePair(output.data + row + i * 2,
-                      advectedCell<withPush>(pass, ramp<Lane>(static_cast<float>(i)),
-                                             Lane(static_cast<float>(j)), velocity));
-        });
-    }
+[[gnu::flatten]] void advectRow(const Advection& pass, const float* velocity, float* out,
+                                std::ptrdiff_t width, float j) {
+    const Advection advection = pass;
+    forColumns(0, width, [=]<class Lane>(std::ptrdiff_t i, Lane column) {
+        storePair(out + i * 2, advectedCell<withPush>(advection, column, Lane(j),
+                                                      loadPair<Lane>(velocity + i * 2)));
+    });
+}
+
+/// Whether the push can reach a cell of row j.
+bool isPushed(const Advection& advection, float j) {
+    const float dy = advection.touchPoint.y - j * advection.cellToScreen.y;
+    return dy * dy < pushRadiusSquared;
 }
 
 }  // namespace
 
 void AdvectVelocity::evaluate(Float2 coord, float* out) const {
+    const Advection advection(*this);
     const Cell cell = sampleNearest(velocity, coord.x * texelSize.x, coord.y * texelSize.y);
     const float i = coord.x - 0.5f;
     const float j = coord.y - 0.5f;
-    storePair(out, dragMode > 0 ? advectedCell<true>(*this, i, j, pairAt(velocity, cell))
-                                : advectedCell<false>(*this, i, j, pairAt(velocity, cell)));
+    const Float2 own = pairAt(velocity, cell);
+    storePair(out, dragMode > 0 ? advectedCell<true>(advection, i, j, own)
+                                : advectedCell<false>(advection, i, j, own));
 }
 
 void advectVelocityKernel(const AdvectVelocity& pass) {
     if (pass.output.data == nullptr) {
         return;
     }
-    if (pass.dragMode > 0) {
-        advectGrid<true>(pass);
-    } else {
-        advectGrid<false>(pass);
+    const Advection advection(pass);
+    const std::ptrdiff_t width = pass.output.width;
+    for (std::ptrdiff_t row = 0; row < pass.output.height; ++row) {
+        const float* const velocity = pass.velocity.data + row * width * 2;
+        float* const out = pass.output.data + row * width * 2;
+        const auto j = static_cast<float>(row);
+        if (pass.dragMode > 0 && isPushed(advection, j)) {
+            advectRow<true>(advection, velocity, out, width, j);
+        } else {
+            advectRow<false>(advection, velocity, out, width, j);
+        }
     }
 }
 

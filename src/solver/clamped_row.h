@@ -1,12 +1,27 @@
 #pragma once
 
+#include <algorithm>
+
 #include "simd/float4.h"
+
+// Walking a grid whose neighbours beyond the border repeat the edge cell.
 
 namespace velmora {
 
-/// Runs `cell.operator()<Lane>(i, left, right)` over a row's columns with the columns of their
-/// neighbours, which repeat the edge cell beyond the row: the two edge columns alone, those between
-/// four at a time.
+/// Row j of a grid of `rowLength` floats a row, and the rows below and above it.
+struct ClampedRows {
+    ClampedRows(const float* data, std::ptrdiff_t rowLength, std::int32_t j, std::int32_t height)
+        : middle(data + j * rowLength),
+          bottom(data + std::max(j - 1, 0) * rowLength),
+          top(data + std::min(j + 1, height - 1) * rowLength) {}
+
+    const float* middle;
+    const float* bottom;
+    const float* top;
+};
+
+/// Runs `cell.operator()<Lane>(i, left, right)` over a row's columns and the columns of their
+/// neighbours: the two edge columns alone, those between four at a time. See forLanes.
 template <class Cell>
 void forClampedLanes(std::ptrdiff_t width, Cell cell) {
     if (width == 1) {

@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <utility>
 
 #include "solver/passes.h"
 #include "solver/sampling.h"
@@ -7,45 +8,62 @@ namespace velmora {
 
 namespace {
 
+struct Weights {
+    explicit Weights(const Jacobi& pass) : alpha(pass.alpha), rbeta(pass.rbeta) {}
+    float alpha, rbeta;
+};
+
 template <class Lane>
-Lane relaxed(const Jacobi& pass, Lane left, Lane right, Lane bottom, Lane top, Lane b) {
-    return (left + right + bottom + top + Lane(pass.alpha) * b) * Lane(pass.rbeta);
+Lane relaxed(const Weights& weights, Lane left, Lane right, Lane bottom, Lane top, Lane b) {
+    return (left + right + bottom + top + Lane(weights.alpha) * b) * Lane(weights.rbeta);
 }
 
 void clearBorder(const FloatGrid& grid) {
     const std::ptrdiff_t cells = std::ptrdiff_t{grid.width} * grid.height;
-    std::fill_n(grid.data, std::min<std::ptrdiff_t>(grid.width, cells), 0.0f);
-    for (std::ptrdiff_t row = 0; row < cells; row += grid.width) {
-        grid.data[row] = 0.0f;
-        grid.data[row + grid.width - 1] = 0.0f;
+    const std::ptrdiff_t row = std::min<std::ptrdiff_t>(grid.width, cells);
+    std::fill_n(grid.data, row, 0.0f);
+    std::fill_n(grid.data + cells - row, row, 0.0f);
+    for (std::ptrdiff_t start = 0; start < cells; start += grid.width) {
+        grid.data[start] = 0.0f;
+        grid.data[start + grid.width - 1] = 0.0f;
     }
-    std::fill_n(grid.data + std::max<std::ptrdiff_t>(cells - grid.width, 0),
-                std::min<std::ptrdiff_t>(grid.width, cells), 0.0f);
+}
+
+/// One iteration over the interior: from `x` into `output`.
+void sweep(const Jacobi& pass) {
+    const Weights weights(pass);
+    const std::ptrdiff_t width = pass.output.width;
+    for (std::ptrdiff_t j = 1; j < pass.output.height - 1; ++j) {
+        const float* const middle = pass.x.data + j * width;
+        const float* const bottom = middle - width;
+        const float* const top = middle + width;
+        const float* const b = pass.b.data + j * width;
+        float* const out = pass.output.data + j * width;
+        forLanes(1, width - 1, [=]<class Lane>(std::ptrdiff_t i) {
+            store(out + i, relaxed(weights, load<Lane>(middle + i - 1), load<Lane>(middle + i + 1),
+                                   load<Lane>(bottom + i), load<Lane>(top + i), load<Lane>(b + i)));
+        });
+    }
 }
 
 }  // namespace
 
 void Jacobi::evaluate(Float2 coord, float* out) const {
     const Neighbourhood n(x, coord, texelSize);
-    *out = relaxed(*this, scalarAt(x, n.left), scalarAt(x, n.right), scalarAt(x, n.bottom),
+    *out = relaxed(Weights(*this), scalarAt(x, n.left), scalarAt(x, n.right), scalarAt(x, n.bottom),
                    scalarAt(x, n.top), scalarAt(b, n.middle));
 }
 
-void jacobiSweep(const Jacobi& pass) {
-    const FloatGrid& output = pass.output;
-    if (output.data == nullptr) {
-        return;
+void jacobiSweeps(Jacobi& pass, std::int32_t count) {
+    const bool exists = pass.output.data != nullptr;
+    if (exists) {
+        clearBorder(pass.output);
     }
-    clearBorder(output);
-    for (std::int32_t j = 1; j < output.height - 1; ++j) {
-        const std::ptrdiff_t row = std::ptrdiff_t{j} * output.width;
-        const float* x = pass.x.data + row;
-        forLanes(1, output.width - 1, [&]<class Lane>(std::ptrdiff_t i) {
-            store(output.data + row + i,
-                  relaxed(pass, load<Lane>(x + i - 1), load<Lane>(x + i + 1),
-                          load<Lane>(x + i - output.width), load<Lane>(x + i + output.width),
-                          load<Lane>(pass.b.data + row + i)));
-        });
+    for (std::int32_t iteration = 0; iteration < count; ++iteration) {
+        if (exists) {
+            sweep(pass);
+        }
+        std::swap(pass.x, pass.output);
     }
 }
 

@@ -152,7 +152,8 @@ void computeDivergenceKernel(const ComputeDivergence& pass);
 void subtractGradientKernel(const SubtractGradient& pass);
 void runAddVelocity(const AddVelocity& pass);
 
-/// One Jacobi iteration over the interior; border cells become 0.
-void jacobiSweep(const Jacobi& pass);
+/// `count` Jacobi iterations over the interior; border cells stay 0, as those of `x` already are.
+/// Each reads `x`, writes `output` and then exchanges the two records: the result is in `x`.
+void jacobiSweeps(Jacobi& pass, std::int32_t count);
 
 }  // namespace velmora

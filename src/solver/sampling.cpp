@@ -15,10 +15,13 @@ Cell sampleNearest(const FloatGrid& grid, float u, float v) {
     return {nearestIndex(u, grid.width), nearestIndex(v, grid.height)};
 }
 
-float sampleBilinearScalar(const FloatGrid& grid, float u, float v) {
-    const BilinearCorners<float> corners(grid.width, grid.height, u, v);
-    return corners.weigh(grid.data[corners.index00], grid.data[corners.index10],
-                         grid.data[corners.index01], grid.data[corners.index11]);
+float sampleBilinearScalar(const FloatGrid& source, float u, float v) {
+    const BilinearGrid grid(source);
+    const BilinearPlace<float> at(grid, u, v);
+    const float next = nextColumn(grid, at.column);
+    const auto value = [&](float row, float column) { return grid.data[truncate(row + column)]; };
+    return at.weigh(value(at.bottom, at.column), value(at.bottom, next), value(at.top, at.column),
+                    value(at.top, next));
 }
 
 Neighbourhood::Neighbourhood(const FloatGrid& grid, Float2 coord, Float2 texelSize) {

@@ -23,27 +23,31 @@ Lane clampToUnit(Lane value) {
     return min(max(value, Lane(0.0f)), Lane(1.0f));
 }
 
-/// The four cells around (u, v) and their weights. Indices are formed in float: exact below 2^24
-/// cells.
+/// A grid to be sampled: its sizes in float, where whole numbers below 2^24, and so cell indices,
+/// are exact.
+struct BilinearGrid {
+    explicit BilinearGrid(const FloatGrid& grid)
+        : data(grid.data),
+          rowLength(static_cast<float>(grid.width)),
+          lastColumn(static_cast<float>(grid.width - 1)),
+          lastRow(static_cast<float>(grid.height - 1)) {}
+
+    const float* data;
+    float rowLength, lastColumn, lastRow;
+};
+
+/// The place of (u, v) among the four cells around it.
 template <class Lane>
-struct BilinearCorners {
-    BilinearCorners(std::int32_t width, std::int32_t height, Lane u, Lane v) {
-        const Lane lastColumn(static_cast<float>(width - 1));
-        const Lane lastRow(static_cast<float>(height - 1));
-        const Lane rowLength(static_cast<float>(width));
-        const Lane x = clampToUnit(u) * lastColumn;
-        const Lane y = clampToUnit(v) * lastRow;
-        const Lane i0 = toFloat(truncate(x));
-        const Lane j0 = toFloat(truncate(y));
-        const Lane i1 = min(i0 + Lane(1.0f), lastColumn);
-        const Lane bottom = j0 * rowLength;
-        const Lane top = min(j0 + Lane(1.0f), lastRow) * rowLength;
-        index00 = truncate(bottom + i0);
-        index10 = truncate(bottom + i1);
-        index01 = truncate(top + i0);
-        index11 = truncate(top + i1);
-        const Lane fx = x - i0;
-        const Lane fy = y - j0;
+struct BilinearPlace {
+    BilinearPlace(const BilinearGrid& grid, Lane u, Lane v) {
+        const Lane x = clampToUnit(u) * Lane(grid.lastColumn);
+        const Lane y = clampToUnit(v) * Lane(grid.lastRow);
+        column = toFloat(truncate(x));
+        const Lane row = toFloat(truncate(y));
+        bottom = row * Lane(grid.rowLength);
+        top = min(row + Lane(1.0f), Lane(grid.lastRow)) * Lane(grid.rowLength);
+        const Lane fx = x - column;
+        const Lane fy = y - row;
         const Lane gx = Lane(1.0f) - fx;
         const Lane gy = Lane(1.0f) - fy;
         weight00 = gx * gy;
@@ -57,19 +61,36 @@ struct BilinearCorners {
         return weight00 * g00 + weight10 * g10 + weight01 * g01 + weight11 * g11;
     }
 
-    IntOf<Lane> index00, index10, index01, index11;
+    Lane column;
+    Lane bottom, top;  // indices of the two rows' first cells
     Lane weight00, weight10, weight01, weight11;
 };
 
+/// The column after `column`; the last repeats itself.
+template <class Lane>
+Lane nextColumn(const BilinearGrid& grid, Lane column) {
+    return min(column + Lane(1.0f), Lane(grid.lastColumn));
+}
+
 /// Bilinear value of a 2-float grid at (u, v).
 template <class Lane>
-Pair<Lane> sampleBilinear(const FloatGrid& grid, Lane u, Lane v) {
-    const BilinearCorners<Lane> corners(grid.width, grid.height, u, v);
-    const Pair<Lane> g00 = gatherPairs(grid.data, corners.index00);
-    const Pair<Lane> g10 = gatherPairs(grid.data, corners.index10);
-    const Pair<Lane> g01 = gatherPairs(grid.data, corners.index01);
-    const Pair<Lane> g11 = gatherPairs(grid.data, corners.index11);
-    return {corners.weigh(g00.x, g10.x, g01.x, g11.x), corners.weigh(g00.y, g10.y, g01.y, g11.y)};
+Pair<Lane> sampleBilinear(const BilinearGrid& grid, Lane u, Lane v) {
+    const BilinearPlace<Lane> at(grid, u, v);
+    const auto bottomIndex = truncate(at.bottom + at.column);
+    const auto topIndex = truncate(at.top + at.column);
+    Neighbours<Lane> bottom;
+    Neighbours<Lane> top;
+    if (any(at.column > Lane(grid.lastColumn - 1.0f))) {
+        const Lane next = nextColumn(grid, at.column);
+        bottom = {gatherPairs(grid.data, bottomIndex),
+                  gatherPairs(grid.data, truncate(at.bottom + next))};
+        top = {gatherPairs(grid.data, topIndex), gatherPairs(grid.data, truncate(at.top + next))};
+    } else {
+        bottom = gatherNeighbours(grid.data, bottomIndex);
+        top = gatherNeighbours(grid.data, topIndex);
+    }
+    return {at.weigh(bottom.cell.x, bottom.next.x, top.cell.x, top.next.x),
+            at.weigh(bottom.cell.y, bottom.next.y, top.cell.y, top.next.y)};
 }
 
 /// Bilinear value of a 1-float grid at (u, v).

@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <utility>
 
+#include "simd/flush_subnormals.h"
 #include "solver/velocity_packing.h"
 
 namespace velmora {
@@ -145,16 +146,15 @@ void computeDivergence(EffectState& state) {
 void solvePressure(EffectState& state) {
     clearGrid(state.pressure, 1);
     Jacobi& pass = state.jacobiPass;
-    for (std::int32_t iteration = 0; iteration < input.jacobiIterations; ++iteration) {
-        pass.output = state.pressureScratch;
-        pass.x = state.pressure;
-        pass.b = state.divergence;
-        pass.alpha = -(input.gridScale * input.gridScale);
-        pass.rbeta = 0.25f;
-        pass.texelSize = texelSizeOf(state.pressure);
-        jacobiSweep(pass);
-        std::swap(state.pressure, state.pressureScratch);
-    }
+    pass.output = state.pressureScratch;
+    pass.x = state.pressure;
+    pass.b = state.divergence;
+    pass.alpha = -(input.gridScale * input.gridScale);
+    pass.rbeta = 0.25f;
+    pass.texelSize = texelSizeOf(state.pressure);
+    jacobiSweeps(pass, input.jacobiIterations);
+    state.pressure = pass.x;
+    state.pressureScratch = pass.output;
 }
 
 void project(EffectState& state) {
@@ -188,6 +188,7 @@ void prepareSolverStep(EffectState& state, const TouchSnapshot& touch) {
 }
 
 void* runSolverStep(EffectState& state) {
+    const FlushSubnormals flush;
     if (input.touch.dragMode == FastDrag) {
         addStroke(state);
     }

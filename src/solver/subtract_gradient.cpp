@@ -1,5 +1,3 @@
-#include <algorithm>
-
 #include "solver/clamped_row.h"
 #include "solver/passes.h"
 #include "solver/sampling.h"
@@ -33,22 +31,20 @@ void subtractGradientKernel(const SubtractGradient& pass) {
     if (output.data == nullptr || output.width < 1) {
         return;
     }
-    const auto rowOf = [&](std::int32_t j) {
-        return pass.pressure.data + std::ptrdiff_t{j} * output.width;
-    };
+    const float gradientScale = pass.gradientScale;
+    const std::ptrdiff_t width = output.width;
     for (std::int32_t j = 0; j < output.height; ++j) {
-        const float* middle = rowOf(j);
-        const float* bottom = rowOf(std::max(j - 1, 0));
-        const float* top = rowOf(std::min(j + 1, output.height - 1));
-        const std::ptrdiff_t row = std::ptrdiff_t{j} * output.width * 2;
-        forClampedLanes(output.width, [&]<class Lane>(std::ptrdiff_t i, std::ptrdiff_t left,
-                                                      std::ptrdiff_t right) {
-            const Pressures<Lane> around{load<Lane>(middle + right), load<Lane>(middle + left),
-                                         load<Lane>(top + i), load<Lane>(bottom + i)};
-            storePair(output.data + row + i * 2,
-                      projectedCell(loadPair<Lane>(pass.velocity.data + row + i * 2), around,
-                                    Lane(pass.gradientScale)));
-        });
+        const ClampedRows rows(pass.pressure.data, width, j, output.height);
+        const float* const velocity = pass.velocity.data + j * width * 2;
+        float* const out = output.data + j * width * 2;
+        forClampedLanes(
+            width, [=]<class Lane>(std::ptrdiff_t i, std::ptrdiff_t left, std::ptrdiff_t right) {
+                const Pressures<Lane> around{load<Lane>(rows.middle + right),
+                                             load<Lane>(rows.middle + left),
+                                             load<Lane>(rows.top + i), load<Lane>(rows.bottom + i)};
+                storePair(out + i * 2, projectedCell(loadPair<Lane>(velocity + i * 2), around,
+                                                     Lane(gradientScale)));
+            });
     }
 }
 

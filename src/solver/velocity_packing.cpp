@@ -15,14 +15,13 @@ constexpr float inverseSteps =
 static_assert(std::bit_cast<std::uint32_t>(inverseSteps) == 0x3B808083);
 
 template <class Lane>
-void packLanes(std::uint8_t* to, Lane value) {
+BytePairs<IntOf<Lane>> packed(Lane value) {
     const Lane shifted = min(max(value, Lane(-valueLimit)), Lane(valueLimit)) + Lane(valueLimit);
     const Lane fraction = shifted - toFloat(truncate(shifted));
     // In [0, 1), so it is its own fraction.
     const Lane scaled = shifted * Lane(inverseSteps);
-    const auto low = truncate(fraction * Lane(lowSteps));
-    const auto high = truncate((scaled - fraction * Lane(inverseSteps)) * Lane(lowSteps));
-    storeBytePairs(to, high, low);
+    return {truncate((scaled - fraction * Lane(inverseSteps)) * Lane(lowSteps)),
+            truncate(fraction * Lane(lowSteps))};
 }
 
 }  // namespace
@@ -35,14 +34,18 @@ void reallocatePackedVelocity(std::uint8_t*& block, std::int32_t width, std::int
     }
     const auto cells = static_cast<std::size_t>(width) * static_cast<std::size_t>(height);
     block = static_cast<std::uint8_t*>(std::malloc(cells * 4));
-    for (std::size_t component = 0; block != nullptr && component < cells * 2; ++component) {
-        packLanes(block + component * 2, 0.0f);
+    const float still[2] = {0.0f, 0.0f};
+    for (std::size_t cell = 0; block != nullptr && cell < cells; ++cell) {
+        packCells(block + cell * 4, still, 1);
     }
 }
 
-void packComponents(std::uint8_t* to, const float* from, std::ptrdiff_t count) {
-    forLanes(0, count,
-             [&]<class Lane>(std::ptrdiff_t i) { packLanes(to + i * 2, load<Lane>(from + i)); });
+void packCells(std::uint8_t* to, const float* from, std::ptrdiff_t cells) {
+    forLanes(0, cells, [=]<class Lane>(std::ptrdiff_t i) {
+        const float* const components = from + i * 2;
+        storeBytePairs(to + i * 4, packed(load<Lane>(components)),
+                       packed(load<Lane>(components + LaneTraits<Lane>::width)));
+    });
 }
 
 void packVelocity(EffectState& state, const FloatGrid& velocity, const RenderTarget& target) {
@@ -53,8 +56,8 @@ void packVelocity(EffectState& state, const FloatGrid& velocity, const RenderTar
         reallocatePackedVelocity(state.packedVelocity, target.width, target.height);
     }
     if (state.packedVelocity != nullptr) {
-        packComponents(state.packedVelocity, velocity.data,
-                       std::ptrdiff_t{target.width} * target.height * 2);
+        packCells(state.packedVelocity, velocity.data,
+                  std::ptrdiff_t{target.width} * target.height);
     }
 }
 

@@ -19,7 +19,7 @@ void reallocatePackedVelocity(std::uint8_t*& block, std::int32_t width, std::int
 /// target's. NaN counts as -127. Worker thread, as the last act of a solver step.
 void packVelocity(EffectState& state, const FloatGrid& velocity, const RenderTarget& target);
 
-/// Packs `count` floats into `count` byte pairs.
-void packComponents(std::uint8_t* to, const float* from, std::ptrdiff_t count);
+/// Packs 2-float cells into 4 bytes each.
+void packCells(std::uint8_t* to, const float* from, std::ptrdiff_t cells);
 
 }  // namespace velmora

@@ -3,6 +3,7 @@
 #include <cstddef>
 
 #include "simd/float4.h"
+#include "simd/flush_subnormals.h"
 
 namespace velmora {
 
@@ -15,26 +16,29 @@ constexpr float strongSmoothing = 0.068f;
 constexpr float strongSmoothingDamping =
     0.94f;  // the one damping that asks for it, compared exactly
 
-float* rowOf(float* grid, const WaterGrids& grids, int y) {
-    return grid + std::ptrdiff_t{y} * grids.rowLength;
+/// Rows smoothed side by side. In a row alone, each group waits for the one before it.
+constexpr int smoothedTogether = 4;
+
+/// One row of the rectangle in both grids.
+struct WaterRow {
+    float* velocity;
+    float* height;
+};
+
+template <class Lane>
+Lane laplacian(Lane top, Lane left, Lane right, Lane bottom, Lane cell) {
+    return top + left + right + bottom - Lane(4.0f) * cell;
 }
 
 template <class Lane>
-Lane laplacian(const float* cell, std::ptrdiff_t rowLength) {
-    return load<Lane>(cell - rowLength) + load<Lane>(cell - 1) + load<Lane>(cell + 1) +
-           load<Lane>(cell + rowLength) - Lane(4.0f) * load<Lane>(cell);
+Lane laplacianAt(const float* cell, std::ptrdiff_t rowLength) {
+    return laplacian(load<Lane>(cell - rowLength), load<Lane>(cell - 1), load<Lane>(cell + 1),
+                     load<Lane>(cell + rowLength), load<Lane>(cell));
 }
 
 template <class Lane>
-Lane acceleratedVelocity(const float* velocity, const float* height, std::ptrdiff_t rowLength,
-                         const WaveSettings& settings) {
-    return (load<Lane>(velocity) + Lane(settings.waveSpeed) * laplacian<Lane>(height, rowLength)) *
-           Lane(settings.damping);
-}
-
-template <class Lane>
-bool leavesCalm(Lane velocity) {
-    return any((velocity > Lane(calmThreshold)) | (velocity < Lane(-calmThreshold)));
+auto leavesCalm(Lane velocity) {
+    return (velocity > Lane(calmThreshold)) | (velocity < Lane(-calmThreshold));
 }
 
 /// NaN passes through: neither comparison holds.
@@ -44,54 +48,110 @@ Lane clampedHeight(Lane sum) {
                   select(sum < Lane(-heightLimit), Lane(-heightLimit), sum));
 }
 
-bool accelerateRow(float* velocity, const float* height, const WaterGrids& grids,
-                   const WaterRectangle& rectangle, const WaveSettings& settings, bool calm) {
-    forLanes(rectangle.x0, rectangle.x1, [&]<class Lane>(std::ptrdiff_t x) {
-        const Lane moved =
-            acceleratedVelocity<Lane>(velocity + x, height + x, grids.rowLength, settings);
-        store(velocity + x, moved);
-        calm = calm && !leavesCalm(moved);
+/// First pass, one row: the velocity. Returns whether a new one leaves the calm band; without
+/// `detectCalm`, false.
+template <bool detectCalm>
+bool accelerateRow(WaterRow row, std::ptrdiff_t width, std::ptrdiff_t rowLength,
+                   const WaveSettings& settings) {
+    const float damping = settings.damping;
+    const float waveSpeed = settings.waveSpeed;
+    bool isMoving = false;
+    forLanes(0, width, [=, &isMoving]<class Lane>(std::ptrdiff_t x) {
+        const Lane lap = laplacianAt<Lane>(row.height + x, rowLength);
+        const Lane velocity =
+            (load<Lane>(row.velocity + x) + Lane(waveSpeed) * lap) * Lane(damping);
+        store(row.velocity + x, velocity);
+        if constexpr (detectCalm) {
+            isMoving = isMoving || any(leavesCalm(velocity));
+        }
     });
-    return calm;
+    return isMoving;
 }
 
-void moveRow(const float* velocity, float* height, const WaterRectangle& rectangle) {
-    forLanes(rectangle.x0, rectangle.x1, [&]<class Lane>(std::ptrdiff_t x) {
-        store(height + x, clampedHeight(load<Lane>(height + x) + load<Lane>(velocity + x)));
+/// Second pass, one row: the height, by the new velocity.
+void moveRow(WaterRow row, std::ptrdiff_t width) {
+    forLanes(0, width, [=]<class Lane>(std::ptrdiff_t x) {
+        store(row.height + x,
+              clampedHeight(load<Lane>(row.height + x) + load<Lane>(row.velocity + x)));
     });
 }
 
-/// In place: a group of four reads all its inputs before it stores, so that only its first lane
-/// sees a smoothed left neighbour; the row above is smoothed already. This order is part of the
-/// result.
-void smoothRow(float* height, const WaterGrids& grids, const WaterRectangle& rectangle,
-               float weight) {
-    forLanes(rectangle.x0, rectangle.x1, [&]<class Lane>(std::ptrdiff_t x) {
-        store(height + x,
-              load<Lane>(height + x) + Lane(weight) * laplacian<Lane>(height + x, grids.rowLength));
-    });
+/// Third pass, one group or cell, in place: `left` holds the group before as it was smoothed, whose
+/// last cell is the only smoothed left neighbour that a group sees. Returns the smoothed group.
+template <class Lane>
+Lane smooth(float* cell, std::ptrdiff_t rowLength, Lane weight, Lane left) {
+    const Lane height = load<Lane>(cell);
+    const Lane lap = laplacian(load<Lane>(cell - rowLength), shiftIn(left, height),
+                               load<Lane>(cell + 1), load<Lane>(cell + rowLength), height);
+    const Lane smoothed = height + weight * lap;
+    store(cell, smoothed);
+    return smoothed;
+}
+
+/// Third pass, `rows` rows: each a group behind the one above it, which it needs smoothed, so that
+/// their chains from group to group run at once. The cells left over follow, row by row.
+template <int rows>
+void smoothRows(float* first, std::ptrdiff_t width, std::ptrdiff_t rowLength, float weight) {
+    const std::ptrdiff_t groups = width / 4;
+    Float4 left[static_cast<std::size_t>(rows)];
+    for (int row = 0; row < rows; ++row) {
+        left[row] = Float4(first[row * rowLength - 1]);
+    }
+    for (std::ptrdiff_t turn = 0; turn < groups + rows - 1; ++turn) {
+        for (int row = 0; row < rows; ++row) {
+            const std::ptrdiff_t group = turn - row;
+            if (group >= 0 && group < groups) {
+                left[row] = smooth(first + row * rowLength + group * 4, rowLength, Float4(weight),
+                                   left[row]);
+            }
+        }
+    }
+    for (int row = 0; row < rows; ++row) {
+        float* const cells = first + row * rowLength;
+        for (std::ptrdiff_t x = groups * 4; x < width; ++x) {
+            smooth(cells + x, rowLength, weight, cells[x - 1]);
+        }
+    }
 }
 
 }  // namespace
 
 bool stepHeightField(const WaterGrids& grids, const WaterRectangle& rectangle,
                      const WaveSettings& settings) {
-    bool moving = false;
-    for (int y = rectangle.y0; y < rectangle.y1; ++y) {
-        const bool undecided = settings.detectCalm && !moving;
-        const bool calm =
-            accelerateRow(rowOf(grids.velocity, grids, y), rowOf(grids.height, grids, y), grids,
-                          rectangle, settings, undecided);
-        moving = moving || (undecided && !calm);
+    if (rectangle.x0 >= rectangle.x1 || rectangle.y0 >= rectangle.y1) {
+        return true;
     }
-    for (int y = rectangle.y0; y < rectangle.y1; ++y) {
-        moveRow(rowOf(grids.velocity, grids, y), rowOf(grids.height, grids, y), rectangle);
-    }
+    const FlushSubnormals flush;
+    const std::ptrdiff_t width = std::ptrdiff_t{rectangle.x1} - rectangle.x0;
+    const std::ptrdiff_t rowLength = grids.rowLength;
     const float weight = settings.damping == strongSmoothingDamping ? strongSmoothing : smoothing;
-    for (int y = rectangle.y0; y < rectangle.y1; ++y) {
-        smoothRow(rowOf(grids.height, grids, y), grids, rectangle, weight);
+    const auto rowAt = [&](std::ptrdiff_t y) {
+        const std::ptrdiff_t start = y * rowLength + rectangle.x0;
+        return WaterRow{grids.velocity + start, grids.height + start};
+    };
+    bool isMoving = false;
+    // One walk over the rows for all three passes, so that each row is fetched once. A row is moved
+    // when the row below it is accelerated, and smoothed when the row below it is moved.
+    std::ptrdiff_t unsmoothed = rectangle.y0;
+    for (std::ptrdiff_t y = rectangle.y0; y < rectangle.y1; ++y) {
+        if (settings.detectCalm && !isMoving) {
+            isMoving = accelerateRow<true>(rowAt(y), width, rowLength, settings);
+        } else {
+            accelerateRow<false>(rowAt(y), width, rowLength, settings);
+        }
+        if (y > rectangle.y0) {
+            moveRow(rowAt(y - 1), width);
+        }
+        if (y - 1 - unsmoothed >= smoothedTogether) {
+            smoothRows<smoothedTogether>(rowAt(unsmoothed).height, width, rowLength, weight);
+            unsmoothed += smoothedTogether;
+        }
     }
-    return !moving;
+    moveRow(rowAt(std::ptrdiff_t{rectangle.y1} - 1), width);
+    for (; unsmoothed < rectangle.y1; ++unsmoothed) {
+        smoothRows<1>(rowAt(unsmoothed).height, width, rowLength, weight);
+    }
+    return !isMoving;
 }
 
 }  // namespace velmora

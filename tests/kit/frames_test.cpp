@@ -1,0 +1,70 @@
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+
+#include "hostkit/effect_host.h"
+#include "hostkit/gesture_script.h"
+#include "hostkit/gl_recorder.h"
+#include "tests/kit/kit_memory.h"
+
+namespace {
+
+/// What an outsider can tell two runs apart by: pixels of every frame, bytes of every texture.
+struct Recording {
+    std::vector<std::vector<std::uint8_t>> frames, uploads;
+    bool operator==(const Recording&) const = default;
+};
+
+/// A tap and a fast drag.
+constexpr char gesture[] =
+    "screen 120 180\n"
+    "frames 20\n"
+    "1 down 40 60 0.5\n"
+    "3 up 40 60 0.5\n"
+    "5 down 30 40 0.5\n"
+    "6 move 50 60 0.5\n"
+    "7 move 70 90 0.5\n"
+    "8 move 90 120 0.5\n"
+    "9 up 90 120 0.5\n";
+
+/// A scene that has been used and is still alive.
+SceneMemory* useKit() {
+    SceneMemory* scene = makeScene();
+    for (const std::size_t slot : {std::size_t{1}, std::size_t{7}, orthographic, perspective}) {
+        callSlot(scene, slot);
+    }
+    callSlot(scene->animationManager, updateAll);
+    return scene;
+}
+
+Recording play(bool withScenes) {
+    const hostkit::GestureScript script = hostkit::parseGestureScript(gesture, "gesture");
+    hostkit::EffectHost host({.width = script.screenWidth, .height = script.screenHeight});
+    Recording run;
+    hostkit::glRecorder().textureUpload = [&run](int, int, std::span<const std::uint8_t> bytes) {
+        run.uploads.emplace_back(bytes.begin(), bytes.end());
+    };
+    srandom(1);  // The state behind rand as well: every run jitters alike.
+    for (int frame = 0; frame < script.frames; ++frame) {
+        SceneMemory* scene = withScenes ? useKit() : nullptr;
+        host.frame(hostkit::eventsOfFrame(script, frame));
+        if (scene != nullptr) {
+            callSlot(scene, deletingDestructor);
+        }
+        run.frames.push_back(host.pixels());
+    }
+    hostkit::glRecorder().textureUpload = nullptr;
+    return run;
+}
+
+}  // namespace
+
+TEST(Frames, AreTheSameWhileScenesComeAndGo) {
+    play(false);  // Leaves the settings that both runs start from.
+    const Recording alone = play(false);
+    const Recording among = play(true);
+    EXPECT_FALSE(alone.uploads.empty());
+    EXPECT_TRUE(alone.frames.front() != alone.frames.back());
+    EXPECT_TRUE(alone == among);
+    gTextureMap.clear();
+}
