@@ -1,13 +1,18 @@
 #include <android/bitmap.h>
 #include <standin_bitmap.h>
 
+#include "java_bitmap.h"
+
 #pragma GCC visibility push(default)
 
 static StandInBitmap& bitmapOf(jobject bitmap) {
     return *reinterpret_cast<StandInBitmap*>(bitmap);
 }
 
-int AndroidBitmap_getInfo(JNIEnv*, jobject bitmap, AndroidBitmapInfo* info) {
+int AndroidBitmap_getInfo(JNIEnv* env, jobject bitmap, AndroidBitmapInfo* info) {
+    if (bitmapsAreJavaObjects()) {
+        return getJavaBitmapInfo(env, bitmap, info);
+    }
     if (bitmapOf(bitmap).getInfoResult < 0) {
         return bitmapOf(bitmap).getInfoResult;
     }
@@ -15,7 +20,10 @@ int AndroidBitmap_getInfo(JNIEnv*, jobject bitmap, AndroidBitmapInfo* info) {
     return ANDROID_BITMAP_RESULT_SUCCESS;
 }
 
-int AndroidBitmap_lockPixels(JNIEnv*, jobject bitmap, void** pixels) {
+int AndroidBitmap_lockPixels(JNIEnv* env, jobject bitmap, void** pixels) {
+    if (bitmapsAreJavaObjects()) {
+        return getJavaBitmapPixels(env, bitmap, pixels);
+    }
     if (bitmapOf(bitmap).lockResult < 0) {
         return bitmapOf(bitmap).lockResult;
     }
@@ -25,6 +33,9 @@ int AndroidBitmap_lockPixels(JNIEnv*, jobject bitmap, void** pixels) {
 }
 
 int AndroidBitmap_unlockPixels(JNIEnv*, jobject bitmap) {
+    if (bitmapsAreJavaObjects()) {
+        return ANDROID_BITMAP_RESULT_SUCCESS;
+    }
     --bitmapOf(bitmap).lockCount;
     return bitmapOf(bitmap).unlockResult;
 }

@@ -9,7 +9,9 @@
 
 static std::atomic<LogObserver> logObserver{nullptr};
 
-void setLogObserver(LogObserver observer) { logObserver = observer; }
+void setLogObserver(LogObserver observer) {
+    logObserver = observer;
+}
 
 int __android_log_print(int priority, const char* tag, const char* format, ...) {
     char text[1024];

@@ -9,11 +9,6 @@ namespace {
 
 constexpr std::int32_t pixelsPerCell = 12;
 
-template <class Pointer>
-void release(Pointer& block) {
-    std::free(std::exchange(block, nullptr));
-}
-
 /// `x` strictly between `margin` and `size - margin`, for any ints.
 bool isBetweenMargins(std::int32_t x, std::int32_t size, std::int32_t margin) {
     return margin < x && x < std::int64_t{size} - margin;
@@ -47,14 +42,14 @@ void applyInkSettings(EffectState& state) {
 
 EffectState::~EffectState() {
     joinSolver(*this);
-    release(velocity.data);
-    release(velocityScratch.data);
-    release(inkDensity.data);
-    release(inkDensityScratch.data);
-    release(pressure.data);
-    release(pressureScratch.data);
-    release(divergence.data);
-    release(packedVelocity);
+    releaseGrid(velocity);
+    releaseGrid(velocityScratch);
+    releaseGrid(inkDensity);
+    releaseGrid(inkDensityScratch);
+    releaseGrid(pressure);
+    releaseGrid(pressureScratch);
+    releaseGrid(divergence);
+    std::free(std::exchange(packedVelocity, nullptr));
 }
 
 TouchSnapshot snapshotTouch(const EffectState& state) {

@@ -2,8 +2,10 @@
 
 #include <GLES2/gl2.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <cstring>
+#include <iterator>
 #include <utility>
 
 #include "gpu/shader_texts.h"
@@ -66,6 +68,21 @@ void allocateGrids(EffectState& state) {
     clearGrid(state.inkDensityScratch, 1);
 }
 
+/// The solver needs all of its grids: where memory lacked for one, the others go too, every kernel
+/// finds nothing to do, and the water is drawn above still ink.
+void dropIncompleteGrids(EffectState& state) {
+    FloatGrid* const grids[] = {&state.velocity, &state.velocityScratch, &state.pressure,
+                                &state.pressureScratch, &state.divergence};
+    const bool isComplete =
+        std::all_of(std::begin(grids), std::end(grids),
+                    [](const FloatGrid* grid) { return grid->data != nullptr; });
+    if (!isComplete) {
+        for (FloatGrid* const grid : grids) {
+            releaseGrid(*grid);
+        }
+    }
+}
+
 void clearInkTargets(const EffectState& state) {
     glViewport(0, 0, state.inkWidth, state.inkHeight);
     glBindFramebuffer(GL_FRAMEBUFFER, state.inkFront.framebuffer);
@@ -82,6 +99,7 @@ void initInkResources(EffectState& state) {
     replaceTarget(state.velocityTarget, state.velocityGridWidth, state.velocityGridHeight);
     replaceInkTargets(state);
     allocateGrids(state);
+    dropIncompleteGrids(state);
     if (state.quadBuffer != 0) {
         glDeleteBuffers(1, &state.quadBuffer);
     }

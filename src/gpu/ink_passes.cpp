@@ -23,15 +23,22 @@ void pointAttribute(GLuint location, std::size_t offset) {
                           reinterpret_cast<const void*>(offset));
 }
 
-/// The end that all passes share: draws over the whole bound target, then lets go of everything.
-void drawQuad(const EffectState& state) {
-    glBindBuffer(GL_ARRAY_BUFFER, state.quadBuffer);
+void drawQuad(GLuint buffer) {
+    glBindBuffer(GL_ARRAY_BUFFER, buffer);
     glBufferData(GL_ARRAY_BUFFER, sizeof quad, quad, GL_STATIC_DRAW);
     pointAttribute(0, offsetof(QuadVertex, x));
     pointAttribute(1, offsetof(QuadVertex, u));
     glDrawArrays(GL_TRIANGLE_STRIP, 0, 4);
     glDisableVertexAttribArray(0);
     glDisableVertexAttribArray(1);
+}
+
+/// The end that all passes share: draws over the whole bound target, then lets go of everything.
+void finishPass(const EffectState& state) {
+    // Before onInitGPU there is no buffer, and GL would read the quad from address 0.
+    if (state.quadBuffer != 0) {
+        drawQuad(state.quadBuffer);
+    }
     unbindTextures();
     glBindFramebuffer(GL_FRAMEBUFFER, 0);
     glDisable(GL_BLEND);
@@ -66,7 +73,7 @@ void runAdvectPass(const EffectState& state, const RenderTarget& velocity,
     glBindFramebuffer(GL_FRAMEBUFFER, destination.framebuffer);
     bindTexture(GL_TEXTURE0, velocity.texture);
     bindTexture(GL_TEXTURE1, source.texture);
-    drawQuad(state);
+    finishPass(state);
 }
 
 void runImpulsePass(const EffectState& state, const RenderTarget& source,
@@ -89,7 +96,7 @@ void runImpulsePass(const EffectState& state, const RenderTarget& source,
     setUniform(program, "Source", 0);
     glBindFramebuffer(GL_FRAMEBUFFER, destination.framebuffer);
     bindTexture(GL_TEXTURE0, source.texture);
-    drawQuad(state);
+    finishPass(state);
 }
 
 void depositInk(EffectState& state, const InkStroke& stroke, InkColor color) {

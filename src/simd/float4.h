@@ -27,6 +27,8 @@ namespace lanes = plain;
 namespace velmora {
 
 using lanes::Float4;
+using lanes::loadShorts;
+using lanes::Short8;
 
 template <>
 struct LaneTraits<Float4> {

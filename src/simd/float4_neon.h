@@ -29,6 +29,24 @@ struct Float4 {
     }
 };
 
+struct Short8 {
+    uint16x8_t lanes;
+
+    Short8() = default;
+    Short8(uint16x8_t all) : lanes(all) {}
+    explicit Short8(std::uint16_t all) : lanes(vdupq_n_u16(all)) {}
+};
+
+inline Short8 loadShorts(const std::uint16_t* from) {
+    return vld1q_u16(from);
+}
+inline void store(std::uint16_t* to, Short8 value) {
+    vst1q_u16(to, value.lanes);
+}
+inline Short8 operator+(Short8 a, Short8 b) {
+    return vaddq_u16(a.lanes, b.lanes);
+}
+
 inline Float4 load(const float* from) {
     return vld1q_f32(from);
 }

@@ -23,6 +23,29 @@ struct Float4 {
     Float4(float a, float b, float c, float d) : lane{a, b, c, d} {}
 };
 
+/// Eight 16-bit lanes, modulo 65536.
+struct Short8 {
+    std::uint16_t lane[8];
+
+    Short8() = default;
+    explicit Short8(std::uint16_t all) : lane{all, all, all, all, all, all, all, all} {}
+};
+
+inline Short8 loadShorts(const std::uint16_t* from) {
+    Short8 result;
+    std::memcpy(result.lane, from, sizeof result.lane);
+    return result;
+}
+inline void store(std::uint16_t* to, Short8 value) {
+    std::memcpy(to, value.lane, sizeof value.lane);
+}
+inline Short8 operator+(Short8 a, Short8 b) {
+    for (int k = 0; k < 8; ++k) {
+        a.lane[k] = static_cast<std::uint16_t>(a.lane[k] + b.lane[k]);
+    }
+    return a;
+}
+
 template <class Operation>
 Float4 eachLane(Float4 a, Float4 b, Operation operation) {
     Float4 result;

@@ -25,6 +25,24 @@ struct Float4 {
     Float4(float a, float b, float c, float d) : lanes(_mm_setr_ps(a, b, c, d)) {}
 };
 
+struct Short8 {
+    __m128i lanes;
+
+    Short8() = default;
+    Short8(__m128i all) : lanes(all) {}
+    explicit Short8(std::uint16_t all) : lanes(_mm_set1_epi16(static_cast<std::int16_t>(all))) {}
+};
+
+inline Short8 loadShorts(const std::uint16_t* from) {
+    return _mm_loadu_si128(reinterpret_cast<const __m128i*>(from));
+}
+inline void store(std::uint16_t* to, Short8 value) {
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(to), value.lanes);
+}
+inline Short8 operator+(Short8 a, Short8 b) {
+    return _mm_add_epi16(a.lanes, b.lanes);
+}
+
 inline Float4 load(const float* from) {
     return _mm_loadu_ps(from);
 }

@@ -26,12 +26,15 @@ Pair<Lane> pushedCell(const Stroke& stroke, Pair<Lane> centre, Pair<Lane> veloci
     const Pair<Lane> previous{Lane(stroke.previous.x), Lane(stroke.previous.y)};
     const Pair<Lane> normal{Lane(stroke.normal.x), Lane(stroke.normal.y)};
     const Lane t = (centre.x - previous.x) * normal.x + (centre.y - previous.y) * normal.y;
+    const auto between = (t > Lane(0.0f)) & (t < Lane(stroke.length));
+    if (!any(between)) {
+        return velocity;  // most of the grid lies before or behind the stroke
+    }
     const Pair<Lane> foot{previous.x + t * normal.x, previous.y + t * normal.y};
     const Pair<Lane> outward{centre.x - foot.x, centre.y - foot.y};
     const Pair<Lane> ahead{Lane(stroke.current.x) - foot.x, Lane(stroke.current.y) - foot.y};
     const Lane distance = sqrt(outward.x * outward.x + outward.y * outward.y);
-    const auto beside =
-        (t > Lane(0.0f)) & (t < Lane(stroke.length)) & (distance < Lane(stroke.radius));
+    const auto beside = between & (distance < Lane(stroke.radius));
     const Lane strength = Lane(0.1f) * distance;
     return {select(beside, velocity.x + strength * (outward.x + ahead.x), velocity.x),
             select(beside, velocity.y + strength * (outward.y + ahead.y), velocity.y)};

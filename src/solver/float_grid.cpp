@@ -15,9 +15,13 @@ std::size_t byteCount(std::int32_t width, std::int32_t height, std::int32_t floa
 
 }  // namespace
 
-void reallocateGrid(FloatGrid& grid, std::int32_t width, std::int32_t height, std::int32_t floats) {
+void releaseGrid(FloatGrid& grid) {
     std::free(grid.data);
     grid = {};
+}
+
+void reallocateGrid(FloatGrid& grid, std::int32_t width, std::int32_t height, std::int32_t floats) {
+    releaseGrid(grid);
     if (!isGridSize(width, height)) {
         return;
     }

@@ -13,6 +13,9 @@ struct FloatGrid {
     std::int32_t height;
 };
 
+/// Frees the grid's block: the grid no longer exists.
+void releaseGrid(FloatGrid& grid);
+
 /// Frees the grid's block and takes one of the new size, `floats` a cell, contents undefined.
 /// Without memory, or with a side below 0 or beyond `maxGridSide`, the grid no longer exists:
 /// {null, 0, 0}.

@@ -31,12 +31,6 @@ Lane laplacian(Lane top, Lane left, Lane right, Lane bottom, Lane cell) {
 }
 
 template <class Lane>
-Lane laplacianAt(const float* cell, std::ptrdiff_t rowLength) {
-    return laplacian(load<Lane>(cell - rowLength), load<Lane>(cell - 1), load<Lane>(cell + 1),
-                     load<Lane>(cell + rowLength), load<Lane>(cell));
-}
-
-template <class Lane>
 auto leavesCalm(Lane velocity) {
     return (velocity > Lane(calmThreshold)) | (velocity < Lane(-calmThreshold));
 }
@@ -48,19 +42,39 @@ Lane clampedHeight(Lane sum) {
                   select(sum < Lane(-heightLimit), Lane(-heightLimit), sum));
 }
 
-/// First pass, one row: the velocity. Returns whether a new one leaves the calm band; without
-/// `detectCalm`, false.
-template <bool detectCalm>
-bool accelerateRow(WaterRow row, std::ptrdiff_t width, std::ptrdiff_t rowLength,
-                   const WaveSettings& settings) {
-    const float damping = settings.damping;
-    const float waveSpeed = settings.waveSpeed;
+/// First pass for one group or cell. Returns its new velocity.
+template <class Lane>
+Lane accelerate(WaterRow row, std::ptrdiff_t x, Lane top, std::ptrdiff_t rowLength,
+                const WaveSettings& settings) {
+    const float* const cell = row.height + x;
+    const Lane lap = laplacian(top, load<Lane>(cell - 1), load<Lane>(cell + 1),
+                               load<Lane>(cell + rowLength), load<Lane>(cell));
+    const Lane velocity =
+        (load<Lane>(row.velocity + x) + Lane(settings.waveSpeed) * lap) * Lane(settings.damping);
+    store(row.velocity + x, velocity);
+    return velocity;
+}
+
+/// Second pass for one group or cell, whose height is `height`.
+template <class Lane>
+void moveCell(WaterRow row, std::ptrdiff_t x, Lane height) {
+    store(row.height + x, clampedHeight(height + load<Lane>(row.velocity + x)));
+}
+
+/// First pass for `row` and, where `above` is a row of the rectangle, second pass for that one: a
+/// height moves when the acceleration of the cell below it has read it. Returns whether a new
+/// velocity leaves the calm band; without `detectCalm`, false.
+template <bool detectCalm, bool movesAbove>
+bool accelerateRow(WaterRow row, WaterRow above, std::ptrdiff_t width, std::ptrdiff_t rowLength,
+                   const WaveSettings& waves) {
+    const WaveSettings settings = waves;
     bool isMoving = false;
-    forLanes(0, width, [=, &isMoving]<class Lane>(std::ptrdiff_t x) {
-        const Lane lap = laplacianAt<Lane>(row.height + x, rowLength);
-        const Lane velocity =
-            (load<Lane>(row.velocity + x) + Lane(waveSpeed) * lap) * Lane(damping);
-        store(row.velocity + x, velocity);
+    forLanes(0, width, [&]<class Lane>(std::ptrdiff_t x) {
+        const Lane top = load<Lane>(above.height + x);
+        const Lane velocity = accelerate(row, x, top, rowLength, settings);
+        if constexpr (movesAbove) {
+            moveCell(above, x, top);
+        }
         if constexpr (detectCalm) {
             isMoving = isMoving || any(leavesCalm(velocity));
         }
@@ -68,12 +82,16 @@ bool accelerateRow(WaterRow row, std::ptrdiff_t width, std::ptrdiff_t rowLength,
     return isMoving;
 }
 
-/// Second pass, one row: the height, by the new velocity.
+template <bool movesAbove>
+bool accelerateRow(WaterRow row, WaterRow above, std::ptrdiff_t width, std::ptrdiff_t rowLength,
+                   const WaveSettings& settings, bool detectCalm) {
+    return detectCalm ? accelerateRow<true, movesAbove>(row, above, width, rowLength, settings)
+                      : accelerateRow<false, movesAbove>(row, above, width, rowLength, settings);
+}
+
 void moveRow(WaterRow row, std::ptrdiff_t width) {
-    forLanes(0, width, [=]<class Lane>(std::ptrdiff_t x) {
-        store(row.height + x,
-              clampedHeight(load<Lane>(row.height + x) + load<Lane>(row.velocity + x)));
-    });
+    forLanes(0, width,
+             [=]<class Lane>(std::ptrdiff_t x) { moveCell(row, x, load<Lane>(row.height + x)); });
 }
 
 /// Third pass, one group or cell, in place: `left` holds the group before as it was smoothed, whose
@@ -134,14 +152,11 @@ bool stepHeightField(const WaterGrids& grids, const WaterRectangle& rectangle,
     // when the row below it is accelerated, and smoothed when the row below it is moved.
     std::ptrdiff_t unsmoothed = rectangle.y0;
     for (std::ptrdiff_t y = rectangle.y0; y < rectangle.y1; ++y) {
-        if (settings.detectCalm && !isMoving) {
-            isMoving = accelerateRow<true>(rowAt(y), width, rowLength, settings);
-        } else {
-            accelerateRow<false>(rowAt(y), width, rowLength, settings);
-        }
-        if (y > rectangle.y0) {
-            moveRow(rowAt(y - 1), width);
-        }
+        const bool detectCalm = settings.detectCalm && !isMoving;
+        isMoving |= y == rectangle.y0 ? accelerateRow<false>(rowAt(y), rowAt(y - 1), width,
+                                                             rowLength, settings, detectCalm)
+                                      : accelerateRow<true>(rowAt(y), rowAt(y - 1), width,
+                                                            rowLength, settings, detectCalm);
         if (y - 1 - unsmoothed >= smoothedTogether) {
             smoothRows<smoothedTogether>(rowAt(unsmoothed).height, width, rowLength, weight);
             unsmoothed += smoothedTogether;

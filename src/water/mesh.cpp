@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <iterator>
 
 #include "simd/float4.h"
 
@@ -17,10 +18,54 @@ float gaps(int details) {
 /// One column of vertices at x: rows from the top at `top` downwards. Walking column by column
 /// needs no division, so a vertex lands in its column and row exactly, however tall the mesh is.
 void writeColumn(float* positions, int rows, float x, float top, float stepY) {
-    forLanes(0, rows, [&]<class Lane>(std::ptrdiff_t row) {
-        const Lane y = Lane(top) - ramp<Lane>(static_cast<float>(row)) * Lane(stepY);
-        storePoints(positions + row * 3, Lane(x), y);
+    forColumns(0, rows, [=]<class Lane>(std::ptrdiff_t row, Lane rowNumber) {
+        storePoints(positions + row * 3, Lane(x), Lane(top) - rowNumber * Lane(stepY));
     });
+}
+
+constexpr int quadIndices = 6;
+constexpr int quadsTogether = 4;  // their indices fill three vectors
+
+/// The quad left of and above a vertex, as two triangles.
+void writeQuad(std::uint16_t* indices, std::uint32_t bottomRight, std::uint32_t rows) {
+    const std::uint32_t topLeft = bottomRight - rows - 1;
+    const std::uint32_t vertices[quadIndices] = {topLeft, bottomRight - rows, bottomRight,
+                                                 topLeft, bottomRight,        bottomRight - 1};
+    std::transform(std::begin(vertices), std::end(vertices), indices,
+                   [](std::uint32_t vertex) { return static_cast<std::uint16_t>(vertex); });
+}
+
+/// The quads above mesh row `row`, from left to right. From one quad to the next all indices grow
+/// by the vertices of a column. Returns the place after them.
+std::uint16_t* writeQuadRow(std::uint16_t* indices, const MeshShape& shape, int row) {
+    const auto rows = static_cast<std::uint32_t>(shape.rows);
+    const auto writeAt = [&](int column) {
+        writeQuad(indices,
+                  static_cast<std::uint32_t>(column) * rows + static_cast<std::uint32_t>(row),
+                  rows);
+        indices += quadIndices;
+    };
+    int column = 1;
+    for (; column < std::min(shape.columns, 1 + quadsTogether); ++column) {
+        writeAt(column);
+    }
+    if (column <= quadsTogether) {
+        return indices;
+    }
+    const Short8 growth(static_cast<std::uint16_t>(quadsTogether * rows));
+    Short8 first = loadShorts(indices - 24);
+    Short8 second = loadShorts(indices - 16);
+    Short8 third = loadShorts(indices - 8);
+    for (; column + quadsTogether <= shape.columns; column += quadsTogether) {
+        store(indices, first = first + growth);
+        store(indices + 8, second = second + growth);
+        store(indices + 16, third = third + growth);
+        indices += quadIndices * quadsTogether;
+    }
+    for (; column < shape.columns; ++column) {
+        writeAt(column);
+    }
+    return indices;
 }
 
 }  // namespace
@@ -42,20 +87,8 @@ void writeMeshPositions(float* positions, int vertexCount, const MeshShape& shap
 }
 
 void writeMeshIndices(std::uint16_t* indices, const MeshShape& shape) {
-    const auto put = [&](std::uint32_t vertex) { *indices++ = static_cast<std::uint16_t>(vertex); };
-    const auto rows = static_cast<std::uint32_t>(shape.rows);
     for (int row = 1; row < shape.rows; ++row) {
-        for (int column = 1; column < shape.columns; ++column) {
-            const auto bottomRight =
-                static_cast<std::uint32_t>(column) * rows + static_cast<std::uint32_t>(row);
-            const std::uint32_t topLeft = bottomRight - rows - 1;
-            put(topLeft);
-            put(bottomRight - rows);
-            put(bottomRight);
-            put(topLeft);
-            put(bottomRight);
-            put(bottomRight - 1);
-        }
+        indices = writeQuadRow(indices, shape, row);
     }
 }
 

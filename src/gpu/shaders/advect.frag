@@ -20,8 +20,8 @@ vec2 encode(float v) {
 }
 
 void main() {
-    vec4 packed = texture2D(VelocityTexture, v_texCoord);
-    vec2 u = vec2(255.0 * packed.r + packed.g - 127.0, 255.0 * packed.b + packed.a - 127.0);
+    vec4 flow = texture2D(VelocityTexture, v_texCoord);
+    vec2 u = vec2(255.0 * flow.r + flow.g - 127.0, 255.0 * flow.b + flow.a - 127.0);
 
     // Under a resting or slow finger the ink barely moves.
     float back_step = BackwardStepSize;

@@ -1,0 +1,11 @@
+#include "effect/effect_state.h"
+
+// The library's CPU half stands here without the rest of the library, which defines these.
+
+namespace velmora {
+
+constinit bool gInkEnabled = false;
+constinit TouchVariables gTouch;
+constinit EffectState gEffectState;
+
+}  // namespace velmora

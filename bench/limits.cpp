@@ -1,0 +1,189 @@
+#include "bench/limits.h"
+
+#include <benchmark/benchmark.h>
+#include <pthread.h>
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "bench/measure.h"
+#include "simd/float4.h"
+
+using velmora::Float4;
+
+namespace bench {
+
+namespace {
+
+/// Runs `sample` in each iteration; its median is the limit.
+void registerLimit(const std::string& name, int samples, const std::function<double()>& sample) {
+    benchmark::RegisterBenchmark(name.c_str(), [sample](benchmark::State& state) {
+        sample();  // warms up
+        std::vector<double> values;
+        for (auto _ : state) {
+            values.push_back(sample());
+        }
+        state.counters["value"] = median(values);
+    })->Iterations(samples);
+}
+
+/// Bytes a nanosecond, loaded and stored, four lanes at a time, over two arrays of `bytes` in all.
+double bandwidth(std::size_t bytes) {
+    const auto count = static_cast<std::ptrdiff_t>(bytes / 2 / sizeof(float) / 16 * 16);
+    static std::vector<float> from;
+    static std::vector<float> to;
+    from.assign(static_cast<std::size_t>(count), 1.0f);
+    to.assign(static_cast<std::size_t>(count), 1.0f);
+    const std::size_t rounds = (std::size_t{1} << 24) / bytes;
+    const float* const source = from.data();
+    float* const target = to.data();
+    const Float4 one(1.0f);
+    const double time = nanosecondsOf(CLOCK_THREAD_CPUTIME_ID, [&] {
+        for (std::size_t round = 0; round < rounds; ++round) {
+            for (std::ptrdiff_t i = 0; i < count; i += 16) {
+                for (std::ptrdiff_t group = 0; group < 16; group += 4) {
+                    store(target + i + group, velmora::load<Float4>(source + i + group) + one);
+                }
+            }
+            benchmark::ClobberMemory();
+        }
+    });
+    return static_cast<double>(rounds) * static_cast<double>(count) * 2 * sizeof(float) / time;
+}
+
+/// Bytes a nanosecond, loaded only, from the nearest cache.
+double loadBandwidth() {
+    constexpr std::ptrdiff_t count = 4096;
+    constexpr int rounds = 1'000;
+    static const std::vector<float> from(count, 1.0f);
+    const double time = nanosecondsOf(CLOCK_THREAD_CPUTIME_ID, [] {
+        Float4 sums[8] = {0.0f, 0.0f, 0.0f, 0.0f, 0.0f, 0.0f, 0.0f, 0.0f};
+        for (int round = 0; round < rounds; ++round) {
+            for (std::ptrdiff_t i = 0; i < count; i += 32) {
+                for (std::ptrdiff_t lane = 0; lane < 8; ++lane) {
+                    sums[lane] = sums[lane] + velmora::load<Float4>(from.data() + i + lane * 4);
+                }
+            }
+        }
+        Float4 total = sums[0];
+        for (const Float4& sum : sums) {
+            total = total + sum;
+        }
+        benchmark::DoNotOptimize(total);
+    });
+    return static_cast<double>(rounds) * count * sizeof(float) / time;
+}
+
+constexpr std::size_t operations = 240'000;
+
+/// Four-lane operations a nanosecond in `chains` independent chains, each of which `advance` takes
+/// one operation further.
+template <std::size_t chains, class Advance>
+double throughput(Advance advance) {
+    Float4 values[chains];
+    for (std::size_t chain = 0; chain < chains; ++chain) {
+        values[chain] = Float4(1.0f + static_cast<float>(chain) * 0x1p-10f);
+    }
+    const double time = nanosecondsOf(CLOCK_THREAD_CPUTIME_ID, [&] {
+        for (std::size_t round = 0; round < operations / chains; ++round) {
+            for (std::size_t chain = 0; chain < chains; ++chain) {
+                values[chain] = advance(values[chain], chain);
+            }
+        }
+    });
+    for (Float4& value : values) {
+        benchmark::DoNotOptimize(value);
+    }
+    return static_cast<double>(operations / chains) * chains / time;
+}
+
+/// What a smoothed height takes from its left neighbour to itself: three additions, a subtraction,
+/// a product and an addition, one after the other.
+template <class Lane>
+Lane smoothed(Lane left) {
+    const Lane sum = Lane(0.5f) + left + Lane(0.25f) + Lane(0.75f) - Lane(2.0f);
+    return Lane(0.5f) + Lane(0.018f) * sum;
+}
+
+/// Nanoseconds a group of four, where each loads what the group before has stored, one cell to the
+/// left.
+double smoothingChainThroughMemory() {
+    constexpr std::size_t rows = 64;
+    constexpr std::size_t groups = 1024;
+    static std::vector<float> heights(4 * groups + 1);
+    float* const cells = heights.data();
+    const double time = nanosecondsOf(CLOCK_THREAD_CPUTIME_ID, [&] {
+        for (std::size_t row = 0; row < rows; ++row) {
+            for (std::size_t group = 0; group < groups; ++group) {
+                store(cells + 4 * group + 1, smoothed(velmora::load<Float4>(cells + 4 * group)));
+                benchmark::ClobberMemory();
+            }
+        }
+    });
+    return time / (rows * groups);
+}
+
+/// The same, the left neighbour being handed on in a register.
+double smoothingChainInRegisters() {
+    constexpr std::size_t groups = 65'536;
+    float height = 1.0f;
+    benchmark::DoNotOptimize(height);
+    const double time = nanosecondsOf(CLOCK_THREAD_CPUTIME_ID, [&] {
+        for (std::size_t group = 0; group < groups; ++group) {
+            height = smoothed(height);
+        }
+        benchmark::DoNotOptimize(height);
+    });
+    return time / groups;
+}
+
+double threadStartAndJoin() {
+    return nanosecondsOf(CLOCK_MONOTONIC, [] {
+        pthread_t thread{};
+        const auto body = [](void* argument) { return argument; };
+        if (pthread_create(&thread, nullptr, body, nullptr) == 0) {
+            pthread_join(thread, nullptr);
+        }
+    });
+}
+
+}  // namespace
+
+void registerLimits(int samples) {
+    struct WorkingSet {
+        const char* what;
+        std::size_t bytes;
+    };
+    constexpr WorkingSet workingSets[] = {{"16 KB", 16'384},
+                                          {"51 KB, move on 60x107", 51'360},
+                                          {"173 KB, Jacobi on 90x160", 172'800},
+                                          {"233 KB, move on 128x228", 233'472},
+                                          {"307 KB, Jacobi on 120x213", 306'720},
+                                          {"2 MB, move on 512x512", 2'097'152}};
+    registerLimit("load, bytes per ns/16 KB", samples, loadBandwidth);
+    for (const WorkingSet& set : workingSets) {
+        registerLimit(std::string("load + store, bytes per ns/") + set.what, samples,
+                      [bytes = set.bytes] { return bandwidth(bytes); });
+    }
+    const Float4 step(0x1p-20f);
+    const Float4 factor(1.0f + 0x1p-20f);
+    registerLimit("four-lane operations per ns/add", samples, [=] {
+        return throughput<12>([=](Float4 value, std::size_t) { return value + step; });
+    });
+    registerLimit("four-lane operations per ns/multiply", samples, [=] {
+        return throughput<12>([=](Float4 value, std::size_t) { return value * factor; });
+    });
+    registerLimit("four-lane operations per ns/add and multiply", samples, [=] {
+        return throughput<12>([=](Float4 value, std::size_t chain) {
+            return chain % 2 == 0 ? value + step : value * factor;
+        });
+    });
+    registerLimit("smoothing chain, ns per group of four/through memory", samples,
+                  smoothingChainThroughMemory);
+    registerLimit("smoothing chain, ns per group of four/in registers", samples,
+                  smoothingChainInRegisters);
+    registerLimit("thread, ns/start and join", samples, threadStartAndJoin);
+}
+
+}  // namespace bench

@@ -1,0 +1,45 @@
+#include "bench/options.h"
+
+#include <benchmark/benchmark.h>
+
+#include <charconv>
+#include <iostream>
+
+namespace bench {
+
+namespace {
+
+/// A count of at least 1.
+bool parseCount(std::string_view text, int& count) {
+    const char* const end = text.data() + text.size();
+    const auto [stop, error] = std::from_chars(text.data(), end, count);
+    return error == std::errc() && stop == end && count >= 1;
+}
+
+}  // namespace
+
+std::optional<Options> takeOptions(int argc, char** argv, std::string_view program,
+                                   std::string_view countOption, int defaultCount) {
+    Options options{false, defaultCount};
+    bool valid = true;
+    int kept = 1;
+    for (int i = 1; i < argc; ++i) {
+        const std::string_view argument = argv[i];
+        if (argument == "--table") {
+            options.table = true;
+        } else if (argument.starts_with(countOption)) {
+            valid = valid && parseCount(argument.substr(countOption.size()), options.count);
+        } else {
+            argv[kept++] = argv[i];
+        }
+    }
+    benchmark::Initialize(&kept, argv);
+    if (!valid || benchmark::ReportUnrecognizedArguments(kept, argv)) {
+        std::cerr << "usage: " << program << " [--table] [" << countOption
+                  << "N] [--benchmark_...]\n";
+        return std::nullopt;
+    }
+    return options;
+}
+
+}  // namespace bench

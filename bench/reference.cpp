@@ -1,0 +1,446 @@
+#include "bench/reference.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdlib>
+#include <utility>
+
+using namespace velmora;
+
+namespace reference {
+
+namespace {
+
+constexpr float heightLimit = 100.0f;
+constexpr float calmThreshold = 0.009f;
+
+float laplacian(const float* h, int i, int rowLength) {
+    return h[i - rowLength] + h[i - 1] + h[i + 1] + h[i + rowLength] - 4.0f * h[i];
+}
+
+bool updateVelocities(const WaterGrids& grids, const WaterRectangle& area,
+                      const WaveSettings& settings) {
+    float* const v = grids.velocity;
+    const float* const h = grids.height;
+    const float waveSpeed = settings.waveSpeed;
+    const float damping = settings.damping;
+    bool calm = true;
+    for (int y = area.y0; y < area.y1; ++y) {
+        for (int x = area.x0; x < area.x1; ++x) {
+            const int i = y * grids.rowLength + x;
+            const float moved = (v[i] + waveSpeed * laplacian(h, i, grids.rowLength)) * damping;
+            v[i] = moved;
+            if (settings.detectCalm && calm && (moved > calmThreshold || moved < -calmThreshold)) {
+                calm = false;
+            }
+        }
+    }
+    return calm;
+}
+
+void moveHeights(const WaterGrids& grids, const WaterRectangle& area) {
+    const float* const v = grids.velocity;
+    float* const h = grids.height;
+    for (int y = area.y0; y < area.y1; ++y) {
+        for (int x = area.x0; x < area.x1; ++x) {
+            const int i = y * grids.rowLength + x;
+            const float sum = h[i] + v[i];
+            h[i] = sum > heightLimit ? heightLimit : sum < -heightLimit ? -heightLimit : sum;
+        }
+    }
+}
+
+/// In groups of four that read before they write; the rest of a row cell by cell.
+void smoothHeights(const WaterGrids& grids, const WaterRectangle& area, float weight) {
+    float* const h = grids.height;
+    const int rowLength = grids.rowLength;
+    for (int y = area.y0; y < area.y1; ++y) {
+        int i = y * rowLength + area.x0;
+        const int end = y * rowLength + area.x1;
+        for (; i + 4 <= end; i += 4) {
+            float smoothed[4];
+            for (int k = 0; k < 4; ++k) {
+                smoothed[k] = h[i + k] + weight * laplacian(h, i + k, rowLength);
+            }
+            std::copy_n(smoothed, 4, h + i);
+        }
+        for (; i < end; ++i) {
+            h[i] = h[i] + weight * laplacian(h, i, rowLength);
+        }
+    }
+}
+
+Float2 sampleBilinear(const FloatGrid& grid, float u, float v) {
+    const float x = std::clamp(u, 0.0f, 1.0f) * static_cast<float>(grid.width - 1);
+    const float y = std::clamp(v, 0.0f, 1.0f) * static_cast<float>(grid.height - 1);
+    const int i0 = static_cast<int>(x);
+    const int j0 = static_cast<int>(y);
+    const int i1 = std::min(i0 + 1, grid.width - 1);
+    const int j1 = std::min(j0 + 1, grid.height - 1);
+    const float fx = x - static_cast<float>(i0);
+    const float fy = y - static_cast<float>(j0);
+    const float* const g00 = grid.data + (i0 + j0 * grid.width) * 2;
+    const float* const g10 = grid.data + (i1 + j0 * grid.width) * 2;
+    const float* const g01 = grid.data + (i0 + j1 * grid.width) * 2;
+    const float* const g11 = grid.data + (i1 + j1 * grid.width) * 2;
+    const float w00 = (1.0f - fx) * (1.0f - fy);
+    const float w10 = fx * (1.0f - fy);
+    const float w01 = (1.0f - fx) * fy;
+    const float w11 = fx * fy;
+    return {w00 * g00[0] + w10 * g10[0] + w01 * g01[0] + w11 * g11[0],
+            w00 * g00[1] + w10 * g10[1] + w01 * g01[1] + w11 * g11[1]};
+}
+
+float squaredDistance(Float2 a, Float2 b) {
+    const float dx = a.x - b.x;
+    const float dy = a.y - b.y;
+    return dx * dx + dy * dy;
+}
+
+void sweep(const Jacobi& pass) {
+    const int width = pass.output.width;
+    const int height = pass.output.height;
+    const float* const x = pass.x.data;
+    const float* const b = pass.b.data;
+    float* const out = pass.output.data;
+    const float alpha = pass.alpha;
+    const float rbeta = pass.rbeta;
+    std::fill_n(out, width * height, 0.0f);
+    for (int j = 1; j < height - 1; ++j) {
+        for (int i = 1; i < width - 1; ++i) {
+            const int at = j * width + i;
+            out[at] =
+                (x[at - 1] + x[at + 1] + x[at - width] + x[at + width] + alpha * b[at]) * rbeta;
+        }
+    }
+}
+
+}  // namespace
+
+void writeMeshPositions(float* positions, int vertexCount, const MeshShape& shape) {
+    const float stepX = static_cast<float>(shape.width) / static_cast<float>(shape.columns - 1);
+    const float stepY = static_cast<float>(shape.height) / static_cast<float>(shape.rows - 1);
+    const float halfWidth = static_cast<float>(shape.width) * 0.5f;
+    const float halfHeight = static_cast<float>(shape.height) * 0.5f;
+    const int rows = shape.rows;
+    for (int i = 0; i < vertexCount; ++i) {
+        const int column = i / rows;
+        const int row = i % rows;
+        positions[3 * i] = static_cast<float>(column) * stepX - halfWidth;
+        positions[3 * i + 1] = halfHeight - static_cast<float>(row) * stepY;
+        positions[3 * i + 2] = 0.0f;
+    }
+}
+
+void writeMeshIndices(std::uint16_t* indices, const MeshShape& shape) {
+    const int rows = shape.rows;
+    const int columns = shape.columns;
+    for (int row = 1; row < rows; ++row) {
+        for (int column = 1; column < columns; ++column) {
+            const int a = column * rows + row;
+            const int left = a - rows;
+            *indices++ = static_cast<std::uint16_t>(left - 1);
+            *indices++ = static_cast<std::uint16_t>(left);
+            *indices++ = static_cast<std::uint16_t>(a);
+            *indices++ = static_cast<std::uint16_t>(left - 1);
+            *indices++ = static_cast<std::uint16_t>(a);
+            *indices++ = static_cast<std::uint16_t>(a - 1);
+        }
+    }
+}
+
+void addRipple(float* grid, const RippleTouch& touch) {
+    const auto width = static_cast<float>(touch.gridWidth);
+    const auto height = static_cast<float>(touch.gridHeight);
+    const float cx = (touch.x / static_cast<float>(touch.areaWidth) + 0.5f) * width;
+    const float cy = (touch.y / static_cast<float>(touch.areaHeight) + 0.5f) * height;
+    const int left = cx > 5.0f ? static_cast<int>(std::floor(cx - 3.0f)) : 2;
+    const int right =
+        cx < width - 5.0f ? static_cast<int>(std::floor(cx + 4.0f)) : touch.gridWidth - 1;
+    const int top = cy > 5.0f ? static_cast<int>(std::floor(cy - 3.0f)) : 2;
+    const int bottom =
+        cy < height - 5.0f ? static_cast<int>(std::floor(cy + 4.0f)) : touch.gridHeight - 1;
+    for (int row = top; row < bottom; ++row) {
+        for (int column = left; column < right; ++column) {
+            const float dx = cx - static_cast<float>(column);
+            const float dy = cy - static_cast<float>(row);
+            const float depth = 3.0f - std::sqrt(dx * dx + dy * dy);
+            if (depth > 0.0f) {
+                grid[row * touch.gridWidth + column] += depth * touch.strength;
+            }
+        }
+    }
+}
+
+bool stepHeightField(const WaterGrids& grids, const WaterRectangle& rectangle,
+                     const WaveSettings& settings) {
+    const bool calm = updateVelocities(grids, rectangle, settings);
+    moveHeights(grids, rectangle);
+    smoothHeights(grids, rectangle, settings.damping == 0.94f ? 0.068f : 0.018f);
+    return calm;
+}
+
+void advectVelocityKernel(const AdvectVelocity& pass) {
+    const FloatGrid source = pass.source;
+    const float* const velocity = pass.velocity.data;
+    float* const out = pass.output.data;
+    const Float2 texel = pass.texelSize;
+    const Float2 cell = pass.cellToScreen;
+    const float timeStep = pass.timeStep;
+    const float dissipation = pass.dissipation;
+    const bool pushes = pass.dragMode > 0;
+    const float factor = static_cast<float>(pass.dragMode) - 1.5f;
+    const Float2 touch = pass.touchPoint;
+    const Float2 push{factor * pass.touchDelta.x, factor * pass.touchDelta.y};
+    for (int j = 0; j < source.height; ++j) {
+        for (int i = 0; i < source.width; ++i) {
+            const int at = (j * source.width + i) * 2;
+            const auto column = static_cast<float>(i);
+            const auto row = static_cast<float>(j);
+            Float2 carried =
+                sampleBilinear(source, (column + 0.5f - timeStep * velocity[at]) * texel.x,
+                               (row + 0.5f - timeStep * velocity[at + 1]) * texel.y);
+            if (pushes && squaredDistance(touch, {column * cell.x, row * cell.y}) < 625.0f) {
+                carried.x += push.x;
+                carried.y += push.y;
+            }
+            out[at] = dissipation * carried.x;
+            out[at + 1] = dissipation * carried.y;
+        }
+    }
+}
+
+void computeDivergenceKernel(const ComputeDivergence& pass) {
+    const FloatGrid grid = pass.velocity;
+    const float* const velocity = grid.data;
+    float* const out = pass.output.data;
+    const Float2 cell = pass.cellToScreen;
+    const Float2 sink = pass.sourcePoint;
+    const float squaredRadius = pass.sourceRadius * pass.sourceRadius;
+    const float strength = pass.sourceStrength;
+    const float scale = pass.halfInverseCellSize;
+    for (int j = 0; j < grid.height; ++j) {
+        const int below = std::max(j - 1, 0) * grid.width;
+        const int above = std::min(j + 1, grid.height - 1) * grid.width;
+        for (int i = 0; i < grid.width; ++i) {
+            const int here = j * grid.width;
+            const int left = here + std::max(i - 1, 0);
+            const int right = here + std::min(i + 1, grid.width - 1);
+            float divergence = ((velocity[right * 2] - velocity[left * 2]) +
+                                (velocity[(above + i) * 2 + 1] - velocity[(below + i) * 2 + 1])) *
+                               scale;
+            const Float2 corner{static_cast<float>(i) * cell.x, static_cast<float>(j) * cell.y};
+            if (squaredDistance(sink, corner) < squaredRadius) {
+                divergence -= strength;
+            }
+            out[here + i] = divergence;
+        }
+    }
+}
+
+void jacobiSweeps(Jacobi& pass, std::int32_t count) {
+    for (std::int32_t iteration = 0; iteration < count; ++iteration) {
+        sweep(pass);
+        std::swap(pass.x, pass.output);
+    }
+}
+
+void subtractGradientKernel(const SubtractGradient& pass) {
+    const int width = pass.output.width;
+    const int height = pass.output.height;
+    const float* const velocity = pass.velocity.data;
+    const float* const pressure = pass.pressure.data;
+    float* const out = pass.output.data;
+    const float scale = pass.gradientScale;
+    for (int j = 0; j < height; ++j) {
+        const int here = j * width;
+        const int below = std::max(j - 1, 0) * width;
+        const int above = std::min(j + 1, height - 1) * width;
+        for (int i = 0; i < width; ++i) {
+            const int left = here + std::max(i - 1, 0);
+            const int right = here + std::min(i + 1, width - 1);
+            const int at = (here + i) * 2;
+            out[at] = velocity[at] - scale * (pressure[right] - pressure[left]);
+            out[at + 1] = velocity[at + 1] - scale * (pressure[above + i] - pressure[below + i]);
+        }
+    }
+}
+
+void runAddVelocity(const AddVelocity& pass) {
+    const int width = pass.output.width;
+    const int height = pass.output.height;
+    const float* const velocity = pass.velocity.data;
+    float* const out = pass.output.data;
+    const Float2 cell = pass.cellToScreen;
+    const Float2 start = pass.previous;
+    const Float2 end = pass.current;
+    const Float2 normal = pass.normal;
+    const float length = pass.length;
+    const float radius = pass.radius;
+    for (int j = 0; j < height; ++j) {
+        for (int i = 0; i < width; ++i) {
+            const int at = (j * width + i) * 2;
+            Float2 v{velocity[at], velocity[at + 1]};
+            const Float2 centre{(static_cast<float>(i) + 0.5f) * cell.x,
+                                (static_cast<float>(j) + 0.5f) * cell.y};
+            const float t = (centre.x - start.x) * normal.x + (centre.y - start.y) * normal.y;
+            if (t > 0.0f && t < length) {
+                const Float2 foot{start.x + t * normal.x, start.y + t * normal.y};
+                const float distance = std::sqrt(squaredDistance(centre, foot));
+                if (distance < radius) {
+                    v.x += 0.1f * distance * ((centre.x - foot.x) + (end.x - foot.x));
+                    v.y += 0.1f * distance * ((centre.y - foot.y) + (end.y - foot.y));
+                }
+            }
+            out[at] = v.x;
+            out[at + 1] = v.y;
+        }
+    }
+}
+
+void packComponents(std::uint8_t* to, const float* from, std::ptrdiff_t count) {
+    constexpr float k = 0.00392157f;
+    for (std::ptrdiff_t i = 0; i < count; ++i) {
+        const float t = std::min(std::max(from[i], -127.0f), 127.0f) + 127.0f;
+        const float q = t * k;
+        const float ft = t - static_cast<float>(static_cast<int>(t));
+        const float fq = q - static_cast<float>(static_cast<int>(q));
+        to[2 * i] = static_cast<std::uint8_t>((fq - ft * k) * 255.0f);
+        to[2 * i + 1] = static_cast<std::uint8_t>(ft * 255.0f);
+    }
+}
+
+namespace {
+
+bool isInside(const EffectState& state, const TouchSnapshot& touch, int margin) {
+    return margin < touch.touchX && touch.touchX < state.screenWidth - margin &&
+           margin < touch.touchY && touch.touchY < state.screenHeight - margin;
+}
+
+Float2 texelSizeOf(const EffectState& state) {
+    return {1.0f / static_cast<float>(state.velocity.width),
+            1.0f / static_cast<float>(state.velocity.height)};
+}
+
+Float2 cellToScreenOf(const EffectState& state) {
+    return {static_cast<float>(state.screenWidth) / static_cast<float>(state.velocity.width),
+            static_cast<float>(state.screenHeight) / static_cast<float>(state.velocity.height)};
+}
+
+void addStroke(EffectState& state, const TouchSnapshot& touch) {
+    if (!isInside(state, touch, state.touchMargin)) {
+        return;
+    }
+    const auto height = static_cast<float>(state.screenHeight);
+    const DragSegment& segment = state.dragSegment;
+    AddVelocity& pass = state.addVelocityPass;
+    pass.output = state.velocityScratch;
+    pass.velocity = state.velocity;
+    pass.cellToScreen = cellToScreenOf(state);
+    pass.previous = {static_cast<float>(segment.fromX), height - static_cast<float>(segment.fromY)};
+    pass.current = {static_cast<float>(segment.toX), height - static_cast<float>(segment.toY)};
+    const float length = std::sqrt(squaredDistance(pass.current, pass.previous));
+    pass.length = length == 0.0f ? 1.0f : length;
+    pass.normal = {(pass.current.x - pass.previous.x) / pass.length,
+                   (pass.current.y - pass.previous.y) / pass.length};
+    pass.radius = state.inkRadius;
+    reference::runAddVelocity(pass);
+    std::swap(state.velocity, state.velocityScratch);
+}
+
+void advect(EffectState& state, const TouchSnapshot& touch) {
+    AdvectVelocity& pass = state.advectVelocityPass;
+    pass.output = state.velocityScratch;
+    pass.velocity = state.velocity;
+    pass.source = state.velocity;
+    pass.texelSize = texelSizeOf(state);
+    pass.cellToScreen = cellToScreenOf(state);
+    pass.timeStep = state.timeStep;
+    pass.dissipation = state.velocityDissipation;
+    pass.touchPoint = {static_cast<float>(touch.touchX),
+                       static_cast<float>(state.screenHeight - touch.touchY)};
+    pass.touchDelta = {static_cast<float>(touch.touchDeltaX),
+                       -static_cast<float>(touch.touchDeltaY)};
+    pass.dragMode = touch.dragMode;
+    reference::advectVelocityKernel(pass);
+    std::swap(state.velocity, state.velocityScratch);
+}
+
+/// Returns whether the touch lies far enough from the edges for the projection.
+bool applyMarginRule(EffectState& state, const TouchSnapshot& touch) {
+    state.touchMargin = 60;
+    if (isInside(state, touch, 60)) {
+        return true;
+    }
+    if (touch.dragMode == 0) {
+        state.touchMargin = 12;
+        state.sourceRadius = 4.0f;
+        state.sourceStrength = 40.0f;
+        return isInside(state, touch, 12);
+    }
+    if (touch.dragMode == 1) {
+        state.touchMargin = 10;
+        if (isInside(state, touch, 10)) {
+            return true;
+        }
+        state.sourceRadius = 2.0f;
+        state.sourceStrength = 2.0f;
+    }
+    return false;
+}
+
+void computeDivergence(EffectState& state, const TouchSnapshot& touch) {
+    const double u1 = std::rand() * 0x1p-31;
+    const double u2 = std::rand() * 0x1p-31;
+    ComputeDivergence& pass = state.computeDivergencePass;
+    pass.output = state.divergence;
+    pass.velocity = state.velocity;
+    pass.cellToScreen = cellToScreenOf(state);
+    pass.halfInverseCellSize = 0.5f / state.gridScale;
+    pass.sourceStrength = state.sourceStrength;
+    pass.sourceRadius = state.sourceRadius;
+    pass.sourcePoint = {static_cast<float>(touch.touchX + (0.5 - u1) * 10.0),
+                        static_cast<float>(state.screenHeight - touch.touchY + (0.5 - u2) * 10.0)};
+    reference::computeDivergenceKernel(pass);
+}
+
+void solvePressure(EffectState& state) {
+    std::fill_n(state.pressure.data, state.pressure.width * state.pressure.height, 0.0f);
+    Jacobi& pass = state.jacobiPass;
+    pass.output = state.pressureScratch;
+    pass.x = state.pressure;
+    pass.b = state.divergence;
+    pass.alpha = -(state.gridScale * state.gridScale);
+    pass.rbeta = 0.25f;
+    reference::jacobiSweeps(pass, state.jacobiIterations);
+    state.pressure = pass.x;
+    state.pressureScratch = pass.output;
+}
+
+void project(EffectState& state) {
+    SubtractGradient& pass = state.subtractGradientPass;
+    pass.output = state.velocityScratch;
+    pass.velocity = state.velocity;
+    pass.pressure = state.pressure;
+    pass.gradientScale = state.gradientScale;
+    reference::subtractGradientKernel(pass);
+    std::swap(state.velocity, state.velocityScratch);
+}
+
+}  // namespace
+
+void runSolverStep(EffectState& state, const TouchSnapshot& touch) {
+    if (touch.dragMode == 2) {
+        addStroke(state, touch);
+    }
+    advect(state, touch);
+    if (applyMarginRule(state, touch)) {
+        computeDivergence(state, touch);
+        solvePressure(state);
+        project(state);
+    }
+    reference::packComponents(state.packedVelocity, state.velocity.data,
+                              std::ptrdiff_t{state.velocity.width} * state.velocity.height * 2);
+}
+
+}  // namespace reference

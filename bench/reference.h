@@ -1,0 +1,35 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+#include "effect/effect_state.h"
+#include "solver/passes.h"
+#include "water/height_field.h"
+#include "water/mesh.h"
+#include "water/ripple.h"
+
+/// Every kernel of the library once more, in plain scalar C++, one cell at a time: what its speed
+/// is measured against. Same names, arguments and results as in namespace velmora, to the last bit,
+/// for arguments that a sane host sends (no NaN, no value beyond the range of int).
+namespace reference {
+
+void writeMeshPositions(float* positions, int vertexCount, const velmora::MeshShape& shape);
+void writeMeshIndices(std::uint16_t* indices, const velmora::MeshShape& shape);
+
+void addRipple(float* grid, const velmora::RippleTouch& touch);
+
+bool stepHeightField(const velmora::WaterGrids& grids, const velmora::WaterRectangle& rectangle,
+                     const velmora::WaveSettings& settings);
+
+void advectVelocityKernel(const velmora::AdvectVelocity& pass);
+void computeDivergenceKernel(const velmora::ComputeDivergence& pass);
+void jacobiSweeps(velmora::Jacobi& pass, std::int32_t count);
+void subtractGradientKernel(const velmora::SubtractGradient& pass);
+void runAddVelocity(const velmora::AddVelocity& pass);
+void packComponents(std::uint8_t* to, const float* from, std::ptrdiff_t count);
+
+/// The whole step, from the margin rule to the packed bytes, on the state's grids.
+void runSolverStep(velmora::EffectState& state, const velmora::TouchSnapshot& touch);
+
+}  // namespace reference

@@ -1,0 +1,224 @@
+#include <algorithm>
+#include <cmath>
+#include <cstdlib>
+#include <memory>
+#include <random>
+#include <utility>
+
+#include "bench/reference.h"
+#include "bench/side_by_side.h"
+#include "solver/solver_step.h"
+#include "solver/velocity_packing.h"
+
+using namespace velmora;
+
+namespace bench {
+
+namespace {
+
+struct ScreenSize {
+    std::int32_t width;
+    std::int32_t height;
+};
+
+std::size_t cellsOf(const FloatGrid& grid) {
+    return static_cast<std::size_t>(grid.width) * static_cast<std::size_t>(grid.height);
+}
+
+/// A vortex around the middle with some noise, up to 40 cells a step unit.
+std::vector<float> swirl(const FloatGrid& grid) {
+    std::mt19937 random(2);
+    std::uniform_real_distribution<float> jitter(-4.0f, 4.0f);
+    std::vector<float> cells;
+    for (int j = 0; j < grid.height; ++j) {
+        for (int i = 0; i < grid.width; ++i) {
+            const float x = static_cast<float>(i) / static_cast<float>(grid.width) - 0.5f;
+            const float y = static_cast<float>(j) / static_cast<float>(grid.height) - 0.5f;
+            cells.push_back(-70.0f * y + jitter(random));
+            cells.push_back(70.0f * x + jitter(random));
+        }
+    }
+    return cells;
+}
+
+std::vector<float> noise(std::size_t count, float amplitude) {
+    std::mt19937 random(3);
+    std::uniform_real_distribution<float> values(-amplitude, amplitude);
+    std::vector<float> cells(count);
+    std::ranges::generate(cells, [&] { return values(random); });
+    return cells;
+}
+
+const TouchPreset& presetOf(std::int32_t dragMode) {
+    return dragMode == FastDrag     ? fastDragPreset
+           : dragMode == MediumDrag ? mediumDragPreset
+                                    : slowDragPreset;
+}
+
+/// The solver of one screen in one drag, with the touch well inside the margins, and its passes as
+/// a first step left them.
+struct Flow {
+    Flow(ScreenSize screen, std::int32_t dragMode)
+        : touch{screen.width / 2 + 7, screen.height / 2 - 30, 31, -22, dragMode, 0.99f} {
+        applySettings(state, screen.width, screen.height, true);
+        const std::int32_t width = state.velocityGridWidth;
+        const std::int32_t height = state.velocityGridHeight;
+        reallocateGrid(state.velocity, width, height, 2);
+        reallocateGrid(state.velocityScratch, width, height, 2);
+        for (FloatGrid* grid : {&state.pressure, &state.pressureScratch, &state.divergence}) {
+            reallocateGrid(*grid, width, height, 1);
+        }
+        reallocatePackedVelocity(state.packedVelocity, width, height);
+        state.velocityTarget.width = width;
+        state.velocityTarget.height = height;
+        startVelocity = swirl(state.velocity);
+        startScalars = noise(cellsOf(state.pressure), 20.0f);
+        restore();
+        step();
+    }
+
+    void step() {
+        prepareSolverStep(state, touch);
+        velmora::runSolverStep(state);
+    }
+
+    /// Every grid and setting as before a step; the random numbers too.
+    void restore() {
+        for (const FloatGrid& grid : {state.velocity, state.velocityScratch}) {
+            std::ranges::copy(startVelocity, grid.data);
+        }
+        for (const FloatGrid& grid : {state.pressure, state.pressureScratch, state.divergence}) {
+            std::ranges::copy(startScalars, grid.data);
+        }
+        const TouchPreset& preset = presetOf(touch.dragMode);
+        state.velocityDissipation = preset.velocityDissipation;
+        state.sourceStrength = preset.sourceStrength;
+        state.sourceRadius = preset.sourceRadius;
+        state.inkRadius = preset.inkRadius;
+        state.touchMargin = 10;
+        state.dragSegment = {touch.touchX - touch.touchDeltaX * 3,
+                             touch.touchY - touch.touchDeltaY * 3, touch.touchX, touch.touchY};
+        std::srand(1);
+    }
+
+    std::string gridName() const {
+        return std::to_string(state.velocity.width) + "x" + std::to_string(state.velocity.height);
+    }
+
+    EffectState state;
+    TouchSnapshot touch;
+    std::vector<float> startVelocity, startScalars;
+};
+
+std::span<std::byte> gridBytes(const FloatGrid& grid, std::size_t floats) {
+    return bytesOf(grid.data, cellsOf(grid) * floats);
+}
+
+std::span<std::byte> packedBytes(Flow& flow) {
+    return bytesOf(flow.state.packedVelocity, cellsOf(flow.state.velocity) * 4);
+}
+
+Comparison stepComparison(ScreenSize screen, std::int32_t dragMode) {
+    const auto flow = std::make_shared<Flow>(screen, dragMode);
+    return {.kernel = "solver step, drag mode " + std::to_string(dragMode),
+            .grid = flow->gridName(),
+            .target = 3.0,
+            .restore = [flow] { flow->restore(); },
+            .reference = [flow] { reference::runSolverStep(flow->state, flow->touch); },
+            .library = [flow] { flow->step(); },
+            .outputs =
+                [flow] {
+                    const EffectState& state = flow->state;
+                    return std::vector{gridBytes(state.velocity, 2), gridBytes(state.pressure, 1),
+                                       gridBytes(state.divergence, 1), packedBytes(*flow)};
+                }};
+}
+
+/// A stage whose two forms take the same pass.
+template <class Pass>
+Comparison stageComparison(const std::shared_ptr<Flow>& flow, const char* kernel, double target,
+                           const Pass& pass, void (*plain)(const Pass&),
+                           void (*library)(const Pass&), std::size_t outputFloats) {
+    return {
+        .kernel = kernel,
+        .grid = flow->gridName(),
+        .target = target,
+        .restore = [flow] { flow->restore(); },
+        .reference = [&pass, plain] { plain(pass); },
+        .library = [&pass, library] { library(pass); },
+        .outputs = [&pass,
+                    outputFloats] { return std::vector{gridBytes(pass.output, outputFloats)}; }};
+}
+
+/// From pressure 0, as in a step.
+void sweepTwentyTimes(Jacobi& pass, void (*sweeps)(Jacobi&, std::int32_t)) {
+    clearGrid(pass.x, 1);
+    sweeps(pass, 20);
+}
+
+Comparison jacobiComparison(const std::shared_ptr<Flow>& flow) {
+    Jacobi& pass = flow->state.jacobiPass;
+    return {.kernel = "twenty Jacobi sweeps",
+            .grid = flow->gridName(),
+            .target = 1.7,
+            .restore = [flow] { flow->restore(); },
+            .reference = [&pass] { sweepTwentyTimes(pass, reference::jacobiSweeps); },
+            .library = [&pass] { sweepTwentyTimes(pass, velmora::jacobiSweeps); },
+            .outputs = [&pass] { return std::vector{gridBytes(pass.x, 1)}; }};
+}
+
+Comparison packingComparison(const std::shared_ptr<Flow>& flow) {
+    return {
+        .kernel = "packing",
+        .grid = flow->gridName(),
+        .target = 6.0,
+        .restore = [flow] { flow->restore(); },
+        .reference =
+            [flow] {
+                reference::packComponents(
+                    flow->state.packedVelocity, flow->state.velocity.data,
+                    static_cast<std::ptrdiff_t>(cellsOf(flow->state.velocity) * 2));
+            },
+        .library =
+            [flow] { packVelocity(flow->state, flow->state.velocity, flow->state.velocityTarget); },
+        .outputs = [flow] { return std::vector{packedBytes(*flow)}; }};
+}
+
+void addStages(std::vector<Comparison>& all, ScreenSize screen) {
+    const auto slow = std::make_shared<Flow>(screen, SlowDrag);
+    const auto fast = std::make_shared<Flow>(screen, FastDrag);
+    all.push_back(stageComparison(slow, "advection", 2.5, slow->state.advectVelocityPass,
+                                  reference::advectVelocityKernel, velmora::advectVelocityKernel,
+                                  2));
+    all.push_back(stageComparison(fast, "advection with push", 2.5, fast->state.advectVelocityPass,
+                                  reference::advectVelocityKernel, velmora::advectVelocityKernel,
+                                  2));
+    all.push_back(stageComparison(slow, "divergence", 4.0, slow->state.computeDivergencePass,
+                                  reference::computeDivergenceKernel,
+                                  velmora::computeDivergenceKernel, 1));
+    all.push_back(jacobiComparison(slow));
+    all.push_back(stageComparison(slow, "gradient", 3.0, slow->state.subtractGradientPass,
+                                  reference::subtractGradientKernel,
+                                  velmora::subtractGradientKernel, 2));
+    all.push_back(stageComparison(fast, "stroke impulse", 0.0, fast->state.addVelocityPass,
+                                  reference::runAddVelocity, velmora::runAddVelocity, 2));
+    all.push_back(packingComparison(slow));
+}
+
+}  // namespace
+
+std::vector<Comparison> solverComparisons() {
+    constexpr ScreenSize screens[] = {{1080, 1920}, {1440, 2560}};
+    std::vector<Comparison> all;
+    for (const ScreenSize screen : screens) {
+        for (const std::int32_t dragMode : {SlowDrag, MediumDrag, FastDrag}) {
+            all.push_back(stepComparison(screen, dragMode));
+        }
+    }
+    for (const ScreenSize screen : screens) {
+        addStages(all, screen);
+    }
+    return all;
+}
+
+}  // namespace bench

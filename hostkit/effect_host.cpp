@@ -1,0 +1,173 @@
+#include "hostkit/effect_host.h"
+
+#include <standin_bitmap.h>
+
+#include <algorithm>
+#include <cmath>
+#include <string>
+#include <utility>
+
+#include "hostkit/host_error.h"
+#include "hostkit/native.h"
+
+namespace hostkit {
+
+namespace {
+
+constexpr int sheenSlot = 0;
+constexpr int backgroundSlot = 1;
+constexpr int secondBackgroundSlot = 2;
+/// Moves further apart than this many cells get ripples in between, so that a fast finger leaves a
+/// furrow.
+constexpr double rippleSpacing = 2.0;
+
+jint toPixel(double position) {
+    return static_cast<jint>(std::lround(std::clamp(position, -1e9, 1e9)));
+}
+
+/// Maps the mesh, which is centred on the origin with y up, onto the surface and a little beyond.
+void fillMvp(std::span<float> matrix, const WaterDriver& water) {
+    std::ranges::fill(matrix, 0.0f);
+    matrix[0] = 2.0f * meshOverhang / static_cast<float>(water.meshSizeWidth);
+    matrix[5] = 2.0f * meshOverhang / static_cast<float>(water.meshSizeHeight);
+    matrix[10] = 1.0f;
+    matrix[15] = 1.0f;
+}
+
+template <class... Cases>
+struct Overloaded : Cases... {
+    using Cases::operator()...;
+};
+template <class... Cases>
+Overloaded(Cases...) -> Overloaded<Cases...>;
+
+}  // namespace
+
+EffectHost::EffectHost(EffectHostOptions chosen)
+    : options(std::move(chosen)),
+      environment(options.jni),
+      mvpMatrix(environment.newFloatArray(16)) {
+    if (options.sheen.empty()) {
+        options.sheen = makeSheen();
+    }
+    setBackgrounds(std::move(options.background), std::move(options.secondBackground));
+    native::onInitSetting(environment.env(), nullptr, options.width, options.height,
+                          options.inkEnabled);
+    setUpContext();
+    waterDriver = makeWater(environment, options.width, options.height, options.water);
+    fillMvp(JniEnvironment::elements(mvpMatrix), *waterDriver);
+}
+
+void EffectHost::setBackgrounds(Picture background, Picture secondBackground) {
+    options.background = std::move(background);
+    options.secondBackground = std::move(secondBackground);
+    if (options.background.empty()) {
+        options.background = makeTestPicture(options.width, options.height);
+    }
+    if (options.secondBackground.empty()) {
+        options.secondBackground = makeTestPicture(options.height, options.width);
+    }
+    if (context) {
+        loadTexture(options.background, backgroundSlot);
+        loadTexture(options.secondBackground, secondBackgroundSlot);
+    }
+}
+
+void EffectHost::setUpContext() {
+    context.emplace(options.width, options.height);
+    native::onInitUVHBuffer(environment.env(), nullptr);
+    native::onInitGPU(environment.env(), nullptr);
+    loadTexture(options.sheen, sheenSlot);
+    loadTexture(options.background, backgroundSlot);
+    loadTexture(options.secondBackground, secondBackgroundSlot);
+}
+
+void EffectHost::loadTexture(Picture& picture, int index) {
+    const auto width = static_cast<std::uint32_t>(picture.width);
+    StandInBitmap bitmap{};
+    bitmap.info = {width, static_cast<std::uint32_t>(picture.height), width * 4,
+                   ANDROID_BITMAP_FORMAT_RGBA_8888, 0};
+    bitmap.pixels = picture.rgba.data();
+    const jint result =
+        native::LoadTextures(environment.env(), nullptr, reinterpret_cast<jobject>(&bitmap), index);
+    if (result < 0) {
+        throw HostError("picture " + std::to_string(index) + " was refused with code " +
+                        std::to_string(result));
+    }
+}
+
+void EffectHost::frame(std::span<const ScriptEvent> events, std::chrono::nanoseconds elapsed) {
+    for (const ScriptEvent& event : events) {
+        apply(event.action);
+    }
+    advanceWater(*waterDriver, environment, elapsed);
+    draw();
+}
+
+void EffectHost::apply(const ScriptAction& action) {
+    std::visit(Overloaded{[this](const Touch& event) { touch(event); },
+                          [this](const InkColor& ink) { options.look.ink = ink; },
+                          [this](const SecondBackground& second) {
+                              options.look.useSecondBackground = second.on;
+                          },
+                          [this](const ClearInk&) { clearInk(); },
+                          [this](const LoseContext&) { loseContext(); }},
+               action);
+}
+
+void EffectHost::touch(const Touch& event) {
+    native::onTouch(environment.env(), nullptr, toPixel(event.x), toPixel(event.y),
+                    static_cast<jint>(event.action), event.pressure);
+    strikeWater(event);
+    const bool ends = event.action == TouchAction::up || event.action == TouchAction::cancel;
+    lastTouch = ends ? std::nullopt : std::optional(event);
+}
+
+void EffectHost::strikeWater(const Touch& event) {
+    if (event.action == TouchAction::down) {
+        rippleAt(*waterDriver, environment, event.x, event.y, options.look.downRipple);
+    }
+    if (event.action != TouchAction::move || !lastTouch) {
+        return;
+    }
+    const double wayX = event.x - lastTouch->x;
+    const double wayY = event.y - lastTouch->y;
+    const double cellSize = static_cast<double>(options.width) / waterDriver->columns;
+    const double cells = std::hypot(wayX, wayY) / cellSize;
+    const int strikes = static_cast<int>(std::clamp(std::ceil(cells / rippleSpacing), 0.0, 64.0));
+    for (int strike = 1; strike <= strikes; ++strike) {
+        const double part = static_cast<double>(strike) / strikes;
+        rippleAt(*waterDriver, environment, lastTouch->x + wayX * part, lastTouch->y + wayY * part,
+                 options.look.moveRipple);
+    }
+}
+
+void EffectHost::clearInk() {
+    native::clearInkValue(environment.env(), nullptr);
+}
+
+bool EffectHost::inkShown() {
+    return native::getClearInkValue(environment.env(), nullptr) != 0;
+}
+
+void EffectHost::loseContext() {
+    context.reset();
+    setUpContext();
+}
+
+void EffectHost::draw() {
+    const WaterDriver& water = *waterDriver;
+    const Look& look = options.look;
+    const auto count = [](auto array) {
+        return static_cast<jint>(JniEnvironment::elements(array).size());
+    };
+    native::onDrawFrame(environment.env(), nullptr, water.positions, water.heights, water.indices,
+                        count(water.positions), count(water.heights), count(water.indices),
+                        mvpMatrix, water.meshSizeWidth, water.meshSizeHeight, water.numDetailsWidth,
+                        water.numDetailsHeight, look.refractiveIndex, look.alpha,
+                        look.alphaRatio1Scale, look.alphaRatio2Scale, look.ink.red, look.ink.green,
+                        look.ink.blue, look.fresnelRatio, look.specularRatio, look.exponent,
+                        look.useSecondBackground);
+}
+
+}  // namespace hostkit

@@ -1,0 +1,101 @@
+#pragma once
+
+#include <array>
+#include <chrono>
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <vector>
+
+#include "hostkit/gesture_script.h"
+#include "hostkit/gl_context.h"
+#include "hostkit/jni_environment.h"
+#include "hostkit/picture.h"
+#include "hostkit/water_driver.h"
+
+namespace hostkit {
+
+/// The per-frame arguments that shape the picture, and how hard the finger strikes the water.
+struct Look {
+    /// 1 bends nothing; 1.33 is water.
+    float refractiveIndex = 1.33f;
+    /// Weight of the sheen on waves: alpha * alphaRatio1Scale; 0 leaves the refraction alone.
+    float alpha = 1.0f;
+    float alphaRatio1Scale = 0.1f;
+    /// Handed over; has no effect on the picture.
+    float alphaRatio2Scale = 1.0f;
+    /// Extra sheen on slopes that face the light at the lower right.
+    float fresnelRatio = 0.8f;
+    /// Peak of the highlight, as a factor of the sheen between 1 and 4.5 (5.5 without ink).
+    float specularRatio = 3.0f;
+    /// Sharpness of the highlight.
+    float exponent = 24.0f;
+    /// Red, green, blue, 0 to 1; the stain takes on this colour.
+    InkColor ink = {0.05f, 0.25f, 0.85f};
+    bool useSecondBackground = false;
+    /// Strength of the ripple of a touch that goes down, and of each move; a third of the peak
+    /// height.
+    float downRipple = 2.4f;
+    float moveRipple = 0.4f;
+};
+
+struct EffectHostOptions {
+    int width = 1080;
+    int height = 1920;
+    bool inkEnabled = true;
+    /// Empty pictures are replaced: the sheen by makeSheen, the backgrounds by makeTestPicture.
+    Picture sheen = {};
+    Picture background = {};
+    Picture secondBackground = {};
+    Look look = {};
+    WaterSettings water = {};
+    JniOptions jni = {};
+};
+
+/// A device's host around the library, without window and JVM: sets everything up in the order that
+/// the library asks for, then draws frame by frame. The library has one state, so use one host at a
+/// time. Everything runs on the thread that calls, which holds the GL context.
+class EffectHost {
+public:
+    /// Throws HostError when no GL context can be had or a picture is refused.
+    explicit EffectHost(EffectHostOptions options);
+
+    /// One frame: applies the events, in order, lets the water run for `elapsed` and draws.
+    void frame(std::span<const ScriptEvent> events = {},
+               std::chrono::nanoseconds elapsed = std::chrono::nanoseconds(16'666'667));
+
+    /// The default framebuffer as RGBA bytes, rows top to bottom.
+    std::vector<std::uint8_t> pixels() const { return context->readPixels(); }
+
+    /// One touch event in screen pixels, y down: to the ink, and as a ripple to the water.
+    void touch(const Touch& touch);
+    void clearInk();
+    /// Whether ink is shown: false after a cancel or a clear.
+    bool inkShown();
+    /// Destroys the GL context with everything in it and sets up a new one.
+    void loseContext();
+    void setBackgrounds(Picture background, Picture secondBackground);
+
+    Look& look() { return options.look; }
+    WaterDriver& water() { return *waterDriver; }
+    JniEnvironment& jni() { return environment; }
+    const GlContext& gl() const { return *context; }
+    int width() const { return options.width; }
+    int height() const { return options.height; }
+
+private:
+    void setUpContext();
+    void loadTexture(Picture& picture, int index);
+    void apply(const ScriptAction& action);
+    void strikeWater(const Touch& touch);
+    void draw();
+
+    EffectHostOptions options;
+    JniEnvironment environment;
+    std::optional<GlContext> context;
+    std::optional<WaterDriver> waterDriver;
+    jfloatArray mvpMatrix;
+    std::optional<Touch> lastTouch;
+};
+
+}  // namespace hostkit

@@ -1,0 +1,146 @@
+#include "hostkit/gl_context.h"
+
+#include <EGL/egl.h>
+#include <EGL/eglext.h>
+#include <GLES2/gl2.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <string>
+#include <utility>
+
+#include "hostkit/host_error.h"
+
+namespace hostkit {
+
+namespace {
+
+[[noreturn]] void failWith(const char* call) {
+    char code[16];
+    std::snprintf(code, sizeof code, "0x%X", static_cast<unsigned>(eglGetError()));
+    throw HostError("no OpenGL ES 2.0 context: " + std::string(call) + " failed with EGL error " +
+                    code + " (is Mesa's software rasteriser installed?)");
+}
+
+/// The display lives as long as the program: contexts come and go on it.
+EGLDisplay softwareDisplay() {
+    static const EGLDisplay display = [] {
+        // Pictures are to be the same on every machine, with or without a graphics card.
+        setenv("LIBGL_ALWAYS_SOFTWARE", "1", 0);
+        // Ink keeps its value in two channels, a coarse and a fine one, and flows through hundreds
+        // of filtered reads. The software rasteriser filters in 8 bits unless told otherwise, which
+        // breaks thin ink up into grain.
+        setenv("GALLIVM_PERF", "no_aos_sampling", 0);
+        return eglGetPlatformDisplay(EGL_PLATFORM_SURFACELESS_MESA, nullptr, nullptr);
+    }();
+    if (display == EGL_NO_DISPLAY) {
+        failWith("eglGetPlatformDisplay");
+    }
+    if (!eglInitialize(display, nullptr, nullptr)) {
+        failWith("eglInitialize");
+    }
+    return display;
+}
+
+EGLConfig chooseConfig(EGLDisplay display) {
+    const EGLint wanted[] = {EGL_SURFACE_TYPE,
+                             EGL_PBUFFER_BIT,
+                             EGL_RENDERABLE_TYPE,
+                             EGL_OPENGL_ES2_BIT,
+                             EGL_RED_SIZE,
+                             8,
+                             EGL_GREEN_SIZE,
+                             8,
+                             EGL_BLUE_SIZE,
+                             8,
+                             EGL_ALPHA_SIZE,
+                             8,
+                             EGL_NONE};
+    EGLConfig config = nullptr;
+    EGLint count = 0;
+    if (!eglChooseConfig(display, wanted, &config, 1, &count) || count < 1) {
+        failWith("eglChooseConfig");
+    }
+    return config;
+}
+
+}  // namespace
+
+GlContext::GlContext(void* onDisplay, int width, int height)
+    : display(onDisplay), surfaceWidth(width), surfaceHeight(height) {}
+
+// Once the delegated constructor is through, the destructor cleans up after a failure below.
+GlContext::GlContext(int width, int height) : GlContext(softwareDisplay(), width, height) {
+    const EGLConfig config = chooseConfig(display);
+    const EGLint size[] = {EGL_WIDTH, width, EGL_HEIGHT, height, EGL_NONE};
+    const EGLint version[] = {EGL_CONTEXT_CLIENT_VERSION, 2, EGL_NONE};
+    eglBindAPI(EGL_OPENGL_ES_API);
+    surface = eglCreatePbufferSurface(display, config, size);
+    if (surface == EGL_NO_SURFACE) {
+        failWith("eglCreatePbufferSurface");
+    }
+    context = eglCreateContext(display, config, EGL_NO_CONTEXT, version);
+    if (context == EGL_NO_CONTEXT) {
+        failWith("eglCreateContext");
+    }
+    makeCurrent();
+}
+
+GlContext::~GlContext() {
+    if (context && eglGetCurrentContext() == context) {
+        eglMakeCurrent(display, EGL_NO_SURFACE, EGL_NO_SURFACE, EGL_NO_CONTEXT);
+    }
+    if (context) {
+        eglDestroyContext(display, context);
+    }
+    if (surface) {
+        eglDestroySurface(display, surface);
+    }
+}
+
+GlContext::GlContext(GlContext&& other) noexcept
+    : display(other.display),
+      context(std::exchange(other.context, nullptr)),
+      surface(std::exchange(other.surface, nullptr)),
+      surfaceWidth(other.surfaceWidth),
+      surfaceHeight(other.surfaceHeight) {}
+
+GlContext& GlContext::operator=(GlContext&& other) noexcept {
+    std::swap(display, other.display);
+    std::swap(context, other.context);
+    std::swap(surface, other.surface);
+    std::swap(surfaceWidth, other.surfaceWidth);
+    std::swap(surfaceHeight, other.surfaceHeight);
+    return *this;
+}
+
+void GlContext::makeCurrent() const {
+    if (!eglMakeCurrent(display, surface, surface, context)) {
+        failWith("eglMakeCurrent");
+    }
+}
+
+std::vector<std::uint8_t> GlContext::readPixels() const {
+    const std::size_t rowBytes = static_cast<std::size_t>(surfaceWidth) * 4;
+    std::vector<std::uint8_t> pixels(rowBytes * static_cast<std::size_t>(surfaceHeight));
+    GLint bound = 0;
+    glGetIntegerv(GL_FRAMEBUFFER_BINDING, &bound);
+    if (bound != 0) {
+        glBindFramebuffer(GL_FRAMEBUFFER, 0);
+    }
+    glReadPixels(0, 0, surfaceWidth, surfaceHeight, GL_RGBA, GL_UNSIGNED_BYTE, pixels.data());
+    if (bound != 0) {
+        glBindFramebuffer(GL_FRAMEBUFFER, static_cast<GLuint>(bound));
+    }
+    // GL hands out the bottom row first.
+    auto top = pixels.begin();
+    auto bottom = pixels.end();
+    const auto step = static_cast<std::ptrdiff_t>(rowBytes);
+    for (; bottom - top >= 2 * step; top += step, bottom -= step) {
+        std::swap_ranges(top, top + step, bottom - step);
+    }
+    return pixels;
+}
+
+}  // namespace hostkit

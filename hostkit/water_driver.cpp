@@ -1,0 +1,104 @@
+#include "hostkit/water_driver.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "hostkit/native.h"
+
+namespace hostkit {
+
+namespace {
+
+constexpr std::int64_t stepTime = 1'000'000'000;
+constexpr std::int64_t mostStepsAtOnce = 4;
+constexpr int mostVertices = 65536;
+/// The cone of a ripple and the fixed frame need this much.
+constexpr int fewestCells = 8;
+
+int scaled(int shortSide, int side, int otherSide) {
+    const double aspect = std::max(1.0, static_cast<double>(side) / otherSide);
+    return static_cast<int>(std::lround(std::min(shortSide * aspect, double{mostVertices})));
+}
+
+void runStep(WaterDriver& water, JniEnvironment& jni) {
+    water.resting = native::move(jni.env(), nullptr, water.velocity, water.height, 1, 1,
+                                 water.columns - 1, water.rows - 1, water.columns, 0, JNI_TRUE,
+                                 water.settings.damping, water.settings.waveSpeed);
+    ++water.steps;
+}
+
+}  // namespace
+
+WaterDriver makeWater(JniEnvironment& jni, int screenWidth, int screenHeight,
+                      WaterSettings settings) {
+    const int shortSide = std::clamp(settings.shortSideCells, fewestCells, 254);
+    const int longSide = mostVertices / (shortSide + 1) - 1;
+    WaterDriver water{};
+    water.settings = settings;
+    water.resting = true;
+    water.screenWidth = screenWidth;
+    water.screenHeight = screenHeight;
+    water.columns = std::min(scaled(shortSide, screenWidth, screenHeight), longSide);
+    water.rows = std::min(scaled(shortSide, screenHeight, screenWidth), longSide);
+    water.numDetailsWidth = water.columns + 1;
+    water.numDetailsHeight = water.rows + 1;
+    water.meshSizeWidth = scaled(settings.shortSideMeshUnits, screenWidth, screenHeight);
+    water.meshSizeHeight = scaled(settings.shortSideMeshUnits, screenHeight, screenWidth);
+
+    const int cellCount = water.columns * water.rows;
+    const int vertices = water.numDetailsWidth * water.numDetailsHeight;
+    const auto cells = static_cast<std::size_t>(cellCount);
+    water.height = jni.newFloatArray(cells);
+    water.velocity = jni.newFloatArray(cells);
+    water.positions = jni.newFloatArray(static_cast<std::size_t>(vertices) * 3);
+    water.heights = jni.newFloatArray(static_cast<std::size_t>(vertices) * 3);
+    water.indices = jni.newShortArray(cells * 6);
+    native::initWaters(jni.env(), nullptr, water.positions, water.indices, vertices,
+                       water.meshSizeWidth, water.meshSizeHeight, water.numDetailsWidth,
+                       water.numDetailsHeight);
+    return water;
+}
+
+void rippleAt(WaterDriver& water, JniEnvironment& jni, double x, double y, float strength) {
+    // The area is the mesh, centred on the origin; its y grows downwards like the rows.
+    const auto onMesh = [](double position, int size) {
+        return static_cast<float>((position - size / 2.0) / static_cast<double>(meshOverhang));
+    };
+    native::ripple(jni.env(), nullptr, water.height, water.screenWidth, water.screenHeight,
+                   water.columns, water.rows, onMesh(x, water.screenWidth),
+                   onMesh(y, water.screenHeight), strength);
+    water.resting = false;
+}
+
+void advanceWater(WaterDriver& water, JniEnvironment& jni, std::chrono::nanoseconds elapsed) {
+    if (water.resting) {
+        water.pendingTime = 0;
+        return;
+    }
+    water.pendingTime =
+        std::min(water.pendingTime + elapsed.count() * 60, mostStepsAtOnce * stepTime);
+    for (; water.pendingTime >= stepTime && !water.resting; water.pendingTime -= stepTime) {
+        runStep(water, jni);
+    }
+    buildHeights(water);
+}
+
+void buildHeights(WaterDriver& water) {
+    const std::span<const float> cells = JniEnvironment::elements(water.height);
+    const int lastColumn = water.columns - 1;
+    const int lastRow = water.rows - 1;
+    const auto cellAt = [&](int column, int row) {
+        const int cell = std::min(row, lastRow) * water.columns + std::min(column, lastColumn);
+        return cells[static_cast<std::size_t>(cell)];
+    };
+    auto vertex = JniEnvironment::elements(water.heights).begin();
+    for (int column = 0; column < water.numDetailsWidth; ++column) {
+        for (int row = 0; row < water.numDetailsHeight; ++row) {
+            *vertex++ = cellAt(column, row);
+            *vertex++ = cellAt(column + 1, row);
+            *vertex++ = cellAt(column, std::max(row - 1, 0));
+        }
+    }
+}
+
+}  // namespace hostkit

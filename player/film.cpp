@@ -1,0 +1,70 @@
+#include "player/film.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+#include <utility>
+
+#include "player/picture.h"
+
+namespace player {
+namespace {
+
+constexpr int mostStills = 12;
+constexpr int longestThumbnailSide = 480;
+constexpr int gap = 6;
+constexpr std::uint8_t gapShade = 255;
+
+/// The middle frames of equal stretches of the run.
+std::vector<int> evenlySpaced(int frameCount) {
+    const int count = std::min(frameCount, mostStills);
+    std::vector<int> frames;
+    for (int still = 0; still < count; ++still) {
+        frames.push_back(static_cast<int>((2L * still + 1) * frameCount / (2L * count)));
+    }
+    return frames;
+}
+
+int thumbnailSide(int side, int longestSide) {
+    const double scale = std::min(1.0, static_cast<double>(longestThumbnailSide) / longestSide);
+    return std::max(1, static_cast<int>(std::lround(side * scale)));
+}
+
+}  // namespace
+
+Film::Film(std::filesystem::path targetFolder, int width, int height, int frameCount)
+    : folder(std::move(targetFolder)),
+      stillFrames(evenlySpaced(frameCount)),
+      columns(std::min(static_cast<int>(stillFrames.size()), width < height ? 6 : 3)),
+      thumbnailWidth(thumbnailSide(width, std::max(width, height))),
+      thumbnailHeight(thumbnailSide(height, std::max(width, height))),
+      encoder(folder / "film.mp4", width, height) {
+    const int rows = (static_cast<int>(stillFrames.size()) + columns - 1) / columns;
+    sheet = plainPicture(columns * (thumbnailWidth + gap) - gap,
+                         rows * (thumbnailHeight + gap) - gap, gapShade);
+}
+
+void Film::add(const hostkit::Picture& frame) {
+    encoder.add(frame);
+    if (stillsDone < stillFrames.size() && stillFrames[stillsDone] == framesDone) {
+        addStill(frame);
+    }
+    ++framesDone;
+}
+
+void Film::addStill(const hostkit::Picture& frame) {
+    const int place = static_cast<int>(stillsDone);
+    drawScaled(frame, sheet, place % columns * (thumbnailWidth + gap),
+               place / columns * (thumbnailHeight + gap), thumbnailWidth, thumbnailHeight);
+    char name[32];
+    std::snprintf(name, sizeof name, "frame-%02d.png", place + 1);
+    savePng(frame, folder / name);
+    ++stillsDone;
+}
+
+void Film::finish() {
+    savePng(sheet, folder / "sheet.png");
+    encoder.finish();
+}
+
+}  // namespace player

@@ -1,0 +1,17 @@
+#include <cstdio>
+#include <exception>
+
+#include "player/options.h"
+#include "player/run.h"
+
+int main(int argc, char** argv) {
+    try {
+        if (const auto options = player::parseOptions(argc, argv)) {
+            player::run(*options);
+        }
+        return 0;
+    } catch (const std::exception& error) {
+        std::fprintf(stderr, "velmora-player: %s\n", error.what());
+        return 2;
+    }
+}

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <filesystem>
+#include <optional>
+
+namespace player {
+
+/// What the command line asks for.
+struct Options {
+    std::filesystem::path picture;
+    std::filesystem::path second;
+    std::filesystem::path script;
+    std::filesystem::path out = "out";
+    /// Screen in pixels. The default is small enough for a software rasteriser to film in a minute
+    /// or two.
+    int width = 720;
+    int height = 1280;
+    /// 0: the script's frames and the time in which its ink fades.
+    int frames = 0;
+    bool waterOnly = false;
+    bool digest = false;
+};
+
+/// Reads the command line; nothing when the user asked for help, which has been printed then.
+/// Throws Failure.
+std::optional<Options> parseOptions(int argc, const char* const* argv);
+
+}  // namespace player

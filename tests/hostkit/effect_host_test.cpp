@@ -1,0 +1,90 @@
+#include "hostkit/effect_host.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <utility>
+
+namespace hostkit {
+namespace {
+
+using Pixels = std::vector<std::uint8_t>;
+
+int channel(const Pixels& pixels, int width, int x, int y, int part) {
+    return pixels[static_cast<std::size_t>((y * width + x) * 4 + part)];
+}
+
+EffectHostOptions small(int width, int height, bool ink) {
+    EffectHostOptions options;
+    options.width = width;
+    options.height = height;
+    options.inkEnabled = ink;
+    // Smooth, so that the picture and its refraction compare without edges.
+    options.background = {2, 2, {0, 0, 0, 255, 255, 0, 0, 255, 0, 255, 0, 255, 255, 255, 0, 255}};
+    return options;
+}
+
+TEST(EffectHost, FlatWaterShowsThePictureUprightAndWhole) {
+    for (const auto& [width, height] : {std::pair{120, 200}, std::pair{200, 120}}) {
+        EffectHost host(small(width, height, false));
+        host.frame();
+        const Pixels pixels = host.pixels();
+        // Red grows to the right and green downwards, in a ramp over the middle half of the
+        // picture.
+        for (int step = 0; step <= 10; ++step) {
+            const double along = step / 10.0;
+            const int expected =
+                static_cast<int>(255.0 * std::min(std::max(2.0 * along - 0.5, 0.0), 1.0));
+            const int x = static_cast<int>(along * (width - 1));
+            const int y = static_cast<int>(along * (height - 1));
+            EXPECT_NEAR(channel(pixels, width, x, height / 3, 0), expected, 10) << width;
+            EXPECT_NEAR(channel(pixels, width, width / 3, y, 1), expected, 10) << width;
+        }
+    }
+}
+
+TEST(EffectHost, TouchRaisesRipplesAndInkWhereTheFingerIs) {
+    EffectHost host(small(240, 400, true));
+    host.frame();
+    const Pixels before = host.pixels();
+    const ScriptEvent events[] = {{0, InkColor{1.0f, 0.0f, 0.0f}},
+                                  {0, Touch{TouchAction::down, 150, 280, 0.5f}}};
+    host.frame(events);
+    EXPECT_TRUE(host.inkShown());
+    for (int frame = 0; frame < 5; ++frame) {
+        host.frame();
+    }
+    const Pixels after = host.pixels();
+    EXPECT_LT(channel(after, 240, 150, 280, 1), channel(before, 240, 150, 280, 1) / 2);
+    for (int part = 0; part < 3; ++part) {
+        EXPECT_EQ(channel(after, 240, 40, 60, part), channel(before, 240, 40, 60, part));
+    }
+    EXPECT_FALSE(host.water().resting);
+
+    host.clearInk();
+    EXPECT_FALSE(host.inkShown());
+}
+
+TEST(EffectHost, AReplacedContextDrawsTheSamePictureAndPinnedCopiesToo) {
+    EffectHostOptions options = small(120, 200, true);
+    options.jni = {ArrayAccess::copy, 32};
+    EffectHost host(options);
+    const ScriptEvent second[] = {{0, SecondBackground{true}}};
+    host.frame();
+    const Pixels first = host.pixels();
+    host.frame(second);
+    const Pixels other = host.pixels();
+    EXPECT_NE(other, first);
+
+    const ScriptEvent events[] = {{0, LoseContext{}}, {0, SecondBackground{false}}};
+    host.frame(events);
+    EXPECT_EQ(host.pixels(), first);
+    host.setBackgrounds(makeTestPicture(120, 200), {});
+    host.frame();
+    EXPECT_NE(host.pixels(), first);
+    EXPECT_EQ(host.jni().pinned(), 0);
+    EXPECT_TRUE(host.jni().checkGuards().empty());
+}
+
+}  // namespace
+}  // namespace hostkit
