@@ -34,7 +34,7 @@ double sample(const Comparison& comparison, const Form& form, int calls) {
 int callsPerSample(const Comparison& comparison) {
     double shortest = sampleNanoseconds;
     for (int round = 0; round < 5; ++round) {
-        sample(comparison, comparison.library, 1);
+        sample(comparison, comparison.candidate, 1);
         shortest = std::min(shortest, sample(comparison, comparison.reference, 1));
     }
     return std::clamp(static_cast<int>(sampleNanoseconds / std::max(shortest, 1.0)), 1, maxCalls);
@@ -64,11 +64,11 @@ void run(benchmark::State& state, const Comparison& comparison) {
         // Each form goes first half of the time.
         const bool libraryFirst = ratios.size() % 2 == 1;
         if (libraryFirst) {
-            library.push_back(sample(comparison, comparison.library, calls));
+            library.push_back(sample(comparison, comparison.candidate, calls));
         }
         reference.push_back(sample(comparison, comparison.reference, calls));
         if (!libraryFirst) {
-            library.push_back(sample(comparison, comparison.library, calls));
+            library.push_back(sample(comparison, comparison.candidate, calls));
         }
         ratios.push_back(reference.back() / library.back());
         state.SetIterationTime(library.back() * 1e-9);
@@ -85,7 +85,7 @@ void run(benchmark::State& state, const Comparison& comparison) {
 
 std::string difference(const Comparison& comparison) {
     const std::vector<Bytes> reference = resultOf(comparison, comparison.reference);
-    const std::vector<Bytes> library = resultOf(comparison, comparison.library);
+    const std::vector<Bytes> library = resultOf(comparison, comparison.candidate);
     for (std::size_t output = 0; output < reference.size(); ++output) {
         const auto [expected, found] = std::ranges::mismatch(reference[output], library[output]);
         if (expected != reference[output].end()) {

@@ -15,7 +15,7 @@ struct Comparison {
     double target;  // how many times faster than the reference the library is to be; 0: not said
     std::function<void()> restore;  // the same inputs again; not timed
     std::function<void()> reference;
-    std::function<void()> library;
+    std::function<void()> candidate;
     std::function<std::vector<std::span<std::byte>>()> outputs;  // where the results lie now
 };
 

@@ -125,7 +125,7 @@ Comparison stepComparison(ScreenSize screen, std::int32_t dragMode) {
             .target = 3.0,
             .restore = [flow] { flow->restore(); },
             .reference = [flow] { reference::runSolverStep(flow->state, flow->touch); },
-            .library = [flow] { flow->step(); },
+            .candidate = [flow] { flow->step(); },
             .outputs =
                 [flow] {
                     const EffectState& state = flow->state;
@@ -145,7 +145,7 @@ Comparison stageComparison(const std::shared_ptr<Flow>& flow, const char* kernel
         .target = target,
         .restore = [flow] { flow->restore(); },
         .reference = [&pass, plain] { plain(pass); },
-        .library = [&pass, library] { library(pass); },
+        .candidate = [&pass, library] { library(pass); },
         .outputs = [&pass,
                     outputFloats] { return std::vector{gridBytes(pass.output, outputFloats)}; }};
 }
@@ -163,7 +163,7 @@ Comparison jacobiComparison(const std::shared_ptr<Flow>& flow) {
             .target = 1.7,
             .restore = [flow] { flow->restore(); },
             .reference = [&pass] { sweepTwentyTimes(pass, reference::jacobiSweeps); },
-            .library = [&pass] { sweepTwentyTimes(pass, velmora::jacobiSweeps); },
+            .candidate = [&pass] { sweepTwentyTimes(pass, velmora::jacobiSweeps); },
             .outputs = [&pass] { return std::vector{gridBytes(pass.x, 1)}; }};
 }
 
@@ -179,7 +179,7 @@ Comparison packingComparison(const std::shared_ptr<Flow>& flow) {
                     flow->state.packedVelocity, flow->state.velocity.data,
                     static_cast<std::ptrdiff_t>(cellsOf(flow->state.velocity) * 2));
             },
-        .library =
+        .candidate =
             [flow] { packVelocity(flow->state, flow->state.velocity, flow->state.velocityTarget); },
         .outputs = [flow] { return std::vector{packedBytes(*flow)}; }};
 }

@@ -57,7 +57,7 @@ Comparison moveComparison(GridSize size) {
             .target = 2.5,
             .restore = [water] { water->restore(); },
             .reference = [=] { water->calm = reference::stepHeightField(grids, inner, settings); },
-            .library = [=] { water->calm = velmora::stepHeightField(grids, inner, settings); },
+            .candidate = [=] { water->calm = velmora::stepHeightField(grids, inner, settings); },
             .outputs =
                 [water] {
                     return std::vector{bytesOf(water->heights.data(), water->heights.size()),
@@ -83,7 +83,7 @@ Comparison rippleComparison(GridSize size) {
         .target = 1.0,
         .restore = [water] { water->restore(); },
         .reference = [=] { reference::addRipple(water->heights.data(), next()); },
-        .library = [=] { velmora::addRipple(water->heights.data(), next()); },
+        .candidate = [=] { velmora::addRipple(water->heights.data(), next()); },
         .outputs =
             [water] { return std::vector{bytesOf(water->heights.data(), water->heights.size())}; }};
 }
@@ -111,7 +111,7 @@ Comparison meshComparison(GridSize size) {
                     reference::writeMeshPositions(mesh->positions.data(), vertices, mesh->shape);
                     reference::writeMeshIndices(mesh->indices.data(), mesh->shape);
                 },
-            .library =
+            .candidate =
                 [=] {
                     velmora::writeMeshPositions(mesh->positions.data(), vertices, mesh->shape);
                     velmora::writeMeshIndices(mesh->indices.data(), mesh->shape);
