@@ -17,8 +17,8 @@ namespace {
 constexpr int sheenSlot = 0;
 constexpr int backgroundSlot = 1;
 constexpr int secondBackgroundSlot = 2;
-/// Moves further apart than this many cells get ripples in between, so that a fast finger leaves a
-/// furrow.
+/// Moves further apart than this many cells, with ripples of one cone, get ripples in between, so
+/// that a fast finger leaves a furrow.
 constexpr double rippleSpacing = 2.0;
 
 jint toPixel(double position) {
@@ -53,8 +53,18 @@ EffectHost::EffectHost(EffectHostOptions chosen)
     setBackgrounds(std::move(options.background), std::move(options.secondBackground));
     native::onInitSetting(environment.env(), nullptr, options.width, options.height,
                           options.inkEnabled);
+    if (!options.renewContext) {
+        context.emplace(options.width, options.height);
+    }
     setUpContext();
-    waterDriver = makeWater(environment, options.width, options.height, options.water);
+    replaceWater(options.water);
+}
+
+void EffectHost::replaceWater(WaterSettings settings) {
+    if (waterDriver) {
+        releaseWater(*waterDriver, environment);
+    }
+    waterDriver = makeWater(environment, options.width, options.height, settings);
     fillMvp(JniEnvironment::elements(mvpMatrix), *waterDriver);
 }
 
@@ -67,19 +77,19 @@ void EffectHost::setBackgrounds(Picture background, Picture secondBackground) {
     if (options.secondBackground.empty()) {
         options.secondBackground = makeTestPicture(options.height, options.width);
     }
-    if (context) {
+    if (contextReady) {
         loadTexture(options.background, backgroundSlot);
         loadTexture(options.secondBackground, secondBackgroundSlot);
     }
 }
 
 void EffectHost::setUpContext() {
-    context.emplace(options.width, options.height);
     native::onInitUVHBuffer(environment.env(), nullptr);
     native::onInitGPU(environment.env(), nullptr);
     loadTexture(options.sheen, sheenSlot);
     loadTexture(options.background, backgroundSlot);
     loadTexture(options.secondBackground, secondBackgroundSlot);
+    contextReady = true;
 }
 
 void EffectHost::loadTexture(Picture& picture, int index) {
@@ -97,11 +107,15 @@ void EffectHost::loadTexture(Picture& picture, int index) {
 }
 
 void EffectHost::frame(std::span<const ScriptEvent> events, std::chrono::nanoseconds elapsed) {
+    step(events, elapsed);
+    draw();
+}
+
+void EffectHost::step(std::span<const ScriptEvent> events, std::chrono::nanoseconds elapsed) {
     for (const ScriptEvent& event : events) {
         apply(event.action);
     }
     advanceWater(*waterDriver, environment, elapsed);
-    draw();
 }
 
 void EffectHost::apply(const ScriptAction& action) {
@@ -134,7 +148,8 @@ void EffectHost::strikeWater(const Touch& event) {
     const double wayY = event.y - lastTouch->y;
     const double cellSize = static_cast<double>(options.width) / waterDriver->columns;
     const double cells = std::hypot(wayX, wayY) / cellSize;
-    const int strikes = static_cast<int>(std::clamp(std::ceil(cells / rippleSpacing), 0.0, 64.0));
+    const double spacing = rippleSpacing * waterDriver->settings.rippleRadius / coneRadius;
+    const int strikes = static_cast<int>(std::clamp(std::ceil(cells / spacing), 0.0, 64.0));
     for (int strike = 1; strike <= strikes; ++strike) {
         const double part = static_cast<double>(strike) / strikes;
         rippleAt(*waterDriver, environment, lastTouch->x + wayX * part, lastTouch->y + wayY * part,
@@ -151,7 +166,12 @@ bool EffectHost::inkShown() {
 }
 
 void EffectHost::loseContext() {
-    context.reset();
+    if (options.renewContext) {
+        options.renewContext();
+    } else {
+        context.reset();
+        context.emplace(options.width, options.height);
+    }
     setUpContext();
 }
 

@@ -3,6 +3,7 @@
 #include <array>
 #include <chrono>
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <span>
 #include <vector>
@@ -50,6 +51,10 @@ struct EffectHostOptions {
     Look look = {};
     WaterSettings water = {};
     JniOptions jni = {};
+    /// Set by a host with a window: destroys the window's GL context with everything in it and
+    /// makes a new one, current; one must be current when the host is made. Empty: an off-screen
+    /// context of the host's own.
+    std::function<void()> renewContext = {};
 };
 
 /// A device's host around the library, without window and JVM: sets everything up in the order that
@@ -64,8 +69,12 @@ public:
     void frame(std::span<const ScriptEvent> events = {},
                std::chrono::nanoseconds elapsed = std::chrono::nanoseconds(16'666'667));
 
+    /// The two halves of a frame: what happens to the water, then the picture with its ink.
+    void step(std::span<const ScriptEvent> events, std::chrono::nanoseconds elapsed);
+    void draw();
+
     /// The default framebuffer as RGBA bytes, rows top to bottom.
-    std::vector<std::uint8_t> pixels() const { return context->readPixels(); }
+    std::vector<std::uint8_t> pixels() const { return readScreen(options.width, options.height); }
 
     /// One touch event in screen pixels, y down: to the ink, and as a ripple to the water.
     void touch(const Touch& touch);
@@ -75,10 +84,13 @@ public:
     /// Destroys the GL context with everything in it and sets up a new one.
     void loseContext();
     void setBackgrounds(Picture background, Picture secondBackground);
+    /// Calm water on another grid; the ink stays.
+    void replaceWater(WaterSettings settings);
 
     Look& look() { return options.look; }
     WaterDriver& water() { return *waterDriver; }
     JniEnvironment& jni() { return environment; }
+    /// The host's own context, where it has one.
     const GlContext& gl() const { return *context; }
     int width() const { return options.width; }
     int height() const { return options.height; }
@@ -88,11 +100,12 @@ private:
     void loadTexture(Picture& picture, int index);
     void apply(const ScriptAction& action);
     void strikeWater(const Touch& touch);
-    void draw();
 
     EffectHostOptions options;
     JniEnvironment environment;
+    /// Absent where the window has the context.
     std::optional<GlContext> context;
+    bool contextReady = false;
     std::optional<WaterDriver> waterDriver;
     jfloatArray mvpMatrix;
     std::optional<Touch> lastTouch;

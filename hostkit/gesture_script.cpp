@@ -183,15 +183,19 @@ GestureScript parseGestureScript(std::string_view text, const std::string& fileN
     return script;
 }
 
+std::string writeScriptEvent(const ScriptEvent& event) {
+    std::string text = std::to_string(event.frame);
+    std::visit(ActionWriter{text}, event.action);
+    return text;
+}
+
 std::string writeGestureScript(const GestureScript& script) {
     std::string text = "screen";
     append(text, script.screenWidth, script.screenHeight);
     append(text += "\nframes", script.frames);
     text += '\n';
     for (const ScriptEvent& event : script.events) {
-        text += std::to_string(event.frame);
-        std::visit(ActionWriter{text}, event.action);
-        text += '\n';
+        text.append(writeScriptEvent(event)).append(1, '\n');
     }
     return text;
 }

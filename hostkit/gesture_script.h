@@ -69,6 +69,9 @@ struct GestureScript {
 /// Throws HostError "FILE:LINE: expected ..." at the first line that is not as above.
 GestureScript parseGestureScript(std::string_view text, const std::string& fileName);
 
+/// An event as its line, without the line's end.
+std::string writeScriptEvent(const ScriptEvent& event);
+
 /// parseGestureScript of the result gives an equal record; comments of an earlier text are not
 /// kept.
 std::string writeGestureScript(const GestureScript& script);

@@ -28,10 +28,7 @@ EGLDisplay softwareDisplay() {
     static const EGLDisplay display = [] {
         // Pictures are to be the same on every machine, with or without a graphics card.
         setenv("LIBGL_ALWAYS_SOFTWARE", "1", 0);
-        // Ink keeps its value in two channels, a coarse and a fine one, and flows through hundreds
-        // of filtered reads. The software rasteriser filters in 8 bits unless told otherwise, which
-        // breaks thin ink up into grain.
-        setenv("GALLIVM_PERF", "no_aos_sampling", 0);
+        askForFineFiltering();
         return eglGetPlatformDisplay(EGL_PLATFORM_SURFACELESS_MESA, nullptr, nullptr);
     }();
     if (display == EGL_NO_DISPLAY) {
@@ -66,6 +63,12 @@ EGLConfig chooseConfig(EGLDisplay display) {
 }
 
 }  // namespace
+
+void askForFineFiltering() {
+    // Ink flows through hundreds of filtered reads. The software rasteriser filters in 8 bits
+    // unless told otherwise, which breaks thin ink up into grain.
+    setenv("GALLIVM_PERF", "no_aos_sampling", 0);
+}
 
 GlContext::GlContext(void* onDisplay, int width, int height)
     : display(onDisplay), surfaceWidth(width), surfaceHeight(height) {}
@@ -121,15 +124,15 @@ void GlContext::makeCurrent() const {
     }
 }
 
-std::vector<std::uint8_t> GlContext::readPixels() const {
-    const std::size_t rowBytes = static_cast<std::size_t>(surfaceWidth) * 4;
-    std::vector<std::uint8_t> pixels(rowBytes * static_cast<std::size_t>(surfaceHeight));
+std::vector<std::uint8_t> readScreen(int width, int height) {
+    const std::size_t rowBytes = static_cast<std::size_t>(width) * 4;
+    std::vector<std::uint8_t> pixels(rowBytes * static_cast<std::size_t>(height));
     GLint bound = 0;
     glGetIntegerv(GL_FRAMEBUFFER_BINDING, &bound);
     if (bound != 0) {
         glBindFramebuffer(GL_FRAMEBUFFER, 0);
     }
-    glReadPixels(0, 0, surfaceWidth, surfaceHeight, GL_RGBA, GL_UNSIGNED_BYTE, pixels.data());
+    glReadPixels(0, 0, width, height, GL_RGBA, GL_UNSIGNED_BYTE, pixels.data());
     if (bound != 0) {
         glBindFramebuffer(GL_FRAMEBUFFER, static_cast<GLuint>(bound));
     }

@@ -5,6 +5,13 @@
 
 namespace hostkit {
 
+/// The current context's default framebuffer of that size as RGBA bytes, rows top to bottom.
+std::vector<std::uint8_t> readScreen(int width, int height);
+
+/// Lets a software rasteriser filter finely enough for the ink, which keeps its value in two
+/// channels, a coarse and a fine one. Call before the first context is made.
+void askForFineFiltering();
+
 /// An OpenGL ES 2.0 context of its own, with an off-screen RGBA8888 surface as its default
 /// framebuffer; runs on Mesa's software rasteriser without a display. Several may live at once,
 /// each current on one thread.
@@ -22,7 +29,7 @@ public:
     int height() const { return surfaceHeight; }
 
     /// The default framebuffer as RGBA bytes, rows top to bottom. The context must be current.
-    std::vector<std::uint8_t> readPixels() const;
+    std::vector<std::uint8_t> readPixels() const { return readScreen(surfaceWidth, surfaceHeight); }
 
 private:
     GlContext(void* onDisplay, int width, int height);

@@ -82,6 +82,7 @@ struct JniEnvironment::State : JNIEnv_ {
     std::vector<JniCall> calls;
     std::vector<GuardDamage> damages;
     int pinned = 0;
+    int lastId = 0;
 
     explicit State(JniOptions chosen) : options(chosen) {
         functions = &table;
@@ -110,7 +111,7 @@ struct JniEnvironment::State : JNIEnv_ {
 
     jarray makeArray(std::size_t length, std::size_t elementBytes) {
         arrays.push_back(std::make_unique<Array>(
-            Array{static_cast<int>(arrays.size()) + 1,
+            Array{++lastId,
                   elementBytes,
                   {length * elementBytes, options.guardElements * elementBytes},
                   {}}));
@@ -197,6 +198,10 @@ jfloatArray JniEnvironment::newFloatArray(std::size_t length) {
 
 jshortArray JniEnvironment::newShortArray(std::size_t length) {
     return static_cast<jshortArray>(state->makeArray(length, sizeof(jshort)));
+}
+
+void JniEnvironment::release(jarray array) {
+    std::erase_if(state->arrays, [&](const auto& held) { return held.get() == &arrayOf(array); });
 }
 
 std::span<float> JniEnvironment::elements(jfloatArray array) {

@@ -47,9 +47,12 @@ public:
 
     JNIEnv* env();
 
-    /// A zeroed array; it lives as long as the environment. Ids count from 1, both types together.
+    /// A zeroed array; it lives as long as the environment, or until released. Ids count from 1,
+    /// both types together.
     jfloatArray newFloatArray(std::size_t length);
     jshortArray newShortArray(std::size_t length);
+    /// The array must not be pinned.
+    void release(jarray array);
 
     /// The array as the host sees it, valid for the life of the environment.
     static std::span<float> elements(jfloatArray array);

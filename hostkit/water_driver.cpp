@@ -10,7 +10,8 @@ namespace hostkit {
 namespace {
 
 constexpr std::int64_t stepTime = 1'000'000'000;
-constexpr std::int64_t mostStepsAtOnce = 4;
+/// No more time than this is caught up with at once, in 60ths of a second.
+constexpr std::int64_t mostTimeAtOnce = 4;
 constexpr int mostVertices = 65536;
 /// The cone of a ripple and the fixed frame need this much.
 constexpr int fewestCells = 8;
@@ -25,6 +26,39 @@ void runStep(WaterDriver& water, JniEnvironment& jni) {
                                  water.columns - 1, water.rows - 1, water.columns, 0, JNI_TRUE,
                                  water.settings.damping, water.settings.waveSpeed);
     ++water.steps;
+}
+
+void raiseCone(const WaterDriver& water, JniEnvironment& jni, double x, double y, float strength) {
+    // The area is the mesh, centred on the origin; its y grows downwards like the rows.
+    const auto onMesh = [](double position, int size) {
+        return static_cast<float>((position - size / 2.0) / static_cast<double>(meshOverhang));
+    };
+    native::ripple(jni.env(), nullptr, water.height, water.screenWidth, water.screenHeight,
+                   water.columns, water.rows, onMesh(x, water.screenWidth),
+                   onMesh(y, water.screenHeight), strength);
+}
+
+/// Cones one radius apart on a triangular lattice, lower outwards. Where they overlap they add up
+/// to a slope, `overlap` times as high as each.
+void raiseWideCone(const WaterDriver& water, JniEnvironment& jni, double x, double y,
+                   float strength) {
+    constexpr double overlap =
+        1.2092;  // a cone's volume over a lattice cell's area: 2 pi / (3 sqrt 3)
+    constexpr double rowSpacing = 0.8660254;
+    const double pixels = coneRadius * static_cast<double>(water.screenWidth) / water.columns;
+    const double wide = water.settings.rippleRadius / coneRadius;
+    const int reach = static_cast<int>(wide / rowSpacing);
+    for (int row = -reach; row <= reach; ++row) {
+        for (int place = -reach - 1; place <= reach; ++place) {
+            const double right = place + (row % 2 == 0 ? 0.0 : 0.5);
+            const double down = row * rowSpacing;
+            const double height = (1.0 - std::hypot(right, down) / wide) / overlap;
+            if (height > 0.0) {
+                raiseCone(water, jni, x + right * pixels, y + down * pixels,
+                          static_cast<float>(static_cast<double>(strength) * height));
+            }
+        }
+    }
 }
 
 }  // namespace
@@ -59,14 +93,23 @@ WaterDriver makeWater(JniEnvironment& jni, int screenWidth, int screenHeight,
     return water;
 }
 
+void releaseWater(const WaterDriver& water, JniEnvironment& jni) {
+    for (const jarray array :
+         {static_cast<jarray>(water.height), static_cast<jarray>(water.velocity),
+          static_cast<jarray>(water.positions), static_cast<jarray>(water.heights),
+          static_cast<jarray>(water.indices)}) {
+        jni.release(array);
+    }
+}
+
 void rippleAt(WaterDriver& water, JniEnvironment& jni, double x, double y, float strength) {
-    // The area is the mesh, centred on the origin; its y grows downwards like the rows.
-    const auto onMesh = [](double position, int size) {
-        return static_cast<float>((position - size / 2.0) / static_cast<double>(meshOverhang));
-    };
-    native::ripple(jni.env(), nullptr, water.height, water.screenWidth, water.screenHeight,
-                   water.columns, water.rows, onMesh(x, water.screenWidth),
-                   onMesh(y, water.screenHeight), strength);
+    const double radius = water.settings.rippleRadius;
+    if (radius <= coneRadius) {
+        const double flatter = radius * radius / (coneRadius * coneRadius);
+        raiseCone(water, jni, x, y, static_cast<float>(static_cast<double>(strength) * flatter));
+    } else {
+        raiseWideCone(water, jni, x, y, strength);
+    }
     water.resting = false;
 }
 
@@ -75,8 +118,9 @@ void advanceWater(WaterDriver& water, JniEnvironment& jni, std::chrono::nanoseco
         water.pendingTime = 0;
         return;
     }
+    const std::int64_t rate = water.settings.stepsPerSecond;
     water.pendingTime =
-        std::min(water.pendingTime + elapsed.count() * 60, mostStepsAtOnce * stepTime);
+        std::min(water.pendingTime + elapsed.count() * rate, mostTimeAtOnce * rate / 60 * stepTime);
     for (; water.pendingTime >= stepTime && !water.resting; water.pendingTime -= stepTime) {
         runStep(water, jni);
     }

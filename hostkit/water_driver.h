@@ -8,7 +8,7 @@
 
 namespace hostkit {
 
-/// How the water behaves; lengths in cells, times in steps of 1/60 s.
+/// How the water behaves; lengths in cells, times in steps.
 struct WaterSettings {
     /// Cells along the shorter side of the screen; the longer side gets as many as make them
     /// square.
@@ -20,7 +20,14 @@ struct WaterSettings {
     float waveSpeed = 0.3f;
     /// Mesh units along the shorter side. Refraction grows as this shrinks against the heights.
     int shortSideMeshUnits = 16;
+    int stepsPerSecond = 60;
+    /// Of the cone that a touch raises. The library's cone has 3: a wider one is built of several,
+    /// and in place of a narrower one a flatter one of the same volume rises.
+    double rippleRadius = 3.0;
 };
+
+/// Radius in cells of the cone that `ripple` raises.
+constexpr double coneRadius = 3.0;
 
 /// The mesh is drawn this much larger than the screen. A ray from the effect's eye, 30 before the
 /// mesh, meets the picture 30.9 behind it: the picture's edge then lies at the screen's.
@@ -56,7 +63,7 @@ struct WaterDriver {
     bool resting = true;
     /// Steps run so far.
     std::int64_t steps = 0;
-    /// Time not yet stepped, in 60ths of a nanosecond.
+    /// Time not yet stepped, in nanoseconds times the steps of a second.
     std::int64_t pendingTime = 0;
 };
 
@@ -65,12 +72,15 @@ struct WaterDriver {
 WaterDriver makeWater(JniEnvironment& jni, int screenWidth, int screenHeight,
                       WaterSettings settings = {});
 
-/// Raises a cone of 3 cells' radius and peak 3 * strength at a touch, screen pixels, y down; wakes
-/// the water.
+/// Gives the arrays of a water back.
+void releaseWater(const WaterDriver& water, JniEnvironment& jni);
+
+/// Raises a cone of the settings' radius and peak 3 * strength at a touch, screen pixels, y down;
+/// wakes the water.
 void rippleAt(WaterDriver& water, JniEnvironment& jni, double x, double y, float strength);
 
-/// Runs the steps due after `elapsed`, at most 4 (a host that stalled does not catch up), and
-/// rebuilds the heights attribute when the water moved.
+/// Runs the steps due after `elapsed`, at most those of 4/60 s (a host that stalled does not catch
+/// up), and rebuilds the heights attribute when the water moved.
 void advanceWater(WaterDriver& water, JniEnvironment& jni, std::chrono::nanoseconds elapsed);
 
 /// Writes the heights attribute from the height grid.

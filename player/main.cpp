@@ -3,11 +3,12 @@
 
 #include "player/options.h"
 #include "player/run.h"
+#include "player/window/window_player.h"
 
 int main(int argc, char** argv) {
     try {
         if (const auto options = player::parseOptions(argc, argv)) {
-            player::run(*options);
+            player::wantsWindow(*options) ? player::runWindow(*options) : player::run(*options);
         }
         return 0;
     } catch (const std::exception& error) {

@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "player/failure.h"
+#include "player/window/keys.h"
 
 namespace player {
 namespace {
@@ -48,7 +49,9 @@ void describe(CLI::App& app, Options& options) {
         ->type_name("FILE");
     app.add_option("--second", options.second, "The second background, which a script may show")
         ->type_name("FILE");
-    app.add_option("--script", options.script, "The gesture script to play")->type_name("FILE");
+    app.add_option("--script", options.script,
+                   "The gesture script to play; a window plays none unless named")
+        ->type_name("FILE");
     app.add_option("--frames", options.frames, "How many frames to draw")
         ->check(CLI::Range(1, mostFrames));
     app.add_option_function<std::string>(
@@ -60,6 +63,19 @@ void describe(CLI::App& app, Options& options) {
         ->type_name("FOLDER")
         ->capture_default_str();
     app.add_flag("--digest", options.digest, "Print digests of the water and of the velocity");
+    app.add_flag("--headless", options.headless,
+                 "Film without a window, as without a desktop and with --out");
+    app.add_option("--preset", options.preset, "The settings to start the window with (JSON)")
+        ->type_name("FILE");
+    app.add_option("--record", options.record,
+                   "Write what the finger in the window does as a script")
+        ->type_name("FILE");
+    app.add_option("--shots", options.shots,
+                   "The folder for the window's screenshots, films, recordings and presets")
+        ->type_name("FOLDER")
+        ->capture_default_str();
+    app.add_flag("--no-attract", options.noAttract, "No finger of its own in an idle window");
+    app.footer("Keys of the window:\n" + keyHelp());
 }
 
 }  // namespace
@@ -69,10 +85,14 @@ std::optional<Options> parseOptions(int argc, const char* const* argv) {
     options.picture = "/usr/share/backgrounds/mate/nature/Dune.jpg";
     options.second = "/usr/share/backgrounds/mate/nature/RainDrops.jpg";
     options.script = VELMORA_GESTURES "/showcase.gesture";
-    CLI::App app("Films a finger on a picture under water", "velmora-player");
+    CLI::App app("A picture under water and a finger: in a window on a desktop, else as a film",
+                 "velmora-player");
     describe(app, options);
     try {
         app.parse(argc, argv);
+        options.scriptGiven = app.count("--script") > 0;
+        options.outGiven = app.count("--out") > 0;
+        options.sizeGiven = app.count("--size") > 0;
     } catch (const CLI::CallForHelp&) {
         std::fputs(app.help().c_str(), stdout);
         return std::nullopt;

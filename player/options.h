@@ -11,12 +11,22 @@ struct Options {
     std::filesystem::path second;
     std::filesystem::path script;
     std::filesystem::path out = "out";
+    /// Where the window leaves screenshots, films, recordings and presets.
+    std::filesystem::path shots = "shots";
+    /// Empty: none.
+    std::filesystem::path preset;
+    std::filesystem::path record;
     /// Screen in pixels. The default is small enough for a software rasteriser to film in a minute
     /// or two.
     int width = 720;
     int height = 1280;
     /// 0: the script's frames and the time in which its ink fades.
     int frames = 0;
+    bool scriptGiven = false;
+    bool outGiven = false;
+    bool sizeGiven = false;
+    bool headless = false;
+    bool noAttract = false;
     bool waterOnly = false;
     bool digest = false;
 };

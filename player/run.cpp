@@ -13,7 +13,10 @@
 #include "player/failure.h"
 #include "player/film.h"
 #include "player/picture.h"
+#include "player/preset.h"
 #include "player/progress.h"
+#include "player/rain.h"
+#include "player/settings.h"
 #include "player/staging.h"
 
 namespace player {
@@ -37,11 +40,17 @@ void takeSignals() {
     std::signal(SIGPIPE, SIG_IGN);
 }
 
-hostkit::EffectHostOptions hostOptions(const Options& options) {
+hostkit::EffectHostOptions hostOptions(const Options& options, const Settings& settings) {
     hostkit::EffectHostOptions host;
+    if (!options.preset.empty()) {
+        host.water = waterOf(settings);
+        applyLook(settings, host.look);
+        host.look.ink = inkOf(settings);
+        host.look.useSecondBackground = settings.secondBackground;
+    }
     host.width = options.width;
     host.height = options.height;
-    host.inkEnabled = !options.waterOnly;
+    host.inkEnabled = !settings.waterOnly;
     host.background = loadPicture(options.picture, options.width, options.height);
     host.secondBackground = loadPicture(options.second, options.width, options.height);
     return host;
@@ -73,11 +82,14 @@ Picture screen(const hostkit::EffectHost& host) {
     return picture;
 }
 
-void play(hostkit::EffectHost& host, const hostkit::GestureScript& script, int frameCount,
-          Film& film, Digests& digests) {
+void play(hostkit::EffectHost& host, const Settings& settings, const hostkit::GestureScript& script,
+          int frameCount, Film& film, Digests& digests) {
+    constexpr std::chrono::nanoseconds frameTime(16'666'667);
+    Rain rain;
     Progress progress = startProgress(frameCount);
     for (int frame = 0; frame < frameCount; ++frame) {
-        host.frame(hostkit::eventsOfFrame(script, frame));
+        fall(rain, host, settings, frameTime);
+        host.frame(hostkit::eventsOfFrame(script, frame), frameTime);
         addWater(digests.water, host.water());
         film.add(screen(host));
         showProgress(progress, frame + 1);
@@ -110,12 +122,13 @@ void run(const Options& options) {
     const hostkit::GestureScript script = hostkit::scaledToScreen(
         hostkit::loadGestureScript(options.script), options.width, options.height);
     const int frameCount = options.frames > 0 ? options.frames : script.frames;
-    hostkit::EffectHost host(hostOptions(options));
+    const Settings settings = startSettings(options);
+    hostkit::EffectHost host(hostOptions(options, settings));
     Staging staging(options.out);
     Film film(staging.folder(), options.width, options.height, frameCount);
     Digests digests;
     tapVelocity(options, digests.velocity);
-    play(host, script, frameCount, film, digests);
+    play(host, settings, script, frameCount, film, digests);
     film.finish();
     staging.publish();
     tell(options, film, digests);

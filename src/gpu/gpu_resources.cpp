@@ -20,20 +20,16 @@ void forgetTarget(RenderTarget& target) {
     target.texture = 0;
 }
 
-void replaceTarget(RenderTarget& target, int width, int height) {
-    if (target.framebuffer != 0) {
-        deleteRenderTarget(target);
-    }
-    target = createRenderTarget(width, height);
-}
-
 void replaceInkTargets(EffectState& state) {
-    if (state.inkFront.framebuffer != 0) {
-        deleteRenderTarget(state.inkFront);
-        deleteRenderTarget(state.inkBack);
-    }
+    deleteRenderTarget(state.inkFront);
+    deleteRenderTarget(state.inkBack);
     state.inkFront = createRenderTarget(state.inkWidth, state.inkHeight);
     state.inkBack = createRenderTarget(state.inkWidth, state.inkHeight);
+}
+
+void replaceVelocityTarget(EffectState& state) {
+    deleteRenderTarget(state.velocityTarget);
+    state.velocityTarget = createRenderTarget(state.velocityGridWidth, state.velocityGridHeight);
 }
 
 template <class Pass>
@@ -83,12 +79,11 @@ void dropIncompleteGrids(EffectState& state) {
     }
 }
 
-void clearInkTargets(const EffectState& state) {
-    glViewport(0, 0, state.inkWidth, state.inkHeight);
-    glBindFramebuffer(GL_FRAMEBUFFER, state.inkFront.framebuffer);
-    clearBoundTarget();
-    glBindFramebuffer(GL_FRAMEBUFFER, state.inkBack.framebuffer);
-    clearBoundTarget();
+void clearInkTarget(const RenderTarget& target) {
+    if (target.framebuffer != 0) {  // else that would be the screen
+        glBindFramebuffer(GL_FRAMEBUFFER, target.framebuffer);
+        clearBoundTarget();
+    }
 }
 
 void initInkResources(EffectState& state) {
@@ -96,7 +91,7 @@ void initInkResources(EffectState& state) {
     buildProgram(state.advectProgram, quadVertexShader, advectFragmentShader);
     buildProgram(state.impulseProgram, quadVertexShader, impulseFragmentShader);
     namePasses(state);
-    replaceTarget(state.velocityTarget, state.velocityGridWidth, state.velocityGridHeight);
+    replaceVelocityTarget(state);
     replaceInkTargets(state);
     allocateGrids(state);
     dropIncompleteGrids(state);
@@ -105,7 +100,9 @@ void initInkResources(EffectState& state) {
     }
     glGenBuffers(1, &state.quadBuffer);
     glBlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA);
-    clearInkTargets(state);
+    glViewport(0, 0, state.inkWidth, state.inkHeight);
+    clearInkTarget(state.inkFront);
+    clearInkTarget(state.inkBack);
 }
 
 }  // namespace

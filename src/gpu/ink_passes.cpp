@@ -33,10 +33,12 @@ void drawQuad(GLuint buffer) {
     glDisableVertexAttribArray(1);
 }
 
-/// The end that all passes share: draws over the whole bound target, then lets go of everything.
-void finishPass(const EffectState& state) {
-    // Before onInitGPU there is no buffer, and GL would read the quad from address 0.
-    if (state.quadBuffer != 0) {
+/// The end that all passes share: draws over the whole of the bound target, then lets go of
+/// everything.
+void finishPass(const EffectState& state, const RenderTarget& destination) {
+    // Without the buffer GL would read the quad from address 0; without the target it would draw
+    // over the screen.
+    if (state.quadBuffer != 0 && destination.framebuffer != 0) {
         drawQuad(state.quadBuffer);
     }
     unbindTextures();
@@ -73,7 +75,7 @@ void runAdvectPass(const EffectState& state, const RenderTarget& velocity,
     glBindFramebuffer(GL_FRAMEBUFFER, destination.framebuffer);
     bindTexture(GL_TEXTURE0, velocity.texture);
     bindTexture(GL_TEXTURE1, source.texture);
-    finishPass(state);
+    finishPass(state, destination);
 }
 
 void runImpulsePass(const EffectState& state, const RenderTarget& source,
@@ -96,7 +98,7 @@ void runImpulsePass(const EffectState& state, const RenderTarget& source,
     setUniform(program, "Source", 0);
     glBindFramebuffer(GL_FRAMEBUFFER, destination.framebuffer);
     bindTexture(GL_TEXTURE0, source.texture);
-    finishPass(state);
+    finishPass(state, destination);
 }
 
 void depositInk(EffectState& state, const InkStroke& stroke, InkColor color) {

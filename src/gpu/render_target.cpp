@@ -16,7 +16,9 @@ RenderTarget createRenderTarget(int width, int height) {
     glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MAG_FILTER, GL_LINEAR);
     glTexImage2D(GL_TEXTURE_2D, 0, GL_RGBA, width, height, 0, GL_RGBA, GL_UNSIGNED_BYTE, nullptr);
     glFramebufferTexture2D(GL_FRAMEBUFFER, GL_COLOR_ATTACHMENT0, GL_TEXTURE_2D, target.texture, 0);
-    clearBoundTarget();
+    if (target.framebuffer != 0) {  // else the screen is bound
+        clearBoundTarget();
+    }
     glBindFramebuffer(GL_FRAMEBUFFER, 0);
     return target;
 }
@@ -27,8 +29,12 @@ void clearBoundTarget() {
 }
 
 void deleteRenderTarget(const RenderTarget& target) {
-    glDeleteFramebuffers(1, &target.framebuffer);
-    glDeleteTextures(1, &target.texture);
+    if (target.framebuffer != 0) {
+        glDeleteFramebuffers(1, &target.framebuffer);
+    }
+    if (target.texture != 0) {
+        glDeleteTextures(1, &target.texture);
+    }
 }
 
 }  // namespace velmora

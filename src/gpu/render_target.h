@@ -18,7 +18,7 @@ RenderTarget createRenderTarget(int width, int height);
 /// Clears the bound framebuffer to density 0. GL thread.
 void clearBoundTarget();
 
-/// Deletes the target's framebuffer and texture. GL thread.
+/// Deletes what the target has of a framebuffer and a texture. GL thread.
 void deleteRenderTarget(const RenderTarget& target);
 
 }  // namespace velmora

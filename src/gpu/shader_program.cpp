@@ -39,10 +39,15 @@ std::uint32_t linkProgram(std::uint32_t vertexShader, std::uint32_t fragmentShad
     return program;
 }
 
+/// Each name alone: where a build failed, some are 0.
 static void deleteProgram(const ShaderProgram& slot) {
-    if (slot.program != 0) {
+    if (slot.vertexShader != 0) {
         glDeleteShader(slot.vertexShader);
+    }
+    if (slot.fragmentShader != 0) {
         glDeleteShader(slot.fragmentShader);
+    }
+    if (slot.program != 0) {
         glDeleteProgram(slot.program);
     }
 }

@@ -74,8 +74,9 @@ void bindPictures(const EffectState& state, GLuint program, bool useSecondBackgr
 }  // namespace
 
 void drawWater(const EffectState& state, const WaterFrame& frame, float inkAmount) {
-    // Before onInitUVHBuffer there are no buffers, and GL would read the mesh from address 0.
-    if (state.meshIndexBuffer == 0) {
+    // Without its buffers, GL would read the mesh from address 0.
+    if (state.meshPositionBuffer == 0 || state.meshHeightBuffer == 0 ||
+        state.meshIndexBuffer == 0) {
         return;
     }
     const GLuint program = state.waterProgram.program;

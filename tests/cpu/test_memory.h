@@ -12,63 +12,48 @@
 #include <limits>
 #include <random>
 #include <span>
-#include <stdexcept>
 #include <vector>
 
-#include "solver/float_grid.h"
+#include "solver/passes.h"
 
 namespace velmora::test {
 
-/// Which of the two guard pages a block touches.
+constexpr float infinity = std::numeric_limits<float>::infinity();
+constexpr float nan = std::numeric_limits<float>::quiet_NaN();
+constexpr int most = std::numeric_limits<int>::max();
+constexpr int least = std::numeric_limits<int>::min();
+
+/// Which of the two guard pages a block touches. Only both, one after the other, find every access
+/// outside it.
 enum class Against { front, back };
 constexpr Against bothSides[] = {Against::front, Against::back};
 
-/// `count` elements between two pages that end the program when they are read or written. The rest
-/// of the mapped pages holds a filler.
+/// `count` zeros between two pages that end the program when they are read or written.
 template <class T>
 class GuardedBlock {
 public:
     GuardedBlock(std::size_t count, Against side) {
         const auto page = static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
         const std::size_t bytes = count * sizeof(T);
-        const std::size_t mapped = (bytes + page - 1) / page * page;
-        whole_ = {map(mapped + 2 * page), mapped + 2 * page};
-        inside_ = whole_.subspan(page, mapped);
-        mprotect(whole_.data(), page, PROT_NONE);
-        mprotect(whole_.data() + page + mapped, page, PROT_NONE);
-        std::ranges::fill(inside_, filler);
-        const auto block = side == Against::front ? inside_.first(bytes) : inside_.last(bytes);
-        block_ = {reinterpret_cast<T*>(block.data()), count};
+        const std::size_t open = (bytes + page - 1) / page * page;
+        size_ = open + 2 * page;
+        pages_ = static_cast<std::uint8_t*>(
+            mmap(nullptr, size_, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0));
+        mprotect(pages_ + page, open, PROT_READ | PROT_WRITE);
+        const std::size_t start = side == Against::front ? page : page + open - bytes;
+        elements_ = {reinterpret_cast<T*>(pages_ + start), count};
     }
-    ~GuardedBlock() { munmap(whole_.data(), whole_.size()); }
+    ~GuardedBlock() { munmap(pages_, size_); }
     GuardedBlock(const GuardedBlock&) = delete;
     GuardedBlock& operator=(const GuardedBlock&) = delete;
 
-    std::span<T> elements() const { return block_; }
-    T* data() const { return block_.data(); }
-    /// Whether the filler around the block still stands.
-    bool isIntact() const {
-        const auto before = reinterpret_cast<std::uint8_t*>(block_.data()) - inside_.data();
-        const auto isFiller = [](std::uint8_t byte) { return byte == filler; };
-        return std::all_of(inside_.begin(), inside_.begin() + before, isFiller) &&
-               std::all_of(
-                   inside_.begin() + before + std::ssize(block_) * std::ptrdiff_t{sizeof(T)},
-                   inside_.end(), isFiller);
-    }
+    std::span<T> elements() const { return elements_; }
+    T* data() const { return elements_.data(); }
 
 private:
-    static constexpr std::uint8_t filler = 0xA5;
-    static std::uint8_t* map(std::size_t bytes) {
-        void* const pages =
-            mmap(nullptr, bytes, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
-        if (pages == MAP_FAILED) {
-            throw std::runtime_error("no memory for guarded pages");
-        }
-        return static_cast<std::uint8_t*>(pages);
-    }
-
-    std::span<std::uint8_t> whole_, inside_;
-    std::span<T> block_;
+    std::uint8_t* pages_;
+    std::size_t size_;
+    std::span<T> elements_;
 };
 
 /// What a block is filled with: values in [-limit, limit], or anything a float can hold.
@@ -78,15 +63,7 @@ struct Fill {
 };
 
 inline void fillRandomly(std::span<float> values, Fill fill, std::mt19937& random) {
-    constexpr float infinity = std::numeric_limits<float>::infinity();
-    constexpr float wildValues[] = {std::numeric_limits<float>::quiet_NaN(),
-                                    infinity,
-                                    -infinity,
-                                    3e38f,
-                                    -3e38f,
-                                    1e10f,
-                                    -1e10f,
-                                    -0.0f};
+    constexpr float wildValues[] = {nan, infinity, -infinity, 3e38f, -3e38f, 1e10f, -1e10f, -0.0f};
     for (float& value : values) {
         value = (static_cast<float>(random() % 65536) / 32768.0f - 1.0f) * fill.limit;
         if (fill.wild && random() % 4 == 0) {
@@ -106,6 +83,24 @@ struct GuardedGrid {
     FloatGrid grid;
 };
 
+inline std::vector<float> contents(const FloatGrid& grid, int floats) {
+    return {grid.data, grid.data + grid.width * grid.height * floats};
+}
+
+/// What `evaluate` gives for every cell of a grid of this size.
+template <class Pass>
+std::vector<float> evaluateCells(const Pass& pass, int width, int height) {
+    std::vector<float> cells;
+    for (int j = 0; j < height; ++j) {
+        for (int i = 0; i < width; ++i) {
+            float cell[2];
+            pass.evaluate({static_cast<float>(i) + 0.5f, static_cast<float>(j) + 0.5f}, cell);
+            cells.insert(cells.end(), cell, cell + (std::is_base_of_v<VectorPass, Pass> ? 2 : 1));
+        }
+    }
+    return cells;
+}
+
 /// 32-bit NEON takes subnormals for 0, the scalar unit beside it does not.
 #if defined(__ARM_NEON) && !defined(__aarch64__)
 constexpr bool lanesFlushSubnormals = true;
@@ -123,16 +118,12 @@ inline bool isSame(float a, float b) {
 
 inline testing::AssertionResult areSame(std::span<const float> actual,
                                         std::span<const float> expected) {
-    if (actual.size() != expected.size()) {
-        return testing::AssertionFailure() << actual.size() << " floats, not " << expected.size();
+    const auto [a, b] = std::ranges::mismatch(actual, expected, isSame);
+    if (a == actual.end() && b == expected.end()) {
+        return testing::AssertionSuccess();
     }
-    for (std::size_t i = 0; i < actual.size(); ++i) {
-        if (!isSame(actual[i], expected[i])) {
-            return testing::AssertionFailure() << "element " << i << " is " << std::hexfloat
-                                               << actual[i] << ", not " << expected[i];
-        }
-    }
-    return testing::AssertionSuccess();
+    return testing::AssertionFailure() << "unlike from element " << a - actual.begin() << " of "
+                                       << actual.size() << ", expected " << expected.size();
 }
 
 }  // namespace velmora::test

@@ -5,20 +5,39 @@
 
 #include "scene.h"
 
+// What the shaders compute with, in double arithmetic.
+
 namespace gltest {
 
 struct Point {
     double x, y;
 };
 
+inline Point operator+(Point a, Point b) {
+    return {a.x + b.x, a.y + b.y};
+}
+inline Point operator-(Point a, Point b) {
+    return {a.x - b.x, a.y - b.y};
+}
+inline Point operator*(Point a, Point b) {
+    return {a.x * b.x, a.y * b.y};
+}
+inline Point operator*(double factor, Point p) {
+    return {factor * p.x, factor * p.y};
+}
+inline double dot(Point a, Point b) {
+    return a.x * b.x + a.y * b.y;
+}
 inline double distance(Point a, Point b) {
-    return std::hypot(a.x - b.x, a.y - b.y);
+    return std::sqrt(dot(a - b, a - b));
 }
 
 struct Image {
     int width, height;
     Bytes rgba;
 
+    /// The centre of a texel as a texture coordinate.
+    Point centre(int x, int y) const { return {(x + 0.5) / width, (y + 0.5) / height}; }
     /// A channel as 0 to 1, clamped to the edge.
     double channel(int x, int y, int c) const {
         const int at = std::clamp(y, 0, height - 1) * width + std::clamp(x, 0, width - 1);
@@ -32,9 +51,25 @@ struct Image {
             std::lerp(channel(left, low, c), channel(left + 1, low, c), x - left),
             std::lerp(channel(left, low + 1, c), channel(left + 1, low + 1, c), x - left), y - low);
     }
+    /// A value split over two channels.
     double value(Point at, int high) const {
         return 255.0 * sample(at, high) + sample(at, high + 1);
     }
 };
+
+/// An image of one or two values, each split over two channels, as functions of the texel
+/// centre.
+template <class... Function>
+Image valueImage(int width, int height, Function... values) {
+    Image image{width, height, Bytes(static_cast<std::size_t>(width * height) * 4)};
+    for (int at = 0; at < width * height; ++at) {
+        std::uint8_t* to = &image.rgba[static_cast<std::size_t>(at) * 4];
+        for (const double value : {values(image.centre(at % width, at / width))...}) {
+            *to++ = static_cast<std::uint8_t>(std::floor(value));
+            *to++ = static_cast<std::uint8_t>(std::lround(255.0 * (value - std::floor(value))));
+        }
+    }
+    return image;
+}
 
 }  // namespace gltest

@@ -1,8 +1,7 @@
 #include <gtest/gtest.h>
 
-#include <cstddef>
 #include <iostream>
-#include <span>
+#include <regex>
 
 #include "scene.h"
 
@@ -11,320 +10,192 @@
 namespace gltest {
 namespace {
 
-using hostkit::JniEnvironment;
-namespace native = hostkit::native;
-
-using Lines = std::vector<std::string>;
-
 constexpr int screenWidth = 540;
 constexpr int screenHeight = 960;
 
-void add(Lines& lines, const Lines& more) {
-    lines.insert(lines.end(), more.begin(), more.end());
-}
+struct Abbreviation {
+    const char *words, *meaning;
+};
 
-void addProgram(Lines& lines, const std::string& name) {
-    for (const std::string stage : {"vert", "frag"}) {
-        const std::string shader = name + "." + stage;
-        const std::string type = stage == "vert" ? "GL_VERTEX_SHADER" : "GL_FRAGMENT_SHADER";
-        add(lines, {"glCreateShader(" + type + ") = " + shader,
-                    "glShaderSource(" + shader + ", source)", "glCompileShader(" + shader + ")",
-                    "glGetShaderiv(" + shader + ", GL_COMPILE_STATUS) = 1"});
+// Those that others contain come later. Calls are parted by "; " or by a new line.
+constexpr Abbreviation abbreviations[] = {
+    {",\n", ", "},
+    {R"(\bprogram (\w+))", R"(glCreateShader(GL_VERTEX_SHADER) = $1.vert
+glShaderSource($1.vert, source); glCompileShader($1.vert)
+glGetShaderiv($1.vert, GL_COMPILE_STATUS) = 1; glCreateShader(GL_FRAGMENT_SHADER) = $1.frag
+glShaderSource($1.frag, source); glCompileShader($1.frag)
+glGetShaderiv($1.frag, GL_COMPILE_STATUS) = 1
+glCreateProgram() = $1; glAttachShader($1, $1.vert); glAttachShader($1, $1.frag)
+glBindAttribLocation($1, 0, "vertex"); glBindAttribLocation($1, 1, "texCoord")
+glLinkProgram($1); glGetProgramiv($1, GL_LINK_STATUS) = 1)"},
+    {R"(unprogram (\w+))", "glDeleteShader($1.vert); glDeleteShader($1.frag); glDeleteProgram($1)"},
+    {R"(\btarget (\w+) (\d+, \d+))", R"(glGenFramebuffers(1) = $1
+glBindFramebuffer(GL_FRAMEBUFFER, $1); glGenTextures(1) = $1; glBindTexture(GL_TEXTURE_2D, $1)
+glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_S, GL_CLAMP_TO_EDGE)
+glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_T, GL_CLAMP_TO_EDGE)
+glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, GL_LINEAR)
+glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MAG_FILTER, GL_LINEAR)
+glTexImage2D(GL_TEXTURE_2D, 0, GL_RGBA, $2, 0, GL_RGBA, GL_UNSIGNED_BYTE, null)
+glFramebufferTexture2D(GL_FRAMEBUFFER, GL_COLOR_ATTACHMENT0, GL_TEXTURE_2D, $1, 0)
+clear; glBindFramebuffer(GL_FRAMEBUFFER, 0))"},
+    {R"(untarget (\w+))", "glDeleteFramebuffers(1, $1); glDeleteTextures(1, $1)"},
+    {"clear", "glClearColor(0, 0, 0, 0); glClear(GL_COLOR_BUFFER_BIT)"},
+    {R"(advection (\w+) (\w+) (\S+) (\w+) (\d+, \d+))", R"(glUseProgram(advect)
+set advect.Scale 2f 540, 960; set advect.TimeStep 2f 0.005, 0.0028125
+set advect.Dissipation 1f $3; set advect.BackwardStepSize 1f 1
+set advect.center 2f $5; set advect.drag 1i $4; set advect.SourceTexture 1i 1
+glBindFramebuffer(GL_FRAMEBUFFER, $2); bind 0 velocity; bind 1 $1; quad advect)"},
+    {R"(\bquad (\w+))", R"(glBindBuffer(GL_ARRAY_BUFFER, quad)
+glBufferData(GL_ARRAY_BUFFER, 32, data, GL_STATIC_DRAW); glEnableVertexAttribArray($1.vertex)
+glVertexAttribPointer($1.vertex, 2, GL_SHORT, GL_FALSE, 8, 0)
+glEnableVertexAttribArray($1.texCoord)
+glVertexAttribPointer($1.texCoord, 2, GL_SHORT, GL_FALSE, 8, 4)
+glDrawArrays(GL_TRIANGLE_STRIP, 0, 4); glDisableVertexAttribArray($1.vertex)
+glDisableVertexAttribArray($1.texCoord); unbind
+glBindFramebuffer(GL_FRAMEBUFFER, 0); glDisable(GL_BLEND))"},
+    {R"(upload (\w+) (\w+) (\w+))", R"(glBindBuffer(GL_$1_BUFFER, $2)
+glBufferData(GL_$1_BUFFER, $3, data, GL_STATIC_DRAW); glBindBuffer(GL_$1_BUFFER, 0))"},
+    {R"(attribute (\w+) (\w+))", R"(glBindBuffer(GL_ARRAY_BUFFER, $1)
+glVertexAttribPointer(water.$2, 3, GL_FLOAT, GL_FALSE, 0, 0)
+glEnableVertexAttribArray(water.$2))"},
+    {"unbind", "bind 3 0; bind 2 0; bind 1 0; bind 0 0"},
+    {R"(\bbind (\d) (\w+))", "glActiveTexture(GL_TEXTURE$1); glBindTexture(GL_TEXTURE_2D, $2)"},
+    {"; |\n+", "\n"},
+    {R"(\bset (\w+)\.(\w+) (\w+) (.*))",
+     "glGetUniformLocation($1, \"$2\")\nglUniform$3($1.$2, $4)"},
+    // The compiler has dropped the uniform: no result needs it.
+    {R"(\bdropped (\w+)\.(\w+) (\w+) (.*))",
+     "glGetUniformLocation($1, \"$2\")\nglUniform$3(-1, $4)"},
+};
+
+/// The text with its abbreviations written out, after what is particular to the case.
+std::string calls(std::string text, std::vector<Abbreviation> all) {
+    all.insert(all.end(), std::begin(abbreviations), std::end(abbreviations));
+    for (const auto& [words, meaning] : all) {
+        text = std::regex_replace(text, std::regex(words), meaning);
     }
-    add(lines, {"glCreateProgram() = " + name, "glAttachShader(" + name + ", " + name + ".vert)",
-                "glAttachShader(" + name + ", " + name + ".frag)",
-                "glBindAttribLocation(" + name + ", 0, \"vertex\")",
-                "glBindAttribLocation(" + name + ", 1, \"texCoord\")",
-                "glLinkProgram(" + name + ")", "glGetProgramiv(" + name + ", GL_LINK_STATUS) = 1"});
+    return text;
 }
 
-void addProgramDeletion(Lines& lines, const std::string& name) {
-    add(lines, {"glDeleteShader(" + name + ".vert)", "glDeleteShader(" + name + ".frag)",
-                "glDeleteProgram(" + name + ")"});
-}
+constexpr char inkSetUp[] = R"(program water; program advect; program impulse
+AGAIN untarget velocity
+target velocity 45, 80
+AGAIN untarget inkA; untarget inkB
+target inkA 512, 1024; target inkB 512, 1024; glDeleteBuffers(1, quad); glGenBuffers(1) = quad
+glBlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA); glViewport(0, 0, 512, 1024)
+glBindFramebuffer(GL_FRAMEBUFFER, inkA); clear; glBindFramebuffer(GL_FRAMEBUFFER, inkB); clear
+)";
 
-void addTargetDeletion(Lines& lines, const std::string& name) {
-    add(lines, {"glDeleteFramebuffers(1, " + name + ")", "glDeleteTextures(1, " + name + ")"});
-}
+constexpr char pictureCalls[] = R"(AGAIN glDeleteTextures(1, NAME)
+glGenTextures(1) = NAME; glBindTexture(GL_TEXTURE_2D, NAME)
+glTexImage2D(GL_TEXTURE_2D, 0, GL_RGBA, 32, 32, 0, GL_RGBA, GL_UNSIGNED_BYTE, data)
+glTexParameterf(GL_TEXTURE_2D, GL_TEXTURE_WRAP_S, GL_CLAMP_TO_EDGE)
+glTexParameterf(GL_TEXTURE_2D, GL_TEXTURE_WRAP_T, GL_CLAMP_TO_EDGE)
+glTexParameterf(GL_TEXTURE_2D, GL_TEXTURE_MAG_FILTER, GL_LINEAR)
+glTexParameterf(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, GL_LINEAR)
+)";
 
-void addTarget(Lines& lines, const std::string& name, int width, int height) {
-    add(lines, {"glGenFramebuffers(1) = " + name, "glBindFramebuffer(GL_FRAMEBUFFER, " + name + ")",
-                "glGenTextures(1) = " + name, "glBindTexture(GL_TEXTURE_2D, " + name + ")",
-                "glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_S, GL_CLAMP_TO_EDGE)",
-                "glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_T, GL_CLAMP_TO_EDGE)",
-                "glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, GL_LINEAR)",
-                "glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MAG_FILTER, GL_LINEAR)",
-                "glTexImage2D(GL_TEXTURE_2D, 0, GL_RGBA, " + std::to_string(width) + ", " +
-                    std::to_string(height) + ", 0, GL_RGBA, GL_UNSIGNED_BYTE, null)",
-                "glFramebufferTexture2D(GL_FRAMEBUFFER, GL_COLOR_ATTACHMENT0, GL_TEXTURE_2D, " +
-                    name + ", 0)",
-                "glClearColor(0, 0, 0, 0)", "glClear(GL_COLOR_BUFFER_BIT)",
-                "glBindFramebuffer(GL_FRAMEBUFFER, 0)"});
-}
+/// The calls of a first and of a second time.
+const std::vector<Abbreviation> first = {{"AGAIN .*\n", ""}},
+                                second = {{"AGAIN ", ""},
+                                          {"\\bprogram (\\w+)", "unprogram $1; program $1"}};
 
-/// The set-up of a context whose predecessor had a quad buffer, or, `again`, of one that is set up.
-Lines inkSetUp(bool again) {
-    Lines lines;
-    for (const std::string program : {"water", "advect", "impulse"}) {
-        if (again) {
-            addProgramDeletion(lines, program);
-        }
-        addProgram(lines, program);
-    }
-    if (again) {
-        addTargetDeletion(lines, "velocity");
-    }
-    addTarget(lines, "velocity", 45, 80);
-    if (again) {
-        addTargetDeletion(lines, "inkA");
-        addTargetDeletion(lines, "inkB");
-    }
-    addTarget(lines, "inkA", 512, 1024);
-    addTarget(lines, "inkB", 512, 1024);
-    add(lines,
-        {"glDeleteBuffers(1, quad)", "glGenBuffers(1) = quad",
-         "glBlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA)", "glViewport(0, 0, 512, 1024)"});
-    for (const std::string target : {"inkA", "inkB"}) {
-        add(lines, {"glBindFramebuffer(GL_FRAMEBUFFER, " + target + ")", "glClearColor(0, 0, 0, 0)",
-                    "glClear(GL_COLOR_BUFFER_BIT)"});
-    }
-    return lines;
-}
+constexpr char fluidStep[] = R"(glViewport(0, 0, 540, 960); glBindTexture(GL_TEXTURE_2D, velocity)
+glTexImage2D(GL_TEXTURE_2D, 0, GL_RGBA, 45, 80, 0, GL_RGBA, GL_UNSIGNED_BYTE, data)
+glViewport(0, 0, 512, 1024)
+advection inkA inkB LEFT; advection inkB inkA LEFT
+advection inkA inkB LEFT; advection inkB inkA LEFT
+)";
 
-void addUniform(Lines& lines, const std::string& program, const std::string& name,
-                const std::string& type, const std::string& value, bool exists = true) {
-    add(lines,
-        {"glGetUniformLocation(" + program + ", \"" + name + "\")",
-         "glUniform" + type + "(" + (exists ? program + "." + name : "-1") + ", " + value + ")"});
-}
+// Fast, from (300, 400) to (330, 440), y down.
+constexpr char stroke[] = R"(glViewport(0, 0, 512, 1024); glUseProgram(impulse)
+set impulse.current 2f 330, 520; set impulse.previous 2f 300, 560
+set impulse.normal 2f 0.6, -0.8; set impulse.len 1f 50
+set impulse.Radius 1f 30; set impulse.ImpulseDensity 1f 40; set impulse.Scale 2f 540, 960
+set impulse.mode 1i 2; set impulse.Source 1i 0; glBindFramebuffer(GL_FRAMEBUFFER, inkB)
+bind 0 inkA; quad impulse
+)";
 
-void addTexture(Lines& lines, int unit, const std::string& texture) {
-    add(lines, {"glActiveTexture(GL_TEXTURE" + std::to_string(unit) + ")",
-                "glBindTexture(GL_TEXTURE_2D, " + texture + ")"});
-}
+constexpr char shownInk[] = R"(set water.Scale 2f 0.0018518518, 0.0010416667
+set water.ink_color 3f 3.9966664, 1.7254544, 0.499; set water.intensity 1f 0.02
+bind 2 SHOWN; set water.Density 1i 2)";
 
-void addUnbinding(Lines& lines) {
-    for (const int unit : {3, 2, 1, 0}) {
-        addTexture(lines, unit, "0");
-    }
-}
-
-void addQuad(Lines& lines, const std::string& program) {
-    add(lines, {"glBindBuffer(GL_ARRAY_BUFFER, quad)",
-                "glBufferData(GL_ARRAY_BUFFER, 32, data, GL_STATIC_DRAW)",
-                "glEnableVertexAttribArray(" + program + ".vertex)",
-                "glVertexAttribPointer(" + program + ".vertex, 2, GL_SHORT, GL_FALSE, 8, 0)",
-                "glEnableVertexAttribArray(" + program + ".texCoord)",
-                "glVertexAttribPointer(" + program + ".texCoord, 2, GL_SHORT, GL_FALSE, 8, 4)",
-                "glDrawArrays(GL_TRIANGLE_STRIP, 0, 4)",
-                "glDisableVertexAttribArray(" + program + ".vertex)",
-                "glDisableVertexAttribArray(" + program + ".texCoord)"});
-    addUnbinding(lines);
-    add(lines, {"glBindFramebuffer(GL_FRAMEBUFFER, 0)", "glDisable(GL_BLEND)"});
-}
-
-/// The first part of an ink frame after one that left these: the touch, as "x, y" with y up, the
-/// drag mode, the size of the backward step and the dissipation.
-void addFluidStep(Lines& lines, const std::string& touch, int drag, float step, float dissipation) {
-    add(lines,
-        {"glViewport(0, 0, 540, 960)", "glBindTexture(GL_TEXTURE_2D, velocity)",
-         "glTexImage2D(GL_TEXTURE_2D, 0, GL_RGBA, 45, 80, 0, GL_RGBA, GL_UNSIGNED_BYTE, data)",
-         "glViewport(0, 0, 512, 1024)"});
-    for (int pass = 0; pass < 4; ++pass) {
-        add(lines, {"glUseProgram(advect)"});
-        addUniform(lines, "advect", "Scale", "2f", "540, 960");
-        addUniform(lines, "advect", "TimeStep", "2f",
-                   text(static_cast<float>(0.9 * 0.25 / 45)) + ", " +
-                       text(static_cast<float>(0.9 * 0.25 / 80)));
-        addUniform(lines, "advect", "Dissipation", "1f", text(dissipation));
-        addUniform(lines, "advect", "BackwardStepSize", "1f", text(step));
-        addUniform(lines, "advect", "center", "2f", touch);
-        addUniform(lines, "advect", "drag", "1i", std::to_string(drag));
-        addUniform(lines, "advect", "SourceTexture", "1i", "1");
-        add(lines,
-            {std::string("glBindFramebuffer(GL_FRAMEBUFFER, ") + (pass % 2 ? "inkA)" : "inkB)")});
-        addTexture(lines, 0, "velocity");
-        addTexture(lines, 1, pass % 2 ? "inkB" : "inkA");
-        addQuad(lines, "advect");
-    }
-}
-
-/// The stroke of the frames below: a fast one from (300, 400) to (330, 440), y down.
-void addStroke(Lines& lines) {
-    add(lines, {"glViewport(0, 0, 512, 1024)", "glUseProgram(impulse)"});
-    addUniform(lines, "impulse", "current", "2f", "330, 520");
-    addUniform(lines, "impulse", "previous", "2f", "300, 560");
-    addUniform(lines, "impulse", "normal", "2f", text(0.6f) + ", " + text(-0.8f));
-    addUniform(lines, "impulse", "len", "1f", "50");
-    addUniform(lines, "impulse", "Radius", "1f", "30");
-    addUniform(lines, "impulse", "ImpulseDensity", "1f", "40");
-    addUniform(lines, "impulse", "Scale", "2f", "540, 960");
-    addUniform(lines, "impulse", "mode", "1i", "2");
-    addUniform(lines, "impulse", "Source", "1i", "0");
-    add(lines, {"glBindFramebuffer(GL_FRAMEBUFFER, inkB)"});
-    addTexture(lines, 0, "inkA");
-    addQuad(lines, "impulse");
-}
-
-std::string absorption(float channel) {
-    const double offset = static_cast<double>(0.001f);
-    const float color = static_cast<float>(static_cast<double>(channel) + 0.05);
-    return text(static_cast<float>((1.5 - offset) / static_cast<double>(color) - 1.0));
-}
-
-void addWaterDraw(Lines& lines, const Scene& scene, const std::string& shownInk) {
-    const FrameArguments& a = scene.arguments;
-    const bool ink = scene.inkEnabled;
-    add(lines, {"glViewport(0, 0, 540, 960)", "glUseProgram(water)"});
-    // The compiler drops the uniforms that no result needs.
-    addUniform(lines, "water", "uMESH_SIZE_WIDTH", "1f", "24");
-    addUniform(lines, "water", "uMESH_SIZE_HEIGHT", "1f", "36");
-    addUniform(lines, "water", "uNUM_DETAILS_WIDTH", "1f", "5", false);
-    addUniform(lines, "water", "uNUM_DETAILS_HEIGHT", "1f", "4", false);
-    addUniform(lines, "water", "uRefractiveIndex", "1f", text(a.refractiveIndex));
-    add(lines,
-        {"glGetAttribLocation(water, \"aPosition\")", "glGetAttribLocation(water, \"aHeights\")"});
-    std::string matrix;
-    for (const float value : JniEnvironment::elements(scene.matrix)) {
-        matrix += (matrix.empty() ? "" : ", ") + text(value);
-    }
-    addUniform(lines, "water", "uMVPMatrix", "Matrix4fv", "1, GL_FALSE, [" + matrix + "]");
-    add(lines,
-        {"glBindBuffer(GL_ARRAY_BUFFER, 0)", "glBindBuffer(GL_ARRAY_BUFFER, positions)",
-         "glBufferData(GL_ARRAY_BUFFER, 240, data, GL_STATIC_DRAW)",
-         "glBindBuffer(GL_ARRAY_BUFFER, 0)", "glBindBuffer(GL_ARRAY_BUFFER, heights)",
-         "glBufferData(GL_ARRAY_BUFFER, 240, data, GL_STATIC_DRAW)",
-         "glBindBuffer(GL_ARRAY_BUFFER, 0)", "glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, indices)",
-         "glBufferData(GL_ELEMENT_ARRAY_BUFFER, " + std::to_string(a.indexCount * 2) +
-             ", data, GL_STATIC_DRAW)",
-         "glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, 0)", "glBindBuffer(GL_ARRAY_BUFFER, heights)",
-         "glVertexAttribPointer(water.aHeights, 3, GL_FLOAT, GL_FALSE, 0, 0)",
-         "glEnableVertexAttribArray(water.aHeights)", "glBindBuffer(GL_ARRAY_BUFFER, positions)",
-         "glVertexAttribPointer(water.aPosition, 3, GL_FLOAT, GL_FALSE, 0, 0)",
-         "glEnableVertexAttribArray(water.aPosition)"});
-    if (ink) {
-        addUniform(lines, "water", "Scale", "2f", text(1.0f / 540.0f) + ", " + text(1.0f / 960.0f));
-        addUniform(
-            lines, "water", "ink_color", "3f",
-            absorption(a.inkRed) + ", " + absorption(a.inkGreen) + ", " + absorption(a.inkBlue));
-        addUniform(lines, "water", "intensity", "1f", text(0.02f));
-        addTexture(lines, 2, shownInk);
-        addUniform(lines, "water", "Density", "1i", "2");
-    }
-    addUniform(lines, "water", "alphaRatio1", "1f", text(a.alphaRatio1Scale * a.alpha));
-    addUniform(lines, "water", "fresnelRatio", "1f", text(a.fresnelRatio));
-    addUniform(lines, "water", "specularRatio", "1f", text(a.specularRatio));
-    addUniform(lines, "water", "exponent", "1f", text(a.exponent));
-    addUniform(lines, "water", "viewportHeight", "1f", "960", false);
-    addTexture(lines, 0, a.useSecondBackground ? "second" : "background");
-    addUniform(lines, "water", "sBGTexture", "1i", "0");
-    addTexture(lines, 1, "sheen");
-    addUniform(lines, "water", "sWaterTexture", "1i", "1");
-    add(lines,
-        {"glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, indices)",
-         "glDrawElements(GL_TRIANGLES, " + std::to_string(a.indexCount) + ", GL_UNSIGNED_SHORT, 0)",
-         "glDisableVertexAttribArray(water.aPosition)",
-         "glDisableVertexAttribArray(water.aHeights)"});
-    addUnbinding(lines);
-}
-
-std::string printed(const Lines& lines) {
-    std::string all;
-    for (const std::string& line : lines) {
-        all += line + "\n";
-    }
-    return all;
-}
-
-Bytes bytesOf(std::span<const std::byte> elements) {
-    const auto* const first = reinterpret_cast<const std::uint8_t*>(elements.data());
-    return {first, first + elements.size()};
-}
+constexpr char waterDraw[] = R"(glViewport(0, 0, 540, 960); glUseProgram(water)
+set water.uMESH_SIZE_WIDTH 1f 24; set water.uMESH_SIZE_HEIGHT 1f 36
+dropped water.uNUM_DETAILS_WIDTH 1f 5; dropped water.uNUM_DETAILS_HEIGHT 1f 4
+set water.uRefractiveIndex 1f 1.5
+glGetAttribLocation(water, "aPosition"); glGetAttribLocation(water, "aHeights")
+set water.uMVPMatrix Matrix4fv 1, GL_FALSE, [0.07, 0.006, 0.01, 0, -0.008, 0.045, 0.004, 0,
+0.02, 0.03, 0.1, 0, 0.05, -0.04, 0.1, 1]
+glBindBuffer(GL_ARRAY_BUFFER, 0); upload ARRAY positions 240; upload ARRAY heights 240
+upload ELEMENT_ARRAY indices BYTES
+attribute heights aHeights; attribute positions aPosition
+INK
+set water.alphaRatio1 1f 0.375; set water.fresnelRatio 1f 0.5; set water.specularRatio 1f 3
+set water.exponent 1f 4; dropped water.viewportHeight 1f 960
+bind 0 PICTURE; set water.sBGTexture 1i 0; bind 1 sheen; set water.sWaterTexture 1i 1
+glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, indices)
+glDrawElements(GL_TRIANGLES, COUNT, GL_UNSIGNED_SHORT, 0)
+glDisableVertexAttribArray(water.aPosition); glDisableVertexAttribArray(water.aHeights); unbind
+)";
 
 /// The bytes of the buffer uploads of the frame on record: the quad once a pass, then the mesh.
 void expectUploads(const Scene& scene, int quads) {
-    const short quad[] = {-1, -1, 0, 0, 1, -1, 1, 0, -1, 1, 0, 1, 1, 1, 1, 1};
-    std::vector<Bytes> expected(static_cast<std::size_t>(quads),
-                                bytesOf(std::as_bytes(std::span(quad))));
-    expected.push_back(bytesOf(std::as_bytes(JniEnvironment::elements(scene.positions))));
-    expected.push_back(bytesOf(std::as_bytes(JniEnvironment::elements(scene.heights))));
-    expected.push_back(bytesOf(std::as_bytes(JniEnvironment::elements(scene.indices))));
-    expected.back().resize(static_cast<std::size_t>(scene.arguments.indexCount) * 2);
-    std::vector<Bytes> uploaded;
+    constexpr short quad[] = {-1, -1, 0, 0, 1, -1, 1, 0, -1, 1, 0, 1, 1, 1, 1, 1};
+    Bytes expected, uploaded;
+    const auto expect = [&expected](const auto& elements) {
+        const auto* const data = reinterpret_cast<const std::uint8_t*>(std::data(elements));
+        expected.insert(expected.end(), data, data + std::size(elements) * sizeof(elements[0]));
+    };
+    for (int pass = 0; pass < quads; ++pass) {
+        expect(quad);
+    }
+    expect(JniEnvironment::elements(scene.positions));
+    expect(JniEnvironment::elements(scene.heights));
+    expect(JniEnvironment::elements(scene.indices)
+               .first(static_cast<std::size_t>(scene.arguments.indexCount)));
     for (const hostkit::GlCall& call : scene.recorder.calls) {
         if (call.function == "glBufferData") {
-            uploaded.push_back(call.bytes);
+            uploaded.insert(uploaded.end(), call.bytes.begin(), call.bytes.end());
         }
     }
     EXPECT_EQ(uploaded, expected);
 }
 
-TEST(RecordedCalls, MeshBuffersAreMadeAndNothingElse) {
-    Scene scene(screenWidth, screenHeight, true);
-    for (int time = 0; time < 2; ++time) {
-        const Lines lines = recorded([&] { native::onInitUVHBuffer(scene.env, nullptr); });
-        scene.names.learn(lines, {"positions", "heights", "indices"});
-        EXPECT_EQ(scene.names.translate(lines),
-                  (Lines{"glGenBuffers(1) = positions", "glGenBuffers(1) = heights",
-                         "glGenBuffers(1) = indices"}));
-    }
-    EXPECT_EQ(scene.recorder.alive[hostkit::GlKind::buffer].size(), 6u);
-}
-
 TEST(RecordedCalls, SetUpBuildsOnceAndReplacesAfterwards) {
     Scene scene(screenWidth, screenHeight, true);
     scene.setUp();  // so that there is a quad buffer, whatever ran before
-    native::onInitUVHBuffer(scene.env, nullptr);
-    for (const bool again : {false, true}) {
-        scene.initGpu();
-        EXPECT_EQ(printed(scene.names.translate(scene.recorder.lines())), printed(inkSetUp(again)));
-    }
-    EXPECT_EQ(scene.recorder.alive[hostkit::GlKind::program].size(), 6u);  // 3 of them forgotten
-
-    scene.setting(screenWidth, screenHeight, false);
-    native::onInitUVHBuffer(scene.env, nullptr);
-    for (const bool again : {false, true}) {
-        Lines expected;
-        if (again) {
-            addProgramDeletion(expected, "water");
+    for (const bool ink : {true, false}) {
+        scene.setting(screenWidth, screenHeight, ink);
+        EXPECT_EQ(scene.labelled(scene.initBuffers()),
+                  "glGenBuffers(1) = positions\nglGenBuffers(1) = heights\n"
+                  "glGenBuffers(1) = indices\n");
+        for (const auto& time : {first, second}) {
+            EXPECT_EQ(scene.labelled(scene.initGpu()),
+                      calls(ink ? inkSetUp : "program water\n", time));
         }
-        addProgram(expected, "water");
-        scene.initGpu();
-        EXPECT_EQ(printed(scene.names.translate(scene.recorder.lines())), printed(expected));
     }
+    EXPECT_EQ(scene.recorder.alive[GlKind::buffer].size(), 10u);
+    EXPECT_EQ(scene.recorder.alive[GlKind::program].size(), 7u);  // 6 of them forgotten
 }
 
 TEST(RecordedCalls, TexturesAreUploadedWithTheirParameters) {
     Scene scene(screenWidth, screenHeight, true);
     scene.setUp();
-    const Lines labels = {"sheen", "background", "second"};
-    for (int time = 0; time < 2; ++time) {
-        native::onInitUVHBuffer(scene.env, nullptr);
-        for (int index = 0; index < 6; ++index) {
-            const std::string name = labels[static_cast<std::size_t>(index % 3)];
-            const Bytes picture = smoothPicture(index + time);
-            const Lines lines = recorded([&] { EXPECT_EQ(scene.load(picture, index % 3), 0); });
-            Lines expected;
-            if (index >= 3) {
-                expected.push_back("glDeleteTextures(1, " + name + ")");
-            }
-            EXPECT_EQ(scene.names.translate({lines.front()}).front(),
-                      index >= 3 ? expected.front() : lines.front());
-            scene.names.learn(lines, {name});
-            add(expected,
-                {"glGenTextures(1) = " + name, "glBindTexture(GL_TEXTURE_2D, " + name + ")",
-                 "glTexImage2D(GL_TEXTURE_2D, 0, GL_RGBA, 32, 32, 0, GL_RGBA, GL_UNSIGNED_BYTE, "
-                 "data)",
-                 "glTexParameterf(GL_TEXTURE_2D, GL_TEXTURE_WRAP_S, GL_CLAMP_TO_EDGE)",
-                 "glTexParameterf(GL_TEXTURE_2D, GL_TEXTURE_WRAP_T, GL_CLAMP_TO_EDGE)",
-                 "glTexParameterf(GL_TEXTURE_2D, GL_TEXTURE_MAG_FILTER, GL_LINEAR)",
-                 "glTexParameterf(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, GL_LINEAR)"});
-            EXPECT_EQ(printed(scene.names.translate(lines))
-                          .substr(index >= 3 ? printed({expected[0]}).size() : 0),
-                      printed(Lines(expected.begin() + (index >= 3), expected.end())));
-            for (const hostkit::GlCall& call : scene.recorder.calls) {
-                EXPECT_TRUE(call.function != "glTexImage2D" || call.bytes == picture);
-            }
+    for (int call = 0; call < 12; ++call) {
+        if (call % 6 == 0) {
+            scene.initBuffers();
+        }
+        const char* const names[] = {"sheen", "background", "second"};
+        const char* const name = names[call % 3];
+        const Bytes picture = smoothPicture(call);
+        const Lines lines = recorded([&] { EXPECT_EQ(scene.load(picture, call % 3), 0); });
+        scene.label(lines, name);
+        auto ofCase = call % 6 < 3 ? first : second;
+        ofCase.push_back({"NAME", name});
+        EXPECT_EQ(scene.labelled(lines), calls(pictureCalls, ofCase));
+        for (const hostkit::GlCall& made : scene.recorder.calls) {
+            EXPECT_TRUE(made.function != "glTexImage2D" || made.bytes == picture);
         }
     }
 }
@@ -335,26 +206,21 @@ TEST(RecordedCalls, InkFrameWithAndWithoutAStroke) {
     scene.touch(300, 400, Down);
     scene.touch(300, 405, Move);
     scene.touch(330, 440, Move);
-    Lines expected;
-    addFluidStep(expected, "330, 520", 0, 1.0f, 0.96f);
-    addStroke(expected);
-    addWaterDraw(expected, scene, "inkB");
-    EXPECT_EQ(printed(scene.recordedFrame()), printed(expected));
-    expectUploads(scene, 5);
-    std::cout << "GL calls of an ink frame with a stroke: " << scene.recorder.calls.size() << "\n";
-
+    const auto expectFrame = [&](const std::string& expected, std::vector<Abbreviation> ofCase) {
+        ofCase.insert(ofCase.end(), {{"BYTES", "144"}, {"COUNT", "72"}});
+        ofCase.insert(ofCase.begin(), {"INK", shownInk});
+        EXPECT_EQ(scene.labelled(scene.recordedFrame()), calls(expected + waterDraw, ofCase));
+        expectUploads(scene, expected == fluidStep ? 4 : 5);
+        std::cout << "GL calls of an ink frame: " << scene.recorder.calls.size() << "\n";
+    };
+    expectFrame(std::string(fluidStep) + stroke,
+                {{"SHOWN", "inkB"}, {"PICTURE", "background"}, {"LEFT", "0.96 0 330, 520"}});
     scene.draw();  // a stroke without length brings inkA back to the front
     scene.touch(340, 440, Up);
     scene.touch(0, 0, Cancel);
     scene.touch(340, 450, Up);
-    expected.clear();
-    addFluidStep(expected, "340, 510", 2, 1.0f, 0.99f);
     scene.arguments.useSecondBackground = true;
-    addWaterDraw(expected, scene, "inkA");
-    EXPECT_EQ(printed(scene.recordedFrame()), printed(expected));
-    expectUploads(scene, 4);
-    std::cout << "GL calls of an ink frame without a stroke: " << scene.recorder.calls.size()
-              << "\n";
+    expectFrame(fluidStep, {{"SHOWN", "inkA"}, {"PICTURE", "second"}, {"LEFT", "0.99 2 340, 510"}});
     EXPECT_EQ(glGetError(), static_cast<GLenum>(GL_NO_ERROR));
 }
 
@@ -365,9 +231,12 @@ TEST(RecordedCalls, WaterOnlyFrame) {
     scene.touch(340, 440, Move);
     for (const int indexCount : {72, 0}) {
         scene.arguments.indexCount = indexCount;
-        Lines expected = {"glViewport(0, 0, 540, 960)"};
-        addWaterDraw(expected, scene, "");
-        EXPECT_EQ(printed(scene.recordedFrame()), printed(expected));
+        const std::string expected = calls(std::string("glViewport(0, 0, 540, 960)\n") + waterDraw,
+                                           {{"INK\n", ""},
+                                            {"PICTURE", "background"},
+                                            {"BYTES", indexCount ? "144" : "0"},
+                                            {"COUNT", indexCount ? "72" : "0"}});
+        EXPECT_EQ(scene.labelled(scene.recordedFrame()), expected);
         expectUploads(scene, 0);
     }
     std::cout << "GL calls of a water-only frame: " << scene.recorder.calls.size() << "\n";
@@ -375,23 +244,19 @@ TEST(RecordedCalls, WaterOnlyFrame) {
 }
 
 TEST(RecordedCalls, ArraysArePinnedInOrderAndReleasedWithWriteBack) {
-    for (const bool ink : {false, true}) {
-        Scene scene(screenWidth, screenHeight, ink);
-        scene.setUp();
-        scene.jni.setLogging(true);
-        scene.draw();
-        const int floats[] = {JniEnvironment::id(scene.positions),
-                              JniEnvironment::id(scene.heights), JniEnvironment::id(scene.matrix)};
-        std::vector<hostkit::JniCall> expected;
-        for (const std::string call : {"Get", "Release"}) {
-            for (const int array : floats) {
-                expected.push_back({call + "FloatArrayElements", array, 0});
-            }
-            expected.push_back({call + "ShortArrayElements", JniEnvironment::id(scene.indices), 0});
+    Scene scene(screenWidth, screenHeight, true);
+    scene.setUp();
+    scene.jni.setLogging(true);
+    scene.draw();
+    std::vector<hostkit::JniCall> expected;
+    for (const std::string call : {"Get", "Release"}) {
+        for (const jfloatArray array : {scene.positions, scene.heights, scene.matrix}) {
+            expected.push_back({call + "FloatArrayElements", JniEnvironment::id(array), 0});
         }
-        EXPECT_EQ(scene.jni.calls(), expected);
-        EXPECT_EQ(scene.jni.pinned(), 0);
+        expected.push_back({call + "ShortArrayElements", JniEnvironment::id(scene.indices), 0});
     }
+    EXPECT_EQ(scene.jni.calls(), expected);
+    EXPECT_EQ(scene.jni.pinned(), 0);
 }
 
 }  // namespace

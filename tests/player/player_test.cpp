@@ -101,7 +101,8 @@ protected:
     /// Runs the player in the test's folder with its pictures; later options win.
     Outcome play(const std::string& arguments) {
         const std::string command = "cd " + folder.string() + " && " + before +
-                                    " " VELMORA_PLAYER " --second picture.png --size 64x96 " +
+                                    " " VELMORA_PLAYER
+                                    " --headless --second picture.png --size 64x96 " +
                                     arguments + " >stdout.txt 2>stderr.txt";
         const int status = std::system(command.c_str());
         return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, contents(folder / "stdout.txt"),
@@ -133,6 +134,12 @@ TEST_F(Player, SaysInOneLineWhatIsWrongAndLeavesNothing) {
                            "\xc6\x1b\x19\xe5\0\0\0\x0aIDAT",
                            41));
     write(folder / "bad.gesture", "screen 64 96\n0 down here\n");
+    write(folder / "list.json", "[1]");
+    write(folder / "name.json", R"({"dampness": 1})");
+    write(folder / "range.json", R"({"damping": 1.5})");
+    write(folder / "kind.json", R"({"waterOnly": 1})");
+    write(folder / "whole.json", R"({"meshDetail": 90.5})");
+    write(folder / "ink.json", R"({"ink": [0.1, 0.2, 1.2]})");
     const std::string good = "picture.png --script still.gesture ";
     const struct {
         std::string arguments;
@@ -152,6 +159,14 @@ TEST_F(Player, SaysInOneLineWhatIsWrongAndLeavesNothing) {
         {good + "--size 99999999999x96", {"--size"}},
         {good + "--frames 0", {"--frames"}},
         {good + "--speed 3", {"--speed"}},
+        {good + "--preset missing.json", {"cannot read the preset", "missing.json"}},
+        {good + "--preset text.png", {"not JSON", "text.png"}},
+        {good + "--preset list.json", {"a JSON object", "list.json"}},
+        {good + "--preset name.json", {"no setting 'dampness'", "name.json"}},
+        {good + "--preset range.json", {"'damping'", "a number from 0.8 to 0.999", "range.json"}},
+        {good + "--preset kind.json", {"'waterOnly'", "true or false", "kind.json"}},
+        {good + "--preset whole.json", {"'meshDetail'", "a whole number", "whole.json"}},
+        {good + "--preset ink.json", {"'ink'", "three numbers from 0 to 1", "ink.json"}},
     };
     for (const auto& [arguments, told] : cases) {
         SCOPED_TRACE(arguments);
@@ -260,6 +275,20 @@ TEST_F(Player, DigestsFollowTheScriptAlone) {
     EXPECT_NE(digest(once, "velocity"), digest(still, "velocity"));
     EXPECT_EQ(digest(once, "water"), digest(dry, "water")) << "ink changes no water";
     EXPECT_EQ(digest(dry, "velocity"), "cbf29ce484222325") << "the digest of no bytes";
+}
+
+TEST_F(Player, PresetsShapeTheWaterAndNotTheFlow) {
+    const auto run = [&](const std::string& preset) {
+        return play("picture.png --digest --script drag.gesture" + preset).out;
+    };
+    const std::string plain = run("");
+    for (const char* name : {"calm_pond", "rain", "ink_bath", "oil"}) {
+        SCOPED_TRACE(name);
+        const std::string tuned =
+            run(std::string(" --preset " VELMORA_PRESETS "/") + name + ".json");
+        EXPECT_NE(digest(plain, "water"), digest(tuned, "water"));
+        EXPECT_EQ(digest(plain, "velocity"), digest(tuned, "velocity"));
+    }
 }
 
 TEST_F(Player, DrawsABarOnATerminal) {

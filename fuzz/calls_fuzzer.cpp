@@ -1,0 +1,16 @@
+#include <cstdio>
+#include <cstdlib>
+
+#include "fuzz/call_driver.h"
+
+// Call sequences. The library stays loaded, as libFuzzer counts its branches by address.
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    static const fuzz::NativeMethods methods = fuzz::findMethods(RTLD_DEFAULT);
+    const fuzz::DriveReport report = fuzz::drive({methods, {}}, {data, size});
+    if (!report.faults.empty()) {
+        std::fprintf(stderr, "%s\n", report.faults.front().c_str());
+        std::abort();
+    }
+    return 0;
+}

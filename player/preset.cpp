@@ -1,0 +1,168 @@
+#include "player/preset.h"
+
+#include <algorithm>
+#include <fstream>
+#include <initializer_list>
+#include <nlohmann/json.hpp>
+#include <system_error>
+#include <utility>
+
+#include "player/failure.h"
+
+namespace player {
+namespace {
+
+namespace fs = std::filesystem;
+using Json = nlohmann::ordered_json;
+
+/// Calls `visit` with each field of the settings but the ink.
+template <class Visit>
+void forEachField(Visit visit) {
+    const auto all = [&](const auto& fields) {
+        std::for_each(std::begin(fields), std::end(fields), visit);
+    };
+    all(waterFields);
+    all(countFields);
+    all(fingerFields);
+    all(switchFields);
+}
+
+/// A number written short: 0.97, not the float's 0.9700000286102295.
+Json written(float value) {
+    return Json::parse(Json(static_cast<double>(value)).dump().size() > 9
+                           ? std::to_string(value)
+                           : Json(static_cast<double>(value)).dump());
+}
+Json written(int value) {
+    return value;
+}
+Json written(bool value) {
+    return value;
+}
+
+template <class Value>
+bool read(const Json& member, const SettingField<Value>& field, Value& value) {
+    if constexpr (std::is_same_v<Value, bool>) {
+        return member.is_boolean() && (value = member.get<bool>(), true);
+    } else {
+        const bool kind =
+            std::is_integral_v<Value> ? member.is_number_integer() : member.is_number();
+        const double number = kind ? member.get<double>() : 0.0;
+        if (!kind || !(number >= static_cast<double>(field.least)) ||
+            !(number <= static_cast<double>(field.most))) {
+            return false;
+        }
+        value = static_cast<Value>(number);
+        return true;
+    }
+}
+
+template <class Value>
+std::string rangeOf(const SettingField<Value>& field) {
+    if constexpr (std::is_same_v<Value, bool>) {
+        return "true or false";
+    } else {
+        return (std::is_integral_v<Value> ? "a whole number from " : "a number from ") +
+               written(field.least).dump() + " to " + written(field.most).dump();
+    }
+}
+
+bool readInk(const Json& member, std::array<float, 3>& ink) {
+    if (!member.is_array() || member.size() != ink.size()) {
+        return false;
+    }
+    for (std::size_t part = 0; part < ink.size(); ++part) {
+        if (!member[part].is_number() || !(member[part].get<double>() >= 0.0) ||
+            !(member[part].get<double>() <= 1.0)) {
+            return false;
+        }
+        ink[part] = member[part].get<float>();
+    }
+    return true;
+}
+
+void readMember(const std::string& name, const Json& member, Settings& settings,
+                const fs::path& file) {
+    const auto expect = [&](bool good, const std::string& what) {
+        if (!good) {
+            throw Failure("'" + name + "' is to be " + what, file.string());
+        }
+    };
+    bool known = name == "ink";
+    if (known) {
+        expect(readInk(member, settings.ink), "three numbers from 0 to 1");
+    }
+    forEachField([&](const auto& field) {
+        if (name == field.name) {
+            known = true;
+            expect(read(member, field, settings.*field.member), rangeOf(field));
+        }
+    });
+    if (!known) {
+        throw Failure("there is no setting '" + name + "'", file.string());
+    }
+}
+
+Json parse(const fs::path& file) {
+    std::ifstream stream(file, std::ios::binary);
+    std::error_code ignored;
+    if (!stream || fs::is_directory(file, ignored)) {
+        throw Failure("cannot read the preset", file.string());
+    }
+    try {
+        return Json::parse(stream);
+    } catch (const Json::exception& error) {
+        std::string what = error.what();
+        std::replace(what.begin(), what.end(), '\n', ' ');
+        throw Failure("not JSON, " + what, file.string());
+    }
+}
+
+}  // namespace
+
+Settings loadPreset(const fs::path& file) {
+    const Json json = parse(file);
+    if (!json.is_object()) {
+        throw Failure("a preset is a JSON object", file.string());
+    }
+    Settings settings;
+    for (const auto& [name, member] : json.items()) {
+        readMember(name, member, settings, file);
+    }
+    return settings;
+}
+
+Settings startSettings(const Options& options) {
+    Settings settings = options.preset.empty() ? Settings{} : loadPreset(options.preset);
+    settings.waterOnly = settings.waterOnly || options.waterOnly;
+    return settings;
+}
+
+void savePreset(const Settings& settings, const fs::path& file) {
+    Json json;
+    forEachField([&](const auto& field) { json[field.name] = written(settings.*field.member); });
+    for (const float part : settings.ink) {
+        json["ink"].push_back(written(part));
+    }
+    std::ofstream stream(file);
+    stream << json.dump(4) << '\n';
+    if (!stream.flush()) {
+        throw Failure("cannot write the preset", file.string());
+    }
+}
+
+std::vector<NamedPreset> presetsIn(const fs::path& folder) {
+    std::vector<NamedPreset> presets;
+    std::error_code ignored;
+    for (const fs::directory_entry& entry : fs::directory_iterator(folder, ignored)) {
+        if (entry.path().extension() == ".json") {
+            std::string name = entry.path().stem().string();
+            std::replace(name.begin(), name.end(), '_', ' ');
+            presets.push_back({std::move(name), entry.path()});
+        }
+    }
+    std::ranges::sort(presets, {}, &NamedPreset::name);
+    return presets;
+}
+
+}  // namespace player

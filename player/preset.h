@@ -1,0 +1,30 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "player/options.h"
+#include "player/settings.h"
+
+namespace player {
+
+/// Settings as a JSON object, one member a setting; a missing one has its default. Throws Failure
+/// that names the file and the member.
+Settings loadPreset(const std::filesystem::path& file);
+
+/// Those that the command line asks for. Throws Failure.
+Settings startSettings(const Options& options);
+
+/// Throws Failure.
+void savePreset(const Settings& settings, const std::filesystem::path& file);
+
+struct NamedPreset {
+    std::string name;
+    std::filesystem::path file;
+};
+
+/// The presets in a folder, by name: calm_pond.json is "calm pond".
+std::vector<NamedPreset> presetsIn(const std::filesystem::path& folder);
+
+}  // namespace player

@@ -1,0 +1,77 @@
+#pragma once
+
+#include <array>
+
+#include "hostkit/effect_host.h"
+
+namespace player {
+
+/// What the panel tunes and a preset keeps.
+struct Settings {
+    /// Part of a wave's motion that is left after 1/60 s.
+    float damping = 0.97f;
+    /// Shorter sides of the screen per second, on any grid.
+    float waveSpeed = 0.365f;
+    /// Strength of the ripple of a touch that goes down; moves make a sixth of it.
+    float ripple = 2.4f;
+    /// Cells along the shorter side.
+    int meshDetail = 90;
+    float refractiveIndex = 1.33f;
+    float sheen = 0.1f;
+    float fresnel = 0.8f;
+    float specular = 3.0f;
+    float exponent = 24.0f;
+    /// Drops a second that fall by themselves.
+    float rain = 0.0f;
+    /// Of a finger whose device measures none.
+    float pressure = 0.5f;
+    /// Seconds of the effect per second.
+    float timeScale = 1.0f;
+    std::array<float, 3> ink = {0.05f, 0.25f, 0.85f};
+    bool secondBackground = false;
+    bool waterOnly = false;
+    bool operator==(const Settings&) const = default;
+};
+
+/// A setting of one type: its name in presets, its words in the panel, its range.
+template <class Value>
+struct SettingField {
+    const char* name;
+    const char* words;
+    Value Settings::*member;
+    Value least;
+    Value most;
+};
+
+constexpr SettingField<float> waterFields[] = {
+    {"damping", "damping", &Settings::damping, 0.8f, 0.999f},
+    {"waveSpeed", "wave speed", &Settings::waveSpeed, 0.05f, 1.2f},
+    {"ripple", "ripple strength", &Settings::ripple, 0.0f, 6.0f},
+    {"rain", "rain, drops/s", &Settings::rain, 0.0f, 40.0f},
+    {"refractiveIndex", "refractive index", &Settings::refractiveIndex, 1.0f, 2.0f},
+    {"sheen", "sheen", &Settings::sheen, 0.0f, 1.0f},
+    {"fresnel", "fresnel", &Settings::fresnel, 0.0f, 3.0f},
+    {"specular", "specular", &Settings::specular, 1.0f, 5.5f},
+    {"exponent", "exponent", &Settings::exponent, 1.0f, 128.0f},
+};
+constexpr SettingField<float> fingerFields[] = {
+    {"pressure", "pressure", &Settings::pressure, 0.0f, 1.0f},
+    {"timeScale", "time scale", &Settings::timeScale, 0.05f, 2.0f},
+};
+constexpr SettingField<int> countFields[] = {
+    {"meshDetail", "mesh detail", &Settings::meshDetail, 24, 180},
+};
+constexpr SettingField<bool> switchFields[] = {
+    {"secondBackground", "second background", &Settings::secondBackground, false, true},
+    {"waterOnly", "water only", &Settings::waterOnly, false, true},
+};
+
+hostkit::InkColor inkOf(const Settings& settings);
+
+/// Grid, step rate and weights that give the settings' speed and fading on their mesh.
+hostkit::WaterSettings waterOf(const Settings& settings);
+
+/// Everything of the look but the ink and the background, which change by script events.
+void applyLook(const Settings& settings, hostkit::Look& look);
+
+}  // namespace player

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <filesystem>
+#include <fstream>
+
+#include "hostkit/gesture_script.h"
+#include "player/window/gl_window.h"
+
+namespace player {
+
+/// A gesture script in the making. Every line reaches the file when it is added: what a crash
+/// leaves is a whole script up to its last event.
+class GestureRecording {
+public:
+    /// Throws Failure when the file exists or cannot be written, as all members do when it cannot.
+    GestureRecording(std::filesystem::path file, Size screen);
+
+    void add(const hostkit::ScriptAction& action);
+    /// The events added next belong to the next frame.
+    void endFrame() { ++script.frames; }
+    /// Adds the length.
+    void finish();
+
+    const std::filesystem::path& file() const { return path; }
+    int frames() const { return script.frames; }
+
+private:
+    std::filesystem::path path;
+    hostkit::GestureScript script;
+    std::ofstream stream;
+};
+
+}  // namespace player

@@ -1,0 +1,115 @@
+#include "player/window/gl_window.h"
+
+#define SDL_MAIN_HANDLED
+#include <SDL2/SDL.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <string>
+
+#include "hostkit/gl_context.h"
+#include "player/failure.h"
+
+namespace player {
+namespace {
+
+Failure failed(const char* what) {
+    std::string line = SDL_GetError();
+    std::replace(line.begin(), line.end(), '\n', ' ');
+    return Failure(std::string(what) + ", " + line + " (--headless films without a window)");
+}
+
+bool isSet(const char* variable) {
+    const char* value = std::getenv(variable);
+    return value != nullptr && *value != '\0';
+}
+
+/// Of the desktops only: SDL would fall back to one that nobody sees.
+std::string desktops() {
+    const bool x11 = isSet("DISPLAY");
+    const bool wayland = isSet("WAYLAND_DISPLAY");
+    return x11 && wayland ? "x11,wayland" : x11 ? "x11" : "wayland";
+}
+
+void wantGles2() {
+    // The library tells contexts apart by EGL; the window system's own GL would hide them from it.
+    SDL_SetHint(SDL_HINT_OPENGL_ES_DRIVER, "1");
+    SDL_SetHint(SDL_HINT_VIDEO_X11_FORCE_EGL, "1");
+    SDL_GL_SetAttribute(SDL_GL_CONTEXT_PROFILE_MASK, SDL_GL_CONTEXT_PROFILE_ES);
+    SDL_GL_SetAttribute(SDL_GL_CONTEXT_MAJOR_VERSION, 2);
+    SDL_GL_SetAttribute(SDL_GL_CONTEXT_MINOR_VERSION, 0);
+    SDL_GL_SetAttribute(SDL_GL_DOUBLEBUFFER, 1);
+    SDL_GL_SetAttribute(SDL_GL_DEPTH_SIZE, 0);
+}
+
+}  // namespace
+
+bool hasDesktop() {
+    return isSet("DISPLAY") || isSet("WAYLAND_DISPLAY");
+}
+
+GlWindow::VideoSystem::VideoSystem() {
+    SDL_SetMainReady();
+    hostkit::askForFineFiltering();
+    SDL_SetHint(SDL_HINT_VIDEODRIVER, desktops().c_str());
+    SDL_SetHint(SDL_HINT_MOUSE_TOUCH_EVENTS, "0");
+    SDL_SetHint(SDL_HINT_VIDEO_ALLOW_SCREENSAVER, "1");
+    if (SDL_Init(SDL_INIT_VIDEO) != 0) {
+        throw failed("cannot open a window");
+    }
+    wantGles2();
+}
+
+GlWindow::VideoSystem::~VideoSystem() {
+    SDL_Quit();
+}
+
+GlWindow::GlWindow(const char* title, Size size)
+    : window(SDL_CreateWindow(
+          title, SDL_WINDOWPOS_CENTERED, SDL_WINDOWPOS_CENTERED, size.width, size.height,
+          SDL_WINDOW_OPENGL | SDL_WINDOW_RESIZABLE | SDL_WINDOW_ALLOW_HIGHDPI)) {
+    if (!window) {
+        throw failed("cannot open a window with OpenGL ES 2.0");
+    }
+    SDL_SetWindowMinimumSize(window.get(), 64, 64);
+    renewContext();
+}
+
+GlWindow::~GlWindow() {
+    SDL_GL_DeleteContext(gl);
+}
+
+void GlWindow::renewContext() {
+    if (gl != nullptr) {
+        SDL_GL_DeleteContext(gl);
+    }
+    gl = SDL_GL_CreateContext(window.get());
+    if (gl == nullptr || SDL_GL_MakeCurrent(window.get(), gl) != 0) {
+        throw failed("no OpenGL ES 2.0 context");
+    }
+    SDL_GL_SetSwapInterval(1);
+}
+
+void GlWindow::swap() {
+    SDL_GL_SwapWindow(window.get());
+}
+
+Size GlWindow::pixels() const {
+    Size size{};
+    SDL_GL_GetDrawableSize(window.get(), &size.width, &size.height);
+    return size;
+}
+
+double GlWindow::scaleX() const {
+    int units = 0;
+    SDL_GetWindowSize(window.get(), &units, nullptr);
+    return units > 0 ? static_cast<double>(pixels().width) / units : 1.0;
+}
+
+double GlWindow::scaleY() const {
+    int units = 0;
+    SDL_GetWindowSize(window.get(), nullptr, &units);
+    return units > 0 ? static_cast<double>(pixels().height) / units : 1.0;
+}
+
+}  // namespace player

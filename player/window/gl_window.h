@@ -1,0 +1,54 @@
+#pragma once
+
+#include <SDL2/SDL_video.h>
+
+#include <memory>
+
+namespace player {
+
+struct Size {
+    int width;
+    int height;
+    bool operator==(const Size&) const = default;
+};
+
+/// Whether the environment names a display of X11 or Wayland.
+bool hasDesktop();
+
+/// A window of the desktop with an OpenGL ES 2.0 context, which is current on the thread that made
+/// it.
+class GlWindow {
+public:
+    /// Throws Failure without a desktop or without that GL.
+    GlWindow(const char* title, Size size);
+    ~GlWindow();
+    GlWindow(const GlWindow&) = delete;
+    GlWindow& operator=(const GlWindow&) = delete;
+
+    /// Destroys the context with everything in it and makes a new one, current. Throws Failure.
+    void renewContext();
+    void swap();
+    /// In pixels, of which a window of a dense screen has more than units of its own.
+    Size pixels() const;
+    /// Pixels per unit of the window, across and down.
+    double scaleX() const;
+    double scaleY() const;
+
+    SDL_Window* handle() const { return window.get(); }
+    SDL_GLContext context() const { return gl; }
+
+private:
+    struct VideoSystem {
+        VideoSystem();
+        ~VideoSystem();
+    };
+    struct Destroy {
+        void operator()(SDL_Window* made) const { SDL_DestroyWindow(made); }
+    };
+
+    VideoSystem video;
+    std::unique_ptr<SDL_Window, Destroy> window;
+    SDL_GLContext gl = nullptr;
+};
+
+}  // namespace player

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <span>
+#include <string>
+
+namespace player {
+
+/// What a key or a button of the panel asks for.
+enum class Command {
+    help,
+    panel,
+    pause,
+    step,
+    clearInk,
+    secondBackground,
+    waterOnly,
+    velocityOverlay,
+    inkOverlay,
+    screenshot,
+    film,
+    record,
+    savePreset,
+    nextPreset,
+    loseContext,
+    attract,
+    quit
+};
+
+struct Key {
+    /// The key's code in SDL.
+    int code;
+    const char* name;
+    Command command;
+    const char* words;
+};
+
+std::span<const Key> keys();
+
+/// One line a key.
+std::string keyHelp();
+
+}  // namespace player

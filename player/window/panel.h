@@ -1,0 +1,44 @@
+#pragma once
+
+#include <filesystem>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "player/preset.h"
+#include "player/settings.h"
+#include "player/window/keys.h"
+#include "player/window/session.h"
+
+namespace player {
+
+/// What of the player itself is on.
+struct View {
+    bool panel = false;
+    bool help = false;
+    bool velocity = false;
+    bool ink = false;
+    bool paused = false;
+    bool attract = true;
+    bool filming = false;
+    bool recording = false;
+};
+
+/// What the panel shows, and where it leaves what the user wants.
+struct Panel {
+    const View& view;
+    std::span<const NamedPreset> presets;
+    /// Of the last frames, the newest last.
+    std::span<const FrameTimes> times;
+    Settings& settings;
+    std::vector<Command>& commands;
+    std::filesystem::path& chosenPreset;
+};
+
+/// Into the current ImGui frame.
+void drawPanel(const Panel& panel);
+void drawHelp();
+/// A line at the lower edge.
+void drawNotice(const std::string& line);
+
+}  // namespace player

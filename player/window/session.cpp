@@ -1,0 +1,235 @@
+#include "player/window/session.h"
+
+#include <GLES2/gl2.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <string_view>
+#include <utility>
+
+#include "hostkit/gl_recorder.h"
+#include "player/picture.h"
+#include "player/window/screen.h"
+
+namespace player {
+namespace {
+
+using hostkit::InkColor;
+using hostkit::ScriptAction;
+using hostkit::SecondBackground;
+using hostkit::Touch;
+using hostkit::TouchAction;
+using std::chrono::steady_clock;
+
+constexpr int pixelsPerCell = 12;
+/// The ink has begun to fade after so many frames without a touch; two pictures so many frames
+/// apart tell whether it still does.
+constexpr int quietFramesBefore = 60;
+constexpr int quietFramesBetween = 30;
+
+float milliseconds(steady_clock::duration time) {
+    return std::chrono::duration<float, std::milli>(time).count();
+}
+
+/// A gesture of no effect beside the screen. The library remembers the last gesture's speed, place
+/// and direction; after this one they are the same each time, and so are ink and background.
+std::vector<ScriptAction> forgetGestures(const Settings& settings) {
+    constexpr double away = -1000.0;
+    return {Touch{TouchAction::down, away, away, 0.0f},
+            Touch{TouchAction::move, away - 100.0, away, 0.0f},
+            Touch{TouchAction::move, away, away, 0.0f},
+            Touch{TouchAction::cancel, away, away, 0.0f},
+            hostkit::ClearInk{},
+            inkOf(settings),
+            SecondBackground{settings.secondBackground}};
+}
+
+}  // namespace
+
+Session::Session(Screen& onScreen, const Settings& chosen, std::filesystem::path picture,
+                 std::filesystem::path second)
+    : settings(chosen),
+      screen(onScreen),
+      pictureFile(std::move(picture)),
+      secondFile(std::move(second)) {
+    hookGl();
+    restart();
+}
+
+Session::~Session() {
+    hostkit::glRecorder().reset();
+}
+
+void Session::hookGl() {
+    hostkit::glRecorder().inside = [this](std::string_view function) {
+        if (!drawing) {
+            return;
+        }
+        if (!solverReady && function == "glBindTexture") {
+            solverReady = steady_clock::now();  // the velocities are complete and get uploaded
+        } else if (function == "glDrawElements" && !applied.waterOnly) {
+            GLint unit = 0;
+            GLint texture = 0;
+            glGetIntegerv(GL_ACTIVE_TEXTURE, &unit);
+            glActiveTexture(GL_TEXTURE2);
+            glGetIntegerv(GL_TEXTURE_BINDING_2D, &texture);
+            glActiveTexture(static_cast<GLenum>(unit));
+            ink = static_cast<std::uint32_t>(texture);
+        }
+    };
+    hostkit::glRecorder().textureUpload = [this](int width, int height,
+                                                 std::span<const std::uint8_t> bytes) {
+        if (drawing && width == screenSize.width / pixelsPerCell &&
+            height == screenSize.height / pixelsPerCell) {
+            addBytes(digest, std::as_bytes(bytes));
+            field.columns = width;
+            field.rows = height;
+            field.bytes.assign(bytes.begin(), bytes.end());
+        }
+    };
+}
+
+void Session::restart() {
+    finishRecording();
+    const bool again = host.has_value();
+    host.reset();
+    if (again) {
+        screen.renewContext();
+    }
+    screenSize = screen.window().pixels();
+    hostkit::EffectHostOptions options;
+    options.width = screenSize.width;
+    options.height = screenSize.height;
+    options.inkEnabled = !settings.waterOnly;
+    options.background = loadPicture(pictureFile, screenSize.width, screenSize.height);
+    options.secondBackground = loadPicture(secondFile, screenSize.width, screenSize.height);
+    options.water = waterOf(settings);
+    options.renewContext = [this] {
+        ink = 0;
+        screen.renewContext();
+    };
+    host.emplace(std::move(options));
+    applied = settings;
+    applyLook(settings, host->look());
+    digest = {};
+    field = {};
+    ink = 0;
+    rain = {};
+    watchForCalm(true);
+}
+
+void Session::frame(std::span<const ScriptAction> actions, std::chrono::nanoseconds elapsed) {
+    const bool disturbed = !actions.empty() || !(settings == applied);
+    applySettings();
+    const std::vector<hostkit::ScriptEvent> events = eventsOf(actions);
+    const auto start = steady_clock::now();
+    fall(rain, *host, settings, elapsed);
+    host->step(events, elapsed);
+    const auto drawStart = steady_clock::now();
+    draw();
+    const auto end = steady_clock::now();
+    const auto ready = solverReady.value_or(drawStart);
+    lastTimes = {milliseconds(drawStart - start), milliseconds(ready - drawStart),
+                 milliseconds(end - ready)};
+    watchForCalm(disturbed);
+}
+
+void Session::draw() {
+    solverReady.reset();
+    drawing = true;
+    host->draw();
+    drawing = false;
+}
+
+void Session::applySettings() {
+    if (settings.waterOnly != applied.waterOnly) {
+        restart();
+    }
+    if (settings.meshDetail != applied.meshDetail) {
+        host->replaceWater(waterOf(settings));
+    }
+    host->water().settings = waterOf(settings);
+    applyLook(settings, host->look());
+    applied = settings;
+}
+
+std::vector<hostkit::ScriptEvent> Session::eventsOf(std::span<const ScriptAction> actions) {
+    std::vector<hostkit::ScriptEvent> events;
+    const auto add = [&](const ScriptAction& action) {
+        events.push_back({0, action});
+        if (record) {
+            record->add(action);
+        }
+    };
+    if (inkOf(settings) != host->look().ink) {
+        add(inkOf(settings));
+    }
+    if (settings.secondBackground != host->look().useSecondBackground) {
+        add(SecondBackground{settings.secondBackground});
+    }
+    for (const ScriptAction& action : actions) {
+        add(action);
+        if (const auto* color = std::get_if<InkColor>(&action)) {
+            settings.ink = {color->red, color->green, color->blue};
+        } else if (const auto* second = std::get_if<SecondBackground>(&action)) {
+            settings.secondBackground = second->on;
+        }
+    }
+    applied = settings;
+    if (record) {
+        record->endFrame();
+    }
+    return events;
+}
+
+void Session::showPicture(const std::filesystem::path& file) {
+    hostkit::Picture picture = loadPicture(file, screenSize.width, screenSize.height);
+    secondFile = std::exchange(pictureFile, file);
+    host->setBackgrounds(std::move(picture),
+                         loadPicture(secondFile, screenSize.width, screenSize.height));
+    watchForCalm(true);
+}
+
+void Session::startRecording(const std::filesystem::path& file) {
+    startReplay();
+    record.emplace(file, screenSize);
+    // Their events are the first of the recording, so that its replay finds them too.
+    frame(forgetGestures(settings), std::chrono::nanoseconds(16'666'667));
+}
+
+void Session::startReplay() {
+    restart();
+    std::srand(1);  // the solver stirs with rand()
+}
+
+void Session::finishRecording() {
+    if (record) {
+        GestureRecording whole = *std::exchange(record, std::nullopt);
+        whole.finish();
+    }
+}
+
+bool Session::calm() const {
+    return pictureStands && settings == applied;
+}
+
+void Session::watchForCalm(bool disturbed) {
+    quietFrames = disturbed ? 0 : quietFrames + 1;
+    if (disturbed || !host->water().resting || settings.rain > 0.0f) {
+        pictureStands = false;
+        return;
+    }
+    if (quietFrames >= quietFramesBefore && quietFrames % quietFramesBetween == 0) {
+        Digest picture;
+        const hostkit::Picture now = shown();
+        addBytes(picture, std::as_bytes(std::span(now.rgba)));
+        pictureStands = std::exchange(quietPicture, picture.state) == picture.state;
+    }
+}
+
+hostkit::Picture Session::shown() const {
+    return {screenSize.width, screenSize.height,
+            hostkit::readScreen(screenSize.width, screenSize.height)};
+}
+
+}  // namespace player

@@ -1,0 +1,102 @@
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <filesystem>
+#include <optional>
+#include <span>
+#include <vector>
+
+#include "hostkit/effect_host.h"
+#include "player/digest.h"
+#include "player/rain.h"
+#include "player/settings.h"
+#include "player/window/gesture_recording.h"
+#include "player/window/gl_window.h"
+
+namespace player {
+
+class Screen;
+
+/// Milliseconds of one frame: the water's steps, waiting for the solver's worker, GL.
+struct FrameTimes {
+    float water;
+    float solverWait;
+    float gl;
+};
+
+/// A velocity texture as the library uploaded it, RGBA8, the bottom row first.
+struct VelocityField {
+    int columns = 0;
+    int rows = 0;
+    std::vector<std::uint8_t> bytes;
+};
+
+/// The effect in the window: a host with the settings applied, what of it can be looked at, and the
+/// recording.
+class Session {
+public:
+    /// Throws Failure or HostError, as all members do that touch GL or files.
+    Session(Screen& onScreen, const Settings& settings, std::filesystem::path picture,
+            std::filesystem::path second);
+    ~Session();
+    Session(const Session&) = delete;
+    Session& operator=(const Session&) = delete;
+
+    /// From the start: calm water, no ink, a new GL context, the window's size. Ends a recording.
+    void restart();
+    /// One frame of the effect; draws it.
+    void frame(std::span<const hostkit::ScriptAction> actions, std::chrono::nanoseconds elapsed);
+    /// The picture becomes the background, and the one before the second background.
+    void showPicture(const std::filesystem::path& file);
+
+    /// Restarts, and writes down from there what happens. What the replay finds is the same.
+    void startRecording(const std::filesystem::path& file);
+    void finishRecording();
+    const std::optional<GestureRecording>& recording() const { return record; }
+    /// Restarts for a gesture that is to be the same each time.
+    void startReplay();
+
+    /// Whether another frame would show the same.
+    bool calm() const;
+    /// Of every velocity texture since the last start.
+    const Digest& velocityDigest() const { return digest; }
+    const VelocityField& velocity() const { return field; }
+    /// The GL name of the texture with the ink; 0 before the first frame with ink.
+    std::uint32_t inkTexture() const { return ink; }
+    const FrameTimes& times() const { return lastTimes; }
+    Size size() const { return screenSize; }
+    hostkit::Picture shown() const;
+
+    /// Applied with the next frame.
+    Settings settings;
+
+private:
+    void hookGl();
+    void applySettings();
+    std::vector<hostkit::ScriptEvent> eventsOf(std::span<const hostkit::ScriptAction> actions);
+    void draw();
+    void watchForCalm(bool disturbed);
+
+    Screen& screen;
+    std::filesystem::path pictureFile;
+    std::filesystem::path secondFile;
+    Settings applied;
+    Size screenSize{};
+    std::optional<hostkit::EffectHost> host;
+    std::optional<GestureRecording> record;
+
+    Digest digest;
+    VelocityField field;
+    std::uint32_t ink = 0;
+    FrameTimes lastTimes{};
+    bool drawing = false;
+    std::optional<std::chrono::steady_clock::time_point> solverReady;
+
+    Rain rain;
+    int quietFrames = 0;
+    std::uint64_t quietPicture = 0;
+    bool pictureStands = false;
+};
+
+}  // namespace player

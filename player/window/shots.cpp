@@ -1,0 +1,64 @@
+#include "player/window/shots.h"
+
+#include <cstdio>
+#include <system_error>
+#include <utility>
+
+#include "player/failure.h"
+#include "player/picture.h"
+#include "player/preset.h"
+
+namespace player {
+
+namespace fs = std::filesystem;
+
+Shots::Shots(fs::path intoFolder) : folder(std::move(intoFolder)) {}
+
+fs::path Shots::freeFile(const std::string& stem, const std::string& extension) const {
+    std::error_code error;
+    fs::create_directories(folder, error);
+    if (error) {
+        throw Failure("cannot write here, " + error.message(), folder.string());
+    }
+    for (int number = 1;; ++number) {
+        char digits[16];
+        std::snprintf(digits, sizeof digits, "-%02d", number);
+        fs::path file = folder / (stem + digits + extension);
+        if (!fs::exists(file, error)) {
+            return file;
+        }
+    }
+}
+
+fs::path Shots::screenshot(hostkit::Picture picture) const {
+    for (std::size_t alpha = 3; alpha < picture.rgba.size(); alpha += 4) {
+        picture.rgba[alpha] = 255;  // the screen's alpha is not part of what it shows
+    }
+    fs::path file = freeFile("shot", ".png");
+    savePng(picture, file);
+    return file;
+}
+
+fs::path Shots::preset(const Settings& settings) const {
+    fs::path file = freeFile("preset", ".json");
+    savePreset(settings, file);
+    return file;
+}
+
+fs::path Shots::nameForGesture() const {
+    return freeFile("gesture", ".gesture");
+}
+
+fs::path Shots::startFilm(Size size) {
+    filmFile = freeFile("film", ".mp4");
+    film.emplace(filmFile, size.width, size.height);
+    return filmFile;
+}
+
+fs::path Shots::finishFilm() {
+    film->finish();
+    film.reset();
+    return filmFile;
+}
+
+}  // namespace player

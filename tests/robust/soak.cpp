@@ -1,0 +1,156 @@
+#include <GLES2/gl2.h>
+#include <malloc.h>
+#include <unistd.h>
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <random>
+#include <thread>
+
+#include "hostkit/effect_host.h"
+#include "hostkit/gesture_script.h"
+
+// Draws frames for hours' worth of gestures and watches what the process holds: resident memory,
+// heap, file descriptors, threads. After the warm-up none may grow.
+
+namespace {
+
+struct Options {
+    int frames = 100'000;
+    int warmUp = 10'000;
+    int width = 96, height = 160;
+    unsigned seed = 1;
+    std::string script;
+};
+
+struct Usage {
+    long residentKilobytes, heapKilobytes, files, threads;
+};
+
+long entries(const char* folder) {
+    using Iterator = std::filesystem::directory_iterator;
+    return std::distance(Iterator(folder), Iterator());
+}
+
+Usage currentUsage() {
+    std::this_thread::sleep_for(std::chrono::milliseconds(100));  // the worker ends meanwhile
+    long pages = 0, resident = 0;
+    std::ifstream("/proc/self/statm") >> pages >> resident;
+    const struct mallinfo2 heap = mallinfo2();
+    return {resident * (sysconf(_SC_PAGESIZE) / 1024),
+            static_cast<long>((heap.uordblks + heap.hblkhd) / 1024), entries("/proc/self/fd"),
+            entries("/proc/self/task")};
+}
+
+void print(int frame, const Usage& usage, double seconds) {
+    std::printf("%8d frames  %7ld kB resident  %6ld kB heap  %3ld files  %3ld threads  %7.1f s\n",
+                frame, usage.residentKilobytes, usage.heapKilobytes, usage.files, usage.threads,
+                seconds);
+    std::fflush(stdout);
+}
+
+/// A finger that taps, drags at every speed, jumps, is cancelled and rests.
+class RandomFinger {
+public:
+    RandomFinger(unsigned seed, int screenWidth, int screenHeight)
+        : random(seed), width(screenWidth), height(screenHeight) {}
+
+    void actOn(hostkit::EffectHost& host) {
+        if (left-- <= 0) {
+            begin(host);
+        } else if (speed > 0) {
+            x = std::clamp(x + between(-speed, speed), -20.0, width + 20.0);
+            y = std::clamp(y + between(-speed, speed), -20.0, height + 20.0);
+            host.touch({hostkit::TouchAction::move, x, y, static_cast<float>(between(0, 1.2))});
+        }
+    }
+
+private:
+    double between(double least, double most) {
+        return std::uniform_real_distribution(least, most)(random);
+    }
+    void begin(hostkit::EffectHost& host) {
+        using hostkit::TouchAction;
+        host.touch({random() % 8 ? TouchAction::up : TouchAction::cancel, x, y, 0});
+        if (random() % 16 == 0) {
+            host.clearInk();
+        }
+        constexpr double speeds[] = {0, 0, 1, 5, 30};
+        speed = speeds[random() % std::size(speeds)];
+        left = static_cast<int>(random() % 60);
+        x = between(0, width);
+        y = between(0, height);
+        host.touch({TouchAction::down, x, y, static_cast<float>(between(0, 1))});
+    }
+
+    std::minstd_rand random;
+    double width, height;
+    double x = 0, y = 0, speed = 0;
+    int left = 0;
+};
+
+/// A software rasteriser spends most of a frame in the ink targets: a corner of them will do. Set
+/// for each frame, as a script may replace the context.
+void rasteriseCorner(const Options& options) {
+    glEnable(GL_SCISSOR_TEST);
+    glScissor(0, 0, options.width, options.height);
+}
+
+bool isFlat(const Usage& start, const Usage& end) {
+    return end.heapKilobytes <= start.heapKilobytes &&
+           end.residentKilobytes <= start.residentKilobytes && end.files == start.files &&
+           end.threads == start.threads;
+}
+
+int soak(const Options& options) {
+    // Water of a few cells: it is the number of frames that counts.
+    hostkit::EffectHost host(
+        {.width = options.width, .height = options.height, .water = {.shortSideCells = 16}});
+    hostkit::GestureScript script;
+    if (!options.script.empty()) {
+        script = scaledToScreen(hostkit::loadGestureScript(options.script), options.width,
+                                options.height);
+    }
+    RandomFinger finger(options.seed, options.width, options.height);
+    const auto start = std::chrono::steady_clock::now();
+    Usage warm{}, now{};
+    for (int frame = 0; frame <= options.frames; ++frame) {
+        rasteriseCorner(options);
+        const int ofTurn = frame % (script.frames + 600);
+        if (ofTurn < script.frames) {
+            host.frame(eventsOfFrame(script, ofTurn));
+        } else {
+            finger.actOn(host);
+            host.frame();
+        }
+        if (frame == options.warmUp || frame == options.frames || frame % 10'000 == 0) {
+            const std::chrono::duration<double> elapsed = std::chrono::steady_clock::now() - start;
+            now = currentUsage();
+            print(frame, now, elapsed.count());
+        }
+        warm = frame == options.warmUp ? now : warm;
+    }
+    std::puts(isFlat(warm, now) ? "nothing grew after the warm-up" : "GREW after the warm-up");
+    return isFlat(warm, now) ? 0 : 1;
+}
+
+}  // namespace
+
+int main(int count, char** arguments) {
+    Options options;
+    CLI::App app("Draws many frames and reports what the process holds; ends with 1 if it grew.");
+    app.add_option("--frames", options.frames, "frames to draw")->capture_default_str();
+    app.add_option("--warm-up", options.warmUp, "frames before memory is compared")
+        ->capture_default_str();
+    app.add_option("--width", options.width)->capture_default_str();
+    app.add_option("--height", options.height)->capture_default_str();
+    app.add_option("--seed", options.seed, "of the random gestures")->capture_default_str();
+    app.add_option("--script", options.script, "gesture script played between them");
+    CLI11_PARSE(app, count, arguments);
+    return soak(options);
+}

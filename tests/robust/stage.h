@@ -1,0 +1,128 @@
+#pragma once
+
+#include <GLES2/gl2.h>
+#include <standin_bitmap.h>
+
+#include <algorithm>
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <vector>
+
+#include "hostkit/gl_context.h"
+#include "hostkit/gl_recorder.h"
+#include "hostkit/jni_environment.h"
+#include "tests/robust/loaded_library.h"
+
+namespace robust {
+
+const std::vector<std::uint8_t> magenta = {255, 0, 255, 255};
+
+enum Action : jint { Down = 0, Up = 1, Move = 2, Cancel = 3 };
+
+/// The colour of the background, which flat water without ink shows as it is.
+const std::vector<std::uint8_t> background = {200, 100, 50, 255};
+
+/// A host around a library that has just been loaded: a small screen under a mesh of one quad, one
+/// colour behind it. The screen has the ink targets' size, and only the lower left corner of both
+/// is rasterised, 160 pixels wide and high, in whose middle `tap` presses.
+struct Stage {
+    explicit Stage(int screenWidth = 512, int screenHeight = 1024)
+        : width(screenWidth), height(screenHeight) {
+        newContext();
+        floats(positions, {-1, 1, 0, -1, -1, 0, 1, 1, 0, 1, -1, 0});
+        floats(matrix, {1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1});
+        const jshort quad[] = {0, 1, 3, 0, 3, 2};
+        std::ranges::copy(quad, hostkit::JniEnvironment::elements(indices).begin());
+    }
+    ~Stage() {
+        library.unload();
+        hostkit::glRecorder().reset();
+    }
+    Stage(const Stage&) = delete;
+    Stage& operator=(const Stage&) = delete;
+
+    void newContext() {
+        context.reset();
+        context.emplace(width, height);
+        glEnable(GL_SCISSOR_TEST);
+        glScissor(0, 0, 160, 160);
+    }
+    void setting(bool ink = true) { native().onInitSetting(env, nullptr, width, height, ink); }
+    void buffers() { native().onInitUVHBuffer(env, nullptr); }
+    void resources() { native().onInitGPU(env, nullptr); }
+    jint load(int index) {
+        std::vector<std::uint8_t> pixel = background;
+        StandInBitmap bitmap{};
+        bitmap.info = {1, 1, 4, ANDROID_BITMAP_FORMAT_RGBA_8888, 0};
+        bitmap.pixels = pixel.data();
+        return native().LoadTextures(env, nullptr, reinterpret_cast<jobject>(&bitmap), index);
+    }
+    /// Everything that a host does on a new context.
+    void setUp(bool ink = true) {
+        setting(ink);
+        buffers();
+        resources();
+        load(1);
+    }
+    void touch(int x, int y, jint action, float pressure = 1.0f) {
+        native().onTouch(env, nullptr, x, y, action, pressure);
+    }
+    /// A tap's blot, 70 pixels from the left and the lower edge.
+    void tap(jint action) { touch(70, height - 70, action); }
+    void clear() { native().clearInkValue(env, nullptr); }
+    void draw() {
+        native().onDrawFrame(env, nullptr, positions, heights, indices, 12, 12, 6, matrix, 2, 2, 2,
+                             2, 1.33f, 1, 1, 1, 0.1f, 0.2f, 0.9f, 0.5f, 3, 4, false);
+    }
+    /// The pixel of the next frame as far from the left as from the lower edge. The screen is
+    /// painted over before: what the frame does not draw is magenta.
+    std::vector<std::uint8_t> pixelOfFrame(int place) {
+        glBindFramebuffer(GL_FRAMEBUFFER, 0);
+        glClearColor(1, 0, 1, 1);
+        glClear(GL_COLOR_BUFFER_BIT);
+        draw();
+        glBindFramebuffer(GL_FRAMEBUFFER, 0);
+        std::vector<std::uint8_t> pixel(4);
+        glReadPixels(place, place, 1, 1, GL_RGBA, GL_UNSIGNED_BYTE, pixel.data());
+        return pixel;
+    }
+
+    const fuzz::NativeMethods& native() const { return library.methods; }
+
+    int width, height;
+    LoadedLibrary library;
+    std::optional<hostkit::GlContext> context;
+    hostkit::JniEnvironment jni;
+    JNIEnv* env = jni.env();
+    jfloatArray positions = jni.newFloatArray(12), heights = jni.newFloatArray(12),
+                matrix = jni.newFloatArray(16);
+    jshortArray indices = jni.newShortArray(6);
+
+private:
+    static void floats(jfloatArray array, std::initializer_list<float> values) {
+        std::ranges::copy(values, hostkit::JniEnvironment::elements(array).begin());
+    }
+};
+
+/// The velocity bytes of the last upload.
+struct Uploads {
+    Uploads() {
+        hostkit::glRecorder().textureUpload = [this](int, int, auto bytes) {
+            last.assign(bytes.begin(), bytes.end());
+            ++count;
+        };
+    }
+    bool isStill() const {
+        for (std::size_t at = 0; at < last.size(); at += 2) {
+            if (last[at] != 127 || last[at + 1] != 0) {
+                return false;
+            }
+        }
+        return true;
+    }
+    std::vector<std::uint8_t> last;
+    int count = 0;
+};
+
+}  // namespace robust

@@ -1,0 +1,111 @@
+#include <gtest/gtest.h>
+
+#include <functional>
+
+#include "tests/robust/stage.h"
+#include "tests/robust/worker_tap.h"
+
+// The solver worker against everything that a host does meanwhile, and the lack of threads.
+
+namespace robust {
+namespace {
+
+WorkerTap tap;
+
+constexpr Moment moments[] = {Moment::start, Moment::firstJitter, Moment::secondJitter,
+                              Moment::end};
+
+/// A stage whose next frame's worker stops at a moment, that frame drawn.
+struct HeldStep {
+    explicit HeldStep(Moment moment) {
+        stage.setUp();
+        glScissor(0, 0, 1, 1);
+        stage.tap(Down);
+        stage.draw();
+        tap.holdNextAt(moment);
+        stage.draw();
+        tap.waitUntilHeld();
+        joined = tap.joined();
+    }
+    Stage stage;
+    int joined = 0;
+};
+
+TEST(Worker, IsJoinedBeforeAnythingItUsesGoes) {
+    const struct {
+        const char* name;
+        std::function<void(Stage&)> act;
+    } actions[] = {
+        {"settings", [](Stage& s) { s.setting(); }},
+        {"water-only settings", [](Stage& s) { s.setting(false); }},
+        {"buffers", [](Stage& s) { s.buffers(); }},
+        {"resources", [](Stage& s) { s.resources(); }},
+        {"lost context",
+         [](Stage& s) {
+             s.newContext();
+             s.buffers();
+             s.resources();
+         }},
+        {"frame", [](Stage& s) { s.draw(); }},
+        {"unload", [](Stage& s) { s.library.unload(); }},
+    };
+    for (const auto& [name, act] : actions) {
+        for (const Moment moment : moments) {
+            SCOPED_TRACE(std::string(name) + " at moment " +
+                         std::to_string(static_cast<int>(moment)));
+            HeldStep step(moment);
+            act(step.stage);
+            EXPECT_EQ(tap.joined(), step.joined + 1);
+            EXPECT_FALSE(tap.isHeld());
+            tap.release();
+        }
+    }
+    EXPECT_FALSE(LoadedLibrary::isLoaded());
+    EXPECT_EQ(tap.started(), tap.joined());
+}
+
+TEST(Worker, HoldsUpNoTouchAndNoPicture) {
+    for (const Moment moment : moments) {
+        HeldStep step(moment);
+        Stage& s = step.stage;
+        s.touch(80, s.height - 70, Move);
+        s.clear();
+        EXPECT_EQ(s.native().getClearInkValue(s.env, nullptr), 0);
+        EXPECT_EQ(s.load(1), 0);
+        EXPECT_TRUE(tap.isHeld());
+        EXPECT_EQ(tap.joined(), step.joined);
+        tap.release();
+    }
+    EXPECT_EQ(tap.started(), tap.joined());
+}
+
+TEST(Worker, ThreadsThatCannotBeHadAreDoneWithout) {
+    Stage stage;
+    stage.setUp();
+    Uploads uploads;
+    stage.tap(Down);
+    const int started = tap.started(), joined = tap.joined();
+    tap.refuseThreads(5);
+    for (int frame = 0; frame < 5; ++frame) {
+        EXPECT_EQ(stage.pixelOfFrame(5), background);
+    }
+    EXPECT_NE(stage.pixelOfFrame(70), background) << "the ink of the tap";
+    EXPECT_EQ(tap.started(), started + 1);
+    EXPECT_EQ(tap.joined(), joined);
+    EXPECT_TRUE(uploads.isStill());
+    stage.tap(Down);
+    for (int frame = 0; frame < 4; ++frame) {
+        stage.draw();
+    }
+    EXPECT_FALSE(uploads.isStill());
+    // Between two that could be had, and then what waits for the last one.
+    tap.refuseThreads(1);
+    stage.draw();
+    stage.resources();
+    stage.draw();
+    stage.library.unload();
+    EXPECT_EQ(tap.started(), tap.joined());
+}
+
+}  // namespace
+}  // namespace robust

@@ -1,0 +1,142 @@
+#include "tests/robust/worker_tap.h"
+
+#include <dlfcn.h>
+#include <pthread.h>
+
+#include <atomic>
+#include <cerrno>
+#include <condition_variable>
+#include <cstdlib>
+#include <cstring>
+#include <mutex>
+#include <utility>
+
+namespace robust {
+
+namespace {
+
+bool isLibrary(void* caller) {
+    Dl_info object{};
+    return dladdr(caller, &object) != 0 && std::strstr(object.dli_fname, "libpeluxVelmora");
+}
+
+template <class Function>
+Function* next(const char* name) {
+    return reinterpret_cast<Function*>(dlsym(RTLD_NEXT, name));
+}
+
+std::mutex lock;
+std::condition_variable changed;
+Moment wanted = Moment::none;         // of the next worker
+bool held = false, released = false;  // guarded by lock
+std::atomic<int> threadsToRefuse = 0, threadsStarted = 0, threadsJoined = 0;
+
+// Of a worker.
+thread_local int jittersLeft = 0;
+thread_local Moment heldAt = Moment::none;
+
+void reach(Moment moment) {
+    if (moment != heldAt) {
+        return;
+    }
+    std::unique_lock guard(lock);
+    held = true;
+    changed.notify_all();
+    changed.wait(guard, [] { return released; });
+    held = released = false;
+}
+
+struct Worker {
+    void* (*entry)(void*);
+    void* argument;
+    Moment moment;
+};
+
+void* runWorker(void* started) {
+    const Worker worker = *static_cast<Worker*>(started);
+    delete static_cast<Worker*>(started);
+    jittersLeft = 2;
+    heldAt = worker.moment;
+    reach(Moment::start);
+    void* const result = worker.entry(worker.argument);
+    reach(Moment::end);
+    return result;
+}
+
+}  // namespace
+
+void WorkerTap::holdNextAt(Moment moment) {
+    wanted = moment;
+}
+
+void WorkerTap::waitUntilHeld() {
+    std::unique_lock guard(lock);
+    changed.wait(guard, [] { return held; });
+}
+
+bool WorkerTap::isHeld() const {
+    const std::lock_guard guard(lock);
+    return held;
+}
+
+void WorkerTap::release() {
+    const std::lock_guard guard(lock);
+    released = held;
+    changed.notify_all();
+}
+
+void WorkerTap::refuseThreads(int count) {
+    threadsToRefuse = count;
+}
+
+int WorkerTap::started() const {
+    return threadsStarted;
+}
+
+int WorkerTap::joined() const {
+    return threadsJoined;
+}
+
+}  // namespace robust
+
+using namespace robust;
+
+// The library's imports bind to these before those of the C library or of a sanitizer.
+#pragma GCC visibility push(default)
+extern "C" {
+
+int pthread_create(pthread_t* thread, const pthread_attr_t* attributes, void* (*entry)(void*),
+                   void* argument) {
+    static auto* const real = next<decltype(pthread_create)>("pthread_create");
+    if (!isLibrary(__builtin_return_address(0))) {
+        return real(thread, attributes, entry, argument);
+    }
+    if (threadsToRefuse > 0) {
+        --threadsToRefuse;
+        *thread = static_cast<pthread_t>(-1);  // what a failed call leaves here is no thread
+        return EAGAIN;
+    }
+    ++threadsStarted;
+    const Moment moment = std::exchange(wanted, Moment::none);
+    return real(thread, attributes, runWorker, new Worker{entry, argument, moment});
+}
+
+int pthread_join(pthread_t thread, void** result) {
+    static auto* const real = next<decltype(pthread_join)>("pthread_join");
+    if (isLibrary(__builtin_return_address(0))) {
+        ++threadsJoined;
+        WorkerTap{}.release();
+    }
+    return real(thread, result);
+}
+
+int rand() {
+    static auto* const real = next<decltype(rand)>("rand");
+    if (jittersLeft > 0) {
+        reach(jittersLeft == 2 ? Moment::firstJitter : Moment::secondJitter);
+        --jittersLeft;
+    }
+    return real();
+}
+}
+#pragma GCC visibility pop

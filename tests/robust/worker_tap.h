@@ -1,0 +1,29 @@
+#pragma once
+
+// This program's definitions of the thread functions that the library imports: a test may hold the
+// solver worker at a chosen moment or refuse the library a thread. Calls of anyone else go through
+// untouched.
+
+namespace robust {
+
+/// The moments of a solver step: before it, twice in the middle, and when its work is done but the
+/// thread not yet ended.
+enum class Moment { none, start, firstJitter, secondJitter, end };
+
+struct WorkerTap {
+    /// The next worker stops at this moment until it is joined or released.
+    void holdNextAt(Moment moment);
+    /// Waits until the worker has come to that moment.
+    void waitUntilHeld();
+    bool isHeld() const;
+    void release();
+
+    /// As many of the library's next thread creations fail, for want of resources.
+    void refuseThreads(int count);
+
+    /// Threads that the library has started and waited for since the program began.
+    int started() const;
+    int joined() const;
+};
+
+}  // namespace robust
