@@ -36,7 +36,7 @@ struct Stage {
         std::ranges::copy(quad, hostkit::JniEnvironment::elements(indices).begin());
     }
     ~Stage() {
-        library.unload();
+        loaded.unload();
         hostkit::glRecorder().reset();
     }
     Stage(const Stage&) = delete;
@@ -88,10 +88,10 @@ struct Stage {
         return pixel;
     }
 
-    const fuzz::NativeMethods& native() const { return library.methods; }
+    const fuzz::NativeMethods& native() const { return loaded.methods; }
 
     int width, height;
-    LoadedLibrary library;
+    LoadedLibrary loaded;
     std::optional<hostkit::GlContext> context;
     hostkit::JniEnvironment jni;
     JNIEnv* env = jni.env();

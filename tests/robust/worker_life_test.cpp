@@ -47,7 +47,7 @@ TEST(Worker, IsJoinedBeforeAnythingItUsesGoes) {
              s.resources();
          }},
         {"frame", [](Stage& s) { s.draw(); }},
-        {"unload", [](Stage& s) { s.library.unload(); }},
+        {"unload", [](Stage& s) { s.loaded.unload(); }},
     };
     for (const auto& [name, act] : actions) {
         for (const Moment moment : moments) {
@@ -103,7 +103,7 @@ TEST(Worker, ThreadsThatCannotBeHadAreDoneWithout) {
     stage.draw();
     stage.resources();
     stage.draw();
-    stage.library.unload();
+    stage.loaded.unload();
     EXPECT_EQ(tap.started(), tap.joined());
 }
 
