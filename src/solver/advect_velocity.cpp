@@ -7,10 +7,6 @@ namespace {
 
 constexpr float pushRadiusSquared = 625.0f;  // (25 screen pixels)^2
 
-/// Ten times what the longest strokes drive, in pixels. Strokes from far outside the screen, or
-/// with wild pressures, leave more, infinities and NaN, which would go round in the flow for ever.
-constexpr float fastestFlow = 1e6f;
-
 /// The numbers of a pass, by value.
 struct Advection {
     explicit Advection(const AdvectVelocity& pass)
@@ -49,13 +45,6 @@ Pair<Lane> pushed(const Advection& advection, Lane i, Lane j, Pair<Lane> value) 
             select(near, value.y + Lane(advection.push.y), value.y)};
 }
 
-/// A component that left the range of flows, or is none, counts as still.
-template <class Lane>
-Lane stillIfWild(Lane value) {
-    const auto isTame = (value < Lane(fastestFlow)) & (value > Lane(-fastestFlow));
-    return select(isTame, value, Lane(0.0f));
-}
-
 template <bool withPush, class Lane>
 Pair<Lane> advectedCell(const Advection& advection, Lane i, Lane j, Pair<Lane> velocity) {
     const Lane half(0.5f);
@@ -63,8 +52,7 @@ Pair<Lane> advectedCell(const Advection& advection, Lane i, Lane j, Pair<Lane> v
     if constexpr (withPush) {
         value = pushed(advection, i, j, value);
     }
-    return {Lane(advection.dissipation) * stillIfWild(value.x),
-            Lane(advection.dissipation) * stillIfWild(value.y)};
+    return {Lane(advection.dissipation) * value.x, Lane(advection.dissipation) * value.y};
 }
 
 /// Row j of a grid of `width` cells. Inlined to the bottom: a call for each group would read the

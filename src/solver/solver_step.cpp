@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <utility>
 
+#include "simd/float4.h"
 #include "simd/flush_subnormals.h"
 #include "solver/velocity_packing.h"
 
@@ -13,6 +14,9 @@ namespace {
 
 constexpr std::int32_t projectionMargin = 60;  // pixels
 constexpr double jitterSize = 10.0;            // pixels, across
+
+/// Ten times what the longest strokes drive, in pixels.
+constexpr float fastestFlow = 1e6f;
 
 /// One step's settings and touch, y down, as they stood when it was prepared.
 struct SolverInput {
@@ -168,6 +172,26 @@ void project(EffectState& state) {
     std::swap(state.velocity, state.velocityScratch);
 }
 
+/// Whether a component is NaN or beyond every real flow.
+bool isWild(const FloatGrid& velocity) {
+    bool found = false;
+    forLanes(0, std::ptrdiff_t{velocity.width} * velocity.height * 2,
+             [&]<class Lane>(std::ptrdiff_t i) {
+                 const Lane v = load<Lane>(velocity.data + i);
+                 const auto isTame = (v < Lane(fastestFlow)) & (v > Lane(-fastestFlow));
+                 found = found || any(select(isTame, Lane(0.0f), Lane(1.0f)) > Lane(0.0f));
+             });
+    return found;
+}
+
+/// Strokes from far outside the screen, or with wild pressures, leave infinities and NaN, which
+/// would go round in the flow for ever: it starts again from rest.
+void stillWildFlow(const FloatGrid& velocity) {
+    if (isWild(velocity)) {
+        clearGrid(velocity, 2);
+    }
+}
+
 }  // namespace
 
 void prepareSolverStep(EffectState& state, const TouchSnapshot& touch) {
@@ -198,6 +222,7 @@ void* runSolverStep(EffectState& state) {
         solvePressure(state);
         project(state);
     }
+    stillWildFlow(state.velocity);
     packVelocity(state, state.velocity, state.velocityTarget);
     return nullptr;
 }
