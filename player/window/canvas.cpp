@@ -95,7 +95,7 @@ void Canvas::showDensity(GLuint texture, Size screen) {
     drawQuad(densityProgram, texture, screen);
 }
 
-void Canvas::drawQuad(GLuint program, GLuint texture, Size screen) {
+void Canvas::drawQuad(GLuint program, GLuint texture, Size screen) const {
     glViewport(0, 0, screen.width, screen.height);
     glUseProgram(program);
     glUniform1i(glGetUniformLocation(program, "sTexture"), 0);

@@ -25,7 +25,7 @@ public:
     void showDensity(GLuint texture, Size screen);
 
 private:
-    void drawQuad(GLuint program, GLuint texture, Size screen);
+    void drawQuad(GLuint program, GLuint texture, Size screen) const;
 
     GLuint pictureProgram;
     GLuint densityProgram;

@@ -38,7 +38,9 @@ GlStateGuard::GlStateGuard()
       scissor(glIsEnabled(GL_SCISSOR_TEST)) {
     glGetIntegerv(GL_VIEWPORT, viewport.data());
     glActiveTexture(GL_TEXTURE0);
-    texture = valueOf(GL_TEXTURE_BINDING_2D);
+    // Of unit 0, hence not before it is active.
+    texture =
+        valueOf(GL_TEXTURE_BINDING_2D);  // NOLINT(cppcoreguidelines-prefer-member-initializer)
     glBindFramebuffer(GL_FRAMEBUFFER, 0);
 }
 

@@ -29,8 +29,8 @@ enum class Command {
 struct Key {
     /// The key's code in SDL.
     int code;
-    const char* name;
     Command command;
+    const char* name;
     const char* words;
 };
 

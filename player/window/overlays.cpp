@@ -43,7 +43,7 @@ void drawVelocity(const VelocityField& field) {
     for (int row = stride / 2; row < field.rows; row += stride) {
         for (int column = stride / 2; column < field.columns; column += stride) {
             const std::uint8_t* cell =
-                &field.bytes[static_cast<std::size_t>(4 * (row * field.columns + column))];
+                field.bytes.data() + 4 * (std::ptrdiff_t{row} * field.columns + column);
             const ImVec2 place((static_cast<float>(column) + 0.5f) * cellWidth,
                                screen.y - (static_cast<float>(row) + 0.5f) * cellHeight);
             drawFlow(*ImGui::GetBackgroundDrawList(), place, decode(cell), decode(cell + 2),

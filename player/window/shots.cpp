@@ -23,7 +23,7 @@ fs::path Shots::freeFile(const std::string& stem, const std::string& extension) 
     for (int number = 1;; ++number) {
         char digits[16];
         std::snprintf(digits, sizeof digits, "-%02d", number);
-        fs::path file = folder / (stem + digits + extension);
+        fs::path file = folder / std::string(stem).append(digits).append(extension);
         if (!fs::exists(file, error)) {
             return file;
         }

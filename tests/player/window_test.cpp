@@ -332,8 +332,10 @@ TEST_F(WindowTest, TakesANewSizeADroppedPictureAndANewContext) {
 
     press("l");
     EXPECT_LE(difference(pixel(shot(), 100, 150), droppedColor), 6);
-    drag(60, 150, 140, 150);
-    EXPECT_GT(difference(pixel(shot(), 100, 150), droppedColor), 20) << "ink after the loss";
+    EXPECT_TRUE(waitFor([&] {
+        drag(60, 150, 140, 150);
+        return difference(pixel(shot(), 100, 150), droppedColor) > 20;
+    })) << "ink after the loss";
     press("Escape");
     EXPECT_EQ(exitCode(), 0);
 }
