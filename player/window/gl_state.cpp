@@ -39,8 +39,8 @@ GlStateGuard::GlStateGuard()
     glGetIntegerv(GL_VIEWPORT, viewport.data());
     glActiveTexture(GL_TEXTURE0);
     // Of unit 0, hence not before it is active.
-    texture =
-        valueOf(GL_TEXTURE_BINDING_2D);  // NOLINT(cppcoreguidelines-prefer-member-initializer)
+    // NOLINTNEXTLINE(cppcoreguidelines-prefer-member-initializer)
+    texture = valueOf(GL_TEXTURE_BINDING_2D);
     glBindFramebuffer(GL_FRAMEBUFFER, 0);
 }
 
