@@ -10,8 +10,9 @@
 #include "water/ripple.h"
 
 /// Every kernel of the library once more, in plain scalar C++, one cell at a time: what its speed
-/// is measured against. Same names, arguments and results as in namespace velmora, to the last bit,
-/// for arguments that a sane host sends (no NaN, no value beyond the range of int).
+/// and its results are measured against. Same names, arguments and results as in namespace velmora,
+/// to the last bit, for arguments that a sane host sends (no NaN, no value beyond the range of
+/// int).
 namespace reference {
 
 void writeMeshPositions(float* positions, int vertexCount, const velmora::MeshShape& shape);

@@ -1,6 +1,8 @@
 #pragma once
 
 #include <bit>
+#include <cfloat>
+#include <cmath>
 #include <cstdint>
 #include <limits>
 #include <span>
@@ -53,19 +55,8 @@ public:
     }
 
     float anyFloat() {
-        using Limits = std::numeric_limits<float>;
-        constexpr float edges[] = {0.0f,
-                                   -0.0f,
-                                   1.0f,
-                                   -1.0f,
-                                   0.94f,
-                                   1e20f,
-                                   Limits::max(),
-                                   Limits::lowest(),
-                                   Limits::denorm_min(),
-                                   Limits::infinity(),
-                                   -Limits::infinity(),
-                                   Limits::quiet_NaN()};
+        constexpr float edges[] = {0.0f,    -0.0f,    1.0f,         -1.0f,     0.94f,      1e20f,
+                                   FLT_MAX, -FLT_MAX, FLT_TRUE_MIN, HUGE_VALF, -HUGE_VALF, NAN};
         switch (byte() % 8) {
             case 0:
                 return edges[byte() % std::size(edges)];

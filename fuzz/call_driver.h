@@ -30,9 +30,9 @@ struct DriveReport {
     std::vector<std::string> faults;
 };
 
-/// Calls the library until the bytes are used up. Equal bytes give equal calls on each of the two
-/// threads.
-DriveReport drive(DrivenLibrary library, std::span<const std::uint8_t> bytes);
+/// Calls the library until the bytes are used up, and adds to the report. Equal bytes give equal
+/// calls on each of the two threads.
+void drive(DrivenLibrary library, std::span<const std::uint8_t> bytes, DriveReport& report);
 
 /// `count` bytes of a seed, the same on every machine.
 std::vector<std::uint8_t> bytesOfSeed(std::uint32_t seed, std::size_t count);

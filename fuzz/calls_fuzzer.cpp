@@ -7,7 +7,8 @@
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     static const fuzz::NativeMethods methods = fuzz::findMethods(RTLD_DEFAULT);
-    const fuzz::DriveReport report = fuzz::drive({methods, {}}, {data, size});
+    fuzz::DriveReport report;
+    fuzz::drive({methods, {}}, {data, size}, report);
     if (!report.faults.empty()) {
         std::fprintf(stderr, "%s\n", report.faults.front().c_str());
         std::abort();

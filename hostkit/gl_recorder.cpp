@@ -232,6 +232,23 @@ std::size_t sizeOf(GLsizei count) {
     return static_cast<std::size_t>(std::max(count, 0));
 }
 
+/// Enters an object that has just been made.
+void enterMade(GlKind kind, GLuint name) {
+    GlRecorder& recorder = glRecorder();
+    recorder.alive[kind].insert(name);
+    if (!recorder.nextLabels.empty()) {
+        recorder.labels[{kind, name}] = recorder.nextLabels.front();
+        recorder.nextLabels.pop_front();
+    }
+}
+
+/// Strikes an object off that is being deleted; the name 0 is none.
+void strikeOff(const char* function, GlKind kind, GLuint name) {
+    if (glRecorder().alive[kind].erase(name) == 0 && name != 0) {
+        glRecorder().strayDeletions += line(function, Object{kind, name}) + "\n";
+    }
+}
+
 template <class Real>
 void generate(const char* function, GlKind kind, Real* real, GLsizei count, GLuint* names) {
     if (!enter(function)) {
@@ -242,7 +259,9 @@ void generate(const char* function, GlKind kind, Real* real, GLsizei count, GLui
         std::ranges::fill(made, 0u);
     } else {
         real(count, names);
-        glRecorder().alive[kind].insert(made.begin(), made.end());
+        for (const GLuint name : made) {
+            enterMade(kind, name);
+        }
     }
     if (glRecorder().recording) {
         record(function, line(function, count) + " = " + show(Objects{kind, made}));
@@ -257,7 +276,7 @@ void erase(const char* function, GlKind kind, Real* real, GLsizei count, const G
             record(function, line(function, count, Objects{kind, gone}));
         }
         for (const GLuint name : gone) {
-            glRecorder().alive[kind].erase(name);
+            strikeOff(function, kind, name);
         }
     }
     real(count, names);
@@ -265,7 +284,7 @@ void erase(const char* function, GlKind kind, Real* real, GLsizei count, const G
 
 GLuint created(const char* function, GlKind kind, const std::string& text, GLuint name) {
     if (name != 0) {
-        glRecorder().alive[kind].insert(name);
+        enterMade(kind, name);
     }
     if (glRecorder().recording) {
         record(function, text + " = " + show(Object{kind, name}));
@@ -313,18 +332,33 @@ GlRecorder& glRecorder() {
     return recorder;
 }
 
-std::vector<std::string> GlRecorder::lines(const std::set<std::string>& functions) const {
-    std::vector<std::string> texts;
+std::string GlRecorder::record(const std::function<void()>& functor) {
+    calls.clear();
+    recording = true;
+    functor();
+    recording = false;
+    std::string lines;
     for (const GlCall& call : calls) {
-        if (functions.empty() || functions.contains(call.function)) {
-            texts.push_back(call.text);
-        }
+        lines += call.text + "\n";
     }
-    return texts;
+    return lines;
 }
 
 int GlRecorder::count(const std::string& function) const {
     return static_cast<int>(std::ranges::count(calls, function, &GlCall::function));
+}
+
+std::map<std::string, std::string> GlRecorder::uniforms() const {
+    std::map<std::string, std::string> values;
+    for (const GlCall& call : calls) {
+        const std::string& text = call.text;
+        if (const auto comma = text.find(", "); text.starts_with("glUniform")) {
+            const auto name = text.find('(') + 1;
+            values[text.substr(name, comma - name)] =
+                text.substr(comma + 2, text.size() - comma - 3);
+        }
+    }
+    return values;
 }
 
 void GlRecorder::reset() {
@@ -391,10 +425,10 @@ HOSTKIT_TAP(glLinkProgram, (GLuint program), (program), Object{GlKind::program, 
 HOSTKIT_LEARNING_TAP(glUseProgram, (GLuint program), (program), knowledge().program = program,
             Object{GlKind::program, program})
 HOSTKIT_LEARNING_TAP(glDeleteShader, (GLuint shader),
-            (shader), glRecorder().alive[GlKind::shader].erase(shader),
+            (shader), strikeOff("glDeleteShader", GlKind::shader, shader),
             Object{GlKind::shader, shader})
 HOSTKIT_LEARNING_TAP(glDeleteProgram, (GLuint program),
-            (program), glRecorder().alive[GlKind::program].erase(program),
+            (program), strikeOff("glDeleteProgram", GlKind::program, program),
             Object{GlKind::program, program})
 
 HOSTKIT_TAP(glEnableVertexAttribArray, (GLuint index), (index), Attribute{index})

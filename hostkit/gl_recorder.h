@@ -3,6 +3,7 @@
 #include <GLES2/gl2.h>
 
 #include <cstdint>
+#include <deque>
 #include <functional>
 #include <map>
 #include <set>
@@ -36,6 +37,8 @@ struct GlRecorder {
 
     /// Names for objects in the lines, instead of the kind and the number.
     std::map<std::pair<GlKind, GLuint>, std::string> labels;
+    /// The labels that the next objects made get, in order.
+    std::deque<std::string> nextLabels;
 
     /// A linked program whose sources contain `first` is called `second` in the lines. Matched in
     /// order when a shader is attached; a program without a match is "programN".
@@ -57,11 +60,17 @@ struct GlRecorder {
 
     /// Objects made and not deleted through the tap since `reset`, by kind.
     std::map<GlKind, std::set<GLuint>> alive;
+    /// Deletions through the tap of what was not alive, a name deleted twice for instance; a line
+    /// for each.
+    std::string strayDeletions;
 
-    /// The recorded lines of the functions named, or all lines.
-    std::vector<std::string> lines(const std::set<std::string>& functions = {}) const;
+    /// Keeps the calls that the functor makes, and those alone; returns their lines, each with its
+    /// end of line.
+    std::string record(const std::function<void()>& functor);
     /// How many recorded calls are of this function.
     int count(const std::string& function) const;
+    /// What the recorded calls set each uniform to, by PROGRAM.NAME: the arguments of the last one.
+    std::map<std::string, std::string> uniforms() const;
     /// Back to the state at program start: no calls, labels, hooks or known objects.
     void reset();
 };

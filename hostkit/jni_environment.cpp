@@ -81,6 +81,7 @@ struct JniEnvironment::State : JNIEnv_ {
     bool logging = false;
     std::vector<JniCall> calls;
     std::vector<GuardDamage> damages;
+    const Array* refused = nullptr;
     int pinned = 0;
     int lastId = 0;
 
@@ -127,6 +128,9 @@ struct JniEnvironment::State : JNIEnv_ {
     void* get(const char* call, jarray handle, jboolean* isCopy) {
         Array& array = arrayOf(handle);
         log(call, array, 0);
+        if (&array == refused) {
+            return nullptr;
+        }
         ++pinned;
         if (isCopy) {
             *isCopy = options.access == ArrayAccess::copy;
@@ -218,6 +222,10 @@ int JniEnvironment::id(jarray array) {
 
 void JniEnvironment::setAccess(ArrayAccess access) {
     state->options.access = access;
+}
+
+void JniEnvironment::refuse(jarray array) {
+    state->refused = reinterpret_cast<Array*>(array);
 }
 
 void JniEnvironment::setLogging(bool on) {

@@ -61,6 +61,9 @@ public:
 
     /// Applies to the arrays pinned from now on.
     void setAccess(ArrayAccess access);
+    /// The Get calls for this array return null, as those of a JVM without memory do; null: for
+    /// none.
+    void refuse(jarray array);
 
     /// Array calls since the start or the last clear, in order; kept only while logging is on, so
     /// that a frame without logging allocates nothing here.

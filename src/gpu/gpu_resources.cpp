@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "gpu/shader_texts.h"
+#include "solver/float_grid.h"
 #include "solver/velocity_packing.h"
 
 namespace velmora {
@@ -27,9 +28,14 @@ void replaceInkTargets(EffectState& state) {
     state.inkBack = createRenderTarget(state.inkWidth, state.inkHeight);
 }
 
+/// Without grids there are no velocities to hold, and not every driver survives a texture of such a
+/// size.
 void replaceVelocityTarget(EffectState& state) {
+    const std::int32_t width = state.velocityGridWidth;
+    const std::int32_t height = state.velocityGridHeight;
     deleteRenderTarget(state.velocityTarget);
-    state.velocityTarget = createRenderTarget(state.velocityGridWidth, state.velocityGridHeight);
+    state.velocityTarget = isGridSize(width, height) ? createRenderTarget(width, height)
+                                                     : RenderTarget{0, 0, width, height};
 }
 
 template <class Pass>

@@ -5,12 +5,9 @@
 
 namespace velmora {
 
-/// The nearest int to a whole-numbered float; NaN gives 0. Touches and sizes come from outside and
-/// may be anything.
+/// The nearest int to a whole-numbered float that is no NaN. Touches and sizes come from outside
+/// and may be anything.
 inline int saturatedInt(float value) {
-    if (!(value == value)) {
-        return 0;
-    }
     return value >= 2147483648.0f    ? std::numeric_limits<int>::max()
            : value <= -2147483648.0f ? std::numeric_limits<int>::min()
                                      : static_cast<int>(value);

@@ -161,24 +161,5 @@ TYPED_TEST(Lanes, LoadStoreAndGatherExactlyTheirElements) {
     }
 }
 
-TEST(Columns, AreCoveredOnceByFoursThenByOnes) {
-    for (const std::ptrdiff_t begin : {0, 1, 6}) {
-        for (std::ptrdiff_t end = begin - 1; end <= begin + 9; ++end) {
-            std::ptrdiff_t next = begin;
-            forColumns(begin, end, [&]<class Lane>(std::ptrdiff_t i, Lane columns) {
-                constexpr std::ptrdiff_t width = LaneTraits<Lane>::width;
-                EXPECT_EQ(i, next);
-                EXPECT_EQ(width, end - i >= 4 ? 4 : 1);
-                float numbers[static_cast<std::size_t>(width)];
-                store(numbers, columns);
-                for (const float number : numbers) {
-                    EXPECT_EQ(number, static_cast<float>(next++));
-                }
-            });
-            EXPECT_EQ(next, std::max(begin, end));
-        }
-    }
-}
-
 }  // namespace
 }  // namespace velmora::test

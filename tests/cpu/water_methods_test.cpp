@@ -95,5 +95,23 @@ TEST_P(WaterMethods, PinInOrderAndWriteBackInTheSameOrder) {
     EXPECT_EQ(jni.pinned(), 0);
 }
 
+TEST_P(WaterMethods, DoNothingWithoutOneOfTheirArrays) {
+    for (const jarray refused : std::initializer_list<jarray>{velocity, height}) {
+        std::ranges::fill(JniEnvironment::elements(height), 9.0f);
+        jni.refuse(refused);
+        EXPECT_EQ(move(true), JNI_TRUE);
+        EXPECT_EQ(std::ranges::count(JniEnvironment::elements(height), 9.0f), rows * columns);
+    }
+    ripple(1.0f);
+    EXPECT_EQ(std::ranges::count(JniEnvironment::elements(height), 9.0f), rows * columns);
+    for (const jarray refused : std::initializer_list<jarray>{positions, indices}) {
+        jni.refuse(refused);
+        initWaters(6);
+        EXPECT_EQ(JniEnvironment::elements(positions)[0], 0.0f);
+        EXPECT_EQ(JniEnvironment::elements(indices)[1], 0);
+    }
+    EXPECT_EQ(jni.pinned(), 0);
+}
+
 }  // namespace
 }  // namespace hostkit

@@ -1,3 +1,4 @@
+#include "bench/reference.h"
 #include "simd/flush_subnormals.h"
 #include "test_memory.h"
 #include "water/height_field.h"
@@ -9,59 +10,18 @@ namespace {
 
 // ---- Height field
 
-/// A step as the host would work it out on its own arrays, one cell after the other.
-struct Water {
-    std::vector<float> velocity, height;
-    std::size_t rowLength;
-    WaterRectangle rectangle;
-
-    float laplacian(std::size_t i) const {
-        return height[i - rowLength] + height[i - 1] + height[i + 1] + height[i + rowLength] -
-               4.0f * height[i];
-    }
-
-    /// Walks the rectangle in groups of at most `most` cells.
-    template <class Group>
-    void forGroups(int most, Group group) {
-        for (int y = rectangle.y0; y < rectangle.y1; ++y) {
-            for (int x = rectangle.x0, count = 0; x < rectangle.x1; x += count) {
-                count = rectangle.x1 - x >= most ? most : 1;
-                group(static_cast<std::size_t>(y) * rowLength + static_cast<std::size_t>(x),
-                      static_cast<std::size_t>(count));
-            }
-        }
-    }
-
-    bool step(const WaveSettings& settings) {
-        const FlushSubnormals flush;
-        bool calm = true;
-        forGroups(1, [&](std::size_t i, std::size_t) {
-            velocity[i] = (velocity[i] + settings.waveSpeed * laplacian(i)) * settings.damping;
-            calm = calm && !(velocity[i] > 0.009f || velocity[i] < -0.009f);
-        });
-        forGroups(1, [&](std::size_t i, std::size_t) {
-            const float sum = height[i] + velocity[i];
-            height[i] = sum > 100.0f ? 100.0f : sum < -100.0f ? -100.0f : sum;
-        });
-        // Four cells read all their inputs before they store.
-        const float weight = settings.damping == 0.94f ? 0.068f : 0.018f;
-        forGroups(4, [&](std::size_t i, std::size_t count) {
-            float smoothed[4];
-            for (std::size_t k = 0; k < count; ++k) {
-                smoothed[k] = height[i + k] + weight * laplacian(i + k);
-            }
-            std::copy_n(smoothed, count, &height[i]);
-        });
-        return calm || !settings.detectCalm;
-    }
-};
-
 struct Shape {
     int width, height, frame;
 };
 
-/// Steps random water in guarded pages beside the oracle; the frame, of `frame` cells, and the rest
-/// of both arrays belong to the comparison.
+bool plainStep(const WaterGrids& grids, const WaterRectangle& rectangle,
+               const WaveSettings& waves) {
+    const FlushSubnormals flush;
+    return reference::stepHeightField(grids, rectangle, waves);
+}
+
+/// Steps random water in guarded pages beside the plain code; the frame, of `frame` cells, and the
+/// rest of both arrays belong to the comparison.
 void compareSteps(Shape shape, Fill fill, const WaveSettings& settings, int steps) {
     SCOPED_TRACE(testing::Message() << shape.width << " x " << shape.height);
     const int rowLength = shape.width + 2 * shape.frame;
@@ -73,14 +33,15 @@ void compareSteps(Shape shape, Fill fill, const WaveSettings& settings, int step
         const GuardedGrid height(rowLength, rows, 1, side, fill, random);
         const WaterRectangle rectangle{shape.frame, shape.frame, shape.frame + shape.width,
                                        shape.frame + shape.height};
-        Water oracle{contents(velocity.grid, 1), contents(height.grid, 1),
-                     static_cast<std::size_t>(rowLength), rectangle};
+        std::vector<float> velocities = contents(velocity.grid, 1);
+        std::vector<float> heights = contents(height.grid, 1);
         for (int step = 0; step < steps; ++step) {
-            ASSERT_EQ(stepHeightField({velocity.grid.data, height.grid.data, rowLength}, rectangle,
-                                      settings),
-                      oracle.step(settings));
-            ASSERT_TRUE(areSame(velocity.block.elements(), oracle.velocity)) << "step " << step;
-            ASSERT_TRUE(areSame(height.block.elements(), oracle.height)) << "step " << step;
+            ASSERT_EQ(
+                stepHeightField({velocity.grid.data, height.grid.data, rowLength}, rectangle,
+                                settings),
+                plainStep({velocities.data(), heights.data(), rowLength}, rectangle, settings));
+            ASSERT_TRUE(areSame(velocity.block.elements(), velocities)) << "step " << step;
+            ASSERT_TRUE(areSame(height.block.elements(), heights)) << "step " << step;
         }
     }
 }
@@ -127,31 +88,17 @@ TEST(HeightField, CalmBandIncludesItsEndsAndEveryCellDecides) {
 
 // ---- Mesh
 
-/// Vertices lie in their columns and rows by integer division; `vertices` are asked for.
+/// `vertices` are asked for, and all quads.
 void checkMesh(const MeshShape& mesh, int vertices, Against against) {
     SCOPED_TRACE(testing::Message() << vertices << " of " << mesh.columns << " x " << mesh.rows);
-    std::vector<float> places;
-    const auto width = static_cast<float>(mesh.width);
-    const auto height = static_cast<float>(mesh.height);
-    const float stepX = width / static_cast<float>(mesh.columns - 1);
-    const float stepY = height / static_cast<float>(mesh.rows - 1);
-    for (int i = 0; i < vertices; ++i) {
-        places.push_back(static_cast<float>(i / mesh.rows) * stepX - width * 0.5f);
-        places.push_back(height * 0.5f - static_cast<float>(i % mesh.rows) * stepY);
-        places.push_back(0.0f);
-    }
-    // From the top left to the bottom left, the bottom right and back, then to the bottom right and
-    // the top right; with y up both triangles run counter-clockwise.
-    std::vector<int> corners;
-    for (int row = 0; row < mesh.rows - 1; ++row) {
-        for (int column = 0; column < mesh.columns - 1; ++column) {
-            const int left = column * mesh.rows + row;
-            const int right = left + mesh.rows;
-            corners.insert(corners.end(), {left, left + 1, right + 1, left, right + 1, right});
-        }
-    }
-    const GuardedBlock<float> positions(places.size(), against);
-    const GuardedBlock<std::uint16_t> indices(corners.size(), against);
+    const int quads = std::max(mesh.columns - 1, 0) * std::max(mesh.rows - 1, 0);
+    const GuardedBlock<float> positions(static_cast<std::size_t>(std::max(vertices, 0)) * 3,
+                                        against);
+    const GuardedBlock<std::uint16_t> indices(static_cast<std::size_t>(quads) * 6, against);
+    std::vector<float> places(positions.elements().size());
+    std::vector<std::uint16_t> corners(indices.elements().size());
+    reference::writeMeshPositions(places.data(), vertices, mesh);
+    reference::writeMeshIndices(corners.data(), mesh);
     writeMeshPositions(positions.data(), vertices, mesh);
     writeMeshIndices(indices.data(), mesh);
     EXPECT_TRUE(areSame(positions.elements(), places));
@@ -183,25 +130,6 @@ TEST(Mesh, VerticesAndQuadsHaveTheirPlacesHoweverTall) {
 
 // ---- Ripple
 
-/// The cone of radius 3 at the touch, where it meets neither the first two nor the last columns and
-/// rows.
-void rippleOracle(std::span<float> grid, const RippleTouch& touch) {
-    const auto relative = [](float at, int area) { return at / static_cast<float>(area) + 0.5f; };
-    const float cx = relative(touch.x, touch.areaWidth) * static_cast<float>(touch.gridWidth);
-    const float cy = relative(touch.y, touch.areaHeight) * static_cast<float>(touch.gridHeight);
-    for (int row = 2; row < touch.gridHeight - 1; ++row) {
-        for (int column = 2; column < touch.gridWidth - 1; ++column) {
-            const float dx = cx - static_cast<float>(column);
-            const float dy = cy - static_cast<float>(row);
-            const float t = 3.0f - std::sqrt(dx * dx + dy * dy);
-            if (t > 0.0f) {
-                grid[static_cast<std::size_t>(row * touch.gridWidth + column)] +=
-                    t * touch.strength;
-            }
-        }
-    }
-}
-
 TEST(Ripple, EveryTouchAddsTheConeOfItsBox) {
     std::mt19937 random(5);
     const auto below = [&](int limit) {
@@ -228,7 +156,7 @@ TEST(Ripple, EveryTouchAddsTheConeOfItsBox) {
                                         3.0f * coordinate(rows),
                                         strength};
                 addRipple(water.grid.data, touch);
-                rippleOracle(expected, touch);
+                reference::addRipple(expected.data(), touch);
                 ASSERT_TRUE(areSame(water.block.elements(), expected)) << "touch " << i;
             }
         }

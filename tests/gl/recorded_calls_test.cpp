@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <iostream>
 #include <regex>
 
 #include "scene.h"
@@ -167,12 +166,11 @@ TEST(RecordedCalls, SetUpBuildsOnceAndReplacesAfterwards) {
     scene.setUp();  // so that there is a quad buffer, whatever ran before
     for (const bool ink : {true, false}) {
         scene.setting(screenWidth, screenHeight, ink);
-        EXPECT_EQ(scene.labelled(scene.initBuffers()),
+        EXPECT_EQ(scene.initBuffers(),
                   "glGenBuffers(1) = positions\nglGenBuffers(1) = heights\n"
                   "glGenBuffers(1) = indices\n");
         for (const auto& time : {first, second}) {
-            EXPECT_EQ(scene.labelled(scene.initGpu()),
-                      calls(ink ? inkSetUp : "program water\n", time));
+            EXPECT_EQ(scene.initGpu(), calls(ink ? inkSetUp : "program water\n", time));
         }
     }
     EXPECT_EQ(scene.recorder.alive[GlKind::buffer].size(), 10u);
@@ -189,11 +187,12 @@ TEST(RecordedCalls, TexturesAreUploadedWithTheirParameters) {
         const char* const names[] = {"sheen", "background", "second"};
         const char* const name = names[call % 3];
         const Bytes picture = smoothPicture(call);
-        const Lines lines = recorded([&] { EXPECT_EQ(scene.load(picture, call % 3), 0); });
-        scene.label(lines, name);
+        scene.recorder.nextLabels = {name};
+        const std::string lines =
+            scene.recorder.record([&] { EXPECT_EQ(scene.load(picture, call % 3), 0); });
         auto ofCase = call % 6 < 3 ? first : second;
         ofCase.push_back({"NAME", name});
-        EXPECT_EQ(scene.labelled(lines), calls(pictureCalls, ofCase));
+        EXPECT_EQ(lines, calls(pictureCalls, ofCase));
         for (const hostkit::GlCall& made : scene.recorder.calls) {
             EXPECT_TRUE(made.function != "glTexImage2D" || made.bytes == picture);
         }
@@ -209,9 +208,8 @@ TEST(RecordedCalls, InkFrameWithAndWithoutAStroke) {
     const auto expectFrame = [&](const std::string& expected, std::vector<Abbreviation> ofCase) {
         ofCase.insert(ofCase.end(), {{"BYTES", "144"}, {"COUNT", "72"}});
         ofCase.insert(ofCase.begin(), {"INK", shownInk});
-        EXPECT_EQ(scene.labelled(scene.recordedFrame()), calls(expected + waterDraw, ofCase));
+        EXPECT_EQ(scene.recordedFrame(), calls(expected + waterDraw, ofCase));
         expectUploads(scene, expected == fluidStep ? 4 : 5);
-        std::cout << "GL calls of an ink frame: " << scene.recorder.calls.size() << "\n";
     };
     expectFrame(std::string(fluidStep) + stroke,
                 {{"SHOWN", "inkB"}, {"PICTURE", "background"}, {"LEFT", "0.96 0 330, 520"}});
@@ -236,10 +234,9 @@ TEST(RecordedCalls, WaterOnlyFrame) {
                                             {"PICTURE", "background"},
                                             {"BYTES", indexCount ? "144" : "0"},
                                             {"COUNT", indexCount ? "72" : "0"}});
-        EXPECT_EQ(scene.labelled(scene.recordedFrame()), expected);
+        EXPECT_EQ(scene.recordedFrame(), expected);
         expectUploads(scene, 0);
     }
-    std::cout << "GL calls of a water-only frame: " << scene.recorder.calls.size() << "\n";
     EXPECT_EQ(glGetError(), static_cast<GLenum>(GL_NO_ERROR));
 }
 
@@ -256,6 +253,11 @@ TEST(RecordedCalls, ArraysArePinnedInOrderAndReleasedWithWriteBack) {
         expected.push_back({call + "ShortArrayElements", JniEnvironment::id(scene.indices), 0});
     }
     EXPECT_EQ(scene.jni.calls(), expected);
+    for (const jarray refused : std::initializer_list<jarray>{scene.positions, scene.heights,
+                                                              scene.matrix, scene.indices}) {
+        scene.jni.refuse(refused);
+        EXPECT_EQ(scene.recordedFrame().find("glDraw"), std::string::npos);
+    }
     EXPECT_EQ(scene.jni.pinned(), 0);
 }
 

@@ -6,14 +6,8 @@
 
 #include <algorithm>
 #include <cmath>
-#include <regex>
-#include <sstream>
 
 namespace gltest {
-
-namespace {
-const std::regex objectName("(texture|buffer|framebuffer|shader|program)[0-9]+");
-}
 
 Bytes smoothPicture(int phase) {
     Bytes rgba;
@@ -26,15 +20,6 @@ Bytes smoothPicture(int phase) {
     return rgba;
 }
 
-Lines recorded(const std::function<void()>& calls) {
-    hostkit::GlRecorder& recorder = hostkit::glRecorder();
-    recorder.calls.clear();
-    recorder.recording = true;
-    calls();
-    recorder.recording = false;
-    return recorder.lines();
-}
-
 void overwrite(GLenum unit, int width, int height, const Bytes& rgba) {
     GLint active = 0;
     glGetIntegerv(GL_ACTIVE_TEXTURE, &active);
@@ -43,14 +28,12 @@ void overwrite(GLenum unit, int width, int height, const Bytes& rgba) {
     glActiveTexture(static_cast<GLenum>(active));
 }
 
-Scene::Scene(int width, int height, bool ink) : Scene(width, height, ink, width, height) {}
-
-Scene::Scene(int width, int height, bool ink, int surfaceWidth, int surfaceHeight)
-    : positions(jni.newFloatArray(meshColumns * meshRows * 3)),
+Scene::Scene(int width, int height, bool ink)
+    : context(width, height),
+      positions(jni.newFloatArray(meshColumns * meshRows * 3)),
       heights(jni.newFloatArray(meshColumns * meshRows * 3)),
       matrix(jni.newFloatArray(16)),
       indices(jni.newShortArray((meshColumns - 1) * (meshRows - 1) * 6)) {
-    context.emplace(surfaceWidth, surfaceHeight);
     for (const Action action : {Cancel, Down, Move, Cancel}) {
         touch(0, 0, action);
     }
@@ -84,29 +67,29 @@ void Scene::setting(int width, int height, bool ink) {
     native::onInitSetting(env, nullptr, width, height, ink);
 }
 
-Lines Scene::initBuffers() {
-    const Lines lines = recorded([&] { native::onInitUVHBuffer(env, nullptr); });
-    label(lines, "positions heights indices");
-    return lines;
+std::string Scene::initBuffers() {
+    recorder.nextLabels = {"positions", "heights", "indices"};
+    return recorder.record([&] { native::onInitUVHBuffer(env, nullptr); });
 }
 
-Lines Scene::initGpu() {
-    const Lines lines = recorded([&] { native::onInitGPU(env, nullptr); });
-    label(lines, inkEnabled ? "water.vert water.frag water advect.vert advect.frag advect "
-                              "impulse.vert impulse.frag impulse "
-                              "velocity velocity inkA inkA inkB inkB quad"
-                            : "water.vert water.frag water");
-    return lines;
+std::string Scene::initGpu() {
+    recorder.nextLabels = {"water.vert", "water.frag", "water"};
+    if (inkEnabled) {
+        for (const char* const label :
+             {"advect.vert", "advect.frag", "advect", "impulse.vert", "impulse.frag", "impulse",
+              "velocity", "velocity", "inkA", "inkA", "inkB", "inkB", "quad"}) {
+            recorder.nextLabels.emplace_back(label);
+        }
+    }
+    return recorder.record([&] { native::onInitGPU(env, nullptr); });
 }
 
 void Scene::setUp() {
     initBuffers();
     initGpu();
+    recorder.nextLabels = {"sheen", "background", "second"};
     for (int index = 0; index < 3; ++index) {
-        label(recorded([&] { EXPECT_EQ(load(smoothPicture(index * 5), index), 0); }),
-              index == 0   ? "sheen"
-              : index == 1 ? "background"
-                           : "second");
+        EXPECT_EQ(load(smoothPicture(index * 5), index), 0);
     }
 }
 
@@ -136,45 +119,13 @@ void Scene::rasteriseNothing() const {
     glScissor(0, 0, 0, 0);
 }
 
-Lines Scene::recordedFrame() {
-    return recorded([this] { draw(); });
+std::string Scene::recordedFrame() {
+    return recorder.record([this] { draw(); });
 }
 
 std::map<std::string, std::string> Scene::uniformsOfFrame() {
-    std::map<std::string, std::string> values;
-    for (const std::string& line : recordedFrame()) {
-        const auto open = line.find('('), comma = line.find(", ");
-        if (line.starts_with("glUniform")) {
-            values[line.substr(open + 1, comma - open - 1)] =
-                line.substr(comma + 2, line.size() - comma - 3);
-        }
-    }
-    return values;
-}
-
-void Scene::label(const Lines& lines, const std::string& made) {
-    std::istringstream names(made);
-    for (const std::string& line : lines) {
-        if (line.starts_with("glGen") || line.starts_with("glCreate")) {
-            EXPECT_TRUE(names >> labels[line.substr(line.find(" = ") + 3)]) << line;
-        }
-    }
-}
-
-std::string Scene::labelled(const Lines& lines) const {
-    std::string text;
-    for (const std::string& line : lines) {
-        auto rest = line.begin();
-        for (std::sregex_iterator object(line.begin(), line.end(), objectName), end; object != end;
-             ++object) {
-            const auto found = labels.find(object->str());
-            text.append(rest, (*object)[0].first);
-            text += found == labels.end() ? object->str() : found->second;
-            rest = (*object)[0].second;
-        }
-        text.append(rest, line.end()).append("\n");
-    }
-    return text;
+    recordedFrame();
+    return recorder.uniforms();
 }
 
 }  // namespace gltest

@@ -3,9 +3,7 @@
 #include <jni.h>
 
 #include <cstdint>
-#include <functional>
 #include <map>
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -28,7 +26,6 @@ constexpr int pictureSize = 32;
 
 /// RGBA bytes, rows in the order in which GL takes and gives them.
 using Bytes = std::vector<std::uint8_t>;
-using Lines = std::vector<std::string>;
 
 /// Smooth, so that a small error of a texture coordinate stays a small error of the colour.
 Bytes smoothPicture(int phase);
@@ -46,44 +43,34 @@ struct FrameArguments {
 /// The library has one state for all tests of a program, so a scene starts with the gesture ended,
 /// the touch at (0, 0) and the settings written.
 struct Scene {
-    Scene(int width, int height, bool inkEnabled);
-    /// The surface is apart from the settings: these may be of any size.
-    Scene(int width, int height, bool inkEnabled, int surfaceWidth, int surfaceHeight);
+    Scene(int width, int height, bool ink);
     ~Scene();
 
     void setting(int width, int height, bool ink);
-    /// onInitUVHBuffer, onInitGPU, the three pictures; labels all objects that these make.
+    /// onInitUVHBuffer, onInitGPU, the three pictures.
     void setUp();
-    Lines initBuffers();
-    Lines initGpu();
+    /// The calls of each; the objects that they make have names in the lines.
+    std::string initBuffers();
+    std::string initGpu();
     jint load(const Bytes& rgba, int index);
     void touch(int x, int y, jint action, float pressure = 1.0f);
     void draw();
     /// From now on the calls have no effect on any pixel, which makes frames quick.
     void rasteriseNothing() const;
     /// The calls of one frame.
-    Lines recordedFrame();
+    std::string recordedFrame();
     /// The arguments of the uniforms that a frame sets, by PROGRAM.NAME; of several, the last.
     std::map<std::string, std::string> uniformsOfFrame();
 
-    /// Gives the objects that the lines make, in order, these labels.
-    void label(const Lines& lines, const std::string& made);
-    /// One text, with labels for objects: glGenTextures(1) = texture3 becomes = velocity.
-    std::string labelled(const Lines& lines) const;
-
     bool inkEnabled;
-    std::optional<hostkit::GlContext> context;
+    hostkit::GlContext context;
     hostkit::GlRecorder& recorder = hostkit::glRecorder();
     JniEnvironment jni;
     JNIEnv* env = jni.env();
     jfloatArray positions, heights, matrix;
     jshortArray indices;
     FrameArguments arguments;
-    std::map<std::string, std::string> labels;
 };
-
-/// Calls the functor with the recorder on; returns the lines.
-Lines recorded(const std::function<void()>& calls);
 
 /// Overwrites the texture bound on a unit: from a hook, just before a draw reads it.
 void overwrite(GLenum unit, int width, int height, const Bytes& rgba);

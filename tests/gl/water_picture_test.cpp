@@ -32,14 +32,10 @@ using Vertex = std::array<double, 11>;
 Point pointAt(const Vertex& v, Varying first) {
     return {v[first], v[first + 1]};
 }
-Vector vectorAt(const Vertex& v, Varying first) {
-    return {v[first], v[first + 1], v[first + 2]};
-}
-Vector vectorAt(std::span<const float> elements, std::size_t first, std::size_t stride = 1) {
-    const auto element = [&](std::size_t n) {
-        return static_cast<double>(elements[first + n * stride]);
-    };
-    return {element(0), element(1), element(2)};
+template <class Elements>
+Vector vectorAt(const Elements& elements, std::size_t first, std::size_t stride = 1) {
+    return {static_cast<double>(elements[first]), static_cast<double>(elements[first + stride]),
+            static_cast<double>(elements[first + 2 * stride])};
 }
 
 Vector transformed(std::span<const float> m, Vector v) {

@@ -15,13 +15,9 @@ int channel(const Pixels& pixels, int width, int x, int y, int part) {
 }
 
 EffectHostOptions small(int width, int height, bool ink) {
-    EffectHostOptions options;
-    options.width = width;
-    options.height = height;
-    options.inkEnabled = ink;
     // Smooth, so that the picture and its refraction compare without edges.
-    options.background = {2, 2, {0, 0, 0, 255, 255, 0, 0, 255, 0, 255, 0, 255, 255, 255, 0, 255}};
-    return options;
+    const Picture ramps{2, 2, {0, 0, 0, 255, 255, 0, 0, 255, 0, 255, 0, 255, 255, 255, 0, 255}};
+    return {.width = width, .height = height, .inkEnabled = ink, .background = ramps};
 }
 
 TEST(EffectHost, FlatWaterShowsThePictureUprightAndWhole) {
@@ -33,8 +29,7 @@ TEST(EffectHost, FlatWaterShowsThePictureUprightAndWhole) {
         // picture.
         for (int step = 0; step <= 10; ++step) {
             const double along = step / 10.0;
-            const int expected =
-                static_cast<int>(255.0 * std::min(std::max(2.0 * along - 0.5, 0.0), 1.0));
+            const double expected = 255.0 * std::clamp(2.0 * along - 0.5, 0.0, 1.0);
             const int x = static_cast<int>(along * (width - 1));
             const int y = static_cast<int>(along * (height - 1));
             EXPECT_NEAR(channel(pixels, width, x, height / 3, 0), expected, 10) << width;

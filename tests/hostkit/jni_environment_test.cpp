@@ -6,18 +6,17 @@ namespace hostkit {
 namespace {
 
 TEST(JniEnvironment, ReleaseModesDecideWhatOfACopyComesBack) {
-    struct Case {
+    constexpr struct {
         ArrayAccess access;
         jint mode;
         float expected;
         int pinned;
-    };
-    constexpr Case cases[] = {{ArrayAccess::direct, 0, 5.0f, 0},
-                              {ArrayAccess::direct, JNI_ABORT, 5.0f, 0},
-                              {ArrayAccess::copy, 0, 5.0f, 0},
-                              {ArrayAccess::copy, JNI_ABORT, 0.0f, 0},
-                              {ArrayAccess::copy, JNI_COMMIT, 5.0f, 1}};
-    for (const Case& tried : cases) {
+    } cases[] = {{ArrayAccess::direct, 0, 5.0f, 0},
+                 {ArrayAccess::direct, JNI_ABORT, 5.0f, 0},
+                 {ArrayAccess::copy, 0, 5.0f, 0},
+                 {ArrayAccess::copy, JNI_ABORT, 0.0f, 0},
+                 {ArrayAccess::copy, JNI_COMMIT, 5.0f, 1}};
+    for (const auto& tried : cases) {
         JniEnvironment jni({tried.access, 4});
         const jfloatArray array = jni.newFloatArray(3);
         jboolean isCopy = JNI_FALSE;
@@ -52,25 +51,6 @@ TEST(JniEnvironment, DamagedGuardsAreReportedOnceWithArrayAndElement) {
         jni.env()->ReleaseShortArrayElements(array, again, 0);
         EXPECT_EQ(jni.damages().back(), (GuardDamage{2, 12}));
     }
-}
-
-TEST(JniEnvironment, LogsCallsInOrderWhileAsked) {
-    JniEnvironment jni;
-    const jfloatArray floats = jni.newFloatArray(2);
-    const jshortArray shorts = jni.newShortArray(2);
-    const auto pinBoth = [&] {
-        float* const first = jni.env()->GetFloatArrayElements(floats, nullptr);
-        jshort* const second = jni.env()->GetShortArrayElements(shorts, nullptr);
-        jni.env()->ReleaseFloatArrayElements(floats, first, 0);
-        jni.env()->ReleaseShortArrayElements(shorts, second, JNI_ABORT);
-    };
-    pinBoth();
-    jni.setLogging(true);
-    pinBoth();
-    EXPECT_EQ(jni.calls(), (std::vector<JniCall>{{"GetFloatArrayElements", 1, 0},
-                                                 {"GetShortArrayElements", 2, 0},
-                                                 {"ReleaseFloatArrayElements", 1, 0},
-                                                 {"ReleaseShortArrayElements", 2, JNI_ABORT}}));
 }
 
 TEST(JniEnvironmentDeathTest, OtherCallsAndForeignPointersEndTheProgramByName) {

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace hostkit {
 namespace {
@@ -11,15 +12,22 @@ namespace {
 using namespace std::chrono_literals;
 
 struct Screen {
-    int width;
-    int height;
+    int width, height;
 };
-constexpr Screen screens[] = {{1080, 1920}, {1920, 1080}, {500, 500}, {1, 1}, {1, 5000}, {9000, 3}};
+
+/// Where a mesh vertex lies, from the left and from the top, 0 to 1. The mesh has x to the right
+/// and y up, its origin at the middle of the screen.
+std::pair<double, double> placeOnScreen(const WaterDriver& water, std::size_t firstFloat) {
+    const auto positions = JniEnvironment::elements(water.positions);
+    return {0.5 + static_cast<double>(positions[firstFloat]) / water.meshSizeWidth,
+            0.5 - static_cast<double>(positions[firstFloat + 1]) / water.meshSizeHeight};
+}
 
 TEST(WaterDriver, MeshAndGridFitEveryScreen) {
-    for (const Screen screen : screens) {
+    for (const auto& [width, height] :
+         {Screen{1080, 1920}, {1920, 1080}, {500, 500}, {1, 1}, {1, 5000}, {9000, 3}}) {
         JniEnvironment jni({ArrayAccess::direct, 16});
-        const WaterDriver water = makeWater(jni, screen.width, screen.height);
+        const WaterDriver water = makeWater(jni, width, height);
         const auto vertices =
             static_cast<std::size_t>(water.numDetailsWidth * water.numDetailsHeight);
         EXPECT_LE(vertices, 65536u);
@@ -36,62 +44,45 @@ TEST(WaterDriver, MeshAndGridFitEveryScreen) {
 }
 
 TEST(WaterDriver, ARippleRisesUnderTheFinger) {
-    for (const Screen screen : {Screen{1080, 1920}, Screen{1920, 1080}}) {
+    for (const auto& [width, height] : {Screen{1080, 1920}, {1920, 1080}}) {
         JniEnvironment jni;
-        WaterDriver water = makeWater(jni, screen.width, screen.height);
-        const double touchX = screen.width * 0.25;
-        const double touchY = screen.height * 0.7;
-        rippleAt(water, jni, touchX, touchY, 1.0f);
+        WaterDriver water = makeWater(jni, width, height);
+        rippleAt(water, jni, width * 0.25, height * 0.7, 1.0f);
         buildHeights(water);
-
         const auto heights = JniEnvironment::elements(water.heights);
         std::size_t peak = 0;
-        for (std::size_t at = 0; at < heights.size(); at += 3) {
-            peak = heights[at] > heights[peak] ? at : peak;
+        for (std::size_t vertex = 0; vertex < heights.size(); vertex += 3) {
+            peak = heights[vertex] > heights[peak] ? vertex : peak;
         }
-        // The mesh has x to the right and y up, its origin at the middle of the screen.
-        const auto positions = JniEnvironment::elements(water.positions);
-        const double x =
-            (static_cast<double>(positions[peak]) / water.meshSizeWidth + 0.5) * screen.width;
-        const double y =
-            (0.5 - static_cast<double>(positions[peak + 1]) / water.meshSizeHeight) * screen.height;
-        const double cell = static_cast<double>(screen.width) / water.columns;
+        const auto [right, down] = placeOnScreen(water, peak);
         EXPECT_GT(heights[peak], 2.0f);
-        EXPECT_NEAR(x, touchX, cell);
-        EXPECT_NEAR(y, touchY, cell);
+        EXPECT_NEAR(right, 0.25, 1.0 / water.columns);
+        EXPECT_NEAR(down, 0.7, 1.0 / water.rows);
     }
 }
 
 TEST(WaterDriver, NeighboursLieToTheRightAndAbove) {
     JniEnvironment jni;
     WaterDriver water = makeWater(jni, 90, 160, {.shortSideCells = 9});
+    const auto heightOf = [&water](int column, int row) {
+        const int left = std::min(column, water.columns - 1);
+        const int top = std::clamp(row, 0, water.rows - 1);
+        return static_cast<float>(100 * left + top);
+    };
     const auto cells = JniEnvironment::elements(water.height);
-    for (std::size_t cell = 0; cell < cells.size(); ++cell) {
-        cells[cell] = static_cast<float>(cell);
+    for (int cell = 0; cell < water.columns * water.rows; ++cell) {
+        cells[static_cast<std::size_t>(cell)] =
+            heightOf(cell % water.columns, cell / water.columns);
     }
     buildHeights(water);
-
-    const auto positions = JniEnvironment::elements(water.positions);
     const auto heights = JniEnvironment::elements(water.heights);
-    const std::size_t vertices = heights.size() / 3;
-    const auto heightAt = [&](float x, float y) {
-        for (std::size_t v = 0; v < vertices; ++v) {
-            if (std::abs(positions[3 * v] - x) < 0.01f &&
-                std::abs(positions[3 * v + 1] - y) < 0.01f) {
-                return heights[3 * v];
-            }
-        }
-        return -1.0f;
-    };
-    const float stepX = static_cast<float>(water.meshSizeWidth) / static_cast<float>(water.columns);
-    const float stepY = static_cast<float>(water.meshSizeHeight) / static_cast<float>(water.rows);
-    for (std::size_t v = 0; v < vertices; ++v) {
-        const float x = positions[3 * v];
-        const float y = positions[3 * v + 1];
-        const float right = heightAt(x + stepX, y);
-        const float above = heightAt(x, y + stepY);
-        EXPECT_EQ(heights[3 * v + 1], right < 0 ? heights[3 * v] : right);
-        EXPECT_EQ(heights[3 * v + 2], above < 0 ? heights[3 * v] : above);
+    for (std::size_t vertex = 0; vertex < heights.size(); vertex += 3) {
+        const auto [right, down] = placeOnScreen(water, vertex);
+        const int column = static_cast<int>(std::lround(right * water.columns));
+        const int row = static_cast<int>(std::lround(down * water.rows));
+        EXPECT_EQ(heights[vertex], heightOf(column, row));
+        EXPECT_EQ(heights[vertex + 1], heightOf(column + 1, row));
+        EXPECT_EQ(heights[vertex + 2], heightOf(column, row - 1));
     }
 }
 
@@ -102,14 +93,10 @@ TEST(WaterDriver, StepsAreFixedAndEndWhenTheWaterIsCalm) {
     EXPECT_EQ(water.steps, 0);
 
     rippleAt(water, jni, 45, 80, 1.0f);
-    advanceWater(water, jni, 10ms);
-    EXPECT_EQ(water.steps, 0);
-    advanceWater(water, jni, 10ms);
-    EXPECT_EQ(water.steps, 1);
-    advanceWater(water, jni, 14ms);
-    EXPECT_EQ(water.steps, 2);
-    advanceWater(water, jni, 5s);
-    EXPECT_EQ(water.steps, 6);
+    for (const auto& [elapsed, steps] : {std::pair{10ms, 0}, {10ms, 1}, {14ms, 2}, {5000ms, 6}}) {
+        advanceWater(water, jni, elapsed);
+        EXPECT_EQ(water.steps, steps);
+    }
     for (int frame = 1; frame <= 100; ++frame) {
         advanceWater(water, jni, 16'666'667ns);
         EXPECT_EQ(water.steps, 6 + frame);

@@ -1,8 +1,7 @@
 #include <gtest/gtest.h>
 
-#include <map>
+#include <array>
 #include <random>
-#include <set>
 
 #include "tests/robust/stage.h"
 
@@ -14,59 +13,15 @@ namespace {
 
 using hostkit::GlKind;
 
-/// Reads the recorded lines of the library's calls as a ledger of names.
-class Ledger {
-public:
-    Ledger() {
-        hostkit::glRecorder().programNames.clear();
-        hostkit::glRecorder().recording = true;
-    }
+/// How many textures, buffers, framebuffers, shaders and programs.
+using Counts = std::array<std::size_t, 5>;
 
-    /// Enters what was recorded since the last time. Deleting a name that does not live is a fault.
-    void enter() {
-        for (const std::string& line : hostkit::glRecorder().lines()) {
-            const auto result = line.rfind(" = ");
-            if (line.starts_with("glDelete") && !isNull(deletedBy(line)) &&
-                alive.erase(deletedBy(line)) == 0) {
-                strangers.push_back(line);
-            } else if (line.starts_with("glGen") || line.starts_with("glCreate")) {
-                const std::string name = line.substr(result + 3);
-                alive.insert(isNull(name) ? "none" : name);
-            }
-        }
-        hostkit::glRecorder().calls.clear();
-    }
-    int count(const std::string& kind) const {
-        return static_cast<int>(std::ranges::count_if(alive, [&](const std::string& name) {
-            return name.starts_with(kind) && name.find_first_of("0123456789") == kind.size();
-        }));
-    }
-    std::string counts() const {
-        std::string text;
-        for (const char* kind : {"program", "shader", "framebuffer", "texture", "buffer"}) {
-            text.append(kind).append(" ").append(std::to_string(count(kind))).append("; ");
-        }
-        return text;
-    }
-    /// The context took all its names with it.
-    void newContext() { alive.clear(); }
-
-    std::set<std::string> alive;
-    std::vector<std::string> strangers;  // deleted, and not alive
-
-private:
-    /// glDeleteTextures(1, texture5) or glDeleteShader(shader3)
-    static std::string deletedBy(const std::string& line) {
-        const auto start =
-            std::max(line.find('('), line.find(", ") == line.npos ? 0 : line.find(", ") + 1);
-        return line.substr(start + 1, line.size() - start - 2);
-    }
-    static bool isNull(const std::string& name) {
-        return name.substr(name.find_first_of("0123456789")) == "0";
-    }
-};
-
-constexpr char allNames[] = "program 3; shader 6; framebuffer 3; texture 4; buffer 4; ";
+Counts alive() {
+    auto& names = hostkit::glRecorder().alive;
+    return {names[GlKind::texture].size(), names[GlKind::buffer].size(),
+            names[GlKind::framebuffer].size(), names[GlKind::shader].size(),
+            names[GlKind::program].size()};
+}
 
 /// From now on the `nth` call of a function fails.
 void refuse(const std::string& function, int nth) {
@@ -76,32 +31,37 @@ void refuse(const std::string& function, int nth) {
 }
 
 TEST(GlNames, NoneIsLeftByASetUpThatFailed) {
-    const std::map<std::string, int> failures = {{"glCreateShader", 6},    {"glGetShaderiv", 6},
-                                                 {"glCreateProgram", 3},   {"glGetProgramiv", 3},
-                                                 {"glGenFramebuffers", 3}, {"glGenTextures", 3},
-                                                 {"glGenBuffers", 1}};
+    const struct {
+        std::string function;
+        int calls;
+        Counts left;
+        int links;
+    } failures[] = {
+        {"glCreateShader", 6, {4, 4, 3, 5, 2}, 2},    {"glGetShaderiv", 6, {4, 4, 3, 5, 2}, 2},
+        {"glCreateProgram", 3, {4, 4, 3, 6, 2}, 2},   {"glGetProgramiv", 3, {4, 4, 3, 6, 2}, 3},
+        {"glGenFramebuffers", 3, {4, 4, 2, 6, 3}, 3}, {"glGenTextures", 3, {3, 4, 3, 6, 3}, 3},
+        {"glGenBuffers", 1, {4, 3, 3, 6, 3}, 3}};
     Stage stage;
-    Ledger ledger;
     stage.setUp();
-    for (const auto& [function, count] : failures) {
-        for (int nth = 1; nth <= count; ++nth) {
-            SCOPED_TRACE(function + " " + std::to_string(nth));
-            refuse(function, nth);
-            stage.resources();
-            hostkit::glRecorder().refuse = nullptr;
+    hostkit::GlRecorder& recorder = hostkit::glRecorder();
+    for (const auto& failure : failures) {
+        for (int nth = 1; nth <= failure.calls; ++nth) {
+            SCOPED_TRACE(failure.function + " " + std::to_string(nth));
+            refuse(failure.function, nth);
+            recorder.record([&stage] { stage.resources(); });
+            recorder.refuse = nullptr;
+            EXPECT_EQ(alive(), failure.left);
+            EXPECT_EQ(recorder.count("glLinkProgram"), failure.links);
             stage.tap(Down);
-            stage.draw();
-            stage.draw();
+            stage.draw(2);
             stage.resources();
-            ledger.enter();
-            EXPECT_EQ(ledger.counts(), allNames);
-            EXPECT_EQ(ledger.strangers, std::vector<std::string>{});
+            EXPECT_EQ(alive(), (Counts{4, 4, 3, 6, 3}));
+            EXPECT_EQ(recorder.strayDeletions, "");
         }
     }
     stage.tap(Cancel);
     stage.tap(Down);
-    stage.draw();
-    stage.draw();
+    stage.draw(2);
     EXPECT_EQ(stage.pixelOfFrame(5), background);
     EXPECT_NE(stage.pixelOfFrame(70), background);
 }
@@ -118,9 +78,9 @@ TEST(GlNames, WithoutAMeshBufferNothingIsDrawn) {
 }
 
 TEST(GlNames, AMissingTargetLeavesTheScreenAlone) {
-    for (int failing = 1; failing <= 3; ++failing) {
+    for (int nth = 1; nth <= 3; ++nth) {
         Stage stage;
-        refuse("glGenFramebuffers", failing);
+        refuse("glGenFramebuffers", nth);
         stage.setUp();
         // The water covers nothing.
         std::ranges::fill(hostkit::JniEnvironment::elements(stage.indices), jshort{0});
@@ -132,13 +92,15 @@ TEST(GlNames, AMissingTargetLeavesTheScreenAlone) {
 }
 
 TEST(GlNames, ThroughAnyOrderOfSetUps) {
+    constexpr Counts most = {3 + 3, 3 + 1, 3, 6, 3};
     std::minstd_rand random(5);
     Stage stage;
     glScissor(0, 0, 1, 1);
-    Ledger ledger;
-    int contexts = 1, setUps = 0;
+    hostkit::GlRecorder& recorder = hostkit::glRecorder();
+    recorder.refuse = [&](const char*, int) { return random() % 64 == 0; };
+    int contexts = 1;
+    // The quad's buffer outlives its context as a number, and goes at the next set-up.
     bool isQuadStale = false;
-    hostkit::glRecorder().refuse = [&](const char*, int) { return random() % 64 == 0; };
     for (int call = 0; call < 500; ++call) {
         switch (random() % 8) {
             case 0:
@@ -148,7 +110,6 @@ TEST(GlNames, ThroughAnyOrderOfSetUps) {
             case 1:
             case 2:
                 stage.resources();
-                ++setUps;
                 break;
             case 3:
                 stage.load(static_cast<int>(random() % 3));
@@ -157,12 +118,10 @@ TEST(GlNames, ThroughAnyOrderOfSetUps) {
                 stage.tap(static_cast<jint>(random() % 3));
                 break;
             case 5:
-                if (random() % 4 == 0) {  // a context and what its host must call
-                    ledger.enter();
+                if (random() % 4 == 0) {  // a context, which takes all names with it
                     stage.newContext();
                     glScissor(0, 0, 1, 1);
-                    hostkit::glRecorder().calls.clear();
-                    ledger.newContext();
+                    recorder.alive.clear();
                     stage.buffers();
                     isQuadStale = true;
                     ++contexts;
@@ -171,21 +130,16 @@ TEST(GlNames, ThroughAnyOrderOfSetUps) {
             default:
                 stage.draw();
         }
-        ledger.enter();
-        // The quad's buffer outlives its context as a number, and goes at the next set-up.
-        if (isQuadStale && ledger.strangers.size() == 1) {
-            EXPECT_TRUE(ledger.strangers[0].starts_with("glDeleteBuffers"));
-            ledger.strangers.clear();
+        if (isQuadStale && recorder.strayDeletions.starts_with("glDeleteBuffers")) {
+            recorder.strayDeletions.erase(0, recorder.strayDeletions.find('\n') + 1);
             isQuadStale = false;
         }
-        ASSERT_EQ(ledger.strangers, std::vector<std::string>{}) << "call " << call;
-        ASSERT_LE(ledger.count("program"), 3) << "call " << call;
-        ASSERT_LE(ledger.count("shader"), 6) << "call " << call;
-        ASSERT_LE(ledger.count("framebuffer"), 3) << "call " << call;
-        ASSERT_LE(ledger.count("texture"), 3 + 3) << "call " << call;
-        ASSERT_LE(ledger.count("buffer"), 3 + 1) << "call " << call;
+        ASSERT_EQ(recorder.strayDeletions, "") << "call " << call;
+        const Counts now = alive();
+        for (std::size_t kind = 0; kind < now.size(); ++kind) {
+            ASSERT_LE(now[kind], most[kind]) << "of kind " << kind << ", call " << call;
+        }
     }
-    std::cout << setUps << " set-ups in " << contexts << " contexts\n";
     EXPECT_GT(contexts, 10);
 }
 

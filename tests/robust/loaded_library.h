@@ -1,12 +1,21 @@
 #pragma once
 
 #include <dlfcn.h>
+#include <link.h>
 
+#include <cstring>
 #include <stdexcept>
 
 #include "fuzz/native_methods.h"
 
 namespace robust {
+
+/// Whether an address, such as a caller's, lies in the library. Takes neither lock nor memory.
+inline bool isInLibrary(void* address) {
+    dl_find_object object{};
+    return _dl_find_object(address, &object) == 0 &&
+           std::strstr(object.dlfo_link_map->l_name, "libpeluxVelmora");
+}
 
 /// The library as a JVM has it: opened at run time and closed in the end. Nothing of this program
 /// links it, so each test gets one that has just been loaded.

@@ -11,10 +11,7 @@ namespace {
 /// Sets up and draws while the `first`th allocation fails; returns how many were asked for.
 int setUpWithout(Stage& stage, int first, RefusedMemory::Extent extent) {
     const RefusedMemory refused(first, extent);
-    stage.setting();
-    stage.buffers();
-    stage.resources();
-    EXPECT_EQ(stage.load(1), 0);
+    stage.setUp();
     EXPECT_EQ(stage.pixelOfFrame(5), background);
     for (int frame = 0; frame < 4; ++frame) {
         stage.tap(frame == 0 ? Down : Up);
@@ -35,9 +32,7 @@ TEST(Memory, WhereItLacksTheWaterIsDrawn) {
             Uploads uploads;
             stage.tap(Cancel);
             stage.tap(Down);
-            for (int frame = 0; frame < 5; ++frame) {
-                stage.draw();
-            }
+            stage.draw(5);
             EXPECT_FALSE(uploads.isStill());
         }
         EXPECT_GT(first, 15) << "seven names, seven grids and the packed bytes";
@@ -53,6 +48,19 @@ TEST(Memory, ASetUpThatFailsAfterOneThatDidNot) {
         stage.draw();
         setUpWithout(stage, first, RefusedMemory::one);
     }
+}
+
+TEST(Memory, NoFrameTakesAnyAfterTheFirstTwo) {
+    Stage stage;
+    stage.setUp();
+    stage.tap(Down);
+    stage.draw(2);
+    const RefusedMemory counted(0, RefusedMemory::one);
+    for (int frame = 0; frame < 9; ++frame) {
+        stage.touch(70 + 12 * frame, stage.height - 70, Move);
+        stage.draw();
+    }
+    EXPECT_EQ(counted.asked(), 0);
 }
 
 }  // namespace

@@ -1,41 +1,21 @@
 #include "tests/robust/refused_memory.h"
 
-#include <dlfcn.h>
-#include <link.h>
-
 #include <atomic>
-#include <cstdint>
 #include <cstdlib>
 #include <cstring>
+#include <new>
+
+#include "tests/robust/loaded_library.h"
 
 namespace robust {
 
 namespace {
 
-/// The library's addresses, for what is asked too often for isLibrary.
-std::atomic<std::uintptr_t> libraryBegin = 0, libraryEnd = 0;
-
-int findLibrary(dl_phdr_info* object, std::size_t, void*) {
-    if (!std::strstr(object->dlpi_name, "libpeluxVelmora")) {
-        return 0;
-    }
-    libraryBegin = libraryEnd = object->dlpi_addr;
-    for (int part = 0; part < object->dlpi_phnum; ++part) {
-        const ElfW(Phdr)& header = object->dlpi_phdr[part];
-        if (header.p_type == PT_LOAD) {
-            libraryEnd = object->dlpi_addr + header.p_vaddr + header.p_memsz;
-        }
-    }
-    return 1;
-}
-
-/// 0 while no allocation is to fail.
+std::atomic<bool> isCounting = false, refusesAllFromThere = false;
 std::atomic<int> firstRefused = 0, allocationsAsked = 0;
-std::atomic<bool> refusesAllFromThere = false;
 
 bool isRefused(void* caller) {
-    const auto address = reinterpret_cast<std::uintptr_t>(caller);
-    if (firstRefused == 0 || address < libraryBegin || address >= libraryEnd) {
+    if (!isCounting || !isInLibrary(caller)) {
         return false;
     }
     const int number = ++allocationsAsked;
@@ -45,14 +25,14 @@ bool isRefused(void* caller) {
 }  // namespace
 
 RefusedMemory::RefusedMemory(int first, Extent extent) {
-    dl_iterate_phdr(findLibrary, nullptr);
     refusesAllFromThere = extent == allFromThere;
-    allocationsAsked = 0;
     firstRefused = first;
+    allocationsAsked = 0;
+    isCounting = true;
 }
 
 RefusedMemory::~RefusedMemory() {
-    firstRefused = 0;
+    isCounting = false;
 }
 
 int RefusedMemory::asked() const {
@@ -61,24 +41,37 @@ int RefusedMemory::asked() const {
 
 }  // namespace robust
 
-// The library's imports bind to these before those of the C library.
+using robust::isRefused;
+
+// The library's imports bind to these before those of the C and C++ libraries.
 #pragma GCC visibility push(default)
 extern "C" {
 
-void* malloc(std::size_t size) {
-    static auto* const real = reinterpret_cast<decltype(&malloc)>(dlsym(RTLD_NEXT, "malloc"));
-    if (robust::isRefused(__builtin_return_address(0))) {
-        return nullptr;
-    }
-    return real(size);
-}
+void* __libc_malloc(std::size_t size);
+void* __libc_calloc(std::size_t number, std::size_t size);
+void* __libc_realloc(void* block, std::size_t size);
+void* __libc_memalign(std::size_t alignment, std::size_t size);
 
-char* strdup(const char* text) {
-    static auto* const real = reinterpret_cast<decltype(&strdup)>(dlsym(RTLD_NEXT, "strdup"));
-    if (robust::isRefused(__builtin_return_address(0))) {
-        return nullptr;
-    }
-    return real(text);
+void* malloc(std::size_t size) {
+    return isRefused(__builtin_return_address(0)) ? nullptr : __libc_malloc(size);
 }
+void* calloc(std::size_t number, std::size_t size) {
+    return isRefused(__builtin_return_address(0)) ? nullptr : __libc_calloc(number, size);
+}
+void* realloc(void* block, std::size_t size) {
+    return isRefused(__builtin_return_address(0)) ? nullptr : __libc_realloc(block, size);
+}
+void* aligned_alloc(std::size_t alignment, std::size_t size) {
+    return isRefused(__builtin_return_address(0)) ? nullptr : __libc_memalign(alignment, size);
+}
+char* strdup(const char* text) {
+    const std::size_t size = std::strlen(text) + 1;
+    void* const copy = isRefused(__builtin_return_address(0)) ? nullptr : __libc_malloc(size);
+    return copy ? static_cast<char*>(std::memcpy(copy, text, size)) : nullptr;
+}
+}
+void* operator new(std::size_t size) {
+    void* const block = isRefused(__builtin_return_address(0)) ? nullptr : __libc_malloc(size);
+    return block ? block : throw std::bad_alloc();
 }
 #pragma GCC visibility pop

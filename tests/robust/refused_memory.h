@@ -6,7 +6,7 @@
 namespace robust {
 
 /// Allocations that the library makes while this exists are counted, and fail from the `first`th
-/// on: one of them, or all that follow too.
+/// on: one of them, or all that follow too. The 0th alone: none fails.
 class RefusedMemory {
 public:
     enum Extent { one, allFromThere };

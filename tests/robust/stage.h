@@ -4,9 +4,11 @@
 #include <standin_bitmap.h>
 
 #include <algorithm>
+#include <cmath>
 #include <cstdint>
+#include <map>
 #include <optional>
-#include <span>
+#include <string>
 #include <vector>
 
 #include "hostkit/gl_context.h"
@@ -71,9 +73,17 @@ struct Stage {
     /// A tap's blot, 70 pixels from the left and the lower edge.
     void tap(jint action) { touch(70, height - 70, action); }
     void clear() { native().clearInkValue(env, nullptr); }
-    void draw() {
-        native().onDrawFrame(env, nullptr, positions, heights, indices, 12, 12, 6, matrix, 2, 2, 2,
-                             2, 1.33f, 1, 1, 1, 0.1f, 0.2f, 0.9f, 0.5f, 3, 4, false);
+    jint shownInk() { return native().getClearInkValue(env, nullptr); }
+    void draw(int frames = 1) {
+        for (; frames > 0; --frames) {
+            native().onDrawFrame(env, nullptr, positions, heights, indices, 12, 12, 6, matrix, 2, 2,
+                                 2, 2, 1.33f, 1, 1, 1, 0.1f, 0.2f, 0.9f, 0.5f, 3, 4, false);
+        }
+    }
+    /// What a frame sets the uniforms to, by PROGRAM.NAME.
+    std::map<std::string, std::string> uniformsOfFrame() {
+        hostkit::glRecorder().record([this] { draw(); });
+        return hostkit::glRecorder().uniforms();
     }
     /// The pixel of the next frame as far from the left as from the lower edge. The screen is
     /// painted over before: what the frame does not draw is magenta.
@@ -105,24 +115,19 @@ private:
     }
 };
 
-/// The velocity bytes of the last upload.
+/// The velocities of the last upload.
 struct Uploads {
     Uploads() {
         hostkit::glRecorder().textureUpload = [this](int, int, auto bytes) {
-            last.assign(bytes.begin(), bytes.end());
-            ++count;
+            strongest = 0;
+            for (std::size_t at = 0; at < bytes.size(); at += 2) {
+                strongest = std::max(strongest, std::abs(bytes[at] + bytes[at + 1] / 255.0 - 127));
+            }
         };
     }
-    bool isStill() const {
-        for (std::size_t at = 0; at < last.size(); at += 2) {
-            if (last[at] != 127 || last[at + 1] != 0) {
-                return false;
-            }
-        }
-        return true;
-    }
-    std::vector<std::uint8_t> last;
-    int count = 0;
+    bool isStill() const { return strongest == 0; }
+    /// The largest component, at most 127.
+    double strongest = 0;
 };
 
 }  // namespace robust

@@ -10,8 +10,6 @@
 namespace robust {
 namespace {
 
-WorkerTap tap;
-
 constexpr Moment moments[] = {Moment::start, Moment::firstJitter, Moment::secondJitter,
                               Moment::end};
 
@@ -22,10 +20,10 @@ struct HeldStep {
         glScissor(0, 0, 1, 1);
         stage.tap(Down);
         stage.draw();
-        tap.holdNextAt(moment);
+        nextHold = moment;
         stage.draw();
-        tap.waitUntilHeld();
-        joined = tap.joined();
+        waitUntilHeld();
+        joined = threadsJoined;
     }
     Stage stage;
     int joined = 0;
@@ -44,7 +42,6 @@ TEST(Worker, IsJoinedBeforeAnythingItUsesGoes) {
          [](Stage& s) {
              s.newContext();
              s.buffers();
-             s.resources();
          }},
         {"frame", [](Stage& s) { s.draw(); }},
         {"unload", [](Stage& s) { s.loaded.unload(); }},
@@ -55,13 +52,13 @@ TEST(Worker, IsJoinedBeforeAnythingItUsesGoes) {
                          std::to_string(static_cast<int>(moment)));
             HeldStep step(moment);
             act(step.stage);
-            EXPECT_EQ(tap.joined(), step.joined + 1);
-            EXPECT_FALSE(tap.isHeld());
-            tap.release();
+            EXPECT_EQ(threadsJoined, step.joined + 1);
+            EXPECT_FALSE(isHeld());
+            release();
         }
     }
     EXPECT_FALSE(LoadedLibrary::isLoaded());
-    EXPECT_EQ(tap.started(), tap.joined());
+    EXPECT_EQ(threadsStarted, threadsJoined);
 }
 
 TEST(Worker, HoldsUpNoTouchAndNoPicture) {
@@ -70,13 +67,13 @@ TEST(Worker, HoldsUpNoTouchAndNoPicture) {
         Stage& s = step.stage;
         s.touch(80, s.height - 70, Move);
         s.clear();
-        EXPECT_EQ(s.native().getClearInkValue(s.env, nullptr), 0);
+        EXPECT_EQ(s.shownInk(), 0);
         EXPECT_EQ(s.load(1), 0);
-        EXPECT_TRUE(tap.isHeld());
-        EXPECT_EQ(tap.joined(), step.joined);
-        tap.release();
+        EXPECT_TRUE(isHeld());
+        EXPECT_EQ(threadsJoined, step.joined);
+        release();
     }
-    EXPECT_EQ(tap.started(), tap.joined());
+    EXPECT_EQ(threadsStarted, threadsJoined);
 }
 
 TEST(Worker, ThreadsThatCannotBeHadAreDoneWithout) {
@@ -84,27 +81,25 @@ TEST(Worker, ThreadsThatCannotBeHadAreDoneWithout) {
     stage.setUp();
     Uploads uploads;
     stage.tap(Down);
-    const int started = tap.started(), joined = tap.joined();
-    tap.refuseThreads(5);
+    const int started = threadsStarted, joined = threadsJoined;
+    threadsToRefuse = 5;
     for (int frame = 0; frame < 5; ++frame) {
         EXPECT_EQ(stage.pixelOfFrame(5), background);
     }
     EXPECT_NE(stage.pixelOfFrame(70), background) << "the ink of the tap";
-    EXPECT_EQ(tap.started(), started + 1);
-    EXPECT_EQ(tap.joined(), joined);
+    EXPECT_EQ(threadsStarted, started + 1);
+    EXPECT_EQ(threadsJoined, joined);
     EXPECT_TRUE(uploads.isStill());
     stage.tap(Down);
-    for (int frame = 0; frame < 4; ++frame) {
-        stage.draw();
-    }
+    stage.draw(4);
     EXPECT_FALSE(uploads.isStill());
     // Between two that could be had, and then what waits for the last one.
-    tap.refuseThreads(1);
+    threadsToRefuse = 1;
     stage.draw();
     stage.resources();
     stage.draw();
     stage.loaded.unload();
-    EXPECT_EQ(tap.started(), tap.joined());
+    EXPECT_EQ(threadsStarted, threadsJoined);
 }
 
 }  // namespace

@@ -3,22 +3,16 @@
 #include <dlfcn.h>
 #include <pthread.h>
 
-#include <atomic>
 #include <cerrno>
 #include <condition_variable>
 #include <cstdlib>
-#include <cstring>
 #include <mutex>
-#include <utility>
+
+#include "tests/robust/loaded_library.h"
 
 namespace robust {
 
 namespace {
-
-bool isLibrary(void* caller) {
-    Dl_info object{};
-    return dladdr(caller, &object) != 0 && std::strstr(object.dli_fname, "libpeluxVelmora");
-}
 
 template <class Function>
 Function* next(const char* name) {
@@ -27,9 +21,7 @@ Function* next(const char* name) {
 
 std::mutex lock;
 std::condition_variable changed;
-Moment wanted = Moment::none;         // of the next worker
 bool held = false, released = false;  // guarded by lock
-std::atomic<int> threadsToRefuse = 0, threadsStarted = 0, threadsJoined = 0;
 
 // Of a worker.
 thread_local int jittersLeft = 0;
@@ -65,36 +57,23 @@ void* runWorker(void* started) {
 
 }  // namespace
 
-void WorkerTap::holdNextAt(Moment moment) {
-    wanted = moment;
-}
+std::atomic<Moment> nextHold = Moment::none;
+std::atomic<int> threadsToRefuse = 0, threadsStarted = 0, threadsJoined = 0;
 
-void WorkerTap::waitUntilHeld() {
+void waitUntilHeld() {
     std::unique_lock guard(lock);
     changed.wait(guard, [] { return held; });
 }
 
-bool WorkerTap::isHeld() const {
+bool isHeld() {
     const std::lock_guard guard(lock);
     return held;
 }
 
-void WorkerTap::release() {
+void release() {
     const std::lock_guard guard(lock);
     released = held;
     changed.notify_all();
-}
-
-void WorkerTap::refuseThreads(int count) {
-    threadsToRefuse = count;
-}
-
-int WorkerTap::started() const {
-    return threadsStarted;
-}
-
-int WorkerTap::joined() const {
-    return threadsJoined;
 }
 
 }  // namespace robust
@@ -108,7 +87,7 @@ extern "C" {
 int pthread_create(pthread_t* thread, const pthread_attr_t* attributes, void* (*entry)(void*),
                    void* argument) {
     static auto* const real = next<decltype(pthread_create)>("pthread_create");
-    if (!isLibrary(__builtin_return_address(0))) {
+    if (!isInLibrary(__builtin_return_address(0))) {
         return real(thread, attributes, entry, argument);
     }
     if (threadsToRefuse > 0) {
@@ -117,15 +96,15 @@ int pthread_create(pthread_t* thread, const pthread_attr_t* attributes, void* (*
         return EAGAIN;
     }
     ++threadsStarted;
-    const Moment moment = std::exchange(wanted, Moment::none);
+    const Moment moment = nextHold.exchange(Moment::none);
     return real(thread, attributes, runWorker, new Worker{entry, argument, moment});
 }
 
 int pthread_join(pthread_t thread, void** result) {
     static auto* const real = next<decltype(pthread_join)>("pthread_join");
-    if (isLibrary(__builtin_return_address(0))) {
+    if (isInLibrary(__builtin_return_address(0))) {
         ++threadsJoined;
-        WorkerTap{}.release();
+        release();
     }
     return real(thread, result);
 }

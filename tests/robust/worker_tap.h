@@ -1,5 +1,7 @@
 #pragma once
 
+#include <atomic>
+
 // This program's definitions of the thread functions that the library imports: a test may hold the
 // solver worker at a chosen moment or refuse the library a thread. Calls of anyone else go through
 // untouched.
@@ -10,20 +12,17 @@ namespace robust {
 /// thread not yet ended.
 enum class Moment { none, start, firstJitter, secondJitter, end };
 
-struct WorkerTap {
-    /// The next worker stops at this moment until it is joined or released.
-    void holdNextAt(Moment moment);
-    /// Waits until the worker has come to that moment.
-    void waitUntilHeld();
-    bool isHeld() const;
-    void release();
+/// The next worker stops at this moment until it is joined or released.
+extern std::atomic<Moment> nextHold;
+/// Waits until the worker has come to that moment.
+void waitUntilHeld();
+bool isHeld();
+void release();
 
-    /// As many of the library's next thread creations fail, for want of resources.
-    void refuseThreads(int count);
+/// As many of the library's next thread creations fail, for want of resources.
+extern std::atomic<int> threadsToRefuse;
 
-    /// Threads that the library has started and waited for since the program began.
-    int started() const;
-    int joined() const;
-};
+/// Threads that the library has started and waited for since the program began.
+extern std::atomic<int> threadsStarted, threadsJoined;
 
 }  // namespace robust

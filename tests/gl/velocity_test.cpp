@@ -1,0 +1,129 @@
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+
+#include "bench/reference.h"
+#include "scene.h"
+#include "solver/velocity_packing.h"
+
+// The velocities that each frame of a gesture uploads, beside those of the plain solver.
+
+namespace gltest {
+namespace {
+
+constexpr int screenWidth = 540, screenHeight = 960;
+constexpr int columns = 45, rows = 80;
+
+struct Touch {
+    int x, y;
+    Action action;
+};
+
+/// A frame: the events before it, the movement measured on the last of them, and what its touch
+/// step leaves to the next frame's solver step.
+struct GestureFrame {
+    std::vector<Touch> events;
+    int deltaX, deltaY;
+    int mode;
+    float sourceRadius, velocityDissipation, sourceStrength, inkRadius;
+};
+
+constexpr float pressure = 0.5f;  // its square and 0.2 are the factor 0.45 of a slow drag
+
+const std::vector<GestureFrame> gesture = {
+    {{}, 0, 0, 0, 4, 0.9f, 40, 2},  // at (0, 0), near the edges, the source has shrunk
+    {{{200, 300, Down}}, 0, 0, -1, 40, 0.98f, 0, 0},
+    {{}, 0, 0, -1, 40, 0.98f, 12, 8},
+    {{}, 0, 0, -1, 40, 0.98f, 24, 16},
+    {{}, 0, 0, -1, 40, 0.98f, 36, 24},
+    {{}, 0, 0, -1, 40, 0.98f, 48, 32},
+    {{}, 0, 0, -1, 40, 0.98f, 0, 40},
+    {{{203, 300, Move}, {204, 301, Move}}, 1, 1, 0, 20, 0.9f, 45 * 0.45f, 40 * 0.45f},
+    {{{211, 301, Move}}, 7, 0, 1, 20, 0.94f, 10, 25},
+    {{{240, 290, Move}}, 29, -11, 2, 4, 0.96f, 20, 30},
+    {{{300, 250, Move}}, 60, -40, 2, 4, 0.96f, 20, 30},
+    {{{360, 280, Move}}, 60, 30, 2, 4, 0.96f, 20, 30},
+    {{{490, 300, Move}}, 130, 20, 2, 4, 0.96f, 20, 30},  // near the edge a fast drag only pushes
+    {{{488, 300, Move}}, -2, 0, 0, 20, 0.9f, 45 * 0.45f, 40 * 0.45f},
+    {{{488, 300, Move}}, 0, 0, 0, 20, 0.9f, 45 * 0.45f, 40 * 0.45f},
+    {{{460, 300, Move}, {460, 300, Up}}, 0, 0, -1, 40, 0.98f, 0, 48},  // ends as the tap it was
+    {{}, 0, 0, -1, 40, 0.98f, 0, 56},
+};
+
+/// What the library uploads in the frames of the gesture and in one more.
+std::vector<Bytes> uploadsOfLibrary() {
+    std::vector<Bytes> uploads;
+    Scene scene(screenWidth, screenHeight, true);
+    scene.setUp();
+    scene.rasteriseNothing();
+    scene.recorder.textureUpload = [&](int width, int height, std::span<const std::uint8_t> rgba) {
+        EXPECT_EQ(width, columns);
+        EXPECT_EQ(height, rows);
+        uploads.emplace_back(rgba.begin(), rgba.end());
+    };
+    std::srand(1);
+    for (const GestureFrame& frame : gesture) {
+        for (const Touch& touch : frame.events) {
+            scene.touch(touch.x, touch.y, touch.action, pressure);
+        }
+        scene.draw();
+    }
+    scene.draw();
+    scene.setting(screenWidth, screenHeight, true);  // waits for the last step
+    return uploads;
+}
+
+/// A flow at rest on grids of the screen's size.
+void makeStill(velmora::EffectState& state) {
+    velmora::applySettings(state, screenWidth, screenHeight, true);
+    for (velmora::FloatGrid* const grid : {&state.velocity, &state.velocityScratch, &state.pressure,
+                                           &state.pressureScratch, &state.divergence}) {
+        velmora::reallocateGrid(*grid, columns, rows, 2);
+        velmora::clearGrid(*grid, 2);
+    }
+    velmora::reallocatePackedVelocity(state.packedVelocity, columns, rows);
+}
+
+/// What they are to be: those of a still flow first, then of each frame's step.
+std::vector<Bytes> uploadsOfPlainSolver() {
+    velmora::EffectState state;
+    makeStill(state);
+    Bytes still;
+    for (int cell = 0; cell < columns * rows; ++cell) {
+        still.insert(still.end(), {127, 0, 127, 0});
+    }
+    std::vector<Bytes> uploads{still};
+    std::srand(1);
+    Touch touch{};
+    for (const GestureFrame& frame : gesture) {
+        const Touch before = touch;
+        touch = frame.events.empty() ? touch : frame.events.back();
+        reference::runSolverStep(
+            state, {touch.x, touch.y, frame.deltaX, frame.deltaY, state.dragMode, 0.0f});
+        uploads.emplace_back(state.packedVelocity, state.packedVelocity + columns * rows * 4);
+        state.dragMode = frame.mode;
+        state.sourceRadius = frame.sourceRadius;
+        state.velocityDissipation = frame.velocityDissipation;
+        state.sourceStrength = frame.sourceStrength;
+        state.inkRadius = frame.inkRadius;
+        if (frame.mode == 2) {
+            state.dragSegment = {before.x, before.y, touch.x, touch.y};
+        }
+    }
+    return uploads;
+}
+
+TEST(Velocity, OfEachFrameIsUploadedOneFrameLater) {
+    const std::vector<Bytes> found = uploadsOfLibrary();
+    const std::vector<Bytes> expected = uploadsOfPlainSolver();
+    ASSERT_EQ(found.size(), expected.size());
+    for (std::size_t frame = 0; frame < found.size(); ++frame) {
+        EXPECT_TRUE(found[frame] == expected[frame]) << "frame " << frame;
+        // What passes on a flow that never moves would tell nothing.
+        EXPECT_EQ(expected[frame] == expected[0], frame < 4) << "frame " << frame;
+    }
+    EXPECT_EQ(uploadsOfLibrary(), found) << "the same gesture again";
+}
+
+}  // namespace
+}  // namespace gltest

@@ -1,0 +1,45 @@
+#include <gtest/gtest.h>
+
+#include "tests/robust/stage.h"
+
+// What only a library that has just been loaded shows.
+
+namespace robust {
+namespace {
+
+TEST(FirstUse, AnyCallMayComeBeforeTheSettings) {
+    Stage stage;
+    EXPECT_EQ(stage.shownInk(), 0);
+    stage.draw();
+    stage.clear();
+    EXPECT_EQ(stage.shownInk(), 0);
+    stage.resources();
+    EXPECT_EQ(hostkit::glRecorder().alive[hostkit::GlKind::program].size(), 1u) << "water alone";
+    stage.tap(Down);
+    EXPECT_EQ(stage.shownInk(), 1);
+    stage.setting();
+    stage.draw(3);  // with ink, and without any resource
+    EXPECT_EQ(stage.load(1), 0);
+    stage.draw();
+}
+
+TEST(FirstUse, AFirstDragIsATapUntilItsFirstMeasuredMove) {
+    Stage stage;
+    stage.setUp();
+    stage.touch(100, 120, Down);
+    stage.draw(2);
+    stage.touch(106, 120, Move);  // makes it a drag, of a class not yet known
+    for (const char* const expected :
+         {"-1 radius 8 from 100, 904", "-1 radius 8 from 106, 904", "1 radius 25 from 106, 904"}) {
+        auto uniforms = stage.uniformsOfFrame();
+        EXPECT_EQ(uniforms["impulse.mode"] + " radius " + uniforms["impulse.Radius"] + " from " +
+                      uniforms["impulse.previous"],
+                  expected);
+        if (uniforms["impulse.previous"] == uniforms["impulse.current"]) {
+            stage.touch(109, 120, Move);
+        }
+    }
+}
+
+}  // namespace
+}  // namespace robust
