@@ -5,11 +5,11 @@
 
 namespace player {
 
-/// What ends a run early, told to the user as one line "what: where".
+/// What ends a run early, told to the user as one line "what: where"; the line ends of a name or of
+/// another library's words become blanks.
 struct Failure : std::runtime_error {
-    explicit Failure(const std::string& line) : std::runtime_error(line) {}
-    Failure(const std::string& what, const std::string& where)
-        : std::runtime_error(what + ": " + where) {}
+    explicit Failure(const std::string& line);
+    Failure(const std::string& what, const std::string& where);
 };
 
 }  // namespace player

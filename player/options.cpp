@@ -74,6 +74,14 @@ void describe(CLI::App& app, Options& options) {
                    "The folder for the window's screenshots, films, recordings and presets")
         ->type_name("FOLDER")
         ->capture_default_str();
+    app.add_option_function<std::string>(
+           "--overlay",
+           [&options](const std::string& given) {
+               options.overlays = {given == "velocity", given == "ink"};
+           },
+           "What to show over the picture: the velocity field or the ink's density")
+        ->check(CLI::IsMember({"velocity", "ink"}))
+        ->type_name("velocity|ink");
     app.add_flag("--no-attract", options.noAttract, "No finger of its own in an idle window");
     app.footer("Keys of the window:\n" + keyHelp());
 }

@@ -3,6 +3,8 @@
 #include <filesystem>
 #include <optional>
 
+#include "player/draw/overlays.h"
+
 namespace player {
 
 /// What the command line asks for.
@@ -29,6 +31,7 @@ struct Options {
     bool noAttract = false;
     bool waterOnly = false;
     bool digest = false;
+    Overlays overlays;
 };
 
 /// Reads the command line; nothing when the user asked for help, which has been printed then.

@@ -7,6 +7,7 @@
 #include <memory>
 #include <string>
 
+#include "hostkit/gl_context.h"
 #include "player/failure.h"
 
 namespace player {
@@ -25,9 +26,8 @@ using PixbufPointer = std::unique_ptr<GdkPixbuf, Unref>;
 
 /// Takes over the error of a failed call.
 Failure failure(GError* error, const std::filesystem::path& file) {
-    std::string what = error != nullptr ? error->message : "cannot read the picture";
+    const std::string what = error != nullptr ? error->message : "cannot read the picture";
     g_clear_error(&error);
-    std::replace(what.begin(), what.end(), '\n', ' ');
     return Failure(what, file.string());
 }
 
@@ -88,6 +88,14 @@ Picture plainPicture(int width, int height, std::uint8_t shade) {
     picture.rgba.resize(4 * static_cast<std::size_t>(width) * static_cast<std::size_t>(height));
     const guint32 grey = guint32{shade} * 0x01010100;
     gdk_pixbuf_fill(pixbufOf(picture).get(), grey | 0xFF);
+    return picture;
+}
+
+Picture screenPicture(Size screen) {
+    Picture picture{screen.width, screen.height, hostkit::readScreen(screen.width, screen.height)};
+    for (std::size_t alpha = 3; alpha < picture.rgba.size(); alpha += 4) {
+        picture.rgba[alpha] = 255;
+    }
     return picture;
 }
 

@@ -4,6 +4,7 @@
 #include <filesystem>
 
 #include "hostkit/picture.h"
+#include "player/size.h"
 
 namespace player {
 
@@ -13,6 +14,9 @@ hostkit::Picture loadPicture(const std::filesystem::path& file, int width, int h
 
 /// An opaque picture of one shade of grey, from 0 to 255.
 hostkit::Picture plainPicture(int width, int height, std::uint8_t shade);
+
+/// What the current GL context's screen of that size shows, opaque: its alpha is not part of that.
+hostkit::Picture screenPicture(Size screen);
 
 /// Draws `picture` scaled to width x height into `target` with its top left corner at (x, y).
 void drawScaled(const hostkit::Picture& picture, hostkit::Picture& target, int x, int y, int width,

@@ -112,9 +112,7 @@ Json parse(const fs::path& file) {
     try {
         return Json::parse(stream);
     } catch (const Json::exception& error) {
-        std::string what = error.what();
-        std::replace(what.begin(), what.end(), '\n', ' ');
-        throw Failure("not JSON, " + what, file.string());
+        throw Failure("not JSON, " + std::string(error.what()), file.string());
     }
 }
 

@@ -2,16 +2,17 @@
 
 #include <csignal>
 #include <cstdio>
-#include <cstdlib>
 #include <span>
 #include <string>
 #include <utility>
 
 #include "hostkit/effect_host.h"
-#include "hostkit/gl_recorder.h"
 #include "player/digest.h"
+#include "player/effect_tap.h"
 #include "player/failure.h"
 #include "player/film.h"
+#include "player/film_screen.h"
+#include "player/frame_time.h"
 #include "player/picture.h"
 #include "player/preset.h"
 #include "player/progress.h"
@@ -21,15 +22,6 @@
 
 namespace player {
 namespace {
-
-using hostkit::Picture;
-
-struct Digests {
-    /// Heights and velocities of the water after each frame.
-    Digest water;
-    /// The bytes of every velocity texture.
-    Digest velocity;
-};
 
 volatile std::sig_atomic_t interrupted = 0;
 
@@ -56,51 +48,39 @@ hostkit::EffectHostOptions hostOptions(const Options& options, const Settings& s
     return host;
 }
 
-/// Collects the velocity textures from here on: uploads of the size of the solver's grid.
-void tapVelocity(const Options& options, Digest& digest) {
-    const int columns = options.width / 12;
-    const int rows = options.height / 12;
-    hostkit::glRecorder().textureUpload = [=, &digest](int width, int height,
-                                                       std::span<const std::uint8_t> bytes) {
-        if (width == columns && height == rows) {
-            addBytes(digest, std::as_bytes(bytes));
-        }
-    };
+hostkit::GestureScript scriptOf(const Options& options) {
+    hostkit::GestureScript script = hostkit::scaledToScreen(
+        hostkit::loadGestureScript(options.script), options.width, options.height);
+    script.frames = options.frames > 0 ? options.frames : script.frames;
+    return script;
 }
 
+/// Adds heights and velocities.
 void addWater(Digest& digest, const hostkit::WaterDriver& water) {
     addBytes(digest, std::as_bytes(hostkit::JniEnvironment::elements(water.height)));
     addBytes(digest, std::as_bytes(hostkit::JniEnvironment::elements(water.velocity)));
 }
 
-/// What the screen shows; its alpha channel is not part of that.
-Picture screen(const hostkit::EffectHost& host) {
-    Picture picture{host.width(), host.height(), host.pixels()};
-    for (std::size_t alpha = 3; alpha < picture.rgba.size(); alpha += 4) {
-        picture.rgba[alpha] = 255;
-    }
-    return picture;
-}
-
-void play(hostkit::EffectHost& host, const Settings& settings, const hostkit::GestureScript& script,
-          int frameCount, Film& film, Digests& digests) {
-    constexpr std::chrono::nanoseconds frameTime(16'666'667);
+void play(hostkit::EffectHost& host, FilmScreen& screen, EffectTap& tap, const Settings& settings,
+          const hostkit::GestureScript& script, Film& film, Digest& water) {
     Rain rain;
-    Progress progress = startProgress(frameCount);
-    for (int frame = 0; frame < frameCount; ++frame) {
+    Progress progress = startProgress(script.frames);
+    for (int frame = 0; frame < script.frames; ++frame) {
         fall(rain, host, settings, frameTime);
-        host.frame(hostkit::eventsOfFrame(script, frame), frameTime);
-        addWater(digests.water, host.water());
-        film.add(screen(host));
+        host.step(hostkit::eventsOfFrame(script, frame), frameTime);
+        tap.draw(host);
+        screen.drawOver(tap);
+        addWater(water, host.water());
+        film.add(screen.shown());
         showProgress(progress, frame + 1);
         if (interrupted != 0) {
             throw Failure("interrupted", "frame " + std::to_string(frame + 1) + " of " +
-                                             std::to_string(frameCount));
+                                             std::to_string(script.frames));
         }
     }
 }
 
-void tell(const Options& options, const Film& film, const Digests& digests) {
+void tell(const Options& options, const Film& film, const Digest& water, const Digest& velocity) {
     std::printf("film      %s\n", (options.out / "film.mp4").c_str());
     std::printf("sheet     %s\n", (options.out / "sheet.png").c_str());
     std::printf("pictures  %s\n", (options.out / "frame-NN.png").c_str());
@@ -110,8 +90,7 @@ void tell(const Options& options, const Film& film, const Digests& digests) {
     }
     std::printf("\n");
     if (options.digest) {
-        std::printf("water %s\nvelocity %s\n", hex(digests.water).c_str(),
-                    hex(digests.velocity).c_str());
+        std::printf("water %s\nvelocity %s\n", hex(water).c_str(), hex(velocity).c_str());
     }
 }
 
@@ -119,19 +98,25 @@ void tell(const Options& options, const Film& film, const Digests& digests) {
 
 void run(const Options& options) {
     takeSignals();
-    const hostkit::GestureScript script = hostkit::scaledToScreen(
-        hostkit::loadGestureScript(options.script), options.width, options.height);
-    const int frameCount = options.frames > 0 ? options.frames : script.frames;
+    const hostkit::GestureScript script = scriptOf(options);
     const Settings settings = startSettings(options);
-    hostkit::EffectHost host(hostOptions(options, settings));
+    hostkit::EffectHostOptions chosen = hostOptions(options, settings);
+    const Size size{options.width, options.height};
+    FilmScreen screen(size, options.overlays);
+    EffectTap tap;
+    chosen.renewContext = [&] {
+        tap.forgetInk();
+        screen.renewContext();
+    };
+    hostkit::EffectHost host(std::move(chosen));
+    tap.watch(size, !settings.waterOnly);
     Staging staging(options.out);
-    Film film(staging.folder(), options.width, options.height, frameCount);
-    Digests digests;
-    tapVelocity(options, digests.velocity);
-    play(host, settings, script, frameCount, film, digests);
+    Film film(staging.folder(), size.width, size.height, script.frames);
+    Digest water;
+    play(host, screen, tap, settings, script, film, water);
     film.finish();
     staging.publish();
-    tell(options, film, digests);
+    tell(options, film, water, tap.velocityDigest());
 }
 
 }  // namespace player

@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "hostkit/gesture_script.h"
-#include "player/window/gl_window.h"
+#include "player/size.h"
 
 namespace player {
 

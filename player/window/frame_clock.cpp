@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include "player/frame_time.h"
+
 namespace player {
 namespace {
 

@@ -29,6 +29,4 @@ private:
     std::chrono::nanoseconds owed{0};
 };
 
-constexpr std::chrono::nanoseconds frameTime(16'666'667);
-
 }  // namespace player

@@ -3,7 +3,6 @@
 #define SDL_MAIN_HANDLED
 #include <SDL2/SDL.h>
 
-#include <algorithm>
 #include <cstdlib>
 #include <string>
 
@@ -14,9 +13,8 @@ namespace player {
 namespace {
 
 Failure failed(const char* what) {
-    std::string line = SDL_GetError();
-    std::replace(line.begin(), line.end(), '\n', ' ');
-    return Failure(std::string(what) + ", " + line + " (--headless films without a window)");
+    return Failure(std::string(what) + ", " + SDL_GetError() +
+                   " (--headless films without a window)");
 }
 
 bool isSet(const char* variable) {

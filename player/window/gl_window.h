@@ -4,13 +4,9 @@
 
 #include <memory>
 
-namespace player {
+#include "player/size.h"
 
-struct Size {
-    int width;
-    int height;
-    bool operator==(const Size&) const = default;
-};
+namespace player {
 
 /// Whether the environment names a display of X11 or Wayland.
 bool hasDesktop();

@@ -1,13 +1,7 @@
 #pragma once
 
-#include <memory>
-#include <optional>
-
-#include "player/window/canvas.h"
+#include "player/draw/painter.h"
 #include "player/window/gl_window.h"
-#include "player/window/imgui_renderer.h"
-
-struct ImGuiContext;
 
 namespace player {
 
@@ -22,19 +16,16 @@ public:
 
     /// A new GL context with what the player draws with set up in it.
     void renewContext();
+    /// Begins the ImGui frame that the painter draws.
     void beginPanel();
-    void drawPanel();
 
     GlWindow& window() { return glWindow; }
-    Canvas& canvas() { return *pictureCanvas; }
+    Canvas& canvas() { return painter.canvas(); }
+    void drawPanel() { painter.draw(); }
 
 private:
-    void setUp();
-
     GlWindow glWindow;
-    ImGuiContext* panel;
-    std::optional<Canvas> pictureCanvas;
-    std::optional<ImGuiRenderer> renderer;
+    Painter painter;
 };
 
 }  // namespace player

@@ -1,13 +1,10 @@
 #include "player/window/session.h"
 
-#include <GLES2/gl2.h>
-
 #include <algorithm>
 #include <cstdlib>
-#include <string_view>
 #include <utility>
 
-#include "hostkit/gl_recorder.h"
+#include "player/frame_time.h"
 #include "player/picture.h"
 #include "player/window/screen.h"
 
@@ -21,7 +18,6 @@ using hostkit::Touch;
 using hostkit::TouchAction;
 using std::chrono::steady_clock;
 
-constexpr int pixelsPerCell = 12;
 /// The ink has begun to fade after so many frames without a touch; two pictures so many frames
 /// apart tell whether it still does.
 constexpr int quietFramesBefore = 60;
@@ -52,41 +48,7 @@ Session::Session(Screen& onScreen, const Settings& chosen, std::filesystem::path
       screen(onScreen),
       pictureFile(std::move(picture)),
       secondFile(std::move(second)) {
-    hookGl();
     restart();
-}
-
-Session::~Session() {
-    hostkit::glRecorder().reset();
-}
-
-void Session::hookGl() {
-    hostkit::glRecorder().inside = [this](std::string_view function) {
-        if (!drawing) {
-            return;
-        }
-        if (!solverReady && function == "glBindTexture") {
-            solverReady = steady_clock::now();  // the velocities are complete and get uploaded
-        } else if (function == "glDrawElements" && !applied.waterOnly) {
-            GLint unit = 0;
-            GLint texture = 0;
-            glGetIntegerv(GL_ACTIVE_TEXTURE, &unit);
-            glActiveTexture(GL_TEXTURE2);
-            glGetIntegerv(GL_TEXTURE_BINDING_2D, &texture);
-            glActiveTexture(static_cast<GLenum>(unit));
-            ink = static_cast<std::uint32_t>(texture);
-        }
-    };
-    hostkit::glRecorder().textureUpload = [this](int width, int height,
-                                                 std::span<const std::uint8_t> bytes) {
-        if (drawing && width == screenSize.width / pixelsPerCell &&
-            height == screenSize.height / pixelsPerCell) {
-            addBytes(digest, std::as_bytes(bytes));
-            field.columns = width;
-            field.rows = height;
-            field.bytes.assign(bytes.begin(), bytes.end());
-        }
-    };
 }
 
 void Session::restart() {
@@ -105,15 +67,13 @@ void Session::restart() {
     options.secondBackground = loadPicture(secondFile, screenSize.width, screenSize.height);
     options.water = waterOf(settings);
     options.renewContext = [this] {
-        ink = 0;
+        tap.forgetInk();
         screen.renewContext();
     };
     host.emplace(std::move(options));
     applied = settings;
     applyLook(settings, host->look());
-    digest = {};
-    field = {};
-    ink = 0;
+    tap.watch(screenSize, !settings.waterOnly);
     rain = {};
     watchForCalm(true);
 }
@@ -126,19 +86,12 @@ void Session::frame(std::span<const ScriptAction> actions, std::chrono::nanoseco
     fall(rain, *host, settings, elapsed);
     host->step(events, elapsed);
     const auto drawStart = steady_clock::now();
-    draw();
+    tap.draw(*host);
     const auto end = steady_clock::now();
-    const auto ready = solverReady.value_or(drawStart);
+    const auto ready = tap.solverReady().value_or(drawStart);
     lastTimes = {milliseconds(drawStart - start), milliseconds(ready - drawStart),
                  milliseconds(end - ready)};
     watchForCalm(disturbed);
-}
-
-void Session::draw() {
-    solverReady.reset();
-    drawing = true;
-    host->draw();
-    drawing = false;
 }
 
 void Session::applySettings() {
@@ -194,7 +147,7 @@ void Session::startRecording(const std::filesystem::path& file) {
     startReplay();
     record.emplace(file, screenSize);
     // Their events are the first of the recording, so that its replay finds them too.
-    frame(forgetGestures(settings), std::chrono::nanoseconds(16'666'667));
+    frame(forgetGestures(settings), frameTime);
 }
 
 void Session::startReplay() {
@@ -228,8 +181,7 @@ void Session::watchForCalm(bool disturbed) {
 }
 
 hostkit::Picture Session::shown() const {
-    return {screenSize.width, screenSize.height,
-            hostkit::readScreen(screenSize.width, screenSize.height)};
+    return screenPicture(screenSize);
 }
 
 }  // namespace player

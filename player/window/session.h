@@ -8,11 +8,10 @@
 #include <vector>
 
 #include "hostkit/effect_host.h"
-#include "player/digest.h"
+#include "player/effect_tap.h"
 #include "player/rain.h"
 #include "player/settings.h"
 #include "player/window/gesture_recording.h"
-#include "player/window/gl_window.h"
 
 namespace player {
 
@@ -25,13 +24,6 @@ struct FrameTimes {
     float gl;
 };
 
-/// A velocity texture as the library uploaded it, RGBA8, the bottom row first.
-struct VelocityField {
-    int columns = 0;
-    int rows = 0;
-    std::vector<std::uint8_t> bytes;
-};
-
 /// The effect in the window: a host with the settings applied, what of it can be looked at, and the
 /// recording.
 class Session {
@@ -39,7 +31,6 @@ public:
     /// Throws Failure or HostError, as all members do that touch GL or files.
     Session(Screen& onScreen, const Settings& settings, std::filesystem::path picture,
             std::filesystem::path second);
-    ~Session();
     Session(const Session&) = delete;
     Session& operator=(const Session&) = delete;
 
@@ -59,11 +50,8 @@ public:
 
     /// Whether another frame would show the same.
     bool calm() const;
-    /// Of every velocity texture since the last start.
-    const Digest& velocityDigest() const { return digest; }
-    const VelocityField& velocity() const { return field; }
-    /// The GL name of the texture with the ink; 0 before the first frame with ink.
-    std::uint32_t inkTexture() const { return ink; }
+    /// What was seen since the last start.
+    const EffectTap& seen() const { return tap; }
     const FrameTimes& times() const { return lastTimes; }
     Size size() const { return screenSize; }
     hostkit::Picture shown() const;
@@ -72,10 +60,8 @@ public:
     Settings settings;
 
 private:
-    void hookGl();
     void applySettings();
     std::vector<hostkit::ScriptEvent> eventsOf(std::span<const hostkit::ScriptAction> actions);
-    void draw();
     void watchForCalm(bool disturbed);
 
     Screen& screen;
@@ -83,15 +69,11 @@ private:
     std::filesystem::path secondFile;
     Settings applied;
     Size screenSize{};
+    EffectTap tap;
     std::optional<hostkit::EffectHost> host;
     std::optional<GestureRecording> record;
 
-    Digest digest;
-    VelocityField field;
-    std::uint32_t ink = 0;
     FrameTimes lastTimes{};
-    bool drawing = false;
-    std::optional<std::chrono::steady_clock::time_point> solverReady;
 
     Rain rain;
     int quietFrames = 0;

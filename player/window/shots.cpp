@@ -30,10 +30,7 @@ fs::path Shots::freeFile(const std::string& stem, const std::string& extension) 
     }
 }
 
-fs::path Shots::screenshot(hostkit::Picture picture) const {
-    for (std::size_t alpha = 3; alpha < picture.rgba.size(); alpha += 4) {
-        picture.rgba[alpha] = 255;  // the screen's alpha is not part of what it shows
-    }
+fs::path Shots::screenshot(const hostkit::Picture& picture) const {
     fs::path file = freeFile("shot", ".png");
     savePng(picture, file);
     return file;
@@ -51,13 +48,29 @@ fs::path Shots::nameForGesture() const {
 
 fs::path Shots::startFilm(Size size) {
     filmFile = freeFile("film", ".mp4");
-    film.emplace(filmFile, size.width, size.height);
+    film = std::make_unique<Encoder>(filmFile, size.width, size.height);
+    filmFrames = 0;
     return filmFile;
 }
 
-fs::path Shots::finishFilm() {
-    film->finish();
-    film.reset();
+void Shots::addToFilm(const hostkit::Picture& frame) {
+    try {
+        film->add(frame);
+        ++filmFrames;
+    } catch (...) {
+        film.reset();
+        throw;
+    }
+}
+
+std::optional<fs::path> Shots::finishFilm() {
+    const std::unique_ptr<Encoder> ending = std::exchange(film, nullptr);
+    ending->finish();
+    if (filmFrames == 0) {
+        std::error_code ignored;
+        fs::remove(filmFile, ignored);
+        return std::nullopt;
+    }
     return filmFile;
 }
 

@@ -2,6 +2,8 @@
 
 #include <X11/Xatom.h>
 
+#include <algorithm>
+#include <array>
 #include <chrono>
 #include <memory>
 #include <thread>
@@ -15,36 +17,31 @@ struct Source {
 
     Atom atom(const char* name) const { return XInternAtom(display, name, False); }
 
-    void send(const char* type, long first, long second, long third, long fourth) const {
-        XClientMessageEvent message{};
-        message.type = ClientMessage;
-        message.display = display;
-        message.window = target;
-        message.message_type = atom(type);
-        message.format = 32;
-        const long data[] = {static_cast<long>(window), first, second, third, fourth};
-        std::copy(std::begin(data), std::end(data), message.data.l);
-        XSendEvent(display, target, False, NoEventMask, reinterpret_cast<XEvent*>(&message));
-        XFlush(display);
+    void send(Window to, XEvent event) const {
+        XSendEvent(display, to, False, NoEventMask, &event);
+    }
+
+    void tell(const char* type, std::array<long, 4> words) const {
+        XEvent event{};
+        event.xclient = {ClientMessage, 0, True, display, target, atom(type), 32, {}};
+        event.xclient.data.l[0] = static_cast<long>(window);
+        std::copy(words.begin(), words.end(), event.xclient.data.l + 1);
+        send(target, event);
     }
 
     /// Hands the dropped text over to the window that asks for it.
-    void answer(const XSelectionRequestEvent& request, const std::string& text) const {
-        XChangeProperty(display, request.requestor, request.property, request.target, 8,
-                        PropModeReplace, reinterpret_cast<const unsigned char*>(text.data()),
+    void answer(const XSelectionRequestEvent& asked, const std::string& text) const {
+        XChangeProperty(display, asked.requestor, asked.property, asked.target, 8, PropModeReplace,
+                        reinterpret_cast<const unsigned char*>(text.data()),
                         static_cast<int>(text.size()));
-        XSelectionEvent notice{SelectionNotify,
-                               0,
-                               True,
-                               display,
-                               request.requestor,
-                               request.selection,
-                               request.target,
-                               request.property,
-                               request.time};
-        XSendEvent(display, request.requestor, False, NoEventMask,
-                   reinterpret_cast<XEvent*>(&notice));
-        XFlush(display);
+        XEvent event{};
+        event.type = SelectionNotify;
+        event.xselection.requestor = asked.requestor;
+        event.xselection.selection = asked.selection;
+        event.xselection.target = asked.target;
+        event.xselection.property = asked.property;
+        event.xselection.time = asked.time;
+        send(asked.requestor, event);
     }
 };
 
@@ -52,18 +49,14 @@ struct Source {
 
 bool dropFile(Window target, const std::string& file) {
     const std::unique_ptr<Display, int (*)(Display*)> display(XOpenDisplay(nullptr), XCloseDisplay);
-    if (!display) {
-        return false;
-    }
     const Window window =
         XCreateSimpleWindow(display.get(), DefaultRootWindow(display.get()), 0, 0, 1, 1, 0, 0, 0);
     const Source source{display.get(), window, target};
-    const Atom uris = source.atom("text/uri-list");
     XSetSelectionOwner(display.get(), source.atom("XdndSelection"), window, CurrentTime);
-    source.send("XdndEnter", 5L << 24, static_cast<long>(uris), 0, 0);
-    source.send("XdndPosition", 0, 0, CurrentTime,
-                static_cast<long>(source.atom("XdndActionCopy")));
-    source.send("XdndDrop", 0, CurrentTime, 0, 0);
+    source.tell("XdndEnter", {5L << 24, static_cast<long>(source.atom("text/uri-list"))});
+    source.tell("XdndPosition",
+                {0, 0, CurrentTime, static_cast<long>(source.atom("XdndActionCopy"))});
+    source.tell("XdndDrop", {0, CurrentTime});
     for (int turn = 0; turn < 3000; ++turn) {
         while (XPending(display.get()) > 0) {
             XEvent event{};

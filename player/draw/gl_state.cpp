@@ -1,0 +1,83 @@
+#include "player/draw/gl_state.h"
+
+#include <string>
+
+#include "player/failure.h"
+
+namespace player {
+namespace {
+
+GLint valueOf(GLenum name) {
+    GLint value = 0;
+    glGetIntegerv(name, &value);
+    return value;
+}
+
+void turn(GLenum capability, GLboolean on) {
+    on ? glEnable(capability) : glDisable(capability);
+}
+
+GLuint compile(GLenum kind, const char* text) {
+    const GLuint shader = glCreateShader(kind);
+    glShaderSource(shader, 1, &text, nullptr);
+    glCompileShader(shader);
+    return shader;
+}
+
+}  // namespace
+
+GlStateGuard::GlStateGuard()
+    : program(valueOf(GL_CURRENT_PROGRAM)),
+      vertices(valueOf(GL_ARRAY_BUFFER_BINDING)),
+      indices(valueOf(GL_ELEMENT_ARRAY_BUFFER_BINDING)),
+      framebuffer(valueOf(GL_FRAMEBUFFER_BINDING)),
+      unit(valueOf(GL_ACTIVE_TEXTURE)),
+      blendFrom(valueOf(GL_BLEND_SRC_RGB)),
+      blendTo(valueOf(GL_BLEND_DST_RGB)),
+      blend(glIsEnabled(GL_BLEND)),
+      scissor(glIsEnabled(GL_SCISSOR_TEST)) {
+    glGetIntegerv(GL_VIEWPORT, viewport.data());
+    glActiveTexture(GL_TEXTURE0);
+    // Of unit 0, hence not before it is active.
+    // NOLINTNEXTLINE(cppcoreguidelines-prefer-member-initializer)
+    texture = valueOf(GL_TEXTURE_BINDING_2D);
+    glBindFramebuffer(GL_FRAMEBUFFER, 0);
+}
+
+GlStateGuard::~GlStateGuard() {
+    glBindTexture(GL_TEXTURE_2D, static_cast<GLuint>(texture));
+    glActiveTexture(static_cast<GLenum>(unit));
+    glBindFramebuffer(GL_FRAMEBUFFER, static_cast<GLuint>(framebuffer));
+    glBindBuffer(GL_ARRAY_BUFFER, static_cast<GLuint>(vertices));
+    glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, static_cast<GLuint>(indices));
+    glUseProgram(static_cast<GLuint>(program));
+    glBlendFunc(static_cast<GLenum>(blendFrom), static_cast<GLenum>(blendTo));
+    turn(GL_BLEND, blend);
+    turn(GL_SCISSOR_TEST, scissor);
+    glViewport(viewport[0], viewport[1], viewport[2], viewport[3]);
+}
+
+GLuint buildGlProgram(const char* vertexText, const char* fragmentText,
+                      std::initializer_list<const char*> attributes) {
+    const GLuint program = glCreateProgram();
+    for (const GLuint shader :
+         {compile(GL_VERTEX_SHADER, vertexText), compile(GL_FRAGMENT_SHADER, fragmentText)}) {
+        glAttachShader(program, shader);
+        glDeleteShader(shader);
+    }
+    GLuint location = 0;
+    for (const char* attribute : attributes) {
+        glBindAttribLocation(program, location++, attribute);
+    }
+    glLinkProgram(program);
+    GLint linked = GL_FALSE;
+    glGetProgramiv(program, GL_LINK_STATUS, &linked);
+    if (linked == GL_FALSE) {
+        std::array<char, 256> words{};
+        glGetProgramInfoLog(program, static_cast<GLsizei>(words.size()), nullptr, words.data());
+        throw Failure("the window's shaders do not link", words.data());
+    }
+    return program;
+}
+
+}  // namespace player

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <GLES2/gl2.h>
+
+struct ImDrawData;
+struct ImDrawList;
+
+namespace player {
+
+/// Draws the panel's triangles with OpenGL ES 2.0. Belongs to the GL context that was current when
+/// it was made, and dies before it.
+class ImGuiRenderer {
+public:
+    /// Uploads the font of the current ImGui context.
+    ImGuiRenderer();
+    ~ImGuiRenderer();
+    ImGuiRenderer(const ImGuiRenderer&) = delete;
+    ImGuiRenderer& operator=(const ImGuiRenderer&) = delete;
+
+    /// Leaves GL as it was.
+    void draw(const ImDrawData& data);
+
+private:
+    void prepare(const ImDrawData& data);
+    void drawList(const ImDrawList& list, const ImDrawData& data);
+
+    GLuint program;
+    GLuint font = 0;
+    GLuint buffers[2] = {};
+};
+
+}  // namespace player

@@ -1,0 +1,36 @@
+#pragma once
+
+#include <optional>
+
+#include "player/draw/canvas.h"
+#include "player/draw/imgui_renderer.h"
+
+struct ImGuiContext;
+
+namespace player {
+
+/// What the player itself draws with, over the library's picture. One at a time: it owns the
+/// current ImGui context.
+class Painter {
+public:
+    Painter();
+    ~Painter();
+    Painter(const Painter&) = delete;
+    Painter& operator=(const Painter&) = delete;
+
+    /// Makes the GL objects in the current context. Throws Failure.
+    void setUp();
+    /// Gives them back before their context goes.
+    void tearDown();
+
+    Canvas& canvas() { return *pictureCanvas; }
+    /// Draws the ImGui frame.
+    void draw();
+
+private:
+    ImGuiContext* context;
+    std::optional<Canvas> pictureCanvas;
+    std::optional<ImGuiRenderer> renderer;
+};
+
+}  // namespace player

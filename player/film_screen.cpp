@@ -1,0 +1,43 @@
+#include "player/film_screen.h"
+
+#include <imgui.h>
+
+#include "player/picture.h"
+
+namespace player {
+
+FilmScreen::FilmScreen(Size screen, Overlays shown) : size(screen), overlays(shown) {
+    context.emplace(size.width, size.height);
+    if (overlays.velocity || overlays.ink) {
+        painter.emplace();
+        painter->setUp();
+    }
+}
+
+void FilmScreen::renewContext() {
+    if (painter) {
+        painter->tearDown();
+    }
+    context.reset();
+    context.emplace(size.width, size.height);
+    if (painter) {
+        painter->setUp();
+    }
+}
+
+void FilmScreen::drawOver(const EffectTap& tap) {
+    if (!painter) {
+        return;
+    }
+    ImGui::GetIO().DisplaySize =
+        ImVec2(static_cast<float>(size.width), static_cast<float>(size.height));
+    ImGui::NewFrame();
+    drawOverlays(overlays, tap, painter->canvas(), size);
+    painter->draw();
+}
+
+hostkit::Picture FilmScreen::shown() const {
+    return screenPicture(size);
+}
+
+}  // namespace player

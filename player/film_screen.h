@@ -1,0 +1,31 @@
+#pragma once
+
+#include <optional>
+
+#include "hostkit/gl_context.h"
+#include "player/draw/overlays.h"
+#include "player/draw/painter.h"
+
+namespace player {
+
+/// The off-screen GL context of a film, with the overlays over the library's picture.
+class FilmScreen {
+public:
+    /// The context is current from here on. Throws HostError or Failure, as renewContext does.
+    FilmScreen(Size screen, Overlays shown);
+
+    /// A new context in place of the old one and all in it.
+    void renewContext();
+    void drawOver(const EffectTap& tap);
+    /// What the screen shows, opaque.
+    hostkit::Picture shown() const;
+
+private:
+    Size size;
+    Overlays overlays;
+    std::optional<hostkit::GlContext> context;
+    /// Absent where no overlay is shown.
+    std::optional<Painter> painter;
+};
+
+}  // namespace player

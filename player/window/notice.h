@@ -1,0 +1,34 @@
+#pragma once
+
+#include <chrono>
+#include <exception>
+#include <string>
+
+namespace player {
+
+/// A line at the window's lower edge that stays for a while.
+struct Notice {
+    using Clock = std::chrono::steady_clock;
+
+    std::string line;
+    Clock::time_point end{};
+    /// Whether the window shows it.
+    bool shown = false;
+};
+
+void say(Notice& notice, const std::string& line);
+
+/// Says it, and on stderr too.
+void sayFailure(Notice& notice, const std::exception& error);
+
+/// What fails while the window is open is told, and the window stays.
+template <class Work>
+void attempt(Notice& notice, Work work) {
+    try {
+        work();
+    } catch (const std::exception& error) {
+        sayFailure(notice, error);
+    }
+}
+
+}  // namespace player
