@@ -38,6 +38,7 @@ TEST(Settings, OfAnySizeGiveTargetsThatFit) {
     } cases[] = {{1085, 37, "90, 3", "1024, 512"},
                  {600, 600, "50, 50", "512, 1024"},
                  {11, 960, "0, 80", "512, 1024"},
+                 {960, 11, "80, 0", "1024, 512"},
                  {49163, 12, "4096, 1", "1024, 512"},
                  // More cells a side than any flow has, or fewer than none: it has no target.
                  {49164, 12, nullptr, "1024, 512"},

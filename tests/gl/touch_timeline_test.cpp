@@ -158,6 +158,10 @@ TEST_F(TouchTimeline, EachFrameOfEachGesture) {
         "down 200,300 tap 0 1 200,300 0,0 move 202,300 tap 2 14 202,300 2,0 "
         "move 202,300 move 203,300 stroke 0 48 100 200,300 203,300 "
         "stroke 0 48 100 203,300 203,300 up 200,300 tap 20 20 200,300 0,0 rest 1");
+    // the twelfth frame holds, the eleventh does not
+    play(
+        "down 200,300 tap 0 10 200,300 0,0 move 200,300 tap 11 11 200,300 0,0 "
+        "move 200,300 move 200,300 stroke 0 48 100 200,300 200,300");
     // moves after the press ended are not seen
     play(
         "down 200,300 tap 0 12 200,300 0,0 rest 1 move 205,300 rest 1 move 300,300 rest 1 "

@@ -35,8 +35,19 @@ TEST(Memory, WhereItLacksTheWaterIsDrawn) {
             stage.draw(5);
             EXPECT_FALSE(uploads.isStill());
         }
-        EXPECT_GT(first, 15) << "seven names, seven grids and the packed bytes";
+        EXPECT_GT(first, 15);
     }
+}
+
+TEST(Memory, NoneIsKeptThatASetUpReplacesOrAfterTheUnload) {
+    Stage stage;
+    for (int time = 0; time < 3; ++time) {
+        stage.setUp();
+        stage.resources();
+        EXPECT_EQ(blocksHeld(), 15) << "seven names, seven grids and the packed bytes";
+    }
+    stage.loaded.unload();
+    EXPECT_EQ(blocksHeld(), 0);
 }
 
 TEST(Memory, ASetUpThatFailsAfterOneThatDidNot) {

@@ -1,5 +1,7 @@
 #include "tests/robust/refused_memory.h"
 
+#include <algorithm>
+#include <array>
 #include <atomic>
 #include <cstdlib>
 #include <cstring>
@@ -7,19 +9,59 @@
 
 #include "tests/robust/loaded_library.h"
 
+extern "C" {
+void* __libc_malloc(std::size_t size);
+void* __libc_calloc(std::size_t number, std::size_t size);
+void* __libc_realloc(void* block, std::size_t size);
+void* __libc_memalign(std::size_t alignment, std::size_t size);
+void __libc_free(void* block);
+}
+
 namespace robust {
 
 namespace {
 
 std::atomic<bool> isCounting = false, refusesAllFromThere = false;
 std::atomic<int> firstRefused = 0, allocationsAsked = 0;
+/// The library's blocks; more than it ever takes.
+std::array<std::atomic<void*>, 64> held{};
 
-bool isRefused(void* caller) {
-    if (!isCounting || !isInLibrary(caller)) {
+bool isRefused() {
+    if (!isCounting) {
         return false;
     }
     const int number = ++allocationsAsked;
     return number == firstRefused || (refusesAllFromThere && number > firstRefused);
+}
+
+/// Puts `next` in the place of `last`.
+void replaceHeld(void* last, void* next) {
+    for (std::atomic<void*>& place : held) {
+        if (void* found = last; place.compare_exchange_strong(found, next)) {
+            return;
+        }
+    }
+}
+
+template <class Allocation>
+void* allocate(void* caller, Allocation allocation) {
+    const bool isForLibrary = isInLibrary(caller);
+    if (isForLibrary && isRefused()) {
+        return nullptr;
+    }
+    void* const block = allocation();
+    if (isForLibrary && block) {
+        replaceHeld(nullptr, block);
+    }
+    return block;
+}
+
+/// Whoever calls: the library's last call may be a jump.
+void release(void* block) {
+    if (block) {
+        replaceHeld(block, nullptr);
+    }
+    __libc_free(block);
 }
 
 }  // namespace
@@ -39,39 +81,49 @@ int RefusedMemory::asked() const {
     return allocationsAsked;
 }
 
+long blocksHeld() {
+    return std::ranges::count_if(held, [](const auto& place) { return place != nullptr; });
+}
+
 }  // namespace robust
 
-using robust::isRefused;
+using robust::allocate, robust::release;
+#define CALLER __builtin_return_address(0)
 
 // The library's imports bind to these before those of the C and C++ libraries.
 #pragma GCC visibility push(default)
 extern "C" {
 
-void* __libc_malloc(std::size_t size);
-void* __libc_calloc(std::size_t number, std::size_t size);
-void* __libc_realloc(void* block, std::size_t size);
-void* __libc_memalign(std::size_t alignment, std::size_t size);
-
 void* malloc(std::size_t size) {
-    return isRefused(__builtin_return_address(0)) ? nullptr : __libc_malloc(size);
+    return allocate(CALLER, [=] { return __libc_malloc(size); });
 }
 void* calloc(std::size_t number, std::size_t size) {
-    return isRefused(__builtin_return_address(0)) ? nullptr : __libc_calloc(number, size);
+    return allocate(CALLER, [=] { return __libc_calloc(number, size); });
 }
 void* realloc(void* block, std::size_t size) {
-    return isRefused(__builtin_return_address(0)) ? nullptr : __libc_realloc(block, size);
+    robust::replaceHeld(block, nullptr);
+    return allocate(CALLER, [=] { return __libc_realloc(block, size); });
 }
 void* aligned_alloc(std::size_t alignment, std::size_t size) {
-    return isRefused(__builtin_return_address(0)) ? nullptr : __libc_memalign(alignment, size);
+    return allocate(CALLER, [=] { return __libc_memalign(alignment, size); });
 }
 char* strdup(const char* text) {
     const std::size_t size = std::strlen(text) + 1;
-    void* const copy = isRefused(__builtin_return_address(0)) ? nullptr : __libc_malloc(size);
+    void* const copy = allocate(CALLER, [=] { return __libc_malloc(size); });
     return copy ? static_cast<char*>(std::memcpy(copy, text, size)) : nullptr;
+}
+void free(void* block) {
+    release(block);
 }
 }
 void* operator new(std::size_t size) {
-    void* const block = isRefused(__builtin_return_address(0)) ? nullptr : __libc_malloc(size);
+    void* const block = allocate(CALLER, [=] { return __libc_malloc(size); });
     return block ? block : throw std::bad_alloc();
+}
+void operator delete(void* block) noexcept {
+    release(block);
+}
+void operator delete(void* block, std::size_t) noexcept {
+    release(block);
 }
 #pragma GCC visibility pop

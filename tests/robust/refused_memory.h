@@ -17,4 +17,7 @@ public:
     int asked() const;
 };
 
+/// Blocks that the library has taken and not given back.
+long blocksHeld();
+
 }  // namespace robust
