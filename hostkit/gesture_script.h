@@ -11,14 +11,14 @@ namespace hostkit {
 
 /// A gesture script is a text of one event a line; '#' starts a comment, blank lines are skipped:
 ///
-///     screen 1080 1920          the screen of the coordinates below, in pixels; this is the
-///     default frames 240                how long to play; default: 60 frames after the last event
-///     0 ink 0.1 0.3 0.9         ink colour of the strokes from here on: red, green, blue, 0 to 1
-///     4 down 540 960 0.6        FRAME ACTION X Y PRESSURE; actions: down, move, up, cancel
-///     5 move 552.5 960 0.6      x to the right and y down from the top left corner, fractions
-///     allowed 90 second on              second background on or off 120 clear removes the ink at
-///     once 150 lose-context          the GL context is destroyed and replaced before the frame is
-///     drawn
+///     screen 1080 1920        of the coordinates below, in pixels; this is the default
+///     frames 240              how long to play; default: 60 frames after the last event
+///     0 ink 0.1 0.3 0.9       ink colour from here on: red, green, blue, 0 to 1
+///     4 down 540 960 0.6      FRAME ACTION X Y PRESSURE; actions: down, move, up, cancel
+///     5 move 552.5 960 0.6    x to the right and y down from the top left corner
+///     90 second on            second background on or off
+///     120 clear               removes the ink at once
+///     150 lose-context        the GL context is replaced before the frame is drawn
 ///
 /// Headers come first, frames count from 0 and never go down.
 

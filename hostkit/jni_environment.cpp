@@ -205,6 +205,9 @@ jshortArray JniEnvironment::newShortArray(std::size_t length) {
 }
 
 void JniEnvironment::release(jarray array) {
+    if (state->refused == &arrayOf(array)) {
+        state->refused = nullptr;
+    }
     std::erase_if(state->arrays, [&](const auto& held) { return held.get() == &arrayOf(array); });
 }
 

@@ -15,13 +15,11 @@
 // table. All are zero when the library is loaded and live until it is unloaded.
 //
 // Threads. The render thread owns every field but those below:
-//   - the solver worker, from its start in stepFluid to joinSolver, alone uses the grids, the
-//   passes and
-//     packedVelocity; it reads nothing else (what it needs is copied when it starts, see
+//   - the solver worker, from its start in stepFluid to joinSolver, alone uses the grids, the passes
+//     and packedVelocity; it reads nothing else (what it needs is copied when it starts, see
 //     solver/solver_step.h);
 //   - the host's touch thread writes the touch variables, dragMode, inkAmount and inkDissipation,
-//   always under
-//     gTouch.lock. These three are shared words: reading one alone needs no lock.
+//     always under gTouch.lock. These three are shared words: reading one alone needs no lock.
 
 namespace velmora {
 
@@ -57,17 +55,17 @@ struct EffectState {
     float timeStep = 0.0f;
     float gradientScale = 0.0f;
     float velocityDissipation = 0.0f;
-    SharedWord<float>
-        inkDissipation;  // per GPU advection pass. Written: touch step, clearInk; read: stepFluid
+    // Per GPU advection pass. Written: touch step, clearInk; read: stepFluid.
+    SharedWord<float> inkDissipation;
     float sourceStrength = 0.0f;  // of the sink at the touch
     float sourceRadius = 0.0f;    // pixels
     float backwardStepSize = 0.0f;
     float inkColorOffset = 0.0f;
-    SharedWord<float>
-        inkAmount;  // 1 shown, 0 not. Written: touch events, clearInk; read: the frame, the host
+    // 1 shown, 0 not. Written: touch events, clearInk; read: the frame, the host.
+    SharedWord<float> inkAmount;
     float inkIntensity = 0.0f;
-    SharedWord<std::int32_t>
-        dragMode;  // a DragMode. Written: touch step, clearInk; read: stepFluid, strokes
+    // A DragMode. Written: touch step, clearInk; read: stepFluid, strokes.
+    SharedWord<std::int32_t> dragMode;
     std::int32_t touchMargin = 0;  // pixels from the screen's edges without ink
     std::uint32_t waterTexture = 0, backgroundTexture = 0, backgroundTexture2 = 0;  // GL names
     Float2 impulseCurrent{}, impulsePrevious{};                                     // pixels, y up
@@ -95,13 +93,12 @@ enum TouchPhase : std::int32_t { Idle = 0, Pressed = 1, Dragging = 2 };
 struct TouchVariables {
     std::mutex lock;  // held over an event and over the frame's touch step, never over a GL call
     TouchPhase touchPhase = Idle;
-    std::int32_t dragSpeedClass =
-        -1;  // a DragMode; -1: no drag measured since the library was loaded
+    std::int32_t dragSpeedClass = -1;  // a DragMode; -1: none measured since the load
     float pressureFactor = 1.0f;
     std::int32_t touchX = 0, touchY = 0;          // latest event
     std::int32_t lastEventX = 0, lastEventY = 0;  // the event before
-    std::int32_t touchDeltaX = 0,
-                 touchDeltaY = 0;  // movement between the two, while pressed or dragging
+    // Movement between the two, measured while pressed or dragging.
+    std::int32_t touchDeltaX = 0, touchDeltaY = 0;
     std::int32_t lastTouchAction = 0;
     std::int32_t strokeLastX = 0, strokeLastY = 0;  // start of the next stroke
     std::int32_t pressFrames = 0, dragFrames = 0, idleFrames = 0;
@@ -159,8 +156,7 @@ constexpr TouchPreset fastDragPreset{4.0f, 40.0f, 0.96f, activeInkDissipation, 2
 
 constexpr std::int32_t tapSourceFrames = 5;  // pressed frames with a velocity source
 constexpr std::int32_t tapInkFrames = 10;    // pressed frames that deposit ink
-constexpr std::int32_t holdFrames =
-    12;  // pressed frames after which a resting finger ends the press
+constexpr std::int32_t holdFrames = 12;      // after these a resting finger ends the press
 constexpr std::int32_t idleFadeFrames = 35;  // idle frames after which ink fades faster
 constexpr float slowDragSpeed = 2.0f;  // pixels between two events; above it a press becomes a drag
 constexpr float fastDragSpeed = 10.0f;  // pixels between two events; above it a drag is fast

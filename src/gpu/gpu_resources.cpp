@@ -28,8 +28,7 @@ void replaceInkTargets(EffectState& state) {
     state.inkBack = createRenderTarget(state.inkWidth, state.inkHeight);
 }
 
-/// Without grids there are no velocities to hold, and not every driver survives a texture of such a
-/// size.
+/// None where no grid can be made: not every driver survives a texture of such a size.
 void replaceVelocityTarget(EffectState& state) {
     const std::int32_t width = state.velocityGridWidth;
     const std::int32_t height = state.velocityGridHeight;

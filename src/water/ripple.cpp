@@ -25,6 +25,7 @@ float gridCoordinate(float touch, int areaSize, int count) {
     return (touch / static_cast<float>(areaSize) + 0.5f) * static_cast<float>(count);
 }
 
+/// A NaN passes neither comparison and gives the whole grid.
 CellRange coneRange(float centre, int count) {
     const auto cells = static_cast<float>(count);
     const int lastCell = saturatedInt(std::int64_t{count} - 1);
