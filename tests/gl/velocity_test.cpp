@@ -56,9 +56,7 @@ std::vector<Bytes> uploadsOfLibrary() {
     Scene scene(screenWidth, screenHeight, true);
     scene.setUp();
     scene.rasteriseNothing();
-    scene.recorder.textureUpload = [&](int width, int height, std::span<const std::uint8_t> rgba) {
-        EXPECT_EQ(width, columns);
-        EXPECT_EQ(height, rows);
+    scene.recorder.textureUpload = [&](int, int, std::span<const std::uint8_t> rgba) {
         uploads.emplace_back(rgba.begin(), rgba.end());
     };
     std::srand(1);

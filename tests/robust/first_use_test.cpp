@@ -26,6 +26,7 @@ TEST(FirstUse, AnyCallMayComeBeforeTheSettings) {
 TEST(FirstUse, AFirstDragIsATapUntilItsFirstMeasuredMove) {
     Stage stage;
     stage.setUp();
+    EXPECT_EQ(stage.uniformsOfFrame()["advect.center"], "0, 1024");
     stage.touch(100, 120, Down);
     stage.draw(2);
     stage.touch(106, 120, Move);  // makes it a drag, of a class not yet known

@@ -48,8 +48,10 @@ TEST(GlNames, NoneIsLeftByASetUpThatFailed) {
         for (int nth = 1; nth <= failure.calls; ++nth) {
             SCOPED_TRACE(failure.function + " " + std::to_string(nth));
             refuse(failure.function, nth);
+            Stage::paint();
             recorder.record([&stage] { stage.resources(); });
             recorder.refuse = nullptr;
+            EXPECT_EQ(Stage::pixel(5), magenta) << "cleared in an ink target's stead";
             EXPECT_EQ(alive(), failure.left);
             EXPECT_EQ(recorder.count("glLinkProgram"), failure.links);
             stage.tap(Down);

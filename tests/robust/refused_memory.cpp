@@ -11,9 +11,6 @@
 
 extern "C" {
 void* __libc_malloc(std::size_t size);
-void* __libc_calloc(std::size_t number, std::size_t size);
-void* __libc_realloc(void* block, std::size_t size);
-void* __libc_memalign(std::size_t alignment, std::size_t size);
 void __libc_free(void* block);
 }
 
@@ -90,22 +87,13 @@ long blocksHeld() {
 using robust::allocate, robust::release;
 #define CALLER __builtin_return_address(0)
 
-// The library's imports bind to these before those of the C and C++ libraries.
+// The library's imports bind to these before those of the C and C++ libraries. It has no other way
+// to memory, which tools/check-symbols sees to.
 #pragma GCC visibility push(default)
 extern "C" {
 
 void* malloc(std::size_t size) {
     return allocate(CALLER, [=] { return __libc_malloc(size); });
-}
-void* calloc(std::size_t number, std::size_t size) {
-    return allocate(CALLER, [=] { return __libc_calloc(number, size); });
-}
-void* realloc(void* block, std::size_t size) {
-    robust::replaceHeld(block, nullptr);
-    return allocate(CALLER, [=] { return __libc_realloc(block, size); });
-}
-void* aligned_alloc(std::size_t alignment, std::size_t size) {
-    return allocate(CALLER, [=] { return __libc_memalign(alignment, size); });
 }
 char* strdup(const char* text) {
     const std::size_t size = std::strlen(text) + 1;

@@ -20,10 +20,11 @@
 
 namespace {
 
+constexpr int screenWidth = 96, screenHeight = 160;  // pixels
+
 struct Options {
     int frames = 100'000;
     int warmUp = 10'000;
-    int width = 96, height = 160;
     unsigned seed = 1;
     std::string script;
 };
@@ -47,25 +48,23 @@ Usage currentUsage() {
             entries("/proc/self/task")};
 }
 
-void print(int frame, const Usage& usage, double seconds) {
-    std::printf("%8d frames  %7ld kB resident  %6ld kB heap  %3ld files  %3ld threads  %7.1f s\n",
-                frame, usage.residentKilobytes, usage.heapKilobytes, usage.files, usage.threads,
-                seconds);
+void print(int frame, const Usage& usage) {
+    std::printf("%8d frames  %7ld kB resident  %6ld kB heap  %3ld files  %3ld threads\n", frame,
+                usage.residentKilobytes, usage.heapKilobytes, usage.files, usage.threads);
     std::fflush(stdout);
 }
 
 /// A finger that taps, drags at every speed, jumps, is cancelled and rests.
 class RandomFinger {
 public:
-    RandomFinger(unsigned seed, int screenWidth, int screenHeight)
-        : random(seed), width(screenWidth), height(screenHeight) {}
+    explicit RandomFinger(unsigned seed) : random(seed) {}
 
     void actOn(hostkit::EffectHost& host) {
         if (left-- <= 0) {
             begin(host);
         } else if (speed > 0) {
-            x = std::clamp(x + between(-speed, speed), -20.0, width + 20.0);
-            y = std::clamp(y + between(-speed, speed), -20.0, height + 20.0);
+            x = std::clamp(x + between(-speed, speed), -20.0, screenWidth + 20.0);
+            y = std::clamp(y + between(-speed, speed), -20.0, screenHeight + 20.0);
             host.touch({hostkit::TouchAction::move, x, y, static_cast<float>(between(0, 1.2))});
         }
     }
@@ -83,23 +82,15 @@ private:
         constexpr double speeds[] = {0, 0, 1, 5, 30};
         speed = speeds[random() % std::size(speeds)];
         left = static_cast<int>(random() % 60);
-        x = between(0, width);
-        y = between(0, height);
+        x = between(0, screenWidth);
+        y = between(0, screenHeight);
         host.touch({TouchAction::down, x, y, static_cast<float>(between(0, 1))});
     }
 
     std::minstd_rand random;
-    double width, height;
     double x = 0, y = 0, speed = 0;
     int left = 0;
 };
-
-/// A software rasteriser spends most of a frame in the ink targets: a corner of them will do. Set
-/// for each frame, as a script may replace the context.
-void rasteriseCorner(const Options& options) {
-    glEnable(GL_SCISSOR_TEST);
-    glScissor(0, 0, options.width, options.height);
-}
 
 /// Pages of stacks and of the rasteriser are touched for the first time long after the warm-up; a
 /// frame that kept one byte would soon exceed this.
@@ -113,17 +104,19 @@ bool isFlat(const Usage& start, const Usage& end) {
 int soak(const Options& options) {
     // Water of a few cells: it is the number of frames that counts.
     hostkit::EffectHost host(
-        {.width = options.width, .height = options.height, .water = {.shortSideCells = 16}});
+        {.width = screenWidth, .height = screenHeight, .water = {.shortSideCells = 16}});
     hostkit::GestureScript script;
     if (!options.script.empty()) {
-        script = scaledToScreen(hostkit::loadGestureScript(options.script), options.width,
-                                options.height);
+        script =
+            scaledToScreen(hostkit::loadGestureScript(options.script), screenWidth, screenHeight);
     }
-    RandomFinger finger(options.seed, options.width, options.height);
-    const auto start = std::chrono::steady_clock::now();
+    RandomFinger finger(options.seed);
     Usage warm{}, now{};
     for (int frame = 0; frame <= options.frames; ++frame) {
-        rasteriseCorner(options);
+        // A software rasteriser spends most of a frame in the ink targets: a corner of them will
+        // do. Set for each frame, as a script may replace the context.
+        glEnable(GL_SCISSOR_TEST);
+        glScissor(0, 0, screenWidth, screenHeight);
         const int ofTurn = frame % (script.frames + 600);
         if (ofTurn < script.frames) {
             host.frame(eventsOfFrame(script, ofTurn));
@@ -132,9 +125,8 @@ int soak(const Options& options) {
             host.frame();
         }
         if (frame == options.warmUp || frame == options.frames || frame % 10'000 == 0) {
-            const std::chrono::duration<double> elapsed = std::chrono::steady_clock::now() - start;
             now = currentUsage();
-            print(frame, now, elapsed.count());
+            print(frame, now);
         }
         warm = frame == options.warmUp ? now : warm;
     }
@@ -150,8 +142,6 @@ int main(int count, char** arguments) {
     app.add_option("--frames", options.frames, "frames to draw")->capture_default_str();
     app.add_option("--warm-up", options.warmUp, "frames before memory is compared")
         ->capture_default_str();
-    app.add_option("--width", options.width)->capture_default_str();
-    app.add_option("--height", options.height)->capture_default_str();
     app.add_option("--seed", options.seed, "of the random gestures")->capture_default_str();
     app.add_option("--script", options.script, "gesture script played between them");
     CLI11_PARSE(app, count, arguments);

@@ -85,17 +85,24 @@ struct Stage {
         hostkit::glRecorder().record([this] { draw(); });
         return hostkit::glRecorder().uniforms();
     }
-    /// The pixel of the next frame as far from the left as from the lower edge. The screen is
-    /// painted over before: what the frame does not draw is magenta.
-    std::vector<std::uint8_t> pixelOfFrame(int place) {
+    /// Paints the screen magenta: what is not drawn from now on stays so.
+    static void paint() {
         glBindFramebuffer(GL_FRAMEBUFFER, 0);
         glClearColor(1, 0, 1, 1);
         glClear(GL_COLOR_BUFFER_BIT);
-        draw();
+    }
+    /// The screen's pixel as far from the left as from the lower edge.
+    static std::vector<std::uint8_t> pixel(int place) {
         glBindFramebuffer(GL_FRAMEBUFFER, 0);
         std::vector<std::uint8_t> pixel(4);
         glReadPixels(place, place, 1, 1, GL_RGBA, GL_UNSIGNED_BYTE, pixel.data());
         return pixel;
+    }
+    /// That of the next frame, on a painted screen.
+    std::vector<std::uint8_t> pixelOfFrame(int place) {
+        paint();
+        draw();
+        return pixel(place);
     }
 
     const fuzz::NativeMethods& native() const { return loaded.methods; }
