@@ -65,7 +65,7 @@ void describe(CLI::App& app, Options& options) {
     app.add_flag("--digest", options.digest, "Print digests of the water and of the velocity");
     app.add_flag("--headless", options.headless,
                  "Film without a window, as without a desktop and with --out");
-    app.add_option("--preset", options.preset, "The settings to start the window with (JSON)")
+    app.add_option("--preset", options.preset, "The settings to start with (JSON)")
         ->type_name("FILE");
     app.add_option("--record", options.record,
                    "Write what the finger in the window does as a script")

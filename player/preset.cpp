@@ -1,6 +1,7 @@
 #include "player/preset.h"
 
 #include <algorithm>
+#include <charconv>
 #include <fstream>
 #include <initializer_list>
 #include <nlohmann/json.hpp>
@@ -27,11 +28,11 @@ void forEachField(Visit visit) {
     all(switchFields);
 }
 
-/// A number written short: 0.97, not the float's 0.9700000286102295.
+/// The shortest number that is this float again: 0.97, not 0.9700000286102295.
 Json written(float value) {
-    return Json::parse(Json(static_cast<double>(value)).dump().size() > 9
-                           ? std::to_string(value)
-                           : Json(static_cast<double>(value)).dump());
+    char digits[32];
+    const auto [end, error] = std::to_chars(digits, digits + sizeof digits, value);
+    return Json::parse(digits, end);
 }
 Json written(int value) {
     return value;

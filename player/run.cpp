@@ -1,6 +1,5 @@
 #include "player/run.h"
 
-#include <csignal>
 #include <cstdio>
 #include <span>
 #include <string>
@@ -13,6 +12,7 @@
 #include "player/film.h"
 #include "player/film_screen.h"
 #include "player/frame_time.h"
+#include "player/interrupt.h"
 #include "player/picture.h"
 #include "player/preset.h"
 #include "player/progress.h"
@@ -23,23 +23,12 @@
 namespace player {
 namespace {
 
-volatile std::sig_atomic_t interrupted = 0;
-
-/// Lets the run clean up after Ctrl-C, and after an ffmpeg that dies while it is fed.
-void takeSignals() {
-    std::signal(SIGINT, [](int) { interrupted = 1; });
-    std::signal(SIGTERM, [](int) { interrupted = 1; });
-    std::signal(SIGPIPE, SIG_IGN);
-}
-
 hostkit::EffectHostOptions hostOptions(const Options& options, const Settings& settings) {
     hostkit::EffectHostOptions host;
-    if (!options.preset.empty()) {
-        host.water = waterOf(settings);
-        applyLook(settings, host.look);
-        host.look.ink = inkOf(settings);
-        host.look.useSecondBackground = settings.secondBackground;
-    }
+    host.water = waterOf(settings);
+    applyLook(settings, host.look);
+    host.look.ink = inkOf(settings);
+    host.look.useSecondBackground = settings.secondBackground;
     host.width = options.width;
     host.height = options.height;
     host.inkEnabled = !settings.waterOnly;
@@ -73,7 +62,7 @@ void play(hostkit::EffectHost& host, FilmScreen& screen, EffectTap& tap, const S
         addWater(water, host.water());
         film.add(screen.shown());
         showProgress(progress, frame + 1);
-        if (interrupted != 0) {
+        if (isInterrupted()) {
             throw Failure("interrupted", "frame " + std::to_string(frame + 1) + " of " +
                                              std::to_string(script.frames));
         }

@@ -88,8 +88,8 @@ void followSize(WindowState& window) {
         Clock::now() - window.resizedAt < resizeRest) {
         return;
     }
-    finishFilm(window);
-    finishRecording(window);
+    attempt(window.notice, [&] { finishFilm(window); });
+    attempt(window.notice, [&] { finishRecording(window); });
     window.session.restart();
     window.redraws = redrawsAfterEvent;
 }

@@ -1,7 +1,6 @@
 #include "player/window/window_player.h"
 
-#include <csignal>
-
+#include "player/interrupt.h"
 #include "player/window/commands.h"
 #include "player/window/events.h"
 #include "player/window/keeping.h"
@@ -11,14 +10,6 @@
 
 namespace player {
 namespace {
-
-volatile std::sig_atomic_t interrupted = 0;
-
-void takeSignals() {
-    std::signal(SIGINT, [](int) { interrupted = 1; });
-    std::signal(SIGTERM, [](int) { interrupted = 1; });
-    std::signal(SIGPIPE, SIG_IGN);
-}
 
 void turn(WindowState& window) {
     waitForWork(window);
@@ -39,7 +30,7 @@ void runWindow(const Options& options) {
     takeSignals();
     WindowState window(options);
     try {
-        while (!window.leaving && interrupted == 0) {
+        while (!window.leaving && !isInterrupted()) {
             turn(window);
         }
     } catch (...) {

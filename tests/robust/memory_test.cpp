@@ -62,7 +62,7 @@ TEST(Memory, ASetUpThatFailsAfterOneThatDidNot) {
 }
 
 TEST(Memory, NoFrameTakesAnyAfterTheFirstTwo) {
-    Stage stage;
+    Stage stage(1080, 1920);
     stage.setUp();
     stage.tap(Down);
     stage.draw(2);
