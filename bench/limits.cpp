@@ -100,10 +100,10 @@ double throughput(Advance advance) {
 
 /// What a smoothed height takes from its left neighbour to itself: three additions, a subtraction,
 /// a product and an addition, one after the other.
-template <class Lane>
-Lane smoothed(Lane left) {
-    const Lane sum = Lane(0.5f) + left + Lane(0.25f) + Lane(0.75f) - Lane(2.0f);
-    return Lane(0.5f) + Lane(0.018f) * sum;
+template <class Floats>
+Floats smoothed(Floats left) {
+    const Floats sum = Floats(0.5f) + left + Floats(0.25f) + Floats(0.75f) - Floats(2.0f);
+    return Floats(0.5f) + Floats(0.018f) * sum;
 }
 
 /// Nanoseconds a group of four, where each loads what the group before has stored, one cell to the

@@ -31,7 +31,7 @@ using lanes::loadShorts;
 using lanes::Short8;
 
 template <>
-struct LaneTraits<Float4> {
+struct FloatsTraits<Float4> {
     static constexpr std::ptrdiff_t width = 4;
     using Int = lanes::Int4;
 };
@@ -49,11 +49,11 @@ inline Float4 ramp<Float4>(float start) {
     return lanes::ramp(start);
 }
 
-/// Runs `cell.operator()<Lane>(i)` over the columns [begin, end): four at a time, then the rest one
+/// Runs `cell.operator()<Floats>(i)` over the columns [begin, end): four at a time, then the rest one
 /// at a time. What the cell uses should be local values: a vector store may alias whatever else a
 /// pointer or reference leads to, which would be read anew for every group.
 template <class Cell>
-void forLanes(std::ptrdiff_t begin, std::ptrdiff_t end, Cell cell) {
+void forGroups(std::ptrdiff_t begin, std::ptrdiff_t end, Cell cell) {
     std::ptrdiff_t i = begin;
     for (; i + 4 <= end; i += 4) {
         cell.template operator()<Float4>(i);
@@ -64,13 +64,13 @@ void forLanes(std::ptrdiff_t begin, std::ptrdiff_t end, Cell cell) {
     }
 }
 
-/// As forLanes, with the column numbers of the lanes as floats: `cell.operator()<Lane>(i,
+/// As forGroups, with the column numbers of the lanes as floats: `cell.operator()<Floats>(i,
 /// columns)`.
 template <class Cell>
 void forColumns(std::ptrdiff_t begin, std::ptrdiff_t end, Cell cell) {
     Float4 columns = ramp<Float4>(static_cast<float>(begin));
-    forLanes(begin, end, [&]<class Lane>(std::ptrdiff_t i) {
-        if constexpr (LaneTraits<Lane>::width == 4) {
+    forGroups(begin, end, [&]<class Floats>(std::ptrdiff_t i) {
+        if constexpr (FloatsTraits<Floats>::width == 4) {
             cell.template operator()<Float4>(i, columns);
             columns = columns + Float4(4.0f);
         } else {

@@ -22,26 +22,26 @@
 namespace velmora {
 
 /// The x and y components of one or four cells.
-template <class Lane>
+template <class Floats>
 struct Pair {
-    Lane x;
-    Lane y;
+    Floats x;
+    Floats y;
 };
 
-template <class Lane>
-struct LaneTraits;
+template <class Floats>
+struct FloatsTraits;
 
 template <>
-struct LaneTraits<float> {
+struct FloatsTraits<float> {
     static constexpr std::ptrdiff_t width = 1;
     using Int = std::int32_t;
 };
 
-template <class Lane>
-using IntOf = typename LaneTraits<Lane>::Int;
+template <class Floats>
+using IntOf = typename FloatsTraits<Floats>::Int;
 
-template <class Lane>
-Lane load(const float* from) = delete;
+template <class Floats>
+Floats load(const float* from) = delete;
 template <>
 inline float load<float>(const float* from) {
     return *from;
@@ -50,8 +50,8 @@ inline void store(float* to, float value) {
     *to = value;
 }
 
-template <class Lane>
-Pair<Lane> loadPair(const float* from) = delete;
+template <class Floats>
+Pair<Floats> loadPair(const float* from) = delete;
 template <>
 inline Pair<float> loadPair<float>(const float* from) {
     return {from[0], from[1]};
@@ -62,8 +62,8 @@ inline void storePair(float* to, Pair<float> cells) {
 }
 
 /// start, start + 1, ... one value a lane: exact for whole numbers below 2^24.
-template <class Lane>
-Lane ramp(float start) = delete;
+template <class Floats>
+Floats ramp(float start) = delete;
 template <>
 inline float ramp<float>(float start) {
     return start;
@@ -112,10 +112,10 @@ inline Pair<float> gatherPairs(const float* cells, std::int32_t index) {
 }
 
 /// One or four cells and those after them.
-template <class Lane>
+template <class Floats>
 struct Neighbours {
-    Pair<Lane> cell;
-    Pair<Lane> next;
+    Pair<Floats> cell;
+    Pair<Floats> next;
 };
 
 /// The 2-float cells with these indices and the cells after them, which must exist.

@@ -21,21 +21,21 @@ struct Stroke {
 /// `velocity` of the cell whose centre is `centre`, screen pixels, pushed where it lies beside the
 /// segment. The distance is exact on every processor: an estimate would do for four lanes at once,
 /// but would give each processor other bits.
-template <class Lane>
-Pair<Lane> pushedCell(const Stroke& stroke, Pair<Lane> centre, Pair<Lane> velocity) {
-    const Pair<Lane> previous{Lane(stroke.previous.x), Lane(stroke.previous.y)};
-    const Pair<Lane> normal{Lane(stroke.normal.x), Lane(stroke.normal.y)};
-    const Lane t = (centre.x - previous.x) * normal.x + (centre.y - previous.y) * normal.y;
-    const auto between = (t > Lane(0.0f)) & (t < Lane(stroke.length));
+template <class Floats>
+Pair<Floats> pushedCell(const Stroke& stroke, Pair<Floats> centre, Pair<Floats> velocity) {
+    const Pair<Floats> previous{Floats(stroke.previous.x), Floats(stroke.previous.y)};
+    const Pair<Floats> normal{Floats(stroke.normal.x), Floats(stroke.normal.y)};
+    const Floats t = (centre.x - previous.x) * normal.x + (centre.y - previous.y) * normal.y;
+    const auto between = (t > Floats(0.0f)) & (t < Floats(stroke.length));
     if (!any(between)) {
         return velocity;  // most of the grid lies before or behind the stroke
     }
-    const Pair<Lane> foot{previous.x + t * normal.x, previous.y + t * normal.y};
-    const Pair<Lane> outward{centre.x - foot.x, centre.y - foot.y};
-    const Pair<Lane> ahead{Lane(stroke.current.x) - foot.x, Lane(stroke.current.y) - foot.y};
-    const Lane distance = sqrt(outward.x * outward.x + outward.y * outward.y);
-    const auto beside = between & (distance < Lane(stroke.radius));
-    const Lane strength = Lane(0.1f) * distance;
+    const Pair<Floats> foot{previous.x + t * normal.x, previous.y + t * normal.y};
+    const Pair<Floats> outward{centre.x - foot.x, centre.y - foot.y};
+    const Pair<Floats> ahead{Floats(stroke.current.x) - foot.x, Floats(stroke.current.y) - foot.y};
+    const Floats distance = sqrt(outward.x * outward.x + outward.y * outward.y);
+    const auto beside = between & (distance < Floats(stroke.radius));
+    const Floats strength = Floats(0.1f) * distance;
     return {select(beside, velocity.x + strength * (outward.x + ahead.x), velocity.x),
             select(beside, velocity.y + strength * (outward.y + ahead.y), velocity.y)};
 }
@@ -59,10 +59,10 @@ void runAddVelocity(const AddVelocity& pass) {
         const float y = (static_cast<float>(j) + 0.5f) * cellToScreen.y;
         const float* const velocity = pass.velocity.data + j * width * 2;
         float* const out = pass.output.data + j * width * 2;
-        forColumns(0, width, [=, &stroke]<class Lane>(std::ptrdiff_t i, Lane column) {
-            const Lane x = (column + Lane(0.5f)) * Lane(cellToScreen.x);
-            storePair(out + i * 2,
-                      pushedCell<Lane>(stroke, {x, Lane(y)}, loadPair<Lane>(velocity + i * 2)));
+        forColumns(0, width, [=, &stroke]<class Floats>(std::ptrdiff_t i, Floats column) {
+            const Floats x = (column + Floats(0.5f)) * Floats(cellToScreen.x);
+            storePair(out + i * 2, pushedCell<Floats>(stroke, {x, Floats(y)},
+                                                      loadPair<Floats>(velocity + i * 2)));
         });
     }
 }

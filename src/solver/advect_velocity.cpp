@@ -27,32 +27,32 @@ struct Advection {
 };
 
 /// The value carried to the cell centred at (x, y), grid units, by its own velocity.
-template <class Lane>
-Pair<Lane> carried(const Advection& advection, Lane x, Lane y, Pair<Lane> velocity) {
-    const Lane timeStep(advection.timeStep);
-    return sampleBilinear<Lane>(advection.source,
-                                (x - timeStep * velocity.x) * Lane(advection.texelSize.x),
-                                (y - timeStep * velocity.y) * Lane(advection.texelSize.y));
+template <class Floats>
+Pair<Floats> carried(const Advection& advection, Floats x, Floats y, Pair<Floats> velocity) {
+    const Floats timeStep(advection.timeStep);
+    return sampleBilinear<Floats>(advection.source,
+                                  (x - timeStep * velocity.x) * Floats(advection.texelSize.x),
+                                  (y - timeStep * velocity.y) * Floats(advection.texelSize.y));
 }
 
 /// Adds the drag push where the cell's corner (i, j) lies near the touch.
-template <class Lane>
-Pair<Lane> pushed(const Advection& advection, Lane i, Lane j, Pair<Lane> value) {
-    const Lane dx = Lane(advection.touchPoint.x) - i * Lane(advection.cellToScreen.x);
-    const Lane dy = Lane(advection.touchPoint.y) - j * Lane(advection.cellToScreen.y);
-    const auto near = dx * dx + dy * dy < Lane(pushRadiusSquared);
-    return {select(near, value.x + Lane(advection.push.x), value.x),
-            select(near, value.y + Lane(advection.push.y), value.y)};
+template <class Floats>
+Pair<Floats> pushed(const Advection& advection, Floats i, Floats j, Pair<Floats> value) {
+    const Floats dx = Floats(advection.touchPoint.x) - i * Floats(advection.cellToScreen.x);
+    const Floats dy = Floats(advection.touchPoint.y) - j * Floats(advection.cellToScreen.y);
+    const auto near = dx * dx + dy * dy < Floats(pushRadiusSquared);
+    return {select(near, value.x + Floats(advection.push.x), value.x),
+            select(near, value.y + Floats(advection.push.y), value.y)};
 }
 
-template <bool withPush, class Lane>
-Pair<Lane> advectedCell(const Advection& advection, Lane i, Lane j, Pair<Lane> velocity) {
-    const Lane half(0.5f);
-    Pair<Lane> value = carried(advection, i + half, j + half, velocity);
+template <bool withPush, class Floats>
+Pair<Floats> advectedCell(const Advection& advection, Floats i, Floats j, Pair<Floats> velocity) {
+    const Floats half(0.5f);
+    Pair<Floats> value = carried(advection, i + half, j + half, velocity);
     if constexpr (withPush) {
         value = pushed(advection, i, j, value);
     }
-    return {Lane(advection.dissipation) * value.x, Lane(advection.dissipation) * value.y};
+    return {Floats(advection.dissipation) * value.x, Floats(advection.dissipation) * value.y};
 }
 
 /// Row j of a grid of `width` cells. Inlined to the bottom: a call for each group would read the
@@ -61,9 +61,9 @@ template <bool withPush>
 [[gnu::flatten]] void advectRow(const Advection& pass, const float* velocity, float* out,
                                 std::ptrdiff_t width, float j) {
     const Advection advection = pass;
-    forColumns(0, width, [=]<class Lane>(std::ptrdiff_t i, Lane column) {
-        storePair(out + i * 2, advectedCell<withPush>(advection, column, Lane(j),
-                                                      loadPair<Lane>(velocity + i * 2)));
+    forColumns(0, width, [=]<class Floats>(std::ptrdiff_t i, Floats column) {
+        storePair(out + i * 2, advectedCell<withPush>(advection, column, Floats(j),
+                                                      loadPair<Floats>(velocity + i * 2)));
     });
 }
 

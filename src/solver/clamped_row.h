@@ -20,17 +20,17 @@ struct ClampedRows {
     const float* top;
 };
 
-/// Runs `cell.operator()<Lane>(i, left, right)` over a row's columns and the columns of their
-/// neighbours: the two edge columns alone, those between four at a time. See forLanes.
+/// Runs `cell.operator()<Floats>(i, left, right)` over a row's columns and the columns of their
+/// neighbours: the two edge columns alone, those between four at a time. See forGroups.
 template <class Cell>
-void forClampedLanes(std::ptrdiff_t width, Cell cell) {
+void forClampedGroups(std::ptrdiff_t width, Cell cell) {
     if (width == 1) {
         cell.template operator()<float>(0, 0, 0);
         return;
     }
     cell.template operator()<float>(0, 0, 1);
-    forLanes(1, width - 1, [&]<class Lane>(std::ptrdiff_t i) {
-        cell.template operator()<Lane>(i, i - 1, i + 1);
+    forGroups(1, width - 1, [&]<class Floats>(std::ptrdiff_t i) {
+        cell.template operator()<Floats>(i, i - 1, i + 1);
     });
     cell.template operator()<float>(width - 1, width - 2, width - 1);
 }

@@ -22,24 +22,24 @@ struct Divergence {
 };
 
 /// x components of the right and left neighbour, y components of the upper and lower one.
-template <class Lane>
+template <class Floats>
 struct Flow {
-    Lane right, left, top, bottom;
+    Floats right, left, top, bottom;
 };
 
-template <class Lane>
-Lane divergenceOf(const Divergence& divergence, const Flow<Lane>& flow) {
+template <class Floats>
+Floats divergenceOf(const Divergence& divergence, const Flow<Floats>& flow) {
     return ((flow.right - flow.left) + (flow.top - flow.bottom)) *
-           Lane(divergence.halfInverseCellSize);
+           Floats(divergence.halfInverseCellSize);
 }
 
 /// What the sink takes from the cell whose corner is (i, j): its strength, or 0 far from it.
-template <class Lane>
-Lane sinkAt(const Divergence& divergence, Lane i, Lane j) {
-    const Lane dx = Lane(divergence.sourcePoint.x) - i * Lane(divergence.cellToScreen.x);
-    const Lane dy = Lane(divergence.sourcePoint.y) - j * Lane(divergence.cellToScreen.y);
-    const auto near = dx * dx + dy * dy < Lane(divergence.sourceRadiusSquared);
-    return select(near, Lane(divergence.sourceStrength), Lane(0.0f));
+template <class Floats>
+Floats sinkAt(const Divergence& divergence, Floats i, Floats j) {
+    const Floats dx = Floats(divergence.sourcePoint.x) - i * Floats(divergence.cellToScreen.x);
+    const Floats dy = Floats(divergence.sourcePoint.y) - j * Floats(divergence.cellToScreen.y);
+    const auto near = dx * dx + dy * dy < Floats(divergence.sourceRadiusSquared);
+    return select(near, Floats(divergence.sourceStrength), Floats(0.0f));
 }
 
 /// Whether the sink can reach a cell of row j.
@@ -52,19 +52,19 @@ void divergeRow(const Divergence& pass, const ClampedRows& clampedRows, float* o
                 std::ptrdiff_t width) {
     const Divergence divergence = pass;
     const ClampedRows rows = clampedRows;
-    forClampedLanes(
-        width, [=]<class Lane>(std::ptrdiff_t i, std::ptrdiff_t left, std::ptrdiff_t right) {
-            const Flow<Lane> flow{
-                loadPair<Lane>(rows.middle + right * 2).x, loadPair<Lane>(rows.middle + left * 2).x,
-                loadPair<Lane>(rows.top + i * 2).y, loadPair<Lane>(rows.bottom + i * 2).y};
-            store(out + i, divergenceOf(divergence, flow));
-        });
+    forClampedGroups(width, [=]<class Floats>(std::ptrdiff_t i, std::ptrdiff_t left,
+                                              std::ptrdiff_t right) {
+        const Flow<Floats> flow{
+            loadPair<Floats>(rows.middle + right * 2).x, loadPair<Floats>(rows.middle + left * 2).x,
+            loadPair<Floats>(rows.top + i * 2).y, loadPair<Floats>(rows.bottom + i * 2).y};
+        store(out + i, divergenceOf(divergence, flow));
+    });
 }
 
 void sinkRow(const Divergence& pass, float* out, std::ptrdiff_t width, float j) {
     const Divergence divergence = pass;
-    forColumns(0, width, [=]<class Lane>(std::ptrdiff_t i, Lane column) {
-        store(out + i, load<Lane>(out + i) - sinkAt(divergence, column, Lane(j)));
+    forColumns(0, width, [=]<class Floats>(std::ptrdiff_t i, Floats column) {
+        store(out + i, load<Floats>(out + i) - sinkAt(divergence, column, Floats(j)));
     });
 }
 

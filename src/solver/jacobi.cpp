@@ -13,9 +13,10 @@ struct Weights {
     float alpha, rbeta;
 };
 
-template <class Lane>
-Lane relaxed(const Weights& weights, Lane left, Lane right, Lane bottom, Lane top, Lane b) {
-    return (left + right + bottom + top + Lane(weights.alpha) * b) * Lane(weights.rbeta);
+template <class Floats>
+Floats relaxed(const Weights& weights, Floats left, Floats right, Floats bottom, Floats top,
+               Floats b) {
+    return (left + right + bottom + top + Floats(weights.alpha) * b) * Floats(weights.rbeta);
 }
 
 void clearBorder(const FloatGrid& grid) {
@@ -39,9 +40,10 @@ void sweep(const Jacobi& pass) {
         const float* const top = middle + width;
         const float* const b = pass.b.data + j * width;
         float* const out = pass.output.data + j * width;
-        forLanes(1, width - 1, [=]<class Lane>(std::ptrdiff_t i) {
-            store(out + i, relaxed(weights, load<Lane>(middle + i - 1), load<Lane>(middle + i + 1),
-                                   load<Lane>(bottom + i), load<Lane>(top + i), load<Lane>(b + i)));
+        forGroups(1, width - 1, [=]<class Floats>(std::ptrdiff_t i) {
+            store(out + i,
+                  relaxed(weights, load<Floats>(middle + i - 1), load<Floats>(middle + i + 1),
+                          load<Floats>(bottom + i), load<Floats>(top + i), load<Floats>(b + i)));
         });
     }
 }

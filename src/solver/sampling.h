@@ -18,9 +18,9 @@ struct Cell {
 /// clamped to the grid.
 Cell sampleNearest(const FloatGrid& grid, float u, float v);
 
-template <class Lane>
-Lane clampToUnit(Lane value) {
-    return min(max(value, Lane(0.0f)), Lane(1.0f));
+template <class Floats>
+Floats clampToUnit(Floats value) {
+    return min(max(value, Floats(0.0f)), Floats(1.0f));
 }
 
 /// A grid to be sampled: its sizes in float, where whole numbers below 2^24, and so cell indices,
@@ -37,19 +37,19 @@ struct BilinearGrid {
 };
 
 /// The place of (u, v) among the four cells around it.
-template <class Lane>
+template <class Floats>
 struct BilinearPlace {
-    BilinearPlace(const BilinearGrid& grid, Lane u, Lane v) {
-        const Lane x = clampToUnit(u) * Lane(grid.lastColumn);
-        const Lane y = clampToUnit(v) * Lane(grid.lastRow);
+    BilinearPlace(const BilinearGrid& grid, Floats u, Floats v) {
+        const Floats x = clampToUnit(u) * Floats(grid.lastColumn);
+        const Floats y = clampToUnit(v) * Floats(grid.lastRow);
         column = toFloat(truncate(x));
-        const Lane row = toFloat(truncate(y));
-        bottom = row * Lane(grid.rowLength);
-        top = min(row + Lane(1.0f), Lane(grid.lastRow)) * Lane(grid.rowLength);
-        const Lane fx = x - column;
-        const Lane fy = y - row;
-        const Lane gx = Lane(1.0f) - fx;
-        const Lane gy = Lane(1.0f) - fy;
+        const Floats row = toFloat(truncate(y));
+        bottom = row * Floats(grid.rowLength);
+        top = min(row + Floats(1.0f), Floats(grid.lastRow)) * Floats(grid.rowLength);
+        const Floats fx = x - column;
+        const Floats fy = y - row;
+        const Floats gx = Floats(1.0f) - fx;
+        const Floats gy = Floats(1.0f) - fy;
         weight00 = gx * gy;
         weight10 = fx * gy;
         weight01 = gx * fy;
@@ -57,31 +57,31 @@ struct BilinearPlace {
     }
 
     /// One rounding a term, added in this order.
-    Lane weigh(Lane g00, Lane g10, Lane g01, Lane g11) const {
+    Floats weigh(Floats g00, Floats g10, Floats g01, Floats g11) const {
         return weight00 * g00 + weight10 * g10 + weight01 * g01 + weight11 * g11;
     }
 
-    Lane column;
-    Lane bottom, top;  // indices of the two rows' first cells
-    Lane weight00, weight10, weight01, weight11;
+    Floats column;
+    Floats bottom, top;  // indices of the two rows' first cells
+    Floats weight00, weight10, weight01, weight11;
 };
 
 /// The column after `column`; the last repeats itself.
-template <class Lane>
-Lane nextColumn(const BilinearGrid& grid, Lane column) {
-    return min(column + Lane(1.0f), Lane(grid.lastColumn));
+template <class Floats>
+Floats nextColumn(const BilinearGrid& grid, Floats column) {
+    return min(column + Floats(1.0f), Floats(grid.lastColumn));
 }
 
 /// Bilinear value of a 2-float grid at (u, v).
-template <class Lane>
-Pair<Lane> sampleBilinear(const BilinearGrid& grid, Lane u, Lane v) {
-    const BilinearPlace<Lane> at(grid, u, v);
+template <class Floats>
+Pair<Floats> sampleBilinear(const BilinearGrid& grid, Floats u, Floats v) {
+    const BilinearPlace<Floats> at(grid, u, v);
     const auto bottomIndex = truncate(at.bottom + at.column);
     const auto topIndex = truncate(at.top + at.column);
-    Neighbours<Lane> bottom;
-    Neighbours<Lane> top;
-    if (any(at.column > Lane(grid.lastColumn - 1.0f))) {
-        const Lane next = nextColumn(grid, at.column);
+    Neighbours<Floats> bottom;
+    Neighbours<Floats> top;
+    if (any(at.column > Floats(grid.lastColumn - 1.0f))) {
+        const Floats next = nextColumn(grid, at.column);
         bottom = {gatherPairs(grid.data, bottomIndex),
                   gatherPairs(grid.data, truncate(at.bottom + next))};
         top = {gatherPairs(grid.data, topIndex), gatherPairs(grid.data, truncate(at.top + next))};

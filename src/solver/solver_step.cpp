@@ -175,12 +175,12 @@ void project(EffectState& state) {
 /// Whether a component is NaN or beyond every real flow.
 bool isWild(const FloatGrid& velocity) {
     bool found = false;
-    forLanes(0, std::ptrdiff_t{velocity.width} * velocity.height * 2,
-             [&]<class Lane>(std::ptrdiff_t i) {
-                 const Lane v = load<Lane>(velocity.data + i);
-                 const auto isTame = (v < Lane(fastestFlow)) & (v > Lane(-fastestFlow));
-                 found = found || any(select(isTame, Lane(0.0f), Lane(1.0f)) > Lane(0.0f));
-             });
+    forGroups(0, std::ptrdiff_t{velocity.width} * velocity.height * 2,
+              [&]<class Floats>(std::ptrdiff_t i) {
+                  const Floats v = load<Floats>(velocity.data + i);
+                  const auto isTame = (v < Floats(fastestFlow)) & (v > Floats(-fastestFlow));
+                  found = found || any(select(isTame, Floats(0.0f), Floats(1.0f)) > Floats(0.0f));
+              });
     return found;
 }
 

@@ -6,13 +6,14 @@ namespace velmora {
 
 namespace {
 
-template <class Lane>
+template <class Floats>
 struct Pressures {
-    Lane right, left, top, bottom;
+    Floats right, left, top, bottom;
 };
 
-template <class Lane>
-Pair<Lane> projectedCell(Pair<Lane> velocity, const Pressures<Lane>& pressure, Lane gradientScale) {
+template <class Floats>
+Pair<Floats> projectedCell(Pair<Floats> velocity, const Pressures<Floats>& pressure,
+                           Floats gradientScale) {
     return {velocity.x - gradientScale * (pressure.right - pressure.left),
             velocity.y - gradientScale * (pressure.top - pressure.bottom)};
 }
@@ -37,13 +38,13 @@ void subtractGradientKernel(const SubtractGradient& pass) {
         const ClampedRows rows(pass.pressure.data, width, j, output.height);
         const float* const velocity = pass.velocity.data + j * width * 2;
         float* const out = output.data + j * width * 2;
-        forClampedLanes(
-            width, [=]<class Lane>(std::ptrdiff_t i, std::ptrdiff_t left, std::ptrdiff_t right) {
-                const Pressures<Lane> around{load<Lane>(rows.middle + right),
-                                             load<Lane>(rows.middle + left),
-                                             load<Lane>(rows.top + i), load<Lane>(rows.bottom + i)};
-                storePair(out + i * 2, projectedCell(loadPair<Lane>(velocity + i * 2), around,
-                                                     Lane(gradientScale)));
+        forClampedGroups(
+            width, [=]<class Floats>(std::ptrdiff_t i, std::ptrdiff_t left, std::ptrdiff_t right) {
+                const Pressures<Floats> around{
+                    load<Floats>(rows.middle + right), load<Floats>(rows.middle + left),
+                    load<Floats>(rows.top + i), load<Floats>(rows.bottom + i)};
+                storePair(out + i * 2, projectedCell(loadPair<Floats>(velocity + i * 2), around,
+                                                     Floats(gradientScale)));
             });
     }
 }

@@ -14,14 +14,15 @@ constexpr float inverseSteps =
     0.00392157f;  // just above 1 / 255, so that whole values never round down
 static_assert(std::bit_cast<std::uint32_t>(inverseSteps) == 0x3B808083);
 
-template <class Lane>
-BytePairs<IntOf<Lane>> packed(Lane value) {
-    const Lane shifted = min(max(value, Lane(-valueLimit)), Lane(valueLimit)) + Lane(valueLimit);
-    const Lane fraction = shifted - toFloat(truncate(shifted));
+template <class Floats>
+BytePairs<IntOf<Floats>> packed(Floats value) {
+    const Floats shifted =
+        min(max(value, Floats(-valueLimit)), Floats(valueLimit)) + Floats(valueLimit);
+    const Floats fraction = shifted - toFloat(truncate(shifted));
     // In [0, 1), so it is its own fraction.
-    const Lane scaled = shifted * Lane(inverseSteps);
-    return {truncate((scaled - fraction * Lane(inverseSteps)) * Lane(lowSteps)),
-            truncate(fraction * Lane(lowSteps))};
+    const Floats scaled = shifted * Floats(inverseSteps);
+    return {truncate((scaled - fraction * Floats(inverseSteps)) * Floats(lowSteps)),
+            truncate(fraction * Floats(lowSteps))};
 }
 
 }  // namespace
@@ -41,10 +42,10 @@ void reallocatePackedVelocity(std::uint8_t*& block, std::int32_t width, std::int
 }
 
 void packCells(std::uint8_t* to, const float* from, std::ptrdiff_t cells) {
-    forLanes(0, cells, [=]<class Lane>(std::ptrdiff_t i) {
+    forGroups(0, cells, [=]<class Floats>(std::ptrdiff_t i) {
         const float* const components = from + i * 2;
-        storeBytePairs(to + i * 4, packed(load<Lane>(components)),
-                       packed(load<Lane>(components + LaneTraits<Lane>::width)));
+        storeBytePairs(to + i * 4, packed(load<Floats>(components)),
+                       packed(load<Floats>(components + FloatsTraits<Floats>::width)));
     });
 }
 

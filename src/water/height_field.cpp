@@ -25,40 +25,40 @@ struct WaterRow {
     float* height;
 };
 
-template <class Lane>
-Lane laplacian(Lane top, Lane left, Lane right, Lane bottom, Lane cell) {
-    return top + left + right + bottom - Lane(4.0f) * cell;
+template <class Floats>
+Floats laplacian(Floats top, Floats left, Floats right, Floats bottom, Floats cell) {
+    return top + left + right + bottom - Floats(4.0f) * cell;
 }
 
-template <class Lane>
-auto leavesCalm(Lane velocity) {
-    return (velocity > Lane(calmThreshold)) | (velocity < Lane(-calmThreshold));
+template <class Floats>
+auto leavesCalm(Floats velocity) {
+    return (velocity > Floats(calmThreshold)) | (velocity < Floats(-calmThreshold));
 }
 
 /// NaN passes through: neither comparison holds.
-template <class Lane>
-Lane clampedHeight(Lane sum) {
-    return select(sum > Lane(heightLimit), Lane(heightLimit),
-                  select(sum < Lane(-heightLimit), Lane(-heightLimit), sum));
+template <class Floats>
+Floats clampedHeight(Floats sum) {
+    return select(sum > Floats(heightLimit), Floats(heightLimit),
+                  select(sum < Floats(-heightLimit), Floats(-heightLimit), sum));
 }
 
 /// First pass for one group or cell. Returns its new velocity.
-template <class Lane>
-Lane accelerate(WaterRow row, std::ptrdiff_t x, Lane top, std::ptrdiff_t rowLength,
-                const WaveSettings& settings) {
+template <class Floats>
+Floats accelerate(WaterRow row, std::ptrdiff_t x, Floats top, std::ptrdiff_t rowLength,
+                  const WaveSettings& settings) {
     const float* const cell = row.height + x;
-    const Lane lap = laplacian(top, load<Lane>(cell - 1), load<Lane>(cell + 1),
-                               load<Lane>(cell + rowLength), load<Lane>(cell));
-    const Lane velocity =
-        (load<Lane>(row.velocity + x) + Lane(settings.waveSpeed) * lap) * Lane(settings.damping);
+    const Floats lap = laplacian(top, load<Floats>(cell - 1), load<Floats>(cell + 1),
+                                 load<Floats>(cell + rowLength), load<Floats>(cell));
+    const Floats velocity = (load<Floats>(row.velocity + x) + Floats(settings.waveSpeed) * lap) *
+                            Floats(settings.damping);
     store(row.velocity + x, velocity);
     return velocity;
 }
 
 /// Second pass for one group or cell, whose height is `height`.
-template <class Lane>
-void moveCell(WaterRow row, std::ptrdiff_t x, Lane height) {
-    store(row.height + x, clampedHeight(height + load<Lane>(row.velocity + x)));
+template <class Floats>
+void moveCell(WaterRow row, std::ptrdiff_t x, Floats height) {
+    store(row.height + x, clampedHeight(height + load<Floats>(row.velocity + x)));
 }
 
 /// First pass for `row` and, where `above` is a row of the rectangle, second pass for that one: a
@@ -69,9 +69,9 @@ bool accelerateRow(WaterRow row, WaterRow above, std::ptrdiff_t width, std::ptrd
                    const WaveSettings& waves) {
     const WaveSettings settings = waves;
     bool isMoving = false;
-    forLanes(0, width, [&]<class Lane>(std::ptrdiff_t x) {
-        const Lane top = load<Lane>(above.height + x);
-        const Lane velocity = accelerate(row, x, top, rowLength, settings);
+    forGroups(0, width, [&]<class Floats>(std::ptrdiff_t x) {
+        const Floats top = load<Floats>(above.height + x);
+        const Floats velocity = accelerate(row, x, top, rowLength, settings);
         if constexpr (movesAbove) {
             moveCell(above, x, top);
         }
@@ -90,18 +90,19 @@ bool accelerateRow(WaterRow row, WaterRow above, std::ptrdiff_t width, std::ptrd
 }
 
 void moveRow(WaterRow row, std::ptrdiff_t width) {
-    forLanes(0, width,
-             [=]<class Lane>(std::ptrdiff_t x) { moveCell(row, x, load<Lane>(row.height + x)); });
+    forGroups(0, width, [=]<class Floats>(std::ptrdiff_t x) {
+        moveCell(row, x, load<Floats>(row.height + x));
+    });
 }
 
 /// Third pass, one group or cell, in place: `left` holds the group before as it was smoothed, whose
 /// last cell is the only smoothed left neighbour that a group sees. Returns the smoothed group.
-template <class Lane>
-Lane smooth(float* cell, std::ptrdiff_t rowLength, Lane weight, Lane left) {
-    const Lane height = load<Lane>(cell);
-    const Lane lap = laplacian(load<Lane>(cell - rowLength), shiftIn(left, height),
-                               load<Lane>(cell + 1), load<Lane>(cell + rowLength), height);
-    const Lane smoothed = height + weight * lap;
+template <class Floats>
+Floats smooth(float* cell, std::ptrdiff_t rowLength, Floats weight, Floats left) {
+    const Floats height = load<Floats>(cell);
+    const Floats lap = laplacian(load<Floats>(cell - rowLength), shiftIn(left, height),
+                                 load<Floats>(cell + 1), load<Floats>(cell + rowLength), height);
+    const Floats smoothed = height + weight * lap;
     store(cell, smoothed);
     return smoothed;
 }

@@ -18,8 +18,8 @@ float gaps(int details) {
 /// One column of vertices at x: rows from the top at `top` downwards. Walking column by column
 /// needs no division, so a vertex lands in its column and row exactly, however tall the mesh is.
 void writeColumn(float* positions, int rows, float x, float top, float stepY) {
-    forColumns(0, rows, [=]<class Lane>(std::ptrdiff_t row, Lane rowNumber) {
-        storePoints(positions + row * 3, Lane(x), Lane(top) - rowNumber * Lane(stepY));
+    forColumns(0, rows, [=]<class Floats>(std::ptrdiff_t row, Floats rowNumber) {
+        storePoints(positions + row * 3, Floats(x), Floats(top) - rowNumber * Floats(stepY));
     });
 }
 

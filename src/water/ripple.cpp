@@ -36,10 +36,10 @@ CellRange coneRange(float centre, int count) {
 /// What a cell at (dx, dy) from the centre gains, `old` where it lies outside the cone. The root is
 /// exact on every processor: an estimate would do for four lanes at once, but would give each
 /// processor other water.
-template <class Lane>
-Lane coneCell(Lane old, Lane dx, Lane dy, Lane strength) {
-    const Lane depth = Lane(coneRadius) - sqrt(dx * dx + dy * dy);
-    return select(depth > Lane(0.0f), old + depth * strength, old);
+template <class Floats>
+Floats coneCell(Floats old, Floats dx, Floats dy, Floats strength) {
+    const Floats depth = Floats(coneRadius) - sqrt(dx * dx + dy * dy);
+    return select(depth > Floats(0.0f), old + depth * strength, old);
 }
 
 }  // namespace
@@ -55,10 +55,10 @@ void addRipple(float* grid, const RippleTouch& touch) {
     for (int row = rows.start; row < rows.end; ++row) {
         float* cells = grid + std::ptrdiff_t{row} * touch.gridWidth;
         const float dy = cy - static_cast<float>(row);
-        forLanes(columns.start, columns.end, [&]<class Lane>(std::ptrdiff_t column) {
-            const Lane dx = Lane(cx) - ramp<Lane>(static_cast<float>(column));
+        forGroups(columns.start, columns.end, [&]<class Floats>(std::ptrdiff_t column) {
+            const Floats dx = Floats(cx) - ramp<Floats>(static_cast<float>(column));
             store(cells + column,
-                  coneCell(load<Lane>(cells + column), dx, Lane(dy), Lane(touch.strength)));
+                  coneCell(load<Floats>(cells + column), dx, Floats(dy), Floats(touch.strength)));
         });
     }
 }
