@@ -18,6 +18,11 @@ namespace lanes = sse2;
 namespace velmora {
 namespace lanes = neon;
 }
+#elif defined(__wasm_simd128__)
+#include "simd/float4_wasm.h"
+namespace velmora {
+namespace lanes = wasm;
+}
 #else
 namespace velmora {
 namespace lanes = plain;

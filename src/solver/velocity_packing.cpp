@@ -12,7 +12,7 @@ constexpr float valueLimit = 127.0f;
 constexpr float lowSteps = 255.0f;
 constexpr float inverseSteps =
     0.00392157f;  // just above 1 / 255, so that whole values never round down
-static_assert(std::bit_cast<std::uint32_t>(inverseSteps) == 0x3B808083);
+static_assert(inverseSteps == 0x1.010106p-8f);
 
 template <class Floats>
 BytePairs<IntOf<Floats>> packed(Floats value) {

@@ -100,12 +100,11 @@ TYPED_TEST(Lanes, OperationsMeanForEveryLaneWhatTheyMeanForOne) {
         expect(select((x < y) & (y > one), one, zero),
                [](float p, float q) { return p < q && q > 1.0f ? 1.0f : 0.0f; });
         const auto whole = truncate(x);
-        EXPECT_EQ(std::bit_cast<Ints4>(whole),
-                  each(a, b, [](float p, float) { return truncated(p); }));
+        EXPECT_EQ(bitCast<Ints4>(whole), each(a, b, [](float p, float) { return truncated(p); }));
         expect(toFloat(whole), [](float p, float) { return static_cast<float>(truncated(p)); });
         EXPECT_TRUE(holds(shiftIn(x, y), {a[3], b[0], b[1], b[2]}));
     }
-    const auto ints = std::bit_cast<decltype(truncate(one))>(Ints4{16777217, -16777219, most, 0});
+    const auto ints = bitCast<decltype(truncate(one))>(Ints4{16777217, -16777219, most, 0});
     EXPECT_TRUE(holds(toFloat(ints), {16777216.0f, -16777220.0f, 2147483648.0f, 0.0f}));
     EXPECT_TRUE(
         holds(TypeParam::ramp(16777210.0f), {16777210.0f, 16777211.0f, 16777212.0f, 16777213.0f}));
@@ -119,12 +118,14 @@ TYPED_TEST(Lanes, LoadStoreAndGatherExactlyTheirElements) {
     using Float = typename TypeParam::Float;
     using Int = decltype(truncate(Float(0.0f)));
     const auto cells = [](std::int32_t a, std::int32_t b, std::int32_t c, std::int32_t d) {
-        return std::bit_cast<Int>(Ints4{a, b, c, d});
+        return bitCast<Int>(Ints4{a, b, c, d});
+    };
+    const auto fill = [](const auto& block, const auto& values) {
+        std::copy(values.begin(), values.end(), block.data());
     };
     for (const Against side : bothSides) {
         const GuardedBlock<float> from(8, side), pairs(8, side), points(12, side), four(4, side);
-        std::ranges::copy(std::array{1.0f, -0.0f, 3.0f, nan, 5.0f, 6.0f, infinity, 8.0f},
-                          from.data());
+        fill(from, std::array{1.0f, -0.0f, 3.0f, nan, 5.0f, 6.0f, infinity, 8.0f});
         store(four.data(), TypeParam::load(from.data() + 4));
         EXPECT_TRUE(areSame(four.elements(), from.elements().last(4)));
         const Pair<Float> pair = TypeParam::loadPair(from.data());
@@ -142,11 +143,11 @@ TYPED_TEST(Lanes, LoadStoreAndGatherExactlyTheirElements) {
         EXPECT_TRUE(hold(next, {infinity, 3.0f, 5.0f, infinity}, {8.0f, nan, 6.0f, 8.0f}));
 
         const GuardedBlock<std::uint16_t> shorts(8, side);
-        std::ranges::copy(std::array{0, 1, 2, 255, 256, 32767, 32768, 65535}, shorts.data());
+        fill(shorts, std::array{0, 1, 2, 255, 256, 32767, 32768, 65535});
         store(shorts.data(),
               TypeParam::loadShorts(shorts.data()) + typename TypeParam::Shorts(32769));
-        EXPECT_TRUE(std::ranges::equal(shorts.elements(),
-                                       std::array{32769, 32770, 32771, 33024, 33025, 0, 1, 32768}));
+        EXPECT_TRUE(areEqual(shorts.elements(),
+                             std::array{32769, 32770, 32771, 33024, 33025, 0, 1, 32768}));
 
         const GuardedBlock<std::uint8_t> bytes(16, side);
         for (std::int32_t high = 0; high < 256; ++high) {
@@ -156,7 +157,7 @@ TYPED_TEST(Lanes, LoadStoreAndGatherExactlyTheirElements) {
                            BytePairs<Int>{cells(1, high, 255, low), cells(high, 2, low, 255)});
             const std::array expected{high, low,  low,  high, 255, 0,   0,   255,
                                       1,    high, high, 2,    255, low, low, 255};
-            ASSERT_TRUE(std::ranges::equal(bytes.elements(), expected)) << high;
+            ASSERT_TRUE(areEqual(bytes.elements(), expected)) << high;
         }
     }
 }

@@ -5,9 +5,9 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <bit>
 #include <cmath>
 #include <cstdint>
+#include <cstring>
 #include <iterator>
 #include <limits>
 #include <random>
@@ -62,6 +62,11 @@ struct Fill {
     bool wild = false;
 };
 
+template <class T, class Expected>
+bool areEqual(std::span<T> actual, const Expected& expected) {
+    return std::equal(actual.begin(), actual.end(), std::begin(expected), std::end(expected));
+}
+
 inline void fillRandomly(std::span<float> values, Fill fill, std::mt19937& random) {
     constexpr float wildValues[] = {nan, infinity, -infinity, 3e38f, -3e38f, 1e10f, -1e10f, -0.0f};
     for (float& value : values) {
@@ -101,6 +106,15 @@ std::vector<float> evaluateCells(const Pass& pass, int width, int height) {
     return cells;
 }
 
+/// std::bit_cast, which not every C++ library has yet.
+template <class To, class From>
+To bitCast(const From& from) {
+    static_assert(sizeof(To) == sizeof(From));
+    To to;
+    std::memcpy(&to, &from, sizeof to);
+    return to;
+}
+
 /// 32-bit NEON takes subnormals for 0, the scalar unit beside it does not.
 #if defined(__ARM_NEON) && !defined(__aarch64__)
 constexpr bool lanesFlushSubnormals = true;
@@ -111,14 +125,15 @@ constexpr bool lanesFlushSubnormals = false;
 /// The same bits; a NaN is like any other, since its bits follow the order of operands.
 inline bool isSame(float a, float b) {
     constexpr float smallest = std::numeric_limits<float>::min();
-    return std::bit_cast<std::uint32_t>(a) == std::bit_cast<std::uint32_t>(b) ||
+    return bitCast<std::uint32_t>(a) == bitCast<std::uint32_t>(b) ||
            (std::isnan(a) && std::isnan(b)) ||
            (lanesFlushSubnormals && std::abs(a) < smallest && std::abs(b) < smallest);
 }
 
 inline testing::AssertionResult areSame(std::span<const float> actual,
                                         std::span<const float> expected) {
-    const auto [a, b] = std::ranges::mismatch(actual, expected, isSame);
+    const auto [a, b] =
+        std::mismatch(actual.begin(), actual.end(), expected.begin(), expected.end(), isSame);
     if (a == actual.end() && b == expected.end()) {
         return testing::AssertionSuccess();
     }

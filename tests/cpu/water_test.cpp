@@ -102,7 +102,7 @@ void checkMesh(const MeshShape& mesh, int vertices, Against against) {
     writeMeshPositions(positions.data(), vertices, mesh);
     writeMeshIndices(indices.data(), mesh);
     EXPECT_TRUE(areSame(positions.elements(), places));
-    EXPECT_TRUE(std::ranges::equal(indices.elements(), corners));
+    EXPECT_TRUE(areEqual(indices.elements(), corners));
 }
 
 TEST(Mesh, VerticesAndQuadsHaveTheirPlacesHoweverTall) {

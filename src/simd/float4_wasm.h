@@ -1,0 +1,167 @@
+#pragma once
+
+#include <wasm_simd128.h>
+
+#include "simd/lanes.h"
+
+// Four lanes on WebAssembly's 128-bit vectors. Subnormals are kept: it knows no mode that flushes
+// them.
+
+namespace velmora::wasm {
+
+struct Int4 {
+    v128_t lanes;
+};
+
+struct Mask4 {
+    v128_t lanes;
+};
+
+struct Float4 {
+    v128_t lanes;
+
+    Float4() = default;
+    Float4(v128_t all) : lanes(all) {}
+    Float4(float all) : lanes(wasm_f32x4_splat(all)) {}
+    Float4(float a, float b, float c, float d) : lanes(wasm_f32x4_make(a, b, c, d)) {}
+};
+
+struct Short8 {
+    v128_t lanes;
+
+    Short8() = default;
+    Short8(v128_t all) : lanes(all) {}
+    explicit Short8(std::uint16_t all) : lanes(wasm_u16x8_splat(all)) {}
+};
+
+inline Short8 loadShorts(const std::uint16_t* from) {
+    return wasm_v128_load(from);
+}
+inline void store(std::uint16_t* to, Short8 value) {
+    wasm_v128_store(to, value.lanes);
+}
+inline Short8 operator+(Short8 a, Short8 b) {
+    return wasm_i16x8_add(a.lanes, b.lanes);
+}
+
+inline Float4 load(const float* from) {
+    return wasm_v128_load(from);
+}
+inline void store(float* to, Float4 value) {
+    wasm_v128_store(to, value.lanes);
+}
+
+inline Pair<Float4> loadPair(const float* from) {
+    const v128_t first = wasm_v128_load(from);
+    const v128_t second = wasm_v128_load(from + 4);
+    return {wasm_i32x4_shuffle(first, second, 0, 2, 4, 6),
+            wasm_i32x4_shuffle(first, second, 1, 3, 5, 7)};
+}
+inline void storePair(float* to, Pair<Float4> cells) {
+    wasm_v128_store(to, wasm_i32x4_shuffle(cells.x.lanes, cells.y.lanes, 0, 4, 1, 5));
+    wasm_v128_store(to + 4, wasm_i32x4_shuffle(cells.x.lanes, cells.y.lanes, 2, 6, 3, 7));
+}
+
+inline void storePoints(float* to, Float4 x, Float4 y) {
+    const v128_t zero = wasm_f32x4_const_splat(0.0f);
+    const v128_t xy01 = wasm_i32x4_shuffle(x.lanes, y.lanes, 0, 4, 1, 5);
+    const v128_t xy23 = wasm_i32x4_shuffle(x.lanes, y.lanes, 2, 6, 3, 7);
+    const v128_t y1x2y2 = wasm_i32x4_shuffle(xy01, xy23, 3, 3, 4, 5);
+    wasm_v128_store(to, wasm_i32x4_shuffle(xy01, zero, 0, 1, 4, 2));
+    wasm_v128_store(to + 4, wasm_i32x4_shuffle(y1x2y2, zero, 0, 4, 2, 3));
+    wasm_v128_store(to + 8, wasm_i32x4_shuffle(xy23, zero, 4, 2, 3, 4));
+}
+
+inline Float4 shiftIn(Float4 before, Float4 cells) {
+    return wasm_i32x4_shuffle(before.lanes, cells.lanes, 3, 4, 5, 6);
+}
+
+inline Float4 operator+(Float4 a, Float4 b) {
+    return wasm_f32x4_add(a.lanes, b.lanes);
+}
+inline Float4 operator-(Float4 a, Float4 b) {
+    return wasm_f32x4_sub(a.lanes, b.lanes);
+}
+inline Float4 operator*(Float4 a, Float4 b) {
+    return wasm_f32x4_mul(a.lanes, b.lanes);
+}
+// f32x4.pmin is b < a ? b : a, and pmax a < b ? b : a.
+inline Float4 min(Float4 a, Float4 b) {
+    return wasm_f32x4_pmin(b.lanes, a.lanes);
+}
+inline Float4 max(Float4 a, Float4 b) {
+    return wasm_f32x4_pmax(b.lanes, a.lanes);
+}
+inline Float4 sqrt(Float4 a) {
+    return wasm_f32x4_sqrt(a.lanes);
+}
+
+inline Float4 ramp(float start) {
+    return Float4(start) + Float4(0.0f, 1.0f, 2.0f, 3.0f);
+}
+
+inline Mask4 operator<(Float4 a, Float4 b) {
+    return {wasm_f32x4_lt(a.lanes, b.lanes)};
+}
+inline Mask4 operator>(Float4 a, Float4 b) {
+    return b < a;
+}
+inline Mask4 operator|(Mask4 a, Mask4 b) {
+    return {wasm_v128_or(a.lanes, b.lanes)};
+}
+inline Mask4 operator&(Mask4 a, Mask4 b) {
+    return {wasm_v128_and(a.lanes, b.lanes)};
+}
+inline bool any(Mask4 a) {
+    return wasm_v128_any_true(a.lanes);
+}
+inline Float4 select(Mask4 which, Float4 yes, Float4 no) {
+    return wasm_v128_bitselect(yes.lanes, no.lanes, which.lanes);
+}
+
+inline Int4 truncate(Float4 a) {
+    // The conversion saturates and takes NaN to 0: what does not fit becomes INT32_MIN here.
+    const v128_t fits = wasm_f32x4_lt(a.lanes, wasm_f32x4_const_splat(2147483648.0f));
+    const v128_t none = wasm_i32x4_const_splat(std::numeric_limits<std::int32_t>::min());
+    return {wasm_v128_bitselect(wasm_i32x4_trunc_sat_f32x4(a.lanes), none, fits)};
+}
+inline Float4 toFloat(Int4 a) {
+    return wasm_f32x4_convert_i32x4(a.lanes);
+}
+
+inline Pair<Float4> gatherPairs(const float* cells, Int4 index) {
+    const auto both = [&](std::int32_t a, std::int32_t b) {
+        return wasm_v128_load64_lane(cells + std::ptrdiff_t{b} * 2,
+                                     wasm_v128_load64_zero(cells + std::ptrdiff_t{a} * 2), 1);
+    };
+    const v128_t first =
+        both(wasm_i32x4_extract_lane(index.lanes, 0), wasm_i32x4_extract_lane(index.lanes, 1));
+    const v128_t second =
+        both(wasm_i32x4_extract_lane(index.lanes, 2), wasm_i32x4_extract_lane(index.lanes, 3));
+    return {wasm_i32x4_shuffle(first, second, 0, 2, 4, 6),
+            wasm_i32x4_shuffle(first, second, 1, 3, 5, 7)};
+}
+
+inline Neighbours<Float4> gatherNeighbours(const float* cells, Int4 index) {
+    const auto both = [&](std::int32_t at) {
+        return wasm_v128_load(cells + std::ptrdiff_t{at} * 2);
+    };
+    const v128_t lane0 = both(wasm_i32x4_extract_lane(index.lanes, 0));
+    const v128_t lane1 = both(wasm_i32x4_extract_lane(index.lanes, 1));
+    const v128_t lane2 = both(wasm_i32x4_extract_lane(index.lanes, 2));
+    const v128_t lane3 = both(wasm_i32x4_extract_lane(index.lanes, 3));
+    const v128_t cell01 = wasm_i32x4_shuffle(lane0, lane1, 0, 4, 1, 5);  // x0 x1 y0 y1
+    const v128_t cell23 = wasm_i32x4_shuffle(lane2, lane3, 0, 4, 1, 5);
+    const v128_t next01 = wasm_i32x4_shuffle(lane0, lane1, 2, 6, 3, 7);
+    const v128_t next23 = wasm_i32x4_shuffle(lane2, lane3, 2, 6, 3, 7);
+    return {{wasm_i64x2_shuffle(cell01, cell23, 0, 2), wasm_i64x2_shuffle(cell01, cell23, 1, 3)},
+            {wasm_i64x2_shuffle(next01, next23, 0, 2), wasm_i64x2_shuffle(next01, next23, 1, 3)}};
+}
+
+inline void storeBytePairs(std::uint8_t* to, BytePairs<Int4> first, BytePairs<Int4> second) {
+    const v128_t high = wasm_i16x8_narrow_i32x4(first.high.lanes, second.high.lanes);
+    const v128_t low = wasm_i16x8_narrow_i32x4(first.low.lanes, second.low.lanes);
+    wasm_v128_store(to, wasm_v128_or(high, wasm_i16x8_shl(low, 8)));
+}
+
+}  // namespace velmora::wasm
