@@ -18,6 +18,14 @@ float laplacian(const float* h, int i, int rowLength) {
     return h[i - rowLength] + h[i - 1] + h[i + 1] + h[i + rowLength] - 4.0f * h[i];
 }
 
+/// Whether a velocity of the row leaves the calm band.
+bool isMoving(const float* velocities, int width) {
+    return std::any_of(velocities, velocities + width, [](float velocity) {
+        return velocity > calmThreshold || velocity < -calmThreshold;
+    });
+}
+
+/// The look for calm has a loop of its own: inside the first it would keep that from vectors.
 bool updateVelocities(const WaterGrids& grids, const WaterRectangle& area,
                       const WaveSettings& settings) {
     float* const v = grids.velocity;
@@ -28,11 +36,10 @@ bool updateVelocities(const WaterGrids& grids, const WaterRectangle& area,
     for (int y = area.y0; y < area.y1; ++y) {
         for (int x = area.x0; x < area.x1; ++x) {
             const int i = y * grids.rowLength + x;
-            const float moved = (v[i] + waveSpeed * laplacian(h, i, grids.rowLength)) * damping;
-            v[i] = moved;
-            if (settings.detectCalm && calm && (moved > calmThreshold || moved < -calmThreshold)) {
-                calm = false;
-            }
+            v[i] = (v[i] + waveSpeed * laplacian(h, i, grids.rowLength)) * damping;
+        }
+        if (settings.detectCalm && calm) {
+            calm = !isMoving(v + y * grids.rowLength + area.x0, area.x1 - area.x0);
         }
     }
     return calm;
@@ -50,22 +57,27 @@ void moveHeights(const WaterGrids& grids, const WaterRectangle& area) {
     }
 }
 
-/// In groups of four that read before they write; the rest of a row cell by cell.
+/// In groups of four that read before they write; the rest of a row cell by cell. Four names: an
+/// array would go through memory and be read back before its parts have arrived there.
 void smoothHeights(const WaterGrids& grids, const WaterRectangle& area, float weight) {
     float* const h = grids.height;
     const int rowLength = grids.rowLength;
+    const auto smoothed = [=](int i) { return h[i] + weight * laplacian(h, i, rowLength); };
     for (int y = area.y0; y < area.y1; ++y) {
         int i = y * rowLength + area.x0;
         const int end = y * rowLength + area.x1;
         for (; i + 4 <= end; i += 4) {
-            float smoothed[4];
-            for (int k = 0; k < 4; ++k) {
-                smoothed[k] = h[i + k] + weight * laplacian(h, i + k, rowLength);
-            }
-            std::copy_n(smoothed, 4, h + i);
+            const float first = smoothed(i);
+            const float second = smoothed(i + 1);
+            const float third = smoothed(i + 2);
+            const float fourth = smoothed(i + 3);
+            h[i] = first;
+            h[i + 1] = second;
+            h[i + 2] = third;
+            h[i + 3] = fourth;
         }
         for (; i < end; ++i) {
-            h[i] = h[i] + weight * laplacian(h, i, rowLength);
+            h[i] = smoothed(i);
         }
     }
 }
@@ -105,14 +117,20 @@ void sweep(const Jacobi& pass) {
     float* const out = pass.output.data;
     const float alpha = pass.alpha;
     const float rbeta = pass.rbeta;
-    std::fill_n(out, width * height, 0.0f);
+    if (height < 1) {
+        return;
+    }
+    std::fill_n(out, width, 0.0f);
     for (int j = 1; j < height - 1; ++j) {
+        out[j * width] = 0.0f;
         for (int i = 1; i < width - 1; ++i) {
             const int at = j * width + i;
             out[at] =
                 (x[at - 1] + x[at + 1] + x[at - width] + x[at + width] + alpha * b[at]) * rbeta;
         }
+        out[j * width + width - 1] = 0.0f;
     }
+    std::fill_n(out + (height - 1) * width, width, 0.0f);
 }
 
 }  // namespace
@@ -139,13 +157,15 @@ void writeMeshIndices(std::uint16_t* indices, const MeshShape& shape) {
         for (int column = 1; column < columns; ++column) {
             const int a = column * rows + row;
             const int left = a - rows;
-            *indices++ = static_cast<std::uint16_t>(left - 1);
-            *indices++ = static_cast<std::uint16_t>(left);
-            *indices++ = static_cast<std::uint16_t>(a);
-            *indices++ = static_cast<std::uint16_t>(left - 1);
-            *indices++ = static_cast<std::uint16_t>(a);
-            *indices++ = static_cast<std::uint16_t>(a - 1);
+            std::uint16_t* const quad = indices + 6 * (column - 1);
+            quad[0] = static_cast<std::uint16_t>(left - 1);
+            quad[1] = static_cast<std::uint16_t>(left);
+            quad[2] = static_cast<std::uint16_t>(a);
+            quad[3] = static_cast<std::uint16_t>(left - 1);
+            quad[4] = static_cast<std::uint16_t>(a);
+            quad[5] = static_cast<std::uint16_t>(a - 1);
         }
+        indices += 6 * std::max(columns - 1, 0);
     }
 }
 
