@@ -27,7 +27,7 @@ jint toPixel(double position) {
 
 /// Maps the mesh, which is centred on the origin with y up, onto the surface and a little beyond.
 void fillMvp(std::span<float> matrix, const WaterDriver& water) {
-    std::ranges::fill(matrix, 0.0f);
+    std::fill(matrix.begin(), matrix.end(), 0.0f);
     matrix[0] = 2.0f * meshOverhang / static_cast<float>(water.meshSizeWidth);
     matrix[5] = 2.0f * meshOverhang / static_cast<float>(water.meshSizeHeight);
     matrix[10] = 1.0f;

@@ -70,7 +70,7 @@ struct LineReader {
 };
 
 std::optional<TouchAction> touchActionOf(std::string_view word) {
-    const auto found = std::ranges::find(actionNames, word);
+    const auto found = std::find(actionNames.begin(), actionNames.end(), word);
     if (found == actionNames.end()) {
         return std::nullopt;
     }
@@ -211,8 +211,13 @@ GestureScript loadGestureScript(const std::filesystem::path& file) {
 }
 
 std::span<const ScriptEvent> eventsOfFrame(const GestureScript& script, int frame) {
-    return {std::ranges::lower_bound(script.events, frame, {}, &ScriptEvent::frame),
-            std::ranges::upper_bound(script.events, frame, {}, &ScriptEvent::frame)};
+    const std::span<const ScriptEvent> all = script.events;
+    const auto before = [&](int bound) {
+        const auto found = std::partition_point(
+            all.begin(), all.end(), [&](const ScriptEvent& event) { return event.frame < bound; });
+        return static_cast<std::size_t>(found - all.begin());
+    };
+    return all.subspan(before(frame), before(frame + 1) - before(frame));
 }
 
 GestureScript scaledToScreen(GestureScript script, int width, int height) {

@@ -154,7 +154,8 @@ struct JniEnvironment::State : JNIEnv_ {
             }
             return;
         }
-        const auto copy = std::ranges::find(array.copies, data, &GuardedBlock::content);
+        const auto copy = std::find_if(array.copies.begin(), array.copies.end(),
+                                       [&](GuardedBlock& held) { return held.content() == data; });
         if (copy == array.copies.end()) {
             endProgram(std::string(call) + ": array " + std::to_string(array.id) +
                        " did not hand out this pointer");

@@ -1,0 +1,50 @@
+// Puts the page together: bundles its scripts with the program, and writes one HTML file that asks for nothing else.
+// Usage: node build.mjs OUTPUT
+
+import { createHash } from "node:crypto";
+import { readFileSync, readdirSync, writeFileSync } from "node:fs";
+import { dirname, join } from "node:path";
+import { fileURLToPath } from "node:url";
+import { build } from "esbuild";
+
+const here = dirname(fileURLToPath(import.meta.url));
+const output = process.argv[2];
+
+/** The shipped presets and gestures as texts by their names. */
+function texts(folder, suffix) {
+    const files = readdirSync(join(here, "..", folder)).filter((file) => file.endsWith(suffix));
+    return Object.fromEntries(
+        files.sort().map((file) => [file.slice(0, -suffix.length), readFileSync(join(here, "..", folder, file), "utf8")]),
+    );
+}
+
+const bundle = await build({
+    entryPoints: [join(here, "page/main.ts")],
+    bundle: true,
+    minify: true,
+    write: false,
+    format: "iife",
+    target: "es2022",
+    legalComments: "none",
+    loader: { ".wasm": "binary" },
+    define: {
+        PRESETS: JSON.stringify(texts("presets", ".json")),
+        GESTURES: JSON.stringify(texts("gestures", ".gesture")),
+    },
+    logLevel: "warning",
+});
+// A closing tag within a text would end the script.
+const script = bundle.outputFiles[0].text.replaceAll("</script", "<\\/script");
+const hash = createHash("sha256").update(script).digest("base64");
+const policy = [
+    "default-src 'none'",
+    `script-src 'sha256-${hash}' 'wasm-unsafe-eval'`,
+    "style-src 'unsafe-inline'",
+    "img-src data: blob:",
+    "media-src blob:",
+    "base-uri 'none'",
+    "form-action 'none'",
+].join("; ");
+const parts = { POLICY: policy, STYLE: readFileSync(join(here, "page/style.css"), "utf8"), SCRIPT: script };
+const page = readFileSync(join(here, "page/index.html"), "utf8").replace(/POLICY|STYLE|SCRIPT/g, (name) => parts[name]);
+writeFileSync(output, page);

@@ -1,0 +1,150 @@
+#include <emscripten/emscripten.h>
+
+#include <cstdlib>
+#include <iterator>
+#include <string>
+
+#include "hostkit/host_error.h"
+#include "web/host/stage.h"
+
+// What the page's script calls. Texts are UTF-8 and live until the next call.
+
+namespace {
+
+web::Stage stage;
+std::string answer;
+
+/// Calls `visit` with each number or switch of the settings, always in this order.
+template <class Visit>
+void forEachField(Visit visit) {
+    const auto all = [&](const auto& fields) {
+        for (const auto& field : fields) {
+            visit(field);
+        }
+    };
+    all(player::waterFields);
+    all(player::countFields);
+    all(player::fingerFields);
+    all(player::switchFields);
+}
+
+const char* kindOf(float) {
+    return "number";
+}
+const char* kindOf(int) {
+    return "count";
+}
+const char* kindOf(bool) {
+    return "switch";
+}
+
+template <class Value>
+std::string text(Value value) {
+    char digits[32];
+    return {digits, std::to_chars(digits, std::end(digits), static_cast<float>(value)).ptr};
+}
+
+}  // namespace
+
+extern "C" {
+
+/// The settings as JSON: name, words, kind, least, most, and the value at first.
+EMSCRIPTEN_KEEPALIVE const char* describeSettings() {
+    const player::Settings defaults;
+    answer = "[";
+    forEachField([&](const auto& field) {
+        const auto value = defaults.*field.member;
+        answer += answer.size() > 1 ? "," : "";
+        answer += R"({"name":")" + std::string(field.name) + R"(","words":")" + field.words +
+                  R"(","kind":")" + kindOf(value) + R"(","least":)" + text(field.least) +
+                  R"(,"most":)" + text(field.most) + R"(,"first":)" + text(value) + "}";
+    });
+    answer += "]";
+    return answer.c_str();
+}
+
+/// Numbers and switches in the order of describeSettings, then the ink's red, green and blue.
+EMSCRIPTEN_KEEPALIVE void setSettings(const float* values) {
+    forEachField([&](const auto& field) {
+        auto& member = stage.settings.*field.member;
+        member = static_cast<std::remove_reference_t<decltype(member)>>(*values++);
+    });
+    std::copy_n(values, stage.settings.ink.size(), stage.settings.ink.begin());
+}
+
+EMSCRIPTEN_KEEPALIVE void getSettings(float* values) {
+    forEachField(
+        [&](const auto& field) { *values++ = static_cast<float>(stage.settings.*field.member); });
+    std::copy(stage.settings.ink.begin(), stage.settings.ink.end(), values);
+}
+
+EMSCRIPTEN_KEEPALIVE void restart(int width, int height) {
+    web::restart(stage, width, height);
+}
+
+/// Place 0 is the background, 1 the second one.
+EMSCRIPTEN_KEEPALIVE void showPicture(int place, int width, int height, const std::uint8_t* rgba) {
+    const auto bytes = static_cast<std::size_t>(width) * static_cast<std::size_t>(height) * 4;
+    web::showPicture(stage, place, {width, height, {rgba, rgba + bytes}});
+}
+
+EMSCRIPTEN_KEEPALIVE void renewContext() {
+    web::renewContext(stage);
+}
+
+EMSCRIPTEN_KEEPALIVE void touch(int action, double x, double y, float pressure) {
+    stage.pending.emplace_back(
+        hostkit::Touch{static_cast<hostkit::TouchAction>(action), x, y, pressure});
+}
+
+EMSCRIPTEN_KEEPALIVE void clearInk() {
+    stage.pending.emplace_back(hostkit::ClearInk{});
+}
+
+EMSCRIPTEN_KEEPALIVE void frame(double milliseconds) {
+    web::runFrame(stage, std::chrono::nanoseconds(std::llround(milliseconds * 1e6)));
+}
+
+EMSCRIPTEN_KEEPALIVE void startRecording() {
+    web::startRecording(stage);
+}
+
+EMSCRIPTEN_KEEPALIVE const char* finishRecording() {
+    answer = web::finishRecording(stage);
+    return answer.c_str();
+}
+
+/// Empty, or what is wrong with the script; then nothing has changed.
+EMSCRIPTEN_KEEPALIVE const char* startReplay(const char* script, const char* name) {
+    try {
+        web::startReplay(stage, script, name);
+        answer.clear();
+    } catch (const hostkit::HostError& error) {
+        answer = error.what();
+    }
+    return answer.c_str();
+}
+
+EMSCRIPTEN_KEEPALIVE void stopReplay() {
+    stage.replay.reset();
+}
+
+EMSCRIPTEN_KEEPALIVE bool isReplaying() {
+    return stage.replay.has_value();
+}
+
+/// Whether the water stands still, so that only ink and rain could change the picture.
+EMSCRIPTEN_KEEPALIVE bool isWaterCalm() {
+    return stage.host->water().resting;
+}
+
+/// The water's heights, then velocities: columns * rows numbers each.
+EMSCRIPTEN_KEEPALIVE const float* waterCells(int velocities) {
+    const hostkit::WaterDriver& water = stage.host->water();
+    return hostkit::JniEnvironment::elements(velocities ? water.velocity : water.height).data();
+}
+
+EMSCRIPTEN_KEEPALIVE int waterCellCount() {
+    return static_cast<int>(hostkit::JniEnvironment::elements(stage.host->water().height).size());
+}
+}

@@ -1,0 +1,50 @@
+#pragma once
+
+#include <array>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "hostkit/effect_host.h"
+#include "player/rain.h"
+#include "player/settings.h"
+
+namespace web {
+
+/// The effect on a page's canvas: a host with the settings applied, and what is recorded or
+/// replayed of its gestures. Everything runs in the page's one thread, with the canvas' context
+/// current.
+struct Stage {
+    player::Settings settings;
+    player::Settings applied;
+    /// Picture, second picture; empty ones are replaced by a test picture.
+    std::array<hostkit::Picture, 2> pictures;
+    std::optional<hostkit::EffectHost> host;
+    player::Rain rain;
+
+    /// What is to happen with the next frame.
+    std::vector<hostkit::ScriptAction> pending;
+    std::optional<hostkit::GestureScript> recording;
+    /// For the screen's size; `replayed` frames of it have run.
+    std::optional<hostkit::GestureScript> replay;
+    int replayed = 0;
+};
+
+/// From the start, for a canvas of that size: calm water, no ink.
+void restart(Stage& stage, int width, int height);
+/// Pictures are cropped to the screen's shape by the page.
+void showPicture(Stage& stage, int place, hostkit::Picture picture);
+/// What the context held is set up anew in the one that follows it.
+void renewContext(Stage& stage);
+
+/// One frame of the effect: draws it.
+void runFrame(Stage& stage, std::chrono::nanoseconds elapsed);
+
+/// Restarts, and keeps from there what happens, so that a replay finds the same.
+void startRecording(Stage& stage);
+/// The recording as a gesture script.
+std::string finishRecording(Stage& stage);
+/// Restarts and plays the script. Throws HostError with its first fault.
+void startReplay(Stage& stage, const std::string& text, const std::string& name);
+
+}  // namespace web

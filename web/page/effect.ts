@@ -1,0 +1,149 @@
+// The library behind its host, as WebAssembly on the page's canvas: typed calls for what host/exports.cpp exports.
+
+import loadModule from "../../build/web/velmora-web.js";
+import program from "../../build/web/velmora-web.wasm";
+
+/** Values are the platform's action codes. */
+export const enum TouchAction {
+    down = 0,
+    up = 1,
+    move = 2,
+    cancel = 3,
+}
+
+export interface SettingField {
+    name: string;
+    words: string;
+    kind: "number" | "count" | "switch";
+    least: number;
+    most: number;
+    first: number;
+}
+
+export interface Size {
+    width: number;
+    height: number;
+}
+
+export class Effect {
+    /** In the order in which the settings' values pass. */
+    readonly fields: SettingField[];
+    private readonly values: number;
+    private readonly valueCount: number;
+
+    private constructor(
+        private readonly module: EffectModule,
+        readonly gl: WebGLRenderingContext,
+    ) {
+        this.fields = JSON.parse(this.text(module._describeSettings()));
+        this.valueCount = this.fields.length + 3;
+        this.values = module._malloc(4 * this.valueCount);
+    }
+
+    /** Throws where the browser has no WebAssembly; the context must be the canvas' first one. */
+    static async load(gl: WebGLRenderingContext): Promise<Effect> {
+        const module = await loadModule({ wasmBinary: program, printErr: (line: string) => console.error(line) });
+        module.GL.makeContextCurrent(module.GL.registerContext(gl, { majorVersion: 1 }));
+        return new Effect(module, gl);
+    }
+
+    /** From the start: calm water, no ink. */
+    restart(size: Size): void {
+        this.module._restart(size.width, size.height);
+    }
+
+    /** RGBA pixels of the screen's shape; place 0 is the background, 1 the second one. */
+    showPicture(place: 0 | 1, picture: ImageData): void {
+        const bytes = this.module._malloc(picture.data.length);
+        this.module.HEAPU8.set(picture.data, bytes);
+        this.module._showPicture(place, picture.width, picture.height, bytes);
+        this.module._free(bytes);
+    }
+
+    /** The names of a lost context mean nothing in the one that follows it. */
+    renewContext(): void {
+        const { GL } = this.module;
+        for (const names of [GL.buffers, GL.framebuffers, GL.programs, GL.shaders, GL.textures]) {
+            names.fill(null);
+        }
+        this.module._renewContext();
+    }
+
+    touch(action: TouchAction, x: number, y: number, pressure: number): void {
+        this.module._touch(action, x, y, pressure);
+    }
+
+    clearInk(): void {
+        this.module._clearInk();
+    }
+
+    /** Draws the next frame, with the water `milliseconds` later. */
+    frame(milliseconds: number): void {
+        this.module._frame(milliseconds);
+    }
+
+    /** Values in the order of `fields`, then the ink's red, green and blue; applied with the next frame. */
+    setValues(values: readonly number[]): void {
+        this.module.HEAPF32.set(values, this.values / 4);
+        this.module._setSettings(this.values);
+    }
+
+    getValues(): number[] {
+        this.module._getSettings(this.values);
+        return [...this.module.HEAPF32.subarray(this.values / 4, this.values / 4 + this.valueCount)];
+    }
+
+    startRecording(): void {
+        this.module._startRecording();
+    }
+
+    /** The gesture script of what happened since. */
+    finishRecording(): string {
+        return this.text(this.module._finishRecording());
+    }
+
+    /** Returns what is wrong with the script; empty where it plays. */
+    startReplay(script: string, name: string): string {
+        return this.withText(script, (scriptText) =>
+            this.withText(name, (nameText) => this.text(this.module._startReplay(scriptText, nameText))),
+        );
+    }
+
+    stopReplay(): void {
+        this.module._stopReplay();
+    }
+
+    get replays(): boolean {
+        return this.module._isReplaying() !== 0;
+    }
+
+    get waterIsCalm(): boolean {
+        return this.module._isWaterCalm() !== 0;
+    }
+
+    /** The water's heights and velocities, bytes as they lie in memory; for those who look closely. */
+    waterBytes(): Uint8Array {
+        const bytes = 4 * this.module._waterCellCount();
+        const cells = new Uint8Array(2 * bytes);
+        [0, 1].forEach((half) => {
+            const start = this.module._waterCells(half);
+            cells.set(this.module.HEAPU8.subarray(start, start + bytes), half * bytes);
+        });
+        return cells;
+    }
+
+    private text(address: number): string {
+        return this.module.UTF8ToString(address);
+    }
+
+    private withText<Result>(text: string, use: (address: number) => Result): Result {
+        const room = this.module.lengthBytesUTF8(text) + 1;
+        const address = this.module._malloc(room);
+        this.module.stringToUTF8(text, address, room);
+        try {
+            return use(address);
+        } finally {
+            this.module._free(address);
+        }
+    }
+}

@@ -1,0 +1,45 @@
+// What the bundler brings in besides scripts.
+
+declare module "*/velmora-web.js" {
+    export default function loadModule(options: object): Promise<EffectModule>;
+}
+declare module "*.wasm" {
+    const bytes: Uint8Array;
+    export default bytes;
+}
+
+interface EffectModule {
+    HEAPU8: Uint8Array;
+    HEAPF32: Float32Array;
+    GL: {
+        buffers: unknown[];
+        framebuffers: unknown[];
+        programs: unknown[];
+        shaders: unknown[];
+        textures: unknown[];
+        registerContext(gl: WebGLRenderingContext, attributes: object): number;
+        makeContextCurrent(context: number): boolean;
+    };
+    UTF8ToString(address: number): string;
+    stringToUTF8(text: string, address: number, room: number): void;
+    lengthBytesUTF8(text: string): number;
+    _malloc(bytes: number): number;
+    _free(address: number): void;
+    _describeSettings(): number;
+    _setSettings(values: number): void;
+    _getSettings(values: number): void;
+    _restart(width: number, height: number): void;
+    _showPicture(place: number, width: number, height: number, rgba: number): void;
+    _renewContext(): void;
+    _touch(action: number, x: number, y: number, pressure: number): void;
+    _clearInk(): void;
+    _frame(milliseconds: number): void;
+    _startRecording(): void;
+    _finishRecording(): number;
+    _startReplay(script: number, name: number): number;
+    _stopReplay(): void;
+    _isReplaying(): number;
+    _isWaterCalm(): number;
+    _waterCells(velocities: number): number;
+    _waterCellCount(): number;
+}
