@@ -6,13 +6,13 @@ set(CMAKE_CXX_EXTENSIONS OFF)
 set(CMAKE_POSITION_INDEPENDENT_CODE ON)
 set(CMAKE_CXX_VISIBILITY_PRESET hidden)
 set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
-if(NOT CMAKE_BUILD_TYPE)
+if(PROJECT_IS_TOP_LEVEL AND NOT CMAKE_BUILD_TYPE AND NOT CMAKE_CONFIGURATION_TYPES)
   set(CMAKE_BUILD_TYPE Release)
 endif()
 
 # All libraries and programs lie side by side, and find each other there.
-set(CMAKE_LIBRARY_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR})
-set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR})
+set(CMAKE_LIBRARY_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR})
+set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR})
 set(CMAKE_BUILD_RPATH_USE_ORIGIN ON)
 set(CMAKE_BUILD_RPATH $ORIGIN)
 
@@ -25,7 +25,7 @@ endif()
 add_library(velmoraWarnings INTERFACE)
 target_compile_options(velmoraWarnings INTERFACE
   -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wdouble-promotion
-  -Wold-style-cast -Wnon-virtual-dtor -Wcast-qual -Wundef -Wmissing-declarations -Werror)
+  -Wold-style-cast -Wnon-virtual-dtor -Wcast-qual -Wundef -Wmissing-declarations)
 
 # Multiply-add stays multiply, then add: a fused one rounds once and would give other bits than the
 # processors and compilers that do not fuse.

@@ -4,40 +4,37 @@
 
 #include <stdexcept>
 #include <string>
+#include <type_traits>
 
-#include "host/native_for_velmora.h"
+#include "velmora/native_for_velmora.h"
 
 namespace fuzz {
 
-// clang-format off
-#define VELMORA_FOR_EACH_METHOD(X)                                                   \
-    X(onInitSetting) X(onInitUVHBuffer) X(onInitGPU) X(LoadTextures) X(onDrawFrame)  \
-    X(getClearInkValue) X(clearInkValue) X(onTouch) X(initWaters) X(ripple) X(move)
-// clang-format on
-
 /// The native methods of one loaded copy of the library.
 struct NativeMethods {
-#define VELMORA_METHOD(name) \
-    decltype(&Java_com_corvane_android_visualeffect_lock_velmora_NativeForVelmora_##name) name;
-    VELMORA_FOR_EACH_METHOD(VELMORA_METHOD)
+#define VELMORA_METHOD(result, name, parameters) decltype(&VELMORA_NATIVE_NAME(name)) name;
+#include "velmora/native_methods.inc"
 #undef VELMORA_METHOD
 };
 
 /// The methods of a handle of dlopen, or of the library that the program links with RTLD_DEFAULT.
 inline NativeMethods findMethods(void* library) {
     NativeMethods methods{};
-    const auto find = [library](auto& method, const std::string& name) {
-        const std::string symbol =
-            "Java_com_corvane_android_visualeffect_lock_velmora_NativeForVelmora_" + name;
-        void* const found = dlsym(library, symbol.c_str());
+    const auto find = [library](auto& method, const char* symbol) {
+        void* const found = dlsym(library, symbol);
         if (!found) {
-            throw std::runtime_error("the library lacks " + name);
+            throw std::runtime_error(std::string("the library lacks ") + symbol);
         }
         method = reinterpret_cast<std::remove_reference_t<decltype(method)>>(found);
     };
-#define VELMORA_METHOD(name) find(methods.name, #name);
-    VELMORA_FOR_EACH_METHOD(VELMORA_METHOD)
+#define VELMORA_STRING(text) #text
+#define VELMORA_SYMBOL(name) VELMORA_STRING(name)
+#define VELMORA_METHOD(result, name, parameters) \
+    find(methods.name, VELMORA_SYMBOL(VELMORA_NATIVE_NAME(name)));
+#include "velmora/native_methods.inc"
 #undef VELMORA_METHOD
+#undef VELMORA_SYMBOL
+#undef VELMORA_STRING
     return methods;
 }
 

@@ -1,7 +1,7 @@
 #include "effect/frame.h"
 #include "gpu/gpu_resources.h"
-#include "host/native_for_velmora.h"
 #include "host/pinned_arrays.h"
+#include "velmora/native_for_velmora.h"
 
 using namespace velmora;
 

@@ -1,5 +1,5 @@
 #include "effect/effect_state.h"
-#include "host/native_for_velmora.h"
+#include "velmora/native_for_velmora.h"
 
 VELMORA_NATIVE(void, onInitSetting)
 (JNIEnv*, jobject, jint width, jint height, jboolean inkEnabled) {

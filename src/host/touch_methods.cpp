@@ -1,5 +1,5 @@
 #include "effect/touch.h"
-#include "host/native_for_velmora.h"
+#include "velmora/native_for_velmora.h"
 
 VELMORA_NATIVE(void, onTouch)(JNIEnv*, jobject, jint x, jint y, jint action, jfloat pressure) {
     velmora::handleTouchEvent(velmora::gEffectState, x, y, action, pressure);

@@ -1,5 +1,5 @@
-#include "host/native_for_velmora.h"
 #include "host/pinned_arrays.h"
+#include "velmora/native_for_velmora.h"
 #include "water/height_field.h"
 #include "water/mesh.h"
 #include "water/ripple.h"

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "kit/oru.h"
+#include "velmora/create_scene.h"
 
 namespace velmora {
 
@@ -16,7 +17,3 @@ public:
 };
 
 }  // namespace velmora
-
-/// A new scene for the current GL context, or for none. The caller owns it and deletes it through
-/// its virtual destructor. On the kit's render thread.
-extern "C" __attribute__((visibility("default"))) velmora::EffectScene* createScene();

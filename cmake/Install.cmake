@@ -1,0 +1,40 @@
+# What an installation holds: the library and its headers, the Java class's source, a CMake package and files for
+# pkg-config; and on a desktop, which lacks them, the stand-ins and hostkit. Nothing in it knows where it lies.
+include(GNUInstallDirs)
+include(CMakePackageConfigHelpers)
+
+set(packageFolder ${CMAKE_INSTALL_LIBDIR}/cmake/Velmora)
+# The stand-ins have names that belong to others, so they keep out of the folder that every program searches.
+set(standinFolder ${CMAKE_INSTALL_LIBDIR}/velmora)
+
+install(TARGETS peluxVelmora EXPORT VelmoraTargets LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
+install(DIRECTORY ${PROJECT_SOURCE_DIR}/include/velmora DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+install(DIRECTORY ${PROJECT_SOURCE_DIR}/java/src/com DESTINATION ${CMAKE_INSTALL_DATADIR}/velmora/java)
+
+if(TARGET jnigraphics)
+  install(TARGETS jnigraphics log peluxNuvCommon EXPORT VelmoraTargets LIBRARY DESTINATION ${standinFolder})
+  install(DIRECTORY ${PROJECT_SOURCE_DIR}/platform/jnigraphics/include/ ${PROJECT_SOURCE_DIR}/platform/log/include/
+    DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/velmora-platform)
+endif()
+if(TARGET hostkit)
+  install(TARGETS hostkit EXPORT VelmoraTargets ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR})
+  install(DIRECTORY ${PROJECT_SOURCE_DIR}/hostkit DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}
+    FILES_MATCHING PATTERN *.h PATTERN jni_call_names.h EXCLUDE)
+endif()
+
+install(EXPORT VelmoraTargets NAMESPACE Velmora:: DESTINATION ${packageFolder})
+write_basic_package_version_file(${PROJECT_BINARY_DIR}/VelmoraConfigVersion.cmake COMPATIBILITY SameMajorVersion)
+install(FILES
+  ${PROJECT_SOURCE_DIR}/cmake/VelmoraConfig.cmake
+  ${PROJECT_SOURCE_DIR}/cmake/VelmoraPlatform.cmake
+  ${PROJECT_BINARY_DIR}/VelmoraConfigVersion.cmake
+  DESTINATION ${packageFolder})
+
+file(RELATIVE_PATH prefixFromPkgConfig /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
+get_filename_component(JDK ${JNI_INCLUDE_DIR} DIRECTORY)
+foreach(name velmora velmora-hostkit)
+  if(name STREQUAL velmora OR TARGET hostkit)
+    configure_file(${PROJECT_SOURCE_DIR}/cmake/${name}.pc.in ${PROJECT_BINARY_DIR}/${name}.pc @ONLY)
+    install(FILES ${PROJECT_BINARY_DIR}/${name}.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+  endif()
+endforeach()
