@@ -42,6 +42,7 @@ const policy = [
     "style-src 'unsafe-inline'",
     "img-src data: blob:",
     "media-src blob:",
+    "font-src data:",
     "base-uri 'none'",
     "form-action 'none'",
 ].join("; ");

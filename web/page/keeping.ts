@@ -1,0 +1,93 @@
+// Screenshots, films and recorded gestures, handed to the visitor as files.
+
+import { download, freshName } from "./files";
+import { attempt, mark, say } from "./notice";
+import type { Player } from "./player";
+
+const filmTypes = ["video/mp4;codecs=avc1", "video/webm;codecs=vp9", "video/webm"];
+
+export class Keeping {
+    private recorder: MediaRecorder | null = null;
+    private endRecordingMark = () => {};
+    /** The newest recorded gesture, to be played again. */
+    private gesture = "";
+
+    constructor(private readonly player: Player) {
+        player.beforeRestart = () => this.finishRecording();
+    }
+
+    get filming(): boolean {
+        return this.recorder !== null;
+    }
+
+    async screenshot(): Promise<void> {
+        const picture = await this.player.screenshot();
+        if (picture) {
+            const name = freshName("picture", ".png");
+            download(picture, name);
+            say(`saved ${name}`);
+        }
+    }
+
+    switchFilm(): void {
+        if (this.recorder) {
+            this.recorder.stop();
+        } else {
+            void attempt(() => this.startFilm());
+        }
+    }
+
+    switchRecording(): void {
+        if (this.player.recording) {
+            this.finishRecording();
+        } else {
+            this.player.startRecording();
+            this.endRecordingMark = mark("gesture");
+            say("recording the gesture, from calm water");
+        }
+    }
+
+    replayNewest(): void {
+        this.finishRecording();
+        if (this.gesture) {
+            this.player.replay(this.gesture, "the recording");
+        } else {
+            say("nothing has been recorded yet: R records a gesture");
+        }
+    }
+
+    private finishRecording(): void {
+        if (!this.player.recording) {
+            return;
+        }
+        this.endRecordingMark();
+        this.gesture = this.player.finishRecording();
+        const name = freshName("gesture", ".gesture");
+        download(this.gesture, name);
+        say(`recorded ${name}; it can be dropped here to be played again`);
+    }
+
+    private startFilm(): void {
+        const type = window.MediaRecorder && filmTypes.find((one) => MediaRecorder.isTypeSupported(one));
+        if (!type) {
+            throw new Error("this browser cannot film a page");
+        }
+        const parts: Blob[] = [];
+        const recorder = new MediaRecorder(this.player.canvas.captureStream(60), {
+            mimeType: type,
+            videoBitsPerSecond: 12e6,
+        });
+        const endMark = mark("film");
+        recorder.ondataavailable = (event) => parts.push(event.data);
+        recorder.onstop = () => {
+            this.recorder = null;
+            endMark();
+            const name = freshName("film", type.startsWith("video/mp4") ? ".mp4" : ".webm");
+            download(new Blob(parts, { type: type.split(";")[0] as string }), name);
+            say(`filmed ${name}`);
+        };
+        recorder.start(1000);
+        this.recorder = recorder;
+        this.player.userCame(); // the film's first picture
+    }
+}

@@ -1,0 +1,193 @@
+// The panel behind the page's one button: every setting, and every command as a button.
+
+import GUI, { type Controller } from "lil-gui";
+import type { Command } from "./commands";
+import type { SettingField } from "./effect";
+import type { Ink, Look } from "./look";
+import type { Player } from "./player";
+import { presetOf, type PresetList } from "./presets";
+
+const groups: Record<string, string[]> = {
+    Water: ["damping", "waveSpeed", "ripple", "rain", "meshDetail", "refractiveIndex", "waterOnly"],
+    Light: ["sheen", "fresnel", "specular", "exponent"],
+    Finger: ["pressure", "timeScale"],
+};
+
+/** What a name does not tell. */
+const hints: Record<string, string> = {
+    damping: "part of a wave's motion that is left after a 60th of a second",
+    waveSpeed: "shorter sides of the screen per second",
+    meshDetail: "cells of the water along the shorter side",
+    refractiveIndex: "1 bends nothing, 1.33 is water",
+    sheen: "how much of the sky the waves show",
+    fresnel: "more sheen on slopes that face the light",
+    specular: "brightness of the highlights",
+    exponent: "sharpness of the highlights",
+    pressure: "of a finger whose device measures none",
+    timeScale: "seconds of the effect per second",
+};
+
+const palette: Record<string, Ink> = {
+    blue: [0.05, 0.25, 0.85],
+    black: [0.03, 0.03, 0.04],
+    red: [0.85, 0.08, 0.1],
+    orange: [0.95, 0.45, 0.05],
+    green: [0.05, 0.6, 0.25],
+    violet: [0.5, 0.1, 0.75],
+    sepia: [0.45, 0.25, 0.1],
+    rose: [0.95, 0.3, 0.6],
+};
+
+export interface PanelParts {
+    player: Player;
+    presets: PresetList;
+    choosePreset(name: string): void;
+    /** Buttons by the folder that they stand in. */
+    tools: Record<string, Command[]>;
+    commands: Command[];
+}
+
+export class Panel {
+    private readonly gui: GUI;
+    private readonly preset: { name: string } = { name: "" };
+    private presetControl!: Controller;
+
+    constructor(
+        private readonly place: HTMLElement,
+        private readonly button: HTMLButtonElement,
+        private readonly parts: PanelParts,
+    ) {
+        this.gui = new GUI({ container: place, title: "Velmora", width: 320 });
+        this.addPresets();
+        for (const [group, names] of Object.entries(groups)) {
+            this.addGroup(group, names);
+            if (group === "Light") {
+                this.addInk();
+            }
+        }
+        for (const [folder, commands] of Object.entries(parts.tools)) {
+            this.addTools(folder, commands);
+        }
+        this.gui.onChange(() => this.changed());
+        button.addEventListener("click", () => this.toggle());
+        this.gui.$title.addEventListener("click", () => this.toggle(false));
+        this.gui.onOpenClose((gui: GUI) => gui === this.gui && gui.open());
+    }
+
+    get isOpen(): boolean {
+        return !this.place.hidden;
+    }
+
+    toggle(open = !this.isOpen): void {
+        this.place.hidden = !open;
+        this.button.setAttribute("aria-expanded", String(open));
+        if (open) {
+            this.update();
+            this.place.querySelector<HTMLElement>("button, select, input")?.focus({ preventScroll: true });
+        } else {
+            this.button.focus({ preventScroll: true });
+        }
+    }
+
+    /** Shows the values as they are now. */
+    update(): void {
+        if (!this.isOpen) {
+            return;
+        }
+        this.listPresets();
+        this.gui.controllersRecursive().forEach((controller) => controller.updateDisplay());
+    }
+
+    private changed(): void {
+        this.parts.player.userCame();
+        this.listPresets();
+    }
+
+    private addPresets(): void {
+        const folder = this.gui.addFolder("Preset");
+        this.presetControl = this.choice(folder, []);
+        this.addButtons(folder, this.parts.tools["Preset"] ?? []);
+    }
+
+    /** The preset's name; with a mark where a setting differs from it. */
+    private listPresets(): void {
+        const { presets, player } = this.parts;
+        const found = presetOf(presets, player.look)?.name;
+        const shown = found ?? (this.preset.name ? `${this.preset.name.replace(/ \*$/, "")} *` : "of your own");
+        this.preset.name = shown;
+        const names = presets.all.map((preset) => preset.name);
+        this.presetControl = this.presetControl.options(names.includes(shown) ? names : [shown, ...names]);
+        this.label(this.presetControl, "preset");
+    }
+
+    private choice(folder: GUI, names: string[]): Controller {
+        return folder
+            .add(this.preset, "name", names)
+            .name("preset")
+            .onChange((name: string) => this.parts.choosePreset(name.replace(/ \*$/, "")));
+    }
+
+    private addGroup(group: string, names: string[]): void {
+        const folder = this.gui.addFolder(group).close();
+        for (const name of names) {
+            const field = this.parts.player.effect.fields.find((one) => one.name === name);
+            if (field) {
+                this.addSetting(folder, field);
+            }
+        }
+    }
+
+    private addSetting(folder: GUI, field: SettingField): void {
+        const look = this.parts.player.look;
+        const control =
+            field.kind === "switch"
+                ? folder.add(look, field.name)
+                : folder.add(look, field.name, field.least, field.most, field.kind === "count" ? 1 : 0.001);
+        this.label(control.name(field.words), hints[field.name]);
+    }
+
+    private addInk(): void {
+        const { look } = this.parts.player;
+        const folder = this.gui.addFolder("Ink").close();
+        this.label(folder.addColor(look, "ink").name("colour"));
+        const swatches = document.createElement("div");
+        swatches.className = "swatches";
+        for (const [name, ink] of Object.entries(palette)) {
+            const swatch = document.createElement("button");
+            swatch.type = "button";
+            swatch.title = name;
+            swatch.setAttribute("aria-label", `${name} ink`);
+            swatch.style.background = `rgb(${ink.map((part) => Math.round(255 * part)).join(" ")})`;
+            swatch.addEventListener("click", () => this.chooseInk(look, ink));
+            swatches.append(swatch);
+        }
+        folder.$children.append(swatches);
+    }
+
+    private chooseInk(look: Look, ink: Ink): void {
+        look.ink = [...ink];
+        this.update();
+        this.changed();
+    }
+
+    private addTools(name: string, commands: Command[]): void {
+        if (name !== "Preset") {
+            this.addButtons(this.gui.addFolder(name).close(), commands);
+        }
+    }
+
+    private addButtons(folder: GUI, commands: Command[]): void {
+        for (const command of commands) {
+            const control = folder.add(command, "run").name(command.words);
+            control.domElement.title = command.name ? `${command.words} (${command.name})` : command.words;
+        }
+    }
+
+    private label(control: Controller, hint?: string): void {
+        control.domElement.title = hint ?? "";
+        control.domElement.querySelectorAll("input, select").forEach((input) => {
+            const name = control.domElement.querySelector(".lil-name")?.textContent ?? "";
+            input.setAttribute("aria-label", hint ? `${name}: ${hint}` : name);
+        });
+    }
+}

@@ -1,0 +1,337 @@
+// The effect on the page's canvas: runs its frames while something moves, and rests when nothing does.
+
+import { Attract } from "./attract";
+import { CalmWatch } from "./calm";
+import { TouchAction, type Effect, type Size } from "./effect";
+import { EffectTap } from "./effect_tap";
+import { Finger } from "./finger";
+import { FrameClock, frameTime } from "./frame_clock";
+import { firstLook, lookOf, valuesOf, type Look } from "./look";
+import { drawOverlays, type Overlays } from "./overlays";
+import { firstPictures, pixelsOf, type Pictures } from "./pictures";
+import { pixelSize } from "./screen";
+
+/** Milliseconds of the newest frames: one whole frame of the page, and what the effect took of it. */
+export interface FrameTime {
+    between: number;
+    effect: number;
+}
+const frameTimesKept = 120;
+
+export class Player {
+    readonly look: Look;
+    readonly view: Overlays & { paused: boolean; attract: boolean } = {
+        velocity: false,
+        density: false,
+        paused: false,
+        attract: !matchMedia("(prefers-reduced-motion: reduce)").matches,
+    };
+    readonly pictures: Pictures = firstPictures();
+    readonly finger: Finger;
+    readonly times: FrameTime[] = [];
+    /** Since the page was opened: animation frames asked for, and frames of the effect. */
+    readonly counts = { animationFrames: 0, frames: 0 };
+    recording = false;
+    /** The context is lost. */
+    lost = false;
+    /** Called after each frame, while the canvas still has its picture. */
+    readonly afterFrame = new Set<() => void>();
+    /** The look has changed by itself, by a script for instance. */
+    onLook = () => {};
+    onReplayEnd = () => {};
+    /** Before everything starts anew: what is recorded would be lost. */
+    beforeRestart = () => {};
+
+    readonly tap: EffectTap;
+    private readonly calm: CalmWatch;
+    private readonly attract: Attract;
+    private readonly clock = new FrameClock();
+    private readonly overlay = document.getElementById("overlay") as HTMLCanvasElement;
+    private size: Size = { width: 0, height: 0 };
+    private moves: [TouchAction, number, number, number][] = [];
+    private scheduled = false;
+    private stepWanted = false;
+    /** The picture of a pause: the canvas' own is gone once the browser has shown it. */
+    private still: HTMLCanvasElement | null = null;
+    private replaying = false;
+    private shownValues = "";
+    private resizeTimer = 0;
+    private waterOnly = false;
+
+    constructor(
+        readonly effect: Effect,
+        readonly canvas: HTMLCanvasElement,
+    ) {
+        this.look = firstLook(effect.fields);
+        this.tap = new EffectTap(effect.gl);
+        this.calm = new CalmWatch(effect.gl);
+        this.finger = new Finger(canvas, {
+            touch: (...touch) => this.touchByHand(...touch),
+            pressure: () => this.look["pressure"] as number,
+        });
+        this.attract = new Attract({
+            touch: (...touch) => this.touch(...touch),
+            wake: () => this.wake(),
+            mayAttract: () => this.view.attract && !this.isBusy && !document.hidden,
+        });
+        new ResizeObserver(() => this.followSize()).observe(canvas);
+        document.addEventListener("visibilitychange", () => this.wake());
+    }
+
+    /** From the start on the canvas' present size: calm water, no ink. */
+    restart(): void {
+        this.beforeRestart();
+        this.size = pixelSize(this.canvas);
+        this.canvas.width = this.size.width;
+        this.canvas.height = this.size.height;
+        this.uploadPictures();
+        this.passLook();
+        this.effect.restart(this.size);
+        this.begin();
+    }
+
+    get screen(): Size {
+        return this.size;
+    }
+
+    /** Whether a gesture runs or is watched that nobody should disturb. */
+    get isBusy(): boolean {
+        return this.recording || this.replaying || this.finger.pressed || this.view.paused || this.lost;
+    }
+
+    /** The visitor did something: the next frame is drawn, and whoever waits for idleness waits anew. */
+    userCame(touched = false): void {
+        this.attract.userCame(touched);
+        this.calm.disturb();
+        this.wake();
+    }
+
+    /** Frames run until the picture stands. */
+    wake(): void {
+        if (this.scheduled || this.lost || document.hidden) {
+            return;
+        }
+        this.clock.skip(performance.now());
+        this.schedule();
+    }
+
+    step(): void {
+        this.view.paused = true;
+        this.stepWanted = true;
+        this.wake();
+    }
+
+    clearInk(): void {
+        this.moves = [];
+        this.effect.clearInk();
+        this.calm.disturb();
+        this.wake();
+    }
+
+    touch(action: TouchAction, x: number, y: number, pressure: number): void {
+        // Each event once, with its latest place: older places would make the finger count as slower.
+        if (action === TouchAction.move && this.moves.at(-1)?.[0] === TouchAction.move) {
+            this.moves.pop();
+        }
+        this.moves.push([action, x, y, pressure]);
+        this.calm.touch();
+        this.wake();
+    }
+
+    /** What the screen shows. */
+    screenshot(): Promise<Blob | null> {
+        const blobOf = (canvas: HTMLCanvasElement) =>
+            new Promise<Blob | null>((resolve) => canvas.toBlob(resolve, "image/png"));
+        if (this.view.paused && this.still) {
+            return blobOf(this.still);
+        }
+        return new Promise((resolve) => {
+            const take = () => {
+                this.afterFrame.delete(take);
+                resolve(blobOf(this.canvas));
+            };
+            this.afterFrame.add(take);
+            this.calm.disturb();
+            this.wake();
+        });
+    }
+
+    picturesChanged(): void {
+        this.uploadPictures();
+        this.userCame();
+    }
+
+    /** Restarts, and keeps what happens from there. */
+    startRecording(): void {
+        this.effect.startRecording();
+        this.begin();
+        this.recording = true;
+    }
+
+    finishRecording(): string {
+        this.recording = false;
+        return this.effect.finishRecording();
+    }
+
+    /** Restarts and plays a gesture script; returns what is wrong with it. */
+    replay(script: string, name: string): string {
+        const fault = this.effect.startReplay(script, name);
+        if (!fault) {
+            this.begin();
+            this.recording = false;
+            this.replaying = true;
+            this.view.paused = false;
+        }
+        return fault;
+    }
+
+    loseContext(): void {
+        this.finger.cancel();
+        this.lost = true;
+    }
+
+    regainContext(): void {
+        this.lost = false;
+        this.effect.renewContext();
+        this.tap.watch(this.size);
+        this.calm.start();
+        this.wake();
+    }
+
+    private begin(): void {
+        this.moves = [];
+        this.replaying = false;
+        this.recording = false;
+        this.tap.watch(this.size);
+        this.calm.start();
+        this.wake();
+    }
+
+    private touchByHand(action: TouchAction, x: number, y: number, pressure: number): void {
+        this.attract.userCame(true);
+        this.touch(action, x, y, pressure);
+    }
+
+    private uploadPictures(): void {
+        this.effect.showPicture(0, pixelsOf(this.pictures.sources[0], this.size));
+        this.effect.showPicture(1, pixelsOf(this.pictures.sources[1], this.size));
+    }
+
+    /** A new size is a new start; while a window is dragged larger there are many of them. */
+    private followSize(): void {
+        clearTimeout(this.resizeTimer);
+        this.resizeTimer = window.setTimeout(() => {
+            const { width, height } = pixelSize(this.canvas);
+            if (!this.lost && (width !== this.size.width || height !== this.size.height)) {
+                this.restart();
+            }
+        }, 150);
+    }
+
+    private schedule(): void {
+        this.scheduled = true;
+        requestAnimationFrame((now) => this.tick(now));
+    }
+
+    private tick(now: number): void {
+        this.scheduled = false;
+        ++this.counts.animationFrames;
+        if (this.lost) {
+            return;
+        }
+        for (const elapsed of this.dueFrames(now)) {
+            this.frame(elapsed, now);
+        }
+        drawOverlays(this.view, this.tap, this.overlay);
+        if (!this.rests) {
+            this.schedule();
+        }
+    }
+
+    private dueFrames(now: number): number[] {
+        if (this.view.paused) {
+            const wanted = this.stepWanted || !this.still;
+            this.stepWanted = false;
+            return wanted ? [frameTime] : [];
+        }
+        this.still = null;
+        return this.clock.take(now, this.look["timeScale"] as number, this.replaying || this.recording);
+    }
+
+    private get rests(): boolean {
+        if (this.view.paused) {
+            return !this.stepWanted && this.still !== null;
+        }
+        const moving = this.replaying || this.recording || this.attract.runs || this.finger.pressed;
+        return this.calm.calm && !moving && this.look["rain"] === 0;
+    }
+
+    private frame(elapsed: number, now: number): void {
+        const start = performance.now();
+        this.passLook();
+        if (this.attract.runs) {
+            this.attract.next(this.size);
+        }
+        this.moves.forEach((touch) => this.effect.touch(...touch));
+        this.moves = [];
+        this.effect.frame(elapsed);
+        ++this.counts.frames;
+        this.followScript();
+        this.calm.see(this.effect.waterIsCalm);
+        this.noteTime(now, performance.now() - start);
+        this.still = this.view.paused ? copyOf(this.canvas) : null;
+        this.afterFrame.forEach((call) => call());
+    }
+
+    /** Settings reach the effect only when they changed. */
+    private passLook(): void {
+        const values = valuesOf(this.look, this.effect.fields);
+        if (String(values) !== this.shownValues) {
+            this.followInkMode();
+            this.shownValues = String(values);
+            this.effect.setValues(values);
+            this.calm.disturb();
+        }
+    }
+
+    /** With or without ink is another start of the effect. */
+    private followInkMode(): void {
+        const waterOnly = this.look["waterOnly"] as boolean;
+        if (waterOnly !== this.waterOnly) {
+            this.waterOnly = waterOnly;
+            this.beforeRestart();
+            this.begin();
+        }
+    }
+
+    /** A script may set the ink and the background, and comes to its end. */
+    private followScript(): void {
+        if (!this.replaying) {
+            return;
+        }
+        Object.assign(this.look, lookOf(this.effect.getValues(), this.effect.fields));
+        this.shownValues = String(valuesOf(this.look, this.effect.fields));
+        this.onLook();
+        if (!this.effect.replays) {
+            this.replaying = false;
+            this.onReplayEnd();
+        }
+    }
+
+    private lastTick = 0;
+    private noteTime(now: number, effect: number): void {
+        this.times.push({ between: Math.min(now - this.lastTick, 1000), effect });
+        this.lastTick = now;
+        if (this.times.length > frameTimesKept) {
+            this.times.shift();
+        }
+    }
+}
+
+function copyOf(canvas: HTMLCanvasElement): HTMLCanvasElement {
+    const copy = document.createElement("canvas");
+    copy.width = canvas.width;
+    copy.height = canvas.height;
+    copy.getContext("2d")?.drawImage(canvas, 0, 0);
+    return copy;
+}

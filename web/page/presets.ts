@@ -1,0 +1,60 @@
+// The presets: those that ship, and those that the visitor saved.
+
+import type { SettingField } from "./effect";
+import { parseLook, writeLook, type Look } from "./look";
+
+declare const PRESETS: Record<string, string>;
+
+const storageName = "velmora presets";
+
+export interface Preset {
+    name: string;
+    look: Look;
+}
+
+export interface PresetList {
+    all: Preset[];
+    fields: SettingField[];
+}
+
+/** calm_pond is "calm pond". */
+export function presetName(file: string): string {
+    return file.replace(/\.json$/i, "").replaceAll("_", " ");
+}
+
+function readSaved(): Record<string, string> {
+    try {
+        return JSON.parse(localStorage.getItem(storageName) ?? "{}") as Record<string, string>;
+    } catch {
+        return {}; // storage may be forbidden
+    }
+}
+
+export function loadPresets(fields: SettingField[]): PresetList {
+    const list: PresetList = { all: [], fields };
+    for (const [file, text] of Object.entries({ ...PRESETS, ...readSaved() })) {
+        try {
+            list.all.push({ name: presetName(file), look: parseLook(text, fields) });
+        } catch {
+            // Saved by a page of another time, whose settings were others.
+        }
+    }
+    return list;
+}
+
+/** Listed at once, and the next time the page is opened. */
+export function addPreset(list: PresetList, name: string, look: Look): void {
+    const copy = structuredClone(look);
+    list.all = [...list.all.filter((preset) => preset.name !== name), { name, look: copy }];
+    try {
+        localStorage.setItem(storageName, JSON.stringify({ ...readSaved(), [name]: writeLook(copy) }));
+    } catch {
+        // Then it is kept as long as the page is open.
+    }
+}
+
+/** The preset that the look is, untouched. */
+export function presetOf(list: PresetList, look: Look): Preset | undefined {
+    const keys = (one: Look) => JSON.stringify(Object.entries(one).sort());
+    return list.all.find((preset) => keys(preset.look) === keys(look));
+}
