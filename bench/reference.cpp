@@ -117,7 +117,7 @@ void sweep(const Jacobi& pass) {
     float* const out = pass.output.data;
     const float alpha = pass.alpha;
     const float rbeta = pass.rbeta;
-    if (height < 1) {
+    if (width < 1 || height < 1) {
         return;
     }
     std::fill_n(out, width, 0.0f);

@@ -151,19 +151,22 @@ Comparison stageComparison(const std::shared_ptr<Flow>& flow, const char* kernel
 }
 
 /// From pressure 0, as in a step.
-void sweepTwentyTimes(Jacobi& pass, void (*sweeps)(Jacobi&, std::int32_t)) {
-    clearGrid(pass.x, 1);
-    sweeps(pass, 20);
-}
-
 Comparison jacobiComparison(const std::shared_ptr<Flow>& flow) {
     Jacobi& pass = flow->state.jacobiPass;
     return {.kernel = "twenty Jacobi sweeps",
             .grid = flow->gridName(),
             .target = 1.7,
             .restore = [flow] { flow->restore(); },
-            .reference = [&pass] { sweepTwentyTimes(pass, reference::jacobiSweeps); },
-            .candidate = [&pass] { sweepTwentyTimes(pass, velmora::jacobiSweeps); },
+            .reference =
+                [&pass] {
+                    clearGrid(pass.x, 1);
+                    reference::jacobiSweeps(pass, 20);
+                },
+            .candidate =
+                [flow, &pass] {
+                    clearGrid(pass.x, 1);
+                    velmora::jacobiSweeps(pass, 20, flow->state.velocityScratch);
+                },
             .outputs = [&pass] { return std::vector{gridBytes(pass.x, 1)}; }};
 }
 

@@ -70,6 +70,19 @@ inline Float4 shiftIn(Float4 before, Float4 cells) {
     return vextq_f32(before.lanes, cells.lanes, 3);
 }
 
+inline Float4 shiftOut(Float4 cells, Float4 after) {
+    return vextq_f32(cells.lanes, after.lanes, 1);
+}
+
+inline void transpose(Float4& a, Float4& b, Float4& c, Float4& d) {
+    const float32x4x2_t ab = vtrnq_f32(a.lanes, b.lanes);  // a0 b0 a2 b2, a1 b1 a3 b3
+    const float32x4x2_t cd = vtrnq_f32(c.lanes, d.lanes);
+    a = vcombine_f32(vget_low_f32(ab.val[0]), vget_low_f32(cd.val[0]));
+    b = vcombine_f32(vget_low_f32(ab.val[1]), vget_low_f32(cd.val[1]));
+    c = vcombine_f32(vget_high_f32(ab.val[0]), vget_high_f32(cd.val[0]));
+    d = vcombine_f32(vget_high_f32(ab.val[1]), vget_high_f32(cd.val[1]));
+}
+
 inline Float4 operator+(Float4 a, Float4 b) {
     return vaddq_f32(a.lanes, b.lanes);
 }

@@ -95,6 +95,22 @@ inline Float4 shiftIn(Float4 before, Float4 cells) {
     return {before.lane[3], cells.lane[0], cells.lane[1], cells.lane[2]};
 }
 
+inline Float4 shiftOut(Float4 cells, Float4 after) {
+    return {cells.lane[1], cells.lane[2], cells.lane[3], after.lane[0]};
+}
+
+/// Four rows of four become four columns.
+inline void transpose(Float4& a, Float4& b, Float4& c, Float4& d) {
+    const Float4 rows[4] = {a, b, c, d};
+    const auto column = [&](int k) {
+        return Float4(rows[0].lane[k], rows[1].lane[k], rows[2].lane[k], rows[3].lane[k]);
+    };
+    a = column(0);
+    b = column(1);
+    c = column(2);
+    d = column(3);
+}
+
 inline Float4 operator+(Float4 a, Float4 b) {
     return eachLane(a, b, [](float x, float y) { return x + y; });
 }

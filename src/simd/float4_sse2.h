@@ -80,6 +80,15 @@ inline Float4 shiftIn(Float4 before, Float4 cells) {
     return _mm_shuffle_ps(edge, cells.lanes, _MM_SHUFFLE(2, 1, 2, 0));
 }
 
+inline Float4 shiftOut(Float4 cells, Float4 after) {
+    const __m128 edge = _mm_shuffle_ps(cells.lanes, after.lanes, _MM_SHUFFLE(0, 0, 3, 3));
+    return _mm_shuffle_ps(cells.lanes, edge, _MM_SHUFFLE(2, 0, 2, 1));
+}
+
+inline void transpose(Float4& a, Float4& b, Float4& c, Float4& d) {
+    _MM_TRANSPOSE4_PS(a.lanes, b.lanes, c.lanes, d.lanes);
+}
+
 inline Float4 operator+(Float4 a, Float4 b) {
     return _mm_add_ps(a.lanes, b.lanes);
 }

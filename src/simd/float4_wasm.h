@@ -76,6 +76,21 @@ inline Float4 shiftIn(Float4 before, Float4 cells) {
     return wasm_i32x4_shuffle(before.lanes, cells.lanes, 3, 4, 5, 6);
 }
 
+inline Float4 shiftOut(Float4 cells, Float4 after) {
+    return wasm_i32x4_shuffle(cells.lanes, after.lanes, 1, 2, 3, 4);
+}
+
+inline void transpose(Float4& a, Float4& b, Float4& c, Float4& d) {
+    const v128_t ab01 = wasm_i32x4_shuffle(a.lanes, b.lanes, 0, 4, 1, 5);
+    const v128_t ab23 = wasm_i32x4_shuffle(a.lanes, b.lanes, 2, 6, 3, 7);
+    const v128_t cd01 = wasm_i32x4_shuffle(c.lanes, d.lanes, 0, 4, 1, 5);
+    const v128_t cd23 = wasm_i32x4_shuffle(c.lanes, d.lanes, 2, 6, 3, 7);
+    a = wasm_i32x4_shuffle(ab01, cd01, 0, 1, 4, 5);
+    b = wasm_i32x4_shuffle(ab01, cd01, 2, 3, 6, 7);
+    c = wasm_i32x4_shuffle(ab23, cd23, 0, 1, 4, 5);
+    d = wasm_i32x4_shuffle(ab23, cd23, 2, 3, 6, 7);
+}
+
 inline Float4 operator+(Float4 a, Float4 b) {
     return wasm_f32x4_add(a.lanes, b.lanes);
 }

@@ -75,6 +75,12 @@ inline float shiftIn(float before, float /*cells*/) {
     return before;
 }
 
+/// The lanes one cell to the right of `cells`: all but the first of them, then the first of `after`,
+/// which lies right of them.
+inline float shiftOut(float /*cells*/, float after) {
+    return after;
+}
+
 inline float min(float a, float b) {
     return a < b ? a : b;
 }

@@ -3,36 +3,118 @@
 
 #include "solver/passes.h"
 #include "solver/sampling.h"
+#include "solver/strip_layout.h"
 
 namespace velmora {
 
 namespace {
 
-struct Weights {
-    explicit Weights(const Jacobi& pass) : alpha(pass.alpha), rbeta(pass.rbeta) {}
-    float alpha, rbeta;
-};
-
+/// `source` is alpha * b.
 template <class Floats>
-Floats relaxed(const Weights& weights, Floats left, Floats right, Floats bottom, Floats top,
-               Floats b) {
-    return (left + right + bottom + top + Floats(weights.alpha) * b) * Floats(weights.rbeta);
+Floats relaxed(Floats left, Floats right, Floats bottom, Floats top, Floats source, Floats rbeta) {
+    return (left + right + bottom + top + source) * rbeta;
 }
 
-void clearBorder(const FloatGrid& grid) {
-    const std::ptrdiff_t cells = std::ptrdiff_t{grid.width} * grid.height;
-    const std::ptrdiff_t row = std::min<std::ptrdiff_t>(grid.width, cells);
-    std::fill_n(grid.data, row, 0.0f);
-    std::fill_n(grid.data + cells - row, row, 0.0f);
-    for (std::ptrdiff_t start = 0; start < cells; start += grid.width) {
-        grid.data[start] = 0.0f;
-        grid.data[start + grid.width - 1] = 0.0f;
+/// Runs `cell(value)` for every cell of the border.
+template <class Cell>
+void forBorder(const FloatGrid& grid, Cell cell) {
+    const std::ptrdiff_t width = grid.width;
+    const std::ptrdiff_t lastRow = (std::ptrdiff_t{grid.height} - 1) * width;
+    for (std::ptrdiff_t i = 0; lastRow >= 0 && i < width; ++i) {
+        cell(grid.data[i]);
+        cell(grid.data[lastRow + i]);
+    }
+    for (std::ptrdiff_t start = 0; width > 0 && start <= lastRow; start += width) {
+        cell(grid.data[start]);
+        cell(grid.data[start + width - 1]);
     }
 }
 
-/// One iteration over the interior: from `x` into `output`.
-void sweep(const Jacobi& pass) {
-    const Weights weights(pass);
+void clearBorder(const FloatGrid& grid) {
+    forBorder(grid, [](float& value) { value = 0.0f; });
+}
+
+/// Whether every border cell is +0.
+bool hasZeroBorder(const FloatGrid& grid) {
+    std::uint32_t bits = 0;
+    forBorder(grid, [&](float value) { bits |= std::bit_cast<std::uint32_t>(value); });
+    return bits == 0;
+}
+
+/// One row in strips.
+void relaxRow(const float* middle, const float* bottom, const float* top, const float* source,
+              float* out, std::ptrdiff_t length, float rbeta) {
+    const Float4 border(0.0f);
+    Float4 cells = load<Float4>(middle);
+    const Float4 beyond = shiftOut(cells, border);
+    Float4 left = shiftIn(border, load<Float4>(middle + length - 4));
+    const auto relaxGroup = [&](std::ptrdiff_t at, Float4 right) {
+        store(out + at, relaxed(left, right, load<Float4>(bottom + at), load<Float4>(top + at),
+                                load<Float4>(source + at), Float4(rbeta)));
+        left = cells;
+        cells = right;
+    };
+    for (std::ptrdiff_t at = 0; at < length - 4; at += 4) {
+        relaxGroup(at, load<Float4>(middle + at + 4));
+    }
+    relaxGroup(length - 4, beyond);
+}
+
+/// One iteration in strips.
+void relaxStrips(const StripLayout& layout, const float* x, const float* source, float* out,
+                 const float* border, float rbeta) {
+    const std::ptrdiff_t length = layout.rowLength();
+    for (std::ptrdiff_t row = 0; row < layout.rows; ++row) {
+        const std::ptrdiff_t at = row * length;
+        relaxRow(x + at, row == 0 ? border : x + at - length,
+                 row == layout.rows - 1 ? border : x + at + length, source + at, out + at, length,
+                 rbeta);
+        layout.clearPadding(out + at);
+    }
+}
+
+/// Whether the strips, which pad a row, fit into the grid, and stand for its border.
+bool canRelaxInStrips(const Jacobi& pass) {
+    const FloatGrid& output = pass.output;
+    const StripLayout layout(output);
+    return output.data != nullptr && layout.groups >= 4 && layout.rows >= 1 &&
+           layout.cells() <= layout.width * output.height && hasZeroBorder(pass.x);
+}
+
+/// All iterations in strips: the pressures in the workspace, alpha * b in the output, which is free
+/// until the end.
+void relaxInStrips(Jacobi& pass, std::int32_t count, float* workspace) {
+    const StripLayout layout(pass.output);
+    float* x = workspace;
+    float* out = workspace + layout.cells();
+    toStrips(layout, pass.x, 1.0f, x);
+    float* const source = pass.output.data;
+    toStrips(layout, pass.b, pass.alpha, source);
+    float border[maxGridSide];
+    std::fill_n(border, layout.rowLength(), 0.0f);
+    for (std::int32_t iteration = 0; iteration < count; ++iteration) {
+        relaxStrips(layout, x, source, out, border, pass.rbeta);
+        std::swap(x, out);
+        std::swap(pass.x, pass.output);
+    }
+    fromStrips(layout, x, pass.x);
+    fromStrips(layout, out, pass.output);
+    clearBorder(pass.x);
+    clearBorder(pass.output);
+}
+
+}  // namespace
+
+void Jacobi::evaluate(Float2 coord, float* out) const {
+    const Neighbourhood n(x, coord, texelSize);
+    *out = relaxed(scalarAt(x, n.left), scalarAt(x, n.right), scalarAt(x, n.bottom),
+                   scalarAt(x, n.top), alpha * scalarAt(b, n.middle), rbeta);
+}
+
+void jacobiSweep(const Jacobi& pass) {
+    clearBorder(pass.output);
+    const float alpha = pass.alpha;
+    const float rbeta = pass.rbeta;
     const std::ptrdiff_t width = pass.output.width;
     for (std::ptrdiff_t j = 1; j < pass.output.height - 1; ++j) {
         const float* const middle = pass.x.data + j * width;
@@ -41,29 +123,21 @@ void sweep(const Jacobi& pass) {
         const float* const b = pass.b.data + j * width;
         float* const out = pass.output.data + j * width;
         forGroups(1, width - 1, [=]<class Floats>(std::ptrdiff_t i) {
-            store(out + i,
-                  relaxed(weights, load<Floats>(middle + i - 1), load<Floats>(middle + i + 1),
-                          load<Floats>(bottom + i), load<Floats>(top + i), load<Floats>(b + i)));
+            store(out + i, relaxed(load<Floats>(middle + i - 1), load<Floats>(middle + i + 1),
+                                   load<Floats>(bottom + i), load<Floats>(top + i),
+                                   Floats(alpha) * load<Floats>(b + i), Floats(rbeta)));
         });
     }
 }
 
-}  // namespace
-
-void Jacobi::evaluate(Float2 coord, float* out) const {
-    const Neighbourhood n(x, coord, texelSize);
-    *out = relaxed(Weights(*this), scalarAt(x, n.left), scalarAt(x, n.right), scalarAt(x, n.bottom),
-                   scalarAt(x, n.top), scalarAt(b, n.middle));
-}
-
-void jacobiSweeps(Jacobi& pass, std::int32_t count) {
-    const bool exists = pass.output.data != nullptr;
-    if (exists) {
-        clearBorder(pass.output);
+void jacobiSweeps(Jacobi& pass, std::int32_t count, const FloatGrid& workspace) {
+    if (count > 1 && workspace.data != nullptr && canRelaxInStrips(pass)) {
+        relaxInStrips(pass, count, workspace.data);
+        return;
     }
     for (std::int32_t iteration = 0; iteration < count; ++iteration) {
-        if (exists) {
-            sweep(pass);
+        if (pass.output.data != nullptr) {
+            jacobiSweep(pass);
         }
         std::swap(pass.x, pass.output);
     }

@@ -152,8 +152,13 @@ void computeDivergenceKernel(const ComputeDivergence& pass);
 void subtractGradientKernel(const SubtractGradient& pass);
 void runAddVelocity(const AddVelocity& pass);
 
-/// `count` Jacobi iterations over the interior; border cells stay 0, as those of `x` already are.
-/// Each reads `x`, writes `output` and then exchanges the two records: the result is in `x`.
-void jacobiSweeps(Jacobi& pass, std::int32_t count);
+/// One Jacobi iteration over the interior of the output; its border becomes 0.
+void jacobiSweep(const Jacobi& pass);
+
+/// `count` times jacobiSweep, after each of which `x` and `output` exchange their records: the
+/// result is in `x`. Where the border of `x` is 0 they run as one, which leaves the pass and both
+/// grids as single ones do. `workspace` has the output's size and 2 floats a cell; its contents are
+/// lost.
+void jacobiSweeps(Jacobi& pass, std::int32_t count, const FloatGrid& workspace);
 
 }  // namespace velmora

@@ -156,7 +156,7 @@ void solvePressure(EffectState& state) {
     pass.alpha = -(input.gridScale * input.gridScale);
     pass.rbeta = 0.25f;
     pass.texelSize = texelSizeOf(state.pressure);
-    jacobiSweeps(pass, input.jacobiIterations);
+    jacobiSweeps(pass, input.jacobiIterations, state.velocityScratch);
     state.pressure = pass.x;
     state.pressureScratch = pass.output;
 }

@@ -103,11 +103,21 @@ TYPED_TEST(Lanes, OperationsMeanForEveryLaneWhatTheyMeanForOne) {
         EXPECT_EQ(bitCast<Ints4>(whole), each(a, b, [](float p, float) { return truncated(p); }));
         expect(toFloat(whole), [](float p, float) { return static_cast<float>(truncated(p)); });
         EXPECT_TRUE(holds(shiftIn(x, y), {a[3], b[0], b[1], b[2]}));
+        EXPECT_TRUE(holds(shiftOut(x, y), {a[1], a[2], a[3], b[0]}));
     }
     const auto ints = bitCast<decltype(truncate(one))>(Ints4{16777217, -16777219, most, 0});
     EXPECT_TRUE(holds(toFloat(ints), {16777216.0f, -16777220.0f, 2147483648.0f, 0.0f}));
     EXPECT_TRUE(
         holds(TypeParam::ramp(16777210.0f), {16777210.0f, 16777211.0f, 16777212.0f, 16777213.0f}));
+    Float rows[4] = {{1.0f, 2.0f, 3.0f, 4.0f},
+                     {5.0f, 6.0f, 7.0f, 8.0f},
+                     {9.0f, 10.0f, 11.0f, 12.0f},
+                     {13.0f, 14.0f, 15.0f, 16.0f}};
+    transpose(rows[0], rows[1], rows[2], rows[3]);
+    for (std::size_t k = 0; k < 4; ++k) {
+        const auto first = static_cast<float>(k + 1);
+        EXPECT_TRUE(holds(rows[k], {first, first + 4.0f, first + 8.0f, first + 12.0f}));
+    }
     for (int mask = 0; mask < 16; ++mask) {
         const auto bit = [=](int k) { return static_cast<float>(mask >> k & 1); };
         EXPECT_EQ(any(Float(bit(0), bit(1), bit(2), bit(3)) > zero), mask != 0);
