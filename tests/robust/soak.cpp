@@ -1,8 +1,8 @@
 #include <GLES2/gl2.h>
+#include <getopt.h>
 #include <malloc.h>
 #include <unistd.h>
 
-#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
@@ -136,14 +136,34 @@ int soak(const Options& options) {
 
 }  // namespace
 
+// Not the player's library for options, which takes longer to compile than all the rest.
 int main(int count, char** arguments) {
+    constexpr option names[] = {{"frames", required_argument, nullptr, 'f'},
+                                {"warm-up", required_argument, nullptr, 'w'},
+                                {"seed", required_argument, nullptr, 's'},
+                                {"script", required_argument, nullptr, 'g'},
+                                {}};
     Options options;
-    CLI::App app("Draws many frames and reports what the process holds; ends with 1 if it grew.");
-    app.add_option("--frames", options.frames, "frames to draw")->capture_default_str();
-    app.add_option("--warm-up", options.warmUp, "frames before memory is compared")
-        ->capture_default_str();
-    app.add_option("--seed", options.seed, "of the random gestures")->capture_default_str();
-    app.add_option("--script", options.script, "gesture script played between them");
-    CLI11_PARSE(app, count, arguments);
+    for (int name; (name = getopt_long(count, arguments, "", names, nullptr)) != -1;) {
+        switch (name) {
+            case 'f':
+                options.frames = std::stoi(optarg);
+                break;
+            case 'w':
+                options.warmUp = std::stoi(optarg);
+                break;
+            case 's':
+                options.seed = static_cast<unsigned>(std::stoul(optarg));
+                break;
+            case 'g':
+                options.script = optarg;
+                break;
+            default:
+                std::puts(
+                    "options: --frames N, --warm-up N (frames before memory is compared), --seed N "
+                    "(of the random gestures), --script FILE (played between them)");
+                return 2;
+        }
+    }
     return soak(options);
 }

@@ -1,0 +1,1 @@
+// What the header is compiled beside.
