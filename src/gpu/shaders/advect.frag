@@ -1,38 +1,39 @@
 // Semi-Lagrangian advection of the ink: each texel takes the ink found upstream, with decay. Values are split
 // over two 8-bit channels as 255 * high + low; velocities have an offset of 127.
+// All of it is highp: in 16 bits a coordinate is off by up to half a texel, a density by a 16th, a hundred times.
 precision mediump float;
 
-uniform sampler2D VelocityTexture;
-uniform sampler2D SourceTexture;
-uniform vec2 TimeStep;
-uniform float BackwardStepSize;
-uniform float Dissipation;
-uniform vec2 Scale;
-uniform vec2 center;
+uniform highp sampler2D VelocityTexture;
+uniform highp sampler2D SourceTexture;
+uniform highp vec2 TimeStep;
+uniform highp float BackwardStepSize;
+uniform highp float Dissipation;
+uniform highp vec2 Scale;
+uniform highp vec2 center;
 uniform int drag;
 varying highp vec2 v_texCoord;
 
-vec2 encode(float v) {
+highp vec2 encode(highp float v) {
     v = clamp(v, -127.0, 127.0);
-    vec2 p = fract(v * vec2(0.00392157, 1.0));
+    highp vec2 p = fract(v * vec2(0.00392157, 1.0));
     p.x = p.x - p.y / 255.0;
     return p;
 }
 
 void main() {
-    vec4 flow = texture2D(VelocityTexture, v_texCoord);
-    vec2 u = vec2(255.0 * flow.r + flow.g - 127.0, 255.0 * flow.b + flow.a - 127.0);
+    highp vec4 flow = texture2D(VelocityTexture, v_texCoord);
+    highp vec2 u = vec2(255.0 * flow.r + flow.g - 127.0, 255.0 * flow.b + flow.a - 127.0);
 
     // Under a resting or slow finger the ink barely moves.
-    float back_step = BackwardStepSize;
+    highp float back_step = BackwardStepSize;
     if (drag < 2) {
-        float d = distance(center, Scale * v_texCoord);
+        highp float d = distance(center, Scale * v_texCoord);
         if (d < 80.0) {
             back_step = 0.0075 * d;
         }
     }
 
-    vec2 coord = v_texCoord - back_step * TimeStep * u * 0.25;
-    vec4 ink = texture2D(SourceTexture, coord);
+    highp vec2 coord = v_texCoord - back_step * TimeStep * u * 0.25;
+    highp vec4 ink = texture2D(SourceTexture, coord);
     gl_FragColor = vec4(encode(Dissipation * (255.0 * ink.r + ink.g)), 0.0, 0.0);
 }
