@@ -31,8 +31,9 @@ struct Look {
     float specularRatio = 3.0f;
     /// Sharpness of the highlight.
     float exponent = 24.0f;
-    /// Red, green, blue, 0 to 1; the stain takes on this colour.
-    InkColor ink = {0.05f, 0.25f, 0.85f};
+    /// Red, green, blue, 0 to 1; the stain takes on this colour. Full ink leaves a ninth of a
+    /// channel at 0.3 and half of one at 1; at 0 a 75th, which is black on any picture.
+    InkColor ink = {0.3f, 0.7f, 1.0f};
     bool useSecondBackground = false;
     /// Strength of the ripple of a touch that goes down, and of each move; a third of the peak
     /// height.

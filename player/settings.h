@@ -27,7 +27,7 @@ struct Settings {
     float pressure = 0.5f;
     /// Seconds of the effect per second.
     float timeScale = 1.0f;
-    std::array<float, 3> ink = {0.05f, 0.25f, 0.85f};
+    std::array<float, 3> ink = {0.3f, 0.7f, 1.0f};
     bool secondBackground = false;
     bool waterOnly = false;
     bool operator==(const Settings&) const = default;

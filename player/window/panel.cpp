@@ -14,10 +14,10 @@ struct NamedInk {
     std::array<float, 3> color;
 };
 constexpr NamedInk palette[] = {
-    {"blue", {0.05f, 0.25f, 0.85f}},  {"black", {0.03f, 0.03f, 0.04f}},
-    {"red", {0.85f, 0.08f, 0.10f}},   {"orange", {0.95f, 0.45f, 0.05f}},
-    {"green", {0.05f, 0.60f, 0.25f}}, {"violet", {0.50f, 0.10f, 0.75f}},
-    {"sepia", {0.45f, 0.25f, 0.10f}}, {"rose", {0.95f, 0.30f, 0.60f}},
+    {"blue", {0.30f, 0.70f, 1.00f}},  {"black", {0.25f, 0.25f, 0.28f}},
+    {"red", {1.00f, 0.35f, 0.35f}},   {"orange", {1.00f, 0.60f, 0.20f}},
+    {"green", {0.40f, 0.95f, 0.35f}}, {"violet", {0.65f, 0.35f, 1.00f}},
+    {"sepia", {0.80f, 0.55f, 0.30f}}, {"rose", {1.00f, 0.50f, 0.75f}},
 };
 
 /// The panel's switches, each a command as its key.

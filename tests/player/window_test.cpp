@@ -186,7 +186,7 @@ TEST_F(WindowTest, AnIdleWindowShowsAFingerOfItsOwnUntilTheUserComes) {
 }
 
 TEST_F(WindowTest, AClickOnThePanelTurnsItsControlAndLaysNoInk) {
-    constexpr Rgb red = {217, 20, 26};
+    constexpr Rgb red = {255, 89, 89};
     openWindow("--no-attract --size 640x780");
     press("Tab");
     int at = 0;
@@ -205,7 +205,7 @@ TEST_F(WindowTest, AClickOnThePanelTurnsItsControlAndLaysNoInk) {
     EXPECT_TRUE(waitFor([&] {
         press("p");
         run("cat shots/preset-*.json >presets 2>/dev/null");
-        return contents("presets").find("\"ink\": [\n        0.85,") != std::string::npos;
+        return contents("presets").find("\"ink\": [\n        1,") != std::string::npos;
     }));
     EXPECT_EQ(stains(shot()), 0) << "ink under the panel";
 }

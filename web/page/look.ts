@@ -9,7 +9,7 @@ export interface Look {
     ink: Ink;
 }
 
-const firstInk: Ink = [0.05, 0.25, 0.85];
+const firstInk: Ink = [0.3, 0.7, 1];
 
 /** The shortest number that is this 32-bit float again: 0.97, not 0.9700000286102295. */
 function shortest(value: number): number {

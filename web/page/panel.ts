@@ -28,14 +28,14 @@ const hints: Record<string, string> = {
 };
 
 const palette: Record<string, Ink> = {
-    blue: [0.05, 0.25, 0.85],
-    black: [0.03, 0.03, 0.04],
-    red: [0.85, 0.08, 0.1],
-    orange: [0.95, 0.45, 0.05],
-    green: [0.05, 0.6, 0.25],
-    violet: [0.5, 0.1, 0.75],
-    sepia: [0.45, 0.25, 0.1],
-    rose: [0.95, 0.3, 0.6],
+    blue: [0.3, 0.7, 1],
+    black: [0.25, 0.25, 0.28],
+    red: [1, 0.35, 0.35],
+    orange: [1, 0.6, 0.2],
+    green: [0.4, 0.95, 0.35],
+    violet: [0.65, 0.35, 1],
+    sepia: [0.8, 0.55, 0.3],
+    rose: [1, 0.5, 0.75],
 };
 
 export interface PanelParts {

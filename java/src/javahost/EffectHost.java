@@ -36,9 +36,9 @@ final class EffectHost implements AutoCloseable {
     private final WaterDriver water;
     private final float[] mvpMatrix = new float[16];
     private long context;
-    private float inkRed = 0.05f;
-    private float inkGreen = 0.25f;
-    private float inkBlue = 0.85f;
+    private float inkRed = 0.3f;
+    private float inkGreen = 0.7f;
+    private float inkBlue = 1.0f;
     private boolean useSecondBackground;
     private Point lastTouch;
 
