@@ -102,6 +102,68 @@ TEST(JavaBitmap, IsTakenOrRefusedAsOnADevice) {
     EXPECT_EQ(java.exitCode, 0);
 }
 
+/// The bytes of a JPEG that shows this colour, 0xRRGGBB, at each place, in parts of the picture.
+template <class ColorAt>
+std::string jpeg(int width, int height, ColorAt colorAt) {
+    GdkPixbuf* const picture = gdk_pixbuf_new(GDK_COLORSPACE_RGB, FALSE, 8, width, height);
+    for (int at = 0; at < width * height; ++at) {
+        const int x = at % width;
+        const int y = at / width;
+        const int color = colorAt((x + 0.5) / width, (y + 0.5) / height);
+        guchar* const pixel =
+            gdk_pixbuf_get_pixels(picture) + y * gdk_pixbuf_get_rowstride(picture) + 3 * x;
+        for (int part = 0; part < 3; ++part) {
+            pixel[part] = static_cast<guchar>(color >> (16 - 8 * part));
+        }
+    }
+    gchar* bytes = nullptr;
+    gsize size = 0;
+    gdk_pixbuf_save_to_buffer(picture, &bytes, &size, "jpeg", nullptr, nullptr);
+    g_object_unref(picture);
+    const std::string result(bytes, size);
+    g_free(bytes);
+    return result;
+}
+
+// As the eight ways to hold a camera store it, each in both orders of bytes, and three times as wide
+// as the screen.
+TEST(JavaHost, ShowsAPictureUprightAndCutToTheScreen) {
+    const fs::path folder = emptyFolder("photographs");
+    fs::create_directories(folder);
+    std::string files;
+    std::string expected;
+    for (char orientation = 1; orientation <= 8; ++orientation) {
+        const bool isTurned = orientation > 4;
+        const bool isRightLeft = orientation % 4 / 2 == 1;
+        const bool isUpsideDown = (orientation - 1) % 4 / 2 == 1;
+        std::string bytes = jpeg(isTurned ? 96 : 192, isTurned ? 192 : 96, [&](double x, double y) {
+            const double seenX = isRightLeft ? 1 - (isTurned ? y : x) : isTurned ? y : x;
+            const double seenY = isUpsideDown ? 1 - (isTurned ? x : y) : isTurned ? x : y;
+            return seenX < 1.0 / 3 || seenX > 2.0 / 3 ? 0
+                   : seenY < 0.5                      ? (seenX < 0.5 ? 0xFF0000 : 0x00FF00)
+                                                      : (seenX < 0.5 ? 0x0000FF : 0xFFFFFF);
+        });
+        std::string exif(
+            "\xFF\xE1\0\x22"
+            "Exif\0\0MM\0*\0\0\0\x08\0\x01\x01\x12\0\x03\0\0\0\x01\0?\0\0\0\0\0\0",
+            36);
+        exif[29] = orientation;
+        if (orientation % 2 == 0) {
+            exif.replace(10, 20,
+                         std::string("II*\0\x08\0\0\0\x01\0\x12\x01\x03\0\x01\0\0\0?\0", 20));
+            exif[28] = orientation;
+        }
+        const fs::path file = folder / (std::to_string(orientation) + ".jpg");
+        std::ofstream(file, std::ios::binary) << bytes.insert(2, exif);
+        files.append(" ").append(file.string());
+        expected += "rgbw 64x96\n";
+    }
+    const Ended java = runJava("-cp " HOST_JAR ":" TEST_JAR " javahost.PhotographCases" + files);
+    EXPECT_EQ(java.output, expected);
+    EXPECT_EQ(java.exitCode, 0);
+    fs::remove_all(folder);
+}
+
 TEST(JavaHost, NamesABadInputInOneLine) {
     const fs::path script = emptyFolder("bad") += ".gesture";
     const std::string out = " --out " + emptyFolder("bad-out").string();
@@ -125,6 +187,17 @@ TEST(JavaHost, NamesABadInputInOneLine) {
     }
     fs::remove(script);
     EXPECT_EQ(runHost("--frames 3").exitCode, 2);
+    const std::string picture = emptyFolder("picture").string();
+    const auto withPicture = [&](const std::string& bytes) {
+        std::ofstream(picture, std::ios::binary) << bytes;
+        return runHost("--script " EVERYTHING_GESTURE " --picture " + picture + out).output;
+    };
+    EXPECT_EQ(withPicture("no picture"), picture + ": cannot be read as a picture\n");
+    EXPECT_EQ(
+        withPicture(
+            {"\x89PNG\r\n\x1A\n\0\0\0\x0DIHDR\0\0\x75\x30\0\0\x75\x30\x08\x02\0\0\0CRC.", 33}),
+        picture + ": the picture is too large, 30000 x 30000 pixels, over 100 million\n");
+    fs::remove(picture);
     EXPECT_EQ(runHost("--script " + script.string() + out).output, hostkitsLine());
 }
 

@@ -47,7 +47,7 @@ final class Main {
     private static EffectHost newHost(Options options) {
         Picture background = options.picture() == null
             ? Picture.testPicture(options.width(), options.height())
-            : Picture.read(options.picture());
+            : Photograph.read(options.picture(), options.width(), options.height());
         return new EffectHost(options.width(), options.height(), background);
     }
 

@@ -19,18 +19,6 @@ record Picture(int width, int height, byte[] rgba) {
         return new Picture(width, height, HostKit.makeTestPicture(width, height));
     }
 
-    static Picture read(Path file) {
-        try {
-            BufferedImage image = ImageIO.read(file.toFile());
-            if (image != null) {
-                return of(image);
-            }
-        } catch (IOException ignored) {
-            // Said below: a missing file and a file of another kind need the same from the user.
-        }
-        throw new HostException(file + ": cannot be read as a picture");
-    }
-
     void writePng(Path file) throws IOException {
         BufferedImage image = new BufferedImage(width, height, BufferedImage.TYPE_INT_ARGB);
         ByteBuffer pixels = ByteBuffer.wrap(rgba);
@@ -48,7 +36,7 @@ record Picture(int width, int height, byte[] rgba) {
         return bitmap;
     }
 
-    private static Picture of(BufferedImage image) {
+    static Picture of(BufferedImage image) {
         ByteBuffer pixels = ByteBuffer.allocate(image.getWidth() * image.getHeight() * 4);
         for (int y = 0; y < image.getHeight(); ++y) {
             for (int x = 0; x < image.getWidth(); ++x) {
