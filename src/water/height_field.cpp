@@ -17,7 +17,7 @@ constexpr float strongSmoothingDamping =
     0.94f;  // the one damping that asks for it, compared exactly
 
 /// Rows smoothed side by side. In a row alone, each group waits for the one before it.
-constexpr int smoothedTogether = 4;
+constexpr std::ptrdiff_t smoothedTogether = 6;
 
 /// One row of the rectangle in both grids.
 struct WaterRow {
@@ -35,11 +35,10 @@ auto leavesCalm(Floats velocity) {
     return (velocity > Floats(calmThreshold)) | (velocity < Floats(-calmThreshold));
 }
 
-/// NaN passes through: neither comparison holds.
+/// NaN passes through: of two operands that do not compare, min and max give the second.
 template <class Floats>
 Floats clampedHeight(Floats sum) {
-    return select(sum > Floats(heightLimit), Floats(heightLimit),
-                  select(sum < Floats(-heightLimit), Floats(-heightLimit), sum));
+    return max(Floats(-heightLimit), min(Floats(heightLimit), sum));
 }
 
 /// First pass for one group or cell. Returns its new velocity.
@@ -107,29 +106,59 @@ Floats smooth(float* cell, std::ptrdiff_t rowLength, Floats weight, Floats left)
     return smoothed;
 }
 
-/// Third pass, `rows` rows: each a group behind the one above it, which it needs smoothed, so that
-/// their chains from group to group run at once. The cells left over follow, row by row.
-template <int rows>
-void smoothRows(float* first, std::ptrdiff_t width, std::ptrdiff_t rowLength, float weight) {
+/// Third pass, groups [begin, end) of one row. Returns the last one, `left` where there is none.
+Float4 smoothGroups(float* row, std::ptrdiff_t rowLength, float weight, std::ptrdiff_t begin,
+                    std::ptrdiff_t end, Float4 left) {
+    for (std::ptrdiff_t group = begin; group < end; ++group) {
+        left = smooth(row + group * 4, rowLength, Float4(weight), left);
+    }
+    return left;
+}
+
+/// Third pass, the cells of a row that no group covers.
+void smoothRest(float* row, std::ptrdiff_t rowLength, float weight, std::ptrdiff_t width) {
+    for (std::ptrdiff_t x = width / 4 * 4; x < width; ++x) {
+        smooth(row + x, rowLength, weight, row[x - 1]);
+    }
+}
+
+void smoothRow(float* row, std::ptrdiff_t rowLength, float weight, std::ptrdiff_t width) {
+    smoothGroups(row, rowLength, weight, 0, width / 4, Float4(row[-1]));
+    smoothRest(row, rowLength, weight, width);
+}
+
+/// Third pass, six rows side by side: each a group behind the one above it, which it needs
+/// smoothed, so that their chains from group to group run at once. Six names: an array would go
+/// through memory. At least `smoothedTogether` groups.
+void smoothSixRows(float* first, std::ptrdiff_t rowLength, float weight, std::ptrdiff_t width) {
     const std::ptrdiff_t groups = width / 4;
-    Float4 left[static_cast<std::size_t>(rows)];
-    for (int row = 0; row < rows; ++row) {
-        left[row] = Float4(first[row * rowLength - 1]);
+    const auto row = [=](std::ptrdiff_t r) { return first + r * rowLength; };
+    // Where the walk side by side begins, row r is 5 - r groups ahead.
+    const auto start = [=](std::ptrdiff_t r) {
+        return smoothGroups(row(r), rowLength, weight, 0, smoothedTogether - 1 - r,
+                            Float4(row(r)[-1]));
+    };
+    Float4 a = start(0);
+    Float4 b = start(1);
+    Float4 c = start(2);
+    Float4 d = start(3);
+    Float4 e = start(4);
+    Float4 f = start(5);
+    for (std::ptrdiff_t turn = smoothedTogether - 1; turn < groups; ++turn) {
+        const auto next = [=](std::ptrdiff_t r, Float4 left) {
+            return smooth(row(r) + (turn - r) * 4, rowLength, Float4(weight), left);
+        };
+        a = next(0, a);
+        b = next(1, b);
+        c = next(2, c);
+        d = next(3, d);
+        e = next(4, e);
+        f = next(5, f);
     }
-    for (std::ptrdiff_t turn = 0; turn < groups + rows - 1; ++turn) {
-        for (int row = 0; row < rows; ++row) {
-            const std::ptrdiff_t group = turn - row;
-            if (group >= 0 && group < groups) {
-                left[row] = smooth(first + row * rowLength + group * 4, rowLength, Float4(weight),
-                                   left[row]);
-            }
-        }
-    }
-    for (int row = 0; row < rows; ++row) {
-        float* const cells = first + row * rowLength;
-        for (std::ptrdiff_t x = groups * 4; x < width; ++x) {
-            smooth(cells + x, rowLength, weight, cells[x - 1]);
-        }
+    const Float4 left[smoothedTogether] = {a, b, c, d, e, f};
+    for (std::ptrdiff_t r = 0; r < smoothedTogether; ++r) {
+        smoothGroups(row(r), rowLength, weight, groups - r, groups, left[r]);
+        smoothRest(row(r), rowLength, weight, width);
     }
 }
 
@@ -152,20 +181,24 @@ bool stepHeightField(const WaterGrids& grids, const WaterRectangle& rectangle,
     // One walk over the rows for all three passes, so that each row is fetched once. A row is moved
     // when the row below it is accelerated, and smoothed when the row below it is moved.
     std::ptrdiff_t unsmoothed = rectangle.y0;
+    const auto smoothSixes = [&](std::ptrdiff_t end) {
+        if (width >= 4 * smoothedTogether && end - unsmoothed >= smoothedTogether) {
+            smoothSixRows(rowAt(unsmoothed).height, rowLength, weight, width);
+            unsmoothed += smoothedTogether;
+        }
+    };
     for (std::ptrdiff_t y = rectangle.y0; y < rectangle.y1; ++y) {
         const bool detectCalm = settings.detectCalm && !isMoving;
         isMoving |= y == rectangle.y0 ? accelerateRow<false>(rowAt(y), rowAt(y - 1), width,
                                                              rowLength, settings, detectCalm)
                                       : accelerateRow<true>(rowAt(y), rowAt(y - 1), width,
                                                             rowLength, settings, detectCalm);
-        if (y - 1 - unsmoothed >= smoothedTogether) {
-            smoothRows<smoothedTogether>(rowAt(unsmoothed).height, width, rowLength, weight);
-            unsmoothed += smoothedTogether;
-        }
+        smoothSixes(y - 1);
     }
     moveRow(rowAt(std::ptrdiff_t{rectangle.y1} - 1), width);
+    smoothSixes(rectangle.y1);
     for (; unsmoothed < rectangle.y1; ++unsmoothed) {
-        smoothRows<1>(rowAt(unsmoothed).height, width, rowLength, weight);
+        smoothRow(rowAt(unsmoothed).height, rowLength, weight, width);
     }
     return !isMoving;
 }
