@@ -1,3 +1,5 @@
+#include <algorithm>
+
 #include "solver/passes.h"
 #include "solver/sampling.h"
 
@@ -26,13 +28,12 @@ struct Advection {
     float timeStep, dissipation;
 };
 
-/// The value carried to the cell centred at (x, y), grid units, by its own velocity.
+/// Where the velocity of the cell centred at (x, y), grid units, carries it from: (u, v).
 template <class Floats>
-Pair<Floats> carried(const Advection& advection, Floats x, Floats y, Pair<Floats> velocity) {
+Pair<Floats> origin(const Advection& advection, Floats x, Floats y, Pair<Floats> velocity) {
     const Floats timeStep(advection.timeStep);
-    return sampleBilinear<Floats>(advection.source,
-                                  (x - timeStep * velocity.x) * Floats(advection.texelSize.x),
-                                  (y - timeStep * velocity.y) * Floats(advection.texelSize.y));
+    return {(x - timeStep * velocity.x) * Floats(advection.texelSize.x),
+            (y - timeStep * velocity.y) * Floats(advection.texelSize.y)};
 }
 
 /// Adds the drag push where the cell's corner (i, j) lies near the touch.
@@ -45,26 +46,82 @@ Pair<Floats> pushed(const Advection& advection, Floats i, Floats j, Pair<Floats>
             select(near, value.y + Floats(advection.push.y), value.y)};
 }
 
+/// What cell (i, j) becomes from the value carried to it.
 template <bool withPush, class Floats>
-Pair<Floats> advectedCell(const Advection& advection, Floats i, Floats j, Pair<Floats> velocity) {
-    const Floats half(0.5f);
-    Pair<Floats> value = carried(advection, i + half, j + half, velocity);
+Pair<Floats> arrived(const Advection& advection, Floats i, Floats j, Pair<Floats> value) {
     if constexpr (withPush) {
         value = pushed(advection, i, j, value);
     }
     return {Floats(advection.dissipation) * value.x, Floats(advection.dissipation) * value.y};
 }
 
-/// Row j of a grid of `width` cells. Inlined to the bottom: a call for each group would read the
-/// constants anew each time.
+template <bool withPush, class Floats>
+Pair<Floats> advectedCell(const Advection& advection, Floats i, Floats j, Pair<Floats> velocity) {
+    const Floats half(0.5f);
+    const Pair<Floats> from = origin(advection, i + half, j + half, velocity);
+    return arrived<withPush>(advection, i, j, sampleBilinear(advection.source, from.x, from.y));
+}
+
+/// Origins of some cells of a row. Finding them and fetching from them are loops of their own: the
+/// way from a velocity to the carried value is so long that a processor holds no more than two or
+/// three groups of it, each of which waits for itself.
+struct Origins {
+    static constexpr std::ptrdiff_t most = 64;
+    float cell[most];  // index of the lower left cell; negative where it has no neighbours
+    float fx[most], fy[most];
+};
+
+/// Entry `at` for the cell in `column` of row j.
+template <class Floats>
+void findOrigin(const Advection& advection, Origins& origins, std::ptrdiff_t at, Floats column,
+                float j, Pair<Floats> velocity) {
+    const Floats half(0.5f);
+    const BilinearGrid& source = advection.source;
+    const Pair<Floats> from = origin(advection, column + half, Floats(j) + half, velocity);
+    const BilinearPlace<Floats> place(source, from.x, from.y);
+    const auto isLast = (place.column > Floats(source.lastColumn - 1.0f)) |
+                        (place.row > Floats(source.lastRow - 1.0f));
+    store(origins.cell + at,
+          select(isLast, Floats(-1.0f), place.row * Floats(source.rowLength) + place.column));
+    store(origins.fx + at, place.fx);
+    store(origins.fy + at, place.fy);
+}
+
+/// Columns [begin, end) of row j, at most `Origins::most`. Inlined to the bottom: a call for each
+/// group would read the constants anew each time.
 template <bool withPush>
-[[gnu::flatten]] void advectRow(const Advection& pass, const float* velocity, float* out,
-                                std::ptrdiff_t width, float j) {
+[[gnu::flatten]] void advectCells(const Advection& pass, const float* velocity, float* out,
+                                  std::ptrdiff_t begin, std::ptrdiff_t end, float j) {
     const Advection advection = pass;
-    forColumns(0, width, [=]<class Floats>(std::ptrdiff_t i, Floats column) {
-        storePair(out + i * 2, advectedCell<withPush>(advection, column, Floats(j),
-                                                      loadPair<Floats>(velocity + i * 2)));
+    const float* const data = advection.source.data;
+    const float* const above = data + static_cast<std::ptrdiff_t>(advection.source.rowLength) * 2;
+    Origins origins;
+    forColumns(begin, end, [&]<class Floats>(std::ptrdiff_t i, Floats column) {
+        findOrigin(advection, origins, i - begin, column, j, loadPair<Floats>(velocity + i * 2));
     });
+    forColumns(begin, end, [&]<class Floats>(std::ptrdiff_t i, Floats column) {
+        const Floats cell = load<Floats>(origins.cell + i - begin);
+        if (any(cell < Floats(0.0f))) {
+            storePair(out + i * 2, advectedCell<withPush>(advection, column, Floats(j),
+                                                          loadPair<Floats>(velocity + i * 2)));
+            return;
+        }
+        const auto index = truncate(cell);
+        const BilinearWeights<Floats> weights(load<Floats>(origins.fx + i - begin),
+                                              load<Floats>(origins.fy + i - begin));
+        const Pair<Floats> carried =
+            weights.weigh(gatherNeighbours(data, index), gatherNeighbours(above, index));
+        storePair(out + i * 2, arrived<withPush>(advection, column, Floats(j), carried));
+    });
+}
+
+template <bool withPush>
+void advectRow(const Advection& advection, const float* velocity, float* out, std::ptrdiff_t width,
+               float j) {
+    for (std::ptrdiff_t begin = 0; begin < width; begin += Origins::most) {
+        advectCells<withPush>(advection, velocity, out, begin,
+                              std::min(begin + Origins::most, width), j);
+    }
 }
 
 /// Whether the push can reach a cell of row j.

@@ -18,10 +18,13 @@ Cell sampleNearest(const FloatGrid& grid, float u, float v) {
 float sampleBilinearScalar(const FloatGrid& source, float u, float v) {
     const BilinearGrid grid(source);
     const BilinearPlace<float> at(grid, u, v);
-    const float next = nextColumn(grid, at.column);
+    const float bottom = at.row * grid.rowLength;
+    const float top = nextAfter(at.row, grid.lastRow) * grid.rowLength;
+    const float next = nextAfter(at.column, grid.lastColumn);
     const auto value = [&](float row, float column) { return grid.data[truncate(row + column)]; };
-    return at.weigh(value(at.bottom, at.column), value(at.bottom, next), value(at.top, at.column),
-                    value(at.top, next));
+    return BilinearWeights<float>(at.fx, at.fy)
+        .weigh(value(bottom, at.column), value(bottom, next), value(top, at.column),
+               value(top, next));
 }
 
 Neighbourhood::Neighbourhood(const FloatGrid& grid, Float2 coord, Float2 texelSize) {

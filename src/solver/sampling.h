@@ -36,18 +36,27 @@ struct BilinearGrid {
     float rowLength, lastColumn, lastRow;
 };
 
-/// The place of (u, v) among the four cells around it.
+/// The place of (u, v) among the four cells around it: the lower left one, and how far right and
+/// up of it, in cells.
 template <class Floats>
 struct BilinearPlace {
     BilinearPlace(const BilinearGrid& grid, Floats u, Floats v) {
         const Floats x = clampToUnit(u) * Floats(grid.lastColumn);
         const Floats y = clampToUnit(v) * Floats(grid.lastRow);
         column = toFloat(truncate(x));
-        const Floats row = toFloat(truncate(y));
-        bottom = row * Floats(grid.rowLength);
-        top = min(row + Floats(1.0f), Floats(grid.lastRow)) * Floats(grid.rowLength);
-        const Floats fx = x - column;
-        const Floats fy = y - row;
+        row = toFloat(truncate(y));
+        fx = x - column;
+        fy = y - row;
+    }
+
+    Floats column, row;
+    Floats fx, fy;
+};
+
+/// The bilinear mix of four values g, one rounding a term, added in this order.
+template <class Floats>
+struct BilinearWeights {
+    BilinearWeights(Floats fx, Floats fy) {
         const Floats gx = Floats(1.0f) - fx;
         const Floats gy = Floats(1.0f) - fy;
         weight00 = gx * gy;
@@ -55,42 +64,36 @@ struct BilinearPlace {
         weight01 = gx * fy;
         weight11 = fx * fy;
     }
-
-    /// One rounding a term, added in this order.
     Floats weigh(Floats g00, Floats g10, Floats g01, Floats g11) const {
         return weight00 * g00 + weight10 * g10 + weight01 * g01 + weight11 * g11;
     }
+    Pair<Floats> weigh(const Neighbours<Floats>& bottom, const Neighbours<Floats>& top) const {
+        return {weigh(bottom.cell.x, bottom.next.x, top.cell.x, top.next.x),
+                weigh(bottom.cell.y, bottom.next.y, top.cell.y, top.next.y)};
+    }
 
-    Floats column;
-    Floats bottom, top;  // indices of the two rows' first cells
     Floats weight00, weight10, weight01, weight11;
 };
 
-/// The column after `column`; the last repeats itself.
+/// The column or row after `at`; the last repeats itself.
 template <class Floats>
-Floats nextColumn(const BilinearGrid& grid, Floats column) {
-    return min(column + Floats(1.0f), Floats(grid.lastColumn));
+Floats nextAfter(Floats at, float last) {
+    return min(at + Floats(1.0f), Floats(last));
 }
 
 /// Bilinear value of a 2-float grid at (u, v).
 template <class Floats>
 Pair<Floats> sampleBilinear(const BilinearGrid& grid, Floats u, Floats v) {
     const BilinearPlace<Floats> at(grid, u, v);
-    const auto bottomIndex = truncate(at.bottom + at.column);
-    const auto topIndex = truncate(at.top + at.column);
-    Neighbours<Floats> bottom;
-    Neighbours<Floats> top;
-    if (any(at.column > Floats(grid.lastColumn - 1.0f))) {
-        const Floats next = nextColumn(grid, at.column);
-        bottom = {gatherPairs(grid.data, bottomIndex),
-                  gatherPairs(grid.data, truncate(at.bottom + next))};
-        top = {gatherPairs(grid.data, topIndex), gatherPairs(grid.data, truncate(at.top + next))};
-    } else {
-        bottom = gatherNeighbours(grid.data, bottomIndex);
-        top = gatherNeighbours(grid.data, topIndex);
-    }
-    return {at.weigh(bottom.cell.x, bottom.next.x, top.cell.x, top.next.x),
-            at.weigh(bottom.cell.y, bottom.next.y, top.cell.y, top.next.y)};
+    const Floats bottom = at.row * Floats(grid.rowLength);
+    const Floats top = nextAfter(at.row, grid.lastRow) * Floats(grid.rowLength);
+    const Floats next = nextAfter(at.column, grid.lastColumn);
+    const auto cells = [&](Floats row, Floats column) {
+        return gatherPairs(grid.data, truncate(row + column));
+    };
+    return BilinearWeights<Floats>(at.fx, at.fy)
+        .weigh({cells(bottom, at.column), cells(bottom, next)},
+               {cells(top, at.column), cells(top, next)});
 }
 
 /// Bilinear value of a 1-float grid at (u, v).
