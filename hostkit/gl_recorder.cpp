@@ -255,9 +255,7 @@ void generate(const char* function, GlKind kind, Real* real, GLsizei count, GLui
         return real(count, names);
     }
     const std::span made(names, sizeOf(count));
-    if (refused(function)) {
-        std::ranges::fill(made, 0u);
-    } else {
+    if (!refused(function)) {
         real(count, names);
         for (const GLuint name : made) {
             enterMade(kind, name);

@@ -50,7 +50,7 @@ struct GlRecorder {
     std::function<void(const char* function)> inside;
 
     /// Asked before a call that can fail, with the number of such calls since `reset`, from 1. True
-    /// makes it fail: glGen... yields the name 0, glCreateShader and glCreateProgram return 0,
+    /// makes it fail: glGen... writes no name, glCreateShader and glCreateProgram return 0,
     /// glGetShaderiv and glGetProgramiv read the status GL_FALSE.
     std::function<bool(const char* function, int nth)> refuse;
 

@@ -25,11 +25,17 @@ GLuint* slotOf(EffectState& state, int index) {
     }
 }
 
-/// Pixels of any other format, or rows shorter than their pixels, would be read past the bitmap's
-/// end.
+/// Whether the pixels can be taken as 32-bit RGBA. A library that tells neither format nor stride is
+/// taken at its word; what says that it holds less would be read past its end.
 bool isRgba8888(const AndroidBitmapInfo& info) {
-    return info.format == ANDROID_BITMAP_FORMAT_RGBA_8888 &&
-           info.stride >= info.width * bytesPerPixel;
+    const bool isOtherFormat = info.format != ANDROID_BITMAP_FORMAT_NONE &&
+                               info.format != ANDROID_BITMAP_FORMAT_RGBA_8888;
+    const bool isTooShort = info.stride != 0 && info.stride < info.width * bytesPerPixel;
+    return !isOtherFormat && !isTooShort;
+}
+
+bool isPadded(const AndroidBitmapInfo& info) {
+    return info.stride > info.width * bytesPerPixel;
 }
 
 /// Padded rows without their padding, which GL ES 2 cannot skip; null without memory. To be freed.
@@ -43,32 +49,35 @@ std::uint8_t* withoutPadding(const AndroidBitmapInfo& info, const void* pixels) 
     return packed;
 }
 
-void uploadPixels(const AndroidBitmapInfo& info, const void* pixels) {
-    glTexImage2D(GL_TEXTURE_2D, 0, GL_RGBA, static_cast<GLsizei>(info.width),
-                 static_cast<GLsizei>(info.height), 0, GL_RGBA, GL_UNSIGNED_BYTE, pixels);
-}
-
-void upload(const AndroidBitmapInfo& info, const void* pixels) {
-    if (info.stride == info.width * bytesPerPixel) {
-        uploadPixels(info, pixels);
-        return;
-    }
-    std::uint8_t* const packed = withoutPadding(info, pixels);
-    uploadPixels(info, packed);
-    std::free(packed);
-}
-
+/// `pixels`: tightly packed rows.
 void replaceTexture(GLuint& slot, const AndroidBitmapInfo& info, const void* pixels) {
     if (slot != 0) {
         glDeleteTextures(1, &slot);
+        slot = 0;  // a GL that fails writes no new name
     }
     glGenTextures(1, &slot);
     glBindTexture(GL_TEXTURE_2D, slot);
-    upload(info, pixels);
+    glTexImage2D(GL_TEXTURE_2D, 0, GL_RGBA, static_cast<GLsizei>(info.width),
+                 static_cast<GLsizei>(info.height), 0, GL_RGBA, GL_UNSIGNED_BYTE, pixels);
     glTexParameterf(GL_TEXTURE_2D, GL_TEXTURE_WRAP_S, GL_CLAMP_TO_EDGE);
     glTexParameterf(GL_TEXTURE_2D, GL_TEXTURE_WRAP_T, GL_CLAMP_TO_EDGE);
     glTexParameterf(GL_TEXTURE_2D, GL_TEXTURE_MAG_FILTER, GL_LINEAR);
     glTexParameterf(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, GL_LINEAR);
+}
+
+/// Without memory to pack the rows, the texture of before stays.
+int replaceTextureOfRows(GLuint& slot, const AndroidBitmapInfo& info, const void* pixels) {
+    if (!isPadded(info)) {
+        replaceTexture(slot, info, pixels);
+        return ANDROID_BITMAP_RESULT_SUCCESS;
+    }
+    std::uint8_t* const packed = withoutPadding(info, pixels);
+    if (packed == nullptr) {
+        return ANDROID_BITMAP_RESULT_ALLOCATION_FAILED;
+    }
+    replaceTexture(slot, info, packed);
+    std::free(packed);
+    return ANDROID_BITMAP_RESULT_SUCCESS;
 }
 
 }  // namespace
@@ -89,8 +98,9 @@ int loadTexture(EffectState& state, JNIEnv* env, jobject bitmap, int index) {
     if (const int result = AndroidBitmap_lockPixels(env, bitmap, &pixels); result < 0) {
         return result;
     }
-    replaceTexture(*slot, info, pixels);
-    return AndroidBitmap_unlockPixels(env, bitmap);
+    const int result = replaceTextureOfRows(*slot, info, pixels);
+    const int unlocked = AndroidBitmap_unlockPixels(env, bitmap);
+    return result < 0 ? result : unlocked;
 }
 
 }  // namespace velmora

@@ -102,6 +102,7 @@ void initInkResources(EffectState& state) {
     dropIncompleteGrids(state);
     if (state.quadBuffer != 0) {
         glDeleteBuffers(1, &state.quadBuffer);
+        state.quadBuffer = 0;  // a GL that fails writes no new name
     }
     glGenBuffers(1, &state.quadBuffer);
     glBlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA);
@@ -124,6 +125,8 @@ void replaceContext(EffectState& state) {
     forgetTarget(state.velocityTarget);
     forgetTarget(state.inkFront);
     forgetTarget(state.inkBack);
+    // A GL that fails writes no new name, and those of the lost context must not be bound in this.
+    state.meshPositionBuffer = state.meshHeightBuffer = state.meshIndexBuffer = 0;
     glGenBuffers(1, &state.meshPositionBuffer);
     glGenBuffers(1, &state.meshHeightBuffer);
     glGenBuffers(1, &state.meshIndexBuffer);

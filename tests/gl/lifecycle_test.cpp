@@ -62,6 +62,21 @@ TEST(Settings, OfAnySizeGiveTargetsThatFit) {
     }
 }
 
+TEST(Shaders, EachFragmentShaderBeginsWithItsPrecision) {
+    for (const bool ink : {false, true}) {
+        Scene scene(screenWidth, screenHeight, ink);
+        scene.initBuffers();
+        scene.initGpu();
+        for (const hostkit::GlCall& call : scene.recorder.calls) {
+            if (call.text.find(".frag, source") != std::string::npos) {
+                const std::string text(call.bytes.begin(), call.bytes.end());
+                EXPECT_TRUE(text.starts_with("precision mediump float;")) << call.text;
+            }
+        }
+        EXPECT_EQ(scene.recorder.count("glShaderSource"), ink ? 6 : 2);
+    }
+}
+
 struct Textures : testing::Test {
     Textures() { scene.setUp(); }
     /// The result of loading, with the library's calls on record and the pixels unlocked again.
@@ -114,6 +129,16 @@ TEST_F(Textures, PaddedRowsAreUploadedWithoutTheirPadding) {
     EXPECT_EQ(upload->bytes, tight);
     bitmap.unlockResult = -1;
     EXPECT_EQ(load(bitmap, 2), -1);
+}
+
+TEST_F(Textures, ABitmapThatTellsItsSizeAloneIsTightlyPacked) {
+    std::iota(pixels.begin(), pixels.end(), std::uint8_t{0});
+    bitmap.info = {5, 3, 0, ANDROID_BITMAP_FORMAT_NONE, 0};
+    EXPECT_EQ(load(bitmap, 1), 0);
+    const auto upload =
+        std::ranges::find(scene.recorder.calls, "glTexImage2D", &hostkit::GlCall::function);
+    ASSERT_NE(upload, scene.recorder.calls.end());
+    EXPECT_EQ(upload->bytes, Bytes(pixels.begin(), pixels.begin() + 5 * 3 * 4));
 }
 
 }  // namespace

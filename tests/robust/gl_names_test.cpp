@@ -79,6 +79,29 @@ TEST(GlNames, WithoutAMeshBufferNothingIsDrawn) {
     }
 }
 
+TEST(GlNames, NoneOfALostContextIsBoundInTheNext) {
+    for (int nth = 1; nth <= 3; ++nth) {
+        Stage stage;
+        stage.setUp();
+        stage.newContext();
+        refuse("glGenBuffers", nth);
+        stage.setUp();
+        EXPECT_EQ(stage.pixelOfFrame(5), magenta) << "drawn from a buffer of the lost context";
+    }
+    Stage stage;
+    stage.setUp();
+    refuse("glGenBuffers", 1);
+    stage.resources();
+    hostkit::GlRecorder& recorder = hostkit::glRecorder();
+    recorder.record([&stage] { stage.draw(); });
+    EXPECT_EQ(recorder.count("glDrawArrays"), 0) << "the quad's buffer is deleted";
+    EXPECT_EQ(recorder.count("glDrawElements"), 1);
+    refuse("glGenTextures", 1);
+    stage.load(1);
+    stage.load(1);
+    EXPECT_EQ(recorder.strayDeletions, "");
+}
+
 TEST(GlNames, AMissingTargetLeavesTheScreenAlone) {
     for (int nth = 1; nth <= 3; ++nth) {
         Stage stage;

@@ -61,6 +61,21 @@ TEST(Memory, ASetUpThatFailsAfterOneThatDidNot) {
     }
 }
 
+TEST(Memory, WhereItLacksForAPictureTheOldOneStays) {
+    Stage stage;
+    stage.setUp();
+    std::vector<std::uint8_t> pixels(2 * 8, 77);
+    StandInBitmap padded{{1, 2, 8, ANDROID_BITMAP_FORMAT_RGBA_8888, 0}, pixels.data()};
+    {
+        const RefusedMemory refused(1, RefusedMemory::one);
+        EXPECT_LT(stage.load(1, padded), 0);
+    }
+    EXPECT_EQ(padded.lockCount, 0);
+    EXPECT_EQ(stage.pixelOfFrame(5), background);
+    EXPECT_EQ(stage.load(1, padded), 0);
+    EXPECT_NE(stage.pixelOfFrame(5), background);
+}
+
 TEST(Memory, NoFrameTakesAnyAfterTheFirstTwo) {
     Stage stage(1080, 1920);
     stage.setUp();

@@ -58,6 +58,9 @@ struct Stage {
         StandInBitmap bitmap{};
         bitmap.info = {1, 1, 4, ANDROID_BITMAP_FORMAT_RGBA_8888, 0};
         bitmap.pixels = pixel.data();
+        return load(index, bitmap);
+    }
+    jint load(int index, StandInBitmap& bitmap) {
         return native().LoadTextures(env, nullptr, reinterpret_cast<jobject>(&bitmap), index);
     }
     /// Everything that a host does on a new context.

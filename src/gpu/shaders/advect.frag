@@ -1,7 +1,7 @@
+precision mediump float;
 // Semi-Lagrangian advection of the ink: each texel takes the ink found upstream, with decay. Values are split
 // over two 8-bit channels as 255 * high + low; velocities have an offset of 127.
 // All of it is highp: in 16 bits a coordinate is off by up to half a texel, a density by a 16th, a hundred times.
-precision mediump float;
 
 uniform highp sampler2D VelocityTexture;
 uniform highp sampler2D SourceTexture;

@@ -1,5 +1,5 @@
-// A lit sheen that grows with the height of the water, over the refracted background.
 precision mediump float;
+// A lit sheen that grows with the height of the water, over the refracted background.
 
 uniform sampler2D sWaterTexture;
 uniform sampler2D sBGTexture;

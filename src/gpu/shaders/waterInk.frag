@@ -1,6 +1,6 @@
+precision mediump float;
 // As water.frag, with a lower limit of the specular term, and divided by what the ink takes from each colour channel.
 // The density is split over two 8-bit channels as 255 * high + low.
-precision mediump float;
 
 uniform sampler2D sWaterTexture;
 uniform sampler2D sBGTexture;
