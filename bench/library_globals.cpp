@@ -4,8 +4,8 @@
 
 namespace velmora {
 
-constinit bool gInkEnabled = false;
-constinit TouchVariables gTouch;
+constinit bool inkEnabled = false;
+constinit SharedTouch gTouch;
 constinit EffectState gEffectState;
 
 }  // namespace velmora

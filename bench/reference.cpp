@@ -332,7 +332,7 @@ void packComponents(std::uint8_t* to, const float* from, std::ptrdiff_t count) {
 
 namespace {
 
-bool isInside(const EffectState& state, const TouchSnapshot& touch, int margin) {
+bool isInside(const EffectState& state, const TouchVariables& touch, int margin) {
     return margin < touch.touchX && touch.touchX < state.screenWidth - margin &&
            margin < touch.touchY && touch.touchY < state.screenHeight - margin;
 }
@@ -347,7 +347,7 @@ Float2 cellToScreenOf(const EffectState& state) {
             static_cast<float>(state.screenHeight) / static_cast<float>(state.velocity.height)};
 }
 
-void addStroke(EffectState& state, const TouchSnapshot& touch) {
+void addStroke(EffectState& state, const TouchVariables& touch) {
     if (!isInside(state, touch, state.touchMargin)) {
         return;
     }
@@ -368,7 +368,7 @@ void addStroke(EffectState& state, const TouchSnapshot& touch) {
     std::swap(state.velocity, state.velocityScratch);
 }
 
-void advect(EffectState& state, const TouchSnapshot& touch) {
+void advect(EffectState& state, const TouchVariables& touch) {
     AdvectVelocity& pass = state.advectVelocityPass;
     pass.output = state.velocityScratch;
     pass.velocity = state.velocity;
@@ -381,24 +381,24 @@ void advect(EffectState& state, const TouchSnapshot& touch) {
                        static_cast<float>(state.screenHeight - touch.touchY)};
     pass.touchDelta = {static_cast<float>(touch.touchDeltaX),
                        -static_cast<float>(touch.touchDeltaY)};
-    pass.dragMode = touch.dragMode;
+    pass.dragMode = state.dragMode;
     reference::advectVelocityKernel(pass);
     std::swap(state.velocity, state.velocityScratch);
 }
 
 /// Returns whether the touch lies far enough from the edges for the projection.
-bool applyMarginRule(EffectState& state, const TouchSnapshot& touch) {
+bool applyMarginRule(EffectState& state, const TouchVariables& touch) {
     state.touchMargin = 60;
     if (isInside(state, touch, 60)) {
         return true;
     }
-    if (touch.dragMode == 0) {
+    if (state.dragMode == 0) {
         state.touchMargin = 12;
         state.sourceRadius = 4.0f;
         state.sourceStrength = 40.0f;
         return isInside(state, touch, 12);
     }
-    if (touch.dragMode == 1) {
+    if (state.dragMode == 1) {
         state.touchMargin = 10;
         if (isInside(state, touch, 10)) {
             return true;
@@ -409,7 +409,7 @@ bool applyMarginRule(EffectState& state, const TouchSnapshot& touch) {
     return false;
 }
 
-void computeDivergence(EffectState& state, const TouchSnapshot& touch) {
+void computeDivergence(EffectState& state, const TouchVariables& touch) {
     const double u1 = std::rand() * 0x1p-31;
     const double u2 = std::rand() * 0x1p-31;
     ComputeDivergence& pass = state.computeDivergencePass;
@@ -449,8 +449,8 @@ void project(EffectState& state) {
 
 }  // namespace
 
-void runSolverStep(EffectState& state, const TouchSnapshot& touch) {
-    if (touch.dragMode == 2) {
+void runSolverStep(EffectState& state, const TouchVariables& touch) {
+    if (state.dragMode == 2) {
         addStroke(state, touch);
     }
     advect(state, touch);

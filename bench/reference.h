@@ -32,6 +32,6 @@ void runAddVelocity(const velmora::AddVelocity& pass);
 void packComponents(std::uint8_t* to, const float* from, std::ptrdiff_t count);
 
 /// The whole step, from the margin rule to the packed bytes, on the state's grids.
-void runSolverStep(velmora::EffectState& state, const velmora::TouchSnapshot& touch);
+void runSolverStep(velmora::EffectState& state, const velmora::TouchVariables& touch);
 
 }  // namespace reference

@@ -49,7 +49,7 @@ std::vector<float> noise(std::size_t count, float amplitude) {
     return cells;
 }
 
-const TouchPreset& presetOf(std::int32_t dragMode) {
+const TouchPreset& presetOf(DragMode dragMode) {
     return dragMode == FastDrag     ? fastDragPreset
            : dragMode == MediumDrag ? mediumDragPreset
                                     : slowDragPreset;
@@ -58,9 +58,13 @@ const TouchPreset& presetOf(std::int32_t dragMode) {
 /// The solver of one screen in one drag, with the touch well inside the margins, and its passes as
 /// a first step left them.
 struct Flow {
-    Flow(ScreenSize screen, std::int32_t dragMode)
-        : touch{screen.width / 2 + 7, screen.height / 2 - 30, 31, -22, dragMode, 0.99f} {
+    Flow(ScreenSize screen, DragMode dragMode) {
+        touch.touchX = screen.width / 2 + 7;
+        touch.touchY = screen.height / 2 - 30;
+        touch.touchDeltaX = 31;
+        touch.touchDeltaY = -22;
         applySettings(state, screen.width, screen.height, true);
+        state.dragMode = dragMode;
         const std::int32_t width = state.velocityGridWidth;
         const std::int32_t height = state.velocityGridHeight;
         reallocateGrid(state.velocity, width, height, 2);
@@ -77,10 +81,7 @@ struct Flow {
         step();
     }
 
-    void step() {
-        prepareSolverStep(state, touch);
-        velmora::runSolverStep(state);
-    }
+    void step() { velmora::runSolverStep(state, touch); }
 
     /// Every grid and setting as before a step; the random numbers too.
     void restore() {
@@ -90,7 +91,7 @@ struct Flow {
         for (const FloatGrid& grid : {state.pressure, state.pressureScratch, state.divergence}) {
             std::ranges::copy(startScalars, grid.data);
         }
-        const TouchPreset& preset = presetOf(touch.dragMode);
+        const TouchPreset& preset = presetOf(state.dragMode);
         state.velocityDissipation = preset.velocityDissipation;
         state.sourceStrength = preset.sourceStrength;
         state.sourceRadius = preset.sourceRadius;
@@ -106,7 +107,7 @@ struct Flow {
     }
 
     EffectState state;
-    TouchSnapshot touch;
+    TouchVariables touch;
     std::vector<float> startVelocity, startScalars;
 };
 
@@ -118,7 +119,7 @@ std::span<std::byte> packedBytes(Flow& flow) {
     return bytesOf(flow.state.packedVelocity, cellsOf(flow.state.velocity) * 4);
 }
 
-Comparison stepComparison(ScreenSize screen, std::int32_t dragMode) {
+Comparison stepComparison(ScreenSize screen, DragMode dragMode) {
     const auto flow = std::make_shared<Flow>(screen, dragMode);
     return {.kernel = "solver step, drag mode " + std::to_string(dragMode),
             .grid = flow->gridName(),
@@ -214,7 +215,7 @@ std::vector<Comparison> solverComparisons() {
     constexpr ScreenSize screens[] = {{1080, 1920}, {1440, 2560}};
     std::vector<Comparison> all;
     for (const ScreenSize screen : screens) {
-        for (const std::int32_t dragMode : {SlowDrag, MediumDrag, FastDrag}) {
+        for (const DragMode dragMode : {SlowDrag, MediumDrag, FastDrag}) {
             all.push_back(stepComparison(screen, dragMode));
         }
     }

@@ -6,8 +6,8 @@
 
 namespace velmora {
 
-constinit bool gInkEnabled = false;
-constinit TouchVariables gTouch;
+constinit bool inkEnabled = false;
+constinit SharedTouch gTouch;
 constinit EffectState gEffectState;
 AnimationManager gAnimationManager;
 

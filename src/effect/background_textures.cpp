@@ -28,8 +28,8 @@ GLuint* slotOf(EffectState& state, int index) {
 /// Whether the pixels can be taken as 32-bit RGBA. A library that tells neither format nor stride is
 /// taken at its word; what says that it holds less would be read past its end.
 bool isRgba8888(const AndroidBitmapInfo& info) {
-    const bool isOtherFormat = info.format != ANDROID_BITMAP_FORMAT_NONE &&
-                               info.format != ANDROID_BITMAP_FORMAT_RGBA_8888;
+    const bool isOtherFormat =
+        info.format != ANDROID_BITMAP_FORMAT_NONE && info.format != ANDROID_BITMAP_FORMAT_RGBA_8888;
     const bool isTooShort = info.stride != 0 && info.stride < info.width * bytesPerPixel;
     return !isOtherFormat && !isTooShort;
 }

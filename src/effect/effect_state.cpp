@@ -3,11 +3,11 @@
 #include <cstdlib>
 #include <utility>
 
+#include "base/screen.h"
+
 namespace velmora {
 
 namespace {
-
-constexpr std::int32_t pixelsPerCell = 12;
 
 /// `x` strictly between `margin` and `size - margin`, for any ints.
 bool isBetweenMargins(std::int32_t x, std::int32_t size, std::int32_t margin) {
@@ -24,15 +24,14 @@ void applyInkSettings(EffectState& state) {
     state.inkRadius = 2.0f;
     state.impulseDensity = 200.0f;
     state.jacobiIterations = 20;
-    state.timeStep = 0.25f;
+    state.timeStep = baseTimeStep;
     state.gradientScale = 0.2f;
     state.velocityDissipation = 0.9f;
     state.sourceStrength = 50.0f;
     state.sourceRadius = 40.0f;
-    state.backwardStepSize = 1.0f;
+    state.backwardStepSize = fullBackwardStep;
     state.inkIntensity = 0.2f;
     state.touchMargin = 10;
-    const std::lock_guard guard(gTouch.lock);
     state.inkDissipation = 0.96f;
     state.inkAmount = 1.0f;
     state.dragMode = SlowDrag;
@@ -52,25 +51,18 @@ EffectState::~EffectState() {
     std::free(std::exchange(packedVelocity, nullptr));
 }
 
-TouchSnapshot snapshotTouch(const EffectState& state) {
-    const std::lock_guard guard(gTouch.lock);
-    return {gTouch.touchX,      gTouch.touchY,  gTouch.touchDeltaX,
-            gTouch.touchDeltaY, state.dragMode, state.inkDissipation};
-}
-
 bool isInside(const EffectState& state, std::int32_t touchX, std::int32_t touchY,
               std::int32_t margin) {
     return isBetweenMargins(touchX, state.screenWidth, margin) &&
            isBetweenMargins(touchY, state.screenHeight, margin);
 }
 
-void applySettings(EffectState& state, std::int32_t width, std::int32_t height, bool inkEnabled) {
+void applySettings(EffectState& state, std::int32_t width, std::int32_t height, bool withInk) {
     joinSolver(state);
     state.screenWidth = width;
     state.screenHeight = height;
-    gInkEnabled = inkEnabled;
     state.inkColor = {1.0f, 1.0f, 1.0f};
-    if (inkEnabled) {
+    if (withInk) {
         applyInkSettings(state);
     }
 }

@@ -2,7 +2,7 @@
 
 #include <GLES2/gl2.h>
 
-#include "effect/touch.h"
+#include "effect/touch_frame.h"
 #include "solver/fluid_step.h"
 
 namespace velmora {
@@ -15,14 +15,14 @@ float lightened(float channel) {
 }
 
 /// Returns the ink amount that the frame shows.
-float stepInk(EffectState& state, InkColor inkColor) {
+float stepInk(EffectState& state, SharedTouch& shared, InkColor inkColor) {
     const InkColor frameColor{lightened(inkColor.r), lightened(inkColor.g), lightened(inkColor.b)};
     state.inkColorOffset = 0.001f;
-    stepFluid(state);  // with the settings that the previous frame left
-    state.backwardStepSize = 1.0f;
-    state.timeStep = 0.25f;
+    stepFluid(state, shared);  // with the settings that the previous frame left
+    state.backwardStepSize = fullBackwardStep;
+    state.timeStep = baseTimeStep;
     state.inkIntensity = 0.02f;
-    return advanceTouchFrame(state, frameColor);
+    return advanceTouchFrame(state, shared, frameColor);
 }
 
 }  // namespace
@@ -31,8 +31,9 @@ void startFrame(const EffectState& state) {
     glViewport(0, 0, state.screenWidth, state.screenHeight);
 }
 
-void drawFrame(EffectState& state, const WaterFrame& frame, InkColor inkColor) {
-    const float inkAmount = frame.inkEnabled ? stepInk(state, inkColor) : 0.0f;
+void drawFrame(EffectState& state, SharedTouch& shared, const WaterFrame& frame,
+               InkColor inkColor) {
+    const float inkAmount = frame.inkEnabled ? stepInk(state, shared, inkColor) : 0.0f;
     drawWater(state, frame, inkAmount);
 }
 

@@ -1,10 +1,10 @@
 #include "effect/touch.h"
 
 #include <cmath>
-#include <optional>
+#include <limits>
+#include <utility>
 
-#include "gpu/ink_passes.h"
-#include "simd/saturate.h"
+#include "base/saturate.h"
 
 namespace velmora {
 
@@ -89,12 +89,8 @@ TouchPreset slowDragPresetAt(float pressureFactor) {
     return preset;
 }
 
-InkStroke strokeTo(const TouchVariables& touch, std::int32_t mode, Float2 previous) {
-    return {mode,
-            previous,
-            {static_cast<float>(touch.touchX), static_cast<float>(touch.touchY)},
-            touch.touchX,
-            touch.touchY};
+InkStroke strokeTo(const TouchVariables& touch, DragMode mode, Float2 previous) {
+    return {mode, previous, {static_cast<float>(touch.touchX), static_cast<float>(touch.touchY)}};
 }
 
 std::optional<InkStroke> stepPressed(EffectState& state, TouchVariables& touch) {
@@ -129,10 +125,10 @@ InkStroke stepDragging(EffectState& state, TouchVariables& touch) {
         case SlowDrag:
             applyPreset(state, slowDragPresetAt(touch.pressureFactor));
             break;
-        default:
+        case TapMode:
             break;
     }
-    if (touch.dragSpeedClass >= SlowDrag) {
+    if (touch.dragSpeedClass != TapMode) {
         state.dragMode = touch.dragSpeedClass;
     }
     const Float2 previous{static_cast<float>(touch.strokeLastX),
@@ -144,33 +140,20 @@ InkStroke stepDragging(EffectState& state, TouchVariables& touch) {
 }
 
 void stepIdle(EffectState& state, TouchVariables& touch) {
-    // The counter stops where it has done its work: a screen may stay idle for longer than an int
-    // counts.
-    touch.idleFrames = touch.idleFrames < idleFadeFrames ? touch.idleFrames + 1 : touch.idleFrames;
+    if (touch.idleFrames < std::numeric_limits<std::int32_t>::max()) {
+        ++touch.idleFrames;
+    }
     if (touch.idleFrames >= idleFadeFrames) {
         state.inkDissipation = idleInkDissipation;
     }
 }
 
-std::optional<InkStroke> stepTouchPhase(EffectState& state, TouchVariables& touch) {
-    std::optional<InkStroke> stroke;
-    if (touch.touchPhase == Pressed) {
-        stroke = stepPressed(state, touch);
-    } else if (touch.touchPhase == Dragging) {
-        stroke = stepDragging(state, touch);
-    }
-    if (touch.touchPhase == Idle) {  // also where the press has just ended
-        stepIdle(state, touch);
-    }
-    return stroke;
-}
-
 }  // namespace
 
-void handleTouchEvent(EffectState& state, std::int32_t x, std::int32_t y, std::int32_t action,
-                      float pressure) {
-    const std::lock_guard guard(gTouch.lock);
-    TouchVariables& touch = gTouch;
+void handleTouchEvent(EffectState& state, SharedTouch& shared, std::int32_t x, std::int32_t y,
+                      std::int32_t action, float pressure) {
+    const std::lock_guard guard(shared.lock);
+    TouchVariables& touch = shared.variables;
     const double p = static_cast<double>(pressure);
     touch.pressureFactor =
         pressure > 0.0f ? static_cast<float>(static_cast<double>(0.2f) + p * p) : 0.0f;
@@ -193,25 +176,29 @@ void handleTouchEvent(EffectState& state, std::int32_t x, std::int32_t y, std::i
     touch.lastEventY = y;
 }
 
-void clearInk(EffectState& state) {
-    const std::lock_guard guard(gTouch.lock);
+void clearInk(EffectState& state, SharedTouch& shared) {
+    const std::lock_guard guard(shared.lock);
     state.dragMode = SlowDrag;
     state.inkDissipation = 0.0f;
-    endGesture(state, gTouch);
+    shared.variables.isInkCleared = true;
+    endGesture(state, shared.variables);
 }
 
-float advanceTouchFrame(EffectState& state, InkColor color) {
+float takeInkDissipation(const EffectState& state, TouchVariables& touch) {
+    return std::exchange(touch.isInkCleared, false) ? 0.0f : float{state.inkDissipation};
+}
+
+std::optional<InkStroke> stepTouchPhase(EffectState& state, TouchVariables& touch) {
     std::optional<InkStroke> stroke;
-    float shownInk;
-    {
-        const std::lock_guard guard(gTouch.lock);
-        stroke = stepTouchPhase(state, gTouch);
-        shownInk = state.inkAmount;
+    if (touch.touchPhase == Pressed) {
+        stroke = stepPressed(state, touch);
+    } else if (touch.touchPhase == Dragging) {
+        stroke = stepDragging(state, touch);
     }
-    if (stroke) {
-        depositInk(state, *stroke, color);
+    if (touch.touchPhase == Idle) {  // also where the press has just ended
+        stepIdle(state, touch);
     }
-    return shownInk;
+    return stroke;
 }
 
 }  // namespace velmora

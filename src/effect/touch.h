@@ -1,22 +1,33 @@
 #pragma once
 
+#include <optional>
+
 #include "effect/effect_state.h"
 
 namespace velmora {
 
-enum TouchAction : std::int32_t { ActionDown = 0, ActionUp = 1, ActionMove = 2, ActionCancel = 3 };
-
 /// The body of onTouch: records an event at (x, y), screen pixels, y down, and moves the touch
 /// phase on. Any ints, any action code, any pressure. Any thread.
-void handleTouchEvent(EffectState& state, std::int32_t x, std::int32_t y, std::int32_t action,
-                      float pressure);
+void handleTouchEvent(EffectState& state, SharedTouch& shared, std::int32_t x, std::int32_t y,
+                      std::int32_t action, float pressure);
 
-/// The body of clearInkValue: removes the ink at once and ends the gesture. Any thread.
-void clearInk(EffectState& state);
+/// The body of clearInkValue: the next fluid step multiplies all ink by 0 (see takeInkDissipation),
+/// and the gesture ends. Any thread.
+void clearInk(EffectState& state, SharedTouch& shared);
 
-/// The touch step of one ink frame: applies the preset of the touch phase, deposits at most one
-/// stroke in `color` and moves the frame counters on. Returns the ink amount that this frame shows:
-/// an event that comes after the step reaches the next frame, not half of this one. Render thread.
-float advanceTouchFrame(EffectState& state, InkColor color);
+/// The dissipation of a fluid step. The whole rule of a clear stands here: the first step after it
+/// takes 0, whatever was written to the setting in between. Under the touch lock.
+float takeInkDissipation(const EffectState& state, TouchVariables& touch);
+
+/// One frame's ink: a segment in screen pixels, y down.
+struct InkStroke {
+    DragMode mode;
+    Float2 previous;
+    Float2 current;
+};
+
+/// The touch step of one ink frame without its deposit: applies the preset of the touch phase and
+/// moves the frame counters on. Returns the frame's stroke, if it has one. Under the touch lock.
+std::optional<InkStroke> stepTouchPhase(EffectState& state, TouchVariables& touch);
 
 }  // namespace velmora

@@ -2,7 +2,7 @@
 
 #include <GLES2/gl2.h>
 
-#include "solver/passes.h"
+#include "base/pair.h"
 
 // Setting the uniforms of a program by name. Locations are looked up at every use; a name that the
 // program does not have is set at location -1, which GL ignores. GL thread.

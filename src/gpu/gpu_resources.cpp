@@ -132,9 +132,9 @@ void replaceContext(EffectState& state) {
     glGenBuffers(1, &state.meshIndexBuffer);
 }
 
-void initGPUResources(EffectState& state, bool inkEnabled) {
+void initGPUResources(EffectState& state, bool withInk) {
     joinSolver(state);
-    if (inkEnabled) {
+    if (withInk) {
         initInkResources(state);
     } else {
         buildProgram(state.waterProgram, waterVertexShader, waterFragmentShader);

@@ -12,6 +12,6 @@ void replaceContext(EffectState& state);
 /// The body of onInitGPU: the water program; with ink also the ink programs and targets, the quad
 /// buffer, the names of the passes and the solver grids, in the sizes of applySettings. What exists
 /// is deleted first. GL thread.
-void initGPUResources(EffectState& state, bool inkEnabled);
+void initGPUResources(EffectState& state, bool withInk);
 
 }  // namespace velmora

@@ -1,9 +1,9 @@
 #include "gpu/ink_passes.h"
 
-#include <cmath>
 #include <cstddef>
 #include <utility>
 
+#include "base/screen.h"
 #include "gpu/gl_calls.h"
 
 namespace velmora {
@@ -59,18 +59,19 @@ Float2 textureTimeStep(const EffectState& state) {
 
 }  // namespace
 
-void runAdvectPass(const EffectState& state, const RenderTarget& velocity,
-                   const RenderTarget& source, const RenderTarget& destination,
-                   const TouchSnapshot& touch) {
+void runAdvectPass(const EffectState& state, const TouchVariables& touch,
+                   const RenderTarget& velocity, const RenderTarget& source,
+                   const RenderTarget& destination, float dissipation) {
     const GLuint program = state.advectProgram.program;
+    const Float2 center{static_cast<float>(touch.touchX),
+                        static_cast<float>(flippedY(state.screenHeight, touch.touchY))};
     glUseProgram(program);
     setUniform(program, "Scale", screenSize(state));
     setUniform(program, "TimeStep", textureTimeStep(state));
-    setUniform(program, "Dissipation", touch.inkDissipation);
+    setUniform(program, "Dissipation", dissipation);
     setUniform(program, "BackwardStepSize", state.backwardStepSize);
-    setUniform(program, "center",
-               Float2{static_cast<float>(touch.touchX), flippedY(state, touch.touchY)});
-    setUniform(program, "drag", touch.dragMode);
+    setUniform(program, "center", center);
+    setUniform(program, "drag", GLint{state.dragMode});
     setUniform(program, "SourceTexture", 1);
     glBindFramebuffer(GL_FRAMEBUFFER, destination.framebuffer);
     bindTexture(GL_TEXTURE0, velocity.texture);
@@ -79,37 +80,36 @@ void runAdvectPass(const EffectState& state, const RenderTarget& velocity,
 }
 
 void runImpulsePass(const EffectState& state, const RenderTarget& source,
-                    const RenderTarget& destination, std::int32_t mode, Float2 previous,
+                    const RenderTarget& destination, DragMode mode, Float2 previous,
                     Float2 current) {
     const GLuint program = state.impulseProgram.program;
-    const Float2 along{current.x - previous.x, current.y - previous.y};
-    const float distance = std::sqrt(along.x * along.x + along.y * along.y);
-    const float length = distance == 0.0f ? 1.0f : distance;
+    const StrokeLine line = lineOf(previous, current);
     glViewport(0, 0, state.inkWidth, state.inkHeight);
     glUseProgram(program);
     setUniform(program, "current", current);
     setUniform(program, "previous", previous);
-    setUniform(program, "normal", Float2{along.x / length, along.y / length});
-    setUniform(program, "len", length);
+    setUniform(program, "normal", line.normal);
+    setUniform(program, "len", line.length);
     setUniform(program, "Radius", state.inkRadius);
     setUniform(program, "ImpulseDensity", state.impulseDensity);
     setUniform(program, "Scale", screenSize(state));
-    setUniform(program, "mode", mode);
+    setUniform(program, "mode", GLint{mode});
     setUniform(program, "Source", 0);
     glBindFramebuffer(GL_FRAMEBUFFER, destination.framebuffer);
     bindTexture(GL_TEXTURE0, source.texture);
     finishPass(state, destination);
 }
 
-void depositInk(EffectState& state, const InkStroke& stroke, InkColor color) {
-    const auto height = static_cast<float>(state.screenHeight);
-    state.impulseCurrent = {stroke.current.x, height - stroke.current.y};
-    state.impulsePrevious = {stroke.previous.x, height - stroke.previous.y};
-    state.inkColor = color;
-    if (!isInside(state, stroke.touchX, stroke.touchY, state.touchMargin)) {
+void depositInk(EffectState& state, const TouchVariables& touch, DragMode mode, float previousX,
+                float previousY, float currentX, float currentY, float red, float green,
+                float blue) {
+    state.impulseCurrent = {currentX, flippedY(state.screenHeight, currentY)};
+    state.impulsePrevious = {previousX, flippedY(state.screenHeight, previousY)};
+    state.inkColor = {red, green, blue};
+    if (!isInside(state, touch.touchX, touch.touchY, state.touchMargin)) {
         return;
     }
-    runImpulsePass(state, state.inkFront, state.inkBack, stroke.mode, state.impulsePrevious,
+    runImpulsePass(state, state.inkFront, state.inkBack, mode, state.impulsePrevious,
                    state.impulseCurrent);
     std::swap(state.inkFront, state.inkBack);
 }

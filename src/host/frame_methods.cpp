@@ -10,7 +10,7 @@ VELMORA_NATIVE(void, onInitUVHBuffer)(JNIEnv*, jobject) {
 }
 
 VELMORA_NATIVE(void, onInitGPU)(JNIEnv*, jobject) {
-    initGPUResources(gEffectState, gInkEnabled);
+    initGPUResources(gEffectState, inkEnabled);
 }
 
 VELMORA_NATIVE(void, onDrawFrame)
@@ -26,7 +26,7 @@ VELMORA_NATIVE(void, onDrawFrame)
     jfloat* const pinnedMatrix = pin(env, mvpMatrix);
     jshort* const pinnedIndices = pin(env, indices);
     if (pinnedPositions && pinnedHeights && pinnedMatrix && pinnedIndices) {
-        drawFrame(gEffectState,
+        drawFrame(gEffectState, gTouch,
                   {.positions = pinnedPositions,
                    .heights = pinnedHeights,
                    .indices = asIndices(pinnedIndices),
@@ -45,7 +45,7 @@ VELMORA_NATIVE(void, onDrawFrame)
                    .fresnelRatio = fresnelRatio,
                    .specularRatio = specularRatio,
                    .exponent = exponent,
-                   .inkEnabled = gInkEnabled,
+                   .inkEnabled = inkEnabled,
                    .useSecondBackground = useSecondBackground != 0},
                   {inkRed, inkGreen, inkBlue});
     }

@@ -2,7 +2,7 @@
 #include "velmora/native_for_velmora.h"
 
 VELMORA_NATIVE(void, onTouch)(JNIEnv*, jobject, jint x, jint y, jint action, jfloat pressure) {
-    velmora::handleTouchEvent(velmora::gEffectState, x, y, action, pressure);
+    velmora::handleTouchEvent(velmora::gEffectState, velmora::gTouch, x, y, action, pressure);
 }
 
 VELMORA_NATIVE(jint, getClearInkValue)(JNIEnv*, jobject) {
@@ -10,5 +10,5 @@ VELMORA_NATIVE(jint, getClearInkValue)(JNIEnv*, jobject) {
 }
 
 VELMORA_NATIVE(void, clearInkValue)(JNIEnv*, jobject) {
-    velmora::clearInk(velmora::gEffectState);
+    velmora::clearInk(velmora::gEffectState, velmora::gTouch);
 }

@@ -7,6 +7,8 @@
 #include <cstring>
 #include <limits>
 
+#include "base/pair.h"
+
 // The vocabulary that kernels are written in: the same expression compiles for one cell (`float`)
 // and for four neighbouring cells (`Float4`, simd/float4.h), and gives each cell the same bits in
 // both. This file holds the one-cell half, which also defines what the four-lane operations mean:
@@ -20,13 +22,6 @@
 // simd/flush_subnormals.h).
 
 namespace velmora {
-
-/// The x and y components of one or four cells.
-template <class Floats>
-struct Pair {
-    Floats x;
-    Floats y;
-};
 
 template <class Floats>
 struct FloatsTraits;

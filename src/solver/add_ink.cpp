@@ -36,11 +36,10 @@ float blotInk(const AddInk& pass, Float2 centre) {
 }  // namespace
 
 void AddInk::evaluate(Float2 coord, float* out) const {
-    constexpr std::int32_t strokeMode = 2;
     const Cell cell = sampleNearest(source, coord.x * texelSize.x, coord.y * texelSize.y);
     const Float2 centre{coord.x * cellToScreen.x, coord.y * cellToScreen.y};
     *out = scalarAt(source, cell) +
-           (mode == strokeMode ? strokeInk(*this, centre) : blotInk(*this, centre));
+           (mode == FastDrag ? strokeInk(*this, centre) : blotInk(*this, centre));
 }
 
 }  // namespace velmora

@@ -4,6 +4,7 @@
 
 #include <utility>
 
+#include "effect/touch.h"
 #include "gpu/ink_passes.h"
 #include "solver/solver_step.h"
 
@@ -13,8 +14,9 @@ namespace {
 
 constexpr int advectionPasses = 4;  // a frame
 
-void* solverEntry(void* state) {
-    return runSolverStep(*static_cast<EffectState*>(state));
+void* solverEntry(void* argument) {
+    EffectState& state = *static_cast<EffectState*>(argument);
+    return runSolverStep(state, state.stepSettings);
 }
 
 void uploadVelocity(const EffectState& state) {
@@ -26,23 +28,36 @@ void uploadVelocity(const EffectState& state) {
                  0, GL_RGBA, GL_UNSIGNED_BYTE, state.packedVelocity);
 }
 
-void startSolver(EffectState& state, const TouchSnapshot& touch) {
-    prepareSolverStep(state, touch);
+void startSolver(EffectState& state) {
     if (pthread_create(&state.solverThread, nullptr, solverEntry, &state) != 0) {
         state.solverThread = pthread_t{};
     }
 }
 
+/// What a fluid step sees of touches and clears: one moment, taken whole.
+struct Moment {
+    TouchVariables touch;
+    float inkDissipation;
+};
+
+/// The worker's copy of that moment too.
+Moment takeMoment(EffectState& state, SharedTouch& shared) {
+    const std::lock_guard guard(shared.lock);
+    state.stepSettings = beginSolverStep(state, shared.variables);
+    return {shared.variables, takeInkDissipation(state, shared.variables)};
+}
+
 }  // namespace
 
-void stepFluid(EffectState& state) {
-    const TouchSnapshot touch = snapshotTouch(state);
+void stepFluid(EffectState& state, SharedTouch& shared) {
     joinSolver(state);
     uploadVelocity(state);
-    startSolver(state, touch);
+    const Moment now = takeMoment(state, shared);  // after the wait, so that it misses nothing
+    startSolver(state);
     glViewport(0, 0, state.inkWidth, state.inkHeight);
     for (int pass = 0; pass < advectionPasses; ++pass) {
-        runAdvectPass(state, state.velocityTarget, state.inkFront, state.inkBack, touch);
+        runAdvectPass(state, now.touch, state.velocityTarget, state.inkFront, state.inkBack,
+                      now.inkDissipation);
         std::swap(state.inkFront, state.inkBack);
     }
 }

@@ -8,6 +8,6 @@ namespace velmora {
 /// starts the next worker, and meanwhile advects the ink four times. So ink moves along the
 /// velocity of the frame before. A worker that cannot be started leaves the velocity as it is. GL
 /// thread.
-void stepFluid(EffectState& state);
+void stepFluid(EffectState& state, SharedTouch& shared);
 
 }  // namespace velmora

@@ -1,19 +1,19 @@
 #pragma once
 
-#include "simd/lanes.h"
+#include "base/pair.h"
+#include "base/stroke.h"
 #include "solver/float_grid.h"
 
 // The operators of the velocity solver, in the manner of fragment shaders: an object holds the
 // parameters and grids of one pass, `evaluate` gives one output cell from the cell's own position.
-// The whole-grid kernels below give every cell the same value. Screen positions are in screen
-// pixels, y up; passes run on the solver's worker thread.
+// The whole-grid kernels below give every cell the same value. Positions and movements on the
+// screen are in screen pixels, y up; velocities are in cells a time unit, y up; a texelSize is
+// (1 / columns, 1 / rows) of the grid. Passes run on the solver's worker thread.
 //
 // The scheme is that of J. Stam, "Stable Fluids" (SIGGRAPH 1999): semi-Lagrangian advection, then
 // projection by a pressure that Jacobi relaxation finds.
 
 namespace velmora {
-
-using Float2 = Pair<float>;
 
 /// A pass whose cells hold 2 floats.
 class VectorPass {
@@ -48,15 +48,15 @@ class AdvectVelocity final : public VectorPass {
 public:
     void evaluate(Float2 coord, float* out) const override;
 
-    FloatGrid velocity{};   // carries
-    FloatGrid source{};     // is carried
-    Float2 texelSize{};     // 1 / grid size
-    Float2 cellToScreen{};  // screen pixels a cell
-    float timeStep = 0.0f;
-    float dissipation = 0.0f;
+    FloatGrid velocity{};  // carries
+    FloatGrid source{};    // is carried
+    Float2 texelSize{};
+    Float2 cellToScreen{};     // screen pixels a cell
+    float timeStep = 0.0f;     // time units, > 0
+    float dissipation = 0.0f;  // factor, [0, 1]
     Float2 touchPoint{};
     Float2 touchDelta{};
-    std::int32_t dragMode = 0;
+    DragMode dragMode = SlowDrag;
 };
 
 /// The CPU form of the ink advection shader; the effect runs it on the GPU only.
@@ -67,12 +67,12 @@ public:
     FloatGrid velocity{};
     FloatGrid source{};
     Float2 texelSize{};
-    float timeStep = 0.0f;
-    float backStep = 0.0f;
-    float dissipation = 0.0f;
-    Float2 scale{};  // screen pixels a cell
-    Float2 center{};
-    std::int32_t drag = 0;
+    float timeStep = 0.0f;     // time units, > 0
+    float backStep = 0.0f;     // factor of the way back, [0, 1]
+    float dissipation = 0.0f;  // factor, [0, 1]
+    Float2 scale{};            // screen pixels a cell
+    Float2 center{};           // the touch
+    DragMode drag = SlowDrag;
 };
 
 /// One relaxation step of the pressure's Poisson equation.
@@ -80,10 +80,10 @@ class Jacobi final : public ScalarPass {
 public:
     void evaluate(Float2 coord, float* out) const override;
 
-    FloatGrid x{};  // current estimate
-    FloatGrid b{};  // right-hand side
-    float alpha = 0.0f;
-    float rbeta = 0.0f;
+    FloatGrid x{};       // current estimate
+    FloatGrid b{};       // right-hand side
+    float alpha = 0.0f;  // minus a cell's area
+    float rbeta = 0.0f;  // 1 / neighbours of a cell
     Float2 texelSize{};
 };
 
@@ -95,7 +95,7 @@ public:
     FloatGrid velocity{};
     FloatGrid pressure{};
     Float2 texelSize{};
-    float gradientScale = 0.0f;
+    float gradientScale = 0.0f;  // velocity for a pressure difference of 1, > 0
 };
 
 /// Divergence of the velocity, with a sink at the touch.
@@ -104,11 +104,11 @@ public:
     void evaluate(Float2 coord, float* out) const override;
 
     FloatGrid velocity{};
-    Float2 cellToScreen{};
+    Float2 cellToScreen{};  // screen pixels a cell
     Float2 texelSize{};
-    float halfInverseCellSize = 0.0f;
-    float sourceStrength = 0.0f;
-    float sourceRadius = 0.0f;
+    float halfInverseCellSize = 0.0f;  // 1 / two cells' sides
+    float sourceStrength = 0.0f;       // what the sink takes from the divergence, >= 0
+    float sourceRadius = 0.0f;         // screen pixels, >= 0
     Float2 sourcePoint{};
 };
 
@@ -118,15 +118,15 @@ public:
     void evaluate(Float2 coord, float* out) const override;
 
     FloatGrid source{};
-    Float2 cellToScreen{};
+    Float2 cellToScreen{};  // screen pixels a cell
     Float2 texelSize{};
-    Float2 current{};
-    Float2 previous{};
-    Float2 normal{};  // unit vector
-    std::int32_t mode = 0;
-    float len = 0.0f;
-    float impulseDensity = 0.0f;
-    float radius = 0.0f;
+    Float2 current{};   // stroke end
+    Float2 previous{};  // stroke start
+    Float2 normal{};    // unit vector from start to end
+    DragMode mode = SlowDrag;
+    float len = 0.0f;             // screen pixels, > 0
+    float impulseDensity = 0.0f;  // ink density at the centre, >= 0
+    float radius = 0.0f;          // screen pixels, >= 0
 };
 
 /// Pushes velocity out of a stroke's segment and towards its end.
@@ -135,13 +135,13 @@ public:
     void evaluate(Float2 coord, float* out) const override;
 
     FloatGrid velocity{};
-    Float2 cellToScreen{};
+    Float2 cellToScreen{};  // screen pixels a cell
     Float2 texelSize{};
     Float2 current{};     // stroke end
     Float2 previous{};    // stroke start
     Float2 normal{};      // unit vector from start to end
-    float length = 0.0f;  // 1 when the stroke has length 0
-    float radius = 0.0f;
+    float length = 0.0f;  // screen pixels, > 0: 1 when the stroke has length 0
+    float radius = 0.0f;  // screen pixels, >= 0
 };
 
 // Each kernel computes every cell of the pass's output and does nothing when that grid does not

@@ -1,9 +1,10 @@
 #include "solver/solver_step.h"
 
-#include <cmath>
 #include <cstdlib>
+#include <limits>
 #include <utility>
 
+#include "base/screen.h"
 #include "simd/float4.h"
 #include "simd/flush_subnormals.h"
 #include "solver/velocity_packing.h"
@@ -12,29 +13,28 @@ namespace velmora {
 
 namespace {
 
-constexpr std::int32_t projectionMargin = 60;  // pixels
-constexpr double jitterSize = 10.0;            // pixels, across
+// Distances from the screen's edges in pixels: nearer to them, the flow is not projected.
+constexpr std::int32_t projectionMargin = 60;
+constexpr std::int32_t slowDragMargin = 12;
+constexpr std::int32_t mediumDragMargin = 10;
 
-/// Ten times what the longest strokes drive, in pixels.
-constexpr float fastestFlow = 1e6f;
-
-/// One step's settings and touch, y down, as they stood when it was prepared.
-struct SolverInput {
-    DragSegment dragSegment;
-    TouchSnapshot touch;
-    std::int32_t screenWidth, screenHeight;
-    std::int32_t jacobiIterations;
-    float gridScale, timeStep, gradientScale, velocityDissipation;
-    float sourceStrength, sourceRadius, inkRadius;
-    bool isInsideStrokeMargin;
-    bool isProjected;
+/// The sink at the touch that a drag near an edge leaves to the steps after it.
+struct EdgeSink {
+    float radius;    // screen pixels
+    float strength;  // divergence
 };
+constexpr EdgeSink slowDragSink{4.0f, 40.0f};
+constexpr EdgeSink mediumDragSink{2.0f, 2.0f};
 
-// Written while no worker runs, read by the worker.
-SolverInput input;
+constexpr double jitterSize = 10.0;  // pixels, across
+
+void setSink(EffectState& state, const EdgeSink& sink) {
+    state.sourceRadius = sink.radius;
+    state.sourceStrength = sink.strength;
+}
 
 /// Returns whether the step goes on to the projection.
-bool applyMarginRule(EffectState& state, const TouchSnapshot& touch) {
+bool applyMarginRule(EffectState& state, const TouchVariables& touch, DragMode dragMode) {
     const auto isTouchInside = [&](std::int32_t margin) {
         return isInside(state, touch.touchX, touch.touchY, margin);
     };
@@ -42,108 +42,76 @@ bool applyMarginRule(EffectState& state, const TouchSnapshot& touch) {
     if (isTouchInside(projectionMargin)) {
         return true;
     }
-    if (touch.dragMode == SlowDrag) {
-        state.touchMargin = 12;
-        state.sourceRadius = 4.0f;
-        state.sourceStrength = 40.0f;
-        return isTouchInside(state.touchMargin);
+    if (dragMode == SlowDrag) {
+        state.touchMargin = slowDragMargin;
+        setSink(state, slowDragSink);
+        return isTouchInside(slowDragMargin);
     }
-    if (touch.dragMode == MediumDrag) {
-        state.touchMargin = 10;
-        if (isTouchInside(state.touchMargin)) {
+    if (dragMode == MediumDrag) {
+        state.touchMargin = mediumDragMargin;
+        if (isTouchInside(mediumDragMargin)) {
             return true;
         }
-        state.sourceRadius = 2.0f;
-        state.sourceStrength = 2.0f;
+        setSink(state, mediumDragSink);
     }
     return false;
-}
-
-float flipped(float y) {
-    return static_cast<float>(input.screenHeight) - y;
-}
-
-Float2 touchPoint() {
-    return {static_cast<float>(input.touch.touchX),
-            static_cast<float>(std::int64_t{input.screenHeight} - input.touch.touchY)};
 }
 
 Float2 texelSizeOf(const FloatGrid& grid) {
     return {1.0f / static_cast<float>(grid.width), 1.0f / static_cast<float>(grid.height)};
 }
 
-Float2 cellToScreenOf(const FloatGrid& grid) {
-    return {static_cast<float>(input.screenWidth) / static_cast<float>(grid.width),
-            static_cast<float>(input.screenHeight) / static_cast<float>(grid.height)};
+Float2 cellToScreenOf(const EffectState& state, const FloatGrid& grid) {
+    return {static_cast<float>(state.screenWidth) / static_cast<float>(grid.width),
+            static_cast<float>(state.screenHeight) / static_cast<float>(grid.height)};
 }
 
-/// Pushes velocity out of a stroke's segment, screen pixels, y down, unless the touch lies near an
-/// edge.
-void addVelocityKernel(EffectState& state, float previousX, float previousY, float currentX,
-                       float currentY) {
-    if (!input.isInsideStrokeMargin) {
-        return;
-    }
-    AddVelocity& pass = state.addVelocityPass;
-    pass.output = state.velocityScratch;
-    pass.velocity = state.velocity;
-    pass.cellToScreen = cellToScreenOf(state.velocity);
-    pass.texelSize = texelSizeOf(state.velocity);
-    pass.current = {currentX, flipped(currentY)};
-    pass.previous = {previousX, flipped(previousY)};
-    const Float2 along{pass.current.x - pass.previous.x, pass.current.y - pass.previous.y};
-    const float length = std::sqrt(along.x * along.x + along.y * along.y);
-    pass.length = length == 0.0f ? 1.0f : length;
-    pass.normal = {along.x / pass.length, along.y / pass.length};
-    pass.radius = input.inkRadius;
-    runAddVelocity(pass);
-    std::swap(state.velocity, state.velocityScratch);
+void addStroke(EffectState& state, const StepSettings& settings) {
+    const DragSegment& segment = settings.dragSegment;
+    addVelocityKernel(state, settings, static_cast<float>(segment.fromX),
+                      static_cast<float>(segment.fromY), static_cast<float>(segment.toX),
+                      static_cast<float>(segment.toY));
 }
 
-void addStroke(EffectState& state) {
-    const DragSegment& segment = input.dragSegment;
-    addVelocityKernel(state, static_cast<float>(segment.fromX), static_cast<float>(segment.fromY),
-                      static_cast<float>(segment.toX), static_cast<float>(segment.toY));
-}
-
-void advect(EffectState& state) {
+void advect(EffectState& state, const StepSettings& settings) {
     AdvectVelocity& pass = state.advectVelocityPass;
     pass.output = state.velocityScratch;
     pass.velocity = state.velocity;
     pass.source = state.velocity;
     pass.texelSize = texelSizeOf(state.velocity);
-    pass.cellToScreen = cellToScreenOf(state.velocity);
-    pass.timeStep = input.timeStep;
-    pass.dissipation = input.velocityDissipation;
-    pass.touchPoint = touchPoint();
-    pass.touchDelta = {static_cast<float>(input.touch.touchDeltaX),
-                       -static_cast<float>(input.touch.touchDeltaY)};
-    pass.dragMode = input.touch.dragMode;
+    pass.cellToScreen = cellToScreenOf(state, state.velocity);
+    pass.timeStep = settings.timeStep;
+    pass.dissipation = settings.velocityDissipation;
+    pass.touchPoint = {static_cast<float>(settings.touchX),
+                       static_cast<float>(flippedY(state.screenHeight, settings.touchY))};
+    pass.touchDelta = {static_cast<float>(settings.touchDeltaX),
+                       -static_cast<float>(settings.touchDeltaY)};
+    pass.dragMode = settings.dragMode;
     advectVelocityKernel(pass);
     std::swap(state.velocity, state.velocityScratch);
 }
 
 /// The touch, up to 5 pixels off on each axis: a sink that never moves would freeze the flow around
 /// it.
-Float2 jitteredSink() {
+Float2 jitteredSink(const EffectState& state, const StepSettings& settings) {
     const double u1 = std::rand() * 0x1p-31;
     const double u2 = std::rand() * 0x1p-31;
-    const double x = input.touch.touchX;
-    const double y = static_cast<double>(std::int64_t{input.screenHeight} - input.touch.touchY);
+    const double x = settings.touchX;
+    const auto y = static_cast<double>(flippedY(state.screenHeight, settings.touchY));
     return {static_cast<float>(x + (0.5 - u1) * jitterSize),
             static_cast<float>(y + (0.5 - u2) * jitterSize)};
 }
 
-void computeDivergence(EffectState& state) {
+void computeDivergence(EffectState& state, const StepSettings& settings) {
     ComputeDivergence& pass = state.computeDivergencePass;
     pass.output = state.divergence;
     pass.velocity = state.velocity;
-    pass.cellToScreen = cellToScreenOf(state.velocity);
+    pass.cellToScreen = cellToScreenOf(state, state.velocity);
     pass.texelSize = texelSizeOf(state.velocity);
-    pass.halfInverseCellSize = 0.5f / input.gridScale;
-    pass.sourceStrength = input.sourceStrength;
-    pass.sourceRadius = input.sourceRadius;
-    pass.sourcePoint = jitteredSink();
+    pass.halfInverseCellSize = 0.5f / state.gridScale;
+    pass.sourceStrength = settings.sourceStrength;
+    pass.sourceRadius = settings.sourceRadius;
+    pass.sourcePoint = jitteredSink(state, settings);
     computeDivergenceKernel(pass);
 }
 
@@ -153,10 +121,10 @@ void solvePressure(EffectState& state) {
     pass.output = state.pressureScratch;
     pass.x = state.pressure;
     pass.b = state.divergence;
-    pass.alpha = -(input.gridScale * input.gridScale);
+    pass.alpha = -(state.gridScale * state.gridScale);
     pass.rbeta = 0.25f;
     pass.texelSize = texelSizeOf(state.pressure);
-    jacobiSweeps(pass, input.jacobiIterations, state.velocityScratch);
+    jacobiSweeps(pass, state.jacobiIterations, state.velocityScratch);
     state.pressure = pass.x;
     state.pressureScratch = pass.output;
 }
@@ -167,64 +135,85 @@ void project(EffectState& state) {
     pass.velocity = state.velocity;
     pass.pressure = state.pressure;
     pass.texelSize = texelSizeOf(state.velocity);
-    pass.gradientScale = input.gradientScale;
+    pass.gradientScale = state.gradientScale;
     subtractGradientKernel(pass);
     std::swap(state.velocity, state.velocityScratch);
 }
 
-/// Whether a component is NaN or beyond every real flow.
-bool isWild(const FloatGrid& velocity) {
-    bool found = false;
+/// Pressures and strokes from far outside the screen may leave infinities and NaN, which would go
+/// round in the flow for ever: they start again from rest. What is merely huge decays.
+void restWhatIsNotFinite(const FloatGrid& velocity) {
+    constexpr float infinity = std::numeric_limits<float>::infinity();
+    float* const components = velocity.data;
     forGroups(0, std::ptrdiff_t{velocity.width} * velocity.height * 2,
-              [&]<class Floats>(std::ptrdiff_t i) {
-                  const Floats v = load<Floats>(velocity.data + i);
-                  const auto isTame = (v < Floats(fastestFlow)) & (v > Floats(-fastestFlow));
-                  found = found || any(select(isTame, Floats(0.0f), Floats(1.0f)) > Floats(0.0f));
+              [=]<class Floats>(std::ptrdiff_t i) {
+                  const Floats v = load<Floats>(components + i);
+                  const auto isFinite = (v < Floats(infinity)) & (v > Floats(-infinity));
+                  if (any(select(isFinite, Floats(0.0f), Floats(1.0f)) > Floats(0.0f))) {
+                      store(components + i, select(isFinite, v, Floats(0.0f)));
+                  }
               });
-    return found;
-}
-
-/// Strokes from far outside the screen, or with wild pressures, leave infinities and NaN, which
-/// would go round in the flow for ever: it starts again from rest.
-void stillWildFlow(const FloatGrid& velocity) {
-    if (isWild(velocity)) {
-        clearGrid(velocity, 2);
-    }
 }
 
 }  // namespace
 
-void prepareSolverStep(EffectState& state, const TouchSnapshot& touch) {
-    input.dragSegment = state.dragSegment;
-    input.touch = touch;
-    input.screenWidth = state.screenWidth;
-    input.screenHeight = state.screenHeight;
-    input.isInsideStrokeMargin = isInside(state, touch.touchX, touch.touchY, state.touchMargin);
-    input.isProjected = applyMarginRule(state, touch);
-    input.jacobiIterations = state.jacobiIterations;
-    input.gridScale = state.gridScale;
-    input.timeStep = state.timeStep;
-    input.gradientScale = state.gradientScale;
-    input.velocityDissipation = state.velocityDissipation;
-    input.sourceStrength = state.sourceStrength;
-    input.sourceRadius = state.sourceRadius;
-    input.inkRadius = state.inkRadius;
+StepSettings beginSolverStep(EffectState& state, const TouchVariables& touch) {
+    const DragMode dragMode = state.dragMode;
+    const std::int32_t marginBefore = state.touchMargin;
+    const bool isProjected = applyMarginRule(state, touch, dragMode);
+    return {.dragMode = dragMode,
+            .dragSegment = state.dragSegment,
+            .touchX = touch.touchX,
+            .touchY = touch.touchY,
+            .touchDeltaX = touch.touchDeltaX,
+            .touchDeltaY = touch.touchDeltaY,
+            .touchMargin = marginBefore,
+            .timeStep = state.timeStep,
+            .velocityDissipation = state.velocityDissipation,
+            .sourceStrength = state.sourceStrength,
+            .sourceRadius = state.sourceRadius,
+            .inkRadius = state.inkRadius,
+            .isProjected = isProjected};
 }
 
-void* runSolverStep(EffectState& state) {
-    const FlushSubnormals flush;
-    if (input.touch.dragMode == FastDrag) {
-        addStroke(state);
+void addVelocityKernel(EffectState& state, const StepSettings& settings, float previousX,
+                       float previousY, float currentX, float currentY) {
+    if (!isInside(state, settings.touchX, settings.touchY, settings.touchMargin)) {
+        return;
     }
-    advect(state);
-    if (input.isProjected) {
-        computeDivergence(state);
+    AddVelocity& pass = state.addVelocityPass;
+    pass.output = state.velocityScratch;
+    pass.velocity = state.velocity;
+    pass.cellToScreen = cellToScreenOf(state, state.velocity);
+    pass.texelSize = texelSizeOf(state.velocity);
+    pass.current = {currentX, flippedY(state.screenHeight, currentY)};
+    pass.previous = {previousX, flippedY(state.screenHeight, previousY)};
+    const StrokeLine line = lineOf(pass.previous, pass.current);
+    pass.normal = line.normal;
+    pass.length = line.length;
+    pass.radius = settings.inkRadius;
+    runAddVelocity(pass);
+    std::swap(state.velocity, state.velocityScratch);
+}
+
+void* runSolverStep(EffectState& state, const StepSettings& settings) {
+    const FlushSubnormals flush;
+    if (settings.dragMode == FastDrag) {
+        addStroke(state, settings);
+    }
+    advect(state, settings);
+    if (settings.isProjected) {
+        computeDivergence(state, settings);
         solvePressure(state);
         project(state);
     }
-    stillWildFlow(state.velocity);
+    restWhatIsNotFinite(state.velocity);
     packVelocity(state, state.velocity, state.velocityTarget);
     return nullptr;
+}
+
+void* runSolverStep(EffectState& state, const TouchVariables& touch) {
+    return runSolverStep(state, beginSolverStep(state, touch));
 }
 
 }  // namespace velmora

@@ -3,8 +3,8 @@
 #include <cmath>
 #include <cstddef>
 
+#include "base/saturate.h"
 #include "simd/float4.h"
-#include "simd/saturate.h"
 
 namespace velmora {
 

@@ -91,9 +91,14 @@ struct Flow {
         state.inkRadius = preset.inkRadius;
     }
 
-    void step(std::int32_t mode, std::int32_t x, std::int32_t y) {
-        prepareSolverStep(state, {x, y, x - lastX, y - lastY, mode, activeInkDissipation});
-        runSolverStep(state);
+    void step(DragMode mode, std::int32_t x, std::int32_t y) {
+        TouchVariables touch;
+        touch.touchX = x;
+        touch.touchY = y;
+        touch.touchDeltaX = x - lastX;
+        touch.touchDeltaY = y - lastY;
+        state.dragMode = mode;
+        runSolverStep(state, touch);
         lastX = x;
         lastY = y;
         const auto cells = static_cast<std::size_t>(state.velocity.width * state.velocity.height);
@@ -119,7 +124,7 @@ void tap(Flow& flow, std::int32_t x, std::int32_t y) {
 }
 
 /// A drag that bounces between the screen's edges, `speed` pixels a frame along y.
-void drag(Flow& flow, std::int32_t mode, const TouchPreset& preset, std::int32_t speed) {
+void drag(Flow& flow, DragMode mode, const TouchPreset& preset, std::int32_t speed) {
     for (std::int32_t frame = 0; frame < 120; ++frame) {
         const std::int32_t x = std::abs(frame * (speed + 3) % 1038 - 519);
         const std::int32_t y = std::abs(frame * speed % 1520 - 760);

@@ -44,7 +44,7 @@ float distance(Float2 a, Float2 b) {
 float meaning(const AdvectDensity& pass, At at) {
     const Float2 q = centre(at, pass.texelSize);
     const float away = distance(pass.center, centre(at, pass.scale));
-    const float step = pass.drag < 2 && away < 80.0f ? 0.0075f * away : pass.backStep;
+    const float step = pass.drag < FastDrag && away < 80.0f ? 0.0075f * away : pass.backStep;
     const Float2 back{
         q.x - step * pass.timeStep * bilinear(pass.velocity, q, 2, 0) * pass.texelSize.x,
         q.y - step * pass.timeStep * bilinear(pass.velocity, q, 2, 1) * pass.texelSize.y};
@@ -61,7 +61,7 @@ float meaning(const Jacobi& pass, At at) {
 float meaning(const AddInk& pass, At at) {
     const float ink = value(pass.source, at);
     const Float2 p = centre(at, pass.cellToScreen);
-    if (pass.mode != 2) {
+    if (pass.mode != FastDrag) {
         const float d = distance(pass.current, p);
         return d < pass.radius ? ink + pass.impulseDensity / (1 + d) : ink;
     }
@@ -129,7 +129,7 @@ struct Passes {
         ink.radius = stroke.radius = strokeRadius;
         divergence.sourceRadius = sinkRadius;
     }
-    void setMode(int mode) { advect.dragMode = density.drag = ink.mode = mode; }
+    void setMode(DragMode mode) { advect.dragMode = density.drag = ink.mode = mode; }
 
     std::mt19937 random;
     GuardedGrid velocity, source, pressure, right, vectorOut, scalarOut;
@@ -144,7 +144,7 @@ struct Passes {
 
 void expectMeanings(Passes& passes) {
     expectMeaning(passes.jacobi, 1e-4f);
-    for (const int mode : {-1, 0, 1, 2}) {
+    for (const DragMode mode : {TapMode, SlowDrag, MediumDrag, FastDrag}) {
         passes.setMode(mode);
         expectMeaning(passes.density, 1e-3f);
         expectMeaning(passes.ink, 1e-3f);
@@ -172,7 +172,7 @@ void expectKernel(const Pass& pass, void (*kernel)(const Pass&)) {
 }
 
 void expectKernels(Passes& passes, const Kernels& kernels) {
-    for (const int mode : {-1, 0, 1, 2}) {
+    for (const DragMode mode : {TapMode, SlowDrag, MediumDrag, FastDrag}) {
         passes.setMode(mode);
         expectKernel(passes.advect, kernels.advect);
     }
@@ -209,7 +209,7 @@ TEST(Operators, RadiiAndSegmentsExcludeTheirEnds) {
 TEST(Operators, CoordinatesBeyondTheGridAreClampedAndNanIsZero) {
     Passes passes(23, 17, Against::back, {20.0f});
     fillRandomly(passes.velocity.block.elements(), {500.0f, true}, passes.random);
-    passes.setMode(2);
+    passes.setMode(FastDrag);
     expectMeaning(passes.density, 1e-3f);
 }
 

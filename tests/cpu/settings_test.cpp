@@ -1,5 +1,6 @@
 #include <utility>
 
+#include "base/screen.h"
 #include "effect/effect_state.h"
 #include "test_memory.h"
 
@@ -60,12 +61,11 @@ TEST(Settings, EachModeWritesItsDefaultsAndNothingElse) {
     state.inkDissipation = state.inkAmount = 7.0f;
     state.inkColor = {0.1f, 0.2f, 0.3f};
     const auto before = bytesOf(state);
-    for (const bool inkEnabled : {true, false}) {
-        applySettings(state, 1080, 1920, inkEnabled);
-        EXPECT_EQ(gInkEnabled, inkEnabled);
+    for (const bool withInk : {true, false}) {
+        applySettings(state, 1080, 1920, withInk);
         expectAndReset(state, sizes);
         expectWhite(state);
-        if (inkEnabled) {
+        if (withInk) {
             EXPECT_EQ(state.inkDissipation, 0.96f);
             EXPECT_EQ(state.inkAmount, 1.0f);
             EXPECT_EQ(state.dragMode, 0);
@@ -93,7 +93,7 @@ TEST(Settings, InsideIsStrictAndDefinedForAnyInts) {
     }
     applySettings(state, least, least, false);
     EXPECT_FALSE(isInside(state, 0, 0, 60));
-    EXPECT_EQ(flippedY(state, most), -4294967296.0f);
+    EXPECT_EQ(flippedY(state.screenHeight, most), -4294967295);
 }
 
 }  // namespace

@@ -96,15 +96,19 @@ std::vector<Bytes> uploadsOfPlainSolver() {
     for (const GestureFrame& frame : gesture) {
         const Touch before = touch;
         touch = frame.events.empty() ? touch : frame.events.back();
-        reference::runSolverStep(
-            state, {touch.x, touch.y, frame.deltaX, frame.deltaY, state.dragMode, 0.0f});
+        velmora::TouchVariables variables;
+        variables.touchX = touch.x;
+        variables.touchY = touch.y;
+        variables.touchDeltaX = frame.deltaX;
+        variables.touchDeltaY = frame.deltaY;
+        reference::runSolverStep(state, variables);
         uploads.emplace_back(state.packedVelocity, state.packedVelocity + columns * rows * 4);
-        state.dragMode = frame.mode;
+        state.dragMode = static_cast<velmora::DragMode>(frame.mode);
         state.sourceRadius = frame.sourceRadius;
         state.velocityDissipation = frame.velocityDissipation;
         state.sourceStrength = frame.sourceStrength;
         state.inkRadius = frame.inkRadius;
-        if (frame.mode == 2) {
+        if (frame.mode == velmora::FastDrag) {
             state.dragSegment = {before.x, before.y, touch.x, touch.y};
         }
     }

@@ -73,12 +73,30 @@ TEST(Numbers, TheFlowRecoversAfterTheInkIsCleared) {
             flow.touch(80, 80, Up);
             flow.stage.draw(frames);
         };
-        tapAndDraw(900);  // the settings of the last stroke stay until this one
+        // The settings of the last stroke stay until this one; then the largest of floats decays.
+        tapAndDraw(5000);
         EXPECT_LT(flow.uploads.strongest, 1) << "the flow comes to rest";
         tapAndDraw(4);
         EXPECT_GT(flow.uploads.strongest, 1) << "and can be pushed again";
         EXPECT_LT(flow.uploads.strongest, 127);
     }
+}
+
+TEST(Numbers, AStrongFlowSaturatesAndDecays) {
+    Flow flow;
+    flow.touch(75, 80, Down);
+    flow.touch(80, 80, Move);
+    int saturated = 0;
+    for (int move = 0; move < 40; ++move) {
+        flow.touch(80 + move % 2, 80, Move, 200);
+        saturated += flow.uploads.strongest == 127;
+    }
+    EXPECT_GE(saturated, 37) << "of 40 frames; the first have no flow yet";
+    flow.touch(80, 80, Up);
+    flow.stage.draw(4);
+    EXPECT_EQ(flow.uploads.strongest, 127);
+    flow.stage.draw(900);
+    EXPECT_LT(flow.uploads.strongest, 1);
 }
 
 }  // namespace

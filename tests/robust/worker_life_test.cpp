@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <cstdlib>
 #include <functional>
 
 #include "tests/robust/stage.h"
@@ -74,6 +75,38 @@ TEST(Worker, HoldsUpNoTouchAndNoPicture) {
         release();
     }
     EXPECT_EQ(threadsStarted, threadsJoined);
+}
+
+/// The calls of three frames with all that they upload, where an act comes just before the first or
+/// while that one waits for its worker.
+std::string framesAround(bool isBefore, const std::function<void(Stage&)>& act) {
+    Stage stage;
+    stage.setUp();
+    glScissor(0, 0, 1, 1);
+    std::srand(7);
+    stage.tap(Down);
+    stage.draw(3);
+    if (isBefore) {
+        act(stage);
+    } else {
+        whileJoining = [&] { act(stage); };
+    }
+    std::string seen = hostkit::glRecorder().record([&] { stage.draw(3); });
+    for (const hostkit::GlCall& call : hostkit::glRecorder().calls) {
+        seen.append(call.bytes.begin(), call.bytes.end());
+    }
+    return seen;
+}
+
+TEST(Worker, WhatComesWhileAFrameWaitsReachesThatFrameAndItsWorker) {
+    const std::function<void(Stage&)> acts[] = {
+        [](Stage& s) { s.touch(90, s.height - 110, Move); },
+        [](Stage& s) { s.touch(90, s.height - 110, Cancel); },
+        [](Stage& s) { s.clear(); },
+    };
+    for (const auto& act : acts) {
+        EXPECT_TRUE(framesAround(false, act) == framesAround(true, act));
+    }
 }
 
 TEST(Worker, ThreadsThatCannotBeHadAreDoneWithout) {

@@ -7,6 +7,7 @@
 #include <condition_variable>
 #include <cstdlib>
 #include <mutex>
+#include <utility>
 
 #include "tests/robust/loaded_library.h"
 
@@ -58,6 +59,7 @@ void* runWorker(void* started) {
 }  // namespace
 
 std::atomic<Moment> nextHold = Moment::none;
+std::function<void()> whileJoining;
 std::atomic<int> threadsToRefuse = 0, threadsStarted = 0, threadsJoined = 0;
 
 void waitUntilHeld() {
@@ -104,6 +106,9 @@ int pthread_join(pthread_t thread, void** result) {
     static auto* const real = next<decltype(pthread_join)>("pthread_join");
     if (isInLibrary(__builtin_return_address(0))) {
         ++threadsJoined;
+        if (const auto act = std::exchange(whileJoining, nullptr)) {
+            act();
+        }
         release();
     }
     return real(thread, result);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <atomic>
+#include <functional>
 
 // This program's definitions of the thread functions that the library imports: a test may hold the
 // solver worker at a chosen moment or refuse the library a thread. Calls of anyone else go through
@@ -18,6 +19,9 @@ extern std::atomic<Moment> nextHold;
 void waitUntilHeld();
 bool isHeld();
 void release();
+
+/// Runs once, while the library waits for its next worker.
+extern std::function<void()> whileJoining;
 
 /// As many of the library's next thread creations fail, for want of resources.
 extern std::atomic<int> threadsToRefuse;
