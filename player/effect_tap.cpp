@@ -5,11 +5,12 @@
 #include <string_view>
 
 #include "hostkit/gl_recorder.h"
+#include "velmora/solver_grid.h"
 
 namespace player {
 namespace {
 
-constexpr int pixelsPerCell = 12;
+using velmora::pixelsPerCell;
 
 GLuint textureOfUnit(GLenum unit) {
     GLint active = 0;

@@ -4,9 +4,6 @@
 
 namespace velmora {
 
-/// Sides of the square of screen pixels that one solver cell covers.
-constexpr std::int32_t pixelsPerCell = 12;
-
 // The host counts y downwards, the solver and the passes upwards: a y of the one as that of the
 // other, on a screen of so many pixels' height.
 

@@ -3,7 +3,7 @@
 #include <cstdlib>
 #include <utility>
 
-#include "base/screen.h"
+#include "velmora/solver_grid.h"
 
 namespace velmora {
 

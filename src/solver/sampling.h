@@ -1,8 +1,8 @@
 #pragma once
 
+#include "base/pair.h"
 #include "simd/float4.h"
 #include "solver/float_grid.h"
-#include "solver/passes.h"
 
 // Reading grids at normalised coordinates (u, v), clamped to [0, 1]. NaN counts as 0, so no
 // coordinate leaves the grid.

@@ -10,9 +10,12 @@ namespace velmora {
 
 namespace {
 
-constexpr float coneRadius = 3.0f;     // cells
-constexpr float edgeThreshold = 5.0f;  // cells; nearer to an edge the box is clamped to the grid
-constexpr int firstCell = 2;           // lowest column and row ever touched
+// In cells. The box around a cone: whole columns and rows, the last of them left out.
+constexpr float coneRadius = 3.0f;
+constexpr float boxStart = -coneRadius;      // from the centre
+constexpr float boxEnd = coneRadius + 1.0f;  // from the centre, exclusive
+constexpr float edgeThreshold = 5.0f;        // nearer to an edge the box is clamped to the grid
+constexpr int firstCell = 2;                 // lowest column and row ever touched
 
 /// The cells of one axis that a cone may reach.
 struct CellRange {
@@ -29,8 +32,8 @@ float gridCoordinate(float touch, int areaSize, int count) {
 CellRange coneRange(float centre, int count) {
     const auto cells = static_cast<float>(count);
     const int lastCell = saturatedInt(std::int64_t{count} - 1);
-    return {centre > edgeThreshold ? saturatedInt(std::floor(centre - 3.0f)) : firstCell,
-            centre < cells - edgeThreshold ? saturatedInt(std::floor(centre + 4.0f)) : lastCell};
+    return {centre > edgeThreshold ? saturatedInt(std::floor(centre + boxStart)) : firstCell,
+            centre < cells - edgeThreshold ? saturatedInt(std::floor(centre + boxEnd)) : lastCell};
 }
 
 /// What a cell at (dx, dy) from the centre gains, `old` where it lies outside the cone. The root is
