@@ -1,5 +1,6 @@
 #include "player/run.h"
 
+#include <cmath>
 #include <cstdio>
 #include <span>
 #include <string>
@@ -44,10 +45,20 @@ hostkit::GestureScript scriptOf(const Options& options) {
     return script;
 }
 
+/// Cells as far as anyone could see them: before a wave run numbers so small that processors
+/// differ, of which some take the smallest for zero.
+void addCells(Digest& digest, std::span<const float> cells) {
+    constexpr float leastSeen = 0x1p-60f;
+    for (const float cell : cells) {
+        const float seen = std::abs(cell) < leastSeen ? 0.0f : cell;
+        addBytes(digest, std::as_bytes(std::span(&seen, 1)));
+    }
+}
+
 /// Adds heights and velocities.
 void addWater(Digest& digest, const hostkit::WaterDriver& water) {
-    addBytes(digest, std::as_bytes(hostkit::JniEnvironment::elements(water.height)));
-    addBytes(digest, std::as_bytes(hostkit::JniEnvironment::elements(water.velocity)));
+    addCells(digest, hostkit::JniEnvironment::elements(water.height));
+    addCells(digest, hostkit::JniEnvironment::elements(water.velocity));
 }
 
 void play(hostkit::EffectHost& host, FilmScreen& screen, EffectTap& tap, const Settings& settings,

@@ -53,10 +53,10 @@ export async function open(browser, options = {}) {
 }
 
 export async function close(page) {
-    const asked = page.requests.filter((url) => !/^(data|blob):/.test(url));
+    const asked = page.requests.map((url) => url.split("#")[0]).filter((url) => !/^(data|blob):/.test(url));
     await page.context().close();
     assert.deepEqual(page.complaints, []);
-    assert.deepEqual(asked, [page.address]);
+    assert.deepEqual(asked, [page.address.split("#")[0]]);
 }
 
 /** The page's file on a server without any special header. */

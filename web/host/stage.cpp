@@ -1,8 +1,26 @@
 #include "web/host/stage.h"
 
+#include <emscripten/emscripten.h>
+
 #include <algorithm>
 #include <cstdlib>
 #include <utility>
+
+// clang-format off
+/// The library forgets its names without deleting them, as those of a lost context. Where a script
+/// has only ordered the loss the context lives on, and would keep what they stand for.
+EM_JS(void, dropGlObjects, (), {
+    function drop(kind, names) {
+        names.filter(object => object && GLctx['is' + kind](object)).forEach(object => GLctx['delete' + kind](object));
+        names.fill(null);
+    }
+    drop('Buffer', GL.buffers);
+    drop('Framebuffer', GL.framebuffers);
+    drop('Program', GL.programs);
+    drop('Shader', GL.shaders);
+    drop('Texture', GL.textures);
+});
+// clang-format on
 
 namespace web {
 namespace {
@@ -106,7 +124,7 @@ void restart(Stage& stage, int width, int height) {
     options.background = stage.pictures[0];
     options.secondBackground = stage.pictures[1];
     options.water = waterOf(stage.settings);
-    options.renewContext = [] {};  // what was lost comes back to the same canvas
+    options.renewContext = dropGlObjects;
     applyLook(stage.settings, options.look);
     options.look.ink = inkOf(stage.settings);
     options.look.useSecondBackground = stage.settings.secondBackground;

@@ -60,12 +60,8 @@ export class Effect {
         this.module._free(bytes);
     }
 
-    /** The names of a lost context mean nothing in the one that follows it. */
+    /** Sets up in the context that came back what the lost one held. */
     renewContext(): void {
-        const { GL } = this.module;
-        for (const names of [GL.buffers, GL.framebuffers, GL.programs, GL.shaders, GL.textures]) {
-            names.fill(null);
-        }
         this.module._renewContext();
     }
 

@@ -100,8 +100,11 @@ async function open(): Promise<void> {
             say("this browser cannot lose a context at will");
             return;
         }
+        // It may come back once the page has heard of its loss.
+        canvas.addEventListener("webglcontextlost", () => setTimeout(() => extension.restoreContext(), 400), {
+            once: true,
+        });
         extension.loseContext();
-        setTimeout(() => extension.restoreContext(), 400);
     };
     const closeAll = () => {
         if (panel.isOpen) {

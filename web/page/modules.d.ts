@@ -12,11 +12,6 @@ interface EffectModule {
     HEAPU8: Uint8Array;
     HEAPF32: Float32Array;
     GL: {
-        buffers: unknown[];
-        framebuffers: unknown[];
-        programs: unknown[];
-        shaders: unknown[];
-        textures: unknown[];
         registerContext(gl: WebGLRenderingContext, attributes: object): number;
         makeContextCurrent(context: number): boolean;
     };

@@ -29,8 +29,8 @@ export class Player {
     readonly pictures: Pictures = firstPictures();
     readonly finger: Finger;
     readonly times: FrameTime[] = [];
-    /** Since the page was opened: animation frames asked for, and frames of the effect. */
-    readonly counts = { animationFrames: 0, frames: 0 };
+    /** Since the page was opened: animation frames asked for, frames of the effect, GL contexts. */
+    readonly counts = { animationFrames: 0, frames: 0, contexts: 1 };
     recording = false;
     /** The context is lost. */
     lost = false;
@@ -192,6 +192,7 @@ export class Player {
 
     regainContext(): void {
         this.lost = false;
+        ++this.counts.contexts;
         this.effect.renewContext();
         this.tap.watch(this.size);
         this.calm.start();

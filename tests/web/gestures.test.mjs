@@ -1,0 +1,131 @@
+// Gestures: a shipped one moves water and ink as in the native host, to the byte; recordings play again; rest.
+
+import assert from "node:assert/strict";
+import { execFileSync } from "node:child_process";
+import { existsSync, readFileSync } from "node:fs";
+import { tmpdir } from "node:os";
+import { join } from "node:path";
+import { after, before, test } from "node:test";
+import { bring, close, drag, launch, open, top } from "./page.mjs";
+
+let browser;
+before(async () => (browser = await launch()));
+after(() => browser.close());
+
+/** The digests of `count` frames of a replay, as the player prints them. */
+function digests(page, script, count) {
+    return page.evaluate(
+        async ([text, last]) => {
+            const { velmora } = window;
+            const add = (digest, bytes) =>
+                bytes.reduce((state, byte) => BigInt.asUintN(64, (state ^ BigInt(byte)) * 0x100000001b3n), digest);
+            let [water, velocity] = [0xcbf29ce484222325n, 0xcbf29ce484222325n];
+            const fault = velmora.replay(text, "script");
+            if (fault) {
+                throw new Error(fault);
+            }
+            await new Promise((resolve) => {
+                let frame = 0;
+                const see = () => {
+                    velocity = add(velocity, velmora.tap.velocity.bytes);
+                    const cells = new Float32Array(velmora.effect.waterBytes().buffer);
+                    const seen = cells.map((cell) => (Math.abs(cell) < 2 ** -60 ? 0 : cell));
+                    water = add(water, new Uint8Array(seen.buffer));
+                    if (++frame === last) {
+                        velmora.afterFrame.delete(see);
+                        resolve();
+                    }
+                };
+                velmora.afterFrame.add(see);
+            });
+            const hex = (digest) => digest.toString(16).padStart(16, "0");
+            return { water: hex(water), velocity: hex(velocity) };
+        },
+        [script, count],
+    );
+}
+
+const player = process.env.VELMORA_PLAYER ?? join(top, "build/release/velmora-player");
+
+test("a shipped gesture has the native host's velocities and water", { skip: !existsSync(player) }, async () => {
+    const gesture = join(top, "gestures/medium_drag.gesture");
+    const page = await open(browser);
+    const web = await digests(page, readFileSync(gesture, "utf8"), 40);
+    const native = execFileSync(player, ["--headless", "--digest", "--script", gesture, "--frames", "40", "--size",
+        "270x480", "--out", join(tmpdir(), `velmora-page-${process.pid}`)], { encoding: "utf8" });
+    console.log(`water ${web.water} velocity ${web.velocity}`);
+    assert.equal(/^velocity (\w+)$/m.exec(native)[1], web.velocity);
+    assert.equal(/^water (\w+)$/m.exec(native)[1], web.water);
+    await close(page);
+});
+
+test("what is recorded plays again as it was, and a film and a picture of it are files", async () => {
+    const page = await open(browser);
+    const [picture] = await Promise.all([page.waitForEvent("download"), page.keyboard.press("s")]);
+    assert.deepEqual([...readFileSync(await picture.path()).subarray(1, 4)], [..."PNG"].map((one) => one.charCodeAt()));
+
+    await page.keyboard.press("f");
+    await page.keyboard.press("r");
+    await page.locator("#marks", { hasText: /gesture 0:0/ }).waitFor();
+    await drag(page, [60, 200], [200, 260], 5);
+    const velocity = () => page.evaluate(() => [...window.velmora.tap.velocity.bytes]);
+    await page.keyboard.press(" "); // the last frame stands
+    await page.waitForFunction(() => window.velmora.view.paused);
+    await page.waitForTimeout(300);
+    const recorded = await velocity();
+    const [file] = await Promise.all([page.waitForEvent("download"), page.keyboard.press("r")]);
+    const script = readFileSync(await file.path());
+    const [film] = await Promise.all([page.waitForEvent("download"), page.keyboard.press("f")]);
+    assert.match(film.suggestedFilename(), /^velmora-film-.*\.(webm|mp4)$/);
+    assert.ok(readFileSync(await film.path()).length > 2000);
+
+    const seen = page.evaluate(
+        () =>
+            new Promise((resolve) => {
+                window.velmora.onReplayEnd = () => resolve([...window.velmora.tap.velocity.bytes]);
+            }),
+    );
+    await bring(page, "drop", ["again.gesture", "", script]);
+    assert.deepEqual(await seen, recorded);
+    await close(page);
+});
+
+test("calm water without ink asks for no frame until the next event", async () => {
+    const page = await open(browser);
+    const count = () => page.evaluate(() => window.velmora.counts.animationFrames);
+    const calm = async () => {
+        let last = -1;
+        for (let now = await count(); now !== last; now = await count()) {
+            last = now;
+            await page.waitForTimeout(1500);
+        }
+        return last;
+    };
+    const asleep = await calm();
+    await page.waitForTimeout(1000);
+    assert.equal(await count(), asleep);
+    await page.keyboard.press("w");
+    await drag(page, [100, 200], [120, 200], 2);
+    assert.ok((await count()) > asleep);
+    const again = await calm();
+    await page.waitForTimeout(1000);
+    assert.equal(await count(), again);
+
+    await page.keyboard.press(" ");
+    await page.waitForTimeout(500);
+    const before = await page.evaluate(() => window.velmora.counts.frames);
+    await page.keyboard.press(".");
+    await page.waitForTimeout(500);
+    assert.equal(await page.evaluate(() => window.velmora.counts.frames), before + 1, "one step is one frame");
+    await close(page);
+});
+
+test("a finger of its own comes to an idle page, and not where motion is to be reduced", async () => {
+    const page = await open(browser, { reducedMotion: "no-preference" });
+    await page.waitForFunction(() => window.velmora.effect.waterIsCalm === false, undefined, { timeout: 15000 });
+    await close(page);
+    const still = await open(browser);
+    await still.waitForTimeout(6000);
+    assert.equal(await still.evaluate(() => window.velmora.effect.waterIsCalm), true);
+    await close(still);
+});

@@ -1,0 +1,119 @@
+// The visitor's pictures, whichever way they come; and where they stay: in another size, after a lost context.
+
+import assert from "node:assert/strict";
+import { after, before, test } from "node:test";
+import { bring, close, difference, drag, frames, launch, notice, open, picture } from "./page.mjs";
+
+let browser;
+before(async () => (browser = await launch()));
+after(() => browser.close());
+
+/** Four fields of colour: red, green over blue, white. */
+function fourFields(page, type, width = 60, height = 120) {
+    return page.evaluate(
+        async ([kind, w, h]) => {
+            const canvas = new OffscreenCanvas(w, h);
+            const context = canvas.getContext("2d");
+            ["red", "lime", "blue", "white"].forEach((color, at) => {
+                context.fillStyle = color;
+                context.fillRect((at % 2) * (w / 2), Math.floor(at / 2) * (h / 2), w / 2, h / 2);
+            });
+            return [...new Uint8Array(await (await canvas.convertToBlob({ type: kind, quality: 1 })).arrayBuffer())];
+        },
+        [type, width, height],
+    );
+}
+
+/** The JPEG with the note of a camera that was held turned to the left: to be shown turned by a quarter. */
+function turned(jpeg) {
+    const note = Buffer.from(
+        "ffe10022457869660000" + "4d4d002a00000008" + "0001" + "011200030000000100060000" + "00000000", "hex");
+    return Buffer.concat([Buffer.from(jpeg.slice(0, 2)), note, Buffer.from(jpeg.slice(2))]);
+}
+
+const colors = { red: [255, 0, 0], lime: [0, 255, 0], blue: [0, 0, 255], white: [255, 255, 255] };
+
+/** The name of the colour in each quarter, row by row. */
+function quarters(shown) {
+    return [0.25, 0.75].flatMap((y) =>
+        [0.25, 0.75].map((x) => {
+            const pixel = shown.pixel(x * shown.width, y * shown.height);
+            const near = (color) => color.every((part, at) => Math.abs(part - pixel[at]) < 40);
+            return Object.keys(colors).find((name) => near(colors[name])) ?? String(pixel);
+        }),
+    );
+}
+
+async function shows(page, expected) {
+    await page.waitForFunction(() => window.velmora.counts.frames > 0);
+    let seen;
+    for (let attempt = 0; attempt < 40; ++attempt) {
+        seen = quarters(await picture(page));
+        if (String(seen) === String(expected)) {
+            return;
+        }
+        await page.waitForTimeout(100);
+    }
+    assert.deepEqual(seen, expected);
+}
+
+test("dropped, pasted and turned pictures, and the one before as the second background", async () => {
+    const page = await open(browser);
+    const upright = ["red", "lime", "blue", "white"];
+    await bring(page, "drop", ["fields.png", "image/png", await fourFields(page, "image/png")]);
+    await shows(page, upright);
+    const jpeg = await fourFields(page, "image/jpeg", 120, 60);
+    await bring(page, "paste", ["", "image/jpeg", turned(jpeg)]);
+    await shows(page, ["blue", "red", "white", "lime"]);
+    await page.keyboard.press("b");
+    await shows(page, upright);
+    await page.keyboard.press("b");
+
+    await bring(page, "drop", ["broken.png", "image/png", [1, 2, 3]]);
+    await notice(page, "broken.png is no picture that this browser can show");
+    await shows(page, ["blue", "red", "white", "lime"]);
+    await close(page);
+});
+
+test("a chosen picture much larger than the screen, in both its shapes", async () => {
+    const page = await open(browser);
+    const large = await page.evaluate(() => {
+        const canvas = new OffscreenCanvas(5000, 3000);
+        const context = canvas.getContext("2d");
+        context.fillStyle = "red";
+        context.fillRect(0, 0, 5000, 1500);
+        context.fillStyle = "blue";
+        context.fillRect(0, 1500, 5000, 1500);
+        return canvas.convertToBlob({ type: "image/png" }).then(async (blob) => [...new Uint8Array(await blob.arrayBuffer())]);
+    });
+    const [chooser] = await Promise.all([page.waitForEvent("filechooser"), page.keyboard.press("o")]);
+    await chooser.setFiles({ name: "large.png", mimeType: "image/png", buffer: Buffer.from(large) });
+    const halves = ["red", "red", "blue", "blue"];
+    await shows(page, halves);
+    await page.setViewportSize({ width: 480, height: 270 });
+    await page.waitForFunction(() => window.velmora.canvas.width === 480 && window.velmora.canvas.height === 270);
+    await shows(page, halves);
+    assert.equal((await picture(page)).width, 480);
+    await close(page);
+});
+
+test("a lost context takes the ink and leaves picture and settings", async () => {
+    const page = await open(browser, { size: [540, 960] });
+    await bring(page, "drop", ["fields.png", "image/png", await fourFields(page, "image/png")]);
+    await page.evaluate(() => (window.velmora.look.damping = 0.85)); // soon calm
+    await shows(page, ["red", "lime", "blue", "white"]);
+    const look = () => page.evaluate(() => JSON.stringify(window.velmora.look));
+    const [calm, lookBefore] = [await picture(page), await look()];
+    await drag(page, [150, 480], [390, 480], 6);
+    assert.ok(difference(calm, await picture(page), [0.3, 0.45, 0.7, 0.55]) > 10, "ink lies");
+    await page.keyboard.press("l");
+    await page.waitForFunction(() => window.velmora.counts.contexts === 2 && !window.velmora.lost);
+    await frames(page, 1);
+    await page.waitForFunction(() => window.velmora.effect.waterIsCalm);
+    assert.ok(difference(calm, await picture(page)) < 0.5, "picture without ink");
+    assert.equal(await look(), lookBefore);
+    await drag(page, [150, 480], [390, 480], 6);
+    assert.ok(difference(calm, await picture(page), [0.3, 0.45, 0.7, 0.55]) > 10, "new ink");
+    page.complaints = page.complaints.filter((line) => !/CONTEXT_LOST/.test(line)); // the browser's own note of it
+    await close(page);
+});

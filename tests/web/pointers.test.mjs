@@ -1,0 +1,115 @@
+// Mouse, touch and pen: what the effect is told of each, read from a recording, and what it draws.
+
+import assert from "node:assert/strict";
+import { after, before, test } from "node:test";
+import { close, frames, launch, open } from "./page.mjs";
+
+let browser;
+before(async () => (browser = await launch()));
+after(() => browser.close());
+
+/** The touches of what happens meanwhile, as [action, x, y, pressure]; the first four are the recording's own. */
+async function recorded(page, act) {
+    await page.evaluate(() => window.velmora.startRecording());
+    await act();
+    await frames(page, 2);
+    const script = await page.evaluate(() => window.velmora.finishRecording());
+    const touches = [...script.matchAll(/^\d+ (down|move|up|cancel) (.*)$/gm)].slice(4);
+    return touches.map(([, action, numbers]) => [action, ...numbers.split(" ").map(Number)]);
+}
+
+const actions = (touches) => touches.map(([action]) => action);
+
+async function pointer(page, size) {
+    const page2x = await open(page, { size, deviceScaleFactor: 2, hasTouch: true });
+    return { page: page2x, cdp: await page2x.context().newCDPSession(page2x) };
+}
+
+test("a mouse, with the pressure of the settings, in the canvas' pixels", async () => {
+    const { page } = await pointer(browser, [270, 480]);
+    const touches = await recorded(page, async () => {
+        await page.mouse.move(50, 60);
+        await page.mouse.down();
+        await frames(page, 1);
+        await page.mouse.move(55, 70);
+        await frames(page, 1);
+        await page.mouse.up();
+        await page.mouse.down({ button: "right" });
+        await page.mouse.up({ button: "right" });
+    });
+    assert.deepEqual(touches, [["down", 100, 120, 0.5], ["move", 110, 140, 0.5], ["up", 110, 140, 0]]);
+    // Beyond the canvas' edge the gesture is at its end, also where the button comes up later.
+    const left = await recorded(page, async () => {
+        await page.mouse.move(50, 60);
+        await page.mouse.down();
+        await frames(page, 1);
+        await page.mouse.move(-20, 60);
+        await frames(page, 1);
+        await page.mouse.move(60, 60);
+        await page.mouse.up();
+    });
+    assert.deepEqual(actions(left), ["down", "cancel"]);
+    await close(page);
+});
+
+test("a finger, and no second one", async () => {
+    const { page, cdp } = await pointer(browser, [270, 480]);
+    const send = (type, ...points) =>
+        cdp.send("Input.dispatchTouchEvent", {
+            type,
+            touchPoints: points.map(([id, x, y]) => ({ id, x, y, force: 0.25 })),
+        });
+    const touches = await recorded(page, async () => {
+        await send("touchStart", [1, 100, 100]);
+        await frames(page, 1);
+        await send("touchStart", [1, 100, 100], [2, 200, 200]);
+        await send("touchMove", [1, 100, 120], [2, 220, 200]);
+        await frames(page, 1);
+        await send("touchEnd", [2, 220, 200]);
+        await send("touchEnd");
+    });
+    assert.deepEqual(actions(touches).slice(0, 2), ["down", "move"]);
+    assert.ok(touches.every(([, x]) => x === 200), "the first finger's place alone");
+    assert.equal(touches.filter(([action]) => action === "up" || action === "cancel").length, 1);
+    const cancelled = await recorded(page, async () => {
+        await send("touchStart", [1, 100, 100]);
+        await frames(page, 1);
+        await send("touchCancel");
+    });
+    assert.deepEqual(actions(cancelled), ["down", "cancel"]);
+    assert.equal(await page.evaluate(() => scrollY + visualViewport.scale), 1, "neither scrolled nor zoomed");
+    await close(page);
+});
+
+test("a pen, with its own pressure", async () => {
+    const { page, cdp } = await pointer(browser, [270, 480]);
+    const send = (type, x, y, force) =>
+        cdp.send("Input.dispatchMouseEvent", { type, x, y, force, button: "left", buttons: 1, pointerType: "pen", clickCount: 1 });
+    const touches = await recorded(page, async () => {
+        await send("mousePressed", 90, 90, 0.8);
+        await frames(page, 1);
+        await send("mouseMoved", 95, 90, 0.3);
+        await frames(page, 1);
+        await send("mouseReleased", 95, 90, 0);
+    });
+    assert.deepEqual(actions(touches), ["down", "move", "up"]);
+    assert.deepEqual(touches.map(([, , , pressure]) => Math.round(10 * pressure)), [8, 3, 0]);
+    await close(page);
+});
+
+test("a hidden page lets go of the finger", async () => {
+    const { page } = await pointer(browser, [270, 480]);
+    const touches = await recorded(page, async () => {
+        await page.mouse.move(50, 60);
+        await page.mouse.down();
+        await frames(page, 1);
+        await page.evaluate(() => {
+            Object.defineProperty(document, "hidden", { value: true, configurable: true });
+            document.dispatchEvent(new Event("visibilitychange"));
+            delete document.hidden;
+            document.dispatchEvent(new Event("visibilitychange"));
+        });
+    });
+    assert.deepEqual(actions(touches), ["down", "cancel"]);
+    await close(page);
+});
