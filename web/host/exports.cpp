@@ -48,18 +48,19 @@ std::string text(Value value) {
 
 extern "C" {
 
-/// The settings as JSON: name, words, kind, least, most, and the value at first.
+/// The settings as JSON: the fields, each with name, words, kind, least, most and the value at first, and the first ink.
 EMSCRIPTEN_KEEPALIVE const char* describeSettings() {
     const player::Settings defaults;
-    answer = "[";
+    answer = R"({"fields":[)";
     forEachField([&](const auto& field) {
         const auto value = defaults.*field.member;
-        answer += answer.size() > 1 ? "," : "";
+        answer += answer.back() == '}' ? "," : "";
         answer += R"({"name":")" + std::string(field.name) + R"(","words":")" + field.words +
                   R"(","kind":")" + kindOf(value) + R"(","least":)" + text(field.least) +
                   R"(,"most":)" + text(field.most) + R"(,"first":)" + text(value) + "}";
     });
-    answer += "]";
+    answer += R"(],"ink":[)" + text(defaults.ink[0]) + "," + text(defaults.ink[1]) + "," +
+              text(defaults.ink[2]) + "]}";
     return answer.c_str();
 }
 

@@ -28,6 +28,7 @@ export interface Size {
 export class Effect {
     /** In the order in which the settings' values pass. */
     readonly fields: SettingField[];
+    readonly firstInk: [number, number, number];
     private readonly values: number;
     private readonly valueCount: number;
 
@@ -35,7 +36,7 @@ export class Effect {
         private readonly module: EffectModule,
         readonly gl: WebGLRenderingContext,
     ) {
-        this.fields = JSON.parse(this.text(module._describeSettings()));
+        ({ fields: this.fields, ink: this.firstInk } = JSON.parse(this.text(module._describeSettings())));
         this.valueCount = this.fields.length + 3;
         this.values = module._malloc(4 * this.valueCount);
     }

@@ -39,7 +39,7 @@ export class Incoming {
         const name = presetName(file.name);
         let look: Look;
         try {
-            look = parseLook(await readText(file), this.presets.fields);
+            look = parseLook(await readText(file), this.presets.settings);
         } catch (error) {
             throw new Error(`${file.name}: ${(error as Error).message}`);
         }

@@ -9,7 +9,11 @@ export interface Look {
     ink: Ink;
 }
 
-const firstInk: Ink = [0.3, 0.7, 1];
+/** What there is to set, and the ink at first. */
+export interface Settings {
+    fields: SettingField[];
+    firstInk: Ink;
+}
 
 /** The shortest number that is this 32-bit float again: 0.97, not 0.9700000286102295. */
 function shortest(value: number): number {
@@ -22,7 +26,7 @@ function shortest(value: number): number {
     return value;
 }
 
-export function firstLook(fields: SettingField[]): Look {
+export function firstLook({ fields, firstInk }: Settings): Look {
     const look: Look = { ink: [...firstInk] };
     for (const field of fields) {
         look[field.name] = field.kind === "switch" ? field.first !== 0 : field.first;
@@ -71,7 +75,8 @@ function isInk(value: unknown): value is Ink {
 }
 
 /** A preset's text as a look; what it leaves out has its first value. Throws an Error that says what is wrong. */
-export function parseLook(text: string, fields: SettingField[]): Look {
+export function parseLook(text: string, settings: Settings): Look {
+    const { fields } = settings;
     let preset: unknown;
     try {
         preset = JSON.parse(text.replace(/^\uFEFF/, ""));
@@ -81,7 +86,7 @@ export function parseLook(text: string, fields: SettingField[]): Look {
     if (typeof preset !== "object" || preset === null || Array.isArray(preset)) {
         throw new Error("a preset is a JSON object");
     }
-    const look = firstLook(fields);
+    const look = firstLook(settings);
     for (const [name, value] of Object.entries(preset)) {
         const field = fields.find((one) => one.name === name);
         const expected = name === "ink" ? "three numbers from 0 to 1" : field && rangeOf(field);

@@ -22,7 +22,7 @@ async function open(): Promise<void> {
         return;
     }
     const player = new Player(effect, canvas);
-    const presets = loadPresets(effect.fields);
+    const presets = loadPresets(effect);
     const keeping = new Keeping(player);
     const help = byId<HTMLDialogElement>("help");
     let shownPreset = -1;
@@ -39,7 +39,7 @@ async function open(): Promise<void> {
             const text = lookInLink(location.hash);
             if (text !== undefined) {
                 try {
-                    showLook(parseLook(text, effect.fields));
+                    showLook(parseLook(text, effect));
                 } catch (error) {
                     throw new Error(`the look in this link: ${(error as Error).message}`);
                 }

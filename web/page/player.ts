@@ -62,7 +62,7 @@ export class Player {
         readonly effect: Effect,
         readonly canvas: HTMLCanvasElement,
     ) {
-        this.look = firstLook(effect.fields);
+        this.look = firstLook(effect);
         this.tap = new EffectTap(effect.gl);
         this.calm = new CalmWatch(effect.gl);
         this.finger = new Finger(canvas, {

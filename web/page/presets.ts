@@ -1,7 +1,6 @@
 // The presets: those that ship, and those that the visitor saved.
 
-import type { SettingField } from "./effect";
-import { parseLook, writeLook, type Look } from "./look";
+import { parseLook, writeLook, type Look, type Settings } from "./look";
 
 declare const PRESETS: Record<string, string>;
 
@@ -14,7 +13,7 @@ export interface Preset {
 
 export interface PresetList {
     all: Preset[];
-    fields: SettingField[];
+    settings: Settings;
 }
 
 /** calm_pond is "calm pond". */
@@ -30,11 +29,11 @@ function readSaved(): Record<string, string> {
     }
 }
 
-export function loadPresets(fields: SettingField[]): PresetList {
-    const list: PresetList = { all: [], fields };
+export function loadPresets(settings: Settings): PresetList {
+    const list: PresetList = { all: [], settings };
     for (const [file, text] of Object.entries({ ...PRESETS, ...readSaved() })) {
         try {
-            list.all.push({ name: presetName(file), look: parseLook(text, fields) });
+            list.all.push({ name: presetName(file), look: parseLook(text, settings) });
         } catch {
             // Saved by a page of another time, whose settings were others.
         }

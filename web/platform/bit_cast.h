@@ -1,0 +1,16 @@
+#pragma once
+
+// std::bit_cast for Emscripten's C++ library, which lacks it; the compiler does not. Included before every source.
+
+#include <bit>
+
+#ifndef __cpp_lib_bit_cast
+namespace std {
+
+template <class To, class From>
+requires(sizeof(To) == sizeof(From)) constexpr To bit_cast(const From& from) noexcept {
+    return __builtin_bit_cast(To, from);
+}
+
+}  // namespace std
+#endif
