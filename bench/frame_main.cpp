@@ -1,6 +1,7 @@
 #include <GLES2/gl2.h>
 #include <benchmark/benchmark.h>
 
+#include <algorithm>
 #include <chrono>
 #include <cmath>
 #include <iostream>
@@ -32,6 +33,7 @@ struct Moments {
     Clock::time_point firstDraw;
     Clock::time_point submitted;
     Clock::time_point finished;
+    double outside;  // nanoseconds of this thread's processor time outside GL calls
 
     void notice(std::string_view function) {
         const auto setOnce = [](Clock::time_point& moment) {
@@ -57,14 +59,50 @@ hostkit::Touch touchOfFrame(const hostkit::EffectHost& host, int frame) {
             host.height() * (0.5 + 0.3 * std::sin(angle)), 0.5f};
 }
 
+double threadNanoseconds() {
+    timespec now{};
+    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
+    return static_cast<double>(now.tv_sec) * 1e9 + static_cast<double>(now.tv_nsec);
+}
+
+/// What two readings of the clock with nothing between them are apart.
+double emptyInterval() {
+    static const double median = [] {
+        std::vector<double> intervals;
+        for (int i = 0; i < 1001; ++i) {
+            const double start = threadNanoseconds();
+            intervals.push_back(threadNanoseconds() - start);
+        }
+        return bench::median(intervals);
+    }();
+    return median;
+}
+
+/// Adds up the times between the calls into GL.
+struct OutsideClock {
+    void leave() { left = threadNanoseconds(); }
+    void enter() { sum += threadNanoseconds() - left - emptyInterval(); }
+    double sum = 0.0;
+    double left = 0.0;
+};
+
 Moments runFrame(hostkit::EffectHost& host, int frame) {
     Moments moments{};
-    hostkit::glRecorder().inside = [&](const char* function) { moments.notice(function); };
+    OutsideClock outside;
+    hostkit::glRecorder().inside = [&](const char* function) {
+        outside.enter();
+        moments.notice(function);
+    };
+    hostkit::glRecorder().after = [&] { outside.leave(); };
     moments.start = Clock::now();
+    outside.leave();
     host.touch(touchOfFrame(host, frame));
     host.frame();
+    outside.enter();
+    moments.outside = outside.sum;
     moments.submitted = Clock::now();
     hostkit::glRecorder().inside = nullptr;
+    hostkit::glRecorder().after = nullptr;
     glFinish();
     moments.finished = Clock::now();
     return moments;
@@ -81,6 +119,39 @@ double medianBetween(const std::vector<Moments>& frames, Clock::time_point Momen
     return bench::median(times);
 }
 
+double medianOutside(const std::vector<Moments>& frames) {
+    std::vector<double> times;
+    for (const Moments& moments : frames) {
+        times.push_back(moments.outside * 1e-3);
+    }
+    return bench::median(times);
+}
+
+/// Microseconds of one frame on screens that grow: this thread outside GL, the wait for the solver,
+/// and all of the frame.
+void printGrowth() {
+    struct Screen {
+        int width;
+        int height;
+    };
+    std::cout << "# width height pixels outside wait frame\n";
+    for (const Screen screen : {Screen{270, 480}, Screen{540, 960}, Screen{720, 1280},
+                                Screen{1080, 1920}, Screen{1440, 2560}, Screen{2160, 3840}}) {
+        hostkit::EffectHost host({.width = screen.width, .height = screen.height});
+        const double pixels = static_cast<double>(screen.width) * screen.height;
+        const int count = static_cast<int>(std::clamp(2e7 / pixels, 5.0, 40.0));
+        std::vector<Moments> frames;
+        for (int frame = 0; frame < warmUpFrames + count; ++frame) {
+            frames.push_back(runFrame(host, frame));
+        }
+        frames.erase(frames.begin(), frames.begin() + warmUpFrames);
+        std::cout << screen.width << ' ' << screen.height << ' ' << pixels << ' '
+                  << medianOutside(frames) << ' '
+                  << medianBetween(frames, &Moments::firstCall, &Moments::firstBind) << ' '
+                  << medianBetween(frames, &Moments::start, &Moments::finished) << std::endl;
+    }
+}
+
 void runFrames(benchmark::State& state, int width, int height, bool inkEnabled) {
     hostkit::EffectHost host({.width = width, .height = height, .inkEnabled = inkEnabled});
     int frame = 0;
@@ -95,6 +166,7 @@ void runFrames(benchmark::State& state, int width, int height, bool inkEnabled) 
                            Clock::time_point Moments::*to) {
         state.counters[name] = medianBetween(frames, from, to);
     };
+    state.counters["outside GL us"] = medianOutside(frames);
     count("water us", &Moments::start, &Moments::firstCall);
     if (inkEnabled) {
         count("solver wait us", &Moments::firstCall, &Moments::firstBind);
@@ -135,11 +207,20 @@ int main(int argc, char** argv) {
     if (!options) {
         return 2;
     }
+    try {
+        if (options->sweep) {
+            printGrowth();
+            return 0;
+        }
+    } catch (const hostkit::HostError& error) {
+        std::cerr << "velmora-bench-frame: " << error.what() << '\n';
+        return 1;
+    }
     registerFrames(options->count);
     bench::TableReporter tables({{"Times of one frame, medians.",
                                   "frame | screen",
-                                  {"water us", "solver wait us", "until first draw us", "draws us",
-                                   "finish us", "frame us"}}});
+                                  {"outside GL us", "water us", "solver wait us",
+                                   "until first draw us", "draws us", "finish us", "frame us"}}});
     try {
         benchmark::RunSpecifiedBenchmarks(options->table ? &tables : nullptr);
     } catch (const hostkit::HostError& error) {

@@ -1,5 +1,6 @@
 #include <benchmark/benchmark.h>
 
+#include <algorithm>
 #include <iostream>
 
 #include "bench/limits.h"
@@ -26,12 +27,40 @@ bool registerComparisons(int pairs) {
     return same;
 }
 
+/// Nanoseconds a cell on grids that grow, and the sizes of the caches.
+void printGrowth(int samples) {
+    struct Size {
+        int width;
+        int height;
+    };
+    constexpr Size sizes[] = {{45, 80},   {60, 107},  {90, 160},  {120, 213}, {180, 320},
+                              {270, 480}, {360, 640}, {540, 960}, {720, 1280}};
+    for (const benchmark::CPUInfo::CacheInfo& cache : benchmark::CPUInfo::Get().caches) {
+        if (cache.type != "Instruction") {
+            std::cout << "# cache " << cache.level << ' ' << cache.size << '\n';
+        }
+    }
+    std::cout << "# width height cells move step packing\n";
+    for (const Size size : sizes) {
+        const double cells = static_cast<double>(size.width) * size.height;
+        std::cout << size.width << ' ' << size.height << ' ' << cells;
+        for (const bench::Comparison& growth : bench::growthComparisons(size.width, size.height)) {
+            std::cout << ' ' << bench::libraryNanoseconds(growth, samples) / cells;
+        }
+        std::cout << std::endl;
+    }
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
     const auto options = bench::takeOptions(argc, argv, "velmora-bench", "--pairs=", 301);
     if (!options) {
         return 2;
+    }
+    if (options->sweep) {
+        printGrowth(std::min(options->count, 41));
+        return 0;
     }
     if (!registerComparisons(options->count)) {
         return 1;
@@ -40,7 +69,7 @@ int main(int argc, char** argv) {
     bench::TableReporter tables(
         {{"Times of one call, medians of alternating samples.",
           "kernel | grid",
-          {"target", "ratio", "library ns", "reference ns"}},
+          {"goal", "ratio", "library ns", "reference ns"}},
          {"What the machine can do, in the same run.", "limit | of", {"value"}}});
     benchmark::RunSpecifiedBenchmarks(options->table ? &tables : nullptr);
     return 0;

@@ -20,12 +20,14 @@ bool parseCount(std::string_view text, int& count) {
 
 std::optional<Options> takeOptions(int argc, char** argv, std::string_view program,
                                    std::string_view countOption, int defaultCount) {
-    Options options{false, defaultCount};
+    Options options{false, false, defaultCount};
     bool valid = true;
     int kept = 1;
     for (int i = 1; i < argc; ++i) {
         const std::string_view argument = argv[i];
-        if (argument == "--table") {
+        if (argument == "--sweep") {
+            options.sweep = true;
+        } else if (argument == "--table") {
             options.table = true;
         } else if (argument.starts_with(countOption)) {
             valid = valid && parseCount(argument.substr(countOption.size()), options.count);
@@ -35,7 +37,7 @@ std::optional<Options> takeOptions(int argc, char** argv, std::string_view progr
     }
     benchmark::Initialize(&kept, argv);
     if (!valid || benchmark::ReportUnrecognizedArguments(kept, argv)) {
-        std::cerr << "usage: " << program << " [--table] [" << countOption
+        std::cerr << "usage: " << program << " [--sweep | --table] [" << countOption
                   << "N] [--benchmark_...]\n";
         return std::nullopt;
     }

@@ -82,15 +82,21 @@ void smoothHeights(const WaterGrids& grids, const WaterRectangle& area, float we
     }
 }
 
-Float2 sampleBilinear(const FloatGrid& grid, float u, float v) {
-    const float x = std::clamp(u, 0.0f, 1.0f) * static_cast<float>(grid.width - 1);
-    const float y = std::clamp(v, 0.0f, 1.0f) * static_cast<float>(grid.height - 1);
-    const int i0 = static_cast<int>(x);
-    const int j0 = static_cast<int>(y);
+/// Where the cells of a row are carried from: the lower left one of four, and how far beyond it.
+struct Origins {
+    int column[maxGridSide], row[maxGridSide];
+    float fx[maxGridSide], fy[maxGridSide];
+};
+Origins origins;
+
+/// The bilinear mix of the four cells around entry `at`.
+Float2 mixed(const FloatGrid& grid, int at) {
+    const int i0 = origins.column[at];
+    const int j0 = origins.row[at];
     const int i1 = std::min(i0 + 1, grid.width - 1);
     const int j1 = std::min(j0 + 1, grid.height - 1);
-    const float fx = x - static_cast<float>(i0);
-    const float fy = y - static_cast<float>(j0);
+    const float fx = origins.fx[at];
+    const float fy = origins.fy[at];
     const float* const g00 = grid.data + (i0 + j0 * grid.width) * 2;
     const float* const g10 = grid.data + (i1 + j0 * grid.width) * 2;
     const float* const g01 = grid.data + (i0 + j1 * grid.width) * 2;
@@ -135,18 +141,21 @@ void sweep(const Jacobi& pass) {
 
 }  // namespace
 
+/// Column by column: a division for each vertex takes three times as long.
 void writeMeshPositions(float* positions, int vertexCount, const MeshShape& shape) {
     const float stepX = static_cast<float>(shape.width) / static_cast<float>(shape.columns - 1);
     const float stepY = static_cast<float>(shape.height) / static_cast<float>(shape.rows - 1);
     const float halfWidth = static_cast<float>(shape.width) * 0.5f;
     const float halfHeight = static_cast<float>(shape.height) * 0.5f;
-    const int rows = shape.rows;
-    for (int i = 0; i < vertexCount; ++i) {
-        const int column = i / rows;
-        const int row = i % rows;
-        positions[3 * i] = static_cast<float>(column) * stepX - halfWidth;
-        positions[3 * i + 1] = halfHeight - static_cast<float>(row) * stepY;
-        positions[3 * i + 2] = 0.0f;
+    int column = 0;
+    for (int first = 0; first < vertexCount; first += shape.rows, ++column) {
+        const float x = static_cast<float>(column) * stepX - halfWidth;
+        const int rows = std::min(shape.rows, vertexCount - first);
+        for (int row = 0; row < rows; ++row) {
+            *positions++ = x;
+            *positions++ = halfHeight - static_cast<float>(row) * stepY;
+            *positions++ = 0.0f;
+        }
     }
 }
 
@@ -200,60 +209,90 @@ bool stepHeightField(const WaterGrids& grids, const WaterRectangle& rectangle,
     return calm;
 }
 
-void advectVelocityKernel(const AdvectVelocity& pass) {
+namespace {
+
+/// Two loops a row: the processor has more cells in flight in each than in one that does both.
+template <bool pushes>
+void advectRows(const AdvectVelocity& pass) {
     const FloatGrid source = pass.source;
-    const float* const velocity = pass.velocity.data;
-    float* const out = pass.output.data;
     const Float2 texel = pass.texelSize;
     const Float2 cell = pass.cellToScreen;
     const float timeStep = pass.timeStep;
     const float dissipation = pass.dissipation;
-    const bool pushes = pass.dragMode > 0;
     const float factor = static_cast<float>(pass.dragMode) - 1.5f;
     const Float2 touch = pass.touchPoint;
     const Float2 push{factor * pass.touchDelta.x, factor * pass.touchDelta.y};
     for (int j = 0; j < source.height; ++j) {
+        const float* const velocity = pass.velocity.data + j * source.width * 2;
+        float* const out = pass.output.data + j * source.width * 2;
+        const auto row = static_cast<float>(j);
         for (int i = 0; i < source.width; ++i) {
-            const int at = (j * source.width + i) * 2;
-            const auto column = static_cast<float>(i);
-            const auto row = static_cast<float>(j);
-            Float2 carried =
-                sampleBilinear(source, (column + 0.5f - timeStep * velocity[at]) * texel.x,
-                               (row + 0.5f - timeStep * velocity[at + 1]) * texel.y);
-            if (pushes && squaredDistance(touch, {column * cell.x, row * cell.y}) < 625.0f) {
+            float u = (static_cast<float>(i) + 0.5f - timeStep * velocity[2 * i]) * texel.x;
+            float v = (row + 0.5f - timeStep * velocity[2 * i + 1]) * texel.y;
+            u = u > 0.0f ? u : 0.0f;
+            u = u < 1.0f ? u : 1.0f;
+            v = v > 0.0f ? v : 0.0f;
+            v = v < 1.0f ? v : 1.0f;
+            const float x = u * static_cast<float>(source.width - 1);
+            const float y = v * static_cast<float>(source.height - 1);
+            const int i0 = static_cast<int>(x);
+            const int j0 = static_cast<int>(y);
+            origins.column[i] = i0;
+            origins.row[i] = j0;
+            origins.fx[i] = x - static_cast<float>(i0);
+            origins.fy[i] = y - static_cast<float>(j0);
+        }
+        for (int i = 0; i < source.width; ++i) {
+            Float2 carried = mixed(source, i);
+            if (pushes &&
+                squaredDistance(touch, {static_cast<float>(i) * cell.x, row * cell.y}) < 625.0f) {
                 carried.x += push.x;
                 carried.y += push.y;
             }
-            out[at] = dissipation * carried.x;
-            out[at + 1] = dissipation * carried.y;
+            out[2 * i] = dissipation * carried.x;
+            out[2 * i + 1] = dissipation * carried.y;
         }
     }
 }
 
+}  // namespace
+
+void advectVelocityKernel(const AdvectVelocity& pass) {
+    if (pass.dragMode > 0) {
+        advectRows<true>(pass);
+    } else {
+        advectRows<false>(pass);
+    }
+}
+
+/// The edge columns by themselves, and the sink in a loop of its own.
 void computeDivergenceKernel(const ComputeDivergence& pass) {
     const FloatGrid grid = pass.velocity;
-    const float* const velocity = grid.data;
-    float* const out = pass.output.data;
+    const int width = grid.width;
     const Float2 cell = pass.cellToScreen;
     const Float2 sink = pass.sourcePoint;
     const float squaredRadius = pass.sourceRadius * pass.sourceRadius;
     const float strength = pass.sourceStrength;
     const float scale = pass.halfInverseCellSize;
-    for (int j = 0; j < grid.height; ++j) {
-        const int below = std::max(j - 1, 0) * grid.width;
-        const int above = std::min(j + 1, grid.height - 1) * grid.width;
-        for (int i = 0; i < grid.width; ++i) {
-            const int here = j * grid.width;
-            const int left = here + std::max(i - 1, 0);
-            const int right = here + std::min(i + 1, grid.width - 1);
-            float divergence = ((velocity[right * 2] - velocity[left * 2]) +
-                                (velocity[(above + i) * 2 + 1] - velocity[(below + i) * 2 + 1])) *
-                               scale;
-            const Float2 corner{static_cast<float>(i) * cell.x, static_cast<float>(j) * cell.y};
-            if (squaredDistance(sink, corner) < squaredRadius) {
-                divergence -= strength;
-            }
-            out[here + i] = divergence;
+    for (int j = 0; j < grid.height && width > 0; ++j) {
+        const float* const middle = grid.data + j * width * 2;
+        const float* const below = grid.data + std::max(j - 1, 0) * width * 2;
+        const float* const above = grid.data + std::min(j + 1, grid.height - 1) * width * 2;
+        float* const out = pass.output.data + j * width;
+        const auto diverge = [=](int left, int i, int right) {
+            out[i] =
+                ((middle[right * 2] - middle[left * 2]) + (above[i * 2 + 1] - below[i * 2 + 1])) *
+                scale;
+        };
+        diverge(0, 0, std::min(1, width - 1));
+        for (int i = 1; i < width - 1; ++i) {
+            diverge(i - 1, i, i + 1);
+        }
+        diverge(std::max(width - 2, 0), width - 1, width - 1);
+        const float dy = sink.y - static_cast<float>(j) * cell.y;
+        for (int i = 0; i < width; ++i) {
+            const float dx = sink.x - static_cast<float>(i) * cell.x;
+            out[i] -= dx * dx + dy * dy < squaredRadius ? strength : 0.0f;
         }
     }
 }
@@ -265,24 +304,26 @@ void jacobiSweeps(Jacobi& pass, std::int32_t count) {
     }
 }
 
+/// The edge columns by themselves: clamped indices would keep the others from vectors.
 void subtractGradientKernel(const SubtractGradient& pass) {
     const int width = pass.output.width;
     const int height = pass.output.height;
-    const float* const velocity = pass.velocity.data;
-    const float* const pressure = pass.pressure.data;
-    float* const out = pass.output.data;
     const float scale = pass.gradientScale;
-    for (int j = 0; j < height; ++j) {
-        const int here = j * width;
-        const int below = std::max(j - 1, 0) * width;
-        const int above = std::min(j + 1, height - 1) * width;
-        for (int i = 0; i < width; ++i) {
-            const int left = here + std::max(i - 1, 0);
-            const int right = here + std::min(i + 1, width - 1);
-            const int at = (here + i) * 2;
-            out[at] = velocity[at] - scale * (pressure[right] - pressure[left]);
-            out[at + 1] = velocity[at + 1] - scale * (pressure[above + i] - pressure[below + i]);
+    for (int j = 0; j < height && width > 0; ++j) {
+        const float* const velocity = pass.velocity.data + j * width * 2;
+        const float* const middle = pass.pressure.data + j * width;
+        const float* const below = pass.pressure.data + std::max(j - 1, 0) * width;
+        const float* const above = pass.pressure.data + std::min(j + 1, height - 1) * width;
+        float* const out = pass.output.data + j * width * 2;
+        const auto subtract = [=](int left, int i, int right) {
+            out[2 * i] = velocity[2 * i] - scale * (middle[right] - middle[left]);
+            out[2 * i + 1] = velocity[2 * i + 1] - scale * (above[i] - below[i]);
+        };
+        subtract(0, 0, std::min(1, width - 1));
+        for (int i = 1; i < width - 1; ++i) {
+            subtract(i - 1, i, i + 1);
         }
+        subtract(std::max(width - 2, 0), width - 1, width - 1);
     }
 }
 

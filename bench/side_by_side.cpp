@@ -74,7 +74,7 @@ void run(benchmark::State& state, const Comparison& comparison) {
         state.SetIterationTime(library.back() * 1e-9);
     }
     if (comparison.target > 0.0) {
-        state.counters["target"] = comparison.target;
+        state.counters["goal"] = comparison.target;
     }
     state.counters["ratio"] = median(ratios);
     state.counters["library ns"] = median(library);
@@ -96,6 +96,15 @@ std::string difference(const Comparison& comparison) {
         }
     }
     return {};
+}
+
+double libraryNanoseconds(const Comparison& comparison, int samples) {
+    sample(comparison, comparison.candidate, 1);
+    std::vector<double> times;
+    while (std::ssize(times) < samples) {
+        times.push_back(sample(comparison, comparison.candidate, 1));
+    }
+    return median(times);
 }
 
 void registerComparison(const Comparison& comparison, int pairs) {

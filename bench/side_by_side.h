@@ -19,8 +19,15 @@ struct Comparison {
     std::function<std::vector<std::span<std::byte>>()> outputs;  // where the results lie now
 };
 
+Comparison moveComparison(int width, int height);
 std::vector<Comparison> waterComparisons();
 std::vector<Comparison> solverComparisons();
+
+/// The water step, the solver step and packing on a grid of this size.
+std::vector<Comparison> growthComparisons(int width, int height);
+
+/// Median nanoseconds of a call of the library's form.
+double libraryNanoseconds(const Comparison& comparison, int samples);
 
 /// Empty where both forms give the same bytes; else a line that says where they part.
 std::string difference(const Comparison& comparison);

@@ -16,6 +16,8 @@ namespace bench {
 
 namespace {
 
+constexpr std::int32_t cellSize = 12;  // screen pixels
+
 struct ScreenSize {
     std::int32_t width;
     std::int32_t height;
@@ -123,7 +125,7 @@ Comparison stepComparison(ScreenSize screen, DragMode dragMode) {
     const auto flow = std::make_shared<Flow>(screen, dragMode);
     return {.kernel = "solver step, drag mode " + std::to_string(dragMode),
             .grid = flow->gridName(),
-            .target = 3.0,
+            .target = 2.75,
             .restore = [flow] { flow->restore(); },
             .reference = [flow] { reference::runSolverStep(flow->state, flow->touch); },
             .candidate = [flow] { flow->step(); },
@@ -156,7 +158,7 @@ Comparison jacobiComparison(const std::shared_ptr<Flow>& flow) {
     Jacobi& pass = flow->state.jacobiPass;
     return {.kernel = "twenty Jacobi sweeps",
             .grid = flow->gridName(),
-            .target = 1.7,
+            .target = 1.75,
             .restore = [flow] { flow->restore(); },
             .reference =
                 [&pass] {
@@ -194,7 +196,7 @@ void addStages(std::vector<Comparison>& all, ScreenSize screen) {
     all.push_back(stageComparison(slow, "advection", 2.5, slow->state.advectVelocityPass,
                                   reference::advectVelocityKernel, velmora::advectVelocityKernel,
                                   2));
-    all.push_back(stageComparison(fast, "advection with push", 2.5, fast->state.advectVelocityPass,
+    all.push_back(stageComparison(fast, "advection with push", 2.8, fast->state.advectVelocityPass,
                                   reference::advectVelocityKernel, velmora::advectVelocityKernel,
                                   2));
     all.push_back(stageComparison(slow, "divergence", 4.0, slow->state.computeDivergencePass,
@@ -210,6 +212,12 @@ void addStages(std::vector<Comparison>& all, ScreenSize screen) {
 }
 
 }  // namespace
+
+std::vector<Comparison> growthComparisons(int width, int height) {
+    const ScreenSize screen{width * cellSize, height * cellSize};
+    return {moveComparison(width, height), stepComparison(screen, SlowDrag),
+            packingComparison(std::make_shared<Flow>(screen, SlowDrag))};
+}
 
 std::vector<Comparison> solverComparisons() {
     constexpr ScreenSize screens[] = {{1080, 1920}, {1440, 2560}};

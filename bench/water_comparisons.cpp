@@ -47,25 +47,6 @@ struct Water {
     std::size_t ripples = 0;  // since the last restore
 };
 
-Comparison moveComparison(GridSize size) {
-    const auto water = std::make_shared<Water>(size);
-    const WaterGrids grids{water->velocities.data(), water->heights.data(), size.width};
-    const WaterRectangle inner{1, 1, size.width - 1, size.height - 1};
-    const WaveSettings settings{.damping = 0.975f, .waveSpeed = 0.3f, .detectCalm = true};
-    return {.kernel = "move",
-            .grid = nameOf(size),
-            .target = 2.5,
-            .restore = [water] { water->restore(); },
-            .reference = [=] { water->calm = reference::stepHeightField(grids, inner, settings); },
-            .candidate = [=] { water->calm = velmora::stepHeightField(grids, inner, settings); },
-            .outputs =
-                [water] {
-                    return std::vector{bytesOf(water->heights.data(), water->heights.size()),
-                                       bytesOf(water->velocities.data(), water->velocities.size()),
-                                       bytesOf(&water->calm, 1)};
-                }};
-}
-
 /// Each call strikes elsewhere, as a finger does: a fixed place would train the reference's
 /// branches.
 Comparison rippleComparison(GridSize size) {
@@ -125,10 +106,30 @@ Comparison meshComparison(GridSize size) {
 
 }  // namespace
 
+Comparison moveComparison(int width, int height) {
+    const GridSize size{width, height};
+    const auto water = std::make_shared<Water>(size);
+    const WaterGrids grids{water->velocities.data(), water->heights.data(), size.width};
+    const WaterRectangle inner{1, 1, size.width - 1, size.height - 1};
+    const WaveSettings settings{.damping = 0.975f, .waveSpeed = 0.3f, .detectCalm = true};
+    return {.kernel = "move",
+            .grid = nameOf(size),
+            .target = 2.0,
+            .restore = [water] { water->restore(); },
+            .reference = [=] { water->calm = reference::stepHeightField(grids, inner, settings); },
+            .candidate = [=] { water->calm = velmora::stepHeightField(grids, inner, settings); },
+            .outputs =
+                [water] {
+                    return std::vector{bytesOf(water->heights.data(), water->heights.size()),
+                                       bytesOf(water->velocities.data(), water->velocities.size()),
+                                       bytesOf(&water->calm, 1)};
+                }};
+}
+
 std::vector<Comparison> waterComparisons() {
     std::vector<Comparison> all;
     for (const GridSize size : {GridSize{60, 107}, GridSize{128, 228}, GridSize{512, 512}}) {
-        all.push_back(moveComparison(size));
+        all.push_back(moveComparison(size.width, size.height));
     }
     all.push_back(rippleComparison({60, 107}));
     for (const GridSize size : {GridSize{60, 107}, GridSize{255, 255}}) {

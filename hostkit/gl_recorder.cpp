@@ -208,6 +208,18 @@ bool enter(const char* function) {
     return true;
 }
 
+/// Stands in each call and ends after the real one.
+struct Leaving {
+    Leaving() = default;
+    Leaving(const Leaving&) = delete;
+    Leaving& operator=(const Leaving&) = delete;
+    ~Leaving() {
+        if (glRecorder().after && !knowledge().insideHook) {
+            glRecorder().after();
+        }
+    }
+};
+
 bool refused(const char* function) {
     const auto& refuse = glRecorder().refuse;
     return refuse && refuse(function, ++knowledge().failable[function]);
@@ -371,7 +383,9 @@ using namespace hostkit;  // NOLINT(google-build-using-namespace): GL functions 
 // The library's imports bind to the program's definitions before those of the GL library.
 #pragma GCC visibility push(default)
 
-#define HOSTKIT_REAL(function) static auto* const real = realFunction<decltype(function)>(#function)
+#define HOSTKIT_REAL(function)                                             \
+    static auto* const real = realFunction<decltype(function)>(#function); \
+    const Leaving leaving
 
 /// A function without a result: its name, its parameters, the arguments as forwarded, what the tap
 /// learns from the call, and the arguments as shown.

@@ -48,6 +48,8 @@ struct GlRecorder {
     /// Runs inside each call, before it is forwarded. A GL call made from here is neither recorded
     /// nor hooked.
     std::function<void(const char* function)> inside;
+    /// Runs when each call has come back; not after calls made from `inside`.
+    std::function<void()> after;
 
     /// Asked before a call that can fail, with the number of such calls since `reset`, from 1. True
     /// makes it fail: glGen... writes no name, glCreateShader and glCreateProgram return 0,

@@ -87,31 +87,33 @@ void findOrigin(const Advection& advection, Origins& origins, std::ptrdiff_t at,
     store(origins.fy + at, place.fy);
 }
 
+/// The value at entry `at`, which has neighbours.
+template <class Floats>
+Pair<Floats> fetched(const BilinearGrid& source, const Origins& origins, std::ptrdiff_t at) {
+    const auto cell = truncate(load<Floats>(origins.cell + at));
+    const float* const above = source.data + static_cast<std::ptrdiff_t>(source.rowLength) * 2;
+    return BilinearWeights<Floats>(load<Floats>(origins.fx + at), load<Floats>(origins.fy + at))
+        .weigh(gatherNeighbours(source.data, cell), gatherNeighbours(above, cell));
+}
+
 /// Columns [begin, end) of row j, at most `Origins::most`. Inlined to the bottom: a call for each
 /// group would read the constants anew each time.
 template <bool withPush>
 [[gnu::flatten]] void advectCells(const Advection& pass, const float* velocity, float* out,
                                   std::ptrdiff_t begin, std::ptrdiff_t end, float j) {
     const Advection advection = pass;
-    const float* const data = advection.source.data;
-    const float* const above = data + static_cast<std::ptrdiff_t>(advection.source.rowLength) * 2;
     Origins origins;
     forColumns(begin, end, [&]<class Floats>(std::ptrdiff_t i, Floats column) {
         findOrigin(advection, origins, i - begin, column, j, loadPair<Floats>(velocity + i * 2));
     });
     forColumns(begin, end, [&]<class Floats>(std::ptrdiff_t i, Floats column) {
-        const Floats cell = load<Floats>(origins.cell + i - begin);
-        if (any(cell < Floats(0.0f))) {
-            storePair(out + i * 2, advectedCell<withPush>(advection, column, Floats(j),
-                                                          loadPair<Floats>(velocity + i * 2)));
-            return;
-        }
-        const auto index = truncate(cell);
-        const BilinearWeights<Floats> weights(load<Floats>(origins.fx + i - begin),
-                                              load<Floats>(origins.fy + i - begin));
-        const Pair<Floats> carried =
-            weights.weigh(gatherNeighbours(data, index), gatherNeighbours(above, index));
-        storePair(out + i * 2, arrived<withPush>(advection, column, Floats(j), carried));
+        const bool isInside = !any(load<Floats>(origins.cell + i - begin) < Floats(0.0f));
+        storePair(out + i * 2,
+                  isInside
+                      ? arrived<withPush>(advection, column, Floats(j),
+                                          fetched<Floats>(advection.source, origins, i - begin))
+                      : advectedCell<withPush>(advection, column, Floats(j),
+                                               loadPair<Floats>(velocity + i * 2)));
     });
 }
 
