@@ -33,7 +33,8 @@ struct Moments {
     Clock::time_point firstDraw;
     Clock::time_point submitted;
     Clock::time_point finished;
-    double outside;  // nanoseconds of this thread's processor time outside GL calls
+    double outside;    // nanoseconds of this thread's processor time outside GL calls
+    double processor;  // of all threads, in the whole frame
 
     void notice(std::string_view function) {
         const auto setOnce = [](Clock::time_point& moment) {
@@ -59,10 +60,14 @@ hostkit::Touch touchOfFrame(const hostkit::EffectHost& host, int frame) {
             host.height() * (0.5 + 0.3 * std::sin(angle)), 0.5f};
 }
 
-double threadNanoseconds() {
+double nanosecondsBy(clockid_t clock) {
     timespec now{};
-    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
+    clock_gettime(clock, &now);
     return static_cast<double>(now.tv_sec) * 1e9 + static_cast<double>(now.tv_nsec);
+}
+
+double threadNanoseconds() {
+    return nanosecondsBy(CLOCK_THREAD_CPUTIME_ID);
 }
 
 /// What two readings of the clock with nothing between them are apart.
@@ -94,6 +99,7 @@ Moments runFrame(hostkit::EffectHost& host, int frame) {
         moments.notice(function);
     };
     hostkit::glRecorder().after = [&] { outside.leave(); };
+    const double processorStart = nanosecondsBy(CLOCK_PROCESS_CPUTIME_ID);
     moments.start = Clock::now();
     outside.leave();
     host.touch(touchOfFrame(host, frame));
@@ -105,6 +111,7 @@ Moments runFrame(hostkit::EffectHost& host, int frame) {
     hostkit::glRecorder().after = nullptr;
     glFinish();
     moments.finished = Clock::now();
+    moments.processor = nanosecondsBy(CLOCK_PROCESS_CPUTIME_ID) - processorStart;
     return moments;
 }
 
@@ -119,22 +126,23 @@ double medianBetween(const std::vector<Moments>& frames, Clock::time_point Momen
     return bench::median(times);
 }
 
-double medianOutside(const std::vector<Moments>& frames) {
+/// Median of a measure of nanoseconds, in microseconds.
+double medianOf(const std::vector<Moments>& frames, double Moments::*nanoseconds) {
     std::vector<double> times;
     for (const Moments& moments : frames) {
-        times.push_back(moments.outside * 1e-3);
+        times.push_back(moments.*nanoseconds * 1e-3);
     }
     return bench::median(times);
 }
 
-/// Microseconds of one frame on screens that grow: this thread outside GL, the wait for the solver,
-/// and all of the frame.
+/// Processor time of one frame on screens that grow, in microseconds: this thread outside GL, and all
+/// threads. What lies between is the solver worker and GL, which a software rasteriser computes.
 void printGrowth() {
     struct Screen {
         int width;
         int height;
     };
-    std::cout << "# width height pixels outside wait frame\n";
+    std::cout << "# width height pixels outside all\n";
     for (const Screen screen : {Screen{270, 480}, Screen{540, 960}, Screen{720, 1280},
                                 Screen{1080, 1920}, Screen{1440, 2560}, Screen{2160, 3840}}) {
         hostkit::EffectHost host({.width = screen.width, .height = screen.height});
@@ -146,9 +154,8 @@ void printGrowth() {
         }
         frames.erase(frames.begin(), frames.begin() + warmUpFrames);
         std::cout << screen.width << ' ' << screen.height << ' ' << pixels << ' '
-                  << medianOutside(frames) << ' '
-                  << medianBetween(frames, &Moments::firstCall, &Moments::firstBind) << ' '
-                  << medianBetween(frames, &Moments::start, &Moments::finished) << std::endl;
+                  << medianOf(frames, &Moments::outside) << ' '
+                  << medianOf(frames, &Moments::processor) << std::endl;
     }
 }
 
@@ -166,7 +173,7 @@ void runFrames(benchmark::State& state, int width, int height, bool inkEnabled) 
                            Clock::time_point Moments::*to) {
         state.counters[name] = medianBetween(frames, from, to);
     };
-    state.counters["outside GL us"] = medianOutside(frames);
+    state.counters["outside GL us"] = medianOf(frames, &Moments::outside);
     count("water us", &Moments::start, &Moments::firstCall);
     if (inkEnabled) {
         count("solver wait us", &Moments::firstCall, &Moments::firstBind);
