@@ -10,7 +10,8 @@ namespace velmora {
 
 /// While it lives, this thread's arithmetic takes subnormal numbers for zero: a flow or a wave that
 /// has died away costs what a moving one costs, and gives the bits of the 32-bit ARM vector unit,
-/// which knows no other mode. The mode found is restored.
+/// which knows no other mode. The mode found is restored. WebAssembly has no such mode, and
+/// VELMORA_KEEP_SUBNORMALS builds the rest as if they had none, to compare with.
 class FlushSubnormals {
 public:
     FlushSubnormals() : found_(readMode()) { writeMode(found_ | flushBits); }
@@ -18,8 +19,10 @@ public:
     FlushSubnormals(const FlushSubnormals&) = delete;
     FlushSubnormals& operator=(const FlushSubnormals&) = delete;
 
+    static constexpr bool flushes();
+
 private:
-#if defined(__SSE2__)
+#if defined(__SSE2__) && !defined(VELMORA_KEEP_SUBNORMALS)
     using Mode = std::uint32_t;
     static constexpr Mode flushBits = 0x8040;  // results (bit 15) and operands (bit 6) of MXCSR
     static Mode readMode() {
@@ -28,7 +31,7 @@ private:
     static void writeMode(Mode mode) {
         _mm_setcsr(mode);
     }
-#elif defined(__aarch64__)
+#elif defined(__aarch64__) && !defined(VELMORA_KEEP_SUBNORMALS)
     using Mode = std::uint64_t;
     static constexpr Mode flushBits = Mode{1} << 24;  // FZ of FPCR
     static Mode readMode() {
@@ -39,7 +42,7 @@ private:
     static void writeMode(Mode mode) {
         asm volatile("msr fpcr, %0" : : "r"(mode) : "memory");
     }
-#elif defined(__arm__)
+#elif defined(__arm__) && !defined(VELMORA_KEEP_SUBNORMALS)
     using Mode = std::uint32_t;
     static constexpr Mode flushBits = Mode{1} << 24;  // FZ of FPSCR
     static Mode readMode() {
@@ -61,5 +64,9 @@ private:
 
     Mode found_;
 };
+
+constexpr bool FlushSubnormals::flushes() {
+    return flushBits != 0;
+}
 
 }  // namespace velmora

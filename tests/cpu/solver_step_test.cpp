@@ -4,6 +4,7 @@
 #include <functional>
 
 #include "bench/reference.h"
+#include "simd/flush_subnormals.h"
 #include "solver/velocity_packing.h"
 #include "test_memory.h"
 
@@ -136,16 +137,22 @@ std::vector<float> afterStep(float speed, float speedOfFirstCell) {
 }
 
 TEST(SolverStep, OnlyWhatIsNotFiniteStartsFromRest) {
-    const std::pair<float, float> cases[] = {
-        {1e-39f, 0.0f},   {1e-30f, 0.9e-30f}, {1.1e6f, 0.99e6f}, {-1e30f, -0.9e30f},
-        {3e38f, 2.7e38f}, {infinity, 0.0f},   {-infinity, 0.0f}, {nan, 0.0f}};
+    const std::pair<float, float> cases[] = {{1e-39f, FlushSubnormals::flushes() ? 0.0f : 0.9e-39f},
+                                             {1e-30f, 0.9e-30f},
+                                             {1.1e6f, 0.99e6f},
+                                             {-1e30f, -0.9e30f},
+                                             {3e38f, 2.7e38f},
+                                             {infinity, 0.0f},
+                                             {-infinity, 0.0f},
+                                             {nan, 0.0f}};
     for (const auto& [speed, expected] : cases) {
         for (const float carried : afterStep(speed, speed)) {
             ASSERT_FLOAT_EQ(carried, expected) << speed;
         }
         const std::vector<float> beside = afterStep(0.5f, speed);
         EXPECT_FLOAT_EQ(beside.back(), 0.45f) << speed << " in the first cell";
-        EXPECT_TRUE(std::ranges::all_of(beside, [](float v) { return std::isfinite(v); }));
+        EXPECT_TRUE(
+            std::all_of(beside.begin(), beside.end(), [](float v) { return std::isfinite(v); }));
     }
     volatile float tiny = 1e-39f;
     EXPECT_NE(tiny * 0.5f, 0.0f) << "the mode is left as it was found";
