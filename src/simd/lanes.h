@@ -1,6 +1,5 @@
 #pragma once
 
-#include <bit>
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
@@ -74,6 +73,13 @@ inline float shiftIn(float before, float /*cells*/) {
 /// which lies right of them.
 inline float shiftOut(float /*cells*/, float after) {
     return after;
+}
+
+/// As std::bit_cast would give them, which not every C++ library has yet.
+inline std::uint32_t bitsOf(float value) {
+    std::uint32_t bits;
+    std::memcpy(&bits, &value, sizeof bits);
+    return bits;
 }
 
 inline float min(float a, float b) {

@@ -37,7 +37,7 @@ void clearBorder(const FloatGrid& grid) {
 /// Whether every border cell is +0.
 bool hasZeroBorder(const FloatGrid& grid) {
     std::uint32_t bits = 0;
-    forBorder(grid, [&](float value) { bits |= std::bit_cast<std::uint32_t>(value); });
+    forBorder(grid, [&](float value) { bits |= bitsOf(value); });
     return bits == 0;
 }
 

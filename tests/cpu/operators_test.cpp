@@ -219,8 +219,9 @@ using Grids = std::vector<std::vector<float>>;
 template <class Sweeps>
 Grids sweptGrids(Passes& passes, const std::vector<float>& start, int count, Sweeps sweeps) {
     Jacobi& pass = passes.jacobi;
-    std::ranges::copy(start, pass.x.data);
-    std::ranges::fill(passes.scalarOut.block.elements(), 7.0f);
+    std::copy(start.begin(), start.end(), pass.x.data);
+    const auto cells = passes.scalarOut.block.elements();
+    std::fill(cells.begin(), cells.end(), 7.0f);
     sweeps(pass, count);
     return {contents(pass.x, 1), contents(pass.output, 1), contents(pass.b, 1)};
 }

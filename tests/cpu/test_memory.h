@@ -125,8 +125,7 @@ constexpr bool lanesFlushSubnormals = false;
 /// The same bits; a NaN is like any other, since its bits follow the order of operands.
 inline bool isSame(float a, float b) {
     constexpr float smallest = std::numeric_limits<float>::min();
-    return bitCast<std::uint32_t>(a) == bitCast<std::uint32_t>(b) ||
-           (std::isnan(a) && std::isnan(b)) ||
+    return bitsOf(a) == bitsOf(b) || (std::isnan(a) && std::isnan(b)) ||
            (lanesFlushSubnormals && std::abs(a) < smallest && std::abs(b) < smallest);
 }
 
