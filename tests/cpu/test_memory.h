@@ -14,6 +14,7 @@
 #include <span>
 #include <vector>
 
+#include "simd/lanes.h"
 #include "solver/passes.h"
 
 namespace velmora::test {
