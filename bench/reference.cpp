@@ -433,13 +433,13 @@ bool applyMarginRule(EffectState& state, const TouchVariables& touch) {
     if (isInside(state, touch, 60)) {
         return true;
     }
-    if (state.dragMode == 0) {
+    if (state.dragMode == SlowDrag) {
         state.touchMargin = 12;
         state.sourceRadius = 4.0f;
         state.sourceStrength = 40.0f;
         return isInside(state, touch, 12);
     }
-    if (state.dragMode == 1) {
+    if (state.dragMode == MediumDrag) {
         state.touchMargin = 10;
         if (isInside(state, touch, 10)) {
             return true;
@@ -491,7 +491,7 @@ void project(EffectState& state) {
 }  // namespace
 
 void runSolverStep(EffectState& state, const TouchVariables& touch) {
-    if (state.dragMode == 2) {
+    if (state.dragMode == FastDrag) {
         addStroke(state, touch);
     }
     advect(state, touch);

@@ -134,12 +134,12 @@ constexpr float fullBackwardStep =
 
 /// One gesture's effect on the settings, each copied into the field of the same name.
 struct TouchPreset {
-    float sourceRadius;
-    float impulseDensity;
-    float velocityDissipation;
-    float inkDissipation;
-    float sourceStrength;
-    float inkRadius;
+    float sourceRadius;         // screen pixels
+    float impulseDensity;       // ink density
+    float velocityDissipation;  // factor a step
+    float inkDissipation;       // factor an advection pass
+    float sourceStrength;       // divergence
+    float inkRadius;            // screen pixels
 };
 
 constexpr float activeInkDissipation = 0.99f;  // while touched, and until the idle fade

@@ -6,7 +6,8 @@ namespace velmora {
 
 /// One step of the velocity field: stroke impulse, self-advection, projection where the touch lies
 /// far enough from the edges, packing. Uses the grids, the passes and packedVelocity of the state,
-/// and rand(). Returns null.
+/// and rand(). Returns null, as a thread's result. The touch is an argument because only host/ names
+/// the globals.
 void* runSolverStep(EffectState& state, const TouchVariables& touch);
 
 // The same in its two halves, for a worker. What a step reads of settings and touch is one moment's:

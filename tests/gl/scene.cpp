@@ -34,7 +34,7 @@ Scene::Scene(int width, int height, bool ink)
       heights(jni.newFloatArray(meshColumns * meshRows * 3)),
       matrix(jni.newFloatArray(16)),
       indices(jni.newShortArray((meshColumns - 1) * (meshRows - 1) * 6)) {
-    for (const Action action : {Cancel, Down, Move, Cancel}) {
+    for (const TouchCode action : {Cancel, Down, Move, Cancel}) {
         touch(0, 0, action);
     }
     setting(width, height, ink);

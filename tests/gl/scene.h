@@ -11,14 +11,13 @@
 #include "hostkit/gl_recorder.h"
 #include "hostkit/jni_environment.h"
 #include "hostkit/native.h"
+#include "tests/touch_codes.h"
 
 namespace gltest {
 
 namespace native = hostkit::native;
 using hostkit::GlKind;
 using hostkit::JniEnvironment;
-
-enum Action : jint { Down = 0, Up = 1, Move = 2, Cancel = 3 };
 
 constexpr int meshColumns = 5, meshRows = 4;
 constexpr int meshWidth = 24, meshHeight = 36;

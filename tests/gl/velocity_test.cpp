@@ -16,7 +16,7 @@ constexpr int columns = 45, rows = 80;
 
 struct Touch {
     int x, y;
-    Action action;
+    TouchCode action;
 };
 
 /// A frame: the events before it, the movement measured on the last of them, and what its touch

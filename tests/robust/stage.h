@@ -15,12 +15,11 @@
 #include "hostkit/gl_recorder.h"
 #include "hostkit/jni_environment.h"
 #include "tests/robust/loaded_library.h"
+#include "tests/touch_codes.h"
 
 namespace robust {
 
 const std::vector<std::uint8_t> magenta = {255, 0, 255, 255};
-
-enum Action : jint { Down = 0, Up = 1, Move = 2, Cancel = 3 };
 
 /// The colour of the background, which flat water without ink shows as it is.
 const std::vector<std::uint8_t> background = {200, 100, 50, 255};
