@@ -35,6 +35,7 @@ export async function open(browser, options = {}) {
         reducedMotion: "reduce", // no finger but the test's
         ...others,
     });
+    context.setDefaultTimeout(180000); // software GL on a busy machine draws a frame a second
     const page = await context.newPage();
     page.complaints = [];
     page.requests = [];

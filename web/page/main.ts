@@ -184,6 +184,7 @@ async function open(): Promise<void> {
         say("the GL context is back: the ink is gone, picture and settings are as they were");
     });
 
+    say("Touch the water. The drop above opens the settings, F1 lists the keys.");
     await readLink();
     player.restart();
     (window as unknown as { velmora: Player }).velmora = player; // for those who look closely, tests among them

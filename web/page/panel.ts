@@ -6,6 +6,7 @@ import type { SettingField } from "./effect";
 import type { Ink, Look } from "./look";
 import type { Player } from "./player";
 import { presetOf, type PresetList } from "./presets";
+import { Times } from "./times";
 
 const groups: Record<string, string[]> = {
     Water: ["damping", "waveSpeed", "ripple", "rain", "meshDetail", "refractiveIndex", "waterOnly"],
@@ -49,6 +50,7 @@ export interface PanelParts {
 
 export class Panel {
     private readonly gui: GUI;
+    private readonly times: Times;
     private readonly preset: { name: string } = { name: "" };
     private presetControl!: Controller;
 
@@ -68,6 +70,9 @@ export class Panel {
         for (const [folder, commands] of Object.entries(parts.tools)) {
             this.addTools(folder, commands);
         }
+        this.times = new Times(parts.player);
+        place.append(this.times.element);
+        setInterval(() => this.isOpen && this.times.update(), 500);
         this.gui.onChange(() => this.changed());
         button.addEventListener("click", () => this.toggle());
         this.gui.$title.addEventListener("click", () => this.toggle(false));

@@ -276,7 +276,9 @@ export class Player {
         this.moves.forEach((touch) => this.effect.touch(...touch));
         this.moves = [];
         this.effect.frame(elapsed);
-        ++this.counts.frames;
+        if (this.counts.frames++ === 0) {
+            performance.mark("first frame");
+        }
         this.followScript();
         this.calm.see(this.effect.waterIsCalm);
         this.noteTime(now, performance.now() - start);

@@ -1,0 +1,52 @@
+// How long the newest frames took, as a line and as bars.
+
+import type { Player } from "./player";
+
+const fullScale = 34; // milliseconds
+
+export class Times {
+    readonly element = document.createElement("figure");
+    private readonly line = document.createElement("figcaption");
+    private readonly canvas = document.createElement("canvas");
+
+    constructor(private readonly player: Player) {
+        this.element.className = "times";
+        this.canvas.width = 240;
+        this.canvas.height = 40;
+        this.canvas.setAttribute("aria-hidden", "true");
+        this.element.append(this.canvas, this.line);
+    }
+
+    update(): void {
+        const { times } = this.player;
+        const mean = (part: "between" | "effect") =>
+            times.reduce((sum, time) => sum + time[part], 0) / Math.max(times.length, 1);
+        const { width, height } = this.player.screen;
+        this.line.textContent = times.length
+            ? `${(1000 / mean("between")).toFixed(0)} frames/s, ${mean("effect").toFixed(1)} ms of script each, ` +
+              `${width} × ${height}`
+            : "";
+        this.drawBars();
+    }
+
+    /** One a frame; the line is a 60th of a second. */
+    private drawBars(): void {
+        const context = this.canvas.getContext("2d") as CanvasRenderingContext2D;
+        const { width, height } = this.canvas;
+        const style = getComputedStyle(this.element);
+        context.clearRect(0, 0, width, height);
+        this.player.times.forEach((time, at) => {
+            const bar = (part: number, color: string) => {
+                context.fillStyle = color;
+                const tall = Math.min(part / fullScale, 1) * height;
+                context.fillRect(2 * at, height - tall, 1.5, tall);
+            };
+            bar(time.between, style.getPropertyValue("--edge"));
+            bar(time.effect, style.getPropertyValue("--accent"));
+        });
+        context.fillStyle = style.color;
+        context.globalAlpha = 0.4;
+        context.fillRect(0, height - (1000 / 60 / fullScale) * height, width, 1);
+        context.globalAlpha = 1;
+    }
+}
