@@ -20,6 +20,8 @@ constexpr std::array<const char*, 4> actionNames = {"down", "up", "move", "cance
 constexpr int framesAfterLastEvent = 60;
 /// Far beyond any screen and any gesture, and small enough that nothing computed from it overflows.
 constexpr int largestNumber = 1'000'000;
+/// Of a word that is no word of a script.
+constexpr std::size_t longestQuote = 40;
 
 /// The words of one line, taken from the left; knows where it stands for the errors.
 struct LineReader {
@@ -28,9 +30,10 @@ struct LineReader {
     std::string_view rest;
 
     [[noreturn]] void fail(const std::string& expected, std::string_view found) const {
+        const std::string shown(found.substr(0, longestQuote));
         throw HostError(fileName + ":" + std::to_string(number) + ": expected " + expected +
                         (found.empty() ? ", found the end of the line"
-                                       : ", found \"" + std::string(found) + "\""));
+                                       : ", found \"" + shown + "\""));
     }
 
     std::string_view word() {
@@ -165,6 +168,8 @@ struct ActionWriter {
 }  // namespace
 
 GestureScript parseGestureScript(std::string_view text, const std::string& fileName) {
+    constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
+    text.remove_prefix(text.starts_with(byteOrderMark) ? byteOrderMark.size() : 0);
     GestureScript script;
     bool framesGiven = false;
     for (int number = 1; !text.empty(); ++number) {

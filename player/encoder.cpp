@@ -9,6 +9,7 @@
 #include <cerrno>
 #include <csignal>
 #include <cstring>
+#include <initializer_list>
 #include <string>
 #include <system_error>
 #include <utility>
@@ -21,19 +22,59 @@ namespace {
 
 namespace fs = std::filesystem;
 
-std::vector<std::string> commandLine(const fs::path& film, int width, int height) {
-    const std::string size = std::to_string(width) + "x" + std::to_string(height);
-    return {
-        "ffmpeg", "-hide_banner", "-loglevel", "error", "-y",
-        // in: the frames as they are
-        "-f", "rawvideo", "-pixel_format", "rgba", "-video_size", size, "-framerate", "60", "-i",
-        "pipe:0",
-        // halved colour rows and columns need even sizes, players expect the colours of HD video
-        "-vf", "crop=trunc(iw/2)*2:trunc(ih/2)*2:0:0,scale=out_color_matrix=bt709", "-colorspace",
-        "bt709", "-color_primaries", "bt709", "-color_trc", "bt709",
-        // out: plays everywhere, and from the first byte on
-        "-c:v", "libx264", "-preset", "fast", "-crf", "18", "-pix_fmt", "yuv420p", "-movflags",
-        "+faststart", "file:" + film.string()};
+using Words = std::vector<std::string>;
+
+void append(Words& words, std::initializer_list<const char*> more) {
+    words.insert(words.end(), more.begin(), more.end());
+}
+
+void appendTiming(Words& words, FilmTiming timing) {
+    if (timing == FilmTiming::sixtyASecond) {
+        append(words, {"-framerate", "60"});
+    } else {
+        // The rate is the fineness of the clock, in milliseconds, by which frames are stamped.
+        append(words, {"-use_wallclock_as_timestamps", "1", "-framerate", "1000"});
+    }
+}
+
+/// Halved colour rows and columns need even sizes, players expect the colours of HD video.
+constexpr const char* videoColors =
+    "crop=trunc(iw/2)*2:trunc(ih/2)*2:0:0,scale=out_color_matrix=bt709";
+
+/// 25 frames a second, the most that all browsers keep; each frame with colours of its own, so that
+/// none waits in memory for the last.
+constexpr const char* gifColors =
+    "fps=25,scale='min(iw,iw*480/max(iw,ih))':-1:flags=area,split[a][b];"
+    "[a]palettegen=stats_mode=single[p];[b][p]paletteuse=new=1:dither=bayer";
+
+void appendFormat(Words& words, const std::string& extension) {
+    if (extension == ".gif") {
+        append(words, {"-filter_complex", gifColors});
+        return;
+    }
+    append(words, {"-vf", videoColors, "-colorspace", "bt709", "-color_primaries", "bt709",
+                   "-color_trc", "bt709", "-pix_fmt", "yuv420p"});
+    if (extension == ".webm") {
+        append(words, {"-c:v", "libvpx-vp9", "-deadline", "realtime", "-cpu-used", "6", "-row-mt",
+                       "1", "-crf", "28", "-b:v", "0"});
+    } else {  // plays everywhere, and from the first byte on
+        append(words,
+               {"-c:v", "libx264", "-preset", "fast", "-crf", "18", "-movflags", "+faststart"});
+    }
+}
+
+Words commandLine(const fs::path& film, Size size, FilmTiming timing) {
+    Words words = {"ffmpeg", "-hide_banner", "-loglevel",     "error", "-y",
+                   "-f",     "rawvideo",     "-pixel_format", "rgba",  "-video_size"};
+    words.push_back(std::to_string(size.width) + "x" + std::to_string(size.height));
+    appendTiming(words, timing);
+    append(words, {"-i", "pipe:0"});
+    if (timing == FilmTiming::asTheyCome) {
+        append(words, {"-vsync", "vfr"});
+    }
+    appendFormat(words, film.extension().string());
+    words.push_back("file:" + film.string());
+    return words;
 }
 
 /// Starts a program from the search path with the given stdin and stderr. 0 or an error number.
@@ -48,7 +89,19 @@ int spawn(pid_t& process, std::vector<std::string> arguments, int input, int mes
     posix_spawn_file_actions_adddup2(&files, input, STDIN_FILENO);
     posix_spawn_file_actions_addopen(&files, STDOUT_FILENO, "/dev/null", O_WRONLY, 0);
     posix_spawn_file_actions_adddup2(&files, messages, STDERR_FILENO);
-    const int error = posix_spawnp(&process, argv.front(), &files, nullptr, argv.data(), environ);
+    // A process group of its own: what the terminal sends to the player's ends no encoder that has
+    // a film to complete. And the signals that the player ignores are its own.
+    posix_spawnattr_t attributes;
+    posix_spawnattr_init(&attributes);
+    posix_spawnattr_setpgroup(&attributes, 0);
+    sigset_t signals;
+    sigemptyset(&signals);
+    sigaddset(&signals, SIGPIPE);
+    posix_spawnattr_setsigdefault(&attributes, &signals);
+    posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETPGROUP | POSIX_SPAWN_SETSIGDEF);
+    const int error =
+        posix_spawnp(&process, argv.front(), &files, &attributes, argv.data(), environ);
+    posix_spawnattr_destroy(&attributes);
     posix_spawn_file_actions_destroy(&files);
     return error;
 }
@@ -69,14 +122,14 @@ std::string lastLine(std::FILE* file) {
 
 }  // namespace
 
-Encoder::Encoder(fs::path filmFile, int width, int height)
+Encoder::Encoder(fs::path filmFile, Size size, FilmTiming timing)
     : film(std::move(filmFile)), messages(std::tmpfile()) {
     std::array<int, 2> pipe{};
     if (!messages || pipe2(pipe.data(), O_CLOEXEC) != 0) {
         throw systemFailure("cannot start ffmpeg", errno);
     }
     const int error =
-        spawn(process, commandLine(film, width, height), pipe[0], fileno(messages.get()));
+        spawn(process, commandLine(film, size, timing), pipe[0], fileno(messages.get()));
     close(pipe[0]);
     frames = pipe[1];
     if (error != 0) {
@@ -110,8 +163,10 @@ void Encoder::add(const hostkit::Picture& frame) {
 
 void Encoder::finish() {
     close(frames);
+    const pid_t ending = std::exchange(process, 0);
     int status = 0;
-    waitpid(std::exchange(process, 0), &status, 0);
+    while (waitpid(ending, &status, 0) < 0 && errno == EINTR) {
+    }
     if (!WIFEXITED(status) || WEXITSTATUS(status) != 0) {
         throw Failure("ffmpeg failed, " + lastLine(messages.get()), film.filename().string());
     }

@@ -7,14 +7,23 @@
 #include <memory>
 
 #include "hostkit/picture.h"
+#include "player/size.h"
 
 namespace player {
 
-/// An MP4 file in the making: a running ffmpeg that is fed frame by frame at 60 a second. The
-/// program must ignore SIGPIPE. Every member throws Failure when ffmpeg fails.
+/// When the frames of a film are shown.
+enum class FilmTiming {
+    sixtyASecond,
+    /// Each from the moment at which it was added: as the window showed it.
+    asTheyCome
+};
+
+/// A film in the making: a running ffmpeg that is fed frame by frame. The program must ignore
+/// SIGPIPE. Every member throws Failure when ffmpeg fails.
 class Encoder {
 public:
-    Encoder(std::filesystem::path film, int width, int height);
+    /// The format is that of the name's extension: .mp4, .webm or .gif.
+    Encoder(std::filesystem::path film, Size size, FilmTiming timing);
     /// Ends an ffmpeg that is still running; the file is then worth nothing.
     ~Encoder();
     Encoder(const Encoder&) = delete;

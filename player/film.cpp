@@ -32,20 +32,24 @@ int thumbnailSide(int side, int longestSide) {
 
 }  // namespace
 
-Film::Film(std::filesystem::path targetFolder, int width, int height, int frameCount)
+Film::Film(std::filesystem::path targetFolder, const std::string& format, Size size, int frameCount,
+           float scale)
     : folder(std::move(targetFolder)),
       stillFrames(evenlySpaced(frameCount)),
-      columns(std::min(static_cast<int>(stillFrames.size()), width < height ? 6 : 3)),
-      thumbnailWidth(thumbnailSide(width, std::max(width, height))),
-      thumbnailHeight(thumbnailSide(height, std::max(width, height))),
-      encoder(folder / "film.mp4", width, height) {
+      timeScale(static_cast<double>(scale)),
+      columns(std::min(static_cast<int>(stillFrames.size()), size.width < size.height ? 6 : 3)),
+      thumbnailWidth(thumbnailSide(size.width, std::max(size.width, size.height))),
+      thumbnailHeight(thumbnailSide(size.height, std::max(size.width, size.height))),
+      encoder(folder / ("film." + format), size, FilmTiming::sixtyASecond) {
     const int rows = (static_cast<int>(stillFrames.size()) + columns - 1) / columns;
     sheet = plainPicture(columns * (thumbnailWidth + gap) - gap,
                          rows * (thumbnailHeight + gap) - gap, gapShade);
 }
 
 void Film::add(const hostkit::Picture& frame) {
-    encoder.add(frame);
+    for (; static_cast<double>(filmFrames) * timeScale < framesDone + 1; ++filmFrames) {
+        encoder.add(frame);
+    }
     if (stillsDone < stillFrames.size() && stillFrames[stillsDone] == framesDone) {
         addStill(frame);
     }

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <cstdint>
 #include <filesystem>
+#include <string>
 #include <vector>
 
 #include "hostkit/picture.h"
@@ -8,12 +10,14 @@
 
 namespace player {
 
-/// What a run leaves to look at: film.mp4, some frames as frame-01.png and so on, and all of those
+/// What a run leaves to look at: film.mp4 (or .webm, .gif), some frames as frame-01.png and so on, and all of those
 /// on one contact sheet, sheet.png.
 class Film {
 public:
-    /// `frameCount` frames of the given size will follow. Throws Failure, as all members do.
-    Film(std::filesystem::path folder, int width, int height, int frameCount);
+    /// `frameCount` frames of the given size will follow. Each shows for a 60th of a second divided
+    /// by `timeScale`. Throws Failure, as all members do.
+    Film(std::filesystem::path folder, const std::string& format, Size size, int frameCount,
+         float timeScale);
 
     void add(const hostkit::Picture& frame);
     void finish();
@@ -28,6 +32,8 @@ private:
     std::vector<int> stillFrames;
     std::size_t stillsDone = 0;
     int framesDone = 0;
+    double timeScale;
+    std::int64_t filmFrames = 0;
     int columns;
     int thumbnailWidth;
     int thumbnailHeight;

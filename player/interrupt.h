@@ -2,8 +2,9 @@
 
 namespace player {
 
-/// From here on Ctrl-C and a termination are only noted, so that what is under way can be ended
-/// cleanly; and an encoder that dies while it is fed ends a write, not the program.
+/// From here on Ctrl-C, a termination and a terminal that goes are only noted, so that what is
+/// under way can be ended cleanly; and a write that nobody reads, or that exceeds what the user may
+/// write, fails and does not end the program.
 void takeSignals();
 
 /// Whether one was noted.

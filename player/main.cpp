@@ -1,6 +1,7 @@
 #include <cstdio>
 #include <exception>
 
+#include "player/failure.h"
 #include "player/options.h"
 #include "player/run.h"
 #include "player/window/window_player.h"
@@ -12,7 +13,7 @@ int main(int argc, char** argv) {
         }
         return 0;
     } catch (const std::exception& error) {
-        std::fprintf(stderr, "velmora-player: %s\n", error.what());
+        std::fprintf(stderr, "velmora-player: %s\n", player::oneLine(error.what()).c_str());
         return 2;
     }
 }

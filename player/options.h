@@ -2,6 +2,7 @@
 
 #include <filesystem>
 #include <optional>
+#include <string>
 
 #include "player/draw/overlays.h"
 
@@ -9,6 +10,7 @@ namespace player {
 
 /// What the command line asks for.
 struct Options {
+    /// Empty: one of the desktop's.
     std::filesystem::path picture;
     std::filesystem::path second;
     std::filesystem::path script;
@@ -24,18 +26,22 @@ struct Options {
     int height = 1280;
     /// 0: the script's frames and the time in which its ink fades.
     int frames = 0;
+    /// Of films: mp4, webm or gif.
+    std::string format = "mp4";
     bool scriptGiven = false;
     bool outGiven = false;
     bool sizeGiven = false;
     bool headless = false;
+    /// Settings and size of the last window are neither used nor replaced.
+    bool fresh = false;
     bool noAttract = false;
     bool waterOnly = false;
     bool digest = false;
     Overlays overlays;
 };
 
-/// Reads the command line; nothing when the user asked for help, which has been printed then.
-/// Throws Failure.
+/// Reads the command line; nothing when the user asked for help or for the
+/// version, which has been printed then. Throws Failure.
 std::optional<Options> parseOptions(int argc, const char* const* argv);
 
 }  // namespace player

@@ -3,12 +3,15 @@
 #include <gdk-pixbuf/gdk-pixbuf.h>
 
 #include <algorithm>
+#include <cmath>
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <string_view>
 
 #include "hostkit/gl_context.h"
 #include "player/failure.h"
+#include "player/files.h"
 
 namespace player {
 
@@ -18,18 +21,14 @@ namespace {
 
 // Four bytes a pixel: 400 MB, more than any camera gives and less than most machines have.
 constexpr std::int64_t mostPixels = 100'000'000;
+/// The largest screen's: more of a picture is never shown.
+constexpr int longestSide = 4096;
+constexpr int drawnSide = 1024;
 
 struct Unref {
     void operator()(GdkPixbuf* pixbuf) const { g_object_unref(pixbuf); }
 };
 using PixbufPointer = std::unique_ptr<GdkPixbuf, Unref>;
-
-/// Takes over the error of a failed call.
-Failure failure(GError* error, const std::filesystem::path& file) {
-    const std::string what = error != nullptr ? error->message : "cannot read the picture";
-    g_clear_error(&error);
-    return Failure(what, file.string());
-}
 
 /// A view of `picture`, which must outlive it.
 PixbufPointer pixbufOf(const Picture& picture) {
@@ -41,46 +40,136 @@ PixbufPointer pixbufOf(const Picture& picture) {
                                                   nullptr));
 }
 
-void refuseUnlessPicture(const std::filesystem::path& file) {
-    std::error_code error;
-    if (!std::filesystem::exists(file, error)) {
-        throw Failure("no such picture", file.string());
-    }
+/// Takes over the error of a failed call.
+std::string wordsOf(GError* error) {
+    const std::string words = error != nullptr ? error->message : "no reason known";
+    g_clear_error(&error);
+    return words;
+}
+
+struct StoredSize {
     int width = 0;
     int height = 0;
-    if (gdk_pixbuf_get_file_info(file.c_str(), &width, &height) == nullptr) {
-        throw Failure("not a readable picture", file.string());
+    bool tooLarge() const { return std::int64_t{width} * height > mostPixels; }
+};
+
+/// A loader that stops before it takes the memory of a picture that is too large.
+class Loader {
+public:
+    Loader() : loader(gdk_pixbuf_loader_new()) {
+        g_signal_connect(loader, "size-prepared", G_CALLBACK(&Loader::takeSize), &stored);
     }
-    if (std::int64_t{width} * height > mostPixels) {
-        throw Failure("the picture is too large, " + std::to_string(width) + " x " +
-                          std::to_string(height) + " pixels, over 100 million",
-                      file.string());
+    ~Loader() { g_object_unref(loader); }
+    Loader(const Loader&) = delete;
+    Loader& operator=(const Loader&) = delete;
+
+    /// As much of the picture as its bytes give; null with the reason where that is nothing.
+    PixbufPointer read(const std::string& bytes, std::string& reason) {
+        const auto* data = reinterpret_cast<const guchar*>(bytes.data());
+        GError* error = nullptr;
+        gdk_pixbuf_loader_write(loader, data, bytes.size(), &error);
+        gdk_pixbuf_loader_close(loader, error == nullptr ? &error : nullptr);
+        if (GdkPixbuf* pixbuf = gdk_pixbuf_loader_get_pixbuf(loader); pixbuf != nullptr) {
+            g_clear_error(&error);
+            return PixbufPointer(gdk_pixbuf_apply_embedded_orientation(pixbuf));
+        }
+        reason = wordsOf(error);
+        return nullptr;
     }
+    const StoredSize& size() const { return stored; }
+
+private:
+    static void takeSize(GdkPixbufLoader* from, gint width, gint height, gpointer into) {
+        auto& size = *static_cast<StoredSize*>(into);
+        size = {width, height};
+        if (size.tooLarge()) {
+            gdk_pixbuf_loader_set_size(from, 0, 0);  // of which every format makes an error
+        }
+    }
+
+    GdkPixbufLoader* loader;
+    StoredSize stored;
+};
+
+/// Whether the last byte that the format asks for is missing. Its decoders show grey, or black,
+/// from there on and say nothing.
+bool isCutOff(std::string_view bytes) {
+    if (bytes.starts_with("\xFF\xD8")) {  // JPEG: no end behind the last scan
+        const std::size_t scan = bytes.rfind("\xFF\xDA");
+        return scan == std::string_view::npos ||
+               bytes.find("\xFF\xD9", scan) == std::string_view::npos;
+    }
+    if (bytes.starts_with("\x89PNG")) {
+        return bytes.rfind("IEND") == std::string_view::npos;
+    }
+    if (bytes.starts_with("RIFF") && bytes.size() > 8) {  // WebP: its length, low byte first
+        std::uint64_t length = 0;
+        for (std::size_t at = 7; at >= 4; --at) {
+            length = 256 * length + static_cast<unsigned char>(bytes[at]);
+        }
+        return bytes.size() < length + 8;
+    }
+    return false;
 }
 
 /// The picture of a file as its camera was held.
 PixbufPointer decode(const std::filesystem::path& file) {
-    refuseUnlessPicture(file);
-    GError* error = nullptr;
-    const PixbufPointer asStored(gdk_pixbuf_new_from_file(file.c_str(), &error));
-    if (!asStored) {
-        throw failure(error, file);
+    const std::string bytes = readWhole(file, "picture");
+    Loader loader;
+    std::string reason;
+    PixbufPointer upright = loader.read(bytes, reason);
+    const StoredSize& size = loader.size();
+    if (size.tooLarge()) {
+        throw Failure("the picture is too large, " + std::to_string(size.width) + " x " +
+                          std::to_string(size.height) + " pixels, over 100 million",
+                      file.string());
     }
-    return PixbufPointer(gdk_pixbuf_apply_embedded_orientation(asStored.get()));
+    if (!upright) {
+        throw Failure("not a readable picture, " + reason, file.string());
+    }
+    if (isCutOff(bytes)) {
+        warn("the picture is cut off, its end is missing", file.string());
+    }
+    return upright;
 }
 
 }  // namespace
 
-Picture loadPicture(const std::filesystem::path& file, int width, int height) {
-    const PixbufPointer source = decode(file);
-    const double columns = gdk_pixbuf_get_width(source.get());
-    const double rows = gdk_pixbuf_get_height(source.get());
-    const double scale = std::max(width / columns, height / rows);
-    Picture picture = plainPicture(width, height, 0);  // shows where the file is transparent
-    gdk_pixbuf_composite(source.get(), pixbufOf(picture).get(), 0, 0, width, height,
-                         (width - columns * scale) / 2, (height - rows * scale) / 2, scale, scale,
-                         GDK_INTERP_BILINEAR, 255);
+Picture loadPicture(const std::filesystem::path& file) {
+    const PixbufPointer upright = decode(file);
+    const int columns = gdk_pixbuf_get_width(upright.get());
+    const int rows = gdk_pixbuf_get_height(upright.get());
+    const double scale = std::min(1.0, static_cast<double>(longestSide) / std::max(columns, rows));
+    const auto scaled = [&](int side) {
+        return std::max(1, static_cast<int>(std::lround(side * scale)));
+    };
+    Picture picture = plainPicture(scaled(columns), scaled(rows), 0);  // where it is transparent
+    gdk_pixbuf_composite(upright.get(), pixbufOf(picture).get(), 0, 0, picture.width,
+                         picture.height, 0.0, 0.0, static_cast<double>(picture.width) / columns,
+                         static_cast<double>(picture.height) / rows, GDK_INTERP_BILINEAR, 255);
     return picture;
+}
+
+Backgrounds loadBackgrounds(const Options& options) {
+    const auto load = [](const std::filesystem::path& named, const char* usual) {
+        const std::filesystem::path file = named.empty() ? usual : named;
+        std::error_code ignored;
+        return named.empty() && !std::filesystem::exists(file, ignored)
+                   ? hostkit::makeTestPicture(drawnSide, drawnSide)
+                   : loadPicture(file);
+    };
+    return {load(options.picture, "/usr/share/backgrounds/mate/nature/Dune.jpg"),
+            load(options.second, "/usr/share/backgrounds/mate/nature/RainDrops.jpg")};
+}
+
+Picture covering(const Picture& picture, int width, int height) {
+    const double scale = std::max(static_cast<double>(width) / picture.width,
+                                  static_cast<double>(height) / picture.height);
+    Picture cover = plainPicture(width, height, 0);
+    gdk_pixbuf_scale(pixbufOf(picture).get(), pixbufOf(cover).get(), 0, 0, width, height,
+                     (width - picture.width * scale) / 2, (height - picture.height * scale) / 2,
+                     scale, scale, GDK_INTERP_BILINEAR);
+    return cover;
 }
 
 Picture plainPicture(int width, int height, std::uint8_t shade) {
@@ -105,11 +194,30 @@ void drawScaled(const Picture& picture, Picture& target, int x, int y, int width
                      static_cast<double>(height) / picture.height, GDK_INTERP_BILINEAR);
 }
 
-void savePng(const Picture& picture, const std::filesystem::path& file) {
+namespace {
+
+void save(const Picture& picture, const std::filesystem::path& file, const char* format,
+          const char* option, const char* value) {
+    gchar* bytes = nullptr;
+    gsize count = 0;
     GError* error = nullptr;
-    if (!gdk_pixbuf_save(pixbufOf(picture).get(), file.c_str(), "png", &error, nullptr)) {
-        throw failure(error, file);
+    if (!gdk_pixbuf_save_to_buffer(pixbufOf(picture).get(), &bytes, &count, format, &error, option,
+                                   value, nullptr)) {
+        throw Failure(wordsOf(error), file.string());
     }
+    const std::unique_ptr<gchar, decltype(&g_free)> owner(bytes, g_free);
+    writeWhole(file, std::string_view(bytes, count));
+}
+
+}  // namespace
+
+void savePng(const Picture& picture, const std::filesystem::path& file) {
+    // A photograph barely shrinks further with more, which takes ten times as long.
+    save(picture, file, "png", "compression", "1");
+}
+
+void saveJpeg(const Picture& picture, const std::filesystem::path& file) {
+    save(picture, file, "jpeg", "quality", "88");
 }
 
 }  // namespace player

@@ -4,13 +4,25 @@
 #include <filesystem>
 
 #include "hostkit/picture.h"
+#include "player/options.h"
 #include "player/size.h"
 
 namespace player {
 
-/// Loads a PNG, JPEG or WebP file, upright as its camera was held, scaled to cover width x height
-/// and cropped around its centre. Throws Failure.
-hostkit::Picture loadPicture(const std::filesystem::path& file, int width, int height);
+/// Loads a PNG, JPEG or WebP file, upright as its camera was held, on black where it is
+/// transparent; one that is cut off is shown as far as it goes, with a warning. Throws Failure.
+hostkit::Picture loadPicture(const std::filesystem::path& file);
+
+/// Those of the command line, background and second background: the desktop's photographs, or drawn
+/// ones where it has none, for those that it does not name.
+struct Backgrounds {
+    hostkit::Picture first;
+    hostkit::Picture second;
+};
+Backgrounds loadBackgrounds(const Options& options);
+
+/// The picture scaled to cover width x height, cropped around its centre.
+hostkit::Picture covering(const hostkit::Picture& picture, int width, int height);
 
 /// An opaque picture of one shade of grey, from 0 to 255.
 hostkit::Picture plainPicture(int width, int height, std::uint8_t shade);
@@ -22,7 +34,8 @@ hostkit::Picture screenPicture(Size screen);
 void drawScaled(const hostkit::Picture& picture, hostkit::Picture& target, int x, int y, int width,
                 int height);
 
-/// Throws Failure.
+/// A file in full or none. Throws Failure.
+void saveJpeg(const hostkit::Picture& picture, const std::filesystem::path& file);
 void savePng(const hostkit::Picture& picture, const std::filesystem::path& file);
 
 }  // namespace player

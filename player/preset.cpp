@@ -2,13 +2,13 @@
 
 #include <algorithm>
 #include <charconv>
-#include <fstream>
 #include <initializer_list>
 #include <nlohmann/json.hpp>
 #include <system_error>
 #include <utility>
 
 #include "player/failure.h"
+#include "player/files.h"
 
 namespace player {
 namespace {
@@ -82,11 +82,17 @@ bool readInk(const Json& member, std::array<float, 3>& ink) {
     return true;
 }
 
+std::string knownNames() {
+    std::string names = "ink";
+    forEachField([&](const auto& field) { names.append(", ").append(field.name); });
+    return names;
+}
+
 void readMember(const std::string& name, const Json& member, Settings& settings,
                 const fs::path& file) {
     const auto expect = [&](bool good, const std::string& what) {
         if (!good) {
-            throw Failure("'" + name + "' is to be " + what, file.string());
+            throw Failure(inQuotes(name) + " is to be " + what, file.string());
         }
     };
     bool known = name == "ink";
@@ -100,20 +106,21 @@ void readMember(const std::string& name, const Json& member, Settings& settings,
         }
     });
     if (!known) {
-        throw Failure("there is no setting '" + name + "'", file.string());
+        throw Failure("there is no setting " + inQuotes(name) + ", only " + knownNames(),
+                      file.string());
     }
 }
 
 Json parse(const fs::path& file) {
-    std::ifstream stream(file, std::ios::binary);
-    std::error_code ignored;
-    if (!stream || fs::is_directory(file, ignored)) {
-        throw Failure("cannot read the preset", file.string());
-    }
+    const std::string text = readWhole(file, "preset");
     try {
-        return Json::parse(stream);
-    } catch (const Json::exception& error) {
-        throw Failure("not JSON, " + std::string(error.what()), file.string());
+        return Json::parse(text);
+    } catch (const Json::parse_error& error) {
+        const auto place = static_cast<std::ptrdiff_t>(std::min(error.byte, text.size()));
+        const auto line = 1 + std::count(text.begin(), text.begin() + place, '\n');
+        throw Failure("not JSON from line " + std::to_string(line) + " on", file.string());
+    } catch (const Json::exception&) {
+        throw Failure("not JSON: a number is too large", file.string());
     }
 }
 
@@ -143,11 +150,7 @@ void savePreset(const Settings& settings, const fs::path& file) {
     for (const float part : settings.ink) {
         json["ink"].push_back(written(part));
     }
-    std::ofstream stream(file);
-    stream << json.dump(4) << '\n';
-    if (!stream.flush()) {
-        throw Failure("cannot write the preset", file.string());
-    }
+    writeWhole(file, json.dump(4) + '\n');
 }
 
 std::vector<NamedPreset> presetsIn(const fs::path& folder) {

@@ -16,7 +16,7 @@ Settings loadPreset(const std::filesystem::path& file);
 /// Those that the command line asks for. Throws Failure.
 Settings startSettings(const Options& options);
 
-/// Throws Failure.
+/// A file in full or none. Throws Failure.
 void savePreset(const Settings& settings, const std::filesystem::path& file);
 
 struct NamedPreset {

@@ -18,6 +18,7 @@
 #include "player/preset.h"
 #include "player/progress.h"
 #include "player/rain.h"
+#include "player/script.h"
 #include "player/settings.h"
 #include "player/staging.h"
 
@@ -33,16 +34,28 @@ hostkit::EffectHostOptions hostOptions(const Options& options, const Settings& s
     host.width = options.width;
     host.height = options.height;
     host.inkEnabled = !settings.waterOnly;
-    host.background = loadPicture(options.picture, options.width, options.height);
-    host.secondBackground = loadPicture(options.second, options.width, options.height);
+    const Backgrounds backgrounds = loadBackgrounds(options);
+    host.background = covering(backgrounds.first, options.width, options.height);
+    host.secondBackground = covering(backgrounds.second, options.width, options.height);
     return host;
 }
 
-hostkit::GestureScript scriptOf(const Options& options) {
-    hostkit::GestureScript script = hostkit::scaledToScreen(
-        hostkit::loadGestureScript(options.script), options.width, options.height);
-    script.frames = options.frames > 0 ? options.frames : script.frames;
+hostkit::GestureScript scriptOf(const Options& options, const Settings& settings) {
+    hostkit::GestureScript script =
+        hostkit::scaledToScreen(loadScript(options), options.width, options.height);
+    if (!options.scriptGiven) {
+        // As hard as the preset's finger. A script that the user names has the pressures it has.
+        scalePressures(script, settings.pressure / Settings{}.pressure);
+    }
     return script;
+}
+
+/// Of frame-01.png and its like.
+bool isStill(const std::string& name) {
+    int place = 0;
+    int length = 0;
+    return std::sscanf(name.c_str(), "frame-%2d.png%n", &place, &length) == 1 &&
+           static_cast<std::size_t>(length) == name.size();
 }
 
 /// Cells as far as anyone could see them: before a wave run numbers so small that processors
@@ -81,7 +94,7 @@ void play(hostkit::EffectHost& host, FilmScreen& screen, EffectTap& tap, const S
 }
 
 void tell(const Options& options, const Film& film, const Digest& water, const Digest& velocity) {
-    std::printf("film      %s\n", (options.out / "film.mp4").c_str());
+    std::printf("film      %s\n", (options.out / ("film." + options.format)).c_str());
     std::printf("sheet     %s\n", (options.out / "sheet.png").c_str());
     std::printf("pictures  %s\n", (options.out / "frame-NN.png").c_str());
     std::printf("of frames");
@@ -98,8 +111,11 @@ void tell(const Options& options, const Film& film, const Digest& water, const D
 
 void run(const Options& options) {
     takeSignals();
-    const hostkit::GestureScript script = scriptOf(options);
     const Settings settings = startSettings(options);
+    const hostkit::GestureScript script = scriptOf(options, settings);
+    if (!options.record.empty()) {
+        warn("nothing is recorded without a window", options.record.string());
+    }
     hostkit::EffectHostOptions chosen = hostOptions(options, settings);
     const Size size{options.width, options.height};
     FilmScreen screen(size, options.overlays);
@@ -111,11 +127,15 @@ void run(const Options& options) {
     hostkit::EffectHost host(std::move(chosen));
     tap.watch(size, !settings.waterOnly);
     Staging staging(options.out);
-    Film film(staging.folder(), size.width, size.height, script.frames);
+    Film film(staging.folder(), options.format, size, script.frames, settings.timeScale);
+    std::fprintf(stderr,
+                 "Filming %d frames of %d x %d pixels; without a graphics card that takes a "
+                 "minute or two.\n",
+                 script.frames, size.width, size.height);
     Digest water;
     play(host, screen, tap, settings, script, film, water);
     film.finish();
-    staging.publish();
+    staging.publish(isStill);
     tell(options, film, water, tap.velocityDigest());
 }
 

@@ -10,7 +10,8 @@ constexpr int slowestRate = 60;
 constexpr double mostWaveWeight = 0.45;
 /// A touch's ripple spans this part of the shorter side: the cone of three cells on a grid of 90.
 constexpr double rippleRadius = 3.0 / 90.0;
-constexpr float moveRipplePart = 1.0f / 6.0f;
+/// A move strikes as much softer than a touch that goes down.
+constexpr float moveRipplePart = defaultLook.moveRipple / defaultLook.downRipple;
 
 }  // namespace
 

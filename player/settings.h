@@ -6,28 +6,31 @@
 
 namespace player {
 
+/// The host's own, which is the player's too.
+inline constexpr hostkit::Look defaultLook{};
+
 /// What the panel tunes and a preset keeps.
 struct Settings {
     /// Part of a wave's motion that is left after 1/60 s.
-    float damping = 0.97f;
+    float damping = hostkit::WaterSettings{}.damping;
     /// Shorter sides of the screen per second, on any grid.
     float waveSpeed = 0.365f;
     /// Strength of the ripple of a touch that goes down; moves make a sixth of it.
-    float ripple = 2.4f;
+    float ripple = defaultLook.downRipple;
     /// Cells along the shorter side.
-    int meshDetail = 90;
-    float refractiveIndex = 1.33f;
-    float sheen = 0.1f;
-    float fresnel = 0.8f;
-    float specular = 3.0f;
-    float exponent = 24.0f;
+    int meshDetail = hostkit::WaterSettings{}.shortSideCells;
+    float refractiveIndex = defaultLook.refractiveIndex;
+    float sheen = defaultLook.alphaRatio1Scale;
+    float fresnel = defaultLook.fresnelRatio;
+    float specular = defaultLook.specularRatio;
+    float exponent = defaultLook.exponent;
     /// Drops a second that fall by themselves.
     float rain = 0.0f;
     /// Of a finger whose device measures none.
     float pressure = 0.5f;
     /// Seconds of the effect per second.
     float timeScale = 1.0f;
-    std::array<float, 3> ink = {0.3f, 0.7f, 1.0f};
+    std::array<float, 3> ink = {defaultLook.ink.red, defaultLook.ink.green, defaultLook.ink.blue};
     bool secondBackground = false;
     bool waterOnly = false;
     bool operator==(const Settings&) const = default;

@@ -1,5 +1,6 @@
 #include "player/staging.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdlib>
 #include <string>
@@ -16,6 +17,15 @@ namespace fs = std::filesystem;
 
 Failure cannotWrite(const fs::path& where, const std::error_code& error) {
     return Failure("cannot write here, " + error.message(), where.string());
+}
+
+std::vector<fs::path> filesIn(const fs::path& folder) {
+    std::error_code ignored;
+    std::vector<fs::path> files;
+    for (const fs::directory_entry& entry : fs::directory_iterator(folder, ignored)) {
+        files.push_back(entry.path());
+    }
+    return files;
 }
 
 }  // namespace
@@ -41,17 +51,21 @@ Staging::~Staging() {
     }
 }
 
-void Staging::publish() {
+void Staging::publish(const std::function<bool(const std::string&)>& isOlder) {
     std::error_code error;
-    std::vector<fs::path> files;
-    for (const fs::directory_entry& entry : fs::directory_iterator(hidden, error)) {
-        files.push_back(entry.path());
-    }
+    const std::vector<fs::path> files = filesIn(hidden);
     for (const fs::path& file : files) {
         const fs::path place = target / file.filename();
         fs::rename(file, place, error);
         if (error) {
             throw cannotWrite(place, error);
+        }
+    }
+    for (const fs::path& file : filesIn(target)) {
+        const bool isNew =
+            std::ranges::find(files, file.filename(), &fs::path::filename) != files.end();
+        if (!isNew && isOlder(file.filename().string())) {
+            fs::remove(file, error);
         }
     }
 }

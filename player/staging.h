@@ -1,6 +1,8 @@
 #pragma once
 
 #include <filesystem>
+#include <functional>
+#include <string>
 
 namespace player {
 
@@ -16,8 +18,9 @@ public:
 
     const std::filesystem::path& folder() const { return hidden; }
 
-    /// Moves every file to the target folder, in place of files of the same name. Throws Failure.
-    void publish();
+    /// Moves every file to the target folder, in place of files of the same name. Of the others there
+    /// those go that `isOlder` names, by their names: an earlier run left them. Throws Failure.
+    void publish(const std::function<bool(const std::string&)>& isOlder);
 
 private:
     std::filesystem::path target;

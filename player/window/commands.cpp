@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "player/picture.h"
 #include "player/window/keeping.h"
 
 namespace player {
@@ -95,7 +96,7 @@ void runCommands(WindowState& window) {
 
 void dropPicture(WindowState& window, const std::filesystem::path& file) {
     attempt(window.notice, [&] {
-        window.session.showPicture(file);
+        window.session.showPicture(loadPicture(file));
         say(window.notice, file.filename().string());
     });
 }

@@ -2,6 +2,8 @@
 
 #include <cstdio>
 
+#include "player/failure.h"
+
 namespace player {
 namespace {
 
@@ -16,8 +18,9 @@ void say(Notice& notice, const std::string& line) {
 }
 
 void sayFailure(Notice& notice, const std::exception& error) {
-    std::fprintf(stderr, "velmora-player: %s\n", error.what());
-    say(notice, error.what());
+    const std::string line = oneLine(error.what());
+    std::fprintf(stderr, "velmora-player: %s\n", line.c_str());
+    say(notice, line);
 }
 
 }  // namespace player

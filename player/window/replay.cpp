@@ -1,14 +1,14 @@
 #include "player/window/replay.h"
 
+#include "player/script.h"
+
 namespace player {
 
 std::optional<Replay> replayOf(const Options& options) {
     if (!options.scriptGiven) {
         return std::nullopt;
     }
-    Replay replay{hostkit::loadGestureScript(options.script)};
-    replay.script.frames = options.frames > 0 ? options.frames : replay.script.frames;
-    return replay;
+    return Replay{loadScript(options)};
 }
 
 std::vector<hostkit::ScriptAction> nextActions(Replay& replay, Size screen) {

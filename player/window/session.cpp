@@ -42,12 +42,8 @@ std::vector<ScriptAction> forgetGestures(const Settings& settings) {
 
 }  // namespace
 
-Session::Session(Screen& onScreen, const Settings& chosen, std::filesystem::path picture,
-                 std::filesystem::path second)
-    : settings(chosen),
-      screen(onScreen),
-      pictureFile(std::move(picture)),
-      secondFile(std::move(second)) {
+Session::Session(Screen& onScreen, const Settings& chosen, Backgrounds backgrounds)
+    : settings(chosen), screen(onScreen), pictures(std::move(backgrounds)) {
     restart();
 }
 
@@ -63,8 +59,8 @@ void Session::restart() {
     options.width = screenSize.width;
     options.height = screenSize.height;
     options.inkEnabled = !settings.waterOnly;
-    options.background = loadPicture(pictureFile, screenSize.width, screenSize.height);
-    options.secondBackground = loadPicture(secondFile, screenSize.width, screenSize.height);
+    options.background = covering(pictures.first, screenSize.width, screenSize.height);
+    options.secondBackground = covering(pictures.second, screenSize.width, screenSize.height);
     options.water = waterOf(settings);
     options.renewContext = [this] {
         tap.forgetInk();
@@ -135,11 +131,10 @@ std::vector<hostkit::ScriptEvent> Session::eventsOf(std::span<const ScriptAction
     return events;
 }
 
-void Session::showPicture(const std::filesystem::path& file) {
-    hostkit::Picture picture = loadPicture(file, screenSize.width, screenSize.height);
-    secondFile = std::exchange(pictureFile, file);
-    host->setBackgrounds(std::move(picture),
-                         loadPicture(secondFile, screenSize.width, screenSize.height));
+void Session::showPicture(hostkit::Picture picture) {
+    pictures.second = std::exchange(pictures.first, std::move(picture));
+    host->setBackgrounds(covering(pictures.first, screenSize.width, screenSize.height),
+                         covering(pictures.second, screenSize.width, screenSize.height));
     watchForCalm(true);
 }
 

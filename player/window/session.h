@@ -9,6 +9,7 @@
 
 #include "hostkit/effect_host.h"
 #include "player/effect_tap.h"
+#include "player/picture.h"
 #include "player/rain.h"
 #include "player/settings.h"
 #include "player/window/gesture_recording.h"
@@ -29,8 +30,7 @@ struct FrameTimes {
 class Session {
 public:
     /// Throws Failure or HostError, as all members do that touch GL or files.
-    Session(Screen& onScreen, const Settings& settings, std::filesystem::path picture,
-            std::filesystem::path second);
+    Session(Screen& onScreen, const Settings& settings, Backgrounds backgrounds);
     Session(const Session&) = delete;
     Session& operator=(const Session&) = delete;
 
@@ -39,7 +39,7 @@ public:
     /// One frame of the effect; draws it.
     void frame(std::span<const hostkit::ScriptAction> actions, std::chrono::nanoseconds elapsed);
     /// The picture becomes the background, and the one before the second background.
-    void showPicture(const std::filesystem::path& file);
+    void showPicture(hostkit::Picture picture);
 
     /// Restarts, and writes down from there what happens. What the replay finds is the same.
     void startRecording(const std::filesystem::path& file);
@@ -65,8 +65,7 @@ private:
     void watchForCalm(bool disturbed);
 
     Screen& screen;
-    std::filesystem::path pictureFile;
-    std::filesystem::path secondFile;
+    Backgrounds pictures;
     Settings applied;
     Size screenSize{};
     EffectTap tap;

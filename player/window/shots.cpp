@@ -48,7 +48,7 @@ fs::path Shots::nameForGesture() const {
 
 fs::path Shots::startFilm(Size size) {
     filmFile = freeFile("film", ".mp4");
-    film = std::make_unique<Encoder>(filmFile, size.width, size.height);
+    film = std::make_unique<Encoder>(filmFile, size, FilmTiming::asTheyCome);
     filmFrames = 0;
     return filmFile;
 }

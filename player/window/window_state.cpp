@@ -22,7 +22,7 @@ WindowState::WindowState(const Options& chosen)
     : options(chosen),
       replay(replayOf(chosen)),
       screen(startSize(chosen, replay)),
-      session(screen, startSettings(chosen), chosen.picture, chosen.second),
+      session(screen, startSettings(chosen), loadBackgrounds(chosen)),
       shots(chosen.shots),
       presets(presetsIn(VELMORA_PRESETS)) {
     attract.on = !options.noAttract;

@@ -60,6 +60,8 @@ TEST_F(Player, SaysInOneLineWhatIsWrongAndLeavesNothing) {
                            "\xc6\x1b\x19\xe5\0\0\0\x0aIDAT",
                            41));
     write("bad.gesture", "screen 64 96\n0 down here\n");
+    const std::string endless(5000, 'x');
+    write("endless.gesture", endless);
     const std::string good = "picture.png --script still.gesture ";
     const std::string preset = good + "--preset bad.json";
     const struct {
@@ -69,7 +71,7 @@ TEST_F(Player, SaysInOneLineWhatIsWrongAndLeavesNothing) {
     } cases[] = {
         {"missing.png --script still.gesture", {"no such picture", "missing.png"}},
         {"text.png --script still.gesture", {"not a readable picture", "text.png"}},
-        {". --script still.gesture", {"not a readable picture", ": ."}},
+        {". --script still.gesture", {"cannot read the picture", ": ."}},
         {"huge.png --script still.gesture", {"too large", "20000 x 20000", "huge.png"}},
         {good + "--second missing.png", {"no such picture", "missing.png"}},
         {"picture.png --script bad.gesture", {"bad.gesture:2", "expected"}},
@@ -80,11 +82,13 @@ TEST_F(Player, SaysInOneLineWhatIsWrongAndLeavesNothing) {
         {good + "--size 100000x100000", {"--size", "16 to 4096"}},
         {good + "--overlay heat", {"--overlay", "velocity"}},
         {good + "--frames 0", {"--frames"}},
-        {good + "--preset missing.json", {"cannot read the preset", "missing.json"}},
+        {good + "--preset missing.json", {"no such preset", "missing.json"}},
         {good + "--preset text.png", {"not JSON", "text.png"}},
         {preset, {"not JSON", "bad.json"}, "{\"damping\": 0.9,\n"},
         {preset, {"a JSON object", "bad.json"}, "[1]"},
-        {preset, {"no setting 'damp ness'"}, R"({"damp\nness": 1})"},
+        {preset, {"no setting 'damp  [7mness'", "damping, "}, R"({"damp\n\u001b[7mness": 1})"},
+        {preset, {"no setting '" + std::string(40, 'x') + "...'"}, R"({")" + endless + R"(": 1})"},
+        {"picture.png --script endless.gesture", {"found \"" + std::string(40, 'x') + "\""}},
         {preset, {"'damping'", "a number from 0.8 to 0.999"}, R"({"damping": 1e300})"},
         {preset, {"'waterOnly'", "true or false"}, R"({"waterOnly": 1})"},
         {preset, {"'meshDetail'", "a whole number"}, R"({"meshDetail": 90.5})"},
@@ -163,6 +167,9 @@ TEST_F(Player, LeavesWholeFilesBesideThoseOfTheUser) {
     EXPECT_EQ(contents("out/notes.txt"), "mine");
     EXPECT_EQ(std::distance(fs::directory_iterator(folder / "out"), {}), 8 + 3)
         << "8 frames, film, sheet, notes";
+    const std::string film = contents("out/film.mp4");
+    EXPECT_LT(film.find("moov"), film.find("mdat")) << "does not play before it is loaded";
+    EXPECT_EQ(probed("out/film.mp4"), "64,96,yuv420p,60/1,8\n");
     const Pixbuf sheet = load("out/sheet.png");
     ASSERT_TRUE(sheet);
     EXPECT_EQ(gdk_pixbuf_get_width(sheet.get()), 6 * 65 + 5 * 6);
@@ -176,9 +183,9 @@ TEST_F(Player, LeavesWholeFilesBesideThoseOfTheUser) {
         }
     }
 
-    const std::string film = contents("out/film.mp4");
-    EXPECT_LT(film.find("moov"), film.find("mdat")) << "does not play before it is loaded";
-    EXPECT_EQ(probed("out/film.mp4"), "64,96,yuv420p,60/1,8\n");
+    play("picture.png --script still.gesture");
+    EXPECT_EQ(std::distance(fs::directory_iterator(folder / "out"), {}), 3 + 3)
+        << "a shorter run takes the longer one's pictures away";
 }
 
 TEST_F(Player, DigestsFollowTheScriptAndThePreset) {
@@ -196,6 +203,105 @@ TEST_F(Player, DigestsFollowTheScriptAndThePreset) {
         EXPECT_NE(drag.first, tuned.first) << name << " shapes the water";
         EXPECT_EQ(drag.second, tuned.second) << name << " changes the flow";
     }
+}
+
+TEST_F(Player, TheDefaultGestureTakesInkPressureAndPaceFromThePreset) {
+    const auto last = [&](const std::string& ink, const std::string& more) {
+        write("look.json", R"({"ripple": 0, "ink": )" + ink + more + "}");
+        const Outcome outcome = play("picture.png --frames 24 --preset look.json");
+        EXPECT_EQ(outcome.exitCode, 0) << outcome.err;
+        return load("out/frame-12.png");
+    };
+    /// Red less blue, over the whole picture.
+    const auto warmth = [](const Pixbuf& picture) {
+        long sum = 0;
+        for (int at = 0; at < 64 * 96; ++at) {
+            const Rgb color = pixel(picture, at % 64, at / 64);
+            sum += color[0] - color[2];
+        }
+        return sum;
+    };
+    const long red = warmth(last("[0.9, 0.2, 0.1]", R"(, "timeScale": 0.5)"));
+    EXPECT_EQ(probed("out/film.mp4"), "64,96,yuv420p,60/1,48\n") << "half the pace";
+    const long blue = warmth(last("[0.1, 0.2, 0.9]", R"(, "timeScale": 2)"));
+    EXPECT_EQ(probed("out/film.mp4"), "64,96,yuv420p,60/1,12\n") << "twice the pace";
+    const long faint = warmth(last("[0.1, 0.2, 0.9]", R"(, "pressure": 0.05)"));
+    EXPECT_GT(red, blue + 1000);
+    EXPECT_GT(faint, blue + 100) << "a soft finger leaves less ink";
+}
+
+TEST_F(Player, AnEndBySignalLeavesNothingAndDoesNotBlameTheEncoder) {
+    for (const std::string signal : {"INT", "TERM", "HUP"}) {
+        SCOPED_TRACE(signal);
+        // To the whole group, as a terminal does that gets Ctrl-C or goes.
+        run("(env --default-signal=INT setsid " VELMORA_PLAYER
+            " picture.png --headless --size 64x96 --script drag.gesture --frames 5000 2>err & "
+            "until grep -q '^frame' err; do sleep 0.05; done; kill -" +
+            signal + " -- -$!; wait $!; echo $? >code)");
+        EXPECT_EQ(contents("code"), "2\n");
+        EXPECT_NE(contents("err").find("interrupted: frame "), std::string::npos)
+            << contents("err");
+        EXPECT_EQ(contents("err").find("ffmpeg"), std::string::npos) << contents("err");
+        EXPECT_FALSE(fs::exists(folder / "out"));
+    }
+}
+
+TEST_F(Player, ReadsPipesAndASignalEndsTheWaitForOne) {
+    run("mkfifo pipe.png silent.png; cat picture.png >pipe.png &");
+    EXPECT_EQ(play("pipe.png --script still.gesture --frames 1").exitCode, 0);
+    before = "timeout --kill-after=20 --preserve-status 1";
+    const Outcome outcome = play("silent.png --script still.gesture");
+    EXPECT_EQ(outcome.exitCode, 2);
+    EXPECT_NE(outcome.err.find("interrupted while reading: silent.png"), std::string::npos)
+        << outcome.err;
+}
+
+TEST_F(Player, SaysWhatIsOddAndGoesOn) {
+    write("late.gesture", "\xEF\xBB\xBFscreen 64 96\nframes 3\n0 down 1 1 1\n3 up 1 1 0\n");
+    write("empty.gesture", "# nothing\nframes 2\n");
+    save(paint(80, 120, quarter), "photo.jpg", "jpeg");
+    const std::string photo = contents("photo.jpg");
+    write("cut.jpg", photo.substr(0, photo.size() * 2 / 3));
+    write("cut.png", contents("picture.png").substr(0, fs::file_size(folder / "picture.png") - 40));
+    for (const auto& [arguments, told] :
+         {std::pair{"picture.png --script late.gesture", "1 events of the gesture script"},
+          {"picture.png --script empty.gesture", "has no event: empty.gesture"},
+          {"picture.png --script still.gesture --record a.gesture", "without a window: a.gesture"},
+          {"cut.jpg --script still.gesture", "cut off, its end is missing: cut.jpg"},
+          {"cut.png --script still.gesture", "cut off, its end is missing: cut.png"}}) {
+        const Outcome outcome = play(arguments);
+        EXPECT_EQ(outcome.exitCode, 0) << arguments;
+        EXPECT_NE(outcome.err.find(told), std::string::npos) << outcome.err;
+    }
+    EXPECT_EQ(play("photo.jpg --script drag.gesture").err.find("cut off"), std::string::npos);
+}
+
+TEST_F(Player, FilmsInEachFormat) {
+    for (const std::string format : {"webm", "gif"}) {
+        EXPECT_EQ(play("picture.png --script drag.gesture --format " + format).exitCode, 0);
+        EXPECT_TRUE(probed("out/film." + format).starts_with("64,96,")) << format;
+    }
+}
+
+TEST_F(Player, TheStartScriptInstallsOnlyWhatIsMissingAndAnswersWithoutABuild) {
+    run("mkdir -p tree/tools tree/player tree/build/release bin && cd tree && cp " VELMORA_SOURCES
+        "/play . && cp " VELMORA_SOURCES "/player/help.txt player && cp " VELMORA_SOURCES
+        "/CMakeLists.txt .");
+    write("tree/tools/setup", "echo set up $1\n");
+    write("tree/build/release/velmora-player", "echo played $1\n");
+    write("bin/ninja", "echo no work to do\n");
+    write("bin/pkg-config", "exit $MISSING\n");
+    run("chmod +x tree/tools/setup tree/build/release/velmora-player bin/*");
+    const auto said = [&](const std::string& command) {
+        run("PATH=$PWD/bin:$PATH " + command + " >said 2>&1");
+        return contents("said");
+    };
+    EXPECT_EQ(said("MISSING=0 tree/play a.jpg"), "played a.jpg\n");
+    EXPECT_EQ(said("MISSING=1 tree/play a.jpg"), "set up play\nplayed a.jpg\n");
+    const std::string help = said("MISSING=1 tree/play --help");
+    EXPECT_EQ(help, said(VELMORA_PLAYER " --help"));
+    EXPECT_NE(help.find("./play photo.jpg"), std::string::npos);
+    EXPECT_EQ(said("MISSING=1 tree/play --version"), said(VELMORA_PLAYER " --version"));
 }
 
 TEST_F(Player, OverlaysLieOverThePictureAndChangeNothingElse) {

@@ -1,0 +1,116 @@
+#include "player/files.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+#include <system_error>
+#include <vector>
+
+#include "player/failure.h"
+#include "player/interrupt.h"
+
+namespace player {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr std::size_t mostBytes = std::size_t{512} << 20;
+constexpr std::size_t blockSize = std::size_t{1} << 20;
+constexpr mode_t permissions = 0666;  // less the user's mask
+
+struct Descriptor {
+    int number;
+    explicit Descriptor(int opened) : number(opened) {}
+    ~Descriptor() { close(number); }
+    Descriptor(const Descriptor&) = delete;
+    Descriptor& operator=(const Descriptor&) = delete;
+};
+
+std::string words(int error) {
+    return std::generic_category().message(error);
+}
+
+Failure cannotWrite(const fs::path& file, int error) {
+    return Failure("cannot write here, " + words(error), file.string());
+}
+
+/// Calls until it was no signal that ended the call; -1 where a signal ends the run.
+template <class Call>
+auto insist(Call call) {
+    auto result = call();
+    while (result < 0 && errno == EINTR && !isInterrupted()) {
+        result = call();
+    }
+    return result;
+}
+
+}  // namespace
+
+std::string readWhole(const fs::path& file, const std::string& what) {
+    const auto fail = [&](int error) {
+        if (error == EINTR) {
+            throw Failure("interrupted while reading", file.string());
+        }
+        throw Failure(
+            error == ENOENT ? "no such " + what : "cannot read the " + what + ", " + words(error),
+            file.string());
+    };
+    const Descriptor input(insist([&] { return open(file.c_str(), O_RDONLY | O_CLOEXEC); }));
+    if (input.number < 0) {
+        fail(errno);
+    }
+    std::string bytes;
+    std::vector<char> block(blockSize);
+    for (;;) {
+        const ssize_t count =
+            insist([&] { return read(input.number, block.data(), block.size()); });
+        if (count < 0) {
+            fail(errno);
+        }
+        if (count == 0) {
+            return bytes;
+        }
+        bytes.append(block.data(), static_cast<std::size_t>(count));
+        if (bytes.size() > mostBytes) {
+            throw Failure("the " + what + " is larger than 512 MB", file.string());
+        }
+    }
+}
+
+void writeWhole(const fs::path& file, std::string_view bytes) {
+    std::string name = file.string() + ".XXXXXX";
+    const Descriptor output(mkostemp(name.data(), O_CLOEXEC));
+    if (output.number < 0) {
+        throw cannotWrite(file, errno);
+    }
+    const auto drop = [&](int error) {
+        unlink(name.c_str());
+        throw cannotWrite(file, error);
+    };
+    while (!bytes.empty()) {
+        const ssize_t count = write(output.number, bytes.data(), bytes.size());
+        if (count < 0 && errno != EINTR) {
+            drop(errno);
+        }
+        bytes.remove_prefix(count > 0 ? static_cast<std::size_t>(count) : 0);
+    }
+    const mode_t mask = umask(0);
+    umask(mask);
+    if (fchmod(output.number, permissions & ~mask) != 0 ||
+        rename(name.c_str(), file.c_str()) != 0) {
+        drop(errno);
+    }
+}
+
+bool takeName(const fs::path& file) {
+    const Descriptor made(open(file.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, permissions));
+    if (made.number < 0 && errno != EEXIST) {
+        throw cannotWrite(file, errno);
+    }
+    return made.number >= 0;
+}
+
+}  // namespace player
