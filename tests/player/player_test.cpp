@@ -28,7 +28,7 @@ class Player : public FolderTest {
 protected:
     Player() {
         save(paint(80, 120, quarter), "picture.png");
-        write("still.gesture", "screen 64 96\nframes 3\n");
+        write("still.gesture", "screen 64 96\nframes 3\n0 clear\n");
         write("drag.gesture",
               "screen 64 96\nframes 8\n0 down 32 48 0.5\n1 move 36 48 0.5\n2 move 41 50 0.5\n3 up "
               "41 50 0\n");
@@ -236,7 +236,7 @@ TEST_F(Player, AnEndBySignalLeavesNothingAndDoesNotBlameTheEncoder) {
         // To the whole group, as a terminal does that gets Ctrl-C or goes.
         run("(env --default-signal=INT setsid " VELMORA_PLAYER
             " picture.png --headless --size 64x96 --script drag.gesture --frames 5000 2>err & "
-            "until grep -q '^frame' err; do sleep 0.05; done; kill -" +
+            "until grep -q '^Filming' err; do sleep 0.05; done; kill -s " +
             signal + " -- -$!; wait $!; echo $? >code)");
         EXPECT_EQ(contents("code"), "2\n");
         EXPECT_NE(contents("err").find("interrupted: frame "), std::string::npos)
