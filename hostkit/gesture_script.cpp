@@ -31,9 +31,9 @@ struct LineReader {
 
     [[noreturn]] void fail(const std::string& expected, std::string_view found) const {
         const std::string shown(found.substr(0, longestQuote));
-        throw HostError(fileName + ":" + std::to_string(number) + ": expected " + expected +
-                        (found.empty() ? ", found the end of the line"
-                                       : ", found \"" + shown + "\""));
+        throw HostError(
+            fileName + ":" + std::to_string(number) + ": expected " + expected +
+            (found.empty() ? ", found the end of the line" : ", found \"" + shown + "\""));
     }
 
     std::string_view word() {
