@@ -274,6 +274,11 @@ TEST(Kernels, GiveEveryCellTheBitsOfItsOperatorInsideTheGrids) {
         for (int cell = 0; cell < 10 * 10; ++cell) {
             compareKernels(cell % 10, cell / 10, fill);
         }
+        for (int width = 14; width <= 19;
+             ++width) {  // rows in strips, with 0 to 3 cells of padding
+            compareKernels(width, 7, fill);
+            compareKernels(width, 3 * width, fill);
+        }
         compareKernels(90, 160, fill);
         compareKernels(120, 213, fill);
     }
