@@ -47,7 +47,7 @@ std::vector<float> noise(std::size_t count, float amplitude) {
     std::mt19937 random(3);
     std::uniform_real_distribution<float> values(-amplitude, amplitude);
     std::vector<float> cells(count);
-    std::ranges::generate(cells, [&] { return values(random); });
+    std::generate(cells.begin(), cells.end(), [&] { return values(random); });
     return cells;
 }
 
@@ -88,10 +88,10 @@ struct Flow {
     /// Every grid and setting as before a step; the random numbers too.
     void restore() {
         for (const FloatGrid& grid : {state.velocity, state.velocityScratch}) {
-            std::ranges::copy(startVelocity, grid.data);
+            std::copy(startVelocity.begin(), startVelocity.end(), grid.data);
         }
         for (const FloatGrid& grid : {state.pressure, state.pressureScratch, state.divergence}) {
-            std::ranges::copy(startScalars, grid.data);
+            std::copy(startScalars.begin(), startScalars.end(), grid.data);
         }
         const TouchPreset& preset = presetOf(state.dragMode);
         state.velocityDissipation = preset.velocityDissipation;

@@ -24,7 +24,7 @@ std::vector<float> noise(GridSize size, float amplitude) {
     std::mt19937 random(1);
     std::uniform_real_distribution<float> values(-amplitude, amplitude);
     std::vector<float> cells(static_cast<std::size_t>(size.width * size.height));
-    std::ranges::generate(cells, [&] { return values(random); });
+    std::generate(cells.begin(), cells.end(), [&] { return values(random); });
     return cells;
 }
 
@@ -36,8 +36,8 @@ struct Water {
           velocities(startVelocities) {}
 
     void restore() {
-        std::ranges::copy(startHeights, heights.begin());
-        std::ranges::copy(startVelocities, velocities.begin());
+        std::copy(startHeights.begin(), startHeights.end(), heights.begin());
+        std::copy(startVelocities.begin(), startVelocities.end(), velocities.begin());
         ripples = 0;
     }
 

@@ -1,0 +1,45 @@
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <limits>
+
+#include "bench/side_by_side.h"
+
+// Times of the library's kernels alone, for builds that have no benchmark library: a line for each,
+// kernel | grid | nanoseconds of a call, the shortest of many samples.
+
+namespace {
+
+constexpr int samples = 400;
+constexpr double sampleNanoseconds = 200'000.0;
+
+double sample(const bench::Comparison& comparison, int calls) {
+    using Clock = std::chrono::steady_clock;
+    comparison.restore();
+    const auto start = Clock::now();
+    for (int call = 0; call < calls; ++call) {
+        comparison.candidate();
+    }
+    return std::chrono::duration<double, std::nano>(Clock::now() - start).count() / calls;
+}
+
+double shortest(const bench::Comparison& comparison) {
+    const double once = std::max(sample(comparison, 100), 1.0);
+    const int calls = std::clamp(static_cast<int>(sampleNanoseconds / once), 1, 10'000);
+    double least = std::numeric_limits<double>::infinity();
+    for (int round = 0; round < samples; ++round) {
+        least = std::min(least, sample(comparison, calls));
+    }
+    return least;
+}
+
+}  // namespace
+
+int main() {
+    for (const auto& group : {bench::waterComparisons(), bench::solverComparisons()}) {
+        for (const bench::Comparison& comparison : group) {
+            std::printf("%s | %s | %.0f\n", comparison.kernel.c_str(), comparison.grid.c_str(),
+                        shortest(comparison));
+        }
+    }
+}
