@@ -141,6 +141,9 @@ inline Int4 truncate(Float4 a) {
     return {vbslq_s32(fits, vcvtq_s32_f32(a.lanes),
                       vdupq_n_s32(std::numeric_limits<std::int32_t>::min()))};
 }
+inline Int4 truncateSmall(Float4 a) {
+    return {vcvtq_s32_f32(a.lanes)};
+}
 inline Float4 toFloat(Int4 a) {
     return vcvtq_f32_s32(a.lanes);
 }

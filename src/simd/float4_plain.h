@@ -162,6 +162,9 @@ inline Int4 truncate(Float4 a) {
     return {{velmora::truncate(a.lane[0]), velmora::truncate(a.lane[1]),
              velmora::truncate(a.lane[2]), velmora::truncate(a.lane[3])}};
 }
+inline Int4 truncateSmall(Float4 a) {
+    return truncate(a);
+}
 inline Float4 toFloat(Int4 a) {
     return {velmora::toFloat(a.lane[0]), velmora::toFloat(a.lane[1]), velmora::toFloat(a.lane[2]),
             velmora::toFloat(a.lane[3])};

@@ -135,6 +135,9 @@ inline Float4 select(Mask4 which, Float4 yes, Float4 no) {
 inline Int4 truncate(Float4 a) {
     return {_mm_cvttps_epi32(a.lanes)};
 }
+inline Int4 truncateSmall(Float4 a) {
+    return truncate(a);
+}
 inline Float4 toFloat(Int4 a) {
     return _mm_cvtepi32_ps(a.lanes);
 }

@@ -140,6 +140,12 @@ inline Int4 truncate(Float4 a) {
     const v128_t none = wasm_i32x4_const_splat(std::numeric_limits<std::int32_t>::min());
     return {wasm_v128_bitselect(wasm_i32x4_trunc_sat_f32x4(a.lanes), none, fits)};
 }
+inline Int4 truncateSmall(Float4 a) {
+    // Added to 2^23, a whole number is the low bits of the sum: the conversion itself is many
+    // instructions on x86.
+    const v128_t sum = wasm_f32x4_add(wasm_f32x4_trunc(a.lanes), wasm_f32x4_const_splat(0x1p23f));
+    return {wasm_v128_and(sum, wasm_i32x4_const_splat(0x7fffff))};
+}
 inline Float4 toFloat(Int4 a) {
     return wasm_f32x4_convert_i32x4(a.lanes);
 }

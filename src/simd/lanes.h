@@ -102,6 +102,10 @@ inline std::int32_t truncate(float value) {
     const bool fits = value >= -2147483648.0f && value < 2147483648.0f;
     return fits ? static_cast<std::int32_t>(value) : std::numeric_limits<std::int32_t>::min();
 }
+/// truncate of values in [0, 2^22], for which some processors need not look at the others.
+inline std::int32_t truncateSmall(float value) {
+    return static_cast<std::int32_t>(value);
+}
 inline float toFloat(std::int32_t value) {
     return static_cast<float>(value);
 }

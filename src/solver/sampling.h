@@ -43,8 +43,8 @@ struct BilinearPlace {
     BilinearPlace(const BilinearGrid& grid, Floats u, Floats v) {
         const Floats x = clampToUnit(u) * Floats(grid.lastColumn);
         const Floats y = clampToUnit(v) * Floats(grid.lastRow);
-        column = toFloat(truncate(x));
-        row = toFloat(truncate(y));
+        column = toFloat(truncateSmall(x));
+        row = toFloat(truncateSmall(y));
         fx = x - column;
         fy = y - row;
     }

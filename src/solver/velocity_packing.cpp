@@ -18,11 +18,11 @@ template <class Floats>
 BytePairs<IntOf<Floats>> packed(Floats value) {
     const Floats shifted =
         min(max(value, Floats(-valueLimit)), Floats(valueLimit)) + Floats(valueLimit);
-    const Floats fraction = shifted - toFloat(truncate(shifted));
+    const Floats fraction = shifted - toFloat(truncateSmall(shifted));
     // In [0, 1), so it is its own fraction.
     const Floats scaled = shifted * Floats(inverseSteps);
-    return {truncate((scaled - fraction * Floats(inverseSteps)) * Floats(lowSteps)),
-            truncate(fraction * Floats(lowSteps))};
+    return {truncateSmall((scaled - fraction * Floats(inverseSteps)) * Floats(lowSteps)),
+            truncateSmall(fraction * Floats(lowSteps))};
 }
 
 }  // namespace

@@ -105,6 +105,12 @@ TYPED_TEST(Lanes, OperationsMeanForEveryLaneWhatTheyMeanForOne) {
         EXPECT_TRUE(holds(shiftIn(x, y), {a[3], b[0], b[1], b[2]}));
         EXPECT_TRUE(holds(shiftOut(x, y), {a[1], a[2], a[3], b[0]}));
     }
+    for (const float least : {0.0f, 0.99999994f, 1.5f, 254.99998f, 4194300.5f}) {
+        const Lanes4 small{least, least + 1.0f, least + 2.5f, 4194304.0f};
+        const auto whole = truncateSmall(TypeParam::load(small.data()));
+        EXPECT_EQ(bitCast<Ints4>(whole),
+                  each(small, small, [](float p, float) { return truncated(p); }));
+    }
     const auto ints = bitCast<decltype(truncate(one))>(Ints4{16777217, -16777219, most, 0});
     EXPECT_TRUE(holds(toFloat(ints), {16777216.0f, -16777220.0f, 2147483648.0f, 0.0f}));
     EXPECT_TRUE(
