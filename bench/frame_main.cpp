@@ -7,13 +7,13 @@
 #include <iostream>
 #include <numbers>
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include "bench/measure.h"
 #include "bench/options.h"
 #include "bench/table_reporter.h"
 #include "hostkit/effect_host.h"
+#include "hostkit/effect_probe.h"
 #include "hostkit/gl_recorder.h"
 #include "hostkit/host_error.h"
 
@@ -25,31 +25,16 @@ using Clock = std::chrono::steady_clock;
 
 constexpr int warmUpFrames = 5;
 
-/// Moments of one frame, in order. The hook sets those in the middle, each once.
+/// Moments of one frame, in order.
 struct Moments {
     Clock::time_point start;
-    Clock::time_point firstCall;  // the library has begun: the host's water step is done
-    Clock::time_point firstBind;  // the solver worker has been waited for, in an ink frame
+    Clock::time_point firstCall;   // the library has begun: the host's water step is done
+    Clock::time_point solverDone;  // the solver worker has been waited for; in an ink frame
     Clock::time_point firstDraw;
     Clock::time_point submitted;
     Clock::time_point finished;
     double outside;    // nanoseconds of this thread's processor time outside GL calls
     double processor;  // of all threads, in the whole frame
-
-    void notice(std::string_view function) {
-        const auto setOnce = [](Clock::time_point& moment) {
-            if (moment == Clock::time_point()) {
-                moment = Clock::now();
-            }
-        };
-        setOnce(firstCall);
-        if (function == "glBindTexture") {
-            setOnce(firstBind);
-        }
-        if (function.starts_with("glDraw")) {
-            setOnce(firstDraw);
-        }
-    }
 };
 
 /// The finger circles around the middle, fast enough for a drag.
@@ -91,27 +76,34 @@ struct OutsideClock {
     double left = 0.0;
 };
 
-Moments runFrame(hostkit::EffectHost& host, int frame) {
+Moments runFrame(hostkit::EffectHost& host, hostkit::EffectProbe& probe, int frame) {
     Moments moments{};
     OutsideClock outside;
-    hostkit::glRecorder().inside = [&](const char* function) {
+    hostkit::GlRecorder& recorder = hostkit::glRecorder();
+    const auto seeingProbe = recorder.inside;
+    recorder.inside = [&](const char* function) {
         outside.enter();
-        moments.notice(function);
+        seeingProbe(function);
     };
-    hostkit::glRecorder().after = [&] { outside.leave(); };
+    recorder.after = [&] { outside.leave(); };
     const double processorStart = nanosecondsBy(CLOCK_PROCESS_CPUTIME_ID);
     moments.start = Clock::now();
     outside.leave();
     host.touch(touchOfFrame(host, frame));
-    host.frame();
+    host.step({}, hostkit::displayedFrame);
+    probe.draw(host);
     outside.enter();
     moments.outside = outside.sum;
     moments.submitted = Clock::now();
-    hostkit::glRecorder().inside = nullptr;
-    hostkit::glRecorder().after = nullptr;
+    recorder.inside = seeingProbe;
+    recorder.after = nullptr;
     glFinish();
     moments.finished = Clock::now();
     moments.processor = nanosecondsBy(CLOCK_PROCESS_CPUTIME_ID) - processorStart;
+    const hostkit::FrameMoments& seen = probe.moments();
+    moments.firstCall = seen.begin.value_or(moments.start);
+    moments.solverDone = seen.solverDone.value_or(moments.firstCall);
+    moments.firstDraw = seen.firstDraw.value_or(moments.firstCall);
     return moments;
 }
 
@@ -146,11 +138,13 @@ void printGrowth() {
     for (const Screen screen : {Screen{270, 480}, Screen{540, 960}, Screen{720, 1280},
                                 Screen{1080, 1920}, Screen{1440, 2560}, Screen{2160, 3840}}) {
         hostkit::EffectHost host({.width = screen.width, .height = screen.height});
+        hostkit::EffectProbe probe;
+        probe.watch(screen.width, screen.height, true);
         const double pixels = static_cast<double>(screen.width) * screen.height;
         const int count = static_cast<int>(std::clamp(2e7 / pixels, 5.0, 40.0));
         std::vector<Moments> frames;
         for (int frame = 0; frame < warmUpFrames + count; ++frame) {
-            frames.push_back(runFrame(host, frame));
+            frames.push_back(runFrame(host, probe, frame));
         }
         frames.erase(frames.begin(), frames.begin() + warmUpFrames);
         std::cout << screen.width << ' ' << screen.height << ' ' << pixels << ' '
@@ -161,13 +155,15 @@ void printGrowth() {
 
 void runFrames(benchmark::State& state, int width, int height, bool inkEnabled) {
     hostkit::EffectHost host({.width = width, .height = height, .inkEnabled = inkEnabled});
+    hostkit::EffectProbe probe;
+    probe.watch(width, height, inkEnabled);
     int frame = 0;
     while (frame < warmUpFrames) {
-        runFrame(host, frame++);
+        runFrame(host, probe, frame++);
     }
     std::vector<Moments> frames;
     for (auto _ : state) {
-        frames.push_back(runFrame(host, frame++));
+        frames.push_back(runFrame(host, probe, frame++));
     }
     const auto count = [&](const char* name, Clock::time_point Moments::*from,
                            Clock::time_point Moments::*to) {
@@ -176,10 +172,9 @@ void runFrames(benchmark::State& state, int width, int height, bool inkEnabled) 
     state.counters["outside GL us"] = medianOf(frames, &Moments::outside);
     count("water us", &Moments::start, &Moments::firstCall);
     if (inkEnabled) {
-        count("solver wait us", &Moments::firstCall, &Moments::firstBind);
+        count("solver wait us", &Moments::firstCall, &Moments::solverDone);
     }
-    count("until first draw us", inkEnabled ? &Moments::firstBind : &Moments::firstCall,
-          &Moments::firstDraw);
+    count("until first draw us", &Moments::solverDone, &Moments::firstDraw);
     count("draws us", &Moments::firstDraw, &Moments::submitted);
     count("finish us", &Moments::submitted, &Moments::finished);
     count("frame us", &Moments::start, &Moments::finished);

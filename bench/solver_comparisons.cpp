@@ -5,10 +5,10 @@
 #include <random>
 #include <utility>
 
-#include "bench/reference.h"
 #include "bench/side_by_side.h"
 #include "solver/solver_step.h"
 #include "solver/velocity_packing.h"
+#include "tests/oracle/plain_kernels.h"
 
 using namespace velmora;
 

@@ -2,8 +2,8 @@
 #include <memory>
 #include <random>
 
-#include "bench/reference.h"
 #include "bench/side_by_side.h"
+#include "tests/oracle/plain_kernels.h"
 
 using namespace velmora;
 

@@ -58,6 +58,9 @@ struct EffectHostOptions {
     std::function<void()> renewContext = {};
 };
 
+/// The time between two frames of a display, 60 a second.
+constexpr std::chrono::nanoseconds displayedFrame(16'666'667);
+
 /// A device's host around the library, without window and JVM: sets everything up in the order that
 /// the library asks for, then draws frame by frame. The library has one state, so use one host at a
 /// time. Everything runs on the thread that calls, which holds the GL context.
@@ -68,7 +71,7 @@ public:
 
     /// One frame: applies the events, in order, lets the water run for `elapsed` and draws.
     void frame(std::span<const ScriptEvent> events = {},
-               std::chrono::nanoseconds elapsed = std::chrono::nanoseconds(16'666'667));
+               std::chrono::nanoseconds elapsed = displayedFrame);
 
     /// The two halves of a frame: what happens to the water, then the picture with its ink.
     void step(std::span<const ScriptEvent> events, std::chrono::nanoseconds elapsed);

@@ -62,7 +62,7 @@ constexpr EnumName enumNames[] = {
 };
 #undef HOSTKIT_ENUM
 
-/// What the tap has learnt of the objects of the current context, recording or not.
+/// What the recorder has learnt of the objects of the current context, recording or not.
 struct Knowledge {
     std::map<std::pair<GLuint, GLint>, std::string> uniforms;
     std::map<std::pair<GLuint, GLuint>, std::string> attributes;
@@ -387,97 +387,97 @@ using namespace hostkit;  // NOLINT(google-build-using-namespace): GL functions 
     static auto* const real = realFunction<decltype(function)>(#function); \
     const Leaving leaving
 
-/// A function without a result: its name, its parameters, the arguments as forwarded, what the tap
-/// learns from the call, and the arguments as shown.
-#define HOSTKIT_LEARNING_TAP(function, parameters, arguments, learn, ...)  \
-    void GL_APIENTRY function parameters {                                 \
-        HOSTKIT_REAL(function);                                            \
-        if (enter(#function) && glRecorder().recording) {                  \
-            record(#function, line(#function __VA_OPT__(, ) __VA_ARGS__)); \
-        }                                                                  \
-        real arguments;                                                    \
-        learn;                                                             \
+/// A function without a result: its name, its parameters, the arguments as forwarded, what the
+/// recorder learns from the call, and the arguments as shown.
+#define HOSTKIT_LEARNING_FORWARD(function, parameters, arguments, learn, ...) \
+    void GL_APIENTRY function parameters {                                    \
+        HOSTKIT_REAL(function);                                               \
+        if (enter(#function) && glRecorder().recording) {                     \
+            record(#function, line(#function __VA_OPT__(, ) __VA_ARGS__));    \
+        }                                                                     \
+        real arguments;                                                       \
+        learn;                                                                \
     }
-#define HOSTKIT_TAP(function, parameters, arguments, ...) \
-    HOSTKIT_LEARNING_TAP(function, parameters, arguments, static_cast<void>(0), __VA_ARGS__)
+#define HOSTKIT_FORWARD(function, parameters, arguments, ...) \
+    HOSTKIT_LEARNING_FORWARD(function, parameters, arguments, static_cast<void>(0), __VA_ARGS__)
 
 // clang-format off
-HOSTKIT_TAP(glViewport, (GLint x, GLint y, GLsizei width, GLsizei height), (x, y, width, height),
+HOSTKIT_FORWARD(glViewport, (GLint x, GLint y, GLsizei width, GLsizei height), (x, y, width, height),
             x, y, width, height)
-HOSTKIT_TAP(glClear, (GLbitfield mask), (mask), Enum{mask})
-HOSTKIT_TAP(glClearColor, (GLfloat red, GLfloat green, GLfloat blue, GLfloat alpha), (red, green, blue, alpha),
+HOSTKIT_FORWARD(glClear, (GLbitfield mask), (mask), Enum{mask})
+HOSTKIT_FORWARD(glClearColor, (GLfloat red, GLfloat green, GLfloat blue, GLfloat alpha), (red, green, blue, alpha),
             red, green, blue, alpha)
-HOSTKIT_TAP(glEnable, (GLenum cap), (cap), Enum{cap})
-HOSTKIT_TAP(glDisable, (GLenum cap), (cap), Enum{cap})
-HOSTKIT_TAP(glBlendFunc, (GLenum sfactor, GLenum dfactor), (sfactor, dfactor), Enum{sfactor}, Enum{dfactor})
+HOSTKIT_FORWARD(glEnable, (GLenum cap), (cap), Enum{cap})
+HOSTKIT_FORWARD(glDisable, (GLenum cap), (cap), Enum{cap})
+HOSTKIT_FORWARD(glBlendFunc, (GLenum sfactor, GLenum dfactor), (sfactor, dfactor), Enum{sfactor}, Enum{dfactor})
 
-HOSTKIT_TAP(glBindTexture, (GLenum target, GLuint texture), (target, texture),
+HOSTKIT_FORWARD(glBindTexture, (GLenum target, GLuint texture), (target, texture),
             Enum{target}, Object{GlKind::texture, texture})
-HOSTKIT_TAP(glBindBuffer, (GLenum target, GLuint buffer), (target, buffer),
+HOSTKIT_FORWARD(glBindBuffer, (GLenum target, GLuint buffer), (target, buffer),
             Enum{target}, Object{GlKind::buffer, buffer})
-HOSTKIT_TAP(glBindFramebuffer, (GLenum target, GLuint framebuffer), (target, framebuffer),
+HOSTKIT_FORWARD(glBindFramebuffer, (GLenum target, GLuint framebuffer), (target, framebuffer),
             Enum{target}, Object{GlKind::framebuffer, framebuffer})
-HOSTKIT_TAP(glFramebufferTexture2D,
+HOSTKIT_FORWARD(glFramebufferTexture2D,
             (GLenum target, GLenum attachment, GLenum textarget, GLuint texture, GLint level),
             (target, attachment, textarget, texture, level),
             Enum{target}, Enum{attachment}, Enum{textarget}, Object{GlKind::texture, texture}, level)
-HOSTKIT_TAP(glTexParameteri, (GLenum target, GLenum pname, GLint param), (target, pname, param),
+HOSTKIT_FORWARD(glTexParameteri, (GLenum target, GLenum pname, GLint param), (target, pname, param),
             Enum{target}, Enum{pname}, Enum{static_cast<GLenum>(param)})
-HOSTKIT_TAP(glTexParameterf, (GLenum target, GLenum pname, GLfloat param), (target, pname, param),
+HOSTKIT_FORWARD(glTexParameterf, (GLenum target, GLenum pname, GLfloat param), (target, pname, param),
             Enum{target}, Enum{pname}, Enum{static_cast<GLenum>(param)})
 
-HOSTKIT_LEARNING_TAP(glAttachShader, (GLuint program, GLuint shader),
+HOSTKIT_LEARNING_FORWARD(glAttachShader, (GLuint program, GLuint shader),
             (program, shader), nameProgram(program, shader),
             Object{GlKind::program, program}, Object{GlKind::shader, shader})
-HOSTKIT_LEARNING_TAP(glBindAttribLocation, (GLuint program, GLuint index, const GLchar* name),
+HOSTKIT_LEARNING_FORWARD(glBindAttribLocation, (GLuint program, GLuint index, const GLchar* name),
             (program, index, name), nameAttribute(program, index, name),
             Object{GlKind::program, program}, index, Quoted{name})
-HOSTKIT_TAP(glCompileShader, (GLuint shader), (shader), Object{GlKind::shader, shader})
-HOSTKIT_TAP(glLinkProgram, (GLuint program), (program), Object{GlKind::program, program})
-HOSTKIT_LEARNING_TAP(glUseProgram, (GLuint program), (program), knowledge().program = program,
+HOSTKIT_FORWARD(glCompileShader, (GLuint shader), (shader), Object{GlKind::shader, shader})
+HOSTKIT_FORWARD(glLinkProgram, (GLuint program), (program), Object{GlKind::program, program})
+HOSTKIT_LEARNING_FORWARD(glUseProgram, (GLuint program), (program), knowledge().program = program,
             Object{GlKind::program, program})
-HOSTKIT_LEARNING_TAP(glDeleteShader, (GLuint shader),
+HOSTKIT_LEARNING_FORWARD(glDeleteShader, (GLuint shader),
             (shader), strikeOff("glDeleteShader", GlKind::shader, shader),
             Object{GlKind::shader, shader})
-HOSTKIT_LEARNING_TAP(glDeleteProgram, (GLuint program),
+HOSTKIT_LEARNING_FORWARD(glDeleteProgram, (GLuint program),
             (program), strikeOff("glDeleteProgram", GlKind::program, program),
             Object{GlKind::program, program})
 
-HOSTKIT_TAP(glEnableVertexAttribArray, (GLuint index), (index), Attribute{index})
-HOSTKIT_TAP(glDisableVertexAttribArray, (GLuint index), (index), Attribute{index})
-HOSTKIT_TAP(glVertexAttribPointer,
+HOSTKIT_FORWARD(glEnableVertexAttribArray, (GLuint index), (index), Attribute{index})
+HOSTKIT_FORWARD(glDisableVertexAttribArray, (GLuint index), (index), Attribute{index})
+HOSTKIT_FORWARD(glVertexAttribPointer,
             (GLuint index, GLint size, GLenum type, GLboolean normalized, GLsizei stride, const void* pointer),
             (index, size, type, normalized, stride, pointer),
             Attribute{index}, size, Enum{type}, Flag{normalized}, stride, reinterpret_cast<std::uintptr_t>(pointer))
-HOSTKIT_TAP(glDrawArrays, (GLenum mode, GLint first, GLsizei count), (mode, first, count),
+HOSTKIT_FORWARD(glDrawArrays, (GLenum mode, GLint first, GLsizei count), (mode, first, count),
             Enum{mode}, first, count)
-HOSTKIT_TAP(glDrawElements, (GLenum mode, GLsizei count, GLenum type, const void* indices),
+HOSTKIT_FORWARD(glDrawElements, (GLenum mode, GLsizei count, GLenum type, const void* indices),
             (mode, count, type, indices),
             Enum{mode}, count, Enum{type}, reinterpret_cast<std::uintptr_t>(indices))
 
-HOSTKIT_TAP(glUniform1f, (GLint location, GLfloat v0), (location, v0), Uniform{location}, v0)
-HOSTKIT_TAP(glUniform2f, (GLint location, GLfloat v0, GLfloat v1), (location, v0, v1), Uniform{location}, v0, v1)
-HOSTKIT_TAP(glUniform3f, (GLint location, GLfloat v0, GLfloat v1, GLfloat v2), (location, v0, v1, v2),
+HOSTKIT_FORWARD(glUniform1f, (GLint location, GLfloat v0), (location, v0), Uniform{location}, v0)
+HOSTKIT_FORWARD(glUniform2f, (GLint location, GLfloat v0, GLfloat v1), (location, v0, v1), Uniform{location}, v0, v1)
+HOSTKIT_FORWARD(glUniform3f, (GLint location, GLfloat v0, GLfloat v1, GLfloat v2), (location, v0, v1, v2),
             Uniform{location}, v0, v1, v2)
-HOSTKIT_TAP(glUniform4f, (GLint location, GLfloat v0, GLfloat v1, GLfloat v2, GLfloat v3),
+HOSTKIT_FORWARD(glUniform4f, (GLint location, GLfloat v0, GLfloat v1, GLfloat v2, GLfloat v3),
             (location, v0, v1, v2, v3), Uniform{location}, v0, v1, v2, v3)
-HOSTKIT_TAP(glUniform1i, (GLint location, GLint v0), (location, v0), Uniform{location}, v0)
-HOSTKIT_TAP(glUniform2i, (GLint location, GLint v0, GLint v1), (location, v0, v1), Uniform{location}, v0, v1)
+HOSTKIT_FORWARD(glUniform1i, (GLint location, GLint v0), (location, v0), Uniform{location}, v0)
+HOSTKIT_FORWARD(glUniform2i, (GLint location, GLint v0, GLint v1), (location, v0, v1), Uniform{location}, v0, v1)
 
-#define HOSTKIT_TAP_VECTOR(function, Number, size)                                                     \
-    HOSTKIT_TAP(function, (GLint location, GLsizei count, const Number* value), (location, count, value), \
+#define HOSTKIT_FORWARD_VECTOR(function, Number, size)                                                     \
+    HOSTKIT_FORWARD(function, (GLint location, GLsizei count, const Number* value), (location, count, value), \
                 Uniform{location}, count, Values<Number>{{value, sizeOf(count) * (size)}})
-HOSTKIT_TAP_VECTOR(glUniform1fv, GLfloat, 1)
-HOSTKIT_TAP_VECTOR(glUniform2fv, GLfloat, 2)
-HOSTKIT_TAP_VECTOR(glUniform3fv, GLfloat, 3)
-HOSTKIT_TAP_VECTOR(glUniform4fv, GLfloat, 4)
-HOSTKIT_TAP_VECTOR(glUniform1iv, GLint, 1)
-HOSTKIT_TAP(glUniformMatrix4fv,
+HOSTKIT_FORWARD_VECTOR(glUniform1fv, GLfloat, 1)
+HOSTKIT_FORWARD_VECTOR(glUniform2fv, GLfloat, 2)
+HOSTKIT_FORWARD_VECTOR(glUniform3fv, GLfloat, 3)
+HOSTKIT_FORWARD_VECTOR(glUniform4fv, GLfloat, 4)
+HOSTKIT_FORWARD_VECTOR(glUniform1iv, GLint, 1)
+HOSTKIT_FORWARD(glUniformMatrix4fv,
             (GLint location, GLsizei count, GLboolean transpose, const GLfloat* value),
             (location, count, transpose, value),
             Uniform{location}, count, Flag{transpose}, Values<GLfloat>{{value, sizeOf(count) * 16}})
 
-#define HOSTKIT_TAP_NAMES(ending, names, kind)                           \
+#define HOSTKIT_FORWARD_NAMES(ending, names, kind)                           \
     void GL_APIENTRY glGen##ending(GLsizei n, GLuint* names) {           \
         HOSTKIT_REAL(glGen##ending);                                     \
         generate("glGen" #ending, kind, real, n, names);                 \
@@ -486,9 +486,9 @@ HOSTKIT_TAP(glUniformMatrix4fv,
         HOSTKIT_REAL(glDelete##ending);                                  \
         erase("glDelete" #ending, kind, real, n, names);                 \
     }
-HOSTKIT_TAP_NAMES(Textures, textures, GlKind::texture)
-HOSTKIT_TAP_NAMES(Buffers, buffers, GlKind::buffer)
-HOSTKIT_TAP_NAMES(Framebuffers, framebuffers, GlKind::framebuffer)
+HOSTKIT_FORWARD_NAMES(Textures, textures, GlKind::texture)
+HOSTKIT_FORWARD_NAMES(Buffers, buffers, GlKind::buffer)
+HOSTKIT_FORWARD_NAMES(Framebuffers, framebuffers, GlKind::framebuffer)
 // clang-format on
 
 void GL_APIENTRY glActiveTexture(GLenum texture) {

@@ -60,9 +60,9 @@ struct GlRecorder {
     /// call.
     std::function<void(int width, int height, std::span<const std::uint8_t> bytes)> textureUpload;
 
-    /// Objects made and not deleted through the tap since `reset`, by kind.
+    /// Objects made and not deleted through the recorder since `reset`, by kind.
     std::map<GlKind, std::set<GLuint>> alive;
-    /// Deletions through the tap of what was not alive, a name deleted twice for instance; a line
+    /// Deletions through the recorder of what was not alive, a name deleted twice for instance; a line
     /// for each.
     std::string strayDeletions;
 

@@ -25,14 +25,14 @@ void FilmScreen::renewContext() {
     }
 }
 
-void FilmScreen::drawOver(const EffectTap& tap) {
+void FilmScreen::drawOver(const hostkit::EffectProbe& probe) {
     if (!painter) {
         return;
     }
     ImGui::GetIO().DisplaySize =
         ImVec2(static_cast<float>(size.width), static_cast<float>(size.height));
     ImGui::NewFrame();
-    drawOverlays(overlays, tap, painter->canvas(), size);
+    drawOverlays(overlays, probe, painter->canvas(), size);
     painter->draw();
 }
 

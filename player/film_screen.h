@@ -16,7 +16,7 @@ public:
 
     /// A new context in place of the old one and all in it.
     void renewContext();
-    void drawOver(const EffectTap& tap);
+    void drawOver(const hostkit::EffectProbe& probe);
     /// What the screen shows, opaque.
     hostkit::Picture shown() const;
 

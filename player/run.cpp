@@ -7,8 +7,7 @@
 #include <utility>
 
 #include "hostkit/effect_host.h"
-#include "player/digest.h"
-#include "player/effect_tap.h"
+#include "hostkit/effect_probe.h"
 #include "player/failure.h"
 #include "player/film.h"
 #include "player/film_screen.h"
@@ -60,7 +59,7 @@ bool isStill(const std::string& name) {
 
 /// Cells as far as anyone could see them: before a wave run numbers so small that processors
 /// differ, of which some take the smallest for zero.
-void addCells(Digest& digest, std::span<const float> cells) {
+void addCells(hostkit::Digest& digest, std::span<const float> cells) {
     constexpr float leastSeen = 0x1p-60f;
     for (const float cell : cells) {
         const float seen = std::abs(cell) < leastSeen ? 0.0f : cell;
@@ -69,20 +68,21 @@ void addCells(Digest& digest, std::span<const float> cells) {
 }
 
 /// Adds heights and velocities.
-void addWater(Digest& digest, const hostkit::WaterDriver& water) {
+void addWater(hostkit::Digest& digest, const hostkit::WaterDriver& water) {
     addCells(digest, hostkit::JniEnvironment::elements(water.height));
     addCells(digest, hostkit::JniEnvironment::elements(water.velocity));
 }
 
-void play(hostkit::EffectHost& host, FilmScreen& screen, EffectTap& tap, const Settings& settings,
-          const hostkit::GestureScript& script, Film& film, Digest& water) {
+void play(hostkit::EffectHost& host, FilmScreen& screen, hostkit::EffectProbe& probe,
+          const Settings& settings, const hostkit::GestureScript& script, Film& film,
+          hostkit::Digest& water) {
     Rain rain;
     Progress progress = startProgress(script.frames);
     for (int frame = 0; frame < script.frames; ++frame) {
         fall(rain, host, settings, frameTime);
         host.step(hostkit::eventsOfFrame(script, frame), frameTime);
-        tap.draw(host);
-        screen.drawOver(tap);
+        probe.draw(host);
+        screen.drawOver(probe);
         addWater(water, host.water());
         film.add(screen.shown());
         showProgress(progress, frame + 1);
@@ -93,7 +93,8 @@ void play(hostkit::EffectHost& host, FilmScreen& screen, EffectTap& tap, const S
     }
 }
 
-void tell(const Options& options, const Film& film, const Digest& water, const Digest& velocity) {
+void tell(const Options& options, const Film& film, const hostkit::Digest& water,
+          const hostkit::Digest& velocity) {
     std::printf("film      %s\n", (options.out / ("film." + options.format)).c_str());
     std::printf("sheet     %s\n", (options.out / "sheet.png").c_str());
     std::printf("pictures  %s\n", (options.out / "frame-NN.png").c_str());
@@ -119,24 +120,24 @@ void run(const Options& options) {
     hostkit::EffectHostOptions chosen = hostOptions(options, settings);
     const Size size{options.width, options.height};
     FilmScreen screen(size, options.overlays);
-    EffectTap tap;
+    hostkit::EffectProbe probe;
     chosen.renewContext = [&] {
-        tap.forgetInk();
+        probe.forgetInk();
         screen.renewContext();
     };
     hostkit::EffectHost host(std::move(chosen));
-    tap.watch(size, !settings.waterOnly);
+    probe.watch(size.width, size.height, !settings.waterOnly);
     Staging staging(options.out);
     Film film(staging.folder(), options.format, size, script.frames, settings.timeScale);
     std::fprintf(stderr,
                  "Filming %d frames of %d x %d pixels; without a graphics card that takes a "
                  "minute or two.\n",
                  script.frames, size.width, size.height);
-    Digest water;
-    play(host, screen, tap, settings, script, film, water);
+    hostkit::Digest water;
+    play(host, screen, probe, settings, script, film, water);
     film.finish();
     staging.publish(isStill);
-    tell(options, film, water, tap.velocityDigest());
+    tell(options, film, water, probe.velocityDigest());
 }
 
 }  // namespace player

@@ -36,7 +36,7 @@ void drawFlow(ImDrawList& list, ImVec2 from, float right, float up, float spacin
                        ImGui::GetColorU32(ImVec4(0.1f, 0.1f, 0.1f, strength)));
 }
 
-void drawVelocity(const VelocityField& field) {
+void drawVelocity(const hostkit::VelocityField& field) {
     if (field.bytes.empty()) {
         return;
     }
@@ -58,12 +58,13 @@ void drawVelocity(const VelocityField& field) {
 
 }  // namespace
 
-void drawOverlays(Overlays overlays, const EffectTap& tap, Canvas& canvas, Size screen) {
-    if (overlays.ink && tap.inkTexture() != 0) {
-        canvas.showDensity(tap.inkTexture(), screen);
+void drawOverlays(Overlays overlays, const hostkit::EffectProbe& probe, Canvas& canvas,
+                  Size screen) {
+    if (overlays.ink && probe.inkTexture() != 0) {
+        canvas.showDensity(probe.inkTexture(), screen);
     }
     if (overlays.velocity) {
-        drawVelocity(tap.velocity());
+        drawVelocity(probe.velocity());
     }
 }
 

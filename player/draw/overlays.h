@@ -1,7 +1,7 @@
 #pragma once
 
+#include "hostkit/effect_probe.h"
 #include "player/draw/canvas.h"
-#include "player/effect_tap.h"
 #include "player/size.h"
 
 namespace player {
@@ -15,6 +15,7 @@ struct Overlays {
 };
 
 /// Draws the density at once, and the strokes into the background of the ImGui frame.
-void drawOverlays(Overlays overlays, const EffectTap& tap, Canvas& canvas, Size screen);
+void drawOverlays(Overlays overlays, const hostkit::EffectProbe& probe, Canvas& canvas,
+                  Size screen);
 
 }  // namespace player

@@ -63,13 +63,13 @@ void Session::restart() {
     options.secondBackground = covering(pictures.second, screenSize.width, screenSize.height);
     options.water = waterOf(settings);
     options.renewContext = [this] {
-        tap.forgetInk();
+        probe.forgetInk();
         screen.renewContext();
     };
     host.emplace(std::move(options));
     applied = settings;
     applyLook(settings, host->look());
-    tap.watch(screenSize, !settings.waterOnly);
+    probe.watch(screenSize.width, screenSize.height, !settings.waterOnly);
     rain = {};
     watchForCalm(true);
 }
@@ -82,9 +82,9 @@ void Session::frame(std::span<const ScriptAction> actions, std::chrono::nanoseco
     fall(rain, *host, settings, elapsed);
     host->step(events, elapsed);
     const auto drawStart = steady_clock::now();
-    tap.draw(*host);
+    probe.draw(*host);
     const auto end = steady_clock::now();
-    const auto ready = tap.solverReady().value_or(drawStart);
+    const auto ready = probe.moments().solverDone.value_or(drawStart);
     lastTimes = {milliseconds(drawStart - start), milliseconds(ready - drawStart),
                  milliseconds(end - ready)};
     watchForCalm(disturbed);
@@ -168,7 +168,7 @@ void Session::watchForCalm(bool disturbed) {
         return;
     }
     if (quietFrames >= quietFramesBefore && quietFrames % quietFramesBetween == 0) {
-        Digest picture;
+        hostkit::Digest picture;
         const hostkit::Picture now = shown();
         addBytes(picture, std::as_bytes(std::span(now.rgba)));
         pictureStands = std::exchange(quietPicture, picture.state) == picture.state;

@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "hostkit/effect_host.h"
-#include "player/effect_tap.h"
+#include "hostkit/effect_probe.h"
 #include "player/picture.h"
 #include "player/rain.h"
 #include "player/settings.h"
@@ -51,7 +51,7 @@ public:
     /// Whether another frame would show the same.
     bool calm() const;
     /// What was seen since the last start.
-    const EffectTap& seen() const { return tap; }
+    const hostkit::EffectProbe& seen() const { return probe; }
     const FrameTimes& times() const { return lastTimes; }
     Size size() const { return screenSize; }
     hostkit::Picture shown() const;
@@ -68,7 +68,7 @@ private:
     Backgrounds pictures;
     Settings applied;
     Size screenSize{};
-    EffectTap tap;
+    hostkit::EffectProbe probe;
     std::optional<hostkit::EffectHost> host;
     std::optional<GestureRecording> record;
 

@@ -1,5 +1,5 @@
-#include "bench/reference.h"
 #include "test_memory.h"
+#include "tests/oracle/plain_kernels.h"
 
 namespace velmora::test {
 namespace {

@@ -1,6 +1,6 @@
-#include "bench/reference.h"
 #include "solver/velocity_packing.h"
 #include "test_memory.h"
+#include "tests/oracle/plain_kernels.h"
 
 namespace velmora::test {
 namespace {

@@ -3,10 +3,10 @@
 #include <cstdlib>
 #include <functional>
 
-#include "bench/reference.h"
 #include "simd/flush_subnormals.h"
 #include "solver/velocity_packing.h"
 #include "test_memory.h"
+#include "tests/oracle/plain_kernels.h"
 
 namespace velmora::test {
 namespace {

@@ -1,6 +1,6 @@
-#include "bench/reference.h"
 #include "simd/flush_subnormals.h"
 #include "test_memory.h"
+#include "tests/oracle/plain_kernels.h"
 #include "water/height_field.h"
 #include "water/mesh.h"
 #include "water/ripple.h"

@@ -2,9 +2,9 @@
 
 #include <cstdlib>
 
-#include "bench/reference.h"
 #include "scene.h"
 #include "solver/velocity_packing.h"
+#include "tests/oracle/plain_kernels.h"
 
 // The velocities that each frame of a gesture uploads, beside those of the plain solver.
 

@@ -1,9 +1,12 @@
 #include "hostkit/effect_host.h"
 
+#include <GLES2/gl2.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <utility>
+
+#include "hostkit/effect_probe.h"
 
 namespace hostkit {
 namespace {
@@ -79,6 +82,45 @@ TEST(EffectHost, AReplacedContextDrawsTheSamePictureAndPinnedCopiesToo) {
     EXPECT_NE(host.pixels(), first);
     EXPECT_EQ(host.jni().pinned(), 0);
     EXPECT_TRUE(host.jni().checkGuards().empty());
+}
+
+TEST(EffectProbe, SeesTheFlowTheInkAndTheMomentsOfAFrame) {
+    for (const bool ink : {true, false}) {
+        EffectProbe probe;
+        EffectHost host(small(240, 400, ink));
+        probe.watch(240, 400, ink);
+        probe.draw(host);
+        const Digest still = probe.velocityDigest();
+        host.touch({TouchAction::down, 150, 280, 0.5f});
+        for (int frame = 0; frame < 5; ++frame) {
+            probe.draw(host);
+        }
+        const FrameMoments& moments = probe.moments();
+        EXPECT_LE(moments.begin, moments.firstDraw);
+        EXPECT_EQ(moments.solverDone.has_value(), ink);
+        EXPECT_EQ(probe.inkTexture() != 0, ink);
+        EXPECT_EQ(probe.velocity().bytes.size(), ink ? 20u * 33 * 4 : 0u);
+        EXPECT_EQ(probe.velocityDigest().state != still.state, ink) << "the flow moves";
+        if (!ink) {
+            continue;
+        }
+        EXPECT_LE(moments.begin, moments.solverDone);
+        EXPECT_LE(moments.solverDone, moments.firstDraw);
+        // The texture holds the ink: where the finger is, and not in the other corner.
+        GLuint framebuffer = 0;
+        glGenFramebuffers(1, &framebuffer);
+        glBindFramebuffer(GL_FRAMEBUFFER, framebuffer);
+        glFramebufferTexture2D(GL_FRAMEBUFFER, GL_COLOR_ATTACHMENT0, GL_TEXTURE_2D,
+                               probe.inkTexture(), 0);
+        const auto densityAt = [](int x, int y) {
+            std::uint8_t texel[4] = {};
+            glReadPixels(x * 512 / 240, (400 - y) * 1024 / 400, 1, 1, GL_RGBA, GL_UNSIGNED_BYTE,
+                         texel);
+            return texel[0];
+        };
+        EXPECT_GT(densityAt(150, 280), 20);
+        EXPECT_EQ(densityAt(40, 60), 0);
+    }
 }
 
 }  // namespace

@@ -4,7 +4,7 @@
 #include <functional>
 
 #include "tests/robust/stage.h"
-#include "tests/robust/worker_tap.h"
+#include "tests/robust/worker_interposer.h"
 
 // The solver worker against everything that a host does meanwhile, and the lack of threads.
 
@@ -107,6 +107,22 @@ TEST(Worker, WhatComesWhileAFrameWaitsReachesThatFrameAndItsWorker) {
     for (const auto& act : acts) {
         EXPECT_TRUE(framesAround(false, act) == framesAround(true, act));
     }
+}
+
+// What a host takes for the sign that the solver's step is done.
+TEST(Worker, IsJoinedWhenAFrameBindsItsFirstTexture) {
+    Stage stage;
+    stage.setUp();
+    stage.draw();
+    const int started = threadsStarted;
+    int joinedAtBind = -1;
+    hostkit::glRecorder().inside = [&](const std::string& function) {
+        if (function == "glBindTexture" && joinedAtBind < 0) {
+            joinedAtBind = threadsJoined;
+        }
+    };
+    stage.draw();
+    EXPECT_EQ(joinedAtBind, started);
 }
 
 TEST(Worker, ThreadsThatCannotBeHadAreDoneWithout) {

@@ -5,11 +5,10 @@
 #include <optional>
 #include <vector>
 
+#include "hostkit/digest.h"
 #include "hostkit/effect_host.h"
-#include "player/digest.h"
-#include "player/size.h"
 
-namespace player {
+namespace hostkit {
 
 /// A velocity texture as the library uploaded it, RGBA8, the bottom row first.
 struct VelocityField {
@@ -18,40 +17,50 @@ struct VelocityField {
     std::vector<std::uint8_t> bytes;
 };
 
-/// Sees at the library's GL calls what it draws with. One at a time: it takes the GL recorder.
-class EffectTap {
-public:
-    EffectTap();
-    ~EffectTap();
-    EffectTap(const EffectTap&) = delete;
-    EffectTap& operator=(const EffectTap&) = delete;
+/// When a frame came to each of its parts; those that it has not are missing.
+struct FrameMoments {
+    using Moment = std::optional<std::chrono::steady_clock::time_point>;
+    /// The library's first GL call: the host's own step is done.
+    Moment begin;
+    /// The solver step of the frame before has been waited for; only with ink.
+    Moment solverDone;
+    Moment firstDraw;
+};
 
-    /// Forgets all, for a new host of that screen.
-    void watch(Size screenOfHost, bool hostHasInk);
+/// Sees at the library's GL calls what it draws with. One at a time: it takes the GL recorder.
+class EffectProbe {
+public:
+    EffectProbe();
+    ~EffectProbe();
+    EffectProbe(const EffectProbe&) = delete;
+    EffectProbe& operator=(const EffectProbe&) = delete;
+
+    /// Forgets all, for a new host with a screen of that size in pixels.
+    void watch(int width, int height, bool hostHasInk);
     /// The GL context is lost, and the ink's texture with it.
     void forgetInk() { ink = 0; }
     /// Draws the host's frame.
-    void draw(hostkit::EffectHost& host);
+    void draw(EffectHost& host);
 
     /// Of every velocity texture.
     const Digest& velocityDigest() const { return digest; }
     const VelocityField& velocity() const { return field; }
     /// The GL name of the texture with the ink; 0 before the first frame with ink.
     std::uint32_t inkTexture() const { return ink; }
-    /// When the last frame's velocities were complete; nothing for a frame without.
-    std::optional<std::chrono::steady_clock::time_point> solverReady() const { return ready; }
+    /// Of the last frame.
+    const FrameMoments& moments() const { return lastMoments; }
 
 private:
     void seeCall(const char* function);
     void seeUpload(int width, int height, std::span<const std::uint8_t> bytes);
 
-    Size screen{};
+    int screenWidth = 0, screenHeight = 0;
     bool hasInk = false;
     bool drawing = false;
     Digest digest;
     VelocityField field;
     std::uint32_t ink = 0;
-    std::optional<std::chrono::steady_clock::time_point> ready;
+    FrameMoments lastMoments;
 };
 
-}  // namespace player
+}  // namespace hostkit

@@ -8,6 +8,7 @@
 #include <span>
 #include <vector>
 
+#include "hostkit/digest.h"
 #include "simd/flush_subnormals.h"
 #include "solver/solver_step.h"
 #include "water/height_field.h"
@@ -29,7 +30,7 @@ constexpr std::uint64_t dyingDigest =
 /// No number of a lively run but 0 lies below: what is multiplied with it stays far from subnormal.
 constexpr float livelyLeast = 1e-20f;
 
-/// FNV-1a, 64 bits, over the bytes of what the run leaves.
+/// Over the bytes of what the run leaves.
 class Digest {
 public:
     template <class T>
@@ -39,18 +40,15 @@ public:
                 least_ = value == 0.0f ? least_ : std::min(least_, std::abs(value));
             }
         }
-        for (const std::uint8_t byte :
-             std::span{reinterpret_cast<const std::uint8_t*>(values.data()), values.size_bytes()}) {
-            value_ = (value_ ^ byte) * 0x100000001b3u;
-        }
+        addBytes(bytes_, std::as_bytes(values));
     }
-    std::uint64_t value() const { return value_; }
+    std::uint64_t value() const { return bytes_.state; }
     /// The smallest magnitude of a number but 0.
     float least() const { return least_; }
 
 private:
     float least_ = std::numeric_limits<float>::infinity();
-    std::uint64_t value_ = 0xcbf29ce484222325u;
+    hostkit::Digest bytes_;
 };
 
 void runMesh(Digest& digest) {

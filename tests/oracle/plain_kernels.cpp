@@ -1,4 +1,4 @@
-#include "bench/reference.h"
+#include "tests/oracle/plain_kernels.h"
 
 #include <algorithm>
 #include <cmath>

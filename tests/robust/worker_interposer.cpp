@@ -1,4 +1,4 @@
-#include "tests/robust/worker_tap.h"
+#include "tests/robust/worker_interposer.h"
 
 #include <dlfcn.h>
 #include <pthread.h>

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <cinttypes>
+#include <cstddef>
+#include <cstdint>
+#include <cstdio>
+#include <span>
+#include <string>
+
+namespace hostkit {
+
+/// A running 64-bit FNV-1a digest of bytes.
+struct Digest {
+    std::uint64_t state = 0xCBF29CE484222325;
+};
+
+inline void addBytes(Digest& digest, std::span<const std::byte> bytes) {
+    for (const std::byte byte : bytes) {
+        digest.state = (digest.state ^ std::to_integer<std::uint64_t>(byte)) * 0x100000001B3;
+    }
+}
+
+/// Sixteen hexadecimal digits.
+inline std::string hex(const Digest& digest) {
+    char digits[17];
+    std::snprintf(digits, sizeof digits, "%016" PRIx64, digest.state);
+    return digits;
+}
+
+}  // namespace hostkit
