@@ -585,7 +585,8 @@ GLint GL_APIENTRY glGetUniformLocation(GLuint program, const GLchar* name) {
     HOSTKIT_REAL(glGetUniformLocation);
     const bool seen = enter("glGetUniformLocation");
     const GLint location = real(program, name);
-    if (seen && location >= 0) {
+    if (seen) {
+        // Of those that the compiler has dropped, which share a location, the last asked for.
         knowledge().uniforms[{program, location}] = name;
     }
     if (seen && glRecorder().recording) {

@@ -3,11 +3,13 @@
 #include <algorithm>
 #include <cmath>
 
-#include "scene.h"
+#include "tests/host/test_host.h"
 
 // What the shaders compute with, in double arithmetic.
 
 namespace gltest {
+
+using namespace testhost;
 
 struct Point {
     double x, y;

@@ -103,13 +103,13 @@ struct InkShaders : testing::Test {
     };
     using Events = std::vector<Event>;
 
-    InkShaders() { scene.setUp(); }
+    InkShaders() { host.setUp(); }
     void play(const Events& events, int frames, int x = 0, int y = 0) {
         for (const Event& event : events) {
-            scene.touch(x + event.x, y + event.y, event.action);
+            host.touch(x + event.x, y + event.y, event.action);
         }
         for (int frame = 0; frame < frames; ++frame) {
-            scene.draw();
+            host.draw();
         }
     }
     /// Draws a frame of which each pass reads smooth ink and this flow; compares each with its
@@ -118,7 +118,7 @@ struct InkShaders : testing::Test {
         const Image ink = smoothInk(), velocity = velocities(isStill ? 0 : 1);
         Shader shader;
         int pass = 0;
-        scene.recorder.inside = [&](const std::string& function) {
+        host.recorder.inside = [&](const std::string& function) {
             const bool advects = pass < 4;
             if (function == "glDrawArrays") {
                 overwrite(advects ? GL_TEXTURE1 : GL_TEXTURE0, ink.width, ink.height, ink.rgba);
@@ -133,11 +133,11 @@ struct InkShaders : testing::Test {
                 shader = nullptr;
             }
         };
-        scene.draw();
-        scene.recorder.inside = nullptr;
+        host.draw();
+        host.recorder.inside = nullptr;
         EXPECT_EQ(pass, 5);
     }
-    Scene scene{screenWidth, screenHeight, true};
+    TestHost host{screenWidth, screenHeight};
 };
 
 TEST_F(InkShaders, EachPassOfAFrameComputesItsShader) {
@@ -163,7 +163,7 @@ TEST_F(InkShaders, EachPassOfAFrameComputesItsShader) {
         SCOPED_TRACE(c.name);
         play(c.events, c.framesBefore);
         expectPasses(c.isStill);
-        scene.touch(0, 0, Cancel);
+        host.touch(0, 0, Cancel);
     }
 }
 
@@ -176,7 +176,7 @@ TEST_F(InkShaders, OnlyTouchesMoreThanTheMarginFromEveryEdgeDeposit) {
                  {"slow", {{-4, 0, Down}, {-1, 0, Move}, {0, 0, Move}}, 12},
                  {"medium", {{-6, 0, Down}, {-3, 0, Move}, {0, 0, Move}}, 10},
                  {"fast", {{-23, 0, Down}, {-20, 0, Move}, {0, 0, Move}}, 60}};
-    scene.rasteriseNothing();
+    host.rasterise(0);
     for (const auto& c : cases) {
         const int m = c.margin, right = screenWidth - m, bottom = screenHeight - m;
         for (const int inside : {0, 1}) {
@@ -188,12 +188,12 @@ TEST_F(InkShaders, OnlyTouchesMoreThanTheMarginFromEveryEdgeDeposit) {
                              std::to_string(y));
                 // The margin of a mode holds from the second frame in that mode on.
                 play(c.events, 2, x, y);
-                scene.arguments.inkGreen = inside ? 0.5f : 0.0f;
-                auto uniforms = scene.uniformsOfFrame();
+                host.arguments.inkGreen = inside ? 0.5f : 0.0f;
+                auto uniforms = host.uniformsOfFrame();
                 EXPECT_EQ(uniforms.contains("impulse.mode"), inside);
                 EXPECT_EQ(uniforms["water.ink_color"],
                           inside ? "3.9966664, 1.7254544, 0.499" : "3.9966664, 28.98, 0.499");
-                scene.touch(0, 0, Cancel);
+                host.touch(0, 0, Cancel);
             }
         }
     }

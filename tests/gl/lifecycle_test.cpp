@@ -7,26 +7,29 @@
 #include <cstdlib>
 #include <numeric>
 
-#include "scene.h"
+#include "tests/host/test_host.h"
 
 // What the library keeps: sizes and textures.
 
 namespace gltest {
 namespace {
 
+using namespace testhost;
+using hostkit::GlKind;
+
 constexpr int screenWidth = 540;
 constexpr int screenHeight = 960;
 
 TEST(Settings, AloneResizeNothing) {
-    Scene scene(screenWidth, screenHeight, true);
-    scene.setUp();
-    scene.rasteriseNothing();
+    TestHost host(screenWidth, screenHeight);
+    host.setUp();
+    host.rasterise(0);
     const int sizes[][2] = {{1080, 1920}, {60, 60}, {1920, 1080}, {0, 0}, {-7, 100000}};
     for (const auto& [width, height] : sizes) {
-        scene.setting(width, height, true);
+        host.setting(width, height, true);
         for (int frame = 0; frame < 6; ++frame) {
-            scene.touch(width / 2, height / 2 + 12 * frame, frame == 0 ? Down : Move);
-            EXPECT_EQ(scene.recordedFrame().find("glGen"), std::string::npos);
+            host.touch(width / 2, height / 2 + 12 * frame, frame == 0 ? Down : Move);
+            EXPECT_EQ(host.recordedFrame().find("glGen"), std::string::npos);
         }
     }
 }
@@ -45,20 +48,20 @@ TEST(Settings, OfAnySizeGiveTargetsThatFit) {
                  {-12, 960, nullptr, "512, 1024"},
                  {960, -12, nullptr, "1024, 512"},
                  {INT_MAX, INT_MIN, nullptr, "1024, 512"}};
-    Scene scene(screenWidth, screenHeight, true);
-    scene.setUp();
-    scene.rasteriseNothing();
+    TestHost host(screenWidth, screenHeight);
+    host.setUp();
+    host.rasterise(0);
     for (const auto& c : cases) {
         SCOPED_TRACE(std::to_string(c.width) + " x " + std::to_string(c.height));
-        scene.setting(c.width, c.height, true);
-        const std::string calls = scene.initGpu();
+        host.setting(c.width, c.height, true);
+        const std::string calls = host.initGpu();
         for (const char* const size : {c.velocity, c.ink}) {
             const std::string image = "GL_RGBA, " + std::string(size ? size : "") + ", 0, GL_RGBA";
             EXPECT_EQ(calls.find(image) != std::string::npos, size != nullptr);
         }
-        EXPECT_EQ(scene.recorder.count("glTexImage2D"), c.velocity ? 3 : 2);
-        scene.draw();
-        scene.draw();
+        EXPECT_EQ(host.recorder.count("glTexImage2D"), c.velocity ? 3 : 2);
+        host.draw();
+        host.draw();
     }
 }
 
@@ -78,21 +81,21 @@ TEST(Shaders, EachFragmentShaderBeginsWithItsPrecision) {
 }
 
 struct Textures : testing::Test {
-    Textures() { scene.setUp(); }
+    Textures() { host.setUp(false); }
     /// The result of loading, with the library's calls on record and the pixels unlocked again.
     jint load(StandInBitmap loaded, int index) {
         jint result = 0;
-        scene.recorder.record([&] {
-            result =
-                native::LoadTextures(scene.env, nullptr, reinterpret_cast<jobject>(&loaded), index);
+        host.recorder.record([&] {
+            result = host.native().LoadTextures(host.env, nullptr,
+                                                reinterpret_cast<jobject>(&loaded), index);
         });
         EXPECT_EQ(loaded.lockCount, 0);
-        EXPECT_EQ(scene.recorder.alive[GlKind::texture].size(), 3u);
+        EXPECT_EQ(host.recorder.alive[GlKind::texture].size(), 3u);
         return result;
     }
     Bytes pixels = Bytes(6 * 3 * 4);
     StandInBitmap bitmap{{5, 3, 5 * 4, ANDROID_BITMAP_FORMAT_RGBA_8888, 0}, pixels.data()};
-    Scene scene{screenWidth, screenHeight, false};
+    TestHost host{screenWidth, screenHeight};
 };
 
 TEST_F(Textures, WhatCannotBeLoadedLeavesTheSlot) {
@@ -100,7 +103,7 @@ TEST_F(Textures, WhatCannotBeLoadedLeavesTheSlot) {
         StandInBitmap other = bitmap;
         change(other);
         EXPECT_EQ(load(other, index), result);
-        EXPECT_TRUE(scene.recorder.calls.empty());
+        EXPECT_TRUE(host.recorder.calls.empty());
     };
     expectRefused(-2, 1, [](StandInBitmap& b) { b.getInfoResult = -2; });
     expectRefused(-3, 1, [](StandInBitmap& b) { b.lockResult = -3; });
@@ -124,8 +127,8 @@ TEST_F(Textures, PaddedRowsAreUploadedWithoutTheirPadding) {
     bitmap.pixels = pixels.data();
     EXPECT_EQ(load(bitmap, 2), 0);
     const auto upload =
-        std::ranges::find(scene.recorder.calls, "glTexImage2D", &hostkit::GlCall::function);
-    ASSERT_NE(upload, scene.recorder.calls.end());
+        std::ranges::find(host.recorder.calls, "glTexImage2D", &hostkit::GlCall::function);
+    ASSERT_NE(upload, host.recorder.calls.end());
     EXPECT_EQ(upload->bytes, tight);
     bitmap.unlockResult = -1;
     EXPECT_EQ(load(bitmap, 2), -1);

@@ -1,13 +1,15 @@
 #include <gtest/gtest.h>
 
-#include <sstream>
+#include <source_location>
 
-#include "scene.h"
+#include "tests/host/test_host.h"
 
 // What each frame of a gesture hands to the ink, seen in the uniforms of its passes.
 
 namespace gltest {
 namespace {
+
+using namespace testhost;
 
 constexpr int screenHeight = 960;
 
@@ -15,193 +17,255 @@ struct Point {
     int x = 0, y = 0;  // screen pixels, y down
 };
 
-std::istream& operator>>(std::istream& in, Point& point) {
-    char comma = 0;
-    return in >> point.x >> comma >> point.y;
-}
-
 std::string glPoint(Point p) {
     return std::to_string(p.x) + ", " + std::to_string(screenHeight - p.y);
 }
 
-/// One gesture, played from a text of events and of the frames between them:
-///   down X,Y                the event; so are up, move, cancel and other, an unknown action
-///   pressure P              of the events that follow
-///   clear                   clearInkValue
-///   tap N M X,Y DX,DY       the frames in which the press counter is N to M, after a movement
-///   stroke MODE RADIUS DENSITY X,Y X,Y
-///   again N                 frames as the last one
-///   rest N, fade N          frames without ink, before and from the time of the fade
-struct Gesture {
-    Scene& scene;
-    Point touch{};
-    float pressure = 1;
-    bool isShown = true;
-    std::string stroke{};
-    // What the last frame has left for the next one's advection.
-    int drag = -1;
-    float dissipation = 0.99f, step = 1;
+/// A stroke as its uniforms show it.
+struct Stroke {
+    int mode;
+    const char *radius, *density;
+};
+constexpr Stroke slow = {0, "48", "100"}, medium = {1, "25", "150"}, fast = {2, "30", "40"};
 
+/// One gesture on a library of its own, played as it is written down: events, and the frames
+/// between them with what they must show. The line that begins it is named where one fails.
+class Gesture {
+public:
+    Gesture(std::source_location at = std::source_location::current())
+        : trace(at.file_name(), static_cast<int>(at.line()), "gesture") {
+        host.setUp();
+        host.rasterise(0);
+    }
+    ~Gesture() { advectedFrame(); }
+    Gesture(const Gesture&) = delete;
+    Gesture& operator=(const Gesture&) = delete;
+
+    // Events, and the pressure of those that follow.
+    Gesture& down(Point at) { return event(at, Down); }
+    Gesture& up(Point at) { return event(at, Up); }
+    Gesture& move(Point at) { return event(at, Move); }
+    Gesture& cancel(Point at) { return event(at, Cancel); }
+    Gesture& unknownAction(Point at) { return event(at, 9); }
+    Gesture& withPressure(float chosen) {
+        pressure = chosen;
+        return *this;
+    }
+    Gesture& clear() {
+        host.clear();
+        isShown = false;
+        drag = 0;
+        dissipation = 0;
+        return *this;
+    }
+
+    /// The frames in which the press counter is `first` to `last`, after a movement.
+    Gesture& tapFrames(int first, int last, Point at, Point delta = {}) {
+        for (int n = first; n <= last; ++n) {
+            stroke = n < 10 ? "-1 " + std::to_string(8 * n) + " 200 " +
+                                  glPoint({at.x - delta.x, at.y - delta.y}) + " " + glPoint(at)
+                            : "";
+            frames(1, -1, 0.99f, n < 10 ? static_cast<float>(n) * 0.1f : 1);
+        }
+        return *this;
+    }
+    Gesture& strokeFrame(const Stroke& expected, Point from, Point to) {
+        stroke = std::to_string(expected.mode) + " " + expected.radius + " " + expected.density +
+                 " " + glPoint(from) + " " + glPoint(to);
+        return frames(1, expected.mode, 0.99f);
+    }
+    Gesture& sameFrames(int count) { return frames(count, drag, dissipation); }
+    /// Without ink, before and from the time of the fade.
+    Gesture& restFrames(int count) {
+        stroke.clear();
+        return frames(count, drag, dissipation);
+    }
+    Gesture& fadeFrames(int count) {
+        stroke.clear();
+        return frames(count, drag, 0.9625f);
+    }
+
+private:
+    Gesture& event(Point at, jint action) {
+        touch = at;
+        host.touch(at.x, at.y, action, pressure);
+        isShown = action != Cancel;
+        return *this;
+    }
     /// Draws a frame, which must advect with what the last one left; returns its uniforms.
     std::map<std::string, std::string> advectedFrame() {
-        auto uniforms = scene.uniformsOfFrame();
+        auto uniforms = host.uniformsOfFrame();
         EXPECT_EQ(uniforms["advect.center"], glPoint(touch));
         EXPECT_EQ(uniforms["advect.drag"], std::to_string(drag));
         EXPECT_EQ(std::stof(uniforms["advect.Dissipation"]), dissipation);
         EXPECT_EQ(std::stof(uniforms["advect.BackwardStepSize"]), step);
         return uniforms;
     }
-    void frame() {
-        auto uniforms = advectedFrame();
-        std::string found = uniforms["impulse.mode"];
-        for (const char* const name : {"Radius", "ImpulseDensity", "previous", "current"}) {
-            found += found.empty() ? "" : " " + uniforms[std::string("impulse.") + name];
-        }
-        EXPECT_EQ(found, stroke);
-        EXPECT_EQ(uniforms["water.intensity"], isShown ? "0.02" : "0");
-        EXPECT_EQ(native::getClearInkValue(scene.env, nullptr), isShown);
-    }
     /// Frames that leave what they are told to.
-    void frames(int count, int dragLeft, float dissipationLeft, float stepLeft = 1) {
+    Gesture& frames(int count, int dragLeft, float dissipationLeft, float stepLeft = 1) {
         for (; count > 0; --count) {
-            frame();
+            auto uniforms = advectedFrame();
+            std::string found = uniforms["impulse.mode"];
+            for (const char* const name : {"Radius", "ImpulseDensity", "previous", "current"}) {
+                found += found.empty() ? "" : " " + uniforms[std::string("impulse.") + name];
+            }
+            EXPECT_EQ(found, stroke);
+            EXPECT_EQ(uniforms["water.intensity"], isShown ? "0.02" : "0");
+            EXPECT_EQ(host.shownInk(), isShown);
             drag = dragLeft;
             dissipation = dissipationLeft;
             step = stepLeft;
         }
+        return *this;
     }
-    void playStroke(std::istream& words) {
-        std::string mode, radius, density;
-        Point from, to;
-        words >> mode >> radius >> density >> from >> to;
-        stroke = mode + " " + radius + " " + density + " " + glPoint(from) + " " + glPoint(to);
-        frames(1, std::stoi(mode), 0.99f);
-    }
-    void playTap(std::istream& words) {
-        int n = 0, last = 0;
-        Point at, delta;
-        for (words >> n >> last >> at >> delta; n <= last; ++n) {
-            stroke = n < 10 ? "-1 " + std::to_string(8 * n) + " 200 " +
-                                  glPoint({at.x - delta.x, at.y - delta.y}) + " " + glPoint(at)
-                            : "";
-            frames(1, -1, 0.99f, n < 10 ? static_cast<float>(n) * 0.1f : 1);
-        }
-    }
-    void play(const std::string& text) {
-        SCOPED_TRACE(text);
-        const std::map<std::string, jint> actions = {
-            {"down", Down}, {"up", Up}, {"move", Move}, {"cancel", Cancel}, {"other", 9}};
-        std::istringstream words(text);
-        std::string number;
-        for (std::string word; words >> word;) {
-            if (const auto action = actions.find(word); action != actions.end()) {
-                words >> touch;
-                scene.touch(touch.x, touch.y, action->second, pressure);
-                isShown = action->second != Cancel;
-            } else if (word == "clear") {
-                native::clearInkValue(scene.env, nullptr);
-                isShown = false;
-                drag = 0;
-                dissipation = 0;
-            } else if (word == "tap") {
-                playTap(words);
-            } else if (word == "stroke") {
-                playStroke(words);
-            } else if (words >> number; word == "pressure") {
-                pressure = std::stof(number);
-            } else {
-                stroke = word == "again" ? stroke : "";
-                frames(std::stoi(number), drag, word == "fade" ? 0.9625f : dissipation);
-            }
-        }
-        advectedFrame();
-    }
+
+    testing::ScopedTrace trace;
+    TestHost host{540, screenHeight};
+    Point touch{};
+    float pressure = 1;
+    bool isShown = true;
+    std::string stroke;
+    // What the last frame, or the settings, have left for the next one's advection.
+    int drag = 0;
+    float dissipation = 0.96f, step = 1;
 };
 
-struct TouchTimeline : testing::Test {
-    TouchTimeline() {
-        scene.setUp();
-        scene.rasteriseNothing();
-    }
-    /// A whole tap at (0, 0), so that no counter of an earlier gesture is left, and the gesture.
-    void play(const std::string& text) {
-        for (const jint action : {Cancel, Down, Move, Up}) {
-            scene.touch(0, 0, action);
-        }
-        for (int frame = 0; frame < 13; ++frame) {
-            scene.draw();
-        }
-        Gesture{scene}.play(text);
-    }
-    Scene scene{540, screenHeight, true};
-};
+constexpr Point start = {200, 300}, close = {205, 300}, further = {210, 300};
 
-TEST_F(TouchTimeline, EachFrameOfEachGesture) {
-    // 13 frames, then the fade at the 35th idle frame
-    play("down 200,300 tap 0 12 200,300 0,0 rest 33 fade 3");
+TEST(TouchTimeline, ATapLastsThirteenFramesAndFadesAtTheThirtyFifthIdleOne) {
+    Gesture().down(start).tapFrames(0, 12, start).restFrames(33).fadeFrames(3);
     // a second tap starts again at 1
-    play("down 200,300 tap 0 3 200,300 0,0 down 205,300 tap 1 12 205,300 0,0");
+    Gesture().down(start).tapFrames(0, 3, start).down(close).tapFrames(1, 12, close);
     // a lifted finger leaves the tap alone
-    play("down 200,300 tap 0 2 200,300 0,0 up 200,300 tap 3 12 200,300 0,0 rest 2");
-    const std::string held =
-        "down 200,300 move 205,300 move 210,300 stroke 1 25 150 200,300 210,300 "
-        "stroke 1 25 150 210,300 210,300 ";
-    // a short drag ends as a tap, a long one at once
-    play(held + "again 7 up 210,300 tap 0 12 210,300 0,0 rest 2");
-    play(held + "again 8 up 210,300 tap 20 20 210,300 0,0 rest 2");
-    // a short drag with a last jump
-    play(
-        "down 200,300 tap 0 2 200,300 0,0 move 205,300 move 210,300 "
-        "stroke 1 25 150 200,300 210,300 up 250,309 tap 3 12 250,309 40,9 rest 1");
-    // a held finger that trembles; then any move drags
-    play(
-        "down 200,300 tap 0 1 200,300 0,0 move 202,300 tap 2 14 202,300 2,0 "
-        "move 202,300 move 203,300 stroke 0 48 100 200,300 203,300 "
-        "stroke 0 48 100 203,300 203,300 up 200,300 tap 20 20 200,300 0,0 rest 1");
-    // the twelfth frame holds, the eleventh does not
-    play(
-        "down 200,300 tap 0 10 200,300 0,0 move 200,300 tap 11 11 200,300 0,0 "
-        "move 200,300 move 200,300 stroke 0 48 100 200,300 200,300");
-    // moves after the press ended are not seen
-    play(
-        "down 200,300 tap 0 12 200,300 0,0 rest 1 move 205,300 rest 1 move 300,300 rest 1 "
-        "up 210,300 rest 1 other 205,300 rest 2");
-    // cancel in a drag hides the ink until the next event
-    play(held + "cancel 210,300 rest 2 up 210,300 rest 2");
-    // cancel in a press sets its counter back, and so does clear, which empties too
-    play(
-        "down 200,300 tap 0 4 200,300 0,0 cancel 200,300 rest 2 down 205,300 tap 0 12 205,300 0,0");
-    play("down 200,300 tap 0 4 200,300 0,0 clear rest 2 down 205,300 tap 0 3 205,300 0,0");
-    // an unknown action in a drag is measured, in a press it is not
-    play(
-        "down 200,300 tap 0 0 200,300 0,0 other 250,300 tap 1 1 250,300 0,0 "
-        "move 254,300 other 274,300 stroke 2 30 40 200,300 274,300");
+    Gesture().down(start).tapFrames(0, 2, start).up(start).tapFrames(3, 12, start).restFrames(2);
 }
 
-TEST_F(TouchTimeline, SpeedAndPressureOfADrag) {
-    for (const char* const measured : {"move 207,300 stroke 0 48 100 200,300 207,300",
-                                       "pressure 0 move 205,302 stroke 0 0 100 200,300 205,302",
-                                       "pressure 0.5 move 205,300 stroke 0 18 100 200,300 205,300",
-                                       "pressure nan move 205,300 stroke 0 0 100 200,300 205,300",
-                                       "pressure -3 move 205,300 stroke 0 0 100 200,300 205,300",
-                                       "move 205,297 stroke 1 25 150 200,300 205,297",
-                                       "move 199,308 stroke 1 25 150 200,300 199,308",
-                                       "move 216,300 stroke 2 30 40 200,300 216,300",
-                                       "pressure 0 move 198,292 stroke 2 30 40 200,300 198,292"}) {
-        play(std::string("down 200,300 move 205,300 ") + measured);
+TEST(TouchTimeline, ADragFromItsFirstMeasuredMoveToItsEnd) {
+    const auto held = [](Gesture&& gesture) -> Gesture& {
+        return gesture.down(start)
+            .move(close)
+            .move(further)
+            .strokeFrame(medium, start, further)
+            .strokeFrame(medium, further, further);
+    };
+    // a short drag ends as a tap, a long one at once
+    held({}).sameFrames(7).up(further).tapFrames(0, 12, further).restFrames(2);
+    held({}).sameFrames(8).up(further).tapFrames(20, 20, further).restFrames(2);
+    // cancel in a drag hides the ink until the next event
+    held({}).cancel(further).restFrames(2).up(further).restFrames(2);
+}
+
+TEST(TouchTimeline, APressBecomesADragOrEndsWithoutOne) {
+    // a short drag with a last jump
+    Gesture()
+        .down(start)
+        .tapFrames(0, 2, start)
+        .move(close)
+        .move(further)
+        .strokeFrame(medium, start, further)
+        .up({250, 309})
+        .tapFrames(3, 12, {250, 309}, {40, 9})
+        .restFrames(1);
+    // a held finger that trembles; then any move drags
+    Gesture()
+        .down(start)
+        .tapFrames(0, 1, start)
+        .move({202, 300})
+        .tapFrames(2, 14, {202, 300}, {2, 0})
+        .move({202, 300})
+        .move({203, 300})
+        .strokeFrame(slow, start, {203, 300})
+        .strokeFrame(slow, {203, 300}, {203, 300})
+        .up(start)
+        .tapFrames(20, 20, start)
+        .restFrames(1);
+    // the twelfth frame holds, the eleventh does not
+    Gesture()
+        .down(start)
+        .tapFrames(0, 10, start)
+        .move(start)
+        .tapFrames(11, 11, start)
+        .move(start)
+        .move(start)
+        .strokeFrame(slow, start, start);
+    // moves after the press ended are not seen
+    Gesture()
+        .down(start)
+        .tapFrames(0, 12, start)
+        .restFrames(1)
+        .move(close)
+        .restFrames(1)
+        .move({300, 300})
+        .restFrames(1)
+        .up(further)
+        .restFrames(1)
+        .unknownAction(close)
+        .restFrames(2);
+}
+
+TEST(TouchTimeline, CancelAndClearSetAPressBack) {
+    Gesture()
+        .down(start)
+        .tapFrames(0, 4, start)
+        .cancel(start)
+        .restFrames(2)
+        .down(close)
+        .tapFrames(0, 12, close);
+    // clear empties, too
+    Gesture()
+        .down(start)
+        .tapFrames(0, 4, start)
+        .clear()
+        .restFrames(2)
+        .down(start)
+        .tapFrames(0, 3, start);
+}
+
+TEST(TouchTimeline, AnUnknownActionIsMeasuredInADragAndNotInAPress) {
+    Gesture()
+        .down(start)
+        .tapFrames(0, 0, start)
+        .unknownAction({250, 300})
+        .tapFrames(1, 1, {250, 300})
+        .move({254, 300})
+        .unknownAction({274, 300})
+        .strokeFrame(fast, start, {274, 300});
+}
+
+TEST(TouchTimeline, SpeedAndPressureOfADrag) {
+    const struct {
+        float pressure;
+        Point to;
+        Stroke expected;
+    } moves[] = {{1, {207, 300}, slow},
+                 {0, {205, 302}, {0, "0", "100"}},
+                 {0.5f, {205, 300}, {0, "18", "100"}},
+                 {std::nanf(""), {205, 300}, {0, "0", "100"}},
+                 {-3, {205, 300}, {0, "0", "100"}},
+                 {1, {205, 297}, medium},
+                 {1, {199, 308}, medium},
+                 {1, {216, 300}, fast},
+                 {0, {198, 292}, fast}};
+    for (const auto& [pressure, to, expected] : moves) {
+        SCOPED_TRACE(std::to_string(to.x) + ", " + std::to_string(to.y));
+        Gesture().down(start).move(close).withPressure(pressure).move(to).strokeFrame(expected,
+                                                                                      start, to);
     }
 }
 
-TEST_F(TouchTimeline, TheInkTakesTheColourOfTheFrameOfItsStroke) {
-    const auto shown = [this] { return scene.uniformsOfFrame()["water.ink_color"]; };
-    FrameArguments& a = scene.arguments;
+TEST(TouchTimeline, TheInkTakesTheColourOfTheFrameOfItsStroke) {
+    TestHost host(540, screenHeight);
+    host.setUp();
+    host.rasterise(0);
+    const auto shown = [&host] { return host.uniformsOfFrame()["water.ink_color"]; };
+    FrameArguments& a = host.arguments;
     a.inkRed = a.inkGreen = a.inkBlue = 0.95f;
     EXPECT_EQ(shown(), "0.499, 0.499, 0.499");  // as set at the start
-    scene.touch(200, 300, Down);
+    host.touch(200, 300, Down);
     EXPECT_EQ(shown(), "0.499, 0.499, 0.499");  // 0.95 deposits 1
     a.inkGreen = 0;
     EXPECT_EQ(shown(), "0.499, 28.98, 0.499");
-    scene.touch(200, 300, Cancel);
+    host.touch(200, 300, Cancel);
     a.inkGreen = 0.5f;
     EXPECT_EQ(shown(), "0.499, 28.98, 0.499");
 }

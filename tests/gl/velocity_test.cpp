@@ -2,14 +2,16 @@
 
 #include <cstdlib>
 
-#include "scene.h"
 #include "solver/velocity_packing.h"
+#include "tests/host/test_host.h"
 #include "tests/oracle/plain_kernels.h"
 
 // The velocities that each frame of a gesture uploads, beside those of the plain solver.
 
 namespace gltest {
 namespace {
+
+using namespace testhost;
 
 constexpr int screenWidth = 540, screenHeight = 960;
 constexpr int columns = 45, rows = 80;
@@ -53,21 +55,20 @@ const std::vector<GestureFrame> gesture = {
 /// What the library uploads in the frames of the gesture and in one more.
 std::vector<Bytes> uploadsOfLibrary() {
     std::vector<Bytes> uploads;
-    Scene scene(screenWidth, screenHeight, true);
-    scene.setUp();
-    scene.rasteriseNothing();
-    scene.recorder.textureUpload = [&](int, int, std::span<const std::uint8_t> rgba) {
+    TestHost host(screenWidth, screenHeight);
+    host.setUp();
+    host.rasterise(0);
+    host.recorder.textureUpload = [&](int, int, std::span<const std::uint8_t> rgba) {
         uploads.emplace_back(rgba.begin(), rgba.end());
     };
     std::srand(1);
     for (const GestureFrame& frame : gesture) {
         for (const Touch& touch : frame.events) {
-            scene.touch(touch.x, touch.y, touch.action, pressure);
+            host.touch(touch.x, touch.y, touch.action, pressure);
         }
-        scene.draw();
+        host.draw();
     }
-    scene.draw();
-    scene.setting(screenWidth, screenHeight, true);  // waits for the last step
+    host.draw();
     return uploads;
 }
 

@@ -13,6 +13,8 @@ namespace gltest {
 namespace {
 
 constexpr int screenWidth = 120, screenHeight = 180;
+constexpr int meshColumns = shearedMesh.columns, meshRows = shearedMesh.rows;
+constexpr int meshWidth = shearedMesh.width, meshHeight = shearedMesh.height;
 
 using Vector = std::array<double, 3>;
 
@@ -44,15 +46,15 @@ Vector transformed(std::span<const float> m, Vector v) {
             dot(vectorAt(m, 2, 4), v) + move[2]};
 }
 
-Vertex vertexStage(const Scene& scene, std::size_t index) {
-    const auto matrix = JniEnvironment::elements(scene.matrix);
-    const auto [x, y, flat] = vectorAt(JniEnvironment::elements(scene.positions), index * 3);
-    const auto [h, hRight, hUpper] = vectorAt(JniEnvironment::elements(scene.heights), index * 3);
+Vertex vertexStage(const TestHost& host, std::size_t index) {
+    const auto matrix = JniEnvironment::elements(host.matrix);
+    const auto [x, y, flat] = vectorAt(JniEnvironment::elements(host.positions), index * 3);
+    const auto [h, hRight, hUpper] = vectorAt(JniEnvironment::elements(host.heights), index * 3);
     const double z = h * 0.25;
     const Vector n = normalized({(h - hRight) * 0.25, (h - hUpper) * 0.25, 1});
     const Vector d = normalized({x, y, z + 30});
     const double t =
-        dot(d, {n[0], n[1], 1}) * (static_cast<double>(scene.arguments.refractiveIndex) - 1.0);
+        dot(d, {n[0], n[1], 1}) * (static_cast<double>(host.arguments.refractiveIndex) - 1.0);
     const double reach = (30.9 - z) / d[2];
     const Vector place = transformed(matrix, {x, y, flat}), light = transformed(matrix, {5, -5, 1});
     const Vector eye = normalized({-place[0], -place[1], 1 - place[2]});
@@ -69,8 +71,8 @@ Vertex vertexStage(const Scene& scene, std::size_t index) {
 }
 
 /// The light of a pixel before the ink darkens it.
-Vector light(const Scene& scene, const Vertex& at, double specularLimit) {
-    const FrameArguments& a = scene.arguments;
+Vector light(const TestHost& host, const Vertex& at, double specularLimit) {
+    const FrameArguments& a = host.arguments;
     static const Image sheenPicture{pictureSize, pictureSize, smoothPicture(0)};
     static const Image backgrounds[2] = {{pictureSize, pictureSize, smoothPicture(5)},
                                          {pictureSize, pictureSize, smoothPicture(10)}};
@@ -93,9 +95,9 @@ Vector light(const Scene& scene, const Vertex& at, double specularLimit) {
 
 /// The vertex record at a place in clip space, interpolated in the triangle that holds it; none
 /// outside of the mesh.
-std::optional<Vertex> interpolated(const Scene& scene, const std::vector<Vertex>& vertices,
+std::optional<Vertex> interpolated(const TestHost& host, const std::vector<Vertex>& vertices,
                                    Point p) {
-    const auto m = JniEnvironment::elements(scene.matrix);
+    const auto m = JniEnvironment::elements(host.matrix);
     const Vector right = vectorAt(m, 0), up = vectorAt(m, 4), move = vectorAt(m, 12);
     const double dx = p.x - move[0], dy = p.y - move[1];
     const double area = right[0] * up[1] - up[0] * right[1];
@@ -118,34 +120,34 @@ std::optional<Vertex> interpolated(const Scene& scene, const std::vector<Vertex>
 
 /// Draws a frame over a colour that no water has and compares the picture with the shaders. `ink`
 /// is what the water finds, none without ink; `absorption` what full ink takes from each channel.
-void expectPicture(Scene& scene, const Image* ink = nullptr, double intensity = 0,
+void expectPicture(TestHost& host, const Image* ink = nullptr, double intensity = 0,
                    Vector absorption = {}) {
     glClearColor(0.9f, 0.1f, 0.9f, 1);
     glClear(GL_COLOR_BUFFER_BIT);
-    scene.recorder.inside = [&](const std::string& function) {
+    host.recorder.inside = [&](const std::string& function) {
         if (ink && function == "glDrawElements") {
             overwrite(GL_TEXTURE2, ink->width, ink->height, ink->rgba);
         }
     };
-    scene.draw();
-    scene.recorder.inside = nullptr;
+    host.draw();
+    host.recorder.inside = nullptr;
     Image picture{screenWidth, screenHeight, Bytes(std::size_t{screenWidth} * screenHeight * 4)};
     glReadPixels(0, 0, screenWidth, screenHeight, GL_RGBA, GL_UNSIGNED_BYTE, picture.rgba.data());
     std::vector<Vertex> vertices;
     for (std::size_t index = 0; index < meshColumns * meshRows; ++index) {
-        vertices.push_back(vertexStage(scene, index));
+        vertices.push_back(vertexStage(host, index));
     }
     double worst = 0;
     for (int pixel = 0; pixel < screenWidth * screenHeight; ++pixel) {
         const int x = pixel % screenWidth, y = pixel / screenWidth;
         const Point at = picture.centre(x, y);
-        const auto vertex = interpolated(scene, vertices, 2 * at - Point{1, 1});
+        const auto vertex = interpolated(host, vertices, 2 * at - Point{1, 1});
         // Between its stripes of ink the rasteriser, which filters in 8 bits, may find any density.
         if (!vertex ||
             (ink && ink->value(at - Point{0.005, 0}, 0) != ink->value(at + Point{0.005, 0}, 0))) {
             continue;
         }
-        const Vector expected = light(scene, *vertex, ink ? 4.5 : 5.5);
+        const Vector expected = light(host, *vertex, ink ? 4.5 : 5.5);
         const double taken = intensity * (ink ? ink->value(at, 0) : 0);
         for (int c = 0; c < 3; ++c) {
             const auto channel = static_cast<std::size_t>(c);
@@ -159,9 +161,9 @@ void expectPicture(Scene& scene, const Image* ink = nullptr, double intensity = 
 }
 
 /// Waves whose every vertex has heights of its own, so that no two can be mixed up.
-void makeWaves(const Scene& scene, float size) {
+void makeWaves(const TestHost& host, float size) {
     std::minstd_rand random(3);
-    for (float& height : JniEnvironment::elements(scene.heights)) {
+    for (float& height : JniEnvironment::elements(host.heights)) {
         height = size * (static_cast<float>(random() % 2001) / 1000.0f - 1.0f);
     }
 }
@@ -169,38 +171,38 @@ void makeWaves(const Scene& scene, float size) {
 // Sizes and ratios so that hundreds of pixels lie on either side of each bound of each term.
 
 TEST(WaterPicture, WavesRefractAndShine) {
-    Scene scene(screenWidth, screenHeight, false);
-    scene.setUp();
+    TestHost host(screenWidth, screenHeight);
+    host.setUp(false);
     for (const float size : {0.0f, 0.6f, 4.0f}) {
         for (const float specularRatio : {3.0f, 30.0f}) {
             SCOPED_TRACE(std::to_string(size) + ", specular " + std::to_string(specularRatio));
-            scene.arguments.specularRatio = specularRatio;
-            scene.arguments.useSecondBackground = size > 1;
-            makeWaves(scene, size);
-            expectPicture(scene);
+            host.arguments.specularRatio = specularRatio;
+            host.arguments.useSecondBackground = size > 1;
+            makeWaves(host, size);
+            expectPicture(host);
         }
     }
 }
 
 TEST(WaterPicture, InkStainsInItsColour) {
-    Scene scene(screenWidth, screenHeight, true);
-    scene.setUp();
-    scene.arguments.specularRatio = 30;
-    makeWaves(scene, 1);
+    TestHost host(screenWidth, screenHeight);
+    host.setUp();
+    host.arguments.specularRatio = 30;
+    makeWaves(host, 1);
     // Upright stripes of the densities that matter: the ends, and some whose low byte shows.
     const Image ink = valueImage(512, 1024, [](Point at) {
         return std::array{
             0.0, 0.25, 0.5, 0.9, 10.6, 64.0, 100.7, 127.0}[static_cast<std::size_t>(at.x * 8)];
     });
-    expectPicture(scene, &ink, 0.02, {0.499, 0.499, 0.499});  // white, as set
-    scene.arguments.inkRed = 0.9f;
-    scene.arguments.inkGreen = 0;
-    scene.arguments.inkBlue = 0.3f;
-    scene.touch(60, 90, Down);
+    expectPicture(host, &ink, 0.02, {0.499, 0.499, 0.499});  // white, as set
+    host.arguments.inkRed = 0.9f;
+    host.arguments.inkGreen = 0;
+    host.arguments.inkBlue = 0.3f;
+    host.touch(60, 90, Down);
     const Vector absorption = {1.499 / 0.95 - 1, 1.499 / 0.05 - 1, 1.499 / 0.35 - 1};
-    expectPicture(scene, &ink, 0.02, absorption);
-    native::clearInkValue(scene.env, nullptr);
-    expectPicture(scene, &ink, 0);
+    expectPicture(host, &ink, 0.02, absorption);
+    host.clear();
+    expectPicture(host, &ink, 0);
 }
 
 }  // namespace

@@ -13,13 +13,13 @@ TEST(FirstUse, AnyCallMayComeBeforeTheSettings) {
     stage.draw();
     stage.clear();
     EXPECT_EQ(stage.shownInk(), 0);
-    stage.resources();
+    stage.initGpu();
     EXPECT_EQ(hostkit::glRecorder().alive[hostkit::GlKind::program].size(), 1u) << "water alone";
     stage.tap(Down);
     EXPECT_EQ(stage.shownInk(), 1);
     stage.setting();
     stage.draw(3);  // with ink, and without any resource
-    EXPECT_EQ(stage.load(1), 0);
+    EXPECT_EQ(stage.load(background, 1), 0);
     stage.draw();
 }
 

@@ -49,14 +49,14 @@ TEST(GlNames, NoneIsLeftByASetUpThatFailed) {
             SCOPED_TRACE(failure.function + " " + std::to_string(nth));
             refuse(failure.function, nth);
             Stage::paint();
-            recorder.record([&stage] { stage.resources(); });
+            stage.initGpu();
             recorder.refuse = nullptr;
             EXPECT_EQ(Stage::pixel(5), magenta) << "cleared in an ink target's stead";
             EXPECT_EQ(alive(), failure.left);
             EXPECT_EQ(recorder.count("glLinkProgram"), failure.links);
             stage.tap(Down);
             stage.draw(2);
-            stage.resources();
+            stage.initGpu();
             EXPECT_EQ(alive(), (Counts{4, 4, 3, 6, 3}));
             EXPECT_EQ(recorder.strayDeletions, "");
         }
@@ -108,7 +108,7 @@ TEST(GlNames, AMissingTargetLeavesTheScreenAlone) {
         refuse("glGenFramebuffers", nth);
         stage.setUp();
         // The water covers nothing.
-        std::ranges::fill(hostkit::JniEnvironment::elements(stage.indices), jshort{0});
+        std::ranges::fill(JniEnvironment::elements(stage.indices), jshort{0});
         stage.tap(Down);
         for (int frame = 0; frame < 6; ++frame) {
             EXPECT_EQ(stage.pixelOfFrame(70), magenta);
@@ -120,7 +120,7 @@ TEST(GlNames, ThroughAnyOrderOfSetUps) {
     constexpr Counts most = {3 + 3, 3 + 1, 3, 6, 3};
     std::minstd_rand random(5);
     Stage stage;
-    glScissor(0, 0, 1, 1);
+    stage.rasterise(1);
     hostkit::GlRecorder& recorder = hostkit::glRecorder();
     recorder.refuse = [&](const char*, int) { return random() % 64 == 0; };
     int contexts = 1;
@@ -134,10 +134,10 @@ TEST(GlNames, ThroughAnyOrderOfSetUps) {
                 break;
             case 1:
             case 2:
-                stage.resources();
+                stage.initGpu();
                 break;
             case 3:
-                stage.load(static_cast<int>(random() % 3));
+                stage.load(background, static_cast<int>(random() % 3));
                 break;
             case 4:
                 stage.tap(static_cast<jint>(random() % 3));
@@ -145,9 +145,8 @@ TEST(GlNames, ThroughAnyOrderOfSetUps) {
             case 5:
                 if (random() % 4 == 0) {  // a context, which takes all names with it
                     stage.newContext();
-                    glScissor(0, 0, 1, 1);
                     recorder.alive.clear();
-                    stage.buffers();
+                    stage.initBuffers();
                     isQuadStale = true;
                     ++contexts;
                 }

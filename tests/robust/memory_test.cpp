@@ -28,7 +28,7 @@ TEST(Memory, WhereItLacksTheWaterIsDrawn) {
             Stage stage;
             asked = setUpWithout(stage, first, extent);
             // With memory again, the next set-up brings the flow.
-            stage.resources();
+            stage.initGpu();
             Uploads uploads;
             stage.tap(Cancel);
             stage.tap(Down);
@@ -43,10 +43,10 @@ TEST(Memory, NoneIsKeptThatASetUpReplacesOrAfterTheUnload) {
     Stage stage;
     for (int time = 0; time < 3; ++time) {
         stage.setUp();
-        stage.resources();
+        stage.initGpu();
         EXPECT_EQ(blocksHeld(), 15) << "seven names, seven grids and the packed bytes";
     }
-    stage.loaded.unload();
+    stage.library.unload();
     EXPECT_EQ(blocksHeld(), 0);
 }
 

@@ -17,7 +17,7 @@ constexpr int most = std::numeric_limits<int>::max(), least = std::numeric_limit
 struct Flow {
     Flow() {
         stage.setUp();
-        glScissor(0, 0, 1, 1);
+        stage.rasterise(1);
     }
     void touch(int x, int y, jint action, float pressure = 1) {
         stage.touch(x, y, action, pressure);

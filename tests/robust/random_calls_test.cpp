@@ -5,7 +5,7 @@
 #include <optional>
 
 #include "fuzz/call_driver.h"
-#include "tests/robust/loaded_library.h"
+#include "tests/host/loaded_library.h"
 
 // Random calls from two threads. VELMORA_SEED=N runs one seed alone, VELMORA_SEEDS=N that many.
 
@@ -14,10 +14,10 @@ namespace {
 void driveSeed(std::uint32_t seed, fuzz::DriveReport& report) {
     // Printed before it runs: what kills the program leaves its seed as the last line.
     std::cout << "VELMORA_SEED=" << seed << std::endl;
-    std::optional<robust::LoadedLibrary> library(std::in_place);
+    std::optional<testhost::LoadedLibrary> library(std::in_place);
     const auto reload = [&library] {
         library->unload();
-        EXPECT_FALSE(robust::LoadedLibrary::isLoaded());
+        EXPECT_FALSE(testhost::LoadedLibrary::isLoaded());
         library.emplace();
         return library->methods;
     };

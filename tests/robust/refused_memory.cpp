@@ -7,7 +7,7 @@
 #include <cstring>
 #include <new>
 
-#include "tests/robust/loaded_library.h"
+#include "tests/host/loaded_library.h"
 
 extern "C" {
 void* __libc_malloc(std::size_t size);
@@ -42,7 +42,7 @@ void replaceHeld(void* last, void* next) {
 
 template <class Allocation>
 void* allocate(void* caller, Allocation allocation) {
-    const bool isForLibrary = isInLibrary(caller);
+    const bool isForLibrary = testhost::isInLibrary(caller);
     if (isForLibrary && isRefused()) {
         return nullptr;
     }

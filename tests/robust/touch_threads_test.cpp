@@ -52,7 +52,7 @@ std::string pointAt(int place) {
 TEST(TouchThread, AFrameSeesAnEventWhollyOrNotAtAll) {
     Stage stage(side, side);
     stage.setUp();
-    glScissor(0, 0, 1, 1);
+    stage.rasterise(1);
     const auto touch = [&stage](int place, jint action) {
         stage.touch(place, place, action, pressureAt(place));
     };
@@ -86,7 +86,7 @@ TEST(TouchThread, AFrameSeesAnEventWhollyOrNotAtAll) {
 TEST(TouchThread, ClearingAndAskingFromAnotherThread) {
     Stage stage(240, 240);
     stage.setUp();
-    glScissor(0, 0, 16, 16);
+    stage.rasterise(16);
     const auto clearOrTouch = [&stage](int call) {
         if (call % 3 == 0) {
             stage.clear();

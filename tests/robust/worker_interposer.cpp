@@ -9,7 +9,7 @@
 #include <mutex>
 #include <utility>
 
-#include "tests/robust/loaded_library.h"
+#include "tests/host/loaded_library.h"
 
 namespace robust {
 
@@ -89,7 +89,7 @@ extern "C" {
 int pthread_create(pthread_t* thread, const pthread_attr_t* attributes, void* (*entry)(void*),
                    void* argument) {
     static auto* const real = next<decltype(pthread_create)>("pthread_create");
-    if (!isInLibrary(__builtin_return_address(0))) {
+    if (!testhost::isInLibrary(__builtin_return_address(0))) {
         return real(thread, attributes, entry, argument);
     }
     if (threadsToRefuse > 0) {
@@ -104,7 +104,7 @@ int pthread_create(pthread_t* thread, const pthread_attr_t* attributes, void* (*
 
 int pthread_join(pthread_t thread, void** result) {
     static auto* const real = next<decltype(pthread_join)>("pthread_join");
-    if (isInLibrary(__builtin_return_address(0))) {
+    if (testhost::isInLibrary(__builtin_return_address(0))) {
         ++threadsJoined;
         if (const auto act = std::exchange(whileJoining, nullptr)) {
             act();

@@ -18,7 +18,7 @@ constexpr Moment moments[] = {Moment::start, Moment::firstJitter, Moment::second
 struct HeldStep {
     explicit HeldStep(Moment moment) {
         stage.setUp();
-        glScissor(0, 0, 1, 1);
+        stage.rasterise(1);
         stage.tap(Down);
         stage.draw();
         nextHold = moment;
@@ -37,15 +37,15 @@ TEST(Worker, IsJoinedBeforeAnythingItUsesGoes) {
     } actions[] = {
         {"settings", [](Stage& s) { s.setting(); }},
         {"water-only settings", [](Stage& s) { s.setting(false); }},
-        {"buffers", [](Stage& s) { s.buffers(); }},
-        {"resources", [](Stage& s) { s.resources(); }},
+        {"buffers", [](Stage& s) { s.initBuffers(); }},
+        {"resources", [](Stage& s) { s.initGpu(); }},
         {"lost context",
          [](Stage& s) {
              s.newContext();
-             s.buffers();
+             s.initBuffers();
          }},
         {"frame", [](Stage& s) { s.draw(); }},
-        {"unload", [](Stage& s) { s.loaded.unload(); }},
+        {"unload", [](Stage& s) { s.library.unload(); }},
     };
     for (const auto& [name, act] : actions) {
         for (const Moment moment : moments) {
@@ -69,7 +69,7 @@ TEST(Worker, HoldsUpNoTouchAndNoPicture) {
         s.touch(80, s.height - 70, Move);
         s.clear();
         EXPECT_EQ(s.shownInk(), 0);
-        EXPECT_EQ(s.load(1), 0);
+        EXPECT_EQ(s.load(background, 1), 0);
         EXPECT_TRUE(isHeld());
         EXPECT_EQ(threadsJoined, step.joined);
         release();
@@ -145,9 +145,9 @@ TEST(Worker, ThreadsThatCannotBeHadAreDoneWithout) {
     // Between two that could be had, and then what waits for the last one.
     threadsToRefuse = 1;
     stage.draw();
-    stage.resources();
+    stage.initGpu();
     stage.draw();
-    stage.loaded.unload();
+    stage.library.unload();
     EXPECT_EQ(threadsStarted, threadsJoined);
 }
 

@@ -8,7 +8,7 @@
 
 #include "fuzz/native_methods.h"
 
-namespace robust {
+namespace testhost {
 
 /// Whether an address, such as a caller's, lies in the library. Takes neither lock nor memory.
 inline bool isInLibrary(void* address) {
@@ -51,4 +51,4 @@ private:
     void* handle;
 };
 
-}  // namespace robust
+}  // namespace testhost
