@@ -85,8 +85,9 @@ double throughput(Advance advance) {
     for (std::size_t chain = 0; chain < chains; ++chain) {
         values[chain] = Float4(1.0f + static_cast<float>(chain) * 0x1p-10f);
     }
+    constexpr std::size_t rounds = operations / chains;
     const double time = nanosecondsOf(CLOCK_THREAD_CPUTIME_ID, [&] {
-        for (std::size_t round = 0; round < operations / chains; ++round) {
+        for (std::size_t round = 0; round < rounds; ++round) {
             for (std::size_t chain = 0; chain < chains; ++chain) {
                 values[chain] = advance(values[chain], chain);
             }
@@ -95,7 +96,7 @@ double throughput(Advance advance) {
     for (Float4& value : values) {
         benchmark::DoNotOptimize(value);
     }
-    return static_cast<double>(operations / chains) * chains / time;
+    return static_cast<double>(rounds * chains) / time;
 }
 
 /// What a smoothed height takes from its left neighbour to itself: three additions, a subtraction,

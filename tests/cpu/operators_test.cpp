@@ -211,6 +211,7 @@ TEST(Operators, CoordinatesBeyondTheGridAreClampedAndNanIsZero) {
     fillRandomly(passes.velocity.block.elements(), {500.0f, true}, passes.random);
     passes.setMode(FastDrag);
     expectMeaning(passes.density, 1e-3f);
+    expectKernels(passes, plainCode);
 }
 
 using Grids = std::vector<std::vector<float>>;

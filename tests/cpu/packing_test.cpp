@@ -45,11 +45,13 @@ TEST(Packing, EveryLengthSaturatesInsideItsBlocks) {
     for (const Against side : bothSides) {
         for (std::size_t count = 0; count <= 22; count += 2) {
             const GuardedBlock<float> values(count, side);
-            const GuardedBlock<std::uint8_t> bytes(2 * count, side);
+            const GuardedBlock<std::uint8_t> bytes(2 * count, side), plain(2 * count, side);
             for (std::size_t i = 0; i < count; ++i) {
                 values.data()[i] = cases[i % std::size(cases)].first;
             }
             pack(values.elements(), bytes.data());
+            reference::packComponents(plain.data(), values.data(), std::ssize(values.elements()));
+            EXPECT_TRUE(std::ranges::equal(bytes.elements(), plain.elements()));
             for (std::size_t i = 0; i < count; ++i) {
                 EXPECT_EQ(pairAt(bytes.data(), i), cases[i % std::size(cases)].second) << i;
             }

@@ -5,6 +5,8 @@
 #include <cstdlib>
 #include <utility>
 
+#include "simd/saturate.h"
+
 using namespace velmora;
 
 namespace reference {
@@ -183,12 +185,11 @@ void addRipple(float* grid, const RippleTouch& touch) {
     const auto height = static_cast<float>(touch.gridHeight);
     const float cx = (touch.x / static_cast<float>(touch.areaWidth) + 0.5f) * width;
     const float cy = (touch.y / static_cast<float>(touch.areaHeight) + 0.5f) * height;
-    const int left = cx > 5.0f ? static_cast<int>(std::floor(cx - 3.0f)) : 2;
-    const int right =
-        cx < width - 5.0f ? static_cast<int>(std::floor(cx + 4.0f)) : touch.gridWidth - 1;
-    const int top = cy > 5.0f ? static_cast<int>(std::floor(cy - 3.0f)) : 2;
+    const int left = cx > 5.0f ? saturatedInt(std::floor(cx - 3.0f)) : 2;
+    const int right = cx < width - 5.0f ? saturatedInt(std::floor(cx + 4.0f)) : touch.gridWidth - 1;
+    const int top = cy > 5.0f ? saturatedInt(std::floor(cy - 3.0f)) : 2;
     const int bottom =
-        cy < height - 5.0f ? static_cast<int>(std::floor(cy + 4.0f)) : touch.gridHeight - 1;
+        cy < height - 5.0f ? saturatedInt(std::floor(cy + 4.0f)) : touch.gridHeight - 1;
     for (int row = top; row < bottom; ++row) {
         for (int column = left; column < right; ++column) {
             const float dx = cx - static_cast<float>(column);
@@ -362,7 +363,7 @@ void runAddVelocity(const AddVelocity& pass) {
 void packComponents(std::uint8_t* to, const float* from, std::ptrdiff_t count) {
     constexpr float k = 0.00392157f;
     for (std::ptrdiff_t i = 0; i < count; ++i) {
-        const float t = std::min(std::max(from[i], -127.0f), 127.0f) + 127.0f;
+        const float t = std::min(std::max(-127.0f, from[i]), 127.0f) + 127.0f;  // NaN: 0
         const float q = t * k;
         const float ft = t - static_cast<float>(static_cast<int>(t));
         const float fq = q - static_cast<float>(static_cast<int>(q));
@@ -419,7 +420,7 @@ void advect(EffectState& state, const TouchVariables& touch) {
     pass.timeStep = state.timeStep;
     pass.dissipation = state.velocityDissipation;
     pass.touchPoint = {static_cast<float>(touch.touchX),
-                       static_cast<float>(state.screenHeight - touch.touchY)};
+                       static_cast<float>(std::int64_t{state.screenHeight} - touch.touchY)};
     pass.touchDelta = {static_cast<float>(touch.touchDeltaX),
                        -static_cast<float>(touch.touchDeltaY)};
     pass.dragMode = state.dragMode;
@@ -460,8 +461,10 @@ void computeDivergence(EffectState& state, const TouchVariables& touch) {
     pass.halfInverseCellSize = 0.5f / state.gridScale;
     pass.sourceStrength = state.sourceStrength;
     pass.sourceRadius = state.sourceRadius;
-    pass.sourcePoint = {static_cast<float>(touch.touchX + (0.5 - u1) * 10.0),
-                        static_cast<float>(state.screenHeight - touch.touchY + (0.5 - u2) * 10.0)};
+    pass.sourcePoint = {
+        static_cast<float>(touch.touchX + (0.5 - u1) * 10.0),
+        static_cast<float>(static_cast<double>(std::int64_t{state.screenHeight} - touch.touchY) +
+                           (0.5 - u2) * 10.0)};
     reference::computeDivergenceKernel(pass);
 }
 

@@ -9,11 +9,11 @@
 #include "water/mesh.h"
 #include "water/ripple.h"
 
-/// Every kernel of the library once more, in plain scalar C++, one cell at a time: what its speed
-/// and its results are measured against. Same names, arguments and results as in namespace velmora,
-/// to the last bit, for arguments that a sane host sends (no NaN, no value beyond the range of
-/// int). Where two forms of the same passes differ in speed, the faster stands here: no intrinsics,
-/// no fusion of passes, but no trip through memory that careful code would not make.
+/// Every kernel of the library once more, in plain scalar C++, one cell at a time: what its results
+/// are compared with and its speed is measured against. Same names, arguments and results as in
+/// namespace velmora, to the last bit, whatever the library takes: NaN, infinities and any int.
+/// Where two forms of the same passes differ in speed, the faster stands here: no intrinsics, no
+/// fusion of passes, but no trip through memory that careful code would not make.
 namespace reference {
 
 void writeMeshPositions(float* positions, int vertexCount, const velmora::MeshShape& shape);
