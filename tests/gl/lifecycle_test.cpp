@@ -67,16 +67,17 @@ TEST(Settings, OfAnySizeGiveTargetsThatFit) {
 
 TEST(Shaders, EachFragmentShaderBeginsWithItsPrecision) {
     for (const bool ink : {false, true}) {
-        Scene scene(screenWidth, screenHeight, ink);
-        scene.initBuffers();
-        scene.initGpu();
-        for (const hostkit::GlCall& call : scene.recorder.calls) {
+        TestHost host(screenWidth, screenHeight);
+        host.setting(ink);
+        host.initBuffers();
+        host.initGpu();
+        for (const hostkit::GlCall& call : host.recorder.calls) {
             if (call.text.find(".frag, source") != std::string::npos) {
                 const std::string text(call.bytes.begin(), call.bytes.end());
                 EXPECT_TRUE(text.starts_with("precision mediump float;")) << call.text;
             }
         }
-        EXPECT_EQ(scene.recorder.count("glShaderSource"), ink ? 6 : 2);
+        EXPECT_EQ(host.recorder.count("glShaderSource"), ink ? 6 : 2);
     }
 }
 
@@ -85,10 +86,7 @@ struct Textures : testing::Test {
     /// The result of loading, with the library's calls on record and the pixels unlocked again.
     jint load(StandInBitmap loaded, int index) {
         jint result = 0;
-        host.recorder.record([&] {
-            result = host.native().LoadTextures(host.env, nullptr,
-                                                reinterpret_cast<jobject>(&loaded), index);
-        });
+        host.recorder.record([&] { result = host.load(loaded, index); });
         EXPECT_EQ(loaded.lockCount, 0);
         EXPECT_EQ(host.recorder.alive[GlKind::texture].size(), 3u);
         return result;
@@ -139,8 +137,8 @@ TEST_F(Textures, ABitmapThatTellsItsSizeAloneIsTightlyPacked) {
     bitmap.info = {5, 3, 0, ANDROID_BITMAP_FORMAT_NONE, 0};
     EXPECT_EQ(load(bitmap, 1), 0);
     const auto upload =
-        std::ranges::find(scene.recorder.calls, "glTexImage2D", &hostkit::GlCall::function);
-    ASSERT_NE(upload, scene.recorder.calls.end());
+        std::ranges::find(host.recorder.calls, "glTexImage2D", &hostkit::GlCall::function);
+    ASSERT_NE(upload, host.recorder.calls.end());
     EXPECT_EQ(upload->bytes, Bytes(pixels.begin(), pixels.begin() + 5 * 3 * 4));
 }
 

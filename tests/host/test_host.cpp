@@ -2,7 +2,6 @@
 
 #include <GLES2/gl2.h>
 #include <gtest/gtest.h>
-#include <standin_bitmap.h>
 
 #include <algorithm>
 #include <cmath>
@@ -120,6 +119,10 @@ jint TestHost::load(const Bytes& rgba, int index) {
     const auto side =
         static_cast<std::uint32_t>(std::lround(std::sqrt(static_cast<double>(rgba.size()) / 4)));
     StandInBitmap bitmap{{side, side, side * 4, ANDROID_BITMAP_FORMAT_RGBA_8888, 0}, pixels.data()};
+    return load(bitmap, index);
+}
+
+jint TestHost::load(StandInBitmap& bitmap, int index) {
     return native().LoadTextures(env, nullptr, reinterpret_cast<jobject>(&bitmap), index);
 }
 

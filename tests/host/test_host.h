@@ -1,6 +1,7 @@
 #pragma once
 
 #include <jni.h>
+#include <standin_bitmap.h>
 
 #include <array>
 #include <cstdint>
@@ -71,6 +72,7 @@ struct TestHost {
     std::string initGpu();
     /// A square picture.
     jint load(const Bytes& rgba, int index);
+    jint load(StandInBitmap& bitmap, int index);
 
     void touch(int x, int y, jint action, float pressure = 1.0f);
     void clear();

@@ -5,7 +5,7 @@
 #include <cstdlib>
 #include <utility>
 
-#include "simd/saturate.h"
+#include "base/saturate.h"
 
 using namespace velmora;
 

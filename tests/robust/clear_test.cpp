@@ -4,7 +4,7 @@
 #include <functional>
 
 #include "tests/robust/stage.h"
-#include "tests/robust/worker_tap.h"
+#include "tests/robust/worker_interposer.h"
 
 // clearInkValue at every moment of a frame and of a gesture: the next fluid step empties the ink,
 // whatever the rest of the frame and the next events write.

@@ -91,14 +91,14 @@ TEST(GlNames, NoneOfALostContextIsBoundInTheNext) {
     Stage stage;
     stage.setUp();
     refuse("glGenBuffers", 1);
-    stage.resources();
+    stage.initGpu();
     hostkit::GlRecorder& recorder = hostkit::glRecorder();
     recorder.record([&stage] { stage.draw(); });
     EXPECT_EQ(recorder.count("glDrawArrays"), 0) << "the quad's buffer is deleted";
     EXPECT_EQ(recorder.count("glDrawElements"), 1);
     refuse("glGenTextures", 1);
-    stage.load(1);
-    stage.load(1);
+    stage.load(background, 1);
+    stage.load(background, 1);
     EXPECT_EQ(recorder.strayDeletions, "");
 }
 

@@ -68,11 +68,11 @@ TEST(Memory, WhereItLacksForAPictureTheOldOneStays) {
     StandInBitmap padded{{1, 2, 8, ANDROID_BITMAP_FORMAT_RGBA_8888, 0}, pixels.data()};
     {
         const RefusedMemory refused(1, RefusedMemory::one);
-        EXPECT_LT(stage.load(1, padded), 0);
+        EXPECT_LT(stage.load(padded, 1), 0);
     }
     EXPECT_EQ(padded.lockCount, 0);
     EXPECT_EQ(stage.pixelOfFrame(5), background);
-    EXPECT_EQ(stage.load(1, padded), 0);
+    EXPECT_EQ(stage.load(padded, 1), 0);
     EXPECT_NE(stage.pixelOfFrame(5), background);
 }
 

@@ -82,7 +82,7 @@ TEST(Worker, HoldsUpNoTouchAndNoPicture) {
 std::string framesAround(bool isBefore, const std::function<void(Stage&)>& act) {
     Stage stage;
     stage.setUp();
-    glScissor(0, 0, 1, 1);
+    stage.rasterise(1);
     std::srand(7);
     stage.tap(Down);
     stage.draw(3);
