@@ -1,7 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <source_location>
-
 #include "tests/host/test_host.h"
 
 // What each frame of a gesture hands to the ink, seen in the uniforms of its passes.
@@ -32,8 +30,7 @@ constexpr Stroke slow = {0, "48", "100"}, medium = {1, "25", "150"}, fast = {2, 
 /// between them with what they must show. The line that begins it is named where one fails.
 class Gesture {
 public:
-    Gesture(std::source_location at = std::source_location::current())
-        : trace(at.file_name(), static_cast<int>(at.line()), "gesture") {
+    explicit Gesture(int line = __builtin_LINE()) : trace(__FILE__, line, "gesture") {
         host.setUp();
         host.rasterise(0);
     }
@@ -149,10 +146,10 @@ TEST(TouchTimeline, ADragFromItsFirstMeasuredMoveToItsEnd) {
             .strokeFrame(medium, further, further);
     };
     // a short drag ends as a tap, a long one at once
-    held({}).sameFrames(7).up(further).tapFrames(0, 12, further).restFrames(2);
-    held({}).sameFrames(8).up(further).tapFrames(20, 20, further).restFrames(2);
+    held(Gesture()).sameFrames(7).up(further).tapFrames(0, 12, further).restFrames(2);
+    held(Gesture()).sameFrames(8).up(further).tapFrames(20, 20, further).restFrames(2);
     // cancel in a drag hides the ink until the next event
-    held({}).cancel(further).restFrames(2).up(further).restFrames(2);
+    held(Gesture()).cancel(further).restFrames(2).up(further).restFrames(2);
 }
 
 TEST(TouchTimeline, APressBecomesADragOrEndsWithoutOne) {
