@@ -56,7 +56,7 @@ TestHost::TestHost(int screenWidth, int screenHeight, const Mesh& chosenMesh)
 }
 
 TestHost::~TestHost() {
-    library.unload();
+    loaded.unload();
     recorder.reset();
 }
 

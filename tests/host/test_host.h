@@ -87,7 +87,7 @@ struct TestHost {
     /// high, which makes frames quick.
     void rasterise(int side);
 
-    const fuzz::NativeMethods& native() const { return library.methods; }
+    const fuzz::NativeMethods& native() const { return loaded.methods; }
 
     int width, height;
     bool inkEnabled = false;
@@ -95,7 +95,7 @@ struct TestHost {
     /// Those that setUp loads, by index; none where empty.
     std::array<Bytes, 3> pictures = {smoothPicture(0), smoothPicture(5), smoothPicture(10)};
     FrameArguments arguments{6 * (mesh.columns - 1) * (mesh.rows - 1)};
-    LoadedLibrary library;
+    LoadedLibrary loaded;
     std::optional<hostkit::GlContext> context;
     std::optional<int> rasterisedSide;
     hostkit::GlRecorder& recorder = hostkit::glRecorder();

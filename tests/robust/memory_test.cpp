@@ -46,7 +46,7 @@ TEST(Memory, NoneIsKeptThatASetUpReplacesOrAfterTheUnload) {
         stage.initGpu();
         EXPECT_EQ(blocksHeld(), 15) << "seven names, seven grids and the packed bytes";
     }
-    stage.library.unload();
+    stage.loaded.unload();
     EXPECT_EQ(blocksHeld(), 0);
 }
 

@@ -45,7 +45,7 @@ TEST(Worker, IsJoinedBeforeAnythingItUsesGoes) {
              s.initBuffers();
          }},
         {"frame", [](Stage& s) { s.draw(); }},
-        {"unload", [](Stage& s) { s.library.unload(); }},
+        {"unload", [](Stage& s) { s.loaded.unload(); }},
     };
     for (const auto& [name, act] : actions) {
         for (const Moment moment : moments) {
@@ -147,7 +147,7 @@ TEST(Worker, ThreadsThatCannotBeHadAreDoneWithout) {
     stage.draw();
     stage.initGpu();
     stage.draw();
-    stage.library.unload();
+    stage.loaded.unload();
     EXPECT_EQ(threadsStarted, threadsJoined);
 }
 
