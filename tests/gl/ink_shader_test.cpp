@@ -82,11 +82,13 @@ void expectPass(const Shader& shader, double tolerance) {
     glReadPixels(0, 0, inkWidth, inkHeight, GL_RGBA, GL_UNSIGNED_BYTE, result.rgba.data());
     const Point scale = uniform("Scale");
     double worst = 0;
-    for (int texel = 0; texel < inkWidth / 3 * (inkHeight / 3); ++texel) {
-        const Point at = result.centre(texel % (inkWidth / 3) * 3, texel / (inkWidth / 3) * 3);
+    constexpr int columns = inkWidth / 3, rows = inkHeight / 3;
+    for (int texel = 0; texel < columns * rows; ++texel) {
+        const Point at = result.centre(texel % columns * 3, texel / columns * 3);
         double low = 127, high = -127;
         for (int place = 0; place < 9; ++place) {
-            const Point p = scale * at + 0.25 * Point{place % 3 - 1.0, place / 3 - 1.0};
+            const int row = place / 3;
+            const Point p = scale * at + 0.25 * Point{place % 3 - 1.0, row - 1.0};
             const double value = std::clamp(shader(at, p), -127.0, 127.0);
             low = std::min(low, value);
             high = std::max(high, value);

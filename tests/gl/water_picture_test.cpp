@@ -28,7 +28,7 @@ Vector normalized(Vector v) {
 }
 
 /// What the vertex stage hands on, each at its first index of a record that can be interpolated.
-enum Varying : std::size_t { sheen, background = 2, normal = 4, half = 7, height = 10 };
+enum Varying : std::size_t { Sheen, Background = 2, Normal = 4, Half = 7, Height = 10 };
 using Vertex = std::array<double, 11>;
 
 Point pointAt(const Vertex& v, Varying first) {
@@ -60,13 +60,13 @@ Vertex vertexStage(const TestHost& host, std::size_t index) {
     const Vector eye = normalized({-place[0], -place[1], 1 - place[2]});
     const Vector bent = normalized({n[0], n[1], 0.6});
     const Vector between = normalized({eye[0] + light[0], eye[1] + light[1], eye[2] + light[2]});
-    const Point met = {((d[0] + n[0] * t) * reach + x) / (meshWidth / 2),
-                       ((d[1] + n[1] * t) * reach + y) / (meshHeight / 2)};
+    const Point met = {((d[0] + n[0] * t) * reach + x) / (meshWidth / 2.0),
+                       ((d[1] + n[1] * t) * reach + y) / (meshHeight / 2.0)};
     Vertex v = {n[0] * 0.5 + 0.5 + y / meshWidth * 0.25, n[1] * 0.5 + 0.5 + x / meshHeight * 0.25,
                 met.x * 0.25 + 0.5, 0.5 - met.y * 0.25};
-    std::ranges::copy(bent, &v[normal]);
-    std::ranges::copy(between, &v[half]);
-    v[height] = h;
+    std::ranges::copy(bent, &v[Normal]);
+    std::ranges::copy(between, &v[Half]);
+    v[Height] = h;
     return v;
 }
 
@@ -78,17 +78,17 @@ Vector light(const TestHost& host, const Vertex& at, double specularLimit) {
                                          {pictureSize, pictureSize, smoothPicture(10)}};
     const auto wide = [](float number) { return static_cast<double>(number); };
     const double shine =
-        std::pow(std::max(dot(vectorAt(at, normal), vectorAt(at, half)), 0.0), wide(a.exponent));
+        std::pow(std::max(dot(vectorAt(at, Normal), vectorAt(at, Half)), 0.0), wide(a.exponent));
     const double specular = std::clamp(wide(a.specularRatio) * shine, 1.0, specularLimit);
     const double lit =
-        std::clamp(std::max(dot(vectorAt(at, normal), {5, -5, 1}), 0.0) - 0.99, 0.0, 0.3);
+        std::clamp(std::max(dot(vectorAt(at, Normal), {5, -5, 1}), 0.0) - 0.99, 0.0, 0.3);
     const double weight = wide(a.alphaRatio1Scale) * wide(a.alpha) + wide(a.fresnelRatio) * lit;
-    const double strength = std::clamp(std::abs(at[height]), 0.0, 1.13) * specular * weight;
+    const double strength = std::clamp(std::abs(at[Height]), 0.0, 1.13) * specular * weight;
     Vector color;
     for (int c = 0; c < 3; ++c) {
         color[static_cast<std::size_t>(c)] =
-            strength * sheenPicture.sample(pointAt(at, sheen), c) +
-            backgrounds[a.useSecondBackground].sample(pointAt(at, background), c);
+            strength * sheenPicture.sample(pointAt(at, Sheen), c) +
+            backgrounds[a.useSecondBackground].sample(pointAt(at, Background), c);
     }
     return color;
 }

@@ -43,7 +43,7 @@ Ended runHost(const std::string& arguments) {
 }
 
 fs::path emptyFolder(const std::string& name) {
-    const fs::path folder = fs::current_path() / ("java-host-" + name);
+    fs::path folder = fs::current_path() / ("java-host-" + name);
     fs::remove_all(folder);
     return folder;
 }
@@ -120,7 +120,7 @@ std::string jpeg(int width, int height, ColorAt colorAt) {
     gsize size = 0;
     gdk_pixbuf_save_to_buffer(picture, &bytes, &size, "jpeg", nullptr, nullptr);
     g_object_unref(picture);
-    const std::string result(bytes, size);
+    std::string result(bytes, size);
     g_free(bytes);
     return result;
 }

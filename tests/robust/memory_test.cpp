@@ -21,7 +21,7 @@ int setUpWithout(Stage& stage, int first, RefusedMemory::Extent extent) {
 }
 
 TEST(Memory, WhereItLacksTheWaterIsDrawn) {
-    for (const auto extent : {RefusedMemory::one, RefusedMemory::allFromThere}) {
+    for (const auto extent : {RefusedMemory::Extent::one, RefusedMemory::Extent::allFromThere}) {
         int first = 1;
         for (int asked = first; asked >= first; ++first) {
             SCOPED_TRACE("allocation " + std::to_string(first));
@@ -57,7 +57,7 @@ TEST(Memory, ASetUpThatFailsAfterOneThatDidNot) {
         stage.setUp();
         stage.tap(Down);
         stage.draw();
-        setUpWithout(stage, first, RefusedMemory::one);
+        setUpWithout(stage, first, RefusedMemory::Extent::one);
     }
 }
 
@@ -67,7 +67,7 @@ TEST(Memory, WhereItLacksForAPictureTheOldOneStays) {
     std::vector<std::uint8_t> pixels(2 * 8, 77);
     StandInBitmap padded{{1, 2, 8, ANDROID_BITMAP_FORMAT_RGBA_8888, 0}, pixels.data()};
     {
-        const RefusedMemory refused(1, RefusedMemory::one);
+        const RefusedMemory refused(1, RefusedMemory::Extent::one);
         EXPECT_LT(stage.load(padded, 1), 0);
     }
     EXPECT_EQ(padded.lockCount, 0);
@@ -81,7 +81,7 @@ TEST(Memory, NoFrameTakesAnyAfterTheFirstTwo) {
     stage.setUp();
     stage.tap(Down);
     stage.draw(2);
-    const RefusedMemory counted(0, RefusedMemory::one);
+    const RefusedMemory counted(0, RefusedMemory::Extent::one);
     for (int frame = 0; frame < 9; ++frame) {
         stage.touch(70 + 12 * frame, stage.height - 70, Move);
         stage.draw();

@@ -10,8 +10,10 @@
 #include "tests/host/loaded_library.h"
 
 extern "C" {
+// NOLINTBEGIN(readability-identifier-naming)
 void* __libc_malloc(std::size_t size);
 void __libc_free(void* block);
+// NOLINTEND(readability-identifier-naming)
 }
 
 namespace robust {
@@ -64,7 +66,7 @@ void release(void* block) {
 }  // namespace
 
 RefusedMemory::RefusedMemory(int first, Extent extent) {
-    refusesAllFromThere = extent == allFromThere;
+    refusesAllFromThere = extent == Extent::allFromThere;
     firstRefused = first;
     allocationsAsked = 0;
     isCounting = true;

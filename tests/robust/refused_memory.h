@@ -9,7 +9,7 @@ namespace robust {
 /// on: one of them, or all that follow too. The 0th alone: none fails.
 class RefusedMemory {
 public:
-    enum Extent { one, allFromThere };
+    enum class Extent { one, allFromThere };
     RefusedMemory(int first, Extent extent);
     ~RefusedMemory();
     RefusedMemory(const RefusedMemory&) = delete;

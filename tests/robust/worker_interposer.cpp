@@ -6,6 +6,7 @@
 #include <cerrno>
 #include <condition_variable>
 #include <cstdlib>
+#include <memory>
 #include <mutex>
 #include <utility>
 
@@ -99,7 +100,8 @@ int pthread_create(pthread_t* thread, const pthread_attr_t* attributes, void* (*
     }
     ++threadsStarted;
     const Moment moment = nextHold.exchange(Moment::none);
-    return real(thread, attributes, runWorker, new Worker{entry, argument, moment});
+    auto worker = std::make_unique<Worker>(Worker{entry, argument, moment});
+    return real(thread, attributes, runWorker, worker.release());
 }
 
 int pthread_join(pthread_t thread, void** result) {
