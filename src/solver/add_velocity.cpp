@@ -5,24 +5,11 @@ namespace velmora {
 
 namespace {
 
-/// The numbers of a pass, by value.
-struct Stroke {
-    explicit Stroke(const AddVelocity& pass)
-        : current(pass.current),
-          previous(pass.previous),
-          normal(pass.normal),
-          length(pass.length),
-          radius(pass.radius) {}
-
-    Float2 current, previous, normal;
-    float length, radius;
-};
-
 /// `velocity` of the cell whose centre is `centre`, screen pixels, pushed where it lies beside the
 /// segment. The distance is exact on every processor: an estimate would do for four lanes at once,
 /// but would give each processor other bits.
 template <class Floats>
-Pair<Floats> pushedCell(const Stroke& stroke, Pair<Floats> centre, Pair<Floats> velocity) {
+Pair<Floats> pushedCell(const StrokeImpulse& stroke, Pair<Floats> centre, Pair<Floats> velocity) {
     const Pair<Floats> previous{Floats(stroke.previous.x), Floats(stroke.previous.y)};
     const Pair<Floats> normal{Floats(stroke.normal.x), Floats(stroke.normal.y)};
     const Floats t = (centre.x - previous.x) * normal.x + (centre.y - previous.y) * normal.y;
@@ -45,22 +32,21 @@ Pair<Floats> pushedCell(const Stroke& stroke, Pair<Floats> centre, Pair<Floats> 
 void AddVelocity::evaluate(Float2 coord, float* out) const {
     const Cell cell = sampleNearest(velocity, coord.x * texelSize.x, coord.y * texelSize.y);
     const Float2 centre{coord.x * cellToScreen.x, coord.y * cellToScreen.y};
-    storePair(out, pushedCell(Stroke(*this), centre, pairAt(velocity, cell)));
+    storePair(out, pushedCell(*this, centre, pairAt(velocity, cell)));
 }
 
 void runAddVelocity(const AddVelocity& pass) {
     if (pass.output.data == nullptr) {
         return;
     }
-    const Stroke stroke(pass);
-    const Float2 cellToScreen = pass.cellToScreen;
+    const StrokeImpulse stroke = pass;
     const std::ptrdiff_t width = pass.output.width;
     for (std::ptrdiff_t j = 0; j < pass.output.height; ++j) {
-        const float y = (static_cast<float>(j) + 0.5f) * cellToScreen.y;
+        const float y = (static_cast<float>(j) + 0.5f) * stroke.cellToScreen.y;
         const float* const velocity = pass.velocity.data + j * width * 2;
         float* const out = pass.output.data + j * width * 2;
         forColumns(0, width, [=, &stroke]<class Floats>(std::ptrdiff_t i, Floats column) {
-            const Floats x = (column + Floats(0.5f)) * Floats(cellToScreen.x);
+            const Floats x = (column + Floats(0.5f)) * Floats(stroke.cellToScreen.x);
             storePair(out + i * 2, pushedCell<Floats>(stroke, {x, Floats(y)},
                                                       loadPair<Floats>(velocity + i * 2)));
         });

@@ -9,24 +9,9 @@ namespace {
 
 constexpr float pushRadiusSquared = 625.0f;  // (25 screen pixels)^2
 
-/// The numbers of a pass, by value.
-struct Advection {
-    explicit Advection(const AdvectVelocity& pass)
-        : source(pass.source),
-          texelSize(pass.texelSize),
-          cellToScreen(pass.cellToScreen),
-          touchPoint(pass.touchPoint),
-          timeStep(pass.timeStep),
-          dissipation(pass.dissipation) {
-        const float factor = static_cast<float>(pass.dragMode) - 1.5f;
-        push = {factor * pass.touchDelta.x, factor * pass.touchDelta.y};
-    }
-
-    BilinearGrid source;
-    Float2 texelSize, cellToScreen, touchPoint;
-    Float2 push;  // what a drag adds near the touch
-    float timeStep, dissipation;
-};
+bool pushes(const Advection& advection) {
+    return advection.dragMode >= MediumDrag;
+}
 
 /// Where the velocity of the cell centred at (x, y), grid units, carries it from: (u, v).
 template <class Floats>
@@ -42,8 +27,10 @@ Pair<Floats> pushed(const Advection& advection, Floats i, Floats j, Pair<Floats>
     const Floats dx = Floats(advection.touchPoint.x) - i * Floats(advection.cellToScreen.x);
     const Floats dy = Floats(advection.touchPoint.y) - j * Floats(advection.cellToScreen.y);
     const auto near = dx * dx + dy * dy < Floats(pushRadiusSquared);
-    return {select(near, value.x + Floats(advection.push.x), value.x),
-            select(near, value.y + Floats(advection.push.y), value.y)};
+    const float factor = static_cast<float>(advection.dragMode) - 1.5f;
+    const Floats pushX(factor * advection.touchDelta.x);
+    const Floats pushY(factor * advection.touchDelta.y);
+    return {select(near, value.x + pushX, value.x), select(near, value.y + pushY, value.y)};
 }
 
 /// What cell (i, j) becomes from the value carried to it.
@@ -59,7 +46,8 @@ template <bool withPush, class Floats>
 Pair<Floats> advectedCell(const Advection& advection, Floats i, Floats j, Pair<Floats> velocity) {
     const Floats half(0.5f);
     const Pair<Floats> from = origin(advection, i + half, j + half, velocity);
-    return arrived<withPush>(advection, i, j, sampleBilinear(advection.source, from.x, from.y));
+    const BilinearGrid source(advection.source);
+    return arrived<withPush>(advection, i, j, sampleBilinear(source, from.x, from.y));
 }
 
 /// Origins of some cells of a row. Finding them and fetching from them are loops of their own: the
@@ -76,7 +64,7 @@ template <class Floats>
 void findOrigin(const Advection& advection, Origins& origins, std::ptrdiff_t at, Floats column,
                 float j, Pair<Floats> velocity) {
     const Floats half(0.5f);
-    const BilinearGrid& source = advection.source;
+    const BilinearGrid source(advection.source);
     const Pair<Floats> from = origin(advection, column + half, Floats(j) + half, velocity);
     const BilinearPlace<Floats> place(source, from.x, from.y);
     const auto isLast = (place.column > Floats(source.lastColumn - 1.0f)) |
@@ -89,9 +77,9 @@ void findOrigin(const Advection& advection, Origins& origins, std::ptrdiff_t at,
 
 /// The value at entry `at`, which has neighbours.
 template <class Floats>
-Pair<Floats> fetched(const BilinearGrid& source, const Origins& origins, std::ptrdiff_t at) {
+Pair<Floats> fetched(const FloatGrid& source, const Origins& origins, std::ptrdiff_t at) {
     const auto cell = truncate(load<Floats>(origins.cell + at));
-    const float* const above = source.data + static_cast<std::ptrdiff_t>(source.rowLength) * 2;
+    const float* const above = source.data + std::ptrdiff_t{source.width} * 2;
     return BilinearWeights<Floats>(load<Floats>(origins.fx + at), load<Floats>(origins.fy + at))
         .weigh(gatherNeighbours(source.data, cell), gatherNeighbours(above, cell));
 }
@@ -135,29 +123,27 @@ bool isPushed(const Advection& advection, float j) {
 }  // namespace
 
 void AdvectVelocity::evaluate(Float2 coord, float* out) const {
-    const Advection advection(*this);
     const Cell cell = sampleNearest(velocity, coord.x * texelSize.x, coord.y * texelSize.y);
     const float i = coord.x - 0.5f;
     const float j = coord.y - 0.5f;
     const Float2 own = pairAt(velocity, cell);
-    storePair(out, dragMode > 0 ? advectedCell<true>(advection, i, j, own)
-                                : advectedCell<false>(advection, i, j, own));
+    storePair(out, pushes(*this) ? advectedCell<true>(*this, i, j, own)
+                                 : advectedCell<false>(*this, i, j, own));
 }
 
 void advectVelocityKernel(const AdvectVelocity& pass) {
     if (pass.output.data == nullptr) {
         return;
     }
-    const Advection advection(pass);
     const std::ptrdiff_t width = pass.output.width;
     for (std::ptrdiff_t row = 0; row < pass.output.height; ++row) {
         const float* const velocity = pass.velocity.data + row * width * 2;
         float* const out = pass.output.data + row * width * 2;
         const auto j = static_cast<float>(row);
-        if (pass.dragMode > 0 && isPushed(advection, j)) {
-            advectRow<true>(advection, velocity, out, width, j);
+        if (pushes(pass) && isPushed(pass, j)) {
+            advectRow<true>(pass, velocity, out, width, j);
         } else {
-            advectRow<false>(advection, velocity, out, width, j);
+            advectRow<false>(pass, velocity, out, width, j);
         }
     }
 }

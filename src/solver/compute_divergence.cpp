@@ -8,19 +8,6 @@ namespace velmora {
 
 namespace {
 
-/// The numbers of a pass, by value.
-struct Divergence {
-    explicit Divergence(const ComputeDivergence& pass)
-        : cellToScreen(pass.cellToScreen),
-          sourcePoint(pass.sourcePoint),
-          halfInverseCellSize(pass.halfInverseCellSize),
-          sourceStrength(pass.sourceStrength),
-          sourceRadiusSquared(pass.sourceRadius * pass.sourceRadius) {}
-
-    Float2 cellToScreen, sourcePoint;
-    float halfInverseCellSize, sourceStrength, sourceRadiusSquared;
-};
-
 /// x components of the right and left neighbour, y components of the upper and lower one.
 template <class Floats>
 struct Flow {
@@ -38,14 +25,14 @@ template <class Floats>
 Floats sinkAt(const Divergence& divergence, Floats i, Floats j) {
     const Floats dx = Floats(divergence.sourcePoint.x) - i * Floats(divergence.cellToScreen.x);
     const Floats dy = Floats(divergence.sourcePoint.y) - j * Floats(divergence.cellToScreen.y);
-    const auto near = dx * dx + dy * dy < Floats(divergence.sourceRadiusSquared);
+    const auto near = dx * dx + dy * dy < Floats(divergence.sourceRadius * divergence.sourceRadius);
     return select(near, Floats(divergence.sourceStrength), Floats(0.0f));
 }
 
 /// Whether the sink can reach a cell of row j.
 bool hasSink(const Divergence& divergence, float j) {
     const float dy = divergence.sourcePoint.y - j * divergence.cellToScreen.y;
-    return dy * dy < divergence.sourceRadiusSquared;
+    return dy * dy < divergence.sourceRadius * divergence.sourceRadius;
 }
 
 void divergeRow(const Divergence& pass, const ClampedRows& clampedRows, float* out,
@@ -74,8 +61,7 @@ void ComputeDivergence::evaluate(Float2 coord, float* out) const {
     const Neighbourhood n(velocity, coord, texelSize);
     const Flow<float> flow{pairAt(velocity, n.right).x, pairAt(velocity, n.left).x,
                            pairAt(velocity, n.top).y, pairAt(velocity, n.bottom).y};
-    const Divergence divergence(*this);
-    *out = divergenceOf(divergence, flow) - sinkAt(divergence, coord.x - 0.5f, coord.y - 0.5f);
+    *out = divergenceOf(*this, flow) - sinkAt(*this, coord.x - 0.5f, coord.y - 0.5f);
 }
 
 void computeDivergenceKernel(const ComputeDivergence& pass) {
@@ -83,14 +69,13 @@ void computeDivergenceKernel(const ComputeDivergence& pass) {
     if (output.data == nullptr || output.width < 1) {
         return;
     }
-    const Divergence divergence(pass);
     const std::ptrdiff_t width = output.width;
     for (std::int32_t row = 0; row < output.height; ++row) {
         float* const out = output.data + row * width;
         const auto j = static_cast<float>(row);
-        divergeRow(divergence, {pass.velocity.data, width * 2, row, output.height}, out, width);
-        if (hasSink(divergence, j)) {
-            sinkRow(divergence, out, width, j);
+        divergeRow(pass, {pass.velocity.data, width * 2, row, output.height}, out, width);
+        if (hasSink(pass, j)) {
+            sinkRow(pass, out, width, j);
         }
     }
 }

@@ -10,6 +10,9 @@
 // screen are in screen pixels, y up; velocities are in cells a time unit, y up; a texelSize is
 // (1 / columns, 1 / rows) of the grid. Passes run on the solver's worker thread.
 //
+// Where a kernel reads many numbers inside its loop, they are a record, of which the kernel takes a
+// copy: for all that a compiler knows, a store of cells may change what lies behind a reference.
+//
 // The scheme is that of J. Stam, "Stable Fluids" (SIGGRAPH 1999): semi-Lagrangian advection, then
 // projection by a pressure that Jacobi relaxation finds.
 
@@ -43,11 +46,8 @@ public:
     char* name = nullptr;  // owned, from malloc; null before the pass is named
 };
 
-/// Semi-Lagrangian self-advection with decay; near the touch a drag pushes the flow.
-class AdvectVelocity final : public VectorPass {
-public:
-    void evaluate(Float2 coord, float* out) const override;
-
+/// What AdvectVelocity works on.
+struct Advection {
     FloatGrid velocity{};  // carries
     FloatGrid source{};    // is carried
     Float2 texelSize{};
@@ -57,6 +57,12 @@ public:
     Float2 touchPoint{};
     Float2 touchDelta{};
     DragMode dragMode = SlowDrag;
+};
+
+/// Semi-Lagrangian self-advection with decay; near the touch a drag pushes the flow.
+class AdvectVelocity final : public VectorPass, public Advection {
+public:
+    void evaluate(Float2 coord, float* out) const override;
 };
 
 /// The CPU form of the ink advection shader; the effect runs it on the GPU only.
@@ -98,11 +104,8 @@ public:
     float gradientScale = 0.0f;  // velocity for a pressure difference of 1, > 0
 };
 
-/// Divergence of the velocity, with a sink at the touch.
-class ComputeDivergence final : public ScalarPass {
-public:
-    void evaluate(Float2 coord, float* out) const override;
-
+/// What ComputeDivergence works on.
+struct Divergence {
     FloatGrid velocity{};
     Float2 cellToScreen{};  // screen pixels a cell
     Float2 texelSize{};
@@ -110,6 +113,12 @@ public:
     float sourceStrength = 0.0f;       // what the sink takes from the divergence, >= 0
     float sourceRadius = 0.0f;         // screen pixels, >= 0
     Float2 sourcePoint{};
+};
+
+/// Divergence of the velocity, with a sink at the touch.
+class ComputeDivergence final : public ScalarPass, public Divergence {
+public:
+    void evaluate(Float2 coord, float* out) const override;
 };
 
 /// The CPU form of the ink impulse shader; the effect runs it on the GPU only.
@@ -129,11 +138,8 @@ public:
     float radius = 0.0f;          // screen pixels, >= 0
 };
 
-/// Pushes velocity out of a stroke's segment and towards its end.
-class AddVelocity final : public VectorPass {
-public:
-    void evaluate(Float2 coord, float* out) const override;
-
+/// What AddVelocity works on.
+struct StrokeImpulse {
     FloatGrid velocity{};
     Float2 cellToScreen{};  // screen pixels a cell
     Float2 texelSize{};
@@ -142,6 +148,12 @@ public:
     Float2 normal{};      // unit vector from start to end
     float length = 0.0f;  // screen pixels, > 0: 1 when the stroke has length 0
     float radius = 0.0f;  // screen pixels, >= 0
+};
+
+/// Pushes velocity out of a stroke's segment and towards its end.
+class AddVelocity final : public VectorPass, public StrokeImpulse {
+public:
+    void evaluate(Float2 coord, float* out) const override;
 };
 
 // Each kernel computes every cell of the pass's output and does nothing when that grid does not

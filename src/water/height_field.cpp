@@ -144,9 +144,9 @@ void smoothSixRows(float* first, std::ptrdiff_t rowLength, float weight, std::pt
     Float4 d = start(3);
     Float4 e = start(4);
     Float4 f = start(5);
-    for (std::ptrdiff_t turn = smoothedTogether - 1; turn < groups; ++turn) {
+    for (std::ptrdiff_t group = smoothedTogether - 1; group < groups; ++group) {
         const auto next = [=](std::ptrdiff_t r, Float4 left) {
-            return smooth(row(r) + (turn - r) * 4, rowLength, Float4(weight), left);
+            return smooth(row(r) + (group - r) * 4, rowLength, Float4(weight), left);
         };
         a = next(0, a);
         b = next(1, b);

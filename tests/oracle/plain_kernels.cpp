@@ -259,7 +259,7 @@ void advectRows(const AdvectVelocity& pass) {
 }  // namespace
 
 void advectVelocityKernel(const AdvectVelocity& pass) {
-    if (pass.dragMode > 0) {
+    if (pass.dragMode >= MediumDrag) {
         advectRows<true>(pass);
     } else {
         advectRows<false>(pass);
