@@ -16,9 +16,9 @@ async function take(name, preset, gesture, frame, options, withPanel) {
         await page.keyboard.press("Tab");
     }
     await frames(page, frame);
-    await page.keyboard.press(" ");
+    await page.evaluate(() => (window.velmora.view.paused = true));
     await page.waitForTimeout(1500);
-    await page.addStyleTag({ content: "#notice { display: none }" });
+    await page.addStyleTag({ content: "#notice, .times { display: none }" });
     await page.screenshot({ path: join(shots, name) });
     await page.context().close();
 }
