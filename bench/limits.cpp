@@ -107,8 +107,7 @@ Floats smoothed(Floats left) {
     return Floats(0.5f) + Floats(0.018f) * sum;
 }
 
-/// Nanoseconds a group of four, where each loads what the group before has stored, one cell to the
-/// left.
+/// Nanoseconds a group of four, where each loads what the group before has stored, one cell to the left.
 double smoothingChainThroughMemory() {
     constexpr std::size_t rows = 64;
     constexpr std::size_t groups = 1024;

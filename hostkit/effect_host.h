@@ -35,8 +35,7 @@ struct Look {
     /// channel at 0.3 and half of one at 1; at 0 a 75th, which is black on any picture.
     InkColor ink = {0.3f, 0.7f, 1.0f};
     bool useSecondBackground = false;
-    /// Strength of the ripple of a touch that goes down, and of each move; a third of the peak
-    /// height.
+    /// Strength of the ripple of a touch that goes down, and of each move; a third of the peak height.
     float downRipple = 2.4f;
     float moveRipple = 0.4f;
 };

@@ -72,8 +72,7 @@ GestureScript parseGestureScript(std::string_view text, const std::string& fileN
 /// An event as its line, without the line's end.
 std::string writeScriptEvent(const ScriptEvent& event);
 
-/// parseGestureScript of the result gives an equal record; comments of an earlier text are not
-/// kept.
+/// parseGestureScript of the result gives an equal record; comments of an earlier text are not kept.
 std::string writeGestureScript(const GestureScript& script);
 
 /// Throws HostError when the file cannot be read or parsed.

@@ -56,8 +56,7 @@ struct GlRecorder {
     /// glGetShaderiv and glGetProgramiv read the status GL_FALSE.
     std::function<bool(const char* function, int nth)> refuse;
 
-    /// Sees every glTexImage2D that carries data: `bytes` is the RGBA8 image, valid during the
-    /// call.
+    /// Sees every glTexImage2D that carries data: `bytes` is the RGBA8 image, valid during the call.
     std::function<void(int width, int height, std::span<const std::uint8_t> bytes)> textureUpload;
 
     /// Objects made and not deleted through the recorder since `reset`, by kind.

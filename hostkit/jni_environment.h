@@ -36,8 +36,7 @@ struct GuardDamage {
 };
 
 /// A JNIEnv for a host without a JVM. The four array calls that the library makes work on arrays of
-/// this environment; any other call ends the program with a line that names it. One thread at a
-/// time.
+/// this environment; any other call ends the program with a line that names it. One thread at a time.
 class JniEnvironment {
 public:
     explicit JniEnvironment(JniOptions options = {});
@@ -61,8 +60,7 @@ public:
 
     /// Applies to the arrays pinned from now on.
     void setAccess(ArrayAccess access);
-    /// The Get calls for this array return null, as those of a JVM without memory do; null: for
-    /// none.
+    /// The Get calls for this array return null, as those of a JVM without memory do; null: for none.
     void refuse(jarray array);
 
     /// Array calls since the start or the last clear, in order; kept only while logging is on, so

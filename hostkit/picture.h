@@ -17,8 +17,7 @@ struct Picture {
 /// The sheen of the water: a soft sky with caustic light, square, made by formula.
 Picture makeSheen(int size = 256);
 
-/// A board of squares, redder to the right and greener downwards: shows by eye and by pixel which
-/// way is up. is up.
+/// A board of squares, redder to the right and greener downwards: shows by eye and by pixel which way is up.
 Picture makeTestPicture(int width, int height);
 
 }  // namespace hostkit

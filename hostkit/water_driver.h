@@ -10,13 +10,11 @@ namespace hostkit {
 
 /// How the water behaves; lengths in cells, times in steps.
 struct WaterSettings {
-    /// Cells along the shorter side of the screen; the longer side gets as many as make them
-    /// square.
+    /// Cells along the shorter side of the screen; the longer side gets as many as make them square.
     int shortSideCells = 90;
     /// Factor of the velocity per step, below 1.
     float damping = 0.97f;
-    /// Weight of the neighbours' pull; waves run sqrt(waveSpeed) cells a step and are stable up to
-    /// 0.5.
+    /// Weight of the neighbours' pull; waves run sqrt(waveSpeed) cells a step and are stable up to 0.5.
     float waveSpeed = 0.3f;
     /// Mesh units along the shorter side. Refraction grows as this shrinks against the heights.
     int shortSideMeshUnits = 16;

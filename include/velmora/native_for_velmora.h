@@ -2,8 +2,7 @@
 
 #include <jni.h>
 
-// Declares the native methods under their exported names. What each takes and gives is in
-// velmora/native_methods.inc.
+// Declares the native methods under their exported names. What each takes and gives is in velmora/native_methods.inc.
 
 /// The exported name of a native method.
 #define VELMORA_NATIVE_NAME(method) \

@@ -12,8 +12,7 @@ struct BitmapFields {
     jfieldID pixels;
 };
 
-/// Written while the JVM initialises the class, which it does before any thread has an object of
-/// it.
+/// Written while the JVM initialises the class, which it does before any thread has an object of it.
 BitmapFields gFields{};
 
 std::uint32_t unsignedField(JNIEnv* env, jobject object, jfieldID field) {

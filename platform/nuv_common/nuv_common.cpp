@@ -1,7 +1,6 @@
 #include "kit/oru.h"
 
-// The kit's library as far as libpeluxVelmora imports it: the storage behind the declarations of
-// kit/oru.h.
+// The kit's library as far as libpeluxVelmora imports it: the storage behind the declarations of kit/oru.h.
 
 std::map<EGLContext, oru::ContextTextures> gTextureMap;
 

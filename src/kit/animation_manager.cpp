@@ -24,8 +24,7 @@ float readClock() {
 
 }  // namespace
 
-// An animation may join the list or leave it while it is called: no loop holds an iterator over a
-// call.
+// An animation may join the list or leave it while it is called: no loop holds an iterator over a call.
 
 int AnimationManager::anyAnimationResult() {
     for (std::size_t i = 0; i < animations.size(); ++i) {

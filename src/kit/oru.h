@@ -28,8 +28,7 @@ struct Timer {
     static std::timespec mCurrentCnt;   ///< Set by the animation manager while not paused.
 };
 
-/// The clock and the animations as the kit drives them, by slot. Never destroyed through this
-/// interface.
+/// The clock and the animations as the kit drives them, by slot. Never destroyed through this interface.
 class IAnimationManager {
 public:
     static float mNow;  ///< Animation time in seconds, set by `update`.

@@ -69,8 +69,7 @@ final class EffectHost implements AutoCloseable {
     }
 
     /**
-     * Maps the mesh, which is centred on the origin with y up, onto the surface and a little
-     * beyond.
+     * Maps the mesh, which is centred on the origin with y up, onto the surface and a little beyond.
      */
     private void fillMvpMatrix() {
         mvpMatrix[0] = 2.0f * WaterDriver.MESH_OVERHANG / water.meshSizeWidth;

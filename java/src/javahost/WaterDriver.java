@@ -3,8 +3,7 @@ package javahost;
 import com.corvane.android.visualeffect.lock.velmora.NativeForVelmora;
 
 /**
- * The water of one screen: two grids, the mesh arrays and the heights attribute, worked on by the
- * library.
+ * The water of one screen: two grids, the mesh arrays and the heights attribute, worked on by the library.
  *
  * <p>The cell in column x, row y of the grid lies at (x / columns, y / rows) of the screen, rows
  * downwards. The mesh has one vertex more than cells along each side; the last ones repeat the last

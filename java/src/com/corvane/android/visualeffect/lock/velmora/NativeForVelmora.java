@@ -58,16 +58,14 @@ public final class NativeForVelmora {
 
     /**
      * Adds a cone of radius 3 cells and peak 3 * strength to a water grid at (x, y), given relative
-     * to the centre of the area that the grid covers, y down. Any thread; touches no state of the
-     * library.
+     * to the centre of the area that the grid covers, y down. Any thread; touches no state of the library.
      */
     public native void ripple(float[] grid, int areaWidth, int areaHeight, int waterGridWidth,
         int waterGridHeight, float x, float y, float strength);
 
     /**
      * Steps the water on the rectangle [x0, x1) x [y0, y1), around which a frame of at least one
-     * cell lies in the grid. Returns whether it is calm. Any thread; touches no state of the
-     * library.
+     * cell lies in the grid. Returns whether it is calm. Any thread; touches no state of the library.
      */
     public native boolean move(float[] waterVelocity, float[] waterHeight, int x0, int y0, int x1,
         int y1, int rowLength, int unused, boolean detectCalm, float damping, float waveSpeed);
