@@ -1,5 +1,6 @@
 # What an installation holds: the library and its headers, the Java class's source, a CMake package and files for
-# pkg-config; and on a desktop, which lacks them, the stand-ins and hostkit. Nothing in it knows where it lies.
+# pkg-config, the host's guide and an example; and on a desktop, which lacks them, the stand-ins and hostkit. Nothing in
+# it knows where it lies.
 include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)
 
@@ -22,6 +23,9 @@ if(TARGET hostkit)
     FILES_MATCHING PATTERN *.h PATTERN jni_call_names.h EXCLUDE)
 endif()
 
+install(FILES CHANGELOG.md README.md docs/host-guide.md docs/kit.md DESTINATION ${CMAKE_INSTALL_DOCDIR})
+install(DIRECTORY tests/consumer/ DESTINATION ${CMAKE_INSTALL_DOCDIR}/example)
+
 install(EXPORT VelmoraTargets NAMESPACE Velmora:: DESTINATION ${packageFolder})
 write_basic_package_version_file(${PROJECT_BINARY_DIR}/VelmoraConfigVersion.cmake COMPATIBILITY SameMajorVersion)
 install(FILES
@@ -38,3 +42,11 @@ foreach(name velmora velmora-hostkit)
     install(FILES ${PROJECT_BINARY_DIR}/${name}.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
   endif()
 endforeach()
+
+if(PROJECT_IS_TOP_LEVEL)  # tools/package
+  set(CPACK_GENERATOR TXZ)
+  set(CPACK_PACKAGE_FILE_NAME velmora-${PROJECT_VERSION}-linux-${CMAKE_SYSTEM_PROCESSOR})
+  set(CPACK_PACKAGE_DIRECTORY ${PROJECT_SOURCE_DIR}/build/packages)
+  set(CPACK_STRIP_FILES ON)
+  include(CPack)
+endif()

@@ -17,7 +17,9 @@ add_library(velmoraGles INTERFACE)
 if(NOT EMSCRIPTEN)  # there GL comes with the link of the page
   find_library(EGL_LIBRARY EGL REQUIRED)
   find_library(GLESV2_LIBRARY GLESv2 REQUIRED)
+  find_path(GLES_INCLUDE_DIR GLES2/gl2.h REQUIRED)
   target_link_libraries(velmoraGles INTERFACE ${GLESV2_LIBRARY} ${EGL_LIBRARY})
+  target_include_directories(velmoraGles SYSTEM INTERFACE ${GLES_INCLUDE_DIR})
 endif()
 
 find_package(Threads REQUIRED)
