@@ -27,8 +27,7 @@ inline void bindTexture(GLenum unit, GLuint texture) {
     glBindTexture(GL_TEXTURE_2D, texture);
 }
 
-/// How every pass leaves the texture units: nothing bound on the four that the effect uses, unit 0
-/// active.
+/// How every pass leaves the texture units: nothing bound on the four that the effect uses, unit 0 active.
 inline void unbindTextures() {
     for (GLenum unit = GL_TEXTURE3; unit >= GL_TEXTURE0; --unit) {
         bindTexture(unit, 0);

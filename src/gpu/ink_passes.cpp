@@ -33,8 +33,7 @@ void drawQuad(GLuint buffer) {
     glDisableVertexAttribArray(1);
 }
 
-/// The end that all passes share: draws over the whole of the bound target, then lets go of
-/// everything.
+/// The end that all passes share: draws over the whole of the bound target, then lets go of everything.
 void finishPass(const EffectState& state, const RenderTarget& destination) {
     // Without the buffer GL would read the quad from address 0; without the target it would draw
     // over the screen.

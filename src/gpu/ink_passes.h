@@ -13,8 +13,7 @@ void runAdvectPass(const EffectState& state, const TouchVariables& touch,
                    const RenderTarget& velocity, const RenderTarget& source,
                    const RenderTarget& destination, float dissipation);
 
-/// Adds ink along a segment (FastDrag) or around `current`, screen pixels, y up, by
-/// gpu/shaders/impulse.frag.
+/// Adds ink along a segment (FastDrag) or around `current`, screen pixels, y up, by gpu/shaders/impulse.frag.
 void runImpulsePass(const EffectState& state, const RenderTarget& source,
                     const RenderTarget& destination, DragMode mode, Float2 previous,
                     Float2 current);

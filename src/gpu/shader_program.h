@@ -12,8 +12,7 @@ struct ShaderProgram {
     std::uint32_t fragmentShader;
 };
 
-/// Compiles one shader of GL_VERTEX_SHADER or GL_FRAGMENT_SHADER; 0 on failure. GL thread, like all
-/// below.
+/// Compiles one shader of GL_VERTEX_SHADER or GL_FRAGMENT_SHADER; 0 on failure. GL thread, like all below.
 std::uint32_t compileShader(std::uint32_t type, const char* source);
 
 /// Links two shaders, with location 0 bound to "vertex" and 1 to "texCoord"; 0 on failure.

@@ -30,8 +30,7 @@ void uploadMesh(const EffectState& state, const WaterFrame& frame) {
                  frame.indices);
 }
 
-/// A location of -1, of a program without the attribute, is passed on: GL rejects it without
-/// effect.
+/// A location of -1, of a program without the attribute, is passed on: GL rejects it without effect.
 void pointAttribute(GLint location, GLuint buffer) {
     glBindBuffer(GL_ARRAY_BUFFER, buffer);
     glVertexAttribPointer(static_cast<GLuint>(location), 3, GL_FLOAT, GL_FALSE, 0, nullptr);

@@ -5,8 +5,7 @@
 #include <cstdint>
 
 // Host arrays are pinned at the start of a native method, without asking whether that makes a copy,
-// and released at its end in the same order, with write-back. Null means that the host is out of
-// memory.
+// and released at its end in the same order, with write-back. Null means that the host is out of memory.
 
 namespace velmora {
 

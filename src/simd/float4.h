@@ -69,8 +69,7 @@ void forGroups(std::ptrdiff_t begin, std::ptrdiff_t end, Cell cell) {
     }
 }
 
-/// As forGroups, with the column numbers of the lanes as floats: `cell.operator()<Floats>(i,
-/// columns)`.
+/// As forGroups, with the column numbers of the lanes as floats: `cell.operator()<Floats>(i, columns)`.
 template <class Cell>
 void forColumns(std::ptrdiff_t begin, std::ptrdiff_t end, Cell cell) {
     Float4 columns = ramp<Float4>(static_cast<float>(begin));

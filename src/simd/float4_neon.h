@@ -4,8 +4,7 @@
 
 #include "simd/lanes.h"
 
-// Four lanes on ARM Advanced SIMD, 64-bit and 32-bit. The 32-bit unit always flushes subnormals to
-// zero.
+// Four lanes on ARM Advanced SIMD, 64-bit and 32-bit. The 32-bit unit always flushes subnormals to zero.
 
 namespace velmora::neon {
 

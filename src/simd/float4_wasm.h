@@ -4,8 +4,7 @@
 
 #include "simd/lanes.h"
 
-// Four lanes on WebAssembly's 128-bit vectors. Subnormals are kept: it knows no mode that flushes
-// them.
+// Four lanes on WebAssembly's 128-bit vectors. Subnormals are kept: it knows no mode that flushes them.
 
 namespace velmora::wasm {
 

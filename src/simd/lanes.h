@@ -17,8 +17,7 @@
 //   sqrt        correctly rounded
 //   arithmetic  IEEE single precision, one rounding an operation, multiply-add never fused
 //
-// Subnormals are exempt: a processor or a mode may flush them to zero (see
-// simd/flush_subnormals.h).
+// Subnormals are exempt: a processor or a mode may flush them to zero (see simd/flush_subnormals.h).
 
 namespace velmora {
 
@@ -141,8 +140,7 @@ struct BytePairs {
     Int low;
 };
 
-/// Stores the pairs of `first`, then those of `second`, as alternating bytes: high, low, high, low
-/// ...
+/// Stores the pairs of `first`, then those of `second`, as alternating bytes: high, low, high, low ...
 inline void storeBytePairs(std::uint8_t* to, BytePairs<std::int32_t> first,
                            BytePairs<std::int32_t> second) {
     to[0] = static_cast<std::uint8_t>(first.high);

@@ -24,8 +24,7 @@ void reallocateGrid(FloatGrid& grid, std::int32_t width, std::int32_t height, st
 /// Fills the grid, if it exists, with 0.
 void clearGrid(const FloatGrid& grid, std::int32_t floats);
 
-/// Cells; a screen of 49152 pixels. Cell indices stay exact in float and products of sides in an
-/// int.
+/// Cells; a screen of 49152 pixels. Cell indices stay exact in float and products of sides in an int.
 constexpr std::int32_t maxGridSide = 4096;
 
 /// Whether a grid of this size can be made at all.

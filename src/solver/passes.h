@@ -169,8 +169,7 @@ void jacobiSweep(const Jacobi& pass);
 
 /// `count` times jacobiSweep, after each of which `x` and `output` exchange their records: the
 /// result is in `x`. Where the border of `x` is 0 they run as one, which leaves the pass and both
-/// grids as single ones do. `workspace` has the output's size and 2 floats a cell; its contents are
-/// lost.
+/// grids as single ones do. `workspace` has the output's size and 2 floats a cell; its contents are lost.
 void jacobiSweeps(Jacobi& pass, std::int32_t count, const FloatGrid& workspace);
 
 }  // namespace velmora

@@ -91,8 +91,7 @@ void advect(EffectState& state, const StepSettings& settings) {
     std::swap(state.velocity, state.velocityScratch);
 }
 
-/// The touch, up to 5 pixels off on each axis: a sink that never moves would freeze the flow around
-/// it.
+/// The touch, up to 5 pixels off on each axis: a sink that never moves would freeze the flow around it.
 Float2 jitteredSink(const EffectState& state, const StepSettings& settings) {
     const double u1 = std::rand() * 0x1p-31;
     const double u2 = std::rand() * 0x1p-31;

@@ -59,8 +59,7 @@ struct Image {
     }
 };
 
-/// An image of one or two values, each split over two channels, as functions of the texel
-/// centre.
+/// An image of one or two values, each split over two channels, as functions of the texel centre.
 template <class... Function>
 Image valueImage(int width, int height, Function... values) {
     Image image{width, height, Bytes(static_cast<std::size_t>(width * height) * 4)};

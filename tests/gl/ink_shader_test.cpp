@@ -42,8 +42,7 @@ Point uniform(const char* name) {
     return {static_cast<double>(values[0]), static_cast<double>(values[1])};
 }
 
-/// What a texel holds after a pass, as a function of its texture coordinate and of its place on the
-/// screen.
+/// What a texel holds after a pass, as a function of its texture coordinate and of its place on the screen.
 using Shader = std::function<double(Point at, Point p)>;
 
 Shader advection(const Image& source, const Image& velocity) {
@@ -114,8 +113,7 @@ struct InkShaders : testing::Test {
             host.draw();
         }
     }
-    /// Draws a frame of which each pass reads smooth ink and this flow; compares each with its
-    /// shader.
+    /// Draws a frame of which each pass reads smooth ink and this flow; compares each with its shader.
     void expectPasses(bool isStill) {
         const Image ink = smoothInk(), velocity = velocities(isStill ? 0 : 1);
         Shader shader;

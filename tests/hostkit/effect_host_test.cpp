@@ -28,8 +28,7 @@ TEST(EffectHost, FlatWaterShowsThePictureUprightAndWhole) {
         EffectHost host(small(width, height, false));
         host.frame();
         const Pixels pixels = host.pixels();
-        // Red grows to the right and green downwards, in a ramp over the middle half of the
-        // picture.
+        // Red grows to the right and green downwards, in a ramp over the middle half of the picture.
         for (int step = 0; step <= 10; ++step) {
             const double along = step / 10.0;
             const double expected = 255.0 * std::clamp(2.0 * along - 0.5, 0.0, 1.0);

@@ -4,8 +4,7 @@
 #include <functional>
 
 // This program's definitions of the thread functions that the library imports: a test may hold the
-// solver worker at a chosen moment or refuse the library a thread. Calls of anyone else go through
-// untouched.
+// solver worker at a chosen moment or refuse the library a thread. Calls of anyone else go through untouched.
 
 namespace robust {
 
