@@ -284,14 +284,14 @@ TEST_F(Player, FilmsInEachFormat) {
 }
 
 TEST_F(Player, TheStartScriptInstallsOnlyWhatIsMissingAndAnswersWithoutABuild) {
-    run("mkdir -p tree/tools tree/player tree/build/release bin && cd tree && cp " VELMORA_SOURCES
+    run("mkdir -p tree/tools tree/player tree/build/play bin && cd tree && cp " VELMORA_SOURCES
         "/play . && cp " VELMORA_SOURCES "/player/help.txt player && cp " VELMORA_SOURCES
         "/CMakeLists.txt .");
     write("tree/tools/setup", "echo set up $1\n");
-    write("tree/build/release/velmora-player", "echo played $1\n");
+    write("tree/build/play/velmora-player", "echo played $1\n");
     write("bin/ninja", "echo no work to do\n");
     write("bin/pkg-config", "exit $MISSING\n");
-    run("chmod +x tree/tools/setup tree/build/release/velmora-player bin/*");
+    run("chmod +x tree/tools/setup tree/build/play/velmora-player bin/*");
     const auto said = [&](const std::string& command) {
         run("PATH=$PWD/bin:$PATH " + command + " >said 2>&1");
         return contents("said");
