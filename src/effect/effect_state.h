@@ -14,15 +14,16 @@
 #include "solver/passes.h"
 #include "solver/step_settings.h"
 
-// The one record that all of the effect works on, the touch variables beside it, and the tuning
-// table. All are zero when the library is loaded and live until it is unloaded.
+// The one record that all of the effect works on, zero when the library is loaded; the touch
+// variables beside it; the tuning table.
 //
 // Threads. The render thread owns every field but those below:
 //   - the solver worker, from its start in stepFluid to joinSolver, alone uses the grids, the passes
 //     and packedVelocity; of the settings it reads stepSettings, its copy, and those that only
 //     applySettings writes, which waits for it;
 //   - the host's touch thread writes the touch variables, dragMode, inkAmount and inkDissipation,
-//     always under SharedTouch::lock. These three are shared words: reading one alone needs no lock.
+//     always under SharedTouch::lock. These three are shared words: reading one alone, or writing
+//     the settings anew, needs no lock.
 //
 // Velocities are in cells a time unit, y up. An ink density lies in [0, 127].
 
@@ -52,16 +53,16 @@ struct EffectState {
     float timeStep = 0.0f;             // time units a frame, > 0
     float gradientScale = 0.0f;        // velocity for a pressure difference of 1, > 0
     float velocityDissipation = 0.0f;  // factor a step, [0, 1]
-    // Factor an advection pass, [0, 1]. Written: touch step, clearInk; read: stepFluid.
+    // Factor an advection pass, [0, 1]. Written: applySettings, touch step, clearInk; read: stepFluid.
     SharedWord<float> inkDissipation;
     float sourceStrength = 0.0f;    // divergence that the sink at the touch takes away, >= 0
     float sourceRadius = 0.0f;      // of that sink, screen pixels, >= 0
     float backwardStepSize = 0.0f;  // factor of the ink's way in a pass, [0, 1]
     float inkColorOffset = 0.0f;    // of a colour channel, [0, 1]
-    // 1 shown, 0 not. Written: touch events, clearInk; read: the frame, the host.
+    // 1 shown, 0 not. Written: applySettings, touch events, clearInk; read: the frame, the host.
     SharedWord<float> inkAmount;
     float inkIntensity = 0.0f;  // darkening for an ink density of 1, [0, 1]
-    // Written: touch step, clearInk; read: stepFluid.
+    // Written: applySettings, touch step, clearInk; read: stepFluid, touch step.
     SharedWord<DragMode> dragMode;
     std::int32_t touchMargin = 0;  // pixels from the screen's edges without ink
     std::uint32_t waterTexture = 0, backgroundTexture = 0, backgroundTexture2 = 0;  // GL names
@@ -80,7 +81,7 @@ struct EffectState {
     FloatGrid pressure{}, pressureScratch{};
     FloatGrid divergence{};
     std::uint8_t* packedVelocity = nullptr;  // RGBA8, 4 bytes a cell of velocityTarget
-    StepSettings stepSettings{};             // the worker's copy
+    StepSettings stepSettings{};             // of this frame: worker and passes read the one copy
 };
 
 extern EffectState gEffectState;

@@ -9,7 +9,7 @@ namespace velmora {
 void startFrame(const EffectState& state);
 
 /// The body of onDrawFrame once the host's arrays are pinned: the fluid step and the touch step
-/// where ink is enabled, then the water. Ink shows in `inkColor`. Clears nothing. GL thread.
+/// where ink is enabled, then the water. Ink laid in it shows in `inkColor`. Clears nothing. GL thread.
 void drawFrame(EffectState& state, SharedTouch& shared, const WaterFrame& frame, InkColor inkColor);
 
 }  // namespace velmora

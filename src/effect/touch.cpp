@@ -1,7 +1,6 @@
 #include "effect/touch.h"
 
 #include <cmath>
-#include <limits>
 #include <utility>
 
 #include "base/saturate.h"
@@ -93,6 +92,11 @@ InkStroke strokeTo(const TouchVariables& touch, DragMode mode, Float2 previous) 
     return {mode, previous, {static_cast<float>(touch.touchX), static_cast<float>(touch.touchY)}};
 }
 
+/// A phase may last for more frames than an int counts.
+void countFrame(std::int32_t& frames) {
+    frames = saturatedInt(std::int64_t{frames} + 1);
+}
+
 std::optional<InkStroke> stepPressed(EffectState& state, TouchVariables& touch) {
     const std::int32_t frame = touch.pressFrames;
     std::optional<InkStroke> stroke;
@@ -104,7 +108,7 @@ std::optional<InkStroke> stepPressed(EffectState& state, TouchVariables& touch) 
         stroke = strokeTo(touch, TapMode, previous);
         state.backwardStepSize = static_cast<float>(frame) * 0.1f;
     }
-    touch.pressFrames = frame + 1;
+    countFrame(touch.pressFrames);
     if (touch.pressFrames > holdFrames && touch.lastTouchAction != ActionMove) {
         touch.touchPhase = Idle;
         touch.pressFrames = 0;
@@ -135,14 +139,12 @@ InkStroke stepDragging(EffectState& state, TouchVariables& touch) {
                           static_cast<float>(touch.strokeLastY)};
     const InkStroke stroke = strokeTo(touch, state.dragMode, previous);
     startStroke(touch, touch.touchX, touch.touchY);
-    ++touch.dragFrames;
+    countFrame(touch.dragFrames);
     return stroke;
 }
 
 void stepIdle(EffectState& state, TouchVariables& touch) {
-    if (touch.idleFrames < std::numeric_limits<std::int32_t>::max()) {
-        ++touch.idleFrames;
-    }
+    countFrame(touch.idleFrames);
     if (touch.idleFrames >= idleFadeFrames) {
         state.inkDissipation = idleInkDissipation;
     }

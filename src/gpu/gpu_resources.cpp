@@ -109,6 +109,8 @@ void initInkResources(EffectState& state) {
     glViewport(0, 0, state.inkWidth, state.inkHeight);
     clearInkTarget(state.inkFront);
     clearInkTarget(state.inkBack);
+    // A host may go on to water only, whose frames bind no framebuffer.
+    glBindFramebuffer(GL_FRAMEBUFFER, 0);
 }
 
 }  // namespace

@@ -17,7 +17,7 @@ struct QuadVertex {
 
 constexpr QuadVertex quad[4] = {{-1, -1, 0, 0}, {1, -1, 1, 0}, {-1, 1, 0, 1}, {1, 1, 1, 1}};
 
-void pointAttribute(GLuint location, std::size_t offset) {
+void pointQuadAttribute(GLuint location, std::size_t offset) {
     glEnableVertexAttribArray(location);
     glVertexAttribPointer(location, 2, GL_SHORT, GL_FALSE, sizeof(QuadVertex),
                           reinterpret_cast<const void*>(offset));
@@ -26,8 +26,8 @@ void pointAttribute(GLuint location, std::size_t offset) {
 void drawQuad(GLuint buffer) {
     glBindBuffer(GL_ARRAY_BUFFER, buffer);
     glBufferData(GL_ARRAY_BUFFER, sizeof quad, quad, GL_STATIC_DRAW);
-    pointAttribute(0, offsetof(QuadVertex, x));
-    pointAttribute(1, offsetof(QuadVertex, u));
+    pointQuadAttribute(0, offsetof(QuadVertex, x));
+    pointQuadAttribute(1, offsetof(QuadVertex, u));
     glDrawArrays(GL_TRIANGLE_STRIP, 0, 4);
     glDisableVertexAttribArray(0);
     glDisableVertexAttribArray(1);
@@ -58,19 +58,19 @@ Float2 textureTimeStep(const EffectState& state) {
 
 }  // namespace
 
-void runAdvectPass(const EffectState& state, const TouchVariables& touch,
-                   const RenderTarget& velocity, const RenderTarget& source,
-                   const RenderTarget& destination, float dissipation) {
+void runAdvectPass(const EffectState& state, const RenderTarget& velocity,
+                   const RenderTarget& source, const RenderTarget& destination, float dissipation) {
+    const StepSettings& step = state.stepSettings;
     const GLuint program = state.advectProgram.program;
-    const Float2 center{static_cast<float>(touch.touchX),
-                        static_cast<float>(flippedY(state.screenHeight, touch.touchY))};
+    const Float2 center{static_cast<float>(step.touchX),
+                        static_cast<float>(flippedY(state.screenHeight, step.touchY))};
     glUseProgram(program);
     setUniform(program, "Scale", screenSize(state));
     setUniform(program, "TimeStep", textureTimeStep(state));
     setUniform(program, "Dissipation", dissipation);
     setUniform(program, "BackwardStepSize", state.backwardStepSize);
     setUniform(program, "center", center);
-    setUniform(program, "drag", GLint{state.dragMode});
+    setUniform(program, "drag", GLint{step.dragMode});
     setUniform(program, "SourceTexture", 1);
     glBindFramebuffer(GL_FRAMEBUFFER, destination.framebuffer);
     bindTexture(GL_TEXTURE0, velocity.texture);

@@ -9,9 +9,8 @@ namespace velmora {
 
 /// Carries the ink along the velocity texture and lets it decay, by the shader
 /// gpu/shaders/advect.frag. The viewport covers the ink target already.
-void runAdvectPass(const EffectState& state, const TouchVariables& touch,
-                   const RenderTarget& velocity, const RenderTarget& source,
-                   const RenderTarget& destination, float dissipation);
+void runAdvectPass(const EffectState& state, const RenderTarget& velocity,
+                   const RenderTarget& source, const RenderTarget& destination, float dissipation);
 
 /// Adds ink along a segment (FastDrag) or around `current`, screen pixels, y up, by gpu/shaders/impulse.frag.
 void runImpulsePass(const EffectState& state, const RenderTarget& source,

@@ -31,7 +31,7 @@ void uploadMesh(const EffectState& state, const WaterFrame& frame) {
 }
 
 /// A location of -1, of a program without the attribute, is passed on: GL rejects it without effect.
-void pointAttribute(GLint location, GLuint buffer) {
+void pointMeshAttribute(GLint location, GLuint buffer) {
     glBindBuffer(GL_ARRAY_BUFFER, buffer);
     glVertexAttribPointer(static_cast<GLuint>(location), 3, GL_FLOAT, GL_FALSE, 0, nullptr);
     glEnableVertexAttribArray(static_cast<GLuint>(location));
@@ -86,8 +86,8 @@ void drawWater(const EffectState& state, const WaterFrame& frame, float inkAmoun
     const GLint heightsLocation = glGetAttribLocation(program, "aHeights");
     glUniformMatrix4fv(glGetUniformLocation(program, "uMVPMatrix"), 1, GL_FALSE, frame.mvpMatrix);
     uploadMesh(state, frame);
-    pointAttribute(heightsLocation, state.meshHeightBuffer);
-    pointAttribute(positionLocation, state.meshPositionBuffer);
+    pointMeshAttribute(heightsLocation, state.meshHeightBuffer);
+    pointMeshAttribute(positionLocation, state.meshPositionBuffer);
     if (frame.inkEnabled) {
         setInk(state, program, inkAmount);
     }

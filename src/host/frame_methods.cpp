@@ -22,10 +22,10 @@ VELMORA_NATIVE(void, onDrawFrame)
  jboolean useSecondBackground) {
     startFrame(gEffectState);
     jfloat* const pinnedPositions = pin(env, positions);
-    jfloat* const pinnedHeights = pin(env, heights);
-    jfloat* const pinnedMatrix = pin(env, mvpMatrix);
-    jshort* const pinnedIndices = pin(env, indices);
-    if (pinnedPositions && pinnedHeights && pinnedMatrix && pinnedIndices) {
+    jfloat* const pinnedHeights = pinnedPositions ? pin(env, heights) : nullptr;
+    jfloat* const pinnedMatrix = pinnedHeights ? pin(env, mvpMatrix) : nullptr;
+    jshort* const pinnedIndices = pinnedMatrix ? pin(env, indices) : nullptr;
+    if (pinnedIndices) {
         drawFrame(gEffectState, gTouch,
                   {.positions = pinnedPositions,
                    .heights = pinnedHeights,

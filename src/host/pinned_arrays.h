@@ -5,7 +5,8 @@
 #include <cstdint>
 
 // Host arrays are pinned at the start of a native method, without asking whether that makes a copy,
-// and released at its end in the same order, with write-back. Null means that the host is out of memory.
+// and released at its end in the same order, with write-back. Null means that the host is out of
+// memory: an exception is pending, and nothing may be pinned any more, only released.
 
 namespace velmora {
 

@@ -10,8 +10,8 @@ VELMORA_NATIVE(void, initWaters)
 (JNIEnv* env, jobject, jfloatArray positions, jshortArray indices, jint vertexCount,
  jint meshSizeWidth, jint meshSizeHeight, jint numDetailsWidth, jint numDetailsHeight) {
     jfloat* const pinnedPositions = pin(env, positions);
-    jshort* const pinnedIndices = pin(env, indices);
-    if (pinnedPositions && pinnedIndices) {
+    jshort* const pinnedIndices = pinnedPositions ? pin(env, indices) : nullptr;
+    if (pinnedIndices) {
         const MeshShape shape{meshSizeWidth, meshSizeHeight, numDetailsWidth, numDetailsHeight};
         writeMeshPositions(pinnedPositions, vertexCount, shape);
         writeMeshIndices(asIndices(pinnedIndices), shape);
@@ -35,9 +35,9 @@ VELMORA_NATIVE(jboolean, move)
  jint x1, jint y1, jint rowLength, jint /*unused*/, jboolean detectCalm, jfloat damping,
  jfloat waveSpeed) {
     jfloat* const velocity = pin(env, waterVelocity);
-    jfloat* const height = pin(env, waterHeight);
+    jfloat* const height = velocity ? pin(env, waterHeight) : nullptr;
     bool isCalm = true;
-    if (velocity && height) {
+    if (height) {
         isCalm = stepHeightField({velocity, height, rowLength}, {x0, y0, x1, y1},
                                  {damping, waveSpeed, detectCalm != 0});
     }

@@ -34,17 +34,12 @@ void startSolver(EffectState& state) {
     }
 }
 
-/// What a fluid step sees of touches and clears: one moment, taken whole.
-struct Moment {
-    TouchVariables touch;
-    float inkDissipation;
-};
-
-/// The worker's copy of that moment too.
-Moment takeMoment(EffectState& state, SharedTouch& shared) {
+/// Takes what the step sees of touches and clears, one moment, whole: into the record, for worker and
+/// passes alike. Returns the dissipation of the passes.
+float beginFluidStep(EffectState& state, SharedTouch& shared) {
     const std::lock_guard guard(shared.lock);
     state.stepSettings = beginSolverStep(state, shared.variables);
-    return {shared.variables, takeInkDissipation(state, shared.variables)};
+    return takeInkDissipation(state, shared.variables);
 }
 
 }  // namespace
@@ -52,12 +47,11 @@ Moment takeMoment(EffectState& state, SharedTouch& shared) {
 void stepFluid(EffectState& state, SharedTouch& shared) {
     joinSolver(state);
     uploadVelocity(state);
-    const Moment now = takeMoment(state, shared);  // after the wait, so that it misses nothing
+    const float dissipation = beginFluidStep(state, shared);  // after the wait: it misses nothing
     startSolver(state);
     glViewport(0, 0, state.inkWidth, state.inkHeight);
     for (int pass = 0; pass < advectionPasses; ++pass) {
-        runAdvectPass(state, now.touch, state.velocityTarget, state.inkFront, state.inkBack,
-                      now.inkDissipation);
+        runAdvectPass(state, state.velocityTarget, state.inkFront, state.inkBack, dissipation);
         std::swap(state.inkFront, state.inkBack);
     }
 }

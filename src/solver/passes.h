@@ -156,8 +156,8 @@ public:
     void evaluate(Float2 coord, float* out) const override;
 };
 
-// Each kernel computes every cell of the pass's output and does nothing when that grid does not
-// exist. The input grids have the output's size and are other blocks than it.
+// Each kernel computes every cell of the pass's output and, jacobiSweep aside, does nothing when that
+// grid does not exist. The input grids have the output's size and are other blocks than it.
 
 void advectVelocityKernel(const AdvectVelocity& pass);
 void computeDivergenceKernel(const ComputeDivergence& pass);

@@ -110,7 +110,7 @@ Lines setUpCalls(bool ink, bool isAgain, bool hasQuad) {
            call("glGenBuffers", "1", "quad") +
            call("glBlendFunc", "GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA") +
            call("glViewport", "0, 0, 512, 1024") + bindTarget("inkA") + clearTarget() +
-           bindTarget("inkB") + clearTarget();
+           bindTarget("inkB") + clearTarget() + bindTarget("0");
 }
 
 Lines loadCalls(const std::string& name, bool isAgain) {
@@ -331,10 +331,14 @@ TEST(RecordedCalls, ArraysArePinnedInOrderAndReleasedWithWriteBack) {
         expected.push_back({call + "ShortArrayElements", JniEnvironment::id(host.indices), 0});
     }
     EXPECT_EQ(host.jni.calls(), expected);
+    std::size_t pinnedBefore = 0;
     for (const jarray refused :
          std::initializer_list<jarray>{host.positions, host.heights, host.matrix, host.indices}) {
         host.jni.refuse(refused);
+        host.jni.clearCalls();
         EXPECT_EQ(host.recordedFrame().find("glDraw"), std::string::npos);
+        // An exception is pending then: what is pinned already is released, nothing more is pinned.
+        EXPECT_EQ(host.jni.calls().size(), 2 * pinnedBefore++ + 1);
     }
     EXPECT_EQ(host.jni.pinned(), 0);
 }
