@@ -10,8 +10,8 @@ final class PhotographCases {
         for (String file : arguments) {
             Picture picture = Photograph.read(Path.of(file), 64, 96);
             System.out.println(letter(picture, 6, 6) + letter(picture, 57, 6)
-                + letter(picture, 6, 89) + letter(picture, 57, 89) + " "
-                + picture.width() + "x" + picture.height());
+                + letter(picture, 6, 89) + letter(picture, 57, 89) + " " + picture.width() + "x"
+                + picture.height());
         }
     }
 

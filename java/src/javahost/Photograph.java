@@ -36,8 +36,7 @@ final class Photograph {
             throw new HostException(file + ": no such picture");
         }
         try (ImageInputStream stream = ImageIO.createImageInputStream(file.toFile())) {
-            Iterator<ImageReader> readers =
-                stream == null ? null : ImageIO.getImageReaders(stream);
+            Iterator<ImageReader> readers = stream == null ? null : ImageIO.getImageReaders(stream);
             if (readers != null && readers.hasNext()) {
                 ImageReader reader = readers.next();
                 reader.setInput(stream);
@@ -130,13 +129,13 @@ final class Photograph {
     private static int orientation(byte[] exif) {
         ByteBuffer tags = ByteBuffer.wrap(exif, EXIF.length, exif.length - EXIF.length).slice();
         tags.order(tags.get(0) == 'I' ? ByteOrder.LITTLE_ENDIAN : ByteOrder.BIG_ENDIAN);
-        int directory = tags.getInt(4);
-        int count = Short.toUnsignedInt(tags.getShort(directory));
-        for (int entry = directory + 2; entry < directory + 2 + 12 * count; entry += 12) {
-            if (tags.getShort(entry) == ORIENTATION_TAG) {
-                return tags.getShort(entry + 8);
-            }
+                int directory = tags.getInt(4);
+                int count = Short.toUnsignedInt(tags.getShort(directory));
+                for (int entry = directory + 2; entry < directory + 2 + 12 * count; entry += 12) {
+                    if (tags.getShort(entry) == ORIENTATION_TAG) {
+                        return tags.getShort(entry + 8);
+                    }
+                }
+                return 1;
         }
-        return 1;
     }
-}
