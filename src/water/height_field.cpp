@@ -94,16 +94,23 @@ void moveRow(WaterRow row, std::ptrdiff_t width) {
     });
 }
 
-/// Third pass, one group or cell, in place: `left` holds the group before as it was smoothed, whose
-/// last cell is the only smoothed left neighbour that a group sees. Returns the smoothed group.
+/// Third pass, one group or cell: what it becomes. `top` is smoothed, and `left` holds the group
+/// before as it was smoothed, whose last cell is the only smoothed left neighbour that a group sees.
+template <class Floats>
+Floats smoothed(const float* cell, std::ptrdiff_t rowLength, Floats weight, Floats top,
+                Floats left) {
+    const Floats height = load<Floats>(cell);
+    const Floats lap = laplacian(top, shiftIn(left, height), load<Floats>(cell + 1),
+                                 load<Floats>(cell + rowLength), height);
+    return height + weight * lap;
+}
+
+/// As above, in place.
 template <class Floats>
 Floats smooth(float* cell, std::ptrdiff_t rowLength, Floats weight, Floats left) {
-    const Floats height = load<Floats>(cell);
-    const Floats lap = laplacian(load<Floats>(cell - rowLength), shiftIn(left, height),
-                                 load<Floats>(cell + 1), load<Floats>(cell + rowLength), height);
-    const Floats smoothed = height + weight * lap;
-    store(cell, smoothed);
-    return smoothed;
+    const Floats value = smoothed(cell, rowLength, weight, load<Floats>(cell - rowLength), left);
+    store(cell, value);
+    return value;
 }
 
 /// Third pass, groups [begin, end) of one row. Returns the last one, `left` where there is none.
@@ -128,8 +135,11 @@ void smoothRow(float* row, std::ptrdiff_t rowLength, float weight, std::ptrdiff_
 }
 
 /// Third pass, six rows side by side: each a group behind the one above it, which it needs
-/// smoothed, so that their chains from group to group run at once. Six names: an array would go
-/// through memory. At least `smoothedTogether` groups.
+/// smoothed, so that their chains from group to group run at once. What a row needs of the one above
+/// is the group which that one left in its name a moment ago; and as no row writes what another
+/// reads, the stores come last, so that even a processor which takes instructions as they come finds
+/// six chains abreast. Six names: an array would go through memory. At least `smoothedTogether`
+/// groups.
 void smoothSixRows(float* first, std::ptrdiff_t rowLength, float weight, std::ptrdiff_t width) {
     const std::ptrdiff_t groups = width / 4;
     const auto row = [=](std::ptrdiff_t r) { return first + r * rowLength; };
@@ -145,15 +155,22 @@ void smoothSixRows(float* first, std::ptrdiff_t rowLength, float weight, std::pt
     Float4 e = start(4);
     Float4 f = start(5);
     for (std::ptrdiff_t group = smoothedTogether - 1; group < groups; ++group) {
-        const auto next = [=](std::ptrdiff_t r, Float4 left) {
-            return smooth(row(r) + (group - r) * 4, rowLength, Float4(weight), left);
+        const auto cell = [=](std::ptrdiff_t r) { return row(r) + (group - r) * 4; };
+        const auto next = [=](std::ptrdiff_t r, Float4 top, Float4 left) {
+            return smoothed(cell(r), rowLength, Float4(weight), top, left);
         };
-        a = next(0, a);
-        b = next(1, b);
-        c = next(2, c);
-        d = next(3, d);
-        e = next(4, e);
-        f = next(5, f);
+        f = next(5, e, f);
+        e = next(4, d, e);
+        d = next(3, c, d);
+        c = next(2, b, c);
+        b = next(1, a, b);
+        a = next(0, load<Float4>(cell(0) - rowLength), a);
+        store(cell(0), a);
+        store(cell(1), b);
+        store(cell(2), c);
+        store(cell(3), d);
+        store(cell(4), e);
+        store(cell(5), f);
     }
     const Float4 left[smoothedTogether] = {a, b, c, d, e, f};
     for (std::ptrdiff_t r = 0; r < smoothedTogether; ++r) {
