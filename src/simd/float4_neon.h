@@ -60,6 +60,11 @@ inline Pair<Float4> loadPair(const float* from) {
 inline void storePair(float* to, Pair<Float4> cells) {
     vst2q_f32(to, float32x4x2_t{{cells.x.lanes, cells.y.lanes}});
 }
+inline void storeDifference(float* to, const float* from, Pair<Float4> change) {
+    const Pair<Float4> cells = loadPair(from);
+    storePair(to,
+              {vsubq_f32(cells.x.lanes, change.x.lanes), vsubq_f32(cells.y.lanes, change.y.lanes)});
+}
 
 inline void storePoints(float* to, Float4 x, Float4 y) {
     vst3q_f32(to, float32x4x3_t{{x.lanes, y.lanes, vdupq_n_f32(0.0f)}});

@@ -80,6 +80,12 @@ inline void storePair(float* to, Pair<Float4> cells) {
         to[2 * k + 1] = cells.y.lane[k];
     }
 }
+inline void storeDifference(float* to, const float* from, Pair<Float4> change) {
+    for (int k = 0; k < 4; ++k) {
+        to[2 * k] = from[2 * k] - change.x.lane[k];
+        to[2 * k + 1] = from[2 * k + 1] - change.y.lane[k];
+    }
+}
 
 inline void storePoints(float* to, Float4 x, Float4 y) {
     for (int k = 0; k < 4; ++k) {

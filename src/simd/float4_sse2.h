@@ -60,6 +60,12 @@ inline void storePair(float* to, Pair<Float4> cells) {
     _mm_storeu_ps(to, _mm_unpacklo_ps(cells.x.lanes, cells.y.lanes));
     _mm_storeu_ps(to + 4, _mm_unpackhi_ps(cells.x.lanes, cells.y.lanes));
 }
+inline void storeDifference(float* to, const float* from, Pair<Float4> change) {
+    const __m128 first = _mm_unpacklo_ps(change.x.lanes, change.y.lanes);
+    const __m128 second = _mm_unpackhi_ps(change.x.lanes, change.y.lanes);
+    _mm_storeu_ps(to, _mm_sub_ps(_mm_loadu_ps(from), first));
+    _mm_storeu_ps(to + 4, _mm_sub_ps(_mm_loadu_ps(from + 4), second));
+}
 
 inline void storePoints(float* to, Float4 x, Float4 y) {
     const __m128 zero = _mm_setzero_ps();

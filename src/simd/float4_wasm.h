@@ -60,6 +60,12 @@ inline void storePair(float* to, Pair<Float4> cells) {
     wasm_v128_store(to, wasm_i32x4_shuffle(cells.x.lanes, cells.y.lanes, 0, 4, 1, 5));
     wasm_v128_store(to + 4, wasm_i32x4_shuffle(cells.x.lanes, cells.y.lanes, 2, 6, 3, 7));
 }
+inline void storeDifference(float* to, const float* from, Pair<Float4> change) {
+    const v128_t first = wasm_i32x4_shuffle(change.x.lanes, change.y.lanes, 0, 4, 1, 5);
+    const v128_t second = wasm_i32x4_shuffle(change.x.lanes, change.y.lanes, 2, 6, 3, 7);
+    wasm_v128_store(to, wasm_f32x4_sub(wasm_v128_load(from), first));
+    wasm_v128_store(to + 4, wasm_f32x4_sub(wasm_v128_load(from + 4), second));
+}
 
 inline void storePoints(float* to, Float4 x, Float4 y) {
     const v128_t zero = wasm_f32x4_const_splat(0.0f);

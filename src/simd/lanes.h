@@ -53,6 +53,11 @@ inline void storePair(float* to, Pair<float> cells) {
     to[0] = cells.x;
     to[1] = cells.y;
 }
+/// Stores the pairs at `from` less `change`. Some processors need not take the pairs apart for it.
+inline void storeDifference(float* to, const float* from, Pair<float> change) {
+    to[0] = from[0] - change.x;
+    to[1] = from[1] - change.y;
+}
 
 /// start, start + 1, ... one value a lane: exact for whole numbers below 2^24.
 template <class Floats>

@@ -104,9 +104,14 @@ inline float scalarAt(const FloatGrid& grid, Cell cell) {
     return grid.data[cell.i + std::ptrdiff_t{cell.j} * grid.width];
 }
 
+/// Where the value of cell (i, j) of a 2-float grid lies.
+inline const float* placeOf(const FloatGrid& grid, Cell cell) {
+    return grid.data + (cell.i + std::ptrdiff_t{cell.j} * grid.width) * 2;
+}
+
 /// The value of cell (i, j) of a 2-float grid.
 inline Float2 pairAt(const FloatGrid& grid, Cell cell) {
-    return loadPair<float>(grid.data + (cell.i + std::ptrdiff_t{cell.j} * grid.width) * 2);
+    return loadPair<float>(placeOf(grid, cell));
 }
 
 /// A cell and its four neighbours, clamped to the grid.

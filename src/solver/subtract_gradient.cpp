@@ -12,10 +12,8 @@ struct Pressures {
 };
 
 template <class Floats>
-Pair<Floats> projectedCell(Pair<Floats> velocity, const Pressures<Floats>& pressure,
-                           Floats gradientScale) {
-    return {velocity.x - gradientScale * (pressure.right - pressure.left),
-            velocity.y - gradientScale * (pressure.top - pressure.bottom)};
+Pair<Floats> scaledGradient(const Pressures<Floats>& pressure, Floats scale) {
+    return {scale * (pressure.right - pressure.left), scale * (pressure.top - pressure.bottom)};
 }
 
 }  // namespace
@@ -24,7 +22,7 @@ void SubtractGradient::evaluate(Float2 coord, float* out) const {
     const Neighbourhood n(velocity, coord, texelSize);
     const Pressures<float> around{scalarAt(pressure, n.right), scalarAt(pressure, n.left),
                                   scalarAt(pressure, n.top), scalarAt(pressure, n.bottom)};
-    storePair(out, projectedCell(pairAt(velocity, n.middle), around, gradientScale));
+    storeDifference(out, placeOf(velocity, n.middle), scaledGradient(around, gradientScale));
 }
 
 void subtractGradientKernel(const SubtractGradient& pass) {
@@ -43,8 +41,8 @@ void subtractGradientKernel(const SubtractGradient& pass) {
                 const Pressures<Floats> around{
                     load<Floats>(rows.middle + right), load<Floats>(rows.middle + left),
                     load<Floats>(rows.top + i), load<Floats>(rows.bottom + i)};
-                storePair(out + i * 2, projectedCell(loadPair<Floats>(velocity + i * 2), around,
-                                                     Floats(gradientScale)));
+                storeDifference(out + i * 2, velocity + i * 2,
+                                scaledGradient(around, Floats(gradientScale)));
             });
     }
 }

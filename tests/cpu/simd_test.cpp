@@ -148,6 +148,11 @@ TYPED_TEST(Lanes, LoadStoreAndGatherExactlyTheirElements) {
         EXPECT_TRUE(hold(pair, {1.0f, 3.0f, 5.0f, infinity}, {-0.0f, nan, 6.0f, 8.0f}));
         storePair(pairs.data(), pair);
         EXPECT_TRUE(areSame(pairs.elements(), from.elements()));
+        storeDifference(
+            pairs.data(), from.data(),
+            Pair<Float>{Float(1.0f, 2.0f, 3.0f, 4.0f), Float(0.0f, 0.5f, -1.0f, 16.0f)});
+        EXPECT_TRUE(areSame(pairs.elements(),
+                            std::array{0.0f, -0.0f, 1.0f, nan, 2.0f, 7.0f, infinity, -8.0f}));
         storePoints(points.data(), pair.x, pair.y);
         EXPECT_TRUE(areSame(points.elements(), std::array{1.0f, -0.0f, 0.0f, 3.0f, nan, 0.0f, 5.0f,
                                                           6.0f, 0.0f, infinity, 8.0f, 0.0f}));
