@@ -1,12 +1,15 @@
 // How fast the page is in headless Chromium with software GL: the file's size, the time from opening to the first
 // frame, frames a second without the display's cap, and the page's own milliseconds of a frame outside GL.
-// Usage: node tests/web/bench.mjs [WIDTHxHEIGHT] [SECONDS]
+// Usage: node tests/web/bench.mjs [WIDTHxHEIGHT] [SECONDS] [LOOK]     LOOK: settings that differ, as JSON
 
 import { statSync } from "node:fs";
-import { launch, open, top } from "./page.mjs";
+import { loadavg } from "node:os";
+import { launch, open, softwareGl, top } from "./page.mjs";
 
 const size = (process.argv[2] ?? "540x960").split("x").map(Number);
 const seconds = Number(process.argv[3] ?? 8);
+const look = JSON.parse(process.argv[4] ?? "{}");
+const uncapped = [...softwareGl, "--disable-frame-rate-limit", "--disable-gpu-vsync"];
 
 /** Counts the time within GL calls, and the frames drawn. */
 function watchGl() {
@@ -25,50 +28,73 @@ function watchGl() {
     }
 }
 
-/** A finger that never rests, frame after frame; each frame is waited for, as a display would. */
-async function stir([duration, finish]) {
+/**
+ * A finger that never rests, and a frame with each animation frame. Without the display's cap nothing else holds the
+ * page back from asking for frames faster than they are drawn: every eighth waits until all before it are.
+ */
+async function stir(duration) {
     const { velmora } = window;
     const { effect, screen } = velmora;
-    const pixel = new Uint8Array(4);
-    velmora.view.paused = true; // no frames but these
-    await new Promise((resolve) => setTimeout(resolve, 300));
-    let frames = 0;
-    let own = 0;
-    const start = performance.now();
-    effect.touch(0, screen.width / 2, screen.height / 2, 0.5);
-    while (performance.now() - start < duration * 1000) {
+    const gl = effect.gl;
+    const drawn = () => {
+        const before = window.glTime;
+        gl.readPixels(0, 0, 1, 1, gl.RGBA, gl.UNSIGNED_BYTE, new Uint8Array(4));
+        window.glTime = before; // none of the page's
+    };
+    const afterFrame = () =>
+        new Promise((resolve) => {
+            const call = () => (velmora.afterFrame.delete(call), resolve());
+            velmora.afterFrame.add(call);
+        });
+    velmora.clock.take = () => [1000 / 60]; // not the 60 a second that a display is given
+    velmora.touch(0, screen.width / 2, screen.height / 2, 0.5);
+    let [start, own, glAtStart] = [performance.now(), 0, 0];
+    for (let frames = -3; ; ++frames) {
         const angle = frames / 9;
-        const x = screen.width * (0.5 + 0.3 * Math.cos(angle));
-        const y = screen.height * (0.5 + 0.3 * Math.sin(0.7 * angle));
-        const before = performance.now();
-        window.glTime = 0;
-        effect.touch(2, x, y, 0.5);
-        effect.frame(1000 / 60);
-        own += performance.now() - before - window.glTime;
-        if (finish) {
-            effect.gl.readPixels(0, 0, 1, 1, effect.gl.RGBA, effect.gl.UNSIGNED_BYTE, pixel);
+        const [x, y] = [0.5 + 0.3 * Math.cos(angle), 0.5 + 0.3 * Math.sin(0.7 * angle)];
+        velmora.touch(2, x * screen.width, y * screen.height, 0.5);
+        await afterFrame();
+        own += velmora.times.at(-1).effect;
+        if (frames % 8 === 0) {
+            drawn();
         }
-        ++frames;
+        const passed = performance.now() - start;
+        if (frames === 0) {
+            [start, own, glAtStart] = [performance.now(), 0, window.glTime]; // programs are compiled
+        } else if (frames > 0 && frames % 8 === 0 && passed > duration * 1000) {
+            return { perSecond: (frames * 1000) / passed, own: (own - window.glTime + glAtStart) / frames, frames: frames + 3 };
+        }
     }
-    return { perSecond: (frames * 1000) / (performance.now() - start), own: own / frames };
 }
 
-const browser = await launch();
+const browser = await launch(uncapped);
+const system = await browser.newBrowserCDPSession();
+
+/** Processor seconds of all of the browser: unlike its frames a second they depend little on what else runs. */
+async function processorTime() {
+    const { processInfo } = await system.send("SystemInfo.getProcessInfo");
+    return processInfo.reduce((sum, { cpuTime }) => sum + cpuTime, 0);
+}
+
 console.log(`size             ${(statSync(`${top}/build/web/velmora.html`).size / 1024).toFixed(0)} KB`);
 for (const waterOnly of [false, true]) {
-    const hash = `#look=${encodeURIComponent(JSON.stringify({ waterOnly }))}`;
+    const hash = `#look=${encodeURIComponent(JSON.stringify({ waterOnly, ...look }))}`;
     const page = await open(browser, { size, hash });
     const first = await page.evaluate(() => performance.getEntriesByName("first frame")[0]?.startTime ?? NaN);
-    const { perSecond } = await page.evaluate(stir, [seconds, true]);
+    const before = await processorTime();
+    const { perSecond, frames } = await page.evaluate(stir, seconds);
+    const processors = ((await processorTime()) - before) / frames;
     await page.context().close();
     const watched = await open(browser, { size, hash, before: watchGl });
-    const { own } = await watched.evaluate(stir, [Math.min(seconds, 3), true]);
+    const { own } = await watched.evaluate(stir, Math.min(seconds, 3));
     await watched.context().close();
     console.log(
         `${waterOnly ? "water only" : "ink and water"}`.padEnd(16),
         `${perSecond.toFixed(1)} frames/s`.padEnd(16),
+        `${(1000 * processors).toFixed(1)} ms of processors a frame`.padEnd(34),
         `${own.toFixed(2)} ms a frame outside GL`.padEnd(28),
-        `first frame after ${first.toFixed(0)} ms`,
+        `first frame after ${first.toFixed(0)} ms`.padEnd(28),
+        `load ${loadavg()[0].toFixed(1)}`,
     );
 }
 await browser.close();

@@ -15,7 +15,7 @@ mkdirSync(shots, { recursive: true });
 
 // The page's packages are its tests' as well.
 const { chromium } = createRequire(join(top, "web/package.json"))("playwright-core");
-const softwareGl = ["--use-angle=swiftshader", "--enable-unsafe-swiftshader"];
+export const softwareGl = ["--use-angle=swiftshader", "--enable-unsafe-swiftshader"];
 
 export function launch(args = softwareGl) {
     return chromium.launch({
