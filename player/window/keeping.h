@@ -10,9 +10,9 @@ void keep(WindowState& window, Command command);
 
 /// The screenshot that was asked for, of what the screen shows.
 void takeScreenshot(WindowState& window);
-/// Where one is being made.
+/// Ends the film that is being made; nothing where none is.
 void finishFilm(WindowState& window);
-/// Where one is being made.
+/// Ends the recording of gestures; nothing where none is running.
 void finishRecording(WindowState& window);
 
 /// Prints the velocity's digest where the command line asks for it.
