@@ -113,3 +113,16 @@ test("a hidden page lets go of the finger", async () => {
     assert.deepEqual(actions(touches), ["down", "cancel"]);
     await close(page);
 });
+
+test("a ring around the water for those who come by Tab, none for a key after a touch", async () => {
+    const page = await open(browser, {});
+    const ring = () => page.evaluate(() => getComputedStyle(document.getElementById("water")).outlineStyle);
+    await page.mouse.click(50, 60);
+    await page.keyboard.press("v");
+    assert.equal(await page.evaluate(() => document.activeElement.id), "water");
+    assert.equal(await ring(), "none");
+    await page.evaluate(() => document.getElementById("open").focus());
+    await page.keyboard.press("Shift+Tab");
+    assert.equal(await ring(), "solid");
+    await close(page);
+});

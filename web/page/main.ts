@@ -174,6 +174,8 @@ async function open(): Promise<void> {
     window.addEventListener("hashchange", () => void readLink());
     player.onLook = () => panel.update();
     player.onReplayEnd = () => say("the gesture has ended");
+    // A ring for those who came by Tab; a key pressed after a touch brings none.
+    canvas.addEventListener("focus", () => canvas.classList.toggle("tabbed", canvas.matches(":focus-visible")));
     canvas.addEventListener("webglcontextlost", (event) => {
         event.preventDefault(); // else it would not come back
         player.loseContext();
