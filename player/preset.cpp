@@ -153,14 +153,18 @@ void savePreset(const Settings& settings, const fs::path& file) {
     writeWhole(file, json.dump(4) + '\n');
 }
 
+NamedPreset named(const fs::path& file) {
+    std::string name = file.stem().string();
+    std::ranges::replace(name, '_', ' ');
+    return {std::move(name), file};
+}
+
 std::vector<NamedPreset> presetsIn(const fs::path& folder) {
     std::vector<NamedPreset> presets;
     std::error_code ignored;
     for (const fs::directory_entry& entry : fs::directory_iterator(folder, ignored)) {
         if (entry.path().extension() == ".json") {
-            std::string name = entry.path().stem().string();
-            std::replace(name.begin(), name.end(), '_', ' ');
-            presets.push_back({std::move(name), entry.path()});
+            presets.push_back(named(entry.path()));
         }
     }
     std::ranges::sort(presets, {}, &NamedPreset::name);

@@ -24,7 +24,10 @@ struct NamedPreset {
     std::filesystem::path file;
 };
 
-/// The presets in a folder, by name: calm_pond.json is "calm pond".
+/// calm_pond.json is "calm pond".
+NamedPreset named(const std::filesystem::path& file);
+
+/// The presets in a folder, by name.
 std::vector<NamedPreset> presetsIn(const std::filesystem::path& folder);
 
 }  // namespace player

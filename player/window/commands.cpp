@@ -3,7 +3,9 @@
 #include <utility>
 
 #include "player/picture.h"
+#include "player/script.h"
 #include "player/window/keeping.h"
+#include "player/window/playing.h"
 
 namespace player {
 namespace {
@@ -69,6 +71,12 @@ void run(WindowState& window, Command command) {
         case Command::nextPreset:
             showNextPreset(window);
             break;
+        case Command::fullScreen:
+            window.screen.window().switchFullScreen();
+            break;
+        case Command::back:
+            window.leaving = !std::exchange(window.view.help, false);
+            break;
         case Command::quit:
             window.leaving = true;
             break;
@@ -94,9 +102,15 @@ void runCommands(WindowState& window) {
     window.view.recording = window.session.recording().has_value();
 }
 
-void dropPicture(WindowState& window, const std::filesystem::path& file) {
+void dropFile(WindowState& window, const std::filesystem::path& file) {
     attempt(window.notice, [&] {
-        window.session.showPicture(loadPicture(file));
+        if (file.extension() == ".json") {
+            window.session.settings = loadPreset(file);
+        } else if (file.extension() == ".gesture") {
+            startReplay(window, Replay{loadScript(file)});
+        } else {
+            window.session.showPicture(loadPicture(file));
+        }
         say(window.notice, file.filename().string());
     });
 }

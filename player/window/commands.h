@@ -9,7 +9,8 @@ namespace player {
 /// Runs what keys and panel asked for. What fails is told in the window.
 void runCommands(WindowState& window);
 
-/// A picture dropped on the window becomes the background.
-void dropPicture(WindowState& window, const std::filesystem::path& file);
+/// A file dropped on the window: a preset is loaded, a gesture script is played, a picture becomes
+/// the background.
+void dropFile(WindowState& window, const std::filesystem::path& file);
 
 }  // namespace player

@@ -16,6 +16,11 @@ namespace {
 using namespace std::chrono_literals;
 using Clock = FrameClock::Clock;
 
+/// Combinations are the desktop's.
+bool isCombined(const SDL_Keysym& key) {
+    return (key.mod & (KMOD_CTRL | KMOD_ALT | KMOD_GUI)) != 0;
+}
+
 void pressKey(WindowState& window, int code) {
     window.attract.userCame(false);
     for (const Key& key : keys()) {
@@ -29,7 +34,7 @@ void takeDrop(WindowState& window, char* name) {
     const std::filesystem::path file = name;
     SDL_free(name);
     window.attract.userCame(false);
-    dropPicture(window, file);
+    dropFile(window, file);
 }
 
 bool resizes(const SDL_Event& event) {
@@ -40,7 +45,8 @@ void take(WindowState& window, const SDL_Event& event) {
     const ImGuiIO& io = ImGui::GetIO();
     if (event.type == SDL_QUIT) {
         window.leaving = true;
-    } else if (event.type == SDL_KEYDOWN && event.key.repeat == 0 && !io.WantTextInput) {
+    } else if (event.type == SDL_KEYDOWN && event.key.repeat == 0 && !io.WantTextInput &&
+               !isCombined(event.key.keysym)) {
         pressKey(window, event.key.keysym.sym);
     } else if (event.type == SDL_DROPFILE) {
         takeDrop(window, event.drop.file);
@@ -66,7 +72,7 @@ void waitForWork(WindowState& window) {
     } else {
         window.clock.skip(now);
     }
-    const bool redraw = window.redraws > 0 || window.stepWanted;
+    const bool redraw = window.redraws > 0 || window.stepWanted || window.shots.filming();
     wait = redraw ? std::min<std::chrono::nanoseconds>(wait, 10ms) : wait;
     const auto whole = std::chrono::duration_cast<std::chrono::milliseconds>(wait);
     SDL_WaitEventTimeout(nullptr, std::max(1, static_cast<int>(whole.count())));

@@ -11,10 +11,6 @@ namespace player {
 namespace fs = std::filesystem;
 
 GestureRecording::GestureRecording(fs::path file, Size screen) : path(std::move(file)) {
-    std::error_code ignored;
-    if (fs::exists(path, ignored)) {
-        throw Failure("the recording would overwrite this file", path.string());
-    }
     script = {screen.width, screen.height, 0, {}};
     stream.open(path);
     stream << "screen " << screen.width << ' ' << screen.height << std::endl;

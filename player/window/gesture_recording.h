@@ -12,7 +12,8 @@ namespace player {
 /// leaves is a whole script up to its last event.
 class GestureRecording {
 public:
-    /// Throws Failure when the file exists or cannot be written, as all members do when it cannot.
+    /// The file is the recording's own, and empty. Throws Failure when it cannot be written, as all
+    /// members do.
     GestureRecording(std::filesystem::path file, Size screen);
 
     void add(const hostkit::ScriptAction& action);

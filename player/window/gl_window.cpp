@@ -3,6 +3,7 @@
 #define SDL_MAIN_HANDLED
 #include <SDL2/SDL.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <string>
 
@@ -27,6 +28,18 @@ std::string desktops() {
     const bool x11 = isSet("DISPLAY");
     const bool wayland = isSet("WAYLAND_DISPLAY");
     return x11 && wayland ? "x11,wayland" : x11 ? "x11" : "wayland";
+}
+
+/// Leaves room for a title bar.
+Size withinDisplay(Size size) {
+    constexpr double part = 0.93;
+    SDL_Rect display{};
+    if (SDL_GetDisplayUsableBounds(0, &display) != 0) {
+        return size;
+    }
+    const double scale =
+        std::min({1.0, part * display.w / size.width, part * display.h / size.height});
+    return {static_cast<int>(size.width * scale), static_cast<int>(size.height * scale)};
 }
 
 void wantGles2() {
@@ -62,10 +75,11 @@ GlWindow::VideoSystem::~VideoSystem() {
     SDL_Quit();
 }
 
-GlWindow::GlWindow(const char* title, Size size)
-    : window(SDL_CreateWindow(
-          title, SDL_WINDOWPOS_CENTERED, SDL_WINDOWPOS_CENTERED, size.width, size.height,
-          SDL_WINDOW_OPENGL | SDL_WINDOW_RESIZABLE | SDL_WINDOW_ALLOW_HIGHDPI)) {
+GlWindow::GlWindow(const char* title, Size wanted, bool shrinks) {
+    const Size size = shrinks ? withinDisplay(wanted) : wanted;
+    window.reset(SDL_CreateWindow(
+        title, SDL_WINDOWPOS_CENTERED, SDL_WINDOWPOS_CENTERED, size.width, size.height,
+        SDL_WINDOW_OPENGL | SDL_WINDOW_RESIZABLE | SDL_WINDOW_ALLOW_HIGHDPI));
     if (!window) {
         throw failed("cannot open a window with OpenGL ES 2.0");
     }
@@ -86,6 +100,11 @@ void GlWindow::renewContext() {
         throw failed("no OpenGL ES 2.0 context");
     }
     SDL_GL_SetSwapInterval(1);
+}
+
+void GlWindow::switchFullScreen() {
+    const bool full = (SDL_GetWindowFlags(window.get()) & SDL_WINDOW_FULLSCREEN_DESKTOP) != 0;
+    SDL_SetWindowFullscreen(window.get(), full ? 0 : SDL_WINDOW_FULLSCREEN_DESKTOP);
 }
 
 void GlWindow::swap() {

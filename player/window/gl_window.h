@@ -15,8 +15,9 @@ bool hasDesktop();
 /// it.
 class GlWindow {
 public:
-    /// Throws Failure without a desktop or without that GL.
-    GlWindow(const char* title, Size size);
+    /// `shrinks`: where the display is smaller, so is the window, in the same shape. Throws Failure
+    /// without a desktop or without that GL.
+    GlWindow(const char* title, Size size, bool shrinks);
     ~GlWindow();
     GlWindow(const GlWindow&) = delete;
     GlWindow& operator=(const GlWindow&) = delete;
@@ -24,6 +25,8 @@ public:
     /// Destroys the context with everything in it and makes a new one, current. Throws Failure.
     void renewContext();
     void swap();
+    /// The whole screen, or the window again.
+    void switchFullScreen();
     /// In pixels, of which a window of a dense screen has more than units of its own.
     Size pixels() const;
     /// Pixels per unit of the window, across and down.

@@ -10,6 +10,7 @@ void switchFilm(WindowState& window) {
     if (window.shots.filming()) {
         finishFilm(window);
     } else {
+        window.filmStart = FrameClock::Clock::now();
         say(window.notice, "filming " + window.shots.startFilm(window.session.size()).string());
     }
 }
@@ -19,7 +20,9 @@ void switchRecording(WindowState& window) {
         finishRecording(window);
     } else {
         window.session.startRecording(window.shots.nameForGesture());
-        say(window.notice, "recording " + window.session.recording()->file().string());
+        window.recordingStart = FrameClock::Clock::now();
+        say(window.notice,
+            "recording " + window.session.recording()->file().string() + ", from a fresh start");
     }
 }
 
@@ -33,7 +36,9 @@ void keep(WindowState& window, Command command) {
     } else if (command == Command::record) {
         switchRecording(window);
     } else if (command == Command::savePreset) {
-        say(window.notice, "saved " + window.shots.preset(window.session.settings).string());
+        const std::filesystem::path file = window.shots.preset(window.session.settings);
+        window.presets.push_back(named(file));
+        say(window.notice, "saved " + file.string());
     }
 }
 
@@ -55,7 +60,14 @@ void finishRecording(WindowState& window) {
     const std::filesystem::path file = window.session.recording()->file();
     tellDigest(window);
     window.session.finishRecording();
+    window.shots.add(file);
     say(window.notice, "recorded " + file.string());
+}
+
+void tellFiles(const WindowState& window) {
+    for (const std::filesystem::path& file : window.shots.files()) {
+        std::printf("saved %s\n", file.c_str());
+    }
 }
 
 void tellDigest(const WindowState& window) {

@@ -14,6 +14,8 @@ void takeScreenshot(WindowState& window);
 void finishFilm(WindowState& window);
 /// Ends the recording of gestures; nothing where none is running.
 void finishRecording(WindowState& window);
+/// Prints the names of all files that the window left.
+void tellFiles(const WindowState& window);
 
 /// Prints the velocity's digest where the command line asks for it.
 void tellDigest(const WindowState& window);

@@ -22,8 +22,9 @@ constexpr Key table[] = {
     {SDLK_r, Command::record, "R", "record the gesture, from here or to here"},
     {SDLK_l, Command::loseContext, "L", "lose the GL context and rebuild it"},
     {SDLK_a, Command::attract, "A", "a finger of its own after idle seconds, on or off"},
-    {SDLK_ESCAPE, Command::quit, "Esc", "quit (so does Q)"},
-    {SDLK_q, Command::quit, "Q", ""},
+    {SDLK_F11, Command::fullScreen, "F11", "the whole screen, and back"},
+    {SDLK_ESCAPE, Command::back, "Esc", "close this list, else quit"},
+    {SDLK_q, Command::quit, "Q", "quit"},
 };
 
 }  // namespace
@@ -35,13 +36,12 @@ std::span<const Key> keys() {
 std::string keyHelp() {
     std::string text;
     for (const Key& key : table) {
-        if (*key.words != '\0') {
-            const std::string name = key.name;
-            text += "  " + name + std::string(8 - name.size(), ' ') + key.words + "\n";
-        }
+        const std::string name = key.name;
+        text += "  " + name + std::string(8 - name.size(), ' ') + key.words + "\n";
     }
     return text +
-           "  A picture dropped on the window becomes the background, the former one the second.\n";
+           "  A picture dropped on the window becomes the background, the former one the second;\n"
+           "  a preset is loaded, a gesture script is played.\n";
 }
 
 }  // namespace player

@@ -23,6 +23,8 @@ enum class Command {
     nextPreset,
     loseContext,
     attract,
+    fullScreen,
+    back,
     quit
 };
 

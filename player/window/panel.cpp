@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdio>
 #include <iterator>
 
 namespace player {
@@ -191,6 +192,24 @@ void drawHelp() {
         ImGui::TextWrapped("%s", keyHelp().c_str());
     }
     ImGui::End();
+}
+
+void drawMark(const char* word, std::chrono::seconds time, int row) {
+    char text[64];
+    std::snprintf(text, sizeof text, "%s %d:%02d", word, static_cast<int>(time.count() / 60),
+                  static_cast<int>(time.count() % 60));
+    const float line = ImGui::GetTextLineHeight();
+    const float radius = 0.45f * line;
+    const ImVec2 size = ImGui::CalcTextSize(text);
+    const ImVec2 corner(ImGui::GetIO().DisplaySize.x - size.x - line,
+                        line + 2.0f * line * static_cast<float>(row));
+    ImDrawList& list = *ImGui::GetForegroundDrawList();
+    list.AddRectFilled(ImVec2(corner.x - 2.0f * line, corner.y - 0.3f * line),
+                       ImVec2(corner.x + size.x + 0.5f * line, corner.y + 1.3f * line),
+                       IM_COL32(0, 0, 0, 150), radius);
+    list.AddCircleFilled(ImVec2(corner.x - line, corner.y + line / 2), radius,
+                         IM_COL32(230, 30, 30, 255));
+    list.AddText(corner, IM_COL32(255, 255, 255, 255), text);
 }
 
 void drawNotice(const std::string& line) {

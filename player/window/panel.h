@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <filesystem>
 #include <span>
 #include <string>
@@ -38,6 +39,9 @@ struct Panel {
 /// Into the current ImGui frame.
 void drawPanel(const Panel& panel);
 void drawHelp();
+/// A red dot with its word and how long it has been on, in the upper right corner, one below the
+/// other by `row`.
+void drawMark(const char* word, std::chrono::seconds time, int row);
 /// A line at the lower edge.
 void drawNotice(const std::string& line);
 

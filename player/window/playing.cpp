@@ -50,9 +50,6 @@ void playFrame(WindowState& window, std::chrono::nanoseconds elapsed) {
     if (window.times.size() > graphFrames) {
         window.times.erase(window.times.begin());
     }
-    if (window.shots.filming()) {
-        attempt(window.notice, [&] { window.shots.addToFilm(window.session.shown()); });
-    }
     if (window.replay && isOver(*window.replay)) {
         endReplay(window);
     }
@@ -92,6 +89,12 @@ void followSize(WindowState& window) {
     attempt(window.notice, [&] { finishRecording(window); });
     window.session.restart();
     window.redraws = redrawsAfterEvent;
+}
+
+void startReplay(WindowState& window, Replay replay) {
+    finishRecording(window);
+    window.session.startReplay();
+    window.replay = std::move(replay);
 }
 
 void playDueFrames(WindowState& window) {

@@ -11,6 +11,9 @@ bool isActive(const WindowState& window);
 /// there.
 void followSize(WindowState& window);
 
+/// Plays a script from a fresh start. What is recorded ends there.
+void startReplay(WindowState& window, Replay replay);
+
 /// Plays the frames that are due.
 void playDueFrames(WindowState& window);
 

@@ -11,7 +11,23 @@ namespace {
 
 using Clock = FrameClock::Clock;
 
+/// Often enough for a film of a picture that stands, and for the seconds of a mark.
+constexpr auto longestStand = std::chrono::milliseconds(100);
+
+void drawMarks(const WindowState& window) {
+    int row = 0;
+    const auto mark = [&](bool on, const char* word, Clock::time_point start) {
+        if (on) {
+            drawMark(word, std::chrono::duration_cast<std::chrono::seconds>(Clock::now() - start),
+                     row++);
+        }
+    };
+    mark(window.view.filming, "film", window.filmStart);
+    mark(window.view.recording, "gesture", window.recordingStart);
+}
+
 void drawWindows(WindowState& window) {
+    drawMarks(window);
     if (window.view.panel) {
         drawPanel({window.view, window.presets, window.times, window.session.settings,
                    window.commands, window.chosenPreset});
@@ -42,6 +58,9 @@ void drawScreen(WindowState& window) {
     } else {
         window.screen.canvas().show(window.screen.window().pixels());
     }
+    if (window.shots.filming()) {
+        attempt(window.notice, [&] { window.shots.addToFilm(window.session.shown()); });
+    }
     drawOver(window);
     if (std::exchange(window.shotWanted, false)) {
         attempt(window.notice, [&] { takeScreenshot(window); });
@@ -55,9 +74,12 @@ void present(WindowState& window) {
     const auto start = Clock::now();
     const bool noticing = start < window.notice.end;
     const bool noticeChanged = noticing != std::exchange(window.notice.shown, noticing);
-    if (!window.drawn && window.redraws <= 0 && !window.shotWanted && !noticeChanged) {
+    const bool marking = window.view.filming || window.view.recording;
+    const bool stands = marking && start - window.presented >= longestStand;
+    if (!window.drawn && window.redraws <= 0 && !window.shotWanted && !noticeChanged && !stands) {
         return;
     }
+    window.presented = start;
     window.redraws = std::max(window.redraws - 1, 0);
     drawScreen(window);
     if (window.drawn && !window.times.empty()) {

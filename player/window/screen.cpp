@@ -5,7 +5,7 @@
 
 namespace player {
 
-Screen::Screen(Size size) : glWindow("Velmora", size) {
+Screen::Screen(Size size, bool shrinks) : glWindow("Velmora", size, shrinks) {
     painter.setUp();
     ImGui_ImplSDL2_InitForOpenGL(glWindow.handle(), glWindow.context());
 }

@@ -9,7 +9,7 @@ namespace player {
 class Screen {
 public:
     /// Throws Failure.
-    explicit Screen(Size size);
+    Screen(Size size, bool shrinks);
     ~Screen();
     Screen(const Screen&) = delete;
     Screen& operator=(const Screen&) = delete;

@@ -71,6 +71,7 @@ void Session::restart() {
     applyLook(settings, host->look());
     probe.watch(screenSize.width, screenSize.height, !settings.waterOnly);
     rain = {};
+    touched = false;
     watchForCalm(true);
 }
 
@@ -118,6 +119,7 @@ std::vector<hostkit::ScriptEvent> Session::eventsOf(std::span<const ScriptAction
     }
     for (const ScriptAction& action : actions) {
         add(action);
+        touched = touched || std::holds_alternative<Touch>(action);
         if (const auto* color = std::get_if<InkColor>(&action)) {
             settings.ink = {color->red, color->green, color->blue};
         } else if (const auto* second = std::get_if<SecondBackground>(&action)) {
@@ -167,11 +169,16 @@ void Session::watchForCalm(bool disturbed) {
         pictureStands = false;
         return;
     }
+    if (!touched) {  // nothing is left that could move
+        pictureStands = true;
+        return;
+    }
     if (quietFrames >= quietFramesBefore && quietFrames % quietFramesBetween == 0) {
         hostkit::Digest picture;
         const hostkit::Picture now = shown();
         addBytes(picture, std::as_bytes(std::span(now.rgba)));
         pictureStands = std::exchange(quietPicture, picture.state) == picture.state;
+        touched = !pictureStands;
     }
 }
 

@@ -75,6 +75,8 @@ private:
     FrameTimes lastTimes{};
 
     Rain rain;
+    /// Whether a finger came since the ink was last all gone.
+    bool touched = false;
     int quietFrames = 0;
     std::uint64_t quietPicture = 0;
     bool pictureStands = false;

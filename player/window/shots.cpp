@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "player/failure.h"
+#include "player/files.h"
 #include "player/picture.h"
 #include "player/preset.h"
 
@@ -12,9 +13,26 @@ namespace player {
 
 namespace fs = std::filesystem;
 
-Shots::Shots(fs::path intoFolder) : folder(std::move(intoFolder)) {}
+namespace {
 
-fs::path Shots::freeFile(const std::string& stem, const std::string& extension) const {
+/// Fills a file that was taken, or takes it away again.
+template <class Work>
+void fill(const fs::path& file, Work work) {
+    try {
+        work();
+    } catch (...) {
+        std::error_code ignored;
+        fs::remove(file, ignored);
+        throw;
+    }
+}
+
+}  // namespace
+
+Shots::Shots(fs::path intoFolder, std::string filmFormat)
+    : folder(std::move(intoFolder)), format(std::move(filmFormat)) {}
+
+fs::path Shots::takeFile(const std::string& stem, const std::string& extension) const {
     std::error_code error;
     fs::create_directories(folder, error);
     if (error) {
@@ -24,39 +42,42 @@ fs::path Shots::freeFile(const std::string& stem, const std::string& extension) 
         char digits[16];
         std::snprintf(digits, sizeof digits, "-%02d", number);
         fs::path file = folder / std::string(stem).append(digits).append(extension);
-        if (!fs::exists(file, error)) {
+        if (takeName(file)) {
             return file;
         }
     }
 }
 
-fs::path Shots::screenshot(const hostkit::Picture& picture) const {
-    fs::path file = freeFile("shot", ".png");
-    savePng(picture, file);
+fs::path Shots::screenshot(const hostkit::Picture& picture) {
+    fs::path file = takeFile("shot", ".png");
+    fill(file, [&] { savePng(picture, file); });
+    add(file);
     return file;
 }
 
-fs::path Shots::preset(const Settings& settings) const {
-    fs::path file = freeFile("preset", ".json");
-    savePreset(settings, file);
+fs::path Shots::preset(const Settings& settings) {
+    fs::path file = takeFile("preset", ".json");
+    fill(file, [&] { savePreset(settings, file); });
+    add(file);
     return file;
 }
 
 fs::path Shots::nameForGesture() const {
-    return freeFile("gesture", ".gesture");
+    return takeFile("gesture", ".gesture");
 }
 
 fs::path Shots::startFilm(Size size) {
-    filmFile = freeFile("film", ".mp4");
-    film = std::make_unique<Encoder>(filmFile, size, FilmTiming::asTheyCome);
-    filmFrames = 0;
+    filmFile = takeFile("film", "." + format);
+    fill(filmFile,
+         [&] { film = std::make_unique<Encoder>(filmFile, size, FilmTiming::asTheyCome); });
+    lastFrame = {};
     return filmFile;
 }
 
-void Shots::addToFilm(const hostkit::Picture& frame) {
+void Shots::addToFilm(hostkit::Picture frame) {
     try {
         film->add(frame);
-        ++filmFrames;
+        lastFrame = std::move(frame);
     } catch (...) {
         film.reset();
         throw;
@@ -65,12 +86,16 @@ void Shots::addToFilm(const hostkit::Picture& frame) {
 
 std::optional<fs::path> Shots::finishFilm() {
     const std::unique_ptr<Encoder> ending = std::exchange(film, nullptr);
+    if (!lastFrame.empty()) {
+        ending->add(lastFrame);  // which was shown until now
+    }
     ending->finish();
-    if (filmFrames == 0) {
+    if (lastFrame.empty()) {
         std::error_code ignored;
         fs::remove(filmFile, ignored);
         return std::nullopt;
     }
+    add(filmFile);
     return filmFile;
 }
 

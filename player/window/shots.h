@@ -4,6 +4,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "hostkit/picture.h"
 #include "player/encoder.h"
@@ -16,27 +17,36 @@ namespace player {
 /// a file return its name.
 class Shots {
 public:
-    explicit Shots(std::filesystem::path intoFolder);
+    /// `filmFormat`: mp4, webm or gif.
+    Shots(std::filesystem::path intoFolder, std::string filmFormat);
 
-    std::filesystem::path screenshot(const hostkit::Picture& picture) const;
-    std::filesystem::path preset(const Settings& settings) const;
+    /// Of all whole files, in the order in which they were made.
+    const std::vector<std::filesystem::path>& files() const { return saved; }
+    /// Says that a file is whole which others wrote.
+    void add(const std::filesystem::path& file) { saved.push_back(file); }
+
+    std::filesystem::path screenshot(const hostkit::Picture& picture);
+    std::filesystem::path preset(const Settings& settings);
     std::filesystem::path nameForGesture() const;
 
     std::filesystem::path startFilm(Size size);
     bool filming() const { return film != nullptr; }
-    /// A film that fails ends.
-    void addToFilm(const hostkit::Picture& frame);
+    /// From now on the film shows this. A film that fails ends.
+    void addToFilm(hostkit::Picture frame);
     /// Nothing when no frame came: then there is no film.
     std::optional<std::filesystem::path> finishFilm();
 
 private:
-    /// FOLDER/STEM-NN.EXTENSION with the lowest number that no file has; makes the folder.
-    std::filesystem::path freeFile(const std::string& stem, const std::string& extension) const;
+    /// Makes FOLDER/STEM-NN.EXTENSION with the lowest number that no file has, and the folder.
+    std::filesystem::path takeFile(const std::string& stem, const std::string& extension) const;
 
     std::filesystem::path folder;
+    std::string format;
+    std::vector<std::filesystem::path> saved;
     std::filesystem::path filmFile;
     std::unique_ptr<Encoder> film;
-    int filmFrames = 0;
+    /// Empty before the first one.
+    hostkit::Picture lastFrame;
 };
 
 }  // namespace player

@@ -37,8 +37,9 @@ void runWindow(const Options& options) {
         attempt(window.notice, [&] { finishFilm(window); });  // else it would be lost
         throw;
     }
-    finishFilm(window);
-    finishRecording(window);
+    attempt(window.notice, [&] { finishFilm(window); });
+    attempt(window.notice, [&] { finishRecording(window); });
+    tellFiles(window);
 }
 
 }  // namespace player

@@ -26,6 +26,7 @@ constexpr int redrawsAfterEvent = 3;
 struct WindowState {
     /// Opens the window. Throws Failure or HostError.
     explicit WindowState(const Options& chosen);
+    WindowState(const Options& chosen, Backgrounds backgrounds);
 
     Options options;
 
@@ -45,6 +46,10 @@ struct WindowState {
     /// Of the last frames, the newest last.
     std::vector<FrameTimes> times;
     FrameClock clock;
+    /// When film and recording began, where one is being made.
+    FrameClock::Clock::time_point filmStart{};
+    FrameClock::Clock::time_point recordingStart{};
+    FrameClock::Clock::time_point presented{};
 
     // What was asked for and waits for its place in the turn.
     std::vector<Command> commands;
