@@ -51,11 +51,12 @@ constexpr int height = 360;
 constexpr Rgb plainColor = {200, 190, 150};
 constexpr Rgb droppedColor = {40, 160, 90};
 
-/// How many pixels are not plain, above the notice in the lowest 64 rows.
+/// How many pixels are not plain, between the marks in the upper 40 rows and the notice in the lowest
+/// 64.
 int stains(const Pixbuf& picture) {
     const int columns = gdk_pixbuf_get_width(picture.get());
     int count = 0;
-    for (int at = 0; at < columns * (gdk_pixbuf_get_height(picture.get()) - 64); ++at) {
+    for (int at = columns * 40; at < columns * (gdk_pixbuf_get_height(picture.get()) - 64); ++at) {
         count += difference(pixel(picture, at % columns, at / columns), plainColor) > 40 ? 1 : 0;
     }
     return count;
@@ -93,7 +94,7 @@ protected:
     }
 
     void openWindow(const std::string& more = "--no-attract") {
-        player = start("cd " + folder.string() + " && exec " + command +
+        player = start("cd " + folder.string() + " && exec " + command + " " + sized +
                        " --digest --preset still.json " + more + " >out 2>err");
         ASSERT_TRUE(waitFor([&] {
             run("xdotool search --onlyvisible --name '^Velmora$' 2>/dev/null | tr -d '\\n' >found");
@@ -152,7 +153,7 @@ protected:
 
     /// The line of the velocity digest that a headless replay prints.
     std::string replayed(const std::string& script) const {
-        run(command + " --headless --digest --out replay --script " + script +
+        run(command + " " + sized + " --headless --digest --out replay --script " + script +
             " 2>/dev/null | grep velocity >replayed");
         return contents("replayed");
     }
@@ -160,9 +161,11 @@ protected:
     static pid_t display;
     // The window system's drivers are unloaded at the end and leave blocks behind that no
     // suppression can name. The player's own are looked for where it runs without a window.
-    const std::string command = "env ASAN_OPTIONS=$ASAN_OPTIONS:detect_leaks=0 " VELMORA_PLAYER
-                                " plain.png --second plain.png --size " +
-                                std::to_string(width) + "x" + std::to_string(height);
+    const std::string command =
+        "env ASAN_OPTIONS=$ASAN_OPTIONS:detect_leaks=0 XDG_CONFIG_HOME=" + folder.string() +
+        "/config " VELMORA_PLAYER " --second plain.png";
+    /// The picture, and the screen's size where the test rules it.
+    std::string sized = "plain.png --size " + std::to_string(width) + "x" + std::to_string(height);
     pid_t player = 0;
     std::string window;
     int shots = 0;
@@ -241,6 +244,107 @@ TEST_F(WindowTest, TheFilmKeyMakesAFilmThatPlays) {
     EXPECT_TRUE(plays("shots/film-02.mp4")) << "leaving ends it well";
 }
 
+TEST_F(WindowTest, AFilmLastsAsLongAsItWasFilmedAndAMarkSaysSo) {
+    openWindow();
+    const auto redDot = [&] {
+        const Pixbuf shown = look();
+        for (int at = 0; at < width * 40; ++at) {
+            if (difference(pixel(shown, at % width, at / width), {230, 30, 30}) < 8) {
+                return true;
+            }
+        }
+        return false;
+    };
+    press("f");
+    ASSERT_TRUE(waitFor([&] { return fs::exists(folder / "shots/film-01.mp4") && redDot(); }));
+    const auto begin = std::chrono::steady_clock::now();
+    drag(60, 60, 120, 150);
+    ASSERT_TRUE(waitFor([&] {  // the notice goes
+        return difference(pixel(look(), width / 2, height - 20), plainColor) < 8;
+    }));
+    EXPECT_TRUE(redDot()) << "as long as it lasts";
+    const double seconds =
+        std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();
+    press("f");
+    double filmed = 0.0;
+    EXPECT_TRUE(waitFor([&] {
+        run("ffprobe -v error -show_entries format=duration -of csv=p=0 shots/film-01.mp4 "
+            ">length 2>/dev/null");
+        return (filmed = std::atof(contents("length").c_str())) > 0.0;
+    }));
+    EXPECT_GT(filmed, 0.85 * seconds);
+    EXPECT_TRUE(waitFor([&] { return !redDot(); }));
+}
+
+TEST_F(WindowTest, WindowsWithOneFolderTakeDifferentNames) {
+    openWindow();
+    const pid_t other = start("cd " + folder.string() + " && exec " + command + " " + sized +
+                              " --no-attract >out2 2>err2");
+    std::string second;
+    ASSERT_TRUE(waitFor([&] {
+        run("xdotool search --onlyvisible --name '^Velmora$' | grep -v " + window + " >found");
+        return !(second = contents("found")).empty();
+    }));
+    second.pop_back();
+    press("f");
+    xdotool("windowfocus " + second);
+    ASSERT_TRUE(waitFor([&] {
+        press("f");
+        return fs::exists(folder / "shots/film-02.mp4");
+    }));
+    press("q");
+    waitpid(other, nullptr, 0);
+    xdotool("windowfocus " + window);
+    press("q");
+    EXPECT_EQ(exitCode(), 0);
+    EXPECT_NE(probed("shots/film-01.mp4"), "");
+    EXPECT_NE(probed("shots/film-02.mp4"), "");
+}
+
+TEST_F(WindowTest, SavedAndDroppedPresetsAndScriptsAreTaken) {
+    const auto savedAs = [&](const std::string& file) {
+        press("p");
+        EXPECT_TRUE(waitFor([&] { return fs::exists(folder / file) && !contents(file).empty(); }));
+        return contents(file);
+    };
+    openWindow();
+    const std::string still = savedAs("shots/preset-01.json");
+    write("dropped.json", R"({"ripple": 0, "ink": [1, 0.5, 0.25]})");
+    ASSERT_TRUE(dropFile(std::stoul(window), folder / "dropped.json"));
+    const std::string dropped = savedAs("shots/preset-02.json");
+    EXPECT_NE(dropped.find("0.25"), std::string::npos);
+    int number = 2;
+    EXPECT_TRUE(waitFor([&] {  // through those that ship
+        press("n");
+        char name[64];
+        std::snprintf(name, sizeof name, "shots/preset-%02d.json", ++number);
+        return savedAs(name) == still;
+    })) << "a saved one comes in its turn";
+    write("drop.gesture", "screen 24 36\nframes 400\n1 down 6 6 1\n2 move 8 8 1\n3 move 12 15 1\n");
+    ASSERT_TRUE(dropFile(std::stoul(window), folder / "drop.gesture"));
+    EXPECT_TRUE(waitFor([&] { return stains(look()) > 100; }));
+}
+
+TEST_F(WindowTest, EscapeClosesTheHelpFirstAndCombinationsAreTheDesktops) {
+    openWindow();
+    press("F1");
+    ASSERT_TRUE(waitFor([&] { return stains(look()) > 1000; }));
+    press("ctrl+q alt+q");
+    press("Escape");
+    EXPECT_TRUE(waitFor([&] { return stains(look()) == 0; }));
+    press("Escape");
+    EXPECT_EQ(exitCode(), 0);
+}
+
+TEST_F(WindowTest, TheWindowTakesThePicturesShapeWithinTheDisplay) {
+    save(paint(160, 100, [](double, double) { return plainColor; }), "wide.png");
+    sized = "wide.png";
+    openWindow();
+    const Pixbuf shown = look();
+    EXPECT_EQ(gdk_pixbuf_get_width(shown.get()), 744) << "of a display of 800";
+    EXPECT_NEAR(gdk_pixbuf_get_height(shown.get()), 465, 1);
+}
+
 TEST_F(WindowTest, RecordingsReplayToTheLastByte) {
     openWindow("--no-attract --record first.gesture");
     drag(60, 60, 120, 150);
@@ -257,7 +361,9 @@ TEST_F(WindowTest, RecordingsReplayToTheLastByte) {
     drag(100, 100, 110, 105);
     press("q");
     ASSERT_EQ(exitCode(), 0) << contents("err");
-    EXPECT_EQ(contents("out"), replayed("first.gesture") + replayed(second));
+    run("grep velocity out >digests");
+    EXPECT_EQ(contents("digests"), replayed("first.gesture") + replayed(second));
+    EXPECT_NE(contents("out").find("saved " + second), std::string::npos);
     EXPECT_NE(contents(second).find("lose-context"), std::string::npos);
 }
 
@@ -285,9 +391,9 @@ TEST_F(WindowTest, TakesANewSizeADroppedPictureAndANewContext) {
     };
     ASSERT_TRUE(dropFile(std::stoul(window), folder / "dropped.png"));
     EXPECT_TRUE(waitFor([&] { return shows(droppedColor); }));
-    ASSERT_TRUE(dropFile(std::stoul(window), folder / "still.json"));
+    ASSERT_TRUE(dropFile(std::stoul(window), folder / "out"));
     ASSERT_TRUE(waitFor([&] {
-        return contents("err").find("not a readable picture: ") != std::string::npos;
+        return contents("err").find("not a readable picture, ") != std::string::npos;
     })) << "told, and the window stays";
 
     press("l");
@@ -308,13 +414,15 @@ TEST_F(WindowTest, SaysInOneLineWhyItCannotOpen) {
         {"DISPLAY=:9999", "", "cannot open a window"},
         {"SDL_VIDEODRIVER=dummy", "", "cannot open a window with OpenGL ES 2.0"},
         {"", "--record taken.gesture", "would overwrite"},
-        {"", "--record /nowhere/a.gesture", "cannot write the recording"},
-        {"", "--preset /nowhere.json", "cannot read the preset"},
+        {"", "--record /nowhere/a.gesture", "cannot write here"},
+        {"", "--preset /nowhere.json", "no such preset"},
         {"", "--script taken.gesture", "taken.gesture:1: expected"},
     };
     for (const auto& [variables, arguments, told] : cases) {
         SCOPED_TRACE(variables + arguments);
-        EXPECT_EQ(run(variables + " timeout 60 " + command + " " + arguments + " 2>err"), 2);
+        EXPECT_EQ(
+            run(variables + " timeout 60 " + command + " " + sized + " " + arguments + " 2>err"),
+            2);
         const std::string line = contents("err");
         EXPECT_NE(line.find(told), std::string::npos) << line;
         EXPECT_EQ(line.find('\n'), line.size() - 1) << line;
