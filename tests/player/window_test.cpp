@@ -287,11 +287,11 @@ TEST_F(WindowTest, WindowsWithOneFolderTakeDifferentNames) {
     }));
     second.pop_back();
     press("f");
+    ASSERT_TRUE(waitFor([&] { return fs::exists(folder / "shots/film-01.mp4"); }))
+        << "taken at once, before a frame comes";
     xdotool("windowfocus " + second);
-    ASSERT_TRUE(waitFor([&] {
-        press("f");
-        return fs::exists(folder / "shots/film-02.mp4");
-    }));
+    press("f");
+    ASSERT_TRUE(waitFor([&] { return fs::exists(folder / "shots/film-02.mp4"); }));
     press("q");
     waitpid(other, nullptr, 0);
     xdotool("windowfocus " + window);
