@@ -286,16 +286,14 @@ TEST_F(WindowTest, WindowsWithOneFolderTakeDifferentNames) {
         return !(second = contents("found")).empty();
     }));
     second.pop_back();
-    press("f");
+    xdotool("windowfocus --sync " + window + " key f");
     ASSERT_TRUE(waitFor([&] { return fs::exists(folder / "shots/film-01.mp4"); }))
         << "taken at once, before a frame comes";
-    xdotool("windowfocus " + second);
-    press("f");
+    xdotool("windowfocus --sync " + second + " key f");
     ASSERT_TRUE(waitFor([&] { return fs::exists(folder / "shots/film-02.mp4"); }));
     press("q");
     waitpid(other, nullptr, 0);
-    xdotool("windowfocus " + window);
-    press("q");
+    xdotool("windowfocus --sync " + window + " key q");
     EXPECT_EQ(exitCode(), 0);
     EXPECT_NE(probed("shots/film-01.mp4"), "");
     EXPECT_NE(probed("shots/film-02.mp4"), "");
