@@ -234,7 +234,7 @@ TEST_F(Player, AnEndBySignalLeavesNothingAndDoesNotBlameTheEncoder) {
     for (const std::string signal : {"INT", "TERM", "HUP"}) {
         SCOPED_TRACE(signal);
         // To the whole group, as a terminal does that gets Ctrl-C or goes.
-        run("(env --default-signal=INT setsid " VELMORA_PLAYER
+        run("rm -f err; (env --default-signal=INT setsid " VELMORA_PLAYER
             " picture.png --headless --size 64x96 --script drag.gesture --frames 5000 2>err & "
             "until grep -q '^Filming' err; do sleep 0.05; done; kill -s " +
             signal + " -- -$!; wait $!; echo $? >code)");
