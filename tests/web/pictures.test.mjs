@@ -77,6 +77,7 @@ test("dropped, pasted and turned pictures, and the one before as the second back
 
 test("a chosen picture much larger than the screen, in both its shapes", async () => {
     const page = await open(browser);
+    page.on("filechooser", () => {}); // the driver begins to catch choosers some time after it is first asked to
     const large = await page.evaluate(() => {
         const canvas = new OffscreenCanvas(5000, 3000);
         const context = canvas.getContext("2d");
