@@ -42,7 +42,7 @@ PixbufPointer pixbufOf(const Picture& picture) {
 
 /// Takes over the error of a failed call.
 std::string wordsOf(GError* error) {
-    const std::string words = error != nullptr ? error->message : "no reason known";
+    std::string words = error != nullptr ? error->message : "no reason known";
     g_clear_error(&error);
     return words;
 }

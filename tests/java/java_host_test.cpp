@@ -125,36 +125,48 @@ std::string jpeg(int width, int height, ColorAt colorAt) {
     return result;
 }
 
-// As the eight ways to hold a camera store it, each in both orders of bytes, and three times as wide
-// as the screen.
+/// Three times as wide as the screen: black, and in the middle third red, green, blue and white in
+/// reading order; stored as a camera held in this way does.
+std::string photograph(int orientation) {
+    const bool isTurned = orientation > 4;
+    const bool isRightLeft = orientation % 4 / 2 == 1;
+    const bool isUpsideDown = (orientation - 1) % 4 / 2 == 1;
+    const auto seenColor = [](double x, double y) {
+        const int upper = x < 0.5 ? 0xFF0000 : 0x00FF00;
+        const int lower = x < 0.5 ? 0x0000FF : 0xFFFFFF;
+        return x < 1.0 / 3 || x > 2.0 / 3 ? 0 : y < 0.5 ? upper : lower;
+    };
+    return jpeg(isTurned ? 96 : 192, isTurned ? 192 : 96, [&](double storedX, double storedY) {
+        const double x = isTurned ? storedY : storedX;
+        const double y = isTurned ? storedX : storedY;
+        return seenColor(isRightLeft ? 1 - x : x, isUpsideDown ? 1 - y : y);
+    });
+}
+
+/// The EXIF segment of a JPEG with nothing but an orientation, its numbers in either order of bytes.
+std::string exifSegment(char orientation, bool isLittleEndian) {
+    std::string segment(
+        "\xFF\xE1\0\x22"
+        "Exif\0\0MM\0*\0\0\0\x08\0\x01\x01\x12\0\x03\0\0\0\x01\0?\0\0\0\0\0\0",
+        36);
+    segment[29] = orientation;
+    if (isLittleEndian) {
+        segment.replace(10, 20,
+                        std::string("II*\0\x08\0\0\0\x01\0\x12\x01\x03\0\x01\0\0\0?\0", 20));
+        segment[28] = orientation;
+    }
+    return segment;
+}
+
 TEST(JavaHost, ShowsAPictureUprightAndCutToTheScreen) {
     const fs::path folder = emptyFolder("photographs");
     fs::create_directories(folder);
     std::string files;
     std::string expected;
     for (char orientation = 1; orientation <= 8; ++orientation) {
-        const bool isTurned = orientation > 4;
-        const bool isRightLeft = orientation % 4 / 2 == 1;
-        const bool isUpsideDown = (orientation - 1) % 4 / 2 == 1;
-        std::string bytes = jpeg(isTurned ? 96 : 192, isTurned ? 192 : 96, [&](double x, double y) {
-            const double seenX = isRightLeft ? 1 - (isTurned ? y : x) : isTurned ? y : x;
-            const double seenY = isUpsideDown ? 1 - (isTurned ? x : y) : isTurned ? x : y;
-            return seenX < 1.0 / 3 || seenX > 2.0 / 3 ? 0
-                   : seenY < 0.5                      ? (seenX < 0.5 ? 0xFF0000 : 0x00FF00)
-                                                      : (seenX < 0.5 ? 0x0000FF : 0xFFFFFF);
-        });
-        std::string exif(
-            "\xFF\xE1\0\x22"
-            "Exif\0\0MM\0*\0\0\0\x08\0\x01\x01\x12\0\x03\0\0\0\x01\0?\0\0\0\0\0\0",
-            36);
-        exif[29] = orientation;
-        if (orientation % 2 == 0) {
-            exif.replace(10, 20,
-                         std::string("II*\0\x08\0\0\0\x01\0\x12\x01\x03\0\x01\0\0\0?\0", 20));
-            exif[28] = orientation;
-        }
         const fs::path file = folder / (std::to_string(orientation) + ".jpg");
-        std::ofstream(file, std::ios::binary) << bytes.insert(2, exif);
+        std::ofstream(file, std::ios::binary)
+            << photograph(orientation).insert(2, exifSegment(orientation, orientation % 2 == 0));
         files.append(" ").append(file.string());
         expected += "rgbw 64x96\n";
     }
