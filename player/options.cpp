@@ -66,7 +66,6 @@ void declare(CLI::App& app, Options& options) {
                options.overlays = {given == "velocity", given == "ink"};
            })
         ->check(CLI::IsMember({"velocity", "ink"}));
-    app.add_flag("--fresh", options.fresh);
     app.add_flag("--no-attract", options.noAttract);
     app.set_version_flag("--version", "velmora " VELMORA_VERSION);
 }

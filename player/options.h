@@ -33,7 +33,6 @@ struct Options {
     bool sizeGiven = false;
     bool headless = false;
     /// Settings and size of the last window are neither used nor replaced.
-    bool fresh = false;
     bool noAttract = false;
     bool waterOnly = false;
     bool digest = false;

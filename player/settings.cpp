@@ -43,4 +43,15 @@ void applyLook(const Settings& settings, hostkit::Look& look) {
     look.moveRipple = settings.ripple * moveRipplePart;
 }
 
+std::vector<hostkit::ScriptAction> forgetGestures(const Settings& settings) {
+    constexpr double away = -1000.0;
+    return {hostkit::Touch{hostkit::TouchAction::down, away, away, 0.0f},
+            hostkit::Touch{hostkit::TouchAction::move, away - 100.0, away, 0.0f},
+            hostkit::Touch{hostkit::TouchAction::move, away, away, 0.0f},
+            hostkit::Touch{hostkit::TouchAction::cancel, away, away, 0.0f},
+            hostkit::ClearInk{},
+            inkOf(settings),
+            hostkit::SecondBackground{settings.secondBackground}};
+}
+
 }  // namespace player

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <vector>
 
 #include "hostkit/effect_host.h"
 
@@ -76,5 +77,9 @@ hostkit::WaterSettings waterOf(const Settings& settings);
 
 /// Everything of the look but the ink and the background, which change by script events.
 void applyLook(const Settings& settings, hostkit::Look& look);
+
+/// A gesture of no effect beside the screen. The library remembers the last gesture's speed, place
+/// and direction; after this one they are the same each time, and so are ink and background.
+std::vector<hostkit::ScriptAction> forgetGestures(const Settings& settings);
 
 }  // namespace player

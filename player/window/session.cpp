@@ -27,19 +27,6 @@ float milliseconds(steady_clock::duration time) {
     return std::chrono::duration<float, std::milli>(time).count();
 }
 
-/// A gesture of no effect beside the screen. The library remembers the last gesture's speed, place
-/// and direction; after this one they are the same each time, and so are ink and background.
-std::vector<ScriptAction> forgetGestures(const Settings& settings) {
-    constexpr double away = -1000.0;
-    return {Touch{TouchAction::down, away, away, 0.0f},
-            Touch{TouchAction::move, away - 100.0, away, 0.0f},
-            Touch{TouchAction::move, away, away, 0.0f},
-            Touch{TouchAction::cancel, away, away, 0.0f},
-            hostkit::ClearInk{},
-            inkOf(settings),
-            SecondBackground{settings.secondBackground}};
-}
-
 }  // namespace
 
 Session::Session(Screen& onScreen, const Settings& chosen, Backgrounds backgrounds)

@@ -27,7 +27,7 @@ function digests(page, script, count) {
             await new Promise((resolve) => {
                 let frame = 0;
                 const see = () => {
-                    velocity = add(velocity, velmora.tap.velocity.bytes);
+                    velocity = add(velocity, velmora.probe.velocity.bytes);
                     const cells = new Float32Array(velmora.effect.waterBytes().buffer);
                     const seen = cells.map((cell) => (Math.abs(cell) < 2 ** -60 ? 0 : cell));
                     water = add(water, new Uint8Array(seen.buffer));
@@ -68,7 +68,7 @@ test("what is recorded plays again as it was, and a film and a picture of it are
     await page.keyboard.press("r");
     await page.locator("#marks", { hasText: /gesture 0:0/ }).waitFor();
     await drag(page, [60, 200], [200, 260], 5);
-    const velocity = () => page.evaluate(() => [...window.velmora.tap.velocity.bytes]);
+    const velocity = () => page.evaluate(() => [...window.velmora.probe.velocity.bytes]);
     await page.keyboard.press(" "); // the last frame stands
     await page.waitForFunction(() => window.velmora.view.paused);
     await page.waitForTimeout(300);
@@ -82,7 +82,7 @@ test("what is recorded plays again as it was, and a film and a picture of it are
     const seen = page.evaluate(
         () =>
             new Promise((resolve) => {
-                window.velmora.onReplayEnd = () => resolve([...window.velmora.tap.velocity.bytes]);
+                window.velmora.onReplayEnd = () => resolve([...window.velmora.probe.velocity.bytes]);
             }),
     );
     await bring(page, "drop", ["again.gesture", "", script]);

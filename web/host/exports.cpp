@@ -5,6 +5,7 @@
 #include <string>
 
 #include "hostkit/host_error.h"
+#include "velmora/solver_grid.h"
 #include "web/host/stage.h"
 
 // What the page's script calls. Texts are UTF-8 and live until the next call.
@@ -62,6 +63,11 @@ EMSCRIPTEN_KEEPALIVE const char* describeSettings() {
     answer += R"(],"ink":[)" + text(defaults.ink[0]) + "," + text(defaults.ink[1]) + "," +
               text(defaults.ink[2]) + "]}";
     return answer.c_str();
+}
+
+/// Sides of the square of screen pixels that one texel of the velocity covers.
+EMSCRIPTEN_KEEPALIVE int pixelsPerCell() {
+    return velmora::pixelsPerCell;
 }
 
 /// Numbers and switches in the order of describeSettings, then the ink's red, green and blue.

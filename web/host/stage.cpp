@@ -31,19 +31,6 @@ using hostkit::TouchAction;
 
 constexpr std::chrono::nanoseconds frameTime{16'666'667};
 
-/// A gesture of no effect beside the screen. The library remembers the last gesture's speed, place
-/// and direction; after this one they are the same each time, and so are ink and background.
-std::vector<ScriptAction> forgetGestures(const player::Settings& settings) {
-    constexpr double away = -1000.0;
-    return {Touch{TouchAction::down, away, away, 0.0f},
-            Touch{TouchAction::move, away - 100.0, away, 0.0f},
-            Touch{TouchAction::move, away, away, 0.0f},
-            Touch{TouchAction::cancel, away, away, 0.0f},
-            hostkit::ClearInk{},
-            inkOf(settings),
-            hostkit::SecondBackground{settings.secondBackground}};
-}
-
 void applySettings(Stage& stage) {
     hostkit::EffectHost& host = *stage.host;
     if (stage.settings.waterOnly != stage.applied.waterOnly) {

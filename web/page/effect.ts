@@ -29,6 +29,8 @@ export class Effect {
     /** In the order in which the settings' values pass. */
     readonly fields: SettingField[];
     readonly firstInk: [number, number, number];
+    /** Sides of the square of pixels that a texel of the velocity covers. */
+    readonly pixelsPerCell: number;
     private readonly values: number;
     private readonly valueCount: number;
 
@@ -37,6 +39,7 @@ export class Effect {
         readonly gl: WebGLRenderingContext,
     ) {
         ({ fields: this.fields, ink: this.firstInk } = JSON.parse(this.text(module._describeSettings())));
+        this.pixelsPerCell = module._pixelsPerCell();
         this.valueCount = this.fields.length + 3;
         this.values = module._malloc(4 * this.valueCount);
     }

@@ -27,6 +27,7 @@ interface EffectModule {
     _showPicture(place: number, width: number, height: number, rgba: number): void;
     _renewContext(): void;
     _touch(action: number, x: number, y: number, pressure: number): void;
+    _pixelsPerCell(): number;
     _clearInk(): void;
     _frame(milliseconds: number): void;
     _startRecording(): void;

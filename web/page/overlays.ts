@@ -1,6 +1,6 @@
 // What is shown over the picture of how it came about: the flow as strokes, the ink's density in false colours.
 
-import type { EffectTap, VelocityField } from "./effect_tap";
+import type { EffectProbe, VelocityField } from "./effect_probe";
 
 const mostAcross = 30;
 /** Shorter flows are noise of the encoding. */
@@ -12,7 +12,7 @@ export interface Overlays {
     density: boolean;
 }
 
-export function drawOverlays(overlays: Overlays, tap: EffectTap, canvas: HTMLCanvasElement): void {
+export function drawOverlays(overlays: Overlays, probe: EffectProbe, canvas: HTMLCanvasElement): void {
     const shown = overlays.velocity || overlays.density;
     canvas.hidden = !shown;
     if (!shown) {
@@ -22,10 +22,10 @@ export function drawOverlays(overlays: Overlays, tap: EffectTap, canvas: HTMLCan
     canvas.width = Math.round(canvas.clientWidth * devicePixelRatio);
     canvas.height = Math.round(canvas.clientHeight * devicePixelRatio);
     if (overlays.density) {
-        drawDensity(context, tap);
+        drawDensity(context, probe);
     }
     if (overlays.velocity) {
-        drawVelocity(context, tap.velocity);
+        drawVelocity(context, probe.velocity);
     }
 }
 
@@ -41,8 +41,8 @@ const densityColors = Array.from({ length: 256 }, (_, at) => {
     ] as const;
 });
 
-function drawDensity(context: CanvasRenderingContext2D, tap: EffectTap): void {
-    const ink = tap.inkBytes();
+function drawDensity(context: CanvasRenderingContext2D, probe: EffectProbe): void {
+    const ink = probe.inkBytes();
     if (!ink) {
         return;
     }

@@ -3,7 +3,7 @@
 import { Attract } from "./attract";
 import { CalmWatch } from "./calm";
 import { TouchAction, type Effect, type Size } from "./effect";
-import { EffectTap } from "./effect_tap";
+import { EffectProbe } from "./effect_probe";
 import { Finger } from "./finger";
 import { FrameClock, frameTime } from "./frame_clock";
 import { firstLook, lookOf, valuesOf, type Look } from "./look";
@@ -42,7 +42,7 @@ export class Player {
     /** Before everything starts anew: what is recorded would be lost. */
     beforeRestart = () => {};
 
-    readonly tap: EffectTap;
+    readonly probe: EffectProbe;
     private readonly calm: CalmWatch;
     private readonly attract: Attract;
     private readonly clock = new FrameClock();
@@ -63,7 +63,7 @@ export class Player {
         readonly canvas: HTMLCanvasElement,
     ) {
         this.look = firstLook(effect);
-        this.tap = new EffectTap(effect.gl);
+        this.probe = new EffectProbe(effect.gl, effect.pixelsPerCell);
         this.calm = new CalmWatch(effect.gl);
         this.finger = new Finger(canvas, {
             touch: (...touch) => this.touchByHand(...touch),
@@ -194,7 +194,7 @@ export class Player {
         this.lost = false;
         ++this.counts.contexts;
         this.effect.renewContext();
-        this.tap.watch(this.size);
+        this.probe.watch(this.size);
         this.calm.start();
         this.wake();
     }
@@ -203,7 +203,7 @@ export class Player {
         this.moves = [];
         this.replaying = false;
         this.recording = false;
-        this.tap.watch(this.size);
+        this.probe.watch(this.size);
         this.calm.start();
         this.wake();
     }
@@ -243,7 +243,7 @@ export class Player {
         for (const elapsed of this.dueFrames(now)) {
             this.frame(elapsed, now);
         }
-        drawOverlays(this.view, this.tap, this.overlay);
+        drawOverlays(this.view, this.probe, this.overlay);
         if (!this.rests) {
             this.schedule();
         }

@@ -2,8 +2,6 @@
 
 import type { Size } from "./effect";
 
-const pixelsPerCell = 12;
-
 /** A velocity texture as the library uploaded it, RGBA8, the bottom row first. */
 export interface VelocityField {
     columns: number;
@@ -11,7 +9,7 @@ export interface VelocityField {
     bytes: Uint8Array;
 }
 
-export class EffectTap {
+export class EffectProbe {
     velocity: VelocityField = { columns: 0, rows: 0, bytes: new Uint8Array() };
     /** The texture with the ink of the last frame. */
     ink: WebGLTexture | null = null;
@@ -20,7 +18,10 @@ export class EffectTap {
     private readonly units: (WebGLTexture | null)[] = [];
 
     /** From now on calls of this context pass here first. */
-    constructor(private readonly gl: WebGLRenderingContext) {
+    constructor(
+        private readonly gl: WebGLRenderingContext,
+        private readonly pixelsPerCell: number,
+    ) {
         const { activeTexture, bindTexture, drawElements, texImage2D } = gl;
         gl.activeTexture = (unit) => {
             this.unit = unit - gl.TEXTURE0;
@@ -66,7 +67,7 @@ export class EffectTap {
 
     private seeUpload(call: unknown[]): void {
         const [, , , columns, rows, , , , pixels] = call as number[];
-        const cells = { columns: this.screen.width / pixelsPerCell, rows: this.screen.height / pixelsPerCell };
+        const cells = { columns: this.screen.width / this.pixelsPerCell, rows: this.screen.height / this.pixelsPerCell };
         const bytes = pixels as unknown;
         if (bytes instanceof Uint8Array && columns === Math.floor(cells.columns) && rows === Math.floor(cells.rows)) {
             this.velocity = { columns, rows, bytes: bytes.slice(0, columns * rows * 4) };

@@ -1,10 +1,10 @@
 // How fast the page is in headless Chromium with software GL: the file's size, the time from opening to the first
 // frame, frames a second without the display's cap, and the page's own milliseconds of a frame outside GL.
-// Usage: node tests/web/bench.mjs [WIDTHxHEIGHT] [SECONDS] [LOOK]     LOOK: settings that differ, as JSON
+// Usage: node bench/page.mjs [WIDTHxHEIGHT] [SECONDS] [LOOK]     LOOK: settings that differ, as JSON
 
 import { statSync } from "node:fs";
 import { loadavg } from "node:os";
-import { launch, open, softwareGl, top } from "./page.mjs";
+import { launch, open, softwareGl, top } from "../tests/web/page.mjs";
 
 const size = (process.argv[2] ?? "540x960").split("x").map(Number);
 const seconds = Number(process.argv[3] ?? 8);
@@ -70,7 +70,7 @@ async function stir(duration) {
 const browser = await launch(uncapped);
 const system = await browser.newBrowserCDPSession();
 
-/** Processor seconds of all of the browser: unlike its frames a second they depend little on what else runs. */
+/** Processor seconds of all of the browser: what else runs bends them less than its frames a second. */
 async function processorTime() {
     const { processInfo } = await system.send("SystemInfo.getProcessInfo");
     return processInfo.reduce((sum, { cpuTime }) => sum + cpuTime, 0);

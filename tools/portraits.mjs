@@ -1,10 +1,10 @@
 // Takes the README's picture of the page: on a phone with a gesture on it, on a desktop with its panel open.
-// Usage: node tests/web/portraits.mjs
+// Usage: node tools/portraits.mjs
 
 import { execFileSync } from "node:child_process";
 import { readFileSync } from "node:fs";
 import { join } from "node:path";
-import { bring, frames, launch, open, shots, top } from "./page.mjs";
+import { bring, frames, launch, open, shots, top } from "../tests/web/page.mjs";
 
 const browser = await launch();
 
