@@ -24,7 +24,7 @@ if(TARGET hostkit)
 endif()
 
 install(FILES CHANGELOG.md README.md docs/host-guide.md docs/kit.md DESTINATION ${CMAKE_INSTALL_DOCDIR})
-install(DIRECTORY tests/consumer/ DESTINATION ${CMAKE_INSTALL_DOCDIR}/example)
+install(DIRECTORY example/ DESTINATION ${CMAKE_INSTALL_DOCDIR}/example)
 
 install(EXPORT VelmoraTargets NAMESPACE Velmora:: DESTINATION ${packageFolder})
 write_basic_package_version_file(${PROJECT_BINARY_DIR}/VelmoraConfigVersion.cmake COMPATIBILITY SameMajorVersion)
