@@ -70,6 +70,18 @@ constexpr SettingField<bool> switchFields[] = {
     {"waterOnly", "water only", &Settings::waterOnly, false, true},
 };
 
+/// Inks to choose from, on every panel the same.
+struct NamedInk {
+    const char* name;
+    std::array<float, 3> color;
+};
+constexpr NamedInk inkPalette[] = {
+    {"blue", {0.30f, 0.70f, 1.00f}},  {"black", {0.25f, 0.25f, 0.28f}},
+    {"red", {1.00f, 0.35f, 0.35f}},   {"orange", {1.00f, 0.60f, 0.20f}},
+    {"green", {0.40f, 0.95f, 0.35f}}, {"violet", {0.65f, 0.35f, 1.00f}},
+    {"sepia", {0.80f, 0.55f, 0.30f}}, {"rose", {1.00f, 0.50f, 0.75f}},
+};
+
 hostkit::InkColor inkOf(const Settings& settings);
 
 /// Grid, step rate and weights that give the settings' speed and fading on their mesh.

@@ -10,17 +10,6 @@
 namespace player {
 namespace {
 
-struct NamedInk {
-    const char* name;
-    std::array<float, 3> color;
-};
-constexpr NamedInk palette[] = {
-    {"blue", {0.30f, 0.70f, 1.00f}},  {"black", {0.25f, 0.25f, 0.28f}},
-    {"red", {1.00f, 0.35f, 0.35f}},   {"orange", {1.00f, 0.60f, 0.20f}},
-    {"green", {0.40f, 0.95f, 0.35f}}, {"violet", {0.65f, 0.35f, 1.00f}},
-    {"sepia", {0.80f, 0.55f, 0.30f}}, {"rose", {1.00f, 0.50f, 0.75f}},
-};
-
 /// The panel's switches, each a command as its key.
 struct Switch {
     const char* words;
@@ -58,7 +47,7 @@ void sliders(Settings& settings, const SettingField<float> (&fields)[count]) {
 
 void inkControls(Settings& settings) {
     ImGui::ColorEdit3("ink", settings.ink.data());
-    for (const NamedInk& ink : palette) {
+    for (const NamedInk& ink : inkPalette) {
         const ImVec4 color(ink.color[0], ink.color[1], ink.color[2], 1.0f);
         if (ImGui::ColorButton(ink.name, color, 0, ImVec2(22, 22))) {
             settings.ink = ink.color;

@@ -45,11 +45,16 @@ std::string text(Value value) {
     return {digits, std::to_chars(digits, std::end(digits), static_cast<float>(value)).ptr};
 }
 
+std::string text(const std::array<float, 3>& color) {
+    return "[" + text(color[0]) + "," + text(color[1]) + "," + text(color[2]) + "]";
+}
+
 }  // namespace
 
 extern "C" {
 
-/// The settings as JSON: the fields, each with name, words, kind, least, most and the value at first, and the first ink.
+/// The settings as JSON: the fields, each with name, words, kind, least, most and the value at first, the
+/// first ink, and the inks to choose from by their names.
 EMSCRIPTEN_KEEPALIVE const char* describeSettings() {
     const player::Settings defaults;
     answer = R"({"fields":[)";
@@ -60,8 +65,12 @@ EMSCRIPTEN_KEEPALIVE const char* describeSettings() {
                   R"(","kind":")" + kindOf(value) + R"(","least":)" + text(field.least) +
                   R"(,"most":)" + text(field.most) + R"(,"first":)" + text(value) + "}";
     });
-    answer += R"(],"ink":[)" + text(defaults.ink[0]) + "," + text(defaults.ink[1]) + "," +
-              text(defaults.ink[2]) + "]}";
+    answer += R"(],"ink":)" + text(defaults.ink) + R"(,"palette":{)";
+    for (const player::NamedInk& ink : player::inkPalette) {
+        answer += answer.back() == ']' ? "," : "";
+        answer += "\"" + std::string(ink.name) + "\":" + text(ink.color);
+    }
+    answer += "}}";
     return answer.c_str();
 }
 

@@ -2,6 +2,7 @@
 
 import loadModule from "../../build/web/velmora-web.js";
 import program from "../../build/web/velmora-web.wasm";
+import type { Ink } from "./look";
 
 /** Values are the platform's action codes. */
 export const enum TouchAction {
@@ -28,7 +29,9 @@ export interface Size {
 export class Effect {
     /** In the order in which the settings' values pass. */
     readonly fields: SettingField[];
-    readonly firstInk: [number, number, number];
+    readonly firstInk: Ink;
+    /** Inks to choose from. */
+    readonly palette: Record<string, Ink>;
     /** Sides of the square of pixels that a texel of the velocity covers. */
     readonly pixelsPerCell: number;
     private readonly values: number;
@@ -38,7 +41,8 @@ export class Effect {
         private readonly module: EffectModule,
         readonly gl: WebGLRenderingContext,
     ) {
-        ({ fields: this.fields, ink: this.firstInk } = JSON.parse(this.text(module._describeSettings())));
+        const description = JSON.parse(this.text(module._describeSettings()));
+        ({ fields: this.fields, ink: this.firstInk, palette: this.palette } = description);
         this.pixelsPerCell = module._pixelsPerCell();
         this.valueCount = this.fields.length + 3;
         this.values = module._malloc(4 * this.valueCount);

@@ -28,17 +28,6 @@ const hints: Record<string, string> = {
     timeScale: "seconds of the effect per second",
 };
 
-const palette: Record<string, Ink> = {
-    blue: [0.3, 0.7, 1],
-    black: [0.25, 0.25, 0.28],
-    red: [1, 0.35, 0.35],
-    orange: [1, 0.6, 0.2],
-    green: [0.4, 0.95, 0.35],
-    violet: [0.65, 0.35, 1],
-    sepia: [0.8, 0.55, 0.3],
-    rose: [1, 0.5, 0.75],
-};
-
 export interface PanelParts {
     player: Player;
     presets: PresetList;
@@ -152,12 +141,12 @@ export class Panel {
     }
 
     private addInk(): void {
-        const { look } = this.parts.player;
+        const { look, effect } = this.parts.player;
         const folder = this.gui.addFolder("Ink").close();
         this.label(folder.addColor(look, "ink").name("colour"));
         const swatches = document.createElement("div");
         swatches.className = "swatches";
-        for (const [name, ink] of Object.entries(palette)) {
+        for (const [name, ink] of Object.entries(effect.palette)) {
             const swatch = document.createElement("button");
             swatch.type = "button";
             swatch.title = name;
