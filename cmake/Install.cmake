@@ -12,13 +12,14 @@ install(TARGETS peluxVelmora EXPORT VelmoraTargets LIBRARY DESTINATION ${CMAKE_I
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/include/velmora DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/java/src/com DESTINATION ${CMAKE_INSTALL_DATADIR}/velmora/java)
 
-if(TARGET jnigraphics)
-  install(TARGETS jnigraphics log peluxNuvCommon EXPORT VelmoraTargets LIBRARY DESTINATION ${standinFolder})
+if(TARGET velmora-jnigraphics)
+  install(TARGETS velmora-jnigraphics velmora-log velmora-nuv-common EXPORT VelmoraTargets
+    LIBRARY DESTINATION ${standinFolder})
   install(DIRECTORY ${PROJECT_SOURCE_DIR}/platform/jnigraphics/include/ ${PROJECT_SOURCE_DIR}/platform/log/include/
     DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/velmora-platform)
 endif()
-if(TARGET hostkit)
-  install(TARGETS hostkit EXPORT VelmoraTargets ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR})
+if(TARGET velmora-hostkit)
+  install(TARGETS velmora-hostkit EXPORT VelmoraTargets ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR})
   install(DIRECTORY ${PROJECT_SOURCE_DIR}/hostkit DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}
     FILES_MATCHING PATTERN *.h PATTERN jni_call_names.h EXCLUDE)
 endif()
@@ -37,7 +38,7 @@ install(FILES
 file(RELATIVE_PATH prefixFromPkgConfig /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
 get_filename_component(JDK ${JNI_INCLUDE_DIR} DIRECTORY)
 foreach(name velmora velmora-hostkit)
-  if(name STREQUAL velmora OR TARGET hostkit)
+  if(name STREQUAL velmora OR TARGET velmora-hostkit)
     configure_file(${PROJECT_SOURCE_DIR}/cmake/${name}.pc.in ${PROJECT_BINARY_DIR}/${name}.pc @ONLY)
     install(FILES ${PROJECT_BINARY_DIR}/${name}.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
   endif()
