@@ -1,11 +1,8 @@
-#include "player/window/commands.h"
-
 #include <utility>
 
 #include "player/picture.h"
 #include "player/script.h"
-#include "player/window/keeping.h"
-#include "player/window/playing.h"
+#include "player/window/open_window.h"
 
 namespace player {
 namespace {
@@ -15,8 +12,9 @@ struct ViewSwitch {
     bool View::*state;
 };
 constexpr ViewSwitch viewSwitches[] = {
-    {Command::help, &View::help},      {Command::panel, &View::panel},
-    {Command::pause, &View::paused},   {Command::velocityOverlay, &View::velocity},
+    {Command::help, &View::help},
+    {Command::panel, &View::panel},
+    {Command::velocityOverlay, &View::velocity},
     {Command::inkOverlay, &View::ink},
 };
 
@@ -41,78 +39,81 @@ bool turnSwitch(const Switch (&switches)[count], Command command, Owner& owner) 
     return false;
 }
 
-void showNextPreset(WindowState& window) {
-    if (!window.presets.empty()) {
-        const NamedPreset& preset = window.presets[window.nextPreset++ % window.presets.size()];
-        window.session.settings = loadPreset(preset.file);
-        say(window.notice, preset.name);
+}  // namespace
+
+/// Of keys, panel and dropped files. What fails is told in the window.
+void OpenWindow::runCommands() {
+    const Requests now = std::exchange(requests, {});
+    for (const Command command : now.commands) {
+        attempt(notice, [&] { run(command); });
+        display.touch();
+    }
+    if (!now.preset.empty()) {
+        attempt(notice, [&] { loadLook(now.preset); });
+    }
+    for (const std::filesystem::path& file : now.drops) {
+        attempt(notice, [&] { takeDrop(file); });
     }
 }
 
-void run(WindowState& window, Command command) {
-    window.redraws = redrawsAfterEvent;
-    if (turnSwitch(viewSwitches, command, window.view) ||
-        turnSwitch(settingSwitches, command, window.session.settings)) {
+void OpenWindow::run(Command command) {
+    if (turnSwitch(viewSwitches, command, view) ||
+        turnSwitch(settingSwitches, command, session.settings)) {
         return;
     }
     switch (command) {
-        case Command::attract:
-            window.attract.on = !window.attract.on;
-            break;
+        case Command::pause:
+            return playback.switchPause();
         case Command::step:
-            window.view.paused = window.stepWanted = true;
-            break;
+            return playback.step();
+        case Command::attract:
+            return gestures.switchAttract();
         case Command::clearInk:
-            window.actions.emplace_back(hostkit::ClearInk{});
-            break;
+            return gestures.add(hostkit::ClearInk{});
         case Command::loseContext:
-            window.actions.emplace_back(hostkit::LoseContext{});
-            break;
+            return gestures.add(hostkit::LoseContext{});
         case Command::nextPreset:
-            showNextPreset(window);
-            break;
+            return loadLook(looks.next().file);
+        case Command::savePreset:
+            return savePreset();
+        case Command::screenshot:
+            return keeper.wantScreenshot();
+        case Command::film:
+            return keeper.switchFilm();
+        case Command::record:
+            return keeper.switchRecording();
         case Command::fullScreen:
-            window.screen.window().switchFullScreen();
-            break;
+            return screen.window().switchFullScreen();
         case Command::back:
-            window.leaving = !std::exchange(window.view.help, false);
-            break;
+            leaving = !std::exchange(view.help, false);
+            return;
         case Command::quit:
-            window.leaving = true;
-            break;
-        default:
-            keep(window, command);
-            break;
+            leaving = true;
+            return;
+        default:  // the switches
+            return;
     }
 }
 
-}  // namespace
-
-void runCommands(WindowState& window) {
-    for (const Command command : std::exchange(window.commands, {})) {
-        attempt(window.notice, [&] { run(window, command); });
-    }
-    if (!window.chosenPreset.empty()) {
-        attempt(window.notice, [&] {
-            window.session.settings = loadPreset(std::exchange(window.chosenPreset, {}));
-        });
-    }
-    window.view.attract = window.attract.on;
-    window.view.filming = window.shots.filming();
-    window.view.recording = window.session.recording().has_value();
+void OpenWindow::loadLook(const std::filesystem::path& file) {
+    session.settings = looks.load(file);
+    say(notice, looks.name());
 }
 
-void dropFile(WindowState& window, const std::filesystem::path& file) {
-    attempt(window.notice, [&] {
-        if (file.extension() == ".json") {
-            window.session.settings = loadPreset(file);
-        } else if (file.extension() == ".gesture") {
-            startReplay(window, Replay{loadScript(file)});
-        } else {
-            window.session.showPicture(loadPicture(file));
-        }
-        say(window.notice, file.filename().string());
-    });
+void OpenWindow::savePreset() {
+    looks.add(keeper.savePreset(), session.settings);
+}
+
+/// A preset is loaded, a gesture script is played, a picture becomes the background.
+void OpenWindow::takeDrop(const std::filesystem::path& file) {
+    if (file.extension() == ".json") {
+        session.settings = looks.load(file);
+    } else if (file.extension() == ".gesture") {
+        playback.play(Replay{loadScript(file)});
+    } else {
+        session.showPicture(loadPicture(file));
+    }
+    say(notice, file.filename().string());
 }
 
 }  // namespace player

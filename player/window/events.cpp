@@ -5,85 +5,60 @@
 #include <imgui.h>
 
 #include <algorithm>
-#include <chrono>
-
-#include "player/window/commands.h"
-#include "player/window/playing.h"
 
 namespace player {
 namespace {
-
-using namespace std::chrono_literals;
-using Clock = FrameClock::Clock;
 
 /// Combinations are the desktop's.
 bool isCombined(const SDL_Keysym& key) {
     return (key.mod & (KMOD_CTRL | KMOD_ALT | KMOD_GUI)) != 0;
 }
 
-void pressKey(WindowState& window, int code) {
-    window.attract.userCame(false);
+bool isOurKey(const SDL_Event& event) {
+    return event.type == SDL_KEYDOWN && event.key.repeat == 0 && !ImGui::GetIO().WantTextInput &&
+           !isCombined(event.key.keysym);
+}
+
+/// Whether the panel keeps the pointer for itself.
+bool isPanels(const SDL_Event& event) {
+    const bool pointer = event.type >= SDL_MOUSEMOTION && event.type <= SDL_FINGERMOTION;
+    return pointer && ImGui::GetIO().WantCaptureMouse;
+}
+
+void pressKey(int code, Requests& requests) {
     for (const Key& key : keys()) {
         if (key.code == code) {
-            window.commands.push_back(key.command);
+            requests.commands.push_back(key.command);
         }
-    }
-}
-
-void takeDrop(WindowState& window, char* name) {
-    const std::filesystem::path file = name;
-    SDL_free(name);
-    window.attract.userCame(false);
-    dropFile(window, file);
-}
-
-bool resizes(const SDL_Event& event) {
-    return event.type == SDL_WINDOWEVENT && event.window.event == SDL_WINDOWEVENT_SIZE_CHANGED;
-}
-
-void take(WindowState& window, const SDL_Event& event) {
-    const ImGuiIO& io = ImGui::GetIO();
-    if (event.type == SDL_QUIT) {
-        window.leaving = true;
-    } else if (event.type == SDL_KEYDOWN && event.key.repeat == 0 && !io.WantTextInput &&
-               !isCombined(event.key.keysym)) {
-        pressKey(window, event.key.keysym.sym);
-    } else if (event.type == SDL_DROPFILE) {
-        takeDrop(window, event.drop.file);
-    } else if (resizes(event)) {
-        window.resizedAt = Clock::now();
-    }
-    const bool pointer = event.type >= SDL_MOUSEMOTION && event.type <= SDL_FINGERMOTION;
-    if (!pointer || window.finger.pressed || !io.WantCaptureMouse) {
-        feed(window.finger, event, window.screen.window(), window.session.settings.pressure);
-    }
-    if (window.finger.pressed) {
-        window.attract.userCame(true);
     }
 }
 
 }  // namespace
 
-void waitForWork(WindowState& window) {
-    const auto now = Clock::now();
-    std::chrono::nanoseconds wait = 250ms;
-    if (isActive(window)) {
-        wait = window.clock.untilNext(now, window.session.settings.timeScale);
-    } else {
-        window.clock.skip(now);
-    }
-    const bool redraw = window.redraws > 0 || window.stepWanted || window.shots.filming();
-    wait = redraw ? std::min<std::chrono::nanoseconds>(wait, 10ms) : wait;
-    const auto whole = std::chrono::duration_cast<std::chrono::milliseconds>(wait);
+void waitForEvent(std::chrono::nanoseconds time) {
+    const auto whole = std::chrono::duration_cast<std::chrono::milliseconds>(time);
     SDL_WaitEventTimeout(nullptr, std::max(1, static_cast<int>(whole.count())));
 }
 
-void takeEvents(WindowState& window) {
-    for (SDL_Event event; SDL_PollEvent(&event) != 0;) {
+bool takeEvents(const GlWindow& window, float mousePressure, Gestures& gestures,
+                Requests& requests) {
+    bool any = false;
+    for (SDL_Event event; SDL_PollEvent(&event) != 0; any = true) {
         ImGui_ImplSDL2_ProcessEvent(&event);
-        window.redraws = redrawsAfterEvent;
-        take(window, event);
+        if (event.type == SDL_QUIT) {
+            requests.commands.push_back(Command::quit);
+        } else if (event.type == SDL_DROPFILE) {
+            gestures.userCame();
+            requests.drops.emplace_back(event.drop.file);
+            SDL_free(event.drop.file);
+        } else if (isOurKey(event)) {
+            gestures.userCame();
+            pressKey(event.key.keysym.sym, requests);
+        } else if (gestures.pressed() || !isPanels(event)) {
+            gestures.feed(event, window, mousePressure);
+        }
     }
+    return any;
 }
 
 }  // namespace player

@@ -1,78 +1,103 @@
 #include "player/window/keeping.h"
 
 #include <cstdio>
-#include <filesystem>
 
 namespace player {
-namespace {
 
-void switchFilm(WindowState& window) {
-    if (window.shots.filming()) {
-        finishFilm(window);
+namespace fs = std::filesystem;
+
+Keeper::Keeper(Session& ofSession, Notice& saysIn, const Options& options)
+    : session(ofSession),
+      notice(saysIn),
+      shots(options.shots, options.format),
+      digestWanted(options.digest) {}
+
+void Keeper::switchFilm() {
+    if (filming()) {
+        finishFilm();
     } else {
-        window.filmStart = FrameClock::Clock::now();
-        say(window.notice, "filming " + window.shots.startFilm(window.session.size()).string());
+        filmStart = Clock::now();
+        say(notice, "filming " + shots.startFilm(session.size()).string());
     }
 }
 
-void switchRecording(WindowState& window) {
-    if (window.session.recording()) {
-        finishRecording(window);
+void Keeper::addToFilm() {
+    if (filming()) {
+        shots.addToFilm(session.shown());
+    }
+}
+
+void Keeper::finishFilm() {
+    if (filming()) {
+        const auto film = shots.finishFilm();
+        say(notice, film ? "filmed " + film->string() : "nothing was filmed");
+    }
+}
+
+void Keeper::switchRecording() {
+    if (session.recording()) {
+        finishRecording();
     } else {
-        window.session.startRecording(window.shots.nameForGesture());
-        window.recordingStart = FrameClock::Clock::now();
-        say(window.notice,
-            "recording " + window.session.recording()->file().string() + ", from a fresh start");
+        const fs::path file = shots.nameForGesture();
+        startRecording(file);
+        say(notice, "recording " + file.string() + ", from a fresh start");
     }
 }
 
-}  // namespace
-
-void keep(WindowState& window, Command command) {
-    if (command == Command::screenshot) {
-        window.shotWanted = true;
-    } else if (command == Command::film) {
-        switchFilm(window);
-    } else if (command == Command::record) {
-        switchRecording(window);
-    } else if (command == Command::savePreset) {
-        const std::filesystem::path file = window.shots.preset(window.session.settings);
-        window.presets.push_back(named(file));
-        say(window.notice, "saved " + file.string());
-    }
+void Keeper::startRecording(const fs::path& file) {
+    session.startRecording(file);
+    recordingStart = Clock::now();
 }
 
-void takeScreenshot(WindowState& window) {
-    say(window.notice, "saved " + window.shots.screenshot(window.session.shown()).string());
-}
-
-void finishFilm(WindowState& window) {
-    if (window.shots.filming()) {
-        const auto film = window.shots.finishFilm();
-        say(window.notice, film ? "filmed " + film->string() : "nothing was filmed");
-    }
-}
-
-void finishRecording(WindowState& window) {
-    if (!window.session.recording()) {
+void Keeper::finishRecording() {
+    if (!session.recording()) {
         return;
     }
-    const std::filesystem::path file = window.session.recording()->file();
-    tellDigest(window);
-    window.session.finishRecording();
-    window.shots.add(file);
-    say(window.notice, "recorded " + file.string());
+    const fs::path file = session.recording()->file();
+    tellDigest();
+    session.finishRecording();
+    shots.add(file);
+    say(notice, "recorded " + file.string());
 }
 
-void tellFiles(const WindowState& window) {
-    for (const std::filesystem::path& file : window.shots.files()) {
+void Keeper::finish() {
+    attempt(notice, [&] { finishFilm(); });
+    attempt(notice, [&] { finishRecording(); });
+}
+
+void Keeper::takeScreenshot() {
+    shotWanted = false;
+    say(notice, "saved " + shots.screenshot(session.shown()).string());
+}
+
+fs::path Keeper::savePreset() {
+    fs::path file = shots.preset(session.settings);
+    say(notice, "saved " + file.string());
+    return file;
+}
+
+std::vector<Mark> Keeper::marks() const {
+    std::vector<Mark> marks;
+    const auto add = [&](bool on, const char* word, Clock::time_point start) {
+        if (on) {
+            const auto time = Clock::now() - start;
+            marks.push_back({word, std::chrono::duration_cast<std::chrono::seconds>(time)});
+        }
+    };
+    add(filming(), "film", filmStart);
+    add(session.recording().has_value(), "gesture", recordingStart);
+    return marks;
+}
+
+void Keeper::tellFiles() const {
+    for (const fs::path& file : shots.files()) {
         std::printf("saved %s\n", file.c_str());
     }
 }
 
-void tellDigest(const WindowState& window) {
-    if (window.options.digest) {
-        std::printf("velocity %s\n", hex(window.session.seen().velocityDigest()).c_str());
+void Keeper::tellDigest() const {
+    if (digestWanted) {
+        std::printf("velocity %s\n", hex(session.seen().velocityDigest()).c_str());
         std::fflush(stdout);
     }
 }

@@ -1,23 +1,67 @@
 #pragma once
 
-#include "player/window/window_state.h"
+#include <chrono>
+#include <filesystem>
+#include <vector>
+
+#include "player/options.h"
+#include "player/window/notice.h"
+#include "player/window/session.h"
+#include "player/window/shots.h"
 
 namespace player {
 
-/// Runs a command that leaves a file behind: a screenshot, a film, a recording, a preset; passes
-/// over others. Throws Failure, as all of these do.
-void keep(WindowState& window, Command command);
+/// Something that is being made, and for how long by now.
+struct Mark {
+    const char* word;
+    std::chrono::seconds time;
+};
 
-/// The screenshot that was asked for, of what the screen shows.
-void takeScreenshot(WindowState& window);
-/// Ends the film that is being made; nothing where none is.
-void finishFilm(WindowState& window);
-/// Ends the recording of gestures; nothing where none is running.
-void finishRecording(WindowState& window);
-/// Prints the names of all files that the window left.
-void tellFiles(const WindowState& window);
+/// What a session leaves behind: screenshots, a film, a recording of gestures, presets. Says in the
+/// window what it left. What writes a file throws Failure.
+class Keeper {
+public:
+    Keeper(Session& ofSession, Notice& saysIn, const Options& options);
 
-/// Prints the velocity's digest where the command line asks for it.
-void tellDigest(const WindowState& window);
+    /// From now on, or no longer.
+    void switchFilm();
+    bool filming() const { return shots.filming(); }
+    /// From now on the film shows what the session shows; nothing where no film is being made.
+    void addToFilm();
+    /// Completes it; nothing where none is being made.
+    void finishFilm();
+
+    void switchRecording();
+    /// The file is the recording's own, and empty.
+    void startRecording(const std::filesystem::path& file);
+    void finishRecording();
+
+    /// Completes film and recording. What fails is told.
+    void finish();
+
+    void wantScreenshot() { shotWanted = true; }
+    bool wantsScreenshot() const { return shotWanted; }
+    /// The one that was asked for, of what the screen shows.
+    void takeScreenshot();
+
+    std::filesystem::path savePreset();
+
+    std::vector<Mark> marks() const;
+    /// Prints the names of all files that were left.
+    void tellFiles() const;
+    /// Prints the velocity's digest where the command line asks for it.
+    void tellDigest() const;
+
+private:
+    using Clock = std::chrono::steady_clock;
+
+    Session& session;
+    Notice& notice;
+    Shots shots;
+    bool digestWanted;
+    bool shotWanted = false;
+    Clock::time_point filmStart{};
+    Clock::time_point recordingStart{};
+};
 
 }  // namespace player

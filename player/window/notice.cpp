@@ -14,7 +14,7 @@ constexpr auto noticeTime = 4s;
 }  // namespace
 
 void say(Notice& notice, const std::string& line) {
-    notice = {line, Notice::Clock::now() + noticeTime, false};
+    notice = {line, Notice::Clock::now() + noticeTime};
 }
 
 void sayFailure(Notice& notice, const std::exception& error) {

@@ -12,8 +12,6 @@ struct Notice {
 
     std::string line;
     Clock::time_point end{};
-    /// Whether the window shows it.
-    bool shown = false;
 };
 
 void say(Notice& notice, const std::string& line);

@@ -61,9 +61,9 @@ void presetControls(const Panel& panel) {
     if (!ImGui::BeginCombo("preset", "choose")) {
         return;
     }
-    for (const NamedPreset& preset : panel.presets) {
+    for (const NamedPreset& preset : panel.looks.presets()) {
         if (ImGui::Selectable(preset.name.c_str())) {
-            panel.chosenPreset = preset.file;
+            panel.requests.preset = preset.file;
         }
     }
     ImGui::EndCombo();
@@ -73,7 +73,7 @@ void switchControls(const Panel& panel) {
     for (const Switch& one : switches) {
         bool on = panel.view.*one.state;
         if (ImGui::Checkbox(one.words, &on)) {
-            panel.commands.push_back(one.command);
+            panel.requests.commands.push_back(one.command);
         }
     }
     for (std::size_t at = 0; at < std::size(buttons); ++at) {
@@ -81,7 +81,7 @@ void switchControls(const Panel& panel) {
             ImGui::SameLine();
         }
         if (ImGui::Button(buttons[at].words)) {
-            panel.commands.push_back(buttons[at].command);
+            panel.requests.commands.push_back(buttons[at].command);
         }
     }
 }

@@ -1,14 +1,12 @@
 #pragma once
 
 #include <chrono>
-#include <filesystem>
 #include <span>
 #include <string>
-#include <vector>
 
-#include "player/preset.h"
 #include "player/settings.h"
-#include "player/window/keys.h"
+#include "player/window/looks.h"
+#include "player/window/requests.h"
 #include "player/window/session.h"
 
 namespace player {
@@ -28,12 +26,11 @@ struct View {
 /// What the panel shows, and where it leaves what the user wants.
 struct Panel {
     const View& view;
-    std::span<const NamedPreset> presets;
+    const Looks& looks;
     /// Of the last frames, the newest last.
     std::span<const FrameTimes> times;
     Settings& settings;
-    std::vector<Command>& commands;
-    std::filesystem::path& chosenPreset;
+    Requests& requests;
 };
 
 /// Into the current ImGui frame.

@@ -1,20 +1,58 @@
 #pragma once
 
-#include "player/window/window_state.h"
+#include <chrono>
+#include <span>
+#include <vector>
+
+#include "player/window/frame_clock.h"
+#include "player/window/gestures.h"
+#include "player/window/keeping.h"
+#include "player/window/session.h"
 
 namespace player {
 
-/// Whether frames of the effect become due with time.
-bool isActive(const WindowState& window);
+/// Plays the effect's frames when they are due, with the gestures that came.
+class Playback {
+public:
+    Playback(Session& ofSession, Gestures& movedBy, Keeper& keptBy);
 
-/// Sets the effect up anew once a window that was resized rests. What is filmed and recorded ends
-/// there.
-void followSize(WindowState& window);
+    bool paused() const { return isPaused; }
+    void switchPause() { isPaused = !isPaused; }
+    /// One frame, paused.
+    void step() { isPaused = stepWanted = true; }
 
-/// Plays a script from a fresh start. What is recorded ends there.
-void startReplay(WindowState& window, Replay replay);
+    /// Time until a frame is due; long while none becomes due with time.
+    std::chrono::nanoseconds untilNext();
+    /// Plays them; whether there was one.
+    bool playDueFrames();
+    /// Plays a script from a fresh start. What is recorded ends there.
+    void play(Replay script);
+    /// Sets the effect up anew, and returns true, once a window that was resized rests. What is
+    /// filmed and recorded ends there.
+    bool followSize(Size pixels);
 
-/// Plays the frames that are due.
-void playDueFrames(WindowState& window);
+    /// Of the last frames, the newest last.
+    std::span<const FrameTimes> times() const { return lastTimes; }
+    /// The newest frame's took that much longer until it was shown.
+    void addToGl(std::chrono::nanoseconds time);
+
+private:
+    using Clock = FrameClock::Clock;
+
+    bool isActive() const;
+    void playFrame(std::chrono::nanoseconds elapsed);
+    bool wakeUp();
+    bool playWhatTimeAsksFor();
+
+    Session& session;
+    Gestures& gestures;
+    Keeper& keeper;
+    FrameClock clock;
+    bool isPaused = false;
+    bool stepWanted = false;
+    std::vector<FrameTimes> lastTimes;
+    Size lastPixels{};
+    Clock::time_point resizedAt{};
+};
 
 }  // namespace player

@@ -1,91 +1,79 @@
 #include "player/window/presenting.h"
 
 #include <algorithm>
-#include <chrono>
 #include <utility>
-
-#include "player/window/keeping.h"
 
 namespace player {
 namespace {
 
-using Clock = FrameClock::Clock;
-
+/// ImGui answers an event in the frame after it, and fades.
+constexpr int redrawsAfterEvent = 3;
 /// Often enough for a film of a picture that stands, and for the seconds of a mark.
 constexpr auto longestStand = std::chrono::milliseconds(100);
 
-void drawMarks(const WindowState& window) {
-    int row = 0;
-    const auto mark = [&](bool on, const char* word, Clock::time_point start) {
-        if (on) {
-            drawMark(word, std::chrono::duration_cast<std::chrono::seconds>(Clock::now() - start),
-                     row++);
-        }
-    };
-    mark(window.view.filming, "film", window.filmStart);
-    mark(window.view.recording, "gesture", window.recordingStart);
+}  // namespace
+
+Display::Display(Screen& onScreen, const Session& ofSession, Keeper& keptBy, Notice& withNotice)
+    : screen(onScreen), session(ofSession), keeper(keptBy), notice(withNotice) {
+    touch();
 }
 
-void drawWindows(WindowState& window) {
-    drawMarks(window);
-    if (window.view.panel) {
-        drawPanel({window.view, window.presets, window.times, window.session.settings,
-                   window.commands, window.chosenPreset});
+void Display::touch() {
+    redraws = redrawsAfterEvent;
+}
+
+bool Display::changed(bool drawn) {
+    const auto now = Clock::now();
+    const bool noticing = now < notice.end;
+    const bool noticeChanged = noticing != std::exchange(noticeShown, noticing);
+    const bool marksChange = !keeper.marks().empty() && now - presented >= longestStand;
+    return drawn || redraws > 0 || keeper.wantsScreenshot() || noticeChanged || marksChange;
+}
+
+void Display::drawWindows(const Panel& panel) {
+    int row = 0;
+    for (const Mark& mark : keeper.marks()) {
+        drawMark(mark.word, mark.time, row++);
     }
-    if (window.view.help) {
+    if (panel.view.panel) {
+        drawPanel(panel);
+    }
+    if (panel.view.help) {
         drawHelp();
     }
-    if (window.notice.shown) {
-        drawNotice(window.notice.line);
+    if (noticeShown) {
+        drawNotice(notice.line);
     }
 }
 
 /// Overlays, and the panel unless a screenshot is taken.
-void drawOver(WindowState& window) {
-    Screen& screen = window.screen;
+void Display::drawOver(const Panel& panel) {
     screen.beginPanel();
-    drawOverlays({window.view.velocity, window.view.ink}, window.session.seen(), screen.canvas(),
+    drawOverlays({panel.view.velocity, panel.view.ink}, session.seen(), screen.canvas(),
                  screen.window().pixels());
-    if (!window.shotWanted) {
-        drawWindows(window);
+    if (!keeper.wantsScreenshot()) {
+        drawWindows(panel);
     }
     screen.drawPanel();
 }
 
-void drawScreen(WindowState& window) {
-    if (window.drawn) {
-        window.screen.canvas().keep(window.session.size());
-    } else {
-        window.screen.canvas().show(window.screen.window().pixels());
-    }
-    if (window.shots.filming()) {
-        attempt(window.notice, [&] { window.shots.addToFilm(window.session.shown()); });
-    }
-    drawOver(window);
-    if (std::exchange(window.shotWanted, false)) {
-        attempt(window.notice, [&] { takeScreenshot(window); });
-    }
-    window.screen.window().swap();
-}
-
-}  // namespace
-
-void present(WindowState& window) {
-    const auto start = Clock::now();
-    const bool noticing = start < window.notice.end;
-    const bool noticeChanged = noticing != std::exchange(window.notice.shown, noticing);
-    const bool marking = window.view.filming || window.view.recording;
-    const bool stands = marking && start - window.presented >= longestStand;
-    if (!window.drawn && window.redraws <= 0 && !window.shotWanted && !noticeChanged && !stands) {
+void Display::present(const Panel& panel, bool drawn) {
+    if (!changed(drawn)) {
         return;
     }
-    window.presented = start;
-    window.redraws = std::max(window.redraws - 1, 0);
-    drawScreen(window);
-    if (window.drawn && !window.times.empty()) {
-        window.times.back().gl +=
-            std::chrono::duration<float, std::milli>(Clock::now() - start).count();
+    presented = Clock::now();
+    redraws = std::max(redraws - 1, 0);
+    if (drawn) {
+        screen.canvas().keep(session.size());
+    } else {
+        screen.canvas().show(screen.window().pixels());
     }
+    attempt(notice, [&] { keeper.addToFilm(); });
+    drawOver(panel);
+    if (keeper.wantsScreenshot()) {
+        attempt(notice, [&] { keeper.takeScreenshot(); });
+    }
+    screen.window().swap();
 }
 
 }  // namespace player

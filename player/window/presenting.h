@@ -1,11 +1,43 @@
 #pragma once
 
-#include "player/window/window_state.h"
+#include <chrono>
+
+#include "player/window/keeping.h"
+#include "player/window/notice.h"
+#include "player/window/panel.h"
+#include "player/window/screen.h"
+#include "player/window/session.h"
 
 namespace player {
 
-/// Shows the effect's new picture, or its last one anew, with overlays, panel and notice over it;
-/// nothing where nothing changed. Takes the screenshot that was asked for.
-void present(WindowState& window);
+/// Shows the session's picture with overlays, panel, marks and notice over it, where any of these
+/// changed.
+class Display {
+public:
+    Display(Screen& onScreen, const Session& ofSession, Keeper& keptBy, Notice& withNotice);
+
+    /// Something may have changed beside the effect's picture.
+    void touch();
+    /// Whether it is to be drawn soon, though the effect stands still.
+    bool waits() const { return redraws > 0 || keeper.filming(); }
+    /// `drawn`: the effect has just drawn a frame; else its last one is shown anew. Takes the
+    /// screenshot that was asked for.
+    void present(const Panel& panel, bool drawn);
+
+private:
+    using Clock = std::chrono::steady_clock;
+
+    bool changed(bool drawn);
+    void drawWindows(const Panel& panel);
+    void drawOver(const Panel& panel);
+
+    Screen& screen;
+    const Session& session;
+    Keeper& keeper;
+    Notice& notice;
+    int redraws = 0;
+    bool noticeShown = false;
+    Clock::time_point presented{};
+};
 
 }  // namespace player

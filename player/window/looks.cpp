@@ -1,0 +1,42 @@
+#include "player/window/looks.h"
+
+#include <algorithm>
+
+namespace player {
+
+Looks::Looks(const std::filesystem::path& savedIn, const std::filesystem::path& file,
+             const Settings& settings)
+    : all(presetsIn(VELMORA_PRESETS)), loaded(settings) {
+    const std::vector<NamedPreset> saved = presetsIn(savedIn);
+    all.insert(all.end(), saved.begin(), saved.end());
+    if (!file.empty()) {
+        show(file, settings);
+    }
+}
+
+void Looks::show(const std::filesystem::path& file, const Settings& settings) {
+    shown = named(file).name;
+    loaded = settings;
+    const auto preset = std::ranges::find(all, file, &NamedPreset::file);
+    if (preset != all.end()) {
+        following = static_cast<std::size_t>(preset - all.begin()) + 1;
+    }
+}
+
+Settings Looks::load(const std::filesystem::path& file) {
+    const Settings settings = loadPreset(file);
+    show(file, settings);
+    return settings;
+}
+
+const NamedPreset& Looks::next() const {
+    return all[following % all.size()];
+}
+
+void Looks::add(const std::filesystem::path& file, const Settings& settings) {
+    all.push_back(named(file));
+    shown = all.back().name;
+    loaded = settings;
+}
+
+}  // namespace player

@@ -1,0 +1,109 @@
+#include "player/window/open_window.h"
+
+#include <algorithm>
+#include <chrono>
+#include <cmath>
+#include <utility>
+
+#include "player/failure.h"
+#include "player/files.h"
+#include "player/interrupt.h"
+
+namespace player {
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr Size phone{540, 960};
+/// A script's larger screen is not the window's: it might exceed the desktop.
+constexpr Size largestOfScript{1280, 1000};
+
+/// As long as the phone's window, in the picture's shape but no strip.
+Size shapeOf(const hostkit::Picture& picture) {
+    constexpr double longest = 2.5;
+    const double aspect =
+        std::clamp(static_cast<double>(picture.width) / picture.height, 1.0 / longest, longest);
+    const double side = phone.height;
+    return {static_cast<int>(std::lround(side * std::min(1.0, aspect))),
+            static_cast<int>(std::lround(side / std::max(1.0, aspect)))};
+}
+
+Size startSize(const Options& options, const std::optional<Replay>& replay,
+               const hostkit::Picture& picture) {
+    if (options.sizeGiven) {
+        return {options.width, options.height};
+    }
+    const bool fits = replay && replay->script.screenWidth <= largestOfScript.width &&
+                      replay->script.screenHeight <= largestOfScript.height;
+    if (fits) {
+        return {replay->script.screenWidth, replay->script.screenHeight};
+    }
+    return options.picture.empty() ? phone : shapeOf(picture);
+}
+
+}  // namespace
+
+OpenWindow::OpenWindow(const Options& options)
+    : OpenWindow(options, loadBackgrounds(options), replayOf(options)) {}
+
+OpenWindow::OpenWindow(const Options& options, Backgrounds backgrounds,
+                       const std::optional<Replay>& replay)
+    : screen(startSize(options, replay, backgrounds.first), !options.sizeGiven),
+      session(screen, startSettings(options), std::move(backgrounds)),
+      gestures(replay, !options.noAttract),
+      keeper(session, notice, options),
+      playback(session, gestures, keeper),
+      looks(options.shots, options.preset, session.settings),
+      display(screen, session, keeper, notice) {
+    view.velocity = options.overlays.velocity;
+    view.ink = options.overlays.ink;
+    if (replay) {
+        session.startReplay();
+    } else if (!options.record.empty()) {
+        if (!takeName(options.record)) {
+            throw Failure("the recording would overwrite this file", options.record.string());
+        }
+        keeper.startRecording(options.record);
+    }
+    say(notice, "F1 lists the keys, Tab opens the panel");
+}
+
+void OpenWindow::run() {
+    try {
+        while (!leaving && !isInterrupted()) {
+            turn();
+        }
+    } catch (...) {
+        keeper.finish();  // else it would be lost
+        throw;
+    }
+    keeper.finish();
+    keeper.tellFiles();
+}
+
+void OpenWindow::turn() {
+    const auto wait = playback.untilNext();
+    waitForEvent(display.waits() ? std::min<std::chrono::nanoseconds>(wait, 10ms) : wait);
+    if (takeEvents(screen.window(), session.settings.pressure, gestures, requests)) {
+        display.touch();
+    }
+    runCommands();
+    if (playback.followSize(screen.window().pixels())) {
+        display.touch();
+    }
+    presentFrame(playback.playDueFrames());
+}
+
+void OpenWindow::presentFrame(bool drawn) {
+    view.paused = playback.paused();
+    view.attract = gestures.attracts();
+    view.filming = keeper.filming();
+    view.recording = session.recording().has_value();
+    const auto start = std::chrono::steady_clock::now();
+    display.present({view, looks, playback.times(), session.settings, requests}, drawn);
+    if (drawn) {
+        playback.addToGl(std::chrono::steady_clock::now() - start);
+    }
+}
+
+}  // namespace player

@@ -1,0 +1,57 @@
+#pragma once
+
+#include <optional>
+
+#include "player/options.h"
+#include "player/window/events.h"
+#include "player/window/gestures.h"
+#include "player/window/keeping.h"
+#include "player/window/looks.h"
+#include "player/window/notice.h"
+#include "player/window/panel.h"
+#include "player/window/playing.h"
+#include "player/window/presenting.h"
+#include "player/window/requests.h"
+#include "player/window/screen.h"
+#include "player/window/session.h"
+
+namespace player {
+
+/// The window from its opening to its end. A turn of its loop takes events, runs commands, plays
+/// the frames that are due and presents the picture; each of its parts is a class that does one of
+/// these, and only commands reach them all.
+class OpenWindow {
+public:
+    /// Throws Failure or HostError.
+    explicit OpenWindow(const Options& options);
+
+    /// Until it is closed or the program is interrupted. Prints the names of all files that it
+    /// left. Throws Failure or HostError.
+    void run();
+
+private:
+    OpenWindow(const Options& options, Backgrounds backgrounds,
+               const std::optional<Replay>& replay);
+
+    void turn();
+    void runCommands();
+    void run(Command command);
+    void loadLook(const std::filesystem::path& file);
+    void savePreset();
+    void takeDrop(const std::filesystem::path& file);
+    void presentFrame(bool drawn);
+
+    Notice notice;
+    Screen screen;
+    Session session;
+    Gestures gestures;
+    Keeper keeper;
+    Playback playback;
+    Looks looks;
+    Display display;
+    Requests requests;
+    View view;
+    bool leaving = false;
+};
+
+}  // namespace player
