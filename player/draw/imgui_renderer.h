@@ -7,8 +7,9 @@ struct ImDrawList;
 
 namespace player {
 
-/// Draws the panel's triangles with OpenGL ES 2.0. Belongs to the GL context that was current when
-/// it was made, and dies before it.
+/// Draws the panel's triangles with OpenGL ES 2.0. It is our own as Debian builds ImGui's back ends
+/// only for desktop GL, found by GLX; their source for ES 2 comes as an example in /usr/share/doc.
+/// Belongs to the GL context that was current when it was made, and dies before it.
 class ImGuiRenderer {
 public:
     /// Uploads the font of the current ImGui context.
