@@ -173,8 +173,8 @@ TEST(Ripple, TouchesOffTheGridOrWithoutAPlaceChangeNothing) {
             addRipple(water.grid.data, {area, size, columns, rows, x, y, 1.0f});
             addRipple(water.grid.data, {size, area, rows, columns, y, x, 1.0f});
         };
-        for (const float away :
-             {-11.5f, 12.0f, -1e9f, 1e9f, 3e38f, -3e38f, infinity, -infinity, nan}) {
+        for (const float away : {-11.5f, 12.0f, -1e9f, 1e9f, -2.4e9f, 2.4e9f, 3e38f, -3e38f,
+                                 infinity, -infinity, nan}) {
             touch(size, size, size, away, 0.0f);
         }
         for (const float anywhere : {0.0f, 1.0f, -1.0f}) {
