@@ -16,9 +16,9 @@ constexpr std::size_t mostSamples = 40'000;
 constexpr double usualHue = 206.0;
 constexpr double leastChroma = 0.03;
 /// Of the dominant colour's light, what thick ink is to leave.
-constexpr double leastLight = 0.2;
+constexpr double leastLight = 0.25;
 constexpr double darkestOfAll = 0.3;
-constexpr double lightestDark = 0.6;
+constexpr double lightestDark = 0.65;
 /// Of the hues around the complement.
 constexpr double widestTurn = 50.0;
 

@@ -55,6 +55,10 @@ std::vector<ScriptAction> Attract::next(Size screen) {
     return {point(action, cycle, static_cast<double>(at) / strokeFrames, screen)};
 }
 
+std::optional<int> Attract::stroke() const {
+    return runs() ? std::optional((std::max(frame, 1) - 1) / cycleFrames) : std::nullopt;
+}
+
 std::vector<ScriptAction> Attract::leave() {
     const bool down = (frame - 1) % cycleFrames < strokeFrames;
     frame = -1;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <chrono>
+#include <optional>
 #include <vector>
 
 #include "hostkit/gesture_script.h"
@@ -19,6 +20,8 @@ public:
     /// The user did something; `touched`: with the finger.
     void userCame(bool touched);
     bool runs() const { return frame >= 0; }
+    /// The number of the stroke, from 0, or of the one before a rest; nothing while it does not run.
+    std::optional<int> stroke() const;
     /// Comes where it is time.
     void comeIfIdle();
     /// What it does in its next frame: strokes along slow curves, with rests in which the ink

@@ -1,6 +1,7 @@
 #include <utility>
 
 #include "player/picture.h"
+#include "player/random_look.h"
 #include "player/script.h"
 #include "player/window/open_window.h"
 
@@ -74,6 +75,12 @@ void OpenWindow::run(Command command) {
             return gestures.add(hostkit::LoseContext{});
         case Command::nextPreset:
             return loadLook(looks.next().file);
+        case Command::inkOfPicture:
+            return takeInkOfPicture();
+        case Command::randomLook:
+            return showRandomLook();
+        case Command::resetLook:
+            return resetLook();
         case Command::savePreset:
             return savePreset();
         case Command::screenshot:
@@ -82,6 +89,8 @@ void OpenWindow::run(Command command) {
             return keeper.switchFilm();
         case Command::record:
             return keeper.switchRecording();
+        case Command::replay:
+            return replay();
         case Command::fullScreen:
             return screen.window().switchFullScreen();
         case Command::back:
@@ -100,8 +109,34 @@ void OpenWindow::loadLook(const std::filesystem::path& file) {
     say(notice, looks.name());
 }
 
+void OpenWindow::takeInkOfPicture() {
+    session.settings.ink = session.inkAgainstPicture(0);
+    say(notice, "an ink that stands out from the picture");
+}
+
+void OpenWindow::showRandomLook() {
+    session.settings = randomLook(nextRandomLook++);
+    say(notice, "a look by chance; P saves it");
+}
+
+void OpenWindow::resetLook() {
+    session.settings = looks.unchanged();
+    say(notice, looks.name() + ", as it was");
+}
+
 void OpenWindow::savePreset() {
     looks.add(keeper.savePreset(), session.settings);
+}
+
+void OpenWindow::replay() {
+    keeper.finishRecording();
+    const std::filesystem::path file = keeper.lastRecording();
+    if (file.empty()) {
+        say(notice, "no gesture has been recorded yet: R begins");
+        return;
+    }
+    playback.play(Replay{loadScript(file)});
+    say(notice, "replaying " + file.string() + ", from a fresh start");
 }
 
 /// A preset is loaded, a gesture script is played, a picture becomes the background.

@@ -34,6 +34,8 @@ public:
     bool wait() const { return !actions.empty() || !finger.actions.empty(); }
     /// Whether there will be more of them without the user.
     bool goOn() const { return replay || attract.runs(); }
+    /// The number of the stroke, from 0, that nobody's finger makes or has made; nothing: it does not come.
+    std::optional<int> nobodysStroke() const { return attract.stroke(); }
     /// Those of the next frame. `onlyUser`: nobody's finger leaves.
     std::vector<hostkit::ScriptAction> next(Size screen, bool onlyUser);
 

@@ -57,7 +57,8 @@ void Keeper::finishRecording() {
     tellDigest();
     session.finishRecording();
     shots.add(file);
-    say(notice, "recorded " + file.string());
+    recorded = file;
+    say(notice, "recorded " + file.string() + "; G replays it");
 }
 
 void Keeper::finish() {

@@ -35,6 +35,8 @@ public:
     /// The file is the recording's own, and empty.
     void startRecording(const std::filesystem::path& file);
     void finishRecording();
+    /// The file of the one that was completed last; empty: none was.
+    const std::filesystem::path& lastRecording() const { return recorded; }
 
     /// Completes film and recording. What fails is told.
     void finish();
@@ -58,6 +60,7 @@ private:
     Session& session;
     Notice& notice;
     Shots shots;
+    std::filesystem::path recorded;
     bool digestWanted;
     bool shotWanted = false;
     Clock::time_point filmStart{};

@@ -24,6 +24,8 @@ public:
     /// The settings shown were saved under this name.
     void add(const std::filesystem::path& file, const Settings& settings);
 
+    /// Those of the preset, before the user changed them.
+    const Settings& unchanged() const { return loaded; }
     const std::string& name() const { return shown; }
     /// Whether the look is another one by now than its preset's.
     bool isChanged(const Settings& settings) const { return !(settings == loaded); }

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <cstdint>
 #include <optional>
+#include <random>
 
 #include "player/options.h"
 #include "player/window/events.h"
@@ -37,7 +39,11 @@ private:
     void runCommands();
     void run(Command command);
     void loadLook(const std::filesystem::path& file);
+    void takeInkOfPicture();
+    void showRandomLook();
+    void resetLook();
     void savePreset();
+    void replay();
     void takeDrop(const std::filesystem::path& file);
     void presentFrame(bool drawn);
 
@@ -51,6 +57,8 @@ private:
     Display display;
     Requests requests;
     View view;
+    /// Another one in each window.
+    std::uint32_t nextRandomLook = std::random_device{}();
     bool leaving = false;
 };
 

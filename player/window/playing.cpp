@@ -35,7 +35,9 @@ std::chrono::nanoseconds Playback::untilNext() {
 }
 
 void Playback::playFrame(std::chrono::nanoseconds elapsed) {
-    session.frame(gestures.next(session.size(), session.recording().has_value()), elapsed);
+    const auto actions = gestures.next(session.size(), session.recording().has_value());
+    session.inkOfNobody(gestures.nobodysStroke());
+    session.frame(actions, elapsed);
     lastTimes.push_back(session.times());
     if (lastTimes.size() > graphFrames) {
         lastTimes.erase(lastTimes.begin());
@@ -82,6 +84,7 @@ bool Playback::playDueFrames() {
 void Playback::play(Replay script) {
     keeper.finishRecording();
     session.startReplay();
+    isPaused = false;
     gestures.play(std::move(script));
 }
 

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "player/frame_time.h"
+#include "player/ink_choice.h"
 #include "player/picture.h"
 #include "player/window/screen.h"
 
@@ -58,6 +59,7 @@ void Session::restart() {
     applyLook(settings, host->look());
     probe.watch(screenSize.width, screenSize.height, !settings.waterOnly);
     rain = {};
+    inkOfNobody(std::nullopt);
     touched = false;
     watchForCalm(true);
 }
@@ -78,7 +80,26 @@ void Session::frame(std::span<const ScriptAction> actions, std::chrono::nanoseco
     watchForCalm(disturbed);
 }
 
+std::array<float, 3> Session::inkAgainstPicture(int variation) const {
+    return inkAgainst(settings.secondBackground ? pictures.second : pictures.first, variation);
+}
+
+void Session::inkOfNobody(std::optional<int> stroke) {
+    if (stroke == nobodysStroke) {
+        return;
+    }
+    nobodysStroke = stroke;
+    nobodysInk.reset();
+    if (stroke && *stroke > 0) {  // the first shows the look as it is
+        const auto [red, green, blue] = inkAgainstPicture(*stroke - 1);
+        nobodysInk = {red, green, blue};
+    }
+}
+
 void Session::applySettings() {
+    if (settings.ink != applied.ink) {
+        nobodysInk.reset();
+    }
     if (settings.waterOnly != applied.waterOnly) {
         restart();
     }
@@ -98,8 +119,9 @@ std::vector<hostkit::ScriptEvent> Session::eventsOf(std::span<const ScriptAction
             record->add(action);
         }
     };
-    if (inkOf(settings) != host->look().ink) {
-        add(inkOf(settings));
+    const InkColor ink = nobodysInk.value_or(inkOf(settings));
+    if (ink != host->look().ink) {
+        add(ink);
     }
     if (settings.secondBackground != host->look().useSecondBackground) {
         add(SecondBackground{settings.secondBackground});

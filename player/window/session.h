@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <chrono>
 #include <cstdint>
 #include <filesystem>
@@ -38,6 +39,11 @@ public:
     void restart();
     /// One frame of the effect; draws it.
     void frame(std::span<const hostkit::ScriptAction> actions, std::chrono::nanoseconds elapsed);
+    /// An ink for the picture that is shown, as inkAgainst gives it.
+    std::array<float, 3> inkAgainstPicture(int variation) const;
+    /// Nobody's finger lays its strokes, by their numbers from 0, in inks of its own until the user
+    /// chooses one; nothing: it does not come. The settings keep the user's.
+    void inkOfNobody(std::optional<int> stroke);
     /// The picture becomes the background, and the one before the second background.
     void showPicture(hostkit::Picture picture);
 
@@ -75,6 +81,8 @@ private:
     FrameTimes lastTimes{};
 
     Rain rain;
+    std::optional<int> nobodysStroke;
+    std::optional<hostkit::InkColor> nobodysInk;
     /// Whether a finger came since the ink was last all gone.
     bool touched = false;
     int quietFrames = 0;
