@@ -1,46 +1,27 @@
 #include "player/options.h"
 
 #include <CLI/CLI.hpp>
-#include <charconv>
 #include <cstdio>
 #include <string>
-#include <string_view>
 
 #include "player/failure.h"
 #include "player/help_text.h"
+#include "player/size.h"
 
 namespace player {
 namespace {
 
-// A smaller screen has no solver cell, which takes 12 pixels; a larger one exceeds the usual limits
-// of GL.
-constexpr int smallestSide = 16;
-constexpr int largestSide = 4096;
 constexpr int mostFrames = 1'000'000;
 
-/// Reads a whole number from the head of `text` and takes it off.
-bool takeNumber(std::string_view& text, int& number) {
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-    text.remove_prefix(static_cast<std::size_t>(end - text.data()));
-    return error == std::errc{};
-}
-
-bool isSide(int side) {
-    return side >= smallestSide && side <= largestSide;
-}
-
 void readSize(const std::string& given, Options& options) {
-    std::string_view rest = given;
-    const bool width = takeNumber(rest, options.width);
-    const bool cross = !rest.empty() && rest.front() == 'x';
-    rest.remove_prefix(cross ? 1 : 0);
-    const bool height = takeNumber(rest, options.height);
-    if (!width || !cross || !height || !rest.empty() || !isSide(options.width) ||
-        !isSide(options.height)) {
+    const std::optional<Size> size = parseSize(given);
+    if (!size) {
         throw CLI::ValidationError(
             "--size", "expected WIDTHxHEIGHT, each from " + std::to_string(smallestSide) + " to " +
                           std::to_string(largestSide) + " pixels, not " + inQuotes(given));
     }
+    options.width = size->width;
+    options.height = size->height;
 }
 
 /// What the options mean stands in the help text.
@@ -67,6 +48,7 @@ void declare(CLI::App& app, Options& options) {
            })
         ->check(CLI::IsMember({"velocity", "ink"}));
     app.add_flag("--no-attract", options.noAttract);
+    app.add_flag("--fresh", options.fresh);
     app.set_version_flag("--version", "velmora " VELMORA_VERSION);
 }
 

@@ -32,8 +32,9 @@ struct Options {
     bool outGiven = false;
     bool sizeGiven = false;
     bool headless = false;
-    /// Settings and size of the last window are neither used nor replaced.
     bool noAttract = false;
+    /// Look and size of the last window are neither used nor replaced.
+    bool fresh = false;
     bool waterOnly = false;
     bool digest = false;
     Overlays overlays;

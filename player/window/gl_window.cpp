@@ -111,6 +111,16 @@ void GlWindow::swap() {
     SDL_GL_SwapWindow(window.get());
 }
 
+std::optional<Size> GlWindow::ownSize() const {
+    const Uint32 ruled = SDL_WINDOW_FULLSCREEN_DESKTOP | SDL_WINDOW_MAXIMIZED;
+    if ((SDL_GetWindowFlags(window.get()) & ruled) != 0) {
+        return std::nullopt;
+    }
+    Size size{};
+    SDL_GetWindowSize(window.get(), &size.width, &size.height);
+    return size;
+}
+
 Size GlWindow::pixels() const {
     Size size{};
     SDL_GL_GetDrawableSize(window.get(), &size.width, &size.height);

@@ -3,6 +3,7 @@
 #include <SDL2/SDL_video.h>
 
 #include <memory>
+#include <optional>
 
 #include "player/size.h"
 
@@ -27,6 +28,8 @@ public:
     void swap();
     /// The whole screen, or the window again.
     void switchFullScreen();
+    /// In units of the desktop; nothing while that rules the size, as on the whole screen.
+    std::optional<Size> ownSize() const;
     /// In pixels, of which a window of a dense screen has more than units of its own.
     Size pixels() const;
     /// Pixels per unit of the window, across and down.

@@ -18,18 +18,18 @@ constexpr Size phone{540, 960};
 /// A script's larger screen is not the window's: it might exceed the desktop.
 constexpr Size largestOfScript{1280, 1000};
 
-/// As long as the phone's window, in the picture's shape but no strip.
-Size shapeOf(const hostkit::Picture& picture) {
+/// As long as the usual window, in the picture's shape but no strip.
+Size shapeOf(const hostkit::Picture& picture, Size usual) {
     constexpr double longest = 2.5;
     const double aspect =
         std::clamp(static_cast<double>(picture.width) / picture.height, 1.0 / longest, longest);
-    const double side = phone.height;
+    const double side = std::max(usual.width, usual.height);
     return {static_cast<int>(std::lround(side * std::min(1.0, aspect))),
             static_cast<int>(std::lround(side / std::max(1.0, aspect)))};
 }
 
 Size startSize(const Options& options, const std::optional<Replay>& replay,
-               const hostkit::Picture& picture) {
+               const hostkit::Picture& picture, const Remembered& remembered) {
     if (options.sizeGiven) {
         return {options.width, options.height};
     }
@@ -38,23 +38,38 @@ Size startSize(const Options& options, const std::optional<Replay>& replay,
     if (fits) {
         return {replay->script.screenWidth, replay->script.screenHeight};
     }
-    return options.picture.empty() ? phone : shapeOf(picture);
+    const Size usual = remembered.window.value_or(phone);
+    return options.picture.empty() ? usual : shapeOf(picture, usual);
+}
+
+Settings startLook(const Options& options, const Remembered& remembered) {
+    Settings look = startSettings(options);
+    if (options.preset.empty() && remembered.look) {
+        look = *remembered.look;
+        look.waterOnly = look.waterOnly || options.waterOnly;
+    }
+    return look;
 }
 
 }  // namespace
 
 OpenWindow::OpenWindow(const Options& options)
-    : OpenWindow(options, loadBackgrounds(options), replayOf(options)) {}
+    : OpenWindow(options, loadBackgrounds(options), replayOf(options),
+                 options.fresh ? Remembered{} : recall()) {}
 
 OpenWindow::OpenWindow(const Options& options, Backgrounds backgrounds,
-                       const std::optional<Replay>& replay)
-    : screen(startSize(options, replay, backgrounds.first), !options.sizeGiven),
-      session(screen, startSettings(options), std::move(backgrounds)),
+                       const std::optional<Replay>& replay, const Remembered& remembered)
+    : screen(startSize(options, replay, backgrounds.first, remembered), !options.sizeGiven),
+      session(screen, startLook(options, remembered), std::move(backgrounds)),
       gestures(replay, !options.noAttract),
       keeper(session, notice, options),
       playback(session, gestures, keeper),
-      looks(options.shots, options.preset, session.settings),
-      display(screen, session, keeper, notice) {
+      looks(options.shots, options.preset, startSettings(options)),
+      display(screen, session, keeper, notice),
+      begun(session.settings),
+      begunSize(screen.window().ownSize()),
+      remembers(!options.fresh),
+      waterOnlyGiven(options.waterOnly) {
     view.velocity = options.overlays.velocity;
     view.ink = options.overlays.ink;
     if (replay) {
@@ -79,6 +94,25 @@ void OpenWindow::run() {
     }
     keeper.finish();
     keeper.tellFiles();
+    if (remembers) {
+        rememberChanges();
+    }
+}
+
+/// What the command line chose for this window alone, and which picture it showed, is not the next
+/// one's.
+void OpenWindow::rememberChanges() {
+    Remembered last;
+    if (session.settings != begun) {
+        last.look = session.settings;
+        last.look->secondBackground = false;
+        last.look->waterOnly = session.settings.waterOnly && !waterOnlyGiven;
+    }
+    const std::optional<Size> size = screen.window().ownSize();
+    if (size != begunSize) {
+        last.window = size;
+    }
+    remember(last);
 }
 
 void OpenWindow::turn() {

@@ -13,6 +13,7 @@
 #include "player/window/panel.h"
 #include "player/window/playing.h"
 #include "player/window/presenting.h"
+#include "player/window/remembered.h"
 #include "player/window/requests.h"
 #include "player/window/screen.h"
 #include "player/window/session.h"
@@ -32,8 +33,8 @@ public:
     void run();
 
 private:
-    OpenWindow(const Options& options, Backgrounds backgrounds,
-               const std::optional<Replay>& replay);
+    OpenWindow(const Options& options, Backgrounds backgrounds, const std::optional<Replay>& replay,
+               const Remembered& remembered);
 
     void turn();
     void runCommands();
@@ -46,6 +47,7 @@ private:
     void replay();
     void takeDrop(const std::filesystem::path& file);
     void presentFrame(bool drawn);
+    void rememberChanges();
 
     Notice notice;
     Screen screen;
@@ -57,6 +59,11 @@ private:
     Display display;
     Requests requests;
     View view;
+    /// What the window began with.
+    Settings begun;
+    std::optional<Size> begunSize;
+    bool remembers;
+    bool waterOnlyGiven;
     /// Another one in each window.
     std::uint32_t nextRandomLook = std::random_device{}();
     bool leaving = false;

@@ -95,7 +95,7 @@ protected:
 
     void openWindow(const std::string& more = "--no-attract") {
         player = start("cd " + folder.string() + " && exec " + command + " " + sized +
-                       " --digest --preset still.json " + more + " >out 2>err");
+                       " --digest " + preset + " " + more + " >out 2>err");
         ASSERT_TRUE(waitFor([&] {
             run("xdotool search --onlyvisible --name '^Velmora$' 2>/dev/null | tr -d '\\n' >found");
             return !(window = contents("found")).empty();
@@ -144,6 +144,13 @@ protected:
         return load("look.png");
     }
 
+    /// The settings, by the key that saves them in the next file, of that name.
+    std::string savedAs(const std::string& file) const {
+        press("p");
+        EXPECT_TRUE(waitFor([&] { return fs::exists(folder / file) && !contents(file).empty(); }));
+        return contents(file);
+    }
+
     int exitCode() {
         int status = -1;
         EXPECT_TRUE(waitFor([&] { return waitpid(player, &status, WNOHANG) == player; }));
@@ -166,6 +173,7 @@ protected:
         "/config " VELMORA_PLAYER " --second plain.png";
     /// The picture, and the screen's size where the test rules it.
     std::string sized = "plain.png --size " + std::to_string(width) + "x" + std::to_string(height);
+    std::string preset = "--preset still.json";
     pid_t player = 0;
     std::string window;
     int shots = 0;
@@ -301,11 +309,6 @@ TEST_F(WindowTest, WindowsWithOneFolderTakeDifferentNames) {
 }
 
 TEST_F(WindowTest, SavedAndDroppedPresetsAndScriptsAreTaken) {
-    const auto savedAs = [&](const std::string& file) {
-        press("p");
-        EXPECT_TRUE(waitFor([&] { return fs::exists(folder / file) && !contents(file).empty(); }));
-        return contents(file);
-    };
     openWindow();
     const std::string still = savedAs("shots/preset-01.json");
     write("dropped.json", R"({"ripple": 0, "ink": [1, 0.5, 0.25]})");
@@ -342,6 +345,39 @@ TEST_F(WindowTest, TheWindowTakesThePicturesShapeWithinTheDisplay) {
     const Pixbuf shown = look();
     EXPECT_EQ(gdk_pixbuf_get_width(shown.get()), 744) << "of a display of 800";
     EXPECT_NEAR(gdk_pixbuf_get_height(shown.get()), 465, 1);
+}
+
+TEST_F(WindowTest, AWindowBeginsWithTheLastOnesLookAndSizeWhereTheyCanBeUsed) {
+    openWindow();
+    press("n");
+    const std::string look = savedAs("shots/preset-01.json");
+    xdotool("windowsize --sync " + window + " 200 300");
+    press("q");
+    ASSERT_EQ(exitCode(), 0) << contents("err");
+    sized = "plain.png";
+    preset = "";
+    const auto lines = [&] {
+        const std::string told = contents("err");
+        return std::ranges::count(told, '\n') + std::ranges::count(told, '\x1b');
+    };
+    openWindow();
+    EXPECT_EQ(savedAs("shots/preset-02.json"), look);
+    EXPECT_EQ(gdk_pixbuf_get_width(shot().get()), 200);
+    write("config/velmora/look.json", "{\"\x1b[7m\": 1}");
+    write("config/velmora/window-size", "9999999999x\x1b[7m");
+    press("q");
+    ASSERT_EQ(exitCode(), 0) << contents("err");
+    openWindow();
+    EXPECT_EQ(lines(), 2) << contents("err");
+    EXPECT_NE(savedAs("shots/preset-03.json"), look);
+    press("q");
+    ASSERT_EQ(exitCode(), 0) << contents("err");
+    openWindow("--no-attract --fresh");
+    press("n");
+    press("q");
+    ASSERT_EQ(exitCode(), 0) << contents("err");
+    EXPECT_EQ(lines(), 0) << contents("err");
+    EXPECT_NE(contents("config/velmora/look.json").find('\x1b'), std::string::npos);
 }
 
 TEST_F(WindowTest, RecordingsReplayToTheLastByte) {

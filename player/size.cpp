@@ -1,0 +1,31 @@
+#include "player/size.h"
+
+#include <charconv>
+
+namespace player {
+namespace {
+
+/// Reads a whole number from the head of `text` and takes it off.
+bool takeNumber(std::string_view& text, int& number) {
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+    text.remove_prefix(static_cast<std::size_t>(end - text.data()));
+    return error == std::errc{};
+}
+
+bool isSide(int side) {
+    return side >= smallestSide && side <= largestSide;
+}
+
+}  // namespace
+
+std::optional<Size> parseSize(std::string_view text) {
+    Size size{};
+    const bool width = takeNumber(text, size.width);
+    const bool cross = text.starts_with('x');
+    text.remove_prefix(cross ? 1 : 0);
+    const bool height = takeNumber(text, size.height);
+    const bool whole = width && cross && height && text.empty();
+    return whole && isSide(size.width) && isSide(size.height) ? std::optional(size) : std::nullopt;
+}
+
+}  // namespace player
