@@ -110,12 +110,14 @@ Failure systemFailure(const std::string& what, int error) {
     return Failure(what, std::generic_category().message(error));
 }
 
-std::string lastLine(std::FILE* file) {
+/// The last line that says why.
+std::string reasonIn(std::FILE* file) {
     std::rewind(file);
     std::string last;
     std::array<char, 512> line{};
     while (std::fgets(line.data(), static_cast<int>(line.size()), file) != nullptr) {
-        last = std::string(line.data(), std::strcspn(line.data(), "\n"));
+        const std::string said(line.data(), std::strcspn(line.data(), "\n"));
+        last = said.ends_with("-- ") ? last : said;
     }
     return last;
 }
@@ -168,7 +170,7 @@ void Encoder::finish() {
     while (waitpid(ending, &status, 0) < 0 && errno == EINTR) {
     }
     if (!WIFEXITED(status) || WEXITSTATUS(status) != 0) {
-        throw Failure("ffmpeg failed, " + lastLine(messages.get()), film.filename().string());
+        throw Failure("ffmpeg failed, " + reasonIn(messages.get()), film.filename().string());
     }
 }
 

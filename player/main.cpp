@@ -1,5 +1,7 @@
+#include <cerrno>
 #include <cstdio>
 #include <exception>
+#include <system_error>
 
 #include "player/failure.h"
 #include "player/options.h"
@@ -10,6 +12,10 @@ int main(int argc, char** argv) {
     try {
         if (const auto options = player::parseOptions(argc, argv)) {
             player::wantsWindow(*options) ? player::runWindow(*options) : player::run(*options);
+        }
+        if (std::fflush(stdout) != 0 && errno != EPIPE) {
+            throw player::Failure("cannot write what is to be said",
+                                  std::generic_category().message(errno));
         }
         return 0;
     } catch (const std::exception& error) {

@@ -12,14 +12,16 @@ namespace player {
 /// leaves is a whole script up to its last event.
 class GestureRecording {
 public:
-    /// The file is the recording's own, and empty. Throws Failure when it cannot be written, as all
-    /// members do.
+    /// The file is the recording's own, and empty. Throws Failure when it cannot be written, and
+    /// takes it away then.
     GestureRecording(std::filesystem::path file, Size screen);
 
     void add(const hostkit::ScriptAction& action);
     /// The events added next belong to the next frame.
     void endFrame() { ++script.frames; }
-    /// Adds the length.
+    /// Whether events did not reach the file.
+    bool broken() const { return !stream; }
+    /// Writes it whole, with its length. Throws Failure.
     void finish();
 
     const std::filesystem::path& file() const { return path; }

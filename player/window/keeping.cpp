@@ -61,6 +61,12 @@ void Keeper::finishRecording() {
     say(notice, "recorded " + file.string() + "; G replays it");
 }
 
+void Keeper::watchRecording() {
+    if (session.recording() && session.recording()->broken()) {
+        attempt(notice, [&] { finishRecording(); });
+    }
+}
+
 void Keeper::finish() {
     attempt(notice, [&] { finishFilm(); });
     attempt(notice, [&] { finishRecording(); });

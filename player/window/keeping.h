@@ -35,6 +35,8 @@ public:
     /// The file is the recording's own, and empty.
     void startRecording(const std::filesystem::path& file);
     void finishRecording();
+    /// Ends the one whose file cannot be written any longer.
+    void watchRecording();
     /// The file of the one that was completed last; empty: none was.
     const std::filesystem::path& lastRecording() const { return recorded; }
 

@@ -38,6 +38,7 @@ void Playback::playFrame(std::chrono::nanoseconds elapsed) {
     const auto actions = gestures.next(session.size(), session.recording().has_value());
     session.inkOfNobody(gestures.nobodysStroke());
     session.frame(actions, elapsed);
+    keeper.watchRecording();
     lastTimes.push_back(session.times());
     if (lastTimes.size() > graphFrames) {
         lastTimes.erase(lastTimes.begin());

@@ -27,6 +27,14 @@ void fill(const fs::path& file, Work work) {
     }
 }
 
+/// What a film that failed has left may still play.
+void dropEmpty(const fs::path& file) {
+    std::error_code ignored;
+    if (fs::is_empty(file, ignored)) {
+        fs::remove(file, ignored);
+    }
+}
+
 }  // namespace
 
 Shots::Shots(fs::path intoFolder, std::string filmFormat)
@@ -80,16 +88,22 @@ void Shots::addToFilm(hostkit::Picture frame) {
         lastFrame = std::move(frame);
     } catch (...) {
         film.reset();
+        dropEmpty(filmFile);
         throw;
     }
 }
 
 std::optional<fs::path> Shots::finishFilm() {
     const std::unique_ptr<Encoder> ending = std::exchange(film, nullptr);
-    if (!lastFrame.empty()) {
-        ending->add(lastFrame);  // which was shown until now
+    try {
+        if (!lastFrame.empty()) {
+            ending->add(lastFrame);  // which was shown until now
+        }
+        ending->finish();
+    } catch (...) {
+        dropEmpty(filmFile);
+        throw;
     }
-    ending->finish();
     if (lastFrame.empty()) {
         std::error_code ignored;
         fs::remove(filmFile, ignored);

@@ -94,7 +94,7 @@ protected:
     }
 
     void openWindow(const std::string& more = "--no-attract") {
-        player = start("cd " + folder.string() + " && exec " + command + " " + sized +
+        player = start("cd " + folder.string() + " && " + limit + "exec " + command + " " + sized +
                        " --digest " + preset + " " + more + " >out 2>err");
         ASSERT_TRUE(waitFor([&] {
             run("xdotool search --onlyvisible --name '^Velmora$' 2>/dev/null | tr -d '\\n' >found");
@@ -173,6 +173,7 @@ protected:
         "/config " VELMORA_PLAYER " --second plain.png";
     /// The picture, and the screen's size where the test rules it.
     std::string sized = "plain.png --size " + std::to_string(width) + "x" + std::to_string(height);
+    std::string limit;
     std::string preset = "--preset still.json";
     pid_t player = 0;
     std::string window;
@@ -413,6 +414,23 @@ TEST_F(WindowTest, ACrashKeepsTheRecordingInProgress) {
     kill(player, SIGKILL);
     exitCode();
     EXPECT_NE(replayed("kept.gesture --frames 2"), "");
+}
+
+TEST_F(WindowTest, ARecordingThatFindsNoSpaceEndsByNameAndTheWindowStays) {
+    limit = "ulimit -f 1; ";
+    openWindow("--no-attract --record cut.gesture");
+    xdotool("mousedown 1");
+    const auto ended = [&] {
+        return contents("err").find("too large: cut.g") != std::string::npos;
+    };
+    for (int move = 0; move < 40 || !(move > 400 || ended()); ++move) {
+        pointAt(60 + move % 100, 90);
+    }
+    EXPECT_TRUE(ended()) << contents("err");
+    EXPECT_GT(stains(look()), 0) << "and the effect goes on";
+    press("q");
+    EXPECT_EQ(exitCode(), 0);
+    EXPECT_EQ(contents("cut.gesture").find("screen "), 0u) << "what was written is kept";
 }
 
 TEST_F(WindowTest, TakesANewSizeADroppedPictureAndANewContext) {

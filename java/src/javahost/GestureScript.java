@@ -55,7 +55,8 @@ final class GestureScript {
 
     private static List<String> readLines(Path file) {
         try {
-            return Files.readAllLines(file);
+            String byteOrderMark = "\uFEFF";
+            return Files.readString(file).replaceFirst("^" + byteOrderMark, "").lines().toList();
         } catch (IOException error) {
             throw new HostException(file + ": cannot be read as a gesture script");
         }
