@@ -52,6 +52,27 @@ double bandwidth(std::size_t bytes) {
     return static_cast<double>(rounds) * static_cast<double>(count) * 2 * sizeof(float) / time;
 }
 
+/// Bytes a nanosecond, stored only, four lanes at a time, into an array of `bytes`.
+double storeBandwidth(std::size_t bytes) {
+    const auto count = static_cast<std::ptrdiff_t>(bytes / sizeof(float) / 12 * 12);
+    static std::vector<float> to;
+    to.assign(static_cast<std::size_t>(count), 0.0f);
+    const std::size_t rounds = (std::size_t{1} << 23) / bytes;
+    float* const target = to.data();
+    const Float4 one(1.0f);
+    const double time = nanosecondsOf(CLOCK_THREAD_CPUTIME_ID, [&] {
+        for (std::size_t round = 0; round < rounds; ++round) {
+            for (std::ptrdiff_t i = 0; i < count; i += 12) {
+                store(target + i, one);
+                store(target + i + 4, one);
+                store(target + i + 8, one);
+                benchmark::ClobberMemory();  // or it becomes a call that fills memory
+            }
+        }
+    });
+    return static_cast<double>(rounds) * static_cast<double>(count) * sizeof(float) / time;
+}
+
 /// Bytes a nanosecond, loaded only, from the nearest cache.
 double loadBandwidth() {
     constexpr std::ptrdiff_t count = 4096;
@@ -165,6 +186,13 @@ void registerLimits(int samples) {
     for (const WorkingSet& set : workingSets) {
         registerLimit(std::string("load + store, bytes per ns/") + set.what, samples,
                       [bytes = set.bytes] { return bandwidth(bytes); });
+    }
+    constexpr WorkingSet meshes[] = {{"16 KB", 16'384},
+                                     {"152 KB, mesh of 60x107", 152'088},
+                                     {"1.6 MB, mesh of 255x255", 1'554'492}};
+    for (const WorkingSet& mesh : meshes) {
+        registerLimit(std::string("store, bytes per ns/") + mesh.what, samples,
+                      [bytes = mesh.bytes] { return storeBandwidth(bytes); });
     }
     const Float4 step(0x1p-20f);
     const Float4 factor(1.0f + 0x1p-20f);

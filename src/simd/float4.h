@@ -69,6 +69,16 @@ void forGroups(std::ptrdiff_t begin, std::ptrdiff_t end, Cell cell) {
     }
 }
 
+/// Runs `block(i)` for four elements from each `i` on, of `count` elements, at least four. The last
+/// four may overlap those before.
+template <class Block>
+void forBlocksOfFour(std::ptrdiff_t count, Block block) {
+    for (std::ptrdiff_t i = 0; i < count - 4; i += 4) {
+        block(i);
+    }
+    block(count - 4);
+}
+
 /// As forGroups, with the column numbers of the lanes as floats: `cell.operator()<Floats>(i, columns)`.
 template <class Cell>
 void forColumns(std::ptrdiff_t begin, std::ptrdiff_t end, Cell cell) {

@@ -66,10 +66,6 @@ inline void storeDifference(float* to, const float* from, Pair<Float4> change) {
               {vsubq_f32(cells.x.lanes, change.x.lanes), vsubq_f32(cells.y.lanes, change.y.lanes)});
 }
 
-inline void storePoints(float* to, Float4 x, Float4 y) {
-    vst3q_f32(to, float32x4x3_t{{x.lanes, y.lanes, vdupq_n_f32(0.0f)}});
-}
-
 inline Float4 shiftIn(Float4 before, Float4 cells) {
     return vextq_f32(before.lanes, cells.lanes, 3);
 }

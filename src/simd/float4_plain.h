@@ -87,12 +87,6 @@ inline void storeDifference(float* to, const float* from, Pair<Float4> change) {
     }
 }
 
-inline void storePoints(float* to, Float4 x, Float4 y) {
-    for (int k = 0; k < 4; ++k) {
-        velmora::storePoints(to + 3 * k, x.lane[k], y.lane[k]);
-    }
-}
-
 inline Float4 ramp(float start) {
     return {start, start + 1.0f, start + 2.0f, start + 3.0f};
 }

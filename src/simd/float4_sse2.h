@@ -67,20 +67,6 @@ inline void storeDifference(float* to, const float* from, Pair<Float4> change) {
     _mm_storeu_ps(to + 4, _mm_sub_ps(_mm_loadu_ps(from + 4), second));
 }
 
-inline void storePoints(float* to, Float4 x, Float4 y) {
-    const __m128 zero = _mm_setzero_ps();
-    const __m128 xy01 = _mm_unpacklo_ps(x.lanes, y.lanes);                         // x0 y0 x1 y1
-    const __m128 xy23 = _mm_unpackhi_ps(x.lanes, y.lanes);                         // x2 y2 x3 y3
-    const __m128 x1y1 = _mm_movehl_ps(zero, xy01);                                 // x1 y1 0 0
-    const __m128 x3y3 = _mm_movehl_ps(zero, xy23);                                 // x3 y3 0 0
-    const __m128 zeroX1 = _mm_shuffle_ps(zero, x1y1, _MM_SHUFFLE(3, 0, 0, 0));     // 0 0 x1 0
-    _mm_storeu_ps(to, _mm_shuffle_ps(xy01, zeroX1, _MM_SHUFFLE(2, 0, 1, 0)));      // x0 y0 0 x1
-    const __m128 y1Zero = _mm_shuffle_ps(x1y1, zero, _MM_SHUFFLE(0, 0, 0, 1));     // y1 x1 0 0
-    _mm_storeu_ps(to + 4, _mm_shuffle_ps(y1Zero, xy23, _MM_SHUFFLE(1, 0, 2, 0)));  // y1 0 x2 y2
-    const __m128 zeroX3 = _mm_unpacklo_ps(zero, x3y3);                             // 0 x3 0 y3
-    _mm_storeu_ps(to + 8, _mm_shuffle_ps(zeroX3, x3y3, _MM_SHUFFLE(2, 1, 1, 0)));  // 0 x3 y3 0
-}
-
 inline Float4 shiftIn(Float4 before, Float4 cells) {
     const __m128 edge = _mm_shuffle_ps(before.lanes, cells.lanes, _MM_SHUFFLE(0, 0, 3, 3));
     return _mm_shuffle_ps(edge, cells.lanes, _MM_SHUFFLE(2, 1, 2, 0));

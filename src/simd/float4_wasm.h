@@ -67,16 +67,6 @@ inline void storeDifference(float* to, const float* from, Pair<Float4> change) {
     wasm_v128_store(to + 4, wasm_f32x4_sub(wasm_v128_load(from + 4), second));
 }
 
-inline void storePoints(float* to, Float4 x, Float4 y) {
-    const v128_t zero = wasm_f32x4_const_splat(0.0f);
-    const v128_t xy01 = wasm_i32x4_shuffle(x.lanes, y.lanes, 0, 4, 1, 5);
-    const v128_t xy23 = wasm_i32x4_shuffle(x.lanes, y.lanes, 2, 6, 3, 7);
-    const v128_t y1x2y2 = wasm_i32x4_shuffle(xy01, xy23, 3, 3, 4, 5);
-    wasm_v128_store(to, wasm_i32x4_shuffle(xy01, zero, 0, 1, 4, 2));
-    wasm_v128_store(to + 4, wasm_i32x4_shuffle(y1x2y2, zero, 0, 4, 2, 3));
-    wasm_v128_store(to + 8, wasm_i32x4_shuffle(xy23, zero, 4, 2, 3, 4));
-}
-
 inline Float4 shiftIn(Float4 before, Float4 cells) {
     return wasm_i32x4_shuffle(before.lanes, cells.lanes, 3, 4, 5, 6);
 }

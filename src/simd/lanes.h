@@ -114,13 +114,6 @@ inline float toFloat(std::int32_t value) {
     return static_cast<float>(value);
 }
 
-/// Stores the points (x, y, 0), three floats a lane.
-inline void storePoints(float* to, float x, float y) {
-    to[0] = x;
-    to[1] = y;
-    to[2] = 0.0f;
-}
-
 /// The 2-float cells with these indices.
 inline Pair<float> gatherPairs(const float* cells, std::int32_t index) {
     return loadPair<float>(cells + std::ptrdiff_t{index} * 2);

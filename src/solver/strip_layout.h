@@ -37,15 +37,6 @@ struct StripLayout {
     std::ptrdiff_t groups;  // in a row, at least 4
 };
 
-/// Runs `block(g)` for all groups, four from each `g` on. The last four may overlap those before.
-template <class Block>
-void forBlocksOfGroups(std::ptrdiff_t groups, Block block) {
-    for (std::ptrdiff_t g = 0; g + 4 < groups; g += 4) {
-        block(g);
-    }
-    block(groups - 4);
-}
-
 /// Brings `factor` times the grid's interior into strips.
 inline void toStrips(const StripLayout& layout, const FloatGrid& grid, float factor,
                      float* strips) {
@@ -53,7 +44,7 @@ inline void toStrips(const StripLayout& layout, const FloatGrid& grid, float fac
     const float* from = grid.data + layout.width + 1;
     float* to = strips;
     for (std::ptrdiff_t row = 0; row < layout.rows; ++row) {
-        forBlocksOfGroups(length, [=](std::ptrdiff_t g) {
+        forBlocksOfFour(length, [=](std::ptrdiff_t g) {
             Float4 a = load<Float4>(from + g) * Float4(factor);
             Float4 b = load<Float4>(from + length + g) * Float4(factor);
             Float4 c = load<Float4>(from + 2 * length + g) * Float4(factor);
@@ -77,7 +68,7 @@ inline void fromStrips(const StripLayout& layout, const float* strips, const Flo
     const float* from = strips;
     float* to = grid.data + layout.width + 1;
     for (std::ptrdiff_t row = 0; row < layout.rows; ++row) {
-        forBlocksOfGroups(length, [=](std::ptrdiff_t g) {
+        forBlocksOfFour(length, [=](std::ptrdiff_t g) {
             Float4 a = load<Float4>(from + 4 * g);
             Float4 b = load<Float4>(from + 4 * g + 4);
             Float4 c = load<Float4>(from + 4 * g + 8);

@@ -15,57 +15,81 @@ float gaps(int details) {
     return static_cast<float>(std::int64_t{details} - 1);
 }
 
-/// One column of vertices at x: rows from the top at `top` downwards. Walking column by column
-/// needs no division, so a vertex lands in its column and row exactly, however tall the mesh is.
-void writeColumn(float* positions, int rows, float x, float top, float stepY) {
-    forColumns(0, rows, [=]<class Floats>(std::ptrdiff_t row, Floats rowNumber) {
-        storePoints(positions + row * 3, Floats(x), Floats(top) - rowNumber * Floats(stepY));
+void storePoint(float* to, float x, float y) {
+    to[0] = x;
+    to[1] = y;
+    to[2] = 0.0f;
+}
+
+/// The first column of vertices, at x: rows from the top at `top` downwards.
+void writeFirstColumn(float* positions, int rows, float x, float top, float stepY) {
+    for (int row = 0; row < rows; ++row) {
+        storePoint(positions + row * 3, x, top - static_cast<float>(row) * stepY);
+    }
+}
+
+/// A column of vertices at x, otherwise as the first. Four vertices fill three vectors.
+void writeColumn(float* positions, const float* first, std::ptrdiff_t rows, float x) {
+    if (rows < 4) {
+        for (std::ptrdiff_t row = 0; row < rows; ++row) {
+            storePoint(positions + row * 3, x, first[row * 3 + 1]);
+        }
+        return;
+    }
+    const Float4 zero(0.0f);
+    const auto isX0 = Float4(1.0f, 0.0f, 0.0f, 1.0f) > zero;  // x y 0 x
+    const auto isX1 = Float4(0.0f, 0.0f, 1.0f, 0.0f) > zero;  // y 0 x y
+    const auto isX2 = Float4(0.0f, 1.0f, 0.0f, 0.0f) > zero;  // 0 x y 0
+    forBlocksOfFour(rows, [=](std::ptrdiff_t row) {
+        const float* const from = first + row * 3;
+        float* const to = positions + row * 3;
+        store(to, select(isX0, Float4(x), load<Float4>(from)));
+        store(to + 4, select(isX1, Float4(x), load<Float4>(from + 4)));
+        store(to + 8, select(isX2, Float4(x), load<Float4>(from + 8)));
     });
 }
 
-constexpr int quadIndices = 6;
-constexpr int quadsTogether = 4;  // their indices fill three vectors
+constexpr std::ptrdiff_t quadIndices = 6;
 
-/// The quad left of and above a vertex, as two triangles.
-void writeQuad(std::uint16_t* indices, std::uint32_t bottomRight, std::uint32_t rows) {
-    const std::uint32_t topLeft = bottomRight - rows - 1;
-    const std::uint32_t vertices[quadIndices] = {topLeft, bottomRight - rows, bottomRight,
-                                                 topLeft, bottomRight,        bottomRight - 1};
+/// The quad left of and above a vertex, as two triangles, in a mesh with `rows` rows.
+void writeQuad(std::uint16_t* indices, std::int64_t bottomRight, std::int64_t rows) {
+    const std::int64_t topLeft = bottomRight - rows - 1;
+    const std::int64_t vertices[quadIndices] = {topLeft, topLeft + 1, bottomRight,
+                                                topLeft, bottomRight, bottomRight - 1};
     std::transform(std::begin(vertices), std::end(vertices), indices,
-                   [](std::uint32_t vertex) { return static_cast<std::uint16_t>(vertex); });
+                   [](std::int64_t vertex) { return static_cast<std::uint16_t>(vertex); });
 }
 
-/// The quads above mesh row `row`, from left to right. From one quad to the next all indices grow
-/// by the vertices of a column. Returns the place after them.
-std::uint16_t* writeQuadRow(std::uint16_t* indices, const MeshShape& shape, int row) {
-    const auto rows = static_cast<std::uint32_t>(shape.rows);
-    const auto writeAt = [&](int column) {
-        writeQuad(indices,
-                  static_cast<std::uint32_t>(column) * rows + static_cast<std::uint32_t>(row),
-                  rows);
-        indices += quadIndices;
-    };
-    int column = 1;
-    for (; column < std::min(shape.columns, 1 + quadsTogether); ++column) {
-        writeAt(column);
+/// The indices of four quads side by side.
+struct FourQuads {
+    Short8 first, second, third;
+};
+
+FourQuads loadQuads(const std::uint16_t* from) {
+    return {loadShorts(from), loadShorts(from + 8), loadShorts(from + 16)};
+}
+
+void store(std::uint16_t* to, const FourQuads& quads) {
+    store(to, quads.first);
+    store(to + 8, quads.second);
+    store(to + 16, quads.third);
+}
+
+/// The four quads that lie `vertices` further on in the order of vertices.
+FourQuads shifted(const FourQuads& quads, std::int64_t vertices) {
+    const Short8 growth(static_cast<std::uint16_t>(vertices));
+    return {quads.first + growth, quads.second + growth, quads.third + growth};
+}
+
+/// A row of `count` quads, at least four, of which `first` are the leftmost.
+void writeQuadRow(std::uint16_t* indices, FourQuads first, std::ptrdiff_t count,
+                  std::int64_t rows) {
+    const FourQuads last = shifted(first, (count - 4) * rows);
+    for (std::ptrdiff_t quad = 0; quad < count - 4; quad += 4) {
+        store(indices + quad * quadIndices, first);
+        first = shifted(first, 4 * rows);
     }
-    if (column <= quadsTogether) {
-        return indices;
-    }
-    const Short8 growth(static_cast<std::uint16_t>(quadsTogether * rows));
-    Short8 first = loadShorts(indices - 24);
-    Short8 second = loadShorts(indices - 16);
-    Short8 third = loadShorts(indices - 8);
-    for (; column + quadsTogether <= shape.columns; column += quadsTogether) {
-        store(indices, first = first + growth);
-        store(indices + 8, second = second + growth);
-        store(indices + 16, third = third + growth);
-        indices += quadIndices * quadsTogether;
-    }
-    for (; column < shape.columns; ++column) {
-        writeAt(column);
-    }
-    return indices;
+    store(indices + (count - 4) * quadIndices, last);
 }
 
 }  // namespace
@@ -78,17 +102,40 @@ void writeMeshPositions(float* positions, int vertexCount, const MeshShape& shap
     const float stepY = static_cast<float>(shape.height) / gaps(shape.rows);
     const float halfWidth = static_cast<float>(shape.width) * 0.5f;
     const float halfHeight = static_cast<float>(shape.height) * 0.5f;
+    // Walking column by column needs no division, so a vertex lands in its column and row exactly,
+    // however tall the mesh is.
+    float* to = positions;
     int column = 0;
     for (int left = vertexCount; left > 0; left -= shape.rows, ++column) {
+        const int rows = std::min(left, shape.rows);
         const float x = static_cast<float>(column) * stepX - halfWidth;
-        writeColumn(positions, std::min(left, shape.rows), x, halfHeight, stepY);
-        positions += std::ptrdiff_t{3} * shape.rows;
+        if (column == 0) {
+            writeFirstColumn(to, rows, x, halfHeight, stepY);
+        } else {
+            writeColumn(to, positions, rows, x);
+        }
+        to += std::ptrdiff_t{3} * shape.rows;
     }
 }
 
 void writeMeshIndices(std::uint16_t* indices, const MeshShape& shape) {
-    for (int row = 1; row < shape.rows; ++row) {
-        indices = writeQuadRow(indices, shape, row);
+    const std::ptrdiff_t count = std::ptrdiff_t{shape.columns} - 1;
+    if (shape.rows < 2 || count < 1) {
+        return;
+    }
+    for (std::ptrdiff_t quad = 0; quad < std::min<std::ptrdiff_t>(count, 4); ++quad) {
+        writeQuad(indices + quad * quadIndices, (quad + 1) * shape.rows + 1, shape.rows);
+    }
+    const std::ptrdiff_t rowLength = count * quadIndices;
+    if (count < 4) {
+        for (std::ptrdiff_t i = rowLength; i < rowLength * (shape.rows - 1); ++i) {
+            indices[i] = static_cast<std::uint16_t>(indices[i - rowLength] + 1);
+        }
+        return;
+    }
+    const FourQuads first = loadQuads(indices);
+    for (int row = 0; row < shape.rows - 1; ++row) {
+        writeQuadRow(indices + row * rowLength, shifted(first, row), count, shape.rows);
     }
 }
 
