@@ -49,6 +49,7 @@ void declare(CLI::App& app, Options& options) {
         ->check(CLI::IsMember({"velocity", "ink"}));
     app.add_flag("--no-attract", options.noAttract);
     app.add_flag("--fresh", options.fresh);
+    app.add_option("--letters", options.letters)->check(CLI::Range(0.5, 8.0));
     app.set_version_flag("--version", "velmora " VELMORA_VERSION);
 }
 

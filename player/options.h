@@ -28,6 +28,8 @@ struct Options {
     int frames = 0;
     /// Of films: mp4, webm or gif.
     std::string format = "mp4";
+    /// Of the window's letters; 0: the display's.
+    double letters = 0.0;
     bool scriptGiven = false;
     bool outGiven = false;
     bool sizeGiven = false;

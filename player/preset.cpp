@@ -22,9 +22,8 @@ void forEachField(Visit visit) {
     const auto all = [&](const auto& fields) {
         std::for_each(std::begin(fields), std::end(fields), visit);
     };
-    all(waterFields);
+    all(numberFields);
     all(countFields);
-    all(fingerFields);
     all(switchFields);
 }
 

@@ -37,6 +37,9 @@ struct Settings {
     bool operator==(const Settings&) const = default;
 };
 
+/// Under which of the panel's headings a setting stands.
+enum class Group { water, light, ink };
+
 /// A setting of one type: its name in presets, its words in the panel, its range.
 template <class Value>
 struct SettingField {
@@ -45,29 +48,44 @@ struct SettingField {
     Value Settings::*member;
     Value least;
     Value most;
+    Group group;
+    /// What it does, in a sentence or two.
+    const char* hint;
 };
 
-constexpr SettingField<float> waterFields[] = {
-    {"damping", "damping", &Settings::damping, 0.8f, 0.999f},
-    {"waveSpeed", "wave speed", &Settings::waveSpeed, 0.05f, 1.2f},
-    {"ripple", "ripple strength", &Settings::ripple, 0.0f, 6.0f},
-    {"rain", "rain, drops/s", &Settings::rain, 0.0f, 40.0f},
-    {"refractiveIndex", "refractive index", &Settings::refractiveIndex, 1.0f, 2.0f},
-    {"sheen", "sheen", &Settings::sheen, 0.0f, 1.0f},
-    {"fresnel", "fresnel", &Settings::fresnel, 0.0f, 3.0f},
-    {"specular", "specular", &Settings::specular, 1.0f, 5.5f},
-    {"exponent", "exponent", &Settings::exponent, 1.0f, 128.0f},
-};
-constexpr SettingField<float> fingerFields[] = {
-    {"pressure", "pressure", &Settings::pressure, 0.0f, 1.0f},
-    {"timeScale", "time scale", &Settings::timeScale, 0.05f, 2.0f},
+constexpr SettingField<float> numberFields[] = {
+    {"damping", "damping", &Settings::damping, 0.8f, 0.999f, Group::water,
+     "What is left of a wave's motion after a 60th of a second."},
+    {"waveSpeed", "wave speed", &Settings::waveSpeed, 0.05f, 1.2f, Group::water,
+     "How many of the window's shorter sides a wave runs in a second."},
+    {"ripple", "ripple strength", &Settings::ripple, 0.0f, 6.0f, Group::water,
+     "How hard a finger strikes the water."},
+    {"rain", "rain, drops/s", &Settings::rain, 0.0f, 40.0f, Group::water,
+     "Drops that fall by themselves."},
+    {"timeScale", "time scale", &Settings::timeScale, 0.05f, 2.0f, Group::water,
+     "Seconds of the water in each of yours: below 1 is slow motion."},
+    {"refractiveIndex", "refractive index", &Settings::refractiveIndex, 1.0f, 2.0f, Group::light,
+     "How far a wave bends the picture: 1 not at all, 1.33 as water does."},
+    {"sheen", "sheen", &Settings::sheen, 0.0f, 1.0f, Group::light, "How bright waves shine."},
+    {"fresnel", "fresnel", &Settings::fresnel, 0.0f, 3.0f, Group::light,
+     "Extra sheen on the slopes that face the light, which comes from the lower right."},
+    {"specular", "specular", &Settings::specular, 1.0f, 5.5f, Group::light,
+     "The highlight's peak, as a factor of the sheen; beyond 4.5 only in water without ink."},
+    {"exponent", "exponent", &Settings::exponent, 1.0f, 128.0f, Group::light,
+     "The highlight's sharpness: low is wide and soft, high is narrow and hard."},
+    {"pressure", "pressure", &Settings::pressure, 0.0f, 1.0f, Group::ink,
+     "Of a mouse, or a finger whose device measures none: more lays more ink."},
 };
 constexpr SettingField<int> countFields[] = {
-    {"meshDetail", "mesh detail", &Settings::meshDetail, 24, 180},
+    {"meshDetail", "mesh detail", &Settings::meshDetail, 24, 180, Group::water,
+     "Cells of water along the shorter side. More show finer waves, which run as fast as before, "
+     "and each frame takes longer."},
 };
 constexpr SettingField<bool> switchFields[] = {
-    {"secondBackground", "second background", &Settings::secondBackground, false, true},
-    {"waterOnly", "water only", &Settings::waterOnly, false, true},
+    {"secondBackground", "second background", &Settings::secondBackground, false, true,
+     Group::light, "The other picture under the water."},
+    {"waterOnly", "water only", &Settings::waterOnly, false, true, Group::ink,
+     "No ink; starts the water anew."},
 };
 
 /// Inks to choose from, on every panel the same.

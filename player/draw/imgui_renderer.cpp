@@ -41,19 +41,6 @@ void pointAttribute(GLuint location, GLint size, GLenum type, std::size_t offset
                           reinterpret_cast<const void*>(offset));
 }
 
-void uploadFont(GLuint font) {
-    unsigned char* pixels = nullptr;
-    int width = 0;
-    int height = 0;
-    ImFontAtlas& atlas = *ImGui::GetIO().Fonts;
-    atlas.GetTexDataAsRGBA32(&pixels, &width, &height);
-    atlas.SetTexID(reinterpret_cast<ImTextureID>(static_cast<std::uintptr_t>(font)));
-    glBindTexture(GL_TEXTURE_2D, font);
-    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, GL_LINEAR);
-    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MAG_FILTER, GL_LINEAR);
-    glTexImage2D(GL_TEXTURE_2D, 0, GL_RGBA, width, height, 0, GL_RGBA, GL_UNSIGNED_BYTE, pixels);
-}
-
 /// Clips to a rectangle of the display; false where nothing of it is left.
 bool clip(const ImVec4& rectangle, const ImDrawData& data) {
     const ImVec2 scale = data.FramebufferScale;
@@ -73,16 +60,29 @@ bool clip(const ImVec4& rectangle, const ImDrawData& data) {
 
 ImGuiRenderer::ImGuiRenderer()
     : program(buildGlProgram(vertexText, fragmentText, {"aPosition", "aTexture", "aColor"})) {
-    const GlStateGuard guard;
     glGenTextures(1, &font);
     glGenBuffers(2, buffers);
-    uploadFont(font);
+    uploadFont();
 }
 
 ImGuiRenderer::~ImGuiRenderer() {
     glDeleteTextures(1, &font);
     glDeleteBuffers(2, buffers);
     glDeleteProgram(program);
+}
+
+void ImGuiRenderer::uploadFont() {
+    const GlStateGuard guard;
+    unsigned char* pixels = nullptr;
+    int width = 0;
+    int height = 0;
+    ImFontAtlas& atlas = *ImGui::GetIO().Fonts;
+    atlas.GetTexDataAsRGBA32(&pixels, &width, &height);
+    atlas.SetTexID(reinterpret_cast<ImTextureID>(static_cast<std::uintptr_t>(font)));
+    glBindTexture(GL_TEXTURE_2D, font);
+    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, GL_LINEAR);
+    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MAG_FILTER, GL_LINEAR);
+    glTexImage2D(GL_TEXTURE_2D, 0, GL_RGBA, width, height, 0, GL_RGBA, GL_UNSIGNED_BYTE, pixels);
 }
 
 void ImGuiRenderer::draw(const ImDrawData& data) {

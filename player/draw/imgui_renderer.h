@@ -12,13 +12,14 @@ namespace player {
 /// Belongs to the GL context that was current when it was made, and dies before it.
 class ImGuiRenderer {
 public:
-    /// Uploads the font of the current ImGui context.
+    /// Uploads the font.
     ImGuiRenderer();
     ~ImGuiRenderer();
     ImGuiRenderer(const ImGuiRenderer&) = delete;
     ImGuiRenderer& operator=(const ImGuiRenderer&) = delete;
 
-    /// Leaves GL as it was.
+    /// Takes that of the current ImGui context over. Leaves GL as it was, as drawing does.
+    void uploadFont();
     void draw(const ImDrawData& data);
 
 private:

@@ -6,7 +6,7 @@ namespace player {
 
 Painter::Painter() : context(ImGui::CreateContext()) {
     ImGui::GetIO().IniFilename = nullptr;  // leaves no file behind
-    ImGui::GetStyle().WindowRounding = 6.0f;
+    setLetters(scale);
 }
 
 Painter::~Painter() {
@@ -17,6 +17,14 @@ Painter::~Painter() {
 void Painter::setUp() {
     pictureCanvas.emplace();
     renderer.emplace();
+}
+
+void Painter::setScale(const LetterScale& wanted) {
+    if (!(wanted == scale)) {
+        scale = wanted;
+        setLetters(scale);
+        renderer->uploadFont();
+    }
 }
 
 void Painter::tearDown() {

@@ -4,6 +4,7 @@
 
 #include "player/draw/canvas.h"
 #include "player/draw/imgui_renderer.h"
+#include "player/draw/letters.h"
 
 struct ImGuiContext;
 
@@ -20,6 +21,8 @@ public:
 
     /// Makes the GL objects in the current context. Throws Failure.
     void setUp();
+    /// Between two ImGui frames.
+    void setScale(const LetterScale& wanted);
     /// Gives them back before their context goes.
     void tearDown();
 
@@ -29,6 +32,7 @@ public:
 
 private:
     ImGuiContext* context;
+    LetterScale scale;
     std::optional<Canvas> pictureCanvas;
     std::optional<ImGuiRenderer> renderer;
 };

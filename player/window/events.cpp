@@ -3,8 +3,10 @@
 #include <SDL2/SDL.h>
 #include <backends/imgui_impl_sdl.h>
 #include <imgui.h>
+#include <imgui_internal.h>
 
 #include <algorithm>
+#include <optional>
 
 namespace player {
 namespace {
@@ -19,10 +21,28 @@ bool isOurKey(const SDL_Event& event) {
            !isCombined(event.key.keysym);
 }
 
-/// Whether the panel keeps the pointer for itself.
-bool isPanels(const SDL_Event& event) {
-    const bool pointer = event.type >= SDL_MOUSEMOTION && event.type <= SDL_FINGERMOTION;
-    return pointer && ImGui::GetIO().WantCaptureMouse;
+/// Where a finger comes down, in the window's units; nothing for other events.
+std::optional<ImVec2> pressOf(const SDL_Event& event) {
+    const ImVec2 screen = ImGui::GetIO().DisplaySize;
+    if (event.type == SDL_FINGERDOWN) {
+        return ImVec2(event.tfinger.x * screen.x, event.tfinger.y * screen.y);
+    }
+    if (event.type == SDL_MOUSEBUTTONDOWN) {
+        return ImVec2(static_cast<float>(event.button.x), static_cast<float>(event.button.y));
+    }
+    return std::nullopt;
+}
+
+/// Whether the press is the panel's. Its windows are asked, as ImGui's own answer is that of its
+/// last frame, and a finger comes down where no pointer was before.
+bool isPanels(ImVec2 press) {
+    constexpr ImGuiWindowFlags seeThrough = ImGuiWindowFlags_NoMouseInputs;
+    bool on = ImGui::IsPopupOpen("", ImGuiPopupFlags_AnyPopup);
+    for (const ImGuiWindow* window : ImGui::GetCurrentContext()->Windows) {
+        on = on || (window->WasActive && !window->Hidden && (window->Flags & seeThrough) == 0 &&
+                    window->OuterRectClipped.Contains(press));
+    }
+    return on;
 }
 
 void pressKey(int code, Requests& requests) {
@@ -54,7 +74,7 @@ bool takeEvents(const GlWindow& window, float mousePressure, Gestures& gestures,
         } else if (isOurKey(event)) {
             gestures.userCame();
             pressKey(event.key.keysym.sym, requests);
-        } else if (gestures.pressed() || !isPanels(event)) {
+        } else if (const auto press = pressOf(event); !press || !isPanels(*press)) {
             gestures.feed(event, window, mousePressure);
         }
     }

@@ -127,6 +127,14 @@ Size GlWindow::pixels() const {
     return size;
 }
 
+double GlWindow::displayScale() const {
+    constexpr float plainDpi = 96.0f;
+    constexpr float mostBelieved = 3.0f;  // of a display that may have told nonsense
+    float dpi = plainDpi;
+    SDL_GetDisplayDPI(SDL_GetWindowDisplayIndex(window.get()), nullptr, &dpi, nullptr);
+    return std::max(scaleX(), static_cast<double>(std::clamp(dpi / plainDpi, 1.0f, mostBelieved)));
+}
+
 double GlWindow::scaleX() const {
     int units = 0;
     SDL_GetWindowSize(window.get(), &units, nullptr);

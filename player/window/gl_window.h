@@ -35,6 +35,8 @@ public:
     /// Pixels per unit of the window, across and down.
     double scaleX() const;
     double scaleY() const;
+    /// Pixels to one of a plain display's, by what the desktop says of the display; at least 1.
+    double displayScale() const;
 
     SDL_Window* handle() const { return window.get(); }
     SDL_GLContext context() const { return gl; }

@@ -18,7 +18,7 @@ constexpr Key table[] = {
     {SDLK_n, Command::nextPreset, "N", "the next preset"},
     {SDLK_i, Command::inkOfPicture, "I", "an ink that stands out from the picture"},
     {SDLK_m, Command::randomLook, "M", "a look by chance"},
-    {SDLK_BACKSPACE, Command::resetLook, "Backspc", "the preset's look again, unchanged"},
+    {SDLK_BACKSPACE, Command::resetLook, "Backspace", "the preset's look again, unchanged"},
     {SDLK_p, Command::savePreset, "P", "save the settings as a preset"},
     {SDLK_s, Command::screenshot, "S", "a screenshot"},
     {SDLK_f, Command::film, "F", "film, from here or to here"},
@@ -35,17 +35,6 @@ constexpr Key table[] = {
 
 std::span<const Key> keys() {
     return table;
-}
-
-std::string keyHelp() {
-    std::string text;
-    for (const Key& key : table) {
-        const std::string name = key.name;
-        text += "  " + name + std::string(8 - name.size(), ' ') + key.words + "\n";
-    }
-    return text +
-           "  A picture dropped on the window becomes the background, the former one the second;\n"
-           "  a preset is loaded, a gesture script is played.\n";
 }
 
 }  // namespace player

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <span>
-#include <string>
 
 namespace player {
 
@@ -42,7 +41,9 @@ struct Key {
 
 std::span<const Key> keys();
 
-/// One line a key.
-std::string keyHelp();
+/// What a file does that is dropped on the window.
+constexpr const char* dropHelp =
+    "of a picture: it becomes the background, the former one the second; of a preset: it is "
+    "loaded; of a gesture script: it is played";
 
 }  // namespace player

@@ -59,7 +59,8 @@ OpenWindow::OpenWindow(const Options& options)
 
 OpenWindow::OpenWindow(const Options& options, Backgrounds backgrounds,
                        const std::optional<Replay>& replay, const Remembered& remembered)
-    : screen(startSize(options, replay, backgrounds.first, remembered), !options.sizeGiven),
+    : screen(startSize(options, replay, backgrounds.first, remembered), !options.sizeGiven,
+             options.letters),
       session(screen, startLook(options, remembered), std::move(backgrounds)),
       gestures(replay, !options.noAttract),
       keeper(session, notice, options),
@@ -134,7 +135,8 @@ void OpenWindow::presentFrame(bool drawn) {
     view.filming = keeper.filming();
     view.recording = session.recording().has_value();
     const auto start = std::chrono::steady_clock::now();
-    display.present({view, looks, playback.times(), session.settings, requests}, drawn);
+    display.present({view, looks, playback.times(), playback.rate(), session.settings, requests},
+                    drawn);
     if (drawn) {
         playback.addToGl(std::chrono::steady_clock::now() - start);
     }

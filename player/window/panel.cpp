@@ -1,14 +1,27 @@
 #include "player/window/panel.h"
 
 #include <imgui.h>
+#include <imgui_internal.h>
 
 #include <algorithm>
-#include <array>
+#include <cfloat>
 #include <cstdio>
-#include <iterator>
+#include <string>
+#include <type_traits>
+#include <utility>
+
+#include "player/window/frame_graph.h"
 
 namespace player {
 namespace {
+
+/// Of the window at most.
+constexpr float mostPart = 0.6f;
+/// Of a look that is no longer its preset's.
+constexpr ImU32 changedColor = IM_COL32(255, 190, 70, 255);
+
+/// Of the panel's own tools; those of the settings come from their table.
+enum class Place { look, light, ink, tools };
 
 /// The panel's switches, each a command as its key.
 struct Switch {
@@ -18,169 +31,288 @@ struct Switch {
 };
 constexpr Switch switches[] = {
     {"pause", Command::pause, &View::paused},
-    {"velocity field", Command::velocityOverlay, &View::velocity},
+    {"own finger", Command::attract, &View::attract},
+    {"velocity", Command::velocityOverlay, &View::velocity},
     {"ink density", Command::inkOverlay, &View::ink},
-    {"attract mode", Command::attract, &View::attract},
     {"film", Command::film, &View::filming},
-    {"record gesture", Command::record, &View::recording},
+    {"record", Command::record, &View::recording},
 };
+
 struct Button {
+    Place place;
     const char* words;
     Command command;
 };
 constexpr Button buttons[] = {
-    {"step", Command::step},
-    {"clear ink", Command::clearInk},
-    {"screenshot", Command::screenshot},
-    {"save preset", Command::savePreset},
-    {"lose context", Command::loseContext},
-    {"help", Command::help},
+    {Place::look, "next", Command::nextPreset},
+    {Place::look, "random", Command::randomLook},
+    {Place::look, "reset", Command::resetLook},
+    {Place::look, "save", Command::savePreset},
+    {Place::ink, "for this picture", Command::inkOfPicture},
+    {Place::ink, "clear", Command::clearInk},
+    {Place::tools, "step", Command::step},
+    {Place::tools, "replay", Command::replay},
+    {Place::tools, "screenshot", Command::screenshot},
+    {Place::tools, "full screen", Command::fullScreen},
+    {Place::tools, "lose GL", Command::loseContext},
+    {Place::tools, "help", Command::help},
 };
 
-template <std::size_t count>
-void sliders(Settings& settings, const SettingField<float> (&fields)[count]) {
-    for (const SettingField<float>& field : fields) {
-        ImGui::SliderFloat(field.words, &(settings.*field.member), field.least, field.most, "%.3f",
-                           ImGuiSliderFlags_AlwaysClamp);
+float em() {
+    return ImGui::GetFontSize();
+}
+
+/// Of the item before, where the pointer rests on it.
+void hint(const char* words) {
+    if (ImGui::IsItemHovered() && !ImGui::IsItemActive()) {
+        ImGui::BeginTooltip();
+        ImGui::PushTextWrapPos(16.0f * em());
+        ImGui::TextUnformatted(words);
+        ImGui::PopTextWrapPos();
+        ImGui::EndTooltip();
     }
+}
+
+void hint(Command command) {
+    for (const Key& key : keys()) {
+        if (key.command == command) {
+            hint((std::string(key.words) + " (" + key.name + ")").c_str());
+        }
+    }
+}
+
+/// The next item follows the one before where the line has room for it, `first` in any case not.
+void flow(float width, bool first) {
+    const float spacing = ImGui::GetStyle().ItemSpacing.x;
+    const float right = ImGui::GetWindowPos().x + ImGui::GetWindowContentRegionMax().x;
+    if (!first && ImGui::GetItemRectMax().x + spacing + width <= right) {
+        ImGui::SameLine();
+    }
+}
+
+const char* digits(float span) {
+    return span < 1.2f ? "%.3f" : span < 10.0f ? "%.2f" : "%.1f";
+}
+
+/// Over the slider before: how full it is, its words and its number.
+void labelSlider(const char* words, const char* number, float part) {
+    ImDrawList& list = *ImGui::GetWindowDrawList();
+    const ImVec2 least = ImGui::GetItemRectMin();
+    const ImVec2 most = ImGui::GetItemRectMax();
+    const float edge = least.x + part * (most.x - least.x);
+    const bool lit = ImGui::IsItemHovered() || ImGui::IsItemActive();
+    list.AddRectFilled(least, ImVec2(edge, most.y),
+                       lit ? IM_COL32(44, 96, 148, 255) : IM_COL32(36, 80, 126, 255),
+                       ImGui::GetStyle().FrameRounding);
+    list.AddRectFilled(ImVec2(std::max(least.x, edge - em() / 7.0f), least.y), ImVec2(edge, most.y),
+                       IM_COL32(110, 185, 255, 255), ImGui::GetStyle().FrameRounding);
+    const ImVec2 padding = ImGui::GetStyle().FramePadding;
+    const ImU32 ink = ImGui::GetColorU32(ImGuiCol_Text);
+    const float width = ImGui::CalcTextSize(number).x;
+    list.AddText(ImVec2(least.x + padding.x, least.y + padding.y), ink, words);
+    list.AddText(ImVec2(most.x - padding.x - width, least.y + padding.y), ink, number);
+}
+
+template <class Value>
+bool slide(const char* name, Value& value, const SettingField<Value>& field, const char* format) {
+    constexpr auto kind = std::is_same_v<Value, int> ? ImGuiDataType_S32 : ImGuiDataType_Float;
+    return ImGui::SliderScalar(name, kind, &value, &field.least, &field.most, format,
+                               ImGuiSliderFlags_AlwaysClamp);
+}
+
+/// As wide as the panel, its words and number in it; a click with Ctrl edits the number.
+template <class Value>
+void control(const SettingField<Value>& field, Settings& settings) {
+    Value& value = settings.*field.member;
+    const auto span = static_cast<float>(field.most - field.least);
+    const char* format = std::is_same_v<Value, int> ? "%d" : digits(span);
+    const std::string name = std::string("##") + field.name;
+    const bool editing = ImGui::TempInputIsActive(ImGui::GetID(name.c_str()));
+    ImGui::SetNextItemWidth(-FLT_MIN);
+    if (!editing) {
+        ImGui::PushStyleColor(ImGuiCol_Text, IM_COL32_BLACK_TRANS);
+    }
+    slide(name.c_str(), value, field, format);
+    if (!editing) {
+        ImGui::PopStyleColor();
+        char number[32];
+        using Passed = std::conditional_t<std::is_same_v<Value, int>, int, double>;
+        std::snprintf(number, sizeof number, format, static_cast<Passed>(value));
+        labelSlider(field.words, number, static_cast<float>(value - field.least) / span);
+        hint(field.hint);
+    }
+}
+
+void control(const SettingField<bool>& field, Settings& settings) {
+    ImGui::Checkbox(field.words, &(settings.*field.member));
+    hint(field.hint);
+}
+
+template <class Value, std::size_t count>
+void controls(Group group, const SettingField<Value> (&fields)[count], Settings& settings) {
+    for (const SettingField<Value>& field : fields) {
+        if (field.group == group) {
+            control(field, settings);
+        }
+    }
+}
+
+void settingControls(Group group, Settings& settings) {
+    controls(group, numberFields, settings);
+    controls(group, countFields, settings);
+    controls(group, switchFields, settings);
+}
+
+void buttonControls(Place place, Requests& requests) {
+    bool first = true;
+    for (const Button& button : buttons) {
+        if (button.place != place) {
+            continue;
+        }
+        const float padding = 2.0f * ImGui::GetStyle().FramePadding.x;
+        flow(ImGui::CalcTextSize(button.words).x + padding, std::exchange(first, false));
+        if (ImGui::Button(button.words)) {
+            requests.commands.push_back(button.command);
+        }
+        hint(button.command);
+    }
+}
+
+void switchControls(const View& view, Requests& requests) {
+    float left = 0.0f;
+    for (const Switch& one : switches) {
+        if (left > 0.0f) {
+            ImGui::SameLine(left);
+        }
+        left = left > 0.0f ? 0.0f : ImGui::GetWindowContentRegionMax().x / 2.0f;
+        bool on = view.*one.state;
+        if (ImGui::Checkbox(one.words, &on)) {
+            requests.commands.push_back(one.command);
+        }
+        hint(one.command);
+    }
+}
+
+void lookControls(const Panel& panel) {
+    const bool changed = panel.looks.isChanged(panel.settings);
+    const std::string name = panel.looks.name() + (changed ? " *" : "");
+    ImGui::SetNextItemWidth(-FLT_MIN);
+    ImGui::PushStyleColor(ImGuiCol_Text,
+                          changed ? changedColor : ImGui::GetColorU32(ImGuiCol_Text));
+    const bool open = ImGui::BeginCombo("##look", name.c_str(), ImGuiComboFlags_HeightLarge);
+    ImGui::PopStyleColor();
+    if (open) {
+        for (const NamedPreset& preset : panel.looks.presets()) {
+            if (ImGui::Selectable(preset.name.c_str(), preset.name == panel.looks.name())) {
+                panel.requests.preset = preset.file;
+            }
+        }
+        ImGui::EndCombo();
+    } else {
+        hint(changed ? "The look, which was changed since it was chosen or saved." : "The look.");
+    }
+    buttonControls(Place::look, panel.requests);
 }
 
 void inkControls(Settings& settings) {
-    ImGui::ColorEdit3("ink", settings.ink.data());
+    ImGui::SetNextItemWidth(-FLT_MIN);
+    ImGui::ColorEdit3("##ink", settings.ink.data());
+    const float side = ImGui::GetFrameHeight();
+    bool first = true;
     for (const NamedInk& ink : inkPalette) {
         const ImVec4 color(ink.color[0], ink.color[1], ink.color[2], 1.0f);
-        if (ImGui::ColorButton(ink.name, color, 0, ImVec2(22, 22))) {
+        flow(side, std::exchange(first, false));
+        if (ImGui::ColorButton(ink.name, color, 0, ImVec2(side, side))) {
             settings.ink = ink.color;
         }
-        ImGui::SameLine();
-    }
-    ImGui::NewLine();
-}
-
-void presetControls(const Panel& panel) {
-    if (!ImGui::BeginCombo("preset", "choose")) {
-        return;
-    }
-    for (const NamedPreset& preset : panel.looks.presets()) {
-        if (ImGui::Selectable(preset.name.c_str())) {
-            panel.requests.preset = preset.file;
-        }
-    }
-    ImGui::EndCombo();
-}
-
-void switchControls(const Panel& panel) {
-    for (const Switch& one : switches) {
-        bool on = panel.view.*one.state;
-        if (ImGui::Checkbox(one.words, &on)) {
-            panel.requests.commands.push_back(one.command);
-        }
-    }
-    for (std::size_t at = 0; at < std::size(buttons); ++at) {
-        if (at % 3 != 0) {
-            ImGui::SameLine();
-        }
-        if (ImGui::Button(buttons[at].words)) {
-            panel.requests.commands.push_back(buttons[at].command);
-        }
     }
 }
 
-struct Share {
-    const char* name;
-    float FrameTimes::*time;
-    ImU32 color;
-};
-constexpr Share shares[] = {
-    {"water", &FrameTimes::water, IM_COL32(90, 170, 255, 255)},
-    {"solver wait", &FrameTimes::solverWait, IM_COL32(255, 190, 70, 255)},
-    {"GL", &FrameTimes::gl, IM_COL32(120, 220, 120, 255)},
-};
-
-/// Stacked bars, one a frame; the line is a 60th of a second.
-void timeGraph(std::span<const FrameTimes> times) {
-    constexpr float full = 33.3f;
-    constexpr float height = 60.0f;
-    const ImVec2 corner = ImGui::GetCursorScreenPos();
-    const float width = std::max(ImGui::GetContentRegionAvail().x, 1.0f);
-    const float barWidth = width / static_cast<float>(std::max<std::size_t>(times.size(), 1));
-    ImDrawList& list = *ImGui::GetWindowDrawList();
-    list.AddRectFilled(corner, ImVec2(corner.x + width, corner.y + height), IM_COL32(0, 0, 0, 120));
-    float x = corner.x;
-    for (const FrameTimes& frame : times) {
-        float bottom = corner.y + height;
-        for (const Share& share : shares) {
-            const float top = std::max(corner.y, bottom - frame.*share.time / full * height);
-            list.AddRectFilled(ImVec2(x, top), ImVec2(x + barWidth, bottom), share.color);
-            bottom = top;
-        }
-        x += barWidth;
+void groups(const Panel& panel) {
+    if (ImGui::CollapsingHeader("Water", ImGuiTreeNodeFlags_DefaultOpen)) {
+        settingControls(Group::water, panel.settings);
     }
-    const float middle = corner.y + height / 2;
-    list.AddLine(ImVec2(corner.x, middle), ImVec2(corner.x + width, middle),
-                 IM_COL32(255, 255, 255, 90));
-    ImGui::Dummy(ImVec2(width, height));
+    if (ImGui::CollapsingHeader("Light")) {
+        settingControls(Group::light, panel.settings);
+        buttonControls(Place::light, panel.requests);
+    }
+    if (ImGui::CollapsingHeader("Ink")) {
+        inkControls(panel.settings);
+        settingControls(Group::ink, panel.settings);
+        buttonControls(Place::ink, panel.requests);
+    }
+    if (ImGui::CollapsingHeader("Tools")) {
+        switchControls(panel.view, panel.requests);
+        buttonControls(Place::tools, panel.requests);
+        drawFrameGraph(panel.times);
+    }
 }
 
-void timeControls(std::span<const FrameTimes> times) {
-    timeGraph(times);
-    if (times.empty()) {
-        return;
+/// Where the next window was, or `first`, moved so far that it lies inside the screen.
+void keepInside(const char* window, ImVec2 first) {
+    const ImVec2 screen = ImGui::GetIO().DisplaySize;
+    ImVec2 place = first;
+    if (const ImGuiWindow* known = ImGui::FindWindowByName(window)) {
+        place.x = std::max(0.0f, std::min(known->Pos.x, screen.x - known->Size.x));
+        place.y = std::max(0.0f, std::min(known->Pos.y, screen.y - known->Size.y));
     }
-    for (const Share& share : shares) {
-        float sum = 0.0f;
-        for (const FrameTimes& frame : times) {
-            sum += frame.*share.time;
-        }
-        ImGui::TextColored(ImGui::ColorConvertU32ToFloat4(share.color), "%s %.2f ms", share.name,
-                           static_cast<double>(sum) / static_cast<double>(times.size()));
-        ImGui::SameLine();
-    }
-    ImGui::NewLine();
+    ImGui::SetNextWindowPos(place);
 }
 
 }  // namespace
 
 void drawPanel(const Panel& panel) {
     const ImVec2 screen = ImGui::GetIO().DisplaySize;
-    ImGui::SetNextWindowPos(ImVec2(8, 8), ImGuiCond_FirstUseEver);
-    ImGui::SetNextWindowSize(
-        ImVec2(std::min(330.0f, screen.x - 16), std::min(690.0f, screen.y - 16)),
-        ImGuiCond_FirstUseEver);
-    ImGui::SetNextWindowBgAlpha(0.8f);
-    if (ImGui::Begin("Velmora")) {
-        ImGui::PushItemWidth(ImGui::GetContentRegionAvail().x * 0.6f);
-        presetControls(panel);
-        ImGui::Separator();
-        sliders(panel.settings, waterFields);
-        for (const SettingField<int>& field : countFields) {
-            ImGui::SliderInt(field.words, &(panel.settings.*field.member), field.least, field.most,
-                             "%d", ImGuiSliderFlags_AlwaysClamp);
-        }
-        ImGui::Separator();
-        inkControls(panel.settings);
-        sliders(panel.settings, fingerFields);
-        for (const SettingField<bool>& field : switchFields) {
-            ImGui::Checkbox(field.words, &(panel.settings.*field.member));
-        }
-        ImGui::Separator();
-        switchControls(panel);
-        timeControls(panel.times);
-        ImGui::PopItemWidth();
+    const float width = std::min(21.0f * em(), mostPart * screen.x);
+    // A window that is wider than high has water enough beside the panel.
+    const float height = std::max(mostPart * screen.y, std::min(screen.y, screen.x)) - em();
+    char title[64];
+    if (panel.rate > 0) {
+        std::snprintf(title, sizeof title, "%d frames/s###panel", panel.rate);
+    } else {
+        std::snprintf(title, sizeof title, "%s###panel", panel.view.paused ? "paused" : "at rest");
+    }
+    keepInside("###panel", ImVec2(0.5f * em(), 0.5f * em()));
+    ImGui::SetNextWindowSizeConstraints(ImVec2(width, 0.0f), ImVec2(width, height));
+    bool open = true;
+    if (ImGui::Begin(title, &open, ImGuiWindowFlags_AlwaysAutoResize)) {
+        lookControls(panel);
+        groups(panel);
     }
     ImGui::End();
+    if (!open) {
+        panel.requests.commands.push_back(Command::panel);
+    }
 }
 
-void drawHelp() {
+void drawHelp(Requests& requests) {
     const ImVec2 screen = ImGui::GetIO().DisplaySize;
+    const float width = std::min(30.0f * em(), screen.x - em());
     ImGui::SetNextWindowPos(ImVec2(screen.x / 2, screen.y / 2), ImGuiCond_Always,
                             ImVec2(0.5f, 0.5f));
-    ImGui::SetNextWindowSize(ImVec2(std::min(430.0f, screen.x - 16), 0.0f));
-    ImGui::SetNextWindowBgAlpha(0.85f);
-    if (ImGui::Begin("Keys", nullptr, ImGuiWindowFlags_NoResize | ImGuiWindowFlags_NoCollapse)) {
-        ImGui::TextWrapped("%s", keyHelp().c_str());
+    ImGui::SetNextWindowSizeConstraints(ImVec2(width, 0.0f), ImVec2(width, screen.y - em()));
+    bool open = true;
+    if (ImGui::Begin("Keys", &open,
+                     ImGuiWindowFlags_AlwaysAutoResize | ImGuiWindowFlags_NoCollapse) &&
+        ImGui::BeginTable("keys", 2, ImGuiTableFlags_RowBg)) {
+        ImGui::TableSetupColumn("key", ImGuiTableColumnFlags_WidthFixed);
+        ImGui::TableSetupColumn("words", ImGuiTableColumnFlags_WidthStretch);
+        const auto row = [](const char* name, const char* words) {
+            ImGui::TableNextColumn();
+            ImGui::TextColored(ImGui::GetStyleColorVec4(ImGuiCol_CheckMark), "%s", name);
+            ImGui::TableNextColumn();
+            ImGui::TextWrapped("%s", words);
+        };
+        for (const Key& key : keys()) {
+            row(key.name, key.words);
+        }
+        row("a drop", dropHelp);
+        ImGui::EndTable();
     }
     ImGui::End();
+    if (!open) {
+        requests.commands.push_back(Command::help);
+    }
 }
 
 void drawMark(const char* word, std::chrono::seconds time, int row) {
@@ -203,13 +335,13 @@ void drawMark(const char* word, std::chrono::seconds time, int row) {
 
 void drawNotice(const std::string& line) {
     const ImVec2 screen = ImGui::GetIO().DisplaySize;
-    ImGui::SetNextWindowPos(ImVec2(screen.x / 2, screen.y - 12), ImGuiCond_Always,
+    ImGui::SetNextWindowPos(ImVec2(screen.x / 2, screen.y - 0.8f * em()), ImGuiCond_Always,
                             ImVec2(0.5f, 1.0f));
     ImGui::SetNextWindowBgAlpha(0.7f);
     if (ImGui::Begin("notice", nullptr,
                      ImGuiWindowFlags_NoDecoration | ImGuiWindowFlags_NoInputs |
                          ImGuiWindowFlags_AlwaysAutoResize | ImGuiWindowFlags_NoFocusOnAppearing)) {
-        ImGui::PushTextWrapPos(screen.x - 40);
+        ImGui::PushTextWrapPos(screen.x - 3.0f * em());
         ImGui::TextUnformatted(line.c_str());
         ImGui::PopTextWrapPos();
     }

@@ -29,13 +29,15 @@ struct Panel {
     const Looks& looks;
     /// Of the last frames, the newest last.
     std::span<const FrameTimes> times;
+    /// Frames a second; 0: the effect stands still.
+    int rate;
     Settings& settings;
     Requests& requests;
 };
 
 /// Into the current ImGui frame.
 void drawPanel(const Panel& panel);
-void drawHelp();
+void drawHelp(Requests& requests);
 /// A red dot with its word and how long it has been on, in the upper right corner, one below the
 /// other by `row`.
 void drawMark(const char* word, std::chrono::seconds time, int row);

@@ -1,5 +1,6 @@
 #include "player/window/playing.h"
 
+#include <cmath>
 #include <utility>
 
 #include "player/frame_time.h"
@@ -42,6 +43,10 @@ void Playback::playFrame(std::chrono::nanoseconds elapsed) {
     lastTimes.push_back(session.times());
     if (lastTimes.size() > graphFrames) {
         lastTimes.erase(lastTimes.begin());
+    }
+    moments.push_back(Clock::now());
+    while (moments.back() - moments.front() > 1s) {
+        moments.pop_front();
     }
     if (gestures.endReplay()) {
         keeper.tellDigest();
@@ -99,6 +104,14 @@ bool Playback::followSize(Size pixels) {
     keeper.finish();
     session.restart();
     return true;
+}
+
+int Playback::rate() const {
+    if (moments.size() < 2 || Clock::now() - moments.back() > 500ms) {
+        return 0;
+    }
+    const std::chrono::duration<double> span = moments.back() - moments.front();
+    return static_cast<int>(std::lround(static_cast<double>(moments.size() - 1) / span.count()));
 }
 
 void Playback::addToGl(std::chrono::nanoseconds time) {

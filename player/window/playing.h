@@ -1,6 +1,7 @@
 #pragma once
 
 #include <chrono>
+#include <deque>
 #include <span>
 #include <vector>
 
@@ -33,6 +34,8 @@ public:
 
     /// Of the last frames, the newest last.
     std::span<const FrameTimes> times() const { return lastTimes; }
+    /// Frames in the last second; 0 where the effect stands still.
+    int rate() const;
     /// The newest frame's took that much longer until it was shown.
     void addToGl(std::chrono::nanoseconds time);
 
@@ -51,6 +54,8 @@ private:
     bool isPaused = false;
     bool stepWanted = false;
     std::vector<FrameTimes> lastTimes;
+    /// When the frames of the last second were played.
+    std::deque<Clock::time_point> moments;
     Size lastPixels{};
     Clock::time_point resizedAt{};
 };

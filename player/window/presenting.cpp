@@ -22,12 +22,15 @@ void Display::touch() {
     redraws = redrawsAfterEvent;
 }
 
-bool Display::changed(bool drawn) {
+bool Display::changed(const Panel& panel, bool drawn) {
     const auto now = Clock::now();
     const bool noticing = now < notice.end;
     const bool noticeChanged = noticing != std::exchange(noticeShown, noticing);
     const bool marksChange = !keeper.marks().empty() && now - presented >= longestStand;
-    return drawn || redraws > 0 || keeper.wantsScreenshot() || noticeChanged || marksChange;
+    const bool stopped = std::exchange(rate, panel.rate) > 0 && rate == 0;
+    const bool panelChanges = panel.view.panel && stopped;
+    return drawn || redraws > 0 || keeper.wantsScreenshot() || noticeChanged || marksChange ||
+           panelChanges;
 }
 
 void Display::drawWindows(const Panel& panel) {
@@ -39,7 +42,7 @@ void Display::drawWindows(const Panel& panel) {
         drawPanel(panel);
     }
     if (panel.view.help) {
-        drawHelp();
+        drawHelp(panel.requests);
     }
     if (noticeShown) {
         drawNotice(notice.line);
@@ -58,7 +61,7 @@ void Display::drawOver(const Panel& panel) {
 }
 
 void Display::present(const Panel& panel, bool drawn) {
-    if (!changed(drawn)) {
+    if (!changed(panel, drawn)) {
         return;
     }
     presented = Clock::now();

@@ -27,7 +27,7 @@ public:
 private:
     using Clock = std::chrono::steady_clock;
 
-    bool changed(bool drawn);
+    bool changed(const Panel& panel, bool drawn);
     void drawWindows(const Panel& panel);
     void drawOver(const Panel& panel);
 
@@ -37,6 +37,7 @@ private:
     Notice& notice;
     int redraws = 0;
     bool noticeShown = false;
+    int rate = 0;
     Clock::time_point presented{};
 };
 

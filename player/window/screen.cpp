@@ -3,9 +3,22 @@
 #include <backends/imgui_impl_sdl.h>
 #include <imgui.h>
 
-namespace player {
+#include <algorithm>
+#include <cmath>
 
-Screen::Screen(Size size, bool shrinks) : glWindow("Velmora", size, shrinks) {
+namespace player {
+namespace {
+
+/// Of a window as wide as letters of scale 1 are made for.
+constexpr double phoneWidth = 540.0;
+/// The panel has room beside its words in three fifths of so many pixels at scale 1.
+constexpr double narrowest = 350.0;
+constexpr double smallestLetters = 0.6;
+
+}  // namespace
+
+Screen::Screen(Size size, bool shrinks, double letters)
+    : lettersWanted(letters), glWindow("Velmora", size, shrinks) {
     painter.setUp();
     ImGui_ImplSDL2_InitForOpenGL(glWindow.handle(), glWindow.context());
 }
@@ -20,7 +33,23 @@ void Screen::renewContext() {
     painter.setUp();
 }
 
+/// The display's scale, or more in a window of more pixels than that explains: of a phone's or a
+/// television's display whose size nobody knows. Never so much that the panel does not fit.
+LetterScale Screen::letterScale() const {
+    const Size size = glWindow.pixels();
+    const double side = std::min(size.width, size.height);
+    const double byPixels = std::pow(side / phoneWidth, 0.75);
+    const double wanted =
+        lettersWanted > 0.0 ? lettersWanted : std::max(glWindow.displayScale(), byPixels);
+    const double scale =
+        std::clamp(wanted, smallestLetters, std::max(smallestLetters, size.width / narrowest));
+    // In steps, each of which is another font.
+    return {static_cast<float>(std::floor(scale * 8.0) / 8.0),
+            static_cast<float>(glWindow.scaleX())};
+}
+
 void Screen::beginPanel() {
+    painter.setScale(letterScale());
     ImGui_ImplSDL2_NewFrame();
     ImGui::NewFrame();
 }

@@ -8,8 +8,8 @@ namespace player {
 /// The window with all that the player itself draws in it.
 class Screen {
 public:
-    /// Throws Failure.
-    Screen(Size size, bool shrinks);
+    /// `letters`: their scale; 0: the display's. Throws Failure.
+    Screen(Size size, bool shrinks, double letters);
     ~Screen();
     Screen(const Screen&) = delete;
     Screen& operator=(const Screen&) = delete;
@@ -24,6 +24,9 @@ public:
     void drawPanel() { painter.draw(); }
 
 private:
+    LetterScale letterScale() const;
+
+    double lettersWanted;
     GlWindow glWindow;
     Painter painter;
 };

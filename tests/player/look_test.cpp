@@ -67,8 +67,7 @@ TEST(Look, ALookByChanceKeepsToTheLimitsAndIsTheSameEachTime) {
                 ASSERT_LE(look.*field.member, field.most) << field.name;
             }
         };
-        expectWithin(player::waterFields);
-        expectWithin(player::fingerFields);
+        expectWithin(player::numberFields);
         expectWithin(player::countFields);
         expectLight(look.ink);
         ASSERT_EQ(look, player::randomLook(seed));

@@ -12,6 +12,8 @@
 #include <functional>
 #include <string>
 #include <thread>
+#include <utility>
+#include <vector>
 
 #include "file_drop.h"
 #include "player_files.h"
@@ -60,6 +62,37 @@ int stains(const Pixbuf& picture) {
         count += difference(pixel(picture, at % columns, at / columns), plainColor) > 40 ? 1 : 0;
     }
     return count;
+}
+
+/// Around all that is not plain above the notice.
+struct Box {
+    int left, top, right, bottom;
+};
+Box panelIn(const Pixbuf& picture) {
+    const int columns = gdk_pixbuf_get_width(picture.get());
+    const int rows = gdk_pixbuf_get_height(picture.get()) - 64;
+    Box box{columns, rows, 0, 0};
+    for (int at = 0; at < columns * rows; ++at) {
+        if (difference(pixel(picture, at % columns, at / columns), plainColor) > 40) {
+            box = {std::min(box.left, at % columns), std::min(box.top, at / columns),
+                   std::max(box.right, at % columns + 1), std::max(box.bottom, at / columns + 1)};
+        }
+    }
+    return box;
+}
+
+/// Rows at which the headings of the panel's groups begin.
+std::vector<int> headings(const Pixbuf& picture) {
+    std::vector<int> rows;
+    for (int y = 1; y < gdk_pixbuf_get_height(picture.get()) - 64; ++y) {
+        const auto on = [&](int row) {
+            return difference(pixel(picture, 18, row), {28, 51, 77}) <= 2;
+        };
+        if (on(y) && !on(y - 1)) {
+            rows.push_back(y);
+        }
+    }
+    return rows;
 }
 
 class WindowTest : public FolderTest {
@@ -210,7 +243,12 @@ TEST_F(WindowTest, AnIdleWindowShowsAFingerOfItsOwnUntilTheUserComes) {
 TEST_F(WindowTest, AClickOnThePanelTurnsItsControlAndLaysNoInk) {
     constexpr Rgb red = {255, 89, 89};
     openWindow("--no-attract --size 640x780");
+    pointAt(600, 700);
     press("Tab");
+    std::vector<int> groups;
+    ASSERT_TRUE(waitFor([&] { return (groups = headings(look())).size() == 4; }));
+    pointAt(100, groups[2] + 5);  // water, light, ink, tools
+    xdotool("click 1");
     int at = 0;
     ASSERT_TRUE(waitFor([&] {  // the palette's red, by its look
         const Pixbuf shown = look();
@@ -232,6 +270,51 @@ TEST_F(WindowTest, AClickOnThePanelTurnsItsControlAndLaysNoInk) {
         return contents("presets").find("\"ink\": [\n        1,") != std::string::npos;
     }));
     EXPECT_EQ(stains(shot()), 0) << "ink under the panel";
+}
+
+TEST_F(WindowTest, ThePanelFitsAPhoneAtAnyScaleAndStaysInTheWindow) {
+    constexpr Rgb changed = {255, 190, 70};
+    openWindow("--no-attract --letters 3 --size 450x800");
+    pointAt(440, 700);
+    press("Tab");
+    Box box;
+    ASSERT_TRUE(waitFor([&] { return (box = panelIn(look())).right > 200; }));
+    EXPECT_LE(box.right - box.left, 450 * 6 / 10);
+    EXPECT_LE(box.bottom - box.top, 800 * 6 / 10);
+    const int wide = box.right - box.left;
+
+    const auto marked = [&] {
+        const Pixbuf shown = look();
+        int count = 0;
+        for (int at = 0; at < 450 * 100; ++at) {
+            count += difference(pixel(shown, at % 450, at / 450), changed) < 8 ? 1 : 0;
+        }
+        return count > 20;
+    };
+    EXPECT_FALSE(marked());
+    press("b");
+    EXPECT_TRUE(waitFor(marked)) << "the look is not the preset's any more";
+    press("BackSpace");
+    EXPECT_TRUE(waitFor([&] { return !marked(); }));
+
+    pointAt(100, 15);
+    xdotool(
+        "mousedown 1 mousemove_relative 20 20 sleep 0.2 mousemove_relative 330 500 sleep 0.2 "
+        "mouseup 1");
+    ASSERT_TRUE(waitFor([&] { return (box = panelIn(look())).left > 100; }));
+    EXPECT_EQ(box.right - box.left, wide) << "reaches over the edge";
+    for (const auto& [across, down] : {std::pair(300, 533), std::pair(450, 800)}) {
+        xdotool("windowsize " + window + " " + std::to_string(across) + " " + std::to_string(down));
+        EXPECT_TRUE(waitFor([&] {
+            const Pixbuf shown = look();
+            box = panelIn(shown);
+            return gdk_pixbuf_get_width(shown.get()) == across && box.top > 0 &&
+                   box.right - box.left > across / 2 - 10 &&
+                   box.right - box.left <= across * 6 / 10;
+        })) << box.left
+            << " " << box.right;
+    }
+    EXPECT_EQ(box.right - box.left, wide);
 }
 
 TEST_F(WindowTest, TheFilmKeyMakesAFilmThatPlays) {

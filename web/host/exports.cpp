@@ -23,9 +23,8 @@ void forEachField(Visit visit) {
             visit(field);
         }
     };
-    all(player::waterFields);
+    all(player::numberFields);
     all(player::countFields);
-    all(player::fingerFields);
     all(player::switchFields);
 }
 
