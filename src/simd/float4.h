@@ -32,6 +32,7 @@ namespace lanes = plain;
 namespace velmora {
 
 using lanes::Float4;
+using lanes::loadAligned;
 using lanes::loadShorts;
 using lanes::Short8;
 

@@ -49,6 +49,9 @@ inline Short8 operator+(Short8 a, Short8 b) {
 inline Float4 load(const float* from) {
     return vld1q_f32(from);
 }
+inline Float4 loadAligned(const float* from) {
+    return load(from);
+}
 inline void store(float* to, Float4 value) {
     vst1q_f32(to, value.lanes);
 }

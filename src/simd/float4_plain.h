@@ -67,6 +67,9 @@ Mask4 eachMask(Float4 a, Float4 b, Operation operation) {
 inline Float4 load(const float* from) {
     return {from[0], from[1], from[2], from[3]};
 }
+inline Float4 loadAligned(const float* from) {
+    return load(from);
+}
 inline void store(float* to, Float4 value) {
     std::memcpy(to, value.lane, sizeof value.lane);
 }

@@ -46,6 +46,9 @@ inline Short8 operator+(Short8 a, Short8 b) {
 inline Float4 load(const float* from) {
     return _mm_loadu_ps(from);
 }
+inline Float4 loadAligned(const float* from) {
+    return _mm_load_ps(from);
+}
 inline void store(float* to, Float4 value) {
     _mm_storeu_ps(to, value.lanes);
 }

@@ -46,6 +46,9 @@ inline Short8 operator+(Short8 a, Short8 b) {
 inline Float4 load(const float* from) {
     return wasm_v128_load(from);
 }
+inline Float4 loadAligned(const float* from) {
+    return load(from);
+}
 inline void store(float* to, Float4 value) {
     wasm_v128_store(to, value.lanes);
 }

@@ -41,56 +41,72 @@ bool hasZeroBorder(const FloatGrid& grid) {
     return bits == 0;
 }
 
-/// One row in strips.
-void relaxRow(const float* middle, const float* bottom, const float* top, const float* source,
-              float* out, std::ptrdiff_t length, float rbeta) {
+/// Two rows of `length` in strips, one above the other: what one loads, the other needs as well.
+/// Additions are then what the processor waits for, and no longer loads.
+void relaxTwoRows(const float* below, const float* lower, const float* upper, const float* above,
+                  const float* source, float* out, std::ptrdiff_t length, float rbeta) {
     const Float4 border(0.0f);
-    Float4 cells = load<Float4>(middle);
+    const float* const upperSource = source + length;
+    float* const upperOut = out + length;
+    Float4 cells = loadAligned(lower);
+    Float4 upperCells = loadAligned(upper);
     const Float4 beyond = shiftOut(cells, border);
-    Float4 left = shiftIn(border, load<Float4>(middle + length - 4));
-    const auto relaxGroup = [&](std::ptrdiff_t at, Float4 right) {
-        store(out + at, relaxed(left, right, load<Float4>(bottom + at), load<Float4>(top + at),
-                                load<Float4>(source + at), Float4(rbeta)));
+    const Float4 upperBeyond = shiftOut(upperCells, border);
+    Float4 left = shiftIn(border, loadAligned(lower + length - 4));
+    Float4 upperLeft = shiftIn(border, loadAligned(upper + length - 4));
+    const auto relaxGroups = [&](std::ptrdiff_t at, Float4 right, Float4 upperRight) {
+        store(out + at, relaxed(left, right, loadAligned(below + at), upperCells,
+                                loadAligned(source + at), Float4(rbeta)));
+        store(upperOut + at, relaxed(upperLeft, upperRight, cells, loadAligned(above + at),
+                                     loadAligned(upperSource + at), Float4(rbeta)));
         left = cells;
         cells = right;
+        upperLeft = upperCells;
+        upperCells = upperRight;
     };
     for (std::ptrdiff_t at = 0; at < length - 4; at += 4) {
-        relaxGroup(at, load<Float4>(middle + at + 4));
+        relaxGroups(at, loadAligned(lower + at + 4), loadAligned(upper + at + 4));
     }
-    relaxGroup(length - 4, beyond);
+    relaxGroups(length - 4, beyond, upperBeyond);
 }
 
-/// One iteration in strips.
+/// One iteration in strips, two rows at a time; of an odd number, one row twice.
 void relaxStrips(const StripLayout& layout, const float* x, const float* source, float* out,
                  const float* border, float rbeta) {
     const std::ptrdiff_t length = layout.rowLength();
-    for (std::ptrdiff_t row = 0; row < layout.rows; ++row) {
-        const std::ptrdiff_t at = row * length;
-        relaxRow(x + at, row == 0 ? border : x + at - length,
-                 row == layout.rows - 1 ? border : x + at + length, source + at, out + at, length,
-                 rbeta);
-        layout.clearPadding(out + at);
+    for (std::ptrdiff_t next = 0; next < layout.rows; next += 2) {
+        const std::ptrdiff_t row = std::min(next, layout.rows - 2);
+        const float* const lower = x + row * length;
+        const float* const upper = lower + length;
+        float* const to = out + row * length;
+        relaxTwoRows(row == 0 ? border : lower - length, lower, upper,
+                     row == layout.rows - 2 ? border : upper + length, source + row * length, to,
+                     length, rbeta);
+        layout.clearPadding(to);
+        layout.clearPadding(to + length);
     }
 }
 
-/// Whether the strips, which pad a row, fit into the grid, and stand for its border.
+/// Whether the strips, which pad a row and begin on a whole vector, fit into the grid, and stand
+/// for its border.
 bool canRelaxInStrips(const Jacobi& pass) {
     const FloatGrid& output = pass.output;
     const StripLayout layout(output);
-    return output.data != nullptr && layout.groups >= 4 && layout.rows >= 1 &&
-           layout.cells() <= layout.width * output.height && hasZeroBorder(pass.x);
+    return output.data != nullptr && layout.groups >= 4 && layout.rows >= 2 &&
+           layout.cells() + 3 <= layout.width * output.height && hasZeroBorder(pass.x);
 }
 
 /// All iterations in strips: the pressures in the workspace, alpha * b in the output, which is free
 /// until the end.
 void relaxInStrips(Jacobi& pass, std::int32_t count, float* workspace) {
     const StripLayout layout(pass.output);
-    float* x = workspace;
-    float* out = workspace + layout.cells();
+    float* x = alignedUp(workspace);
+    float* out = x + layout.cells();
     toStrips(layout, pass.x, 1.0f, x);
-    float* const source = pass.output.data;
+    const FloatGrid sourceGrid = pass.output;
+    float* const source = alignedUp(sourceGrid.data);
     toStrips(layout, pass.b, pass.alpha, source);
-    float border[maxGridSide];
+    alignas(16) float border[maxGridSide];
     std::fill_n(border, layout.rowLength(), 0.0f);
     for (std::int32_t iteration = 0; iteration < count; ++iteration) {
         relaxStrips(layout, x, source, out, border, pass.rbeta);
@@ -99,8 +115,7 @@ void relaxInStrips(Jacobi& pass, std::int32_t count, float* workspace) {
     }
     fromStrips(layout, x, pass.x);
     fromStrips(layout, out, pass.output);
-    clearBorder(pass.x);
-    clearBorder(pass.output);
+    clearBorder(sourceGrid);  // that of the other grid has been 0 all the time
 }
 
 }  // namespace

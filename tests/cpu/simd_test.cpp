@@ -14,6 +14,7 @@ struct BuildLanes {
     using Float = lanes::Float4;
     using Shorts = lanes::Short8;
     static constexpr auto& load = lanes::load;
+    static constexpr auto& loadAligned = lanes::loadAligned;
     static constexpr auto& loadPair = lanes::loadPair;
     static constexpr auto& loadShorts = lanes::loadShorts;
     static constexpr auto& ramp = lanes::ramp;
@@ -22,6 +23,7 @@ struct PlainLanes {
     using Float = plain::Float4;
     using Shorts = plain::Short8;
     static constexpr auto& load = plain::load;
+    static constexpr auto& loadAligned = plain::loadAligned;
     static constexpr auto& loadPair = plain::loadPair;
     static constexpr auto& loadShorts = plain::loadShorts;
     static constexpr auto& ramp = plain::ramp;
@@ -144,6 +146,13 @@ TYPED_TEST(Lanes, LoadStoreAndGatherExactlyTheirElements) {
         fill(from, std::array{1.0f, -0.0f, 3.0f, nan, 5.0f, 6.0f, infinity, 8.0f});
         store(four.data(), TypeParam::load(from.data() + 4));
         EXPECT_TRUE(areSame(four.elements(), from.elements().last(4)));
+        alignas(16) float room[7] = {1.0f, 2.0f, 3.0f, 4.0f, 5.0f, nan, -0.0f};
+        for (float* const at : {room, room + 1, room + 3}) {
+            const std::ptrdiff_t first = at == room ? 0 : 4;
+            ASSERT_EQ(alignedUp(at), room + first);
+        }
+        store(four.data(), TypeParam::loadAligned(room));
+        EXPECT_TRUE(areSame(four.elements(), std::array{1.0f, 2.0f, 3.0f, 4.0f}));
         const Pair<Float> pair = TypeParam::loadPair(from.data());
         EXPECT_TRUE(hold(pair, {1.0f, 3.0f, 5.0f, infinity}, {-0.0f, nan, 6.0f, 8.0f}));
         storePair(pairs.data(), pair);
