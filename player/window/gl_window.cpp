@@ -6,9 +6,11 @@
 #include <algorithm>
 #include <cstdlib>
 #include <string>
+#include <utility>
 
 #include "hostkit/gl_context.h"
 #include "player/failure.h"
+#include "player/window/window_manager.h"
 
 namespace player {
 namespace {
@@ -103,8 +105,29 @@ void GlWindow::renewContext() {
 }
 
 void GlWindow::switchFullScreen() {
+    if (before || !hasWindowManager(window.get())) {
+        fillScreenAlone();
+        return;
+    }
     const bool full = (SDL_GetWindowFlags(window.get()) & SDL_WINDOW_FULLSCREEN_DESKTOP) != 0;
     SDL_SetWindowFullscreen(window.get(), full ? 0 : SDL_WINDOW_FULLSCREEN_DESKTOP);
+}
+
+/// SDL leaves the size to the window manager, and takes it for granted.
+void GlWindow::fillScreenAlone() {
+    SDL_Rect now{};
+    SDL_GetWindowPosition(window.get(), &now.x, &now.y);
+    SDL_GetWindowSize(window.get(), &now.w, &now.h);
+    SDL_Rect next{};
+    if (before) {
+        next = *std::exchange(before, std::nullopt);
+    } else if (SDL_GetDisplayBounds(SDL_GetWindowDisplayIndex(window.get()), &next) == 0) {
+        before = now;
+    } else {
+        return;
+    }
+    SDL_SetWindowPosition(window.get(), next.x, next.y);
+    SDL_SetWindowSize(window.get(), next.w, next.h);
 }
 
 void GlWindow::swap() {
@@ -113,7 +136,7 @@ void GlWindow::swap() {
 
 std::optional<Size> GlWindow::ownSize() const {
     const Uint32 ruled = SDL_WINDOW_FULLSCREEN_DESKTOP | SDL_WINDOW_MAXIMIZED;
-    if ((SDL_GetWindowFlags(window.get()) & ruled) != 0) {
+    if (before || (SDL_GetWindowFlags(window.get()) & ruled) != 0) {
         return std::nullopt;
     }
     Size size{};

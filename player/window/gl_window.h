@@ -1,5 +1,6 @@
 #pragma once
 
+#include <SDL2/SDL_rect.h>
 #include <SDL2/SDL_video.h>
 
 #include <memory>
@@ -50,9 +51,13 @@ private:
         void operator()(SDL_Window* made) const { SDL_DestroyWindow(made); }
     };
 
+    void fillScreenAlone();
+
     VideoSystem video;
     std::unique_ptr<SDL_Window, Destroy> window;
     SDL_GLContext gl = nullptr;
+    /// Where the window was before it filled the screen on its own; nothing: it does not.
+    std::optional<SDL_Rect> before;
 };
 
 }  // namespace player

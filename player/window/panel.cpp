@@ -62,15 +62,23 @@ float em() {
     return ImGui::GetFontSize();
 }
 
-/// Of the item before, where the pointer rests on it.
+/// Of the item before, where the pointer rests on it: below it, or above it low in the window, so
+/// that its number stays in sight.
 void hint(const char* words) {
-    if (ImGui::IsItemHovered() && !ImGui::IsItemActive()) {
-        ImGui::BeginTooltip();
-        ImGui::PushTextWrapPos(16.0f * em());
-        ImGui::TextUnformatted(words);
-        ImGui::PopTextWrapPos();
-        ImGui::EndTooltip();
+    if (!ImGui::IsItemHovered() || ImGui::IsItemActive()) {
+        return;
     }
+    const ImVec2 least = ImGui::GetItemRectMin();
+    const ImVec2 most = ImGui::GetItemRectMax();
+    const float gap = 0.3f * em();
+    const bool low = most.y > 0.8f * ImGui::GetIO().DisplaySize.y;
+    ImGui::SetNextWindowPos(ImVec2(least.x, low ? least.y - gap : most.y + gap), ImGuiCond_Always,
+                            ImVec2(0.0f, low ? 1.0f : 0.0f));
+    ImGui::BeginTooltip();
+    ImGui::PushTextWrapPos(16.0f * em());
+    ImGui::TextUnformatted(words);
+    ImGui::PopTextWrapPos();
+    ImGui::EndTooltip();
 }
 
 void hint(Command command) {
@@ -94,23 +102,29 @@ const char* digits(float span) {
     return span < 1.2f ? "%.3f" : span < 10.0f ? "%.2f" : "%.1f";
 }
 
+/// With an edge of shade, so that it stands out from whatever it crosses.
+void drawLetters(ImDrawList& list, ImVec2 place, const char* text) {
+    const float edge = em() / 15.0f;
+    list.AddText(ImVec2(place.x + edge, place.y + edge), IM_COL32(0, 0, 0, 220), text);
+    list.AddText(place, ImGui::GetColorU32(ImGuiCol_Text), text);
+}
+
 /// Over the slider before: how full it is, its words and its number.
 void labelSlider(const char* words, const char* number, float part) {
     ImDrawList& list = *ImGui::GetWindowDrawList();
     const ImVec2 least = ImGui::GetItemRectMin();
     const ImVec2 most = ImGui::GetItemRectMax();
+    const float rounding = ImGui::GetStyle().FrameRounding;
     const float edge = least.x + part * (most.x - least.x);
     const bool lit = ImGui::IsItemHovered() || ImGui::IsItemActive();
     list.AddRectFilled(least, ImVec2(edge, most.y),
-                       lit ? IM_COL32(44, 96, 148, 255) : IM_COL32(36, 80, 126, 255),
-                       ImGui::GetStyle().FrameRounding);
+                       lit ? IM_COL32(44, 96, 148, 255) : IM_COL32(36, 80, 126, 255), rounding);
     list.AddRectFilled(ImVec2(std::max(least.x, edge - em() / 7.0f), least.y), ImVec2(edge, most.y),
-                       IM_COL32(110, 185, 255, 255), ImGui::GetStyle().FrameRounding);
+                       IM_COL32(85, 150, 215, 255), rounding);
     const ImVec2 padding = ImGui::GetStyle().FramePadding;
-    const ImU32 ink = ImGui::GetColorU32(ImGuiCol_Text);
     const float width = ImGui::CalcTextSize(number).x;
-    list.AddText(ImVec2(least.x + padding.x, least.y + padding.y), ink, words);
-    list.AddText(ImVec2(most.x - padding.x - width, least.y + padding.y), ink, number);
+    drawLetters(list, ImVec2(least.x + padding.x, least.y + padding.y), words);
+    drawLetters(list, ImVec2(most.x - padding.x - width, least.y + padding.y), number);
 }
 
 template <class Value>
@@ -267,8 +281,10 @@ void drawPanel(const Panel& panel) {
     // A window that is wider than high has water enough beside the panel.
     const float height = std::max(mostPart * screen.y, std::min(screen.y, screen.x)) - em();
     char title[64];
-    if (panel.rate > 0) {
-        std::snprintf(title, sizeof title, "%d frames/s###panel", panel.rate);
+    if (panel.rate > 0.0) {
+        std::snprintf(title, sizeof title,
+                      panel.rate < 10.0 ? "%.1f frames/s###panel" : "%.0f frames/s###panel",
+                      panel.rate);
     } else {
         std::snprintf(title, sizeof title, "%s###panel", panel.view.paused ? "paused" : "at rest");
     }

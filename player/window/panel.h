@@ -30,7 +30,7 @@ struct Panel {
     /// Of the last frames, the newest last.
     std::span<const FrameTimes> times;
     /// Frames a second; 0: the effect stands still.
-    int rate;
+    double rate;
     Settings& settings;
     Requests& requests;
 };

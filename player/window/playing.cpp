@@ -1,6 +1,5 @@
 #include "player/window/playing.h"
 
-#include <cmath>
 #include <utility>
 
 #include "player/frame_time.h"
@@ -32,6 +31,7 @@ std::chrono::nanoseconds Playback::untilNext() {
         return clock.untilNext(now, session.settings.timeScale);
     }
     clock.skip(now);
+    moments.clear();
     return 250ms;
 }
 
@@ -45,7 +45,7 @@ void Playback::playFrame(std::chrono::nanoseconds elapsed) {
         lastTimes.erase(lastTimes.begin());
     }
     moments.push_back(Clock::now());
-    while (moments.back() - moments.front() > 1s) {
+    while (moments.size() > 2 && moments.back() - moments.front() > 1s) {
         moments.pop_front();
     }
     if (gestures.endReplay()) {
@@ -106,12 +106,12 @@ bool Playback::followSize(Size pixels) {
     return true;
 }
 
-int Playback::rate() const {
-    if (moments.size() < 2 || Clock::now() - moments.back() > 500ms) {
-        return 0;
+double Playback::rate() const {
+    if (moments.size() < 2) {
+        return 0.0;
     }
     const std::chrono::duration<double> span = moments.back() - moments.front();
-    return static_cast<int>(std::lround(static_cast<double>(moments.size() - 1) / span.count()));
+    return static_cast<double>(moments.size() - 1) / span.count();
 }
 
 void Playback::addToGl(std::chrono::nanoseconds time) {

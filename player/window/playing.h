@@ -34,8 +34,8 @@ public:
 
     /// Of the last frames, the newest last.
     std::span<const FrameTimes> times() const { return lastTimes; }
-    /// Frames in the last second; 0 where the effect stands still.
-    int rate() const;
+    /// Frames a second, over the last one; 0 where the effect stands still.
+    double rate() const;
     /// The newest frame's took that much longer until it was shown.
     void addToGl(std::chrono::nanoseconds time);
 
@@ -54,7 +54,7 @@ private:
     bool isPaused = false;
     bool stepWanted = false;
     std::vector<FrameTimes> lastTimes;
-    /// When the frames of the last second were played.
+    /// When the frames of the last second were played, or two that took longer.
     std::deque<Clock::time_point> moments;
     Size lastPixels{};
     Clock::time_point resizedAt{};

@@ -27,7 +27,7 @@ bool Display::changed(const Panel& panel, bool drawn) {
     const bool noticing = now < notice.end;
     const bool noticeChanged = noticing != std::exchange(noticeShown, noticing);
     const bool marksChange = !keeper.marks().empty() && now - presented >= longestStand;
-    const bool stopped = std::exchange(rate, panel.rate) > 0 && rate == 0;
+    const bool stopped = std::exchange(rate, panel.rate) > 0.0 && rate <= 0.0;
     const bool panelChanges = panel.view.panel && stopped;
     return drawn || redraws > 0 || keeper.wantsScreenshot() || noticeChanged || marksChange ||
            panelChanges;

@@ -37,7 +37,7 @@ private:
     Notice& notice;
     int redraws = 0;
     bool noticeShown = false;
-    int rate = 0;
+    double rate = 0.0;
     Clock::time_point presented{};
 };
 

@@ -429,6 +429,11 @@ TEST_F(WindowTest, TheWindowTakesThePicturesShapeWithinTheDisplay) {
     const Pixbuf shown = look();
     EXPECT_EQ(gdk_pixbuf_get_width(shown.get()), 744) << "of a display of 800";
     EXPECT_NEAR(gdk_pixbuf_get_height(shown.get()), 465, 1);
+    for (const int across : {800, 744}) {  // the whole screen, though no window manager helps
+        press("F11");
+        EXPECT_TRUE(waitFor([&] { return gdk_pixbuf_get_width(shot().get()) == across; }));
+        EXPECT_EQ(gdk_pixbuf_get_width(look().get()), across);
+    }
 }
 
 TEST_F(WindowTest, AWindowBeginsWithTheLastOnesLookAndSizeWhereTheyCanBeUsed) {
