@@ -10,7 +10,7 @@
 
 #include "hostkit/gl_context.h"
 #include "player/failure.h"
-#include "player/window/window_manager.h"
+#include "player/window/x11_desktop.h"
 
 namespace player {
 namespace {
@@ -151,11 +151,12 @@ Size GlWindow::pixels() const {
 }
 
 double GlWindow::displayScale() const {
-    constexpr float plainDpi = 96.0f;
-    constexpr float mostBelieved = 3.0f;  // of a display that may have told nonsense
-    float dpi = plainDpi;
-    SDL_GetDisplayDPI(SDL_GetWindowDisplayIndex(window.get()), nullptr, &dpi, nullptr);
-    return std::max(scaleX(), static_cast<double>(std::clamp(dpi / plainDpi, 1.0f, mostBelieved)));
+    constexpr double plainDpi = 96.0;
+    constexpr double mostBelieved = 4.0;  // of a display that may have told nonsense
+    float measured = 0.0f;
+    SDL_GetDisplayDPI(SDL_GetWindowDisplayIndex(window.get()), nullptr, &measured, nullptr);
+    const double dpi = letterDpi(window.get()).value_or(static_cast<double>(measured));
+    return std::max(scaleX(), std::clamp(dpi / plainDpi, 1.0, mostBelieved));
 }
 
 double GlWindow::scaleX() const {
