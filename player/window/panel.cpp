@@ -21,7 +21,7 @@ constexpr float mostPart = 0.6f;
 constexpr ImU32 changedColor = IM_COL32(255, 190, 70, 255);
 
 /// Of the panel's own tools; those of the settings come from their table.
-enum class Place { look, light, ink, tools };
+enum class Place { look, ink, tools };
 
 /// The panel's switches, each a command as its key.
 struct Switch {
@@ -248,7 +248,6 @@ void groups(const Panel& panel) {
     }
     if (ImGui::CollapsingHeader("Light")) {
         settingControls(Group::light, panel.settings);
-        buttonControls(Place::light, panel.requests);
     }
     if (ImGui::CollapsingHeader("Ink")) {
         inkControls(panel.settings);
