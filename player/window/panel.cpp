@@ -306,6 +306,7 @@ void drawHelp(Requests& requests) {
     ImGui::SetNextWindowPos(ImVec2(screen.x / 2, screen.y / 2), ImGuiCond_Always,
                             ImVec2(0.5f, 0.5f));
     ImGui::SetNextWindowSizeConstraints(ImVec2(width, 0.0f), ImVec2(width, screen.y - em()));
+    ImGui::SetNextWindowBgAlpha(0.95f);  // the panel may lie below
     bool open = true;
     if (ImGui::Begin("Keys", &open,
                      ImGuiWindowFlags_AlwaysAutoResize | ImGuiWindowFlags_NoCollapse) &&
