@@ -51,6 +51,10 @@ inline Pair<Float4> loadPair<Float4>(const float* from) {
     return lanes::loadPair(from);
 }
 template <>
+inline Neighbours<Float4> gatherNeighbours<Float4>(const float* cells, const std::int32_t* index) {
+    return lanes::gatherNeighbours(cells, index);
+}
+template <>
 inline Float4 ramp<Float4>(float start) {
     return lanes::ramp(start);
 }

@@ -56,6 +56,10 @@ inline void store(float* to, Float4 value) {
     vst1q_f32(to, value.lanes);
 }
 
+inline void store(std::int32_t* to, Int4 value) {
+    vst1q_s32(to, value.lanes);
+}
+
 inline Pair<Float4> loadPair(const float* from) {
     const float32x4x2_t cells = vld2q_f32(from);
     return {cells.val[0], cells.val[1]};
@@ -112,6 +116,9 @@ inline Mask4 operator|(Mask4 a, Mask4 b) {
 inline Mask4 operator&(Mask4 a, Mask4 b) {
     return {vandq_u32(a.lanes, b.lanes)};
 }
+inline Int4 minusOneWhere(Mask4 which, Int4 value) {
+    return {vorrq_s32(vreinterpretq_s32_u32(which.lanes), value.lanes)};
+}
 inline bool any(Mask4 a) {
     const uint32x2_t halves = vorr_u32(vget_low_u32(a.lanes), vget_high_u32(a.lanes));
     return vget_lane_u64(vreinterpret_u64_u32(halves), 0) != 0;
@@ -161,12 +168,12 @@ inline Pair<Float4> gatherPairs(const float* cells, Int4 index) {
     return {split.val[0], split.val[1]};
 }
 
-inline Neighbours<Float4> gatherNeighbours(const float* cells, Int4 index) {
+inline Neighbours<Float4> gatherNeighbours(const float* cells, const std::int32_t* index) {
     const auto both = [&](std::int32_t at) { return vld1q_f32(cells + std::ptrdiff_t{at} * 2); };
-    const float32x4_t lane0 = both(vgetq_lane_s32(index.lanes, 0));
-    const float32x4_t lane1 = both(vgetq_lane_s32(index.lanes, 1));
-    const float32x4_t lane2 = both(vgetq_lane_s32(index.lanes, 2));
-    const float32x4_t lane3 = both(vgetq_lane_s32(index.lanes, 3));
+    const float32x4_t lane0 = both(index[0]);
+    const float32x4_t lane1 = both(index[1]);
+    const float32x4_t lane2 = both(index[2]);
+    const float32x4_t lane3 = both(index[3]);
     const auto split = [](float32x2_t a, float32x2_t b, float32x2_t c, float32x2_t d) {
         return vuzpq_f32(vcombine_f32(a, b), vcombine_f32(c, d));
     };

@@ -74,6 +74,10 @@ inline void store(float* to, Float4 value) {
     std::memcpy(to, value.lane, sizeof value.lane);
 }
 
+inline void store(std::int32_t* to, Int4 value) {
+    std::memcpy(to, value.lane, sizeof value.lane);
+}
+
 inline Pair<Float4> loadPair(const float* from) {
     return {{from[0], from[2], from[4], from[6]}, {from[1], from[3], from[5], from[7]}};
 }
@@ -151,6 +155,12 @@ inline Mask4 operator&(Mask4 a, Mask4 b) {
     }
     return a;
 }
+inline Int4 minusOneWhere(Mask4 which, Int4 value) {
+    for (int k = 0; k < 4; ++k) {
+        value.lane[k] = velmora::minusOneWhere(which.lane[k], value.lane[k]);
+    }
+    return value;
+}
 inline bool any(Mask4 a) {
     return a.lane[0] || a.lane[1] || a.lane[2] || a.lane[3];
 }
@@ -183,8 +193,10 @@ inline Pair<Float4> gatherPairs(const float* cells, Int4 index) {
     return result;
 }
 
-inline Neighbours<Float4> gatherNeighbours(const float* cells, Int4 index) {
-    return {gatherPairs(cells, index), gatherPairs(cells + 2, index)};
+inline Neighbours<Float4> gatherNeighbours(const float* cells, const std::int32_t* index) {
+    Int4 lanes;
+    std::memcpy(lanes.lane, index, sizeof lanes.lane);
+    return {gatherPairs(cells, lanes), gatherPairs(cells + 2, lanes)};
 }
 
 inline void storeBytePairs(std::uint8_t* to, BytePairs<Int4> first, BytePairs<Int4> second) {

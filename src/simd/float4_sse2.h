@@ -53,6 +53,10 @@ inline void store(float* to, Float4 value) {
     _mm_storeu_ps(to, value.lanes);
 }
 
+inline void store(std::int32_t* to, Int4 value) {
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(to), value.lanes);
+}
+
 inline Pair<Float4> loadPair(const float* from) {
     const __m128 first = _mm_loadu_ps(from);
     const __m128 second = _mm_loadu_ps(from + 4);
@@ -120,6 +124,9 @@ inline Mask4 operator|(Mask4 a, Mask4 b) {
 inline Mask4 operator&(Mask4 a, Mask4 b) {
     return {_mm_and_ps(a.lanes, b.lanes)};
 }
+inline Int4 minusOneWhere(Mask4 which, Int4 value) {
+    return {_mm_or_si128(_mm_castps_si128(which.lanes), value.lanes)};
+}
 inline bool any(Mask4 a) {
     return _mm_movemask_ps(a.lanes) != 0;
 }
@@ -164,12 +171,12 @@ inline Pair<Float4> gatherPairs(const float* cells, Int4 index) {
             _mm_shuffle_ps(first, second, _MM_SHUFFLE(3, 1, 3, 1))};
 }
 
-inline Neighbours<Float4> gatherNeighbours(const float* cells, Int4 index) {
-    const CellAddresses cell(cells, index);
-    __m128 cellX = _mm_loadu_ps(cell.at[0]);
-    __m128 cellY = _mm_loadu_ps(cell.at[1]);
-    __m128 nextX = _mm_loadu_ps(cell.at[2]);
-    __m128 nextY = _mm_loadu_ps(cell.at[3]);
+inline Neighbours<Float4> gatherNeighbours(const float* cells, const std::int32_t* index) {
+    const auto both = [=](std::int32_t at) { return _mm_loadu_ps(cells + std::ptrdiff_t{at} * 2); };
+    __m128 cellX = both(index[0]);
+    __m128 cellY = both(index[1]);
+    __m128 nextX = both(index[2]);
+    __m128 nextY = both(index[3]);
     _MM_TRANSPOSE4_PS(cellX, cellY, nextX, nextY);
     return {{cellX, cellY}, {nextX, nextY}};
 }

@@ -53,6 +53,10 @@ inline void store(float* to, Float4 value) {
     wasm_v128_store(to, value.lanes);
 }
 
+inline void store(std::int32_t* to, Int4 value) {
+    wasm_v128_store(to, value.lanes);
+}
+
 inline Pair<Float4> loadPair(const float* from) {
     const v128_t first = wasm_v128_load(from);
     const v128_t second = wasm_v128_load(from + 4);
@@ -125,6 +129,9 @@ inline Mask4 operator|(Mask4 a, Mask4 b) {
 inline Mask4 operator&(Mask4 a, Mask4 b) {
     return {wasm_v128_and(a.lanes, b.lanes)};
 }
+inline Int4 minusOneWhere(Mask4 which, Int4 value) {
+    return {wasm_v128_or(which.lanes, value.lanes)};
+}
 inline bool any(Mask4 a) {
     return wasm_v128_any_true(a.lanes);
 }
@@ -161,14 +168,14 @@ inline Pair<Float4> gatherPairs(const float* cells, Int4 index) {
             wasm_i32x4_shuffle(first, second, 1, 3, 5, 7)};
 }
 
-inline Neighbours<Float4> gatherNeighbours(const float* cells, Int4 index) {
+inline Neighbours<Float4> gatherNeighbours(const float* cells, const std::int32_t* index) {
     const auto both = [&](std::int32_t at) {
         return wasm_v128_load(cells + std::ptrdiff_t{at} * 2);
     };
-    const v128_t lane0 = both(wasm_i32x4_extract_lane(index.lanes, 0));
-    const v128_t lane1 = both(wasm_i32x4_extract_lane(index.lanes, 1));
-    const v128_t lane2 = both(wasm_i32x4_extract_lane(index.lanes, 2));
-    const v128_t lane3 = both(wasm_i32x4_extract_lane(index.lanes, 3));
+    const v128_t lane0 = both(index[0]);
+    const v128_t lane1 = both(index[1]);
+    const v128_t lane2 = both(index[2]);
+    const v128_t lane3 = both(index[3]);
     const v128_t cell01 = wasm_i32x4_shuffle(lane0, lane1, 0, 4, 1, 5);  // x0 x1 y0 y1
     const v128_t cell23 = wasm_i32x4_shuffle(lane2, lane3, 0, 4, 1, 5);
     const v128_t next01 = wasm_i32x4_shuffle(lane0, lane1, 2, 6, 3, 7);

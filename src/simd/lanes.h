@@ -48,6 +48,9 @@ inline float* alignedUp(float* from) {
 inline void store(float* to, float value) {
     *to = value;
 }
+inline void store(std::int32_t* to, std::int32_t value) {
+    *to = value;
+}
 
 template <class Floats>
 Pair<Floats> loadPair(const float* from) = delete;
@@ -101,6 +104,10 @@ inline float max(float a, float b) {
 inline float select(bool which, float yes, float no) {
     return which ? yes : no;
 }
+/// -1 where the mask holds, else the value.
+inline std::int32_t minusOneWhere(bool which, std::int32_t value) {
+    return which ? -1 : value;
+}
 inline bool any(bool which) {
     return which;
 }
@@ -132,9 +139,13 @@ struct Neighbours {
     Pair<Floats> next;
 };
 
-/// The 2-float cells with these indices and the cells after them, which must exist.
-inline Neighbours<float> gatherNeighbours(const float* cells, std::int32_t index) {
-    return {gatherPairs(cells, index), gatherPairs(cells, index + 1)};
+/// The 2-float cells with the indices at `index`, one a lane, and the cells after them, which must
+/// exist.
+template <class Floats>
+Neighbours<Floats> gatherNeighbours(const float* cells, const std::int32_t* index) = delete;
+template <>
+inline Neighbours<float> gatherNeighbours<float>(const float* cells, const std::int32_t* index) {
+    return {gatherPairs(cells, *index), gatherPairs(cells, *index + 1)};
 }
 
 /// High and low byte of one or four values, each in [0, 255].

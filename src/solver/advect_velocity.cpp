@@ -54,8 +54,8 @@ Pair<Floats> advectedCell(const Advection& advection, Floats i, Floats j, Pair<F
 /// way from a velocity to the carried value is so long that a processor holds no more than two or
 /// three groups of it, each of which waits for itself.
 struct Origins {
-    static constexpr std::ptrdiff_t most = 64;
-    float cell[most];  // index of the lower left cell; negative where it has no neighbours
+    static constexpr std::ptrdiff_t most = 128;
+    std::int32_t cell[most];  // index of the lower left cell; negative where it has no neighbours
     float fx[most], fy[most];
 };
 
@@ -69,19 +69,29 @@ void findOrigin(const Advection& advection, Origins& origins, std::ptrdiff_t at,
     const BilinearPlace<Floats> place(source, from.x, from.y);
     const auto isLast = (place.column > Floats(source.lastColumn - 1.0f)) |
                         (place.row > Floats(source.lastRow - 1.0f));
-    store(origins.cell + at,
-          select(isLast, Floats(-1.0f), place.row * Floats(source.rowLength) + place.column));
+    const auto cell = truncate(place.row * Floats(source.rowLength) + place.column);
+    store(origins.cell + at, minusOneWhere(isLast, cell));
     store(origins.fx + at, place.fx);
     store(origins.fy + at, place.fy);
+}
+
+/// Whether all cells of the group at entry `at` have neighbours.
+template <class Floats>
+bool haveNeighbours(const Origins& origins, std::ptrdiff_t at) {
+    std::int32_t all = 0;
+    for (std::ptrdiff_t lane = 0; lane < FloatsTraits<Floats>::width; ++lane) {
+        all |= origins.cell[at + lane];
+    }
+    return all >= 0;
 }
 
 /// The value at entry `at`, which has neighbours.
 template <class Floats>
 Pair<Floats> fetched(const FloatGrid& source, const Origins& origins, std::ptrdiff_t at) {
-    const auto cell = truncate(load<Floats>(origins.cell + at));
+    const std::int32_t* const cell = origins.cell + at;
     const float* const above = source.data + std::ptrdiff_t{source.width} * 2;
     return BilinearWeights<Floats>(load<Floats>(origins.fx + at), load<Floats>(origins.fy + at))
-        .weigh(gatherNeighbours(source.data, cell), gatherNeighbours(above, cell));
+        .weigh(gatherNeighbours<Floats>(source.data, cell), gatherNeighbours<Floats>(above, cell));
 }
 
 /// Columns [begin, end) of row j, at most `Origins::most`. Inlined to the bottom: a call for each
@@ -95,9 +105,8 @@ template <bool withPush>
         findOrigin(advection, origins, i - begin, column, j, loadPair<Floats>(velocity + i * 2));
     });
     forColumns(begin, end, [&]<class Floats>(std::ptrdiff_t i, Floats column) {
-        const bool isInside = !any(load<Floats>(origins.cell + i - begin) < Floats(0.0f));
         storePair(out + i * 2,
-                  isInside
+                  haveNeighbours<Floats>(origins, i - begin)
                       ? arrived<withPush>(advection, column, Floats(j),
                                           fetched<Floats>(advection.source, origins, i - begin))
                       : advectedCell<withPush>(advection, column, Floats(j),

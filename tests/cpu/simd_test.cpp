@@ -15,6 +15,7 @@ struct BuildLanes {
     using Shorts = lanes::Short8;
     static constexpr auto& load = lanes::load;
     static constexpr auto& loadAligned = lanes::loadAligned;
+    static constexpr auto& gatherNeighbours = lanes::gatherNeighbours;
     static constexpr auto& loadPair = lanes::loadPair;
     static constexpr auto& loadShorts = lanes::loadShorts;
     static constexpr auto& ramp = lanes::ramp;
@@ -24,6 +25,7 @@ struct PlainLanes {
     using Shorts = plain::Short8;
     static constexpr auto& load = plain::load;
     static constexpr auto& loadAligned = plain::loadAligned;
+    static constexpr auto& gatherNeighbours = plain::gatherNeighbours;
     static constexpr auto& loadPair = plain::loadPair;
     static constexpr auto& loadShorts = plain::loadShorts;
     static constexpr auto& ramp = plain::ramp;
@@ -103,6 +105,8 @@ TYPED_TEST(Lanes, OperationsMeanForEveryLaneWhatTheyMeanForOne) {
                [](float p, float q) { return p < q && q > 1.0f ? 1.0f : 0.0f; });
         const auto whole = truncate(x);
         EXPECT_EQ(bitCast<Ints4>(whole), each(a, b, [](float p, float) { return truncated(p); }));
+        EXPECT_EQ(bitCast<Ints4>(minusOneWhere(x < y, whole)),
+                  each(a, b, [](float p, float q) { return p < q ? -1 : truncated(p); }));
         expect(toFloat(whole), [](float p, float) { return static_cast<float>(truncated(p)); });
         EXPECT_TRUE(holds(shiftIn(x, y), {a[3], b[0], b[1], b[2]}));
         EXPECT_TRUE(holds(shiftOut(x, y), {a[1], a[2], a[3], b[0]}));
@@ -165,7 +169,10 @@ TYPED_TEST(Lanes, LoadStoreAndGatherExactlyTheirElements) {
 
         EXPECT_TRUE(hold(gatherPairs(from.data(), cells(3, 0, 2, 3)),
                          {infinity, 1.0f, 5.0f, infinity}, {8.0f, -0.0f, 6.0f, 8.0f}));
-        const auto [cell, next] = gatherNeighbours(from.data(), cells(2, 0, 1, 2));
+        const GuardedBlock<std::int32_t> indices(4, side);
+        store(indices.data(), cells(2, 0, 1, 2));
+        EXPECT_TRUE(areEqual(indices.elements(), std::array{2, 0, 1, 2}));
+        const auto [cell, next] = TypeParam::gatherNeighbours(from.data(), indices.data());
         EXPECT_TRUE(hold(cell, {5.0f, 1.0f, 3.0f, 5.0f}, {6.0f, -0.0f, nan, 6.0f}));
         EXPECT_TRUE(hold(next, {infinity, 3.0f, 5.0f, infinity}, {8.0f, nan, 6.0f, 8.0f}));
 
