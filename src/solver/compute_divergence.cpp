@@ -1,5 +1,3 @@
-#include <algorithm>
-
 #include "solver/clamped_row.h"
 #include "solver/passes.h"
 #include "solver/sampling.h"

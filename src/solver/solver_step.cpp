@@ -1,7 +1,8 @@
 #include "solver/solver_step.h"
 
+#include <algorithm>
+#include <cmath>
 #include <cstdlib>
-#include <limits>
 #include <utility>
 
 #include "base/screen.h"
@@ -139,19 +140,36 @@ void project(EffectState& state) {
     std::swap(state.velocity, state.velocityScratch);
 }
 
+/// Of a number that is not finite, the difference with itself is NaN, and so is a sum with it. Four
+/// sums, none of which waits for the others.
+bool areFinite(const float* numbers, std::ptrdiff_t count) {
+    Float4 sums[4] = {0.0f, 0.0f, 0.0f, 0.0f};
+    const std::ptrdiff_t whole = count / 16 * 16;
+    for (std::ptrdiff_t i = 0; i < whole; i += 16) {
+        for (std::ptrdiff_t k = 0; k < 4; ++k) {
+            const Float4 value = load<Float4>(numbers + i + 4 * k);
+            sums[k] = sums[k] + (value - value);
+        }
+    }
+    float lanes[4];
+    store(lanes, (sums[0] + sums[1]) + (sums[2] + sums[3]));
+    float sum = lanes[0] + lanes[1] + lanes[2] + lanes[3];
+    for (std::ptrdiff_t i = whole; i < count; ++i) {
+        sum += numbers[i] - numbers[i];
+    }
+    return sum == 0.0f;
+}
+
 /// Pressures and strokes from far outside the screen may leave infinities and NaN, which would go
 /// round in the flow for ever: they start again from rest. What is merely huge decays.
 void restWhatIsNotFinite(const FloatGrid& velocity) {
-    constexpr float infinity = std::numeric_limits<float>::infinity();
     float* const components = velocity.data;
-    forGroups(0, std::ptrdiff_t{velocity.width} * velocity.height * 2,
-              [=]<class Floats>(std::ptrdiff_t i) {
-                  const Floats v = load<Floats>(components + i);
-                  const auto isFinite = (v < Floats(infinity)) & (v > Floats(-infinity));
-                  if (any(select(isFinite, Floats(0.0f), Floats(1.0f)) > Floats(0.0f))) {
-                      store(components + i, select(isFinite, v, Floats(0.0f)));
-                  }
-              });
+    const std::ptrdiff_t count = std::ptrdiff_t{velocity.width} * velocity.height * 2;
+    if (areFinite(components, count)) {
+        return;
+    }
+    std::replace_if(
+        components, components + count, [](float value) { return !std::isfinite(value); }, 0.0f);
 }
 
 }  // namespace

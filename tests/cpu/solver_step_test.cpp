@@ -124,13 +124,13 @@ TEST(SolverStep, MarginsIterationsSettingsAndOddSizes) {
     }
 }
 
-/// The flow after a step far from the touch on a flow of one speed, but in the first cell.
-std::vector<float> afterStep(float speed, float speedOfFirstCell) {
+/// The flow after a step far from the touch on a flow of one speed, but in one cell.
+std::vector<float> afterStep(float speed, std::size_t cell, float speedOfCell) {
     EffectState state;
     const TouchVariables touch = touchAt(5, 5, 0, 0);
     makeDrag(state, TapMode, touch);
     std::fill_n(state.velocity.data, contents(state.velocity, 2).size(), speed);
-    std::fill_n(state.velocity.data, 2, speedOfFirstCell);
+    std::fill_n(state.velocity.data + cell * 2, 2, speedOfCell);
     runSolverStep(state, touch);
     const auto flow = contents(state.velocity, 2);
     return {flow.begin(), flow.end()};
@@ -146,13 +146,17 @@ TEST(SolverStep, OnlyWhatIsNotFiniteStartsFromRest) {
                                              {-infinity, 0.0f},
                                              {nan, 0.0f}};
     for (const auto& [speed, expected] : cases) {
-        for (const float carried : afterStep(speed, speed)) {
+        for (const float carried : afterStep(speed, 0, speed)) {
             ASSERT_FLOAT_EQ(carried, expected) << speed;
         }
-        const std::vector<float> beside = afterStep(0.5f, speed);
-        EXPECT_FLOAT_EQ(beside.back(), 0.45f) << speed << " in the first cell";
-        EXPECT_TRUE(
-            std::all_of(beside.begin(), beside.end(), [](float v) { return std::isfinite(v); }));
+        const std::size_t cells = afterStep(speed, 0, speed).size() / 2;
+        for (std::size_t cell = 0; cell < cells; ++cell) {
+            const std::vector<float> beside = afterStep(0.5f, cell, speed);
+            EXPECT_FLOAT_EQ(cell < cells / 2 ? beside.back() : beside.front(), 0.45f) << speed;
+            EXPECT_TRUE(
+                std::all_of(beside.begin(), beside.end(), [](float v) { return std::isfinite(v); }))
+                << speed << " in cell " << cell;
+        }
     }
     volatile float tiny = 1e-39f;
     EXPECT_NE(tiny * 0.5f, 0.0f) << "the mode is left as it was found";
