@@ -61,10 +61,12 @@ EffectHost::EffectHost(EffectHostOptions chosen)
 }
 
 void EffectHost::replaceWater(WaterSettings settings) {
+    WaterDriver water = makeWater(environment, options.width, options.height, settings);
     if (waterDriver) {
+        carryWaves(*waterDriver, water);
         releaseWater(*waterDriver, environment);
     }
-    waterDriver = makeWater(environment, options.width, options.height, settings);
+    waterDriver = water;
     fillMvp(JniEnvironment::elements(mvpMatrix), *waterDriver);
 }
 

@@ -87,7 +87,7 @@ public:
     /// Destroys the GL context with everything in it and sets up a new one.
     void loseContext();
     void setBackgrounds(Picture background, Picture secondBackground);
-    /// Calm water on another grid; the ink stays.
+    /// Another grid for the water; its waves stay, and so does the ink.
     void replaceWater(WaterSettings settings);
 
     Look& look() { return options.look; }

@@ -38,6 +38,19 @@ void raiseCone(const WaterDriver& water, JniEnvironment& jni, double x, double y
                    onMesh(y, water.screenHeight), strength);
 }
 
+/// The grid's value at a place between cells, in cells.
+float valueBetween(std::span<const float> grid, const WaterDriver& water, double x, double y) {
+    const int left = std::min(static_cast<int>(x), water.columns - 2);
+    const int top = std::min(static_cast<int>(y), water.rows - 2);
+    const auto weightX = static_cast<float>(x - left);
+    const auto weightY = static_cast<float>(y - top);
+    const auto rowAt = [&](int row) {
+        const auto cell = static_cast<std::size_t>(row * water.columns + left);
+        return std::lerp(grid[cell], grid[cell + 1], weightX);
+    };
+    return std::lerp(rowAt(top), rowAt(top + 1), weightY);
+}
+
 /// Cones one radius apart on a triangular lattice, lower outwards. Where they overlap they add up
 /// to a slope, `overlap` times as high as each.
 void raiseWideCone(const WaterDriver& water, JniEnvironment& jni, double x, double y,
@@ -91,6 +104,27 @@ WaterDriver makeWater(JniEnvironment& jni, int screenWidth, int screenHeight,
                        water.meshSizeWidth, water.meshSizeHeight, water.numDetailsWidth,
                        water.numDetailsHeight);
     return water;
+}
+
+void carryWaves(const WaterDriver& from, WaterDriver& to) {
+    const auto carry = [&](jfloatArray source, jfloatArray destination, float factor) {
+        const std::span<const float> cells = JniEnvironment::elements(source);
+        const std::span<float> carried = JniEnvironment::elements(destination);
+        for (int row = 1; row < to.rows - 1; ++row) {
+            for (int column = 1; column < to.columns - 1; ++column) {
+                const double x = static_cast<double>(column) * from.columns / to.columns;
+                const double y = static_cast<double>(row) * from.rows / to.rows;
+                carried[static_cast<std::size_t>(row * to.columns + column)] =
+                    factor * valueBetween(cells, from, x, y);
+            }
+        }
+    };
+    carry(from.height, to.height, 1.0f);
+    carry(from.velocity, to.velocity,
+          static_cast<float>(from.settings.stepsPerSecond) /
+              static_cast<float>(to.settings.stepsPerSecond));
+    to.resting = from.resting;
+    buildHeights(to);
 }
 
 void releaseWater(const WaterDriver& water, JniEnvironment& jni) {

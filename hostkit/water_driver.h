@@ -70,6 +70,10 @@ struct WaterDriver {
 WaterDriver makeWater(JniEnvironment& jni, int screenWidth, int screenHeight,
                       WaterSettings settings = {});
 
+/// Gives `to`, a water of the same screen on another grid or at another rate of steps, the waves of
+/// `from` as they stand and run.
+void carryWaves(const WaterDriver& from, WaterDriver& to);
+
 /// Gives the arrays of a water back.
 void releaseWater(const WaterDriver& water, JniEnvironment& jni);
 

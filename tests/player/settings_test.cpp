@@ -38,12 +38,21 @@ struct Pond {
     double volume() const {
         return std::reduce(heights().begin(), heights().end(), 0.0) / (water.columns * water.rows);
     }
+    std::span<const float> middleRow() const {
+        return heights().subspan(static_cast<std::size_t>(water.rows / 2 * water.columns),
+                                 static_cast<std::size_t>(water.columns));
+    }
     /// Distance from the middle of the highest crest to its right, in shorter sides.
     double crest() const {
-        const auto row = heights().subspan(static_cast<std::size_t>(water.rows / 2 * water.columns),
-                                           static_cast<std::size_t>(water.columns));
+        const auto row = middleRow();
         const auto crest = std::max_element(row.begin() + water.columns / 2, row.end());
         return static_cast<double>(crest - row.begin()) / water.columns - 0.5;
+    }
+    void changeMesh(player::Settings settings, int detail) {
+        settings.meshDetail = detail;
+        const WaterDriver old = water;
+        water = hostkit::makeWater(jni, side, side, player::waterOf(settings));
+        hostkit::carryWaves(old, water);
     }
 };
 
@@ -62,6 +71,27 @@ TEST(Settings, WavesRunAtOneSpeedOnAnyMeshAtAnyFrameRate) {
                 pond.run(static_cast<int>(seconds * rate), 1'000'000'000ns / rate);
                 EXPECT_NEAR(pond.crest(), 0.24, 0.03) << rate << " frames a second";
             }
+        }
+    }
+}
+
+TEST(Settings, WavesRunOnWhenTheMeshChanges) {
+    for (const int detail : {60, 180}) {
+        for (const float speed : {0.3f, 1.0f}) {  // of one rate of steps, and of several
+            player::Settings settings;
+            settings.waveSpeed = speed;
+            settings.damping = 0.999f;
+            const int frames = static_cast<int>(6.0f / speed);
+            Pond changed(settings);
+            changed.run(frames, 17ms);
+            changed.changeMesh(settings, detail);
+            changed.run(frames, 17ms);
+            Pond same(settings);
+            same.run(2 * frames, 17ms);
+            SCOPED_TRACE(testing::Message() << detail << " cells, speed " << speed);
+            EXPECT_NEAR(changed.crest(), same.crest(), 0.03);
+            EXPECT_NEAR(std::ranges::max(changed.middleRow()), std::ranges::max(same.middleRow()),
+                        0.2f * std::ranges::max(same.middleRow()));
         }
     }
 }
