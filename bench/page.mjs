@@ -1,5 +1,6 @@
 // How fast the page is in headless Chromium with software GL: the file's size, the time from opening to the first
-// frame, frames a second without the display's cap, and the page's own milliseconds of a frame outside GL.
+// frame, frames a second without the display's cap, and the page's own milliseconds of a frame outside GL; at all of
+// the quality, and at each step down that the page takes by itself where frames are late.
 // Usage: node bench/page.mjs [WIDTHxHEIGHT] [SECONDS] [LOOK]     LOOK: settings that differ, as JSON
 
 import { statSync } from "node:fs";
@@ -76,25 +77,45 @@ async function processorTime() {
     return processInfo.reduce((sum, { cpuTime }) => sum + cpuTime, 0);
 }
 
+/** Frames a second, and milliseconds of processors each, at a level of quality. */
+async function speedAt(page, level) {
+    await page.evaluate((value) => {
+        window.velmora.quality.level = value;
+        window.velmora.restart();
+    }, level);
+    const before = await processorTime();
+    const { perSecond, frames } = await page.evaluate(stir, seconds);
+    const processors = (1000 * ((await processorTime()) - before)) / frames;
+    const words = await page.evaluate(() => window.velmora.quality.words || "all of the quality");
+    return { perSecond, processors, words };
+}
+
+async function ownTime(hash) {
+    const page = await open(browser, { size, hash, before: watchGl });
+    const { own } = await page.evaluate(stir, Math.min(seconds, 3));
+    await page.context().close();
+    return own;
+}
+
 console.log(`size             ${(statSync(`${top}/build/web/velmora.html`).size / 1024).toFixed(0)} KB`);
 for (const waterOnly of [false, true]) {
     const hash = `#look=${encodeURIComponent(JSON.stringify({ waterOnly, ...look }))}`;
     const page = await open(browser, { size, hash });
     const first = await page.evaluate(() => performance.getEntriesByName("first frame")[0]?.startTime ?? NaN);
-    const before = await processorTime();
-    const { perSecond, frames } = await page.evaluate(stir, seconds);
-    const processors = ((await processorTime()) - before) / frames;
-    await page.context().close();
-    const watched = await open(browser, { size, hash, before: watchGl });
-    const { own } = await watched.evaluate(stir, Math.min(seconds, 3));
-    await watched.context().close();
     console.log(
         `${waterOnly ? "water only" : "ink and water"}`.padEnd(16),
-        `${perSecond.toFixed(1)} frames/s`.padEnd(16),
-        `${(1000 * processors).toFixed(1)} ms of processors a frame`.padEnd(34),
-        `${own.toFixed(2)} ms a frame outside GL`.padEnd(28),
-        `first frame after ${first.toFixed(0)} ms`.padEnd(28),
-        `load ${loadavg()[0].toFixed(1)}`,
+        `${(await ownTime(hash)).toFixed(2)} ms a frame outside GL`.padEnd(28),
+        `first frame after ${first.toFixed(0)} ms`,
     );
+    for (const level of [0, 1, 2, 3]) {
+        const { perSecond, processors, words } = await speedAt(page, level);
+        console.log(
+            `    ${words}`.padEnd(38),
+            `${perSecond.toFixed(1)} frames/s`.padEnd(16),
+            `${processors.toFixed(1)} ms of processors a frame`.padEnd(34),
+            `load ${loadavg()[0].toFixed(1)}`,
+        );
+    }
+    await page.context().close();
 }
 await browser.close();
