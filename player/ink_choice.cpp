@@ -23,14 +23,14 @@ constexpr double lightestDark = 0.65;
 constexpr double widestTurn = 50.0;
 
 double chroma(const Color& color) {
-    const auto [least, most] = std::ranges::minmax(color);
-    return most - least;
+    const auto [least, most] = std::minmax_element(color.begin(), color.end());
+    return *most - *least;
 }
 
 /// In degrees, of a color with chroma.
 double hueOf(const Color& color) {
     const auto [red, green, blue] = color;
-    const double most = std::ranges::max(color);
+    const double most = *std::max_element(color.begin(), color.end());
     const double sixth = most == red     ? (green - blue) / chroma(color)
                          : most == green ? (blue - red) / chroma(color) + 2.0
                                          : (red - green) / chroma(color) + 4.0;

@@ -13,7 +13,7 @@ test("a drag from disk leaves ink along its way and none beside it", async () =>
     const page = await open(browser, { size: [540, 960] });
     const start = await picture(page);
     await drag(page, [150, 300], [390, 300]);
-    await frames(page, 8);
+    await frames(page, 3);
     const end = await picture(page);
     await page.screenshot({ path: join(shots, "opens.png") });
     assert.ok(difference(start, end, [0.3, 0.28, 0.7, 0.34]) > 5, "ink along the way");

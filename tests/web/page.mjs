@@ -49,6 +49,7 @@ export async function open(browser, options = {}) {
     await page.goto(page.address);
     if (ready) {
         await page.waitForFunction(() => window.velmora?.counts.frames > 0);
+        await page.evaluate(() => (window.velmora.quality.fits = false)); // software GL draws all of it, slowly
     }
     return page;
 }

@@ -1,10 +1,13 @@
 #include <emscripten/emscripten.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <iterator>
 #include <string>
 
 #include "hostkit/host_error.h"
+#include "player/ink_choice.h"
+#include "player/random_look.h"
 #include "velmora/solver_grid.h"
 #include "web/host/stage.h"
 
@@ -48,6 +51,13 @@ std::string text(const std::array<float, 3>& color) {
     return "[" + text(color[0]) + "," + text(color[1]) + "," + text(color[2]) + "]";
 }
 
+/// In the order of setSettings.
+void writeSettings(const player::Settings& settings, float* values) {
+    forEachField(
+        [&](const auto& field) { *values++ = static_cast<float>(settings.*field.member); });
+    std::copy(settings.ink.begin(), settings.ink.end(), values);
+}
+
 }  // namespace
 
 extern "C" {
@@ -88,9 +98,18 @@ EMSCRIPTEN_KEEPALIVE void setSettings(const float* values) {
 }
 
 EMSCRIPTEN_KEEPALIVE void getSettings(float* values) {
-    forEachField(
-        [&](const auto& field) { *values++ = static_cast<float>(stage.settings.*field.member); });
-    std::copy(stage.settings.ink.begin(), stage.settings.ink.end(), values);
+    writeSettings(stage.settings, values);
+}
+
+/// A look by chance, each seed's its own, written as by getSettings; nothing changes.
+EMSCRIPTEN_KEEPALIVE void randomSettings(unsigned seed, float* values) {
+    writeSettings(player::randomLook(seed), values);
+}
+
+/// Three numbers, of an ink that stands out from the shown picture.
+EMSCRIPTEN_KEEPALIVE void inkOfPicture(float* ink) {
+    const auto color = player::inkAgainst(stage.pictures[stage.settings.secondBackground ? 1 : 0]);
+    std::copy(color.begin(), color.end(), ink);
 }
 
 EMSCRIPTEN_KEEPALIVE void restart(int width, int height) {

@@ -94,7 +94,19 @@ export class Effect {
 
     getValues(): number[] {
         this.module._getSettings(this.values);
-        return [...this.module.HEAPF32.subarray(this.values / 4, this.values / 4 + this.valueCount)];
+        return this.numbers(this.valueCount);
+    }
+
+    /** Of a look by chance; each seed has its own. */
+    randomValues(seed: number): number[] {
+        this.module._randomSettings(seed, this.values);
+        return this.numbers(this.valueCount);
+    }
+
+    /** An ink that stands out from the shown picture. */
+    inkOfPicture(): Ink {
+        this.module._inkOfPicture(this.values);
+        return this.numbers(3) as Ink;
     }
 
     startRecording(): void {
@@ -134,6 +146,10 @@ export class Effect {
             cells.set(this.module.HEAPU8.subarray(start, start + bytes), half * bytes);
         });
         return cells;
+    }
+
+    private numbers(count: number): number[] {
+        return [...this.module.HEAPF32.subarray(this.values / 4, this.values / 4 + count)];
     }
 
     private text(address: number): string {

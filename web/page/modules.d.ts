@@ -23,6 +23,8 @@ interface EffectModule {
     _describeSettings(): number;
     _setSettings(values: number): void;
     _getSettings(values: number): void;
+    _randomSettings(seed: number, values: number): void;
+    _inkOfPicture(ink: number): void;
     _restart(width: number, height: number): void;
     _showPicture(place: number, width: number, height: number, rgba: number): void;
     _renewContext(): void;

@@ -4,8 +4,9 @@ import GUI, { type Controller } from "lil-gui";
 import type { Command } from "./commands";
 import type { SettingField } from "./effect";
 import type { Ink, Look } from "./look";
+import type { Looks } from "./looks";
 import type { Player } from "./player";
-import { presetOf, type PresetList } from "./presets";
+import { presetOf } from "./presets";
 import { Times } from "./times";
 
 const groups: Record<string, string[]> = {
@@ -28,15 +29,6 @@ const hints: Record<string, string> = {
     timeScale: "seconds of the effect per second",
 };
 
-export interface PanelParts {
-    player: Player;
-    presets: PresetList;
-    choosePreset(name: string): void;
-    /** Buttons by the folder that they stand in. */
-    tools: Record<string, Command[]>;
-    commands: Command[];
-}
-
 export class Panel {
     private readonly gui: GUI;
     private readonly times: Times;
@@ -46,7 +38,10 @@ export class Panel {
     constructor(
         private readonly place: HTMLElement,
         private readonly button: HTMLButtonElement,
-        private readonly parts: PanelParts,
+        private readonly player: Player,
+        private readonly looks: Looks,
+        /** Buttons by the folder that they stand in. */
+        private readonly tools: Record<string, Command[]>,
     ) {
         this.gui = new GUI({ container: place, title: "Velmora", width: 320 });
         this.addPresets();
@@ -56,10 +51,10 @@ export class Panel {
                 this.addInk();
             }
         }
-        for (const [folder, commands] of Object.entries(parts.tools)) {
+        for (const [folder, commands] of Object.entries(tools)) {
             this.addTools(folder, commands);
         }
-        this.times = new Times(parts.player);
+        this.times = new Times(player);
         place.append(this.times.element);
         setInterval(() => this.isOpen && this.times.update(), 500);
         this.gui.onChange(() => this.changed());
@@ -93,19 +88,20 @@ export class Panel {
     }
 
     private changed(): void {
-        this.parts.player.userCame();
+        this.player.userCame();
         this.listPresets();
     }
 
     private addPresets(): void {
         const folder = this.gui.addFolder("Preset");
         this.presetControl = this.choice(folder, []);
-        this.addButtons(folder, this.parts.tools["Preset"] ?? []);
+        this.addButtons(folder, this.tools["Preset"] ?? []);
     }
 
     /** The preset's name; with a mark where a setting differs from it. */
     private listPresets(): void {
-        const { presets, player } = this.parts;
+        const { player } = this;
+        const { presets } = this.looks;
         const found = presetOf(presets, player.look)?.name;
         const shown = found ?? (this.preset.name ? `${this.preset.name.replace(/ \*$/, "")} *` : "of your own");
         this.preset.name = shown;
@@ -118,13 +114,13 @@ export class Panel {
         return folder
             .add(this.preset, "name", names)
             .name("preset")
-            .onChange((name: string) => this.parts.choosePreset(name.replace(/ \*$/, "")));
+            .onChange((name: string) => this.looks.choose(name.replace(/ \*$/, "")));
     }
 
     private addGroup(group: string, names: string[]): void {
         const folder = this.gui.addFolder(group).close();
         for (const name of names) {
-            const field = this.parts.player.effect.fields.find((one) => one.name === name);
+            const field = this.player.effect.fields.find((one) => one.name === name);
             if (field) {
                 this.addSetting(folder, field);
             }
@@ -132,7 +128,7 @@ export class Panel {
     }
 
     private addSetting(folder: GUI, field: SettingField): void {
-        const look = this.parts.player.look;
+        const look = this.player.look;
         const control =
             field.kind === "switch"
                 ? folder.add(look, field.name)
@@ -141,7 +137,7 @@ export class Panel {
     }
 
     private addInk(): void {
-        const { look, effect } = this.parts.player;
+        const { look, effect } = this.player;
         const folder = this.gui.addFolder("Ink").close();
         this.label(folder.addColor(look, "ink").name("colour"));
         const swatches = document.createElement("div");

@@ -9,6 +9,7 @@ import { FrameClock, frameTime } from "./frame_clock";
 import { firstLook, lookOf, valuesOf, type Look } from "./look";
 import { drawOverlays, type Overlays } from "./overlays";
 import { firstPictures, pixelsOf, type Pictures } from "./pictures";
+import { Quality } from "./quality";
 import { pixelSize } from "./screen";
 
 /** Milliseconds of the newest frames: one whole frame of the page, and what the effect took of it. */
@@ -28,6 +29,7 @@ export class Player {
     };
     readonly pictures: Pictures = firstPictures();
     readonly finger: Finger;
+    readonly quality = new Quality();
     readonly times: FrameTime[] = [];
     /** Since the page was opened: animation frames asked for, frames of the effect, GL contexts. */
     readonly counts = { animationFrames: 0, frames: 0, contexts: 1 };
@@ -57,6 +59,10 @@ export class Player {
     private shownValues = "";
     private resizeTimer = 0;
     private waterOnly = false;
+    /** What is recorded or replayed is the same on every machine: all of its quality. */
+    private exact = false;
+    private lastTick = 0;
+    private lastFrame = 0;
 
     constructor(
         readonly effect: Effect,
@@ -81,7 +87,7 @@ export class Player {
     /** From the start on the canvas' present size: calm water, no ink. */
     restart(): void {
         this.beforeRestart();
-        this.size = pixelSize(this.canvas);
+        this.size = this.wantedSize;
         this.canvas.width = this.size.width;
         this.canvas.height = this.size.height;
         this.uploadPictures();
@@ -111,7 +117,9 @@ export class Player {
         if (this.scheduled || this.lost || document.hidden) {
             return;
         }
-        this.clock.skip(performance.now());
+        this.lastTick = performance.now();
+        this.quality.skip();
+        this.clock.skip(this.lastTick);
         this.schedule();
     }
 
@@ -163,13 +171,14 @@ export class Player {
 
     /** Restarts, and keeps what happens from there. */
     startRecording(): void {
+        this.becomeExact();
         this.effect.startRecording();
         this.begin();
-        this.recording = true;
+        this.exact = this.recording = true;
     }
 
     finishRecording(): string {
-        this.recording = false;
+        this.exact = this.recording = false;
         return this.effect.finishRecording();
     }
 
@@ -177,9 +186,10 @@ export class Player {
     replay(script: string, name: string): string {
         const fault = this.effect.startReplay(script, name);
         if (!fault) {
+            this.becomeExact();
+            this.effect.startReplay(script, name);
             this.begin();
-            this.recording = false;
-            this.replaying = true;
+            this.exact = this.replaying = true;
             this.view.paused = false;
         }
         return fault;
@@ -201,8 +211,7 @@ export class Player {
 
     private begin(): void {
         this.moves = [];
-        this.replaying = false;
-        this.recording = false;
+        this.exact = this.replaying = this.recording = false;
         this.probe.watch(this.size);
         this.calm.start();
         this.wake();
@@ -218,12 +227,29 @@ export class Player {
         this.effect.showPicture(1, pixelsOf(this.pictures.sources[1], this.size));
     }
 
+    private get wantedSize(): Size {
+        return pixelSize(this.canvas, this.exact ? 1 : this.quality.pixels);
+    }
+
+    private get hasWantedSize(): boolean {
+        const { width, height } = this.wantedSize;
+        return width === this.size.width && height === this.size.height;
+    }
+
+    private becomeExact(): void {
+        this.exact = true;
+        if (!this.hasWantedSize) {
+            this.restart();
+            this.exact = true;
+        }
+        this.passLook();
+    }
+
     /** A new size is a new start; while a window is dragged larger there are many of them. */
     private followSize(): void {
         clearTimeout(this.resizeTimer);
         this.resizeTimer = window.setTimeout(() => {
-            const { width, height } = pixelSize(this.canvas);
-            if (!this.lost && (width !== this.size.width || height !== this.size.height)) {
+            if (!this.lost && !this.hasWantedSize) {
                 this.restart();
             }
         }, 150);
@@ -240,12 +266,18 @@ export class Player {
         if (this.lost) {
             return;
         }
+        if (!this.view.paused && !this.exact) {
+            this.quality.note(now - this.lastTick);
+        }
         for (const elapsed of this.dueFrames(now)) {
             this.frame(elapsed, now);
         }
+        this.lastTick = now;
         drawOverlays(this.view, this.probe, this.overlay);
         if (!this.rests) {
             this.schedule();
+        } else if (!this.hasWantedSize && !this.view.paused) {
+            this.restart(); // nobody sees it: calm water, and no ink
         }
     }
 
@@ -281,20 +313,30 @@ export class Player {
         }
         this.followScript();
         this.calm.see(this.effect.waterIsCalm);
-        this.noteTime(now, performance.now() - start);
+        this.times.push({ between: Math.min(now - this.lastFrame, 1000), effect: performance.now() - start });
+        this.lastFrame = now;
+        if (this.times.length > frameTimesKept) {
+            this.times.shift();
+        }
         this.still = this.view.paused ? copyOf(this.canvas) : null;
         this.afterFrame.forEach((call) => call());
     }
 
     /** Settings reach the effect only when they changed. */
     private passLook(): void {
-        const values = valuesOf(this.look, this.effect.fields);
+        const values = this.values;
         if (String(values) !== this.shownValues) {
             this.followInkMode();
             this.shownValues = String(values);
             this.effect.setValues(values);
             this.calm.disturb();
         }
+    }
+
+    private get values(): number[] {
+        const { fields } = this.effect;
+        const values = valuesOf(this.look, fields);
+        return this.exact ? values : this.quality.fit(values, fields);
     }
 
     /** With or without ink is another start of the effect. */
@@ -313,20 +355,11 @@ export class Player {
             return;
         }
         Object.assign(this.look, lookOf(this.effect.getValues(), this.effect.fields));
-        this.shownValues = String(valuesOf(this.look, this.effect.fields));
+        this.shownValues = String(this.values);
         this.onLook();
         if (!this.effect.replays) {
-            this.replaying = false;
+            this.exact = this.replaying = false;
             this.onReplayEnd();
-        }
-    }
-
-    private lastTick = 0;
-    private noteTime(now: number, effect: number): void {
-        this.times.push({ between: Math.min(now - this.lastTick, 1000), effect });
-        this.lastTick = now;
-        if (this.times.length > frameTimesKept) {
-            this.times.shift();
         }
     }
 }

@@ -7,11 +7,12 @@ const mostPixels = 1080 * 1920;
 /** The flow needs twelve pixels a cell, and a few cells. */
 const fewest = 48;
 
-export function pixelSize(canvas: HTMLCanvasElement): Size {
+/** `part` of the pixels that there are along a side. */
+export function pixelSize(canvas: HTMLCanvasElement, part: number): Size {
     const { clientWidth, clientHeight } = canvas;
     const ratio = Math.max(window.devicePixelRatio || 1, 0.1);
     const area = Math.max(clientWidth * clientHeight, 1) * ratio * ratio;
-    const scale = ratio * Math.min(1, Math.sqrt(mostPixels / area));
+    const scale = part * ratio * Math.min(1, Math.sqrt(mostPixels / area));
     return {
         width: Math.max(fewest, Math.round(clientWidth * scale)),
         height: Math.max(fewest, Math.round(clientHeight * scale)),

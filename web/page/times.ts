@@ -24,7 +24,7 @@ export class Times {
         const { width, height } = this.player.screen;
         this.line.textContent = times.length
             ? `${(1000 / mean("between")).toFixed(0)} frames/s, ${mean("effect").toFixed(1)} ms of script each, ` +
-              `${width} × ${height}`
+              [`${width} × ${height}`, this.player.quality.words].filter(Boolean).join(", ")
             : "";
         this.drawBars();
     }

@@ -1,0 +1,159 @@
+// What the page does besides the effect itself: overlays, full screen, sharing, looks by chance, fitted quality.
+
+import assert from "node:assert/strict";
+import { after, before, test } from "node:test";
+import { readFileSync } from "node:fs";
+import { join } from "node:path";
+import { bring, close, difference, drag, frames, launch, notice, open, picture, serve, shots, top } from "./page.mjs";
+
+let browser;
+before(async () => (browser = await launch()));
+after(() => browser.close());
+
+/** Parts of the overlay with anything drawn: along the finger's way, and far from it. */
+function drawnOver(page) {
+    return page.evaluate(() => {
+        const overlay = document.getElementById("overlay");
+        const { width, height } = overlay;
+        const copy = new OffscreenCanvas(width, height).getContext("2d", { willReadFrequently: true });
+        copy.drawImage(overlay, 0, 0);
+        const share = (top, bottom) => {
+            const { data } = copy.getImageData(0, top * height, width, (bottom - top) * height);
+            return data.filter((value, at) => at % 4 === 3 && value > 100).length / (data.length / 4);
+        };
+        return overlay.hidden ? null : [share(0.35, 0.5), share(0.8, 0.95)];
+    });
+}
+
+test("overlays of flow and density lie where the finger went, and go", async () => {
+    const page = await open(browser, {});
+    assert.equal(await drawnOver(page), null);
+    for (const [key, words] of [["d", "the ink's density"], ["v", "the flow"]]) {
+        await page.keyboard.press(key);
+        await notice(page, words);
+        await drag(page, [60, 200], [120, 200], 2); // a longer one's flow spreads over all of a small screen
+        const [near, far] = await drawnOver(page);
+        assert.ok(near > 0.005 && near > 1.5 * far, `${words}: ${near} along its way, ${far} far from it`);
+        await page.screenshot({ path: join(shots, `overlay-${key}.png`) });
+        await page.keyboard.press(key);
+        await frames(page, 1);
+        assert.equal(await drawnOver(page), null);
+        await page.keyboard.press("c");
+    }
+    await close(page);
+});
+
+test("full screen by key, and back", async () => {
+    const page = await open(browser, {});
+    const full = () => page.evaluate(() => document.fullscreenElement !== null);
+    for (const on of [true, false]) {
+        await page.keyboard.press("x");
+        await page.waitForFunction((wanted) => (document.fullscreenElement !== null) === wanted, on);
+        assert.equal(await full(), on);
+    }
+    await page.evaluate(() => (document.documentElement.requestFullscreen = undefined));
+    await page.keyboard.press("x");
+    await notice(page, "no full screen");
+    await close(page);
+});
+
+test("a look is shared by the browser's own sheet, else by the clipboard, else by the address", async () => {
+    const server = await serve();
+    const page = await open(browser, { url: server.url });
+    const share = async (means) => {
+        await page.evaluate((name) => {
+            const [sheet, clipboard] = [name === "sheet", name === "clipboard"];
+            const fails = () => Promise.reject(new Error());
+            const set = (key, value) => Object.defineProperty(navigator, key, { value, configurable: true });
+            set("share", sheet ? async ({ url }) => (window.shared = url) : undefined);
+            set("clipboard", { writeText: clipboard ? async (url) => (window.shared = url) : fails });
+            window.shared = "";
+        }, means);
+        await page.keyboard.press("u");
+    };
+    for (const means of ["sheet", "clipboard"]) {
+        await share(means);
+        await page.waitForFunction(() => window.shared !== "");
+        assert.equal(await page.evaluate(() => window.shared), page.url());
+        assert.match(page.url(), /#look=/);
+    }
+    await share("nothing");
+    await notice(page, "address now carries this look");
+    page.address = page.address.split("#")[0];
+    await close(page);
+    server.stop();
+});
+
+test("an ink against the picture, a look by chance, and the preset's again", async () => {
+    const page = await open(browser, {});
+    const look = () => page.evaluate(() => structuredClone(window.velmora.look));
+    const red = await page.evaluate(async () => {
+        const canvas = new OffscreenCanvas(90, 160);
+        const context = canvas.getContext("2d");
+        context.fillStyle = "#c02020";
+        context.fillRect(0, 0, 90, 160);
+        return [...new Uint8Array(await (await canvas.convertToBlob()).arrayBuffer())];
+    });
+    await bring(page, "drop", ["red.png", "image/png", red]);
+    await page.waitForFunction(() => window.velmora.pictures.sources[0] instanceof ImageBitmap);
+    await page.keyboard.press("i");
+    const { ink } = await look();
+    assert.ok(Math.min(ink[1], ink[2]) > ink[0] + 0.2, `${ink} against red`);
+
+    await page.keyboard.press("n");
+    const preset = await look();
+    await page.keyboard.press("m");
+    const [first, second] = [await look(), (await page.keyboard.press("m"), await look())];
+    assert.notDeepEqual(first, preset);
+    assert.notDeepEqual(second, first);
+    await page.keyboard.press("Backspace");
+    assert.deepEqual(await look(), preset);
+    await close(page);
+});
+
+test("quality falls where frames are late, and comes back where they are not", async () => {
+    const page = await open(browser, {});
+    const levels = await page.evaluate(() => {
+        const spans = (keeper, count, milliseconds) => {
+            for (let frame = 0; frame < 24 * count; ++frame) {
+                keeper.note(milliseconds);
+            }
+            return keeper.level;
+        };
+        const keeper = () => new window.velmora.quality.constructor();
+        const [slow, quick, idle] = [keeper(), keeper(), keeper()];
+        return {
+            slow: [60, 50, 40].map((late) => spans(slow, 1, late)),
+            again: [spans(slow, 11, 16.7), spans(slow, 1, 16.7), spans(slow, 24, 16.7)],
+            quick: spans(quick, 50, 16.7),
+            display: [spans(idle, 1, 33.3), spans(idle, 50, 33.3)], // it shows no more, whatever is drawn
+        };
+    });
+    assert.deepEqual(levels, { slow: [1, 2, 3], again: [3, 2, 0], quick: 0, display: [1, 0] });
+    await close(page);
+});
+
+test("less quality leaves waves and ink, and a replay has all of it", async () => {
+    const page = await open(browser, {});
+    const cells = () => page.evaluate(() => window.velmora.effect.waterBytes().length);
+    const setLevel = (level) => page.evaluate((value) => (window.velmora.quality.level = value), level);
+    const calm = await picture(page);
+    const all = await cells();
+    await drag(page, [60, 200], [210, 200], 6);
+    await setLevel(1);
+    await frames(page, 1);
+    const inked = await picture(page);
+    assert.ok((await cells()) < 0.5 * all);
+    assert.equal(await page.evaluate(() => window.velmora.effect.waterIsCalm), false, "waves");
+    assert.ok(difference(calm, inked, [0.25, 0.38, 0.75, 0.46]) > 2, "ink");
+
+    await page.evaluate(() => (window.velmora.look.damping = 0.8)); // soon calm
+    await setLevel(3);
+    await page.waitForFunction(() => window.velmora.canvas.width === 203);
+    assert.ok((await cells()) < 0.3 * all);
+    await bring(page, "drop", ["dot.gesture", "", readFileSync(join(top, "gestures/scribble.gesture"))]);
+    await notice(page, "playing");
+    await frames(page, 1);
+    assert.deepEqual([await cells(), await page.evaluate(() => window.velmora.canvas.width)], [all, 270]);
+    await close(page);
+});

@@ -1,0 +1,147 @@
+// Everything that the visitor can do with the page, but for the finger.
+
+import type { Command } from "./commands";
+import { choose } from "./files";
+import type { Incoming } from "./incoming";
+import type { Keeping } from "./keeping";
+import type { Looks } from "./looks";
+import { attempt, say } from "./notice";
+import type { Player } from "./player";
+
+declare const GESTURES: Record<string, string>;
+
+export interface Parts {
+    player: Player;
+    looks: Looks;
+    keeping: Keeping;
+    incoming: Incoming;
+    help(): void;
+    switchPanel(open?: boolean): void;
+}
+
+export interface PageCommands {
+    all: Command[];
+    /** Those that have a button, by the folder it stands in. */
+    folders: Record<string, Command[]>;
+}
+
+function command(key: string, words: string, run: () => unknown, name = key.toUpperCase()): Command {
+    return { key, name, words, run: () => void attempt(run) };
+}
+
+export function makeCommands(parts: Parts): PageCommands {
+    const looks = lookCommands(parts);
+    const pictures = pictureCommands(parts);
+    const views = viewCommands(parts);
+    const keeping = keepingCommands(parts);
+    const page = pageCommands(parts);
+    const help = command("f1", "this list", () => parts.help());
+    const panel = command("tab", "the panel with all settings", () => parts.switchPanel(), "Tab");
+    const waterOnly = command("w", "water without ink", () => parts.looks.turn("waterOnly"));
+    const close = command("escape", "close the panel", () => parts.switchPanel(false), "Esc");
+    return {
+        all: [help, panel, ...views, ...looks, waterOnly, ...pictures, ...keeping, ...page, close],
+        folders: {
+            Preset: looks,
+            Picture: pictures,
+            Show: views,
+            Keep: keeping,
+            Gestures: gestureCommands(parts),
+            Page: [...page, help],
+        },
+    };
+}
+
+function lookCommands({ looks, incoming }: Parts): Command[] {
+    return [
+        command("n", "the next preset", () => looks.next()),
+        command("m", "a look by chance", () => looks.random()),
+        command("backspace", "the preset's look again, unchanged", () => looks.reset(), "Backspace"),
+        command("p", "save the settings as a preset", () => looks.save()),
+        command("u", "a link to this look", () => looks.share()),
+        command("j", "open a preset or gesture", () => choose(".json,.gesture", (file) => incoming.take(file))),
+    ];
+}
+
+function pictureCommands({ looks, incoming, player }: Parts): Command[] {
+    const takeSecond = async (file: File) => {
+        await incoming.take(file, "second");
+        player.look["secondBackground"] = true;
+    };
+    return [
+        command("o", "a picture of your own", () => choose("image/*", (file) => incoming.take(file))),
+        command("e", "a second picture", () => choose("image/*", takeSecond)),
+        command("b", "the other background", () => looks.turn("secondBackground")),
+        command("i", "an ink that stands out from the picture", () => looks.takeInkOfPicture()),
+    ];
+}
+
+function viewCommands({ player }: Parts): Command[] {
+    const turn = (name: "velocity" | "density" | "paused", on: string, off: string) => {
+        player.view[name] = !player.view[name];
+        say(player.view[name] ? on : off);
+        player.userCame();
+    };
+    return [
+        command(" ", "pause and go on", () => turn("paused", "paused", "going on"), "Space"),
+        command(".", "one frame, paused", () => player.step()),
+        command("v", "the velocity field", () => turn("velocity", "the flow", "no flow")),
+        command("d", "the ink's density", () => turn("density", "the ink's density", "no density")),
+    ];
+}
+
+function keepingCommands({ keeping }: Parts): Command[] {
+    return [
+        command("s", "a screenshot", () => keeping.screenshot()),
+        command("f", "film, from here or to here", () => keeping.switchFilm()),
+        command("r", "record the gesture, from here or to here", () => keeping.switchRecording()),
+        command("g", "play the recorded gesture again", () => keeping.replayNewest()),
+    ];
+}
+
+function gestureCommands({ player }: Parts): Command[] {
+    return Object.entries(GESTURES).map(([name, script]) =>
+        command("", name.replaceAll("_", " "), () => void player.replay(script, name), ""),
+    );
+}
+
+function pageCommands({ player }: Parts): Command[] {
+    const turnAttract = () => {
+        player.view.attract = !player.view.attract;
+        say(player.view.attract ? "a finger of its own comes after idle seconds" : "no finger but yours");
+        player.userCame();
+    };
+    const turnQuality = () => {
+        player.quality.fits = !player.quality.fits;
+        say(player.quality.fits ? "coarser water where the machine is slow" : "all of the quality, however slow");
+        player.userCame();
+    };
+    return [
+        command("c", "clear the ink", () => player.clearInk()),
+        command("x", "full screen", switchFullScreen),
+        command("a", "a finger of its own after idle seconds", turnAttract),
+        command("q", "quality that fits the machine", turnQuality),
+        command("l", "lose the GL context and rebuild it", () => loseContext(player)),
+    ];
+}
+
+async function switchFullScreen(): Promise<void> {
+    if (document.fullscreenElement) {
+        await document.exitFullscreen();
+    } else if (document.documentElement.requestFullscreen) {
+        await document.documentElement.requestFullscreen();
+    } else {
+        say("this browser has no full screen for pages");
+    }
+}
+
+function loseContext({ canvas, effect }: Player): void {
+    const extension = effect.gl.getExtension("WEBGL_lose_context");
+    if (!extension) {
+        say("this browser cannot lose a context at will");
+        return;
+    }
+    // It may come back once the page has heard of its loss.
+    canvas.addEventListener("webglcontextlost", () => setTimeout(() => extension.restoreContext(), 400), { once: true });
+    extension.loseContext();
+}
