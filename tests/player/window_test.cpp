@@ -12,7 +12,6 @@
 #include <functional>
 #include <string>
 #include <thread>
-#include <utility>
 #include <vector>
 
 #include "file_drop.h"
@@ -303,7 +302,7 @@ TEST_F(WindowTest, ThePanelFitsAPhoneAtAnyScaleAndStaysInTheWindow) {
         "mouseup 1");
     ASSERT_TRUE(waitFor([&] { return (box = panelIn(look())).left > 100; }));
     EXPECT_EQ(box.right - box.left, wide) << "reaches over the edge";
-    for (const auto& [across, down] : {std::pair(300, 533), std::pair(450, 800)}) {
+    for (const int across : {300, 450}) {
         xdotool("windowsize " + window + " " + std::to_string(across) + " " + std::to_string(down));
         EXPECT_TRUE(waitFor([&] {
             const Pixbuf shown = look();
