@@ -303,7 +303,8 @@ TEST_F(WindowTest, ThePanelFitsAPhoneAtAnyScaleAndStaysInTheWindow) {
     ASSERT_TRUE(waitFor([&] { return (box = panelIn(look())).left > 100; }));
     EXPECT_EQ(box.right - box.left, wide) << "reaches over the edge";
     for (const int across : {300, 450}) {
-        xdotool("windowsize " + window + " " + std::to_string(across) + " " + std::to_string(down));
+        xdotool("windowsize " + window + " " + std::to_string(across) + " " +
+                std::to_string(across * 16 / 9));
         EXPECT_TRUE(waitFor([&] {
             const Pixbuf shown = look();
             box = panelIn(shown);
