@@ -87,35 +87,53 @@ void relaxStrips(const StripLayout& layout, const float* x, const float* source,
     }
 }
 
-/// Whether the strips, which pad a row and begin on a whole vector, fit into the grid, and stand
-/// for its border.
-bool canRelaxInStrips(const Jacobi& pass) {
-    const FloatGrid& output = pass.output;
+/// The first iteration from rest.
+void relaxFromRest(const StripLayout& layout, const float* source, float* out, float rbeta) {
+    const Float4 rest(0.0f);
+    for (std::ptrdiff_t row = 0; row < layout.rows; ++row) {
+        for (std::ptrdiff_t at = 0; at < layout.rowLength(); at += 4) {
+            store(out + at,
+                  relaxed(rest, rest, rest, rest, loadAligned(source + at), Float4(rbeta)));
+        }
+        layout.clearPadding(out);
+        source += layout.rowLength();
+        out += layout.rowLength();
+    }
+}
+
+/// Whether the strips, which pad a row and begin on a whole vector, fit into the grid.
+bool canRelaxInStrips(const FloatGrid& output) {
     const StripLayout layout(output);
     return output.data != nullptr && layout.groups >= 4 && layout.rows >= 2 &&
-           layout.cells() + 3 <= layout.width * output.height && hasZeroBorder(pass.x);
+           layout.cells() + 3 <= layout.width * output.height;
 }
 
 /// All iterations in strips: the pressures in the workspace, alpha * b in the output, which is free
-/// until the end.
-void relaxInStrips(Jacobi& pass, std::int32_t count, float* workspace) {
+/// until the end. The border of `x` is 0, or all of it is to count as 0: the start is from rest.
+void relaxInStrips(Jacobi& pass, std::int32_t count, float* workspace, bool fromRest) {
     const StripLayout layout(pass.output);
     float* x = alignedUp(workspace);
     float* out = x + layout.cells();
-    toStrips(layout, pass.x, 1.0f, x);
-    const FloatGrid sourceGrid = pass.output;
-    float* const source = alignedUp(sourceGrid.data);
+    float* const source = alignedUp(pass.output.data);
     toStrips(layout, pass.b, pass.alpha, source);
+    if (!fromRest) {
+        toStrips(layout, pass.x, 1.0f, x);
+    }
     alignas(16) float border[maxGridSide];
     std::fill_n(border, layout.rowLength(), 0.0f);
     for (std::int32_t iteration = 0; iteration < count; ++iteration) {
-        relaxStrips(layout, x, source, out, border, pass.rbeta);
+        if (fromRest && iteration == 0) {
+            relaxFromRest(layout, source, out, pass.rbeta);
+        } else {
+            relaxStrips(layout, x, source, out, border, pass.rbeta);
+        }
         std::swap(x, out);
         std::swap(pass.x, pass.output);
     }
     fromStrips(layout, x, pass.x);
     fromStrips(layout, out, pass.output);
-    clearBorder(sourceGrid);  // that of the other grid has been 0 all the time
+    clearBorder(pass.x);
+    clearBorder(pass.output);
 }
 
 }  // namespace
@@ -146,8 +164,9 @@ void jacobiSweep(const Jacobi& pass) {
 }
 
 void jacobiSweeps(Jacobi& pass, std::int32_t count, const FloatGrid& workspace) {
-    if (count > 1 && workspace.data != nullptr && canRelaxInStrips(pass)) {
-        relaxInStrips(pass, count, workspace.data);
+    if (count > 1 && workspace.data != nullptr && canRelaxInStrips(pass.output) &&
+        hasZeroBorder(pass.x)) {
+        relaxInStrips(pass, count, workspace.data, false);
         return;
     }
     for (std::int32_t iteration = 0; iteration < count; ++iteration) {
@@ -156,6 +175,15 @@ void jacobiSweeps(Jacobi& pass, std::int32_t count, const FloatGrid& workspace) 
         }
         std::swap(pass.x, pass.output);
     }
+}
+
+void jacobiSweepsFromRest(Jacobi& pass, std::int32_t count, const FloatGrid& workspace) {
+    if (count > 1 && workspace.data != nullptr && canRelaxInStrips(pass.output)) {
+        relaxInStrips(pass, count, workspace.data, true);
+        return;
+    }
+    clearGrid(pass.x, 1);
+    jacobiSweeps(pass, count, workspace);
 }
 
 }  // namespace velmora

@@ -172,4 +172,7 @@ void jacobiSweep(const Jacobi& pass);
 /// grids as single ones do. `workspace` has the output's size and 2 floats a cell; its contents are lost.
 void jacobiSweeps(Jacobi& pass, std::int32_t count, const FloatGrid& workspace);
 
+/// The same as if all of `x` were 0, whatever it holds.
+void jacobiSweepsFromRest(Jacobi& pass, std::int32_t count, const FloatGrid& workspace);
+
 }  // namespace velmora

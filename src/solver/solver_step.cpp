@@ -116,7 +116,6 @@ void computeDivergence(EffectState& state, const StepSettings& settings) {
 }
 
 void solvePressure(EffectState& state) {
-    clearGrid(state.pressure, 1);
     Jacobi& pass = state.jacobiPass;
     pass.output = state.pressureScratch;
     pass.x = state.pressure;
@@ -124,7 +123,7 @@ void solvePressure(EffectState& state) {
     pass.alpha = -(state.gridScale * state.gridScale);
     pass.rbeta = 0.25f;
     pass.texelSize = texelSizeOf(state.pressure);
-    jacobiSweeps(pass, state.jacobiIterations, state.velocityScratch);
+    jacobiSweepsFromRest(pass, state.jacobiIterations, state.velocityScratch);
     state.pressure = pass.x;
     state.pressureScratch = pass.output;
 }

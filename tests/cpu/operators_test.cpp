@@ -227,7 +227,8 @@ Grids sweptGrids(Passes& passes, const std::vector<float>& start, int count, Swe
     return {contents(pass.x, 1), contents(pass.output, 1), contents(pass.b, 1)};
 }
 
-/// Iterations that run as one leave what single ones leave, from a border of 0 and from another.
+/// Iterations that run as one leave what single ones leave: from a border of 0, from another, and
+/// from what counts as 0 everywhere.
 void compareSweeps(Passes& passes) {
     const FloatGrid& grid = passes.pressure.grid;
     const std::vector<float> start = contents(grid, 1);
@@ -239,16 +240,25 @@ void compareSweeps(Passes& passes) {
             bordered[static_cast<std::size_t>(cell)] = 0.0f;
         }
     }
-    const auto together = [&](Jacobi& pass, int count) {
-        jacobiSweeps(pass, count, passes.vectorOut.grid);
+    const std::vector<float> rest(start.size());
+    struct Start {
+        const std::vector<float>& from;
+        const std::vector<float>& countsAs;
+        decltype(&jacobiSweeps) sweeps;
     };
+    const Start starts[] = {{start, start, jacobiSweeps},
+                            {bordered, bordered, jacobiSweeps},
+                            {start, rest, jacobiSweepsFromRest}};
     for (const int count : {0, 1, 2, 5}) {
-        for (const std::vector<float>& from : {start, bordered}) {
-            const Grids expected = sweptGrids(passes, from, count, reference::jacobiSweeps);
+        for (const auto& [from, countsAs, sweeps] : starts) {
+            const Grids expected = sweptGrids(passes, countsAs, count, reference::jacobiSweeps);
             const float* const result = passes.jacobi.x.data;
             if (count % 2 == 1) {
                 std::swap(passes.jacobi.x, passes.jacobi.output);
             }
+            const auto together = [&, run = sweeps](Jacobi& pass, int iterations) {
+                run(pass, iterations, passes.vectorOut.grid);
+            };
             const Grids actual = sweptGrids(passes, from, count, together);
             ASSERT_EQ(passes.jacobi.x.data, result);
             for (std::size_t at = 0; at < expected.size(); ++at) {
