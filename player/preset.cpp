@@ -158,6 +158,10 @@ NamedPreset named(const fs::path& file) {
     return {std::move(name), file};
 }
 
+fs::path portraitOf(const fs::path& preset) {
+    return fs::path(preset).replace_extension(".jpg");
+}
+
 std::vector<NamedPreset> presetsIn(const fs::path& folder) {
     std::vector<NamedPreset> presets;
     std::error_code ignored;

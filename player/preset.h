@@ -27,6 +27,10 @@ struct NamedPreset {
 /// calm_pond.json is "calm pond".
 NamedPreset named(const std::filesystem::path& file);
 
+/// What a preset looks like, in a picture beside it: a square of so many pixels a side.
+constexpr int portraitSide = 128;
+std::filesystem::path portraitOf(const std::filesystem::path& preset);
+
 /// The presets in a folder, by name.
 std::vector<NamedPreset> presetsIn(const std::filesystem::path& folder);
 

@@ -16,7 +16,9 @@ hostkit::GestureScript loadScript(const std::filesystem::path& file) {
     if (script.events.empty()) {
         warn("the gesture script has no event", file.string());
     } else if (late > 0) {
-        warn(std::to_string(late) + " events of the gesture script come after its last frame, " +
+        warn(std::to_string(late) +
+                 (late == 1 ? " event of the gesture script comes after its last frame, "
+                            : " events of the gesture script come after its last frame, ") +
                  std::to_string(script.frames - 1),
              file.string());
     }

@@ -17,6 +17,7 @@ Painter::~Painter() {
 void Painter::setUp() {
     pictureCanvas.emplace();
     renderer.emplace();
+    presetPictures.emplace();
 }
 
 void Painter::setScale(const LetterScale& wanted) {
@@ -28,6 +29,7 @@ void Painter::setScale(const LetterScale& wanted) {
 }
 
 void Painter::tearDown() {
+    presetPictures.reset();
     renderer.reset();
     pictureCanvas.reset();
 }

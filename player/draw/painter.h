@@ -5,6 +5,7 @@
 #include "player/draw/canvas.h"
 #include "player/draw/imgui_renderer.h"
 #include "player/draw/letters.h"
+#include "player/draw/thumbnails.h"
 
 struct ImGuiContext;
 
@@ -27,6 +28,7 @@ public:
     void tearDown();
 
     Canvas& canvas() { return *pictureCanvas; }
+    Thumbnails& thumbnails() { return *presetPictures; }
     /// Draws the ImGui frame.
     void draw();
 
@@ -35,6 +37,7 @@ private:
     LetterScale scale;
     std::optional<Canvas> pictureCanvas;
     std::optional<ImGuiRenderer> renderer;
+    std::optional<Thumbnails> presetPictures;
 };
 
 }  // namespace player

@@ -1,6 +1,7 @@
 #include "player/window/keeping.h"
 
 #include <cstdio>
+#include <utility>
 
 namespace player {
 
@@ -80,7 +81,14 @@ void Keeper::takeScreenshot() {
 fs::path Keeper::savePreset() {
     fs::path file = shots.preset(session.settings);
     say(notice, "saved " + file.string());
+    presetWithoutPortrait = file;
     return file;
+}
+
+void Keeper::addPortrait() {
+    if (!presetWithoutPortrait.empty()) {
+        shots.portrait(std::exchange(presetWithoutPortrait, {}), session.shown());
+    }
 }
 
 std::vector<Mark> Keeper::marks() const {

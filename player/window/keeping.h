@@ -49,6 +49,8 @@ public:
     void takeScreenshot();
 
     std::filesystem::path savePreset();
+    /// Of the preset that was saved last, where it has none yet: what the screen shows.
+    void addPortrait();
 
     std::vector<Mark> marks() const;
     /// Prints the names of all files that were left.
@@ -62,6 +64,7 @@ private:
     Session& session;
     Notice& notice;
     Shots shots;
+    std::filesystem::path presetWithoutPortrait;
     std::filesystem::path recorded;
     bool digestWanted;
     bool shotWanted = false;

@@ -135,7 +135,8 @@ void OpenWindow::presentFrame(bool drawn) {
     view.filming = keeper.filming();
     view.recording = session.recording().has_value();
     const auto start = std::chrono::steady_clock::now();
-    display.present({view, looks, playback.times(), playback.rate(), session.settings, requests},
+    display.present({view, looks, screen.thumbnails(), playback.times(), playback.rate(),
+                     session.settings, requests},
                     drawn);
     if (drawn) {
         playback.addToGl(std::chrono::steady_clock::now() - start);

@@ -11,6 +11,7 @@
 #include <utility>
 
 #include "player/window/frame_graph.h"
+#include "player/window/look_grid.h"
 
 namespace player {
 namespace {
@@ -210,16 +211,19 @@ void switchControls(const View& view, Requests& requests) {
 void lookControls(const Panel& panel) {
     const bool changed = panel.looks.isChanged(panel.settings);
     const std::string name = panel.looks.name() + (changed ? " *" : "");
-    ImGui::SetNextItemWidth(-FLT_MIN);
+    const float width = ImGui::GetContentRegionAvail().x;
+    ImGui::SetNextItemWidth(width);
+    ImGui::SetNextWindowSizeConstraints(ImVec2(width, 0.0f),
+                                        ImVec2(width, mostPart * ImGui::GetIO().DisplaySize.y));
     ImGui::PushStyleColor(ImGuiCol_Text,
                           changed ? changedColor : ImGui::GetColorU32(ImGuiCol_Text));
-    const bool open = ImGui::BeginCombo("##look", name.c_str(), ImGuiComboFlags_HeightLarge);
+    const bool open = ImGui::BeginCombo("##look", name.c_str());
     ImGui::PopStyleColor();
     if (open) {
-        for (const NamedPreset& preset : panel.looks.presets()) {
-            if (ImGui::Selectable(preset.name.c_str(), preset.name == panel.looks.name())) {
-                panel.requests.preset = preset.file;
-            }
+        const ImGuiStyle& style = ImGui::GetStyle();
+        const float inner = width - 2.0f * style.WindowPadding.x - style.ScrollbarSize;
+        if (const NamedPreset* chosen = drawLookGrid(panel.looks, panel.thumbnails, inner)) {
+            panel.requests.preset = chosen->file;
         }
         ImGui::EndCombo();
     } else {

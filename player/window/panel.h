@@ -4,6 +4,7 @@
 #include <span>
 #include <string>
 
+#include "player/draw/thumbnails.h"
 #include "player/settings.h"
 #include "player/window/looks.h"
 #include "player/window/requests.h"
@@ -27,6 +28,7 @@ struct View {
 struct Panel {
     const View& view;
     const Looks& looks;
+    Thumbnails& thumbnails;
     /// Of the last frames, the newest last.
     std::span<const FrameTimes> times;
     /// Frames a second; 0: the effect stands still.

@@ -72,6 +72,7 @@ void Display::present(const Panel& panel, bool drawn) {
         screen.canvas().show(screen.window().pixels());
     }
     attempt(notice, [&] { keeper.addToFilm(); });
+    attempt(notice, [&] { keeper.addPortrait(); });
     drawOver(panel);
     if (keeper.wantsScreenshot()) {
         attempt(notice, [&] { keeper.takeScreenshot(); });

@@ -21,6 +21,7 @@ public:
 
     GlWindow& window() { return glWindow; }
     Canvas& canvas() { return painter.canvas(); }
+    Thumbnails& thumbnails() { return painter.thumbnails(); }
     void drawPanel() { painter.draw(); }
 
 private:

@@ -70,6 +70,14 @@ fs::path Shots::preset(const Settings& settings) {
     return file;
 }
 
+void Shots::portrait(const fs::path& preset, const hostkit::Picture& picture) {
+    const fs::path file = portraitOf(preset);
+    if (takeName(file)) {
+        fill(file, [&] { saveJpeg(covering(picture, portraitSide, portraitSide), file); });
+        add(file);
+    }
+}
+
 fs::path Shots::nameForGesture() const {
     return takeFile("gesture", ".gesture");
 }

@@ -27,6 +27,8 @@ public:
 
     std::filesystem::path screenshot(const hostkit::Picture& picture);
     std::filesystem::path preset(const Settings& settings);
+    /// A preset's, of what the screen shows; nothing where another file has its name.
+    void portrait(const std::filesystem::path& preset, const hostkit::Picture& picture);
     std::filesystem::path nameForGesture() const;
 
     std::filesystem::path startFilm(Size size);

@@ -264,7 +264,7 @@ TEST_F(Player, SaysWhatIsOddAndGoesOn) {
     write("cut.jpg", photo.substr(0, photo.size() * 2 / 3));
     write("cut.png", contents("picture.png").substr(0, fs::file_size(folder / "picture.png") - 40));
     for (const auto& [arguments, told] :
-         {std::pair{"picture.png --script late.gesture", "1 events of the gesture script"},
+         {std::pair{"picture.png --script late.gesture", "1 event of the gesture script comes"},
           {"picture.png --script empty.gesture", "has no event: empty.gesture"},
           {"picture.png --script still.gesture --record a.gesture", "without a window: a.gesture"},
           {"cut.jpg --script still.gesture", "cut off, its end is missing: cut.jpg"},

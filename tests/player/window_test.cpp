@@ -395,6 +395,9 @@ TEST_F(WindowTest, WindowsWithOneFolderTakeDifferentNames) {
 TEST_F(WindowTest, SavedAndDroppedPresetsAndScriptsAreTaken) {
     openWindow();
     const std::string still = savedAs("shots/preset-01.json");
+    Pixbuf portrait;
+    ASSERT_TRUE(waitFor([&] { return (portrait = load("shots/preset-01.jpg")) != nullptr; }));
+    EXPECT_LT(difference(pixel(portrait, 64, 64), plainColor), 8);
     write("dropped.json", R"({"ripple": 0, "ink": [1, 0.5, 0.25]})");
     ASSERT_TRUE(dropFile(std::stoul(window), folder / "dropped.json"));
     const std::string dropped = savedAs("shots/preset-02.json");

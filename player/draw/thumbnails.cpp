@@ -1,0 +1,54 @@
+#include "player/draw/thumbnails.h"
+
+#include <exception>
+#include <system_error>
+
+#include "player/draw/gl_state.h"
+#include "player/picture.h"
+#include "player/preset.h"
+
+namespace player {
+namespace {
+
+GLuint textureOf(const hostkit::Picture& picture) {
+    const GlStateGuard guard;
+    GLuint texture = 0;
+    glGenTextures(1, &texture);
+    glBindTexture(GL_TEXTURE_2D, texture);
+    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, GL_LINEAR_MIPMAP_LINEAR);
+    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MAG_FILTER, GL_LINEAR);
+    glTexImage2D(GL_TEXTURE_2D, 0, GL_RGBA, picture.width, picture.height, 0, GL_RGBA,
+                 GL_UNSIGNED_BYTE, picture.rgba.data());
+    glGenerateMipmap(GL_TEXTURE_2D);
+    return texture;
+}
+
+GLuint load(const std::filesystem::path& file) {
+    std::error_code ignored;
+    if (!std::filesystem::is_regular_file(file, ignored)) {
+        return 0;
+    }
+    try {
+        return textureOf(covering(loadPicture(file), portraitSide, portraitSide));
+    } catch (const std::exception&) {
+        return 0;  // a preset without a picture
+    }
+}
+
+}  // namespace
+
+Thumbnails::~Thumbnails() {
+    for (const auto& [preset, texture] : textures) {
+        glDeleteTextures(1, &texture);
+    }
+}
+
+GLuint Thumbnails::of(const std::filesystem::path& preset) {
+    const auto [place, isNew] = textures.try_emplace(preset, 0);
+    if (isNew) {
+        place->second = load(portraitOf(preset));
+    }
+    return place->second;
+}
+
+}  // namespace player

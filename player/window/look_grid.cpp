@@ -1,0 +1,57 @@
+#include "player/window/look_grid.h"
+
+#include <imgui.h>
+
+#include <algorithm>
+#include <cmath>
+#include <cstdint>
+
+namespace player {
+namespace {
+
+/// Into a square with a line below it; whether it was clicked.
+bool lookButton(const NamedPreset& preset, GLuint picture, float side, bool chosen) {
+    const ImVec2 corner = ImGui::GetCursorScreenPos();
+    const ImVec2 end(corner.x + side, corner.y + side);
+    ImGui::PushID(preset.file.c_str());
+    const float line = ImGui::GetTextLineHeight();
+    const bool clicked = ImGui::Selectable("##look", chosen, 0, ImVec2(side, side + line));
+    ImGui::PopID();
+    ImDrawList& list = *ImGui::GetWindowDrawList();
+    const float rounding = 0.3f * line;
+    if (picture != 0) {
+        const auto texture = reinterpret_cast<ImTextureID>(static_cast<std::uintptr_t>(picture));
+        list.AddImageRounded(texture, corner, end, ImVec2(0, 0), ImVec2(1, 1), IM_COL32_WHITE,
+                             rounding);
+    } else {
+        list.AddRectFilled(corner, end, ImGui::GetColorU32(ImGuiCol_FrameBg), rounding);
+    }
+    const ImVec4 within(corner.x, end.y, end.x, end.y + line);
+    const float free = side - ImGui::CalcTextSize(preset.name.c_str()).x;
+    list.AddText(nullptr, 0.0f, ImVec2(corner.x + std::max(0.0f, std::floor(free / 2)), end.y),
+                 ImGui::GetColorU32(ImGuiCol_Text), preset.name.c_str(), nullptr, 0.0f, &within);
+    return clicked;
+}
+
+}  // namespace
+
+const NamedPreset* drawLookGrid(const Looks& looks, Thumbnails& pictures, float width) {
+    const float spacing = ImGui::GetStyle().ItemSpacing.x;
+    const float smallest = 5.0f * ImGui::GetFontSize();
+    const int columns = std::max(1, static_cast<int>((width + spacing) / (smallest + spacing)));
+    const float side = std::floor((width + spacing) / static_cast<float>(columns) - spacing);
+    const NamedPreset* clicked = nullptr;
+    int column = 0;
+    for (const NamedPreset& preset : looks.presets()) {
+        if (column > 0) {
+            ImGui::SameLine();
+        }
+        column = (column + 1) % columns;
+        if (lookButton(preset, pictures.of(preset.file), side, preset.name == looks.name())) {
+            clicked = &preset;
+        }
+    }
+    return clicked;
+}
+
+}  // namespace player

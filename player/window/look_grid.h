@@ -1,0 +1,12 @@
+#pragma once
+
+#include "player/draw/thumbnails.h"
+#include "player/window/looks.h"
+
+namespace player {
+
+/// The presets by picture and name into the current ImGui window, in rows of that width; the one
+/// that was clicked, or null.
+const NamedPreset* drawLookGrid(const Looks& looks, Thumbnails& pictures, float width);
+
+}  // namespace player
