@@ -41,15 +41,23 @@ void appendTiming(Words& words, FilmTiming timing) {
 constexpr const char* videoColors =
     "crop=trunc(iw/2)*2:trunc(ih/2)*2:0:0,scale=out_color_matrix=bt709";
 
-/// 25 frames a second, the most that all browsers keep; each frame with colours of its own, so that
-/// none waits in memory for the last.
+/// At most 25 frames a second, which all browsers keep. Of a window none twice: frames are stamped
+/// when they are read, and one that was made twice would delay the next, which came twice again.
+std::string gifFrames(FilmTiming timing) {
+    return timing == FilmTiming::sixtyASecond
+               ? "fps=25,"
+               : "select='isnan(prev_selected_t)+gte(t-prev_selected_t,0.039)',";
+}
+
+/// Each frame has colours of its own, so that none waits in memory for the last.
 constexpr const char* gifColors =
-    "fps=25,scale='min(iw,iw*480/max(iw,ih))':-1:flags=area,split[a][b];"
+    "scale='min(iw,iw*480/max(iw,ih))':-1:flags=area,split[a][b];"
     "[a]palettegen=stats_mode=single[p];[b][p]paletteuse=new=1:dither=bayer";
 
-void appendFormat(Words& words, const std::string& extension) {
+void appendFormat(Words& words, const std::string& extension, FilmTiming timing) {
     if (extension == ".gif") {
-        append(words, {"-filter_complex", gifColors});
+        words.emplace_back("-filter_complex");
+        words.push_back(gifFrames(timing) + gifColors);
         return;
     }
     append(words, {"-vf", videoColors, "-colorspace", "bt709", "-color_primaries", "bt709",
@@ -72,7 +80,7 @@ Words commandLine(const fs::path& film, Size size, FilmTiming timing) {
     if (timing == FilmTiming::asTheyCome) {
         append(words, {"-vsync", "vfr"});
     }
-    appendFormat(words, film.extension().string());
+    appendFormat(words, film.extension().string(), timing);
     words.push_back("file:" + film.string());
     return words;
 }

@@ -369,6 +369,21 @@ TEST_F(WindowTest, AFilmLastsAsLongAsItWasFilmedAndAMarkSaysSo) {
     EXPECT_TRUE(waitFor([&] { return !redDot(); }));
 }
 
+TEST_F(WindowTest, AnAnimationHasNoMoreFramesThanWereShown) {
+    openWindow("--no-attract --format gif");
+    press("f");
+    std::this_thread::sleep_for(2s);
+    press("q");
+    EXPECT_EQ(exitCode(), 0) << contents("err");
+    run("ffprobe -v error -count_packets -show_entries stream=nb_read_packets -show_entries "
+        "format=duration -of csv=p=0 shots/film-01.gif >probed");
+    double frames = 0.0;
+    double seconds = 0.0;
+    std::sscanf(contents("probed").c_str(), "%lf %lf", &frames, &seconds);
+    EXPECT_GT(seconds, 1.0);
+    EXPECT_LT(frames, 16.0 * seconds) << "of a picture that stands, about 10";
+}
+
 TEST_F(WindowTest, WindowsWithOneFolderTakeDifferentNames) {
     openWindow();
     const pid_t other = start("cd " + folder.string() + " && exec " + command + " " + sized +
