@@ -63,10 +63,15 @@ float em() {
     return ImGui::GetFontSize();
 }
 
+/// In seconds, so that hints do not hide what the pointer only passes.
+constexpr float hintDelay = 0.4f;
+
 /// Of the item before, where the pointer rests on it: below it, or above it low in the window, so
 /// that its number stays in sight.
 void hint(const char* words) {
-    if (!ImGui::IsItemHovered() || ImGui::IsItemActive()) {
+    const bool rests = ImGui::IsItemHovered() && !ImGui::IsItemActive() &&
+                       ImGui::GetCurrentContext()->HoveredIdTimer >= hintDelay;
+    if (!rests) {
         return;
     }
     const ImVec2 least = ImGui::GetItemRectMin();
@@ -302,6 +307,11 @@ void drawPanel(const Panel& panel) {
     if (!open) {
         panel.requests.commands.push_back(Command::panel);
     }
+}
+
+bool isHintDue() {
+    const ImGuiContext& context = *ImGui::GetCurrentContext();
+    return context.HoveredId != 0 && context.ActiveId == 0 && context.HoveredIdTimer < hintDelay;
 }
 
 void drawHelp(Requests& requests) {

@@ -39,6 +39,8 @@ struct Panel {
 
 /// Into the current ImGui frame.
 void drawPanel(const Panel& panel);
+/// Whether a hint comes with time, where the pointer stays.
+bool isHintDue();
 void drawHelp(Requests& requests);
 /// A red dot with its word and how long it has been on, in the upper right corner, one below the
 /// other by `row`.

@@ -58,6 +58,9 @@ void Display::drawOver(const Panel& panel) {
         drawWindows(panel);
     }
     screen.drawPanel();
+    if (isHintDue()) {
+        touch();
+    }
 }
 
 void Display::present(const Panel& panel, bool drawn) {
