@@ -280,6 +280,32 @@ void compareKernels(int width, int height, Fill fill) {
     }
 }
 
+/// Guard pages begin and end on a whole vector; a block need not.
+TEST(Kernels, SweepsStayInsideGridsThatBeginOnAnyFloat) {
+    constexpr std::int32_t width = 15;
+    for (const std::int32_t height : {30, 31, 32}) {
+        const std::size_t cells =
+            static_cast<std::size_t>(width) * static_cast<std::size_t>(height);
+        for (std::size_t first = 0; first < 4; ++first) {
+            std::vector<float> x(first + cells + 4, 7.0f), b = x, out = x;
+            std::vector<float> workspace(first + 2 * cells + 4, 7.0f);
+            const auto grid = [=](std::vector<float>& block) {
+                return FloatGrid{block.data() + first, width, height};
+            };
+            Jacobi pass;
+            pass.x = grid(x);
+            pass.b = grid(b);
+            pass.output = grid(out);
+            jacobiSweepsFromRest(pass, 2, grid(workspace));
+            for (const std::vector<float>* block : {&x, &out, &workspace}) {
+                EXPECT_TRUE(
+                    std::all_of(block->end() - 4, block->end(), [](float v) { return v == 7.0f; }))
+                    << height << " rows from " << first;
+            }
+        }
+    }
+}
+
 TEST(Kernels, GiveEveryCellTheBitsOfItsOperatorInsideTheGrids) {
     for (const Fill fill : {Fill{30.0f}, Fill{30.0f, true}, Fill{4000.0f}}) {
         for (int cell = 0; cell < 10 * 10; ++cell) {
