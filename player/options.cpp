@@ -1,6 +1,7 @@
 #include "player/options.h"
 
 #include <CLI/CLI.hpp>
+#include <charconv>
 #include <cstdio>
 #include <string>
 
@@ -22,6 +23,16 @@ void readSize(const std::string& given, Options& options) {
     }
     options.width = size->width;
     options.height = size->height;
+}
+
+void readLetters(const std::string& given, Options& options) {
+    const char* end = given.data() + given.size();
+    const auto [rest, error] = std::from_chars(given.data(), end, options.letters);
+    if (error != std::errc{} || rest != end ||
+        !(options.letters >= 0.5 && options.letters <= 8.0)) {
+        throw CLI::ValidationError("--letters",
+                                   "expected a number from 0.5 to 8, not " + inQuotes(given));
+    }
 }
 
 /// What the options mean stands in the help text.
@@ -49,7 +60,8 @@ void declare(CLI::App& app, Options& options) {
         ->check(CLI::IsMember({"velocity", "ink"}));
     app.add_flag("--no-attract", options.noAttract);
     app.add_flag("--fresh", options.fresh);
-    app.add_option("--letters", options.letters)->check(CLI::Range(0.5, 8.0));
+    app.add_option_function<std::string>(
+        "--letters", [&options](const std::string& given) { readLetters(given, options); });
     app.set_version_flag("--version", "velmora " VELMORA_VERSION);
 }
 
