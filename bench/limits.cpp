@@ -52,13 +52,14 @@ double bandwidth(std::size_t bytes) {
     return static_cast<double>(rounds) * static_cast<double>(count) * 2 * sizeof(float) / time;
 }
 
-/// Bytes a nanosecond, stored only, four lanes at a time, into an array of `bytes`.
-double storeBandwidth(std::size_t bytes) {
+/// Bytes a nanosecond, stored only, four lanes at a time, into an array of `bytes`, `offset` floats
+/// beyond where a vector would be aligned.
+double storeBandwidth(std::size_t bytes, std::ptrdiff_t offset) {
     const auto count = static_cast<std::ptrdiff_t>(bytes / sizeof(float) / 12 * 12);
     static std::vector<float> to;
-    to.assign(static_cast<std::size_t>(count), 0.0f);
+    to.assign(static_cast<std::size_t>(count + offset), 0.0f);
     const std::size_t rounds = (std::size_t{1} << 23) / bytes;
-    float* const target = to.data();
+    float* const target = to.data() + offset;
     const Float4 one(1.0f);
     const double time = nanosecondsOf(CLOCK_THREAD_CPUTIME_ID, [&] {
         for (std::size_t round = 0; round < rounds; ++round) {
@@ -73,17 +74,18 @@ double storeBandwidth(std::size_t bytes) {
     return static_cast<double>(rounds) * static_cast<double>(count) * sizeof(float) / time;
 }
 
-/// Bytes a nanosecond, loaded only, from the nearest cache.
-double loadBandwidth() {
+/// Bytes a nanosecond, loaded only, from the nearest cache, `offset` as above.
+double loadBandwidth(std::ptrdiff_t offset) {
     constexpr std::ptrdiff_t count = 4096;
     constexpr int rounds = 1'000;
-    static const std::vector<float> from(count, 1.0f);
-    const double time = nanosecondsOf(CLOCK_THREAD_CPUTIME_ID, [] {
+    static const std::vector<float> cells(count + 4, 1.0f);
+    const float* const from = cells.data() + offset;
+    const double time = nanosecondsOf(CLOCK_THREAD_CPUTIME_ID, [=] {
         Float4 sums[8] = {0.0f, 0.0f, 0.0f, 0.0f, 0.0f, 0.0f, 0.0f, 0.0f};
         for (int round = 0; round < rounds; ++round) {
             for (std::ptrdiff_t i = 0; i < count; i += 32) {
                 for (std::ptrdiff_t lane = 0; lane < 8; ++lane) {
-                    sums[lane] = sums[lane] + velmora::load<Float4>(from.data() + i + lane * 4);
+                    sums[lane] = sums[lane] + velmora::load<Float4>(from + i + lane * 4);
                 }
             }
         }
@@ -182,7 +184,9 @@ void registerLimits(int samples) {
                                           {"233 KB, move on 128x228", 233'472},
                                           {"307 KB, Jacobi on 120x213", 306'720},
                                           {"2 MB, move on 512x512", 2'097'152}};
-    registerLimit("load, bytes per ns/16 KB", samples, loadBandwidth);
+    registerLimit("load, bytes per ns/16 KB", samples, [] { return loadBandwidth(0); });
+    registerLimit("load, bytes per ns/16 KB, off by a float", samples,
+                  [] { return loadBandwidth(1); });
     for (const WorkingSet& set : workingSets) {
         registerLimit(std::string("load + store, bytes per ns/") + set.what, samples,
                       [bytes = set.bytes] { return bandwidth(bytes); });
@@ -192,8 +196,10 @@ void registerLimits(int samples) {
                                      {"1.6 MB, mesh of 255x255", 1'554'492}};
     for (const WorkingSet& mesh : meshes) {
         registerLimit(std::string("store, bytes per ns/") + mesh.what, samples,
-                      [bytes = mesh.bytes] { return storeBandwidth(bytes); });
+                      [bytes = mesh.bytes] { return storeBandwidth(bytes, 0); });
     }
+    registerLimit("store, bytes per ns/16 KB, off by a float", samples,
+                  [] { return storeBandwidth(16'384, 1); });
     const Float4 step(0x1p-20f);
     const Float4 factor(1.0f + 0x1p-20f);
     registerLimit("four-lane operations per ns/add", samples, [=] {
