@@ -31,7 +31,8 @@ function watchGl() {
 
 /**
  * A finger that never rests, and a frame with each animation frame. Without the display's cap nothing else holds the
- * page back from asking for frames faster than they are drawn: every eighth waits until all before it are.
+ * page back from asking for frames faster than they are drawn, and a queue of them takes up to three times the
+ * processors' time of each: every frame waits until it is drawn.
  */
 async function stir(duration) {
     const { velmora } = window;
@@ -56,13 +57,11 @@ async function stir(duration) {
         velmora.touch(2, x * screen.width, y * screen.height, 0.5);
         await afterFrame();
         own += velmora.times.at(-1).effect;
-        if (frames % 8 === 0) {
-            drawn();
-        }
+        drawn();
         const passed = performance.now() - start;
         if (frames === 0) {
             [start, own, glAtStart] = [performance.now(), 0, window.glTime]; // programs are compiled
-        } else if (frames > 0 && frames % 8 === 0 && passed > duration * 1000) {
+        } else if (frames > 0 && passed > duration * 1000) {
             return { perSecond: (frames * 1000) / passed, own: (own - window.glTime + glAtStart) / frames, frames: frames + 3 };
         }
     }
