@@ -14,8 +14,8 @@ const levels = [
 const framesSeen = 24;
 const slow = 1000 / 40;
 const fluent = 1000 / 55;
-/** A step down that gains less than this part was no help: the display is slow, and not the drawing. */
-const leastGain = 0.03;
+/** Where a step down changes the mean by less than this part, the display is slow, and not the drawing. */
+const leastChange = 0.03;
 /** Fluent spans before a step up is tried; each step up that was too much doubles them. */
 const firstPatience = 12;
 
@@ -75,7 +75,7 @@ export class Quality {
         }
         const mean = this.sum / this.frames;
         this.skip();
-        if (this.before > 0 && mean > this.before * (1 - leastGain)) {
+        if (this.before > 0 && Math.abs(mean / this.before - 1) < leastChange) {
             --this.level;
             this.on = false;
         } else if (mean > slow) {
