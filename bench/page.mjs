@@ -106,7 +106,7 @@ for (const waterOnly of [false, true]) {
         `${(await ownTime(hash)).toFixed(2)} ms a frame outside GL`.padEnd(28),
         `first frame after ${first.toFixed(0)} ms`,
     );
-    for (const level of [0, 1, 2, 3]) {
+    for (const level of [0, 1, 2, 3, 4]) {
         const { perSecond, processors, words } = await speedAt(page, level);
         console.log(
             `    ${words}`.padEnd(38),

@@ -103,13 +103,14 @@ export async function picture(page) {
     return { width, height, bytes, pixel };
 }
 
-/** How far the colours lie apart on average, 0 to 255, within a box of part of the screen. */
+/** How far the colours lie apart on average, 0 to 255, within a box of part of the screen; of any two sizes. */
 export function difference(one, other, [left, top, right, bottom] = [0, 0, 1, 1]) {
+    const scale = [other.width / one.width, other.height / one.height];
     let sum = 0;
     let count = 0;
     for (let y = Math.ceil(top * one.height); y < Math.floor(bottom * one.height); ++y) {
         for (let x = Math.ceil(left * one.width); x < Math.floor(right * one.width); ++x) {
-            const [a, b] = [one.pixel(x, y), other.pixel(x, y)];
+            const [a, b] = [one.pixel(x, y), other.pixel(x * scale[0], y * scale[1])];
             sum += a.reduce((part, value, at) => part + Math.abs(value - b[at]), 0) / 3;
             ++count;
         }

@@ -54,21 +54,30 @@ function replace(pictures: Pictures, place: 0 | 1, source: Source): void {
     pictures.sources[place] = source;
 }
 
-/** The pixels of a picture cropped to the screen's shape. */
-export function pixelsOf(source: Source, size: Size): ImageData {
-    const canvas = document.createElement("canvas");
-    canvas.width = size.width;
-    canvas.height = size.height;
-    const context = canvas.getContext("2d", { willReadFrequently: true }) as CanvasRenderingContext2D;
-    if (source instanceof ImageBitmap) {
-        drawCropped(context, source, size);
-    } else {
-        ({ pebbles: paintPebbles, leaves: paintLeaves })[source](context, size);
-    }
+/**
+ * The pixels of a picture cropped to the screen's shape. What the page paints itself is laid out for `whole`, the screen
+ * with all of its pixels: on fewer it is the same picture.
+ */
+export function pixelsOf(source: Source, size: Size, whole: Size): ImageData {
+    const context = makeContext(size);
+    drawCropped(context, source instanceof ImageBitmap ? source : painted(source, whole), size);
     return context.getImageData(0, 0, size.width, size.height);
 }
 
-function drawCropped(context: CanvasRenderingContext2D, picture: ImageBitmap, size: Size): void {
+function painted(source: "pebbles" | "leaves", size: Size): HTMLCanvasElement {
+    const context = makeContext(size);
+    ({ pebbles: paintPebbles, leaves: paintLeaves })[source](context, size);
+    return context.canvas;
+}
+
+function makeContext(size: Size): CanvasRenderingContext2D {
+    const canvas = document.createElement("canvas");
+    canvas.width = size.width;
+    canvas.height = size.height;
+    return canvas.getContext("2d", { willReadFrequently: true }) as CanvasRenderingContext2D;
+}
+
+function drawCropped(context: CanvasRenderingContext2D, picture: ImageBitmap | HTMLCanvasElement, size: Size): void {
     const scale = Math.max(size.width / picture.width, size.height / picture.height);
     const width = picture.width * scale;
     const height = picture.height * scale;

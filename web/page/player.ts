@@ -223,8 +223,9 @@ export class Player {
     }
 
     private uploadPictures(): void {
-        this.effect.showPicture(0, pixelsOf(this.pictures.sources[0], this.size));
-        this.effect.showPicture(1, pixelsOf(this.pictures.sources[1], this.size));
+        const whole = pixelSize(this.canvas, 1);
+        this.effect.showPicture(0, pixelsOf(this.pictures.sources[0], this.size, whole));
+        this.effect.showPicture(1, pixelsOf(this.pictures.sources[1], this.size, whole));
     }
 
     private get wantedSize(): Size {

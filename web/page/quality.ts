@@ -8,6 +8,7 @@ const levels = [
     { mesh: 2 / 3, pixels: 1 },
     { mesh: 1 / 2, pixels: 1 },
     { mesh: 1 / 2, pixels: 0.75 },
+    { mesh: 1 / 3, pixels: 0.75 },
 ] as const;
 
 /** Frames whose mean interval counts, milliseconds. */
