@@ -32,9 +32,17 @@ namespace lanes = plain;
 namespace velmora {
 
 using lanes::Float4;
+/// Loads four lanes from where a whole vector is aligned, and nowhere else: x86 adds such a vector
+/// straight from memory, where another is an instruction of its own.
 using lanes::loadAligned;
 using lanes::loadShorts;
 using lanes::Short8;
+
+/// The first place at or after `from` where a whole vector is aligned, at most 3 floats on.
+inline float* alignedUp(float* from) {
+    const auto beyond = reinterpret_cast<std::uintptr_t>(from) % 16;
+    return from + (16 - beyond) % 16 / sizeof(float);
+}
 
 template <>
 struct FloatsTraits<Float4> {

@@ -39,12 +39,6 @@ template <>
 inline float load<float>(const float* from) {
     return *from;
 }
-/// The first place at or after `from` where a whole vector is aligned, for `loadAligned` of four
-/// lanes: x86 adds such a vector straight from memory, where another is an instruction of its own.
-inline float* alignedUp(float* from) {
-    const auto beyond = reinterpret_cast<std::uintptr_t>(from) % 16;
-    return from + (16 - beyond) % 16 / sizeof(float);
-}
 inline void store(float* to, float value) {
     *to = value;
 }

@@ -108,27 +108,32 @@ bool canRelaxInStrips(const FloatGrid& output) {
            layout.cells() + 3 <= layout.width * output.height;
 }
 
+enum class Start { given, rest };
+
 /// All iterations in strips: the pressures in the workspace, alpha * b in the output, which is free
-/// until the end. The border of `x` is 0, or all of it is to count as 0: the start is from rest.
-void relaxInStrips(Jacobi& pass, std::int32_t count, float* workspace, bool fromRest) {
+/// until the end. The border of a given `x` is 0; from rest, all of it counts as 0.
+void relaxInStrips(Jacobi& pass, std::int32_t count, float* workspace, Start start) {
     const StripLayout layout(pass.output);
     float* x = alignedUp(workspace);
     float* out = x + layout.cells();
     float* const source = alignedUp(pass.output.data);
     toStrips(layout, pass.b, pass.alpha, source);
-    if (!fromRest) {
+    const auto swapGrids = [&] {
+        std::swap(x, out);
+        std::swap(pass.x, pass.output);
+    };
+    if (start == Start::rest) {
+        relaxFromRest(layout, source, out, pass.rbeta);
+        swapGrids();
+        --count;
+    } else {
         toStrips(layout, pass.x, 1.0f, x);
     }
     alignas(16) float border[maxGridSide];
     std::fill_n(border, layout.rowLength(), 0.0f);
     for (std::int32_t iteration = 0; iteration < count; ++iteration) {
-        if (fromRest && iteration == 0) {
-            relaxFromRest(layout, source, out, pass.rbeta);
-        } else {
-            relaxStrips(layout, x, source, out, border, pass.rbeta);
-        }
-        std::swap(x, out);
-        std::swap(pass.x, pass.output);
+        relaxStrips(layout, x, source, out, border, pass.rbeta);
+        swapGrids();
     }
     fromStrips(layout, x, pass.x);
     fromStrips(layout, out, pass.output);
@@ -166,7 +171,7 @@ void jacobiSweep(const Jacobi& pass) {
 void jacobiSweeps(Jacobi& pass, std::int32_t count, const FloatGrid& workspace) {
     if (count > 1 && workspace.data != nullptr && canRelaxInStrips(pass.output) &&
         hasZeroBorder(pass.x)) {
-        relaxInStrips(pass, count, workspace.data, false);
+        relaxInStrips(pass, count, workspace.data, Start::given);
         return;
     }
     for (std::int32_t iteration = 0; iteration < count; ++iteration) {
@@ -179,7 +184,7 @@ void jacobiSweeps(Jacobi& pass, std::int32_t count, const FloatGrid& workspace) 
 
 void jacobiSweepsFromRest(Jacobi& pass, std::int32_t count, const FloatGrid& workspace) {
     if (count > 1 && workspace.data != nullptr && canRelaxInStrips(pass.output)) {
-        relaxInStrips(pass, count, workspace.data, true);
+        relaxInStrips(pass, count, workspace.data, Start::rest);
         return;
     }
     clearGrid(pass.x, 1);
