@@ -133,6 +133,32 @@ test("quality falls where frames are late, and comes back where they are not", a
     await close(page);
 });
 
+test("of time that nobody saw, no frame has more than a moment", async () => {
+    const page = await open(browser, {});
+    const elapsed = await page.evaluate(async () => {
+        const { velmora } = window;
+        const now = performance.now.bind(performance);
+        let [away, waiting, frame] = [0, null, 0];
+        performance.now = () => now() + away;
+        window.requestAnimationFrame = (call) => (waiting = call);
+        velmora.effect.frame = (milliseconds) => (frame = milliseconds);
+        velmora.look.rain = 1; // frames go on
+        velmora.userCame();
+        const lateFrame = async (hide) => {
+            while (!waiting) {
+                await new Promise((resolve) => setTimeout(resolve, 20));
+            }
+            away += 60000;
+            hide && document.dispatchEvent(new Event("visibilitychange"));
+            waiting(performance.now());
+            return frame;
+        };
+        return [await lateFrame(true), await lateFrame(false)];
+    });
+    assert.ok(elapsed[0] < 17 && elapsed[1] < 300, `hidden, asleep: ${elapsed}`);
+    await close(page);
+});
+
 test("less quality leaves waves and ink, and a replay has all of it", async () => {
     const page = await open(browser, {});
     const cells = () => page.evaluate(() => window.velmora.effect.waterBytes().length);

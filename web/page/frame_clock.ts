@@ -3,6 +3,8 @@
 export const frameTime = 1000 / 60;
 /** A display's frames come a little early or late; one that early is still taken. */
 const early = frameTime / 8;
+/** Milliseconds: the water waits out a longer gap, such as a machine's sleep. */
+const longestGap = 250;
 
 export class FrameClock {
     private last = performance.now();
@@ -14,7 +16,7 @@ export class FrameClock {
      * machine: what is recorded or replayed counts frames.
      */
     take(now: number, timeScale: number, exact: boolean): number[] {
-        this.owed += Math.max(now - this.last, 0) * timeScale;
+        this.owed += Math.min(Math.max(now - this.last, 0), longestGap) * timeScale;
         this.last = now;
         const whole = Math.floor((this.owed + early) / frameTime);
         if (whole < 1) {

@@ -81,7 +81,10 @@ export class Player {
             mayAttract: () => this.view.attract && !this.isBusy && !document.hidden,
         });
         new ResizeObserver(() => this.followSize()).observe(canvas);
-        document.addEventListener("visibilitychange", () => this.wake());
+        document.addEventListener("visibilitychange", () => {
+            this.skipTime(); // also where a frame waits, which a hidden page gets only when it is seen again
+            this.wake();
+        });
     }
 
     /** From the start on the canvas' present size: calm water, no ink. */
@@ -117,9 +120,7 @@ export class Player {
         if (this.scheduled || this.lost || document.hidden) {
             return;
         }
-        this.lastTick = performance.now();
-        this.quality.skip();
-        this.clock.skip(this.lastTick);
+        this.skipTime();
         this.schedule();
     }
 
@@ -254,6 +255,13 @@ export class Player {
                 this.restart();
             }
         }, 150);
+    }
+
+    /** Nobody saw the time since the last frame: no water moved, and no frame is late. */
+    private skipTime(): void {
+        this.lastTick = performance.now();
+        this.quality.skip();
+        this.clock.skip(this.lastTick);
     }
 
     private schedule(): void {
