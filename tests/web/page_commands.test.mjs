@@ -122,9 +122,10 @@ test("quality falls where frames are late, and comes back where they are not", a
         };
         const keeper = () => new window.velmora.quality.constructor();
         const [slow, quick, idle] = [keeper(), keeper(), keeper()];
+        quick.note(232); // one hitch
         return {
             slow: [60, 50, 40].map((late) => spans(slow, 1, late)),
-            again: [spans(slow, 11, 16.7), spans(slow, 1, 16.7), spans(slow, 24, 16.7)],
+            again: [spans(slow, 11, 20), spans(slow, 1, 20), spans(slow, 24, 20)],
             quick: spans(quick, 50, 16.7),
             display: [spans(idle, 1, 33.3), spans(idle, 50, 33.3)], // it shows no more, whatever is drawn
         };

@@ -11,11 +11,12 @@ const levels = [
     { mesh: 1 / 3, pixels: 0.75 },
 ] as const;
 
-/** Frames whose mean interval counts, milliseconds. */
+/** Frames of a span. What a few of them wait for, a hitch or a display's beat, does not count: only the middle half. */
 const framesSeen = 24;
+/** Milliseconds from frame to frame; between the two nothing changes. */
 const slow = 1000 / 40;
-const fluent = 1000 / 55;
-/** Where a step down changes the mean by less than this part, the display is slow, and not the drawing. */
+const fluent = 1000 / 47;
+/** Where a step down changes the interval by less than this part, the display is slow, and not the drawing. */
 const leastChange = 0.03;
 /** Fluent spans before a step up is tried; each step up that was too much doubles them. */
 const firstPatience = 12;
@@ -24,12 +25,11 @@ export class Quality {
     /** 0: all of it. */
     level = 0;
     private on = true;
-    private sum = 0;
-    private frames = 0;
+    private span: number[] = [];
     private fluentSpans = 0;
     private patience = firstPatience;
     private raised = false;
-    /** The mean before the last step down, until it is known what that gained. */
+    /** The interval before the last step down, until it is known what that gained. */
     private before = 0;
 
     get fits(): boolean {
@@ -70,37 +70,36 @@ export class Quality {
 
     /** Milliseconds from one frame to the next while frames run. */
     note(between: number): void {
-        this.sum += between;
-        if (!this.on || ++this.frames < framesSeen) {
+        if (!this.on || this.span.push(between) < framesSeen) {
             return;
         }
-        const mean = this.sum / this.frames;
+        const usual = middleMean(this.span);
         this.skip();
-        if (this.before > 0 && Math.abs(mean / this.before - 1) < leastChange) {
+        if (this.before > 0 && Math.abs(usual / this.before - 1) < leastChange) {
             --this.level;
             this.on = false;
-        } else if (mean > slow) {
-            this.lower(mean);
+        } else if (usual > slow) {
+            this.lower(usual);
         } else {
             this.before = 0;
-            this.raise(mean);
+            this.raise(usual);
         }
     }
 
     /** The frames before and after are of different spans. */
     skip(): void {
-        this.sum = this.frames = 0;
+        this.span = [];
     }
 
     private get step(): (typeof levels)[number] {
         return levels[this.level] ?? levels[0];
     }
 
-    private lower(mean: number): void {
+    private lower(interval: number): void {
         this.fluentSpans = 0;
         if (this.level < levels.length - 1) {
             ++this.level;
-            this.before = this.pixels < 1 ? 0 : mean; // fewer pixels come later, when nobody looks
+            this.before = this.pixels < 1 ? 0 : interval; // fewer pixels come later, when nobody looks
             this.patience *= this.raised ? 2 : 1;
         } else {
             this.before = 0;
@@ -108,12 +107,19 @@ export class Quality {
         this.raised = false;
     }
 
-    private raise(mean: number): void {
-        this.fluentSpans = mean < fluent ? this.fluentSpans + 1 : 0;
+    private raise(interval: number): void {
+        this.fluentSpans = interval < fluent ? this.fluentSpans + 1 : 0;
         if (this.level > 0 && this.fluentSpans >= this.patience) {
             --this.level;
             this.fluentSpans = 0;
             this.raised = true;
         }
     }
+}
+
+/** A display shows frames only at its own beats: a median would leap from one beat to the next. */
+function middleMean(span: number[]): number {
+    const quarter = span.length / 4;
+    const middle = span.sort((one, other) => one - other).slice(quarter, -quarter);
+    return middle.reduce((sum, one) => sum + one, 0) / middle.length;
 }
