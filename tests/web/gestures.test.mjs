@@ -87,6 +87,12 @@ test("what is recorded plays again as it was, and a film and a picture of it are
     );
     await bring(page, "drop", ["again.gesture", "", script]);
     assert.deepEqual(await seen, recorded);
+
+    await page.keyboard.press("r"); // and is not lost where another gesture comes
+    const kept = page.waitForEvent("download", { timeout: 20000 });
+    await bring(page, "drop", ["again.gesture", "", script]);
+    assert.match((await kept).suggestedFilename(), /\.gesture$/);
+    assert.equal(await page.locator("#marks > *").count(), 0);
     await close(page);
 });
 

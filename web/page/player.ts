@@ -185,6 +185,7 @@ export class Player {
 
     /** Restarts and plays a gesture script; returns what is wrong with it. */
     replay(script: string, name: string): string {
+        this.beforeRestart();
         const fault = this.effect.startReplay(script, name);
         if (!fault) {
             this.becomeExact();
