@@ -40,6 +40,9 @@ test("a look in a link, in a dropped file, and with faults", async () => {
     const page = await open(browser, { hash: `#look=${encodeURIComponent(JSON.stringify(preset))}` });
     const linked = await look(page);
     assert.deepEqual({ ...linked, ...preset }, linked);
+    await page.keyboard.press("m");
+    await page.keyboard.press("Backspace");
+    assert.deepEqual(await look(page), linked);
 
     await page.keyboard.press("n");
     const other = await look(page);
@@ -55,6 +58,9 @@ test("a look in a link, in a dropped file, and with faults", async () => {
     await notice(page, "evening");
     const evening = await look(page);
     assert.equal(evening.exponent, 7);
+    await page.keyboard.press("m");
+    await page.keyboard.press("Backspace");
+    assert.deepEqual(await look(page), evening);
     const faults = [
         [json({ damping: 3 }), "bad.json: damping is to be a number from 0.8 to 0.999, not 3"],
         [json({ wet: true }), 'bad.json: there is no setting "wet"'],

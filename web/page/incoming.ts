@@ -4,7 +4,7 @@ import { parseLook, type Look } from "./look";
 import { attempt, say } from "./notice";
 import { putFirst, putSecond, readPicture } from "./pictures";
 import type { Player } from "./player";
-import { addPreset, presetName, type PresetList } from "./presets";
+import { addPreset, presetName, type Preset, type PresetList } from "./presets";
 
 /** No script or preset is longer; a film that was dropped by mistake is. */
 const longestText = 4 << 20;
@@ -13,10 +13,11 @@ export class Incoming {
     constructor(
         private readonly player: Player,
         private readonly presets: PresetList,
-        private readonly showLook: (look: Look) => void,
+        private readonly takeUp: (preset: Preset) => void,
     ) {}
 
-    take(file: File, place: "first" | "second" = "first"): Promise<void> {
+    /** Returns whether it could be read. */
+    take(file: File, place: "first" | "second" = "first"): Promise<boolean> {
         return attempt(async () => {
             this.player.userCame();
             if (/\.json$/i.test(file.name)) {
@@ -43,8 +44,7 @@ export class Incoming {
         } catch (error) {
             throw new Error(`${file.name}: ${(error as Error).message}`);
         }
-        addPreset(this.presets, name, look);
-        this.showLook(look);
+        this.takeUp(addPreset(this.presets, name, look));
         say(name);
     }
 

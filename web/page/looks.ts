@@ -9,6 +9,7 @@ import { addPreset, type Preset, type PresetList } from "./presets";
 export class Looks {
     /** Shows the look's values elsewhere on the page. */
     onChange = () => {};
+    /** What the look was before the visitor changed it. */
     private chosen: Preset | undefined;
     private seed = Math.floor(Math.random() * 2 ** 32);
 
@@ -23,11 +24,15 @@ export class Looks {
         this.player.userCame();
     }
 
+    takeUp(preset: Preset): void {
+        this.chosen = preset;
+        this.show(preset.look);
+    }
+
     choose(name: string): void {
         const preset = this.presets.all.find((one) => one.name === name);
         if (preset) {
-            this.chosen = preset;
-            this.show(preset.look);
+            this.takeUp(preset);
             say(preset.name);
         }
     }
@@ -61,7 +66,7 @@ export class Looks {
 
     save(): void {
         const name = freshName("look", "");
-        addPreset(this.presets, name, this.player.look);
+        this.chosen = addPreset(this.presets, name, this.player.look);
         download(writeLook(this.player.look), `${name}.json`);
         this.onChange();
         say(`saved ${name}.json, and in the list of presets`);
@@ -87,7 +92,7 @@ export class Looks {
             return;
         }
         try {
-            this.show(parseLook(text, this.presets.settings));
+            this.takeUp({ name: "the look of the link", look: parseLook(text, this.presets.settings) });
         } catch (error) {
             throw new Error(`the look in this link: ${(error as Error).message}`);
         }

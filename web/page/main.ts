@@ -32,7 +32,7 @@ async function open(): Promise<void> {
 
 /** Keys, panel, help, files and links. */
 function tieControls(player: Player, looks: Looks): void {
-    const incoming = new Incoming(player, looks.presets, (look) => looks.show(look));
+    const incoming = new Incoming(player, looks.presets, (preset) => looks.takeUp(preset));
     const help = byId<HTMLDialogElement>("help");
     const commands = makeCommands({
         player,

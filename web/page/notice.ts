@@ -14,12 +14,14 @@ export function say(words: string): void {
     timer = window.setTimeout(() => line.classList.remove("shown"), 4000 + 40 * clean.length);
 }
 
-/** Runs what may fail; a failure is said, and loses nothing. */
-export async function attempt(action: () => unknown): Promise<void> {
+/** Runs what may fail; a failure is said, and loses nothing. Returns whether it worked. */
+export async function attempt(action: () => unknown): Promise<boolean> {
     try {
         await action();
+        return true;
     } catch (error) {
         say(error instanceof Error ? error.message : String(error));
+        return false;
     }
 }
 

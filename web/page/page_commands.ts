@@ -65,8 +65,9 @@ function lookCommands({ looks, incoming }: Parts): Command[] {
 
 function pictureCommands({ looks, incoming, player }: Parts): Command[] {
     const takeSecond = async (file: File) => {
-        await incoming.take(file, "second");
-        player.look["secondBackground"] = true;
+        if (await incoming.take(file, "second")) {
+            looks.show({ ...player.look, secondBackground: true });
+        }
     };
     return [
         command("o", "a picture of your own", () => choose("image/*", (file) => incoming.take(file))),

@@ -42,14 +42,15 @@ export function loadPresets(settings: Settings): PresetList {
 }
 
 /** Listed at once, and the next time the page is opened. */
-export function addPreset(list: PresetList, name: string, look: Look): void {
-    const copy = structuredClone(look);
-    list.all = [...list.all.filter((preset) => preset.name !== name), { name, look: copy }];
+export function addPreset(list: PresetList, name: string, look: Look): Preset {
+    const added = { name, look: structuredClone(look) };
+    list.all = [...list.all.filter((preset) => preset.name !== name), added];
     try {
-        localStorage.setItem(storageName, JSON.stringify({ ...readSaved(), [name]: writeLook(copy) }));
+        localStorage.setItem(storageName, JSON.stringify({ ...readSaved(), [name]: writeLook(added.look) }));
     } catch {
         // Then it is kept as long as the page is open.
     }
+    return added;
 }
 
 /** The preset that the look is, untouched. */
