@@ -9,7 +9,7 @@ export class CalmWatch {
     private quietFrames = 0;
     private lastPicture = 0;
     /** Without a touch since the start no ink lies, and calm water is enough. */
-    private inkMayLie = false;
+    private mayInk = false;
     private stands = false;
 
     constructor(private readonly gl: WebGLRenderingContext) {}
@@ -18,14 +18,19 @@ export class CalmWatch {
         return this.stands;
     }
 
+    /** What fades leaves a trace that stands. */
+    get inkMayLie(): boolean {
+        return this.mayInk;
+    }
+
     /** No ink lies. */
     start(): void {
-        this.inkMayLie = false;
+        this.mayInk = false;
         this.disturb();
     }
 
     touch(): void {
-        this.inkMayLie = true;
+        this.mayInk = true;
         this.disturb();
     }
 
@@ -41,7 +46,7 @@ export class CalmWatch {
             return;
         }
         ++this.quietFrames;
-        if (!this.inkMayLie) {
+        if (!this.mayInk) {
             this.stands = true;
         } else if (this.quietFrames >= quietFramesBefore && this.quietFrames % quietFramesBetween === 0) {
             const picture = this.picture();

@@ -16,10 +16,6 @@ export class Keeping {
         player.beforeRestart = () => this.finishRecording();
     }
 
-    get filming(): boolean {
-        return this.recorder !== null;
-    }
-
     async screenshot(): Promise<void> {
         const picture = await this.player.screenshot();
         if (picture) {
@@ -81,6 +77,7 @@ export class Keeping {
         recorder.ondataavailable = (event) => parts.push(event.data);
         recorder.onstop = () => {
             this.recorder = null;
+            this.player.filming = false;
             endMark();
             const name = freshName("film", type.startsWith("video/mp4") ? ".mp4" : ".webm");
             download(new Blob(parts, { type: type.split(";")[0] as string }), name);
@@ -88,6 +85,7 @@ export class Keeping {
         };
         recorder.start(1000);
         this.recorder = recorder;
+        this.player.filming = true;
         this.player.userCame(); // the film's first picture
     }
 }

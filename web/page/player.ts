@@ -34,6 +34,8 @@ export class Player {
     /** Since the page was opened: animation frames asked for, frames of the effect, GL contexts. */
     readonly counts = { animationFrames: 0, frames: 0, contexts: 1 };
     recording = false;
+    /** A film's pictures keep their size. */
+    filming = false;
     /** The context is lost. */
     lost = false;
     /** Called after each frame, while the canvas still has its picture. */
@@ -133,7 +135,7 @@ export class Player {
     clearInk(): void {
         this.moves = [];
         this.effect.clearInk();
-        this.calm.disturb();
+        this.calm.start();
         this.wake();
     }
 
@@ -286,8 +288,8 @@ export class Player {
         drawOverlays(this.view, this.probe, this.overlay);
         if (!this.rests) {
             this.schedule();
-        } else if (!this.hasWantedSize && !this.view.paused) {
-            this.restart(); // nobody sees it: calm water, and no ink
+        } else if (!this.hasWantedSize && !this.calm.inkMayLie && !this.view.paused && !this.filming) {
+            this.restart(); // nobody sees it
         }
     }
 
@@ -369,6 +371,7 @@ export class Player {
         this.onLook();
         if (!this.effect.replays) {
             this.exact = this.replaying = false;
+            this.calm.touch(); // the script's ink lies
             this.onReplayEnd();
         }
     }

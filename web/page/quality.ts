@@ -99,7 +99,7 @@ export class Quality {
         this.fluentSpans = 0;
         if (this.level < levels.length - 1) {
             ++this.level;
-            this.before = this.pixels < 1 ? 0 : interval; // fewer pixels come later, when nobody looks
+            this.before = this.pixels < 1 ? 0 : interval; // fewer pixels come later, when no ink lies
             this.patience *= this.raised ? 2 : 1;
         } else {
             this.before = 0;
