@@ -41,6 +41,18 @@ const char* kindOf(bool) {
     return "switch";
 }
 
+const char* nameOf(player::Group group) {
+    switch (group) {
+        case player::Group::water:
+            return "Water";
+        case player::Group::light:
+            return "Light";
+        case player::Group::ink:
+            return "Ink";
+    }
+    return "";
+}
+
 template <class Value>
 std::string text(Value value) {
     char digits[32];
@@ -62,8 +74,8 @@ void writeSettings(const player::Settings& settings, float* values) {
 
 extern "C" {
 
-/// The settings as JSON: the fields, each with name, words, kind, least, most and the value at first, the
-/// first ink, and the inks to choose from by their names.
+/// The settings as JSON: the fields, each with name, words, heading, hint, kind, least, most and the
+/// value at first, the first ink, and the inks to choose from by their names.
 EMSCRIPTEN_KEEPALIVE const char* describeSettings() {
     const player::Settings defaults;
     answer = R"({"fields":[)";
@@ -71,6 +83,7 @@ EMSCRIPTEN_KEEPALIVE const char* describeSettings() {
         const auto value = defaults.*field.member;
         answer += answer.back() == '}' ? "," : "";
         answer += R"({"name":")" + std::string(field.name) + R"(","words":")" + field.words +
+                  R"(","group":")" + nameOf(field.group) + R"(","hint":")" + field.hint +
                   R"(","kind":")" + kindOf(value) + R"(","least":)" + text(field.least) +
                   R"(,"most":)" + text(field.most) + R"(,"first":)" + text(value) + "}";
     });

@@ -15,6 +15,10 @@ export const enum TouchAction {
 export interface SettingField {
     name: string;
     words: string;
+    /** The heading that it stands under. */
+    group: "Water" | "Light" | "Ink";
+    /** What it does. */
+    hint: string;
     kind: "number" | "count" | "switch";
     least: number;
     most: number;

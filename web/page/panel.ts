@@ -9,25 +9,7 @@ import type { Player } from "./player";
 import { presetOf } from "./presets";
 import { Times } from "./times";
 
-const groups: Record<string, string[]> = {
-    Water: ["damping", "waveSpeed", "ripple", "rain", "meshDetail", "refractiveIndex", "waterOnly"],
-    Light: ["sheen", "fresnel", "specular", "exponent"],
-    Finger: ["pressure", "timeScale"],
-};
-
-/** What a name does not tell. */
-const hints: Record<string, string> = {
-    damping: "part of a wave's motion that is left after a 60th of a second",
-    waveSpeed: "shorter sides of the screen per second",
-    meshDetail: "cells of the water along the shorter side",
-    refractiveIndex: "1 bends nothing, 1.33 is water",
-    sheen: "how much of the sky the waves show",
-    fresnel: "more sheen on slopes that face the light",
-    specular: "brightness of the highlights",
-    exponent: "sharpness of the highlights",
-    pressure: "of a finger whose device measures none",
-    timeScale: "seconds of the effect per second",
-};
+const groups = ["Water", "Light", "Ink"] as const;
 
 export class Panel {
     private readonly gui: GUI;
@@ -45,12 +27,7 @@ export class Panel {
     ) {
         this.gui = new GUI({ container: place, title: "Velmora", width: 320 });
         this.addPresets();
-        for (const [group, names] of Object.entries(groups)) {
-            this.addGroup(group, names);
-            if (group === "Light") {
-                this.addInk();
-            }
-        }
+        groups.forEach((group) => this.addGroup(group));
         for (const [folder, commands] of Object.entries(tools)) {
             this.addTools(folder, commands);
         }
@@ -117,11 +94,13 @@ export class Panel {
             .onChange((name: string) => this.looks.choose(name.replace(/ \*$/, "")));
     }
 
-    private addGroup(group: string, names: string[]): void {
+    private addGroup(group: (typeof groups)[number]): void {
         const folder = this.gui.addFolder(group).close();
-        for (const name of names) {
-            const field = this.player.effect.fields.find((one) => one.name === name);
-            if (field) {
+        if (group === "Ink") {
+            this.addInk(folder);
+        }
+        for (const field of this.player.effect.fields) {
+            if (field.group === group) {
                 this.addSetting(folder, field);
             }
         }
@@ -133,12 +112,11 @@ export class Panel {
             field.kind === "switch"
                 ? folder.add(look, field.name)
                 : folder.add(look, field.name, field.least, field.most, field.kind === "count" ? 1 : 0.001);
-        this.label(control.name(field.words), hints[field.name]);
+        this.label(control.name(field.words), field.hint);
     }
 
-    private addInk(): void {
+    private addInk(folder: GUI): void {
         const { look, effect } = this.player;
-        const folder = this.gui.addFolder("Ink").close();
         this.label(folder.addColor(look, "ink").name("colour"));
         const swatches = document.createElement("div");
         swatches.className = "swatches";
