@@ -42,8 +42,9 @@ void raiseCone(const WaterDriver& water, JniEnvironment& jni, double x, double y
 float valueBetween(std::span<const float> grid, const WaterDriver& water, double x, double y) {
     const int left = std::min(static_cast<int>(x), water.columns - 2);
     const int top = std::min(static_cast<int>(y), water.rows - 2);
-    const auto weightX = static_cast<float>(x - left);
-    const auto weightY = static_cast<float>(y - top);
+    // Beyond the last cell its value goes on.
+    const auto weightX = static_cast<float>(std::min(1.0, x - left));
+    const auto weightY = static_cast<float>(std::min(1.0, y - top));
     const auto rowAt = [&](int row) {
         const auto cell = static_cast<std::size_t>(row * water.columns + left);
         return std::lerp(grid[cell], grid[cell + 1], weightX);

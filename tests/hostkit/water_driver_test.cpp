@@ -114,5 +114,20 @@ TEST(WaterDriver, StepsAreFixedAndEndWhenTheWaterIsCalm) {
     EXPECT_EQ(water.steps, atRest + 1);
 }
 
+TEST(WaterDriver, WavesOnAFinerGridStayWithinTheHeightsOfTheCoarse) {
+    JniEnvironment jni;
+    const WaterDriver coarse = makeWater(jni, 500, 500, {.shortSideCells = 24});
+    WaterDriver fine = makeWater(jni, 500, 500, {.shortSideCells = 180});
+    const auto heights = JniEnvironment::elements(coarse.height);
+    for (std::size_t cell = 0; cell < heights.size(); ++cell) {
+        heights[cell] = static_cast<float>(cell % 5) - 2.0f;
+    }
+    carryWaves(coarse, fine);
+    const auto [least, most] = std::ranges::minmax(JniEnvironment::elements(fine.height));
+    EXPECT_GE(least, -2.0f);
+    EXPECT_LE(most, 2.0f);
+    EXPECT_GT(most, 1.5f);
+}
+
 }  // namespace
 }  // namespace hostkit
