@@ -22,7 +22,7 @@ constexpr Range ranges[] = {
 };
 constexpr int meshDetails[] = {90, 105, 120, 135};
 
-/// One look in so many has rain.
+/// Of all looks, the part with rain.
 constexpr double rainyPart = 0.2;
 
 }  // namespace
@@ -38,7 +38,9 @@ Settings randomLook(std::uint32_t seed) {
     }
     look.meshDetail = meshDetails[numbers() % 4];
     look.rain = between(0.0, 1.0) < rainyPart ? static_cast<float>(between(2.0, 14.0)) : 0.0f;
-    look.ink = lightInk(between(0.0, 360.0), between(0.28, 0.5));
+    const double hue = between(0.0, 360.0);
+    const double darkest = between(0.28, 0.5);
+    look.ink = lightInk(hue, darkest);
     return look;
 }
 
