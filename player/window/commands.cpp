@@ -74,7 +74,7 @@ void OpenWindow::run(Command command) {
         case Command::loseContext:
             return gestures.add(hostkit::LoseContext{});
         case Command::nextPreset:
-            return loadLook(looks.next().file);
+            return loadNextLook();
         case Command::inkOfPicture:
             return takeInkOfPicture();
         case Command::randomLook:
@@ -107,6 +107,12 @@ void OpenWindow::run(Command command) {
 void OpenWindow::loadLook(const std::filesystem::path& file) {
     session.settings = looks.load(file);
     say(notice, looks.name());
+}
+
+void OpenWindow::loadNextLook() {
+    if (const NamedPreset* preset = looks.next()) {
+        loadLook(preset->file);
+    }
 }
 
 void OpenWindow::takeInkOfPicture() {

@@ -29,8 +29,8 @@ Settings Looks::load(const std::filesystem::path& file) {
     return settings;
 }
 
-const NamedPreset& Looks::next() const {
-    return all[following % all.size()];
+const NamedPreset* Looks::next() const {
+    return all.empty() ? nullptr : &all[following % all.size()];
 }
 
 void Looks::add(const std::filesystem::path& file, const Settings& settings) {

@@ -19,8 +19,8 @@ public:
     std::span<const NamedPreset> presets() const { return all; }
     /// The settings to show from now on. Throws Failure, and what is shown stays.
     Settings load(const std::filesystem::path& file);
-    /// The preset after the last one of the list that was shown.
-    const NamedPreset& next() const;
+    /// The preset after the last one of the list that was shown; null: there are none.
+    const NamedPreset* next() const;
     /// The settings shown were saved under this name.
     void add(const std::filesystem::path& file, const Settings& settings);
 

@@ -40,6 +40,7 @@ private:
     void runCommands();
     void run(Command command);
     void loadLook(const std::filesystem::path& file);
+    void loadNextLook();
     void takeInkOfPicture();
     void showRandomLook();
     void resetLook();

@@ -45,6 +45,9 @@ void tryTo(Work work) {
 /// Calls `take` with the file, where it is there.
 template <class Take>
 void takeFile(const char* name, Take take) {
+    if (folder().empty()) {
+        return;
+    }
     const fs::path file = folder() / name;
     tryTo([&] {
         std::error_code ignored;
