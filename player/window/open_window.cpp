@@ -42,9 +42,11 @@ Size startSize(const Options& options, const std::optional<Replay>& replay,
     return options.picture.empty() ? usual : shapeOf(picture, usual);
 }
 
+/// What is to be the same each time does not hang on the window before.
 Settings startLook(const Options& options, const Remembered& remembered) {
     Settings look = startSettings(options);
-    if (options.preset.empty() && remembered.look) {
+    const bool repeatable = options.scriptGiven || !options.record.empty() || options.digest;
+    if (options.preset.empty() && !repeatable && remembered.look) {
         look = *remembered.look;
         look.waterOnly = look.waterOnly || options.waterOnly;
     }
@@ -67,7 +69,7 @@ OpenWindow::OpenWindow(const Options& options, Backgrounds backgrounds,
       playback(session, gestures, keeper),
       looks(options.shots, options.preset, startSettings(options)),
       display(screen, session, keeper, notice),
-      begun(session.settings),
+      begun(session.usersChoice()),
       begunSize(screen.window().ownSize()),
       remembers(!options.fresh),
       waterOnlyGiven(options.waterOnly) {
@@ -100,14 +102,13 @@ void OpenWindow::run() {
     }
 }
 
-/// What the command line chose for this window alone, and which picture it showed, is not the next
-/// one's.
+/// What the command line chose for this window alone is not the next one's.
 void OpenWindow::rememberChanges() {
     Remembered last;
-    if (session.settings != begun) {
-        last.look = session.settings;
-        last.look->secondBackground = false;
-        last.look->waterOnly = session.settings.waterOnly && !waterOnlyGiven;
+    const Settings choice = session.usersChoice();
+    if (choice != begun) {
+        last.look = choice;
+        last.look->waterOnly = choice.waterOnly && !waterOnlyGiven;
     }
     const std::optional<Size> size = screen.window().ownSize();
     if (size != begunSize) {

@@ -130,7 +130,7 @@ std::vector<hostkit::ScriptEvent> Session::eventsOf(std::span<const ScriptAction
         add(action);
         touched = touched || std::holds_alternative<Touch>(action);
         if (const auto* color = std::get_if<InkColor>(&action)) {
-            settings.ink = {color->red, color->green, color->blue};
+            takeInkOfScript({color->red, color->green, color->blue});
         } else if (const auto* second = std::get_if<SecondBackground>(&action)) {
             settings.secondBackground = second->on;
         }
@@ -140,6 +140,22 @@ std::vector<hostkit::ScriptEvent> Session::eventsOf(std::span<const ScriptAction
         record->endFrame();
     }
     return events;
+}
+
+void Session::takeInkOfScript(const std::array<float, 3>& ink) {
+    if (settings.ink != inkOfScript) {
+        inkOfUser = settings.ink;
+    }
+    inkOfScript = settings.ink = ink;
+}
+
+Settings Session::usersChoice() const {
+    Settings choice = settings;
+    if (choice.ink == inkOfScript) {
+        choice.ink = inkOfUser;
+    }
+    choice.secondBackground = false;
+    return choice;
 }
 
 void Session::showPicture(hostkit::Picture picture) {

@@ -60,6 +60,9 @@ public:
     const hostkit::EffectProbe& seen() const { return probe; }
     const FrameTimes& times() const { return lastTimes; }
     Size size() const { return screenSize; }
+    /// The settings as the user left them: but for the ink that a script chose since, and which
+    /// background is shown.
+    Settings usersChoice() const;
     hostkit::Picture shown() const;
 
     /// Applied with the next frame.
@@ -68,6 +71,7 @@ public:
 private:
     void applySettings();
     std::vector<hostkit::ScriptEvent> eventsOf(std::span<const hostkit::ScriptAction> actions);
+    void takeInkOfScript(const std::array<float, 3>& ink);
     void watchForCalm(bool disturbed);
 
     Screen& screen;
@@ -83,6 +87,9 @@ private:
     Rain rain;
     std::optional<int> nobodysStroke;
     std::optional<hostkit::InkColor> nobodysInk;
+    std::optional<std::array<float, 3>> inkOfScript;
+    /// Before the script's, while that is the one of the settings.
+    std::array<float, 3> inkOfUser{};
     /// Whether a finger came since the ink was last all gone.
     bool touched = false;
     int quietFrames = 0;
