@@ -39,6 +39,11 @@ std::vector<ScriptAction> Gestures::next(Size screen, bool onlyUser) {
     return next;
 }
 
+void Gestures::play(Replay script) {
+    attract.leave();
+    replay = std::move(script);
+}
+
 bool Gestures::endReplay() {
     if (!replay || !isOver(*replay)) {
         return false;

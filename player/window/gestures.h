@@ -39,7 +39,8 @@ public:
     /// Those of the next frame. `onlyUser`: nobody's finger leaves.
     std::vector<hostkit::ScriptAction> next(Size screen, bool onlyUser);
 
-    void play(Replay script) { replay = std::move(script); }
+    /// From a fresh start of the effect, which knows of no finger.
+    void play(Replay script);
     bool replaying() const { return replay.has_value(); }
     /// Whether the script has just been played to its end; then it goes.
     bool endReplay();

@@ -127,7 +127,7 @@ protected:
 
     void openWindow(const std::string& more = "--no-attract") {
         player = start("cd " + folder.string() + " && " + limit + "exec " + command + " " + sized +
-                       " --digest " + preset + " " + more + " >out 2>err");
+                       " " + preset + " " + more + " >out 2>err");
         ASSERT_TRUE(waitFor([&] {
             run("xdotool search --onlyvisible --name '^Velmora$' 2>/dev/null | tr -d '\\n' >found");
             return !(window = contents("found")).empty();
@@ -206,7 +206,7 @@ protected:
     /// The picture, and the screen's size where the test rules it.
     std::string sized = "plain.png --size " + std::to_string(width) + "x" + std::to_string(height);
     std::string limit;
-    std::string preset = "--preset still.json";
+    std::string preset = "--digest --preset still.json";
     pid_t player = 0;
     std::string window;
     int shots = 0;
@@ -237,6 +237,35 @@ TEST_F(WindowTest, AnIdleWindowShowsAFingerOfItsOwnUntilTheUserComes) {
     xdotool("click 1");
     press("c");
     EXPECT_TRUE(waitFor([&] { return stains(look()) == 0; })) << "it draws on beside the user's";
+}
+
+TEST_F(WindowTest, AReplayOverNobodysStrokesHasTheInkOfItsScript) {
+    write("green.json", R"({"ripple": 0, "ink": [0.3, 1, 0.3], "timeScale": 2, "meshDetail": 30})");
+    preset = "--digest --preset green.json";
+    openWindow("--size 120x180");
+    constexpr std::size_t red = 0;
+    constexpr std::size_t green = 1;
+    constexpr std::size_t blue = 2;
+    const auto shows = [&](std::size_t light, std::size_t dark, int more) {
+        const Pixbuf shown = look();
+        int count = 0;
+        for (int at = 0; at < 120 * 110; ++at) {
+            const Rgb color = pixel(shown, at % 120, at / 120);
+            count += color[light] > color[dark] + more ? 1 : 0;
+        }
+        return count > 100;
+    };
+    ASSERT_TRUE(waitFor([&] { return shows(blue, red, 0); }))
+        << "the second, unlike the look and the picture";
+    std::string script = "screen 120 180\nframes 30\n0 ink 1 0.3 0.3\n1 down 20 50 1\n";
+    for (int frame = 2; frame < 28; ++frame) {
+        script += std::to_string(frame) + " move " + std::to_string(20 + 3 * frame) + " 60 1\n";
+    }
+    write("red.gesture", script);
+    ASSERT_TRUE(dropFile(std::stoul(window), folder / "red.gesture"));
+    ASSERT_TRUE(waitFor([&] { return !contents("out").empty(); }));
+    EXPECT_TRUE(shows(red, green, 60));
+    EXPECT_FALSE(shows(blue, red, 0));
 }
 
 TEST_F(WindowTest, AClickOnThePanelTurnsItsControlAndLaysNoInk) {
@@ -477,13 +506,22 @@ TEST_F(WindowTest, AWindowBeginsWithTheLastOnesLookAndSizeWhereTheyCanBeUsed) {
     openWindow();
     EXPECT_EQ(savedAs("shots/preset-02.json"), look);
     EXPECT_EQ(gdk_pixbuf_get_width(shot().get()), 200);
-    write("config/velmora/look.json", "{\"\x1b[7m\": 1}");
-    write("config/velmora/window-size", "9999999999x\x1b[7m");
     press("q");
     ASSERT_EQ(exitCode(), 0) << contents("err");
+    const std::string kept = R"({"pressure": 0.375})";
+    write("config/velmora/look.json", kept);
+    write("red.gesture", "frames 3\n0 ink 1 0.3 0.3\n");
+    openWindow("--no-attract --digest --script red.gesture");
+    ASSERT_TRUE(waitFor([&] { return !contents("out").empty(); }));
+    EXPECT_EQ(savedAs("shots/preset-03.json").find("0.375"), std::string::npos) << "not repeatable";
+    press("q");
+    ASSERT_EQ(exitCode(), 0) << contents("err");
+    EXPECT_EQ(contents("config/velmora/look.json"), kept) << "the ink was not the user's choice";
+    write("config/velmora/look.json", "{\"\x1b[7m\": 1}");
+    write("config/velmora/window-size", "9999999999x\x1b[7m");
     openWindow();
     EXPECT_EQ(lines(), 2) << contents("err");
-    EXPECT_NE(savedAs("shots/preset-03.json"), look);
+    EXPECT_NE(savedAs("shots/preset-04.json"), look);
     press("q");
     ASSERT_EQ(exitCode(), 0) << contents("err");
     openWindow("--no-attract --fresh");
