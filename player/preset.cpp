@@ -16,17 +16,6 @@ namespace {
 namespace fs = std::filesystem;
 using Json = nlohmann::ordered_json;
 
-/// Calls `visit` with each field of the settings but the ink.
-template <class Visit>
-void forEachField(Visit visit) {
-    const auto all = [&](const auto& fields) {
-        std::for_each(std::begin(fields), std::end(fields), visit);
-    };
-    all(numberFields);
-    all(countFields);
-    all(switchFields);
-}
-
 /// The shortest number that is this float again: 0.97, not 0.9700000286102295.
 Json written(float value) {
     char digits[32];

@@ -24,15 +24,8 @@
 namespace player {
 namespace {
 
-hostkit::EffectHostOptions hostOptions(const Options& options, const Settings& settings) {
-    hostkit::EffectHostOptions host;
-    host.water = waterOf(settings);
-    applyLook(settings, host.look);
-    host.look.ink = inkOf(settings);
-    host.look.useSecondBackground = settings.secondBackground;
-    host.width = options.width;
-    host.height = options.height;
-    host.inkEnabled = !settings.waterOnly;
+hostkit::EffectHostOptions hostOf(const Options& options, const Settings& settings) {
+    hostkit::EffectHostOptions host = hostOptions(settings, options.width, options.height);
     const Backgrounds backgrounds = loadBackgrounds(options);
     host.background = covering(backgrounds.first, options.width, options.height);
     host.secondBackground = covering(backgrounds.second, options.width, options.height);
@@ -118,7 +111,7 @@ void run(const Options& options) {
     if (!options.record.empty()) {
         warn("nothing is recorded without a window", options.record.string());
     }
-    hostkit::EffectHostOptions chosen = hostOptions(options, settings);
+    hostkit::EffectHostOptions chosen = hostOf(options, settings);
     const Size size{options.width, options.height};
     FilmScreen screen(size, options.overlays);
     hostkit::EffectProbe probe;

@@ -13,11 +13,22 @@ constexpr double rippleRadius = 3.0 / 90.0;
 /// A move strikes as much softer than a touch that goes down.
 constexpr float moveRipplePart = defaultLook.moveRipple / defaultLook.downRipple;
 
-}  // namespace
-
 hostkit::InkColor inkOf(const Settings& settings) {
     return {settings.ink[0], settings.ink[1], settings.ink[2]};
 }
+
+/// Everything but ink and background.
+void applyLook(const Settings& settings, hostkit::Look& look) {
+    look.refractiveIndex = settings.refractiveIndex;
+    look.alphaRatio1Scale = settings.sheen;
+    look.fresnelRatio = settings.fresnel;
+    look.specularRatio = settings.specular;
+    look.exponent = settings.exponent;
+    look.downRipple = settings.ripple;
+    look.moveRipple = settings.ripple * moveRipplePart;
+}
+
+}  // namespace
 
 hostkit::WaterSettings waterOf(const Settings& settings) {
     const double cellsPerSecond = static_cast<double>(settings.waveSpeed) * settings.meshDetail;
@@ -33,14 +44,45 @@ hostkit::WaterSettings waterOf(const Settings& settings) {
     return water;
 }
 
-void applyLook(const Settings& settings, hostkit::Look& look) {
-    look.refractiveIndex = settings.refractiveIndex;
-    look.alphaRatio1Scale = settings.sheen;
-    look.fresnelRatio = settings.fresnel;
-    look.specularRatio = settings.specular;
-    look.exponent = settings.exponent;
-    look.downRipple = settings.ripple;
-    look.moveRipple = settings.ripple * moveRipplePart;
+hostkit::EffectHostOptions hostOptions(const Settings& settings, int width, int height) {
+    hostkit::EffectHostOptions options;
+    options.width = width;
+    options.height = height;
+    options.inkEnabled = !settings.waterOnly;
+    options.water = waterOf(settings);
+    applyLook(settings, options.look);
+    options.look.ink = inkOf(settings);
+    options.look.useSecondBackground = settings.secondBackground;
+    return options;
+}
+
+void applySettings(const Settings& settings, hostkit::EffectHost& host) {
+    const hostkit::WaterSettings water = waterOf(settings);
+    if (water.shortSideCells != host.water().settings.shortSideCells) {
+        host.replaceWater(water);
+    }
+    host.water().settings = water;
+    applyLook(settings, host.look());
+}
+
+std::vector<hostkit::ScriptAction> changesOfLook(const Settings& settings,
+                                                 const hostkit::Look& look) {
+    std::vector<hostkit::ScriptAction> changes;
+    if (inkOf(settings) != look.ink) {
+        changes.emplace_back(inkOf(settings));
+    }
+    if (settings.secondBackground != look.useSecondBackground) {
+        changes.emplace_back(hostkit::SecondBackground{settings.secondBackground});
+    }
+    return changes;
+}
+
+void follow(Settings& settings, const hostkit::ScriptAction& action) {
+    if (const auto* ink = std::get_if<hostkit::InkColor>(&action)) {
+        settings.ink = {ink->red, ink->green, ink->blue};
+    } else if (const auto* second = std::get_if<hostkit::SecondBackground>(&action)) {
+        settings.secondBackground = second->on;
+    }
 }
 
 std::vector<hostkit::ScriptAction> forgetGestures(const Settings& settings) {

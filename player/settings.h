@@ -88,6 +88,19 @@ constexpr SettingField<bool> switchFields[] = {
      "No ink; starts the water anew."},
 };
 
+/// Calls `visit` with each field of the settings but the ink, always in this order.
+template <class Visit>
+void forEachField(Visit visit) {
+    const auto all = [&](const auto& fields) {
+        for (const auto& field : fields) {
+            visit(field);
+        }
+    };
+    all(numberFields);
+    all(countFields);
+    all(switchFields);
+}
+
 /// Inks to choose from, on every panel the same.
 struct NamedInk {
     const char* name;
@@ -100,13 +113,22 @@ constexpr NamedInk inkPalette[] = {
     {"sepia", {0.80f, 0.55f, 0.30f}}, {"rose", {1.00f, 0.50f, 0.75f}},
 };
 
-hostkit::InkColor inkOf(const Settings& settings);
-
 /// Grid, step rate and weights that give the settings' speed and fading on their mesh.
 hostkit::WaterSettings waterOf(const Settings& settings);
 
-/// Everything of the look but the ink and the background, which change by script events.
-void applyLook(const Settings& settings, hostkit::Look& look);
+/// Of a host that starts with the settings; its pictures and its context are the caller's to add.
+hostkit::EffectHostOptions hostOptions(const Settings& settings, int width, int height);
+
+/// Brings a running host to the settings, but for ink and background, which are events of a frame,
+/// and water only, which takes another host.
+void applySettings(const Settings& settings, hostkit::EffectHost& host);
+
+/// Ink and background where the settings have others than the look: events for the next frame.
+std::vector<hostkit::ScriptAction> changesOfLook(const Settings& settings,
+                                                 const hostkit::Look& look);
+
+/// Ink and background that an event sets become the settings'.
+void follow(Settings& settings, const hostkit::ScriptAction& action);
 
 /// A gesture of no effect beside the screen. The library remembers the last gesture's speed, place
 /// and direction; after this one they are the same each time, and so are ink and background.

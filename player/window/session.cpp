@@ -14,9 +14,7 @@ namespace {
 
 using hostkit::InkColor;
 using hostkit::ScriptAction;
-using hostkit::SecondBackground;
 using hostkit::Touch;
-using hostkit::TouchAction;
 using std::chrono::steady_clock;
 
 /// The ink has begun to fade after so many frames without a touch; two pictures so many frames
@@ -43,20 +41,15 @@ void Session::restart() {
         screen.renewContext();
     }
     screenSize = screen.window().pixels();
-    hostkit::EffectHostOptions options;
-    options.width = screenSize.width;
-    options.height = screenSize.height;
-    options.inkEnabled = !settings.waterOnly;
+    hostkit::EffectHostOptions options = hostOptions(settings, screenSize.width, screenSize.height);
     options.background = covering(pictures.first, screenSize.width, screenSize.height);
     options.secondBackground = covering(pictures.second, screenSize.width, screenSize.height);
-    options.water = waterOf(settings);
     options.renewContext = [this] {
         probe.forgetInk();
         screen.renewContext();
     };
     host.emplace(std::move(options));
     applied = settings;
-    applyLook(settings, host->look());
     probe.watch(screenSize.width, screenSize.height, !settings.waterOnly);
     rain = {};
     inkOfNobody(std::nullopt);
@@ -66,7 +59,7 @@ void Session::restart() {
 
 void Session::frame(std::span<const ScriptAction> actions, std::chrono::nanoseconds elapsed) {
     const bool disturbed = !actions.empty() || !(settings == applied);
-    applySettings();
+    applyChanges();
     const std::vector<hostkit::ScriptEvent> events = eventsOf(actions);
     const auto start = steady_clock::now();
     fall(rain, *host, settings, elapsed);
@@ -91,23 +84,18 @@ void Session::inkOfNobody(std::optional<int> stroke) {
     nobodysStroke = stroke;
     nobodysInk.reset();
     if (stroke && *stroke > 0) {  // the first shows the look as it is
-        const auto [red, green, blue] = inkAgainstPicture(*stroke - 1);
-        nobodysInk = {red, green, blue};
+        nobodysInk = inkAgainstPicture(*stroke - 1);
     }
 }
 
-void Session::applySettings() {
+void Session::applyChanges() {
     if (settings.ink != applied.ink) {
         nobodysInk.reset();
     }
     if (settings.waterOnly != applied.waterOnly) {
         restart();
     }
-    if (settings.meshDetail != applied.meshDetail) {
-        host->replaceWater(waterOf(settings));
-    }
-    host->water().settings = waterOf(settings);
-    applyLook(settings, host->look());
+    applySettings(settings, *host);
     applied = settings;
 }
 
@@ -119,21 +107,18 @@ std::vector<hostkit::ScriptEvent> Session::eventsOf(std::span<const ScriptAction
             record->add(action);
         }
     };
-    const InkColor ink = nobodysInk.value_or(inkOf(settings));
-    if (ink != host->look().ink) {
-        add(ink);
-    }
-    if (settings.secondBackground != host->look().useSecondBackground) {
-        add(SecondBackground{settings.secondBackground});
+    Settings seen = settings;
+    seen.ink = nobodysInk.value_or(settings.ink);
+    for (const ScriptAction& change : changesOfLook(seen, host->look())) {
+        add(change);
     }
     for (const ScriptAction& action : actions) {
         add(action);
         touched = touched || std::holds_alternative<Touch>(action);
-        if (const auto* color = std::get_if<InkColor>(&action)) {
-            takeInkOfScript({color->red, color->green, color->blue});
-        } else if (const auto* second = std::get_if<SecondBackground>(&action)) {
-            settings.secondBackground = second->on;
+        if (const auto* ink = std::get_if<InkColor>(&action)) {
+            rememberInkOfUser(*ink);
         }
+        follow(settings, action);
     }
     applied = settings;
     if (record) {
@@ -142,11 +127,12 @@ std::vector<hostkit::ScriptEvent> Session::eventsOf(std::span<const ScriptAction
     return events;
 }
 
-void Session::takeInkOfScript(const std::array<float, 3>& ink) {
+/// Before the script's ink becomes that of the settings.
+void Session::rememberInkOfUser(const InkColor& script) {
     if (settings.ink != inkOfScript) {
         inkOfUser = settings.ink;
     }
-    inkOfScript = settings.ink = ink;
+    inkOfScript = {script.red, script.green, script.blue};
 }
 
 Settings Session::usersChoice() const {

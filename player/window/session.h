@@ -69,9 +69,9 @@ public:
     Settings settings;
 
 private:
-    void applySettings();
+    void applyChanges();
     std::vector<hostkit::ScriptEvent> eventsOf(std::span<const hostkit::ScriptAction> actions);
-    void takeInkOfScript(const std::array<float, 3>& ink);
+    void rememberInkOfUser(const hostkit::InkColor& script);
     void watchForCalm(bool disturbed);
 
     Screen& screen;
@@ -86,7 +86,7 @@ private:
 
     Rain rain;
     std::optional<int> nobodysStroke;
-    std::optional<hostkit::InkColor> nobodysInk;
+    std::optional<std::array<float, 3>> nobodysInk;
     std::optional<std::array<float, 3>> inkOfScript;
     /// Before the script's, while that is the one of the settings.
     std::array<float, 3> inkOfUser{};

@@ -18,19 +18,6 @@ namespace {
 web::Stage stage;
 std::string answer;
 
-/// Calls `visit` with each number or switch of the settings, always in this order.
-template <class Visit>
-void forEachField(Visit visit) {
-    const auto all = [&](const auto& fields) {
-        for (const auto& field : fields) {
-            visit(field);
-        }
-    };
-    all(player::numberFields);
-    all(player::countFields);
-    all(player::switchFields);
-}
-
 const char* kindOf(float) {
     return "number";
 }
@@ -65,7 +52,7 @@ std::string text(const std::array<float, 3>& color) {
 
 /// In the order of setSettings.
 void writeSettings(const player::Settings& settings, float* values) {
-    forEachField(
+    player::forEachField(
         [&](const auto& field) { *values++ = static_cast<float>(settings.*field.member); });
     std::copy(settings.ink.begin(), settings.ink.end(), values);
 }
@@ -79,7 +66,7 @@ extern "C" {
 EMSCRIPTEN_KEEPALIVE const char* describeSettings() {
     const player::Settings defaults;
     answer = R"({"fields":[)";
-    forEachField([&](const auto& field) {
+    player::forEachField([&](const auto& field) {
         const auto value = defaults.*field.member;
         answer += answer.back() == '}' ? "," : "";
         answer += R"({"name":")" + std::string(field.name) + R"(","words":")" + field.words +
@@ -103,7 +90,7 @@ EMSCRIPTEN_KEEPALIVE int pixelsPerCell() {
 
 /// Numbers and switches in the order of describeSettings, then the ink's red, green and blue.
 EMSCRIPTEN_KEEPALIVE void setSettings(const float* values) {
-    forEachField([&](const auto& field) {
+    player::forEachField([&](const auto& field) {
         auto& member = stage.settings.*field.member;
         member = static_cast<std::remove_reference_t<decltype(member)>>(*values++);
     });

@@ -4,7 +4,10 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <span>
 #include <utility>
+
+#include "player/frame_time.h"
 
 // clang-format off
 /// The library forgets its names without deleting them, as those of a lost context. Where a script
@@ -26,42 +29,16 @@ namespace web {
 namespace {
 
 using hostkit::ScriptAction;
-using hostkit::Touch;
-using hostkit::TouchAction;
 
-constexpr std::chrono::nanoseconds frameTime{16'666'667};
-
-void applySettings(Stage& stage) {
-    hostkit::EffectHost& host = *stage.host;
-    if (stage.settings.waterOnly != stage.applied.waterOnly) {
-        restart(stage, host.width(), host.height());
+void applyChanges(Stage& stage) {
+    if (stage.settings.waterOnly != stage.waterOnly) {
+        restart(stage, stage.host->width(), stage.host->height());
     }
-    if (stage.settings.meshDetail != stage.applied.meshDetail) {
-        stage.host->replaceWater(waterOf(stage.settings));
-    }
-    stage.host->water().settings = waterOf(stage.settings);
-    applyLook(stage.settings, stage.host->look());
-    stage.applied = stage.settings;
-}
-
-/// Colour and background that the script sets become the settings'.
-void follow(player::Settings& settings, const ScriptAction& action) {
-    if (const auto* ink = std::get_if<hostkit::InkColor>(&action)) {
-        settings.ink = {ink->red, ink->green, ink->blue};
-    } else if (const auto* second = std::get_if<hostkit::SecondBackground>(&action)) {
-        settings.secondBackground = second->on;
-    }
+    applySettings(stage.settings, *stage.host);
 }
 
 std::vector<ScriptAction> dueActions(Stage& stage) {
-    std::vector<ScriptAction> actions;
-    const hostkit::Look& look = stage.host->look();
-    if (inkOf(stage.settings) != look.ink) {
-        actions.emplace_back(inkOf(stage.settings));
-    }
-    if (stage.settings.secondBackground != look.useSecondBackground) {
-        actions.emplace_back(hostkit::SecondBackground{stage.settings.secondBackground});
-    }
+    std::vector<ScriptAction> actions = changesOfLook(stage.settings, stage.host->look());
     if (stage.replay) {
         for (const auto& event : eventsOfFrame(*stage.replay, stage.replayed)) {
             actions.push_back(event.action);
@@ -75,16 +52,15 @@ std::vector<ScriptAction> dueActions(Stage& stage) {
     return actions;
 }
 
-std::vector<hostkit::ScriptEvent> eventsOf(Stage& stage, std::vector<ScriptAction> actions) {
+std::vector<hostkit::ScriptEvent> eventsOf(Stage& stage, std::span<const ScriptAction> actions) {
     std::vector<hostkit::ScriptEvent> events;
-    for (ScriptAction& action : actions) {
+    for (const ScriptAction& action : actions) {
         follow(stage.settings, action);
         if (stage.recording) {
             stage.recording->events.push_back({stage.recording->frames, action});
         }
-        events.push_back({0, std::move(action)});
+        events.push_back({0, action});
     }
-    stage.applied = stage.settings;
     if (stage.recording) {
         ++stage.recording->frames;
     }
@@ -104,19 +80,12 @@ void restart(Stage& stage, int width, int height) {
     stage.replay.reset();
     stage.pending.clear();
     stage.host.reset();
-    hostkit::EffectHostOptions options;
-    options.width = width;
-    options.height = height;
-    options.inkEnabled = !stage.settings.waterOnly;
+    hostkit::EffectHostOptions options = hostOptions(stage.settings, width, height);
     options.background = stage.pictures[0];
     options.secondBackground = stage.pictures[1];
-    options.water = waterOf(stage.settings);
     options.renewContext = dropGlObjects;
-    applyLook(stage.settings, options.look);
-    options.look.ink = inkOf(stage.settings);
-    options.look.useSecondBackground = stage.settings.secondBackground;
     stage.host.emplace(std::move(options));
-    stage.applied = stage.settings;
+    stage.waterOnly = stage.settings.waterOnly;
     stage.rain = {};
 }
 
@@ -132,7 +101,7 @@ void renewContext(Stage& stage) {
 }
 
 void runFrame(Stage& stage, std::chrono::nanoseconds elapsed) {
-    applySettings(stage);
+    applyChanges(stage);
     const std::vector<hostkit::ScriptEvent> events = eventsOf(stage, dueActions(stage));
     fall(stage.rain, *stage.host, stage.settings, elapsed);
     stage.host->frame(events, elapsed);
@@ -143,7 +112,7 @@ void startRecording(Stage& stage) {
     stage.recording = {stage.host->width(), stage.host->height(), 0, {}};
     // Their events are the first of the recording, so that its replay finds them too.
     stage.pending = forgetGestures(stage.settings);
-    runFrame(stage, frameTime);
+    runFrame(stage, player::frameTime);
 }
 
 std::string finishRecording(Stage& stage) {

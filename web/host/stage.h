@@ -15,11 +15,13 @@ namespace web {
 /// replayed of its gestures. Everything runs in the page's one thread, with the canvas' context
 /// current.
 struct Stage {
+    /// Applied with the next frame.
     player::Settings settings;
-    player::Settings applied;
     /// Picture, second picture; empty ones are replaced by a test picture.
     std::array<hostkit::Picture, 2> pictures;
     std::optional<hostkit::EffectHost> host;
+    /// Whether that host was made for water only.
+    bool waterOnly = false;
     player::Rain rain;
 
     /// What is to happen with the next frame.
