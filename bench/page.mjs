@@ -1,6 +1,8 @@
 // How fast the page is in headless Chromium with software GL: the file's size, the time from opening to the first
-// frame, frames a second without the display's cap, and the page's own milliseconds of a frame outside GL; at all of
-// the quality, and at each step down that the page takes by itself where frames are late.
+// frame, the page's own milliseconds of a frame outside GL, and frames a second as a visitor sees them: at what the page
+// chooses for this machine by itself, and at each level of quality.
+// The display's 60 a second stay: without them (--disable-frame-rate-limit) the browser asks for frames without rest
+// and takes a quarter of the processors' time from the drawing, so that every figure falls.
 // Usage: node bench/page.mjs [WIDTHxHEIGHT] [SECONDS] [LOOK]     LOOK: settings that differ, as JSON
 
 import { statSync } from "node:fs";
@@ -10,7 +12,6 @@ import { launch, open, softwareGl, top } from "../tests/web/page.mjs";
 const size = (process.argv[2] ?? "540x960").split("x").map(Number);
 const seconds = Number(process.argv[3] ?? 8);
 const look = JSON.parse(process.argv[4] ?? "{}");
-const uncapped = [...softwareGl, "--disable-frame-rate-limit", "--disable-gpu-vsync"];
 
 /** Counts the time within GL calls, and the frames drawn. */
 function watchGl() {
@@ -29,45 +30,34 @@ function watchGl() {
     }
 }
 
-/**
- * A finger that never rests, and a frame with each animation frame. Without the display's cap nothing else holds the
- * page back from asking for frames faster than they are drawn, and a queue of them takes up to three times the
- * processors' time of each: every frame waits until it is drawn.
- */
+/** A finger that never rests, for some milliseconds. */
 async function stir(duration) {
     const { velmora } = window;
-    const { effect, screen } = velmora;
-    const gl = effect.gl;
-    const drawn = () => {
-        const before = window.glTime;
-        gl.readPixels(0, 0, 1, 1, gl.RGBA, gl.UNSIGNED_BYTE, new Uint8Array(4));
-        window.glTime = before; // none of the page's
-    };
+    const { screen, times } = velmora;
     const afterFrame = () =>
         new Promise((resolve) => {
             const call = () => (velmora.afterFrame.delete(call), resolve());
             velmora.afterFrame.add(call);
         });
-    velmora.clock.take = () => [1000 / 60]; // not the 60 a second that a display is given
+    velmora.clock.take = () => [1000 / 60]; // the same waves at each rate of frames
     velmora.touch(0, screen.width / 2, screen.height / 2, 0.5);
-    let [start, own, glAtStart] = [performance.now(), 0, 0];
-    for (let frames = -3; ; ++frames) {
+    let [start, own, glAtStart] = [0, 0, 0];
+    for (let frames = -6; ; ++frames) {
         const angle = frames / 9;
         const [x, y] = [0.5 + 0.3 * Math.cos(angle), 0.5 + 0.3 * Math.sin(0.7 * angle)];
         velmora.touch(2, x * screen.width, y * screen.height, 0.5);
         await afterFrame();
-        own += velmora.times.at(-1).effect;
-        drawn();
+        own += times.at(-1).effect;
         const passed = performance.now() - start;
         if (frames === 0) {
             [start, own, glAtStart] = [performance.now(), 0, window.glTime]; // programs are compiled
-        } else if (frames > 0 && passed > duration * 1000) {
-            return { perSecond: (frames * 1000) / passed, own: (own - window.glTime + glAtStart) / frames, frames: frames + 3 };
+        } else if (frames > 0 && passed > duration) {
+            return { perSecond: (frames * 1000) / passed, own: (own - window.glTime + glAtStart) / frames, frames: frames + 6 };
         }
     }
 }
 
-const browser = await launch(uncapped);
+const browser = await launch();
 const system = await browser.newBrowserCDPSession();
 
 /** Processor seconds of all of the browser: what else runs bends them less than its frames a second. */
@@ -76,45 +66,55 @@ async function processorTime() {
     return processInfo.reduce((sum, { cpuTime }) => sum + cpuTime, 0);
 }
 
-/** Frames a second, and milliseconds of processors each, at a level of quality. */
-async function speedAt(page, level) {
-    await page.evaluate((value) => {
-        window.velmora.quality.level = value;
-        window.velmora.restart();
-    }, level);
+/** Frames a second, and milliseconds of processors each, at the level where the page is. */
+async function printSpeed(page, name) {
     const before = await processorTime();
-    const { perSecond, frames } = await page.evaluate(stir, seconds);
+    const { perSecond, frames } = await page.evaluate(stir, seconds * 1000);
     const processors = (1000 * ((await processorTime()) - before)) / frames;
     const words = await page.evaluate(() => window.velmora.quality.words || "all of the quality");
-    return { perSecond, processors, words };
-}
-
-async function ownTime(hash) {
-    const page = await open(browser, { size, hash, before: watchGl });
-    const { own } = await page.evaluate(stir, Math.min(seconds, 3));
-    await page.context().close();
-    return own;
-}
-
-console.log(`size             ${(statSync(`${top}/build/web/velmora.html`).size / 1024).toFixed(0)} KB`);
-for (const waterOnly of [false, true]) {
-    const hash = `#look=${encodeURIComponent(JSON.stringify({ waterOnly, ...look }))}`;
-    const page = await open(browser, { size, hash });
-    const first = await page.evaluate(() => performance.getEntriesByName("first frame")[0]?.startTime ?? NaN);
     console.log(
-        `${waterOnly ? "water only" : "ink and water"}`.padEnd(16),
-        `${(await ownTime(hash)).toFixed(2)} ms a frame outside GL`.padEnd(28),
-        `first frame after ${first.toFixed(0)} ms`,
+        `    ${name} ${words}`.padEnd(52),
+        `${perSecond.toFixed(1)} frames/s`.padEnd(16),
+        `${processors.toFixed(1)} ms of processors a frame`.padEnd(34),
+        `load ${loadavg()[0].toFixed(1)}`,
     );
-    for (const level of [0, 1, 2, 3, 4]) {
-        const { perSecond, processors, words } = await speedAt(page, level);
-        console.log(
-            `    ${words}`.padEnd(38),
-            `${perSecond.toFixed(1)} frames/s`.padEnd(16),
-            `${processors.toFixed(1)} ms of processors a frame`.padEnd(34),
-            `load ${loadavg()[0].toFixed(1)}`,
-        );
+}
+
+async function printOwnTime(hash) {
+    const page = await open(browser, { size, hash, before: watchGl });
+    const { own } = await page.evaluate(stir, Math.min(seconds, 3) * 1000);
+    const first = await page.evaluate(() => performance.getEntriesByName("first frame")[0]?.startTime ?? NaN);
+    console.log(`    ${own.toFixed(2)} ms a frame outside GL, first frame after ${first.toFixed(0)} ms`);
+    await page.context().close();
+}
+
+/** As it opens for a visitor: it looks for what fits. */
+async function printChoice(hash) {
+    const page = await open(browser, { size, hash, ready: false });
+    await page.waitForFunction(() => window.velmora?.counts.frames > 0 && !window.velmora.quality.trying);
+    const found = await page.evaluate(() => performance.now());
+    await printSpeed(page, `chosen after ${(found / 1000).toFixed(1)} s:`);
+    await page.context().close();
+}
+
+async function printLevels(hash) {
+    const page = await open(browser, { size, hash });
+    for (const level of [0, 1, 2, 3]) {
+        await page.evaluate((value) => {
+            window.velmora.quality.level = value;
+            window.velmora.restart();
+        }, level);
+        await printSpeed(page, `level ${level}:`);
     }
     await page.context().close();
+}
+
+console.log(`size ${(statSync(`${top}/build/web/velmora.html`).size / 1024).toFixed(0)} KB`);
+for (const waterOnly of [false, true]) {
+    const hash = `#look=${encodeURIComponent(JSON.stringify({ waterOnly, ...look }))}`;
+    console.log(waterOnly ? "water only" : "ink and water");
+    await printOwnTime(hash);
+    await printChoice(hash);
+    await printLevels(hash);
 }
 await browser.close();

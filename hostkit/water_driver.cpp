@@ -21,6 +21,10 @@ int scaled(int shortSide, int side, int otherSide) {
     return static_cast<int>(std::lround(std::min(shortSide * aspect, double{mostVertices})));
 }
 
+int verticesAlong(int cells, int cellsPerVertex) {
+    return std::max(1, (cells + cellsPerVertex / 2) / cellsPerVertex) + 1;
+}
+
 void runStep(WaterDriver& water, JniEnvironment& jni) {
     water.resting = native::move(jni.env(), nullptr, water.velocity, water.height, 1, 1,
                                  water.columns - 1, water.rows - 1, water.columns, 0, JNI_TRUE,
@@ -88,19 +92,19 @@ WaterDriver makeWater(JniEnvironment& jni, int screenWidth, int screenHeight,
     water.screenHeight = screenHeight;
     water.columns = std::min(scaled(shortSide, screenWidth, screenHeight), longSide);
     water.rows = std::min(scaled(shortSide, screenHeight, screenWidth), longSide);
-    water.numDetailsWidth = water.columns + 1;
-    water.numDetailsHeight = water.rows + 1;
+    water.numDetailsWidth = verticesAlong(water.columns, settings.cellsPerVertex);
+    water.numDetailsHeight = verticesAlong(water.rows, settings.cellsPerVertex);
     water.meshSizeWidth = scaled(settings.shortSideMeshUnits, screenWidth, screenHeight);
     water.meshSizeHeight = scaled(settings.shortSideMeshUnits, screenHeight, screenWidth);
 
-    const int cellCount = water.columns * water.rows;
     const int vertices = water.numDetailsWidth * water.numDetailsHeight;
-    const auto cells = static_cast<std::size_t>(cellCount);
+    const int quads = (water.numDetailsWidth - 1) * (water.numDetailsHeight - 1);
+    const auto cells = static_cast<std::size_t>(water.columns * water.rows);
     water.height = jni.newFloatArray(cells);
     water.velocity = jni.newFloatArray(cells);
     water.positions = jni.newFloatArray(static_cast<std::size_t>(vertices) * 3);
     water.heights = jni.newFloatArray(static_cast<std::size_t>(vertices) * 3);
-    water.indices = jni.newShortArray(cells * 6);
+    water.indices = jni.newShortArray(static_cast<std::size_t>(quads) * 6);
     native::initWaters(jni.env(), nullptr, water.positions, water.indices, vertices,
                        water.meshSizeWidth, water.meshSizeHeight, water.numDetailsWidth,
                        water.numDetailsHeight);
@@ -125,6 +129,10 @@ void carryWaves(const WaterDriver& from, WaterDriver& to) {
           static_cast<float>(from.settings.stepsPerSecond) /
               static_cast<float>(to.settings.stepsPerSecond));
     to.resting = from.resting;
+    to.steps = from.steps;
+    if (to.settings.stepsPerSecond == from.settings.stepsPerSecond) {
+        to.pendingTime = from.pendingTime;
+    }
     buildHeights(to);
 }
 
@@ -164,18 +172,31 @@ void advanceWater(WaterDriver& water, JniEnvironment& jni, std::chrono::nanoseco
 
 void buildHeights(WaterDriver& water) {
     const std::span<const float> cells = JniEnvironment::elements(water.height);
+    const int side = water.settings.cellsPerVertex;
     const int lastColumn = water.columns - 1;
     const int lastRow = water.rows - 1;
-    const auto cellAt = [&](int column, int row) {
-        const int cell = std::min(row, lastRow) * water.columns + std::min(column, lastColumn);
-        return cells[static_cast<std::size_t>(cell)];
+    // Of the square of cells around a cell; of one cell, that very value.
+    const auto meanAround = [&](int column, int row) {
+        float sum = -0.0f;
+        for (int y = row - side / 2; y < row - side / 2 + side; ++y) {
+            const int firstOfRow = std::clamp(y, 0, lastRow) * water.columns;
+            for (int x = column - side / 2; x < column - side / 2 + side; ++x) {
+                sum += cells[static_cast<std::size_t>(firstOfRow + std::clamp(x, 0, lastColumn))];
+            }
+        }
+        return sum / static_cast<float>(side * side);
+    };
+    const auto cellOf = [](int vertex, int vertices, int count) {
+        return (vertex * count + (vertices - 1) / 2) / (vertices - 1);
     };
     auto vertex = JniEnvironment::elements(water.heights).begin();
-    for (int column = 0; column < water.numDetailsWidth; ++column) {
-        for (int row = 0; row < water.numDetailsHeight; ++row) {
-            *vertex++ = cellAt(column, row);
-            *vertex++ = cellAt(column + 1, row);
-            *vertex++ = cellAt(column, std::max(row - 1, 0));
+    for (int along = 0; along < water.numDetailsWidth; ++along) {
+        const int column = cellOf(along, water.numDetailsWidth, water.columns);
+        for (int down = 0; down < water.numDetailsHeight; ++down) {
+            const int row = cellOf(down, water.numDetailsHeight, water.rows);
+            *vertex++ = meanAround(column, row);
+            *vertex++ = meanAround(column + 1, row);
+            *vertex++ = meanAround(column, row - 1);
         }
     }
 }

@@ -12,6 +12,8 @@ namespace hostkit {
 struct WaterSettings {
     /// Cells along the shorter side of the screen; the longer side gets as many as make them square.
     int shortSideCells = 90;
+    /// Along a side, between neighbours of the mesh: more of them draw the same waves in fewer triangles.
+    int cellsPerVertex = 1;
     /// Factor of the velocity per step, below 1.
     float damping = 0.97f;
     /// Weight of the neighbours' pull; waves run sqrt(waveSpeed) cells a step and are stable up to 0.5.
@@ -35,9 +37,10 @@ constexpr float meshOverhang = 1.015f;
 /// arrays of `jni` and worked on through the library's native methods.
 ///
 /// The cell in column x, row y of the grid lies at (x / columns, y / rows) of the screen, rows
-/// downwards. The mesh has one vertex more than cells along each side, so that a vertex lies on
-/// each cell and the last ones on the screen's right and lower edges; those repeat the last cell,
-/// which is part of the fixed frame.
+/// downwards. A mesh of one cell per vertex has one vertex more than cells along each side, so that
+/// a vertex lies on each cell and the last ones on the screen's right and lower edges; those repeat
+/// the last cell, which is part of the fixed frame. Vertices of a coarser mesh lie on cells as well,
+/// the nearest to where they are, and are as high as the cells around them on average.
 struct WaterDriver {
     WaterSettings settings;
     int screenWidth;
@@ -54,7 +57,7 @@ struct WaterDriver {
     int numDetailsHeight;
     jfloatArray positions;
     jshortArray indices;
-    /// 3 floats per vertex: its height, that of its right neighbour, that of its upper neighbour.
+    /// 3 floats per vertex: its height, that of one cell to the right, that of one cell above.
     jfloatArray heights;
 
     /// True while the water is calm: no step runs until the next ripple.
@@ -70,8 +73,8 @@ struct WaterDriver {
 WaterDriver makeWater(JniEnvironment& jni, int screenWidth, int screenHeight,
                       WaterSettings settings = {});
 
-/// Gives `to`, a water of the same screen on another grid or at another rate of steps, the waves of
-/// `from` as they stand and run.
+/// Gives `to`, a water of the same screen on another grid or mesh or at another rate of steps, the
+/// waves of `from` as they stand and run.
 void carryWaves(const WaterDriver& from, WaterDriver& to);
 
 /// Gives the arrays of a water back.

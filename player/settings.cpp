@@ -57,7 +57,8 @@ hostkit::EffectHostOptions hostOptions(const Settings& settings, int width, int 
 }
 
 void applySettings(const Settings& settings, hostkit::EffectHost& host) {
-    const hostkit::WaterSettings water = waterOf(settings);
+    hostkit::WaterSettings water = waterOf(settings);
+    water.cellsPerVertex = host.water().settings.cellsPerVertex;  // the host's own
     if (water.shortSideCells != host.water().settings.shortSideCells) {
         host.replaceWater(water);
     }

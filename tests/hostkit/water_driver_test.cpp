@@ -86,6 +86,52 @@ TEST(WaterDriver, NeighboursLieToTheRightAndAbove) {
     }
 }
 
+TEST(WaterDriver, ACoarserMeshShowsTheSameSurface) {
+    for (const int cells : {2, 3, 7}) {
+        JniEnvironment jni({ArrayAccess::direct, 16});
+        WaterDriver water =
+            makeWater(jni, 90, 160, {.shortSideCells = 90, .cellsPerVertex = cells});
+        const auto grid = JniEnvironment::elements(water.height);
+        for (std::size_t cell = 0; cell < grid.size(); ++cell) {
+            grid[cell] = static_cast<float>(2 * (cell % 90)) + 3.0f * static_cast<float>(cell / 90);
+        }
+        buildHeights(water);
+        const auto heights = JniEnvironment::elements(water.heights);
+        ASSERT_NEAR(static_cast<double>(heights.size()), 3.0 * 91 * 161 / (cells * cells), 600.0);
+        for (std::size_t vertex = 0; vertex < heights.size(); vertex += 3) {
+            const auto [right, down] = placeOnScreen(water, vertex);
+            const double height = 2 * right * 90 + 3 * down * 160;
+            const bool inside = std::abs(right - 0.5) < 0.45 && std::abs(down - 0.5) < 0.45;
+            // Its place is that of a cell, and of an even square of cells the middle lies between them.
+            EXPECT_NEAR(heights[vertex], height, inside ? 5.0 : 20.0);
+            if (inside) {
+                EXPECT_NEAR(heights[vertex + 1] - heights[vertex], 2.0f, 1e-3f);
+                EXPECT_NEAR(heights[vertex + 2] - heights[vertex], -3.0f, 1e-3f);
+            }
+        }
+        const auto [right, down] = placeOnScreen(water, heights.size() - 3);
+        EXPECT_NEAR(right + down, 2.0, 1e-6);
+        EXPECT_TRUE(jni.checkGuards().empty());
+    }
+}
+
+TEST(WaterDriver, AnotherMeshLeavesTheWaterAsItRuns) {
+    JniEnvironment jni;
+    WaterDriver water = makeWater(jni, 90, 160);
+    rippleAt(water, jni, 45, 80, 1.0f);
+    advanceWater(water, jni, 40ms);
+    WaterDriver coarse = makeWater(jni, 90, 160, {.cellsPerVertex = 3});
+    carryWaves(water, coarse);
+    for (WaterDriver* one : {&water, &coarse}) {
+        advanceWater(*one, jni, 60ms);
+    }
+    EXPECT_EQ(coarse.steps, water.steps);
+    EXPECT_TRUE(std::ranges::equal(JniEnvironment::elements(coarse.height),
+                                   JniEnvironment::elements(water.height)));
+    EXPECT_TRUE(std::ranges::equal(JniEnvironment::elements(coarse.velocity),
+                                   JniEnvironment::elements(water.velocity)));
+}
+
 TEST(WaterDriver, StepsAreFixedAndEndWhenTheWaterIsCalm) {
     JniEnvironment jni;
     WaterDriver water = makeWater(jni, 90, 160, {.shortSideCells = 30});

@@ -72,13 +72,16 @@ export async function serve() {
     return { url: `http://127.0.0.1:${server.address().port}/velmora.html`, stop: () => server.close() };
 }
 
-/** The next frame's picture, RGBA, rows top to bottom. */
-export async function picture(page) {
+/** The picture of the next frame, or of frame `atFrame` since the page was opened; RGBA, rows top to bottom. */
+export async function picture(page, atFrame = 0) {
     const encoded = await page.evaluate(
-        () =>
+        (wanted) =>
             new Promise((resolve) => {
                 const { velmora } = window;
                 const read = () => {
+                    if (velmora.counts.frames < wanted) {
+                        return;
+                    }
                     velmora.afterFrame.delete(read);
                     const gl = velmora.effect.gl;
                     const { width, height } = velmora.screen;
@@ -93,6 +96,7 @@ export async function picture(page) {
                 velmora.afterFrame.add(read);
                 velmora.userCame();
             }),
+        atFrame,
     );
     const { width, height } = encoded;
     const bytes = Buffer.from(encoded.bytes, "base64");

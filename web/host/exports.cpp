@@ -112,6 +112,11 @@ EMSCRIPTEN_KEEPALIVE void inkOfPicture(float* ink) {
     std::copy(color.begin(), color.end(), ink);
 }
 
+/// Of the drawn mesh, from the next frame on.
+EMSCRIPTEN_KEEPALIVE void setCellsPerVertex(int cells) {
+    stage.cellsPerVertex = cells;
+}
+
 EMSCRIPTEN_KEEPALIVE void restart(int width, int height) {
     web::restart(stage, width, height);
 }

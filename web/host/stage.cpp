@@ -35,6 +35,11 @@ void applyChanges(Stage& stage) {
         restart(stage, stage.host->width(), stage.host->height());
     }
     applySettings(stage.settings, *stage.host);
+    hostkit::WaterSettings water = stage.host->water().settings;
+    if (water.cellsPerVertex != stage.cellsPerVertex) {
+        water.cellsPerVertex = stage.cellsPerVertex;
+        stage.host->replaceWater(water);
+    }
 }
 
 std::vector<ScriptAction> dueActions(Stage& stage) {
@@ -83,6 +88,7 @@ void restart(Stage& stage, int width, int height) {
     hostkit::EffectHostOptions options = hostOptions(stage.settings, width, height);
     options.background = stage.pictures[0];
     options.secondBackground = stage.pictures[1];
+    options.water.cellsPerVertex = stage.cellsPerVertex;
     options.renewContext = dropGlObjects;
     stage.host.emplace(std::move(options));
     stage.waterOnly = stage.settings.waterOnly;

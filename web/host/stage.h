@@ -17,6 +17,8 @@ namespace web {
 struct Stage {
     /// Applied with the next frame.
     player::Settings settings;
+    /// Of the drawn mesh, so that a slow machine draws fewer triangles; the water itself stays.
+    int cellsPerVertex = 1;
     /// Picture, second picture; empty ones are replaced by a test picture.
     std::array<hostkit::Picture, 2> pictures;
     std::optional<hostkit::EffectHost> host;

@@ -59,6 +59,11 @@ export class Effect {
         return new Effect(module, gl);
     }
 
+    /** Of the drawn mesh, from the next frame on; the water itself stays as it is. */
+    setCellsPerVertex(cells: number): void {
+        this.module._setCellsPerVertex(cells);
+    }
+
     /** From the start: calm water, no ink. */
     restart(size: Size): void {
         this.module._restart(size.width, size.height);

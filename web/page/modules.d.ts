@@ -25,6 +25,7 @@ interface EffectModule {
     _getSettings(values: number): void;
     _randomSettings(seed: number, values: number): void;
     _inkOfPicture(ink: number): void;
+    _setCellsPerVertex(cells: number): void;
     _restart(width: number, height: number): void;
     _showPicture(place: number, width: number, height: number, rgba: number): void;
     _renewContext(): void;

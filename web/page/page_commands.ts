@@ -114,7 +114,7 @@ function pageCommands({ player }: Parts): Command[] {
     };
     const turnQuality = () => {
         player.quality.fits = !player.quality.fits;
-        say(player.quality.fits ? "coarser water where the machine is slow" : "all of the quality, however slow");
+        say(player.quality.fits ? "waves drawn coarser where the machine is slow" : "all of the quality, however slow");
         player.userCame();
     };
     return [

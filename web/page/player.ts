@@ -33,7 +33,6 @@ export class Player {
     readonly times: FrameTime[] = [];
     /** Since the page was opened: animation frames asked for, frames of the effect, GL contexts. */
     readonly counts = { animationFrames: 0, frames: 0, contexts: 1 };
-    recording = false;
     /** A film's pictures keep their size. */
     filming = false;
     /** The context is lost. */
@@ -57,12 +56,11 @@ export class Player {
     private stepWanted = false;
     /** The picture of a pause: the canvas' own is gone once the browser has shown it. */
     private still: HTMLCanvasElement | null = null;
-    private replaying = false;
+    /** What is recorded or replayed is the same on every machine: all of the pixels, and every frame. */
+    private mode: "free" | "recording" | "replaying" = "free";
     private shownValues = "";
     private resizeTimer = 0;
     private waterOnly = false;
-    /** What is recorded or replayed is the same on every machine: all of its quality. */
-    private exact = false;
     private lastTick = 0;
     private lastFrame = 0;
 
@@ -92,12 +90,8 @@ export class Player {
     /** From the start on the canvas' present size: calm water, no ink. */
     restart(): void {
         this.beforeRestart();
-        this.size = this.wantedSize;
-        this.canvas.width = this.size.width;
-        this.canvas.height = this.size.height;
-        this.uploadPictures();
-        this.passLook();
-        this.effect.restart(this.size);
+        this.mode = "free";
+        this.takeWantedSize();
         this.begin();
     }
 
@@ -105,9 +99,13 @@ export class Player {
         return this.size;
     }
 
+    get recording(): boolean {
+        return this.mode === "recording";
+    }
+
     /** Whether a gesture runs or is watched that nobody should disturb. */
     get isBusy(): boolean {
-        return this.recording || this.replaying || this.finger.pressed || this.view.paused || this.lost;
+        return this.mode !== "free" || this.finger.pressed || this.view.paused || this.lost;
     }
 
     /** The visitor did something: the next frame is drawn, and whoever waits for idleness waits anew. */
@@ -146,6 +144,7 @@ export class Player {
         }
         this.moves.push([action, x, y, pressure]);
         this.calm.touch();
+        this.quality.trying = false;
         this.wake();
     }
 
@@ -174,14 +173,13 @@ export class Player {
 
     /** Restarts, and keeps what happens from there. */
     startRecording(): void {
-        this.becomeExact();
+        this.enter("recording");
         this.effect.startRecording();
         this.begin();
-        this.exact = this.recording = true;
     }
 
     finishRecording(): string {
-        this.exact = this.recording = false;
+        this.mode = "free";
         return this.effect.finishRecording();
     }
 
@@ -190,10 +188,9 @@ export class Player {
         this.beforeRestart();
         const fault = this.effect.startReplay(script, name);
         if (!fault) {
-            this.becomeExact();
+            this.enter("replaying");
             this.effect.startReplay(script, name);
             this.begin();
-            this.exact = this.replaying = true;
             this.view.paused = false;
         }
         return fault;
@@ -215,7 +212,6 @@ export class Player {
 
     private begin(): void {
         this.moves = [];
-        this.exact = this.replaying = this.recording = false;
         this.probe.watch(this.size);
         this.calm.start();
         this.wake();
@@ -233,7 +229,7 @@ export class Player {
     }
 
     private get wantedSize(): Size {
-        return pixelSize(this.canvas, this.exact ? 1 : this.quality.pixels);
+        return pixelSize(this.canvas, this.mode === "free" ? this.quality.pixels : 1);
     }
 
     private get hasWantedSize(): boolean {
@@ -241,11 +237,19 @@ export class Player {
         return width === this.size.width && height === this.size.height;
     }
 
-    private becomeExact(): void {
-        this.exact = true;
+    private takeWantedSize(): void {
+        this.size = this.wantedSize;
+        this.canvas.width = this.size.width;
+        this.canvas.height = this.size.height;
+        this.uploadPictures();
+        this.passLook();
+        this.effect.restart(this.size);
+    }
+
+    private enter(mode: "recording" | "replaying"): void {
+        this.mode = mode;
         if (!this.hasWantedSize) {
-            this.restart();
-            this.exact = true;
+            this.takeWantedSize();
         }
         this.passLook();
     }
@@ -278,7 +282,7 @@ export class Player {
         if (this.lost) {
             return;
         }
-        if (!this.view.paused && !this.exact) {
+        if (!this.view.paused && this.mode === "free") {
             this.quality.note(now - this.lastTick);
         }
         for (const elapsed of this.dueFrames(now)) {
@@ -286,10 +290,11 @@ export class Player {
         }
         this.lastTick = now;
         drawOverlays(this.view, this.probe, this.overlay);
-        if (!this.rests) {
+        const nobodySees = (this.rests || this.quality.trying) && !this.view.paused && !this.filming;
+        if (nobodySees && !this.hasWantedSize && !this.calm.inkMayLie) {
+            this.restart();
+        } else if (!this.rests) {
             this.schedule();
-        } else if (!this.hasWantedSize && !this.calm.inkMayLie && !this.view.paused && !this.filming) {
-            this.restart(); // nobody sees it
         }
     }
 
@@ -300,14 +305,14 @@ export class Player {
             return wanted ? [frameTime] : [];
         }
         this.still = null;
-        return this.clock.take(now, this.look["timeScale"] as number, this.replaying || this.recording);
+        return this.clock.take(now, this.look["timeScale"] as number, this.mode !== "free");
     }
 
     private get rests(): boolean {
         if (this.view.paused) {
             return !this.stepWanted && this.still !== null;
         }
-        const moving = this.replaying || this.recording || this.attract.runs || this.finger.pressed;
+        const moving = this.mode !== "free" || this.attract.runs || this.finger.pressed || this.quality.trying;
         return this.calm.calm && !moving && this.look["rain"] === 0;
     }
 
@@ -336,7 +341,8 @@ export class Player {
 
     /** Settings reach the effect only when they changed. */
     private passLook(): void {
-        const values = this.values;
+        this.effect.setCellsPerVertex(this.quality.cellsPerVertex(this.look["meshDetail"] as number));
+        const values = valuesOf(this.look, this.effect.fields);
         if (String(values) !== this.shownValues) {
             this.followInkMode();
             this.shownValues = String(values);
@@ -345,32 +351,28 @@ export class Player {
         }
     }
 
-    private get values(): number[] {
-        const { fields } = this.effect;
-        const values = valuesOf(this.look, fields);
-        return this.exact ? values : this.quality.fit(values, fields);
-    }
-
     /** With or without ink is another start of the effect. */
     private followInkMode(): void {
         const waterOnly = this.look["waterOnly"] as boolean;
         if (waterOnly !== this.waterOnly) {
             this.waterOnly = waterOnly;
             this.beforeRestart();
+            this.mode = "free";
+            this.quality.start(); // the ink takes most of a frame
             this.begin();
         }
     }
 
     /** A script may set the ink and the background, and comes to its end. */
     private followScript(): void {
-        if (!this.replaying) {
+        if (this.mode !== "replaying") {
             return;
         }
         Object.assign(this.look, lookOf(this.effect.getValues(), this.effect.fields));
-        this.shownValues = String(this.values);
+        this.shownValues = String(valuesOf(this.look, this.effect.fields));
         this.onLook();
         if (!this.effect.replays) {
-            this.exact = this.replaying = false;
+            this.mode = "free";
             this.calm.touch(); // the script's ink lies
             this.onReplayEnd();
         }

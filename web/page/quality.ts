@@ -1,35 +1,42 @@
-// Fits what is drawn to the machine: a page that is slow loses more than one whose water is a little coarser.
+// Fits what is drawn to the machine: a page that is slow loses more than one whose waves are drawn a little coarser.
 
-import type { SettingField } from "./effect";
-
-/** Parts of the full cells along a side of the water, and of the full pixels along a side of the screen. */
+/** Cells of the water between neighbours of the drawn mesh, and the part of the pixels along a side of the screen. */
 const levels = [
-    { mesh: 1, pixels: 1 },
-    { mesh: 2 / 3, pixels: 1 },
-    { mesh: 1 / 2, pixels: 1 },
-    { mesh: 1 / 2, pixels: 0.75 },
-    { mesh: 1 / 3, pixels: 0.75 },
+    { cells: 1, pixels: 1 },
+    { cells: 2, pixels: 1 },
+    { cells: 3, pixels: 1 },
+    { cells: 3, pixels: 0.75 },
 ] as const;
+/** Fewer pixels are seen even where nothing moves: they stay where frames then take this part of the time, or less. */
+const worthFewerPixels = 0.85;
+/** Vertices along the shorter side that a coarser mesh keeps. */
+const fewestVertices = 30;
 
 /** Frames of a span. What a few of them wait for, a hitch or a display's beat, does not count: only the middle half. */
 const framesSeen = 24;
-/** Milliseconds from frame to frame; between the two nothing changes. */
-const slow = 1000 / 40;
-const fluent = 1000 / 47;
-/** Where a step down changes the interval by less than this part, the display is slow, and not the drawing. */
-const leastChange = 0.03;
+/** Before anybody came there is nothing that a change could disturb, and the visitor should not have to wait for it. */
+const framesTried = 6;
+/** The first frames after a change wait for what it brought. */
+const framesOfChange = 2;
+/** Milliseconds from frame to frame; between the two, such as on a display of 50 a second, nothing changes. */
+const slow = 1000 / 46;
+const fluent = 1000 / 49;
 /** Fluent spans before a step up is tried; each step up that was too much doubles them. */
 const firstPatience = 12;
 
 export class Quality {
     /** 0: all of it. */
     level = 0;
+    /** Until the level of this machine is found, or somebody comes: then fewer pixels would take the ink away. */
+    trying = true;
     private on = true;
     private span: number[] = [];
+    private unseen = framesOfChange;
     private fluentSpans = 0;
     private patience = firstPatience;
     private raised = false;
-    /** The interval before the last step down, until it is known what that gained. */
+    private lowest = levels.length - 1;
+    /** The interval before a step to fewer pixels, until it is known what that gained. */
     private before = 0;
 
     get fits(): boolean {
@@ -37,7 +44,14 @@ export class Quality {
     }
     set fits(on: boolean) {
         this.on = on;
+        this.start();
+    }
+
+    /** All of it, and a new trial of what the machine can do. */
+    start(): void {
         this.level = 0;
+        this.trying = this.on;
+        this.lowest = levels.length - 1;
         this.patience = firstPatience;
         this.fluentSpans = this.before = 0;
         this.skip();
@@ -48,40 +62,33 @@ export class Quality {
         return this.step.pixels;
     }
 
-    get words(): string {
-        const parts = { water: this.step.mesh, screen: this.step.pixels };
-        const lessened = Object.entries(parts).filter(([, part]) => part < 1);
-        return lessened.map(([name, part]) => `${name} at ${Math.round(100 * part)} %`).join(", ");
+    /** Between neighbours of the drawn mesh, where the water has so many cells along its shorter side. */
+    cellsPerVertex(shortSideCells: number): number {
+        return Math.max(1, Math.min(this.step.cells, Math.floor(shortSideCells / fewestVertices)));
     }
 
-    /**
-     * The settings' values with the mesh of this level. Its slopes are steeper as its cells are wider: the water bends
-     * as much less, and looks the same.
-     */
-    fit(values: number[], fields: SettingField[]): number[] {
-        return values.map((value, at) => {
-            const field = fields[at];
-            if (field?.name === "meshDetail") {
-                return Math.max(field.least, Math.round(value * this.step.mesh));
-            }
-            return field?.name === "refractiveIndex" ? 1 + (value - 1) * this.step.mesh : value;
-        });
+    get words(): string {
+        const { cells, pixels } = this.step;
+        const lessened = [cells > 1 && `waves drawn at ${Math.round(100 / cells)} %`, pixels < 1 && `screen at ${100 * pixels} %`];
+        return lessened.filter(Boolean).join(", ");
     }
 
     /** Milliseconds from one frame to the next while frames run. */
     note(between: number): void {
-        if (!this.on || this.span.push(between) < framesSeen) {
+        if (!this.on || this.unseen-- > 0 || this.span.push(between) < (this.trying ? framesTried : framesSeen)) {
             return;
         }
         const usual = middleMean(this.span);
         this.skip();
-        if (this.before > 0 && Math.abs(usual / this.before - 1) < leastChange) {
-            --this.level;
-            this.on = false;
+        if (this.before > 0 && usual > this.before * worthFewerPixels) {
+            this.lowest = --this.level; // the display is slow, or something else than pixels takes the time
+            this.before = 0;
+            this.trying = false;
         } else if (usual > slow) {
             this.lower(usual);
         } else {
             this.before = 0;
+            this.trying = false;
             this.raise(usual);
         }
     }
@@ -89,6 +96,7 @@ export class Quality {
     /** The frames before and after are of different spans. */
     skip(): void {
         this.span = [];
+        this.unseen = framesOfChange;
     }
 
     private get step(): (typeof levels)[number] {
@@ -97,12 +105,14 @@ export class Quality {
 
     private lower(interval: number): void {
         this.fluentSpans = 0;
-        if (this.level < levels.length - 1) {
+        const next = levels[this.level + 1];
+        if (next && this.level < this.lowest && (this.trying || next.pixels === this.pixels)) {
             ++this.level;
-            this.before = this.pixels < 1 ? 0 : interval; // fewer pixels come later, when no ink lies
+            this.before = next.pixels < levels[this.level - 1].pixels ? interval : 0;
             this.patience *= this.raised ? 2 : 1;
         } else {
             this.before = 0;
+            this.trying = false;
         }
         this.raised = false;
     }
