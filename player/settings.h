@@ -57,7 +57,7 @@ constexpr SettingField<float> numberFields[] = {
     {"damping", "damping", &Settings::damping, 0.8f, 0.999f, Group::water,
      "What is left of a wave's motion after a 60th of a second."},
     {"waveSpeed", "wave speed", &Settings::waveSpeed, 0.05f, 1.2f, Group::water,
-     "How many of the window's shorter sides a wave runs in a second."},
+     "How many of the screen's shorter sides a wave runs in a second."},
     {"ripple", "ripple strength", &Settings::ripple, 0.0f, 6.0f, Group::water,
      "How hard a finger strikes the water."},
     {"rain", "rain, drops/s", &Settings::rain, 0.0f, 40.0f, Group::water,
