@@ -9,7 +9,7 @@ import { dirname, join } from "node:path";
 import { fileURLToPath, pathToFileURL } from "node:url";
 
 export const top = join(dirname(fileURLToPath(import.meta.url)), "../..");
-const file = process.env.VELMORA_PAGE ?? join(top, "build/web/velmora.html");
+export const file = process.env.VELMORA_PAGE ?? join(top, "build/web/velmora.html");
 export const shots = join(top, "build/page-shots");
 mkdirSync(shots, { recursive: true });
 
