@@ -69,6 +69,7 @@ export async function serve() {
         response.end(found ? readFileSync(file) : "");
     });
     await new Promise((resolve) => server.listen(0, "127.0.0.1", resolve));
+    server.unref(); // else a test that fails before it stops the server never ends
     return { url: `http://127.0.0.1:${server.address().port}/velmora.html`, stop: () => server.close() };
 }
 

@@ -66,7 +66,8 @@ test("a look is shared by the browser's own sheet, else by the clipboard, else b
             const fails = () => Promise.reject(new Error());
             const set = (key, value) => Object.defineProperty(navigator, key, { value, configurable: true });
             set("share", sheet ? async ({ url }) => (window.shared = url) : undefined);
-            set("clipboard", { writeText: clipboard ? async (url) => (window.shared = url) : fails });
+            const writeText = clipboard ? async (url) => (window.shared = url) : fails;
+            set("clipboard", name === "insecure server" ? undefined : { writeText });
             window.shared = "";
         }, means);
         await page.keyboard.press("u");
@@ -77,24 +78,63 @@ test("a look is shared by the browser's own sheet, else by the clipboard, else b
         assert.equal(await page.evaluate(() => window.shared), page.url());
         assert.match(page.url(), /#look=/);
     }
-    await share("nothing");
-    await notice(page, "address now carries this look");
+    for (const means of ["nothing", "insecure server"]) {
+        await page.evaluate(() => (document.getElementById("notice").textContent = ""));
+        await share(means);
+        await notice(page, "address now carries this look");
+    }
     page.address = page.address.split("#")[0];
     await close(page);
     server.stop();
 });
 
-test("an ink against the picture, a look by chance, and the preset's again", async () => {
+test("files by the keys of choosers, what was recorded again, a finger and a quality of its own", async () => {
     const page = await open(browser, {});
-    const look = () => page.evaluate(() => structuredClone(window.velmora.look));
-    const red = await page.evaluate(async () => {
+    page.on("filechooser", () => {}); // the driver begins to catch choosers some time after it is first asked to
+    const chosen = async (key, name, text) => {
+        const [chooser] = await Promise.all([page.waitForEvent("filechooser"), page.keyboard.press(key)]);
+        await chooser.setFiles({ name, mimeType: "", buffer: Buffer.from(text) });
+    };
+    const red = await redPicture(page);
+    await page.waitForTimeout(1000);
+    await chosen("j", "evening.json", '{"exponent": 7}');
+    await page.waitForFunction(() => window.velmora.look.exponent === 7);
+    await chosen("e", "red.png", red);
+    await page.waitForFunction(() => window.velmora.look.secondBackground);
+    assert.deepEqual((await picture(page)).pixel(135, 240).map((part) => part > 100), [true, false, false]);
+
+    await page.keyboard.press("g");
+    await notice(page, "nothing has been recorded");
+    await page.keyboard.press("r");
+    await frames(page, 3);
+    await page.keyboard.press("r");
+    await page.keyboard.press("g");
+    await notice(page, "the gesture has ended");
+    for (const [key, on, off] of [["a", "comes after idle", "no finger but yours"], ["q", "waves drawn coarser", "all of"]]) {
+        await page.keyboard.press(key); // both are off in these tests
+        await notice(page, on);
+        assert.ok(await page.evaluate((a) => (a ? window.velmora.view.attract : window.velmora.quality.fits), key === "a"));
+        await page.keyboard.press(key);
+        await notice(page, off);
+    }
+    await close(page);
+});
+
+/** The bytes of a picture that is red all over. */
+function redPicture(page) {
+    return page.evaluate(async () => {
         const canvas = new OffscreenCanvas(90, 160);
         const context = canvas.getContext("2d");
         context.fillStyle = "#c02020";
         context.fillRect(0, 0, 90, 160);
         return [...new Uint8Array(await (await canvas.convertToBlob()).arrayBuffer())];
     });
-    await bring(page, "drop", ["red.png", "image/png", red]);
+}
+
+test("an ink against the picture, a look by chance, and the preset's again", async () => {
+    const page = await open(browser, {});
+    const look = () => page.evaluate(() => structuredClone(window.velmora.look));
+    await bring(page, "drop", ["red.png", "image/png", await redPicture(page)]);
     await page.waitForFunction(() => window.velmora.pictures.sources[0] instanceof ImageBitmap);
     await page.keyboard.press("i");
     const { ink } = await look();

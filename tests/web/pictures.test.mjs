@@ -8,19 +8,19 @@ let browser;
 before(async () => (browser = await launch()));
 after(() => browser.close());
 
-/** Four fields of colour: red, green over blue, white. */
-function fourFields(page, type, width = 60, height = 120) {
+/** Four fields of colour, red, green over blue, white, between black margins. */
+function fourFields(page, type, width = 60, height = 120, margin = 0) {
     return page.evaluate(
-        async ([kind, w, h]) => {
-            const canvas = new OffscreenCanvas(w, h);
+        async ([kind, w, h, left]) => {
+            const canvas = new OffscreenCanvas(w + 2 * left, h);
             const context = canvas.getContext("2d");
             ["red", "lime", "blue", "white"].forEach((color, at) => {
                 context.fillStyle = color;
-                context.fillRect((at % 2) * (w / 2), Math.floor(at / 2) * (h / 2), w / 2, h / 2);
+                context.fillRect(left + (at % 2) * (w / 2), Math.floor(at / 2) * (h / 2), w / 2, h / 2);
             });
             return [...new Uint8Array(await (await canvas.convertToBlob({ type: kind, quality: 1 })).arrayBuffer())];
         },
-        [type, width, height],
+        [type, width, height, margin],
     );
 }
 
@@ -60,7 +60,8 @@ async function shows(page, expected) {
 test("dropped, pasted and turned pictures, and the one before as the second background", async () => {
     const page = await open(browser);
     const upright = ["red", "lime", "blue", "white"];
-    await bring(page, "drop", ["fields.png", "image/png", await fourFields(page, "image/png")]);
+    // Cropped, not stretched: the margins lie outside.
+    await bring(page, "drop", ["fields.png", "image/png", await fourFields(page, "image/png", 60, 120, 100)]);
     await shows(page, upright);
     const jpeg = await fourFields(page, "image/jpeg", 120, 60);
     await bring(page, "paste", ["", "image/jpeg", turned(jpeg)]);
@@ -95,6 +96,15 @@ test("a chosen picture much larger than the screen, in both its shapes", async (
     await page.waitForFunction(() => window.velmora.canvas.width === 480 && window.velmora.canvas.height === 270);
     await shows(page, halves);
     assert.equal((await picture(page)).width, 480);
+
+    // In the order in which they were dropped, however long each takes.
+    const small = await fourFields(page, "image/png", 160, 90);
+    await bring(page, "drop", ["large.png", "image/png", large], ["small.png", "image/png", small]);
+    await page.waitForFunction((first) => window.velmora.pictures.sources[0] !== first, await page.evaluateHandle(
+        () => window.velmora.pictures.sources[0]));
+    await shows(page, ["red", "lime", "blue", "white"]);
+    await page.waitForTimeout(1500);
+    await shows(page, ["red", "lime", "blue", "white"]);
     await close(page);
 });
 

@@ -6,33 +6,43 @@ export interface Command {
     name: string;
     words: string;
     run(): void;
+    /** Of what goes on until it is turned off, whoever does that. */
+    isOn?: (() => boolean) | undefined;
 }
 
-/** Keys that go to the page and not to a field that is being written into. Ctrl, Alt and Meta are the browser's. */
+/**
+ * Keys that go to the page: not to a dialog, nor to a field that is being written into. Ctrl, Alt and Meta are the
+ * browser's. They are caught on their way down, since the panel's parts let none up.
+ */
 export function listen(commands: Command[], userCame: () => void): void {
-    window.addEventListener("keydown", (event) => {
-        const writes = event.target instanceof HTMLElement && event.target.matches("input, select, textarea");
-        if (event.ctrlKey || event.altKey || event.metaKey || event.repeat || (writes && event.key !== "Escape")) {
+    const take = (event: KeyboardEvent) => {
+        const key = event.key.toLowerCase();
+        const command = commands.find((one) => one.key === key);
+        if (!command || event.ctrlKey || event.altKey || event.metaKey || event.repeat || isTaken(event, key)) {
             return;
         }
-        const pressesButton = event.target instanceof HTMLButtonElement && [" ", "Enter"].includes(event.key);
-        const command = commands.find((one) => one.key === event.key.toLowerCase());
-        if (command && !pressesButton) {
-            userCame();
-            // Tab moves on within an open panel.
-            if (command.key !== "tab" || isCanvasFocused()) {
-                event.preventDefault();
-                command.run();
-            }
+        userCame();
+        // Tab moves on within an open panel.
+        if (key !== "tab" || isCanvasFocused()) {
+            event.preventDefault();
+            command.run();
         }
-    });
+    };
+    window.addEventListener("keydown", take, { capture: true });
+}
+
+function isTaken({ target }: KeyboardEvent, key: string): boolean {
+    const is = (selector: string) => target instanceof HTMLElement && target.matches(selector);
+    const presses = is("button, input, select") && [" ", "enter"].includes(key);
+    const writes = is("textarea, input:not([type=checkbox], [type=color])") && !["escape", "f1"].includes(key);
+    return presses || writes || document.querySelector("dialog[open]") !== null;
 }
 
 function isCanvasFocused(): boolean {
     return document.activeElement === document.body || document.activeElement instanceof HTMLCanvasElement;
 }
 
-/** A table of the keys in a dialog that Esc closes. */
+/** A table of the keys in a dialog that Esc and F1 close. */
 export function fillHelp(dialog: HTMLDialogElement, commands: Command[]): void {
     const rows = commands.map(({ name, words }) => {
         const row = document.createElement("tr");
@@ -52,6 +62,14 @@ export function fillHelp(dialog: HTMLDialogElement, commands: Command[]): void {
     close.textContent = "Close";
     close.type = "button";
     close.addEventListener("click", () => dialog.close());
-    dialog.replaceChildren(table, words, close);
+    const title = document.createElement("header");
+    title.append("Keys", close); // it has the focus: the list is seen from its start
+    dialog.replaceChildren(title, table, words);
     dialog.addEventListener("click", (event) => event.target === dialog && dialog.close());
+    dialog.addEventListener("keydown", (event) => {
+        if (event.key === "F1") {
+            event.preventDefault(); // the browser's own help
+            dialog.close();
+        }
+    });
 }

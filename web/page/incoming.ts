@@ -9,7 +9,13 @@ import { addPreset, presetName, type Preset, type PresetList } from "./presets";
 /** No script or preset is longer; a film that was dropped by mistake is. */
 const longestText = 4 << 20;
 
+/** A line that is no comment. */
+const anyLine = /^\s*[^#\s]/m;
+
 export class Incoming {
+    /** A large file is read longer than a small one after it: they are taken in their order all the same. */
+    private latest: Promise<boolean> = Promise.resolve(true);
+
     constructor(
         private readonly player: Player,
         private readonly presets: PresetList,
@@ -18,16 +24,19 @@ export class Incoming {
 
     /** Returns whether it could be read. */
     take(file: File, place: "first" | "second" = "first"): Promise<boolean> {
-        return attempt(async () => {
-            this.player.userCame();
-            if (/\.json$/i.test(file.name)) {
-                await this.takePreset(file);
-            } else if (/\.gesture$/i.test(file.name)) {
-                await this.takeGesture(file);
-            } else {
-                await this.takePicture(file, place);
-            }
-        });
+        this.latest = this.latest.then(() => attempt(() => this.read(file, place)));
+        return this.latest;
+    }
+
+    private async read(file: File, place: "first" | "second"): Promise<void> {
+        this.player.userCame();
+        if (/\.json$/i.test(file.name)) {
+            await this.takePreset(file);
+        } else if (/\.gesture$/i.test(file.name)) {
+            await this.takeGesture(file);
+        } else {
+            await this.takePicture(file, place);
+        }
     }
 
     private async takePicture(file: File, place: "first" | "second"): Promise<void> {
@@ -49,7 +58,11 @@ export class Incoming {
     }
 
     private async takeGesture(file: File): Promise<void> {
-        const fault = this.player.replay(await readText(file), file.name);
+        const script = await readText(file);
+        if (!anyLine.test(script) || script.includes("\0")) {
+            throw new Error(`${file.name} is no gesture`);
+        }
+        const fault = this.player.replay(script, file.name);
         say(fault || `playing ${file.name}`);
     }
 }

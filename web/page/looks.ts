@@ -2,21 +2,39 @@
 
 import { download, freshName } from "./files";
 import { firstLook, linkOf, lookInLink, lookOf, parseLook, writeLook, type Look } from "./look";
-import { say } from "./notice";
+import { hasKeys, say } from "./notice";
 import type { Player } from "./player";
-import { addPreset, type Preset, type PresetList } from "./presets";
+import { addPreset, allPresets, isSame, named, presetName, removePreset } from "./presets";
+import type { Preset, PresetList } from "./presets";
+
+/** Letters of a preset's name: longer ones do not fit the list. */
+const longestName = 40;
 
 export class Looks {
     /** Shows the look's values elsewhere on the page. */
     onChange = () => {};
     /** What the look was before the visitor changed it. */
-    private chosen: Preset | undefined;
+    private chosen: Preset;
     private seed = Math.floor(Math.random() * 2 ** 32);
 
     constructor(
         private readonly player: Player,
         readonly presets: PresetList,
-    ) {}
+    ) {
+        this.chosen = { name: "the first look", look: firstLook(presets.settings) };
+    }
+
+    /** Of the shown look; with a mark where the visitor changed it. */
+    get name(): string {
+        const { look } = this.player;
+        const same = isSame(this.chosen.look, look) ? this.chosen : this.all.find((preset) => isSame(preset.look, look));
+        return same?.name ?? `${this.chosen.name} *`;
+    }
+
+    /** The names to choose from. */
+    get names(): string[] {
+        return this.all.map((preset) => preset.name);
+    }
 
     show(look: Look): void {
         Object.assign(this.player.look, structuredClone(look));
@@ -30,7 +48,7 @@ export class Looks {
     }
 
     choose(name: string): void {
-        const preset = this.presets.all.find((one) => one.name === name);
+        const preset = named(this.all, name);
         if (preset) {
             this.takeUp(preset);
             say(preset.name);
@@ -38,21 +56,20 @@ export class Looks {
     }
 
     next(): void {
-        const { all } = this.presets;
-        const at = all.findIndex((preset) => preset.name === this.chosen?.name);
-        this.choose(all[(at + 1) % all.length]?.name ?? "");
+        const at = this.names.indexOf(this.chosen.name);
+        this.choose(this.names[(at + 1) % this.names.length] ?? "");
     }
 
     /** The preset as it was before anything was changed on it. */
     reset(): void {
-        this.show(this.chosen?.look ?? firstLook(this.presets.settings));
-        say(this.chosen ? `${this.chosen.name}, as it was` : "as it was");
+        this.show(this.chosen.look);
+        say(`${this.chosen.name}, as it was`);
     }
 
     random(): void {
         const { effect } = this.player;
         this.show(lookOf(effect.randomValues(this.seed++), effect.fields));
-        say("a look by chance; P saves it");
+        say(`a look by chance${hasKeys ? "; P saves it" : ""}`);
     }
 
     takeInkOfPicture(): void {
@@ -72,6 +89,31 @@ export class Looks {
         say(`saved ${name}.json, and in the list of presets`);
     }
 
+    /** Another name for the shown preset of the visitor's own. */
+    rename(): void {
+        const { own } = this.presets;
+        const preset = this.ownPreset();
+        const name = presetName(prompt("The preset's name", preset.name) ?? "").trim().slice(0, longestName);
+        if (!name || name === preset.name) {
+            return;
+        }
+        if (named(own, name)) {
+            throw new Error(`there is a preset ${name} already`);
+        }
+        removePreset(this.presets, preset.name);
+        this.chosen = addPreset(this.presets, name, preset.look);
+        this.onChange();
+        say(name);
+    }
+
+    /** Its look stays until another is chosen. */
+    remove(): void {
+        const { name } = this.ownPreset();
+        removePreset(this.presets, name);
+        this.onChange();
+        say(`removed ${name}; its look can be saved again`);
+    }
+
     async share(): Promise<void> {
         const link = linkOf(this.player.look, location.href);
         history.replaceState(null, "", link);
@@ -79,10 +121,12 @@ export class Looks {
             await navigator.share({ title: document.title, url: link }).catch(() => {}); // the visitor changed their mind
             return;
         }
-        await navigator.clipboard.writeText(link).then(
-            () => say("the link to this look is copied"),
-            () => say("the page's address now carries this look"),
+        // Only a page from disk or from a secure server has a clipboard.
+        const copied = navigator.clipboard?.writeText(link).then(
+            () => true,
+            () => false,
         );
+        say((await copied) ? "the link to this look is copied" : "the page's address now carries this look");
     }
 
     /** The look that came with the page's address, if one did. */
@@ -96,5 +140,16 @@ export class Looks {
         } catch (error) {
             throw new Error(`the look in this link: ${(error as Error).message}`);
         }
+    }
+    private get all(): Preset[] {
+        return allPresets(this.presets);
+    }
+
+    private ownPreset(): Preset {
+        const own = named(this.presets.own, this.chosen.name);
+        if (!own) {
+            throw new Error(`${this.chosen.name} is no preset of your own`);
+        }
+        return own;
     }
 }

@@ -5,7 +5,7 @@ import { receiveFiles } from "./files";
 import { Incoming } from "./incoming";
 import { Keeping } from "./keeping";
 import { Looks } from "./looks";
-import { attempt, say } from "./notice";
+import { attempt, hasKeys, say } from "./notice";
 import { openEffect } from "./opening";
 import { makeCommands } from "./page_commands";
 import { Panel } from "./panel";
@@ -24,7 +24,7 @@ async function open(): Promise<void> {
     const looks = new Looks(player, loadPresets(effect));
     tieControls(player, looks);
     tieCanvas(player);
-    say("Touch the water. The drop above opens the settings, F1 lists the keys.");
+    say(`Touch the water. The drop above opens the settings${hasKeys ? ", F1 lists the keys" : ""}.`);
     await attempt(() => looks.readLink());
     player.restart();
     (window as unknown as { velmora: Player }).velmora = player; // for those who look closely, tests among them

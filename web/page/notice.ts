@@ -3,6 +3,8 @@
 const line = document.getElementById("notice") as HTMLElement;
 const marks = document.getElementById("marks") as HTMLElement;
 const longest = 300;
+/** Who has but a finger is told of no keys. */
+export const hasKeys = !matchMedia("(pointer: coarse)").matches;
 let timer = 0;
 
 /** Line breaks and other control characters of a file would tear the line. */

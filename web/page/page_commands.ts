@@ -29,13 +29,17 @@ function command(key: string, words: string, run: () => unknown, name = key.toUp
     return { key, name, words, run: () => void attempt(run) };
 }
 
+function toggle(key: string, words: string, isOn: () => boolean, run: () => unknown, name = key.toUpperCase()): Command {
+    return { ...command(key, words, run, name), isOn };
+}
+
 export function makeCommands(parts: Parts): PageCommands {
     const looks = lookCommands(parts);
     const pictures = pictureCommands(parts);
     const views = viewCommands(parts);
     const keeping = keepingCommands(parts);
     const page = pageCommands(parts);
-    const help = command("f1", "this list", () => parts.help());
+    const help = command("f1", "the list of keys", () => parts.help());
     const panel = command("tab", "the panel with all settings", () => parts.switchPanel(), "Tab");
     const waterOnly = command("w", "water without ink", () => parts.looks.turn("waterOnly"));
     const close = command("escape", "close the panel", () => parts.switchPanel(false), "Esc");
@@ -58,6 +62,8 @@ function lookCommands({ looks, incoming }: Parts): Command[] {
         command("m", "a look by chance", () => looks.random()),
         command("backspace", "the preset's look again, unchanged", () => looks.reset(), "Backspace"),
         command("p", "save the settings as a preset", () => looks.save()),
+        command("t", "another name for your preset", () => looks.rename()),
+        command("delete", "remove your preset", () => looks.remove(), "Delete"),
         command("u", "a link to this look", () => looks.share()),
         command("j", "open a preset or gesture", () => choose(".json,.gesture", (file) => incoming.take(file))),
     ];
@@ -72,30 +78,38 @@ function pictureCommands({ looks, incoming, player }: Parts): Command[] {
     return [
         command("o", "a picture of your own", () => choose("image/*", (file) => incoming.take(file))),
         command("e", "a second picture", () => choose("image/*", takeSecond)),
-        command("b", "the other background", () => looks.turn("secondBackground")),
+        toggle(
+            "b",
+            "the second background",
+            () => player.look["secondBackground"] === true,
+            () => looks.turn("secondBackground"),
+        ),
         command("i", "an ink that stands out from the picture", () => looks.takeInkOfPicture()),
     ];
 }
 
 function viewCommands({ player }: Parts): Command[] {
+    const { view } = player;
     const turn = (name: "velocity" | "density" | "paused", on: string, off: string) => {
-        player.view[name] = !player.view[name];
-        say(player.view[name] ? on : off);
+        view[name] = !view[name];
+        say(view[name] ? on : off);
         player.userCame();
     };
+    const isPaused = () => view.paused;
     return [
-        command(" ", "pause and go on", () => turn("paused", "paused", "going on"), "Space"),
+        toggle(" ", "pause", isPaused, () => turn("paused", "paused", "going on"), "Space"),
         command(".", "one frame, paused", () => player.step()),
-        command("v", "the velocity field", () => turn("velocity", "the flow", "no flow")),
-        command("d", "the ink's density", () => turn("density", "the ink's density", "no density")),
+        toggle("v", "the velocity field", () => view.velocity, () => turn("velocity", "the flow", "no flow")),
+        toggle("d", "the ink's density", () => view.density, () => turn("density", "the ink's density", "no density")),
     ];
 }
 
-function keepingCommands({ keeping }: Parts): Command[] {
+function keepingCommands({ keeping, player }: Parts): Command[] {
+    const isRecording = () => player.recording;
     return [
         command("s", "a screenshot", () => keeping.screenshot()),
-        command("f", "film, from here or to here", () => keeping.switchFilm()),
-        command("r", "record the gesture, from here or to here", () => keeping.switchRecording()),
+        toggle("f", "film until pressed again", () => player.filming, () => keeping.switchFilm()),
+        toggle("r", "record the gesture until pressed again", isRecording, () => keeping.switchRecording()),
         command("g", "play the recorded gesture again", () => keeping.replayNewest()),
     ];
 }
@@ -119,9 +133,9 @@ function pageCommands({ player }: Parts): Command[] {
     };
     return [
         command("c", "clear the ink", () => player.clearInk()),
-        command("x", "full screen", switchFullScreen),
-        command("a", "a finger of its own after idle seconds", turnAttract),
-        command("q", "quality that fits the machine", turnQuality),
+        toggle("x", "full screen", () => document.fullscreenElement !== null, switchFullScreen),
+        toggle("a", "a finger of its own after idle seconds", () => player.view.attract, turnAttract),
+        toggle("q", "quality that fits the machine", () => player.quality.fits, turnQuality),
         command("l", "lose the GL context and rebuild it", () => loseContext(player)),
     ];
 }

@@ -6,16 +6,16 @@ import type { SettingField } from "./effect";
 import type { Ink, Look } from "./look";
 import type { Looks } from "./looks";
 import type { Player } from "./player";
-import { presetOf } from "./presets";
 import { Times } from "./times";
 
 const groups = ["Water", "Light", "Ink"] as const;
 
 export class Panel {
     private readonly gui: GUI;
-    private readonly times: Times;
     private readonly preset: { name: string } = { name: "" };
-    private presetControl!: Controller;
+    private readonly presetControl: Controller;
+    /** The buttons of what goes on, each with whether it does. */
+    private readonly toggles: [Element | null, () => boolean][] = [];
 
     constructor(
         private readonly place: HTMLElement,
@@ -26,15 +26,23 @@ export class Panel {
         private readonly tools: Record<string, Command[]>,
     ) {
         this.gui = new GUI({ container: place, title: "Velmora", width: 320 });
-        this.addPresets();
+        this.gui.$title.setAttribute("aria-label", "Close the settings");
+        this.presetControl = this.addPresets();
         groups.forEach((group) => this.addGroup(group));
         for (const [folder, commands] of Object.entries(tools)) {
             this.addTools(folder, commands);
         }
-        this.times = new Times(player);
-        place.append(this.times.element);
-        setInterval(() => this.isOpen && this.times.update(), 500);
-        this.gui.onChange(() => this.changed());
+        const times = new Times(player);
+        this.gui.$children.append(times.element);
+        setInterval(() => this.isOpen && times.update(), 500);
+        // What is on ends by itself as well, such as a recording.
+        setInterval(() => this.isOpen && this.showToggles(), 100);
+        this.gui.onChange(({ controller }: { controller: Controller }) => {
+            // The list takes the look first, and then shows what there is.
+            if (controller !== this.presetControl) {
+                this.changed();
+            }
+        });
         button.addEventListener("click", () => this.toggle());
         this.gui.$title.addEventListener("click", () => this.toggle(false));
         this.gui.onOpenClose((gui: GUI) => gui === this.gui && gui.open());
@@ -61,41 +69,43 @@ export class Panel {
             return;
         }
         this.listPresets();
+        this.showToggles();
         this.gui.controllersRecursive().forEach((controller) => controller.updateDisplay());
     }
 
     private changed(): void {
         this.player.userCame();
         this.listPresets();
+        this.showToggles();
     }
 
-    private addPresets(): void {
-        const folder = this.gui.addFolder("Preset");
-        this.presetControl = this.choice(folder, []);
+    private showToggles(): void {
+        this.toggles.forEach(([button, isOn]) => button?.setAttribute("aria-pressed", String(isOn())));
+    }
+
+    private addPresets(): Controller {
+        const folder = this.addFolder("Preset");
+        const list = folder.add(this.preset, "name", [] as string[]).name("preset");
+        list.onChange((name: string) => this.looks.choose(name));
         this.addButtons(folder, this.tools["Preset"] ?? []);
+        return list;
     }
 
-    /** The preset's name; with a mark where a setting differs from it. */
+    /** The shown look's name, and those to choose from. */
     private listPresets(): void {
-        const { player } = this;
-        const { presets } = this.looks;
-        const found = presetOf(presets, player.look)?.name;
-        const shown = found ?? (this.preset.name ? `${this.preset.name.replace(/ \*$/, "")} *` : "of your own");
-        this.preset.name = shown;
-        const names = presets.all.map((preset) => preset.name);
-        this.presetControl = this.presetControl.options(names.includes(shown) ? names : [shown, ...names]);
-        this.label(this.presetControl, "preset");
+        const { name, names } = this.looks;
+        this.preset.name = name;
+        this.presetControl.options(names.includes(name) ? names : [name, ...names]);
     }
 
-    private choice(folder: GUI, names: string[]): Controller {
-        return folder
-            .add(this.preset, "name", names)
-            .name("preset")
-            .onChange((name: string) => this.looks.choose(name.replace(/ \*$/, "")));
+    private addFolder(name: string): GUI {
+        const folder = this.gui.addFolder(name);
+        folder.$title.setAttribute("aria-label", name); // without the arrow before it
+        return folder;
     }
 
     private addGroup(group: (typeof groups)[number]): void {
-        const folder = this.gui.addFolder(group).close();
+        const folder = this.addFolder(group).close();
         if (group === "Ink") {
             this.addInk(folder);
         }
@@ -112,12 +122,13 @@ export class Panel {
             field.kind === "switch"
                 ? folder.add(look, field.name)
                 : folder.add(look, field.name, field.least, field.most, field.kind === "count" ? 1 : 0.001);
-        this.label(control.name(field.words), field.hint);
+        control.name(field.words).domElement.title = field.hint;
+        control.domElement.querySelector("input")?.setAttribute("aria-description", field.hint);
     }
 
     private addInk(folder: GUI): void {
         const { look, effect } = this.player;
-        this.label(folder.addColor(look, "ink").name("colour"));
+        folder.addColor(look, "ink").name("colour");
         const swatches = document.createElement("div");
         swatches.className = "swatches";
         for (const [name, ink] of Object.entries(effect.palette)) {
@@ -140,22 +151,17 @@ export class Panel {
 
     private addTools(name: string, commands: Command[]): void {
         if (name !== "Preset") {
-            this.addButtons(this.gui.addFolder(name).close(), commands);
+            this.addButtons(this.addFolder(name).close(), commands);
         }
     }
 
     private addButtons(folder: GUI, commands: Command[]): void {
-        for (const command of commands) {
-            const control = folder.add(command, "run").name(command.words);
-            control.domElement.title = command.name ? `${command.words} (${command.name})` : command.words;
+        for (const { name, words, isOn, ...command } of commands) {
+            const control = folder.add(command, "run").name(words);
+            control.domElement.title = name ? `${words} (${name})` : words;
+            if (isOn) {
+                this.toggles.push([control.domElement.querySelector("button"), isOn]);
+            }
         }
-    }
-
-    private label(control: Controller, hint?: string): void {
-        control.domElement.title = hint ?? "";
-        control.domElement.querySelectorAll("input, select").forEach((input) => {
-            const name = control.domElement.querySelector(".lil-name")?.textContent ?? "";
-            input.setAttribute("aria-label", hint ? `${name}: ${hint}` : name);
-        });
     }
 }

@@ -1,4 +1,4 @@
-// The presets: those that ship, and those that the visitor saved.
+// The presets: those that ship, and those that the visitor saved. Both have names as they are read, without a suffix.
 
 import { parseLook, writeLook, type Look, type Settings } from "./look";
 
@@ -12,13 +12,56 @@ export interface Preset {
 }
 
 export interface PresetList {
-    all: Preset[];
     settings: Settings;
+    shipped: Preset[];
+    /** The visitor's. One with a shipped preset's name stands in its place. */
+    own: Preset[];
 }
 
-/** calm_pond is "calm pond". */
+/** calm_pond.json is "calm pond". */
 export function presetName(file: string): string {
     return file.replace(/\.json$/i, "").replaceAll("_", " ");
+}
+
+export function loadPresets(settings: Settings): PresetList {
+    return { settings, shipped: presetsOf(PRESETS, settings), own: presetsOf(readSaved(), settings) };
+}
+
+export function allPresets({ shipped, own }: PresetList): Preset[] {
+    const added = own.filter((preset) => !named(shipped, preset.name));
+    return [...shipped.map((preset) => named(own, preset.name) ?? preset), ...added];
+}
+
+export function named(presets: Preset[], name: string): Preset | undefined {
+    return presets.find((preset) => preset.name === name);
+}
+
+/** Listed at once, and the next time the page is opened. */
+export function addPreset(list: PresetList, name: string, look: Look): Preset {
+    const added = { name, look: structuredClone(look) };
+    list.own = [...list.own.filter((preset) => preset.name !== name), added];
+    changeSaved((saved) => ({ ...saved, [name]: writeLook(added.look) }));
+    return added;
+}
+
+export function removePreset(list: PresetList, name: string): void {
+    list.own = list.own.filter((preset) => preset.name !== name);
+    changeSaved((saved) => Object.fromEntries(Object.entries(saved).filter(([file]) => presetName(file) !== name)));
+}
+
+export function isSame(one: Look, other: Look): boolean {
+    const parts = (look: Look) => JSON.stringify(Object.entries(look).sort());
+    return parts(one) === parts(other);
+}
+
+function presetsOf(texts: Record<string, string>, settings: Settings): Preset[] {
+    return Object.entries(texts).flatMap(([file, text]) => {
+        try {
+            return [{ name: presetName(file), look: parseLook(text, settings) }];
+        } catch {
+            return []; // saved by a page of another time, whose settings were others
+        }
+    });
 }
 
 function readSaved(): Record<string, string> {
@@ -29,32 +72,10 @@ function readSaved(): Record<string, string> {
     }
 }
 
-export function loadPresets(settings: Settings): PresetList {
-    const list: PresetList = { all: [], settings };
-    for (const [file, text] of Object.entries({ ...PRESETS, ...readSaved() })) {
-        try {
-            list.all.push({ name: presetName(file), look: parseLook(text, settings) });
-        } catch {
-            // Saved by a page of another time, whose settings were others.
-        }
-    }
-    return list;
-}
-
-/** Listed at once, and the next time the page is opened. */
-export function addPreset(list: PresetList, name: string, look: Look): Preset {
-    const added = { name, look: structuredClone(look) };
-    list.all = [...list.all.filter((preset) => preset.name !== name), added];
+function changeSaved(change: (saved: Record<string, string>) => Record<string, string>): void {
     try {
-        localStorage.setItem(storageName, JSON.stringify({ ...readSaved(), [name]: writeLook(added.look) }));
+        localStorage.setItem(storageName, JSON.stringify(change(readSaved())));
     } catch {
-        // Then it is kept as long as the page is open.
+        // Then the change lasts as long as the page is open.
     }
-    return added;
-}
-
-/** The preset that the look is, untouched. */
-export function presetOf(list: PresetList, look: Look): Preset | undefined {
-    const keys = (one: Look) => JSON.stringify(Object.entries(one).sort());
-    return list.all.find((preset) => keys(preset.look) === keys(look));
 }
