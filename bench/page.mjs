@@ -47,7 +47,7 @@ async function stir(duration) {
         const [x, y] = [0.5 + 0.3 * Math.cos(angle), 0.5 + 0.3 * Math.sin(0.7 * angle)];
         velmora.touch(2, x * screen.width, y * screen.height, 0.5);
         await afterFrame();
-        own += times.at(-1).effect;
+        own += times.newest.at(-1).effect;
         const passed = performance.now() - start;
         if (frames === 0) {
             [start, own, glAtStart] = [performance.now(), 0, window.glTime]; // programs are compiled

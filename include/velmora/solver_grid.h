@@ -8,4 +8,8 @@ namespace velmora {
 /// of the velocity texture; a screen has as many whole ones as fit.
 constexpr std::int32_t pixelsPerCell = 12;
 
+/// Texels of the ink's textures along the longer and the shorter side of the screen, of any screen.
+constexpr std::int32_t inkLongSide = 1024;
+constexpr std::int32_t inkShortSide = 512;
+
 }  // namespace velmora

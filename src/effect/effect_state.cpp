@@ -16,8 +16,8 @@ bool isBetweenMargins(std::int32_t x, std::int32_t size, std::int32_t margin) {
 
 void applyInkSettings(EffectState& state) {
     const bool isLandscape = state.screenWidth > state.screenHeight;
-    state.inkWidth = isLandscape ? 1024 : 512;
-    state.inkHeight = isLandscape ? 512 : 1024;
+    state.inkWidth = isLandscape ? inkLongSide : inkShortSide;
+    state.inkHeight = isLandscape ? inkShortSide : inkLongSide;
     state.velocityGridWidth = state.screenWidth / pixelsPerCell;
     state.velocityGridHeight = state.screenHeight / pixelsPerCell;
     state.gridScale = 2.5f;

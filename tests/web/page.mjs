@@ -146,6 +146,12 @@ export async function notice(page, pattern) {
     return line.textContent();
 }
 
+/** The file that something hands to the visitor. */
+export async function saved(page, act) {
+    const [file] = await Promise.all([page.waitForEvent("download"), act()]);
+    return file;
+}
+
 /** Drops or pastes files, [name, type, bytes] each. */
 export function bring(page, kind, ...files) {
     const list = files.map(([name, type, bytes]) => [name, type, Buffer.from(bytes).toString("base64")]);

@@ -1,4 +1,4 @@
-// Mouse, touch and pen: what the effect is told of each, read from a recording, and what it draws.
+// Mouse, touch, pen, and nobody's finger: what the effect is told of each, read from a recording, and what it draws.
 
 import assert from "node:assert/strict";
 import { after, before, test } from "node:test";
@@ -27,17 +27,22 @@ async function pointer(page, size) {
 
 test("a mouse, with the pressure of the settings, in the canvas' pixels", async () => {
     const { page } = await pointer(browser, [270, 480]);
+    await page.evaluate(() => (window.velmora.look.pressure = 0.7));
     const touches = await recorded(page, async () => {
         await page.mouse.move(50, 60);
         await page.mouse.down();
         await frames(page, 1);
         await page.mouse.move(55, 70);
         await frames(page, 1);
-        await page.mouse.up();
+        await page.mouse.down({ button: "right" });
+        await page.mouse.up(); // while the other is held
+        await page.mouse.move(60, 80);
+        await page.mouse.up({ button: "right" });
         await page.mouse.down({ button: "right" });
         await page.mouse.up({ button: "right" });
     });
-    assert.deepEqual(touches, [["down", 100, 120, 0.5], ["move", 110, 140, 0.5], ["up", 110, 140, 0]]);
+    const told = touches.filter((touch, at) => String(touch) !== String(touches[at - 1])); // a second button is a move
+    assert.deepEqual(told, [["down", 100, 120, 0.7], ["move", 110, 140, 0.7], ["up", 110, 140, 0]]);
     // Beyond the canvas' edge the gesture is at its end, also where the button comes up later.
     const left = await recorded(page, async () => {
         await page.mouse.move(50, 60);
@@ -54,10 +59,11 @@ test("a mouse, with the pressure of the settings, in the canvas' pixels", async 
 
 test("a finger, and no second one", async () => {
     const { page, cdp } = await pointer(browser, [270, 480]);
+    let force = 0.25;
     const send = (type, ...points) =>
         cdp.send("Input.dispatchTouchEvent", {
             type,
-            touchPoints: points.map(([id, x, y]) => ({ id, x, y, force: 0.25 })),
+            touchPoints: points.map(([id, x, y]) => ({ id, x, y, force })),
         });
     const touches = await recorded(page, async () => {
         await send("touchStart", [1, 100, 100]);
@@ -68,15 +74,21 @@ test("a finger, and no second one", async () => {
         await send("touchEnd", [2, 220, 200]);
         await send("touchEnd");
     });
-    assert.deepEqual(actions(touches).slice(0, 2), ["down", "move"]);
+    assert.deepEqual(touches.slice(0, 2), [["down", 200, 200, 0.25], ["move", 200, 240, 0.25]]);
     assert.ok(touches.every(([, x]) => x === 200), "the first finger's place alone");
     assert.equal(touches.filter(([action]) => action === "up" || action === "cancel").length, 1);
+    force = 1; // of a screen that measures none
     const cancelled = await recorded(page, async () => {
         await send("touchStart", [1, 100, 100]);
+        for (const y of [160, 220]) { // the page's to have, however long
+            await frames(page, 1);
+            await send("touchMove", [1, 100, y]);
+        }
         await frames(page, 1);
         await send("touchCancel");
     });
-    assert.deepEqual(actions(cancelled), ["down", "cancel"]);
+    const last = cancelled.map(([action, , , pressure]) => [action, pressure]);
+    assert.deepEqual(last, [["down", 0.5], ["move", 0.5], ["move", 0.5], ["cancel", 0]]);
     assert.equal(await page.evaluate(() => scrollY + visualViewport.scale), 1, "neither scrolled nor zoomed");
     await close(page);
 });
@@ -97,20 +109,55 @@ test("a pen, with its own pressure", async () => {
     await close(page);
 });
 
-test("a hidden page lets go of the finger", async () => {
+test("a page that is hidden, left or without context lets go of the finger", async () => {
     const { page } = await pointer(browser, [270, 480]);
-    const touches = await recorded(page, async () => {
-        await page.mouse.move(50, 60);
-        await page.mouse.down();
-        await frames(page, 1);
-        await page.evaluate(() => {
+    const ways = {
+        hidden() {
             Object.defineProperty(document, "hidden", { value: true, configurable: true });
             document.dispatchEvent(new Event("visibilitychange"));
             delete document.hidden;
             document.dispatchEvent(new Event("visibilitychange"));
+        },
+        left() {
+            window.dispatchEvent(new Event("blur"));
+        },
+        async withoutContext() {
+            const loss = window.velmora.effect.gl.getExtension("WEBGL_lose_context");
+            const heard = (name) => new Promise((done) => window.velmora.canvas.addEventListener(name, done, { once: true }));
+            loss.loseContext();
+            await heard("webglcontextlost");
+            setTimeout(() => loss.restoreContext());
+            await heard("webglcontextrestored");
+        },
+    };
+    for (const [name, way] of Object.entries(ways)) {
+        const touches = await recorded(page, async () => {
+            await page.mouse.move(50, 60);
+            await page.mouse.down();
+            await frames(page, 1);
+            await page.evaluate(`(${String(way).replace(/^(async )?\w+/, "$1function")})()`);
+            await page.mouse.move(55, 70);
+            await page.mouse.up();
         });
-    });
-    assert.deepEqual(actions(touches), ["down", "cancel"]);
+        assert.deepEqual(actions(touches), ["down", "cancel"], name);
+    }
+    page.complaints = page.complaints.filter((line) => !/CONTEXT_LOST/.test(line)); // the browser's own note of it
+    await close(page);
+});
+
+test("nobody's finger comes to an idle page, leaves a recording alone and goes; where motion is reduced none comes", async () => {
+    const still = await open(browser);
+    const page = await open(browser, { reducedMotion: "no-preference", size: [96, 160] });
+    await page.waitForFunction(() => window.velmora.effect.waterIsCalm === false, undefined, { timeout: 15000 });
+    const touches = await recorded(page, () => page.waitForTimeout(6000)); // its patience is shorter
+    assert.deepEqual(touches, []);
+    assert.equal(await still.evaluate(() => window.velmora.effect.waterIsCalm), true);
+    await close(still);
+    await page.waitForFunction(() => window.velmora.attract.runs);
+    await page.evaluate(() => (window.velmora.attract.frame = 2 * 300 + 150)); // after the third stroke
+    await page.waitForFunction(() => window.velmora.rests, undefined, { timeout: 60000 });
+    await page.waitForTimeout(6000);
+    assert.equal(await page.evaluate(() => window.velmora.rests), true);
     await close(page);
 });
 

@@ -88,6 +88,11 @@ EMSCRIPTEN_KEEPALIVE int pixelsPerCell() {
     return velmora::pixelsPerCell;
 }
 
+/// Texels of the ink's textures along the longer or the shorter side of the screen.
+EMSCRIPTEN_KEEPALIVE int inkTexels(bool longer) {
+    return longer ? velmora::inkLongSide : velmora::inkShortSide;
+}
+
 /// Numbers and switches in the order of describeSettings, then the ink's red, green and blue.
 EMSCRIPTEN_KEEPALIVE void setSettings(const float* values) {
     player::forEachField([&](const auto& field) {
@@ -153,10 +158,10 @@ EMSCRIPTEN_KEEPALIVE const char* finishRecording() {
     return answer.c_str();
 }
 
-/// Empty, or what is wrong with the script; then nothing has changed.
-EMSCRIPTEN_KEEPALIVE const char* startReplay(const char* script, const char* name) {
+/// For startReplay. Empty, or what is wrong with the script; then nothing has changed.
+EMSCRIPTEN_KEEPALIVE const char* readScript(const char* script, const char* name) {
     try {
-        web::startReplay(stage, script, name);
+        stage.script = hostkit::parseGestureScript(script, name);
         answer.clear();
     } catch (const hostkit::HostError& error) {
         answer = error.what();
@@ -164,8 +169,8 @@ EMSCRIPTEN_KEEPALIVE const char* startReplay(const char* script, const char* nam
     return answer.c_str();
 }
 
-EMSCRIPTEN_KEEPALIVE void stopReplay() {
-    stage.replay.reset();
+EMSCRIPTEN_KEEPALIVE void startReplay() {
+    web::startReplay(stage);
 }
 
 EMSCRIPTEN_KEEPALIVE bool isReplaying() {

@@ -10,18 +10,21 @@
 #include "player/frame_time.h"
 
 // clang-format off
-/// The library forgets its names without deleting them, as those of a lost context. Where a script
-/// has only ordered the loss the context lives on, and would keep what they stand for.
+/// The library forgets its names without deleting them, as those of a lost context. Where a script has
+/// only ordered the loss, or another host follows, the context lives on and would keep what they stand for.
+/// Names begin anew, since the tables have a place for every name up to the last: after the contexts',
+/// which are of the same count.
 EM_JS(void, dropGlObjects, (), {
     function drop(kind, names) {
         names.filter(object => object && GLctx['is' + kind](object)).forEach(object => GLctx['delete' + kind](object));
-        names.fill(null);
+        names.length = 0;
     }
     drop('Buffer', GL.buffers);
     drop('Framebuffer', GL.framebuffers);
     drop('Program', GL.programs);
     drop('Shader', GL.shaders);
     drop('Texture', GL.textures);
+    GL.counter = GL.contexts.length;
 });
 // clang-format on
 
@@ -57,19 +60,30 @@ std::vector<ScriptAction> dueActions(Stage& stage) {
     return actions;
 }
 
+void record(Stage& stage, const ScriptAction& action) {
+    if (stage.recording) {
+        stage.recording->events.push_back({stage.recording->frames, action});
+    }
+}
+
 std::vector<hostkit::ScriptEvent> eventsOf(Stage& stage, std::span<const ScriptAction> actions) {
     std::vector<hostkit::ScriptEvent> events;
     for (const ScriptAction& action : actions) {
         follow(stage.settings, action);
-        if (stage.recording) {
-            stage.recording->events.push_back({stage.recording->frames, action});
-        }
+        record(stage, action);
         events.push_back({0, action});
     }
     if (stage.recording) {
         ++stage.recording->frames;
     }
     return events;
+}
+
+void endHost(Stage& stage) {
+    if (stage.host) {
+        stage.host.reset();
+        dropGlObjects();
+    }
 }
 
 /// The library's random numbers from their start, so that a gesture is the same each time.
@@ -84,7 +98,7 @@ void restart(Stage& stage, int width, int height) {
     stage.recording.reset();
     stage.replay.reset();
     stage.pending.clear();
-    stage.host.reset();
+    endHost(stage);
     hostkit::EffectHostOptions options = hostOptions(stage.settings, width, height);
     options.background = stage.pictures[0];
     options.secondBackground = stage.pictures[1];
@@ -103,6 +117,7 @@ void showPicture(Stage& stage, int place, hostkit::Picture picture) {
 }
 
 void renewContext(Stage& stage) {
+    record(stage, hostkit::LoseContext{});
     stage.host->loseContext();
 }
 
@@ -128,11 +143,9 @@ std::string finishRecording(Stage& stage) {
     return writeGestureScript(script);
 }
 
-void startReplay(Stage& stage, const std::string& text, const std::string& name) {
-    hostkit::GestureScript script = hostkit::scaledToScreen(
-        hostkit::parseGestureScript(text, name), stage.host->width(), stage.host->height());
+void startReplay(Stage& stage) {
     restartForGesture(stage);
-    stage.replay = std::move(script);
+    stage.replay = hostkit::scaledToScreen(stage.script, stage.host->width(), stage.host->height());
     stage.replayed = 0;
 }
 

@@ -29,7 +29,9 @@ struct Stage {
     /// What is to happen with the next frame.
     std::vector<hostkit::ScriptAction> pending;
     std::optional<hostkit::GestureScript> recording;
-    /// For the screen's size; `replayed` frames of it have run.
+    /// The script to be played next.
+    hostkit::GestureScript script;
+    /// The one that is played, for the screen's size; `replayed` frames of it have run.
     std::optional<hostkit::GestureScript> replay;
     int replayed = 0;
 };
@@ -38,9 +40,9 @@ struct Stage {
 void restart(Stage& stage, int width, int height);
 /// Pictures are cropped to the screen's shape by the page.
 void showPicture(Stage& stage, int place, hostkit::Picture picture);
-/// What the context held is set up anew in the one that follows it.
-void renewContext(Stage& stage);
 
+/// What the context held is set up anew in the one that follows it; a recording has that too.
+void renewContext(Stage& stage);
 /// One frame of the effect: draws it.
 void runFrame(Stage& stage, std::chrono::nanoseconds elapsed);
 
@@ -48,7 +50,7 @@ void runFrame(Stage& stage, std::chrono::nanoseconds elapsed);
 void startRecording(Stage& stage);
 /// The recording as a gesture script.
 std::string finishRecording(Stage& stage);
-/// Restarts and plays the script. Throws HostError with its first fault.
-void startReplay(Stage& stage, const std::string& text, const std::string& name);
+/// Restarts and plays the script.
+void startReplay(Stage& stage);
 
 }  // namespace web

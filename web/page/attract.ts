@@ -7,6 +7,8 @@ const firstPatience = 4000;
 const patience = 20000;
 const strokeFrames = 110;
 const cycleFrames = 300;
+/** Whom three of them did not bring is not there, and a page that nobody sees is to rest. */
+const cycles = 3;
 const pressure = 0.5;
 
 export interface AttractOwner {
@@ -38,8 +40,15 @@ export class Attract {
         this.wait();
     }
 
-    /** What it does before the next frame: strokes along slow curves, with rests in which the ink fades. */
+    /**
+     * What it does before the next frame: strokes along slow curves, with rests in which the ink fades. After the last
+     * it goes, until the visitor was here again.
+     */
     next(screen: Size): void {
+        if (this.frame >= cycles * cycleFrames) {
+            this.frame = -1;
+            return;
+        }
         const cycle = Math.floor(this.frame / cycleFrames);
         const at = this.frame++ % cycleFrames;
         if (at <= strokeFrames) {

@@ -38,6 +38,8 @@ export class Effect {
     readonly palette: Record<string, Ink>;
     /** Sides of the square of pixels that a texel of the velocity covers. */
     readonly pixelsPerCell: number;
+    /** Texels of the ink's textures along the screen's shorter and longer side. */
+    readonly inkSides: [number, number];
     private readonly values: number;
     private readonly valueCount: number;
 
@@ -48,6 +50,7 @@ export class Effect {
         const description = JSON.parse(this.text(module._describeSettings()));
         ({ fields: this.fields, ink: this.firstInk, palette: this.palette } = description);
         this.pixelsPerCell = module._pixelsPerCell();
+        this.inkSides = [module._inkTexels(false), module._inkTexels(true)];
         this.valueCount = this.fields.length + 3;
         this.values = module._malloc(4 * this.valueCount);
     }
@@ -127,15 +130,16 @@ export class Effect {
         return this.text(this.module._finishRecording());
     }
 
-    /** Returns what is wrong with the script; empty where it plays. */
-    startReplay(script: string, name: string): string {
+    /** Returns what is wrong with the script; empty where startReplay can play it. */
+    readScript(script: string, name: string): string {
         return this.withText(script, (scriptText) =>
-            this.withText(name, (nameText) => this.text(this.module._startReplay(scriptText, nameText))),
+            this.withText(name, (nameText) => this.text(this.module._readScript(scriptText, nameText))),
         );
     }
 
-    stopReplay(): void {
-        this.module._stopReplay();
+    /** From the start, with the script that was read last. */
+    startReplay(): void {
+        this.module._startReplay();
     }
 
     get replays(): boolean {

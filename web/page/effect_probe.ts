@@ -1,6 +1,6 @@
 // Sees at the library's GL calls what it draws with, for the overlays.
 
-import type { Size } from "./effect";
+import type { Effect, Size } from "./effect";
 
 /** A velocity texture as the library uploaded it, RGBA8, the bottom row first. */
 export interface VelocityField {
@@ -9,52 +9,57 @@ export interface VelocityField {
     bytes: Uint8Array;
 }
 
-export class EffectProbe {
-    velocity: VelocityField = { columns: 0, rows: 0, bytes: new Uint8Array() };
-    /** The texture with the ink of the last frame. */
-    ink: WebGLTexture | null = null;
-    private screen: Size = { width: 0, height: 0 };
-    private unit = 0;
-    private readonly units: (WebGLTexture | null)[] = [];
+const noField: VelocityField = { columns: 0, rows: 0, bytes: new Uint8Array() };
 
-    /** From now on calls of this context pass here first. */
-    constructor(
-        private readonly gl: WebGLRenderingContext,
-        private readonly pixelsPerCell: number,
-    ) {
-        const { activeTexture, bindTexture, drawElements, texImage2D } = gl;
-        gl.activeTexture = (unit) => {
-            this.unit = unit - gl.TEXTURE0;
-            activeTexture.call(gl, unit);
-        };
-        gl.bindTexture = (target, texture) => {
-            this.units[this.unit] = texture;
-            bindTexture.call(gl, target, texture);
-        };
+export class EffectProbe {
+    /** Whether the last frame was seen; the velocities are that one's. */
+    saw = false;
+    velocity = noField;
+    private ink: WebGLTexture | null = null;
+    private screen: Size = { width: 0, height: 0 };
+
+    constructor(private readonly effect: Effect) {}
+
+    /** Forgets all, for a new start on a screen of that size. */
+    watch(screen: Size): void {
+        this.screen = screen;
+        this.forget();
+    }
+
+    forget(): void {
+        this.saw = false;
+        this.velocity = noField;
+        this.ink = null;
+    }
+
+    /** Sees what is drawn with meanwhile. */
+    see(draw: () => void): void {
+        this.saw = true;
+        const { gl } = this.effect;
+        const { drawElements, texImage2D } = gl;
         gl.drawElements = (...call) => {
-            this.ink = this.units[2] ?? null; // the water is drawn over the picture with it
+            this.ink = this.textureOfUnit(gl.TEXTURE2); // the water is drawn over the picture with it
             drawElements.apply(gl, call);
         };
         gl.texImage2D = (...call: unknown[]) => {
             this.seeUpload(call);
             Reflect.apply(texImage2D, gl, call);
         };
-    }
-
-    /** Forgets all, for a new start on a screen of that size. */
-    watch(screen: Size): void {
-        this.screen = screen;
-        this.velocity = { columns: 0, rows: 0, bytes: new Uint8Array() };
-        this.ink = null;
+        try {
+            draw();
+        } finally {
+            Object.assign(gl, { drawElements, texImage2D });
+        }
     }
 
     /** The ink's texture as bytes, bottom row first; null where no ink is drawn. */
     inkBytes(): (Size & { bytes: Uint8Array }) | null {
-        const { gl } = this;
+        const { gl, inkSides } = this.effect;
         if (!this.ink) {
             return null;
         }
-        const [width, height] = this.screen.width > this.screen.height ? [1024, 512] : [512, 1024];
+        const [shorter, longer] = inkSides;
+        const [width, height] = this.screen.width > this.screen.height ? [longer, shorter] : [shorter, longer];
         const bytes = new Uint8Array(width * height * 4);
         const framebuffer = gl.createFramebuffer();
         gl.bindFramebuffer(gl.FRAMEBUFFER, framebuffer);
@@ -65,11 +70,22 @@ export class EffectProbe {
         return { width, height, bytes };
     }
 
+    private textureOfUnit(unit: number): WebGLTexture | null {
+        const { gl } = this.effect;
+        const active = gl.getParameter(gl.ACTIVE_TEXTURE) as number;
+        gl.activeTexture(unit);
+        const texture = gl.getParameter(gl.TEXTURE_BINDING_2D) as WebGLTexture | null;
+        gl.activeTexture(active);
+        return texture;
+    }
+
     private seeUpload(call: unknown[]): void {
         const [, , , columns, rows, , , , pixels] = call as number[];
-        const cells = { columns: this.screen.width / this.pixelsPerCell, rows: this.screen.height / this.pixelsPerCell };
+        const side = this.effect.pixelsPerCell;
         const bytes = pixels as unknown;
-        if (bytes instanceof Uint8Array && columns === Math.floor(cells.columns) && rows === Math.floor(cells.rows)) {
+        const { width, height } = this.screen;
+        const ofCells = columns === Math.floor(width / side) && rows === Math.floor(height / side);
+        if (bytes instanceof Uint8Array && ofCells) {
             this.velocity = { columns, rows, bytes: bytes.slice(0, columns * rows * 4) };
         }
     }

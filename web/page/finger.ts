@@ -49,6 +49,11 @@ export class Finger {
         if (event.pointerId !== this.pointer) {
             return;
         }
+        // With another button held as well, the first one comes up in a move.
+        if ((event.buttons & 1) === 0) {
+            this.end(event, TouchAction.up);
+            return;
+        }
         const box = this.canvas.getBoundingClientRect();
         const inside =
             event.clientX >= box.left &&

@@ -44,6 +44,7 @@ export class Keeping {
     }
 
     replayNewest(): void {
+        this.player.needContext();
         this.finishRecording();
         if (this.gesture) {
             this.player.replay(this.gesture, "the recording");
@@ -69,7 +70,8 @@ export class Keeping {
             throw new Error("this browser cannot film a page");
         }
         const parts: Blob[] = [];
-        const recorder = new MediaRecorder(this.player.canvas.captureStream(60), {
+        const stream = this.player.canvas.captureStream(60);
+        const recorder = new MediaRecorder(stream, {
             mimeType: type,
             videoBitsPerSecond: 12e6,
         });
@@ -77,7 +79,9 @@ export class Keeping {
         recorder.ondataavailable = (event) => parts.push(event.data);
         recorder.onstop = () => {
             this.recorder = null;
+            stream.getTracks().forEach((track) => track.stop());
             this.player.filming = false;
+            this.player.wake(); // the size may change again
             endMark();
             const name = freshName("film", type.startsWith("video/mp4") ? ".mp4" : ".webm");
             download(new Blob(parts, { type: type.split(";")[0] as string }), name);

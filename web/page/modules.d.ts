@@ -31,12 +31,13 @@ interface EffectModule {
     _renewContext(): void;
     _touch(action: number, x: number, y: number, pressure: number): void;
     _pixelsPerCell(): number;
+    _inkTexels(longer: boolean): number;
     _clearInk(): void;
     _frame(milliseconds: number): void;
     _startRecording(): void;
     _finishRecording(): number;
-    _startReplay(script: number, name: number): number;
-    _stopReplay(): void;
+    _readScript(script: number, name: number): number;
+    _startReplay(): void;
     _isReplaying(): number;
     _isWaterCalm(): number;
     _waterCells(velocities: number): number;

@@ -150,7 +150,9 @@ async function switchFullScreen(): Promise<void> {
     }
 }
 
-function loseContext({ canvas, effect }: Player): void {
+function loseContext(player: Player): void {
+    player.needContext();
+    const { canvas, effect } = player;
     const extension = effect.gl.getExtension("WEBGL_lose_context");
     if (!extension) {
         say("this browser cannot lose a context at will");

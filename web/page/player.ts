@@ -2,22 +2,18 @@
 
 import { Attract } from "./attract";
 import { CalmWatch } from "./calm";
-import { TouchAction, type Effect, type Size } from "./effect";
+import { type Effect, type Size, type TouchAction } from "./effect";
 import { EffectProbe } from "./effect_probe";
 import { Finger } from "./finger";
 import { FrameClock, frameTime } from "./frame_clock";
+import { FrameTimes } from "./frame_times";
 import { firstLook, lookOf, valuesOf, type Look } from "./look";
 import { drawOverlays, type Overlays } from "./overlays";
 import { firstPictures, pixelsOf, type Pictures } from "./pictures";
 import { Quality } from "./quality";
-import { pixelSize } from "./screen";
-
-/** Milliseconds of the newest frames: one whole frame of the page, and what the effect took of it. */
-export interface FrameTime {
-    between: number;
-    effect: number;
-}
-const frameTimesKept = 120;
+import { onPixelRatio, pixelSize } from "./screen";
+import { blobOf, Still } from "./still";
+import { Strokes } from "./strokes";
 
 export class Player {
     readonly look: Look;
@@ -30,7 +26,7 @@ export class Player {
     readonly pictures: Pictures = firstPictures();
     readonly finger: Finger;
     readonly quality = new Quality();
-    readonly times: FrameTime[] = [];
+    readonly times = new FrameTimes();
     /** Since the page was opened: animation frames asked for, frames of the effect, GL contexts. */
     readonly counts = { animationFrames: 0, frames: 0, contexts: 1 };
     /** A film's pictures keep their size. */
@@ -51,25 +47,23 @@ export class Player {
     private readonly clock = new FrameClock();
     private readonly overlay = document.getElementById("overlay") as HTMLCanvasElement;
     private size: Size = { width: 0, height: 0 };
-    private moves: [TouchAction, number, number, number][] = [];
+    private readonly strokes = new Strokes();
     private scheduled = false;
     private stepWanted = false;
-    /** The picture of a pause: the canvas' own is gone once the browser has shown it. */
-    private still: HTMLCanvasElement | null = null;
+    private readonly still = new Still();
     /** What is recorded or replayed is the same on every machine: all of the pixels, and every frame. */
     private mode: "free" | "recording" | "replaying" = "free";
     private shownValues = "";
     private resizeTimer = 0;
     private waterOnly = false;
     private lastTick = 0;
-    private lastFrame = 0;
 
     constructor(
         readonly effect: Effect,
         readonly canvas: HTMLCanvasElement,
     ) {
         this.look = firstLook(effect);
-        this.probe = new EffectProbe(effect.gl, effect.pixelsPerCell);
+        this.probe = new EffectProbe(effect);
         this.calm = new CalmWatch(effect.gl);
         this.finger = new Finger(canvas, {
             touch: (...touch) => this.touchByHand(...touch),
@@ -81,6 +75,7 @@ export class Player {
             mayAttract: () => this.view.attract && !this.isBusy && !document.hidden,
         });
         new ResizeObserver(() => this.followSize()).observe(canvas);
+        onPixelRatio(() => this.followSize());
         document.addEventListener("visibilitychange", () => {
             this.skipTime(); // also where a frame waits, which a hidden page gets only when it is seen again
             this.wake();
@@ -89,8 +84,7 @@ export class Player {
 
     /** From the start on the canvas' present size: calm water, no ink. */
     restart(): void {
-        this.beforeRestart();
-        this.mode = "free";
+        this.endGesture();
         this.takeWantedSize();
         this.begin();
     }
@@ -125,35 +119,33 @@ export class Player {
     }
 
     step(): void {
+        this.needContext();
         this.view.paused = true;
         this.stepWanted = true;
         this.wake();
     }
 
     clearInk(): void {
-        this.moves = [];
+        this.passStrokes(); // what came before lies no more
         this.effect.clearInk();
         this.calm.start();
+        this.still.drop();
         this.wake();
     }
 
     touch(action: TouchAction, x: number, y: number, pressure: number): void {
-        // Each event once, with its latest place: older places would make the finger count as slower.
-        if (action === TouchAction.move && this.moves.at(-1)?.[0] === TouchAction.move) {
-            this.moves.pop();
+        if (this.strokes.add([action, x, y, pressure], this.view.paused)) {
+            this.calm.touch();
+            this.quality.trying = false;
+            this.wake();
         }
-        this.moves.push([action, x, y, pressure]);
-        this.calm.touch();
-        this.quality.trying = false;
-        this.wake();
     }
 
     /** What the screen shows. */
     screenshot(): Promise<Blob | null> {
-        const blobOf = (canvas: HTMLCanvasElement) =>
-            new Promise<Blob | null>((resolve) => canvas.toBlob(resolve, "image/png"));
-        if (this.view.paused && this.still) {
-            return blobOf(this.still);
+        this.needContext();
+        if (this.view.paused && this.still.stands) {
+            return this.still.blob();
         }
         return new Promise((resolve) => {
             const take = () => {
@@ -167,12 +159,16 @@ export class Player {
     }
 
     picturesChanged(): void {
-        this.uploadPictures();
+        if (!this.lost) {
+            this.uploadPictures();
+        }
+        this.still.drop();
         this.userCame();
     }
 
     /** Restarts, and keeps what happens from there. */
     startRecording(): void {
+        this.needContext();
         this.enter("recording");
         this.effect.startRecording();
         this.begin();
@@ -185,13 +181,13 @@ export class Player {
 
     /** Restarts and plays a gesture script; returns what is wrong with it. */
     replay(script: string, name: string): string {
-        this.beforeRestart();
-        const fault = this.effect.startReplay(script, name);
+        this.needContext();
+        const fault = this.effect.readScript(script, name);
         if (!fault) {
             this.enter("replaying");
-            this.effect.startReplay(script, name);
-            this.begin();
+            this.effect.startReplay();
             this.view.paused = false;
+            this.begin();
         }
         return fault;
     }
@@ -205,16 +201,43 @@ export class Player {
         this.lost = false;
         ++this.counts.contexts;
         this.effect.renewContext();
-        this.probe.watch(this.size);
-        this.calm.start();
-        this.wake();
+        if (this.hasWantedSize) {
+            this.uploadPictures(); // those that came meanwhile
+            this.showAnew();
+        } else {
+            this.restart();
+        }
+    }
+
+    /** Throws in words for the visitor where there is none. */
+    needContext(): void {
+        if (this.lost) {
+            throw new Error("the GL context is lost: not until it is back");
+        }
     }
 
     private begin(): void {
-        this.moves = [];
+        this.attract.userCame(false); // its finger is not the gesture's
+        this.strokes.forget();
+        this.showAnew();
+    }
+
+    /** The water may be calm or not, but no ink lies. */
+    private showAnew(): void {
         this.probe.watch(this.size);
         this.calm.start();
+        this.still.drop();
         this.wake();
+    }
+
+    /** What is recorded is kept, and what is replayed has ended. */
+    private endGesture(): void {
+        this.beforeRestart();
+        const replayed = this.mode === "replaying";
+        this.mode = "free";
+        if (replayed) {
+            this.onReplayEnd();
+        }
     }
 
     private touchByHand(action: TouchAction, x: number, y: number, pressure: number): void {
@@ -247,11 +270,12 @@ export class Player {
     }
 
     private enter(mode: "recording" | "replaying"): void {
+        this.passLook();
+        this.endGesture();
         this.mode = mode;
         if (!this.hasWantedSize) {
             this.takeWantedSize();
         }
-        this.passLook();
     }
 
     /** A new size is a new start; while a window is dragged larger there are many of them. */
@@ -268,6 +292,7 @@ export class Player {
     private skipTime(): void {
         this.lastTick = performance.now();
         this.quality.skip();
+        this.times.skip();
         this.clock.skip(this.lastTick);
     }
 
@@ -300,17 +325,29 @@ export class Player {
 
     private dueFrames(now: number): number[] {
         if (this.view.paused) {
-            const wanted = this.stepWanted || !this.still;
-            this.stepWanted = false;
-            return wanted ? [frameTime] : [];
+            return this.dueFrameOfPause();
         }
-        this.still = null;
+        this.still.drop();
         return this.clock.take(now, this.look["timeScale"] as number, this.mode !== "free");
+    }
+
+    /**
+     * A step, or the same moment as it looks by now. The water stands then; ink that flows flows on by one frame, since
+     * the library draws and moves it at once. Of a gesture each frame is a step: it counts them.
+     */
+    private dueFrameOfPause(): number[] {
+        const stepped = this.stepWanted;
+        this.stepWanted = false;
+        const shown = this.still.stands && this.hasShownLook && (this.probe.saw || !this.hasOverlay);
+        if (shown && !stepped) {
+            return [];
+        }
+        return [stepped || this.mode !== "free" ? frameTime : 0];
     }
 
     private get rests(): boolean {
         if (this.view.paused) {
-            return !this.stepWanted && this.still !== null;
+            return !this.stepWanted && this.still.stands;
         }
         const moving = this.mode !== "free" || this.attract.runs || this.finger.pressed || this.quality.trying;
         return this.calm.calm && !moving && this.look["rain"] === 0;
@@ -322,31 +359,52 @@ export class Player {
         if (this.attract.runs) {
             this.attract.next(this.size);
         }
-        this.moves.forEach((touch) => this.effect.touch(...touch));
-        this.moves = [];
-        this.effect.frame(elapsed);
+        this.passStrokes();
+        this.draw(elapsed);
         if (this.counts.frames++ === 0) {
             performance.mark("first frame");
         }
         this.followScript();
         this.calm.see(this.effect.waterIsCalm);
-        this.times.push({ between: Math.min(now - this.lastFrame, 1000), effect: performance.now() - start });
-        this.lastFrame = now;
-        if (this.times.length > frameTimesKept) {
-            this.times.shift();
-        }
-        this.still = this.view.paused ? copyOf(this.canvas) : null;
+        this.times.note(now, performance.now() - start);
         this.afterFrame.forEach((call) => call());
+        if (this.view.paused) {
+            this.still.take(this.canvas);
+        }
+    }
+
+    private passStrokes(): void {
+        this.strokes.take().forEach((touch) => this.effect.touch(...touch));
+    }
+
+    private get hasOverlay(): boolean {
+        return this.view.velocity || this.view.density;
+    }
+
+    private draw(elapsed: number): void {
+        if (this.hasOverlay) {
+            this.probe.see(() => this.effect.frame(elapsed));
+        } else {
+            this.probe.forget();
+            this.effect.frame(elapsed);
+        }
+    }
+
+    private get values(): number[] {
+        return valuesOf(this.look, this.effect.fields);
+    }
+
+    private get hasShownLook(): boolean {
+        return String(this.values) === this.shownValues;
     }
 
     /** Settings reach the effect only when they changed. */
     private passLook(): void {
         this.effect.setCellsPerVertex(this.quality.cellsPerVertex(this.look["meshDetail"] as number));
-        const values = valuesOf(this.look, this.effect.fields);
-        if (String(values) !== this.shownValues) {
+        if (!this.hasShownLook) {
             this.followInkMode();
-            this.shownValues = String(values);
-            this.effect.setValues(values);
+            this.shownValues = String(this.values);
+            this.effect.setValues(this.values);
             this.calm.disturb();
         }
     }
@@ -356,8 +414,7 @@ export class Player {
         const waterOnly = this.look["waterOnly"] as boolean;
         if (waterOnly !== this.waterOnly) {
             this.waterOnly = waterOnly;
-            this.beforeRestart();
-            this.mode = "free";
+            this.endGesture();
             this.quality.start(); // the ink takes most of a frame
             this.begin();
         }
@@ -369,7 +426,7 @@ export class Player {
             return;
         }
         Object.assign(this.look, lookOf(this.effect.getValues(), this.effect.fields));
-        this.shownValues = String(valuesOf(this.look, this.effect.fields));
+        this.shownValues = String(this.values);
         this.onLook();
         if (!this.effect.replays) {
             this.mode = "free";
@@ -377,12 +434,4 @@ export class Player {
             this.onReplayEnd();
         }
     }
-}
-
-function copyOf(canvas: HTMLCanvasElement): HTMLCanvasElement {
-    const copy = document.createElement("canvas");
-    copy.width = canvas.width;
-    copy.height = canvas.height;
-    copy.getContext("2d")?.drawImage(canvas, 0, 0);
-    return copy;
 }

@@ -19,6 +19,16 @@ export function pixelSize(canvas: HTMLCanvasElement, part: number): Size {
     };
 }
 
+/** Calls where the display's pixels become smaller or larger, by zooming or on another screen. */
+export function onPixelRatio(call: () => void): void {
+    const unchanged = matchMedia(`(resolution: ${devicePixelRatio}dppx)`);
+    const changed = () => {
+        onPixelRatio(call);
+        call();
+    };
+    unchanged.addEventListener("change", changed, { once: true });
+}
+
 /** Null where the browser has no WebGL. What GL draws covers the screen, so nothing but colour is asked for. */
 export function openContext(canvas: HTMLCanvasElement): WebGLRenderingContext | null {
     return canvas.getContext("webgl", {

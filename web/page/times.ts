@@ -18,11 +18,13 @@ export class Times {
     }
 
     update(): void {
-        const { times } = this.player;
-        const mean = (part: "between" | "effect") =>
-            times.reduce((sum, time) => sum + time[part], 0) / Math.max(times.length, 1);
+        const { newest } = this.player.times;
+        const mean = (part: "between" | "effect") => {
+            const known = newest.map((time) => time[part]).filter((time) => time !== undefined);
+            return known.reduce((sum, time) => sum + time, 0) / known.length;
+        };
         const { width, height } = this.player.screen;
-        this.line.textContent = times.length
+        this.line.textContent = newest.some((time) => time.between !== undefined)
             ? `${(1000 / mean("between")).toFixed(0)} frames/s, ${mean("effect").toFixed(1)} ms of script each, ` +
               [`${width} × ${height}`, this.player.quality.words].filter(Boolean).join(", ")
             : "";
@@ -35,13 +37,13 @@ export class Times {
         const { width, height } = this.canvas;
         const style = getComputedStyle(this.element);
         context.clearRect(0, 0, width, height);
-        this.player.times.forEach((time, at) => {
+        this.player.times.newest.forEach((time, at) => {
             const bar = (part: number, color: string) => {
                 context.fillStyle = color;
                 const tall = Math.min(part / fullScale, 1) * height;
                 context.fillRect(2 * at, height - tall, 1.5, tall);
             };
-            bar(time.between, style.getPropertyValue("--edge"));
+            bar(time.between ?? 0, style.getPropertyValue("--edge"));
             bar(time.effect, style.getPropertyValue("--accent"));
         });
         context.fillStyle = style.color;
