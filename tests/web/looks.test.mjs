@@ -69,9 +69,6 @@ test("a look in a link, in a dropped file, and with faults", async () => {
     await notice(page, "evening");
     const evening = await look(page);
     assert.equal(evening.exponent, 7);
-    await page.keyboard.press("m");
-    await page.keyboard.press("Backspace");
-    assert.deepEqual(await look(page), evening);
     const faults = [
         [json({ damping: 3 }), "bad.json: damping is to be a number from 0.8 to 0.999, not 3"],
         [json({ wet: true }), 'bad.json: there is no setting "wet"'],

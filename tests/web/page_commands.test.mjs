@@ -45,11 +45,9 @@ test("overlays of flow and density lie where the finger went, and go", async () 
 
 test("full screen by key, and back", async () => {
     const page = await open(browser, {});
-    const full = () => page.evaluate(() => document.fullscreenElement !== null);
     for (const on of [true, false]) {
         await page.keyboard.press("x");
         await page.waitForFunction((wanted) => (document.fullscreenElement !== null) === wanted, on);
-        assert.equal(await full(), on);
     }
     await page.evaluate(() => (document.documentElement.requestFullscreen = undefined));
     await page.keyboard.press("x");
