@@ -68,10 +68,10 @@ async function processorTime() {
 
 /** Frames a second, and milliseconds of processors each, at the level where the page is. */
 async function printSpeed(page, name) {
+    const words = await page.evaluate(() => window.velmora.quality.words || "all of the quality");
     const before = await processorTime();
     const { perSecond, frames } = await page.evaluate(stir, seconds * 1000);
     const processors = (1000 * ((await processorTime()) - before)) / frames;
-    const words = await page.evaluate(() => window.velmora.quality.words || "all of the quality");
     console.log(
         `    ${name} ${words}`.padEnd(52),
         `${perSecond.toFixed(1)} frames/s`.padEnd(16),
@@ -88,11 +88,14 @@ async function printOwnTime(hash) {
     await page.context().close();
 }
 
-/** As it opens for a visitor: it looks for what fits. */
+/** As it opens for a visitor: it looks for what fits, also while the first stroke lasts, and takes it once that rests. */
 async function printChoice(hash) {
     const page = await open(browser, { size, hash, ready: false });
     await page.waitForFunction(() => window.velmora?.counts.frames > 0 && !window.velmora.quality.trying);
     const found = await page.evaluate(() => performance.now());
+    await page.evaluate(stir, 2000);
+    await page.evaluate(() => window.velmora.touch(1, 0, 0, 0));
+    await page.waitForFunction(() => window.velmora.rests, null, { timeout: 60000 });
     await printSpeed(page, `chosen after ${(found / 1000).toFixed(1)} s:`);
     await page.context().close();
 }

@@ -166,10 +166,10 @@ test("quality falls where frames are late, and comes back where they are not", a
         quick.note(232); // one hitch
         const tried = (keeper, ...late) => [...late.map((each) => spans(keeper, 1, each)), keeper.trying];
         return {
-            slow: [60, 50, 40].map((late) => spans(slow, 1, late)), // fewer pixels only before anybody comes
-            again: [spans(slow, 11, 20), spans(slow, 1, 20), spans(slow, 24, 20)],
+            slow: [60, 50, 40, 30].map((late) => spans(slow, 1, late)),
+            again: [spans(slow, 11, 18), spans(slow, 1, 18), spans(slow, 24, 18)],
             quick: spans(quick, 50, 16.7),
-            between: spans(between, 50, 20.9), // slow and fluent
+            between: spans(between, 50, 20), // slow and fluent: a display of 50 a second
             untouched: tried(untouched, 60, 50, 40, 30),
             dull: tried(dull, 100, 90, 80, 75), // ink takes the time: fewer pixels would gain too little
             display: tried(display, 33.3, 33.3, 33.3, 33.3), // it shows no more, whatever is drawn
@@ -177,8 +177,8 @@ test("quality falls where frames are late, and comes back where they are not", a
         };
     });
     assert.deepEqual(levels, {
-        slow: [1, 2, 2],
-        again: [2, 1, 0],
+        slow: [1, 2, 3, 3],
+        again: [3, 2, 0],
         quick: 0,
         between: 0,
         untouched: [1, 2, 3, 3, false],
@@ -252,6 +252,12 @@ test("waves drawn coarser are the same waves, and a replay has all of the pixels
 });
 
 test("fewer pixels come when they take no ink away, and show the same picture", async () => {
+    const water = await open(browser, { hash: "#look=%7B%22waterOnly%22:true,%22damping%22:0.8%7D" });
+    await drag(water, [60, 200], [210, 200], 3);
+    await water.evaluate(() => (window.velmora.quality.level = 3));
+    await water.waitForFunction(() => window.velmora.canvas.width === 203);
+    await close(water);
+
     const page = await open(browser, {});
     const calm = await picture(page);
     await drag(page, [60, 200], [210, 200], 6);

@@ -307,7 +307,7 @@ export class Player {
         if (this.lost) {
             return;
         }
-        if (!this.view.paused && this.mode === "free") {
+        if (!this.view.paused && this.mode === "free" && this.hasWantedSize) {
             this.quality.note(now - this.lastTick);
         }
         for (const elapsed of this.dueFrames(now)) {
@@ -316,7 +316,8 @@ export class Player {
         this.lastTick = now;
         drawOverlays(this.view, this.probe, this.overlay);
         const nobodySees = (this.rests || this.quality.trying) && !this.view.paused && !this.filming;
-        if (nobodySees && !this.hasWantedSize && !this.calm.inkMayLie) {
+        const noInk = this.waterOnly || !this.calm.inkMayLie;
+        if (nobodySees && noInk && !this.hasWantedSize) {
             this.restart();
         } else if (!this.rests) {
             this.schedule();

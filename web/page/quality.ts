@@ -19,15 +19,15 @@ const framesTried = 6;
 /** The first frames after a change wait for what it brought. */
 const framesOfChange = 2;
 /** Milliseconds from frame to frame; between the two, such as on a display of 50 a second, nothing changes. */
-const slow = 1000 / 46;
-const fluent = 1000 / 49;
+const slow = 1000 / 49;
+const fluent = 1000 / 52;
 /** Fluent spans before a step up is tried; each step up that was too much doubles them. */
 const firstPatience = 12;
 
 export class Quality {
     /** 0: all of it. */
     level = 0;
-    /** Until the level of this machine is found, or somebody comes: then fewer pixels would take the ink away. */
+    /** Until the level of this machine is found, or somebody comes. */
     trying = true;
     private on = true;
     private span: number[] = [];
@@ -73,7 +73,7 @@ export class Quality {
         return lessened.filter(Boolean).join(", ");
     }
 
-    /** Milliseconds from one frame to the next while frames run. */
+    /** Milliseconds from one frame to the next while frames run at this level: fewer pixels come when no ink lies. */
     note(between: number): void {
         if (!this.on || this.unseen-- > 0 || this.span.push(between) < (this.trying ? framesTried : framesSeen)) {
             return;
@@ -106,7 +106,7 @@ export class Quality {
     private lower(interval: number): void {
         this.fluentSpans = 0;
         const next = levels[this.level + 1];
-        if (next && this.level < this.lowest && (this.trying || next.pixels === this.pixels)) {
+        if (next && this.level < this.lowest) {
             ++this.level;
             this.before = next.pixels < levels[this.level - 1].pixels ? interval : 0;
             this.patience *= this.raised ? 2 : 1;
