@@ -141,8 +141,7 @@ test("a page that is hidden, left or without context lets go of the finger", asy
         });
         assert.deepEqual(actions(touches), ["down", "cancel"], name);
     }
-    page.complaints = page.complaints.filter((line) => !/CONTEXT_LOST/.test(line)); // the browser's own note of it
-    await close(page);
+    await close(page, /CONTEXT_LOST/);
 });
 
 test("nobody's finger comes to an idle page, leaves a recording alone and goes; where motion is reduced none comes", async () => {
