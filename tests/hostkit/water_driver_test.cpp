@@ -93,7 +93,8 @@ TEST(WaterDriver, ACoarserMeshShowsTheSameSurface) {
             makeWater(jni, 90, 160, {.shortSideCells = 90, .cellsPerVertex = cells});
         const auto grid = JniEnvironment::elements(water.height);
         for (std::size_t cell = 0; cell < grid.size(); ++cell) {
-            grid[cell] = static_cast<float>(2 * (cell % 90)) + 3.0f * static_cast<float>(cell / 90);
+            const std::size_t row = cell / 90;
+            grid[cell] = static_cast<float>(2 * (cell % 90) + 3 * row);
         }
         buildHeights(water);
         const auto heights = JniEnvironment::elements(water.heights);
