@@ -12,7 +12,7 @@ const worthFewerPixels = 0.85;
 /** Vertices along the shorter side that a coarser mesh keeps. */
 const fewestVertices = 30;
 
-/** Frames of a span. What a few of them wait for, a hitch or a display's beat, does not count: only the middle half. */
+/** Frames of a span. What a few of them wait for, a hitch, does not count: the slowest eighth. */
 const framesSeen = 24;
 /** Before anybody came there is nothing that a change could disturb, and the visitor should not have to wait for it. */
 const framesTried = 6;
@@ -78,7 +78,7 @@ export class Quality {
         if (!this.on || this.unseen-- > 0 || this.span.push(between) < (this.trying ? framesTried : framesSeen)) {
             return;
         }
-        const usual = middleMean(this.span);
+        const usual = usualOf(this.span);
         this.skip();
         if (this.before > 0 && usual > this.before * worthFewerPixels) {
             this.lowest = --this.level; // the display is slow, or something else than pixels takes the time
@@ -128,8 +128,7 @@ export class Quality {
 }
 
 /** A display shows frames only at its own beats: a median would leap from one beat to the next. */
-function middleMean(span: number[]): number {
-    const quarter = span.length / 4;
-    const middle = span.sort((one, other) => one - other).slice(quarter, -quarter);
-    return middle.reduce((sum, one) => sum + one, 0) / middle.length;
+function usualOf(span: number[]): number {
+    const quickest = span.sort((one, other) => one - other).slice(0, -Math.ceil(span.length / 8));
+    return quickest.reduce((sum, one) => sum + one, 0) / quickest.length;
 }
