@@ -1,9 +1,10 @@
 // How fast the page is in headless Chromium with software GL: the file's size, the time from opening to the first
 // frame, the page's own milliseconds of a frame outside GL, and frames a second as a visitor sees them: at what the page
-// chooses for this machine by itself, and at each level of quality.
-// The display's 60 a second stay: without them (--disable-frame-rate-limit) the browser asks for frames without rest
-// and takes a quarter of the processors' time from the drawing, so that every figure falls.
-// Usage: node bench/page.mjs [WIDTHxHEIGHT] [SECONDS] [LOOK]     LOOK: settings that differ, as JSON
+// chooses for this machine by itself, and at each level of quality, with the milliseconds of its draws.
+// The display's 60 a second stay: without them the browser asks for frames without rest and takes processors from the
+// drawing, so that every figure falls. OPTION --disable-frame-rate-limit shows it.
+// Usage: node bench/page.mjs [WIDTHxHEIGHT] [SECONDS] [LOOK] [OPTION...]
+//        LOOK: settings that differ, as JSON; OPTION: the browser's own
 
 import { statSync } from "node:fs";
 import { loadavg } from "node:os";
@@ -27,6 +28,26 @@ function watchGl() {
                 return result;
             };
         }
+    }
+}
+
+/** Of each kind of draw the shortest time, each waited for. */
+function watchDraws() {
+    window.draws = {};
+    const prototype = WebGLRenderingContext.prototype;
+    let passes = 0;
+    for (const call of ["drawArrays", "drawElements"]) {
+        const draw = prototype[call];
+        prototype[call] = function (...values) {
+            const wait = () => this.readPixels(0, 0, 1, 1, this.RGBA, this.UNSIGNED_BYTE, new Uint8Array(4));
+            wait();
+            const start = performance.now();
+            draw.apply(this, values);
+            wait();
+            passes = call === "drawElements" ? 0 : passes + 1;
+            const kind = passes === 0 ? "water" : passes <= 4 ? "an advection" : "impulse";
+            window.draws[kind] = Math.min(window.draws[kind] ?? Infinity, performance.now() - start);
+        };
     }
 }
 
@@ -57,7 +78,7 @@ async function stir(duration) {
     }
 }
 
-const browser = await launch();
+const browser = await launch([...softwareGl, ...process.argv.slice(5)]);
 const system = await browser.newBrowserCDPSession();
 
 /** Processor seconds of all of the browser: what else runs bends them less than its frames a second. */
@@ -100,16 +121,26 @@ async function printChoice(hash) {
     await page.context().close();
 }
 
-async function printLevels(hash) {
-    const page = await open(browser, { size, hash });
-    for (const level of [0, 1, 2, 3]) {
-        await page.evaluate((value) => {
-            window.velmora.quality.level = value;
-            window.velmora.restart();
-        }, level);
-        await printSpeed(page, `level ${level}:`);
-    }
+/** A page of that level, with what its calls tell. */
+async function openAt(level, hash, before) {
+    const page = await open(browser, { size, hash, before });
+    await page.evaluate((value) => {
+        window.velmora.quality.level = value;
+        window.velmora.restart();
+    }, level);
+    return page;
+}
+
+async function printLevel(level, hash) {
+    const page = await openAt(level, hash);
+    await printSpeed(page, `level ${level}:`);
     await page.context().close();
+    const watched = await openAt(level, hash, watchDraws);
+    await watched.evaluate(() => (window.draws = {})); // not of another level
+    await watched.evaluate(stir, Math.min(seconds, 3) * 1000);
+    const draws = Object.entries(await watched.evaluate(() => window.draws));
+    console.log(`        ${draws.map(([kind, time]) => `${kind} ${time.toFixed(1)} ms`).join(", ")}`);
+    await watched.context().close();
 }
 
 console.log(`size ${(statSync(`${top}/build/web/velmora.html`).size / 1024).toFixed(0)} KB`);
@@ -118,6 +149,8 @@ for (const waterOnly of [false, true]) {
     console.log(waterOnly ? "water only" : "ink and water");
     await printOwnTime(hash);
     await printChoice(hash);
-    await printLevels(hash);
+    for (const level of [0, 1, 2, 3]) {
+        await printLevel(level, hash);
+    }
 }
 await browser.close();
