@@ -175,7 +175,7 @@ void buildHeights(WaterDriver& water) {
     const int side = water.settings.cellsPerVertex;
     const int lastColumn = water.columns - 1;
     const int lastRow = water.rows - 1;
-    // Of the square of cells around a cell; of one cell, that very value.
+    // Of the square of cells around a cell. The sum begins with -0: of one cell it is that very value.
     const auto meanAround = [&](int column, int row) {
         float sum = -0.0f;
         for (int y = row - side / 2; y < row - side / 2 + side; ++y) {

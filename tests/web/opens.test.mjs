@@ -14,17 +14,14 @@ after(() => browser.close());
 /** What the compiler of shaders and the linker say. */
 function keepGlLogs() {
     window.glLogs = [];
-    const { compileShader, linkProgram } = WebGLRenderingContext.prototype;
-    Object.assign(WebGLRenderingContext.prototype, {
-        compileShader(shader) {
-            compileShader.call(this, shader);
-            window.glLogs.push(this.getShaderInfoLog(shader));
-        },
-        linkProgram(program) {
-            linkProgram.call(this, program);
-            window.glLogs.push(this.getProgramInfoLog(program));
-        },
-    });
+    const prototype = WebGLRenderingContext.prototype;
+    for (const [call, log] of [["compileShader", "getShaderInfoLog"], ["linkProgram", "getProgramInfoLog"]]) {
+        const make = prototype[call];
+        prototype[call] = function (object) {
+            make.call(this, object);
+            window.glLogs.push(this[log](object));
+        };
+    }
 }
 
 /** Mean red, green and blue of a box, parts of the picture. */

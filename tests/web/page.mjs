@@ -152,6 +152,22 @@ export async function saved(page, act) {
     return file;
 }
 
+/** A picture's bytes, of boxes of colour: [color, x, y, width, height] each. */
+export function paint(page, size, boxes, type = "image/png") {
+    return page.evaluate(
+        async ([[width, height], all, kind]) => {
+            const canvas = new OffscreenCanvas(width, height);
+            const context = canvas.getContext("2d");
+            for (const [color, ...box] of all) {
+                context.fillStyle = color;
+                context.fillRect(...box);
+            }
+            return [...new Uint8Array(await (await canvas.convertToBlob({ type: kind, quality: 1 })).arrayBuffer())];
+        },
+        [size, boxes, type],
+    );
+}
+
 /** Drops or pastes files, [name, type, bytes] each. */
 export function bring(page, kind, ...files) {
     const list = files.map(([name, type, bytes]) => [name, type, Buffer.from(bytes).toString("base64")]);

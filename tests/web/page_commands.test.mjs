@@ -4,7 +4,7 @@ import assert from "node:assert/strict";
 import { after, before, test } from "node:test";
 import { readFileSync } from "node:fs";
 import { join } from "node:path";
-import { bring, close, difference, drag, frames, launch, notice, open, picture, serve, shots, top } from "./page.mjs";
+import { bring, close, difference, drag, frames, launch, notice, open, paint, picture, serve, shots, top } from "./page.mjs";
 
 let browser;
 before(async () => (browser = await launch()));
@@ -118,16 +118,7 @@ test("files by the keys of choosers, what was recorded again, a finger and a qua
     await close(page);
 });
 
-/** The bytes of a picture that is red all over. */
-function redPicture(page) {
-    return page.evaluate(async () => {
-        const canvas = new OffscreenCanvas(90, 160);
-        const context = canvas.getContext("2d");
-        context.fillStyle = "#c02020";
-        context.fillRect(0, 0, 90, 160);
-        return [...new Uint8Array(await (await canvas.convertToBlob()).arrayBuffer())];
-    });
-}
+const redPicture = (page) => paint(page, [90, 160], [["#c02020", 0, 0, 90, 160]]);
 
 test("an ink against the picture, a look by chance, and the preset's again", async () => {
     const page = await open(browser, {});
@@ -153,15 +144,15 @@ test("quality falls where frames are late, and comes back where they are not", a
     const page = await open(browser, {});
     const levels = await page.evaluate(() => {
         const { quality } = window.velmora;
-        const spans = (keeper, count, milliseconds) => {
+        const spans = (keeper, count, ...beats) => {
             for (let span = 0; span < count; ++span) {
                 const frames = 2 + (keeper.trying ? 6 : 24); // the first two wait for the change
-                [...Array(frames).keys()].forEach((frame) => keeper.note(frame < 2 ? 300 : milliseconds));
+                [...Array(frames).keys()].forEach((at) => keeper.note(at < 2 ? 300 : beats[at % beats.length]));
             }
             return keeper.level;
         };
         const keepers = () => Object.assign(new quality.constructor(), { trying: false });
-        const [slow, quick, between] = [0, 1, 2].map(keepers);
+        const [slow, quick, between, halting] = [0, 1, 2, 3].map(keepers);
         const [untouched, dull, display, fast] = [0, 1, 2, 3].map(() => new quality.constructor());
         quick.note(232); // one hitch
         const tried = (keeper, ...late) => [...late.map((each) => spans(keeper, 1, each)), keeper.trying];
@@ -170,6 +161,7 @@ test("quality falls where frames are late, and comes back where they are not", a
             again: [spans(slow, 11, 18), spans(slow, 1, 18), spans(slow, 24, 18)],
             quick: spans(quick, 50, 16.7),
             between: spans(between, 50, 20), // slow and fluent: a display of 50 a second
+            halting: spans(halting, 1, 16.7, 16.7, 33.3), // 45 a second
             untouched: tried(untouched, 60, 50, 40, 30),
             dull: tried(dull, 100, 90, 80, 75), // ink takes the time: fewer pixels would gain too little
             display: tried(display, 33.3, 33.3, 33.3, 33.3), // it shows no more, whatever is drawn
@@ -181,6 +173,7 @@ test("quality falls where frames are late, and comes back where they are not", a
         again: [3, 2, 0],
         quick: 0,
         between: 0,
+        halting: 1,
         untouched: [1, 2, 3, 3, false],
         dull: [1, 2, 3, 2, false],
         display: [1, 2, 3, 2, false],

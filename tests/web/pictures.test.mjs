@@ -2,26 +2,18 @@
 
 import assert from "node:assert/strict";
 import { after, before, test } from "node:test";
-import { bring, close, difference, drag, frames, launch, notice, open, picture } from "./page.mjs";
+import { bring, close, difference, drag, frames, launch, notice, open, paint, picture } from "./page.mjs";
 
 let browser;
 before(async () => (browser = await launch()));
 after(() => browser.close());
 
-/** Four fields of colour, red, green over blue, white, between black margins. */
+/** Four fields of colour, red, green over blue, white, between bare margins. */
 function fourFields(page, type, width = 60, height = 120, margin = 0) {
-    return page.evaluate(
-        async ([kind, w, h, left]) => {
-            const canvas = new OffscreenCanvas(w + 2 * left, h);
-            const context = canvas.getContext("2d");
-            ["red", "lime", "blue", "white"].forEach((color, at) => {
-                context.fillStyle = color;
-                context.fillRect(left + (at % 2) * (w / 2), Math.floor(at / 2) * (h / 2), w / 2, h / 2);
-            });
-            return [...new Uint8Array(await (await canvas.convertToBlob({ type: kind, quality: 1 })).arrayBuffer())];
-        },
-        [type, width, height, margin],
-    );
+    const [w, h] = [width / 2, height / 2];
+    const boxes = ["red", "lime", "blue", "white"].map((color, at) =>
+        [color, margin + (at % 2) * w, Math.floor(at / 2) * h, w, h]);
+    return paint(page, [width + 2 * margin, height], boxes, type);
 }
 
 /** The JPEG with the note of a camera that was held turned to the left: to be shown turned by a quarter. */
@@ -79,15 +71,7 @@ test("dropped, pasted and turned pictures, and the one before as the second back
 test("a chosen picture much larger than the screen, in both its shapes", async () => {
     const page = await open(browser);
     page.on("filechooser", () => {}); // the driver begins to catch choosers some time after it is first asked to
-    const large = await page.evaluate(() => {
-        const canvas = new OffscreenCanvas(5000, 3000);
-        const context = canvas.getContext("2d");
-        context.fillStyle = "red";
-        context.fillRect(0, 0, 5000, 1500);
-        context.fillStyle = "blue";
-        context.fillRect(0, 1500, 5000, 1500);
-        return canvas.convertToBlob({ type: "image/png" }).then(async (blob) => [...new Uint8Array(await blob.arrayBuffer())]);
-    });
+    const large = await paint(page, [5000, 3000], [["red", 0, 0, 5000, 1500], ["blue", 0, 1500, 5000, 1500]]);
     const [chooser] = await Promise.all([page.waitForEvent("filechooser"), page.keyboard.press("o")]);
     await chooser.setFiles({ name: "large.png", mimeType: "image/png", buffer: Buffer.from(large) });
     const halves = ["red", "red", "blue", "blue"];

@@ -135,7 +135,7 @@ test("a page that is hidden, left or without context lets go of the finger", asy
             await page.mouse.move(50, 60);
             await page.mouse.down();
             await frames(page, 1);
-            await page.evaluate(`(${String(way).replace(/^(async )?\w+/, "$1function")})()`);
+            await page.evaluate(way);
             await page.mouse.move(55, 70);
             await page.mouse.up();
         });
