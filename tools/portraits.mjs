@@ -1,4 +1,4 @@
-// Takes the README's picture of the page: on a phone with a gesture on it, on a desktop with its panel open.
+// Renders docs/page.jpg: the page on a phone with a gesture, and on a desktop with its panel open.
 // Usage: node tools/portraits.mjs
 
 import { execFileSync } from "node:child_process";

@@ -1,13 +1,16 @@
+// SPDX-License-Identifier: MIT
+// Copyright (c) 2026 the Velmora authors
 #pragma once
 
 namespace velmora {
 
-/// The effect as a scene of the rendering kit. The kit knows it as the kit's own `oru::Scene`, which
-/// lies at the same address: by the slots of its virtual operations and by its fields.
+/// The effect as a scene of the rendering kit. The kit accesses it as its own `oru::Scene`, through virtual slots and
+/// fields at fixed offsets. docs/kit.md lists both.
 class EffectScene;
 
 }  // namespace velmora
 
-/// A new scene for the current GL context, or for none. Seeds the C library's `rand`. The caller owns
-/// the scene and deletes it through its virtual destructor. On the kit's render thread.
+/// Creates a scene for the current GL context, or for no context. Seeds the C library's `rand`. The caller owns the
+/// scene and deletes it through its virtual destructor.
+/// Thread: the kit's render thread.
 extern "C" __attribute__((visibility("default"))) velmora::EffectScene* createScene();

@@ -1,14 +1,16 @@
+// SPDX-License-Identifier: MIT
+// Copyright (c) 2026 the Velmora authors
 #pragma once
 
 #include <jni.h>
 
-// Declares the native methods under their exported names. What each takes and gives is in velmora/native_methods.inc.
+// Declares the native methods under their exported names. velmora/native_methods.inc documents each method.
 
 /// The exported name of a native method.
 #define VELMORA_NATIVE_NAME(method) \
     Java_com_corvane_android_visualeffect_lock_velmora_NativeForVelmora_##method
 
-/// The head of a native method's definition: VELMORA_NATIVE(void, onInitGPU)(JNIEnv*, jobject) {...}
+/// Begins the definition of a native method: VELMORA_NATIVE(void, onInitGPU)(JNIEnv*, jobject) {...}
 #define VELMORA_NATIVE(result, method) \
     extern "C" JNIEXPORT result JNICALL VELMORA_NATIVE_NAME(method)
 

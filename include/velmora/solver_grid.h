@@ -1,14 +1,16 @@
+// SPDX-License-Identifier: MIT
+// Copyright (c) 2026 the Velmora authors
 #pragma once
 
 #include <cstdint>
 
 namespace velmora {
 
-/// Sides of the square of screen pixels that one cell of the velocity's grid covers, and one texel
-/// of the velocity texture; a screen has as many whole ones as fit.
+/// Side of a solver cell in screen pixels. The velocity texture has one texel per cell. A screen has as many cells as
+/// fit completely.
 constexpr std::int32_t pixelsPerCell = 12;
 
-/// Texels of the ink's textures along the longer and the shorter side of the screen, of any screen.
+/// Size of the ink textures in texels along the longer and the shorter side of the screen, for every screen size.
 constexpr std::int32_t inkLongSide = 1024;
 constexpr std::int32_t inkShortSide = 512;
 
