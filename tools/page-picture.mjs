@@ -1,5 +1,5 @@
 // Renders docs/page.jpg: the page on a phone with a gesture, and on a desktop with its panel open.
-// Usage: node tools/portraits.mjs
+// Usage: node tools/page-picture.mjs
 
 import { execFileSync } from "node:child_process";
 import { readFileSync } from "node:fs";
