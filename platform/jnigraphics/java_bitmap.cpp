@@ -12,7 +12,7 @@ struct BitmapFields {
     jfieldID pixels;
 };
 
-/// Written while the JVM initialises the class, which it does before any thread has an object of it.
+/// Field IDs of android.graphics.Bitmap. Written during class initialisation, before any thread can use a bitmap.
 BitmapFields gFields{};
 
 std::uint32_t unsignedField(JNIEnv* env, jobject object, jfieldID field) {
@@ -30,7 +30,7 @@ void Java_android_graphics_Bitmap_readBitmapsThroughJni(JNIEnv* env, jclass type
         field = env->GetFieldID(type, name, signature);
         return field != nullptr;
     };
-    // A name not found leaves an exception behind, with which no further look-up may be made.
+    // A failed look-up leaves a pending exception, and JNI forbids further look-ups while it is pending.
     if (find(found.width, "width", "I") && find(found.height, "height", "I") &&
         find(found.rowBytes, "rowBytes", "I") && find(found.format, "format", "I") &&
         find(found.pixels, "pixels", "Ljava/nio/ByteBuffer;")) {
@@ -56,7 +56,7 @@ int getJavaBitmapInfo(JNIEnv* env, jobject bitmap, AndroidBitmapInfo* info) {
 
 int getJavaBitmapPixels(JNIEnv* env, jobject bitmap, void** pixels) {
     const jobject buffer = env->GetObjectField(bitmap, gFields.pixels);
-    if (buffer == nullptr) {  // recycled
+    if (buffer == nullptr) {  // the bitmap was recycled
         return ANDROID_BITMAP_RESULT_JNI_EXCEPTION;
     }
     *pixels = env->GetDirectBufferAddress(buffer);

@@ -2,12 +2,12 @@
 
 #include <android/bitmap.h>
 
-// Bitmaps that are objects of the Java class android.graphics.Bitmap, read through JNI.
+// Reads bitmaps that are objects of the Java class android.graphics.Bitmap through JNI.
 
-/// Whether that class has been initialised in this process: then no other bitmap is to be had.
+/// Returns true if that class has been initialised in this process. All bitmaps are then Java objects.
 bool bitmapsAreJavaObjects();
 
 int getJavaBitmapInfo(JNIEnv* env, jobject bitmap, AndroidBitmapInfo* info);
 
-/// The pixels stay where they are while `bitmap` is reachable.
+/// Stores the address of the pixels, which is valid while `bitmap` is reachable.
 int getJavaBitmapPixels(JNIEnv* env, jobject bitmap, void** pixels);

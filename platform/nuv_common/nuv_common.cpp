@@ -1,6 +1,6 @@
 #include "kit/oru.h"
 
-// The kit's library as far as libpeluxVelmora imports it: the storage behind the declarations of kit/oru.h.
+// The symbols of the rendering kit that libpeluxVelmora imports. kit/oru.h declares them.
 
 std::map<EGLContext, oru::ContextTextures> gTextureMap;
 
@@ -17,7 +17,7 @@ float Drawable::mViewMatrix[16];
 float Drawable::mProjectionMatrix[16];
 float Drawable::mIdentityMatrix[16] = {1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1};
 
-/// Takes storage at once, so that a leak checker sees a scene that does not release it.
+/// Allocates storage, so that a leak checker reports a scene that does not release its model object.
 ModelObject::ModelObject() : mVertices(12) {}
 
 }  // namespace oru

@@ -2,9 +2,8 @@
 
 #include <android/bitmap.h>
 
-/// The bitmap of a host without a JVM: a pointer to this record, cast to jobject, is its handle. A
-/// result below 0 makes the call of that name fail with it, as a recycled or hardware bitmap does
-/// on a device.
+/// Bitmap of a host without a JVM. Its jobject handle is a pointer to this struct. A negative result
+/// makes the call of that name fail with this code, as for a recycled or hardware bitmap on a device.
 struct StandInBitmap {
     AndroidBitmapInfo info;
     void* pixels;

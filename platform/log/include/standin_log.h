@@ -1,6 +1,7 @@
 #pragma once
 
-/// Receives every line logged from now on instead of the standard error stream; null restores that.
+/// Receives one logged line.
 using LogObserver = void (*)(int priority, const char* tag, const char* text);
 
+/// Redirects all further log lines from the standard error stream to `observer`. Null restores the stream.
 extern "C" void setLogObserver(LogObserver observer);

@@ -1,6 +1,6 @@
 #pragma once
 
-// The platform's bitmap interface, as far as the library uses it.
+// The part of the platform's bitmap interface that the library uses.
 
 #include <jni.h>
 #include <stdint.h>
@@ -20,7 +20,7 @@ enum AndroidBitmapFormat {
     ANDROID_BITMAP_FORMAT_A_8 = 8,
 };
 
-/// `stride` is the distance between rows in bytes.
+/// Width and height in pixels; `stride` is the distance between rows in bytes.
 struct AndroidBitmapInfo {
     uint32_t width;
     uint32_t height;

@@ -1,6 +1,6 @@
 #pragma once
 
-// The platform's log, as far as the library uses it.
+// The part of the platform's log interface that the library uses.
 
 enum { ANDROID_LOG_ERROR = 6 };
 
