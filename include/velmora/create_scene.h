@@ -2,6 +2,9 @@
 // Copyright (c) 2026 the Velmora authors
 #pragma once
 
+/// @file
+/// The interface to the rendering kit.
+
 namespace velmora {
 
 /// The effect as a scene of the rendering kit. The kit accesses it as its own `oru::Scene`, through virtual slots and
@@ -10,7 +13,7 @@ class EffectScene;
 
 }  // namespace velmora
 
-/// Creates a scene for the current GL context, or for no context. Seeds the C library's `rand`. The caller owns the
-/// scene and deletes it through its virtual destructor.
+/// Creates a scene for the current GL context, or for no context. Seeds the C library's `rand`.
 /// Thread: the kit's render thread.
+/// @return the new scene; the caller owns it and deletes it through its virtual destructor
 extern "C" __attribute__((visibility("default"))) velmora::EffectScene* createScene();

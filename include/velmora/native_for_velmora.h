@@ -2,9 +2,12 @@
 // Copyright (c) 2026 the Velmora authors
 #pragma once
 
+/// @file
+/// Declarations of the native methods under their exported names.
+
 #include <jni.h>
 
-// Declares the native methods under their exported names. velmora/native_methods.inc documents each method.
+// velmora/native_methods.inc documents each method.
 
 /// The exported name of a native method.
 #define VELMORA_NATIVE_NAME(method) \
@@ -14,6 +17,7 @@
 #define VELMORA_NATIVE(result, method) \
     extern "C" JNIEXPORT result JNICALL VELMORA_NATIVE_NAME(method)
 
+/// Declares one method of the table.
 #define VELMORA_METHOD(result, name, parameters) VELMORA_NATIVE(result, name) parameters;
 #include "velmora/native_methods.inc"
 #undef VELMORA_METHOD

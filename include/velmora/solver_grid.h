@@ -2,6 +2,9 @@
 // Copyright (c) 2026 the Velmora authors
 #pragma once
 
+/// @file
+/// Sizes of the velocity grid and of the ink textures.
+
 #include <cstdint>
 
 namespace velmora {
@@ -10,8 +13,10 @@ namespace velmora {
 /// fit completely.
 constexpr std::int32_t pixelsPerCell = 12;
 
-/// Size of the ink textures in texels along the longer and the shorter side of the screen, for every screen size.
+/// Texels of an ink texture along the longer side of the screen, for every screen size.
 constexpr std::int32_t inkLongSide = 1024;
+
+/// Texels of an ink texture along the shorter side of the screen.
 constexpr std::int32_t inkShortSide = 512;
 
 }  // namespace velmora
