@@ -1,5 +1,5 @@
-// Draws a press on the water without a display, and says what came of it:
-// draw-a-frame [FILE.ppm]
+// Draws a press on the water without a display, and prints how many pixels changed.
+// Usage: draw-a-frame [FILE.ppm]
 
 #include <hostkit/effect_host.h>
 #include <hostkit/host_error.h>
@@ -17,17 +17,17 @@ namespace {
 constexpr int width = 540;
 constexpr int height = 960;
 
-/// Pixels of the picture that are not as those of the other.
-std::size_t countChanges(const std::vector<std::uint8_t>& picture,
+/// Returns the number of pixels that differ between two frames of the same size.
+std::size_t countChanges(const std::vector<std::uint8_t>& frame,
                          const std::vector<std::uint8_t>& other) {
     std::size_t changed = 0;
-    for (std::size_t i = 0; i < picture.size(); i += 4) {
-        changed += !std::equal(&picture[i], &picture[i] + 3, &other[i]);
+    for (std::size_t i = 0; i < frame.size(); i += 4) {
+        changed += !std::equal(&frame[i], &frame[i] + 3, &other[i]);
     }
     return changed;
 }
 
-void writePicture(const char* file, const std::vector<std::uint8_t>& rgba) {
+void writePpm(const char* file, const std::vector<std::uint8_t>& rgba) {
     std::ofstream out(file, std::ios::binary);
     out << "P6 " << width << ' ' << height << " 255\n";
     for (std::size_t i = 0; i < rgba.size(); i += 4) {
@@ -40,22 +40,22 @@ void writePicture(const char* file, const std::vector<std::uint8_t>& rgba) {
 int main(int argc, char** argv) try {
     hostkit::EffectHost host({.width = width, .height = height});
     host.frame();
-    const std::vector<std::uint8_t> calm = host.pixels();
+    const std::vector<std::uint8_t> idle = host.pixels();
     host.touch({hostkit::TouchAction::down, width / 2.0, height / 2.0, 1.0f});
     for (int frame = 0; frame < 12; ++frame) {
         host.frame();
     }
     const std::vector<std::uint8_t> stirred = host.pixels();
     if (argc > 1) {
-        writePicture(argv[1], stirred);
+        writePpm(argv[1], stirred);
     }
-    const std::size_t changed = countChanges(stirred, calm);
+    const std::size_t changed = countChanges(stirred, idle);
     const bool inkShown = hostkit::native::getClearInkValue(host.jni().env(), nullptr) != 0;
     std::cout << changed << " of " << width * height << " pixels changed, ink "
               << (inkShown ? "shown" : "hidden") << '\n';
-    // Ink under the finger, and none in the corner.
+    // The ink darkens the centre. The corner keeps its colour.
     const std::size_t centre = std::size_t{4} * (height / 2 * width + width / 2);
-    const bool drawn = stirred[centre] < calm[centre] && stirred[0] == calm[0];
+    const bool drawn = stirred[centre] < idle[centre] && stirred[0] == idle[0];
     return inkShown && drawn ? 0 : 1;
 } catch (const hostkit::HostError& error) {
     std::cerr << error.what() << '\n';
