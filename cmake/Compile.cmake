@@ -10,9 +10,13 @@ if(PROJECT_IS_TOP_LEVEL AND NOT CMAKE_BUILD_TYPE AND NOT CMAKE_CONFIGURATION_TYP
   set(CMAKE_BUILD_TYPE Release)
 endif()
 
-# All libraries and programs lie side by side, and find each other there.
-set(CMAKE_LIBRARY_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR})
-set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR})
+# All libraries and programs lie side by side, and find each other there. A caller may choose other folders, as Gradle
+# does, and so may a project that includes this one.
+foreach(kind LIBRARY RUNTIME)
+  if(PROJECT_IS_TOP_LEVEL AND NOT DEFINED CMAKE_${kind}_OUTPUT_DIRECTORY)
+    set(CMAKE_${kind}_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR})
+  endif()
+endforeach()
 set(CMAKE_BUILD_RPATH_USE_ORIGIN ON)
 set(CMAKE_BUILD_RPATH $ORIGIN)
 

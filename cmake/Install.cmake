@@ -1,20 +1,27 @@
 # What an installation holds: the library and its headers, the Java class's source, a CMake package and files for
-# pkg-config, the host's guide and an example; and on a desktop, which lacks them, the stand-ins and hostkit. Nothing in
-# it knows where it lies.
+# pkg-config, the host's guide and an example; the stand-ins that were built, and hostkit. Nothing in it knows where it
+# lies.
 include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)
 
 set(packageFolder ${CMAKE_INSTALL_LIBDIR}/cmake/Velmora)
-# The stand-ins have names that belong to others, so they keep out of the folder that every program searches.
+# The stand-ins have names that belong to others, so they keep out of the folder that every program searches. An app has
+# one folder for all of its libraries.
 set(standinFolder ${CMAKE_INSTALL_LIBDIR}/velmora)
+if(ANDROID)
+  set(standinFolder ${CMAKE_INSTALL_LIBDIR})
+endif()
 
 install(TARGETS peluxVelmora EXPORT VelmoraTargets LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/include/velmora DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/java/src/com DESTINATION ${CMAKE_INSTALL_DATADIR}/velmora/java)
 
+foreach(standin velmora-jnigraphics velmora-log velmora-nuv-common)
+  if(TARGET ${standin})
+    install(TARGETS ${standin} EXPORT VelmoraTargets LIBRARY DESTINATION ${standinFolder})
+  endif()
+endforeach()
 if(TARGET velmora-jnigraphics)
-  install(TARGETS velmora-jnigraphics velmora-log velmora-nuv-common EXPORT VelmoraTargets
-    LIBRARY DESTINATION ${standinFolder})
   install(DIRECTORY ${PROJECT_SOURCE_DIR}/platform/jnigraphics/include/ ${PROJECT_SOURCE_DIR}/platform/log/include/
     DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/velmora-platform)
 endif()
@@ -36,7 +43,12 @@ install(FILES
   DESTINATION ${packageFolder})
 
 file(RELATIVE_PATH prefixFromPkgConfig /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
-get_filename_component(JDK ${JNI_INCLUDE_DIR} DIRECTORY)
+# On Android jni.h is in the compiler's own sysroot.
+if(NOT ANDROID)
+  get_filename_component(JDK ${JNI_INCLUDE_DIR} DIRECTORY)
+  set(jniVariable "# jni.h is a JDK's: pkg-config --define-variable=jdk=/path where it lies elsewhere.\njdk=${JDK}\n")
+  set(jniFlags " -I\${jdk}/include -I\${jdk}/include/linux")
+endif()
 foreach(name velmora velmora-hostkit)
   if(name STREQUAL velmora OR TARGET velmora-hostkit)
     configure_file(${PROJECT_SOURCE_DIR}/cmake/${name}.pc.in ${PROJECT_BINARY_DIR}/${name}.pc @ONLY)
@@ -46,7 +58,11 @@ endforeach()
 
 if(PROJECT_IS_TOP_LEVEL)  # tools/package
   set(CPACK_GENERATOR TXZ)
-  set(CPACK_PACKAGE_FILE_NAME velmora-${PROJECT_VERSION}-linux-${CMAKE_SYSTEM_PROCESSOR})
+  set(system linux-${CMAKE_SYSTEM_PROCESSOR})
+  if(ANDROID)
+    set(system android-${CMAKE_ANDROID_ARCH_ABI})
+  endif()
+  set(CPACK_PACKAGE_FILE_NAME velmora-${PROJECT_VERSION}-${system})
   set(CPACK_PACKAGE_DIRECTORY ${PROJECT_SOURCE_DIR}/build/packages)
   set(CPACK_STRIP_FILES ON)
   include(CPack)

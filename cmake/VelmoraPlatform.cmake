@@ -2,18 +2,23 @@
 # package, so that no path of the one machine ends up on the other.
 include_guard(GLOBAL)
 
-# jni.h: in the sysroot of a device toolchain, in a JDK elsewhere.
+find_package(Threads REQUIRED)
+add_library(velmoraJni INTERFACE)
+add_library(velmoraGles INTERFACE)
+if(ANDROID)  # The compiler finds all of it in its sysroot.
+  target_link_libraries(velmoraGles INTERFACE GLESv2 EGL)
+  return()
+endif()
+
 find_path(JNI_INCLUDE_DIR jni.h
   HINTS $ENV{JAVA_HOME}/include
   PATHS /usr/lib/jvm/default-java/include /usr/lib/jvm/java-17-openjdk-amd64/include
   REQUIRED)
-add_library(velmoraJni INTERFACE)
 target_include_directories(velmoraJni SYSTEM INTERFACE ${JNI_INCLUDE_DIR})
 if(EXISTS ${JNI_INCLUDE_DIR}/linux/jni_md.h)
   target_include_directories(velmoraJni SYSTEM INTERFACE ${JNI_INCLUDE_DIR}/linux)
 endif()
 
-add_library(velmoraGles INTERFACE)
 if(NOT EMSCRIPTEN)  # there GL comes with the link of the page
   find_library(EGL_LIBRARY EGL REQUIRED)
   find_library(GLESV2_LIBRARY GLESv2 REQUIRED)
@@ -21,5 +26,3 @@ if(NOT EMSCRIPTEN)  # there GL comes with the link of the page
   target_link_libraries(velmoraGles INTERFACE ${GLESV2_LIBRARY} ${EGL_LIBRARY})
   target_include_directories(velmoraGles SYSTEM INTERFACE ${GLES_INCLUDE_DIR})
 endif()
-
-find_package(Threads REQUIRED)

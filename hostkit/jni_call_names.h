@@ -1,7 +1,7 @@
 #pragma once
 
 // clang-format off
-// The calls of JNINativeInterface_ that this host does not offer, in the order of jni.h.
+// The calls of JNI 1.6 that this host does not offer, in the order of jni.h.
 #define HOSTKIT_OTHER_JNI_CALLS(X) \
     X(GetVersion) X(DefineClass) X(FindClass) X(FromReflectedMethod) X(FromReflectedField) \
     X(ToReflectedMethod) X(GetSuperclass) X(IsAssignableFrom) X(ToReflectedField) X(Throw) \
@@ -65,4 +65,4 @@
     X(GetPrimitiveArrayCritical) X(ReleasePrimitiveArrayCritical) X(GetStringCritical) \
     X(ReleaseStringCritical) X(NewWeakGlobalRef) X(DeleteWeakGlobalRef) X(ExceptionCheck) \
     X(NewDirectByteBuffer) X(GetDirectBufferAddress) X(GetDirectBufferCapacity) \
-    X(GetObjectRefType) X(GetModule)
+    X(GetObjectRefType)

@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <type_traits>
 #include <utility>
 
 #include "hostkit/jni_call_names.h"
@@ -72,11 +73,22 @@ void refuseCalls(Result (*&slot)(Arguments..., ...), Name) {
     slot = Refusal<Name, Result, Arguments...>::callVariadic;
 }
 
+// A JDK and Android name the table differently.
+using JniTable = std::remove_cvref_t<decltype(*JNIEnv::functions)>;
+
+/// Refuses JNI 9's call, which Android's jni.h lacks.
+template <class Table>
+void refuseGetModule(Table& table) {
+    if constexpr (requires { table.GetModule; }) {
+        refuseCalls(table.GetModule, [] { return "GetModule"; });
+    }
+}
+
 }  // namespace
 
-struct JniEnvironment::State : JNIEnv_ {
+struct JniEnvironment::State : JNIEnv {
     JniOptions options;
-    JNINativeInterface_ table{};
+    JniTable table{};
     std::vector<std::unique_ptr<Array>> arrays;
     bool logging = false;
     std::vector<JniCall> calls;
@@ -90,6 +102,7 @@ struct JniEnvironment::State : JNIEnv_ {
 #define HOSTKIT_REFUSE(call) refuseCalls(table.call, [] { return #call; });
         HOSTKIT_OTHER_JNI_CALLS(HOSTKIT_REFUSE)
 #undef HOSTKIT_REFUSE
+        refuseGetModule(table);
         table.GetFloatArrayElements = [](JNIEnv* env, jfloatArray array, jboolean* isCopy) {
             return static_cast<jfloat*>(of(env).get("GetFloatArrayElements", array, isCopy));
         };

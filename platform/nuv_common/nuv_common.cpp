@@ -8,8 +8,8 @@ namespace oru {
 
 std::uint8_t Timer::mIsPaused = 0;
 float Timer::mPausedTime = 0.0f;
-std::timespec Timer::mStartingCnt{};
-std::timespec Timer::mCurrentCnt{};
+timespec Timer::mStartingCnt{};
+timespec Timer::mCurrentCnt{};
 
 float IAnimationManager::mNow = 0.0f;
 

@@ -23,9 +23,9 @@ namespace oru {
 /// counts are the platform's own time value, because the clock fills one in place.
 struct Timer {
     static std::uint8_t mIsPaused;
-    static float mPausedTime;           ///< Seconds, reported while paused.
-    static std::timespec mStartingCnt;  ///< Set by the kit.
-    static std::timespec mCurrentCnt;   ///< Set by the animation manager while not paused.
+    static float mPausedTime;      ///< Seconds, reported while paused.
+    static timespec mStartingCnt;  ///< Set by the kit.
+    static timespec mCurrentCnt;   ///< Set by the animation manager while not paused.
 };
 
 /// The clock and the animations as the kit drives them, by slot. Never destroyed through this interface.

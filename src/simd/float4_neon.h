@@ -65,7 +65,9 @@ inline Pair<Float4> loadPair(const float* from) {
     return {cells.val[0], cells.val[1]};
 }
 inline void storePair(float* to, Pair<Float4> cells) {
-    vst2q_f32(to, float32x4x2_t{{cells.x.lanes, cells.y.lanes}});
+    // Named first: Clang's vst2q_f32 is a macro, which a comma within braces would split.
+    const float32x4x2_t both{{cells.x.lanes, cells.y.lanes}};
+    vst2q_f32(to, both);
 }
 inline void storeDifference(float* to, const float* from, Pair<Float4> change) {
     const Pair<Float4> cells = loadPair(from);
