@@ -13,7 +13,8 @@ if(ANDROID)
 endif()
 
 install(TARGETS peluxVelmora EXPORT VelmoraTargets LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
-install(DIRECTORY ${PROJECT_SOURCE_DIR}/include/velmora DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+install(DIRECTORY ${PROJECT_SOURCE_DIR}/include/velmora ${PROJECT_BINARY_DIR}/include/velmora
+  DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/java/src/com DESTINATION ${CMAKE_INSTALL_DATADIR}/velmora/java)
 
 foreach(standin velmora-jnigraphics velmora-log velmora-nuv-common)
@@ -31,7 +32,7 @@ if(TARGET velmora-hostkit)
     FILES_MATCHING PATTERN *.h PATTERN jni_call_names.h EXCLUDE)
 endif()
 
-install(FILES CHANGELOG.md README.md docs/host-guide.md docs/kit.md DESTINATION ${CMAKE_INSTALL_DOCDIR})
+install(FILES CHANGELOG.md LICENSE README.md docs/host-guide.md docs/kit.md DESTINATION ${CMAKE_INSTALL_DOCDIR})
 install(DIRECTORY example/ DESTINATION ${CMAKE_INSTALL_DOCDIR}/example)
 
 install(EXPORT VelmoraTargets NAMESPACE Velmora:: DESTINATION ${packageFolder})

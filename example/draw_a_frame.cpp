@@ -1,9 +1,10 @@
-// Draws a press on the water without a display, and prints how many pixels changed.
+// Draws a press on the water without a display, and prints the library's version and how many pixels changed.
 // Usage: draw-a-frame [FILE.ppm]
 
 #include <hostkit/effect_host.h>
 #include <hostkit/host_error.h>
 #include <hostkit/native.h>
+#include <velmora/version.h>
 
 #include <algorithm>
 #include <cstddef>
@@ -51,8 +52,8 @@ int main(int argc, char** argv) try {
     }
     const std::size_t changed = countChanges(stirred, idle);
     const bool inkShown = hostkit::native::getClearInkValue(host.jni().env(), nullptr) != 0;
-    std::cout << changed << " of " << width * height << " pixels changed, ink "
-              << (inkShown ? "shown" : "hidden") << '\n';
+    std::cout << "Velmora " VELMORA_VERSION ": " << changed << " of " << width * height
+              << " pixels changed, ink " << (inkShown ? "shown" : "hidden") << '\n';
     // The ink darkens the centre. The corner keeps its colour.
     const std::size_t centre = std::size_t{4} * (height / 2 * width + width / 2);
     const bool drawn = stirred[centre] < idle[centre] && stirred[0] == idle[0];
