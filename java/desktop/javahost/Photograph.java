@@ -17,6 +17,7 @@ import javax.imageio.ImageIO;
 import javax.imageio.ImageReadParam;
 import javax.imageio.ImageReader;
 import javax.imageio.stream.ImageInputStream;
+import velmora.host.HostException;
 
 /** A picture file as it is shown: upright as its camera was held, filling the screen. */
 final class Photograph {

@@ -7,6 +7,7 @@ import java.util.List;
 import java.util.Map;
 import java.util.regex.Matcher;
 import java.util.regex.Pattern;
+import velmora.host.HostException;
 
 /** The command line. A picture of null means the test picture, 0 frames as many as scripted. */
 record Options(Path script, Path picture, Path out, int width, int height, int frames, int every) {

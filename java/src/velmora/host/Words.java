@@ -1,23 +1,27 @@
-package javahost;
+package velmora.host;
 
-import java.util.Arrays;
+import java.util.ArrayList;
 import java.util.List;
 import java.util.function.Function;
 import java.util.regex.Pattern;
 
-/** The words of one line of a gesture script, taken from the left. */
+/** Reads the words of one line of a gesture script from left to right. */
 final class Words {
     private static final Pattern BLANKS = Pattern.compile("[ \t\r]+");
 
-    /** Java's own parsers take signs, suffixes and names on top. */
+    /** The accepted numbers. Java's parsers also accept plus signs, suffixes and names. */
     private static final Pattern NUMERAL =
         Pattern.compile("-?(\\d+\\.?\\d*|\\.\\d+)([eE][+-]?\\d+)?");
 
-    private final List<String> words;
+    private final List<String> words = new ArrayList<>();
     private int taken;
 
     Words(String line) {
-        words = Arrays.stream(BLANKS.split(line)).filter(word -> !word.isEmpty()).toList();
+        for (String word : BLANKS.split(line)) {
+            if (!word.isEmpty()) {
+                words.add(word);
+            }
+        }
     }
 
     static HostException unexpected(String expected, String found) {
@@ -27,7 +31,7 @@ final class Words {
 
     boolean atEnd() { return taken == words.size(); }
 
-    /** The next word, empty at the end of the line. */
+    /** Returns the next word, or an empty string at the end of the line. */
     String peek() { return atEnd() ? "" : words.get(taken); }
 
     String next() {
@@ -56,7 +60,7 @@ final class Words {
                 }
             }
         } catch (NumberFormatException ignored) {
-            // A fraction, or too many digits, where a whole number belongs.
+            // A fraction or too many digits in place of a whole number: reported below.
         }
         throw unexpected(what, word);
     }

@@ -3,12 +3,11 @@ package javahost;
 import java.io.IOException;
 import java.nio.file.Files;
 import java.nio.file.Path;
+import velmora.host.GestureScript;
+import velmora.host.HostException;
 
 /** Plays a gesture script on a JVM and writes every so many frames as a picture. */
 final class Main {
-    /** Nanoseconds from one frame to the next. */
-    private static final long FRAME_TIME = 16_666_667;
-
     private Main() {}
 
     public static void main(String[] arguments) {
@@ -27,20 +26,29 @@ final class Main {
     }
 
     private static void play(Options options) throws IOException {
-        GestureScript script =
-            GestureScript.load(options.script(), options.width(), options.height());
+        GestureScript script = readScript(options);
         int frames = options.frames() > 0 ? options.frames() : script.frames();
         Files.createDirectories(options.out());
         try (EffectHost host = newHost(options)) {
             for (int frame = 0; frame < frames; ++frame) {
                 script.applyFrame(frame, host);
-                host.frame(FRAME_TIME);
+                host.frame();
                 if ((frame + 1) % options.every() == 0) {
                     host.picture().writePng(options.out().resolve(nameOf(frame + 1)));
                 }
             }
             String ink = host.inkShown() ? "ink shown" : "no ink shown";
             System.out.println(frames + " frames played, " + ink + ": " + options.out());
+        }
+    }
+
+    private static GestureScript readScript(Options options) {
+        Path file = options.script();
+        try {
+            return GestureScript.parse(
+                Files.readString(file), file.toString(), options.width(), options.height());
+        } catch (IOException error) {
+            throw new HostException(file + ": cannot be read as a gesture script");
         }
     }
 

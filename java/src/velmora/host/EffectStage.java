@@ -1,0 +1,79 @@
+package velmora.host;
+
+import java.util.ArrayList;
+import java.util.List;
+
+/**
+ * The screens of a process that share one renderer, one GL context and one thread: a live wallpaper
+ * on the home screen, on the lock screen and in its preview. Only the screen shown last draws. All
+ * calls come from the render thread.
+ */
+public final class EffectStage {
+    /** A window surface of the shared context. */
+    public interface Screen {
+        /** Makes the surface current. Returns false if the system gives no surface now. */
+        boolean makeCurrent();
+
+        /** Puts the drawn frame on the screen. */
+        void present();
+    }
+
+    private static final class Visible {
+        final EffectScene scene;
+        final Screen screen;
+
+        Visible(EffectScene scene, Screen screen) {
+            this.scene = scene;
+            this.screen = screen;
+        }
+    }
+
+    private final EffectRenderer renderer;
+    private final FramePacer pacer = new FramePacer();
+
+    /** In the order in which they were shown. */
+    private final List<Visible> visible = new ArrayList<>();
+
+    public EffectStage(EffectRenderer renderer) { this.renderer = renderer; }
+
+    /** Draws this scene from now on. */
+    public void show(EffectScene scene, Screen screen) {
+        hide(scene);
+        visible.add(new Visible(scene, screen));
+        scene.wake();
+        renderer.activate();
+    }
+
+    /** Draws the scene no more; the scene shown before it draws again. */
+    public void hide(EffectScene scene) {
+        scene.releaseFinger();
+        if (visible.removeIf(entry -> entry.scene == scene) && !visible.isEmpty()) {
+            visible.get(visible.size() - 1).scene.wake();
+        }
+    }
+
+    /**
+     * Takes part in one frame of the display, whatever the display's rate. Returns true if the next
+     * frame of the display may be needed; after false nothing is drawn until a touch or a change.
+     */
+    public boolean frame(long time) {
+        if (visible.isEmpty()) {
+            pacer.restart();
+            return false;
+        }
+        Visible top = visible.get(visible.size() - 1);
+        if (!top.scene.needsFrame()) {
+            pacer.restart();
+            return false;
+        }
+        if (pacer.isDue(time, top.scene.settings().get(Setting.TIME_SCALE))) {
+            if (!top.screen.makeCurrent()) {
+                return false;
+            }
+            if (renderer.drawFrame(top.scene, time)) {
+                top.screen.present();
+            }
+        }
+        return top.scene.needsFrame();
+    }
+}
