@@ -52,6 +52,13 @@ public final class EffectStage {
         }
     }
 
+    /** Takes a touch of a scene's screen. Only the scene that draws answers to touches. */
+    public void touch(EffectScene scene, int action, double x, double y, float pressure) {
+        if (!visible.isEmpty() && visible.get(visible.size() - 1).scene == scene) {
+            scene.touch(action, x, y, pressure);
+        }
+    }
+
     /**
      * Takes part in one frame of the display, whatever the display's rate. Returns true if the next
      * frame of the display may be needed; after false nothing is drawn until a touch or a change.
