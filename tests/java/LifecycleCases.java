@@ -2,7 +2,9 @@ package javahost;
 
 import android.graphics.Bitmap;
 import com.corvane.android.visualeffect.lock.velmora.NativeForVelmora;
+import com.sun.management.ThreadMXBean;
 import java.io.IOException;
+import java.lang.management.ManagementFactory;
 import java.nio.file.Files;
 import java.nio.file.Path;
 import java.util.Arrays;
@@ -16,6 +18,7 @@ import velmora.host.Pictures;
 import velmora.host.Preset;
 import velmora.host.Setting;
 import velmora.host.Settings;
+import velmora.host.Sheen;
 import velmora.host.TouchTranslator;
 
 /**
@@ -27,7 +30,7 @@ final class LifecycleCases {
     private static final int HEIGHT = 320;
 
     private final NativeForVelmora velmora = new NativeForVelmora();
-    private final EffectRenderer renderer = new EffectRenderer(velmora, Picture.sheen().toBitmap());
+    private final EffectRenderer renderer = new EffectRenderer(velmora, Sheen.makeBitmap());
     private final EffectStage stage = new EffectStage(renderer);
     private final String script;
     private int photo = 1;
@@ -167,9 +170,11 @@ final class LifecycleCases {
         window.changeSurface(WIDTH, HEIGHT);
         window.show().play(20, 4);
         window.print("resumed");
+        int objects = HostKit.countObjects();
         window.changeSurface(HEIGHT, WIDTH);
         window.play(0, 20);
         window.print("rotated");
+        System.out.println("more objects " + (HostKit.countObjects() - objects));
         stage.hide(window.scene);
         window.loseContext();
         window.show().play(20, 4);
@@ -195,7 +200,7 @@ final class LifecycleCases {
         stage.hide(preview.scene);
         home.play(0, 20);
         home.print("home again");
-        EffectRenderer other = new EffectRenderer(velmora, Picture.sheen().toBitmap());
+        EffectRenderer other = new EffectRenderer(velmora, Sheen.makeBitmap());
         other.activate();
         System.out.println("drawn beside another " + renderer.drawFrame(home.scene, time));
         renderer.activate();
@@ -218,6 +223,14 @@ final class LifecycleCases {
             window.play(100, 2);
         }
         window.print("fingers");
+        window.touch(NativeForVelmora.ACTION_DOWN, 100, 60, 0.6f);
+        ThreadMXBean thread = (ThreadMXBean) ManagementFactory.getThreadMXBean();
+        long bytes = thread.getCurrentThreadAllocatedBytes();
+        for (int frame = 0; frame < 20; ++frame) {
+            stage.frame(time += FramePacer.FRAME_TIME);
+        }
+        bytes = thread.getCurrentThreadAllocatedBytes() - bytes;
+        System.out.println("a frame allocates little " + (bytes < 20 * 1024));
     }
 
     /** The stroke on a display of 120 Hz with as many touches; the frames drawn on others. */

@@ -56,7 +56,7 @@ TEST(Lifecycle, SurfacesAndContextsComeAndGo) {
     EffectHost rotated({.width = height, .height = width});
     rotated.clearInk();
     play(rotated, 0, 20);
-    expected += "rotated " + digest(rotated);
+    expected += "rotated " + digest(rotated) + "more objects 0\n";
     rotated.loseContext();
     play(rotated, 20, 4);
     expected += "context lost " + digest(rotated);
@@ -107,7 +107,8 @@ TEST(Lifecycle, TheFirstFingerAloneTouches) {
         host.frame();
         host.frame();
     }
-    EXPECT_EQ(lifecycle("fingers " STROKE_GESTURE), "fingers " + digest(host));
+    EXPECT_EQ(lifecycle("fingers " STROKE_GESTURE),
+              "fingers " + digest(host) + "a frame allocates little true\n");
 }
 
 TEST(Lifecycle, AFastDisplayShowsSixtyFramesASecond) {

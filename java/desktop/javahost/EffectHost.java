@@ -7,13 +7,14 @@ import velmora.host.EffectScene;
 import velmora.host.FramePacer;
 import velmora.host.GestureScript;
 import velmora.host.Pictures;
+import velmora.host.Sheen;
 
 /** One scene in an off-screen GL context, drawn frame by frame. Everything runs on one thread. */
 final class EffectHost implements GestureScript.Target, AutoCloseable {
     private final NativeForVelmora velmora = new NativeForVelmora();
     private final int width;
     private final int height;
-    private final EffectRenderer renderer = new EffectRenderer(velmora, Picture.sheen().toBitmap());
+    private final EffectRenderer renderer = new EffectRenderer(velmora, Sheen.makeBitmap());
     private final EffectScene scene;
     private long context;
     private long time;

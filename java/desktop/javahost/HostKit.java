@@ -23,11 +23,11 @@ final class HostKit {
     /** Destroys a surface. If it is current, it lives until another surface is current. */
     static native void destroySurface(long surface);
 
+    /** Returns the number of buffers, textures, framebuffers and programs of the current context. */
+    static native int countObjects();
+
     /** Returns the current surface of this size as RGBA bytes, rows top to bottom. */
     static native byte[] readScreen(int width, int height);
-
-    /** Returns the default sheen of the water, a square, as RGBA bytes. */
-    static native byte[] makeSheen(int size);
 
     /** Returns a board of coloured squares as RGBA bytes. */
     static native byte[] makeTestPicture(int width, int height);

@@ -9,12 +9,6 @@ import javax.imageio.ImageIO;
 
 /** 32-bit RGBA pixels, rows top to bottom without padding. */
 record Picture(int width, int height, byte[] rgba) {
-    private static final int SHEEN_SIZE = 256;
-
-    static Picture sheen() {
-        return new Picture(SHEEN_SIZE, SHEEN_SIZE, HostKit.makeSheen(SHEEN_SIZE));
-    }
-
     static Picture testPicture(int width, int height) {
         return new Picture(width, height, HostKit.makeTestPicture(width, height));
     }
