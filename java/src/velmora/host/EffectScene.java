@@ -173,7 +173,7 @@ public final class EffectScene {
     }
 
     /** Asks for a frame, since a new surface is empty. */
-    void wake() { idle.wake(); }
+    public void wake() { idle.wake(); }
 
     /** Notes that the library holds no ink. */
     void inkIsGone() { idle.inkIsGone(); }

@@ -73,14 +73,27 @@ public final class EffectStage {
             pacer.restart();
             return false;
         }
-        if (pacer.isDue(time, top.scene.settings().get(Setting.TIME_SCALE))) {
-            if (!top.screen.makeCurrent()) {
-                return false;
-            }
-            if (renderer.drawFrame(top.scene, time)) {
-                top.screen.present();
-            }
+        if (pacer.isDue(time, top.scene.settings().get(Setting.TIME_SCALE))
+            && !draw(top.scene, top.screen, time)) {
+            return false;
         }
         return top.scene.needsFrame();
+    }
+
+    /** Draws one frame at once, for a system that waits for it, unless another scene is shown. */
+    public void drawNow(EffectScene scene, Screen screen, long time) {
+        if (visible.isEmpty() || visible.get(visible.size() - 1).scene == scene) {
+            draw(scene, screen, time);
+        }
+    }
+
+    private boolean draw(EffectScene scene, Screen screen, long time) {
+        if (!screen.makeCurrent()) {
+            return false;
+        }
+        if (renderer.drawFrame(scene, time)) {
+            screen.present();
+        }
+        return true;
     }
 }
