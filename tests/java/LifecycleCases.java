@@ -3,6 +3,8 @@ package javahost;
 import android.graphics.Bitmap;
 import com.corvane.android.visualeffect.lock.velmora.NativeForVelmora;
 import com.sun.management.ThreadMXBean;
+import java.io.ByteArrayInputStream;
+import java.io.File;
 import java.io.IOException;
 import java.lang.management.ManagementFactory;
 import java.nio.file.Files;
@@ -14,6 +16,7 @@ import velmora.host.EffectScene;
 import velmora.host.EffectStage;
 import velmora.host.FramePacer;
 import velmora.host.GestureScript;
+import velmora.host.LookStore;
 import velmora.host.Pictures;
 import velmora.host.Preset;
 import velmora.host.Setting;
@@ -54,6 +57,9 @@ final class LifecycleCases {
                 break;
             case "rates":
                 cases.rates();
+                break;
+            case "look":
+                look(new File(arguments[2]));
                 break;
             case "idle":
                 cases.idle();
@@ -301,6 +307,25 @@ final class LifecycleCases {
         System.out.println("frames at rest " + frames);
         window.play(0, 10);
         window.print("awake");
+    }
+
+    /** A look that a user chooses, as another process finds it. */
+    private static void look(File folder) throws IOException {
+        LookStore app = new LookStore(folder);
+        LookStore wallpaper = new LookStore(folder);
+        System.out.println(wallpaper.photo() + " " + wallpaper.presetName().isEmpty() + " "
+            + wallpaper.settings().equals(new Settings()));
+        Settings settings = new Settings();
+        settings.set(Setting.RAIN, 3.5f);
+        settings.setInk(0.1f, 0.2f, 0.3f);
+        File first = app.savePhoto(new ByteArrayInputStream(new byte[] {1}));
+        app.savePreset("my rain", settings);
+        app.savePhoto(new ByteArrayInputStream(new byte[] {2, 3}));
+        System.out.println(wallpaper.photo().length() + " " + first.exists() + " "
+            + wallpaper.presetName() + " " + wallpaper.settings().equals(settings) + " "
+            + folder.list().length);
+        Files.writeString(folder.toPath().resolve("look.json"), "{\"settings\": \"{ 7");
+        System.out.println(wallpaper.settings().equals(new Settings()));
     }
 
     /** Compares presets, given as pairs of a preset and the player's picture after 24 frames. */

@@ -5,6 +5,7 @@
 
 #include <chrono>
 #include <cstdint>
+#include <filesystem>
 #include <span>
 #include <string>
 #include <vector>
@@ -17,6 +18,7 @@
 
 namespace {
 
+namespace fs = std::filesystem;
 using hostkit::EffectHost;
 using hostkit::Touch;
 using hostkit::TouchAction;
@@ -148,6 +150,14 @@ TEST(Lifecycle, DrawsNothingAtRest) {
         "rest after " + rest + " " + digest(host) + "frames at rest " + rest + "\n";
     play(host, 1, 9);
     EXPECT_EQ(lifecycle("idle " STROKE_GESTURE), expected + "awake " + digest(host));
+}
+
+TEST(Lifecycle, TheChosenLookOutlivesItsProcess) {
+    const fs::path folder = fs::current_path() / "java-look";
+    fs::remove_all(folder);
+    EXPECT_EQ(lifecycle("look " STROKE_GESTURE " " + folder.string()),
+              "null true true\n2 false my rain true 2\ntrue\n");
+    fs::remove_all(folder);
 }
 
 }  // namespace
