@@ -293,20 +293,28 @@ final class LifecycleCases {
         public void loseContext() {}
     }
 
-    /** After the stroke the host draws until nothing moves, then never again. */
+    /** After a touch the host draws until nothing moves, also if the screen is hidden before the up. */
     private void idle() {
         Window window = newWindow(WIDTH / 2, HEIGHT / 2).show();
         Settings coarse = new Settings();
         coarse.set(Setting.MESH_DETAIL, 24);
         window.scene.setSettings(coarse);
-        window.play(0, 14);
-        while (stage.frame(time += FramePacer.FRAME_TIME) && frames < 2000) {
-        }
+        window.play(0, 13);
+        stage.hide(window.scene);
+        window.show();
+        drawUntilRest();
         window.print("rest after " + frames);
         window.play(14, 100);
         System.out.println("frames at rest " + frames);
         window.play(0, 10);
-        window.print("awake");
+        stage.hide(newWindow(WIDTH, HEIGHT).show().scene);
+        drawUntilRest();
+        window.print("rest again after " + frames);
+    }
+
+    private void drawUntilRest() {
+        while (stage.frame(time += FramePacer.FRAME_TIME) && frames < 1000) {
+        }
     }
 
     /** A look that a user chooses, as another process finds it. */

@@ -39,6 +39,10 @@ public final class EffectStage {
     /** Draws this scene from now on. */
     public void show(EffectScene scene, Screen screen) {
         hide(scene);
+        if (!visible.isEmpty()) {
+            // Its finger's further events belong to a screen that does not answer.
+            visible.get(visible.size() - 1).scene.releaseFinger();
+        }
         visible.add(new Visible(scene, screen));
         scene.wake();
         renderer.activate();

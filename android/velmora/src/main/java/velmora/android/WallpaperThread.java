@@ -56,12 +56,10 @@ final class WallpaperThread {
             windows.add(this);
         }
 
-        /** Takes a new surface, or the same one in another size. */
+        /** Takes a surface. The system may change the window behind the same Surface object. */
         void resize(Surface newSurface, int width, int height) {
-            if (newSurface != surface) {
-                removeSurface();
-                surface = newSurface;
-            }
+            removeSurface();
+            surface = newSurface;
             scene.resize(width, height);
             scene.wake();
             waitForVsync();
