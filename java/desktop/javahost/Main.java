@@ -6,7 +6,7 @@ import java.nio.file.Path;
 import velmora.host.GestureScript;
 import velmora.host.HostException;
 
-/** Plays a gesture script on a JVM and writes every so many frames as a picture. */
+/** Plays a gesture script on a JVM and writes pictures of its frames at a chosen interval. */
 final class Main {
     private Main() {}
 

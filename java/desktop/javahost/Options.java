@@ -9,7 +9,7 @@ import java.util.regex.Matcher;
 import java.util.regex.Pattern;
 import velmora.host.HostException;
 
-/** The command line. A picture of null means the test picture, 0 frames as many as scripted. */
+/** The command line. A null picture is the test picture; 0 frames are the frames of the script. */
 record Options(Path script, Path picture, Path out, int width, int height, int frames, int every) {
     private static final String USAGE =
         "usage: --script FILE --out FOLDER [--picture FILE] [--size WxH] [--frames N]"

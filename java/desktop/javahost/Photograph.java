@@ -19,9 +19,9 @@ import javax.imageio.ImageReader;
 import javax.imageio.stream.ImageInputStream;
 import velmora.host.HostException;
 
-/** A picture file as it is shown: upright as its camera was held, filling the screen. */
+/** Reads picture files: turned upright by their EXIF orientation, and cut to the screen. */
 final class Photograph {
-    /** More than any camera gives. */
+    /** Largest accepted picture, in pixels. Cameras give fewer. */
     private static final long MOST_PIXELS = 100_000_000;
     private static final byte[] EXIF = "Exif\0\0".getBytes(StandardCharsets.ISO_8859_1);
     private static final int START_OF_JPEG = 0xFFD8;
@@ -31,7 +31,7 @@ final class Photograph {
 
     private Photograph() {}
 
-    /** Scaled so that it covers the screen; what sticks out is cut off evenly on both sides. */
+    /** Reads a picture, scales it to cover the screen and crops both sides evenly. */
     static Picture read(Path file, int width, int height) {
         if (!Files.exists(file)) {
             throw new HostException(file + ": no such picture");
@@ -43,11 +43,10 @@ final class Photograph {
                 reader.setInput(stream);
                 return Picture.of(read(reader, file, width, height));
             }
-        } catch (IOException | RuntimeException | OutOfMemoryError error) {
-            if (error instanceof HostException said) {
-                throw said;
-            }
-            // Said below: decoders meet broken files with exceptions of every kind.
+        } catch (HostException tooLarge) {
+            throw tooLarge;
+        } catch (IOException | RuntimeException | OutOfMemoryError broken) {
+            // Decoders throw exceptions of many kinds for broken files: reported below.
         }
         throw new HostException(file + ": cannot be read as a picture");
     }
@@ -60,7 +59,7 @@ final class Photograph {
             throw new HostException(file + ": the picture is too large, " + columns + " x " + rows
                 + " pixels, over 100 million");
         }
-        // Each pixel left is at least one of the screen's, however the picture is turned.
+        // As many pixels remain as the screen has, also if the picture is turned.
         int spare = Math.max(1, Math.min(columns, rows) / Math.max(width, height));
         ImageReadParam sparse = reader.getDefaultReadParam();
         sparse.setSourceSubsampling(spare, spare, 0, 0);
@@ -69,7 +68,7 @@ final class Photograph {
         try {
             orientation = orientation((ImageInputStream) reader.getInput());
         } catch (EOFException | IndexOutOfBoundsException ignored) {
-            // A picture whose notes are broken is still a picture.
+            // A picture with broken EXIF data counts as upright.
         }
         return fill(image, orientation, width, height);
     }
@@ -93,21 +92,29 @@ final class Photograph {
         return filled;
     }
 
-    /** From where the file stores a pixel to where it is seen, in the units of the picture. */
+    /** Returns the map from a stored pixel to its place in the upright picture. */
     private static AffineTransform upright(int orientation, int width, int height) {
-        return switch (orientation) {
-            case 2 -> new AffineTransform(-1, 0, 0, 1, width, 0);
-            case 3 -> new AffineTransform(-1, 0, 0, -1, width, height);
-            case 4 -> new AffineTransform(1, 0, 0, -1, 0, height);
-            case 5 -> new AffineTransform(0, 1, 1, 0, 0, 0);
-            case 6 -> new AffineTransform(0, 1, -1, 0, height, 0);
-            case 7 -> new AffineTransform(0, -1, -1, 0, height, width);
-            case 8 -> new AffineTransform(0, -1, 1, 0, 0, width);
-            default -> new AffineTransform();
-        };
+        switch (orientation) {
+            case 2:
+                return new AffineTransform(-1, 0, 0, 1, width, 0);
+            case 3:
+                return new AffineTransform(-1, 0, 0, -1, width, height);
+            case 4:
+                return new AffineTransform(1, 0, 0, -1, 0, height);
+            case 5:
+                return new AffineTransform(0, 1, 1, 0, 0, 0);
+            case 6:
+                return new AffineTransform(0, 1, -1, 0, height, 0);
+            case 7:
+                return new AffineTransform(0, -1, -1, 0, height, width);
+            case 8:
+                return new AffineTransform(0, -1, 1, 0, 0, width);
+            default:
+                return new AffineTransform();
+        }
     }
 
-    /** As the camera noted it, 1 to 8; 1, which is upright, where it did not. */
+    /** Returns the EXIF orientation, 1 to 8, or 1 (upright) if the file has none. */
     private static int orientation(ImageInputStream stream) throws IOException {
         stream.seek(0);
         stream.setByteOrder(ByteOrder.BIG_ENDIAN);
@@ -126,17 +133,20 @@ final class Photograph {
         return 1;
     }
 
-    /** Of the first directory of tags, each with 12 bytes: tag, type, count, value. */
+    /**
+     * Reads the orientation from the first directory. Its entries have 12 bytes each: tag, type,
+     * count and value.
+     */
     private static int orientation(byte[] exif) {
         ByteBuffer tags = ByteBuffer.wrap(exif, EXIF.length, exif.length - EXIF.length).slice();
         tags.order(tags.get(0) == 'I' ? ByteOrder.LITTLE_ENDIAN : ByteOrder.BIG_ENDIAN);
-                int directory = tags.getInt(4);
-                int count = Short.toUnsignedInt(tags.getShort(directory));
-                for (int entry = directory + 2; entry < directory + 2 + 12 * count; entry += 12) {
-                    if (tags.getShort(entry) == ORIENTATION_TAG) {
-                        return tags.getShort(entry + 8);
-                    }
-                }
-                return 1;
+        int directory = tags.getInt(4);
+        int count = Short.toUnsignedInt(tags.getShort(directory));
+        for (int entry = directory + 2; entry < directory + 2 + 12 * count; entry += 12) {
+            if (tags.getShort(entry) == ORIENTATION_TAG) {
+                return tags.getShort(entry + 8);
+            }
         }
+        return 1;
     }
+}

@@ -4,8 +4,8 @@ import java.nio.ByteBuffer;
 import java.nio.ByteOrder;
 
 /**
- * Stand-in for the platform's bitmap, as far as a host of the library uses it. The stand-in library
- * jnigraphics reads the fields; a device's own class keeps its pixels outside the Java heap too.
+ * Stand-in for the platform's bitmap, with the methods that a host of the library uses. The stand-in
+ * library jnigraphics reads its fields.
  */
 public final class Bitmap {
     /** Pixel formats; an ARGB_8888 pixel is the four bytes red, green, blue, alpha in memory. */
@@ -52,14 +52,14 @@ public final class Bitmap {
 
     public int getRowBytes() { return rowBytes; }
 
-    /** Takes the rows from the buffer's position on, top to bottom. */
+    /** Copies the rows, top to bottom, from the buffer's position on. */
     public void copyPixelsFromBuffer(ByteBuffer source) {
         pixels.duplicate().put(source.slice().limit(pixels.capacity()));
     }
 
-    /** Gives the pixels back; native code is refused them from now on. */
+    /** Frees the pixels. Native code cannot lock them from now on. */
     public void recycle() { pixels = null; }
 
-    /** From now on each bitmap that native code is handed is an object of this class. */
+    /** Tells jnigraphics that bitmaps are objects of this class. */
     private static native void readBitmapsThroughJni();
 }
