@@ -187,11 +187,17 @@ public class VelmoraView extends GLSurfaceView implements GLSurfaceView.Renderer
     }
 
     private void touch(int action, float x, float y, float pressure) {
+        endGesture();
+        scene.touch(action, x, y, TouchTranslator.pressure(pressure, scene.settings()));
+    }
+
+    /** Lifts the script's finger and takes its ink colour back. */
+    private void endGesture() {
         if (gesture != null) {
             gesture = null;
             scene.releaseFinger();
+            scene.setSettings(scene.settings());
         }
-        scene.touch(action, x, y, TouchTranslator.pressure(pressure, scene.settings()));
     }
 
     private void waitForVsync() {
@@ -217,7 +223,7 @@ public class VelmoraView extends GLSurfaceView implements GLSurfaceView.Renderer
 
     private void playGesture() {
         if (gestureFrame >= gesture.frames()) {
-            gesture = null;
+            endGesture();
             return;
         }
         gesture.applyFrame(gestureFrame, new GestureScript.Target() {
