@@ -168,6 +168,7 @@ final class LifecycleCases {
     private void surfaces() {
         HostKit.createContext(1, 1);
         Window window = new Window().show();
+        window.scene.resize(0, HEIGHT);
         System.out.println("drawn without a size " + renderer.drawFrame(window.scene, 0));
         window.changeSurface(WIDTH, HEIGHT);
         window.play(0, 20);

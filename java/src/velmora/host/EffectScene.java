@@ -61,9 +61,10 @@ public final class EffectScene {
         this.pictures = pictures;
     }
 
-    /** Sets the surface's size in pixels. The same size again changes nothing. */
+    /** Sets the surface's size in pixels. An empty surface and the same size change nothing. */
     public void resize(int newWidth, int newHeight) {
-        if (newWidth == width && newHeight == height) {
+        boolean isSame = newWidth == width && newHeight == height;
+        if (isSame || newWidth < 1 || newHeight < 1) {
             return;
         }
         width = newWidth;
