@@ -58,6 +58,9 @@ final class LifecycleCases {
             case "rates":
                 cases.rates();
                 break;
+            case "settings":
+                cases.settings();
+                break;
             case "look":
                 look(new File(arguments[2]));
                 break;
@@ -316,6 +319,17 @@ final class LifecycleCases {
     private void drawUntilRest() {
         while (stage.frame(time += FramePacer.FRAME_TIME) && frames < 1000) {
         }
+    }
+
+    /** Another grid and another step rate under running waves. */
+    private void settings() {
+        Window window = newWindow(WIDTH, HEIGHT).show();
+        window.play(0, 8);
+        Settings fine = new Settings();
+        fine.set(Setting.MESH_DETAIL, 120);
+        window.scene.setSettings(fine);
+        window.play(8, 4);
+        window.print("finer");
     }
 
     /** A look that a user chooses, as another process finds it. */

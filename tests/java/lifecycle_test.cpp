@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
+#include <cmath>
 #include <cstdint>
 #include <filesystem>
 #include <span>
@@ -163,6 +164,19 @@ TEST(Lifecycle, DrawsNothingAtRest) {
     host.frame();
     expected += "rest again after " + std::to_string(drawUntilRest(host, frames + 10)) + " ";
     EXPECT_EQ(lifecycle("idle " STROKE_GESTURE), expected + digest(host));
+}
+
+TEST(Lifecycle, WavesGoOnUnderOtherSettings) {
+    EffectHost host({.width = width, .height = height});
+    play(host, 0, 8);
+    host.look().moveRipple = 2.4f * (0.4f / 2.4f);
+    host.replaceWater({.shortSideCells = 120,
+                       .damping = std::pow(0.97f, 0.5f),
+                       .waveSpeed = 0.365f * 0.365f,
+                       .stepsPerSecond = 120,
+                       .rippleRadius = 4.0});
+    play(host, 8, 4);
+    EXPECT_EQ(lifecycle("settings " STROKE_GESTURE), "finer " + digest(host));
 }
 
 TEST(Lifecycle, TheChosenLookOutlivesItsProcess) {

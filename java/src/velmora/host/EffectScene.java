@@ -83,7 +83,7 @@ public final class EffectScene {
 
     public Settings settings() { return settings; }
 
-    /** Applies new settings. The ink stays unless the mode changes; the waves stay on the same grid. */
+    /** Applies new settings. The waves go on; the ink stays unless the mode changes. */
     public void setSettings(Settings newSettings) {
         setUpIsStale |= newSettings.isOn(Setting.WATER_ONLY) != settings.isOn(Setting.WATER_ONLY);
         settings = newSettings;
@@ -91,7 +91,9 @@ public final class EffectScene {
         waterSettings = settings.water();
         rainFrames = RAIN_FRAMES;
         if (water != null && !water.adopt(waterSettings)) {
+            WaterDriver earlier = water;
             replaceWater();
+            water.carryWaves(earlier);
         }
         idle.wake();
     }

@@ -100,6 +100,52 @@ final class WaterDriver {
         return fits;
     }
 
+    /** Takes over the waves of a water of the same screen on another grid, as they stand and run. */
+    void carryWaves(WaterDriver from) {
+        carry(from, from.height, height, 1.0f);
+        carry(from, from.velocity, velocity,
+            (float) from.settings.stepsPerSecond / settings.stepsPerSecond);
+        resting = from.resting;
+        if (settings.stepsPerSecond == from.settings.stepsPerSecond) {
+            pendingTime = from.pendingTime;
+        }
+        buildHeights();
+    }
+
+    private void carry(WaterDriver from, float[] source, float[] target, float factor) {
+        for (int row = 1; row < rows - 1; ++row) {
+            for (int column = 1; column < columns - 1; ++column) {
+                double x = (double) column * from.columns / columns;
+                double y = (double) row * from.rows / rows;
+                target[row * columns + column] = factor * from.valueBetween(source, x, y);
+            }
+        }
+    }
+
+    /** Returns the grid's value at a place between cells. Beyond the last cell its value goes on. */
+    private float valueBetween(float[] grid, double x, double y) {
+        int left = Math.min((int) x, columns - 2);
+        int top = Math.min((int) y, rows - 2);
+        float weightX = (float) Math.min(1.0, x - left);
+        float weightY = (float) Math.min(1.0, y - top);
+        int cell = top * columns + left;
+        float above = mix(grid[cell], grid[cell + 1], weightX);
+        float below = mix(grid[cell + columns], grid[cell + columns + 1], weightX);
+        return mix(above, below, weightY);
+    }
+
+    /** Interpolates as C++ does with std::lerp, so that both hosts carry the same waves. */
+    private static float mix(float from, float to, float weight) {
+        if (from <= 0 && to >= 0 || from >= 0 && to <= 0) {
+            return weight * to + (1 - weight) * from;
+        }
+        if (weight == 1) {
+            return to;
+        }
+        float mixed = from + weight * (to - from);
+        return to > from ? Math.min(mixed, to) : Math.max(mixed, to);
+    }
+
     /** Returns true while a wave runs. */
     boolean moves() { return !resting; }
 
