@@ -160,7 +160,7 @@ TEST(Lifecycle, DrawsNothingAtRest) {
     std::string expected =
         "rest after " + rest + " " + digest(host) + "frames at rest " + rest + "\n";
     play(host, 1, 9);
-    host.touch({TouchAction::up, 130 / 2, 160 / 2, 0.6f});
+    host.touch({TouchAction::up, 65, 80, 0.6f});
     host.frame();
     expected += "rest again after " + std::to_string(drawUntilRest(host, frames + 10)) + " ";
     EXPECT_EQ(lifecycle("idle " STROKE_GESTURE), expected + digest(host));
