@@ -2,10 +2,8 @@
 
 #include <gdk-pixbuf/gdk-pixbuf.h>
 #include <gtest/gtest.h>
-#include <sys/wait.h>
 
 #include <cstdint>
-#include <cstdio>
 #include <filesystem>
 #include <fstream>
 #include <string>
@@ -14,29 +12,11 @@
 #include "hostkit/effect_host.h"
 #include "hostkit/gesture_script.h"
 #include "hostkit/host_error.h"
+#include "tests/java/run_java.h"
 
 namespace {
 
 namespace fs = std::filesystem;
-
-struct Ended {
-    int exitCode;
-    /// Both output streams, the JVM's warnings among them.
-    std::string output;
-};
-
-/// Runs a Java program of the build with the JVM's checks of each JNI call.
-Ended runJava(const std::string& arguments) {
-    const std::string command =
-        "LD_LIBRARY_PATH=" LIBRARIES " " JAVA " -Xcheck:jni " + arguments + " 2>&1";
-    std::FILE* const pipe = popen(command.c_str(), "r");
-    Ended ended{};
-    for (int letter; (letter = std::fgetc(pipe)) != EOF;) {
-        ended.output += static_cast<char>(letter);
-    }
-    ended.exitCode = WEXITSTATUS(pclose(pipe));
-    return ended;
-}
 
 Ended runHost(const std::string& arguments) {
     return runJava("-jar " HOST_JAR " --size 270x480 " + arguments);

@@ -1,0 +1,259 @@
+package velmora.app;
+
+import android.app.Activity;
+import android.app.WallpaperManager;
+import android.content.ActivityNotFoundException;
+import android.content.ClipData;
+import android.content.ComponentName;
+import android.content.Intent;
+import android.graphics.Bitmap;
+import android.graphics.Insets;
+import android.net.Uri;
+import android.os.Build;
+import android.os.Bundle;
+import android.os.Handler;
+import android.os.Looper;
+import android.provider.MediaStore;
+import android.view.LayoutInflater;
+import android.view.PixelCopy;
+import android.view.View;
+import android.view.ViewGroup;
+import android.view.WindowInsets;
+import android.widget.Button;
+import android.widget.Toast;
+import java.io.File;
+import java.io.FileNotFoundException;
+import java.io.FileOutputStream;
+import java.io.IOException;
+import java.io.InputStream;
+import java.util.concurrent.ExecutorService;
+import java.util.concurrent.Executors;
+import velmora.android.VelmoraView;
+import velmora.android.VelmoraWallpaperService;
+import velmora.host.LookStore;
+import velmora.host.Settings;
+
+/**
+ * Shows a photo under water, with the shipped presets. Photo and preset live in the look store, so
+ * that they survive rotation and the end of the process, and the wallpaper finds them there.
+ */
+public final class MainActivity extends Activity {
+    private static final int PHOTO_REQUEST = 1;
+    private static final int PRESET_PICTURE_DP = 64;
+
+    /** The activity on the screen, or null. A rotation replaces it while a photo is copied. */
+    private static MainActivity current;
+
+    private final ExecutorService background = Executors.newSingleThreadExecutor();
+    private LookStore store;
+    private PresetFiles presets;
+    private VelmoraView water;
+    private ViewGroup presetButtons;
+
+    @Override
+    protected void onCreate(Bundle savedState) {
+        super.onCreate(savedState);
+        current = this;
+        setContentView(R.layout.main);
+        store = VelmoraWallpaperService.lookStore(this);
+        presets = new PresetFiles(getAssets());
+        water = findViewById(R.id.water);
+        presetButtons = findViewById(R.id.presets);
+        drawEdgeToEdge(findViewById(R.id.panel));
+        findViewById(R.id.choose_photo).setOnClickListener(view -> choosePhoto());
+        findViewById(R.id.set_wallpaper).setOnClickListener(view -> setWallpaper());
+        findViewById(R.id.share_still).setOnClickListener(view -> shareStill());
+        findViewById(R.id.demo).setOnClickListener(view -> playDemo());
+        addPresetButtons();
+        water.setSettings(store.settings());
+        water.setPhoto(store.photo());
+    }
+
+    @Override
+    protected void onResume() {
+        super.onResume();
+        water.onResume();
+    }
+
+    @Override
+    protected void onPause() {
+        water.onPause();
+        super.onPause();
+    }
+
+    @Override
+    protected void onDestroy() {
+        background.shutdown();
+        current = current == this ? null : current;
+        super.onDestroy();
+    }
+
+    @Override
+    protected void onActivityResult(int request, int result, Intent data) {
+        super.onActivityResult(request, result, data);
+        if (request == PHOTO_REQUEST && result == RESULT_OK && data != null
+            && data.getData() != null) {
+            Uri photo = data.getData();
+            background.execute(() -> takePhoto(photo));
+        }
+    }
+
+    /** Lets the water reach below the system bars and keeps the controls clear of them. */
+    private void drawEdgeToEdge(View panel) {
+        layOutBelowBars();
+        panel.setOnApplyWindowInsetsListener((view, insets) -> {
+            if (Build.VERSION.SDK_INT >= Build.VERSION_CODES.R) {
+                Insets bars = insets.getInsets(
+                    WindowInsets.Type.systemBars() | WindowInsets.Type.displayCutout());
+                view.setPadding(bars.left, 0, bars.right, bars.bottom);
+            } else {
+                padByOldInsets(view, insets);
+            }
+            return insets;
+        });
+    }
+
+    /** Asks for what Android 15 does by itself. */
+    @SuppressWarnings("deprecation")
+    private void layOutBelowBars() {
+        if (Build.VERSION.SDK_INT >= Build.VERSION_CODES.R) {
+            getWindow().setDecorFitsSystemWindows(false);
+            return;
+        }
+        getWindow().getDecorView().setSystemUiVisibility(View.SYSTEM_UI_FLAG_LAYOUT_STABLE
+            | View.SYSTEM_UI_FLAG_LAYOUT_FULLSCREEN | View.SYSTEM_UI_FLAG_LAYOUT_HIDE_NAVIGATION);
+    }
+
+    @SuppressWarnings("deprecation")
+    private static void padByOldInsets(View view, WindowInsets insets) {
+        view.setPadding(insets.getSystemWindowInsetLeft(), 0, insets.getSystemWindowInsetRight(),
+            insets.getSystemWindowInsetBottom());
+    }
+
+    private void addPresetButtons() {
+        int side = Math.round(PRESET_PICTURE_DP * getResources().getDisplayMetrics().density);
+        try {
+            for (String name : presets.names()) {
+                Button button = (Button) LayoutInflater.from(this).inflate(
+                    R.layout.preset, presetButtons, false);
+                button.setText(PresetFiles.label(name));
+                button.setTag(name);
+                button.setCompoundDrawables(
+                    null, presets.picture(name, side, getResources()), null, null);
+                button.setOnClickListener(view -> choosePreset(name));
+                presetButtons.addView(button);
+            }
+        } catch (IOException error) {
+            throw new IllegalStateException("the presets of the package cannot be read", error);
+        }
+        markPreset(store.presetName());
+    }
+
+    private void choosePreset(String name) {
+        try {
+            Settings settings = presets.load(name);
+            water.setSettings(settings);
+            markPreset(name);
+            store.savePreset(name, settings);
+        } catch (IOException error) {
+            say(R.string.look_not_saved);
+        }
+    }
+
+    private void markPreset(String chosen) {
+        for (int at = 0; at < presetButtons.getChildCount(); ++at) {
+            View button = presetButtons.getChildAt(at);
+            String name = (String) button.getTag();
+            boolean isChosen = name.equals(chosen);
+            button.setActivated(isChosen);
+            button.setAlpha(isChosen ? 1.0f : 0.7f);
+            button.setContentDescription(getString(
+                isChosen ? R.string.chosen_preset_description : R.string.preset_description,
+                PresetFiles.label(name)));
+        }
+    }
+
+    private void choosePhoto() {
+        Intent choose = Build.VERSION.SDK_INT >= Build.VERSION_CODES.TIRAMISU
+            ? new Intent(MediaStore.ACTION_PICK_IMAGES)
+            : new Intent(Intent.ACTION_OPEN_DOCUMENT).addCategory(Intent.CATEGORY_OPENABLE);
+        try {
+            startActivityForResult(choose.setType("image/*"), PHOTO_REQUEST);
+        } catch (ActivityNotFoundException missing) {
+            say(R.string.no_photo_app);
+        }
+    }
+
+    /** Copies the photo into the store and shows it. Background thread. */
+    private void takePhoto(Uri photo) {
+        try (InputStream in = getContentResolver().openInputStream(photo)) {
+            if (in == null) {
+                throw new FileNotFoundException(photo.toString());
+            }
+            File copy = store.savePhoto(in);
+            runOnUiThread(() -> {
+                if (current != null) {
+                    current.water.setPhoto(copy);
+                }
+            });
+        } catch (IOException | SecurityException error) {
+            runOnUiThread(() -> say(R.string.photo_unreadable));
+        }
+    }
+
+    private void setWallpaper() {
+        Intent change = new Intent(WallpaperManager.ACTION_CHANGE_LIVE_WALLPAPER);
+        change.putExtra(WallpaperManager.EXTRA_LIVE_WALLPAPER_COMPONENT,
+            new ComponentName(this, VelmoraWallpaperService.class));
+        try {
+            startActivity(change);
+        } catch (ActivityNotFoundException missing) {
+            say(R.string.no_wallpaper_app);
+        }
+    }
+
+    private void shareStill() {
+        if (water.getWidth() == 0 || !water.getHolder().getSurface().isValid()) {
+            say(R.string.still_failed);
+            return;
+        }
+        Bitmap still =
+            Bitmap.createBitmap(water.getWidth(), water.getHeight(), Bitmap.Config.ARGB_8888);
+        PixelCopy.request(water, still, result -> {
+            if (result == PixelCopy.SUCCESS && !background.isShutdown()) {
+                background.execute(() -> writeStill(still));
+            } else {
+                say(R.string.still_failed);
+            }
+        }, new Handler(Looper.getMainLooper()));
+    }
+
+    /** Background thread. */
+    private void writeStill(Bitmap still) {
+        try (FileOutputStream out = new FileOutputStream(StillProvider.file(this))) {
+            still.compress(Bitmap.CompressFormat.PNG, 100, out);
+            runOnUiThread(this::offerStill);
+        } catch (IOException error) {
+            runOnUiThread(() -> say(R.string.still_failed));
+        }
+    }
+
+    private void offerStill() {
+        Uri still = StillProvider.uri(this);
+        Intent send = new Intent(Intent.ACTION_SEND).setType("image/png");
+        send.putExtra(Intent.EXTRA_STREAM, still);
+        send.setClipData(ClipData.newRawUri(null, still));
+        send.addFlags(Intent.FLAG_GRANT_READ_URI_PERMISSION);
+        startActivity(Intent.createChooser(send, getString(R.string.share_still_description)));
+    }
+
+    private void playDemo() {
+        try {
+            water.play(presets.read("showcase.gesture"), "showcase");
+        } catch (IOException error) {
+            throw new IllegalStateException("the gestures of the package cannot be read", error);
+        }
+    }
+
+    private void say(int text) { Toast.makeText(this, text, Toast.LENGTH_LONG).show(); }
+}

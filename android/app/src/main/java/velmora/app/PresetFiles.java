@@ -1,0 +1,63 @@
+package velmora.app;
+
+import android.content.res.AssetManager;
+import android.content.res.Resources;
+import android.graphics.BitmapFactory;
+import android.graphics.drawable.BitmapDrawable;
+import android.graphics.drawable.Drawable;
+import java.io.ByteArrayOutputStream;
+import java.io.IOException;
+import java.io.InputStream;
+import java.nio.charset.StandardCharsets;
+import java.util.ArrayList;
+import java.util.Collections;
+import java.util.List;
+import velmora.host.LookStore;
+import velmora.host.Preset;
+import velmora.host.Settings;
+
+/** The shipped presets, each a JSON file with a picture beside it. */
+final class PresetFiles {
+    private static final String SUFFIX = ".json";
+
+    private final AssetManager assets;
+
+    PresetFiles(AssetManager assets) { this.assets = assets; }
+
+    /** Returns the names of all presets in alphabetical order. */
+    List<String> names() throws IOException {
+        List<String> names = new ArrayList<>();
+        for (String file : assets.list("")) {
+            if (file.endsWith(SUFFIX)) {
+                names.add(file.substring(0, file.length() - SUFFIX.length()));
+            }
+        }
+        Collections.sort(names);
+        return names;
+    }
+
+    /** Returns the name as users read it. */
+    static String label(String name) { return name.replace('_', ' '); }
+
+    Settings load(String name) throws IOException {
+        return Preset.parse(read(name + SUFFIX), name);
+    }
+
+    /** Returns the text of an asset. */
+    String read(String file) throws IOException {
+        try (InputStream in = assets.open(file)) {
+            ByteArrayOutputStream bytes = new ByteArrayOutputStream();
+            LookStore.copy(in, bytes);
+            return new String(bytes.toByteArray(), StandardCharsets.UTF_8);
+        }
+    }
+
+    /** Returns the preset's picture, a square of so many pixels. */
+    Drawable picture(String name, int side, Resources resources) throws IOException {
+        try (InputStream in = assets.open(name + ".jpg")) {
+            Drawable picture = new BitmapDrawable(resources, BitmapFactory.decodeStream(in));
+            picture.setBounds(0, 0, side, side);
+            return picture;
+        }
+    }
+}

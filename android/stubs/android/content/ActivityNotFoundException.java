@@ -1,0 +1,6 @@
+package android.content;
+
+public class ActivityNotFoundException extends RuntimeException {
+    private static final long serialVersionUID = 1;
+    public ActivityNotFoundException() {}
+}

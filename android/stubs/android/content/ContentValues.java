@@ -1,0 +1,5 @@
+package android.content;
+
+public final class ContentValues {
+    public ContentValues() {}
+}

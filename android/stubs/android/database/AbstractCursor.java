@@ -1,0 +1,5 @@
+package android.database;
+
+public abstract class AbstractCursor implements Cursor {
+    public AbstractCursor() {}
+}

@@ -1,0 +1,3 @@
+package android.database;
+
+public interface Cursor {}

@@ -1,0 +1,5 @@
+package android.graphics;
+
+public class Shader {
+    public enum TileMode { CLAMP, REPEAT, MIRROR }
+}

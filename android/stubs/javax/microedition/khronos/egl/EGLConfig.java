@@ -1,0 +1,3 @@
+package javax.microedition.khronos.egl;
+
+public abstract class EGLConfig {}

@@ -1,0 +1,3 @@
+package javax.microedition.khronos.opengles;
+
+public interface GL {}

@@ -1,0 +1,159 @@
+package velmora.android;
+
+import android.graphics.Bitmap;
+import android.graphics.BitmapFactory;
+import android.graphics.Canvas;
+import android.graphics.ImageDecoder;
+import android.graphics.LinearGradient;
+import android.graphics.Matrix;
+import android.graphics.Paint;
+import android.graphics.Shader;
+import android.media.ExifInterface;
+import android.os.Build;
+import java.io.File;
+import java.io.IOException;
+import velmora.host.Pictures;
+
+/**
+ * A photo as the backgrounds of a screen. The library reads the pixels on the processor, so each
+ * background is drawn into a software bitmap: ARGB_8888, opaque and unscaled.
+ */
+final class Photos implements Pictures {
+    /** Pixels of the screen per pixel of the second background, which has no detail. */
+    private static final int SECOND_SCALE = 16;
+
+    /** The colours of the picture that is shown without a photo, from top to bottom. */
+    private static final int[] DUSK = {0xFF1B2A49, 0xFF5B6C8F, 0xFFE8A87C, 0xFF3C5A6B, 0xFF16263A};
+
+    private File photo;
+
+    /** Shows this file from the next background on; null shows a picture without a photo. */
+    void setPhoto(File newPhoto) { photo = newPhoto; }
+
+    @Override
+    public Bitmap background(int width, int height) {
+        Bitmap decoded = null;
+        try {
+            decoded = photo == null ? null : decode(width, height);
+        } catch (IOException | RuntimeException | OutOfMemoryError broken) {
+            // A photo that cannot be decoded shows as no photo.
+        }
+        return decoded == null ? dusk(width, height) : decoded;
+    }
+
+    @Override
+    public Bitmap secondBackground(int width, int height) {
+        return dusk(Math.max(1, width / SECOND_SCALE), Math.max(1, height / SECOND_SCALE));
+    }
+
+    private Bitmap decode(int width, int height) throws IOException {
+        if (Build.VERSION.SDK_INT >= Build.VERSION_CODES.P) {
+            return cover(decodeUpright(width, height), new Matrix(), width, height);
+        }
+        Bitmap stored = decodeStored(width, height);
+        return stored == null ? null : cover(stored, orientation(stored), width, height);
+    }
+
+    /** Decodes upright, and about as large as the screen. */
+    private Bitmap decodeUpright(int width, int height) throws IOException {
+        return ImageDecoder.decodeBitmap(
+            ImageDecoder.createSource(photo), (decoder, info, source) -> {
+                decoder.setAllocator(ImageDecoder.ALLOCATOR_SOFTWARE);
+                decoder.setTargetSampleSize(sampleSize(
+                    info.getSize().getWidth(), info.getSize().getHeight(), width, height));
+            });
+    }
+
+    /** Decodes as the camera stored the photo, and about as large as the screen. Null if broken. */
+    private Bitmap decodeStored(int width, int height) {
+        BitmapFactory.Options options = new BitmapFactory.Options();
+        options.inJustDecodeBounds = true;
+        BitmapFactory.decodeFile(photo.getPath(), options);
+        options.inJustDecodeBounds = false;
+        options.inSampleSize = sampleSize(options.outWidth, options.outHeight, width, height);
+        options.inScaled = false;
+        options.inPreferredConfig = Bitmap.Config.ARGB_8888;
+        return BitmapFactory.decodeFile(photo.getPath(), options);
+    }
+
+    /** Returns how many pixels of the photo become one, so that enough remain for the screen. */
+    private static int sampleSize(int columns, int rows, int width, int height) {
+        int spare = Math.min(columns, rows) / Math.max(width, height);
+        return Math.max(1, Integer.highestOneBit(Math.max(1, spare)));
+    }
+
+    /** Returns the turn from the stored photo to the upright one. */
+    private Matrix orientation(Bitmap stored) throws IOException {
+        Matrix turn = new Matrix();
+        int orientation =
+            new ExifInterface(photo.getPath())
+                .getAttributeInt(ExifInterface.TAG_ORIENTATION, ExifInterface.ORIENTATION_NORMAL);
+        switch (orientation) {
+            case ExifInterface.ORIENTATION_FLIP_HORIZONTAL:
+                turn.setScale(-1, 1);
+                break;
+            case ExifInterface.ORIENTATION_ROTATE_180:
+                turn.setRotate(180);
+                break;
+            case ExifInterface.ORIENTATION_FLIP_VERTICAL:
+                turn.setScale(1, -1);
+                break;
+            case ExifInterface.ORIENTATION_TRANSPOSE:
+                turn.setRotate(90);
+                turn.postScale(-1, 1);
+                break;
+            case ExifInterface.ORIENTATION_ROTATE_90:
+                turn.setRotate(90);
+                break;
+            case ExifInterface.ORIENTATION_TRANSVERSE:
+                turn.setRotate(-90);
+                turn.postScale(-1, 1);
+                break;
+            case ExifInterface.ORIENTATION_ROTATE_270:
+                turn.setRotate(-90);
+                break;
+            default:
+                break;
+        }
+        return turn;
+    }
+
+    /** Turns the picture, scales it to cover the screen and crops both sides evenly. */
+    private static Bitmap cover(Bitmap picture, Matrix turn, int width, int height) {
+        float[] corner = {picture.getWidth(), picture.getHeight()};
+        turn.mapVectors(corner);
+        float columns = Math.abs(corner[0]);
+        float rows = Math.abs(corner[1]);
+        float scale = Math.max(width / columns, height / rows);
+        Matrix covering = new Matrix();
+        covering.setTranslate(-picture.getWidth() / 2.0f, -picture.getHeight() / 2.0f);
+        covering.postConcat(turn);
+        covering.postScale(scale, scale);
+        covering.postTranslate(width / 2.0f, height / 2.0f);
+        Bitmap covered = newBitmap(width, height);
+        new Canvas(covered).drawBitmap(
+            drawable(picture), covering, new Paint(Paint.FILTER_BITMAP_FLAG));
+        return covered;
+    }
+
+    /** Returns the picture in a form that a software canvas draws: a hardware bitmap is copied. */
+    private static Bitmap drawable(Bitmap picture) {
+        boolean isHardware = Build.VERSION.SDK_INT >= Build.VERSION_CODES.O
+            && picture.getConfig() == Bitmap.Config.HARDWARE;
+        return isHardware ? picture.copy(Bitmap.Config.ARGB_8888, false) : picture;
+    }
+
+    private static Bitmap dusk(int width, int height) {
+        Bitmap picture = newBitmap(width, height);
+        Paint paint = new Paint();
+        paint.setShader(new LinearGradient(0, 0, 0, height, DUSK, null, Shader.TileMode.CLAMP));
+        new Canvas(picture).drawPaint(paint);
+        return picture;
+    }
+
+    private static Bitmap newBitmap(int width, int height) {
+        Bitmap bitmap = Bitmap.createBitmap(width, height, Bitmap.Config.ARGB_8888);
+        bitmap.setHasAlpha(false);
+        return bitmap;
+    }
+}

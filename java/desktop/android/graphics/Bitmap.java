@@ -1,0 +1,65 @@
+package android.graphics;
+
+import java.nio.ByteBuffer;
+import java.nio.ByteOrder;
+
+/**
+ * Stand-in for the platform's bitmap, with the methods that a host of the library uses. The stand-in
+ * library jnigraphics reads its fields.
+ */
+public final class Bitmap {
+    /** Pixel formats; an ARGB_8888 pixel is the four bytes red, green, blue, alpha in memory. */
+    public enum Config {
+        ALPHA_8(8, 1),
+        RGB_565(4, 2),
+        ARGB_8888(1, 4);
+
+        private final int nativeFormat;
+        private final int bytesPerPixel;
+
+        Config(int nativeFormat, int bytesPerPixel) {
+            this.nativeFormat = nativeFormat;
+            this.bytesPerPixel = bytesPerPixel;
+        }
+    }
+
+    static {
+        System.loadLibrary("jnigraphics");
+        readBitmapsThroughJni();
+    }
+
+    private final int width;
+    private final int height;
+    private final int rowBytes;
+    private final int format;
+    private ByteBuffer pixels;
+
+    private Bitmap(int width, int height, Config config) {
+        this.width = width;
+        this.height = height;
+        rowBytes = width * config.bytesPerPixel;
+        format = config.nativeFormat;
+        pixels = ByteBuffer.allocateDirect(rowBytes * height).order(ByteOrder.nativeOrder());
+    }
+
+    public static Bitmap createBitmap(int width, int height, Config config) {
+        return new Bitmap(width, height, config);
+    }
+
+    public int getWidth() { return width; }
+
+    public int getHeight() { return height; }
+
+    public int getRowBytes() { return rowBytes; }
+
+    /** Copies the rows, top to bottom, from the buffer's position on. */
+    public void copyPixelsFromBuffer(ByteBuffer source) {
+        pixels.duplicate().put(source.slice().limit(pixels.capacity()));
+    }
+
+    /** Frees the pixels. Native code cannot lock them from now on. */
+    public void recycle() { pixels = null; }
+
+    /** Tells jnigraphics that bitmaps are objects of this class. */
+    private static native void readBitmapsThroughJni();
+}

@@ -1,0 +1,65 @@
+package javahost;
+
+import java.io.IOException;
+import java.nio.file.Files;
+import java.nio.file.Path;
+import velmora.host.GestureScript;
+import velmora.host.HostException;
+
+/** Plays a gesture script on a JVM and writes pictures of its frames at a chosen interval. */
+final class Main {
+    private Main() {}
+
+    public static void main(String[] arguments) {
+        try {
+            play(Options.parse(arguments));
+        } catch (HostException | UnsatisfiedLinkError error) {
+            fail(error.getMessage());
+        } catch (IOException error) {
+            fail("the pictures cannot be written: " + error);
+        }
+    }
+
+    private static void fail(String line) {
+        System.err.println(line);
+        System.exit(2);
+    }
+
+    private static void play(Options options) throws IOException {
+        GestureScript script = readScript(options);
+        int frames = options.frames() > 0 ? options.frames() : script.frames();
+        Files.createDirectories(options.out());
+        try (EffectHost host = newHost(options)) {
+            for (int frame = 0; frame < frames; ++frame) {
+                script.applyFrame(frame, host);
+                host.frame();
+                if ((frame + 1) % options.every() == 0) {
+                    host.picture().writePng(options.out().resolve(nameOf(frame + 1)));
+                }
+            }
+            String ink = host.inkShown() ? "ink shown" : "no ink shown";
+            System.out.println(frames + " frames played, " + ink + ": " + options.out());
+        }
+    }
+
+    private static GestureScript readScript(Options options) {
+        Path file = options.script();
+        try {
+            return GestureScript.parse(
+                Files.readString(file), file.toString(), options.width(), options.height());
+        } catch (IOException error) {
+            throw new HostException(file + ": cannot be read as a gesture script");
+        }
+    }
+
+    private static EffectHost newHost(Options options) {
+        Picture background = options.picture() == null
+            ? Picture.testPicture(options.width(), options.height())
+            : Photograph.read(options.picture(), options.width(), options.height());
+        return new EffectHost(options.width(), options.height(), background);
+    }
+
+    private static String nameOf(int framesPlayed) {
+        return String.format("frame-%04d.png", framesPlayed);
+    }
+}

@@ -1,0 +1,42 @@
+package javahost;
+
+import android.graphics.Bitmap;
+import java.awt.image.BufferedImage;
+import java.io.IOException;
+import java.nio.ByteBuffer;
+import java.nio.file.Path;
+import javax.imageio.ImageIO;
+
+/** 32-bit RGBA pixels, rows top to bottom without padding. */
+record Picture(int width, int height, byte[] rgba) {
+    static Picture testPicture(int width, int height) {
+        return new Picture(width, height, HostKit.makeTestPicture(width, height));
+    }
+
+    void writePng(Path file) throws IOException {
+        BufferedImage image = new BufferedImage(width, height, BufferedImage.TYPE_INT_ARGB);
+        ByteBuffer pixels = ByteBuffer.wrap(rgba);
+        for (int y = 0; y < height; ++y) {
+            for (int x = 0; x < width; ++x) {
+                image.setRGB(x, y, Integer.rotateRight(pixels.getInt(), 8));
+            }
+        }
+        ImageIO.write(image, "png", file.toFile());
+    }
+
+    Bitmap toBitmap() {
+        Bitmap bitmap = Bitmap.createBitmap(width, height, Bitmap.Config.ARGB_8888);
+        bitmap.copyPixelsFromBuffer(ByteBuffer.wrap(rgba));
+        return bitmap;
+    }
+
+    static Picture of(BufferedImage image) {
+        ByteBuffer pixels = ByteBuffer.allocate(image.getWidth() * image.getHeight() * 4);
+        for (int y = 0; y < image.getHeight(); ++y) {
+            for (int x = 0; x < image.getWidth(); ++x) {
+                pixels.putInt(Integer.rotateLeft(image.getRGB(x, y), 8));
+            }
+        }
+        return new Picture(image.getWidth(), image.getHeight(), pixels.array());
+    }
+}

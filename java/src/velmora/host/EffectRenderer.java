@@ -1,0 +1,125 @@
+package velmora.host;
+
+import android.graphics.Bitmap;
+import com.corvane.android.visualeffect.lock.velmora.NativeForVelmora;
+
+/**
+ * Calls the library in its order for one GL context: set-up once a size is known, textures, frames.
+ * Several scenes can share the renderer, one after the other. All calls come from the render thread
+ * with the context current.
+ *
+ * <p>The library has one state per process. If a process has two renderers, the last one to call
+ * activate draws, and the other one draws nothing.
+ */
+public final class EffectRenderer {
+    private static final int SHEEN_SLOT = 0;
+    private static final int BACKGROUND_SLOT = 1;
+    private static final int SECOND_BACKGROUND_SLOT = 2;
+
+    /** The renderer of the process whose GL names the library holds. Guarded by the class. */
+    private static EffectRenderer active;
+
+    private final NativeForVelmora velmora;
+    private final Bitmap sheen;
+    private boolean contextIsNew = true;
+    private boolean isActive;
+    private EffectScene shown;
+    private long lastFrame;
+    private boolean runs;
+
+    /** Takes the water's sheen, a square ARGB_8888 bitmap. */
+    public EffectRenderer(NativeForVelmora velmora, Bitmap sheen) {
+        this.velmora = velmora;
+        this.sheen = sheen;
+    }
+
+    /**
+     * Notes that a new context is current. A new surface for the same context is not reported here:
+     * the library's objects live on, and so does the ink.
+     */
+    public void contextCreated() { contextIsNew = true; }
+
+    /** Takes the library over from another renderer of the process. Any thread. */
+    public void activate() {
+        synchronized (EffectRenderer.class) {
+            if (active != this) {
+                active = this;
+                isActive = false;
+            }
+        }
+    }
+
+    /** Gives the library up, so that the process does not keep the scene and its pictures. */
+    public void release() {
+        synchronized (EffectRenderer.class) {
+            active = active == this ? null : active;
+            shown = null;
+        }
+    }
+
+    /**
+     * Draws the scene into the current surface. Returns false if the scene has no size yet or
+     * another renderer of the process is active; the surface is unchanged then.
+     *
+     * @param time nanoseconds on any clock
+     */
+    public boolean drawFrame(EffectScene scene, long time) {
+        synchronized (EffectRenderer.class) {
+            if (!scene.hasSize() || (active != null && active != this)) {
+                return false;
+            }
+            activate();
+            // The water does not catch up with a pause.
+            boolean goesOn = runs && scene == shown;
+            setUp(scene);
+            scene.frame(goesOn ? time - lastFrame : FramePacer.FRAME_TIME);
+            runs = scene.needsFrame();
+            lastFrame = time;
+            return true;
+        }
+    }
+
+    private void setUp(EffectScene scene) {
+        boolean namesAreNew = contextIsNew || !isActive;
+        boolean sceneIsNew = scene != shown;
+        boolean settingIsNew = sceneIsNew || scene.setUpIsStale() || !isActive;
+        if (settingIsNew) {
+            velmora.onInitSetting(scene.width(), scene.height(), scene.inkEnabled());
+        }
+        if (namesAreNew) {
+            velmora.onInitUVHBuffer();
+        }
+        if (namesAreNew || settingIsNew) {
+            velmora.onInitGPU();
+        }
+        if (settingIsNew) {
+            // A gesture on another screen must not go on here.
+            velmora.clearInkValue();
+            scene.inkIsGone();
+        }
+        loadTextures(scene, namesAreNew, sceneIsNew);
+        contextIsNew = false;
+        isActive = true;
+        shown = scene;
+        scene.setUpIsDone();
+    }
+
+    private void loadTextures(EffectScene scene, boolean namesAreNew, boolean sceneIsNew) {
+        if (namesAreNew) {
+            load(sheen, SHEEN_SLOT);
+        }
+        if (namesAreNew || sceneIsNew || scene.texturesAreStale()) {
+            load(scene.background(), BACKGROUND_SLOT);
+            load(scene.secondBackground(), SECOND_BACKGROUND_SLOT);
+            scene.texturesAreLoaded();
+        }
+    }
+
+    private void load(Bitmap picture, int slot) {
+        int result = velmora.LoadTextures(picture, slot);
+        if (result < 0) {
+            throw new HostException("picture " + slot + " was refused with code " + result
+                + ": expected a software ARGB_8888 bitmap");
+        }
+    }
+}

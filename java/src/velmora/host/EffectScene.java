@@ -1,0 +1,257 @@
+package velmora.host;
+
+import android.graphics.Bitmap;
+import com.corvane.android.visualeffect.lock.velmora.NativeForVelmora;
+import java.util.ArrayList;
+import java.util.List;
+
+/**
+ * The effect on one screen: its size, its water, its pictures and its touches. A scene outlives GL
+ * contexts and surfaces. All calls come from the render thread.
+ */
+public final class EffectScene {
+    /** Moves further apart than this many cells get ripples in between, so that they furrow. */
+    private static final double RIPPLE_SPACING = 2.0;
+
+    private static final double MAX_RIPPLES_AT_ONCE = 64.0;
+
+    /** Frames of rain after the last touch, 20 seconds. Endless rain would never let a phone rest. */
+    private static final int RAIN_FRAMES = 1200;
+
+    private static final class Touch {
+        final int action;
+        final double x;
+        final double y;
+        final float pressure;
+
+        Touch(int action, double x, double y, float pressure) {
+            this.action = action;
+            this.x = x;
+            this.y = y;
+            this.pressure = pressure;
+        }
+
+        boolean ends() {
+            return action == NativeForVelmora.ACTION_UP || action == NativeForVelmora.ACTION_CANCEL;
+        }
+    }
+
+    private final NativeForVelmora velmora;
+    private final Pictures pictures;
+    private final Look look = new Look();
+    private final float[] mvpMatrix = new float[16];
+    private final List<Touch> pendingTouches = new ArrayList<>();
+    private final IdleDetector idle = new IdleDetector();
+    private final Rain rain = new Rain();
+    private Settings settings = new Settings();
+    private WaterSettings waterSettings = new WaterSettings();
+    private int width;
+    private int height;
+    private WaterDriver water;
+    private Bitmap background;
+    private Bitmap secondBackground;
+    private boolean setUpIsStale = true;
+    private boolean texturesAreStale = true;
+    private Touch lastTouch;
+    private int rainFrames = RAIN_FRAMES;
+
+    /** Makes a scene with the default look and water. It is empty until its size is known. */
+    public EffectScene(NativeForVelmora velmora, Pictures pictures) {
+        this.velmora = velmora;
+        this.pictures = pictures;
+    }
+
+    /** Sets the surface's size in pixels. An empty surface and the same size change nothing. */
+    public void resize(int newWidth, int newHeight) {
+        boolean isSame = newWidth == width && newHeight == height;
+        if (isSame || newWidth < 1 || newHeight < 1) {
+            return;
+        }
+        width = newWidth;
+        height = newHeight;
+        setUpIsStale = true;
+        pendingTouches.clear();
+        lastTouch = null;
+        idle.fingerIsGone();
+        replaceWater();
+        replacePictures();
+    }
+
+    public int width() { return width; }
+
+    public int height() { return height; }
+
+    public Settings settings() { return settings; }
+
+    /** Applies new settings. The waves go on; the ink stays unless the mode changes. */
+    public void setSettings(Settings newSettings) {
+        setUpIsStale |= newSettings.isOn(Setting.WATER_ONLY) != settings.isOn(Setting.WATER_ONLY);
+        settings = newSettings;
+        settings.applyTo(look);
+        waterSettings = settings.water();
+        rainFrames = RAIN_FRAMES;
+        if (water != null && !water.adopt(waterSettings)) {
+            WaterDriver earlier = water;
+            replaceWater();
+            water.carryWaves(earlier);
+        }
+        idle.wake();
+    }
+
+    /** Takes the pictures anew, since the user chose others. */
+    public void replacePictures() {
+        background = null;
+        secondBackground = null;
+        texturesAreStale = true;
+        idle.wake();
+    }
+
+    /** Takes one touch event in screen pixels, y down. The next frame shows it. */
+    public void touch(int action, double x, double y, float pressure) {
+        int last = pendingTouches.size() - 1;
+        if (action == NativeForVelmora.ACTION_MOVE && last >= 0
+            && pendingTouches.get(last).action == action) {
+            // The library measures speed between events. One move per frame gives the same speed
+            // on every display.
+            pendingTouches.remove(last);
+        }
+        pendingTouches.add(new Touch(action, x, y, pressure));
+        rainFrames = RAIN_FRAMES;
+        idle.wake();
+    }
+
+    /** Lifts a finger whose further events do not arrive, for example on a hidden screen. */
+    public void releaseFinger() {
+        Touch last =
+            pendingTouches.isEmpty() ? lastTouch : pendingTouches.get(pendingTouches.size() - 1);
+        if (last != null && !last.ends()) {
+            touch(NativeForVelmora.ACTION_UP, last.x, last.y, last.pressure);
+        }
+    }
+
+    public void setInk(float red, float green, float blue) {
+        look.inkRed = red;
+        look.inkGreen = green;
+        look.inkBlue = blue;
+    }
+
+    public void showSecondBackground(boolean on) {
+        look.useSecondBackground = on;
+        idle.wake();
+    }
+
+    /** Removes the ink and ends the gesture. */
+    public void clearInk() {
+        applyTouches();
+        velmora.clearInkValue();
+        idle.inkIsGone();
+        idle.wake();
+    }
+
+    /** Returns true if the next frame differs from the last. */
+    public boolean needsFrame() { return water != null && (idle.needsFrame() || rains()); }
+
+    boolean inkEnabled() { return !settings.isOn(Setting.WATER_ONLY); }
+
+    boolean hasSize() { return water != null; }
+
+    boolean setUpIsStale() { return setUpIsStale; }
+
+    boolean texturesAreStale() { return texturesAreStale; }
+
+    void setUpIsDone() { setUpIsStale = false; }
+
+    void texturesAreLoaded() { texturesAreStale = false; }
+
+    /** Returns the background. It is kept for the next context. */
+    Bitmap background() {
+        background = background == null ? pictures.background(width, height) : background;
+        return background;
+    }
+
+    Bitmap secondBackground() {
+        secondBackground =
+            secondBackground == null ? pictures.secondBackground(width, height) : secondBackground;
+        return secondBackground;
+    }
+
+    /** Asks for a frame, since a new surface is empty. */
+    public void wake() { idle.wake(); }
+
+    /** Notes that the library holds no ink. */
+    void inkIsGone() { idle.inkIsGone(); }
+
+    /** Applies the touches and lets the water run for so many nanoseconds, then draws. */
+    void frame(long elapsed) {
+        long effectTime = (long) (elapsed * (double) settings.get(Setting.TIME_SCALE));
+        if (rains()) {
+            rain.fall(water, settings.get(Setting.RAIN), look.downRipple, effectTime);
+            --rainFrames;
+        }
+        applyTouches();
+        if (idle.inkHasFaded()) {
+            velmora.clearInkValue();
+            idle.inkIsGone();
+        }
+        water.advance(effectTime);
+        draw();
+        idle.frameDrawn(water.moves());
+    }
+
+    private boolean rains() { return settings.get(Setting.RAIN) > 0.0f && rainFrames > 0; }
+
+    private void replaceWater() {
+        water = new WaterDriver(velmora, width, height, waterSettings);
+        // The mesh is centred on the origin with y up. It covers the surface and a little more.
+        mvpMatrix[0] = 2.0f * WaterDriver.MESH_OVERHANG / water.meshSizeWidth;
+        mvpMatrix[5] = 2.0f * WaterDriver.MESH_OVERHANG / water.meshSizeHeight;
+        mvpMatrix[10] = 1.0f;
+        mvpMatrix[15] = 1.0f;
+    }
+
+    private void applyTouches() {
+        for (Touch touch : pendingTouches) {
+            velmora.onTouch(toPixel(touch.x), toPixel(touch.y), touch.action, touch.pressure);
+            strikeWater(touch);
+            idle.touch(touch.ends(), inkEnabled());
+            lastTouch = touch.ends() ? null : touch;
+        }
+        pendingTouches.clear();
+    }
+
+    private void strikeWater(Touch touch) {
+        if (touch.action == NativeForVelmora.ACTION_DOWN) {
+            water.ripple(touch.x, touch.y, look.downRipple);
+        } else if (touch.action == NativeForVelmora.ACTION_MOVE && lastTouch != null) {
+            furrow(lastTouch, touch);
+        }
+    }
+
+    private void furrow(Touch from, Touch to) {
+        double wayX = to.x - from.x;
+        double wayY = to.y - from.y;
+        double cellSize = (double) width / water.columns;
+        double cells = Math.hypot(wayX, wayY) / cellSize;
+        double spacing = RIPPLE_SPACING * waterSettings.rippleRadius / WaterSettings.CONE_RADIUS;
+        int strikes = (int) Math.min(Math.ceil(cells / spacing), MAX_RIPPLES_AT_ONCE);
+        for (int strike = 1; strike <= strikes; ++strike) {
+            double part = (double) strike / strikes;
+            water.ripple(from.x + wayX * part, from.y + wayY * part, look.moveRipple);
+        }
+    }
+
+    /** Rounds halves away from zero on both sides of it. */
+    private static int toPixel(double position) {
+        long distance = Math.round(Math.min(Math.abs(position), 1e9));
+        return (int) (position < 0 ? -distance : distance);
+    }
+
+    private void draw() {
+        velmora.onDrawFrame(water.positions, water.heights, water.indices, water.positions.length,
+            water.heights.length, water.indices.length, mvpMatrix, water.meshSizeWidth,
+            water.meshSizeHeight, water.numDetailsWidth, water.numDetailsHeight,
+            look.refractiveIndex, look.alpha, look.alphaRatio1Scale, look.alphaRatio2Scale,
+            look.inkRed, look.inkGreen, look.inkBlue, look.fresnelRatio, look.specularRatio,
+            look.exponent, look.useSecondBackground);
+    }
+}

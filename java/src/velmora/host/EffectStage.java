@@ -1,0 +1,103 @@
+package velmora.host;
+
+import java.util.ArrayList;
+import java.util.List;
+
+/**
+ * The screens of a process that share one renderer, one GL context and one thread: a live wallpaper
+ * on the home screen, on the lock screen and in its preview. Only the screen shown last draws. All
+ * calls come from the render thread.
+ */
+public final class EffectStage {
+    /** A window surface of the shared context. */
+    public interface Screen {
+        /** Makes the surface current. Returns false if the system gives no surface now. */
+        boolean makeCurrent();
+
+        /** Puts the drawn frame on the screen. */
+        void present();
+    }
+
+    private static final class Visible {
+        final EffectScene scene;
+        final Screen screen;
+
+        Visible(EffectScene scene, Screen screen) {
+            this.scene = scene;
+            this.screen = screen;
+        }
+    }
+
+    private final EffectRenderer renderer;
+    private final FramePacer pacer = new FramePacer();
+
+    /** In the order in which they were shown. */
+    private final List<Visible> visible = new ArrayList<>();
+
+    public EffectStage(EffectRenderer renderer) { this.renderer = renderer; }
+
+    /** Draws this scene from now on. */
+    public void show(EffectScene scene, Screen screen) {
+        hide(scene);
+        if (!visible.isEmpty()) {
+            // Its finger's further events belong to a screen that does not answer.
+            visible.get(visible.size() - 1).scene.releaseFinger();
+        }
+        visible.add(new Visible(scene, screen));
+        scene.wake();
+        renderer.activate();
+    }
+
+    /** Draws the scene no more; the scene shown before it draws again. */
+    public void hide(EffectScene scene) {
+        scene.releaseFinger();
+        if (visible.removeIf(entry -> entry.scene == scene) && !visible.isEmpty()) {
+            visible.get(visible.size() - 1).scene.wake();
+        }
+    }
+
+    /** Takes a touch of a scene's screen. Only the scene that draws answers to touches. */
+    public void touch(EffectScene scene, int action, double x, double y, float pressure) {
+        if (!visible.isEmpty() && visible.get(visible.size() - 1).scene == scene) {
+            scene.touch(action, x, y, pressure);
+        }
+    }
+
+    /**
+     * Takes part in one frame of the display, whatever the display's rate. Returns true if the next
+     * frame of the display may be needed; after false nothing is drawn until a touch or a change.
+     */
+    public boolean frame(long time) {
+        if (visible.isEmpty()) {
+            pacer.restart();
+            return false;
+        }
+        Visible top = visible.get(visible.size() - 1);
+        if (!top.scene.needsFrame()) {
+            pacer.restart();
+            return false;
+        }
+        if (pacer.isDue(time, top.scene.settings().get(Setting.TIME_SCALE))
+            && !draw(top.scene, top.screen, time)) {
+            return false;
+        }
+        return top.scene.needsFrame();
+    }
+
+    /** Draws one frame at once, for a system that waits for it, unless another scene is shown. */
+    public void drawNow(EffectScene scene, Screen screen, long time) {
+        if (visible.isEmpty() || visible.get(visible.size() - 1).scene == scene) {
+            draw(scene, screen, time);
+        }
+    }
+
+    private boolean draw(EffectScene scene, Screen screen, long time) {
+        if (!screen.makeCurrent()) {
+            return false;
+        }
+        if (renderer.drawFrame(scene, time)) {
+            screen.present();
+        }
+        return true;
+    }
+}

@@ -1,0 +1,8 @@
+package velmora.host;
+
+/** An error whose message is one line for the user: the failed input and the expected form. */
+public final class HostException extends RuntimeException {
+    private static final long serialVersionUID = 1;
+
+    public HostException(String message) { super(message); }
+}

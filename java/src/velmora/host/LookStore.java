@@ -1,0 +1,110 @@
+package velmora.host;
+
+import java.io.ByteArrayOutputStream;
+import java.io.File;
+import java.io.FileInputStream;
+import java.io.FileOutputStream;
+import java.io.IOException;
+import java.io.InputStream;
+import java.io.OutputStream;
+import java.nio.charset.StandardCharsets;
+import org.json.JSONException;
+import org.json.JSONObject;
+
+/**
+ * The chosen look on disk: the preset's name, the settings and a copy of the photo. An activity and a
+ * wallpaper in processes of their own share it: files are replaced as a whole.
+ */
+public final class LookStore {
+    private static final String PRESET = "preset";
+    private static final String SETTINGS = "settings";
+    private static final String PHOTO = "photo";
+    private static final String PHOTO_PREFIX = "photo-";
+
+    private final File folder;
+
+    public LookStore(File folder) { this.folder = folder; }
+
+    /** Returns the name of the chosen preset, or an empty string. */
+    public String presetName() { return read().optString(PRESET, ""); }
+
+    /** Returns the chosen settings, or the defaults. */
+    public Settings settings() {
+        try {
+            return Preset.parse(read().optString(SETTINGS, "{}"), PRESET);
+        } catch (HostException damaged) {
+            return new Settings();
+        }
+    }
+
+    /** Returns the copy of the chosen photo, or null. */
+    public File photo() {
+        File photo = new File(folder, read().optString(PHOTO, "none"));
+        return photo.isFile() ? photo : null;
+    }
+
+    public void savePreset(String name, Settings settings) throws IOException {
+        write(PRESET, name, SETTINGS, Preset.write(settings));
+    }
+
+    /** Copies a photo, so that it outlives the permission to read the original. */
+    public File savePhoto(InputStream photo) throws IOException {
+        makeFolder();
+        File copy = File.createTempFile(PHOTO_PREFIX, "", folder);
+        try (FileOutputStream out = new FileOutputStream(copy)) {
+            copy(photo, out);
+        } catch (IOException error) {
+            copy.delete();
+            throw error;
+        }
+        File old = photo();
+        write(PHOTO, copy.getName());
+        if (old != null) {
+            old.delete();
+        }
+        return copy;
+    }
+
+    /** Copies the rest of a stream. */
+    public static void copy(InputStream from, OutputStream to) throws IOException {
+        byte[] buffer = new byte[1 << 16];
+        for (int count; (count = from.read(buffer)) >= 0;) {
+            to.write(buffer, 0, count);
+        }
+    }
+
+    private JSONObject read() {
+        try (InputStream in = new FileInputStream(file())) {
+            ByteArrayOutputStream bytes = new ByteArrayOutputStream();
+            copy(in, bytes);
+            return new JSONObject(new String(bytes.toByteArray(), StandardCharsets.UTF_8));
+        } catch (IOException | JSONException missing) {
+            return new JSONObject();
+        }
+    }
+
+    private void write(String... membersAndValues) throws IOException {
+        makeFolder();
+        JSONObject look = read();
+        File whole = File.createTempFile("look-", "", folder);
+        try (FileOutputStream out = new FileOutputStream(whole)) {
+            for (int at = 0; at < membersAndValues.length; at += 2) {
+                look.put(membersAndValues[at], membersAndValues[at + 1]);
+            }
+            out.write(look.toString().getBytes(StandardCharsets.UTF_8));
+        } catch (JSONException error) {
+            throw new IllegalStateException(error);
+        }
+        if (!whole.renameTo(file())) {
+            throw new IOException("cannot replace " + file());
+        }
+    }
+
+    private void makeFolder() throws IOException {
+        if (!folder.isDirectory() && !folder.mkdirs()) {
+            throw new IOException("cannot make " + folder);
+        }
+    }
+
+    private File file() { return new File(folder, "look.json"); }
+}

@@ -1,0 +1,10 @@
+package velmora.host;
+
+import android.graphics.Bitmap;
+
+/** Makes the pictures of a screen: software ARGB_8888 bitmaps, opaque and in the screen's shape. */
+public interface Pictures {
+    Bitmap background(int width, int height);
+
+    Bitmap secondBackground(int width, int height);
+}

@@ -1,0 +1,88 @@
+package velmora.host;
+
+import java.util.Arrays;
+
+/** A value for each setting, and an ink. */
+public final class Settings {
+    private static final int SLOWEST_RATE = 60;
+
+    /** Waves are stable up to 0.5. */
+    private static final double MAX_WAVE_WEIGHT = 0.45;
+
+    /** Radius of a touch's ripple, as a fraction of the screen's shorter side. */
+    private static final double RIPPLE_RADIUS = 3.0 / 90.0;
+
+    private final float[] values = new float[Setting.values().length];
+    private final float[] ink;
+
+    /** Takes the defaults. */
+    public Settings() {
+        Look look = new Look();
+        ink = new float[] {look.inkRed, look.inkGreen, look.inkBlue};
+        for (Setting setting : Setting.values()) {
+            values[setting.ordinal()] = setting.initial;
+        }
+    }
+
+    public float get(Setting setting) { return values[setting.ordinal()]; }
+
+    /** Sets a value and clamps it to the setting's range. */
+    public void set(Setting setting, float value) {
+        values[setting.ordinal()] = Math.max(setting.min, Math.min(value, setting.max));
+    }
+
+    public boolean isOn(Setting setting) { return get(setting) != 0; }
+
+    /** Returns red, green and blue, each from 0 to 1. */
+    public float[] ink() { return ink.clone(); }
+
+    public void setInk(float red, float green, float blue) {
+        ink[0] = red;
+        ink[1] = green;
+        ink[2] = blue;
+    }
+
+    /** Writes the settings into the arguments of each frame. */
+    void applyTo(Look look) {
+        Look defaults = new Look();
+        look.refractiveIndex = get(Setting.REFRACTIVE_INDEX);
+        look.alphaRatio1Scale = get(Setting.SHEEN);
+        look.fresnelRatio = get(Setting.FRESNEL);
+        look.specularRatio = get(Setting.SPECULAR);
+        look.exponent = get(Setting.EXPONENT);
+        look.downRipple = get(Setting.RIPPLE);
+        look.moveRipple = get(Setting.RIPPLE) * (defaults.moveRipple / defaults.downRipple);
+        look.inkRed = ink[0];
+        look.inkGreen = ink[1];
+        look.inkBlue = ink[2];
+        look.useSecondBackground = isOn(Setting.SECOND_BACKGROUND);
+    }
+
+    /** Returns the grid, the step rate and the weights that give the set speed on the set mesh. */
+    WaterSettings water() {
+        int cells = (int) get(Setting.MESH_DETAIL);
+        double cellsPerSecond = (double) get(Setting.WAVE_SPEED) * cells;
+        int rate = SLOWEST_RATE;
+        while (waveWeight(cellsPerSecond, rate) > MAX_WAVE_WEIGHT) {
+            rate += SLOWEST_RATE;
+        }
+        float damping = (float) Math.pow(get(Setting.DAMPING), 60.0f / rate);
+        return new WaterSettings(
+            cells, damping, (float) waveWeight(cellsPerSecond, rate), rate, RIPPLE_RADIUS * cells);
+    }
+
+    private static double waveWeight(double cellsPerSecond, int rate) {
+        return Math.pow(cellsPerSecond / rate, 2.0);
+    }
+
+    @Override
+    public boolean equals(Object other) {
+        return other instanceof Settings && Arrays.equals(values, ((Settings) other).values)
+            && Arrays.equals(ink, ((Settings) other).ink);
+    }
+
+    @Override
+    public int hashCode() {
+        return 31 * Arrays.hashCode(values) + Arrays.hashCode(ink);
+    }
+}

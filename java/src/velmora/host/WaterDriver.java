@@ -1,0 +1,224 @@
+package velmora.host;
+
+import com.corvane.android.visualeffect.lock.velmora.NativeForVelmora;
+
+/**
+ * The water of one screen: two grids, the mesh arrays and the heights attribute. The library works on
+ * these arrays. They are allocated once, so that no frame allocates memory.
+ *
+ * <p>The cell in column x, row y of the grid lies at (x / columns, y / rows) of the screen, rows
+ * downwards. The mesh has one vertex more than cells along each side. The last vertices repeat the
+ * last cell, which is part of the fixed frame.
+ */
+final class WaterDriver {
+    /** Mesh units along the shorter side of the screen. Mesh units are square. */
+    private static final int SHORT_SIDE_MESH_UNITS = 16;
+
+    private static final int MAX_VERTICES = 65536;
+
+    /** The smallest grid that holds the fixed frame and the cone of a ripple. */
+    private static final int MIN_CELLS = 8;
+
+    private static final int MAX_SHORT_SIDE_CELLS = 254;
+
+    /** Duration of a step, in nanoseconds times steps per second. */
+    private static final long STEP_TIME = 1_000_000_000;
+
+    /** Longest time to catch up at once, in 60ths of a second. */
+    private static final long MAX_TIME_AT_ONCE = 4;
+
+    /** Volume of a cone over the area of a lattice cell: 2 pi / (3 sqrt 3). */
+    private static final double CONE_OVERLAP = 1.2092;
+
+    /** Distance of the rows of a triangular lattice, in distances of its points. */
+    private static final double LATTICE_ROW = 0.8660254;
+
+    /**
+     * Size of the drawn mesh, in screens. A ray from the effect's eye, 30 units before the mesh,
+     * meets the picture 30.9 units behind it. With this factor the picture's edge lies at the
+     * screen's edge.
+     */
+    static final float MESH_OVERHANG = 1.015f;
+
+    final int screenWidth;
+    final int screenHeight;
+
+    final int columns;
+    final int rows;
+    final int meshSizeWidth;
+    final int meshSizeHeight;
+    final int numDetailsWidth;
+    final int numDetailsHeight;
+    final float[] positions;
+    final short[] indices;
+
+    /** 3 floats per vertex: its height, its right neighbour's and its upper neighbour's. */
+    final float[] heights;
+
+    private final NativeForVelmora velmora;
+    private WaterSettings settings;
+    private final float[] velocity;
+    private final float[] height;
+    private boolean resting = true;
+    private long pendingTime;
+
+    WaterDriver(
+        NativeForVelmora velmora, int screenWidth, int screenHeight, WaterSettings settings) {
+        this.velmora = velmora;
+        this.screenWidth = screenWidth;
+        this.screenHeight = screenHeight;
+        this.settings = settings;
+        int shortSide =
+            Math.max(MIN_CELLS, Math.min(settings.shortSideCells, MAX_SHORT_SIDE_CELLS));
+        int longSide = MAX_VERTICES / (shortSide + 1) - 1;
+        columns = Math.min(scaled(shortSide, screenWidth, screenHeight), longSide);
+        rows = Math.min(scaled(shortSide, screenHeight, screenWidth), longSide);
+        numDetailsWidth = columns + 1;
+        numDetailsHeight = rows + 1;
+        meshSizeWidth = scaled(SHORT_SIDE_MESH_UNITS, screenWidth, screenHeight);
+        meshSizeHeight = scaled(SHORT_SIDE_MESH_UNITS, screenHeight, screenWidth);
+
+        int vertices = numDetailsWidth * numDetailsHeight;
+        velocity = new float[columns * rows];
+        height = new float[columns * rows];
+        positions = new float[vertices * 3];
+        heights = new float[vertices * 3];
+        indices = new short[columns * rows * 6];
+        velmora.initWaters(positions, indices, vertices, meshSizeWidth, meshSizeHeight,
+            numDetailsWidth, numDetailsHeight);
+    }
+
+    private static int scaled(int shortSide, int side, int otherSide) {
+        double aspect = Math.max(1.0, (double) side / otherSide);
+        return (int) Math.round(Math.min(shortSide * aspect, MAX_VERTICES));
+    }
+
+    /** Applies settings under the running waves. Returns false if they need another grid. */
+    boolean adopt(WaterSettings changed) {
+        boolean fits = changed.shortSideCells == settings.shortSideCells;
+        settings = fits ? changed : settings;
+        return fits;
+    }
+
+    /** Takes over the waves of a water of the same screen on another grid, as they stand and run. */
+    void carryWaves(WaterDriver from) {
+        carry(from, from.height, height, 1.0f);
+        carry(from, from.velocity, velocity,
+            (float) from.settings.stepsPerSecond / settings.stepsPerSecond);
+        resting = from.resting;
+        if (settings.stepsPerSecond == from.settings.stepsPerSecond) {
+            pendingTime = from.pendingTime;
+        }
+        buildHeights();
+    }
+
+    private void carry(WaterDriver from, float[] source, float[] target, float factor) {
+        for (int row = 1; row < rows - 1; ++row) {
+            for (int column = 1; column < columns - 1; ++column) {
+                double x = (double) column * from.columns / columns;
+                double y = (double) row * from.rows / rows;
+                target[row * columns + column] = factor * from.valueBetween(source, x, y);
+            }
+        }
+    }
+
+    /** Returns the grid's value at a place between cells. Beyond the last cell its value goes on. */
+    private float valueBetween(float[] grid, double x, double y) {
+        int left = Math.min((int) x, columns - 2);
+        int top = Math.min((int) y, rows - 2);
+        float weightX = (float) Math.min(1.0, x - left);
+        float weightY = (float) Math.min(1.0, y - top);
+        int cell = top * columns + left;
+        float above = mix(grid[cell], grid[cell + 1], weightX);
+        float below = mix(grid[cell + columns], grid[cell + columns + 1], weightX);
+        return mix(above, below, weightY);
+    }
+
+    /** Interpolates as C++ does with std::lerp, so that both hosts carry the same waves. */
+    private static float mix(float from, float to, float weight) {
+        if (from <= 0 && to >= 0 || from >= 0 && to <= 0) {
+            return weight * to + (1 - weight) * from;
+        }
+        if (weight == 1) {
+            return to;
+        }
+        float mixed = from + weight * (to - from);
+        return to > from ? Math.min(mixed, to) : Math.max(mixed, to);
+    }
+
+    /** Returns true while a wave runs. */
+    boolean moves() { return !resting; }
+
+    /** Raises a cone at a touch, in screen pixels with y down, and wakes the water. */
+    void ripple(double x, double y, float strength) {
+        double radius = settings.rippleRadius;
+        if (radius <= WaterSettings.CONE_RADIUS) {
+            // The library's cone is wider, so a flatter cone of the same volume rises.
+            double flatter =
+                radius * radius / (WaterSettings.CONE_RADIUS * WaterSettings.CONE_RADIUS);
+            raiseCone(x, y, (float) (strength * flatter));
+        } else {
+            raiseWideCone(x, y, strength);
+        }
+        resting = false;
+    }
+
+    /** Raises cones of the library on a triangular lattice. Their sum is one wide cone. */
+    private void raiseWideCone(double x, double y, float strength) {
+        double spacing = WaterSettings.CONE_RADIUS * (double) screenWidth / columns;
+        double width = settings.rippleRadius / WaterSettings.CONE_RADIUS;
+        int reach = (int) (width / LATTICE_ROW);
+        for (int row = -reach; row <= reach; ++row) {
+            for (int place = -reach - 1; place <= reach; ++place) {
+                double right = place + (row % 2 == 0 ? 0.0 : 0.5);
+                double down = row * LATTICE_ROW;
+                double part = (1.0 - Math.hypot(right, down) / width) / CONE_OVERLAP;
+                if (part > 0.0) {
+                    raiseCone(x + right * spacing, y + down * spacing, (float) (strength * part));
+                }
+            }
+        }
+    }
+
+    private void raiseCone(double x, double y, float strength) {
+        float fromCentreX = (float) ((x - screenWidth / 2.0) / MESH_OVERHANG);
+        float fromCentreY = (float) ((y - screenHeight / 2.0) / MESH_OVERHANG);
+        velmora.ripple(
+            height, screenWidth, screenHeight, columns, rows, fromCentreX, fromCentreY, strength);
+    }
+
+    /** Runs the steps due after so many nanoseconds. A host that stalled does not catch up. */
+    void advance(long elapsed) {
+        if (resting) {
+            pendingTime = 0;
+            return;
+        }
+        long rate = settings.stepsPerSecond;
+        long limit = MAX_TIME_AT_ONCE * rate / 60 * STEP_TIME;
+        pendingTime = Math.min(pendingTime + elapsed * rate, limit);
+        for (; pendingTime >= STEP_TIME && !resting; pendingTime -= STEP_TIME) {
+            resting = step();
+        }
+        buildHeights();
+    }
+
+    private boolean step() {
+        return velmora.move(velocity, height, 1, 1, columns - 1, rows - 1, columns, 0, true,
+            settings.damping, settings.waveSpeed);
+    }
+
+    private void buildHeights() {
+        int vertex = 0;
+        for (int column = 0; column < numDetailsWidth; ++column) {
+            for (int row = 0; row < numDetailsHeight; ++row) {
+                heights[vertex++] = heightAt(column, row);
+                heights[vertex++] = heightAt(column + 1, row);
+                heights[vertex++] = heightAt(column, Math.max(row - 1, 0));
+            }
+        }
+    }
+
+    private float heightAt(int column, int row) {
+        return height[Math.min(row, rows - 1) * columns + Math.min(column, columns - 1)];
+    }
+}

@@ -1,0 +1,380 @@
+package javahost;
+
+import android.graphics.Bitmap;
+import com.corvane.android.visualeffect.lock.velmora.NativeForVelmora;
+import com.sun.management.ThreadMXBean;
+import java.io.ByteArrayInputStream;
+import java.io.File;
+import java.io.IOException;
+import java.lang.management.ManagementFactory;
+import java.nio.file.Files;
+import java.nio.file.Path;
+import java.util.Arrays;
+import javax.imageio.ImageIO;
+import velmora.host.EffectRenderer;
+import velmora.host.EffectScene;
+import velmora.host.EffectStage;
+import velmora.host.FramePacer;
+import velmora.host.GestureScript;
+import velmora.host.LookStore;
+import velmora.host.Pictures;
+import velmora.host.Preset;
+import velmora.host.Setting;
+import velmora.host.Settings;
+import velmora.host.Sheen;
+import velmora.host.TouchTranslator;
+
+/**
+ * Plays the events of a host's life on a device, and prints digests of the screen. Arguments: the
+ * case and a gesture script.
+ */
+final class LifecycleCases {
+    private static final int WIDTH = 180;
+    private static final int HEIGHT = 320;
+
+    private final NativeForVelmora velmora = new NativeForVelmora();
+    private final EffectRenderer renderer = new EffectRenderer(velmora, Sheen.makeBitmap());
+    private final EffectStage stage = new EffectStage(renderer);
+    private final String script;
+    private int photo = 1;
+    private int photosMade;
+    private long time;
+    private int frames;
+
+    private LifecycleCases(String script) { this.script = script; }
+
+    public static void main(String[] arguments) throws IOException {
+        LifecycleCases cases = new LifecycleCases(Files.readString(Path.of(arguments[1])));
+        switch (arguments[0]) {
+            case "surfaces":
+                cases.surfaces();
+                break;
+            case "engines":
+                cases.engines();
+                break;
+            case "fingers":
+                cases.fingers();
+                break;
+            case "rates":
+                cases.rates();
+                break;
+            case "settings":
+                cases.settings();
+                break;
+            case "look":
+                look(new File(arguments[2]));
+                break;
+            case "idle":
+                cases.idle();
+                break;
+            default:
+                cases.presets(arguments);
+        }
+    }
+
+    /** A scene with an off-screen surface; one window of a device. */
+    private final class Window implements EffectStage.Screen, GestureScript.Target {
+        final EffectScene scene = new EffectScene(velmora, new Photos());
+        private int width;
+        private int height;
+        private long surface;
+
+        /** The platform's surfaceChanged, with a new surface of the current context. */
+        void changeSurface(int newWidth, int newHeight) {
+            width = newWidth;
+            height = newHeight;
+            surface = HostKit.createSurface(width, height);
+            scene.resize(width, height);
+        }
+
+        Window show() {
+            stage.show(scene, this);
+            return this;
+        }
+
+        /** Plays the stroke, or rests while `from` lies behind it, on a display of 60 Hz. */
+        void play(int from, int count) {
+            GestureScript stroke = GestureScript.parse(script, "stroke", width, height);
+            for (int frame = from; frame < from + count; ++frame) {
+                stroke.applyFrame(frame, this);
+                stage.frame(time += FramePacer.FRAME_TIME);
+            }
+        }
+
+        void print(String name) {
+            HostKit.useSurface(surface);
+            System.out.println(name + " " + digest(HostKit.readScreen(width, height)));
+        }
+
+        @Override
+        public boolean makeCurrent() {
+            HostKit.useSurface(surface);
+            return true;
+        }
+
+        @Override
+        public void present() {
+            ++frames;
+        }
+
+        @Override
+        public void touch(int action, double x, double y, float pressure) {
+            stage.touch(scene, action, x, y, pressure);
+        }
+
+        @Override
+        public void setInk(float red, float green, float blue) {
+            scene.setInk(red, green, blue);
+        }
+
+        @Override
+        public void showSecondBackground(boolean on) {
+            scene.showSecondBackground(on);
+        }
+
+        @Override
+        public void clearInk() {
+            scene.clearInk();
+        }
+
+        @Override
+        public void loseContext() {
+            HostKit.createContext(1, 1);
+            renderer.contextCreated();
+            surface = HostKit.createSurface(width, height);
+        }
+    }
+
+    private final class Photos implements Pictures {
+        @Override
+        public Bitmap background(int width, int height) {
+            ++photosMade;
+            return Picture.testPicture(width, photo * height).toBitmap();
+        }
+
+        @Override
+        public Bitmap secondBackground(int width, int height) {
+            return Picture.testPicture(height, width).toBitmap();
+        }
+    }
+
+    private Window newWindow(int width, int height) {
+        if (time == 0) {
+            HostKit.createContext(1, 1);
+        }
+        Window window = new Window();
+        window.changeSurface(width, height);
+        return window;
+    }
+
+    /** Pause and resume with and without a lost context, a rotation, another photo in a pause. */
+    private void surfaces() {
+        HostKit.createContext(1, 1);
+        Window window = new Window().show();
+        window.scene.resize(0, HEIGHT);
+        System.out.println("drawn without a size " + renderer.drawFrame(window.scene, 0));
+        window.changeSurface(WIDTH, HEIGHT);
+        window.play(0, 20);
+        window.print("first");
+        stage.hide(window.scene);
+        window.changeSurface(WIDTH, HEIGHT);
+        window.show().play(20, 4);
+        window.print("resumed");
+        int objects = HostKit.countObjects();
+        window.changeSurface(HEIGHT, WIDTH);
+        window.play(0, 20);
+        window.print("rotated");
+        System.out.println("more objects " + (HostKit.countObjects() - objects));
+        stage.hide(window.scene);
+        window.loseContext();
+        window.show().play(20, 4);
+        window.print("context lost");
+        stage.hide(window.scene);
+        photo = 2;
+        window.scene.replacePictures();
+        window.show().play(24, 4);
+        window.print("photo changed");
+        System.out.println("photos made " + photosMade);
+    }
+
+    /** Home screen, its preview over it, and the home screen again. */
+    private void engines() {
+        Window home = newWindow(WIDTH, HEIGHT).show();
+        home.play(0, 8);
+        home.print("home");
+        Window preview = newWindow(120, 200).show();
+        home.touch(NativeForVelmora.ACTION_MOVE, 10, 10, 1.0f);
+        preview.play(0, 20);
+        preview.print("preview");
+        home.print("home behind");
+        stage.hide(preview.scene);
+        home.play(0, 20);
+        home.print("home again");
+        EffectRenderer other = new EffectRenderer(velmora, Sheen.makeBitmap());
+        other.activate();
+        System.out.println("drawn beside another " + renderer.drawFrame(home.scene, time));
+        renderer.activate();
+        System.out.println("drawn in its stead " + renderer.drawFrame(home.scene, time));
+    }
+
+    /** A second finger comes, the first leaves, the second moves on and leaves; then a tap. */
+    private void fingers() {
+        int[][] events = {{0, 0, 0, 40, 90}, {2, 0, 0, 60, 110}, {2, 0, 0, 90, 120},
+            {5, 1, 0, 90, 120}, {2, 0, 0, 110, 150}, {6, 0, 0, 114, 152}, {2, 1, 1, 30, 260},
+            {2, 1, 1, 150, 300}, {1, 1, 1, 150, 300}, {0, 0, 0, 60, 240}, {5, 1, 0, 60, 240},
+            {6, 1, 0, 60, 240}, {3, 0, 0, 60, 240}, {0, 4, 4, 100, 60}, {1, 4, 4, 100, 60}};
+        Window window = newWindow(WIDTH, HEIGHT).show();
+        TouchTranslator translator = new TouchTranslator();
+        for (int[] event : events) {
+            int action = translator.translate(event[0], event[1]);
+            if (action != TouchTranslator.IGNORED) {
+                window.touch(action, event[3], event[4], 0.6f);
+            }
+            window.play(100, 2);
+        }
+        window.print("fingers");
+        window.touch(NativeForVelmora.ACTION_DOWN, 100, 60, 0.6f);
+        ThreadMXBean thread = (ThreadMXBean) ManagementFactory.getThreadMXBean();
+        long bytes = thread.getCurrentThreadAllocatedBytes();
+        for (int frame = 0; frame < 20; ++frame) {
+            stage.frame(time += FramePacer.FRAME_TIME);
+        }
+        bytes = thread.getCurrentThreadAllocatedBytes() - bytes;
+        System.out.println("a frame allocates little " + (bytes < 20 * 1024));
+    }
+
+    /** The stroke on a display of 120 Hz with as many touches; the frames drawn on others. */
+    private void rates() {
+        Window window = newWindow(WIDTH, HEIGHT).show();
+        GestureScript stroke = GestureScript.parse(script, "stroke", WIDTH, HEIGHT);
+        Halfway halfway = new Halfway(window);
+        for (int tick = 0; tick < 60; ++tick) {
+            halfway.isHalf = tick % 2 == 1;
+            stroke.applyFrame((tick + 1) / 2, halfway);
+            stage.frame(time = tick * 1_000_000_000L / 120);
+        }
+        window.print("120 Hz, " + frames);
+        for (int rate : new int[] {60, 75, 90, 120, 144, 240}) {
+            FramePacer pacer = new FramePacer();
+            int drawn = 0;
+            for (int tick = 0; tick < 10 * rate; ++tick) {
+                drawn += pacer.isDue(tick * 1_000_000_000L / rate, 1.0f) ? 1 : 0;
+            }
+            System.out.println(rate + " Hz, " + drawn);
+        }
+    }
+
+    /** Moves a finger half of the way first, as a display of twice the rate reports it. */
+    private static final class Halfway implements GestureScript.Target {
+        boolean isHalf;
+        private final GestureScript.Target target;
+        private double lastX;
+        private double lastY;
+
+        Halfway(GestureScript.Target target) { this.target = target; }
+
+        @Override
+        public void touch(int action, double x, double y, float pressure) {
+            if (!isHalf) {
+                target.touch(action, x, y, pressure);
+                lastX = x;
+                lastY = y;
+            } else if (action == NativeForVelmora.ACTION_MOVE) {
+                target.touch(action, (lastX + x) / 2, (lastY + y) / 2, pressure);
+            }
+        }
+
+        @Override
+        public void setInk(float red, float green, float blue) {}
+
+        @Override
+        public void showSecondBackground(boolean on) {}
+
+        @Override
+        public void clearInk() {}
+
+        @Override
+        public void loseContext() {}
+    }
+
+    /** After a touch the host draws until nothing moves, also if the screen is hidden before the up. */
+    private void idle() {
+        Window window = newWindow(WIDTH / 2, HEIGHT / 2).show();
+        Settings coarse = new Settings();
+        coarse.set(Setting.MESH_DETAIL, 24);
+        window.scene.setSettings(coarse);
+        window.play(0, 13);
+        stage.hide(window.scene);
+        window.show();
+        drawUntilRest();
+        window.print("rest after " + frames);
+        window.play(14, 100);
+        System.out.println("frames at rest " + frames);
+        window.play(0, 10);
+        stage.hide(newWindow(WIDTH, HEIGHT).show().scene);
+        drawUntilRest();
+        window.print("rest again after " + frames);
+    }
+
+    private void drawUntilRest() {
+        while (stage.frame(time += FramePacer.FRAME_TIME) && frames < 1000) {
+        }
+    }
+
+    /** Another grid and another step rate under running waves. */
+    private void settings() {
+        Window window = newWindow(WIDTH, HEIGHT).show();
+        window.play(0, 8);
+        Settings fine = new Settings();
+        fine.set(Setting.MESH_DETAIL, 120);
+        window.scene.setSettings(fine);
+        window.play(8, 4);
+        window.print("finer");
+    }
+
+    /** A look that a user chooses, as another process finds it. */
+    private static void look(File folder) throws IOException {
+        LookStore app = new LookStore(folder);
+        LookStore wallpaper = new LookStore(folder);
+        System.out.println(wallpaper.photo() + " " + wallpaper.presetName().isEmpty() + " "
+            + wallpaper.settings().equals(new Settings()));
+        Settings settings = new Settings();
+        settings.set(Setting.RAIN, 3.5f);
+        settings.setInk(0.1f, 0.2f, 0.3f);
+        File first = app.savePhoto(new ByteArrayInputStream(new byte[] {1}));
+        app.savePreset("my rain", settings);
+        app.savePhoto(new ByteArrayInputStream(new byte[] {2, 3}));
+        System.out.println(wallpaper.photo().length() + " " + first.exists() + " "
+            + wallpaper.presetName() + " " + wallpaper.settings().equals(settings) + " "
+            + folder.list().length);
+        Files.writeString(folder.toPath().resolve("look.json"), "{\"settings\": \"{ 7");
+        System.out.println(wallpaper.settings().equals(new Settings()));
+    }
+
+    /** Compares presets, given as pairs of a preset and the player's picture after 24 frames. */
+    private void presets(String[] arguments) throws IOException {
+        for (int at = 2; at < arguments.length; at += 2) {
+            Settings settings = Preset.parse(Files.readString(Path.of(arguments[at])), "preset");
+            if (!Preset.parse(Preset.write(settings), "written").equals(settings)) {
+                throw new AssertionError(arguments[at] + " changes when it is written");
+            }
+            if (Files.exists(Path.of(arguments[at + 1]))) {
+                Window window = newWindow(WIDTH, HEIGHT).show();
+                window.scene.setSettings(settings);
+                window.play(0, 24);
+                HostKit.useSurface(window.surface);
+                Picture seen = new Picture(WIDTH, HEIGHT, HostKit.readScreen(WIDTH, HEIGHT));
+                Picture players = Picture.of(ImageIO.read(Path.of(arguments[at + 1]).toFile()));
+                System.out.println(Arrays.equals(seen.rgba(), players.rgba()));
+            }
+        }
+    }
+
+    private static String digest(byte[] bytes) {
+        long state = 0xCBF29CE484222325L;
+        for (byte one : bytes) {
+            state = (state ^ (one & 0xFF)) * 0x100000001B3L;
+        }
+        return String.format("%016x", state);
+    }
+}

@@ -1,0 +1,190 @@
+// The host that Android and the JVM share, through the lives of its screens: its pictures are those of the host in
+// C++ that meets the same events.
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <cmath>
+#include <cstdint>
+#include <filesystem>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "hostkit/digest.h"
+#include "hostkit/effect_host.h"
+#include "hostkit/gesture_script.h"
+#include "hostkit/native.h"
+#include "tests/java/run_java.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+using hostkit::EffectHost;
+using hostkit::Touch;
+using hostkit::TouchAction;
+
+constexpr int width = 180;
+constexpr int height = 320;
+
+std::string lifecycle(const std::string& arguments) {
+    return runJava("-cp " HOST_JAR ":" TEST_JAR ":" JSON_JAR " javahost.LifecycleCases " +
+                   arguments)
+        .output;
+}
+
+std::string digest(const EffectHost& host) {
+    hostkit::Digest digest;
+    const std::vector<std::uint8_t> pixels = host.pixels();
+    addBytes(digest, std::as_bytes(std::span(pixels)));
+    return hex(digest) + "\n";
+}
+
+/// Plays frames of the stroke, which begins in frame 1 and ends in frame 13.
+void play(EffectHost& host, int from, int count,
+          std::chrono::nanoseconds elapsed = hostkit::displayedFrame) {
+    static const auto stroke = hostkit::loadGestureScript(STROKE_GESTURE);
+    const auto scaled = scaledToScreen(stroke, host.width(), host.height());
+    for (int frame = from; frame < from + count; ++frame) {
+        host.frame(eventsOfFrame(scaled, frame), elapsed);
+    }
+}
+
+TEST(Lifecycle, SurfacesAndContextsComeAndGo) {
+    EffectHost upright({.width = width, .height = height});
+    play(upright, 0, 20);
+    std::string expected = "drawn without a size false\nfirst " + digest(upright);
+    play(upright, 20, 4);
+    expected += "resumed " + digest(upright);
+    EffectHost rotated({.width = height, .height = width});
+    rotated.clearInk();
+    play(rotated, 0, 20);
+    expected += "rotated " + digest(rotated) + "more objects 0\n";
+    rotated.loseContext();
+    play(rotated, 20, 4);
+    expected += "context lost " + digest(rotated);
+    rotated.setBackgrounds(hostkit::makeTestPicture(height, 2 * width), {});
+    play(rotated, 24, 4);
+    expected += "photo changed " + digest(rotated);
+    EXPECT_EQ(lifecycle("surfaces " STROKE_GESTURE), expected + "photos made 3\n");
+}
+
+TEST(Lifecycle, OnlyTheScreenShownLastDraws) {
+    EffectHost home({.width = width, .height = height});
+    play(home, 0, 8);
+    const std::string behind = digest(home);
+    EffectHost preview({.width = 120, .height = 200});
+    preview.clearInk();
+    play(preview, 0, 20);
+    std::string expected =
+        "home " + behind + "preview " + digest(preview) + "home behind " + behind;
+    hostkit::native::onInitSetting(home.jni().env(), nullptr, width, height, JNI_TRUE);
+    home.loseContext();
+    home.clearInk();
+    home.touch({TouchAction::up, 96, 150, 0.6f});  // the preview hid the rest of the stroke
+    play(home, 0, 20);
+    expected += "home again " + digest(home);
+    EXPECT_EQ(lifecycle("engines " STROKE_GESTURE),
+              expected + "drawn beside another false\ndrawn in its stead true\n");
+}
+
+TEST(Lifecycle, TheFirstFingerAloneTouches) {
+    EffectHost host({.width = width, .height = height});
+    for (const Touch& touch : {Touch{TouchAction::down, 40, 90, 0.6f},
+                               {TouchAction::move, 60, 110, 0.6f},
+                               {TouchAction::move, 90, 120, 0.6f},
+                               {},
+                               {TouchAction::move, 110, 150, 0.6f},
+                               {TouchAction::up, 114, 152, 0.6f},
+                               {},
+                               {},
+                               {},
+                               {TouchAction::down, 60, 240, 0.6f},
+                               {},
+                               {},
+                               {TouchAction::cancel, 60, 240, 0.6f},
+                               {TouchAction::down, 100, 60, 0.6f},
+                               {TouchAction::up, 100, 60, 0.6f}}) {
+        if (touch.pressure > 0.0f) {
+            host.touch(touch);
+        }
+        host.frame();
+        host.frame();
+    }
+    EXPECT_EQ(lifecycle("fingers " STROKE_GESTURE),
+              "fingers " + digest(host) + "a frame allocates little true\n");
+}
+
+TEST(Lifecycle, AFastDisplayShowsSixtyFramesASecond) {
+    EffectHost host({.width = width, .height = height});
+    play(host, 0, 2);
+    for (int frame = 2; frame < 30; ++frame) {
+        const auto at = [](int one) {
+            return std::chrono::nanoseconds(one * 1'000'000'000LL / 60);
+        };
+        play(host, frame, 1, at(frame) - at(frame - 1));
+    }
+    std::string expected = "120 Hz, 30 " + digest(host);
+    for (const char* rate : {"60", "75", "90", "120", "144", "240"}) {
+        expected.append(rate).append(" Hz, 600\n");
+    }
+    EXPECT_EQ(lifecycle("rates " STROKE_GESTURE), expected);
+}
+
+/// Draws on after a frame with the last touch until ink and water are calm; returns the frames drawn.
+int drawUntilRest(EffectHost& host, int frames) {
+    // A tap's 13 frames, 35 before the fade and 68 of fade; one of them is drawn.
+    const int clearFrame = frames - 1 + 13 + 35 + 68;
+    for (; frames < clearFrame; ++frames) {
+        host.frame();
+    }
+    EXPECT_TRUE(host.inkShown());
+    host.clearInk();
+    do {
+        host.frame();
+        ++frames;
+    } while (!host.water().resting);
+    return frames;
+}
+
+TEST(Lifecycle, DrawsNothingAtRest) {
+    EffectHost host({.width = width / 2,
+                     .height = height / 2,
+                     .look = {.moveRipple = 2.4f * (0.4f / 2.4f)},
+                     .water = {.shortSideCells = 24,
+                               .waveSpeed = 0.365f * 0.4f * 0.365f * 0.4f,
+                               .rippleRadius = 0.8}});
+    play(host, 0, 14);
+    const int frames = drawUntilRest(host, 14);
+    const std::string rest = std::to_string(frames);
+    std::string expected =
+        "rest after " + rest + " " + digest(host) + "frames at rest " + rest + "\n";
+    play(host, 1, 9);
+    host.touch({TouchAction::up, 65, 80, 0.6f});
+    host.frame();
+    expected += "rest again after " + std::to_string(drawUntilRest(host, frames + 10)) + " ";
+    EXPECT_EQ(lifecycle("idle " STROKE_GESTURE), expected + digest(host));
+}
+
+TEST(Lifecycle, WavesGoOnUnderOtherSettings) {
+    EffectHost host({.width = width, .height = height});
+    play(host, 0, 8);
+    host.look().moveRipple = 2.4f * (0.4f / 2.4f);
+    host.replaceWater({.shortSideCells = 120,
+                       .damping = std::pow(0.97f, 0.5f),
+                       .waveSpeed = 0.365f * 0.365f,
+                       .stepsPerSecond = 120,
+                       .rippleRadius = 4.0});
+    play(host, 8, 4);
+    EXPECT_EQ(lifecycle("settings " STROKE_GESTURE), "finer " + digest(host));
+}
+
+TEST(Lifecycle, TheChosenLookOutlivesItsProcess) {
+    const fs::path folder = fs::current_path() / "java-look";
+    fs::remove_all(folder);
+    EXPECT_EQ(lifecycle("look " STROKE_GESTURE " " + folder.string()),
+              "null true true\n2 false my rain true 2\ntrue\n");
+    fs::remove_all(folder);
+}
+
+}  // namespace

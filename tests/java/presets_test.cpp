@@ -1,0 +1,51 @@
+// Presets as Android parses them look as they do in the player.
+
+#include <gdk-pixbuf/gdk-pixbuf.h>
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <string>
+
+#include "hostkit/picture.h"
+#include "tests/java/run_java.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+
+TEST(Presets, LookAsInThePlayer) {
+    const fs::path folder = fs::current_path() / "java-presets";
+    fs::create_directories(folder);
+    const std::string picture = (folder / "picture.png").string();
+    hostkit::Picture board = hostkit::makeTestPicture(180, 320);
+    GdkPixbuf* const image = gdk_pixbuf_new_from_data(board.rgba.data(), GDK_COLORSPACE_RGB, TRUE,
+                                                      8, 180, 320, 4 * 180, nullptr, nullptr);
+    gdk_pixbuf_save(image, picture.c_str(), "png", nullptr, nullptr);
+    g_object_unref(image);
+    std::string pairs;
+    for (const fs::directory_entry& entry : fs::directory_iterator(PRESETS)) {
+        if (entry.path().extension() == ".json") {
+            const fs::path still = folder / entry.path().stem() / "frame-12.png";
+            pairs.append(" ").append(entry.path().string()).append(" ").append(still.string());
+        }
+    }
+    // Water that rains and water of wide ripples, both with fine meshes and more than 60 steps a second.
+    for (const char* const name : {"storm", "glass"}) {
+        std::string command = PLAYER " --headless --size 180x320 --script " STROKE_GESTURE " ";
+        command.append(picture)
+            .append(" --preset " PRESETS "/")
+            .append(name)
+            .append(".json --out ");
+        command.append((folder / name).string()).append(" >/dev/null 2>&1");
+        ASSERT_EQ(std::system(command.c_str()), 0);
+        const Ended java = runJava("-cp " HOST_JAR ":" TEST_JAR ":" JSON_JAR
+                                   " javahost.LifecycleCases presets " STROKE_GESTURE +
+                                   pairs);
+        EXPECT_EQ(java.output, "true\n") << name;
+        fs::remove_all(folder / name);
+    }
+    fs::remove_all(folder);
+}
+
+}  // namespace

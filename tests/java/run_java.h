@@ -1,0 +1,25 @@
+#pragma once
+
+#include <sys/wait.h>
+
+#include <cstdio>
+#include <string>
+
+struct Ended {
+    int exitCode;
+    /// Both output streams, with the JVM's warnings.
+    std::string output;
+};
+
+/// Runs a Java program of the build with the JVM's checks of each JNI call.
+inline Ended runJava(const std::string& arguments) {
+    const std::string command =
+        "LD_LIBRARY_PATH=" LIBRARIES " " JAVA " -Xcheck:jni " + arguments + " 2>&1";
+    std::FILE* const pipe = popen(command.c_str(), "r");
+    Ended ended{};
+    for (int letter; (letter = std::fgetc(pipe)) != EOF;) {
+        ended.output += static_cast<char>(letter);
+    }
+    ended.exitCode = WEXITSTATUS(pclose(pipe));
+    return ended;
+}
