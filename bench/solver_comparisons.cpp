@@ -6,17 +6,20 @@
 #include <utility>
 
 #include "bench/side_by_side.h"
+#include "effect/effect_state.h"
+#include "effect/tuning.h"
+#include "solver/float_grid.h"
+#include "solver/passes.h"
 #include "solver/solver_step.h"
 #include "solver/velocity_packing.h"
 #include "tests/oracle/plain_kernels.h"
+#include "velmora/solver_grid.h"
 
 using namespace velmora;
 
 namespace bench {
 
 namespace {
-
-constexpr std::int32_t cellSize = 12;  // screen pixels
 
 struct ScreenSize {
     std::int32_t width;
@@ -83,9 +86,13 @@ struct Flow {
         step();
     }
 
-    void step() { velmora::runSolverStep(state, touch); }
+    void step() {
+        std::srand(1);  // the passes that the plain kernels repeat hold this sink
+        state.stepSettings = beginSolverStep(state, touch);
+        runSolverStep(&state);
+    }
 
-    /// Every grid and setting as before a step; the random numbers too.
+    /// Every grid and setting as before a step.
     void restore() {
         for (const FloatGrid& grid : {state.velocity, state.velocityScratch}) {
             std::copy(startVelocity.begin(), startVelocity.end(), grid.data);
@@ -101,7 +108,6 @@ struct Flow {
         state.touchMargin = 10;
         state.dragSegment = {touch.touchX - touch.touchDeltaX * 3,
                              touch.touchY - touch.touchDeltaY * 3, touch.touchX, touch.touchY};
-        std::srand(1);
     }
 
     std::string gridName() const {
@@ -127,7 +133,7 @@ Comparison stepComparison(ScreenSize screen, DragMode dragMode) {
             .grid = flow->gridName(),
             .target = 2.75,
             .restore = [flow] { flow->restore(); },
-            .reference = [flow] { reference::runSolverStep(flow->state, flow->touch); },
+            .reference = [flow] { reference::repeatStep(flow->state); },
             .candidate = [flow] { flow->step(); },
             .outputs =
                 [flow] {
@@ -153,23 +159,14 @@ Comparison stageComparison(const std::shared_ptr<Flow>& flow, const char* kernel
                     outputFloats] { return std::vector{gridBytes(pass.output, outputFloats)}; }};
 }
 
-/// From pressure 0, as in a step.
 Comparison jacobiComparison(const std::shared_ptr<Flow>& flow) {
     Jacobi& pass = flow->state.jacobiPass;
     return {.kernel = "twenty Jacobi sweeps",
             .grid = flow->gridName(),
             .target = 1.75,
             .restore = [flow] { flow->restore(); },
-            .reference =
-                [&pass] {
-                    clearGrid(pass.x, 1);
-                    reference::jacobiSweeps(pass, 20);
-                },
-            .candidate =
-                [flow, &pass] {
-                    clearGrid(pass.x, 1);
-                    velmora::jacobiSweeps(pass, 20, flow->state.velocityScratch);
-                },
+            .reference = [&pass] { reference::jacobiKernel(pass, 20); },
+            .candidate = [flow, &pass] { jacobiKernel(pass, 20, flow->state.velocityScratch); },
             .outputs = [&pass] { return std::vector{gridBytes(pass.x, 1)}; }};
 }
 
@@ -207,14 +204,14 @@ void addStages(std::vector<Comparison>& all, ScreenSize screen) {
                                   reference::subtractGradientKernel,
                                   velmora::subtractGradientKernel, 2));
     all.push_back(stageComparison(fast, "stroke impulse", 0.0, fast->state.addVelocityPass,
-                                  reference::runAddVelocity, velmora::runAddVelocity, 2));
+                                  reference::addVelocityKernel, velmora::addVelocityKernel, 2));
     all.push_back(packingComparison(slow));
 }
 
 }  // namespace
 
 std::vector<Comparison> growthComparisons(int width, int height) {
-    const ScreenSize screen{width * cellSize, height * cellSize};
+    const ScreenSize screen{width * pixelsPerCell, height * pixelsPerCell};
     return {moveComparison(width, height), stepComparison(screen, SlowDrag),
             packingComparison(std::make_shared<Flow>(screen, SlowDrag))};
 }

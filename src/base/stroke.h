@@ -16,6 +16,13 @@ struct DragSegment {
     std::int32_t fromX, fromY, toX, toY;
 };
 
+/// Ink of one frame: a segment in screen pixels, y down.
+struct InkStroke {
+    DragMode mode;
+    Float2 previous;
+    Float2 current;
+};
+
 /// Where a stroke leads, and how far.
 struct StrokeLine {
     Float2 normal;  // unit vector

@@ -8,14 +8,15 @@
 #include "base/pair.h"
 #include "base/stroke.h"
 #include "effect/shared_word.h"
+#include "effect/tuning.h"
 #include "gpu/render_target.h"
 #include "gpu/shader_program.h"
 #include "solver/float_grid.h"
 #include "solver/passes.h"
 #include "solver/step_settings.h"
 
-// The one record that all of the effect works on, zero when the library is loaded; the touch
-// variables beside it; the tuning table.
+// The one record that all of the effect works on, zero when the library is loaded, and the touch
+// variables beside it.
 //
 // Threads. The render thread owns every field but those below:
 //   - the solver worker, from its start in stepFluid to joinSolver, alone uses the grids, the passes
@@ -129,35 +130,6 @@ void applySettings(EffectState& state, std::int32_t width, std::int32_t height, 
 /// the worker uses calls this first. Render thread.
 void joinSolver(EffectState& state);
 
-constexpr float baseTimeStep = 0.25f;  // EffectState::timeStep of every frame
-constexpr float fullBackwardStep =
-    1.0f;  // EffectState::backwardStepSize of every frame but a tap's
-
-/// One gesture's effect on the settings, each copied into the field of the same name.
-struct TouchPreset {
-    float sourceRadius;         // screen pixels
-    float impulseDensity;       // ink density
-    float velocityDissipation;  // factor a step
-    float inkDissipation;       // factor an advection pass
-    float sourceStrength;       // divergence
-    float inkRadius;            // screen pixels
-};
-
-constexpr float activeInkDissipation = 0.99f;  // while touched, and until the idle fade
-constexpr float idleInkDissipation = 0.9625f;
-
-// In the tap and the slow drag, the last two numbers are factors: of the press frame counter and of
-// the pressure.
-constexpr TouchPreset tapPreset{40.0f, 200.0f, 0.98f, activeInkDissipation, 12.0f, 8.0f};
-constexpr TouchPreset slowDragPreset{20.0f, 100.0f, 0.9f, activeInkDissipation, 45.0f, 40.0f};
-constexpr TouchPreset mediumDragPreset{20.0f, 150.0f, 0.94f, activeInkDissipation, 10.0f, 25.0f};
-constexpr TouchPreset fastDragPreset{4.0f, 40.0f, 0.96f, activeInkDissipation, 20.0f, 30.0f};
-
-constexpr std::int32_t tapSourceFrames = 5;  // pressed frames with a velocity source
-constexpr std::int32_t tapInkFrames = 10;    // pressed frames that deposit ink
-constexpr std::int32_t holdFrames = 12;      // after these a resting finger ends the press
-constexpr std::int32_t idleFadeFrames = 35;  // idle frames after which ink fades faster
-constexpr float slowDragSpeed = 2.0f;  // pixels between two events; above it a press becomes a drag
-constexpr float fastDragSpeed = 10.0f;  // pixels between two events; above it a drag is fast
+void applyPreset(EffectState& state, const TouchPreset& preset);
 
 }  // namespace velmora

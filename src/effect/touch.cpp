@@ -9,8 +9,6 @@ namespace velmora {
 
 namespace {
 
-constexpr std::int32_t shortDragFrames = 9;  // a drag of no more frames finishes like a tap
-
 std::int32_t difference(std::int32_t a, std::int32_t b) {
     return saturatedInt(std::int64_t{a} - b);
 }
@@ -64,15 +62,6 @@ void endGesture(EffectState& state, TouchVariables& touch) {
     touch.pressFrames = 0;
 }
 
-void applyPreset(EffectState& state, const TouchPreset& preset) {
-    state.sourceRadius = preset.sourceRadius;
-    state.impulseDensity = preset.impulseDensity;
-    state.velocityDissipation = preset.velocityDissipation;
-    state.inkDissipation = preset.inkDissipation;
-    state.sourceStrength = preset.sourceStrength;
-    state.inkRadius = preset.inkRadius;
-}
-
 TouchPreset tapPresetAt(std::int32_t frame) {
     TouchPreset preset = tapPreset;
     preset.sourceStrength =
@@ -106,7 +95,7 @@ std::optional<InkStroke> stepPressed(EffectState& state, TouchVariables& touch) 
         const Float2 previous{static_cast<float>(std::int64_t{touch.touchX} - touch.touchDeltaX),
                               static_cast<float>(std::int64_t{touch.touchY} - touch.touchDeltaY)};
         stroke = strokeTo(touch, TapMode, previous);
-        state.backwardStepSize = static_cast<float>(frame) * 0.1f;
+        state.backwardStepSize = static_cast<float>(frame) * tapBackwardStep;
     }
     countFrame(touch.pressFrames);
     if (touch.pressFrames > holdFrames && touch.lastTouchAction != ActionMove) {
@@ -150,15 +139,20 @@ void stepIdle(EffectState& state, TouchVariables& touch) {
     }
 }
 
+/// The factor of a slow drag, 0 without pressure.
+float pressureFactorOf(float pressure) {
+    const double p = static_cast<double>(pressure);
+    return pressure > 0.0f ? static_cast<float>(static_cast<double>(leastPressureFactor) + p * p)
+                           : 0.0f;
+}
+
 }  // namespace
 
 void handleTouchEvent(EffectState& state, SharedTouch& shared, std::int32_t x, std::int32_t y,
                       std::int32_t action, float pressure) {
     const std::lock_guard guard(shared.lock);
     TouchVariables& touch = shared.variables;
-    const double p = static_cast<double>(pressure);
-    touch.pressureFactor =
-        pressure > 0.0f ? static_cast<float>(static_cast<double>(0.2f) + p * p) : 0.0f;
+    touch.pressureFactor = pressureFactorOf(pressure);
     touch.touchX = x;
     touch.touchY = y;
     state.inkAmount = 1.0f;

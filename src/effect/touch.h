@@ -19,13 +19,6 @@ void clearInk(EffectState& state, SharedTouch& shared);
 /// takes 0, whatever was written to the setting in between. Under the touch lock.
 float takeInkDissipation(const EffectState& state, TouchVariables& touch);
 
-/// One frame's ink: a segment in screen pixels, y down.
-struct InkStroke {
-    DragMode mode;
-    Float2 previous;
-    Float2 current;
-};
-
 /// The touch step of one ink frame without its deposit: applies the preset of the touch phase and
 /// moves the frame counters on. Returns the frame's stroke, if it has one. Under the touch lock.
 std::optional<InkStroke> stepTouchPhase(EffectState& state, TouchVariables& touch);

@@ -1,6 +1,9 @@
 #pragma once
 
+#include "base/pair.h"
+#include "base/stroke.h"
 #include "effect/effect_state.h"
+#include "gpu/render_target.h"
 
 // The ink is a density field in two RGBA8 targets. A pass reads one, renders into the other, and
 // then the records are swapped, so that inkFront always holds the latest ink. GL thread.
@@ -17,10 +20,8 @@ void runImpulsePass(const EffectState& state, const RenderTarget& source,
                     const RenderTarget& destination, DragMode mode, Float2 previous,
                     Float2 current);
 
-/// Records a stroke, screen pixels, y down, and its colour, and adds its ink unless the touch lies
-/// near an edge of the screen.
-void depositInk(EffectState& state, const TouchVariables& touch, DragMode mode, float previousX,
-                float previousY, float currentX, float currentY, float red, float green,
-                float blue);
+/// Stores the points and the colour of a stroke, and adds its ink unless the touch lies near an edge of the screen.
+void depositInk(EffectState& state, const TouchVariables& touch, const InkStroke& stroke,
+                InkColor color);
 
 }  // namespace velmora

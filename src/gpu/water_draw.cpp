@@ -1,6 +1,10 @@
 #include "gpu/water_draw.h"
 
+#include <GLES2/gl2.h>
+
+#include "base/pair.h"
 #include "gpu/gl_calls.h"
+#include "velmora/ink_light.h"
 
 namespace velmora {
 
@@ -37,18 +41,15 @@ void pointMeshAttribute(GLint location, GLuint buffer) {
     glEnableVertexAttribArray(static_cast<GLuint>(location));
 }
 
-/// What full ink takes from a channel: little from one that the ink's colour holds much of.
-float absorption(const EffectState& state, float channel) {
-    const double light = 1.5 - static_cast<double>(state.inkColorOffset);
-    return static_cast<float>(light / static_cast<double>(channel) - 1.0);
-}
-
 void setInk(const EffectState& state, GLuint program, float inkAmount) {
     setUniform(program, "Scale",
                Float2{1.0f / static_cast<float>(state.screenWidth),
                       1.0f / static_cast<float>(state.screenHeight)});
-    setUniform(program, "ink_color", absorption(state, state.inkColor.r),
-               absorption(state, state.inkColor.g), absorption(state, state.inkColor.b));
+    const auto absorption = [&](float channel) {
+        return inkAbsorption(channel, state.inkColorOffset);
+    };
+    setUniform(program, "ink_color", absorption(state.inkColor.r), absorption(state.inkColor.g),
+               absorption(state.inkColor.b));
     setUniform(program, "intensity", inkAmount * state.inkIntensity);
     bindTexture(GL_TEXTURE2, state.inkFront.texture);
     setUniform(program, "Density", 2);

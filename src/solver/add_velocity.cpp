@@ -35,7 +35,7 @@ void AddVelocity::evaluate(Float2 coord, float* out) const {
     storePair(out, pushedCell(*this, centre, pairAt(velocity, cell)));
 }
 
-void runAddVelocity(const AddVelocity& pass) {
+void addVelocityKernel(const AddVelocity& pass) {
     if (pass.output.data == nullptr) {
         return;
     }

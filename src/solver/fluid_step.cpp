@@ -1,23 +1,19 @@
 #include "solver/fluid_step.h"
 
 #include <GLES2/gl2.h>
+#include <pthread.h>
 
+#include <mutex>
 #include <utility>
 
 #include "effect/touch.h"
+#include "effect/tuning.h"
 #include "gpu/ink_passes.h"
 #include "solver/solver_step.h"
 
 namespace velmora {
 
 namespace {
-
-constexpr int advectionPasses = 4;  // a frame
-
-void* solverEntry(void* argument) {
-    EffectState& state = *static_cast<EffectState*>(argument);
-    return runSolverStep(state, state.stepSettings);
-}
 
 void uploadVelocity(const EffectState& state) {
     if (state.packedVelocity == nullptr) {
@@ -29,7 +25,7 @@ void uploadVelocity(const EffectState& state) {
 }
 
 void startSolver(EffectState& state) {
-    if (pthread_create(&state.solverThread, nullptr, solverEntry, &state) != 0) {
+    if (pthread_create(&state.solverThread, nullptr, runSolverStep, &state) != 0) {
         state.solverThread = pthread_t{};
     }
 }
@@ -50,7 +46,7 @@ void stepFluid(EffectState& state, SharedTouch& shared) {
     const float dissipation = beginFluidStep(state, shared);  // after the wait: it misses nothing
     startSolver(state);
     glViewport(0, 0, state.inkWidth, state.inkHeight);
-    for (int pass = 0; pass < advectionPasses; ++pass) {
+    for (int pass = 0; pass < inkAdvectionPasses; ++pass) {
         runAdvectPass(state, state.velocityTarget, state.inkFront, state.inkBack, dissipation);
         std::swap(state.inkFront, state.inkBack);
     }

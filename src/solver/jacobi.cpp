@@ -15,30 +15,18 @@ Floats relaxed(Floats left, Floats right, Floats bottom, Floats top, Floats sour
     return (left + right + bottom + top + source) * rbeta;
 }
 
-/// Runs `cell(value)` for every cell of the border.
-template <class Cell>
-void forBorder(const FloatGrid& grid, Cell cell) {
+void clearBorder(const FloatGrid& grid) {
     const std::ptrdiff_t width = grid.width;
     const std::ptrdiff_t lastRow = (std::ptrdiff_t{grid.height} - 1) * width;
-    for (std::ptrdiff_t i = 0; lastRow >= 0 && i < width; ++i) {
-        cell(grid.data[i]);
-        cell(grid.data[lastRow + i]);
+    if (width < 1 || lastRow < 0) {
+        return;
     }
-    for (std::ptrdiff_t start = 0; width > 0 && start <= lastRow; start += width) {
-        cell(grid.data[start]);
-        cell(grid.data[start + width - 1]);
+    std::fill_n(grid.data, width, 0.0f);
+    std::fill_n(grid.data + lastRow, width, 0.0f);
+    for (std::ptrdiff_t start = 0; start <= lastRow; start += width) {
+        grid.data[start] = 0.0f;
+        grid.data[start + width - 1] = 0.0f;
     }
-}
-
-void clearBorder(const FloatGrid& grid) {
-    forBorder(grid, [](float& value) { value = 0.0f; });
-}
-
-/// Whether every border cell is +0.
-bool hasZeroBorder(const FloatGrid& grid) {
-    std::uint32_t bits = 0;
-    forBorder(grid, [&](float value) { bits |= bitsOf(value); });
-    return bits == 0;
 }
 
 /// Two rows of `length` in strips, one above the other: what one loads, the other needs as well.
@@ -108,32 +96,24 @@ bool canRelaxInStrips(const FloatGrid& output) {
            layout.cells() + 3 <= layout.width * output.height;
 }
 
-enum class Start { given, rest };
-
 /// All iterations in strips: the pressures in the workspace, alpha * b in the output, which is free
-/// until the end. The border of a given `x` is 0; from rest, all of it counts as 0.
-void relaxInStrips(Jacobi& pass, std::int32_t count, float* workspace, Start start) {
+/// until the end.
+void relaxInStrips(Jacobi& pass, std::int32_t count, float* workspace) {
     const StripLayout layout(pass.output);
     float* x = alignedUp(workspace);
     float* out = x + layout.cells();
     float* const source = alignedUp(pass.output.data);
     toStrips(layout, pass.b, pass.alpha, source);
-    const auto swapGrids = [&] {
-        std::swap(x, out);
-        std::swap(pass.x, pass.output);
-    };
-    if (start == Start::rest) {
-        relaxFromRest(layout, source, out, pass.rbeta);
-        swapGrids();
-        --count;
-    } else {
-        toStrips(layout, pass.x, 1.0f, x);
-    }
     alignas(16) float border[maxGridSide];
     std::fill_n(border, layout.rowLength(), 0.0f);
     for (std::int32_t iteration = 0; iteration < count; ++iteration) {
-        relaxStrips(layout, x, source, out, border, pass.rbeta);
-        swapGrids();
+        if (iteration == 0) {
+            relaxFromRest(layout, source, out, pass.rbeta);
+        } else {
+            relaxStrips(layout, x, source, out, border, pass.rbeta);
+        }
+        std::swap(x, out);
+        std::swap(pass.x, pass.output);
     }
     fromStrips(layout, x, pass.x);
     fromStrips(layout, out, pass.output);
@@ -168,27 +148,18 @@ void jacobiSweep(const Jacobi& pass) {
     }
 }
 
-void jacobiSweeps(Jacobi& pass, std::int32_t count, const FloatGrid& workspace) {
-    if (count > 1 && workspace.data != nullptr && canRelaxInStrips(pass.output) &&
-        hasZeroBorder(pass.x)) {
-        relaxInStrips(pass, count, workspace.data, Start::given);
+void jacobiKernel(Jacobi& pass, std::int32_t count, const FloatGrid& workspace) {
+    if (count > 1 && workspace.data != nullptr && canRelaxInStrips(pass.output)) {
+        relaxInStrips(pass, count, workspace.data);
         return;
     }
+    clearGrid(pass.x, 1);
     for (std::int32_t iteration = 0; iteration < count; ++iteration) {
         if (pass.output.data != nullptr) {
             jacobiSweep(pass);
         }
         std::swap(pass.x, pass.output);
     }
-}
-
-void jacobiSweepsFromRest(Jacobi& pass, std::int32_t count, const FloatGrid& workspace) {
-    if (count > 1 && workspace.data != nullptr && canRelaxInStrips(pass.output)) {
-        relaxInStrips(pass, count, workspace.data, Start::rest);
-        return;
-    }
-    clearGrid(pass.x, 1);
-    jacobiSweeps(pass, count, workspace);
 }
 
 }  // namespace velmora

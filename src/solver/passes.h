@@ -1,5 +1,8 @@
 #pragma once
 
+#include <cstdint>
+#include <cstdlib>
+
 #include "base/pair.h"
 #include "base/stroke.h"
 #include "solver/float_grid.h"
@@ -24,7 +27,7 @@ public:
     constexpr VectorPass() = default;
     VectorPass(const VectorPass&) = delete;
     VectorPass& operator=(const VectorPass&) = delete;
-    virtual ~VectorPass();
+    virtual ~VectorPass() { std::free(name); }
     /// Writes the 2 floats of the cell centred at `coord`, in grid units: (i + 0.5, j + 0.5).
     virtual void evaluate(Float2 coord, float* out) const = 0;
 
@@ -38,7 +41,7 @@ public:
     constexpr ScalarPass() = default;
     ScalarPass(const ScalarPass&) = delete;
     ScalarPass& operator=(const ScalarPass&) = delete;
-    virtual ~ScalarPass();
+    virtual ~ScalarPass() { std::free(name); }
     /// Writes the float of the cell centred at `coord`, in grid units: (i + 0.5, j + 0.5).
     virtual void evaluate(Float2 coord, float* out) const = 0;
 
@@ -156,23 +159,20 @@ public:
     void evaluate(Float2 coord, float* out) const override;
 };
 
-// Each kernel computes every cell of the pass's output and, jacobiSweep aside, does nothing when that
-// grid does not exist. The input grids have the output's size and are other blocks than it.
+// Each kernel computes every cell of the pass's output and does nothing if that grid does not exist. The input grids
+// have the output's size and are other blocks than it.
 
+void addVelocityKernel(const AddVelocity& pass);
 void advectVelocityKernel(const AdvectVelocity& pass);
 void computeDivergenceKernel(const ComputeDivergence& pass);
 void subtractGradientKernel(const SubtractGradient& pass);
-void runAddVelocity(const AddVelocity& pass);
 
-/// One Jacobi iteration over the interior of the output; its border becomes 0.
+/// Runs `count` Jacobi iterations from a pressure of 0, whatever `x` holds. After each of them `x` and `output`
+/// exchange their grids, so the result is in `x`. `workspace` has the output's size and 2 floats a cell; its contents
+/// are lost.
+void jacobiKernel(Jacobi& pass, std::int32_t count, const FloatGrid& workspace);
+
+/// Runs one Jacobi iteration over the interior of the output, which must exist; its border becomes 0.
 void jacobiSweep(const Jacobi& pass);
-
-/// `count` times jacobiSweep, after each of which `x` and `output` exchange their records: the
-/// result is in `x`. Where the border of `x` is 0 they run as one, which leaves the pass and both
-/// grids as single ones do. `workspace` has the output's size and 2 floats a cell; its contents are lost.
-void jacobiSweeps(Jacobi& pass, std::int32_t count, const FloatGrid& workspace);
-
-/// The same as if all of `x` were 0, whatever it holds.
-void jacobiSweepsFromRest(Jacobi& pass, std::int32_t count, const FloatGrid& workspace);
 
 }  // namespace velmora

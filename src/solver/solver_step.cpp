@@ -14,21 +14,6 @@ namespace velmora {
 
 namespace {
 
-// Distances from the screen's edges in pixels: nearer to them, the flow is not projected.
-constexpr std::int32_t projectionMargin = 60;
-constexpr std::int32_t slowDragMargin = 12;
-constexpr std::int32_t mediumDragMargin = 10;
-
-/// The sink at the touch that a drag near an edge leaves to the steps after it.
-struct EdgeSink {
-    float radius;    // screen pixels
-    float strength;  // divergence
-};
-constexpr EdgeSink slowDragSink{4.0f, 40.0f};
-constexpr EdgeSink mediumDragSink{2.0f, 2.0f};
-
-constexpr double jitterSize = 10.0;  // pixels, across
-
 void setSink(EffectState& state, const EdgeSink& sink) {
     state.sourceRadius = sink.radius;
     state.sourceStrength = sink.strength;
@@ -67,13 +52,6 @@ Float2 cellToScreenOf(const EffectState& state, const FloatGrid& grid) {
             static_cast<float>(state.screenHeight) / static_cast<float>(grid.height)};
 }
 
-void addStroke(EffectState& state, const StepSettings& settings) {
-    const DragSegment& segment = settings.dragSegment;
-    addVelocityKernel(state, settings, static_cast<float>(segment.fromX),
-                      static_cast<float>(segment.fromY), static_cast<float>(segment.toX),
-                      static_cast<float>(segment.toY));
-}
-
 void advect(EffectState& state, const StepSettings& settings) {
     AdvectVelocity& pass = state.advectVelocityPass;
     pass.output = state.velocityScratch;
@@ -98,8 +76,8 @@ Float2 jitteredSink(const EffectState& state, const StepSettings& settings) {
     const double u2 = std::rand() * 0x1p-31;
     const double x = settings.touchX;
     const auto y = static_cast<double>(flippedY(state.screenHeight, settings.touchY));
-    return {static_cast<float>(x + (0.5 - u1) * jitterSize),
-            static_cast<float>(y + (0.5 - u2) * jitterSize)};
+    return {static_cast<float>(x + (0.5 - u1) * sinkJitter),
+            static_cast<float>(y + (0.5 - u2) * sinkJitter)};
 }
 
 void computeDivergence(EffectState& state, const StepSettings& settings) {
@@ -123,7 +101,7 @@ void solvePressure(EffectState& state) {
     pass.alpha = -(state.gridScale * state.gridScale);
     pass.rbeta = 0.25f;
     pass.texelSize = texelSizeOf(state.pressure);
-    jacobiSweepsFromRest(pass, state.jacobiIterations, state.velocityScratch);
+    jacobiKernel(pass, state.jacobiIterations, state.velocityScratch);
     state.pressure = pass.x;
     state.pressureScratch = pass.output;
 }
@@ -161,7 +139,7 @@ bool areFinite(const float* numbers, std::ptrdiff_t count) {
 
 /// Pressures and strokes from far outside the screen may leave infinities and NaN, which would go
 /// round in the flow for ever: they start again from rest. What is merely huge decays.
-void restWhatIsNotFinite(const FloatGrid& velocity) {
+void zeroNonFinite(const FloatGrid& velocity) {
     float* const components = velocity.data;
     const std::ptrdiff_t count = std::ptrdiff_t{velocity.width} * velocity.height * 2;
     if (areFinite(components, count)) {
@@ -192,30 +170,35 @@ StepSettings beginSolverStep(EffectState& state, const TouchVariables& touch) {
             .isProjected = isProjected};
 }
 
-void addVelocityKernel(EffectState& state, const StepSettings& settings, float previousX,
-                       float previousY, float currentX, float currentY) {
+void addVelocityKernel(EffectState& state, const StepSettings& settings) {
     if (!isInside(state, settings.touchX, settings.touchY, settings.touchMargin)) {
         return;
     }
+    const DragSegment& segment = settings.dragSegment;
+    const auto screenPoint = [&](std::int32_t x, std::int32_t y) {
+        return Float2{static_cast<float>(x), flippedY(state.screenHeight, static_cast<float>(y))};
+    };
     AddVelocity& pass = state.addVelocityPass;
     pass.output = state.velocityScratch;
     pass.velocity = state.velocity;
     pass.cellToScreen = cellToScreenOf(state, state.velocity);
     pass.texelSize = texelSizeOf(state.velocity);
-    pass.current = {currentX, flippedY(state.screenHeight, currentY)};
-    pass.previous = {previousX, flippedY(state.screenHeight, previousY)};
+    pass.current = screenPoint(segment.toX, segment.toY);
+    pass.previous = screenPoint(segment.fromX, segment.fromY);
     const StrokeLine line = lineOf(pass.previous, pass.current);
     pass.normal = line.normal;
     pass.length = line.length;
     pass.radius = settings.inkRadius;
-    runAddVelocity(pass);
+    addVelocityKernel(pass);
     std::swap(state.velocity, state.velocityScratch);
 }
 
-void* runSolverStep(EffectState& state, const StepSettings& settings) {
+void* runSolverStep(void* effectState) {
+    EffectState& state = *static_cast<EffectState*>(effectState);
+    const StepSettings& settings = state.stepSettings;
     const FlushSubnormals flush;
     if (settings.dragMode == FastDrag) {
-        addStroke(state, settings);
+        addVelocityKernel(state, settings);
     }
     advect(state, settings);
     if (settings.isProjected) {
@@ -223,13 +206,9 @@ void* runSolverStep(EffectState& state, const StepSettings& settings) {
         solvePressure(state);
         project(state);
     }
-    restWhatIsNotFinite(state.velocity);
+    zeroNonFinite(state.velocity);
     packVelocity(state, state.velocity, state.velocityTarget);
     return nullptr;
-}
-
-void* runSolverStep(EffectState& state, const TouchVariables& touch) {
-    return runSolverStep(state, beginSolverStep(state, touch));
 }
 
 }  // namespace velmora

@@ -8,6 +8,7 @@
 #include <span>
 #include <vector>
 
+#include "effect/tuning.h"
 #include "hostkit/digest.h"
 #include "simd/flush_subnormals.h"
 #include "solver/solver_step.h"
@@ -127,7 +128,8 @@ struct Flow {
         touch.touchDeltaX = x - lastX;
         touch.touchDeltaY = y - lastY;
         state.dragMode = mode;
-        runSolverStep(state, touch);
+        state.stepSettings = beginSolverStep(state, touch);
+        runSolverStep(&state);
         lastX = x;
         lastY = y;
         digest.add<float>({state.velocity.data, cells() * 2});

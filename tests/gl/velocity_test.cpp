@@ -2,11 +2,12 @@
 
 #include <cstdlib>
 
+#include "solver/solver_step.h"
 #include "solver/velocity_packing.h"
 #include "tests/host/test_host.h"
-#include "tests/oracle/plain_kernels.h"
 
-// The velocities that each frame of a gesture uploads, beside those of the plain solver.
+// The velocities that each frame of a gesture uploads, beside those of solver steps with the settings
+// that each frame must leave.
 
 namespace gltest {
 namespace {
@@ -80,11 +81,12 @@ void makeStill(velmora::EffectState& state) {
         velmora::reallocateGrid(*grid, columns, rows, 2);
         velmora::clearGrid(*grid, 2);
     }
+    state.velocityTarget = {0, 0, columns, rows};
     velmora::reallocatePackedVelocity(state.packedVelocity, columns, rows);
 }
 
 /// What they are to be: those of a still flow first, then of each frame's step.
-std::vector<Bytes> uploadsOfPlainSolver() {
+std::vector<Bytes> uploadsOfSteps() {
     velmora::EffectState state;
     makeStill(state);
     Bytes still;
@@ -102,7 +104,8 @@ std::vector<Bytes> uploadsOfPlainSolver() {
         variables.touchY = touch.y;
         variables.touchDeltaX = frame.deltaX;
         variables.touchDeltaY = frame.deltaY;
-        reference::runSolverStep(state, variables);
+        state.stepSettings = velmora::beginSolverStep(state, variables);
+        velmora::runSolverStep(&state);
         uploads.emplace_back(state.packedVelocity, state.packedVelocity + columns * rows * 4);
         state.dragMode = static_cast<velmora::DragMode>(frame.mode);
         state.sourceRadius = frame.sourceRadius;
@@ -118,7 +121,7 @@ std::vector<Bytes> uploadsOfPlainSolver() {
 
 TEST(Velocity, OfEachFrameIsUploadedOneFrameLater) {
     const std::vector<Bytes> found = uploadsOfLibrary();
-    const std::vector<Bytes> expected = uploadsOfPlainSolver();
+    const std::vector<Bytes> expected = uploadsOfSteps();
     ASSERT_EQ(found.size(), expected.size());
     for (std::size_t frame = 0; frame < found.size(); ++frame) {
         EXPECT_TRUE(found[frame] == expected[frame]) << "frame " << frame;

@@ -6,6 +6,7 @@
 #include <random>
 
 #include "image.h"
+#include "velmora/ink_light.h"
 
 // The picture on the screen, against the water's shaders in double arithmetic.
 
@@ -119,9 +120,9 @@ std::optional<Vertex> interpolated(const TestHost& host, const std::vector<Verte
 }
 
 /// Draws a frame over a colour that no water has and compares the picture with the shaders. `ink`
-/// is what the water finds, none without ink; `absorption` what full ink takes from each channel.
-void expectPicture(TestHost& host, const Image* ink = nullptr, double intensity = 0,
-                   Vector absorption = {}) {
+/// holds the densities that the water finds, none without ink, and `color` is the ink's as a host
+/// gives it; the formula for its light is that which hosts have in C++.
+void expectPicture(TestHost& host, const Image* ink = nullptr, std::array<float, 3> color = {}) {
     glClearColor(0.9f, 0.1f, 0.9f, 1);
     glClear(GL_COLOR_BUFFER_BIT);
     host.recorder.inside = [&](const std::string& function) {
@@ -148,10 +149,11 @@ void expectPicture(TestHost& host, const Image* ink = nullptr, double intensity 
             continue;
         }
         const Vector expected = light(host, *vertex, ink ? 4.5 : 5.5);
-        const double taken = intensity * (ink ? ink->value(at, 0) : 0);
+        const double density = ink ? ink->value(at, 0) * host.shownInk() : 0;
         for (int c = 0; c < 3; ++c) {
             const auto channel = static_cast<std::size_t>(c);
-            const double left = expected[channel] / (1 + taken * absorption[channel]);
+            const double left =
+                expected[channel] * velmora::lightThroughInk(color[channel], density);
             worst = std::max(worst, std::abs(std::min(left, 1.0) - picture.channel(x, y, c)));
         }
         EXPECT_EQ(picture.channel(x, y, 3), 1.0);
@@ -194,15 +196,15 @@ TEST(WaterPicture, InkStainsInItsColour) {
         return std::array{
             0.0, 0.25, 0.5, 0.9, 10.6, 64.0, 100.7, 127.0}[static_cast<std::size_t>(at.x * 8)];
     });
-    expectPicture(host, &ink, 0.02, {0.499, 0.499, 0.499});  // white, as set
-    host.arguments.inkRed = 0.9f;
-    host.arguments.inkGreen = 0;
-    host.arguments.inkBlue = 0.3f;
+    expectPicture(host, &ink, {0.95f, 0.95f, 0.95f});  // white, as set
+    const std::array<float, 3> color = {0.9f, 0, 0.3f};
+    host.arguments.inkRed = color[0];
+    host.arguments.inkGreen = color[1];
+    host.arguments.inkBlue = color[2];
     host.touch(60, 90, Down);
-    const Vector absorption = {1.499 / 0.95 - 1, 1.499 / 0.05 - 1, 1.499 / 0.35 - 1};
-    expectPicture(host, &ink, 0.02, absorption);
+    expectPicture(host, &ink, color);
     host.clear();
-    expectPicture(host, &ink, 0);
+    expectPicture(host, &ink, color);
 }
 
 }  // namespace

@@ -298,7 +298,8 @@ void computeDivergenceKernel(const ComputeDivergence& pass) {
     }
 }
 
-void jacobiSweeps(Jacobi& pass, std::int32_t count) {
+void jacobiKernel(Jacobi& pass, std::int32_t count) {
+    std::fill_n(pass.x.data, pass.x.width * pass.x.height, 0.0f);
     for (std::int32_t iteration = 0; iteration < count; ++iteration) {
         sweep(pass);
         std::swap(pass.x, pass.output);
@@ -328,7 +329,7 @@ void subtractGradientKernel(const SubtractGradient& pass) {
     }
 }
 
-void runAddVelocity(const AddVelocity& pass) {
+void addVelocityKernel(const AddVelocity& pass) {
     const int width = pass.output.width;
     const int height = pass.output.height;
     const float* const velocity = pass.velocity.data;
@@ -372,137 +373,23 @@ void packComponents(std::uint8_t* to, const float* from, std::ptrdiff_t count) {
     }
 }
 
-namespace {
-
-bool isInside(const EffectState& state, const TouchVariables& touch, int margin) {
-    return margin < touch.touchX && touch.touchX < state.screenWidth - margin &&
-           margin < touch.touchY && touch.touchY < state.screenHeight - margin;
-}
-
-Float2 texelSizeOf(const EffectState& state) {
-    return {1.0f / static_cast<float>(state.velocity.width),
-            1.0f / static_cast<float>(state.velocity.height)};
-}
-
-Float2 cellToScreenOf(const EffectState& state) {
-    return {static_cast<float>(state.screenWidth) / static_cast<float>(state.velocity.width),
-            static_cast<float>(state.screenHeight) / static_cast<float>(state.velocity.height)};
-}
-
-void addStroke(EffectState& state, const TouchVariables& touch) {
-    if (!isInside(state, touch, state.touchMargin)) {
-        return;
-    }
-    const auto height = static_cast<float>(state.screenHeight);
-    const DragSegment& segment = state.dragSegment;
-    AddVelocity& pass = state.addVelocityPass;
-    pass.output = state.velocityScratch;
-    pass.velocity = state.velocity;
-    pass.cellToScreen = cellToScreenOf(state);
-    pass.previous = {static_cast<float>(segment.fromX), height - static_cast<float>(segment.fromY)};
-    pass.current = {static_cast<float>(segment.toX), height - static_cast<float>(segment.toY)};
-    const float length = std::sqrt(squaredDistance(pass.current, pass.previous));
-    pass.length = length == 0.0f ? 1.0f : length;
-    pass.normal = {(pass.current.x - pass.previous.x) / pass.length,
-                   (pass.current.y - pass.previous.y) / pass.length};
-    pass.radius = state.inkRadius;
-    reference::runAddVelocity(pass);
-    std::swap(state.velocity, state.velocityScratch);
-}
-
-void advect(EffectState& state, const TouchVariables& touch) {
-    AdvectVelocity& pass = state.advectVelocityPass;
-    pass.output = state.velocityScratch;
-    pass.velocity = state.velocity;
-    pass.source = state.velocity;
-    pass.texelSize = texelSizeOf(state);
-    pass.cellToScreen = cellToScreenOf(state);
-    pass.timeStep = state.timeStep;
-    pass.dissipation = state.velocityDissipation;
-    pass.touchPoint = {static_cast<float>(touch.touchX),
-                       static_cast<float>(std::int64_t{state.screenHeight} - touch.touchY)};
-    pass.touchDelta = {static_cast<float>(touch.touchDeltaX),
-                       -static_cast<float>(touch.touchDeltaY)};
-    pass.dragMode = state.dragMode;
-    reference::advectVelocityKernel(pass);
-    std::swap(state.velocity, state.velocityScratch);
-}
-
-/// Returns whether the touch lies far enough from the edges for the projection.
-bool applyMarginRule(EffectState& state, const TouchVariables& touch) {
-    state.touchMargin = 60;
-    if (isInside(state, touch, 60)) {
-        return true;
-    }
-    if (state.dragMode == SlowDrag) {
-        state.touchMargin = 12;
-        state.sourceRadius = 4.0f;
-        state.sourceStrength = 40.0f;
-        return isInside(state, touch, 12);
-    }
-    if (state.dragMode == MediumDrag) {
-        state.touchMargin = 10;
-        if (isInside(state, touch, 10)) {
-            return true;
-        }
-        state.sourceRadius = 2.0f;
-        state.sourceStrength = 2.0f;
-    }
-    return false;
-}
-
-void computeDivergence(EffectState& state, const TouchVariables& touch) {
-    const double u1 = std::rand() * 0x1p-31;
-    const double u2 = std::rand() * 0x1p-31;
-    ComputeDivergence& pass = state.computeDivergencePass;
-    pass.output = state.divergence;
-    pass.velocity = state.velocity;
-    pass.cellToScreen = cellToScreenOf(state);
-    pass.halfInverseCellSize = 0.5f / state.gridScale;
-    pass.sourceStrength = state.sourceStrength;
-    pass.sourceRadius = state.sourceRadius;
-    pass.sourcePoint = {
-        static_cast<float>(touch.touchX + (0.5 - u1) * 10.0),
-        static_cast<float>(static_cast<double>(std::int64_t{state.screenHeight} - touch.touchY) +
-                           (0.5 - u2) * 10.0)};
-    reference::computeDivergenceKernel(pass);
-}
-
-void solvePressure(EffectState& state) {
-    std::fill_n(state.pressure.data, state.pressure.width * state.pressure.height, 0.0f);
-    Jacobi& pass = state.jacobiPass;
-    pass.output = state.pressureScratch;
-    pass.x = state.pressure;
-    pass.b = state.divergence;
-    pass.alpha = -(state.gridScale * state.gridScale);
-    pass.rbeta = 0.25f;
-    reference::jacobiSweeps(pass, state.jacobiIterations);
-    state.pressure = pass.x;
-    state.pressureScratch = pass.output;
-}
-
-void project(EffectState& state) {
-    SubtractGradient& pass = state.subtractGradientPass;
-    pass.output = state.velocityScratch;
-    pass.velocity = state.velocity;
-    pass.pressure = state.pressure;
-    pass.gradientScale = state.gradientScale;
-    reference::subtractGradientKernel(pass);
-    std::swap(state.velocity, state.velocityScratch);
-}
-
-}  // namespace
-
-void runSolverStep(EffectState& state, const TouchVariables& touch) {
+void repeatStep(EffectState& state) {
+    const auto run = [&state](auto& pass, auto kernel) {
+        pass.velocity = state.velocity;
+        pass.output = state.velocityScratch;
+        kernel(pass);
+        std::swap(state.velocity, state.velocityScratch);
+    };
     if (state.dragMode == FastDrag) {
-        addStroke(state, touch);
+        run(state.addVelocityPass, reference::addVelocityKernel);
     }
-    advect(state, touch);
-    if (applyMarginRule(state, touch)) {
-        computeDivergence(state, touch);
-        solvePressure(state);
-        project(state);
-    }
+    state.advectVelocityPass.source = state.velocity;
+    run(state.advectVelocityPass, reference::advectVelocityKernel);
+    state.computeDivergencePass.velocity = state.velocity;
+    reference::computeDivergenceKernel(state.computeDivergencePass);
+    reference::jacobiKernel(state.jacobiPass, state.jacobiIterations);
+    state.subtractGradientPass.pressure = state.jacobiPass.x;
+    run(state.subtractGradientPass, reference::subtractGradientKernel);
     reference::packComponents(state.packedVelocity, state.velocity.data,
                               std::ptrdiff_t{state.velocity.width} * state.velocity.height * 2);
 }

@@ -24,14 +24,16 @@ void addRipple(float* grid, const velmora::RippleTouch& touch);
 bool stepHeightField(const velmora::WaterGrids& grids, const velmora::WaterRectangle& rectangle,
                      const velmora::WaveSettings& settings);
 
+void addVelocityKernel(const velmora::AddVelocity& pass);
 void advectVelocityKernel(const velmora::AdvectVelocity& pass);
 void computeDivergenceKernel(const velmora::ComputeDivergence& pass);
-void jacobiSweeps(velmora::Jacobi& pass, std::int32_t count);
+/// From a pressure of 0.
+void jacobiKernel(velmora::Jacobi& pass, std::int32_t count);
 void subtractGradientKernel(const velmora::SubtractGradient& pass);
-void runAddVelocity(const velmora::AddVelocity& pass);
 void packComponents(std::uint8_t* to, const float* from, std::ptrdiff_t count);
 
-/// The whole step, from the margin rule to the packed bytes, on the state's grids.
-void runSolverStep(velmora::EffectState& state, const velmora::TouchVariables& touch);
+/// Runs the operators of a projected step in their order, with the parameters that the library's last
+/// step has left in the passes, and packs the result.
+void repeatStep(velmora::EffectState& state);
 
 }  // namespace reference

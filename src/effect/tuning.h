@@ -1,0 +1,72 @@
+#pragma once
+
+#include <cstdint>
+
+// The tuning table: the numbers that give ink and flow their look. Those of a cell operator stand beside the
+// operator, and those by which ink darkens the light in velmora/ink_light.h.
+
+namespace velmora {
+
+/// Six settings at once, each copied into the field of EffectState of the same name.
+struct TouchPreset {
+    float sourceRadius;         // screen pixels
+    float impulseDensity;       // ink density
+    float velocityDissipation;  // factor a step
+    float inkDissipation;       // factor an advection pass
+    float sourceStrength;       // divergence
+    float inkRadius;            // screen pixels
+};
+
+// ---- Gestures
+
+constexpr float activeInkDissipation = 0.99f;  // while touched, and until the idle fade
+constexpr float idleInkDissipation = 0.9625f;
+
+constexpr TouchPreset initialPreset{40.0f, 200.0f, 0.9f, 0.96f, 50.0f, 2.0f};
+// In the tap and the slow drag, the last two numbers are factors: of the press frame counter and of the pressure.
+constexpr TouchPreset tapPreset{40.0f, 200.0f, 0.98f, activeInkDissipation, 12.0f, 8.0f};
+constexpr TouchPreset slowDragPreset{20.0f, 100.0f, 0.9f, activeInkDissipation, 45.0f, 40.0f};
+constexpr TouchPreset mediumDragPreset{20.0f, 150.0f, 0.94f, activeInkDissipation, 10.0f, 25.0f};
+constexpr TouchPreset fastDragPreset{4.0f, 40.0f, 0.96f, activeInkDissipation, 20.0f, 30.0f};
+
+constexpr std::int32_t tapSourceFrames = 5;  // pressed frames with a velocity source
+constexpr std::int32_t tapInkFrames = 10;    // pressed frames that deposit ink
+constexpr std::int32_t holdFrames = 12;      // after these a resting finger ends the press
+constexpr std::int32_t shortDragFrames = 9;  // a drag of no more frames finishes like a tap
+constexpr std::int32_t idleFadeFrames = 35;  // idle frames after which ink fades faster
+constexpr float slowDragSpeed = 2.0f;  // pixels between two events; above it a press becomes a drag
+constexpr float fastDragSpeed = 10.0f;       // pixels between two events; above it a drag is fast
+constexpr float leastPressureFactor = 0.2f;  // factor of a slow drag with next to no pressure
+constexpr float tapBackwardStep = 0.1f;      // EffectState::backwardStepSize a pressed frame
+
+// ---- Ink
+
+constexpr float fullBackwardStep = 1.0f;     // EffectState::backwardStepSize of all other frames
+constexpr int inkAdvectionPasses = 4;        // a frame
+constexpr double inkTimeFactor = 0.9;        // share of EffectState::timeStep for which ink drifts
+constexpr float initialInkIntensity = 0.2f;  // until the first frame
+constexpr std::int32_t initialTouchMargin = 10;  // pixels, until the first solver step
+
+// ---- Flow
+
+constexpr float baseTimeStep = 0.25f;          // EffectState::timeStep of every frame
+constexpr float cellSide = 2.5f;               // EffectState::gridScale, lengths
+constexpr float pressureGradientScale = 0.2f;  // EffectState::gradientScale
+constexpr std::int32_t pressureIterations = 20;
+
+// Distances from the screen's edges in pixels: nearer to them, the flow is not projected.
+constexpr std::int32_t projectionMargin = 60;
+constexpr std::int32_t slowDragMargin = 12;
+constexpr std::int32_t mediumDragMargin = 10;
+
+/// Sink at the touch that a drag near an edge leaves to the steps after it.
+struct EdgeSink {
+    float radius;    // screen pixels
+    float strength;  // divergence
+};
+constexpr EdgeSink slowDragSink{4.0f, 40.0f};
+constexpr EdgeSink mediumDragSink{2.0f, 2.0f};
+
+constexpr double sinkJitter = 10.0;  // pixels across, on each axis, centred on the touch
+
+}  // namespace velmora
