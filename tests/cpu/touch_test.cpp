@@ -17,5 +17,19 @@ TEST(Touch, IdleFramesCountToTheEndOfAnInt) {
     EXPECT_EQ(state.inkDissipation, idleInkDissipation);
 }
 
+// To a host, a press of 12 frames and one of 20 end alike.
+TEST(Touch, AnUpEndsADragThatWasHeld) {
+    const std::pair<int, int> cases[] = {{11, 11}, {12, 20}, {13, 20}};
+    for (const auto& [before, after] : cases) {
+        EffectState state;
+        SharedTouch shared;
+        shared.variables.touchPhase = Dragging;
+        shared.variables.pressFrames = before;
+        handleTouchEvent(state, shared, 0, 0, ActionUp, 1.0f);
+        EXPECT_EQ(shared.variables.touchPhase, Pressed);
+        EXPECT_EQ(shared.variables.pressFrames, after);
+    }
+}
+
 }  // namespace
 }  // namespace velmora::test

@@ -68,7 +68,9 @@ TEST(Memory, WhereItLacksForAPictureTheOldOneStays) {
     StandInBitmap padded{{1, 2, 8, ANDROID_BITMAP_FORMAT_RGBA_8888, 0}, pixels.data()};
     {
         const RefusedMemory refused(1, RefusedMemory::Extent::one);
-        EXPECT_LT(stage.load(padded, 1), 0);
+        padded.unlockResult = -1;
+        EXPECT_EQ(stage.load(padded, 1), -3) << "the first failure, not that of the unlocking";
+        padded.unlockResult = 0;
     }
     EXPECT_EQ(padded.lockCount, 0);
     EXPECT_EQ(stage.pixelOfFrame(5), background);
