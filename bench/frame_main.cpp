@@ -4,8 +4,10 @@
 #include <algorithm>
 #include <chrono>
 #include <cmath>
+#include <ctime>
 #include <iostream>
 #include <numbers>
+#include <ratio>
 #include <string>
 #include <vector>
 

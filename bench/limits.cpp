@@ -3,6 +3,7 @@
 #include <benchmark/benchmark.h>
 #include <pthread.h>
 
+#include <cstddef>
 #include <functional>
 #include <string>
 #include <vector>

@@ -4,6 +4,7 @@
 
 #include <charconv>
 #include <iostream>
+#include <system_error>
 
 namespace bench {
 

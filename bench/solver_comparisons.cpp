@@ -1,9 +1,12 @@
 #include <algorithm>
-#include <cmath>
+#include <cstddef>
+#include <cstdint>
 #include <cstdlib>
 #include <memory>
 #include <random>
-#include <utility>
+#include <span>
+#include <string>
+#include <vector>
 
 #include "bench/side_by_side.h"
 #include "effect/effect_state.h"

@@ -3,7 +3,6 @@
 #include <benchmark/benchmark.h>
 
 #include <map>
-#include <ostream>
 #include <string>
 #include <vector>
 

@@ -2,6 +2,7 @@
 #include <chrono>
 #include <cstdio>
 #include <limits>
+#include <ratio>
 
 #include "bench/side_by_side.h"
 

@@ -1,6 +1,10 @@
 #include <algorithm>
+#include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <random>
+#include <string>
+#include <vector>
 
 #include "bench/side_by_side.h"
 #include "tests/oracle/plain_kernels.h"

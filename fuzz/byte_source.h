@@ -1,9 +1,10 @@
 #pragma once
 
+#include <cmath>
 #include <bit>
 #include <cfloat>
-#include <cmath>
 #include <cstdint>
+#include <iterator>
 #include <limits>
 #include <span>
 

@@ -1,13 +1,16 @@
 #include "fuzz/call_driver.h"
 
 #include <GLES2/gl2.h>
+#include <jni.h>
 #include <standin_bitmap.h>
 
 #include <algorithm>
 #include <array>
+#include <cstddef>
 #include <optional>
 #include <random>
 #include <thread>
+#include <utility>
 
 #include "fuzz/byte_source.h"
 #include "hostkit/gl_context.h"

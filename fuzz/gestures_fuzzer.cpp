@@ -1,6 +1,7 @@
 #include <GLES2/gl2.h>
 
 #include <algorithm>
+#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <string_view>

@@ -3,6 +3,7 @@
 #include <GLES2/gl2.h>
 #include <android/bitmap.h>
 
+#include <cstdint>
 #include <cstdlib>
 #include <cstring>
 

@@ -1,6 +1,8 @@
 #include "effect/touch.h"
 
 #include <cmath>
+#include <cstdint>
+#include <mutex>
 #include <utility>
 
 #include "base/saturate.h"

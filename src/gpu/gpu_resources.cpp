@@ -3,6 +3,7 @@
 #include <GLES2/gl2.h>
 
 #include <algorithm>
+#include <cstdint>
 #include <cstdlib>
 #include <cstring>
 #include <iterator>

@@ -1,5 +1,7 @@
 #include "gpu/ink_passes.h"
 
+#include <GLES2/gl2.h>
+
 #include <cstddef>
 #include <cstdint>
 #include <utility>

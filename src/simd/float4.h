@@ -1,5 +1,8 @@
 #pragma once
 
+#include <cstddef>
+#include <cstdint>
+
 #include "simd/float4_plain.h"
 
 // The four lanes of this build, chosen by the compiler's own macros. VELMORA_PLAIN_LANES forces the

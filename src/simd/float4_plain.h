@@ -1,5 +1,8 @@
 #pragma once
 
+#include <cstdint>
+#include <cstring>
+
 #include "simd/lanes.h"
 
 // Four lanes as a plain struct: for processors without vectors, and the meaning that the vector

@@ -2,6 +2,9 @@
 
 #include <emmintrin.h>
 
+#include <cstddef>
+#include <cstdint>
+
 #include "simd/lanes.h"
 
 // Four lanes on SSE2, which every 64-bit x86 processor has.

@@ -1,3 +1,5 @@
+#include <cstddef>
+
 #include "solver/passes.h"
 #include "solver/sampling.h"
 

@@ -1,4 +1,6 @@
 #include <algorithm>
+#include <cstddef>
+#include <cstdint>
 
 #include "solver/passes.h"
 #include "solver/sampling.h"

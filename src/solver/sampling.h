@@ -1,5 +1,8 @@
 #pragma once
 
+#include <cstddef>
+#include <cstdint>
+
 #include "base/pair.h"
 #include "simd/float4.h"
 #include "solver/float_grid.h"

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstddef>
+
 #include "simd/float4.h"
 #include "solver/float_grid.h"
 

@@ -1,3 +1,6 @@
+#include <cstddef>
+#include <cstdint>
+
 #include "solver/clamped_row.h"
 #include "solver/passes.h"
 #include "solver/sampling.h"

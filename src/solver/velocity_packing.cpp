@@ -1,5 +1,6 @@
 #include "solver/velocity_packing.h"
 
+#include <cstddef>
 #include <cstdlib>
 
 #include "simd/float4.h"
