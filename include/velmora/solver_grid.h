@@ -4,11 +4,12 @@
 
 namespace velmora {
 
-/// Sides of the square of screen pixels that one cell of the velocity's grid covers, and one texel
-/// of the velocity texture; a screen has as many whole ones as fit.
+/// Side of a cell of the velocity grid, and of a texel of the velocity texture, in screen pixels. The grid has as many
+/// whole cells as fit on the screen.
 constexpr std::int32_t pixelsPerCell = 12;
 
-/// Texels of the ink's textures along the longer and the shorter side of the screen, of any screen.
+/// Sides of the ink textures along the longer and the shorter side of the screen, in texels. They are the same for all
+/// screens.
 constexpr std::int32_t inkLongSide = 1024;
 constexpr std::int32_t inkShortSide = 512;
 

@@ -16,8 +16,8 @@ namespace velmora {
 
 namespace {
 
-/// The touch step of one ink frame: stepTouchPhase, and the deposit of its stroke in `color`. Returns
-/// the ink amount that this frame shows. An event that comes after the step acts in the next frame.
+/// Runs the touch step of one ink frame and deposits its stroke in `color`. Returns the ink amount that this frame
+/// shows: a later event acts in the next frame.
 float advanceTouchFrame(EffectState& state, SharedTouch& shared, InkColor color) {
     std::optional<InkStroke> stroke;
     TouchVariables touch;
@@ -34,12 +34,12 @@ float advanceTouchFrame(EffectState& state, SharedTouch& shared, InkColor color)
     return shownInk;
 }
 
-/// Returns the ink amount that the frame shows.
+/// Runs the fluid step and the touch step. Returns the ink amount that the frame shows.
 float stepInk(EffectState& state, SharedTouch& shared, InkColor inkColor) {
     const InkColor frameColor{inkChannel(inkColor.r), inkChannel(inkColor.g),
                               inkChannel(inkColor.b)};
     state.inkColorOffset = frameInkColorOffset;
-    stepFluid(state, shared);  // with the settings that the previous frame left
+    stepFluid(state, shared);  // with the settings of the previous frame
     state.backwardStepSize = fullBackwardStep;
     state.timeStep = baseTimeStep;
     state.inkIntensity = frameInkIntensity;

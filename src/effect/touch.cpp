@@ -15,11 +15,11 @@ std::int32_t difference(std::int32_t a, std::int32_t b) {
     return saturatedInt(std::int64_t{a} - b);
 }
 
-/// The movement since the previous event; returns its length in pixels.
+/// Stores the movement since the previous event and returns its length in pixels.
 float measureMovement(TouchVariables& touch, std::int32_t x, std::int32_t y) {
     touch.touchDeltaX = difference(x, touch.lastEventX);
     touch.touchDeltaY = difference(y, touch.lastEventY);
-    // Unsigned: the squares of the two longest movements sum to 2^63.
+    // Unsigned, because the squares of the two longest movements sum to 2^63.
     const auto square = [](std::int64_t d) { return static_cast<std::uint64_t>(d * d); };
     return std::sqrt(static_cast<float>(square(touch.touchDeltaX) + square(touch.touchDeltaY)));
 }
@@ -83,7 +83,7 @@ InkStroke strokeTo(const TouchVariables& touch, DragMode mode, Float2 previous) 
     return {mode, previous, {static_cast<float>(touch.touchX), static_cast<float>(touch.touchY)}};
 }
 
-/// A phase may last for more frames than an int counts.
+/// Counts up and saturates: a phase may last for more frames than an int holds.
 void countFrame(std::int32_t& frames) {
     frames = saturatedInt(std::int64_t{frames} + 1);
 }
@@ -141,10 +141,10 @@ void stepIdle(EffectState& state, TouchVariables& touch) {
     }
 }
 
-/// The factor of a slow drag, 0 without pressure.
+/// Returns the pressure factor of a slow drag, 0 without pressure.
 float pressureFactorOf(float pressure) {
     const double p = static_cast<double>(pressure);
-    return pressure > 0.0f ? static_cast<float>(static_cast<double>(leastPressureFactor) + p * p)
+    return pressure > 0.0f ? static_cast<float>(static_cast<double>(minPressureFactor) + p * p)
                            : 0.0f;
 }
 
@@ -193,7 +193,7 @@ std::optional<InkStroke> stepTouchPhase(EffectState& state, TouchVariables& touc
     } else if (touch.touchPhase == Dragging) {
         stroke = stepDragging(state, touch);
     }
-    if (touch.touchPhase == Idle) {  // also where the press has just ended
+    if (touch.touchPhase == Idle) {  // also if the press has just ended
         stepIdle(state, touch);
     }
     return stroke;

@@ -2,8 +2,8 @@
 
 #include <cstdint>
 
-// The tuning table: the numbers that give ink and flow their look. Those of a cell operator stand beside the
-// operator, and those by which ink darkens the light in velmora/ink_light.h.
+// The tuning table: the numbers that give ink and flow their look. The constants of a cell operator are in the
+// operator's file. The constants of ink's effect on light are in velmora/ink_light.h.
 
 namespace velmora {
 
@@ -23,7 +23,8 @@ constexpr float activeInkDissipation = 0.99f;  // while touched, and until the i
 constexpr float idleInkDissipation = 0.9625f;
 
 constexpr TouchPreset initialPreset{40.0f, 200.0f, 0.9f, 0.96f, 50.0f, 2.0f};
-// In the tap and the slow drag, the last two numbers are factors: of the press frame counter and of the pressure.
+// The last two numbers of the tap are multiplied by the number of pressed frames, those of the slow drag by the
+// pressure factor.
 constexpr TouchPreset tapPreset{40.0f, 200.0f, 0.98f, activeInkDissipation, 12.0f, 8.0f};
 constexpr TouchPreset slowDragPreset{20.0f, 100.0f, 0.9f, activeInkDissipation, 45.0f, 40.0f};
 constexpr TouchPreset mediumDragPreset{20.0f, 150.0f, 0.94f, activeInkDissipation, 10.0f, 25.0f};
@@ -31,17 +32,18 @@ constexpr TouchPreset fastDragPreset{4.0f, 40.0f, 0.96f, activeInkDissipation, 2
 
 constexpr std::int32_t tapSourceFrames = 5;  // pressed frames with a velocity source
 constexpr std::int32_t tapInkFrames = 10;    // pressed frames that deposit ink
-constexpr std::int32_t holdFrames = 12;      // after these a resting finger ends the press
-constexpr std::int32_t shortDragFrames = 9;  // a drag of no more frames finishes like a tap
+constexpr std::int32_t holdFrames =
+    12;  // pressed frames after which a resting finger ends the press
+constexpr std::int32_t shortDragFrames = 9;  // longest drag, in frames, that finishes like a tap
 constexpr std::int32_t idleFadeFrames = 35;  // idle frames after which ink fades faster
 constexpr float slowDragSpeed = 2.0f;  // pixels between two events; above it a press becomes a drag
-constexpr float fastDragSpeed = 10.0f;       // pixels between two events; above it a drag is fast
-constexpr float leastPressureFactor = 0.2f;  // factor of a slow drag with next to no pressure
-constexpr float tapBackwardStep = 0.1f;      // EffectState::backwardStepSize a pressed frame
+constexpr float fastDragSpeed = 10.0f;     // pixels between two events; above it a drag is fast
+constexpr float minPressureFactor = 0.2f;  // factor of a slow drag at the lowest pressure
+constexpr float tapBackwardStep = 0.1f;    // EffectState::backwardStepSize a pressed frame
 
 // ---- Ink
 
-constexpr float fullBackwardStep = 1.0f;     // EffectState::backwardStepSize of all other frames
+constexpr float fullBackwardStep = 1.0f;     // EffectState::backwardStepSize of other frames
 constexpr int inkAdvectionPasses = 4;        // a frame
 constexpr double inkTimeFactor = 0.9;        // share of EffectState::timeStep for which ink drifts
 constexpr float initialInkIntensity = 0.2f;  // until the first frame
@@ -54,12 +56,12 @@ constexpr float cellSide = 2.5f;               // EffectState::gridScale, length
 constexpr float pressureGradientScale = 0.2f;  // EffectState::gradientScale
 constexpr std::int32_t pressureIterations = 20;
 
-// Distances from the screen's edges in pixels: nearer to them, the flow is not projected.
+// Distances of the touch from the screen's edges in pixels. Nearer to an edge, the flow is not projected.
 constexpr std::int32_t projectionMargin = 60;
 constexpr std::int32_t slowDragMargin = 12;
 constexpr std::int32_t mediumDragMargin = 10;
 
-/// Sink at the touch that a drag near an edge leaves to the steps after it.
+/// Sink at the touch that a drag near an edge sets for this step and the following ones.
 struct EdgeSink {
     float radius;    // screen pixels
     float strength;  // divergence

@@ -39,10 +39,9 @@ void drawQuad(GLuint buffer) {
     glDisableVertexAttribArray(1);
 }
 
-/// The end that all passes share: draws over the whole of the bound target, then lets go of everything.
+/// Draws over the whole bound target, then unbinds textures and target.
 void drawFullscreenQuad(const EffectState& state, const RenderTarget& destination) {
-    // Without the buffer GL would read the quad from address 0; without the target it would draw
-    // over the screen.
+    // Without the buffer, GL would read the quad from address 0. Without the target, it would draw over the screen.
     if (state.quadBuffer != 0 && destination.framebuffer != 0) {
         drawQuad(state.quadBuffer);
     }
@@ -55,7 +54,7 @@ Float2 screenSize(const EffectState& state) {
     return {static_cast<float>(state.screenWidth), static_cast<float>(state.screenHeight)};
 }
 
-/// The base time step in texture units.
+/// Returns the time step of an advection pass in texture units.
 Float2 textureTimeStep(const EffectState& state) {
     const double step = inkTimeFactor * static_cast<double>(state.timeStep);
     return {static_cast<float>(step / state.velocityGridWidth),

@@ -12,13 +12,13 @@
 #include "water/mesh.h"
 #include "water/ripple.h"
 
-// The native methods: each pins the host's arrays, forwards, and releases. Nothing else names the globals.
+// The native methods. Each pins the host's arrays, calls the effect and releases the arrays. Only this file and
+// kit/effect_scene.cpp name globals.
 
 using namespace velmora;
 
-// Host arrays are pinned at the start of a native method, without asking whether that makes a copy,
-// and released at its end in the same order, with write-back. Null means that the host is out of
-// memory: an exception is pending, and nothing may be pinned any more, only released.
+// A native method pins host arrays at its start and releases them at its end, in the same order and with write-back. If
+// pin returns null, the host is out of memory and an exception is pending: from then on arrays may only be released.
 
 namespace {
 
@@ -40,7 +40,7 @@ void release(JNIEnv* env, jshortArray array, jshort* elements) {
     }
 }
 
-/// Mesh indices are unsigned; Java has no such type.
+/// Returns mesh indices as unsigned numbers, a type that Java does not have.
 std::uint16_t* asIndices(jshort* elements) {
     return reinterpret_cast<std::uint16_t*>(elements);
 }

@@ -5,13 +5,13 @@
 
 #include "solver/passes.h"
 #include "solver/sampling.h"
-#include "solver/strip_layout.h"
+#include "solver/transposed_layout.h"
 
 namespace velmora {
 
 namespace {
 
-/// `source` is alpha * b.
+/// Returns a relaxed pressure. `source` is alpha * b.
 template <class Floats>
 Floats relaxed(Floats left, Floats right, Floats bottom, Floats top, Floats source, Floats rbeta) {
     return (left + right + bottom + top + source) * rbeta;
@@ -31,8 +31,8 @@ void clearBorder(const FloatGrid& grid) {
     }
 }
 
-/// Two rows of `length` in strips, one above the other: what one loads, the other needs as well.
-/// Additions are then what the processor waits for, and no longer loads.
+/// Relaxes two rows of `length` in transposed layout, one above the other. The rows share their loads, so that
+/// additions and no longer loads limit the speed.
 void relaxTwoRows(const float* below, const float* lower, const float* upper, const float* above,
                   const float* source, float* out, std::ptrdiff_t length, float rbeta) {
     const Float4 border(0.0f);
@@ -40,10 +40,10 @@ void relaxTwoRows(const float* below, const float* lower, const float* upper, co
     float* const upperOut = out + length;
     Float4 cells = loadAligned(lower);
     Float4 upperCells = loadAligned(upper);
-    const Float4 beyond = shiftOut(cells, border);
-    const Float4 upperBeyond = shiftOut(upperCells, border);
-    Float4 left = shiftIn(border, loadAligned(lower + length - 4));
-    Float4 upperLeft = shiftIn(border, loadAligned(upper + length - 4));
+    const Float4 beyond = slideLeft(cells, border);
+    const Float4 upperBeyond = slideLeft(upperCells, border);
+    Float4 left = slideRight(border, loadAligned(lower + length - 4));
+    Float4 upperLeft = slideRight(border, loadAligned(upper + length - 4));
     const auto relaxGroups = [&](std::ptrdiff_t at, Float4 right, Float4 upperRight) {
         store(out + at, relaxed(left, right, loadAligned(below + at), upperCells,
                                 loadAligned(source + at), Float4(rbeta)));
@@ -60,9 +60,9 @@ void relaxTwoRows(const float* below, const float* lower, const float* upper, co
     relaxGroups(length - 4, beyond, upperBeyond);
 }
 
-/// One iteration in strips, two rows at a time; of an odd number, one row twice.
-void relaxStrips(const StripLayout& layout, const float* x, const float* source, float* out,
-                 const float* border, float rbeta) {
+/// Runs one iteration in transposed layout, two rows at a time. If their number is odd, one row is computed twice.
+void relaxTransposed(const TransposedLayout& layout, const float* x, const float* source,
+                     float* out, const float* border, float rbeta) {
     const std::ptrdiff_t length = layout.rowLength();
     for (std::ptrdiff_t next = 0; next < layout.rows; next += 2) {
         const std::ptrdiff_t row = std::min(next, layout.rows - 2);
@@ -77,8 +77,8 @@ void relaxStrips(const StripLayout& layout, const float* x, const float* source,
     }
 }
 
-/// The first iteration from rest.
-void relaxFromRest(const StripLayout& layout, const float* source, float* out, float rbeta) {
+/// Runs the first iteration from pressure 0.
+void relaxFromRest(const TransposedLayout& layout, const float* source, float* out, float rbeta) {
     const Float4 rest(0.0f);
     for (std::ptrdiff_t row = 0; row < layout.rows; ++row) {
         for (std::ptrdiff_t at = 0; at < layout.rowLength(); at += 4) {
@@ -91,34 +91,34 @@ void relaxFromRest(const StripLayout& layout, const float* source, float* out, f
     }
 }
 
-/// Whether the strips, which pad a row and begin on a whole vector, fit into the grid.
-bool canRelaxInStrips(const FloatGrid& output) {
-    const StripLayout layout(output);
+/// Returns true if the transposed layout, with its padding and alignment, fits into the grid's block.
+bool fitsTransposed(const FloatGrid& output) {
+    const TransposedLayout layout(output);
     return output.data != nullptr && layout.groups >= 4 && layout.rows >= 2 &&
            layout.cells() + 3 <= layout.width * output.height;
 }
 
-/// All iterations in strips: the pressures in the workspace, alpha * b in the output, which is free
-/// until the end.
-void relaxInStrips(Jacobi& pass, std::int32_t count, float* workspace) {
-    const StripLayout layout(pass.output);
+/// Runs all iterations in transposed layout. The workspace holds the pressures. The output holds alpha * b until the
+/// end.
+void relaxAllTransposed(Jacobi& pass, std::int32_t count, float* workspace) {
+    const TransposedLayout layout(pass.output);
     float* x = alignedUp(workspace);
     float* out = x + layout.cells();
     float* const source = alignedUp(pass.output.data);
-    toStrips(layout, pass.b, pass.alpha, source);
+    transposeGrid(layout, pass.b, pass.alpha, source);
     alignas(16) float border[maxGridSide];
     std::fill_n(border, layout.rowLength(), 0.0f);
     for (std::int32_t iteration = 0; iteration < count; ++iteration) {
         if (iteration == 0) {
             relaxFromRest(layout, source, out, pass.rbeta);
         } else {
-            relaxStrips(layout, x, source, out, border, pass.rbeta);
+            relaxTransposed(layout, x, source, out, border, pass.rbeta);
         }
         std::swap(x, out);
         std::swap(pass.x, pass.output);
     }
-    fromStrips(layout, x, pass.x);
-    fromStrips(layout, out, pass.output);
+    restoreGrid(layout, x, pass.x);
+    restoreGrid(layout, out, pass.output);
     clearBorder(pass.x);
     clearBorder(pass.output);
 }
@@ -151,8 +151,8 @@ void jacobiSweep(const Jacobi& pass) {
 }
 
 void jacobiKernel(Jacobi& pass, std::int32_t count, const FloatGrid& workspace) {
-    if (count > 1 && workspace.data != nullptr && canRelaxInStrips(pass.output)) {
-        relaxInStrips(pass, count, workspace.data);
+    if (count > 1 && workspace.data != nullptr && fitsTransposed(pass.output)) {
+        relaxAllTransposed(pass, count, workspace.data);
         return;
     }
     clearGrid(pass.x, 1);

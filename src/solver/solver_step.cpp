@@ -21,7 +21,7 @@ void setSink(EffectState& state, const EdgeSink& sink) {
     state.sourceStrength = sink.strength;
 }
 
-/// Returns whether the step goes on to the projection.
+/// Returns true if the step projects the flow.
 bool applyMarginRule(EffectState& state, const TouchVariables& touch, DragMode dragMode) {
     const auto isTouchInside = [&](std::int32_t margin) {
         return isInside(state, touch.touchX, touch.touchY, margin);
@@ -72,7 +72,8 @@ void advect(EffectState& state, const StepSettings& settings) {
     std::swap(state.velocity, state.velocityScratch);
 }
 
-/// The touch, up to 5 pixels off on each axis: a sink that never moves would freeze the flow around it.
+/// Returns a random point up to 5 pixels from the touch on each axis. A sink that never moves would freeze the flow
+/// around it.
 Float2 jitteredSink(const EffectState& state, const StepSettings& settings) {
     const double u1 = std::rand() * 0x1p-31;
     const double u2 = std::rand() * 0x1p-31;
@@ -119,8 +120,8 @@ void project(EffectState& state) {
     std::swap(state.velocity, state.velocityScratch);
 }
 
-/// Of a number that is not finite, the difference with itself is NaN, and so is a sum with it. Four
-/// sums, none of which waits for the others.
+/// Returns true if all numbers are finite. x - x is NaN if x is infinite or NaN, and so is every sum with it. Four
+/// independent sums let the processor overlap the additions.
 bool areFinite(const float* numbers, std::ptrdiff_t count) {
     Float4 sums[4] = {0.0f, 0.0f, 0.0f, 0.0f};
     const std::ptrdiff_t whole = count / 16 * 16;
@@ -139,8 +140,8 @@ bool areFinite(const float* numbers, std::ptrdiff_t count) {
     return sum == 0.0f;
 }
 
-/// Pressures and strokes from far outside the screen may leave infinities and NaN, which would go
-/// round in the flow for ever: they start again from rest. What is merely huge decays.
+/// Sets every component that is infinite or NaN to 0. Extreme touch pressures and strokes from far outside the screen
+/// can produce such values, which would stay in the flow for ever. Large finite values decay.
 void zeroNonFinite(const FloatGrid& velocity) {
     float* const components = velocity.data;
     const std::ptrdiff_t count = std::ptrdiff_t{velocity.width} * velocity.height * 2;

@@ -298,7 +298,7 @@ TEST(Kernels, GiveEveryCellTheBitsOfItsOperatorInsideTheGrids) {
             compareKernels(cell % 10, cell / 10, fill);
         }
         for (int width = 14; width <= 19;
-             ++width) {  // rows in strips, with 0 to 3 cells of padding
+             ++width) {  // transposed rows with 0 to 3 cells of padding
             compareKernels(width, 7, fill);
             compareKernels(width, 3 * width, fill);
         }

@@ -108,8 +108,8 @@ TYPED_TEST(Lanes, OperationsMeanForEveryLaneWhatTheyMeanForOne) {
         EXPECT_EQ(bitCast<Ints4>(minusOneWhere(x < y, whole)),
                   each(a, b, [](float p, float q) { return p < q ? -1 : truncated(p); }));
         expect(toFloat(whole), [](float p, float) { return static_cast<float>(truncated(p)); });
-        EXPECT_TRUE(holds(shiftIn(x, y), {a[3], b[0], b[1], b[2]}));
-        EXPECT_TRUE(holds(shiftOut(x, y), {a[1], a[2], a[3], b[0]}));
+        EXPECT_TRUE(holds(slideRight(x, y), {a[3], b[0], b[1], b[2]}));
+        EXPECT_TRUE(holds(slideLeft(x, y), {a[1], a[2], a[3], b[0]}));
     }
     for (const float least : {0.0f, 0.99999994f, 1.5f, 254.99998f, 4194300.5f}) {
         const Lanes4 small{least, least + 1.0f, least + 2.5f, 4194304.0f};

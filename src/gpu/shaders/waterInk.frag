@@ -1,6 +1,6 @@
 precision mediump float;
-// Water darkened by ink: each colour channel is divided by 1 + the ink's absorption. C++ has the same formula in
-// velmora/ink_light.h. The density is split over two 8-bit channels as 255 * high + low.
+// Water darkened by ink. velmora/ink_light.h has the same formula in C++. The density is split over two 8-bit channels
+// as 255 * high + low.
 
 uniform sampler2D Density;
 uniform vec2 Scale;

@@ -10,7 +10,7 @@ varying vec3 vNormal;
 varying vec3 vHalfVec;
 varying float vHeights;
 
-// Returns the refracted background under a lit sheen that grows with the height of the water.
+// Returns the refracted background plus the lit reflection map, which grows with the height of the water.
 vec3 waterSurface(float specularLimit) {
     vec4 waterColor = texture2D(sWaterTexture, vWaterTextureCoord);
     vec4 bgColor = texture2D(sBGTexture, vBGTexture1Coord);
