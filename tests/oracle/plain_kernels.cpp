@@ -380,7 +380,7 @@ void repeatStep(EffectState& state) {
         kernel(pass);
         std::swap(state.velocity, state.velocityScratch);
     };
-    if (state.dragMode == FastDrag) {
+    if (state.stepSettings.dragMode == FastDrag) {
         run(state.addVelocityPass, reference::addVelocityKernel);
     }
     state.advectVelocityPass.source = state.velocity;
