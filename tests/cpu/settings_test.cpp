@@ -42,7 +42,7 @@ TEST(Settings, InsideIsStrictAndDefinedForAnyInts) {
         EXPECT_EQ(isInside(state, 100, y, 10), inside) << y;
     }
     applySettings(state, least, least, false);
-    EXPECT_FALSE(isInside(state, 0, 0, 60));
+    EXPECT_FALSE(isInside(state, 100, 100, 60));
     EXPECT_EQ(flippedY(state.screenHeight, most), -4294967295);
 }
 

@@ -40,7 +40,7 @@ struct WaterMethods : testing::TestWithParam<ArrayAccess> {
 INSTANTIATE_TEST_SUITE_P(Arrays, WaterMethods,
                          testing::Values(ArrayAccess::direct, ArrayAccess::copy));
 
-TEST_P(WaterMethods, TakeTheirArgumentsInOrder) {
+TEST_P(WaterMethods, InitWatersTakesItsArgumentsInOrder) {
     initWaters(6);
     EXPECT_TRUE(
         std::ranges::equal(JniEnvironment::elements(positions),
@@ -51,12 +51,17 @@ TEST_P(WaterMethods, TakeTheirArgumentsInOrder) {
     initWaters(5);
     EXPECT_EQ(JniEnvironment::elements(positions)[14], 0.0f);
     EXPECT_EQ(JniEnvironment::elements(positions)[15], 9.0f);
+    EXPECT_TRUE(jni.checkGuards().empty());
+}
 
+TEST_P(WaterMethods, RippleTakesItsArgumentsInOrder) {
     // The touch is cell (4, 3.5); alone below the middle row of the rectangle it gains 4 * 2.5.
     ripple(4.0f);
     EXPECT_EQ(heightAt(4, 3), 10.0f);
     EXPECT_EQ(heightAt(4, 4), 10.0f);
-    std::ranges::fill(JniEnvironment::elements(height), 0.0f);
+}
+
+TEST_P(WaterMethods, MoveTakesItsArgumentsInOrder) {
     JniEnvironment::elements(height)[3 * columns + 5] = 16.0f;
     EXPECT_EQ(move(true), JNI_FALSE);
     // Cells to the left and above; those to the right and below lie outside the rectangle.

@@ -131,29 +131,38 @@ constexpr Point start = {200, 300}, close = {205, 300}, further = {210, 300};
 
 TEST(TouchTimeline, ATapLastsThirteenFramesAndFadesAtTheThirtyFifthIdleOne) {
     Gesture().down(start).tapFrames(0, 12, start).restFrames(33).fadeFrames(3);
-    // a second tap starts again at 1
+}
+
+TEST(TouchTimeline, ASecondTapStartsAgainAtOne) {
     Gesture().down(start).tapFrames(0, 3, start).down(close).tapFrames(1, 12, close);
-    // a lifted finger leaves the tap alone
+}
+
+TEST(TouchTimeline, AnUpLeavesATapAlone) {
     Gesture().down(start).tapFrames(0, 2, start).up(start).tapFrames(3, 12, start).restFrames(2);
 }
 
-TEST(TouchTimeline, ADragFromItsFirstMeasuredMoveToItsEnd) {
-    const auto held = [](Gesture&& gesture) -> Gesture& {
-        return gesture.down(start)
-            .move(close)
-            .move(further)
-            .strokeFrame(medium, start, further)
-            .strokeFrame(medium, further, further);
-    };
-    // a short drag ends as a tap, a long one at once
-    held(Gesture()).sameFrames(7).up(further).tapFrames(0, 12, further).restFrames(2);
-    held(Gesture()).sameFrames(8).up(further).tapFrames(20, 20, further).restFrames(2);
-    // cancel in a drag hides the ink until the next event
-    held(Gesture()).cancel(further).restFrames(2).up(further).restFrames(2);
+/// Two frames into a drag.
+Gesture& dragged(Gesture&& gesture) {
+    return gesture.down(start)
+        .move(close)
+        .move(further)
+        .strokeFrame(medium, start, further)
+        .strokeFrame(medium, further, further);
 }
 
-TEST(TouchTimeline, APressBecomesADragOrEndsWithoutOne) {
-    // a short drag with a last jump
+TEST(TouchTimeline, ADragOfNineFramesEndsAsATap) {
+    dragged(Gesture()).sameFrames(7).up(further).tapFrames(0, 12, further).restFrames(2);
+}
+
+TEST(TouchTimeline, ADragOfTenFramesEndsAtOnce) {
+    dragged(Gesture()).sameFrames(8).up(further).tapFrames(20, 20, further).restFrames(2);
+}
+
+TEST(TouchTimeline, ACancelInADragHidesTheInkUntilTheNextEvent) {
+    dragged(Gesture()).cancel(further).restFrames(2).up(further).restFrames(2);
+}
+
+TEST(TouchTimeline, AShortDragContinuesItsTapFromItsLastPoint) {
     Gesture()
         .down(start)
         .tapFrames(0, 2, start)
@@ -163,7 +172,9 @@ TEST(TouchTimeline, APressBecomesADragOrEndsWithoutOne) {
         .up({250, 309})
         .tapFrames(3, 12, {250, 309}, {40, 9})
         .restFrames(1);
-    // a held finger that trembles; then any move drags
+}
+
+TEST(TouchTimeline, AnyMoveDragsAFingerThatWasHeld) {
     Gesture()
         .down(start)
         .tapFrames(0, 1, start)
@@ -176,7 +187,9 @@ TEST(TouchTimeline, APressBecomesADragOrEndsWithoutOne) {
         .up(start)
         .tapFrames(20, 20, start)
         .restFrames(1);
-    // the twelfth frame holds, the eleventh does not
+}
+
+TEST(TouchTimeline, AFingerIsHeldFromTheTwelfthFrameOn) {
     Gesture()
         .down(start)
         .tapFrames(0, 10, start)
@@ -185,7 +198,9 @@ TEST(TouchTimeline, APressBecomesADragOrEndsWithoutOne) {
         .move(start)
         .move(start)
         .strokeFrame(slow, start, start);
-    // moves after the press ended are not seen
+}
+
+TEST(TouchTimeline, MovesAfterThePressDoNothing) {
     Gesture()
         .down(start)
         .tapFrames(0, 12, start)
@@ -200,7 +215,7 @@ TEST(TouchTimeline, APressBecomesADragOrEndsWithoutOne) {
         .restFrames(2);
 }
 
-TEST(TouchTimeline, CancelAndClearSetAPressBack) {
+TEST(TouchTimeline, ACancelEndsAPress) {
     Gesture()
         .down(start)
         .tapFrames(0, 4, start)
@@ -208,7 +223,9 @@ TEST(TouchTimeline, CancelAndClearSetAPressBack) {
         .restFrames(2)
         .down(close)
         .tapFrames(0, 12, close);
-    // clear empties, too
+}
+
+TEST(TouchTimeline, AClearEndsAPressAndEmptiesTheInk) {
     Gesture()
         .down(start)
         .tapFrames(0, 4, start)
