@@ -63,10 +63,11 @@ TEST_P(WaterMethods, RippleTakesItsArgumentsInOrder) {
 
 TEST_P(WaterMethods, MoveTakesItsArgumentsInOrder) {
     JniEnvironment::elements(height)[3 * columns + 5] = 16.0f;
+    JniEnvironment::elements(velocity)[3 * columns + 5] = 8.0f;
     EXPECT_EQ(move(true), JNI_FALSE);
     // Cells to the left and above; those to the right and below lie outside the rectangle.
     const auto speeds = JniEnvironment::elements(velocity);
-    EXPECT_EQ(speeds[3 * columns + 5], -8.0f);
+    EXPECT_EQ(speeds[3 * columns + 5], -4.0f);
     EXPECT_EQ(speeds[3 * columns + 4], 2.0f);
     EXPECT_EQ(speeds[2 * columns + 5], 2.0f);
     EXPECT_EQ(std::ranges::count(speeds, 0.0f), rows * columns - 3);
