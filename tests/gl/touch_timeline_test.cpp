@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <cmath>
+
 #include "tests/host/test_host.h"
 
 // What each frame of a gesture hands to the ink, seen in the uniforms of its passes.

@@ -71,7 +71,8 @@ Bytes pixelAfter(const std::function<void(Stage&)>& play, const Moment* moment) 
     } else {
         stage.draw();
     }
-    stage.tap(Down);  // shows all ink, lays none in its first frame, and keeps the flow from moving it
+    stage.tap(
+        Down);  // shows all ink, lays none in its first frame, and keeps the flow from moving it
     return stage.pixelOfFrame(70);
 }
 
@@ -94,8 +95,9 @@ TEST(Clear, EmptiesOnce) {
     stage.draw(3);
     stage.clear();
     stage.tap(Down);
-    stage.draw(5);
-    EXPECT_NE(stage.pixelOfFrame(75), background) << "the ink of the next press stays";
+    stage.draw(11);
+    EXPECT_NE(stage.pixelOfFrame(70), background)
+        << "the next press lays no more ink in this frame";
 }
 
 }  // namespace
