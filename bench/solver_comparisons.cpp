@@ -90,12 +90,21 @@ struct Flow {
     }
 
     void step() {
-        std::srand(1);  // the passes that the plain kernels repeat hold this sink
         state.stepSettings = beginSolverStep(state, touch);
         runSolverStep(&state);
     }
 
-    /// Every grid and setting as before a step.
+    /// The same step by the plain kernels, with a sink of its own.
+    void plainStep() {
+        const double u1 = std::rand() * 0x1p-31;
+        const double u2 = std::rand() * 0x1p-31;
+        state.computeDivergencePass.sourcePoint = {
+            static_cast<float>(touch.touchX + (0.5 - u1) * sinkJitter),
+            static_cast<float>(state.screenHeight - touch.touchY + (0.5 - u2) * sinkJitter)};
+        reference::repeatStep(state);
+    }
+
+    /// Restores every grid and setting, and the random numbers.
     void restore() {
         for (const FloatGrid& grid : {state.velocity, state.velocityScratch}) {
             std::copy(startVelocity.begin(), startVelocity.end(), grid.data);
@@ -111,6 +120,7 @@ struct Flow {
         state.touchMargin = 10;
         state.dragSegment = {touch.touchX - touch.touchDeltaX * 3,
                              touch.touchY - touch.touchDeltaY * 3, touch.touchX, touch.touchY};
+        std::srand(1);
     }
 
     std::string gridName() const {
@@ -136,7 +146,7 @@ Comparison stepComparison(ScreenSize screen, DragMode dragMode) {
             .grid = flow->gridName(),
             .target = 2.75,
             .restore = [flow] { flow->restore(); },
-            .reference = [flow] { reference::repeatStep(flow->state); },
+            .reference = [flow] { flow->plainStep(); },
             .candidate = [flow] { flow->step(); },
             .outputs =
                 [flow] {

@@ -1,10 +1,10 @@
 #include "bench/table_reporter.h"
 
-#include <ostream>
 #include <algorithm>
 #include <cstddef>
 #include <iomanip>
 #include <ios>
+#include <ostream>
 #include <sstream>
 #include <utility>
 

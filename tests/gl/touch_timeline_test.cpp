@@ -135,6 +135,18 @@ TEST(TouchTimeline, ATapLastsThirteenFramesAndFadesAtTheThirtyFifthIdleOne) {
     Gesture().down(start).tapFrames(0, 12, start).restFrames(33).fadeFrames(3);
 }
 
+TEST(TouchTimeline, EachPressDelaysTheFadeAgain) {
+    Gesture()
+        .down(start)
+        .tapFrames(0, 12, start)
+        .restFrames(33)
+        .fadeFrames(1)
+        .down(start)
+        .tapFrames(0, 12, start)
+        .restFrames(33)
+        .fadeFrames(1);
+}
+
 TEST(TouchTimeline, ASecondTapStartsAgainAtOne) {
     Gesture().down(start).tapFrames(0, 3, start).down(close).tapFrames(1, 12, close);
 }
