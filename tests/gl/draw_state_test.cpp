@@ -36,17 +36,21 @@ GLint textureOn(GLenum unit) {
     return texture;
 }
 
-/// What the next draw reads and writes: "PROGRAM: TEXTURES -> FRAMEBUFFER, WIDTHxHEIGHT".
+std::string viewport() {
+    GLint box[4];
+    glGetIntegerv(GL_VIEWPORT, box);
+    return std::to_string(box[0]) + " " + std::to_string(box[1]) + " " + std::to_string(box[2]) +
+           "x" + std::to_string(box[3]);
+}
+
+/// What the next draw reads and writes: "PROGRAM: TEXTURES -> FRAMEBUFFER, X Y WIDTHxHEIGHT".
 std::string drawState() {
     std::string textures;
     for (GLenum unit = GL_TEXTURE0; unit <= GL_TEXTURE3; ++unit) {
         textures += labelOf(GlKind::texture, textureOn(unit)) + " ";
     }
-    GLint viewport[4];
-    glGetIntegerv(GL_VIEWPORT, viewport);
     return labelOf(GlKind::program, integer(GL_CURRENT_PROGRAM)) + ": " + textures + "-> " +
-           labelOf(GlKind::framebuffer, integer(GL_FRAMEBUFFER_BINDING)) + ", " +
-           std::to_string(viewport[2]) + "x" + std::to_string(viewport[3]);
+           labelOf(GlKind::framebuffer, integer(GL_FRAMEBUFFER_BINDING)) + ", " + viewport();
 }
 
 /// The uploads and draws of a frame, in order.
@@ -68,8 +72,8 @@ std::vector<std::string> stepsOfFrame(TestHost& host) {
 }
 
 std::vector<std::string> withFluidSteps(std::initializer_list<std::string> others) {
-    const std::string forth = "advect: velocity inkA 0 0 -> inkB, 512x1024";
-    const std::string back = "advect: velocity inkB 0 0 -> inkA, 512x1024";
+    const std::string forth = "advect: velocity inkA 0 0 -> inkB, 0 0 512x1024";
+    const std::string back = "advect: velocity inkB 0 0 -> inkA, 0 0 512x1024";
     std::vector<std::string> steps = {"velocity takes 45x80", forth, back, forth, back};
     steps.insert(steps.end(), others);
     return steps;
@@ -112,6 +116,7 @@ TEST(SetUp, MakesItsObjectsAndLeavesTheScreenBound) {
         }
     }
     EXPECT_EQ(integer(GL_FRAMEBUFFER_BINDING), 0);
+    EXPECT_EQ(viewport(), "0 0 512x1024");
     EXPECT_EQ(integer(GL_BLEND_SRC_RGB), GL_SRC_ALPHA);
     EXPECT_EQ(integer(GL_BLEND_DST_RGB), GL_ONE_MINUS_SRC_ALPHA);
     EXPECT_EQ(glGetError(), static_cast<GLenum>(GL_NO_ERROR));
@@ -171,8 +176,9 @@ TEST(InkFrame, UploadsAdvectsDepositsAndDrawsTheWater) {
     host.touch(300, 400, Down);
     host.touch(300, 405, Move);
     host.touch(330, 440, Move);
-    EXPECT_EQ(stepsOfFrame(host), withFluidSteps({"impulse: inkA 0 0 0 -> inkB, 512x1024",
-                                                  "water: background sheen inkB 0 -> 0, 540x960"}));
+    EXPECT_EQ(stepsOfFrame(host),
+              withFluidSteps({"impulse: inkA 0 0 0 -> inkB, 0 0 512x1024",
+                              "water: background sheen inkB 0 -> 0, 0 0 540x960"}));
     expectNothingBound();
 }
 
@@ -180,7 +186,7 @@ TEST(InkFrame, WithoutAStrokeAdvectsAndDrawsTheWater) {
     TestHost host(screenWidth, screenHeight);
     host.setUp();
     host.arguments.useSecondBackground = true;
-    EXPECT_EQ(stepsOfFrame(host), withFluidSteps({"water: second sheen inkA 0 -> 0, 540x960"}));
+    EXPECT_EQ(stepsOfFrame(host), withFluidSteps({"water: second sheen inkA 0 -> 0, 0 0 540x960"}));
     expectNothingBound();
 }
 
@@ -222,7 +228,7 @@ TEST(WaterFrame, DrawsTheWaterAlone) {
     for (const int indexCount : {72, 0}) {
         host.arguments.indexCount = indexCount;
         EXPECT_EQ(stepsOfFrame(host),
-                  std::vector<std::string>{"water: background sheen 0 0 -> 0, 540x960"});
+                  std::vector<std::string>{"water: background sheen 0 0 -> 0, 0 0 540x960"});
         EXPECT_EQ(host.recorder.count("glBufferData"), 3);
         expectNothingBound();
     }
@@ -253,6 +259,7 @@ TEST(HostArrays, ThatCannotBePinnedLeaveTheFrameUndrawn) {
         host.jni.refuse(refused);
         host.jni.clearCalls();
         EXPECT_EQ(host.recordedFrame().find("glDraw"), std::string::npos);
+        EXPECT_EQ(viewport(), "0 0 540x960");
         // An exception is pending then: what is pinned already is released, nothing more is pinned.
         EXPECT_EQ(host.jni.calls().size(), 2 * pinnedBefore++ + 1);
     }
