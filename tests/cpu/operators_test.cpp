@@ -4,7 +4,7 @@
 namespace velmora::test {
 namespace {
 
-/// A cell by its column and row.
+/// Column and row of a cell.
 struct At {
     int i, j;
 };
@@ -16,7 +16,7 @@ float value(const FloatGrid& grid, At at, int floats = 1, int component = 0) {
     return grid.data[(i + j * grid.width) * floats + component];
 }
 
-/// The bilinear mix of a component at q, where 0 and 1 are the first and the last cell.
+/// Returns the bilinear value of a component at q; 0 and 1 are the centres of the first and the last cell.
 float bilinear(const FloatGrid& grid, Float2 q, int floats = 1, int component = 0) {
     const auto clamped = [](float c) { return c > 0.0f ? std::fmin(c, 1.0f) : 0.0f; };
     const float x = clamped(q.x) * static_cast<float>(grid.width - 1);
@@ -39,7 +39,7 @@ float distance(Float2 a, Float2 b) {
     return std::hypot(a.x - b.x, a.y - b.y);
 }
 
-// ---- What a pass that no plain kernel computes gives a cell, from its definition.
+// ---- Definitions of the passes that have no plain kernel: the value of a cell.
 
 float meaning(const AdvectDensity& pass, At at) {
     const Float2 q = centre(at, pass.texelSize);
@@ -84,8 +84,8 @@ void expectMeaning(const Pass& pass, float tolerance) {
     }
 }
 
-/// The seven passes on random grids of one size. A stroke runs across them to a touch near the
-/// right edge, so that a row's last cells lie on both sides of each radius.
+/// The seven passes on random grids of one size. A stroke crosses the grid and ends at a touch near the right edge, so
+/// that the last cells of a row lie on both sides of each radius.
 struct Passes {
     Passes(int width, int height, Against side, Fill fill)
         : random(static_cast<unsigned>(width * 1000 + height)),
@@ -151,7 +151,7 @@ void expectMeanings(Passes& passes) {
     }
 }
 
-/// The kernels of the library, or the plain ones.
+/// The kernels of the library or the plain kernels.
 struct Kernels {
     void (*advect)(const AdvectVelocity&);
     void (*diverge)(const ComputeDivergence&);
@@ -163,7 +163,7 @@ constexpr Kernels library{velmora::advectVelocityKernel, velmora::computeDiverge
 constexpr Kernels plainCode{reference::advectVelocityKernel, reference::computeDivergenceKernel,
                             reference::subtractGradientKernel, reference::addVelocityKernel};
 
-/// A kernel gives each cell the bits of `evaluate`.
+/// Expects that a kernel gives each cell the bits of `evaluate`.
 template <class Pass>
 void expectKernel(const Pass& pass, void (*kernel)(const Pass&)) {
     const std::vector<float> expected = evaluateCells(pass, pass.output.width, pass.output.height);
@@ -191,7 +191,7 @@ TEST(Operators, EachComputesWhatItsDefinitionSays) {
 }
 
 TEST(Operators, RadiiAndSegmentsExcludeTheirEnds) {
-    // Whole distances: each radius and both ends of the stroke meet corners or centres of cells.
+    // All distances are whole: each radius and both ends of the stroke hit corners or centres of cells.
     Passes passes(30, 30, Against::back, {20.0f});
     passes.aim({4.0f, 4.0f}, {35.0f, 40.0f}, {35.0f, 60.0f}, 5.0f, 25.0f);
     passes.density.center = {70.0f, 86.0f};
@@ -214,7 +214,7 @@ TEST(Operators, CoordinatesBeyondTheGridAreClampedAndNanIsZero) {
     expectKernels(passes, plainCode);
 }
 
-/// `count` iterations at once leave the bits of single ones, from a pressure that counts as 0.
+/// Compares `count` iterations from pressure 0 with the plain kernel, bit by bit.
 void compareIterations(Passes& passes, int count) {
     Jacobi& pass = passes.jacobi;
     const auto gridsAfter = [&](auto kernel) {
@@ -236,7 +236,7 @@ void compareIterations(Passes& passes, int count) {
     }
 }
 
-/// A single iteration, from any pressure.
+/// Compares one iteration from any pressure with `evaluate`.
 void compareSweep(Passes& passes) {
     Jacobi& pass = passes.jacobi;
     if (pass.output.width < 1 || pass.output.height < 1) {
@@ -266,7 +266,7 @@ void compareKernels(int width, int height, Fill fill) {
     }
 }
 
-/// Guard pages begin and end on a whole vector; a block need not.
+// A guarded block is aligned to a whole vector. These blocks are not.
 TEST(Kernels, SweepsStayInsideGridsThatBeginOnAnyFloat) {
     constexpr std::int32_t width = 15;
     for (const std::int32_t height : {30, 31, 32}) {
@@ -305,7 +305,7 @@ TEST(Kernels, GiveEveryCellTheBitsOfItsOperatorInsideTheGrids) {
         compareKernels(90, 160, fill);
         compareKernels(120, 213, fill);
     }
-    for (int count = 1; count <= 512; ++count) {  // whose texel size is rounded
+    for (int count = 1; count <= 512; ++count) {  // for most of these counts, 1 / count is rounded
         compareKernels(count, 1, {30.0f});
         compareKernels(1, count, {30.0f});
     }

@@ -11,11 +11,10 @@
 namespace velmora::test {
 namespace {
 
-constexpr int columns = 25, rows = 19;  // so that rows end in a tail
+constexpr int columns = 25, rows = 19;  // not a multiple of four per row
 constexpr DragMode allModes[] = {TapMode, SlowDrag, MediumDrag, FastDrag};
 
-/// A solver at rest, and the settings of a step that leaves it so: no sink and no projection, the
-/// touch in the middle of the screen.
+/// A solver at rest with settings that keep it at rest: no sink, no projection, the touch in the middle of the screen.
 struct Solver {
     explicit Solver(int width = columns, int height = rows) {
         applySettings(state, 12 * width, 12 * height, true);
@@ -42,7 +41,7 @@ struct Solver {
                     .inkRadius = 30.0f,
                     .isProjected = false};
     }
-    /// Runs a step, which reads its copy of these settings: the rest of a frame changes them meanwhile.
+    /// Runs a step. It must read its copy of the settings, so the originals change before it.
     void step() {
         state.dragSegment = {};
         state.timeStep = state.velocityDissipation = 77.0f;
@@ -78,7 +77,7 @@ struct Solver {
 };
 
 TEST(SolverStep, MarginRuleByModeAndDistanceFromEveryEdge) {
-    constexpr float radius = 7.0f, strength = 8.0f;  // as the presets left them
+    constexpr float radius = 7.0f, strength = 8.0f;  // of a preset
     const struct {
         DragMode mode;
         int distance;
@@ -183,7 +182,7 @@ TEST(SolverStep, RestStaysRest) {
     }
 }
 
-/// A flow and a drag: points and movements with y up, in screen pixels.
+/// A flow and a drag. Points and movements are in screen pixels, y up.
 struct Scene {
     int width, height;
     std::vector<float> flow;
@@ -204,7 +203,7 @@ Scene withAxesSwapped(const Scene& scene) {
     return result;
 }
 
-/// The touch lies on the lattice of the cells' corners, the stroke on the screen.
+/// Mirrors the touch on the lattice of the cells' corners, and the stroke on the screen.
 Scene mirroredInX(const Scene& scene) {
     Scene result = scene;
     const auto corners = static_cast<float>(12 * (scene.width - 1));
@@ -261,7 +260,7 @@ TEST(SolverStep, MirroredInputGivesAMirroredResult) {
     }
 }
 
-/// The largest divergence away from the border, where pressure 0 holds the flow.
+/// Returns the largest divergence, except near the border, where the pressure is fixed at 0.
 float largestDivergence(const Solver& solver) {
     float largest = 0.0f;
     for (int j = 4; j < rows - 4; ++j) {
@@ -274,7 +273,7 @@ float largestDivergence(const Solver& solver) {
     return largest;
 }
 
-/// A flow that runs together and apart, after a step in which nothing else changes it.
+/// Steps a flow that converges and diverges. Apart from the projection, the step keeps the flow.
 void projectWaves(Solver& solver, bool isProjected) {
     for (int cell = 0; cell < columns * rows; ++cell) {
         const auto i = static_cast<float>(cell % columns), j = static_cast<float>(cell / columns);
@@ -328,7 +327,7 @@ TEST(SolverStep, AFlowCarriesItselfByItsTimeStep) {
     EXPECT_GT(solver.velocityAt(14, 9).y, 0.3f);
 }
 
-/// The speed beside a stroke from left to right that a step pushes along.
+/// Returns the speed beside a stroke from left to right, after a step.
 float speedBesideStroke(DragMode mode, int marginBefore) {
     Solver solver;
     solver.settings.dragMode = mode;
@@ -352,7 +351,7 @@ TEST(SolverStep, OnlyAFastDragInsideTheMarginOfTheStepBeforePushes) {
     }
 }
 
-/// The flow after a step on a flow of one speed, but in one cell.
+/// Returns the flow after a step from a flow of one speed, with another speed in one cell.
 std::vector<float> afterStep(float speed, std::size_t cell, float speedOfCell) {
     Solver solver;
     solver.settings.velocityDissipation = 0.9f;
@@ -397,6 +396,7 @@ TEST(SolverStep, TinyAbsentAndHostileGridsAreSurvived) {
         for (int size = -1; size < 16; ++size) {
             std::optional<Solver> solver;
             size < 0 ? solver.emplace(-1, -1) : solver.emplace(size % 4, size / 4);
+            solver->randomise();
             for (const int place : {110, most, least}) {
                 TouchVariables touch;
                 touch.touchX = touch.touchY = place;

@@ -5,7 +5,7 @@
 namespace velmora::test {
 namespace {
 
-// What no host sees within a test's time.
+// A host would need more than a year of frames.
 TEST(Touch, IdleFramesCountToTheEndOfAnInt) {
     EffectState state;
     TouchVariables touch;
@@ -17,7 +17,7 @@ TEST(Touch, IdleFramesCountToTheEndOfAnInt) {
     EXPECT_EQ(state.inkDissipation, idleInkDissipation);
 }
 
-// To a host, a press of 12 frames and one of 20 end alike.
+// Not visible to a host: a press of 12 frames and a press of 20 frames end in the same way.
 TEST(Touch, AnUpEndsADragThatWasHeld) {
     const std::pair<int, int> cases[] = {{11, 11}, {12, 20}, {13, 20}};
     for (const auto& [before, after] : cases) {

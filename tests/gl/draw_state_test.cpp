@@ -5,7 +5,8 @@
 
 #include "tests/host/test_host.h"
 
-// The GL state that a host can see: what each draw reads and writes, what a set-up makes, and what is left bound.
+// The GL state that a host can see: what each draw reads and writes, what a set-up makes, and the bindings
+// after a frame.
 
 namespace gltest {
 namespace {
@@ -43,7 +44,7 @@ std::string viewport() {
            "x" + std::to_string(box[3]);
 }
 
-/// What the next draw reads and writes: "PROGRAM: TEXTURES -> FRAMEBUFFER, X Y WIDTHxHEIGHT".
+/// Returns what the next draw reads and writes: "PROGRAM: TEXTURES -> FRAMEBUFFER, X Y WIDTHxHEIGHT".
 std::string drawState() {
     std::string textures;
     for (GLenum unit = GL_TEXTURE0; unit <= GL_TEXTURE3; ++unit) {
@@ -53,7 +54,7 @@ std::string drawState() {
            labelOf(GlKind::framebuffer, integer(GL_FRAMEBUFFER_BINDING)) + ", " + viewport();
 }
 
-/// The uploads and draws of a frame, in order.
+/// Returns the uploads and draws of a frame, in order.
 std::vector<std::string> stepsOfFrame(TestHost& host) {
     std::vector<std::string> steps;
     host.recorder.textureUpload = [&steps](int width, int height, auto) {
@@ -79,7 +80,7 @@ std::vector<std::string> withFluidSteps(std::initializer_list<std::string> other
     return steps;
 }
 
-/// Nothing stays bound or enabled but the mesh's indices.
+/// Expects that only the buffer of the mesh's indices is still bound.
 void expectNothingBound() {
     for (GLenum unit = GL_TEXTURE0; unit <= GL_TEXTURE3; ++unit) {
         EXPECT_EQ(textureOn(unit), 0);
@@ -122,7 +123,7 @@ TEST(SetUp, MakesItsObjectsAndLeavesTheScreenBound) {
     EXPECT_EQ(glGetError(), static_cast<GLenum>(GL_NO_ERROR));
 }
 
-// Where they are not bound, each driver chooses locations of its own.
+// Without the binding, each driver would choose other locations.
 TEST(SetUp, BindsTheQuadsAttributesBeforeItLinks) {
     TestHost host(screenWidth, screenHeight);
     host.setting();
@@ -190,7 +191,7 @@ TEST(InkFrame, WithoutAStrokeAdvectsAndDrawsTheWater) {
     expectNothingBound();
 }
 
-// Uniforms that no picture and no gesture of the other tests determines.
+// Uniforms that the tests of pictures and gestures do not check.
 TEST(InkFrame, TellsThePassesTheScreenTheTimeAndTheStroke) {
     TestHost host(screenWidth, screenHeight);
     host.setUp();
@@ -260,7 +261,7 @@ TEST(HostArrays, ThatCannotBePinnedLeaveTheFrameUndrawn) {
         host.jni.clearCalls();
         EXPECT_EQ(host.recordedFrame().find("glDraw"), std::string::npos);
         EXPECT_EQ(viewport(), "0 0 540x960");
-        // An exception is pending then: what is pinned already is released, nothing more is pinned.
+        // An exception is pending: the pinned arrays are released, and no further array is pinned.
         EXPECT_EQ(host.jni.calls().size(), 2 * pinnedBefore++ + 1);
     }
     EXPECT_EQ(host.jni.pinned(), 0);

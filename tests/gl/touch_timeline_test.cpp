@@ -4,7 +4,7 @@
 
 #include "tests/host/test_host.h"
 
-// What each frame of a gesture hands to the ink, seen in the uniforms of its passes.
+// Strokes and settings in each frame of a gesture, read from the uniforms of the ink passes.
 
 namespace gltest {
 namespace {
@@ -21,15 +21,15 @@ std::string glPoint(Point p) {
     return std::to_string(p.x) + ", " + std::to_string(screenHeight - p.y);
 }
 
-/// A stroke as its uniforms show it.
+/// Uniforms of a stroke.
 struct Stroke {
     int mode;
     const char *radius, *density;
 };
 constexpr Stroke slow = {0, "48", "100"}, medium = {1, "25", "150"}, fast = {2, "30", "40"};
 
-/// One gesture on a library of its own, played as it is written down: events, and the frames
-/// between them with what they must show. The line that begins it is named where one fails.
+/// A gesture on a freshly loaded library: events and, between them, frames with the expected strokes and settings. A
+/// failure prints the line on which the gesture starts.
 class Gesture {
 public:
     explicit Gesture(int line = __builtin_LINE()) : trace(__FILE__, line, "gesture") {
@@ -40,7 +40,7 @@ public:
     Gesture(const Gesture&) = delete;
     Gesture& operator=(const Gesture&) = delete;
 
-    // Events, and the pressure of those that follow.
+    // Events, and the pressure of the following events.
     Gesture& down(Point at) { return event(at, Down); }
     Gesture& up(Point at) { return event(at, Up); }
     Gesture& move(Point at) { return event(at, Move); }
@@ -58,7 +58,7 @@ public:
         return *this;
     }
 
-    /// The frames in which the press counter is `first` to `last`, after a movement.
+    /// Draws the frames in which the press counter is `first` to `last`. `delta` is the last movement.
     Gesture& tapFrames(int first, int last, Point at, Point delta = {}) {
         for (int n = first; n <= last; ++n) {
             stroke = n < 10 ? "-1 " + std::to_string(8 * n) + " 200 " +
@@ -74,7 +74,7 @@ public:
         return frames(1, expected.mode, 0.99f);
     }
     Gesture& sameFrames(int count) { return frames(count, drag, dissipation); }
-    /// Without ink, before and from the time of the fade.
+    /// Draw frames without a stroke, before the fade and during it.
     Gesture& restFrames(int count) {
         stroke.clear();
         return frames(count, drag, dissipation);
@@ -91,7 +91,7 @@ private:
         isShown = action != Cancel;
         return *this;
     }
-    /// Draws a frame, which must advect with what the last one left; returns its uniforms.
+    /// Draws a frame, expects that it advects with the settings of the last frame, and returns its uniforms.
     std::map<std::string, std::string> advectedFrame() {
         auto uniforms = host.uniformsOfFrame();
         EXPECT_EQ(uniforms["advect.center"], glPoint(touch));
@@ -100,7 +100,7 @@ private:
         EXPECT_EQ(std::stof(uniforms["advect.BackwardStepSize"]), step);
         return uniforms;
     }
-    /// Frames that leave what they are told to.
+    /// Draws frames that leave these settings.
     Gesture& frames(int count, int dragLeft, float dissipationLeft, float stepLeft = 1) {
         for (; count > 0; --count) {
             auto uniforms = advectedFrame();
@@ -124,7 +124,7 @@ private:
     float pressure = 1;
     bool isShown = true;
     std::string stroke;
-    // What the last frame, or the settings, have left for the next one's advection.
+    // Settings of the last frame for the advection of the next frame.
     int drag = 0;
     float dissipation = 0.96f, step = 1;
 };
@@ -155,7 +155,7 @@ TEST(TouchTimeline, AnUpLeavesATapAlone) {
     Gesture().down(start).tapFrames(0, 2, start).up(start).tapFrames(3, 12, start).restFrames(2);
 }
 
-/// Two frames into a drag.
+/// Plays the first two frames of a drag.
 Gesture& dragged(Gesture&& gesture) {
     return gesture.down(start)
         .move(close)
@@ -265,16 +265,17 @@ TEST(TouchTimeline, SpeedAndPressureOfADrag) {
         float pressure;
         Point to;
         Stroke expected;
-    } moves[] = {{1, {207, 300}, slow},
-                 {0, {205, 302}, {0, "0", "100"}},
-                 {0.5f, {205, 300}, {0, "18", "100"}},
-                 {0.15f, {205, 300}, {0, "8.900001", "100"}},  // of the float 0.2, in doubles
-                 {std::nanf(""), {205, 300}, {0, "0", "100"}},
-                 {-3, {205, 300}, {0, "0", "100"}},
-                 {1, {205, 297}, medium},
-                 {1, {199, 308}, medium},
-                 {1, {216, 300}, fast},
-                 {0, {198, 292}, fast}};
+    } moves[] = {
+        {1, {207, 300}, slow},
+        {0, {205, 302}, {0, "0", "100"}},
+        {0.5f, {205, 300}, {0, "18", "100"}},
+        {0.15f, {205, 300}, {0, "8.900001", "100"}},  // the float 0.2 plus the square, in double
+        {std::nanf(""), {205, 300}, {0, "0", "100"}},
+        {-3, {205, 300}, {0, "0", "100"}},
+        {1, {205, 297}, medium},
+        {1, {199, 308}, medium},
+        {1, {216, 300}, fast},
+        {0, {198, 292}, fast}};
     for (const auto& [pressure, to, expected] : moves) {
         SCOPED_TRACE(std::to_string(to.x) + ", " + std::to_string(to.y));
         Gesture().down(start).move(close).withPressure(pressure).move(to).strokeFrame(expected,
@@ -289,7 +290,7 @@ TEST(TouchTimeline, TheInkTakesTheColourOfTheFrameOfItsStroke) {
     const auto shown = [&host] { return host.uniformsOfFrame()["water.ink_color"]; };
     FrameArguments& a = host.arguments;
     a.inkRed = a.inkGreen = a.inkBlue = 0.95f;
-    EXPECT_EQ(shown(), "0.499, 0.499, 0.499");  // as set at the start
+    EXPECT_EQ(shown(), "0.499, 0.499, 0.499");  // the initial colour
     host.touch(200, 300, Down);
     EXPECT_EQ(shown(), "0.499, 0.499, 0.499");  // 0.95 deposits 1
     a.inkGreen = 0;

@@ -20,14 +20,14 @@ float laplacian(const float* h, int i, int rowLength) {
     return h[i - rowLength] + h[i - 1] + h[i + 1] + h[i + rowLength] - 4.0f * h[i];
 }
 
-/// Whether a velocity of the row leaves the calm band.
+/// Returns true if a velocity of the row leaves the calm band.
 bool isMoving(const float* velocities, int width) {
     return std::any_of(velocities, velocities + width, [](float velocity) {
         return velocity > calmThreshold || velocity < -calmThreshold;
     });
 }
 
-/// The look for calm has a loop of its own: inside the first it would keep that from vectors.
+/// The search for calm has its own loop: inside the first loop it would prevent vectorisation.
 bool updateVelocities(const WaterGrids& grids, const WaterRectangle& area,
                       const WaveSettings& settings) {
     float* const v = grids.velocity;
@@ -59,8 +59,8 @@ void moveHeights(const WaterGrids& grids, const WaterRectangle& area) {
     }
 }
 
-/// In groups of four that read before they write; the rest of a row cell by cell. Four names: an
-/// array would go through memory and be read back before its parts have arrived there.
+/// Smooths in groups of four that read before they write, and the rest of a row cell by cell. Four variables, because
+/// an array would go through memory and stall.
 void smoothHeights(const WaterGrids& grids, const WaterRectangle& area, float weight) {
     float* const h = grids.height;
     const int rowLength = grids.rowLength;
@@ -84,21 +84,21 @@ void smoothHeights(const WaterGrids& grids, const WaterRectangle& area, float we
     }
 }
 
-/// Where the cells of a row are carried from: the lower left one of four, and how far beyond it.
-struct Origins {
+/// Departure points of the cells of a row: the lower left of the four cells around each, and the distance from it.
+struct DeparturePoints {
     int column[maxGridSide], row[maxGridSide];
     float fx[maxGridSide], fy[maxGridSide];
 };
-Origins origins;
+DeparturePoints points;
 
-/// The bilinear mix of the four cells around entry `at`.
+/// Returns the bilinear value at entry `at`.
 Float2 mixed(const FloatGrid& grid, int at) {
-    const int i0 = origins.column[at];
-    const int j0 = origins.row[at];
+    const int i0 = points.column[at];
+    const int j0 = points.row[at];
     const int i1 = std::min(i0 + 1, grid.width - 1);
     const int j1 = std::min(j0 + 1, grid.height - 1);
-    const float fx = origins.fx[at];
-    const float fy = origins.fy[at];
+    const float fx = points.fx[at];
+    const float fy = points.fy[at];
     const float* const g00 = grid.data + (i0 + j0 * grid.width) * 2;
     const float* const g10 = grid.data + (i1 + j0 * grid.width) * 2;
     const float* const g01 = grid.data + (i0 + j1 * grid.width) * 2;
@@ -143,7 +143,7 @@ void sweep(const Jacobi& pass) {
 
 }  // namespace
 
-/// Column by column: a division for each vertex takes three times as long.
+/// Goes column by column: a division for each vertex takes three times as long.
 void writeMeshPositions(float* positions, int vertexCount, const MeshShape& shape) {
     const float stepX = static_cast<float>(shape.width) / static_cast<float>(shape.columns - 1);
     const float stepY = static_cast<float>(shape.height) / static_cast<float>(shape.rows - 1);
@@ -212,7 +212,7 @@ bool stepHeightField(const WaterGrids& grids, const WaterRectangle& rectangle,
 
 namespace {
 
-/// Two loops a row: the processor has more cells in flight in each than in one that does both.
+/// Two loops per row: in each, the processor overlaps more cells than in a single loop.
 template <bool pushes>
 void advectRows(const AdvectVelocity& pass) {
     const FloatGrid source = pass.source;
@@ -238,20 +238,20 @@ void advectRows(const AdvectVelocity& pass) {
             const float y = v * static_cast<float>(source.height - 1);
             const int i0 = static_cast<int>(x);
             const int j0 = static_cast<int>(y);
-            origins.column[i] = i0;
-            origins.row[i] = j0;
-            origins.fx[i] = x - static_cast<float>(i0);
-            origins.fy[i] = y - static_cast<float>(j0);
+            points.column[i] = i0;
+            points.row[i] = j0;
+            points.fx[i] = x - static_cast<float>(i0);
+            points.fy[i] = y - static_cast<float>(j0);
         }
         for (int i = 0; i < source.width; ++i) {
-            Float2 carried = mixed(source, i);
+            Float2 advected = mixed(source, i);
             if (pushes &&
                 squaredDistance(touch, {static_cast<float>(i) * cell.x, row * cell.y}) < 625.0f) {
-                carried.x += push.x;
-                carried.y += push.y;
+                advected.x += push.x;
+                advected.y += push.y;
             }
-            out[2 * i] = dissipation * carried.x;
-            out[2 * i + 1] = dissipation * carried.y;
+            out[2 * i] = dissipation * advected.x;
+            out[2 * i + 1] = dissipation * advected.y;
         }
     }
 }
@@ -266,7 +266,7 @@ void advectVelocityKernel(const AdvectVelocity& pass) {
     }
 }
 
-/// The edge columns by themselves, and the sink in a loop of its own.
+/// Handles the edge columns separately, and the sink in its own loop.
 void computeDivergenceKernel(const ComputeDivergence& pass) {
     const FloatGrid grid = pass.velocity;
     const int width = grid.width;
@@ -306,7 +306,7 @@ void jacobiKernel(Jacobi& pass, std::int32_t count) {
     }
 }
 
-/// The edge columns by themselves: clamped indices would keep the others from vectors.
+/// Handles the edge columns separately: clamped indices would prevent vectorisation.
 void subtractGradientKernel(const SubtractGradient& pass) {
     const int width = pass.output.width;
     const int height = pass.output.height;
@@ -364,7 +364,7 @@ void addVelocityKernel(const AddVelocity& pass) {
 void packComponents(std::uint8_t* to, const float* from, std::ptrdiff_t count) {
     constexpr float k = 0.00392157f;
     for (std::ptrdiff_t i = 0; i < count; ++i) {
-        const float t = std::min(std::max(-127.0f, from[i]), 127.0f) + 127.0f;  // NaN: 0
+        const float t = std::min(std::max(-127.0f, from[i]), 127.0f) + 127.0f;  // NaN becomes 0
         const float q = t * k;
         const float ft = t - static_cast<float>(static_cast<int>(t));
         const float fq = q - static_cast<float>(static_cast<int>(q));
