@@ -33,7 +33,7 @@ std::size_t cellsOf(const FloatGrid& grid) {
     return static_cast<std::size_t>(grid.width) * static_cast<std::size_t>(grid.height);
 }
 
-/// A vortex around the middle with some noise, up to 40 cells a step unit.
+/// Returns a vortex around the middle with some noise, up to 40 cells per time unit.
 std::vector<float> swirl(const FloatGrid& grid) {
     std::mt19937 random(2);
     std::uniform_real_distribution<float> jitter(-4.0f, 4.0f);
@@ -63,8 +63,7 @@ const TouchPreset& presetOf(DragMode dragMode) {
                                     : slowDragPreset;
 }
 
-/// The solver of one screen in one drag, with the touch well inside the margins, and its passes as
-/// a first step left them.
+/// The solver of a screen during a drag. The touch lies well inside the margins, and a first step has set the passes.
 struct Flow {
     Flow(ScreenSize screen, DragMode dragMode) {
         touch.touchX = screen.width / 2 + 7;
@@ -94,7 +93,7 @@ struct Flow {
         runSolverStep(&state);
     }
 
-    /// The same step by the plain kernels, with a sink of its own.
+    /// Runs the same step with the plain kernels and the next random sink.
     void plainStep() {
         const double u1 = std::rand() * 0x1p-31;
         const double u2 = std::rand() * 0x1p-31;
@@ -156,7 +155,7 @@ Comparison stepComparison(ScreenSize screen, DragMode dragMode) {
                 }};
 }
 
-/// A stage whose two forms take the same pass.
+/// Compares two kernels that take the same pass.
 template <class Pass>
 Comparison stageComparison(const std::shared_ptr<Flow>& flow, const char* kernel, double target,
                            const Pass& pass, void (*plain)(const Pass&),

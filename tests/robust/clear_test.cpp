@@ -6,8 +6,8 @@
 #include "tests/robust/stage.h"
 #include "tests/robust/worker_interposer.h"
 
-// clearInkValue at every moment of a frame and of a gesture: the next fluid step empties the ink,
-// whatever the rest of the frame and the next events write.
+// clearInkValue at every moment of a frame and of a gesture. The next fluid step must empty the ink, whatever the rest
+// of the frame and later events write.
 
 namespace robust {
 namespace {
@@ -27,7 +27,7 @@ const struct {
      }},
 };
 
-/// A call of a frame, by its number among those of the function.
+/// A call in a frame: the `nth` call of a function.
 struct Moment {
     std::string function;
     int nth = 0;
@@ -36,7 +36,7 @@ const Moment moments[] = {{"between"},         {"glViewport", 1},   {"pthread_jo
                           {"glTexImage2D", 1}, {"glDrawArrays", 1}, {"glDrawArrays", 4},
                           {"glUseProgram", 5}, {"glUniform1f", 13}, {"glDrawElements", 1}};
 
-/// Draws a frame, and clears in that call of it.
+/// Draws a frame and clears the ink in one of its calls.
 void drawAndClearIn(Stage& stage, const Moment& moment) {
     const auto& [function, nth] = moment;
     if (function == "pthread_join") {
@@ -55,8 +55,8 @@ void drawAndClearIn(Stage& stage, const Moment& moment) {
     }
 }
 
-/// The pixel of the gesture two frames after it, the second of which shows all ink again. In black,
-/// the faintest ink is seen. Cleared in a call of the first one, or never.
+/// Returns a pixel two frames after a gesture. A clear comes during the first frame, at `moment`, or never if that is
+/// null. The second frame shows all ink again. The ink is black, so that little of it is visible.
 Bytes pixelAfter(const std::function<void(Stage&)>& play, const Moment* moment) {
     Stage stage;
     stage.arguments.inkRed = stage.arguments.inkGreen = stage.arguments.inkBlue = 0;
@@ -71,8 +71,8 @@ Bytes pixelAfter(const std::function<void(Stage&)>& play, const Moment* moment) 
     } else {
         stage.draw();
     }
-    stage.tap(
-        Down);  // shows all ink, lays none in its first frame, and keeps the flow from moving it
+    // The first frame of a press shows all ink, adds none, and keeps the ink from drifting away.
+    stage.tap(Down);
     return stage.pixelOfFrame(70);
 }
 
@@ -80,7 +80,8 @@ TEST(Clear, EmptiesTheInkWheneverItComes) {
     for (const auto& gesture : gestures) {
         SCOPED_TRACE(gesture.name);
         const Bytes uncleared = pixelAfter(gesture.play, nullptr);
-        EXPECT_LT(2 * uncleared[0], background[0]) << "a sixteenth of the ink would be seen";
+        EXPECT_LT(2 * uncleared[0], background[0])
+            << "the ink must be dense enough that a sixteenth of it is visible";
         for (const Moment& moment : moments) {
             EXPECT_EQ(pixelAfter(gesture.play, &moment), background)
                 << moment.function << " " << moment.nth;
@@ -96,8 +97,7 @@ TEST(Clear, EmptiesOnce) {
     stage.clear();
     stage.tap(Down);
     stage.draw(11);
-    EXPECT_NE(stage.pixelOfFrame(70), background)
-        << "the next press lays no more ink in this frame";
+    EXPECT_NE(stage.pixelOfFrame(70), background) << "ink of the next press; this frame adds none";
 }
 
 }  // namespace
