@@ -52,6 +52,9 @@ void addRipple(float* grid, const RippleTouch& touch) {
     const float cy = gridCoordinate(touch.y, touch.areaHeight, touch.gridHeight);
     const CellRange columns = coneRange(cx, touch.gridWidth);
     const CellRange rows = coneRange(cy, touch.gridHeight);
+    if (columns.start >= columns.end) {
+        return;  // near the limits of int, forGroups would overflow on 32-bit processors
+    }
     for (int row = rows.start; row < rows.end; ++row) {
         float* cells = grid + std::ptrdiff_t{row} * touch.gridWidth;
         const float dy = cy - static_cast<float>(row);
