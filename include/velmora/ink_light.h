@@ -1,32 +1,34 @@
 #pragma once
 
-namespace velmora {
+// How ink darkens light: the formula of the water's fragment shader (src/gpu/shaders/waterInk.frag) in C++, for the
+// library and for hosts that choose an ink colour. Colour channels are factors in [0, 1].
 
-// The light that passes through ink: the formula of the water's fragment shader (src/gpu/shaders/waterInk.frag), for
-// the library and for hosts that choose an ink colour. Colour channels are linear factors in [0, 1].
+namespace velmora {
 
 /// Highest density of ink.
 constexpr float maxInkDensity = 127.0f;
 /// Darkening by ink of density 1, in every ink frame.
 constexpr float frameInkIntensity = 0.02f;
-/// EffectState::inkColorOffset of every ink frame.
+/// Offset that every ink frame subtracts from inkTransparency.
 constexpr float frameInkColorOffset = 0.001f;
+/// Offset that the library adds to each channel of the host's ink colour, so that no channel is black.
+constexpr double inkLightening = 0.05;
+/// Channel of an ink colour that would absorb no light.
+constexpr double inkTransparency = 1.5;
 
-/// Returns the channel of the ink's colour for a channel that the host gives: a little lighter, so that no channel is
-/// quite black.
+/// Returns the channel of the ink for a channel of the host's ink colour.
 constexpr float inkChannel(float hostChannel) {
-    return static_cast<float>(static_cast<double>(hostChannel) + 0.05);
+    return static_cast<float>(static_cast<double>(hostChannel) + inkLightening);
 }
 
-/// Returns how strongly ink absorbs a channel of the light, at least 0.4 for a channel of `inkChannel`: little where
-/// the ink's own colour is bright.
-constexpr float inkAbsorption(float inkChannel, float colorOffset = frameInkColorOffset) {
-    const double light = 1.5 - static_cast<double>(colorOffset);
-    return static_cast<float>(light / static_cast<double>(inkChannel) - 1.0);
+/// Returns the absorption of a colour channel by ink, at least 0.4. Bright channels of the ink absorb little.
+constexpr float inkAbsorption(float channel, float colorOffset = frameInkColorOffset) {
+    const double transparency = inkTransparency - static_cast<double>(colorOffset);
+    return static_cast<float>(transparency / static_cast<double>(channel) - 1.0);
 }
 
-/// Returns the factor, (0, 1], by which ink of `density` darkens a channel of the background. `hostChannel` is that
-/// channel of the ink colour in the call of onDrawFrame.
+/// Returns the factor, (0, 1], by which ink of `density` darkens a channel of the background. `hostChannel` is the same
+/// channel of the ink colour that the host passes to onDrawFrame.
 constexpr double lightThroughInk(float hostChannel, double density) {
     const auto absorption = static_cast<double>(inkAbsorption(inkChannel(hostChannel)));
     return 1.0 / (1.0 + static_cast<double>(frameInkIntensity) * density * absorption);

@@ -11,8 +11,8 @@ namespace velmora {
 struct TouchPreset {
     float sourceRadius;         // screen pixels
     float impulseDensity;       // ink density
-    float velocityDissipation;  // factor a step
-    float inkDissipation;       // factor an advection pass
+    float velocityDissipation;  // factor per step
+    float inkDissipation;       // factor per advection pass
     float sourceStrength;       // divergence
     float inkRadius;            // screen pixels
 };
@@ -32,19 +32,18 @@ constexpr TouchPreset fastDragPreset{4.0f, 40.0f, 0.96f, activeInkDissipation, 2
 
 constexpr std::int32_t tapSourceFrames = 5;  // pressed frames with a velocity source
 constexpr std::int32_t tapInkFrames = 10;    // pressed frames that deposit ink
-constexpr std::int32_t holdFrames =
-    12;  // pressed frames after which a resting finger ends the press
+constexpr std::int32_t holdFrames = 12;  // pressed frames that end the press of a resting finger
 constexpr std::int32_t shortDragFrames = 9;  // longest drag, in frames, that finishes like a tap
 constexpr std::int32_t idleFadeFrames = 35;  // idle frames after which ink fades faster
-constexpr float slowDragSpeed = 2.0f;  // pixels between two events; above it a press becomes a drag
-constexpr float fastDragSpeed = 10.0f;     // pixels between two events; above it a drag is fast
-constexpr float minPressureFactor = 0.2f;  // factor of a slow drag at the lowest pressure
-constexpr float tapBackwardStep = 0.1f;    // EffectState::backwardStepSize a pressed frame
+constexpr float slowDragSpeed = 2.0f;        // pixels per event; a faster press becomes a drag
+constexpr float fastDragSpeed = 10.0f;       // pixels per event; a faster drag is fast
+constexpr float minPressureFactor = 0.2f;    // factor of a slow drag at the lowest pressure
+constexpr float tapBackwardStep = 0.1f;      // EffectState::backwardStepSize per pressed frame
 
 // ---- Ink
 
 constexpr float fullBackwardStep = 1.0f;     // EffectState::backwardStepSize of other frames
-constexpr int inkAdvectionPasses = 4;        // a frame
+constexpr int inkAdvectionPasses = 4;        // per frame
 constexpr double inkTimeFactor = 0.9;        // share of EffectState::timeStep for which ink drifts
 constexpr float initialInkIntensity = 0.2f;  // until the first frame
 constexpr std::int32_t initialTouchMargin = 10;  // pixels, until the first solver step
@@ -69,6 +68,6 @@ struct EdgeSink {
 constexpr EdgeSink slowDragSink{4.0f, 40.0f};
 constexpr EdgeSink mediumDragSink{2.0f, 2.0f};
 
-constexpr double sinkJitter = 10.0;  // pixels across, on each axis, centred on the touch
+constexpr double sinkJitter = 10.0;  // width of the range around the touch on each axis, pixels
 
 }  // namespace velmora
