@@ -68,6 +68,8 @@ public:
         }
         return *this;
     }
+    /// Presses, and draws the frames until the press counter is `last`.
+    Gesture& tap(Point at, int last = 12) { return down(at).tapFrames(0, last, at); }
     Gesture& strokeFrame(const Stroke& expected, Point from, Point to) {
         stroke = std::to_string(expected.mode) + " " + expected.radius + " " + expected.density +
                  " " + glPoint(from) + " " + glPoint(to);
@@ -132,27 +134,19 @@ private:
 constexpr Point start = {200, 300}, close = {205, 300}, further = {210, 300};
 
 TEST(TouchTimeline, ATapLastsThirteenFramesAndFadesAtTheThirtyFifthIdleOne) {
-    Gesture().down(start).tapFrames(0, 12, start).restFrames(33).fadeFrames(3);
+    Gesture().tap(start).restFrames(33).fadeFrames(3);
 }
 
 TEST(TouchTimeline, EachPressDelaysTheFadeAgain) {
-    Gesture()
-        .down(start)
-        .tapFrames(0, 12, start)
-        .restFrames(33)
-        .fadeFrames(1)
-        .down(start)
-        .tapFrames(0, 12, start)
-        .restFrames(33)
-        .fadeFrames(1);
+    Gesture().tap(start).restFrames(33).fadeFrames(1).tap(start).restFrames(33).fadeFrames(1);
 }
 
 TEST(TouchTimeline, ASecondTapStartsAgainAtOne) {
-    Gesture().down(start).tapFrames(0, 3, start).down(close).tapFrames(1, 12, close);
+    Gesture().tap(start, 3).down(close).tapFrames(1, 12, close);
 }
 
 TEST(TouchTimeline, AnUpLeavesATapAlone) {
-    Gesture().down(start).tapFrames(0, 2, start).up(start).tapFrames(3, 12, start).restFrames(2);
+    Gesture().tap(start, 2).up(start).tapFrames(3, 12, start).restFrames(2);
 }
 
 /// Plays the first two frames of a drag.
@@ -178,8 +172,7 @@ TEST(TouchTimeline, ACancelInADragHidesTheInkUntilTheNextEvent) {
 
 TEST(TouchTimeline, AShortDragContinuesItsTapFromItsLastPoint) {
     Gesture()
-        .down(start)
-        .tapFrames(0, 2, start)
+        .tap(start, 2)
         .move(close)
         .move(further)
         .strokeFrame(medium, start, further)
@@ -190,8 +183,7 @@ TEST(TouchTimeline, AShortDragContinuesItsTapFromItsLastPoint) {
 
 TEST(TouchTimeline, AnyMoveDragsAFingerThatWasHeld) {
     Gesture()
-        .down(start)
-        .tapFrames(0, 1, start)
+        .tap(start, 1)
         .move({202, 300})
         .tapFrames(2, 14, {202, 300}, {2, 0})
         .move({202, 300})
@@ -205,8 +197,7 @@ TEST(TouchTimeline, AnyMoveDragsAFingerThatWasHeld) {
 
 TEST(TouchTimeline, AFingerIsHeldFromTheTwelfthFrameOn) {
     Gesture()
-        .down(start)
-        .tapFrames(0, 10, start)
+        .tap(start, 10)
         .move(start)
         .tapFrames(11, 11, start)
         .move(start)
@@ -216,8 +207,7 @@ TEST(TouchTimeline, AFingerIsHeldFromTheTwelfthFrameOn) {
 
 TEST(TouchTimeline, MovesAfterThePressDoNothing) {
     Gesture()
-        .down(start)
-        .tapFrames(0, 12, start)
+        .tap(start)
         .restFrames(1)
         .move(close)
         .restFrames(1)
@@ -230,29 +220,16 @@ TEST(TouchTimeline, MovesAfterThePressDoNothing) {
 }
 
 TEST(TouchTimeline, ACancelEndsAPress) {
-    Gesture()
-        .down(start)
-        .tapFrames(0, 4, start)
-        .cancel(start)
-        .restFrames(2)
-        .down(close)
-        .tapFrames(0, 12, close);
+    Gesture().tap(start, 4).cancel(start).restFrames(2).tap(close);
 }
 
 TEST(TouchTimeline, AClearEndsAPressAndEmptiesTheInk) {
-    Gesture()
-        .down(start)
-        .tapFrames(0, 4, start)
-        .clear()
-        .restFrames(2)
-        .down(start)
-        .tapFrames(0, 3, start);
+    Gesture().tap(start, 4).clear().restFrames(2).tap(start, 3);
 }
 
 TEST(TouchTimeline, AnUnknownActionIsMeasuredInADragAndNotInAPress) {
     Gesture()
-        .down(start)
-        .tapFrames(0, 0, start)
+        .tap(start, 0)
         .unknownAction({250, 300})
         .tapFrames(1, 1, {250, 300})
         .move({254, 300})
