@@ -54,7 +54,21 @@ std::string drawState() {
            labelOf(GlKind::framebuffer, integer(GL_FRAMEBUFFER_BINDING)) + ", " + viewport();
 }
 
-/// Returns the uploads and draws of a frame, in order.
+/// Expects the state that each pass leaves: no texture, framebuffer or attribute.
+void expectNothingBound() {
+    for (GLenum unit = GL_TEXTURE0; unit <= GL_TEXTURE3; ++unit) {
+        EXPECT_EQ(textureOn(unit), 0);
+    }
+    EXPECT_EQ(integer(GL_ACTIVE_TEXTURE), GL_TEXTURE0);
+    EXPECT_EQ(integer(GL_FRAMEBUFFER_BINDING), 0);
+    for (GLuint location = 0; location < 4; ++location) {
+        GLint isEnabled = 1;
+        glGetVertexAttribiv(location, GL_VERTEX_ATTRIB_ARRAY_ENABLED, &isEnabled);
+        EXPECT_EQ(isEnabled, 0) << location;
+    }
+}
+
+/// Returns the uploads and draws of a frame, in order. Checks the state between its passes and at its end.
 std::vector<std::string> stepsOfFrame(TestHost& host) {
     std::vector<std::string> steps;
     host.recorder.textureUpload = [&steps](int width, int height, auto) {
@@ -64,11 +78,17 @@ std::vector<std::string> stepsOfFrame(TestHost& host) {
     host.recorder.inside = [&steps](const std::string& function) {
         if (function.starts_with("glDraw")) {
             steps.push_back(drawState());
+        } else if (function == "glUseProgram" && steps.size() > 1) {  // after a pass
+            SCOPED_TRACE("after " + steps.back());
+            expectNothingBound();
         }
     };
     host.recordedFrame();
     host.recorder.textureUpload = nullptr;
     host.recorder.inside = nullptr;
+    expectNothingBound();
+    EXPECT_EQ(labelOf(GlKind::buffer, integer(GL_ELEMENT_ARRAY_BUFFER_BINDING)), "indices");
+    EXPECT_EQ(glGetError(), static_cast<GLenum>(GL_NO_ERROR));
     return steps;
 }
 
@@ -78,22 +98,6 @@ std::vector<std::string> withFluidSteps(std::initializer_list<std::string> other
     std::vector<std::string> steps = {"velocity takes 45x80", forth, back, forth, back};
     steps.insert(steps.end(), others);
     return steps;
-}
-
-/// Expects that only the buffer of the mesh's indices is still bound.
-void expectNothingBound() {
-    for (GLenum unit = GL_TEXTURE0; unit <= GL_TEXTURE3; ++unit) {
-        EXPECT_EQ(textureOn(unit), 0);
-    }
-    EXPECT_EQ(integer(GL_ACTIVE_TEXTURE), GL_TEXTURE0);
-    EXPECT_EQ(integer(GL_FRAMEBUFFER_BINDING), 0);
-    EXPECT_EQ(labelOf(GlKind::buffer, integer(GL_ELEMENT_ARRAY_BUFFER_BINDING)), "indices");
-    for (GLuint location = 0; location < 4; ++location) {
-        GLint isEnabled = 1;
-        glGetVertexAttribiv(location, GL_VERTEX_ATTRIB_ARRAY_ENABLED, &isEnabled);
-        EXPECT_EQ(isEnabled, 0) << location;
-    }
-    EXPECT_EQ(glGetError(), static_cast<GLenum>(GL_NO_ERROR));
 }
 
 void expectLinearAndClamped() {
@@ -180,7 +184,6 @@ TEST(InkFrame, UploadsAdvectsDepositsAndDrawsTheWater) {
     EXPECT_EQ(stepsOfFrame(host),
               withFluidSteps({"impulse: inkA 0 0 0 -> inkB, 0 0 512x1024",
                               "water: background sheen inkB 0 -> 0, 0 0 540x960"}));
-    expectNothingBound();
 }
 
 TEST(InkFrame, WithoutAStrokeAdvectsAndDrawsTheWater) {
@@ -188,7 +191,6 @@ TEST(InkFrame, WithoutAStrokeAdvectsAndDrawsTheWater) {
     host.setUp();
     host.arguments.useSecondBackground = true;
     EXPECT_EQ(stepsOfFrame(host), withFluidSteps({"water: second sheen inkA 0 -> 0, 0 0 540x960"}));
-    expectNothingBound();
 }
 
 // Uniforms that the tests of pictures and gestures do not check.
@@ -231,7 +233,6 @@ TEST(WaterFrame, DrawsTheWaterAlone) {
         EXPECT_EQ(stepsOfFrame(host),
                   std::vector<std::string>{"water: background sheen 0 0 -> 0, 0 0 540x960"});
         EXPECT_EQ(host.recorder.count("glBufferData"), 3);
-        expectNothingBound();
     }
 }
 
