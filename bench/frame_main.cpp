@@ -4,8 +4,10 @@
 #include <algorithm>
 #include <chrono>
 #include <cmath>
+#include <ctime>
 #include <iostream>
 #include <numbers>
+#include <ratio>
 #include <string>
 #include <vector>
 
@@ -17,7 +19,7 @@
 #include "hostkit/gl_recorder.h"
 #include "hostkit/host_error.h"
 
-// Whole frames through the native methods, cut where the library makes its GL calls.
+// Times whole frames through the native methods. GL calls mark the moments within a frame.
 
 namespace {
 
@@ -28,8 +30,8 @@ constexpr int warmUpFrames = 5;
 /// Moments of one frame, in order.
 struct Moments {
     Clock::time_point start;
-    Clock::time_point firstCall;   // the library has begun: the host's water step is done
-    Clock::time_point solverDone;  // the solver worker has been waited for; in an ink frame
+    Clock::time_point firstCall;   // the library has started; the host's water step is done
+    Clock::time_point solverDone;  // the solver worker has been joined; only in an ink frame
     Clock::time_point firstDraw;
     Clock::time_point submitted;
     Clock::time_point finished;
@@ -37,7 +39,7 @@ struct Moments {
     double processor;  // of all threads, in the whole frame
 };
 
-/// The finger circles around the middle, fast enough for a drag.
+/// Moves the finger around the middle of the screen, fast enough for a drag.
 hostkit::Touch touchOfFrame(const hostkit::EffectHost& host, int frame) {
     const double angle = frame * 2.0 * std::numbers::pi / 90.0;
     const auto action = frame == 0 ? hostkit::TouchAction::down : hostkit::TouchAction::move;
@@ -55,7 +57,7 @@ double threadNanoseconds() {
     return nanosecondsBy(CLOCK_THREAD_CPUTIME_ID);
 }
 
-/// What two readings of the clock with nothing between them are apart.
+/// Returns the difference of two successive readings of the clock.
 double emptyInterval() {
     static const double median = [] {
         std::vector<double> intervals;
@@ -68,7 +70,7 @@ double emptyInterval() {
     return median;
 }
 
-/// Adds up the times between the calls into GL.
+/// Sums the times between GL calls.
 struct OutsideClock {
     void leave() { left = threadNanoseconds(); }
     void enter() { sum += threadNanoseconds() - left - emptyInterval(); }
@@ -107,7 +109,7 @@ Moments runFrame(hostkit::EffectHost& host, hostkit::EffectProbe& probe, int fra
     return moments;
 }
 
-/// Median of the microseconds between two moments.
+/// Returns the median time between two moments, microseconds.
 double medianBetween(const std::vector<Moments>& frames, Clock::time_point Moments::*from,
                      Clock::time_point Moments::*to) {
     std::vector<double> times;
@@ -118,7 +120,7 @@ double medianBetween(const std::vector<Moments>& frames, Clock::time_point Momen
     return bench::median(times);
 }
 
-/// Median of a measure of nanoseconds, in microseconds.
+/// Returns the median of a measure in nanoseconds, as microseconds.
 double medianOf(const std::vector<Moments>& frames, double Moments::*nanoseconds) {
     std::vector<double> times;
     for (const Moments& moments : frames) {
@@ -127,8 +129,8 @@ double medianOf(const std::vector<Moments>& frames, double Moments::*nanoseconds
     return bench::median(times);
 }
 
-/// Processor time of one frame on screens that grow, in microseconds: this thread outside GL, and all
-/// threads. What lies between is the solver worker and GL, which a software rasteriser computes.
+/// Prints the processor time of a frame on screens of growing size, microseconds: of this thread outside GL, and of all
+/// threads. The difference is the solver worker and GL, which a software rasteriser computes.
 void printGrowth() {
     struct Screen {
         int width;

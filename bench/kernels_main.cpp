@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <iostream>
+#include <string>
 
 #include "bench/limits.h"
 #include "bench/options.h"
@@ -10,8 +11,8 @@
 
 namespace {
 
-/// Registers every comparison. False, with a line each, where two forms differ: then their times
-/// mean nothing.
+/// Registers every comparison. Returns false and prints a line for each if results differ: then their times mean
+/// nothing.
 bool registerComparisons(int pairs) {
     bool same = true;
     for (const auto& group : {bench::waterComparisons(), bench::solverComparisons()}) {
@@ -27,7 +28,7 @@ bool registerComparisons(int pairs) {
     return same;
 }
 
-/// Nanoseconds a cell on grids that grow, and the sizes of the caches.
+/// Prints nanoseconds per cell on grids of growing size, and the sizes of the caches.
 void printGrowth(int samples) {
     struct Size {
         int width;

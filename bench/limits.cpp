@@ -3,6 +3,7 @@
 #include <benchmark/benchmark.h>
 #include <pthread.h>
 
+#include <cstddef>
 #include <functional>
 #include <string>
 #include <vector>
@@ -16,7 +17,7 @@ namespace bench {
 
 namespace {
 
-/// Runs `sample` in each iteration; its median is the limit.
+/// Runs `sample` in each iteration and reports the median as the limit.
 void registerLimit(const std::string& name, int samples, const std::function<double()>& sample) {
     benchmark::RegisterBenchmark(name.c_str(), [sample](benchmark::State& state) {
         sample();  // warms up
@@ -28,7 +29,7 @@ void registerLimit(const std::string& name, int samples, const std::function<dou
     })->Iterations(samples);
 }
 
-/// Bytes a nanosecond, loaded and stored, four lanes at a time, over two arrays of `bytes` in all.
+/// Returns bytes per nanosecond, loaded and stored, four lanes at a time, for two arrays of `bytes` in total.
 double bandwidth(std::size_t bytes) {
     const auto count = static_cast<std::ptrdiff_t>(bytes / 2 / sizeof(float) / 16 * 16);
     static std::vector<float> from;
@@ -52,8 +53,8 @@ double bandwidth(std::size_t bytes) {
     return static_cast<double>(rounds) * static_cast<double>(count) * 2 * sizeof(float) / time;
 }
 
-/// Bytes a nanosecond, stored only, four lanes at a time, into an array of `bytes`, `offset` floats
-/// beyond where a vector would be aligned.
+/// Returns bytes per nanosecond, only stored, four lanes at a time, into an array of `bytes`. The stores start `offset`
+/// floats after an aligned address.
 double storeBandwidth(std::size_t bytes, std::ptrdiff_t offset) {
     const auto count = static_cast<std::ptrdiff_t>(bytes / sizeof(float) / 12 * 12);
     static std::vector<float> to;
@@ -67,14 +68,14 @@ double storeBandwidth(std::size_t bytes, std::ptrdiff_t offset) {
                 store(target + i, one);
                 store(target + i + 4, one);
                 store(target + i + 8, one);
-                benchmark::ClobberMemory();  // or it becomes a call that fills memory
+                benchmark::ClobberMemory();  // keeps the compiler from calling memset
             }
         }
     });
     return static_cast<double>(rounds) * static_cast<double>(count) * sizeof(float) / time;
 }
 
-/// Bytes a nanosecond, loaded only, from the nearest cache, `offset` as above.
+/// Returns bytes per nanosecond, only loaded, from the first cache. `offset` as above.
 double loadBandwidth(std::ptrdiff_t offset) {
     constexpr std::ptrdiff_t count = 4096;
     constexpr int rounds = 1'000;
@@ -100,8 +101,7 @@ double loadBandwidth(std::ptrdiff_t offset) {
 
 constexpr std::size_t operations = 240'000;
 
-/// Four-lane operations a nanosecond in `chains` independent chains, each of which `advance` takes
-/// one operation further.
+/// Returns four-lane operations per nanosecond in `chains` independent chains. `advance` runs one operation of a chain.
 template <std::size_t chains, class Advance>
 double throughput(Advance advance) {
     Float4 values[chains];
@@ -122,15 +122,15 @@ double throughput(Advance advance) {
     return static_cast<double>(rounds * chains) / time;
 }
 
-/// What a smoothed height takes from its left neighbour to itself: three additions, a subtraction,
-/// a product and an addition, one after the other.
+/// The operations from a smoothed height to its right neighbour: three additions, a subtraction, a product and an
+/// addition, each dependent on the one before.
 template <class Floats>
 Floats smoothed(Floats left) {
     const Floats sum = Floats(0.5f) + left + Floats(0.25f) + Floats(0.75f) - Floats(2.0f);
     return Floats(0.5f) + Floats(0.018f) * sum;
 }
 
-/// Nanoseconds a group of four, where each loads what the group before has stored, one cell to the left.
+/// Returns nanoseconds per group of four, if each group loads the values that the group before has stored.
 double smoothingChainThroughMemory() {
     constexpr std::size_t rows = 64;
     constexpr std::size_t groups = 1024;
@@ -147,7 +147,7 @@ double smoothingChainThroughMemory() {
     return time / (rows * groups);
 }
 
-/// The same, the left neighbour being handed on in a register.
+/// The same with the left neighbour in a register.
 double smoothingChainInRegisters() {
     constexpr std::size_t groups = 65'536;
     float height = 1.0f;

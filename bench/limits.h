@@ -2,8 +2,8 @@
 
 namespace bench {
 
-/// Registers, as benchmarks of `samples` iterations, what the machine can do at most in the units
-/// that the kernels spend: bytes moved, four-lane operations, dependent operations, thread starts.
+/// Registers benchmarks of the machine's limits, with `samples` iterations each: bytes moved, four-lane operations,
+/// dependent operations and thread starts.
 void registerLimits(int samples);
 
 }  // namespace bench

@@ -5,8 +5,8 @@
 
 namespace bench {
 
-/// Nanoseconds that `call` takes by `clock`: CLOCK_THREAD_CPUTIME_ID for work of this thread alone,
-/// which leaves out the time that other programs had the processor; CLOCK_MONOTONIC for waits.
+/// Returns the nanoseconds of a call by `clock`. CLOCK_THREAD_CPUTIME_ID measures the work of this thread, without the
+/// time of other programs. CLOCK_MONOTONIC also measures waits.
 template <class Call>
 double nanosecondsOf(clockid_t clock, Call&& call) {
     timespec start{};
@@ -18,7 +18,7 @@ double nanosecondsOf(clockid_t clock, Call&& call) {
            static_cast<double>(end.tv_nsec - start.tv_nsec);
 }
 
-/// The upper one of the two middle values where their number is even. At least one value.
+/// Returns the median, or the upper of the two middle values. Needs at least one value.
 double median(std::vector<double> values);
 
 }  // namespace bench

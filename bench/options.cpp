@@ -4,12 +4,13 @@
 
 #include <charconv>
 #include <iostream>
+#include <system_error>
 
 namespace bench {
 
 namespace {
 
-/// A count of at least 1.
+/// Returns a count of at least 1, or nothing.
 bool parseCount(std::string_view text, int& count) {
     const char* const end = text.data() + text.size();
     const auto [stop, error] = std::from_chars(text.data(), end, count);

@@ -6,13 +6,13 @@
 namespace bench {
 
 struct Options {
-    bool sweep;  // print how the cost grows with the size, as columns for tools/draw-speed
-    bool table;  // print Markdown tables instead of the benchmark library's lines
-    int count;   // samples of each benchmark
+    bool sweep;  // print cost by size, as columns for tools/draw-speed
+    bool table;  // print Markdown tables instead of the benchmark library's output
+    int count;   // samples per benchmark
 };
 
-/// Takes --sweep, --table and `countOption`N (such as "--pairs=") out of the arguments and hands the rest to
-/// the benchmark library. Nothing, with a usage line for `program`, where an argument is wrong.
+/// Reads --sweep, --table and `countOption`N (such as "--pairs=") and passes the other arguments to the benchmark
+/// library. If an argument is wrong, prints the usage of `program` and returns nothing.
 std::optional<Options> takeOptions(int argc, char** argv, std::string_view program,
                                    std::string_view countOption, int defaultCount);
 

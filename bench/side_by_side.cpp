@@ -3,6 +3,7 @@
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
+#include <iterator>
 
 #include "bench/measure.h"
 
@@ -10,15 +11,15 @@ namespace bench {
 
 namespace {
 
-// Long against the reading of the clock, short enough for many samples.
+// Much longer than a reading of the clock, short enough for many samples.
 constexpr double sampleNanoseconds = 300'000.0;
 constexpr int maxCalls = 10'000;
-constexpr int checkedCalls = 2;  // the second starts from what the first left
+constexpr int checkedCalls = 2;  // the second call starts from the result of the first
 
 using Form = std::function<void()>;
 using Bytes = std::vector<std::byte>;
 
-/// Nanoseconds of one call, from `calls` of them on restored data.
+/// Returns nanoseconds per call, measured over `calls` calls on restored data.
 double sample(const Comparison& comparison, const Form& form, int calls) {
     comparison.restore();
     return nanosecondsOf(CLOCK_THREAD_CPUTIME_ID,
@@ -30,7 +31,7 @@ double sample(const Comparison& comparison, const Form& form, int calls) {
            calls;
 }
 
-/// So many calls that a sample of the reference is long enough; also warms both forms up.
+/// Returns the number of calls for a sample of the reference that is long enough. Also warms both forms up.
 int callsPerSample(const Comparison& comparison) {
     double shortest = sampleNanoseconds;
     for (int round = 0; round < 5; ++round) {
@@ -61,7 +62,7 @@ void run(benchmark::State& state, const Comparison& comparison) {
     std::vector<double> reference;
     std::vector<double> library;
     for (auto _ : state) {
-        // Each form goes first half of the time.
+        // Each form goes first in half of the pairs.
         const bool libraryFirst = ratios.size() % 2 == 1;
         if (libraryFirst) {
             library.push_back(sample(comparison, comparison.candidate, calls));

@@ -8,32 +8,32 @@
 
 namespace bench {
 
-/// One kernel in two forms that work on the same memory: caches and page layout favour neither.
+/// Two forms of a kernel on the same memory, so that caches and page layout favour neither.
 struct Comparison {
     std::string kernel;
     std::string grid;
-    double target;  // how many times faster than the reference the library is to be; 0: not said
-    std::function<void()> restore;  // the same inputs again; not timed
+    double target;                  // goal for reference time / library time; 0: none
+    std::function<void()> restore;  // restores the inputs; not timed
     std::function<void()> reference;
     std::function<void()> candidate;
-    std::function<std::vector<std::span<std::byte>>()> outputs;  // where the results lie now
+    std::function<std::vector<std::span<std::byte>>()> outputs;  // memory of the results
 };
 
 Comparison moveComparison(int width, int height);
 std::vector<Comparison> waterComparisons();
 std::vector<Comparison> solverComparisons();
 
-/// The water step, the solver step and packing on a grid of this size.
+/// Returns the comparisons of water step, solver step and packing on a grid of this size.
 std::vector<Comparison> growthComparisons(int width, int height);
 
-/// Median nanoseconds of a call of the library's form.
+/// Returns the median nanoseconds per call of the library's form.
 double libraryNanoseconds(const Comparison& comparison, int samples);
 
-/// Empty where both forms give the same bytes; else a line that says where they part.
+/// Returns an empty string if both forms give the same bytes, else a line about the first difference.
 std::string difference(const Comparison& comparison);
 
-/// Registers a benchmark of `pairs` iterations, each of which times both forms one after the other,
-/// and whose counters are medians: the ratio of each pair, and the times of a call.
+/// Registers a benchmark of `pairs` iterations. Each times both forms, one after the other. Its counters are medians:
+/// the ratio of the pairs and the times per call.
 void registerComparison(const Comparison& comparison, int pairs);
 
 template <class Value>

@@ -1,22 +1,28 @@
 #include <algorithm>
-#include <cmath>
+#include <cstddef>
+#include <cstdint>
 #include <cstdlib>
 #include <memory>
 #include <random>
-#include <utility>
+#include <span>
+#include <string>
+#include <vector>
 
 #include "bench/side_by_side.h"
+#include "effect/effect_state.h"
+#include "effect/tuning.h"
+#include "solver/float_grid.h"
+#include "solver/passes.h"
 #include "solver/solver_step.h"
 #include "solver/velocity_packing.h"
 #include "tests/oracle/plain_kernels.h"
+#include "velmora/solver_grid.h"
 
 using namespace velmora;
 
 namespace bench {
 
 namespace {
-
-constexpr std::int32_t cellSize = 12;  // screen pixels
 
 struct ScreenSize {
     std::int32_t width;
@@ -27,7 +33,7 @@ std::size_t cellsOf(const FloatGrid& grid) {
     return static_cast<std::size_t>(grid.width) * static_cast<std::size_t>(grid.height);
 }
 
-/// A vortex around the middle with some noise, up to 40 cells a step unit.
+/// Returns a vortex around the middle with some noise, up to 40 cells per time unit.
 std::vector<float> swirl(const FloatGrid& grid) {
     std::mt19937 random(2);
     std::uniform_real_distribution<float> jitter(-4.0f, 4.0f);
@@ -57,8 +63,7 @@ const TouchPreset& presetOf(DragMode dragMode) {
                                     : slowDragPreset;
 }
 
-/// The solver of one screen in one drag, with the touch well inside the margins, and its passes as
-/// a first step left them.
+/// The solver of a screen during a drag. The touch lies well inside the margins, and a first step has set the passes.
 struct Flow {
     Flow(ScreenSize screen, DragMode dragMode) {
         touch.touchX = screen.width / 2 + 7;
@@ -83,9 +88,22 @@ struct Flow {
         step();
     }
 
-    void step() { velmora::runSolverStep(state, touch); }
+    void step() {
+        state.stepSettings = beginSolverStep(state, touch);
+        runSolverStep(&state);
+    }
 
-    /// Every grid and setting as before a step; the random numbers too.
+    /// Runs the same step with the plain kernels and the next random sink.
+    void plainStep() {
+        const double u1 = std::rand() * 0x1p-31;
+        const double u2 = std::rand() * 0x1p-31;
+        state.computeDivergencePass.sourcePoint = {
+            static_cast<float>(touch.touchX + (0.5 - u1) * sinkJitter),
+            static_cast<float>(state.screenHeight - touch.touchY + (0.5 - u2) * sinkJitter)};
+        reference::repeatStep(state);
+    }
+
+    /// Restores every grid and setting, and the random numbers.
     void restore() {
         for (const FloatGrid& grid : {state.velocity, state.velocityScratch}) {
             std::copy(startVelocity.begin(), startVelocity.end(), grid.data);
@@ -127,7 +145,7 @@ Comparison stepComparison(ScreenSize screen, DragMode dragMode) {
             .grid = flow->gridName(),
             .target = 2.75,
             .restore = [flow] { flow->restore(); },
-            .reference = [flow] { reference::runSolverStep(flow->state, flow->touch); },
+            .reference = [flow] { flow->plainStep(); },
             .candidate = [flow] { flow->step(); },
             .outputs =
                 [flow] {
@@ -137,7 +155,7 @@ Comparison stepComparison(ScreenSize screen, DragMode dragMode) {
                 }};
 }
 
-/// A stage whose two forms take the same pass.
+/// Compares two kernels that take the same pass.
 template <class Pass>
 Comparison stageComparison(const std::shared_ptr<Flow>& flow, const char* kernel, double target,
                            const Pass& pass, void (*plain)(const Pass&),
@@ -153,23 +171,14 @@ Comparison stageComparison(const std::shared_ptr<Flow>& flow, const char* kernel
                     outputFloats] { return std::vector{gridBytes(pass.output, outputFloats)}; }};
 }
 
-/// From pressure 0, as in a step.
 Comparison jacobiComparison(const std::shared_ptr<Flow>& flow) {
     Jacobi& pass = flow->state.jacobiPass;
     return {.kernel = "twenty Jacobi sweeps",
             .grid = flow->gridName(),
             .target = 1.75,
             .restore = [flow] { flow->restore(); },
-            .reference =
-                [&pass] {
-                    clearGrid(pass.x, 1);
-                    reference::jacobiSweeps(pass, 20);
-                },
-            .candidate =
-                [flow, &pass] {
-                    clearGrid(pass.x, 1);
-                    velmora::jacobiSweeps(pass, 20, flow->state.velocityScratch);
-                },
+            .reference = [&pass] { reference::jacobiKernel(pass, 20); },
+            .candidate = [flow, &pass] { jacobiKernel(pass, 20, flow->state.velocityScratch); },
             .outputs = [&pass] { return std::vector{gridBytes(pass.x, 1)}; }};
 }
 
@@ -207,14 +216,14 @@ void addStages(std::vector<Comparison>& all, ScreenSize screen) {
                                   reference::subtractGradientKernel,
                                   velmora::subtractGradientKernel, 2));
     all.push_back(stageComparison(fast, "stroke impulse", 0.0, fast->state.addVelocityPass,
-                                  reference::runAddVelocity, velmora::runAddVelocity, 2));
+                                  reference::addVelocityKernel, velmora::addVelocityKernel, 2));
     all.push_back(packingComparison(slow));
 }
 
 }  // namespace
 
 std::vector<Comparison> growthComparisons(int width, int height) {
-    const ScreenSize screen{width * cellSize, height * cellSize};
+    const ScreenSize screen{width * pixelsPerCell, height * pixelsPerCell};
     return {moveComparison(width, height), stepComparison(screen, SlowDrag),
             packingComparison(std::make_shared<Flow>(screen, SlowDrag))};
 }

@@ -1,7 +1,10 @@
 #include "bench/table_reporter.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <iomanip>
+#include <ios>
+#include <ostream>
 #include <sstream>
 #include <utility>
 
@@ -9,7 +12,7 @@ namespace bench {
 
 namespace {
 
-/// Three digits that count, or all before the point.
+/// Returns the number with three significant digits, or all digits before the point.
 std::string formatted(double value) {
     std::ostringstream text;
     const int decimals = value >= 99.95 || value == 0.0 ? 0 : value >= 9.995 ? 1 : 2;

@@ -3,14 +3,13 @@
 #include <benchmark/benchmark.h>
 
 #include <map>
-#include <ostream>
 #include <string>
 #include <vector>
 
 namespace bench {
 
-/// A table takes the benchmarks that have its last column as a counter; each is a row, named before
-/// its first '/' and, in a second column, behind it. Other columns may lack their counter.
+/// A table of the benchmarks that have its last column as a counter. Each benchmark is a row; the text before the
+/// first '/' of its name and the text after it are the first two columns. Other counters may be missing.
 struct TableLayout {
     std::string title;
     std::string rowTitle;
@@ -28,7 +27,7 @@ public:
 
 private:
     std::vector<TableLayout> tables;
-    std::map<std::string, std::string> rows;  // of each table, by its title
+    std::map<std::string, std::string> rows;  // rows of each table, by its title
 };
 
 }  // namespace bench

@@ -2,11 +2,12 @@
 #include <chrono>
 #include <cstdio>
 #include <limits>
+#include <ratio>
 
 #include "bench/side_by_side.h"
 
-// Times of the library's kernels alone, for builds that have no benchmark library: a line for each,
-// kernel | grid | nanoseconds of a call, the shortest of many samples.
+// Prints the times of the library's kernels, for builds without the benchmark library. A line for each kernel:
+// kernel | grid | nanoseconds per call, the shortest of many samples.
 
 namespace {
 

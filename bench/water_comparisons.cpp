@@ -1,6 +1,10 @@
 #include <algorithm>
+#include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <random>
+#include <string>
+#include <vector>
 
 #include "bench/side_by_side.h"
 #include "tests/oracle/plain_kernels.h"
@@ -47,7 +51,7 @@ struct Water {
     std::size_t ripples = 0;  // since the last restore
 };
 
-/// Each call strikes elsewhere, as a finger does: a fixed place would train the reference's branches.
+/// Each call touches another place. With a fixed place, the processor would learn the branches of the reference.
 Comparison rippleComparison(GridSize size) {
     const auto water = std::make_shared<Water>(size);
     const auto places = noise({512, 2}, 0.5f);

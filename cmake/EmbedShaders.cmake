@@ -1,14 +1,21 @@
-# embed_shaders(FOLDER OUTPUT): writes a C++ file that holds each FOLDER/NAME.vert and NAME.frag as the
-# string constant NAMEVertexShader or NAMEFragmentShader, as gpu/shader_texts.h declares them.
+# embed_shaders(FOLDER OUTPUT): writes a C++ file that holds each FOLDER/NAME.vert and NAME.frag as the string constant
+# NAMEVertexShader or NAMEFragmentShader, which gpu/shader_texts.h declares. GLSL ES has no #include: a line
+# #include "PART.glsl" of a shader is replaced by the text of FOLDER/PART.glsl.
 function(embed_shaders folder output)
+  file(GLOB parts CONFIGURE_DEPENDS ${folder}/*.glsl)
   file(GLOB shaders CONFIGURE_DEPENDS ${folder}/*.vert ${folder}/*.frag)
+  set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${parts} ${shaders})
   set(text "#include \"gpu/shader_texts.h\"\n\n")
   foreach(shader IN LISTS shaders)
-    set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${shader})
     get_filename_component(name ${shader} NAME)
     string(REPLACE ".vert" "VertexShader" name ${name})
     string(REPLACE ".frag" "FragmentShader" name ${name})
     file(READ ${shader} source)
+    foreach(part IN LISTS parts)
+      get_filename_component(partName ${part} NAME)
+      file(READ ${part} partSource)
+      string(REPLACE "#include \"${partName}\"\n" "${partSource}" source "${source}")
+    endforeach()
     string(APPEND text "const char ${name}[] = R\"GLSL(${source})GLSL\";\n")
   endforeach()
   file(CONFIGURE OUTPUT ${output} CONTENT "${text}" @ONLY)

@@ -4,12 +4,13 @@
 #include <cfloat>
 #include <cmath>
 #include <cstdint>
+#include <iterator>
 #include <limits>
 #include <span>
 
 namespace fuzz {
 
-/// Turns bytes into decisions; zeros follow the last byte.
+/// Turns bytes into decisions. After the last byte, it reads zeros.
 class ByteSource {
 public:
     explicit ByteSource(std::span<const std::uint8_t> bytes) : left(bytes) {}
@@ -34,7 +35,7 @@ public:
     bool oneIn(int n) { return byte() % n == 0; }
     bool flag() { return (byte() & 1) != 0; }
 
-    /// Both ends included.
+    /// Returns a number in [least, most].
     int between(int least, int most) {
         const int drawn = byte() << 8 | byte();
         return most < least ? least : least + drawn % (most - least + 1);

@@ -1,13 +1,16 @@
 #include "fuzz/call_driver.h"
 
 #include <GLES2/gl2.h>
+#include <jni.h>
 #include <standin_bitmap.h>
 
 #include <algorithm>
 #include <array>
+#include <cstddef>
 #include <optional>
 #include <random>
 #include <thread>
+#include <utility>
 
 #include "fuzz/byte_source.h"
 #include "hostkit/gl_context.h"
@@ -17,19 +20,19 @@ namespace fuzz {
 
 namespace {
 
-constexpr int surfaceSide = 64;  // pixels; the settings may claim any other screen
+constexpr int surfaceSide = 64;  // pixels; the settings may name another size
 
-/// Arrays of one size, of exactly the lengths that the size asks for.
+/// Arrays with exactly the lengths of one size.
 struct Grid {
     int columns, rows;
-    jfloatArray positions, heights;  // of a mesh
+    jfloatArray positions, heights;  // of the mesh
     jshortArray indices;
-    jfloatArray velocity, height;  // of a water
+    jfloatArray velocity, height;  // of the water
     int vertices() const { return columns * rows; }
     int indexCount() const { return 6 * (columns - 1) * (rows - 1); }
 };
 
-/// The calls that any thread may make, with arrays of its own, and the faults they show.
+/// Calls that any thread may make, with their own arrays and the faults that they found.
 class ThreadCalls {
 public:
     explicit ThreadCalls(const NativeMethods& library) : native(library) {
@@ -43,7 +46,7 @@ public:
         }
     }
 
-    /// One of the calls, each as often as it stands here.
+    /// Makes one of the calls, with a probability by its number of entries.
     void any() {
         using Calls = ThreadCalls;
         constexpr void (Calls::*calls[8])() = {&Calls::clear, &Calls::ask,        &Calls::ripple,
@@ -98,7 +101,7 @@ protected:
         const Grid& water = grid();
         int x0 = in.between(1, water.columns - 1), y0 = in.between(1, water.rows - 1);
         int x1 = in.between(x0, water.columns - 1), y1 = in.between(y0, water.rows - 1);
-        if (in.oneIn(8)) {  // empty, wherever it lies
+        if (in.oneIn(8)) {  // an empty rectangle anywhere
             x0 = in.anyInt();
             x1 = std::min(x0, in.anyInt());
             y0 = in.anyInt();
@@ -129,7 +132,7 @@ private:
     std::vector<Grid> grids;
 };
 
-/// The render thread, with the context and a touch thread that comes and goes.
+/// The render thread with the context and, at times, a touch thread.
 class Driver : ThreadCalls {
 public:
     Driver(DrivenLibrary library, std::span<const std::uint8_t> bytes, DriveReport& counted)
@@ -152,7 +155,7 @@ public:
     }
 
 private:
-    /// One of the calls, each as often as it stands here.
+    /// Makes one of the calls, with a probability by its number of entries.
     void step() {
         constexpr void (Driver::*calls[24])() = {
             &Driver::changeSetting, &Driver::changeSetting, &Driver::initBuffers,
@@ -173,7 +176,7 @@ private:
     void initBuffers() { native.onInitUVHBuffer(env(), nullptr); }
     void initGpu() { native.onInitGPU(env(), nullptr); }
 
-    /// What a good host does, with a screen about the size of the surface.
+    /// Makes the calls of a correct host, with a screen of about the size of the surface.
     void setUp() {
         if (!context || in.oneIn(6)) {
             replaceContext();
@@ -187,7 +190,7 @@ private:
     void replaceContext() {
         context.reset();
         context.emplace(surfaceSide, surfaceSide);
-        // A software rasteriser spends most of a frame in the ink targets: their corner will do.
+        // Rasterise only a corner: a software rasteriser spends most of a frame in the ink targets.
         glEnable(GL_SCISSOR_TEST);
         glScissor(0, 0, surfaceSide, surfaceSide);
         ++report.contexts;
@@ -227,7 +230,7 @@ private:
     void draw() {
         const Grid& mesh = grid();
         int positions = mesh.vertices() * 3, heights = positions, indices = mesh.indexCount();
-        if (in.oneIn(8)) {  // what GL would read past the vertices is no affair of the library
+        if (in.oneIn(8)) {  // a host's fault: GL would read past the vertices
             positions = in.between(-5, positions);
             heights = in.between(-5, heights);
             indices = in.between(-5, 0);
@@ -246,7 +249,7 @@ private:
         ++report.frames;
     }
 
-    /// A touch thread makes some calls while the render thread goes on with its own.
+    /// Starts a touch thread that makes some calls while the render thread continues.
     void startBurst() {
         endBurst();
         std::vector<std::uint8_t> bytes(static_cast<std::size_t>(in.between(8, 400)));

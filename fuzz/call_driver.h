@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <span>
@@ -8,33 +9,32 @@
 
 #include "fuzz/native_methods.h"
 
-// A host without any model of the effect: bytes decide which native method comes next, with which
-// arguments, and what happens to the GL context and to the library in between. Sizes run from -5
-// to 5000, coordinates over all ints, floats over all bit patterns; counts agree with the arrays.
+// A host without a model of the effect. Bytes decide which native method is called next, with which arguments, and
+// whether the GL context or the library is replaced. Sizes range from -5 to 5000, coordinates over all ints and floats
+// over all bit patterns. Counts match the arrays.
 
 namespace fuzz {
 
-/// The library under test. An empty `reload` keeps it loaded; else it closes the library, opens it
-/// anew and returns the new methods.
+/// The library under test. `reload` closes the library, opens it again and returns the new methods. If `reload` is
+/// empty, the library stays loaded.
 struct DrivenLibrary {
     NativeMethods methods;
     std::function<NativeMethods()> reload;
 };
 
 struct DriveReport {
-    /// Calls by the render thread, and those that ran on a touch thread beside it.
+    /// Calls by the render thread, and calls by touch threads.
     int calls = 0, touchThreadCalls = 0;
     int frames = 0, contexts = 0, reloads = 0;
-    /// What a host must never see: a damaged guard zone, an array still pinned, a result outside
-    /// its range.
+    /// Faults: damaged guard zones, arrays that are still pinned, results outside their range.
     std::vector<std::string> faults;
 };
 
-/// Calls the library until the bytes are used up, and adds to the report. Equal bytes give equal
-/// calls on each of the two threads.
+/// Calls the library until all bytes are used, and adds to the report. The same bytes give the same calls on
+/// each thread.
 void drive(DrivenLibrary library, std::span<const std::uint8_t> bytes, DriveReport& report);
 
-/// `count` bytes of a seed, the same on every machine.
+/// Returns `count` bytes of a seed, the same on every machine.
 std::vector<std::uint8_t> bytesOfSeed(std::uint32_t seed, std::size_t count);
 
 }  // namespace fuzz

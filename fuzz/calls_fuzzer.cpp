@@ -1,9 +1,10 @@
+#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 
 #include "fuzz/call_driver.h"
 
-// Call sequences. The library stays loaded, as libFuzzer counts its branches by address.
+// Fuzzes call sequences. The library stays loaded, because libFuzzer counts branches by address.
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     static const fuzz::NativeMethods methods = fuzz::findMethods(RTLD_DEFAULT);

@@ -1,6 +1,7 @@
 #include <GLES2/gl2.h>
 
 #include <algorithm>
+#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <string_view>
@@ -9,7 +10,7 @@
 #include "hostkit/gesture_script.h"
 #include "hostkit/host_error.h"
 
-// Gesture scripts: what the parser takes is written, read again and played.
+// Fuzzes gesture scripts. Scripts that the parser accepts are written, read again and played.
 
 namespace {
 
@@ -19,7 +20,7 @@ void play(const hostkit::GestureScript& script) {
     static hostkit::EffectHost host(
         {.width = side, .height = side, .water = {.shortSideCells = 8}});
     for (int frame = 0; frame < std::min(script.frames, mostFrames); ++frame) {
-        glEnable(GL_SCISSOR_TEST);  // a context that the script replaces has lost it
+        glEnable(GL_SCISSOR_TEST);  // a context that the script has replaced lost this state
         glScissor(0, 0, side, side);
         host.frame(eventsOfFrame(script, frame));
     }

@@ -17,7 +17,7 @@ struct NativeMethods {
 #undef VELMORA_METHOD
 };
 
-/// The methods of a handle of dlopen, or of the library that the program links with RTLD_DEFAULT.
+/// Returns the methods of a handle from dlopen. RTLD_DEFAULT stands for the library that the program links.
 inline NativeMethods findMethods(void* library) {
     NativeMethods methods{};
     const auto find = [library](auto& method, const char* symbol) {

@@ -1,7 +1,7 @@
 #include "effect/effect_state.h"
 #include "kit/animation_manager.h"
 
-// The library's globals, in the order in which they are made: destruction at unload runs it backwards.
+// The library's globals in the order of their construction. The unload destroys them in reverse order.
 
 namespace velmora {
 

@@ -1,1 +1,1 @@
-// What the header is compiled beside.
+// Exists to compile the precompiled header.

@@ -1,6 +1,6 @@
 #pragma once
 
-// Precompiled for every test program; each file still includes what it uses.
+// Precompiled header of all test programs. Each file still includes the headers that it uses.
 
 #include <gtest/gtest.h>
 

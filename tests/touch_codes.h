@@ -4,7 +4,7 @@
 
 #include "hostkit/gesture_script.h"
 
-/// The platform's action codes as onTouch takes them; a test may also send others.
+/// The platform's action codes for onTouch. A test may also send other codes.
 enum TouchCode : jint {
     Down = static_cast<jint>(hostkit::TouchAction::down),
     Up = static_cast<jint>(hostkit::TouchAction::up),

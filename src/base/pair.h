@@ -2,7 +2,7 @@
 
 namespace velmora {
 
-/// The x and y components of one or four cells.
+/// The x and y components of one cell or of four cells.
 template <class Floats>
 struct Pair {
     Floats x;

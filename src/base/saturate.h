@@ -5,8 +5,9 @@
 
 namespace velmora {
 
-/// The nearest int to a whole-numbered float that is no NaN. Touches and sizes come from outside
-/// and may be anything.
+// Touches and sizes come from the host and may have any value.
+
+/// Returns the int nearest to a whole number. The value must not be NaN.
 inline int saturatedInt(float value) {
     return value >= 2147483648.0f    ? std::numeric_limits<int>::max()
            : value <= -2147483648.0f ? std::numeric_limits<int>::min()

@@ -4,8 +4,8 @@
 
 namespace velmora {
 
-// The host counts y downwards, the solver and the passes upwards: a y of the one as that of the
-// other, on a screen of so many pixels' height.
+// The host measures y downwards, the solver and the GPU passes measure it upwards. flippedY converts either to the
+// other on a screen of `screenHeight` pixels.
 
 /// Exact for any two ints.
 constexpr std::int64_t flippedY(std::int32_t screenHeight, std::int32_t y) {

@@ -7,22 +7,29 @@
 
 namespace velmora {
 
-/// What a touch does to flow and ink: the mode of a frame, of its stroke and of the passes, and the
-/// speed class of a drag.
+/// Kind of touch: the mode of a frame, of its stroke and of the passes, and the speed class of a drag.
 enum DragMode : std::int32_t { TapMode = -1, SlowDrag = 0, MediumDrag = 1, FastDrag = 2 };
 
-/// A stroke's segment in whole screen pixels, y down.
+/// Segment of a stroke in whole screen pixels, y down.
 struct DragSegment {
     std::int32_t fromX, fromY, toX, toY;
 };
 
-/// Where a stroke leads, and how far.
+/// Ink stroke of one frame: a segment in screen pixels, y down.
+struct InkStroke {
+    DragMode mode;
+    Float2 previous;
+    Float2 current;
+};
+
+/// Direction and length of a stroke.
 struct StrokeLine {
     Float2 normal;  // unit vector
     float length;
 };
 
-/// One of no length has the vector (0, 0) and length 1: no point lies along it.
+/// Returns the line from `previous` to `current`. If the points are equal, the normal is (0, 0) and the length 1, so
+/// that no point lies along the stroke.
 inline StrokeLine lineOf(Float2 previous, Float2 current) {
     const Float2 along{current.x - previous.x, current.y - previous.y};
     const float distance = std::sqrt(along.x * along.x + along.y * along.y);

@@ -3,6 +3,7 @@
 #include <GLES2/gl2.h>
 #include <android/bitmap.h>
 
+#include <cstdint>
 #include <cstdlib>
 #include <cstring>
 
@@ -25,8 +26,7 @@ GLuint* slotOf(EffectState& state, int index) {
     }
 }
 
-/// Whether the pixels can be taken as 32-bit RGBA. A library that tells neither format nor stride is
-/// taken at its word; what says that it holds less would be read past its end.
+/// Returns true if the pixels can be read as 32-bit RGBA. Some bitmap libraries report neither format nor stride.
 bool isRgba8888(const AndroidBitmapInfo& info) {
     const bool isOtherFormat =
         info.format != ANDROID_BITMAP_FORMAT_NONE && info.format != ANDROID_BITMAP_FORMAT_RGBA_8888;
@@ -38,7 +38,8 @@ bool isPadded(const AndroidBitmapInfo& info) {
     return info.stride > info.width * bytesPerPixel;
 }
 
-/// Padded rows without their padding, which GL ES 2 cannot skip; null without memory. To be freed.
+/// Returns a copy of the rows without their padding, which GL ES 2 cannot skip. The caller frees it. Null without
+/// memory.
 std::uint8_t* withoutPadding(const AndroidBitmapInfo& info, const void* pixels) {
     const std::size_t rowBytes = info.width * bytesPerPixel;
     auto* const packed = static_cast<std::uint8_t*>(std::malloc(rowBytes * info.height));
@@ -49,11 +50,11 @@ std::uint8_t* withoutPadding(const AndroidBitmapInfo& info, const void* pixels) 
     return packed;
 }
 
-/// `pixels`: tightly packed rows.
+/// Makes a new texture from tightly packed rows.
 void replaceTexture(GLuint& slot, const AndroidBitmapInfo& info, const void* pixels) {
     if (slot != 0) {
         glDeleteTextures(1, &slot);
-        slot = 0;  // a GL that fails writes no new name
+        slot = 0;  // if GL fails, it writes no new name
     }
     glGenTextures(1, &slot);
     glBindTexture(GL_TEXTURE_2D, slot);
@@ -65,7 +66,7 @@ void replaceTexture(GLuint& slot, const AndroidBitmapInfo& info, const void* pix
     glTexParameterf(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, GL_LINEAR);
 }
 
-/// Without memory to pack the rows, the texture of before stays.
+/// Replaces the texture of a slot. If there is no memory to pack the rows, the old texture stays.
 int replaceTextureOfRows(GLuint& slot, const AndroidBitmapInfo& info, const void* pixels) {
     if (!isPadded(info)) {
         replaceTexture(slot, info, pixels);

@@ -6,12 +6,12 @@
 
 namespace velmora {
 
-/// The body of LoadTextures: uploads a 32-bit RGBA bitmap, rows from the top, into the slot `index`
-/// (0 water sheen, 1 and 2 backgrounds), whose old texture it deletes. The new texture stays bound.
-/// Returns 0, or the negative result of the bitmap call that failed; -1 and nothing done for
-/// another index or a bitmap that says it is not 32-bit RGBA; -3 and nothing done where memory
-/// lacks for rows that must be packed. One that tells neither format nor stride is taken as tightly
-/// packed. GL thread.
+/// Handles LoadTextures: uploads a 32-bit RGBA bitmap, rows from the top, into the slot `index` (0 reflection map,
+/// 1 and 2 backgrounds). Deletes the slot's old texture and leaves the new one bound.
+///
+/// Returns 0, or the negative result of the first bitmap call that failed. Returns -1 for another index and for a
+/// bitmap whose format is not 32-bit RGBA, and -3 if there is no memory to remove the padding of its rows; in these
+/// cases the old texture stays. A bitmap without format and stride counts as tightly packed. GL thread.
 int loadTexture(EffectState& state, JNIEnv* env, jobject bitmap, int index);
 
 }  // namespace velmora

@@ -9,7 +9,7 @@ namespace velmora {
 
 namespace {
 
-/// `x` strictly between `margin` and `size - margin`, for any ints.
+/// Returns true if `x` lies strictly between `margin` and `size - margin`. Exact for any ints.
 bool isBetweenMargins(std::int32_t x, std::int32_t size, std::int32_t margin) {
     return margin < x && x < std::int64_t{size} - margin;
 }
@@ -20,19 +20,14 @@ void applyInkSettings(EffectState& state) {
     state.inkHeight = isLandscape ? inkShortSide : inkLongSide;
     state.velocityGridWidth = state.screenWidth / pixelsPerCell;
     state.velocityGridHeight = state.screenHeight / pixelsPerCell;
-    state.gridScale = 2.5f;
-    state.inkRadius = 2.0f;
-    state.impulseDensity = 200.0f;
-    state.jacobiIterations = 20;
+    applyPreset(state, initialPreset);
+    state.gridScale = cellSide;
+    state.jacobiIterations = pressureIterations;
     state.timeStep = baseTimeStep;
-    state.gradientScale = 0.2f;
-    state.velocityDissipation = 0.9f;
-    state.sourceStrength = 50.0f;
-    state.sourceRadius = 40.0f;
+    state.gradientScale = pressureGradientScale;
     state.backwardStepSize = fullBackwardStep;
-    state.inkIntensity = 0.2f;
-    state.touchMargin = 10;
-    state.inkDissipation = 0.96f;
+    state.inkIntensity = initialInkIntensity;
+    state.touchMargin = initialTouchMargin;
     state.inkAmount = 1.0f;
     state.dragMode = SlowDrag;
 }
@@ -65,6 +60,15 @@ void applySettings(EffectState& state, std::int32_t width, std::int32_t height, 
     if (withInk) {
         applyInkSettings(state);
     }
+}
+
+void applyPreset(EffectState& state, const TouchPreset& preset) {
+    state.sourceRadius = preset.sourceRadius;
+    state.impulseDensity = preset.impulseDensity;
+    state.velocityDissipation = preset.velocityDissipation;
+    state.inkDissipation = preset.inkDissipation;
+    state.sourceStrength = preset.sourceStrength;
+    state.inkRadius = preset.inkRadius;
 }
 
 void joinSolver(EffectState& state) {

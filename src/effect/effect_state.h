@@ -8,63 +8,62 @@
 #include "base/pair.h"
 #include "base/stroke.h"
 #include "effect/shared_word.h"
+#include "effect/tuning.h"
 #include "gpu/render_target.h"
 #include "gpu/shader_program.h"
 #include "solver/float_grid.h"
 #include "solver/passes.h"
 #include "solver/step_settings.h"
 
-// The one record that all of the effect works on, zero when the library is loaded; the touch
-// variables beside it; the tuning table.
+// The state of the effect, all zero when the library is loaded, and the touch variables.
 //
-// Threads. The render thread owns every field but those below:
-//   - the solver worker, from its start in stepFluid to joinSolver, alone uses the grids, the passes
-//     and packedVelocity; of the settings it reads stepSettings, its copy, and those that only
-//     applySettings writes, which waits for it;
-//   - the host's touch thread writes the touch variables, dragMode, inkAmount and inkDissipation,
-//     always under SharedTouch::lock. These three are shared words: reading one alone, or writing
-//     the settings anew, needs no lock.
+// Threads. The render thread owns every field except these:
+//   - From its start in stepFluid until joinSolver, the solver worker alone uses the grids, the passes and
+//     packedVelocity. It reads the settings from its copy, stepSettings. It reads the others, which only applySettings
+//     writes, directly: applySettings waits for the worker.
+//   - The host's touch thread writes the touch variables, dragMode, inkAmount and inkDissipation, always under
+//     SharedTouch::lock. The last three are shared words, which any thread may read alone without the lock.
 //
-// Velocities are in cells a time unit, y up. An ink density lies in [0, 127].
+// Velocities are in cells per time unit, y up. An ink density lies in [0, 127].
 
 namespace velmora {
 
 struct InkColor {
-    float r, g, b;  // [0.05, 1.05] as deposited: the host's [0, 1], a little lighter
+    float r, g, b;  // [0.05, 1.05] as deposited, see inkChannel
 };
 
 struct EffectState {
     constexpr EffectState() = default;
     ~EffectState();
 
-    DragSegment dragSegment{};  // of the last fast drag frame, screen pixels, y down
-    pthread_t solverThread{};   // 0: none to wait for; no live thread has that handle
+    DragSegment dragSegment{};  // of the last frame of a fast drag, screen pixels, y down
+    pthread_t solverThread{};   // 0: no worker to wait for; no live thread has this handle
     RenderTarget velocityTarget{};
     RenderTarget inkFront{}, inkBack{};
     ShaderProgram waterProgram{}, advectProgram{}, impulseProgram{};
     std::uint32_t quadBuffer = 0;                                // GL name
-    float gridScale = 0.0f;                                      // a cell's side in lengths, > 0
+    float gridScale = 0.0f;                                      // side of a cell, lengths, > 0
     std::int32_t screenWidth = 0, screenHeight = 0;              // pixels
     std::int32_t velocityGridWidth = 0, velocityGridHeight = 0;  // cells
     std::int32_t inkWidth = 0, inkHeight = 0;                    // texels
     float inkRadius = 0.0f;                                      // screen pixels, >= 0
-    float impulseDensity = 0.0f;  // ink density at an impulse's centre, >= 0
+    float impulseDensity = 0.0f;  // ink density at the centre of an impulse, >= 0
     std::int32_t jacobiIterations = 0;
-    float timeStep = 0.0f;             // time units a frame, > 0
+    float timeStep = 0.0f;             // time units per frame, > 0
     float gradientScale = 0.0f;        // velocity for a pressure difference of 1, > 0
-    float velocityDissipation = 0.0f;  // factor a step, [0, 1]
-    // Factor an advection pass, [0, 1]. Written: applySettings, touch step, clearInk; read: stepFluid.
+    float velocityDissipation = 0.0f;  // factor per step, [0, 1]
+    // Factor per advection pass, [0, 1]. Writers: applySettings, touch step, clearInk. Reader: stepFluid.
     SharedWord<float> inkDissipation;
-    float sourceStrength = 0.0f;    // divergence that the sink at the touch takes away, >= 0
-    float sourceRadius = 0.0f;      // of that sink, screen pixels, >= 0
-    float backwardStepSize = 0.0f;  // factor of the ink's way in a pass, [0, 1]
-    float inkColorOffset = 0.0f;    // of a colour channel, [0, 1]
-    // 1 shown, 0 not. Written: applySettings, touch events, clearInk; read: the frame, the host.
+    float sourceStrength = 0.0f;    // divergence that the sink at the touch subtracts, >= 0
+    float sourceRadius = 0.0f;      // radius of that sink, screen pixels, >= 0
+    float backwardStepSize = 0.0f;  // factor of the ink's backtrace per pass, [0, 1]
+    float inkColorOffset = 0.0f;    // offset of the absorption, see inkAbsorption
+    // 1 if ink is shown, else 0. Writers: applySettings, touch events, clearInk. Readers: the frame, the host.
     SharedWord<float> inkAmount;
-    float inkIntensity = 0.0f;  // darkening for an ink density of 1, [0, 1]
-    // Written: applySettings, touch step, clearInk; read: stepFluid, touch step.
+    float inkIntensity = 0.0f;  // darkening by ink of density 1, [0, 1]
+    // Writers: applySettings, touch step, clearInk. Readers: stepFluid, touch step.
     SharedWord<DragMode> dragMode;
-    std::int32_t touchMargin = 0;  // pixels from the screen's edges without ink
+    std::int32_t touchMargin = 0;  // distance from the screen's edges without ink, pixels
     std::uint32_t waterTexture = 0, backgroundTexture = 0, backgroundTexture2 = 0;  // GL names
     Float2 impulseCurrent{}, impulsePrevious{};  // screen pixels, y up
     InkColor inkColor{};
@@ -76,88 +75,60 @@ struct EffectState {
     ComputeDivergence computeDivergencePass;
     AddInk addInkPass;
     AddVelocity addVelocityPass;
-    FloatGrid velocity{}, velocityScratch{};      // 2 floats a cell
-    FloatGrid inkDensity{}, inkDensityScratch{};  // 1 float a cell, like all below
+    FloatGrid velocity{}, velocityScratch{};      // 2 floats per cell
+    FloatGrid inkDensity{}, inkDensityScratch{};  // 1 float per cell, like the grids below
     FloatGrid pressure{}, pressureScratch{};
     FloatGrid divergence{};
-    std::uint8_t* packedVelocity = nullptr;  // RGBA8, 4 bytes a cell of velocityTarget
-    StepSettings stepSettings{};             // of this frame: worker and passes read the one copy
+    std::uint8_t* packedVelocity = nullptr;  // RGBA8, 4 bytes per cell of velocityTarget
+    StepSettings stepSettings{};             // of this frame, for the worker and the ink passes
 };
 
 extern EffectState gEffectState;
 
 enum TouchPhase : std::int32_t { Idle = 0, Pressed = 1, Dragging = 2 };
 
-/// The platform's codes; a host may send others, which only move the touch.
+/// The platform's codes. A host may send other codes, which only move the touch.
 enum TouchAction : std::int32_t { ActionDown = 0, ActionUp = 1, ActionMove = 2, ActionCancel = 3 };
 
-/// Beside the record. Positions in screen pixels, y down.
+/// State of the touch. Positions are in screen pixels, y down.
 struct TouchVariables {
     TouchPhase touchPhase = Idle;
-    DragMode dragSpeedClass = TapMode;    // of a drag; TapMode: none measured since the load
-    float pressureFactor = 1.0f;          // factor of a slow drag, >= 0
-    std::int32_t touchX = 0, touchY = 0;  // latest event
-    std::int32_t lastEventX = 0, lastEventY = 0;  // the event before
-    // Movement between the two, measured while pressed or dragging.
+    DragMode dragSpeedClass = TapMode;  // of the drag; TapMode if none was measured since the load
+    float pressureFactor = 1.0f;        // factor of a slow drag, >= 0
+    std::int32_t touchX = 0, touchY = 0;          // position of the latest event
+    std::int32_t lastEventX = 0, lastEventY = 0;  // position of the event before
+    // Movement between these two events, measured while pressed or dragging.
     std::int32_t touchDeltaX = 0, touchDeltaY = 0;
-    std::int32_t lastTouchAction = 0;               // a TouchAction, or another code of the host
+    std::int32_t lastTouchAction = 0;               // a TouchAction or another code of the host
     std::int32_t strokeLastX = 0, strokeLastY = 0;  // start of the next stroke
     std::int32_t pressFrames = 0, dragFrames = 0, idleFrames = 0;
-    bool isInkCleared = false;  // by a clear that no fluid step has carried out yet
+    bool isInkCleared = false;  // true until a fluid step has emptied the ink
 };
 
-/// The touch variables as the threads share them.
+/// The touch variables with their lock.
 struct SharedTouch {
-    std::mutex lock;  // held over an event and over the frame's touch step, never over a GL call
+    std::mutex lock;  // held during an event and during the touch step, never during a GL call
     TouchVariables variables;
 };
 
 extern SharedTouch gTouch;
 
-/// Whether frames carry ink; written by onInitSetting only.
+/// True if frames have ink. Only onInitSetting writes it.
 extern bool inkEnabled;
 
-/// Whether the touch lies more than `margin` pixels from every edge of the screen.
+/// Returns true if the touch lies more than `margin` pixels from every edge of the screen.
 bool isInside(const EffectState& state, std::int32_t touchX, std::int32_t touchY,
               std::int32_t margin);
 
-/// What onInitSetting writes into the record: sizes in pixels, and with ink all settings. Waits for
-/// the worker, which uses them. Resizes nothing.
+/// Handles onInitSetting: stores the screen size in pixels and, with ink, the initial settings. Waits for the worker,
+/// which uses them. Does not resize anything.
 void applySettings(EffectState& state, std::int32_t width, std::int32_t height, bool withInk);
 
-/// Waits for the solver worker, if one is to be waited for. Whatever frees, forgets or resizes what
-/// the worker uses calls this first. Render thread.
+/// Waits for the solver worker, if one was started. Must be called before anything that the worker uses is freed or
+/// resized. Render thread.
 void joinSolver(EffectState& state);
 
-constexpr float baseTimeStep = 0.25f;  // EffectState::timeStep of every frame
-constexpr float fullBackwardStep =
-    1.0f;  // EffectState::backwardStepSize of every frame but a tap's
-
-/// One gesture's effect on the settings, each copied into the field of the same name.
-struct TouchPreset {
-    float sourceRadius;         // screen pixels
-    float impulseDensity;       // ink density
-    float velocityDissipation;  // factor a step
-    float inkDissipation;       // factor an advection pass
-    float sourceStrength;       // divergence
-    float inkRadius;            // screen pixels
-};
-
-constexpr float activeInkDissipation = 0.99f;  // while touched, and until the idle fade
-constexpr float idleInkDissipation = 0.9625f;
-
-// In the tap and the slow drag, the last two numbers are factors: of the press frame counter and of
-// the pressure.
-constexpr TouchPreset tapPreset{40.0f, 200.0f, 0.98f, activeInkDissipation, 12.0f, 8.0f};
-constexpr TouchPreset slowDragPreset{20.0f, 100.0f, 0.9f, activeInkDissipation, 45.0f, 40.0f};
-constexpr TouchPreset mediumDragPreset{20.0f, 150.0f, 0.94f, activeInkDissipation, 10.0f, 25.0f};
-constexpr TouchPreset fastDragPreset{4.0f, 40.0f, 0.96f, activeInkDissipation, 20.0f, 30.0f};
-
-constexpr std::int32_t tapSourceFrames = 5;  // pressed frames with a velocity source
-constexpr std::int32_t tapInkFrames = 10;    // pressed frames that deposit ink
-constexpr std::int32_t holdFrames = 12;      // after these a resting finger ends the press
-constexpr std::int32_t idleFadeFrames = 35;  // idle frames after which ink fades faster
-constexpr float slowDragSpeed = 2.0f;  // pixels between two events; above it a press becomes a drag
-constexpr float fastDragSpeed = 10.0f;  // pixels between two events; above it a drag is fast
+/// Copies the preset's values into the fields of the same names.
+void applyPreset(EffectState& state, const TouchPreset& preset);
 
 }  // namespace velmora

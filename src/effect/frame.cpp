@@ -2,26 +2,47 @@
 
 #include <GLES2/gl2.h>
 
-#include "effect/touch_frame.h"
+#include <mutex>
+#include <optional>
+
+#include "base/stroke.h"
+#include "effect/touch.h"
+#include "effect/tuning.h"
+#include "gpu/ink_passes.h"
 #include "solver/fluid_step.h"
+#include "velmora/ink_light.h"
 
 namespace velmora {
 
 namespace {
 
-/// Lighter by a little, so that no channel of the ink is quite black.
-float lightened(float channel) {
-    return static_cast<float>(static_cast<double>(channel) + 0.05);
+/// Runs the touch step of one ink frame and deposits its stroke in `color`. Returns the ink amount that this frame
+/// shows: a later event acts in the next frame.
+float advanceTouchFrame(EffectState& state, SharedTouch& shared, InkColor color) {
+    std::optional<InkStroke> stroke;
+    TouchVariables touch;
+    float shownInk;
+    {
+        const std::lock_guard guard(shared.lock);
+        stroke = stepTouchPhase(state, shared.variables);
+        touch = shared.variables;
+        shownInk = state.inkAmount;
+    }
+    if (stroke) {
+        depositInk(state, touch, *stroke, color);
+    }
+    return shownInk;
 }
 
-/// Returns the ink amount that the frame shows.
+/// Runs the fluid step and the touch step. Returns the ink amount that the frame shows.
 float stepInk(EffectState& state, SharedTouch& shared, InkColor inkColor) {
-    const InkColor frameColor{lightened(inkColor.r), lightened(inkColor.g), lightened(inkColor.b)};
-    state.inkColorOffset = 0.001f;
-    stepFluid(state, shared);  // with the settings that the previous frame left
+    const InkColor frameColor{inkChannel(inkColor.r), inkChannel(inkColor.g),
+                              inkChannel(inkColor.b)};
+    state.inkColorOffset = frameInkColorOffset;
+    stepFluid(state, shared);  // with the settings of the previous frame
     state.backwardStepSize = fullBackwardStep;
     state.timeStep = baseTimeStep;
-    state.inkIntensity = 0.02f;
+    state.inkIntensity = frameInkIntensity;
     return advanceTouchFrame(state, shared, frameColor);
 }
 

@@ -5,11 +5,11 @@
 
 namespace velmora {
 
-/// What a frame does before it pins the host's arrays: the viewport of the screen. GL thread.
+/// Starts onDrawFrame, before the host's arrays are pinned: sets the screen's viewport. GL thread.
 void startFrame(const EffectState& state);
 
-/// The body of onDrawFrame once the host's arrays are pinned: the fluid step and the touch step
-/// where ink is enabled, then the water. Ink laid in it shows in `inkColor`. Clears nothing. GL thread.
+/// Draws a frame from the pinned arrays: with ink, the fluid step and the touch step, then the water. `inkColor` is
+/// the host's colour for ink that this frame deposits. Does not clear the framebuffer. GL thread.
 void drawFrame(EffectState& state, SharedTouch& shared, const WaterFrame& frame, InkColor inkColor);
 
 }  // namespace velmora

@@ -4,8 +4,8 @@
 
 namespace velmora {
 
-/// One 32-bit word that threads share without a lock; reads and writes like a plain field. No order
-/// between words is promised: whoever needs several of one moment takes the touch lock.
+/// A 32-bit value that threads share without a lock. It reads and writes like a plain field. Accesses to different
+/// words have no order; a reader that needs several words of one moment takes the touch lock.
 template <class Value>
 class SharedWord {
 public:

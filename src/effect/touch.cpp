@@ -1,6 +1,8 @@
 #include "effect/touch.h"
 
 #include <cmath>
+#include <cstdint>
+#include <mutex>
 #include <utility>
 
 #include "base/saturate.h"
@@ -9,17 +11,15 @@ namespace velmora {
 
 namespace {
 
-constexpr std::int32_t shortDragFrames = 9;  // a drag of no more frames finishes like a tap
-
 std::int32_t difference(std::int32_t a, std::int32_t b) {
     return saturatedInt(std::int64_t{a} - b);
 }
 
-/// The movement since the previous event; returns its length in pixels.
+/// Stores the movement since the previous event and returns its length in pixels.
 float measureMovement(TouchVariables& touch, std::int32_t x, std::int32_t y) {
     touch.touchDeltaX = difference(x, touch.lastEventX);
     touch.touchDeltaY = difference(y, touch.lastEventY);
-    // Unsigned: the squares of the two longest movements sum to 2^63.
+    // Unsigned, because the squares of the two longest movements sum to 2^63.
     const auto square = [](std::int64_t d) { return static_cast<std::uint64_t>(d * d); };
     return std::sqrt(static_cast<float>(square(touch.touchDeltaX) + square(touch.touchDeltaY)));
 }
@@ -64,15 +64,6 @@ void endGesture(EffectState& state, TouchVariables& touch) {
     touch.pressFrames = 0;
 }
 
-void applyPreset(EffectState& state, const TouchPreset& preset) {
-    state.sourceRadius = preset.sourceRadius;
-    state.impulseDensity = preset.impulseDensity;
-    state.velocityDissipation = preset.velocityDissipation;
-    state.inkDissipation = preset.inkDissipation;
-    state.sourceStrength = preset.sourceStrength;
-    state.inkRadius = preset.inkRadius;
-}
-
 TouchPreset tapPresetAt(std::int32_t frame) {
     TouchPreset preset = tapPreset;
     preset.sourceStrength =
@@ -92,7 +83,7 @@ InkStroke strokeTo(const TouchVariables& touch, DragMode mode, Float2 previous) 
     return {mode, previous, {static_cast<float>(touch.touchX), static_cast<float>(touch.touchY)}};
 }
 
-/// A phase may last for more frames than an int counts.
+/// Counts up and saturates: a phase may last for more frames than an int holds.
 void countFrame(std::int32_t& frames) {
     frames = saturatedInt(std::int64_t{frames} + 1);
 }
@@ -106,7 +97,7 @@ std::optional<InkStroke> stepPressed(EffectState& state, TouchVariables& touch) 
         const Float2 previous{static_cast<float>(std::int64_t{touch.touchX} - touch.touchDeltaX),
                               static_cast<float>(std::int64_t{touch.touchY} - touch.touchDeltaY)};
         stroke = strokeTo(touch, TapMode, previous);
-        state.backwardStepSize = static_cast<float>(frame) * 0.1f;
+        state.backwardStepSize = static_cast<float>(frame) * tapBackwardStep;
     }
     countFrame(touch.pressFrames);
     if (touch.pressFrames > holdFrames && touch.lastTouchAction != ActionMove) {
@@ -150,15 +141,20 @@ void stepIdle(EffectState& state, TouchVariables& touch) {
     }
 }
 
+/// Returns the pressure factor of a slow drag, 0 without pressure.
+float pressureFactorOf(float pressure) {
+    const double p = static_cast<double>(pressure);
+    return pressure > 0.0f ? static_cast<float>(static_cast<double>(minPressureFactor) + p * p)
+                           : 0.0f;
+}
+
 }  // namespace
 
 void handleTouchEvent(EffectState& state, SharedTouch& shared, std::int32_t x, std::int32_t y,
                       std::int32_t action, float pressure) {
     const std::lock_guard guard(shared.lock);
     TouchVariables& touch = shared.variables;
-    const double p = static_cast<double>(pressure);
-    touch.pressureFactor =
-        pressure > 0.0f ? static_cast<float>(static_cast<double>(0.2f) + p * p) : 0.0f;
+    touch.pressureFactor = pressureFactorOf(pressure);
     touch.touchX = x;
     touch.touchY = y;
     state.inkAmount = 1.0f;
@@ -197,7 +193,7 @@ std::optional<InkStroke> stepTouchPhase(EffectState& state, TouchVariables& touc
     } else if (touch.touchPhase == Dragging) {
         stroke = stepDragging(state, touch);
     }
-    if (touch.touchPhase == Idle) {  // also where the press has just ended
+    if (touch.touchPhase == Idle) {  // also if the press has just ended
         stepIdle(state, touch);
     }
     return stroke;

@@ -1,33 +1,27 @@
 #pragma once
 
+#include <cstdint>
 #include <optional>
 
 #include "effect/effect_state.h"
 
 namespace velmora {
 
-/// The body of onTouch: records an event at (x, y), screen pixels, y down, and moves the touch
-/// phase on. Any ints, any action code, any pressure. Any thread.
+/// Handles onTouch: stores an event at (x, y), screen pixels, y down, and advances the touch phase. Accepts any ints,
+/// any action code and any pressure. Any thread.
 void handleTouchEvent(EffectState& state, SharedTouch& shared, std::int32_t x, std::int32_t y,
                       std::int32_t action, float pressure);
 
-/// The body of clearInkValue: the next fluid step multiplies all ink by 0 (see takeInkDissipation),
-/// and the gesture ends. Any thread.
+/// Handles clearInkValue: the next fluid step multiplies all ink by 0 (see takeInkDissipation), and the gesture ends.
+/// Any thread.
 void clearInk(EffectState& state, SharedTouch& shared);
 
-/// The dissipation of a fluid step. The whole rule of a clear stands here: the first step after it
-/// takes 0, whatever was written to the setting in between. Under the touch lock.
+/// Returns the ink dissipation of a fluid step. The first step after a clear gets 0, whatever has been written to the
+/// setting since. Requires the touch lock.
 float takeInkDissipation(const EffectState& state, TouchVariables& touch);
 
-/// One frame's ink: a segment in screen pixels, y down.
-struct InkStroke {
-    DragMode mode;
-    Float2 previous;
-    Float2 current;
-};
-
-/// The touch step of one ink frame without its deposit: applies the preset of the touch phase and
-/// moves the frame counters on. Returns the frame's stroke, if it has one. Under the touch lock.
+/// Runs the touch step of one ink frame, without its deposit: applies the preset of the touch phase and advances the
+/// frame counters. Returns the frame's stroke, if it has one. Requires the touch lock.
 std::optional<InkStroke> stepTouchPhase(EffectState& state, TouchVariables& touch);
 
 }  // namespace velmora

@@ -4,8 +4,8 @@
 
 #include "base/pair.h"
 
-// Setting the uniforms of a program by name. Locations are looked up at every use; a name that the
-// program does not have is set at location -1, which GL ignores. GL thread.
+// Sets uniforms of a program by name. Locations are looked up at every use. A name that the program does not have gets
+// location -1, which GL ignores. GL thread.
 
 namespace velmora {
 
@@ -27,7 +27,7 @@ inline void bindTexture(GLenum unit, GLuint texture) {
     glBindTexture(GL_TEXTURE_2D, texture);
 }
 
-/// How every pass leaves the texture units: nothing bound on the four that the effect uses, unit 0 active.
+/// Unbinds the textures of the four units that the effect uses. Unit 0 stays active.
 inline void unbindTextures() {
     for (GLenum unit = GL_TEXTURE3; unit >= GL_TEXTURE0; --unit) {
         bindTexture(unit, 0);

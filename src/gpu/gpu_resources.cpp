@@ -3,6 +3,7 @@
 #include <GLES2/gl2.h>
 
 #include <algorithm>
+#include <cstdint>
 #include <cstdlib>
 #include <cstring>
 #include <iterator>
@@ -28,7 +29,7 @@ void replaceInkTargets(EffectState& state) {
     state.inkBack = createRenderTarget(state.inkWidth, state.inkHeight);
 }
 
-/// None where no grid can be made: not every driver survives a texture of such a size.
+/// Makes no target if no grid can have the size: not every driver survives such a texture.
 void replaceVelocityTarget(EffectState& state) {
     const std::int32_t width = state.velocityGridWidth;
     const std::int32_t height = state.velocityGridHeight;
@@ -69,8 +70,8 @@ void allocateGrids(EffectState& state) {
     clearGrid(state.inkDensityScratch, 1);
 }
 
-/// The solver needs all of its grids: where memory lacked for one, the others go too, every kernel
-/// finds nothing to do, and the water is drawn above still ink.
+/// Releases all grids of the solver if one of them is missing for lack of memory. The kernels then do nothing, and the
+/// water is drawn above ink that does not move.
 void dropIncompleteGrids(EffectState& state) {
     FloatGrid* const grids[] = {&state.velocity, &state.velocityScratch, &state.pressure,
                                 &state.pressureScratch, &state.divergence};
@@ -85,7 +86,7 @@ void dropIncompleteGrids(EffectState& state) {
 }
 
 void clearInkTarget(const RenderTarget& target) {
-    if (target.framebuffer != 0) {  // else that would be the screen
+    if (target.framebuffer != 0) {  // framebuffer 0 is the screen
         glBindFramebuffer(GL_FRAMEBUFFER, target.framebuffer);
         clearBoundTarget();
     }
@@ -102,14 +103,14 @@ void initInkResources(EffectState& state) {
     dropIncompleteGrids(state);
     if (state.quadBuffer != 0) {
         glDeleteBuffers(1, &state.quadBuffer);
-        state.quadBuffer = 0;  // a GL that fails writes no new name
+        state.quadBuffer = 0;  // if GL fails, it writes no new name
     }
     glGenBuffers(1, &state.quadBuffer);
     glBlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA);
     glViewport(0, 0, state.inkWidth, state.inkHeight);
     clearInkTarget(state.inkFront);
     clearInkTarget(state.inkBack);
-    // A host may go on to water only, whose frames bind no framebuffer.
+    // Frames of a host that continues without ink bind no framebuffer.
     glBindFramebuffer(GL_FRAMEBUFFER, 0);
 }
 
@@ -127,7 +128,7 @@ void replaceContext(EffectState& state) {
     forgetTarget(state.velocityTarget);
     forgetTarget(state.inkFront);
     forgetTarget(state.inkBack);
-    // A GL that fails writes no new name, and those of the lost context must not be bound in this.
+    // If GL fails, it writes no new name. Names of the lost context must not be bound in the new one.
     state.meshPositionBuffer = state.meshHeightBuffer = state.meshIndexBuffer = 0;
     glGenBuffers(1, &state.meshPositionBuffer);
     glGenBuffers(1, &state.meshHeightBuffer);

@@ -4,14 +4,12 @@
 
 namespace velmora {
 
-/// The body of onInitUVHBuffer, the first call on a new GL context: forgets, without deleting, the
-/// names that the record holds from the old one (the quad buffer's aside), and makes the three mesh
-/// buffers. GL thread.
+/// Handles onInitUVHBuffer, the first call on a new GL context: sets all names of the old context except the quad
+/// buffer's to 0, without deleting them, and makes the three mesh buffers. GL thread.
 void replaceContext(EffectState& state);
 
-/// The body of onInitGPU: the water program; with ink also the ink programs and targets, the quad
-/// buffer, the names of the passes and the solver grids, in the sizes of applySettings. What exists
-/// is deleted first. GL thread.
+/// Handles onInitGPU: makes the water program. With ink, also makes the ink programs, the targets, the quad buffer, the
+/// names of the passes and the solver grids, in the sizes of applySettings. Deletes existing objects first. GL thread.
 void initGPUResources(EffectState& state, bool withInk);
 
 }  // namespace velmora

@@ -1,9 +1,15 @@
 #include "gpu/ink_passes.h"
 
+#include <GLES2/gl2.h>
+
 #include <cstddef>
+#include <cstdint>
 #include <utility>
 
+#include "base/pair.h"
 #include "base/screen.h"
+#include "base/stroke.h"
+#include "effect/tuning.h"
 #include "gpu/gl_calls.h"
 
 namespace velmora {
@@ -17,7 +23,7 @@ struct QuadVertex {
 
 constexpr QuadVertex quad[4] = {{-1, -1, 0, 0}, {1, -1, 1, 0}, {-1, 1, 0, 1}, {1, 1, 1, 1}};
 
-void pointQuadAttribute(GLuint location, std::size_t offset) {
+void setVertexAttribute(GLuint location, std::size_t offset) {
     glEnableVertexAttribArray(location);
     glVertexAttribPointer(location, 2, GL_SHORT, GL_FALSE, sizeof(QuadVertex),
                           reinterpret_cast<const void*>(offset));
@@ -26,17 +32,16 @@ void pointQuadAttribute(GLuint location, std::size_t offset) {
 void drawQuad(GLuint buffer) {
     glBindBuffer(GL_ARRAY_BUFFER, buffer);
     glBufferData(GL_ARRAY_BUFFER, sizeof quad, quad, GL_STATIC_DRAW);
-    pointQuadAttribute(0, offsetof(QuadVertex, x));
-    pointQuadAttribute(1, offsetof(QuadVertex, u));
+    setVertexAttribute(0, offsetof(QuadVertex, x));
+    setVertexAttribute(1, offsetof(QuadVertex, u));
     glDrawArrays(GL_TRIANGLE_STRIP, 0, 4);
     glDisableVertexAttribArray(0);
     glDisableVertexAttribArray(1);
 }
 
-/// The end that all passes share: draws over the whole of the bound target, then lets go of everything.
-void finishPass(const EffectState& state, const RenderTarget& destination) {
-    // Without the buffer GL would read the quad from address 0; without the target it would draw
-    // over the screen.
+/// Draws over the whole bound target, then unbinds textures and target.
+void drawFullscreenQuad(const EffectState& state, const RenderTarget& destination) {
+    // Without the buffer, GL would read the quad from address 0. Without the target, it would draw over the screen.
     if (state.quadBuffer != 0 && destination.framebuffer != 0) {
         drawQuad(state.quadBuffer);
     }
@@ -49,9 +54,9 @@ Float2 screenSize(const EffectState& state) {
     return {static_cast<float>(state.screenWidth), static_cast<float>(state.screenHeight)};
 }
 
-/// The base time step in texture units.
+/// Returns the time step of an advection pass in texture units.
 Float2 textureTimeStep(const EffectState& state) {
-    const double step = 0.9 * static_cast<double>(state.timeStep);
+    const double step = inkTimeFactor * static_cast<double>(state.timeStep);
     return {static_cast<float>(step / state.velocityGridWidth),
             static_cast<float>(step / state.velocityGridHeight)};
 }
@@ -75,7 +80,7 @@ void runAdvectPass(const EffectState& state, const RenderTarget& velocity,
     glBindFramebuffer(GL_FRAMEBUFFER, destination.framebuffer);
     bindTexture(GL_TEXTURE0, velocity.texture);
     bindTexture(GL_TEXTURE1, source.texture);
-    finishPass(state, destination);
+    drawFullscreenQuad(state, destination);
 }
 
 void runImpulsePass(const EffectState& state, const RenderTarget& source,
@@ -96,19 +101,19 @@ void runImpulsePass(const EffectState& state, const RenderTarget& source,
     setUniform(program, "Source", 0);
     glBindFramebuffer(GL_FRAMEBUFFER, destination.framebuffer);
     bindTexture(GL_TEXTURE0, source.texture);
-    finishPass(state, destination);
+    drawFullscreenQuad(state, destination);
 }
 
-void depositInk(EffectState& state, const TouchVariables& touch, DragMode mode, float previousX,
-                float previousY, float currentX, float currentY, float red, float green,
-                float blue) {
-    state.impulseCurrent = {currentX, flippedY(state.screenHeight, currentY)};
-    state.impulsePrevious = {previousX, flippedY(state.screenHeight, previousY)};
-    state.inkColor = {red, green, blue};
+void depositInk(EffectState& state, const TouchVariables& touch, const InkStroke& stroke,
+                InkColor color) {
+    const std::int32_t height = state.screenHeight;
+    state.impulseCurrent = {stroke.current.x, flippedY(height, stroke.current.y)};
+    state.impulsePrevious = {stroke.previous.x, flippedY(height, stroke.previous.y)};
+    state.inkColor = color;
     if (!isInside(state, touch.touchX, touch.touchY, state.touchMargin)) {
         return;
     }
-    runImpulsePass(state, state.inkFront, state.inkBack, mode, state.impulsePrevious,
+    runImpulsePass(state, state.inkFront, state.inkBack, stroke.mode, state.impulsePrevious,
                    state.impulseCurrent);
     std::swap(state.inkFront, state.inkBack);
 }

@@ -16,7 +16,7 @@ RenderTarget createRenderTarget(int width, int height) {
     glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MAG_FILTER, GL_LINEAR);
     glTexImage2D(GL_TEXTURE_2D, 0, GL_RGBA, width, height, 0, GL_RGBA, GL_UNSIGNED_BYTE, nullptr);
     glFramebufferTexture2D(GL_FRAMEBUFFER, GL_COLOR_ATTACHMENT0, GL_TEXTURE_2D, target.texture, 0);
-    if (target.framebuffer != 0) {  // else the screen is bound
+    if (target.framebuffer != 0) {  // framebuffer 0 is the screen
         clearBoundTarget();
     }
     glBindFramebuffer(GL_FRAMEBUFFER, 0);

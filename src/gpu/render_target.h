@@ -4,7 +4,7 @@
 
 namespace velmora {
 
-/// An off-screen RGBA8 colour target; GL names. It exists when `framebuffer` is not 0.
+/// An off-screen RGBA8 colour target of GL names. It exists if `framebuffer` is not 0.
 struct RenderTarget {
     std::uint32_t framebuffer;
     std::uint32_t texture;  // colour attachment 0: linear filters, clamped to the edge
@@ -12,13 +12,13 @@ struct RenderTarget {
     std::int32_t height;
 };
 
-/// Makes a target cleared to 0 and leaves the default framebuffer bound. GL thread.
+/// Makes a target, clears it to 0 and leaves the default framebuffer bound. GL thread.
 RenderTarget createRenderTarget(int width, int height);
 
 /// Clears the bound framebuffer to density 0. GL thread.
 void clearBoundTarget();
 
-/// Deletes what the target has of a framebuffer and a texture. GL thread.
+/// Deletes the target's framebuffer and texture, if they exist. GL thread.
 void deleteRenderTarget(const RenderTarget& target);
 
 }  // namespace velmora

@@ -39,7 +39,7 @@ std::uint32_t linkProgram(std::uint32_t vertexShader, std::uint32_t fragmentShad
     return program;
 }
 
-/// Each name alone: where a build failed, some are 0.
+/// Deletes each name by itself: after a failed build some are 0.
 static void deleteProgram(const ShaderProgram& slot) {
     if (slot.vertexShader != 0) {
         glDeleteShader(slot.vertexShader);

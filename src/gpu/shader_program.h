@@ -4,21 +4,21 @@
 
 namespace velmora {
 
-/// A linked program and the shaders it was built from; GL names, 0 meaning none. It exists when
-/// `program` is not 0.
+/// A linked program and its shaders, as GL names; 0 means none. It exists if `program` is not 0.
 struct ShaderProgram {
     std::uint32_t program;
     std::uint32_t vertexShader;
     std::uint32_t fragmentShader;
 };
 
-/// Compiles one shader of GL_VERTEX_SHADER or GL_FRAGMENT_SHADER; 0 on failure. GL thread, like all below.
+/// Compiles a shader of type GL_VERTEX_SHADER or GL_FRAGMENT_SHADER. Returns 0 on failure. GL thread, like all
+/// functions below.
 std::uint32_t compileShader(std::uint32_t type, const char* source);
 
-/// Links two shaders, with location 0 bound to "vertex" and 1 to "texCoord"; 0 on failure.
+/// Links two shaders with location 0 bound to "vertex" and 1 to "texCoord". Returns 0 on failure.
 std::uint32_t linkProgram(std::uint32_t vertexShader, std::uint32_t fragmentShader);
 
-/// Deletes what the slot holds and builds it anew; a failure leaves 0 and is not reported.
+/// Deletes the slot's objects and builds the program again. A failure leaves 0 and is not reported.
 void buildProgram(ShaderProgram& slot, const char* vertexSource, const char* fragmentSource);
 
 }  // namespace velmora

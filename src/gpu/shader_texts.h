@@ -1,6 +1,6 @@
 #pragma once
 
-// The GLSL ES 1.00 texts of gpu/shaders, as strings.
+// The GLSL ES 1.00 shaders of gpu/shaders as strings.
 
 extern const char quadVertexShader[];
 extern const char advectFragmentShader[];

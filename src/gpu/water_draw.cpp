@@ -1,6 +1,10 @@
 #include "gpu/water_draw.h"
 
+#include <GLES2/gl2.h>
+
+#include "base/pair.h"
 #include "gpu/gl_calls.h"
+#include "velmora/ink_light.h"
 
 namespace velmora {
 
@@ -30,31 +34,28 @@ void uploadMesh(const EffectState& state, const WaterFrame& frame) {
                  frame.indices);
 }
 
-/// A location of -1, of a program without the attribute, is passed on: GL rejects it without effect.
-void pointMeshAttribute(GLint location, GLuint buffer) {
+/// Binds an attribute to a mesh buffer. GL ignores location -1, which a program without the attribute gives.
+void setMeshAttribute(GLint location, GLuint buffer) {
     glBindBuffer(GL_ARRAY_BUFFER, buffer);
     glVertexAttribPointer(static_cast<GLuint>(location), 3, GL_FLOAT, GL_FALSE, 0, nullptr);
     glEnableVertexAttribArray(static_cast<GLuint>(location));
-}
-
-/// What full ink takes from a channel: little from one that the ink's colour holds much of.
-float absorption(const EffectState& state, float channel) {
-    const double light = 1.5 - static_cast<double>(state.inkColorOffset);
-    return static_cast<float>(light / static_cast<double>(channel) - 1.0);
 }
 
 void setInk(const EffectState& state, GLuint program, float inkAmount) {
     setUniform(program, "Scale",
                Float2{1.0f / static_cast<float>(state.screenWidth),
                       1.0f / static_cast<float>(state.screenHeight)});
-    setUniform(program, "ink_color", absorption(state, state.inkColor.r),
-               absorption(state, state.inkColor.g), absorption(state, state.inkColor.b));
+    const auto absorption = [&](float channel) {
+        return inkAbsorption(channel, state.inkColorOffset);
+    };
+    setUniform(program, "ink_color", absorption(state.inkColor.r), absorption(state.inkColor.g),
+               absorption(state.inkColor.b));
     setUniform(program, "intensity", inkAmount * state.inkIntensity);
     bindTexture(GL_TEXTURE2, state.inkFront.texture);
     setUniform(program, "Density", 2);
 }
 
-void setSheen(const EffectState& state, GLuint program, const WaterFrame& frame) {
+void setReflection(const EffectState& state, GLuint program, const WaterFrame& frame) {
     setUniform(program, "alphaRatio1", frame.alphaRatio1Scale * frame.alpha);
     setUniform(program, "fresnelRatio", frame.fresnelRatio);
     setUniform(program, "specularRatio", frame.specularRatio);
@@ -62,7 +63,7 @@ void setSheen(const EffectState& state, GLuint program, const WaterFrame& frame)
     setUniform(program, "viewportHeight", static_cast<float>(state.screenHeight));
 }
 
-void bindPictures(const EffectState& state, GLuint program, bool useSecondBackground) {
+void bindWaterTextures(const EffectState& state, GLuint program, bool useSecondBackground) {
     bindTexture(GL_TEXTURE0,
                 useSecondBackground ? state.backgroundTexture2 : state.backgroundTexture);
     setUniform(program, "sBGTexture", 0);
@@ -73,7 +74,7 @@ void bindPictures(const EffectState& state, GLuint program, bool useSecondBackgr
 }  // namespace
 
 void drawWater(const EffectState& state, const WaterFrame& frame, float inkAmount) {
-    // Without its buffers, GL would read the mesh from address 0.
+    // Without buffers, GL would read the mesh from address 0.
     if (state.meshPositionBuffer == 0 || state.meshHeightBuffer == 0 ||
         state.meshIndexBuffer == 0) {
         return;
@@ -86,13 +87,13 @@ void drawWater(const EffectState& state, const WaterFrame& frame, float inkAmoun
     const GLint heightsLocation = glGetAttribLocation(program, "aHeights");
     glUniformMatrix4fv(glGetUniformLocation(program, "uMVPMatrix"), 1, GL_FALSE, frame.mvpMatrix);
     uploadMesh(state, frame);
-    pointMeshAttribute(heightsLocation, state.meshHeightBuffer);
-    pointMeshAttribute(positionLocation, state.meshPositionBuffer);
+    setMeshAttribute(heightsLocation, state.meshHeightBuffer);
+    setMeshAttribute(positionLocation, state.meshPositionBuffer);
     if (frame.inkEnabled) {
         setInk(state, program, inkAmount);
     }
-    setSheen(state, program, frame);
-    bindPictures(state, program, frame.useSecondBackground);
+    setReflection(state, program, frame);
+    bindWaterTextures(state, program, frame.useSecondBackground);
     glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, state.meshIndexBuffer);
     glDrawElements(GL_TRIANGLES, frame.indexCount, GL_UNSIGNED_SHORT, nullptr);
     glDisableVertexAttribArray(static_cast<GLuint>(positionLocation));

@@ -2,19 +2,19 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <ctime>
 
 namespace velmora {
 
 namespace {
 
-/// The difference as a 32-bit signed number, also where the platform counts in 64 bits; wraps.
+/// Returns the difference as a 32-bit signed number that wraps around, also on platforms that count in 64 bits.
 float difference(std::int64_t end, std::int64_t start) {
     const auto distance = static_cast<std::uint64_t>(end) - static_cast<std::uint64_t>(start);
     return static_cast<float>(static_cast<std::int32_t>(distance));
 }
 
-/// Seconds since the kit's timer started. The nanoseconds may be the smaller ones: their part is
-/// then negative.
+/// Returns the seconds since the kit's timer started. The part of the nanoseconds may be negative.
 float readClock() {
     using oru::Timer;
     clock_gettime(CLOCK_REALTIME, &Timer::mCurrentCnt);
@@ -24,7 +24,7 @@ float readClock() {
 
 }  // namespace
 
-// An animation may join the list or leave it while it is called: no loop holds an iterator over a call.
+// A called animation may add or remove animations, so no loop holds an iterator during a call.
 
 int AnimationManager::anyAnimationResult() {
     for (std::size_t i = 0; i < animations.size(); ++i) {
@@ -44,7 +44,7 @@ void AnimationManager::notifyAnimations() {
 void AnimationManager::update() {
     mNow = oru::Timer::mIsPaused == 0 ? readClock() : oru::Timer::mPausedTime;
     for (std::size_t i = 0; i < animations.size(); ++i) {
-        // Read again each time: an animation may set the clock for those after it.
+        // Read mNow for each call: an animation may set the clock for the next ones.
         animations[i]->update(mNow);
     }
 }

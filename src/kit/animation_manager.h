@@ -6,13 +6,12 @@
 
 namespace velmora {
 
-/// Turns the kit's timer into the current animation time. On the kit's render thread.
-// The interface's slots end with the third: a virtual destructor would add two.
+/// Computes the animation time from the kit's timer. Render thread of the kit.
+// The interface has three slots. A virtual destructor would add two.
 // NOLINTNEXTLINE(cppcoreguidelines-virtual-class-destructor)
 class AnimationManager final : public oru::IAnimationManager {
 public:
-    /// First result other than 0 of the animations' queries, asked in list order; the rest are not
-    /// asked. Else 0.
+    /// Queries the animations in list order. Returns the first result that is not 0, else 0.
     int anyAnimationResult() override;
 
     /// Calls `notify` of every animation in list order.
@@ -22,11 +21,11 @@ public:
     void update() override;
 
 private:
-    /// Not owned, and filled by the kit alone, through the memory of this object.
+    /// Animations that the kit writes into the memory of this object. Not owned.
     std::vector<oru::IAnimation*> animations;
 };
 
-/// Defined beside the effect state, because it is constructed after it and destroyed before it.
+/// Defined in library.cpp: constructed after the effect state and destroyed before it.
 extern AnimationManager gAnimationManager;
 
 }  // namespace velmora

@@ -5,8 +5,7 @@
 
 namespace velmora {
 
-/// The effect as a scene of the kit: what every scene is, with nothing to do of its own. The native
-/// methods draw the effect without it.
+/// The effect as a scene of the kit. It adds nothing to the base class: the native methods draw the effect without it.
 class EffectScene final : public oru::Scene {
 public:
     EffectScene();

@@ -13,7 +13,7 @@ constexpr char logTag[] = "nuv.oru";
 /// Tangent of half the vertical field of view.
 constexpr float halfViewTangent = 0.55785173f;
 
-/// Looks along -z from the origin through an empty projection.
+/// Sets the view to the identity and the projection to 0.
 void resetCamera() {
     std::copy_n(Drawable::mIdentityMatrix, 16, Drawable::mViewMatrix);
     std::fill_n(Drawable::mProjectionMatrix, 16, 0.0f);
@@ -23,7 +23,7 @@ void resetCamera() {
 
 Scene::Scene(IAnimationManager& manager)
     : animationManager(&manager), context(eglGetCurrentContext()) {
-    // The only seeding in the library: without a scene every run draws the same numbers.
+    // The only seed in the library: without a scene, every run gets the same random numbers.
     std::srand(static_cast<unsigned>(std::time(nullptr)));
     contextTextures = &gTextureMap[context];
     for (const auto& [key, texture] : *contextTextures) {
@@ -35,7 +35,7 @@ Scene::Scene(IAnimationManager& manager)
 
 Scene::~Scene() {
     delete ownedObject;
-    ownedObject = nullptr;  // The animations notified next may still look at the scene.
+    ownedObject = nullptr;  // The animations notified next may still read the scene.
     animationManager->notifyAnimations();
     if (!renderers.empty()) {
         __android_log_print(ANDROID_LOG_ERROR, logTag, "WARNING: Renderer leaked!!!!!!!");

@@ -10,25 +10,26 @@
 #include <string>
 #include <vector>
 
-// The rendering kit libpeluxNuvCommon, as far as this library meets it. Three things bind both
-// sides and must not move: imported names, the order of virtual operations, the order of fields.
-// All of it belongs to the kit's render thread; nothing is locked.
+// Declarations of the rendering kit libpeluxNuvCommon, as far as this library uses it. The imported names, the order of
+// virtual operations and the order of fields must match the kit's. Everything here belongs to the kit's render thread,
+// without locks.
 
-// Imported from the kit's library, hence visible whatever the compiler's default.
+// Imported from the kit's library, so these names need default visibility.
 #pragma GCC visibility push(default)
 
 namespace oru {
 
-/// The kit's timer. `mIsPaused` is a byte and no bool, because any value but 0 means paused; the
-/// counts are the platform's own time value, because the clock fills one in place.
+/// The kit's timer. `mIsPaused` is a byte, because every value except 0 means paused. The counts have the type that
+/// clock_gettime fills.
 struct Timer {
     static std::uint8_t mIsPaused;
     static float mPausedTime;      ///< Seconds, reported while paused.
     static timespec mStartingCnt;  ///< Set by the kit.
-    static timespec mCurrentCnt;   ///< Set by the animation manager while not paused.
+    static timespec mCurrentCnt;   ///< Set by the animation manager unless paused.
 };
 
-/// The clock and the animations as the kit drives them, by slot. Never destroyed through this interface.
+/// The clock and the animations. The kit calls the operations by slot and never destroys an object through this
+/// interface.
 class IAnimationManager {
 public:
     static float mNow;  ///< Animation time in seconds, set by `update`.
@@ -41,15 +42,15 @@ protected:
     ~IAnimationManager() = default;
 };
 
-/// Matrices of 16 floats, column-major, that the kit draws with.
+/// Matrices with which the kit draws: 16 floats, column-major.
 struct Drawable {
     static float mViewMatrix[16];
     static float mProjectionMatrix[16];
     static float mIdentityMatrix[16];
 };
 
-/// The kit builds it, whoever holds it releases its storage: what it holds is one growable array
-/// here, so that the destructor needs nothing from the kit.
+/// A model. The kit constructs it and its holder destroys it. Its content is declared as one vector, so that the
+/// destructor needs nothing from the kit.
 class ModelObject {
 public:
     ModelObject();
@@ -58,14 +59,13 @@ private:
     std::vector<float> mVertices;
 };
 
-/// Texture names of one GL context. The kit names a texture by its file; here only the order of the
-/// keys matters.
+/// Texture names of one GL context by file. Here only the order of the keys matters.
 using ContextTextures = std::map<std::string, std::uint32_t>;
 
 }  // namespace oru
 
-/// One entry per GL context; entries are added here, and removed by the kit alone. The C linkage
-/// keeps the symbol plain: for the string in its type, some compilers would tag a C++ name.
+/// Textures of each GL context. This library adds entries, only the kit removes them. C linkage keeps the symbol plain:
+/// some compilers would tag a C++ name because of the string in its type.
 extern "C" std::map<EGLContext, oru::ContextTextures> gTextureMap;
 
 #pragma GCC visibility pop
@@ -75,7 +75,7 @@ namespace oru {
 /// An animation of the kit. Never destroyed through this interface.
 class IAnimation {
 public:
-    virtual void reserved1() = 0;  ///< Three operations of the kit's own, never called here.
+    virtual void reserved1() = 0;  ///< Three operations that only the kit calls.
     virtual void reserved2() = 0;
     virtual void reserved3() = 0;
     virtual void update(float seconds) = 0;
@@ -86,33 +86,32 @@ protected:
     ~IAnimation() = default;
 };
 
-/// An object of the kit that is deleted through its second slot, as a virtual destructor in first
-/// place gives it.
+/// An object of the kit, deleted through the second slot of its table: its virtual destructor comes first.
 class IOwnedObject {
 public:
     virtual ~IOwnedObject() = default;
 };
 
-/// What the kit knows about its view; only the aspect ratio, width over height, is read here.
+/// The kit's view. Only the aspect ratio, width / height, is read here.
 struct ViewParameters {
     std::array<float, 4> leading{};
     float aspectRatio = 0.0f;
     std::array<float, 13> trailing{};
 };
 
-/// Nine words per record, filled and read by the kit alone.
+/// Nine words that only the kit writes and reads.
 using SceneRecord = std::array<std::uint32_t, 9>;
 
-/// Base of every scene. The kit ships it as source, for its table and its fields must be laid out
-/// by the compiler of the library that derives from it; its operations are in oru.cpp. The kit
-/// reads and writes the fields in place and calls the operations by slot.
+/// Base class of scenes. The kit ships it as source: the compiler of the deriving library must lay out its
+/// table and its fields. The kit reads and writes the fields in place and calls the operations by slot. They
+/// are defined in oru.cpp.
 class Scene {
 public:
     Scene(const Scene&) = delete;
     Scene& operator=(const Scene&) = delete;
 
-    // Slots 1 to 21. The kit's own meaning of them is not needed: they do nothing, whatever they
-    // are passed. The seventh gives an int, so that a caller reads 0 or false as it expects.
+    // Slots 1 to 21. Their meaning to the kit is not needed here: they do nothing, for any arguments. The seventh
+    // returns an int, so that a caller reads 0 or false.
     virtual void operation1() {}
     virtual void operation2() {}
     virtual void operation3() {}
@@ -149,17 +148,17 @@ public:
     std::int32_t width = 0;                      ///< Size of the view, set by the kit.
     std::int32_t height = 0;
     ViewParameters view;                   ///< Set by the kit.
-    std::array<bool, 4> flags{};           ///< The kit's, not used here.
-    std::array<std::uint32_t, 2> words{};  ///< The kit's, not used here.
+    std::array<bool, 4> flags{};           ///< Used by the kit only.
+    std::array<std::uint32_t, 2> words{};  ///< Used by the kit only.
     IAnimationManager* animationManager;   ///< Not owned; notified at destruction.
     ModelObject model;                     ///< Built by the kit, released here.
     IOwnedObject* ownedObject = nullptr;   ///< Set by the kit, deleted here.
-    std::uint32_t word = 0;                ///< The kit's, not used here.
+    std::uint32_t word = 0;                ///< Used by the kit only.
     std::vector<std::string> strings;      ///< Filled by the kit, released here.
-    EGLContext context;                    ///< Current at creation; EGL_NO_CONTEXT is a key too.
-    std::vector<void*> renderers;          ///< Emptied by the kit first, or they leak.
-    std::vector<std::uint32_t> textures;   ///< Names of `contextTextures` at creation, each once.
-    std::vector<void*> shaders;            ///< Emptied by the kit first, or they leak.
+    EGLContext context;                    ///< Current at creation; may be EGL_NO_CONTEXT.
+    std::vector<void*> renderers;          ///< The kit must empty it before destruction.
+    std::vector<std::uint32_t> textures;   ///< Names in `contextTextures` at creation, each once.
+    std::vector<void*> shaders;            ///< The kit must empty it before destruction.
     std::vector<SceneRecord> records;      ///< Filled by the kit, released here.
 
 protected:

@@ -1,9 +1,11 @@
 #pragma once
 
+#include <cstddef>
+#include <cstdint>
+
 #include "simd/float4_plain.h"
 
-// The four lanes of this build, chosen by the compiler's own macros. VELMORA_PLAIN_LANES forces the
-// plain struct.
+// Selects the four lanes of this build by the compiler's macros. VELMORA_PLAIN_LANES selects the plain struct.
 #if defined(VELMORA_PLAIN_LANES)
 namespace velmora {
 namespace lanes = plain;
@@ -32,13 +34,13 @@ namespace lanes = plain;
 namespace velmora {
 
 using lanes::Float4;
-/// Loads four lanes from where a whole vector is aligned, and nowhere else: x86 adds such a vector
-/// straight from memory, where another is an instruction of its own.
+/// Loads four lanes from an address that is aligned for a whole vector. x86 can add such a vector directly from memory;
+/// an unaligned one needs a load instruction.
 using lanes::loadAligned;
 using lanes::loadShorts;
 using lanes::Short8;
 
-/// The first place at or after `from` where a whole vector is aligned, at most 3 floats on.
+/// Returns the first address at or after `from` that is aligned for a whole vector, at most 3 floats later.
 inline float* alignedUp(float* from) {
     const auto beyond = reinterpret_cast<std::uintptr_t>(from) % 16;
     return from + (16 - beyond) % 16 / sizeof(float);
@@ -67,23 +69,23 @@ inline Float4 ramp<Float4>(float start) {
     return lanes::ramp(start);
 }
 
-/// Runs `cell.operator()<Floats>(i)` over the columns [begin, end): four at a time, then the rest one
-/// at a time. What the cell uses should be local values: a vector store may alias whatever else a
-/// pointer or reference leads to, which would be read anew for every group.
+/// Runs `cell.operator()<Floats>(i)` over the columns [begin, end): four at a time, then the rest one at a time. The
+/// lambda should capture values, not references: a vector store may alias a referenced value, which is then read again
+/// for every group.
 template <class Cell>
 void forGroups(std::ptrdiff_t begin, std::ptrdiff_t end, Cell cell) {
     std::ptrdiff_t i = begin;
     for (; i + 4 <= end; i += 4) {
         cell.template operator()<Float4>(i);
     }
-    // At most three: saying so keeps compilers from making vectors of the tail.
+    // The bound of three keeps compilers from vectorising the tail.
     for (int k = 0; k < 3 && i < end; ++k, ++i) {
         cell.template operator()<float>(i);
     }
 }
 
-/// Runs `block(i)` for four elements from each `i` on, of `count` elements, at least four. The last
-/// four may overlap those before.
+/// Runs `block(i)` for blocks of four elements that start at `i` and cover `count` elements, at least four. The last
+/// block may overlap the block before.
 template <class Block>
 void forBlocksOfFour(std::ptrdiff_t count, Block block) {
     for (std::ptrdiff_t i = 0; i < count - 4; i += 4) {
@@ -92,7 +94,7 @@ void forBlocksOfFour(std::ptrdiff_t count, Block block) {
     block(count - 4);
 }
 
-/// As forGroups, with the column numbers of the lanes as floats: `cell.operator()<Floats>(i, columns)`.
+/// The same as forGroups, with the column numbers of the lanes as floats: `cell.operator()<Floats>(i, columns)`.
 template <class Cell>
 void forColumns(std::ptrdiff_t begin, std::ptrdiff_t end, Cell cell) {
     Float4 columns = ramp<Float4>(static_cast<float>(begin));

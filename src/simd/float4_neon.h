@@ -75,11 +75,11 @@ inline void storeDifference(float* to, const float* from, Pair<Float4> change) {
               {vsubq_f32(cells.x.lanes, change.x.lanes), vsubq_f32(cells.y.lanes, change.y.lanes)});
 }
 
-inline Float4 shiftIn(Float4 before, Float4 cells) {
+inline Float4 slideRight(Float4 before, Float4 cells) {
     return vextq_f32(before.lanes, cells.lanes, 3);
 }
 
-inline Float4 shiftOut(Float4 cells, Float4 after) {
+inline Float4 slideLeft(Float4 cells, Float4 after) {
     return vextq_f32(cells.lanes, after.lanes, 1);
 }
 

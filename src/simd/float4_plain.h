@@ -1,9 +1,11 @@
 #pragma once
 
+#include <cstdint>
+#include <cstring>
+
 #include "simd/lanes.h"
 
-// Four lanes as a plain struct: for processors without vectors, and the meaning that the vector
-// versions are tested against.
+// Four lanes as a plain struct, for processors without vectors. The vector versions are tested against it.
 
 namespace velmora::plain {
 
@@ -98,15 +100,15 @@ inline Float4 ramp(float start) {
     return {start, start + 1.0f, start + 2.0f, start + 3.0f};
 }
 
-inline Float4 shiftIn(Float4 before, Float4 cells) {
+inline Float4 slideRight(Float4 before, Float4 cells) {
     return {before.lane[3], cells.lane[0], cells.lane[1], cells.lane[2]};
 }
 
-inline Float4 shiftOut(Float4 cells, Float4 after) {
+inline Float4 slideLeft(Float4 cells, Float4 after) {
     return {cells.lane[1], cells.lane[2], cells.lane[3], after.lane[0]};
 }
 
-/// Four rows of four become four columns.
+/// Transposes four rows of four lanes.
 inline void transpose(Float4& a, Float4& b, Float4& c, Float4& d) {
     const Float4 rows[4] = {a, b, c, d};
     const auto column = [&](int k) {

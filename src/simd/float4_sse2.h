@@ -2,9 +2,12 @@
 
 #include <emmintrin.h>
 
+#include <cstddef>
+#include <cstdint>
+
 #include "simd/lanes.h"
 
-// Four lanes on SSE2, which every 64-bit x86 processor has.
+// Four lanes on SSE2, which all 64-bit x86 processors have.
 
 namespace velmora::sse2 {
 
@@ -74,12 +77,12 @@ inline void storeDifference(float* to, const float* from, Pair<Float4> change) {
     _mm_storeu_ps(to + 4, _mm_sub_ps(_mm_loadu_ps(from + 4), second));
 }
 
-inline Float4 shiftIn(Float4 before, Float4 cells) {
+inline Float4 slideRight(Float4 before, Float4 cells) {
     const __m128 edge = _mm_shuffle_ps(before.lanes, cells.lanes, _MM_SHUFFLE(0, 0, 3, 3));
     return _mm_shuffle_ps(edge, cells.lanes, _MM_SHUFFLE(2, 1, 2, 0));
 }
 
-inline Float4 shiftOut(Float4 cells, Float4 after) {
+inline Float4 slideLeft(Float4 cells, Float4 after) {
     const __m128 edge = _mm_shuffle_ps(cells.lanes, after.lanes, _MM_SHUFFLE(0, 0, 3, 3));
     return _mm_shuffle_ps(cells.lanes, edge, _MM_SHUFFLE(2, 0, 2, 1));
 }
@@ -97,7 +100,7 @@ inline Float4 operator-(Float4 a, Float4 b) {
 inline Float4 operator*(Float4 a, Float4 b) {
     return _mm_mul_ps(a.lanes, b.lanes);
 }
-// minps and maxps give their second operand where either is NaN or both are zero.
+// minps and maxps return their second operand if either is NaN or both are zero.
 inline Float4 min(Float4 a, Float4 b) {
     return _mm_min_ps(a.lanes, b.lanes);
 }
@@ -144,7 +147,7 @@ inline Float4 toFloat(Int4 a) {
     return _mm_cvtepi32_ps(a.lanes);
 }
 
-/// Where four cells of 2 floats begin. Indices are not negative, so two leave the vector at a time.
+/// Addresses of four cells of 2 floats. Indices are not negative, so two are extracted from the vector at a time.
 struct CellAddresses {
     CellAddresses(const float* cells, Int4 index) {
         const auto low = static_cast<std::uint64_t>(_mm_cvtsi128_si64(index.lanes));

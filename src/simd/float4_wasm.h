@@ -4,7 +4,7 @@
 
 #include "simd/lanes.h"
 
-// Four lanes on WebAssembly's 128-bit vectors. Subnormals are kept: it knows no mode that flushes them.
+// Four lanes on WebAssembly's 128-bit vectors. WebAssembly has no mode that flushes subnormals.
 
 namespace velmora::wasm {
 
@@ -74,11 +74,11 @@ inline void storeDifference(float* to, const float* from, Pair<Float4> change) {
     wasm_v128_store(to + 4, wasm_f32x4_sub(wasm_v128_load(from + 4), second));
 }
 
-inline Float4 shiftIn(Float4 before, Float4 cells) {
+inline Float4 slideRight(Float4 before, Float4 cells) {
     return wasm_i32x4_shuffle(before.lanes, cells.lanes, 3, 4, 5, 6);
 }
 
-inline Float4 shiftOut(Float4 cells, Float4 after) {
+inline Float4 slideLeft(Float4 cells, Float4 after) {
     return wasm_i32x4_shuffle(cells.lanes, after.lanes, 1, 2, 3, 4);
 }
 
@@ -140,14 +140,14 @@ inline Float4 select(Mask4 which, Float4 yes, Float4 no) {
 }
 
 inline Int4 truncate(Float4 a) {
-    // The conversion saturates and takes NaN to 0: what does not fit becomes INT32_MIN here.
+    // The conversion saturates and converts NaN to 0. Replace values that do not fit by INT32_MIN.
     const v128_t fits = wasm_f32x4_lt(a.lanes, wasm_f32x4_const_splat(2147483648.0f));
     const v128_t none = wasm_i32x4_const_splat(std::numeric_limits<std::int32_t>::min());
     return {wasm_v128_bitselect(wasm_i32x4_trunc_sat_f32x4(a.lanes), none, fits)};
 }
 inline Int4 truncateSmall(Float4 a) {
-    // Added to 2^23, a whole number is the low bits of the sum: the conversion itself is many
-    // instructions on x86.
+    // The low bits of 2^23 plus a whole number are that number. The conversion instruction would be many instructions
+    // on x86.
     const v128_t sum = wasm_f32x4_add(wasm_f32x4_trunc(a.lanes), wasm_f32x4_const_splat(0x1p23f));
     return {wasm_v128_and(sum, wasm_i32x4_const_splat(0x7fffff))};
 }

@@ -8,10 +8,10 @@
 
 namespace velmora {
 
-/// While it lives, this thread's arithmetic takes subnormal numbers for zero: a flow or a wave that
-/// has died away costs what a moving one costs, and gives the bits of the 32-bit ARM vector unit,
-/// which knows no other mode. The mode found is restored. WebAssembly has no such mode, and
-/// VELMORA_KEEP_SUBNORMALS builds the rest as if they had none, to compare with.
+/// Flushes subnormal numbers to zero in this thread's arithmetic during its lifetime, then restores the mode. A flow
+/// or a wave that has decayed then costs no more than a moving one. The results also equal those of the 32-bit ARM
+/// vector unit, which always flushes. WebAssembly has no such mode. VELMORA_KEEP_SUBNORMALS builds for other
+/// processors as if they had no such mode, for comparison.
 class FlushSubnormals {
 public:
     FlushSubnormals() : found_(readMode()) { writeMode(found_ | flushBits); }

@@ -1,3 +1,5 @@
+#include <cstddef>
+
 #include "solver/passes.h"
 #include "solver/sampling.h"
 
@@ -5,9 +7,8 @@ namespace velmora {
 
 namespace {
 
-/// `velocity` of the cell whose centre is `centre`, screen pixels, pushed where it lies beside the
-/// segment. The distance is exact on every processor: an estimate would do for four lanes at once,
-/// but would give each processor other bits.
+/// Returns the velocity of the cell with this centre (screen pixels), pushed if the cell lies beside the segment. The
+/// distance is exact: an estimated root would differ between processors.
 template <class Floats>
 Pair<Floats> pushedCell(const StrokeImpulse& stroke, Pair<Floats> centre, Pair<Floats> velocity) {
     const Pair<Floats> previous{Floats(stroke.previous.x), Floats(stroke.previous.y)};
@@ -15,7 +16,7 @@ Pair<Floats> pushedCell(const StrokeImpulse& stroke, Pair<Floats> centre, Pair<F
     const Floats t = (centre.x - previous.x) * normal.x + (centre.y - previous.y) * normal.y;
     const auto between = (t > Floats(0.0f)) & (t < Floats(stroke.length));
     if (!any(between)) {
-        return velocity;  // most of the grid lies before or behind the stroke
+        return velocity;  // true for most of the grid, which lies before or behind the stroke
     }
     const Pair<Floats> foot{previous.x + t * normal.x, previous.y + t * normal.y};
     const Pair<Floats> outward{centre.x - foot.x, centre.y - foot.y};
@@ -35,7 +36,7 @@ void AddVelocity::evaluate(Float2 coord, float* out) const {
     storePair(out, pushedCell(*this, centre, pairAt(velocity, cell)));
 }
 
-void runAddVelocity(const AddVelocity& pass) {
+void addVelocityKernel(const AddVelocity& pass) {
     if (pass.output.data == nullptr) {
         return;
     }

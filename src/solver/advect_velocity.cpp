@@ -1,4 +1,6 @@
 #include <algorithm>
+#include <cstddef>
+#include <cstdint>
 
 #include "solver/passes.h"
 #include "solver/sampling.h"
@@ -13,9 +15,9 @@ bool pushes(const Advection& advection) {
     return advection.dragMode >= MediumDrag;
 }
 
-/// Where the velocity of the cell centred at (x, y), grid units, carries it from: (u, v).
+/// Returns the departure point (u, v) of the cell centred at (x, y), grid units.
 template <class Floats>
-Pair<Floats> origin(const Advection& advection, Floats x, Floats y, Pair<Floats> velocity) {
+Pair<Floats> departurePoint(const Advection& advection, Floats x, Floats y, Pair<Floats> velocity) {
     const Floats timeStep(advection.timeStep);
     return {(x - timeStep * velocity.x) * Floats(advection.texelSize.x),
             (y - timeStep * velocity.y) * Floats(advection.texelSize.y)};
@@ -33,9 +35,9 @@ Pair<Floats> pushed(const Advection& advection, Floats i, Floats j, Pair<Floats>
     return {select(near, value.x + pushX, value.x), select(near, value.y + pushY, value.y)};
 }
 
-/// What cell (i, j) becomes from the value carried to it.
+/// Returns the value of cell (i, j) after a step that advects `value` to it.
 template <bool withPush, class Floats>
-Pair<Floats> arrived(const Advection& advection, Floats i, Floats j, Pair<Floats> value) {
+Pair<Floats> advected(const Advection& advection, Floats i, Floats j, Pair<Floats> value) {
     if constexpr (withPush) {
         value = pushed(advection, i, j, value);
     }
@@ -45,70 +47,70 @@ Pair<Floats> arrived(const Advection& advection, Floats i, Floats j, Pair<Floats
 template <bool withPush, class Floats>
 Pair<Floats> advectedCell(const Advection& advection, Floats i, Floats j, Pair<Floats> velocity) {
     const Floats half(0.5f);
-    const Pair<Floats> from = origin(advection, i + half, j + half, velocity);
+    const Pair<Floats> from = departurePoint(advection, i + half, j + half, velocity);
     const BilinearGrid source(advection.source);
-    return arrived<withPush>(advection, i, j, sampleBilinear(source, from.x, from.y));
+    return advected<withPush>(advection, i, j, sampleBilinear(source, from.x, from.y));
 }
 
-/// Origins of some cells of a row. Finding them and fetching from them are loops of their own: the
-/// way from a velocity to the carried value is so long that a processor holds no more than two or
-/// three groups of it, each of which waits for itself.
-struct Origins {
-    static constexpr std::ptrdiff_t most = 128;
-    std::int32_t cell[most];  // index of the lower left cell; negative where it has no neighbours
-    float fx[most], fy[most];
+/// Departure points of some cells of a row. One loop finds them and another gathers from them: both in one loop form a
+/// chain of operations so long that a processor can overlap only two or three groups.
+struct DeparturePoints {
+    static constexpr std::ptrdiff_t capacity = 128;
+    std::int32_t cell[capacity];  // index of the lower left cell; negative if it has no neighbours
+    float fx[capacity], fy[capacity];
 };
 
-/// Entry `at` for the cell in `column` of row j.
+/// Writes entry `at` for the cell in `column` of row j.
 template <class Floats>
-void findOrigin(const Advection& advection, Origins& origins, std::ptrdiff_t at, Floats column,
-                float j, Pair<Floats> velocity) {
+void findDeparturePoint(const Advection& advection, DeparturePoints& points, std::ptrdiff_t at,
+                        Floats column, float j, Pair<Floats> velocity) {
     const Floats half(0.5f);
     const BilinearGrid source(advection.source);
-    const Pair<Floats> from = origin(advection, column + half, Floats(j) + half, velocity);
+    const Pair<Floats> from = departurePoint(advection, column + half, Floats(j) + half, velocity);
     const BilinearPlace<Floats> place(source, from.x, from.y);
     const auto isLast = (place.column > Floats(source.lastColumn - 1.0f)) |
                         (place.row > Floats(source.lastRow - 1.0f));
     const auto cell = truncate(place.row * Floats(source.rowLength) + place.column);
-    store(origins.cell + at, minusOneWhere(isLast, cell));
-    store(origins.fx + at, place.fx);
-    store(origins.fy + at, place.fy);
+    store(points.cell + at, minusOneWhere(isLast, cell));
+    store(points.fx + at, place.fx);
+    store(points.fy + at, place.fy);
 }
 
-/// Whether all cells of the group at entry `at` have neighbours.
+/// Returns true if all cells of the group at entry `at` have neighbours.
 template <class Floats>
-bool haveNeighbours(const Origins& origins, std::ptrdiff_t at) {
+bool haveNeighbours(const DeparturePoints& points, std::ptrdiff_t at) {
     std::int32_t all = 0;
     for (std::ptrdiff_t lane = 0; lane < FloatsTraits<Floats>::width; ++lane) {
-        all |= origins.cell[at + lane];
+        all |= points.cell[at + lane];
     }
     return all >= 0;
 }
 
-/// The value at entry `at`, which has neighbours.
+/// Returns the value at entry `at`, which must have neighbours.
 template <class Floats>
-Pair<Floats> fetched(const FloatGrid& source, const Origins& origins, std::ptrdiff_t at) {
-    const std::int32_t* const cell = origins.cell + at;
+Pair<Floats> gathered(const FloatGrid& source, const DeparturePoints& points, std::ptrdiff_t at) {
+    const std::int32_t* const cell = points.cell + at;
     const float* const above = source.data + std::ptrdiff_t{source.width} * 2;
-    return BilinearWeights<Floats>(load<Floats>(origins.fx + at), load<Floats>(origins.fy + at))
+    return BilinearWeights<Floats>(load<Floats>(points.fx + at), load<Floats>(points.fy + at))
         .weigh(gatherNeighbours<Floats>(source.data, cell), gatherNeighbours<Floats>(above, cell));
 }
 
-/// Columns [begin, end) of row j, at most `Origins::most`. Inlined to the bottom: a call for each
-/// group would read the constants anew each time.
+/// Advects the columns [begin, end) of row j, at most `DeparturePoints::capacity`. Everything is inlined: a call for
+/// each group would read the constants again.
 template <bool withPush>
 [[gnu::flatten]] void advectCells(const Advection& pass, const float* velocity, float* out,
                                   std::ptrdiff_t begin, std::ptrdiff_t end, float j) {
     const Advection advection = pass;
-    Origins origins;
+    DeparturePoints points;
     forColumns(begin, end, [&]<class Floats>(std::ptrdiff_t i, Floats column) {
-        findOrigin(advection, origins, i - begin, column, j, loadPair<Floats>(velocity + i * 2));
+        findDeparturePoint(advection, points, i - begin, column, j,
+                           loadPair<Floats>(velocity + i * 2));
     });
     forColumns(begin, end, [&]<class Floats>(std::ptrdiff_t i, Floats column) {
         storePair(out + i * 2,
-                  haveNeighbours<Floats>(origins, i - begin)
-                      ? arrived<withPush>(advection, column, Floats(j),
-                                          fetched<Floats>(advection.source, origins, i - begin))
+                  haveNeighbours<Floats>(points, i - begin)
+                      ? advected<withPush>(advection, column, Floats(j),
+                                           gathered<Floats>(advection.source, points, i - begin))
                       : advectedCell<withPush>(advection, column, Floats(j),
                                                loadPair<Floats>(velocity + i * 2)));
     });
@@ -117,13 +119,13 @@ template <bool withPush>
 template <bool withPush>
 void advectRow(const Advection& advection, const float* velocity, float* out, std::ptrdiff_t width,
                float j) {
-    for (std::ptrdiff_t begin = 0; begin < width; begin += Origins::most) {
+    for (std::ptrdiff_t begin = 0; begin < width; begin += DeparturePoints::capacity) {
         advectCells<withPush>(advection, velocity, out, begin,
-                              std::min(begin + Origins::most, width), j);
+                              std::min(begin + DeparturePoints::capacity, width), j);
     }
 }
 
-/// Whether the push can reach a cell of row j.
+/// Returns true if the push can reach a cell of row j.
 bool isPushed(const Advection& advection, float j) {
     const float dy = advection.touchPoint.y - j * advection.cellToScreen.y;
     return dy * dy < pushRadiusSquared;

@@ -1,14 +1,16 @@
 #pragma once
 
 #include <algorithm>
+#include <cstddef>
+#include <cstdint>
 
 #include "simd/float4.h"
 
-// Walking a grid whose neighbours beyond the border repeat the edge cell.
+// Loops over a grid whose neighbours beyond the border repeat the edge cell.
 
 namespace velmora {
 
-/// Row j of a grid of `rowLength` floats a row, and the rows below and above it.
+/// Row j of a grid with `rowLength` floats per row, and the rows below and above it.
 struct ClampedRows {
     ClampedRows(const float* data, std::ptrdiff_t rowLength, std::int32_t j, std::int32_t height)
         : middle(data + j * rowLength),
@@ -20,8 +22,8 @@ struct ClampedRows {
     const float* top;
 };
 
-/// Runs `cell.operator()<Floats>(i, left, right)` over a row's columns and the columns of their
-/// neighbours: the two edge columns alone, those between four at a time. See forGroups.
+/// Runs `cell.operator()<Floats>(i, left, right)` for each column i of a row and the columns of its neighbours: the two
+/// edge columns one at a time, the columns between them four at a time. See forGroups.
 template <class Cell>
 void forClampedGroups(std::ptrdiff_t width, Cell cell) {
     if (width == 1) {

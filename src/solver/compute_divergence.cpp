@@ -1,3 +1,6 @@
+#include <cstddef>
+#include <cstdint>
+
 #include "solver/clamped_row.h"
 #include "solver/passes.h"
 #include "solver/sampling.h"
@@ -6,7 +9,7 @@ namespace velmora {
 
 namespace {
 
-/// x components of the right and left neighbour, y components of the upper and lower one.
+/// x components of the right and left neighbours, y components of the upper and lower neighbours.
 template <class Floats>
 struct Flow {
     Floats right, left, top, bottom;
@@ -18,7 +21,7 @@ Floats divergenceOf(const Divergence& divergence, const Flow<Floats>& flow) {
            Floats(divergence.halfInverseCellSize);
 }
 
-/// What the sink takes from the cell whose corner is (i, j): its strength, or 0 far from it.
+/// Returns the divergence that the sink subtracts from the cell whose corner is (i, j): 0 outside its radius.
 template <class Floats>
 Floats sinkAt(const Divergence& divergence, Floats i, Floats j) {
     const Floats dx = Floats(divergence.sourcePoint.x) - i * Floats(divergence.cellToScreen.x);
@@ -27,7 +30,7 @@ Floats sinkAt(const Divergence& divergence, Floats i, Floats j) {
     return select(near, Floats(divergence.sourceStrength), Floats(0.0f));
 }
 
-/// Whether the sink can reach a cell of row j.
+/// Returns true if the sink can reach a cell of row j.
 bool hasSink(const Divergence& divergence, float j) {
     const float dy = divergence.sourcePoint.y - j * divergence.cellToScreen.y;
     return dy * dy < divergence.sourceRadius * divergence.sourceRadius;

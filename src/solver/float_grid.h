@@ -4,30 +4,30 @@
 
 namespace velmora {
 
-/// A solver grid: row-major, row 0 at the bottom of the screen, k floats a cell (2 in velocity
-/// grids, x then y; else 1): cell (i, j) begins at element (i + j * width) * k. The record does not
-/// own its block. Grids change roles by swapping whole records.
+/// A solver grid: row-major, row 0 at the bottom of the screen. Cell (i, j) starts at element (i + j * width) * k of
+/// `data`; k is 2 in velocity grids (x, then y) and 1 in all others. The struct does not own its block: grids change
+/// roles by swapping whole structs.
 struct FloatGrid {
-    float* data;  // null: the grid does not exist yet
+    float* data;  // null if the grid does not exist
     std::int32_t width;
     std::int32_t height;
 };
 
-/// Frees the grid's block: the grid no longer exists.
+/// Frees the grid's block. The grid no longer exists.
 void releaseGrid(FloatGrid& grid);
 
-/// Frees the grid's block and takes one of the new size, `floats` a cell, contents undefined.
-/// Without memory, or with a side below 0 or beyond `maxGridSide`, the grid no longer exists:
-/// {null, 0, 0}.
+/// Frees the grid's block and allocates one of the new size with `floats` per cell and undefined contents. Without
+/// memory, or if a side is below 0 or above `maxGridSide`, the grid becomes {null, 0, 0}.
 void reallocateGrid(FloatGrid& grid, std::int32_t width, std::int32_t height, std::int32_t floats);
 
-/// Fills the grid, if it exists, with 0.
+/// Fills the grid with 0, if it exists.
 void clearGrid(const FloatGrid& grid, std::int32_t floats);
 
-/// Cells; a screen of 49152 pixels. Cell indices stay exact in float and products of sides in an int.
+/// Longest side of a grid, cells: a screen of up to 49163 pixels. Up to here, float holds every cell index exactly and
+/// int holds the product of two sides.
 constexpr std::int32_t maxGridSide = 4096;
 
-/// Whether a grid of this size can be made at all.
+/// Returns true if a grid may have this size.
 constexpr bool isGridSize(std::int32_t width, std::int32_t height) {
     return width >= 0 && width <= maxGridSide && height >= 0 && height <= maxGridSide;
 }

@@ -1,23 +1,19 @@
 #include "solver/fluid_step.h"
 
 #include <GLES2/gl2.h>
+#include <pthread.h>
 
+#include <mutex>
 #include <utility>
 
 #include "effect/touch.h"
+#include "effect/tuning.h"
 #include "gpu/ink_passes.h"
 #include "solver/solver_step.h"
 
 namespace velmora {
 
 namespace {
-
-constexpr int advectionPasses = 4;  // a frame
-
-void* solverEntry(void* argument) {
-    EffectState& state = *static_cast<EffectState*>(argument);
-    return runSolverStep(state, state.stepSettings);
-}
 
 void uploadVelocity(const EffectState& state) {
     if (state.packedVelocity == nullptr) {
@@ -29,13 +25,13 @@ void uploadVelocity(const EffectState& state) {
 }
 
 void startSolver(EffectState& state) {
-    if (pthread_create(&state.solverThread, nullptr, solverEntry, &state) != 0) {
+    if (pthread_create(&state.solverThread, nullptr, runSolverStep, &state) != 0) {
         state.solverThread = pthread_t{};
     }
 }
 
-/// Takes what the step sees of touches and clears, one moment, whole: into the record, for worker and
-/// passes alike. Returns the dissipation of the passes.
+/// Copies touch and settings of one moment into state.stepSettings, for the worker and the ink passes. Returns the
+/// dissipation of the passes.
 float beginFluidStep(EffectState& state, SharedTouch& shared) {
     const std::lock_guard guard(shared.lock);
     state.stepSettings = beginSolverStep(state, shared.variables);
@@ -47,10 +43,11 @@ float beginFluidStep(EffectState& state, SharedTouch& shared) {
 void stepFluid(EffectState& state, SharedTouch& shared) {
     joinSolver(state);
     uploadVelocity(state);
-    const float dissipation = beginFluidStep(state, shared);  // after the wait: it misses nothing
+    const float dissipation =
+        beginFluidStep(state, shared);  // after the wait, so that no touch is missed
     startSolver(state);
     glViewport(0, 0, state.inkWidth, state.inkHeight);
-    for (int pass = 0; pass < advectionPasses; ++pass) {
+    for (int pass = 0; pass < inkAdvectionPasses; ++pass) {
         runAdvectPass(state, state.velocityTarget, state.inkFront, state.inkBack, dissipation);
         std::swap(state.inkFront, state.inkBack);
     }

@@ -1,48 +1,38 @@
 #include <algorithm>
+#include <cstddef>
+#include <cstdint>
 #include <utility>
 
 #include "solver/passes.h"
 #include "solver/sampling.h"
-#include "solver/strip_layout.h"
+#include "solver/transposed_layout.h"
 
 namespace velmora {
 
 namespace {
 
-/// `source` is alpha * b.
+/// Returns a relaxed pressure. `source` is alpha * b.
 template <class Floats>
 Floats relaxed(Floats left, Floats right, Floats bottom, Floats top, Floats source, Floats rbeta) {
     return (left + right + bottom + top + source) * rbeta;
 }
 
-/// Runs `cell(value)` for every cell of the border.
-template <class Cell>
-void forBorder(const FloatGrid& grid, Cell cell) {
+void clearBorder(const FloatGrid& grid) {
     const std::ptrdiff_t width = grid.width;
     const std::ptrdiff_t lastRow = (std::ptrdiff_t{grid.height} - 1) * width;
-    for (std::ptrdiff_t i = 0; lastRow >= 0 && i < width; ++i) {
-        cell(grid.data[i]);
-        cell(grid.data[lastRow + i]);
+    if (width < 1 || lastRow < 0) {
+        return;
     }
-    for (std::ptrdiff_t start = 0; width > 0 && start <= lastRow; start += width) {
-        cell(grid.data[start]);
-        cell(grid.data[start + width - 1]);
+    std::fill_n(grid.data, width, 0.0f);
+    std::fill_n(grid.data + lastRow, width, 0.0f);
+    for (std::ptrdiff_t start = 0; start <= lastRow; start += width) {
+        grid.data[start] = 0.0f;
+        grid.data[start + width - 1] = 0.0f;
     }
 }
 
-void clearBorder(const FloatGrid& grid) {
-    forBorder(grid, [](float& value) { value = 0.0f; });
-}
-
-/// Whether every border cell is +0.
-bool hasZeroBorder(const FloatGrid& grid) {
-    std::uint32_t bits = 0;
-    forBorder(grid, [&](float value) { bits |= bitsOf(value); });
-    return bits == 0;
-}
-
-/// Two rows of `length` in strips, one above the other: what one loads, the other needs as well.
-/// Additions are then what the processor waits for, and no longer loads.
+/// Relaxes two rows of `length` in transposed layout, one above the other. The rows share their loads, so that
+/// additions and no longer loads limit the speed.
 void relaxTwoRows(const float* below, const float* lower, const float* upper, const float* above,
                   const float* source, float* out, std::ptrdiff_t length, float rbeta) {
     const Float4 border(0.0f);
@@ -50,10 +40,10 @@ void relaxTwoRows(const float* below, const float* lower, const float* upper, co
     float* const upperOut = out + length;
     Float4 cells = loadAligned(lower);
     Float4 upperCells = loadAligned(upper);
-    const Float4 beyond = shiftOut(cells, border);
-    const Float4 upperBeyond = shiftOut(upperCells, border);
-    Float4 left = shiftIn(border, loadAligned(lower + length - 4));
-    Float4 upperLeft = shiftIn(border, loadAligned(upper + length - 4));
+    const Float4 beyond = slideLeft(cells, border);
+    const Float4 upperBeyond = slideLeft(upperCells, border);
+    Float4 left = slideRight(border, loadAligned(lower + length - 4));
+    Float4 upperLeft = slideRight(border, loadAligned(upper + length - 4));
     const auto relaxGroups = [&](std::ptrdiff_t at, Float4 right, Float4 upperRight) {
         store(out + at, relaxed(left, right, loadAligned(below + at), upperCells,
                                 loadAligned(source + at), Float4(rbeta)));
@@ -70,9 +60,9 @@ void relaxTwoRows(const float* below, const float* lower, const float* upper, co
     relaxGroups(length - 4, beyond, upperBeyond);
 }
 
-/// One iteration in strips, two rows at a time; of an odd number, one row twice.
-void relaxStrips(const StripLayout& layout, const float* x, const float* source, float* out,
-                 const float* border, float rbeta) {
+/// Runs one iteration in transposed layout, two rows at a time. If their number is odd, one row is computed twice.
+void relaxTransposed(const TransposedLayout& layout, const float* x, const float* source,
+                     float* out, const float* border, float rbeta) {
     const std::ptrdiff_t length = layout.rowLength();
     for (std::ptrdiff_t next = 0; next < layout.rows; next += 2) {
         const std::ptrdiff_t row = std::min(next, layout.rows - 2);
@@ -87,8 +77,8 @@ void relaxStrips(const StripLayout& layout, const float* x, const float* source,
     }
 }
 
-/// The first iteration from rest.
-void relaxFromRest(const StripLayout& layout, const float* source, float* out, float rbeta) {
+/// Runs the first iteration from pressure 0.
+void relaxFromRest(const TransposedLayout& layout, const float* source, float* out, float rbeta) {
     const Float4 rest(0.0f);
     for (std::ptrdiff_t row = 0; row < layout.rows; ++row) {
         for (std::ptrdiff_t at = 0; at < layout.rowLength(); at += 4) {
@@ -101,42 +91,34 @@ void relaxFromRest(const StripLayout& layout, const float* source, float* out, f
     }
 }
 
-/// Whether the strips, which pad a row and begin on a whole vector, fit into the grid.
-bool canRelaxInStrips(const FloatGrid& output) {
-    const StripLayout layout(output);
+/// Returns true if the transposed layout, with its padding and alignment, fits into the grid's block.
+bool fitsTransposed(const FloatGrid& output) {
+    const TransposedLayout layout(output);
     return output.data != nullptr && layout.groups >= 4 && layout.rows >= 2 &&
            layout.cells() + 3 <= layout.width * output.height;
 }
 
-enum class Start { given, rest };
-
-/// All iterations in strips: the pressures in the workspace, alpha * b in the output, which is free
-/// until the end. The border of a given `x` is 0; from rest, all of it counts as 0.
-void relaxInStrips(Jacobi& pass, std::int32_t count, float* workspace, Start start) {
-    const StripLayout layout(pass.output);
+/// Runs all iterations in transposed layout. The workspace holds the pressures. The output holds alpha * b until the
+/// end.
+void relaxAllTransposed(Jacobi& pass, std::int32_t count, float* workspace) {
+    const TransposedLayout layout(pass.output);
     float* x = alignedUp(workspace);
     float* out = x + layout.cells();
     float* const source = alignedUp(pass.output.data);
-    toStrips(layout, pass.b, pass.alpha, source);
-    const auto swapGrids = [&] {
-        std::swap(x, out);
-        std::swap(pass.x, pass.output);
-    };
-    if (start == Start::rest) {
-        relaxFromRest(layout, source, out, pass.rbeta);
-        swapGrids();
-        --count;
-    } else {
-        toStrips(layout, pass.x, 1.0f, x);
-    }
+    transposeGrid(layout, pass.b, pass.alpha, source);
     alignas(16) float border[maxGridSide];
     std::fill_n(border, layout.rowLength(), 0.0f);
     for (std::int32_t iteration = 0; iteration < count; ++iteration) {
-        relaxStrips(layout, x, source, out, border, pass.rbeta);
-        swapGrids();
+        if (iteration == 0) {
+            relaxFromRest(layout, source, out, pass.rbeta);
+        } else {
+            relaxTransposed(layout, x, source, out, border, pass.rbeta);
+        }
+        std::swap(x, out);
+        std::swap(pass.x, pass.output);
     }
-    fromStrips(layout, x, pass.x);
-    fromStrips(layout, out, pass.output);
+    restoreGrid(layout, x, pass.x);
+    restoreGrid(layout, out, pass.output);
     clearBorder(pass.x);
     clearBorder(pass.output);
 }
@@ -168,27 +150,18 @@ void jacobiSweep(const Jacobi& pass) {
     }
 }
 
-void jacobiSweeps(Jacobi& pass, std::int32_t count, const FloatGrid& workspace) {
-    if (count > 1 && workspace.data != nullptr && canRelaxInStrips(pass.output) &&
-        hasZeroBorder(pass.x)) {
-        relaxInStrips(pass, count, workspace.data, Start::given);
+void jacobiKernel(Jacobi& pass, std::int32_t count, const FloatGrid& workspace) {
+    if (count > 1 && workspace.data != nullptr && fitsTransposed(pass.output)) {
+        relaxAllTransposed(pass, count, workspace.data);
         return;
     }
+    clearGrid(pass.x, 1);
     for (std::int32_t iteration = 0; iteration < count; ++iteration) {
         if (pass.output.data != nullptr) {
             jacobiSweep(pass);
         }
         std::swap(pass.x, pass.output);
     }
-}
-
-void jacobiSweepsFromRest(Jacobi& pass, std::int32_t count, const FloatGrid& workspace) {
-    if (count > 1 && workspace.data != nullptr && canRelaxInStrips(pass.output)) {
-        relaxInStrips(pass, count, workspace.data, Start::rest);
-        return;
-    }
-    clearGrid(pass.x, 1);
-    jacobiSweeps(pass, count, workspace);
 }
 
 }  // namespace velmora

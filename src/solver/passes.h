@@ -1,20 +1,22 @@
 #pragma once
 
+#include <cstdint>
+#include <cstdlib>
+
 #include "base/pair.h"
 #include "base/stroke.h"
 #include "solver/float_grid.h"
 
-// The operators of the velocity solver, in the manner of fragment shaders: an object holds the
-// parameters and grids of one pass, `evaluate` gives one output cell from the cell's own position.
-// The whole-grid kernels below give every cell the same value. Positions and movements on the
-// screen are in screen pixels, y up; velocities are in cells a time unit, y up; a texelSize is
-// (1 / columns, 1 / rows) of the grid. Passes run on the solver's worker thread.
+// The operators of the velocity solver. They work like fragment shaders: an object holds the parameters and grids of
+// one pass, and `evaluate` computes one output cell from the cell's position. The kernels below compute the same values
+// for whole grids. Positions and movements on the screen are in screen pixels, y up. Velocities are in cells per time
+// unit, y up. A texelSize is (1 / columns, 1 / rows) of the grid. Passes run on the solver's worker thread.
 //
-// Where a kernel reads many numbers inside its loop, they are a record, of which the kernel takes a
-// copy: for all that a compiler knows, a store of cells may change what lies behind a reference.
+// The numbers that a kernel reads inside its loop are in a struct of their own, which the kernel copies. Without the
+// copy, the compiler must assume that a store to a cell changes them, and reads them again for each cell.
 //
-// The scheme is that of J. Stam, "Stable Fluids" (SIGGRAPH 1999): semi-Lagrangian advection, then
-// projection by a pressure that Jacobi relaxation finds.
+// The scheme is that of J. Stam, "Stable Fluids" (SIGGRAPH 1999): semi-Lagrangian advection, then projection with a
+// pressure that Jacobi relaxation computes.
 
 namespace velmora {
 
@@ -24,12 +26,12 @@ public:
     constexpr VectorPass() = default;
     VectorPass(const VectorPass&) = delete;
     VectorPass& operator=(const VectorPass&) = delete;
-    virtual ~VectorPass();
+    virtual ~VectorPass() { std::free(name); }
     /// Writes the 2 floats of the cell centred at `coord`, in grid units: (i + 0.5, j + 0.5).
     virtual void evaluate(Float2 coord, float* out) const = 0;
 
     FloatGrid output{};
-    char* name = nullptr;  // owned, from malloc; null before the pass is named
+    char* name = nullptr;  // owned, from malloc; null until the pass is named
 };
 
 /// A pass whose cells hold 1 float.
@@ -38,20 +40,20 @@ public:
     constexpr ScalarPass() = default;
     ScalarPass(const ScalarPass&) = delete;
     ScalarPass& operator=(const ScalarPass&) = delete;
-    virtual ~ScalarPass();
+    virtual ~ScalarPass() { std::free(name); }
     /// Writes the float of the cell centred at `coord`, in grid units: (i + 0.5, j + 0.5).
     virtual void evaluate(Float2 coord, float* out) const = 0;
 
     FloatGrid output{};
-    char* name = nullptr;  // owned, from malloc; null before the pass is named
+    char* name = nullptr;  // owned, from malloc; null until the pass is named
 };
 
-/// What AdvectVelocity works on.
+/// Parameters of AdvectVelocity.
 struct Advection {
-    FloatGrid velocity{};  // carries
-    FloatGrid source{};    // is carried
+    FloatGrid velocity{};  // gives the departure points
+    FloatGrid source{};    // is advected
     Float2 texelSize{};
-    Float2 cellToScreen{};     // screen pixels a cell
+    Float2 cellToScreen{};     // screen pixels per cell
     float timeStep = 0.0f;     // time units, > 0
     float dissipation = 0.0f;  // factor, [0, 1]
     Float2 touchPoint{};
@@ -59,13 +61,13 @@ struct Advection {
     DragMode dragMode = SlowDrag;
 };
 
-/// Semi-Lagrangian self-advection with decay; near the touch a drag pushes the flow.
+/// Semi-Lagrangian self-advection with decay. A drag pushes the flow near the touch.
 class AdvectVelocity final : public VectorPass, public Advection {
 public:
     void evaluate(Float2 coord, float* out) const override;
 };
 
-/// The CPU form of the ink advection shader; the effect runs it on the GPU only.
+/// The ink advection shader as a CPU pass. The effect advects ink on the GPU and never runs this pass.
 class AdvectDensity final : public ScalarPass {
 public:
     void evaluate(Float2 coord, float* out) const override;
@@ -74,9 +76,9 @@ public:
     FloatGrid source{};
     Float2 texelSize{};
     float timeStep = 0.0f;     // time units, > 0
-    float backStep = 0.0f;     // factor of the way back, [0, 1]
+    float backStep = 0.0f;     // factor of the backtrace, [0, 1]
     float dissipation = 0.0f;  // factor, [0, 1]
-    Float2 scale{};            // screen pixels a cell
+    Float2 scale{};            // screen pixels per cell
     Float2 center{};           // the touch
     DragMode drag = SlowDrag;
 };
@@ -88,12 +90,12 @@ public:
 
     FloatGrid x{};       // current estimate
     FloatGrid b{};       // right-hand side
-    float alpha = 0.0f;  // minus a cell's area
-    float rbeta = 0.0f;  // 1 / neighbours of a cell
+    float alpha = 0.0f;  // minus the area of a cell
+    float rbeta = 0.0f;  // 1 / number of neighbours
     Float2 texelSize{};
 };
 
-/// Takes the pressure gradient out of the velocity.
+/// Subtracts the pressure gradient from the velocity.
 class SubtractGradient final : public VectorPass {
 public:
     void evaluate(Float2 coord, float* out) const override;
@@ -104,13 +106,13 @@ public:
     float gradientScale = 0.0f;  // velocity for a pressure difference of 1, > 0
 };
 
-/// What ComputeDivergence works on.
+/// Parameters of ComputeDivergence.
 struct Divergence {
     FloatGrid velocity{};
-    Float2 cellToScreen{};  // screen pixels a cell
+    Float2 cellToScreen{};  // screen pixels per cell
     Float2 texelSize{};
-    float halfInverseCellSize = 0.0f;  // 1 / two cells' sides
-    float sourceStrength = 0.0f;       // what the sink takes from the divergence, >= 0
+    float halfInverseCellSize = 0.0f;  // 1 / (2 * side of a cell)
+    float sourceStrength = 0.0f;       // divergence that the sink subtracts, >= 0
     float sourceRadius = 0.0f;         // screen pixels, >= 0
     Float2 sourcePoint{};
 };
@@ -121,13 +123,13 @@ public:
     void evaluate(Float2 coord, float* out) const override;
 };
 
-/// The CPU form of the ink impulse shader; the effect runs it on the GPU only.
+/// The ink impulse shader as a CPU pass. The effect adds ink on the GPU and never runs this pass.
 class AddInk final : public ScalarPass {
 public:
     void evaluate(Float2 coord, float* out) const override;
 
     FloatGrid source{};
-    Float2 cellToScreen{};  // screen pixels a cell
+    Float2 cellToScreen{};  // screen pixels per cell
     Float2 texelSize{};
     Float2 current{};   // stroke end
     Float2 previous{};  // stroke start
@@ -138,41 +140,38 @@ public:
     float radius = 0.0f;          // screen pixels, >= 0
 };
 
-/// What AddVelocity works on.
+/// Parameters of AddVelocity.
 struct StrokeImpulse {
     FloatGrid velocity{};
-    Float2 cellToScreen{};  // screen pixels a cell
+    Float2 cellToScreen{};  // screen pixels per cell
     Float2 texelSize{};
     Float2 current{};     // stroke end
     Float2 previous{};    // stroke start
     Float2 normal{};      // unit vector from start to end
-    float length = 0.0f;  // screen pixels, > 0: 1 when the stroke has length 0
+    float length = 0.0f;  // screen pixels, > 0; 1 if the stroke has length 0
     float radius = 0.0f;  // screen pixels, >= 0
 };
 
-/// Pushes velocity out of a stroke's segment and towards its end.
+/// Pushes velocity away from a stroke's segment and towards its end.
 class AddVelocity final : public VectorPass, public StrokeImpulse {
 public:
     void evaluate(Float2 coord, float* out) const override;
 };
 
-// Each kernel computes every cell of the pass's output and, jacobiSweep aside, does nothing when that
-// grid does not exist. The input grids have the output's size and are other blocks than it.
+// Each kernel computes every cell of the pass's output and does nothing if that grid does not exist. The input grids
+// have the output's size and are other blocks than it.
 
+void addVelocityKernel(const AddVelocity& pass);
 void advectVelocityKernel(const AdvectVelocity& pass);
 void computeDivergenceKernel(const ComputeDivergence& pass);
 void subtractGradientKernel(const SubtractGradient& pass);
-void runAddVelocity(const AddVelocity& pass);
 
-/// One Jacobi iteration over the interior of the output; its border becomes 0.
+/// Runs `count` Jacobi iterations from a pressure of 0, whatever `x` holds. After each of them `x` and `output`
+/// exchange their grids, so the result is in `x`. `workspace` has the output's size and 2 floats a cell; its contents
+/// are lost.
+void jacobiKernel(Jacobi& pass, std::int32_t count, const FloatGrid& workspace);
+
+/// Runs one Jacobi iteration over the interior of the output, which must exist; its border becomes 0.
 void jacobiSweep(const Jacobi& pass);
-
-/// `count` times jacobiSweep, after each of which `x` and `output` exchange their records: the
-/// result is in `x`. Where the border of `x` is 0 they run as one, which leaves the pass and both
-/// grids as single ones do. `workspace` has the output's size and 2 floats a cell; its contents are lost.
-void jacobiSweeps(Jacobi& pass, std::int32_t count, const FloatGrid& workspace);
-
-/// The same as if all of `x` were 0, whatever it holds.
-void jacobiSweepsFromRest(Jacobi& pass, std::int32_t count, const FloatGrid& workspace);
 
 }  // namespace velmora

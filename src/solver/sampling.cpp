@@ -1,5 +1,7 @@
 #include "solver/sampling.h"
 
+#include <cstdint>
+
 namespace velmora {
 
 namespace {

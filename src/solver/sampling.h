@@ -1,11 +1,14 @@
 #pragma once
 
+#include <cstddef>
+#include <cstdint>
+
 #include "base/pair.h"
 #include "simd/float4.h"
 #include "solver/float_grid.h"
 
-// Reading grids at normalised coordinates (u, v), clamped to [0, 1]. NaN counts as 0, so no
-// coordinate leaves the grid.
+// Samples of grids at normalised coordinates (u, v), clamped to [0, 1]. NaN counts as 0, so every sample lies inside
+// the grid.
 
 namespace velmora {
 
@@ -14,7 +17,7 @@ struct Cell {
     std::int32_t j;
 };
 
-/// The cell nearest to (u, v): at a cell's centre that cell, one texel beside it the neighbour,
+/// Returns the cell nearest to (u, v): at the centre of a cell that cell, one texel beside the centre its neighbour,
 /// clamped to the grid.
 Cell sampleNearest(const FloatGrid& grid, float u, float v);
 
@@ -23,8 +26,7 @@ Floats clampToUnit(Floats value) {
     return min(max(value, Floats(0.0f)), Floats(1.0f));
 }
 
-/// A grid to be sampled: its sizes in float, where whole numbers below 2^24, and so cell indices,
-/// are exact.
+/// A grid with its sizes in float, which is exact for whole numbers below 2^24 and so for cell indices.
 struct BilinearGrid {
     explicit BilinearGrid(const FloatGrid& grid)
         : data(grid.data),
@@ -36,8 +38,8 @@ struct BilinearGrid {
     float rowLength, lastColumn, lastRow;
 };
 
-/// The place of (u, v) among the four cells around it: the lower left one, and how far right and
-/// up of it, in cells.
+/// Position of (u, v) among the four cells around it: the lower left cell, and the distance from it to the right and
+/// upwards, in cells.
 template <class Floats>
 struct BilinearPlace {
     BilinearPlace(const BilinearGrid& grid, Floats u, Floats v) {
@@ -53,7 +55,7 @@ struct BilinearPlace {
     Floats fx, fy;
 };
 
-/// The bilinear mix of four values g, one rounding a term, added in this order.
+/// Weights of the bilinear mix of four values g. The terms are added in the order written here.
 template <class Floats>
 struct BilinearWeights {
     BilinearWeights(Floats fx, Floats fy) {
@@ -75,13 +77,13 @@ struct BilinearWeights {
     Floats weight00, weight10, weight01, weight11;
 };
 
-/// The column or row after `at`; the last repeats itself.
+/// Returns the column or row after `at`, at most `last`.
 template <class Floats>
 Floats nextAfter(Floats at, float last) {
     return min(at + Floats(1.0f), Floats(last));
 }
 
-/// Bilinear value of a 2-float grid at (u, v).
+/// Returns the bilinear value of a 2-float grid at (u, v).
 template <class Floats>
 Pair<Floats> sampleBilinear(const BilinearGrid& grid, Floats u, Floats v) {
     const BilinearPlace<Floats> at(grid, u, v);
@@ -96,22 +98,22 @@ Pair<Floats> sampleBilinear(const BilinearGrid& grid, Floats u, Floats v) {
                {cells(top, at.column), cells(top, next)});
 }
 
-/// Bilinear value of a 1-float grid at (u, v).
+/// Returns the bilinear value of a 1-float grid at (u, v).
 float sampleBilinearScalar(const FloatGrid& grid, float u, float v);
 
-/// The value of cell (i, j) of a 1-float grid.
+/// Returns the value of a cell of a 1-float grid.
 inline float scalarAt(const FloatGrid& grid, Cell cell) {
     return grid.data[cell.i + std::ptrdiff_t{cell.j} * grid.width];
 }
 
-/// Where the value of cell (i, j) of a 2-float grid lies.
-inline const float* placeOf(const FloatGrid& grid, Cell cell) {
+/// Returns the address of a cell of a 2-float grid.
+inline const float* addressOf(const FloatGrid& grid, Cell cell) {
     return grid.data + (cell.i + std::ptrdiff_t{cell.j} * grid.width) * 2;
 }
 
-/// The value of cell (i, j) of a 2-float grid.
+/// Returns the value of a cell of a 2-float grid.
 inline Float2 pairAt(const FloatGrid& grid, Cell cell) {
-    return loadPair<float>(placeOf(grid, cell));
+    return loadPair<float>(addressOf(grid, cell));
 }
 
 /// A cell and its four neighbours, clamped to the grid.

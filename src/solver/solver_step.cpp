@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstddef>
+#include <cstdint>
 #include <cstdlib>
 #include <utility>
 
@@ -14,27 +16,12 @@ namespace velmora {
 
 namespace {
 
-// Distances from the screen's edges in pixels: nearer to them, the flow is not projected.
-constexpr std::int32_t projectionMargin = 60;
-constexpr std::int32_t slowDragMargin = 12;
-constexpr std::int32_t mediumDragMargin = 10;
-
-/// The sink at the touch that a drag near an edge leaves to the steps after it.
-struct EdgeSink {
-    float radius;    // screen pixels
-    float strength;  // divergence
-};
-constexpr EdgeSink slowDragSink{4.0f, 40.0f};
-constexpr EdgeSink mediumDragSink{2.0f, 2.0f};
-
-constexpr double jitterSize = 10.0;  // pixels, across
-
 void setSink(EffectState& state, const EdgeSink& sink) {
     state.sourceRadius = sink.radius;
     state.sourceStrength = sink.strength;
 }
 
-/// Returns whether the step goes on to the projection.
+/// Returns true if the step projects the flow.
 bool applyMarginRule(EffectState& state, const TouchVariables& touch, DragMode dragMode) {
     const auto isTouchInside = [&](std::int32_t margin) {
         return isInside(state, touch.touchX, touch.touchY, margin);
@@ -67,13 +54,6 @@ Float2 cellToScreenOf(const EffectState& state, const FloatGrid& grid) {
             static_cast<float>(state.screenHeight) / static_cast<float>(grid.height)};
 }
 
-void addStroke(EffectState& state, const StepSettings& settings) {
-    const DragSegment& segment = settings.dragSegment;
-    addVelocityKernel(state, settings, static_cast<float>(segment.fromX),
-                      static_cast<float>(segment.fromY), static_cast<float>(segment.toX),
-                      static_cast<float>(segment.toY));
-}
-
 void advect(EffectState& state, const StepSettings& settings) {
     AdvectVelocity& pass = state.advectVelocityPass;
     pass.output = state.velocityScratch;
@@ -92,14 +72,15 @@ void advect(EffectState& state, const StepSettings& settings) {
     std::swap(state.velocity, state.velocityScratch);
 }
 
-/// The touch, up to 5 pixels off on each axis: a sink that never moves would freeze the flow around it.
+/// Returns a random point up to 5 pixels from the touch on each axis. A sink that never moves would freeze the flow
+/// around it.
 Float2 jitteredSink(const EffectState& state, const StepSettings& settings) {
     const double u1 = std::rand() * 0x1p-31;
     const double u2 = std::rand() * 0x1p-31;
     const double x = settings.touchX;
     const auto y = static_cast<double>(flippedY(state.screenHeight, settings.touchY));
-    return {static_cast<float>(x + (0.5 - u1) * jitterSize),
-            static_cast<float>(y + (0.5 - u2) * jitterSize)};
+    return {static_cast<float>(x + (0.5 - u1) * sinkJitter),
+            static_cast<float>(y + (0.5 - u2) * sinkJitter)};
 }
 
 void computeDivergence(EffectState& state, const StepSettings& settings) {
@@ -123,7 +104,7 @@ void solvePressure(EffectState& state) {
     pass.alpha = -(state.gridScale * state.gridScale);
     pass.rbeta = 0.25f;
     pass.texelSize = texelSizeOf(state.pressure);
-    jacobiSweepsFromRest(pass, state.jacobiIterations, state.velocityScratch);
+    jacobiKernel(pass, state.jacobiIterations, state.velocityScratch);
     state.pressure = pass.x;
     state.pressureScratch = pass.output;
 }
@@ -139,8 +120,8 @@ void project(EffectState& state) {
     std::swap(state.velocity, state.velocityScratch);
 }
 
-/// Of a number that is not finite, the difference with itself is NaN, and so is a sum with it. Four
-/// sums, none of which waits for the others.
+/// Returns true if all numbers are finite. x - x is NaN if x is infinite or NaN, and so is every sum with it. Four
+/// independent sums let the processor overlap the additions.
 bool areFinite(const float* numbers, std::ptrdiff_t count) {
     Float4 sums[4] = {0.0f, 0.0f, 0.0f, 0.0f};
     const std::ptrdiff_t whole = count / 16 * 16;
@@ -159,9 +140,9 @@ bool areFinite(const float* numbers, std::ptrdiff_t count) {
     return sum == 0.0f;
 }
 
-/// Pressures and strokes from far outside the screen may leave infinities and NaN, which would go
-/// round in the flow for ever: they start again from rest. What is merely huge decays.
-void restWhatIsNotFinite(const FloatGrid& velocity) {
+/// Sets every component that is infinite or NaN to 0. Extreme touch pressures and strokes from far outside the screen
+/// can produce such values, which would stay in the flow for ever. Large finite values decay.
+void zeroNonFinite(const FloatGrid& velocity) {
     float* const components = velocity.data;
     const std::ptrdiff_t count = std::ptrdiff_t{velocity.width} * velocity.height * 2;
     if (areFinite(components, count)) {
@@ -192,30 +173,35 @@ StepSettings beginSolverStep(EffectState& state, const TouchVariables& touch) {
             .isProjected = isProjected};
 }
 
-void addVelocityKernel(EffectState& state, const StepSettings& settings, float previousX,
-                       float previousY, float currentX, float currentY) {
+void addVelocityKernel(EffectState& state, const StepSettings& settings) {
     if (!isInside(state, settings.touchX, settings.touchY, settings.touchMargin)) {
         return;
     }
+    const DragSegment& segment = settings.dragSegment;
+    const auto screenPoint = [&](std::int32_t x, std::int32_t y) {
+        return Float2{static_cast<float>(x), flippedY(state.screenHeight, static_cast<float>(y))};
+    };
     AddVelocity& pass = state.addVelocityPass;
     pass.output = state.velocityScratch;
     pass.velocity = state.velocity;
     pass.cellToScreen = cellToScreenOf(state, state.velocity);
     pass.texelSize = texelSizeOf(state.velocity);
-    pass.current = {currentX, flippedY(state.screenHeight, currentY)};
-    pass.previous = {previousX, flippedY(state.screenHeight, previousY)};
+    pass.current = screenPoint(segment.toX, segment.toY);
+    pass.previous = screenPoint(segment.fromX, segment.fromY);
     const StrokeLine line = lineOf(pass.previous, pass.current);
     pass.normal = line.normal;
     pass.length = line.length;
     pass.radius = settings.inkRadius;
-    runAddVelocity(pass);
+    addVelocityKernel(pass);
     std::swap(state.velocity, state.velocityScratch);
 }
 
-void* runSolverStep(EffectState& state, const StepSettings& settings) {
+void* runSolverStep(void* effectState) {
+    EffectState& state = *static_cast<EffectState*>(effectState);
+    const StepSettings& settings = state.stepSettings;
     const FlushSubnormals flush;
     if (settings.dragMode == FastDrag) {
-        addStroke(state, settings);
+        addVelocityKernel(state, settings);
     }
     advect(state, settings);
     if (settings.isProjected) {
@@ -223,13 +209,9 @@ void* runSolverStep(EffectState& state, const StepSettings& settings) {
         solvePressure(state);
         project(state);
     }
-    restWhatIsNotFinite(state.velocity);
+    zeroNonFinite(state.velocity);
     packVelocity(state, state.velocity, state.velocityTarget);
     return nullptr;
-}
-
-void* runSolverStep(EffectState& state, const TouchVariables& touch) {
-    return runSolverStep(state, beginSolverStep(state, touch));
 }
 
 }  // namespace velmora

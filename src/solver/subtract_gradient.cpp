@@ -1,3 +1,6 @@
+#include <cstddef>
+#include <cstdint>
+
 #include "solver/clamped_row.h"
 #include "solver/passes.h"
 #include "solver/sampling.h"
@@ -22,7 +25,7 @@ void SubtractGradient::evaluate(Float2 coord, float* out) const {
     const Neighbourhood n(velocity, coord, texelSize);
     const Pressures<float> around{scalarAt(pressure, n.right), scalarAt(pressure, n.left),
                                   scalarAt(pressure, n.top), scalarAt(pressure, n.bottom)};
-    storeDifference(out, placeOf(velocity, n.middle), scaledGradient(around, gradientScale));
+    storeDifference(out, addressOf(velocity, n.middle), scaledGradient(around, gradientScale));
 }
 
 void subtractGradientKernel(const SubtractGradient& pass) {

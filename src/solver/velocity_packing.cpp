@@ -1,5 +1,6 @@
 #include "solver/velocity_packing.h"
 
+#include <cstddef>
 #include <cstdlib>
 
 #include "simd/float4.h"
@@ -11,7 +12,7 @@ namespace {
 constexpr float valueLimit = 127.0f;
 constexpr float lowSteps = 255.0f;
 constexpr float inverseSteps =
-    0.00392157f;  // just above 1 / 255, so that whole values never round down
+    0.00392157f;  // a little above 1 / 255, so that whole values never round down
 static_assert(inverseSteps == 0x1.010106p-8f);
 
 template <class Floats>
@@ -19,7 +20,7 @@ BytePairs<IntOf<Floats>> packed(Floats value) {
     const Floats shifted =
         min(max(value, Floats(-valueLimit)), Floats(valueLimit)) + Floats(valueLimit);
     const Floats fraction = shifted - toFloat(truncateSmall(shifted));
-    // In [0, 1), so it is its own fraction.
+    // Lies in [0, 1), so it needs no removal of a whole part.
     const Floats scaled = shifted * Floats(inverseSteps);
     return {truncateSmall((scaled - fraction * Floats(inverseSteps)) * Floats(lowSteps)),
             truncateSmall(fraction * Floats(lowSteps))};

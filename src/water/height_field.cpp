@@ -14,9 +14,9 @@ constexpr float calmThreshold = 0.009f;
 constexpr float smoothing = 0.018f;
 constexpr float strongSmoothing = 0.068f;
 constexpr float strongSmoothingDamping =
-    0.94f;  // the one damping that asks for it, compared exactly
+    0.94f;  // the damping that selects strongSmoothing, compared exactly
 
-/// Rows smoothed side by side. In a row alone, each group waits for the one before it.
+/// Number of rows smoothed side by side. Within a row, each group waits for the group before it.
 constexpr std::ptrdiff_t smoothedTogether = 6;
 
 /// One row of the rectangle in both grids.
@@ -35,13 +35,13 @@ auto leavesCalm(Floats velocity) {
     return (velocity > Floats(calmThreshold)) | (velocity < Floats(-calmThreshold));
 }
 
-/// NaN passes through: of two operands that do not compare, min and max give the second.
+/// Keeps NaN: if a comparison fails, min and max return their second operand.
 template <class Floats>
 Floats clampedHeight(Floats sum) {
     return max(Floats(-heightLimit), min(Floats(heightLimit), sum));
 }
 
-/// First pass for one group or cell. Returns its new velocity.
+/// Runs the first pass for one group or cell. Returns its new velocity.
 template <class Floats>
 Floats accelerate(WaterRow row, std::ptrdiff_t x, Floats top, std::ptrdiff_t rowLength,
                   const WaveSettings& settings) {
@@ -54,15 +54,15 @@ Floats accelerate(WaterRow row, std::ptrdiff_t x, Floats top, std::ptrdiff_t row
     return velocity;
 }
 
-/// Second pass for one group or cell, whose height is `height`.
+/// Runs the second pass for one group or cell with this height.
 template <class Floats>
 void moveCell(WaterRow row, std::ptrdiff_t x, Floats height) {
     store(row.height + x, clampedHeight(height + load<Floats>(row.velocity + x)));
 }
 
-/// First pass for `row` and, where `above` is a row of the rectangle, second pass for that one: a
-/// height moves when the acceleration of the cell below it has read it. Returns whether a new
-/// velocity leaves the calm band; without `detectCalm`, false.
+/// Runs the first pass for `row`. If `above` is a row of the rectangle, also runs the second pass for that row: a
+/// height moves after the cell below it has read it. Returns true if a new velocity leaves the calm band; false
+/// without `detectCalm`.
 template <bool detectCalm, bool movesAbove>
 bool accelerateRow(WaterRow row, WaterRow above, std::ptrdiff_t width, std::ptrdiff_t rowLength,
                    const WaveSettings& waves) {
@@ -94,18 +94,18 @@ void moveRow(WaterRow row, std::ptrdiff_t width) {
     });
 }
 
-/// Third pass, one group or cell: what it becomes. `top` is smoothed, and `left` holds the group
-/// before as it was smoothed, whose last cell is the only smoothed left neighbour that a group sees.
+/// Returns one group or cell after the third pass. `top` is smoothed. `left` is the smoothed group before, whose last
+/// cell is the only smoothed left neighbour of the group.
 template <class Floats>
 Floats smoothed(const float* cell, std::ptrdiff_t rowLength, Floats weight, Floats top,
                 Floats left) {
     const Floats height = load<Floats>(cell);
-    const Floats lap = laplacian(top, shiftIn(left, height), load<Floats>(cell + 1),
+    const Floats lap = laplacian(top, slideRight(left, height), load<Floats>(cell + 1),
                                  load<Floats>(cell + rowLength), height);
     return height + weight * lap;
 }
 
-/// As above, in place.
+/// Runs the third pass for one group or cell in place, and returns its new heights.
 template <class Floats>
 Floats smooth(float* cell, std::ptrdiff_t rowLength, Floats weight, Floats left) {
     const Floats value = smoothed(cell, rowLength, weight, load<Floats>(cell - rowLength), left);
@@ -113,7 +113,7 @@ Floats smooth(float* cell, std::ptrdiff_t rowLength, Floats weight, Floats left)
     return value;
 }
 
-/// Third pass, groups [begin, end) of one row. Returns the last one, `left` where there is none.
+/// Runs the third pass for the groups [begin, end) of one row. Returns the last group, or `left` if there is none.
 Float4 smoothGroups(float* row, std::ptrdiff_t rowLength, float weight, std::ptrdiff_t begin,
                     std::ptrdiff_t end, Float4 left) {
     for (std::ptrdiff_t group = begin; group < end; ++group) {
@@ -122,7 +122,7 @@ Float4 smoothGroups(float* row, std::ptrdiff_t rowLength, float weight, std::ptr
     return left;
 }
 
-/// Third pass, the cells of a row that no group covers.
+/// Runs the third pass for the last cells of a row, which no group covers.
 void smoothRest(float* row, std::ptrdiff_t rowLength, float weight, std::ptrdiff_t width) {
     for (std::ptrdiff_t x = width / 4 * 4; x < width; ++x) {
         smooth(row + x, rowLength, weight, row[x - 1]);
@@ -134,16 +134,14 @@ void smoothRow(float* row, std::ptrdiff_t rowLength, float weight, std::ptrdiff_
     smoothRest(row, rowLength, weight, width);
 }
 
-/// Third pass, six rows side by side: each a group behind the one above it, which it needs
-/// smoothed, so that their chains from group to group run at once. What a row needs of the one above
-/// is the group which that one left in its name a moment ago; and as no row writes what another
-/// reads, the stores come last, so that even a processor which takes instructions as they come finds
-/// six chains abreast. Six names: an array would go through memory. At least `smoothedTogether`
-/// groups.
+/// Runs the third pass for six rows side by side, of at least `smoothedTogether` groups each. A group needs the
+/// smoothed group above it, so each row is one group behind the row above. The six chains from group to group then run
+/// at once. The variables a to f hold the last group of each row; an array would go through memory. No row writes what
+/// another row reads, so all stores come last: a processor that executes in order also overlaps the six chains.
 void smoothSixRows(float* first, std::ptrdiff_t rowLength, float weight, std::ptrdiff_t width) {
     const std::ptrdiff_t groups = width / 4;
     const auto row = [=](std::ptrdiff_t r) { return first + r * rowLength; };
-    // Where the walk side by side begins, row r is 5 - r groups ahead.
+    // When the six rows start together, row r has already smoothed 5 - r groups.
     const auto start = [=](std::ptrdiff_t r) {
         return smoothGroups(row(r), rowLength, weight, 0, smoothedTogether - 1 - r,
                             Float4(row(r)[-1]));
@@ -195,8 +193,8 @@ bool stepHeightField(const WaterGrids& grids, const WaterRectangle& rectangle,
         return WaterRow{grids.velocity + start, grids.height + start};
     };
     bool isMoving = false;
-    // One walk over the rows for all three passes, so that each row is fetched once. A row is moved
-    // when the row below it is accelerated, and smoothed when the row below it is moved.
+    // One loop over the rows runs all three passes, so that memory is read once. A row is moved after the row below it
+    // is accelerated, and smoothed after the row below it is moved.
     std::ptrdiff_t unsmoothed = rectangle.y0;
     const auto smoothSixes = [&](std::ptrdiff_t end) {
         if (width >= 4 * smoothedTogether && end - unsmoothed >= smoothedTogether) {

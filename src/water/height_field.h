@@ -2,16 +2,16 @@
 
 namespace velmora {
 
-/// Two grids of one float a cell, row-major with `rowLength` cells a row: heights in [-100, 100]
-/// and vertical velocities (height a step).
+/// Two row-major grids with 1 float per cell and `rowLength` cells per row: heights in [-100, 100] and vertical
+/// velocities, height per step.
 struct WaterGrids {
     float* velocity;
     float* height;
     int rowLength;
 };
 
-/// Cells x0 <= x < x1, y0 <= y < y1. A frame of at least one cell lies around it in the grid: read,
-/// never written.
+/// Cells x0 <= x < x1, y0 <= y < y1. The grid must have at least one more cell on each side, which is read and never
+/// written.
 struct WaterRectangle {
     int x0;
     int y0;
@@ -20,14 +20,13 @@ struct WaterRectangle {
 };
 
 struct WaveSettings {
-    float damping;    // factor of the velocity, each step
+    float damping;    // factor of the velocity per step
     float waveSpeed;  // weight of the height Laplacian in the velocity
     bool detectCalm;
 };
 
-/// One time step of the damped wave equation by an explicit scheme, and a little smoothing. Returns
-/// whether no new velocity left the calm band; always true without `detectCalm`. Allocates nothing.
-/// Any thread.
+/// Runs one explicit time step of the damped wave equation, and smooths the heights. Returns true if all new velocities
+/// lie in the calm band, or if `detectCalm` is false. Allocates nothing. Any thread.
 bool stepHeightField(const WaterGrids& grids, const WaterRectangle& rectangle,
                      const WaveSettings& settings);
 

@@ -10,7 +10,7 @@ namespace velmora {
 
 namespace {
 
-/// Steps between `details` vertices; wide enough to subtract from any int.
+/// Returns the number of gaps between `details` vertices, for any int.
 float gaps(int details) {
     return static_cast<float>(std::int64_t{details} - 1);
 }
@@ -21,14 +21,14 @@ void storePoint(float* to, float x, float y) {
     to[2] = 0.0f;
 }
 
-/// The first column of vertices, at x: rows from the top at `top` downwards.
+/// Writes the first column of vertices, at x, from `top` downwards.
 void writeFirstColumn(float* positions, int rows, float x, float top, float stepY) {
     for (int row = 0; row < rows; ++row) {
         storePoint(positions + row * 3, x, top - static_cast<float>(row) * stepY);
     }
 }
 
-/// A column of vertices at x, otherwise as the first. Four vertices fill three vectors.
+/// Writes a column of vertices at x with the other coordinates of the first column. Four vertices fill three vectors.
 void writeColumn(float* positions, const float* first, std::ptrdiff_t rows, float x) {
     if (rows < 4) {
         for (std::ptrdiff_t row = 0; row < rows; ++row) {
@@ -51,7 +51,7 @@ void writeColumn(float* positions, const float* first, std::ptrdiff_t rows, floa
 
 constexpr std::ptrdiff_t quadIndices = 6;
 
-/// The quad left of and above a vertex, as two triangles, in a mesh with `rows` rows.
+/// Writes the quad to the upper left of a vertex as two triangles, in a mesh with `rows` rows.
 void writeQuad(std::uint16_t* indices, std::int64_t bottomRight, std::int64_t rows) {
     const std::int64_t topLeft = bottomRight - rows - 1;
     const std::int64_t vertices[quadIndices] = {topLeft, topLeft + 1, bottomRight,
@@ -60,7 +60,7 @@ void writeQuad(std::uint16_t* indices, std::int64_t bottomRight, std::int64_t ro
                    [](std::int64_t vertex) { return static_cast<std::uint16_t>(vertex); });
 }
 
-/// The indices of four quads side by side.
+/// Indices of four quads side by side.
 struct FourQuads {
     Short8 first, second, third;
 };
@@ -75,13 +75,13 @@ void store(std::uint16_t* to, const FourQuads& quads) {
     store(to + 16, quads.third);
 }
 
-/// The four quads that lie `vertices` further on in the order of vertices.
+/// Returns the four quads that lie `vertices` later in the order of vertices.
 FourQuads shifted(const FourQuads& quads, std::int64_t vertices) {
     const Short8 growth(static_cast<std::uint16_t>(vertices));
     return {quads.first + growth, quads.second + growth, quads.third + growth};
 }
 
-/// A row of `count` quads, at least four, of which `first` are the leftmost.
+/// Writes a row of `count` quads, at least four. `first` holds the leftmost four.
 void writeQuadRow(std::uint16_t* indices, FourQuads first, std::ptrdiff_t count,
                   std::int64_t rows) {
     const FourQuads last = shifted(first, (count - 4) * rows);
@@ -102,8 +102,7 @@ void writeMeshPositions(float* positions, int vertexCount, const MeshShape& shap
     const float stepY = static_cast<float>(shape.height) / gaps(shape.rows);
     const float halfWidth = static_cast<float>(shape.width) * 0.5f;
     const float halfHeight = static_cast<float>(shape.height) * 0.5f;
-    // Walking column by column needs no division, so a vertex lands in its column and row exactly,
-    // however tall the mesh is.
+    // Going column by column needs no division, so columns and rows are exact for meshes of any height.
     float* to = positions;
     int column = 0;
     for (int left = vertexCount; left > 0; left -= shape.rows, ++column) {

@@ -2,6 +2,7 @@
 
 #include <cmath>
 #include <cstddef>
+#include <cstdint>
 
 #include "base/saturate.h"
 #include "simd/float4.h"
@@ -10,25 +11,25 @@ namespace velmora {
 
 namespace {
 
-// In cells. The box around a cone: whole columns and rows, the last of them left out.
+// Sizes in cells. The box around a cone has whole columns and rows.
 constexpr float coneRadius = 3.0f;
 constexpr float boxStart = -coneRadius;      // from the centre
 constexpr float boxEnd = coneRadius + 1.0f;  // from the centre, exclusive
-constexpr float edgeThreshold = 5.0f;        // nearer to an edge the box is clamped to the grid
-constexpr int firstCell = 2;                 // lowest column and row ever touched
+constexpr float edgeThreshold = 5.0f;        // distance from an edge below which the box is clamped
+constexpr int firstCell = 2;                 // lowest column and row that may change
 
-/// The cells of one axis that a cone may reach.
+/// Cells that a cone may reach along one axis.
 struct CellRange {
     int start;
     int end;  // exclusive
 };
 
-/// A coordinate relative to the centre of the area, in cells.
+/// Returns the grid coordinate, in cells, of a coordinate relative to the centre of the area.
 float gridCoordinate(float touch, int areaSize, int count) {
     return (touch / static_cast<float>(areaSize) + 0.5f) * static_cast<float>(count);
 }
 
-/// A NaN passes neither comparison and gives the whole grid.
+/// Returns the cells that a cone around `centre` may reach. NaN fails both comparisons and gives the whole grid.
 CellRange coneRange(float centre, int count) {
     const auto cells = static_cast<float>(count);
     const int lastCell = saturatedInt(std::int64_t{count} - 1);
@@ -36,9 +37,8 @@ CellRange coneRange(float centre, int count) {
             centre < cells - edgeThreshold ? saturatedInt(std::floor(centre + boxEnd)) : lastCell};
 }
 
-/// What a cell at (dx, dy) from the centre gains, `old` where it lies outside the cone. The root is
-/// exact on every processor: an estimate would do for four lanes at once, but would give each
-/// processor other water.
+/// Returns a cell at (dx, dy) from the centre with the cone added; a cell outside the cone keeps `old`. The root is
+/// exact: an estimated root would differ between processors.
 template <class Floats>
 Floats coneCell(Floats old, Floats dx, Floats dy, Floats strength) {
     const Floats depth = Floats(coneRadius) - sqrt(dx * dx + dy * dy);
@@ -53,7 +53,7 @@ void addRipple(float* grid, const RippleTouch& touch) {
     const CellRange columns = coneRange(cx, touch.gridWidth);
     const CellRange rows = coneRange(cy, touch.gridHeight);
     if (columns.start >= columns.end) {
-        return;  // and no column number near the ends of int enters the loop
+        return;  // near the limits of int, forGroups would overflow on 32-bit processors
     }
     for (int row = rows.start; row < rows.end; ++row) {
         float* cells = grid + std::ptrdiff_t{row} * touch.gridWidth;

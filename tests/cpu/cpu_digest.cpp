@@ -8,6 +8,7 @@
 #include <span>
 #include <vector>
 
+#include "effect/tuning.h"
 #include "hostkit/digest.h"
 #include "simd/flush_subnormals.h"
 #include "solver/solver_step.h"
@@ -15,10 +16,9 @@
 #include "water/mesh.h"
 #include "water/ripple.h"
 
-// Prints the digests of two long runs of the mesh, the water and the velocity solver, and ends with
-// 1 where one is not the same as everywhere. The first run is kept lively, so that no number in it
-// is subnormal: compiler, build type and processor change nothing. The second dies away. Processors
-// that take subnormals for zero agree on its digest, and those that keep them on another.
+// Prints the digests of two long runs of mesh, water and velocity solver, and exits with 1 if one differs from its
+// expected value. The lively run contains no subnormal numbers, so it has one digest for all compilers, build types and
+// processors. The dying run decays. It has one digest for processors that flush subnormals and one for all others.
 
 namespace velmora::test {
 namespace {
@@ -27,10 +27,10 @@ constexpr std::uint64_t livelyDigest = 0x9d205f7b2f15ca37u;
 constexpr std::uint64_t dyingDigest =
     FlushSubnormals::flushes() ? 0x0ddc63352c94cce2u : 0xd8e0c93be9037304u;
 
-/// No number of a lively run but 0 lies below: what is multiplied with it stays far from subnormal.
+/// Smallest magnitude, except 0, in a lively run. Products with such numbers are far from subnormal.
 constexpr float livelyLeast = 1e-20f;
 
-/// Over the bytes of what the run leaves.
+/// Digest of the bytes of a run's results.
 class Digest {
 public:
     template <class T>
@@ -43,7 +43,7 @@ public:
         addBytes(bytes_, std::as_bytes(values));
     }
     std::uint64_t value() const { return bytes_.state; }
-    /// The smallest magnitude of a number but 0.
+    /// Returns the smallest magnitude except 0.
     float least() const { return least_; }
 
 private:
@@ -63,7 +63,7 @@ void runMesh(Digest& digest) {
     }
 }
 
-/// From -4 to 4, never as small as the numbers of a flow that dies away.
+/// Fills with values from -4 to 4, of at least 6e-5 in magnitude.
 void fill(std::span<float> values) {
     std::mt19937 random(1);
     for (float& value : values) {
@@ -71,7 +71,7 @@ void fill(std::span<float> values) {
     }
 }
 
-/// Ripples for `rippleSteps`; then the water runs until it is calm or the run ends.
+/// Makes ripples for `rippleSteps`, then steps the water until it is calm or the run ends.
 void runWater(Digest& digest, float damping, int rippleSteps, bool startsWild) {
     constexpr int columns = 60;
     constexpr int rows = 107;
@@ -96,7 +96,7 @@ void runWater(Digest& digest, float damping, int rippleSteps, bool startsWild) {
     }
 }
 
-/// The solver's state on a screen whose rows of cells end in a tail.
+/// The solver on a screen whose number of cells per row is not a multiple of four.
 struct Flow {
     Flow(Digest& digestOfRun) : digest(digestOfRun) {
         applySettings(state, 519, 760, true);
@@ -127,7 +127,8 @@ struct Flow {
         touch.touchDeltaX = x - lastX;
         touch.touchDeltaY = y - lastY;
         state.dragMode = mode;
-        runSolverStep(state, touch);
+        state.stepSettings = beginSolverStep(state, touch);
+        runSolverStep(&state);
         lastX = x;
         lastY = y;
         digest.add<float>({state.velocity.data, cells() * 2});
@@ -154,7 +155,7 @@ void tap(Flow& flow, std::int32_t x, std::int32_t y) {
     }
 }
 
-/// A drag that bounces between the screen's edges, `speed` pixels a frame along y.
+/// Drags between the screen's edges, `speed` pixels per frame along y.
 void drag(Flow& flow, DragMode mode, const TouchPreset& preset, std::int32_t speed) {
     for (std::int32_t frame = 0; frame < 120; ++frame) {
         const std::int32_t x = std::abs(frame * (speed + 3) % 1038 - 519);
@@ -170,7 +171,7 @@ void tapAndDrag(Flow& flow) {
     drag(flow, SlowDrag, slowDragPreset, 5);
     drag(flow, MediumDrag, mediumDragPreset, 9);
     drag(flow, FastDrag, fastDragPreset, 31);
-    for (int idle = 0; idle < 300; ++idle) {  // the sink keeps the flow going
+    for (int idle = 0; idle < 300; ++idle) {  // the sink keeps the flow moving
         flow.step(SlowDrag, 260, 380);
     }
 }
@@ -187,13 +188,13 @@ void runDyingSolver(Digest& digest) {
     Flow flow(digest);
     tapAndDrag(flow);
     flow.apply(slowDragPreset, 1.0f);
-    for (int idle = 0; idle < 1000; ++idle) {  // near an edge nothing keeps it going
+    for (int idle = 0; idle < 1000; ++idle) {  // near an edge there is no sink and the flow decays
         flow.step(SlowDrag, 5, 380);
     }
 }
 
 void show(const char* run, const char* part, const Digest& digest) {
-    std::printf("%-6s %-6s %016llx, least number but 0 %g\n", run, part,
+    std::printf("%-6s %-6s %016llx, smallest number except 0 %g\n", run, part,
                 static_cast<unsigned long long>(digest.value()),
                 static_cast<double>(digest.least()));
 }
@@ -225,7 +226,7 @@ Digest runDying() {
 
 bool isExpected(const char* run, const Digest& digest, std::uint64_t expected) {
     const bool same = digest.value() == expected;
-    std::printf("%s run: %s\n", run, same ? "as expected" : "not the digest it is to give");
+    std::printf("%s run: %s\n", run, same ? "as expected" : "not the expected digest");
     return same;
 }
 

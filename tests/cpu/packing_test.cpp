@@ -5,7 +5,7 @@
 namespace velmora::test {
 namespace {
 
-/// Packs a row of cells, two values each.
+/// Packs cells of two values each.
 void pack(std::span<const float> values, std::uint8_t* bytes) {
     packCells(bytes, values.data(), std::ssize(values) / 2);
 }
@@ -31,7 +31,7 @@ TEST(Packing, EveryStepFollowsTheRecipeAndDecodesJustBelow) {
     for (std::size_t i = 0; i < values.size(); ++i) {
         const float shifted = std::clamp(values[i], -127.0f, 127.0f) + 127.0f;
         const double error = static_cast<double>(shifted) - bytes[2 * i] - bytes[2 * i + 1] / 255.0;
-        // The products round to floats, near whole steps of the low byte either way.
+        // Rounded products may fall on either side of a step of the low byte.
         ASSERT_GE(error, -1e-6) << values[i];
         ASSERT_LT(error, 1.0 / 255.0 + 1e-6) << values[i];
     }

@@ -11,7 +11,7 @@ int numberAt(int place) {
     return std::rand();
 }
 
-// As the GNU C library's.
+// The numbers of the GNU C library.
 TEST(RandomNumbers, FollowTheirSeedAlikeOverEveryCLibrary) {
     constexpr struct {
         unsigned seed;

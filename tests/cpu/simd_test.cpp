@@ -9,7 +9,7 @@ namespace {
 using Lanes4 = std::array<float, 4>;
 using Ints4 = std::array<std::int32_t, 4>;
 
-// The loads have the names of the one-lane templates, so each set of lanes hands over its own.
+// The loads have the same names as the templates for one cell, so each set of lanes passes its own functions.
 struct BuildLanes {
     using Float = lanes::Float4;
     using Shorts = lanes::Short8;
@@ -35,7 +35,7 @@ struct Lanes : testing::Test {};
 using LaneSets = testing::Types<BuildLanes, PlainLanes>;
 TYPED_TEST_SUITE(Lanes, LaneSets, );
 
-// Ties of rounding and truncation, both ends of the int range and their neighbours, signed zeros.
+// Ties of rounding and truncation, both limits of int and their neighbours, and signed zeros.
 constexpr float awkwardValues[][4] = {{0.0f, -0.0f, 1.0f, -1.0f},
                                       {0.5f, -0.5f, 1.5f, -2.5f},
                                       {2.9999998f, 0.1f, 8388607.5f, 16777216.0f},
@@ -45,7 +45,7 @@ constexpr float awkwardValues[][4] = {{0.0f, -0.0f, 1.0f, -1.0f},
                                       {-infinity, nan, -nan, 7.0f}};
 constexpr std::size_t valueCount = std::size(awkwardValues) * 4;
 
-/// Four values in a row, from any of them on.
+/// Returns four consecutive values, starting at any of them.
 Lanes4 valuesFrom(std::size_t first) {
     Lanes4 result;
     for (std::size_t k = 0; k < 4; ++k) {
@@ -108,8 +108,8 @@ TYPED_TEST(Lanes, OperationsMeanForEveryLaneWhatTheyMeanForOne) {
         EXPECT_EQ(bitCast<Ints4>(minusOneWhere(x < y, whole)),
                   each(a, b, [](float p, float q) { return p < q ? -1 : truncated(p); }));
         expect(toFloat(whole), [](float p, float) { return static_cast<float>(truncated(p)); });
-        EXPECT_TRUE(holds(shiftIn(x, y), {a[3], b[0], b[1], b[2]}));
-        EXPECT_TRUE(holds(shiftOut(x, y), {a[1], a[2], a[3], b[0]}));
+        EXPECT_TRUE(holds(slideRight(x, y), {a[3], b[0], b[1], b[2]}));
+        EXPECT_TRUE(holds(slideLeft(x, y), {a[1], a[2], a[3], b[0]}));
     }
     for (const float least : {0.0f, 0.99999994f, 1.5f, 254.99998f, 4194300.5f}) {
         const Lanes4 small{least, least + 1.0f, least + 2.5f, 4194304.0f};

@@ -24,12 +24,11 @@ constexpr float nan = std::numeric_limits<float>::quiet_NaN();
 constexpr int most = std::numeric_limits<int>::max();
 constexpr int least = std::numeric_limits<int>::min();
 
-/// Which of the two guard pages a block touches. Only both, one after the other, find every access
-/// outside it.
+/// The guard page that a block touches. To find every access outside a block, test with both.
 enum class Against { front, back };
 constexpr Against bothSides[] = {Against::front, Against::back};
 
-/// `count` zeros between two pages that end the program when they are read or written.
+/// `count` zeros between two guard pages. An access to a guard page ends the program.
 template <class T>
 class GuardedBlock {
 public:
@@ -57,7 +56,7 @@ private:
     std::span<T> elements_;
 };
 
-/// What a block is filled with: values in [-limit, limit], or anything a float can hold.
+/// Values of a block: in [-limit, limit] or, if wild, also NaN, infinities and huge numbers.
 struct Fill {
     float limit;
     bool wild = false;
@@ -93,7 +92,7 @@ inline std::vector<float> contents(const FloatGrid& grid, int floats) {
     return {grid.data, grid.data + grid.width * grid.height * floats};
 }
 
-/// What `evaluate` gives for every cell of a grid of this size.
+/// Returns the result of `evaluate` for each cell of a grid of this size.
 template <class Pass>
 std::vector<float> evaluateCells(const Pass& pass, int width, int height) {
     std::vector<float> cells;
@@ -107,7 +106,7 @@ std::vector<float> evaluateCells(const Pass& pass, int width, int height) {
     return cells;
 }
 
-/// std::bit_cast, which not every C++ library has yet.
+/// The same as std::bit_cast, which not every C++ library has yet.
 template <class To, class From>
 To bitCast(const From& from) {
     static_assert(sizeof(To) == sizeof(From));
@@ -116,14 +115,14 @@ To bitCast(const From& from) {
     return to;
 }
 
-/// 32-bit NEON takes subnormals for 0, the scalar unit beside it does not.
+/// 32-bit NEON flushes subnormals to 0, but the scalar unit of the same processor does not.
 #if defined(__ARM_NEON) && !defined(__aarch64__)
 constexpr bool lanesFlushSubnormals = true;
 #else
 constexpr bool lanesFlushSubnormals = false;
 #endif
 
-/// The same bits; a NaN is like any other, since its bits follow the order of operands.
+/// Returns true if the bits are equal. All NaN are equal, because the order of operands determines their bits.
 inline bool isSame(float a, float b) {
     constexpr float smallest = std::numeric_limits<float>::min();
     return bitsOf(a) == bitsOf(b) || (std::isnan(a) && std::isnan(b)) ||

@@ -5,7 +5,7 @@
 namespace velmora::test {
 namespace {
 
-// What no host sees within a test's time.
+// A host would need more than a year of frames.
 TEST(Touch, IdleFramesCountToTheEndOfAnInt) {
     EffectState state;
     TouchVariables touch;
@@ -15,6 +15,20 @@ TEST(Touch, IdleFramesCountToTheEndOfAnInt) {
         EXPECT_EQ(touch.idleFrames, after);
     }
     EXPECT_EQ(state.inkDissipation, idleInkDissipation);
+}
+
+// Not visible to a host: a press of 12 frames and a press of 20 frames end in the same way.
+TEST(Touch, AnUpEndsADragThatWasHeld) {
+    const std::pair<int, int> cases[] = {{11, 11}, {12, 20}, {13, 20}};
+    for (const auto& [before, after] : cases) {
+        EffectState state;
+        SharedTouch shared;
+        shared.variables.touchPhase = Dragging;
+        shared.variables.pressFrames = before;
+        handleTouchEvent(state, shared, 0, 0, ActionUp, 1.0f);
+        EXPECT_EQ(shared.variables.touchPhase, Pressed);
+        EXPECT_EQ(shared.variables.pressFrames, after);
+    }
 }
 
 }  // namespace

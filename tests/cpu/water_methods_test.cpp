@@ -6,8 +6,7 @@
 #include "hostkit/jni_environment.h"
 #include "hostkit/native.h"
 
-// What the native methods add to the water itself: whose arrays they pin, where each argument goes
-// and what they return.
+// The native methods around the water: which arrays they pin, where each argument goes and what they return.
 
 namespace hostkit {
 namespace {
@@ -40,7 +39,7 @@ struct WaterMethods : testing::TestWithParam<ArrayAccess> {
 INSTANTIATE_TEST_SUITE_P(Arrays, WaterMethods,
                          testing::Values(ArrayAccess::direct, ArrayAccess::copy));
 
-TEST_P(WaterMethods, TakeTheirArgumentsInOrder) {
+TEST_P(WaterMethods, InitWatersTakesItsArgumentsInOrder) {
     initWaters(6);
     EXPECT_TRUE(
         std::ranges::equal(JniEnvironment::elements(positions),
@@ -51,17 +50,23 @@ TEST_P(WaterMethods, TakeTheirArgumentsInOrder) {
     initWaters(5);
     EXPECT_EQ(JniEnvironment::elements(positions)[14], 0.0f);
     EXPECT_EQ(JniEnvironment::elements(positions)[15], 9.0f);
+    EXPECT_TRUE(jni.checkGuards().empty());
+}
 
-    // The touch is cell (4, 3.5); alone below the middle row of the rectangle it gains 4 * 2.5.
+TEST_P(WaterMethods, RippleTakesItsArgumentsInOrder) {
+    // The touch lies at cell (4, 3.5). Cells half a row away gain 4 * 2.5.
     ripple(4.0f);
     EXPECT_EQ(heightAt(4, 3), 10.0f);
     EXPECT_EQ(heightAt(4, 4), 10.0f);
-    std::ranges::fill(JniEnvironment::elements(height), 0.0f);
+}
+
+TEST_P(WaterMethods, MoveTakesItsArgumentsInOrder) {
     JniEnvironment::elements(height)[3 * columns + 5] = 16.0f;
+    JniEnvironment::elements(velocity)[3 * columns + 5] = 8.0f;
     EXPECT_EQ(move(true), JNI_FALSE);
-    // Cells to the left and above; those to the right and below lie outside the rectangle.
+    // The cells to the left and above move. The cells to the right and below lie outside the rectangle.
     const auto speeds = JniEnvironment::elements(velocity);
-    EXPECT_EQ(speeds[3 * columns + 5], -8.0f);
+    EXPECT_EQ(speeds[3 * columns + 5], -4.0f);
     EXPECT_EQ(speeds[3 * columns + 4], 2.0f);
     EXPECT_EQ(speeds[2 * columns + 5], 2.0f);
     EXPECT_EQ(std::ranges::count(speeds, 0.0f), rows * columns - 3);

@@ -20,8 +20,7 @@ bool plainStep(const WaterGrids& grids, const WaterRectangle& rectangle,
     return reference::stepHeightField(grids, rectangle, waves);
 }
 
-/// Steps random water in guarded pages beside the plain code; the frame, of `frame` cells, and the
-/// rest of both arrays belong to the comparison.
+/// Steps random water in guarded pages and compares it with the plain code, including the border of `frame` cells.
 void compareSteps(Shape shape, Fill fill, const WaveSettings& settings, int steps) {
     SCOPED_TRACE(testing::Message() << shape.width << " x " << shape.height);
     const int rowLength = shape.width + 2 * shape.frame;
@@ -63,7 +62,7 @@ TEST(HeightField, EveryRectangleStepsAsDefinedAndStaysInItsArrays) {
     compareSteps({255, 63, 2}, {100.0f, true}, {0.975f, 0.3f, true}, 3);
 }
 
-constexpr int side = 11;  // of a square grid whose inner nine columns take two groups and a tail
+constexpr int side = 11;  // of a square grid: its nine inner columns are two groups and one cell
 constexpr WaterRectangle inner{1, 1, side - 1, side - 1};
 
 TEST(HeightField, CalmBandIncludesItsEndsAndEveryCellDecides) {
@@ -88,7 +87,7 @@ TEST(HeightField, CalmBandIncludesItsEndsAndEveryCellDecides) {
 
 // ---- Mesh
 
-/// `vertices` are asked for, and all quads.
+/// Writes this number of vertices and all quads, and compares them with the plain code.
 void checkMesh(const MeshShape& mesh, int vertices, Against against) {
     SCOPED_TRACE(testing::Message() << vertices << " of " << mesh.columns << " x " << mesh.rows);
     const int quads = std::max(mesh.columns - 1, 0) * std::max(mesh.rows - 1, 0);
@@ -135,7 +134,7 @@ TEST(Ripple, EveryTouchAddsTheConeOfItsBox) {
     const auto below = [&](int limit) {
         return static_cast<int>(random() % static_cast<unsigned>(limit));
     };
-    // Up to six cells beyond the grid, in quarter cells and on whole ones.
+    // Up to six cells outside the grid, in steps of a quarter cell.
     const auto coordinate = [&](int count) {
         return static_cast<float>(below((count + 12) * 4) - (count + 12) * 2) / 4.0f;
     };

@@ -5,7 +5,7 @@
 
 #include "tests/host/test_host.h"
 
-// What the shaders compute with, in double arithmetic.
+// Vectors and textures of the shaders, in double arithmetic.
 
 namespace gltest {
 
@@ -38,14 +38,14 @@ struct Image {
     int width, height;
     Bytes rgba;
 
-    /// The centre of a texel as a texture coordinate.
+    /// Returns the centre of a texel as a texture coordinate.
     Point centre(int x, int y) const { return {(x + 0.5) / width, (y + 0.5) / height}; }
-    /// A channel as 0 to 1, clamped to the edge.
+    /// Returns a channel as 0 to 1, clamped to the edge.
     double channel(int x, int y, int c) const {
         const int at = std::clamp(y, 0, height - 1) * width + std::clamp(x, 0, width - 1);
         return rgba[static_cast<std::size_t>(at * 4 + c)] / 255.0;
     }
-    /// Bilinear between texel centres.
+    /// Returns the bilinear value of a channel.
     double sample(Point at, int c) const {
         const double x = at.x * width - 0.5, y = at.y * height - 0.5;
         const int left = static_cast<int>(std::floor(x)), low = static_cast<int>(std::floor(y));
@@ -53,13 +53,13 @@ struct Image {
             std::lerp(channel(left, low, c), channel(left + 1, low, c), x - left),
             std::lerp(channel(left, low + 1, c), channel(left + 1, low + 1, c), x - left), y - low);
     }
-    /// A value split over two channels.
+    /// Returns a value that is split over two channels.
     double value(Point at, int high) const {
         return 255.0 * sample(at, high) + sample(at, high + 1);
     }
 };
 
-/// An image of one or two values, each split over two channels, as functions of the texel centre.
+/// Returns an image of one or two values, each split over two channels, as functions of the texel centre.
 template <class... Function>
 Image valueImage(int width, int height, Function... values) {
     Image image{width, height, Bytes(static_cast<std::size_t>(width * height) * 4)};

@@ -6,7 +6,7 @@
 
 #include "image.h"
 
-// The ink targets after each pass, against the same pass in double arithmetic.
+// Compares the ink targets after each pass with the same pass in double arithmetic.
 
 namespace gltest {
 namespace {
@@ -18,21 +18,21 @@ double wave(double turns) {
     return std::sin(2 * std::numbers::pi * turns);
 }
 
-/// Smooth, so that half a texel more or less changes little; never nearer than 5 to the ends.
+/// Returns smooth ink, of which half a texel changes little. Densities keep a distance of 5 from both limits.
 Image smoothInk() {
     return valueImage(inkWidth, inkHeight, [](Point p) {
         return 60 + 50 * wave(1.3 * p.x + 0.1) * wave(0.9 * p.y + 0.2);
     });
 }
 
-/// With strength 1, every speed and direction within the range of the encoding; with 0, none.
+/// Returns velocities of all speeds and directions that the encoding holds, or 0 everywhere if the strength is 0.
 Image velocities(int strength) {
     return valueImage(
         45, 80, [=](Point p) { return 127 + 120 * strength * wave(0.8 * p.x + 0.6 * p.y); },
         [=](Point p) { return 127 + 120 * strength * wave(0.7 * p.y - 0.5 * p.x + 0.3); });
 }
 
-/// A uniform of the program in use.
+/// Returns the value of a uniform of the current program.
 Point uniform(const char* name) {
     GLint program = 0;
     GLfloat values[4] = {};
@@ -42,7 +42,7 @@ Point uniform(const char* name) {
     return {static_cast<double>(values[0]), static_cast<double>(values[1])};
 }
 
-/// What a texel holds after a pass, as a function of its texture coordinate and of its place on the screen.
+/// Value of a texel after a pass, as a function of its texture coordinate and its position on the screen.
 using Shader = std::function<double(Point at, Point p)>;
 
 Shader advection(const Image& source, const Image& velocity) {
@@ -74,8 +74,8 @@ Shader impulse(const Image& source) {
     };
 }
 
-/// Every third texel each way of the bound target lies within `tolerance` of the range of the
-/// shader's values while the place on the screen is wrong by up to a quarter of a pixel each way.
+/// Compares every third texel of the bound target in x and y with the shader. The position on the screen may be wrong
+/// by a quarter of a pixel in x and y, so the texel must lie within `tolerance` of the range of values around it.
 void expectPass(const Shader& shader, double tolerance) {
     Image result{inkWidth, inkHeight, Bytes(std::size_t{inkWidth} * inkHeight * 4)};
     glReadPixels(0, 0, inkWidth, inkHeight, GL_RGBA, GL_UNSIGNED_BYTE, result.rgba.data());
@@ -113,7 +113,7 @@ struct InkShaders : testing::Test {
             host.draw();
         }
     }
-    /// Draws a frame of which each pass reads smooth ink and this flow; compares each with its shader.
+    /// Draws a frame whose passes read smooth ink and smooth or no flow, and compares each pass with its shader.
     void expectPasses(bool isStill) {
         const Image ink = smoothInk(), velocity = velocities(isStill ? 0 : 1);
         Shader shader;
@@ -128,7 +128,7 @@ struct InkShaders : testing::Test {
                 shader = advects ? advection(ink, velocity) : impulse(ink);
             } else if (shader && function == "glDisableVertexAttribArray") {
                 SCOPED_TRACE("pass " + std::to_string(pass++));
-                // Nearer than two of the 255ths that are stored: computed and filtered in 32 bits.
+                // Two steps of 1/255, which is what 32-bit arithmetic and filtering reach.
                 expectPass(shader, 0.008);
                 shader = nullptr;
             }
@@ -186,7 +186,7 @@ TEST_F(InkShaders, OnlyTouchesMoreThanTheMarginFromEveryEdgeDeposit) {
                                        {270, bottom - inside}}) {
                 SCOPED_TRACE(std::string(c.name) + " ending at " + std::to_string(x) + ", " +
                              std::to_string(y));
-                // The margin of a mode holds from the second frame in that mode on.
+                // The margin of a mode applies from the second frame of that mode.
                 play(c.events, 2, x, y);
                 host.arguments.inkGreen = inside ? 0.5f : 0.0f;
                 auto uniforms = host.uniformsOfFrame();

@@ -9,7 +9,7 @@
 
 #include "tests/host/test_host.h"
 
-// What the library keeps: sizes and textures.
+// Sizes and textures that the library keeps.
 
 namespace gltest {
 namespace {
@@ -43,7 +43,7 @@ TEST(Settings, OfAnySizeGiveTargetsThatFit) {
                  {11, 960, "0, 80", "512, 1024"},
                  {960, 11, "80, 0", "1024, 512"},
                  {49163, 12, "4096, 1", "1024, 512"},
-                 // More cells a side than any flow has, or fewer than none: it has no target.
+                 // No flow can have so many cells on a side, or fewer than 0: there is no target.
                  {49164, 12, nullptr, "1024, 512"},
                  {-12, 960, nullptr, "512, 1024"},
                  {960, -12, nullptr, "1024, 512"},
@@ -83,7 +83,7 @@ TEST(Shaders, EachFragmentShaderBeginsWithItsPrecision) {
 
 struct Textures : testing::Test {
     Textures() { host.setUp(false); }
-    /// The result of loading, with the library's calls on record and the pixels unlocked again.
+    /// Loads a bitmap and returns the result. Records the GL calls and expects that the pixels are unlocked again.
     jint load(StandInBitmap loaded, int index) {
         jint result = 0;
         host.recorder.record([&] { result = host.load(loaded, index); });
@@ -119,7 +119,7 @@ TEST_F(Textures, PaddedRowsAreUploadedWithoutTheirPadding) {
     for (int row = 0; row < 3; ++row) {
         tight.insert(tight.end(), pixels.begin() + row * 24, pixels.begin() + row * 24 + 20);
     }
-    // The last row may lack its padding: nothing past its pixels is the bitmap's.
+    // The last row may have no padding: the bitmap's memory ends with its pixels.
     pixels.resize(2 * 24 + 20);
     pixels.shrink_to_fit();
     bitmap.pixels = pixels.data();

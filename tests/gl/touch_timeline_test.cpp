@@ -1,8 +1,10 @@
 #include <gtest/gtest.h>
 
+#include <cmath>
+
 #include "tests/host/test_host.h"
 
-// What each frame of a gesture hands to the ink, seen in the uniforms of its passes.
+// Strokes and settings in each frame of a gesture, read from the uniforms of the ink passes.
 
 namespace gltest {
 namespace {
@@ -19,15 +21,15 @@ std::string glPoint(Point p) {
     return std::to_string(p.x) + ", " + std::to_string(screenHeight - p.y);
 }
 
-/// A stroke as its uniforms show it.
+/// Uniforms of a stroke.
 struct Stroke {
     int mode;
     const char *radius, *density;
 };
 constexpr Stroke slow = {0, "48", "100"}, medium = {1, "25", "150"}, fast = {2, "30", "40"};
 
-/// One gesture on a library of its own, played as it is written down: events, and the frames
-/// between them with what they must show. The line that begins it is named where one fails.
+/// A gesture on a freshly loaded library: events and, between them, frames with the expected strokes and settings. A
+/// failure prints the line on which the gesture starts.
 class Gesture {
 public:
     explicit Gesture(int line = __builtin_LINE()) : trace(__FILE__, line, "gesture") {
@@ -38,7 +40,7 @@ public:
     Gesture(const Gesture&) = delete;
     Gesture& operator=(const Gesture&) = delete;
 
-    // Events, and the pressure of those that follow.
+    // Events, and the pressure of the following events.
     Gesture& down(Point at) { return event(at, Down); }
     Gesture& up(Point at) { return event(at, Up); }
     Gesture& move(Point at) { return event(at, Move); }
@@ -56,7 +58,7 @@ public:
         return *this;
     }
 
-    /// The frames in which the press counter is `first` to `last`, after a movement.
+    /// Draws the frames in which the press counter is `first` to `last`. `delta` is the last movement.
     Gesture& tapFrames(int first, int last, Point at, Point delta = {}) {
         for (int n = first; n <= last; ++n) {
             stroke = n < 10 ? "-1 " + std::to_string(8 * n) + " 200 " +
@@ -66,13 +68,15 @@ public:
         }
         return *this;
     }
+    /// Presses, and draws the frames until the press counter is `last`.
+    Gesture& tap(Point at, int last = 12) { return down(at).tapFrames(0, last, at); }
     Gesture& strokeFrame(const Stroke& expected, Point from, Point to) {
         stroke = std::to_string(expected.mode) + " " + expected.radius + " " + expected.density +
                  " " + glPoint(from) + " " + glPoint(to);
         return frames(1, expected.mode, 0.99f);
     }
     Gesture& sameFrames(int count) { return frames(count, drag, dissipation); }
-    /// Without ink, before and from the time of the fade.
+    /// Draw frames without a stroke, before the fade and during it.
     Gesture& restFrames(int count) {
         stroke.clear();
         return frames(count, drag, dissipation);
@@ -89,7 +93,7 @@ private:
         isShown = action != Cancel;
         return *this;
     }
-    /// Draws a frame, which must advect with what the last one left; returns its uniforms.
+    /// Draws a frame, expects that it advects with the settings of the last frame, and returns its uniforms.
     std::map<std::string, std::string> advectedFrame() {
         auto uniforms = host.uniformsOfFrame();
         EXPECT_EQ(uniforms["advect.center"], glPoint(touch));
@@ -98,7 +102,7 @@ private:
         EXPECT_EQ(std::stof(uniforms["advect.BackwardStepSize"]), step);
         return uniforms;
     }
-    /// Frames that leave what they are told to.
+    /// Draws frames that leave these settings.
     Gesture& frames(int count, int dragLeft, float dissipationLeft, float stepLeft = 1) {
         for (; count > 0; --count) {
             auto uniforms = advectedFrame();
@@ -122,7 +126,7 @@ private:
     float pressure = 1;
     bool isShown = true;
     std::string stroke;
-    // What the last frame, or the settings, have left for the next one's advection.
+    // Settings of the last frame for the advection of the next frame.
     int drag = 0;
     float dissipation = 0.96f, step = 1;
 };
@@ -130,43 +134,56 @@ private:
 constexpr Point start = {200, 300}, close = {205, 300}, further = {210, 300};
 
 TEST(TouchTimeline, ATapLastsThirteenFramesAndFadesAtTheThirtyFifthIdleOne) {
-    Gesture().down(start).tapFrames(0, 12, start).restFrames(33).fadeFrames(3);
-    // a second tap starts again at 1
-    Gesture().down(start).tapFrames(0, 3, start).down(close).tapFrames(1, 12, close);
-    // a lifted finger leaves the tap alone
-    Gesture().down(start).tapFrames(0, 2, start).up(start).tapFrames(3, 12, start).restFrames(2);
+    Gesture().tap(start).restFrames(33).fadeFrames(3);
 }
 
-TEST(TouchTimeline, ADragFromItsFirstMeasuredMoveToItsEnd) {
-    const auto held = [](Gesture&& gesture) -> Gesture& {
-        return gesture.down(start)
-            .move(close)
-            .move(further)
-            .strokeFrame(medium, start, further)
-            .strokeFrame(medium, further, further);
-    };
-    // a short drag ends as a tap, a long one at once
-    held(Gesture()).sameFrames(7).up(further).tapFrames(0, 12, further).restFrames(2);
-    held(Gesture()).sameFrames(8).up(further).tapFrames(20, 20, further).restFrames(2);
-    // cancel in a drag hides the ink until the next event
-    held(Gesture()).cancel(further).restFrames(2).up(further).restFrames(2);
+TEST(TouchTimeline, EachPressDelaysTheFadeAgain) {
+    Gesture().tap(start).restFrames(33).fadeFrames(1).tap(start).restFrames(33).fadeFrames(1);
 }
 
-TEST(TouchTimeline, APressBecomesADragOrEndsWithoutOne) {
-    // a short drag with a last jump
+TEST(TouchTimeline, ASecondTapStartsAgainAtOne) {
+    Gesture().tap(start, 3).down(close).tapFrames(1, 12, close);
+}
+
+TEST(TouchTimeline, AnUpLeavesATapAlone) {
+    Gesture().tap(start, 2).up(start).tapFrames(3, 12, start).restFrames(2);
+}
+
+/// Plays the first two frames of a drag.
+Gesture& dragged(Gesture&& gesture) {
+    return gesture.down(start)
+        .move(close)
+        .move(further)
+        .strokeFrame(medium, start, further)
+        .strokeFrame(medium, further, further);
+}
+
+TEST(TouchTimeline, ADragOfNineFramesEndsAsATap) {
+    dragged(Gesture()).sameFrames(7).up(further).tapFrames(0, 12, further).restFrames(2);
+}
+
+TEST(TouchTimeline, ADragOfTenFramesEndsAtOnce) {
+    dragged(Gesture()).sameFrames(8).up(further).tapFrames(20, 20, further).restFrames(2);
+}
+
+TEST(TouchTimeline, ACancelInADragHidesTheInkUntilTheNextEvent) {
+    dragged(Gesture()).cancel(further).restFrames(2).up(further).restFrames(2);
+}
+
+TEST(TouchTimeline, AShortDragContinuesItsTapFromItsLastPoint) {
     Gesture()
-        .down(start)
-        .tapFrames(0, 2, start)
+        .tap(start, 2)
         .move(close)
         .move(further)
         .strokeFrame(medium, start, further)
         .up({250, 309})
         .tapFrames(3, 12, {250, 309}, {40, 9})
         .restFrames(1);
-    // a held finger that trembles; then any move drags
+}
+
+TEST(TouchTimeline, AnyMoveDragsAFingerThatWasHeld) {
     Gesture()
-        .down(start)
-        .tapFrames(0, 1, start)
+        .tap(start, 1)
         .move({202, 300})
         .tapFrames(2, 14, {202, 300}, {2, 0})
         .move({202, 300})
@@ -176,19 +193,21 @@ TEST(TouchTimeline, APressBecomesADragOrEndsWithoutOne) {
         .up(start)
         .tapFrames(20, 20, start)
         .restFrames(1);
-    // the twelfth frame holds, the eleventh does not
+}
+
+TEST(TouchTimeline, AFingerIsHeldFromTheTwelfthFrameOn) {
     Gesture()
-        .down(start)
-        .tapFrames(0, 10, start)
+        .tap(start, 10)
         .move(start)
         .tapFrames(11, 11, start)
         .move(start)
         .move(start)
         .strokeFrame(slow, start, start);
-    // moves after the press ended are not seen
+}
+
+TEST(TouchTimeline, MovesAfterThePressDoNothing) {
     Gesture()
-        .down(start)
-        .tapFrames(0, 12, start)
+        .tap(start)
         .restFrames(1)
         .move(close)
         .restFrames(1)
@@ -200,28 +219,17 @@ TEST(TouchTimeline, APressBecomesADragOrEndsWithoutOne) {
         .restFrames(2);
 }
 
-TEST(TouchTimeline, CancelAndClearSetAPressBack) {
-    Gesture()
-        .down(start)
-        .tapFrames(0, 4, start)
-        .cancel(start)
-        .restFrames(2)
-        .down(close)
-        .tapFrames(0, 12, close);
-    // clear empties, too
-    Gesture()
-        .down(start)
-        .tapFrames(0, 4, start)
-        .clear()
-        .restFrames(2)
-        .down(start)
-        .tapFrames(0, 3, start);
+TEST(TouchTimeline, ACancelEndsAPress) {
+    Gesture().tap(start, 4).cancel(start).restFrames(2).tap(close);
+}
+
+TEST(TouchTimeline, AClearEndsAPressAndEmptiesTheInk) {
+    Gesture().tap(start, 4).clear().restFrames(2).tap(start, 3);
 }
 
 TEST(TouchTimeline, AnUnknownActionIsMeasuredInADragAndNotInAPress) {
     Gesture()
-        .down(start)
-        .tapFrames(0, 0, start)
+        .tap(start, 0)
         .unknownAction({250, 300})
         .tapFrames(1, 1, {250, 300})
         .move({254, 300})
@@ -234,15 +242,17 @@ TEST(TouchTimeline, SpeedAndPressureOfADrag) {
         float pressure;
         Point to;
         Stroke expected;
-    } moves[] = {{1, {207, 300}, slow},
-                 {0, {205, 302}, {0, "0", "100"}},
-                 {0.5f, {205, 300}, {0, "18", "100"}},
-                 {std::nanf(""), {205, 300}, {0, "0", "100"}},
-                 {-3, {205, 300}, {0, "0", "100"}},
-                 {1, {205, 297}, medium},
-                 {1, {199, 308}, medium},
-                 {1, {216, 300}, fast},
-                 {0, {198, 292}, fast}};
+    } moves[] = {
+        {1, {207, 300}, slow},
+        {0, {205, 302}, {0, "0", "100"}},
+        {0.5f, {205, 300}, {0, "18", "100"}},
+        {0.15f, {205, 300}, {0, "8.900001", "100"}},  // the float 0.2 plus the square, in double
+        {std::nanf(""), {205, 300}, {0, "0", "100"}},
+        {-3, {205, 300}, {0, "0", "100"}},
+        {1, {205, 297}, medium},
+        {1, {199, 308}, medium},
+        {1, {216, 300}, fast},
+        {0, {198, 292}, fast}};
     for (const auto& [pressure, to, expected] : moves) {
         SCOPED_TRACE(std::to_string(to.x) + ", " + std::to_string(to.y));
         Gesture().down(start).move(close).withPressure(pressure).move(to).strokeFrame(expected,
@@ -257,7 +267,7 @@ TEST(TouchTimeline, TheInkTakesTheColourOfTheFrameOfItsStroke) {
     const auto shown = [&host] { return host.uniformsOfFrame()["water.ink_color"]; };
     FrameArguments& a = host.arguments;
     a.inkRed = a.inkGreen = a.inkBlue = 0.95f;
-    EXPECT_EQ(shown(), "0.499, 0.499, 0.499");  // as set at the start
+    EXPECT_EQ(shown(), "0.499, 0.499, 0.499");  // the initial colour
     host.touch(200, 300, Down);
     EXPECT_EQ(shown(), "0.499, 0.499, 0.499");  // 0.95 deposits 1
     a.inkGreen = 0;

@@ -2,11 +2,12 @@
 
 #include <cstdlib>
 
+#include "solver/solver_step.h"
 #include "solver/velocity_packing.h"
 #include "tests/host/test_host.h"
-#include "tests/oracle/plain_kernels.h"
 
-// The velocities that each frame of a gesture uploads, beside those of the plain solver.
+// Compares the velocities that each frame of a gesture uploads with solver steps. The steps use the settings that each
+// frame must leave.
 
 namespace gltest {
 namespace {
@@ -21,8 +22,8 @@ struct Touch {
     TouchCode action;
 };
 
-/// A frame: the events before it, the movement measured on the last of them, and what its touch
-/// step leaves to the next frame's solver step.
+/// A frame: the events before it, the movement measured on the last event, and the settings that its touch step leaves
+/// for the next solver step.
 struct GestureFrame {
     std::vector<Touch> events;
     int deltaX, deltaY;
@@ -30,10 +31,10 @@ struct GestureFrame {
     float sourceRadius, velocityDissipation, sourceStrength, inkRadius;
 };
 
-constexpr float pressure = 0.5f;  // its square and 0.2 are the factor 0.45 of a slow drag
+constexpr float pressure = 0.5f;  // gives the pressure factor 0.2 + 0.25 of a slow drag
 
 const std::vector<GestureFrame> gesture = {
-    {{}, 0, 0, 0, 4, 0.9f, 40, 2},  // at (0, 0), near the edges, the source has shrunk
+    {{}, 0, 0, 0, 4, 0.9f, 40, 2},  // at (0, 0), near the edges, the sink is small
     {{{200, 300, Down}}, 0, 0, -1, 40, 0.98f, 0, 0},
     {{}, 0, 0, -1, 40, 0.98f, 12, 8},
     {{}, 0, 0, -1, 40, 0.98f, 24, 16},
@@ -48,11 +49,11 @@ const std::vector<GestureFrame> gesture = {
     {{{490, 300, Move}}, 130, 20, 2, 4, 0.96f, 20, 30},  // near the edge a fast drag only pushes
     {{{488, 300, Move}}, -2, 0, 0, 20, 0.9f, 45 * 0.45f, 40 * 0.45f},
     {{{488, 300, Move}}, 0, 0, 0, 20, 0.9f, 45 * 0.45f, 40 * 0.45f},
-    {{{460, 300, Move}, {460, 300, Up}}, 0, 0, -1, 40, 0.98f, 0, 48},  // ends as the tap it was
+    {{{460, 300, Move}, {460, 300, Up}}, 0, 0, -1, 40, 0.98f, 0, 48},  // continues as a tap
     {{}, 0, 0, -1, 40, 0.98f, 0, 56},
 };
 
-/// What the library uploads in the frames of the gesture and in one more.
+/// Returns the uploads of the library in the frames of the gesture and in one more frame.
 std::vector<Bytes> uploadsOfLibrary() {
     std::vector<Bytes> uploads;
     TestHost host(screenWidth, screenHeight);
@@ -72,7 +73,7 @@ std::vector<Bytes> uploadsOfLibrary() {
     return uploads;
 }
 
-/// A flow at rest on grids of the screen's size.
+/// Makes a flow at rest on grids of the screen's size.
 void makeStill(velmora::EffectState& state) {
     velmora::applySettings(state, screenWidth, screenHeight, true);
     for (velmora::FloatGrid* const grid : {&state.velocity, &state.velocityScratch, &state.pressure,
@@ -80,11 +81,12 @@ void makeStill(velmora::EffectState& state) {
         velmora::reallocateGrid(*grid, columns, rows, 2);
         velmora::clearGrid(*grid, 2);
     }
+    state.velocityTarget = {0, 0, columns, rows};
     velmora::reallocatePackedVelocity(state.packedVelocity, columns, rows);
 }
 
-/// What they are to be: those of a still flow first, then of each frame's step.
-std::vector<Bytes> uploadsOfPlainSolver() {
+/// Returns the expected uploads: a flow at rest, then the result of each frame's step.
+std::vector<Bytes> uploadsOfSteps() {
     velmora::EffectState state;
     makeStill(state);
     Bytes still;
@@ -102,7 +104,8 @@ std::vector<Bytes> uploadsOfPlainSolver() {
         variables.touchY = touch.y;
         variables.touchDeltaX = frame.deltaX;
         variables.touchDeltaY = frame.deltaY;
-        reference::runSolverStep(state, variables);
+        state.stepSettings = velmora::beginSolverStep(state, variables);
+        velmora::runSolverStep(&state);
         uploads.emplace_back(state.packedVelocity, state.packedVelocity + columns * rows * 4);
         state.dragMode = static_cast<velmora::DragMode>(frame.mode);
         state.sourceRadius = frame.sourceRadius;
@@ -118,11 +121,11 @@ std::vector<Bytes> uploadsOfPlainSolver() {
 
 TEST(Velocity, OfEachFrameIsUploadedOneFrameLater) {
     const std::vector<Bytes> found = uploadsOfLibrary();
-    const std::vector<Bytes> expected = uploadsOfPlainSolver();
+    const std::vector<Bytes> expected = uploadsOfSteps();
     ASSERT_EQ(found.size(), expected.size());
     for (std::size_t frame = 0; frame < found.size(); ++frame) {
         EXPECT_TRUE(found[frame] == expected[frame]) << "frame " << frame;
-        // What passes on a flow that never moves would tell nothing.
+        // The test needs a flow that moves.
         EXPECT_EQ(expected[frame] == expected[0], frame < 4) << "frame " << frame;
     }
     EXPECT_EQ(uploadsOfLibrary(), found) << "the same gesture again";

@@ -6,8 +6,9 @@
 #include <random>
 
 #include "image.h"
+#include "velmora/ink_light.h"
 
-// The picture on the screen, against the water's shaders in double arithmetic.
+// Compares the picture on the screen with the water's shaders in double arithmetic.
 
 namespace gltest {
 namespace {
@@ -27,7 +28,7 @@ Vector normalized(Vector v) {
     return {v[0] / length, v[1] / length, v[2] / length};
 }
 
-/// What the vertex stage hands on, each at its first index of a record that can be interpolated.
+/// Outputs of the vertex shader: the index of each in the array of a vertex.
 enum Varying : std::size_t { Sheen, Background = 2, Normal = 4, Half = 7, Height = 10 };
 using Vertex = std::array<double, 11>;
 
@@ -70,7 +71,7 @@ Vertex vertexStage(const TestHost& host, std::size_t index) {
     return v;
 }
 
-/// The light of a pixel before the ink darkens it.
+/// Returns the colour of a pixel before the ink darkens it.
 Vector light(const TestHost& host, const Vertex& at, double specularLimit) {
     const FrameArguments& a = host.arguments;
     static const Image sheenPicture{pictureSize, pictureSize, smoothPicture(0)};
@@ -93,8 +94,7 @@ Vector light(const TestHost& host, const Vertex& at, double specularLimit) {
     return color;
 }
 
-/// The vertex record at a place in clip space, interpolated in the triangle that holds it; none
-/// outside of the mesh.
+/// Returns the vertex outputs at a point of clip space, interpolated in its triangle; none outside of the mesh.
 std::optional<Vertex> interpolated(const TestHost& host, const std::vector<Vertex>& vertices,
                                    Point p) {
     const auto m = JniEnvironment::elements(host.matrix);
@@ -118,10 +118,10 @@ std::optional<Vertex> interpolated(const TestHost& host, const std::vector<Verte
     return at;
 }
 
-/// Draws a frame over a colour that no water has and compares the picture with the shaders. `ink`
-/// is what the water finds, none without ink; `absorption` what full ink takes from each channel.
-void expectPicture(TestHost& host, const Image* ink = nullptr, double intensity = 0,
-                   Vector absorption = {}) {
+/// Draws a frame over a colour that no water has, and compares the picture with the shaders. `ink` holds the densities
+/// that the water reads; null without ink. `color` is the host's colour of the ink. The expected darkening comes from
+/// velmora/ink_light.h, so this compares the formula in C++ with the shader.
+void expectPicture(TestHost& host, const Image* ink = nullptr, std::array<float, 3> color = {}) {
     glClearColor(0.9f, 0.1f, 0.9f, 1);
     glClear(GL_COLOR_BUFFER_BIT);
     host.recorder.inside = [&](const std::string& function) {
@@ -142,25 +142,26 @@ void expectPicture(TestHost& host, const Image* ink = nullptr, double intensity 
         const int x = pixel % screenWidth, y = pixel / screenWidth;
         const Point at = picture.centre(x, y);
         const auto vertex = interpolated(host, vertices, 2 * at - Point{1, 1});
-        // Between its stripes of ink the rasteriser, which filters in 8 bits, may find any density.
+        // Skip pixels between stripes: the rasteriser filters with 8 bits and may read any density there.
         if (!vertex ||
             (ink && ink->value(at - Point{0.005, 0}, 0) != ink->value(at + Point{0.005, 0}, 0))) {
             continue;
         }
         const Vector expected = light(host, *vertex, ink ? 4.5 : 5.5);
-        const double taken = intensity * (ink ? ink->value(at, 0) : 0);
+        const double density = ink ? ink->value(at, 0) * host.shownInk() : 0;
         for (int c = 0; c < 3; ++c) {
             const auto channel = static_cast<std::size_t>(c);
-            const double left = expected[channel] / (1 + taken * absorption[channel]);
+            const double left =
+                expected[channel] * velmora::lightThroughInk(color[channel], density);
             worst = std::max(worst, std::abs(std::min(left, 1.0) - picture.channel(x, y, c)));
         }
         EXPECT_EQ(picture.channel(x, y, 3), 1.0);
     }
-    // Seen: 3.7, where the rasteriser takes powers in halves.
+    // Measured: 3.7, because the rasteriser approximates pow.
     EXPECT_LT(255 * worst, 5);
 }
 
-/// Waves whose every vertex has heights of its own, so that no two can be mixed up.
+/// Makes waves with different heights at each vertex, so that no two vertices can be confused.
 void makeWaves(const TestHost& host, float size) {
     std::minstd_rand random(3);
     for (float& height : JniEnvironment::elements(host.heights)) {
@@ -168,7 +169,7 @@ void makeWaves(const TestHost& host, float size) {
     }
 }
 
-// Sizes and ratios so that hundreds of pixels lie on either side of each bound of each term.
+// The sizes and ratios put hundreds of pixels on both sides of each limit of the shaders.
 
 TEST(WaterPicture, WavesRefractAndShine) {
     TestHost host(screenWidth, screenHeight);
@@ -189,20 +190,20 @@ TEST(WaterPicture, InkStainsInItsColour) {
     host.setUp();
     host.arguments.specularRatio = 30;
     makeWaves(host, 1);
-    // Upright stripes of the densities that matter: the ends, and some whose low byte shows.
+    // Vertical stripes of the lowest and highest densities, and of some with a visible low byte.
     const Image ink = valueImage(512, 1024, [](Point at) {
         return std::array{
             0.0, 0.25, 0.5, 0.9, 10.6, 64.0, 100.7, 127.0}[static_cast<std::size_t>(at.x * 8)];
     });
-    expectPicture(host, &ink, 0.02, {0.499, 0.499, 0.499});  // white, as set
-    host.arguments.inkRed = 0.9f;
-    host.arguments.inkGreen = 0;
-    host.arguments.inkBlue = 0.3f;
+    expectPicture(host, &ink, {0.95f, 0.95f, 0.95f});  // the initial white
+    const std::array<float, 3> color = {0.9f, 0, 0.3f};
+    host.arguments.inkRed = color[0];
+    host.arguments.inkGreen = color[1];
+    host.arguments.inkBlue = color[2];
     host.touch(60, 90, Down);
-    const Vector absorption = {1.499 / 0.95 - 1, 1.499 / 0.05 - 1, 1.499 / 0.35 - 1};
-    expectPicture(host, &ink, 0.02, absorption);
+    expectPicture(host, &ink, color);
     host.clear();
-    expectPicture(host, &ink, 0);
+    expectPicture(host, &ink, color);
 }
 
 }  // namespace

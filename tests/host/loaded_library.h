@@ -10,15 +10,15 @@
 
 namespace testhost {
 
-/// Whether an address, such as a caller's, lies in the library. Takes neither lock nor memory.
+/// Returns true if an address, such as a caller's, lies in the library. Takes no lock and no memory.
 inline bool isInLibrary(void* address) {
     dl_find_object object{};
     return _dl_find_object(address, &object) == 0 &&
            std::strstr(object.dlfo_link_map->l_name, "libpeluxVelmora");
 }
 
-/// The library as a JVM has it: opened at run time and closed in the end. Nothing of this program
-/// links it, so each test gets one that has just been loaded.
+/// The library, opened at run time and closed at the end, as in a JVM. The program does not link it, so each test gets
+/// a freshly loaded library.
 class LoadedLibrary {
 public:
     LoadedLibrary() : handle(dlopen(VELMORA_LIBRARY, RTLD_NOW | RTLD_LOCAL)) {

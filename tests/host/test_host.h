@@ -20,19 +20,18 @@ namespace testhost {
 
 using hostkit::JniEnvironment;
 
-/// RGBA bytes, rows in the order in which GL takes and gives them.
+/// RGBA bytes with rows in GL's order.
 using Bytes = std::vector<std::uint8_t>;
 
-/// A mesh as the host hands it to a frame: counts of vertices, size in mesh units, column-major
-/// matrix.
+/// A mesh as the host passes it to a frame: numbers of vertices, size in mesh units, column-major matrix.
 struct Mesh {
     int columns, rows, width, height;
     std::array<float, 16> matrix;
 };
 /// Four vertices that cover the screen.
 constexpr Mesh quadMesh = {2, 2, 2, 2, {1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1}};
-/// Sheared, moved and not symmetric, so that a transposed matrix shows; depth stays inside the clip
-/// range.
+/// Sheared, moved and not symmetric, so that a transposed matrix changes the picture. The depth stays in the
+/// clip range.
 constexpr Mesh shearedMesh = {5,
                               4,
                               24,
@@ -41,10 +40,10 @@ constexpr Mesh shearedMesh = {5,
                                0.1f, 0, 0.05f, -0.04f, 0.1f, 1}};
 
 constexpr int pictureSize = 32;
-/// Smooth, so that a small error of a texture coordinate stays a small error of the colour.
+/// Returns a smooth picture: a small error of a texture coordinate gives a small error of the colour.
 Bytes smoothPicture(int phase);
 
-/// What a frame is given beside its arrays.
+/// Arguments of a frame besides its arrays.
 struct FrameArguments {
     int indexCount;
     float refractiveIndex = 1.5f, alpha = 0.5f, alphaRatio1Scale = 0.75f;
@@ -53,24 +52,24 @@ struct FrameArguments {
     bool useSecondBackground = false;
 };
 
-/// A host around a library that has just been loaded, with everything within reach of a test. Made,
-/// it has a context and a flat mesh, and has called nothing yet.
+/// A host around a freshly loaded library. All its parts are public for the tests. The constructor makes a context and
+/// a flat mesh and calls nothing.
 struct TestHost {
     TestHost(int screenWidth, int screenHeight, const Mesh& chosenMesh = shearedMesh);
     ~TestHost();
     TestHost(const TestHost&) = delete;
     TestHost& operator=(const TestHost&) = delete;
 
-    /// Everything that a host does on a new context: settings, buffers, resources, pictures.
+    /// Does the set-up of a host on a new context: settings, buffers, resources, pictures.
     void setUp(bool ink = true);
 
     void newContext();
     void setting(bool ink = true);
     void setting(int screenWidth, int screenHeight, bool ink);
-    /// The calls of each; the objects that they make have names in the lines.
+    /// Return the recorded GL calls, in which the new objects have names.
     std::string initBuffers();
     std::string initGpu();
-    /// A square picture.
+    /// Loads a square picture.
     jint load(const Bytes& rgba, int index);
     jint load(StandInBitmap& bitmap, int index);
 
@@ -78,13 +77,13 @@ struct TestHost {
     void clear();
     jint shownInk();
     void draw(int frames = 1);
-    /// The calls of one frame.
+    /// Draws a frame and returns its GL calls.
     std::string recordedFrame();
-    /// The arguments of the uniforms that a frame sets, by PROGRAM.NAME; of several, the last.
+    /// Draws a frame and returns the last arguments of each uniform, by PROGRAM.NAME.
     std::map<std::string, std::string> uniformsOfFrame();
 
-    /// From now on only the lower left corner of each target is rasterised, so many pixels wide and
-    /// high, which makes frames quick.
+    /// Limits rasterisation to the lower left corner of each target, `side` pixels wide and high. This makes frames
+    /// fast.
     void rasterise(int side);
 
     const fuzz::NativeMethods& native() const { return loaded.methods; }
@@ -92,7 +91,7 @@ struct TestHost {
     int width, height;
     bool inkEnabled = false;
     Mesh mesh;
-    /// Those that setUp loads, by index; none where empty.
+    /// Pictures that setUp loads, by index. Empty ones are not loaded.
     std::array<Bytes, 3> pictures = {smoothPicture(0), smoothPicture(5), smoothPicture(10)};
     FrameArguments arguments{6 * (mesh.columns - 1) * (mesh.rows - 1)};
     LoadedLibrary loaded;
@@ -105,7 +104,7 @@ struct TestHost {
     jshortArray indices;
 };
 
-/// Overwrites the texture bound on a unit: from a hook, just before a draw reads it.
+/// Overwrites the texture bound on a unit. Call it from a hook before a draw.
 void overwrite(unsigned unit, int width, int height, const Bytes& rgba);
 
 }  // namespace testhost

@@ -20,7 +20,7 @@ constexpr char gesture[] =
     "8 move 90 120 0.5\n"
     "9 up 90 120 0.5\n";
 
-/// A scene that has been used and is still alive.
+/// Returns a scene that has been used and not destroyed.
 SceneMemory* useKit() {
     SceneMemory* scene = makeScene();
     for (const std::size_t slot : {std::size_t{1}, std::size_t{7}, orthographic, perspective}) {
@@ -34,7 +34,7 @@ std::vector<std::vector<std::uint8_t>> play(bool withScenes) {
     const hostkit::GestureScript script = hostkit::parseGestureScript(gesture, "gesture");
     hostkit::EffectHost host({.width = script.screenWidth, .height = script.screenHeight});
     std::vector<std::vector<std::uint8_t>> frames;
-    srandom(1);  // The state behind rand as well: every run jitters alike.
+    srandom(1);  // Seeds rand too: every run has the same jitter.
     for (int frame = 0; frame < script.frames; ++frame) {
         SceneMemory* scene = withScenes ? useKit() : nullptr;
         host.frame(hostkit::eventsOfFrame(script, frame));
@@ -49,7 +49,7 @@ std::vector<std::vector<std::uint8_t>> play(bool withScenes) {
 }  // namespace
 
 TEST(Frames, AreTheSameWhileScenesComeAndGo) {
-    play(false);  // Leaves the settings that both runs start from.
+    play(false);  // Sets the state from which both runs start.
     const auto alone = play(false);
     EXPECT_TRUE(alone.front() != alone.back());
     EXPECT_TRUE(play(true) == alone);

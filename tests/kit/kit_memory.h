@@ -12,9 +12,8 @@
 
 #include "kit/oru.h"
 
-// Scene and manager as a kit's binary knows them: by the place of their fields and slots, and by
-// createScene. Nothing here leans on the library's own classes, so that a field or a slot out of
-// place is seen.
+// Scene and manager as a kit's binary knows them: the offsets of their fields, their slots and createScene. This file
+// uses no class of the library, so that a misplaced field or slot fails the tests.
 
 extern "C" void* createScene();
 

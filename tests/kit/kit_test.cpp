@@ -1,6 +1,5 @@
-// A rendering kit in small. As a kit's binary does, it knows the scene, the manager and the
-// animations by the place of their fields and slots alone; by name only createScene and the storage
-// it shares.
+// A small rendering kit. Like a kit's binary, it accesses the scene, the manager and the animations by offset and slot.
+// By name it knows only createScene and the shared storage.
 
 #include <EGL/egl.h>
 #include <dlfcn.h>
@@ -22,11 +21,11 @@
 
 namespace {
 
-std::string trace;  // Everything that calls back into the kit, in order.
+std::string trace;  // Calls into the kit, in order.
 std::optional<timespec> fakeTime;
 unsigned lastSeed = 0;
 
-/// Six slots, and none for a destructor: the library must not look for one.
+/// Six slots, none of them for a destructor: the library must not call one.
 // NOLINTNEXTLINE(cppcoreguidelines-virtual-class-destructor)
 struct Animation final {
     virtual void other1() { trace += "other "; }
@@ -83,9 +82,8 @@ protected:
 
 }  // namespace
 
-// These two stand before the C library's for the whole process: a clock that can be set, and a
-// generator that goes on undisturbed when it is seeded.
-// NOLINTNEXTLINE(readability-inconsistent-declaration-parameter-name)
+// These two functions replace those of the C library in the whole process: a clock that a test can set, and an srand
+// that only stores its seed. NOLINTNEXTLINE(readability-inconsistent-declaration-parameter-name)
 extern "C" __attribute__((visibility("default"))) int clock_gettime(clockid_t clock,
                                                                     timespec* time) noexcept {
     if (fakeTime && clock == CLOCK_REALTIME) {
@@ -107,10 +105,10 @@ TEST_F(Kit, ClockIsTheDistanceToTheStartInSinglePrecisionUnlessPaused) {
         {{10, 700000000}, {12, 200000000}, 1.5f},
         {{10, 200000000}, {12, 700000000}, 2.5f},
         {{12, 0}, {10, 0}, -2.0f},
-        {{1, 0}, {16777218, 999999999}, 16777216.0f},          // 16777218 if summed in double.
-        {{0, 1}, {0, 4}, 3.0f * 1e-9f},                        // Nothing lost in small steps.
-        {{7, 0}, {7 + (std::int64_t{1} << 32) + 3, 0}, 3.0f},  // 32 bits of seconds count.
-        {{0, 0}, {std::int64_t{1} << 31, 0}, -2147483648.0f},  // And they are signed.
+        {{1, 0}, {16777218, 999999999}, 16777216.0f},          // A sum in double would be 16777218.
+        {{0, 1}, {0, 4}, 3.0f * 1e-9f},                        // Small differences stay exact.
+        {{7, 0}, {7 + (std::int64_t{1} << 32) + 3, 0}, 3.0f},  // Seconds wrap at 32 bits.
+        {{0, 0}, {std::int64_t{1} << 31, 0}, -2147483648.0f},  // Seconds are signed.
     };
     for (const auto& [start, current, expected] : cases) {
         oru::Timer::mStartingCnt = start;
@@ -121,7 +119,7 @@ TEST_F(Kit, ClockIsTheDistanceToTheStartInSinglePrecisionUnlessPaused) {
         EXPECT_EQ(oru::Timer::mCurrentCnt.tv_sec, current.tv_sec);
         EXPECT_EQ(oru::Timer::mCurrentCnt.tv_nsec, current.tv_nsec);
     }
-    // Paused, it stands still.
+    // A paused clock does not move.
     oru::Timer::mIsPaused = 0x80;
     oru::Timer::mPausedTime = 42.25f;
     oru::Timer::mCurrentCnt = {3, 4};
@@ -157,11 +155,15 @@ TEST_F(Kit, AnimationsAreCalledInOrder) {
     EXPECT_EQ(traceOf(queryAll), "query0 query-7 ");
     EXPECT_EQ(traceOf(notifyAll), "notify0 notify-7 notify3 ");
     EXPECT_EQ(traceOf(updateAll), "update 1.500000 update 1.500000 update 1.500000 ");
-    busy.meanwhile = [] { oru::IAnimationManager::mNow = 9.0f; };  // Seen by those after it.
+    busy.meanwhile = [] {
+        oru::IAnimationManager::mNow = 9.0f;
+    };  // Later animations get this time.
     EXPECT_EQ(traceOf(updateAll), "update 1.500000 update 1.500000 update 9.000000 ");
     manager->animations = {&idle};
     manager->animations.shrink_to_fit();
-    idle.meanwhile = [&] { manager->animations.push_back(&last); };  // Moves the list being walked.
+    idle.meanwhile = [&] {
+        manager->animations.push_back(&last);
+    };  // Reallocates the list during the loop.
     EXPECT_EQ(traceOf(updateAll), "update 1.500000 update 1.500000 ");
 }
 
@@ -214,7 +216,7 @@ namespace {
 void expectCamera(SceneMemory* scene, std::size_t slot, const std::array<float, 16>& projection) {
     std::fill_n(oru::Drawable::mViewMatrix, 16, 77.0f);
     std::fill_n(oru::Drawable::mProjectionMatrix, 16, 77.0f);
-    oru::Drawable::mIdentityMatrix[9] = 0.25f;  // The kit's identity is taken as it is.
+    oru::Drawable::mIdentityMatrix[9] = 0.25f;  // The library must use the kit's identity matrix.
     callSlot(scene, slot);
     for (std::size_t i = 0; i < 16; ++i) {
         EXPECT_EQ(oru::Drawable::mViewMatrix[i], oru::Drawable::mIdentityMatrix[i]) << i;
@@ -247,7 +249,7 @@ TEST_F(Kit, PerspectiveCameraHasItsFieldOfViewAndPlanes) {
     }
 }
 
-// What the lists own is on the heap: a leak checker tells whether it is released.
+// The content of the lists is on the heap: a leak checker finds what is not released.
 TEST_F(Kit, DestructionDeletesNotifiesAndWarnsInThisOrder) {
     const std::string renderer = "6/nuv.oru/WARNING: Renderer leaked!!!!!!! ";
     const std::string shader = "6/nuv.oru/WARNING: Shader leaked!!!!!!! ";

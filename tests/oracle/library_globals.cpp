@@ -1,6 +1,6 @@
 #include "effect/effect_state.h"
 
-// The library's CPU half stands here without the rest of the library, which defines these.
+// Globals for programs that link only the CPU half of the library.
 
 namespace velmora {
 

@@ -20,14 +20,14 @@ float laplacian(const float* h, int i, int rowLength) {
     return h[i - rowLength] + h[i - 1] + h[i + 1] + h[i + rowLength] - 4.0f * h[i];
 }
 
-/// Whether a velocity of the row leaves the calm band.
+/// Returns true if a velocity of the row leaves the calm band.
 bool isMoving(const float* velocities, int width) {
     return std::any_of(velocities, velocities + width, [](float velocity) {
         return velocity > calmThreshold || velocity < -calmThreshold;
     });
 }
 
-/// The look for calm has a loop of its own: inside the first it would keep that from vectors.
+/// The search for calm has its own loop: inside the first loop it would prevent vectorisation.
 bool updateVelocities(const WaterGrids& grids, const WaterRectangle& area,
                       const WaveSettings& settings) {
     float* const v = grids.velocity;
@@ -59,8 +59,8 @@ void moveHeights(const WaterGrids& grids, const WaterRectangle& area) {
     }
 }
 
-/// In groups of four that read before they write; the rest of a row cell by cell. Four names: an
-/// array would go through memory and be read back before its parts have arrived there.
+/// Smooths in groups of four that read before they write, and the rest of a row cell by cell. Four variables, because
+/// an array would go through memory and stall.
 void smoothHeights(const WaterGrids& grids, const WaterRectangle& area, float weight) {
     float* const h = grids.height;
     const int rowLength = grids.rowLength;
@@ -84,21 +84,21 @@ void smoothHeights(const WaterGrids& grids, const WaterRectangle& area, float we
     }
 }
 
-/// Where the cells of a row are carried from: the lower left one of four, and how far beyond it.
-struct Origins {
+/// Departure points of the cells of a row: the lower left of the four cells around each, and the distance from it.
+struct DeparturePoints {
     int column[maxGridSide], row[maxGridSide];
     float fx[maxGridSide], fy[maxGridSide];
 };
-Origins origins;
+DeparturePoints points;
 
-/// The bilinear mix of the four cells around entry `at`.
+/// Returns the bilinear value at entry `at`.
 Float2 mixed(const FloatGrid& grid, int at) {
-    const int i0 = origins.column[at];
-    const int j0 = origins.row[at];
+    const int i0 = points.column[at];
+    const int j0 = points.row[at];
     const int i1 = std::min(i0 + 1, grid.width - 1);
     const int j1 = std::min(j0 + 1, grid.height - 1);
-    const float fx = origins.fx[at];
-    const float fy = origins.fy[at];
+    const float fx = points.fx[at];
+    const float fy = points.fy[at];
     const float* const g00 = grid.data + (i0 + j0 * grid.width) * 2;
     const float* const g10 = grid.data + (i1 + j0 * grid.width) * 2;
     const float* const g01 = grid.data + (i0 + j1 * grid.width) * 2;
@@ -143,7 +143,7 @@ void sweep(const Jacobi& pass) {
 
 }  // namespace
 
-/// Column by column: a division for each vertex takes three times as long.
+/// Goes column by column: a division for each vertex takes three times as long.
 void writeMeshPositions(float* positions, int vertexCount, const MeshShape& shape) {
     const float stepX = static_cast<float>(shape.width) / static_cast<float>(shape.columns - 1);
     const float stepY = static_cast<float>(shape.height) / static_cast<float>(shape.rows - 1);
@@ -212,7 +212,7 @@ bool stepHeightField(const WaterGrids& grids, const WaterRectangle& rectangle,
 
 namespace {
 
-/// Two loops a row: the processor has more cells in flight in each than in one that does both.
+/// Two loops per row: in each, the processor overlaps more cells than in a single loop.
 template <bool pushes>
 void advectRows(const AdvectVelocity& pass) {
     const FloatGrid source = pass.source;
@@ -238,20 +238,20 @@ void advectRows(const AdvectVelocity& pass) {
             const float y = v * static_cast<float>(source.height - 1);
             const int i0 = static_cast<int>(x);
             const int j0 = static_cast<int>(y);
-            origins.column[i] = i0;
-            origins.row[i] = j0;
-            origins.fx[i] = x - static_cast<float>(i0);
-            origins.fy[i] = y - static_cast<float>(j0);
+            points.column[i] = i0;
+            points.row[i] = j0;
+            points.fx[i] = x - static_cast<float>(i0);
+            points.fy[i] = y - static_cast<float>(j0);
         }
         for (int i = 0; i < source.width; ++i) {
-            Float2 carried = mixed(source, i);
+            Float2 advected = mixed(source, i);
             if (pushes &&
                 squaredDistance(touch, {static_cast<float>(i) * cell.x, row * cell.y}) < 625.0f) {
-                carried.x += push.x;
-                carried.y += push.y;
+                advected.x += push.x;
+                advected.y += push.y;
             }
-            out[2 * i] = dissipation * carried.x;
-            out[2 * i + 1] = dissipation * carried.y;
+            out[2 * i] = dissipation * advected.x;
+            out[2 * i + 1] = dissipation * advected.y;
         }
     }
 }
@@ -266,7 +266,7 @@ void advectVelocityKernel(const AdvectVelocity& pass) {
     }
 }
 
-/// The edge columns by themselves, and the sink in a loop of its own.
+/// Handles the edge columns separately, and the sink in its own loop.
 void computeDivergenceKernel(const ComputeDivergence& pass) {
     const FloatGrid grid = pass.velocity;
     const int width = grid.width;
@@ -298,14 +298,15 @@ void computeDivergenceKernel(const ComputeDivergence& pass) {
     }
 }
 
-void jacobiSweeps(Jacobi& pass, std::int32_t count) {
+void jacobiKernel(Jacobi& pass, std::int32_t count) {
+    std::fill_n(pass.x.data, pass.x.width * pass.x.height, 0.0f);
     for (std::int32_t iteration = 0; iteration < count; ++iteration) {
         sweep(pass);
         std::swap(pass.x, pass.output);
     }
 }
 
-/// The edge columns by themselves: clamped indices would keep the others from vectors.
+/// Handles the edge columns separately: clamped indices would prevent vectorisation.
 void subtractGradientKernel(const SubtractGradient& pass) {
     const int width = pass.output.width;
     const int height = pass.output.height;
@@ -328,7 +329,7 @@ void subtractGradientKernel(const SubtractGradient& pass) {
     }
 }
 
-void runAddVelocity(const AddVelocity& pass) {
+void addVelocityKernel(const AddVelocity& pass) {
     const int width = pass.output.width;
     const int height = pass.output.height;
     const float* const velocity = pass.velocity.data;
@@ -363,7 +364,7 @@ void runAddVelocity(const AddVelocity& pass) {
 void packComponents(std::uint8_t* to, const float* from, std::ptrdiff_t count) {
     constexpr float k = 0.00392157f;
     for (std::ptrdiff_t i = 0; i < count; ++i) {
-        const float t = std::min(std::max(-127.0f, from[i]), 127.0f) + 127.0f;  // NaN: 0
+        const float t = std::min(std::max(-127.0f, from[i]), 127.0f) + 127.0f;  // NaN becomes 0
         const float q = t * k;
         const float ft = t - static_cast<float>(static_cast<int>(t));
         const float fq = q - static_cast<float>(static_cast<int>(q));
@@ -372,137 +373,23 @@ void packComponents(std::uint8_t* to, const float* from, std::ptrdiff_t count) {
     }
 }
 
-namespace {
-
-bool isInside(const EffectState& state, const TouchVariables& touch, int margin) {
-    return margin < touch.touchX && touch.touchX < state.screenWidth - margin &&
-           margin < touch.touchY && touch.touchY < state.screenHeight - margin;
-}
-
-Float2 texelSizeOf(const EffectState& state) {
-    return {1.0f / static_cast<float>(state.velocity.width),
-            1.0f / static_cast<float>(state.velocity.height)};
-}
-
-Float2 cellToScreenOf(const EffectState& state) {
-    return {static_cast<float>(state.screenWidth) / static_cast<float>(state.velocity.width),
-            static_cast<float>(state.screenHeight) / static_cast<float>(state.velocity.height)};
-}
-
-void addStroke(EffectState& state, const TouchVariables& touch) {
-    if (!isInside(state, touch, state.touchMargin)) {
-        return;
+void repeatStep(EffectState& state) {
+    const auto run = [&state](auto& pass, auto kernel) {
+        pass.velocity = state.velocity;
+        pass.output = state.velocityScratch;
+        kernel(pass);
+        std::swap(state.velocity, state.velocityScratch);
+    };
+    if (state.stepSettings.dragMode == FastDrag) {
+        run(state.addVelocityPass, reference::addVelocityKernel);
     }
-    const auto height = static_cast<float>(state.screenHeight);
-    const DragSegment& segment = state.dragSegment;
-    AddVelocity& pass = state.addVelocityPass;
-    pass.output = state.velocityScratch;
-    pass.velocity = state.velocity;
-    pass.cellToScreen = cellToScreenOf(state);
-    pass.previous = {static_cast<float>(segment.fromX), height - static_cast<float>(segment.fromY)};
-    pass.current = {static_cast<float>(segment.toX), height - static_cast<float>(segment.toY)};
-    const float length = std::sqrt(squaredDistance(pass.current, pass.previous));
-    pass.length = length == 0.0f ? 1.0f : length;
-    pass.normal = {(pass.current.x - pass.previous.x) / pass.length,
-                   (pass.current.y - pass.previous.y) / pass.length};
-    pass.radius = state.inkRadius;
-    reference::runAddVelocity(pass);
-    std::swap(state.velocity, state.velocityScratch);
-}
-
-void advect(EffectState& state, const TouchVariables& touch) {
-    AdvectVelocity& pass = state.advectVelocityPass;
-    pass.output = state.velocityScratch;
-    pass.velocity = state.velocity;
-    pass.source = state.velocity;
-    pass.texelSize = texelSizeOf(state);
-    pass.cellToScreen = cellToScreenOf(state);
-    pass.timeStep = state.timeStep;
-    pass.dissipation = state.velocityDissipation;
-    pass.touchPoint = {static_cast<float>(touch.touchX),
-                       static_cast<float>(std::int64_t{state.screenHeight} - touch.touchY)};
-    pass.touchDelta = {static_cast<float>(touch.touchDeltaX),
-                       -static_cast<float>(touch.touchDeltaY)};
-    pass.dragMode = state.dragMode;
-    reference::advectVelocityKernel(pass);
-    std::swap(state.velocity, state.velocityScratch);
-}
-
-/// Returns whether the touch lies far enough from the edges for the projection.
-bool applyMarginRule(EffectState& state, const TouchVariables& touch) {
-    state.touchMargin = 60;
-    if (isInside(state, touch, 60)) {
-        return true;
-    }
-    if (state.dragMode == SlowDrag) {
-        state.touchMargin = 12;
-        state.sourceRadius = 4.0f;
-        state.sourceStrength = 40.0f;
-        return isInside(state, touch, 12);
-    }
-    if (state.dragMode == MediumDrag) {
-        state.touchMargin = 10;
-        if (isInside(state, touch, 10)) {
-            return true;
-        }
-        state.sourceRadius = 2.0f;
-        state.sourceStrength = 2.0f;
-    }
-    return false;
-}
-
-void computeDivergence(EffectState& state, const TouchVariables& touch) {
-    const double u1 = std::rand() * 0x1p-31;
-    const double u2 = std::rand() * 0x1p-31;
-    ComputeDivergence& pass = state.computeDivergencePass;
-    pass.output = state.divergence;
-    pass.velocity = state.velocity;
-    pass.cellToScreen = cellToScreenOf(state);
-    pass.halfInverseCellSize = 0.5f / state.gridScale;
-    pass.sourceStrength = state.sourceStrength;
-    pass.sourceRadius = state.sourceRadius;
-    pass.sourcePoint = {
-        static_cast<float>(touch.touchX + (0.5 - u1) * 10.0),
-        static_cast<float>(static_cast<double>(std::int64_t{state.screenHeight} - touch.touchY) +
-                           (0.5 - u2) * 10.0)};
-    reference::computeDivergenceKernel(pass);
-}
-
-void solvePressure(EffectState& state) {
-    std::fill_n(state.pressure.data, state.pressure.width * state.pressure.height, 0.0f);
-    Jacobi& pass = state.jacobiPass;
-    pass.output = state.pressureScratch;
-    pass.x = state.pressure;
-    pass.b = state.divergence;
-    pass.alpha = -(state.gridScale * state.gridScale);
-    pass.rbeta = 0.25f;
-    reference::jacobiSweeps(pass, state.jacobiIterations);
-    state.pressure = pass.x;
-    state.pressureScratch = pass.output;
-}
-
-void project(EffectState& state) {
-    SubtractGradient& pass = state.subtractGradientPass;
-    pass.output = state.velocityScratch;
-    pass.velocity = state.velocity;
-    pass.pressure = state.pressure;
-    pass.gradientScale = state.gradientScale;
-    reference::subtractGradientKernel(pass);
-    std::swap(state.velocity, state.velocityScratch);
-}
-
-}  // namespace
-
-void runSolverStep(EffectState& state, const TouchVariables& touch) {
-    if (state.dragMode == FastDrag) {
-        addStroke(state, touch);
-    }
-    advect(state, touch);
-    if (applyMarginRule(state, touch)) {
-        computeDivergence(state, touch);
-        solvePressure(state);
-        project(state);
-    }
+    state.advectVelocityPass.source = state.velocity;
+    run(state.advectVelocityPass, reference::advectVelocityKernel);
+    state.computeDivergencePass.velocity = state.velocity;
+    reference::computeDivergenceKernel(state.computeDivergencePass);
+    reference::jacobiKernel(state.jacobiPass, state.jacobiIterations);
+    state.subtractGradientPass.pressure = state.jacobiPass.x;
+    run(state.subtractGradientPass, reference::subtractGradientKernel);
     reference::packComponents(state.packedVelocity, state.velocity.data,
                               std::ptrdiff_t{state.velocity.width} * state.velocity.height * 2);
 }

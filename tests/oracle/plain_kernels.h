@@ -9,11 +9,10 @@
 #include "water/mesh.h"
 #include "water/ripple.h"
 
-/// Every kernel of the library once more, in plain scalar C++, one cell at a time: what its results
-/// are compared with and its speed is measured against. Same names, arguments and results as in
-/// namespace velmora, to the last bit, whatever the library takes: NaN, infinities and any int.
-/// Where two forms of the same passes differ in speed, the faster stands here: no intrinsics, no
-/// fusion of passes, but no trip through memory that careful code would not make.
+/// Every kernel of the library in plain scalar C++, one cell at a time. Tests compare results with it, and the
+/// benchmark compares speed. Names, arguments and results equal those of namespace velmora to the last bit,
+/// also for NaN, infinities and any int. Of several plain forms, this is the fastest without intrinsics and
+/// without fused passes.
 namespace reference {
 
 void writeMeshPositions(float* positions, int vertexCount, const velmora::MeshShape& shape);
@@ -24,14 +23,16 @@ void addRipple(float* grid, const velmora::RippleTouch& touch);
 bool stepHeightField(const velmora::WaterGrids& grids, const velmora::WaterRectangle& rectangle,
                      const velmora::WaveSettings& settings);
 
+void addVelocityKernel(const velmora::AddVelocity& pass);
 void advectVelocityKernel(const velmora::AdvectVelocity& pass);
 void computeDivergenceKernel(const velmora::ComputeDivergence& pass);
-void jacobiSweeps(velmora::Jacobi& pass, std::int32_t count);
+/// Starts from pressure 0.
+void jacobiKernel(velmora::Jacobi& pass, std::int32_t count);
 void subtractGradientKernel(const velmora::SubtractGradient& pass);
-void runAddVelocity(const velmora::AddVelocity& pass);
 void packComponents(std::uint8_t* to, const float* from, std::ptrdiff_t count);
 
-/// The whole step, from the margin rule to the packed bytes, on the state's grids.
-void runSolverStep(velmora::EffectState& state, const velmora::TouchVariables& touch);
+/// Runs the operators of a projected step in order, with the parameters that the library's last step left in the
+/// passes, and packs the result.
+void repeatStep(velmora::EffectState& state);
 
 }  // namespace reference

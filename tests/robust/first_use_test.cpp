@@ -2,7 +2,7 @@
 
 #include "tests/robust/stage.h"
 
-// What only a library that has just been loaded shows.
+// Calls to a freshly loaded library.
 
 namespace robust {
 namespace {
@@ -18,7 +18,7 @@ TEST(FirstUse, AnyCallMayComeBeforeTheSettings) {
     stage.tap(Down);
     EXPECT_EQ(stage.shownInk(), 1);
     stage.setting();
-    stage.draw(3);  // with ink, and without any resource
+    stage.draw(3);  // with ink but without resources
     EXPECT_EQ(stage.load(background, 1), 0);
     stage.draw();
 }
@@ -29,7 +29,7 @@ TEST(FirstUse, AFirstDragIsATapUntilItsFirstMeasuredMove) {
     EXPECT_EQ(stage.uniformsOfFrame()["advect.center"], "0, 1024");
     stage.touch(100, 120, Down);
     stage.draw(2);
-    stage.touch(106, 120, Move);  // makes it a drag, of a class not yet known
+    stage.touch(106, 120, Move);  // starts a drag without a speed class
     for (const char* const expected :
          {"-1 radius 8 from 100, 904", "-1 radius 8 from 106, 904", "1 radius 25 from 106, 904"}) {
         auto uniforms = stage.uniformsOfFrame();

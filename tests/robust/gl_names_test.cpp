@@ -5,15 +5,15 @@
 
 #include "tests/robust/stage.h"
 
-// Every GL name that the library makes, counted: through failures, second set-ups and replaced
-// contexts none is left over, and none is deleted twice.
+// Counts the GL names that the library makes. Failures, repeated set-ups and replaced contexts must leave no name
+// behind and delete none twice.
 
 namespace robust {
 namespace {
 
 using hostkit::GlKind;
 
-/// How many textures, buffers, framebuffers, shaders and programs.
+/// Numbers of textures, buffers, framebuffers, shaders and programs.
 using Counts = std::array<std::size_t, 5>;
 
 Counts alive() {
@@ -23,7 +23,7 @@ Counts alive() {
             names[GlKind::program].size()};
 }
 
-/// From now on the `nth` call of a function fails.
+/// Makes the `nth` call of a function fail.
 void refuse(const std::string& function, int nth) {
     hostkit::glRecorder().refuse = [=, calls = 0](const char* name, int) mutable {
         return name == function && ++calls == nth;
@@ -51,7 +51,8 @@ TEST(GlNames, NoneIsLeftByASetUpThatFailed) {
             Stage::paint();
             stage.initGpu();
             recorder.refuse = nullptr;
-            EXPECT_EQ(Stage::pixel(5), magenta) << "cleared in an ink target's stead";
+            EXPECT_EQ(Stage::pixel(5), magenta)
+                << "the screen was cleared instead of an ink target";
             EXPECT_EQ(alive(), failure.left);
             EXPECT_EQ(recorder.count("glLinkProgram"), failure.links);
             stage.tap(Down);
@@ -107,7 +108,7 @@ TEST(GlNames, AMissingTargetLeavesTheScreenAlone) {
         Stage stage;
         refuse("glGenFramebuffers", nth);
         stage.setUp();
-        // The water covers nothing.
+        // Water of no area.
         std::ranges::fill(JniEnvironment::elements(stage.indices), jshort{0});
         stage.tap(Down);
         for (int frame = 0; frame < 6; ++frame) {
@@ -124,7 +125,7 @@ TEST(GlNames, ThroughAnyOrderOfSetUps) {
     hostkit::GlRecorder& recorder = hostkit::glRecorder();
     recorder.refuse = [&](const char*, int) { return random() % 64 == 0; };
     int contexts = 1;
-    // The quad's buffer outlives its context as a number, and goes at the next set-up.
+    // The name of the quad's buffer survives its context; the next set-up deletes it.
     bool isQuadStale = false;
     for (int call = 0; call < 500; ++call) {
         switch (random() % 8) {
@@ -143,7 +144,7 @@ TEST(GlNames, ThroughAnyOrderOfSetUps) {
                 stage.tap(static_cast<jint>(random() % 3));
                 break;
             case 5:
-                if (random() % 4 == 0) {  // a context, which takes all names with it
+                if (random() % 4 == 0) {  // a lost context takes all its names with it
                     stage.newContext();
                     recorder.alive.clear();
                     stage.initBuffers();

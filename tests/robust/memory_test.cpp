@@ -3,12 +3,12 @@
 #include "tests/robust/refused_memory.h"
 #include "tests/robust/stage.h"
 
-// A library that is refused memory draws the water, and recovers at its next set-up.
+// Without memory, the library draws the water. It recovers at its next set-up.
 
 namespace robust {
 namespace {
 
-/// Sets up and draws while the `first`th allocation fails; returns how many were asked for.
+/// Sets up and draws while allocation number `first` fails. Returns the number of allocations.
 int setUpWithout(Stage& stage, int first, RefusedMemory::Extent extent) {
     const RefusedMemory refused(first, extent);
     stage.setUp();
@@ -27,7 +27,7 @@ TEST(Memory, WhereItLacksTheWaterIsDrawn) {
             SCOPED_TRACE("allocation " + std::to_string(first));
             Stage stage;
             asked = setUpWithout(stage, first, extent);
-            // With memory again, the next set-up brings the flow.
+            // With memory, the next set-up makes the flow.
             stage.initGpu();
             Uploads uploads;
             stage.tap(Cancel);
@@ -68,7 +68,9 @@ TEST(Memory, WhereItLacksForAPictureTheOldOneStays) {
     StandInBitmap padded{{1, 2, 8, ANDROID_BITMAP_FORMAT_RGBA_8888, 0}, pixels.data()};
     {
         const RefusedMemory refused(1, RefusedMemory::Extent::one);
-        EXPECT_LT(stage.load(padded, 1), 0);
+        padded.unlockResult = -1;
+        EXPECT_EQ(stage.load(padded, 1), -3) << "the first failure, not the one of unlockPixels";
+        padded.unlockResult = 0;
     }
     EXPECT_EQ(padded.lockCount, 0);
     EXPECT_EQ(stage.pixelOfFrame(5), background);

@@ -5,8 +5,8 @@
 
 #include "tests/robust/stage.h"
 
-// Strokes that drive the velocity to infinity and to NaN. Every frame is drawn, and with the next
-// tap the flow comes to rest and can be pushed again.
+// Strokes that make velocities infinite or NaN. Every frame must be drawn. After the next tap, the flow must come to
+// rest and react to strokes again.
 
 namespace robust {
 namespace {
@@ -35,7 +35,7 @@ void slowDrag(Flow& flow, float pressure) {
     }
 }
 
-/// Alternates between a point of the screen and one as far off as ints reach.
+/// Alternates between a point of the screen and a point with the largest coordinates.
 void farJumps(Flow& flow) {
     flow.touch(75, 80, Down);
     for (int move = 0; move < 40; ++move) {
@@ -73,7 +73,7 @@ TEST(Numbers, TheFlowRecoversAfterTheInkIsCleared) {
             flow.touch(80, 80, Up);
             flow.stage.draw(frames);
         };
-        // The settings of the last stroke stay until this one; then the largest of floats decays.
+        // This tap replaces the settings of the last stroke; then the largest float decays.
         tapAndDraw(5000);
         EXPECT_LT(flow.uploads.strongest, 1) << "the flow comes to rest";
         tapAndDraw(4);
@@ -91,7 +91,7 @@ TEST(Numbers, AStrongFlowSaturatesAndDecays) {
         flow.touch(80 + move % 2, 80, Move, 200);
         saturated += flow.uploads.strongest == 127;
     }
-    EXPECT_GE(saturated, 37) << "of 40 frames; the first have no flow yet";
+    EXPECT_GE(saturated, 37) << "of 40 frames; the first ones have no flow yet";
     flow.touch(80, 80, Up);
     flow.stage.draw(4);
     EXPECT_EQ(flow.uploads.strongest, 127);

@@ -7,12 +7,12 @@
 #include "fuzz/call_driver.h"
 #include "tests/host/loaded_library.h"
 
-// Random calls from two threads. VELMORA_SEED=N runs one seed alone, VELMORA_SEEDS=N that many.
+// Random calls from two threads. VELMORA_SEED=N runs only that seed, VELMORA_SEEDS=N runs N seeds.
 
 namespace {
 
 void driveSeed(std::uint32_t seed, fuzz::DriveReport& report) {
-    // Printed before it runs: what kills the program leaves its seed as the last line.
+    // Printed before the run, so that after a crash the last line is the seed.
     std::cout << "VELMORA_SEED=" << seed << std::endl;
     std::optional<testhost::LoadedLibrary> library(std::in_place);
     const auto reload = [&library] {

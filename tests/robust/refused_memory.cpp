@@ -22,7 +22,7 @@ namespace {
 
 std::atomic<bool> isCounting = false, refusesAllFromThere = false;
 std::atomic<int> firstRefused = 0, allocationsAsked = 0;
-/// The library's blocks; more than it ever takes.
+/// Blocks that the library holds. There is room for more than it ever takes.
 std::array<std::atomic<void*>, 64> held{};
 
 bool isRefused() {
@@ -33,7 +33,7 @@ bool isRefused() {
     return number == firstRefused || (refusesAllFromThere && number > firstRefused);
 }
 
-/// Puts `next` in the place of `last`.
+/// Replaces `last` by `next`.
 void replaceHeld(void* last, void* next) {
     for (std::atomic<void*>& place : held) {
         if (void* found = last; place.compare_exchange_strong(found, next)) {
@@ -55,7 +55,7 @@ void* allocate(void* caller, Allocation allocation) {
     return block;
 }
 
-/// Whoever calls: the library's last call may be a jump.
+/// Frees a block of any caller: a tail call of the library has no caller of its own.
 void release(void* block) {
     if (block) {
         replaceHeld(block, nullptr);
@@ -89,8 +89,8 @@ long blocksHeld() {
 using robust::allocate, robust::release;
 #define CALLER __builtin_return_address(0)
 
-// The library's imports bind to these before those of the C and C++ libraries. It has no other way
-// to memory, which tools/check-symbols sees to.
+// The library's imports bind to these functions instead of those of the C and C++ libraries. tools/check-symbols checks
+// that it imports no other allocation function.
 #pragma GCC visibility push(default)
 extern "C" {
 

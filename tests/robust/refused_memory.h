@@ -1,12 +1,12 @@
 #pragma once
 
-// This program's definitions of the memory functions that the library imports. The sanitizers have
-// functions of their own: a program with this is built without them.
+// Replaces the memory functions that the library imports. The sanitizers also replace them, so a program with this file
+// is built without sanitizers.
 
 namespace robust {
 
-/// Allocations that the library makes while this exists are counted, and fail from the `first`th
-/// on: one of them, or all that follow too. The 0th alone: none fails.
+/// During its lifetime, counts the library's allocations and lets some fail: number `first` alone, or all from there
+/// on. If `first` is 0 and the extent is one, none fails.
 class RefusedMemory {
 public:
     enum class Extent { one, allFromThere };
@@ -17,7 +17,7 @@ public:
     int asked() const;
 };
 
-/// Blocks that the library has taken and not given back.
+/// Returns the number of blocks that the library has allocated and not freed.
 long blocksHeld();
 
 }  // namespace robust

@@ -15,8 +15,8 @@
 #include "hostkit/effect_host.h"
 #include "hostkit/gesture_script.h"
 
-// Draws frames for hours' worth of gestures and watches what the process holds: resident memory,
-// heap, file descriptors, threads. After the warm-up none may grow.
+// Draws the frames of hours of gestures and measures the process: resident memory, heap, file descriptors and threads.
+// None may grow after the warm-up.
 
 namespace {
 
@@ -39,7 +39,7 @@ long entries(const char* folder) {
 }
 
 Usage currentUsage() {
-    std::this_thread::sleep_for(std::chrono::milliseconds(100));  // the worker ends meanwhile
+    std::this_thread::sleep_for(std::chrono::milliseconds(100));  // time for the worker to end
     long pages = 0, resident = 0;
     std::ifstream("/proc/self/statm") >> pages >> resident;
     const struct mallinfo2 heap = mallinfo2();
@@ -54,7 +54,7 @@ void print(int frame, const Usage& usage) {
     std::fflush(stdout);
 }
 
-/// A finger that taps, drags at every speed, jumps, is cancelled and rests.
+/// A random finger: it taps, drags at all speeds, jumps, is cancelled and rests.
 class RandomFinger {
 public:
     explicit RandomFinger(unsigned seed) : random(seed) {}
@@ -92,8 +92,8 @@ private:
     int left = 0;
 };
 
-/// Pages of stacks and of the rasteriser are touched for the first time long after the warm-up; a
-/// frame that kept one byte would soon exceed this.
+/// Returns true if nothing grew. Some pages of stacks and of the rasteriser are first used long after the warm-up, so a
+/// little growth is allowed. A leak of one byte per frame exceeds it soon.
 bool isFlat(const Usage& start, const Usage& end) {
     constexpr int lateHeap = 16, lateResident = 512;  // kilobytes
     return end.heapKilobytes <= start.heapKilobytes + lateHeap &&
@@ -102,7 +102,7 @@ bool isFlat(const Usage& start, const Usage& end) {
 }
 
 int soak(const Options& options) {
-    // Water of a few cells: it is the number of frames that counts.
+    // Few water cells: the test needs many frames, not a large screen.
     hostkit::EffectHost host(
         {.width = screenWidth, .height = screenHeight, .water = {.shortSideCells = 16}});
     hostkit::GestureScript script;
@@ -113,8 +113,8 @@ int soak(const Options& options) {
     RandomFinger finger(options.seed);
     Usage warm{}, now{};
     for (int frame = 0; frame <= options.frames; ++frame) {
-        // A software rasteriser spends most of a frame in the ink targets: a corner of them will
-        // do. Set for each frame, as a script may replace the context.
+        // Limits rasterisation to a corner, because a software rasteriser spends most of a frame in the ink targets.
+        // Set in each frame, because a script may replace the context.
         glEnable(GL_SCISSOR_TEST);
         glScissor(0, 0, screenWidth, screenHeight);
         const int ofTurn = frame % (script.frames + 600);
@@ -136,7 +136,7 @@ int soak(const Options& options) {
 
 }  // namespace
 
-// Not the player's library for options, which takes longer to compile than all the rest.
+// getopt, because the player's option library compiles slowly.
 int main(int count, char** arguments) {
     constexpr option names[] = {{"frames", required_argument, nullptr, 'f'},
                                 {"warm-up", required_argument, nullptr, 'w'},

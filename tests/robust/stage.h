@@ -12,33 +12,33 @@ namespace robust {
 using namespace testhost;
 
 const Bytes magenta = {255, 0, 255, 255};
-/// The colour of the background, which flat water without ink shows as it is.
+/// Colour of the background, which flat water without ink shows unchanged.
 const Bytes background = {200, 100, 50, 255};
 
-/// A small screen under a mesh of one quad, one colour behind it. The screen has the ink targets'
-/// size, and only the lower left corner of both is rasterised, in whose middle `tap` presses.
+/// A screen with a mesh of one quad and a background of one colour. The screen has the size of the ink targets. Only
+/// the lower left corner of both is rasterised; `tap` touches its middle.
 struct Stage : TestHost {
     explicit Stage(int screenWidth = 512, int screenHeight = 1024)
         : TestHost(screenWidth, screenHeight, quadMesh) {
         pictures = {Bytes(), background, Bytes()};
         rasterise(160);
     }
-    /// A tap's blot, 70 pixels from the left and the lower edge.
+    /// Sends a touch 70 pixels from the left and the lower edge.
     void tap(jint action) { touch(70, height - 70, action); }
-    /// Paints the screen magenta: what is not drawn from now on stays so.
+    /// Paints the screen magenta. Pixels that are not drawn later stay magenta.
     static void paint() {
         glBindFramebuffer(GL_FRAMEBUFFER, 0);
         glClearColor(1, 0, 1, 1);
         glClear(GL_COLOR_BUFFER_BIT);
     }
-    /// The screen's pixel as far from the left as from the lower edge.
+    /// Returns the pixel at (place, place), from the lower left.
     static Bytes pixel(int place) {
         glBindFramebuffer(GL_FRAMEBUFFER, 0);
         Bytes pixel(4);
         glReadPixels(place, place, 1, 1, GL_RGBA, GL_UNSIGNED_BYTE, pixel.data());
         return pixel;
     }
-    /// That of the next frame, on a painted screen.
+    /// Paints the screen, draws a frame and returns a pixel.
     Bytes pixelOfFrame(int place) {
         paint();
         draw();
@@ -46,7 +46,7 @@ struct Stage : TestHost {
     }
 };
 
-/// The velocities of the last upload.
+/// Velocities of the last upload.
 struct Uploads {
     Uploads() {
         hostkit::glRecorder().textureUpload = [this](int, int, auto bytes) {
@@ -57,7 +57,7 @@ struct Uploads {
         };
     }
     bool isStill() const { return strongest == 0; }
-    /// The largest component, at most 127.
+    /// Largest component, at most 127.
     double strongest = 0;
 };
 

@@ -8,16 +8,15 @@
 
 #include "tests/robust/stage.h"
 
-// A touch thread beside the render thread: a frame sees each event wholly or not at all.
+// A touch thread beside the render thread: a frame must see an event completely or not at all.
 
 namespace robust {
 namespace {
 
-/// As many touches at most come in a frame's time, so that each frame has some beside it.
+/// Maximum number of touches per frame, so that touches come during all frames.
 constexpr int eventsPerFrame = 10;
 
-/// Calls `act` with 0 to `count` - 1 on a thread of its own, while this one calls `frame`; returns
-/// the number of frames.
+/// Calls `act` with 0 to `count` - 1 on another thread while this thread calls `frame`. Returns the number of frames.
 template <class Act, class Frame>
 int beside(int count, Act act, Frame frame) {
     std::atomic<bool> isDone = false;
@@ -38,8 +37,8 @@ int beside(int count, Act act, Frame frame) {
     return frames;
 }
 
-/// Events whose fields belong together: both coordinates are the number of a place, and so is the
-/// pressure. A radius, a point and a start of a stroke that do not agree come from two events.
+/// Events with matching fields: both coordinates and the pressure follow from one number, the place. If radius and
+/// points of a stroke do not match, the frame has mixed two events.
 constexpr int side = 720, firstPlace = 90, places = 499;
 
 float pressureAt(int place) {
@@ -57,8 +56,8 @@ TEST(TouchThread, AFrameSeesAnEventWhollyOrNotAtAll) {
         stage.touch(place, place, action, pressureAt(place));
     };
     touch(firstPlace, Down);
-    touch(firstPlace + 2, Move);  // drags
-    touch(firstPlace + 3, Move);  // is measured
+    touch(firstPlace + 2, Move);  // starts a drag
+    touch(firstPlace + 3, Move);  // measures its speed
     std::string last = pointAt(firstPlace);
     std::set<std::string> seen;
     const auto nextEvent = [&touch](int event) {  // one pixel on: a slow drag
@@ -69,9 +68,9 @@ TEST(TouchThread, AFrameSeesAnEventWhollyOrNotAtAll) {
         const std::string current = uniforms["impulse.current"];
         const int place = std::stoi(current);
         EXPECT_EQ(hostkit::glRecorder().count("glDrawArrays"), 4 + 1) << "one stroke a frame";
-        EXPECT_EQ(current, pointAt(place)) << "two events";
+        EXPECT_EQ(current, pointAt(place)) << "mixed from two events";
         EXPECT_EQ(uniforms["impulse.previous"], last) << "a stroke starts where the last one ended";
-        // The jump back to the first place is a fast drag, which has a radius of its own.
+        // The jump back to the first place is a fast drag with a fixed radius.
         const float radius = std::stof(uniforms["impulse.Radius"]);
         const float ofPressure = 40 * (0.2f + pressureAt(place) * pressureAt(place));
         EXPECT_TRUE(radius == 30 || std::abs(radius - ofPressure) < 0.01f) << radius << current;
@@ -93,7 +92,7 @@ TEST(TouchThread, ClearingAndAskingFromAnotherThread) {
         } else {
             stage.touch(100 + call % 40, 100 + call % 30, call % 7 == 0 ? Down : Move);
         }
-        EXPECT_EQ(stage.shownInk(), call % 3 == 0 ? 0 : 1) << "no other thread touches or clears";
+        EXPECT_EQ(stage.shownInk(), call % 3 == 0 ? 0 : 1) << "only this thread touches and clears";
     };
     EXPECT_GT(beside(3000, clearOrTouch, [&stage] { stage.draw(); }), 100);
     stage.clear();

@@ -23,9 +23,9 @@ Function* next(const char* name) {
 
 std::mutex lock;
 std::condition_variable changed;
-bool held = false, released = false;  // guarded by lock
+bool held = false, released = false;  // guarded by `lock`
 
-// Of a worker.
+// State of a worker.
 thread_local int jittersLeft = 0;
 thread_local Moment heldAt = Moment::none;
 
@@ -83,7 +83,7 @@ void release() {
 
 using namespace robust;
 
-// The library's imports bind to these before those of the C library or of a sanitizer.
+// The library's imports bind to these functions instead of those of the C library or of a sanitizer.
 #pragma GCC visibility push(default)
 extern "C" {
 
@@ -95,7 +95,7 @@ int pthread_create(pthread_t* thread, const pthread_attr_t* attributes, void* (*
     }
     if (threadsToRefuse > 0) {
         --threadsToRefuse;
-        *thread = static_cast<pthread_t>(-1);  // what a failed call leaves here is no thread
+        *thread = static_cast<pthread_t>(-1);  // an invalid handle, as a failed call may leave
         return EAGAIN;
     }
     ++threadsStarted;

@@ -3,18 +3,17 @@
 #include <atomic>
 #include <functional>
 
-// This program's definitions of the thread functions that the library imports: a test may hold the
-// solver worker at a chosen moment or refuse the library a thread. Calls of anyone else go through untouched.
+// Replaces the thread functions that the library imports. A test can hold the solver worker at a chosen moment, or let
+// the creation of a thread fail. Calls from other code are forwarded unchanged.
 
 namespace robust {
 
-/// The moments of a solver step: before it, twice in the middle, and when its work is done but the
-/// thread not yet ended.
+/// Moments of a solver step: its start, two in the middle, and its end, before the thread ends.
 enum class Moment { none, start, firstJitter, secondJitter, end };
 
-/// The next worker stops at this moment until it is joined or released.
+/// Moment at which the next worker stops until it is joined or released.
 extern std::atomic<Moment> nextHold;
-/// Waits until the worker has come to that moment.
+/// Waits until the worker has reached that moment.
 void waitUntilHeld();
 bool isHeld();
 void release();
@@ -22,10 +21,10 @@ void release();
 /// Runs once, while the library waits for its next worker.
 extern std::function<void()> whileJoining;
 
-/// As many of the library's next thread creations fail, for want of resources.
+/// Number of the library's next thread creations that fail for lack of resources.
 extern std::atomic<int> threadsToRefuse;
 
-/// Threads that the library has started and waited for since the program began.
+/// Numbers of threads that the library has started and joined since the program started.
 extern std::atomic<int> threadsStarted, threadsJoined;
 
 }  // namespace robust

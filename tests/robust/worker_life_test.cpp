@@ -6,7 +6,7 @@
 #include "tests/robust/stage.h"
 #include "tests/robust/worker_interposer.h"
 
-// The solver worker against everything that a host does meanwhile, and the lack of threads.
+// The solver worker during all calls of a host, and without threads.
 
 namespace robust {
 namespace {
@@ -14,7 +14,7 @@ namespace {
 constexpr Moment moments[] = {Moment::start, Moment::firstJitter, Moment::secondJitter,
                               Moment::end};
 
-/// A stage whose next frame's worker stops at a moment, that frame drawn.
+/// A stage that has drawn a frame whose worker has stopped at a moment.
 struct HeldStep {
     explicit HeldStep(Moment moment) {
         stage.setUp();
@@ -77,8 +77,8 @@ TEST(Worker, HoldsUpNoTouchAndNoPicture) {
     EXPECT_EQ(threadsStarted, threadsJoined);
 }
 
-/// The calls of three frames with all that they upload, where an act comes just before the first or
-/// while that one waits for its worker.
+/// Returns the calls and uploads of three frames. `act` runs just before the first frame, or while that frame waits for
+/// its worker.
 std::string framesAround(bool isBefore, const std::function<void(Stage&)>& act) {
     Stage stage;
     stage.setUp();
@@ -109,7 +109,7 @@ TEST(Worker, WhatComesWhileAFrameWaitsReachesThatFrameAndItsWorker) {
     }
 }
 
-// What a host takes for the sign that the solver's step is done.
+// Hosts may take this call as the sign that the solver step is done.
 TEST(Worker, IsJoinedWhenAFrameBindsItsFirstTexture) {
     Stage stage;
     stage.setUp();
@@ -142,7 +142,7 @@ TEST(Worker, ThreadsThatCannotBeHadAreDoneWithout) {
     stage.tap(Down);
     stage.draw(4);
     EXPECT_FALSE(uploads.isStill());
-    // Between two that could be had, and then what waits for the last one.
+    // A failure between two successes, then calls that wait for the last worker.
     threadsToRefuse = 1;
     stage.draw();
     stage.initGpu();

@@ -1,7 +1,8 @@
 precision mediump float;
 // Semi-Lagrangian advection of the ink: each texel takes the ink found upstream, with decay. Values are split
 // over two 8-bit channels as 255 * high + low; velocities have an offset of 127.
-// All of it is highp: in 16 bits a coordinate is off by up to half a texel, a density by a 16th, a hundred times.
+// Everything is highp: with 16 bits a coordinate is wrong by up to half a texel and a density by up to 1/16, and the
+// errors of a hundred passes add up.
 
 uniform highp sampler2D VelocityTexture;
 uniform highp sampler2D SourceTexture;

@@ -1,28 +1,9 @@
 precision mediump float;
-// A lit sheen that grows with the height of the water, over the refracted background.
+// Water without ink.
 
-uniform sampler2D sWaterTexture;
-uniform sampler2D sBGTexture;
-uniform float alphaRatio1;
-uniform float fresnelRatio;
-uniform float specularRatio;
-uniform float exponent;
 uniform float viewportHeight;
-varying vec2 vWaterTextureCoord;
-varying vec2 vBGTexture1Coord;
-varying vec3 vNormal;
-varying vec3 vHalfVec;
-varying float vHeights;
+#include "waterSurface.glsl"
 
 void main() {
-    vec4 waterColor = texture2D(sWaterTexture, vWaterTextureCoord);
-    vec4 bgColor = texture2D(sBGTexture, vBGTexture1Coord);
-    float NdotHV = max(dot(vNormal, vHalfVec), 0.0);
-    float t = clamp(abs(vHeights), 0.0, 1.13);
-    float specular = clamp(specularRatio * pow(NdotHV, exponent), 1.0, 5.5);
-    float NdotL = max(dot(vNormal, vec3(5.0, -5.0, 1.0)), 0.0);
-    vec3 rippleRGB = t * specular * waterColor.rgb *
-                         (alphaRatio1 + fresnelRatio * clamp(NdotL - 0.99, 0.0, 0.3)) +
-                     bgColor.rgb;
-    gl_FragColor = vec4(rippleRGB, 1.0);
+    gl_FragColor = vec4(waterSurface(5.5), 1.0);
 }

@@ -1,35 +1,15 @@
 precision mediump float;
-// As water.frag, with a lower limit of the specular term, and divided by what the ink takes from each colour channel.
-// The density is split over two 8-bit channels as 255 * high + low.
+// Water darkened by ink. velmora/ink_light.h has the same formula in C++. The density is split over two 8-bit channels
+// as 255 * high + low.
 
-uniform sampler2D sWaterTexture;
-uniform sampler2D sBGTexture;
 uniform sampler2D Density;
-uniform float alphaRatio1;
-uniform float fresnelRatio;
-uniform float specularRatio;
-uniform float exponent;
 uniform vec2 Scale;
 uniform float intensity;
 uniform vec3 ink_color;
-varying vec2 vWaterTextureCoord;
-varying vec2 vBGTexture1Coord;
-varying vec3 vNormal;
-varying vec3 vHalfVec;
-varying float vHeights;
+#include "waterSurface.glsl"
 
 void main() {
-    vec4 waterColor = texture2D(sWaterTexture, vWaterTextureCoord);
-    vec4 bgColor = texture2D(sBGTexture, vBGTexture1Coord);
-    float NdotHV = max(dot(vNormal, vHalfVec), 0.0);
-    float t = clamp(abs(vHeights), 0.0, 1.13);
-    float specular = clamp(specularRatio * pow(NdotHV, exponent), 1.0, 4.5);
-    float NdotL = max(dot(vNormal, vec3(5.0, -5.0, 1.0)), 0.0);
-    vec3 rippleRGB = t * specular * waterColor.rgb *
-                         (alphaRatio1 + fresnelRatio * clamp(NdotL - 0.99, 0.0, 0.3)) +
-                     bgColor.rgb;
-
     vec4 density = texture2D(Density, gl_FragCoord.xy * Scale);
     float w = intensity * (255.0 * density.r + density.g);
-    gl_FragColor = vec4(rippleRGB / (1.0 + w * ink_color), 1.0);
+    gl_FragColor = vec4(waterSurface(4.5) / (1.0 + w * ink_color), 1.0);
 }

@@ -1,23 +1,24 @@
 #pragma once
 
+#include <cstddef>
+
 #include "simd/float4.h"
 #include "solver/float_grid.h"
 
-// The layout in which pressure is relaxed. The interior of every row is cut into four strips of
-// equal length, one for each lane, and stored group by group:
+// The layout in which the pressure is relaxed. The interior of each row is cut into four quarters of equal length, one
+// per lane, and stored group by group:
 //
 //   a row of 13 cells     0 | a  b  c | d  e  f | g  h  i | j  k | 0
-//   in strips of 3        a d g j   b e h k   c f i +
+//   transposed            a d g j   b e h k   c f i +
 //
-// So the left and right neighbours of a group of four are the groups before and after it, whole
-// vectors where they lie. Only at the ends of a row a lane takes its neighbour from the lane beside
-// it: left of a d g j lies 0 c f i, right of c f i + lies d g j 0. The zeros are the border; the
-// last strip is filled up with +0, which thus stands for the border as well.
+// So the left and right neighbours of a group of four are whole groups: the one before it and the one after it. Only at
+// the ends of a row does a lane take its neighbour from the next lane: left of a d g j is 0 c f i, right of c f i + is
+// d g j 0. The zeros are the border. The last quarter is padded with +, which is 0 as well.
 
 namespace velmora {
 
-struct StripLayout {
-    explicit StripLayout(const FloatGrid& grid)
+struct TransposedLayout {
+    explicit TransposedLayout(const FloatGrid& grid)
         : width(grid.width),
           rows(std::ptrdiff_t{grid.height} - 2),
           groups((std::ptrdiff_t{grid.width} + 1) / 4) {}
@@ -25,7 +26,7 @@ struct StripLayout {
     std::ptrdiff_t rowLength() const { return 4 * groups; }
     std::ptrdiff_t cells() const { return rows * rowLength(); }
 
-    /// At most three cells, so all in the last strip.
+    /// Sets the padding of a row to 0: at most three cells, all in the last quarter.
     void clearPadding(float* row) const {
         for (std::ptrdiff_t i = width - 2; i < rowLength(); ++i) {
             row[4 * (i - 3 * groups) + 3] = 0.0f;
@@ -34,15 +35,15 @@ struct StripLayout {
 
     std::ptrdiff_t width;   // of the grid
     std::ptrdiff_t rows;    // of its interior
-    std::ptrdiff_t groups;  // in a row, at least 4
+    std::ptrdiff_t groups;  // per row, at least 4
 };
 
-/// Brings `factor` times the grid's interior into strips.
-inline void toStrips(const StripLayout& layout, const FloatGrid& grid, float factor,
-                     float* strips) {
+/// Writes `factor` times the grid's interior in transposed layout.
+inline void transposeGrid(const TransposedLayout& layout, const FloatGrid& grid, float factor,
+                          float* transposed) {
     const std::ptrdiff_t length = layout.groups;
     const float* from = grid.data + layout.width + 1;
-    float* to = strips;
+    float* to = transposed;
     for (std::ptrdiff_t row = 0; row < layout.rows; ++row) {
         forBlocksOfFour(length, [=](std::ptrdiff_t g) {
             Float4 a = load<Float4>(from + g) * Float4(factor);
@@ -61,11 +62,12 @@ inline void toStrips(const StripLayout& layout, const FloatGrid& grid, float fac
     }
 }
 
-/// Brings strips back into the grid's interior. Padding falls on the border behind a row, and on a
-/// cell before the next, which comes after it.
-inline void fromStrips(const StripLayout& layout, const float* strips, const FloatGrid& grid) {
+/// Writes the grid's interior from transposed layout. The padding of a row overwrites the border behind the row and may
+/// overwrite a cell of the next row, which is written after it.
+inline void restoreGrid(const TransposedLayout& layout, const float* transposed,
+                        const FloatGrid& grid) {
     const std::ptrdiff_t length = layout.groups;
-    const float* from = strips;
+    const float* from = transposed;
     float* to = grid.data + layout.width + 1;
     for (std::ptrdiff_t row = 0; row < layout.rows; ++row) {
         forBlocksOfFour(length, [=](std::ptrdiff_t g) {

@@ -1,0 +1,53 @@
+// SPDX-License-Identifier: MIT
+// Copyright (c) 2026 the Velmora authors
+#pragma once
+
+/// @file
+/// The light that ink lets through.
+
+// How ink darkens light: the formula of the water's fragment shader (src/gpu/shaders/waterInk.frag) in C++, for the
+// library and for hosts that choose an ink colour. Colour channels are factors in [0, 1].
+
+namespace velmora {
+
+/// Highest density of ink.
+constexpr float maxInkDensity = 127.0f;
+
+/// Darkening by ink of density 1, in every ink frame.
+constexpr float frameInkIntensity = 0.02f;
+
+/// Offset that every ink frame subtracts from inkTransparency.
+constexpr float frameInkColorOffset = 0.001f;
+
+/// Offset that the library adds to each channel of the host's ink colour, so that no channel is black.
+constexpr double inkLightening = 0.05;
+
+/// Channel of an ink colour that would absorb no light.
+constexpr double inkTransparency = 1.5;
+
+/// Returns the channel of the ink for a channel of the host's ink colour.
+/// @param hostChannel channel of the colour that the host passes to onDrawFrame, 0 to 1
+/// @return the channel, 0.05 to 1.05
+constexpr float inkChannel(float hostChannel) {
+    return static_cast<float>(static_cast<double>(hostChannel) + inkLightening);
+}
+
+/// Returns the absorption of a colour channel by ink. Bright channels of the ink absorb little.
+/// @param channel channel of the ink as returned by inkChannel
+/// @param colorOffset offset that the ink frame subtracts from inkTransparency
+/// @return the absorption, at least 0.4
+constexpr float inkAbsorption(float channel, float colorOffset = frameInkColorOffset) {
+    const double transparency = inkTransparency - static_cast<double>(colorOffset);
+    return static_cast<float>(transparency / static_cast<double>(channel) - 1.0);
+}
+
+/// Returns the factor by which ink darkens a colour channel of the background.
+/// @param hostChannel the same channel of the ink colour that the host passes to onDrawFrame, 0 to 1
+/// @param density density of the ink, 0 to maxInkDensity
+/// @return the factor, in (0, 1]
+constexpr double lightThroughInk(float hostChannel, double density) {
+    const auto absorption = static_cast<double>(inkAbsorption(inkChannel(hostChannel)));
+    return 1.0 / (1.0 + static_cast<double>(frameInkIntensity) * density * absorption);
+}
+
+}  // namespace velmora
