@@ -11,7 +11,7 @@
 
 #include "fuzz/byte_source.h"
 #include "hostkit/gl_context.h"
-#include "hostkit/jni_environment.h"
+#include "hostkit/instruments/checked_jni.h"
 
 namespace fuzz {
 
@@ -123,7 +123,7 @@ protected:
         check(jni.pinned() == 0, "an array is still pinned after " + call);
     }
 
-    hostkit::JniEnvironment jni{{.guardElements = 64}};
+    hostkit::CheckedJni jni{{.guardElements = 64}};
 
 private:
     std::vector<Grid> grids;

@@ -45,7 +45,7 @@ Overloaded(Cases...) -> Overloaded<Cases...>;
 
 EffectHost::EffectHost(EffectHostOptions chosen)
     : options(std::move(chosen)),
-      environment(options.jni),
+      environment(options.jni ? *options.jni : ownEnvironment),
       mvpMatrix(environment.newFloatArray(16)) {
     if (options.sheen.empty()) {
         options.sheen = makeSheen();

@@ -50,7 +50,8 @@ struct EffectHostOptions {
     Picture secondBackground = {};
     Look look = {};
     WaterSettings water = {};
-    JniOptions jni = {};
+    /// The caller's environment, which outlives the host. Null: one of the host's own.
+    JniEnvironment* jni = nullptr;
     /// Set by a host with a window: destroys the window's GL context with everything in it and
     /// makes a new one, current; one must be current when the host is made. Empty: an off-screen
     /// context of the host's own.
@@ -105,7 +106,8 @@ private:
     void strikeWater(const Touch& touch);
 
     EffectHostOptions options;
-    JniEnvironment environment;
+    JniEnvironment ownEnvironment;
+    JniEnvironment& environment;
     /// Absent where the window has the context.
     std::optional<GlContext> context;
     bool contextReady = false;

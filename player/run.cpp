@@ -7,7 +7,7 @@
 #include <utility>
 
 #include "hostkit/effect_host.h"
-#include "hostkit/effect_probe.h"
+#include "hostkit/instruments/effect_probe.h"
 #include "player/failure.h"
 #include "player/film.h"
 #include "player/film_screen.h"

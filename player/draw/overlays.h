@@ -1,6 +1,6 @@
 #pragma once
 
-#include "hostkit/effect_probe.h"
+#include "hostkit/instruments/effect_probe.h"
 #include "player/draw/canvas.h"
 #include "player/size.h"
 

@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "hostkit/effect_host.h"
-#include "hostkit/effect_probe.h"
+#include "hostkit/instruments/effect_probe.h"
 #include "player/picture.h"
 #include "player/rain.h"
 #include "player/settings.h"

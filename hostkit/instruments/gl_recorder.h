@@ -12,7 +12,7 @@
 #include <utility>
 #include <vector>
 
-/// A program that links hostkit and names the recorder defines the GL functions that the library
+/// A program that links velmora-instruments and names the recorder defines the GL functions that the library
 /// imports; each call goes through the recorder and on to the real function. Without recording or
 /// hooks nothing is kept.
 namespace hostkit {

@@ -1,10 +1,10 @@
-#include "hostkit/effect_probe.h"
+#include "hostkit/instruments/effect_probe.h"
 
 #include <GLES2/gl2.h>
 
 #include <string_view>
 
-#include "hostkit/gl_recorder.h"
+#include "hostkit/instruments/gl_recorder.h"
 #include "velmora/solver_grid.h"
 
 namespace hostkit {
@@ -12,6 +12,9 @@ namespace hostkit {
 namespace {
 
 using velmora::pixelsPerCell;
+
+/// The ink's texture unit in the draw of the water mesh, the only draw by elements.
+constexpr GLenum inkUnit = GL_TEXTURE2;
 
 GLuint textureOfUnit(GLenum unit) {
     GLint active = 0;
@@ -66,19 +69,17 @@ void EffectProbe::seeCall(const char* function) {
     }
     const std::string_view name = function;
     setOnce(lastMoments.begin);
-    if (hasInk && name == "glBindTexture") {
-        setOnce(lastMoments.solverDone);  // the first texture is the one for the velocities
-    }
     if (name.starts_with("glDraw")) {
         setOnce(lastMoments.firstDraw);
     }
     if (hasInk && name == "glDrawElements") {
-        ink = textureOfUnit(GL_TEXTURE2);  // the water is drawn over the picture with it
+        ink = textureOfUnit(inkUnit);
     }
 }
 
 void EffectProbe::seeUpload(int width, int height, std::span<const std::uint8_t> bytes) {
     if (drawing && width == screenWidth / pixelsPerCell && height == screenHeight / pixelsPerCell) {
+        setOnce(lastMoments.solverDone);
         addBytes(digest, std::as_bytes(bytes));
         field.columns = width;
         field.rows = height;

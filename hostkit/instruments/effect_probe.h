@@ -17,17 +17,19 @@ struct VelocityField {
     std::vector<std::uint8_t> bytes;
 };
 
-/// When a frame came to each of its parts; those that it has not are missing.
+/// Start times of a frame's parts; empty for a part that the frame does not have.
 struct FrameMoments {
     using Moment = std::optional<std::chrono::steady_clock::time_point>;
     /// The library's first GL call: the host's own step is done.
     Moment begin;
-    /// The solver step of the frame before has been waited for; only with ink.
+    /// The upload of the velocities, directly after the wait for the previous frame's solver step; only with ink.
     Moment solverDone;
     Moment firstDraw;
 };
 
-/// Sees at the library's GL calls what it draws with. One at a time: it takes the GL recorder.
+/// Reads the library's velocities, ink and times off its GL calls. It relies on two facts: the velocities are the only
+/// upload of a frame with the size of their grid, and the ink is on one known texture unit while the water mesh is
+/// drawn. One at a time: it takes the GL recorder.
 class EffectProbe {
 public:
     EffectProbe();

@@ -1,4 +1,4 @@
-#include "hostkit/gl_recorder.h"
+#include "hostkit/instruments/gl_recorder.h"
 
 #include <dlfcn.h>
 

@@ -1,11 +1,11 @@
-#include "hostkit/jni_environment.h"
+#include "hostkit/instruments/checked_jni.h"
 
 #include <gtest/gtest.h>
 
 namespace hostkit {
 namespace {
 
-TEST(JniEnvironment, ReleaseModesDecideWhatOfACopyComesBack) {
+TEST(CheckedJni, ReleaseModesDecideWhatOfACopyComesBack) {
     constexpr struct {
         ArrayAccess access;
         jint mode;
@@ -17,7 +17,7 @@ TEST(JniEnvironment, ReleaseModesDecideWhatOfACopyComesBack) {
                  {ArrayAccess::copy, JNI_ABORT, 0.0f, 0},
                  {ArrayAccess::copy, JNI_COMMIT, 5.0f, 1}};
     for (const auto& tried : cases) {
-        JniEnvironment jni({tried.access, 4});
+        CheckedJni jni({tried.access, 4});
         const jfloatArray array = jni.newFloatArray(3);
         jboolean isCopy = JNI_FALSE;
         float* const data = jni.env()->GetFloatArrayElements(array, &isCopy);
@@ -32,9 +32,9 @@ TEST(JniEnvironment, ReleaseModesDecideWhatOfACopyComesBack) {
     }
 }
 
-TEST(JniEnvironment, DamagedGuardsAreReportedOnceWithArrayAndElement) {
+TEST(CheckedJni, DamagedGuardsAreReportedOnceWithArrayAndElement) {
     for (const ArrayAccess access : {ArrayAccess::direct, ArrayAccess::copy}) {
-        JniEnvironment jni({access, 8});
+        CheckedJni jni({access, 8});
         jni.newFloatArray(1);
         const jshortArray array = jni.newShortArray(5);
         jshort* const data = jni.env()->GetShortArrayElements(array, nullptr);
@@ -53,9 +53,9 @@ TEST(JniEnvironment, DamagedGuardsAreReportedOnceWithArrayAndElement) {
     }
 }
 
-TEST(JniEnvironmentDeathTest, OtherCallsAndForeignPointersEndTheProgramByName) {
+TEST(CheckedJniDeathTest, OtherCallsAndForeignPointersEndTheProgramByName) {
     GTEST_FLAG_SET(death_test_style, "threadsafe");
-    JniEnvironment jni;
+    CheckedJni jni;
     const jfloatArray array = jni.newFloatArray(2);
     float elsewhere[2] = {};
     EXPECT_DEATH(jni.env()->FindClass("x"), "not offered by this host: FindClass");
