@@ -92,7 +92,9 @@ public:
     void replaceWater(WaterSettings settings);
 
     Look& look() { return options.look; }
+    const Look& look() const { return options.look; }
     WaterDriver& water() { return *waterDriver; }
+    const WaterDriver& water() const { return *waterDriver; }
     JniEnvironment& jni() { return environment; }
     /// The host's own context, where it has one.
     const GlContext& gl() const { return *context; }

@@ -6,7 +6,7 @@
 
 namespace player {
 
-FilmScreen::FilmScreen(Size screen, Overlays shown) : size(screen), overlays(shown) {
+FilmScreen::FilmScreen(app::Size screen, Overlays shown) : size(screen), overlays(shown) {
     context.emplace(size.width, size.height);
     if (overlays.velocity || overlays.ink) {
         painter.emplace();

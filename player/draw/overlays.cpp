@@ -59,7 +59,7 @@ void drawVelocity(const hostkit::VelocityField& field) {
 }  // namespace
 
 void drawOverlays(Overlays overlays, const hostkit::EffectProbe& probe, Canvas& canvas,
-                  Size screen) {
+                  app::Size screen) {
     if (overlays.ink && probe.inkTexture() != 0) {
         canvas.showDensity(probe.inkTexture(), screen);
     }

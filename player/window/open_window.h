@@ -6,17 +6,17 @@
 
 #include "player/options.h"
 #include "player/window/events.h"
-#include "player/window/gestures.h"
 #include "player/window/keeping.h"
 #include "player/window/looks.h"
 #include "player/window/notice.h"
 #include "player/window/panel.h"
 #include "player/window/playing.h"
+#include "player/window/pointer.h"
 #include "player/window/presenting.h"
 #include "player/window/remembered.h"
 #include "player/window/requests.h"
 #include "player/window/screen.h"
-#include "player/window/session.h"
+#include "player/window/window_session.h"
 
 namespace player {
 
@@ -33,8 +33,8 @@ public:
     void run();
 
 private:
-    OpenWindow(const Options& options, Backgrounds backgrounds, const std::optional<Replay>& replay,
-               const Remembered& remembered);
+    OpenWindow(const Options& options, app::Backgrounds backgrounds,
+               const std::optional<hostkit::GestureScript>& script, const Remembered& remembered);
 
     void turn();
     void runCommands();
@@ -52,8 +52,8 @@ private:
 
     Notice notice;
     Screen screen;
-    Session session;
-    Gestures gestures;
+    WindowSession session;
+    Pointer pointer;
     Keeper keeper;
     Playback playback;
     Looks looks;
@@ -61,8 +61,8 @@ private:
     Requests requests;
     View view;
     /// What the window began with.
-    Settings begun;
-    std::optional<Size> begunSize;
+    app::Settings begun;
+    std::optional<app::Size> begunSize;
     bool remembers;
     bool waterOnlyGiven;
     /// Another one in each window.

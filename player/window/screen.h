@@ -9,7 +9,7 @@ namespace player {
 class Screen {
 public:
     /// `letters`: their scale; 0: the display's. Throws Failure.
-    Screen(Size size, bool shrinks, double letters);
+    Screen(app::Size size, bool shrinks, double letters);
     ~Screen();
     Screen(const Screen&) = delete;
     Screen& operator=(const Screen&) = delete;

@@ -1,13 +1,14 @@
 #include <emscripten/emscripten.h>
 
 #include <algorithm>
+#include <cmath>
 #include <cstdlib>
-#include <iterator>
 #include <string>
 
+#include "app/ink_choice.h"
+#include "app/presets.h"
+#include "app/random_settings.h"
 #include "hostkit/host_error.h"
-#include "player/ink_choice.h"
-#include "player/random_look.h"
 #include "velmora/solver_grid.h"
 #include "web/host/stage.h"
 
@@ -28,13 +29,13 @@ const char* kindOf(bool) {
     return "switch";
 }
 
-const char* nameOf(player::Group group) {
+const char* nameOf(app::Group group) {
     switch (group) {
-        case player::Group::water:
+        case app::Group::water:
             return "Water";
-        case player::Group::light:
+        case app::Group::light:
             return "Light";
-        case player::Group::ink:
+        case app::Group::ink:
             return "Ink";
     }
     return "";
@@ -42,8 +43,7 @@ const char* nameOf(player::Group group) {
 
 template <class Value>
 std::string text(Value value) {
-    char digits[32];
-    return {digits, std::to_chars(digits, std::end(digits), static_cast<float>(value)).ptr};
+    return app::numberText(static_cast<float>(value));
 }
 
 std::string text(const std::array<float, 3>& color) {
@@ -51,8 +51,8 @@ std::string text(const std::array<float, 3>& color) {
 }
 
 /// In the order of setSettings.
-void writeSettings(const player::Settings& settings, float* values) {
-    player::forEachField(
+void writeSettings(const app::Settings& settings, float* values) {
+    app::forEachField(
         [&](const auto& field) { *values++ = static_cast<float>(settings.*field.member); });
     std::copy(settings.ink.begin(), settings.ink.end(), values);
 }
@@ -64,18 +64,18 @@ extern "C" {
 /// The settings as JSON: the fields, each with name, words, heading, hint, kind, least, most and the
 /// value at first, the first ink, and the inks to choose from by their names.
 EMSCRIPTEN_KEEPALIVE const char* describeSettings() {
-    const player::Settings defaults;
+    const app::Settings defaults;
     answer = R"({"fields":[)";
-    player::forEachField([&](const auto& field) {
+    app::forEachField([&](const auto& field) {
         const auto value = defaults.*field.member;
         answer += answer.back() == '}' ? "," : "";
-        answer += R"({"name":")" + std::string(field.name) + R"(","words":")" + field.words +
+        answer += R"({"name":")" + std::string(field.name) + R"(","words":")" + field.label +
                   R"(","group":")" + nameOf(field.group) + R"(","hint":")" + field.hint +
-                  R"(","kind":")" + kindOf(value) + R"(","least":)" + text(field.least) +
-                  R"(,"most":)" + text(field.most) + R"(,"first":)" + text(value) + "}";
+                  R"(","kind":")" + kindOf(value) + R"(","least":)" + text(field.min) +
+                  R"(,"most":)" + text(field.max) + R"(,"first":)" + text(value) + "}";
     });
     answer += R"(],"ink":)" + text(defaults.ink) + R"(,"palette":{)";
-    for (const player::NamedInk& ink : player::inkPalette) {
+    for (const app::NamedInk& ink : app::inkPalette) {
         answer += answer.back() == ']' ? "," : "";
         answer += "\"" + std::string(ink.name) + "\":" + text(ink.color);
     }
@@ -95,7 +95,7 @@ EMSCRIPTEN_KEEPALIVE int inkTexels(bool longer) {
 
 /// Numbers and switches in the order of describeSettings, then the ink's red, green and blue.
 EMSCRIPTEN_KEEPALIVE void setSettings(const float* values) {
-    player::forEachField([&](const auto& field) {
+    app::forEachField([&](const auto& field) {
         auto& member = stage.settings.*field.member;
         member = static_cast<std::remove_reference_t<decltype(member)>>(*values++);
     });
@@ -108,12 +108,12 @@ EMSCRIPTEN_KEEPALIVE void getSettings(float* values) {
 
 /// A look by chance, each seed's its own, written as by getSettings; nothing changes.
 EMSCRIPTEN_KEEPALIVE void randomSettings(unsigned seed, float* values) {
-    writeSettings(player::randomLook(seed), values);
+    writeSettings(app::randomSettings(seed), values);
 }
 
 /// Three numbers, of an ink that stands out from the shown picture.
 EMSCRIPTEN_KEEPALIVE void inkOfPicture(float* ink) {
-    const auto color = player::inkAgainst(stage.pictures[stage.settings.secondBackground ? 1 : 0]);
+    const auto color = app::inkAgainst(stage.pictures[stage.settings.secondBackground ? 1 : 0]);
     std::copy(color.begin(), color.end(), ink);
 }
 

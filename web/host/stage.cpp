@@ -7,7 +7,7 @@
 #include <span>
 #include <utility>
 
-#include "player/frame_time.h"
+#include "app/frame_clock.h"
 
 // clang-format off
 /// The library forgets its names without deleting them, as those of a lost context. Where a script has
@@ -37,16 +37,12 @@ void applyChanges(Stage& stage) {
     if (stage.settings.waterOnly != stage.waterOnly) {
         restart(stage, stage.host->width(), stage.host->height());
     }
-    applySettings(stage.settings, *stage.host);
-    hostkit::WaterSettings water = stage.host->water().settings;
-    if (water.cellsPerVertex != stage.cellsPerVertex) {
-        water.cellsPerVertex = stage.cellsPerVertex;
-        stage.host->replaceWater(water);
-    }
+    app::applySettings(stage.settings, stage.cellsPerVertex, *stage.host);
 }
 
 std::vector<ScriptAction> dueActions(Stage& stage) {
-    std::vector<ScriptAction> actions = changesOfLook(stage.settings, stage.host->look());
+    std::vector<ScriptAction> actions =
+        app::inkAndBackgroundChanges(stage.settings, stage.host->look());
     if (stage.replay) {
         for (const auto& event : eventsOfFrame(*stage.replay, stage.replayed)) {
             actions.push_back(event.action);
@@ -69,7 +65,7 @@ void record(Stage& stage, const ScriptAction& action) {
 std::vector<hostkit::ScriptEvent> eventsOf(Stage& stage, std::span<const ScriptAction> actions) {
     std::vector<hostkit::ScriptEvent> events;
     for (const ScriptAction& action : actions) {
-        follow(stage.settings, action);
+        app::followAction(stage.settings, action);
         record(stage, action);
         events.push_back({0, action});
     }
@@ -99,7 +95,7 @@ void restart(Stage& stage, int width, int height) {
     stage.replay.reset();
     stage.pending.clear();
     endHost(stage);
-    hostkit::EffectHostOptions options = hostOptions(stage.settings, width, height);
+    hostkit::EffectHostOptions options = app::hostOptions(stage.settings, width, height);
     options.background = stage.pictures[0];
     options.secondBackground = stage.pictures[1];
     options.water.cellsPerVertex = stage.cellsPerVertex;
@@ -124,7 +120,7 @@ void renewContext(Stage& stage) {
 void runFrame(Stage& stage, std::chrono::nanoseconds elapsed) {
     applyChanges(stage);
     const std::vector<hostkit::ScriptEvent> events = eventsOf(stage, dueActions(stage));
-    fall(stage.rain, *stage.host, stage.settings, elapsed);
+    app::dropRain(stage.rain, *stage.host, stage.settings, elapsed);
     stage.host->frame(events, elapsed);
 }
 
@@ -132,8 +128,8 @@ void startRecording(Stage& stage) {
     restartForGesture(stage);
     stage.recording = {stage.host->width(), stage.host->height(), 0, {}};
     // Their events are the first of the recording, so that its replay finds them too.
-    stage.pending = forgetGestures(stage.settings);
-    runFrame(stage, player::frameTime);
+    stage.pending = app::forgetGestures(stage.settings);
+    runFrame(stage, app::frameTime);
 }
 
 std::string finishRecording(Stage& stage) {

@@ -5,9 +5,9 @@
 #include <string>
 #include <vector>
 
+#include "app/rain.h"
+#include "app/settings.h"
 #include "hostkit/effect_host.h"
-#include "player/rain.h"
-#include "player/settings.h"
 
 namespace web {
 
@@ -16,7 +16,7 @@ namespace web {
 /// current.
 struct Stage {
     /// Applied with the next frame.
-    player::Settings settings;
+    app::Settings settings;
     /// Of the drawn mesh, so that a slow machine draws fewer triangles; the water itself stays.
     int cellsPerVertex = 1;
     /// Picture, second picture; empty ones are replaced by a test picture.
@@ -24,7 +24,7 @@ struct Stage {
     std::optional<hostkit::EffectHost> host;
     /// Whether that host was made for water only.
     bool waterOnly = false;
-    player::Rain rain;
+    app::Rain rain;
 
     /// What is to happen with the next frame.
     std::vector<hostkit::ScriptAction> pending;
