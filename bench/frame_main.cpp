@@ -13,9 +13,9 @@
 #include "bench/options.h"
 #include "bench/table_reporter.h"
 #include "hostkit/effect_host.h"
+#include "hostkit/host_error.h"
 #include "hostkit/instruments/effect_probe.h"
 #include "hostkit/instruments/gl_recorder.h"
-#include "hostkit/host_error.h"
 
 // Whole frames through the native methods, cut where the library makes its GL calls.
 
