@@ -11,7 +11,8 @@ using std::chrono::nanoseconds;
 
 /// A display's frames come a little early or late; a frame that is this much early counts as due.
 constexpr nanoseconds early = frameTime / 8;
-/// Most of the effect's time that one gap makes due. The water waits out the rest, such as a machine's sleep.
+/// Longest time between two calls that counts, unless a frame of slow motion takes longer. The water waits out the rest,
+/// such as a machine's sleep.
 constexpr nanoseconds longestGap = std::chrono::milliseconds(250);
 
 nanoseconds scaled(nanoseconds time, double scale) {
@@ -26,7 +27,9 @@ FrameClock::Due FrameClock::take(Clock::time_point now, float timeScale, bool ex
         owed = nanoseconds(0);
         return {1, frameTime};
     }
-    owed += std::clamp(scaled(gap, static_cast<double>(timeScale)), nanoseconds(0), longestGap);
+    const double scale = static_cast<double>(timeScale);
+    const nanoseconds longest = std::max(longestGap, scaled(frameTime, 1.0 / scale));
+    owed += scaled(std::clamp(gap, nanoseconds(0), longest), scale);
     const auto whole = static_cast<int>((owed + early) / frameTime);
     if (whole < 1) {
         return {0, frameTime};

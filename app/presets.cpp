@@ -21,6 +21,7 @@ bool isBetween(double value, double min, double max) {
     return value >= min && value <= max;  // false for NaN
 }
 
+/// Returns the value if the field takes it. The limits are those that a message shows: 0.8, not the float next to it.
 template <class Value>
 std::optional<Value> valueOf(const PresetValue& value, const SettingField<Value>& field) {
     if constexpr (std::is_same_v<Value, bool>) {
@@ -28,10 +29,10 @@ std::optional<Value> valueOf(const PresetValue& value, const SettingField<Value>
         return given ? std::optional(*given) : std::nullopt;
     } else {
         const double* const given = std::get_if<double>(&value);
-        const bool fits =
-            given &&
-            isBetween(*given, static_cast<double>(field.min), static_cast<double>(field.max)) &&
-            (!std::is_integral_v<Value> || std::trunc(*given) == *given);
+        const bool fits = given &&
+                          isBetween(*given, shortestNumber(static_cast<float>(field.min)),
+                                    shortestNumber(static_cast<float>(field.max))) &&
+                          (!std::is_integral_v<Value> || std::trunc(*given) == *given);
         return fits ? std::optional(static_cast<Value>(*given)) : std::nullopt;
     }
 }

@@ -254,6 +254,12 @@ bool Session::isIdle() const {
            quality.phase != QualityPhase::searching;
 }
 
+void Session::noteInterval(double interval) {
+    if (!replay && !recording) {
+        quality = next(quality, interval);
+    }
+}
+
 void Session::startRecording() {
     replay.reset();
     restartForGesture();

@@ -108,6 +108,9 @@ public:
     Size screen() const { return screenSize; }
     const hostkit::WaterDriver& water() const { return host->water(); }
 
+    /// Passes the milliseconds between two frames to the adaptive quality. Recordings and replays do not count: they
+    /// draw every frame, however long it takes.
+    void noteInterval(double interval);
     /// Adaptive quality of the drawn mesh.
     Quality quality;
     /// Applied with the next frame.

@@ -50,6 +50,7 @@ TEST(FrameClock, FramesFollowTheTimeScaleAndTakeLongerOnASlowMachine) {
         {50ms, 1.0f, false, 1, 50ms},
         {50ms, 1.0f, true, 1, frameTime},  // slow motion instead
         {60s, 1.0f, false, 1, 250ms},      // the machine slept
+        {200ms, 2.0f, false, 2, 200ms},
         {-1s, 1.0f, false, 0, frameTime},
     };
     for (const auto& one : cases) {

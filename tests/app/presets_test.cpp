@@ -26,12 +26,14 @@ std::string refusal(const std::string& name, const PresetValue& value, const std
 
 TEST(Presets, SetEachKindOfSettingUpToItsLimits) {
     Settings settings;
-    app::setSetting(settings, {"damping", 0.9, "0.9"});
+    app::setSetting(settings, {"exponent", 128.0, "128"});
+    app::setSetting(settings, {"damping", 0.8, "0.8"});
     app::setSetting(settings, {"meshDetail", 180.0, "180"});
     app::setSetting(settings, {"waterOnly", true, "true"});
     app::setSetting(settings, {"ink", std::vector{0.0, 0.5, 1.0}, "[0, 0.5, 1]"});
     Settings expected;
-    expected.damping = 0.9f;
+    expected.exponent = 128.0f;
+    expected.damping = 0.8f;
     expected.meshDetail = 180;
     expected.waterOnly = true;
     expected.ink = {0.0f, 0.5f, 1.0f};

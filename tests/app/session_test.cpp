@@ -183,7 +183,9 @@ TEST_F(SessionTest, ThePictureBeforeBecomesTheSecondBackground) {
 }
 
 TEST_F(SessionTest, QualityDrawsACoarserMeshOverTheSameWater) {
-    drag();
+    session.settings.meshDetail = 60;
+    frames(1);
+    EXPECT_EQ(session.water().columns, 60);
     const int vertices = session.water().numDetailsWidth;
     const int columns = session.water().columns;
     session.quality = app::fixedQuality(2);

@@ -1,5 +1,4 @@
-// Water looks alike on any mesh and at any frame rate: the same wave at the same place and time. A host that runs
-// follows the settings, and they follow its script.
+// Water looks alike on any mesh and at any frame rate: the same wave at the same place and time.
 
 #include "app/settings.h"
 
@@ -9,9 +8,7 @@
 #include <chrono>
 #include <numeric>
 #include <span>
-#include <vector>
 
-#include "hostkit/effect_host.h"
 #include "hostkit/water_driver.h"
 
 namespace {
@@ -106,33 +103,6 @@ TEST(Settings, ATouchRaisesTheSameWaterOnAnyMesh) {
         settings.meshDetail = detail;
         EXPECT_NEAR(Pond(settings).volume() / expected, 1.0, 0.2) << detail;
     }
-}
-
-TEST(Settings, AreThoseOfARunningHostAndOfItsScript) {
-    app::Settings settings;
-    hostkit::EffectHost host(app::hostOptions(settings, 90, 160));
-    host.touch({hostkit::TouchAction::down, 45.0, 80.0, 0.5f});
-    settings.meshDetail = 60;
-    settings.ripple = 1.5f;
-    settings.ink = {0.1f, 0.2f, 0.9f};
-    settings.secondBackground = true;
-    app::applySettings(settings, 1, host);
-    EXPECT_EQ(host.water().columns, 60);
-    EXPECT_GT(std::ranges::max(JniEnvironment::elements(host.water().height)), 1.0f);
-    EXPECT_EQ(host.look().downRipple, 1.5f);
-
-    app::Settings ofScript;
-    std::vector<hostkit::ScriptEvent> events;
-    for (const auto& action : app::inkAndBackgroundChanges(settings, host.look())) {
-        events.push_back({0, action});
-        app::followAction(ofScript, action);
-    }
-    host.frame(events);
-    EXPECT_TRUE(app::inkAndBackgroundChanges(settings, host.look()).empty());
-    EXPECT_EQ(ofScript.ink, settings.ink);
-    EXPECT_TRUE(ofScript.secondBackground);
-    const hostkit::Look started = app::hostOptions(settings, 90, 160).look;
-    EXPECT_TRUE(started.ink == host.look().ink && started.useSecondBackground);
 }
 
 }  // namespace

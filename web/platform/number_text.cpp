@@ -9,17 +9,27 @@
 namespace hostkit {
 namespace {
 
-/// Writes the fewest digits that read back as the same number.
+/// Writes the fewest digits that read back as the same number, without an exponent unless that is shorter.
 template <class Number, class Parse>
 std::to_chars_result writeShortest(char* first, char* last, Number value, int maxDigits,
                                    Parse parse) {
-    for (int digits = 1;; ++digits) {
-        const int length = std::snprintf(first, static_cast<std::size_t>(last - first), "%.*g",
-                                         digits, static_cast<double>(value));
-        if (digits == maxDigits || parse(first) == value) {
-            return {first + length, std::errc{}};
+    const auto room = static_cast<std::size_t>(last - first);
+    const auto wide = static_cast<double>(value);
+    int length = 0;
+    for (int digits = 1; digits <= maxDigits; ++digits) {
+        length = std::snprintf(first, room, "%.*g", digits, wide);
+        if (parse(first) == value) {
+            break;
         }
     }
+    char plain[32];
+    const int plainLength = std::snprintf(plain, sizeof plain, "%.0f", wide);
+    if (std::memchr(first, 'e', static_cast<std::size_t>(length)) != nullptr &&
+        plainLength <= length && parse(plain) == value) {
+        std::memcpy(first, plain, static_cast<std::size_t>(plainLength));
+        length = plainLength;
+    }
+    return {first + length, std::errc{}};
 }
 
 }  // namespace

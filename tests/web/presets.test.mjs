@@ -1,21 +1,20 @@
-// Looks: shipped presets, files, links, the panel; and what a browser without the means shows.
+// Presets: those that ship, files, links, the panel; and what a browser without the means shows.
 
 import assert from "node:assert/strict";
 import { readdirSync, readFileSync } from "node:fs";
 import { join } from "node:path";
 import { after, before, test } from "node:test";
-import { bring, close, difference, drag, launch, notice, open, picture, serve, shots, top } from "./page.mjs";
+import { bring, close, difference, drag, launch, notice, open, picture, serve, settings, shots, top } from "./page.mjs";
 
 let browser;
 before(async () => (browser = await launch()));
 after(() => browser.close());
 
-const look = (page) => page.evaluate(() => JSON.parse(JSON.stringify(window.velmora.look)));
 const shipped = (name) => JSON.parse(readFileSync(join(top, "presets", `${name}.json`), "utf8"));
 
-/** Whether the look has what the preset sets. */
+/** The settings in force are those of the preset. */
 async function assertShown(page, preset, name) {
-    const shown = await look(page);
+    const shown = await settings(page);
     assert.deepEqual({ ...shown, ...preset }, shown, name);
 }
 
@@ -42,48 +41,56 @@ test("each preset that ships, from a server, and a page that may not ask for any
     server.stop();
 });
 
-test("a look in a link, in a dropped file, and with faults", async () => {
+const hashOf = (preset) => `#look=${encodeURIComponent(JSON.stringify(preset))}`;
+const json = (value) => Buffer.from("\uFEFF" + JSON.stringify(value));
+
+test("settings in a link, which a reset brings back", async () => {
     const preset = { damping: 0.91, ink: [0.1, 0.2, 0.3], meshDetail: 60, secondBackground: true };
-    const page = await open(browser, { hash: `#look=${encodeURIComponent(JSON.stringify(preset))}` });
+    const page = await open(browser, { hash: hashOf(preset) });
     await assertShown(page, preset);
-    const linked = await look(page);
+    const linked = await settings(page);
     await page.keyboard.press("m");
     await page.keyboard.press("Backspace");
-    assert.deepEqual(await look(page), linked);
+    assert.deepEqual(await settings(page), linked);
+    await page.evaluate((hash) => (location.hash = hash), hashOf({ exponent: 5 }));
+    await page.waitForFunction(() => window.velmora.settings.exponent === 5);
+    await close(page);
+});
 
-    await page.evaluate((hash) => (location.hash = hash), `#look=${encodeURIComponent('{"exponent":5}')}`);
-    await page.waitForFunction(() => window.velmora.look.exponent === 5);
-
+test("a link of the page opens with its settings", async () => {
+    const page = await open(browser);
     await page.keyboard.press("n");
-    const other = await look(page);
+    const shown = await settings(page);
     await page.evaluate(() => Object.defineProperty(navigator, "clipboard", { value: { writeText: async () => {} } }));
     await page.keyboard.press("u");
     await notice(page, "link to this look is copied");
     const copy = await open(browser, { hash: new URL(page.url()).hash });
-    assert.deepEqual(await look(copy), other);
+    assert.deepEqual(await settings(copy), shown);
     await close(copy);
+    await close(page);
+});
 
-    const json = (value) => Buffer.from("\uFEFF" + JSON.stringify(value));
+test("a dropped preset is taken, and a faulty file changes nothing and says why", async () => {
+    const page = await open(browser);
     await bring(page, "drop", ["evening.json", "application/json", json({ exponent: 7 })]);
     await notice(page, "evening");
-    const evening = await look(page);
+    const evening = await settings(page);
     assert.equal(evening.exponent, 7);
     const faults = [
-        [json({ damping: 3 }), "bad.json: damping is to be a number from 0.8 to 0.999, not 3"],
-        [json({ wet: true }), 'bad.json: there is no setting "wet"'],
-        [json({ ink: [1, 2, 3] }), "bad.json: ink is to be three numbers from 0 to 1"],
-        [Buffer.from("{"), "bad.json: this is no JSON"],
+        ["bad.json", json({ damping: 3 }), "bad.json: 'damping' must be a number from 0.8 to 0.999, not 3"],
+        ["bad.json", json({ wet: true }), "bad.json: there is no setting 'wet'"],
+        ["bad.json", json({ ink: [1, 2, 3] }), "bad.json: 'ink' must be three numbers from 0 to 1, not [1,2,3]"],
+        ["bad.json", Buffer.from("{"), "bad.json: this is no JSON"],
+        ["bad.json", json([1]), "bad.json: a preset must be a JSON object"],
+        ["bad.gesture", Buffer.from("0 down 1 2\n"), "bad.gesture:1: expected a pressure"],
+        ["bad.gesture", Buffer.from("# nothing\n"), "bad.gesture is no gesture"],
+        ["bad.gesture", Buffer.from("0 down 1 2 0.5\n\0"), "bad.gesture is no gesture"],
     ];
-    for (const [bytes, words] of faults) {
-        await bring(page, "drop", ["bad.json", "application/json", bytes]);
-        await notice(page, words);
-        assert.deepEqual(await look(page), evening);
-    }
-    for (const [text, words] of [["0 down 1 2\n", "bad.gesture:1: expected a pressure"],
-        ["# nothing\n", "bad.gesture is no gesture"], ["0 down 1 2 0.5\n\0", "bad.gesture is no gesture"]]) {
-        await bring(page, "drop", ["bad.gesture", "", Buffer.from(text)]);
-        await notice(page, words);
+    for (const [name, bytes, words] of faults) {
         await page.evaluate(() => (document.getElementById("notice").textContent = ""));
+        await bring(page, "drop", [name, "", bytes]);
+        await notice(page, words);
+        assert.deepEqual(await settings(page), evening);
     }
     await bring(page, "drop"); // a link, or words
     await notice(page, "that is no file");
@@ -102,7 +109,7 @@ test("the panel's list, inks, toggles and buttons do what they say", async () =>
         await button(folder).click();
     }
     await page.getByRole("button", { name: "red ink" }).click();
-    assert.deepEqual((await look(page)).ink, await page.evaluate(() => [...window.velmora.effect.palette.red]));
+    assert.deepEqual((await settings(page)).ink, [1, 0.35, 0.35]);
     assert.equal((await names(page))[0], "mercury *");
 
     await button("the velocity field", false).click();
@@ -113,7 +120,7 @@ test("the panel's list, inks, toggles and buttons do what they say", async () =>
     await page.keyboard.press("w");
     await assertShown(page, { waterOnly: shipped("mercury").waterOnly });
     await button("tap").click();
-    await page.waitForFunction(() => window.velmora.effect.replays);
+    await page.waitForFunction(() => window.velmora.isReplaying());
     await page.locator(".times", { hasText: /\d frames\/s, [\d.]+ ms of script each, 270 × 480/ }).waitFor();
     await close(page);
 });
@@ -125,7 +132,7 @@ test("presets of one's own are kept, named and removed, and stand in for shipped
     await notice(page, "calm pond");
     await page.keyboard.press("p");
     await page.keyboard.press("m");
-    const mine = await look(page);
+    const mine = await settings(page);
     await page.keyboard.press("p");
     page.once("dialog", (dialog) => dialog.accept("my_pond "));
     await page.keyboard.press("t");
@@ -133,7 +140,7 @@ test("presets of one's own are kept, named and removed, and stand in for shipped
 
     page.requests = [];
     await page.reload();
-    await page.waitForFunction(() => window.velmora?.counts.frames > 0);
+    await page.waitForFunction(() => window.velmora?.counts().frames > 0);
     await page.keyboard.press("Tab");
     const kept = await names(page);
     assert.equal(kept.filter((name) => name === "calm pond").length, 1);
@@ -142,7 +149,7 @@ test("presets of one's own are kept, named and removed, and stand in for shipped
     await assertShown(page, dropped);
     await page.keyboard.press("Delete");
     await list(page).selectOption("my pond");
-    assert.deepEqual(await look(page), mine);
+    assert.deepEqual(await settings(page), mine);
     await list(page).selectOption("calm pond");
     await assertShown(page, shipped("calm_pond"));
     await page.keyboard.press("Delete");
@@ -163,7 +170,7 @@ test("the panel and the help by keyboard, in the dark, on a phone", async () => 
         assert.match(await damping.evaluate((one) => one.ariaDescription), /wave/);
         await damping.fill("0.9");
         await damping.press("Enter");
-        assert.equal((await look(page)).damping, 0.9);
+        assert.equal((await settings(page)).damping, 0.9);
         await page.screenshot({ path: join(shots, `panel-${name}.png`) });
         const [box, line] = [await page.locator("#panel").boundingBox(), await page.locator("#notice").boundingBox()];
         assert.ok(box.x >= 0 && box.y >= 0 && box.x + box.width <= size[0] && box.y + box.height <= size[1]);
@@ -175,17 +182,17 @@ test("the panel and the help by keyboard, in the dark, on a phone", async () => 
                 .map((one) => one.outerHTML));
         assert.deepEqual(unnamed, []);
 
-        const before = await look(page);
+        const before = await settings(page);
         await damping.press("F1");
         assert.equal(await page.locator("#help").evaluate((help) => help.scrollTop), 0);
         await page.keyboard.press("n");
         await page.keyboard.press("Escape");
         assert.deepEqual([await page.locator("#help").isVisible(), await page.locator("#panel").isVisible()], [false, true]);
-        assert.deepEqual(await look(page), before);
+        assert.deepEqual(await settings(page), before);
         await page.keyboard.press("Escape");
         assert.equal(await page.locator("#panel").isVisible(), false);
         await page.keyboard.press("Control+b");
-        assert.equal((await look(page)).secondBackground, false, "Ctrl and B are the browser's");
+        assert.equal((await settings(page)).secondBackground, false, "Ctrl and B are the browser's");
         await close(page);
     }
 });

@@ -1,19 +1,20 @@
-// How the look is chosen, kept and passed on.
+// How settings are chosen, saved and shared.
 
+import { defaultSettings, type Settings } from "../../build/web/settings";
 import { download, freshName } from "./files";
-import { firstLook, linkOf, lookInLink, lookOf, parseLook, writeLook, type Look } from "./look";
+import { linkOf, presetInLink } from "./links";
 import { hasKeys, say } from "./notice";
 import type { Player } from "./player";
-import { addPreset, allPresets, isSame, named, presetName, removePreset } from "./presets";
+import { addPreset, allPresets, isSame, named, presetName, removePreset, writePreset } from "./presets";
 import type { Preset, PresetList } from "./presets";
 
 /** Letters of a preset's name: longer ones do not fit the list. */
 const longestName = 40;
 
-export class Looks {
-    /** Shows the look's values elsewhere on the page. */
+export class PresetChooser {
+    /** Called when the settings have changed. */
     onChange = () => {};
-    /** What the look was before the visitor changed it. */
+    /** The preset before the visitor changed its settings. */
     private chosen: Preset;
     private seed = Math.floor(Math.random() * 2 ** 32);
 
@@ -21,13 +22,13 @@ export class Looks {
         private readonly player: Player,
         readonly presets: PresetList,
     ) {
-        this.chosen = { name: "the first look", look: firstLook(presets.settings) };
+        this.chosen = { name: "the first look", settings: defaultSettings };
     }
 
-    /** Of the shown look; with a mark where the visitor changed it. */
+    /** Name of the preset in force, with a mark if the visitor has changed it. */
     get name(): string {
-        const { look } = this.player;
-        const same = isSame(this.chosen.look, look) ? this.chosen : this.all.find((preset) => isSame(preset.look, look));
+        const isShown = (preset: Preset) => isSame(preset.settings, this.player.settings);
+        const same = isShown(this.chosen) ? this.chosen : this.all.find(isShown);
         return same?.name ?? `${this.chosen.name} *`;
     }
 
@@ -36,15 +37,15 @@ export class Looks {
         return this.all.map((preset) => preset.name);
     }
 
-    show(look: Look): void {
-        Object.assign(this.player.look, structuredClone(look));
+    show(settings: Settings): void {
+        Object.assign(this.player.settings, structuredClone(settings));
         this.onChange();
-        this.player.userCame();
+        this.player.noteInput();
     }
 
     takeUp(preset: Preset): void {
         this.chosen = preset;
-        this.show(preset.look);
+        this.show(preset.settings);
     }
 
     choose(name: string): void {
@@ -62,29 +63,28 @@ export class Looks {
 
     /** The preset as it was before anything was changed on it. */
     reset(): void {
-        this.show(this.chosen.look);
+        this.show(this.chosen.settings);
         say(`${this.chosen.name}, as it was`);
     }
 
     random(): void {
-        const { effect } = this.player;
-        this.show(lookOf(effect.randomValues(this.seed++), effect.fields));
+        this.show(this.player.effect.randomSettings(this.seed++));
         say(`a look by chance${hasKeys ? "; P saves it" : ""}`);
     }
 
-    takeInkOfPicture(): void {
-        this.show({ ...this.player.look, ink: this.player.effect.inkOfPicture() });
+    takeInkOfBackground(): void {
+        this.show({ ...this.player.settings, ink: this.player.effect.inkAgainstBackground() });
         say("an ink that stands out from the picture");
     }
 
     turn(name: "secondBackground" | "waterOnly"): void {
-        this.show({ ...this.player.look, [name]: !this.player.look[name] });
+        this.show({ ...this.player.settings, [name]: !this.player.settings[name] });
     }
 
     save(): void {
         const name = freshName("look", "");
-        this.chosen = addPreset(this.presets, name, this.player.look);
-        download(writeLook(this.player.look), `${name}.json`);
+        this.chosen = addPreset(this.presets, name, this.player.settings);
+        download(writePreset(this.player.settings), `${name}.json`);
         this.onChange();
         say(`saved ${name}.json, and in the list of presets`);
     }
@@ -93,15 +93,16 @@ export class Looks {
     rename(): void {
         const { own } = this.presets;
         const preset = this.ownPreset();
-        const name = presetName(prompt("The preset's name", preset.name) ?? "").trim().slice(0, longestName);
+        const given = prompt("The preset's name", preset.name) ?? "";
+        const name = presetName(given, this.player.effect).trim().slice(0, longestName);
         if (!name || name === preset.name) {
             return;
         }
         if (named(own, name)) {
             throw new Error(`there is a preset ${name} already`);
         }
-        removePreset(this.presets, preset.name);
-        this.chosen = addPreset(this.presets, name, preset.look);
+        removePreset(this.presets, preset.name, this.player.effect);
+        this.chosen = addPreset(this.presets, name, preset.settings);
         this.onChange();
         say(name);
     }
@@ -109,13 +110,13 @@ export class Looks {
     /** Its look stays until another is chosen. */
     remove(): void {
         const { name } = this.ownPreset();
-        removePreset(this.presets, name);
+        removePreset(this.presets, name, this.player.effect);
         this.onChange();
         say(`removed ${name}; its look can be saved again`);
     }
 
     async share(): Promise<void> {
-        const link = linkOf(this.player.look, location.href);
+        const link = linkOf(this.player.settings, location.href);
         history.replaceState(null, "", link);
         if (navigator.share && /^https?:/.test(link)) {
             await navigator.share({ title: document.title, url: link }).catch(() => {}); // the visitor changed their mind
@@ -131,16 +132,17 @@ export class Looks {
 
     /** The look that came with the page's address, if one did. */
     readLink(): void {
-        const text = lookInLink(location.hash);
+        const text = presetInLink(location.hash);
         if (text === undefined) {
             return;
         }
         try {
-            this.takeUp({ name: "the look of the link", look: parseLook(text, this.presets.settings) });
+            this.takeUp({ name: "the look of the link", settings: this.player.effect.readPreset(text) });
         } catch (error) {
             throw new Error(`the look in this link: ${(error as Error).message}`);
         }
     }
+
     private get all(): Preset[] {
         return allPresets(this.presets);
     }
