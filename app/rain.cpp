@@ -1,5 +1,7 @@
 #include "app/rain.h"
 
+#include "hostkit/water_driver.h"
+
 namespace app {
 namespace {
 

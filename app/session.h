@@ -21,6 +21,7 @@
 #include "hostkit/effect_host.h"
 #include "hostkit/gesture_script.h"
 #include "hostkit/picture.h"
+#include "hostkit/water_driver.h"
 
 namespace app {
 

@@ -1,6 +1,7 @@
 #include "app/settings.h"
 
 #include <cmath>
+#include <variant>
 
 namespace app {
 namespace {

@@ -6,6 +6,7 @@
 #include <cmath>
 #include <string>
 #include <utility>
+#include <variant>
 
 #include "hostkit/host_error.h"
 #include "hostkit/native.h"

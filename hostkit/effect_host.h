@@ -12,6 +12,7 @@
 #include "hostkit/gl_context.h"
 #include "hostkit/jni_environment.h"
 #include "hostkit/picture.h"
+#include "hostkit/screen.h"
 #include "hostkit/water_driver.h"
 
 namespace hostkit {

@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <utility>
 
+#include "app/size.h"
 #include "player/picture.h"
 
 namespace player {

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "app/size.h"
 #include "hostkit/picture.h"
 #include "player/encoder.h"
 

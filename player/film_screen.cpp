@@ -2,6 +2,10 @@
 
 #include <imgui.h>
 
+#include "app/size.h"
+#include "hostkit/instruments/effect_probe.h"
+#include "hostkit/picture.h"
+#include "player/draw/overlay_choice.h"
 #include "player/picture.h"
 
 namespace player {

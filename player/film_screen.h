@@ -2,7 +2,11 @@
 
 #include <optional>
 
+#include "app/size.h"
 #include "hostkit/gl_context.h"
+#include "hostkit/instruments/effect_probe.h"
+#include "hostkit/picture.h"
+#include "player/draw/overlay_choice.h"
 #include "player/draw/overlays.h"
 #include "player/draw/painter.h"
 

@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <string>
 
+#include "app/size.h"
 #include "app/text.h"
 #include "player/failure.h"
 #include "player/help_text.h"

@@ -8,8 +8,10 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <system_error>
 
 #include "hostkit/gl_context.h"
+#include "hostkit/screen.h"
 #include "player/failure.h"
 #include "player/files.h"
 

@@ -6,11 +6,17 @@
 #include <string>
 #include <utility>
 
+#include "app/backgrounds.h"
 #include "app/frame_clock.h"
 #include "app/rain.h"
 #include "app/settings.h"
+#include "app/size.h"
+#include "hostkit/digest.h"
 #include "hostkit/effect_host.h"
+#include "hostkit/gesture_script.h"
 #include "hostkit/instruments/effect_probe.h"
+#include "hostkit/jni_environment.h"
+#include "hostkit/water_driver.h"
 #include "player/failure.h"
 #include "player/film.h"
 #include "player/film_screen.h"

@@ -2,6 +2,7 @@
 
 #include <GLES2/gl2.h>
 
+#include <span>
 #include <string_view>
 
 #include "hostkit/instruments/gl_recorder.h"

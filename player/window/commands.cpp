@@ -1,9 +1,17 @@
+#include <filesystem>
 #include <utility>
 
 #include "app/random_settings.h"
+#include "app/settings.h"
+#include "hostkit/gesture_script.h"
 #include "player/picture.h"
+#include "player/preset.h"
 #include "player/script.h"
+#include "player/window/keys.h"
+#include "player/window/notice.h"
 #include "player/window/open_window.h"
+#include "player/window/panel.h"
+#include "player/window/requests.h"
 
 namespace player {
 namespace {

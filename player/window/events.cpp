@@ -9,6 +9,7 @@
 #include <optional>
 
 #include "app/frame_clock.h"
+#include "player/window/keys.h"
 
 namespace player {
 namespace {

@@ -6,6 +6,8 @@
 #include <cmath>
 #include <cstdint>
 
+#include "player/preset.h"
+
 namespace player {
 namespace {
 

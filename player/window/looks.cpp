@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "app/settings.h"
+
 namespace player {
 
 Looks::Looks(const std::filesystem::path& savedIn, const std::filesystem::path& file,

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "app/settings.h"
 #include "player/preset.h"
 
 namespace player {

@@ -5,10 +5,16 @@
 #include <cmath>
 #include <utility>
 
+#include "app/backgrounds.h"
+#include "app/settings.h"
+#include "app/size.h"
+#include "hostkit/gesture_script.h"
+#include "hostkit/picture.h"
 #include "player/failure.h"
 #include "player/files.h"
 #include "player/interrupt.h"
 #include "player/picture.h"
+#include "player/preset.h"
 #include "player/script.h"
 
 namespace player {

@@ -1,12 +1,18 @@
 #pragma once
 
 #include <cstdint>
+#include <filesystem>
 #include <optional>
 #include <random>
 
+#include "app/backgrounds.h"
+#include "app/settings.h"
+#include "app/size.h"
+#include "hostkit/gesture_script.h"
 #include "player/options.h"
 #include "player/window/events.h"
 #include "player/window/keeping.h"
+#include "player/window/keys.h"
 #include "player/window/looks.h"
 #include "player/window/notice.h"
 #include "player/window/panel.h"

@@ -10,7 +10,9 @@
 #include <type_traits>
 #include <utility>
 
+#include "player/preset.h"
 #include "player/window/frame_graph.h"
+#include "player/window/keys.h"
 #include "player/window/look_grid.h"
 
 namespace player {

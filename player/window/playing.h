@@ -29,7 +29,8 @@ public:
     bool playDueFrames();
     /// Plays a script from a fresh start. Ends a recording.
     void play(hostkit::GestureScript script);
-    /// Starts the effect anew, and returns true, once a window that was resized keeps its size. Ends film and recording.
+    /// Starts the effect anew, and returns true, once a window that was resized keeps its size. Ends film and
+    /// recording.
     bool followSize(app::Size pixels);
 
     /// Of the last frames, the newest last.

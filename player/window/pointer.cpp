@@ -5,6 +5,7 @@
 
 #include "app/frame_clock.h"
 #include "app/session.h"
+#include "app/size.h"
 #include "hostkit/gesture_script.h"
 #include "player/window/gl_window.h"
 

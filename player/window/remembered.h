@@ -3,6 +3,7 @@
 #include <optional>
 
 #include "app/settings.h"
+#include "app/size.h"
 #include "player/size.h"
 
 namespace player {

@@ -6,6 +6,9 @@
 #include <algorithm>
 #include <cmath>
 
+#include "app/size.h"
+#include "player/draw/letters.h"
+
 namespace player {
 namespace {
 

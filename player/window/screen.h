@@ -1,6 +1,10 @@
 #pragma once
 
+#include "app/size.h"
+#include "player/draw/canvas.h"
+#include "player/draw/letters.h"
 #include "player/draw/painter.h"
+#include "player/draw/thumbnails.h"
 #include "player/window/gl_window.h"
 
 namespace player {

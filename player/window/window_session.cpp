@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "app/backgrounds.h"
+#include "app/size.h"
 #include "hostkit/effect_host.h"
 #include "player/picture.h"
 #include "player/window/screen.h"

@@ -4,8 +4,11 @@
 #include <filesystem>
 #include <optional>
 
+#include "app/backgrounds.h"
 #include "app/session.h"
 #include "app/settings.h"
+#include "app/size.h"
+#include "hostkit/effect_host.h"
 #include "hostkit/gesture_script.h"
 #include "hostkit/instruments/effect_probe.h"
 #include "hostkit/picture.h"

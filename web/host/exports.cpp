@@ -11,12 +11,18 @@
 #include <utility>
 #include <vector>
 
+#include "app/frame_clock.h"
 #include "app/presets.h"
+#include "app/quality.h"
 #include "app/random_settings.h"
 #include "app/session.h"
 #include "app/settings.h"
+#include "app/size.h"
 #include "hostkit/gesture_script.h"
 #include "hostkit/host_error.h"
+#include "hostkit/jni_environment.h"
+#include "hostkit/picture.h"
+#include "hostkit/water_driver.h"
 #include "velmora/solver_grid.h"
 #include "web/host/gl_objects.h"
 
