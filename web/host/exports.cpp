@@ -11,6 +11,7 @@
 #include <utility>
 #include <vector>
 
+#include "app/flow_lines.h"
 #include "app/frame_clock.h"
 #include "app/presets.h"
 #include "app/quality.h"
@@ -38,6 +39,8 @@ hostkit::GestureScript script;
 /// The preset that is being read.
 app::Settings preset;
 app::FrameClock::Due due{};
+std::vector<app::FlowLine> lines;
+static_assert(sizeof(app::FlowLine) == 6 * sizeof(float));
 
 app::FrontEnd frontEnd() {
     app::FrontEnd functions;
@@ -304,6 +307,19 @@ EMSCRIPTEN_KEEPALIVE void startReplay() {
 
 EMSCRIPTEN_KEEPALIVE bool isReplaying() {
     return session.isReplaying();
+}
+
+/// Draws lines along the flow of a velocity texture. Returns six numbers a line, in the order of app::FlowLine;
+/// flowLineCount is the number of lines.
+EMSCRIPTEN_KEEPALIVE const float* flowLines(const std::uint8_t* rgba, int columns, int rows,
+                                            float width, float height) {
+    const auto bytes = static_cast<std::size_t>(columns) * static_cast<std::size_t>(rows) * 4;
+    lines = app::flowLines({rgba, bytes}, columns, rows, width, height);
+    return lines.empty() ? nullptr : &lines.front().x;
+}
+
+EMSCRIPTEN_KEEPALIVE int flowLineCount() {
+    return static_cast<int>(lines.size());
 }
 
 /// Returns the water's heights or velocities, waterCellCount numbers.

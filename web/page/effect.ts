@@ -20,6 +20,18 @@ export interface Quality {
     pixels: number;
 }
 
+/** A line of the velocity overlay, in pixels. */
+export interface FlowLine {
+    x: number;
+    y: number;
+    endX: number;
+    endY: number;
+    /** Speed as a colour, from 0, slow, to 1. */
+    heat: number;
+    /** Opacity. */
+    strength: number;
+}
+
 /** Names of app::QualityPhase, in its order. */
 const qualityPhases = ["fixed", "searching", "watching"] as const;
 /** Kinds of a preset's value, as setPresetMember counts them. */
@@ -244,6 +256,18 @@ export class Effect {
 
     get isReplaying(): boolean {
         return this.module._isReplaying() !== 0;
+    }
+
+    /** Returns lines along the flow of a velocity texture, bottom row first, on a screen of that size in pixels. */
+    flowLines(rgba: Uint8Array, columns: number, rows: number, screen: Size): FlowLine[] {
+        const room = this.copy(rgba);
+        const start = this.module._flowLines(room, columns, rows, screen.width, screen.height) / 4;
+        this.module._free(room);
+        const numbers = this.module.HEAPF32;
+        return Array.from({ length: this.module._flowLineCount() }, (_, line) => {
+            const [x = 0, y = 0, endX = 0, endY = 0, heat = 0, strength = 0] = numbers.subarray(start + 6 * line);
+            return { x, y, endX, endY, heat, strength };
+        });
     }
 
     /** Returns the water's heights and velocities, bytes as they are in memory. */

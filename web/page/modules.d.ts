@@ -11,6 +11,7 @@ declare module "*.wasm" {
 /** The WebAssembly module with the functions of host/exports.cpp. Texts and arrays are addresses; booleans are 0 or 1. */
 interface EffectModule {
     HEAPU8: Uint8Array;
+    HEAPF32: Float32Array;
     HEAPF64: Float64Array;
     GL: {
         textures: unknown[];
@@ -66,6 +67,8 @@ interface EffectModule {
     _readScript(script: number, name: number): number;
     _startReplay(): void;
     _isReplaying(): number;
+    _flowLines(rgba: number, columns: number, rows: number, width: number, height: number): number;
+    _flowLineCount(): number;
     _waterCells(velocities: boolean): number;
     _waterCellCount(): number;
 }

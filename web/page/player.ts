@@ -212,7 +212,7 @@ export class Player {
             this.frame(elapsed, now);
         }
         this.lastTick = now;
-        drawOverlays(this.view, this.probe, this.overlay);
+        drawOverlays(this.view, this.effect, this.probe, this.overlay);
         if (this.maySizeChange && !this.stage.hasWantedSize) {
             this.restart();
         }
