@@ -5,6 +5,7 @@
 #include <chrono>
 #include <cmath>
 #include <ctime>
+#include <initializer_list>
 #include <iostream>
 #include <numbers>
 #include <ratio>
@@ -15,9 +16,9 @@
 #include "bench/options.h"
 #include "bench/table_reporter.h"
 #include "hostkit/effect_host.h"
-#include "hostkit/effect_probe.h"
-#include "hostkit/gl_recorder.h"
 #include "hostkit/host_error.h"
+#include "hostkit/instruments/effect_probe.h"
+#include "hostkit/instruments/gl_recorder.h"
 
 // Times whole frames through the native methods. GL calls mark the moments within a frame.
 

@@ -1,6 +1,7 @@
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
+#include <initializer_list>
 #include <iostream>
 #include <string>
 

@@ -51,24 +51,28 @@ function watchDraws() {
     }
 }
 
-/** A finger that never rests, for some milliseconds. */
-async function stir(duration) {
+/** Moves a finger without rest for some milliseconds. `steady`: each frame has a 60th of a second, so that the waves are
+ * the same at each rate of frames. */
+async function stir({ duration, steady }) {
     const { velmora } = window;
-    const { screen, times } = velmora;
+    if (steady) {
+        const request = window.requestAnimationFrame.bind(window);
+        let time = performance.now();
+        window.requestAnimationFrame = (call) => request(() => call((time += 1000 / 60)));
+    }
+    const screen = velmora.screen();
     const afterFrame = () =>
         new Promise((resolve) => {
-            const call = () => (velmora.afterFrame.delete(call), resolve());
-            velmora.afterFrame.add(call);
+            const stop = velmora.onFrame(() => (stop(), resolve()));
         });
-    velmora.clock.take = () => [1000 / 60]; // the same waves at each rate of frames
-    velmora.touch(0, screen.width / 2, screen.height / 2, 0.5);
+    velmora.press(screen.width / 2, screen.height / 2, 0.5);
     let [start, own, glAtStart] = [0, 0, 0];
     for (let frames = -6; ; ++frames) {
         const angle = frames / 9;
         const [x, y] = [0.5 + 0.3 * Math.cos(angle), 0.5 + 0.3 * Math.sin(0.7 * angle)];
-        velmora.touch(2, x * screen.width, y * screen.height, 0.5);
+        velmora.move(x * screen.width, y * screen.height, 0.5);
         await afterFrame();
-        own += times.newest.at(-1).effect;
+        own += velmora.frameTimes().at(-1).effect;
         const passed = performance.now() - start;
         if (frames === 0) {
             [start, own, glAtStart] = [performance.now(), 0, window.glTime]; // programs are compiled
@@ -89,9 +93,9 @@ async function processorTime() {
 
 /** Frames a second, and milliseconds of processors each, at the level where the page is. */
 async function printSpeed(page, name) {
-    const words = await page.evaluate(() => window.velmora.quality.words || "all of the quality");
+    const words = await page.evaluate(() => window.velmora.quality().label || "all of the quality");
     const before = await processorTime();
-    const { perSecond, frames } = await page.evaluate(stir, seconds * 1000);
+    const { perSecond, frames } = await page.evaluate(stir, { duration: seconds * 1000, steady: true });
     const processors = (1000 * ((await processorTime()) - before)) / frames;
     console.log(
         `    ${name} ${words}`.padEnd(52),
@@ -103,7 +107,7 @@ async function printSpeed(page, name) {
 
 async function printOwnTime(hash) {
     const page = await open(browser, { size, hash, before: watchGl });
-    const { own } = await page.evaluate(stir, Math.min(seconds, 3) * 1000);
+    const { own } = await page.evaluate(stir, { duration: Math.min(seconds, 3) * 1000, steady: true });
     const first = await page.evaluate(() => performance.getEntriesByName("first frame")[0]?.startTime ?? NaN);
     console.log(`    ${own.toFixed(2)} ms a frame outside GL, first frame after ${first.toFixed(0)} ms`);
     await page.context().close();
@@ -112,11 +116,11 @@ async function printOwnTime(hash) {
 /** As it opens for a visitor: it looks for what fits, also while the first stroke lasts, and takes it once that rests. */
 async function printChoice(hash) {
     const page = await open(browser, { size, hash, ready: false });
-    await page.waitForFunction(() => window.velmora?.counts.frames > 0 && !window.velmora.quality.trying);
+    await page.waitForFunction(() => window.velmora?.quality().phase === "watching");
     const found = await page.evaluate(() => performance.now());
-    await page.evaluate(stir, 2000);
-    await page.evaluate(() => window.velmora.touch(1, 0, 0, 0));
-    await page.waitForFunction(() => window.velmora.rests, null, { timeout: 60000 });
+    await page.evaluate(stir, { duration: 2000, steady: false });
+    await page.evaluate(() => window.velmora.lift());
+    await page.waitForFunction(() => window.velmora.isResting(), null, { timeout: 60000 });
     await printSpeed(page, `chosen after ${(found / 1000).toFixed(1)} s:`);
     await page.context().close();
 }
@@ -125,7 +129,7 @@ async function printChoice(hash) {
 async function openAt(level, hash, before) {
     const page = await open(browser, { size, hash, before });
     await page.evaluate((value) => {
-        window.velmora.quality.level = value;
+        window.velmora.fixQuality(value);
         window.velmora.restart();
     }, level);
     return page;
@@ -137,7 +141,7 @@ async function printLevel(level, hash) {
     await page.context().close();
     const watched = await openAt(level, hash, watchDraws);
     await watched.evaluate(() => (window.draws = {})); // not of another level
-    await watched.evaluate(stir, Math.min(seconds, 3) * 1000);
+    await watched.evaluate(stir, { duration: Math.min(seconds, 3) * 1000, steady: true });
     const draws = Object.entries(await watched.evaluate(() => window.draws));
     console.log(`        ${draws.map(([kind, time]) => `${kind} ${time.toFixed(1)} ms`).join(", ")}`);
     await watched.context().close();

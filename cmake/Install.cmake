@@ -29,7 +29,7 @@ endif()
 if(TARGET velmora-hostkit)
   install(TARGETS velmora-hostkit EXPORT VelmoraTargets ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR})
   install(DIRECTORY ${PROJECT_SOURCE_DIR}/hostkit DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}
-    FILES_MATCHING PATTERN *.h PATTERN jni_call_names.h EXCLUDE)
+    FILES_MATCHING PATTERN *.h PATTERN instruments EXCLUDE)
 endif()
 
 install(FILES CHANGELOG.md LICENSE README.md docs/host-guide.md docs/kit.md DESTINATION ${CMAKE_INSTALL_DOCDIR})

@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
+#include <initializer_list>
 #include <optional>
 #include <random>
 #include <thread>
@@ -14,7 +15,7 @@
 
 #include "fuzz/byte_source.h"
 #include "hostkit/gl_context.h"
-#include "hostkit/jni_environment.h"
+#include "hostkit/instruments/checked_jni.h"
 
 namespace fuzz {
 
@@ -126,7 +127,7 @@ protected:
         check(jni.pinned() == 0, "an array is still pinned after " + call);
     }
 
-    hostkit::JniEnvironment jni{{.guardElements = 64}};
+    hostkit::CheckedJni jni{{.guardElements = 64}};
 
 private:
     std::vector<Grid> grids;

@@ -1,11 +1,13 @@
 #include "hostkit/effect_host.h"
 
+#include <jni.h>
 #include <standin_bitmap.h>
 
 #include <algorithm>
 #include <cmath>
 #include <string>
 #include <utility>
+#include <variant>
 
 #include "hostkit/host_error.h"
 #include "hostkit/native.h"
@@ -45,7 +47,7 @@ Overloaded(Cases...) -> Overloaded<Cases...>;
 
 EffectHost::EffectHost(EffectHostOptions chosen)
     : options(std::move(chosen)),
-      environment(options.jni),
+      environment(options.jni ? *options.jni : ownEnvironment),
       mvpMatrix(environment.newFloatArray(16)) {
     if (options.sheen.empty()) {
         options.sheen = makeSheen();

@@ -1,6 +1,7 @@
 #pragma once
 
-#include <array>
+#include <jni.h>
+
 #include <chrono>
 #include <cstdint>
 #include <functional>
@@ -12,6 +13,7 @@
 #include "hostkit/gl_context.h"
 #include "hostkit/jni_environment.h"
 #include "hostkit/picture.h"
+#include "hostkit/screen.h"
 #include "hostkit/water_driver.h"
 
 namespace hostkit {
@@ -50,7 +52,8 @@ struct EffectHostOptions {
     Picture secondBackground = {};
     Look look = {};
     WaterSettings water = {};
-    JniOptions jni = {};
+    /// The caller's environment, which outlives the host. Null: one of the host's own.
+    JniEnvironment* jni = nullptr;
     /// Set by a host with a window: destroys the window's GL context with everything in it and
     /// makes a new one, current; one must be current when the host is made. Empty: an off-screen
     /// context of the host's own.
@@ -91,7 +94,9 @@ public:
     void replaceWater(WaterSettings settings);
 
     Look& look() { return options.look; }
+    const Look& look() const { return options.look; }
     WaterDriver& water() { return *waterDriver; }
+    const WaterDriver& water() const { return *waterDriver; }
     JniEnvironment& jni() { return environment; }
     /// The host's own context, where it has one.
     const GlContext& gl() const { return *context; }
@@ -105,7 +110,8 @@ private:
     void strikeWater(const Touch& touch);
 
     EffectHostOptions options;
-    JniEnvironment environment;
+    JniEnvironment ownEnvironment;
+    JniEnvironment& environment;
     /// Absent where the window has the context.
     std::optional<GlContext> context;
     bool contextReady = false;

@@ -2,15 +2,15 @@
 
 #include <algorithm>
 #include <array>
-#include <charconv>
-#include <cmath>
+#include <cstddef>
 #include <fstream>
+#include <ios>
 #include <iterator>
 #include <optional>
 #include <system_error>
-#include <utility>
 
 #include "hostkit/host_error.h"
+#include "hostkit/number_text.h"
 
 namespace hostkit {
 
@@ -48,7 +48,7 @@ struct LineReader {
     Number numberBetween(Number least, Number most, const std::string& what) {
         const std::string_view found = word();
         Number value{};
-        const auto [end, error] = std::from_chars(found.data(), found.data() + found.size(), value);
+        const auto [end, error] = readNumber(found.data(), found.data() + found.size(), value);
         if (error != std::errc{} || end != found.data() + found.size() ||
             !(value >= least && value <= most)) {
             fail(what, found);
@@ -142,7 +142,7 @@ template <class... Numbers>
 void append(std::string& text, Numbers... numbers) {
     const auto one = [&](auto value) {
         char digits[64];
-        const auto end = std::to_chars(digits, std::end(digits), value).ptr;
+        const auto end = writeNumber(digits, std::end(digits), value).ptr;
         text.append(1, ' ').append(digits, end);
     };
     (one(numbers), ...);

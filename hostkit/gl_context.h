@@ -3,10 +3,9 @@
 #include <cstdint>
 #include <vector>
 
-namespace hostkit {
+#include "hostkit/screen.h"
 
-/// The current context's default framebuffer of that size as RGBA bytes, rows top to bottom.
-std::vector<std::uint8_t> readScreen(int width, int height);
+namespace hostkit {
 
 /// Lets a software rasteriser filter finely enough for the ink, which keeps its value in two
 /// channels, a coarse and a fine one. Call before the first context is made.

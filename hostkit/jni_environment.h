@@ -5,42 +5,20 @@
 #include <cstddef>
 #include <memory>
 #include <span>
-#include <string>
+#include <type_traits>
 #include <vector>
 
 namespace hostkit {
 
-/// What a Get...ArrayElements call hands out: the array itself or a copy; a JVM may do either.
-enum class ArrayAccess { direct, copy };
+/// Table of the JNI calls. A JDK and Android give its type different names.
+using JniTable = std::remove_cvref_t<decltype(*JNIEnv::functions)>;
 
-struct JniOptions {
-    ArrayAccess access = ArrayAccess::direct;
-    /// Guard elements before and after each array and each copy; 0 for none.
-    std::size_t guardElements = 0;
-};
-
-/// One array call: its JNI name, the array's id and the release mode, which is 0 for the Get calls.
-struct JniCall {
-    std::string name;
-    int array;
-    jint mode;
-    bool operator==(const JniCall&) const = default;
-};
-
-/// An overwritten guard element. `element` counts from the start of the array: below 0 before it,
-/// its length and more past its end.
-struct GuardDamage {
-    int array;
-    std::ptrdiff_t element;
-    bool operator==(const GuardDamage&) const = default;
-};
-
-/// A JNIEnv for a host without a JVM. The four array calls that the library makes work on arrays of
-/// this environment; any other call ends the program with a line that names it. One thread at a time.
+/// A JNIEnv for a host without a JVM. It offers the four array calls that the library makes, on arrays of its own, and
+/// no other call. One thread at a time.
 class JniEnvironment {
 public:
-    explicit JniEnvironment(JniOptions options = {});
-    ~JniEnvironment();
+    JniEnvironment();
+    virtual ~JniEnvironment();
     JniEnvironment(const JniEnvironment&) = delete;
     JniEnvironment& operator=(const JniEnvironment&) = delete;
 
@@ -58,28 +36,45 @@ public:
     static std::span<jshort> elements(jshortArray array);
     static int id(jarray array);
 
-    /// Applies to the arrays pinned from now on.
-    void setAccess(ArrayAccess access);
-    /// The Get calls for this array return null, as those of a JVM without memory do; null: for none.
-    void refuse(jarray array);
+protected:
+    /// Zeroed content between two guard zones.
+    struct Block {
+        Block(std::size_t contentBytes, std::size_t guardBytes);
+        std::byte* content() { return bytes.data() + guardBytes; }
+        std::size_t contentBytes() const { return bytes.size() - 2 * guardBytes; }
 
-    /// Array calls since the start or the last clear, in order; kept only while logging is on, so
-    /// that a frame without logging allocates nothing here.
-    void setLogging(bool on);
-    const std::vector<JniCall>& calls() const;
-    void clearCalls();
+        std::vector<std::byte> bytes;
+        std::size_t guardBytes;
+    };
+    static constexpr std::byte guardByte{0xA5};
 
-    /// Arrays pinned now and not released yet, each pin counted.
-    int pinned() const;
+    /// The target of an array handle.
+    struct Array {
+        int id;
+        std::size_t elementBytes;
+        Block block;
+    };
 
-    /// Damage found at releases and by the checks so far, in the order found; a damaged guard is
-    /// repaired once reported. `checkGuards` looks at every array now.
-    const std::vector<GuardDamage>& damages() const;
-    const std::vector<GuardDamage>& checkGuards();
+    /// Makes arrays with guard zones of so many elements.
+    explicit JniEnvironment(std::size_t guardLength);
+    static Array& arrayOf(jarray handle);
+    std::span<const std::unique_ptr<Array>> arrays() const { return owned; }
+    JniTable& callTable();
+
+    /// Carries out a Get...ArrayElements call of that JNI name. Hands out the array itself.
+    virtual void* pin(const char* call, Array& array, jboolean* isCopy);
+    /// Carries out a Release...ArrayElements call.
+    virtual void unpin(const char* call, Array& array, void* data, jint mode);
 
 private:
-    struct State;
-    std::unique_ptr<State> state;
+    struct Environment;
+
+    jarray newArray(std::size_t length, std::size_t elementBytes);
+
+    std::unique_ptr<Environment> environment;
+    std::vector<std::unique_ptr<Array>> owned;
+    std::size_t guardElements;
+    int lastId = 0;
 };
 
 }  // namespace hostkit

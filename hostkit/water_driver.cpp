@@ -1,7 +1,11 @@
 #include "hostkit/water_driver.h"
 
+#include <jni.h>
+
 #include <algorithm>
 #include <cmath>
+#include <cstddef>
+#include <span>
 
 #include "hostkit/native.h"
 

@@ -1,7 +1,8 @@
 #pragma once
 
+#include <jni.h>
+
 #include <chrono>
-#include <cstddef>
 #include <cstdint>
 
 #include "hostkit/jni_environment.h"

@@ -7,7 +7,7 @@
 
 #include <array>
 #include <cerrno>
-#include <csignal>
+#include <cstdint>
 #include <cstring>
 #include <initializer_list>
 #include <string>
@@ -71,7 +71,7 @@ void appendFormat(Words& words, const std::string& extension, FilmTiming timing)
     }
 }
 
-Words commandLine(const fs::path& film, Size size, FilmTiming timing) {
+Words commandLine(const fs::path& film, app::Size size, FilmTiming timing) {
     Words words = {"ffmpeg", "-hide_banner", "-loglevel",     "error", "-y",
                    "-f",     "rawvideo",     "-pixel_format", "rgba",  "-video_size"};
     words.push_back(std::to_string(size.width) + "x" + std::to_string(size.height));
@@ -132,7 +132,7 @@ std::string reasonIn(std::FILE* file) {
 
 }  // namespace
 
-Encoder::Encoder(fs::path filmFile, Size size, FilmTiming timing)
+Encoder::Encoder(fs::path filmFile, app::Size size, FilmTiming timing)
     : film(std::move(filmFile)), messages(std::tmpfile()) {
     std::array<int, 2> pipe{};
     if (!messages || pipe2(pipe.data(), O_CLOEXEC) != 0) {

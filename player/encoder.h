@@ -6,8 +6,8 @@
 #include <filesystem>
 #include <memory>
 
+#include "app/size.h"
 #include "hostkit/picture.h"
-#include "player/size.h"
 
 namespace player {
 
@@ -23,7 +23,7 @@ enum class FilmTiming {
 class Encoder {
 public:
     /// The format is that of the name's extension: .mp4, .webm or .gif.
-    Encoder(std::filesystem::path film, Size size, FilmTiming timing);
+    Encoder(std::filesystem::path film, app::Size size, FilmTiming timing);
     /// Ends an ffmpeg that is still running; the file is then worth nothing.
     ~Encoder();
     Encoder(const Encoder&) = delete;

@@ -4,8 +4,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <array>
 #include <cerrno>
+#include <cstddef>
 #include <system_error>
 #include <vector>
 

@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <utility>
 
+#include "app/size.h"
 #include "player/picture.h"
 
 namespace player {
@@ -32,8 +33,8 @@ int thumbnailSide(int side, int longestSide) {
 
 }  // namespace
 
-Film::Film(std::filesystem::path targetFolder, const std::string& format, Size size, int frameCount,
-           float scale)
+Film::Film(std::filesystem::path targetFolder, const std::string& format, app::Size size,
+           int frameCount, float scale)
     : folder(std::move(targetFolder)),
       stillFrames(evenlySpaced(frameCount)),
       timeScale(static_cast<double>(scale)),

@@ -1,10 +1,12 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <filesystem>
 #include <string>
 #include <vector>
 
+#include "app/size.h"
 #include "hostkit/picture.h"
 #include "player/encoder.h"
 
@@ -16,7 +18,7 @@ class Film {
 public:
     /// `frameCount` frames of the given size will follow. Each shows for a 60th of a second divided
     /// by `timeScale`. Throws Failure, as all members do.
-    Film(std::filesystem::path folder, const std::string& format, Size size, int frameCount,
+    Film(std::filesystem::path folder, const std::string& format, app::Size size, int frameCount,
          float timeScale);
 
     void add(const hostkit::Picture& frame);

@@ -2,11 +2,15 @@
 
 #include <imgui.h>
 
+#include "app/size.h"
+#include "hostkit/instruments/effect_probe.h"
+#include "hostkit/picture.h"
+#include "player/draw/overlay_choice.h"
 #include "player/picture.h"
 
 namespace player {
 
-FilmScreen::FilmScreen(Size screen, Overlays shown) : size(screen), overlays(shown) {
+FilmScreen::FilmScreen(app::Size screen, Overlays shown) : size(screen), overlays(shown) {
     context.emplace(size.width, size.height);
     if (overlays.velocity || overlays.ink) {
         painter.emplace();

@@ -2,7 +2,11 @@
 
 #include <optional>
 
+#include "app/size.h"
 #include "hostkit/gl_context.h"
+#include "hostkit/instruments/effect_probe.h"
+#include "hostkit/picture.h"
+#include "player/draw/overlay_choice.h"
 #include "player/draw/overlays.h"
 #include "player/draw/painter.h"
 
@@ -12,7 +16,7 @@ namespace player {
 class FilmScreen {
 public:
     /// The context is current from here on. Throws HostError or Failure, as renewContext does.
-    FilmScreen(Size screen, Overlays shown);
+    FilmScreen(app::Size screen, Overlays shown);
 
     /// A new context in place of the old one and all in it.
     void renewContext();
@@ -21,7 +25,7 @@ public:
     hostkit::Picture shown() const;
 
 private:
-    Size size;
+    app::Size size;
     Overlays overlays;
     std::optional<hostkit::GlContext> context;
     /// Absent where no overlay is shown.

@@ -3,6 +3,7 @@
 #include <exception>
 #include <system_error>
 
+#include "app/text.h"
 #include "player/failure.h"
 #include "player/options.h"
 #include "player/run.h"
@@ -19,7 +20,7 @@ int main(int argc, char** argv) {
         }
         return 0;
     } catch (const std::exception& error) {
-        std::fprintf(stderr, "velmora-player: %s\n", player::oneLine(error.what()).c_str());
+        std::fprintf(stderr, "velmora-player: %s\n", app::oneLine(error.what()).c_str());
         return 2;
     }
 }

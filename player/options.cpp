@@ -4,7 +4,10 @@
 #include <charconv>
 #include <cstdio>
 #include <string>
+#include <system_error>
 
+#include "app/size.h"
+#include "app/text.h"
 #include "player/failure.h"
 #include "player/help_text.h"
 #include "player/size.h"
@@ -15,11 +18,11 @@ namespace {
 constexpr int mostFrames = 1'000'000;
 
 void readSize(const std::string& given, Options& options) {
-    const std::optional<Size> size = parseSize(given);
+    const std::optional<app::Size> size = parseSize(given);
     if (!size) {
         throw CLI::ValidationError(
             "--size", "expected WIDTHxHEIGHT, each from " + std::to_string(smallestSide) + " to " +
-                          std::to_string(largestSide) + " pixels, not " + inQuotes(given));
+                          std::to_string(largestSide) + " pixels, not " + app::inQuotes(given));
     }
     options.width = size->width;
     options.height = size->height;
@@ -31,7 +34,7 @@ void readLetters(const std::string& given, Options& options) {
     if (error != std::errc{} || rest != end ||
         !(options.letters >= 0.5 && options.letters <= 8.0)) {
         throw CLI::ValidationError("--letters",
-                                   "expected a number from 0.5 to 8, not " + inQuotes(given));
+                                   "expected a number from 0.5 to 8, not " + app::inQuotes(given));
     }
 }
 

@@ -4,7 +4,7 @@
 #include <optional>
 #include <string>
 
-#include "player/draw/overlays.h"
+#include "player/draw/overlay_choice.h"
 
 namespace player {
 

@@ -4,12 +4,15 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <string>
 #include <string_view>
+#include <system_error>
 
 #include "hostkit/gl_context.h"
+#include "hostkit/screen.h"
 #include "player/failure.h"
 #include "player/files.h"
 
@@ -150,7 +153,7 @@ Picture loadPicture(const std::filesystem::path& file) {
     return picture;
 }
 
-Backgrounds loadBackgrounds(const Options& options) {
+app::Backgrounds loadBackgrounds(const Options& options) {
     const auto load = [](const std::filesystem::path& named, const char* usual) {
         const std::filesystem::path file = named.empty() ? usual : named;
         std::error_code ignored;
@@ -180,7 +183,7 @@ Picture plainPicture(int width, int height, std::uint8_t shade) {
     return picture;
 }
 
-Picture screenPicture(Size screen) {
+Picture screenPicture(app::Size screen) {
     Picture picture{screen.width, screen.height, hostkit::readScreen(screen.width, screen.height)};
     for (std::size_t alpha = 3; alpha < picture.rgba.size(); alpha += 4) {
         picture.rgba[alpha] = 255;

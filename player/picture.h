@@ -3,9 +3,10 @@
 #include <cstdint>
 #include <filesystem>
 
+#include "app/backgrounds.h"
+#include "app/size.h"
 #include "hostkit/picture.h"
 #include "player/options.h"
-#include "player/size.h"
 
 namespace player {
 
@@ -13,13 +14,9 @@ namespace player {
 /// transparent; one that is cut off is shown as far as it goes, with a warning. Throws Failure.
 hostkit::Picture loadPicture(const std::filesystem::path& file);
 
-/// Those of the command line, background and second background: the desktop's photographs, or drawn
-/// ones where it has none, for those that it does not name.
-struct Backgrounds {
-    hostkit::Picture first;
-    hostkit::Picture second;
-};
-Backgrounds loadBackgrounds(const Options& options);
+/// Loads the backgrounds that the command line names. For one that it does not name, takes a photograph of the desktop,
+/// or draws one if the desktop has none.
+app::Backgrounds loadBackgrounds(const Options& options);
 
 /// The picture scaled to cover width x height, cropped around its centre.
 hostkit::Picture covering(const hostkit::Picture& picture, int width, int height);
@@ -28,7 +25,7 @@ hostkit::Picture covering(const hostkit::Picture& picture, int width, int height
 hostkit::Picture plainPicture(int width, int height, std::uint8_t shade);
 
 /// What the current GL context's screen of that size shows, opaque: its alpha is not part of that.
-hostkit::Picture screenPicture(Size screen);
+hostkit::Picture screenPicture(app::Size screen);
 
 /// Draws `picture` scaled to width x height into `target` with its top left corner at (x, y).
 void drawScaled(const hostkit::Picture& picture, hostkit::Picture& target, int x, int y, int width,

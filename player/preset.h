@@ -4,20 +4,20 @@
 #include <string>
 #include <vector>
 
+#include "app/settings.h"
 #include "player/options.h"
-#include "player/settings.h"
 
 namespace player {
 
-/// Settings as a JSON object, one member a setting; a missing one has its default. Throws Failure
+/// app::Settings as a JSON object, one member a setting; a missing one has its default. Throws Failure
 /// that names the file and the member.
-Settings loadPreset(const std::filesystem::path& file);
+app::Settings loadPreset(const std::filesystem::path& file);
 
 /// Those that the command line asks for. Throws Failure.
-Settings startSettings(const Options& options);
+app::Settings startSettings(const Options& options);
 
 /// A file in full or none. Throws Failure.
-void savePreset(const Settings& settings, const std::filesystem::path& file);
+void savePreset(const app::Settings& settings, const std::filesystem::path& file);
 
 struct NamedPreset {
     std::string name;

@@ -6,38 +6,44 @@
 #include <string>
 #include <utility>
 
+#include "app/backgrounds.h"
+#include "app/frame_clock.h"
+#include "app/rain.h"
+#include "app/settings.h"
+#include "app/size.h"
+#include "hostkit/digest.h"
 #include "hostkit/effect_host.h"
-#include "hostkit/effect_probe.h"
+#include "hostkit/gesture_script.h"
+#include "hostkit/instruments/effect_probe.h"
+#include "hostkit/jni_environment.h"
+#include "hostkit/water_driver.h"
 #include "player/failure.h"
 #include "player/film.h"
 #include "player/film_screen.h"
-#include "player/frame_time.h"
 #include "player/interrupt.h"
 #include "player/picture.h"
 #include "player/preset.h"
 #include "player/progress.h"
-#include "player/rain.h"
 #include "player/script.h"
-#include "player/settings.h"
 #include "player/staging.h"
 
 namespace player {
 namespace {
 
-hostkit::EffectHostOptions hostOf(const Options& options, const Settings& settings) {
-    hostkit::EffectHostOptions host = hostOptions(settings, options.width, options.height);
-    const Backgrounds backgrounds = loadBackgrounds(options);
+hostkit::EffectHostOptions hostOf(const Options& options, const app::Settings& settings) {
+    hostkit::EffectHostOptions host = app::hostOptions(settings, options.width, options.height);
+    const app::Backgrounds backgrounds = loadBackgrounds(options);
     host.background = covering(backgrounds.first, options.width, options.height);
     host.secondBackground = covering(backgrounds.second, options.width, options.height);
     return host;
 }
 
-hostkit::GestureScript scriptOf(const Options& options, const Settings& settings) {
+hostkit::GestureScript scriptOf(const Options& options, const app::Settings& settings) {
     hostkit::GestureScript script =
         hostkit::scaledToScreen(loadScript(options), options.width, options.height);
     if (!options.scriptGiven) {
         // As hard as the preset's finger. A script that the user names has the pressures it has.
-        scalePressures(script, settings.pressure / Settings{}.pressure);
+        scalePressures(script, settings.pressure / app::Settings{}.pressure);
     }
     return script;
 }
@@ -68,13 +74,13 @@ void addWater(hostkit::Digest& digest, const hostkit::WaterDriver& water) {
 }
 
 void play(hostkit::EffectHost& host, FilmScreen& screen, hostkit::EffectProbe& probe,
-          const Settings& settings, const hostkit::GestureScript& script, Film& film,
+          const app::Settings& settings, const hostkit::GestureScript& script, Film& film,
           hostkit::Digest& water) {
-    Rain rain;
+    app::Rain rain;
     Progress progress = startProgress(script.frames);
     for (int frame = 0; frame < script.frames; ++frame) {
-        fall(rain, host, settings, frameTime);
-        host.step(hostkit::eventsOfFrame(script, frame), frameTime);
+        app::dropRain(rain, host, settings, app::frameTime);
+        host.step(hostkit::eventsOfFrame(script, frame), app::frameTime);
         probe.draw(host);
         screen.drawOver(probe);
         addWater(water, host.water());
@@ -106,13 +112,13 @@ void tell(const Options& options, const Film& film, const hostkit::Digest& water
 
 void run(const Options& options) {
     takeSignals();
-    const Settings settings = startSettings(options);
+    const app::Settings settings = startSettings(options);
     const hostkit::GestureScript script = scriptOf(options, settings);
     if (!options.record.empty()) {
         warn("nothing is recorded without a window", options.record.string());
     }
     hostkit::EffectHostOptions chosen = hostOf(options, settings);
-    const Size size{options.width, options.height};
+    const app::Size size{options.width, options.height};
     FilmScreen screen(size, options.overlays);
     hostkit::EffectProbe probe;
     chosen.renewContext = [&] {

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <string>
+#include <variant>
 
 #include "player/failure.h"
 #include "player/files.h"

@@ -1,6 +1,8 @@
 #include "player/size.h"
 
 #include <charconv>
+#include <cstddef>
+#include <system_error>
 
 namespace player {
 namespace {
@@ -18,8 +20,8 @@ bool isSide(int side) {
 
 }  // namespace
 
-std::optional<Size> parseSize(std::string_view text) {
-    Size size{};
+std::optional<app::Size> parseSize(std::string_view text) {
+    app::Size size{};
     const bool width = takeNumber(text, size.width);
     const bool cross = text.starts_with('x');
     text.remove_prefix(cross ? 1 : 0);

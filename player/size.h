@@ -3,21 +3,16 @@
 #include <optional>
 #include <string_view>
 
-namespace player {
+#include "app/size.h"
 
-/// In pixels.
-struct Size {
-    int width;
-    int height;
-    bool operator==(const Size&) const = default;
-};
+namespace player {
 
 // A smaller screen has no solver cell, which takes 12 pixels; a larger one exceeds the usual limits
 // of GL.
 constexpr int smallestSide = 16;
 constexpr int largestSide = 4096;
 
-/// WIDTHxHEIGHT; nothing where it is something else or beyond the limits.
-std::optional<Size> parseSize(std::string_view text);
+/// Reads WIDTHxHEIGHT; empty if the text is something else or beyond the limits.
+std::optional<app::Size> parseSize(std::string_view text);
 
 }  // namespace player

@@ -4,7 +4,7 @@
 import { execFileSync } from "node:child_process";
 import { readFileSync } from "node:fs";
 import { join } from "node:path";
-import { bring, frames, launch, open, shots, top } from "../tests/web/page.mjs";
+import { bring, frames, launch, open, rest, shots, top } from "../tests/web/page.mjs";
 
 const browser = await launch();
 
@@ -17,7 +17,7 @@ async function take(name, preset, gesture, frame, options, withPanel) {
     }
     await frames(page, frame);
     await page.evaluate(() => (window.velmora.view.paused = true));
-    await page.waitForTimeout(1500);
+    await rest(page);
     await page.addStyleTag({ content: "#notice, .times { display: none }" });
     await page.screenshot({ path: join(shots, name) });
     await page.context().close();

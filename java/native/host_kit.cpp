@@ -1,6 +1,7 @@
 #include <EGL/egl.h>
 #include <GLES2/gl2.h>
 #include <javahost_HostKit.h>
+#include <jni.h>
 
 #include <cstdint>
 #include <span>
@@ -8,6 +9,7 @@
 #include "hostkit/gl_context.h"
 #include "hostkit/host_error.h"
 #include "hostkit/picture.h"
+#include "hostkit/screen.h"
 
 namespace {
 

@@ -61,7 +61,7 @@ Canvas::~Canvas() {
     glDeleteProgram(densityProgram);
 }
 
-void Canvas::keep(Size screen) {
+void Canvas::keep(app::Size screen) {
     const GlStateGuard guard;
     glBindTexture(GL_TEXTURE_2D, picture);
     if (kept == screen) {
@@ -79,7 +79,7 @@ void Canvas::keep(Size screen) {
     kept = screen;
 }
 
-void Canvas::show(Size screen) {
+void Canvas::show(app::Size screen) {
     if (kept.width == 0) {
         return;
     }
@@ -88,14 +88,14 @@ void Canvas::show(Size screen) {
     drawQuad(pictureProgram, picture, screen);
 }
 
-void Canvas::showDensity(GLuint texture, Size screen) {
+void Canvas::showDensity(GLuint texture, app::Size screen) {
     const GlStateGuard guard;
     glEnable(GL_BLEND);
     glBlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA);
     drawQuad(densityProgram, texture, screen);
 }
 
-void Canvas::drawQuad(GLuint program, GLuint texture, Size screen) const {
+void Canvas::drawQuad(GLuint program, GLuint texture, app::Size screen) const {
     glViewport(0, 0, screen.width, screen.height);
     glUseProgram(program);
     glUniform1i(glGetUniformLocation(program, "sTexture"), 0);

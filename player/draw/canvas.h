@@ -2,7 +2,7 @@
 
 #include <GLES2/gl2.h>
 
-#include "player/size.h"
+#include "app/size.h"
 
 namespace player {
 
@@ -17,21 +17,21 @@ public:
     Canvas& operator=(const Canvas&) = delete;
 
     /// Takes what the screen shows.
-    void keep(Size screen);
+    void keep(app::Size screen);
     /// Shows what was kept.
-    void show(Size screen);
+    void show(app::Size screen);
     /// Lays false colours of the density texture over the screen; black and see-through without
     /// ink.
-    void showDensity(GLuint texture, Size screen);
+    void showDensity(GLuint texture, app::Size screen);
 
 private:
-    void drawQuad(GLuint program, GLuint texture, Size screen) const;
+    void drawQuad(GLuint program, GLuint texture, app::Size screen) const;
 
     GLuint pictureProgram;
     GLuint densityProgram;
     GLuint picture = 0;
     GLuint quad = 0;
-    Size kept{0, 0};
+    app::Size kept{0, 0};
 };
 
 }  // namespace player

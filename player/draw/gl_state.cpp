@@ -1,6 +1,6 @@
 #include "player/draw/gl_state.h"
 
-#include <string>
+#include <initializer_list>
 
 #include "player/failure.h"
 

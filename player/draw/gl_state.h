@@ -3,6 +3,7 @@
 #include <GLES2/gl2.h>
 
 #include <array>
+#include <initializer_list>
 
 namespace player {
 

@@ -4,6 +4,7 @@
 
 #include <cmath>
 #include <filesystem>
+#include <system_error>
 
 namespace player {
 namespace {

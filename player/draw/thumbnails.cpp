@@ -3,6 +3,7 @@
 #include <exception>
 #include <system_error>
 
+#include "hostkit/picture.h"
 #include "player/draw/gl_state.h"
 #include "player/picture.h"
 #include "player/preset.h"

@@ -1,9 +1,18 @@
+#include <cstddef>
+#include <filesystem>
 #include <utility>
 
+#include "app/random_settings.h"
+#include "app/settings.h"
+#include "hostkit/gesture_script.h"
 #include "player/picture.h"
-#include "player/random_look.h"
+#include "player/preset.h"
 #include "player/script.h"
+#include "player/window/keys.h"
+#include "player/window/notice.h"
 #include "player/window/open_window.h"
+#include "player/window/panel.h"
+#include "player/window/requests.h"
 
 namespace player {
 namespace {
@@ -21,11 +30,11 @@ constexpr ViewSwitch viewSwitches[] = {
 
 struct SettingSwitch {
     Command command;
-    bool Settings::*state;
+    bool app::Settings::*state;
 };
 constexpr SettingSwitch settingSwitches[] = {
-    {Command::secondBackground, &Settings::secondBackground},
-    {Command::waterOnly, &Settings::waterOnly},
+    {Command::secondBackground, &app::Settings::secondBackground},
+    {Command::waterOnly, &app::Settings::waterOnly},
 };
 
 /// Whether the command is one of the switches, which is then turned.
@@ -59,7 +68,7 @@ void OpenWindow::runCommands() {
 
 void OpenWindow::run(Command command) {
     if (turnSwitch(viewSwitches, command, view) ||
-        turnSwitch(settingSwitches, command, session.settings)) {
+        turnSwitch(settingSwitches, command, session.core.settings)) {
         return;
     }
     switch (command) {
@@ -68,11 +77,11 @@ void OpenWindow::run(Command command) {
         case Command::step:
             return playback.step();
         case Command::attract:
-            return gestures.switchAttract();
+            return session.core.turnAttractMode(!session.core.attractMode().isOn());
         case Command::clearInk:
-            return gestures.add(hostkit::ClearInk{});
+            return session.core.add(hostkit::ClearInk{});
         case Command::loseContext:
-            return gestures.add(hostkit::LoseContext{});
+            return session.core.add(hostkit::LoseContext{});
         case Command::nextPreset:
             return loadNextLook();
         case Command::inkOfPicture:
@@ -105,7 +114,7 @@ void OpenWindow::run(Command command) {
 }
 
 void OpenWindow::loadLook(const std::filesystem::path& file) {
-    session.settings = looks.load(file);
+    session.core.settings = looks.load(file);
     say(notice, looks.name());
 }
 
@@ -116,22 +125,22 @@ void OpenWindow::loadNextLook() {
 }
 
 void OpenWindow::takeInkOfPicture() {
-    session.settings.ink = session.inkAgainstPicture(0);
+    session.core.settings.ink = session.core.inkAgainstBackground(0);
     say(notice, "an ink that stands out from the picture");
 }
 
 void OpenWindow::showRandomLook() {
-    session.settings = randomLook(nextRandomLook++);
+    session.core.settings = app::randomSettings(nextRandomLook++);
     say(notice, "a look by chance; P saves it");
 }
 
 void OpenWindow::resetLook() {
-    session.settings = looks.unchanged();
+    session.core.settings = looks.unchanged();
     say(notice, looks.name() + ", as it was");
 }
 
 void OpenWindow::savePreset() {
-    looks.add(keeper.savePreset(), session.settings);
+    looks.add(keeper.savePreset(), session.core.settings);
 }
 
 void OpenWindow::replay() {
@@ -141,18 +150,18 @@ void OpenWindow::replay() {
         say(notice, "no gesture has been recorded yet: R begins");
         return;
     }
-    playback.play(Replay{loadScript(file)});
+    playback.play(loadScript(file));
     say(notice, "replaying " + file.string() + ", from a fresh start");
 }
 
 /// A preset is loaded, a gesture script is played, a picture becomes the background.
 void OpenWindow::takeDrop(const std::filesystem::path& file) {
     if (file.extension() == ".json") {
-        session.settings = looks.load(file);
+        session.core.settings = looks.load(file);
     } else if (file.extension() == ".gesture") {
-        playback.play(Replay{loadScript(file)});
+        playback.play(loadScript(file));
     } else {
-        session.showPicture(loadPicture(file));
+        session.core.showPicture(loadPicture(file));
     }
     say(notice, file.filename().string());
 }

@@ -8,6 +8,9 @@
 #include <algorithm>
 #include <optional>
 
+#include "app/frame_clock.h"
+#include "player/window/keys.h"
+
 namespace player {
 namespace {
 
@@ -60,7 +63,7 @@ void waitForEvent(std::chrono::nanoseconds time) {
     SDL_WaitEventTimeout(nullptr, std::max(1, static_cast<int>(whole.count())));
 }
 
-bool takeEvents(const GlWindow& window, float mousePressure, Gestures& gestures,
+bool takeEvents(const GlWindow& window, Pointer& pointer, app::Session& session,
                 Requests& requests) {
     bool any = false;
     for (SDL_Event event; SDL_PollEvent(&event) != 0; any = true) {
@@ -68,14 +71,14 @@ bool takeEvents(const GlWindow& window, float mousePressure, Gestures& gestures,
         if (event.type == SDL_QUIT) {
             requests.commands.push_back(Command::quit);
         } else if (event.type == SDL_DROPFILE) {
-            gestures.userCame();
+            session.noteInput(app::Clock::now());
             requests.drops.emplace_back(event.drop.file);
             SDL_free(event.drop.file);
         } else if (isOurKey(event)) {
-            gestures.userCame();
+            session.noteInput(app::Clock::now());
             pressKey(event.key.keysym.sym, requests);
         } else if (const auto press = pressOf(event); !press || !isPanels(*press)) {
-            gestures.feed(event, window, mousePressure);
+            feed(pointer, event, window, session);
         }
     }
     return any;

@@ -2,18 +2,19 @@
 
 #include <chrono>
 
-#include "player/window/gestures.h"
+#include "app/session.h"
 #include "player/window/gl_window.h"
+#include "player/window/pointer.h"
 #include "player/window/requests.h"
 
 namespace player {
 
-/// Sleeps until an event comes, or for that time.
+/// Sleeps until an event arrives, at most for that time.
 void waitForEvent(std::chrono::nanoseconds time);
 
-/// Hands the desktop's events to the panel, and what the panel leaves to gestures and requests.
-/// Whether there was any.
-bool takeEvents(const GlWindow& window, float mousePressure, Gestures& gestures,
+/// Hands the desktop's events to the panel, and the events that are not the panel's to session and requests. Returns
+/// whether there was an event.
+bool takeEvents(const GlWindow& window, Pointer& pointer, app::Session& session,
                 Requests& requests);
 
 }  // namespace player

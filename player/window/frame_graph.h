@@ -2,7 +2,7 @@
 
 #include <span>
 
-#include "player/window/session.h"
+#include "player/window/window_session.h"
 
 namespace player {
 

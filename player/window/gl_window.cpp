@@ -33,7 +33,7 @@ std::string desktops() {
 }
 
 /// Leaves room for a title bar.
-Size withinDisplay(Size size) {
+app::Size withinDisplay(app::Size size) {
     constexpr double part = 0.93;
     SDL_Rect display{};
     if (SDL_GetDisplayUsableBounds(0, &display) != 0) {
@@ -77,8 +77,8 @@ GlWindow::VideoSystem::~VideoSystem() {
     SDL_Quit();
 }
 
-GlWindow::GlWindow(const char* title, Size wanted, bool shrinks) {
-    const Size size = shrinks ? withinDisplay(wanted) : wanted;
+GlWindow::GlWindow(const char* title, app::Size wanted, bool shrinks) {
+    const app::Size size = shrinks ? withinDisplay(wanted) : wanted;
     window.reset(SDL_CreateWindow(
         title, SDL_WINDOWPOS_CENTERED, SDL_WINDOWPOS_CENTERED, size.width, size.height,
         SDL_WINDOW_OPENGL | SDL_WINDOW_RESIZABLE | SDL_WINDOW_ALLOW_HIGHDPI));
@@ -134,18 +134,18 @@ void GlWindow::swap() {
     SDL_GL_SwapWindow(window.get());
 }
 
-std::optional<Size> GlWindow::ownSize() const {
+std::optional<app::Size> GlWindow::ownSize() const {
     const Uint32 ruled = SDL_WINDOW_FULLSCREEN_DESKTOP | SDL_WINDOW_MAXIMIZED;
     if (before || (SDL_GetWindowFlags(window.get()) & ruled) != 0) {
         return std::nullopt;
     }
-    Size size{};
+    app::Size size{};
     SDL_GetWindowSize(window.get(), &size.width, &size.height);
     return size;
 }
 
-Size GlWindow::pixels() const {
-    Size size{};
+app::Size GlWindow::pixels() const {
+    app::Size size{};
     SDL_GL_GetDrawableSize(window.get(), &size.width, &size.height);
     return size;
 }

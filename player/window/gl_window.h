@@ -6,7 +6,7 @@
 #include <memory>
 #include <optional>
 
-#include "player/size.h"
+#include "app/size.h"
 
 namespace player {
 
@@ -19,7 +19,7 @@ class GlWindow {
 public:
     /// `shrinks`: where the display is smaller, so is the window, in the same shape. Throws Failure
     /// without a desktop or without that GL.
-    GlWindow(const char* title, Size size, bool shrinks);
+    GlWindow(const char* title, app::Size size, bool shrinks);
     ~GlWindow();
     GlWindow(const GlWindow&) = delete;
     GlWindow& operator=(const GlWindow&) = delete;
@@ -30,9 +30,9 @@ public:
     /// The whole screen, or the window again.
     void switchFullScreen();
     /// In units of the desktop; nothing while that rules the size, as on the whole screen.
-    std::optional<Size> ownSize() const;
+    std::optional<app::Size> ownSize() const;
     /// In pixels, of which a window of a dense screen has more than units of its own.
-    Size pixels() const;
+    app::Size pixels() const;
     /// Pixels per unit of the window, across and down.
     double scaleX() const;
     double scaleY() const;

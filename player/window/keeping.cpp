@@ -7,7 +7,7 @@ namespace player {
 
 namespace fs = std::filesystem;
 
-Keeper::Keeper(Session& ofSession, Notice& saysIn, const Options& options)
+Keeper::Keeper(WindowSession& ofSession, Notice& saysIn, const Options& options)
     : session(ofSession),
       notice(saysIn),
       shots(options.shots, options.format),
@@ -24,7 +24,7 @@ void Keeper::switchFilm() {
 
 void Keeper::addToFilm() {
     if (filming()) {
-        shots.addToFilm(session.shown());
+        shots.addToFilm(session.screenshot());
     }
 }
 
@@ -56,14 +56,14 @@ void Keeper::finishRecording() {
     }
     const fs::path file = session.recording()->file();
     tellDigest();
-    session.finishRecording();
+    session.core.finishRecording();
     shots.add(file);
     recorded = file;
     say(notice, "recorded " + file.string() + "; G replays it");
 }
 
 void Keeper::watchRecording() {
-    if (session.recording() && session.recording()->broken()) {
+    if (session.recording() && session.recording()->isBroken()) {
         attempt(notice, [&] { finishRecording(); });
     }
 }
@@ -75,11 +75,11 @@ void Keeper::finish() {
 
 void Keeper::takeScreenshot() {
     shotWanted = false;
-    say(notice, "saved " + shots.screenshot(session.shown()).string());
+    say(notice, "saved " + shots.screenshot(session.screenshot()).string());
 }
 
 fs::path Keeper::savePreset() {
-    fs::path file = shots.preset(session.settings);
+    fs::path file = shots.preset(session.core.settings);
     say(notice, "saved " + file.string());
     presetWithoutPortrait = file;
     return file;
@@ -87,7 +87,7 @@ fs::path Keeper::savePreset() {
 
 void Keeper::addPortrait() {
     if (!presetWithoutPortrait.empty()) {
-        shots.portrait(std::exchange(presetWithoutPortrait, {}), session.shown());
+        shots.portrait(std::exchange(presetWithoutPortrait, {}), session.screenshot());
     }
 }
 
@@ -100,7 +100,7 @@ std::vector<Mark> Keeper::marks() const {
         }
     };
     add(filming(), "film", filmStart);
-    add(session.recording().has_value(), "gesture", recordingStart);
+    add(session.recording() != nullptr, "gesture", recordingStart);
     return marks;
 }
 

@@ -6,8 +6,8 @@
 
 #include "player/options.h"
 #include "player/window/notice.h"
-#include "player/window/session.h"
 #include "player/window/shots.h"
+#include "player/window/window_session.h"
 
 namespace player {
 
@@ -21,7 +21,7 @@ struct Mark {
 /// window what it left. What writes a file throws Failure.
 class Keeper {
 public:
-    Keeper(Session& ofSession, Notice& saysIn, const Options& options);
+    Keeper(WindowSession& ofSession, Notice& saysIn, const Options& options);
 
     /// From now on, or no longer.
     void switchFilm();
@@ -61,7 +61,7 @@ public:
 private:
     using Clock = std::chrono::steady_clock;
 
-    Session& session;
+    WindowSession& session;
     Notice& notice;
     Shots shots;
     std::filesystem::path presetWithoutPortrait;

@@ -1,10 +1,13 @@
 #include "player/window/look_grid.h"
 
+#include <GLES2/gl2.h>
 #include <imgui.h>
 
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
+
+#include "player/preset.h"
 
 namespace player {
 namespace {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "player/draw/thumbnails.h"
+#include "player/preset.h"
 #include "player/window/looks.h"
 
 namespace player {

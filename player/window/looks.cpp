@@ -1,11 +1,14 @@
 #include "player/window/looks.h"
 
 #include <algorithm>
+#include <cstddef>
+
+#include "app/settings.h"
 
 namespace player {
 
 Looks::Looks(const std::filesystem::path& savedIn, const std::filesystem::path& file,
-             const Settings& settings)
+             const app::Settings& settings)
     : all(presetsIn(VELMORA_PRESETS)), loaded(settings) {
     const std::vector<NamedPreset> saved = presetsIn(savedIn);
     all.insert(all.end(), saved.begin(), saved.end());
@@ -14,7 +17,7 @@ Looks::Looks(const std::filesystem::path& savedIn, const std::filesystem::path& 
     }
 }
 
-void Looks::show(const std::filesystem::path& file, const Settings& settings) {
+void Looks::show(const std::filesystem::path& file, const app::Settings& settings) {
     shown = named(file).name;
     loaded = settings;
     const auto preset = std::ranges::find(all, file, &NamedPreset::file);
@@ -23,8 +26,8 @@ void Looks::show(const std::filesystem::path& file, const Settings& settings) {
     }
 }
 
-Settings Looks::load(const std::filesystem::path& file) {
-    const Settings settings = loadPreset(file);
+app::Settings Looks::load(const std::filesystem::path& file) {
+    const app::Settings settings = loadPreset(file);
     show(file, settings);
     return settings;
 }
@@ -33,7 +36,7 @@ const NamedPreset* Looks::next() const {
     return all.empty() ? nullptr : &all[following % all.size()];
 }
 
-void Looks::add(const std::filesystem::path& file, const Settings& settings) {
+void Looks::add(const std::filesystem::path& file, const app::Settings& settings) {
     all.push_back(named(file));
     shown = all.back().name;
     loaded = settings;

@@ -1,10 +1,12 @@
 #pragma once
 
+#include <cstddef>
 #include <filesystem>
 #include <span>
 #include <string>
 #include <vector>
 
+#include "app/settings.h"
 #include "player/preset.h"
 
 namespace player {
@@ -14,30 +16,30 @@ class Looks {
 public:
     /// `file`: the preset that the settings come from; empty: none.
     Looks(const std::filesystem::path& savedIn, const std::filesystem::path& file,
-          const Settings& settings);
+          const app::Settings& settings);
 
     std::span<const NamedPreset> presets() const { return all; }
     /// The settings to show from now on. Throws Failure, and what is shown stays.
-    Settings load(const std::filesystem::path& file);
+    app::Settings load(const std::filesystem::path& file);
     /// The preset after the last one of the list that was shown; null: there are none.
     const NamedPreset* next() const;
     /// The settings shown were saved under this name.
-    void add(const std::filesystem::path& file, const Settings& settings);
+    void add(const std::filesystem::path& file, const app::Settings& settings);
 
     /// Those of the preset, before the user changed them.
-    const Settings& unchanged() const { return loaded; }
+    const app::Settings& unchanged() const { return loaded; }
     const std::string& name() const { return shown; }
     /// Whether the look is another one by now than its preset's.
-    bool isChanged(const Settings& settings) const { return !(settings == loaded); }
+    bool isChanged(const app::Settings& settings) const { return !(settings == loaded); }
 
 private:
-    void show(const std::filesystem::path& file, const Settings& settings);
+    void show(const std::filesystem::path& file, const app::Settings& settings);
 
     std::vector<NamedPreset> all;
     /// In the list, of the preset that follows the last one shown.
     std::size_t following = 0;
     std::string shown = "default";
-    Settings loaded;
+    app::Settings loaded;
 };
 
 }  // namespace player

@@ -2,6 +2,7 @@
 
 #include <cstdio>
 
+#include "app/text.h"
 #include "player/failure.h"
 
 namespace player {
@@ -18,7 +19,7 @@ void say(Notice& notice, const std::string& line) {
 }
 
 void sayFailure(Notice& notice, const std::exception& error) {
-    const std::string line = oneLine(error.what());
+    const std::string line = app::oneLine(error.what());
     std::fprintf(stderr, "velmora-player: %s\n", line.c_str());
     say(notice, line);
 }

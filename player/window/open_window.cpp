@@ -5,21 +5,29 @@
 #include <cmath>
 #include <utility>
 
+#include "app/backgrounds.h"
+#include "app/settings.h"
+#include "app/size.h"
+#include "hostkit/gesture_script.h"
+#include "hostkit/picture.h"
 #include "player/failure.h"
 #include "player/files.h"
 #include "player/interrupt.h"
+#include "player/picture.h"
+#include "player/preset.h"
+#include "player/script.h"
 
 namespace player {
 namespace {
 
 using namespace std::chrono_literals;
 
-constexpr Size phone{540, 960};
+constexpr app::Size phone{540, 960};
 /// A script's larger screen is not the window's: it might exceed the desktop.
-constexpr Size largestOfScript{1280, 1000};
+constexpr app::Size largestOfScript{1280, 1000};
 
 /// As long as the usual window, in the picture's shape but no strip.
-Size shapeOf(const hostkit::Picture& picture, Size usual) {
+app::Size shapeOf(const hostkit::Picture& picture, app::Size usual) {
     constexpr double longest = 2.5;
     const double aspect =
         std::clamp(static_cast<double>(picture.width) / picture.height, 1.0 / longest, longest);
@@ -28,23 +36,28 @@ Size shapeOf(const hostkit::Picture& picture, Size usual) {
             static_cast<int>(std::lround(side / std::max(1.0, aspect)))};
 }
 
-Size startSize(const Options& options, const std::optional<Replay>& replay,
-               const hostkit::Picture& picture, const Remembered& remembered) {
+app::Size startSize(const Options& options, const std::optional<hostkit::GestureScript>& script,
+                    const hostkit::Picture& picture, const Remembered& remembered) {
     if (options.sizeGiven) {
         return {options.width, options.height};
     }
-    const bool fits = replay && replay->script.screenWidth <= largestOfScript.width &&
-                      replay->script.screenHeight <= largestOfScript.height;
+    const bool fits = script && script->screenWidth <= largestOfScript.width &&
+                      script->screenHeight <= largestOfScript.height;
     if (fits) {
-        return {replay->script.screenWidth, replay->script.screenHeight};
+        return {script->screenWidth, script->screenHeight};
     }
-    const Size usual = remembered.window.value_or(phone);
+    const app::Size usual = remembered.window.value_or(phone);
     return options.picture.empty() ? usual : shapeOf(picture, usual);
 }
 
-/// What is to be the same each time does not hang on the window before.
-Settings startLook(const Options& options, const Remembered& remembered) {
-    Settings look = startSettings(options);
+/// Returns the script that the command line names, if it names one.
+std::optional<hostkit::GestureScript> scriptOf(const Options& options) {
+    return options.scriptGiven ? std::optional(loadScript(options)) : std::nullopt;
+}
+
+/// A run that must be the same each time does not depend on the window before.
+app::Settings startLook(const Options& options, const Remembered& remembered) {
+    app::Settings look = startSettings(options);
     const bool repeatable = options.scriptGiven || !options.record.empty() || options.digest;
     if (options.preset.empty() && !repeatable && remembered.look) {
         look = *remembered.look;
@@ -56,27 +69,28 @@ Settings startLook(const Options& options, const Remembered& remembered) {
 }  // namespace
 
 OpenWindow::OpenWindow(const Options& options)
-    : OpenWindow(options, loadBackgrounds(options), replayOf(options),
+    : OpenWindow(options, loadBackgrounds(options), scriptOf(options),
                  options.fresh ? Remembered{} : recall()) {}
 
-OpenWindow::OpenWindow(const Options& options, Backgrounds backgrounds,
-                       const std::optional<Replay>& replay, const Remembered& remembered)
-    : screen(startSize(options, replay, backgrounds.first, remembered), !options.sizeGiven,
+OpenWindow::OpenWindow(const Options& options, app::Backgrounds backgrounds,
+                       const std::optional<hostkit::GestureScript>& script,
+                       const Remembered& remembered)
+    : screen(startSize(options, script, backgrounds.first, remembered), !options.sizeGiven,
              options.letters),
       session(screen, startLook(options, remembered), std::move(backgrounds)),
-      gestures(replay, !options.noAttract),
       keeper(session, notice, options),
-      playback(session, gestures, keeper),
+      playback(session, keeper),
       looks(options.shots, options.preset, startSettings(options)),
       display(screen, session, keeper, notice),
-      begun(session.usersChoice()),
+      begun(session.core.userSettings()),
       begunSize(screen.window().ownSize()),
       remembers(!options.fresh),
       waterOnlyGiven(options.waterOnly) {
     view.velocity = options.overlays.velocity;
     view.ink = options.overlays.ink;
-    if (replay) {
-        session.startReplay();
+    session.core.turnAttractMode(!options.noAttract);
+    if (script) {
+        session.core.startReplay(*script);
     } else if (!options.record.empty()) {
         if (!takeName(options.record)) {
             throw Failure("the recording would overwrite this file", options.record.string());
@@ -105,12 +119,12 @@ void OpenWindow::run() {
 /// What the command line chose for this window alone is not the next one's.
 void OpenWindow::rememberChanges() {
     Remembered last;
-    const Settings choice = session.usersChoice();
+    const app::Settings choice = session.core.userSettings();
     if (choice != begun) {
         last.look = choice;
         last.look->waterOnly = choice.waterOnly && !waterOnlyGiven;
     }
-    const std::optional<Size> size = screen.window().ownSize();
+    const std::optional<app::Size> size = screen.window().ownSize();
     if (size != begunSize) {
         last.window = size;
     }
@@ -120,7 +134,7 @@ void OpenWindow::rememberChanges() {
 void OpenWindow::turn() {
     const auto wait = playback.untilNext();
     waitForEvent(display.waits() ? std::min<std::chrono::nanoseconds>(wait, 10ms) : wait);
-    if (takeEvents(screen.window(), session.settings.pressure, gestures, requests)) {
+    if (takeEvents(screen.window(), pointer, session.core, requests)) {
         display.touch();
     }
     runCommands();
@@ -132,12 +146,12 @@ void OpenWindow::turn() {
 
 void OpenWindow::presentFrame(bool drawn) {
     view.paused = playback.paused();
-    view.attract = gestures.attracts();
+    view.attract = session.core.attractMode().isOn();
     view.filming = keeper.filming();
-    view.recording = session.recording().has_value();
+    view.recording = session.recording() != nullptr;
     const auto start = std::chrono::steady_clock::now();
     display.present({view, looks, screen.thumbnails(), playback.times(), playback.rate(),
-                     session.settings, requests},
+                     session.core.settings, requests},
                     drawn);
     if (drawn) {
         playback.addToGl(std::chrono::steady_clock::now() - start);

@@ -1,22 +1,28 @@
 #pragma once
 
 #include <cstdint>
+#include <filesystem>
 #include <optional>
 #include <random>
 
+#include "app/backgrounds.h"
+#include "app/settings.h"
+#include "app/size.h"
+#include "hostkit/gesture_script.h"
 #include "player/options.h"
 #include "player/window/events.h"
-#include "player/window/gestures.h"
 #include "player/window/keeping.h"
+#include "player/window/keys.h"
 #include "player/window/looks.h"
 #include "player/window/notice.h"
 #include "player/window/panel.h"
 #include "player/window/playing.h"
+#include "player/window/pointer.h"
 #include "player/window/presenting.h"
 #include "player/window/remembered.h"
 #include "player/window/requests.h"
 #include "player/window/screen.h"
-#include "player/window/session.h"
+#include "player/window/window_session.h"
 
 namespace player {
 
@@ -33,8 +39,8 @@ public:
     void run();
 
 private:
-    OpenWindow(const Options& options, Backgrounds backgrounds, const std::optional<Replay>& replay,
-               const Remembered& remembered);
+    OpenWindow(const Options& options, app::Backgrounds backgrounds,
+               const std::optional<hostkit::GestureScript>& script, const Remembered& remembered);
 
     void turn();
     void runCommands();
@@ -52,8 +58,8 @@ private:
 
     Notice notice;
     Screen screen;
-    Session session;
-    Gestures gestures;
+    WindowSession session;
+    Pointer pointer;
     Keeper keeper;
     Playback playback;
     Looks looks;
@@ -61,8 +67,8 @@ private:
     Requests requests;
     View view;
     /// What the window began with.
-    Settings begun;
-    std::optional<Size> begunSize;
+    app::Settings begun;
+    std::optional<app::Size> begunSize;
     bool remembers;
     bool waterOnlyGiven;
     /// Another one in each window.

@@ -10,7 +10,9 @@
 #include <type_traits>
 #include <utility>
 
+#include "player/preset.h"
 #include "player/window/frame_graph.h"
+#include "player/window/keys.h"
 #include "player/window/look_grid.h"
 
 namespace player {
@@ -134,17 +136,18 @@ void labelSlider(const char* words, const char* number, float part) {
 }
 
 template <class Value>
-bool slide(const char* name, Value& value, const SettingField<Value>& field, const char* format) {
+bool slide(const char* name, Value& value, const app::SettingField<Value>& field,
+           const char* format) {
     constexpr auto kind = std::is_same_v<Value, int> ? ImGuiDataType_S32 : ImGuiDataType_Float;
-    return ImGui::SliderScalar(name, kind, &value, &field.least, &field.most, format,
+    return ImGui::SliderScalar(name, kind, &value, &field.min, &field.max, format,
                                ImGuiSliderFlags_AlwaysClamp);
 }
 
 /// As wide as the panel, its words and number in it; a click with Ctrl edits the number.
 template <class Value>
-void control(const SettingField<Value>& field, Settings& settings) {
+void control(const app::SettingField<Value>& field, app::Settings& settings) {
     Value& value = settings.*field.member;
-    const auto span = static_cast<float>(field.most - field.least);
+    const auto span = static_cast<float>(field.max - field.min);
     const char* format = std::is_same_v<Value, int> ? "%d" : digits(span);
     const std::string name = std::string("##") + field.name;
     const bool editing = ImGui::TempInputIsActive(ImGui::GetID(name.c_str()));
@@ -158,29 +161,30 @@ void control(const SettingField<Value>& field, Settings& settings) {
         char number[32];
         using Passed = std::conditional_t<std::is_same_v<Value, int>, int, double>;
         std::snprintf(number, sizeof number, format, static_cast<Passed>(value));
-        labelSlider(field.words, number, static_cast<float>(value - field.least) / span);
+        labelSlider(field.label, number, static_cast<float>(value - field.min) / span);
         hint(field.hint);
     }
 }
 
-void control(const SettingField<bool>& field, Settings& settings) {
-    ImGui::Checkbox(field.words, &(settings.*field.member));
+void control(const app::SettingField<bool>& field, app::Settings& settings) {
+    ImGui::Checkbox(field.label, &(settings.*field.member));
     hint(field.hint);
 }
 
 template <class Value, std::size_t count>
-void controls(Group group, const SettingField<Value> (&fields)[count], Settings& settings) {
-    for (const SettingField<Value>& field : fields) {
+void controls(app::Group group, const app::SettingField<Value> (&fields)[count],
+              app::Settings& settings) {
+    for (const app::SettingField<Value>& field : fields) {
         if (field.group == group) {
             control(field, settings);
         }
     }
 }
 
-void settingControls(Group group, Settings& settings) {
-    controls(group, numberFields, settings);
-    controls(group, countFields, settings);
-    controls(group, switchFields, settings);
+void settingControls(app::Group group, app::Settings& settings) {
+    controls(group, app::numberFields, settings);
+    controls(group, app::countFields, settings);
+    controls(group, app::switchFields, settings);
 }
 
 void buttonControls(Place place, Requests& requests) {
@@ -237,12 +241,12 @@ void lookControls(const Panel& panel) {
     buttonControls(Place::look, panel.requests);
 }
 
-void inkControls(Settings& settings) {
+void inkControls(app::Settings& settings) {
     ImGui::SetNextItemWidth(-FLT_MIN);
     ImGui::ColorEdit3("##ink", settings.ink.data());
     const float side = ImGui::GetFrameHeight();
     bool first = true;
-    for (const NamedInk& ink : inkPalette) {
+    for (const app::NamedInk& ink : app::inkPalette) {
         const ImVec4 color(ink.color[0], ink.color[1], ink.color[2], 1.0f);
         flow(side, std::exchange(first, false));
         if (ImGui::ColorButton(ink.name, color, 0, ImVec2(side, side))) {
@@ -253,14 +257,14 @@ void inkControls(Settings& settings) {
 
 void groups(const Panel& panel) {
     if (ImGui::CollapsingHeader("Water", ImGuiTreeNodeFlags_DefaultOpen)) {
-        settingControls(Group::water, panel.settings);
+        settingControls(app::Group::water, panel.settings);
     }
     if (ImGui::CollapsingHeader("Light")) {
-        settingControls(Group::light, panel.settings);
+        settingControls(app::Group::light, panel.settings);
     }
     if (ImGui::CollapsingHeader("Ink")) {
         inkControls(panel.settings);
-        settingControls(Group::ink, panel.settings);
+        settingControls(app::Group::ink, panel.settings);
         buttonControls(Place::ink, panel.requests);
     }
     if (ImGui::CollapsingHeader("Tools")) {

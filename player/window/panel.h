@@ -4,11 +4,11 @@
 #include <span>
 #include <string>
 
+#include "app/settings.h"
 #include "player/draw/thumbnails.h"
-#include "player/settings.h"
 #include "player/window/looks.h"
 #include "player/window/requests.h"
-#include "player/window/session.h"
+#include "player/window/window_session.h"
 
 namespace player {
 
@@ -33,7 +33,7 @@ struct Panel {
     std::span<const FrameTimes> times;
     /// Frames a second; 0: the effect stands still.
     double rate;
-    Settings& settings;
+    app::Settings& settings;
     Requests& requests;
 };
 

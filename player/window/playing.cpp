@@ -1,8 +1,10 @@
 #include "player/window/playing.h"
 
+#include <cstddef>
+#include <ratio>
 #include <utility>
 
-#include "player/frame_time.h"
+#include "app/frame_clock.h"
 
 namespace player {
 namespace {
@@ -15,30 +17,27 @@ constexpr auto resizeRest = 150ms;
 
 }  // namespace
 
-Playback::Playback(Session& ofSession, Gestures& movedBy, Keeper& keptBy)
-    : session(ofSession), gestures(movedBy), keeper(keptBy) {}
+Playback::Playback(WindowSession& ofSession, Keeper& keptBy) : session(ofSession), keeper(keptBy) {}
 
 bool Playback::isActive() const {
-    return !isPaused && (gestures.goOn() || !session.calm());
+    return !isPaused && !session.core.isIdle();
 }
 
 std::chrono::nanoseconds Playback::untilNext() {
-    const auto now = Clock::now();
     if (stepWanted) {
         return 0ns;
     }
     if (isActive()) {
-        return clock.untilNext(now, session.settings.timeScale);
+        return session.core.untilNextFrame(Clock::now());
     }
-    clock.skip(now);
+    session.core.skipTime();
     moments.clear();
     return 250ms;
 }
 
 void Playback::playFrame(std::chrono::nanoseconds elapsed) {
-    const auto actions = gestures.next(session.size(), session.recording().has_value());
-    session.inkOfNobody(gestures.nobodysStroke());
-    session.frame(actions, elapsed);
+    const bool wasReplaying = session.core.isReplaying();
+    session.frame(elapsed);
     keeper.watchRecording();
     lastTimes.push_back(session.times());
     if (lastTimes.size() > graphFrames) {
@@ -48,53 +47,34 @@ void Playback::playFrame(std::chrono::nanoseconds elapsed) {
     while (moments.size() > 2 && moments.back() - moments.front() > 1s) {
         moments.pop_front();
     }
-    if (gestures.endReplay()) {
+    if (wasReplaying && !session.core.isReplaying()) {
         keeper.tellDigest();
     }
 }
 
-/// What comes while the effect stands still is shown in a frame at once.
-bool Playback::wakeUp() {
-    const bool wakes = session.calm() && gestures.wait();
-    if (wakes) {
-        playFrame(frameTime);
-        clock.skip(Clock::now());
+bool Playback::playDueFrames() {
+    session.core.startAttractModeIfIdle(Clock::now(), isPaused);
+    if (std::exchange(stepWanted, false)) {
+        playFrame(app::frameTime);
+        return true;
     }
-    return wakes;
-}
-
-bool Playback::playWhatTimeAsksFor() {
-    const bool exact = gestures.replaying() || session.recording();
-    const auto [frames, elapsed] = clock.take(Clock::now(), session.settings.timeScale, exact);
+    if (!isActive()) {
+        return false;
+    }
+    const auto [frames, elapsed] = session.core.takeDueFrames(Clock::now());
     for (int one = 0; one < frames; ++one) {
         playFrame(elapsed);
     }
     return frames > 0;
 }
 
-bool Playback::playDueFrames() {
-    if (std::exchange(stepWanted, false)) {
-        playFrame(frameTime);
-        return true;
-    }
-    if (isPaused) {
-        return false;
-    }
-    if (!gestures.replaying() && !session.recording()) {
-        gestures.comeIfIdle();
-    }
-    const bool woke = wakeUp();
-    return (isActive() && playWhatTimeAsksFor()) || woke;
-}
-
-void Playback::play(Replay script) {
+void Playback::play(hostkit::GestureScript script) {
     keeper.finishRecording();
-    session.startReplay();
+    session.core.startReplay(std::move(script));
     isPaused = false;
-    gestures.play(std::move(script));
 }
 
-bool Playback::followSize(Size pixels) {
+bool Playback::followSize(app::Size pixels) {
     if (pixels != std::exchange(lastPixels, pixels)) {
         resizedAt = Clock::now();
     }

@@ -5,32 +5,33 @@
 #include <span>
 #include <vector>
 
-#include "player/window/frame_clock.h"
-#include "player/window/gestures.h"
+#include "app/frame_clock.h"
+#include "app/size.h"
+#include "hostkit/gesture_script.h"
 #include "player/window/keeping.h"
-#include "player/window/session.h"
+#include "player/window/window_session.h"
 
 namespace player {
 
-/// Plays the effect's frames when they are due, with the gestures that came.
+/// Plays the effect's frames when they are due.
 class Playback {
 public:
-    Playback(Session& ofSession, Gestures& movedBy, Keeper& keptBy);
+    Playback(WindowSession& ofSession, Keeper& keptBy);
 
     bool paused() const { return isPaused; }
     void switchPause() { isPaused = !isPaused; }
     /// One frame, paused.
     void step() { isPaused = stepWanted = true; }
 
-    /// Time until a frame is due; long while none becomes due with time.
+    /// Returns the time until a frame is due; a long time while the effect rests.
     std::chrono::nanoseconds untilNext();
-    /// Plays them; whether there was one.
+    /// Plays the frames that are due; returns whether there was one.
     bool playDueFrames();
-    /// Plays a script from a fresh start. What is recorded ends there.
-    void play(Replay script);
-    /// Sets the effect up anew, and returns true, once a window that was resized rests. What is
-    /// filmed and recorded ends there.
-    bool followSize(Size pixels);
+    /// Plays a script from a fresh start. Ends a recording.
+    void play(hostkit::GestureScript script);
+    /// Starts the effect anew, and returns true, once a window that was resized keeps its size. Ends film and
+    /// recording.
+    bool followSize(app::Size pixels);
 
     /// Of the last frames, the newest last.
     std::span<const FrameTimes> times() const { return lastTimes; }
@@ -40,23 +41,19 @@ public:
     void addToGl(std::chrono::nanoseconds time);
 
 private:
-    using Clock = FrameClock::Clock;
+    using Clock = app::Clock;
 
     bool isActive() const;
     void playFrame(std::chrono::nanoseconds elapsed);
-    bool wakeUp();
-    bool playWhatTimeAsksFor();
 
-    Session& session;
-    Gestures& gestures;
+    WindowSession& session;
     Keeper& keeper;
-    FrameClock clock;
     bool isPaused = false;
     bool stepWanted = false;
     std::vector<FrameTimes> lastTimes;
     /// When the frames of the last second were played, or two that took longer.
     std::deque<Clock::time_point> moments;
-    Size lastPixels{};
+    app::Size lastPixels{};
     Clock::time_point resizedAt{};
 };
 

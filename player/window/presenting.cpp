@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "player/draw/overlays.h"
+
 namespace player {
 namespace {
 
@@ -13,7 +15,8 @@ constexpr auto longestStand = std::chrono::milliseconds(100);
 
 }  // namespace
 
-Display::Display(Screen& onScreen, const Session& ofSession, Keeper& keptBy, Notice& withNotice)
+Display::Display(Screen& onScreen, const WindowSession& ofSession, Keeper& keptBy,
+                 Notice& withNotice)
     : screen(onScreen), session(ofSession), keeper(keptBy), notice(withNotice) {
     touch();
 }

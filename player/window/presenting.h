@@ -6,7 +6,7 @@
 #include "player/window/notice.h"
 #include "player/window/panel.h"
 #include "player/window/screen.h"
-#include "player/window/session.h"
+#include "player/window/window_session.h"
 
 namespace player {
 
@@ -14,7 +14,7 @@ namespace player {
 /// changed.
 class Display {
 public:
-    Display(Screen& onScreen, const Session& ofSession, Keeper& keptBy, Notice& withNotice);
+    Display(Screen& onScreen, const WindowSession& ofSession, Keeper& keptBy, Notice& withNotice);
 
     /// Something may have changed beside the effect's picture.
     void touch();
@@ -32,7 +32,7 @@ private:
     void drawOver(const Panel& panel);
 
     Screen& screen;
-    const Session& session;
+    const WindowSession& session;
     Keeper& keeper;
     Notice& notice;
     int redraws = 0;

@@ -7,6 +7,7 @@
 #include <string>
 #include <system_error>
 
+#include "app/text.h"
 #include "player/failure.h"
 #include "player/files.h"
 #include "player/preset.h"
@@ -71,7 +72,7 @@ Remembered recall() {
         const std::string text = readWhole(file, "size");
         last.window = parseSize(text.substr(0, text.find('\n')));
         if (!last.window) {
-            throw Failure("no size, " + inQuotes(text), file.string());
+            throw Failure("no size, " + app::inQuotes(text), file.string());
         }
     });
     return last;

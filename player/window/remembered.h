@@ -2,16 +2,17 @@
 
 #include <optional>
 
-#include "player/settings.h"
+#include "app/settings.h"
+#include "app/size.h"
 #include "player/size.h"
 
 namespace player {
 
 /// What a window leaves to the user's next one, in velmora/ of the folder for such files.
 struct Remembered {
-    std::optional<Settings> look;
+    std::optional<app::Settings> look;
     /// In units of the desktop.
-    std::optional<Size> window;
+    std::optional<app::Size> window;
 };
 
 /// What is there but cannot be used is told on stderr.

@@ -6,6 +6,9 @@
 #include <algorithm>
 #include <cmath>
 
+#include "app/size.h"
+#include "player/draw/letters.h"
+
 namespace player {
 namespace {
 
@@ -17,7 +20,7 @@ constexpr double smallestLetters = 0.6;
 
 }  // namespace
 
-Screen::Screen(Size size, bool shrinks, double letters)
+Screen::Screen(app::Size size, bool shrinks, double letters)
     : lettersWanted(letters), glWindow("Velmora", size, shrinks) {
     painter.setUp();
     ImGui_ImplSDL2_InitForOpenGL(glWindow.handle(), glWindow.context());
@@ -36,7 +39,7 @@ void Screen::renewContext() {
 /// The display's scale, or more in a window of more pixels than that explains: of a phone's or a
 /// television's display whose size nobody knows. Never so much that the panel does not fit.
 LetterScale Screen::letterScale() const {
-    const Size size = glWindow.pixels();
+    const app::Size size = glWindow.pixels();
     const double side = std::min(size.width, size.height);
     const double byPixels = std::pow(side / phoneWidth, 0.75);
     const double wanted =

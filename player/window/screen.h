@@ -1,6 +1,10 @@
 #pragma once
 
+#include "app/size.h"
+#include "player/draw/canvas.h"
+#include "player/draw/letters.h"
 #include "player/draw/painter.h"
+#include "player/draw/thumbnails.h"
 #include "player/window/gl_window.h"
 
 namespace player {
@@ -9,7 +13,7 @@ namespace player {
 class Screen {
 public:
     /// `letters`: their scale; 0: the display's. Throws Failure.
-    Screen(Size size, bool shrinks, double letters);
+    Screen(app::Size size, bool shrinks, double letters);
     ~Screen();
     Screen(const Screen&) = delete;
     Screen& operator=(const Screen&) = delete;

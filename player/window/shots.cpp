@@ -63,7 +63,7 @@ fs::path Shots::screenshot(const hostkit::Picture& picture) {
     return file;
 }
 
-fs::path Shots::preset(const Settings& settings) {
+fs::path Shots::preset(const app::Settings& settings) {
     fs::path file = takeFile("preset", ".json");
     fill(file, [&] { savePreset(settings, file); });
     add(file);
@@ -82,7 +82,7 @@ fs::path Shots::nameForGesture() const {
     return takeFile("gesture", ".gesture");
 }
 
-fs::path Shots::startFilm(Size size) {
+fs::path Shots::startFilm(app::Size size) {
     filmFile = takeFile("film", "." + format);
     fill(filmFile,
          [&] { film = std::make_unique<Encoder>(filmFile, size, FilmTiming::asTheyCome); });

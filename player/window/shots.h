@@ -6,10 +6,10 @@
 #include <string>
 #include <vector>
 
+#include "app/settings.h"
+#include "app/size.h"
 #include "hostkit/picture.h"
 #include "player/encoder.h"
-#include "player/settings.h"
-#include "player/size.h"
 
 namespace player {
 
@@ -26,12 +26,12 @@ public:
     void add(const std::filesystem::path& file) { saved.push_back(file); }
 
     std::filesystem::path screenshot(const hostkit::Picture& picture);
-    std::filesystem::path preset(const Settings& settings);
+    std::filesystem::path preset(const app::Settings& settings);
     /// A preset's, of what the screen shows; nothing where another file has its name.
     void portrait(const std::filesystem::path& preset, const hostkit::Picture& picture);
     std::filesystem::path nameForGesture() const;
 
-    std::filesystem::path startFilm(Size size);
+    std::filesystem::path startFilm(app::Size size);
     bool filming() const { return film != nullptr; }
     /// From now on the film shows this. A film that fails ends.
     void addToFilm(hostkit::Picture frame);

@@ -1,6 +1,7 @@
 #include "player/window/window_player.h"
 
 #include "player/interrupt.h"
+#include "player/window/gl_window.h"
 #include "player/window/open_window.h"
 
 namespace player {

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <array>
 
-#include "hostkit/jni_environment.h"
+#include "hostkit/instruments/checked_jni.h"
 #include "hostkit/native.h"
 
 // The native methods around the water: which arrays they pin, where each argument goes and what they return.
@@ -29,7 +29,7 @@ struct WaterMethods : testing::TestWithParam<ArrayAccess> {
         return JniEnvironment::elements(height)[y * columns + x];
     }
 
-    JniEnvironment jni{{GetParam(), 4096}};
+    CheckedJni jni{{GetParam(), 4096}};
     jfloatArray velocity = jni.newFloatArray(rows * columns);
     jfloatArray height = jni.newFloatArray(rows * columns);
     jfloatArray positions = jni.newFloatArray(18);

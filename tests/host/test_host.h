@@ -11,8 +11,8 @@
 #include <vector>
 
 #include "hostkit/gl_context.h"
-#include "hostkit/gl_recorder.h"
-#include "hostkit/jni_environment.h"
+#include "hostkit/instruments/checked_jni.h"
+#include "hostkit/instruments/gl_recorder.h"
 #include "tests/host/loaded_library.h"
 #include "tests/touch_codes.h"
 
@@ -98,7 +98,7 @@ struct TestHost {
     std::optional<hostkit::GlContext> context;
     std::optional<int> rasterisedSide;
     hostkit::GlRecorder& recorder = hostkit::glRecorder();
-    JniEnvironment jni;
+    hostkit::CheckedJni jni;
     JNIEnv* env = jni.env();
     jfloatArray positions, heights, matrix;
     jshortArray indices;

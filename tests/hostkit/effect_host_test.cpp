@@ -6,7 +6,8 @@
 #include <algorithm>
 #include <utility>
 
-#include "hostkit/effect_probe.h"
+#include "hostkit/instruments/checked_jni.h"
+#include "hostkit/instruments/effect_probe.h"
 
 namespace hostkit {
 namespace {
@@ -64,7 +65,8 @@ TEST(EffectHost, TouchRaisesRipplesAndInkWhereTheFingerIs) {
 
 TEST(EffectHost, AReplacedContextDrawsTheSamePictureAndPinnedCopiesToo) {
     EffectHostOptions options = small(120, 200, true);
-    options.jni = {ArrayAccess::copy, 32};
+    CheckedJni jni({ArrayAccess::copy, 32});
+    options.jni = &jni;
     EffectHost host(options);
     const ScriptEvent second[] = {{0, SecondBackground{true}}};
     host.frame();
@@ -79,8 +81,8 @@ TEST(EffectHost, AReplacedContextDrawsTheSamePictureAndPinnedCopiesToo) {
     host.setBackgrounds(makeTestPicture(120, 200), {});
     host.frame();
     EXPECT_NE(host.pixels(), first);
-    EXPECT_EQ(host.jni().pinned(), 0);
-    EXPECT_TRUE(host.jni().checkGuards().empty());
+    EXPECT_EQ(jni.pinned(), 0);
+    EXPECT_TRUE(jni.checkGuards().empty());
 }
 
 TEST(EffectProbe, SeesTheFlowTheInkAndTheMomentsOfAFrame) {
@@ -90,6 +92,9 @@ TEST(EffectProbe, SeesTheFlowTheInkAndTheMomentsOfAFrame) {
         probe.watch(240, 400, ink);
         probe.draw(host);
         const Digest still = probe.velocityDigest();
+        Digest ofField;
+        addBytes(ofField, std::as_bytes(std::span(probe.velocity().bytes)));
+        EXPECT_EQ(still.state, ofField.state) << "a second upload of the grid's size";
         host.touch({TouchAction::down, 150, 280, 0.5f});
         for (int frame = 0; frame < 5; ++frame) {
             probe.draw(host);

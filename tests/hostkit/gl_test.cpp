@@ -2,8 +2,8 @@
 #include <gtest/gtest.h>
 
 #include "hostkit/gl_context.h"
-#include "hostkit/gl_recorder.h"
 #include "hostkit/host_error.h"
+#include "hostkit/instruments/gl_recorder.h"
 
 namespace hostkit {
 namespace {

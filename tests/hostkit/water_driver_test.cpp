@@ -6,6 +6,8 @@
 #include <cmath>
 #include <utility>
 
+#include "hostkit/instruments/checked_jni.h"
+
 namespace hostkit {
 namespace {
 
@@ -26,7 +28,7 @@ std::pair<double, double> placeOnScreen(const WaterDriver& water, std::size_t fi
 TEST(WaterDriver, MeshAndGridFitEveryScreen) {
     for (const auto& [width, height] :
          {Screen{1080, 1920}, {1920, 1080}, {500, 500}, {1, 1}, {1, 5000}, {9000, 3}}) {
-        JniEnvironment jni({ArrayAccess::direct, 16});
+        CheckedJni jni({ArrayAccess::direct, 16});
         const WaterDriver water = makeWater(jni, width, height);
         const auto vertices =
             static_cast<std::size_t>(water.numDetailsWidth * water.numDetailsHeight);
@@ -88,7 +90,7 @@ TEST(WaterDriver, NeighboursLieToTheRightAndAbove) {
 
 TEST(WaterDriver, ACoarserMeshShowsTheSameSurface) {
     for (const int cells : {2, 3, 7}) {
-        JniEnvironment jni({ArrayAccess::direct, 16});
+        CheckedJni jni({ArrayAccess::direct, 16});
         WaterDriver water =
             makeWater(jni, 90, 160, {.shortSideCells = 90, .cellsPerVertex = cells});
         const auto grid = JniEnvironment::elements(water.height);

@@ -6,7 +6,7 @@ import { existsSync, readFileSync } from "node:fs";
 import { tmpdir } from "node:os";
 import { join } from "node:path";
 import { after, before, test } from "node:test";
-import { bring, close, drag, launch, notice, open, saved, top } from "./page.mjs";
+import { bring, canvasWidth, close, drag, launch, notice, open, rest, saved, set, top } from "./page.mjs";
 
 let browser;
 before(async () => (browser = await launch()));
@@ -27,17 +27,16 @@ function digests(page, script, count) {
             }
             await new Promise((resolve) => {
                 let frame = 0;
-                const see = () => {
-                    velocity = add(velocity, velmora.probe.velocity.bytes);
-                    const cells = new Float32Array(velmora.effect.waterBytes().buffer);
+                const stop = velmora.onFrame(() => {
+                    velocity = add(velocity, velmora.velocity().bytes);
+                    const cells = new Float32Array(velmora.waterBytes().buffer);
                     const seen = cells.map((cell) => (Math.abs(cell) < 2 ** -60 ? 0 : cell));
                     water = add(water, new Uint8Array(seen.buffer));
                     if (++frame === last) {
-                        velmora.afterFrame.delete(see);
+                        stop();
                         resolve();
                     }
-                };
-                velmora.afterFrame.add(see);
+                });
             });
             const hex = (digest) => digest.toString(16).padStart(16, "0");
             return { water: hex(water), velocity: hex(velocity) };
@@ -62,7 +61,85 @@ test("a shipped gesture has the native host's velocities and water", { skip: pla
     await close(page);
 });
 
-test("what is recorded plays again as it was, and a film and a picture of it are files", async () => {
+/** Records two strokes with a lost context between them; the file's text, and the velocities of the last frame. */
+async function record(page) {
+    await page.keyboard.press("v");
+    await page.keyboard.press("r");
+    await page.locator("#marks", { hasText: /gesture 0:0/ }).waitFor();
+    await drag(page, [60, 200], [200, 260], 5);
+    await page.keyboard.press("l");
+    await page.waitForFunction(() => window.velmora.counts().contexts === 2);
+    await drag(page, [60, 300], [200, 260], 3);
+    await page.keyboard.press(" ");
+    await rest(page);
+    const velocity = await page.evaluate(() => [...window.velmora.velocity().bytes]);
+    const file = await saved(page, () => page.keyboard.press("r"));
+    await page.keyboard.press(" ");
+    return { script: readFileSync(await file.path()), velocity };
+}
+
+/** The velocities of the last frame of the replay that begins next. */
+function velocityAtEnd(page) {
+    return page.evaluate(
+        () =>
+            new Promise((resolve) => {
+                let began = false;
+                const stop = window.velmora.onFrame(() => {
+                    const replays = window.velmora.isReplaying();
+                    if (began && !replays) {
+                        stop();
+                        resolve([...window.velmora.velocity().bytes]);
+                    }
+                    began ||= replays;
+                });
+            }),
+    );
+}
+
+test("what is recorded plays again as it was, also where the context was lost", async () => {
+    const page = await open(browser);
+    const { script, velocity } = await record(page);
+    assert.match(String(script), /^\d+ lose-context$/m);
+    for (const play of [() => page.keyboard.press("g"), () => bring(page, "drop", ["again.gesture", "", script])]) {
+        const seen = velocityAtEnd(page);
+        await play();
+        assert.deepEqual(await seen, velocity);
+    }
+    await close(page, /CONTEXT_LOST/);
+});
+
+test("a faulty gesture ends no recording, and a good one keeps it", async () => {
+    const page = await open(browser);
+    await page.keyboard.press("r");
+    await bring(page, "drop", ["broken.gesture", "", Buffer.from("3 sideways 1 2")]);
+    await notice(page, /broken.gesture/);
+    assert.equal(await page.evaluate(() => window.velmora.isRecording()), true);
+    const tap = readFileSync(join(top, "gestures/tap.gesture"));
+    const kept = await saved(page, () => bring(page, "drop", ["tap.gesture", "", tap]));
+    assert.match(kept.suggestedFilename(), /\.gesture$/);
+    assert.equal(await page.locator("#marks > *").count(), 0);
+    await close(page);
+});
+
+test("a gesture goes on in another size, to its end", async () => {
+    const page = await open(browser);
+    const script = "screen 270 480\nframes 40\n1 down 60 200 0.5\n";
+    await bring(page, "drop", ["tap.gesture", "", Buffer.from(script)]);
+    await notice(page, "playing tap.gesture");
+    await page.setViewportSize({ width: 300, height: 480 });
+    await canvasWidth(page, 300);
+    await page.locator("#notice.shown", { hasText: "the gesture has ended" }).waitFor();
+    await close(page);
+});
+
+test("a screenshot is a picture", async () => {
+    const page = await open(browser);
+    const file = await saved(page, () => page.keyboard.press("s"));
+    assert.deepEqual([...readFileSync(await file.path()).subarray(1, 4)], [..."PNG"].map((one) => one.charCodeAt()));
+    await close(page);
+});
+
+test("a film keeps its size to its end, and its file holds it", async () => {
     const page = await open(browser, {
         before: () => {
             const capture = HTMLCanvasElement.prototype.captureStream;
@@ -71,93 +148,46 @@ test("what is recorded plays again as it was, and a film and a picture of it are
             };
         },
     });
-    const picture = await saved(page, () => page.keyboard.press("s"));
-    assert.deepEqual([...readFileSync(await picture.path()).subarray(1, 4)], [..."PNG"].map((one) => one.charCodeAt()));
-
     await page.keyboard.press("f");
-    await page.keyboard.press("v");
-    await page.keyboard.press("r");
-    await page.locator("#marks", { hasText: /gesture 0:0/ }).waitFor();
     await drag(page, [60, 200], [200, 260], 5);
-    await page.keyboard.press("l");
-    await page.waitForFunction(() => window.velmora.counts.contexts === 2);
-    await drag(page, [60, 300], [200, 260], 3);
-    const velocity = () => page.evaluate(() => [...window.velmora.probe.velocity.bytes]);
-    await page.keyboard.press(" "); // the last frame stands
-    await page.waitForFunction(() => window.velmora.view.paused);
-    await page.waitForTimeout(300);
-    const recorded = await velocity();
-    const file = await saved(page, () => page.keyboard.press("r"));
-    const script = readFileSync(await file.path());
-    assert.match(String(script), /^\d+ lose-context$/m);
-    await page.keyboard.press(" ");
     await page.keyboard.press("c");
-    await page.evaluate(() => {
-        const { look, quality } = window.velmora;
-        look.damping = 0.8; // soon calm
-        quality.level = 3; // fewer pixels, but not of a film
-    });
-    await page.waitForFunction(() => window.velmora.rests);
-    assert.equal(await page.evaluate(() => window.velmora.canvas.width), 270);
+    await set(page, { damping: 0.8 }); // soon calm
+    await page.evaluate(() => window.velmora.fixQuality(3)); // fewer pixels
+    await rest(page);
+    assert.equal(await page.evaluate(() => window.velmora.screen().width), 270);
     const film = await saved(page, () => page.keyboard.press("f"));
-    await page.waitForFunction(() => window.velmora.canvas.width === 203);
+    await canvasWidth(page, 203);
     assert.deepEqual(await page.evaluate(() => window.stream.getTracks().map((track) => track.readyState)), ["ended"]);
     assert.match(film.suggestedFilename(), /^velmora-film-.*\.(webm|mp4)$/);
     assert.ok(readFileSync(await film.path()).length > 2000);
-
-    const seen = page.evaluate(
-        () =>
-            new Promise((resolve) => {
-                const say = window.velmora.onReplayEnd;
-                window.velmora.onReplayEnd = () => (say(), resolve([...window.velmora.probe.velocity.bytes]));
-            }),
-    );
-    await bring(page, "drop", ["again.gesture", "", script]);
-    assert.deepEqual(await seen, recorded);
-
-    await page.keyboard.press("r"); // and is not lost where another gesture comes, and a faulty one ends nothing
-    await bring(page, "drop", ["broken.gesture", "", Buffer.from("3 sideways 1 2")]);
-    await notice(page, /broken.gesture/);
-    assert.equal(await page.evaluate(() => window.velmora.recording), true);
-    const showcase = readFileSync(join(top, "gestures/showcase.gesture"));
-    const kept = await saved(page, () => bring(page, "drop", ["showcase.gesture", "", showcase]));
-    assert.match(kept.suggestedFilename(), /\.gesture$/);
-    assert.equal(await page.locator("#marks > *").count(), 0);
-    await notice(page, "playing showcase.gesture");
-    await page.setViewportSize({ width: 300, height: 480 });
-    await notice(page, "the gesture has ended");
-    await close(page, /CONTEXT_LOST/);
+    await close(page);
 });
+
+const animationFrames = (page) => page.evaluate(() => window.velmora.counts().animationFrames);
 
 test("calm water without ink asks for no frame until the next event", async () => {
     const page = await open(browser);
-    const count = () => page.evaluate(() => window.velmora.counts.animationFrames);
-    const calm = async () => {
-        let last = -1;
-        for (let now = await count(); now !== last; now = await count()) {
-            last = now;
-            await page.waitForTimeout(1500);
-        }
-        return last;
-    };
-    const asleep = await calm();
-    await page.waitForTimeout(1000);
-    assert.equal(await count(), asleep);
+    await rest(page);
+    const asleep = await animationFrames(page);
+    await page.evaluate(() => new Promise((done) => requestAnimationFrame(() => requestAnimationFrame(done))));
+    assert.equal(await animationFrames(page), asleep);
     await page.keyboard.press("w");
     await drag(page, [100, 200], [120, 200], 2);
-    assert.ok((await count()) > asleep);
-    const again = await calm();
-    await page.waitForTimeout(1000);
-    assert.equal(await count(), again);
-
-    await page.keyboard.press(" ");
-    await page.waitForTimeout(500);
-    const before = await page.evaluate(() => window.velmora.counts.frames);
-    await page.keyboard.press(".");
-    await page.waitForTimeout(500);
-    assert.equal(await page.evaluate(() => window.velmora.counts.frames), before + 1, "one step is one frame");
-    const longest = await page.evaluate(() => Math.max(...window.velmora.times.newest.map((time) => time.between ?? 0)));
+    assert.ok((await animationFrames(page)) > asleep);
+    await rest(page);
+    const longest = await page.evaluate(() => Math.max(...window.velmora.frameTimes().map((time) => time.between ?? 0)));
     assert.ok(longest < 1000, `of rests no frame has the time: ${longest}`);
     await close(page);
 });
 
+test("one step of a pause is one frame", async () => {
+    const page = await open(browser);
+    await page.keyboard.press(" ");
+    await rest(page);
+    const before = await page.evaluate(() => window.velmora.counts().frames);
+    await page.keyboard.press(".");
+    await page.waitForFunction((count) => window.velmora.counts().frames > count, before);
+    await rest(page);
+    assert.equal(await page.evaluate(() => window.velmora.counts().frames), before + 1);
+    await close(page);
+});

@@ -5,7 +5,7 @@ import assert from "node:assert/strict";
 import { statSync } from "node:fs";
 import { after, before, test } from "node:test";
 import { join } from "node:path";
-import { close, difference, drag, file, frames, launch, open, picture, shots } from "./page.mjs";
+import { close, difference, drag, file, frames, launch, open, picture, set, shots } from "./page.mjs";
 
 let browser;
 before(async () => (browser = await launch()));
@@ -63,17 +63,17 @@ test("waves bend the picture as the refractive index says", async () => {
     const calm = await picture(page);
     await drag(page, [60, 240], [210, 240], 4);
     const bent = difference(calm, await picture(page), [0.2, 0.4, 0.8, 0.6]);
-    await page.evaluate(() => (window.velmora.look.refractiveIndex = 1));
+    await set(page, { refractiveIndex: 1 });
     const straight = difference(calm, await picture(page), [0.2, 0.4, 0.8, 0.6]);
-    assert.equal(await page.evaluate(() => window.velmora.effect.waterIsCalm), false);
+    assert.equal(await page.evaluate(() => window.velmora.isWaterIdle()), false);
     assert.ok(bent > 4 && straight < bent / 8, `${bent}, ${straight}`); // the lifted water shifts it a little
     await close(page);
 });
 
 test("a dense display gets no more pixels than a phone can draw", async () => {
     const page = await open(browser, { size: [800, 1200], deviceScaleFactor: 3, ready: false });
-    await page.waitForFunction(() => window.velmora?.counts.frames > 0);
-    const { width, height } = await page.evaluate(() => window.velmora.screen);
+    await page.waitForFunction(() => window.velmora?.counts().frames > 0);
+    const { width, height } = await page.evaluate(() => window.velmora.screen());
     assert.ok(width * height < 1.01 * 1080 * 1920 && Math.abs(width / height - 2 / 3) < 0.01, `${width} x ${height}`);
     await close(page);
 });

@@ -48,8 +48,8 @@ export async function open(browser, options = {}) {
     page.address = url + hash;
     await page.goto(page.address);
     if (ready) {
-        await page.waitForFunction(() => window.velmora?.counts.frames > 0);
-        await page.evaluate(() => (window.velmora.quality.fits = false)); // software GL draws all of it, slowly
+        await page.waitForFunction(() => window.velmora?.counts().frames > 0);
+        await page.evaluate(() => window.velmora.fixQuality(0)); // software GL draws all of it, slowly
     }
     return page;
 }
@@ -79,13 +79,13 @@ export async function picture(page, atFrame = 0) {
         (wanted) =>
             new Promise((resolve) => {
                 const { velmora } = window;
-                const read = () => {
-                    if (velmora.counts.frames < wanted) {
+                const stop = velmora.onFrame(() => {
+                    if (velmora.counts().frames < wanted) {
                         return;
                     }
-                    velmora.afterFrame.delete(read);
-                    const gl = velmora.effect.gl;
-                    const { width, height } = velmora.screen;
+                    stop();
+                    const { gl } = velmora;
+                    const { width, height } = velmora.screen();
                     const bytes = new Uint8Array(width * height * 4);
                     gl.readPixels(0, 0, width, height, gl.RGBA, gl.UNSIGNED_BYTE, bytes);
                     let text = "";
@@ -93,9 +93,8 @@ export async function picture(page, atFrame = 0) {
                         text += String.fromCharCode(...bytes.subarray(at, at + 8192));
                     }
                     resolve({ width, height, bytes: btoa(text) });
-                };
-                velmora.afterFrame.add(read);
-                velmora.userCame();
+                });
+                velmora.noteInput();
             }),
         atFrame,
     );
@@ -136,8 +135,55 @@ export async function drag(page, from, to, steps = 12) {
 
 /** Waits until the effect has run so many frames more. */
 export async function frames(page, count) {
-    const start = await page.evaluate(() => window.velmora.counts.frames);
-    await page.waitForFunction((end) => window.velmora.counts.frames >= end, start + count);
+    const start = await page.evaluate(() => window.velmora.counts().frames);
+    await page.waitForFunction((end) => window.velmora.counts().frames >= end, start + count);
+}
+
+/** Waits until the page asks for no more frames. */
+export function rest(page) {
+    return page.waitForFunction(() => window.velmora.isResting());
+}
+
+/** The canvas' width becomes so many pixels. */
+export function canvasWidth(page, width) {
+    return page.waitForFunction((wide) => document.getElementById("water").width === wide, width);
+}
+
+/** The settings in force. */
+export function settings(page) {
+    return page.evaluate(() => structuredClone(window.velmora.settings));
+}
+
+/** Changes settings, as the panel does. */
+export function set(page, changes) {
+    return page.evaluate((values) => void Object.assign(window.velmora.settings, values), changes);
+}
+
+/** Takes over the page's time and its animation frames: `window.showFrame(milliseconds)` lets that time pass and shows one. */
+export function takeTime(page) {
+    return page.evaluate(() => {
+        const now = performance.now.bind(performance);
+        const real = now();
+        let [passed, waiting] = [0, null];
+        performance.now = () => real + passed;
+        window.requestAnimationFrame = (call) => (waiting = call);
+        window.showFrame = async (milliseconds) => {
+            while (!waiting) {
+                await new Promise((resolve) => setTimeout(resolve));
+            }
+            passed += milliseconds;
+            const call = waiting;
+            waiting = null;
+            call(performance.now());
+        };
+    });
+}
+
+/** Lets a test answer choosers of files: the browser hands them over once this has settled. */
+export async function catchChoosers(page) {
+    page.on("filechooser", () => {});
+    const session = await page.context().newCDPSession(page);
+    await session.send("Page.setInterceptFileChooserDialog", { enabled: true });
 }
 
 export async function notice(page, pattern) {

@@ -1,10 +1,10 @@
-// What the page does besides the effect itself: overlays, full screen, sharing, looks by chance, fitted quality.
+// What the page does besides the effect itself: overlays, full screen, sharing, random settings, adaptive quality.
 
 import assert from "node:assert/strict";
 import { after, before, test } from "node:test";
 import { readFileSync } from "node:fs";
 import { join } from "node:path";
-import { bring, close, difference, drag, frames, launch, notice, open, paint, picture, serve, shots, top } from "./page.mjs";
+import { bring, canvasWidth, catchChoosers, close, difference, drag, frames, launch, notice, open, paint, picture, rest, serve, set, settings, shots, top } from "./page.mjs";
 
 let browser;
 before(async () => (browser = await launch()));
@@ -86,34 +86,34 @@ test("a look is shared by the browser's own sheet, else by the clipboard, else b
     server.stop();
 });
 
-test("files by the keys of choosers, what was recorded again, a finger and a quality of its own", async () => {
+test("files by the keys of choosers", async () => {
     const page = await open(browser, {});
-    page.on("filechooser", () => {}); // the driver begins to catch choosers some time after it is first asked to
+    await catchChoosers(page);
     const chosen = async (key, name, text) => {
         const [chooser] = await Promise.all([page.waitForEvent("filechooser"), page.keyboard.press(key)]);
         await chooser.setFiles({ name, mimeType: "", buffer: Buffer.from(text) });
     };
-    const red = await redPicture(page);
-    await page.waitForTimeout(1000);
     await chosen("j", "evening.json", '{"exponent": 7}');
-    await page.waitForFunction(() => window.velmora.look.exponent === 7);
-    await chosen("e", "red.png", red);
-    await page.waitForFunction(() => window.velmora.look.secondBackground);
+    await page.waitForFunction(() => window.velmora.settings.exponent === 7);
+    await chosen("e", "red.png", await redPicture(page));
+    await page.waitForFunction(() => window.velmora.settings.secondBackground);
     assert.deepEqual((await picture(page)).pixel(135, 240).map((part) => part > 100), [true, false, false]);
+    await close(page);
+});
 
-    await page.keyboard.press("g");
-    await notice(page, "nothing has been recorded");
-    await page.keyboard.press("r");
-    await frames(page, 3);
-    await page.keyboard.press("r");
-    await page.keyboard.press("g");
-    await notice(page, "the gesture has ended");
+test("attract mode and adaptive quality by their keys", async () => {
+    const page = await open(browser, {});
+    const isOn = {
+        a: () => window.velmora.attractMode().on,
+        q: () => window.velmora.quality().phase !== "fixed",
+    };
     for (const [key, on, off] of [["a", "comes after idle", "no finger but yours"], ["q", "waves drawn coarser", "all of"]]) {
         await page.keyboard.press(key); // both are off in these tests
         await notice(page, on);
-        assert.ok(await page.evaluate((a) => (a ? window.velmora.view.attract : window.velmora.quality.fits), key === "a"));
+        assert.equal(await page.evaluate(isOn[key]), true);
         await page.keyboard.press(key);
         await notice(page, off);
+        assert.equal(await page.evaluate(isOn[key]), false);
     }
     await close(page);
 });
@@ -122,89 +122,20 @@ const redPicture = (page) => paint(page, [90, 160], [["#c02020", 0, 0, 90, 160]]
 
 test("an ink against the picture, a look by chance, and the preset's again", async () => {
     const page = await open(browser, {});
-    const look = () => page.evaluate(() => structuredClone(window.velmora.look));
     await bring(page, "drop", ["red.png", "image/png", await redPicture(page)]);
-    await page.waitForFunction(() => window.velmora.pictures.sources[0] instanceof ImageBitmap);
+    await page.evaluate(() => window.velmora.filesTaken());
     await page.keyboard.press("i");
-    const { ink } = await look();
+    const { ink } = await settings(page);
     assert.ok(Math.min(ink[1], ink[2]) > ink[0] + 0.2, `${ink} against red`);
 
     await page.keyboard.press("n");
-    const preset = await look();
+    const preset = await settings(page);
     await page.keyboard.press("m");
-    const [first, second] = [await look(), (await page.keyboard.press("m"), await look())];
+    const [first, second] = [await settings(page), (await page.keyboard.press("m"), await settings(page))];
     assert.notDeepEqual(first, preset);
     assert.notDeepEqual(second, first);
     await page.keyboard.press("Backspace");
-    assert.deepEqual(await look(), preset);
-    await close(page);
-});
-
-test("quality falls where frames are late, and comes back where they are not", async () => {
-    const page = await open(browser, {});
-    const levels = await page.evaluate(() => {
-        const { quality } = window.velmora;
-        const spans = (keeper, count, ...beats) => {
-            for (let span = 0; span < count; ++span) {
-                const frames = 2 + (keeper.trying ? 6 : 24); // the first two wait for the change
-                [...Array(frames).keys()].forEach((at) => keeper.note(at < 2 ? 300 : beats[at % beats.length]));
-            }
-            return keeper.level;
-        };
-        const keepers = () => Object.assign(new quality.constructor(), { trying: false });
-        const [slow, quick, between, halting] = [0, 1, 2, 3].map(keepers);
-        const [untouched, dull, display, fast] = [0, 1, 2, 3].map(() => new quality.constructor());
-        quick.note(232); // one hitch
-        const tried = (keeper, ...late) => [...late.map((each) => spans(keeper, 1, each)), keeper.trying];
-        return {
-            slow: [60, 50, 40, 30].map((late) => spans(slow, 1, late)),
-            again: [spans(slow, 11, 18), spans(slow, 1, 18), spans(slow, 24, 18)],
-            quick: spans(quick, 50, 16.7),
-            between: spans(between, 50, 20), // slow and fluent: a display of 50 a second
-            halting: spans(halting, 1, 16.7, 16.7, 33.3), // 45 a second
-            untouched: tried(untouched, 60, 50, 40, 30),
-            dull: tried(dull, 100, 90, 80, 75), // ink takes the time: fewer pixels would gain too little
-            display: tried(display, 33.3, 33.3, 33.3, 33.3), // it shows no more, whatever is drawn
-            fast: tried(fast, 16.7),
-        };
-    });
-    assert.deepEqual(levels, {
-        slow: [1, 2, 3, 3],
-        again: [3, 2, 0],
-        quick: 0,
-        between: 0,
-        halting: 1,
-        untouched: [1, 2, 3, 3, false],
-        dull: [1, 2, 3, 2, false],
-        display: [1, 2, 3, 2, false],
-        fast: [0, false],
-    });
-    await close(page);
-});
-
-test("of time that nobody saw, no frame has more than a moment", async () => {
-    const page = await open(browser, {});
-    const elapsed = await page.evaluate(async () => {
-        const { velmora } = window;
-        const now = performance.now.bind(performance);
-        let [away, waiting, frame] = [0, null, 0];
-        performance.now = () => now() + away;
-        window.requestAnimationFrame = (call) => (waiting = call);
-        velmora.effect.frame = (milliseconds) => (frame = milliseconds);
-        velmora.look.rain = 1; // frames go on
-        velmora.userCame();
-        const lateFrame = async (hide) => {
-            while (!waiting) {
-                await new Promise((resolve) => setTimeout(resolve, 20));
-            }
-            away += 60000;
-            hide && document.dispatchEvent(new Event("visibilitychange"));
-            waiting(performance.now());
-            return frame;
-        };
-        return [await lateFrame(true), await lateFrame(false)];
-    });
-    assert.ok(elapsed[0] < 17 && elapsed[1] < 300, `hidden, asleep: ${elapsed}`);
+    assert.deepEqual(await settings(page), preset);
     await close(page);
 });
 
@@ -214,23 +145,23 @@ async function gestureAt(page, level) {
     const end = await page.evaluate(
         ([text, wanted]) => {
             const { velmora } = window;
-            velmora.quality.level = wanted;
+            velmora.fixQuality(wanted);
             velmora.replay(text, "medium_drag");
-            const end = velmora.counts.frames + 40;
-            velmora.afterFrame.add(() => (velmora.view.paused ||= velmora.counts.frames === end));
+            const end = velmora.counts().frames + 40;
+            velmora.onFrame(() => (velmora.view.paused ||= velmora.counts().frames === end));
             return end;
         },
         [script, level],
     );
     const shown = await picture(page, end);
-    const state = () => ({ water: String(window.velmora.effect.waterBytes()), triangles: window.drawn / 3 });
+    const state = () => ({ water: String(window.velmora.waterBytes()), triangles: window.drawn / 3 });
     return { shown, ...(await page.evaluate(state)) };
 }
 
 test("waves drawn coarser are the same waves, and a replay has all of the pixels", async () => {
     const page = await open(browser, {});
     await page.evaluate(() => {
-        const { gl } = window.velmora.effect;
+        const { gl } = window.velmora;
         const draw = gl.drawElements.bind(gl);
         gl.drawElements = (mode, count, ...rest) => draw(mode, (window.drawn = count), ...rest);
     });
@@ -244,33 +175,32 @@ test("waves drawn coarser are the same waves, and a replay has all of the pixels
     await close(page);
 });
 
-test("fewer pixels come when they take no ink away, and show the same picture", async () => {
-    const water = await open(browser, { hash: "#look=%7B%22waterOnly%22:true,%22damping%22:0.8%7D" });
-    await drag(water, [60, 200], [210, 200], 3);
-    await water.evaluate(() => (window.velmora.quality.level = 3));
-    await water.waitForFunction(() => window.velmora.canvas.width === 203);
-    await close(water);
-
+test("fewer pixels come once they take no ink away, and show the same picture", async () => {
     const page = await open(browser, {});
     const calm = await picture(page);
     await drag(page, [60, 200], [210, 200], 6);
-    await page.evaluate(() => {
-        const { look, quality } = window.velmora;
-        look.damping = 0.8; // soon calm
-        quality.level = 3;
-    });
-    await page.waitForFunction(() => window.velmora.rests); // with a trace of ink, which stays
-    assert.equal(await page.evaluate(() => window.velmora.canvas.width), 270);
+    await set(page, { damping: 0.8 }); // soon calm
+    await page.evaluate(() => window.velmora.fixQuality(3));
+    await rest(page); // with a trace of ink, which stays
+    assert.equal(await page.evaluate(() => window.velmora.screen().width), 270);
     await page.keyboard.press("c");
-    await page.waitForFunction(() => window.velmora.canvas.width === 203);
+    await canvasWidth(page, 203);
     const apart = difference(calm, await picture(page));
     assert.ok(apart < 8, `${apart}`);
     await close(page);
 });
 
-test("the page looks for what fits before anybody comes, and then rests", async () => {
+test("fewer pixels come at once in water without ink", async () => {
+    const page = await open(browser, { hash: "#look=%7B%22waterOnly%22:true,%22damping%22:0.8%7D" });
+    await drag(page, [60, 200], [210, 200], 3);
+    await page.evaluate(() => window.velmora.fixQuality(3));
+    await canvasWidth(page, 203);
+    await close(page);
+});
+
+test("the page looks for the machine's quality before the first touch, and then rests", async () => {
     const page = await open(browser, { size: [540, 960], ready: false });
-    await page.waitForFunction(() => window.velmora?.quality.trying === false && window.velmora.rests);
-    assert.ok(await page.evaluate(() => window.velmora.quality.level > 0), "software GL is slow");
+    await page.waitForFunction(() => window.velmora?.quality().phase === "watching" && window.velmora.isResting());
+    assert.ok(await page.evaluate(() => window.velmora.quality().level > 0), "software GL is slow");
     await close(page);
 });

@@ -3,7 +3,7 @@
 import assert from "node:assert/strict";
 import { readFileSync } from "node:fs";
 import { after, before, test } from "node:test";
-import { close, drag, launch, notice, open, saved } from "./page.mjs";
+import { canvasWidth, close, drag, launch, notice, open, rest, saved, set, takeTime } from "./page.mjs";
 
 let browser;
 before(async () => (browser = await launch()));
@@ -24,59 +24,76 @@ function meanColor(page, png) {
     );
 }
 
-const rest = (page) => page.waitForFunction(() => !window.velmora.scheduled && window.velmora.rests);
 /** Until the frame that something brings. */
 async function drawn(page, act) {
-    const before = await page.evaluate(() => window.velmora.counts.frames);
+    const before = await page.evaluate(() => window.velmora.counts().frames);
     await act();
-    await page.waitForFunction((count) => window.velmora.counts.frames > count, before);
+    await page.waitForFunction((count) => window.velmora.counts().frames > count, before);
 }
 
 const apart = (one, other) => Math.max(...one.map((value, at) => Math.abs(value - other[at])));
 
 async function losing(page, act) {
     await page.evaluate(() => {
-        window.loss = window.velmora.effect.gl.getExtension("WEBGL_lose_context");
+        window.loss = window.velmora.gl.getExtension("WEBGL_lose_context");
         window.loss.loseContext();
     });
-    await page.waitForFunction(() => window.velmora.lost);
+    await page.waitForFunction(() => window.velmora.isContextLost());
     await act();
     await page.evaluate(() => window.loss.restoreContext());
-    await page.waitForFunction(() => !window.velmora.lost);
+    await page.waitForFunction(() => !window.velmora.isContextLost());
 }
 
-test("a pause shows what is changed in it, its water stands, and its touches are none", async () => {
+/** A page paused after a stroke, and the mean colour that it shows. */
+async function pausedPage() {
     const page = await open(browser);
-    const shown = async () => (await rest(page), meanColor(page, await page.screenshot()));
-    const water = () => page.evaluate(() => String(window.velmora.effect.waterBytes()));
     await drag(page, [60, 200], [200, 260], 4);
     await page.keyboard.press(" ");
-    const [first, stood] = [await shown(), await water()];
-    const kept = await saved(page, () => page.keyboard.press("s"));
-    assert.ok(apart(await meanColor(page, readFileSync(await kept.path())), first) < 2, "a screenshot of it");
+    const shown = async () => (await rest(page), meanColor(page, await page.screenshot()));
+    return { page, shown, first: await shown() };
+}
+
+test("a pause shows the settings that are changed in it, and its water stands", async () => {
+    const { page, shown, first } = await pausedPage();
+    const water = () => page.evaluate(() => String(window.velmora.waterBytes()));
+    const stood = await water();
     await page.keyboard.press("b");
     assert.ok(apart(await shown(), first) > 8, "the other background");
     await page.keyboard.press("v");
     await rest(page);
-    assert.ok(await page.evaluate(() => window.velmora.probe.velocity.columns > 0), "its flow");
-    await page.keyboard.press("v");
-    await page.mouse.click(100, 300);
-    await page.keyboard.press("b");
-    await shown();
+    assert.ok(await page.evaluate(() => window.velmora.velocity().columns > 0), "its flow");
     assert.equal(await water(), stood);
+    await close(page);
+});
 
+test("a screenshot of a pause is what it shows", async () => {
+    const { page, first } = await pausedPage();
+    const kept = await saved(page, () => page.keyboard.press("s"));
+    assert.ok(apart(await meanColor(page, readFileSync(await kept.path())), first) < 2);
+    await close(page);
+});
+
+test("the touches of a pause are none", async () => {
+    const page = await open(browser);
+    await page.keyboard.press(" ");
+    await page.mouse.click(100, 300);
+    await page.mouse.click(100, 100);
+    await drawn(page, () => page.keyboard.press(" "));
+    assert.equal(await page.evaluate(() => window.velmora.isWaterIdle()), true);
+    await close(page);
+});
+
+test("a pause shows a context that came back, and another size", async () => {
+    const { page, shown, first } = await pausedPage();
     await losing(page, () => page.keyboard.press("b"));
     const second = await shown();
     assert.ok(apart(second, first) > 8 && Math.max(...second) > 30, `after a lost context: ${second}`);
     const cdp = await page.context().newCDPSession(page);
     for (const [width, height, deviceScaleFactor] of [[480, 270, 1], [480, 270, 1.5]]) {
         await cdp.send("Emulation.setDeviceMetricsOverride", { width, height, deviceScaleFactor, mobile: false });
-        await page.waitForFunction((wide) => window.velmora.canvas.width === wide, width * deviceScaleFactor);
+        await canvasWidth(page, width * deviceScaleFactor);
         assert.ok(apart(await shown(), second) < 25, "in another size");
     }
-    await page.mouse.click(100, 100);
-    await drawn(page, () => page.keyboard.press(" "));
-    assert.equal(await page.evaluate(() => window.velmora.effect.waterIsCalm), true);
     await close(page, /CONTEXT_LOST/);
 });
 
@@ -99,7 +116,7 @@ test("no start of the effect leaves anything of the one before in the context", 
             }
         },
     });
-    const alive = () => page.evaluate(() => [window.alive, window.velmora.effect.module.GL.textures.length]);
+    const alive = () => page.evaluate(() => [window.alive, window.velmora.textureNames()]);
     const first = await alive();
     for (let restart = 0; restart < 3; ++restart) {
         await drawn(page, () => page.evaluate(() => window.velmora.restart()));
@@ -118,11 +135,10 @@ test("without a context: what needs one says so, and a new size waits for it", a
             await page.keyboard.press(key);
             await notice(page, "not until it is back");
         }
-        assert.equal(await page.evaluate(() => window.velmora.recording || window.velmora.view.paused), false);
+        assert.equal(await page.evaluate(() => window.velmora.isRecording() || window.velmora.view.paused), false);
         await page.setViewportSize({ width: 300, height: 400 });
-        await page.waitForTimeout(400);
     });
-    await page.waitForFunction(() => window.velmora.canvas.width === 300);
+    await canvasWidth(page, 300);
     await rest(page);
     await close(page, /CONTEXT_LOST/);
 });
@@ -130,24 +146,41 @@ test("without a context: what needs one says so, and a new size waits for it", a
 test("frames have the time that passed, in the settings' scale, and go on under rain", async () => {
     const page = await open(browser);
     await rest(page);
-    const pace = (scale) =>
-        page.evaluate(async (timeScale) => {
-            const { velmora } = window;
-            Object.assign(velmora.look, { timeScale, rain: 0.05 }); // a drop in twenty seconds
-            velmora.userCame();
-            const frame = velmora.effect.frame;
-            let [shown, count] = [0, 0];
-            velmora.effect.frame = (elapsed) => (frame.call(velmora.effect, elapsed), (shown += elapsed), ++count);
-            const start = performance.now();
-            while (performance.now() < start + 1500) {
-                await new Promise(requestAnimationFrame);
+    await takeTime(page);
+    for (const timeScale of [0.25, 2]) {
+        await set(page, { timeScale, rain: 0.05 }); // a drop in twenty seconds
+        const shown = await page.evaluate(async () => {
+            let sum = 0;
+            const stop = window.velmora.onFrame((elapsed) => (sum += elapsed));
+            window.velmora.noteInput();
+            await window.showFrame(16);
+            sum = 0;
+            for (let frame = 0; frame < 20; ++frame) {
+                await window.showFrame(20);
             }
-            velmora.effect.frame = frame;
-            return [shown / (performance.now() - start), count];
-        }, scale);
-    for (const scale of [0.25, 2]) {
-        const [seen, count] = await pace(scale);
-        assert.ok(count > 5 && Math.abs(seen / scale - 1) < 0.3, `${seen} of ${scale} in ${count} frames`);
+            stop();
+            return sum;
+        });
+        assert.ok(Math.abs(shown - 400 * timeScale) < 17, `${shown} at ${timeScale}`);
     }
+    await close(page);
+});
+
+test("of time that nobody saw, no frame has more than a moment", async () => {
+    const page = await open(browser);
+    await rest(page);
+    await takeTime(page);
+    await set(page, { rain: 1 }); // frames go on
+    const elapsed = await page.evaluate(async () => {
+        const seen = [];
+        window.velmora.onFrame((milliseconds) => seen.push(milliseconds));
+        window.velmora.noteInput();
+        await window.showFrame(60000);
+        await window.showFrame(60000); // the machine slept
+        document.dispatchEvent(new Event("visibilitychange"));
+        await window.showFrame(60000);
+        return seen;
+    });
+    assert.deepEqual(elapsed.map(Math.round), [17, 250, 17]);
     await close(page);
 });

@@ -1,8 +1,9 @@
-// Mouse, touch, pen, and nobody's finger: what the effect is told of each, read from a recording, and what it draws.
+// Mouse, touch, pen and attract mode: what the effect is told of each, read from a recording, and what it draws.
 
 import assert from "node:assert/strict";
+import { readFileSync } from "node:fs";
 import { after, before, test } from "node:test";
-import { close, frames, launch, open } from "./page.mjs";
+import { close, frames, launch, open, saved, set } from "./page.mjs";
 
 let browser;
 before(async () => (browser = await launch()));
@@ -13,7 +14,8 @@ async function recorded(page, act) {
     await page.evaluate(() => window.velmora.startRecording());
     await act();
     await frames(page, 2);
-    const script = await page.evaluate(() => window.velmora.finishRecording());
+    const file = await saved(page, () => page.keyboard.press("r"));
+    const script = readFileSync(await file.path(), "utf8");
     const touches = [...script.matchAll(/^\d+ (down|move|up|cancel) (.*)$/gm)].slice(4);
     return touches.map(([, action, numbers]) => [action, ...numbers.split(" ").map(Number)]);
 }
@@ -27,7 +29,7 @@ async function pointer(page, size) {
 
 test("a mouse, with the pressure of the settings, in the canvas' pixels", async () => {
     const { page } = await pointer(browser, [270, 480]);
-    await page.evaluate(() => (window.velmora.look.pressure = 0.7));
+    await set(page, { pressure: 0.7 });
     const touches = await recorded(page, async () => {
         await page.mouse.move(50, 60);
         await page.mouse.down();
@@ -122,8 +124,8 @@ test("a page that is hidden, left or without context lets go of the finger", asy
             window.dispatchEvent(new Event("blur"));
         },
         async withoutContext() {
-            const loss = window.velmora.effect.gl.getExtension("WEBGL_lose_context");
-            const heard = (name) => new Promise((done) => window.velmora.canvas.addEventListener(name, done, { once: true }));
+            const loss = window.velmora.gl.getExtension("WEBGL_lose_context");
+            const heard = (name) => new Promise((done) => document.getElementById("water").addEventListener(name, done, { once: true }));
             loss.loseContext();
             await heard("webglcontextlost");
             setTimeout(() => loss.restoreContext());
@@ -144,19 +146,18 @@ test("a page that is hidden, left or without context lets go of the finger", asy
     await close(page, /CONTEXT_LOST/);
 });
 
-test("nobody's finger comes to an idle page, leaves a recording alone and goes; where motion is reduced none comes", async () => {
-    const still = await open(browser);
+test("attract mode draws on an idle page until a key is pressed", async () => {
     const page = await open(browser, { reducedMotion: "no-preference", size: [96, 160] });
-    await page.waitForFunction(() => window.velmora.effect.waterIsCalm === false, undefined, { timeout: 15000 });
-    const touches = await recorded(page, () => page.waitForTimeout(6000)); // its patience is shorter
-    assert.deepEqual(touches, []);
-    assert.equal(await still.evaluate(() => window.velmora.effect.waterIsCalm), true);
-    await close(still);
-    await page.waitForFunction(() => window.velmora.attract.runs);
-    await page.evaluate(() => (window.velmora.attract.frame = 2 * 300 + 150)); // after the third stroke
-    await page.waitForFunction(() => window.velmora.rests, undefined, { timeout: 60000 });
-    await page.waitForTimeout(6000);
-    assert.equal(await page.evaluate(() => window.velmora.rests), true);
+    await page.waitForFunction(() => window.velmora.attractMode().runs);
+    await page.waitForFunction(() => !window.velmora.isWaterIdle());
+    await page.keyboard.press("v");
+    assert.equal(await page.evaluate(() => window.velmora.attractMode().runs), false);
+    await close(page);
+});
+
+test("attract mode is off where motion is reduced", async () => {
+    const page = await open(browser);
+    assert.equal(await page.evaluate(() => window.velmora.attractMode().on), false);
     await close(page);
 });
 

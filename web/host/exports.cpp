@@ -1,167 +1,299 @@
 #include <emscripten/emscripten.h>
 
 #include <algorithm>
-#include <cstdlib>
-#include <iterator>
+#include <array>
+#include <chrono>
+#include <cmath>
+#include <cstddef>
+#include <cstdint>
 #include <string>
+#include <type_traits>
+#include <utility>
+#include <vector>
 
+#include "app/flow_lines.h"
+#include "app/frame_clock.h"
+#include "app/presets.h"
+#include "app/quality.h"
+#include "app/random_settings.h"
+#include "app/session.h"
+#include "app/settings.h"
+#include "app/size.h"
+#include "hostkit/gesture_script.h"
 #include "hostkit/host_error.h"
-#include "player/ink_choice.h"
-#include "player/random_look.h"
+#include "hostkit/jni_environment.h"
+#include "hostkit/picture.h"
+#include "hostkit/water_driver.h"
 #include "velmora/solver_grid.h"
-#include "web/host/stage.h"
+#include "web/host/gl_objects.h"
 
-// What the page's script calls. Texts are UTF-8 and live until the next call.
+// Functions of the application core for the page's scripts. Times are in milliseconds, moments by performance.now().
+// Texts are UTF-8; a returned text lives until the next call.
 
 namespace {
 
-web::Stage stage;
 std::string answer;
+/// The recording that ended last, until the page takes it.
+std::string ended;
+hostkit::GestureScript script;
+/// The preset that is being read.
+app::Settings preset;
+app::FrameClock::Due due{};
+std::vector<app::FlowLine> lines;
+static_assert(sizeof(app::FlowLine) == 6 * sizeof(float));
 
-const char* kindOf(float) {
-    return "number";
-}
-const char* kindOf(int) {
-    return "count";
-}
-const char* kindOf(bool) {
-    return "switch";
-}
-
-const char* nameOf(player::Group group) {
-    switch (group) {
-        case player::Group::water:
-            return "Water";
-        case player::Group::light:
-            return "Light";
-        case player::Group::ink:
-            return "Ink";
-    }
-    return "";
+app::FrontEnd frontEnd() {
+    app::FrontEnd functions;
+    functions.renewContext = web::dropGlObjects;
+    // The page's script has scaled them.
+    functions.cover = [](const hostkit::Picture& picture, app::Size) { return picture; };
+    functions.onRecordingEnd = [](const hostkit::GestureScript& recording) {
+        ended = writeGestureScript(recording);
+    };
+    return functions;
 }
 
-template <class Value>
-std::string text(Value value) {
-    char digits[32];
-    return {digits, std::to_chars(digits, std::end(digits), static_cast<float>(value)).ptr};
+app::Session session(frontEnd(), app::Clock::time_point{});
+
+std::chrono::nanoseconds duration(double milliseconds) {
+    return std::chrono::nanoseconds(std::llround(milliseconds * 1e6));
 }
 
-std::string text(const std::array<float, 3>& color) {
-    return "[" + text(color[0]) + "," + text(color[1]) + "," + text(color[2]) + "]";
+app::Clock::time_point moment(double milliseconds) {
+    return app::Clock::time_point(duration(milliseconds));
 }
 
-/// In the order of setSettings.
-void writeSettings(const player::Settings& settings, float* values) {
-    player::forEachField(
-        [&](const auto& field) { *values++ = static_cast<float>(settings.*field.member); });
-    std::copy(settings.ink.begin(), settings.ink.end(), values);
+double milliseconds(std::chrono::nanoseconds time) {
+    return static_cast<double>(time.count()) / 1e6;
+}
+
+hostkit::Picture pictureOf(int width, int height, const std::uint8_t* rgba) {
+    const auto bytes = static_cast<std::size_t>(width) * static_cast<std::size_t>(height) * 4;
+    return {width, height, {rgba, rgba + bytes}};
+}
+
+/// Writes numbers and switches in the order of the table, then the ink's red, green and blue.
+void writeSettings(const app::Settings& settings, double* numbers) {
+    app::forEachField([&](const auto& field) {
+        *numbers++ = app::shortestNumber(static_cast<float>(settings.*field.member));
+    });
+    std::transform(settings.ink.begin(), settings.ink.end(), numbers, app::shortestNumber);
 }
 
 }  // namespace
 
 extern "C" {
 
-/// The settings as JSON: the fields, each with name, words, heading, hint, kind, least, most and the
-/// value at first, the first ink, and the inks to choose from by their names.
-EMSCRIPTEN_KEEPALIVE const char* describeSettings() {
-    const player::Settings defaults;
-    answer = R"({"fields":[)";
-    player::forEachField([&](const auto& field) {
-        const auto value = defaults.*field.member;
-        answer += answer.back() == '}' ? "," : "";
-        answer += R"({"name":")" + std::string(field.name) + R"(","words":")" + field.words +
-                  R"(","group":")" + nameOf(field.group) + R"(","hint":")" + field.hint +
-                  R"(","kind":")" + kindOf(value) + R"(","least":)" + text(field.least) +
-                  R"(,"most":)" + text(field.most) + R"(,"first":)" + text(value) + "}";
-    });
-    answer += R"(],"ink":)" + text(defaults.ink) + R"(,"palette":{)";
-    for (const player::NamedInk& ink : player::inkPalette) {
-        answer += answer.back() == ']' ? "," : "";
-        answer += "\"" + std::string(ink.name) + "\":" + text(ink.color);
-    }
-    answer += "}}";
-    return answer.c_str();
-}
-
-/// Sides of the square of screen pixels that one texel of the velocity covers.
+/// Returns the sides of the square of screen pixels that one texel of the velocity covers.
 EMSCRIPTEN_KEEPALIVE int pixelsPerCell() {
     return velmora::pixelsPerCell;
 }
 
-/// Texels of the ink's textures along the longer or the shorter side of the screen.
+/// Returns the texels of the ink's textures along the longer or the shorter side of the screen.
 EMSCRIPTEN_KEEPALIVE int inkTexels(bool longer) {
     return longer ? velmora::inkLongSide : velmora::inkShortSide;
 }
 
-/// Numbers and switches in the order of describeSettings, then the ink's red, green and blue.
-EMSCRIPTEN_KEEPALIVE void setSettings(const float* values) {
-    player::forEachField([&](const auto& field) {
-        auto& member = stage.settings.*field.member;
-        member = static_cast<std::remove_reference_t<decltype(member)>>(*values++);
+/// Reads numbers in the order of writeSettings; applied with the next frame.
+EMSCRIPTEN_KEEPALIVE void setSettings(const double* numbers) {
+    app::forEachField([&](const auto& field) {
+        auto& member = session.settings.*field.member;
+        member = static_cast<std::remove_reference_t<decltype(member)>>(*numbers++);
     });
-    std::copy_n(values, stage.settings.ink.size(), stage.settings.ink.begin());
+    std::transform(numbers, numbers + 3, session.settings.ink.begin(),
+                   [](double part) { return static_cast<float>(part); });
 }
 
-EMSCRIPTEN_KEEPALIVE void getSettings(float* values) {
-    writeSettings(stage.settings, values);
+EMSCRIPTEN_KEEPALIVE void getSettings(double* numbers) {
+    writeSettings(session.settings, numbers);
 }
 
-/// A look by chance, each seed's its own, written as by getSettings; nothing changes.
-EMSCRIPTEN_KEEPALIVE void randomSettings(unsigned seed, float* values) {
-    writeSettings(player::randomLook(seed), values);
+/// Writes random settings of the seed; the settings in force stay.
+EMSCRIPTEN_KEEPALIVE void randomSettings(unsigned seed, double* numbers) {
+    writeSettings(app::randomSettings(seed), numbers);
 }
 
-/// Three numbers, of an ink that stands out from the shown picture.
-EMSCRIPTEN_KEEPALIVE void inkOfPicture(float* ink) {
-    const auto color = player::inkAgainst(stage.pictures[stage.settings.secondBackground ? 1 : 0]);
-    std::copy(color.begin(), color.end(), ink);
+/// Writes the three numbers of an ink that stands out from the background shown.
+EMSCRIPTEN_KEEPALIVE void inkAgainstBackground(double* ink) {
+    const auto color = session.inkAgainstBackground(0);
+    std::transform(color.begin(), color.end(), ink, app::shortestNumber);
 }
 
-/// Of the drawn mesh, from the next frame on.
-EMSCRIPTEN_KEEPALIVE void setCellsPerVertex(int cells) {
-    stage.cellsPerVertex = cells;
+/// Begins to read a preset. Each of its members follows by setPresetMember, then takePreset.
+EMSCRIPTEN_KEEPALIVE void beginPreset() {
+    preset = {};
 }
 
-EMSCRIPTEN_KEEPALIVE void restart(int width, int height) {
-    web::restart(stage, width, height);
-}
-
-/// Place 0 is the background, 1 the second one.
-EMSCRIPTEN_KEEPALIVE void showPicture(int place, int width, int height, const std::uint8_t* rgba) {
-    const auto bytes = static_cast<std::size_t>(width) * static_cast<std::size_t>(height) * 4;
-    web::showPicture(stage, place, {width, height, {rgba, rgba + bytes}});
-}
-
-EMSCRIPTEN_KEEPALIVE void renewContext() {
-    web::renewContext(stage);
-}
-
-EMSCRIPTEN_KEEPALIVE void touch(int action, double x, double y, float pressure) {
-    stage.pending.emplace_back(
-        hostkit::Touch{static_cast<hostkit::TouchAction>(action), x, y, pressure});
-}
-
-EMSCRIPTEN_KEEPALIVE void clearInk() {
-    stage.pending.emplace_back(hostkit::ClearInk{});
-}
-
-EMSCRIPTEN_KEEPALIVE void frame(double milliseconds) {
-    web::runFrame(stage, std::chrono::nanoseconds(std::llround(milliseconds * 1e6)));
-}
-
-EMSCRIPTEN_KEEPALIVE void startRecording() {
-    web::startRecording(stage);
-}
-
-EMSCRIPTEN_KEEPALIVE const char* finishRecording() {
-    answer = web::finishRecording(stage);
+/// Reads one member, whose value is of a kind: 0 another, 1 a switch, 2 a number, 3 several numbers. `text` is the value
+/// as it is spelt. Returns the fault, or an empty text.
+EMSCRIPTEN_KEEPALIVE const char* setPresetMember(const char* name, int kind, const double* numbers,
+                                                 int count, const char* text) {
+    app::PresetMember member{name, {}, text};
+    if (kind == 1) {
+        member.value = numbers[0] != 0.0;
+    } else if (kind == 2) {
+        member.value = numbers[0];
+    } else if (kind == 3) {
+        member.value = std::vector<double>(numbers, numbers + count);
+    }
+    try {
+        app::setSetting(preset, member);
+        answer.clear();
+    } catch (const hostkit::HostError& error) {
+        answer = error.what();
+    }
     return answer.c_str();
 }
 
-/// For startReplay. Empty, or what is wrong with the script; then nothing has changed.
-EMSCRIPTEN_KEEPALIVE const char* readScript(const char* script, const char* name) {
+EMSCRIPTEN_KEEPALIVE void takePreset(double* numbers) {
+    writeSettings(preset, numbers);
+}
+
+EMSCRIPTEN_KEEPALIVE const char* presetName(const char* fileStem) {
+    answer = app::presetName(fileStem);
+    return answer.c_str();
+}
+
+EMSCRIPTEN_KEEPALIVE void restart(int width, int height) {
+    session.restart({width, height});
+}
+
+/// Shows two pictures of the screen's size.
+EMSCRIPTEN_KEEPALIVE void setBackgrounds(int width, int height, const std::uint8_t* first,
+                                         const std::uint8_t* second) {
+    session.setBackgrounds({pictureOf(width, height, first), pictureOf(width, height, second)});
+}
+
+EMSCRIPTEN_KEEPALIVE void regainContext() {
+    session.regainContext();
+}
+
+EMSCRIPTEN_KEEPALIVE void noteInput(double now) {
+    session.noteInput(moment(now));
+}
+
+EMSCRIPTEN_KEEPALIVE void press(double now, double x, double y, float pressure) {
+    session.press(moment(now), x, y, pressure);
+}
+
+EMSCRIPTEN_KEEPALIVE void moveFinger(double x, double y, float pressure) {
+    session.move(x, y, pressure);
+}
+
+EMSCRIPTEN_KEEPALIVE void lift(bool isCancel, double x, double y) {
+    session.lift(isCancel ? hostkit::TouchAction::cancel : hostkit::TouchAction::up, x, y);
+}
+
+EMSCRIPTEN_KEEPALIVE void clearInk() {
+    session.add(hostkit::ClearInk{});
+}
+
+EMSCRIPTEN_KEEPALIVE void turnAttractMode(bool on) {
+    session.turnAttractMode(on);
+}
+
+EMSCRIPTEN_KEEPALIVE bool isAttractModeOn() {
+    return session.attractMode().isOn();
+}
+
+EMSCRIPTEN_KEEPALIVE bool isAttractModeRunning() {
+    return session.attractMode().isRunning();
+}
+
+/// Returns the time until attract mode is due; below 0: it does not start by itself.
+EMSCRIPTEN_KEEPALIVE double attractModeDelay(double now) {
+    const auto delay = session.attractMode().untilStart(moment(now));
+    return delay ? milliseconds(*delay) : -1.0;
+}
+
+EMSCRIPTEN_KEEPALIVE void startAttractModeIfIdle(double now, bool busy) {
+    session.startAttractModeIfIdle(moment(now), busy);
+}
+
+/// Returns how many frames are due; dueTime is the time of each.
+EMSCRIPTEN_KEEPALIVE int takeDueFrames(double now) {
+    due = session.takeDueFrames(moment(now));
+    return due.frames;
+}
+
+EMSCRIPTEN_KEEPALIVE double dueTime() {
+    return milliseconds(due.elapsed);
+}
+
+EMSCRIPTEN_KEEPALIVE double frameTime() {
+    return milliseconds(app::frameTime);
+}
+
+EMSCRIPTEN_KEEPALIVE void skipTime() {
+    session.skipTime();
+}
+
+EMSCRIPTEN_KEEPALIVE void frame(double elapsed) {
+    session.frame(duration(elapsed));
+}
+
+EMSCRIPTEN_KEEPALIVE bool isIdle() {
+    return session.isIdle();
+}
+
+EMSCRIPTEN_KEEPALIVE bool isWaterIdle() {
+    return session.isWaterIdle();
+}
+
+EMSCRIPTEN_KEEPALIVE bool mayShowInk() {
+    return session.mayShowInk();
+}
+
+/// Passes the interval between two frames to the adaptive quality.
+EMSCRIPTEN_KEEPALIVE void noteInterval(double interval) {
+    session.noteInterval(interval);
+}
+
+/// Searches for the machine's quality, or keeps a level: 0 is all detail, below 0 searches.
+EMSCRIPTEN_KEEPALIVE void setQuality(int level) {
+    session.quality = level < 0 ? app::searchingQuality() : app::fixedQuality(level);
+}
+
+EMSCRIPTEN_KEEPALIVE int qualityPhase() {
+    return static_cast<int>(session.quality.phase);
+}
+
+EMSCRIPTEN_KEEPALIVE int qualityLevel() {
+    return session.quality.level;
+}
+
+/// Returns the cells of the water between neighbours of the drawn mesh.
+EMSCRIPTEN_KEEPALIVE int qualityCells() {
+    return app::qualityLevels[session.quality.level].cellsPerVertex;
+}
+
+/// Returns the part of the pixels along a side of the screen.
+EMSCRIPTEN_KEEPALIVE double qualityPixels() {
+    return pixelsOf(session.quality);
+}
+
+EMSCRIPTEN_KEEPALIVE void startRecording() {
+    session.startRecording();
+}
+
+EMSCRIPTEN_KEEPALIVE void finishRecording() {
+    session.finishRecording();
+}
+
+EMSCRIPTEN_KEEPALIVE bool isRecording() {
+    return session.isRecording();
+}
+
+/// Returns the gesture script of a recording that has ended since the last call; empty: none has.
+EMSCRIPTEN_KEEPALIVE const char* takeRecording() {
+    answer = std::exchange(ended, {});
+    return answer.c_str();
+}
+
+/// Reads a script for startReplay. Returns the fault, or an empty text; a fault changes nothing.
+EMSCRIPTEN_KEEPALIVE const char* readScript(const char* text, const char* name) {
     try {
-        stage.script = hostkit::parseGestureScript(script, name);
+        script = hostkit::parseGestureScript(text, name);
         answer.clear();
     } catch (const hostkit::HostError& error) {
         answer = error.what();
@@ -170,25 +302,33 @@ EMSCRIPTEN_KEEPALIVE const char* readScript(const char* script, const char* name
 }
 
 EMSCRIPTEN_KEEPALIVE void startReplay() {
-    web::startReplay(stage);
+    session.startReplay(script);
 }
 
 EMSCRIPTEN_KEEPALIVE bool isReplaying() {
-    return stage.replay.has_value();
+    return session.isReplaying();
 }
 
-/// Whether the water stands still, so that only ink and rain could change the picture.
-EMSCRIPTEN_KEEPALIVE bool isWaterCalm() {
-    return stage.host->water().resting;
+/// Draws lines along the flow of a velocity texture. Returns six numbers a line, in the order of app::FlowLine;
+/// flowLineCount is the number of lines.
+EMSCRIPTEN_KEEPALIVE const float* flowLines(const std::uint8_t* rgba, int columns, int rows,
+                                            float width, float height) {
+    const auto bytes = static_cast<std::size_t>(columns) * static_cast<std::size_t>(rows) * 4;
+    lines = app::flowLines({rgba, bytes}, columns, rows, width, height);
+    return lines.empty() ? nullptr : &lines.front().x;
 }
 
-/// The water's heights, then velocities: columns * rows numbers each.
-EMSCRIPTEN_KEEPALIVE const float* waterCells(int velocities) {
-    const hostkit::WaterDriver& water = stage.host->water();
+EMSCRIPTEN_KEEPALIVE int flowLineCount() {
+    return static_cast<int>(lines.size());
+}
+
+/// Returns the water's heights or velocities, waterCellCount numbers.
+EMSCRIPTEN_KEEPALIVE const float* waterCells(bool velocities) {
+    const hostkit::WaterDriver& water = session.water();
     return hostkit::JniEnvironment::elements(velocities ? water.velocity : water.height).data();
 }
 
 EMSCRIPTEN_KEEPALIVE int waterCellCount() {
-    return static_cast<int>(hostkit::JniEnvironment::elements(stage.host->water().height).size());
+    return static_cast<int>(hostkit::JniEnvironment::elements(session.water().height).size());
 }
 }

@@ -1,6 +1,6 @@
 // Files that the visitor brings: pictures, presets and gestures, told apart by their names and types.
 
-import { parseLook, type Look } from "./look";
+import type { Settings } from "../../build/web/settings";
 import { attempt, say } from "./notice";
 import { putFirst, putSecond, readPicture } from "./pictures";
 import type { Player } from "./player";
@@ -22,14 +22,19 @@ export class Incoming {
         private readonly takeUp: (preset: Preset) => void,
     ) {}
 
-    /** Returns whether it could be read. */
+    /** Settles once all files up to now are taken. */
+    get settled(): Promise<unknown> {
+        return this.latest;
+    }
+
+    /** Returns whether the file could be read. */
     take(file: File, place: "first" | "second" = "first"): Promise<boolean> {
         this.latest = this.latest.then(() => attempt(() => this.read(file, place)));
         return this.latest;
     }
 
     private async read(file: File, place: "first" | "second"): Promise<void> {
-        this.player.userCame();
+        this.player.noteInput();
         if (/\.json$/i.test(file.name)) {
             await this.takePreset(file);
         } else if (/\.gesture$/i.test(file.name)) {
@@ -41,19 +46,19 @@ export class Incoming {
 
     private async takePicture(file: File, place: "first" | "second"): Promise<void> {
         const picture = await readPicture(file, file.name || "what was pasted");
-        (place === "first" ? putFirst : putSecond)(this.player.pictures, picture);
+        (place === "first" ? putFirst : putSecond)(this.player.stage.pictures, picture);
         this.player.picturesChanged();
     }
 
     private async takePreset(file: File): Promise<void> {
-        const name = presetName(file.name);
-        let look: Look;
+        const name = presetName(file.name, this.player.effect);
+        let settings: Settings;
         try {
-            look = parseLook(await readText(file), this.presets.settings);
+            settings = this.player.effect.readPreset(await readText(file));
         } catch (error) {
-            throw new Error(`${file.name}: ${(error as Error).message}`);
+            throw new Error(`${file.name}: ${error instanceof Error ? error.message : error}`);
         }
-        this.takeUp(addPreset(this.presets, name, look));
+        this.takeUp(addPreset(this.presets, name, settings));
         say(name);
     }
 

@@ -2,6 +2,7 @@
 
 import { download, freshName } from "./files";
 import { attempt, mark, say } from "./notice";
+import { blobOf } from "./paused_frame";
 import type { Player } from "./player";
 
 const filmTypes = ["video/mp4;codecs=avc1", "video/webm;codecs=vp9", "video/webm"];
@@ -13,11 +14,11 @@ export class Keeping {
     private gesture = "";
 
     constructor(private readonly player: Player) {
-        player.beforeRestart = () => this.finishRecording();
+        player.onRecording = (script) => this.keepRecording(script);
     }
 
     async screenshot(): Promise<void> {
-        const picture = await this.player.screenshot();
+        const picture = await this.takeScreenshot();
         if (picture) {
             const name = freshName("picture", ".png");
             download(picture, name);
@@ -34,8 +35,8 @@ export class Keeping {
     }
 
     switchRecording(): void {
-        if (this.player.recording) {
-            this.finishRecording();
+        if (this.player.effect.isRecording) {
+            this.player.finishRecording();
         } else {
             this.player.startRecording();
             this.endRecordingMark = mark("gesture");
@@ -45,7 +46,7 @@ export class Keeping {
 
     replayNewest(): void {
         this.player.needContext();
-        this.finishRecording();
+        this.player.finishRecording();
         if (this.gesture) {
             this.player.replay(this.gesture, "the recording");
         } else {
@@ -53,14 +54,28 @@ export class Keeping {
         }
     }
 
-    private finishRecording(): void {
-        if (!this.player.recording) {
-            return;
+    /** Returns what the screen shows. */
+    private takeScreenshot(): Promise<Blob | null> {
+        const { player } = this;
+        player.needContext();
+        if (player.view.paused && player.pausedFrame.isCurrent) {
+            return player.pausedFrame.blob();
         }
+        return new Promise((resolve) => {
+            const take = () => {
+                player.afterFrame.delete(take);
+                resolve(blobOf(player.canvas));
+            };
+            player.afterFrame.add(take);
+            player.noteInput();
+        });
+    }
+
+    private keepRecording(script: string): void {
         this.endRecordingMark();
-        this.gesture = this.player.finishRecording();
+        this.gesture = script;
         const name = freshName("gesture", ".gesture");
-        download(this.gesture, name);
+        download(script, name);
         say(`recorded ${name}; it can be dropped here to be played again`);
     }
 
@@ -81,7 +96,7 @@ export class Keeping {
             this.recorder = null;
             stream.getTracks().forEach((track) => track.stop());
             this.player.filming = false;
-            this.player.wake(); // the size may change again
+            this.player.loop.wake(); // the size may change again
             endMark();
             const name = freshName("film", type.startsWith("video/mp4") ? ".mp4" : ".webm");
             download(new Blob(parts, { type: type.split(";")[0] as string }), name);
@@ -90,6 +105,6 @@ export class Keeping {
         recorder.start(1000);
         this.recorder = recorder;
         this.player.filming = true;
-        this.player.userCame(); // the film's first picture
+        this.player.noteInput(); // the film's first frame
     }
 }

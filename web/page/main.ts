@@ -4,13 +4,14 @@ import { fillHelp, listen } from "./commands";
 import { receiveFiles } from "./files";
 import { Incoming } from "./incoming";
 import { Keeping } from "./keeping";
-import { Looks } from "./looks";
 import { attempt, hasKeys, say } from "./notice";
 import { openEffect } from "./opening";
 import { makeCommands } from "./page_commands";
 import { Panel } from "./panel";
 import { Player } from "./player";
+import { PresetChooser } from "./preset_chooser";
 import { loadPresets } from "./presets";
+import { offerTestHook } from "./test_hook";
 
 const byId = <Kind extends HTMLElement>(id: string) => document.getElementById(id) as Kind;
 
@@ -21,34 +22,35 @@ async function open(): Promise<void> {
         return;
     }
     const player = new Player(effect, canvas);
-    const looks = new Looks(player, loadPresets(effect));
-    tieControls(player, looks);
+    const presets = new PresetChooser(player, loadPresets(effect));
+    const incoming = tieControls(player, presets);
     tieCanvas(player);
     say(`Touch the water. The drop above opens the settings${hasKeys ? ", F1 lists the keys" : ""}.`);
-    await attempt(() => looks.readLink());
+    await attempt(() => presets.readLink());
     player.restart();
-    (window as unknown as { velmora: Player }).velmora = player; // for those who look closely, tests among them
+    offerTestHook(player, incoming);
 }
 
 /** Keys, panel, help, files and links. */
-function tieControls(player: Player, looks: Looks): void {
-    const incoming = new Incoming(player, looks.presets, (preset) => looks.takeUp(preset));
+function tieControls(player: Player, presets: PresetChooser): Incoming {
+    const incoming = new Incoming(player, presets.presets, (preset) => presets.takeUp(preset));
     const help = byId<HTMLDialogElement>("help");
     const commands = makeCommands({
         player,
-        looks,
+        presets,
         incoming,
         keeping: new Keeping(player),
         help: () => help.showModal(),
         switchPanel: (open?: boolean) => panel.isOpen !== open && panel.toggle(open),
     });
-    const panel = new Panel(byId("panel"), byId("open"), player, looks, commands.folders);
-    listen(commands.all, () => player.userCame());
+    const panel = new Panel(byId("panel"), byId("open"), player, presets, commands.folders);
+    listen(commands.all, () => player.noteInput());
     fillHelp(help, commands.all);
     receiveFiles((file) => void incoming.take(file));
-    window.addEventListener("hashchange", () => void attempt(() => looks.readLink()));
-    looks.onChange = player.onLook = () => panel.update();
+    window.addEventListener("hashchange", () => void attempt(() => presets.readLink()));
+    presets.onChange = player.onSettings = () => panel.update();
     player.onReplayEnd = () => say("the gesture has ended");
+    return incoming;
 }
 
 /** Its focus, and the loss of its context. */

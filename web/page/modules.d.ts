@@ -1,4 +1,4 @@
-// What the bundler brings in besides scripts.
+// Files that the bundler brings in besides scripts.
 
 declare module "*/velmora-web.js" {
     export default function loadModule(options: object): Promise<EffectModule>;
@@ -8,10 +8,13 @@ declare module "*.wasm" {
     export default bytes;
 }
 
+/** The WebAssembly module with the functions of host/exports.cpp. Texts and arrays are addresses; booleans are 0 or 1. */
 interface EffectModule {
     HEAPU8: Uint8Array;
     HEAPF32: Float32Array;
+    HEAPF64: Float64Array;
     GL: {
+        textures: unknown[];
         registerContext(gl: WebGLRenderingContext, attributes: object): number;
         makeContextCurrent(context: number): boolean;
     };
@@ -20,26 +23,52 @@ interface EffectModule {
     lengthBytesUTF8(text: string): number;
     _malloc(bytes: number): number;
     _free(address: number): void;
-    _describeSettings(): number;
-    _setSettings(values: number): void;
-    _getSettings(values: number): void;
-    _randomSettings(seed: number, values: number): void;
-    _inkOfPicture(ink: number): void;
-    _setCellsPerVertex(cells: number): void;
-    _restart(width: number, height: number): void;
-    _showPicture(place: number, width: number, height: number, rgba: number): void;
-    _renewContext(): void;
-    _touch(action: number, x: number, y: number, pressure: number): void;
     _pixelsPerCell(): number;
     _inkTexels(longer: boolean): number;
+    _setSettings(numbers: number): void;
+    _getSettings(numbers: number): void;
+    _randomSettings(seed: number, numbers: number): void;
+    _inkAgainstBackground(ink: number): void;
+    _beginPreset(): void;
+    _setPresetMember(name: number, kind: number, numbers: number, count: number, text: number): number;
+    _takePreset(numbers: number): void;
+    _presetName(fileStem: number): number;
+    _restart(width: number, height: number): void;
+    _setBackgrounds(width: number, height: number, first: number, second: number): void;
+    _regainContext(): void;
+    _noteInput(now: number): void;
+    _press(now: number, x: number, y: number, pressure: number): void;
+    _moveFinger(x: number, y: number, pressure: number): void;
+    _lift(isCancel: boolean, x: number, y: number): void;
     _clearInk(): void;
-    _frame(milliseconds: number): void;
+    _turnAttractMode(on: boolean): void;
+    _isAttractModeOn(): number;
+    _isAttractModeRunning(): number;
+    _attractModeDelay(now: number): number;
+    _startAttractModeIfIdle(now: number, busy: boolean): void;
+    _takeDueFrames(now: number): number;
+    _dueTime(): number;
+    _frameTime(): number;
+    _skipTime(): void;
+    _frame(elapsed: number): void;
+    _isIdle(): number;
+    _isWaterIdle(): number;
+    _mayShowInk(): number;
+    _noteInterval(interval: number): void;
+    _setQuality(level: number): void;
+    _qualityPhase(): number;
+    _qualityLevel(): number;
+    _qualityCells(): number;
+    _qualityPixels(): number;
     _startRecording(): void;
-    _finishRecording(): number;
+    _finishRecording(): void;
+    _isRecording(): number;
+    _takeRecording(): number;
     _readScript(script: number, name: number): number;
     _startReplay(): void;
     _isReplaying(): number;
-    _isWaterCalm(): number;
-    _waterCells(velocities: number): number;
+    _flowLines(rgba: number, columns: number, rows: number, width: number, height: number): number;
+    _flowLineCount(): number;
+    _waterCells(velocities: boolean): number;
     _waterCellCount(): number;
 }

@@ -1,18 +1,14 @@
 // What is shown over the picture of how it came about: the flow as strokes, the ink's density in false colours.
 
+import type { Effect, FlowLine } from "./effect";
 import type { EffectProbe, VelocityField } from "./effect_probe";
-
-const mostAcross = 30;
-/** Shorter flows are noise of the encoding. */
-const leastSpeed = 0.25;
-const mostLength = 2.5; // spacings
 
 export interface Overlays {
     velocity: boolean;
     density: boolean;
 }
 
-export function drawOverlays(overlays: Overlays, probe: EffectProbe, canvas: HTMLCanvasElement): void {
+export function drawOverlays(overlays: Overlays, effect: Effect, probe: EffectProbe, canvas: HTMLCanvasElement): void {
     const shown = overlays.velocity || overlays.density;
     canvas.hidden = !shown;
     if (!shown) {
@@ -25,7 +21,7 @@ export function drawOverlays(overlays: Overlays, probe: EffectProbe, canvas: HTM
         drawDensity(context, probe);
     }
     if (overlays.velocity) {
-        drawVelocity(context, probe.velocity);
+        drawVelocity(context, effect, probe.velocity);
     }
 }
 
@@ -60,46 +56,18 @@ function drawDensity(context: CanvasRenderingContext2D, probe: EffectProbe): voi
     context.restore();
 }
 
-/** A component, split over a high and a low byte as 255 * high + low with an offset of 127. */
-function decode(bytes: Uint8Array, at: number): number {
-    return (bytes[at] as number) + (bytes[at + 1] as number) / 255 - 127;
-}
-
-function drawVelocity(context: CanvasRenderingContext2D, field: VelocityField): void {
-    const { columns, rows, bytes } = field;
-    const stride = Math.ceil(Math.max(columns, (rows * 9) / 16) / mostAcross);
-    const cellWidth = context.canvas.width / columns;
-    const cellHeight = context.canvas.height / rows;
+function drawVelocity(context: CanvasRenderingContext2D, effect: Effect, field: VelocityField): void {
     context.lineWidth = 2 * devicePixelRatio;
-    for (let row = stride >> 1; row < rows; row += stride) {
-        for (let column = stride >> 1; column < columns; column += stride) {
-            const cell = 4 * (row * columns + column);
-            const x = (column + 0.5) * cellWidth;
-            const y = context.canvas.height - (row + 0.5) * cellHeight;
-            drawFlow(context, x, y, decode(bytes, cell), decode(bytes, cell + 2), stride * cellWidth);
-        }
+    for (const line of effect.flowLines(field.bytes, field.columns, field.rows, context.canvas)) {
+        drawLine(context, line);
     }
 }
 
-function drawFlow(
-    context: CanvasRenderingContext2D,
-    x: number,
-    y: number,
-    right: number,
-    up: number,
-    spacing: number,
-): void {
-    const speed = Math.hypot(right, up);
-    if (speed < leastSpeed) {
-        return;
-    }
-    const length = (spacing * Math.min(0.3 + 0.12 * speed, mostLength)) / speed;
-    const heat = Math.min(speed / 20, 1);
-    const strength = Math.min(0.2 + speed / 6, 0.9); // little where little moves
+function drawLine(context: CanvasRenderingContext2D, { x, y, endX, endY, heat, strength }: FlowLine): void {
     context.strokeStyle = `rgb(255 ${Math.round(255 * (1 - 0.8 * heat))} 51 / ${strength})`;
     context.beginPath();
     context.moveTo(x, y);
-    context.lineTo(x + right * length, y - up * length);
+    context.lineTo(endX, endY);
     context.stroke();
     context.fillStyle = `rgb(26 26 26 / ${strength})`;
     const dot = 1.5 * devicePixelRatio;

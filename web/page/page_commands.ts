@@ -4,15 +4,15 @@ import type { Command } from "./commands";
 import { choose } from "./files";
 import type { Incoming } from "./incoming";
 import type { Keeping } from "./keeping";
-import type { Looks } from "./looks";
 import { attempt, say } from "./notice";
 import type { Player } from "./player";
+import type { PresetChooser } from "./preset_chooser";
 
 declare const GESTURES: Record<string, string>;
 
 export interface Parts {
     player: Player;
-    looks: Looks;
+    presets: PresetChooser;
     keeping: Keeping;
     incoming: Incoming;
     help(): void;
@@ -34,19 +34,19 @@ function toggle(key: string, words: string, isOn: () => boolean, run: () => unkn
 }
 
 export function makeCommands(parts: Parts): PageCommands {
-    const looks = lookCommands(parts);
+    const presets = presetCommands(parts);
     const pictures = pictureCommands(parts);
     const views = viewCommands(parts);
     const keeping = keepingCommands(parts);
     const page = pageCommands(parts);
     const help = command("f1", "the list of keys", () => parts.help());
     const panel = command("tab", "the panel with all settings", () => parts.switchPanel(), "Tab");
-    const waterOnly = command("w", "water without ink", () => parts.looks.turn("waterOnly"));
+    const waterOnly = command("w", "water without ink", () => parts.presets.turn("waterOnly"));
     const close = command("escape", "close the panel", () => parts.switchPanel(false), "Esc");
     return {
-        all: [help, panel, ...views, ...looks, waterOnly, ...pictures, ...keeping, ...page, close],
+        all: [help, panel, ...views, ...presets, waterOnly, ...pictures, ...keeping, ...page, close],
         folders: {
-            Preset: looks,
+            Preset: presets,
             Picture: pictures,
             Show: views,
             Keep: keeping,
@@ -56,23 +56,23 @@ export function makeCommands(parts: Parts): PageCommands {
     };
 }
 
-function lookCommands({ looks, incoming }: Parts): Command[] {
+function presetCommands({ presets, incoming }: Parts): Command[] {
     return [
-        command("n", "the next preset", () => looks.next()),
-        command("m", "a look by chance", () => looks.random()),
-        command("backspace", "the preset's look again, unchanged", () => looks.reset(), "Backspace"),
-        command("p", "save the settings as a preset", () => looks.save()),
-        command("t", "another name for your preset", () => looks.rename()),
-        command("delete", "remove your preset", () => looks.remove(), "Delete"),
-        command("u", "a link to this look", () => looks.share()),
+        command("n", "the next preset", () => presets.next()),
+        command("m", "a look by chance", () => presets.random()),
+        command("backspace", "the preset's look again, unchanged", () => presets.reset(), "Backspace"),
+        command("p", "save the settings as a preset", () => presets.save()),
+        command("t", "another name for your preset", () => presets.rename()),
+        command("delete", "remove your preset", () => presets.remove(), "Delete"),
+        command("u", "a link to this look", () => presets.share()),
         command("j", "open a preset or gesture", () => choose(".json,.gesture", (file) => incoming.take(file))),
     ];
 }
 
-function pictureCommands({ looks, incoming, player }: Parts): Command[] {
+function pictureCommands({ presets, incoming, player }: Parts): Command[] {
     const takeSecond = async (file: File) => {
         if (await incoming.take(file, "second")) {
-            looks.show({ ...player.look, secondBackground: true });
+            presets.show({ ...player.settings, secondBackground: true });
         }
     };
     return [
@@ -81,10 +81,10 @@ function pictureCommands({ looks, incoming, player }: Parts): Command[] {
         toggle(
             "b",
             "the second background",
-            () => player.look["secondBackground"] === true,
-            () => looks.turn("secondBackground"),
+            () => player.settings.secondBackground,
+            () => presets.turn("secondBackground"),
         ),
-        command("i", "an ink that stands out from the picture", () => looks.takeInkOfPicture()),
+        command("i", "an ink that stands out from the picture", () => presets.takeInkOfBackground()),
     ];
 }
 
@@ -93,7 +93,7 @@ function viewCommands({ player }: Parts): Command[] {
     const turn = (name: "velocity" | "density" | "paused", on: string, off: string) => {
         view[name] = !view[name];
         say(view[name] ? on : off);
-        player.userCame();
+        player.noteInput();
     };
     const isPaused = () => view.paused;
     return [
@@ -105,7 +105,7 @@ function viewCommands({ player }: Parts): Command[] {
 }
 
 function keepingCommands({ keeping, player }: Parts): Command[] {
-    const isRecording = () => player.recording;
+    const isRecording = () => player.effect.isRecording;
     return [
         command("s", "a screenshot", () => keeping.screenshot()),
         toggle("f", "film until pressed again", () => player.filming, () => keeping.switchFilm()),
@@ -121,21 +121,27 @@ function gestureCommands({ player }: Parts): Command[] {
 }
 
 function pageCommands({ player }: Parts): Command[] {
+    const { effect } = player;
+    const isAdapting = () => effect.qualityPhase !== "fixed";
     const turnAttract = () => {
-        player.view.attract = !player.view.attract;
-        say(player.view.attract ? "a finger of its own comes after idle seconds" : "no finger but yours");
-        player.userCame();
+        effect.attractModeOn = !effect.attractModeOn;
+        say(effect.attractModeOn ? "a finger of its own comes after idle seconds" : "no finger but yours");
+        player.noteInput();
     };
     const turnQuality = () => {
-        player.quality.fits = !player.quality.fits;
-        say(player.quality.fits ? "waves drawn coarser where the machine is slow" : "all of the quality, however slow");
-        player.userCame();
+        if (isAdapting()) {
+            effect.fixQuality(0);
+        } else {
+            effect.adaptQuality();
+        }
+        say(isAdapting() ? "waves drawn coarser where the machine is slow" : "all of the quality, however slow");
+        player.noteInput();
     };
     return [
         command("c", "clear the ink", () => player.clearInk()),
         toggle("x", "full screen", () => document.fullscreenElement !== null, switchFullScreen),
-        toggle("a", "a finger of its own after idle seconds", () => player.view.attract, turnAttract),
-        toggle("q", "quality that fits the machine", () => player.quality.fits, turnQuality),
+        toggle("a", "a finger of its own after idle seconds", () => effect.attractModeOn, turnAttract),
+        toggle("q", "quality that fits the machine", isAdapting, turnQuality),
         command("l", "lose the GL context and rebuild it", () => loseContext(player)),
     ];
 }

@@ -2,10 +2,9 @@
 
 import GUI, { type Controller } from "lil-gui";
 import type { Command } from "./commands";
-import type { SettingField } from "./effect";
-import type { Ink, Look } from "./look";
-import type { Looks } from "./looks";
+import { inkPalette, settingFields, type Ink } from "../../build/web/settings";
 import type { Player } from "./player";
+import type { PresetChooser } from "./preset_chooser";
 import { Times } from "./times";
 
 const groups = ["Water", "Light", "Ink"] as const;
@@ -21,7 +20,7 @@ export class Panel {
         private readonly place: HTMLElement,
         private readonly button: HTMLButtonElement,
         private readonly player: Player,
-        private readonly looks: Looks,
+        private readonly presets: PresetChooser,
         /** Buttons by the folder that they stand in. */
         private readonly tools: Record<string, Command[]>,
     ) {
@@ -74,7 +73,7 @@ export class Panel {
     }
 
     private changed(): void {
-        this.player.userCame();
+        this.player.noteInput();
         this.listPresets();
         this.showToggles();
     }
@@ -86,14 +85,14 @@ export class Panel {
     private addPresets(): Controller {
         const folder = this.addFolder("Preset");
         const list = folder.add(this.preset, "name", [] as string[]).name("preset");
-        list.onChange((name: string) => this.looks.choose(name));
+        list.onChange((name: string) => this.presets.choose(name));
         this.addButtons(folder, this.tools["Preset"] ?? []);
         return list;
     }
 
     /** The shown look's name, and those to choose from. */
     private listPresets(): void {
-        const { name, names } = this.looks;
+        const { name, names } = this.presets;
         this.preset.name = name;
         this.presetControl.options(names.includes(name) ? names : [name, ...names]);
     }
@@ -109,42 +108,41 @@ export class Panel {
         if (group === "Ink") {
             this.addInk(folder);
         }
-        for (const field of this.player.effect.fields) {
+        for (const field of settingFields) {
             if (field.group === group) {
                 this.addSetting(folder, field);
             }
         }
     }
 
-    private addSetting(folder: GUI, field: SettingField): void {
-        const look = this.player.look;
+    private addSetting(folder: GUI, field: (typeof settingFields)[number]): void {
+        const { settings } = this.player;
         const control =
             field.kind === "switch"
-                ? folder.add(look, field.name)
-                : folder.add(look, field.name, field.least, field.most, field.kind === "count" ? 1 : 0.001);
-        control.name(field.words).domElement.title = field.hint;
+                ? folder.add(settings, field.name)
+                : folder.add(settings, field.name, field.min, field.max, field.kind === "count" ? 1 : 0.001);
+        control.name(field.label).domElement.title = field.hint;
         control.domElement.querySelector("input")?.setAttribute("aria-description", field.hint);
     }
 
     private addInk(folder: GUI): void {
-        const { look, effect } = this.player;
-        folder.addColor(look, "ink").name("colour");
+        folder.addColor(this.player.settings, "ink").name("colour");
         const swatches = document.createElement("div");
         swatches.className = "swatches";
-        for (const [name, ink] of Object.entries(effect.palette)) {
+        for (const [name, ink] of Object.entries(inkPalette)) {
             const swatch = document.createElement("button");
             swatch.type = "button";
             swatch.title = name;
             swatch.setAttribute("aria-label", `${name} ink`);
             swatch.style.background = `rgb(${ink.map((part) => Math.round(255 * part)).join(" ")})`;
-            swatch.addEventListener("click", () => this.chooseInk(look, ink));
+            swatch.addEventListener("click", () => this.chooseInk(ink));
             swatches.append(swatch);
         }
         folder.$children.append(swatches);
     }
 
-    private chooseInk(look: Look, ink: Ink): void {
-        look.ink = [...ink];
+    private chooseInk(ink: Ink): void {
+        this.player.settings.ink = [...ink];
         this.update();
         this.changed();
     }

@@ -1,6 +1,7 @@
-// The presets: those that ship, and those that the visitor saved. Both have names as they are read, without a suffix.
+// The presets: those that ship, and those that the visitor saved.
 
-import { parseLook, writeLook, type Look, type Settings } from "./look";
+import { numbersOf, type Settings } from "../../build/web/settings";
+import type { Effect } from "./effect";
 
 declare const PRESETS: Record<string, string>;
 
@@ -8,23 +9,27 @@ const storageName = "velmora presets";
 
 export interface Preset {
     name: string;
-    look: Look;
+    settings: Settings;
 }
 
 export interface PresetList {
-    settings: Settings;
     shipped: Preset[];
     /** The visitor's. One with a shipped preset's name stands in its place. */
     own: Preset[];
 }
 
 /** calm_pond.json is "calm pond". */
-export function presetName(file: string): string {
-    return file.replace(/\.json$/i, "").replaceAll("_", " ");
+export function presetName(file: string, effect: Effect): string {
+    return effect.presetName(file.replace(/\.json$/i, ""));
 }
 
-export function loadPresets(settings: Settings): PresetList {
-    return { settings, shipped: presetsOf(PRESETS, settings), own: presetsOf(readSaved(), settings) };
+export function loadPresets(effect: Effect): PresetList {
+    return { shipped: presetsOf(PRESETS, effect), own: presetsOf(readSaved(), effect) };
+}
+
+/** Returns a preset's text, as `Effect.readPreset` reads it. */
+export function writePreset(settings: Settings): string {
+    return JSON.stringify(settings, null, 4) + "\n";
 }
 
 export function allPresets({ shipped, own }: PresetList): Preset[] {
@@ -36,30 +41,29 @@ export function named(presets: Preset[], name: string): Preset | undefined {
     return presets.find((preset) => preset.name === name);
 }
 
-/** Listed at once, and the next time the page is opened. */
-export function addPreset(list: PresetList, name: string, look: Look): Preset {
-    const added = { name, look: structuredClone(look) };
+/** Lists a preset, also the next time the page is opened. */
+export function addPreset(list: PresetList, name: string, settings: Settings): Preset {
+    const added = { name, settings: structuredClone(settings) };
     list.own = [...list.own.filter((preset) => preset.name !== name), added];
-    changeSaved((saved) => ({ ...saved, [name]: writeLook(added.look) }));
+    changeSaved((saved) => ({ ...saved, [name]: writePreset(added.settings) }));
     return added;
 }
 
-export function removePreset(list: PresetList, name: string): void {
+export function removePreset(list: PresetList, name: string, effect: Effect): void {
     list.own = list.own.filter((preset) => preset.name !== name);
-    changeSaved((saved) => Object.fromEntries(Object.entries(saved).filter(([file]) => presetName(file) !== name)));
+    changeSaved((saved) => Object.fromEntries(Object.entries(saved).filter(([file]) => presetName(file, effect) !== name)));
 }
 
-export function isSame(one: Look, other: Look): boolean {
-    const parts = (look: Look) => JSON.stringify(Object.entries(look).sort());
-    return parts(one) === parts(other);
+export function isSame(one: Settings, other: Settings): boolean {
+    return String(numbersOf(one)) === String(numbersOf(other));
 }
 
-function presetsOf(texts: Record<string, string>, settings: Settings): Preset[] {
+function presetsOf(texts: Record<string, string>, effect: Effect): Preset[] {
     return Object.entries(texts).flatMap(([file, text]) => {
         try {
-            return [{ name: presetName(file), look: parseLook(text, settings) }];
+            return [{ name: presetName(file, effect), settings: effect.readPreset(text) }];
         } catch {
-            return []; // saved by a page of another time, whose settings were others
+            return []; // a page of another time saved it, which had other settings
         }
     });
 }

@@ -1,5 +1,6 @@
 // How long the newest frames took, as a line and as bars.
 
+import type { Quality } from "./effect";
 import type { Player } from "./player";
 
 const fullScale = 34; // milliseconds
@@ -23,10 +24,10 @@ export class Times {
             const known = newest.map((time) => time[part]).filter((time) => time !== undefined);
             return known.reduce((sum, time) => sum + time, 0) / known.length;
         };
-        const { width, height } = this.player.screen;
+        const { width, height } = this.player.stage.size;
         this.line.textContent = newest.some((time) => time.between !== undefined)
             ? `${(1000 / mean("between")).toFixed(0)} frames/s, ${mean("effect").toFixed(1)} ms of script each, ` +
-              [`${width} × ${height}`, this.player.quality.words].filter(Boolean).join(", ")
+              [`${width} × ${height}`, qualityLabel(this.player.effect.quality)].filter(Boolean).join(", ")
             : "";
         this.drawBars();
     }
@@ -51,4 +52,10 @@ export class Times {
         context.fillRect(0, height - (1000 / 60 / fullScale) * height, width, 1);
         context.globalAlpha = 1;
     }
+}
+
+/** Returns the detail that is left out; "" for all of it. */
+export function qualityLabel({ cells, pixels }: Quality): string {
+    const lessened = [cells > 1 && `waves drawn at ${Math.round(100 / cells)} %`, pixels < 1 && `screen at ${100 * pixels} %`];
+    return lessened.filter(Boolean).join(", ");
 }

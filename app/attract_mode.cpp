@@ -1,0 +1,89 @@
+#include "app/attract_mode.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace app {
+namespace {
+
+using hostkit::ScriptAction;
+using hostkit::Touch;
+using hostkit::TouchAction;
+using namespace std::chrono_literals;
+
+/// Idle time before the first touch, so that a new user soon sees the effect move.
+constexpr std::chrono::seconds firstIdleTime = 4s;
+/// Idle time once the user has touched the water.
+constexpr std::chrono::seconds idleTime = 20s;
+constexpr int strokeFrames = 110;
+/// Frames of a stroke and the pause after it.
+constexpr int cycleFrames = 300;
+constexpr int cycles = 3;
+constexpr float pressure = 0.5f;
+
+/// Returns the point of stroke `cycle` at `part` of its length, from 0 to 1. Each stroke is turned against the last.
+Touch point(TouchAction action, int cycle, double part, Size screen) {
+    const double turn = 2.4 * cycle;
+    const double angle = turn + 3.6 * part;
+    const double shortSide = std::min(screen.width, screen.height);
+    const double radius = shortSide * (0.18 + 0.14 * std::sin(2.0 * angle + turn));
+    return {action, screen.width * (0.5 + 0.12 * std::cos(turn)) + radius * std::cos(angle),
+            screen.height * (0.5 + 0.16 * std::sin(turn)) + 1.3 * radius * std::sin(angle),
+            pressure};
+}
+
+}  // namespace
+
+void AttractMode::noteInput(Clock::time_point now, bool touched) {
+    everTouched = everTouched || touched;
+    rests = false;
+    lastInput = now;
+}
+
+void AttractMode::postpone(Clock::time_point now) {
+    lastInput = now;
+}
+
+std::optional<std::chrono::nanoseconds> AttractMode::untilStart(Clock::time_point now) const {
+    if (!on || rests || isRunning()) {
+        return std::nullopt;
+    }
+    const Clock::time_point start = lastInput + (everTouched ? idleTime : firstIdleTime);
+    return std::max<std::chrono::nanoseconds>(start - now, 0ns);
+}
+
+void AttractMode::startIfIdle(Clock::time_point now) {
+    if (untilStart(now) == 0ns) {
+        frame = 0;
+    }
+}
+
+std::vector<ScriptAction> AttractMode::next(Size screen) {
+    if (frame >= cycles * cycleFrames) {
+        frame = -1;
+        rests = true;
+        return {};
+    }
+    const int cycle = frame / cycleFrames;
+    const int at = frame++ % cycleFrames;
+    if (at > strokeFrames) {
+        return {};
+    }
+    const TouchAction action = at == 0              ? TouchAction::down
+                               : at == strokeFrames ? TouchAction::up
+                                                    : TouchAction::move;
+    return {point(action, cycle, static_cast<double>(at) / strokeFrames, screen)};
+}
+
+std::optional<int> AttractMode::stroke() const {
+    return isRunning() ? std::optional((std::max(frame, 1) - 1) / cycleFrames) : std::nullopt;
+}
+
+std::vector<ScriptAction> AttractMode::stop() {
+    const bool isDown = frame > 0 && (frame - 1) % cycleFrames < strokeFrames;
+    frame = -1;
+    return isDown ? std::vector<ScriptAction>{Touch{TouchAction::up, 0.0, 0.0, 0.0f}}
+                  : std::vector<ScriptAction>{};
+}
+
+}  // namespace app

@@ -1,0 +1,52 @@
+#include "app/finger.h"
+
+#include <utility>
+#include <variant>
+
+namespace app {
+
+using hostkit::Touch;
+using hostkit::TouchAction;
+
+/// A move replaces the move before it: with older positions the finger would count as slower.
+void Finger::add(const Touch& touch) {
+    const Touch* last = actions.empty() ? nullptr : std::get_if<Touch>(&actions.back());
+    if (last != nullptr && last->action == TouchAction::move && touch.action == TouchAction::move) {
+        actions.pop_back();
+    }
+    actions.emplace_back(touch);
+}
+
+void Finger::press(double x, double y, float pressure) {
+    if (!std::exchange(pressed, true)) {
+        add({TouchAction::down, x, y, pressure});
+    }
+}
+
+void Finger::move(double x, double y, float pressure, Size screen) {
+    if (!pressed) {
+        return;
+    }
+    if (x < 0.0 || y < 0.0 || x >= screen.width || y >= screen.height) {
+        end(TouchAction::cancel, x, y);
+    } else {
+        add({TouchAction::move, x, y, pressure});
+    }
+}
+
+void Finger::end(TouchAction action, double x, double y) {
+    if (std::exchange(pressed, false)) {
+        add({action, x, y, 0.0f});
+    }
+}
+
+std::vector<hostkit::ScriptAction> Finger::takeActions() {
+    return std::exchange(actions, {});
+}
+
+void Finger::reset() {
+    pressed = false;
+    actions.clear();
+}
+
+}  // namespace app

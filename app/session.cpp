@@ -1,0 +1,302 @@
+#include "app/session.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdlib>
+#include <utility>
+#include <variant>
+
+#include "app/ink_choice.h"
+#include "hostkit/digest.h"
+#include "hostkit/screen.h"
+
+namespace app {
+namespace {
+
+using hostkit::InkColor;
+using hostkit::ScriptAction;
+using hostkit::ScriptEvent;
+using hostkit::Touch;
+
+void append(std::vector<ScriptAction>& actions, const std::vector<ScriptAction>& more) {
+    actions.insert(actions.end(), more.begin(), more.end());
+}
+
+}  // namespace
+
+Session::Session(FrontEnd ofPlatform, Clock::time_point now)
+    : frontEnd(std::move(ofPlatform)), attract(now) {}
+
+void Session::restart(Size screen) {
+    finishRecording();
+    if (host) {
+        host.reset();
+        frontEnd.renewContext();
+    }
+    screenSize = screen;
+    hostkit::EffectHostOptions options = hostOptions(settings, screen.width, screen.height);
+    options.background = frontEnd.cover(backgrounds.first, screen);
+    options.secondBackground = frontEnd.cover(backgrounds.second, screen);
+    options.renewContext = frontEnd.renewContext;
+    options.water.cellsPerVertex = cellsPerVertexWanted();
+    host.emplace(std::move(options));
+    applied = settings;
+    rain = {};
+    attract.stop();
+    finger.reset();
+    attractStroke.reset();
+    attractInk.reset();
+    idleWatch.start();
+    if (replay) {
+        replay->resize(screen);
+    }
+    frontEnd.onStart(screen, !settings.waterOnly);
+}
+
+void Session::regainContext() {
+    record(hostkit::LoseContext{});
+    host->loseContext();
+    idleWatch.start();
+}
+
+void Session::setBackgrounds(Backgrounds shown) {
+    backgrounds = std::move(shown);
+    if (host) {
+        host->setBackgrounds(frontEnd.cover(backgrounds.first, screenSize),
+                             frontEnd.cover(backgrounds.second, screenSize));
+        idleWatch.disturb();
+    }
+}
+
+void Session::showPicture(hostkit::Picture picture) {
+    setBackgrounds({std::move(picture), std::move(backgrounds.first)});
+}
+
+std::array<float, 3> Session::inkAgainstBackground(int variation) const {
+    return inkAgainst(settings.secondBackground ? backgrounds.second : backgrounds.first,
+                      variation);
+}
+
+void Session::noteInput(Clock::time_point now) {
+    attract.noteInput(now, false);
+    append(actions, attract.stop());
+    idleWatch.disturb();
+}
+
+void Session::press(Clock::time_point now, double x, double y, float pressure) {
+    attract.noteInput(now, true);
+    finger.press(x, y, pressure);
+}
+
+void Session::move(double x, double y, float pressure) {
+    finger.move(x, y, pressure, screenSize);
+}
+
+void Session::lift(hostkit::TouchAction action, double x, double y) {
+    finger.end(action, x, y);
+}
+
+void Session::add(const ScriptAction& action) {
+    append(actions, finger.takeActions());
+    actions.push_back(action);
+}
+
+void Session::startAttractModeIfIdle(Clock::time_point now, bool busy) {
+    if (busy || replay || recording || finger.isPressed()) {
+        attract.postpone(now);
+    }
+    attract.startIfIdle(now);
+}
+
+FrameClock::Due Session::takeDueFrames(Clock::time_point now) {
+    return clock.take(now, settings.timeScale, replay || recording);
+}
+
+std::chrono::nanoseconds Session::untilNextFrame(Clock::time_point now) const {
+    return clock.untilNext(now, settings.timeScale);
+}
+
+void Session::skipTime() {
+    clock.skip();
+    quality = afterGap(quality);
+}
+
+void Session::frame(std::chrono::nanoseconds elapsed) {
+    const std::vector<ScriptAction> frameActions = takeActions();
+    chooseAttractInk();
+    run(frameActions, elapsed);
+    if (replay && replay->isOver()) {
+        replay.reset();
+    }
+}
+
+/// Returns the actions of the next frame, from the first that is there: a script, the user, attract mode.
+std::vector<ScriptAction> Session::takeActions() {
+    std::vector<ScriptAction> taken = std::exchange(actions, {});
+    const std::vector<ScriptAction> touches = finger.takeActions();
+    if (replay) {
+        append(taken, replay->next());
+        return taken;
+    }
+    if (attract.isRunning()) {
+        const bool stops =
+            !touches.empty() || finger.isPressed() || !attract.isOn() || recording.has_value();
+        append(taken, stops ? attract.stop() : attract.next(screenSize));
+    }
+    append(taken, touches);
+    return taken;
+}
+
+/// Gives each stroke of attract mode after the first an ink of its own.
+void Session::chooseAttractInk() {
+    const std::optional<int> stroke = attract.stroke();
+    if (stroke == attractStroke) {
+        return;
+    }
+    attractStroke = stroke;
+    attractInk.reset();
+    if (stroke && *stroke > 0) {
+        attractInk = inkAgainstBackground(*stroke - 1);
+    }
+}
+
+void Session::run(std::span<const ScriptAction> frameActions, std::chrono::nanoseconds elapsed) {
+    if (!frameActions.empty() || hasChanges()) {
+        idleWatch.disturb();
+    }
+    applyChanges();
+    const std::vector<ScriptEvent> events = eventsOf(frameActions);
+    dropRain(rain, *host, settings, elapsed);
+    host->step(events, elapsed);
+    frontEnd.draw(*host);
+    idleWatch.see(host->water().resting, [this] { return screenDigest(); });
+}
+
+bool Session::hasChanges() const {
+    return !(settings == applied) ||
+           cellsPerVertexWanted() != host->water().settings.cellsPerVertex;
+}
+
+void Session::applyChanges() {
+    if (settings.ink != applied.ink) {
+        attractInk.reset();
+    }
+    if (settings.waterOnly != applied.waterOnly) {
+        if (quality.phase != QualityPhase::fixed) {
+            quality = searchingQuality();  // the ink takes most of a frame
+        }
+        restart(screenSize);
+    }
+    applySettings(settings, cellsPerVertexWanted(), *host);
+    applied = settings;
+}
+
+std::vector<ScriptEvent> Session::eventsOf(std::span<const ScriptAction> frameActions) {
+    Settings shown = settings;
+    shown.ink = attractInk.value_or(settings.ink);
+    std::vector<ScriptAction> all = inkAndBackgroundChanges(shown, host->look());
+    all.insert(all.end(), frameActions.begin(), frameActions.end());
+    std::vector<ScriptEvent> events;
+    for (const ScriptAction& action : all) {
+        record(action);
+        events.push_back({0, action});
+    }
+    for (const ScriptAction& action : frameActions) {
+        noteAction(action);
+    }
+    applied = settings;
+    if (recording) {
+        ++recording->frames;
+    }
+    return events;
+}
+
+void Session::record(const ScriptAction& action) {
+    if (recording) {
+        recording->events.push_back({recording->frames, action});
+        frontEnd.onRecorded(recording->events.back());
+    }
+}
+
+void Session::noteAction(const ScriptAction& action) {
+    if (std::holds_alternative<Touch>(action)) {
+        idleWatch.noteTouch();
+        quality = afterTouch(quality);
+    } else if (std::holds_alternative<hostkit::ClearInk>(action)) {
+        idleWatch.start();
+    } else if (const auto* ink = std::get_if<InkColor>(&action)) {
+        rememberUserInk(*ink);
+    }
+    followAction(settings, action);
+}
+
+/// Remembers the user's ink before a script's ink becomes that of the settings.
+void Session::rememberUserInk(const InkColor& script) {
+    if (settings.ink != scriptInk) {
+        userInk = settings.ink;
+    }
+    scriptInk = {script.red, script.green, script.blue};
+}
+
+Settings Session::userSettings() const {
+    Settings chosen = settings;
+    if (chosen.ink == scriptInk) {
+        chosen.ink = userInk;
+    }
+    chosen.secondBackground = false;
+    return chosen;
+}
+
+bool Session::isIdle() const {
+    return idleWatch.isIdle() && !hasChanges() && !hasActions() && !finger.isPressed() &&
+           !attract.isRunning() && !replay && !recording && settings.rain <= 0.0f &&
+           quality.phase != QualityPhase::searching;
+}
+
+void Session::noteInterval(double interval) {
+    if (!replay && !recording) {
+        quality = next(quality, interval);
+    }
+}
+
+void Session::startRecording() {
+    replay.reset();
+    restartForGesture();
+    recording = {screenSize.width, screenSize.height, 0, {}};
+    // The first events of the recording, so that its replay has them too.
+    run(forgetGestures(settings), frameTime);
+}
+
+void Session::finishRecording() {
+    if (recording) {
+        hostkit::GestureScript whole = *std::exchange(recording, std::nullopt);
+        whole.frames = std::max(whole.frames, 1);
+        frontEnd.onRecordingEnd(whole);
+    }
+}
+
+void Session::startReplay(hostkit::GestureScript script) {
+    replay.reset();
+    restartForGesture();
+    replay.emplace(std::move(script), screenSize);
+}
+
+/// Starts with the same random numbers each time, since the solver draws from rand().
+void Session::restartForGesture() {
+    actions.clear();
+    restart(screenSize);
+    std::srand(1);
+}
+
+/// Returns a digest of the screen's colours; alpha does not show.
+std::uint64_t Session::screenDigest() const {
+    std::vector<std::uint8_t> pixels = hostkit::readScreen(screenSize.width, screenSize.height);
+    for (std::size_t at = 3; at < pixels.size(); at += 4) {
+        pixels[at] = 0;
+    }
+    hostkit::Digest digest;
+    addBytes(digest, std::as_bytes(std::span(pixels)));
+    return digest.state;
+}
+
+}  // namespace app

@@ -1,0 +1,103 @@
+#include "app/settings.h"
+
+#include <cmath>
+#include <variant>
+
+namespace app {
+namespace {
+
+constexpr int slowestRate = 60;
+/// Waves are stable up to a weight of 0.5.
+constexpr double maxWaveWeight = 0.45;
+/// Radius of a touch's ripple in shorter sides of the screen: a cone of three cells on a grid of 90.
+constexpr double rippleRadius = 3.0 / 90.0;
+/// Strength of a move's ripple in relation to a touch that goes down.
+constexpr float moveRipplePart = defaultLook.moveRipple / defaultLook.downRipple;
+
+hostkit::InkColor inkOf(const Settings& settings) {
+    return {settings.ink[0], settings.ink[1], settings.ink[2]};
+}
+
+/// Applies everything except ink and background.
+void applyLook(const Settings& settings, hostkit::Look& look) {
+    look.refractiveIndex = settings.refractiveIndex;
+    look.alphaRatio1Scale = settings.sheen;
+    look.fresnelRatio = settings.fresnel;
+    look.specularRatio = settings.specular;
+    look.exponent = settings.exponent;
+    look.downRipple = settings.ripple;
+    look.moveRipple = settings.ripple * moveRipplePart;
+}
+
+}  // namespace
+
+hostkit::WaterSettings waterOf(const Settings& settings) {
+    const double cellsPerSecond = static_cast<double>(settings.waveSpeed) * settings.meshDetail;
+    const auto weightAt = [&](int rate) { return std::pow(cellsPerSecond / rate, 2.0); };
+    hostkit::WaterSettings water;
+    while (weightAt(water.stepsPerSecond) > maxWaveWeight) {
+        water.stepsPerSecond += slowestRate;
+    }
+    water.shortSideCells = settings.meshDetail;
+    water.waveSpeed = static_cast<float>(weightAt(water.stepsPerSecond));
+    water.damping = std::pow(settings.damping, 60.0f / static_cast<float>(water.stepsPerSecond));
+    water.rippleRadius = rippleRadius * settings.meshDetail;
+    return water;
+}
+
+hostkit::EffectHostOptions hostOptions(const Settings& settings, int width, int height) {
+    hostkit::EffectHostOptions options;
+    options.width = width;
+    options.height = height;
+    options.inkEnabled = !settings.waterOnly;
+    options.water = waterOf(settings);
+    applyLook(settings, options.look);
+    options.look.ink = inkOf(settings);
+    options.look.useSecondBackground = settings.secondBackground;
+    return options;
+}
+
+void applySettings(const Settings& settings, int cellsPerVertex, hostkit::EffectHost& host) {
+    hostkit::WaterSettings water = waterOf(settings);
+    water.cellsPerVertex = cellsPerVertex;
+    const hostkit::WaterSettings& current = host.water().settings;
+    if (water.shortSideCells != current.shortSideCells ||
+        water.cellsPerVertex != current.cellsPerVertex) {
+        host.replaceWater(water);
+    }
+    host.water().settings = water;
+    applyLook(settings, host.look());
+}
+
+std::vector<hostkit::ScriptAction> inkAndBackgroundChanges(const Settings& settings,
+                                                           const hostkit::Look& look) {
+    std::vector<hostkit::ScriptAction> changes;
+    if (inkOf(settings) != look.ink) {
+        changes.emplace_back(inkOf(settings));
+    }
+    if (settings.secondBackground != look.useSecondBackground) {
+        changes.emplace_back(hostkit::SecondBackground{settings.secondBackground});
+    }
+    return changes;
+}
+
+void followAction(Settings& settings, const hostkit::ScriptAction& action) {
+    if (const auto* ink = std::get_if<hostkit::InkColor>(&action)) {
+        settings.ink = {ink->red, ink->green, ink->blue};
+    } else if (const auto* second = std::get_if<hostkit::SecondBackground>(&action)) {
+        settings.secondBackground = second->on;
+    }
+}
+
+std::vector<hostkit::ScriptAction> forgetGestures(const Settings& settings) {
+    constexpr double away = -1000.0;
+    return {hostkit::Touch{hostkit::TouchAction::down, away, away, 0.0f},
+            hostkit::Touch{hostkit::TouchAction::move, away - 100.0, away, 0.0f},
+            hostkit::Touch{hostkit::TouchAction::move, away, away, 0.0f},
+            hostkit::Touch{hostkit::TouchAction::cancel, away, away, 0.0f},
+            hostkit::ClearInk{},
+            inkOf(settings),
+            hostkit::SecondBackground{settings.secondBackground}};
+}
+
+}  // namespace app

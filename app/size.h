@@ -1,0 +1,12 @@
+#pragma once
+
+namespace app {
+
+/// Width and height in pixels.
+struct Size {
+    int width = 0;
+    int height = 0;
+    bool operator==(const Size&) const = default;
+};
+
+}  // namespace app

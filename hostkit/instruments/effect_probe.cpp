@@ -1,0 +1,91 @@
+#include "hostkit/instruments/effect_probe.h"
+
+#include <GLES2/gl2.h>
+
+#include <span>
+#include <string_view>
+
+#include "hostkit/instruments/gl_recorder.h"
+#include "velmora/solver_grid.h"
+
+namespace hostkit {
+
+namespace {
+
+using velmora::pixelsPerCell;
+
+/// The ink's texture unit in the draw of the water mesh, the only draw by elements.
+constexpr GLenum inkUnit = GL_TEXTURE2;
+
+GLuint textureOfUnit(GLenum unit) {
+    GLint active = 0;
+    GLint texture = 0;
+    glGetIntegerv(GL_ACTIVE_TEXTURE, &active);
+    glActiveTexture(unit);
+    glGetIntegerv(GL_TEXTURE_BINDING_2D, &texture);
+    glActiveTexture(static_cast<GLenum>(active));
+    return static_cast<GLuint>(texture);
+}
+
+void setOnce(FrameMoments::Moment& moment) {
+    if (!moment) {
+        moment = std::chrono::steady_clock::now();
+    }
+}
+
+}  // namespace
+
+EffectProbe::EffectProbe() {
+    glRecorder().inside = [this](const char* function) { seeCall(function); };
+    glRecorder().textureUpload = [this](int width, int height,
+                                        std::span<const std::uint8_t> bytes) {
+        seeUpload(width, height, bytes);
+    };
+}
+
+EffectProbe::~EffectProbe() {
+    glRecorder().reset();
+}
+
+void EffectProbe::watch(int width, int height, bool hostHasInk) {
+    screenWidth = width;
+    screenHeight = height;
+    hasInk = hostHasInk;
+    digest = {};
+    field = {};
+    ink = 0;
+    lastMoments = {};
+}
+
+void EffectProbe::draw(EffectHost& host) {
+    lastMoments = {};
+    drawing = true;
+    host.draw();
+    drawing = false;
+}
+
+void EffectProbe::seeCall(const char* function) {
+    if (!drawing) {
+        return;
+    }
+    const std::string_view name = function;
+    setOnce(lastMoments.begin);
+    if (name.starts_with("glDraw")) {
+        setOnce(lastMoments.firstDraw);
+    }
+    if (hasInk && name == "glDrawElements") {
+        ink = textureOfUnit(inkUnit);
+    }
+}
+
+void EffectProbe::seeUpload(int width, int height, std::span<const std::uint8_t> bytes) {
+    if (drawing && width == screenWidth / pixelsPerCell && height == screenHeight / pixelsPerCell) {
+        setOnce(lastMoments.solverDone);
+        addBytes(digest, std::as_bytes(bytes));
+        field.columns = width;
+        field.rows = height;
+        field.bytes.assign(bytes.begin(), bytes.end());
+    }
+}
+
+}  // namespace hostkit

@@ -1,0 +1,36 @@
+#include "player/window/recording_file.h"
+
+#include <cerrno>
+#include <iostream>
+#include <system_error>
+#include <utility>
+
+#include "player/failure.h"
+#include "player/files.h"
+
+namespace player {
+
+namespace fs = std::filesystem;
+
+RecordingFile::RecordingFile(fs::path file, app::Size screen) : path(std::move(file)) {
+    stream.open(path);
+    stream << "screen " << screen.width << ' ' << screen.height << std::endl;
+    if (!stream) {
+        const std::error_code error(errno, std::generic_category());
+        std::error_code ignored;
+        fs::remove(path, ignored);
+        throw Failure("cannot write the recording, " + error.message(), path.string());
+    }
+}
+
+void RecordingFile::add(const hostkit::ScriptEvent& event) {
+    stream << hostkit::writeScriptEvent(event) << std::endl;
+}
+
+/// The length stands before the events. A second file replaces the first in one step, so that a whole file exists at
+/// every moment.
+void RecordingFile::finish(const hostkit::GestureScript& script) const {
+    writeWhole(path, hostkit::writeGestureScript(script));
+}
+
+}  // namespace player

@@ -1,0 +1,80 @@
+#include "player/window/window_session.h"
+
+#include <ratio>
+#include <utility>
+
+#include "app/backgrounds.h"
+#include "app/size.h"
+#include "hostkit/effect_host.h"
+#include "player/picture.h"
+#include "player/window/screen.h"
+
+namespace player {
+namespace {
+
+using std::chrono::steady_clock;
+
+float milliseconds(steady_clock::duration time) {
+    return std::chrono::duration<float, std::milli>(time).count();
+}
+
+}  // namespace
+
+WindowSession::WindowSession(Screen& onScreen, const app::Settings& settings,
+                             app::Backgrounds backgrounds)
+    : core(frontEnd(), app::Clock::now()), screen(onScreen) {
+    core.settings = settings;
+    core.setBackgrounds(std::move(backgrounds));
+    restart();
+}
+
+app::FrontEnd WindowSession::frontEnd() {
+    app::FrontEnd functions;
+    functions.renewContext = [this] {
+        probe.forgetInk();
+        screen.renewContext();
+    };
+    functions.cover = [](const hostkit::Picture& picture, app::Size size) {
+        return covering(picture, size.width, size.height);
+    };
+    functions.draw = [this](hostkit::EffectHost& host) { draw(host); };
+    functions.onStart = [this](app::Size size, bool hasInk) {
+        probe.watch(size.width, size.height, hasInk);
+    };
+    functions.onRecorded = [this](const hostkit::ScriptEvent& event) { recordingFile->add(event); };
+    functions.onRecordingEnd = [this](const hostkit::GestureScript& script) {
+        const RecordingFile file = *std::exchange(recordingFile, std::nullopt);
+        file.finish(script);
+    };
+    return functions;
+}
+
+void WindowSession::restart() {
+    core.restart(screen.window().pixels());
+}
+
+void WindowSession::frame(std::chrono::nanoseconds elapsed) {
+    frameStart = steady_clock::now();
+    core.frame(elapsed);
+}
+
+void WindowSession::draw(hostkit::EffectHost& host) {
+    const auto start = steady_clock::now();
+    probe.draw(host);
+    const auto end = steady_clock::now();
+    const auto ready = probe.moments().solverDone.value_or(start);
+    lastTimes = {milliseconds(start - frameStart), milliseconds(ready - start),
+                 milliseconds(end - ready)};
+}
+
+void WindowSession::startRecording(const std::filesystem::path& file) {
+    core.finishRecording();
+    recordingFile.emplace(file, size());
+    core.startRecording();
+}
+
+hostkit::Picture WindowSession::screenshot() const {
+    return screenPicture(size());
+}
+
+}  // namespace player

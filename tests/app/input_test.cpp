@@ -1,0 +1,174 @@
+// The parts of a session that need no effect: clock, attract mode, idle detection, the finger.
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <cstdint>
+#include <variant>
+#include <vector>
+
+#include "app/attract_mode.h"
+#include "app/finger.h"
+#include "app/frame_clock.h"
+#include "app/idle_watch.h"
+#include "hostkit/gesture_script.h"
+
+namespace {
+
+using namespace std::chrono_literals;
+using app::AttractMode;
+using app::Clock;
+using app::frameTime;
+using hostkit::Touch;
+using hostkit::TouchAction;
+
+constexpr Clock::time_point start{1h};
+
+TEST(FrameClock, AfterASkipOneFrameIsDueAtOnceAndNothingIsOwed) {
+    app::FrameClock clock;
+    for (const Clock::time_point now : {start, start + 100s}) {
+        EXPECT_EQ(clock.untilNext(now, 1.0f), 0ns);
+        EXPECT_EQ(clock.take(now, 1.0f, false).frames, 1);
+        EXPECT_EQ(clock.take(now + 10ms, 1.0f, false).frames, 0);
+        EXPECT_EQ(clock.take(now + 17ms, 1.0f, false).frames, 1);
+        clock.skip();
+    }
+}
+
+TEST(FrameClock, FramesFollowTheTimeScaleAndTakeLongerOnASlowMachine) {
+    const struct {
+        std::chrono::nanoseconds gap;
+        float timeScale;
+        bool exact;
+        int frames;
+        std::chrono::nanoseconds elapsed;
+    } cases[] = {
+        {frameTime, 1.0f, false, 1, frameTime},
+        {15ms, 1.0f, false, 1, frameTime},  // the display is a little early
+        {frameTime, 0.5f, false, 0, frameTime},
+        {frameTime, 2.0f, false, 2, frameTime},
+        {50ms, 1.0f, false, 1, 50ms},
+        {50ms, 1.0f, true, 1, frameTime},  // slow motion instead
+        {60s, 1.0f, false, 1, 250ms},      // the machine slept
+        {200ms, 2.0f, false, 2, 200ms},
+        {-1s, 1.0f, false, 0, frameTime},
+    };
+    for (const auto& one : cases) {
+        app::FrameClock clock;
+        clock.take(start, one.timeScale, false);
+        const auto due = clock.take(start + one.gap, one.timeScale, one.exact);
+        EXPECT_EQ(due.frames, one.frames) << one.gap.count();
+        EXPECT_EQ(due.elapsed, one.elapsed) << one.gap.count();
+    }
+}
+
+TEST(FrameClock, SlowMotionKeepsItsPaceAcrossLongWaits) {
+    app::FrameClock clock;
+    clock.take(start, 0.05f, false);
+    const auto wait = clock.untilNext(start, 0.05f);
+    EXPECT_NEAR(std::chrono::duration<double>(wait).count(), 20.0 / 60.0, 1e-6);
+    EXPECT_EQ(clock.take(start + wait, 0.05f, false).frames, 1);
+}
+
+TEST(AttractMode, StartsSoonAtFirstAndLateAfterATouch) {
+    AttractMode mode(start);
+    EXPECT_EQ(mode.untilStart(start + 1s), 3s);
+    mode.startIfIdle(start + 3s);
+    EXPECT_FALSE(mode.isRunning());
+    mode.postpone(start + 3s);
+    mode.startIfIdle(start + 5s);
+    EXPECT_FALSE(mode.isRunning());
+    mode.startIfIdle(start + 7s);
+    EXPECT_TRUE(mode.isRunning());
+    mode.stop();
+    mode.noteInput(start + 8s, true);
+    EXPECT_EQ(mode.untilStart(start + 8s), 20s);
+    mode.turn(false);
+    EXPECT_FALSE(mode.untilStart(start + 1h));
+}
+
+TEST(AttractMode, LaysThreeStrokesOnTheScreenAndRestsUntilThereIsInput) {
+    constexpr app::Size screen{100, 200};
+    AttractMode mode(start);
+    mode.startIfIdle(start + 4s);
+    std::vector<TouchAction> ends;
+    for (int frame = 0; frame < 2000; ++frame) {
+        if (!mode.isRunning()) {
+            break;
+        }
+        for (const auto& action : mode.next(screen)) {
+            const auto& touch = std::get<Touch>(action);
+            EXPECT_TRUE(touch.x > 0 && touch.x < 100 && touch.y > 0 && touch.y < 200);
+            if (touch.action != TouchAction::move) {
+                ends.push_back(touch.action);
+            }
+        }
+    }
+    using enum TouchAction;
+    EXPECT_EQ(ends, (std::vector{down, up, down, up, down, up}));
+    EXPECT_FALSE(mode.untilStart(start + 1h));
+    mode.noteInput(start + 1h, false);
+    EXPECT_EQ(mode.untilStart(start + 1h), 4s);
+}
+
+TEST(AttractMode, LiftsTheFingerOnlyIfItIsDown) {
+    for (const auto& [frames, lifts] : {std::pair{0, 0}, {1, 1}, {110, 1}, {111, 0}, {200, 0}}) {
+        AttractMode mode(start);
+        mode.startIfIdle(start + 4s);
+        for (int frame = 0; frame < frames; ++frame) {
+            mode.next({100, 200});
+        }
+        EXPECT_EQ(mode.stop().size(), static_cast<std::size_t>(lifts)) << frames;
+        EXPECT_FALSE(mode.isRunning());
+    }
+}
+
+TEST(IdleWatch, WithoutInkCalmWaterIsEnough) {
+    app::IdleWatch watch;
+    const auto noPicture = [] { return ADD_FAILURE() << "reads the screen", std::uint64_t{0}; };
+    watch.see(false, noPicture);
+    EXPECT_FALSE(watch.isIdle());
+    watch.see(true, noPicture);
+    EXPECT_TRUE(watch.isIdle());
+    watch.disturb();
+    EXPECT_FALSE(watch.isIdle());
+}
+
+TEST(IdleWatch, WithInkTwoPicturesMustBeEqual) {
+    app::IdleWatch watch;
+    watch.noteTouch();
+    std::uint64_t picture = 1;
+    for (int frame = 1; frame <= 90; ++frame) {
+        watch.see(true, [&] { return picture++; });  // the ink fades
+    }
+    EXPECT_FALSE(watch.isIdle());
+    EXPECT_EQ(picture, 3u) << "reads the screen more often than it must";
+    for (int frame = 1; frame <= 30; ++frame) {
+        watch.see(true, [&] { return std::uint64_t{2}; });
+    }
+    EXPECT_TRUE(watch.isIdle());
+    EXPECT_TRUE(watch.mayShowInk()) << "a residue stays";
+    watch.start();
+    EXPECT_FALSE(watch.mayShowInk());
+}
+
+TEST(Finger, ReportsOneMoveAFrameAndEndsAtTheEdge) {
+    app::Finger finger;
+    const app::Size screen{100, 200};
+    finger.move(5, 5, 0.5f, screen);
+    EXPECT_FALSE(finger.hasActions()) << "moves before it is down";
+    finger.press(10, 20, 0.5f);
+    finger.press(90, 90, 0.5f);
+    finger.move(11, 20, 0.5f, screen);
+    finger.move(12, 20, 0.25f, screen);
+    finger.move(100, 20, 0.5f, screen);
+    finger.move(50, 20, 0.5f, screen);
+    finger.end(TouchAction::up, 50, 20);
+    const std::vector<hostkit::ScriptAction> expected = {Touch{TouchAction::down, 10, 20, 0.5f},
+                                                         Touch{TouchAction::move, 12, 20, 0.25f},
+                                                         Touch{TouchAction::cancel, 100, 20, 0}};
+    EXPECT_EQ(finger.takeActions(), expected);
+    EXPECT_FALSE(finger.isPressed() || finger.hasActions());
+}
+
+}  // namespace

@@ -1,0 +1,96 @@
+// Adaptive quality by the intervals of frames that it sees, in milliseconds.
+
+#include "app/quality.h"
+
+#include <gtest/gtest.h>
+
+#include <vector>
+
+namespace {
+
+using app::Quality;
+using app::QualityPhase;
+
+/// Passes one span of frames on, whose intervals repeat. The first frames of a span wait for its change.
+Quality afterSpan(Quality quality, const std::vector<double>& intervals) {
+    const int frames = quality.phase == QualityPhase::searching ? 6 : 24;
+    quality = next(next(quality, 300.0), 300.0);
+    for (int frame = 0; frame < frames; ++frame) {
+        quality = next(quality, intervals[static_cast<std::size_t>(frame) % intervals.size()]);
+    }
+    return quality;
+}
+
+/// Returns the levels after spans of these intervals.
+std::vector<int> levels(Quality& quality, const std::vector<double>& intervals) {
+    std::vector<int> seen;
+    for (const double interval : intervals) {
+        quality = afterSpan(quality, {interval});
+        seen.push_back(quality.level);
+    }
+    return seen;
+}
+
+Quality watching() {
+    return afterTouch(app::searchingQuality());
+}
+
+using Levels = std::vector<int>;
+
+TEST(Quality, FallsWhileFramesAreSlowAndRisesAfterManyFluentSpans) {
+    Quality quality = watching();
+    EXPECT_EQ(levels(quality, {60, 50, 40, 30}), (Levels{1, 2, 3, 3}));
+    levels(quality, std::vector<double>(11, 18.0));
+    EXPECT_EQ(quality.level, 3);
+    EXPECT_EQ(levels(quality, {18}), Levels{2});
+    levels(quality, std::vector<double>(24, 18.0));
+    EXPECT_EQ(quality.level, 0);
+}
+
+TEST(Quality, ARaiseThatWasTooMuchDoublesThePatience) {
+    Quality quality = watching();
+    levels(quality, {30});
+    levels(quality, std::vector<double>(12, 18.0));
+    EXPECT_EQ(levels(quality, {30}), Levels{1});
+    levels(quality, std::vector<double>(23, 18.0));
+    EXPECT_EQ(quality.level, 1);
+    EXPECT_EQ(levels(quality, {18}), Levels{0});
+}
+
+TEST(Quality, StaysOnADisplayOfFiftyAndThroughHitches) {
+    Quality quality = watching();
+    levels(quality, std::vector<double>(50, 20.0));
+    EXPECT_EQ(quality.level, 0);
+    quality = afterSpan(quality, {16.7, 16.7, 16.7, 16.7, 16.7, 16.7, 16.7, 232.0});
+    EXPECT_EQ(quality.level, 0);
+    quality = afterSpan(quality, {16.7, 16.7, 33.3});  // 45 frames a second
+    EXPECT_EQ(quality.level, 1);
+}
+
+TEST(Quality, ASearchEndsAtTheFirstLevelThatIsFluentOrGainsNothing) {
+    const struct {
+        std::vector<double> intervals;
+        Levels expected;
+    } cases[] = {
+        {{60, 50, 40, 30}, {1, 2, 3, 3}},
+        {{100, 90, 80, 75}, {1, 2, 3, 2}},         // the ink takes the time
+        {{33.3, 33.3, 33.3, 33.3}, {1, 2, 3, 2}},  // the display shows no more
+        {{16.7}, {0}},
+    };
+    for (const auto& [intervals, expected] : cases) {
+        Quality quality = app::searchingQuality();
+        EXPECT_EQ(levels(quality, intervals), expected);
+        EXPECT_EQ(quality.phase, QualityPhase::watching);
+    }
+}
+
+TEST(Quality, FixedQualityStays) {
+    Quality quality = app::fixedQuality(3);
+    levels(quality, {60, 60, 16, 16});
+    EXPECT_EQ(quality.level, 3);
+    EXPECT_EQ(pixelsOf(quality), 0.75);
+    EXPECT_EQ(cellsPerVertex(quality, 90), 3);
+    EXPECT_EQ(cellsPerVertex(quality, 24), 1) << "the mesh keeps a minimum of vertices";
+}
+
+}  // namespace

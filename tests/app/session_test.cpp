@@ -1,0 +1,201 @@
+// A session as a front end drives it, on an off-screen context.
+
+#include "app/session.h"
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <cstdint>
+#include <optional>
+#include <utility>
+#include <vector>
+
+#include "hostkit/gl_context.h"
+#include "hostkit/screen.h"
+
+namespace {
+
+using namespace std::chrono_literals;
+using hostkit::GestureScript;
+using hostkit::Touch;
+using hostkit::TouchAction;
+using Pixels = std::vector<std::uint8_t>;
+
+constexpr app::Size screen{96, 160};
+constexpr app::Clock::time_point start{1h};
+
+class SessionTest : public testing::Test {
+protected:
+    SessionTest() {
+        session.setBackgrounds({hostkit::makeTestPicture(96, 160), hostkit::makeSheen(160)});
+        session.restart(screen);
+    }
+
+    app::FrontEnd frontEnd() {
+        app::FrontEnd functions;
+        functions.renewContext = [this] {
+            context.reset();
+            context.emplace(160, 160);
+        };
+        functions.cover = [](const hostkit::Picture& picture, app::Size) { return picture; };
+        functions.onRecorded = [this](const hostkit::ScriptEvent&) { ++events; };
+        functions.onRecordingEnd = [this](const GestureScript& script) { recorded = script; };
+        return functions;
+    }
+
+    void frames(int count) {
+        for (int frame = 0; frame < count; ++frame) {
+            session.frame(app::frameTime);
+        }
+    }
+    void drag(double x = 20, double step = 6) {
+        session.press(start, x, 40, 1.0f);
+        for (int move = 0; move < 8; ++move) {
+            frames(1);
+            session.move(x + step * move, 40 + 8 * move, 1.0f);
+        }
+        frames(1);
+        session.lift(TouchAction::up, x + 7 * step, 96);
+        frames(1);
+    }
+    Pixels shown() const { return hostkit::readScreen(screen.width, screen.height); }
+
+    std::optional<hostkit::GlContext> context{std::in_place, 160, 160};
+    std::optional<GestureScript> recorded;
+    std::size_t events = 0;
+    app::Session session{frontEnd(), start};
+};
+
+TEST_F(SessionTest, AReplayShowsWhatWasRecorded) {
+    drag(90, -12);  // an earlier gesture leaves no trace
+    session.settings.ink = {1.0f, 0.4f, 0.4f};
+    session.startRecording();
+    drag();
+    session.settings.ink = {0.4f, 1.0f, 0.4f};
+    session.add(hostkit::LoseContext{});
+    drag();
+    const Pixels last = shown();
+    session.finishRecording();
+    ASSERT_TRUE(recorded);
+    EXPECT_EQ(events, recorded->events.size());
+    EXPECT_EQ(recorded->frames, 21);
+
+    session.settings.ink = {0.4f, 0.4f, 1.0f};
+    session.startReplay(*recorded);
+    session.press(start, 5, 5, 1.0f);  // the script has the only finger
+    frames(20);
+    EXPECT_TRUE(session.isReplaying());
+    frames(1);
+    EXPECT_FALSE(session.isReplaying());
+    EXPECT_EQ(shown(), last);
+    EXPECT_EQ(session.settings.ink, (std::array{0.4f, 1.0f, 0.4f}));
+    EXPECT_EQ(session.userSettings().ink, (std::array{0.4f, 0.4f, 1.0f}));
+}
+
+TEST_F(SessionTest, ANewSizeEndsARecordingAndScalesAReplay) {
+    session.startRecording();
+    session.restart({48, 80});
+    EXPECT_FALSE(session.isRecording());
+    EXPECT_EQ(recorded->screenWidth, 96);
+
+    GestureScript script{96, 160, 3, {{1, Touch{TouchAction::down, 24, 20, 1.0f}}}};
+    session.startReplay(script);
+    session.frame(0ns);
+    session.restart(screen);
+    session.frame(0ns);
+    const auto heights = hostkit::JniEnvironment::elements(session.water().height);
+    const int columns = session.water().columns;
+    const auto highest = std::ranges::max_element(heights) - heights.begin();
+    EXPECT_NEAR(static_cast<double>(highest % columns) / columns, 0.25, 0.03);
+    EXPECT_TRUE(session.isReplaying());
+}
+
+TEST_F(SessionTest, RestsOnceNothingMoves) {
+    EXPECT_FALSE(session.isIdle()) << "before the first frame";
+    frames(1);
+    EXPECT_TRUE(session.isIdle());
+    session.settings.exponent = 5.0f;
+    EXPECT_FALSE(session.isIdle());
+    frames(1);
+    EXPECT_TRUE(session.isIdle());
+    session.settings.rain = 0.01f;
+    frames(2);
+    EXPECT_FALSE(session.isIdle()) << "under rain";
+    session.settings.rain = 0.0f;
+    session.settings.ripple = 0.0f;
+    session.press(start, 20, 40, 1.0f);
+    frames(2);
+    EXPECT_FALSE(session.isIdle()) << "with a finger down";
+    session.lift(TouchAction::up, 20, 40);
+    frames(2);
+    EXPECT_TRUE(session.mayShowInk() && !session.isIdle()) << "while the ink fades";
+    session.add(hostkit::ClearInk{});
+    frames(1);
+    EXPECT_TRUE(session.isIdle() && !session.mayShowInk());
+}
+
+TEST_F(SessionTest, AttractModeDrawsForAnIdleUserAndLeavesTheSettings) {
+    const app::Settings before = session.settings;
+    session.startAttractModeIfIdle(start + 5s, true);
+    EXPECT_FALSE(session.attractMode().isRunning()) << "the front end is busy";
+    session.startRecording();
+    session.startAttractModeIfIdle(start + 1h, false);
+    EXPECT_FALSE(session.attractMode().isRunning()) << "a recording is the user's";
+    session.finishRecording();
+    session.startAttractModeIfIdle(start + 1h + 5s, false);
+    ASSERT_TRUE(session.attractMode().isRunning());
+    frames(1);
+    const Pixels first = shown();
+    frames(20);
+    EXPECT_NE(shown(), first);
+    EXPECT_TRUE(session.settings == before);
+    session.noteInput(start + 1h + 6s);
+    EXPECT_FALSE(session.attractMode().isRunning());
+    EXPECT_TRUE(session.hasActions()) << "lifts the finger";
+}
+
+TEST_F(SessionTest, WaterOnlyStartsAnewWithoutInk) {
+    drag();
+    session.settings.waterOnly = true;
+    frames(1);
+    EXPECT_TRUE(session.isIdle());
+    EXPECT_FALSE(session.mayShowInk());
+}
+
+TEST_F(SessionTest, ALostContextIsSetUpAgainAndIsPartOfARecording) {
+    session.startRecording();
+    frames(1);
+    const Pixels before = shown();
+    context.reset();
+    context.emplace(160, 160);
+    session.regainContext();
+    frames(1);
+    EXPECT_EQ(shown(), before);
+    session.finishRecording();
+    EXPECT_TRUE(std::holds_alternative<hostkit::LoseContext>(recorded->events.back().action));
+}
+
+TEST_F(SessionTest, ThePictureBeforeBecomesTheSecondBackground) {
+    frames(1);
+    const Pixels first = shown();
+    session.showPicture(hostkit::makeSheen(160));
+    frames(1);
+    EXPECT_NE(shown(), first);
+    session.settings.secondBackground = true;
+    frames(1);
+    EXPECT_EQ(shown(), first);
+}
+
+TEST_F(SessionTest, QualityDrawsACoarserMeshOverTheSameWater) {
+    session.settings.meshDetail = 60;
+    frames(1);
+    EXPECT_EQ(session.water().columns, 60);
+    const int vertices = session.water().numDetailsWidth;
+    const int columns = session.water().columns;
+    session.quality = app::fixedQuality(2);
+    frames(1);
+    EXPECT_LT(session.water().numDetailsWidth, vertices * 2 / 3);
+    EXPECT_EQ(session.water().columns, columns);
+}
+
+}  // namespace

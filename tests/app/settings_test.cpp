@@ -1,0 +1,108 @@
+// Water looks alike on any mesh and at any frame rate: the same wave at the same place and time.
+
+#include "app/settings.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <chrono>
+#include <numeric>
+#include <span>
+
+#include "hostkit/water_driver.h"
+
+namespace {
+
+using hostkit::JniEnvironment;
+using hostkit::WaterDriver;
+
+using namespace std::chrono_literals;
+
+constexpr int side = 720;
+
+struct Pond {
+    JniEnvironment jni;
+    WaterDriver water;
+
+    explicit Pond(const app::Settings& settings)
+        : water(hostkit::makeWater(jni, side, side, app::waterOf(settings))) {
+        hostkit::rippleAt(water, jni, side / 2.0, side / 2.0, settings.ripple);
+    }
+    std::span<const float> heights() const { return JniEnvironment::elements(water.height); }
+    void run(int frames, std::chrono::nanoseconds each) {
+        for (int frame = 0; frame < frames; ++frame) {
+            hostkit::advanceWater(water, jni, each);
+        }
+    }
+    /// In squared shorter sides times height.
+    double volume() const {
+        return std::reduce(heights().begin(), heights().end(), 0.0) / (water.columns * water.rows);
+    }
+    std::span<const float> middleRow() const {
+        return heights().subspan(static_cast<std::size_t>(water.rows / 2 * water.columns),
+                                 static_cast<std::size_t>(water.columns));
+    }
+    /// Distance from the middle of the highest crest to its right, in shorter sides.
+    double crest() const {
+        const auto row = middleRow();
+        const auto crest = std::max_element(row.begin() + water.columns / 2, row.end());
+        return static_cast<double>(crest - row.begin()) / water.columns - 0.5;
+    }
+    void changeMesh(app::Settings settings, int detail) {
+        settings.meshDetail = detail;
+        const WaterDriver old = water;
+        water = hostkit::makeWater(jni, side, side, app::waterOf(settings));
+        hostkit::carryWaves(old, water);
+    }
+};
+
+TEST(Settings, WavesRunAtOneSpeedOnAnyMeshAtAnyFrameRate) {
+    for (const float speed : {0.25f, 0.365f, 0.8f}) {
+        for (const int detail : {60, 90, 120, 180}) {
+            SCOPED_TRACE(testing::Message() << detail << " cells, speed " << speed);
+            app::Settings settings;
+            settings.waveSpeed = speed;
+            settings.meshDetail = detail;
+            settings.damping = 0.99f;
+            // The crest leaves from the rim of the drop and travels a quarter of the side.
+            const double seconds = 0.25 / static_cast<double>(speed);
+            for (const int rate : {30, 60, 144}) {
+                Pond pond(settings);
+                pond.run(static_cast<int>(seconds * rate), 1'000'000'000ns / rate);
+                EXPECT_NEAR(pond.crest(), 0.24, 0.03) << rate << " frames a second";
+            }
+        }
+    }
+}
+
+TEST(Settings, WavesRunOnWhenTheMeshChanges) {
+    for (const int detail : {60, 180}) {
+        for (const float speed : {0.3f, 1.0f}) {  // of one rate of steps, and of several
+            app::Settings settings;
+            settings.waveSpeed = speed;
+            settings.damping = 0.999f;
+            const int frames = static_cast<int>(6.0f / speed);
+            Pond changed(settings);
+            changed.run(frames, 17ms);
+            changed.changeMesh(settings, detail);
+            changed.run(frames, 17ms);
+            Pond same(settings);
+            same.run(2 * frames, 17ms);
+            SCOPED_TRACE(testing::Message() << detail << " cells, speed " << speed);
+            EXPECT_NEAR(changed.crest(), same.crest(), 0.03);
+            EXPECT_NEAR(std::ranges::max(changed.middleRow()), std::ranges::max(same.middleRow()),
+                        0.2f * std::ranges::max(same.middleRow()));
+        }
+    }
+}
+
+TEST(Settings, ATouchRaisesTheSameWaterOnAnyMesh) {
+    app::Settings settings;
+    const double expected = Pond(settings).volume();
+    for (const int detail : {30, 60, 75, 120, 150, 180}) {
+        settings.meshDetail = detail;
+        EXPECT_NEAR(Pond(settings).volume() / expected, 1.0, 0.2) << detail;
+    }
+}
+
+}  // namespace

@@ -1,0 +1,70 @@
+#include "hostkit/instruments/checked_jni.h"
+
+#include <gtest/gtest.h>
+
+namespace hostkit {
+namespace {
+
+TEST(CheckedJni, ReleaseModesDecideWhatOfACopyComesBack) {
+    constexpr struct {
+        ArrayAccess access;
+        jint mode;
+        float expected;
+        int pinned;
+    } cases[] = {{ArrayAccess::direct, 0, 5.0f, 0},
+                 {ArrayAccess::direct, JNI_ABORT, 5.0f, 0},
+                 {ArrayAccess::copy, 0, 5.0f, 0},
+                 {ArrayAccess::copy, JNI_ABORT, 0.0f, 0},
+                 {ArrayAccess::copy, JNI_COMMIT, 5.0f, 1}};
+    for (const auto& tried : cases) {
+        CheckedJni jni({tried.access, 4});
+        const jfloatArray array = jni.newFloatArray(3);
+        jboolean isCopy = JNI_FALSE;
+        float* const data = jni.env()->GetFloatArrayElements(array, &isCopy);
+        data[2] = 5.0f;
+        EXPECT_EQ(isCopy == JNI_TRUE, tried.access == ArrayAccess::copy);
+        EXPECT_EQ(JniEnvironment::elements(array)[2], isCopy ? 0.0f : 5.0f);
+        EXPECT_EQ(jni.pinned(), 1);
+        jni.env()->ReleaseFloatArrayElements(array, data, tried.mode);
+        EXPECT_EQ(JniEnvironment::elements(array)[2], tried.expected) << tried.mode;
+        EXPECT_EQ(jni.pinned(), tried.pinned);
+        EXPECT_TRUE(jni.checkGuards().empty());
+    }
+}
+
+TEST(CheckedJni, DamagedGuardsAreReportedOnceWithArrayAndElement) {
+    for (const ArrayAccess access : {ArrayAccess::direct, ArrayAccess::copy}) {
+        CheckedJni jni({access, 8});
+        jni.newFloatArray(1);
+        const jshortArray array = jni.newShortArray(5);
+        jshort* const data = jni.env()->GetShortArrayElements(array, nullptr);
+        data[5] = 0;
+        data[-8] = 1;
+        EXPECT_TRUE(jni.damages().empty());
+        const std::vector<GuardDamage> expected = {{2, -8}, {2, 5}};
+        EXPECT_EQ(jni.checkGuards(), expected);
+        jni.env()->ReleaseShortArrayElements(array, data, 0);
+        EXPECT_EQ(jni.damages(), expected);
+
+        jshort* const again = jni.env()->GetShortArrayElements(array, nullptr);
+        again[12] = 0;
+        jni.env()->ReleaseShortArrayElements(array, again, 0);
+        EXPECT_EQ(jni.damages().back(), (GuardDamage{2, 12}));
+    }
+}
+
+TEST(CheckedJniDeathTest, OtherCallsAndForeignPointersEndTheProgramByName) {
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    CheckedJni jni;
+    const jfloatArray array = jni.newFloatArray(2);
+    float elsewhere[2] = {};
+    EXPECT_DEATH(jni.env()->FindClass("x"), "not offered by this host: FindClass");
+    EXPECT_DEATH(jni.env()->CallVoidMethod(nullptr, nullptr), ": CallVoidMethodV");
+    EXPECT_DEATH(jni.env()->GetArrayLength(array), ": GetArrayLength");
+    EXPECT_DEATH(jni.env()->GetModule(nullptr), ": GetModule");
+    EXPECT_DEATH(jni.env()->ReleaseFloatArrayElements(array, elsewhere, 0),
+                 "ReleaseFloatArrayElements: array 1 did not hand out this pointer");
+}
+
+}  // namespace
+}  // namespace hostkit

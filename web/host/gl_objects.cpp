@@ -1,0 +1,28 @@
+#include "web/host/gl_objects.h"
+
+#include <emscripten/emscripten.h>
+
+// clang-format off
+/// Names begin anew, since the tables have a place for every name up to the last: after the contexts', which are of the
+/// same count.
+EM_JS(void, deleteGlObjects, (), {
+    function drop(kind, names) {
+        names.filter(object => object && GLctx['is' + kind](object)).forEach(object => GLctx['delete' + kind](object));
+        names.length = 0;
+    }
+    drop('Buffer', GL.buffers);
+    drop('Framebuffer', GL.framebuffers);
+    drop('Program', GL.programs);
+    drop('Shader', GL.shaders);
+    drop('Texture', GL.textures);
+    GL.counter = GL.contexts.length;
+});
+// clang-format on
+
+namespace web {
+
+void dropGlObjects() {
+    deleteGlObjects();
+}
+
+}  // namespace web

@@ -1,0 +1,185 @@
+#include "web/settings/typescript.h"
+
+#include <array>
+#include <cstdio>
+#include <type_traits>
+
+#include "app/presets.h"
+#include "app/settings.h"
+
+namespace web {
+namespace {
+
+/// Returns the parts, texts of any kind, one after another.
+template <class... Parts>
+std::string joined(const Parts&... parts) {
+    std::string text;
+    (text.append(parts), ...);
+    return text;
+}
+
+template <class Value>
+constexpr bool isSwitch = std::is_same_v<Value, bool>;
+
+const char* headingOf(app::Group group) {
+    switch (group) {
+        case app::Group::water:
+            return "Water";
+        case app::Group::light:
+            return "Light";
+        case app::Group::ink:
+            return "Ink";
+    }
+    return "";
+}
+
+std::string inkText(const std::array<float, 3>& ink) {
+    return joined("[", app::numberText(ink[0]), ", ", app::numberText(ink[1]), ", ",
+                  app::numberText(ink[2]), "]");
+}
+
+template <class Value>
+std::string valueText(Value value) {
+    if constexpr (isSwitch<Value>) {
+        return value ? "true" : "false";
+    } else {
+        return app::numberText(static_cast<float>(value));
+    }
+}
+
+/// Calls `write` with each field and its place among the numbers; returns the number of fields.
+template <class Write>
+int forEachPlace(Write write) {
+    int place = 0;
+    app::forEachField([&](const auto& field) { write(field, place++); });
+    return place;
+}
+
+template <class Value>
+std::string fieldText(const app::SettingField<Value>& field) {
+    const std::string common =
+        joined("    { name: ", literal(field.name), ", label: ", literal(field.label),
+               ", group: ", literal(headingOf(field.group)), ", hint: ", literal(field.hint));
+    if constexpr (isSwitch<Value>) {
+        return joined(common, ", kind: \"switch\" },\n");
+    } else {
+        const char* const kind = std::is_integral_v<Value> ? "count" : "number";
+        return joined(common, ", kind: \"", kind, "\", min: ", valueText(field.min),
+                      ", max: ", valueText(field.max), " },\n");
+    }
+}
+
+std::string types() {
+    std::string members, numbers, switches;
+    forEachPlace([&]<class Value>(const app::SettingField<Value>& field, int) {
+        members += joined("    ", field.name, isSwitch<Value> ? ": boolean;\n" : ": number;\n");
+        (isSwitch<Value> ? switches : numbers) += joined(" | ", literal(field.name));
+    });
+    return joined(R"(/** Red, green, blue, 0 to 1. */
+export type Ink = [number, number, number];
+
+export interface Settings {
+)",
+                  members, R"(    ink: Ink;
+}
+
+interface Field {
+    label: string;
+    /** The panel's heading for the setting. */
+    group: "Water" | "Light" | "Ink";
+    hint: string;
+}
+export interface NumberField extends Field {
+    kind: "number" | "count";
+    name:)",
+                  numbers, R"(;
+    min: number;
+    max: number;
+}
+export interface SwitchField extends Field {
+    kind: "switch";
+    name:)",
+                  switches, ";\n}\n\n");
+}
+
+std::string conversions() {
+    std::string toNumbers, toSettings;
+    const int count =
+        forEachPlace([&]<class Value>(const app::SettingField<Value>& field, int place) {
+            const std::string value = joined("settings.", field.name);
+            toNumbers += isSwitch<Value> ? joined("Number(", value, "), ") : joined(value, ", ");
+            toSettings += joined("        ", field.name, ": numbers[", std::to_string(place),
+                                 isSwitch<Value> ? "]! !== 0,\n" : "]!,\n");
+        });
+    std::string ink;
+    for (int part = 0; part < 3; ++part) {
+        ink += joined(part > 0 ? ", numbers[" : "numbers[", std::to_string(count + part), "]!");
+    }
+    return joined(
+        "/** Length of an array that holds all settings. */\nexport const settingCount = ",
+        std::to_string(count + 3),
+        ";\n\nexport function numbersOf(settings: Settings): number[] {\n    return [", toNumbers,
+        R"(...settings.ink];
+}
+
+/** Takes `settingCount` numbers. */
+export function settingsOf(numbers: ArrayLike<number>): Settings {
+    return {
+)",
+        toSettings, "        ink: [", ink, "],\n    };\n}\n\n");
+}
+
+std::string defaults() {
+    const app::Settings settings;
+    std::string members;
+    forEachPlace([&](const auto& field, int) {
+        members += joined("    ", field.name, ": ", valueText(settings.*field.member), ",\n");
+    });
+    return joined("export const defaultSettings: Settings = {\n", members,
+                  "    ink: ", inkText(settings.ink), ",\n};\n\n");
+}
+
+std::string fields() {
+    std::string all;
+    forEachPlace([&](const auto& field, int) { all += fieldText(field); });
+    return joined("export const settingFields: readonly (NumberField | SwitchField)[] = [\n", all,
+                  "];\n\n");
+}
+
+std::string palette() {
+    std::string inks;
+    for (const app::NamedInk& ink : app::inkPalette) {
+        inks += joined("    ", literal(ink.name), ": ", inkText(ink.color), ",\n");
+    }
+    return joined(
+        "/** Inks to choose from, by their names. */\n"
+        "export const inkPalette: Readonly<Record<string, Ink>> = {\n",
+        inks, "};\n\n");
+}
+
+}  // namespace
+
+std::string literal(std::string_view text) {
+    std::string quoted(1, '"');
+    for (const char letter : text) {
+        const auto code = static_cast<unsigned char>(letter);
+        if (letter == '"' || letter == '\\') {
+            quoted.append(1, '\\').append(1, letter);
+        } else if (code < 0x20) {
+            char escape[8];
+            std::snprintf(escape, sizeof escape, "\\u%04x", unsigned{code});
+            quoted += escape;
+        } else {
+            quoted += letter;
+        }
+    }
+    return quoted.append(1, '"');
+}
+
+std::string settingsModule() {
+    return joined("// Written by the build from the table in app/settings.h.\n\n", types(),
+                  defaults(), fields(), conversions(), palette(),
+                  "export const presetMustBeObject = ", literal(app::presetMustBeObject), ";\n");
+}
+
+}  // namespace web
