@@ -1,5 +1,6 @@
 #include <utility>
 
+#include "base/saturate.h"
 #include "base/screen.h"
 #include "effect/effect_state.h"
 #include "test_memory.h"
@@ -44,6 +45,14 @@ TEST(Settings, InsideIsStrictAndDefinedForAnyInts) {
     applySettings(state, least, least, false);
     EXPECT_FALSE(isInside(state, 100, 100, 60));
     EXPECT_EQ(flippedY(state.screenHeight, most), -4294967295);
+}
+
+TEST(Saturate, ClampsToTheRangeOfInt) {
+    for (const float beyond : {2147483648.0f, 1e30f, infinity}) {
+        EXPECT_EQ(saturatedInt(beyond), most);
+        EXPECT_EQ(saturatedInt(-beyond), least);
+    }
+    EXPECT_EQ(saturatedInt(-3.0f), -3);
 }
 
 }  // namespace
