@@ -230,7 +230,7 @@ TEST_F(WindowTest, InkGoesWhereTheFingerWentAndNowhereElse) {
     EXPECT_EQ(stains(shot()), 0) << "the key clears the ink";
 }
 
-TEST_F(WindowTest, AnIdleWindowShowsAFingerOfItsOwnUntilTheUserComes) {
+TEST_F(WindowTest, AnIdleWindowStartsAttractModeUntilTheUserTouches) {
     openWindow("");
     EXPECT_TRUE(waitFor([&] { return stains(look()) > 300; }));
     pointAt(20, 20);
@@ -239,7 +239,7 @@ TEST_F(WindowTest, AnIdleWindowShowsAFingerOfItsOwnUntilTheUserComes) {
     EXPECT_TRUE(waitFor([&] { return stains(look()) == 0; })) << "it draws on beside the user's";
 }
 
-TEST_F(WindowTest, AReplayOverNobodysStrokesHasTheInkOfItsScript) {
+TEST_F(WindowTest, AReplayOverAttractModeHasTheInkOfItsScript) {
     write("green.json", R"({"ripple": 0, "ink": [0.3, 1, 0.3], "timeScale": 2, "meshDetail": 30})");
     preset = "--digest --preset green.json";
     openWindow("--size 120x180");
