@@ -5,6 +5,8 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "velmora/ink_light.h"
+
 namespace app {
 namespace {
 
@@ -93,10 +95,10 @@ double light(const Color& color) {
     return 0.3 * color[0] + 0.59 * color[1] + 0.11 * color[2];
 }
 
-/// Where the ink is at its thickest, of density 127 at a 50th each.
+/// Returns the colour of the background under ink of the highest density.
 Color throughInk(Color color, const std::array<float, 3>& ink) {
     for (std::size_t part = 0; part < 3; ++part) {
-        color[part] /= 1.0 + 2.54 * (1.5 / (static_cast<double>(ink[part]) + 0.05) - 1.0);
+        color[part] *= velmora::lightThroughInk(ink[part], velmora::maxInkDensity);
     }
     return color;
 }

@@ -11,6 +11,7 @@
 #include "player/failure.h"
 #include "player/help_text.h"
 #include "player/size.h"
+#include "velmora/version.h"
 
 namespace player {
 namespace {
