@@ -32,6 +32,9 @@ final class LifecycleCases {
     private static final int WIDTH = 180;
     private static final int HEIGHT = 320;
 
+    /** More frames than any case draws until the screen is idle. */
+    private static final int MAX_FRAMES = 2000;
+
     private final NativeForVelmora velmora = new NativeForVelmora();
     private final EffectRenderer renderer = new EffectRenderer(velmora, Sheen.makeBitmap());
     private final EffectStage stage = new EffectStage(renderer);
@@ -66,6 +69,12 @@ final class LifecycleCases {
                 break;
             case "idle":
                 cases.idle();
+                break;
+            case "rain":
+                cases.rain(Long.parseLong(arguments[2]), Long.parseLong(arguments[3]));
+                break;
+            case "rain ends":
+                cases.rainEnds();
                 break;
             default:
                 cases.presets(arguments);
@@ -317,7 +326,7 @@ final class LifecycleCases {
     }
 
     private void drawUntilRest() {
-        while (stage.frame(time += FramePacer.FRAME_TIME) && frames < 1000) {
+        while (stage.frame(time += FramePacer.FRAME_TIME) && frames < MAX_FRAMES) {
         }
     }
 
@@ -330,6 +339,35 @@ final class LifecycleCases {
         window.scene.setSettings(fine);
         window.play(8, 4);
         window.print("finer");
+    }
+
+    private Window newRain() {
+        Window window = newWindow(WIDTH / 2, HEIGHT / 2).show();
+        Settings rain = new Settings();
+        rain.set(Setting.RAIN, 60.0f);
+        rain.set(Setting.MESH_DETAIL, 24);
+        rain.set(Setting.WATER_ONLY, 1);
+        window.scene.setSettings(rain);
+        return window;
+    }
+
+    /** Rain on a screen that is hidden and drawn at once when it is shown. Times in nanoseconds. */
+    private void rain(long drawnAfter, long pause) {
+        Window window = newRain();
+        window.play(30, 10);
+        stage.hide(window.scene);
+        window.show();
+        stage.drawNow(window.scene, window, time + drawnAfter);
+        time += pause;
+        window.play(30, 10);
+        window.print("rain");
+    }
+
+    /** Rain after the last touch, until the screen is idle. */
+    private void rainEnds() {
+        newRain();
+        drawUntilRest();
+        System.out.println(frames > 1200 && frames < MAX_FRAMES);
     }
 
     /** A look that a user chooses, as another process finds it. */

@@ -166,6 +166,24 @@ TEST(Lifecycle, DrawsNothingAtRest) {
     EXPECT_EQ(lifecycle("idle " STROKE_GESTURE), expected + digest(host));
 }
 
+TEST(Lifecycle, RainDoesNotCatchUpWithAPause) {
+    const auto rain = [](long long drawnAfter, long long pause) {
+        return lifecycle("rain " STROKE_GESTURE " " + std::to_string(drawnAfter) + " " +
+                         std::to_string(pause));
+    };
+    const long long frame = hostkit::displayedFrame.count();
+    const long long hour = 3'600'000'000'000;
+    const std::string fourFrames = rain(4 * frame, 4 * frame);
+    EXPECT_EQ(rain(hour, hour), fourFrames);
+    EXPECT_NE(rain(3 * frame, 3 * frame), fourFrames);
+    // A frame that is drawn ahead of the display's frames does not turn the time back.
+    EXPECT_EQ(rain(3 * frame, 0), rain(3 * frame, 2 * frame));
+}
+
+TEST(Lifecycle, RainEndsSomeTimeAfterTheLastTouch) {
+    EXPECT_EQ(lifecycle("'rain ends' " STROKE_GESTURE), "true\n");
+}
+
 TEST(Lifecycle, WavesGoOnUnderOtherSettings) {
     EffectHost host({.width = width, .height = height});
     play(host, 0, 8);

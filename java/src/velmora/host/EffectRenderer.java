@@ -16,6 +16,9 @@ public final class EffectRenderer {
     private static final int BACKGROUND_SLOT = 1;
     private static final int SECOND_BACKGROUND_SLOT = 2;
 
+    /** Longest time that a frame advances the effect, in nanoseconds. */
+    private static final long MAX_ELAPSED = 4 * FramePacer.FRAME_TIME;
+
     /** The renderer of the process whose GL names the library holds. Guarded by the class. */
     private static EffectRenderer active;
 
@@ -69,10 +72,12 @@ public final class EffectRenderer {
                 return false;
             }
             activate();
-            // The water does not catch up with a pause.
             boolean goesOn = runs && scene == shown;
             setUp(scene);
-            scene.frame(goesOn ? time - lastFrame : FramePacer.FRAME_TIME);
+            // Water and rain do not catch up with a pause. A frame that the system waits for can be
+            // later than the display's next frame.
+            long elapsed = goesOn ? time - lastFrame : FramePacer.FRAME_TIME;
+            scene.frame(Math.max(0, Math.min(elapsed, MAX_ELAPSED)));
             runs = scene.needsFrame();
             lastFrame = time;
             return true;
