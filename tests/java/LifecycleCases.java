@@ -15,6 +15,7 @@ import velmora.host.EffectRenderer;
 import velmora.host.EffectScene;
 import velmora.host.EffectStage;
 import velmora.host.FramePacer;
+import velmora.host.GesturePlayer;
 import velmora.host.GestureScript;
 import velmora.host.LookStore;
 import velmora.host.Pictures;
@@ -73,6 +74,12 @@ final class LifecycleCases {
             case "rain":
                 cases.rain(Long.parseLong(arguments[2]), Long.parseLong(arguments[3]));
                 break;
+            case "losses":
+                cases.losses();
+                break;
+            case "player":
+                cases.player();
+                break;
             case "rain ends":
                 cases.rainEnds();
                 break;
@@ -87,6 +94,8 @@ final class LifecycleCases {
         private int width;
         private int height;
         private long surface;
+        private boolean isLost;
+        private boolean losesFrame;
 
         /** The platform's surfaceChanged, with a new surface of the current context. */
         void changeSurface(int newWidth, int newHeight) {
@@ -117,13 +126,26 @@ final class LifecycleCases {
 
         @Override
         public boolean makeCurrent() {
-            HostKit.useSurface(surface);
-            return true;
+            if (!isLost) {
+                HostKit.useSurface(surface);
+            }
+            return !isLost;
         }
 
         @Override
-        public void present() {
-            ++frames;
+        public boolean present() {
+            isLost = losesFrame;
+            losesFrame = false;
+            frames += isLost ? 0 : 1;
+            return !isLost;
+        }
+
+        @Override
+        public void discardLost() {
+            HostKit.createContext(1, 1);
+            renderer.contextCreated();
+            surface = HostKit.createSurface(width, height);
+            isLost = false;
         }
 
         @Override
@@ -148,15 +170,16 @@ final class LifecycleCases {
 
         @Override
         public void loseContext() {
-            HostKit.createContext(1, 1);
-            renderer.contextCreated();
-            surface = HostKit.createSurface(width, height);
+            isLost = true;
         }
     }
 
     private final class Photos implements Pictures {
         @Override
         public Bitmap background(int width, int height) {
+            if (Thread.holdsLock(EffectRenderer.class)) {
+                throw new AssertionError("expected no lock, for which the UI thread waits");
+            }
             ++photosMade;
             return Picture.testPicture(width, photo * height).toBitmap();
         }
@@ -221,9 +244,13 @@ final class LifecycleCases {
         home.print("home again");
         EffectRenderer other = new EffectRenderer(velmora, Sheen.makeBitmap());
         other.activate();
-        System.out.println("drawn beside another " + renderer.drawFrame(home.scene, time));
+        home.scene.wake();
+        System.out.println("drawn beside another " + stage.frame(time += FramePacer.FRAME_TIME));
+        HostKit.useSurface(preview.surface);
+        other.drawFrame(preview.scene, time);
         renderer.activate();
-        System.out.println("drawn in its stead " + renderer.drawFrame(home.scene, time));
+        home.play(20, 1);
+        home.print("drawn in its stead");
     }
 
     /** A second finger comes, the first leaves, the second moves on and leaves; then a tap. */
@@ -234,10 +261,14 @@ final class LifecycleCases {
             {6, 1, 0, 60, 240}, {3, 0, 0, 60, 240}, {0, 4, 4, 100, 60}, {1, 4, 4, 100, 60}};
         Window window = newWindow(WIDTH, HEIGHT).show();
         TouchTranslator translator = new TouchTranslator();
+        Settings settings = new Settings();
+        settings.set(Setting.PRESSURE, 0.6f);
         for (int[] event : events) {
             int action = translator.translate(event[0], event[1]);
             if (action != TouchTranslator.IGNORED) {
-                window.touch(action, event[3], event[4], 0.6f);
+                float reported = event[1] == 4 ? 0.3f : 1.0f;
+                float pressure = TouchTranslator.pressure(reported, settings);
+                window.touch(action, event[3], event[4], pressure);
             }
             window.play(100, 2);
         }
@@ -323,6 +354,63 @@ final class LifecycleCases {
         stage.hide(newWindow(WIDTH, HEIGHT).show().scene);
         drawUntilRest();
         window.print("rest again after " + frames);
+        Window preview = newWindow(WIDTH, HEIGHT).show();
+        drawUntilRest();
+        frames = 0;
+        stage.drawNow(window.scene, window, time);
+        System.out.println("frames behind the preview " + frames);
+        stage.hide(preview.scene);
+        drawUntilRest();
+        window.print("frames after the preview " + frames);
+        window.play(0, 14);
+        window.changeSurface(WIDTH, HEIGHT / 2);
+        frames = 0;
+        drawUntilRest();
+        System.out.println("frames after a rotation " + frames);
+        stage.hide(window.scene);
+        stage.drawNow(window.scene, window, time);
+        System.out.println("frames while nothing is shown " + frames);
+    }
+
+    /** An idle screen whose context, frame or renderer is lost. */
+    private void losses() {
+        Window window = newWindow(WIDTH, HEIGHT).show();
+        drawUntilRest();
+        window.print("idle after " + frames);
+        window.loseContext();
+        window.scene.wake();
+        drawUntilRest();
+        window.print("context lost, " + frames);
+        window.losesFrame = true;
+        window.scene.wake();
+        drawUntilRest();
+        window.print("frame lost, " + frames);
+        renderer.release();
+        window.scene.wake();
+        drawUntilRest();
+        window.print("released, " + frames);
+    }
+
+    /** The stroke as a view plays it, while another renderer is active for two frames. */
+    private void player() {
+        Window window = newWindow(WIDTH, HEIGHT).show();
+        EffectRenderer other = new EffectRenderer(velmora, Sheen.makeBitmap());
+        GesturePlayer player = new GesturePlayer(window.scene);
+        player.play(GestureScript.parse(script, "stroke", WIDTH, HEIGHT));
+        window.makeCurrent();
+        for (int frame = 0; frame < 22; ++frame) {
+            if (frame == 5) {
+                other.activate();
+            } else if (frame == 7) {
+                other.release();
+            }
+            if (renderer.drawFrame(window.scene, time += FramePacer.FRAME_TIME)) {
+                player.frameDrawn();
+            }
+        }
+        window.print("played");
+        player.stop();
+        System.out.println(player.plays());
     }
 
     private void drawUntilRest() {
@@ -365,9 +453,13 @@ final class LifecycleCases {
 
     /** Rain after the last touch, until the screen is idle. */
     private void rainEnds() {
-        newRain();
-        drawUntilRest();
-        System.out.println(frames > 1200 && frames < MAX_FRAMES);
+        Window window = newRain();
+        for (int times = 0; times < 2; ++times) {
+            drawUntilRest();
+            System.out.println(frames > 1200 && frames < MAX_FRAMES);
+            frames = 0;
+            window.show();
+        }
     }
 
     /** A look that a user chooses, as another process finds it. */

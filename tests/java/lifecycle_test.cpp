@@ -83,9 +83,16 @@ TEST(Lifecycle, OnlyTheScreenShownLastDraws) {
     home.clearInk();
     home.touch({TouchAction::up, 96, 150, 0.6f});  // the preview hid the rest of the stroke
     play(home, 0, 20);
-    expected += "home again " + digest(home);
+    expected += "home again " + digest(home) + "drawn beside another false\n";
+    EffectHost others({.width = 120, .height = 200});
+    others.clearInk();
+    others.frame();
+    hostkit::native::onInitSetting(home.jni().env(), nullptr, width, height, JNI_TRUE);
+    home.loseContext();
+    home.clearInk();
+    home.frame({}, 2 * hostkit::displayedFrame);
     EXPECT_EQ(lifecycle("engines " STROKE_GESTURE),
-              expected + "drawn beside another false\ndrawn in its stead true\n");
+              expected + "drawn in its stead " + digest(home));
 }
 
 TEST(Lifecycle, TheFirstFingerAloneTouches) {
@@ -103,8 +110,8 @@ TEST(Lifecycle, TheFirstFingerAloneTouches) {
                                {},
                                {},
                                {TouchAction::cancel, 60, 240, 0.6f},
-                               {TouchAction::down, 100, 60, 0.6f},
-                               {TouchAction::up, 100, 60, 0.6f}}) {
+                               {TouchAction::down, 100, 60, 0.3f},
+                               {TouchAction::up, 100, 60, 0.3f}}) {
         if (touch.pressure > 0.0f) {
             host.touch(touch);
         }
@@ -163,7 +170,30 @@ TEST(Lifecycle, DrawsNothingAtRest) {
     host.touch({TouchAction::up, 65, 80, 0.6f});
     host.frame();
     expected += "rest again after " + std::to_string(drawUntilRest(host, frames + 10)) + " ";
-    EXPECT_EQ(lifecycle("idle " STROKE_GESTURE), expected + digest(host));
+    expected += digest(host) + "frames behind the preview 0\nframes after the preview 1 " +
+                digest(host) + "frames after a rotation 1\nframes while nothing is shown 2\n";
+    EXPECT_EQ(lifecycle("idle " STROKE_GESTURE), expected);
+}
+
+TEST(Lifecycle, ALossOnAnIdleScreenCostsOneFrame) {
+    EffectHost host({.width = width, .height = height});
+    host.frame();
+    const std::string picture = digest(host);
+    EXPECT_EQ(lifecycle("losses " STROKE_GESTURE), "idle after 1 " + picture +
+                                                       "context lost, 2 " + picture +
+                                                       "frame lost, 3 " + picture + "released, 4 " +
+                                                       picture);
+}
+
+TEST(Lifecycle, AGestureWaitsWhileAnotherRendererDraws) {
+    EffectHost host({.width = width, .height = height});
+    play(host, 0, 5);
+    hostkit::native::onInitSetting(host.jni().env(), nullptr, width, height, JNI_TRUE);
+    host.loseContext();
+    host.clearInk();
+    play(host, 5, 1, 3 * hostkit::displayedFrame);
+    play(host, 6, 14);
+    EXPECT_EQ(lifecycle("player " STROKE_GESTURE), "played " + digest(host) + "false\n");
 }
 
 TEST(Lifecycle, RainDoesNotCatchUpWithAPause) {
@@ -181,7 +211,7 @@ TEST(Lifecycle, RainDoesNotCatchUpWithAPause) {
 }
 
 TEST(Lifecycle, RainEndsSomeTimeAfterTheLastTouch) {
-    EXPECT_EQ(lifecycle("'rain ends' " STROKE_GESTURE), "true\n");
+    EXPECT_EQ(lifecycle("'rain ends' " STROKE_GESTURE), "true\ntrue\n");
 }
 
 TEST(Lifecycle, WavesGoOnUnderOtherSettings) {

@@ -6,7 +6,7 @@ import java.util.ArrayList;
 import java.util.List;
 
 /**
- * The effect on one screen: its size, its water, its pictures and its touches. A scene outlives GL
+ * The effect on one screen: its size, its water, its backgrounds and its touches. A scene outlives GL
  * contexts and surfaces. All calls come from the render thread.
  */
 public final class EffectScene {
@@ -15,7 +15,7 @@ public final class EffectScene {
 
     private static final double MAX_RIPPLES_AT_ONCE = 64.0;
 
-    /** Frames of rain after the last touch, 20 seconds. Endless rain would never let a phone rest. */
+    /** Frames of rain after the last touch, 20 seconds. With endless rain a phone would never be idle. */
     private static final int RAIN_FRAMES = 1200;
 
     private static final class Touch {
@@ -55,7 +55,7 @@ public final class EffectScene {
     private Touch lastTouch;
     private int rainFrames = RAIN_FRAMES;
 
-    /** Makes a scene with the default look and water. It is empty until its size is known. */
+    /** Makes a scene with the default settings. It is empty until its size is known. */
     public EffectScene(NativeForVelmora velmora, Pictures pictures) {
         this.velmora = velmora;
         this.pictures = pictures;
@@ -89,7 +89,7 @@ public final class EffectScene {
         settings = newSettings;
         settings.applyTo(look);
         waterSettings = settings.water();
-        rainFrames = RAIN_FRAMES;
+        restartRain();
         if (water != null && !water.adopt(waterSettings)) {
             WaterDriver earlier = water;
             replaceWater();
@@ -98,7 +98,7 @@ public final class EffectScene {
         idle.wake();
     }
 
-    /** Takes the pictures anew, since the user chose others. */
+    /** Discards the backgrounds, so that the next frame loads them again. */
     public void replacePictures() {
         background = null;
         secondBackground = null;
@@ -116,7 +116,7 @@ public final class EffectScene {
             pendingTouches.remove(last);
         }
         pendingTouches.add(new Touch(action, x, y, pressure));
-        rainFrames = RAIN_FRAMES;
+        restartRain();
         idle.wake();
     }
 
@@ -148,7 +148,7 @@ public final class EffectScene {
         idle.wake();
     }
 
-    /** Returns true if the next frame differs from the last. */
+    /** Returns true if the next frame may differ from the last. */
     public boolean needsFrame() { return water != null && (idle.needsFrame() || rains()); }
 
     boolean inkEnabled() { return !settings.isOn(Setting.WATER_ONLY); }
@@ -177,6 +177,15 @@ public final class EffectScene {
 
     /** Asks for a frame, since a new surface is empty. */
     public void wake() { idle.wake(); }
+
+    /** Lets the rain of the settings fall again, since the scene is shown. */
+    void restartRain() { rainFrames = RAIN_FRAMES; }
+
+    /** Loads the backgrounds. Decoding a photo takes long. */
+    void loadBackgrounds() {
+        background();
+        secondBackground();
+    }
 
     /** Notes that the library holds no ink. */
     void inkIsGone() { idle.inkIsGone(); }

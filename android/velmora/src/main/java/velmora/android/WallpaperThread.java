@@ -4,6 +4,7 @@ import android.opengl.EGL14;
 import android.opengl.EGLSurface;
 import android.os.Handler;
 import android.os.HandlerThread;
+import android.os.Process;
 import android.view.Choreographer;
 import android.view.Surface;
 import com.corvane.android.visualeffect.lock.velmora.NativeForVelmora;
@@ -33,7 +34,8 @@ final class WallpaperThread {
     private boolean waitsForVsync;
 
     private WallpaperThread() {
-        HandlerThread thread = new HandlerThread("velmora-wallpaper");
+        HandlerThread thread =
+            new HandlerThread("velmora-wallpaper", Process.THREAD_PRIORITY_DISPLAY);
         thread.start();
         handler = new Handler(thread.getLooper());
     }
@@ -91,13 +93,16 @@ final class WallpaperThread {
             surface = null;
         }
 
-        /** Ends the window. The last window takes the context with it. */
+        /** Ends the window. The last window also ends the context and frees the bitmaps. */
         void close() {
             stage.hide(scene);
             removeSurface();
             windows.remove(this);
-            if (windows.isEmpty() && egl.exists()) {
-                egl.destroy();
+            if (windows.isEmpty()) {
+                renderer.release();
+                if (egl.exists()) {
+                    egl.destroy();
+                }
             }
             waitForVsync();
         }
@@ -114,18 +119,20 @@ final class WallpaperThread {
         }
 
         @Override
-        public void present() {
-            int result = egl.present(eglSurface);
-            if (result == EGL14.EGL_SUCCESS) {
-                return;
+        public boolean present() {
+            return egl.present(eglSurface);
+        }
+
+        @Override
+        public void discardLost() {
+            if (eglSurface != EGL14.EGL_NO_SURFACE) {
+                boolean contextIsLost = egl.isLost();
+                egl.destroySurface(eglSurface);
+                eglSurface = EGL14.EGL_NO_SURFACE;
+                if (contextIsLost) {
+                    egl.destroy();
+                }
             }
-            // The next frame makes the lost surface or context again.
-            egl.destroySurface(eglSurface);
-            eglSurface = EGL14.EGL_NO_SURFACE;
-            if (result == EGL14.EGL_CONTEXT_LOST) {
-                egl.destroy();
-            }
-            scene.wake();
         }
     }
 
