@@ -230,16 +230,16 @@ public final class MainActivity extends Activity {
 
     /** Background thread. */
     private void writeStill(Bitmap still) {
-        try (FileOutputStream out = new FileOutputStream(StillProvider.file(this))) {
+        File file = StillProvider.newFile(this);
+        try (FileOutputStream out = new FileOutputStream(file)) {
             still.compress(Bitmap.CompressFormat.PNG, 100, out);
-            runOnUiThread(this::offerStill);
+            runOnUiThread(() -> offerStill(StillProvider.uri(this, file)));
         } catch (IOException error) {
             runOnUiThread(() -> say(R.string.still_failed));
         }
     }
 
-    private void offerStill() {
-        Uri still = StillProvider.uri(this);
+    private void offerStill(Uri still) {
         Intent send = new Intent(Intent.ACTION_SEND).setType("image/png");
         send.putExtra(Intent.EXTRA_STREAM, still);
         send.setClipData(ClipData.newRawUri(null, still));
