@@ -156,7 +156,7 @@ public final class MainActivity extends Activity {
             markPreset(name);
             store.savePreset(name, settings);
         } catch (IOException error) {
-            say(R.string.look_not_saved);
+            say(R.string.preset_not_saved);
         }
     }
 
