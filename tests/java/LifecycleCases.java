@@ -6,6 +6,7 @@ import com.sun.management.ThreadMXBean;
 import java.io.ByteArrayInputStream;
 import java.io.File;
 import java.io.IOException;
+import java.io.UncheckedIOException;
 import java.lang.management.ManagementFactory;
 import java.nio.file.Files;
 import java.nio.file.Path;
@@ -273,6 +274,8 @@ final class LifecycleCases {
             window.play(100, 2);
         }
         window.print("fingers");
+        System.out.println("pressure " + TouchTranslator.pressure(1.0f, settings) + " "
+            + TouchTranslator.pressure(0.3f, settings));
         window.touch(NativeForVelmora.ACTION_DOWN, 100, 60, 0.6f);
         ThreadMXBean thread = (ThreadMXBean) ManagementFactory.getThreadMXBean();
         long bytes = thread.getCurrentThreadAllocatedBytes();
@@ -471,14 +474,63 @@ final class LifecycleCases {
         Settings settings = new Settings();
         settings.set(Setting.RAIN, 3.5f);
         settings.setInk(0.1f, 0.2f, 0.3f);
-        File first = app.savePhoto(new ByteArrayInputStream(new byte[] {1}));
+        File first = savePhoto(app, 1);
         app.savePreset("my rain", settings);
-        app.savePhoto(new ByteArrayInputStream(new byte[] {2, 3}));
+        savePhoto(app, 2);
         System.out.println(wallpaper.photo().length() + " " + first.exists() + " "
             + wallpaper.presetName() + " " + wallpaper.settings().equals(settings) + " "
             + folder.list().length);
-        Files.writeString(folder.toPath().resolve("look.json"), "{\"settings\": \"{ 7");
+        saveAtOnce(app, wallpaper);
+        System.out.println("files " + folder.list().length);
+        saveInVain(() -> app.savePhoto(new ByteArrayInputStream(new byte[3]), file -> false));
+        Path file = folder.toPath().resolve("look.json");
+        Files.writeString(file, "{\"settings\": \"{ 7");
         System.out.println(wallpaper.settings().equals(new Settings()));
+        Files.delete(file);
+        Files.createDirectories(file.resolve("blocks"));
+        saveInVain(() -> app.savePreset("lost", settings));
+        saveInVain(() -> savePhoto(app, 4));
+        System.out.println("files " + folder.list().length);
+    }
+
+    private static File savePhoto(LookStore store, int size) throws IOException {
+        return store.savePhoto(new ByteArrayInputStream(new byte[size]), file -> true);
+    }
+
+    /** Photos and presets that two threads save at the same time. None of them is lost. */
+    private static void saveAtOnce(LookStore store, LookStore other) throws IOException {
+        Thread photos = new Thread(() -> {
+            try {
+                for (int time = 1; time <= 300; ++time) {
+                    File saved = savePhoto(other, time);
+                    if (!saved.equals(other.photo())) {
+                        System.out.println("lost photo " + time);
+                    }
+                }
+            } catch (IOException error) {
+                throw new UncheckedIOException(error);
+            }
+        });
+        photos.start();
+        for (int time = 0; photos.isAlive(); ++time) {
+            store.savePreset("preset " + time, new Settings());
+            if (!store.presetName().equals("preset " + time)) {
+                System.out.println("lost preset " + time);
+            }
+        }
+    }
+
+    private interface Saving {
+        void run() throws IOException;
+    }
+
+    private static void saveInVain(Saving saving) {
+        try {
+            saving.run();
+            System.out.println("saved");
+        } catch (IOException expected) {
+            System.out.println("refused");
+        }
     }
 
     /** Compares presets, given as pairs of a preset and the player's picture after 24 frames. */

@@ -119,7 +119,7 @@ TEST(Lifecycle, TheFirstFingerAloneTouches) {
         host.frame();
     }
     EXPECT_EQ(lifecycle("fingers " STROKE_GESTURE),
-              "fingers " + digest(host) + "a frame allocates little true\n");
+              "fingers " + digest(host) + "pressure 0.6 0.3\na frame allocates little true\n");
 }
 
 TEST(Lifecycle, AFastDisplayShowsSixtyFramesASecond) {
@@ -231,7 +231,8 @@ TEST(Lifecycle, TheChosenLookOutlivesItsProcess) {
     const fs::path folder = fs::current_path() / "java-look";
     fs::remove_all(folder);
     EXPECT_EQ(lifecycle("look " STROKE_GESTURE " " + folder.string()),
-              "null true true\n2 false my rain true 2\ntrue\n");
+              "null true true\n2 false my rain true 2\nfiles 2\nrefused\ntrue\nrefused\nrefused\n"
+              "files 2\n");
     fs::remove_all(folder);
 }
 

@@ -22,13 +22,24 @@ final class Photos implements Pictures {
     /** Pixels of the screen per pixel of the second background, which has no detail. */
     private static final int SECOND_SCALE = 16;
 
-    /** The colours of the picture that is shown without a photo, from top to bottom. */
+    /** The colours of the gradient that is shown without a photo, from top to bottom. */
     private static final int[] DUSK = {0xFF1B2A49, 0xFF5B6C8F, 0xFFE8A87C, 0xFF3C5A6B, 0xFF16263A};
 
     private File photo;
 
-    /** Shows this file from the next background on; null shows a picture without a photo. */
+    /** Shows this file from the next background on; null shows a gradient. */
     void setPhoto(File newPhoto) { photo = newPhoto; }
+
+    /** Returns true if the file begins as a picture that this device can decode. */
+    static boolean canDecode(File photo) { return bounds(photo).outWidth > 0; }
+
+    private static BitmapFactory.Options bounds(File photo) {
+        BitmapFactory.Options options = new BitmapFactory.Options();
+        options.inJustDecodeBounds = true;
+        BitmapFactory.decodeFile(photo.getPath(), options);
+        options.inJustDecodeBounds = false;
+        return options;
+    }
 
     @Override
     public Bitmap background(int width, int height) {
@@ -54,22 +65,23 @@ final class Photos implements Pictures {
         return stored == null ? null : cover(stored, orientation(stored), width, height);
     }
 
-    /** Decodes upright, and about as large as the screen. */
+    /** Decodes upright, and just large enough to cover the screen. */
     private Bitmap decodeUpright(int width, int height) throws IOException {
         return ImageDecoder.decodeBitmap(
             ImageDecoder.createSource(photo), (decoder, info, source) -> {
+                // The library reads the pixels on the processor.
                 decoder.setAllocator(ImageDecoder.ALLOCATOR_SOFTWARE);
-                decoder.setTargetSampleSize(sampleSize(
-                    info.getSize().getWidth(), info.getSize().getHeight(), width, height));
+                double columns = info.getSize().getWidth();
+                double rows = info.getSize().getHeight();
+                double scale = Math.min(1.0, Math.max(width / columns, height / rows));
+                decoder.setTargetSize(
+                    (int) Math.ceil(columns * scale), (int) Math.ceil(rows * scale));
             });
     }
 
     /** Decodes as the camera stored the photo, and about as large as the screen. Null if broken. */
     private Bitmap decodeStored(int width, int height) {
-        BitmapFactory.Options options = new BitmapFactory.Options();
-        options.inJustDecodeBounds = true;
-        BitmapFactory.decodeFile(photo.getPath(), options);
-        options.inJustDecodeBounds = false;
+        BitmapFactory.Options options = bounds(photo);
         options.inSampleSize = sampleSize(options.outWidth, options.outHeight, width, height);
         options.inScaled = false;
         options.inPreferredConfig = Bitmap.Config.ARGB_8888;
@@ -131,16 +143,8 @@ final class Photos implements Pictures {
         covering.postScale(scale, scale);
         covering.postTranslate(width / 2.0f, height / 2.0f);
         Bitmap covered = newBitmap(width, height);
-        new Canvas(covered).drawBitmap(
-            drawable(picture), covering, new Paint(Paint.FILTER_BITMAP_FLAG));
+        new Canvas(covered).drawBitmap(picture, covering, new Paint(Paint.FILTER_BITMAP_FLAG));
         return covered;
-    }
-
-    /** Returns the picture in a form that a software canvas draws: a hardware bitmap is copied. */
-    private static Bitmap drawable(Bitmap picture) {
-        boolean isHardware = Build.VERSION.SDK_INT >= Build.VERSION_CODES.O
-            && picture.getConfig() == Bitmap.Config.HARDWARE;
-        return isHardware ? picture.copy(Bitmap.Config.ARGB_8888, false) : picture;
     }
 
     private static Bitmap dusk(int width, int height) {

@@ -91,6 +91,9 @@ public class VelmoraView extends GLSurfaceView implements GLSurfaceView.Renderer
         });
     }
 
+    /** Returns true if the file is a picture that this device can decode. Any thread. */
+    public static boolean canShow(File photo) { return Photos.canDecode(photo); }
+
     /** Plays a gesture script. Throws HostException at its first faulty line. */
     public void play(String script, String name) {
         GestureScript.parse(script, name, 1, 1);
