@@ -179,10 +179,9 @@ TEST(Lifecycle, ALossOnAnIdleScreenCostsOneFrame) {
     EffectHost host({.width = width, .height = height});
     host.frame();
     const std::string picture = digest(host);
-    EXPECT_EQ(lifecycle("losses " STROKE_GESTURE), "idle after 1 " + picture +
-                                                       "context lost, 2 " + picture +
-                                                       "frame lost, 3 " + picture + "released, 4 " +
-                                                       picture);
+    EXPECT_EQ(lifecycle("losses " STROKE_GESTURE), "idle after 1 " + picture + "context lost, 2 " +
+                                                       picture + "frame lost, 3 " + picture +
+                                                       "released, 4 " + picture);
 }
 
 TEST(Lifecycle, AGestureWaitsWhileAnotherRendererDraws) {

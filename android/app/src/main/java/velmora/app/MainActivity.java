@@ -187,8 +187,8 @@ public final class MainActivity extends Activity {
             choosePhoto(new Intent(MediaStore.ACTION_PICK_IMAGES));
         } catch (ActivityNotFoundException noPicker) {
             try {
-                choosePhoto(new Intent(Intent.ACTION_OPEN_DOCUMENT)
-                                .addCategory(Intent.CATEGORY_OPENABLE));
+                choosePhoto(
+                    new Intent(Intent.ACTION_OPEN_DOCUMENT).addCategory(Intent.CATEGORY_OPENABLE));
             } catch (ActivityNotFoundException noDocuments) {
                 say(R.string.no_photo_app);
             }

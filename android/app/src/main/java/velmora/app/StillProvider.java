@@ -26,8 +26,7 @@ public final class StillProvider extends ContentProvider {
     }
 
     static Uri uri(Context context, File still) {
-        return Uri.parse(
-            "content://" + context.getPackageName() + ".stills/" + still.getName());
+        return Uri.parse("content://" + context.getPackageName() + ".stills/" + still.getName());
     }
 
     private static File folder(Context context) { return new File(context.getCacheDir(), FOLDER); }

@@ -97,8 +97,8 @@ public class VelmoraView extends GLSurfaceView implements GLSurfaceView.Renderer
     /** Plays a gesture script. Throws HostException at its first faulty line. */
     public void play(String script, String name) {
         GestureScript.parse(script, name, 1, 1);
-        change(() ->
-            gesture.play(GestureScript.parse(script, name, scene.width(), scene.height())));
+        change(
+            () -> gesture.play(GestureScript.parse(script, name, scene.width(), scene.height())));
     }
 
     @Override
