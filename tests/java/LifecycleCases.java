@@ -12,18 +12,18 @@ import java.nio.file.Files;
 import java.nio.file.Path;
 import java.util.Arrays;
 import javax.imageio.ImageIO;
+import velmora.host.Backgrounds;
 import velmora.host.EffectRenderer;
 import velmora.host.EffectScene;
 import velmora.host.EffectStage;
 import velmora.host.FramePacer;
 import velmora.host.GesturePlayer;
 import velmora.host.GestureScript;
-import velmora.host.LookStore;
-import velmora.host.Pictures;
 import velmora.host.Preset;
+import velmora.host.ReflectionMap;
 import velmora.host.Setting;
 import velmora.host.Settings;
-import velmora.host.Sheen;
+import velmora.host.SettingsStore;
 import velmora.host.TouchTranslator;
 
 /**
@@ -38,7 +38,7 @@ final class LifecycleCases {
     private static final int MAX_FRAMES = 2000;
 
     private final NativeForVelmora velmora = new NativeForVelmora();
-    private final EffectRenderer renderer = new EffectRenderer(velmora, Sheen.makeBitmap());
+    private final EffectRenderer renderer = new EffectRenderer(velmora, ReflectionMap.makeBitmap());
     private final EffectStage stage = new EffectStage(renderer);
     private final String script;
     private int photo = 1;
@@ -66,8 +66,8 @@ final class LifecycleCases {
             case "settings":
                 cases.settings();
                 break;
-            case "look":
-                look(new File(arguments[2]));
+            case "store":
+                store(new File(arguments[2]));
                 break;
             case "idle":
                 cases.idle();
@@ -175,7 +175,7 @@ final class LifecycleCases {
         }
     }
 
-    private final class Photos implements Pictures {
+    private final class Photos implements Backgrounds {
         @Override
         public Bitmap background(int width, int height) {
             if (Thread.holdsLock(EffectRenderer.class)) {
@@ -224,7 +224,7 @@ final class LifecycleCases {
         window.print("context lost");
         stage.hide(window.scene);
         photo = 2;
-        window.scene.replacePictures();
+        window.scene.replaceBackgrounds();
         window.show().play(24, 4);
         window.print("photo changed");
         System.out.println("photos made " + photosMade);
@@ -243,7 +243,7 @@ final class LifecycleCases {
         stage.hide(preview.scene);
         home.play(0, 20);
         home.print("home again");
-        EffectRenderer other = new EffectRenderer(velmora, Sheen.makeBitmap());
+        EffectRenderer other = new EffectRenderer(velmora, ReflectionMap.makeBitmap());
         other.activate();
         home.scene.wake();
         System.out.println("drawn beside another " + stage.frame(time += FramePacer.FRAME_TIME));
@@ -397,7 +397,7 @@ final class LifecycleCases {
     /** The stroke as a view plays it, while another renderer is active for two frames. */
     private void player() {
         Window window = newWindow(WIDTH, HEIGHT).show();
-        EffectRenderer other = new EffectRenderer(velmora, Sheen.makeBitmap());
+        EffectRenderer other = new EffectRenderer(velmora, ReflectionMap.makeBitmap());
         GesturePlayer player = new GesturePlayer(window.scene);
         player.play(GestureScript.parse(script, "stroke", WIDTH, HEIGHT));
         window.makeCurrent();
@@ -465,10 +465,10 @@ final class LifecycleCases {
         }
     }
 
-    /** A look that a user chooses, as another process finds it. */
-    private static void look(File folder) throws IOException {
-        LookStore app = new LookStore(folder);
-        LookStore wallpaper = new LookStore(folder);
+    /** Settings and a photo that a user chooses, as another process finds them. */
+    private static void store(File folder) throws IOException {
+        SettingsStore app = new SettingsStore(folder);
+        SettingsStore wallpaper = new SettingsStore(folder);
         System.out.println(wallpaper.photo() + " " + wallpaper.presetName().isEmpty() + " "
             + wallpaper.settings().equals(new Settings()));
         Settings settings = new Settings();
@@ -483,7 +483,7 @@ final class LifecycleCases {
         saveAtOnce(app, wallpaper);
         System.out.println("files " + folder.list().length);
         saveInVain(() -> app.savePhoto(new ByteArrayInputStream(new byte[3]), file -> false));
-        Path file = folder.toPath().resolve("look.json");
+        Path file = folder.toPath().resolve("settings.json");
         Files.writeString(file, "{\"settings\": \"{ 7");
         System.out.println(wallpaper.settings().equals(new Settings()));
         Files.delete(file);
@@ -493,12 +493,12 @@ final class LifecycleCases {
         System.out.println("files " + folder.list().length);
     }
 
-    private static File savePhoto(LookStore store, int size) throws IOException {
+    private static File savePhoto(SettingsStore store, int size) throws IOException {
         return store.savePhoto(new ByteArrayInputStream(new byte[size]), file -> true);
     }
 
     /** Photos and presets that two threads save at the same time. None of them is lost. */
-    private static void saveAtOnce(LookStore store, LookStore other) throws IOException {
+    private static void saveAtOnce(SettingsStore store, SettingsStore other) throws IOException {
         Thread photos = new Thread(() -> {
             try {
                 for (int time = 1; time <= 300; ++time) {

@@ -226,10 +226,10 @@ TEST(Lifecycle, WavesGoOnUnderOtherSettings) {
     EXPECT_EQ(lifecycle("settings " STROKE_GESTURE), "finer " + digest(host));
 }
 
-TEST(Lifecycle, TheChosenLookOutlivesItsProcess) {
-    const fs::path folder = fs::current_path() / "java-look";
+TEST(Lifecycle, TheChosenSettingsOutliveTheirProcess) {
+    const fs::path folder = fs::current_path() / "java-store";
     fs::remove_all(folder);
-    EXPECT_EQ(lifecycle("look " STROKE_GESTURE " " + folder.string()),
+    EXPECT_EQ(lifecycle("store " STROKE_GESTURE " " + folder.string()),
               "null true true\n2 false my rain true 2\nfiles 2\nrefused\ntrue\nrefused\nrefused\n"
               "files 2\n");
     fs::remove_all(folder);

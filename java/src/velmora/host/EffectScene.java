@@ -37,7 +37,7 @@ public final class EffectScene {
     }
 
     private final NativeForVelmora velmora;
-    private final Pictures pictures;
+    private final Backgrounds backgrounds;
     private final Look look = new Look();
     private final float[] mvpMatrix = new float[16];
     private final List<Touch> pendingTouches = new ArrayList<>();
@@ -56,9 +56,9 @@ public final class EffectScene {
     private int rainFrames = RAIN_FRAMES;
 
     /** Makes a scene with the default settings. It is empty until its size is known. */
-    public EffectScene(NativeForVelmora velmora, Pictures pictures) {
+    public EffectScene(NativeForVelmora velmora, Backgrounds backgrounds) {
         this.velmora = velmora;
-        this.pictures = pictures;
+        this.backgrounds = backgrounds;
     }
 
     /** Sets the surface's size in pixels. An empty surface and the same size change nothing. */
@@ -74,7 +74,7 @@ public final class EffectScene {
         lastTouch = null;
         idle.fingerIsGone();
         replaceWater();
-        replacePictures();
+        replaceBackgrounds();
     }
 
     public int width() { return width; }
@@ -99,7 +99,7 @@ public final class EffectScene {
     }
 
     /** Discards the backgrounds, so that the next frame loads them again. */
-    public void replacePictures() {
+    public void replaceBackgrounds() {
         background = null;
         secondBackground = null;
         texturesAreStale = true;
@@ -165,13 +165,13 @@ public final class EffectScene {
 
     /** Returns the background. It is kept for the next context. */
     Bitmap background() {
-        background = background == null ? pictures.background(width, height) : background;
+        background = background == null ? backgrounds.background(width, height) : background;
         return background;
     }
 
     Bitmap secondBackground() {
-        secondBackground =
-            secondBackground == null ? pictures.secondBackground(width, height) : secondBackground;
+        secondBackground = secondBackground == null ? backgrounds.secondBackground(width, height)
+                                                    : secondBackground;
         return secondBackground;
     }
 

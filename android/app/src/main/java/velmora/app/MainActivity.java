@@ -30,8 +30,8 @@ import java.util.concurrent.ExecutorService;
 import java.util.concurrent.Executors;
 import velmora.android.VelmoraView;
 import velmora.android.VelmoraWallpaperService;
-import velmora.host.LookStore;
 import velmora.host.Settings;
+import velmora.host.SettingsStore;
 
 /**
  * Shows a photo under water, with the shipped presets. Photo and preset are kept in the store, so
@@ -48,7 +48,7 @@ public final class MainActivity extends Activity {
     private static MainActivity current;
 
     private final ExecutorService background = Executors.newSingleThreadExecutor();
-    private LookStore store;
+    private SettingsStore store;
     private PresetFiles presets;
     private VelmoraView water;
     private ViewGroup presetButtons;
@@ -57,7 +57,7 @@ public final class MainActivity extends Activity {
     protected void onCreate(Bundle savedState) {
         super.onCreate(savedState);
         setContentView(R.layout.main);
-        store = VelmoraWallpaperService.lookStore(this);
+        store = VelmoraWallpaperService.settingsStore(this);
         presets = new PresetFiles(getAssets());
         water = findViewById(R.id.water);
         presetButtons = findViewById(R.id.presets);

@@ -12,9 +12,9 @@ import java.nio.charset.StandardCharsets;
 import java.util.ArrayList;
 import java.util.Collections;
 import java.util.List;
-import velmora.host.LookStore;
 import velmora.host.Preset;
 import velmora.host.Settings;
+import velmora.host.SettingsStore;
 
 /** The shipped presets, each a JSON file with a picture beside it. */
 final class PresetFiles {
@@ -50,7 +50,7 @@ final class PresetFiles {
     String read(String file) throws IOException {
         try (InputStream in = open(file)) {
             ByteArrayOutputStream bytes = new ByteArrayOutputStream();
-            LookStore.copy(in, bytes);
+            SettingsStore.copy(in, bytes);
             return new String(bytes.toByteArray(), StandardCharsets.UTF_8);
         }
     }

@@ -12,13 +12,13 @@ import android.media.ExifInterface;
 import android.os.Build;
 import java.io.File;
 import java.io.IOException;
-import velmora.host.Pictures;
+import velmora.host.Backgrounds;
 
 /**
  * A photo as the backgrounds of a screen. The library reads the pixels on the processor, so each
  * background is drawn into a software bitmap: ARGB_8888, opaque and unscaled.
  */
-final class Photos implements Pictures {
+final class Photos implements Backgrounds {
     /** Pixels of the screen per pixel of the second background, which has no detail. */
     private static final int SECOND_SCALE = 16;
 
@@ -130,29 +130,29 @@ final class Photos implements Pictures {
         return turn;
     }
 
-    /** Turns the picture, scales it to cover the screen and crops both sides evenly. */
-    private static Bitmap cover(Bitmap picture, Matrix turn, int width, int height) {
-        float[] corner = {picture.getWidth(), picture.getHeight()};
+    /** Turns the photo, scales it to cover the screen and crops both sides evenly. */
+    private static Bitmap cover(Bitmap decoded, Matrix turn, int width, int height) {
+        float[] corner = {decoded.getWidth(), decoded.getHeight()};
         turn.mapVectors(corner);
         float columns = Math.abs(corner[0]);
         float rows = Math.abs(corner[1]);
         float scale = Math.max(width / columns, height / rows);
         Matrix covering = new Matrix();
-        covering.setTranslate(-picture.getWidth() / 2.0f, -picture.getHeight() / 2.0f);
+        covering.setTranslate(-decoded.getWidth() / 2.0f, -decoded.getHeight() / 2.0f);
         covering.postConcat(turn);
         covering.postScale(scale, scale);
         covering.postTranslate(width / 2.0f, height / 2.0f);
         Bitmap covered = newBitmap(width, height);
-        new Canvas(covered).drawBitmap(picture, covering, new Paint(Paint.FILTER_BITMAP_FLAG));
+        new Canvas(covered).drawBitmap(decoded, covering, new Paint(Paint.FILTER_BITMAP_FLAG));
         return covered;
     }
 
     private static Bitmap dusk(int width, int height) {
-        Bitmap picture = newBitmap(width, height);
+        Bitmap gradient = newBitmap(width, height);
         Paint paint = new Paint();
         paint.setShader(new LinearGradient(0, 0, 0, height, DUSK, null, Shader.TileMode.CLAMP));
-        new Canvas(picture).drawPaint(paint);
-        return picture;
+        new Canvas(gradient).drawPaint(paint);
+        return gradient;
     }
 
     private static Bitmap newBitmap(int width, int height) {

@@ -19,9 +19,9 @@ import velmora.host.EffectScene;
 import velmora.host.FramePacer;
 import velmora.host.GesturePlayer;
 import velmora.host.GestureScript;
+import velmora.host.ReflectionMap;
 import velmora.host.Setting;
 import velmora.host.Settings;
-import velmora.host.Sheen;
 import velmora.host.TouchTranslator;
 
 /**
@@ -33,7 +33,7 @@ import velmora.host.TouchTranslator;
  */
 public class VelmoraView extends GLSurfaceView implements GLSurfaceView.Renderer {
     private final NativeForVelmora velmora = new NativeForVelmora();
-    private final EffectRenderer renderer = new EffectRenderer(velmora, Sheen.makeBitmap());
+    private final EffectRenderer renderer = new EffectRenderer(velmora, ReflectionMap.makeBitmap());
     private final Photos photos = new Photos();
     private final EffectScene scene = new EffectScene(velmora, photos);
     private final TouchTranslator touches = new TouchTranslator();
@@ -87,7 +87,7 @@ public class VelmoraView extends GLSurfaceView implements GLSurfaceView.Renderer
         photo = newPhoto;
         change(() -> {
             photos.setPhoto(newPhoto);
-            scene.replacePictures();
+            scene.replaceBackgrounds();
         });
     }
 

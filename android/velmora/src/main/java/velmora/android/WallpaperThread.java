@@ -14,7 +14,7 @@ import java.util.concurrent.CountDownLatch;
 import velmora.host.EffectRenderer;
 import velmora.host.EffectScene;
 import velmora.host.EffectStage;
-import velmora.host.Sheen;
+import velmora.host.ReflectionMap;
 
 /**
  * The GL thread of all wallpaper engines of the process. The system runs several engines in one
@@ -25,7 +25,7 @@ final class WallpaperThread {
     private static WallpaperThread shared;
 
     private final NativeForVelmora velmora = new NativeForVelmora();
-    private final EffectRenderer renderer = new EffectRenderer(velmora, Sheen.makeBitmap());
+    private final EffectRenderer renderer = new EffectRenderer(velmora, ReflectionMap.makeBitmap());
     private final EffectStage stage = new EffectStage(renderer);
     private final EglContext egl = new EglContext();
     private final List<Window> windows = new ArrayList<>();

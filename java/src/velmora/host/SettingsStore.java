@@ -16,7 +16,7 @@ import org.json.JSONObject;
  * The user's choice on disk: the preset's name, the settings and a copy of the photo. One process
  * writes, from any thread, and others read: files are replaced as a whole.
  */
-public final class LookStore {
+public final class SettingsStore {
     private static final String PRESET = "preset";
     private static final String SETTINGS = "settings";
     private static final String PHOTO = "photo";
@@ -24,7 +24,7 @@ public final class LookStore {
 
     private final File folder;
 
-    public LookStore(File folder) { this.folder = folder; }
+    public SettingsStore(File folder) { this.folder = folder; }
 
     /** Returns the name of the chosen preset, or an empty string. */
     public String presetName() { return read().optString(PRESET, ""); }
@@ -73,7 +73,7 @@ public final class LookStore {
     }
 
     private void replacePhoto(File copy) throws IOException {
-        synchronized (LookStore.class) {
+        synchronized (SettingsStore.class) {
             File old = photo();
             write(PHOTO, copy.getName());
             if (old != null) {
@@ -102,22 +102,22 @@ public final class LookStore {
 
     /** Writes members over those on disk. The threads of an activity save at the same time. */
     private void write(String... membersAndValues) throws IOException {
-        synchronized (LookStore.class) {
+        synchronized (SettingsStore.class) {
             makeFolder();
-            JSONObject look = read();
+            JSONObject stored = read();
             try {
                 for (int at = 0; at < membersAndValues.length; at += 2) {
-                    look.put(membersAndValues[at], membersAndValues[at + 1]);
+                    stored.put(membersAndValues[at], membersAndValues[at + 1]);
                 }
             } catch (JSONException error) {
                 throw new IllegalStateException(error);
             }
-            replaceFile(look.toString().getBytes(StandardCharsets.UTF_8));
+            replaceFile(stored.toString().getBytes(StandardCharsets.UTF_8));
         }
     }
 
     private void replaceFile(byte[] content) throws IOException {
-        File whole = File.createTempFile("look-", "", folder);
+        File whole = File.createTempFile("settings-", "", folder);
         try {
             try (FileOutputStream out = new FileOutputStream(whole)) {
                 out.write(content);
@@ -137,5 +137,5 @@ public final class LookStore {
         }
     }
 
-    private File file() { return new File(folder, "look.json"); }
+    private File file() { return new File(folder, "settings.json"); }
 }
