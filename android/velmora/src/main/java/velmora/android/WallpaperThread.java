@@ -83,7 +83,10 @@ final class WallpaperThread {
         }
 
         /** Draws one frame now, since the system waits for it. */
-        void redraw() { stage.drawNow(scene, this, System.nanoTime()); }
+        void redraw() {
+            stage.drawNow(scene, this, System.nanoTime());
+            waitForVsync();
+        }
 
         void removeSurface() {
             if (eglSurface != EGL14.EGL_NO_SURFACE) {
