@@ -111,7 +111,7 @@ final class LifecycleCases {
             return this;
         }
 
-        /** Plays the stroke, or rests while `from` lies behind it, on a display of 60 Hz. */
+        /** Plays the stroke, or nothing after its end, on a display of 60 Hz. */
         void play(int from, int count) {
             GestureScript stroke = GestureScript.parse(script, "stroke", width, height);
             for (int frame = from; frame < from + count; ++frame) {
@@ -349,26 +349,26 @@ final class LifecycleCases {
         window.play(0, 13);
         stage.hide(window.scene);
         window.show();
-        drawUntilRest();
-        window.print("rest after " + frames);
+        drawUntilIdle();
+        window.print("idle after " + frames);
         window.play(14, 100);
-        System.out.println("frames at rest " + frames);
+        System.out.println("frames while idle " + frames);
         window.play(0, 10);
         stage.hide(newWindow(WIDTH, HEIGHT).show().scene);
-        drawUntilRest();
-        window.print("rest again after " + frames);
+        drawUntilIdle();
+        window.print("idle again after " + frames);
         Window preview = newWindow(WIDTH, HEIGHT).show();
-        drawUntilRest();
+        drawUntilIdle();
         frames = 0;
         stage.drawNow(window.scene, window, time);
         System.out.println("frames behind the preview " + frames);
         stage.hide(preview.scene);
-        drawUntilRest();
+        drawUntilIdle();
         window.print("frames after the preview " + frames);
         window.play(0, 14);
         window.changeSurface(WIDTH, HEIGHT / 2);
         frames = 0;
-        drawUntilRest();
+        drawUntilIdle();
         System.out.println("frames after a rotation " + frames);
         stage.hide(window.scene);
         stage.drawNow(window.scene, window, time);
@@ -378,19 +378,19 @@ final class LifecycleCases {
     /** An idle screen whose context, frame or renderer is lost. */
     private void losses() {
         Window window = newWindow(WIDTH, HEIGHT).show();
-        drawUntilRest();
+        drawUntilIdle();
         window.print("idle after " + frames);
         window.loseContext();
         window.scene.wake();
-        drawUntilRest();
+        drawUntilIdle();
         window.print("context lost, " + frames);
         window.losesFrame = true;
         window.scene.wake();
-        drawUntilRest();
+        drawUntilIdle();
         window.print("frame lost, " + frames);
         renderer.release();
         window.scene.wake();
-        drawUntilRest();
+        drawUntilIdle();
         window.print("released, " + frames);
     }
 
@@ -416,7 +416,7 @@ final class LifecycleCases {
         System.out.println(player.plays());
     }
 
-    private void drawUntilRest() {
+    private void drawUntilIdle() {
         while (stage.frame(time += FramePacer.FRAME_TIME) && frames < MAX_FRAMES) {
         }
     }
@@ -458,7 +458,7 @@ final class LifecycleCases {
     private void rainEnds() {
         Window window = newRain();
         for (int times = 0; times < 2; ++times) {
-            drawUntilRest();
+            drawUntilIdle();
             System.out.println(frames > 1200 && frames < MAX_FRAMES);
             frames = 0;
             window.show();

@@ -139,7 +139,7 @@ TEST(Lifecycle, AFastDisplayShowsSixtyFramesASecond) {
 }
 
 /// Draws on after a frame with the last touch until ink and water are calm; returns the frames drawn.
-int drawUntilRest(EffectHost& host, int frames) {
+int drawUntilIdle(EffectHost& host, int frames) {
     // A tap's 13 frames, 35 before the fade and 68 of fade; one of them is drawn.
     const int clearFrame = frames - 1 + 13 + 35 + 68;
     for (; frames < clearFrame; ++frames) {
@@ -154,7 +154,7 @@ int drawUntilRest(EffectHost& host, int frames) {
     return frames;
 }
 
-TEST(Lifecycle, DrawsNothingAtRest) {
+TEST(Lifecycle, DrawsNothingWhileIdle) {
     EffectHost host({.width = width / 2,
                      .height = height / 2,
                      .look = {.moveRipple = 2.4f * (0.4f / 2.4f)},
@@ -162,14 +162,14 @@ TEST(Lifecycle, DrawsNothingAtRest) {
                                .waveSpeed = 0.365f * 0.4f * 0.365f * 0.4f,
                                .rippleRadius = 0.8}});
     play(host, 0, 14);
-    const int frames = drawUntilRest(host, 14);
-    const std::string rest = std::to_string(frames);
+    const int frames = drawUntilIdle(host, 14);
+    const std::string drawn = std::to_string(frames);
     std::string expected =
-        "rest after " + rest + " " + digest(host) + "frames at rest " + rest + "\n";
+        "idle after " + drawn + " " + digest(host) + "frames while idle " + drawn + "\n";
     play(host, 1, 9);
     host.touch({TouchAction::up, 65, 80, 0.6f});
     host.frame();
-    expected += "rest again after " + std::to_string(drawUntilRest(host, frames + 10)) + " ";
+    expected += "idle again after " + std::to_string(drawUntilIdle(host, frames + 10)) + " ";
     expected += digest(host) + "frames behind the preview 0\nframes after the preview 1 " +
                 digest(host) + "frames after a rotation 1\nframes while nothing is shown 2\n";
     EXPECT_EQ(lifecycle("idle " STROKE_GESTURE), expected);
