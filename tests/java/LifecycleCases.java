@@ -435,7 +435,7 @@ final class LifecycleCases {
     private Window newRain() {
         Window window = newWindow(WIDTH / 2, HEIGHT / 2).show();
         Settings rain = new Settings();
-        rain.set(Setting.RAIN, 60.0f);
+        rain.set(Setting.RAIN, 40.0f);
         rain.set(Setting.MESH_DETAIL, 24);
         rain.set(Setting.WATER_ONLY, 1);
         window.scene.setSettings(rain);
