@@ -28,8 +28,8 @@ import velmora.host.TouchTranslator;
  * The effect in an activity: a photo under water that reacts to touches. Call onPause and onResume
  * from the activity. One view of a process draws at a time, the last one that was resumed.
  *
- * <p>The GL thread owns the scene. It draws when it is asked to, up to 60 times a second, and it
- * is not asked while the screen does not change.
+ * <p>The GL thread owns the scene. It draws on request, up to 60 times a second. While the screen is
+ * idle, nothing requests a frame.
  */
 public class VelmoraView extends GLSurfaceView implements GLSurfaceView.Renderer {
     private final NativeForVelmora velmora = new NativeForVelmora();
