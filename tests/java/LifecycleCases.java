@@ -6,22 +6,24 @@ import com.sun.management.ThreadMXBean;
 import java.io.ByteArrayInputStream;
 import java.io.File;
 import java.io.IOException;
+import java.io.UncheckedIOException;
 import java.lang.management.ManagementFactory;
 import java.nio.file.Files;
 import java.nio.file.Path;
 import java.util.Arrays;
 import javax.imageio.ImageIO;
+import velmora.host.Backgrounds;
 import velmora.host.EffectRenderer;
 import velmora.host.EffectScene;
 import velmora.host.EffectStage;
 import velmora.host.FramePacer;
+import velmora.host.GesturePlayer;
 import velmora.host.GestureScript;
-import velmora.host.LookStore;
-import velmora.host.Pictures;
 import velmora.host.Preset;
+import velmora.host.ReflectionMap;
 import velmora.host.Setting;
 import velmora.host.Settings;
-import velmora.host.Sheen;
+import velmora.host.SettingsStore;
 import velmora.host.TouchTranslator;
 
 /**
@@ -32,8 +34,11 @@ final class LifecycleCases {
     private static final int WIDTH = 180;
     private static final int HEIGHT = 320;
 
+    /** More frames than any case draws until the screen is idle. */
+    private static final int MAX_FRAMES = 2000;
+
     private final NativeForVelmora velmora = new NativeForVelmora();
-    private final EffectRenderer renderer = new EffectRenderer(velmora, Sheen.makeBitmap());
+    private final EffectRenderer renderer = new EffectRenderer(velmora, ReflectionMap.makeBitmap());
     private final EffectStage stage = new EffectStage(renderer);
     private final String script;
     private int photo = 1;
@@ -61,11 +66,23 @@ final class LifecycleCases {
             case "settings":
                 cases.settings();
                 break;
-            case "look":
-                look(new File(arguments[2]));
+            case "store":
+                store(new File(arguments[2]));
                 break;
             case "idle":
                 cases.idle();
+                break;
+            case "rain":
+                cases.rain(Long.parseLong(arguments[2]), Long.parseLong(arguments[3]));
+                break;
+            case "losses":
+                cases.losses();
+                break;
+            case "player":
+                cases.player();
+                break;
+            case "rain ends":
+                cases.rainEnds();
                 break;
             default:
                 cases.presets(arguments);
@@ -78,6 +95,8 @@ final class LifecycleCases {
         private int width;
         private int height;
         private long surface;
+        private boolean isLost;
+        private boolean losesFrame;
 
         /** The platform's surfaceChanged, with a new surface of the current context. */
         void changeSurface(int newWidth, int newHeight) {
@@ -92,7 +111,7 @@ final class LifecycleCases {
             return this;
         }
 
-        /** Plays the stroke, or rests while `from` lies behind it, on a display of 60 Hz. */
+        /** Plays the stroke, or nothing after its end, on a display of 60 Hz. */
         void play(int from, int count) {
             GestureScript stroke = GestureScript.parse(script, "stroke", width, height);
             for (int frame = from; frame < from + count; ++frame) {
@@ -108,13 +127,26 @@ final class LifecycleCases {
 
         @Override
         public boolean makeCurrent() {
-            HostKit.useSurface(surface);
-            return true;
+            if (!isLost) {
+                HostKit.useSurface(surface);
+            }
+            return !isLost;
         }
 
         @Override
-        public void present() {
-            ++frames;
+        public boolean present() {
+            isLost = losesFrame;
+            losesFrame = false;
+            frames += isLost ? 0 : 1;
+            return !isLost;
+        }
+
+        @Override
+        public void discardLost() {
+            HostKit.createContext(1, 1);
+            renderer.contextCreated();
+            surface = HostKit.createSurface(width, height);
+            isLost = false;
         }
 
         @Override
@@ -139,15 +171,16 @@ final class LifecycleCases {
 
         @Override
         public void loseContext() {
-            HostKit.createContext(1, 1);
-            renderer.contextCreated();
-            surface = HostKit.createSurface(width, height);
+            isLost = true;
         }
     }
 
-    private final class Photos implements Pictures {
+    private final class Photos implements Backgrounds {
         @Override
         public Bitmap background(int width, int height) {
+            if (Thread.holdsLock(EffectRenderer.class)) {
+                throw new AssertionError("expected no lock, for which the UI thread waits");
+            }
             ++photosMade;
             return Picture.testPicture(width, photo * height).toBitmap();
         }
@@ -191,7 +224,7 @@ final class LifecycleCases {
         window.print("context lost");
         stage.hide(window.scene);
         photo = 2;
-        window.scene.replacePictures();
+        window.scene.replaceBackgrounds();
         window.show().play(24, 4);
         window.print("photo changed");
         System.out.println("photos made " + photosMade);
@@ -210,11 +243,15 @@ final class LifecycleCases {
         stage.hide(preview.scene);
         home.play(0, 20);
         home.print("home again");
-        EffectRenderer other = new EffectRenderer(velmora, Sheen.makeBitmap());
+        EffectRenderer other = new EffectRenderer(velmora, ReflectionMap.makeBitmap());
         other.activate();
-        System.out.println("drawn beside another " + renderer.drawFrame(home.scene, time));
+        home.scene.wake();
+        System.out.println("drawn beside another " + stage.frame(time += FramePacer.FRAME_TIME));
+        HostKit.useSurface(preview.surface);
+        other.drawFrame(preview.scene, time);
         renderer.activate();
-        System.out.println("drawn in its stead " + renderer.drawFrame(home.scene, time));
+        home.play(20, 1);
+        home.print("drawn in its stead");
     }
 
     /** A second finger comes, the first leaves, the second moves on and leaves; then a tap. */
@@ -225,14 +262,20 @@ final class LifecycleCases {
             {6, 1, 0, 60, 240}, {3, 0, 0, 60, 240}, {0, 4, 4, 100, 60}, {1, 4, 4, 100, 60}};
         Window window = newWindow(WIDTH, HEIGHT).show();
         TouchTranslator translator = new TouchTranslator();
+        Settings settings = new Settings();
+        settings.set(Setting.PRESSURE, 0.6f);
         for (int[] event : events) {
             int action = translator.translate(event[0], event[1]);
             if (action != TouchTranslator.IGNORED) {
-                window.touch(action, event[3], event[4], 0.6f);
+                float reported = event[1] == 4 ? 0.3f : 1.0f;
+                float pressure = TouchTranslator.pressure(reported, settings);
+                window.touch(action, event[3], event[4], pressure);
             }
             window.play(100, 2);
         }
         window.print("fingers");
+        System.out.println("pressure " + TouchTranslator.pressure(1.0f, settings) + " "
+            + TouchTranslator.pressure(0.3f, settings));
         window.touch(NativeForVelmora.ACTION_DOWN, 100, 60, 0.6f);
         ThreadMXBean thread = (ThreadMXBean) ManagementFactory.getThreadMXBean();
         long bytes = thread.getCurrentThreadAllocatedBytes();
@@ -306,18 +349,75 @@ final class LifecycleCases {
         window.play(0, 13);
         stage.hide(window.scene);
         window.show();
-        drawUntilRest();
-        window.print("rest after " + frames);
+        drawUntilIdle();
+        window.print("idle after " + frames);
         window.play(14, 100);
-        System.out.println("frames at rest " + frames);
+        System.out.println("frames while idle " + frames);
         window.play(0, 10);
         stage.hide(newWindow(WIDTH, HEIGHT).show().scene);
-        drawUntilRest();
-        window.print("rest again after " + frames);
+        drawUntilIdle();
+        window.print("idle again after " + frames);
+        Window preview = newWindow(WIDTH, HEIGHT).show();
+        drawUntilIdle();
+        frames = 0;
+        stage.drawNow(window.scene, window, time);
+        System.out.println("frames behind the preview " + frames);
+        stage.hide(preview.scene);
+        drawUntilIdle();
+        window.print("frames after the preview " + frames);
+        window.play(0, 14);
+        window.changeSurface(WIDTH, HEIGHT / 2);
+        frames = 0;
+        drawUntilIdle();
+        System.out.println("frames after a rotation " + frames);
+        stage.hide(window.scene);
+        stage.drawNow(window.scene, window, time);
+        System.out.println("frames while nothing is shown " + frames);
     }
 
-    private void drawUntilRest() {
-        while (stage.frame(time += FramePacer.FRAME_TIME) && frames < 1000) {
+    /** An idle screen whose context, frame or renderer is lost. */
+    private void losses() {
+        Window window = newWindow(WIDTH, HEIGHT).show();
+        drawUntilIdle();
+        window.print("idle after " + frames);
+        window.loseContext();
+        window.scene.wake();
+        drawUntilIdle();
+        window.print("context lost, " + frames);
+        window.losesFrame = true;
+        window.scene.wake();
+        drawUntilIdle();
+        window.print("frame lost, " + frames);
+        renderer.release();
+        window.scene.wake();
+        drawUntilIdle();
+        window.print("released, " + frames);
+    }
+
+    /** The stroke as a view plays it, while another renderer is active for two frames. */
+    private void player() {
+        Window window = newWindow(WIDTH, HEIGHT).show();
+        EffectRenderer other = new EffectRenderer(velmora, ReflectionMap.makeBitmap());
+        GesturePlayer player = new GesturePlayer(window.scene);
+        player.play(GestureScript.parse(script, "stroke", WIDTH, HEIGHT));
+        window.makeCurrent();
+        for (int frame = 0; frame < 22; ++frame) {
+            if (frame == 5) {
+                other.activate();
+            } else if (frame == 7) {
+                other.release();
+            }
+            if (renderer.drawFrame(window.scene, time += FramePacer.FRAME_TIME)) {
+                player.frameDrawn();
+            }
+        }
+        window.print("played");
+        player.stop();
+        System.out.println(player.plays());
+    }
+
+    private void drawUntilIdle() {
+        while (stage.frame(time += FramePacer.FRAME_TIME) && frames < MAX_FRAMES) {
         }
     }
 
@@ -332,23 +432,105 @@ final class LifecycleCases {
         window.print("finer");
     }
 
-    /** A look that a user chooses, as another process finds it. */
-    private static void look(File folder) throws IOException {
-        LookStore app = new LookStore(folder);
-        LookStore wallpaper = new LookStore(folder);
+    private Window newRain() {
+        Window window = newWindow(WIDTH / 2, HEIGHT / 2).show();
+        Settings rain = new Settings();
+        rain.set(Setting.RAIN, 40.0f);
+        rain.set(Setting.MESH_DETAIL, 24);
+        rain.set(Setting.WATER_ONLY, 1);
+        window.scene.setSettings(rain);
+        return window;
+    }
+
+    /** Rain on a screen that is hidden and drawn at once when it is shown. Times in nanoseconds. */
+    private void rain(long drawnAfter, long pause) {
+        Window window = newRain();
+        window.play(30, 10);
+        stage.hide(window.scene);
+        window.show();
+        stage.drawNow(window.scene, window, time + drawnAfter);
+        time += pause;
+        window.play(30, 10);
+        window.print("rain");
+    }
+
+    /** Rain after the last touch, until the screen is idle. */
+    private void rainEnds() {
+        Window window = newRain();
+        for (int times = 0; times < 2; ++times) {
+            drawUntilIdle();
+            System.out.println(frames > 1200 && frames < MAX_FRAMES);
+            frames = 0;
+            window.show();
+        }
+    }
+
+    /** Settings and a photo that a user chooses, as another process finds them. */
+    private static void store(File folder) throws IOException {
+        SettingsStore app = new SettingsStore(folder);
+        SettingsStore wallpaper = new SettingsStore(folder);
         System.out.println(wallpaper.photo() + " " + wallpaper.presetName().isEmpty() + " "
             + wallpaper.settings().equals(new Settings()));
         Settings settings = new Settings();
         settings.set(Setting.RAIN, 3.5f);
         settings.setInk(0.1f, 0.2f, 0.3f);
-        File first = app.savePhoto(new ByteArrayInputStream(new byte[] {1}));
+        File first = savePhoto(app, 1);
         app.savePreset("my rain", settings);
-        app.savePhoto(new ByteArrayInputStream(new byte[] {2, 3}));
+        savePhoto(app, 2);
         System.out.println(wallpaper.photo().length() + " " + first.exists() + " "
             + wallpaper.presetName() + " " + wallpaper.settings().equals(settings) + " "
             + folder.list().length);
-        Files.writeString(folder.toPath().resolve("look.json"), "{\"settings\": \"{ 7");
+        saveAtOnce(app, wallpaper);
+        System.out.println("files " + folder.list().length);
+        saveInVain(() -> app.savePhoto(new ByteArrayInputStream(new byte[3]), file -> false));
+        Path file = folder.toPath().resolve("settings.json");
+        Files.writeString(file, "{\"settings\": \"{ 7");
         System.out.println(wallpaper.settings().equals(new Settings()));
+        Files.delete(file);
+        Files.createDirectories(file.resolve("blocks"));
+        saveInVain(() -> app.savePreset("lost", settings));
+        saveInVain(() -> savePhoto(app, 4));
+        System.out.println("files " + folder.list().length);
+    }
+
+    private static File savePhoto(SettingsStore store, int size) throws IOException {
+        return store.savePhoto(new ByteArrayInputStream(new byte[size]), file -> true);
+    }
+
+    /** Photos and presets that two threads save at the same time. None of them is lost. */
+    private static void saveAtOnce(SettingsStore store, SettingsStore other) throws IOException {
+        Thread photos = new Thread(() -> {
+            try {
+                for (int time = 1; time <= 300; ++time) {
+                    File saved = savePhoto(other, time);
+                    if (!saved.equals(other.photo())) {
+                        System.out.println("lost photo " + time);
+                    }
+                }
+            } catch (IOException error) {
+                throw new UncheckedIOException(error);
+            }
+        });
+        photos.start();
+        for (int time = 0; photos.isAlive(); ++time) {
+            store.savePreset("preset " + time, new Settings());
+            if (!store.presetName().equals("preset " + time)) {
+                System.out.println("lost preset " + time);
+            }
+        }
+    }
+
+    private interface Saving {
+        void run() throws IOException;
+    }
+
+    private static void saveInVain(Saving saving) {
+        try {
+            saving.run();
+            System.out.println("saved");
+        } catch (IOException expected) {
+            System.out.println("refused");
+        }
     }
 
     /** Compares presets, given as pairs of a preset and the player's picture after 24 frames. */

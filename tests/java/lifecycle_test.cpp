@@ -83,9 +83,16 @@ TEST(Lifecycle, OnlyTheScreenShownLastDraws) {
     home.clearInk();
     home.touch({TouchAction::up, 96, 150, 0.6f});  // the preview hid the rest of the stroke
     play(home, 0, 20);
-    expected += "home again " + digest(home);
+    expected += "home again " + digest(home) + "drawn beside another false\n";
+    EffectHost others({.width = 120, .height = 200});
+    others.clearInk();
+    others.frame();
+    hostkit::native::onInitSetting(home.jni().env(), nullptr, width, height, JNI_TRUE);
+    home.loseContext();
+    home.clearInk();
+    home.frame({}, 2 * hostkit::displayedFrame);
     EXPECT_EQ(lifecycle("engines " STROKE_GESTURE),
-              expected + "drawn beside another false\ndrawn in its stead true\n");
+              expected + "drawn in its stead " + digest(home));
 }
 
 TEST(Lifecycle, TheFirstFingerAloneTouches) {
@@ -103,8 +110,8 @@ TEST(Lifecycle, TheFirstFingerAloneTouches) {
                                {},
                                {},
                                {TouchAction::cancel, 60, 240, 0.6f},
-                               {TouchAction::down, 100, 60, 0.6f},
-                               {TouchAction::up, 100, 60, 0.6f}}) {
+                               {TouchAction::down, 100, 60, 0.3f},
+                               {TouchAction::up, 100, 60, 0.3f}}) {
         if (touch.pressure > 0.0f) {
             host.touch(touch);
         }
@@ -112,7 +119,7 @@ TEST(Lifecycle, TheFirstFingerAloneTouches) {
         host.frame();
     }
     EXPECT_EQ(lifecycle("fingers " STROKE_GESTURE),
-              "fingers " + digest(host) + "a frame allocates little true\n");
+              "fingers " + digest(host) + "pressure 0.6 0.3\na frame allocates little true\n");
 }
 
 TEST(Lifecycle, AFastDisplayShowsSixtyFramesASecond) {
@@ -132,7 +139,7 @@ TEST(Lifecycle, AFastDisplayShowsSixtyFramesASecond) {
 }
 
 /// Draws on after a frame with the last touch until ink and water are calm; returns the frames drawn.
-int drawUntilRest(EffectHost& host, int frames) {
+int drawUntilIdle(EffectHost& host, int frames) {
     // A tap's 13 frames, 35 before the fade and 68 of fade; one of them is drawn.
     const int clearFrame = frames - 1 + 13 + 35 + 68;
     for (; frames < clearFrame; ++frames) {
@@ -147,7 +154,7 @@ int drawUntilRest(EffectHost& host, int frames) {
     return frames;
 }
 
-TEST(Lifecycle, DrawsNothingAtRest) {
+TEST(Lifecycle, DrawsNothingWhileIdle) {
     EffectHost host({.width = width / 2,
                      .height = height / 2,
                      .look = {.moveRipple = 2.4f * (0.4f / 2.4f)},
@@ -155,15 +162,87 @@ TEST(Lifecycle, DrawsNothingAtRest) {
                                .waveSpeed = 0.365f * 0.4f * 0.365f * 0.4f,
                                .rippleRadius = 0.8}});
     play(host, 0, 14);
-    const int frames = drawUntilRest(host, 14);
-    const std::string rest = std::to_string(frames);
+    const int frames = drawUntilIdle(host, 14);
+    const std::string drawn = std::to_string(frames);
     std::string expected =
-        "rest after " + rest + " " + digest(host) + "frames at rest " + rest + "\n";
+        "idle after " + drawn + " " + digest(host) + "frames while idle " + drawn + "\n";
     play(host, 1, 9);
     host.touch({TouchAction::up, 65, 80, 0.6f});
     host.frame();
-    expected += "rest again after " + std::to_string(drawUntilRest(host, frames + 10)) + " ";
-    EXPECT_EQ(lifecycle("idle " STROKE_GESTURE), expected + digest(host));
+    expected += "idle again after " + std::to_string(drawUntilIdle(host, frames + 10)) + " ";
+    expected += digest(host) + "frames behind the preview 0\nframes after the preview 1 " +
+                digest(host) + "frames after a rotation 1\nframes while nothing is shown 2\n";
+    EXPECT_EQ(lifecycle("idle " STROKE_GESTURE), expected);
+}
+
+TEST(Lifecycle, ALossOnAnIdleScreenCostsOneFrame) {
+    EffectHost host({.width = width, .height = height});
+    host.frame();
+    const std::string picture = digest(host);
+    EXPECT_EQ(lifecycle("losses " STROKE_GESTURE), "idle after 1 " + picture + "context lost, 2 " +
+                                                       picture + "frame lost, 3 " + picture +
+                                                       "released, 4 " + picture);
+}
+
+TEST(Lifecycle, AGestureWaitsWhileAnotherRendererDraws) {
+    EffectHost host({.width = width, .height = height});
+    play(host, 0, 5);
+    hostkit::native::onInitSetting(host.jni().env(), nullptr, width, height, JNI_TRUE);
+    host.loseContext();
+    host.clearInk();
+    play(host, 5, 1, 3 * hostkit::displayedFrame);
+    play(host, 6, 14);
+    EXPECT_EQ(lifecycle("player " STROKE_GESTURE), "played " + digest(host) + "false\n");
+}
+
+/// Draws a frame with the rain of the Java host, 40 drops a second.
+class RainyHost {
+public:
+    void frame(std::chrono::nanoseconds elapsed) {
+        dropsDue += 40.0 * (static_cast<double>(elapsed.count()) / 1e9);
+        for (; dropsDue >= 1.0; dropsDue -= 1.0) {
+            const double x = chance() * host.width();
+            const double y = chance() * host.height();
+            const float strength = static_cast<float>(0.15 + 0.35 * chance()) * 2.4f;
+            hostkit::rippleAt(host.water(), host.jni(), x, y, strength);
+        }
+        host.frame({}, elapsed);
+    }
+
+    EffectHost host{{.width = width / 2,
+                     .height = height / 2,
+                     .inkEnabled = false,
+                     .water = {.shortSideCells = 24,
+                               .waveSpeed = 0.365f * 0.4f * 0.365f * 0.4f,
+                               .rippleRadius = 0.8}}};
+
+private:
+    double chance() {
+        seed = seed * 1664525u + 1013904223u;
+        return static_cast<double>(seed >> 8) / (1 << 24);
+    }
+
+    double dropsDue = 0.0;
+    std::uint32_t seed = 1;
+};
+
+TEST(Lifecycle, RainDoesNotCatchUpWithAPause) {
+    constexpr auto frame = hostkit::displayedFrame;
+    RainyHost rainy;
+    for (int number = 0; number < 21; ++number) {
+        rainy.frame(number == 10 ? 4 * frame : frame);
+    }
+    const auto rain = [](std::chrono::nanoseconds drawnAfter, std::chrono::nanoseconds pause) {
+        return lifecycle("rain " STROKE_GESTURE " " + std::to_string(drawnAfter.count()) + " " +
+                         std::to_string(pause.count()));
+    };
+    EXPECT_EQ(rain(std::chrono::hours(1), std::chrono::hours(1)), "rain " + digest(rainy.host));
+    // A frame that is drawn ahead of the display's frames does not turn the time back.
+    EXPECT_EQ(rain(3 * frame, frame * 0), rain(3 * frame, 2 * frame));
+}
+
+TEST(Lifecycle, RainEndsSomeTimeAfterTheLastTouch) {
+    EXPECT_EQ(lifecycle("'rain ends' " STROKE_GESTURE), "true\ntrue\n");
 }
 
 TEST(Lifecycle, WavesGoOnUnderOtherSettings) {
@@ -179,11 +258,12 @@ TEST(Lifecycle, WavesGoOnUnderOtherSettings) {
     EXPECT_EQ(lifecycle("settings " STROKE_GESTURE), "finer " + digest(host));
 }
 
-TEST(Lifecycle, TheChosenLookOutlivesItsProcess) {
-    const fs::path folder = fs::current_path() / "java-look";
+TEST(Lifecycle, TheChosenSettingsOutliveTheirProcess) {
+    const fs::path folder = fs::current_path() / "java-store";
     fs::remove_all(folder);
-    EXPECT_EQ(lifecycle("look " STROKE_GESTURE " " + folder.string()),
-              "null true true\n2 false my rain true 2\ntrue\n");
+    EXPECT_EQ(lifecycle("store " STROKE_GESTURE " " + folder.string()),
+              "null true true\n2 false my rain true 2\nfiles 2\nrefused\ntrue\nrefused\nrefused\n"
+              "files 2\n");
     fs::remove_all(folder);
 }
 

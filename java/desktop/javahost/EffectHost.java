@@ -2,19 +2,19 @@ package javahost;
 
 import android.graphics.Bitmap;
 import com.corvane.android.visualeffect.lock.velmora.NativeForVelmora;
+import velmora.host.Backgrounds;
 import velmora.host.EffectRenderer;
 import velmora.host.EffectScene;
 import velmora.host.FramePacer;
 import velmora.host.GestureScript;
-import velmora.host.Pictures;
-import velmora.host.Sheen;
+import velmora.host.ReflectionMap;
 
 /** One scene in an off-screen GL context, drawn frame by frame. Everything runs on one thread. */
 final class EffectHost implements GestureScript.Target, AutoCloseable {
     private final NativeForVelmora velmora = new NativeForVelmora();
     private final int width;
     private final int height;
-    private final EffectRenderer renderer = new EffectRenderer(velmora, Sheen.makeBitmap());
+    private final EffectRenderer renderer = new EffectRenderer(velmora, ReflectionMap.makeBitmap());
     private final EffectScene scene;
     private long context;
     private long time;
@@ -22,13 +22,13 @@ final class EffectHost implements GestureScript.Target, AutoCloseable {
     EffectHost(int width, int height, Picture background) {
         this.width = width;
         this.height = height;
-        scene = new EffectScene(velmora, picturesOf(background));
+        scene = new EffectScene(velmora, backgroundsOf(background));
         context = HostKit.createContext(width, height);
         scene.resize(width, height);
     }
 
-    private static Pictures picturesOf(Picture background) {
-        return new Pictures() {
+    private static Backgrounds backgroundsOf(Picture background) {
+        return new Backgrounds() {
             @Override
             public Bitmap background(int screenWidth, int screenHeight) {
                 return background.toBitmap();

@@ -12,6 +12,7 @@ public class Activity extends ContextThemeWrapper {
     protected void onCreate(Bundle savedInstanceState) {
         throw new UnsupportedOperationException();
     }
+    protected void onStart() { throw new UnsupportedOperationException(); }
     protected void onResume() { throw new UnsupportedOperationException(); }
     protected void onPause() { throw new UnsupportedOperationException(); }
     protected void onDestroy() { throw new UnsupportedOperationException(); }

@@ -8,10 +8,6 @@ public final class Bitmap implements Parcelable {
     public static Bitmap createBitmap(int width, int height, Config config) {
         throw new UnsupportedOperationException();
     }
-    public Bitmap copy(Config config, boolean isMutable) {
-        throw new UnsupportedOperationException();
-    }
-    public Config getConfig() { throw new UnsupportedOperationException(); }
     public int getWidth() { throw new UnsupportedOperationException(); }
     public int getHeight() { throw new UnsupportedOperationException(); }
     public void setHasAlpha(boolean hasAlpha) { throw new UnsupportedOperationException(); }

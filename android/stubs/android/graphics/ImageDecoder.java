@@ -12,7 +12,7 @@ public final class ImageDecoder implements AutoCloseable {
         throw new UnsupportedOperationException();
     }
     public void setAllocator(int allocator) { throw new UnsupportedOperationException(); }
-    public void setTargetSampleSize(int sampleSize) { throw new UnsupportedOperationException(); }
+    public void setTargetSize(int width, int height) { throw new UnsupportedOperationException(); }
     public void close() { throw new UnsupportedOperationException(); }
     public static class ImageInfo {
         public Size getSize() { throw new UnsupportedOperationException(); }

@@ -4,5 +4,6 @@ import android.os.Parcelable;
 
 public abstract class Uri implements Parcelable {
     public static Uri parse(String uriString) { throw new UnsupportedOperationException(); }
+    public abstract String getPath();
     public abstract String toString();
 }

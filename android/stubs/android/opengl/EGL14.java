@@ -5,7 +5,6 @@ public class EGL14 {
     public static EGLDisplay EGL_NO_DISPLAY;
     public static EGLContext EGL_NO_CONTEXT;
     public static EGLSurface EGL_NO_SURFACE;
-    public static final int EGL_SUCCESS = 12288;
     public static final int EGL_CONTEXT_LOST = 12302;
     public static final int EGL_BLUE_SIZE = 12322;
     public static final int EGL_GREEN_SIZE = 12323;
@@ -28,6 +27,11 @@ public class EGL14 {
         int num_configOffset) {
         throw new UnsupportedOperationException();
     }
+    public static boolean eglGetConfigAttrib(
+        EGLDisplay dpy, EGLConfig config, int attribute, int[] value, int offset) {
+        throw new UnsupportedOperationException();
+    }
+
     public static EGLContext eglCreateContext(
         EGLDisplay dpy, EGLConfig config, EGLContext share_context, int[] attrib_list, int offset) {
         throw new UnsupportedOperationException();

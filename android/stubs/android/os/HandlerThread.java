@@ -1,6 +1,6 @@
 package android.os;
 
 public class HandlerThread extends Thread {
-    public HandlerThread(String name) {}
+    public HandlerThread(String name, int priority) {}
     public Looper getLooper() { throw new UnsupportedOperationException(); }
 }

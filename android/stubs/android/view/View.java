@@ -15,6 +15,7 @@ public class View {
     public void setTag(Object tag) { throw new UnsupportedOperationException(); }
     public void setAlpha(float alpha) { throw new UnsupportedOperationException(); }
     public void setActivated(boolean activated) { throw new UnsupportedOperationException(); }
+    public void setFocusable(boolean focusable) { throw new UnsupportedOperationException(); }
     public void setClickable(boolean clickable) { throw new UnsupportedOperationException(); }
     public void setContentDescription(CharSequence contentDescription) {
         throw new UnsupportedOperationException();

@@ -12,25 +12,28 @@ import com.corvane.android.visualeffect.lock.velmora.NativeForVelmora;
  * activate draws, and the other one draws nothing.
  */
 public final class EffectRenderer {
-    private static final int SHEEN_SLOT = 0;
+    private static final int REFLECTION_SLOT = 0;
     private static final int BACKGROUND_SLOT = 1;
     private static final int SECOND_BACKGROUND_SLOT = 2;
+
+    /** Longest time that a frame advances the effect, in nanoseconds. */
+    private static final long MAX_ELAPSED = 4 * FramePacer.FRAME_TIME;
 
     /** The renderer of the process whose GL names the library holds. Guarded by the class. */
     private static EffectRenderer active;
 
     private final NativeForVelmora velmora;
-    private final Bitmap sheen;
+    private final Bitmap reflectionMap;
     private boolean contextIsNew = true;
     private boolean isActive;
     private EffectScene shown;
     private long lastFrame;
     private boolean runs;
 
-    /** Takes the water's sheen, a square ARGB_8888 bitmap. */
-    public EffectRenderer(NativeForVelmora velmora, Bitmap sheen) {
+    /** Takes the reflection map of the water, a square ARGB_8888 bitmap. */
+    public EffectRenderer(NativeForVelmora velmora, Bitmap reflectionMap) {
         this.velmora = velmora;
-        this.sheen = sheen;
+        this.reflectionMap = reflectionMap;
     }
 
     /**
@@ -49,7 +52,7 @@ public final class EffectRenderer {
         }
     }
 
-    /** Gives the library up, so that the process does not keep the scene and its pictures. */
+    /** Gives the library up, so that the process does not keep the scene and its backgrounds. */
     public void release() {
         synchronized (EffectRenderer.class) {
             active = active == this ? null : active;
@@ -64,18 +67,31 @@ public final class EffectRenderer {
      * @param time nanoseconds on any clock
      */
     public boolean drawFrame(EffectScene scene, long time) {
+        if (!scene.hasSize() || !mayDraw()) {
+            return false;
+        }
+        // Outside the lock, for which activate waits on the UI thread.
+        scene.loadBackgrounds();
         synchronized (EffectRenderer.class) {
-            if (!scene.hasSize() || (active != null && active != this)) {
+            if (!mayDraw()) {
                 return false;
             }
             activate();
-            // The water does not catch up with a pause.
             boolean goesOn = runs && scene == shown;
             setUp(scene);
-            scene.frame(goesOn ? time - lastFrame : FramePacer.FRAME_TIME);
+            // Water and rain do not catch up with a pause. A frame that the system waits for can be
+            // later than the display's next frame.
+            long elapsed = goesOn ? time - lastFrame : FramePacer.FRAME_TIME;
+            scene.frame(Math.max(0, Math.min(elapsed, MAX_ELAPSED)));
             runs = scene.needsFrame();
             lastFrame = time;
             return true;
+        }
+    }
+
+    private boolean mayDraw() {
+        synchronized (EffectRenderer.class) {
+            return active == null || active == this;
         }
     }
 
@@ -106,7 +122,7 @@ public final class EffectRenderer {
 
     private void loadTextures(EffectScene scene, boolean namesAreNew, boolean sceneIsNew) {
         if (namesAreNew) {
-            load(sheen, SHEEN_SLOT);
+            load(reflectionMap, REFLECTION_SLOT);
         }
         if (namesAreNew || sceneIsNew || scene.texturesAreStale()) {
             load(scene.background(), BACKGROUND_SLOT);
@@ -115,11 +131,11 @@ public final class EffectRenderer {
         }
     }
 
-    private void load(Bitmap picture, int slot) {
-        int result = velmora.LoadTextures(picture, slot);
+    private void load(Bitmap bitmap, int slot) {
+        int result = velmora.LoadTextures(bitmap, slot);
         if (result < 0) {
-            throw new HostException("picture " + slot + " was refused with code " + result
-                + ": expected a software ARGB_8888 bitmap");
+            throw new HostException("the bitmap of texture " + slot + " was refused with code "
+                + result + ": expected a software ARGB_8888 bitmap");
         }
     }
 }

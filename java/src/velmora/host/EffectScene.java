@@ -6,7 +6,7 @@ import java.util.ArrayList;
 import java.util.List;
 
 /**
- * The effect on one screen: its size, its water, its pictures and its touches. A scene outlives GL
+ * The effect on one screen: its size, its water, its backgrounds and its touches. A scene outlives GL
  * contexts and surfaces. All calls come from the render thread.
  */
 public final class EffectScene {
@@ -15,7 +15,7 @@ public final class EffectScene {
 
     private static final double MAX_RIPPLES_AT_ONCE = 64.0;
 
-    /** Frames of rain after the last touch, 20 seconds. Endless rain would never let a phone rest. */
+    /** Frames of rain after the last touch, 20 seconds. With endless rain a phone would never be idle. */
     private static final int RAIN_FRAMES = 1200;
 
     private static final class Touch {
@@ -37,7 +37,7 @@ public final class EffectScene {
     }
 
     private final NativeForVelmora velmora;
-    private final Pictures pictures;
+    private final Backgrounds backgrounds;
     private final Look look = new Look();
     private final float[] mvpMatrix = new float[16];
     private final List<Touch> pendingTouches = new ArrayList<>();
@@ -55,10 +55,10 @@ public final class EffectScene {
     private Touch lastTouch;
     private int rainFrames = RAIN_FRAMES;
 
-    /** Makes a scene with the default look and water. It is empty until its size is known. */
-    public EffectScene(NativeForVelmora velmora, Pictures pictures) {
+    /** Makes a scene with the default settings. It is empty until its size is known. */
+    public EffectScene(NativeForVelmora velmora, Backgrounds backgrounds) {
         this.velmora = velmora;
-        this.pictures = pictures;
+        this.backgrounds = backgrounds;
     }
 
     /** Sets the surface's size in pixels. An empty surface and the same size change nothing. */
@@ -74,7 +74,7 @@ public final class EffectScene {
         lastTouch = null;
         idle.fingerIsGone();
         replaceWater();
-        replacePictures();
+        replaceBackgrounds();
     }
 
     public int width() { return width; }
@@ -89,7 +89,7 @@ public final class EffectScene {
         settings = newSettings;
         settings.applyTo(look);
         waterSettings = settings.water();
-        rainFrames = RAIN_FRAMES;
+        restartRain();
         if (water != null && !water.adopt(waterSettings)) {
             WaterDriver earlier = water;
             replaceWater();
@@ -98,8 +98,8 @@ public final class EffectScene {
         idle.wake();
     }
 
-    /** Takes the pictures anew, since the user chose others. */
-    public void replacePictures() {
+    /** Discards the backgrounds, so that the next frame loads them again. */
+    public void replaceBackgrounds() {
         background = null;
         secondBackground = null;
         texturesAreStale = true;
@@ -116,7 +116,7 @@ public final class EffectScene {
             pendingTouches.remove(last);
         }
         pendingTouches.add(new Touch(action, x, y, pressure));
-        rainFrames = RAIN_FRAMES;
+        restartRain();
         idle.wake();
     }
 
@@ -148,7 +148,7 @@ public final class EffectScene {
         idle.wake();
     }
 
-    /** Returns true if the next frame differs from the last. */
+    /** Returns true if the next frame may differ from the last. */
     public boolean needsFrame() { return water != null && (idle.needsFrame() || rains()); }
 
     boolean inkEnabled() { return !settings.isOn(Setting.WATER_ONLY); }
@@ -165,18 +165,27 @@ public final class EffectScene {
 
     /** Returns the background. It is kept for the next context. */
     Bitmap background() {
-        background = background == null ? pictures.background(width, height) : background;
+        background = background == null ? backgrounds.background(width, height) : background;
         return background;
     }
 
     Bitmap secondBackground() {
-        secondBackground =
-            secondBackground == null ? pictures.secondBackground(width, height) : secondBackground;
+        secondBackground = secondBackground == null ? backgrounds.secondBackground(width, height)
+                                                    : secondBackground;
         return secondBackground;
     }
 
     /** Asks for a frame, since a new surface is empty. */
     public void wake() { idle.wake(); }
+
+    /** Lets the rain of the settings fall again, since the scene is shown. */
+    void restartRain() { rainFrames = RAIN_FRAMES; }
+
+    /** Loads the backgrounds. Decoding a photo takes long. */
+    void loadBackgrounds() {
+        background();
+        secondBackground();
+    }
 
     /** Notes that the library holds no ink. */
     void inkIsGone() { idle.inkIsGone(); }

@@ -9,13 +9,16 @@ import java.util.List;
  * calls come from the render thread.
  */
 public final class EffectStage {
-    /** A window surface of the shared context. */
+    /** A window surface of the shared context. The system can take either at any time. */
     public interface Screen {
-        /** Makes the surface current. Returns false if the system gives no surface now. */
+        /** Makes the surface current, and makes it and the context if they are missing. */
         boolean makeCurrent();
 
-        /** Puts the drawn frame on the screen. */
-        void present();
+        /** Puts the drawn frame on the screen. Returns false if it is not shown. */
+        boolean present();
+
+        /** Discards the surface after a failure, and the context if that is lost. */
+        void discardLost();
     }
 
     private static final class Visible {
@@ -40,15 +43,16 @@ public final class EffectStage {
     public void show(EffectScene scene, Screen screen) {
         hide(scene);
         if (!visible.isEmpty()) {
-            // Its finger's further events belong to a screen that does not answer.
+            // The screen below receives no further events of its finger.
             visible.get(visible.size() - 1).scene.releaseFinger();
         }
         visible.add(new Visible(scene, screen));
+        scene.restartRain();
         scene.wake();
         renderer.activate();
     }
 
-    /** Draws the scene no more; the scene shown before it draws again. */
+    /** Stops drawing the scene. The scene shown before it draws again. */
     public void hide(EffectScene scene) {
         scene.releaseFinger();
         if (visible.removeIf(entry -> entry.scene == scene) && !visible.isEmpty()) {
@@ -91,12 +95,21 @@ public final class EffectStage {
         }
     }
 
+    /** Draws and shows a frame. Returns false if the screen or the renderer draws nothing now. */
     private boolean draw(EffectScene scene, Screen screen, long time) {
         if (!screen.makeCurrent()) {
+            // The surface or the context can be lost while the scene is idle.
+            screen.discardLost();
+            if (!screen.makeCurrent()) {
+                return false;
+            }
+        }
+        if (!renderer.drawFrame(scene, time)) {
             return false;
         }
-        if (renderer.drawFrame(scene, time)) {
-            screen.present();
+        if (!screen.present()) {
+            screen.discardLost();
+            scene.wake();
         }
         return true;
     }

@@ -14,7 +14,7 @@ public final class FramePacer {
     private long lastTime;
     private boolean runs;
 
-    /** Time not drawn yet, in nanoseconds of the effect. */
+    /** Elapsed time that no drawn frame covers yet, in nanoseconds of the effect. */
     private long owed;
 
     /** Forgets the time so far: the next frame of the display is drawn. */

@@ -2,10 +2,10 @@ package velmora.host;
 
 /** Tells when the screen does not change any more, by counting drawn frames. */
 final class IdleDetector {
-    /** Frames until a touch that ended is idle: the animation of a tap. */
+    /** Frames of a tap's animation. */
     private static final int PRESS_FRAMES = 13;
 
-    /** Frames of an idle touch until its ink begins to fade. */
+    /** Frames from the end of the animation until the ink begins to fade. */
     private static final int FRAMES_BEFORE_FADE = 35;
 
     /**
@@ -47,6 +47,6 @@ final class IdleDetector {
         frameIsOwed = false;
     }
 
-    /** Returns true if the next frame differs from the last. */
+    /** Returns true if the next frame may differ from the last. */
     boolean needsFrame() { return frameIsOwed || waterMoves || fingerIsDown || inkIsLeft; }
 }

@@ -1,22 +1,22 @@
 package velmora.host;
 
-/** Arguments of each frame that shape the picture, and the strength of touches on the water. */
+/** Arguments of each frame that shape the drawn water, and the strength of touches on the water. */
 public final class Look {
-    /** 1 does not bend the picture; 1.33 is water. */
+    /** 1 does not bend the background; 1.33 is water. */
     public float refractiveIndex = 1.33f;
 
-    /** The product of alpha and alphaRatio1Scale is the weight of the sheen on waves. */
+    /** The product of alpha and alphaRatio1Scale is the weight of the reflection map on waves. */
     public float alpha = 1.0f;
 
     public float alphaRatio1Scale = 0.1f;
 
-    /** Has no effect on the picture. */
+    /** Has no visible effect. */
     public float alphaRatio2Scale = 1.0f;
 
-    /** Extra sheen on slopes that face the light at the lower right. */
+    /** Extra reflection on slopes that face the light at the lower right. */
     public float fresnelRatio = 0.8f;
 
-    /** Peak of the highlight, as a factor of the sheen. */
+    /** Peak of the highlight, as a factor of the reflection. */
     public float specularRatio = 3.0f;
 
     /** Sharpness of the highlight. */

@@ -35,7 +35,7 @@ final class WaterDriver {
 
     /**
      * Size of the drawn mesh, in screens. A ray from the effect's eye, 30 units before the mesh,
-     * meets the picture 30.9 units behind it. With this factor the picture's edge lies at the
+     * meets the background 30.9 units behind it. With this factor the background's edge lies at the
      * screen's edge.
      */
     static final float MESH_OVERHANG = 1.015f;

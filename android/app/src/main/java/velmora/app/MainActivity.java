@@ -30,22 +30,25 @@ import java.util.concurrent.ExecutorService;
 import java.util.concurrent.Executors;
 import velmora.android.VelmoraView;
 import velmora.android.VelmoraWallpaperService;
-import velmora.host.LookStore;
 import velmora.host.Settings;
+import velmora.host.SettingsStore;
 
 /**
- * Shows a photo under water, with the shipped presets. Photo and preset live in the look store, so
+ * Shows a photo under water, with the shipped presets. Photo and preset are kept in the store, so
  * that they survive rotation and the end of the process, and the wallpaper finds them there.
  */
 public final class MainActivity extends Activity {
     private static final int PHOTO_REQUEST = 1;
     private static final int PRESET_PICTURE_DP = 64;
 
-    /** The activity on the screen, or null. A rotation replaces it while a photo is copied. */
+    /**
+     * The activity that was started last, or null. A rotation replaces the activity while a photo is
+     * copied, and the settings of the wallpaper's preview start a second one.
+     */
     private static MainActivity current;
 
     private final ExecutorService background = Executors.newSingleThreadExecutor();
-    private LookStore store;
+    private SettingsStore store;
     private PresetFiles presets;
     private VelmoraView water;
     private ViewGroup presetButtons;
@@ -53,9 +56,8 @@ public final class MainActivity extends Activity {
     @Override
     protected void onCreate(Bundle savedState) {
         super.onCreate(savedState);
-        current = this;
         setContentView(R.layout.main);
-        store = VelmoraWallpaperService.lookStore(this);
+        store = VelmoraWallpaperService.settingsStore(this);
         presets = new PresetFiles(getAssets());
         water = findViewById(R.id.water);
         presetButtons = findViewById(R.id.presets);
@@ -65,8 +67,15 @@ public final class MainActivity extends Activity {
         findViewById(R.id.share_still).setOnClickListener(view -> shareStill());
         findViewById(R.id.demo).setOnClickListener(view -> playDemo());
         addPresetButtons();
+    }
+
+    @Override
+    protected void onStart() {
+        super.onStart();
+        current = this;
         water.setSettings(store.settings());
         water.setPhoto(store.photo());
+        markPreset(store.presetName());
     }
 
     @Override
@@ -146,7 +155,6 @@ public final class MainActivity extends Activity {
         } catch (IOException error) {
             throw new IllegalStateException("the presets of the package cannot be read", error);
         }
-        markPreset(store.presetName());
     }
 
     private void choosePreset(String name) {
@@ -156,7 +164,7 @@ public final class MainActivity extends Activity {
             markPreset(name);
             store.savePreset(name, settings);
         } catch (IOException error) {
-            say(R.string.look_not_saved);
+            say(R.string.preset_not_saved);
         }
     }
 
@@ -173,15 +181,22 @@ public final class MainActivity extends Activity {
         }
     }
 
+    /** Opens the system's photo picker, which older systems can have too, or else the documents. */
     private void choosePhoto() {
-        Intent choose = Build.VERSION.SDK_INT >= Build.VERSION_CODES.TIRAMISU
-            ? new Intent(MediaStore.ACTION_PICK_IMAGES)
-            : new Intent(Intent.ACTION_OPEN_DOCUMENT).addCategory(Intent.CATEGORY_OPENABLE);
         try {
-            startActivityForResult(choose.setType("image/*"), PHOTO_REQUEST);
-        } catch (ActivityNotFoundException missing) {
-            say(R.string.no_photo_app);
+            choosePhoto(new Intent(MediaStore.ACTION_PICK_IMAGES));
+        } catch (ActivityNotFoundException noPicker) {
+            try {
+                choosePhoto(
+                    new Intent(Intent.ACTION_OPEN_DOCUMENT).addCategory(Intent.CATEGORY_OPENABLE));
+            } catch (ActivityNotFoundException noDocuments) {
+                say(R.string.no_photo_app);
+            }
         }
+    }
+
+    private void choosePhoto(Intent choose) {
+        startActivityForResult(choose.setType("image/*"), PHOTO_REQUEST);
     }
 
     /** Copies the photo into the store and shows it. Background thread. */
@@ -190,13 +205,14 @@ public final class MainActivity extends Activity {
             if (in == null) {
                 throw new FileNotFoundException(photo.toString());
             }
-            File copy = store.savePhoto(in);
+            File copy = store.savePhoto(in, VelmoraView::canShow);
             runOnUiThread(() -> {
                 if (current != null) {
                     current.water.setPhoto(copy);
                 }
             });
-        } catch (IOException | SecurityException error) {
+        } catch (IOException | RuntimeException error) {
+            // The photo's app runs the provider: it can throw any exception.
             runOnUiThread(() -> say(R.string.photo_unreadable));
         }
     }
@@ -230,16 +246,16 @@ public final class MainActivity extends Activity {
 
     /** Background thread. */
     private void writeStill(Bitmap still) {
-        try (FileOutputStream out = new FileOutputStream(StillProvider.file(this))) {
+        File file = StillProvider.newFile(this);
+        try (FileOutputStream out = new FileOutputStream(file)) {
             still.compress(Bitmap.CompressFormat.PNG, 100, out);
-            runOnUiThread(this::offerStill);
+            runOnUiThread(() -> offerStill(StillProvider.uri(this, file)));
         } catch (IOException error) {
             runOnUiThread(() -> say(R.string.still_failed));
         }
     }
 
-    private void offerStill() {
-        Uri still = StillProvider.uri(this);
+    private void offerStill(Uri still) {
         Intent send = new Intent(Intent.ACTION_SEND).setType("image/png");
         send.putExtra(Intent.EXTRA_STREAM, still);
         send.setClipData(ClipData.newRawUri(null, still));

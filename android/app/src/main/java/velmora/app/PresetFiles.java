@@ -12,12 +12,15 @@ import java.nio.charset.StandardCharsets;
 import java.util.ArrayList;
 import java.util.Collections;
 import java.util.List;
-import velmora.host.LookStore;
 import velmora.host.Preset;
 import velmora.host.Settings;
+import velmora.host.SettingsStore;
 
 /** The shipped presets, each a JSON file with a picture beside it. */
 final class PresetFiles {
+    /** The folder of the library's assets. */
+    private static final String FOLDER = "velmora";
+
     private static final String SUFFIX = ".json";
 
     private final AssetManager assets;
@@ -27,7 +30,7 @@ final class PresetFiles {
     /** Returns the names of all presets in alphabetical order. */
     List<String> names() throws IOException {
         List<String> names = new ArrayList<>();
-        for (String file : assets.list("")) {
+        for (String file : assets.list(FOLDER)) {
             if (file.endsWith(SUFFIX)) {
                 names.add(file.substring(0, file.length() - SUFFIX.length()));
             }
@@ -45,19 +48,23 @@ final class PresetFiles {
 
     /** Returns the text of an asset. */
     String read(String file) throws IOException {
-        try (InputStream in = assets.open(file)) {
+        try (InputStream in = open(file)) {
             ByteArrayOutputStream bytes = new ByteArrayOutputStream();
-            LookStore.copy(in, bytes);
+            SettingsStore.copy(in, bytes);
             return new String(bytes.toByteArray(), StandardCharsets.UTF_8);
         }
     }
 
     /** Returns the preset's picture, a square of so many pixels. */
     Drawable picture(String name, int side, Resources resources) throws IOException {
-        try (InputStream in = assets.open(name + ".jpg")) {
+        try (InputStream in = open(name + ".jpg")) {
             Drawable picture = new BitmapDrawable(resources, BitmapFactory.decodeStream(in));
             picture.setBounds(0, 0, side, side);
             return picture;
         }
+    }
+
+    private InputStream open(String file) throws IOException {
+        return assets.open(FOLDER + "/" + file);
     }
 }

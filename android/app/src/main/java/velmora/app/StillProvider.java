@@ -11,15 +11,29 @@ import android.provider.OpenableColumns;
 import java.io.File;
 import java.io.FileNotFoundException;
 
-/** Hands the still to the app that the user shares it with, and nothing else. */
+/** Hands stills to the apps with which the user shares them, and no other file. */
 public final class StillProvider extends ContentProvider {
-    private static final String NAME = "velmora.png";
+    private static final String FOLDER = "stills";
 
-    /** Returns the file that a new still replaces. */
-    static File file(Context context) { return new File(context.getCacheDir(), NAME); }
+    /**
+     * Returns a file for a new still. Each still has a name of its own, since the receiving app can
+     * read it much later. The system empties the cache that holds them.
+     */
+    static File newFile(Context context) {
+        File folder = folder(context);
+        folder.mkdirs();
+        return new File(folder, "velmora-" + System.currentTimeMillis() + ".png");
+    }
 
-    static Uri uri(Context context) {
-        return Uri.parse("content://" + context.getPackageName() + ".stills/" + NAME);
+    static Uri uri(Context context, File still) {
+        return Uri.parse("content://" + context.getPackageName() + ".stills/" + still.getName());
+    }
+
+    private static File folder(Context context) { return new File(context.getCacheDir(), FOLDER); }
+
+    /** Returns the still of an address. Only the last segment counts, so no other file is reached. */
+    private File still(Uri uri) {
+        return new File(folder(getContext()), new File(uri.getPath()).getName());
     }
 
     @Override
@@ -34,18 +48,26 @@ public final class StillProvider extends ContentProvider {
 
     @Override
     public ParcelFileDescriptor openFile(Uri uri, String mode) throws FileNotFoundException {
-        if (!uri.equals(uri(getContext()))) {
-            throw new FileNotFoundException("expected " + uri(getContext()) + ", not " + uri);
-        }
-        return ParcelFileDescriptor.open(file(getContext()), ParcelFileDescriptor.MODE_READ_ONLY);
+        return ParcelFileDescriptor.open(still(uri), ParcelFileDescriptor.MODE_READ_ONLY);
     }
 
     @Override
     public Cursor query(
         Uri uri, String[] columns, String selection, String[] arguments, String order) {
-        MatrixCursor answer =
-            new MatrixCursor(new String[] {OpenableColumns.DISPLAY_NAME, OpenableColumns.SIZE});
-        answer.addRow(new Object[] {NAME, file(getContext()).length()});
+        File still = still(uri);
+        String[] asked = columns == null
+            ? new String[] {OpenableColumns.DISPLAY_NAME, OpenableColumns.SIZE}
+            : columns;
+        Object[] row = new Object[asked.length];
+        for (int at = 0; at < asked.length; ++at) {
+            if (OpenableColumns.DISPLAY_NAME.equals(asked[at])) {
+                row[at] = still.getName();
+            } else if (OpenableColumns.SIZE.equals(asked[at])) {
+                row[at] = still.length();
+            }
+        }
+        MatrixCursor answer = new MatrixCursor(asked);
+        answer.addRow(row);
         return answer;
     }
 

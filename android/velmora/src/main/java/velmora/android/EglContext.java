@@ -12,12 +12,16 @@ final class EglContext {
     private static final int[] CONFIG = {EGL14.EGL_RENDERABLE_TYPE, EGL14.EGL_OPENGL_ES2_BIT,
         EGL14.EGL_SURFACE_TYPE, EGL14.EGL_WINDOW_BIT, EGL14.EGL_RED_SIZE, 8, EGL14.EGL_GREEN_SIZE,
         8, EGL14.EGL_BLUE_SIZE, 8, EGL14.EGL_NONE};
+    private static final int[] COLORS = {
+        EGL14.EGL_RED_SIZE, EGL14.EGL_GREEN_SIZE, EGL14.EGL_BLUE_SIZE};
+    private static final int MAX_CONFIGS = 64;
     private static final int[] VERSION_2 = {EGL14.EGL_CONTEXT_CLIENT_VERSION, 2, EGL14.EGL_NONE};
     private static final int[] DEFAULTS = {EGL14.EGL_NONE};
 
     private EGLDisplay display = EGL14.EGL_NO_DISPLAY;
     private EGLConfig config;
     private EGLContext context = EGL14.EGL_NO_CONTEXT;
+    private boolean isLost;
 
     boolean exists() { return context != EGL14.EGL_NO_CONTEXT; }
 
@@ -25,16 +29,37 @@ final class EglContext {
     boolean create() {
         display = EGL14.eglGetDisplay(EGL14.EGL_DEFAULT_DISPLAY);
         int[] version = new int[2];
-        EGLConfig[] configs = new EGLConfig[1];
+        EGLConfig[] configs = new EGLConfig[MAX_CONFIGS];
         int[] count = new int[1];
         if (!EGL14.eglInitialize(display, version, 0, version, 1)
-            || !EGL14.eglChooseConfig(display, CONFIG, 0, configs, 0, 1, count, 0)
+            || !EGL14.eglChooseConfig(display, CONFIG, 0, configs, 0, MAX_CONFIGS, count, 0)
             || count[0] == 0) {
             return false;
         }
-        config = configs[0];
+        config = choose(configs, count[0]);
         context = EGL14.eglCreateContext(display, config, EGL14.EGL_NO_CONTEXT, VERSION_2, 0);
+        isLost = false;
         return exists();
+    }
+
+    /** Returns the first configuration of 8 bits a channel: EGL sorts deeper colours to the front. */
+    private EGLConfig choose(EGLConfig[] configs, int count) {
+        for (int at = 0; at < count; ++at) {
+            if (hasBytes(configs[at])) {
+                return configs[at];
+            }
+        }
+        return configs[0];
+    }
+
+    private boolean hasBytes(EGLConfig candidate) {
+        int[] bits = new int[1];
+        for (int color : COLORS) {
+            if (!EGL14.eglGetConfigAttrib(display, candidate, color, bits, 0) || bits[0] != 8) {
+                return false;
+            }
+        }
+        return true;
     }
 
     /** Returns a surface of the window, or EGL_NO_SURFACE if the window is gone. */
@@ -47,12 +72,20 @@ final class EglContext {
     }
 
     boolean makeCurrent(EGLSurface surface) {
-        return EGL14.eglMakeCurrent(display, surface, surface, context);
+        return succeeded(EGL14.eglMakeCurrent(display, surface, surface, context));
     }
 
-    /** Puts the frame on the screen. Returns EGL_SUCCESS or the reason why it is not shown. */
-    int present(EGLSurface surface) {
-        return EGL14.eglSwapBuffers(display, surface) ? EGL14.EGL_SUCCESS : EGL14.eglGetError();
+    /** Puts the frame on the screen. */
+    boolean present(EGLSurface surface) {
+        return succeeded(EGL14.eglSwapBuffers(display, surface));
+    }
+
+    /** Returns true if the last failure was the loss of the context. */
+    boolean isLost() { return isLost; }
+
+    private boolean succeeded(boolean success) {
+        isLost = !success && EGL14.eglGetError() == EGL14.EGL_CONTEXT_LOST;
+        return success;
     }
 
     void destroySurface(EGLSurface surface) {
@@ -64,6 +97,7 @@ final class EglContext {
         detach();
         EGL14.eglDestroyContext(display, context);
         context = EGL14.EGL_NO_CONTEXT;
+        isLost = false;
     }
 
     private void detach() {

@@ -12,23 +12,34 @@ import android.media.ExifInterface;
 import android.os.Build;
 import java.io.File;
 import java.io.IOException;
-import velmora.host.Pictures;
+import velmora.host.Backgrounds;
 
 /**
  * A photo as the backgrounds of a screen. The library reads the pixels on the processor, so each
  * background is drawn into a software bitmap: ARGB_8888, opaque and unscaled.
  */
-final class Photos implements Pictures {
+final class Photos implements Backgrounds {
     /** Pixels of the screen per pixel of the second background, which has no detail. */
     private static final int SECOND_SCALE = 16;
 
-    /** The colours of the picture that is shown without a photo, from top to bottom. */
+    /** The colours of the gradient that is shown without a photo, from top to bottom. */
     private static final int[] DUSK = {0xFF1B2A49, 0xFF5B6C8F, 0xFFE8A87C, 0xFF3C5A6B, 0xFF16263A};
 
     private File photo;
 
-    /** Shows this file from the next background on; null shows a picture without a photo. */
+    /** Shows this file from the next background on; null shows a gradient. */
     void setPhoto(File newPhoto) { photo = newPhoto; }
+
+    /** Returns true if the file begins as a picture that this device can decode. */
+    static boolean canDecode(File photo) { return bounds(photo).outWidth > 0; }
+
+    private static BitmapFactory.Options bounds(File photo) {
+        BitmapFactory.Options options = new BitmapFactory.Options();
+        options.inJustDecodeBounds = true;
+        BitmapFactory.decodeFile(photo.getPath(), options);
+        options.inJustDecodeBounds = false;
+        return options;
+    }
 
     @Override
     public Bitmap background(int width, int height) {
@@ -54,22 +65,23 @@ final class Photos implements Pictures {
         return stored == null ? null : cover(stored, orientation(stored), width, height);
     }
 
-    /** Decodes upright, and about as large as the screen. */
+    /** Decodes upright, and just large enough to cover the screen. */
     private Bitmap decodeUpright(int width, int height) throws IOException {
         return ImageDecoder.decodeBitmap(
             ImageDecoder.createSource(photo), (decoder, info, source) -> {
+                // The library reads the pixels on the processor.
                 decoder.setAllocator(ImageDecoder.ALLOCATOR_SOFTWARE);
-                decoder.setTargetSampleSize(sampleSize(
-                    info.getSize().getWidth(), info.getSize().getHeight(), width, height));
+                double columns = info.getSize().getWidth();
+                double rows = info.getSize().getHeight();
+                double scale = Math.min(1.0, Math.max(width / columns, height / rows));
+                decoder.setTargetSize(
+                    (int) Math.ceil(columns * scale), (int) Math.ceil(rows * scale));
             });
     }
 
     /** Decodes as the camera stored the photo, and about as large as the screen. Null if broken. */
     private Bitmap decodeStored(int width, int height) {
-        BitmapFactory.Options options = new BitmapFactory.Options();
-        options.inJustDecodeBounds = true;
-        BitmapFactory.decodeFile(photo.getPath(), options);
-        options.inJustDecodeBounds = false;
+        BitmapFactory.Options options = bounds(photo);
         options.inSampleSize = sampleSize(options.outWidth, options.outHeight, width, height);
         options.inScaled = false;
         options.inPreferredConfig = Bitmap.Config.ARGB_8888;
@@ -118,37 +130,29 @@ final class Photos implements Pictures {
         return turn;
     }
 
-    /** Turns the picture, scales it to cover the screen and crops both sides evenly. */
-    private static Bitmap cover(Bitmap picture, Matrix turn, int width, int height) {
-        float[] corner = {picture.getWidth(), picture.getHeight()};
+    /** Turns the photo, scales it to cover the screen and crops both sides evenly. */
+    private static Bitmap cover(Bitmap decoded, Matrix turn, int width, int height) {
+        float[] corner = {decoded.getWidth(), decoded.getHeight()};
         turn.mapVectors(corner);
         float columns = Math.abs(corner[0]);
         float rows = Math.abs(corner[1]);
         float scale = Math.max(width / columns, height / rows);
         Matrix covering = new Matrix();
-        covering.setTranslate(-picture.getWidth() / 2.0f, -picture.getHeight() / 2.0f);
+        covering.setTranslate(-decoded.getWidth() / 2.0f, -decoded.getHeight() / 2.0f);
         covering.postConcat(turn);
         covering.postScale(scale, scale);
         covering.postTranslate(width / 2.0f, height / 2.0f);
         Bitmap covered = newBitmap(width, height);
-        new Canvas(covered).drawBitmap(
-            drawable(picture), covering, new Paint(Paint.FILTER_BITMAP_FLAG));
+        new Canvas(covered).drawBitmap(decoded, covering, new Paint(Paint.FILTER_BITMAP_FLAG));
         return covered;
     }
 
-    /** Returns the picture in a form that a software canvas draws: a hardware bitmap is copied. */
-    private static Bitmap drawable(Bitmap picture) {
-        boolean isHardware = Build.VERSION.SDK_INT >= Build.VERSION_CODES.O
-            && picture.getConfig() == Bitmap.Config.HARDWARE;
-        return isHardware ? picture.copy(Bitmap.Config.ARGB_8888, false) : picture;
-    }
-
     private static Bitmap dusk(int width, int height) {
-        Bitmap picture = newBitmap(width, height);
+        Bitmap gradient = newBitmap(width, height);
         Paint paint = new Paint();
         paint.setShader(new LinearGradient(0, 0, 0, height, DUSK, null, Shader.TileMode.CLAMP));
-        new Canvas(picture).drawPaint(paint);
-        return picture;
+        new Canvas(gradient).drawPaint(paint);
+        return gradient;
     }
 
     private static Bitmap newBitmap(int width, int height) {

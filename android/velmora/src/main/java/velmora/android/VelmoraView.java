@@ -11,27 +11,29 @@ import android.view.Surface;
 import android.view.SurfaceHolder;
 import com.corvane.android.visualeffect.lock.velmora.NativeForVelmora;
 import java.io.File;
+import java.util.Objects;
 import javax.microedition.khronos.egl.EGLConfig;
 import javax.microedition.khronos.opengles.GL10;
 import velmora.host.EffectRenderer;
 import velmora.host.EffectScene;
 import velmora.host.FramePacer;
+import velmora.host.GesturePlayer;
 import velmora.host.GestureScript;
+import velmora.host.ReflectionMap;
 import velmora.host.Setting;
 import velmora.host.Settings;
-import velmora.host.Sheen;
 import velmora.host.TouchTranslator;
 
 /**
- * The effect in an activity: a photo under water that answers to touches. Call onPause and onResume
+ * The effect in an activity: a photo under water that reacts to touches. Call onPause and onResume
  * from the activity. One view of a process draws at a time, the last one that was resumed.
  *
- * <p>The GL thread owns the scene. It draws when it is asked to, up to 60 times a second, and it
- * is not asked while the screen does not change.
+ * <p>The GL thread owns the scene. It draws on request, up to 60 times a second. While the screen is
+ * idle, nothing requests a frame.
  */
 public class VelmoraView extends GLSurfaceView implements GLSurfaceView.Renderer {
     private final NativeForVelmora velmora = new NativeForVelmora();
-    private final EffectRenderer renderer = new EffectRenderer(velmora, Sheen.makeBitmap());
+    private final EffectRenderer renderer = new EffectRenderer(velmora, ReflectionMap.makeBitmap());
     private final Photos photos = new Photos();
     private final EffectScene scene = new EffectScene(velmora, photos);
     private final TouchTranslator touches = new TouchTranslator();
@@ -44,7 +46,7 @@ public class VelmoraView extends GLSurfaceView implements GLSurfaceView.Renderer
     /** UI thread: false from onPause to onResume, when the GL thread does not draw. */
     private boolean isResumed = true;
 
-    /** Written by the GL thread: true if the next frame differs from the last. */
+    /** Written by the GL thread: true if the next frame may differ from the last. */
     private volatile boolean needsFrame;
 
     /** Written by the UI thread: the display's time of the requested frame, in nanoseconds. */
@@ -52,10 +54,11 @@ public class VelmoraView extends GLSurfaceView implements GLSurfaceView.Renderer
 
     private volatile float timeScale = 1.0f;
 
-    /** GL thread: the gesture that plays by itself, or null. */
-    private GestureScript gesture;
+    /** UI thread. */
+    private File photo;
 
-    private int gestureFrame;
+    /** GL thread. */
+    private final GesturePlayer gesture = new GesturePlayer(scene);
 
     public VelmoraView(Context context) { this(context, null); }
 
@@ -65,6 +68,7 @@ public class VelmoraView extends GLSurfaceView implements GLSurfaceView.Renderer
         setEGLConfigChooser(8, 8, 8, 0, 0, 0);
         setPreserveEGLContextOnPause(true);
         setClickable(true);
+        setFocusable(true);
         setRenderer(this);
         setRenderMode(RENDERMODE_WHEN_DIRTY);
     }
@@ -75,35 +79,44 @@ public class VelmoraView extends GLSurfaceView implements GLSurfaceView.Renderer
         change(() -> scene.setSettings(settings));
     }
 
-    /** Shows a photo; null shows a picture without a photo. The file must stay readable. */
-    public void setPhoto(File photo) {
+    /** Shows a photo; null shows a gradient. The file must stay readable and keep its content. */
+    public void setPhoto(File newPhoto) {
+        if (Objects.equals(newPhoto, photo)) {
+            return;
+        }
+        photo = newPhoto;
         change(() -> {
-            photos.setPhoto(photo);
-            scene.replacePictures();
+            photos.setPhoto(newPhoto);
+            scene.replaceBackgrounds();
         });
     }
+
+    /** Returns true if the file is a picture that this device can decode. Any thread. */
+    public static boolean canShow(File photo) { return Photos.canDecode(photo); }
 
     /** Plays a gesture script. Throws HostException at its first faulty line. */
     public void play(String script, String name) {
         GestureScript.parse(script, name, 1, 1);
-        change(() -> {
-            gesture = GestureScript.parse(script, name, scene.width(), scene.height());
-            gestureFrame = 0;
-        });
+        change(
+            () -> gesture.play(GestureScript.parse(script, name, scene.width(), scene.height())));
     }
 
     @Override
     public void onPause() {
         isResumed = false;
-        queueEvent(scene::releaseFinger);
+        queueEvent(() -> {
+            gesture.stop();
+            scene.releaseFinger();
+        });
         super.onPause();
     }
 
     @Override
     public void onResume() {
+        // Before the GL thread draws again: it draws nothing while another view is active.
+        renderer.activate();
         super.onResume();
         isResumed = true;
-        renderer.activate();
         change(scene::wake);
     }
 
@@ -134,7 +147,7 @@ public class VelmoraView extends GLSurfaceView implements GLSurfaceView.Renderer
         return true;
     }
 
-    /** Strikes the middle of the water: what a screen reader's double tap does. */
+    /** Strikes the middle of the water. A screen reader's double tap calls this. */
     @Override
     public boolean performClick() {
         super.performClick();
@@ -159,14 +172,15 @@ public class VelmoraView extends GLSurfaceView implements GLSurfaceView.Renderer
 
     @Override
     public void onDrawFrame(GL10 unused) {
-        if (gesture != null) {
-            playGesture();
-        }
-        if (!renderer.drawFrame(scene, frameTime)) {
-            // The view shows what is drawn here, so it must not stay undefined.
+        boolean isDrawn = renderer.drawFrame(scene, frameTime);
+        if (isDrawn) {
+            gesture.frameDrawn();
+        } else {
+            // The view shows this buffer, whose content is undefined so far.
             GLES20.glClear(GLES20.GL_COLOR_BUFFER_BIT);
         }
-        needsFrame = scene.needsFrame() || gesture != null;
+        // A view that another one displaced is idle until it is resumed.
+        needsFrame = isDrawn && (scene.needsFrame() || gesture.plays());
         post(this::waitForVsync);
     }
 
@@ -187,17 +201,8 @@ public class VelmoraView extends GLSurfaceView implements GLSurfaceView.Renderer
     }
 
     private void touch(int action, float x, float y, float pressure) {
-        endGesture();
+        gesture.stop();
         scene.touch(action, x, y, TouchTranslator.pressure(pressure, scene.settings()));
-    }
-
-    /** Lifts the script's finger and takes its ink colour back. */
-    private void endGesture() {
-        if (gesture != null) {
-            gesture = null;
-            scene.releaseFinger();
-            scene.setSettings(scene.settings());
-        }
     }
 
     private void waitForVsync() {
@@ -219,39 +224,5 @@ public class VelmoraView extends GLSurfaceView implements GLSurfaceView.Renderer
             requestRender();
         }
         waitForVsync();
-    }
-
-    private void playGesture() {
-        if (gestureFrame >= gesture.frames()) {
-            endGesture();
-            return;
-        }
-        gesture.applyFrame(gestureFrame, new GestureScript.Target() {
-            @Override
-            public void touch(int action, double x, double y, float pressure) {
-                scene.touch(action, x, y, pressure);
-            }
-
-            @Override
-            public void setInk(float red, float green, float blue) {
-                scene.setInk(red, green, blue);
-            }
-
-            @Override
-            public void showSecondBackground(boolean on) {
-                scene.showSecondBackground(on);
-            }
-
-            @Override
-            public void clearInk() {
-                scene.clearInk();
-            }
-
-            @Override
-            public void loseContext() {
-                // Scripts lose contexts for tests. A view keeps the context that it has.
-            }
-        });
-        ++gestureFrame;
     }
 }

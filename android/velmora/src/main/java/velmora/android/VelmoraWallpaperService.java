@@ -6,21 +6,21 @@ import android.view.MotionEvent;
 import android.view.Surface;
 import android.view.SurfaceHolder;
 import java.io.File;
-import velmora.host.LookStore;
 import velmora.host.Settings;
+import velmora.host.SettingsStore;
 import velmora.host.TouchTranslator;
 
 /**
- * The effect as a live wallpaper. It shows the look in the store of the app, and takes changes over
- * when it becomes visible.
+ * The effect as a live wallpaper. It shows what the app's store holds, and loads changes when
+ * it becomes visible.
  *
  * <p>Declare the service with a process of its own (android:process): the library has one state per
  * process, and an activity's view has a GL thread and a context of its own.
  */
 public class VelmoraWallpaperService extends WallpaperService {
     /** Returns the store that the app's activity and the wallpaper share. */
-    public static LookStore lookStore(Context context) {
-        return new LookStore(new File(context.getFilesDir(), "velmora"));
+    public static SettingsStore settingsStore(Context context) {
+        return new SettingsStore(new File(context.getFilesDir(), "velmora"));
     }
 
     @Override
@@ -30,7 +30,7 @@ public class VelmoraWallpaperService extends WallpaperService {
 
     private final class VelmoraEngine extends Engine {
         private final WallpaperThread thread = WallpaperThread.get();
-        private final LookStore store = lookStore(VelmoraWallpaperService.this);
+        private final SettingsStore store = settingsStore(VelmoraWallpaperService.this);
         private final TouchTranslator touches = new TouchTranslator();
         private final Photos photos = new Photos();
         private WallpaperThread.Window window;
@@ -43,7 +43,7 @@ public class VelmoraWallpaperService extends WallpaperService {
             setOffsetNotificationsEnabled(false);
             thread.post(() -> {
                 window = thread.new Window(photos);
-                takeLook();
+                takeSettings();
             });
         }
 
@@ -65,7 +65,7 @@ public class VelmoraWallpaperService extends WallpaperService {
         public void onVisibilityChanged(boolean visible) {
             thread.post(() -> {
                 if (visible) {
-                    takeLook();
+                    takeSettings();
                     window.show();
                 } else {
                     window.hide();
@@ -104,7 +104,7 @@ public class VelmoraWallpaperService extends WallpaperService {
         }
 
         /** Takes over what changed in the store. GL thread. */
-        private void takeLook() {
+        private void takeSettings() {
             Settings settings = store.settings();
             if (!settings.equals(window.scene.settings())) {
                 window.scene.setSettings(settings);
@@ -113,7 +113,7 @@ public class VelmoraWallpaperService extends WallpaperService {
             if (photo != null && !photo.equals(shownPhoto)) {
                 shownPhoto = photo;
                 photos.setPhoto(photo);
-                window.scene.replacePictures();
+                window.scene.replaceBackgrounds();
             }
         }
     }

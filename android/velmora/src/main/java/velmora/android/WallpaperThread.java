@@ -4,6 +4,7 @@ import android.opengl.EGL14;
 import android.opengl.EGLSurface;
 import android.os.Handler;
 import android.os.HandlerThread;
+import android.os.Process;
 import android.view.Choreographer;
 import android.view.Surface;
 import com.corvane.android.visualeffect.lock.velmora.NativeForVelmora;
@@ -13,7 +14,7 @@ import java.util.concurrent.CountDownLatch;
 import velmora.host.EffectRenderer;
 import velmora.host.EffectScene;
 import velmora.host.EffectStage;
-import velmora.host.Sheen;
+import velmora.host.ReflectionMap;
 
 /**
  * The GL thread of all wallpaper engines of the process. The system runs several engines in one
@@ -24,7 +25,7 @@ final class WallpaperThread {
     private static WallpaperThread shared;
 
     private final NativeForVelmora velmora = new NativeForVelmora();
-    private final EffectRenderer renderer = new EffectRenderer(velmora, Sheen.makeBitmap());
+    private final EffectRenderer renderer = new EffectRenderer(velmora, ReflectionMap.makeBitmap());
     private final EffectStage stage = new EffectStage(renderer);
     private final EglContext egl = new EglContext();
     private final List<Window> windows = new ArrayList<>();
@@ -33,7 +34,8 @@ final class WallpaperThread {
     private boolean waitsForVsync;
 
     private WallpaperThread() {
-        HandlerThread thread = new HandlerThread("velmora-wallpaper");
+        HandlerThread thread =
+            new HandlerThread("velmora-wallpaper", Process.THREAD_PRIORITY_DISPLAY);
         thread.start();
         handler = new Handler(thread.getLooper());
     }
@@ -81,7 +83,10 @@ final class WallpaperThread {
         }
 
         /** Draws one frame now, since the system waits for it. */
-        void redraw() { stage.drawNow(scene, this, System.nanoTime()); }
+        void redraw() {
+            stage.drawNow(scene, this, System.nanoTime());
+            waitForVsync();
+        }
 
         void removeSurface() {
             if (eglSurface != EGL14.EGL_NO_SURFACE) {
@@ -91,13 +96,16 @@ final class WallpaperThread {
             surface = null;
         }
 
-        /** Ends the window. The last window takes the context with it. */
+        /** Ends the window. The last window also ends the context and frees the bitmaps. */
         void close() {
             stage.hide(scene);
             removeSurface();
             windows.remove(this);
-            if (windows.isEmpty() && egl.exists()) {
-                egl.destroy();
+            if (windows.isEmpty()) {
+                renderer.release();
+                if (egl.exists()) {
+                    egl.destroy();
+                }
             }
             waitForVsync();
         }
@@ -114,18 +122,20 @@ final class WallpaperThread {
         }
 
         @Override
-        public void present() {
-            int result = egl.present(eglSurface);
-            if (result == EGL14.EGL_SUCCESS) {
-                return;
+        public boolean present() {
+            return egl.present(eglSurface);
+        }
+
+        @Override
+        public void discardLost() {
+            if (eglSurface != EGL14.EGL_NO_SURFACE) {
+                boolean contextIsLost = egl.isLost();
+                egl.destroySurface(eglSurface);
+                eglSurface = EGL14.EGL_NO_SURFACE;
+                if (contextIsLost) {
+                    egl.destroy();
+                }
             }
-            // The next frame makes the lost surface or context again.
-            egl.destroySurface(eglSurface);
-            eglSurface = EGL14.EGL_NO_SURFACE;
-            if (result == EGL14.EGL_CONTEXT_LOST) {
-                egl.destroy();
-            }
-            scene.wake();
         }
     }
 

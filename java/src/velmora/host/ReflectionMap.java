@@ -3,19 +3,19 @@ package velmora.host;
 import android.graphics.Bitmap;
 import java.nio.ByteBuffer;
 
-/** The sheen of the water: a soft sky with caustic light, computed from a formula. */
-public final class Sheen {
+/** The reflection map of the water: a soft sky with caustic light, computed from a formula. */
+public final class ReflectionMap {
     private static final int SIZE = 256;
     private static final double[] DEPTH = {0.16, 0.30, 0.42};
     private static final double[] SKY = {0.70, 0.86, 1.00};
     private static final double[] SUN = {1.00, 0.98, 0.92};
 
-    /** Width of the picture in caustic units. */
+    /** Width of the map in caustic units. */
     private static final double FOLDS = 14.0;
 
-    private Sheen() {}
+    private ReflectionMap() {}
 
-    /** Makes the picture. */
+    /** Makes the map. */
     public static Bitmap makeBitmap() {
         ByteBuffer rgba = ByteBuffer.allocate(SIZE * SIZE * 4);
         for (int y = 0; y < SIZE; ++y) {

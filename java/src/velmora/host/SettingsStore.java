@@ -8,14 +8,15 @@ import java.io.IOException;
 import java.io.InputStream;
 import java.io.OutputStream;
 import java.nio.charset.StandardCharsets;
+import java.util.function.Predicate;
 import org.json.JSONException;
 import org.json.JSONObject;
 
 /**
- * The chosen look on disk: the preset's name, the settings and a copy of the photo. An activity and a
- * wallpaper in processes of their own share it: files are replaced as a whole.
+ * The user's choice on disk: the preset's name, the settings and a copy of the photo. One process
+ * writes, from any thread, and others read: files are replaced as a whole.
  */
-public final class LookStore {
+public final class SettingsStore {
     private static final String PRESET = "preset";
     private static final String SETTINGS = "settings";
     private static final String PHOTO = "photo";
@@ -23,7 +24,7 @@ public final class LookStore {
 
     private final File folder;
 
-    public LookStore(File folder) { this.folder = folder; }
+    public SettingsStore(File folder) { this.folder = folder; }
 
     /** Returns the name of the chosen preset, or an empty string. */
     public String presetName() { return read().optString(PRESET, ""); }
@@ -47,22 +48,38 @@ public final class LookStore {
         write(PRESET, name, SETTINGS, Preset.write(settings));
     }
 
-    /** Copies a photo, so that it outlives the permission to read the original. */
-    public File savePhoto(InputStream photo) throws IOException {
+    /**
+     * Copies a photo, so that it outlives the permission to read the original. Throws IOException and
+     * keeps the earlier photo if the copy fails or is refused.
+     *
+     * @param isPhoto returns false for a file that is no photo
+     */
+    public File savePhoto(InputStream photo, Predicate<File> isPhoto) throws IOException {
         makeFolder();
         File copy = File.createTempFile(PHOTO_PREFIX, "", folder);
-        try (FileOutputStream out = new FileOutputStream(copy)) {
-            copy(photo, out);
-        } catch (IOException error) {
+        try {
+            try (FileOutputStream out = new FileOutputStream(copy)) {
+                copy(photo, out);
+            }
+            if (!isPhoto.test(copy)) {
+                throw new IOException("expected a photo, found other bytes");
+            }
+            replacePhoto(copy);
+        } catch (IOException | RuntimeException error) {
             copy.delete();
             throw error;
         }
-        File old = photo();
-        write(PHOTO, copy.getName());
-        if (old != null) {
-            old.delete();
-        }
         return copy;
+    }
+
+    private void replacePhoto(File copy) throws IOException {
+        synchronized (SettingsStore.class) {
+            File old = photo();
+            write(PHOTO, copy.getName());
+            if (old != null) {
+                old.delete();
+            }
+        }
     }
 
     /** Copies the rest of a stream. */
@@ -83,20 +100,34 @@ public final class LookStore {
         }
     }
 
+    /** Writes members over those on disk. The threads of an activity save at the same time. */
     private void write(String... membersAndValues) throws IOException {
-        makeFolder();
-        JSONObject look = read();
-        File whole = File.createTempFile("look-", "", folder);
-        try (FileOutputStream out = new FileOutputStream(whole)) {
-            for (int at = 0; at < membersAndValues.length; at += 2) {
-                look.put(membersAndValues[at], membersAndValues[at + 1]);
+        synchronized (SettingsStore.class) {
+            makeFolder();
+            JSONObject stored = read();
+            try {
+                for (int at = 0; at < membersAndValues.length; at += 2) {
+                    stored.put(membersAndValues[at], membersAndValues[at + 1]);
+                }
+            } catch (JSONException error) {
+                throw new IllegalStateException(error);
             }
-            out.write(look.toString().getBytes(StandardCharsets.UTF_8));
-        } catch (JSONException error) {
-            throw new IllegalStateException(error);
+            replaceFile(stored.toString().getBytes(StandardCharsets.UTF_8));
         }
-        if (!whole.renameTo(file())) {
-            throw new IOException("cannot replace " + file());
+    }
+
+    private void replaceFile(byte[] content) throws IOException {
+        File whole = File.createTempFile("settings-", "", folder);
+        try {
+            try (FileOutputStream out = new FileOutputStream(whole)) {
+                out.write(content);
+            }
+            if (!whole.renameTo(file())) {
+                throw new IOException("cannot replace " + file());
+            }
+        } catch (IOException error) {
+            whole.delete();
+            throw error;
         }
     }
 
@@ -106,5 +137,5 @@ public final class LookStore {
         }
     }
 
-    private File file() { return new File(folder, "look.json"); }
+    private File file() { return new File(folder, "settings.json"); }
 }
