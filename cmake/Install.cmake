@@ -1,12 +1,12 @@
-# What an installation holds: the library and its headers, the Java class's source, a CMake package and files for
-# pkg-config, the host's guide and an example; the stand-ins that were built, and hostkit. Nothing in it knows where it
-# lies.
+# Installs the library, its headers and the source of its Java class, hostkit, the stand-ins that were built, package
+# files for CMake and pkg-config, the host guide and an example. No installed file contains the path of the
+# installation, so users can move it.
 include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)
 
 set(packageFolder ${CMAKE_INSTALL_LIBDIR}/cmake/Velmora)
-# The stand-ins have names that belong to others, so they keep out of the folder that every program searches. An app has
-# one folder for all of its libraries.
+# The stand-ins have the names of libraries of Android and of the kit. In their own folder, other programs do not find
+# them by accident. An Android app has one folder for all its libraries.
 set(standinFolder ${CMAKE_INSTALL_LIBDIR}/velmora)
 if(ANDROID)
   set(standinFolder ${CMAKE_INSTALL_LIBDIR})
@@ -44,10 +44,10 @@ install(FILES
   DESTINATION ${packageFolder})
 
 file(RELATIVE_PATH prefixFromPkgConfig /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
-# On Android jni.h is in the compiler's own sysroot.
+# On Android, jni.h is in the compiler's sysroot.
 if(NOT ANDROID)
   get_filename_component(JDK ${JNI_INCLUDE_DIR} DIRECTORY)
-  set(jniVariable "# jni.h is a JDK's: pkg-config --define-variable=jdk=/path where it lies elsewhere.\njdk=${JDK}\n")
+  set(jniVariable "# The JDK with jni.h. For another folder, run pkg-config --define-variable=jdk=/path.\njdk=${JDK}\n")
   set(jniFlags " -I\${jdk}/include -I\${jdk}/include/linux")
 endif()
 foreach(name velmora velmora-hostkit)
@@ -57,7 +57,7 @@ foreach(name velmora velmora-hostkit)
   endif()
 endforeach()
 
-if(PROJECT_IS_TOP_LEVEL)  # tools/package
+if(PROJECT_IS_TOP_LEVEL)  # Archives for tools/package.
   set(CPACK_GENERATOR TXZ)
   set(system linux-${CMAKE_SYSTEM_PROCESSOR})
   if(ANDROID)

@@ -1,5 +1,5 @@
-# find_package(Velmora CONFIG): the targets Velmora::peluxVelmora, the library with its headers, and on a desktop
-# Velmora::hostkit, a host in C++ that needs no display.
+# find_package(Velmora CONFIG) defines the target Velmora::peluxVelmora, the library with its headers. On a desktop, it
+# also defines Velmora::hostkit, a C++ host that needs no display.
 include(CMakeFindDependencyMacro)
 find_dependency(Threads)
 include(${CMAKE_CURRENT_LIST_DIR}/VelmoraPlatform.cmake)

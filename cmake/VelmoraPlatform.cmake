@@ -1,11 +1,11 @@
-# What the library takes from the system it is built and used on. Read by the build and by whoever finds the installed
-# package, so that no path of the one machine ends up on the other.
+# Finds threads, JNI and OpenGL ES on the current system. Both the build and the installed package include this file, so
+# the package contains no path of the machine that built it.
 include_guard(GLOBAL)
 
 find_package(Threads REQUIRED)
 add_library(velmoraJni INTERFACE)
 add_library(velmoraGles INTERFACE)
-if(ANDROID)  # The compiler finds all of it in its sysroot.
+if(ANDROID)  # The compiler finds the headers and libraries in its sysroot.
   target_link_libraries(velmoraGles INTERFACE GLESv2 EGL)
   return()
 endif()
@@ -19,7 +19,7 @@ if(EXISTS ${JNI_INCLUDE_DIR}/linux/jni_md.h)
   target_include_directories(velmoraJni SYSTEM INTERFACE ${JNI_INCLUDE_DIR}/linux)
 endif()
 
-if(NOT EMSCRIPTEN)  # there GL comes with the link of the page
+if(NOT EMSCRIPTEN)  # Emscripten's linker adds GL to the page.
   find_library(EGL_LIBRARY EGL REQUIRED)
   find_library(GLESV2_LIBRARY GLESv2 REQUIRED)
   find_path(GLES_INCLUDE_DIR GLES2/gl2.h REQUIRED)

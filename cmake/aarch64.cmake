@@ -1,4 +1,4 @@
-# Toolchain: 64-bit ARM Linux, run under user-mode emulation.
+# Toolchain for 64-bit ARM Linux with g++. Tests run in user-mode emulation.
 set(CMAKE_SYSTEM_NAME Linux)
 set(CMAKE_SYSTEM_PROCESSOR aarch64)
 set(CMAKE_CXX_COMPILER aarch64-linux-gnu-g++)

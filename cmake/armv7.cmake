@@ -1,4 +1,4 @@
-# Toolchain: 32-bit ARM Linux with Advanced SIMD, run under user-mode emulation.
+# Toolchain for 32-bit ARM Linux with Advanced SIMD and g++. Tests run in user-mode emulation.
 set(CMAKE_SYSTEM_NAME Linux)
 set(CMAKE_SYSTEM_PROCESSOR armv7)
 set(CMAKE_CXX_COMPILER arm-linux-gnueabihf-g++)
