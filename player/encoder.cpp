@@ -77,7 +77,7 @@ Words commandLine(const fs::path& film, app::Size size, FilmTiming timing) {
     words.push_back(std::to_string(size.width) + "x" + std::to_string(size.height));
     appendTiming(words, timing);
     append(words, {"-i", "pipe:0"});
-    if (timing == FilmTiming::asTheyCome) {
+    if (timing == FilmTiming::wallClock) {
         append(words, {"-vsync", "vfr"});
     }
     appendFormat(words, film.extension().string(), timing);
@@ -119,7 +119,7 @@ Failure systemFailure(const std::string& what, int error) {
 }
 
 /// The last line that says why.
-std::string reasonIn(std::FILE* file) {
+std::string lastError(std::FILE* file) {
     std::rewind(file);
     std::string last;
     std::array<char, 512> line{};
@@ -178,7 +178,7 @@ void Encoder::finish() {
     while (waitpid(ending, &status, 0) < 0 && errno == EINTR) {
     }
     if (!WIFEXITED(status) || WEXITSTATUS(status) != 0) {
-        throw Failure("ffmpeg failed, " + reasonIn(messages.get()), film.filename().string());
+        throw Failure("ffmpeg failed, " + lastError(messages.get()), film.filename().string());
     }
 }
 

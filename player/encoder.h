@@ -15,7 +15,7 @@ namespace player {
 enum class FilmTiming {
     sixtyASecond,
     /// Each from the moment at which it was added: as the window showed it.
-    asTheyCome
+    wallClock
 };
 
 /// A film in the making: a running ffmpeg that is fed frame by frame. The program must ignore

@@ -15,6 +15,6 @@ void writeWhole(const std::filesystem::path& file, std::string_view bytes);
 
 /// Makes an empty file; false where one of that name is there already, so that two programs never
 /// take one name. Throws Failure where it cannot be made.
-bool takeName(const std::filesystem::path& file);
+bool createFile(const std::filesystem::path& file);
 
 }  // namespace player

@@ -6,7 +6,7 @@
 #include "hostkit/gl_context.h"
 #include "hostkit/instruments/effect_probe.h"
 #include "hostkit/picture.h"
-#include "player/draw/overlay_choice.h"
+#include "player/draw/draw_overlays.h"
 #include "player/draw/overlays.h"
 #include "player/draw/painter.h"
 

@@ -23,7 +23,7 @@ void note(int number) {
 
 }  // namespace
 
-void takeSignals() {
+void handleSignals() {
     for (const int number : {SIGINT, SIGTERM, SIGHUP}) {
         note(number);
     }

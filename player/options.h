@@ -4,7 +4,7 @@
 #include <optional>
 #include <string>
 
-#include "player/draw/overlay_choice.h"
+#include "player/draw/overlays.h"
 
 namespace player {
 
@@ -29,7 +29,7 @@ struct Options {
     /// Of films: mp4, webm or gif.
     std::string format = "mp4";
     /// Of the window's letters; 0: the display's.
-    double letters = 0.0;
+    double fontScale = 0.0;
     bool scriptGiven = false;
     bool outGiven = false;
     bool sizeGiven = false;

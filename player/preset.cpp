@@ -72,7 +72,7 @@ app::Settings loadPreset(const fs::path& file) {
     return settings;
 }
 
-app::Settings startSettings(const Options& options) {
+app::Settings settingsOf(const Options& options) {
     app::Settings settings = options.preset.empty() ? app::Settings{} : loadPreset(options.preset);
     settings.waterOnly = settings.waterOnly || options.waterOnly;
     return settings;
@@ -92,7 +92,7 @@ NamedPreset named(const fs::path& file) {
     return {app::presetName(file.stem().string()), file};
 }
 
-fs::path portraitOf(const fs::path& preset) {
+fs::path thumbnailOf(const fs::path& preset) {
     return fs::path(preset).replace_extension(".jpg");
 }
 

@@ -14,7 +14,7 @@ namespace player {
 app::Settings loadPreset(const std::filesystem::path& file);
 
 /// Those that the command line asks for. Throws Failure.
-app::Settings startSettings(const Options& options);
+app::Settings settingsOf(const Options& options);
 
 /// A file in full or none. Throws Failure.
 void savePreset(const app::Settings& settings, const std::filesystem::path& file);
@@ -28,8 +28,8 @@ struct NamedPreset {
 NamedPreset named(const std::filesystem::path& file);
 
 /// What a preset looks like, in a picture beside it: a square of so many pixels a side.
-constexpr int portraitSide = 128;
-std::filesystem::path portraitOf(const std::filesystem::path& preset);
+constexpr int thumbnailPixels = 128;
+std::filesystem::path thumbnailOf(const std::filesystem::path& preset);
 
 /// The presets in a folder, by name.
 std::vector<NamedPreset> presetsIn(const std::filesystem::path& folder);

@@ -20,8 +20,8 @@
 #include "player/failure.h"
 #include "player/film.h"
 #include "player/film_screen.h"
+#include "player/image.h"
 #include "player/interrupt.h"
-#include "player/picture.h"
 #include "player/preset.h"
 #include "player/progress.h"
 #include "player/script.h"
@@ -49,7 +49,7 @@ hostkit::GestureScript scriptOf(const Options& options, const app::Settings& set
 }
 
 /// Of frame-01.png and its like.
-bool isStill(const std::string& name) {
+bool isStillFrame(const std::string& name) {
     int place = 0;
     int length = 0;
     return std::sscanf(name.c_str(), "frame-%2d.png%n", &place, &length) == 1 &&
@@ -60,10 +60,10 @@ bool isStill(const std::string& name) {
 /// differ, of which some take the smallest for zero. That covers some seventy frames; then the
 /// difference has run on into the last bits of larger ones.
 void addCells(hostkit::Digest& digest, std::span<const float> cells) {
-    constexpr float leastSeen = 0x1p-60f;
+    constexpr float minVisible = 0x1p-60f;
     for (const float cell : cells) {
-        const float seen = std::abs(cell) < leastSeen ? 0.0f : cell;
-        addBytes(digest, std::as_bytes(std::span(&seen, 1)));
+        const float visible = std::abs(cell) < minVisible ? 0.0f : cell;
+        addBytes(digest, std::as_bytes(std::span(&visible, 1)));
     }
 }
 
@@ -93,8 +93,8 @@ void play(hostkit::EffectHost& host, FilmScreen& screen, hostkit::EffectProbe& p
     }
 }
 
-void tell(const Options& options, const Film& film, const hostkit::Digest& water,
-          const hostkit::Digest& velocity) {
+void printSummary(const Options& options, const Film& film, const hostkit::Digest& water,
+                  const hostkit::Digest& velocity) {
     std::printf("film      %s\n", (options.out / ("film." + options.format)).c_str());
     std::printf("sheet     %s\n", (options.out / "sheet.png").c_str());
     std::printf("pictures  %s\n", (options.out / "frame-NN.png").c_str());
@@ -111,8 +111,8 @@ void tell(const Options& options, const Film& film, const hostkit::Digest& water
 }  // namespace
 
 void run(const Options& options) {
-    takeSignals();
-    const app::Settings settings = startSettings(options);
+    handleSignals();
+    const app::Settings settings = settingsOf(options);
     const hostkit::GestureScript script = scriptOf(options, settings);
     if (!options.record.empty()) {
         warn("nothing is recorded without a window", options.record.string());
@@ -136,8 +136,8 @@ void run(const Options& options) {
     hostkit::Digest water;
     play(host, screen, probe, settings, script, film, water);
     film.finish();
-    staging.publish(isStill);
-    tell(options, film, water, probe.velocityDigest());
+    staging.publish(isStillFrame);
+    printSummary(options, film, water, probe.velocityDigest());
 }
 
 }  // namespace player

@@ -15,7 +15,7 @@ bool takeNumber(std::string_view& text, int& number) {
 }
 
 bool isSide(int side) {
-    return side >= smallestSide && side <= largestSide;
+    return side >= minSide && side <= maxSide;
 }
 
 }  // namespace

@@ -9,8 +9,8 @@ namespace player {
 
 // A smaller screen has no solver cell, which takes 12 pixels; a larger one exceeds the usual limits
 // of GL.
-constexpr int smallestSide = 16;
-constexpr int largestSide = 4096;
+constexpr int minSide = 16;
+constexpr int maxSide = 4096;
 
 /// Reads WIDTHxHEIGHT; empty if the text is something else or beyond the limits.
 std::optional<app::Size> parseSize(std::string_view text);

@@ -27,11 +27,11 @@ public:
 private:
     void drawQuad(GLuint program, GLuint texture, app::Size screen) const;
 
-    GLuint pictureProgram;
+    GLuint frameProgram;
     GLuint densityProgram;
-    GLuint picture = 0;
+    GLuint frame = 0;
     GLuint quad = 0;
-    app::Size kept{0, 0};
+    app::Size frameSize{0, 0};
 };
 
 }  // namespace player

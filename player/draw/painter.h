@@ -3,8 +3,8 @@
 #include <optional>
 
 #include "player/draw/canvas.h"
+#include "player/draw/font_scale.h"
 #include "player/draw/imgui_renderer.h"
-#include "player/draw/letters.h"
 #include "player/draw/thumbnails.h"
 
 struct ImGuiContext;
@@ -23,21 +23,21 @@ public:
     /// Makes the GL objects in the current context. Throws Failure.
     void setUp();
     /// Between two ImGui frames.
-    void setScale(const LetterScale& wanted);
+    void setScale(const FontScale& wanted);
     /// Gives them back before their context goes.
     void tearDown();
 
-    Canvas& canvas() { return *pictureCanvas; }
-    Thumbnails& thumbnails() { return *presetPictures; }
+    Canvas& canvas() { return *frameCanvas; }
+    Thumbnails& thumbnails() { return *presetThumbnails; }
     /// Draws the ImGui frame.
     void draw();
 
 private:
     ImGuiContext* context;
-    LetterScale scale;
-    std::optional<Canvas> pictureCanvas;
+    FontScale scale;
+    std::optional<Canvas> frameCanvas;
     std::optional<ImGuiRenderer> renderer;
-    std::optional<Thumbnails> presetPictures;
+    std::optional<Thumbnails> presetThumbnails;
 };
 
 }  // namespace player

@@ -14,7 +14,7 @@ void waitForEvent(std::chrono::nanoseconds time);
 
 /// Hands the desktop's events to the panel, and the events that are not the panel's to session and requests. Returns
 /// whether there was an event.
-bool takeEvents(const GlWindow& window, Pointer& pointer, app::Session& session,
-                Requests& requests);
+bool handleEvents(const GlWindow& window, Pointer& pointer, app::Session& session,
+                  Requests& requests);
 
 }  // namespace player

@@ -44,7 +44,7 @@ app::Size withinDisplay(app::Size size) {
     return {static_cast<int>(size.width * scale), static_cast<int>(size.height * scale)};
 }
 
-void wantGles2() {
+void requestGles2() {
     // The library tells contexts apart by EGL; the window system's own GL would hide them from it.
     SDL_SetHint(SDL_HINT_OPENGL_ES_DRIVER, "1");
     SDL_SetHint(SDL_HINT_VIDEO_X11_FORCE_EGL, "1");
@@ -70,7 +70,7 @@ GlWindow::VideoSystem::VideoSystem() {
     if (SDL_Init(SDL_INIT_VIDEO) != 0) {
         throw failed("cannot open a window");
     }
-    wantGles2();
+    requestGles2();
 }
 
 GlWindow::VideoSystem::~VideoSystem() {
@@ -152,11 +152,11 @@ app::Size GlWindow::pixels() const {
 
 double GlWindow::displayScale() const {
     constexpr double plainDpi = 96.0;
-    constexpr double mostBelieved = 4.0;  // of a display that may have told nonsense
+    constexpr double maxScale = 4.0;  // of a display that may have told nonsense
     float measured = 0.0f;
     SDL_GetDisplayDPI(SDL_GetWindowDisplayIndex(window.get()), nullptr, &measured, nullptr);
-    const double dpi = letterDpi(window.get()).value_or(static_cast<double>(measured));
-    return std::max(scaleX(), std::clamp(dpi / plainDpi, 1.0, mostBelieved));
+    const double dpi = fontDpi(window.get()).value_or(static_cast<double>(measured));
+    return std::max(scaleX(), std::clamp(dpi / plainDpi, 1.0, maxScale));
 }
 
 double GlWindow::scaleX() const {

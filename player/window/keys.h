@@ -21,9 +21,9 @@ enum class Command {
     replay,
     savePreset,
     nextPreset,
-    inkOfPicture,
-    randomLook,
-    resetLook,
+    inkForBackground,
+    randomSettings,
+    resetSettings,
     loseContext,
     attract,
     fullScreen,
@@ -36,7 +36,7 @@ struct Key {
     int code;
     Command command;
     const char* name;
-    const char* words;
+    const char* label;
 };
 
 std::span<const Key> keys();

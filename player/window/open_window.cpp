@@ -12,8 +12,8 @@
 #include "hostkit/picture.h"
 #include "player/failure.h"
 #include "player/files.h"
+#include "player/image.h"
 #include "player/interrupt.h"
-#include "player/picture.h"
 #include "player/preset.h"
 #include "player/script.h"
 
@@ -56,14 +56,14 @@ std::optional<hostkit::GestureScript> scriptOf(const Options& options) {
 }
 
 /// A run that must be the same each time does not depend on the window before.
-app::Settings startLook(const Options& options, const Remembered& remembered) {
-    app::Settings look = startSettings(options);
+app::Settings initialSettings(const Options& options, const Remembered& remembered) {
+    app::Settings settings = settingsOf(options);
     const bool repeatable = options.scriptGiven || !options.record.empty() || options.digest;
-    if (options.preset.empty() && !repeatable && remembered.look) {
-        look = *remembered.look;
-        look.waterOnly = look.waterOnly || options.waterOnly;
+    if (options.preset.empty() && !repeatable && remembered.settings) {
+        settings = *remembered.settings;
+        settings.waterOnly = settings.waterOnly || options.waterOnly;
     }
-    return look;
+    return settings;
 }
 
 }  // namespace
@@ -76,14 +76,14 @@ OpenWindow::OpenWindow(const Options& options, app::Backgrounds backgrounds,
                        const std::optional<hostkit::GestureScript>& script,
                        const Remembered& remembered)
     : screen(startSize(options, script, backgrounds.first, remembered), !options.sizeGiven,
-             options.letters),
-      session(screen, startLook(options, remembered), std::move(backgrounds)),
-      keeper(session, notice, options),
+             options.fontScale),
+      session(screen, initialSettings(options, remembered), std::move(backgrounds)),
+      keeper(session, toast, options),
       playback(session, keeper),
-      looks(options.shots, options.preset, startSettings(options)),
-      display(screen, session, keeper, notice),
-      begun(session.core.userSettings()),
-      begunSize(screen.window().ownSize()),
+      presetList(options.shots, options.preset, settingsOf(options)),
+      display(screen, session, keeper, toast),
+      initialUserSettings(session.core.userSettings()),
+      initialSize(screen.window().ownSize()),
       remembers(!options.fresh),
       waterOnlyGiven(options.waterOnly) {
     view.velocity = options.overlays.velocity;
@@ -92,12 +92,12 @@ OpenWindow::OpenWindow(const Options& options, app::Backgrounds backgrounds,
     if (script) {
         session.core.startReplay(*script);
     } else if (!options.record.empty()) {
-        if (!takeName(options.record)) {
+        if (!createFile(options.record)) {
             throw Failure("the recording would overwrite this file", options.record.string());
         }
         keeper.startRecording(options.record);
     }
-    say(notice, "F1 lists the keys, Tab opens the panel");
+    showToast(toast, "F1 lists the keys, Tab opens the panel");
 }
 
 void OpenWindow::run() {
@@ -110,7 +110,7 @@ void OpenWindow::run() {
         throw;
     }
     keeper.finish();
-    keeper.tellFiles();
+    keeper.printFiles();
     if (remembers) {
         rememberChanges();
     }
@@ -120,21 +120,21 @@ void OpenWindow::run() {
 void OpenWindow::rememberChanges() {
     Remembered last;
     const app::Settings choice = session.core.userSettings();
-    if (choice != begun) {
-        last.look = choice;
-        last.look->waterOnly = choice.waterOnly && !waterOnlyGiven;
+    if (choice != initialUserSettings) {
+        last.settings = choice;
+        last.settings->waterOnly = choice.waterOnly && !waterOnlyGiven;
     }
     const std::optional<app::Size> size = screen.window().ownSize();
-    if (size != begunSize) {
+    if (size != initialSize) {
         last.window = size;
     }
     remember(last);
 }
 
 void OpenWindow::turn() {
-    const auto wait = playback.untilNext();
+    const auto wait = playback.timeToNextFrame();
     waitForEvent(display.waits() ? std::min<std::chrono::nanoseconds>(wait, 10ms) : wait);
-    if (takeEvents(screen.window(), pointer, session.core, requests)) {
+    if (handleEvents(screen.window(), pointer, session.core, requests)) {
         display.touch();
     }
     runCommands();
@@ -150,11 +150,11 @@ void OpenWindow::presentFrame(bool drawn) {
     view.filming = keeper.filming();
     view.recording = session.recording() != nullptr;
     const auto start = std::chrono::steady_clock::now();
-    display.present({view, looks, screen.thumbnails(), playback.times(), playback.rate(),
+    display.present({view, presetList, screen.thumbnails(), playback.times(), playback.rate(),
                      session.core.settings, requests},
                     drawn);
     if (drawn) {
-        playback.addToGl(std::chrono::steady_clock::now() - start);
+        playback.addGlTime(std::chrono::steady_clock::now() - start);
     }
 }
 

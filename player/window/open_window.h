@@ -10,18 +10,18 @@
 #include "app/size.h"
 #include "hostkit/gesture_script.h"
 #include "player/options.h"
+#include "player/window/display.h"
 #include "player/window/events.h"
-#include "player/window/keeping.h"
+#include "player/window/keeper.h"
 #include "player/window/keys.h"
-#include "player/window/looks.h"
-#include "player/window/notice.h"
 #include "player/window/panel.h"
-#include "player/window/playing.h"
+#include "player/window/playback.h"
 #include "player/window/pointer.h"
-#include "player/window/presenting.h"
+#include "player/window/preset_list.h"
 #include "player/window/remembered.h"
 #include "player/window/requests.h"
 #include "player/window/screen.h"
+#include "player/window/toast.h"
 #include "player/window/window_session.h"
 
 namespace player {
@@ -45,34 +45,34 @@ private:
     void turn();
     void runCommands();
     void run(Command command);
-    void loadLook(const std::filesystem::path& file);
-    void loadNextLook();
-    void takeInkOfPicture();
-    void showRandomLook();
-    void resetLook();
+    void loadPreset(const std::filesystem::path& file);
+    void loadNextPreset();
+    void chooseInkForBackground();
+    void applyRandomSettings();
+    void resetSettings();
     void savePreset();
     void replay();
-    void takeDrop(const std::filesystem::path& file);
+    void openDroppedFile(const std::filesystem::path& file);
     void presentFrame(bool drawn);
     void rememberChanges();
 
-    Notice notice;
+    Toast toast;
     Screen screen;
     WindowSession session;
     Pointer pointer;
     Keeper keeper;
     Playback playback;
-    Looks looks;
+    PresetList presetList;
     Display display;
     Requests requests;
     View view;
     /// What the window began with.
-    app::Settings begun;
-    std::optional<app::Size> begunSize;
+    app::Settings initialUserSettings;
+    std::optional<app::Size> initialSize;
     bool remembers;
     bool waterOnlyGiven;
     /// Another one in each window.
-    std::uint32_t nextRandomLook = std::random_device{}();
+    std::uint32_t randomSeed = std::random_device{}();
     bool leaving = false;
 };
 

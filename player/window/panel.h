@@ -6,7 +6,7 @@
 
 #include "app/settings.h"
 #include "player/draw/thumbnails.h"
-#include "player/window/looks.h"
+#include "player/window/preset_list.h"
 #include "player/window/requests.h"
 #include "player/window/window_session.h"
 
@@ -27,7 +27,7 @@ struct View {
 /// What the panel shows, and where it leaves what the user wants.
 struct Panel {
     const View& view;
-    const Looks& looks;
+    const PresetList& presetList;
     Thumbnails& thumbnails;
     /// Of the last frames, the newest last.
     std::span<const FrameTimes> times;
@@ -46,6 +46,6 @@ void drawHelp(Requests& requests);
 /// other by `row`.
 void drawMark(const char* word, std::chrono::seconds time, int row);
 /// A line at the lower edge.
-void drawNotice(const std::string& line);
+void drawToast(const std::string& line);
 
 }  // namespace player

@@ -17,7 +17,7 @@ public:
 
     void add(const hostkit::ScriptEvent& event);
     /// Returns whether events did not reach the file.
-    bool isBroken() const { return !stream; }
+    bool hasFailed() const { return !stream; }
     /// Writes the whole script, with its length. Throws Failure.
     void finish(const hostkit::GestureScript& script) const;
 

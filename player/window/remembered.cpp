@@ -17,10 +17,10 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr const char* lookFile = "look.json";
+constexpr const char* settingsFile = "look.json";
 constexpr const char* sizeFile = "window-size";
 /// More is nothing that a window left.
-constexpr std::uintmax_t mostBytes = 65536;
+constexpr std::uintmax_t maxBytes = 65536;
 
 /// A relative folder is to be passed over. Empty: there is none.
 fs::path folder() {
@@ -35,7 +35,7 @@ fs::path folder() {
 
 /// What fails is told, and is no reason to end.
 template <class Work>
-void tryTo(Work work) {
+void warnOnFailure(Work work) {
     try {
         work();
     } catch (const std::exception& error) {
@@ -44,22 +44,22 @@ void tryTo(Work work) {
 }
 
 /// Calls `take` with the file, where it is there.
-template <class Take>
-void takeFile(const char* name, Take take) {
+template <class Read>
+void readRemembered(const char* name, Read read) {
     if (folder().empty()) {
         return;
     }
     const fs::path file = folder() / name;
-    tryTo([&] {
+    warnOnFailure([&] {
         std::error_code ignored;
         if (!fs::exists(file, ignored)) {
             return;
         }
         // A pipe would be waited for.
-        if (!fs::is_regular_file(file) || fs::file_size(file) > mostBytes) {
+        if (!fs::is_regular_file(file) || fs::file_size(file) > maxBytes) {
             throw Failure("no file of a window", file.string());
         }
-        take(file);
+        read(file);
     });
 }
 
@@ -67,8 +67,8 @@ void takeFile(const char* name, Take take) {
 
 Remembered recall() {
     Remembered last;
-    takeFile(lookFile, [&](const fs::path& file) { last.look = loadPreset(file); });
-    takeFile(sizeFile, [&](const fs::path& file) {
+    readRemembered(settingsFile, [&](const fs::path& file) { last.settings = loadPreset(file); });
+    readRemembered(sizeFile, [&](const fs::path& file) {
         const std::string text = readWhole(file, "size");
         last.window = parseSize(text.substr(0, text.find('\n')));
         if (!last.window) {
@@ -80,17 +80,17 @@ Remembered recall() {
 
 void remember(const Remembered& last) {
     const fs::path into = folder();
-    if (into.empty() || (!last.look && !last.window)) {
+    if (into.empty() || (!last.settings && !last.window)) {
         return;
     }
-    tryTo([&] {
+    warnOnFailure([&] {
         std::error_code error;
         fs::create_directories(into, error);
         if (error) {
             throw Failure("cannot write here, " + error.message(), into.string());
         }
-        if (last.look) {
-            savePreset(*last.look, into / lookFile);
+        if (last.settings) {
+            savePreset(*last.settings, into / settingsFile);
         }
         if (last.window) {
             writeWhole(into / sizeFile, std::to_string(last.window->width) + "x" +

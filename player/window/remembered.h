@@ -10,7 +10,7 @@ namespace player {
 
 /// What a window leaves to the user's next one, in velmora/ of the folder for such files.
 struct Remembered {
-    std::optional<app::Settings> look;
+    std::optional<app::Settings> settings;
     /// In units of the desktop.
     std::optional<app::Size> window;
 };

@@ -2,7 +2,7 @@
 
 #include "app/size.h"
 #include "player/draw/canvas.h"
-#include "player/draw/letters.h"
+#include "player/draw/font_scale.h"
 #include "player/draw/painter.h"
 #include "player/draw/thumbnails.h"
 #include "player/window/gl_window.h"
@@ -13,7 +13,7 @@ namespace player {
 class Screen {
 public:
     /// `letters`: their scale; 0: the display's. Throws Failure.
-    Screen(app::Size size, bool shrinks, double letters);
+    Screen(app::Size size, bool shrinks, double scaleWanted);
     ~Screen();
     Screen(const Screen&) = delete;
     Screen& operator=(const Screen&) = delete;
@@ -29,9 +29,9 @@ public:
     void drawPanel() { painter.draw(); }
 
 private:
-    LetterScale letterScale() const;
+    FontScale fontScale() const;
 
-    double lettersWanted;
+    double wantedFontScale;
     GlWindow glWindow;
     Painter painter;
 };

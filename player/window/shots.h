@@ -28,7 +28,7 @@ public:
     std::filesystem::path screenshot(const hostkit::Picture& picture);
     std::filesystem::path preset(const app::Settings& settings);
     /// A preset's, of what the screen shows; nothing where another file has its name.
-    void portrait(const std::filesystem::path& preset, const hostkit::Picture& picture);
+    void thumbnail(const std::filesystem::path& preset, const hostkit::Picture& picture);
     std::filesystem::path nameForGesture() const;
 
     std::filesystem::path startFilm(app::Size size);
@@ -40,7 +40,8 @@ public:
 
 private:
     /// Makes FOLDER/STEM-NN.EXTENSION with the lowest number that no file has, and the folder.
-    std::filesystem::path takeFile(const std::string& stem, const std::string& extension) const;
+    std::filesystem::path createNumberedFile(const std::string& stem,
+                                             const std::string& extension) const;
 
     std::filesystem::path folder;
     std::string format;

@@ -45,7 +45,7 @@ public:
     /// Returns the file of the recording in progress; null: there is none.
     const RecordingFile* recording() const { return recordingFile ? &*recordingFile : nullptr; }
 
-    const hostkit::EffectProbe& seen() const { return probe; }
+    const hostkit::EffectProbe& effectProbe() const { return probe; }
     const FrameTimes& times() const { return lastTimes; }
     app::Size size() const { return core.screen(); }
     /// Returns a screenshot, without overlays.

@@ -13,6 +13,6 @@ namespace player {
 bool hasWindowManager(SDL_Window* window);
 
 /// The dots per inch for which the user wants letters drawn; nothing where that was not said.
-std::optional<double> letterDpi(SDL_Window* window);
+std::optional<double> fontDpi(SDL_Window* window);
 
 }  // namespace player

@@ -1,4 +1,4 @@
-#include "player/draw/overlays.h"
+#include "player/draw/draw_overlays.h"
 
 #include <imgui.h>
 

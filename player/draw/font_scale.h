@@ -3,16 +3,16 @@
 namespace player {
 
 /// How large letters and what stands around them are.
-struct LetterScale {
+struct FontScale {
     /// Pixels to one of a plain display's.
     float pixels = 1.0f;
     /// Pixels to a unit of the window's, of which a dense display has several.
     float density = 1.0f;
-    bool operator==(const LetterScale&) const = default;
+    bool operator==(const FontScale&) const = default;
 };
 
 /// Gives the current ImGui context font and style of that scale. Its font's texture is another one
 /// from then on.
-void setLetters(const LetterScale& scale);
+void applyFontScale(const FontScale& scale);
 
 }  // namespace player

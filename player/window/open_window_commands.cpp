@@ -5,14 +5,14 @@
 #include "app/random_settings.h"
 #include "app/settings.h"
 #include "hostkit/gesture_script.h"
-#include "player/picture.h"
+#include "player/image.h"
 #include "player/preset.h"
 #include "player/script.h"
 #include "player/window/keys.h"
-#include "player/window/notice.h"
 #include "player/window/open_window.h"
 #include "player/window/panel.h"
 #include "player/window/requests.h"
+#include "player/window/toast.h"
 
 namespace player {
 namespace {
@@ -55,14 +55,14 @@ bool turnSwitch(const Switch (&switches)[count], Command command, Owner& owner) 
 void OpenWindow::runCommands() {
     const Requests now = std::exchange(requests, {});
     for (const Command command : now.commands) {
-        attempt(notice, [&] { run(command); });
+        attempt(toast, [&] { run(command); });
         display.touch();
     }
     if (!now.preset.empty()) {
-        attempt(notice, [&] { loadLook(now.preset); });
+        attempt(toast, [&] { loadPreset(now.preset); });
     }
     for (const std::filesystem::path& file : now.drops) {
-        attempt(notice, [&] { takeDrop(file); });
+        attempt(toast, [&] { openDroppedFile(file); });
     }
 }
 
@@ -83,17 +83,17 @@ void OpenWindow::run(Command command) {
         case Command::loseContext:
             return session.core.add(hostkit::LoseContext{});
         case Command::nextPreset:
-            return loadNextLook();
-        case Command::inkOfPicture:
-            return takeInkOfPicture();
-        case Command::randomLook:
-            return showRandomLook();
-        case Command::resetLook:
-            return resetLook();
+            return loadNextPreset();
+        case Command::inkForBackground:
+            return chooseInkForBackground();
+        case Command::randomSettings:
+            return applyRandomSettings();
+        case Command::resetSettings:
+            return resetSettings();
         case Command::savePreset:
             return savePreset();
         case Command::screenshot:
-            return keeper.wantScreenshot();
+            return keeper.requestScreenshot();
         case Command::film:
             return keeper.switchFilm();
         case Command::record:
@@ -113,57 +113,57 @@ void OpenWindow::run(Command command) {
     }
 }
 
-void OpenWindow::loadLook(const std::filesystem::path& file) {
-    session.core.settings = looks.load(file);
-    say(notice, looks.name());
+void OpenWindow::loadPreset(const std::filesystem::path& file) {
+    session.core.settings = presetList.load(file);
+    showToast(toast, presetList.name());
 }
 
-void OpenWindow::loadNextLook() {
-    if (const NamedPreset* preset = looks.next()) {
-        loadLook(preset->file);
+void OpenWindow::loadNextPreset() {
+    if (const NamedPreset* preset = presetList.next()) {
+        loadPreset(preset->file);
     }
 }
 
-void OpenWindow::takeInkOfPicture() {
+void OpenWindow::chooseInkForBackground() {
     session.core.settings.ink = session.core.inkAgainstBackground(0);
-    say(notice, "an ink that stands out from the picture");
+    showToast(toast, "an ink that stands out from the picture");
 }
 
-void OpenWindow::showRandomLook() {
-    session.core.settings = app::randomSettings(nextRandomLook++);
-    say(notice, "a look by chance; P saves it");
+void OpenWindow::applyRandomSettings() {
+    session.core.settings = app::randomSettings(randomSeed++);
+    showToast(toast, "a look by chance; P saves it");
 }
 
-void OpenWindow::resetLook() {
-    session.core.settings = looks.unchanged();
-    say(notice, looks.name() + ", as it was");
+void OpenWindow::resetSettings() {
+    session.core.settings = presetList.original();
+    showToast(toast, presetList.name() + ", as it was");
 }
 
 void OpenWindow::savePreset() {
-    looks.add(keeper.savePreset(), session.core.settings);
+    presetList.add(keeper.savePreset(), session.core.settings);
 }
 
 void OpenWindow::replay() {
     keeper.finishRecording();
     const std::filesystem::path file = keeper.lastRecording();
     if (file.empty()) {
-        say(notice, "no gesture has been recorded yet: R begins");
+        showToast(toast, "no gesture has been recorded yet: R begins");
         return;
     }
     playback.play(loadScript(file));
-    say(notice, "replaying " + file.string() + ", from a fresh start");
+    showToast(toast, "replaying " + file.string() + ", from a fresh start");
 }
 
 /// A preset is loaded, a gesture script is played, a picture becomes the background.
-void OpenWindow::takeDrop(const std::filesystem::path& file) {
+void OpenWindow::openDroppedFile(const std::filesystem::path& file) {
     if (file.extension() == ".json") {
-        session.core.settings = looks.load(file);
+        session.core.settings = presetList.load(file);
     } else if (file.extension() == ".gesture") {
         playback.play(loadScript(file));
     } else {
-        session.core.showPicture(loadPicture(file));
+        session.core.showPicture(loadImage(file));
     }
-    say(notice, file.filename().string());
+    showToast(toast, file.filename().string());
 }
 
 }  // namespace player

@@ -1,38 +1,37 @@
-#include "player/window/presenting.h"
+#include "player/window/display.h"
 
 #include <algorithm>
 #include <utility>
 
-#include "player/draw/overlays.h"
+#include "player/draw/draw_overlays.h"
 
 namespace player {
 namespace {
 
 /// ImGui answers an event in the frame after it, and fades.
-constexpr int redrawsAfterEvent = 3;
+constexpr int redrawsPerEvent = 3;
 /// Often enough for a film of a picture that stands, and for the seconds of a mark.
-constexpr auto longestStand = std::chrono::milliseconds(100);
+constexpr auto maxRedrawInterval = std::chrono::milliseconds(100);
 
 }  // namespace
 
-Display::Display(Screen& onScreen, const WindowSession& ofSession, Keeper& keptBy,
-                 Notice& withNotice)
-    : screen(onScreen), session(ofSession), keeper(keptBy), notice(withNotice) {
+Display::Display(Screen& onScreen, const WindowSession& ofSession, Keeper& keptBy, Toast& withToast)
+    : screen(onScreen), session(ofSession), keeper(keptBy), toast(withToast) {
     touch();
 }
 
 void Display::touch() {
-    redraws = redrawsAfterEvent;
+    redraws = redrawsPerEvent;
 }
 
 bool Display::changed(const Panel& panel, bool drawn) {
     const auto now = Clock::now();
-    const bool noticing = now < notice.end;
-    const bool noticeChanged = noticing != std::exchange(noticeShown, noticing);
-    const bool marksChange = !keeper.marks().empty() && now - presented >= longestStand;
+    const bool toastVisible = now < toast.end;
+    const bool toastChanged = toastVisible != std::exchange(toastShown, toastVisible);
+    const bool marksChange = !keeper.marks().empty() && now - presented >= maxRedrawInterval;
     const bool stopped = std::exchange(rate, panel.rate) > 0.0 && rate <= 0.0;
     const bool panelChanges = panel.view.panel && stopped;
-    return drawn || redraws > 0 || keeper.wantsScreenshot() || noticeChanged || marksChange ||
+    return drawn || redraws > 0 || keeper.wantsScreenshot() || toastChanged || marksChange ||
            panelChanges;
 }
 
@@ -47,15 +46,15 @@ void Display::drawWindows(const Panel& panel) {
     if (panel.view.help) {
         drawHelp(panel.requests);
     }
-    if (noticeShown) {
-        drawNotice(notice.line);
+    if (toastShown) {
+        drawToast(toast.line);
     }
 }
 
 /// Overlays, and the panel unless a screenshot is taken.
 void Display::drawOver(const Panel& panel) {
     screen.beginPanel();
-    drawOverlays({panel.view.velocity, panel.view.ink}, session.seen(), screen.canvas(),
+    drawOverlays({panel.view.velocity, panel.view.ink}, session.effectProbe(), screen.canvas(),
                  screen.window().pixels());
     if (!keeper.wantsScreenshot()) {
         drawWindows(panel);
@@ -77,11 +76,11 @@ void Display::present(const Panel& panel, bool drawn) {
     } else {
         screen.canvas().show(screen.window().pixels());
     }
-    attempt(notice, [&] { keeper.addToFilm(); });
-    attempt(notice, [&] { keeper.addPortrait(); });
+    attempt(toast, [&] { keeper.addToFilm(); });
+    attempt(toast, [&] { keeper.addThumbnail(); });
     drawOver(panel);
     if (keeper.wantsScreenshot()) {
-        attempt(notice, [&] { keeper.takeScreenshot(); });
+        attempt(toast, [&] { keeper.takeScreenshot(); });
     }
     screen.window().swap();
 }

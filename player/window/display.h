@@ -2,10 +2,10 @@
 
 #include <chrono>
 
-#include "player/window/keeping.h"
-#include "player/window/notice.h"
+#include "player/window/keeper.h"
 #include "player/window/panel.h"
 #include "player/window/screen.h"
+#include "player/window/toast.h"
 #include "player/window/window_session.h"
 
 namespace player {
@@ -14,7 +14,7 @@ namespace player {
 /// changed.
 class Display {
 public:
-    Display(Screen& onScreen, const WindowSession& ofSession, Keeper& keptBy, Notice& withNotice);
+    Display(Screen& onScreen, const WindowSession& ofSession, Keeper& keptBy, Toast& withToast);
 
     /// Something may have changed beside the effect's picture.
     void touch();
@@ -34,9 +34,9 @@ private:
     Screen& screen;
     const WindowSession& session;
     Keeper& keeper;
-    Notice& notice;
+    Toast& toast;
     int redraws = 0;
-    bool noticeShown = false;
+    bool toastShown = false;
     double rate = 0.0;
     Clock::time_point presented{};
 };

@@ -5,8 +5,8 @@
 #include <vector>
 
 #include "player/options.h"
-#include "player/window/notice.h"
 #include "player/window/shots.h"
+#include "player/window/toast.h"
 #include "player/window/window_session.h"
 
 namespace player {
@@ -21,7 +21,7 @@ struct Mark {
 /// window what it left. What writes a file throws Failure.
 class Keeper {
 public:
-    Keeper(WindowSession& ofSession, Notice& saysIn, const Options& options);
+    Keeper(WindowSession& ofSession, Toast& withToast, const Options& options);
 
     /// From now on, or no longer.
     void switchFilm();
@@ -43,28 +43,28 @@ public:
     /// Completes film and recording. What fails is told.
     void finish();
 
-    void wantScreenshot() { shotWanted = true; }
+    void requestScreenshot() { shotWanted = true; }
     bool wantsScreenshot() const { return shotWanted; }
     /// The one that was asked for, of what the screen shows.
     void takeScreenshot();
 
     std::filesystem::path savePreset();
     /// Of the preset that was saved last, where it has none yet: what the screen shows.
-    void addPortrait();
+    void addThumbnail();
 
     std::vector<Mark> marks() const;
     /// Prints the names of all files that were left.
-    void tellFiles() const;
+    void printFiles() const;
     /// Prints the velocity's digest where the command line asks for it.
-    void tellDigest() const;
+    void printDigest() const;
 
 private:
     using Clock = std::chrono::steady_clock;
 
     WindowSession& session;
-    Notice& notice;
+    Toast& toast;
     Shots shots;
-    std::filesystem::path presetWithoutPortrait;
+    std::filesystem::path presetWithoutThumbnail;
     std::filesystem::path recorded;
     bool digestWanted;
     bool shotWanted = false;

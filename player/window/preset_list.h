@@ -12,11 +12,11 @@
 namespace player {
 
 /// The presets that ship and those in the user's folder, and which of them the window shows.
-class Looks {
+class PresetList {
 public:
     /// `file`: the preset that the settings come from; empty: none.
-    Looks(const std::filesystem::path& savedIn, const std::filesystem::path& file,
-          const app::Settings& settings);
+    PresetList(const std::filesystem::path& savedIn, const std::filesystem::path& file,
+               const app::Settings& settings);
 
     std::span<const NamedPreset> presets() const { return all; }
     /// The settings to show from now on. Throws Failure, and what is shown stays.
@@ -27,7 +27,7 @@ public:
     void add(const std::filesystem::path& file, const app::Settings& settings);
 
     /// Those of the preset, before the user changed them.
-    const app::Settings& unchanged() const { return loaded; }
+    const app::Settings& original() const { return loaded; }
     const std::string& name() const { return shown; }
     /// Whether the look is another one by now than its preset's.
     bool isChanged(const app::Settings& settings) const { return !(settings == loaded); }

@@ -1,4 +1,4 @@
-#include "player/picture.h"
+#include "player/image.h"
 
 #include <gdk-pixbuf/gdk-pixbuf.h>
 
@@ -23,9 +23,9 @@ using hostkit::Picture;
 namespace {
 
 // Four bytes a pixel: 400 MB, more than any camera gives and less than most machines have.
-constexpr std::int64_t mostPixels = 100'000'000;
+constexpr std::int64_t maxPixels = 100'000'000;
 /// The largest screen's: more of a picture is never shown.
-constexpr int longestSide = 4096;
+constexpr int maxImageSide = 4096;
 constexpr int drawnSide = 1024;
 
 struct Unref {
@@ -44,7 +44,7 @@ PixbufPointer pixbufOf(const Picture& picture) {
 }
 
 /// Takes over the error of a failed call.
-std::string wordsOf(GError* error) {
+std::string messageOf(GError* error) {
     std::string words = error != nullptr ? error->message : "no reason known";
     g_clear_error(&error);
     return words;
@@ -53,7 +53,7 @@ std::string wordsOf(GError* error) {
 struct StoredSize {
     int width = 0;
     int height = 0;
-    bool tooLarge() const { return std::int64_t{width} * height > mostPixels; }
+    bool tooLarge() const { return std::int64_t{width} * height > maxPixels; }
 };
 
 /// A loader that stops before it takes the memory of a picture that is too large.
@@ -76,7 +76,7 @@ public:
             g_clear_error(&error);
             return PixbufPointer(gdk_pixbuf_apply_embedded_orientation(pixbuf));
         }
-        reason = wordsOf(error);
+        reason = messageOf(error);
         return nullptr;
     }
     const StoredSize& size() const { return stored; }
@@ -138,15 +138,15 @@ PixbufPointer decode(const std::filesystem::path& file) {
 
 }  // namespace
 
-Picture loadPicture(const std::filesystem::path& file) {
+Picture loadImage(const std::filesystem::path& file) {
     const PixbufPointer upright = decode(file);
     const int columns = gdk_pixbuf_get_width(upright.get());
     const int rows = gdk_pixbuf_get_height(upright.get());
-    const double scale = std::min(1.0, static_cast<double>(longestSide) / std::max(columns, rows));
+    const double scale = std::min(1.0, static_cast<double>(maxImageSide) / std::max(columns, rows));
     const auto scaled = [&](int side) {
         return std::max(1, static_cast<int>(std::lround(side * scale)));
     };
-    Picture picture = plainPicture(scaled(columns), scaled(rows), 0);  // where it is transparent
+    Picture picture = plainImage(scaled(columns), scaled(rows), 0);  // where it is transparent
     gdk_pixbuf_composite(upright.get(), pixbufOf(picture).get(), 0, 0, picture.width,
                          picture.height, 0.0, 0.0, static_cast<double>(picture.width) / columns,
                          static_cast<double>(picture.height) / rows, GDK_INTERP_BILINEAR, 255);
@@ -154,12 +154,12 @@ Picture loadPicture(const std::filesystem::path& file) {
 }
 
 app::Backgrounds loadBackgrounds(const Options& options) {
-    const auto load = [](const std::filesystem::path& named, const char* usual) {
-        const std::filesystem::path file = named.empty() ? usual : named;
+    const auto load = [](const std::filesystem::path& named, const char* fallback) {
+        const std::filesystem::path file = named.empty() ? fallback : named;
         std::error_code ignored;
         return named.empty() && !std::filesystem::exists(file, ignored)
                    ? hostkit::makeTestPicture(drawnSide, drawnSide)
-                   : loadPicture(file);
+                   : loadImage(file);
     };
     return {load(options.picture, "/usr/share/backgrounds/mate/nature/Dune.jpg"),
             load(options.second, "/usr/share/backgrounds/mate/nature/RainDrops.jpg")};
@@ -168,14 +168,14 @@ app::Backgrounds loadBackgrounds(const Options& options) {
 Picture covering(const Picture& picture, int width, int height) {
     const double scale = std::max(static_cast<double>(width) / picture.width,
                                   static_cast<double>(height) / picture.height);
-    Picture cover = plainPicture(width, height, 0);
+    Picture cover = plainImage(width, height, 0);
     gdk_pixbuf_scale(pixbufOf(picture).get(), pixbufOf(cover).get(), 0, 0, width, height,
                      (width - picture.width * scale) / 2, (height - picture.height * scale) / 2,
                      scale, scale, GDK_INTERP_BILINEAR);
     return cover;
 }
 
-Picture plainPicture(int width, int height, std::uint8_t shade) {
+Picture plainImage(int width, int height, std::uint8_t shade) {
     Picture picture{width, height, {}};
     picture.rgba.resize(4 * static_cast<std::size_t>(width) * static_cast<std::size_t>(height));
     const guint32 grey = guint32{shade} * 0x01010100;
@@ -183,7 +183,7 @@ Picture plainPicture(int width, int height, std::uint8_t shade) {
     return picture;
 }
 
-Picture screenPicture(app::Size screen) {
+Picture readFrame(app::Size screen) {
     Picture picture{screen.width, screen.height, hostkit::readScreen(screen.width, screen.height)};
     for (std::size_t alpha = 3; alpha < picture.rgba.size(); alpha += 4) {
         picture.rgba[alpha] = 255;
@@ -206,7 +206,7 @@ void save(const Picture& picture, const std::filesystem::path& file, const char*
     GError* error = nullptr;
     if (!gdk_pixbuf_save_to_buffer(pixbufOf(picture).get(), &bytes, &count, format, &error, option,
                                    value, nullptr)) {
-        throw Failure(wordsOf(error), file.string());
+        throw Failure(messageOf(error), file.string());
     }
     const std::unique_ptr<gchar, decltype(&g_free)> owner(bytes, g_free);
     writeWhole(file, std::string_view(bytes, count));

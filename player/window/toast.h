@@ -7,25 +7,25 @@
 namespace player {
 
 /// A line at the window's lower edge that stays for a while.
-struct Notice {
+struct Toast {
     using Clock = std::chrono::steady_clock;
 
     std::string line;
     Clock::time_point end{};
 };
 
-void say(Notice& notice, const std::string& line);
+void showToast(Toast& toast, const std::string& line);
 
 /// Says it, and on stderr too.
-void sayFailure(Notice& notice, const std::exception& error);
+void showFailure(Toast& toast, const std::exception& error);
 
 /// What fails while the window is open is told, and the window stays.
 template <class Work>
-void attempt(Notice& notice, Work work) {
+void attempt(Toast& toast, Work work) {
     try {
         work();
     } catch (const std::exception& error) {
-        sayFailure(notice, error);
+        showFailure(toast, error);
     }
 }
 

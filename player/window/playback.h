@@ -8,7 +8,7 @@
 #include "app/frame_clock.h"
 #include "app/size.h"
 #include "hostkit/gesture_script.h"
-#include "player/window/keeping.h"
+#include "player/window/keeper.h"
 #include "player/window/window_session.h"
 
 namespace player {
@@ -24,7 +24,7 @@ public:
     void step() { isPaused = stepWanted = true; }
 
     /// Returns the time until a frame is due; a long time while the effect rests.
-    std::chrono::nanoseconds untilNext();
+    std::chrono::nanoseconds timeToNextFrame();
     /// Plays the frames that are due; returns whether there was one.
     bool playDueFrames();
     /// Plays a script from a fresh start. Ends a recording.
@@ -38,7 +38,7 @@ public:
     /// Frames a second, over the last one; 0 where the effect stands still.
     double rate() const;
     /// The newest frame's took that much longer until it was shown.
-    void addToGl(std::chrono::nanoseconds time);
+    void addGlTime(std::chrono::nanoseconds time);
 
 private:
     using Clock = app::Clock;
@@ -52,7 +52,7 @@ private:
     bool stepWanted = false;
     std::vector<FrameTimes> lastTimes;
     /// When the frames of the last second were played, or two that took longer.
-    std::deque<Clock::time_point> moments;
+    std::deque<Clock::time_point> frameEnds;
     app::Size lastPixels{};
     Clock::time_point resizedAt{};
 };

@@ -1,4 +1,4 @@
-#include "player/draw/letters.h"
+#include "player/draw/font_scale.h"
 
 #include <imgui.h>
 
@@ -13,7 +13,7 @@ namespace {
 constexpr const char* fontFile = "/usr/share/fonts/truetype/dejavu/DejaVuSans.ttf";
 constexpr float fontPixels = 15.0f;
 /// What names of presets may need: European letters.
-constexpr ImWchar letters[] = {0x20, 0x17f, 0};
+constexpr ImWchar glyphRange[] = {0x20, 0x17f, 0};
 
 /// A display's letters have at least the contrast of 7 to 1 to what is behind them.
 struct Shade {
@@ -66,7 +66,7 @@ void setFont(float pixels) {
     ImFontConfig config;
     config.SizePixels = pixels;
     if (std::filesystem::exists(fontFile, ignored)) {
-        atlas.AddFontFromFileTTF(fontFile, pixels, &config, letters);
+        atlas.AddFontFromFileTTF(fontFile, pixels, &config, glyphRange);
     } else {
         atlas.AddFontDefault(&config);
     }
@@ -74,7 +74,7 @@ void setFont(float pixels) {
 
 }  // namespace
 
-void setLetters(const LetterScale& scale) {
+void applyFontScale(const FontScale& scale) {
     setStyle(scale.pixels / scale.density);
     setFont(std::round(fontPixels * scale.pixels));
     ImGui::GetIO().FontGlobalScale = 1.0f / scale.density;
