@@ -19,7 +19,7 @@ namespace fs = std::filesystem;
 
 constexpr std::size_t maxBytes = std::size_t{512} << 20;
 constexpr std::size_t blockSize = std::size_t{1} << 20;
-constexpr mode_t permissions = 0666;  // less the user's mask
+constexpr mode_t permissions = 0666;  // before the umask
 
 struct Descriptor {
     int number;
@@ -34,10 +34,10 @@ std::string errorText(int error) {
 }
 
 Failure cannotWrite(const fs::path& file, int error) {
-    return Failure("cannot write here, " + errorText(error), file.string());
+    return Failure("cannot write to this path, " + errorText(error), file.string());
 }
 
-/// Calls until it was no signal that ended the call; -1 where a signal ends the run.
+/// Repeats a system call that a signal interrupted. Returns -1 if the signal ends the program.
 template <class Call>
 auto retryInterrupted(Call call) {
     auto result = call();
@@ -49,13 +49,13 @@ auto retryInterrupted(Call call) {
 
 }  // namespace
 
-std::string readWhole(const fs::path& file, const std::string& what) {
+std::string readWhole(const fs::path& file, const std::string& kind) {
     const auto fail = [&](int error) {
         if (error == EINTR) {
             throw Failure("interrupted while reading", file.string());
         }
-        throw Failure(error == ENOENT ? "no such " + what
-                                      : "cannot read the " + what + ", " + errorText(error),
+        throw Failure(error == ENOENT ? "no such " + kind
+                                      : "cannot read the " + kind + ", " + errorText(error),
                       file.string());
     };
     const Descriptor input(
@@ -76,7 +76,7 @@ std::string readWhole(const fs::path& file, const std::string& what) {
         }
         bytes.append(block.data(), static_cast<std::size_t>(count));
         if (bytes.size() > maxBytes) {
-            throw Failure("the " + what + " is larger than 512 MB", file.string());
+            throw Failure("the " + kind + " is larger than 512 MB", file.string());
         }
     }
 }

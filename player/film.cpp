@@ -16,7 +16,7 @@ constexpr int maxThumbnailSide = 480;
 constexpr int gap = 6;
 constexpr std::uint8_t gapShade = 255;
 
-/// The middle frames of equal stretches of the run.
+/// Divides the run into equal parts and returns the number of the middle frame of each part.
 std::vector<int> evenlySpaced(int frameCount) {
     const int count = std::min(frameCount, maxStills);
     std::vector<int> frames;

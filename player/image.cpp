@@ -22,32 +22,31 @@ using hostkit::Picture;
 
 namespace {
 
-// Four bytes a pixel: 400 MB, more than any camera gives and less than most machines have.
+// Decoded at 4 bytes per pixel: 400 MB. Larger than any camera image, smaller than the memory of most machines.
 constexpr std::int64_t maxPixels = 100'000'000;
-/// The largest screen's: more of a picture is never shown.
+/// Longest side of a loaded image, in pixels: the longest side of a screen.
 constexpr int maxImageSide = 4096;
-constexpr int drawnSide = 1024;
+constexpr int testImageSide = 1024;
 
 struct Unref {
     void operator()(GdkPixbuf* pixbuf) const { g_object_unref(pixbuf); }
 };
 using PixbufPointer = std::unique_ptr<GdkPixbuf, Unref>;
 
-/// A view of `picture`, which must outlive it.
+/// Returns a view of `picture`. The picture must outlive the view.
 PixbufPointer pixbufOf(const Picture& picture) {
-    // The toolkit has no read-only pixbuf over rows; what is done with this one follows its owner's
-    // constness.
+    // GdkPixbuf has no read-only view. Callers write only through views of non-const pictures.
     auto* rows = const_cast<std::uint8_t*>(picture.rgba.data());
     return PixbufPointer(gdk_pixbuf_new_from_data(rows, GDK_COLORSPACE_RGB, TRUE, 8, picture.width,
                                                   picture.height, 4 * picture.width, nullptr,
                                                   nullptr));
 }
 
-/// Takes over the error of a failed call.
+/// Returns the message of an error and frees the error.
 std::string messageOf(GError* error) {
-    std::string words = error != nullptr ? error->message : "no reason known";
+    std::string message = error != nullptr ? error->message : "unknown error";
     g_clear_error(&error);
-    return words;
+    return message;
 }
 
 struct StoredSize {
@@ -56,7 +55,7 @@ struct StoredSize {
     bool tooLarge() const { return std::int64_t{width} * height > maxPixels; }
 };
 
-/// A loader that stops before it takes the memory of a picture that is too large.
+/// Decodes an image. Stops before it allocates memory for an image that is too large.
 class Loader {
 public:
     Loader() : loader(gdk_pixbuf_loader_new()) {
@@ -66,7 +65,7 @@ public:
     Loader(const Loader&) = delete;
     Loader& operator=(const Loader&) = delete;
 
-    /// As much of the picture as its bytes give; null with the reason where that is nothing.
+    /// Returns the image, or its readable part. Returns null and sets `reason` if no part is readable.
     PixbufPointer read(const std::string& bytes, std::string& reason) {
         const auto* data = reinterpret_cast<const guchar*>(bytes.data());
         GError* error = nullptr;
@@ -86,7 +85,7 @@ private:
         auto& size = *static_cast<StoredSize*>(into);
         size = {width, height};
         if (size.tooLarge()) {
-            gdk_pixbuf_loader_set_size(from, 0, 0);  // of which every format makes an error
+            gdk_pixbuf_loader_set_size(from, 0, 0);  // every decoder rejects this size
         }
     }
 
@@ -94,10 +93,10 @@ private:
     StoredSize stored;
 };
 
-/// Whether the last byte that the format asks for is missing. Its decoders show grey, or black,
-/// from there on and say nothing.
+/// Returns true if the end of the file is missing. The decoders fill the missing part with grey or black and report
+/// no error.
 bool isCutOff(std::string_view bytes) {
-    if (bytes.starts_with("\xFF\xD8")) {  // JPEG: no end behind the last scan
+    if (bytes.starts_with("\xFF\xD8")) {  // JPEG: the end marker after the last scan
         const std::size_t scan = bytes.rfind("\xFF\xDA");
         return scan == std::string_view::npos ||
                bytes.find("\xFF\xD9", scan) == std::string_view::npos;
@@ -105,7 +104,7 @@ bool isCutOff(std::string_view bytes) {
     if (bytes.starts_with("\x89PNG")) {
         return bytes.rfind("IEND") == std::string_view::npos;
     }
-    if (bytes.starts_with("RIFF") && bytes.size() > 8) {  // WebP: its length, low byte first
+    if (bytes.starts_with("RIFF") && bytes.size() > 8) {  // WebP: the length field, little-endian
         std::uint64_t length = 0;
         for (std::size_t at = 7; at >= 4; --at) {
             length = 256 * length + static_cast<unsigned char>(bytes[at]);
@@ -115,23 +114,23 @@ bool isCutOff(std::string_view bytes) {
     return false;
 }
 
-/// The picture of a file as its camera was held.
+/// Decodes a file and applies the orientation in its metadata.
 PixbufPointer decode(const std::filesystem::path& file) {
-    const std::string bytes = readWhole(file, "picture");
+    const std::string bytes = readWhole(file, "image");
     Loader loader;
     std::string reason;
     PixbufPointer upright = loader.read(bytes, reason);
     const StoredSize& size = loader.size();
     if (size.tooLarge()) {
-        throw Failure("the picture is too large, " + std::to_string(size.width) + " x " +
-                          std::to_string(size.height) + " pixels, over 100 million",
+        throw Failure("the image is too large, " + std::to_string(size.width) + " x " +
+                          std::to_string(size.height) + " pixels; the limit is 100 million pixels",
                       file.string());
     }
     if (!upright) {
-        throw Failure("not a readable picture, " + reason, file.string());
+        throw Failure("not a readable image, " + reason, file.string());
     }
     if (isCutOff(bytes)) {
-        warn("the picture is cut off, its end is missing", file.string());
+        warn("the end of the image file is missing", file.string());
     }
     return upright;
 }
@@ -146,7 +145,8 @@ Picture loadImage(const std::filesystem::path& file) {
     const auto scaled = [&](int side) {
         return std::max(1, static_cast<int>(std::lround(side * scale)));
     };
-    Picture picture = plainImage(scaled(columns), scaled(rows), 0);  // where it is transparent
+    Picture picture =
+        plainImage(scaled(columns), scaled(rows), 0);  // black under transparent pixels
     gdk_pixbuf_composite(upright.get(), pixbufOf(picture).get(), 0, 0, picture.width,
                          picture.height, 0.0, 0.0, static_cast<double>(picture.width) / columns,
                          static_cast<double>(picture.height) / rows, GDK_INTERP_BILINEAR, 255);
@@ -158,10 +158,10 @@ app::Backgrounds loadBackgrounds(const Options& options) {
         const std::filesystem::path file = named.empty() ? fallback : named;
         std::error_code ignored;
         return named.empty() && !std::filesystem::exists(file, ignored)
-                   ? hostkit::makeTestPicture(drawnSide, drawnSide)
+                   ? hostkit::makeTestPicture(testImageSide, testImageSide)
                    : loadImage(file);
     };
-    return {load(options.picture, "/usr/share/backgrounds/mate/nature/Dune.jpg"),
+    return {load(options.image, "/usr/share/backgrounds/mate/nature/Dune.jpg"),
             load(options.second, "/usr/share/backgrounds/mate/nature/RainDrops.jpg")};
 }
 
@@ -215,7 +215,7 @@ void save(const Picture& picture, const std::filesystem::path& file, const char*
 }  // namespace
 
 void savePng(const Picture& picture, const std::filesystem::path& file) {
-    // A photograph barely shrinks further with more, which takes ten times as long.
+    // Higher levels take ten times as long and barely make a photograph smaller.
     save(picture, file, "png", "compression", "1");
 }
 

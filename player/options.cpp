@@ -39,10 +39,10 @@ void readFontScale(const std::string& given, Options& options) {
     }
 }
 
-/// What the options mean stands in the help text.
+/// Declares the options. help.txt describes them.
 void declare(CLI::App& app, Options& options) {
     app.option_defaults()->multi_option_policy(CLI::MultiOptionPolicy::TakeLast);
-    app.add_option("picture", options.picture);
+    app.add_option("image", options.image);
     app.add_option("--second", options.second);
     app.add_option("--script", options.script);
     app.add_option("--frames", options.frames)->check(CLI::Range(1, maxFrames));

@@ -48,7 +48,7 @@ Json parse(const fs::path& file) {
     } catch (const Json::parse_error& error) {
         const auto place = static_cast<std::ptrdiff_t>(std::min(error.byte, text.size()));
         const auto line = 1 + std::count(text.begin(), text.begin() + place, '\n');
-        throw Failure("not JSON from line " + std::to_string(line) + " on", file.string());
+        throw Failure("not JSON: syntax error in line " + std::to_string(line), file.string());
     } catch (const Json::exception&) {
         throw Failure("not JSON: a number is too large", file.string());
     }

@@ -23,8 +23,8 @@ void main() {
 }
 )";
 
-// The density is split over two channels as 255 * high + low. A decade of it runs through the
-// colours: what the eye takes for no ink shows blue.
+// The density is stored in two channels: 255 * red + green. The false colours are logarithmic, so that even invisible
+// traces of ink show as blue.
 constexpr const char* densityText = R"(
 precision mediump float;
 uniform sampler2D sTexture;
@@ -68,7 +68,7 @@ void Canvas::keep(app::Size screen) {
         glCopyTexSubImage2D(GL_TEXTURE_2D, 0, 0, 0, 0, 0, screen.width, screen.height);
         return;
     }
-    // A size that is no power of two shows only without repeats and smaller levels.
+    // OpenGL ES 2.0 samples a texture of any size only if it clamps to the edge and has no mipmaps.
     for (const GLenum edge : wraps) {
         glTexParameteri(GL_TEXTURE_2D, edge, GL_CLAMP_TO_EDGE);
     }

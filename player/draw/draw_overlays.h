@@ -7,7 +7,7 @@
 
 namespace player {
 
-/// Draws the density at once, and the strokes into the background of the ImGui frame.
+/// Draws the density immediately and adds the flow lines to the background of the ImGui frame.
 void drawOverlays(Overlays overlays, const hostkit::EffectProbe& probe, Canvas& canvas,
                   app::Size screen);
 

@@ -2,17 +2,16 @@
 
 namespace player {
 
-/// How large letters and what stands around them are.
+/// Scale of the text and of the controls around it.
 struct FontScale {
-    /// Pixels to one of a plain display's.
+    /// Pixels per pixel of a 96-dpi display.
     float pixels = 1.0f;
-    /// Pixels to a unit of the window's, of which a dense display has several.
+    /// Pixels per window unit: more than 1 on a high-density display.
     float density = 1.0f;
     bool operator==(const FontScale&) const = default;
 };
 
-/// Gives the current ImGui context font and style of that scale. Its font's texture is another one
-/// from then on.
+/// Sets font and style of the current ImGui context for this scale. The renderer must upload the font again.
 void applyFontScale(const FontScale& scale);
 
 }  // namespace player

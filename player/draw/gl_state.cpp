@@ -38,7 +38,7 @@ GlStateGuard::GlStateGuard()
       scissor(glIsEnabled(GL_SCISSOR_TEST)) {
     glGetIntegerv(GL_VIEWPORT, viewport.data());
     glActiveTexture(GL_TEXTURE0);
-    // Of unit 0, hence not before it is active.
+    // The query reads the active unit, so unit 0 must be active first.
     // NOLINTNEXTLINE(cppcoreguidelines-prefer-member-initializer)
     texture = stateOf(GL_TEXTURE_BINDING_2D);
     glBindFramebuffer(GL_FRAMEBUFFER, 0);
@@ -75,7 +75,7 @@ GLuint buildGlProgram(const char* vertexText, const char* fragmentText,
     if (linked == GL_FALSE) {
         std::array<char, 256> log{};
         glGetProgramInfoLog(program, static_cast<GLsizei>(log.size()), nullptr, log.data());
-        throw Failure("the window's shaders do not link", log.data());
+        throw Failure("cannot link the player's shaders", log.data());
     }
     return program;
 }

@@ -42,7 +42,7 @@ void setVertexAttribute(GLuint location, GLint size, GLenum type, std::size_t of
                           reinterpret_cast<const void*>(offset));
 }
 
-/// Clips to a rectangle of the display; false where nothing of it is left.
+/// Sets the scissor to a rectangle of the display. Returns false if the rectangle is empty.
 bool clip(const ImVec4& rectangle, const ImDrawData& data) {
     const ImVec2 scale = data.FramebufferScale;
     const float left = (rectangle.x - data.DisplayPos.x) * scale.x;

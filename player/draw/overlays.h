@@ -2,11 +2,11 @@
 
 namespace player {
 
-/// Overlays that are shown over the picture.
+/// Overlays that are drawn over the frame.
 struct Overlays {
-    /// Lines along the flow, at most one a cell.
+    /// Lines along the flow, at most one per cell.
     bool velocity = false;
-    /// False colours of the ink's density.
+    /// False colours of the ink density.
     bool ink = false;
 };
 

@@ -5,7 +5,7 @@
 namespace player {
 
 Painter::Painter() : context(ImGui::CreateContext()) {
-    ImGui::GetIO().IniFilename = nullptr;  // leaves no file behind
+    ImGui::GetIO().IniFilename = nullptr;  // ImGui writes no settings file
     applyFontScale(scale);
 }
 

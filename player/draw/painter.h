@@ -11,8 +11,8 @@ struct ImGuiContext;
 
 namespace player {
 
-/// What the player itself draws with, over the library's picture. One at a time: it owns the
-/// current ImGui context.
+/// Owns the ImGui context and the GL objects with which the player draws over the library's frame.
+/// A process has at most one painter at a time.
 class Painter {
 public:
     Painter();
@@ -20,11 +20,11 @@ public:
     Painter(const Painter&) = delete;
     Painter& operator=(const Painter&) = delete;
 
-    /// Makes the GL objects in the current context. Throws Failure.
+    /// Creates the GL objects in the current context. Throws Failure.
     void setUp();
-    /// Between two ImGui frames.
+    /// Sets the scale of font and style. Call it between two ImGui frames.
     void setScale(const FontScale& wanted);
-    /// Gives them back before their context goes.
+    /// Deletes the GL objects. Call it before their context is destroyed.
     void tearDown();
 
     Canvas& canvas() { return *frameCanvas; }

@@ -32,7 +32,7 @@ GLuint load(const std::filesystem::path& file) {
     try {
         return textureOf(covering(loadImage(file), thumbnailPixels, thumbnailPixels));
     } catch (const std::exception&) {
-        return 0;  // a preset without a picture
+        return 0;  // an unreadable thumbnail counts as missing
     }
 }
 

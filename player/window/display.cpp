@@ -8,19 +8,20 @@
 namespace player {
 namespace {
 
-/// ImGui answers an event in the frame after it, and fades.
+/// Number of redraws after an event. ImGui reacts one frame after an event and then fades.
 constexpr int redrawsPerEvent = 3;
-/// Often enough for a film of a picture that stands, and for the seconds of a mark.
+/// Longest time between redraws during a film or a recording. It suffices for a film of an idle effect and for the
+/// seconds of the marks.
 constexpr auto maxRedrawInterval = std::chrono::milliseconds(100);
 
 }  // namespace
 
 Display::Display(Screen& onScreen, const WindowSession& ofSession, Keeper& keptBy, Toast& withToast)
     : screen(onScreen), session(ofSession), keeper(keptBy), toast(withToast) {
-    touch();
+    requestRedraws();
 }
 
-void Display::touch() {
+void Display::requestRedraws() {
     redraws = redrawsPerEvent;
 }
 
@@ -38,7 +39,7 @@ bool Display::changed(const Panel& panel, bool drawn) {
 void Display::drawWindows(const Panel& panel) {
     int row = 0;
     for (const Mark& mark : keeper.marks()) {
-        drawMark(mark.word, mark.time, row++);
+        drawMark(mark.label, mark.time, row++);
     }
     if (panel.view.panel) {
         drawPanel(panel);
@@ -51,7 +52,7 @@ void Display::drawWindows(const Panel& panel) {
     }
 }
 
-/// Overlays, and the panel unless a screenshot is taken.
+/// Draws the overlays, and the panel unless a screenshot is due.
 void Display::drawOver(const Panel& panel) {
     screen.beginPanel();
     drawOverlays({panel.view.velocity, panel.view.ink}, session.effectProbe(), screen.canvas(),
@@ -61,7 +62,7 @@ void Display::drawOver(const Panel& panel) {
     }
     screen.drawPanel();
     if (isHintDue()) {
-        touch();
+        requestRedraws();
     }
 }
 

@@ -10,18 +10,16 @@
 
 namespace player {
 
-/// Shows the session's picture with overlays, panel, marks and notice over it, where any of these
-/// changed.
+/// Presents the session's frame with overlays, panel, marks and toast. Redraws only after a change.
 class Display {
 public:
     Display(Screen& onScreen, const WindowSession& ofSession, Keeper& keptBy, Toast& withToast);
 
-    /// Something may have changed beside the effect's picture.
-    void touch();
-    /// Whether it is to be drawn soon, though the effect stands still.
-    bool waits() const { return redraws > 0 || keeper.filming(); }
-    /// `drawn`: the effect has just drawn a frame; else its last one is shown anew. Takes the
-    /// screenshot that was asked for.
+    /// Requests redraws, because something other than the effect's frame may have changed.
+    void requestRedraws();
+    /// Returns true if a redraw is due even while the effect is idle.
+    bool needsRedraw() const { return redraws > 0 || keeper.filming(); }
+    /// Presents the effect's new frame if `drawn` is true, otherwise its stored frame. Takes a requested screenshot.
     void present(const Panel& panel, bool drawn);
 
 private:

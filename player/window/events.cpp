@@ -14,7 +14,7 @@
 namespace player {
 namespace {
 
-/// Combinations are the desktop's.
+/// Returns true for a key with Ctrl, Alt or Super. The desktop handles such combinations.
 bool hasModifier(const SDL_Keysym& key) {
     return (key.mod & (KMOD_CTRL | KMOD_ALT | KMOD_GUI)) != 0;
 }
@@ -24,7 +24,7 @@ bool isShortcut(const SDL_Event& event) {
            !hasModifier(event.key.keysym);
 }
 
-/// Where a finger comes down, in the window's units; nothing for other events.
+/// Returns the position of a press in window units. Returns nothing for other events.
 std::optional<ImVec2> pressPosition(const SDL_Event& event) {
     const ImVec2 screen = ImGui::GetIO().DisplaySize;
     if (event.type == SDL_FINGERDOWN) {
@@ -36,8 +36,7 @@ std::optional<ImVec2> pressPosition(const SDL_Event& event) {
     return std::nullopt;
 }
 
-/// Whether the press is the panel's. Its windows are asked, as ImGui's own answer is that of its
-/// last frame, and a finger comes down where no pointer was before.
+/// Returns true if the press hits a window of ImGui. ImGui's own flag describes its last frame, before a new touch.
 bool isOnPanel(ImVec2 press) {
     constexpr ImGuiWindowFlags seeThrough = ImGuiWindowFlags_NoMouseInputs;
     bool on = ImGui::IsPopupOpen("", ImGuiPopupFlags_AnyPopup);

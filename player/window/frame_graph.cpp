@@ -26,7 +26,7 @@ float whole(const FrameTimes& frame) {
     return frame.water + frame.solverWait + frame.gl;
 }
 
-/// Of the full height: a round number of milliseconds that no frame exceeds.
+/// Returns the time at the full height of the graph, in ms: a round number that no frame exceeds.
 float fullScale(std::span<const FrameTimes> times) {
     float longest = 0.0f;
     for (const FrameTimes& frame : times) {
@@ -37,7 +37,7 @@ float fullScale(std::span<const FrameTimes> times) {
     return step == std::end(steps) ? longest : *step;
 }
 
-/// Stacked, one a frame, the newest at the right.
+/// Draws one stacked bar per frame, the newest at the right.
 void drawBars(ImDrawList& list, std::span<const FrameTimes> times, ImVec2 corner, ImVec2 size,
               float full) {
     const auto count = static_cast<float>(times.size());

@@ -31,7 +31,7 @@ void Keeper::addToFilm() {
 void Keeper::finishFilm() {
     if (filming()) {
         const auto film = shots.finishFilm();
-        showToast(toast, film ? "filmed " + film->string() : "nothing was filmed");
+        showToast(toast, film ? "filmed " + film->string() : "no film saved: it had no frame");
     }
 }
 
@@ -39,9 +39,9 @@ void Keeper::switchRecording() {
     if (session.recording()) {
         finishRecording();
     } else {
-        const fs::path file = shots.nameForGesture();
+        const fs::path file = shots.createGestureFile();
         startRecording(file);
-        showToast(toast, "recording " + file.string() + ", from a fresh start");
+        showToast(toast, "recording " + file.string() + "; the effect was reset");
     }
 }
 
@@ -93,10 +93,10 @@ void Keeper::addThumbnail() {
 
 std::vector<Mark> Keeper::marks() const {
     std::vector<Mark> marks;
-    const auto add = [&](bool on, const char* word, Clock::time_point start) {
+    const auto add = [&](bool on, const char* label, Clock::time_point start) {
         if (on) {
             const auto time = Clock::now() - start;
-            marks.push_back({word, std::chrono::duration_cast<std::chrono::seconds>(time)});
+            marks.push_back({label, std::chrono::duration_cast<std::chrono::seconds>(time)});
         }
     };
     add(filming(), "film", filmStart);

@@ -11,51 +11,53 @@
 
 namespace player {
 
-/// Something that is being made, and for how long by now.
+/// Label and elapsed time of a film or a recording in progress.
 struct Mark {
-    const char* word;
+    const char* label;
     std::chrono::seconds time;
 };
 
-/// What a session leaves behind: screenshots, a film, a recording of gestures, presets. Says in the
-/// window what it left. What writes a file throws Failure.
+/// Saves a session's output: screenshots, films, recordings and presets. Shows a toast for each file.
+/// Members that write a file throw Failure.
 class Keeper {
 public:
     Keeper(WindowSession& ofSession, Toast& withToast, const Options& options);
 
-    /// From now on, or no longer.
+    /// Starts a film or finishes the current film.
     void switchFilm();
     bool filming() const { return shots.filming(); }
-    /// From now on the film shows what the session shows; nothing where no film is being made.
+    /// Adds the session's current frame to the film. Does nothing without a film.
     void addToFilm();
-    /// Completes it; nothing where none is being made.
+    /// Finishes the film. Does nothing without a film.
     void finishFilm();
 
+    /// Starts a recording in a new file or finishes the current recording.
     void switchRecording();
-    /// The file is the recording's own, and empty.
+    /// Starts a recording in `file`, which must be empty.
     void startRecording(const std::filesystem::path& file);
     void finishRecording();
-    /// Ends the one whose file cannot be written any longer.
+    /// Finishes the recording if a write to its file has failed.
     void watchRecording();
-    /// The file of the one that was completed last; empty: none was.
+    /// Returns the file of the last finished recording, or an empty path.
     const std::filesystem::path& lastRecording() const { return recorded; }
 
-    /// Completes film and recording. What fails is told.
+    /// Finishes film and recording. Shows errors as toasts.
     void finish();
 
     void requestScreenshot() { shotWanted = true; }
     bool wantsScreenshot() const { return shotWanted; }
-    /// The one that was asked for, of what the screen shows.
+    /// Saves the requested screenshot of the screen.
     void takeScreenshot();
 
+    /// Saves the settings in a new preset and returns its file.
     std::filesystem::path savePreset();
-    /// Of the preset that was saved last, where it has none yet: what the screen shows.
+    /// Saves the frame on the screen as the last preset's thumbnail, unless that preset has one.
     void addThumbnail();
 
     std::vector<Mark> marks() const;
-    /// Prints the names of all files that were left.
+    /// Prints the names of all saved files.
     void printFiles() const;
-    /// Prints the velocity's digest where the command line asks for it.
+    /// Prints the digest of the velocity if --digest is given.
     void printDigest() const;
 
 private:

@@ -22,11 +22,12 @@ namespace {
 
 using namespace std::chrono_literals;
 
+/// Default size of the window, in desktop units: the shape of a phone.
 constexpr app::Size phone{540, 960};
-/// A script's larger screen is not the window's: it might exceed the desktop.
+/// Largest screen of a script that sets the size of the window. A larger window might exceed the desktop.
 constexpr app::Size largestOfScript{1280, 1000};
 
-/// As long as the usual window, in the picture's shape but no strip.
+/// Returns a size with the background's aspect ratio, limited to 2.5, and with the longer side of `usual`.
 app::Size shapeOf(const hostkit::Picture& picture, app::Size usual) {
     constexpr double longest = 2.5;
     const double aspect =
@@ -47,15 +48,16 @@ app::Size startSize(const Options& options, const std::optional<hostkit::Gesture
         return {script->screenWidth, script->screenHeight};
     }
     const app::Size usual = remembered.window.value_or(phone);
-    return options.picture.empty() ? usual : shapeOf(picture, usual);
+    return options.image.empty() ? usual : shapeOf(picture, usual);
 }
 
-/// Returns the script that the command line names, if it names one.
+/// Returns the script of the command line, or nothing without --script.
 std::optional<hostkit::GestureScript> scriptOf(const Options& options) {
     return options.scriptGiven ? std::optional(loadScript(options)) : std::nullopt;
 }
 
-/// A run that must be the same each time does not depend on the window before.
+/// Returns the settings of the command line or those of the last window. A run with a script, a recording or a digest
+/// must be repeatable, so it ignores the last window.
 app::Settings initialSettings(const Options& options, const Remembered& remembered) {
     app::Settings settings = settingsOf(options);
     const bool repeatable = options.scriptGiven || !options.record.empty() || options.digest;
@@ -93,7 +95,8 @@ OpenWindow::OpenWindow(const Options& options, app::Backgrounds backgrounds,
         session.core.startReplay(*script);
     } else if (!options.record.empty()) {
         if (!createFile(options.record)) {
-            throw Failure("the recording would overwrite this file", options.record.string());
+            throw Failure("the recording would overwrite a file; choose another name",
+                          options.record.string());
         }
         keeper.startRecording(options.record);
     }
@@ -106,7 +109,7 @@ void OpenWindow::run() {
             turn();
         }
     } catch (...) {
-        keeper.finish();  // else it would be lost
+        keeper.finish();  // completes the film and the recording before the program ends
         throw;
     }
     keeper.finish();
@@ -116,7 +119,7 @@ void OpenWindow::run() {
     }
 }
 
-/// What the command line chose for this window alone is not the next one's.
+/// Saves the settings and the size for the next window if the user changed them. Does not save --water-only.
 void OpenWindow::rememberChanges() {
     Remembered last;
     const app::Settings choice = session.core.userSettings();
@@ -133,13 +136,13 @@ void OpenWindow::rememberChanges() {
 
 void OpenWindow::turn() {
     const auto wait = playback.timeToNextFrame();
-    waitForEvent(display.waits() ? std::min<std::chrono::nanoseconds>(wait, 10ms) : wait);
+    waitForEvent(display.needsRedraw() ? std::min<std::chrono::nanoseconds>(wait, 10ms) : wait);
     if (handleEvents(screen.window(), pointer, session.core, requests)) {
-        display.touch();
+        display.requestRedraws();
     }
     runCommands();
     if (playback.followSize(screen.window().pixels())) {
-        display.touch();
+        display.requestRedraws();
     }
     presentFrame(playback.playDueFrames());
 }

@@ -26,16 +26,15 @@
 
 namespace player {
 
-/// The window from its opening to its end. A turn of its loop takes events, runs commands, plays
-/// the frames that are due and presents the picture; each of its parts is a class that does one of
-/// these, and only commands reach them all.
+/// The player's window and its main loop. Each iteration handles events, runs commands, plays the due frames and
+/// presents the result. A separate class does each of these steps. Only the commands use all of these classes.
 class OpenWindow {
 public:
-    /// Throws Failure or HostError.
+    /// Opens the window. Throws Failure or HostError.
     explicit OpenWindow(const Options& options);
 
-    /// Until it is closed or the program is interrupted. Prints the names of all files that it
-    /// left. Throws Failure or HostError.
+    /// Runs until the window is closed or a signal ends the program. Prints the names of all saved files.
+    /// Throws Failure or HostError.
     void run();
 
 private:
@@ -66,12 +65,12 @@ private:
     Display display;
     Requests requests;
     View view;
-    /// What the window began with.
+    /// Settings and size at the start. rememberChanges compares them with the final ones.
     app::Settings initialUserSettings;
     std::optional<app::Size> initialSize;
     bool remembers;
     bool waterOnlyGiven;
-    /// Another one in each window.
+    /// Seed of the next random settings, different in each window.
     std::uint32_t randomSeed = std::random_device{}();
     bool leaving = false;
 };

@@ -37,9 +37,9 @@ constexpr SettingSwitch settingSwitches[] = {
     {Command::waterOnly, &app::Settings::waterOnly},
 };
 
-/// Whether the command is one of the switches, which is then turned.
+/// Toggles the switch of a command. Returns false if the command is no switch.
 template <class Switch, std::size_t count, class Owner>
-bool turnSwitch(const Switch (&switches)[count], Command command, Owner& owner) {
+bool toggleSwitch(const Switch (&switches)[count], Command command, Owner& owner) {
     for (const Switch& one : switches) {
         if (one.command == command) {
             owner.*one.state = !(owner.*one.state);
@@ -51,12 +51,12 @@ bool turnSwitch(const Switch (&switches)[count], Command command, Owner& owner) 
 
 }  // namespace
 
-/// Of keys, panel and dropped files. What fails is told in the window.
+/// Runs the requests of keys, panel and dropped files. Shows errors as toasts.
 void OpenWindow::runCommands() {
     const Requests now = std::exchange(requests, {});
     for (const Command command : now.commands) {
         attempt(toast, [&] { run(command); });
-        display.touch();
+        display.requestRedraws();
     }
     if (!now.preset.empty()) {
         attempt(toast, [&] { loadPreset(now.preset); });
@@ -67,8 +67,8 @@ void OpenWindow::runCommands() {
 }
 
 void OpenWindow::run(Command command) {
-    if (turnSwitch(viewSwitches, command, view) ||
-        turnSwitch(settingSwitches, command, session.core.settings)) {
+    if (toggleSwitch(viewSwitches, command, view) ||
+        toggleSwitch(settingSwitches, command, session.core.settings)) {
         return;
     }
     switch (command) {
@@ -108,7 +108,7 @@ void OpenWindow::run(Command command) {
         case Command::quit:
             leaving = true;
             return;
-        default:  // the switches
+        default:  // toggleSwitch has handled the rest
             return;
     }
 }
@@ -126,17 +126,17 @@ void OpenWindow::loadNextPreset() {
 
 void OpenWindow::chooseInkForBackground() {
     session.core.settings.ink = session.core.inkAgainstBackground(0);
-    showToast(toast, "an ink that stands out from the picture");
+    showToast(toast, "ink that contrasts with the background");
 }
 
 void OpenWindow::applyRandomSettings() {
     session.core.settings = app::randomSettings(randomSeed++);
-    showToast(toast, "a look by chance; P saves it");
+    showToast(toast, "random settings; P saves them as a preset");
 }
 
 void OpenWindow::resetSettings() {
     session.core.settings = presetList.original();
-    showToast(toast, presetList.name() + ", as it was");
+    showToast(toast, presetList.name() + ", reset");
 }
 
 void OpenWindow::savePreset() {
@@ -147,14 +147,14 @@ void OpenWindow::replay() {
     keeper.finishRecording();
     const std::filesystem::path file = keeper.lastRecording();
     if (file.empty()) {
-        showToast(toast, "no gesture has been recorded yet: R begins");
+        showToast(toast, "no gesture recorded yet; R starts a recording");
         return;
     }
     playback.play(loadScript(file));
-    showToast(toast, "replaying " + file.string() + ", from a fresh start");
+    showToast(toast, "replaying " + file.string() + "; the effect was reset");
 }
 
-/// A preset is loaded, a gesture script is played, a picture becomes the background.
+/// Loads a preset, plays a gesture script or makes an image the background.
 void OpenWindow::openDroppedFile(const std::filesystem::path& file) {
     if (file.extension() == ".json") {
         session.core.settings = presetList.load(file);

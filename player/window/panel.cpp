@@ -18,15 +18,15 @@
 namespace player {
 namespace {
 
-/// Of the window at most.
+/// Largest part of the window's width and height that the panel covers.
 constexpr float maxPart = 0.6f;
-/// Of a look that is no longer its preset's.
+/// Colour of the preset's name after the user has changed a setting.
 constexpr ImU32 changedColor = IM_COL32(255, 190, 70, 255);
 
-/// Of the panel's own tools; those of the settings come from their table.
+/// Sections with buttons. The table of settings defines the sections of the sliders.
 enum class Place { preset, ink, tools };
 
-/// The panel's switches, each a command as its key.
+/// Check box of the panel. It runs the same command as its key.
 struct Switch {
     const char* label;
     Command command;
@@ -34,7 +34,7 @@ struct Switch {
 };
 constexpr Switch switches[] = {
     {"pause", Command::pause, &View::paused},
-    {"own finger", Command::attract, &View::attract},
+    {"attract mode", Command::attract, &View::attract},
     {"velocity", Command::velocityOverlay, &View::velocity},
     {"ink density", Command::inkOverlay, &View::ink},
     {"film", Command::film, &View::filming},
@@ -51,13 +51,13 @@ constexpr Button buttons[] = {
     {Place::preset, "random", Command::randomSettings},
     {Place::preset, "reset", Command::resetSettings},
     {Place::preset, "save", Command::savePreset},
-    {Place::ink, "for this picture", Command::inkForBackground},
+    {Place::ink, "match background", Command::inkForBackground},
     {Place::ink, "clear", Command::clearInk},
     {Place::tools, "step", Command::step},
     {Place::tools, "replay", Command::replay},
     {Place::tools, "screenshot", Command::screenshot},
     {Place::tools, "full screen", Command::fullScreen},
-    {Place::tools, "lose GL", Command::loseContext},
+    {Place::tools, "lose context", Command::loseContext},
     {Place::tools, "help", Command::help},
 };
 
@@ -65,11 +65,11 @@ float em() {
     return ImGui::GetFontSize();
 }
 
-/// In seconds, so that hints do not hide what the pointer only passes.
+/// Delay of a hint, in seconds. It keeps hints hidden while the pointer only passes.
 constexpr float hintDelay = 0.4f;
 
-/// Of the item before, where the pointer rests on it: below it, or above it low in the window, so
-/// that its number stays in sight.
+/// Shows a hint for the previous item if the pointer stays on it. The hint is below the item, or above it near the
+/// lower edge of the window. The item's number thus stays visible.
 void hint(const char* label) {
     const bool delayed = ImGui::IsItemHovered() && !ImGui::IsItemActive() &&
                          ImGui::GetCurrentContext()->HoveredIdTimer >= hintDelay;
@@ -97,7 +97,7 @@ void hint(Command command) {
     }
 }
 
-/// The next item follows the one before where the line has room for it, `first` in any case not.
+/// Puts the next item on the current line if the line has room for `width`. The first item starts a new line.
 void flow(float width, bool first) {
     const float spacing = ImGui::GetStyle().ItemSpacing.x;
     const float right = ImGui::GetWindowPos().x + ImGui::GetWindowContentRegionMax().x;
@@ -110,14 +110,14 @@ const char* digits(float span) {
     return span < 1.2f ? "%.3f" : span < 10.0f ? "%.2f" : "%.1f";
 }
 
-/// With an edge of shade, so that it stands out from whatever it crosses.
+/// Draws text with a dark shadow, so that it is readable on every background.
 void drawShadowedText(ImDrawList& list, ImVec2 place, const char* text) {
     const float edge = em() / 15.0f;
     list.AddText(ImVec2(place.x + edge, place.y + edge), IM_COL32(0, 0, 0, 220), text);
     list.AddText(place, ImGui::GetColorU32(ImGuiCol_Text), text);
 }
 
-/// Over the slider before: how full it is, its words and its number.
+/// Draws the filled part, the label and the number over the previous slider. `part` is the filled part, 0 to 1.
 void labelSlider(const char* label, const char* number, float part) {
     ImDrawList& list = *ImGui::GetWindowDrawList();
     const ImVec2 min = ImGui::GetItemRectMin();
@@ -143,7 +143,7 @@ bool slide(const char* name, Value& value, const app::SettingField<Value>& field
                                ImGuiSliderFlags_AlwaysClamp);
 }
 
-/// As wide as the panel, its words and number in it; a click with Ctrl edits the number.
+/// Draws a slider as wide as the panel, with label and number inside. A click with Ctrl edits the number.
 template <class Value>
 void control(const app::SettingField<Value>& field, app::Settings& settings) {
     Value& value = settings.*field.member;
@@ -236,7 +236,7 @@ void presetControls(const Panel& panel) {
         }
         ImGui::EndCombo();
     } else {
-        hint(changed ? "The look, which was changed since it was chosen or saved." : "The look.");
+        hint(changed ? "The preset, with unsaved changes." : "The preset.");
     }
     buttonControls(Place::preset, panel.requests);
 }
@@ -274,7 +274,7 @@ void groups(const Panel& panel) {
     }
 }
 
-/// Where the next window was, or `first`, moved so far that it lies inside the screen.
+/// Sets the position of the next ImGui window: its old one moved inside the screen, or `first` for a new window.
 void keepInside(const char* window, ImVec2 first) {
     const ImVec2 screen = ImGui::GetIO().DisplaySize;
     ImVec2 place = first;
@@ -290,7 +290,7 @@ void keepInside(const char* window, ImVec2 first) {
 void drawPanel(const Panel& panel) {
     const ImVec2 screen = ImGui::GetIO().DisplaySize;
     const float width = std::min(21.0f * em(), maxPart * screen.x);
-    // A window that is wider than high has water enough beside the panel.
+    // In a wide window the panel may use the full height, because the water is visible beside it.
     const float height = std::max(maxPart * screen.y, std::min(screen.y, screen.x)) - em();
     char title[64];
     if (panel.rate > 0.0) {
@@ -298,7 +298,7 @@ void drawPanel(const Panel& panel) {
                       panel.rate < 10.0 ? "%.1f frames/s###panel" : "%.0f frames/s###panel",
                       panel.rate);
     } else {
-        std::snprintf(title, sizeof title, "%s###panel", panel.view.paused ? "paused" : "at rest");
+        std::snprintf(title, sizeof title, "%s###panel", panel.view.paused ? "paused" : "idle");
     }
     keepInside("###panel", ImVec2(0.5f * em(), 0.5f * em()));
     ImGui::SetNextWindowSizeConstraints(ImVec2(width, 0.0f), ImVec2(width, height));
@@ -324,13 +324,13 @@ void drawHelp(Requests& requests) {
     ImGui::SetNextWindowPos(ImVec2(screen.x / 2, screen.y / 2), ImGuiCond_Always,
                             ImVec2(0.5f, 0.5f));
     ImGui::SetNextWindowSizeConstraints(ImVec2(width, 0.0f), ImVec2(width, screen.y - em()));
-    ImGui::SetNextWindowBgAlpha(0.95f);  // the panel may lie below
+    ImGui::SetNextWindowBgAlpha(0.95f);  // hides the panel below
     bool open = true;
     if (ImGui::Begin("Keys", &open,
                      ImGuiWindowFlags_AlwaysAutoResize | ImGuiWindowFlags_NoCollapse) &&
         ImGui::BeginTable("keys", 2, ImGuiTableFlags_RowBg)) {
         ImGui::TableSetupColumn("key", ImGuiTableColumnFlags_WidthFixed);
-        ImGui::TableSetupColumn("words", ImGuiTableColumnFlags_WidthStretch);
+        ImGui::TableSetupColumn("label", ImGuiTableColumnFlags_WidthStretch);
         const auto row = [](const char* name, const char* label) {
             ImGui::TableNextColumn();
             ImGui::TextColored(ImGui::GetStyleColorVec4(ImGuiCol_CheckMark), "%s", name);
@@ -340,7 +340,7 @@ void drawHelp(Requests& requests) {
         for (const Key& key : keys()) {
             row(key.name, key.label);
         }
-        row("a drop", dropHelp);
+        row("drop", dropHelp);
         ImGui::EndTable();
     }
     ImGui::End();
@@ -349,9 +349,9 @@ void drawHelp(Requests& requests) {
     }
 }
 
-void drawMark(const char* word, std::chrono::seconds time, int row) {
+void drawMark(const char* label, std::chrono::seconds time, int row) {
     char text[64];
-    std::snprintf(text, sizeof text, "%s %d:%02d", word, static_cast<int>(time.count() / 60),
+    std::snprintf(text, sizeof text, "%s %d:%02d", label, static_cast<int>(time.count() / 60),
                   static_cast<int>(time.count() % 60));
     const float line = ImGui::GetTextLineHeight();
     const float radius = 0.45f * line;

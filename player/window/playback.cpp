@@ -11,8 +11,9 @@ namespace {
 
 using namespace std::chrono_literals;
 
+/// Number of frames in the graph of frame times.
 constexpr std::size_t graphFrames = 120;
-/// A window that is being resized rests for this long before the effect is set up anew.
+/// Time without a change of size before the effect restarts in the new size.
 constexpr auto resizeDelay = 150ms;
 
 }  // namespace

@@ -12,7 +12,7 @@
 namespace player {
 namespace {
 
-/// Into a square with a line below it; whether it was clicked.
+/// Draws a square thumbnail with the preset's name below it. Returns true if it was clicked.
 bool presetButton(const NamedPreset& preset, GLuint thumbnail, float side, bool chosen) {
     const ImVec2 corner = ImGui::GetCursorScreenPos();
     const ImVec2 end(corner.x + side, corner.y + side);

@@ -6,8 +6,8 @@
 
 namespace player {
 
-/// The presets by picture and name into the current ImGui window, in rows of that width; the one
-/// that was clicked, or null.
+/// Draws the thumbnails and names of the presets into the current ImGui window, in rows of the given width.
+/// Returns the clicked preset, or null.
 const NamedPreset* drawPresetGrid(const PresetList& presetList, Thumbnails& thumbnails,
                                   float width);
 

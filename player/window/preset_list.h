@@ -11,32 +11,33 @@
 
 namespace player {
 
-/// The presets that ship and those in the user's folder, and which of them the window shows.
+/// List of the shipped presets and of the presets in the user's folder. Knows which preset is loaded.
 class PresetList {
 public:
-    /// `file`: the preset that the settings come from; empty: none.
+    /// Lists the shipped presets and those in `savedIn`. `file` is the preset of the settings, or empty.
     PresetList(const std::filesystem::path& savedIn, const std::filesystem::path& file,
                const app::Settings& settings);
 
     std::span<const NamedPreset> presets() const { return all; }
-    /// The settings to show from now on. Throws Failure, and what is shown stays.
+    /// Loads a preset and returns its settings. If it throws Failure, the old preset stays loaded.
     app::Settings load(const std::filesystem::path& file);
-    /// The preset after the last one of the list that was shown; null: there are none.
+    /// Returns the preset after the one that was last loaded from the list, or null if the list is empty.
     const NamedPreset* next() const;
-    /// The settings shown were saved under this name.
+    /// Adds a preset with the settings that were saved in `file`, and makes it the loaded one.
     void add(const std::filesystem::path& file, const app::Settings& settings);
 
-    /// Those of the preset, before the user changed them.
+    /// Returns the settings of the loaded preset, without the user's changes.
     const app::Settings& original() const { return loaded; }
+    /// Returns the display name of the loaded preset.
     const std::string& name() const { return shown; }
-    /// Whether the look is another one by now than its preset's.
+    /// Returns true if the settings differ from the loaded preset.
     bool isChanged(const app::Settings& settings) const { return !(settings == loaded); }
 
 private:
     void show(const std::filesystem::path& file, const app::Settings& settings);
 
     std::vector<NamedPreset> all;
-    /// In the list, of the preset that follows the last one shown.
+    /// Index of the preset that next() returns, before the wrap-around.
     std::size_t following = 0;
     std::string shown = "default";
     app::Settings loaded;

@@ -19,10 +19,11 @@ namespace fs = std::filesystem;
 
 constexpr const char* settingsFile = "look.json";
 constexpr const char* sizeFile = "window-size";
-/// More is nothing that a window left.
+/// Largest size of a file that a window writes, in bytes.
 constexpr std::uintmax_t maxBytes = 65536;
 
-/// A relative folder is to be passed over. Empty: there is none.
+/// Returns the player's configuration folder, or an empty path if there is none. Ignores relative paths in
+/// XDG_CONFIG_HOME and HOME.
 fs::path folder() {
     const char* config = std::getenv("XDG_CONFIG_HOME");
     const char* home = std::getenv("HOME");
@@ -33,17 +34,17 @@ fs::path folder() {
                                                            : fs::path();
 }
 
-/// What fails is told, and is no reason to end.
+/// Calls `work` and prints its error, if any, as a warning.
 template <class Work>
 void warnOnFailure(Work work) {
     try {
         work();
     } catch (const std::exception& error) {
-        warn("of the last window", error.what());
+        warn("cannot restore or save the last window", error.what());
     }
 }
 
-/// Calls `take` with the file, where it is there.
+/// Calls `read` with the named file if it exists.
 template <class Read>
 void readRemembered(const char* name, Read read) {
     if (folder().empty()) {
@@ -55,9 +56,9 @@ void readRemembered(const char* name, Read read) {
         if (!fs::exists(file, ignored)) {
             return;
         }
-        // A pipe would be waited for.
+        // Reading a pipe would block.
         if (!fs::is_regular_file(file) || fs::file_size(file) > maxBytes) {
-            throw Failure("no file of a window", file.string());
+            throw Failure("this is not a file that the player wrote", file.string());
         }
         read(file);
     });
@@ -72,7 +73,7 @@ Remembered recall() {
         const std::string text = readWhole(file, "size");
         last.window = parseSize(text.substr(0, text.find('\n')));
         if (!last.window) {
-            throw Failure("no size, " + app::inQuotes(text), file.string());
+            throw Failure("expected WIDTHxHEIGHT, not " + app::inQuotes(text), file.string());
         }
     });
     return last;
@@ -87,7 +88,7 @@ void remember(const Remembered& last) {
         std::error_code error;
         fs::create_directories(into, error);
         if (error) {
-            throw Failure("cannot write here, " + error.message(), into.string());
+            throw Failure("cannot write to this path, " + error.message(), into.string());
         }
         if (last.settings) {
             savePreset(*last.settings, into / settingsFile);

@@ -12,9 +12,9 @@
 namespace player {
 namespace {
 
-/// Of a window as wide as letters of scale 1 are made for.
+/// Width in pixels of a window whose text has scale 1.
 constexpr double phoneWidth = 540.0;
-/// The panel has room beside its words in three fifths of so many pixels at scale 1.
+/// Smallest width in pixels of a window whose panel fits at scale 1. The panel covers 3/5 of the width.
 constexpr double narrowest = 350.0;
 constexpr double minFontScale = 0.6;
 
@@ -36,8 +36,8 @@ void Screen::renewContext() {
     painter.setUp();
 }
 
-/// The display's scale, or more in a window of more pixels than that explains: of a phone's or a
-/// television's display whose size nobody knows. Never so much that the panel does not fit.
+/// Returns the scale of the text. It is the display's scale, or more in a window with many pixels: some phones and
+/// televisions do not report their size. The limit is the width in which the panel fits.
 FontScale Screen::fontScale() const {
     const app::Size size = glWindow.pixels();
     const double side = std::min(size.width, size.height);
@@ -46,7 +46,7 @@ FontScale Screen::fontScale() const {
         wantedFontScale > 0.0 ? wantedFontScale : std::max(glWindow.displayScale(), byPixels);
     const double scale =
         std::clamp(wanted, minFontScale, std::max(minFontScale, size.width / narrowest));
-    // In steps, each of which is another font.
+    // Each scale needs a new font, so round to steps of 1/8.
     return {static_cast<float>(std::floor(scale * 8.0) / 8.0),
             static_cast<float>(glWindow.scaleX())};
 }

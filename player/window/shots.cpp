@@ -15,7 +15,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-/// Fills a file that was taken, or takes it away again.
+/// Calls `work` to write a newly created file. Removes the file if that fails.
 template <class Work>
 void fill(const fs::path& file, Work work) {
     try {
@@ -27,7 +27,7 @@ void fill(const fs::path& file, Work work) {
     }
 }
 
-/// What a film that failed has left may still play.
+/// Removes the film of a failed encoder if it is empty. A partial film may still play.
 void removeIfEmpty(const fs::path& file) {
     std::error_code ignored;
     if (fs::is_empty(file, ignored)) {
@@ -44,7 +44,7 @@ fs::path Shots::createNumberedFile(const std::string& stem, const std::string& e
     std::error_code error;
     fs::create_directories(folder, error);
     if (error) {
-        throw Failure("cannot write here, " + error.message(), folder.string());
+        throw Failure("cannot write to this path, " + error.message(), folder.string());
     }
     for (int number = 1;; ++number) {
         char digits[16];
@@ -78,7 +78,7 @@ void Shots::thumbnail(const fs::path& preset, const hostkit::Picture& picture) {
     }
 }
 
-fs::path Shots::nameForGesture() const {
+fs::path Shots::createGestureFile() const {
     return createNumberedFile("gesture", ".gesture");
 }
 
@@ -105,7 +105,7 @@ std::optional<fs::path> Shots::finishFilm() {
     const std::unique_ptr<Encoder> ending = std::exchange(film, nullptr);
     try {
         if (!lastFrame.empty()) {
-            ending->add(lastFrame);  // which was shown until now
+            ending->add(lastFrame);  // extends the last frame to the end of the film
         }
         ending->finish();
     } catch (...) {

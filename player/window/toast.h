@@ -6,7 +6,7 @@
 
 namespace player {
 
-/// A line at the window's lower edge that stays for a while.
+/// Short message at the lower edge of the window. It disappears at the time `end`.
 struct Toast {
     using Clock = std::chrono::steady_clock;
 
@@ -14,12 +14,13 @@ struct Toast {
     Clock::time_point end{};
 };
 
+/// Shows a message and replaces the current one.
 void showToast(Toast& toast, const std::string& line);
 
-/// Says it, and on stderr too.
+/// Shows an error as a toast and prints it on stderr.
 void showFailure(Toast& toast, const std::exception& error);
 
-/// What fails while the window is open is told, and the window stays.
+/// Calls `work` and shows its error, if any, as a toast. The window stays open.
 template <class Work>
 void attempt(Toast& toast, Work work) {
     try {

@@ -7,7 +7,7 @@
 namespace player {
 namespace {
 
-/// Null on another desktop.
+/// Returns the X11 display of a window, or null on another desktop.
 Display* displayOf(SDL_Window* window) {
     SDL_SysWMinfo info;
     SDL_VERSION(&info.version);
