@@ -32,24 +32,24 @@ void appendTiming(Words& words, FilmTiming timing) {
     if (timing == FilmTiming::sixtyASecond) {
         append(words, {"-framerate", "60"});
     } else {
-        // The rate is the fineness of the clock, in milliseconds, by which frames are stamped.
+        // Time stamps have a resolution of 1/1000 s.
         append(words, {"-use_wallclock_as_timestamps", "1", "-framerate", "1000"});
     }
 }
 
-/// Halved colour rows and columns need even sizes, players expect the colours of HD video.
+/// Crops to even sizes, which yuv420p needs, and converts to BT.709, which players expect.
 constexpr const char* videoColors =
     "crop=trunc(iw/2)*2:trunc(ih/2)*2:0:0,scale=out_color_matrix=bt709";
 
-/// At most 25 frames a second, which all browsers keep. Of a window none twice: frames are stamped
-/// when they are read, and one that was made twice would delay the next, which came twice again.
+/// Limits a GIF to 25 frames per second, a rate that all browsers play. A window's film only drops frames and never
+/// repeats one: a repeated frame delays the next time stamp, which causes another repetition.
 std::string gifFrames(FilmTiming timing) {
     return timing == FilmTiming::sixtyASecond
                ? "fps=25,"
                : "select='isnan(prev_selected_t)+gte(t-prev_selected_t,0.039)',";
 }
 
-/// Each frame has colours of its own, so that none waits in memory for the last.
+/// Computes a palette for each frame. A palette for the whole film would keep all frames in memory.
 constexpr const char* gifColors =
     "scale='min(iw,iw*480/max(iw,ih))':-1:flags=area,split[a][b];"
     "[a]palettegen=stats_mode=single[p];[b][p]paletteuse=new=1:dither=bayer";
@@ -65,7 +65,7 @@ void appendFormat(Words& words, const std::string& extension, FilmTiming timing)
     if (extension == ".webm") {
         append(words, {"-c:v", "libvpx-vp9", "-deadline", "realtime", "-cpu-used", "6", "-row-mt",
                        "1", "-crf", "28", "-b:v", "0"});
-    } else {  // plays everywhere, and from the first byte on
+    } else {  // H.264 plays everywhere; faststart lets a player begin before it has the whole file
         append(words,
                {"-c:v", "libx264", "-preset", "fast", "-crf", "18", "-movflags", "+faststart"});
     }
@@ -77,7 +77,7 @@ Words commandLine(const fs::path& film, app::Size size, FilmTiming timing) {
     words.push_back(std::to_string(size.width) + "x" + std::to_string(size.height));
     appendTiming(words, timing);
     append(words, {"-i", "pipe:0"});
-    if (timing == FilmTiming::asTheyCome) {
+    if (timing == FilmTiming::wallClock) {
         append(words, {"-vsync", "vfr"});
     }
     appendFormat(words, film.extension().string(), timing);
@@ -97,8 +97,8 @@ int spawn(pid_t& process, std::vector<std::string> arguments, int input, int mes
     posix_spawn_file_actions_adddup2(&files, input, STDIN_FILENO);
     posix_spawn_file_actions_addopen(&files, STDOUT_FILENO, "/dev/null", O_WRONLY, 0);
     posix_spawn_file_actions_adddup2(&files, messages, STDERR_FILENO);
-    // A process group of its own: what the terminal sends to the player's ends no encoder that has
-    // a film to complete. And the signals that the player ignores are its own.
+    // ffmpeg runs in a separate process group, so Ctrl-C does not end it before its film is complete.
+    // It gets the default action of SIGPIPE, which the player ignores.
     posix_spawnattr_t attributes;
     posix_spawnattr_init(&attributes);
     posix_spawnattr_setpgroup(&attributes, 0);
@@ -114,12 +114,12 @@ int spawn(pid_t& process, std::vector<std::string> arguments, int input, int mes
     return error;
 }
 
-Failure systemFailure(const std::string& what, int error) {
-    return Failure(what, std::generic_category().message(error));
+Failure systemFailure(const std::string& message, int error) {
+    return Failure(message, std::generic_category().message(error));
 }
 
-/// The last line that says why.
-std::string reasonIn(std::FILE* file) {
+/// Returns the last line of ffmpeg's messages, without the separator lines.
+std::string lastError(std::FILE* file) {
     std::rewind(file);
     std::string last;
     std::array<char, 512> line{};
@@ -163,8 +163,8 @@ void Encoder::add(const hostkit::Picture& frame) {
         const ssize_t written = write(frames, next, left);
         if (written < 0 && errno != EINTR) {
             const int error = errno;
-            finish();  // ffmpeg has ended and knows why
-            throw systemFailure("cannot feed ffmpeg", error);
+            finish();  // throws with ffmpeg's own message if ffmpeg has failed
+            throw systemFailure("cannot send a frame to ffmpeg", error);
         }
         next += written > 0 ? written : 0;
         left -= written > 0 ? static_cast<std::size_t>(written) : 0;
@@ -178,7 +178,7 @@ void Encoder::finish() {
     while (waitpid(ending, &status, 0) < 0 && errno == EINTR) {
     }
     if (!WIFEXITED(status) || WEXITSTATUS(status) != 0) {
-        throw Failure("ffmpeg failed, " + reasonIn(messages.get()), film.filename().string());
+        throw Failure("ffmpeg failed, " + lastError(messages.get()), film.filename().string());
     }
 }
 

@@ -11,26 +11,27 @@
 
 namespace player {
 
-/// When the frames of a film are shown.
+/// Timing of the frames of a film.
 enum class FilmTiming {
+    /// 60 frames per second.
     sixtyASecond,
-    /// Each from the moment at which it was added: as the window showed it.
-    asTheyCome
+    /// Each frame is shown from the time at which it was added, as in the window.
+    wallClock
 };
 
-/// A film in the making: a running ffmpeg that is fed frame by frame. The program must ignore
-/// SIGPIPE. Every member throws Failure when ffmpeg fails.
+/// Encodes a film: passes frames to an ffmpeg process through a pipe. The program must ignore SIGPIPE.
+/// All members throw Failure if ffmpeg fails.
 class Encoder {
 public:
-    /// The format is that of the name's extension: .mp4, .webm or .gif.
+    /// Starts ffmpeg. The file extension selects the format: .mp4, .webm or .gif.
     Encoder(std::filesystem::path film, app::Size size, FilmTiming timing);
-    /// Ends an ffmpeg that is still running; the file is then worth nothing.
+    /// Kills ffmpeg if finish was not called. The file is incomplete then.
     ~Encoder();
     Encoder(const Encoder&) = delete;
     Encoder& operator=(const Encoder&) = delete;
 
     void add(const hostkit::Picture& frame);
-    /// Returns once the file is complete.
+    /// Waits until the file is complete.
     void finish();
 
 private:
@@ -39,7 +40,7 @@ private:
     };
 
     std::filesystem::path film;
-    /// What ffmpeg says.
+    /// Temporary file with ffmpeg's error messages.
     std::unique_ptr<std::FILE, Close> messages;
     pid_t process = 0;
     int frames = -1;

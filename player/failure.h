@@ -5,13 +5,13 @@
 
 namespace player {
 
-/// An error that ends a run. The user reads it as one line "what: where".
+/// Error that ends the current action. The user sees one line: "message: detail".
 struct Failure : std::runtime_error {
     explicit Failure(const std::string& line);
-    Failure(const std::string& what, const std::string& where);
+    Failure(const std::string& message, const std::string& detail);
 };
 
-/// Prints a line on stderr about a fault that does not end the run.
-void warn(const std::string& what, const std::string& where);
+/// Prints a warning on stderr as one line: "message: detail". The detail is usually a file.
+void warn(const std::string& message, const std::string& detail);
 
 }  // namespace player

@@ -17,9 +17,9 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr std::size_t mostBytes = std::size_t{512} << 20;
+constexpr std::size_t maxBytes = std::size_t{512} << 20;
 constexpr std::size_t blockSize = std::size_t{1} << 20;
-constexpr mode_t permissions = 0666;  // less the user's mask
+constexpr mode_t permissions = 0666;  // before the umask
 
 struct Descriptor {
     int number;
@@ -29,17 +29,17 @@ struct Descriptor {
     Descriptor& operator=(const Descriptor&) = delete;
 };
 
-std::string words(int error) {
+std::string errorText(int error) {
     return std::generic_category().message(error);
 }
 
 Failure cannotWrite(const fs::path& file, int error) {
-    return Failure("cannot write here, " + words(error), file.string());
+    return Failure("cannot write to this path, " + errorText(error), file.string());
 }
 
-/// Calls until it was no signal that ended the call; -1 where a signal ends the run.
+/// Repeats a system call that a signal interrupted. Returns -1 if the signal ends the program.
 template <class Call>
-auto insist(Call call) {
+auto retryInterrupted(Call call) {
     auto result = call();
     while (result < 0 && errno == EINTR && !isInterrupted()) {
         result = call();
@@ -49,16 +49,17 @@ auto insist(Call call) {
 
 }  // namespace
 
-std::string readWhole(const fs::path& file, const std::string& what) {
+std::string readWhole(const fs::path& file, const std::string& kind) {
     const auto fail = [&](int error) {
         if (error == EINTR) {
             throw Failure("interrupted while reading", file.string());
         }
-        throw Failure(
-            error == ENOENT ? "no such " + what : "cannot read the " + what + ", " + words(error),
-            file.string());
+        throw Failure(error == ENOENT ? "no such " + kind
+                                      : "cannot read the " + kind + ", " + errorText(error),
+                      file.string());
     };
-    const Descriptor input(insist([&] { return open(file.c_str(), O_RDONLY | O_CLOEXEC); }));
+    const Descriptor input(
+        retryInterrupted([&] { return open(file.c_str(), O_RDONLY | O_CLOEXEC); }));
     if (input.number < 0) {
         fail(errno);
     }
@@ -66,7 +67,7 @@ std::string readWhole(const fs::path& file, const std::string& what) {
     std::vector<char> block(blockSize);
     for (;;) {
         const ssize_t count =
-            insist([&] { return read(input.number, block.data(), block.size()); });
+            retryInterrupted([&] { return read(input.number, block.data(), block.size()); });
         if (count < 0) {
             fail(errno);
         }
@@ -74,8 +75,8 @@ std::string readWhole(const fs::path& file, const std::string& what) {
             return bytes;
         }
         bytes.append(block.data(), static_cast<std::size_t>(count));
-        if (bytes.size() > mostBytes) {
-            throw Failure("the " + what + " is larger than 512 MB", file.string());
+        if (bytes.size() > maxBytes) {
+            throw Failure("the " + kind + " is larger than 512 MB", file.string());
         }
     }
 }
@@ -105,7 +106,7 @@ void writeWhole(const fs::path& file, std::string_view bytes) {
     }
 }
 
-bool takeName(const fs::path& file) {
+bool createFile(const fs::path& file) {
     const Descriptor made(open(file.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, permissions));
     if (made.number < 0 && errno != EEXIST) {
         throw cannotWrite(file, errno);

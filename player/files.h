@@ -6,15 +6,15 @@
 
 namespace player {
 
-/// All bytes of a file, a pipe or a device, at most 512 MB of them. A signal that ends the run ends
-/// the wait for a pipe too. Throws Failure; `what` names the file's kind, as "picture".
-std::string readWhole(const std::filesystem::path& file, const std::string& what);
+/// Reads all bytes of a file, a pipe or a device, at most 512 MB. An ending signal also ends the wait for a pipe.
+/// Throws Failure. `kind` names the file's kind in the message, for example "image".
+std::string readWhole(const std::filesystem::path& file, const std::string& kind);
 
-/// Writes a file that is there in full or not at all, in place of an older one. Throws Failure.
+/// Writes a file in one atomic step and replaces an older file. Throws Failure.
 void writeWhole(const std::filesystem::path& file, std::string_view bytes);
 
-/// Makes an empty file; false where one of that name is there already, so that two programs never
-/// take one name. Throws Failure where it cannot be made.
-bool takeName(const std::filesystem::path& file);
+/// Creates an empty file and thereby reserves its name. Returns false if the file exists already.
+/// Throws Failure on any other error.
+bool createFile(const std::filesystem::path& file);
 
 }  // namespace player

@@ -6,19 +6,19 @@
 #include <utility>
 
 #include "app/size.h"
-#include "player/picture.h"
+#include "player/image.h"
 
 namespace player {
 namespace {
 
-constexpr int mostStills = 12;
-constexpr int longestThumbnailSide = 480;
+constexpr int maxStills = 12;
+constexpr int maxThumbnailSide = 480;
 constexpr int gap = 6;
 constexpr std::uint8_t gapShade = 255;
 
-/// The middle frames of equal stretches of the run.
+/// Divides the run into equal parts and returns the number of the middle frame of each part.
 std::vector<int> evenlySpaced(int frameCount) {
-    const int count = std::min(frameCount, mostStills);
+    const int count = std::min(frameCount, maxStills);
     std::vector<int> frames;
     for (int still = 0; still < count; ++still) {
         frames.push_back(static_cast<int>((2L * still + 1) * frameCount / (2L * count)));
@@ -26,8 +26,8 @@ std::vector<int> evenlySpaced(int frameCount) {
     return frames;
 }
 
-int thumbnailSide(int side, int longestSide) {
-    const double scale = std::min(1.0, static_cast<double>(longestThumbnailSide) / longestSide);
+int thumbnailSide(int side, int maxSide) {
+    const double scale = std::min(1.0, static_cast<double>(maxThumbnailSide) / maxSide);
     return std::max(1, static_cast<int>(std::lround(side * scale)));
 }
 
@@ -43,8 +43,8 @@ Film::Film(std::filesystem::path targetFolder, const std::string& format, app::S
       thumbnailHeight(thumbnailSide(size.height, std::max(size.width, size.height))),
       encoder(folder / ("film." + format), size, FilmTiming::sixtyASecond) {
     const int rows = (static_cast<int>(stillFrames.size()) + columns - 1) / columns;
-    sheet = plainPicture(columns * (thumbnailWidth + gap) - gap,
-                         rows * (thumbnailHeight + gap) - gap, gapShade);
+    sheet = plainImage(columns * (thumbnailWidth + gap) - gap, rows * (thumbnailHeight + gap) - gap,
+                       gapShade);
 }
 
 void Film::add(const hostkit::Picture& frame) {

@@ -12,19 +12,19 @@
 
 namespace player {
 
-/// What a run leaves to look at: film.mp4 (or .webm, .gif), some frames as frame-01.png and so on, and all of those
-/// on one contact sheet, sheet.png.
+/// Output files of a run: film.mp4 (or .webm, .gif), still frames frame-01.png, frame-02.png and so on, and a contact
+/// sheet of all stills, sheet.png.
 class Film {
 public:
-    /// `frameCount` frames of the given size will follow. Each shows for a 60th of a second divided
-    /// by `timeScale`. Throws Failure, as all members do.
+    /// Prepares for `frameCount` frames of the given size. Each frame lasts 1 / (60 * `timeScale`) seconds.
+    /// All members throw Failure.
     Film(std::filesystem::path folder, const std::string& format, app::Size size, int frameCount,
          float timeScale);
 
     void add(const hostkit::Picture& frame);
     void finish();
 
-    /// Numbers of the frames kept as pictures, evenly spaced over the run.
+    /// Returns the numbers of the still frames, evenly spaced over the run.
     const std::vector<int>& stills() const { return stillFrames; }
 
 private:

@@ -5,8 +5,8 @@
 #include "app/size.h"
 #include "hostkit/instruments/effect_probe.h"
 #include "hostkit/picture.h"
-#include "player/draw/overlay_choice.h"
-#include "player/picture.h"
+#include "player/draw/overlays.h"
+#include "player/image.h"
 
 namespace player {
 
@@ -41,7 +41,7 @@ void FilmScreen::drawOver(const hostkit::EffectProbe& probe) {
 }
 
 hostkit::Picture FilmScreen::shown() const {
-    return screenPicture(size);
+    return readFrame(size);
 }
 
 }  // namespace player

@@ -6,29 +6,29 @@
 #include "hostkit/gl_context.h"
 #include "hostkit/instruments/effect_probe.h"
 #include "hostkit/picture.h"
-#include "player/draw/overlay_choice.h"
+#include "player/draw/draw_overlays.h"
 #include "player/draw/overlays.h"
 #include "player/draw/painter.h"
 
 namespace player {
 
-/// The off-screen GL context of a film, with the overlays over the library's picture.
+/// Off-screen GL context of a film. Draws the overlays over the library's frame.
 class FilmScreen {
 public:
-    /// The context is current from here on. Throws HostError or Failure, as renewContext does.
+    /// Creates the context and makes it current. Throws HostError or Failure, as renewContext does.
     FilmScreen(app::Size screen, Overlays shown);
 
-    /// A new context in place of the old one and all in it.
+    /// Replaces the context and its GL objects.
     void renewContext();
     void drawOver(const hostkit::EffectProbe& probe);
-    /// What the screen shows, opaque.
+    /// Returns the frame on the screen, opaque.
     hostkit::Picture shown() const;
 
 private:
     app::Size size;
     Overlays overlays;
     std::optional<hostkit::GlContext> context;
-    /// Absent where no overlay is shown.
+    /// Empty if no overlay is on.
     std::optional<Painter> painter;
 };
 

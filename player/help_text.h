@@ -2,7 +2,7 @@
 
 namespace player {
 
-/// What --help prints: help.txt, which `./play` prints without a build too.
+/// Text of --help: the contents of help.txt. The script `./play` prints the same file before a build.
 extern const char* const helpText;
 
 }  // namespace player

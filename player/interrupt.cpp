@@ -8,7 +8,7 @@ namespace {
 
 volatile std::sig_atomic_t interrupted = 0;
 
-/// A signal that whoever started the program had ignored, as nohup does, stays so.
+/// Installs the handler of a signal. Keeps a signal ignored if the parent process ignores it, as nohup does.
 void note(int number) {
     struct sigaction action {};
     sigaction(number, nullptr, &action);
@@ -17,13 +17,13 @@ void note(int number) {
     }
     action = {};
     action.sa_handler = [](int) { interrupted = 1; };
-    // Without SA_RESTART: the wait for a pipe ends.
+    // SA_RESTART is not set, so the signal ends a blocking read of a pipe.
     sigaction(number, &action, nullptr);
 }
 
 }  // namespace
 
-void takeSignals() {
+void handleSignals() {
     for (const int number : {SIGINT, SIGTERM, SIGHUP}) {
         note(number);
     }

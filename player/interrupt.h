@@ -2,12 +2,11 @@
 
 namespace player {
 
-/// From here on Ctrl-C, a termination and a terminal that goes are only noted, so that what is
-/// under way can be ended cleanly; and a write that nobody reads, or that exceeds what the user may
-/// write, fails and does not end the program.
-void takeSignals();
+/// Replaces the default actions of signals. SIGINT, SIGTERM and SIGHUP only set a flag, so that files can be completed
+/// or removed. SIGPIPE and SIGXFSZ are ignored, so that the write fails instead of ending the program.
+void handleSignals();
 
-/// Whether one was noted.
+/// Returns true after SIGINT, SIGTERM or SIGHUP.
 bool isInterrupted();
 
 }  // namespace player

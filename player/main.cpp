@@ -15,7 +15,7 @@ int main(int argc, char** argv) {
             player::wantsWindow(*options) ? player::runWindow(*options) : player::run(*options);
         }
         if (std::fflush(stdout) != 0 && errno != EPIPE) {
-            throw player::Failure("cannot write what is to be said",
+            throw player::Failure("cannot write to standard output",
                                   std::generic_category().message(errno));
         }
         return 0;

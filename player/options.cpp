@@ -16,36 +16,36 @@
 namespace player {
 namespace {
 
-constexpr int mostFrames = 1'000'000;
+constexpr int maxFrames = 1'000'000;
 
 void readSize(const std::string& given, Options& options) {
     const std::optional<app::Size> size = parseSize(given);
     if (!size) {
         throw CLI::ValidationError(
-            "--size", "expected WIDTHxHEIGHT, each from " + std::to_string(smallestSide) + " to " +
-                          std::to_string(largestSide) + " pixels, not " + app::inQuotes(given));
+            "--size", "expected WIDTHxHEIGHT, each from " + std::to_string(minSide) + " to " +
+                          std::to_string(maxSide) + " pixels, not " + app::inQuotes(given));
     }
     options.width = size->width;
     options.height = size->height;
 }
 
-void readLetters(const std::string& given, Options& options) {
+void readFontScale(const std::string& given, Options& options) {
     const char* end = given.data() + given.size();
-    const auto [rest, error] = std::from_chars(given.data(), end, options.letters);
+    const auto [rest, error] = std::from_chars(given.data(), end, options.fontScale);
     if (error != std::errc{} || rest != end ||
-        !(options.letters >= 0.5 && options.letters <= 8.0)) {
+        !(options.fontScale >= 0.5 && options.fontScale <= 8.0)) {
         throw CLI::ValidationError("--letters",
                                    "expected a number from 0.5 to 8, not " + app::inQuotes(given));
     }
 }
 
-/// What the options mean stands in the help text.
+/// Declares the options. help.txt describes them.
 void declare(CLI::App& app, Options& options) {
     app.option_defaults()->multi_option_policy(CLI::MultiOptionPolicy::TakeLast);
-    app.add_option("picture", options.picture);
+    app.add_option("image", options.image);
     app.add_option("--second", options.second);
     app.add_option("--script", options.script);
-    app.add_option("--frames", options.frames)->check(CLI::Range(1, mostFrames));
+    app.add_option("--frames", options.frames)->check(CLI::Range(1, maxFrames));
     app.add_option_function<std::string>(
         "--size", [&options](const std::string& given) { readSize(given, options); });
     app.add_flag("--water-only", options.waterOnly);
@@ -65,7 +65,7 @@ void declare(CLI::App& app, Options& options) {
     app.add_flag("--no-attract", options.noAttract);
     app.add_flag("--fresh", options.fresh);
     app.add_option_function<std::string>(
-        "--letters", [&options](const std::string& given) { readLetters(given, options); });
+        "--letters", [&options](const std::string& given) { readFontScale(given, options); });
     app.set_version_flag("--version", "velmora " VELMORA_VERSION);
 }
 

@@ -4,46 +4,47 @@
 #include <optional>
 #include <string>
 
-#include "player/draw/overlay_choice.h"
+#include "player/draw/overlays.h"
 
 namespace player {
 
-/// What the command line asks for.
+/// Values of the command line.
 struct Options {
-    /// Empty: one of the desktop's.
-    std::filesystem::path picture;
+    /// First background. Empty: a wallpaper of the desktop.
+    std::filesystem::path image;
+    /// Second background. Empty: a wallpaper of the desktop.
     std::filesystem::path second;
     std::filesystem::path script;
     std::filesystem::path out = "out";
-    /// Where the window leaves screenshots, films, recordings and presets.
+    /// Folder for the window's screenshots, films, recordings and presets.
     std::filesystem::path shots = "shots";
-    /// Empty: none.
+    /// Empty: the default settings.
     std::filesystem::path preset;
+    /// File of a recording that starts with the window. Empty: no recording.
     std::filesystem::path record;
-    /// Screen in pixels. The default is small enough for a software rasteriser to film in a minute
-    /// or two.
+    /// Screen size in pixels. A software rasteriser films the default size in one or two minutes.
     int width = 720;
     int height = 1280;
-    /// 0: the script's frames and the time in which its ink fades.
+    /// Number of frames to draw. 0: the length of the script.
     int frames = 0;
-    /// Of films: mp4, webm or gif.
+    /// Format of films: mp4, webm or gif.
     std::string format = "mp4";
-    /// Of the window's letters; 0: the display's.
-    double letters = 0.0;
+    /// Scale of the window's text. 0: the scale of the display.
+    double fontScale = 0.0;
     bool scriptGiven = false;
     bool outGiven = false;
     bool sizeGiven = false;
     bool headless = false;
     bool noAttract = false;
-    /// Look and size of the last window are neither used nor replaced.
+    /// Ignores the settings and the size of the last window and keeps both files unchanged.
     bool fresh = false;
     bool waterOnly = false;
     bool digest = false;
     Overlays overlays;
 };
 
-/// Reads the command line; nothing when the user asked for help or for the
-/// version, which has been printed then. Throws Failure.
+/// Returns the options of the command line. Prints help or the version on request and returns nothing then.
+/// Throws Failure.
 std::optional<Options> parseOptions(int argc, const char* const* argv);
 
 }  // namespace player

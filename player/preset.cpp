@@ -48,7 +48,7 @@ Json parse(const fs::path& file) {
     } catch (const Json::parse_error& error) {
         const auto place = static_cast<std::ptrdiff_t>(std::min(error.byte, text.size()));
         const auto line = 1 + std::count(text.begin(), text.begin() + place, '\n');
-        throw Failure("not JSON from line " + std::to_string(line) + " on", file.string());
+        throw Failure("not JSON: syntax error in line " + std::to_string(line), file.string());
     } catch (const Json::exception&) {
         throw Failure("not JSON: a number is too large", file.string());
     }
@@ -72,7 +72,7 @@ app::Settings loadPreset(const fs::path& file) {
     return settings;
 }
 
-app::Settings startSettings(const Options& options) {
+app::Settings settingsOf(const Options& options) {
     app::Settings settings = options.preset.empty() ? app::Settings{} : loadPreset(options.preset);
     settings.waterOnly = settings.waterOnly || options.waterOnly;
     return settings;
@@ -92,7 +92,7 @@ NamedPreset named(const fs::path& file) {
     return {app::presetName(file.stem().string()), file};
 }
 
-fs::path portraitOf(const fs::path& preset) {
+fs::path thumbnailOf(const fs::path& preset) {
     return fs::path(preset).replace_extension(".jpg");
 }
 

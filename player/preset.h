@@ -9,14 +9,14 @@
 
 namespace player {
 
-/// app::Settings as a JSON object, one member a setting; a missing one has its default. Throws Failure
-/// that names the file and the member.
+/// Loads settings from a JSON object with one member per setting. A missing member means the default.
+/// Throws Failure with the names of the file and the member.
 app::Settings loadPreset(const std::filesystem::path& file);
 
-/// Those that the command line asks for. Throws Failure.
-app::Settings startSettings(const Options& options);
+/// Returns the settings of the command line: its preset and --water-only. Throws Failure.
+app::Settings settingsOf(const Options& options);
 
-/// A file in full or none. Throws Failure.
+/// Saves settings as a preset. Writes the whole file or none. Throws Failure.
 void savePreset(const app::Settings& settings, const std::filesystem::path& file);
 
 struct NamedPreset {
@@ -24,14 +24,15 @@ struct NamedPreset {
     std::filesystem::path file;
 };
 
-/// calm_pond.json is "calm pond".
+/// Returns the preset's file with its display name: "calm pond" for calm_pond.json.
 NamedPreset named(const std::filesystem::path& file);
 
-/// What a preset looks like, in a picture beside it: a square of so many pixels a side.
-constexpr int portraitSide = 128;
-std::filesystem::path portraitOf(const std::filesystem::path& preset);
+/// Side of a preset's square thumbnail, in pixels.
+constexpr int thumbnailPixels = 128;
+/// Returns the file of a preset's thumbnail: its own name with the extension .jpg.
+std::filesystem::path thumbnailOf(const std::filesystem::path& preset);
 
-/// The presets in a folder, by name.
+/// Returns the presets in a folder, sorted by name.
 std::vector<NamedPreset> presetsIn(const std::filesystem::path& folder);
 
 }  // namespace player

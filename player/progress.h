@@ -4,7 +4,7 @@
 
 namespace player {
 
-/// Tells on stderr how far a run has come: a bar on a terminal, a line for each tenth elsewhere.
+/// Progress of a run on stderr: a bar on a terminal, otherwise one line per tenth of the frames.
 struct Progress {
     using Clock = std::chrono::steady_clock;
 
@@ -16,7 +16,7 @@ struct Progress {
 
 Progress startProgress(int frameCount);
 
-/// `done` frames of the run are complete.
+/// Shows that `done` frames of the run are complete.
 void showProgress(Progress& progress, int done);
 
 }  // namespace player

@@ -20,8 +20,8 @@
 #include "player/failure.h"
 #include "player/film.h"
 #include "player/film_screen.h"
+#include "player/image.h"
 #include "player/interrupt.h"
-#include "player/picture.h"
 #include "player/preset.h"
 #include "player/progress.h"
 #include "player/script.h"
@@ -42,32 +42,32 @@ hostkit::GestureScript scriptOf(const Options& options, const app::Settings& set
     hostkit::GestureScript script =
         hostkit::scaledToScreen(loadScript(options), options.width, options.height);
     if (!options.scriptGiven) {
-        // As hard as the preset's finger. A script that the user names has the pressures it has.
+        // Only the default script adapts to the preset's pressure. A named script keeps its pressures.
         scalePressures(script, settings.pressure / app::Settings{}.pressure);
     }
     return script;
 }
 
-/// Of frame-01.png and its like.
-bool isStill(const std::string& name) {
+/// Returns true for the file names frame-01.png, frame-02.png and so on.
+bool isStillFrame(const std::string& name) {
     int place = 0;
     int length = 0;
     return std::sscanf(name.c_str(), "frame-%2d.png%n", &place, &length) == 1 &&
            static_cast<std::size_t>(length) == name.size();
 }
 
-/// Cells as far as anyone could see them: before a wave run numbers so small that processors
-/// differ, of which some take the smallest for zero. That covers some seventy frames; then the
-/// difference has run on into the last bits of larger ones.
+/// Adds cells to the digest and counts invisibly small values as zero. Such values run ahead of a wave, and processors
+/// that flush subnormals give other values there. The digest is therefore portable for about seventy frames. Later
+/// the difference reaches the last bits of larger values.
 void addCells(hostkit::Digest& digest, std::span<const float> cells) {
-    constexpr float leastSeen = 0x1p-60f;
+    constexpr float minVisible = 0x1p-60f;
     for (const float cell : cells) {
-        const float seen = std::abs(cell) < leastSeen ? 0.0f : cell;
-        addBytes(digest, std::as_bytes(std::span(&seen, 1)));
+        const float visible = std::abs(cell) < minVisible ? 0.0f : cell;
+        addBytes(digest, std::as_bytes(std::span(&visible, 1)));
     }
 }
 
-/// Adds heights and velocities.
+/// Adds the water's heights and velocities to the digest.
 void addWater(hostkit::Digest& digest, const hostkit::WaterDriver& water) {
     addCells(digest, hostkit::JniEnvironment::elements(water.height));
     addCells(digest, hostkit::JniEnvironment::elements(water.velocity));
@@ -93,12 +93,12 @@ void play(hostkit::EffectHost& host, FilmScreen& screen, hostkit::EffectProbe& p
     }
 }
 
-void tell(const Options& options, const Film& film, const hostkit::Digest& water,
-          const hostkit::Digest& velocity) {
+void printSummary(const Options& options, const Film& film, const hostkit::Digest& water,
+                  const hostkit::Digest& velocity) {
     std::printf("film      %s\n", (options.out / ("film." + options.format)).c_str());
     std::printf("sheet     %s\n", (options.out / "sheet.png").c_str());
-    std::printf("pictures  %s\n", (options.out / "frame-NN.png").c_str());
-    std::printf("of frames");
+    std::printf("stills    %s\n", (options.out / "frame-NN.png").c_str());
+    std::printf("frames   ");
     for (const int frame : film.stills()) {
         std::printf(" %d", frame);
     }
@@ -111,11 +111,11 @@ void tell(const Options& options, const Film& film, const hostkit::Digest& water
 }  // namespace
 
 void run(const Options& options) {
-    takeSignals();
-    const app::Settings settings = startSettings(options);
+    handleSignals();
+    const app::Settings settings = settingsOf(options);
     const hostkit::GestureScript script = scriptOf(options, settings);
     if (!options.record.empty()) {
-        warn("nothing is recorded without a window", options.record.string());
+        warn("--record needs a window, so this file is not written", options.record.string());
     }
     hostkit::EffectHostOptions chosen = hostOf(options, settings);
     const app::Size size{options.width, options.height};
@@ -130,14 +130,14 @@ void run(const Options& options) {
     Staging staging(options.out);
     Film film(staging.folder(), options.format, size, script.frames, settings.timeScale);
     std::fprintf(stderr,
-                 "Filming %d frames of %d x %d pixels; without a graphics card that takes a "
-                 "minute or two.\n",
+                 "Filming %d frames of %d x %d pixels. This takes one or two minutes without a "
+                 "graphics card.\n",
                  script.frames, size.width, size.height);
     hostkit::Digest water;
     play(host, screen, probe, settings, script, film, water);
     film.finish();
-    staging.publish(isStill);
-    tell(options, film, water, probe.velocityDigest());
+    staging.publish(isStillFrame);
+    printSummary(options, film, water, probe.velocityDigest());
 }
 
 }  // namespace player

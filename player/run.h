@@ -4,8 +4,8 @@
 
 namespace player {
 
-/// Plays a gesture script over a picture and leaves its film in the target folder, or nothing at
-/// all. Throws Failure or HostError.
+/// Plays a gesture script without a window and writes its film to the output folder. Leaves no file if it fails.
+/// Throws Failure or HostError.
 void run(const Options& options);
 
 }  // namespace player

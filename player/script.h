@@ -7,14 +7,14 @@
 
 namespace player {
 
-/// The script of a file. One that is empty, or has events that are never played, is told on stderr.
+/// Loads a gesture script. Warns on stderr if it has no event or has events after its last frame.
 /// Throws Failure or HostError.
 hostkit::GestureScript loadScript(const std::filesystem::path& file);
 
-/// The script that the command line names, as long as the command line wants it.
+/// Loads the script of the command line. Options::frames, if positive, replaces the script's length.
 hostkit::GestureScript loadScript(const Options& options);
 
-/// Every pressure times `factor`, at most 1.
+/// Multiplies every pressure by `factor` and limits it to 1.
 void scalePressures(hostkit::GestureScript& script, float factor);
 
 }  // namespace player

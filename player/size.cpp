@@ -7,7 +7,7 @@
 namespace player {
 namespace {
 
-/// Reads a whole number from the head of `text` and takes it off.
+/// Reads an integer from the start of `text` and removes it from `text`.
 bool takeNumber(std::string_view& text, int& number) {
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
     text.remove_prefix(static_cast<std::size_t>(end - text.data()));
@@ -15,7 +15,7 @@ bool takeNumber(std::string_view& text, int& number) {
 }
 
 bool isSide(int side) {
-    return side >= smallestSide && side <= largestSide;
+    return side >= minSide && side <= maxSide;
 }
 
 }  // namespace

@@ -7,12 +7,12 @@
 
 namespace player {
 
-// A smaller screen has no solver cell, which takes 12 pixels; a larger one exceeds the usual limits
-// of GL.
-constexpr int smallestSide = 16;
-constexpr int largestSide = 4096;
+// Limits of a screen side, in pixels. A smaller screen has no solver cell of 12 pixels. A larger screen exceeds the
+// usual limits of GL.
+constexpr int minSide = 16;
+constexpr int maxSide = 4096;
 
-/// Reads WIDTHxHEIGHT; empty if the text is something else or beyond the limits.
+/// Reads WIDTHxHEIGHT. Returns nothing if the text has another form or a side is outside the limits.
 std::optional<app::Size> parseSize(std::string_view text);
 
 }  // namespace player

@@ -15,7 +15,7 @@ namespace {
 namespace fs = std::filesystem;
 
 Failure cannotWrite(const fs::path& where, const std::error_code& error) {
-    return Failure("cannot write here, " + error.message(), where.string());
+    return Failure("cannot write to this path, " + error.message(), where.string());
 }
 
 std::vector<fs::path> filesIn(const fs::path& folder) {
@@ -46,7 +46,7 @@ Staging::~Staging() {
     std::error_code ignored;
     fs::remove_all(hidden, ignored);
     if (madeTarget) {
-        fs::remove(target, ignored);  // stays where it holds anything
+        fs::remove(target, ignored);  // fails if the folder is not empty
     }
 }
 

@@ -6,20 +6,20 @@
 
 namespace player {
 
-/// A hidden folder inside the target folder in which files are written until all of them are whole.
+/// Hidden folder inside the target folder. It holds the output files until all of them are complete.
 class Staging {
 public:
-    /// Makes the target folder too where it is missing. Throws Failure.
+    /// Creates the hidden folder, and the target folder if it is missing. Throws Failure.
     explicit Staging(std::filesystem::path targetFolder);
-    /// Takes away what was not published, and the target folder if it was made here for nothing.
+    /// Removes unpublished files. Removes the target folder if the constructor created it and it is empty.
     ~Staging();
     Staging(const Staging&) = delete;
     Staging& operator=(const Staging&) = delete;
 
     const std::filesystem::path& folder() const { return hidden; }
 
-    /// Moves every file to the target folder, in place of files of the same name. Of the others there
-    /// those go that `isOlder` names, by their names: an earlier run left them. Throws Failure.
+    /// Moves every file to the target folder and replaces files of the same name. Then removes the files of an earlier
+    /// run: the other files there for whose names `isOlder` returns true. Throws Failure.
     void publish(const std::function<bool(const std::string&)>& isOlder);
 
 private:

@@ -14,7 +14,7 @@ void main() {
 }
 )";
 
-constexpr const char* pictureText = R"(
+constexpr const char* frameText = R"(
 precision mediump float;
 uniform sampler2D sTexture;
 varying vec2 vTexture;
@@ -23,8 +23,8 @@ void main() {
 }
 )";
 
-// The density is split over two channels as 255 * high + low. A decade of it runs through the
-// colours: what the eye takes for no ink shows blue.
+// The density is stored in two channels: 255 * red + green. The false colours are logarithmic, so that even invisible
+// traces of ink show as blue.
 constexpr const char* densityText = R"(
 precision mediump float;
 uniform sampler2D sTexture;
@@ -45,30 +45,30 @@ constexpr GLfloat corners[] = {-1.0f, -1.0f, 1.0f, -1.0f, -1.0f, 1.0f, 1.0f, 1.0
 }  // namespace
 
 Canvas::Canvas()
-    : pictureProgram(buildGlProgram(vertexText, pictureText, {"aPosition"})),
+    : frameProgram(buildGlProgram(vertexText, frameText, {"aPosition"})),
       densityProgram(buildGlProgram(vertexText, densityText, {"aPosition"})) {
     const GlStateGuard guard;
-    glGenTextures(1, &picture);
+    glGenTextures(1, &frame);
     glGenBuffers(1, &quad);
     glBindBuffer(GL_ARRAY_BUFFER, quad);
     glBufferData(GL_ARRAY_BUFFER, sizeof corners, corners, GL_STATIC_DRAW);
 }
 
 Canvas::~Canvas() {
-    glDeleteTextures(1, &picture);
+    glDeleteTextures(1, &frame);
     glDeleteBuffers(1, &quad);
-    glDeleteProgram(pictureProgram);
+    glDeleteProgram(frameProgram);
     glDeleteProgram(densityProgram);
 }
 
 void Canvas::keep(app::Size screen) {
     const GlStateGuard guard;
-    glBindTexture(GL_TEXTURE_2D, picture);
-    if (kept == screen) {
+    glBindTexture(GL_TEXTURE_2D, frame);
+    if (frameSize == screen) {
         glCopyTexSubImage2D(GL_TEXTURE_2D, 0, 0, 0, 0, 0, screen.width, screen.height);
         return;
     }
-    // A size that is no power of two shows only without repeats and smaller levels.
+    // OpenGL ES 2.0 samples a texture of any size only if it clamps to the edge and has no mipmaps.
     for (const GLenum edge : wraps) {
         glTexParameteri(GL_TEXTURE_2D, edge, GL_CLAMP_TO_EDGE);
     }
@@ -76,16 +76,16 @@ void Canvas::keep(app::Size screen) {
         glTexParameteri(GL_TEXTURE_2D, filter, GL_NEAREST);
     }
     glCopyTexImage2D(GL_TEXTURE_2D, 0, GL_RGB, 0, 0, screen.width, screen.height, 0);
-    kept = screen;
+    frameSize = screen;
 }
 
 void Canvas::show(app::Size screen) {
-    if (kept.width == 0) {
+    if (frameSize.width == 0) {
         return;
     }
     const GlStateGuard guard;
     glDisable(GL_BLEND);
-    drawQuad(pictureProgram, picture, screen);
+    drawQuad(frameProgram, frame, screen);
 }
 
 void Canvas::showDensity(GLuint texture, app::Size screen) {

@@ -6,9 +6,8 @@
 
 namespace player {
 
-/// Keeps the library's last picture, so that the panel can be drawn anew over it while the effect
-/// stands still, and draws the ink's density over it. Belongs to a GL context as ImGuiRenderer
-/// does.
+/// Stores a copy of the library's last frame, so that the panel can be redrawn over it while the effect is idle.
+/// Also draws the ink density over the frame. Belongs to the GL context that was current at construction.
 class Canvas {
 public:
     Canvas();
@@ -16,22 +15,21 @@ public:
     Canvas(const Canvas&) = delete;
     Canvas& operator=(const Canvas&) = delete;
 
-    /// Takes what the screen shows.
+    /// Copies the frame on the screen.
     void keep(app::Size screen);
-    /// Shows what was kept.
+    /// Draws the stored frame. Does nothing if there is none.
     void show(app::Size screen);
-    /// Lays false colours of the density texture over the screen; black and see-through without
-    /// ink.
+    /// Draws the density texture over the screen in translucent false colours. Zero density is black.
     void showDensity(GLuint texture, app::Size screen);
 
 private:
     void drawQuad(GLuint program, GLuint texture, app::Size screen) const;
 
-    GLuint pictureProgram;
+    GLuint frameProgram;
     GLuint densityProgram;
-    GLuint picture = 0;
+    GLuint frame = 0;
     GLuint quad = 0;
-    app::Size kept{0, 0};
+    app::Size frameSize{0, 0};
 };
 
 }  // namespace player

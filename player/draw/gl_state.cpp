@@ -7,13 +7,13 @@
 namespace player {
 namespace {
 
-GLint valueOf(GLenum name) {
+GLint stateOf(GLenum name) {
     GLint value = 0;
     glGetIntegerv(name, &value);
     return value;
 }
 
-void turn(GLenum capability, GLboolean on) {
+void setEnabled(GLenum capability, GLboolean on) {
     on ? glEnable(capability) : glDisable(capability);
 }
 
@@ -27,20 +27,20 @@ GLuint compile(GLenum kind, const char* text) {
 }  // namespace
 
 GlStateGuard::GlStateGuard()
-    : program(valueOf(GL_CURRENT_PROGRAM)),
-      vertices(valueOf(GL_ARRAY_BUFFER_BINDING)),
-      indices(valueOf(GL_ELEMENT_ARRAY_BUFFER_BINDING)),
-      framebuffer(valueOf(GL_FRAMEBUFFER_BINDING)),
-      unit(valueOf(GL_ACTIVE_TEXTURE)),
-      blendFrom(valueOf(GL_BLEND_SRC_RGB)),
-      blendTo(valueOf(GL_BLEND_DST_RGB)),
+    : program(stateOf(GL_CURRENT_PROGRAM)),
+      vertices(stateOf(GL_ARRAY_BUFFER_BINDING)),
+      indices(stateOf(GL_ELEMENT_ARRAY_BUFFER_BINDING)),
+      framebuffer(stateOf(GL_FRAMEBUFFER_BINDING)),
+      unit(stateOf(GL_ACTIVE_TEXTURE)),
+      blendFrom(stateOf(GL_BLEND_SRC_RGB)),
+      blendTo(stateOf(GL_BLEND_DST_RGB)),
       blend(glIsEnabled(GL_BLEND)),
       scissor(glIsEnabled(GL_SCISSOR_TEST)) {
     glGetIntegerv(GL_VIEWPORT, viewport.data());
     glActiveTexture(GL_TEXTURE0);
-    // Of unit 0, hence not before it is active.
+    // The query reads the active unit, so unit 0 must be active first.
     // NOLINTNEXTLINE(cppcoreguidelines-prefer-member-initializer)
-    texture = valueOf(GL_TEXTURE_BINDING_2D);
+    texture = stateOf(GL_TEXTURE_BINDING_2D);
     glBindFramebuffer(GL_FRAMEBUFFER, 0);
 }
 
@@ -52,8 +52,8 @@ GlStateGuard::~GlStateGuard() {
     glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, static_cast<GLuint>(indices));
     glUseProgram(static_cast<GLuint>(program));
     glBlendFunc(static_cast<GLenum>(blendFrom), static_cast<GLenum>(blendTo));
-    turn(GL_BLEND, blend);
-    turn(GL_SCISSOR_TEST, scissor);
+    setEnabled(GL_BLEND, blend);
+    setEnabled(GL_SCISSOR_TEST, scissor);
     glViewport(viewport[0], viewport[1], viewport[2], viewport[3]);
 }
 
@@ -73,9 +73,9 @@ GLuint buildGlProgram(const char* vertexText, const char* fragmentText,
     GLint linked = GL_FALSE;
     glGetProgramiv(program, GL_LINK_STATUS, &linked);
     if (linked == GL_FALSE) {
-        std::array<char, 256> words{};
-        glGetProgramInfoLog(program, static_cast<GLsizei>(words.size()), nullptr, words.data());
-        throw Failure("the window's shaders do not link", words.data());
+        std::array<char, 256> log{};
+        glGetProgramInfoLog(program, static_cast<GLsizei>(log.size()), nullptr, log.data());
+        throw Failure("cannot link the player's shaders", log.data());
     }
     return program;
 }

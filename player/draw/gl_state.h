@@ -7,8 +7,8 @@
 
 namespace player {
 
-/// Puts back at its end what drawing over the library's frame changes, so that the library finds GL
-/// as it left it. What is drawn meanwhile uses texture unit 0 and disables its vertex arrays.
+/// Saves the GL state that the player's drawing changes and restores it at the end of the scope. The library thus finds
+/// the state that it left. Code in the scope uses texture unit 0 only and disables its vertex arrays.
 class GlStateGuard {
 public:
     GlStateGuard();
@@ -23,8 +23,8 @@ private:
     GLboolean blend, scissor;
 };
 
-/// A linked program of two GLSL texts; its attributes have the locations in which they are listed.
-/// Throws Failure with the compiler's words.
+/// Returns a linked program of two GLSL sources. The position of an attribute in `attributes` is its location.
+/// Throws Failure with the linker's log.
 GLuint buildGlProgram(const char* vertexText, const char* fragmentText,
                       std::initializer_list<const char*> attributes);
 

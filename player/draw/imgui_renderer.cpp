@@ -36,13 +36,13 @@ void main() {
 }
 )";
 
-void pointAttribute(GLuint location, GLint size, GLenum type, std::size_t offset) {
+void setVertexAttribute(GLuint location, GLint size, GLenum type, std::size_t offset) {
     glEnableVertexAttribArray(location);
     glVertexAttribPointer(location, size, type, type == GL_UNSIGNED_BYTE, sizeof(ImDrawVert),
                           reinterpret_cast<const void*>(offset));
 }
 
-/// Clips to a rectangle of the display; false where nothing of it is left.
+/// Sets the scissor to a rectangle of the display. Returns false if the rectangle is empty.
 bool clip(const ImVec4& rectangle, const ImDrawData& data) {
     const ImVec2 scale = data.FramebufferScale;
     const float left = (rectangle.x - data.DisplayPos.x) * scale.x;
@@ -109,9 +109,9 @@ void ImGuiRenderer::prepare(const ImDrawData& data) {
                 data.DisplaySize.x, data.DisplaySize.y);
     glBindBuffer(GL_ARRAY_BUFFER, buffers[0]);
     glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, buffers[1]);
-    pointAttribute(0, 2, GL_FLOAT, offsetof(ImDrawVert, pos));
-    pointAttribute(1, 2, GL_FLOAT, offsetof(ImDrawVert, uv));
-    pointAttribute(2, 4, GL_UNSIGNED_BYTE, offsetof(ImDrawVert, col));
+    setVertexAttribute(0, 2, GL_FLOAT, offsetof(ImDrawVert, pos));
+    setVertexAttribute(1, 2, GL_FLOAT, offsetof(ImDrawVert, uv));
+    setVertexAttribute(2, 4, GL_UNSIGNED_BYTE, offsetof(ImDrawVert, col));
 }
 
 void ImGuiRenderer::drawList(const ImDrawList& list, const ImDrawData& data) {

@@ -7,19 +7,18 @@ struct ImDrawList;
 
 namespace player {
 
-/// Draws the panel's triangles with OpenGL ES 2.0. It is our own as Debian builds ImGui's back ends
-/// only for desktop GL, found by GLX; their source for ES 2 comes as an example in /usr/share/doc.
-/// Belongs to the GL context that was current when it was made, and dies before it.
+/// Draws ImGui's triangles with OpenGL ES 2.0. Debian's ImGui package has a compiled renderer for desktop GL only.
+/// Belongs to the GL context that was current at construction and must be destroyed before that context.
 class ImGuiRenderer {
 public:
-    /// Uploads the font.
     ImGuiRenderer();
     ~ImGuiRenderer();
     ImGuiRenderer(const ImGuiRenderer&) = delete;
     ImGuiRenderer& operator=(const ImGuiRenderer&) = delete;
 
-    /// Takes that of the current ImGui context over. Leaves GL as it was, as drawing does.
+    /// Uploads the font of the current ImGui context. Restores the GL state.
     void uploadFont();
+    /// Draws an ImGui frame. Restores the GL state.
     void draw(const ImDrawData& data);
 
 private:

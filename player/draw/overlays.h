@@ -1,14 +1,13 @@
 #pragma once
 
-#include "app/size.h"
-#include "hostkit/instruments/effect_probe.h"
-#include "player/draw/canvas.h"
-#include "player/draw/overlay_choice.h"
-
 namespace player {
 
-/// Draws the density at once, and the strokes into the background of the ImGui frame.
-void drawOverlays(Overlays overlays, const hostkit::EffectProbe& probe, Canvas& canvas,
-                  app::Size screen);
+/// Overlays that are drawn over the frame.
+struct Overlays {
+    /// Lines along the flow, at most one per cell.
+    bool velocity = false;
+    /// False colours of the ink density.
+    bool ink = false;
+};
 
 }  // namespace player

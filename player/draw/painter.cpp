@@ -5,8 +5,8 @@
 namespace player {
 
 Painter::Painter() : context(ImGui::CreateContext()) {
-    ImGui::GetIO().IniFilename = nullptr;  // leaves no file behind
-    setLetters(scale);
+    ImGui::GetIO().IniFilename = nullptr;  // ImGui writes no settings file
+    applyFontScale(scale);
 }
 
 Painter::~Painter() {
@@ -15,23 +15,23 @@ Painter::~Painter() {
 }
 
 void Painter::setUp() {
-    pictureCanvas.emplace();
+    frameCanvas.emplace();
     renderer.emplace();
-    presetPictures.emplace();
+    presetThumbnails.emplace();
 }
 
-void Painter::setScale(const LetterScale& wanted) {
+void Painter::setScale(const FontScale& wanted) {
     if (!(wanted == scale)) {
         scale = wanted;
-        setLetters(scale);
+        applyFontScale(scale);
         renderer->uploadFont();
     }
 }
 
 void Painter::tearDown() {
-    presetPictures.reset();
+    presetThumbnails.reset();
     renderer.reset();
-    pictureCanvas.reset();
+    frameCanvas.reset();
 }
 
 void Painter::draw() {

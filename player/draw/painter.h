@@ -3,16 +3,16 @@
 #include <optional>
 
 #include "player/draw/canvas.h"
+#include "player/draw/font_scale.h"
 #include "player/draw/imgui_renderer.h"
-#include "player/draw/letters.h"
 #include "player/draw/thumbnails.h"
 
 struct ImGuiContext;
 
 namespace player {
 
-/// What the player itself draws with, over the library's picture. One at a time: it owns the
-/// current ImGui context.
+/// Owns the ImGui context and the GL objects with which the player draws over the library's frame.
+/// A process has at most one painter at a time.
 class Painter {
 public:
     Painter();
@@ -20,24 +20,24 @@ public:
     Painter(const Painter&) = delete;
     Painter& operator=(const Painter&) = delete;
 
-    /// Makes the GL objects in the current context. Throws Failure.
+    /// Creates the GL objects in the current context. Throws Failure.
     void setUp();
-    /// Between two ImGui frames.
-    void setScale(const LetterScale& wanted);
-    /// Gives them back before their context goes.
+    /// Sets the scale of font and style. Call it between two ImGui frames.
+    void setScale(const FontScale& wanted);
+    /// Deletes the GL objects. Call it before their context is destroyed.
     void tearDown();
 
-    Canvas& canvas() { return *pictureCanvas; }
-    Thumbnails& thumbnails() { return *presetPictures; }
+    Canvas& canvas() { return *frameCanvas; }
+    Thumbnails& thumbnails() { return *presetThumbnails; }
     /// Draws the ImGui frame.
     void draw();
 
 private:
     ImGuiContext* context;
-    LetterScale scale;
-    std::optional<Canvas> pictureCanvas;
+    FontScale scale;
+    std::optional<Canvas> frameCanvas;
     std::optional<ImGuiRenderer> renderer;
-    std::optional<Thumbnails> presetPictures;
+    std::optional<Thumbnails> presetThumbnails;
 };
 
 }  // namespace player

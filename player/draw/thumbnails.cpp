@@ -5,7 +5,7 @@
 
 #include "hostkit/picture.h"
 #include "player/draw/gl_state.h"
-#include "player/picture.h"
+#include "player/image.h"
 #include "player/preset.h"
 
 namespace player {
@@ -30,9 +30,9 @@ GLuint load(const std::filesystem::path& file) {
         return 0;
     }
     try {
-        return textureOf(covering(loadPicture(file), portraitSide, portraitSide));
+        return textureOf(covering(loadImage(file), thumbnailPixels, thumbnailPixels));
     } catch (const std::exception&) {
-        return 0;  // a preset without a picture
+        return 0;  // an unreadable thumbnail counts as missing
     }
 }
 
@@ -47,7 +47,7 @@ Thumbnails::~Thumbnails() {
 GLuint Thumbnails::of(const std::filesystem::path& preset) {
     const auto [place, isNew] = textures.try_emplace(preset, 0);
     if (isNew) {
-        place->second = load(portraitOf(preset));
+        place->second = load(thumbnailOf(preset));
     }
     return place->second;
 }

@@ -7,10 +7,10 @@
 
 namespace player {
 
-/// The pictures of presets, each loaded when it is first asked for. They are files, made by
-/// tools/gallery for those that ship and of the screen for those that a window saves: to render
-/// them here would take a second effect in the same context and seconds of a slow machine. Belongs
-/// to a GL context as ImGuiRenderer does.
+/// Textures of the presets' thumbnails, each loaded from its file at first use. tools/gallery makes the files of
+/// shipped presets, and the window saves a screenshot for each preset of the user. Rendering thumbnails here would need
+/// a second effect in the same context and seconds on a slow machine. Belongs to the GL context that was current at
+/// construction.
 class Thumbnails {
 public:
     Thumbnails() = default;
@@ -18,7 +18,7 @@ public:
     Thumbnails(const Thumbnails&) = delete;
     Thumbnails& operator=(const Thumbnails&) = delete;
 
-    /// A square texture; 0 where the preset has no picture. Leaves GL as it was.
+    /// Returns a square texture, or 0 if the preset has no thumbnail. Restores the GL state.
     GLuint of(const std::filesystem::path& preset);
 
 private:

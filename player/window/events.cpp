@@ -14,18 +14,18 @@
 namespace player {
 namespace {
 
-/// Combinations are the desktop's.
-bool isCombined(const SDL_Keysym& key) {
+/// Returns true for a key with Ctrl, Alt or Super. The desktop handles such combinations.
+bool hasModifier(const SDL_Keysym& key) {
     return (key.mod & (KMOD_CTRL | KMOD_ALT | KMOD_GUI)) != 0;
 }
 
-bool isOurKey(const SDL_Event& event) {
+bool isShortcut(const SDL_Event& event) {
     return event.type == SDL_KEYDOWN && event.key.repeat == 0 && !ImGui::GetIO().WantTextInput &&
-           !isCombined(event.key.keysym);
+           !hasModifier(event.key.keysym);
 }
 
-/// Where a finger comes down, in the window's units; nothing for other events.
-std::optional<ImVec2> pressOf(const SDL_Event& event) {
+/// Returns the position of a press in window units. Returns nothing for other events.
+std::optional<ImVec2> pressPosition(const SDL_Event& event) {
     const ImVec2 screen = ImGui::GetIO().DisplaySize;
     if (event.type == SDL_FINGERDOWN) {
         return ImVec2(event.tfinger.x * screen.x, event.tfinger.y * screen.y);
@@ -36,9 +36,8 @@ std::optional<ImVec2> pressOf(const SDL_Event& event) {
     return std::nullopt;
 }
 
-/// Whether the press is the panel's. Its windows are asked, as ImGui's own answer is that of its
-/// last frame, and a finger comes down where no pointer was before.
-bool isPanels(ImVec2 press) {
+/// Returns true if the press hits a window of ImGui. ImGui's own flag describes its last frame, before a new touch.
+bool isOnPanel(ImVec2 press) {
     constexpr ImGuiWindowFlags seeThrough = ImGuiWindowFlags_NoMouseInputs;
     bool on = ImGui::IsPopupOpen("", ImGuiPopupFlags_AnyPopup);
     for (const ImGuiWindow* window : ImGui::GetCurrentContext()->Windows) {
@@ -48,7 +47,7 @@ bool isPanels(ImVec2 press) {
     return on;
 }
 
-void pressKey(int code, Requests& requests) {
+void requestCommands(int code, Requests& requests) {
     for (const Key& key : keys()) {
         if (key.code == code) {
             requests.commands.push_back(key.command);
@@ -63,8 +62,8 @@ void waitForEvent(std::chrono::nanoseconds time) {
     SDL_WaitEventTimeout(nullptr, std::max(1, static_cast<int>(whole.count())));
 }
 
-bool takeEvents(const GlWindow& window, Pointer& pointer, app::Session& session,
-                Requests& requests) {
+bool handleEvents(const GlWindow& window, Pointer& pointer, app::Session& session,
+                  Requests& requests) {
     bool any = false;
     for (SDL_Event event; SDL_PollEvent(&event) != 0; any = true) {
         ImGui_ImplSDL2_ProcessEvent(&event);
@@ -74,10 +73,10 @@ bool takeEvents(const GlWindow& window, Pointer& pointer, app::Session& session,
             session.noteInput(app::Clock::now());
             requests.drops.emplace_back(event.drop.file);
             SDL_free(event.drop.file);
-        } else if (isOurKey(event)) {
+        } else if (isShortcut(event)) {
             session.noteInput(app::Clock::now());
-            pressKey(event.key.keysym.sym, requests);
-        } else if (const auto press = pressOf(event); !press || !isPanels(*press)) {
+            requestCommands(event.key.keysym.sym, requests);
+        } else if (const auto press = pressPosition(event); !press || !isOnPanel(*press)) {
             feed(pointer, event, window, session);
         }
     }

@@ -9,12 +9,12 @@
 
 namespace player {
 
-/// Sleeps until an event arrives, at most for that time.
+/// Waits for an event, at most for the given time.
 void waitForEvent(std::chrono::nanoseconds time);
 
-/// Hands the desktop's events to the panel, and the events that are not the panel's to session and requests. Returns
-/// whether there was an event.
-bool takeEvents(const GlWindow& window, Pointer& pointer, app::Session& session,
-                Requests& requests);
+/// Passes the desktop's events to the panel, and the others to the session and the requests. Returns true if there was
+/// an event.
+bool handleEvents(const GlWindow& window, Pointer& pointer, app::Session& session,
+                  Requests& requests);
 
 }  // namespace player

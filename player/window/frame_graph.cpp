@@ -19,29 +19,29 @@ constexpr Share shares[] = {
     {"solver", &FrameTimes::solverWait, IM_COL32(255, 140, 90, 255)},
     {"GL", &FrameTimes::gl, IM_COL32(120, 220, 120, 255)},
 };
-constexpr float fewestBars = 60.0f;
+constexpr float minBars = 60.0f;
 constexpr float sixtieth = 1000.0f / 60.0f;
 
 float whole(const FrameTimes& frame) {
     return frame.water + frame.solverWait + frame.gl;
 }
 
-/// Of the full height: a round number of milliseconds that no frame exceeds.
+/// Returns the time at the full height of the graph, in ms: a round number that no frame exceeds.
 float fullScale(std::span<const FrameTimes> times) {
-    float most = 0.0f;
+    float longest = 0.0f;
     for (const FrameTimes& frame : times) {
-        most = std::max(most, whole(frame));
+        longest = std::max(longest, whole(frame));
     }
     constexpr float steps[] = {2, 5, 10, 20, 50, 100, 200, 500};
-    const float* step = std::ranges::lower_bound(steps, most);
-    return step == std::end(steps) ? most : *step;
+    const float* step = std::ranges::lower_bound(steps, longest);
+    return step == std::end(steps) ? longest : *step;
 }
 
-/// Stacked, one a frame, the newest at the right.
+/// Draws one stacked bar per frame, the newest at the right.
 void drawBars(ImDrawList& list, std::span<const FrameTimes> times, ImVec2 corner, ImVec2 size,
               float full) {
     const auto count = static_cast<float>(times.size());
-    const float barWidth = size.x / std::max(count, fewestBars);
+    const float barWidth = size.x / std::max(count, minBars);
     float x = corner.x + size.x - count * barWidth;
     for (const FrameTimes& frame : times) {
         float bottom = corner.y + size.y;

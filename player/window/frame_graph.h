@@ -6,8 +6,7 @@
 
 namespace player {
 
-/// Where the time of the last frames went, into the current ImGui window: bars as high as their
-/// data asks for, and the means in digits.
+/// Draws the times of the last frames into the current ImGui window: stacked bars and the mean of each part in ms.
 void drawFrameGraph(std::span<const FrameTimes> times);
 
 }  // namespace player

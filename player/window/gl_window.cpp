@@ -15,9 +15,9 @@
 namespace player {
 namespace {
 
-Failure failed(const char* what) {
-    return Failure(std::string(what) + ", " + SDL_GetError() +
-                   " (--headless films without a window)");
+Failure failed(const char* message) {
+    return Failure(std::string(message) + ", " + SDL_GetError() +
+                   "; use --headless to film without a window");
 }
 
 bool isSet(const char* variable) {
@@ -25,14 +25,15 @@ bool isSet(const char* variable) {
     return value != nullptr && *value != '\0';
 }
 
-/// Of the desktops only: SDL would fall back to one that nobody sees.
+/// Returns the SDL video drivers of the desktops that the environment names. Without this list, SDL would fall back to
+/// an invisible dummy driver.
 std::string desktops() {
     const bool x11 = isSet("DISPLAY");
     const bool wayland = isSet("WAYLAND_DISPLAY");
     return x11 && wayland ? "x11,wayland" : x11 ? "x11" : "wayland";
 }
 
-/// Leaves room for a title bar.
+/// Returns the size, shrunk to fit the display and its title bar.
 app::Size withinDisplay(app::Size size) {
     constexpr double part = 0.93;
     SDL_Rect display{};
@@ -44,8 +45,8 @@ app::Size withinDisplay(app::Size size) {
     return {static_cast<int>(size.width * scale), static_cast<int>(size.height * scale)};
 }
 
-void wantGles2() {
-    // The library tells contexts apart by EGL; the window system's own GL would hide them from it.
+void requestGles2() {
+    // The library identifies contexts by EGL, so SDL must not use GLX.
     SDL_SetHint(SDL_HINT_OPENGL_ES_DRIVER, "1");
     SDL_SetHint(SDL_HINT_VIDEO_X11_FORCE_EGL, "1");
     SDL_GL_SetAttribute(SDL_GL_CONTEXT_PROFILE_MASK, SDL_GL_CONTEXT_PROFILE_ES);
@@ -70,7 +71,7 @@ GlWindow::VideoSystem::VideoSystem() {
     if (SDL_Init(SDL_INIT_VIDEO) != 0) {
         throw failed("cannot open a window");
     }
-    wantGles2();
+    requestGles2();
 }
 
 GlWindow::VideoSystem::~VideoSystem() {
@@ -99,7 +100,7 @@ void GlWindow::renewContext() {
     }
     gl = SDL_GL_CreateContext(window.get());
     if (gl == nullptr || SDL_GL_MakeCurrent(window.get(), gl) != 0) {
-        throw failed("no OpenGL ES 2.0 context");
+        throw failed("cannot create an OpenGL ES 2.0 context");
     }
     SDL_GL_SetSwapInterval(1);
 }
@@ -113,7 +114,7 @@ void GlWindow::switchFullScreen() {
     SDL_SetWindowFullscreen(window.get(), full ? 0 : SDL_WINDOW_FULLSCREEN_DESKTOP);
 }
 
-/// SDL leaves the size to the window manager, and takes it for granted.
+/// Toggles full screen without a window manager. SDL relies on the window manager to resize the window.
 void GlWindow::fillScreenAlone() {
     SDL_Rect now{};
     SDL_GetWindowPosition(window.get(), &now.x, &now.y);
@@ -152,11 +153,11 @@ app::Size GlWindow::pixels() const {
 
 double GlWindow::displayScale() const {
     constexpr double plainDpi = 96.0;
-    constexpr double mostBelieved = 4.0;  // of a display that may have told nonsense
+    constexpr double maxScale = 4.0;  // limit for displays that report a wrong size
     float measured = 0.0f;
     SDL_GetDisplayDPI(SDL_GetWindowDisplayIndex(window.get()), nullptr, &measured, nullptr);
-    const double dpi = letterDpi(window.get()).value_or(static_cast<double>(measured));
-    return std::max(scaleX(), std::clamp(dpi / plainDpi, 1.0, mostBelieved));
+    const double dpi = fontDpi(window.get()).value_or(static_cast<double>(measured));
+    return std::max(scaleX(), std::clamp(dpi / plainDpi, 1.0, maxScale));
 }
 
 double GlWindow::scaleX() const {

@@ -10,33 +10,32 @@
 
 namespace player {
 
-/// Whether the environment names a display of X11 or Wayland.
+/// Returns true if the environment names an X11 or Wayland display.
 bool hasDesktop();
 
-/// A window of the desktop with an OpenGL ES 2.0 context, which is current on the thread that made
-/// it.
+/// Desktop window with an OpenGL ES 2.0 context. The context is current on the constructing thread.
 class GlWindow {
 public:
-    /// `shrinks`: where the display is smaller, so is the window, in the same shape. Throws Failure
-    /// without a desktop or without that GL.
+    /// Opens the window. If `shrinks` is true, scales `size` down to fit the display.
+    /// Throws Failure without a desktop or without OpenGL ES 2.0.
     GlWindow(const char* title, app::Size size, bool shrinks);
     ~GlWindow();
     GlWindow(const GlWindow&) = delete;
     GlWindow& operator=(const GlWindow&) = delete;
 
-    /// Destroys the context with everything in it and makes a new one, current. Throws Failure.
+    /// Destroys the context and its objects and makes a new context current. Throws Failure.
     void renewContext();
     void swap();
-    /// The whole screen, or the window again.
+    /// Toggles full screen.
     void switchFullScreen();
-    /// In units of the desktop; nothing while that rules the size, as on the whole screen.
+    /// Returns the window's size in desktop units. Returns nothing while it is maximized or full screen.
     std::optional<app::Size> ownSize() const;
-    /// In pixels, of which a window of a dense screen has more than units of its own.
+    /// Returns the size of the drawing area in pixels.
     app::Size pixels() const;
-    /// Pixels per unit of the window, across and down.
+    /// Return the pixels per window unit, horizontally and vertically.
     double scaleX() const;
     double scaleY() const;
-    /// Pixels to one of a plain display's, by what the desktop says of the display; at least 1.
+    /// Returns the display's resolution relative to 96 dpi, as the desktop reports it; at least 1.
     double displayScale() const;
 
     SDL_Window* handle() const { return window.get(); }
@@ -56,7 +55,7 @@ private:
     VideoSystem video;
     std::unique_ptr<SDL_Window, Destroy> window;
     SDL_GLContext gl = nullptr;
-    /// Where the window was before it filled the screen on its own; nothing: it does not.
+    /// Bounds of the window before full screen without a window manager. Empty outside that mode.
     std::optional<SDL_Rect> before;
 };
 

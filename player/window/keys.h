@@ -4,7 +4,7 @@
 
 namespace player {
 
-/// What a key or a button of the panel asks for.
+/// Actions of the keys and of the panel's buttons.
 enum class Command {
     help,
     panel,
@@ -21,9 +21,9 @@ enum class Command {
     replay,
     savePreset,
     nextPreset,
-    inkOfPicture,
-    randomLook,
-    resetLook,
+    inkForBackground,
+    randomSettings,
+    resetSettings,
     loseContext,
     attract,
     fullScreen,
@@ -32,18 +32,20 @@ enum class Command {
 };
 
 struct Key {
-    /// The key's code in SDL.
+    /// SDL key code.
     int code;
     Command command;
+    /// Name of the key, for display.
     const char* name;
-    const char* words;
+    /// Description of the action, for the list of keys and the hints.
+    const char* label;
 };
 
 std::span<const Key> keys();
 
-/// What a file does that is dropped on the window.
+/// Description of dropped files, for the list of keys.
 constexpr const char* dropHelp =
-    "of a picture: it becomes the background, the former one the second; of a preset: it is "
-    "loaded; of a gesture script: it is played";
+    "an image becomes the background, and the old background the second one; a preset is loaded; "
+    "a gesture script is played";
 
 }  // namespace player

@@ -12,8 +12,8 @@
 #include "hostkit/picture.h"
 #include "player/failure.h"
 #include "player/files.h"
+#include "player/image.h"
 #include "player/interrupt.h"
-#include "player/picture.h"
 #include "player/preset.h"
 #include "player/script.h"
 
@@ -22,11 +22,12 @@ namespace {
 
 using namespace std::chrono_literals;
 
+/// Default size of the window, in desktop units: the shape of a phone.
 constexpr app::Size phone{540, 960};
-/// A script's larger screen is not the window's: it might exceed the desktop.
+/// Largest screen of a script that sets the size of the window. A larger window might exceed the desktop.
 constexpr app::Size largestOfScript{1280, 1000};
 
-/// As long as the usual window, in the picture's shape but no strip.
+/// Returns a size with the background's aspect ratio, limited to 2.5, and with the longer side of `usual`.
 app::Size shapeOf(const hostkit::Picture& picture, app::Size usual) {
     constexpr double longest = 2.5;
     const double aspect =
@@ -47,23 +48,24 @@ app::Size startSize(const Options& options, const std::optional<hostkit::Gesture
         return {script->screenWidth, script->screenHeight};
     }
     const app::Size usual = remembered.window.value_or(phone);
-    return options.picture.empty() ? usual : shapeOf(picture, usual);
+    return options.image.empty() ? usual : shapeOf(picture, usual);
 }
 
-/// Returns the script that the command line names, if it names one.
+/// Returns the script of the command line, or nothing without --script.
 std::optional<hostkit::GestureScript> scriptOf(const Options& options) {
     return options.scriptGiven ? std::optional(loadScript(options)) : std::nullopt;
 }
 
-/// A run that must be the same each time does not depend on the window before.
-app::Settings startLook(const Options& options, const Remembered& remembered) {
-    app::Settings look = startSettings(options);
+/// Returns the settings of the command line or those of the last window. A run with a script, a recording or a digest
+/// must be repeatable, so it ignores the last window.
+app::Settings initialSettings(const Options& options, const Remembered& remembered) {
+    app::Settings settings = settingsOf(options);
     const bool repeatable = options.scriptGiven || !options.record.empty() || options.digest;
-    if (options.preset.empty() && !repeatable && remembered.look) {
-        look = *remembered.look;
-        look.waterOnly = look.waterOnly || options.waterOnly;
+    if (options.preset.empty() && !repeatable && remembered.settings) {
+        settings = *remembered.settings;
+        settings.waterOnly = settings.waterOnly || options.waterOnly;
     }
-    return look;
+    return settings;
 }
 
 }  // namespace
@@ -76,14 +78,14 @@ OpenWindow::OpenWindow(const Options& options, app::Backgrounds backgrounds,
                        const std::optional<hostkit::GestureScript>& script,
                        const Remembered& remembered)
     : screen(startSize(options, script, backgrounds.first, remembered), !options.sizeGiven,
-             options.letters),
-      session(screen, startLook(options, remembered), std::move(backgrounds)),
-      keeper(session, notice, options),
+             options.fontScale),
+      session(screen, initialSettings(options, remembered), std::move(backgrounds)),
+      keeper(session, toast, options),
       playback(session, keeper),
-      looks(options.shots, options.preset, startSettings(options)),
-      display(screen, session, keeper, notice),
-      begun(session.core.userSettings()),
-      begunSize(screen.window().ownSize()),
+      presetList(options.shots, options.preset, settingsOf(options)),
+      display(screen, session, keeper, toast),
+      initialUserSettings(session.core.userSettings()),
+      initialSize(screen.window().ownSize()),
       remembers(!options.fresh),
       waterOnlyGiven(options.waterOnly) {
     view.velocity = options.overlays.velocity;
@@ -92,12 +94,13 @@ OpenWindow::OpenWindow(const Options& options, app::Backgrounds backgrounds,
     if (script) {
         session.core.startReplay(*script);
     } else if (!options.record.empty()) {
-        if (!takeName(options.record)) {
-            throw Failure("the recording would overwrite this file", options.record.string());
+        if (!createFile(options.record)) {
+            throw Failure("the recording would overwrite a file; choose another name",
+                          options.record.string());
         }
         keeper.startRecording(options.record);
     }
-    say(notice, "F1 lists the keys, Tab opens the panel");
+    showToast(toast, "F1 lists the keys, Tab opens the panel");
 }
 
 void OpenWindow::run() {
@@ -106,40 +109,40 @@ void OpenWindow::run() {
             turn();
         }
     } catch (...) {
-        keeper.finish();  // else it would be lost
+        keeper.finish();  // completes the film and the recording before the program ends
         throw;
     }
     keeper.finish();
-    keeper.tellFiles();
+    keeper.printFiles();
     if (remembers) {
         rememberChanges();
     }
 }
 
-/// What the command line chose for this window alone is not the next one's.
+/// Saves the settings and the size for the next window if the user changed them. Does not save --water-only.
 void OpenWindow::rememberChanges() {
     Remembered last;
     const app::Settings choice = session.core.userSettings();
-    if (choice != begun) {
-        last.look = choice;
-        last.look->waterOnly = choice.waterOnly && !waterOnlyGiven;
+    if (choice != initialUserSettings) {
+        last.settings = choice;
+        last.settings->waterOnly = choice.waterOnly && !waterOnlyGiven;
     }
     const std::optional<app::Size> size = screen.window().ownSize();
-    if (size != begunSize) {
+    if (size != initialSize) {
         last.window = size;
     }
     remember(last);
 }
 
 void OpenWindow::turn() {
-    const auto wait = playback.untilNext();
-    waitForEvent(display.waits() ? std::min<std::chrono::nanoseconds>(wait, 10ms) : wait);
-    if (takeEvents(screen.window(), pointer, session.core, requests)) {
-        display.touch();
+    const auto wait = playback.timeToNextFrame();
+    waitForEvent(display.needsRedraw() ? std::min<std::chrono::nanoseconds>(wait, 10ms) : wait);
+    if (handleEvents(screen.window(), pointer, session.core, requests)) {
+        display.requestRedraws();
     }
     runCommands();
     if (playback.followSize(screen.window().pixels())) {
-        display.touch();
+        display.requestRedraws();
     }
     presentFrame(playback.playDueFrames());
 }
@@ -150,11 +153,11 @@ void OpenWindow::presentFrame(bool drawn) {
     view.filming = keeper.filming();
     view.recording = session.recording() != nullptr;
     const auto start = std::chrono::steady_clock::now();
-    display.present({view, looks, screen.thumbnails(), playback.times(), playback.rate(),
+    display.present({view, presetList, screen.thumbnails(), playback.times(), playback.rate(),
                      session.core.settings, requests},
                     drawn);
     if (drawn) {
-        playback.addToGl(std::chrono::steady_clock::now() - start);
+        playback.addGlTime(std::chrono::steady_clock::now() - start);
     }
 }
 

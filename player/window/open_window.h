@@ -10,32 +10,31 @@
 #include "app/size.h"
 #include "hostkit/gesture_script.h"
 #include "player/options.h"
+#include "player/window/display.h"
 #include "player/window/events.h"
-#include "player/window/keeping.h"
+#include "player/window/keeper.h"
 #include "player/window/keys.h"
-#include "player/window/looks.h"
-#include "player/window/notice.h"
 #include "player/window/panel.h"
-#include "player/window/playing.h"
+#include "player/window/playback.h"
 #include "player/window/pointer.h"
-#include "player/window/presenting.h"
+#include "player/window/preset_list.h"
 #include "player/window/remembered.h"
 #include "player/window/requests.h"
 #include "player/window/screen.h"
+#include "player/window/toast.h"
 #include "player/window/window_session.h"
 
 namespace player {
 
-/// The window from its opening to its end. A turn of its loop takes events, runs commands, plays
-/// the frames that are due and presents the picture; each of its parts is a class that does one of
-/// these, and only commands reach them all.
+/// The player's window and its main loop. Each iteration handles events, runs commands, plays the due frames and
+/// presents the result. A separate class does each of these steps. Only the commands use all of these classes.
 class OpenWindow {
 public:
-    /// Throws Failure or HostError.
+    /// Opens the window. Throws Failure or HostError.
     explicit OpenWindow(const Options& options);
 
-    /// Until it is closed or the program is interrupted. Prints the names of all files that it
-    /// left. Throws Failure or HostError.
+    /// Runs until the window is closed or a signal ends the program. Prints the names of all saved files.
+    /// Throws Failure or HostError.
     void run();
 
 private:
@@ -45,34 +44,34 @@ private:
     void turn();
     void runCommands();
     void run(Command command);
-    void loadLook(const std::filesystem::path& file);
-    void loadNextLook();
-    void takeInkOfPicture();
-    void showRandomLook();
-    void resetLook();
+    void loadPreset(const std::filesystem::path& file);
+    void loadNextPreset();
+    void chooseInkForBackground();
+    void applyRandomSettings();
+    void resetSettings();
     void savePreset();
     void replay();
-    void takeDrop(const std::filesystem::path& file);
+    void openDroppedFile(const std::filesystem::path& file);
     void presentFrame(bool drawn);
     void rememberChanges();
 
-    Notice notice;
+    Toast toast;
     Screen screen;
     WindowSession session;
     Pointer pointer;
     Keeper keeper;
     Playback playback;
-    Looks looks;
+    PresetList presetList;
     Display display;
     Requests requests;
     View view;
-    /// What the window began with.
-    app::Settings begun;
-    std::optional<app::Size> begunSize;
+    /// Settings and size at the start. rememberChanges compares them with the final ones.
+    app::Settings initialUserSettings;
+    std::optional<app::Size> initialSize;
     bool remembers;
     bool waterOnlyGiven;
-    /// Another one in each window.
-    std::uint32_t nextRandomLook = std::random_device{}();
+    /// Seed of the next random settings, different in each window.
+    std::uint32_t randomSeed = std::random_device{}();
     bool leaving = false;
 };
 

@@ -13,28 +13,28 @@
 #include "player/preset.h"
 #include "player/window/frame_graph.h"
 #include "player/window/keys.h"
-#include "player/window/look_grid.h"
+#include "player/window/preset_grid.h"
 
 namespace player {
 namespace {
 
-/// Of the window at most.
-constexpr float mostPart = 0.6f;
-/// Of a look that is no longer its preset's.
+/// Largest part of the window's width and height that the panel covers.
+constexpr float maxPart = 0.6f;
+/// Colour of the preset's name after the user has changed a setting.
 constexpr ImU32 changedColor = IM_COL32(255, 190, 70, 255);
 
-/// Of the panel's own tools; those of the settings come from their table.
-enum class Place { look, ink, tools };
+/// Sections with buttons. The table of settings defines the sections of the sliders.
+enum class Place { preset, ink, tools };
 
-/// The panel's switches, each a command as its key.
+/// Check box of the panel. It runs the same command as its key.
 struct Switch {
-    const char* words;
+    const char* label;
     Command command;
     bool View::*state;
 };
 constexpr Switch switches[] = {
     {"pause", Command::pause, &View::paused},
-    {"own finger", Command::attract, &View::attract},
+    {"attract mode", Command::attract, &View::attract},
     {"velocity", Command::velocityOverlay, &View::velocity},
     {"ink density", Command::inkOverlay, &View::ink},
     {"film", Command::film, &View::filming},
@@ -43,21 +43,21 @@ constexpr Switch switches[] = {
 
 struct Button {
     Place place;
-    const char* words;
+    const char* label;
     Command command;
 };
 constexpr Button buttons[] = {
-    {Place::look, "next", Command::nextPreset},
-    {Place::look, "random", Command::randomLook},
-    {Place::look, "reset", Command::resetLook},
-    {Place::look, "save", Command::savePreset},
-    {Place::ink, "for this picture", Command::inkOfPicture},
+    {Place::preset, "next", Command::nextPreset},
+    {Place::preset, "random", Command::randomSettings},
+    {Place::preset, "reset", Command::resetSettings},
+    {Place::preset, "save", Command::savePreset},
+    {Place::ink, "match background", Command::inkForBackground},
     {Place::ink, "clear", Command::clearInk},
     {Place::tools, "step", Command::step},
     {Place::tools, "replay", Command::replay},
     {Place::tools, "screenshot", Command::screenshot},
     {Place::tools, "full screen", Command::fullScreen},
-    {Place::tools, "lose GL", Command::loseContext},
+    {Place::tools, "lose context", Command::loseContext},
     {Place::tools, "help", Command::help},
 };
 
@@ -65,26 +65,26 @@ float em() {
     return ImGui::GetFontSize();
 }
 
-/// In seconds, so that hints do not hide what the pointer only passes.
+/// Delay of a hint, in seconds. It keeps hints hidden while the pointer only passes.
 constexpr float hintDelay = 0.4f;
 
-/// Of the item before, where the pointer rests on it: below it, or above it low in the window, so
-/// that its number stays in sight.
-void hint(const char* words) {
-    const bool rests = ImGui::IsItemHovered() && !ImGui::IsItemActive() &&
-                       ImGui::GetCurrentContext()->HoveredIdTimer >= hintDelay;
-    if (!rests) {
+/// Shows a hint for the previous item if the pointer stays on it. The hint is below the item, or above it near the
+/// lower edge of the window. The item's number thus stays visible.
+void hint(const char* label) {
+    const bool delayed = ImGui::IsItemHovered() && !ImGui::IsItemActive() &&
+                         ImGui::GetCurrentContext()->HoveredIdTimer >= hintDelay;
+    if (!delayed) {
         return;
     }
-    const ImVec2 least = ImGui::GetItemRectMin();
-    const ImVec2 most = ImGui::GetItemRectMax();
+    const ImVec2 min = ImGui::GetItemRectMin();
+    const ImVec2 max = ImGui::GetItemRectMax();
     const float gap = 0.3f * em();
-    const bool low = most.y > 0.8f * ImGui::GetIO().DisplaySize.y;
-    ImGui::SetNextWindowPos(ImVec2(least.x, low ? least.y - gap : most.y + gap), ImGuiCond_Always,
+    const bool low = max.y > 0.8f * ImGui::GetIO().DisplaySize.y;
+    ImGui::SetNextWindowPos(ImVec2(min.x, low ? min.y - gap : max.y + gap), ImGuiCond_Always,
                             ImVec2(0.0f, low ? 1.0f : 0.0f));
     ImGui::BeginTooltip();
     ImGui::PushTextWrapPos(16.0f * em());
-    ImGui::TextUnformatted(words);
+    ImGui::TextUnformatted(label);
     ImGui::PopTextWrapPos();
     ImGui::EndTooltip();
 }
@@ -92,12 +92,12 @@ void hint(const char* words) {
 void hint(Command command) {
     for (const Key& key : keys()) {
         if (key.command == command) {
-            hint((std::string(key.words) + " (" + key.name + ")").c_str());
+            hint((std::string(key.label) + " (" + key.name + ")").c_str());
         }
     }
 }
 
-/// The next item follows the one before where the line has room for it, `first` in any case not.
+/// Puts the next item on the current line if the line has room for `width`. The first item starts a new line.
 void flow(float width, bool first) {
     const float spacing = ImGui::GetStyle().ItemSpacing.x;
     const float right = ImGui::GetWindowPos().x + ImGui::GetWindowContentRegionMax().x;
@@ -110,29 +110,29 @@ const char* digits(float span) {
     return span < 1.2f ? "%.3f" : span < 10.0f ? "%.2f" : "%.1f";
 }
 
-/// With an edge of shade, so that it stands out from whatever it crosses.
-void drawLetters(ImDrawList& list, ImVec2 place, const char* text) {
+/// Draws text with a dark shadow, so that it is readable on every background.
+void drawShadowedText(ImDrawList& list, ImVec2 place, const char* text) {
     const float edge = em() / 15.0f;
     list.AddText(ImVec2(place.x + edge, place.y + edge), IM_COL32(0, 0, 0, 220), text);
     list.AddText(place, ImGui::GetColorU32(ImGuiCol_Text), text);
 }
 
-/// Over the slider before: how full it is, its words and its number.
-void labelSlider(const char* words, const char* number, float part) {
+/// Draws the filled part, the label and the number over the previous slider. `part` is the filled part, 0 to 1.
+void labelSlider(const char* label, const char* number, float part) {
     ImDrawList& list = *ImGui::GetWindowDrawList();
-    const ImVec2 least = ImGui::GetItemRectMin();
-    const ImVec2 most = ImGui::GetItemRectMax();
+    const ImVec2 min = ImGui::GetItemRectMin();
+    const ImVec2 max = ImGui::GetItemRectMax();
     const float rounding = ImGui::GetStyle().FrameRounding;
-    const float edge = least.x + part * (most.x - least.x);
+    const float edge = min.x + part * (max.x - min.x);
     const bool lit = ImGui::IsItemHovered() || ImGui::IsItemActive();
-    list.AddRectFilled(least, ImVec2(edge, most.y),
+    list.AddRectFilled(min, ImVec2(edge, max.y),
                        lit ? IM_COL32(44, 96, 148, 255) : IM_COL32(36, 80, 126, 255), rounding);
-    list.AddRectFilled(ImVec2(std::max(least.x, edge - em() / 7.0f), least.y), ImVec2(edge, most.y),
+    list.AddRectFilled(ImVec2(std::max(min.x, edge - em() / 7.0f), min.y), ImVec2(edge, max.y),
                        IM_COL32(85, 150, 215, 255), rounding);
     const ImVec2 padding = ImGui::GetStyle().FramePadding;
     const float width = ImGui::CalcTextSize(number).x;
-    drawLetters(list, ImVec2(least.x + padding.x, least.y + padding.y), words);
-    drawLetters(list, ImVec2(most.x - padding.x - width, least.y + padding.y), number);
+    drawShadowedText(list, ImVec2(min.x + padding.x, min.y + padding.y), label);
+    drawShadowedText(list, ImVec2(max.x - padding.x - width, min.y + padding.y), number);
 }
 
 template <class Value>
@@ -143,7 +143,7 @@ bool slide(const char* name, Value& value, const app::SettingField<Value>& field
                                ImGuiSliderFlags_AlwaysClamp);
 }
 
-/// As wide as the panel, its words and number in it; a click with Ctrl edits the number.
+/// Draws a slider as wide as the panel, with label and number inside. A click with Ctrl edits the number.
 template <class Value>
 void control(const app::SettingField<Value>& field, app::Settings& settings) {
     Value& value = settings.*field.member;
@@ -194,8 +194,8 @@ void buttonControls(Place place, Requests& requests) {
             continue;
         }
         const float padding = 2.0f * ImGui::GetStyle().FramePadding.x;
-        flow(ImGui::CalcTextSize(button.words).x + padding, std::exchange(first, false));
-        if (ImGui::Button(button.words)) {
+        flow(ImGui::CalcTextSize(button.label).x + padding, std::exchange(first, false));
+        if (ImGui::Button(button.label)) {
             requests.commands.push_back(button.command);
         }
         hint(button.command);
@@ -210,35 +210,35 @@ void switchControls(const View& view, Requests& requests) {
         }
         left = left > 0.0f ? 0.0f : ImGui::GetWindowContentRegionMax().x / 2.0f;
         bool on = view.*one.state;
-        if (ImGui::Checkbox(one.words, &on)) {
+        if (ImGui::Checkbox(one.label, &on)) {
             requests.commands.push_back(one.command);
         }
         hint(one.command);
     }
 }
 
-void lookControls(const Panel& panel) {
-    const bool changed = panel.looks.isChanged(panel.settings);
-    const std::string name = panel.looks.name() + (changed ? " *" : "");
+void presetControls(const Panel& panel) {
+    const bool changed = panel.presetList.isChanged(panel.settings);
+    const std::string name = panel.presetList.name() + (changed ? " *" : "");
     const float width = ImGui::GetContentRegionAvail().x;
     ImGui::SetNextItemWidth(width);
     ImGui::SetNextWindowSizeConstraints(ImVec2(width, 0.0f),
-                                        ImVec2(width, mostPart * ImGui::GetIO().DisplaySize.y));
+                                        ImVec2(width, maxPart * ImGui::GetIO().DisplaySize.y));
     ImGui::PushStyleColor(ImGuiCol_Text,
                           changed ? changedColor : ImGui::GetColorU32(ImGuiCol_Text));
-    const bool open = ImGui::BeginCombo("##look", name.c_str());
+    const bool open = ImGui::BeginCombo("##preset", name.c_str());
     ImGui::PopStyleColor();
     if (open) {
         const ImGuiStyle& style = ImGui::GetStyle();
         const float inner = width - 2.0f * style.WindowPadding.x - style.ScrollbarSize;
-        if (const NamedPreset* chosen = drawLookGrid(panel.looks, panel.thumbnails, inner)) {
+        if (const NamedPreset* chosen = drawPresetGrid(panel.presetList, panel.thumbnails, inner)) {
             panel.requests.preset = chosen->file;
         }
         ImGui::EndCombo();
     } else {
-        hint(changed ? "The look, which was changed since it was chosen or saved." : "The look.");
+        hint(changed ? "The preset, with unsaved changes." : "The preset.");
     }
-    buttonControls(Place::look, panel.requests);
+    buttonControls(Place::preset, panel.requests);
 }
 
 void inkControls(app::Settings& settings) {
@@ -274,7 +274,7 @@ void groups(const Panel& panel) {
     }
 }
 
-/// Where the next window was, or `first`, moved so far that it lies inside the screen.
+/// Sets the position of the next ImGui window: its old one moved inside the screen, or `first` for a new window.
 void keepInside(const char* window, ImVec2 first) {
     const ImVec2 screen = ImGui::GetIO().DisplaySize;
     ImVec2 place = first;
@@ -289,22 +289,22 @@ void keepInside(const char* window, ImVec2 first) {
 
 void drawPanel(const Panel& panel) {
     const ImVec2 screen = ImGui::GetIO().DisplaySize;
-    const float width = std::min(21.0f * em(), mostPart * screen.x);
-    // A window that is wider than high has water enough beside the panel.
-    const float height = std::max(mostPart * screen.y, std::min(screen.y, screen.x)) - em();
+    const float width = std::min(21.0f * em(), maxPart * screen.x);
+    // In a wide window the panel may use the full height, because the water is visible beside it.
+    const float height = std::max(maxPart * screen.y, std::min(screen.y, screen.x)) - em();
     char title[64];
     if (panel.rate > 0.0) {
         std::snprintf(title, sizeof title,
                       panel.rate < 10.0 ? "%.1f frames/s###panel" : "%.0f frames/s###panel",
                       panel.rate);
     } else {
-        std::snprintf(title, sizeof title, "%s###panel", panel.view.paused ? "paused" : "at rest");
+        std::snprintf(title, sizeof title, "%s###panel", panel.view.paused ? "paused" : "idle");
     }
     keepInside("###panel", ImVec2(0.5f * em(), 0.5f * em()));
     ImGui::SetNextWindowSizeConstraints(ImVec2(width, 0.0f), ImVec2(width, height));
     bool open = true;
     if (ImGui::Begin(title, &open, ImGuiWindowFlags_AlwaysAutoResize)) {
-        lookControls(panel);
+        presetControls(panel);
         groups(panel);
     }
     ImGui::End();
@@ -324,23 +324,23 @@ void drawHelp(Requests& requests) {
     ImGui::SetNextWindowPos(ImVec2(screen.x / 2, screen.y / 2), ImGuiCond_Always,
                             ImVec2(0.5f, 0.5f));
     ImGui::SetNextWindowSizeConstraints(ImVec2(width, 0.0f), ImVec2(width, screen.y - em()));
-    ImGui::SetNextWindowBgAlpha(0.95f);  // the panel may lie below
+    ImGui::SetNextWindowBgAlpha(0.95f);  // hides the panel below
     bool open = true;
     if (ImGui::Begin("Keys", &open,
                      ImGuiWindowFlags_AlwaysAutoResize | ImGuiWindowFlags_NoCollapse) &&
         ImGui::BeginTable("keys", 2, ImGuiTableFlags_RowBg)) {
         ImGui::TableSetupColumn("key", ImGuiTableColumnFlags_WidthFixed);
-        ImGui::TableSetupColumn("words", ImGuiTableColumnFlags_WidthStretch);
-        const auto row = [](const char* name, const char* words) {
+        ImGui::TableSetupColumn("label", ImGuiTableColumnFlags_WidthStretch);
+        const auto row = [](const char* name, const char* label) {
             ImGui::TableNextColumn();
             ImGui::TextColored(ImGui::GetStyleColorVec4(ImGuiCol_CheckMark), "%s", name);
             ImGui::TableNextColumn();
-            ImGui::TextWrapped("%s", words);
+            ImGui::TextWrapped("%s", label);
         };
         for (const Key& key : keys()) {
-            row(key.name, key.words);
+            row(key.name, key.label);
         }
-        row("a drop", dropHelp);
+        row("drop", dropHelp);
         ImGui::EndTable();
     }
     ImGui::End();
@@ -349,9 +349,9 @@ void drawHelp(Requests& requests) {
     }
 }
 
-void drawMark(const char* word, std::chrono::seconds time, int row) {
+void drawMark(const char* label, std::chrono::seconds time, int row) {
     char text[64];
-    std::snprintf(text, sizeof text, "%s %d:%02d", word, static_cast<int>(time.count() / 60),
+    std::snprintf(text, sizeof text, "%s %d:%02d", label, static_cast<int>(time.count() / 60),
                   static_cast<int>(time.count() % 60));
     const float line = ImGui::GetTextLineHeight();
     const float radius = 0.45f * line;
@@ -367,12 +367,12 @@ void drawMark(const char* word, std::chrono::seconds time, int row) {
     list.AddText(corner, IM_COL32(255, 255, 255, 255), text);
 }
 
-void drawNotice(const std::string& line) {
+void drawToast(const std::string& line) {
     const ImVec2 screen = ImGui::GetIO().DisplaySize;
     ImGui::SetNextWindowPos(ImVec2(screen.x / 2, screen.y - 0.8f * em()), ImGuiCond_Always,
                             ImVec2(0.5f, 1.0f));
     ImGui::SetNextWindowBgAlpha(0.7f);
-    if (ImGui::Begin("notice", nullptr,
+    if (ImGui::Begin("toast", nullptr,
                      ImGuiWindowFlags_NoDecoration | ImGuiWindowFlags_NoInputs |
                          ImGuiWindowFlags_AlwaysAutoResize | ImGuiWindowFlags_NoFocusOnAppearing)) {
         ImGui::PushTextWrapPos(screen.x - 3.0f * em());

@@ -6,13 +6,13 @@
 
 #include "app/settings.h"
 #include "player/draw/thumbnails.h"
-#include "player/window/looks.h"
+#include "player/window/preset_list.h"
 #include "player/window/requests.h"
 #include "player/window/window_session.h"
 
 namespace player {
 
-/// What of the player itself is on.
+/// State of the player's own switches.
 struct View {
     bool panel = false;
     bool help = false;
@@ -24,28 +24,28 @@ struct View {
     bool recording = false;
 };
 
-/// What the panel shows, and where it leaves what the user wants.
+/// Inputs of the panel, and the settings and requests that it changes.
 struct Panel {
     const View& view;
-    const Looks& looks;
+    const PresetList& presetList;
     Thumbnails& thumbnails;
-    /// Of the last frames, the newest last.
+    /// Times of the last frames, the newest last.
     std::span<const FrameTimes> times;
-    /// Frames a second; 0: the effect stands still.
+    /// Frames per second; 0 while the effect is idle or paused.
     double rate;
     app::Settings& settings;
     Requests& requests;
 };
 
-/// Into the current ImGui frame.
+/// Draws the panel into the current ImGui frame.
 void drawPanel(const Panel& panel);
-/// Whether a hint comes with time, where the pointer stays.
+/// Returns true if the pointer is on a control whose hint is not visible yet.
 bool isHintDue();
+/// Draws the list of keys.
 void drawHelp(Requests& requests);
-/// A red dot with its word and how long it has been on, in the upper right corner, one below the
-/// other by `row`.
-void drawMark(const char* word, std::chrono::seconds time, int row);
-/// A line at the lower edge.
-void drawNotice(const std::string& line);
+/// Draws a red dot with a label and the elapsed time in the upper right corner. Row 0 is the highest.
+void drawMark(const char* label, std::chrono::seconds time, int row);
+/// Draws a toast at the lower edge.
+void drawToast(const std::string& line);
 
 }  // namespace player

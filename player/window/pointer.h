@@ -11,14 +11,14 @@ namespace player {
 
 class GlWindow;
 
-/// The mouse or the first finger on a touch screen, which moves the finger of the session.
+/// Device that controls the session's single touch: the mouse, or the first finger on a touch screen.
 struct Pointer {
     bool isMouse = true;
     SDL_FingerID id = 0;
 };
 
-/// Hands a pointer event to the session, and passes over other events. A pointer that leaves the window while it is
-/// pressed cancels its stroke. The settings' pressure stands in for a device that measures none.
+/// Passes a pointer event to the session and ignores other events. A pressed pointer that leaves the window cancels its
+/// stroke. The mouse has the pressure of the settings.
 void feed(Pointer& pointer, const SDL_Event& event, const GlWindow& window, app::Session& session);
 
 }  // namespace player

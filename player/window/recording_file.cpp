@@ -27,8 +27,8 @@ void RecordingFile::add(const hostkit::ScriptEvent& event) {
     stream << hostkit::writeScriptEvent(event) << std::endl;
 }
 
-/// The length stands before the events. A second file replaces the first in one step, so that a whole file exists at
-/// every moment.
+/// Rewrites the file, because the script's length precedes its events. The new file replaces the old one in one step.
+/// A complete file thus exists at every moment.
 void RecordingFile::finish(const hostkit::GestureScript& script) const {
     writeWhole(path, hostkit::writeGestureScript(script));
 }

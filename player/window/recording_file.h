@@ -8,17 +8,18 @@
 
 namespace player {
 
-/// The file of a recording in progress. Every event reaches the file at once: after a crash it holds a whole script up
-/// to the last event.
+/// File of a recording in progress. Writes each event immediately: after a crash the file is a valid script up to the
+/// last event.
 class RecordingFile {
 public:
-    /// Takes an empty file. Throws Failure if it cannot be written, and removes it then.
+    /// Opens an empty file. If writing fails, removes the file and throws Failure.
     RecordingFile(std::filesystem::path file, app::Size screen);
 
+    /// Appends an event.
     void add(const hostkit::ScriptEvent& event);
-    /// Returns whether events did not reach the file.
-    bool isBroken() const { return !stream; }
-    /// Writes the whole script, with its length. Throws Failure.
+    /// Returns true if a write has failed.
+    bool hasFailed() const { return !stream; }
+    /// Replaces the contents by the complete script with its length. Throws Failure.
     void finish(const hostkit::GestureScript& script) const;
 
     const std::filesystem::path& file() const { return path; }

@@ -17,12 +17,13 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr const char* lookFile = "look.json";
+constexpr const char* settingsFile = "look.json";
 constexpr const char* sizeFile = "window-size";
-/// More is nothing that a window left.
-constexpr std::uintmax_t mostBytes = 65536;
+/// Largest size of a file that a window writes, in bytes.
+constexpr std::uintmax_t maxBytes = 65536;
 
-/// A relative folder is to be passed over. Empty: there is none.
+/// Returns the player's configuration folder, or an empty path if there is none. Ignores relative paths in
+/// XDG_CONFIG_HOME and HOME.
 fs::path folder() {
     const char* config = std::getenv("XDG_CONFIG_HOME");
     const char* home = std::getenv("HOME");
@@ -33,33 +34,33 @@ fs::path folder() {
                                                            : fs::path();
 }
 
-/// What fails is told, and is no reason to end.
+/// Calls `work` and prints its error, if any, as a warning.
 template <class Work>
-void tryTo(Work work) {
+void warnOnFailure(Work work) {
     try {
         work();
     } catch (const std::exception& error) {
-        warn("of the last window", error.what());
+        warn("cannot restore or save the last window", error.what());
     }
 }
 
-/// Calls `take` with the file, where it is there.
-template <class Take>
-void takeFile(const char* name, Take take) {
+/// Calls `read` with the named file if it exists.
+template <class Read>
+void readRemembered(const char* name, Read read) {
     if (folder().empty()) {
         return;
     }
     const fs::path file = folder() / name;
-    tryTo([&] {
+    warnOnFailure([&] {
         std::error_code ignored;
         if (!fs::exists(file, ignored)) {
             return;
         }
-        // A pipe would be waited for.
-        if (!fs::is_regular_file(file) || fs::file_size(file) > mostBytes) {
-            throw Failure("no file of a window", file.string());
+        // Reading a pipe would block.
+        if (!fs::is_regular_file(file) || fs::file_size(file) > maxBytes) {
+            throw Failure("this is not a file that the player wrote", file.string());
         }
-        take(file);
+        read(file);
     });
 }
 
@@ -67,12 +68,12 @@ void takeFile(const char* name, Take take) {
 
 Remembered recall() {
     Remembered last;
-    takeFile(lookFile, [&](const fs::path& file) { last.look = loadPreset(file); });
-    takeFile(sizeFile, [&](const fs::path& file) {
+    readRemembered(settingsFile, [&](const fs::path& file) { last.settings = loadPreset(file); });
+    readRemembered(sizeFile, [&](const fs::path& file) {
         const std::string text = readWhole(file, "size");
         last.window = parseSize(text.substr(0, text.find('\n')));
         if (!last.window) {
-            throw Failure("no size, " + app::inQuotes(text), file.string());
+            throw Failure("expected WIDTHxHEIGHT, not " + app::inQuotes(text), file.string());
         }
     });
     return last;
@@ -80,17 +81,17 @@ Remembered recall() {
 
 void remember(const Remembered& last) {
     const fs::path into = folder();
-    if (into.empty() || (!last.look && !last.window)) {
+    if (into.empty() || (!last.settings && !last.window)) {
         return;
     }
-    tryTo([&] {
+    warnOnFailure([&] {
         std::error_code error;
         fs::create_directories(into, error);
         if (error) {
-            throw Failure("cannot write here, " + error.message(), into.string());
+            throw Failure("cannot write to this path, " + error.message(), into.string());
         }
-        if (last.look) {
-            savePreset(*last.look, into / lookFile);
+        if (last.settings) {
+            savePreset(*last.settings, into / settingsFile);
         }
         if (last.window) {
             writeWhole(into / sizeFile, std::to_string(last.window->width) + "x" +

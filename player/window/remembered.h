@@ -8,17 +8,17 @@
 
 namespace player {
 
-/// What a window leaves to the user's next one, in velmora/ of the folder for such files.
+/// State that a window saves for the next window, in the folder velmora/ of the user's configuration folder.
 struct Remembered {
-    std::optional<app::Settings> look;
-    /// In units of the desktop.
+    std::optional<app::Settings> settings;
+    /// Size in desktop units.
     std::optional<app::Size> window;
 };
 
-/// What is there but cannot be used is told on stderr.
+/// Loads the state of the last window. Warns on stderr about unusable files.
 Remembered recall();
 
-/// What is absent stays as it is. What cannot be written is told on stderr.
+/// Saves the members that are present and keeps the files of the others. Warns on stderr about errors.
 void remember(const Remembered& last);
 
 }  // namespace player

@@ -7,10 +7,10 @@
 
 namespace player {
 
-/// What keys, panel and desktop asked for and waits for its place in the turn.
+/// Requests of keys, panel and desktop. The main loop runs them once per iteration.
 struct Requests {
     std::vector<Command> commands;
-    /// A preset chosen in the panel; empty: none.
+    /// Preset chosen in the panel, or empty.
     std::filesystem::path preset;
     /// Files dropped on the window.
     std::vector<std::filesystem::path> drops;

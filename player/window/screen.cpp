@@ -7,21 +7,21 @@
 #include <cmath>
 
 #include "app/size.h"
-#include "player/draw/letters.h"
+#include "player/draw/font_scale.h"
 
 namespace player {
 namespace {
 
-/// Of a window as wide as letters of scale 1 are made for.
+/// Width in pixels of a window whose text has scale 1.
 constexpr double phoneWidth = 540.0;
-/// The panel has room beside its words in three fifths of so many pixels at scale 1.
+/// Smallest width in pixels of a window whose panel fits at scale 1. The panel covers 3/5 of the width.
 constexpr double narrowest = 350.0;
-constexpr double smallestLetters = 0.6;
+constexpr double minFontScale = 0.6;
 
 }  // namespace
 
-Screen::Screen(app::Size size, bool shrinks, double letters)
-    : lettersWanted(letters), glWindow("Velmora", size, shrinks) {
+Screen::Screen(app::Size size, bool shrinks, double scaleWanted)
+    : wantedFontScale(scaleWanted), glWindow("Velmora", size, shrinks) {
     painter.setUp();
     ImGui_ImplSDL2_InitForOpenGL(glWindow.handle(), glWindow.context());
 }
@@ -36,23 +36,23 @@ void Screen::renewContext() {
     painter.setUp();
 }
 
-/// The display's scale, or more in a window of more pixels than that explains: of a phone's or a
-/// television's display whose size nobody knows. Never so much that the panel does not fit.
-LetterScale Screen::letterScale() const {
+/// Returns the scale of the text. It is the display's scale, or more in a window with many pixels: some phones and
+/// televisions do not report their size. The limit is the width in which the panel fits.
+FontScale Screen::fontScale() const {
     const app::Size size = glWindow.pixels();
     const double side = std::min(size.width, size.height);
     const double byPixels = std::pow(side / phoneWidth, 0.75);
     const double wanted =
-        lettersWanted > 0.0 ? lettersWanted : std::max(glWindow.displayScale(), byPixels);
+        wantedFontScale > 0.0 ? wantedFontScale : std::max(glWindow.displayScale(), byPixels);
     const double scale =
-        std::clamp(wanted, smallestLetters, std::max(smallestLetters, size.width / narrowest));
-    // In steps, each of which is another font.
+        std::clamp(wanted, minFontScale, std::max(minFontScale, size.width / narrowest));
+    // Each scale needs a new font, so round to steps of 1/8.
     return {static_cast<float>(std::floor(scale * 8.0) / 8.0),
             static_cast<float>(glWindow.scaleX())};
 }
 
 void Screen::beginPanel() {
-    painter.setScale(letterScale());
+    painter.setScale(fontScale());
     ImGui_ImplSDL2_NewFrame();
     ImGui::NewFrame();
 }

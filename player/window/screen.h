@@ -2,25 +2,25 @@
 
 #include "app/size.h"
 #include "player/draw/canvas.h"
-#include "player/draw/letters.h"
+#include "player/draw/font_scale.h"
 #include "player/draw/painter.h"
 #include "player/draw/thumbnails.h"
 #include "player/window/gl_window.h"
 
 namespace player {
 
-/// The window with all that the player itself draws in it.
+/// The desktop window with the painter of the player's overlays and panel.
 class Screen {
 public:
-    /// `letters`: their scale; 0: the display's. Throws Failure.
-    Screen(app::Size size, bool shrinks, double letters);
+    /// Opens the window. `scaleWanted` is the scale of the text; 0 means the display's scale. Throws Failure.
+    Screen(app::Size size, bool shrinks, double scaleWanted);
     ~Screen();
     Screen(const Screen&) = delete;
     Screen& operator=(const Screen&) = delete;
 
-    /// A new GL context with what the player draws with set up in it.
+    /// Replaces the GL context and creates the painter's objects in the new one.
     void renewContext();
-    /// Begins the ImGui frame that the painter draws.
+    /// Starts an ImGui frame. drawPanel ends and draws it.
     void beginPanel();
 
     GlWindow& window() { return glWindow; }
@@ -29,9 +29,9 @@ public:
     void drawPanel() { painter.draw(); }
 
 private:
-    LetterScale letterScale() const;
+    FontScale fontScale() const;
 
-    double lettersWanted;
+    double wantedFontScale;
     GlWindow glWindow;
     Painter painter;
 };

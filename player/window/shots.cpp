@@ -6,7 +6,7 @@
 
 #include "player/failure.h"
 #include "player/files.h"
-#include "player/picture.h"
+#include "player/image.h"
 #include "player/preset.h"
 
 namespace player {
@@ -15,7 +15,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-/// Fills a file that was taken, or takes it away again.
+/// Calls `work` to write a newly created file. Removes the file if that fails.
 template <class Work>
 void fill(const fs::path& file, Work work) {
     try {
@@ -27,8 +27,8 @@ void fill(const fs::path& file, Work work) {
     }
 }
 
-/// What a film that failed has left may still play.
-void dropEmpty(const fs::path& file) {
+/// Removes the film of a failed encoder if it is empty. A partial film may still play.
+void removeIfEmpty(const fs::path& file) {
     std::error_code ignored;
     if (fs::is_empty(file, ignored)) {
         fs::remove(file, ignored);
@@ -40,52 +40,52 @@ void dropEmpty(const fs::path& file) {
 Shots::Shots(fs::path intoFolder, std::string filmFormat)
     : folder(std::move(intoFolder)), format(std::move(filmFormat)) {}
 
-fs::path Shots::takeFile(const std::string& stem, const std::string& extension) const {
+fs::path Shots::createNumberedFile(const std::string& stem, const std::string& extension) const {
     std::error_code error;
     fs::create_directories(folder, error);
     if (error) {
-        throw Failure("cannot write here, " + error.message(), folder.string());
+        throw Failure("cannot write to this path, " + error.message(), folder.string());
     }
     for (int number = 1;; ++number) {
         char digits[16];
         std::snprintf(digits, sizeof digits, "-%02d", number);
         fs::path file = folder / std::string(stem).append(digits).append(extension);
-        if (takeName(file)) {
+        if (createFile(file)) {
             return file;
         }
     }
 }
 
 fs::path Shots::screenshot(const hostkit::Picture& picture) {
-    fs::path file = takeFile("shot", ".png");
+    fs::path file = createNumberedFile("shot", ".png");
     fill(file, [&] { savePng(picture, file); });
     add(file);
     return file;
 }
 
 fs::path Shots::preset(const app::Settings& settings) {
-    fs::path file = takeFile("preset", ".json");
+    fs::path file = createNumberedFile("preset", ".json");
     fill(file, [&] { savePreset(settings, file); });
     add(file);
     return file;
 }
 
-void Shots::portrait(const fs::path& preset, const hostkit::Picture& picture) {
-    const fs::path file = portraitOf(preset);
-    if (takeName(file)) {
-        fill(file, [&] { saveJpeg(covering(picture, portraitSide, portraitSide), file); });
+void Shots::thumbnail(const fs::path& preset, const hostkit::Picture& picture) {
+    const fs::path file = thumbnailOf(preset);
+    if (createFile(file)) {
+        fill(file, [&] { saveJpeg(covering(picture, thumbnailPixels, thumbnailPixels), file); });
         add(file);
     }
 }
 
-fs::path Shots::nameForGesture() const {
-    return takeFile("gesture", ".gesture");
+fs::path Shots::createGestureFile() const {
+    return createNumberedFile("gesture", ".gesture");
 }
 
 fs::path Shots::startFilm(app::Size size) {
-    filmFile = takeFile("film", "." + format);
+    filmFile = createNumberedFile("film", "." + format);
     fill(filmFile,
-         [&] { film = std::make_unique<Encoder>(filmFile, size, FilmTiming::asTheyCome); });
+         [&] { film = std::make_unique<Encoder>(filmFile, size, FilmTiming::wallClock); });
     lastFrame = {};
     return filmFile;
 }
@@ -96,7 +96,7 @@ void Shots::addToFilm(hostkit::Picture frame) {
         lastFrame = std::move(frame);
     } catch (...) {
         film.reset();
-        dropEmpty(filmFile);
+        removeIfEmpty(filmFile);
         throw;
     }
 }
@@ -105,11 +105,11 @@ std::optional<fs::path> Shots::finishFilm() {
     const std::unique_ptr<Encoder> ending = std::exchange(film, nullptr);
     try {
         if (!lastFrame.empty()) {
-            ending->add(lastFrame);  // which was shown until now
+            ending->add(lastFrame);  // extends the last frame to the end of the film
         }
         ending->finish();
     } catch (...) {
-        dropEmpty(filmFile);
+        removeIfEmpty(filmFile);
         throw;
     }
     if (lastFrame.empty()) {

@@ -13,41 +13,43 @@
 
 namespace player {
 
-/// What the window leaves behind, numbered, in one folder. Members throw Failure; those that write
-/// a file return its name.
+/// Writes the window's output as numbered files in one folder. Members throw Failure. Members that write a file return
+/// its name.
 class Shots {
 public:
-    /// `filmFormat`: mp4, webm or gif.
+    /// Sets the folder and the format of films: mp4, webm or gif.
     Shots(std::filesystem::path intoFolder, std::string filmFormat);
 
-    /// Of all whole files, in the order in which they were made.
+    /// Returns the names of all complete files, oldest first.
     const std::vector<std::filesystem::path>& files() const { return saved; }
-    /// Says that a file is whole which others wrote.
+    /// Adds a complete file that another class wrote.
     void add(const std::filesystem::path& file) { saved.push_back(file); }
 
     std::filesystem::path screenshot(const hostkit::Picture& picture);
     std::filesystem::path preset(const app::Settings& settings);
-    /// A preset's, of what the screen shows; nothing where another file has its name.
-    void portrait(const std::filesystem::path& preset, const hostkit::Picture& picture);
-    std::filesystem::path nameForGesture() const;
+    /// Saves a preset's thumbnail. Does nothing if a file of its name exists.
+    void thumbnail(const std::filesystem::path& preset, const hostkit::Picture& picture);
+    /// Creates an empty file for a recording.
+    std::filesystem::path createGestureFile() const;
 
     std::filesystem::path startFilm(app::Size size);
     bool filming() const { return film != nullptr; }
-    /// From now on the film shows this. A film that fails ends.
+    /// Adds a frame, which is shown from now on. If the encoder fails, ends the film.
     void addToFilm(hostkit::Picture frame);
-    /// Nothing when no frame came: then there is no film.
+    /// Completes the film and returns its name. Removes a film without frames and returns nothing.
     std::optional<std::filesystem::path> finishFilm();
 
 private:
-    /// Makes FOLDER/STEM-NN.EXTENSION with the lowest number that no file has, and the folder.
-    std::filesystem::path takeFile(const std::string& stem, const std::string& extension) const;
+    /// Creates FOLDER/STEM-NN.EXTENSION with the lowest free number, and the folder.
+    std::filesystem::path createNumberedFile(const std::string& stem,
+                                             const std::string& extension) const;
 
     std::filesystem::path folder;
     std::string format;
     std::vector<std::filesystem::path> saved;
     std::filesystem::path filmFile;
     std::unique_ptr<Encoder> film;
-    /// Empty before the first one.
+    /// Last frame of the film; empty before the first one.
     hostkit::Picture lastFrame;
 };
 

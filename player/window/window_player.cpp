@@ -11,7 +11,7 @@ bool wantsWindow(const Options& options) {
 }
 
 void runWindow(const Options& options) {
-    takeSignals();
+    handleSignals();
     OpenWindow window(options);
     window.run();
 }

@@ -4,11 +4,10 @@
 
 namespace player {
 
-/// Whether the command line and the desktop ask for a window: a display is there, and neither a
-/// folder for a film nor --headless was given.
+/// Returns true if a desktop is available and neither --headless nor --out is given.
 bool wantsWindow(const Options& options);
 
-/// Opens the window and returns when it is closed. Throws Failure or HostError.
+/// Opens the window and runs it until it is closed. Throws Failure or HostError.
 void runWindow(const Options& options);
 
 }  // namespace player

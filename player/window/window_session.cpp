@@ -6,7 +6,7 @@
 #include "app/backgrounds.h"
 #include "app/size.h"
 #include "hostkit/effect_host.h"
-#include "player/picture.h"
+#include "player/image.h"
 #include "player/window/screen.h"
 
 namespace player {
@@ -74,7 +74,7 @@ void WindowSession::startRecording(const std::filesystem::path& file) {
 }
 
 hostkit::Picture WindowSession::screenshot() const {
-    return screenPicture(size());
+    return readFrame(size());
 }
 
 }  // namespace player

@@ -18,37 +18,37 @@ namespace player {
 
 class Screen;
 
-/// Milliseconds of one frame: the water's steps, the wait for the solver's worker, GL.
+/// Times of one frame in ms: water steps, wait for the solver's worker thread, GL.
 struct FrameTimes {
     float water;
     float solverWait;
     float gl;
 };
 
-/// The session in the window, with the probe for its overlays and the file of its recording.
+/// The application's session in the window, with the probe for the overlays and the file of its recording.
 class WindowSession {
 public:
-    /// Throws Failure or HostError, as all members do that use GL or files.
+    /// Starts the effect. All members that use GL or files throw Failure or HostError.
     WindowSession(Screen& onScreen, const app::Settings& settings, app::Backgrounds backgrounds);
     WindowSession(const WindowSession&) = delete;
     WindowSession& operator=(const WindowSession&) = delete;
 
     app::Session core;
 
-    /// Starts the effect anew in the window's size.
+    /// Restarts the effect in the window's size.
     void restart();
     /// Runs and draws one frame of the effect.
     void frame(std::chrono::nanoseconds elapsed);
 
-    /// Records into an empty file, from a fresh start.
+    /// Resets the effect and starts a recording in an empty file.
     void startRecording(const std::filesystem::path& file);
-    /// Returns the file of the recording in progress; null: there is none.
+    /// Returns the file of the recording in progress, or null.
     const RecordingFile* recording() const { return recordingFile ? &*recordingFile : nullptr; }
 
-    const hostkit::EffectProbe& seen() const { return probe; }
+    const hostkit::EffectProbe& effectProbe() const { return probe; }
     const FrameTimes& times() const { return lastTimes; }
     app::Size size() const { return core.screen(); }
-    /// Returns a screenshot, without overlays.
+    /// Returns the frame on the screen. Overlays and panel appear in it only after they are drawn.
     hostkit::Picture screenshot() const;
 
 private:

@@ -7,7 +7,7 @@
 namespace player {
 namespace {
 
-/// Null on another desktop.
+/// Returns the X11 display of a window, or null on another desktop.
 Display* displayOf(SDL_Window* window) {
     SDL_SysWMinfo info;
     SDL_VERSION(&info.version);
@@ -36,7 +36,7 @@ bool hasWindowManager(SDL_Window* window) {
     return count > 0;
 }
 
-std::optional<double> letterDpi(SDL_Window* window) {
+std::optional<double> fontDpi(SDL_Window* window) {
     Display* display = displayOf(window);
     const char* said = display == nullptr ? nullptr : XGetDefault(display, "Xft", "dpi");
     const double dpi = said == nullptr ? 0.0 : std::strtod(said, nullptr);

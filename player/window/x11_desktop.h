@@ -6,13 +6,13 @@ struct SDL_Window;
 
 namespace player {
 
-// What SDL does not say of a desktop of X11.
+// Properties of an X11 desktop that SDL does not report.
 
-/// Whether someone answers what the window asks of its desktop; of another one than X11's: yes. On
-/// a bare X server, as of a kiosk, nobody does.
+/// Returns true if a window manager is running. Always true on desktops other than X11. A bare X server, for example in
+/// a kiosk, has none.
 bool hasWindowManager(SDL_Window* window);
 
-/// The dots per inch for which the user wants letters drawn; nothing where that was not said.
-std::optional<double> letterDpi(SDL_Window* window);
+/// Returns the user's font resolution in dots per inch (Xft.dpi), or nothing if it is not set.
+std::optional<double> fontDpi(SDL_Window* window);
 
 }  // namespace player

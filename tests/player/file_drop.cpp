@@ -29,7 +29,7 @@ struct Source {
         send(target, event);
     }
 
-    /// Hands the dropped text over to the window that asks for it.
+    /// Sends the dropped text to the window that requests it.
     void answer(const XSelectionRequestEvent& asked, const std::string& text) const {
         XChangeProperty(display, asked.requestor, asked.property, asked.target, 8, PropModeReplace,
                         reinterpret_cast<const unsigned char*>(text.data()),

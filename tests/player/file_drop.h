@@ -4,6 +4,6 @@
 
 #include <string>
 
-/// Drops a file on a window as a file manager does, by the XDND protocol on the display of the
-/// environment. False when the window does not take it.
+/// Drops a file on a window with the XDND protocol, as a file manager does. Uses the display in DISPLAY.
+/// Returns false if the window does not accept the file.
 bool dropFile(Window target, const std::string& file);

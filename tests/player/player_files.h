@@ -32,7 +32,7 @@ inline Rgb pixel(const Pixbuf& pixbuf, int x, int y) {
     return {channels[0], channels[1], channels[2]};
 }
 
-/// `colorAt` is asked for each pixel's middle, in parts of the picture.
+/// Returns an image with the colours of `colorAt` at the pixel centres, in coordinates from 0 to 1.
 template <class ColorAt>
 Pixbuf paint(int width, int height, ColorAt colorAt) {
     Pixbuf pixbuf(gdk_pixbuf_new(GDK_COLORSPACE_RGB, FALSE, 8, width, height));
@@ -45,7 +45,7 @@ Pixbuf paint(int width, int height, ColorAt colorAt) {
     return pixbuf;
 }
 
-/// A test with a folder of its own, in which the player runs.
+/// Test with a temporary folder in which the player runs.
 class FolderTest : public testing::Test {
 protected:
     FolderTest() {
@@ -67,12 +67,12 @@ protected:
     void save(const Pixbuf& pixbuf, const fs::path& file, const char* type = "png") const {
         ASSERT_TRUE(gdk_pixbuf_save(pixbuf.get(), (folder / file).c_str(), type, nullptr, nullptr));
     }
-    /// Runs a command in the folder.
+    /// Runs a command in the folder and returns its exit code.
     int run(const std::string& command) const {
         const int status = std::system(("cd " + folder.string() + " && " + command).c_str());
         return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
     }
-    /// Width, height, pixel format, rate and number of frames of a film; empty unless it plays.
+    /// Returns width, height, pixel format, frame rate and number of frames of a film, or nothing if it does not play.
     std::string probed(const std::string& film) const {
         run("ffprobe -v error -count_packets -show_entries "
             "stream=width,height,pix_fmt,r_frame_rate,nb_read_packets -of csv=p=0 " +

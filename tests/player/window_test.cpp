@@ -1,5 +1,5 @@
-// Uses the player's window as a user does, on a display of its own: a pointer, keys, a dropped
-// file; the window and its screenshots are looked at.
+// Tests the player's window on a virtual display with pointer, keys and dropped files, as a user would.
+// Checks captures of the window and its screenshots.
 
 #include <gtest/gtest.h>
 #include <signal.h>
@@ -21,7 +21,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// Starts a shell command; its last one is the process where it says exec.
+/// Starts a shell command and returns its process. With exec, that is the process of the last program.
 pid_t start(const std::string& command) {
     const pid_t process = fork();
     if (process == 0) {
@@ -31,10 +31,10 @@ pid_t start(const std::string& command) {
     return process;
 }
 
-/// Waits as long as a slow machine may take; false when it never comes.
-bool waitFor(const std::function<bool()>& come) {
+/// Waits until the condition is true. Returns false after a minute, enough time for a slow machine.
+bool waitFor(const std::function<bool()>& condition) {
     for (int turn = 0; turn < 6000; ++turn) {
-        if (come()) {
+        if (condition()) {
             return true;
         }
         std::this_thread::sleep_for(10ms);
@@ -52,27 +52,27 @@ constexpr int height = 360;
 constexpr Rgb plainColor = {200, 190, 150};
 constexpr Rgb droppedColor = {40, 160, 90};
 
-/// How many pixels are not plain, between the marks in the upper 40 rows and the notice in the lowest
-/// 64.
-int stains(const Pixbuf& picture) {
-    const int columns = gdk_pixbuf_get_width(picture.get());
+/// Counts the pixels without the plain colour, except the rows of the marks (top 40) and of the toast (bottom 64).
+int stains(const Pixbuf& image) {
+    const int columns = gdk_pixbuf_get_width(image.get());
     int count = 0;
-    for (int at = columns * 40; at < columns * (gdk_pixbuf_get_height(picture.get()) - 64); ++at) {
-        count += difference(pixel(picture, at % columns, at / columns), plainColor) > 40 ? 1 : 0;
+    for (int at = columns * 40; at < columns * (gdk_pixbuf_get_height(image.get()) - 64); ++at) {
+        count += difference(pixel(image, at % columns, at / columns), plainColor) > 40 ? 1 : 0;
     }
     return count;
 }
 
-/// Around all that is not plain above the notice.
+/// Bounding box, in pixels.
 struct Box {
     int left, top, right, bottom;
 };
-Box panelIn(const Pixbuf& picture) {
-    const int columns = gdk_pixbuf_get_width(picture.get());
-    const int rows = gdk_pixbuf_get_height(picture.get()) - 64;
+/// Returns the bounding box of all pixels above the toast that do not have the plain colour.
+Box panelIn(const Pixbuf& image) {
+    const int columns = gdk_pixbuf_get_width(image.get());
+    const int rows = gdk_pixbuf_get_height(image.get()) - 64;
     Box box{columns, rows, 0, 0};
     for (int at = 0; at < columns * rows; ++at) {
-        if (difference(pixel(picture, at % columns, at / columns), plainColor) > 40) {
+        if (difference(pixel(image, at % columns, at / columns), plainColor) > 40) {
             box = {std::min(box.left, at % columns), std::min(box.top, at / columns),
                    std::max(box.right, at % columns + 1), std::max(box.bottom, at / columns + 1)};
         }
@@ -80,12 +80,12 @@ Box panelIn(const Pixbuf& picture) {
     return box;
 }
 
-/// Rows at which the headings of the panel's groups begin.
-std::vector<int> headings(const Pixbuf& picture) {
+/// Returns the first row of each heading in the panel.
+std::vector<int> headings(const Pixbuf& image) {
     std::vector<int> rows;
-    for (int y = 1; y < gdk_pixbuf_get_height(picture.get()) - 64; ++y) {
+    for (int y = 1; y < gdk_pixbuf_get_height(image.get()) - 64; ++y) {
         const auto on = [&](int row) {
-            return difference(pixel(picture, 18, row), {28, 51, 77}) <= 2;
+            return difference(pixel(image, 18, row), {28, 51, 77}) <= 2;
         };
         if (on(y) && !on(y - 1)) {
             rows.push_back(y);
@@ -115,7 +115,7 @@ protected:
     WindowTest() {
         save(paint(64, 96, [](double, double) { return plainColor; }), "plain.png");
         save(paint(64, 96, [](double, double) { return droppedColor; }), "dropped.png");
-        // Without ripples, whatever changes on the screen is ink.
+        // Without ripples, only ink changes the screen.
         write("still.json", R"({"ripple": 0})");
     }
     ~WindowTest() override {
@@ -133,7 +133,8 @@ protected:
             return !(window = contents("found")).empty();
         })) << contents("err");
         xdotool("windowfocus " + window);
-        ASSERT_TRUE(waitFor([&] { return stains(look()) == 0; })) << "shows no picture";
+        ASSERT_TRUE(waitFor([&] { return stains(capture()) == 0; }))
+            << "the background is not visible";
     }
 
     void xdotool(const std::string& words) const { ASSERT_EQ(run("xdotool " + words), 0) << words; }
@@ -141,13 +142,13 @@ protected:
     void pointAt(int x, int y) const {
         xdotool("mousemove --window " + window + " " + std::to_string(x) + " " + std::to_string(y));
     }
-    /// Plays one frame with what came before it, and stays paused. When the screenshot is there,
-    /// the frame comes before whatever the window is sent next.
+    /// Plays one frame with all earlier events and pauses. Waits for a screenshot, so that later events come after the
+    /// frame.
     void step() {
         press("period");
         shot();
     }
-    /// A move a frame; the window is paused afterwards.
+    /// Drags the pointer with one move per frame. The window is paused afterwards.
     void drag(int fromX, int fromY, int toX, int toY) {
         pointAt(fromX, fromY);
         xdotool("mousedown 1");
@@ -160,23 +161,23 @@ protected:
         step();
     }
 
-    /// What the window shows now, without panel and notice, by its screenshot key.
+    /// Takes a screenshot with the player's key. It has no panel and no toast.
     Pixbuf shot() {
         char name[32];
         std::snprintf(name, sizeof name, "shots/shot-%02d.png", ++shots);
         press("s");
-        Pixbuf picture;
-        EXPECT_TRUE(waitFor([&] { return (picture = load(name)) != nullptr; })) << contents("err");
-        return picture;
+        Pixbuf image;
+        EXPECT_TRUE(waitFor([&] { return (image = load(name)) != nullptr; })) << contents("err");
+        return image;
     }
-    /// What the desktop shows of the window, with all that lies over the picture.
-    Pixbuf look() const {
+    /// Captures the window from the display, with panel, marks and toast.
+    Pixbuf capture() const {
         run("ffmpeg -nostdin -v error -y -f x11grab -draw_mouse 0 -window_id " + window +
-            " -i $DISPLAY -frames:v 1 look.png");
-        return load("look.png");
+            " -i $DISPLAY -frames:v 1 capture.png");
+        return load("capture.png");
     }
 
-    /// The settings, by the key that saves them in the next file, of that name.
+    /// Saves a preset with the player's key and returns its text. `file` is the expected name.
     std::string savedAs(const std::string& file) const {
         press("p");
         EXPECT_TRUE(waitFor([&] { return fs::exists(folder / file) && !contents(file).empty(); }));
@@ -190,7 +191,7 @@ protected:
         return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
     }
 
-    /// The line of the velocity digest that a headless replay prints.
+    /// Returns the line with the velocity digest of a headless replay.
     std::string replayed(const std::string& script) const {
         run(command + " " + sized + " --headless --digest --out replay --script " + script +
             " 2>/dev/null | grep velocity >replayed");
@@ -198,12 +199,12 @@ protected:
     }
 
     static pid_t display;
-    // The window system's drivers are unloaded at the end and leave blocks behind that no
-    // suppression can name. The player's own are looked for where it runs without a window.
+    // Disables leak detection: the display drivers leak memory and are unloaded at exit, so no suppression can name
+    // them. The tests without a window detect the player's own leaks.
     const std::string command =
         "env ASAN_OPTIONS=$ASAN_OPTIONS:detect_leaks=0 XDG_CONFIG_HOME=" + folder.string() +
         "/config " VELMORA_PLAYER " --second plain.png";
-    /// The picture, and the screen's size where the test rules it.
+    /// Arguments with the background and, if the test sets it, the screen size.
     std::string sized = "plain.png --size " + std::to_string(width) + "x" + std::to_string(height);
     std::string limit;
     std::string preset = "--digest --preset still.json";
@@ -214,13 +215,13 @@ protected:
 
 pid_t WindowTest::display = 0;
 
-TEST_F(WindowTest, InkGoesWhereTheFingerWentAndNowhereElse) {
+TEST_F(WindowTest, InkAppearsOnlyAlongTheStroke) {
     openWindow();
     drag(60, 60, 120, 150);
     const Pixbuf after = shot();
     ASSERT_GT(stains(after), 300);
     for (int at = 0; at < width * height; ++at) {
-        // from the middle of the stroke; the flow carries ink some way along
+        // Distance from the middle of the stroke. The flow advects ink beyond the stroke.
         ASSERT_TRUE(std::hypot(at % width - 90, at / width - 105) < 170 ||
                     difference(pixel(after, at % width, at / width), plainColor) <= 6)
             << at % width << " " << at / width;
@@ -232,11 +233,12 @@ TEST_F(WindowTest, InkGoesWhereTheFingerWentAndNowhereElse) {
 
 TEST_F(WindowTest, AnIdleWindowStartsAttractModeUntilTheUserTouches) {
     openWindow("");
-    EXPECT_TRUE(waitFor([&] { return stains(look()) > 300; }));
+    EXPECT_TRUE(waitFor([&] { return stains(capture()) > 300; }));
     pointAt(20, 20);
     xdotool("click 1");
     press("c");
-    EXPECT_TRUE(waitFor([&] { return stains(look()) == 0; })) << "it draws on beside the user's";
+    EXPECT_TRUE(waitFor([&] { return stains(capture()) == 0; }))
+        << "attract mode continues after a touch";
 }
 
 TEST_F(WindowTest, AReplayOverAttractModeHasTheInkOfItsScript) {
@@ -247,7 +249,7 @@ TEST_F(WindowTest, AReplayOverAttractModeHasTheInkOfItsScript) {
     constexpr std::size_t green = 1;
     constexpr std::size_t blue = 2;
     const auto shows = [&](std::size_t light, std::size_t dark, int more) {
-        const Pixbuf shown = look();
+        const Pixbuf shown = capture();
         int count = 0;
         for (int at = 0; at < 120 * 110; ++at) {
             const Rgb color = pixel(shown, at % 120, at / 120);
@@ -256,7 +258,7 @@ TEST_F(WindowTest, AReplayOverAttractModeHasTheInkOfItsScript) {
         return count > 100;
     };
     ASSERT_TRUE(waitFor([&] { return shows(blue, red, 0); }))
-        << "the second, unlike the look and the picture";
+        << "attract mode's second ink differs from the preset and the background";
     std::string script = "screen 120 180\nframes 30\n0 ink 1 0.3 0.3\n1 down 20 50 1\n";
     for (int frame = 2; frame < 28; ++frame) {
         script += std::to_string(frame) + " move " + std::to_string(20 + 3 * frame) + " 60 1\n";
@@ -268,18 +270,18 @@ TEST_F(WindowTest, AReplayOverAttractModeHasTheInkOfItsScript) {
     EXPECT_FALSE(shows(blue, red, 0));
 }
 
-TEST_F(WindowTest, AClickOnThePanelTurnsItsControlAndLaysNoInk) {
+TEST_F(WindowTest, AClickOnThePanelChangesItsControlAndLeavesNoInk) {
     constexpr Rgb red = {255, 89, 89};
     openWindow("--no-attract --size 640x780");
     pointAt(600, 700);
     press("Tab");
     std::vector<int> groups;
-    ASSERT_TRUE(waitFor([&] { return (groups = headings(look())).size() == 4; }));
-    pointAt(100, groups[2] + 5);  // water, light, ink, tools
+    ASSERT_TRUE(waitFor([&] { return (groups = headings(capture())).size() == 4; }));
+    pointAt(100, groups[2] + 5);  // groups: water, light, ink, tools
     xdotool("click 1");
     int at = 0;
-    ASSERT_TRUE(waitFor([&] {  // the palette's red, by its look
-        const Pixbuf shown = look();
+    ASSERT_TRUE(waitFor([&] {  // finds the palette's red
+        const Pixbuf shown = capture();
         at = 0;
         while (at < 640 * 700 && difference(pixel(shown, at % 640, at / 640), red) > 2) {
             ++at;
@@ -288,7 +290,7 @@ TEST_F(WindowTest, AClickOnThePanelTurnsItsControlAndLaysNoInk) {
     }));
     pointAt(at % 640 + 8, at / 640 + 8);
     xdotool("mousedown 1");
-    // Frames in which a finger would leave ink; with the panel, which a screenshot goes without.
+    // Plays frames in which a touch would leave ink. A screenshot would hide the panel, so step() does not fit.
     press("period");
     press("period");
     xdotool("mouseup 1");
@@ -306,13 +308,13 @@ TEST_F(WindowTest, ThePanelFitsAPhoneAtAnyScaleAndStaysInTheWindow) {
     pointAt(440, 700);
     press("Tab");
     Box box;
-    ASSERT_TRUE(waitFor([&] { return (box = panelIn(look())).right > 200; }));
+    ASSERT_TRUE(waitFor([&] { return (box = panelIn(capture())).right > 200; }));
     EXPECT_LE(box.right - box.left, 450 * 6 / 10);
     EXPECT_LE(box.bottom - box.top, 800 * 6 / 10);
     const int wide = box.right - box.left;
 
     const auto marked = [&] {
-        const Pixbuf shown = look();
+        const Pixbuf shown = capture();
         int count = 0;
         for (int at = 0; at < 450 * 100; ++at) {
             count += difference(pixel(shown, at % 450, at / 450), changed) < 8 ? 1 : 0;
@@ -321,7 +323,7 @@ TEST_F(WindowTest, ThePanelFitsAPhoneAtAnyScaleAndStaysInTheWindow) {
     };
     EXPECT_FALSE(marked());
     press("b");
-    EXPECT_TRUE(waitFor(marked)) << "the look is not the preset's any more";
+    EXPECT_TRUE(waitFor(marked)) << "the name marks unsaved changes";
     press("BackSpace");
     EXPECT_TRUE(waitFor([&] { return !marked(); }));
 
@@ -329,13 +331,13 @@ TEST_F(WindowTest, ThePanelFitsAPhoneAtAnyScaleAndStaysInTheWindow) {
     xdotool(
         "mousedown 1 mousemove_relative 20 20 sleep 0.2 mousemove_relative 330 500 sleep 0.2 "
         "mouseup 1");
-    ASSERT_TRUE(waitFor([&] { return (box = panelIn(look())).left > 100; }));
-    EXPECT_EQ(box.right - box.left, wide) << "reaches over the edge";
+    ASSERT_TRUE(waitFor([&] { return (box = panelIn(capture())).left > 100; }));
+    EXPECT_EQ(box.right - box.left, wide) << "the panel is clipped at the edge";
     for (const int across : {300, 450}) {
         xdotool("windowsize " + window + " " + std::to_string(across) + " " +
                 std::to_string(across * 16 / 9));
         EXPECT_TRUE(waitFor([&] {
-            const Pixbuf shown = look();
+            const Pixbuf shown = capture();
             box = panelIn(shown);
             return gdk_pixbuf_get_width(shown.get()) == across && box.top > 0 &&
                    box.right - box.left > across / 2 - 10 &&
@@ -346,7 +348,7 @@ TEST_F(WindowTest, ThePanelFitsAPhoneAtAnyScaleAndStaysInTheWindow) {
     EXPECT_EQ(box.right - box.left, wide);
 }
 
-TEST_F(WindowTest, TheFilmKeyMakesAFilmThatPlays) {
+TEST_F(WindowTest, TheFilmKeyWritesAFilmThatPlays) {
     openWindow();
     const auto plays = [&](const std::string& film) {
         const std::string found = probed(film);
@@ -363,13 +365,13 @@ TEST_F(WindowTest, TheFilmKeyMakesAFilmThatPlays) {
     EXPECT_TRUE(waitFor([&] { return plays("shots/film-01.mp4"); })) << contents("probed");
     film("q");
     EXPECT_EQ(exitCode(), 0) << contents("err");
-    EXPECT_TRUE(plays("shots/film-02.mp4")) << "leaving ends it well";
+    EXPECT_TRUE(plays("shots/film-02.mp4")) << "quitting completes the film";
 }
 
-TEST_F(WindowTest, AFilmLastsAsLongAsItWasFilmedAndAMarkSaysSo) {
+TEST_F(WindowTest, AFilmHasTheDurationOfTheFilmingAndShowsAMark) {
     openWindow();
     const auto redDot = [&] {
-        const Pixbuf shown = look();
+        const Pixbuf shown = capture();
         for (int at = 0; at < width * 40; ++at) {
             if (difference(pixel(shown, at % width, at / width), {230, 30, 30}) < 8) {
                 return true;
@@ -381,10 +383,10 @@ TEST_F(WindowTest, AFilmLastsAsLongAsItWasFilmedAndAMarkSaysSo) {
     ASSERT_TRUE(waitFor([&] { return fs::exists(folder / "shots/film-01.mp4") && redDot(); }));
     const auto begin = std::chrono::steady_clock::now();
     drag(60, 60, 120, 150);
-    ASSERT_TRUE(waitFor([&] {  // the notice goes
-        return difference(pixel(look(), width / 2, height - 20), plainColor) < 8;
+    ASSERT_TRUE(waitFor([&] {  // the toast disappears
+        return difference(pixel(capture(), width / 2, height - 20), plainColor) < 8;
     }));
-    EXPECT_TRUE(redDot()) << "as long as it lasts";
+    EXPECT_TRUE(redDot()) << "the mark stays during the filming";
     const double seconds =
         std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();
     press("f");
@@ -398,7 +400,7 @@ TEST_F(WindowTest, AFilmLastsAsLongAsItWasFilmedAndAMarkSaysSo) {
     EXPECT_TRUE(waitFor([&] { return !redDot(); }));
 }
 
-TEST_F(WindowTest, AnAnimationHasNoMoreFramesThanWereShown) {
+TEST_F(WindowTest, AnIdleGifRepeatsNoFrame) {
     openWindow("--no-attract --format gif");
     press("f");
     std::this_thread::sleep_for(2s);
@@ -410,10 +412,10 @@ TEST_F(WindowTest, AnAnimationHasNoMoreFramesThanWereShown) {
     double seconds = 0.0;
     std::sscanf(contents("probed").c_str(), "%lf %lf", &frames, &seconds);
     EXPECT_GT(seconds, 1.0);
-    EXPECT_LT(frames, 16.0 * seconds) << "of a picture that stands, about 10";
+    EXPECT_LT(frames, 16.0 * seconds) << "an idle effect has about 10 frames per second";
 }
 
-TEST_F(WindowTest, WindowsWithOneFolderTakeDifferentNames) {
+TEST_F(WindowTest, WindowsThatShareAFolderUseDifferentFileNames) {
     openWindow();
     const pid_t other = start("cd " + folder.string() + " && exec " + command + " " + sized +
                               " --no-attract >out2 2>err2");
@@ -425,7 +427,7 @@ TEST_F(WindowTest, WindowsWithOneFolderTakeDifferentNames) {
     second.pop_back();
     xdotool("windowfocus --sync " + window + " key f");
     ASSERT_TRUE(waitFor([&] { return fs::exists(folder / "shots/film-01.mp4"); }))
-        << "taken at once, before a frame comes";
+        << "the file must exist before the first frame";
     xdotool("windowfocus --sync " + second + " key f");
     ASSERT_TRUE(waitFor([&] { return fs::exists(folder / "shots/film-02.mp4"); }));
     press("q");
@@ -436,7 +438,7 @@ TEST_F(WindowTest, WindowsWithOneFolderTakeDifferentNames) {
     EXPECT_NE(probed("shots/film-02.mp4"), "");
 }
 
-TEST_F(WindowTest, SavedAndDroppedPresetsAndScriptsAreTaken) {
+TEST_F(WindowTest, LoadsSavedPresetsAndDroppedPresetsAndScripts) {
     openWindow();
     const std::string still = savedAs("shots/preset-01.json");
     Pixbuf portrait;
@@ -447,64 +449,64 @@ TEST_F(WindowTest, SavedAndDroppedPresetsAndScriptsAreTaken) {
     const std::string dropped = savedAs("shots/preset-02.json");
     EXPECT_NE(dropped.find("0.25"), std::string::npos);
     int number = 2;
-    EXPECT_TRUE(waitFor([&] {  // through those that ship
+    EXPECT_TRUE(waitFor([&] {  // steps through the shipped presets
         press("n");
         char name[64];
         std::snprintf(name, sizeof name, "shots/preset-%02d.json", ++number);
         return savedAs(name) == still;
-    })) << "a saved one comes in its turn";
+    })) << "the key reaches the saved preset";
     write("drop.gesture", "screen 24 36\nframes 400\n1 down 6 6 1\n2 move 8 8 1\n3 move 12 15 1\n");
     ASSERT_TRUE(dropFile(std::stoul(window), folder / "drop.gesture"));
-    EXPECT_TRUE(waitFor([&] { return stains(look()) > 100; }));
+    EXPECT_TRUE(waitFor([&] { return stains(capture()) > 100; }));
 }
 
-TEST_F(WindowTest, EscapeClosesTheHelpFirstAndCombinationsAreTheDesktops) {
+TEST_F(WindowTest, EscapeClosesTheHelpBeforeTheWindowAndKeysWithModifiersDoNothing) {
     openWindow();
-    const auto helpShows = [&] { return stains(look()) > 1000; };
+    const auto helpShows = [&] { return stains(capture()) > 1000; };
     press("F1");
     ASSERT_TRUE(waitFor(helpShows));
-    const Box help = panelIn(look());
+    const Box help = panelIn(capture());
     pointAt(help.right - 8, help.top + 7);
     xdotool("click 1");
-    EXPECT_TRUE(waitFor([&] { return stains(look()) == 0; })) << "its box closes it";
+    EXPECT_TRUE(waitFor([&] { return stains(capture()) == 0; })) << "its close button closes it";
     press("F1");
     ASSERT_TRUE(waitFor(helpShows));
     press("ctrl+q alt+q");
     press("Escape");
-    EXPECT_TRUE(waitFor([&] { return stains(look()) == 0; }));
+    EXPECT_TRUE(waitFor([&] { return stains(capture()) == 0; }));
     press("Escape");
     EXPECT_EQ(exitCode(), 0);
 }
 
-TEST_F(WindowTest, TheWindowTakesThePicturesShapeWithinTheDisplay) {
+TEST_F(WindowTest, TheWindowHasTheShapeOfTheBackgroundAndFitsTheDisplay) {
     save(paint(160, 100, [](double, double) { return plainColor; }), "wide.png");
     sized = "wide.png";
     openWindow();
-    const Pixbuf shown = look();
-    EXPECT_EQ(gdk_pixbuf_get_width(shown.get()), 744) << "of a display of 800";
+    const Pixbuf shown = capture();
+    EXPECT_EQ(gdk_pixbuf_get_width(shown.get()), 744) << "fits a display of 800 pixels";
     EXPECT_NEAR(gdk_pixbuf_get_height(shown.get()), 465, 1);
-    for (const int across : {800, 744}) {  // the whole screen, though no window manager helps
+    for (const int across : {800, 744}) {  // full screen without a window manager
         press("F11");
         EXPECT_TRUE(waitFor([&] { return gdk_pixbuf_get_width(shot().get()) == across; }));
-        EXPECT_EQ(gdk_pixbuf_get_width(look().get()), across);
+        EXPECT_EQ(gdk_pixbuf_get_width(capture().get()), across);
     }
 }
 
-TEST_F(WindowTest, AWindowBeginsWithTheLastOnesLookAndSizeWhereTheyCanBeUsed) {
+TEST_F(WindowTest, AWindowRestoresValidSettingsAndSizeOfTheLastWindow) {
     openWindow();
     press("n");
-    const std::string look = savedAs("shots/preset-01.json");
+    const std::string settings = savedAs("shots/preset-01.json");
     xdotool("windowsize --sync " + window + " 200 300");
     press("q");
     ASSERT_EQ(exitCode(), 0) << contents("err");
     sized = "plain.png";
     preset = "";
     const auto lines = [&] {
-        const std::string told = contents("err");
-        return std::ranges::count(told, '\n') + std::ranges::count(told, '\x1b');
+        const std::string errors = contents("err");
+        return std::ranges::count(errors, '\n') + std::ranges::count(errors, '\x1b');
     };
     openWindow();
-    EXPECT_EQ(savedAs("shots/preset-02.json"), look);
+    EXPECT_EQ(savedAs("shots/preset-02.json"), settings);
     EXPECT_EQ(gdk_pixbuf_get_width(shot().get()), 200);
     press("q");
     ASSERT_EQ(exitCode(), 0) << contents("err");
@@ -513,15 +515,16 @@ TEST_F(WindowTest, AWindowBeginsWithTheLastOnesLookAndSizeWhereTheyCanBeUsed) {
     write("red.gesture", "frames 3\n0 ink 1 0.3 0.3\n");
     openWindow("--no-attract --digest --script red.gesture");
     ASSERT_TRUE(waitFor([&] { return !contents("out").empty(); }));
-    EXPECT_EQ(savedAs("shots/preset-03.json").find("0.375"), std::string::npos) << "not repeatable";
+    EXPECT_EQ(savedAs("shots/preset-03.json").find("0.375"), std::string::npos)
+        << "a run with a digest must be repeatable";
     press("q");
     ASSERT_EQ(exitCode(), 0) << contents("err");
-    EXPECT_EQ(contents("config/velmora/look.json"), kept) << "the ink was not the user's choice";
+    EXPECT_EQ(contents("config/velmora/look.json"), kept) << "the script's ink is not saved";
     write("config/velmora/look.json", "{\"\x1b[7m\": 1}");
     write("config/velmora/window-size", "9999999999x\x1b[7m");
     openWindow();
     EXPECT_EQ(lines(), 2) << contents("err");
-    EXPECT_NE(savedAs("shots/preset-04.json"), look);
+    EXPECT_NE(savedAs("shots/preset-04.json"), settings);
     press("q");
     ASSERT_EQ(exitCode(), 0) << contents("err");
     openWindow("--no-attract --fresh");
@@ -532,20 +535,20 @@ TEST_F(WindowTest, AWindowBeginsWithTheLastOnesLookAndSizeWhereTheyCanBeUsed) {
     EXPECT_NE(contents("config/velmora/look.json").find('\x1b'), std::string::npos);
 }
 
-TEST_F(WindowTest, RecordingsReplayToTheLastByte) {
+TEST_F(WindowTest, RecordingsReplayWithTheSameDigest) {
     openWindow("--no-attract --record first.gesture");
     drag(60, 60, 120, 150);
-    press("r");  // ends it
+    press("r");  // ends the recording
     ASSERT_TRUE(waitFor([&] { return !contents("out").empty(); }));
     press("g");
     ASSERT_TRUE(waitFor([&] { return std::ranges::count(contents("out"), '\n') == 2; }));
     drag(150, 300, 60, 200);
-    press("r");  // in the middle of a session that has seen other gestures
+    press("r");  // in a session that has already played other gestures
     const std::string second = "shots/gesture-01.gesture";
     ASSERT_TRUE(waitFor([&] { return fs::exists(folder / second); }));
     shot();
     drag(60, 200, 200, 80);
-    press("l");  // the context goes, the recording goes on
+    press("l");  // loses the context; the recording continues
     shot();
     drag(100, 100, 110, 105);
     press("q");
@@ -567,7 +570,7 @@ TEST_F(WindowTest, ACrashKeepsTheRecordingInProgress) {
     EXPECT_NE(replayed("kept.gesture --frames 2"), "");
 }
 
-TEST_F(WindowTest, ARecordingThatFindsNoSpaceEndsByNameAndTheWindowStays) {
+TEST_F(WindowTest, ARecordingWithoutSpaceEndsWithAnErrorAndTheWindowStays) {
     limit = "ulimit -f 1; ";
     openWindow("--no-attract --record cut.gesture");
     xdotool("mousedown 1");
@@ -578,14 +581,15 @@ TEST_F(WindowTest, ARecordingThatFindsNoSpaceEndsByNameAndTheWindowStays) {
         pointAt(60 + move % 100, 90);
     }
     EXPECT_TRUE(ended()) << contents("err");
-    EXPECT_GT(stains(look()), 0) << "and the effect goes on";
-    xdotool("mouseup 1");  // the display keeps it for the next window
+    EXPECT_GT(stains(capture()), 0) << "the effect must continue";
+    xdotool("mouseup 1");  // the display would keep the button pressed for the next window
     press("q");
     EXPECT_EQ(exitCode(), 0);
-    EXPECT_EQ(contents("cut.gesture").find("screen "), 0u) << "what was written is kept";
+    EXPECT_EQ(contents("cut.gesture").find("screen "), 0u)
+        << "the file must keep the written events";
 }
 
-TEST_F(WindowTest, TakesANewSizeADroppedPictureAndANewContext) {
+TEST_F(WindowTest, HandlesANewSizeADroppedImageAndANewContext) {
     openWindow();
     xdotool("windowsize " + window + " 200 300");
     pointAt(100, 150);
@@ -601,38 +605,38 @@ TEST_F(WindowTest, TakesANewSizeADroppedPictureAndANewContext) {
     EXPECT_TRUE(waitFor([&] { return shows(droppedColor); }));
     ASSERT_TRUE(dropFile(std::stoul(window), folder / "out"));
     ASSERT_TRUE(waitFor([&] {
-        return contents("err").find("not a readable picture, ") != std::string::npos;
-    })) << "told, and the window stays";
+        return contents("err").find("not a readable image, ") != std::string::npos;
+    })) << "reports the error and stays open";
 
     press("l");
     EXPECT_TRUE(shows(droppedColor));
     drag(60, 150, 140, 150);
-    EXPECT_FALSE(shows(droppedColor)) << "ink after the loss";
+    EXPECT_FALSE(shows(droppedColor)) << "no ink after the context loss";
     press("Escape");
     EXPECT_EQ(exitCode(), 0);
 }
 
-TEST_F(WindowTest, SaysInOneLineWhyItCannotOpen) {
+TEST_F(WindowTest, ReportsInOneLineWhyTheWindowCannotOpen) {
     write("taken.gesture", "mine");
     const struct {
         std::string variables;
         std::string arguments;
-        std::string told;
+        std::string expected;
     } cases[] = {
         {"DISPLAY=:9999", "", "cannot open a window"},
         {"SDL_VIDEODRIVER=dummy", "", "cannot open a window with OpenGL ES 2.0"},
         {"", "--record taken.gesture", "would overwrite"},
-        {"", "--record /nowhere/a.gesture", "cannot write here"},
+        {"", "--record /nowhere/a.gesture", "cannot write to this path"},
         {"", "--preset /nowhere.json", "no such preset"},
         {"", "--script taken.gesture", "taken.gesture:1: expected"},
     };
-    for (const auto& [variables, arguments, told] : cases) {
+    for (const auto& [variables, arguments, expected] : cases) {
         SCOPED_TRACE(variables + arguments);
         EXPECT_EQ(
             run(variables + " timeout 60 " + command + " " + sized + " " + arguments + " 2>err"),
             2);
         const std::string line = contents("err");
-        EXPECT_NE(line.find(told), std::string::npos) << line;
+        EXPECT_NE(line.find(expected), std::string::npos) << line;
         EXPECT_EQ(line.find('\n'), line.size() - 1) << line;
     }
     EXPECT_EQ(contents("taken.gesture"), "mine");

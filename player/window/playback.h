@@ -8,37 +8,38 @@
 #include "app/frame_clock.h"
 #include "app/size.h"
 #include "hostkit/gesture_script.h"
-#include "player/window/keeping.h"
+#include "player/window/keeper.h"
 #include "player/window/window_session.h"
 
 namespace player {
 
-/// Plays the effect's frames when they are due.
+/// Plays the effect's frames at their due times.
 class Playback {
 public:
     Playback(WindowSession& ofSession, Keeper& keptBy);
 
     bool paused() const { return isPaused; }
     void switchPause() { isPaused = !isPaused; }
-    /// One frame, paused.
+    /// Pauses and requests one frame.
     void step() { isPaused = stepWanted = true; }
 
-    /// Returns the time until a frame is due; a long time while the effect rests.
-    std::chrono::nanoseconds untilNext();
-    /// Plays the frames that are due; returns whether there was one.
+    /// Returns the time until the next frame is due. While idle or paused, returns the interval of the checks for
+    /// attract mode.
+    std::chrono::nanoseconds timeToNextFrame();
+    /// Plays the due frames. Returns true if there was one.
     bool playDueFrames();
-    /// Plays a script from a fresh start. Ends a recording.
+    /// Resets the effect and plays a script. Finishes the recording, if any.
     void play(hostkit::GestureScript script);
-    /// Starts the effect anew, and returns true, once a window that was resized keeps its size. Ends film and
-    /// recording.
+    /// Restarts the effect once a resized window keeps its new size. Finishes film and recording then.
+    /// Returns true after a restart.
     bool followSize(app::Size pixels);
 
-    /// Of the last frames, the newest last.
+    /// Returns the times of the last frames, the newest last.
     std::span<const FrameTimes> times() const { return lastTimes; }
-    /// Frames a second, over the last one; 0 where the effect stands still.
+    /// Returns the frames per second over the last second; 0 while the effect is idle or paused.
     double rate() const;
-    /// The newest frame's took that much longer until it was shown.
-    void addToGl(std::chrono::nanoseconds time);
+    /// Adds the time of presentation to the GL time of the newest frame.
+    void addGlTime(std::chrono::nanoseconds time);
 
 private:
     using Clock = app::Clock;
@@ -51,8 +52,8 @@ private:
     bool isPaused = false;
     bool stepWanted = false;
     std::vector<FrameTimes> lastTimes;
-    /// When the frames of the last second were played, or two that took longer.
-    std::deque<Clock::time_point> moments;
+    /// Times at which the frames of the last second ended; at least the last two frames.
+    std::deque<Clock::time_point> frameEnds;
     app::Size lastPixels{};
     Clock::time_point resizedAt{};
 };

@@ -1,4 +1,4 @@
-#include "player/draw/overlays.h"
+#include "player/draw/draw_overlays.h"
 
 #include <imgui.h>
 
@@ -13,7 +13,7 @@ void drawLine(ImDrawList& list, const app::FlowLine& line) {
     const ImVec4 color(1.0f, 1.0f - 0.8f * line.heat, 0.2f, line.strength);
     list.AddLine(ImVec2(line.x, line.y), ImVec2(line.endX, line.endY), ImGui::GetColorU32(color),
                  2.0f);
-    // Not a circle: a list holds 65536 vertices, and lines may fill the screen.
+    // A square needs fewer vertices than a circle. A draw list holds 65536, and the lines may fill the screen.
     list.AddRectFilled(ImVec2(line.x - dotSide / 2, line.y - dotSide / 2),
                        ImVec2(line.x + dotSide / 2, line.y + dotSide / 2),
                        ImGui::GetColorU32(ImVec4(0.1f, 0.1f, 0.1f, line.strength)));

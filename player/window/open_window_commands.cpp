@@ -5,14 +5,14 @@
 #include "app/random_settings.h"
 #include "app/settings.h"
 #include "hostkit/gesture_script.h"
-#include "player/picture.h"
+#include "player/image.h"
 #include "player/preset.h"
 #include "player/script.h"
 #include "player/window/keys.h"
-#include "player/window/notice.h"
 #include "player/window/open_window.h"
 #include "player/window/panel.h"
 #include "player/window/requests.h"
+#include "player/window/toast.h"
 
 namespace player {
 namespace {
@@ -37,9 +37,9 @@ constexpr SettingSwitch settingSwitches[] = {
     {Command::waterOnly, &app::Settings::waterOnly},
 };
 
-/// Whether the command is one of the switches, which is then turned.
+/// Toggles the switch of a command. Returns false if the command is no switch.
 template <class Switch, std::size_t count, class Owner>
-bool turnSwitch(const Switch (&switches)[count], Command command, Owner& owner) {
+bool toggleSwitch(const Switch (&switches)[count], Command command, Owner& owner) {
     for (const Switch& one : switches) {
         if (one.command == command) {
             owner.*one.state = !(owner.*one.state);
@@ -51,24 +51,24 @@ bool turnSwitch(const Switch (&switches)[count], Command command, Owner& owner) 
 
 }  // namespace
 
-/// Of keys, panel and dropped files. What fails is told in the window.
+/// Runs the requests of keys, panel and dropped files. Shows errors as toasts.
 void OpenWindow::runCommands() {
     const Requests now = std::exchange(requests, {});
     for (const Command command : now.commands) {
-        attempt(notice, [&] { run(command); });
-        display.touch();
+        attempt(toast, [&] { run(command); });
+        display.requestRedraws();
     }
     if (!now.preset.empty()) {
-        attempt(notice, [&] { loadLook(now.preset); });
+        attempt(toast, [&] { loadPreset(now.preset); });
     }
     for (const std::filesystem::path& file : now.drops) {
-        attempt(notice, [&] { takeDrop(file); });
+        attempt(toast, [&] { openDroppedFile(file); });
     }
 }
 
 void OpenWindow::run(Command command) {
-    if (turnSwitch(viewSwitches, command, view) ||
-        turnSwitch(settingSwitches, command, session.core.settings)) {
+    if (toggleSwitch(viewSwitches, command, view) ||
+        toggleSwitch(settingSwitches, command, session.core.settings)) {
         return;
     }
     switch (command) {
@@ -83,17 +83,17 @@ void OpenWindow::run(Command command) {
         case Command::loseContext:
             return session.core.add(hostkit::LoseContext{});
         case Command::nextPreset:
-            return loadNextLook();
-        case Command::inkOfPicture:
-            return takeInkOfPicture();
-        case Command::randomLook:
-            return showRandomLook();
-        case Command::resetLook:
-            return resetLook();
+            return loadNextPreset();
+        case Command::inkForBackground:
+            return chooseInkForBackground();
+        case Command::randomSettings:
+            return applyRandomSettings();
+        case Command::resetSettings:
+            return resetSettings();
         case Command::savePreset:
             return savePreset();
         case Command::screenshot:
-            return keeper.wantScreenshot();
+            return keeper.requestScreenshot();
         case Command::film:
             return keeper.switchFilm();
         case Command::record:
@@ -108,62 +108,62 @@ void OpenWindow::run(Command command) {
         case Command::quit:
             leaving = true;
             return;
-        default:  // the switches
+        default:  // toggleSwitch has handled the rest
             return;
     }
 }
 
-void OpenWindow::loadLook(const std::filesystem::path& file) {
-    session.core.settings = looks.load(file);
-    say(notice, looks.name());
+void OpenWindow::loadPreset(const std::filesystem::path& file) {
+    session.core.settings = presetList.load(file);
+    showToast(toast, presetList.name());
 }
 
-void OpenWindow::loadNextLook() {
-    if (const NamedPreset* preset = looks.next()) {
-        loadLook(preset->file);
+void OpenWindow::loadNextPreset() {
+    if (const NamedPreset* preset = presetList.next()) {
+        loadPreset(preset->file);
     }
 }
 
-void OpenWindow::takeInkOfPicture() {
+void OpenWindow::chooseInkForBackground() {
     session.core.settings.ink = session.core.inkAgainstBackground(0);
-    say(notice, "an ink that stands out from the picture");
+    showToast(toast, "ink that contrasts with the background");
 }
 
-void OpenWindow::showRandomLook() {
-    session.core.settings = app::randomSettings(nextRandomLook++);
-    say(notice, "a look by chance; P saves it");
+void OpenWindow::applyRandomSettings() {
+    session.core.settings = app::randomSettings(randomSeed++);
+    showToast(toast, "random settings; P saves them as a preset");
 }
 
-void OpenWindow::resetLook() {
-    session.core.settings = looks.unchanged();
-    say(notice, looks.name() + ", as it was");
+void OpenWindow::resetSettings() {
+    session.core.settings = presetList.original();
+    showToast(toast, presetList.name() + ", reset");
 }
 
 void OpenWindow::savePreset() {
-    looks.add(keeper.savePreset(), session.core.settings);
+    presetList.add(keeper.savePreset(), session.core.settings);
 }
 
 void OpenWindow::replay() {
     keeper.finishRecording();
     const std::filesystem::path file = keeper.lastRecording();
     if (file.empty()) {
-        say(notice, "no gesture has been recorded yet: R begins");
+        showToast(toast, "no gesture recorded yet; R starts a recording");
         return;
     }
     playback.play(loadScript(file));
-    say(notice, "replaying " + file.string() + ", from a fresh start");
+    showToast(toast, "replaying " + file.string() + "; the effect was reset");
 }
 
-/// A preset is loaded, a gesture script is played, a picture becomes the background.
-void OpenWindow::takeDrop(const std::filesystem::path& file) {
+/// Loads a preset, plays a gesture script or makes an image the background.
+void OpenWindow::openDroppedFile(const std::filesystem::path& file) {
     if (file.extension() == ".json") {
-        session.core.settings = looks.load(file);
+        session.core.settings = presetList.load(file);
     } else if (file.extension() == ".gesture") {
         playback.play(loadScript(file));
     } else {
-        session.core.showPicture(loadPicture(file));
+        session.core.showPicture(loadImage(file));
     }
-    say(notice, file.filename().string());
+    showToast(toast, file.filename().string());
 }
 
 }  // namespace player

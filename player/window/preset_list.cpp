@@ -1,4 +1,4 @@
-#include "player/window/looks.h"
+#include "player/window/preset_list.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -7,8 +7,8 @@
 
 namespace player {
 
-Looks::Looks(const std::filesystem::path& savedIn, const std::filesystem::path& file,
-             const app::Settings& settings)
+PresetList::PresetList(const std::filesystem::path& savedIn, const std::filesystem::path& file,
+                       const app::Settings& settings)
     : all(presetsIn(VELMORA_PRESETS)), loaded(settings) {
     const std::vector<NamedPreset> saved = presetsIn(savedIn);
     all.insert(all.end(), saved.begin(), saved.end());
@@ -17,7 +17,7 @@ Looks::Looks(const std::filesystem::path& savedIn, const std::filesystem::path& 
     }
 }
 
-void Looks::show(const std::filesystem::path& file, const app::Settings& settings) {
+void PresetList::show(const std::filesystem::path& file, const app::Settings& settings) {
     shown = named(file).name;
     loaded = settings;
     const auto preset = std::ranges::find(all, file, &NamedPreset::file);
@@ -26,17 +26,17 @@ void Looks::show(const std::filesystem::path& file, const app::Settings& setting
     }
 }
 
-app::Settings Looks::load(const std::filesystem::path& file) {
+app::Settings PresetList::load(const std::filesystem::path& file) {
     const app::Settings settings = loadPreset(file);
     show(file, settings);
     return settings;
 }
 
-const NamedPreset* Looks::next() const {
+const NamedPreset* PresetList::next() const {
     return all.empty() ? nullptr : &all[following % all.size()];
 }
 
-void Looks::add(const std::filesystem::path& file, const app::Settings& settings) {
+void PresetList::add(const std::filesystem::path& file, const app::Settings& settings) {
     all.push_back(named(file));
     shown = all.back().name;
     loaded = settings;

@@ -1,4 +1,4 @@
-#include "player/draw/letters.h"
+#include "player/draw/font_scale.h"
 
 #include <imgui.h>
 
@@ -9,13 +9,13 @@
 namespace player {
 namespace {
 
-/// Of fonts-dejavu-core.
+/// Font of the package fonts-dejavu-core.
 constexpr const char* fontFile = "/usr/share/fonts/truetype/dejavu/DejaVuSans.ttf";
 constexpr float fontPixels = 15.0f;
-/// What names of presets may need: European letters.
-constexpr ImWchar letters[] = {0x20, 0x17f, 0};
+/// Range of code points that names of presets may use: European letters. Ends with 0.
+constexpr ImWchar glyphRange[] = {0x20, 0x17f, 0};
 
-/// A display's letters have at least the contrast of 7 to 1 to what is behind them.
+/// Colour of one part of ImGui. Text has a contrast of at least 7 to 1 to its background.
 struct Shade {
     ImGuiCol part;
     ImU32 color;
@@ -37,7 +37,7 @@ constexpr Shade shades[] = {
     {ImGuiCol_Button, IM_COL32(41, 66, 94, 255)},
     {ImGuiCol_ButtonHovered, IM_COL32(51, 92, 133, 255)},
     {ImGuiCol_ButtonActive, IM_COL32(61, 112, 163, 255)},
-    {ImGuiCol_SliderGrab, IM_COL32_BLACK_TRANS},  // sliders show it in their own way
+    {ImGuiCol_SliderGrab, IM_COL32_BLACK_TRANS},  // the panel draws its own sliders
     {ImGuiCol_SliderGrabActive, IM_COL32_BLACK_TRANS},
     {ImGuiCol_CheckMark, IM_COL32(115, 204, 255, 255)},
 };
@@ -66,7 +66,7 @@ void setFont(float pixels) {
     ImFontConfig config;
     config.SizePixels = pixels;
     if (std::filesystem::exists(fontFile, ignored)) {
-        atlas.AddFontFromFileTTF(fontFile, pixels, &config, letters);
+        atlas.AddFontFromFileTTF(fontFile, pixels, &config, glyphRange);
     } else {
         atlas.AddFontDefault(&config);
     }
@@ -74,7 +74,7 @@ void setFont(float pixels) {
 
 }  // namespace
 
-void setLetters(const LetterScale& scale) {
+void applyFontScale(const FontScale& scale) {
     setStyle(scale.pixels / scale.density);
     setFont(std::round(fontPixels * scale.pixels));
     ImGui::GetIO().FontGlobalScale = 1.0f / scale.density;

@@ -1,4 +1,4 @@
-#include "player/window/playing.h"
+#include "player/window/playback.h"
 
 #include <cstddef>
 #include <ratio>
@@ -11,9 +11,10 @@ namespace {
 
 using namespace std::chrono_literals;
 
+/// Number of frames in the graph of frame times.
 constexpr std::size_t graphFrames = 120;
-/// A window that is being resized rests for this long before the effect is set up anew.
-constexpr auto resizeRest = 150ms;
+/// Time without a change of size before the effect restarts in the new size.
+constexpr auto resizeDelay = 150ms;
 
 }  // namespace
 
@@ -23,7 +24,7 @@ bool Playback::isActive() const {
     return !isPaused && !session.core.isIdle();
 }
 
-std::chrono::nanoseconds Playback::untilNext() {
+std::chrono::nanoseconds Playback::timeToNextFrame() {
     if (stepWanted) {
         return 0ns;
     }
@@ -31,7 +32,7 @@ std::chrono::nanoseconds Playback::untilNext() {
         return session.core.untilNextFrame(Clock::now());
     }
     session.core.skipTime();
-    moments.clear();
+    frameEnds.clear();
     return 250ms;
 }
 
@@ -43,12 +44,12 @@ void Playback::playFrame(std::chrono::nanoseconds elapsed) {
     if (lastTimes.size() > graphFrames) {
         lastTimes.erase(lastTimes.begin());
     }
-    moments.push_back(Clock::now());
-    while (moments.size() > 2 && moments.back() - moments.front() > 1s) {
-        moments.pop_front();
+    frameEnds.push_back(Clock::now());
+    while (frameEnds.size() > 2 && frameEnds.back() - frameEnds.front() > 1s) {
+        frameEnds.pop_front();
     }
     if (wasReplaying && !session.core.isReplaying()) {
-        keeper.tellDigest();
+        keeper.printDigest();
     }
 }
 
@@ -78,7 +79,7 @@ bool Playback::followSize(app::Size pixels) {
     if (pixels != std::exchange(lastPixels, pixels)) {
         resizedAt = Clock::now();
     }
-    if (session.size() == pixels || Clock::now() - resizedAt < resizeRest) {
+    if (session.size() == pixels || Clock::now() - resizedAt < resizeDelay) {
         return false;
     }
     keeper.finish();
@@ -87,14 +88,14 @@ bool Playback::followSize(app::Size pixels) {
 }
 
 double Playback::rate() const {
-    if (moments.size() < 2) {
+    if (frameEnds.size() < 2) {
         return 0.0;
     }
-    const std::chrono::duration<double> span = moments.back() - moments.front();
-    return static_cast<double>(moments.size() - 1) / span.count();
+    const std::chrono::duration<double> span = frameEnds.back() - frameEnds.front();
+    return static_cast<double>(frameEnds.size() - 1) / span.count();
 }
 
-void Playback::addToGl(std::chrono::nanoseconds time) {
+void Playback::addGlTime(std::chrono::nanoseconds time) {
     lastTimes.back().gl += std::chrono::duration<float, std::milli>(time).count();
 }
 

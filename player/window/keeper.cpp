@@ -1,4 +1,4 @@
-#include "player/window/keeping.h"
+#include "player/window/keeper.h"
 
 #include <cstdio>
 #include <utility>
@@ -7,9 +7,9 @@ namespace player {
 
 namespace fs = std::filesystem;
 
-Keeper::Keeper(WindowSession& ofSession, Notice& saysIn, const Options& options)
+Keeper::Keeper(WindowSession& ofSession, Toast& withToast, const Options& options)
     : session(ofSession),
-      notice(saysIn),
+      toast(withToast),
       shots(options.shots, options.format),
       digestWanted(options.digest) {}
 
@@ -18,7 +18,7 @@ void Keeper::switchFilm() {
         finishFilm();
     } else {
         filmStart = Clock::now();
-        say(notice, "filming " + shots.startFilm(session.size()).string());
+        showToast(toast, "filming " + shots.startFilm(session.size()).string());
     }
 }
 
@@ -31,7 +31,7 @@ void Keeper::addToFilm() {
 void Keeper::finishFilm() {
     if (filming()) {
         const auto film = shots.finishFilm();
-        say(notice, film ? "filmed " + film->string() : "nothing was filmed");
+        showToast(toast, film ? "filmed " + film->string() : "no film saved: it had no frame");
     }
 }
 
@@ -39,9 +39,9 @@ void Keeper::switchRecording() {
     if (session.recording()) {
         finishRecording();
     } else {
-        const fs::path file = shots.nameForGesture();
+        const fs::path file = shots.createGestureFile();
         startRecording(file);
-        say(notice, "recording " + file.string() + ", from a fresh start");
+        showToast(toast, "recording " + file.string() + "; the effect was reset");
     }
 }
 
@@ -55,48 +55,48 @@ void Keeper::finishRecording() {
         return;
     }
     const fs::path file = session.recording()->file();
-    tellDigest();
+    printDigest();
     session.core.finishRecording();
     shots.add(file);
     recorded = file;
-    say(notice, "recorded " + file.string() + "; G replays it");
+    showToast(toast, "recorded " + file.string() + "; G replays it");
 }
 
 void Keeper::watchRecording() {
-    if (session.recording() && session.recording()->isBroken()) {
-        attempt(notice, [&] { finishRecording(); });
+    if (session.recording() && session.recording()->hasFailed()) {
+        attempt(toast, [&] { finishRecording(); });
     }
 }
 
 void Keeper::finish() {
-    attempt(notice, [&] { finishFilm(); });
-    attempt(notice, [&] { finishRecording(); });
+    attempt(toast, [&] { finishFilm(); });
+    attempt(toast, [&] { finishRecording(); });
 }
 
 void Keeper::takeScreenshot() {
     shotWanted = false;
-    say(notice, "saved " + shots.screenshot(session.screenshot()).string());
+    showToast(toast, "saved " + shots.screenshot(session.screenshot()).string());
 }
 
 fs::path Keeper::savePreset() {
     fs::path file = shots.preset(session.core.settings);
-    say(notice, "saved " + file.string());
-    presetWithoutPortrait = file;
+    showToast(toast, "saved " + file.string());
+    presetWithoutThumbnail = file;
     return file;
 }
 
-void Keeper::addPortrait() {
-    if (!presetWithoutPortrait.empty()) {
-        shots.portrait(std::exchange(presetWithoutPortrait, {}), session.screenshot());
+void Keeper::addThumbnail() {
+    if (!presetWithoutThumbnail.empty()) {
+        shots.thumbnail(std::exchange(presetWithoutThumbnail, {}), session.screenshot());
     }
 }
 
 std::vector<Mark> Keeper::marks() const {
     std::vector<Mark> marks;
-    const auto add = [&](bool on, const char* word, Clock::time_point start) {
+    const auto add = [&](bool on, const char* label, Clock::time_point start) {
         if (on) {
             const auto time = Clock::now() - start;
-            marks.push_back({word, std::chrono::duration_cast<std::chrono::seconds>(time)});
+            marks.push_back({label, std::chrono::duration_cast<std::chrono::seconds>(time)});
         }
     };
     add(filming(), "film", filmStart);
@@ -104,15 +104,15 @@ std::vector<Mark> Keeper::marks() const {
     return marks;
 }
 
-void Keeper::tellFiles() const {
+void Keeper::printFiles() const {
     for (const fs::path& file : shots.files()) {
         std::printf("saved %s\n", file.c_str());
     }
 }
 
-void Keeper::tellDigest() const {
+void Keeper::printDigest() const {
     if (digestWanted) {
-        std::printf("velocity %s\n", hex(session.seen().velocityDigest()).c_str());
+        std::printf("velocity %s\n", hex(session.effectProbe().velocityDigest()).c_str());
         std::fflush(stdout);
     }
 }

@@ -1,4 +1,4 @@
-#include "player/window/notice.h"
+#include "player/window/toast.h"
 
 #include <cstdio>
 
@@ -10,18 +10,18 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr auto noticeTime = 4s;
+constexpr auto toastTime = 4s;
 
 }  // namespace
 
-void say(Notice& notice, const std::string& line) {
-    notice = {line, Notice::Clock::now() + noticeTime};
+void showToast(Toast& toast, const std::string& line) {
+    toast = {line, Toast::Clock::now() + toastTime};
 }
 
-void sayFailure(Notice& notice, const std::exception& error) {
+void showFailure(Toast& toast, const std::exception& error) {
     const std::string line = app::oneLine(error.what());
     std::fprintf(stderr, "velmora-player: %s\n", line.c_str());
-    say(notice, line);
+    showToast(toast, line);
 }
 
 }  // namespace player

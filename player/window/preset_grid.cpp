@@ -1,4 +1,4 @@
-#include "player/window/look_grid.h"
+#include "player/window/preset_grid.h"
 
 #include <GLES2/gl2.h>
 #include <imgui.h>
@@ -12,18 +12,18 @@
 namespace player {
 namespace {
 
-/// Into a square with a line below it; whether it was clicked.
-bool lookButton(const NamedPreset& preset, GLuint picture, float side, bool chosen) {
+/// Draws a square thumbnail with the preset's name below it. Returns true if it was clicked.
+bool presetButton(const NamedPreset& preset, GLuint thumbnail, float side, bool chosen) {
     const ImVec2 corner = ImGui::GetCursorScreenPos();
     const ImVec2 end(corner.x + side, corner.y + side);
     ImGui::PushID(preset.file.c_str());
     const float line = ImGui::GetTextLineHeight();
-    const bool clicked = ImGui::Selectable("##look", chosen, 0, ImVec2(side, side + line));
+    const bool clicked = ImGui::Selectable("##preset", chosen, 0, ImVec2(side, side + line));
     ImGui::PopID();
     ImDrawList& list = *ImGui::GetWindowDrawList();
     const float rounding = 0.3f * line;
-    if (picture != 0) {
-        const auto texture = reinterpret_cast<ImTextureID>(static_cast<std::uintptr_t>(picture));
+    if (thumbnail != 0) {
+        const auto texture = reinterpret_cast<ImTextureID>(static_cast<std::uintptr_t>(thumbnail));
         list.AddImageRounded(texture, corner, end, ImVec2(0, 0), ImVec2(1, 1), IM_COL32_WHITE,
                              rounding);
     } else {
@@ -38,19 +38,21 @@ bool lookButton(const NamedPreset& preset, GLuint picture, float side, bool chos
 
 }  // namespace
 
-const NamedPreset* drawLookGrid(const Looks& looks, Thumbnails& pictures, float width) {
+const NamedPreset* drawPresetGrid(const PresetList& presetList, Thumbnails& thumbnails,
+                                  float width) {
     const float spacing = ImGui::GetStyle().ItemSpacing.x;
-    const float smallest = 5.0f * ImGui::GetFontSize();
-    const int columns = std::max(1, static_cast<int>((width + spacing) / (smallest + spacing)));
+    const float minWidth = 5.0f * ImGui::GetFontSize();
+    const int columns = std::max(1, static_cast<int>((width + spacing) / (minWidth + spacing)));
     const float side = std::floor((width + spacing) / static_cast<float>(columns) - spacing);
     const NamedPreset* clicked = nullptr;
     int column = 0;
-    for (const NamedPreset& preset : looks.presets()) {
+    for (const NamedPreset& preset : presetList.presets()) {
         if (column > 0) {
             ImGui::SameLine();
         }
         column = (column + 1) % columns;
-        if (lookButton(preset, pictures.of(preset.file), side, preset.name == looks.name())) {
+        if (presetButton(preset, thumbnails.of(preset.file), side,
+                         preset.name == presetList.name())) {
             clicked = &preset;
         }
     }

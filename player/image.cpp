@@ -1,4 +1,4 @@
-#include "player/picture.h"
+#include "player/image.h"
 
 #include <gdk-pixbuf/gdk-pixbuf.h>
 
@@ -22,41 +22,40 @@ using hostkit::Picture;
 
 namespace {
 
-// Four bytes a pixel: 400 MB, more than any camera gives and less than most machines have.
-constexpr std::int64_t mostPixels = 100'000'000;
-/// The largest screen's: more of a picture is never shown.
-constexpr int longestSide = 4096;
-constexpr int drawnSide = 1024;
+// Decoded at 4 bytes per pixel: 400 MB. Larger than any camera image, smaller than the memory of most machines.
+constexpr std::int64_t maxPixels = 100'000'000;
+/// Longest side of a loaded image, in pixels: the longest side of a screen.
+constexpr int maxImageSide = 4096;
+constexpr int testImageSide = 1024;
 
 struct Unref {
     void operator()(GdkPixbuf* pixbuf) const { g_object_unref(pixbuf); }
 };
 using PixbufPointer = std::unique_ptr<GdkPixbuf, Unref>;
 
-/// A view of `picture`, which must outlive it.
+/// Returns a view of `picture`. The picture must outlive the view.
 PixbufPointer pixbufOf(const Picture& picture) {
-    // The toolkit has no read-only pixbuf over rows; what is done with this one follows its owner's
-    // constness.
+    // GdkPixbuf has no read-only view. Callers write only through views of non-const pictures.
     auto* rows = const_cast<std::uint8_t*>(picture.rgba.data());
     return PixbufPointer(gdk_pixbuf_new_from_data(rows, GDK_COLORSPACE_RGB, TRUE, 8, picture.width,
                                                   picture.height, 4 * picture.width, nullptr,
                                                   nullptr));
 }
 
-/// Takes over the error of a failed call.
-std::string wordsOf(GError* error) {
-    std::string words = error != nullptr ? error->message : "no reason known";
+/// Returns the message of an error and frees the error.
+std::string messageOf(GError* error) {
+    std::string message = error != nullptr ? error->message : "unknown error";
     g_clear_error(&error);
-    return words;
+    return message;
 }
 
 struct StoredSize {
     int width = 0;
     int height = 0;
-    bool tooLarge() const { return std::int64_t{width} * height > mostPixels; }
+    bool tooLarge() const { return std::int64_t{width} * height > maxPixels; }
 };
 
-/// A loader that stops before it takes the memory of a picture that is too large.
+/// Decodes an image. Stops before it allocates memory for an image that is too large.
 class Loader {
 public:
     Loader() : loader(gdk_pixbuf_loader_new()) {
@@ -66,7 +65,7 @@ public:
     Loader(const Loader&) = delete;
     Loader& operator=(const Loader&) = delete;
 
-    /// As much of the picture as its bytes give; null with the reason where that is nothing.
+    /// Returns the image, or its readable part. Returns null and sets `reason` if no part is readable.
     PixbufPointer read(const std::string& bytes, std::string& reason) {
         const auto* data = reinterpret_cast<const guchar*>(bytes.data());
         GError* error = nullptr;
@@ -76,7 +75,7 @@ public:
             g_clear_error(&error);
             return PixbufPointer(gdk_pixbuf_apply_embedded_orientation(pixbuf));
         }
-        reason = wordsOf(error);
+        reason = messageOf(error);
         return nullptr;
     }
     const StoredSize& size() const { return stored; }
@@ -86,7 +85,7 @@ private:
         auto& size = *static_cast<StoredSize*>(into);
         size = {width, height};
         if (size.tooLarge()) {
-            gdk_pixbuf_loader_set_size(from, 0, 0);  // of which every format makes an error
+            gdk_pixbuf_loader_set_size(from, 0, 0);  // every decoder rejects this size
         }
     }
 
@@ -94,10 +93,10 @@ private:
     StoredSize stored;
 };
 
-/// Whether the last byte that the format asks for is missing. Its decoders show grey, or black,
-/// from there on and say nothing.
+/// Returns true if the end of the file is missing. The decoders fill the missing part with grey or black and report
+/// no error.
 bool isCutOff(std::string_view bytes) {
-    if (bytes.starts_with("\xFF\xD8")) {  // JPEG: no end behind the last scan
+    if (bytes.starts_with("\xFF\xD8")) {  // JPEG: the end marker after the last scan
         const std::size_t scan = bytes.rfind("\xFF\xDA");
         return scan == std::string_view::npos ||
                bytes.find("\xFF\xD9", scan) == std::string_view::npos;
@@ -105,7 +104,7 @@ bool isCutOff(std::string_view bytes) {
     if (bytes.starts_with("\x89PNG")) {
         return bytes.rfind("IEND") == std::string_view::npos;
     }
-    if (bytes.starts_with("RIFF") && bytes.size() > 8) {  // WebP: its length, low byte first
+    if (bytes.starts_with("RIFF") && bytes.size() > 8) {  // WebP: the length field, little-endian
         std::uint64_t length = 0;
         for (std::size_t at = 7; at >= 4; --at) {
             length = 256 * length + static_cast<unsigned char>(bytes[at]);
@@ -115,38 +114,39 @@ bool isCutOff(std::string_view bytes) {
     return false;
 }
 
-/// The picture of a file as its camera was held.
+/// Decodes a file and applies the orientation in its metadata.
 PixbufPointer decode(const std::filesystem::path& file) {
-    const std::string bytes = readWhole(file, "picture");
+    const std::string bytes = readWhole(file, "image");
     Loader loader;
     std::string reason;
     PixbufPointer upright = loader.read(bytes, reason);
     const StoredSize& size = loader.size();
     if (size.tooLarge()) {
-        throw Failure("the picture is too large, " + std::to_string(size.width) + " x " +
-                          std::to_string(size.height) + " pixels, over 100 million",
+        throw Failure("the image is too large, " + std::to_string(size.width) + " x " +
+                          std::to_string(size.height) + " pixels; the limit is 100 million pixels",
                       file.string());
     }
     if (!upright) {
-        throw Failure("not a readable picture, " + reason, file.string());
+        throw Failure("not a readable image, " + reason, file.string());
     }
     if (isCutOff(bytes)) {
-        warn("the picture is cut off, its end is missing", file.string());
+        warn("the end of the image file is missing", file.string());
     }
     return upright;
 }
 
 }  // namespace
 
-Picture loadPicture(const std::filesystem::path& file) {
+Picture loadImage(const std::filesystem::path& file) {
     const PixbufPointer upright = decode(file);
     const int columns = gdk_pixbuf_get_width(upright.get());
     const int rows = gdk_pixbuf_get_height(upright.get());
-    const double scale = std::min(1.0, static_cast<double>(longestSide) / std::max(columns, rows));
+    const double scale = std::min(1.0, static_cast<double>(maxImageSide) / std::max(columns, rows));
     const auto scaled = [&](int side) {
         return std::max(1, static_cast<int>(std::lround(side * scale)));
     };
-    Picture picture = plainPicture(scaled(columns), scaled(rows), 0);  // where it is transparent
+    Picture picture =
+        plainImage(scaled(columns), scaled(rows), 0);  // black under transparent pixels
     gdk_pixbuf_composite(upright.get(), pixbufOf(picture).get(), 0, 0, picture.width,
                          picture.height, 0.0, 0.0, static_cast<double>(picture.width) / columns,
                          static_cast<double>(picture.height) / rows, GDK_INTERP_BILINEAR, 255);
@@ -154,28 +154,28 @@ Picture loadPicture(const std::filesystem::path& file) {
 }
 
 app::Backgrounds loadBackgrounds(const Options& options) {
-    const auto load = [](const std::filesystem::path& named, const char* usual) {
-        const std::filesystem::path file = named.empty() ? usual : named;
+    const auto load = [](const std::filesystem::path& named, const char* fallback) {
+        const std::filesystem::path file = named.empty() ? fallback : named;
         std::error_code ignored;
         return named.empty() && !std::filesystem::exists(file, ignored)
-                   ? hostkit::makeTestPicture(drawnSide, drawnSide)
-                   : loadPicture(file);
+                   ? hostkit::makeTestPicture(testImageSide, testImageSide)
+                   : loadImage(file);
     };
-    return {load(options.picture, "/usr/share/backgrounds/mate/nature/Dune.jpg"),
+    return {load(options.image, "/usr/share/backgrounds/mate/nature/Dune.jpg"),
             load(options.second, "/usr/share/backgrounds/mate/nature/RainDrops.jpg")};
 }
 
 Picture covering(const Picture& picture, int width, int height) {
     const double scale = std::max(static_cast<double>(width) / picture.width,
                                   static_cast<double>(height) / picture.height);
-    Picture cover = plainPicture(width, height, 0);
+    Picture cover = plainImage(width, height, 0);
     gdk_pixbuf_scale(pixbufOf(picture).get(), pixbufOf(cover).get(), 0, 0, width, height,
                      (width - picture.width * scale) / 2, (height - picture.height * scale) / 2,
                      scale, scale, GDK_INTERP_BILINEAR);
     return cover;
 }
 
-Picture plainPicture(int width, int height, std::uint8_t shade) {
+Picture plainImage(int width, int height, std::uint8_t shade) {
     Picture picture{width, height, {}};
     picture.rgba.resize(4 * static_cast<std::size_t>(width) * static_cast<std::size_t>(height));
     const guint32 grey = guint32{shade} * 0x01010100;
@@ -183,7 +183,7 @@ Picture plainPicture(int width, int height, std::uint8_t shade) {
     return picture;
 }
 
-Picture screenPicture(app::Size screen) {
+Picture readFrame(app::Size screen) {
     Picture picture{screen.width, screen.height, hostkit::readScreen(screen.width, screen.height)};
     for (std::size_t alpha = 3; alpha < picture.rgba.size(); alpha += 4) {
         picture.rgba[alpha] = 255;
@@ -206,7 +206,7 @@ void save(const Picture& picture, const std::filesystem::path& file, const char*
     GError* error = nullptr;
     if (!gdk_pixbuf_save_to_buffer(pixbufOf(picture).get(), &bytes, &count, format, &error, option,
                                    value, nullptr)) {
-        throw Failure(wordsOf(error), file.string());
+        throw Failure(messageOf(error), file.string());
     }
     const std::unique_ptr<gchar, decltype(&g_free)> owner(bytes, g_free);
     writeWhole(file, std::string_view(bytes, count));
@@ -215,7 +215,7 @@ void save(const Picture& picture, const std::filesystem::path& file, const char*
 }  // namespace
 
 void savePng(const Picture& picture, const std::filesystem::path& file) {
-    // A photograph barely shrinks further with more, which takes ten times as long.
+    // Higher levels take ten times as long and barely make a photograph smaller.
     save(picture, file, "png", "compression", "1");
 }
 

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <chrono>
+
+#include "player/window/keeper.h"
+#include "player/window/panel.h"
+#include "player/window/screen.h"
+#include "player/window/toast.h"
+#include "player/window/window_session.h"
+
+namespace player {
+
+/// Presents the session's frame with overlays, panel, marks and toast. Redraws only after a change.
+class Display {
+public:
+    Display(Screen& onScreen, const WindowSession& ofSession, Keeper& keptBy, Toast& withToast);
+
+    /// Requests redraws, because something other than the effect's frame may have changed.
+    void requestRedraws();
+    /// Returns true if a redraw is due even while the effect is idle.
+    bool needsRedraw() const { return redraws > 0 || keeper.filming(); }
+    /// Presents the effect's new frame if `drawn` is true, otherwise its stored frame. Takes a requested screenshot.
+    void present(const Panel& panel, bool drawn);
+
+private:
+    using Clock = std::chrono::steady_clock;
+
+    bool changed(const Panel& panel, bool drawn);
+    void drawWindows(const Panel& panel);
+    void drawOver(const Panel& panel);
+
+    Screen& screen;
+    const WindowSession& session;
+    Keeper& keeper;
+    Toast& toast;
+    int redraws = 0;
+    bool toastShown = false;
+    double rate = 0.0;
+    Clock::time_point presented{};
+};
+
+}  // namespace player

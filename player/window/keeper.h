@@ -1,0 +1,77 @@
+#pragma once
+
+#include <chrono>
+#include <filesystem>
+#include <vector>
+
+#include "player/options.h"
+#include "player/window/shots.h"
+#include "player/window/toast.h"
+#include "player/window/window_session.h"
+
+namespace player {
+
+/// Label and elapsed time of a film or a recording in progress.
+struct Mark {
+    const char* label;
+    std::chrono::seconds time;
+};
+
+/// Saves a session's output: screenshots, films, recordings and presets. Shows a toast for each file.
+/// Members that write a file throw Failure.
+class Keeper {
+public:
+    Keeper(WindowSession& ofSession, Toast& withToast, const Options& options);
+
+    /// Starts a film or finishes the current film.
+    void switchFilm();
+    bool filming() const { return shots.filming(); }
+    /// Adds the session's current frame to the film. Does nothing without a film.
+    void addToFilm();
+    /// Finishes the film. Does nothing without a film.
+    void finishFilm();
+
+    /// Starts a recording in a new file or finishes the current recording.
+    void switchRecording();
+    /// Starts a recording in `file`, which must be empty.
+    void startRecording(const std::filesystem::path& file);
+    void finishRecording();
+    /// Finishes the recording if a write to its file has failed.
+    void watchRecording();
+    /// Returns the file of the last finished recording, or an empty path.
+    const std::filesystem::path& lastRecording() const { return recorded; }
+
+    /// Finishes film and recording. Shows errors as toasts.
+    void finish();
+
+    void requestScreenshot() { shotWanted = true; }
+    bool wantsScreenshot() const { return shotWanted; }
+    /// Saves the requested screenshot of the screen.
+    void takeScreenshot();
+
+    /// Saves the settings in a new preset and returns its file.
+    std::filesystem::path savePreset();
+    /// Saves the frame on the screen as the last preset's thumbnail, unless that preset has one.
+    void addThumbnail();
+
+    std::vector<Mark> marks() const;
+    /// Prints the names of all saved files.
+    void printFiles() const;
+    /// Prints the digest of the velocity if --digest is given.
+    void printDigest() const;
+
+private:
+    using Clock = std::chrono::steady_clock;
+
+    WindowSession& session;
+    Toast& toast;
+    Shots shots;
+    std::filesystem::path presetWithoutThumbnail;
+    std::filesystem::path recorded;
+    bool digestWanted;
+    bool shotWanted = false;
+    Clock::time_point filmStart{};
+    Clock::time_point recordingStart{};
+};
+
+}  // namespace player
