@@ -1,4 +1,4 @@
-// A session as a front end drives it, on an off-screen context.
+// Tests of a session on an off-screen context, driven like by a front end.
 
 #include "app/session.h"
 
@@ -66,8 +66,8 @@ protected:
     app::Session session{frontEnd(), start};
 };
 
-TEST_F(SessionTest, AReplayShowsWhatWasRecorded) {
-    drag(90, -12);  // an earlier gesture leaves no trace
+TEST_F(SessionTest, AReplayDrawsTheSamePixelsAsTheRecording) {
+    drag(90, -12);  // an earlier gesture must not affect the recording
     session.settings.ink = {1.0f, 0.4f, 0.4f};
     session.startRecording();
     drag();
@@ -82,7 +82,7 @@ TEST_F(SessionTest, AReplayShowsWhatWasRecorded) {
 
     session.settings.ink = {0.4f, 0.4f, 1.0f};
     session.startReplay(*recorded);
-    session.press(start, 5, 5, 1.0f);  // the script has the only finger
+    session.press(start, 5, 5, 1.0f);  // touches are ignored during a replay
     frames(20);
     EXPECT_TRUE(session.isReplaying());
     frames(1);
@@ -110,7 +110,7 @@ TEST_F(SessionTest, ANewSizeEndsARecordingAndScalesAReplay) {
     EXPECT_TRUE(session.isReplaying());
 }
 
-TEST_F(SessionTest, RestsOnceNothingMoves) {
+TEST_F(SessionTest, IsIdleOnlyIfNothingMoves) {
     EXPECT_FALSE(session.isIdle()) << "before the first frame";
     frames(1);
     EXPECT_TRUE(session.isIdle());
@@ -134,13 +134,13 @@ TEST_F(SessionTest, RestsOnceNothingMoves) {
     EXPECT_TRUE(session.isIdle() && !session.mayShowInk());
 }
 
-TEST_F(SessionTest, AttractModeDrawsForAnIdleUserAndLeavesTheSettings) {
+TEST_F(SessionTest, AttractModeDrawsForAnIdleUserAndKeepsTheSettings) {
     const app::Settings before = session.settings;
     session.startAttractModeIfIdle(start + 5s, true);
-    EXPECT_FALSE(session.attractMode().isRunning()) << "the front end is busy";
+    EXPECT_FALSE(session.attractMode().isRunning()) << "while the front end is busy";
     session.startRecording();
     session.startAttractModeIfIdle(start + 1h, false);
-    EXPECT_FALSE(session.attractMode().isRunning()) << "a recording is the user's";
+    EXPECT_FALSE(session.attractMode().isRunning()) << "during a recording";
     session.finishRecording();
     session.startAttractModeIfIdle(start + 1h + 5s, false);
     ASSERT_TRUE(session.attractMode().isRunning());
@@ -154,7 +154,7 @@ TEST_F(SessionTest, AttractModeDrawsForAnIdleUserAndLeavesTheSettings) {
     EXPECT_TRUE(session.hasActions()) << "lifts the finger";
 }
 
-TEST_F(SessionTest, WaterOnlyStartsAnewWithoutInk) {
+TEST_F(SessionTest, WaterOnlyRestartsWithoutInk) {
     drag();
     session.settings.waterOnly = true;
     frames(1);
@@ -162,7 +162,7 @@ TEST_F(SessionTest, WaterOnlyStartsAnewWithoutInk) {
     EXPECT_FALSE(session.mayShowInk());
 }
 
-TEST_F(SessionTest, ALostContextIsSetUpAgainAndIsPartOfARecording) {
+TEST_F(SessionTest, ALostContextIsReplacedAndRecorded) {
     session.startRecording();
     frames(1);
     const Pixels before = shown();
@@ -175,7 +175,7 @@ TEST_F(SessionTest, ALostContextIsSetUpAgainAndIsPartOfARecording) {
     EXPECT_TRUE(std::holds_alternative<hostkit::LoseContext>(recorded->events.back().action));
 }
 
-TEST_F(SessionTest, ThePictureBeforeBecomesTheSecondBackground) {
+TEST_F(SessionTest, ThePreviousBackgroundBecomesTheSecond) {
     frames(1);
     const Pixels first = shown();
     session.showPicture(hostkit::makeSheen(160));
@@ -186,7 +186,7 @@ TEST_F(SessionTest, ThePictureBeforeBecomesTheSecondBackground) {
     EXPECT_EQ(shown(), first);
 }
 
-TEST_F(SessionTest, QualityDrawsACoarserMeshOverTheSameWater) {
+TEST_F(SessionTest, LowerQualityDrawsACoarserMeshOfTheSameWater) {
     session.settings.meshDetail = 60;
     frames(1);
     EXPECT_EQ(session.water().columns, 60);
