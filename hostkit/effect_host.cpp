@@ -72,7 +72,7 @@ EffectHost::EffectHost(EffectHostOptions hostOptions)
 void EffectHost::replaceWater(WaterSettings settings) {
     WaterDriver water = makeWater(environment, options.width, options.height, settings);
     if (waterDriver) {
-        carryWaves(*waterDriver, water);
+        resampleWaves(*waterDriver, water);
         releaseWater(*waterDriver, environment);
     }
     waterDriver = water;
@@ -145,12 +145,12 @@ void EffectHost::apply(const ScriptAction& action) {
 void EffectHost::touch(const Touch& event) {
     native::onTouch(environment.env(), nullptr, toPixel(event.x), toPixel(event.y),
                     static_cast<jint>(event.action), event.pressure);
-    strikeWater(event);
+    addRipples(event);
     const bool ends = event.action == TouchAction::up || event.action == TouchAction::cancel;
     lastTouch = ends ? std::nullopt : std::optional(event);
 }
 
-void EffectHost::strikeWater(const Touch& event) {
+void EffectHost::addRipples(const Touch& event) {
     if (event.action == TouchAction::down) {
         rippleAt(*waterDriver, environment, event.x, event.y, options.look.downRipple);
     }
@@ -162,10 +162,10 @@ void EffectHost::strikeWater(const Touch& event) {
     const double cellSize = static_cast<double>(options.width) / waterDriver->columns;
     const double cells = std::hypot(distanceX, distanceY) / cellSize;
     const double spacing = rippleSpacing * waterDriver->settings.rippleRadius / coneRadius;
-    const int strikes =
+    const int ripples =
         static_cast<int>(std::clamp(std::ceil(cells / spacing), 0.0, maxRipplesPerMove));
-    for (int strike = 1; strike <= strikes; ++strike) {
-        const double fraction = static_cast<double>(strike) / strikes;
+    for (int ripple = 1; ripple <= ripples; ++ripple) {
+        const double fraction = static_cast<double>(ripple) / ripples;
         rippleAt(*waterDriver, environment, lastTouch->x + distanceX * fraction,
                  lastTouch->y + distanceY * fraction, options.look.moveRipple);
     }

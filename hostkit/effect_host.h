@@ -149,7 +149,7 @@ private:
     void setUpContext();
     void loadTexture(Picture& picture, int index);
     void apply(const ScriptAction& action);
-    void strikeWater(const Touch& touch);
+    void addRipples(const Touch& touch);
 
     EffectHostOptions options;
     JniEnvironment ownEnvironment;

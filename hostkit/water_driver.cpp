@@ -124,7 +124,7 @@ WaterDriver makeWater(JniEnvironment& jni, int screenWidth, int screenHeight,
     return water;
 }
 
-void carryWaves(const WaterDriver& from, WaterDriver& to) {
+void resampleWaves(const WaterDriver& from, WaterDriver& to) {
     const auto resample = [&](jfloatArray source, jfloatArray destination, float factor) {
         const std::span<const float> cells = JniEnvironment::elements(source);
         const std::span<float> resampled = JniEnvironment::elements(destination);

@@ -99,7 +99,7 @@ WaterDriver makeWater(JniEnvironment& jni, int screenWidth, int screenHeight,
 /// Copies the waves of one water to another of the same screen. Grid, mesh and step rate may differ.
 /// @param from water with the waves
 /// @param to water that receives heights, velocities and time
-void carryWaves(const WaterDriver& from, WaterDriver& to);
+void resampleWaves(const WaterDriver& from, WaterDriver& to);
 
 /// Releases the arrays of a water. The water must not be used afterwards.
 /// @param water water to release

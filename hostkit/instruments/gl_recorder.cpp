@@ -212,11 +212,11 @@ bool enter(const char* function) {
 }
 
 /// Runs the hook `after` at the end of its scope. Each forwarding function declares one.
-struct Leaving {
-    Leaving() = default;
-    Leaving(const Leaving&) = delete;
-    Leaving& operator=(const Leaving&) = delete;
-    ~Leaving() {
+struct AfterHook {
+    AfterHook() = default;
+    AfterHook(const AfterHook&) = delete;
+    AfterHook& operator=(const AfterHook&) = delete;
+    ~AfterHook() {
         if (glRecorder().after && !knowledge().insideHook) {
             glRecorder().after();
         }
@@ -389,7 +389,7 @@ using namespace hostkit;  // NOLINT(google-build-using-namespace): GL functions 
 
 #define HOSTKIT_REAL(function)                                             \
     static auto* const real = realFunction<decltype(function)>(#function); \
-    const Leaving leaving
+    const AfterHook afterHook
 
 /// Defines the forwarding function of a GL function without a result. The macro's arguments are its name, its
 /// parameters, the forwarded arguments, a statement that updates the recorder's knowledge, and the arguments to show.

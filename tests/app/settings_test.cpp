@@ -52,7 +52,7 @@ struct Pond {
         settings.meshDetail = detail;
         const WaterDriver old = water;
         water = hostkit::makeWater(jni, side, side, app::waterOf(settings));
-        hostkit::carryWaves(old, water);
+        hostkit::resampleWaves(old, water);
     }
 };
 

@@ -18,7 +18,7 @@ int channel(const Pixels& pixels, int width, int x, int y, int part) {
     return pixels[static_cast<std::size_t>((y * width + x) * 4 + part)];
 }
 
-EffectHostOptions small(int width, int height, bool ink) {
+EffectHostOptions smallHost(int width, int height, bool ink) {
     // A smooth background, so that a small shift changes pixels only a little.
     const Picture ramps{2, 2, {0, 0, 0, 255, 255, 0, 0, 255, 0, 255, 0, 255, 255, 255, 0, 255}};
     return {.width = width, .height = height, .inkEnabled = ink, .background = ramps};
@@ -26,7 +26,7 @@ EffectHostOptions small(int width, int height, bool ink) {
 
 TEST(EffectHost, FlatWaterShowsTheWholeBackgroundUpright) {
     for (const auto& [width, height] : {std::pair{120, 200}, std::pair{200, 120}}) {
-        EffectHost host(small(width, height, false));
+        EffectHost host(smallHost(width, height, false));
         host.frame();
         const Pixels pixels = host.pixels();
         // Red increases to the right and green downwards, in a ramp over the middle half of the image.
@@ -42,7 +42,7 @@ TEST(EffectHost, FlatWaterShowsTheWholeBackgroundUpright) {
 }
 
 TEST(EffectHost, ATouchMakesRipplesAndInkAtTheFinger) {
-    EffectHost host(small(240, 400, true));
+    EffectHost host(smallHost(240, 400, true));
     host.frame();
     const Pixels before = host.pixels();
     const ScriptEvent events[] = {{0, InkColor{1.0f, 0.0f, 0.0f}},
@@ -64,7 +64,7 @@ TEST(EffectHost, ATouchMakesRipplesAndInkAtTheFinger) {
 }
 
 TEST(EffectHost, AReplacedContextDrawsTheSamePixels) {
-    EffectHostOptions options = small(120, 200, true);
+    EffectHostOptions options = smallHost(120, 200, true);
     CheckedJni jni({ArrayAccess::copy, 32});
     options.jni = &jni;
     EffectHost host(options);
@@ -88,7 +88,7 @@ TEST(EffectHost, AReplacedContextDrawsTheSamePixels) {
 TEST(EffectProbe, ObservesVelocitiesInkAndTimes) {
     for (const bool ink : {true, false}) {
         EffectProbe probe;
-        EffectHost host(small(240, 400, ink));
+        EffectHost host(smallHost(240, 400, ink));
         probe.watch(240, 400, ink);
         probe.draw(host);
         const Digest digestAtRest = probe.velocityDigest();

@@ -125,7 +125,7 @@ TEST(WaterDriver, ANewMeshDoesNotChangeTheWaves) {
     rippleAt(water, jni, 45, 80, 1.0f);
     advanceWater(water, jni, 40ms);
     WaterDriver coarse = makeWater(jni, 90, 160, {.cellsPerVertex = 3});
-    carryWaves(water, coarse);
+    resampleWaves(water, coarse);
     for (WaterDriver* each : {&water, &coarse}) {
         advanceWater(*each, jni, 60ms);
     }
@@ -172,7 +172,7 @@ TEST(WaterDriver, ResampledWavesStayWithinTheirHeights) {
     for (std::size_t cell = 0; cell < heights.size(); ++cell) {
         heights[cell] = static_cast<float>(cell % 5) - 2.0f;
     }
-    carryWaves(coarse, fine);
+    resampleWaves(coarse, fine);
     const auto [min, max] = std::ranges::minmax(JniEnvironment::elements(fine.height));
     EXPECT_GE(min, -2.0f);
     EXPECT_LE(max, 2.0f);
