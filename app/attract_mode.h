@@ -20,8 +20,8 @@ public:
     /// Turns attract mode on or off. It does not stop strokes that already run.
     void turn(bool isOn) { on = isOn; }
 
-    /// Restarts the idle time at user input. `touched` is true if the user touched the water. Attract mode then waits
-    /// longer from now on.
+    /// Restarts the idle time at user input. `touched` is true if the user touched the water. From then on, attract
+    /// mode waits longer.
     void noteInput(Clock::time_point now, bool touched);
     /// Restarts the idle time without user input, for example while a recording runs.
     void postpone(Clock::time_point now);

@@ -36,7 +36,7 @@ struct Quality {
     QualityPhase phase = QualityPhase::fixed;
     /// Index in `qualityLevels`; 0 is full detail.
     int level = 0;
-    /// Highest index that helps on this machine.
+    /// Highest index to use on this machine. It decreases if a reduction of pixels did not help.
     int lastLevel = maxQualityLevel;
     /// True if the last change of the level increased the detail.
     bool raised = false;

@@ -155,7 +155,7 @@ private:
     std::optional<int> attractStroke;
     /// Ink of that stroke. Empty if the stroke has the ink of the settings. Does not change `settings.ink`.
     std::optional<std::array<float, 3>> attractInk;
-    /// Last ink of a script or of another action. Empty if there was none.
+    /// Last ink that an action set. Empty if there was none.
     std::optional<std::array<float, 3>> scriptInk;
     /// Ink that the user chose before a script replaced it.
     std::array<float, 3> userInk{};

@@ -71,13 +71,13 @@ constexpr SettingField<float> numberFields[] = {
      "Distance that a wave runs in a second. 1 is the shorter side of the screen."},
     {"ripple", "ripple strength", &Settings::ripple, 0.0f, 6.0f, Group::water,
      "Height of the ripples of a touch."},
-    {"rain", "rain, drops/s", &Settings::rain, 0.0f, 40.0f, Group::water,
+    {"rain", "rain (drops/s)", &Settings::rain, 0.0f, 40.0f, Group::water,
      "Number of raindrops per second."},
     {"timeScale", "time scale", &Settings::timeScale, 0.05f, 2.0f, Group::water,
      "Speed of the effect. 1 is real time, and lower values are slow motion."},
     {"refractiveIndex", "refractive index", &Settings::refractiveIndex, 1.0f, 2.0f, Group::light,
      "How much waves distort the background. 1 is no distortion, and 1.33 is water."},
-    {"sheen", "sheen", &Settings::sheen, 0.0f, 1.0f, Group::light,
+    {"sheen", "reflection", &Settings::sheen, 0.0f, 1.0f, Group::light,
      "Strength of the reflections on waves."},
     {"fresnel", "fresnel", &Settings::fresnel, 0.0f, 3.0f, Group::light,
      "Extra reflection on slopes that face the light at the lower right."},
@@ -91,7 +91,7 @@ constexpr SettingField<float> numberFields[] = {
 constexpr SettingField<int> countFields[] = {
     {"meshDetail", "mesh detail", &Settings::meshDetail, 24, 180, Group::water,
      "Number of water cells along the shorter side. More cells show finer waves, but each frame "
-     "takes longer. The speed of the waves stays."},
+     "takes longer. The speed of the waves does not change."},
 };
 constexpr SettingField<bool> switchFields[] = {
     {"secondBackground", "second background", &Settings::secondBackground, false, true,

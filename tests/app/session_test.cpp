@@ -58,7 +58,7 @@ protected:
         session.lift(TouchAction::up, x + 7 * step, 96);
         frames(1);
     }
-    Pixels shown() const { return hostkit::readScreen(screen.width, screen.height); }
+    Pixels screenPixels() const { return hostkit::readScreen(screen.width, screen.height); }
 
     std::optional<hostkit::GlContext> context{std::in_place, 160, 160};
     std::optional<GestureScript> recorded;
@@ -74,7 +74,7 @@ TEST_F(SessionTest, AReplayDrawsTheSamePixelsAsTheRecording) {
     session.settings.ink = {0.4f, 1.0f, 0.4f};
     session.add(hostkit::LoseContext{});
     drag();
-    const Pixels last = shown();
+    const Pixels last = screenPixels();
     session.finishRecording();
     ASSERT_TRUE(recorded);
     EXPECT_EQ(events, recorded->events.size());
@@ -87,7 +87,7 @@ TEST_F(SessionTest, AReplayDrawsTheSamePixelsAsTheRecording) {
     EXPECT_TRUE(session.isReplaying());
     frames(1);
     EXPECT_FALSE(session.isReplaying());
-    EXPECT_EQ(shown(), last);
+    EXPECT_EQ(screenPixels(), last);
     EXPECT_EQ(session.settings.ink, (std::array{0.4f, 1.0f, 0.4f}));
     EXPECT_EQ(session.userSettings().ink, (std::array{0.4f, 0.4f, 1.0f}));
 }
@@ -145,9 +145,9 @@ TEST_F(SessionTest, AttractModeDrawsForAnIdleUserAndKeepsTheSettings) {
     session.startAttractModeIfIdle(start + 1h + 5s, false);
     ASSERT_TRUE(session.attractMode().isRunning());
     frames(1);
-    const Pixels first = shown();
+    const Pixels first = screenPixels();
     frames(20);
-    EXPECT_NE(shown(), first);
+    EXPECT_NE(screenPixels(), first);
     EXPECT_TRUE(session.settings == before);
     session.noteInput(start + 1h + 6s);
     EXPECT_FALSE(session.attractMode().isRunning());
@@ -165,25 +165,25 @@ TEST_F(SessionTest, WaterOnlyRestartsWithoutInk) {
 TEST_F(SessionTest, ALostContextIsReplacedAndRecorded) {
     session.startRecording();
     frames(1);
-    const Pixels before = shown();
+    const Pixels before = screenPixels();
     context.reset();
     context.emplace(160, 160);
     session.regainContext();
     frames(1);
-    EXPECT_EQ(shown(), before);
+    EXPECT_EQ(screenPixels(), before);
     session.finishRecording();
     EXPECT_TRUE(std::holds_alternative<hostkit::LoseContext>(recorded->events.back().action));
 }
 
 TEST_F(SessionTest, ThePreviousBackgroundBecomesTheSecond) {
     frames(1);
-    const Pixels first = shown();
+    const Pixels first = screenPixels();
     session.showPicture(hostkit::makeSheen(160));
     frames(1);
-    EXPECT_NE(shown(), first);
+    EXPECT_NE(screenPixels(), first);
     session.settings.secondBackground = true;
     frames(1);
-    EXPECT_EQ(shown(), first);
+    EXPECT_EQ(screenPixels(), first);
 }
 
 TEST_F(SessionTest, LowerQualityDrawsACoarserMeshOfTheSameWater) {
