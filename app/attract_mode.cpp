@@ -11,20 +11,24 @@ using hostkit::Touch;
 using hostkit::TouchAction;
 using namespace std::chrono_literals;
 
-/// Idle time before the first touch, so that a new user soon sees the effect move.
+/// Idle time before the first touch. It is short, so that a new user soon sees the effect move.
 constexpr std::chrono::seconds firstIdleTime = 4s;
-/// Idle time once the user has touched the water.
+/// Idle time after the user has touched the water.
 constexpr std::chrono::seconds idleTime = 20s;
+/// Duration of a stroke in frames.
 constexpr int strokeFrames = 110;
-/// Frames of a stroke and the pause after it.
+/// Duration of a stroke and the pause after it in frames.
 constexpr int cycleFrames = 300;
+/// Number of strokes before attract mode ends.
 constexpr int cycles = 3;
+/// Pressure of the strokes, 0 to 1.
 constexpr float pressure = 0.5f;
 
-/// Returns the point of stroke `cycle` at `part` of its length, from 0 to 1. Each stroke is turned against the last.
-Touch point(TouchAction action, int cycle, double part, Size screen) {
+/// Returns the touch event at a point of stroke `cycle`. `progress` is 0 at the start of the stroke and 1 at its end.
+/// Each stroke is rotated relative to the previous stroke.
+Touch touchAt(TouchAction action, int cycle, double progress, Size screen) {
     const double turn = 2.4 * cycle;
-    const double angle = turn + 3.6 * part;
+    const double angle = turn + 3.6 * progress;
     const double shortSide = std::min(screen.width, screen.height);
     const double radius = shortSide * (0.18 + 0.14 * std::sin(2.0 * angle + turn));
     return {action, screen.width * (0.5 + 0.12 * std::cos(turn)) + radius * std::cos(angle),
@@ -36,7 +40,7 @@ Touch point(TouchAction action, int cycle, double part, Size screen) {
 
 void AttractMode::noteInput(Clock::time_point now, bool touched) {
     everTouched = everTouched || touched;
-    rests = false;
+    finished = false;
     lastInput = now;
 }
 
@@ -45,7 +49,7 @@ void AttractMode::postpone(Clock::time_point now) {
 }
 
 std::optional<std::chrono::nanoseconds> AttractMode::untilStart(Clock::time_point now) const {
-    if (!on || rests || isRunning()) {
+    if (!on || finished || isRunning()) {
         return std::nullopt;
     }
     const Clock::time_point start = lastInput + (everTouched ? idleTime : firstIdleTime);
@@ -61,18 +65,18 @@ void AttractMode::startIfIdle(Clock::time_point now) {
 std::vector<ScriptAction> AttractMode::next(Size screen) {
     if (frame >= cycles * cycleFrames) {
         frame = -1;
-        rests = true;
+        finished = true;
         return {};
     }
     const int cycle = frame / cycleFrames;
-    const int at = frame++ % cycleFrames;
-    if (at > strokeFrames) {
+    const int cycleFrame = frame++ % cycleFrames;
+    if (cycleFrame > strokeFrames) {
         return {};
     }
-    const TouchAction action = at == 0              ? TouchAction::down
-                               : at == strokeFrames ? TouchAction::up
-                                                    : TouchAction::move;
-    return {point(action, cycle, static_cast<double>(at) / strokeFrames, screen)};
+    const TouchAction action = cycleFrame == 0              ? TouchAction::down
+                               : cycleFrame == strokeFrames ? TouchAction::up
+                                                            : TouchAction::move;
+    return {touchAt(action, cycle, static_cast<double>(cycleFrame) / strokeFrames, screen)};
 }
 
 std::optional<int> AttractMode::stroke() const {

@@ -10,39 +10,41 @@
 
 namespace app {
 
-/// Attract mode: gentle strokes that show the effect when no user is present. It starts after some idle seconds, ends
-/// when the user returns, and rests after three strokes, so that a device nobody watches can sleep.
+/// Attract mode: gentle strokes that show the effect when no user is present. It starts after a few idle seconds and
+/// stops at any user input. After three strokes it waits for user input, so that an unattended device can sleep.
 class AttractMode {
 public:
     explicit AttractMode(Clock::time_point now) : lastInput(now) {}
 
     bool isOn() const { return on; }
+    /// Turns attract mode on or off. It does not stop strokes that already run.
     void turn(bool isOn) { on = isOn; }
 
-    /// Notes input of the user; `touched`: by touching the water, after which attract mode waits longer.
+    /// Restarts the idle time at user input. `touched` is true if the user touched the water. From then on, attract
+    /// mode waits longer.
     void noteInput(Clock::time_point now, bool touched);
-    /// Notes that something else holds attract mode back: the idle time begins anew.
+    /// Restarts the idle time without user input, for example while a recording runs.
     void postpone(Clock::time_point now);
     bool isRunning() const { return frame >= 0; }
-    /// Returns the number of the current stroke, or of the last stroke during the pause after it. Counts from 0; empty
-    /// while attract mode does not run.
+    /// Returns the number of the current stroke, from 0. The pause after a stroke counts as part of it. Empty if
+    /// attract mode does not run.
     std::optional<int> stroke() const;
-    /// Returns the time until attract mode starts by itself; empty: it runs already, is off, or rests.
+    /// Returns the time until attract mode starts. Empty if it is running, is off, or waits for user input.
     std::optional<std::chrono::nanoseconds> untilStart(Clock::time_point now) const;
-    /// Starts attract mode if its time has come.
+    /// Starts attract mode if the idle time is over.
     void startIfIdle(Clock::time_point now);
-    /// Returns the actions of the next frame: strokes along slow curves, with pauses in which the ink fades.
+    /// Returns the actions of the next frame. The strokes follow slow curves, with pauses in which the ink fades.
     std::vector<hostkit::ScriptAction> next(Size screen);
-    /// Stops; the actions end a stroke that has begun.
+    /// Stops attract mode. Returns the actions that end an unfinished stroke.
     std::vector<hostkit::ScriptAction> stop();
 
 private:
     bool on = true;
-    /// Of the next frame; -1: attract mode does not run.
+    /// Number of the next frame; -1 if attract mode does not run.
     int frame = -1;
     bool everTouched = false;
-    /// Three strokes brought no user.
-    bool rests = false;
+    /// True after three strokes without user input.
+    bool finished = false;
     Clock::time_point lastInput;
 };
 

@@ -7,21 +7,22 @@
 
 namespace app {
 
-/// The one finger of the effect, whichever pointer moves it. It reports at most one move a frame, as a phone's touch
-/// screen does, because the library measures speed between moves. Positions are in pixels of the screen.
+/// The single finger of the effect. Any pointer can move it. It reports at most one move per frame, like the touch
+/// screen of a phone, because the library measures speed between moves. Positions are in pixels of the screen, y down.
 class Finger {
 public:
     bool isPressed() const { return pressed; }
+    /// Puts the finger down. Does nothing if it is already down.
     void press(double x, double y, float pressure);
-    /// Moves a pressed finger. Leaving the screen cancels its stroke.
+    /// Moves the finger if it is down. A position outside the screen cancels the stroke.
     void move(double x, double y, float pressure, Size screen);
-    /// Ends the stroke of a pressed finger by an up or a cancel.
+    /// Ends the stroke with an up or cancel event if the finger is down.
     void end(hostkit::TouchAction action, double x, double y);
 
     bool hasActions() const { return !actions.empty(); }
-    /// Returns the actions since the last call.
+    /// Returns and removes the actions since the last call.
     std::vector<hostkit::ScriptAction> takeActions();
-    /// Drops the stroke: the effect starts anew and knows of no finger.
+    /// Lifts the finger without an event and removes all actions. Call it when the effect restarts.
     void reset();
 
 private:

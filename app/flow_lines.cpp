@@ -7,13 +7,15 @@
 namespace app {
 namespace {
 
+/// Approximate maximum number of lines across the screen.
 constexpr int maxLinesAcross = 30;
-/// Slower flows are noise of the encoding.
+/// Minimum speed of a line. The 8-bit encoding hides slower flows in noise.
 constexpr float minSpeed = 0.25f;
-/// In distances between neighbouring lines.
+/// Maximum length of a line, as a multiple of the distance between lines.
 constexpr float maxLength = 2.5f;
 
-/// Returns a component, which two bytes hold as 255 * high + low with an offset of 127.
+/// Returns a velocity component. The first byte holds the integer part plus 127, and the second holds the fraction in
+/// units of 1/255.
 float decode(const std::uint8_t* bytes) {
     return static_cast<float>(bytes[0]) + static_cast<float>(bytes[1]) / 255.0f - 127.0f;
 }

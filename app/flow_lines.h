@@ -6,20 +6,20 @@
 
 namespace app {
 
-/// A line of the velocity overlay, in pixels of the screen with y down.
+/// A line of the velocity overlay. Positions are in pixels of the screen, y down.
 struct FlowLine {
     float x;
     float y;
     float endX;
     float endY;
-    /// Speed as a colour, from 0, slow, to 1.
+    /// Speed for choosing a colour, from 0 (slow) to 1 (fast).
     float heat;
-    /// Opacity, low where little moves.
+    /// Opacity, 0.2 to 0.9. It increases with the speed.
     float strength;
 };
 
-/// Returns lines along the flow of a velocity texture, RGBA8 with the bottom row first, for a screen of that size: at
-/// most one a cell, and few enough to tell them apart.
+/// Returns lines along the flow of a velocity texture. Chooses cells so that the lines remain distinguishable. `rgba`
+/// has columns * rows texels, bottom row first. `width` and `height` are the screen size in pixels.
 std::vector<FlowLine> flowLines(std::span<const std::uint8_t> rgba, int columns, int rows,
                                 float width, float height);
 

@@ -9,11 +9,11 @@ namespace {
 
 using std::chrono::nanoseconds;
 
-/// A display's frames come a little early or late; a frame that is this much early counts as due.
-constexpr nanoseconds early = frameTime / 8;
-/// Longest time between two calls that counts, unless a frame of slow motion takes longer. The water waits out the rest,
-/// such as a machine's sleep.
-constexpr nanoseconds longestGap = std::chrono::milliseconds(250);
+/// Tolerance for display frames that are early: a frame that is early by at most this time counts as due.
+constexpr nanoseconds earlyTolerance = frameTime / 8;
+/// Maximum time between two calls that counts, unless a frame of slow motion is longer. The effect skips the rest, for
+/// example while the machine sleeps.
+constexpr nanoseconds maxGap = std::chrono::milliseconds(250);
 
 nanoseconds scaled(nanoseconds time, double scale) {
     return nanoseconds(std::llround(static_cast<double>(time.count()) * scale));
@@ -28,16 +28,16 @@ FrameClock::Due FrameClock::take(Clock::time_point now, float timeScale, bool ex
         return {1, frameTime};
     }
     const double scale = static_cast<double>(timeScale);
-    const nanoseconds longest = std::max(longestGap, scaled(frameTime, 1.0 / scale));
-    owed += scaled(std::clamp(gap, nanoseconds(0), longest), scale);
-    const auto whole = static_cast<int>((owed + early) / frameTime);
-    if (whole < 1) {
+    const nanoseconds maxCounted = std::max(maxGap, scaled(frameTime, 1.0 / scale));
+    owed += scaled(std::clamp(gap, nanoseconds(0), maxCounted), scale);
+    const auto framesOwed = static_cast<int>((owed + earlyTolerance) / frameTime);
+    if (framesOwed < 1) {
         return {0, frameTime};
     }
-    const int max = std::max(1, static_cast<int>(std::ceil(timeScale)));
-    const int frames = std::min(whole, max);
-    const nanoseconds elapsed = exact || whole <= max ? frameTime : owed / frames;
-    owed = whole <= max ? owed - whole * frameTime : nanoseconds(0);
+    const int maxFrames = std::max(1, static_cast<int>(std::ceil(timeScale)));
+    const int frames = std::min(framesOwed, maxFrames);
+    const nanoseconds elapsed = exact || framesOwed <= maxFrames ? frameTime : owed / frames;
+    owed = framesOwed <= maxFrames ? owed - framesOwed * frameTime : nanoseconds(0);
     return {frames, elapsed};
 }
 

@@ -5,39 +5,40 @@
 namespace app {
 namespace {
 
-/// Frames without a touch after which ink has begun to fade.
+/// Number of idle frames after which the ink has started to fade.
 constexpr int framesBeforeFading = 60;
-/// Frames between two pictures that are compared to see whether the ink still fades.
-constexpr int framesBetweenPictures = 30;
+/// Number of frames between two digests that are compared. Equal digests mean that the ink no longer fades.
+constexpr int framesBetweenDigests = 30;
 
 }  // namespace
 
 void IdleWatch::start() {
-    mayInk = false;
-    disturb();
+    inkPossible = false;
+    noteChange();
 }
 
 void IdleWatch::noteTouch() {
-    mayInk = true;
-    disturb();
+    inkPossible = true;
+    noteChange();
 }
 
-void IdleWatch::disturb() {
-    quietFrames = 0;
+void IdleWatch::noteChange() {
+    waterIdleFrames = 0;
     idle = false;
 }
 
-void IdleWatch::see(bool waterRests, const std::function<std::uint64_t()>& digest) {
-    if (!waterRests) {
-        disturb();
+void IdleWatch::noteFrame(bool waterIdle, const std::function<std::uint64_t()>& digest) {
+    if (!waterIdle) {
+        noteChange();
         return;
     }
-    ++quietFrames;
-    if (!mayInk) {
+    ++waterIdleFrames;
+    if (!inkPossible) {
         idle = true;
-    } else if (quietFrames >= framesBeforeFading && quietFrames % framesBetweenPictures == 0) {
-        const std::uint64_t picture = digest();
-        idle = std::exchange(lastDigest, picture) == picture;
+    } else if (waterIdleFrames >= framesBeforeFading &&
+               waterIdleFrames % framesBetweenDigests == 0) {
+        const std::uint64_t current = digest();
+        idle = std::exchange(lastDigest, current) == current;
     }
 }
 

@@ -5,27 +5,28 @@
 
 namespace app {
 
-/// Detects that another frame would show the same picture, so that no more frames are needed.
+/// Detects whether the next frame would look the same, so that the front end can stop drawing.
 class IdleWatch {
 public:
     bool isIdle() const { return idle; }
-    /// Returns whether ink may be on the screen. Faded ink leaves a static residue, so this stays true until `start`.
-    bool mayShowInk() const { return mayInk; }
+    /// Returns true if ink may be on the screen. Faded ink leaves a static residue, so the result stays true until
+    /// `start`.
+    bool mayShowInk() const { return inkPossible; }
 
-    /// Notes a start of the effect or a clear: no ink is on the screen.
+    /// Restarts detection without ink. Call it when the effect starts and when the ink is cleared.
     void start();
-    /// Notes a touch, which may leave ink.
+    /// Notes a touch, which may deposit ink. Ends the idle state.
     void noteTouch();
-    /// Notes that something changed.
-    void disturb();
-    /// Looks at a frame that was drawn. `digest` returns a digest of the picture; it is called in few frames, because
-    /// reading a picture is slow.
-    void see(bool waterRests, const std::function<std::uint64_t()>& digest);
+    /// Notes any other change of the image. Ends the idle state.
+    void noteChange();
+    /// Notes a drawn frame. `digest` returns a digest of the screen. It is called in few frames, because reading the
+    /// screen is slow.
+    void noteFrame(bool waterIdle, const std::function<std::uint64_t()>& digest);
 
 private:
-    bool mayInk = false;
+    bool inkPossible = false;
     bool idle = false;
-    int quietFrames = 0;
+    int waterIdleFrames = 0;
     std::uint64_t lastDigest = 0;
 };
 

@@ -13,44 +13,50 @@ namespace {
 using Color = std::array<double, 3>;
 
 constexpr int hueBins = 36;
-/// More pixels than that say nothing more about a picture.
-constexpr std::size_t mostSamples = 40'000;
-/// The blue of the default ink, against pictures without colours.
-constexpr double usualHue = 206.0;
-constexpr double leastChroma = 0.03;
-/// Of the dominant colour's light, what thick ink is to leave.
-constexpr double leastLight = 0.25;
-constexpr double darkestOfAll = 0.3;
-constexpr double lightestDark = 0.65;
-/// Of the hues around the complement.
-constexpr double widestTurn = 50.0;
+/// Approximate number of pixels to sample. More samples do not change the result visibly.
+constexpr std::size_t maxSamples = 40'000;
+/// Hue of the default ink in degrees, a blue, for images without colour.
+constexpr double defaultHue = 206.0;
+/// Minimum mean chroma of an image with colour, 0 to 1.
+constexpr double minChroma = 0.03;
+/// Minimum fraction of the light of the dominant colour that dense ink transmits.
+constexpr double minLight = 0.25;
+/// Smallest and largest value of the darkest ink channel.
+constexpr double minDarkest = 0.3;
+constexpr double maxDarkest = 0.65;
+/// Maximum distance of a variation from the complementary hue in degrees.
+constexpr double maxTurn = 50.0;
 
+/// Returns the difference between the largest and the smallest channel.
 double chroma(const Color& color) {
-    const auto [least, most] = std::minmax_element(color.begin(), color.end());
-    return *most - *least;
+    const auto [min, max] = std::minmax_element(color.begin(), color.end());
+    return *max - *min;
 }
 
-/// In degrees, of a color with chroma.
+/// Returns the hue in degrees of a colour whose chroma is not 0.
 double hueOf(const Color& color) {
     const auto [red, green, blue] = color;
-    const double most = *std::max_element(color.begin(), color.end());
-    const double sixth = most == red     ? (green - blue) / chroma(color)
-                         : most == green ? (blue - red) / chroma(color) + 2.0
-                                         : (red - green) / chroma(color) + 4.0;
+    const double max = *std::max_element(color.begin(), color.end());
+    const double sixth = max == red     ? (green - blue) / chroma(color)
+                         : max == green ? (blue - red) / chroma(color) + 2.0
+                                        : (red - green) / chroma(color) + 4.0;
     return std::fmod(60.0 * sixth + 360.0, 360.0);
 }
 
-/// Sums of the picture's colours by hue, each weighted by its chroma, and the mean chroma.
+/// Colours of an image by hue.
 struct Hues {
+    /// Sums of the colours in each range of hues, weighted by chroma.
     std::array<Color, hueBins> colors{};
+    /// Sums of the weights.
     std::array<double, hueBins> weights{};
+    /// Mean chroma of the image.
     double chroma = 0.0;
 };
 
 Hues huesOf(const hostkit::Picture& picture) {
     Hues hues;
     const std::size_t pixels = picture.rgba.size() / 4;
-    const std::size_t stride = std::max<std::size_t>(1, pixels / mostSamples);
+    const std::size_t stride = std::max<std::size_t>(1, pixels / maxSamples);
     std::size_t samples = 0;
     for (std::size_t at = 0; at < pixels; at += stride, ++samples) {
         const std::uint8_t* channels = &picture.rgba[4 * at];
@@ -59,8 +65,8 @@ Hues huesOf(const hostkit::Picture& picture) {
         if (weight > 0.0) {
             const auto bin = static_cast<std::size_t>(hueOf(color) * hueBins / 360.0) % hueBins;
             hues.weights[bin] += weight;
-            for (std::size_t part = 0; part < 3; ++part) {
-                hues.colors[bin][part] += weight * color[part];
+            for (std::size_t channel = 0; channel < 3; ++channel) {
+                hues.colors[bin][channel] += weight * color[channel];
             }
             hues.chroma += weight;
         }
@@ -69,7 +75,7 @@ Hues huesOf(const hostkit::Picture& picture) {
     return hues;
 }
 
-/// The mean colour of the three neighbouring bins that weigh most.
+/// Returns the mean colour of the three neighbouring bins with the largest weight.
 Color dominantColor(const Hues& hues) {
     double heaviest = 0.0;
     Color dominant{};
@@ -79,8 +85,8 @@ Color dominantColor(const Hues& hues) {
         Color sum{};
         for (const std::size_t near : around) {
             weight += hues.weights[near];
-            for (std::size_t part = 0; part < 3; ++part) {
-                sum[part] += hues.colors[near][part];
+            for (std::size_t channel = 0; channel < 3; ++channel) {
+                sum[channel] += hues.colors[near][channel];
             }
         }
         if (weight > heaviest) {
@@ -91,15 +97,16 @@ Color dominantColor(const Hues& hues) {
     return dominant;
 }
 
-double light(const Color& color) {
+/// Returns the luma of a colour.
+double luma(const Color& color) {
     return 0.3 * color[0] + 0.59 * color[1] + 0.11 * color[2];
 }
 
-/// Returns the colour of the background under ink of the highest density.
+/// Returns a background colour as seen through ink of maximum density.
 Color throughInk(Color color, const std::array<float, 3>& ink) {
     constexpr auto maxDensity = static_cast<double>(velmora::maxInkDensity);
-    for (std::size_t part = 0; part < 3; ++part) {
-        color[part] *= velmora::lightThroughInk(ink[part], maxDensity);
+    for (std::size_t channel = 0; channel < 3; ++channel) {
+        color[channel] *= velmora::lightThroughInk(ink[channel], maxDensity);
     }
     return color;
 }
@@ -117,18 +124,17 @@ std::array<float, 3> lightInk(double hue, double darkest) {
 
 std::array<float, 3> inkAgainst(const hostkit::Picture& picture, int variation) {
     const Hues hues = huesOf(picture);
-    const double turn = widestTurn * std::sin(2.4 * variation);
-    if (hues.chroma < leastChroma) {
-        return lightInk(usualHue + turn, darkestOfAll);
+    const double turn = maxTurn * std::sin(2.4 * variation);
+    if (hues.chroma < minChroma) {
+        return lightInk(defaultHue + turn, minDarkest);
     }
     const Color dominant = dominantColor(hues);
-    double darkest = darkestOfAll;
+    double darkest = minDarkest;
     std::array<float, 3> ink{};
     do {
         ink = lightInk(hueOf(dominant) + 180.0 + turn, darkest);
         darkest += 0.05;
-    } while (darkest <= lightestDark &&
-             light(throughInk(dominant, ink)) < leastLight * light(dominant));
+    } while (darkest <= maxDarkest && luma(throughInk(dominant, ink)) < minLight * luma(dominant));
     return ink;
 }
 

@@ -6,11 +6,12 @@
 
 namespace app {
 
-/// Returns an ink of the hue, in degrees from red over yellow, whose channels reach from `darkest` to 1.
+/// Returns an ink colour. `hue` is in degrees: 0 is red and 60 is yellow. The smallest channel is `darkest` and the
+/// largest is 1.
 std::array<float, 3> lightInk(double hue, double darkest);
 
-/// Returns a light ink in the complement of the picture's dominant colour. It stands out, and where it is thick the
-/// picture still shows through. Variation 0 is the complement itself; each other variation has another hue near it.
+/// Returns a light ink with the complement of the dominant hue of an image. The ink contrasts with the image, and the
+/// image remains visible through dense ink. Variation 0 is the complement. Other variations are hues close to it.
 std::array<float, 3> inkAgainst(const hostkit::Picture& picture, int variation = 0);
 
 }  // namespace app

@@ -20,37 +20,39 @@ bool isBetween(double value, double min, double max) {
     return value >= min && value <= max;  // false for NaN
 }
 
-/// Returns the value if the field takes it. The limits are those that a message shows: 0.8, not the float next to it.
+/// Returns the value if it is valid for the field. The limits are the decimal numbers of the error message. A limit of
+/// 0.8 includes the double 0.8, although the float 0.8f differs from it.
 template <class Value>
 std::optional<Value> valueOf(const PresetValue& value, const SettingField<Value>& field) {
     if constexpr (std::is_same_v<Value, bool>) {
-        const bool* const given = std::get_if<bool>(&value);
-        return given ? std::optional(*given) : std::nullopt;
+        const bool* const boolean = std::get_if<bool>(&value);
+        return boolean ? std::optional(*boolean) : std::nullopt;
     } else {
-        const double* const given = std::get_if<double>(&value);
-        const bool fits = given &&
-                          isBetween(*given, shortestNumber(static_cast<float>(field.min)),
-                                    shortestNumber(static_cast<float>(field.max))) &&
-                          (!std::is_integral_v<Value> || std::trunc(*given) == *given);
-        return fits ? std::optional(static_cast<Value>(*given)) : std::nullopt;
+        const double* const number = std::get_if<double>(&value);
+        const bool valid = number &&
+                           isBetween(*number, shortestNumber(static_cast<float>(field.min)),
+                                     shortestNumber(static_cast<float>(field.max))) &&
+                           (!std::is_integral_v<Value> || std::trunc(*number) == *number);
+        return valid ? std::optional(static_cast<Value>(*number)) : std::nullopt;
     }
 }
 
 std::optional<Ink> inkOf(const PresetValue& value) {
-    const auto* const given = std::get_if<std::vector<double>>(&value);
+    const auto* const channels = std::get_if<std::vector<double>>(&value);
     Ink ink{};
-    if (!given || given->size() != ink.size() ||
-        !std::all_of(given->begin(), given->end(),
-                     [](double part) { return isBetween(part, 0.0, 1.0); })) {
+    if (!channels || channels->size() != ink.size() ||
+        !std::all_of(channels->begin(), channels->end(),
+                     [](double channel) { return isBetween(channel, 0.0, 1.0); })) {
         return std::nullopt;
     }
-    std::transform(given->begin(), given->end(), ink.begin(),
-                   [](double part) { return static_cast<float>(part); });
+    std::transform(channels->begin(), channels->end(), ink.begin(),
+                   [](double channel) { return static_cast<float>(channel); });
     return ink;
 }
 
+/// Returns the valid values of a field for an error message.
 template <class Value>
-std::string rangeOf(const SettingField<Value>& field) {
+std::string validValues(const SettingField<Value>& field) {
     if constexpr (std::is_same_v<Value, bool>) {
         return "true or false";
     } else {
@@ -60,9 +62,10 @@ std::string rangeOf(const SettingField<Value>& field) {
     }
 }
 
+/// Assigns the value to the setting. Throws HostError if there is no value.
 template <class Value>
-void take(Value& setting, const std::optional<Value>& value, const PresetMember& member,
-          const std::string& expected) {
+void assign(Value& setting, const std::optional<Value>& value, const PresetMember& member,
+            const std::string& expected) {
     if (!value) {
         throw hostkit::HostError(inQuotes(member.name) + " must be " + expected + ", not " +
                                  shortened(member.text));
@@ -70,7 +73,7 @@ void take(Value& setting, const std::optional<Value>& value, const PresetMember&
     setting = *value;
 }
 
-std::string knownNames() {
+std::string settingNames() {
     std::string names = "ink";
     forEachField([&](const auto& field) { names.append(", ").append(field.name); });
     return names;
@@ -81,17 +84,18 @@ std::string knownNames() {
 void setSetting(Settings& settings, const PresetMember& member) {
     bool known = member.name == "ink";
     if (known) {
-        take(settings.ink, inkOf(member.value), member, "three numbers from 0 to 1");
+        assign(settings.ink, inkOf(member.value), member, "three numbers from 0 to 1");
     }
     forEachField([&](const auto& field) {
         if (member.name == field.name) {
             known = true;
-            take(settings.*field.member, valueOf(member.value, field), member, rangeOf(field));
+            assign(settings.*field.member, valueOf(member.value, field), member,
+                   validValues(field));
         }
     });
     if (!known) {
-        throw hostkit::HostError("there is no setting " + inQuotes(member.name) + ", only " +
-                                 knownNames());
+        throw hostkit::HostError("there is no setting " + inQuotes(member.name) +
+                                 "; the settings are " + settingNames());
     }
 }
 

@@ -9,30 +9,31 @@
 
 namespace app {
 
-/// A value of a preset, as a parser of JSON gives it; monostate: a value of a kind that no setting has.
+/// Value of a preset member, as parsed from JSON. A JSON value of any other type, such as a string, is std::monostate.
 using PresetValue = std::variant<std::monostate, bool, double, std::vector<double>>;
 
-/// One member of a preset, with its value as the preset spells it.
+/// A member of the JSON object of a preset.
 struct PresetMember {
     std::string name;
     PresetValue value;
+    /// The value as written in the preset, for error messages.
     std::string text;
 };
 
-/// Message for a preset that is not a JSON object.
+/// Error message for a preset that is not a JSON object.
 constexpr const char* presetMustBeObject =
     R"(a preset must be a JSON object, like {"damping": 0.97})";
 
-/// Sets the setting that the member names. Throws HostError, which says what was expected, if there is no such setting
-/// or the value is none of its values; the settings are unchanged then.
+/// Sets the setting that a preset member names. If there is no such setting or the value is invalid, throws HostError
+/// with the expected values and leaves the settings unchanged.
 void setSetting(Settings& settings, const PresetMember& member);
 
-/// Returns the shortest text that reads back as the same number: 0.97, not 0.9700000286102295.
+/// Returns the shortest text that reads back as the same float: 0.97, not 0.9700000286102295.
 std::string numberText(float value);
-/// Returns the number that `numberText` writes.
+/// Returns the number in the text of `numberText`.
 double shortestNumber(float value);
 
-/// Returns a preset's name from the stem of its file: calm_pond is "calm pond".
+/// Returns the name of a preset from the name of its file without extension: calm_pond becomes "calm pond".
 std::string presetName(std::string_view fileStem);
 
 }  // namespace app

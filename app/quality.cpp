@@ -6,16 +6,17 @@
 namespace app {
 namespace {
 
-/// Fewer pixels show even where nothing moves. They stay only if frames then take at most this part of the time.
-constexpr double worthFewerPixels = 0.85;
-/// Vertices along the shorter side that a coarser mesh keeps.
+/// Maximum interval after a reduction of pixels, as a fraction of the interval before it. A smaller gain is not worth
+/// the blur, which is visible even in a static image.
+constexpr double maxIntervalRatio = 0.85;
+/// Minimum number of mesh vertices along the shorter side.
 constexpr int minVertices = 30;
-/// Frames of a span during a search.
+/// Number of frames in a span during a search.
 constexpr std::size_t searchFrames = 6;
-/// Frames after a change that wait for its effects.
-constexpr int framesOfChange = 2;
-/// Intervals above are slow and intervals below are fluent. Between the two, as on a display of 50 a second, the level
-/// stays.
+/// Number of frames to skip after a change, until its effect shows in the intervals.
+constexpr int framesToSettle = 2;
+/// Intervals in milliseconds that separate slow, acceptable and fluent frames. With an acceptable interval, such as on
+/// a 50 Hz display, the level stays.
 constexpr double slowInterval = 1000.0 / 49.0;
 constexpr double fluentInterval = 1000.0 / 52.0;
 
@@ -23,9 +24,9 @@ const QualityLevel& levelAt(int level) {
     return qualityLevels[static_cast<std::size_t>(level)];
 }
 
-/// Returns the mean without the slowest eighth, so that a hitch does not count. A display shows frames only at its own
-/// beats, and a median would leap from one beat to the next.
-double usualInterval(Quality quality) {
+/// Returns the mean interval of the span without the slowest eighth, so that a hitch does not count. A median would not
+/// work: intervals are multiples of the refresh interval, so the median jumps between multiples.
+double typicalInterval(Quality quality) {
     const auto begin = quality.span.begin();
     std::sort(begin, begin + static_cast<std::ptrdiff_t>(quality.spanLength));
     const std::size_t counted = quality.spanLength - (quality.spanLength + 7) / 8;
@@ -33,19 +34,21 @@ double usualInterval(Quality quality) {
            static_cast<double>(counted);
 }
 
+/// Ends a search or a trial.
 Quality settled(Quality quality) {
     quality.phase = QualityPhase::watching;
     quality.intervalBeforeTrial.reset();
     return quality;
 }
 
-/// Takes back a step to fewer pixels: the display is slow, or something other than pixels takes the time.
+/// Undoes a reduction of pixels that did not help. The display is slow, or the time is not spent on pixels.
 Quality endTrial(Quality quality) {
     --quality.level;
     quality.lastLevel = quality.level;
     return settled(quality);
 }
 
+/// Reduces the detail after a slow span.
 Quality lower(Quality quality, double interval) {
     quality.fluentSpans = 0;
     const bool canLower = quality.level < std::min(quality.lastLevel, maxQualityLevel);
@@ -54,7 +57,7 @@ Quality lower(Quality quality, double interval) {
         ++quality.level;
         quality.intervalBeforeTrial =
             levelAt(quality.level).pixels < pixels ? std::optional(interval) : std::nullopt;
-        quality.patience *= quality.raised ? 2 : 1;  // the raise was too much
+        quality.patience *= quality.raised ? 2 : 1;  // the machine could not keep the higher detail
     } else {
         quality = settled(quality);
     }
@@ -62,6 +65,7 @@ Quality lower(Quality quality, double interval) {
     return quality;
 }
 
+/// Counts fluent spans and increases the detail after enough of them.
 Quality raise(Quality quality, double interval) {
     quality.fluentSpans = interval < fluentInterval ? quality.fluentSpans + 1 : 0;
     if (quality.level > 0 && quality.fluentSpans >= quality.patience) {
@@ -72,8 +76,9 @@ Quality raise(Quality quality, double interval) {
     return quality;
 }
 
+/// Changes the level after a span with this typical interval.
 Quality judge(const Quality& quality, double interval) {
-    if (quality.intervalBeforeTrial && interval > *quality.intervalBeforeTrial * worthFewerPixels) {
+    if (quality.intervalBeforeTrial && interval > *quality.intervalBeforeTrial * maxIntervalRatio) {
         return endTrial(quality);
     }
     return interval > slowInterval ? lower(quality, interval) : raise(settled(quality), interval);
@@ -107,12 +112,12 @@ Quality next(Quality quality, double interval) {
     if (quality.spanLength < (searching ? searchFrames : Quality::spanFrames)) {
         return quality;
     }
-    return judge(afterGap(quality), usualInterval(quality));
+    return judge(afterGap(quality), typicalInterval(quality));
 }
 
 Quality afterGap(Quality quality) {
     quality.spanLength = 0;
-    quality.framesToSkip = framesOfChange;
+    quality.framesToSkip = framesToSettle;
     return quality;
 }
 

@@ -6,64 +6,69 @@
 
 namespace app {
 
-/// Amount of detail that is drawn.
+/// A level of detail.
 struct QualityLevel {
-    /// Cells of the water between neighbours of the drawn mesh.
+    /// Cells between neighbouring mesh vertices.
     int cellsPerVertex;
-    /// Part of the pixels along a side of the screen.
+    /// Resolution along each side, as a fraction of the full resolution.
     double pixels;
 };
+/// Levels from full detail to least detail.
 inline constexpr QualityLevel qualityLevels[] = {{1, 1.0}, {2, 1.0}, {3, 1.0}, {3, 0.75}};
 constexpr int maxQualityLevel = 3;
 
+/// Phase of the adaptive quality.
 enum class QualityPhase {
-    /// The level stays as it is.
+    /// The level does not change.
     fixed,
-    /// Looks for the machine's level in short spans of frames: before the first touch a change disturbs nobody.
+    /// Short spans of frames find the level quickly. Used before the first touch, when a change is not disturbing.
     searching,
-    /// Follows the machine in longer spans.
+    /// Longer spans of frames adapt the level slowly.
     watching
 };
 
-/// Adaptive quality: fits the detail to the machine, since slow frames are worse than waves drawn a little coarser.
-/// A state machine without side effects; each function returns the next state. Times are in milliseconds.
+/// State of the adaptive quality. It adapts the detail to the speed of the machine, because slow frames are worse than
+/// coarser waves. The functions have no side effects and return the next state. Times are in milliseconds.
 struct Quality {
+    /// Maximum number of frames in a span.
     static constexpr std::size_t spanFrames = 24;
 
     QualityPhase phase = QualityPhase::fixed;
-    /// In qualityLevels: 0 is all detail.
+    /// Index in `qualityLevels`; 0 is full detail.
     int level = 0;
-    /// Last level worth choosing on this machine.
+    /// Highest index to use on this machine. It decreases if a reduction of pixels did not help.
     int lastLevel = maxQualityLevel;
-    /// The level was raised and has not been lowered since.
+    /// True if the last change of the level increased the detail.
     bool raised = false;
-    /// Spans of fluent frames in a row, and as many as it takes before the level is raised.
+    /// Number of consecutive fluent spans.
     int fluentSpans = 0;
+    /// Number of consecutive fluent spans after which the detail increases.
     int patience = 12;
-    /// Interval of frames before a step to fewer pixels, while that step is on trial.
+    /// Interval before the last reduction of pixels. Empty unless the reduction is on trial.
     std::optional<double> intervalBeforeTrial;
 
-    /// Intervals of the current span, and the frames to pass over before it.
+    /// Intervals of the current span.
     std::array<double, spanFrames> span{};
     std::size_t spanLength = 0;
+    /// Number of frames to skip before the span.
     int framesToSkip = 2;
 };
 
-/// Returns a state that keeps the level.
+/// Returns a state with a fixed level.
 Quality fixedQuality(int level);
-/// Returns a state with all detail that searches for the machine's level.
+/// Returns a state that searches for the level, starting at full detail.
 Quality searchingQuality();
-/// Returns the state after an interval from frame to frame.
+/// Returns the state after a frame. `interval` is the time since the previous frame.
 Quality next(Quality quality, double interval);
-/// Returns the state after a gap in the frames, such as a rest. The next frames start a new span.
+/// Returns the state after a pause between frames, such as an idle time. A new span starts.
 Quality afterGap(Quality quality);
-/// Returns the state once the user has come: a search ends.
+/// Returns the state after a touch, which ends a search.
 Quality afterTouch(Quality quality);
 
-/// Returns the distance between neighbours of the drawn mesh for water of so many cells along its shorter side. A mesh
-/// never gets coarser than a minimum.
+/// Returns the number of cells between neighbouring mesh vertices. `shortSideCells` is the number of cells along the
+/// shorter side. The mesh keeps a minimum number of vertices.
 int cellsPerVertex(const Quality& quality, int shortSideCells);
-/// Returns the part of the pixels along a side of the screen.
+/// Returns the resolution along each side, as a fraction of the full resolution.
 double pixelsOf(const Quality& quality);
 
 }  // namespace app

@@ -5,16 +5,16 @@
 namespace app {
 namespace {
 
-/// Returns a random number from 0 to 1. It does not use rand(), from which the solver draws: the solver's numbers must
-/// be the same with and without rain.
-double chance(Rain& rain) {
+/// Returns a random number from 0 to 1. It does not call rand(), because the solver does. The solver must get the same
+/// numbers with and without rain.
+double randomNumber(Rain& rain) {
     rain.seed = rain.seed * 1664525u + 1013904223u;
     return static_cast<double>(rain.seed >> 8) / (1 << 24);
 }
 
-/// Returns the strength of one drop, which is smaller than a finger's.
+/// Returns the strength of a drop, which is smaller than the strength of a touch.
 float dropStrength(Rain& rain, const Settings& settings) {
-    return static_cast<float>(0.15 + 0.35 * chance(rain)) * settings.ripple;
+    return static_cast<float>(0.15 + 0.35 * randomNumber(rain)) * settings.ripple;
 }
 
 }  // namespace
@@ -24,8 +24,8 @@ void dropRain(Rain& rain, hostkit::EffectHost& host, const Settings& settings,
     rain.dropsDue +=
         static_cast<double>(settings.rain) * std::chrono::duration<double>(elapsed).count();
     for (; rain.dropsDue >= 1.0; rain.dropsDue -= 1.0) {
-        const double x = chance(rain) * host.width();
-        const double y = chance(rain) * host.height();
+        const double x = randomNumber(rain) * host.width();
+        const double y = randomNumber(rain) * host.height();
         hostkit::rippleAt(host.water(), host.jni(), x, y, dropStrength(rain, settings));
     }
 }

@@ -8,13 +8,15 @@
 
 namespace app {
 
-/// Rain that falls the same way in every run.
+/// State of the rain. The drops are the same in every run.
 struct Rain {
+    /// Number of drops that are due, with a fraction.
     double dropsDue = 0.0;
+    /// State of the random number generator.
     std::uint32_t seed = 1;
 };
 
-/// Drops the raindrops of `elapsed` on the host's water.
+/// Raises ripples on the host's water for the drops that fall during `elapsed`.
 void dropRain(Rain& rain, hostkit::EffectHost& host, const Settings& settings,
               std::chrono::nanoseconds elapsed);
 

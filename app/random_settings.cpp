@@ -7,7 +7,7 @@
 namespace app {
 namespace {
 
-/// Pleasing values of a setting.
+/// Range of a setting in which random values look good.
 struct Range {
     float Settings::*member;
     double min;
@@ -22,8 +22,8 @@ constexpr Range ranges[] = {
 };
 constexpr int meshDetails[] = {90, 105, 120, 135};
 
-/// Part of all random settings that have rain.
-constexpr double rainyPart = 0.2;
+/// Probability of rain.
+constexpr double rainProbability = 0.2;
 
 }  // namespace
 
@@ -37,7 +37,8 @@ Settings randomSettings(std::uint32_t seed) {
         settings.*range.member = static_cast<float>(between(range.min, range.max));
     }
     settings.meshDetail = meshDetails[numbers() % 4];
-    settings.rain = between(0.0, 1.0) < rainyPart ? static_cast<float>(between(2.0, 14.0)) : 0.0f;
+    settings.rain =
+        between(0.0, 1.0) < rainProbability ? static_cast<float>(between(2.0, 14.0)) : 0.0f;
     const double hue = between(0.0, 360.0);
     const double darkest = between(0.28, 0.5);
     settings.ink = lightInk(hue, darkest);

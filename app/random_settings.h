@@ -6,8 +6,8 @@
 
 namespace app {
 
-/// Returns random settings that please: within narrower ranges than a panel's, their ink light enough for the
-/// background to show. The same seed gives the same settings everywhere.
+/// Returns random settings that look good. Their ranges are narrower than the ranges of the panel, and the background
+/// remains visible through the ink. The same seed gives the same settings on every platform.
 Settings randomSettings(std::uint32_t seed);
 
 }  // namespace app

@@ -4,8 +4,8 @@
 
 namespace app {
 
-Replay::Replay(hostkit::GestureScript played, Size screen)
-    : script(hostkit::scaledToScreen(std::move(played), screen.width, screen.height)) {}
+Replay::Replay(hostkit::GestureScript original, Size screen)
+    : script(hostkit::scaledToScreen(std::move(original), screen.width, screen.height)) {}
 
 void Replay::resize(Size screen) {
     script = hostkit::scaledToScreen(std::move(script), screen.width, screen.height);

@@ -7,19 +7,20 @@
 
 namespace app {
 
-/// A gesture script that plays frame by frame.
+/// Plays a gesture script frame by frame.
 class Replay {
 public:
     Replay(hostkit::GestureScript script, Size screen);
 
-    /// Goes on on a screen of another size.
+    /// Scales the rest of the script to a new screen size.
     void resize(Size screen);
     /// Returns the actions of the next frame.
     std::vector<hostkit::ScriptAction> next();
     bool isOver() const { return frame >= script.frames; }
 
 private:
-    /// Scaled to the screen once, so that a frame does not depend on the length of the script.
+    /// Script in pixels of the screen. It is scaled once and not in each frame, so that a long script costs no more
+    /// time per frame.
     hostkit::GestureScript script;
     /// Number of the next frame.
     int frame = 0;

@@ -24,8 +24,8 @@ void append(std::vector<ScriptAction>& actions, const std::vector<ScriptAction>&
 
 }  // namespace
 
-Session::Session(FrontEnd ofPlatform, Clock::time_point now)
-    : frontEnd(std::move(ofPlatform)), attract(now) {}
+Session::Session(FrontEnd platformFunctions, Clock::time_point now)
+    : frontEnd(std::move(platformFunctions)), attract(now) {}
 
 void Session::restart(Size screen) {
     finishRecording();
@@ -38,7 +38,7 @@ void Session::restart(Size screen) {
     options.background = frontEnd.cover(backgrounds.first, screen);
     options.secondBackground = frontEnd.cover(backgrounds.second, screen);
     options.renewContext = frontEnd.renewContext;
-    options.water.cellsPerVertex = cellsPerVertexWanted();
+    options.water.cellsPerVertex = wantedCellsPerVertex();
     host.emplace(std::move(options));
     applied = settings;
     rain = {};
@@ -59,12 +59,12 @@ void Session::regainContext() {
     idleWatch.start();
 }
 
-void Session::setBackgrounds(Backgrounds shown) {
-    backgrounds = std::move(shown);
+void Session::setBackgrounds(Backgrounds images) {
+    backgrounds = std::move(images);
     if (host) {
         host->setBackgrounds(frontEnd.cover(backgrounds.first, screenSize),
                              frontEnd.cover(backgrounds.second, screenSize));
-        idleWatch.disturb();
+        idleWatch.noteChange();
     }
 }
 
@@ -80,7 +80,7 @@ std::array<float, 3> Session::inkAgainstBackground(int variation) const {
 void Session::noteInput(Clock::time_point now) {
     attract.noteInput(now, false);
     append(actions, attract.stop());
-    idleWatch.disturb();
+    idleWatch.noteChange();
 }
 
 void Session::press(Clock::time_point now, double x, double y, float pressure) {
@@ -130,24 +130,24 @@ void Session::frame(std::chrono::nanoseconds elapsed) {
     }
 }
 
-/// Returns the actions of the next frame, from the first that is there: a script, the user, attract mode.
+/// Returns the actions of the next frame. A replay has priority over touches, and touches over attract mode.
 std::vector<ScriptAction> Session::takeActions() {
-    std::vector<ScriptAction> taken = std::exchange(actions, {});
+    std::vector<ScriptAction> result = std::exchange(actions, {});
     const std::vector<ScriptAction> touches = finger.takeActions();
     if (replay) {
-        append(taken, replay->next());
-        return taken;
+        append(result, replay->next());
+        return result;
     }
     if (attract.isRunning()) {
         const bool stops =
             !touches.empty() || finger.isPressed() || !attract.isOn() || recording.has_value();
-        append(taken, stops ? attract.stop() : attract.next(screenSize));
+        append(result, stops ? attract.stop() : attract.next(screenSize));
     }
-    append(taken, touches);
-    return taken;
+    append(result, touches);
+    return result;
 }
 
-/// Gives each stroke of attract mode after the first an ink of its own.
+/// Chooses another ink for each stroke of attract mode after the first.
 void Session::chooseAttractInk() {
     const std::optional<int> stroke = attract.stroke();
     if (stroke == attractStroke) {
@@ -162,19 +162,19 @@ void Session::chooseAttractInk() {
 
 void Session::run(std::span<const ScriptAction> frameActions, std::chrono::nanoseconds elapsed) {
     if (!frameActions.empty() || hasChanges()) {
-        idleWatch.disturb();
+        idleWatch.noteChange();
     }
     applyChanges();
     const std::vector<ScriptEvent> events = eventsOf(frameActions);
     dropRain(rain, *host, settings, elapsed);
     host->step(events, elapsed);
     frontEnd.draw(*host);
-    idleWatch.see(host->water().resting, [this] { return screenDigest(); });
+    idleWatch.noteFrame(host->water().resting, [this] { return screenDigest(); });
 }
 
 bool Session::hasChanges() const {
     return !(settings == applied) ||
-           cellsPerVertexWanted() != host->water().settings.cellsPerVertex;
+           wantedCellsPerVertex() != host->water().settings.cellsPerVertex;
 }
 
 void Session::applyChanges() {
@@ -183,18 +183,18 @@ void Session::applyChanges() {
     }
     if (settings.waterOnly != applied.waterOnly) {
         if (quality.phase != QualityPhase::fixed) {
-            quality = searchingQuality();  // the ink takes most of a frame
+            quality = searchingQuality();  // the ink takes most of the frame time
         }
         restart(screenSize);
     }
-    applySettings(settings, cellsPerVertexWanted(), *host);
+    applySettings(settings, wantedCellsPerVertex(), *host);
     applied = settings;
 }
 
 std::vector<ScriptEvent> Session::eventsOf(std::span<const ScriptAction> frameActions) {
-    Settings shown = settings;
-    shown.ink = attractInk.value_or(settings.ink);
-    std::vector<ScriptAction> all = inkAndBackgroundChanges(shown, host->look());
+    Settings current = settings;
+    current.ink = attractInk.value_or(settings.ink);
+    std::vector<ScriptAction> all = inkAndBackgroundChanges(current, host->look());
     all.insert(all.end(), frameActions.begin(), frameActions.end());
     std::vector<ScriptEvent> events;
     for (const ScriptAction& action : all) {
@@ -227,24 +227,24 @@ void Session::noteAction(const ScriptAction& action) {
     } else if (const auto* ink = std::get_if<InkColor>(&action)) {
         rememberUserInk(*ink);
     }
-    followAction(settings, action);
+    applyAction(settings, action);
 }
 
-/// Remembers the user's ink before a script's ink becomes that of the settings.
-void Session::rememberUserInk(const InkColor& script) {
+/// Saves the user's ink before the ink of a script replaces it in the settings.
+void Session::rememberUserInk(const InkColor& newInk) {
     if (settings.ink != scriptInk) {
         userInk = settings.ink;
     }
-    scriptInk = {script.red, script.green, script.blue};
+    scriptInk = {newInk.red, newInk.green, newInk.blue};
 }
 
 Settings Session::userSettings() const {
-    Settings chosen = settings;
-    if (chosen.ink == scriptInk) {
-        chosen.ink = userInk;
+    Settings result = settings;
+    if (result.ink == scriptInk) {
+        result.ink = userInk;
     }
-    chosen.secondBackground = false;
-    return chosen;
+    result.secondBackground = false;
+    return result;
 }
 
 bool Session::isIdle() const {
@@ -263,15 +263,15 @@ void Session::startRecording() {
     replay.reset();
     restartForGesture();
     recording = {screenSize.width, screenSize.height, 0, {}};
-    // The first events of the recording, so that its replay has them too.
-    run(forgetGestures(settings), frameTime);
+    // These actions are part of the recording, so that a replay starts from the same state.
+    run(gestureResetActions(settings), frameTime);
 }
 
 void Session::finishRecording() {
     if (recording) {
-        hostkit::GestureScript whole = *std::exchange(recording, std::nullopt);
-        whole.frames = std::max(whole.frames, 1);
-        frontEnd.onRecordingEnd(whole);
+        hostkit::GestureScript script = *std::exchange(recording, std::nullopt);
+        script.frames = std::max(script.frames, 1);
+        frontEnd.onRecordingEnd(script);
     }
 }
 
@@ -281,14 +281,14 @@ void Session::startReplay(hostkit::GestureScript script) {
     replay.emplace(std::move(script), screenSize);
 }
 
-/// Starts with the same random numbers each time, since the solver draws from rand().
+/// Restarts the effect and seeds rand(), which the solver uses, so that each replay gets the same numbers.
 void Session::restartForGesture() {
     actions.clear();
     restart(screenSize);
     std::srand(1);
 }
 
-/// Returns a digest of the screen's colours; alpha does not show.
+/// Returns a digest of the screen without its alpha channel, which is not visible.
 std::uint64_t Session::screenDigest() const {
     std::vector<std::uint8_t> pixels = hostkit::readScreen(screenSize.width, screenSize.height);
     for (std::size_t at = 3; at < pixels.size(); at += 4) {

@@ -25,109 +25,113 @@
 
 namespace app {
 
-/// Platform functions of a front end. An exception of one of them passes through the session to its caller.
+/// Functions that the front end provides. The session does not catch their exceptions.
 struct FrontEnd {
-    /// Replaces the GL context, or empties it, and makes it current.
+    /// Makes a GL context without objects current: a new context, or the old one after deleting its objects.
     std::function<void()> renewContext;
-    /// Returns a picture scaled to cover the screen.
+    /// Returns an image scaled and cropped to cover the screen.
     std::function<hostkit::Picture(const hostkit::Picture&, Size)> cover;
-    /// Draws the host's frame.
+    /// Draws a frame of the host.
     std::function<void(hostkit::EffectHost&)> draw = [](hostkit::EffectHost& host) { host.draw(); };
-    /// Called once the effect has started anew, with or without ink.
+    /// Called after each start of the effect.
     std::function<void(Size screen, bool hasInk)> onStart = [](Size, bool) {};
-    /// Called for each event of a recording, as it happens.
+    /// Called for each event that is recorded, at once.
     std::function<void(const hostkit::ScriptEvent&)> onRecorded = [](const hostkit::ScriptEvent&) {
     };
-    /// Called with the whole recording at its end.
+    /// Called with the complete recording when it ends.
     std::function<void(const hostkit::GestureScript&)> onRecordingEnd =
         [](const hostkit::GestureScript&) {};
 };
 
-/// The application around the effect: a host with the settings applied, moved by a script, the user or attract mode.
-/// It draws in the current GL context. The library has one state, so use one session at a time.
+/// The application around the effect. It applies the settings to a host and feeds the host with actions of the user, of
+/// a replay or of attract mode. It draws into the current GL context. Call all functions on one thread. The library has
+/// one global state, so use one session at a time.
 class Session {
 public:
-    /// Call `restart` before anything that needs the effect.
+    /// Creates a session without a running effect. Call `restart` before any other function that needs the effect.
     Session(FrontEnd frontEnd, Clock::time_point now);
     Session(const Session&) = delete;
     Session& operator=(const Session&) = delete;
 
-    /// Starts the effect anew on a screen of that size: calm water, no ink. Ends a recording; a replay goes on.
+    /// Starts the effect with idle water and no ink on a screen of this size. Ends a recording and continues a replay.
     void restart(Size screen);
-    /// Sets up in the GL context of now what a lost context held. A recording holds that too.
+    /// Creates the GL objects anew after the front end has replaced a lost context. Records the loss.
     void regainContext();
 
-    /// Shows other backgrounds.
+    /// Replaces the backgrounds.
     void setBackgrounds(Backgrounds backgrounds);
-    /// Makes the picture the background, and the former background the second background.
+    /// Makes the image the first background, and the previous first background the second.
     void showPicture(hostkit::Picture picture);
-    /// Returns an ink for the background that is shown, as `inkAgainst` does.
+    /// Returns an ink that contrasts with the current background. See `inkAgainst`.
     std::array<float, 3> inkAgainstBackground(int variation) const;
 
-    /// Notes input other than touches, such as a key: attract mode stops, and a frame shows the effect of the input.
+    /// Notes input other than a touch, such as a key. Stops attract mode and ends the idle state.
     void noteInput(Clock::time_point now);
+    /// Puts the finger down at a position in pixels of the screen, y down.
     void press(Clock::time_point now, double x, double y, float pressure);
+    /// Moves the finger if it is down.
     void move(double x, double y, float pressure);
+    /// Ends the stroke with an up or cancel event if the finger is down.
     void lift(hostkit::TouchAction action, double x, double y);
     bool isPressed() const { return finger.isPressed(); }
-    /// Adds an action to the next frame, after the touches up to now.
+    /// Adds an action to the next frame, after the touches so far.
     void add(const hostkit::ScriptAction& action);
-    /// Returns whether actions wait for the next frame.
+    /// Returns true if there are actions for the next frame.
     bool hasActions() const { return !actions.empty() || finger.hasActions(); }
 
     const AttractMode& attractMode() const { return attract; }
     void turnAttractMode(bool on) { attract.turn(on); }
-    /// Starts attract mode if the user has been idle for long enough. A gesture, a replay, a recording and a front end
-    /// that is `busy`, for example paused, hold it back.
+    /// Starts attract mode if the user has been idle for long enough. A finger on the screen, a replay, a recording and
+    /// a `busy` front end, for example one that is paused, restart the idle time.
     void startAttractModeIfIdle(Clock::time_point now, bool busy);
 
-    /// Returns the frames that are due.
+    /// Returns the frames that are due. See `FrameClock::take`.
     FrameClock::Due takeDueFrames(Clock::time_point now);
+    /// Returns the real time until the next frame is due.
     std::chrono::nanoseconds untilNextFrame(Clock::time_point now) const;
-    /// Drops the time until the next call of takeDueFrames, as FrameClock::skip does.
+    /// Ignores the time up to the next call of `takeDueFrames`. See `FrameClock::skip`.
     void skipTime();
-    /// Runs one frame of the effect, with the actions that wait, and draws it.
+    /// Applies the actions, advances the effect by one frame of `elapsed`, and draws it.
     void frame(std::chrono::nanoseconds elapsed);
 
-    /// Returns whether further frames would show the same.
+    /// Returns true if the next frame would look the same.
     bool isIdle() const;
     bool isWaterIdle() const { return host->water().resting; }
     bool mayShowInk() const { return !applied.waterOnly && idleWatch.mayShowInk(); }
 
-    /// Starts the effect anew and records what happens from there. A replay finds the same start.
+    /// Restarts the effect in the state in which a replay starts, and records all actions.
     void startRecording();
-    /// Ends a recording, if there is one.
+    /// Ends a recording. Does nothing without a recording.
     void finishRecording();
     bool isRecording() const { return recording.has_value(); }
-    /// Starts the effect anew and plays the script.
+    /// Restarts the effect and plays the script.
     void startReplay(hostkit::GestureScript script);
     bool isReplaying() const { return replay.has_value(); }
 
-    /// Returns the settings as the user left them: without the ink that a script chose since, and with the first
-    /// background.
+    /// Returns the settings that the user chose, without the ink of a script and with the first background.
     Settings userSettings() const;
     Size screen() const { return screenSize; }
     const hostkit::WaterDriver& water() const { return host->water(); }
 
-    /// Passes the milliseconds between two frames to the adaptive quality. Recordings and replays do not count: they
-    /// draw every frame, however long it takes.
+    /// Passes the time between two frames in milliseconds to the adaptive quality. Does nothing during recordings and
+    /// replays, which draw every frame even on a slow machine.
     void noteInterval(double interval);
-    /// Adaptive quality of the drawn mesh.
+    /// State of the adaptive quality.
     Quality quality;
-    /// Applied with the next frame.
+    /// Settings of the user. A change takes effect with the next frame.
     Settings settings;
 
 private:
     bool hasChanges() const;
     void applyChanges();
-    int cellsPerVertexWanted() const { return cellsPerVertex(quality, settings.meshDetail); }
+    int wantedCellsPerVertex() const { return cellsPerVertex(quality, settings.meshDetail); }
     void chooseAttractInk();
     std::vector<hostkit::ScriptAction> takeActions();
     void run(std::span<const hostkit::ScriptAction> frameActions, std::chrono::nanoseconds elapsed);
     std::vector<hostkit::ScriptEvent> eventsOf(std::span<const hostkit::ScriptAction> frameActions);
     void record(const hostkit::ScriptAction& action);
     void noteAction(const hostkit::ScriptAction& action);
-    void rememberUserInk(const hostkit::InkColor& script);
+    void rememberUserInk(const hostkit::InkColor& newInk);
     void restartForGesture();
     std::uint64_t screenDigest() const;
 
@@ -135,7 +139,7 @@ private:
     Backgrounds backgrounds;
     Size screenSize;
     std::optional<hostkit::EffectHost> host;
-    /// The settings that the host has.
+    /// Settings that are applied to the host.
     Settings applied;
     FrameClock clock;
     IdleWatch idleWatch;
@@ -147,12 +151,13 @@ private:
     std::optional<Replay> replay;
     std::optional<hostkit::GestureScript> recording;
 
-    /// Stroke of attract mode that the attract ink belongs to.
+    /// Stroke of attract mode for which `attractInk` was chosen.
     std::optional<int> attractStroke;
-    /// Ink of that stroke; empty: the ink of the settings. The settings keep the user's ink.
+    /// Ink of that stroke. Empty if the stroke has the ink of the settings. Does not change `settings.ink`.
     std::optional<std::array<float, 3>> attractInk;
+    /// Last ink that an action set. Empty if there was none.
     std::optional<std::array<float, 3>> scriptInk;
-    /// Ink of the settings before a script replaced it.
+    /// Ink that the user chose before a script replaced it.
     std::array<float, 3> userInk{};
 };
 

@@ -6,19 +6,20 @@
 namespace app {
 namespace {
 
-constexpr int slowestRate = 60;
-/// Waves are stable up to a weight of 0.5.
+/// Minimum of the steps per second, and the increment for faster waves.
+constexpr int stepRateIncrement = 60;
+/// Maximum of `WaterSettings::waveSpeed`. Waves are stable up to 0.5.
 constexpr double maxWaveWeight = 0.45;
-/// Radius of a touch's ripple in shorter sides of the screen: a cone of three cells on a grid of 90.
+/// Radius of the ripple of a touch, as a fraction of the shorter side: three cells of a grid with 90.
 constexpr double rippleRadius = 3.0 / 90.0;
-/// Strength of a move's ripple in relation to a touch that goes down.
-constexpr float moveRipplePart = defaultLook.moveRipple / defaultLook.downRipple;
+/// Strength of a ripple of a move, as a fraction of the strength of a touch-down.
+constexpr float moveRippleFraction = defaultLook.moveRipple / defaultLook.downRipple;
 
 hostkit::InkColor inkOf(const Settings& settings) {
     return {settings.ink[0], settings.ink[1], settings.ink[2]};
 }
 
-/// Applies everything except ink and background.
+/// Copies the settings of the image, except ink and background.
 void applyLook(const Settings& settings, hostkit::Look& look) {
     look.refractiveIndex = settings.refractiveIndex;
     look.alphaRatio1Scale = settings.sheen;
@@ -26,7 +27,7 @@ void applyLook(const Settings& settings, hostkit::Look& look) {
     look.specularRatio = settings.specular;
     look.exponent = settings.exponent;
     look.downRipple = settings.ripple;
-    look.moveRipple = settings.ripple * moveRipplePart;
+    look.moveRipple = settings.ripple * moveRippleFraction;
 }
 
 }  // namespace
@@ -36,7 +37,7 @@ hostkit::WaterSettings waterOf(const Settings& settings) {
     const auto weightAt = [&](int rate) { return std::pow(cellsPerSecond / rate, 2.0); };
     hostkit::WaterSettings water;
     while (weightAt(water.stepsPerSecond) > maxWaveWeight) {
-        water.stepsPerSecond += slowestRate;
+        water.stepsPerSecond += stepRateIncrement;
     }
     water.shortSideCells = settings.meshDetail;
     water.waveSpeed = static_cast<float>(weightAt(water.stepsPerSecond));
@@ -81,7 +82,7 @@ std::vector<hostkit::ScriptAction> inkAndBackgroundChanges(const Settings& setti
     return changes;
 }
 
-void followAction(Settings& settings, const hostkit::ScriptAction& action) {
+void applyAction(Settings& settings, const hostkit::ScriptAction& action) {
     if (const auto* ink = std::get_if<hostkit::InkColor>(&action)) {
         settings.ink = {ink->red, ink->green, ink->blue};
     } else if (const auto* second = std::get_if<hostkit::SecondBackground>(&action)) {
@@ -89,12 +90,12 @@ void followAction(Settings& settings, const hostkit::ScriptAction& action) {
     }
 }
 
-std::vector<hostkit::ScriptAction> forgetGestures(const Settings& settings) {
-    constexpr double away = -1000.0;
-    return {hostkit::Touch{hostkit::TouchAction::down, away, away, 0.0f},
-            hostkit::Touch{hostkit::TouchAction::move, away - 100.0, away, 0.0f},
-            hostkit::Touch{hostkit::TouchAction::move, away, away, 0.0f},
-            hostkit::Touch{hostkit::TouchAction::cancel, away, away, 0.0f},
+std::vector<hostkit::ScriptAction> gestureResetActions(const Settings& settings) {
+    constexpr double outside = -1000.0;
+    return {hostkit::Touch{hostkit::TouchAction::down, outside, outside, 0.0f},
+            hostkit::Touch{hostkit::TouchAction::move, outside - 100.0, outside, 0.0f},
+            hostkit::Touch{hostkit::TouchAction::move, outside, outside, 0.0f},
+            hostkit::Touch{hostkit::TouchAction::cancel, outside, outside, 0.0f},
             hostkit::ClearInk{},
             inkOf(settings),
             hostkit::SecondBackground{settings.secondBackground}};

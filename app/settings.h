@@ -9,88 +9,98 @@
 
 namespace app {
 
-/// Defaults of the host, which are also those of the settings.
+/// Default settings of the image, which the host and the application share.
 inline constexpr hostkit::Look defaultLook{};
 
-/// The settings in force: what a panel changes and a preset saves.
+/// Settings that the user can change. A preset is a saved set of them.
 struct Settings {
-    /// Part of a wave's motion that is left after a 60th of a second.
+    /// Factor of the wave velocity per 1/60 s.
     float damping = hostkit::WaterSettings{}.damping;
-    /// Speed of waves in shorter sides of the screen per second, on any grid.
+    /// Wave speed in shorter screen sides per second, independent of the grid.
     float waveSpeed = 0.365f;
-    /// Strength of the ripple of a touch that goes down; a move makes a sixth of it.
+    /// Strength of the ripple of a touch-down. The ripples of a move have a sixth of it.
     float ripple = defaultLook.downRipple;
-    /// Cells along the shorter side.
+    /// Cells of the water grid along the shorter screen side.
     int meshDetail = hostkit::WaterSettings{}.shortSideCells;
+    /// Refractive index: 1 is no refraction, 1.33 is water.
     float refractiveIndex = defaultLook.refractiveIndex;
+    /// Weight of the reflection on waves, 0 to 1.
     float sheen = defaultLook.alphaRatio1Scale;
+    /// Extra reflection on slopes that face the light.
     float fresnel = defaultLook.fresnelRatio;
+    /// Peak of the highlight as a factor of the reflection.
     float specular = defaultLook.specularRatio;
+    /// Sharpness of the highlight.
     float exponent = defaultLook.exponent;
     /// Raindrops per second.
     float rain = 0.0f;
-    /// Pressure of a pointer whose device measures none, 0 to 1.
+    /// Pressure of pointers that do not measure it, 0 to 1.
     float pressure = 0.5f;
-    /// Seconds of the effect per second.
+    /// Seconds of effect time per second of real time.
     float timeScale = 1.0f;
+    /// Ink colour: red, green, blue, 0 to 1.
     std::array<float, 3> ink = {defaultLook.ink.red, defaultLook.ink.green, defaultLook.ink.blue};
     bool secondBackground = false;
+    /// True to turn off the ink.
     bool waterOnly = false;
     bool operator==(const Settings&) const = default;
 };
 
-/// The panel's heading for a setting.
+/// Section of the panel that shows a setting.
 enum class Group { water, light, ink };
 
-/// A setting of one type: its name in presets, its label in a panel, its range.
+/// Description of a setting.
 template <class Value>
 struct SettingField {
+    /// Key in presets.
     const char* name;
+    /// Label in the panel.
     const char* label;
     Value Settings::*member;
     Value min;
     Value max;
     Group group;
-    /// Its effect, in a sentence or two.
+    /// Explanation of the setting for the user.
     const char* hint;
 };
 
 constexpr SettingField<float> numberFields[] = {
     {"damping", "damping", &Settings::damping, 0.8f, 0.999f, Group::water,
-     "What is left of a wave's motion after a 60th of a second."},
+     "How much of a wave's motion remains after 1/60 s. Higher values let waves run longer."},
     {"waveSpeed", "wave speed", &Settings::waveSpeed, 0.05f, 1.2f, Group::water,
-     "How many of the screen's shorter sides a wave runs in a second."},
+     "Distance that a wave runs in a second. 1 is the shorter side of the screen."},
     {"ripple", "ripple strength", &Settings::ripple, 0.0f, 6.0f, Group::water,
-     "How hard a finger strikes the water."},
-    {"rain", "rain, drops/s", &Settings::rain, 0.0f, 40.0f, Group::water,
-     "Drops that fall by themselves."},
+     "Height of the ripples of a touch."},
+    {"rain", "rain (drops/s)", &Settings::rain, 0.0f, 40.0f, Group::water,
+     "Number of raindrops per second."},
     {"timeScale", "time scale", &Settings::timeScale, 0.05f, 2.0f, Group::water,
-     "Seconds of the water in each of yours: below 1 is slow motion."},
+     "Speed of the effect. 1 is real time, and lower values are slow motion."},
     {"refractiveIndex", "refractive index", &Settings::refractiveIndex, 1.0f, 2.0f, Group::light,
-     "How far a wave bends the picture: 1 not at all, 1.33 as water does."},
-    {"sheen", "sheen", &Settings::sheen, 0.0f, 1.0f, Group::light, "How bright waves shine."},
+     "How much waves distort the background. 1 is no distortion, and 1.33 is water."},
+    {"sheen", "reflection", &Settings::sheen, 0.0f, 1.0f, Group::light,
+     "Strength of the reflections on waves."},
     {"fresnel", "fresnel", &Settings::fresnel, 0.0f, 3.0f, Group::light,
-     "Extra sheen on the slopes that face the light, which comes from the lower right."},
+     "Extra reflection on slopes that face the light at the lower right."},
     {"specular", "specular", &Settings::specular, 1.0f, 5.5f, Group::light,
-     "The highlight's peak, as a factor of the sheen; beyond 4.5 only in water without ink."},
+     "Brightness of the highlights, as a factor of the reflection. With ink, the maximum is 4.5."},
     {"exponent", "exponent", &Settings::exponent, 1.0f, 128.0f, Group::light,
-     "The highlight's sharpness: low is wide and soft, high is narrow and hard."},
+     "Sharpness of the highlights. Low values are broad and soft, and high values are narrow."},
     {"pressure", "pressure", &Settings::pressure, 0.0f, 1.0f, Group::ink,
-     "Of a mouse, or a finger whose device measures none: more lays more ink."},
+     "Pressure of a mouse, or of a touch screen without pressure. More pressure leaves more ink."},
 };
 constexpr SettingField<int> countFields[] = {
     {"meshDetail", "mesh detail", &Settings::meshDetail, 24, 180, Group::water,
-     "Cells of water along the shorter side. More show finer waves, which run as fast as before, "
-     "and each frame takes longer."},
+     "Number of water cells along the shorter side. More cells show finer waves, but each frame "
+     "takes longer. The speed of the waves does not change."},
 };
 constexpr SettingField<bool> switchFields[] = {
     {"secondBackground", "second background", &Settings::secondBackground, false, true,
-     Group::light, "The other picture under the water."},
+     Group::light, "Shows the second background image."},
     {"waterOnly", "water only", &Settings::waterOnly, false, true, Group::ink,
-     "No ink; starts the water anew."},
+     "Turns off the ink. A change restarts the effect."},
 };
 
-/// Calls `visit` with each field of the settings except the ink, always in this order.
+/// Calls `visit` with the description of each setting except the ink, always in the same order.
 template <class Visit>
 void forEachField(Visit visit) {
     const auto all = [&](const auto& fields) {
@@ -103,11 +113,12 @@ void forEachField(Visit visit) {
     all(switchFields);
 }
 
-/// Inks to choose from, the same on every panel.
+/// An ink of the palette.
 struct NamedInk {
     const char* name;
     std::array<float, 3> color;
 };
+/// Palette of inks, the same in every front end.
 constexpr NamedInk inkPalette[] = {
     {"blue", {0.30f, 0.70f, 1.00f}},  {"black", {0.25f, 0.25f, 0.28f}},
     {"red", {1.00f, 0.35f, 0.35f}},   {"orange", {1.00f, 0.60f, 0.20f}},
@@ -115,25 +126,27 @@ constexpr NamedInk inkPalette[] = {
     {"sepia", {0.80f, 0.55f, 0.30f}}, {"rose", {1.00f, 0.50f, 0.75f}},
 };
 
-/// Returns the grid, step rate and weights that give the settings' speed and damping on their mesh.
+/// Returns the water settings whose waves have the speed and the damping of the settings. They depend on the grid: fast
+/// waves on a fine grid need more steps per second.
 hostkit::WaterSettings waterOf(const Settings& settings);
 
-/// Returns the options of a host that starts with the settings. The caller adds backgrounds and context.
+/// Returns options for a host with these settings and this screen size in pixels. The caller adds backgrounds and
+/// context.
 hostkit::EffectHostOptions hostOptions(const Settings& settings, int width, int height);
 
-/// Applies the settings to a running host, except ink and background, which are events of a frame, and water only,
-/// which takes another host. `cellsPerVertex` is that of the drawn mesh.
+/// Applies the settings to a running host. Ink and background are left out, because they are events of a frame.
+/// `waterOnly` is left out, because it needs a new host. `cellsPerVertex` is the detail of the mesh.
 void applySettings(const Settings& settings, int cellsPerVertex, hostkit::EffectHost& host);
 
-/// Returns the ink and the background that differ between settings and host, as events for the next frame.
+/// Returns actions that bring ink and background of the host up to date with the settings. Empty if nothing differs.
 std::vector<hostkit::ScriptAction> inkAndBackgroundChanges(const Settings& settings,
                                                            const hostkit::Look& look);
 
-/// Takes over an ink or a background that an event sets.
-void followAction(Settings& settings, const hostkit::ScriptAction& action);
+/// Updates the settings after an action that sets the ink or the background.
+void applyAction(Settings& settings, const hostkit::ScriptAction& action);
 
-/// Returns a gesture beside the screen that has no visible effect. The library remembers speed, place and direction of
-/// the last gesture; after this gesture they are the same each time, and so are ink and background.
-std::vector<hostkit::ScriptAction> forgetGestures(const Settings& settings);
+/// Returns actions that bring the library to a known state. The library remembers speed, position and direction of the
+/// last gesture. These actions replace them with an invisible gesture outside the screen, and set ink and background.
+std::vector<hostkit::ScriptAction> gestureResetActions(const Settings& settings);
 
 }  // namespace app

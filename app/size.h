@@ -2,7 +2,7 @@
 
 namespace app {
 
-/// Width and height in pixels.
+/// Size in pixels.
 struct Size {
     int width = 0;
     int height = 0;

@@ -5,36 +5,41 @@
 namespace app {
 namespace {
 
-constexpr std::size_t longestLine = 400;
-constexpr std::size_t longestWord = 40;
-constexpr std::string_view cutMark = "...";
+/// Maximum length of a line in bytes.
+constexpr std::size_t maxLineLength = 400;
+/// Maximum length of a word in bytes.
+constexpr std::size_t maxWordLength = 40;
+/// Mark in place of removed text.
+constexpr std::string_view ellipsis = "...";
 
-bool isControl(unsigned char letter) {
-    return letter < 0x20 || letter == 0x7F;
+bool isControl(unsigned char character) {
+    return character < 0x20 || character == 0x7F;
 }
 
-/// Returns whether a byte continues a UTF-8 letter: a cut before it would split the letter.
-bool continues(char byte) {
+/// Returns true if a byte continues a UTF-8 character, so that a cut before it would split the character.
+bool continuesCharacter(char byte) {
     return (static_cast<unsigned char>(byte) & 0xC0) == 0x80;
 }
 
+/// Returns the first `max` bytes or fewer, without splitting a character.
 std::string_view head(std::string_view text, std::size_t max) {
-    while (max > 0 && max < text.size() && continues(text[max])) {
+    while (max > 0 && max < text.size() && continuesCharacter(text[max])) {
         --max;
     }
     return text.substr(0, max);
 }
 
+/// Returns the last `max` bytes or fewer, without splitting a character.
 std::string_view tail(std::string_view text, std::size_t max) {
     std::size_t from = text.size() - max;
-    while (from < text.size() && continues(text[from])) {
+    while (from < text.size() && continuesCharacter(text[from])) {
         ++from;
     }
     return text.substr(from);
 }
 
-/// Replaces control codes by blanks, also those from U+0080 to U+009F, which take two bytes.
-std::string visible(std::string_view text) {
+/// Replaces control characters with spaces, including U+0080 to U+009F, which have two bytes in UTF-8.
+std::string withoutControls(std::string_view text) {
     std::string shown;
     for (std::size_t at = 0; at < text.size(); ++at) {
         const bool wide = text[at] == '\xC2' && at + 1 < text.size() &&
@@ -48,16 +53,18 @@ std::string visible(std::string_view text) {
 }  // namespace
 
 std::string oneLine(std::string_view text) {
-    if (text.size() <= longestLine) {
-        return visible(text);
+    if (text.size() <= maxLineLength) {
+        return withoutControls(text);
     }
-    constexpr std::size_t half = longestLine / 2;
-    return visible(head(text, half)).append(cutMark).append(visible(tail(text, half)));
+    constexpr std::size_t half = maxLineLength / 2;
+    return withoutControls(head(text, half))
+        .append(ellipsis)
+        .append(withoutControls(tail(text, half)));
 }
 
 std::string shortened(std::string_view value) {
-    const std::string_view kept = head(value, longestWord);
-    return visible(kept).append(kept.size() < value.size() ? cutMark : "");
+    const std::string_view kept = head(value, maxWordLength);
+    return withoutControls(kept).append(kept.size() < value.size() ? ellipsis : "");
 }
 
 std::string inQuotes(std::string_view word) {

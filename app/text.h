@@ -5,14 +5,14 @@
 
 namespace app {
 
-/// Returns the text on one line without a terminal's control codes, cut in its middle if it is longer than a few lines
-/// of a terminal: text from a file may hold anything.
+/// Returns the text as one line that is safe to print. Replaces control characters with spaces, because text from a
+/// file may contain any bytes. Cuts out the middle of a text of more than 400 bytes.
 std::string oneLine(std::string_view text);
 
-/// Returns a word from a file in quotes, without control codes, cut if it is long.
+/// Returns a word in single quotes, shortened as by `shortened`.
 std::string inQuotes(std::string_view word);
 
-/// Returns a value from a file like `inQuotes`, without quotes.
+/// Returns the first 40 bytes of a text, followed by "..." if there are more. Replaces control characters with spaces.
 std::string shortened(std::string_view value);
 
 }  // namespace app

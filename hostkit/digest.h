@@ -9,18 +9,24 @@
 
 namespace hostkit {
 
-/// A running 64-bit FNV-1a digest of bytes.
+/// 64-bit FNV-1a digest of a sequence of bytes.
 struct Digest {
+    /// Digest of the bytes added so far. The initial value is the FNV offset basis.
     std::uint64_t state = 0xCBF29CE484222325;
 };
 
+/// Adds bytes to the digest, in order.
+/// @param digest digest to update
+/// @param bytes bytes to add
 inline void addBytes(Digest& digest, std::span<const std::byte> bytes) {
     for (const std::byte byte : bytes) {
         digest.state = (digest.state ^ std::to_integer<std::uint64_t>(byte)) * 0x100000001B3;
     }
 }
 
-/// Sixteen hexadecimal digits.
+/// Writes the digest as text.
+/// @param digest digest to write
+/// @return sixteen lower-case hexadecimal digits
 inline std::string hex(const Digest& digest) {
     char digits[17];
     std::snprintf(digits, sizeof digits, "%016" PRIx64, digest.state);

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstddef>
 #include <string>
 #include <utility>
 #include <variant>
@@ -19,15 +20,20 @@ namespace {
 constexpr int sheenSlot = 0;
 constexpr int backgroundSlot = 1;
 constexpr int secondBackgroundSlot = 2;
-/// Moves further apart than this many cells, with ripples of one cone, get ripples in between, so
-/// that a fast finger leaves a furrow.
+/// Names of the slots in error messages.
+constexpr const char* textureNames[] = {"reflection map", "background", "second background"};
+/// Maximum distance in cells between the ripples of a move, for ripples of radius `coneRadius`. A longer move raises
+/// several ripples, so that a fast finger leaves a furrow instead of separate rings.
 constexpr double rippleSpacing = 2.0;
+/// Maximum number of ripples of one move.
+constexpr double maxRipplesPerMove = 64.0;
 
 jint toPixel(double position) {
     return static_cast<jint>(std::lround(std::clamp(position, -1e9, 1e9)));
 }
 
-/// Maps the mesh, which is centred on the origin with y up, onto the surface and a little beyond.
+/// Fills a column-major matrix that maps the mesh to clip space, enlarged by `meshOverhang`. The mesh is centred on the
+/// origin, and y is up in both.
 void fillMvp(std::span<float> matrix, const WaterDriver& water) {
     std::fill(matrix.begin(), matrix.end(), 0.0f);
     matrix[0] = 2.0f * meshOverhang / static_cast<float>(water.meshSizeWidth);
@@ -36,6 +42,7 @@ void fillMvp(std::span<float> matrix, const WaterDriver& water) {
     matrix[15] = 1.0f;
 }
 
+/// Combines lambdas into one visitor for std::visit.
 template <class... Cases>
 struct Overloaded : Cases... {
     using Cases::operator()...;
@@ -45,8 +52,8 @@ Overloaded(Cases...) -> Overloaded<Cases...>;
 
 }  // namespace
 
-EffectHost::EffectHost(EffectHostOptions chosen)
-    : options(std::move(chosen)),
+EffectHost::EffectHost(EffectHostOptions hostOptions)
+    : options(std::move(hostOptions)),
       environment(options.jni ? *options.jni : ownEnvironment),
       mvpMatrix(environment.newFloatArray(16)) {
     if (options.sheen.empty()) {
@@ -65,7 +72,7 @@ EffectHost::EffectHost(EffectHostOptions chosen)
 void EffectHost::replaceWater(WaterSettings settings) {
     WaterDriver water = makeWater(environment, options.width, options.height, settings);
     if (waterDriver) {
-        carryWaves(*waterDriver, water);
+        resampleWaves(*waterDriver, water);
         releaseWater(*waterDriver, environment);
     }
     waterDriver = water;
@@ -105,8 +112,10 @@ void EffectHost::loadTexture(Picture& picture, int index) {
     const jint result =
         native::LoadTextures(environment.env(), nullptr, reinterpret_cast<jobject>(&bitmap), index);
     if (result < 0) {
-        throw HostError("picture " + std::to_string(index) + " was refused with code " +
-                        std::to_string(result));
+        throw HostError(std::string(textureNames[static_cast<std::size_t>(index)]) +
+                        ": the library cannot load this image of " + std::to_string(picture.width) +
+                        " x " + std::to_string(picture.height) + " pixels (code " +
+                        std::to_string(result) + ")");
     }
 }
 
@@ -136,28 +145,29 @@ void EffectHost::apply(const ScriptAction& action) {
 void EffectHost::touch(const Touch& event) {
     native::onTouch(environment.env(), nullptr, toPixel(event.x), toPixel(event.y),
                     static_cast<jint>(event.action), event.pressure);
-    strikeWater(event);
+    addRipples(event);
     const bool ends = event.action == TouchAction::up || event.action == TouchAction::cancel;
     lastTouch = ends ? std::nullopt : std::optional(event);
 }
 
-void EffectHost::strikeWater(const Touch& event) {
+void EffectHost::addRipples(const Touch& event) {
     if (event.action == TouchAction::down) {
         rippleAt(*waterDriver, environment, event.x, event.y, options.look.downRipple);
     }
     if (event.action != TouchAction::move || !lastTouch) {
         return;
     }
-    const double wayX = event.x - lastTouch->x;
-    const double wayY = event.y - lastTouch->y;
+    const double distanceX = event.x - lastTouch->x;
+    const double distanceY = event.y - lastTouch->y;
     const double cellSize = static_cast<double>(options.width) / waterDriver->columns;
-    const double cells = std::hypot(wayX, wayY) / cellSize;
+    const double cells = std::hypot(distanceX, distanceY) / cellSize;
     const double spacing = rippleSpacing * waterDriver->settings.rippleRadius / coneRadius;
-    const int strikes = static_cast<int>(std::clamp(std::ceil(cells / spacing), 0.0, 64.0));
-    for (int strike = 1; strike <= strikes; ++strike) {
-        const double part = static_cast<double>(strike) / strikes;
-        rippleAt(*waterDriver, environment, lastTouch->x + wayX * part, lastTouch->y + wayY * part,
-                 options.look.moveRipple);
+    const int ripples =
+        static_cast<int>(std::clamp(std::ceil(cells / spacing), 0.0, maxRipplesPerMove));
+    for (int ripple = 1; ripple <= ripples; ++ripple) {
+        const double fraction = static_cast<double>(ripple) / ripples;
+        rippleAt(*waterDriver, environment, lastTouch->x + distanceX * fraction,
+                 lastTouch->y + distanceY * fraction, options.look.moveRipple);
     }
 }
 

@@ -18,101 +18,143 @@
 
 namespace hostkit {
 
-/// The per-frame arguments that shape the picture, and how hard the finger strikes the water.
+/// Settings of the image that onDrawFrame takes for each frame, and strengths of the ripples of a touch.
 struct Look {
-    /// 1 bends nothing; 1.33 is water.
+    /// Refractive index: 1 is no refraction, 1.33 is water.
     float refractiveIndex = 1.33f;
-    /// Weight of the sheen on waves: alpha * alphaRatio1Scale; 0 leaves the refraction alone.
+    /// Weight of the reflection on waves, multiplied by `alphaRatio1Scale`; 0 is no reflection.
     float alpha = 1.0f;
+    /// Second factor of that weight.
     float alphaRatio1Scale = 0.1f;
-    /// Handed over; has no effect on the picture.
+    /// Passed to the library, which does not use it.
     float alphaRatio2Scale = 1.0f;
-    /// Extra sheen on slopes that face the light at the lower right.
+    /// Extra reflection on slopes that face the light at the lower right; 0 is none.
     float fresnelRatio = 0.8f;
-    /// Peak of the highlight, as a factor of the sheen between 1 and 4.5 (5.5 without ink).
+    /// Peak of the highlight as a factor of the reflection, clamped to 1 to 4.5 with ink and 1 to 5.5 without.
     float specularRatio = 3.0f;
-    /// Sharpness of the highlight.
+    /// Sharpness of the highlight: 1 is broad, 24 is narrow.
     float exponent = 24.0f;
-    /// Red, green, blue, 0 to 1; the stain takes on this colour. Full ink leaves a ninth of a
-    /// channel at 0.3 and half of one at 1; at 0 a 75th, which is black on any picture.
+    /// Ink colour; all visible ink has the colour of the last stroke. Dense ink passes a ninth of the light in a
+    /// channel at 0.3, half of it at 1, and 1/75 of it at 0, which is black over any background.
     InkColor ink = {0.3f, 0.7f, 1.0f};
+    /// False: first background; true: second background.
     bool useSecondBackground = false;
-    /// Strength of the ripple of a touch that goes down, and of each move; a third of the peak height.
+    /// Strength of the ripple of a touch-down: a third of its peak height.
     float downRipple = 2.4f;
+    /// Strength of each ripple of a move: a third of its peak height.
     float moveRipple = 0.4f;
 };
 
+/// Options of an EffectHost.
 struct EffectHostOptions {
+    /// Screen width in pixels.
     int width = 1080;
+    /// Screen height in pixels.
     int height = 1920;
+    /// False: water only, without solver and ink.
     bool inkEnabled = true;
-    /// Empty pictures are replaced: the sheen by makeSheen, the backgrounds by makeTestPicture.
+    /// Reflection map. Empty: the result of makeSheen.
     Picture sheen = {};
+    /// First background, stretched over the screen. Empty: the result of makeTestPicture.
     Picture background = {};
+    /// Second background, stretched over the screen. Empty: the result of makeTestPicture.
     Picture secondBackground = {};
+    /// Initial settings of the image.
     Look look = {};
+    /// Initial settings of the water.
     WaterSettings water = {};
-    /// The caller's environment, which outlives the host. Null: one of the host's own.
+    /// Environment for the arrays, which must outlive the host. Null: the host creates an environment.
     JniEnvironment* jni = nullptr;
-    /// Set by a host with a window: destroys the window's GL context with everything in it and
-    /// makes a new one, current; one must be current when the host is made. Empty: an off-screen
-    /// context of the host's own.
+    /// Function of a host with a window. It destroys the GL context and all its objects, creates a new one, and makes
+    /// it current. A context must be current when the host is constructed. Empty: the host creates an off-screen
+    /// context.
     std::function<void()> renewContext = {};
 };
 
-/// The time between two frames of a display, 60 a second.
+/// Duration of a frame of a display with 60 frames per second.
 constexpr std::chrono::nanoseconds displayedFrame(16'666'667);
 
-/// A device's host around the library, without window and JVM: sets everything up in the order that
-/// the library asks for, then draws frame by frame. The library has one state, so use one host at a
-/// time. Everything runs on the thread that calls, which holds the GL context.
+/// A host of the library without a window and a JVM. It makes the native calls in the required order. The library has
+/// one global state, so use one host at a time. Call all functions on one thread, on which the GL context is current.
+/// The ink advances per frame, so draw 60 frames per second.
 class EffectHost {
 public:
-    /// Throws HostError when no GL context can be had or a picture is refused.
+    /// Sets up the library, the GL context, the images and the water. Throws HostError if there is no GL context or the
+    /// library refuses an image.
+    /// @param options options of the host
     explicit EffectHost(EffectHostOptions options);
 
-    /// One frame: applies the events, in order, lets the water run for `elapsed` and draws.
+    /// Runs and draws one frame: calls `step`, then `draw`.
+    /// @param events events to apply, in order
+    /// @param elapsed time by which the water advances
     void frame(std::span<const ScriptEvent> events = {},
                std::chrono::nanoseconds elapsed = displayedFrame);
 
-    /// The two halves of a frame: what happens to the water, then the picture with its ink.
+    /// Applies events and advances the water. Draws nothing. Throws HostError if an event replaces the GL context and
+    /// that fails.
+    /// @param events events to apply, in order; their frame numbers are not used
+    /// @param elapsed time by which the water advances
     void step(std::span<const ScriptEvent> events, std::chrono::nanoseconds elapsed);
+    /// Advances the ink by one frame and draws the effect into the default framebuffer.
     void draw();
 
-    /// The default framebuffer as RGBA bytes, rows top to bottom.
+    /// Reads the default framebuffer.
+    /// @return 4 * width * height bytes: RGBA, rows from top to bottom
     std::vector<std::uint8_t> pixels() const { return readScreen(options.width, options.height); }
 
-    /// One touch event in screen pixels, y down: to the ink, and as a ripple to the water.
+    /// Passes one touch event to the ink, and to the water as ripples.
+    /// @param touch event in pixels of the screen, y down
     void touch(const Touch& touch);
+    /// Removes the ink and ends the gesture.
     void clearInk();
-    /// Whether ink is shown: false after a cancel or a clear.
+    /// Tells whether the library shows ink.
+    /// @return false after a cancel event or clearInk, until the next other touch event
     bool inkShown();
-    /// Destroys the GL context with everything in it and sets up a new one.
+    /// Replaces the GL context and creates the GL objects anew. The ink is lost. Throws HostError on failure.
     void loseContext();
+    /// Replaces the backgrounds. Throws HostError if the library refuses an image.
+    /// @param background first background; empty: the result of makeTestPicture
+    /// @param secondBackground second background; empty: the result of makeTestPicture
     void setBackgrounds(Picture background, Picture secondBackground);
-    /// Another grid for the water; its waves stay, and so does the ink.
+    /// Replaces the grid and the mesh of the water. Waves and ink stay.
+    /// @param settings new settings of the water
     void replaceWater(WaterSettings settings);
 
+    /// Returns the settings of the image for changing. A change takes effect with the next frame.
+    /// @return the settings
     Look& look() { return options.look; }
+    /// Returns the settings of the image.
+    /// @return the settings
     const Look& look() const { return options.look; }
+    /// Returns the water for changing. Replace grid and mesh with replaceWater.
+    /// @return the water; its address stays the same
     WaterDriver& water() { return *waterDriver; }
+    /// Returns the water.
+    /// @return the water; its address stays the same
     const WaterDriver& water() const { return *waterDriver; }
+    /// Returns the environment that owns the arrays.
+    /// @return the environment
     JniEnvironment& jni() { return environment; }
-    /// The host's own context, where it has one.
+    /// Returns the off-screen context. Do not call it on a host with `renewContext`, which has no such context.
+    /// @return the context
     const GlContext& gl() const { return *context; }
+    /// Returns the screen width.
+    /// @return width in pixels
     int width() const { return options.width; }
+    /// Returns the screen height.
+    /// @return height in pixels
     int height() const { return options.height; }
 
 private:
     void setUpContext();
     void loadTexture(Picture& picture, int index);
     void apply(const ScriptAction& action);
-    void strikeWater(const Touch& touch);
+    void addRipples(const Touch& touch);
 
     EffectHostOptions options;
     JniEnvironment ownEnvironment;
     JniEnvironment& environment;
-    /// Absent where the window has the context.
+    /// Empty if `options.renewContext` is set.
     std::optional<GlContext> context;
     bool contextReady = false;
     std::optional<WaterDriver> waterDriver;

@@ -18,19 +18,21 @@ namespace {
 
 constexpr std::array<const char*, 4> actionNames = {"down", "up", "move", "cancel"};
 constexpr int framesAfterLastEvent = 60;
-/// Far beyond any screen and any gesture, and small enough that nothing computed from it overflows.
-constexpr int largestNumber = 1'000'000;
-/// Of a word that is no word of a script.
-constexpr std::size_t longestQuote = 40;
+/// Maximum of sizes, positions and frame numbers. Larger than any screen and any gesture, and small enough that no
+/// computation with it overflows.
+constexpr int maxNumber = 1'000'000;
+constexpr float maxPressure = 1e6f;
+/// Maximum length of an invalid word in an error message, in bytes.
+constexpr std::size_t maxQuotedLength = 40;
 
-/// The words of one line, taken from the left; knows where it stands for the errors.
+/// Reads the words of one line from left to right. Knows file and line number for error messages.
 struct LineReader {
     const std::string& fileName;
     int number;
     std::string_view rest;
 
     [[noreturn]] void fail(const std::string& expected, std::string_view found) const {
-        const std::string shown(found.substr(0, longestQuote));
+        const std::string shown(found.substr(0, maxQuotedLength));
         throw HostError(
             fileName + ":" + std::to_string(number) + ": expected " + expected +
             (found.empty() ? ", found the end of the line" : ", found \"" + shown + "\""));
@@ -45,23 +47,22 @@ struct LineReader {
     }
 
     template <class Number>
-    Number numberBetween(Number least, Number most, const std::string& what) {
+    Number numberBetween(Number min, Number max, const std::string& expected) {
         const std::string_view found = word();
         Number value{};
         const auto [end, error] = readNumber(found.data(), found.data() + found.size(), value);
         if (error != std::errc{} || end != found.data() + found.size() ||
-            !(value >= least && value <= most)) {
-            fail(what, found);
+            !(value >= min && value <= max)) {
+            fail(expected, found);
         }
         return value;
     }
 
     double position(const char* axis) {
-        return numberBetween<double>(-largestNumber, largestNumber,
-                                     std::string(axis) + " in pixels");
+        return numberBetween<double>(-maxNumber, maxNumber, std::string(axis) + " in pixels");
     }
 
-    float colorPart(const char* name) {
+    float colorChannel(const char* name) {
         return numberBetween(0.0f, 1.0f, std::string(name) + " from 0 to 1");
     }
 
@@ -88,15 +89,17 @@ bool onOrOff(LineReader& line) {
     return found == "on";
 }
 
-// Braces evaluate from left to right, which is the order of the words.
+/// Parses the part of a line after the frame number. The initializers in braces are evaluated from left to right, which
+/// is the order of the words.
 ScriptAction parseAction(LineReader& line) {
     const std::string_view name = line.word();
     if (const auto action = touchActionOf(name)) {
         return Touch{*action, line.position("x"), line.position("y"),
-                     line.numberBetween(0.0f, 1e6f, "a pressure of 0 or more")};
+                     line.numberBetween(0.0f, maxPressure, "a pressure of 0 or more")};
     }
     if (name == "ink") {
-        return InkColor{line.colorPart("red"), line.colorPart("green"), line.colorPart("blue")};
+        return InkColor{line.colorChannel("red"), line.colorChannel("green"),
+                        line.colorChannel("blue")};
     }
     if (name == "second") {
         return SecondBackground{onOrOff(line)};
@@ -110,14 +113,15 @@ ScriptAction parseAction(LineReader& line) {
     line.fail("down, move, up, cancel, ink, second, clear or lose-context", name);
 }
 
+/// Parses a header line. Returns false if the line is not a header.
 bool parseHeader(LineReader& line, GestureScript& script, bool& framesGiven) {
     LineReader header = line;
     const std::string_view name = header.word();
     if (name == "screen") {
-        script.screenWidth = header.numberBetween(1, largestNumber, "a width in pixels");
-        script.screenHeight = header.numberBetween(1, largestNumber, "a height in pixels");
+        script.screenWidth = header.numberBetween(1, maxNumber, "a width in pixels");
+        script.screenHeight = header.numberBetween(1, maxNumber, "a height in pixels");
     } else if (name == "frames") {
-        script.frames = header.numberBetween(1, largestNumber, "a number of frames, at least 1");
+        script.frames = header.numberBetween(1, maxNumber, "a number of frames, at least 1");
         framesGiven = true;
     } else {
         return false;
@@ -132,20 +136,20 @@ bool parseHeader(LineReader& line, GestureScript& script, bool& framesGiven) {
 void parseEvent(LineReader& line, GestureScript& script) {
     const int earliest = script.events.empty() ? 0 : script.events.back().frame;
     const int frame = line.numberBetween(
-        earliest, largestNumber, "a frame number, " + std::to_string(earliest) + " or later");
+        earliest, maxNumber, "a frame number, " + std::to_string(earliest) + " or later");
     script.events.push_back({frame, parseAction(line)});
     line.end();
 }
 
-/// The shortest text that reads back as the same value.
+/// Appends a space and the number for each number.
 template <class... Numbers>
 void append(std::string& text, Numbers... numbers) {
-    const auto one = [&](auto value) {
+    const auto appendNumber = [&](auto value) {
         char digits[64];
         const auto end = writeNumber(digits, std::end(digits), value).ptr;
         text.append(1, ' ').append(digits, end);
     };
-    (one(numbers), ...);
+    (appendNumber(numbers), ...);
 }
 
 struct ActionWriter {
@@ -173,9 +177,9 @@ GestureScript parseGestureScript(std::string_view text, const std::string& fileN
     GestureScript script;
     bool framesGiven = false;
     for (int number = 1; !text.empty(); ++number) {
-        const std::string_view whole = text.substr(0, text.find('\n'));
-        text.remove_prefix(std::min(whole.size() + 1, text.size()));
-        LineReader line{fileName, number, whole.substr(0, whole.find('#'))};
+        const std::string_view lineText = text.substr(0, text.find('\n'));
+        text.remove_prefix(std::min(lineText.size() + 1, text.size()));
+        LineReader line{fileName, number, lineText.substr(0, lineText.find('#'))};
         if (LineReader(line).word().empty() || parseHeader(line, script, framesGiven)) {
             continue;
         }
@@ -217,12 +221,12 @@ GestureScript loadGestureScript(const std::filesystem::path& file) {
 
 std::span<const ScriptEvent> eventsOfFrame(const GestureScript& script, int frame) {
     const std::span<const ScriptEvent> all = script.events;
-    const auto before = [&](int bound) {
+    const auto countBefore = [&](int bound) {
         const auto found = std::partition_point(
             all.begin(), all.end(), [&](const ScriptEvent& event) { return event.frame < bound; });
         return static_cast<std::size_t>(found - all.begin());
     };
-    return all.subspan(before(frame), before(frame + 1) - before(frame));
+    return all.subspan(countBefore(frame), countBefore(frame + 1) - countBefore(frame));
 }
 
 GestureScript scaledToScreen(GestureScript script, int width, int height) {

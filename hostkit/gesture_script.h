@@ -9,79 +9,126 @@
 
 namespace hostkit {
 
-/// A gesture script is a text of one event a line; '#' starts a comment, blank lines are skipped:
+/// @file
+/// Gesture scripts: recorded or written touches that a host replays. A script is a text with one event per line. `#`
+/// starts a comment, and blank lines are skipped:
 ///
-///     screen 1080 1920        of the coordinates below, in pixels; this is the default
-///     frames 240              how long to play; default: 60 frames after the last event
-///     0 ink 0.1 0.3 0.9       ink colour from here on: red, green, blue, 0 to 1
+///     screen 1080 1920        screen size that the coordinates refer to, in pixels; default: 1080 1920
+///     frames 240              number of frames to play; default: 60 frames after the last event
+///     0 ink 0.1 0.3 0.9       sets the ink colour: red, green, blue, 0 to 1
 ///     4 down 540 960 0.6      FRAME ACTION X Y PRESSURE; actions: down, move, up, cancel
-///     5 move 552.5 960 0.6    x to the right and y down from the top left corner
-///     90 second on            second background on or off
+///     5 move 552.5 960 0.6    x to the right and y down, from the top left corner
+///     90 second on            shows (on) or hides (off) the second background
 ///     120 clear               removes the ink at once
-///     150 lose-context        the GL context is replaced before the frame is drawn
+///     150 lose-context        replaces the GL context before the frame is drawn
 ///
-/// Headers come first, frames count from 0 and never go down.
+/// `screen` and `frames` come before the first event. Frames count from 0 and never decrease.
 
-/// Values are the platform's action codes.
-enum class TouchAction { down = 0, up = 1, move = 2, cancel = 3 };
+/// Kind of a touch event. The values are the action codes of the platform and of onTouch.
+enum class TouchAction {
+    /// The finger touches the screen.
+    down = 0,
+    /// The finger leaves the screen.
+    up = 1,
+    /// The finger moves on the screen.
+    move = 2,
+    /// The platform ends the gesture. The library then hides the ink.
+    cancel = 3
+};
 
+/// A touch event.
 struct Touch {
+    /// Kind of the event.
     TouchAction action;
+    /// Position in pixels from the left edge of the screen.
     double x;
+    /// Position in pixels from the top edge of the screen, y down.
     double y;
+    /// Pressure, at least 0; 1 is a firm touch.
     float pressure;
     bool operator==(const Touch&) const = default;
 };
+/// Sets the ink colour. Each channel is from 0 to 1.
 struct InkColor {
+    /// Red, 0 to 1.
     float red;
+    /// Green, 0 to 1.
     float green;
+    /// Blue, 0 to 1.
     float blue;
     bool operator==(const InkColor&) const = default;
 };
+/// Selects the background.
 struct SecondBackground {
+    /// True for the second background, false for the first.
     bool on;
     bool operator==(const SecondBackground&) const = default;
 };
+/// Removes the ink.
 struct ClearInk {
     bool operator==(const ClearInk&) const = default;
 };
+/// Replaces the GL context.
 struct LoseContext {
     bool operator==(const LoseContext&) const = default;
 };
+/// An action of a script.
 using ScriptAction = std::variant<Touch, InkColor, SecondBackground, ClearInk, LoseContext>;
 
+/// An action and its time.
 struct ScriptEvent {
+    /// Frame before which the action is applied, from 0.
     int frame;
+    /// The action.
     ScriptAction action;
     bool operator==(const ScriptEvent&) const = default;
 };
 
+/// A parsed gesture script.
 struct GestureScript {
+    /// Width of the screen that the positions refer to, in pixels.
     int screenWidth = 1080;
+    /// Height of that screen in pixels.
     int screenHeight = 1920;
-    /// Frames to play, at least 1.
+    /// Number of frames to play, at least 1.
     int frames = 60;
-    /// In order of their frames.
+    /// Events in the order of their frames.
     std::vector<ScriptEvent> events;
     bool operator==(const GestureScript&) const = default;
 };
 
-/// Throws HostError "FILE:LINE: expected ..." at the first line that is not as above.
+/// Parses a script. Throws HostError "FILE:LINE: expected ..., found ..." at the first invalid line.
+/// @param text text of the script
+/// @param fileName file name for error messages
+/// @return the script
 GestureScript parseGestureScript(std::string_view text, const std::string& fileName);
 
-/// An event as its line, without the line's end.
+/// Writes an event as a line of a script.
+/// @param event event to write
+/// @return the line, without a line break
 std::string writeScriptEvent(const ScriptEvent& event);
 
-/// parseGestureScript of the result gives an equal record; comments of an earlier text are not kept.
+/// Writes a script as text. parseGestureScript reads it back as an equal script. Comments are not kept.
+/// @param script script to write
+/// @return the text
 std::string writeGestureScript(const GestureScript& script);
 
-/// Throws HostError when the file cannot be read or parsed.
+/// Reads and parses a script. Throws HostError if the file cannot be read or a line is invalid.
+/// @param file path of the file
+/// @return the script
 GestureScript loadGestureScript(const std::filesystem::path& file);
 
-/// The events of one frame.
+/// Returns the events of one frame.
+/// @param script script that owns the events
+/// @param frame frame number, from 0
+/// @return the events in order; valid until the script changes
 std::span<const ScriptEvent> eventsOfFrame(const GestureScript& script, int frame);
 
-/// The same gesture for a screen of another size: positions scaled along each axis.
+/// Scales the positions of a script to a screen of another size, each axis separately.
+/// @param script script to scale
+/// @param width width of the new screen in pixels
+/// @param height height of the new screen in pixels
+/// @return the scaled script
 GestureScript scaledToScreen(GestureScript script, int width, int height);
 
 }  // namespace hostkit

@@ -16,14 +16,14 @@ namespace {
 [[noreturn]] void failWith(const char* call) {
     char code[16];
     std::snprintf(code, sizeof code, "0x%X", static_cast<unsigned>(eglGetError()));
-    throw HostError("no OpenGL ES 2.0 context: " + std::string(call) + " failed with EGL error " +
-                    code + " (is Mesa's software rasteriser installed?)");
+    throw HostError("cannot create an OpenGL ES 2.0 context: " + std::string(call) +
+                    " failed with EGL error " + code + "; check that Mesa is installed");
 }
 
-/// The display lives as long as the program: contexts come and go on it.
+/// Returns the initialized display. It exists until the program ends, while contexts are created and destroyed.
 EGLDisplay softwareDisplay() {
     static const EGLDisplay display = [] {
-        // Pictures are to be the same on every machine, with or without a graphics card.
+        // The software rasteriser draws the same pixels on every machine, with or without a graphics card.
         setenv("LIBGL_ALWAYS_SOFTWARE", "1", 0);
         askForFineFiltering();
         return eglGetPlatformDisplay(EGL_PLATFORM_SURFACELESS_MESA, nullptr, nullptr);
@@ -62,15 +62,15 @@ EGLConfig chooseConfig(EGLDisplay display) {
 }  // namespace
 
 void askForFineFiltering() {
-    // Ink flows through hundreds of filtered reads. The software rasteriser filters in 8 bits
-    // unless told otherwise, which breaks thin ink up into grain.
+    // The ink is filtered hundreds of times as it flows. By default the rasteriser filters in 8 bits, which makes thin
+    // ink grainy.
     setenv("GALLIVM_PERF", "no_aos_sampling", 0);
 }
 
 GlContext::GlContext(void* onDisplay, int width, int height)
     : display(onDisplay), surfaceWidth(width), surfaceHeight(height) {}
 
-// Once the delegated constructor is through, the destructor cleans up after a failure below.
+// Delegates to the private constructor, so that the destructor runs if a call below throws.
 GlContext::GlContext(int width, int height) : GlContext(softwareDisplay(), width, height) {
     const EGLConfig config = chooseConfig(display);
     const EGLint size[] = {EGL_WIDTH, width, EGL_HEIGHT, height, EGL_NONE};

@@ -7,27 +7,41 @@
 
 namespace hostkit {
 
-/// Lets a software rasteriser filter finely enough for the ink, which keeps its value in two
-/// channels, a coarse and a fine one. Call before the first context is made.
+/// Makes Mesa's software rasteriser filter textures with more than 8 bits. The ink needs this precision, because it
+/// keeps each value in two channels, a coarse and a fine one. Sets an environment variable, so call it before the first
+/// GL context of the process exists and before other threads start. GlContext calls it.
 void askForFineFiltering();
 
-/// An OpenGL ES 2.0 context of its own, with an off-screen RGBA8888 surface as its default
-/// framebuffer; runs on Mesa's software rasteriser without a display. Several may live at once,
-/// each current on one thread.
+/// An OpenGL ES 2.0 context with an off-screen RGBA8888 surface as its default framebuffer. Runs on Mesa's software
+/// rasteriser and needs no display. A program can have several; each is current on at most one thread.
 class GlContext {
 public:
-    /// Makes the context current. Throws HostError where the machine has none to give.
+    /// Creates a context and makes it current on the calling thread. Throws HostError if EGL or Mesa fails.
+    /// @param width width of the surface in pixels
+    /// @param height height of the surface in pixels
     GlContext(int width, int height);
+    /// Destroys the context and its GL objects.
     ~GlContext();
+    /// Moves the context. It stays current.
+    /// @param other source, which then has no context
     GlContext(GlContext&& other) noexcept;
+    /// Swaps the two contexts.
+    /// @param other the other context
+    /// @return this context
     GlContext& operator=(GlContext&& other) noexcept;
 
+    /// Makes the context current on the calling thread. Throws HostError on failure.
     void makeCurrent() const;
 
+    /// Returns the width of the surface.
+    /// @return width in pixels
     int width() const { return surfaceWidth; }
+    /// Returns the height of the surface.
+    /// @return height in pixels
     int height() const { return surfaceHeight; }
 
-    /// The default framebuffer as RGBA bytes, rows top to bottom. The context must be current.
+    /// Reads the default framebuffer. The context must be current.
+    /// @return 4 * width * height bytes: RGBA, rows from top to bottom
     std::vector<std::uint8_t> readPixels() const { return readScreen(surfaceWidth, surfaceHeight); }
 
 private:

@@ -4,7 +4,7 @@
 
 namespace hostkit {
 
-/// What went wrong, in one line that a user can read as it stands.
+/// The exception that hostkit throws. `what()` is one line of text that a program can show to its user.
 struct HostError : std::runtime_error {
     using std::runtime_error::runtime_error;
 };

@@ -13,12 +13,12 @@ std::span<Element> viewOf(std::byte* content, std::size_t bytes) {
 
 }  // namespace
 
-/// The JNIEnv that the library sees, with the way back to its owner.
+/// The JNIEnv that the library receives, with a reference to its owner.
 struct JniEnvironment::Environment : JNIEnv {
     JniEnvironment& owner;
     JniTable table{};
 
-    explicit Environment(JniEnvironment& of) : owner(of) {
+    explicit Environment(JniEnvironment& environment) : owner(environment) {
         functions = &table;
         table.GetFloatArrayElements = [](JNIEnv* env, jfloatArray array, jboolean* isCopy) {
             return static_cast<jfloat*>(

@@ -10,60 +10,106 @@
 
 namespace hostkit {
 
-/// Table of the JNI calls. A JDK and Android give its type different names.
+/// Table of the JNI functions. Its type has different names in a JDK and in Android.
 using JniTable = std::remove_cvref_t<decltype(*JNIEnv::functions)>;
 
-/// A JNIEnv for a host without a JVM. It offers the four array calls that the library makes, on arrays of its own, and
-/// no other call. One thread at a time.
+/// A JNIEnv for a host without a JVM. It has the four array functions that the library calls, and no others. It owns
+/// the arrays. Use it on one thread at a time.
 class JniEnvironment {
 public:
+    /// Creates an environment without arrays.
     JniEnvironment();
+    /// Destroys the arrays.
     virtual ~JniEnvironment();
     JniEnvironment(const JniEnvironment&) = delete;
     JniEnvironment& operator=(const JniEnvironment&) = delete;
 
+    /// Returns the JNIEnv to pass to native methods.
+    /// @return the JNIEnv; valid as long as this object
     JNIEnv* env();
 
-    /// A zeroed array; it lives as long as the environment, or until released. Ids count from 1,
-    /// both types together.
+    /// Creates an array of zeros.
+    /// @param length number of elements
+    /// @return the array; valid until `release` or the end of the environment
     jfloatArray newFloatArray(std::size_t length);
+    /// Creates an array of zeros.
+    /// @param length number of elements
+    /// @return the array; valid until `release` or the end of the environment
     jshortArray newShortArray(std::size_t length);
-    /// The array must not be pinned.
+    /// Destroys an array, which must not be pinned by a Get...ArrayElements call.
+    /// @param array array of this environment
     void release(jarray array);
 
-    /// The array as the host sees it, valid for the life of the environment.
+    /// Returns the content of an array, as the host sees it.
+    /// @param array array of any environment
+    /// @return the elements; valid as long as the array
     static std::span<float> elements(jfloatArray array);
+    /// Returns the content of an array, as the host sees it.
+    /// @param array array of any environment
+    /// @return the elements; valid as long as the array
     static std::span<jshort> elements(jshortArray array);
+    /// Returns the number of an array.
+    /// @param array array of any environment
+    /// @return its number in order of creation in its environment, from 1, for both types together
     static int id(jarray array);
 
 protected:
     /// Zeroed content between two guard zones.
     struct Block {
+        /// Creates a block.
+        /// @param contentBytes size of the content in bytes
+        /// @param guardBytes size of each guard zone in bytes
         Block(std::size_t contentBytes, std::size_t guardBytes);
+        /// Returns the start of the content.
+        /// @return pointer to the first byte of the content
         std::byte* content() { return bytes.data() + guardBytes; }
+        /// Returns the size of the content.
+        /// @return size in bytes
         std::size_t contentBytes() const { return bytes.size() - 2 * guardBytes; }
 
+        /// Guard zone, content, guard zone.
         std::vector<std::byte> bytes;
+        /// Size of each guard zone in bytes.
         std::size_t guardBytes;
     };
+    /// Value of every byte of an intact guard zone.
     static constexpr std::byte guardByte{0xA5};
 
-    /// The target of an array handle.
+    /// Target of an array handle.
     struct Array {
+        /// Number of the array, from 1.
         int id;
+        /// Size of an element in bytes.
         std::size_t elementBytes;
+        /// Content and guard zones.
         Block block;
     };
 
-    /// Makes arrays with guard zones of so many elements.
+    /// Creates an environment whose arrays have guard zones.
+    /// @param guardLength length of each guard zone in elements
     explicit JniEnvironment(std::size_t guardLength);
+    /// Returns the target of an array handle.
+    /// @param handle array of any environment
+    /// @return the target
     static Array& arrayOf(jarray handle);
+    /// Returns the arrays of this environment.
+    /// @return the arrays in order of creation
     std::span<const std::unique_ptr<Array>> arrays() const { return owned; }
+    /// Returns the function table for changing.
+    /// @return the table of `env`
     JniTable& callTable();
 
-    /// Carries out a Get...ArrayElements call of that JNI name. Hands out the array itself.
+    /// Handles a Get...ArrayElements call. This version returns the array itself.
+    /// @param call JNI name of the function
+    /// @param array array to pin
+    /// @param isCopy output, may be null: whether the result is a copy
+    /// @return the elements, or null on failure
     virtual void* pin(const char* call, Array& array, jboolean* isCopy);
-    /// Carries out a Release...ArrayElements call.
+    /// Handles a Release...ArrayElements call. This version does nothing.
+    /// @param call JNI name of the function
+    /// @param array pinned array
+    /// @param data result of `pin`
+    /// @param mode 0, JNI_COMMIT or JNI_ABORT
     virtual void unpin(const char* call, Array& array, void* data, jint mode);
 
 private:

@@ -2,12 +2,14 @@
 
 #include "velmora/native_for_velmora.h"
 
-/// The library's native methods under the names that the host's Java class gives them.
+/// Short names for the native methods, as in the host's Java class: `hostkit::native::onDrawFrame`.
 namespace hostkit::native {
 
+/// @cond
 #define VELMORA_METHOD(result, name, parameters) \
     inline constexpr auto& name = VELMORA_NATIVE_NAME(name);
 #include "velmora/native_methods.inc"
 #undef VELMORA_METHOD
+/// @endcond
 
 }  // namespace hostkit::native

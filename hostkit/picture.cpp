@@ -11,15 +11,16 @@ namespace {
 
 using Color = std::array<double, 3>;
 
+/// Draws an image. `colorAt` returns the colour at (u, v), from (0, 0) at the top left to (1, 1) at the bottom right.
 template <class ColorAt>
 Picture paint(int width, int height, ColorAt colorAt) {
     Picture picture{width, height, {}};
     picture.rgba.reserve(static_cast<std::size_t>(width) * static_cast<std::size_t>(height) * 4);
     for (int y = 0; y < height; ++y) {
         for (int x = 0; x < width; ++x) {
-            for (const double part : colorAt((x + 0.5) / width, (y + 0.5) / height)) {
+            for (const double channel : colorAt((x + 0.5) / width, (y + 0.5) / height)) {
                 picture.rgba.push_back(
-                    static_cast<std::uint8_t>(std::lround(std::clamp(part, 0.0, 1.0) * 255.0)));
+                    static_cast<std::uint8_t>(std::lround(std::clamp(channel, 0.0, 1.0) * 255.0)));
             }
             picture.rgba.push_back(255);
         }
@@ -29,14 +30,14 @@ Picture paint(int width, int height, ColorAt colorAt) {
 
 Color mix(const Color& from, const Color& to, double weight) {
     Color mixed{};
-    for (std::size_t part = 0; part < mixed.size(); ++part) {
-        mixed[part] = from[part] + (to[part] - from[part]) * weight;
+    for (std::size_t channel = 0; channel < mixed.size(); ++channel) {
+        mixed[channel] = from[channel] + (to[channel] - from[channel]) * weight;
     }
     return mixed;
 }
 
-/// Bright where the folds of a wavy sheet lie close together, as light on the floor of a pool; 0
-/// to 1.
+/// Returns the brightness of caustic light, like the light on the floor of a pool, from 0 to 1. It is high where the
+/// folds of a wavy surface are close together.
 double caustic(double u, double v) {
     double x = u;
     double y = v;

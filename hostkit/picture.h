@@ -5,19 +5,29 @@
 
 namespace hostkit {
 
-/// 32-bit RGBA pixels, rows top to bottom without padding.
+/// An image of 32-bit RGBA pixels.
 struct Picture {
+    /// Width in pixels.
     int width = 0;
+    /// Height in pixels.
     int height = 0;
+    /// 4 * width * height bytes: red, green, blue, alpha. Rows go from top to bottom, without padding.
     std::vector<std::uint8_t> rgba;
 
+    /// Tells whether the image has no pixels.
+    /// @return true if the image has no pixels
     bool empty() const { return rgba.empty(); }
 };
 
-/// The sheen of the water: a soft sky with caustic light, square, made by formula.
+/// Computes the default reflection map: a soft sky with caustic light.
+/// @param size width and height in pixels
+/// @return a square image
 Picture makeSheen(int size = 256);
 
-/// A board of squares, redder to the right and greener downwards: shows by eye and by pixel which way is up.
+/// Computes a checkerboard that gets redder to the right and greener downwards. Its colours show the orientation.
+/// @param width width in pixels
+/// @param height height in pixels
+/// @return an image of that size
 Picture makeTestPicture(int width, int height);
 
 }  // namespace hostkit

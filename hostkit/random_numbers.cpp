@@ -3,25 +3,26 @@
 #include <cstdlib>
 #include <mutex>
 
-// rand() and srand() of a host's process, in place of the C library's: the solver's sink draws its
-// jitter from them, and so a gesture gives the same flow over every C library. A program takes them
-// by linking this file itself; in an archive the C library could come first.
+// Replaces rand() and srand() of the C library. The solver takes random numbers from rand(), so a gesture produces the
+// same flow with every C library. A program must link this object file directly. In an archive, the linker could prefer
+// the functions of the C library.
 //
-// An additive feedback generator, x[n] = x[n - 3] + x[n - 31], whose lowest bit is dropped. It gives
-// the numbers of the GNU C library, so a program that keeps that one's differs in nothing.
+// The generator is x[n] = x[n - 3] + x[n - 31] without the lowest bit. It produces the same numbers as the GNU C
+// library, so a program with that library behaves the same without this file.
 
 namespace {
 
 constexpr std::size_t history = 31;
 constexpr std::size_t lag = 3;
-constexpr int discarded = 310;  // until the seeding no longer shows
+/// Numbers to discard after seeding, because they still depend on the seed in a simple way.
+constexpr int discarded = 310;
 
 class Generator {
 public:
     explicit constexpr Generator(std::uint32_t seed) {
         std::int64_t word = seed == 0 ? 1 : static_cast<std::int32_t>(seed);
-        for (std::uint32_t& place : last_) {
-            place = static_cast<std::uint32_t>(word);
+        for (std::uint32_t& number : last_) {
+            number = static_cast<std::uint32_t>(word);
             word = word * 16807 % 2147483647;
             word += word < 0 ? 2147483647 : 0;
         }
@@ -42,13 +43,13 @@ private:
     std::size_t oldest_ = lag;
 };
 
-// Host threads and the solver's worker draw from one sequence.
+// Protects the generator, which host threads and the solver's worker thread share.
 std::mutex lock;
 constinit Generator generator(1);
 
 }  // namespace
 
-// The library finds these before the C library's.
+// The library's calls bind to these functions instead of those of the C library.
 #pragma GCC visibility push(default)
 extern "C" {
 

@@ -5,7 +5,10 @@
 
 namespace hostkit {
 
-/// Returns the current context's default framebuffer of that size as RGBA bytes, rows top to bottom.
+/// Reads the default framebuffer of the current GL context. Keeps the framebuffer binding.
+/// @param width width of the framebuffer in pixels
+/// @param height height of the framebuffer in pixels
+/// @return 4 * width * height bytes: RGBA, rows from top to bottom
 std::vector<std::uint8_t> readScreen(int width, int height);
 
 }  // namespace hostkit

@@ -13,18 +13,24 @@ namespace hostkit {
 
 namespace {
 
+/// Time of one step in the unit of `pendingTime`.
 constexpr std::int64_t stepTime = 1'000'000'000;
-/// No more time than this is caught up with at once, in 60ths of a second.
-constexpr std::int64_t mostTimeAtOnce = 4;
-constexpr int mostVertices = 65536;
-/// The cone of a ripple and the fixed frame need this much.
-constexpr int fewestCells = 8;
+/// Maximum time that one call of advanceWater steps, in 60ths of a second.
+constexpr std::int64_t maxFramesToCatchUp = 4;
+/// Maximum number of vertices that 16-bit indices can address.
+constexpr int maxVertices = 65536;
+/// Minimum of cells along a side: room for the cone of a ripple and the fixed border.
+constexpr int minCells = 8;
+/// Maximum of cells along the shorter side, so that the mesh of a square screen has at most `maxVertices` vertices.
+constexpr int maxShortSideCells = 254;
 
+/// Returns the length of one side of the screen, if the shorter side has the length `shortSide`.
 int scaled(int shortSide, int side, int otherSide) {
     const double aspect = std::max(1.0, static_cast<double>(side) / otherSide);
-    return static_cast<int>(std::lround(std::min(shortSide * aspect, double{mostVertices})));
+    return static_cast<int>(std::lround(std::min(shortSide * aspect, double{maxVertices})));
 }
 
+/// Returns the number of mesh vertices along a side of the grid.
 int verticesAlong(int cells, int cellsPerVertex) {
     return std::max(1, (cells + cellsPerVertex / 2) / cellsPerVertex) + 1;
 }
@@ -36,21 +42,23 @@ void runStep(WaterDriver& water, JniEnvironment& jni) {
     ++water.steps;
 }
 
+/// Raises the native cone at a position in screen pixels, y down.
 void raiseCone(const WaterDriver& water, JniEnvironment& jni, double x, double y, float strength) {
-    // The area is the mesh, centred on the origin; its y grows downwards like the rows.
-    const auto onMesh = [](double position, int size) {
+    // `ripple` takes the position relative to the centre of the mesh, in the direction of increasing rows. The mesh is
+    // larger than the screen by `meshOverhang`.
+    const auto fromCentre = [](double position, int size) {
         return static_cast<float>((position - size / 2.0) / static_cast<double>(meshOverhang));
     };
     native::ripple(jni.env(), nullptr, water.height, water.screenWidth, water.screenHeight,
-                   water.columns, water.rows, onMesh(x, water.screenWidth),
-                   onMesh(y, water.screenHeight), strength);
+                   water.columns, water.rows, fromCentre(x, water.screenWidth),
+                   fromCentre(y, water.screenHeight), strength);
 }
 
-/// The grid's value at a place between cells, in cells.
-float valueBetween(std::span<const float> grid, const WaterDriver& water, double x, double y) {
+/// Returns the interpolated value of a grid at a position in cells.
+float interpolate(std::span<const float> grid, const WaterDriver& water, double x, double y) {
     const int left = std::min(static_cast<int>(x), water.columns - 2);
     const int top = std::min(static_cast<int>(y), water.rows - 2);
-    // Beyond the last cell its value goes on.
+    // A position beyond the last cell gets the value of that cell.
     const auto weightX = static_cast<float>(std::min(1.0, x - left));
     const auto weightY = static_cast<float>(std::min(1.0, y - top));
     const auto rowAt = [&](int row) {
@@ -60,23 +68,24 @@ float valueBetween(std::span<const float> grid, const WaterDriver& water, double
     return std::lerp(rowAt(top), rowAt(top + 1), weightY);
 }
 
-/// Cones one radius apart on a triangular lattice, lower outwards. Where they overlap they add up
-/// to a slope, `overlap` times as high as each.
+/// Raises a cone wider than the native one, as a sum of native cones. Their centres form a triangular lattice with a
+/// spacing of one cone radius, and their heights decrease outwards. The sum is `overlap` times as high as one cone.
 void raiseWideCone(const WaterDriver& water, JniEnvironment& jni, double x, double y,
                    float strength) {
-    constexpr double overlap =
-        1.2092;  // a cone's volume over a lattice cell's area: 2 pi / (3 sqrt 3)
+    // Volume of a cone of radius and height 1, divided by the area of a lattice cell: 2 pi / (3 sqrt 3).
+    constexpr double overlap = 1.2092;
+    // Distance between lattice rows in cone radii: sqrt(3) / 2.
     constexpr double rowSpacing = 0.8660254;
-    const double pixels = coneRadius * static_cast<double>(water.screenWidth) / water.columns;
-    const double wide = water.settings.rippleRadius / coneRadius;
-    const int reach = static_cast<int>(wide / rowSpacing);
+    const double conePixels = coneRadius * static_cast<double>(water.screenWidth) / water.columns;
+    const double radiusInCones = water.settings.rippleRadius / coneRadius;
+    const int reach = static_cast<int>(radiusInCones / rowSpacing);
     for (int row = -reach; row <= reach; ++row) {
-        for (int place = -reach - 1; place <= reach; ++place) {
-            const double right = place + (row % 2 == 0 ? 0.0 : 0.5);
+        for (int column = -reach - 1; column <= reach; ++column) {
+            const double right = column + (row % 2 == 0 ? 0.0 : 0.5);
             const double down = row * rowSpacing;
-            const double height = (1.0 - std::hypot(right, down) / wide) / overlap;
+            const double height = (1.0 - std::hypot(right, down) / radiusInCones) / overlap;
             if (height > 0.0) {
-                raiseCone(water, jni, x + right * pixels, y + down * pixels,
+                raiseCone(water, jni, x + right * conePixels, y + down * conePixels,
                           static_cast<float>(static_cast<double>(strength) * height));
             }
         }
@@ -87,8 +96,8 @@ void raiseWideCone(const WaterDriver& water, JniEnvironment& jni, double x, doub
 
 WaterDriver makeWater(JniEnvironment& jni, int screenWidth, int screenHeight,
                       WaterSettings settings) {
-    const int shortSide = std::clamp(settings.shortSideCells, fewestCells, 254);
-    const int longSide = mostVertices / (shortSide + 1) - 1;
+    const int shortSide = std::clamp(settings.shortSideCells, minCells, maxShortSideCells);
+    const int longSide = maxVertices / (shortSide + 1) - 1;
     WaterDriver water{};
     water.settings = settings;
     water.resting = true;
@@ -115,23 +124,23 @@ WaterDriver makeWater(JniEnvironment& jni, int screenWidth, int screenHeight,
     return water;
 }
 
-void carryWaves(const WaterDriver& from, WaterDriver& to) {
-    const auto carry = [&](jfloatArray source, jfloatArray destination, float factor) {
+void resampleWaves(const WaterDriver& from, WaterDriver& to) {
+    const auto resample = [&](jfloatArray source, jfloatArray destination, float factor) {
         const std::span<const float> cells = JniEnvironment::elements(source);
-        const std::span<float> carried = JniEnvironment::elements(destination);
+        const std::span<float> resampled = JniEnvironment::elements(destination);
         for (int row = 1; row < to.rows - 1; ++row) {
             for (int column = 1; column < to.columns - 1; ++column) {
                 const double x = static_cast<double>(column) * from.columns / to.columns;
                 const double y = static_cast<double>(row) * from.rows / to.rows;
-                carried[static_cast<std::size_t>(row * to.columns + column)] =
-                    factor * valueBetween(cells, from, x, y);
+                resampled[static_cast<std::size_t>(row * to.columns + column)] =
+                    factor * interpolate(cells, from, x, y);
             }
         }
     };
-    carry(from.height, to.height, 1.0f);
-    carry(from.velocity, to.velocity,
-          static_cast<float>(from.settings.stepsPerSecond) /
-              static_cast<float>(to.settings.stepsPerSecond));
+    resample(from.height, to.height, 1.0f);
+    resample(from.velocity, to.velocity,
+             static_cast<float>(from.settings.stepsPerSecond) /
+                 static_cast<float>(to.settings.stepsPerSecond));
     to.resting = from.resting;
     to.steps = from.steps;
     if (to.settings.stepsPerSecond == from.settings.stepsPerSecond) {
@@ -152,8 +161,9 @@ void releaseWater(const WaterDriver& water, JniEnvironment& jni) {
 void rippleAt(WaterDriver& water, JniEnvironment& jni, double x, double y, float strength) {
     const double radius = water.settings.rippleRadius;
     if (radius <= coneRadius) {
-        const double flatter = radius * radius / (coneRadius * coneRadius);
-        raiseCone(water, jni, x, y, static_cast<float>(static_cast<double>(strength) * flatter));
+        const double heightFactor = radius * radius / (coneRadius * coneRadius);
+        raiseCone(water, jni, x, y,
+                  static_cast<float>(static_cast<double>(strength) * heightFactor));
     } else {
         raiseWideCone(water, jni, x, y, strength);
     }
@@ -166,8 +176,8 @@ void advanceWater(WaterDriver& water, JniEnvironment& jni, std::chrono::nanoseco
         return;
     }
     const std::int64_t rate = water.settings.stepsPerSecond;
-    water.pendingTime =
-        std::min(water.pendingTime + elapsed.count() * rate, mostTimeAtOnce * rate / 60 * stepTime);
+    water.pendingTime = std::min(water.pendingTime + elapsed.count() * rate,
+                                 maxFramesToCatchUp * rate / 60 * stepTime);
     for (; water.pendingTime >= stepTime && !water.resting; water.pendingTime -= stepTime) {
         runStep(water, jni);
     }
@@ -179,7 +189,8 @@ void buildHeights(WaterDriver& water) {
     const int side = water.settings.cellsPerVertex;
     const int lastColumn = water.columns - 1;
     const int lastRow = water.rows - 1;
-    // Of the square of cells around a cell. The sum begins with -0: of one cell it is that very value.
+    // Returns the mean of a square of cells around a cell. The sum starts at -0, so that the mean of one cell is
+    // exactly its value, including the sign of zero.
     const auto meanAround = [&](int column, int row) {
         float sum = -0.0f;
         for (int y = row - side / 2; y < row - side / 2 + side; ++y) {
@@ -194,8 +205,8 @@ void buildHeights(WaterDriver& water) {
         return (vertex * count + (vertices - 1) / 2) / (vertices - 1);
     };
     auto vertex = JniEnvironment::elements(water.heights).begin();
-    for (int along = 0; along < water.numDetailsWidth; ++along) {
-        const int column = cellOf(along, water.numDetailsWidth, water.columns);
+    for (int right = 0; right < water.numDetailsWidth; ++right) {
+        const int column = cellOf(right, water.numDetailsWidth, water.columns);
         for (int down = 0; down < water.numDetailsHeight; ++down) {
             const int row = cellOf(down, water.numDetailsHeight, water.rows);
             *vertex++ = meanAround(column, row);

@@ -9,87 +9,120 @@
 
 namespace hostkit {
 
-/// How the water behaves; lengths in cells, times in steps.
+/// @file
+/// The water of a host: grids, mesh and time steps. Each function calls native methods that use only their arguments.
+/// Call them from any thread, but use a WaterDriver and its JniEnvironment on one thread at a time.
+
+/// Settings of the water. Lengths are in cells and times in steps, unless a comment names another unit.
 struct WaterSettings {
-    /// Cells along the shorter side of the screen; the longer side gets as many as make them square.
+    /// Cells along the shorter side of the screen, clamped to 8 to 254. Cells are square, which gives the longer side.
     int shortSideCells = 90;
-    /// Along a side, between neighbours of the mesh: more of them draw the same waves in fewer triangles.
+    /// Cells between neighbouring mesh vertices, at least 1. A larger number draws the same waves with fewer triangles.
     int cellsPerVertex = 1;
-    /// Factor of the velocity per step, below 1.
+    /// Factor of the wave velocity per step, below 1.
     float damping = 0.97f;
-    /// Weight of the neighbours' pull; waves run sqrt(waveSpeed) cells a step and are stable up to 0.5.
+    /// Weight of the pull of the neighbouring cells. Waves run sqrt(waveSpeed) cells per step. Stable up to 0.5.
     float waveSpeed = 0.3f;
-    /// Mesh units along the shorter side. Refraction grows as this shrinks against the heights.
+    /// Mesh units along the shorter side. Fewer units strengthen the refraction, because the wave heights stay.
     int shortSideMeshUnits = 16;
+    /// Steps per second, at least 60.
     int stepsPerSecond = 60;
-    /// Of the cone that a touch raises. The library's cone has 3: a wider one is built of several,
-    /// and in place of a narrower one a flatter one of the same volume rises.
+    /// Radius of the cone that a touch raises. The native `ripple` raises cones of radius 3 only. A larger radius is
+    /// built of several such cones. A smaller radius raises a flatter cone of radius 3 with the same volume.
     double rippleRadius = 3.0;
 };
 
-/// Radius in cells of the cone that `ripple` raises.
+/// Radius in cells of the cone that the native `ripple` raises.
 constexpr double coneRadius = 3.0;
 
-/// The mesh is drawn this much larger than the screen. A ray from the effect's eye, 30 before the
-/// mesh, meets the picture 30.9 behind it: the picture's edge then lies at the screen's.
+/// Size of the drawn mesh as a factor of the screen size. The effect looks from 30 units in front of the mesh at a
+/// background 30.9 units behind it. With this factor, the edges of the background are on the edges of the screen.
 constexpr float meshOverhang = 1.015f;
 
-/// The water of one screen: two grids, the mesh arrays and the heights attribute, all held in
-/// arrays of `jni` and worked on through the library's native methods.
+/// The water of one screen: two grids, the mesh and its heights. The arrays belong to a JniEnvironment.
 ///
-/// The cell in column x, row y of the grid lies at (x / columns, y / rows) of the screen, rows
-/// downwards. A mesh of one cell per vertex has one vertex more than cells along each side, so that
-/// a vertex lies on each cell and the last ones on the screen's right and lower edges; those repeat
-/// the last cell, which is part of the fixed frame. Vertices of a coarser mesh lie on cells as well,
-/// the nearest to where they are, and are as high as the cells around them on average.
+/// Cell (x, y) is at (x / columns, y / rows) of the screen, with y down. With one cell per vertex, each side has one
+/// vertex more than cells: one on each cell, and one on the right or lower edge of the screen. The vertices on these
+/// edges repeat the last cell, which is part of the fixed border. Vertices of a coarser mesh use the nearest cell, and
+/// their height is the mean of the cells around it.
 struct WaterDriver {
+    /// Settings in force.
     WaterSettings settings;
+    /// Screen width in pixels.
     int screenWidth;
+    /// Screen height in pixels.
     int screenHeight;
 
+    /// Cells per row of the grids.
     int columns;
+    /// Rows of the grids.
     int rows;
+    /// Height grid: columns * rows floats, row-major, y down; 0 is the flat surface.
     jfloatArray height;
+    /// Velocity grid of the same shape: height change per step.
     jfloatArray velocity;
 
+    /// Mesh width in mesh units.
     int meshSizeWidth;
+    /// Mesh height in mesh units.
     int meshSizeHeight;
+    /// Vertex columns of the mesh.
     int numDetailsWidth;
+    /// Vertices per column of the mesh.
     int numDetailsHeight;
+    /// Vertex positions: 3 floats per vertex in mesh units, y up, as filled by initWaters.
     jfloatArray positions;
+    /// Triangle list of the mesh, as filled by initWaters.
     jshortArray indices;
-    /// 3 floats per vertex: its height, that of one cell to the right, that of one cell above.
+    /// Heights attribute: 3 floats per vertex. They are the heights of its cell, of the cell to the right and of the
+    /// cell above.
     jfloatArray heights;
 
-    /// True while the water is calm: no step runs until the next ripple.
+    /// True while the water is idle. No step runs until the next ripple.
     bool resting = true;
-    /// Steps run so far.
+    /// Number of steps run so far.
     std::int64_t steps = 0;
-    /// Time not yet stepped, in nanoseconds times the steps of a second.
+    /// Time that is not stepped yet, in nanoseconds times `stepsPerSecond`. One step is 1e9.
     std::int64_t pendingTime = 0;
 };
 
-/// Chooses grid and mesh for a screen of at least 1 x 1 pixels (at most 65536 vertices), makes the
-/// arrays and fills the mesh with `initWaters`.
+/// Chooses the grid and the mesh for a screen, creates the arrays, and fills the mesh. The mesh has at most 65536
+/// vertices.
+/// @param jni owner of the arrays
+/// @param screenWidth screen width in pixels, at least 1
+/// @param screenHeight screen height in pixels, at least 1
+/// @param settings settings of the water
+/// @return idle water
 WaterDriver makeWater(JniEnvironment& jni, int screenWidth, int screenHeight,
                       WaterSettings settings = {});
 
-/// Gives `to`, a water of the same screen on another grid or mesh or at another rate of steps, the
-/// waves of `from` as they stand and run.
-void carryWaves(const WaterDriver& from, WaterDriver& to);
+/// Copies the waves of one water to another of the same screen. Grid, mesh and step rate may differ.
+/// @param from water with the waves
+/// @param to water that receives heights, velocities and time
+void resampleWaves(const WaterDriver& from, WaterDriver& to);
 
-/// Gives the arrays of a water back.
+/// Releases the arrays of a water. The water must not be used afterwards.
+/// @param water water to release
+/// @param jni owner of the arrays
 void releaseWater(const WaterDriver& water, JniEnvironment& jni);
 
-/// Raises a cone of the settings' radius and peak 3 * strength at a touch, screen pixels, y down;
-/// wakes the water.
+/// Raises a cone with a radius of `settings.rippleRadius` and a peak of 3 * strength. The water is no longer idle.
+/// @param water water to change
+/// @param jni owner of the arrays
+/// @param x position in pixels from the left edge of the screen
+/// @param y position in pixels from the top edge of the screen, y down
+/// @param strength a third of the peak height; a negative value makes a hollow
 void rippleAt(WaterDriver& water, JniEnvironment& jni, double x, double y, float strength);
 
-/// Runs the steps due after `elapsed`, at most those of 4/60 s (a host that stalled does not catch
-/// up), and rebuilds the heights attribute when the water moved.
+/// Runs the steps that are due and rebuilds the heights attribute. Does nothing while the water is idle. At most 4/60 s
+/// of steps run in one call, so a host that stalled does not catch up.
+/// @param water water to advance
+/// @param jni owner of the arrays
+/// @param elapsed time since the last call
 void advanceWater(WaterDriver& water, JniEnvironment& jni, std::chrono::nanoseconds elapsed);
 
-/// Writes the heights attribute from the height grid.
+/// Writes the heights attribute from the height grid. Call it after changing the grid directly.
+/// @param water water whose heights to write
 void buildHeights(WaterDriver& water);
 
 }  // namespace hostkit

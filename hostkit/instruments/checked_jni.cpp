@@ -10,19 +10,21 @@ namespace hostkit {
 
 namespace {
 
-[[noreturn]] void endProgram(const std::string& line) {
-    std::fprintf(stderr, "%s\n", line.c_str());
+/// Prints the message to standard error and aborts.
+[[noreturn]] void endProgram(const std::string& message) {
+    std::fprintf(stderr, "%s\n", message.c_str());
     std::abort();
 }
 
-[[noreturn]] void endProgramFor(const char* call) {
-    endProgram("JNI call not offered by this host: " + std::string(call));
+[[noreturn]] void rejectCall(const char* call) {
+    endProgram("the library may not call this JNI function: " + std::string(call));
 }
 
+/// Functions with the type of a JNI function that abort with its name.
 template <class Name, class Result, class... Arguments>
 struct Refusal {
-    static Result call(Arguments...) { endProgramFor(Name{}()); }
-    static Result callVariadic(Arguments..., ...) { endProgramFor(Name{}()); }
+    static Result call(Arguments...) { rejectCall(Name{}()); }
+    static Result callVariadic(Arguments..., ...) { rejectCall(Name{}()); }
 };
 
 template <class Name, class Result, class... Arguments>
@@ -35,7 +37,7 @@ void refuseCalls(Result (*&slot)(Arguments..., ...), Name) {
     slot = Refusal<Name, Result, Arguments...>::callVariadic;
 }
 
-/// Refuses the call that JNI 9 added. Android's jni.h does not declare it.
+/// Refuses GetModule, which JNI 9 added and which Android's jni.h does not declare.
 template <class Table>
 void refuseGetModule(Table& table) {
     if constexpr (requires { table.GetModule; }) {
@@ -95,7 +97,7 @@ void CheckedJni::unpin(const char* call, Array& array, void* data, jint mode) {
     const auto copy = std::ranges::find(ofArray.copies, data, &Block::content);
     if (copy == ofArray.copies.end()) {
         endProgram(std::string(call) + ": array " + std::to_string(array.id) +
-                   " did not hand out this pointer");
+                   " was not pinned with this pointer");
     }
     checkBlock(array, *copy);
     if (mode != JNI_ABORT) {

@@ -11,58 +11,62 @@
 
 namespace hostkit {
 
-/// What a Get...ArrayElements call hands out: the array itself or a copy; a JVM may do either.
+/// Result of a Get...ArrayElements call: the array itself or a copy. A JVM may return either.
 enum class ArrayAccess { direct, copy };
 
 struct JniOptions {
     ArrayAccess access = ArrayAccess::direct;
-    /// Guard elements before and after each array and each copy; 0 for none.
+    /// Number of guard elements before and after each array and each copy; 0 for none.
     std::size_t guardElements = 0;
 };
 
-/// One array call: its JNI name, the array's id and the release mode, which is 0 for the Get calls.
+/// A call of a JNI array function.
 struct JniCall {
     std::string name;
+    /// Id of the array.
     int array;
+    /// Release mode; 0 for a Get call.
     jint mode;
     bool operator==(const JniCall&) const = default;
 };
 
-/// An overwritten guard element. `element` counts from the start of the array: below 0 before it,
-/// its length and more past its end.
+/// An overwritten guard element.
 struct GuardDamage {
+    /// Id of the array.
     int array;
+    /// Index relative to the start of the array: negative before it, at least its length after it.
     std::ptrdiff_t element;
     bool operator==(const GuardDamage&) const = default;
 };
 
-/// A JNIEnv that checks its user: it may hand out copies, finds writes beyond an array, refuses arrays and keeps a log
-/// of the array calls. A call that the host does not offer ends the program with a line that names the call.
+/// A JNIEnv that checks the library. It can return copies, detect writes outside an array, fail to pin an array, and
+/// log the array calls. A call of any other JNI function aborts the program with a message that names the function.
 class CheckedJni : public JniEnvironment {
 public:
     explicit CheckedJni(JniOptions options = {});
 
-    /// Applies to the arrays pinned from now on.
+    /// Sets the result of later Get calls. Arrays that are already pinned do not change.
     void setAccess(ArrayAccess chosen) { access = chosen; }
-    /// Makes the Get calls for this array return null, as those of a JVM without memory do. Null: for no array.
+    /// Makes the Get calls for this array return null, as a JVM without memory does. Null: no array fails.
     void refuse(jarray array);
 
-    /// Array calls since the start or the last clear, in order; kept only while logging is on, so
-    /// that a frame without logging allocates nothing here.
+    /// Turns the log on or off. A frame without logging allocates no memory here.
     void setLogging(bool on) { logging = on; }
+    /// Returns the logged calls since the start or the last `clearCalls`, in order.
     const std::vector<JniCall>& calls() const { return log; }
     void clearCalls() { log.clear(); }
 
-    /// Arrays pinned now and not released yet, each pin counted.
+    /// Returns the number of pins that are not released yet.
     int pinned() const { return pins; }
 
-    /// Damage found at releases and by the checks so far, in the order found; a damaged guard is
-    /// repaired once reported. `checkGuards` looks at every array now.
+    /// Returns the damage found so far by releases and by `checkGuards`. Each damage is reported once, because the
+    /// guard element is then repaired.
     const std::vector<GuardDamage>& damages() const { return found; }
+    /// Checks the guards of every array and copy. Returns `damages`.
     const std::vector<GuardDamage>& checkGuards();
 
 private:
-    /// The pins of one array that wait for their release.
+    /// Pins of one array that are not released yet.
     struct Pins {
         int direct = 0;
         std::vector<Block> copies;
@@ -77,9 +81,9 @@ private:
     bool logging = false;
     std::vector<JniCall> log;
     std::vector<GuardDamage> found;
-    /// By the id of their array.
+    /// Pins by the id of their array.
     std::map<int, Pins> held;
-    /// The id of the refused array; 0: none.
+    /// Id of the array that cannot be pinned; 0: none.
     int refused = 0;
     int pins = 0;
 };

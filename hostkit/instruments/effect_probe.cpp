@@ -14,7 +14,8 @@ namespace {
 
 using velmora::pixelsPerCell;
 
-/// The ink's texture unit in the draw of the water mesh, the only draw by elements.
+/// Texture unit of the ink while glDrawElements draws the water mesh. The library calls glDrawElements for nothing
+/// else.
 constexpr GLenum inkUnit = GL_TEXTURE2;
 
 GLuint textureOfUnit(GLenum unit) {

@@ -11,26 +11,27 @@
 
 namespace hostkit {
 
-/// A velocity texture as the library uploaded it, RGBA8, the bottom row first.
+/// Velocity texture as the library uploaded it: RGBA8, bottom row first.
 struct VelocityField {
     int columns = 0;
     int rows = 0;
     std::vector<std::uint8_t> bytes;
 };
 
-/// Start times of a frame's parts; empty for a part that the frame does not have.
+/// Times of events in a frame. An event that did not happen is empty.
 struct FrameMoments {
     using Moment = std::optional<std::chrono::steady_clock::time_point>;
-    /// The library's first GL call: the host's own step is done.
+    /// First GL call of the library in the frame.
     Moment begin;
-    /// The upload of the velocities, directly after the wait for the previous frame's solver step; only with ink.
+    /// Upload of the velocities, directly after the wait for the solver step of the previous frame. Only with ink.
     Moment solverDone;
+    /// First draw call.
     Moment firstDraw;
 };
 
-/// Reads the library's velocities, ink and times off its GL calls. It relies on two facts: the velocities are the only
-/// upload of a frame with the size of their grid, and the ink is on one known texture unit while the water mesh is
-/// drawn. One at a time: it takes the GL recorder.
+/// Observes velocities, ink and times of the library through its GL calls. It relies on two facts. Only the velocities
+/// are uploaded with the size of their grid. The ink is bound to one known texture unit while the water mesh is drawn.
+/// Use one probe at a time, because it sets the hooks of the GL recorder.
 class EffectProbe {
 public:
     EffectProbe();
@@ -38,19 +39,20 @@ public:
     EffectProbe(const EffectProbe&) = delete;
     EffectProbe& operator=(const EffectProbe&) = delete;
 
-    /// Forgets all, for a new host with a screen of that size in pixels.
+    /// Resets the probe for a new host. The screen size is in pixels.
     void watch(int width, int height, bool hostHasInk);
-    /// The GL context is lost, and the ink's texture with it.
+    /// Forgets the ink texture. Call it when the GL context is lost.
     void forgetInk() { ink = 0; }
-    /// Draws the host's frame.
+    /// Draws a frame of the host and observes it.
     void draw(EffectHost& host);
 
-    /// Of every velocity texture.
+    /// Returns the digest of all velocity textures since `watch`.
     const Digest& velocityDigest() const { return digest; }
+    /// Returns the last velocity texture.
     const VelocityField& velocity() const { return field; }
-    /// The GL name of the texture with the ink; 0 before the first frame with ink.
+    /// Returns the GL name of the ink texture; 0 before the first frame with ink.
     std::uint32_t inkTexture() const { return ink; }
-    /// Of the last frame.
+    /// Returns the times of the last frame.
     const FrameMoments& moments() const { return lastMoments; }
 
 private:

@@ -61,14 +61,17 @@ constexpr EnumName enumNames[] = {
 };
 #undef HOSTKIT_ENUM
 
-/// What the recorder has learnt of the objects of the current context, recording or not.
+/// Facts about the objects of the current context. They are collected even when recording is off.
 struct Knowledge {
     std::map<std::pair<GLuint, GLint>, std::string> uniforms;
     std::map<std::pair<GLuint, GLuint>, std::string> attributes;
     std::map<GLuint, std::string> shaderSources;
     std::map<GLuint, std::string> programs;
+    /// Number of calls by function, for functions that `refuse` can make fail.
     std::map<std::string, int> failable;
+    /// Program in use.
     GLuint program = 0;
+    /// True while the hook `inside` runs.
     bool insideHook = false;
 };
 
@@ -81,13 +84,14 @@ template <class Function>
 Function* realFunction(const char* name) {
     void* const found = dlsym(RTLD_NEXT, name);
     if (!found) {
-        std::fprintf(stderr, "the GL library has no %s\n", name);
+        std::fprintf(stderr, "cannot find %s in the GL library; check that Mesa is installed\n",
+                     name);
         std::abort();
     }
     return reinterpret_cast<Function*>(found);
 }
 
-// How the arguments of a call are shown: one type for each way.
+// Types of arguments, one for each way to write an argument as text.
 struct Enum {
     GLenum value;
 };
@@ -193,7 +197,7 @@ std::string show(Values<Number> shown) {
     return text + "]";
 }
 
-/// Runs the hook; false while the call comes from the hook itself and is only to be forwarded.
+/// Runs the hook `inside`. Returns false if the hook itself makes the call, which is then only forwarded.
 bool enter(const char* function) {
     Knowledge& known = knowledge();
     if (known.insideHook) {
@@ -207,18 +211,19 @@ bool enter(const char* function) {
     return true;
 }
 
-/// Stands in each call and ends after the real one.
-struct Leaving {
-    Leaving() = default;
-    Leaving(const Leaving&) = delete;
-    Leaving& operator=(const Leaving&) = delete;
-    ~Leaving() {
+/// Runs the hook `after` at the end of its scope. Each forwarding function declares one.
+struct AfterHook {
+    AfterHook() = default;
+    AfterHook(const AfterHook&) = delete;
+    AfterHook& operator=(const AfterHook&) = delete;
+    ~AfterHook() {
         if (glRecorder().after && !knowledge().insideHook) {
             glRecorder().after();
         }
     }
 };
 
+/// Counts the call and returns true if the hook `refuse` makes it fail.
 bool refused(const char* function) {
     const auto& refuse = glRecorder().refuse;
     return refuse && refuse(function, ++knowledge().failable[function]);
@@ -243,8 +248,8 @@ std::size_t sizeOf(GLsizei count) {
     return static_cast<std::size_t>(std::max(count, 0));
 }
 
-/// Enters an object that has just been made.
-void enterMade(GlKind kind, GLuint name) {
+/// Registers a new object and gives it the next label.
+void addAlive(GlKind kind, GLuint name) {
     GlRecorder& recorder = glRecorder();
     recorder.alive[kind].insert(name);
     if (!recorder.nextLabels.empty()) {
@@ -253,8 +258,8 @@ void enterMade(GlKind kind, GLuint name) {
     }
 }
 
-/// Strikes an object off that is being deleted; the name 0 is none.
-void strikeOff(const char* function, GlKind kind, GLuint name) {
+/// Removes an object that is being deleted. GL ignores the name 0.
+void removeAlive(const char* function, GlKind kind, GLuint name) {
     if (glRecorder().alive[kind].erase(name) == 0 && name != 0) {
         glRecorder().strayDeletions += line(function, Object{kind, name}) + "\n";
     }
@@ -269,7 +274,7 @@ void generate(const char* function, GlKind kind, Real* real, GLsizei count, GLui
     if (!refused(function)) {
         real(count, names);
         for (const GLuint name : made) {
-            enterMade(kind, name);
+            addAlive(kind, name);
         }
     }
     if (glRecorder().recording) {
@@ -285,7 +290,7 @@ void erase(const char* function, GlKind kind, Real* real, GLsizei count, const G
             record(function, line(function, count, Objects{kind, gone}));
         }
         for (const GLuint name : gone) {
-            strikeOff(function, kind, name);
+            removeAlive(function, kind, name);
         }
     }
     real(count, names);
@@ -293,7 +298,7 @@ void erase(const char* function, GlKind kind, Real* real, GLsizei count, const G
 
 GLuint created(const char* function, GlKind kind, const std::string& text, GLuint name) {
     if (name != 0) {
-        enterMade(kind, name);
+        addAlive(kind, name);
     }
     if (glRecorder().recording) {
         record(function, text + " = " + show(Object{kind, name}));
@@ -301,7 +306,7 @@ GLuint created(const char* function, GlKind kind, const std::string& text, GLuin
     return name;
 }
 
-/// After a status query: the status that the caller is to see.
+/// Finishes a status query: replaces the status if the hook `refuse` says so, and records the call.
 void answerStatus(const char* function, Object object, GLenum name, GLint* value) {
     const bool status = name == GL_COMPILE_STATUS || name == GL_LINK_STATUS;
     if (status && refused(function)) {
@@ -379,15 +384,15 @@ void GlRecorder::reset() {
 
 using namespace hostkit;  // NOLINT(google-build-using-namespace): GL functions are global
 
-// The library's imports bind to the program's definitions before those of the GL library.
+// The library's calls bind to these definitions instead of those of the GL library.
 #pragma GCC visibility push(default)
 
 #define HOSTKIT_REAL(function)                                             \
     static auto* const real = realFunction<decltype(function)>(#function); \
-    const Leaving leaving
+    const AfterHook afterHook
 
-/// A function without a result: its name, its parameters, the arguments as forwarded, what the
-/// recorder learns from the call, and the arguments as shown.
+/// Defines the forwarding function of a GL function without a result. The macro's arguments are its name, its
+/// parameters, the forwarded arguments, a statement that updates the recorder's knowledge, and the arguments to show.
 #define HOSTKIT_LEARNING_FORWARD(function, parameters, arguments, learn, ...) \
     void GL_APIENTRY function parameters {                                    \
         HOSTKIT_REAL(function);                                               \
@@ -436,10 +441,10 @@ HOSTKIT_FORWARD(glLinkProgram, (GLuint program), (program), Object{GlKind::progr
 HOSTKIT_LEARNING_FORWARD(glUseProgram, (GLuint program), (program), knowledge().program = program,
             Object{GlKind::program, program})
 HOSTKIT_LEARNING_FORWARD(glDeleteShader, (GLuint shader),
-            (shader), strikeOff("glDeleteShader", GlKind::shader, shader),
+            (shader), removeAlive("glDeleteShader", GlKind::shader, shader),
             Object{GlKind::shader, shader})
 HOSTKIT_LEARNING_FORWARD(glDeleteProgram, (GLuint program),
-            (program), strikeOff("glDeleteProgram", GlKind::program, program),
+            (program), removeAlive("glDeleteProgram", GlKind::program, program),
             Object{GlKind::program, program})
 
 HOSTKIT_FORWARD(glEnableVertexAttribArray, (GLuint index), (index), Attribute{index})
@@ -585,7 +590,7 @@ GLint GL_APIENTRY glGetUniformLocation(GLuint program, const GLchar* name) {
     const bool seen = enter("glGetUniformLocation");
     const GLint location = real(program, name);
     if (seen) {
-        // Of those that the compiler has dropped, which share a location, the last asked for.
+        // Uniforms that the compiler removed share the location -1, which gets the last name.
         knowledge().uniforms[{program, location}] = name;
     }
     if (seen && glRecorder().recording) {

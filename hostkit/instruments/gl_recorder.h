@@ -12,71 +12,73 @@
 #include <utility>
 #include <vector>
 
-/// A program that links velmora-instruments and names the recorder defines the GL functions that the library
-/// imports; each call goes through the recorder and on to the real function. Without recording or
-/// hooks nothing is kept.
+/// @file
+/// Recorder of GL calls. A program that links velmora-instruments and calls `glRecorder` defines the GL functions that
+/// the library imports. Each call passes through the recorder to the real function.
+
 namespace hostkit {
 
+/// A recorded GL call.
 struct GlCall {
-    /// The function's name.
+    /// Name of the function.
     std::string function;
-    /// The call as a line: glUniform2f(advect.Scale, 1080, 1920). Enums print by name; locations as
-    /// PROGRAM.NAME; objects as their kind and GL name ("texture4"), or their label; sources, data
-    /// and pointers as "source", "data", "null" or the offset.
+    /// The call as text, for example glUniform2f(advect.Scale, 1080, 1920). Enums appear by name, locations as
+    /// PROGRAM.NAME, and objects by their label or by kind and GL name, for example texture4. Uploads and pointers
+    /// appear as "source", "data", "null" or the offset.
     std::string text;
-    /// What the call uploads: texture or buffer data, or the shader source; empty otherwise.
+    /// Uploaded texture data, buffer data or shader source; empty for other calls.
     std::vector<std::uint8_t> bytes;
 };
 
+/// Kind of a GL object.
 enum class GlKind { texture, buffer, framebuffer, shader, program };
 
+/// State and hooks of the recorder.
 struct GlRecorder {
     /// While true, every call is appended to `calls`.
     bool recording = false;
+    /// Recorded calls in order.
     std::vector<GlCall> calls;
 
-    /// Names for objects in the lines, instead of the kind and the number.
+    /// Names of objects in `GlCall::text`, in place of kind and GL name.
     std::map<std::pair<GlKind, GLuint>, std::string> labels;
-    /// The labels that the next objects made get, in order.
+    /// Labels for the next objects that are created, in order.
     std::deque<std::string> nextLabels;
 
-    /// A linked program whose sources contain `first` is called `second` in the lines. Matched in
-    /// order when a shader is attached; a program without a match is "programN".
+    /// Names of programs in `GlCall::text`: a program gets the name `second` if the source of an attached shader
+    /// contains `first`. The first match counts. A program without a match is "programN".
     std::vector<std::pair<std::string, std::string>> programNames = {
         {"sWaterTexture", "water"}, {"VelocityTexture", "advect"}, {"ImpulseDensity", "impulse"}};
 
-    /// Runs inside each call, before it is forwarded. A GL call made from here is neither recorded
-    /// nor hooked.
+    /// Hook that runs in each call, before the real function. GL calls of this hook are not recorded and run no hooks.
     std::function<void(const char* function)> inside;
-    /// Runs when each call has come back; not after calls made from `inside`.
+    /// Hook that runs after each call, except after the calls of `inside`.
     std::function<void()> after;
 
-    /// Asked before a call that can fail, with the number of such calls since `reset`, from 1. True
-    /// makes it fail: glGen... writes no name, glCreateShader and glCreateProgram return 0,
-    /// glGetShaderiv and glGetProgramiv read the status GL_FALSE.
+    /// Hook that can make a call fail by returning true. `nth` counts the calls of the function since `reset`, from 1.
+    /// On failure, glGen... writes no names, glCreateShader and glCreateProgram return 0, and glGetShaderiv and
+    /// glGetProgramiv return the status GL_FALSE.
     std::function<bool(const char* function, int nth)> refuse;
 
-    /// Sees every glTexImage2D that carries data: `bytes` is the RGBA8 image, valid during the call.
+    /// Hook that receives the data of each glTexImage2D call with data. `bytes` is RGBA8 and valid during the hook.
     std::function<void(int width, int height, std::span<const std::uint8_t> bytes)> textureUpload;
 
-    /// Objects made and not deleted through the recorder since `reset`, by kind.
+    /// Objects that were created since `reset` and are not deleted, by kind.
     std::map<GlKind, std::set<GLuint>> alive;
-    /// Deletions through the recorder of what was not alive, a name deleted twice for instance; a line
-    /// for each.
+    /// Deletions of names that were not alive, for example of a name that was deleted before. One line each.
     std::string strayDeletions;
 
-    /// Keeps the calls that the functor makes, and those alone; returns their lines, each with its
-    /// end of line.
+    /// Records the calls of the function, after clearing earlier calls. Returns their texts, one per line.
     std::string record(const std::function<void()>& functor);
-    /// How many recorded calls are of this function.
+    /// Returns the number of recorded calls of a function.
     int count(const std::string& function) const;
-    /// What the recorded calls set each uniform to, by PROGRAM.NAME: the arguments of the last one.
+    /// Returns the last recorded value of each uniform, as text, by PROGRAM.NAME.
     std::map<std::string, std::string> uniforms() const;
-    /// Back to the state at program start: no calls, labels, hooks or known objects.
+    /// Restores the state of the program start: no calls, labels, hooks or known objects.
     void reset();
 };
 
-/// The recorder of the program; used by the thread that makes the GL calls.
+/// Returns the recorder of the program. Use it on the thread that makes the GL calls.
 GlRecorder& glRecorder();
 
 }  // namespace hostkit

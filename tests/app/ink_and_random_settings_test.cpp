@@ -1,4 +1,4 @@
-// Settings that the program chooses: an ink for a picture, and random settings.
+// Tests of the settings that the program chooses: an ink for an image, and random settings.
 
 #include <gtest/gtest.h>
 
@@ -13,24 +13,25 @@ namespace {
 
 using Color = std::array<float, 3>;
 
-/// Three quarters of one colour and a quarter of the other.
-hostkit::Picture striped(const Color& most, const Color& rest) {
-    hostkit::Picture picture{40, 40, {}};
-    for (int at = 0; at < 40 * 40; ++at) {
-        for (const float channel : at % 40 < 30 ? most : rest) {
-            picture.rgba.push_back(static_cast<std::uint8_t>(std::lround(255.0f * channel)));
+/// Returns an image with three quarters of one colour and a quarter of the other.
+hostkit::Picture striped(const Color& dominant, const Color& other) {
+    hostkit::Picture image{40, 40, {}};
+    for (int pixel = 0; pixel < 40 * 40; ++pixel) {
+        for (const float channel : pixel % 40 < 30 ? dominant : other) {
+            image.rgba.push_back(static_cast<std::uint8_t>(std::lround(255.0f * channel)));
         }
-        picture.rgba.push_back(255);
+        image.rgba.push_back(255);
     }
-    return picture;
+    return image;
 }
 
-/// 1 where both lean the same way from grey, -1 where they are complements.
-double likeness(const Color& one, const Color& other) {
+/// Returns the similarity of two hues: 1 for equal hues, -1 for complements.
+double similarity(const Color& one, const Color& other) {
     double product = 0.0, first = 0.0, second = 0.0;
-    for (std::size_t part = 0; part < 3; ++part) {
-        const double a = static_cast<double>(one[part] - (one[0] + one[1] + one[2]) / 3.0f);
-        const double b = static_cast<double>(other[part] - (other[0] + other[1] + other[2]) / 3.0f);
+    for (std::size_t channel = 0; channel < 3; ++channel) {
+        const double a = static_cast<double>(one[channel] - (one[0] + one[1] + one[2]) / 3.0f);
+        const double b =
+            static_cast<double>(other[channel] - (other[0] + other[1] + other[2]) / 3.0f);
         product += a * b, first += a * a, second += b * b;
     }
     return product / std::sqrt(first * second);
@@ -41,24 +42,24 @@ void expectLight(const Color& ink) {
     EXPECT_FLOAT_EQ(std::ranges::max(ink), 1.0f);
 }
 
-TEST(InkChoice, IsALightComplementOfThePicturesDominantColor) {
+TEST(InkChoice, IsALightComplementOfTheDominantColor) {
     for (int hue = 0; hue < 360; hue += 10) {
         SCOPED_TRACE(hue);
-        const Color most = app::lightInk(hue, 0.2);
-        const hostkit::Picture picture = striped(most, app::lightInk(hue + 140, 0.1));
-        EXPECT_LT(likeness(app::inkAgainst(picture), most), -0.95);
+        const Color dominant = app::lightInk(hue, 0.2);
+        const hostkit::Picture image = striped(dominant, app::lightInk(hue + 140, 0.1));
+        EXPECT_LT(similarity(app::inkAgainst(image), dominant), -0.95);
         for (int variation = 0; variation < 9; ++variation) {
-            const Color ink = app::inkAgainst(picture, variation);
+            const Color ink = app::inkAgainst(image, variation);
             expectLight(ink);
-            EXPECT_LT(likeness(ink, most), -0.5) << variation;
-            EXPECT_EQ(ink == app::inkAgainst(picture), variation == 0);
+            EXPECT_LT(similarity(ink, dominant), -0.5) << variation;
+            EXPECT_EQ(ink == app::inkAgainst(image), variation == 0);
         }
     }
     expectLight(app::inkAgainst(striped({0.5f, 0.5f, 0.5f}, {0, 0, 0})));
     expectLight(app::inkAgainst({}));
 }
 
-TEST(RandomSettings, StayInRangeAndAreTheSameForTheSameSeed) {
+TEST(RandomSettings, StayInRangeAndDependOnlyOnTheSeed) {
     for (std::uint32_t seed = 0; seed < 2000; ++seed) {
         const app::Settings settings = app::randomSettings(seed);
         const auto expectWithin = [&](const auto& fields) {

@@ -1,4 +1,4 @@
-// The parts of a session that need no effect: clock, attract mode, idle detection, the finger.
+// Tests of the parts of a session that need no effect: frame clock, attract mode, idle detection, finger.
 
 #include <gtest/gtest.h>
 
@@ -24,7 +24,7 @@ using hostkit::TouchAction;
 
 constexpr Clock::time_point start{1h};
 
-TEST(FrameClock, AfterASkipOneFrameIsDueAtOnceAndNothingIsOwed) {
+TEST(FrameClock, OneFrameIsDueAtOnceAfterASkip) {
     app::FrameClock clock;
     for (const Clock::time_point now : {start, start + 100s}) {
         EXPECT_EQ(clock.untilNext(now, 1.0f), 0ns);
@@ -35,7 +35,7 @@ TEST(FrameClock, AfterASkipOneFrameIsDueAtOnceAndNothingIsOwed) {
     }
 }
 
-TEST(FrameClock, FramesFollowTheTimeScaleAndTakeLongerOnASlowMachine) {
+TEST(FrameClock, FramesFollowTheTimeScaleAndAreLongerOnASlowMachine) {
     const struct {
         std::chrono::nanoseconds gap;
         float timeScale;
@@ -44,25 +44,25 @@ TEST(FrameClock, FramesFollowTheTimeScaleAndTakeLongerOnASlowMachine) {
         std::chrono::nanoseconds elapsed;
     } cases[] = {
         {frameTime, 1.0f, false, 1, frameTime},
-        {15ms, 1.0f, false, 1, frameTime},  // the display is a little early
+        {15ms, 1.0f, false, 1, frameTime},  // the display frame is a little early
         {frameTime, 0.5f, false, 0, frameTime},
         {frameTime, 2.0f, false, 2, frameTime},
         {50ms, 1.0f, false, 1, 50ms},
-        {50ms, 1.0f, true, 1, frameTime},  // slow motion instead
-        {60s, 1.0f, false, 1, 250ms},      // the machine slept
+        {50ms, 1.0f, true, 1, frameTime},  // exact frames give slow motion
+        {60s, 1.0f, false, 1, 250ms},      // the machine was asleep
         {200ms, 2.0f, false, 2, 200ms},
         {-1s, 1.0f, false, 0, frameTime},
     };
-    for (const auto& one : cases) {
+    for (const auto& test : cases) {
         app::FrameClock clock;
-        clock.take(start, one.timeScale, false);
-        const auto due = clock.take(start + one.gap, one.timeScale, one.exact);
-        EXPECT_EQ(due.frames, one.frames) << one.gap.count();
-        EXPECT_EQ(due.elapsed, one.elapsed) << one.gap.count();
+        clock.take(start, test.timeScale, false);
+        const auto due = clock.take(start + test.gap, test.timeScale, test.exact);
+        EXPECT_EQ(due.frames, test.frames) << test.gap.count();
+        EXPECT_EQ(due.elapsed, test.elapsed) << test.gap.count();
     }
 }
 
-TEST(FrameClock, SlowMotionKeepsItsPaceAcrossLongWaits) {
+TEST(FrameClock, SlowMotionHasTheRightSpeedAcrossLongWaits) {
     app::FrameClock clock;
     clock.take(start, 0.05f, false);
     const auto wait = clock.untilNext(start, 0.05f);
@@ -70,7 +70,7 @@ TEST(FrameClock, SlowMotionKeepsItsPaceAcrossLongWaits) {
     EXPECT_EQ(clock.take(start + wait, 0.05f, false).frames, 1);
 }
 
-TEST(AttractMode, StartsSoonAtFirstAndLateAfterATouch) {
+TEST(AttractMode, StartsAfterFourSecondsAndAfterTwentyOnceTouched) {
     AttractMode mode(start);
     EXPECT_EQ(mode.untilStart(start + 1s), 3s);
     mode.startIfIdle(start + 3s);
@@ -87,7 +87,7 @@ TEST(AttractMode, StartsSoonAtFirstAndLateAfterATouch) {
     EXPECT_FALSE(mode.untilStart(start + 1h));
 }
 
-TEST(AttractMode, LaysThreeStrokesOnTheScreenAndRestsUntilThereIsInput) {
+TEST(AttractMode, DrawsThreeStrokesOnTheScreenAndThenWaitsForInput) {
     constexpr app::Size screen{100, 200};
     AttractMode mode(start);
     mode.startIfIdle(start + 4s);
@@ -123,31 +123,31 @@ TEST(AttractMode, LiftsTheFingerOnlyIfItIsDown) {
     }
 }
 
-TEST(IdleWatch, WithoutInkCalmWaterIsEnough) {
+TEST(IdleWatch, WithoutInkIdleWaterIsEnough) {
     app::IdleWatch watch;
-    const auto noPicture = [] { return ADD_FAILURE() << "reads the screen", std::uint64_t{0}; };
-    watch.see(false, noPicture);
+    const auto noDigest = [] { return ADD_FAILURE() << "reads the screen", std::uint64_t{0}; };
+    watch.noteFrame(false, noDigest);
     EXPECT_FALSE(watch.isIdle());
-    watch.see(true, noPicture);
+    watch.noteFrame(true, noDigest);
     EXPECT_TRUE(watch.isIdle());
-    watch.disturb();
+    watch.noteChange();
     EXPECT_FALSE(watch.isIdle());
 }
 
-TEST(IdleWatch, WithInkTwoPicturesMustBeEqual) {
+TEST(IdleWatch, WithInkTwoFramesMustBeEqual) {
     app::IdleWatch watch;
     watch.noteTouch();
-    std::uint64_t picture = 1;
+    std::uint64_t digest = 1;
     for (int frame = 1; frame <= 90; ++frame) {
-        watch.see(true, [&] { return picture++; });  // the ink fades
+        watch.noteFrame(true, [&] { return digest++; });  // the ink fades
     }
     EXPECT_FALSE(watch.isIdle());
-    EXPECT_EQ(picture, 3u) << "reads the screen more often than it must";
+    EXPECT_EQ(digest, 3u) << "reads the screen too often";
     for (int frame = 1; frame <= 30; ++frame) {
-        watch.see(true, [&] { return std::uint64_t{2}; });
+        watch.noteFrame(true, [&] { return std::uint64_t{2}; });
     }
     EXPECT_TRUE(watch.isIdle());
-    EXPECT_TRUE(watch.mayShowInk()) << "a residue stays";
+    EXPECT_TRUE(watch.mayShowInk()) << "faded ink leaves a residue";
     watch.start();
     EXPECT_FALSE(watch.mayShowInk());
 }
@@ -156,7 +156,7 @@ TEST(Finger, ReportsOneMoveAFrameAndEndsAtTheEdge) {
     app::Finger finger;
     const app::Size screen{100, 200};
     finger.move(5, 5, 0.5f, screen);
-    EXPECT_FALSE(finger.hasActions()) << "moves before it is down";
+    EXPECT_FALSE(finger.hasActions()) << "moves a finger that is not down";
     finger.press(10, 20, 0.5f);
     finger.press(90, 90, 0.5f);
     finger.move(11, 20, 0.5f, screen);

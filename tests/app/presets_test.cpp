@@ -12,8 +12,8 @@ namespace {
 using app::PresetValue;
 using app::Settings;
 
-/// Returns the message for a member that is refused.
-std::string refusal(const std::string& name, const PresetValue& value, const std::string& text) {
+/// Returns the error message for an invalid member.
+std::string errorOf(const std::string& name, const PresetValue& value, const std::string& text) {
     Settings settings;
     try {
         app::setSetting(settings, {name, value, text});
@@ -21,10 +21,10 @@ std::string refusal(const std::string& name, const PresetValue& value, const std
         EXPECT_EQ(settings, Settings{});
         return error.what();
     }
-    return "taken";
+    return "no error";
 }
 
-TEST(Presets, SetEachKindOfSettingUpToItsLimits) {
+TEST(Presets, SetEachTypeOfSettingUpToItsLimits) {
     Settings settings;
     app::setSetting(settings, {"exponent", 128.0, "128"});
     app::setSetting(settings, {"damping", 0.8, "0.8"});
@@ -40,21 +40,22 @@ TEST(Presets, SetEachKindOfSettingUpToItsLimits) {
     EXPECT_EQ(settings, expected);
 }
 
-TEST(Presets, ARefusalSaysWhatWasExpected) {
-    EXPECT_EQ(refusal("damping", 3.0, "3"), "'damping' must be a number from 0.8 to 0.999, not 3");
-    EXPECT_EQ(refusal("meshDetail", 90.5, "90.5"),
+TEST(Presets, AnErrorMessageNamesTheExpectedValues) {
+    EXPECT_EQ(errorOf("damping", 3.0, "3"), "'damping' must be a number from 0.8 to 0.999, not 3");
+    EXPECT_EQ(errorOf("meshDetail", 90.5, "90.5"),
               "'meshDetail' must be a whole number from 24 to 180, not 90.5");
-    EXPECT_EQ(refusal("waterOnly", 1.0, "1"), "'waterOnly' must be true or false, not 1");
-    EXPECT_EQ(refusal("damping", {}, "\"wet\x1b\""),
+    EXPECT_EQ(errorOf("waterOnly", 1.0, "1"), "'waterOnly' must be true or false, not 1");
+    EXPECT_EQ(errorOf("damping", {}, "\"wet\x1b\""),
               "'damping' must be a number from 0.8 to 0.999, not \"wet \"");
     for (const std::vector<double>& ink : {std::vector{0.5, 0.5}, {0.5, 0.5, 1.5}}) {
-        EXPECT_EQ(refusal("ink", ink, "..."), "'ink' must be three numbers from 0 to 1, not ...");
+        EXPECT_EQ(errorOf("ink", ink, "..."), "'ink' must be three numbers from 0 to 1, not ...");
     }
-    const std::string unknown = refusal("wet", true, "true");
-    EXPECT_TRUE(unknown.starts_with("there is no setting 'wet', only ink, damping, ")) << unknown;
+    const std::string unknown = errorOf("wet", true, "true");
+    EXPECT_TRUE(unknown.starts_with("there is no setting 'wet'; the settings are ink, damping, "))
+        << unknown;
 }
 
-TEST(Presets, NumbersHaveAsFewDigitsAsTheyNeed) {
+TEST(Presets, NumbersHaveTheFewestDigits) {
     EXPECT_EQ(app::numberText(0.97f), "0.97");
     EXPECT_EQ(app::numberText(24.0f), "24");
     EXPECT_EQ(app::shortestNumber(0.1f), 0.1);

@@ -1,4 +1,4 @@
-// Adaptive quality by the intervals of frames that it sees, in milliseconds.
+// Tests of the adaptive quality. Intervals are in milliseconds.
 
 #include "app/quality.h"
 
@@ -11,7 +11,7 @@ namespace {
 using app::Quality;
 using app::QualityPhase;
 
-/// Passes one span of frames on, whose intervals repeat. The first frames of a span wait for its change.
+/// Returns the state after one span of frames with these intervals, repeated. The first two frames are skipped.
 Quality afterSpan(Quality quality, const std::vector<double>& intervals) {
     const int frames = quality.phase == QualityPhase::searching ? 6 : 24;
     quality = next(next(quality, 300.0), 300.0);
@@ -21,7 +21,7 @@ Quality afterSpan(Quality quality, const std::vector<double>& intervals) {
     return quality;
 }
 
-/// Returns the levels after spans of these intervals.
+/// Returns the level after each of several spans. Each span has one interval for all its frames.
 std::vector<int> levels(Quality& quality, const std::vector<double>& intervals) {
     std::vector<int> seen;
     for (const double interval : intervals) {
@@ -37,7 +37,7 @@ Quality watching() {
 
 using Levels = std::vector<int>;
 
-TEST(Quality, FallsWhileFramesAreSlowAndRisesAfterManyFluentSpans) {
+TEST(Quality, DetailDecreasesInSlowSpansAndIncreasesAfterManyFluentSpans) {
     Quality quality = watching();
     EXPECT_EQ(levels(quality, {60, 50, 40, 30}), (Levels{1, 2, 3, 3}));
     levels(quality, std::vector<double>(11, 18.0));
@@ -47,7 +47,7 @@ TEST(Quality, FallsWhileFramesAreSlowAndRisesAfterManyFluentSpans) {
     EXPECT_EQ(quality.level, 0);
 }
 
-TEST(Quality, ARaiseThatWasTooMuchDoublesThePatience) {
+TEST(Quality, AnIncreaseThatWasTooMuchDoublesThePatience) {
     Quality quality = watching();
     levels(quality, {30});
     levels(quality, std::vector<double>(12, 18.0));
@@ -57,7 +57,7 @@ TEST(Quality, ARaiseThatWasTooMuchDoublesThePatience) {
     EXPECT_EQ(levels(quality, {18}), Levels{0});
 }
 
-TEST(Quality, StaysOnADisplayOfFiftyAndThroughHitches) {
+TEST(Quality, StaysOnAFiftyHertzDisplayAndThroughHitches) {
     Quality quality = watching();
     levels(quality, std::vector<double>(50, 20.0));
     EXPECT_EQ(quality.level, 0);
@@ -67,14 +67,14 @@ TEST(Quality, StaysOnADisplayOfFiftyAndThroughHitches) {
     EXPECT_EQ(quality.level, 1);
 }
 
-TEST(Quality, ASearchEndsAtTheFirstLevelThatIsFluentOrGainsNothing) {
+TEST(Quality, ASearchEndsAtTheFirstFluentLevelOrWhenFewerPixelsDoNotHelp) {
     const struct {
         std::vector<double> intervals;
         Levels expected;
     } cases[] = {
         {{60, 50, 40, 30}, {1, 2, 3, 3}},
-        {{100, 90, 80, 75}, {1, 2, 3, 2}},         // the ink takes the time
-        {{33.3, 33.3, 33.3, 33.3}, {1, 2, 3, 2}},  // the display shows no more
+        {{100, 90, 80, 75}, {1, 2, 3, 2}},         // the time is not spent on pixels
+        {{33.3, 33.3, 33.3, 33.3}, {1, 2, 3, 2}},  // a display with 30 Hz
         {{16.7}, {0}},
     };
     for (const auto& [intervals, expected] : cases) {
@@ -84,7 +84,7 @@ TEST(Quality, ASearchEndsAtTheFirstLevelThatIsFluentOrGainsNothing) {
     }
 }
 
-TEST(Quality, FixedQualityStays) {
+TEST(Quality, AFixedLevelStays) {
     Quality quality = app::fixedQuality(3);
     levels(quality, {60, 60, 16, 16});
     EXPECT_EQ(quality.level, 3);

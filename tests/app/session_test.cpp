@@ -1,4 +1,4 @@
-// A session as a front end drives it, on an off-screen context.
+// Tests of a session on an off-screen context, driven like by a front end.
 
 #include "app/session.h"
 
@@ -58,7 +58,7 @@ protected:
         session.lift(TouchAction::up, x + 7 * step, 96);
         frames(1);
     }
-    Pixels shown() const { return hostkit::readScreen(screen.width, screen.height); }
+    Pixels screenPixels() const { return hostkit::readScreen(screen.width, screen.height); }
 
     std::optional<hostkit::GlContext> context{std::in_place, 160, 160};
     std::optional<GestureScript> recorded;
@@ -66,15 +66,15 @@ protected:
     app::Session session{frontEnd(), start};
 };
 
-TEST_F(SessionTest, AReplayShowsWhatWasRecorded) {
-    drag(90, -12);  // an earlier gesture leaves no trace
+TEST_F(SessionTest, AReplayDrawsTheSamePixelsAsTheRecording) {
+    drag(90, -12);  // an earlier gesture must not affect the recording
     session.settings.ink = {1.0f, 0.4f, 0.4f};
     session.startRecording();
     drag();
     session.settings.ink = {0.4f, 1.0f, 0.4f};
     session.add(hostkit::LoseContext{});
     drag();
-    const Pixels last = shown();
+    const Pixels last = screenPixels();
     session.finishRecording();
     ASSERT_TRUE(recorded);
     EXPECT_EQ(events, recorded->events.size());
@@ -82,12 +82,12 @@ TEST_F(SessionTest, AReplayShowsWhatWasRecorded) {
 
     session.settings.ink = {0.4f, 0.4f, 1.0f};
     session.startReplay(*recorded);
-    session.press(start, 5, 5, 1.0f);  // the script has the only finger
+    session.press(start, 5, 5, 1.0f);  // touches are ignored during a replay
     frames(20);
     EXPECT_TRUE(session.isReplaying());
     frames(1);
     EXPECT_FALSE(session.isReplaying());
-    EXPECT_EQ(shown(), last);
+    EXPECT_EQ(screenPixels(), last);
     EXPECT_EQ(session.settings.ink, (std::array{0.4f, 1.0f, 0.4f}));
     EXPECT_EQ(session.userSettings().ink, (std::array{0.4f, 0.4f, 1.0f}));
 }
@@ -110,7 +110,7 @@ TEST_F(SessionTest, ANewSizeEndsARecordingAndScalesAReplay) {
     EXPECT_TRUE(session.isReplaying());
 }
 
-TEST_F(SessionTest, RestsOnceNothingMoves) {
+TEST_F(SessionTest, IsIdleOnlyIfNothingMoves) {
     EXPECT_FALSE(session.isIdle()) << "before the first frame";
     frames(1);
     EXPECT_TRUE(session.isIdle());
@@ -134,27 +134,27 @@ TEST_F(SessionTest, RestsOnceNothingMoves) {
     EXPECT_TRUE(session.isIdle() && !session.mayShowInk());
 }
 
-TEST_F(SessionTest, AttractModeDrawsForAnIdleUserAndLeavesTheSettings) {
+TEST_F(SessionTest, AttractModeDrawsForAnIdleUserAndKeepsTheSettings) {
     const app::Settings before = session.settings;
     session.startAttractModeIfIdle(start + 5s, true);
-    EXPECT_FALSE(session.attractMode().isRunning()) << "the front end is busy";
+    EXPECT_FALSE(session.attractMode().isRunning()) << "while the front end is busy";
     session.startRecording();
     session.startAttractModeIfIdle(start + 1h, false);
-    EXPECT_FALSE(session.attractMode().isRunning()) << "a recording is the user's";
+    EXPECT_FALSE(session.attractMode().isRunning()) << "during a recording";
     session.finishRecording();
     session.startAttractModeIfIdle(start + 1h + 5s, false);
     ASSERT_TRUE(session.attractMode().isRunning());
     frames(1);
-    const Pixels first = shown();
+    const Pixels first = screenPixels();
     frames(20);
-    EXPECT_NE(shown(), first);
+    EXPECT_NE(screenPixels(), first);
     EXPECT_TRUE(session.settings == before);
     session.noteInput(start + 1h + 6s);
     EXPECT_FALSE(session.attractMode().isRunning());
     EXPECT_TRUE(session.hasActions()) << "lifts the finger";
 }
 
-TEST_F(SessionTest, WaterOnlyStartsAnewWithoutInk) {
+TEST_F(SessionTest, WaterOnlyRestartsWithoutInk) {
     drag();
     session.settings.waterOnly = true;
     frames(1);
@@ -162,31 +162,31 @@ TEST_F(SessionTest, WaterOnlyStartsAnewWithoutInk) {
     EXPECT_FALSE(session.mayShowInk());
 }
 
-TEST_F(SessionTest, ALostContextIsSetUpAgainAndIsPartOfARecording) {
+TEST_F(SessionTest, ALostContextIsReplacedAndRecorded) {
     session.startRecording();
     frames(1);
-    const Pixels before = shown();
+    const Pixels before = screenPixels();
     context.reset();
     context.emplace(160, 160);
     session.regainContext();
     frames(1);
-    EXPECT_EQ(shown(), before);
+    EXPECT_EQ(screenPixels(), before);
     session.finishRecording();
     EXPECT_TRUE(std::holds_alternative<hostkit::LoseContext>(recorded->events.back().action));
 }
 
-TEST_F(SessionTest, ThePictureBeforeBecomesTheSecondBackground) {
+TEST_F(SessionTest, ThePreviousBackgroundBecomesTheSecond) {
     frames(1);
-    const Pixels first = shown();
+    const Pixels first = screenPixels();
     session.showPicture(hostkit::makeSheen(160));
     frames(1);
-    EXPECT_NE(shown(), first);
+    EXPECT_NE(screenPixels(), first);
     session.settings.secondBackground = true;
     frames(1);
-    EXPECT_EQ(shown(), first);
+    EXPECT_EQ(screenPixels(), first);
 }
 
-TEST_F(SessionTest, QualityDrawsACoarserMeshOverTheSameWater) {
+TEST_F(SessionTest, LowerQualityDrawsACoarserMeshOfTheSameWater) {
     session.settings.meshDetail = 60;
     frames(1);
     EXPECT_EQ(session.water().columns, 60);

@@ -1,4 +1,4 @@
-// Water looks alike on any mesh and at any frame rate: the same wave at the same place and time.
+// Tests that waves have the same position and size at the same time, on any grid and at any frame rate.
 
 #include "app/settings.h"
 
@@ -34,7 +34,7 @@ struct Pond {
             hostkit::advanceWater(water, jni, each);
         }
     }
-    /// In squared shorter sides times height.
+    /// Volume of the waves: shorter side squared times height.
     double volume() const {
         return std::reduce(heights().begin(), heights().end(), 0.0) / (water.columns * water.rows);
     }
@@ -42,7 +42,7 @@ struct Pond {
         return heights().subspan(static_cast<std::size_t>(water.rows / 2 * water.columns),
                                  static_cast<std::size_t>(water.columns));
     }
-    /// Distance from the middle of the highest crest to its right, in shorter sides.
+    /// Distance from the centre to the highest crest right of it, in shorter sides.
     double crest() const {
         const auto row = middleRow();
         const auto crest = std::max_element(row.begin() + water.columns / 2, row.end());
@@ -52,11 +52,11 @@ struct Pond {
         settings.meshDetail = detail;
         const WaterDriver old = water;
         water = hostkit::makeWater(jni, side, side, app::waterOf(settings));
-        hostkit::carryWaves(old, water);
+        hostkit::resampleWaves(old, water);
     }
 };
 
-TEST(Settings, WavesRunAtOneSpeedOnAnyMeshAtAnyFrameRate) {
+TEST(Settings, WaveSpeedDoesNotDependOnMeshAndFrameRate) {
     for (const float speed : {0.25f, 0.365f, 0.8f}) {
         for (const int detail : {60, 90, 120, 180}) {
             SCOPED_TRACE(testing::Message() << detail << " cells, speed " << speed);
@@ -64,7 +64,7 @@ TEST(Settings, WavesRunAtOneSpeedOnAnyMeshAtAnyFrameRate) {
             settings.waveSpeed = speed;
             settings.meshDetail = detail;
             settings.damping = 0.99f;
-            // The crest leaves from the rim of the drop and travels a quarter of the side.
+            // The crest starts at the edge of the ripple and travels a quarter of the side.
             const double seconds = 0.25 / static_cast<double>(speed);
             for (const int rate : {30, 60, 144}) {
                 Pond pond(settings);
@@ -75,9 +75,9 @@ TEST(Settings, WavesRunAtOneSpeedOnAnyMeshAtAnyFrameRate) {
     }
 }
 
-TEST(Settings, WavesRunOnWhenTheMeshChanges) {
+TEST(Settings, WavesContinueWhenTheMeshChanges) {
     for (const int detail : {60, 180}) {
-        for (const float speed : {0.3f, 1.0f}) {  // of one rate of steps, and of several
+        for (const float speed : {0.3f, 1.0f}) {  // with equal and with different step rates
             app::Settings settings;
             settings.waveSpeed = speed;
             settings.damping = 0.999f;
@@ -96,7 +96,7 @@ TEST(Settings, WavesRunOnWhenTheMeshChanges) {
     }
 }
 
-TEST(Settings, ATouchRaisesTheSameWaterOnAnyMesh) {
+TEST(Settings, ATouchRaisesTheSameVolumeOnAnyMesh) {
     app::Settings settings;
     const double expected = Pond(settings).volume();
     for (const int detail : {30, 60, 75, 120, 150, 180}) {

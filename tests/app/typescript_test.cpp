@@ -4,7 +4,7 @@
 
 namespace {
 
-TEST(SettingsModule, TextsKeepQuotesBackslashesAndControls) {
+TEST(SettingsModule, LiteralsEscapeQuotesBackslashesAndControls) {
     EXPECT_EQ(web::literal("a \"b\" \\ c\nd"), R"("a \"b\" \\ c\u000ad")");
 }
 

@@ -5,7 +5,7 @@
 namespace hostkit {
 namespace {
 
-TEST(CheckedJni, ReleaseModesDecideWhatOfACopyComesBack) {
+TEST(CheckedJni, ReleaseModesDecideWhetherACopyIsWrittenBack) {
     constexpr struct {
         ArrayAccess access;
         jint mode;
@@ -16,23 +16,23 @@ TEST(CheckedJni, ReleaseModesDecideWhatOfACopyComesBack) {
                  {ArrayAccess::copy, 0, 5.0f, 0},
                  {ArrayAccess::copy, JNI_ABORT, 0.0f, 0},
                  {ArrayAccess::copy, JNI_COMMIT, 5.0f, 1}};
-    for (const auto& tried : cases) {
-        CheckedJni jni({tried.access, 4});
+    for (const auto& test : cases) {
+        CheckedJni jni({test.access, 4});
         const jfloatArray array = jni.newFloatArray(3);
         jboolean isCopy = JNI_FALSE;
         float* const data = jni.env()->GetFloatArrayElements(array, &isCopy);
         data[2] = 5.0f;
-        EXPECT_EQ(isCopy == JNI_TRUE, tried.access == ArrayAccess::copy);
+        EXPECT_EQ(isCopy == JNI_TRUE, test.access == ArrayAccess::copy);
         EXPECT_EQ(JniEnvironment::elements(array)[2], isCopy ? 0.0f : 5.0f);
         EXPECT_EQ(jni.pinned(), 1);
-        jni.env()->ReleaseFloatArrayElements(array, data, tried.mode);
-        EXPECT_EQ(JniEnvironment::elements(array)[2], tried.expected) << tried.mode;
-        EXPECT_EQ(jni.pinned(), tried.pinned);
+        jni.env()->ReleaseFloatArrayElements(array, data, test.mode);
+        EXPECT_EQ(JniEnvironment::elements(array)[2], test.expected) << test.mode;
+        EXPECT_EQ(jni.pinned(), test.pinned);
         EXPECT_TRUE(jni.checkGuards().empty());
     }
 }
 
-TEST(CheckedJni, DamagedGuardsAreReportedOnceWithArrayAndElement) {
+TEST(CheckedJni, EachDamagedGuardIsReportedOnce) {
     for (const ArrayAccess access : {ArrayAccess::direct, ArrayAccess::copy}) {
         CheckedJni jni({access, 8});
         jni.newFloatArray(1);
@@ -53,17 +53,17 @@ TEST(CheckedJni, DamagedGuardsAreReportedOnceWithArrayAndElement) {
     }
 }
 
-TEST(CheckedJniDeathTest, OtherCallsAndForeignPointersEndTheProgramByName) {
+TEST(CheckedJniDeathTest, OtherCallsAndWrongPointersAbortWithTheirName) {
     GTEST_FLAG_SET(death_test_style, "threadsafe");
     CheckedJni jni;
     const jfloatArray array = jni.newFloatArray(2);
     float elsewhere[2] = {};
-    EXPECT_DEATH(jni.env()->FindClass("x"), "not offered by this host: FindClass");
+    EXPECT_DEATH(jni.env()->FindClass("x"), "may not call this JNI function: FindClass");
     EXPECT_DEATH(jni.env()->CallVoidMethod(nullptr, nullptr), ": CallVoidMethodV");
     EXPECT_DEATH(jni.env()->GetArrayLength(array), ": GetArrayLength");
     EXPECT_DEATH(jni.env()->GetModule(nullptr), ": GetModule");
     EXPECT_DEATH(jni.env()->ReleaseFloatArrayElements(array, elsewhere, 0),
-                 "ReleaseFloatArrayElements: array 1 did not hand out this pointer");
+                 "ReleaseFloatArrayElements: array 1 was not pinned with this pointer");
 }
 
 }  // namespace

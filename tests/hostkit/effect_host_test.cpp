@@ -18,18 +18,18 @@ int channel(const Pixels& pixels, int width, int x, int y, int part) {
     return pixels[static_cast<std::size_t>((y * width + x) * 4 + part)];
 }
 
-EffectHostOptions small(int width, int height, bool ink) {
-    // Smooth, so that the picture and its refraction compare without edges.
+EffectHostOptions smallHost(int width, int height, bool ink) {
+    // A smooth background, so that a small shift changes pixels only a little.
     const Picture ramps{2, 2, {0, 0, 0, 255, 255, 0, 0, 255, 0, 255, 0, 255, 255, 255, 0, 255}};
     return {.width = width, .height = height, .inkEnabled = ink, .background = ramps};
 }
 
-TEST(EffectHost, FlatWaterShowsThePictureUprightAndWhole) {
+TEST(EffectHost, FlatWaterShowsTheWholeBackgroundUpright) {
     for (const auto& [width, height] : {std::pair{120, 200}, std::pair{200, 120}}) {
-        EffectHost host(small(width, height, false));
+        EffectHost host(smallHost(width, height, false));
         host.frame();
         const Pixels pixels = host.pixels();
-        // Red grows to the right and green downwards, in a ramp over the middle half of the picture.
+        // Red increases to the right and green downwards, in a ramp over the middle half of the image.
         for (int step = 0; step <= 10; ++step) {
             const double along = step / 10.0;
             const double expected = 255.0 * std::clamp(2.0 * along - 0.5, 0.0, 1.0);
@@ -41,8 +41,8 @@ TEST(EffectHost, FlatWaterShowsThePictureUprightAndWhole) {
     }
 }
 
-TEST(EffectHost, TouchRaisesRipplesAndInkWhereTheFingerIs) {
-    EffectHost host(small(240, 400, true));
+TEST(EffectHost, ATouchMakesRipplesAndInkAtTheFinger) {
+    EffectHost host(smallHost(240, 400, true));
     host.frame();
     const Pixels before = host.pixels();
     const ScriptEvent events[] = {{0, InkColor{1.0f, 0.0f, 0.0f}},
@@ -63,8 +63,8 @@ TEST(EffectHost, TouchRaisesRipplesAndInkWhereTheFingerIs) {
     EXPECT_FALSE(host.inkShown());
 }
 
-TEST(EffectHost, AReplacedContextDrawsTheSamePictureAndPinnedCopiesToo) {
-    EffectHostOptions options = small(120, 200, true);
+TEST(EffectHost, AReplacedContextDrawsTheSamePixels) {
+    EffectHostOptions options = smallHost(120, 200, true);
     CheckedJni jni({ArrayAccess::copy, 32});
     options.jni = &jni;
     EffectHost host(options);
@@ -85,16 +85,16 @@ TEST(EffectHost, AReplacedContextDrawsTheSamePictureAndPinnedCopiesToo) {
     EXPECT_TRUE(jni.checkGuards().empty());
 }
 
-TEST(EffectProbe, SeesTheFlowTheInkAndTheMomentsOfAFrame) {
+TEST(EffectProbe, ObservesVelocitiesInkAndTimes) {
     for (const bool ink : {true, false}) {
         EffectProbe probe;
-        EffectHost host(small(240, 400, ink));
+        EffectHost host(smallHost(240, 400, ink));
         probe.watch(240, 400, ink);
         probe.draw(host);
-        const Digest still = probe.velocityDigest();
+        const Digest digestAtRest = probe.velocityDigest();
         Digest ofField;
         addBytes(ofField, std::as_bytes(std::span(probe.velocity().bytes)));
-        EXPECT_EQ(still.state, ofField.state) << "a second upload of the grid's size";
+        EXPECT_EQ(digestAtRest.state, ofField.state) << "a second upload of the grid's size";
         host.touch({TouchAction::down, 150, 280, 0.5f});
         for (int frame = 0; frame < 5; ++frame) {
             probe.draw(host);
@@ -104,13 +104,14 @@ TEST(EffectProbe, SeesTheFlowTheInkAndTheMomentsOfAFrame) {
         EXPECT_EQ(moments.solverDone.has_value(), ink);
         EXPECT_EQ(probe.inkTexture() != 0, ink);
         EXPECT_EQ(probe.velocity().bytes.size(), ink ? 20u * 33 * 4 : 0u);
-        EXPECT_EQ(probe.velocityDigest().state != still.state, ink) << "the flow moves";
+        EXPECT_EQ(probe.velocityDigest().state != digestAtRest.state, ink)
+            << "the touch changes the velocities";
         if (!ink) {
             continue;
         }
         EXPECT_LE(moments.begin, moments.solverDone);
         EXPECT_LE(moments.solverDone, moments.firstDraw);
-        // The texture holds the ink: where the finger is, and not in the other corner.
+        // The texture contains ink at the finger, and none in the opposite corner.
         GLuint framebuffer = 0;
         glGenFramebuffers(1, &framebuffer);
         glBindFramebuffer(GL_FRAMEBUFFER, framebuffer);

@@ -31,7 +31,7 @@ std::string errorOf(const std::string& text) {
     return "no error";
 }
 
-TEST(GestureScript, ReadsEveryKindOfLineAndWritesTheSameText) {
+TEST(GestureScript, ReadsEveryTypeOfLineAndWritesTheSameText) {
     const GestureScript script = parseGestureScript(everyKind, "a.gesture");
     EXPECT_EQ(writeGestureScript(script), everyKind);
     EXPECT_EQ(script.frames, 77);
@@ -44,7 +44,7 @@ TEST(GestureScript, ReadsEveryKindOfLineAndWritesTheSameText) {
     EXPECT_TRUE(eventsOfFrame(script, 5).empty());
 }
 
-TEST(GestureScript, CommentsBlanksAndDefaults) {
+TEST(GestureScript, SkipsCommentsAndBlanksAndHasDefaults) {
     const GestureScript script =
         parseGestureScript("# a tap\r\n\n  7\tdown 1 2 1 # here\r\n\n9 up 1 2 1", "a.gesture");
     EXPECT_EQ(script.screenWidth, 1080);
@@ -61,7 +61,7 @@ TEST(GestureScript, ScalesPositionsAlongEachAxis) {
     EXPECT_EQ(half.screenWidth, 360);
 }
 
-TEST(GestureScript, ErrorsNameFileLineAndWhatWasExpected) {
+TEST(GestureScript, ErrorsNameFileLineAndExpectedWord) {
     const std::pair<const char*, const char*> cases[] = {
         {"0 tap 1 2 1",
          "a.gesture:1: expected down, move, up, cancel, ink, second, clear or "
@@ -89,7 +89,7 @@ TEST(GestureScript, ErrorsNameFileLineAndWhatWasExpected) {
     EXPECT_THROW(loadGestureScript("/"), HostError);
 }
 
-TEST(GestureScript, TheScriptsThatShipArePlayableToTheirEnd) {
+TEST(GestureScript, TheBundledScriptsAreValid) {
     int scripts = 0;
     for (const auto& entry : std::filesystem::directory_iterator(GESTURES)) {
         const GestureScript script = loadGestureScript(entry.path());

@@ -21,7 +21,7 @@ void fill(float red, float green, float blue) {
     glClear(GL_COLOR_BUFFER_BIT);
 }
 
-TEST(GlContext, TwoContextsAreApartAndOneCanBeReplaced) {
+TEST(GlContext, TwoContextsAreIndependentAndOneCanBeReplaced) {
     GlContext first(8, 4);
     fill(1, 0, 0);
     GLuint texture = 0;
@@ -42,7 +42,7 @@ TEST(GlContext, TwoContextsAreApartAndOneCanBeReplaced) {
     EXPECT_EQ(first.readPixels().size(), 16u);
 }
 
-TEST(GlContext, RowsComeTopToBottomFromTheDefaultFramebuffer) {
+TEST(GlContext, ReadsTheDefaultFramebufferFromTopToBottom) {
     const GlContext context(8, 4);
     fill(0, 0, 0);
     glEnable(GL_SCISSOR_TEST);
@@ -58,11 +58,11 @@ TEST(GlContext, RowsComeTopToBottomFromTheDefaultFramebuffer) {
     EXPECT_EQ(static_cast<GLuint>(bound), framebuffer);
 }
 
-TEST(GlContext, AnImpossibleSurfaceIsRefused) {
+TEST(GlContext, AnInvalidSurfaceSizeThrows) {
     EXPECT_THROW(GlContext(-1, 4), HostError);
 }
 
-TEST(GlRecorder, CallsOfAHookAreNeitherKeptNorHooked) {
+TEST(GlRecorder, CallsOfAHookAreNotRecorded) {
     const GlContext context(8, 4);
     GlRecorder& recorder = glRecorder();
     recorder.inside = [](const char*) { glClearColor(1, 1, 0, 1); };

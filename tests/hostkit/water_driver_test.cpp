@@ -17,9 +17,9 @@ struct Screen {
     int width, height;
 };
 
-/// Where a mesh vertex lies, from the left and from the top, 0 to 1. The mesh has x to the right
-/// and y up, its origin at the middle of the screen.
-std::pair<double, double> placeOnScreen(const WaterDriver& water, std::size_t firstFloat) {
+/// Returns the position of a mesh vertex from the left and from the top, as fractions of the screen. The origin of the
+/// mesh is the centre of the screen, with y up.
+std::pair<double, double> screenPosition(const WaterDriver& water, std::size_t firstFloat) {
     const auto positions = JniEnvironment::elements(water.positions);
     return {0.5 + static_cast<double>(positions[firstFloat]) / water.meshSizeWidth,
             0.5 - static_cast<double>(positions[firstFloat + 1]) / water.meshSizeHeight};
@@ -45,7 +45,7 @@ TEST(WaterDriver, MeshAndGridFitEveryScreen) {
     EXPECT_NEAR(1080.0 / portrait.columns, 1920.0 / portrait.rows, 0.1);
 }
 
-TEST(WaterDriver, ARippleRisesUnderTheFinger) {
+TEST(WaterDriver, ARippleRisesAtTheFinger) {
     for (const auto& [width, height] : {Screen{1080, 1920}, {1920, 1080}}) {
         JniEnvironment jni;
         WaterDriver water = makeWater(jni, width, height);
@@ -56,14 +56,14 @@ TEST(WaterDriver, ARippleRisesUnderTheFinger) {
         for (std::size_t vertex = 0; vertex < heights.size(); vertex += 3) {
             peak = heights[vertex] > heights[peak] ? vertex : peak;
         }
-        const auto [right, down] = placeOnScreen(water, peak);
+        const auto [right, down] = screenPosition(water, peak);
         EXPECT_GT(heights[peak], 2.0f);
         EXPECT_NEAR(right, 0.25, 1.0 / water.columns);
         EXPECT_NEAR(down, 0.7, 1.0 / water.rows);
     }
 }
 
-TEST(WaterDriver, NeighboursLieToTheRightAndAbove) {
+TEST(WaterDriver, NeighbourHeightsAreFromTheRightAndAbove) {
     JniEnvironment jni;
     WaterDriver water = makeWater(jni, 90, 160, {.shortSideCells = 9});
     const auto heightOf = [&water](int column, int row) {
@@ -79,7 +79,7 @@ TEST(WaterDriver, NeighboursLieToTheRightAndAbove) {
     buildHeights(water);
     const auto heights = JniEnvironment::elements(water.heights);
     for (std::size_t vertex = 0; vertex < heights.size(); vertex += 3) {
-        const auto [right, down] = placeOnScreen(water, vertex);
+        const auto [right, down] = screenPosition(water, vertex);
         const int column = static_cast<int>(std::lround(right * water.columns));
         const int row = static_cast<int>(std::lround(down * water.rows));
         EXPECT_EQ(heights[vertex], heightOf(column, row));
@@ -102,31 +102,32 @@ TEST(WaterDriver, ACoarserMeshShowsTheSameSurface) {
         const auto heights = JniEnvironment::elements(water.heights);
         ASSERT_NEAR(static_cast<double>(heights.size()), 3.0 * 91 * 161 / (cells * cells), 600.0);
         for (std::size_t vertex = 0; vertex < heights.size(); vertex += 3) {
-            const auto [right, down] = placeOnScreen(water, vertex);
+            const auto [right, down] = screenPosition(water, vertex);
             const double height = 2 * right * 90 + 3 * down * 160;
             const bool inside = std::abs(right - 0.5) < 0.45 && std::abs(down - 0.5) < 0.45;
-            // Its place is that of a cell, and of an even square of cells the middle lies between them.
+            // The tolerance covers two roundings. A vertex is moved to the nearest cell, and the centre of an even
+            // number of cells is between two cells.
             EXPECT_NEAR(heights[vertex], height, inside ? 5.0 : 20.0);
             if (inside) {
                 EXPECT_NEAR(heights[vertex + 1] - heights[vertex], 2.0f, 1e-3f);
                 EXPECT_NEAR(heights[vertex + 2] - heights[vertex], -3.0f, 1e-3f);
             }
         }
-        const auto [right, down] = placeOnScreen(water, heights.size() - 3);
+        const auto [right, down] = screenPosition(water, heights.size() - 3);
         EXPECT_NEAR(right + down, 2.0, 1e-6);
         EXPECT_TRUE(jni.checkGuards().empty());
     }
 }
 
-TEST(WaterDriver, AnotherMeshLeavesTheWaterAsItRuns) {
+TEST(WaterDriver, ANewMeshDoesNotChangeTheWaves) {
     JniEnvironment jni;
     WaterDriver water = makeWater(jni, 90, 160);
     rippleAt(water, jni, 45, 80, 1.0f);
     advanceWater(water, jni, 40ms);
     WaterDriver coarse = makeWater(jni, 90, 160, {.cellsPerVertex = 3});
-    carryWaves(water, coarse);
-    for (WaterDriver* one : {&water, &coarse}) {
-        advanceWater(*one, jni, 60ms);
+    resampleWaves(water, coarse);
+    for (WaterDriver* each : {&water, &coarse}) {
+        advanceWater(*each, jni, 60ms);
     }
     EXPECT_EQ(coarse.steps, water.steps);
     EXPECT_TRUE(std::ranges::equal(JniEnvironment::elements(coarse.height),
@@ -135,7 +136,7 @@ TEST(WaterDriver, AnotherMeshLeavesTheWaterAsItRuns) {
                                    JniEnvironment::elements(water.velocity)));
 }
 
-TEST(WaterDriver, StepsAreFixedAndEndWhenTheWaterIsCalm) {
+TEST(WaterDriver, StepsAreFixedAndStopWhenTheWaterIsIdle) {
     JniEnvironment jni;
     WaterDriver water = makeWater(jni, 90, 160, {.shortSideCells = 30});
     advanceWater(water, jni, 1s);
@@ -155,15 +156,15 @@ TEST(WaterDriver, StepsAreFixedAndEndWhenTheWaterIsCalm) {
         advanceWater(water, jni, 50ms);
     }
     EXPECT_TRUE(water.resting);
-    const auto atRest = water.steps;
+    const auto stepsAtRest = water.steps;
     advanceWater(water, jni, 1s);
-    EXPECT_EQ(water.steps, atRest);
+    EXPECT_EQ(water.steps, stepsAtRest);
     rippleAt(water, jni, 45, 80, 1.0f);
     advanceWater(water, jni, 17ms);
-    EXPECT_EQ(water.steps, atRest + 1);
+    EXPECT_EQ(water.steps, stepsAtRest + 1);
 }
 
-TEST(WaterDriver, WavesOnAFinerGridStayWithinTheHeightsOfTheCoarse) {
+TEST(WaterDriver, ResampledWavesStayWithinTheirHeights) {
     JniEnvironment jni;
     const WaterDriver coarse = makeWater(jni, 500, 500, {.shortSideCells = 24});
     WaterDriver fine = makeWater(jni, 500, 500, {.shortSideCells = 180});
@@ -171,11 +172,11 @@ TEST(WaterDriver, WavesOnAFinerGridStayWithinTheHeightsOfTheCoarse) {
     for (std::size_t cell = 0; cell < heights.size(); ++cell) {
         heights[cell] = static_cast<float>(cell % 5) - 2.0f;
     }
-    carryWaves(coarse, fine);
-    const auto [least, most] = std::ranges::minmax(JniEnvironment::elements(fine.height));
-    EXPECT_GE(least, -2.0f);
-    EXPECT_LE(most, 2.0f);
-    EXPECT_GT(most, 1.5f);
+    resampleWaves(coarse, fine);
+    const auto [min, max] = std::ranges::minmax(JniEnvironment::elements(fine.height));
+    EXPECT_GE(min, -2.0f);
+    EXPECT_LE(max, 2.0f);
+    EXPECT_GT(max, 1.5f);
 }
 
 }  // namespace
