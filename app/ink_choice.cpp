@@ -97,8 +97,9 @@ double light(const Color& color) {
 
 /// Returns the colour of the background under ink of the highest density.
 Color throughInk(Color color, const std::array<float, 3>& ink) {
+    constexpr auto maxDensity = static_cast<double>(velmora::maxInkDensity);
     for (std::size_t part = 0; part < 3; ++part) {
-        color[part] *= velmora::lightThroughInk(ink[part], velmora::maxInkDensity);
+        color[part] *= velmora::lightThroughInk(ink[part], maxDensity);
     }
     return color;
 }
