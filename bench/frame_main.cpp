@@ -28,7 +28,7 @@ using Clock = std::chrono::steady_clock;
 
 constexpr int warmUpFrames = 5;
 
-/// Moments of one frame, in order.
+/// Moments of one frame in chronological order.
 struct Moments {
     Clock::time_point start;
     Clock::time_point firstCall;   // the library has started; the host's water step is done
@@ -130,8 +130,8 @@ double medianOf(const std::vector<Moments>& frames, double Moments::*nanoseconds
     return bench::median(times);
 }
 
-/// Prints the processor time of a frame on screens of growing size, microseconds: of this thread outside GL, and of all
-/// threads. The difference is the solver worker and GL, which a software rasteriser computes.
+/// Prints two processor times of a frame in microseconds, on screens of growing size: of this thread outside GL calls,
+/// and of all threads. The difference is the work of the solver worker and of a software rasteriser.
 void printGrowth() {
     struct Screen {
         int width;

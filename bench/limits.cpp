@@ -29,7 +29,8 @@ void registerLimit(const std::string& name, int samples, const std::function<dou
     })->Iterations(samples);
 }
 
-/// Returns bytes per nanosecond, loaded and stored, four lanes at a time, for two arrays of `bytes` in total.
+/// Returns the bandwidth of loads and stores in bytes per nanosecond: four lanes at a time, in two arrays of `bytes` in
+/// total.
 double bandwidth(std::size_t bytes) {
     const auto count = static_cast<std::ptrdiff_t>(bytes / 2 / sizeof(float) / 16 * 16);
     static std::vector<float> from;
@@ -53,8 +54,8 @@ double bandwidth(std::size_t bytes) {
     return static_cast<double>(rounds) * static_cast<double>(count) * 2 * sizeof(float) / time;
 }
 
-/// Returns bytes per nanosecond, only stored, four lanes at a time, into an array of `bytes`. The stores start `offset`
-/// floats after an aligned address.
+/// Returns the bandwidth of stores in bytes per nanosecond: four lanes at a time into an array of `bytes`. The stores
+/// start `offset` floats after an aligned address.
 double storeBandwidth(std::size_t bytes, std::ptrdiff_t offset) {
     const auto count = static_cast<std::ptrdiff_t>(bytes / sizeof(float) / 12 * 12);
     static std::vector<float> to;
@@ -75,7 +76,8 @@ double storeBandwidth(std::size_t bytes, std::ptrdiff_t offset) {
     return static_cast<double>(rounds) * static_cast<double>(count) * sizeof(float) / time;
 }
 
-/// Returns bytes per nanosecond, only loaded, from the first cache. `offset` as above.
+/// Returns the bandwidth of loads from the first-level cache in bytes per nanosecond. The loads start `offset` floats
+/// after an aligned address.
 double loadBandwidth(std::ptrdiff_t offset) {
     constexpr std::ptrdiff_t count = 4096;
     constexpr int rounds = 1'000;
@@ -122,15 +124,15 @@ double throughput(Advance advance) {
     return static_cast<double>(rounds * chains) / time;
 }
 
-/// The operations from a smoothed height to its right neighbour: three additions, a subtraction, a product and an
-/// addition, each dependent on the one before.
+/// Runs the operations from a smoothed height to its right neighbour: three additions, a subtraction, a multiplication
+/// and an addition. Each operation depends on the previous one.
 template <class Floats>
 Floats smoothed(Floats left) {
     const Floats sum = Floats(0.5f) + left + Floats(0.25f) + Floats(0.75f) - Floats(2.0f);
     return Floats(0.5f) + Floats(0.018f) * sum;
 }
 
-/// Returns nanoseconds per group of four, if each group loads the values that the group before has stored.
+/// Returns nanoseconds per group of four if each group loads the values that the previous group has stored.
 double smoothingChainThroughMemory() {
     constexpr std::size_t rows = 64;
     constexpr std::size_t groups = 1024;
@@ -147,7 +149,7 @@ double smoothingChainThroughMemory() {
     return time / (rows * groups);
 }
 
-/// The same with the left neighbour in a register.
+/// Returns nanoseconds per group of four if the left neighbour stays in a register.
 double smoothingChainInRegisters() {
     constexpr std::size_t groups = 65'536;
     float height = 1.0f;

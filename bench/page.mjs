@@ -1,10 +1,12 @@
-// How fast the page is in headless Chromium with software GL: the file's size, the time from opening to the first
-// frame, the page's own milliseconds of a frame outside GL, and frames a second as a visitor sees them: at what the page
-// chooses for this machine by itself, and at each level of quality, with the milliseconds of its draws.
-// The display's 60 a second stay: without them the browser asks for frames without rest and takes processors from the
-// drawing, so that every figure falls. OPTION --disable-frame-rate-limit shows it.
-// Usage: node bench/page.mjs [WIDTHxHEIGHT] [SECONDS] [LOOK] [OPTION...]
-//        LOOK: settings that differ, as JSON; OPTION: the browser's own
+// Measures the page in headless Chromium with software GL:
+// - the size of the file, and the time from opening to the first frame
+// - the milliseconds of a frame outside GL
+// - frames per second at the quality level that the page chooses for this machine
+// - frames per second and milliseconds of each draw at every quality level
+// The browser draws at most 60 frames per second. With the option --disable-frame-rate-limit it requests frames without
+// a pause, takes processor time from the drawing, and every figure falls.
+// Usage: node bench/page.mjs [WIDTHxHEIGHT] [SECONDS] [SETTINGS] [OPTION...]
+//        SETTINGS: JSON object of settings that differ from the defaults; OPTION: command-line option of Chromium
 
 import { statSync } from "node:fs";
 import { loadavg } from "node:os";
@@ -12,9 +14,9 @@ import { launch, open, softwareGl, top } from "../tests/web/page.mjs";
 
 const size = (process.argv[2] ?? "540x960").split("x").map(Number);
 const seconds = Number(process.argv[3] ?? 8);
-const look = JSON.parse(process.argv[4] ?? "{}");
+const settings = JSON.parse(process.argv[4] ?? "{}");
 
-/** Counts the time within GL calls, and the frames drawn. */
+/** Sums the milliseconds within GL calls. */
 function watchGl() {
     window.glTime = 0;
     const prototype = WebGLRenderingContext.prototype;
@@ -31,7 +33,7 @@ function watchGl() {
     }
 }
 
-/** Of each kind of draw the shortest time, each waited for. */
+/** Measures the shortest time of each kind of draw. Waits for the GPU before and after every draw. */
 function watchDraws() {
     window.draws = {};
     const prototype = WebGLRenderingContext.prototype;
@@ -45,14 +47,16 @@ function watchDraws() {
             draw.apply(this, values);
             wait();
             passes = call === "drawElements" ? 0 : passes + 1;
-            const kind = passes === 0 ? "water" : passes <= 4 ? "an advection" : "impulse";
+            const kind = passes === 0 ? "water" : passes <= 4 ? "advection" : "impulse";
             window.draws[kind] = Math.min(window.draws[kind] ?? Infinity, performance.now() - start);
         };
     }
 }
 
-/** Moves a finger without rest for some milliseconds. `steady`: each frame has a 60th of a second, so that the waves are
- * the same at each rate of frames. */
+/**
+ * Moves a finger for `duration` milliseconds. With `steady`, every frame advances the page's time by a 60th of a
+ * second, so that the waves are the same at every frame rate.
+ */
 async function stir({ duration, steady }) {
     const { velmora } = window;
     if (steady) {
@@ -75,7 +79,7 @@ async function stir({ duration, steady }) {
         own += velmora.frameTimes().at(-1).effect;
         const passed = performance.now() - start;
         if (frames === 0) {
-            [start, own, glAtStart] = [performance.now(), 0, window.glTime]; // programs are compiled
+            [start, own, glAtStart] = [performance.now(), 0, window.glTime]; // the shaders are compiled now
         } else if (frames > 0 && passed > duration) {
             return { perSecond: (frames * 1000) / passed, own: (own - window.glTime + glAtStart) / frames, frames: frames + 6 };
         }
@@ -85,22 +89,22 @@ async function stir({ duration, steady }) {
 const browser = await launch([...softwareGl, ...process.argv.slice(5)]);
 const system = await browser.newBrowserCDPSession();
 
-/** Processor seconds of all of the browser: what else runs bends them less than its frames a second. */
+/** Returns the processor seconds of all browser processes. Other programs affect them less than frames per second. */
 async function processorTime() {
     const { processInfo } = await system.send("SystemInfo.getProcessInfo");
     return processInfo.reduce((sum, { cpuTime }) => sum + cpuTime, 0);
 }
 
-/** Frames a second, and milliseconds of processors each, at the level where the page is. */
+/** Prints frames per second and processor milliseconds per frame at the current quality level. */
 async function printSpeed(page, name) {
-    const words = await page.evaluate(() => window.velmora.quality().label || "all of the quality");
+    const label = await page.evaluate(() => window.velmora.quality().label || "all detail");
     const before = await processorTime();
     const { perSecond, frames } = await page.evaluate(stir, { duration: seconds * 1000, steady: true });
     const processors = (1000 * ((await processorTime()) - before)) / frames;
     console.log(
-        `    ${name} ${words}`.padEnd(52),
+        `    ${name} ${label}`.padEnd(52),
         `${perSecond.toFixed(1)} frames/s`.padEnd(16),
-        `${processors.toFixed(1)} ms of processors a frame`.padEnd(34),
+        `${processors.toFixed(1)} ms of processor time per frame`.padEnd(36),
         `load ${loadavg()[0].toFixed(1)}`,
     );
 }
@@ -109,24 +113,24 @@ async function printOwnTime(hash) {
     const page = await open(browser, { size, hash, before: watchGl });
     const { own } = await page.evaluate(stir, { duration: Math.min(seconds, 3) * 1000, steady: true });
     const first = await page.evaluate(() => performance.getEntriesByName("first frame")[0]?.startTime ?? NaN);
-    console.log(`    ${own.toFixed(2)} ms a frame outside GL, first frame after ${first.toFixed(0)} ms`);
+    console.log(`    ${own.toFixed(2)} ms per frame outside GL, first frame after ${first.toFixed(0)} ms`);
     await page.context().close();
 }
 
-/** As it opens for a visitor: it looks for what fits, also while the first stroke lasts, and takes it once that rests. */
+/** Lets adaptive quality choose a level, which it applies only on an idle page. Then measures the speed. */
 async function printChoice(hash) {
     const page = await open(browser, { size, hash, ready: false });
     await page.waitForFunction(() => window.velmora?.quality().phase === "watching");
     const found = await page.evaluate(() => performance.now());
     await page.evaluate(stir, { duration: 2000, steady: false });
     await page.evaluate(() => window.velmora.lift());
-    await page.waitForFunction(() => window.velmora.isResting(), null, { timeout: 60000 });
+    await page.waitForFunction(() => window.velmora.isIdle(), null, { timeout: 60000 });
     await printSpeed(page, `chosen after ${(found / 1000).toFixed(1)} s:`);
     await page.context().close();
 }
 
-/** A page of that level, with what its calls tell. */
-async function openAt(level, hash, before) {
+/** Opens a page at a quality level. `before` is a script that runs before the page's scripts. */
+async function openAtLevel(level, hash, before) {
     const page = await open(browser, { size, hash, before });
     await page.evaluate((value) => {
         window.velmora.fixQuality(value);
@@ -136,11 +140,11 @@ async function openAt(level, hash, before) {
 }
 
 async function printLevel(level, hash) {
-    const page = await openAt(level, hash);
+    const page = await openAtLevel(level, hash);
     await printSpeed(page, `level ${level}:`);
     await page.context().close();
-    const watched = await openAt(level, hash, watchDraws);
-    await watched.evaluate(() => (window.draws = {})); // not of another level
+    const watched = await openAtLevel(level, hash, watchDraws);
+    await watched.evaluate(() => (window.draws = {})); // discards draws of the first frames at another level
     await watched.evaluate(stir, { duration: Math.min(seconds, 3) * 1000, steady: true });
     const draws = Object.entries(await watched.evaluate(() => window.draws));
     console.log(`        ${draws.map(([kind, time]) => `${kind} ${time.toFixed(1)} ms`).join(", ")}`);
@@ -149,7 +153,7 @@ async function printLevel(level, hash) {
 
 console.log(`size ${(statSync(`${top}/build/web/velmora.html`).size / 1024).toFixed(0)} KB`);
 for (const waterOnly of [false, true]) {
-    const hash = `#look=${encodeURIComponent(JSON.stringify({ waterOnly, ...look }))}`;
+    const hash = `#look=${encodeURIComponent(JSON.stringify({ waterOnly, ...settings }))}`;
     console.log(waterOnly ? "water only" : "ink and water");
     await printOwnTime(hash);
     await printChoice(hash);

@@ -11,7 +11,7 @@ namespace bench {
 
 namespace {
 
-// Much longer than a reading of the clock, short enough for many samples.
+/// Minimum duration of a sample: long enough that reading the clock costs little, short enough for many samples.
 constexpr double sampleNanoseconds = 300'000.0;
 constexpr int maxCalls = 10'000;
 constexpr int checkedCalls = 2;  // the second call starts from the result of the first
@@ -31,7 +31,7 @@ double sample(const Comparison& comparison, const Form& form, int calls) {
            calls;
 }
 
-/// Returns the number of calls for a sample of the reference that is long enough. Also warms both forms up.
+/// Warms both forms up. Returns the number of calls that makes a sample of the reference long enough.
 int callsPerSample(const Comparison& comparison) {
     double shortest = sampleNanoseconds;
     for (int round = 0; round < 5; ++round) {

@@ -32,8 +32,8 @@ double libraryNanoseconds(const Comparison& comparison, int samples);
 /// Returns an empty string if both forms give the same bytes, else a line about the first difference.
 std::string difference(const Comparison& comparison);
 
-/// Registers a benchmark of `pairs` iterations. Each times both forms, one after the other. Its counters are medians:
-/// the ratio of the pairs and the times per call.
+/// Registers a benchmark of `pairs` iterations. Each iteration times both forms, one after the other. The counters are
+/// the median ratio of the pairs and the median times per call.
 void registerComparison(const Comparison& comparison, int pairs);
 
 template <class Value>

@@ -64,7 +64,7 @@ const TouchPreset& presetOf(DragMode dragMode) {
                                     : slowDragPreset;
 }
 
-/// The solver of a screen during a drag. The touch lies well inside the margins, and a first step has set the passes.
+/// The solver of a screen during a drag. The touch is well inside the margins. A first step has chosen the passes.
 struct Flow {
     Flow(ScreenSize screen, DragMode dragMode) {
         touch.touchX = screen.width / 2 + 7;

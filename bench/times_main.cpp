@@ -28,11 +28,11 @@ double sample(const bench::Comparison& comparison, int calls) {
 double shortest(const bench::Comparison& comparison) {
     const double once = std::max(sample(comparison, 100), 1.0);
     const int calls = std::clamp(static_cast<int>(sampleNanoseconds / once), 1, 10'000);
-    double least = std::numeric_limits<double>::infinity();
+    double shortest = std::numeric_limits<double>::infinity();
     for (int round = 0; round < samples; ++round) {
-        least = std::min(least, sample(comparison, calls));
+        shortest = std::min(shortest, sample(comparison, calls));
     }
-    return least;
+    return shortest;
 }
 
 }  // namespace

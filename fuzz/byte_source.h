@@ -10,7 +10,7 @@
 
 namespace fuzz {
 
-/// Turns bytes into decisions. After the last byte, it reads zeros.
+/// Turns bytes into decisions. Reads zeros after the last byte.
 class ByteSource {
 public:
     explicit ByteSource(std::span<const std::uint8_t> bytes) : left(bytes) {}
@@ -35,10 +35,10 @@ public:
     bool oneIn(int n) { return byte() % n == 0; }
     bool flag() { return (byte() & 1) != 0; }
 
-    /// Returns a number in [least, most].
-    int between(int least, int most) {
+    /// Returns a number in [min, max].
+    int between(int min, int max) {
         const int drawn = byte() << 8 | byte();
-        return most < least ? least : least + drawn % (most - least + 1);
+        return max < min ? min : min + drawn % (max - min + 1);
     }
     int size() { return oneIn(3) ? between(-5, 30) : between(-5, 5000); }
 

@@ -23,7 +23,7 @@ namespace {
 
 constexpr int surfaceSide = 64;  // pixels; the settings may name another size
 
-/// Arrays with exactly the lengths of one size.
+/// Arrays with the exact lengths for one screen size.
 struct Grid {
     int columns, rows;
     jfloatArray positions, heights;  // of the mesh
@@ -47,7 +47,7 @@ public:
         }
     }
 
-    /// Makes one of the calls, with a probability by its number of entries.
+    /// Makes a random call. Calls with more entries in the table are more frequent.
     void any() {
         using Calls = ThreadCalls;
         constexpr void (Calls::*calls[8])() = {&Calls::clear, &Calls::ask,        &Calls::ripple,
@@ -110,10 +110,11 @@ protected:
         }
         const bool detectCalm = in.flag(), isEmpty = x1 <= x0 || y1 <= y0;
         const float damping = in.anyFloat(), speed = in.anyFloat();
-        const jboolean calm =
+        const jboolean isIdle =
             native.move(env(), nullptr, water.velocity, water.height, x0, y0, x1, y1, water.columns,
                         in.anyInt(), detectCalm, damping, speed);
-        check(calm <= 1 && (calm == 1 || (detectCalm && !isEmpty)), "move answers moving water");
+        check(isIdle <= 1 && (isIdle == 1 || (detectCalm && !isEmpty)),
+              "move must return true without detectCalm or for an empty rectangle");
         checkArrays("move");
     }
 
@@ -156,7 +157,7 @@ public:
     }
 
 private:
-    /// Makes one of the calls, with a probability by its number of entries.
+    /// Makes a random call. Calls with more entries in the table are more frequent.
     void step() {
         constexpr void (Driver::*calls[24])() = {
             &Driver::changeSetting, &Driver::changeSetting, &Driver::initBuffers,
@@ -177,7 +178,7 @@ private:
     void initBuffers() { native.onInitUVHBuffer(env(), nullptr); }
     void initGpu() { native.onInitGPU(env(), nullptr); }
 
-    /// Makes the calls of a correct host, with a screen of about the size of the surface.
+    /// Makes the calls of a correct host. The screen is about as large as the surface.
     void setUp() {
         if (!context || in.oneIn(6)) {
             replaceContext();
@@ -231,7 +232,7 @@ private:
     void draw() {
         const Grid& mesh = grid();
         int positions = mesh.vertices() * 3, heights = positions, indices = mesh.indexCount();
-        if (in.oneIn(8)) {  // a host's fault: GL would read past the vertices
+        if (in.oneIn(8)) {  // a faulty host: GL would read past the vertices
             positions = in.between(-5, positions);
             heights = in.between(-5, heights);
             indices = in.between(-5, 0);

@@ -9,8 +9,8 @@
 
 #include "fuzz/native_methods.h"
 
-// A host without a model of the effect. Bytes decide which native method is called next, with which arguments, and
-// whether the GL context or the library is replaced. Sizes range from -5 to 5000, coordinates over all ints and floats
+// A host that makes random calls. Bytes decide which native method is called next, with which arguments, and whether
+// the GL context or the library is replaced. Sizes range from -5 to 5000, coordinates over all ints and floats
 // over all bit patterns. Counts match the arrays.
 
 namespace fuzz {
@@ -34,7 +34,7 @@ struct DriveReport {
 /// each thread.
 void drive(DrivenLibrary library, std::span<const std::uint8_t> bytes, DriveReport& report);
 
-/// Returns `count` bytes of a seed, the same on every machine.
+/// Returns `count` pseudo-random bytes for a seed. They are the same on every machine.
 std::vector<std::uint8_t> bytesOfSeed(std::uint32_t seed, std::size_t count);
 
 }  // namespace fuzz

@@ -1,4 +1,4 @@
-// Puts the page together: bundles its scripts with the program, and writes one HTML file that asks for nothing else.
+// Bundles scripts, style and the WebAssembly module into one HTML file that loads nothing else.
 // Usage: node build.mjs OUTPUT
 
 import { createHash } from "node:crypto";
@@ -10,7 +10,7 @@ import { build } from "esbuild";
 const here = dirname(fileURLToPath(import.meta.url));
 const output = process.argv[2];
 
-/** The shipped presets and gestures as texts by their names. */
+/** Returns the texts of the files in a folder by their names without suffix. */
 function texts(folder, suffix) {
     const files = readdirSync(join(here, "..", folder)).filter((file) => file.endsWith(suffix));
     return Object.fromEntries(
@@ -33,7 +33,7 @@ const bundle = await build({
     },
     logLevel: "warning",
 });
-// A closing tag within a text would end the script.
+// A "</script" inside a string would end the script element.
 const script = bundle.outputFiles[0].text.replaceAll("</script", "<\\/script");
 const hash = createHash("sha256").update(script).digest("base64");
 const policy = [

@@ -1,4 +1,4 @@
-// Gestures: a shipped one moves water and ink as in the native host, to the byte; recordings play again; rest.
+// Gestures: equality with the native host, recording and replay, films and screenshots, and idle pages.
 
 import assert from "node:assert/strict";
 import { execFileSync } from "node:child_process";
@@ -6,13 +6,16 @@ import { existsSync, readFileSync } from "node:fs";
 import { tmpdir } from "node:os";
 import { join } from "node:path";
 import { after, before, test } from "node:test";
-import { bring, canvasWidth, close, drag, launch, notice, open, rest, saved, set, top } from "./page.mjs";
+import {
+    close, downloadFrom, drag, launch, open, sendFiles, set, top, waitForCanvasWidth, waitForToast,
+    waitUntilIdle,
+} from "./page.mjs";
 
 let browser;
 before(async () => (browser = await launch()));
 after(() => browser.close());
 
-/** The digests of `count` frames of a replay, as the player prints them. */
+/** Returns the digests of the first `count` frames of a replay, as the player prints them. */
 function digests(page, script, count) {
     return page.evaluate(
         async ([text, last]) => {
@@ -20,7 +23,7 @@ function digests(page, script, count) {
             const add = (digest, bytes) =>
                 bytes.reduce((state, byte) => BigInt.asUintN(64, (state ^ BigInt(byte)) * 0x100000001b3n), digest);
             let [water, velocity] = [0xcbf29ce484222325n, 0xcbf29ce484222325n];
-            velmora.view.velocity = true; // what is shown is known
+            velmora.view.velocity = true; // makes the page keep the velocities
             const fault = velmora.replay(text, "script");
             if (fault) {
                 throw new Error(fault);
@@ -45,11 +48,11 @@ function digests(page, script, count) {
     );
 }
 
-/** "none": without it. */
+/** Path of the native player. "none" skips the comparison. */
 const player = process.env.VELMORA_PLAYER ?? join(top, "build/release/velmora-player");
 
-test("a shipped gesture has the native host's velocities and water", { skip: player === "none" }, async () => {
-    assert.ok(existsSync(player), `no ${player}: cmake --preset release && cmake --build --preset release -t velmora-player`);
+test("a shipped gesture gives the same velocities and water as the native host", { skip: player === "none" }, async () => {
+    assert.ok(existsSync(player), `${player} is missing. Build it: cmake --preset release && cmake --build --preset release -t velmora-player`);
     const gesture = join(top, "gestures/medium_drag.gesture");
     const page = await open(browser);
     const web = await digests(page, readFileSync(gesture, "utf8"), 40);
@@ -61,24 +64,24 @@ test("a shipped gesture has the native host's velocities and water", { skip: pla
     await close(page);
 });
 
-/** Records two strokes with a lost context between them; the file's text, and the velocities of the last frame. */
+/** Records two strokes with a context loss between them. Returns the script and the velocities of the last frame. */
 async function record(page) {
     await page.keyboard.press("v");
     await page.keyboard.press("r");
-    await page.locator("#marks", { hasText: /gesture 0:0/ }).waitFor();
+    await page.locator("#badges", { hasText: /gesture 0:0/ }).waitFor();
     await drag(page, [60, 200], [200, 260], 5);
     await page.keyboard.press("l");
     await page.waitForFunction(() => window.velmora.counts().contexts === 2);
     await drag(page, [60, 300], [200, 260], 3);
     await page.keyboard.press(" ");
-    await rest(page);
+    await waitUntilIdle(page);
     const velocity = await page.evaluate(() => [...window.velmora.velocity().bytes]);
-    const file = await saved(page, () => page.keyboard.press("r"));
+    const file = await downloadFrom(page, () => page.keyboard.press("r"));
     await page.keyboard.press(" ");
     return { script: readFileSync(await file.path()), velocity };
 }
 
-/** The velocities of the last frame of the replay that begins next. */
+/** Resolves to the velocities of the last frame of the next replay. */
 function velocityAtEnd(page) {
     return page.evaluate(
         () =>
@@ -96,11 +99,11 @@ function velocityAtEnd(page) {
     );
 }
 
-test("what is recorded plays again as it was, also where the context was lost", async () => {
+test("a recording with a context loss replays with the same velocities", async () => {
     const page = await open(browser);
     const { script, velocity } = await record(page);
     assert.match(String(script), /^\d+ lose-context$/m);
-    for (const play of [() => page.keyboard.press("g"), () => bring(page, "drop", ["again.gesture", "", script])]) {
+    for (const play of [() => page.keyboard.press("g"), () => sendFiles(page, "drop", ["again.gesture", "", script])]) {
         const seen = velocityAtEnd(page);
         await play();
         assert.deepEqual(await seen, velocity);
@@ -108,38 +111,38 @@ test("what is recorded plays again as it was, also where the context was lost", 
     await close(page, /CONTEXT_LOST/);
 });
 
-test("a faulty gesture ends no recording, and a good one keeps it", async () => {
+test("a faulty gesture does not end a recording, and a valid one saves it", async () => {
     const page = await open(browser);
     await page.keyboard.press("r");
-    await bring(page, "drop", ["broken.gesture", "", Buffer.from("3 sideways 1 2")]);
-    await notice(page, /broken.gesture/);
+    await sendFiles(page, "drop", ["broken.gesture", "", Buffer.from("3 sideways 1 2")]);
+    await waitForToast(page, /broken.gesture/);
     assert.equal(await page.evaluate(() => window.velmora.isRecording()), true);
     const tap = readFileSync(join(top, "gestures/tap.gesture"));
-    const kept = await saved(page, () => bring(page, "drop", ["tap.gesture", "", tap]));
+    const kept = await downloadFrom(page, () => sendFiles(page, "drop", ["tap.gesture", "", tap]));
     assert.match(kept.suggestedFilename(), /\.gesture$/);
-    assert.equal(await page.locator("#marks > *").count(), 0);
+    assert.equal(await page.locator("#badges > *").count(), 0);
     await close(page);
 });
 
-test("a gesture goes on in another size, to its end", async () => {
+test("a replay continues to its end after a resize", async () => {
     const page = await open(browser);
     const script = "screen 270 480\nframes 40\n1 down 60 200 0.5\n";
-    await bring(page, "drop", ["tap.gesture", "", Buffer.from(script)]);
-    await notice(page, "playing tap.gesture");
+    await sendFiles(page, "drop", ["tap.gesture", "", Buffer.from(script)]);
+    await waitForToast(page, "playing tap.gesture");
     await page.setViewportSize({ width: 300, height: 480 });
-    await canvasWidth(page, 300);
-    await page.locator("#notice.shown", { hasText: "the gesture has ended" }).waitFor();
+    await waitForCanvasWidth(page, 300);
+    await page.locator("#toast.shown", { hasText: "the gesture has ended" }).waitFor();
     await close(page);
 });
 
-test("a screenshot is a picture", async () => {
+test("a screenshot is a PNG file", async () => {
     const page = await open(browser);
-    const file = await saved(page, () => page.keyboard.press("s"));
-    assert.deepEqual([...readFileSync(await file.path()).subarray(1, 4)], [..."PNG"].map((one) => one.charCodeAt()));
+    const file = await downloadFrom(page, () => page.keyboard.press("s"));
+    assert.deepEqual([...readFileSync(await file.path()).subarray(1, 4)], [..."PNG"].map((character) => character.charCodeAt()));
     await close(page);
 });
 
-test("a film keeps its size to its end, and its file holds it", async () => {
+test("a film keeps the canvas size and is saved to a file", async () => {
     const page = await open(browser, {
         before: () => {
             const capture = HTMLCanvasElement.prototype.captureStream;
@@ -151,12 +154,12 @@ test("a film keeps its size to its end, and its file holds it", async () => {
     await page.keyboard.press("f");
     await drag(page, [60, 200], [200, 260], 5);
     await page.keyboard.press("c");
-    await set(page, { damping: 0.8 }); // soon calm
+    await set(page, { damping: 0.8 }); // the waves fade fast
     await page.evaluate(() => window.velmora.fixQuality(3)); // fewer pixels
-    await rest(page);
+    await waitUntilIdle(page);
     assert.equal(await page.evaluate(() => window.velmora.screen().width), 270);
-    const film = await saved(page, () => page.keyboard.press("f"));
-    await canvasWidth(page, 203);
+    const film = await downloadFrom(page, () => page.keyboard.press("f"));
+    await waitForCanvasWidth(page, 203);
     assert.deepEqual(await page.evaluate(() => window.stream.getTracks().map((track) => track.readyState)), ["ended"]);
     assert.match(film.suggestedFilename(), /^velmora-film-.*\.(webm|mp4)$/);
     assert.ok(readFileSync(await film.path()).length > 2000);
@@ -165,29 +168,29 @@ test("a film keeps its size to its end, and its file holds it", async () => {
 
 const animationFrames = (page) => page.evaluate(() => window.velmora.counts().animationFrames);
 
-test("calm water without ink asks for no frame until the next event", async () => {
+test("an idle page requests no frame until the next event", async () => {
     const page = await open(browser);
-    await rest(page);
-    const asleep = await animationFrames(page);
+    await waitUntilIdle(page);
+    const idleCount = await animationFrames(page);
     await page.evaluate(() => new Promise((done) => requestAnimationFrame(() => requestAnimationFrame(done))));
-    assert.equal(await animationFrames(page), asleep);
+    assert.equal(await animationFrames(page), idleCount);
     await page.keyboard.press("w");
     await drag(page, [100, 200], [120, 200], 2);
-    assert.ok((await animationFrames(page)) > asleep);
-    await rest(page);
+    assert.ok((await animationFrames(page)) > idleCount);
+    await waitUntilIdle(page);
     const longest = await page.evaluate(() => Math.max(...window.velmora.frameTimes().map((time) => time.between ?? 0)));
-    assert.ok(longest < 1000, `of rests no frame has the time: ${longest}`);
+    assert.ok(longest < 1000, `a frame must not include idle time: ${longest} ms`);
     await close(page);
 });
 
-test("one step of a pause is one frame", async () => {
+test("a step during a pause draws one frame", async () => {
     const page = await open(browser);
     await page.keyboard.press(" ");
-    await rest(page);
+    await waitUntilIdle(page);
     const before = await page.evaluate(() => window.velmora.counts().frames);
     await page.keyboard.press(".");
     await page.waitForFunction((count) => window.velmora.counts().frames > count, before);
-    await rest(page);
+    await waitUntilIdle(page);
     assert.equal(await page.evaluate(() => window.velmora.counts().frames), before + 1);
     await close(page);
 });

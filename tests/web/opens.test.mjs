@@ -1,17 +1,16 @@
-// The page opens, draws, asks for nothing and complains of nothing; the finger lays ink where it goes, and its waves
-// bend the picture.
+// The page opens and draws without requests or console messages. A drag draws ink and makes waves.
 
 import assert from "node:assert/strict";
 import { statSync } from "node:fs";
 import { after, before, test } from "node:test";
 import { join } from "node:path";
-import { close, difference, drag, file, frames, launch, open, picture, set, shots } from "./page.mjs";
+import { close, difference, drag, file, frames, launch, open, readFrame, screenshotFolder, set } from "./page.mjs";
 
 let browser;
 before(async () => (browser = await launch()));
 after(() => browser.close());
 
-/** What the compiler of shaders and the linker say. */
+/** Collects the logs of the shader compiler and linker. */
 function keepGlLogs() {
     window.glLogs = [];
     const prototype = WebGLRenderingContext.prototype;
@@ -24,7 +23,7 @@ function keepGlLogs() {
     }
 }
 
-/** Mean red, green and blue of a box, parts of the picture. */
+/** Returns the mean red, green and blue of a box in fractions of the frame. */
 function meanColor({ width, height, pixel }, [left, top, right, bottom]) {
     const sum = [0, 0, 0];
     for (let y = Math.ceil(top * height); y < bottom * height; ++y) {
@@ -35,42 +34,42 @@ function meanColor({ width, height, pixel }, [left, top, right, bottom]) {
     return sum.map((value) => value / ((right - left) * (bottom - top) * width * height));
 }
 
-test("a drag from disk leaves ink along its way and none beside it", async () => {
-    assert.ok(statSync(file).size < 600 * 1024, "size");
+test("a page from disk draws ink along a drag and none elsewhere", async () => {
+    assert.ok(statSync(file).size < 600 * 1024, "velmora.html must be smaller than 600 KB");
     const page = await open(browser, { size: [540, 960], before: keepGlLogs });
-    const start = await picture(page);
+    const start = await readFrame(page);
     await page.mouse.move(150, 300);
     await page.mouse.down();
     for (let x = 160; x <= 390; x += 10) {
         await page.mouse.move(x, 300);
         await frames(page, 1);
     }
-    const end = await picture(page);
-    await page.screenshot({ path: join(shots, "opens.png") });
+    const end = await readFrame(page);
+    await page.screenshot({ path: join(screenshotFolder, "opens.png") });
     await page.mouse.up();
-    const way = [0.6, 0.28, 0.74, 0.34];
-    const left = meanColor(end, way).map((value, at) => value / meanColor(start, way)[at]);
-    assert.ok(left[0] < 0.6 && left[0] < left[2] - 0.2, `blue ink takes the red: ${left}`);
-    assert.ok(difference(start, end, [0, 0.75, 1, 1]) < 1, "none far from it");
+    const strokeBox = [0.6, 0.28, 0.74, 0.34];
+    const ratio = meanColor(end, strokeBox).map((value, at) => value / meanColor(start, strokeBox)[at]);
+    assert.ok(ratio[0] < 0.6 && ratio[0] < ratio[2] - 0.2, `blue ink must absorb red: ${ratio}`);
+    assert.ok(difference(start, end, [0, 0.75, 1, 1]) < 1, "no ink far from the stroke");
     const logs = await page.evaluate(() => window.glLogs);
     assert.ok(logs.length >= 9 && logs.every((log) => !log), `${logs}`);
     await close(page);
 });
 
-test("waves bend the picture as the refractive index says", async () => {
-    const look = { waterOnly: true, sheen: 0, fresnel: 0 }; // the picture alone
-    const page = await open(browser, { hash: `#look=${encodeURIComponent(JSON.stringify(look))}` });
-    const calm = await picture(page);
+test("waves refract the background by the refractive index", async () => {
+    const preset = { waterOnly: true, sheen: 0, fresnel: 0 }; // neither reflections nor ink
+    const page = await open(browser, { hash: `#look=${encodeURIComponent(JSON.stringify(preset))}` });
+    const flat = await readFrame(page);
     await drag(page, [60, 240], [210, 240], 4);
-    const bent = difference(calm, await picture(page), [0.2, 0.4, 0.8, 0.6]);
+    const bent = difference(flat, await readFrame(page), [0.2, 0.4, 0.8, 0.6]);
     await set(page, { refractiveIndex: 1 });
-    const straight = difference(calm, await picture(page), [0.2, 0.4, 0.8, 0.6]);
+    const straight = difference(flat, await readFrame(page), [0.2, 0.4, 0.8, 0.6]);
     assert.equal(await page.evaluate(() => window.velmora.isWaterIdle()), false);
-    assert.ok(bent > 4 && straight < bent / 8, `${bent}, ${straight}`); // the lifted water shifts it a little
+    assert.ok(bent > 4 && straight < bent / 8, `${bent}, ${straight}`); // index 1 leaves a small shift
     await close(page);
 });
 
-test("a dense display gets no more pixels than a phone can draw", async () => {
+test("a high-density display gets at most 1080 x 1920 pixels", async () => {
     const page = await open(browser, { size: [800, 1200], deviceScaleFactor: 3, ready: false });
     await page.waitForFunction(() => window.velmora?.counts().frames > 0);
     const { width, height } = await page.evaluate(() => window.velmora.screen());

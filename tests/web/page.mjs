@@ -1,4 +1,4 @@
-// The page in headless Chromium, and what can be seen of it.
+// Helpers that open the page in headless Chromium, control it and read its frames.
 
 import assert from "node:assert/strict";
 import { mkdirSync } from "node:fs";
@@ -10,10 +10,10 @@ import { fileURLToPath, pathToFileURL } from "node:url";
 
 export const top = join(dirname(fileURLToPath(import.meta.url)), "../..");
 export const file = process.env.VELMORA_PAGE ?? join(top, "build/web/velmora.html");
-export const shots = join(top, "build/page-shots");
-mkdirSync(shots, { recursive: true });
+export const screenshotFolder = join(top, "build/page-shots");
+mkdirSync(screenshotFolder, { recursive: true });
 
-// The page's packages are its tests' as well.
+// The tests use the packages of the page.
 const { chromium } = createRequire(join(top, "web/package.json"))("playwright-core");
 export const softwareGl = ["--use-angle=swiftshader", "--enable-unsafe-swiftshader"];
 
@@ -25,22 +25,22 @@ export function launch(args = softwareGl) {
 }
 
 /**
- * Opens the page and waits for its first frame. What it complains of and asks for is kept beside it, and `close`
- * finds it without complaints.
+ * Opens the page and waits for its first frame. Collects console messages and requests for `close`. `before` is a
+ * script that runs before the page's scripts. `ready: false` does not wait and leaves adaptive quality on.
  */
 export async function open(browser, options = {}) {
     const { size = [270, 480], url = pathToFileURL(file).href, hash = "", before, ready = true, ...others } = options;
     const context = await browser.newContext({
         viewport: { width: size[0], height: size[1] },
-        reducedMotion: "reduce", // no finger but the test's
+        reducedMotion: "reduce", // turns attract mode off
         ...others,
     });
     context.setDefaultTimeout(180000); // software GL on a busy machine draws a frame a second
     const page = await context.newPage();
-    page.complaints = [];
+    page.consoleMessages = [];
     page.requests = [];
-    page.on("console", (message) => page.complaints.push(`${message.type()}: ${message.text().slice(0, 300)}`));
-    page.on("pageerror", (error) => page.complaints.push(`error: ${error}`));
+    page.on("console", (message) => page.consoleMessages.push(`${message.type()}: ${message.text().slice(0, 300)}`));
+    page.on("pageerror", (error) => page.consoleMessages.push(`error: ${error}`));
     page.on("request", (request) => page.requests.push(request.url()));
     if (before) {
         await page.addInitScript(before);
@@ -49,19 +49,20 @@ export async function open(browser, options = {}) {
     await page.goto(page.address);
     if (ready) {
         await page.waitForFunction(() => window.velmora?.counts().frames > 0);
-        await page.evaluate(() => window.velmora.fixQuality(0)); // software GL draws all of it, slowly
+        await page.evaluate(() => window.velmora.fixQuality(0)); // all detail, however slow software GL is
     }
     return page;
 }
 
+/** Closes the page. Fails on any console message except `excused` ones, and on any request except for the page. */
 export async function close(page, excused = /^$/) {
-    const asked = page.requests.map((url) => url.split("#")[0]).filter((url) => !/^(data|blob):/.test(url));
+    const requested = page.requests.map((url) => url.split("#")[0]).filter((url) => !/^(data|blob):/.test(url));
     await page.context().close();
-    assert.deepEqual(page.complaints.filter((line) => !excused.test(line)), []);
-    assert.deepEqual(asked, [page.address.split("#")[0]]);
+    assert.deepEqual(page.consoleMessages.filter((line) => !excused.test(line)), []);
+    assert.deepEqual(requested, [page.address.split("#")[0]]);
 }
 
-/** The page's file on a server without any special header. */
+/** Serves the page from a local HTTP server without special headers. */
 export async function serve() {
     const server = createServer((request, response) => {
         const found = request.url.split("#")[0] === "/velmora.html";
@@ -69,12 +70,15 @@ export async function serve() {
         response.end(found ? readFileSync(file) : "");
     });
     await new Promise((resolve) => server.listen(0, "127.0.0.1", resolve));
-    server.unref(); // else a test that fails before it stops the server never ends
+    server.unref(); // otherwise a failed test would keep the process running
     return { url: `http://127.0.0.1:${server.address().port}/velmora.html`, stop: () => server.close() };
 }
 
-/** The picture of the next frame, or of frame `atFrame` since the page was opened; RGBA, rows top to bottom. */
-export async function picture(page, atFrame = 0) {
+/**
+ * Reads the pixels of the next frame, or of frame `atFrame` since the page was opened. `bytes` is RGBA, bottom row
+ * first. `pixel(x, y)` counts y from the top.
+ */
+export async function readFrame(page, atFrame = 0) {
     const encoded = await page.evaluate(
         (wanted) =>
             new Promise((resolve) => {
@@ -107,7 +111,7 @@ export async function picture(page, atFrame = 0) {
     return { width, height, bytes, pixel };
 }
 
-/** How far the colours lie apart on average, 0 to 255, within a box of part of the screen; of any two sizes. */
+/** Returns the mean colour difference of two frames, 0 to 255, within a box in fractions of the screen. */
 export function difference(one, other, [left, top, right, bottom] = [0, 0, 1, 1]) {
     const scale = [other.width / one.width, other.height / one.height];
     let sum = 0;
@@ -122,6 +126,7 @@ export function difference(one, other, [left, top, right, bottom] = [0, 0, 1, 1]
     return sum / count;
 }
 
+/** Drags the mouse, one frame a step. */
 export async function drag(page, from, to, steps = 12) {
     await page.mouse.move(...from);
     await page.mouse.down();
@@ -133,23 +138,23 @@ export async function drag(page, from, to, steps = 12) {
     await page.mouse.up();
 }
 
-/** Waits until the effect has run so many frames more. */
+/** Waits until the effect has drawn `count` more frames. */
 export async function frames(page, count) {
     const start = await page.evaluate(() => window.velmora.counts().frames);
     await page.waitForFunction((end) => window.velmora.counts().frames >= end, start + count);
 }
 
-/** Waits until the page asks for no more frames. */
-export function rest(page) {
-    return page.waitForFunction(() => window.velmora.isResting());
+/** Waits until the page requests no more frames. */
+export function waitUntilIdle(page) {
+    return page.waitForFunction(() => window.velmora.isIdle());
 }
 
-/** The canvas' width becomes so many pixels. */
-export function canvasWidth(page, width) {
+/** Waits until the canvas is `width` pixels wide. */
+export function waitForCanvasWidth(page, width) {
     return page.waitForFunction((wide) => document.getElementById("water").width === wide, width);
 }
 
-/** The settings in force. */
+/** Returns the current settings. */
 export function settings(page) {
     return page.evaluate(() => structuredClone(window.velmora.settings));
 }
@@ -159,8 +164,8 @@ export function set(page, changes) {
     return page.evaluate((values) => void Object.assign(window.velmora.settings, values), changes);
 }
 
-/** Takes over the page's time and its animation frames: `window.showFrame(milliseconds)` lets that time pass and shows one. */
-export function takeTime(page) {
+/** Mocks clock and animation frames. `window.showFrame(milliseconds)` advances the clock and runs a frame. */
+export function mockTime(page) {
     return page.evaluate(() => {
         const now = performance.now.bind(performance);
         const real = now();
@@ -179,27 +184,28 @@ export function takeTime(page) {
     });
 }
 
-/** Lets a test answer choosers of files: the browser hands them over once this has settled. */
-export async function catchChoosers(page) {
+/** Makes the browser pass file choosers to the test. Await it before the page opens one. */
+export async function interceptFileChoosers(page) {
     page.on("filechooser", () => {});
     const session = await page.context().newCDPSession(page);
     await session.send("Page.setInterceptFileChooserDialog", { enabled: true });
 }
 
-export async function notice(page, pattern) {
-    const line = page.locator("#notice.shown");
-    await line.filter({ hasText: pattern }).waitFor({ timeout: 10000 });
-    return line.textContent();
+/** Waits for a toast with a text. Returns the whole text of the toast. */
+export async function waitForToast(page, pattern) {
+    const toast = page.locator("#toast.shown");
+    await toast.filter({ hasText: pattern }).waitFor({ timeout: 10000 });
+    return toast.textContent();
 }
 
-/** The file that something hands to the visitor. */
-export async function saved(page, act) {
+/** Calls `act` and returns the file that the page downloads. */
+export async function downloadFrom(page, act) {
     const [file] = await Promise.all([page.waitForEvent("download"), act()]);
     return file;
 }
 
-/** A picture's bytes, of boxes of colour: [color, x, y, width, height] each. */
-export function paint(page, size, boxes, type = "image/png") {
+/** Returns the bytes of an image file with coloured boxes: [color, x, y, width, height] each. */
+export function makeImage(page, size, boxes, type = "image/png") {
     return page.evaluate(
         async ([[width, height], all, kind]) => {
             const canvas = new OffscreenCanvas(width, height);
@@ -214,14 +220,14 @@ export function paint(page, size, boxes, type = "image/png") {
     );
 }
 
-/** Drops or pastes files, [name, type, bytes] each. */
-export function bring(page, kind, ...files) {
+/** Drops (`kind` "drop") or pastes ("paste") files: [name, type, bytes] each. */
+export function sendFiles(page, kind, ...files) {
     const list = files.map(([name, type, bytes]) => [name, type, Buffer.from(bytes).toString("base64")]);
     return page.evaluate(
         ([event, entries]) => {
             const data = new DataTransfer();
             for (const [name, type, text] of entries) {
-                const bytes = Uint8Array.from(atob(text), (letter) => letter.charCodeAt(0));
+                const bytes = Uint8Array.from(atob(text), (character) => character.charCodeAt(0));
                 data.items.add(new File([bytes], name, { type }));
             }
             const target = document.getElementById("water");

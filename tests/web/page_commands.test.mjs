@@ -1,17 +1,20 @@
-// What the page does besides the effect itself: overlays, full screen, sharing, random settings, adaptive quality.
+// Commands of the page: overlays, full screen, sharing, file choosers, random settings, adaptive quality.
 
 import assert from "node:assert/strict";
 import { after, before, test } from "node:test";
 import { readFileSync } from "node:fs";
 import { join } from "node:path";
-import { bring, canvasWidth, catchChoosers, close, difference, drag, frames, launch, notice, open, paint, picture, rest, serve, set, settings, shots, top } from "./page.mjs";
+import {
+    close, difference, drag, frames, interceptFileChoosers, launch, makeImage, open, readFrame,
+    screenshotFolder, sendFiles, serve, set, settings, top, waitForCanvasWidth, waitForToast, waitUntilIdle,
+} from "./page.mjs";
 
 let browser;
 before(async () => (browser = await launch()));
 after(() => browser.close());
 
-/** Parts of the overlay with anything drawn: along the finger's way, and far from it. */
-function drawnOver(page) {
+/** Returns the share of opaque overlay pixels near the stroke and far from it, or null if the overlay is hidden. */
+function overlayShares(page) {
     return page.evaluate(() => {
         const overlay = document.getElementById("overlay");
         const { width, height } = overlay;
@@ -25,25 +28,25 @@ function drawnOver(page) {
     });
 }
 
-test("overlays of flow and density lie where the finger went, and go", async () => {
+test("the velocity and density overlays show the stroke, and can be turned off", async () => {
     const page = await open(browser, {});
-    assert.equal(await drawnOver(page), null);
-    for (const [key, words] of [["d", "the ink's density"], ["v", "the flow"]]) {
+    assert.equal(await overlayShares(page), null);
+    for (const [key, message] of [["d", "ink density on"], ["v", "velocity field on"]]) {
         await page.keyboard.press(key);
-        await notice(page, words);
-        await drag(page, [60, 200], [120, 200], 2); // a longer one's flow spreads over all of a small screen
-        const [near, far] = await drawnOver(page);
-        assert.ok(near > 0.005 && near > 1.5 * far, `${words}: ${near} along its way, ${far} far from it`);
-        await page.screenshot({ path: join(shots, `overlay-${key}.png`) });
+        await waitForToast(page, message);
+        await drag(page, [60, 200], [120, 200], 2); // the flow of a longer drag would fill the small screen
+        const [near, far] = await overlayShares(page);
+        assert.ok(near > 0.005 && near > 1.5 * far, `${message}: ${near} near the stroke, ${far} far from it`);
+        await page.screenshot({ path: join(screenshotFolder, `overlay-${key}.png`) });
         await page.keyboard.press(key);
         await frames(page, 1);
-        assert.equal(await drawnOver(page), null);
+        assert.equal(await overlayShares(page), null);
         await page.keyboard.press("c");
     }
     await close(page);
 });
 
-test("full screen by key, and back", async () => {
+test("a key turns full screen on and off", async () => {
     const page = await open(browser, {});
     for (const on of [true, false]) {
         await page.keyboard.press("x");
@@ -51,11 +54,11 @@ test("full screen by key, and back", async () => {
     }
     await page.evaluate(() => (document.documentElement.requestFullscreen = undefined));
     await page.keyboard.press("x");
-    await notice(page, "no full screen");
+    await waitForToast(page, "cannot show pages in full screen");
     await close(page);
 });
 
-test("a look is shared by the browser's own sheet, else by the clipboard, else by the address", async () => {
+test("settings are shared by the share sheet, else by the clipboard, else by the address", async () => {
     const server = await serve();
     const page = await open(browser, { url: server.url });
     const share = async (means) => {
@@ -77,56 +80,56 @@ test("a look is shared by the browser's own sheet, else by the clipboard, else b
         assert.match(page.url(), /#look=/);
     }
     for (const means of ["nothing", "insecure server"]) {
-        await page.evaluate(() => (document.getElementById("notice").textContent = ""));
+        await page.evaluate(() => (document.getElementById("toast").textContent = ""));
         await share(means);
-        await notice(page, "address now carries this look");
+        await waitForToast(page, "address is now a link to these settings");
     }
     page.address = page.address.split("#")[0];
     await close(page);
     server.stop();
 });
 
-test("files by the keys of choosers", async () => {
+test("keys open file choosers for presets and images", async () => {
     const page = await open(browser, {});
-    await catchChoosers(page);
+    await interceptFileChoosers(page);
     const chosen = async (key, name, text) => {
         const [chooser] = await Promise.all([page.waitForEvent("filechooser"), page.keyboard.press(key)]);
         await chooser.setFiles({ name, mimeType: "", buffer: Buffer.from(text) });
     };
     await chosen("j", "evening.json", '{"exponent": 7}');
     await page.waitForFunction(() => window.velmora.settings.exponent === 7);
-    await chosen("e", "red.png", await redPicture(page));
+    await chosen("e", "red.png", await redImage(page));
     await page.waitForFunction(() => window.velmora.settings.secondBackground);
-    assert.deepEqual((await picture(page)).pixel(135, 240).map((part) => part > 100), [true, false, false]);
+    assert.deepEqual((await readFrame(page)).pixel(135, 240).map((part) => part > 100), [true, false, false]);
     await close(page);
 });
 
-test("attract mode and adaptive quality by their keys", async () => {
+test("keys turn attract mode and adaptive quality on and off", async () => {
     const page = await open(browser, {});
     const isOn = {
         a: () => window.velmora.attractMode().on,
         q: () => window.velmora.quality().phase !== "fixed",
     };
-    for (const [key, on, off] of [["a", "comes after idle", "no finger but yours"], ["q", "waves drawn coarser", "all of"]]) {
-        await page.keyboard.press(key); // both are off in these tests
-        await notice(page, on);
+    for (const [key, on, off] of [["a", "attract mode on", "attract mode off"], ["q", "adaptive quality on", "adaptive quality off"]]) {
+        await page.keyboard.press(key); // both are off at the start of the test
+        await waitForToast(page, on);
         assert.equal(await page.evaluate(isOn[key]), true);
         await page.keyboard.press(key);
-        await notice(page, off);
+        await waitForToast(page, off);
         assert.equal(await page.evaluate(isOn[key]), false);
     }
     await close(page);
 });
 
-const redPicture = (page) => paint(page, [90, 160], [["#c02020", 0, 0, 90, 160]]);
+const redImage = (page) => makeImage(page, [90, 160], [["#c02020", 0, 0, 90, 160]]);
 
-test("an ink against the picture, a look by chance, and the preset's again", async () => {
+test("keys choose a contrasting ink, random settings, and the preset again", async () => {
     const page = await open(browser, {});
-    await bring(page, "drop", ["red.png", "image/png", await redPicture(page)]);
-    await page.evaluate(() => window.velmora.filesTaken());
+    await sendFiles(page, "drop", ["red.png", "image/png", await redImage(page)]);
+    await page.evaluate(() => window.velmora.filesImported());
     await page.keyboard.press("i");
     const { ink } = await settings(page);
-    assert.ok(Math.min(ink[1], ink[2]) > ink[0] + 0.2, `${ink} against red`);
+    assert.ok(Math.min(ink[1], ink[2]) > ink[0] + 0.2, `the ink ${ink} must stand out from red`);
 
     await page.keyboard.press("n");
     const preset = await settings(page);
@@ -139,7 +142,7 @@ test("an ink against the picture, a look by chance, and the preset's again", asy
     await close(page);
 });
 
-/** Frame 40 of a gesture: its picture, the water's bytes, and the triangles of the mesh. */
+/** Replays a gesture at a quality level. Returns frame 40, the memory of the water and the number of triangles. */
 async function gestureAt(page, level) {
     const script = readFileSync(join(top, "gestures/medium_drag.gesture"), "utf8");
     const end = await page.evaluate(
@@ -153,54 +156,54 @@ async function gestureAt(page, level) {
         },
         [script, level],
     );
-    const shown = await picture(page, end);
+    const shown = await readFrame(page, end);
     const state = () => ({ water: String(window.velmora.waterBytes()), triangles: window.drawn / 3 });
     return { shown, ...(await page.evaluate(state)) };
 }
 
-test("waves drawn coarser are the same waves, and a replay has all of the pixels", async () => {
+test("a coarser mesh shows the same water, and a replay has the full size", async () => {
     const page = await open(browser, {});
     await page.evaluate(() => {
         const { gl } = window.velmora;
         const draw = gl.drawElements.bind(gl);
         gl.drawElements = (mode, count, ...rest) => draw(mode, (window.drawn = count), ...rest);
     });
-    const calm = await picture(page);
+    const flat = await readFrame(page);
     const [all, coarse, fewer] = [await gestureAt(page, 0), await gestureAt(page, 2), await gestureAt(page, 3)];
-    assert.ok(coarse.water === all.water && fewer.water === all.water, "water");
+    assert.ok(coarse.water === all.water && fewer.water === all.water, "the water must be equal at every level");
     assert.ok(coarse.triangles > 0 && coarse.triangles < all.triangles / 8);
-    const [moved, apart] = [difference(calm, all.shown), difference(all.shown, coarse.shown)];
+    const [moved, apart] = [difference(flat, all.shown), difference(all.shown, coarse.shown)];
     assert.ok(apart > 0 && apart < moved / 3, `${apart} of ${moved}`);
     assert.equal(fewer.shown.width, 270);
     await close(page);
 });
 
-test("fewer pixels come once they take no ink away, and show the same picture", async () => {
+test("the canvas shrinks only without ink, and shows the same image", async () => {
     const page = await open(browser, {});
-    const calm = await picture(page);
+    const flat = await readFrame(page);
     await drag(page, [60, 200], [210, 200], 6);
-    await set(page, { damping: 0.8 }); // soon calm
+    await set(page, { damping: 0.8 }); // the waves fade fast
     await page.evaluate(() => window.velmora.fixQuality(3));
-    await rest(page); // with a trace of ink, which stays
+    await waitUntilIdle(page); // some ink is left
     assert.equal(await page.evaluate(() => window.velmora.screen().width), 270);
     await page.keyboard.press("c");
-    await canvasWidth(page, 203);
-    const apart = difference(calm, await picture(page));
+    await waitForCanvasWidth(page, 203);
+    const apart = difference(flat, await readFrame(page));
     assert.ok(apart < 8, `${apart}`);
     await close(page);
 });
 
-test("fewer pixels come at once in water without ink", async () => {
+test("the canvas shrinks at once in water-only mode", async () => {
     const page = await open(browser, { hash: "#look=%7B%22waterOnly%22:true,%22damping%22:0.8%7D" });
     await drag(page, [60, 200], [210, 200], 3);
     await page.evaluate(() => window.velmora.fixQuality(3));
-    await canvasWidth(page, 203);
+    await waitForCanvasWidth(page, 203);
     await close(page);
 });
 
-test("the page looks for the machine's quality before the first touch, and then rests", async () => {
+test("the page finds its quality level before the first touch, and becomes idle", async () => {
     const page = await open(browser, { size: [540, 960], ready: false });
-    await page.waitForFunction(() => window.velmora?.quality().phase === "watching" && window.velmora.isResting());
-    assert.ok(await page.evaluate(() => window.velmora.quality().level > 0), "software GL is slow");
+    await page.waitForFunction(() => window.velmora?.quality().phase === "watching" && window.velmora.isIdle());
+    assert.ok(await page.evaluate(() => window.velmora.quality().level > 0), "software GL must lower the quality");
     await close(page);
 });

@@ -1,22 +1,24 @@
-// Pauses, restarts and a lost context: what the screen shows then, and what the context and the effect keep.
+// Pauses, restarts and context losses: frames on the screen, GL objects in the context, and the time of frames.
 
 import assert from "node:assert/strict";
 import { readFileSync } from "node:fs";
 import { after, before, test } from "node:test";
-import { canvasWidth, close, drag, launch, notice, open, rest, saved, set, takeTime } from "./page.mjs";
+import {
+    close, downloadFrom, drag, launch, mockTime, open, set, waitForCanvasWidth, waitForToast, waitUntilIdle,
+} from "./page.mjs";
 
 let browser;
 before(async () => (browser = await launch()));
 after(() => browser.close());
 
-/** Mean red, green and blue of a PNG, of the middle without button and notice. */
+/** Returns the mean red, green and blue of a PNG. Leaves out the top and bottom quarter with button and toast. */
 function meanColor(page, png) {
     return page.evaluate(
         async (bytes) => {
-            const picture = await createImageBitmap(new Blob([new Uint8Array(bytes)]));
-            const { width, height } = picture;
+            const image = await createImageBitmap(new Blob([new Uint8Array(bytes)]));
+            const { width, height } = image;
             const context = new OffscreenCanvas(width, height).getContext("2d");
-            context.drawImage(picture, 0, 0);
+            context.drawImage(image, 0, 0);
             const { data } = context.getImageData(0, height / 4, width, height / 2);
             return [0, 1, 2].map((part) => data.filter((_, at) => at % 4 === part).reduce((sum, one) => sum + one, 0) / (data.length / 4));
         },
@@ -24,8 +26,8 @@ function meanColor(page, png) {
     );
 }
 
-/** Until the frame that something brings. */
-async function drawn(page, act) {
+/** Calls `act` and waits for the next frame. */
+async function waitForFrame(page, act) {
     const before = await page.evaluate(() => window.velmora.counts().frames);
     await act();
     await page.waitForFunction((count) => window.velmora.counts().frames > count, before);
@@ -33,7 +35,8 @@ async function drawn(page, act) {
 
 const apart = (one, other) => Math.max(...one.map((value, at) => Math.abs(value - other[at])));
 
-async function losing(page, act) {
+/** Loses the context, calls `act` and restores the context. */
+async function withLostContext(page, act) {
     await page.evaluate(() => {
         window.loss = window.velmora.gl.getExtension("WEBGL_lose_context");
         window.loss.loseContext();
@@ -44,60 +47,60 @@ async function losing(page, act) {
     await page.waitForFunction(() => !window.velmora.isContextLost());
 }
 
-/** A page paused after a stroke, and the mean colour that it shows. */
+/** Opens a page and pauses it after a stroke. Returns the page and its mean colour. */
 async function pausedPage() {
     const page = await open(browser);
     await drag(page, [60, 200], [200, 260], 4);
     await page.keyboard.press(" ");
-    const shown = async () => (await rest(page), meanColor(page, await page.screenshot()));
+    const shown = async () => (await waitUntilIdle(page), meanColor(page, await page.screenshot()));
     return { page, shown, first: await shown() };
 }
 
-test("a pause shows the settings that are changed in it, and its water stands", async () => {
+test("a pause shows changed settings and does not move the water", async () => {
     const { page, shown, first } = await pausedPage();
     const water = () => page.evaluate(() => String(window.velmora.waterBytes()));
-    const stood = await water();
+    const waterBefore = await water();
     await page.keyboard.press("b");
-    assert.ok(apart(await shown(), first) > 8, "the other background");
+    assert.ok(apart(await shown(), first) > 8, "the pause must show the other background");
     await page.keyboard.press("v");
-    await rest(page);
-    assert.ok(await page.evaluate(() => window.velmora.velocity().columns > 0), "its flow");
-    assert.equal(await water(), stood);
+    await waitUntilIdle(page);
+    assert.ok(await page.evaluate(() => window.velmora.velocity().columns > 0), "the pause must show the velocity field");
+    assert.equal(await water(), waterBefore);
     await close(page);
 });
 
-test("a screenshot of a pause is what it shows", async () => {
+test("a screenshot during a pause equals the screen", async () => {
     const { page, first } = await pausedPage();
-    const kept = await saved(page, () => page.keyboard.press("s"));
+    const kept = await downloadFrom(page, () => page.keyboard.press("s"));
     assert.ok(apart(await meanColor(page, readFileSync(await kept.path())), first) < 2);
     await close(page);
 });
 
-test("the touches of a pause are none", async () => {
+test("a touch during a pause has no effect", async () => {
     const page = await open(browser);
     await page.keyboard.press(" ");
     await page.mouse.click(100, 300);
     await page.mouse.click(100, 100);
-    await drawn(page, () => page.keyboard.press(" "));
+    await waitForFrame(page, () => page.keyboard.press(" "));
     assert.equal(await page.evaluate(() => window.velmora.isWaterIdle()), true);
     await close(page);
 });
 
-test("a pause shows a context that came back, and another size", async () => {
+test("a pause is drawn again after a context loss and after a resize", async () => {
     const { page, shown, first } = await pausedPage();
-    await losing(page, () => page.keyboard.press("b"));
+    await withLostContext(page, () => page.keyboard.press("b"));
     const second = await shown();
-    assert.ok(apart(second, first) > 8 && Math.max(...second) > 30, `after a lost context: ${second}`);
+    assert.ok(apart(second, first) > 8 && Math.max(...second) > 30, `mean colour after the context loss: ${second}`);
     const cdp = await page.context().newCDPSession(page);
     for (const [width, height, deviceScaleFactor] of [[480, 270, 1], [480, 270, 1.5]]) {
         await cdp.send("Emulation.setDeviceMetricsOverride", { width, height, deviceScaleFactor, mobile: false });
-        await canvasWidth(page, width * deviceScaleFactor);
-        assert.ok(apart(await shown(), second) < 25, "in another size");
+        await waitForCanvasWidth(page, width * deviceScaleFactor);
+        assert.ok(apart(await shown(), second) < 25, "the resized page must show the same frame");
     }
     await close(page, /CONTEXT_LOST/);
 });
 
-test("no start of the effect leaves anything of the one before in the context", async () => {
+test("a restart of the effect leaves no GL objects behind", async () => {
     const page = await open(browser, {
         before: () => {
             window.alive = {};
@@ -119,36 +122,36 @@ test("no start of the effect leaves anything of the one before in the context", 
     const alive = () => page.evaluate(() => [window.alive, window.velmora.textureNames()]);
     const first = await alive();
     for (let restart = 0; restart < 3; ++restart) {
-        await drawn(page, () => page.evaluate(() => window.velmora.restart()));
-        await drawn(page, () => page.keyboard.press("r"));
-        await saved(page, () => page.keyboard.press("r"));
+        await waitForFrame(page, () => page.evaluate(() => window.velmora.restart()));
+        await waitForFrame(page, () => page.keyboard.press("r"));
+        await downloadFrom(page, () => page.keyboard.press("r"));
     }
     assert.deepEqual(await alive(), first);
     await close(page);
 });
 
-test("without a context: what needs one says so, and a new size waits for it", async () => {
+test("during a context loss, commands show an error and a resize is deferred", async () => {
     const page = await open(browser);
-    await losing(page, async () => {
+    await withLostContext(page, async () => {
         for (const key of ["r", "g", "s", "l", "."]) {
-            await page.evaluate(() => (document.getElementById("notice").textContent = ""));
+            await page.evaluate(() => (document.getElementById("toast").textContent = ""));
             await page.keyboard.press(key);
-            await notice(page, "not until it is back");
+            await waitForToast(page, "try again after it is restored");
         }
         assert.equal(await page.evaluate(() => window.velmora.isRecording() || window.velmora.view.paused), false);
         await page.setViewportSize({ width: 300, height: 400 });
     });
-    await canvasWidth(page, 300);
-    await rest(page);
+    await waitForCanvasWidth(page, 300);
+    await waitUntilIdle(page);
     await close(page, /CONTEXT_LOST/);
 });
 
-test("frames have the time that passed, in the settings' scale, and go on under rain", async () => {
+test("frames advance by the passed time multiplied by the time scale", async () => {
     const page = await open(browser);
-    await rest(page);
-    await takeTime(page);
+    await waitUntilIdle(page);
+    await mockTime(page);
     for (const timeScale of [0.25, 2]) {
-        await set(page, { timeScale, rain: 0.05 }); // a drop in twenty seconds
+        await set(page, { timeScale, rain: 0.05 }); // a drop every twenty seconds keeps the page active
         const shown = await page.evaluate(async () => {
             let sum = 0;
             const stop = window.velmora.onFrame((elapsed) => (sum += elapsed));
@@ -166,17 +169,17 @@ test("frames have the time that passed, in the settings' scale, and go on under 
     await close(page);
 });
 
-test("of time that nobody saw, no frame has more than a moment", async () => {
+test("a frame skips idle and hidden time and is limited to 250 ms", async () => {
     const page = await open(browser);
-    await rest(page);
-    await takeTime(page);
-    await set(page, { rain: 1 }); // frames go on
+    await waitUntilIdle(page);
+    await mockTime(page);
+    await set(page, { rain: 1 }); // keeps the page active
     const elapsed = await page.evaluate(async () => {
         const seen = [];
         window.velmora.onFrame((milliseconds) => seen.push(milliseconds));
         window.velmora.noteInput();
         await window.showFrame(60000);
-        await window.showFrame(60000); // the machine slept
+        await window.showFrame(60000); // as after sleep of the machine
         document.dispatchEvent(new Event("visibilitychange"));
         await window.showFrame(60000);
         return seen;

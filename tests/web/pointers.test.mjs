@@ -1,20 +1,20 @@
-// Mouse, touch, pen and attract mode: what the effect is told of each, read from a recording, and what it draws.
+// Mouse, touch, pen and attract mode. The tests read the touches from a recording.
 
 import assert from "node:assert/strict";
 import { readFileSync } from "node:fs";
 import { after, before, test } from "node:test";
-import { close, frames, launch, open, saved, set } from "./page.mjs";
+import { close, downloadFrom, frames, launch, open, set } from "./page.mjs";
 
 let browser;
 before(async () => (browser = await launch()));
 after(() => browser.close());
 
-/** The touches of what happens meanwhile, as [action, x, y, pressure]; the first four are the recording's own. */
-async function recorded(page, act) {
+/** Returns the touches during `act` as [action, x, y, pressure], without the four touches that start each recording. */
+async function recordTouches(page, act) {
     await page.evaluate(() => window.velmora.startRecording());
     await act();
     await frames(page, 2);
-    const file = await saved(page, () => page.keyboard.press("r"));
+    const file = await downloadFrom(page, () => page.keyboard.press("r"));
     const script = readFileSync(await file.path(), "utf8");
     const touches = [...script.matchAll(/^\d+ (down|move|up|cancel) (.*)$/gm)].slice(4);
     return touches.map(([, action, numbers]) => [action, ...numbers.split(" ").map(Number)]);
@@ -22,31 +22,33 @@ async function recorded(page, act) {
 
 const actions = (touches) => touches.map(([action]) => action);
 
-async function pointer(page, size) {
-    const page2x = await open(page, { size, deviceScaleFactor: 2, hasTouch: true });
-    return { page: page2x, cdp: await page2x.context().newCDPSession(page2x) };
+/** Opens a touch page with two device pixels per CSS pixel. Returns it with a DevTools session. */
+async function openTouchPage() {
+    const page = await open(browser, { size: [270, 480], deviceScaleFactor: 2, hasTouch: true });
+    return { page, cdp: await page.context().newCDPSession(page) };
 }
 
-test("a mouse, with the pressure of the settings, in the canvas' pixels", async () => {
-    const { page } = await pointer(browser, [270, 480]);
+test("a mouse touches in canvas pixels with the pressure of the settings", async () => {
+    const { page } = await openTouchPage();
     await set(page, { pressure: 0.7 });
-    const touches = await recorded(page, async () => {
+    const touches = await recordTouches(page, async () => {
         await page.mouse.move(50, 60);
         await page.mouse.down();
         await frames(page, 1);
         await page.mouse.move(55, 70);
         await frames(page, 1);
         await page.mouse.down({ button: "right" });
-        await page.mouse.up(); // while the other is held
+        await page.mouse.up(); // while the right button is held
         await page.mouse.move(60, 80);
         await page.mouse.up({ button: "right" });
         await page.mouse.down({ button: "right" });
         await page.mouse.up({ button: "right" });
     });
-    const told = touches.filter((touch, at) => String(touch) !== String(touches[at - 1])); // a second button is a move
-    assert.deepEqual(told, [["down", 100, 120, 0.7], ["move", 110, 140, 0.7], ["up", 110, 140, 0]]);
-    // Beyond the canvas' edge the gesture is at its end, also where the button comes up later.
-    const left = await recorded(page, async () => {
+    // The browser reports a second button as a move without a change.
+    const changes = touches.filter((touch, at) => String(touch) !== String(touches[at - 1]));
+    assert.deepEqual(changes, [["down", 100, 120, 0.7], ["move", 110, 140, 0.7], ["up", 110, 140, 0]]);
+    // A drag beyond the edge of the canvas ends the touch, although the button is released later.
+    const left = await recordTouches(page, async () => {
         await page.mouse.move(50, 60);
         await page.mouse.down();
         await frames(page, 1);
@@ -59,15 +61,15 @@ test("a mouse, with the pressure of the settings, in the canvas' pixels", async 
     await close(page);
 });
 
-test("a finger, and no second one", async () => {
-    const { page, cdp } = await pointer(browser, [270, 480]);
+test("the first finger touches, and a second finger is ignored", async () => {
+    const { page, cdp } = await openTouchPage();
     let force = 0.25;
     const send = (type, ...points) =>
         cdp.send("Input.dispatchTouchEvent", {
             type,
             touchPoints: points.map(([id, x, y]) => ({ id, x, y, force })),
         });
-    const touches = await recorded(page, async () => {
+    const touches = await recordTouches(page, async () => {
         await send("touchStart", [1, 100, 100]);
         await frames(page, 1);
         await send("touchStart", [1, 100, 100], [2, 200, 200]);
@@ -77,12 +79,12 @@ test("a finger, and no second one", async () => {
         await send("touchEnd");
     });
     assert.deepEqual(touches.slice(0, 2), [["down", 200, 200, 0.25], ["move", 200, 240, 0.25]]);
-    assert.ok(touches.every(([, x]) => x === 200), "the first finger's place alone");
+    assert.ok(touches.every(([, x]) => x === 200), "only the first finger may move");
     assert.equal(touches.filter(([action]) => action === "up" || action === "cancel").length, 1);
-    force = 1; // of a screen that measures none
-    const cancelled = await recorded(page, async () => {
+    force = 1; // a screen without a pressure sensor reports 1
+    const cancelled = await recordTouches(page, async () => {
         await send("touchStart", [1, 100, 100]);
-        for (const y of [160, 220]) { // the page's to have, however long
+        for (const y of [160, 220]) { // the browser must not take a long move as a scroll
             await frames(page, 1);
             await send("touchMove", [1, 100, y]);
         }
@@ -91,15 +93,15 @@ test("a finger, and no second one", async () => {
     });
     const last = cancelled.map(([action, , , pressure]) => [action, pressure]);
     assert.deepEqual(last, [["down", 0.5], ["move", 0.5], ["move", 0.5], ["cancel", 0]]);
-    assert.equal(await page.evaluate(() => scrollY + visualViewport.scale), 1, "neither scrolled nor zoomed");
+    assert.equal(await page.evaluate(() => scrollY + visualViewport.scale), 1, "the page must neither scroll nor zoom");
     await close(page);
 });
 
-test("a pen, with its own pressure", async () => {
-    const { page, cdp } = await pointer(browser, [270, 480]);
+test("a pen touches with its measured pressure", async () => {
+    const { page, cdp } = await openTouchPage();
     const send = (type, x, y, force) =>
         cdp.send("Input.dispatchMouseEvent", { type, x, y, force, button: "left", buttons: 1, pointerType: "pen", clickCount: 1 });
-    const touches = await recorded(page, async () => {
+    const touches = await recordTouches(page, async () => {
         await send("mousePressed", 90, 90, 0.8);
         await frames(page, 1);
         await send("mouseMoved", 95, 90, 0.3);
@@ -111,8 +113,8 @@ test("a pen, with its own pressure", async () => {
     await close(page);
 });
 
-test("a page that is hidden, left or without context lets go of the finger", async () => {
-    const { page } = await pointer(browser, [270, 480]);
+test("hiding the page, leaving it or losing the context cancels the touch", async () => {
+    const { page } = await openTouchPage();
     const ways = {
         hidden() {
             Object.defineProperty(document, "hidden", { value: true, configurable: true });
@@ -125,15 +127,15 @@ test("a page that is hidden, left or without context lets go of the finger", asy
         },
         async withoutContext() {
             const loss = window.velmora.gl.getExtension("WEBGL_lose_context");
-            const heard = (name) => new Promise((done) => document.getElementById("water").addEventListener(name, done, { once: true }));
+            const event = (name) => new Promise((done) => document.getElementById("water").addEventListener(name, done, { once: true }));
             loss.loseContext();
-            await heard("webglcontextlost");
+            await event("webglcontextlost");
             setTimeout(() => loss.restoreContext());
-            await heard("webglcontextrestored");
+            await event("webglcontextrestored");
         },
     };
     for (const [name, way] of Object.entries(ways)) {
-        const touches = await recorded(page, async () => {
+        const touches = await recordTouches(page, async () => {
             await page.mouse.move(50, 60);
             await page.mouse.down();
             await frames(page, 1);
@@ -161,7 +163,7 @@ test("attract mode is off where motion is reduced", async () => {
     await close(page);
 });
 
-test("a ring around the water for those who come by Tab, none for a key after a touch", async () => {
+test("Tab shows a focus ring around the water, and a key after a touch does not", async () => {
     const page = await open(browser, {});
     const ring = () => page.evaluate(() => getComputedStyle(document.getElementById("water")).outlineStyle);
     await page.mouse.click(50, 60);

@@ -27,16 +27,18 @@
 #include "velmora/solver_grid.h"
 #include "web/host/gl_objects.h"
 
-// Functions of the application core for the page's scripts. Times are in milliseconds, moments by performance.now().
-// Texts are UTF-8; a returned text lives until the next call.
+// Functions of the application core for the page's scripts. Times are in milliseconds; `now` is performance.now().
+// Strings are UTF-8. A returned string is valid until the next call.
 
 namespace {
 
-std::string answer;
-/// The recording that ended last, until the page takes it.
-std::string ended;
+/// Buffer of the returned strings.
+std::string result;
+/// Gesture script of the recording that ended last. Empty after takeRecording.
+std::string endedRecording;
+/// Script from readScript.
 hostkit::GestureScript script;
-/// The preset that is being read.
+/// Preset that setPresetMember fills.
 app::Settings preset;
 app::FrameClock::Due due{};
 std::vector<app::FlowLine> lines;
@@ -45,10 +47,10 @@ static_assert(sizeof(app::FlowLine) == 6 * sizeof(float));
 app::FrontEnd frontEnd() {
     app::FrontEnd functions;
     functions.renewContext = web::dropGlObjects;
-    // The page's script has scaled them.
+    // The page's script has already scaled the backgrounds to the screen's size.
     functions.cover = [](const hostkit::Picture& picture, app::Size) { return picture; };
     functions.onRecordingEnd = [](const hostkit::GestureScript& recording) {
-        ended = writeGestureScript(recording);
+        endedRecording = writeGestureScript(recording);
     };
     return functions;
 }
@@ -72,7 +74,7 @@ hostkit::Picture pictureOf(int width, int height, const std::uint8_t* rgba) {
     return {width, height, {rgba, rgba + bytes}};
 }
 
-/// Writes numbers and switches in the order of the table, then the ink's red, green and blue.
+/// Writes all settings: numbers and switches in the order of the table, then red, green and blue of the ink.
 void writeSettings(const app::Settings& settings, double* numbers) {
     app::forEachField([&](const auto& field) {
         *numbers++ = app::shortestNumber(static_cast<float>(settings.*field.member));
@@ -84,17 +86,17 @@ void writeSettings(const app::Settings& settings, double* numbers) {
 
 extern "C" {
 
-/// Returns the sides of the square of screen pixels that one texel of the velocity covers.
+/// Returns the screen pixels along each side of a velocity cell.
 EMSCRIPTEN_KEEPALIVE int pixelsPerCell() {
     return velmora::pixelsPerCell;
 }
 
-/// Returns the texels of the ink's textures along the longer or the shorter side of the screen.
+/// Returns the texels of the ink textures along the longer or the shorter side of the screen.
 EMSCRIPTEN_KEEPALIVE int inkTexels(bool longer) {
     return longer ? velmora::inkLongSide : velmora::inkShortSide;
 }
 
-/// Reads numbers in the order of writeSettings; applied with the next frame.
+/// Sets the settings from the next frame on. The numbers have the order of writeSettings.
 EMSCRIPTEN_KEEPALIVE void setSettings(const double* numbers) {
     app::forEachField([&](const auto& field) {
         auto& member = session.settings.*field.member;
@@ -108,24 +110,24 @@ EMSCRIPTEN_KEEPALIVE void getSettings(double* numbers) {
     writeSettings(session.settings, numbers);
 }
 
-/// Writes random settings of the seed; the settings in force stay.
+/// Writes random settings for a seed. Does not change the current settings.
 EMSCRIPTEN_KEEPALIVE void randomSettings(unsigned seed, double* numbers) {
     writeSettings(app::randomSettings(seed), numbers);
 }
 
-/// Writes the three numbers of an ink that stands out from the background shown.
+/// Writes red, green and blue of an ink that stands out from the current background.
 EMSCRIPTEN_KEEPALIVE void inkAgainstBackground(double* ink) {
     const auto color = session.inkAgainstBackground(0);
     std::transform(color.begin(), color.end(), ink, app::shortestNumber);
 }
 
-/// Begins to read a preset. Each of its members follows by setPresetMember, then takePreset.
+/// Begins a preset. The page then calls setPresetMember for each member, and takePreset.
 EMSCRIPTEN_KEEPALIVE void beginPreset() {
     preset = {};
 }
 
-/// Reads one member, whose value is of a kind: 0 another, 1 a switch, 2 a number, 3 several numbers. `text` is the value
-/// as it is spelt. Returns the fault, or an empty text.
+/// Sets one member of the preset. `kind` is the kind of the value: 1 a boolean, 2 a number, 3 an array of numbers, 0
+/// anything else. `text` is the value as JSON, for messages. Returns the fault, or an empty string.
 EMSCRIPTEN_KEEPALIVE const char* setPresetMember(const char* name, int kind, const double* numbers,
                                                  int count, const char* text) {
     app::PresetMember member{name, {}, text};
@@ -138,27 +140,28 @@ EMSCRIPTEN_KEEPALIVE const char* setPresetMember(const char* name, int kind, con
     }
     try {
         app::setSetting(preset, member);
-        answer.clear();
+        result.clear();
     } catch (const hostkit::HostError& error) {
-        answer = error.what();
+        result = error.what();
     }
-    return answer.c_str();
+    return result.c_str();
 }
 
+/// Writes the settings of the preset.
 EMSCRIPTEN_KEEPALIVE void takePreset(double* numbers) {
     writeSettings(preset, numbers);
 }
 
 EMSCRIPTEN_KEEPALIVE const char* presetName(const char* fileStem) {
-    answer = app::presetName(fileStem);
-    return answer.c_str();
+    result = app::presetName(fileStem);
+    return result.c_str();
 }
 
 EMSCRIPTEN_KEEPALIVE void restart(int width, int height) {
     session.restart({width, height});
 }
 
-/// Shows two pictures of the screen's size.
+/// Passes the two backgrounds as RGBA bytes. Both must have the size of the screen.
 EMSCRIPTEN_KEEPALIVE void setBackgrounds(int width, int height, const std::uint8_t* first,
                                          const std::uint8_t* second) {
     session.setBackgrounds({pictureOf(width, height, first), pictureOf(width, height, second)});
@@ -200,7 +203,7 @@ EMSCRIPTEN_KEEPALIVE bool isAttractModeRunning() {
     return session.attractMode().isRunning();
 }
 
-/// Returns the time until attract mode is due; below 0: it does not start by itself.
+/// Returns the milliseconds until attract mode is due, or a negative value if it will not start by itself.
 EMSCRIPTEN_KEEPALIVE double attractModeDelay(double now) {
     const auto delay = session.attractMode().untilStart(moment(now));
     return delay ? milliseconds(*delay) : -1.0;
@@ -210,7 +213,7 @@ EMSCRIPTEN_KEEPALIVE void startAttractModeIfIdle(double now, bool busy) {
     session.startAttractModeIfIdle(moment(now), busy);
 }
 
-/// Returns how many frames are due; dueTime is the time of each.
+/// Returns the number of frames that are due. dueTime returns the duration of each.
 EMSCRIPTEN_KEEPALIVE int takeDueFrames(double now) {
     due = session.takeDueFrames(moment(now));
     return due.frames;
@@ -244,12 +247,12 @@ EMSCRIPTEN_KEEPALIVE bool mayShowInk() {
     return session.mayShowInk();
 }
 
-/// Passes the interval between two frames to the adaptive quality.
+/// Passes the milliseconds between two frames to adaptive quality.
 EMSCRIPTEN_KEEPALIVE void noteInterval(double interval) {
     session.noteInterval(interval);
 }
 
-/// Searches for the machine's quality, or keeps a level: 0 is all detail, below 0 searches.
+/// Fixes the quality at a level, where 0 is all detail. A negative level turns adaptive quality on.
 EMSCRIPTEN_KEEPALIVE void setQuality(int level) {
     session.quality = level < 0 ? app::searchingQuality() : app::fixedQuality(level);
 }
@@ -262,12 +265,12 @@ EMSCRIPTEN_KEEPALIVE int qualityLevel() {
     return session.quality.level;
 }
 
-/// Returns the cells of the water between neighbours of the drawn mesh.
+/// Returns the water cells between two neighbouring vertices of the drawn mesh.
 EMSCRIPTEN_KEEPALIVE int qualityCells() {
     return app::qualityLevels[session.quality.level].cellsPerVertex;
 }
 
-/// Returns the part of the pixels along a side of the screen.
+/// Returns the ratio of rendered pixels to screen pixels along a side, at most 1.
 EMSCRIPTEN_KEEPALIVE double qualityPixels() {
     return pixelsOf(session.quality);
 }
@@ -284,21 +287,21 @@ EMSCRIPTEN_KEEPALIVE bool isRecording() {
     return session.isRecording();
 }
 
-/// Returns the gesture script of a recording that has ended since the last call; empty: none has.
+/// Returns the gesture script of a recording that has ended since the last call, or an empty string.
 EMSCRIPTEN_KEEPALIVE const char* takeRecording() {
-    answer = std::exchange(ended, {});
-    return answer.c_str();
+    result = std::exchange(endedRecording, {});
+    return result.c_str();
 }
 
-/// Reads a script for startReplay. Returns the fault, or an empty text; a fault changes nothing.
+/// Parses a script for startReplay. Returns its fault, or an empty string. A faulty script changes nothing.
 EMSCRIPTEN_KEEPALIVE const char* readScript(const char* text, const char* name) {
     try {
         script = hostkit::parseGestureScript(text, name);
-        answer.clear();
+        result.clear();
     } catch (const hostkit::HostError& error) {
-        answer = error.what();
+        result = error.what();
     }
-    return answer.c_str();
+    return result.c_str();
 }
 
 EMSCRIPTEN_KEEPALIVE void startReplay() {
@@ -309,8 +312,8 @@ EMSCRIPTEN_KEEPALIVE bool isReplaying() {
     return session.isReplaying();
 }
 
-/// Draws lines along the flow of a velocity texture. Returns six numbers a line, in the order of app::FlowLine;
-/// flowLineCount is the number of lines.
+/// Returns lines along the flow of a velocity texture, six numbers each in the order of app::FlowLine. flowLineCount
+/// returns the number of lines.
 EMSCRIPTEN_KEEPALIVE const float* flowLines(const std::uint8_t* rgba, int columns, int rows,
                                             float width, float height) {
     const auto bytes = static_cast<std::size_t>(columns) * static_cast<std::size_t>(rows) * 4;
@@ -322,7 +325,7 @@ EMSCRIPTEN_KEEPALIVE int flowLineCount() {
     return static_cast<int>(lines.size());
 }
 
-/// Returns the water's heights or velocities, waterCellCount numbers.
+/// Returns the water's heights or velocities. waterCellCount returns their number.
 EMSCRIPTEN_KEEPALIVE const float* waterCells(bool velocities) {
     const hostkit::WaterDriver& water = session.water();
     return hostkit::JniEnvironment::elements(velocities ? water.velocity : water.height).data();

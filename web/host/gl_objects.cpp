@@ -3,8 +3,8 @@
 #include <emscripten/emscripten.h>
 
 // clang-format off
-/// Names begin anew, since the tables have a place for every name up to the last: after the contexts', which are of the
-/// same count.
+/// Deletes all objects and resets the counter of names, because Emscripten's tables grow with the highest name. The
+/// contexts share the counter and keep their names.
 EM_JS(void, deleteGlObjects, (), {
     function drop(kind, names) {
         names.filter(object => object && GLctx['is' + kind](object)).forEach(object => GLctx['delete' + kind](object));

@@ -2,8 +2,9 @@
 
 namespace web {
 
-/// Deletes all GL objects of the canvas' context. The library forgets its names without deleting them, as those of a
-/// lost context; where a script has only ordered the loss, or another host follows, the context lives on.
+/// Deletes all GL objects of the canvas's context. The library does not delete its objects when it restarts, because it
+/// assumes that the context is lost. On the page, the context still exists if a script simulates the loss or if the page
+/// restarts the effect.
 void dropGlObjects();
 
 }  // namespace web

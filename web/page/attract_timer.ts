@@ -1,9 +1,9 @@
-// Wakes an idle page when attract mode is due, since it has no frames in which attract mode could start.
+// Wakes an idle page when attract mode is due. An idle page draws no frames that could start it.
 
 import type { Effect } from "./effect";
 
 export interface AttractOwner {
-    /** Whether the page holds attract mode back. */
+    /** Returns true if attract mode must not start now. */
     isBusy(): boolean;
     wake(): void;
 }
@@ -16,7 +16,7 @@ export class AttractTimer {
         private readonly owner: AttractOwner,
     ) {}
 
-    /** Waits anew, after input for instance. */
+    /** Starts the wait again, for example after input. */
     restart(): void {
         clearTimeout(this.timer);
         const delay = this.effect.attractModeDelay;

@@ -1,4 +1,5 @@
-// The application core as WebAssembly on the page's canvas: typed calls of the functions in host/exports.cpp.
+// The application core as a WebAssembly module that draws on the page's canvas. Wraps the functions of
+// host/exports.cpp in typed methods.
 
 import { numbersOf, presetMustBeObject, settingCount, settingsOf } from "../../build/web/settings";
 import type { Ink, Settings } from "../../build/web/settings";
@@ -10,31 +11,31 @@ export interface Size {
     height: number;
 }
 
-/** Detail that is drawn. */
+/** Level of detail of the drawing. */
 export interface Quality {
-    /** From 0, all detail, upwards. */
+    /** Index of the level. Level 0 is all detail; a higher level has less. */
     level: number;
-    /** Cells of the water between neighbours of the drawn mesh. */
+    /** Water cells between two neighbouring vertices of the drawn mesh. */
     cells: number;
-    /** Part of the pixels along a side of the screen. */
+    /** Ratio of rendered pixels to screen pixels along a side, at most 1. */
     pixels: number;
 }
 
-/** A line of the velocity overlay, in pixels. */
+/** Line of the velocity overlay; coordinates in pixels. */
 export interface FlowLine {
     x: number;
     y: number;
     endX: number;
     endY: number;
-    /** Speed as a colour, from 0, slow, to 1. */
+    /** Speed for the colour, from 0 (slow) to 1 (fast). */
     heat: number;
-    /** Opacity. */
+    /** Opacity, 0 to 1. */
     strength: number;
 }
 
-/** Names of app::QualityPhase, in its order. */
+/** Names of the values of app::QualityPhase, in order. */
 const qualityPhases = ["fixed", "searching", "watching"] as const;
-/** Kinds of a preset's value, as setPresetMember counts them. */
+/** Kinds of JSON values. The numbers are those of setPresetMember in host/exports.cpp. */
 const enum ValueKind {
     other,
     flag,
@@ -43,14 +44,14 @@ const enum ValueKind {
 }
 
 export class Effect {
-    /** Sides of the square of pixels that a texel of the velocity covers. */
+    /** Screen pixels along each side of a velocity cell. */
     readonly pixelsPerCell: number;
-    /** Texels of the ink's textures along the screen's shorter and longer side. */
+    /** Texels of the ink textures along the shorter and the longer side of the screen. */
     readonly inkSides: [number, number];
-    /** Milliseconds of one frame of the effect. */
+    /** Duration of one frame of the effect in milliseconds. */
     readonly frameTime: number;
-    /** Address of room for the numbers of settings. */
-    private readonly room: number;
+    /** Address of a buffer of settingCount doubles in the module's memory. */
+    private readonly settingsBuffer: number;
 
     private constructor(
         private readonly module: EffectModule,
@@ -59,57 +60,61 @@ export class Effect {
         this.pixelsPerCell = module._pixelsPerCell();
         this.inkSides = [module._inkTexels(false), module._inkTexels(true)];
         this.frameTime = module._frameTime();
-        this.room = module._malloc(8 * settingCount);
+        this.settingsBuffer = module._malloc(8 * settingCount);
     }
 
-    /** Throws in a browser without WebAssembly. The context must be the canvas' first. */
+    /**
+     * Loads the module for a GL context. Throws if the browser cannot run it. The library must be the first user of the
+     * context.
+     */
     static async load(gl: WebGLRenderingContext): Promise<Effect> {
         const module = await loadModule({ wasmBinary: program, printErr: (line: string) => console.error(line) });
         module.GL.makeContextCurrent(module.GL.registerContext(gl, { majorVersion: 1 }));
         return new Effect(module, gl);
     }
 
-    /** Starts the effect anew: calm water, no ink. Ends a recording; a replay goes on. */
+    /** Restarts the effect with flat water and no ink. Ends a recording; a replay continues. */
     restart(size: Size): void {
         this.module._restart(size.width, size.height);
     }
 
-    /** Shows two backgrounds of the screen's size. */
+    /** Passes the two backgrounds. Both must have the size of the screen. */
     setBackgrounds(first: ImageData, second: ImageData): void {
-        const [one, other] = [this.copy(first.data), this.copy(second.data)];
-        this.module._setBackgrounds(first.width, first.height, one, other);
-        this.module._free(one);
-        this.module._free(other);
+        const [firstCopy, secondCopy] = [this.copy(first.data), this.copy(second.data)];
+        this.module._setBackgrounds(first.width, first.height, firstCopy, secondCopy);
+        this.module._free(firstCopy);
+        this.module._free(secondCopy);
     }
 
-    /** Sets up in the context of now what a lost context held. */
+    /** Creates the GL objects again in a restored context. */
     regainContext(): void {
         this.module._regainContext();
     }
 
     get settings(): Settings {
-        this.module._getSettings(this.room);
+        this.module._getSettings(this.settingsBuffer);
         return settingsOf(this.numbers);
     }
-    /** Applied with the next frame. */
+    /** Sets the settings from the next frame on. */
     set settings(settings: Settings) {
         this.numbers.set(numbersOf(settings));
-        this.module._setSettings(this.room);
+        this.module._setSettings(this.settingsBuffer);
     }
 
+    /** Returns random settings for a seed. Does not change the current settings. */
     randomSettings(seed: number): Settings {
-        this.module._randomSettings(seed, this.room);
+        this.module._randomSettings(seed, this.settingsBuffer);
         return settingsOf(this.numbers);
     }
 
-    /** Returns an ink that stands out from the background shown. */
+    /** Returns an ink that stands out from the current background. */
     inkAgainstBackground(): Ink {
-        this.module._inkAgainstBackground(this.room);
+        this.module._inkAgainstBackground(this.settingsBuffer);
         const [red = 0, green = 0, blue = 0] = this.numbers;
         return [red, green, blue];
     }
 
-    /** Reads a preset. A setting that it leaves out has its default. Throws an Error that says what is wrong. */
+    /** Parses a preset. Missing settings have their defaults. Throws an Error with the first fault. */
     readPreset(text: string): Settings {
         const preset = parseObject(text);
         this.module._beginPreset();
@@ -119,16 +124,16 @@ export class Effect {
                 throw new Error(fault);
             }
         }
-        this.module._takePreset(this.room);
+        this.module._takePreset(this.settingsBuffer);
         return settingsOf(this.numbers);
     }
 
-    /** calm_pond is "calm pond". */
+    /** Returns the name of a preset file: "calm pond" for calm_pond. */
     presetName(fileStem: string): string {
         return this.withText(fileStem, (stem) => this.text(this.module._presetName(stem)));
     }
 
-    /** Notes input that is no touch: attract mode stops, and the next frame is drawn. */
+    /** Reports input other than a touch. Stops attract mode and requests a frame. */
     noteInput(): void {
         this.module._noteInput(performance.now());
     }
@@ -160,34 +165,34 @@ export class Effect {
         return this.module._isAttractModeRunning() !== 0;
     }
 
-    /** Milliseconds until attract mode is due; undefined if it does not start by itself. */
+    /** Milliseconds until attract mode is due. Undefined if it will not start by itself. */
     get attractModeDelay(): number | undefined {
         const delay = this.module._attractModeDelay(performance.now());
         return delay < 0 ? undefined : delay;
     }
 
-    /** Starts attract mode if it is due. A `busy` page holds it back. */
+    /** Starts attract mode if it is due and the page is not `busy`. */
     startAttractModeIfIdle(busy: boolean): void {
         this.module._startAttractModeIfIdle(performance.now(), busy);
     }
 
-    /** Returns the milliseconds of each frame that is due at a moment. */
+    /** Returns the duration in milliseconds of each frame that is due at `now`. */
     takeDueFrames(now: number): number[] {
         const frames = this.module._takeDueFrames(now);
         return Array<number>(frames).fill(this.module._dueTime());
     }
 
-    /** Drops the time up to the next call of takeDueFrames. */
+    /** Ignores the time until the next call of takeDueFrames. */
     skipTime(): void {
         this.module._skipTime();
     }
 
-    /** Draws the next frame, with the water `milliseconds` later. */
+    /** Advances the water by `milliseconds` and draws a frame. */
     frame(milliseconds: number): void {
         this.module._frame(milliseconds);
     }
 
-    /** Whether further frames would show the same. */
+    /** True if the next frame would be equal to the last one. */
     get isIdle(): boolean {
         return this.module._isIdle() !== 0;
     }
@@ -200,17 +205,17 @@ export class Effect {
         return this.module._mayShowInk() !== 0;
     }
 
-    /** Passes the milliseconds between two frames to the adaptive quality. */
+    /** Passes the milliseconds between two frames to adaptive quality. */
     noteInterval(milliseconds: number): void {
         this.module._noteInterval(milliseconds);
     }
 
-    /** Keeps a level of quality: 0 is all detail. */
+    /** Fixes the quality at a level; 0 is all detail. */
     fixQuality(level: number): void {
         this.module._setQuality(level);
     }
 
-    /** Fits the detail to the machine from now on. */
+    /** Turns adaptive quality on. */
     adaptQuality(): void {
         this.module._setQuality(-1);
     }
@@ -224,7 +229,7 @@ export class Effect {
         return { level: module._qualityLevel(), cells: module._qualityCells(), pixels: module._qualityPixels() };
     }
 
-    /** Starts anew and records from there. */
+    /** Restarts the effect and records from the first frame. */
     startRecording(): void {
         this.module._startRecording();
     }
@@ -237,19 +242,19 @@ export class Effect {
         return this.module._isRecording() !== 0;
     }
 
-    /** Returns the gesture script of a recording that has ended since the last call, also by a restart; else "". */
+    /** Returns the script of a recording that has ended since the last call, or "". A restart ends a recording. */
     takeRecording(): string {
         return this.text(this.module._takeRecording());
     }
 
-    /** Returns the fault of a script; "" if startReplay can play it. */
+    /** Parses a script for startReplay. Returns its fault, or "" if it has none. */
     readScript(script: string, name: string): string {
         return this.withText(script, (scriptText) =>
             this.withText(name, (nameText) => this.text(this.module._readScript(scriptText, nameText))),
         );
     }
 
-    /** Starts anew with the script that was read last. */
+    /** Restarts the effect and replays the script from readScript. */
     startReplay(): void {
         this.module._startReplay();
     }
@@ -258,11 +263,11 @@ export class Effect {
         return this.module._isReplaying() !== 0;
     }
 
-    /** Returns lines along the flow of a velocity texture, bottom row first, on a screen of that size in pixels. */
+    /** Returns lines along the flow for a screen of the given size. `rgba` is a velocity texture, bottom row first. */
     flowLines(rgba: Uint8Array, columns: number, rows: number, screen: Size): FlowLine[] {
-        const room = this.copy(rgba);
-        const start = this.module._flowLines(room, columns, rows, screen.width, screen.height) / 4;
-        this.module._free(room);
+        const texture = this.copy(rgba);
+        const start = this.module._flowLines(texture, columns, rows, screen.width, screen.height) / 4;
+        this.module._free(texture);
         const numbers = this.module.HEAPF32;
         return Array.from({ length: this.module._flowLineCount() }, (_, line) => {
             const [x = 0, y = 0, endX = 0, endY = 0, heat = 0, strength = 0] = numbers.subarray(start + 6 * line);
@@ -270,7 +275,7 @@ export class Effect {
         });
     }
 
-    /** Returns the water's heights and velocities, bytes as they are in memory. */
+    /** Returns the memory of the water's heights, then of its velocities. */
     waterBytes(): Uint8Array {
         const bytes = 4 * this.module._waterCellCount();
         const cells = new Uint8Array(2 * bytes);
@@ -281,45 +286,46 @@ export class Effect {
         return cells;
     }
 
-    /** Length of the module's table of textures. */
+    /** Length of the module's table of texture names. */
     get textureNames(): number {
         return this.module.GL.textures.length;
     }
 
     private setPresetMember(name: string, value: unknown): string {
         const [kind, numbers] = numbersOfValue(value);
-        const room = this.copy(new Uint8Array(new Float64Array(numbers).buffer));
+        const array = this.copy(new Uint8Array(new Float64Array(numbers).buffer));
         try {
             return this.withText(name, (nameText) =>
                 this.withText(JSON.stringify(value), (text) =>
-                    this.text(this.module._setPresetMember(nameText, kind, room, numbers.length, text)),
+                    this.text(this.module._setPresetMember(nameText, kind, array, numbers.length, text)),
                 ),
             );
         } finally {
-            this.module._free(room);
+            this.module._free(array);
         }
     }
 
-    /** The room for settings, as numbers; valid until the module's memory grows. */
+    /** View of settingsBuffer. Valid until the module's memory grows. */
     private get numbers(): Float64Array {
-        return this.module.HEAPF64.subarray(this.room / 8, this.room / 8 + settingCount);
+        return this.module.HEAPF64.subarray(this.settingsBuffer / 8, this.settingsBuffer / 8 + settingCount);
     }
 
     private text(address: number): string {
         return this.module.UTF8ToString(address);
     }
 
-    /** Returns the address of a copy, which the caller frees. */
+    /** Copies bytes into the module's memory. Returns the address; the caller frees it. */
     private copy(bytes: Uint8Array | Uint8ClampedArray): number {
         const address = this.module._malloc(Math.max(bytes.length, 8));
         this.module.HEAPU8.set(bytes, address);
         return address;
     }
 
+    /** Calls `use` with the address of a temporary UTF-8 copy of the text. */
     private withText<Result>(text: string, use: (address: number) => Result): Result {
-        const room = this.module.lengthBytesUTF8(text) + 1;
-        const address = this.module._malloc(room);
-        this.module.stringToUTF8(text, address, room);
+        const size = this.module.lengthBytesUTF8(text) + 1;
+        const address = this.module._malloc(size);
+        this.module.stringToUTF8(text, address, size);
         try {
             return use(address);
         } finally {
@@ -333,7 +339,7 @@ function parseObject(text: string): object {
     try {
         parsed = JSON.parse(text.replace(/^\uFEFF/, ""));
     } catch {
-        throw new Error("this is no JSON");
+        throw new Error("this is not valid JSON");
     }
     if (typeof parsed !== "object" || parsed === null || Array.isArray(parsed)) {
         throw new Error(presetMustBeObject);

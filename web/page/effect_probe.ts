@@ -1,8 +1,8 @@
-// Sees at the library's GL calls what it draws with, for the overlays.
+// Observes the library's GL calls and keeps the velocities and the ink texture for the overlays.
 
 import type { Effect, Size } from "./effect";
 
-/** A velocity texture as the library uploaded it, RGBA8, the bottom row first. */
+/** Velocity texture as uploaded by the library: RGBA8, bottom row first. */
 export interface VelocityField {
     columns: number;
     rows: number;
@@ -12,37 +12,37 @@ export interface VelocityField {
 const noField: VelocityField = { columns: 0, rows: 0, bytes: new Uint8Array() };
 
 export class EffectProbe {
-    /** Whether the last frame was seen; the velocities are that one's. */
-    saw = false;
+    /** True if the last frame was observed. */
+    hasFrame = false;
     velocity = noField;
     private ink: WebGLTexture | null = null;
     private screen: Size = { width: 0, height: 0 };
 
     constructor(private readonly effect: Effect) {}
 
-    /** Forgets all, for a new start on a screen of that size. */
+    /** Clears the state for an effect that has restarted on a screen of the given size. */
     watch(screen: Size): void {
         this.screen = screen;
         this.forget();
     }
 
     forget(): void {
-        this.saw = false;
+        this.hasFrame = false;
         this.velocity = noField;
         this.ink = null;
     }
 
-    /** Sees what is drawn with meanwhile. */
-    see(draw: () => void): void {
-        this.saw = true;
+    /** Calls `draw` and observes its GL calls. */
+    observe(draw: () => void): void {
+        this.hasFrame = true;
         const { gl } = this.effect;
         const { drawElements, texImage2D } = gl;
         gl.drawElements = (...call) => {
-            this.ink = this.textureOfUnit(gl.TEXTURE2); // the water is drawn over the picture with it
+            this.ink = this.textureOfUnit(gl.TEXTURE2); // the unit of the ink in the water's draw call
             drawElements.apply(gl, call);
         };
         gl.texImage2D = (...call: unknown[]) => {
-            this.seeUpload(call);
+            this.observeUpload(call);
             Reflect.apply(texImage2D, gl, call);
         };
         try {
@@ -52,7 +52,7 @@ export class EffectProbe {
         }
     }
 
-    /** The ink's texture as bytes, bottom row first; null where no ink is drawn. */
+    /** Returns the texels of the ink texture, bottom row first, or null if the effect draws no ink. */
     inkBytes(): (Size & { bytes: Uint8Array }) | null {
         const { gl, inkSides } = this.effect;
         if (!this.ink) {
@@ -79,13 +79,13 @@ export class EffectProbe {
         return texture;
     }
 
-    private seeUpload(call: unknown[]): void {
+    private observeUpload(call: unknown[]): void {
         const [, , , columns, rows, , , , pixels] = call as number[];
         const side = this.effect.pixelsPerCell;
         const bytes = pixels as unknown;
         const { width, height } = this.screen;
-        const ofCells = columns === Math.floor(width / side) && rows === Math.floor(height / side);
-        if (bytes instanceof Uint8Array && ofCells) {
+        const isVelocity = columns === Math.floor(width / side) && rows === Math.floor(height / side);
+        if (bytes instanceof Uint8Array && isVelocity) {
             this.velocity = { columns, rows, bytes: bytes.slice(0, columns * rows * 4) };
         }
     }

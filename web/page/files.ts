@@ -1,8 +1,8 @@
-// Files out of the page and into it.
+// Downloads, file choosers, and files that are dropped or pasted.
 
-import { say } from "./notice";
+import { showToast } from "./toast";
 
-/** Hands a file to the visitor, into the browser's folder for downloads. */
+/** Saves a file in the browser's download folder. */
 export function download(content: Blob | string, name: string): void {
     const blob = typeof content === "string" ? new Blob([content], { type: "text/plain" }) : content;
     const link = document.createElement("a");
@@ -12,24 +12,24 @@ export function download(content: Blob | string, name: string): void {
     setTimeout(() => URL.revokeObjectURL(link.href), 60000);
 }
 
-const namesGiven = new Set<string>();
+const usedNames = new Set<string>();
 
-/** A name that no earlier file of this page has. */
-export function freshName(kind: string, suffix: string): string {
+/** Returns a file name with the date and time. Each call returns a different name. */
+export function uniqueName(kind: string, suffix: string): string {
     const now = new Date();
-    const two = (value: number) => String(value).padStart(2, "0");
-    const day = `${now.getFullYear()}${two(now.getMonth() + 1)}${two(now.getDate())}`;
-    const time = `${two(now.getHours())}${two(now.getMinutes())}${two(now.getSeconds())}`;
+    const twoDigits = (value: number) => String(value).padStart(2, "0");
+    const day = `${now.getFullYear()}${twoDigits(now.getMonth() + 1)}${twoDigits(now.getDate())}`;
+    const time = `${twoDigits(now.getHours())}${twoDigits(now.getMinutes())}${twoDigits(now.getSeconds())}`;
     const name = `velmora-${kind}-${day}-${time}`;
-    let fresh = name;
-    for (let count = 2; namesGiven.has(fresh); ++count) {
-        fresh = `${name}-${count}`;
+    let unique = name;
+    for (let count = 2; usedNames.has(unique); ++count) {
+        unique = `${name}-${count}`;
     }
-    namesGiven.add(fresh);
-    return fresh + suffix;
+    usedNames.add(unique);
+    return unique + suffix;
 }
 
-/** Asks the visitor for a file; `accept` as of an input. */
+/** Opens a file chooser and calls `take` with the chosen file. `accept` is the attribute of a file input. */
 export function choose(accept: string, take: (file: File) => void): void {
     const input = document.createElement("input");
     input.type = "file";
@@ -51,7 +51,7 @@ export function receiveFiles(take: (file: File) => void): void {
         event.preventDefault();
         takeAll(event.dataTransfer);
         if (event.dataTransfer?.files.length === 0) {
-            say("that is no file: save it first, and drop the file");
+            showToast("nothing to open here: save it as a file, then drop the file");
         }
     });
     window.addEventListener("paste", (event) => takeAll(event.clipboardData));

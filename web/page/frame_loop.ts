@@ -1,22 +1,22 @@
-// Asks the browser for animation frames while something moves, and for none while nothing does.
+// Requests animation frames while something moves. Requests none while the page is idle.
 
 export interface FrameLoopOwner {
-    /** False while frames could not be drawn. */
+    /** Returns false if frames cannot be drawn. */
     canRun(): boolean;
-    /** Called before the first frame after a rest, and where a page was hidden: nobody saw the time since. */
+    /** Called before the first frame after an idle time, and if the page is hidden or shown. */
     skipTime(): void;
-    /** Draws what is due; returns whether another frame is needed. */
+    /** Draws the frames that are due. Returns true if another frame is needed. */
     tick(now: number): boolean;
 }
 
 export class FrameLoop {
-    /** Animation frames since the page was opened. */
+    /** Number of animation frames since the page was opened. */
     count = 0;
     private scheduled = false;
 
     constructor(private readonly owner: FrameLoopOwner) {
         document.addEventListener("visibilitychange", () => {
-            // Also if a frame waits, which a hidden page gets only when it is seen again.
+            // Needed even if a frame is pending: a hidden page gets its frame only after it is shown again.
             this.owner.skipTime();
             this.wake();
         });
@@ -26,7 +26,7 @@ export class FrameLoop {
         return this.scheduled;
     }
 
-    /** Lets frames run until nothing moves. */
+    /** Starts the loop. It runs until nothing moves. */
     wake(): void {
         if (!this.scheduled && this.owner.canRun() && !document.hidden) {
             this.owner.skipTime();

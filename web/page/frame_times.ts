@@ -1,26 +1,28 @@
-// How long the newest frames took.
+// Durations of the newest frames.
 
-/** Milliseconds: one whole frame of the page, unless frames only began with it, and what the effect took of it. */
 export interface FrameTime {
+    /** Milliseconds since the previous frame. Undefined for the first frame after an idle time. */
     between: number | undefined;
+    /** Milliseconds that the effect's script took. */
     effect: number;
 }
-const kept = 120;
+
+const maxFrames = 120;
 
 export class FrameTimes {
     readonly newest: FrameTime[] = [];
     private last: number | undefined;
 
-    /** A frame of the display that was there at `now`. */
+    /** Adds a frame that began at `now`. */
     note(now: number, effect: number): void {
         this.newest.push({ between: this.last === undefined ? undefined : now - this.last, effect });
         this.last = now;
-        if (this.newest.length > kept) {
+        if (this.newest.length > maxFrames) {
             this.newest.shift();
         }
     }
 
-    /** Between the frames before and after nobody waited for one. */
+    /** Ignores the time between the last frame and the next one. */
     skip(): void {
         this.last = undefined;
     }

@@ -1,13 +1,13 @@
-// Settings in a link's fragment.
+// Stores settings in the fragment of a link.
 
 import type { Settings } from "../../build/web/settings";
 
-/** Returns the page's address with all settings in its fragment. */
+/** Returns the page's URL with all settings in the fragment. */
 export function linkOf(settings: Settings, page: string): string {
     return `${page.replace(/#.*/, "")}#look=${encodeURIComponent(JSON.stringify(settings))}`;
 }
 
-/** Returns the preset's text in a fragment; undefined for any other fragment. */
+/** Returns the text of the preset in a fragment, or undefined if there is none. */
 export function presetInLink(fragment: string): string | undefined {
     const encoded = /^#look=(.*)$/.exec(fragment)?.[1];
     try {

@@ -1,17 +1,17 @@
-// The page: opens the effect, and ties it to keys, panel, files and links.
+// Entry point of the page. Opens the effect and connects it to keys, panel, files and links.
 
-import { fillHelp, listen } from "./commands";
+import { Capture } from "./capture";
+import { fillHelp, listen } from "./command";
+import { FileImporter } from "./file_importer";
 import { receiveFiles } from "./files";
-import { Incoming } from "./incoming";
-import { Keeping } from "./keeping";
-import { attempt, hasKeys, say } from "./notice";
-import { openEffect } from "./opening";
-import { makeCommands } from "./page_commands";
+import { openEffect } from "./open_effect";
+import { makePageCommands } from "./page_commands";
 import { Panel } from "./panel";
 import { Player } from "./player";
 import { PresetChooser } from "./preset_chooser";
 import { loadPresets } from "./presets";
-import { offerTestHook } from "./test_hook";
+import { installTestHook } from "./test_hook";
+import { attempt, hasKeys, showToast } from "./toast";
 
 const byId = <Kind extends HTMLElement>(id: string) => document.getElementById(id) as Kind;
 
@@ -23,49 +23,49 @@ async function open(): Promise<void> {
     }
     const player = new Player(effect, canvas);
     const presets = new PresetChooser(player, loadPresets(effect));
-    const incoming = tieControls(player, presets);
-    tieCanvas(player);
-    say(`Touch the water. The drop above opens the settings${hasKeys ? ", F1 lists the keys" : ""}.`);
+    const importer = connectControls(player, presets);
+    connectCanvas(player);
+    showToast(`Touch the water. The drop at the top opens the settings${hasKeys ? "; F1 shows the keys" : ""}.`);
     await attempt(() => presets.readLink());
     player.restart();
-    offerTestHook(player, incoming);
+    installTestHook(player, importer);
 }
 
-/** Keys, panel, help, files and links. */
-function tieControls(player: Player, presets: PresetChooser): Incoming {
-    const incoming = new Incoming(player, presets.presets, (preset) => presets.takeUp(preset));
+/** Connects keys, panel, help, files and links to the player. */
+function connectControls(player: Player, presets: PresetChooser): FileImporter {
+    const importer = new FileImporter(player, presets.presets, (preset) => presets.select(preset));
     const help = byId<HTMLDialogElement>("help");
-    const commands = makeCommands({
+    const commands = makePageCommands({
         player,
         presets,
-        incoming,
-        keeping: new Keeping(player),
+        importer,
+        capture: new Capture(player),
         help: () => help.showModal(),
-        switchPanel: (open?: boolean) => panel.isOpen !== open && panel.toggle(open),
+        togglePanel: (open?: boolean) => panel.isOpen !== open && panel.toggle(open),
     });
     const panel = new Panel(byId("panel"), byId("open"), player, presets, commands.folders);
     listen(commands.all, () => player.noteInput());
     fillHelp(help, commands.all);
-    receiveFiles((file) => void incoming.take(file));
+    receiveFiles((file) => void importer.take(file));
     window.addEventListener("hashchange", () => void attempt(() => presets.readLink()));
     presets.onChange = player.onSettings = () => panel.update();
-    player.onReplayEnd = () => say("the gesture has ended");
-    return incoming;
+    player.onReplayEnd = () => showToast("the gesture has ended");
+    return importer;
 }
 
-/** Its focus, and the loss of its context. */
-function tieCanvas(player: Player): void {
+/** Handles focus and context loss of the canvas. */
+function connectCanvas(player: Player): void {
     const { canvas } = player;
-    // A ring for those who came by Tab; a key pressed after a touch brings none.
+    // Shows a focus ring only after Tab. A key press after a touch shows none.
     canvas.addEventListener("focus", () => canvas.classList.toggle("tabbed", canvas.matches(":focus-visible")));
     canvas.addEventListener("webglcontextlost", (event) => {
-        event.preventDefault(); // else it would not come back
+        event.preventDefault(); // otherwise the browser does not restore the context
         player.loseContext();
-        say("the GL context is lost");
+        showToast("the GL context is lost: waiting for the browser to restore it");
     });
     canvas.addEventListener("webglcontextrestored", () => {
         player.regainContext();
-        say("the GL context is back: the ink is gone, picture and settings are as they were");
+        showToast("the GL context is restored: the ink is lost, background and settings are unchanged");
     });
 }
 

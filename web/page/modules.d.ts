@@ -1,4 +1,4 @@
-// Files that the bundler brings in besides scripts.
+// Types of the files that the bundler adds to the scripts.
 
 declare module "*/velmora-web.js" {
     export default function loadModule(options: object): Promise<EffectModule>;
@@ -8,7 +8,7 @@ declare module "*.wasm" {
     export default bytes;
 }
 
-/** The WebAssembly module with the functions of host/exports.cpp. Texts and arrays are addresses; booleans are 0 or 1. */
+/** The WebAssembly module of host/exports.cpp. Strings and arrays are addresses; returned booleans are 0 or 1. */
 interface EffectModule {
     HEAPU8: Uint8Array;
     HEAPF32: Float32Array;
@@ -19,7 +19,7 @@ interface EffectModule {
         makeContextCurrent(context: number): boolean;
     };
     UTF8ToString(address: number): string;
-    stringToUTF8(text: string, address: number, room: number): void;
+    stringToUTF8(text: string, address: number, size: number): void;
     lengthBytesUTF8(text: string): number;
     _malloc(bytes: number): number;
     _free(address: number): void;

@@ -1,4 +1,4 @@
-// What is shown over the picture of how it came about: the flow as strokes, the ink's density in false colours.
+// Overlays over the effect: the velocity field as lines, the ink density in false colours.
 
 import type { Effect, FlowLine } from "./effect";
 import type { EffectProbe, VelocityField } from "./effect_probe";
@@ -25,7 +25,7 @@ export function drawOverlays(overlays: Overlays, effect: Effect, probe: EffectPr
     }
 }
 
-/** A decade of the density runs through the colours: what the eye takes for no ink shows blue. */
+/** Red, green, blue and alpha by density on a logarithmic scale. Ink too faint to see is blue. */
 const densityColors = Array.from({ length: 256 }, (_, at) => {
     const level = at / 255;
     const part = (value: number) => Math.round(255 * Math.min(Math.max(value, 0), 1));

@@ -1,158 +1,164 @@
-// Everything that the visitor can do with the page, but for the finger.
+// All commands of the page.
 
-import type { Command } from "./commands";
+import type { Capture } from "./capture";
+import type { Command } from "./command";
+import type { FileImporter } from "./file_importer";
 import { choose } from "./files";
-import type { Incoming } from "./incoming";
-import type { Keeping } from "./keeping";
-import { attempt, say } from "./notice";
 import type { Player } from "./player";
 import type { PresetChooser } from "./preset_chooser";
+import { attempt, showToast } from "./toast";
 
 declare const GESTURES: Record<string, string>;
 
-export interface Parts {
+export interface CommandContext {
     player: Player;
     presets: PresetChooser;
-    keeping: Keeping;
-    incoming: Incoming;
+    capture: Capture;
+    importer: FileImporter;
     help(): void;
-    switchPanel(open?: boolean): void;
+    togglePanel(open?: boolean): void;
 }
 
 export interface PageCommands {
     all: Command[];
-    /** Those that have a button, by the folder it stands in. */
+    /** Commands with a button, by folder of the panel. */
     folders: Record<string, Command[]>;
 }
 
-function command(key: string, words: string, run: () => unknown, name = key.toUpperCase()): Command {
-    return { key, name, words, run: () => void attempt(run) };
+function command(key: string, label: string, run: () => unknown, keyName = key.toUpperCase()): Command {
+    return { key, keyName, label, run: () => void attempt(run) };
 }
 
-function toggle(key: string, words: string, isOn: () => boolean, run: () => unknown, name = key.toUpperCase()): Command {
-    return { ...command(key, words, run, name), isOn };
+function toggle(
+    key: string,
+    label: string,
+    isOn: () => boolean,
+    run: () => unknown,
+    keyName = key.toUpperCase(),
+): Command {
+    return { ...command(key, label, run, keyName), isOn };
 }
 
-export function makeCommands(parts: Parts): PageCommands {
-    const presets = presetCommands(parts);
-    const pictures = pictureCommands(parts);
-    const views = viewCommands(parts);
-    const keeping = keepingCommands(parts);
-    const page = pageCommands(parts);
-    const help = command("f1", "the list of keys", () => parts.help());
-    const panel = command("tab", "the panel with all settings", () => parts.switchPanel(), "Tab");
-    const waterOnly = command("w", "water without ink", () => parts.presets.turn("waterOnly"));
-    const close = command("escape", "close the panel", () => parts.switchPanel(false), "Esc");
+export function makePageCommands(context: CommandContext): PageCommands {
+    const presets = presetCommands(context);
+    const backgrounds = backgroundCommands(context);
+    const views = viewCommands(context);
+    const capture = captureCommands(context);
+    const page = pageCommands(context);
+    const help = command("f1", "show the keys", () => context.help());
+    const panel = command("tab", "open the settings", () => context.togglePanel(), "Tab");
+    const waterOnly = command("w", "water only", () => context.presets.toggle("waterOnly"));
+    const close = command("escape", "close the panel", () => context.togglePanel(false), "Esc");
     return {
-        all: [help, panel, ...views, ...presets, waterOnly, ...pictures, ...keeping, ...page, close],
+        all: [help, panel, ...views, ...presets, waterOnly, ...backgrounds, ...capture, ...page, close],
         folders: {
             Preset: presets,
-            Picture: pictures,
+            Background: backgrounds,
             Show: views,
-            Keep: keeping,
-            Gestures: gestureCommands(parts),
+            Save: capture,
+            Gestures: gestureCommands(context),
             Page: [...page, help],
         },
     };
 }
 
-function presetCommands({ presets, incoming }: Parts): Command[] {
+function presetCommands({ presets, importer }: CommandContext): Command[] {
     return [
-        command("n", "the next preset", () => presets.next()),
-        command("m", "a look by chance", () => presets.random()),
-        command("backspace", "the preset's look again, unchanged", () => presets.reset(), "Backspace"),
+        command("n", "next preset", () => presets.next()),
+        command("m", "random settings", () => presets.random()),
+        command("backspace", "reset to the preset", () => presets.reset(), "Backspace"),
         command("p", "save the settings as a preset", () => presets.save()),
-        command("t", "another name for your preset", () => presets.rename()),
+        command("t", "rename your preset", () => presets.rename()),
         command("delete", "remove your preset", () => presets.remove(), "Delete"),
-        command("u", "a link to this look", () => presets.share()),
-        command("j", "open a preset or gesture", () => choose(".json,.gesture", (file) => incoming.take(file))),
+        command("u", "share a link to these settings", () => presets.share()),
+        command("j", "open a preset or gesture", () => choose(".json,.gesture", (file) => importer.take(file))),
     ];
 }
 
-function pictureCommands({ presets, incoming, player }: Parts): Command[] {
-    const takeSecond = async (file: File) => {
-        if (await incoming.take(file, "second")) {
+function backgroundCommands({ presets, importer, player }: CommandContext): Command[] {
+    const importSecond = async (file: File) => {
+        if (await importer.take(file, "second")) {
             presets.show({ ...player.settings, secondBackground: true });
         }
     };
     return [
-        command("o", "a picture of your own", () => choose("image/*", (file) => incoming.take(file))),
-        command("e", "a second picture", () => choose("image/*", takeSecond)),
+        command("o", "open a background image", () => choose("image/*", (file) => importer.take(file))),
+        command("e", "open a second background image", () => choose("image/*", importSecond)),
         toggle(
             "b",
-            "the second background",
+            "show the second background",
             () => player.settings.secondBackground,
-            () => presets.turn("secondBackground"),
+            () => presets.toggle("secondBackground"),
         ),
-        command("i", "an ink that stands out from the picture", () => presets.takeInkOfBackground()),
+        command("i", "choose a contrasting ink", () => presets.chooseContrastingInk()),
     ];
 }
 
-function viewCommands({ player }: Parts): Command[] {
+function viewCommands({ player }: CommandContext): Command[] {
     const { view } = player;
-    const turn = (name: "velocity" | "density" | "paused", on: string, off: string) => {
+    const toggleView = (name: keyof typeof view, label: string) => {
         view[name] = !view[name];
-        say(view[name] ? on : off);
+        showToast(`${label} ${view[name] ? "on" : "off"}`);
         player.noteInput();
     };
     const isPaused = () => view.paused;
     return [
-        toggle(" ", "pause", isPaused, () => turn("paused", "paused", "going on"), "Space"),
-        command(".", "one frame, paused", () => player.step()),
-        toggle("v", "the velocity field", () => view.velocity, () => turn("velocity", "the flow", "no flow")),
-        toggle("d", "the ink's density", () => view.density, () => turn("density", "the ink's density", "no density")),
+        toggle(" ", "pause", isPaused, () => toggleView("paused", "pause"), "Space"),
+        command(".", "step by one frame", () => player.step()),
+        toggle("v", "velocity field", () => view.velocity, () => toggleView("velocity", "velocity field")),
+        toggle("d", "ink density", () => view.density, () => toggleView("density", "ink density")),
     ];
 }
 
-function keepingCommands({ keeping, player }: Parts): Command[] {
+function captureCommands({ capture, player }: CommandContext): Command[] {
     const isRecording = () => player.effect.isRecording;
     return [
-        command("s", "a screenshot", () => keeping.screenshot()),
-        toggle("f", "film until pressed again", () => player.filming, () => keeping.switchFilm()),
-        toggle("r", "record the gesture until pressed again", isRecording, () => keeping.switchRecording()),
-        command("g", "play the recorded gesture again", () => keeping.replayNewest()),
+        command("s", "save a screenshot", () => capture.screenshot()),
+        toggle("f", "start or stop a film", () => player.filming, () => capture.toggleFilm()),
+        toggle("r", "start or stop recording a gesture", isRecording, () => capture.toggleRecording()),
+        command("g", "replay the recorded gesture", () => capture.replayNewest()),
     ];
 }
 
-function gestureCommands({ player }: Parts): Command[] {
+function gestureCommands({ player }: CommandContext): Command[] {
     return Object.entries(GESTURES).map(([name, script]) =>
         command("", name.replaceAll("_", " "), () => void player.replay(script, name), ""),
     );
 }
 
-function pageCommands({ player }: Parts): Command[] {
+function pageCommands({ player }: CommandContext): Command[] {
     const { effect } = player;
     const isAdapting = () => effect.qualityPhase !== "fixed";
-    const turnAttract = () => {
+    const toggleAttractMode = () => {
         effect.attractModeOn = !effect.attractModeOn;
-        say(effect.attractModeOn ? "a finger of its own comes after idle seconds" : "no finger but yours");
+        showToast(`attract mode ${effect.attractModeOn ? "on: the page draws by itself when idle" : "off"}`);
         player.noteInput();
     };
-    const turnQuality = () => {
+    const toggleQuality = () => {
         if (isAdapting()) {
             effect.fixQuality(0);
         } else {
             effect.adaptQuality();
         }
-        say(isAdapting() ? "waves drawn coarser where the machine is slow" : "all of the quality, however slow");
+        showToast(`adaptive quality ${isAdapting() ? "on: a slow machine draws less detail" : "off: all detail is drawn"}`);
         player.noteInput();
     };
     return [
         command("c", "clear the ink", () => player.clearInk()),
-        toggle("x", "full screen", () => document.fullscreenElement !== null, switchFullScreen),
-        toggle("a", "a finger of its own after idle seconds", () => effect.attractModeOn, turnAttract),
-        toggle("q", "quality that fits the machine", isAdapting, turnQuality),
+        toggle("x", "full screen", () => document.fullscreenElement !== null, toggleFullScreen),
+        toggle("a", "attract mode", () => effect.attractModeOn, toggleAttractMode),
+        toggle("q", "adaptive quality", isAdapting, toggleQuality),
         command("l", "lose the GL context and rebuild it", () => loseContext(player)),
     ];
 }
 
-async function switchFullScreen(): Promise<void> {
+async function toggleFullScreen(): Promise<void> {
     if (document.fullscreenElement) {
         await document.exitFullscreen();
     } else if (document.documentElement.requestFullscreen) {
         await document.documentElement.requestFullscreen();
     } else {
-        say("this browser has no full screen for pages");
+        showToast("this browser cannot show pages in full screen");
     }
 }
 
@@ -161,10 +167,11 @@ function loseContext(player: Player): void {
     const { canvas, effect } = player;
     const extension = effect.gl.getExtension("WEBGL_lose_context");
     if (!extension) {
-        say("this browser cannot lose a context at will");
+        showToast("this browser cannot lose the GL context on request: it lacks WEBGL_lose_context");
         return;
     }
-    // It may come back once the page has heard of its loss.
-    canvas.addEventListener("webglcontextlost", () => setTimeout(() => extension.restoreContext(), 400), { once: true });
+    // The context may be restored only after the page has handled its loss.
+    const restoreLater = () => setTimeout(() => extension.restoreContext(), 400);
+    canvas.addEventListener("webglcontextlost", restoreLater, { once: true });
     extension.loseContext();
 }

@@ -1,11 +1,11 @@
-// The panel behind the page's one button: every setting, and every command as a button.
+// The settings panel: a control for every setting, and a button for every command.
 
 import GUI, { type Controller } from "lil-gui";
-import type { Command } from "./commands";
+import type { Command } from "./command";
 import { inkPalette, settingFields, type Ink } from "../../build/web/settings";
+import { FrameTimeChart } from "./frame_time_chart";
 import type { Player } from "./player";
 import type { PresetChooser } from "./preset_chooser";
-import { Times } from "./times";
 
 const groups = ["Water", "Light", "Ink"] as const;
 
@@ -13,31 +13,31 @@ export class Panel {
     private readonly gui: GUI;
     private readonly preset: { name: string } = { name: "" };
     private readonly presetControl: Controller;
-    /** The buttons of what goes on, each with whether it does. */
+    /** Toggle buttons with their states. */
     private readonly toggles: [Element | null, () => boolean][] = [];
 
     constructor(
-        private readonly place: HTMLElement,
+        private readonly container: HTMLElement,
         private readonly button: HTMLButtonElement,
         private readonly player: Player,
         private readonly presets: PresetChooser,
-        /** Buttons by the folder that they stand in. */
-        private readonly tools: Record<string, Command[]>,
+        /** Commands by the folder of the panel that has their buttons. */
+        private readonly folders: Record<string, Command[]>,
     ) {
-        this.gui = new GUI({ container: place, title: "Velmora", width: 320 });
+        this.gui = new GUI({ container, title: "Velmora", width: 320 });
         this.gui.$title.setAttribute("aria-label", "Close the settings");
         this.presetControl = this.addPresets();
         groups.forEach((group) => this.addGroup(group));
-        for (const [folder, commands] of Object.entries(tools)) {
-            this.addTools(folder, commands);
+        for (const [folder, commands] of Object.entries(folders)) {
+            this.addCommandFolder(folder, commands);
         }
-        const times = new Times(player);
-        this.gui.$children.append(times.element);
-        setInterval(() => this.isOpen && times.update(), 500);
-        // What is on ends by itself as well, such as a recording.
+        const chart = new FrameTimeChart(player);
+        this.gui.$children.append(chart.element);
+        setInterval(() => this.isOpen && chart.update(), 500);
+        // Polls the states, because a recording, for example, may end without a click.
         setInterval(() => this.isOpen && this.showToggles(), 100);
         this.gui.onChange(({ controller }: { controller: Controller }) => {
-            // The list takes the look first, and then shows what there is.
+            // The list of presets first applies the preset, which then updates the panel.
             if (controller !== this.presetControl) {
                 this.changed();
             }
@@ -48,21 +48,21 @@ export class Panel {
     }
 
     get isOpen(): boolean {
-        return !this.place.hidden;
+        return !this.container.hidden;
     }
 
     toggle(open = !this.isOpen): void {
-        this.place.hidden = !open;
+        this.container.hidden = !open;
         this.button.setAttribute("aria-expanded", String(open));
         if (open) {
             this.update();
-            this.place.querySelector<HTMLElement>("button, select, input")?.focus({ preventScroll: true });
+            this.container.querySelector<HTMLElement>("button, select, input")?.focus({ preventScroll: true });
         } else {
             this.button.focus({ preventScroll: true });
         }
     }
 
-    /** Shows the values as they are now. */
+    /** Shows the current values. */
     update(): void {
         if (!this.isOpen) {
             return;
@@ -86,11 +86,11 @@ export class Panel {
         const folder = this.addFolder("Preset");
         const list = folder.add(this.preset, "name", [] as string[]).name("preset");
         list.onChange((name: string) => this.presets.choose(name));
-        this.addButtons(folder, this.tools["Preset"] ?? []);
+        this.addButtons(folder, this.folders["Preset"] ?? []);
         return list;
     }
 
-    /** The shown look's name, and those to choose from. */
+    /** Fills the list of presets and selects the current one. */
     private listPresets(): void {
         const { name, names } = this.presets;
         this.preset.name = name;
@@ -99,7 +99,7 @@ export class Panel {
 
     private addFolder(name: string): GUI {
         const folder = this.gui.addFolder(name);
-        folder.$title.setAttribute("aria-label", name); // without the arrow before it
+        folder.$title.setAttribute("aria-label", name); // the visible title also has an arrow
         return folder;
     }
 
@@ -147,16 +147,16 @@ export class Panel {
         this.changed();
     }
 
-    private addTools(name: string, commands: Command[]): void {
+    private addCommandFolder(name: string, commands: Command[]): void {
         if (name !== "Preset") {
             this.addButtons(this.addFolder(name).close(), commands);
         }
     }
 
     private addButtons(folder: GUI, commands: Command[]): void {
-        for (const { name, words, isOn, ...command } of commands) {
-            const control = folder.add(command, "run").name(words);
-            control.domElement.title = name ? `${words} (${name})` : words;
+        for (const { keyName, label, isOn, ...command } of commands) {
+            const control = folder.add(command, "run").name(label);
+            control.domElement.title = keyName ? `${label} (${keyName})` : label;
             if (isOn) {
                 this.toggles.push([control.domElement.querySelector("button"), isOn]);
             }

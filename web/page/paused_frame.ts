@@ -1,14 +1,14 @@
-// The frame that a pause shows, as an image: the canvas loses its own once the browser has shown it.
+// Copy of the frame that a pause shows. The canvas loses its image after the browser has shown it.
 
 export class PausedFrame {
     private image: HTMLCanvasElement | null = null;
 
-    /** Whether the pause shows what another frame would; otherwise that frame must be drawn. */
+    /** True if the screen is up to date. Otherwise the pause must draw a frame. */
     get isCurrent(): boolean {
         return this.image !== null;
     }
 
-    /** Copies the canvas; directly after a frame, while it has an image. */
+    /** Copies the canvas. Must be called directly after a frame, while the canvas has an image. */
     take(canvas: HTMLCanvasElement): void {
         this.image = document.createElement("canvas");
         this.image.width = canvas.width;

@@ -1,4 +1,4 @@
-// The effect on the page's canvas: passes settings, touches and time to it, and shows what it draws.
+// Runs the effect on the page's canvas. Passes settings, touches and time to it, and draws its frames and overlays.
 
 import { defaultSettings, numbersOf, type Settings } from "../../build/web/settings";
 import { AttractTimer } from "./attract_timer";
@@ -12,7 +12,7 @@ import { Pointer } from "./pointer";
 import { Stage } from "./stage";
 
 export class Player {
-    /** Changed by the page; the effect has them from its next frame on. */
+    /** Settings that the page may change. The effect applies them with its next frame. */
     readonly settings: Settings = structuredClone(defaultSettings);
     readonly view: Overlays & { paused: boolean } = { velocity: false, density: false, paused: false };
     readonly times = new FrameTimes();
@@ -20,16 +20,17 @@ export class Player {
     readonly probe: EffectProbe;
     readonly stage: Stage;
     readonly loop: FrameLoop;
-    /** Frames of the effect since the page was opened. */
+    /** Number of frames of the effect since the page was opened. */
     frames = 0;
-    /** GL contexts since then. */
+    /** Number of GL contexts since the page was opened. */
     contexts = 1;
-    /** A film's pictures keep their size. */
+    /** True during a film. The canvas then keeps its size. */
     filming = false;
-    /** Called after each frame with its milliseconds, while the canvas still has its image. */
+    /** Functions to call after each frame with its duration in milliseconds, while the canvas still has its image. */
     readonly afterFrame = new Set<(elapsed: number) => void>();
     /** Called when a script has changed the settings. */
     onSettings = () => {};
+    /** Called when a replay has ended. */
     onReplayEnd = () => {};
     /** Called with the gesture script of a recording that has ended. */
     onRecording: (script: string) => void = () => {};
@@ -39,8 +40,8 @@ export class Player {
     private readonly overlay = document.getElementById("overlay") as HTMLCanvasElement;
     private contextLost = false;
     private stepWanted = false;
-    private shownSettings = "";
-    private shownWaterOnly = false;
+    private passedSettings = "";
+    private passedWaterOnly = false;
     private lastTick = 0;
 
     constructor(
@@ -66,33 +67,33 @@ export class Player {
         });
         effect.attractModeOn = !matchMedia("(prefers-reduced-motion: reduce)").matches;
         effect.adaptQuality();
-        effect.noteInput(); // attract mode waits from now on
+        effect.noteInput(); // starts the wait for attract mode
     }
 
     get isContextLost(): boolean {
         return this.contextLost;
     }
 
-    /** Whether another frame is not needed. */
-    get isResting(): boolean {
+    /** True if no further frame is needed. */
+    get isIdle(): boolean {
         return this.view.paused ? !this.stepWanted && this.pausedFrame.isCurrent : this.effect.isIdle;
     }
 
-    /** Starts anew on the canvas' present size: calm water, no ink. */
+    /** Restarts the effect at the wanted canvas size, with flat water and no ink. */
     restart(): void {
         this.passSettings();
         this.stage.restart();
-        this.noteStart();
+        this.afterRestart();
     }
 
-    /** Notes input that is no touch: the next frame is drawn, and attract mode waits anew. */
+    /** Reports input other than a touch. Requests a frame and restarts the wait for attract mode. */
     noteInput(): void {
         this.effect.noteInput();
         this.attractTimer.restart();
         this.loop.wake();
     }
 
-    /** Draws one frame, paused. */
+    /** Pauses and draws one frame. */
     step(): void {
         this.needContext();
         this.view.paused = true;
@@ -106,9 +107,10 @@ export class Player {
         this.loop.wake();
     }
 
-    picturesChanged(): void {
+    /** Shows changed backgrounds. */
+    onBackgroundsChanged(): void {
         if (!this.contextLost) {
-            this.stage.uploadPictures();
+            this.stage.uploadBackgrounds();
         }
         this.pausedFrame.drop();
         this.noteInput();
@@ -124,7 +126,7 @@ export class Player {
         this.takeRecording();
     }
 
-    /** Plays a gesture script from a fresh start; returns the fault of the script, or "". */
+    /** Restarts the effect and replays a gesture script. Returns the fault of the script, or "". */
     replay(script: string, name: string): string {
         this.needContext();
         const fault = this.effect.readScript(script, name);
@@ -145,21 +147,21 @@ export class Player {
         ++this.contexts;
         this.effect.regainContext();
         if (this.stage.hasWantedSize) {
-            this.stage.uploadPictures(); // those that came meanwhile
-            this.noteStart();
+            this.stage.uploadBackgrounds(); // they may have changed meanwhile
+            this.afterRestart();
         } else {
             this.restart();
         }
     }
 
-    /** Throws in words for the visitor while the context is lost. */
+    /** Throws an Error with a message for the user if the context is lost. */
     needContext(): void {
         if (this.contextLost) {
-            throw new Error("the GL context is lost: not until it is back");
+            throw new Error("the GL context is lost: try again after it is restored");
         }
     }
 
-    /** The touches of a pause are dropped, and a stroke that begins in one never lays ink. */
+    /** Passes a touch to the effect. Drops touches during a pause, so a stroke that begins in a pause draws no ink. */
     private touch(pass: () => void): void {
         if (!this.view.paused) {
             pass();
@@ -179,11 +181,11 @@ export class Player {
         this.finishRecording();
         this.stage.useAllPixels();
         start();
-        this.noteStart();
+        this.afterRestart();
     }
 
-    /** Forgets what the page knows of an effect that has started anew. */
-    private noteStart(): void {
+    /** Resets the state that belongs to the effect's last run. */
+    private afterRestart(): void {
         this.takeRecording();
         this.probe.watch(this.stage.size);
         this.pausedFrame.drop();
@@ -216,13 +218,13 @@ export class Player {
         if (this.maySizeChange && !this.stage.hasWantedSize) {
             this.restart();
         }
-        return !this.loop.isRunning && !this.isResting;
+        return !this.loop.isRunning && !this.isIdle;
     }
 
-    /** A start with fewer or more pixels takes no ink away, and no picture of a film. */
+    /** True if a restart at another size goes unnoticed: it removes no ink and interrupts no film. */
     private get maySizeChange(): boolean {
-        const nobodySees = this.isResting || this.effect.qualityPhase === "searching";
-        return nobodySees && !this.view.paused && !this.filming && !this.effect.mayShowInk;
+        const isUnnoticed = this.isIdle || this.effect.qualityPhase === "searching";
+        return isUnnoticed && !this.view.paused && !this.filming && !this.effect.mayShowInk;
     }
 
     private dueFrames(now: number): number[] {
@@ -230,18 +232,19 @@ export class Player {
             return this.dueFramesOfPause();
         }
         this.pausedFrame.drop();
-        this.passSettings(); // the time scale counts from now on
+        this.passSettings(); // the time scale must be set before takeDueFrames
         return this.effect.takeDueFrames(now);
     }
 
     /**
-     * Returns a step, or the same moment in the settings of now. The water stands then; ink that flows moves on by one
-     * frame, since the library draws and moves it at once. Of a gesture each frame is a step, because it counts frames.
+     * Returns the duration of the frame that a pause must draw: a whole frame for a step, 0 to show changed settings.
+     * The water does not move in 0 ms. Ink does move by one frame, because the library moves ink whenever it draws.
+     * During a recording or replay every frame is a step, because gestures count frames.
      */
     private dueFramesOfPause(): number[] {
         const stepped = this.stepWanted;
         this.stepWanted = false;
-        const shown = this.pausedFrame.isCurrent && this.hasShownSettings && (this.probe.saw || !this.hasOverlay);
+        const shown = this.pausedFrame.isCurrent && this.areSettingsPassed && (this.probe.hasFrame || !this.hasOverlay);
         if (shown && !stepped) {
             return [];
         }
@@ -275,34 +278,34 @@ export class Player {
 
     private draw(elapsed: number): void {
         if (this.hasOverlay) {
-            this.probe.see(() => this.effect.frame(elapsed));
+            this.probe.observe(() => this.effect.frame(elapsed));
         } else {
             this.probe.forget();
             this.effect.frame(elapsed);
         }
     }
 
-    private get hasShownSettings(): boolean {
-        return String(numbersOf(this.settings)) === this.shownSettings;
+    private get areSettingsPassed(): boolean {
+        return String(numbersOf(this.settings)) === this.passedSettings;
     }
 
     /** Settings reach the effect only when they have changed. */
     private passSettings(): void {
-        if (this.hasShownSettings) {
+        if (this.areSettingsPassed) {
             return;
         }
-        if (this.settings.waterOnly !== this.shownWaterOnly) {
-            this.shownWaterOnly = this.settings.waterOnly;
-            this.probe.watch(this.stage.size); // the effect starts anew
+        if (this.settings.waterOnly !== this.passedWaterOnly) {
+            this.passedWaterOnly = this.settings.waterOnly;
+            this.probe.watch(this.stage.size); // the effect restarts
         }
-        this.shownSettings = String(numbersOf(this.settings));
+        this.passedSettings = String(numbersOf(this.settings));
         this.effect.settings = this.settings;
     }
 
-    /** A script may set ink and background, and ends. */
+    /** Copies the settings that a script has changed, and reports the end of the replay. */
     private followScript(): void {
         Object.assign(this.settings, this.effect.settings);
-        this.shownSettings = String(numbersOf(this.settings));
+        this.passedSettings = String(numbersOf(this.settings));
         this.onSettings();
         if (!this.effect.isReplaying) {
             this.onReplayEnd();

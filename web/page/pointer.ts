@@ -1,10 +1,10 @@
-// The first pointer that goes down, whatever its kind, as the effect's finger.
+// Passes one pointer to the effect: the first mouse, pen or finger that is pressed.
 
 export interface PointerOwner {
     press(x: number, y: number, pressure: number): void;
     move(x: number, y: number, pressure: number): void;
     lift(how: "up" | "cancel", x: number, y: number): void;
-    /** Returns the pressure of a pointer that measures none. */
+    /** Returns the pressure for a pointer that does not measure it. */
     pressure(): number;
 }
 
@@ -42,30 +42,30 @@ export class Pointer {
         }
         this.id = event.pointerId;
         this.canvas.setPointerCapture(event.pointerId);
-        this.owner.press(...this.place(event), this.pressureOf(event));
+        this.owner.press(...this.position(event), this.pressureOf(event));
     }
 
     private move(event: PointerEvent): void {
         if (event.pointerId !== this.id) {
             return;
         }
-        // With another button held as well, the first button comes up in a move.
+        // If another button is held too, the browser reports the release of the first button as a move.
         if ((event.buttons & 1) === 0) {
             this.end(event, "up");
         } else {
-            this.owner.move(...this.place(event), this.pressureOf(event));
+            this.owner.move(...this.position(event), this.pressureOf(event));
         }
     }
 
     private end(event: PointerEvent, how: "up" | "cancel"): void {
         if (event.pointerId === this.id) {
             this.id = null;
-            this.owner.lift(how, ...this.place(event));
+            this.owner.lift(how, ...this.position(event));
         }
     }
 
-    /** Returns the pointer's place in pixels of the canvas. */
-    private place(event: PointerEvent): [number, number] {
+    /** Returns the position of the pointer in canvas pixels. */
+    private position(event: PointerEvent): [number, number] {
         const box = this.canvas.getBoundingClientRect();
         return [
             ((event.clientX - box.left) / box.width) * this.canvas.width,
@@ -73,7 +73,10 @@ export class Pointer {
         ];
     }
 
-    /** A mouse reports 0.5 for a pressed button; a finger on a screen without the sensor may report 0 or 1. */
+    /**
+     * Returns the measured pressure, or the pressure of the settings. A mouse always reports 0.5. A touch screen without
+     * a sensor may report 0 or 1.
+     */
     private pressureOf(event: PointerEvent): number {
         const measured = event.pointerType === "pen" || (event.pressure > 0 && event.pressure < 1);
         return event.pointerType !== "mouse" && measured ? event.pressure : this.owner.pressure();

@@ -1,20 +1,20 @@
-// How settings are chosen, saved and shared.
+// Chooses, saves, renames, removes and shares presets.
 
 import { defaultSettings, type Settings } from "../../build/web/settings";
-import { download, freshName } from "./files";
+import { download, uniqueName } from "./files";
 import { linkOf, presetInLink } from "./links";
-import { hasKeys, say } from "./notice";
 import type { Player } from "./player";
-import { addPreset, allPresets, isSame, named, presetName, removePreset, writePreset } from "./presets";
+import { addPreset, allPresets, isSame, findPreset, presetName, removePreset, writePreset } from "./presets";
 import type { Preset, PresetList } from "./presets";
+import { hasKeys, showToast } from "./toast";
 
-/** Letters of a preset's name: longer ones do not fit the list. */
-const longestName = 40;
+/** Maximum length of a preset's name in characters. Longer names do not fit the list. */
+const maxNameLength = 40;
 
 export class PresetChooser {
     /** Called when the settings have changed. */
     onChange = () => {};
-    /** The preset before the visitor changed its settings. */
+    /** Preset that was chosen last, without the changes that the user has made since. */
     private chosen: Preset;
     private seed = Math.floor(Math.random() * 2 ** 32);
 
@@ -22,37 +22,39 @@ export class PresetChooser {
         private readonly player: Player,
         readonly presets: PresetList,
     ) {
-        this.chosen = { name: "the first look", settings: defaultSettings };
+        this.chosen = { name: "default", settings: defaultSettings };
     }
 
-    /** Name of the preset in force, with a mark if the visitor has changed it. */
+    /** Name of the current preset, with " *" if the user has changed its settings. */
     get name(): string {
         const isShown = (preset: Preset) => isSame(preset.settings, this.player.settings);
         const same = isShown(this.chosen) ? this.chosen : this.all.find(isShown);
         return same?.name ?? `${this.chosen.name} *`;
     }
 
-    /** The names to choose from. */
+    /** Names of all presets. */
     get names(): string[] {
         return this.all.map((preset) => preset.name);
     }
 
+    /** Applies settings. */
     show(settings: Settings): void {
         Object.assign(this.player.settings, structuredClone(settings));
         this.onChange();
         this.player.noteInput();
     }
 
-    takeUp(preset: Preset): void {
+    /** Makes a preset the current one. */
+    select(preset: Preset): void {
         this.chosen = preset;
         this.show(preset.settings);
     }
 
     choose(name: string): void {
-        const preset = named(this.all, name);
+        const preset = findPreset(this.all, name);
         if (preset) {
-            this.takeUp(preset);
-            say(preset.name);
+            this.select(preset);
+            showToast(preset.name);
         }
     }
 
@@ -61,85 +63,86 @@ export class PresetChooser {
         this.choose(this.names[(at + 1) % this.names.length] ?? "");
     }
 
-    /** The preset as it was before anything was changed on it. */
+    /** Applies the current preset again, without changes. */
     reset(): void {
         this.show(this.chosen.settings);
-        say(`${this.chosen.name}, as it was`);
+        showToast(`${this.chosen.name}, without changes`);
     }
 
     random(): void {
         this.show(this.player.effect.randomSettings(this.seed++));
-        say(`a look by chance${hasKeys ? "; P saves it" : ""}`);
+        showToast(`random settings${hasKeys ? "; P saves them as a preset" : ""}`);
     }
 
-    takeInkOfBackground(): void {
+    /** Chooses an ink that stands out from the background. */
+    chooseContrastingInk(): void {
         this.show({ ...this.player.settings, ink: this.player.effect.inkAgainstBackground() });
-        say("an ink that stands out from the picture");
+        showToast("ink that stands out from the background");
     }
 
-    turn(name: "secondBackground" | "waterOnly"): void {
+    toggle(name: "secondBackground" | "waterOnly"): void {
         this.show({ ...this.player.settings, [name]: !this.player.settings[name] });
     }
 
     save(): void {
-        const name = freshName("look", "");
+        const name = uniqueName("preset", "");
         this.chosen = addPreset(this.presets, name, this.player.settings);
         download(writePreset(this.player.settings), `${name}.json`);
         this.onChange();
-        say(`saved ${name}.json, and in the list of presets`);
+        showToast(`saved ${name}.json and added it to the list of presets`);
     }
 
-    /** Another name for the shown preset of the visitor's own. */
+    /** Asks for a new name for the current preset, which must be a saved one. */
     rename(): void {
         const { own } = this.presets;
         const preset = this.ownPreset();
-        const given = prompt("The preset's name", preset.name) ?? "";
-        const name = presetName(given, this.player.effect).trim().slice(0, longestName);
+        const given = prompt("New name of the preset", preset.name) ?? "";
+        const name = presetName(given, this.player.effect).trim().slice(0, maxNameLength);
         if (!name || name === preset.name) {
             return;
         }
-        if (named(own, name)) {
-            throw new Error(`there is a preset ${name} already`);
+        if (findPreset(own, name)) {
+            throw new Error(`a preset named ${name} already exists: choose another name`);
         }
         removePreset(this.presets, preset.name, this.player.effect);
         this.chosen = addPreset(this.presets, name, preset.settings);
         this.onChange();
-        say(name);
+        showToast(name);
     }
 
-    /** Its look stays until another is chosen. */
+    /** Removes the current preset, which must be a saved one. Its settings stay until another preset is chosen. */
     remove(): void {
         const { name } = this.ownPreset();
         removePreset(this.presets, name, this.player.effect);
         this.onChange();
-        say(`removed ${name}; its look can be saved again`);
+        showToast(`removed ${name}; its settings stay until you choose another preset`);
     }
 
     async share(): Promise<void> {
         const link = linkOf(this.player.settings, location.href);
         history.replaceState(null, "", link);
         if (navigator.share && /^https?:/.test(link)) {
-            await navigator.share({ title: document.title, url: link }).catch(() => {}); // the visitor changed their mind
+            await navigator.share({ title: document.title, url: link }).catch(() => {}); // the user cancelled
             return;
         }
-        // Only a page from disk or from a secure server has a clipboard.
+        // The clipboard is missing on a page from an insecure server.
         const copied = navigator.clipboard?.writeText(link).then(
             () => true,
             () => false,
         );
-        say((await copied) ? "the link to this look is copied" : "the page's address now carries this look");
+        showToast((await copied) ? "copied a link to these settings" : "the page's address is now a link to these settings");
     }
 
-    /** The look that came with the page's address, if one did. */
+    /** Applies the preset in the page's address, if there is one. */
     readLink(): void {
         const text = presetInLink(location.hash);
         if (text === undefined) {
             return;
         }
         try {
-            this.takeUp({ name: "the look of the link", settings: this.player.effect.readPreset(text) });
+            this.select({ name: "settings of the link", settings: this.player.effect.readPreset(text) });
         } catch (error) {
-            throw new Error(`the look in this link: ${(error as Error).message}`);
+            throw new Error(`cannot read the settings in this link: ${(error as Error).message}`);
         }
     }
 
@@ -147,10 +150,11 @@ export class PresetChooser {
         return allPresets(this.presets);
     }
 
+    /** Returns the current preset. Throws if it is not a saved one. */
     private ownPreset(): Preset {
-        const own = named(this.presets.own, this.chosen.name);
+        const own = findPreset(this.presets.own, this.chosen.name);
         if (!own) {
-            throw new Error(`${this.chosen.name} is no preset of your own`);
+            throw new Error(`${this.chosen.name} is not a preset that you saved`);
         }
         return own;
     }

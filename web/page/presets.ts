@@ -1,4 +1,4 @@
-// The presets: those that ship, and those that the visitor saved.
+// Lists of presets: shipped presets, and presets that the user saved in the browser's storage.
 
 import { numbersOf, type Settings } from "../../build/web/settings";
 import type { Effect } from "./effect";
@@ -14,11 +14,11 @@ export interface Preset {
 
 export interface PresetList {
     shipped: Preset[];
-    /** The visitor's. One with a shipped preset's name stands in its place. */
+    /** Saved by the user. A saved preset replaces a shipped preset with the same name. */
     own: Preset[];
 }
 
-/** calm_pond.json is "calm pond". */
+/** Returns the name of a preset file: "calm pond" for calm_pond.json. */
 export function presetName(file: string, effect: Effect): string {
     return effect.presetName(file.replace(/\.json$/i, ""));
 }
@@ -27,21 +27,21 @@ export function loadPresets(effect: Effect): PresetList {
     return { shipped: presetsOf(PRESETS, effect), own: presetsOf(readSaved(), effect) };
 }
 
-/** Returns a preset's text, as `Effect.readPreset` reads it. */
+/** Returns the text of a preset file for `Effect.readPreset`. */
 export function writePreset(settings: Settings): string {
     return JSON.stringify(settings, null, 4) + "\n";
 }
 
 export function allPresets({ shipped, own }: PresetList): Preset[] {
-    const added = own.filter((preset) => !named(shipped, preset.name));
-    return [...shipped.map((preset) => named(own, preset.name) ?? preset), ...added];
+    const added = own.filter((preset) => !findPreset(shipped, preset.name));
+    return [...shipped.map((preset) => findPreset(own, preset.name) ?? preset), ...added];
 }
 
-export function named(presets: Preset[], name: string): Preset | undefined {
+export function findPreset(presets: Preset[], name: string): Preset | undefined {
     return presets.find((preset) => preset.name === name);
 }
 
-/** Lists a preset, also the next time the page is opened. */
+/** Adds a preset to the list and to the browser's storage. */
 export function addPreset(list: PresetList, name: string, settings: Settings): Preset {
     const added = { name, settings: structuredClone(settings) };
     list.own = [...list.own.filter((preset) => preset.name !== name), added];
@@ -54,8 +54,8 @@ export function removePreset(list: PresetList, name: string, effect: Effect): vo
     changeSaved((saved) => Object.fromEntries(Object.entries(saved).filter(([file]) => presetName(file, effect) !== name)));
 }
 
-export function isSame(one: Settings, other: Settings): boolean {
-    return String(numbersOf(one)) === String(numbersOf(other));
+export function isSame(a: Settings, b: Settings): boolean {
+    return String(numbersOf(a)) === String(numbersOf(b));
 }
 
 function presetsOf(texts: Record<string, string>, effect: Effect): Preset[] {
@@ -63,7 +63,7 @@ function presetsOf(texts: Record<string, string>, effect: Effect): Preset[] {
         try {
             return [{ name: presetName(file, effect), settings: effect.readPreset(text) }];
         } catch {
-            return []; // a page of another time saved it, which had other settings
+            return []; // saved by another version of the page with other settings
         }
     });
 }
@@ -72,7 +72,7 @@ function readSaved(): Record<string, string> {
     try {
         return JSON.parse(localStorage.getItem(storageName) ?? "{}") as Record<string, string>;
     } catch {
-        return {}; // storage may be forbidden
+        return {}; // the browser forbids storage
     }
 }
 
@@ -80,6 +80,6 @@ function changeSaved(change: (saved: Record<string, string>) => Record<string, s
     try {
         localStorage.setItem(storageName, JSON.stringify(change(readSaved())));
     } catch {
-        // Then the change lasts as long as the page is open.
+        // Without storage, the change lasts until the page is closed.
     }
 }

@@ -1,25 +1,25 @@
-// The canvas and its size in pixels.
+// Size of the canvas in pixels, and its GL context.
 
 import type { Size } from "./effect";
 
-/** More pixels than these cost a phone its frame rate and show no more of the water. */
-const mostPixels = 1080 * 1920;
-/** The flow needs twelve pixels a cell, and a few cells. */
-const fewest = 48;
+/** Maximum number of pixels. More pixels slow a phone down and show no more detail of the water. */
+const maxPixels = 1080 * 1920;
+/** Minimum side in pixels: four velocity cells of twelve pixels. */
+const minSide = 48;
 
-/** `part` of the pixels that there are along a side. */
+/** Returns the size of the canvas in pixels. `part` is the ratio of rendered pixels to screen pixels along a side. */
 export function pixelSize(canvas: HTMLCanvasElement, part: number): Size {
     const { clientWidth, clientHeight } = canvas;
     const ratio = Math.max(window.devicePixelRatio || 1, 0.1);
     const area = Math.max(clientWidth * clientHeight, 1) * ratio * ratio;
-    const scale = part * ratio * Math.min(1, Math.sqrt(mostPixels / area));
+    const scale = part * ratio * Math.min(1, Math.sqrt(maxPixels / area));
     return {
-        width: Math.max(fewest, Math.round(clientWidth * scale)),
-        height: Math.max(fewest, Math.round(clientHeight * scale)),
+        width: Math.max(minSide, Math.round(clientWidth * scale)),
+        height: Math.max(minSide, Math.round(clientHeight * scale)),
     };
 }
 
-/** Calls where the display's pixels become smaller or larger, by zooming or on another screen. */
+/** Calls `call` after each change of the device pixel ratio, for example by zoom or on another screen. */
 export function onPixelRatio(call: () => void): void {
     const unchanged = matchMedia(`(resolution: ${devicePixelRatio}dppx)`);
     const changed = () => {
@@ -29,7 +29,7 @@ export function onPixelRatio(call: () => void): void {
     unchanged.addEventListener("change", changed, { once: true });
 }
 
-/** Null where the browser has no WebGL. What GL draws covers the screen, so nothing but colour is asked for. */
+/** Returns the GL context, or null if the browser has no WebGL. The effect needs only a colour buffer. */
 export function openContext(canvas: HTMLCanvasElement): WebGLRenderingContext | null {
     return canvas.getContext("webgl", {
         alpha: false,

@@ -1,15 +1,14 @@
-// The canvas in its size in pixels, with the backgrounds in that size.
+// Keeps the canvas and the backgrounds at the wanted size in pixels.
 
+import { defaultBackgrounds, croppedPixels } from "./backgrounds";
 import type { Effect, Size } from "./effect";
-import { firstPictures, pixelsOf } from "./pictures";
 import { onPixelRatio, pixelSize } from "./screen";
 
-/** Milliseconds for which a canvas keeps its size before the effect starts anew: while a window is dragged larger there
- * are many sizes. */
-const resizeRest = 150;
+/** Milliseconds from the last change of size to the restart. A window that is being resized changes size many times. */
+const resizeDelay = 150;
 
 export class Stage {
-    readonly pictures = firstPictures();
+    readonly backgrounds = defaultBackgrounds();
     private current: Size = { width: 0, height: 0 };
 
     constructor(
@@ -20,7 +19,7 @@ export class Stage {
         let timer = 0;
         const follow = () => {
             clearTimeout(timer);
-            timer = window.setTimeout(onResize, resizeRest);
+            timer = window.setTimeout(onResize, resizeDelay);
         };
         new ResizeObserver(follow).observe(canvas);
         onPixelRatio(follow);
@@ -30,49 +29,49 @@ export class Stage {
         return this.current;
     }
 
-    /** Whether the canvas has the size that it should have by its box and the quality. */
+    /** True if the canvas has the size that its CSS box and the quality require. */
     get hasWantedSize(): boolean {
         return isSame(this.wantedSize, this.current);
     }
 
-    /** Starts the effect anew in the size that the canvas should have. */
+    /** Restarts the effect at the wanted size. */
     restart(): void {
-        this.takeSize(this.wantedSize);
+        this.applySize(this.wantedSize);
     }
 
-    /** Gives a gesture all of the pixels, so that it is the same on every machine. */
+    /** Restores the full size, so that a gesture gives the same result on every machine. */
     useAllPixels(): void {
-        if (!isSame(this.wholeSize, this.current)) {
-            this.takeSize(this.wholeSize);
+        if (!isSame(this.fullSize, this.current)) {
+            this.applySize(this.fullSize);
         }
     }
 
-    uploadPictures(): void {
-        const { sources } = this.pictures;
+    uploadBackgrounds(): void {
+        const { sources } = this.backgrounds;
         this.effect.setBackgrounds(
-            pixelsOf(sources[0], this.current, this.wholeSize),
-            pixelsOf(sources[1], this.current, this.wholeSize),
+            croppedPixels(sources[0], this.current, this.fullSize),
+            croppedPixels(sources[1], this.current, this.fullSize),
         );
     }
 
-    private get wholeSize(): Size {
+    private get fullSize(): Size {
         return pixelSize(this.canvas, 1);
     }
 
     private get wantedSize(): Size {
         const { effect, canvas } = this;
-        return effect.isRecording || effect.isReplaying ? this.wholeSize : pixelSize(canvas, effect.quality.pixels);
+        return effect.isRecording || effect.isReplaying ? this.fullSize : pixelSize(canvas, effect.quality.pixels);
     }
 
-    private takeSize(size: Size): void {
+    private applySize(size: Size): void {
         this.current = size;
         this.canvas.width = size.width;
         this.canvas.height = size.height;
-        this.uploadPictures();
+        this.uploadBackgrounds();
         this.effect.restart(size);
     }
 }
 
-function isSame(one: Size, other: Size): boolean {
-    return one.width === other.width && one.height === other.height;
+function isSame(a: Size, b: Size): boolean {
+    return a.width === b.width && a.height === b.height;
 }

@@ -1,50 +1,50 @@
-// What the page's tests and benchmarks see and do beyond what a visitor can.
+// Functions for the page's tests and benchmarks, as `window.velmora`.
 
 import type { Settings } from "../../build/web/settings";
 import type { Size } from "./effect";
 import type { VelocityField } from "./effect_probe";
+import type { FileImporter } from "./file_importer";
+import { qualityLabel } from "./frame_time_chart";
 import type { FrameTime } from "./frame_times";
-import type { Incoming } from "./incoming";
 import type { Player } from "./player";
-import { qualityLabel } from "./times";
 
 export interface TestHook {
-    /** The settings in force from the next frame on. */
+    /** Settings from the next frame on. */
     readonly settings: Settings;
     readonly view: Player["view"];
     readonly gl: WebGLRenderingContext;
-    /** Since the page was opened. */
+    /** Counts since the page was opened. */
     counts(): { animationFrames: number; frames: number; contexts: number };
     screen(): Size;
-    /** No frame is needed, and none is asked for. */
-    isResting(): boolean;
+    /** Returns true if no frame is needed and none is requested. */
+    isIdle(): boolean;
     isWaterIdle(): boolean;
     isContextLost(): boolean;
     isRecording(): boolean;
     isReplaying(): boolean;
     attractMode(): { on: boolean; runs: boolean };
     quality(): { phase: string; level: number; label: string };
-    /** Keeps a level of quality, of which 0 is all detail. */
+    /** Fixes the quality at a level; 0 is all detail. */
     fixQuality(level: number): void;
-    /** The water's heights and velocities. */
+    /** Returns the memory of the water's heights, then of its velocities. */
     waterBytes(): Uint8Array;
-    /** The velocities of the last frame that an overlay showed. */
+    /** Returns the velocities of the last frame with an overlay. */
     velocity(): VelocityField;
     frameTimes(): readonly FrameTime[];
-    /** Length of the module's table of textures. */
+    /** Returns the length of the module's table of texture names. */
     textureNames(): number;
-    /** Calls `call` after each frame with the frame's milliseconds, until the returned function is called. */
+    /** Calls `call` after each frame with its duration in milliseconds. Returns a function that ends the calls. */
     onFrame(call: (elapsed: number) => void): () => void;
-    /** Settles once the files that were dropped or pasted are taken. */
-    filesTaken(): Promise<unknown>;
-    /** As a key does: the next frame is drawn. */
+    /** Settles once all dropped and pasted files are imported. */
+    filesImported(): Promise<unknown>;
+    /** Reports input, as a key press does. Requests a frame. */
     noteInput(): void;
     press(x: number, y: number, pressure: number): void;
     move(x: number, y: number, pressure: number): void;
     lift(): void;
     restart(): void;
     startRecording(): void;
-    /** Plays a gesture script; returns its fault. */
+    /** Replays a gesture script. Returns its fault, or "". */
     replay(script: string, name: string): string;
 }
 
@@ -54,7 +54,7 @@ declare global {
     }
 }
 
-export function offerTestHook(player: Player, incoming: Incoming): void {
+export function installTestHook(player: Player, importer: FileImporter): void {
     const { effect, stage, loop } = player;
     window.velmora = {
         settings: player.settings,
@@ -62,7 +62,7 @@ export function offerTestHook(player: Player, incoming: Incoming): void {
         gl: effect.gl,
         counts: () => ({ animationFrames: loop.count, frames: player.frames, contexts: player.contexts }),
         screen: () => stage.size,
-        isResting: () => !loop.isRunning && player.isResting,
+        isIdle: () => !loop.isRunning && player.isIdle,
         isWaterIdle: () => effect.isWaterIdle,
         isContextLost: () => player.isContextLost,
         isRecording: () => effect.isRecording,
@@ -78,7 +78,7 @@ export function offerTestHook(player: Player, incoming: Incoming): void {
             player.afterFrame.add(call);
             return () => player.afterFrame.delete(call);
         },
-        filesTaken: () => incoming.settled,
+        filesImported: () => importer.settled,
         noteInput: () => player.noteInput(),
         press: (...touch) => (effect.press(...touch), loop.wake()),
         move: (...touch) => (effect.move(...touch), loop.wake()),

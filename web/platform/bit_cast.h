@@ -1,6 +1,7 @@
 #pragma once
 
-// std::bit_cast for Emscripten's C++ library, which lacks it; the compiler does not. Included before every source.
+// Defines std::bit_cast, which Emscripten's C++ library lacks. The toolchain file includes this header before every
+// source.
 
 #include <bit>
 

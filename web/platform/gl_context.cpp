@@ -2,12 +2,13 @@
 
 #include "hostkit/host_error.h"
 
-// The page makes the canvas and its context; a host of its own off-screen context has none here.
+// The page creates the canvas and its GL context, so off-screen contexts are not supported.
 
 namespace hostkit {
 
 GlContext::GlContext(int, int) {
-    throw HostError("a page has no context but its canvas'");
+    throw HostError(
+        "off-screen GL contexts are not supported on a web page: draw on the page's canvas");
 }
 GlContext::~GlContext() = default;
 

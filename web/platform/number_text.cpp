@@ -4,7 +4,7 @@
 #include <cstdlib>
 #include <cstring>
 
-// Numbers as text for Emscripten's C++ library, whose <charconv> knows only integers.
+// Converts numbers from and to text, because <charconv> of Emscripten's C++ library supports only integers.
 
 namespace hostkit {
 namespace {
@@ -37,13 +37,13 @@ std::to_chars_result writeShortest(char* first, char* last, Number value, int ma
 std::from_chars_result readNumber(const char* first, const char* last, double& value) {
     char text[64];
     const auto length = static_cast<std::size_t>(last - first);
-    // strtod also takes blanks, plus signs and names, which from_chars rejects.
+    // strtod also accepts leading blanks, plus signs and names such as "inf", which from_chars rejects.
     if (length == 0 || length >= sizeof text || std::strspn(first, "-.0123456789") == 0) {
         return {first, std::errc::invalid_argument};
     }
     std::memcpy(text, first, length);
     text[length] = '\0';
-    if (std::strpbrk(text, "xXpP") != nullptr) {  // hexadecimal digits
+    if (std::strpbrk(text, "xXpP") != nullptr) {  // strtod also accepts hexadecimal numbers
         return {first, std::errc::invalid_argument};
     }
     char* end = nullptr;
@@ -57,7 +57,7 @@ std::from_chars_result readNumber(const char* first, const char* last, float& va
     if (result.ec == std::errc{}) {
         char text[64] = {};
         std::memcpy(text, first, static_cast<std::size_t>(result.ptr - first));
-        value = std::strtof(text, nullptr);  // rounds once
+        value = std::strtof(text, nullptr);  // a conversion through double would round twice
     }
     return result;
 }

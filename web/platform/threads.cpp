@@ -1,13 +1,13 @@
 #include <pthread.h>
 
-// Threads for a page: shared memory asks for headers that a file opened from disk does not have.
-// A worker's step runs when the worker is created. The library's step works from a copy of what it
-// needs, so the bytes are those of a worker that runs beside the frame.
+// Replaces threads on the page. Real threads need shared memory, which a browser allows only with certain HTTP headers.
+// A file from disk has no headers. The worker's function runs inside pthread_create. The library's worker uses a copy
+// of its input, so the result is the same as with a real thread.
 
 int pthread_create(pthread_t* thread, const pthread_attr_t*, void* (*entry)(void*),
                    void* argument) {
     entry(argument);
-    *thread = reinterpret_cast<pthread_t>(thread);  // any handle but none
+    *thread = reinterpret_cast<pthread_t>(thread);  // any handle except null
     return 0;
 }
 

@@ -10,7 +10,7 @@
 namespace web {
 namespace {
 
-/// Returns the parts, texts of any kind, one after another.
+/// Returns the concatenated strings.
 template <class... Parts>
 std::string joined(const Parts&... parts) {
     std::string text;
@@ -47,12 +47,12 @@ std::string valueText(Value value) {
     }
 }
 
-/// Calls `write` with each field and its place among the numbers; returns the number of fields.
+/// Calls `write` with each field and its index in the array of numbers. Returns the number of fields.
 template <class Write>
-int forEachPlace(Write write) {
-    int place = 0;
-    app::forEachField([&](const auto& field) { write(field, place++); });
-    return place;
+int forEachIndex(Write write) {
+    int index = 0;
+    app::forEachField([&](const auto& field) { write(field, index++); });
+    return index;
 }
 
 template <class Value>
@@ -71,11 +71,11 @@ std::string fieldText(const app::SettingField<Value>& field) {
 
 std::string types() {
     std::string members, numbers, switches;
-    forEachPlace([&]<class Value>(const app::SettingField<Value>& field, int) {
+    forEachIndex([&]<class Value>(const app::SettingField<Value>& field, int) {
         members += joined("    ", field.name, isSwitch<Value> ? ": boolean;\n" : ": number;\n");
         (isSwitch<Value> ? switches : numbers) += joined(" | ", literal(field.name));
     });
-    return joined(R"(/** Red, green, blue, 0 to 1. */
+    return joined(R"(/** Red, green and blue, 0 to 1. */
 export type Ink = [number, number, number];
 
 export interface Settings {
@@ -85,7 +85,7 @@ export interface Settings {
 
 interface Field {
     label: string;
-    /** The panel's heading for the setting. */
+    /** Heading of the setting in the panel. */
     group: "Water" | "Light" | "Ink";
     hint: string;
 }
@@ -105,10 +105,10 @@ export interface SwitchField extends Field {
 std::string conversions() {
     std::string toNumbers, toSettings;
     const int count =
-        forEachPlace([&]<class Value>(const app::SettingField<Value>& field, int place) {
+        forEachIndex([&]<class Value>(const app::SettingField<Value>& field, int index) {
             const std::string value = joined("settings.", field.name);
             toNumbers += isSwitch<Value> ? joined("Number(", value, "), ") : joined(value, ", ");
-            toSettings += joined("        ", field.name, ": numbers[", std::to_string(place),
+            toSettings += joined("        ", field.name, ": numbers[", std::to_string(index),
                                  isSwitch<Value> ? "]! !== 0,\n" : "]!,\n");
         });
     std::string ink;
@@ -122,7 +122,7 @@ std::string conversions() {
         R"(...settings.ink];
 }
 
-/** Takes `settingCount` numbers. */
+/** Returns the settings of an array of `settingCount` numbers. */
 export function settingsOf(numbers: ArrayLike<number>): Settings {
     return {
 )",
@@ -132,7 +132,7 @@ export function settingsOf(numbers: ArrayLike<number>): Settings {
 std::string defaults() {
     const app::Settings settings;
     std::string members;
-    forEachPlace([&](const auto& field, int) {
+    forEachIndex([&](const auto& field, int) {
         members += joined("    ", field.name, ": ", valueText(settings.*field.member), ",\n");
     });
     return joined("export const defaultSettings: Settings = {\n", members,
@@ -141,7 +141,7 @@ std::string defaults() {
 
 std::string fields() {
     std::string all;
-    forEachPlace([&](const auto& field, int) { all += fieldText(field); });
+    forEachIndex([&](const auto& field, int) { all += fieldText(field); });
     return joined("export const settingFields: readonly (NumberField | SwitchField)[] = [\n", all,
                   "];\n\n");
 }
@@ -152,7 +152,7 @@ std::string palette() {
         inks += joined("    ", literal(ink.name), ": ", inkText(ink.color), ",\n");
     }
     return joined(
-        "/** Inks to choose from, by their names. */\n"
+        "/** Inks of the palette by name. */\n"
         "export const inkPalette: Readonly<Record<string, Ink>> = {\n",
         inks, "};\n\n");
 }
@@ -161,23 +161,23 @@ std::string palette() {
 
 std::string literal(std::string_view text) {
     std::string quoted(1, '"');
-    for (const char letter : text) {
-        const auto code = static_cast<unsigned char>(letter);
-        if (letter == '"' || letter == '\\') {
-            quoted.append(1, '\\').append(1, letter);
+    for (const char character : text) {
+        const auto code = static_cast<unsigned char>(character);
+        if (character == '"' || character == '\\') {
+            quoted.append(1, '\\').append(1, character);
         } else if (code < 0x20) {
             char escape[8];
             std::snprintf(escape, sizeof escape, "\\u%04x", unsigned{code});
             quoted += escape;
         } else {
-            quoted += letter;
+            quoted += character;
         }
     }
     return quoted.append(1, '"');
 }
 
 std::string settingsModule() {
-    return joined("// Written by the build from the table in app/settings.h.\n\n", types(),
+    return joined("// Generated by the build from the table in app/settings.h.\n\n", types(),
                   defaults(), fields(), conversions(), palette(),
                   "export const presetMustBeObject = ", literal(app::presetMustBeObject), ";\n");
 }

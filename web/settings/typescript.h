@@ -5,11 +5,11 @@
 
 namespace web {
 
-/// Returns the text as a string of TypeScript, in quotes.
+/// Returns the text as a quoted TypeScript string literal.
 std::string literal(std::string_view text);
 
-/// Returns the table of settings as a TypeScript module: the types and the table, and functions between settings and
-/// the numbers that the module exchanges with the page.
+/// Returns the table of settings as a TypeScript module: the types, the table, and the conversions between settings and
+/// the array of numbers that the WebAssembly module uses.
 std::string settingsModule();
 
 }  // namespace web

@@ -1,32 +1,32 @@
-// Screenshots, films and recorded gestures, handed to the visitor as files.
+// Saves screenshots, films and recorded gestures as files.
 
-import { download, freshName } from "./files";
-import { attempt, mark, say } from "./notice";
+import { download, uniqueName } from "./files";
 import { blobOf } from "./paused_frame";
 import type { Player } from "./player";
+import { attempt, showBadge, showToast } from "./toast";
 
 const filmTypes = ["video/mp4;codecs=avc1", "video/webm;codecs=vp9", "video/webm"];
 
-export class Keeping {
+export class Capture {
     private recorder: MediaRecorder | null = null;
-    private endRecordingMark = () => {};
-    /** The newest recorded gesture, to be played again. */
+    private hideRecordingBadge = () => {};
+    /** Script of the newest recorded gesture. */
     private gesture = "";
 
     constructor(private readonly player: Player) {
-        player.onRecording = (script) => this.keepRecording(script);
+        player.onRecording = (script) => this.saveRecording(script);
     }
 
     async screenshot(): Promise<void> {
-        const picture = await this.takeScreenshot();
-        if (picture) {
-            const name = freshName("picture", ".png");
-            download(picture, name);
-            say(`saved ${name}`);
+        const image = await this.takeScreenshot();
+        if (image) {
+            const name = uniqueName("screenshot", ".png");
+            download(image, name);
+            showToast(`saved ${name}`);
         }
     }
 
-    switchFilm(): void {
+    toggleFilm(): void {
         if (this.recorder) {
             this.recorder.stop();
         } else {
@@ -34,13 +34,13 @@ export class Keeping {
         }
     }
 
-    switchRecording(): void {
+    toggleRecording(): void {
         if (this.player.effect.isRecording) {
             this.player.finishRecording();
         } else {
             this.player.startRecording();
-            this.endRecordingMark = mark("gesture");
-            say("recording the gesture, from calm water");
+            this.hideRecordingBadge = showBadge("gesture");
+            showToast("recording a gesture from a restart");
         }
     }
 
@@ -50,11 +50,11 @@ export class Keeping {
         if (this.gesture) {
             this.player.replay(this.gesture, "the recording");
         } else {
-            say("nothing has been recorded yet: R records a gesture");
+            showToast("no gesture has been recorded yet: press R to record one");
         }
     }
 
-    /** Returns what the screen shows. */
+    /** Returns the frame on the screen as a PNG. */
     private takeScreenshot(): Promise<Blob | null> {
         const { player } = this;
         player.needContext();
@@ -71,18 +71,18 @@ export class Keeping {
         });
     }
 
-    private keepRecording(script: string): void {
-        this.endRecordingMark();
+    private saveRecording(script: string): void {
+        this.hideRecordingBadge();
         this.gesture = script;
-        const name = freshName("gesture", ".gesture");
+        const name = uniqueName("gesture", ".gesture");
         download(script, name);
-        say(`recorded ${name}; it can be dropped here to be played again`);
+        showToast(`recorded ${name}: drop the file here to replay it`);
     }
 
     private startFilm(): void {
-        const type = window.MediaRecorder && filmTypes.find((one) => MediaRecorder.isTypeSupported(one));
+        const type = window.MediaRecorder && filmTypes.find((each) => MediaRecorder.isTypeSupported(each));
         if (!type) {
-            throw new Error("this browser cannot film a page");
+            throw new Error("this browser cannot record films: it lacks MediaRecorder or a video format");
         }
         const parts: Blob[] = [];
         const stream = this.player.canvas.captureStream(60);
@@ -90,21 +90,21 @@ export class Keeping {
             mimeType: type,
             videoBitsPerSecond: 12e6,
         });
-        const endMark = mark("film");
+        const hideBadge = showBadge("film");
         recorder.ondataavailable = (event) => parts.push(event.data);
         recorder.onstop = () => {
             this.recorder = null;
             stream.getTracks().forEach((track) => track.stop());
             this.player.filming = false;
-            this.player.loop.wake(); // the size may change again
-            endMark();
-            const name = freshName("film", type.startsWith("video/mp4") ? ".mp4" : ".webm");
+            this.player.loop.wake(); // adaptive quality may change the canvas size again
+            hideBadge();
+            const name = uniqueName("film", type.startsWith("video/mp4") ? ".mp4" : ".webm");
             download(new Blob(parts, { type: type.split(";")[0] as string }), name);
-            say(`filmed ${name}`);
+            showToast(`saved ${name}`);
         };
         recorder.start(1000);
         this.recorder = recorder;
         this.player.filming = true;
-        this.player.noteInput(); // the film's first frame
+        this.player.noteInput(); // draws the first frame of the film
     }
 }

@@ -1,17 +1,18 @@
-// How long the newest frames took, as a line and as bars.
+// Shows the durations of the newest frames as a line of text and as bars.
 
 import type { Quality } from "./effect";
 import type { Player } from "./player";
 
-const fullScale = 34; // milliseconds
+/** Height of the chart in milliseconds. */
+const fullScale = 34;
 
-export class Times {
+export class FrameTimeChart {
     readonly element = document.createElement("figure");
     private readonly line = document.createElement("figcaption");
     private readonly canvas = document.createElement("canvas");
 
     constructor(private readonly player: Player) {
-        this.element.className = "times";
+        this.element.className = "frame-times";
         this.canvas.width = 240;
         this.canvas.height = 40;
         this.canvas.setAttribute("aria-hidden", "true");
@@ -26,23 +27,23 @@ export class Times {
         };
         const { width, height } = this.player.stage.size;
         this.line.textContent = newest.some((time) => time.between !== undefined)
-            ? `${(1000 / mean("between")).toFixed(0)} frames/s, ${mean("effect").toFixed(1)} ms of script each, ` +
+            ? `${(1000 / mean("between")).toFixed(0)} frames/s, ${mean("effect").toFixed(1)} ms of script per frame, ` +
               [`${width} × ${height}`, qualityLabel(this.player.effect.quality)].filter(Boolean).join(", ")
             : "";
         this.drawBars();
     }
 
-    /** One a frame; the line is a 60th of a second. */
+    /** Draws one bar a frame, and a line at a 60th of a second. */
     private drawBars(): void {
         const context = this.canvas.getContext("2d") as CanvasRenderingContext2D;
         const { width, height } = this.canvas;
         const style = getComputedStyle(this.element);
         context.clearRect(0, 0, width, height);
-        this.player.times.newest.forEach((time, at) => {
+        this.player.times.newest.forEach((time, index) => {
             const bar = (part: number, color: string) => {
                 context.fillStyle = color;
-                const tall = Math.min(part / fullScale, 1) * height;
-                context.fillRect(2 * at, height - tall, 1.5, tall);
+                const barHeight = Math.min(part / fullScale, 1) * height;
+                context.fillRect(2 * index, height - barHeight, 1.5, barHeight);
             };
             bar(time.between ?? 0, style.getPropertyValue("--edge"));
             bar(time.effect, style.getPropertyValue("--accent"));
@@ -54,8 +55,11 @@ export class Times {
     }
 }
 
-/** Returns the detail that is left out; "" for all of it. */
+/** Returns the reductions of detail as text, or "" if there are none. */
 export function qualityLabel({ cells, pixels }: Quality): string {
-    const lessened = [cells > 1 && `waves drawn at ${Math.round(100 / cells)} %`, pixels < 1 && `screen at ${100 * pixels} %`];
-    return lessened.filter(Boolean).join(", ");
+    const reductions = [
+        cells > 1 && `mesh at ${Math.round(100 / cells)} %`,
+        pixels < 1 && `screen at ${100 * pixels} %`,
+    ];
+    return reductions.filter(Boolean).join(", ");
 }

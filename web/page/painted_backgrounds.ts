@@ -1,11 +1,11 @@
-// Pictures that the page paints itself, for any screen, the same each time.
+// Backgrounds that the page paints for any screen size. Each call paints the same image.
 
 import type { Size } from "./effect";
 
-type Chance = () => number;
+type Random = () => number;
 
-/** Numbers from 0 to 1, the same ones in every run. */
-function makeChance(seed: number): Chance {
+/** Returns a generator of numbers in [0, 1). A seed always gives the same sequence. */
+function makeRandom(seed: number): Random {
     let state = seed;
     return () => {
         state = (Math.imul(state, 1664525) + 1013904223) >>> 0;
@@ -30,8 +30,8 @@ const stoneColors = [
     [12, 36, 36],
 ];
 
-/** Stones that touch but do not cover each other, large ones first. */
-function layStones(chance: Chance, size: Size, unit: number): Stone[] {
+/** Places stones that touch but do not overlap, large ones first. `unit` is the length in pixels that scales them. */
+function placeStones(random: Random, size: Size, unit: number): Stone[] {
     const stones: Stone[] = [];
     const cells = new Map<string, Stone[]>();
     const cell = unit * 0.15;
@@ -46,14 +46,14 @@ function layStones(chance: Chance, size: Size, unit: number): Stone[] {
     };
     const tries = Math.round((size.width * size.height) / (unit * unit)) * 2600;
     for (let at = 0; at < tries; ++at) {
-        const x = (1.1 * chance() - 0.05) * size.width;
-        const y = (1.1 * chance() - 0.05) * size.height;
-        const wish = unit * (0.07 - 0.055 * Math.pow(at / tries, 0.35));
-        const room = Math.min(wish, ...near(x, y).map((one) => Math.hypot(x - one.x, y - one.y) - one.radius));
-        if (room < unit * 0.011) {
+        const x = (1.1 * random() - 0.05) * size.width;
+        const y = (1.1 * random() - 0.05) * size.height;
+        const wanted = unit * (0.07 - 0.055 * Math.pow(at / tries, 0.35));
+        const radius = Math.min(wanted, ...near(x, y).map((each) => Math.hypot(x - each.x, y - each.y) - each.radius));
+        if (radius < unit * 0.011) {
             continue;
         }
-        const stone = { x, y, radius: room };
+        const stone = { x, y, radius };
         stones.push(stone);
         const key = `${Math.floor(x / cell)},${Math.floor(y / cell)}`;
         cells.set(key, [...(cells.get(key) ?? []), stone]);
@@ -61,10 +61,10 @@ function layStones(chance: Chance, size: Size, unit: number): Stone[] {
     return stones;
 }
 
-/** An uneven round outline. */
-function outline(context: CanvasRenderingContext2D, chance: Chance, radius: number): void {
-    const phase = 6.28 * chance();
-    const flat = 0.8 + 0.2 * chance();
+/** Begins a path along an uneven round outline. */
+function outline(context: CanvasRenderingContext2D, random: Random, radius: number): void {
+    const phase = 6.28 * random();
+    const flat = 0.8 + 0.2 * random();
     context.beginPath();
     for (let step = 0; step < 28; ++step) {
         const angle = (step / 28) * 2 * Math.PI;
@@ -74,15 +74,15 @@ function outline(context: CanvasRenderingContext2D, chance: Chance, radius: numb
     context.closePath();
 }
 
-function paintStone(context: CanvasRenderingContext2D, chance: Chance, stone: Stone): void {
-    const [hue, saturation, light] = stoneColors[Math.floor(chance() * stoneColors.length)] as number[];
-    const shade = (light as number) + 10 * (chance() - 0.5);
+function paintStone(context: CanvasRenderingContext2D, random: Random, stone: Stone): void {
+    const [hue, saturation, light] = stoneColors[Math.floor(random() * stoneColors.length)] as number[];
+    const shade = (light as number) + 10 * (random() - 0.5);
     const radius = stone.radius * 1.04;
     context.save();
     context.translate(stone.x, stone.y);
-    context.rotate(6.28 * chance());
+    context.rotate(6.28 * random());
     const turn = context.getTransform();
-    outline(context, chance, radius);
+    outline(context, random, radius);
     context.shadowColor = "rgb(0 0 0 / 0.75)";
     context.shadowBlur = radius * 0.35;
     context.shadowOffsetX = radius * 0.1;
@@ -91,8 +91,8 @@ function paintStone(context: CanvasRenderingContext2D, chance: Chance, stone: St
     context.fill();
     context.shadowColor = "transparent";
     context.clip();
-    paintVeins(context, chance, radius, shade);
-    // Light from the upper left, whichever way the stone lies.
+    paintVeins(context, random, radius, shade);
+    // The light comes from the upper left, so the stone's rotation is removed.
     context.setTransform(1, 0, 0, 1, turn.e, turn.f);
     const glow = context.createRadialGradient(-radius * 0.4, -radius * 0.45, 0, 0, 0, radius * 1.15);
     glow.addColorStop(0, "rgb(255 250 235 / 0.42)");
@@ -104,39 +104,39 @@ function paintStone(context: CanvasRenderingContext2D, chance: Chance, stone: St
     context.restore();
 }
 
-function paintVeins(context: CanvasRenderingContext2D, chance: Chance, radius: number, light: number): void {
-    const veins = chance() < 0.35 ? 1 + Math.floor(3 * chance()) : 0;
+function paintVeins(context: CanvasRenderingContext2D, random: Random, radius: number, light: number): void {
+    const veins = random() < 0.35 ? 1 + Math.floor(3 * random()) : 0;
     for (let vein = 0; vein < veins; ++vein) {
-        const height = radius * 1.4 * (chance() - 0.5);
+        const height = radius * 1.4 * (random() - 0.5);
         context.beginPath();
         context.moveTo(-radius * 1.2, height);
-        context.quadraticCurveTo(0, height + radius * (chance() - 0.5), radius * 1.2, height);
-        context.lineWidth = radius * (0.03 + 0.09 * chance());
+        context.quadraticCurveTo(0, height + radius * (random() - 0.5), radius * 1.2, height);
+        context.lineWidth = radius * (0.03 + 0.09 * random());
         context.strokeStyle = light > 50 ? "rgb(80 70 60 / 0.3)" : "rgb(240 235 225 / 0.4)";
         context.stroke();
     }
     for (let speck = 0; speck < radius * 0.9; ++speck) {
-        const angle = 6.28 * chance();
-        const way = radius * Math.sqrt(chance());
-        context.fillStyle = chance() < 0.5 ? "rgb(255 255 255 / 0.16)" : "rgb(0 0 0 / 0.2)";
-        const grain = Math.max(1, radius * 0.03 * (0.5 + chance()));
+        const angle = 6.28 * random();
+        const way = radius * Math.sqrt(random());
+        context.fillStyle = random() < 0.5 ? "rgb(255 255 255 / 0.16)" : "rgb(0 0 0 / 0.2)";
+        const grain = Math.max(1, radius * 0.03 * (0.5 + random()));
         context.fillRect(way * Math.cos(angle), way * Math.sin(angle), grain, grain);
     }
 }
 
-/** Pebbles on the ground of a clear brook. */
+/** Paints pebbles on the bed of a clear brook. */
 export function paintPebbles(context: CanvasRenderingContext2D, size: Size): void {
     const unit = Math.min(size.width, size.height) * 1.15;
-    const chance = makeChance(20);
+    const random = makeRandom(20);
     context.fillStyle = "hsl(28 22% 16%)";
     context.fillRect(0, 0, size.width, size.height);
-    for (const stone of layStones(chance, size, unit)) {
-        paintStone(context, chance, stone);
+    for (const stone of placeStones(random, size, unit)) {
+        paintStone(context, random, stone);
     }
     shadeDepth(context, size, "rgb(150 205 215 / 0.16)", "rgb(2 22 38 / 0.55)");
 }
 
-/** A pool of light in the middle, deeper water towards the edges. */
+/** Lightens the middle and darkens the edges, as if the water were deeper there. */
 function shadeDepth(context: CanvasRenderingContext2D, size: Size, near: string, far: string): void {
     const { width, height } = size;
     const depth = context.createRadialGradient(
@@ -153,12 +153,12 @@ function shadeDepth(context: CanvasRenderingContext2D, size: Size, near: string,
     context.fillRect(0, 0, width, height);
 }
 
-function paintLeaf(context: CanvasRenderingContext2D, chance: Chance, length: number): void {
-    const hue = 8 + 42 * chance();
+function paintLeaf(context: CanvasRenderingContext2D, random: Random, length: number): void {
+    const hue = 8 + 42 * random();
     const gradient = context.createLinearGradient(0, -length / 2, 0, length / 2);
-    gradient.addColorStop(0, `hsl(${hue} 82% ${38 + 16 * chance()}%)`);
-    gradient.addColorStop(1, `hsl(${hue - 8} 78% ${24 + 12 * chance()}%)`);
-    const belly = length * (0.26 + 0.1 * chance());
+    gradient.addColorStop(0, `hsl(${hue} 82% ${38 + 16 * random()}%)`);
+    gradient.addColorStop(1, `hsl(${hue - 8} 78% ${24 + 12 * random()}%)`);
+    const belly = length * (0.26 + 0.1 * random());
     context.beginPath();
     context.moveTo(0, -length / 2);
     context.bezierCurveTo(belly, -length * 0.3, belly, length * 0.15, 0, length / 2);
@@ -184,10 +184,10 @@ function paintLeaf(context: CanvasRenderingContext2D, chance: Chance, length: nu
     context.stroke();
 }
 
-/** Autumn leaves on a dark pond. */
+/** Paints autumn leaves on a dark pond. */
 export function paintLeaves(context: CanvasRenderingContext2D, size: Size): void {
     const unit = Math.min(size.width, size.height);
-    const chance = makeChance(7);
+    const random = makeRandom(7);
     const water = context.createLinearGradient(0, 0, size.width * 0.4, size.height);
     water.addColorStop(0, "hsl(192 42% 26%)");
     water.addColorStop(0.5, "hsl(200 46% 15%)");
@@ -197,10 +197,10 @@ export function paintLeaves(context: CanvasRenderingContext2D, size: Size): void
     const leaves = Math.round((62 * size.width * size.height) / (unit * unit));
     for (let at = 0; at < leaves; ++at) {
         context.save();
-        context.translate(chance() * size.width, chance() * size.height);
-        context.rotate(6.28 * chance());
-        context.globalAlpha = 0.35 + 0.65 * (at / leaves); // the first have sunk
-        paintLeaf(context, chance, unit * (0.09 + 0.13 * chance()));
+        context.translate(random() * size.width, random() * size.height);
+        context.rotate(6.28 * random());
+        context.globalAlpha = 0.35 + 0.65 * (at / leaves); // the first leaves lie deeper in the water
+        paintLeaf(context, random, unit * (0.09 + 0.13 * random()));
         context.restore();
     }
     shadeDepth(context, size, "rgb(190 225 235 / 0.1)", "rgb(0 8 20 / 0.5)");

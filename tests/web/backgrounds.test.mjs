@@ -1,0 +1,114 @@
+// Background images that are dropped, pasted or chosen, also after a resize and after a context loss.
+
+import assert from "node:assert/strict";
+import { after, before, test } from "node:test";
+import {
+    close, difference, drag, frames, interceptFileChoosers, launch, makeImage, open, readFrame, sendFiles,
+    set, settings, waitForCanvasWidth, waitForToast,
+} from "./page.mjs";
+
+let browser;
+before(async () => (browser = await launch()));
+after(() => browser.close());
+
+/** Returns an image of four fields (red, green; blue, white) between empty margins at the left and right. */
+function fourFields(page, type, width = 60, height = 120, margin = 0) {
+    const [w, h] = [width / 2, height / 2];
+    const boxes = ["red", "lime", "blue", "white"].map((color, at) =>
+        [color, margin + (at % 2) * w, Math.floor(at / 2) * h, w, h]);
+    return makeImage(page, [width + 2 * margin, height], boxes, type);
+}
+
+/** Adds an EXIF orientation to a JPEG: the image must be shown rotated by 90 degrees clockwise. */
+function withRotation(jpeg) {
+    const exif = Buffer.from(
+        "ffe10022457869660000" + "4d4d002a00000008" + "0001" + "011200030000000100060000" + "00000000", "hex");
+    return Buffer.concat([Buffer.from(jpeg.slice(0, 2)), exif, Buffer.from(jpeg.slice(2))]);
+}
+
+const colors = { red: [255, 0, 0], lime: [0, 255, 0], blue: [0, 0, 255], white: [255, 255, 255] };
+
+/** Returns the colour name in the middle of each quarter, row by row. */
+function quarters(shown) {
+    return [0.25, 0.75].flatMap((y) =>
+        [0.25, 0.75].map((x) => {
+            const pixel = shown.pixel(x * shown.width, y * shown.height);
+            const near = (color) => color.every((part, at) => Math.abs(part - pixel[at]) < 40);
+            return Object.keys(colors).find((name) => near(colors[name])) ?? String(pixel);
+        }),
+    );
+}
+
+/** Waits until the quarters of a frame have the expected colours. */
+async function expectQuarters(page, expected) {
+    let seen;
+    for (let attempt = 0; attempt < 40; ++attempt) {
+        seen = quarters(await readFrame(page));
+        if (String(seen) === String(expected)) {
+            return;
+        }
+    }
+    assert.deepEqual(seen, expected);
+}
+
+test("a dropped or pasted image becomes the background, and the previous one the second background", async () => {
+    const page = await open(browser);
+    const upright = ["red", "lime", "blue", "white"];
+    // The image is cropped, not stretched, so the margins are off the screen.
+    await sendFiles(page, "drop", ["fields.png", "image/png", await fourFields(page, "image/png", 60, 120, 100)]);
+    await expectQuarters(page, upright);
+    const jpeg = await fourFields(page, "image/jpeg", 120, 60);
+    await sendFiles(page, "paste", ["", "image/jpeg", withRotation(jpeg)]);
+    await expectQuarters(page, ["blue", "red", "white", "lime"]);
+    await page.keyboard.press("b");
+    await expectQuarters(page, upright);
+    await page.keyboard.press("b");
+
+    await sendFiles(page, "drop", ["broken.png", "image/png", [1, 2, 3]]);
+    await waitForToast(page, "broken.png is not an image that this browser can show");
+    await expectQuarters(page, ["blue", "red", "white", "lime"]);
+    await close(page);
+});
+
+test("a chosen image larger than the screen is shown in portrait and in landscape", async () => {
+    const page = await open(browser);
+    await interceptFileChoosers(page);
+    const large = await makeImage(page, [5000, 3000], [["red", 0, 0, 5000, 1500], ["blue", 0, 1500, 5000, 1500]]);
+    const [chooser] = await Promise.all([page.waitForEvent("filechooser"), page.keyboard.press("o")]);
+    await chooser.setFiles({ name: "large.png", mimeType: "image/png", buffer: Buffer.from(large) });
+    const halves = ["red", "red", "blue", "blue"];
+    await expectQuarters(page, halves);
+    await page.setViewportSize({ width: 480, height: 270 });
+    await waitForCanvasWidth(page, 480);
+    await expectQuarters(page, halves);
+    await close(page);
+});
+
+test("images are shown in the order in which they were dropped", async () => {
+    const page = await open(browser);
+    const large = await makeImage(page, [5000, 3000], [["red", 0, 0, 5000, 3000]]);
+    const small = await fourFields(page, "image/png");
+    await sendFiles(page, "drop", ["large.png", "image/png", large], ["small.png", "image/png", small]);
+    await page.evaluate(() => window.velmora.filesImported());
+    assert.deepEqual(quarters(await readFrame(page)), ["red", "lime", "blue", "white"]);
+    await close(page);
+});
+
+test("a context loss removes the ink and keeps background and settings", async () => {
+    const page = await open(browser, { size: [540, 960] });
+    await sendFiles(page, "drop", ["fields.png", "image/png", await fourFields(page, "image/png")]);
+    await set(page, { damping: 0.85 }); // the waves fade fast
+    await expectQuarters(page, ["red", "lime", "blue", "white"]);
+    const [flat, before] = [await readFrame(page), await settings(page)];
+    await drag(page, [150, 480], [390, 480], 6);
+    assert.ok(difference(flat, await readFrame(page), [0.3, 0.45, 0.7, 0.55]) > 2, "the drag must draw ink");
+    await page.keyboard.press("l");
+    await page.waitForFunction(() => window.velmora.counts().contexts === 2 && !window.velmora.isContextLost());
+    await frames(page, 1);
+    await page.waitForFunction(() => window.velmora.isWaterIdle());
+    assert.ok(difference(flat, await readFrame(page)) < 0.5, "the background must have no ink");
+    assert.deepEqual(await settings(page), before);
+    await drag(page, [150, 480], [390, 480], 6);
+    assert.ok(difference(flat, await readFrame(page), [0.3, 0.45, 0.7, 0.55]) > 2, "a drag after the loss must draw ink");
+    await close(page, /CONTEXT_LOST/);
+});

@@ -1,0 +1,80 @@
+// Imports the user's files: presets and gestures by their name, every other file as an image.
+
+import type { Settings } from "../../build/web/settings";
+import { setFirst, setSecond, readImage } from "./backgrounds";
+import type { Player } from "./player";
+import { addPreset, presetName, type Preset, type PresetList } from "./presets";
+import { attempt, showToast } from "./toast";
+
+/** Maximum size of a preset or gesture in bytes. Protects against a film that was dropped by mistake. */
+const maxTextBytes = 4 << 20;
+
+/** Matches a script line that is not a comment. */
+const scriptLine = /^\s*[^#\s]/m;
+
+export class FileImporter {
+    /** Import of the newest file. Each import waits for the previous one, so the order of the files is kept. */
+    private latest: Promise<boolean> = Promise.resolve(true);
+
+    constructor(
+        private readonly player: Player,
+        private readonly presets: PresetList,
+        private readonly select: (preset: Preset) => void,
+    ) {}
+
+    /** Settles once all files are imported. */
+    get settled(): Promise<unknown> {
+        return this.latest;
+    }
+
+    /** Imports a file. Resolves to true on success. */
+    take(file: File, slot: "first" | "second" = "first"): Promise<boolean> {
+        this.latest = this.latest.then(() => attempt(() => this.read(file, slot)));
+        return this.latest;
+    }
+
+    private async read(file: File, slot: "first" | "second"): Promise<void> {
+        this.player.noteInput();
+        if (/\.json$/i.test(file.name)) {
+            await this.importPreset(file);
+        } else if (/\.gesture$/i.test(file.name)) {
+            await this.importGesture(file);
+        } else {
+            await this.importBackground(file, slot);
+        }
+    }
+
+    private async importBackground(file: File, slot: "first" | "second"): Promise<void> {
+        const image = await readImage(file, file.name || "the pasted file");
+        (slot === "first" ? setFirst : setSecond)(this.player.stage.backgrounds, image);
+        this.player.onBackgroundsChanged();
+    }
+
+    private async importPreset(file: File): Promise<void> {
+        const name = presetName(file.name, this.player.effect);
+        let settings: Settings;
+        try {
+            settings = this.player.effect.readPreset(await readText(file));
+        } catch (error) {
+            throw new Error(`${file.name}: ${error instanceof Error ? error.message : error}`);
+        }
+        this.select(addPreset(this.presets, name, settings));
+        showToast(name);
+    }
+
+    private async importGesture(file: File): Promise<void> {
+        const script = await readText(file);
+        if (!scriptLine.test(script) || script.includes("\0")) {
+            throw new Error(`${file.name} is not a gesture script`);
+        }
+        const fault = this.player.replay(script, file.name);
+        showToast(fault || `playing ${file.name}`);
+    }
+}
+
+async function readText(file: File): Promise<string> {
+    if (file.size > maxTextBytes) {
+        throw new Error(`${file.name} is too large: at most ${maxTextBytes >> 20} MB are allowed`);
+    }
+    return (await file.text()).replace(/^\uFEFF/, "");
+}

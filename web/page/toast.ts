@@ -1,0 +1,46 @@
+// Toasts: short messages for some seconds. Badges: labels with a running time, for example of a recording.
+
+const toast = document.getElementById("toast") as HTMLElement;
+const badges = document.getElementById("badges") as HTMLElement;
+/** Maximum length of a toast in characters. */
+const maxLength = 300;
+/** True if the device has a fine pointer, and so most likely a keyboard. Messages mention keys only then. */
+export const hasKeys = !matchMedia("(pointer: coarse)").matches;
+let timer = 0;
+
+/** Shows a message for some seconds. Replaces line breaks and control characters with spaces. */
+export function showToast(message: string): void {
+    const clean = message.replace(/[\p{Cc}\p{Cf}\s]+/gu, " ");
+    toast.textContent = clean.length > maxLength ? clean.slice(0, maxLength) + "…" : clean;
+    toast.classList.add("shown");
+    clearTimeout(timer);
+    timer = window.setTimeout(() => toast.classList.remove("shown"), 4000 + 40 * clean.length);
+}
+
+/** Runs an action and shows its error, if any, as a toast. Resolves to true on success. */
+export async function attempt(action: () => unknown): Promise<boolean> {
+    try {
+        await action();
+        return true;
+    } catch (error) {
+        showToast(error instanceof Error ? error.message : String(error));
+        return false;
+    }
+}
+
+/** Shows a badge with a red dot, the message and the running time. Returns a function that removes the badge. */
+export function showBadge(message: string): () => void {
+    const element = document.createElement("span");
+    const start = performance.now();
+    const show = () => {
+        const seconds = Math.floor((performance.now() - start) / 1000);
+        element.textContent = `${message} ${Math.floor(seconds / 60)}:${String(seconds % 60).padStart(2, "0")}`;
+    };
+    show();
+    const ticking = setInterval(show, 500);
+    badges.append(element);
+    return () => {
+        clearInterval(ticking);
+        element.remove();
+    };
+}
