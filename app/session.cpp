@@ -85,15 +85,25 @@ void Session::noteInput(Clock::time_point now) {
 
 void Session::press(Clock::time_point now, double x, double y, float pressure) {
     attract.noteInput(now, true);
+    append(actions, attract.stop());
     finger.press(x, y, pressure);
 }
 
-void Session::move(double x, double y, float pressure) {
+void Session::move(Clock::time_point now, double x, double y, float pressure) {
+    noteStroke(now);
     finger.move(x, y, pressure, screenSize);
 }
 
-void Session::lift(hostkit::TouchAction action, double x, double y) {
+void Session::lift(Clock::time_point now, hostkit::TouchAction action, double x, double y) {
+    noteStroke(now);
     finger.end(action, x, y);
+}
+
+/// Notes input of a pressed finger. A pointer that only hovers is no input.
+void Session::noteStroke(Clock::time_point now) {
+    if (finger.isPressed()) {
+        attract.noteInput(now, true);
+    }
 }
 
 void Session::add(const ScriptAction& action) {
@@ -139,9 +149,7 @@ std::vector<ScriptAction> Session::takeActions() {
         return taken;
     }
     if (attract.isRunning()) {
-        const bool stops =
-            !touches.empty() || finger.isPressed() || !attract.isOn() || recording.has_value();
-        append(taken, stops ? attract.stop() : attract.next(screenSize));
+        append(taken, attract.isOn() ? attract.next(screenSize) : attract.stop());
     }
     append(taken, touches);
     return taken;

@@ -67,8 +67,8 @@ public:
     /// Notes input other than touches, such as a key: attract mode stops, and a frame shows the effect of the input.
     void noteInput(Clock::time_point now);
     void press(Clock::time_point now, double x, double y, float pressure);
-    void move(double x, double y, float pressure);
-    void lift(hostkit::TouchAction action, double x, double y);
+    void move(Clock::time_point now, double x, double y, float pressure);
+    void lift(Clock::time_point now, hostkit::TouchAction action, double x, double y);
     bool isPressed() const { return finger.isPressed(); }
     /// Adds an action to the next frame, after the touches up to now.
     void add(const hostkit::ScriptAction& action);
@@ -118,6 +118,7 @@ public:
     Settings settings;
 
 private:
+    void noteStroke(Clock::time_point now);
     bool hasChanges() const;
     void applyChanges();
     int cellsPerVertexWanted() const { return cellsPerVertex(quality, settings.meshDetail); }

@@ -52,10 +52,10 @@ protected:
         session.press(start, x, 40, 1.0f);
         for (int move = 0; move < 8; ++move) {
             frames(1);
-            session.move(x + step * move, 40 + 8 * move, 1.0f);
+            session.move(start, x + step * move, 40 + 8 * move, 1.0f);
         }
         frames(1);
-        session.lift(TouchAction::up, x + 7 * step, 96);
+        session.lift(start, TouchAction::up, x + 7 * step, 96);
         frames(1);
     }
     Pixels shown() const { return hostkit::readScreen(screen.width, screen.height); }
@@ -126,7 +126,7 @@ TEST_F(SessionTest, RestsOnceNothingMoves) {
     session.press(start, 20, 40, 1.0f);
     frames(2);
     EXPECT_FALSE(session.isIdle()) << "with a finger down";
-    session.lift(TouchAction::up, 20, 40);
+    session.lift(start, TouchAction::up, 20, 40);
     frames(2);
     EXPECT_TRUE(session.mayShowInk() && !session.isIdle()) << "while the ink fades";
     session.add(hostkit::ClearInk{});
@@ -152,6 +152,19 @@ TEST_F(SessionTest, AttractModeDrawsForAnIdleUserAndLeavesTheSettings) {
     session.noteInput(start + 1h + 6s);
     EXPECT_FALSE(session.attractMode().isRunning());
     EXPECT_TRUE(session.hasActions()) << "lifts the finger";
+}
+
+TEST_F(SessionTest, AttractModeWaitsFromTheEndOfAStroke) {
+    session.press(start, 20, 40, 1.0f);
+    session.move(start + 10s, 30, 40, 1.0f);
+    session.lift(start + 19s, TouchAction::up, 30, 40);
+    session.move(start + 30s, 30, 40, 1.0f);  // hovers
+    session.startAttractModeIfIdle(start + 38s, false);
+    EXPECT_FALSE(session.attractMode().isRunning());
+    session.startAttractModeIfIdle(start + 39s, false);
+    EXPECT_TRUE(session.attractMode().isRunning());
+    session.press(start + 40s, 20, 40, 1.0f);
+    EXPECT_EQ(session.attractMode().untilStart(start + 40s), 20s) << "a press ends it";
 }
 
 TEST_F(SessionTest, WaterOnlyStartsAnewWithoutInk) {
