@@ -38,6 +38,12 @@ protected:
             context.emplace(160, 160);
         };
         functions.cover = [](const hostkit::Picture& picture, app::Size) { return picture; };
+        functions.draw = [this](hostkit::EffectHost& host) {
+            if (draws) {
+                host.draw();
+            }
+            drawnInk = host.look().ink;
+        };
         functions.onRecorded = [this](const hostkit::ScriptEvent&) { ++events; };
         functions.onRecordingEnd = [this](const GestureScript& script) { recorded = script; };
         return functions;
@@ -63,6 +69,8 @@ protected:
     std::optional<hostkit::GlContext> context{std::in_place, 160, 160};
     std::optional<GestureScript> recorded;
     std::size_t events = 0;
+    hostkit::InkColor drawnInk{};
+    bool draws = true;
     app::Session session{frontEnd(), start};
 };
 
@@ -167,10 +175,41 @@ TEST_F(SessionTest, AttractModeWaitsFromTheEndOfAStroke) {
     EXPECT_EQ(session.attractMode().untilStart(start + 40s), 20s) << "a press ends it";
 }
 
-TEST_F(SessionTest, WaterOnlyStartsAnewWithoutInk) {
+TEST_F(SessionTest, AReplayAndAPressedFingerHoldAttractModeBack) {
+    const auto startsAt = [this](app::Clock::time_point now) {
+        session.startAttractModeIfIdle(now, false);
+        return session.attractMode().isRunning();
+    };
+    session.press(start, 20, 40, 1.0f);
+    EXPECT_FALSE(startsAt(start + 1h));
+    session.startReplay({96, 160, 1, {}});
+    EXPECT_FALSE(startsAt(start + 2h));
+    frames(1);
+    EXPECT_FALSE(startsAt(start + 2h + 19s)) << "waits from the end of the replay";
+    EXPECT_TRUE(startsAt(start + 2h + 20s));
+}
+
+TEST_F(SessionTest, AttractModeDrawsInTheNewInkOfTheUser) {
+    draws = false;
+    session.startAttractModeIfIdle(start + 5s, false);
+    frames(301);  // the second stroke has an ink of its own
+    EXPECT_NE(drawnInk, hostkit::Look{}.ink);
+    session.settings.ink = {1.0f, 0.5f, 0.25f};
+    draws = true;
+    frames(1);
+    EXPECT_EQ(drawnInk, (hostkit::InkColor{1.0f, 0.5f, 0.25f}));
+    session.startRecording();  // the library forgets the stroke
+}
+
+TEST_F(SessionTest, WaterOnlyStartsAnewWithoutInkAndSearchesTheQualityAnew) {
     drag();
+    session.quality.phase = app::QualityPhase::watching;
+    session.quality.level = 2;
     session.settings.waterOnly = true;
     frames(1);
+    EXPECT_EQ(session.quality.phase, app::QualityPhase::searching);
+    EXPECT_EQ(session.quality.level, 0);
+    session.quality = app::fixedQuality(0);
     EXPECT_TRUE(session.isIdle());
     EXPECT_FALSE(session.mayShowInk());
 }
@@ -197,6 +236,37 @@ TEST_F(SessionTest, ThePictureBeforeBecomesTheSecondBackground) {
     session.settings.secondBackground = true;
     frames(1);
     EXPECT_EQ(shown(), first);
+    EXPECT_FALSE(session.userSettings().secondBackground) << "a start shows the first";
+}
+
+TEST_F(SessionTest, QualityPassesOverRecordingsAndReplays) {
+    const auto counts = [this] {
+        session.quality = app::searchingQuality();
+        session.noteInterval(300.0);
+        return session.quality.framesToSkip < app::searchingQuality().framesToSkip;
+    };
+    EXPECT_TRUE(counts());
+    session.startRecording();
+    EXPECT_FALSE(counts());
+    session.startReplay({96, 160, 1, {}});
+    EXPECT_FALSE(counts());
+}
+
+TEST_F(SessionTest, ATouchEndsTheSearchForTheQuality) {
+    session.quality = app::searchingQuality();
+    session.press(start, 20, 40, 1.0f);
+    frames(1);
+    EXPECT_EQ(session.quality.phase, app::QualityPhase::watching);
+}
+
+TEST_F(SessionTest, SkippedTimeBeginsANewSpanOfIntervals) {
+    session.quality = app::searchingQuality();
+    for (int interval = 0; interval < 3; ++interval) {
+        session.noteInterval(16.0);
+    }
+    EXPECT_EQ(session.quality.spanLength, 1U);
+    session.skipTime();
+    EXPECT_EQ(session.quality.spanLength, 0U);
 }
 
 TEST_F(SessionTest, QualityDrawsACoarserMeshOverTheSameWater) {
