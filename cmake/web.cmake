@@ -1,4 +1,4 @@
 # Toolchain: WebAssembly with 128-bit vectors, run in a browser.
 set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE BOTH)  # jni.h comes from a JDK
 include(/usr/share/emscripten/cmake/Modules/Platform/Emscripten.cmake)
-set(CMAKE_CXX_FLAGS_INIT "-msimd128 -include ${CMAKE_CURRENT_LIST_DIR}/../web/platform/bit_cast.h")
+set(CMAKE_CXX_FLAGS_INIT "-msimd128")
