@@ -29,11 +29,12 @@ Session::Session(FrontEnd ofPlatform, Clock::time_point now)
 
 void Session::restart(Size screen) {
     finishRecording();
-    if (host) {
+    screenSize = screen;
+    if (contextIsUsed) {
         host.reset();
         frontEnd.renewContext();
     }
-    screenSize = screen;
+    contextIsUsed = true;
     hostkit::EffectHostOptions options = hostOptions(settings, screen.width, screen.height);
     options.background = frontEnd.cover(backgrounds.first, screen);
     options.secondBackground = frontEnd.cover(backgrounds.second, screen);
@@ -54,6 +55,9 @@ void Session::restart(Size screen) {
 }
 
 void Session::regainContext() {
+    if (!host) {
+        return;
+    }
     record(hostkit::LoseContext{});
     host->loseContext();
     idleWatch.start();
@@ -181,7 +185,7 @@ void Session::run(std::span<const ScriptAction> frameActions, std::chrono::nanos
 }
 
 bool Session::hasChanges() const {
-    return !(settings == applied) ||
+    return !host || !(settings == applied) ||
            cellsPerVertexWanted() != host->water().settings.cellsPerVertex;
 }
 
@@ -189,10 +193,11 @@ void Session::applyChanges() {
     if (settings.ink != applied.ink) {
         attractInk.reset();
     }
-    if (settings.waterOnly != applied.waterOnly) {
-        if (quality.phase != QualityPhase::fixed) {
-            quality = searchingQuality();  // the ink takes most of a frame
-        }
+    const bool inkChanges = settings.waterOnly != applied.waterOnly;
+    if (inkChanges && quality.phase != QualityPhase::fixed) {
+        quality = searchingQuality();  // the ink takes most of a frame
+    }
+    if (inkChanges || !host) {
         restart(screenSize);
     }
     applySettings(settings, cellsPerVertexWanted(), *host);

@@ -53,6 +53,7 @@ public:
     Session& operator=(const Session&) = delete;
 
     /// Starts the effect anew on a screen of that size: calm water, no ink. Ends a recording; a replay goes on.
+    /// If renewContext throws, the next frame tries again.
     void restart(Size screen);
     /// Sets up in the GL context of now what a lost context held. A recording holds that too.
     void regainContext();
@@ -91,7 +92,7 @@ public:
 
     /// Returns whether further frames would show the same.
     bool isIdle() const;
-    bool isWaterIdle() const { return host->water().resting; }
+    bool isWaterIdle() const { return host && host->water().resting; }
     bool mayShowInk() const { return !applied.waterOnly && idleWatch.mayShowInk(); }
 
     /// Starts the effect anew and records what happens from there. A replay finds the same start.
@@ -135,6 +136,9 @@ private:
     FrontEnd frontEnd;
     Backgrounds backgrounds;
     Size screenSize;
+    /// A host was made in the GL context, so that the next host needs another context.
+    bool contextIsUsed = false;
+    /// Empty before the first start, and after a start that failed.
     std::optional<hostkit::EffectHost> host;
     /// The settings that the host has.
     Settings applied;

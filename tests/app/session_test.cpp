@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "hostkit/gl_context.h"
+#include "hostkit/host_error.h"
 #include "hostkit/screen.h"
 
 namespace {
@@ -35,6 +36,9 @@ protected:
         app::FrontEnd functions;
         functions.renewContext = [this] {
             context.reset();
+            if (contextFails) {
+                throw hostkit::HostError("no GL context");
+            }
             context.emplace(160, 160);
         };
         functions.cover = [](const hostkit::Picture& picture, app::Size) { return picture; };
@@ -71,6 +75,7 @@ protected:
     std::size_t events = 0;
     hostkit::InkColor drawnInk{};
     bool draws = true;
+    bool contextFails = false;
     app::Session session{frontEnd(), start};
 };
 
@@ -225,6 +230,19 @@ TEST_F(SessionTest, ALostContextIsSetUpAgainAndIsPartOfARecording) {
     EXPECT_EQ(shown(), before);
     session.finishRecording();
     EXPECT_TRUE(std::holds_alternative<hostkit::LoseContext>(recorded->events.back().action));
+}
+
+TEST_F(SessionTest, AFrameTriesAFailedStartAgain) {
+    frames(1);
+    const Pixels before = shown();
+    contextFails = true;
+    EXPECT_THROW(session.restart(screen), hostkit::HostError);
+    session.regainContext();
+    EXPECT_FALSE(session.isIdle() || session.isWaterIdle());
+    EXPECT_THROW(frames(1), hostkit::HostError);
+    contextFails = false;
+    frames(1);
+    EXPECT_EQ(shown(), before);
 }
 
 TEST_F(SessionTest, ThePictureBeforeBecomesTheSecondBackground) {
