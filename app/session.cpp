@@ -29,11 +29,12 @@ Session::Session(FrontEnd platformFunctions, Clock::time_point now)
 
 void Session::restart(Size screen) {
     finishRecording();
-    if (host) {
+    screenSize = screen;
+    if (contextIsUsed) {
         host.reset();
         frontEnd.renewContext();
     }
-    screenSize = screen;
+    contextIsUsed = true;
     hostkit::EffectHostOptions options = hostOptions(settings, screen.width, screen.height);
     options.background = frontEnd.cover(backgrounds.first, screen);
     options.secondBackground = frontEnd.cover(backgrounds.second, screen);
@@ -54,6 +55,9 @@ void Session::restart(Size screen) {
 }
 
 void Session::regainContext() {
+    if (!host) {
+        return;
+    }
     record(hostkit::LoseContext{});
     host->loseContext();
     idleWatch.start();
@@ -85,15 +89,25 @@ void Session::noteInput(Clock::time_point now) {
 
 void Session::press(Clock::time_point now, double x, double y, float pressure) {
     attract.noteInput(now, true);
+    append(actions, attract.stop());
     finger.press(x, y, pressure);
 }
 
-void Session::move(double x, double y, float pressure) {
+void Session::move(Clock::time_point now, double x, double y, float pressure) {
+    noteStroke(now);
     finger.move(x, y, pressure, screenSize);
 }
 
-void Session::lift(hostkit::TouchAction action, double x, double y) {
+void Session::lift(Clock::time_point now, hostkit::TouchAction action, double x, double y) {
+    noteStroke(now);
     finger.end(action, x, y);
+}
+
+/// Notes input of a pressed finger. A pointer that only hovers is no input.
+void Session::noteStroke(Clock::time_point now) {
+    if (finger.isPressed()) {
+        attract.noteInput(now, true);
+    }
 }
 
 void Session::add(const ScriptAction& action) {
@@ -139,9 +153,7 @@ std::vector<ScriptAction> Session::takeActions() {
         return result;
     }
     if (attract.isRunning()) {
-        const bool stops =
-            !touches.empty() || finger.isPressed() || !attract.isOn() || recording.has_value();
-        append(result, stops ? attract.stop() : attract.next(screenSize));
+        append(result, attract.isOn() ? attract.next(screenSize) : attract.stop());
     }
     append(result, touches);
     return result;
@@ -173,7 +185,7 @@ void Session::run(std::span<const ScriptAction> frameActions, std::chrono::nanos
 }
 
 bool Session::hasChanges() const {
-    return !(settings == applied) ||
+    return !host || !(settings == applied) ||
            wantedCellsPerVertex() != host->water().settings.cellsPerVertex;
 }
 
@@ -181,10 +193,11 @@ void Session::applyChanges() {
     if (settings.ink != applied.ink) {
         attractInk.reset();
     }
-    if (settings.waterOnly != applied.waterOnly) {
-        if (quality.phase != QualityPhase::fixed) {
-            quality = searchingQuality();  // the ink takes most of the frame time
-        }
+    const bool inkChanges = settings.waterOnly != applied.waterOnly;
+    if (inkChanges && quality.phase != QualityPhase::fixed) {
+        quality = searchingQuality();  // the ink takes most of the frame time
+    }
+    if (inkChanges || !host) {
         restart(screenSize);
     }
     applySettings(settings, wantedCellsPerVertex(), *host);

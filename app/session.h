@@ -54,6 +54,7 @@ public:
     Session& operator=(const Session&) = delete;
 
     /// Starts the effect with idle water and no ink on a screen of this size. Ends a recording and continues a replay.
+    /// If renewContext throws, the next frame tries again.
     void restart(Size screen);
     /// Creates the GL objects anew after the front end has replaced a lost context. Records the loss.
     void regainContext();
@@ -70,9 +71,9 @@ public:
     /// Puts the finger down at a position in pixels of the screen, y down.
     void press(Clock::time_point now, double x, double y, float pressure);
     /// Moves the finger if it is down.
-    void move(double x, double y, float pressure);
+    void move(Clock::time_point now, double x, double y, float pressure);
     /// Ends the stroke with an up or cancel event if the finger is down.
-    void lift(hostkit::TouchAction action, double x, double y);
+    void lift(Clock::time_point now, hostkit::TouchAction action, double x, double y);
     bool isPressed() const { return finger.isPressed(); }
     /// Adds an action to the next frame, after the touches so far.
     void add(const hostkit::ScriptAction& action);
@@ -96,7 +97,7 @@ public:
 
     /// Returns true if the next frame would look the same.
     bool isIdle() const;
-    bool isWaterIdle() const { return host->water().resting; }
+    bool isWaterIdle() const { return host && host->water().resting; }
     bool mayShowInk() const { return !applied.waterOnly && idleWatch.mayShowInk(); }
 
     /// Restarts the effect in the state in which a replay starts, and records all actions.
@@ -122,6 +123,7 @@ public:
     Settings settings;
 
 private:
+    void noteStroke(Clock::time_point now);
     bool hasChanges() const;
     void applyChanges();
     int wantedCellsPerVertex() const { return cellsPerVertex(quality, settings.meshDetail); }
@@ -138,6 +140,9 @@ private:
     FrontEnd frontEnd;
     Backgrounds backgrounds;
     Size screenSize;
+    /// A host was made in the GL context, so that the next host needs another context.
+    bool contextIsUsed = false;
+    /// Empty before the first start, and after a start that failed.
     std::optional<hostkit::EffectHost> host;
     /// Settings that are applied to the host.
     Settings applied;

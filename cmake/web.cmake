@@ -1,4 +1,4 @@
 # Toolchain for WebAssembly with 128-bit vectors, for browsers.
 set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE BOTH)  # The JDK with jni.h is outside the sysroot.
 include(/usr/share/emscripten/cmake/Modules/Platform/Emscripten.cmake)
-set(CMAKE_CXX_FLAGS_INIT "-msimd128 -include ${CMAKE_CURRENT_LIST_DIR}/../web/platform/bit_cast.h")
+set(CMAKE_CXX_FLAGS_INIT "-msimd128")

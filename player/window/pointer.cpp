@@ -25,12 +25,12 @@ void feedMouse(Pointer& pointer, const SDL_Event& event, const GlWindow& window,
     const double x = (motion ? event.motion.x : event.button.x) * window.scaleX();
     const double y = (motion ? event.motion.y : event.button.y) * window.scaleY();
     if (motion) {
-        session.move(x, y, session.settings.pressure);
+        session.move(app::Clock::now(), x, y, session.settings.pressure);
     } else if (event.type == SDL_MOUSEBUTTONDOWN) {
         pointer.isMouse = true;
         session.press(app::Clock::now(), x, y, session.settings.pressure);
     } else {
-        session.lift(TouchAction::up, x, y);
+        session.lift(app::Clock::now(), TouchAction::up, x, y);
     }
 }
 
@@ -46,9 +46,9 @@ void feedTouchScreen(Pointer& pointer, const SDL_TouchFingerEvent& event, const 
         pointer = {false, event.fingerId};
         session.press(app::Clock::now(), x, y, event.pressure);
     } else if (event.type == SDL_FINGERMOTION) {
-        session.move(x, y, event.pressure);
+        session.move(app::Clock::now(), x, y, event.pressure);
     } else {
-        session.lift(TouchAction::up, x, y);
+        session.lift(app::Clock::now(), TouchAction::up, x, y);
     }
 }
 
@@ -69,7 +69,7 @@ void feed(Pointer& pointer, const SDL_Event& event, const GlWindow& window, app:
         case SDL_WINDOWEVENT:
             if (event.window.event == SDL_WINDOWEVENT_LEAVE ||
                 event.window.event == SDL_WINDOWEVENT_FOCUS_LOST) {
-                session.lift(TouchAction::cancel, 0.0, 0.0);
+                session.lift(app::Clock::now(), TouchAction::cancel, 0.0, 0.0);
             }
             break;
         default:

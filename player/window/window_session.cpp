@@ -70,7 +70,14 @@ void WindowSession::draw(hostkit::EffectHost& host) {
 void WindowSession::startRecording(const std::filesystem::path& file) {
     core.finishRecording();
     recordingFile.emplace(file, size());
-    core.startRecording();
+    try {
+        core.startRecording();
+    } catch (...) {
+        if (!core.isRecording()) {
+            recordingFile.reset();
+        }
+        throw;
+    }
 }
 
 hostkit::Picture WindowSession::screenshot() const {

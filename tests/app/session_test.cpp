@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "hostkit/gl_context.h"
+#include "hostkit/host_error.h"
 #include "hostkit/screen.h"
 
 namespace {
@@ -35,9 +36,18 @@ protected:
         app::FrontEnd functions;
         functions.renewContext = [this] {
             context.reset();
+            if (contextFails) {
+                throw hostkit::HostError("no GL context");
+            }
             context.emplace(160, 160);
         };
         functions.cover = [](const hostkit::Picture& picture, app::Size) { return picture; };
+        functions.draw = [this](hostkit::EffectHost& host) {
+            if (draws) {
+                host.draw();
+            }
+            drawnInk = host.look().ink;
+        };
         functions.onRecorded = [this](const hostkit::ScriptEvent&) { ++events; };
         functions.onRecordingEnd = [this](const GestureScript& script) { recorded = script; };
         return functions;
@@ -52,10 +62,10 @@ protected:
         session.press(start, x, 40, 1.0f);
         for (int move = 0; move < 8; ++move) {
             frames(1);
-            session.move(x + step * move, 40 + 8 * move, 1.0f);
+            session.move(start, x + step * move, 40 + 8 * move, 1.0f);
         }
         frames(1);
-        session.lift(TouchAction::up, x + 7 * step, 96);
+        session.lift(start, TouchAction::up, x + 7 * step, 96);
         frames(1);
     }
     Pixels screenPixels() const { return hostkit::readScreen(screen.width, screen.height); }
@@ -63,6 +73,9 @@ protected:
     std::optional<hostkit::GlContext> context{std::in_place, 160, 160};
     std::optional<GestureScript> recorded;
     std::size_t events = 0;
+    hostkit::InkColor drawnInk{};
+    bool draws = true;
+    bool contextFails = false;
     app::Session session{frontEnd(), start};
 };
 
@@ -126,7 +139,7 @@ TEST_F(SessionTest, IsIdleOnlyIfNothingMoves) {
     session.press(start, 20, 40, 1.0f);
     frames(2);
     EXPECT_FALSE(session.isIdle()) << "with a finger down";
-    session.lift(TouchAction::up, 20, 40);
+    session.lift(start, TouchAction::up, 20, 40);
     frames(2);
     EXPECT_TRUE(session.mayShowInk() && !session.isIdle()) << "while the ink fades";
     session.add(hostkit::ClearInk{});
@@ -154,10 +167,54 @@ TEST_F(SessionTest, AttractModeDrawsForAnIdleUserAndKeepsTheSettings) {
     EXPECT_TRUE(session.hasActions()) << "lifts the finger";
 }
 
-TEST_F(SessionTest, WaterOnlyRestartsWithoutInk) {
+TEST_F(SessionTest, AttractModeWaitsFromTheEndOfAStroke) {
+    session.press(start, 20, 40, 1.0f);
+    session.move(start + 10s, 30, 40, 1.0f);
+    session.lift(start + 19s, TouchAction::up, 30, 40);
+    session.move(start + 30s, 30, 40, 1.0f);  // the finger is up
+    session.startAttractModeIfIdle(start + 38s, false);
+    EXPECT_FALSE(session.attractMode().isRunning());
+    session.startAttractModeIfIdle(start + 39s, false);
+    EXPECT_TRUE(session.attractMode().isRunning());
+    session.press(start + 40s, 20, 40, 1.0f);
+    EXPECT_EQ(session.attractMode().untilStart(start + 40s), 20s) << "a press ends it";
+}
+
+TEST_F(SessionTest, AReplayAndAPressedFingerHoldAttractModeBack) {
+    const auto startsAt = [this](app::Clock::time_point now) {
+        session.startAttractModeIfIdle(now, false);
+        return session.attractMode().isRunning();
+    };
+    session.press(start, 20, 40, 1.0f);
+    EXPECT_FALSE(startsAt(start + 1h));
+    session.startReplay({96, 160, 1, {}});
+    EXPECT_FALSE(startsAt(start + 2h));
+    frames(1);
+    EXPECT_FALSE(startsAt(start + 2h + 19s)) << "waits from the end of the replay";
+    EXPECT_TRUE(startsAt(start + 2h + 20s));
+}
+
+TEST_F(SessionTest, AttractModeUsesTheNewInkOfTheUser) {
+    draws = false;
+    session.startAttractModeIfIdle(start + 5s, false);
+    frames(301);  // the second stroke has another ink
+    EXPECT_NE(drawnInk, hostkit::Look{}.ink);
+    session.settings.ink = {1.0f, 0.5f, 0.25f};
+    draws = true;
+    frames(1);
+    EXPECT_EQ(drawnInk, (hostkit::InkColor{1.0f, 0.5f, 0.25f}));
+    session.startRecording();  // the library forgets the stroke
+}
+
+TEST_F(SessionTest, WaterOnlyRestartsWithoutInkAndSearchesTheQuality) {
     drag();
+    session.quality.phase = app::QualityPhase::watching;
+    session.quality.level = 2;
     session.settings.waterOnly = true;
     frames(1);
+    EXPECT_EQ(session.quality.phase, app::QualityPhase::searching);
+    EXPECT_EQ(session.quality.level, 0);
+    session.quality = app::fixedQuality(0);
     EXPECT_TRUE(session.isIdle());
     EXPECT_FALSE(session.mayShowInk());
 }
@@ -175,6 +232,19 @@ TEST_F(SessionTest, ALostContextIsReplacedAndRecorded) {
     EXPECT_TRUE(std::holds_alternative<hostkit::LoseContext>(recorded->events.back().action));
 }
 
+TEST_F(SessionTest, AFrameTriesAFailedStartAgain) {
+    frames(1);
+    const Pixels before = screenPixels();
+    contextFails = true;
+    EXPECT_THROW(session.restart(screen), hostkit::HostError);
+    session.regainContext();
+    EXPECT_FALSE(session.isIdle() || session.isWaterIdle());
+    EXPECT_THROW(frames(1), hostkit::HostError);
+    contextFails = false;
+    frames(1);
+    EXPECT_EQ(screenPixels(), before);
+}
+
 TEST_F(SessionTest, ThePreviousBackgroundBecomesTheSecond) {
     frames(1);
     const Pixels first = screenPixels();
@@ -184,6 +254,37 @@ TEST_F(SessionTest, ThePreviousBackgroundBecomesTheSecond) {
     session.settings.secondBackground = true;
     frames(1);
     EXPECT_EQ(screenPixels(), first);
+    EXPECT_FALSE(session.userSettings().secondBackground) << "a start shows the first";
+}
+
+TEST_F(SessionTest, QualityPassesOverRecordingsAndReplays) {
+    const auto counts = [this] {
+        session.quality = app::searchingQuality();
+        session.noteInterval(300.0);
+        return session.quality.framesToSkip < app::searchingQuality().framesToSkip;
+    };
+    EXPECT_TRUE(counts());
+    session.startRecording();
+    EXPECT_FALSE(counts());
+    session.startReplay({96, 160, 1, {}});
+    EXPECT_FALSE(counts());
+}
+
+TEST_F(SessionTest, ATouchEndsTheSearchForTheQuality) {
+    session.quality = app::searchingQuality();
+    session.press(start, 20, 40, 1.0f);
+    frames(1);
+    EXPECT_EQ(session.quality.phase, app::QualityPhase::watching);
+}
+
+TEST_F(SessionTest, SkippedTimeBeginsANewSpanOfIntervals) {
+    session.quality = app::searchingQuality();
+    for (int interval = 0; interval < 3; ++interval) {
+        session.noteInterval(16.0);
+    }
+    EXPECT_EQ(session.quality.spanLength, 1U);
+    session.skipTime();
+    EXPECT_EQ(session.quality.spanLength, 0U);
 }
 
 TEST_F(SessionTest, LowerQualityDrawsACoarserMeshOfTheSameWater) {

@@ -179,12 +179,13 @@ EMSCRIPTEN_KEEPALIVE void press(double now, double x, double y, float pressure) 
     session.press(moment(now), x, y, pressure);
 }
 
-EMSCRIPTEN_KEEPALIVE void moveFinger(double x, double y, float pressure) {
-    session.move(x, y, pressure);
+EMSCRIPTEN_KEEPALIVE void moveFinger(double now, double x, double y, float pressure) {
+    session.move(moment(now), x, y, pressure);
 }
 
-EMSCRIPTEN_KEEPALIVE void lift(bool isCancel, double x, double y) {
-    session.lift(isCancel ? hostkit::TouchAction::cancel : hostkit::TouchAction::up, x, y);
+EMSCRIPTEN_KEEPALIVE void lift(double now, bool isCancel, double x, double y) {
+    session.lift(moment(now), isCancel ? hostkit::TouchAction::cancel : hostkit::TouchAction::up, x,
+                 y);
 }
 
 EMSCRIPTEN_KEEPALIVE void clearInk() {

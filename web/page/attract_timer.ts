@@ -25,8 +25,13 @@ export class AttractTimer {
         }
     }
 
-    private start(): void {
+    /** Starts attract mode if it is due. Call it in each frame, so that replays and recordings hold it back. */
+    startIfIdle(): void {
         this.effect.startAttractModeIfIdle(this.owner.isBusy() || document.hidden);
+    }
+
+    private start(): void {
+        this.startIfIdle();
         if (this.effect.attractModeRuns) {
             this.owner.wake();
         } else {

@@ -143,11 +143,11 @@ export class Effect {
     }
 
     move(x: number, y: number, pressure: number): void {
-        this.module._moveFinger(x, y, pressure);
+        this.module._moveFinger(performance.now(), x, y, pressure);
     }
 
     lift(how: "up" | "cancel", x: number, y: number): void {
-        this.module._lift(how === "cancel", x, y);
+        this.module._lift(performance.now(), how === "cancel", x, y);
     }
 
     clearInk(): void {

@@ -38,8 +38,8 @@ interface EffectModule {
     _regainContext(): void;
     _noteInput(now: number): void;
     _press(now: number, x: number, y: number, pressure: number): void;
-    _moveFinger(x: number, y: number, pressure: number): void;
-    _lift(isCancel: boolean, x: number, y: number): void;
+    _moveFinger(now: number, x: number, y: number, pressure: number): void;
+    _lift(now: number, isCancel: boolean, x: number, y: number): void;
     _clearInk(): void;
     _turnAttractMode(on: boolean): void;
     _isAttractModeOn(): number;

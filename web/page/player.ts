@@ -207,6 +207,7 @@ export class Player {
     }
 
     private tick(now: number): boolean {
+        this.attractTimer.startIfIdle();
         if (!this.view.paused && this.stage.hasWantedSize) {
             this.effect.noteInterval(now - this.lastTick);
         }
