@@ -1,8 +1,11 @@
 #include "hostkit/number_text.h"
 
+#include <charconv>
+#include <cstddef>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <system_error>
 
 // Numbers as text for Emscripten's C++ library, whose <charconv> knows only integers.
 
