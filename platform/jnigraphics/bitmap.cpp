@@ -1,4 +1,5 @@
 #include <android/bitmap.h>
+#include <jni.h>
 #include <standin_bitmap.h>
 
 #include "java_bitmap.h"

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <android/bitmap.h>
+#include <jni.h>
 
 // Reads bitmaps that are objects of the Java class android.graphics.Bitmap through JNI.
 

@@ -1,3 +1,9 @@
+#include <EGL/egl.h>
+
+#include <cstdint>
+#include <ctime>
+#include <map>
+
 #include "kit/oru.h"
 
 // The symbols of the rendering kit that libpeluxVelmora imports. kit/oru.h declares them.

@@ -1,7 +1,6 @@
 #include <emscripten/emscripten.h>
 
 #include <algorithm>
-#include <array>
 #include <chrono>
 #include <cmath>
 #include <cstddef>

@@ -72,7 +72,7 @@ export class EffectProbe {
 
     private textureOfUnit(unit: number): WebGLTexture | null {
         const { gl } = this.effect;
-        const active = gl.getParameter(gl.ACTIVE_TEXTURE) as number;
+        const active: number = gl.getParameter(gl.ACTIVE_TEXTURE);
         gl.activeTexture(unit);
         const texture = gl.getParameter(gl.TEXTURE_BINDING_2D) as WebGLTexture | null;
         gl.activeTexture(active);
@@ -80,11 +80,11 @@ export class EffectProbe {
     }
 
     private observeUpload(call: unknown[]): void {
-        const [, , , columns, rows, , , , pixels] = call as number[];
+        const [, , , width, height, , , , bytes] = call;
         const side = this.effect.pixelsPerCell;
-        const bytes = pixels as unknown;
-        const { width, height } = this.screen;
-        const isVelocity = columns === Math.floor(width / side) && rows === Math.floor(height / side);
+        const columns = Math.floor(this.screen.width / side);
+        const rows = Math.floor(this.screen.height / side);
+        const isVelocity = width === columns && height === rows;
         if (bytes instanceof Uint8Array && isVelocity) {
             this.velocity = { columns, rows, bytes: bytes.slice(0, columns * rows * 4) };
         }

@@ -44,9 +44,9 @@ function drawDensity(context: CanvasRenderingContext2D, probe: EffectProbe): voi
     }
     const image = new ImageData(ink.width, ink.height);
     for (let at = 0; at < ink.bytes.length; at += 4) {
-        const density = (ink.bytes[at] as number) + (ink.bytes[at + 1] as number) / 255;
+        const density = ink.bytes[at] + ink.bytes[at + 1] / 255;
         const level = Math.min(Math.round((255 * Math.log2(1 + 4 * density)) / 8), 255);
-        image.data.set(densityColors[level] as readonly number[], at);
+        image.data.set(densityColors[level], at);
     }
     const texture = new OffscreenCanvas(ink.width, ink.height);
     (texture.getContext("2d") as OffscreenCanvasRenderingContext2D).putImageData(image, 0, 0);

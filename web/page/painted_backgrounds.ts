@@ -19,7 +19,7 @@ interface Stone {
     radius: number;
 }
 
-const stoneColors = [
+const stoneColors: [hue: number, saturation: number, light: number][] = [
     [28, 18, 62],
     [205, 12, 46],
     [212, 16, 34],
@@ -75,8 +75,8 @@ function outline(context: CanvasRenderingContext2D, random: Random, radius: numb
 }
 
 function paintStone(context: CanvasRenderingContext2D, random: Random, stone: Stone): void {
-    const [hue, saturation, light] = stoneColors[Math.floor(random() * stoneColors.length)] as number[];
-    const shade = (light as number) + 10 * (random() - 0.5);
+    const [hue, saturation, light] = stoneColors[Math.floor(random() * stoneColors.length)];
+    const shade = light + 10 * (random() - 0.5);
     const radius = stone.radius * 1.04;
     context.save();
     context.translate(stone.x, stone.y);

@@ -1,8 +1,11 @@
 #include "hostkit/number_text.h"
 
+#include <charconv>
+#include <cstddef>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <system_error>
 
 // Converts numbers from and to text, because <charconv> of Emscripten's C++ library supports only integers.
 
