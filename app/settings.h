@@ -86,7 +86,7 @@ constexpr SettingField<float> numberFields[] = {
     {"exponent", "exponent", &Settings::exponent, 1.0f, 128.0f, Group::light,
      "Sharpness of the highlights. Low values are broad and soft, and high values are narrow."},
     {"pressure", "pressure", &Settings::pressure, 0.0f, 1.0f, Group::ink,
-     "Pressure of a mouse, or of a touch screen without pressure. More pressure leaves more ink."},
+     "Pressure for devices that do not report it, such as a mouse. More pressure leaves more ink."},
 };
 constexpr SettingField<int> countFields[] = {
     {"meshDetail", "mesh detail", &Settings::meshDetail, 24, 180, Group::water,

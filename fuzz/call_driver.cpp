@@ -33,7 +33,8 @@ struct Grid {
     int indexCount() const { return 6 * (columns - 1) * (rows - 1); }
 };
 
-/// Calls that any thread may make, with their own arrays and the faults that they found.
+/// Makes the calls that are allowed on any thread. Each instance has its own arrays and its own list of faults, so
+/// threads share nothing.
 class ThreadCalls {
 public:
     explicit ThreadCalls(const NativeMethods& library) : native(library) {

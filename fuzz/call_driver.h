@@ -9,9 +9,9 @@
 
 #include "fuzz/native_methods.h"
 
-// A host that makes random calls. Bytes decide which native method is called next, with which arguments, and whether
-// the GL context or the library is replaced. Sizes range from -5 to 5000, coordinates over all ints and floats
-// over all bit patterns. Counts match the arrays.
+// A host whose calls are chosen by input bytes: the next native method, its arguments, and whether to replace the GL
+// context or to reload the library. Sizes range from -5 to 5000. Coordinates can be any int, floats any bit pattern.
+// A count always equals the length of its array.
 
 namespace fuzz {
 

@@ -34,8 +34,8 @@ struct Look {
     float specularRatio = 3.0f;
     /// Sharpness of the highlight: 1 is broad, 24 is narrow.
     float exponent = 24.0f;
-    /// Ink colour; all visible ink has the colour of the last stroke. Dense ink passes a ninth of the light in a
-    /// channel at 0.3, half of it at 1, and 1/75 of it at 0, which is black over any background.
+    /// Ink colour, 0 to 1 per channel. A new stroke recolours all visible ink. Dense ink transmits 1/2 of the light in
+    /// a channel of value 1, 1/9 at 0.3, and 1/75 at 0, which looks black.
     InkColor ink = {0.3f, 0.7f, 1.0f};
     /// False: first background; true: second background.
     bool useSecondBackground = false;

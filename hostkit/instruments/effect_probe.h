@@ -23,7 +23,8 @@ struct FrameMoments {
     using Moment = std::optional<std::chrono::steady_clock::time_point>;
     /// First GL call of the library in the frame.
     Moment begin;
-    /// Upload of the velocities, directly after the wait for the solver step of the previous frame. Only with ink.
+    /// End of the wait for the solver step of the previous frame, measured at the velocity upload that follows it. Set
+    /// only in frames with ink.
     Moment solverDone;
     /// First draw call.
     Moment firstDraw;

@@ -59,7 +59,7 @@ private:
     std::vector<float> mVertices;
 };
 
-/// Texture names of one GL context by file. Here only the order of the keys matters.
+/// GL texture names of one context, keyed by file name. A scene copies the names in the order of their keys.
 using ContextTextures = std::map<std::string, std::uint32_t>;
 
 }  // namespace oru

@@ -147,7 +147,8 @@ inline Float4 toFloat(Int4 a) {
     return _mm_cvtepi32_ps(a.lanes);
 }
 
-/// Addresses of four cells of 2 floats. Indices are not negative, so two are extracted from the vector at a time.
+/// Addresses of four cells of two floats each. Two 32-bit indices are extracted as one 64-bit number and then split.
+/// They need no sign extension, because an index is never negative.
 struct CellAddresses {
     CellAddresses(const float* cells, Int4 index) {
         const auto low = static_cast<std::uint64_t>(_mm_cvtsi128_si64(index.lanes));

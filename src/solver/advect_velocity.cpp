@@ -52,8 +52,8 @@ Pair<Floats> advectedCell(const Advection& advection, Floats i, Floats j, Pair<F
     return advected<withPush>(advection, i, j, sampleBilinear(source, from.x, from.y));
 }
 
-/// Departure points of some cells of a row. One loop finds them and another gathers from them: both in one loop form a
-/// chain of operations so long that a processor can overlap only two or three groups.
+/// Departure points of up to `capacity` cells of a row. Separate loops compute the points and gather from them. In one
+/// loop, the chain of dependent operations would be so long that a processor overlaps only two or three SIMD groups.
 struct DeparturePoints {
     static constexpr std::ptrdiff_t capacity = 128;
     std::int32_t cell[capacity];  // index of the lower left cell; negative if it has no neighbours

@@ -11,7 +11,8 @@ namespace velmora {
 
 namespace {
 
-/// Returns a relaxed pressure. `source` is alpha * b.
+/// Returns the pressure of a cell after one Jacobi iteration. `source` is alpha times the right-hand side b, and `rbeta`
+/// is 1 / beta.
 template <class Floats>
 Floats relaxed(Floats left, Floats right, Floats bottom, Floats top, Floats source, Floats rbeta) {
     return (left + right + bottom + top + source) * rbeta;

@@ -11,8 +11,8 @@
 
 namespace velmora {
 
-/// Frees the block and allocates one for width x height cells, filled with velocity 0. The block is null without memory
-/// or if no grid can have this size.
+/// Frees the block and allocates a new one for width x height cells of zero velocity. Sets it to null if the allocation
+/// fails or if no grid can have this size.
 void reallocatePackedVelocity(std::uint8_t*& block, std::int32_t width, std::int32_t height);
 
 /// Packs as many cells as the target has into state.packedVelocity, which it allocates if it is null. NaN counts as

@@ -19,7 +19,7 @@ constexpr float strongSmoothingDamping =
 /// Number of rows smoothed side by side. Within a row, each group waits for the group before it.
 constexpr std::ptrdiff_t smoothedTogether = 6;
 
-/// One row of the rectangle in both grids.
+/// The part of a grid row inside the updated rectangle, in the velocity grid and in the height grid.
 struct WaterRow {
     float* velocity;
     float* height;

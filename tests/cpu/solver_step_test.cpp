@@ -36,7 +36,7 @@ struct Solver {
         settings = beginSolverStep(state, touch);
         settings.isProjected = false;
     }
-    /// Runs a step. It must read its copy of the settings, so the originals change before it.
+    /// Overwrites the original settings and runs a step, which must read only its own copy.
     void step() {
         state.dragSegment = {};
         state.timeStep = state.velocityDissipation = 77.0f;

@@ -113,7 +113,8 @@ struct InkShaders : testing::Test {
             host.draw();
         }
     }
-    /// Draws a frame whose passes read smooth ink and smooth or no flow, and compares each pass with its shader.
+    /// Draws a frame with a smooth ink field and a smooth or zero velocity. Compares each pass with a CPU model of its
+    /// shader.
     void expectPasses(bool isStill) {
         const Image ink = smoothInk(), velocity = velocities(isStill ? 0 : 1);
         Shader shader;

@@ -22,8 +22,8 @@ struct Touch {
     TouchCode action;
 };
 
-/// A frame: the events before it, the movement measured on the last event, and the settings that its touch step leaves
-/// for the next solver step.
+/// Input and expected state of a frame: its touch events, the movement at the last of them, and the settings for the
+/// next solver step.
 struct GestureFrame {
     std::vector<Touch> events;
     int deltaX, deltaY;

@@ -200,7 +200,7 @@ final class LifecycleCases {
         return window;
     }
 
-    /** Pause and resume with and without a lost context, a rotation, another photo in a pause. */
+    /** Pauses and resumes with a kept and a lost context, rotates, and changes the photo in a pause. */
     private void surfaces() {
         HostKit.createContext(1, 1);
         Window window = new Window().show();
@@ -442,7 +442,10 @@ final class LifecycleCases {
         return window;
     }
 
-    /** Rain on a screen that is hidden and drawn at once when it is shown. Times in nanoseconds. */
+    /**
+     * Hides a screen with rain, shows it, draws {@code drawnAfter} nanoseconds later, and continues
+     * after {@code pause} nanoseconds.
+     */
     private void rain(long drawnAfter, long pause) {
         Window window = newRain();
         window.play(30, 10);

@@ -52,7 +52,7 @@ constexpr int height = 360;
 constexpr Rgb plainColor = {200, 190, 150};
 constexpr Rgb droppedColor = {40, 160, 90};
 
-/// Counts the pixels without the plain colour, except the rows of the marks (top 40) and of the toast (bottom 64).
+/// Counts the pixels that differ from the plain colour. Skips the top 40 rows (badges) and the bottom 64 rows (toast).
 int stains(const Pixbuf& image) {
     const int columns = gdk_pixbuf_get_width(image.get());
     int count = 0;

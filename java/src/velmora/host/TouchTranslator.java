@@ -38,7 +38,7 @@ public final class TouchTranslator {
         return translated;
     }
 
-    /** Returns the id of the pointer whose position belongs to the translated action. */
+    /** Returns the id of the pointer whose position belongs to the last translated action. */
     public int pointer() { return firstPointer; }
 
     /** Returns the pressure of a touch. Devices that do not measure pressure report exactly 1. */
