@@ -222,8 +222,8 @@ void compareIterations(Passes& passes, int count) {
         std::fill_n(pass.output.data, contents(pass.output, 1).size(), 7.0f);
         const FloatGrid first = pass.x, second = pass.output;
         kernel();
-        const std::vector<std::vector<float>> grids = {contents(first, 1), contents(second, 1),
-                                                       contents(pass.b, 1)};
+        std::vector<std::vector<float>> grids = {contents(first, 1), contents(second, 1),
+                                                 contents(pass.b, 1)};
         EXPECT_EQ(pass.x.data, (count % 2 == 0 ? first : second).data);
         pass.x = first;
         pass.output = second;

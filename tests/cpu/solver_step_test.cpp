@@ -229,7 +229,8 @@ float largestDivergence(const Solver& solver) {
 /// Steps a flow that converges and diverges. Apart from the projection, the step keeps the flow.
 void projectWaves(Solver& solver, bool isProjected) {
     for (int cell = 0; cell < columns * rows; ++cell) {
-        const auto i = static_cast<float>(cell % columns), j = static_cast<float>(cell / columns);
+        const int column = cell % columns, row = cell / columns;
+        const auto i = static_cast<float>(column), j = static_cast<float>(row);
         solver.state.velocity.data[cell * 2] = std::sin(0.5f * i) * std::cos(0.4f * j);
         solver.state.velocity.data[cell * 2 + 1] = std::sin(0.6f * j + 0.3f * i);
     }
