@@ -43,7 +43,7 @@ public final class EffectStage {
     public void show(EffectScene scene, Screen screen) {
         hide(scene);
         if (!visible.isEmpty()) {
-            // The screen below receives no further events of its finger.
+            // The covered screen gets no further touch events, so its finger would stay down.
             visible.get(visible.size() - 1).scene.releaseFinger();
         }
         visible.add(new Visible(scene, screen));

@@ -58,7 +58,7 @@ public final class Settings {
         look.useSecondBackground = isOn(Setting.SECOND_BACKGROUND);
     }
 
-    /** Returns the grid, the step rate and the weights that give the set speed on the set mesh. */
+    /** Returns the grid, step rate and weights for these settings' wave speed and mesh detail. */
     WaterSettings water() {
         int cells = (int) get(Setting.MESH_DETAIL);
         double cellsPerSecond = (double) get(Setting.WAVE_SPEED) * cells;

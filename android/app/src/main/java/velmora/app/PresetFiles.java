@@ -16,7 +16,7 @@ import velmora.host.Preset;
 import velmora.host.Settings;
 import velmora.host.SettingsStore;
 
-/** The shipped presets, each a JSON file with a picture beside it. */
+/** The shipped presets. Each is a JSON file with a thumbnail of the same name. */
 final class PresetFiles {
     /** The folder of the library's assets. */
     private static final String FOLDER = "velmora";
