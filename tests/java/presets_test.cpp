@@ -5,20 +5,44 @@
 
 #include <cstdlib>
 #include <filesystem>
+#include <map>
+#include <sstream>
 #include <string>
+#include <vector>
 
-#include "hostkit/picture.h"
+#include "app/settings.h"
+#include "hostkit/image.h"
 #include "tests/java/run_java.h"
 
 namespace {
 
 namespace fs = std::filesystem;
 
+/// Min, max and default of each setting.
+using Table = std::map<std::string, std::vector<float>>;
+
+TEST(Settings, HaveTheSameRangesAndDefaultsInJava) {
+    Table expected;
+    app::forEachField([&](const auto& field) {
+        expected[field.name] = {static_cast<float>(field.min), static_cast<float>(field.max),
+                                static_cast<float>(app::Settings{}.*field.member)};
+    });
+    Table seen;
+    std::istringstream lines(runJava("-cp " HOST_JAR ":" TEST_JAR ":" JSON_JAR
+                                     " javahost.LifecycleCases table " STROKE_GESTURE)
+                                 .output);
+    std::string name;
+    for (float min = 0, max = 0, initial = 0; lines >> name >> min >> max >> initial;) {
+        seen[name] = {min, max, initial};
+    }
+    EXPECT_EQ(seen, expected);
+}
+
 TEST(Presets, LookAsInThePlayer) {
     const fs::path folder = fs::current_path() / "java-presets";
     fs::create_directories(folder);
     const std::string picture = (folder / "picture.png").string();
-    hostkit::Picture board = hostkit::makeTestPicture(180, 320);
+    hostkit::Image board = hostkit::makeTestImage(180, 320);
     GdkPixbuf* const image = gdk_pixbuf_new_from_data(board.rgba.data(), GDK_COLORSPACE_RGB, TRUE,
                                                       8, 180, 320, 4 * 180, nullptr, nullptr);
     gdk_pixbuf_save(image, picture.c_str(), "png", nullptr, nullptr);

@@ -8,7 +8,7 @@ public enum Setting {
     RAIN("rain", Kind.NUMBER, 0.0f, 40.0f, 0.0f),
     TIME_SCALE("timeScale", Kind.NUMBER, 0.05f, 2.0f, 1.0f),
     REFRACTIVE_INDEX("refractiveIndex", Kind.NUMBER, 1.0f, 2.0f, 1.33f),
-    SHEEN("sheen", Kind.NUMBER, 0.0f, 1.0f, 0.1f),
+    REFLECTION("sheen", Kind.NUMBER, 0.0f, 1.0f, 0.1f),
     FRESNEL("fresnel", Kind.NUMBER, 0.0f, 3.0f, 0.8f),
     SPECULAR("specular", Kind.NUMBER, 1.0f, 5.5f, 3.0f),
     EXPONENT("exponent", Kind.NUMBER, 1.0f, 128.0f, 24.0f),
@@ -20,13 +20,15 @@ public enum Setting {
     /** The type of a setting's value in a preset. */
     enum Kind { NUMBER, WHOLE_NUMBER, SWITCH }
 
-    /** The member of a preset. */
-    final String member;
+    /** The name of the setting in presets. */
+    public final String member;
 
     final Kind kind;
-    final float min;
-    final float max;
-    final float initial;
+    public final float min;
+    public final float max;
+
+    /** The default value. A switch that is on has the value 1. */
+    public final float initial;
 
     Setting(String member, Kind kind, float min, float max, float initial) {
         this.member = member;
