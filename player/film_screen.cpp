@@ -2,9 +2,9 @@
 
 #include <imgui.h>
 
+#include "app/effect_probe.h"
 #include "app/size.h"
 #include "hostkit/image.h"
-#include "hostkit/instruments/effect_probe.h"
 #include "player/draw/overlays.h"
 #include "player/image.h"
 
@@ -29,7 +29,7 @@ void FilmScreen::renewContext() {
     }
 }
 
-void FilmScreen::drawOver(const hostkit::EffectProbe& probe) {
+void FilmScreen::drawOver(const app::EffectProbe& probe) {
     if (!painter) {
         return;
     }

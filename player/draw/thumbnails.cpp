@@ -3,8 +3,8 @@
 #include <exception>
 #include <system_error>
 
+#include "app/gl_state.h"
 #include "hostkit/image.h"
-#include "player/draw/gl_state.h"
 #include "player/image.h"
 #include "player/preset.h"
 
@@ -12,7 +12,7 @@ namespace player {
 namespace {
 
 GLuint textureOf(const hostkit::Image& image) {
-    const GlStateGuard guard;
+    const app::GlStateGuard guard;
     GLuint texture = 0;
     glGenTextures(1, &texture);
     glBindTexture(GL_TEXTURE_2D, texture);

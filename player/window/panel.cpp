@@ -255,14 +255,19 @@ void inkControls(app::Settings& settings) {
     }
 }
 
+/// Draws the heading of a section. Returns true if the section is open.
+bool heading(app::Group group, ImGuiTreeNodeFlags flags = 0) {
+    return ImGui::CollapsingHeader(app::groupNames[static_cast<int>(group)], flags);
+}
+
 void groups(const Panel& panel) {
-    if (ImGui::CollapsingHeader("Water", ImGuiTreeNodeFlags_DefaultOpen)) {
+    if (heading(app::Group::water, ImGuiTreeNodeFlags_DefaultOpen)) {
         settingControls(app::Group::water, panel.settings);
     }
-    if (ImGui::CollapsingHeader("Light")) {
+    if (heading(app::Group::light)) {
         settingControls(app::Group::light, panel.settings);
     }
-    if (ImGui::CollapsingHeader("Ink")) {
+    if (heading(app::Group::ink)) {
         inkControls(panel.settings);
         settingControls(app::Group::ink, panel.settings);
         buttonControls(Place::ink, panel.requests);

@@ -14,7 +14,7 @@ export class Capture {
     private gesture = "";
 
     constructor(private readonly player: Player) {
-        player.gestures.onRecording = (script) => this.saveRecording(script);
+        player.effect.onRecordingEnd = (script) => this.saveRecording(script);
     }
 
     async screenshot(): Promise<void> {

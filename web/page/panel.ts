@@ -2,12 +2,10 @@
 
 import GUI, { type Controller } from "lil-gui";
 import type { Command } from "./command";
-import { inkPalette, settingFields, type Ink } from "../../build/web/settings";
+import { inkPalette, settingFields, settingGroups, type Ink } from "../../build/web/settings";
 import { FrameTimeChart } from "./frame_time_chart";
 import type { Player } from "./player";
 import type { PresetChooser } from "./preset_chooser";
-
-const groups = ["Water", "Light", "Ink"] as const;
 
 export class Panel {
     private readonly gui: GUI;
@@ -27,7 +25,7 @@ export class Panel {
         this.gui = new GUI({ container, title: "Velmora", width: 320 });
         this.gui.$title.setAttribute("aria-label", "Close the settings");
         this.presetControl = this.addPresets();
-        groups.forEach((group) => this.addGroup(group));
+        settingGroups.forEach((group) => this.addGroup(group));
         for (const [folder, commands] of Object.entries(folders)) {
             this.addCommandFolder(folder, commands);
         }
@@ -103,7 +101,7 @@ export class Panel {
         return folder;
     }
 
-    private addGroup(group: (typeof groups)[number]): void {
+    private addGroup(group: (typeof settingGroups)[number]): void {
         const folder = this.addFolder(group).close();
         if (group === "Ink") {
             this.addInk(folder);
