@@ -8,7 +8,7 @@
 #include <utility>
 #include <vector>
 
-#include "player_files.h"
+#include "tests/desktop_files.h"
 
 namespace {
 
