@@ -11,7 +11,7 @@
 #include <utility>
 #include <vector>
 
-#include "player_files.h"
+#include "tests/desktop_files.h"
 
 namespace {
 
