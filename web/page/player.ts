@@ -4,11 +4,11 @@ import { defaultSettings, numbersOf, type Settings } from "../../build/web/setti
 import { AttractTimer } from "./attract_timer";
 import type { Effect } from "./effect";
 import { EffectProbe } from "./effect_probe";
-import { FrameLoop } from "./frame_loop";
+import { FrameLoop } from "../engine/frame_loop";
 import { FrameTimes } from "./frame_times";
 import { drawOverlays, type Overlays } from "./overlays";
 import { PausedFrame } from "./paused_frame";
-import { Pointer } from "./pointer";
+import { Pointer } from "../engine/pointer";
 import { Stage } from "./stage";
 
 export class Player {
