@@ -4,12 +4,12 @@ import { defaultSettings, type Settings } from "../../build/web/settings";
 import { AttractTimer } from "./attract_timer";
 import { ContextWatch } from "./context_watch";
 import type { Effect } from "./effect";
-import { FrameLoop } from "./frame_loop";
+import { FrameLoop } from "../engine/frame_loop";
 import { FrameTimes } from "./frame_times";
 import { Gestures } from "./gestures";
 import { Overlays } from "./overlays";
 import { Pause } from "./pause";
-import { Pointer } from "./pointer";
+import { Pointer } from "../engine/pointer";
 import { SettingsSync } from "./settings_sync";
 import { Stage } from "./stage";
 
