@@ -1,15 +1,15 @@
 #pragma once
 
-#include "hostkit/picture.h"
+#include "hostkit/image.h"
 
 namespace app {
 
 /// The two images under the water.
 struct Backgrounds {
     /// Image that is shown by default.
-    hostkit::Picture first;
+    hostkit::Image first;
     /// Image that is shown if `Settings::secondBackground` is set.
-    hostkit::Picture second;
+    hostkit::Image second;
 };
 
 }  // namespace app

@@ -53,13 +53,13 @@ struct Hues {
     double chroma = 0.0;
 };
 
-Hues huesOf(const hostkit::Picture& picture) {
+Hues huesOf(const hostkit::Image& image) {
     Hues hues;
-    const std::size_t pixels = picture.rgba.size() / 4;
+    const std::size_t pixels = image.rgba.size() / 4;
     const std::size_t stride = std::max<std::size_t>(1, pixels / maxSamples);
     std::size_t samples = 0;
     for (std::size_t at = 0; at < pixels; at += stride, ++samples) {
-        const std::uint8_t* channels = &picture.rgba[4 * at];
+        const std::uint8_t* channels = &image.rgba[4 * at];
         const Color color = {channels[0] / 255.0, channels[1] / 255.0, channels[2] / 255.0};
         const double weight = chroma(color);
         if (weight > 0.0) {
@@ -122,8 +122,8 @@ std::array<float, 3> lightInk(double hue, double darkest) {
     return {channel(0.0), channel(120.0), channel(240.0)};
 }
 
-std::array<float, 3> inkAgainst(const hostkit::Picture& picture, int variation) {
-    const Hues hues = huesOf(picture);
+std::array<float, 3> inkAgainst(const hostkit::Image& image, int variation) {
+    const Hues hues = huesOf(image);
     const double turn = maxTurn * std::sin(2.4 * variation);
     if (hues.chroma < minChroma) {
         return lightInk(defaultHue + turn, minDarkest);

@@ -2,7 +2,7 @@
 
 #include <array>
 
-#include "hostkit/picture.h"
+#include "hostkit/image.h"
 
 namespace app {
 
@@ -12,6 +12,6 @@ std::array<float, 3> lightInk(double hue, double darkest);
 
 /// Returns a light ink with the complement of the dominant hue of an image. The ink contrasts with the image, and the
 /// image remains visible through dense ink. Variation 0 is the complement. Other variations are hues close to it.
-std::array<float, 3> inkAgainst(const hostkit::Picture& picture, int variation = 0);
+std::array<float, 3> inkAgainst(const hostkit::Image& image, int variation = 0);
 
 }  // namespace app

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <algorithm>
+#include <cstddef>
 #include <string_view>
 
 namespace app {
@@ -27,7 +28,8 @@ inline constexpr CommandText commandTexts[] = {
     {"secondPicture", "Show second picture", "Show the other picture"},
     {"waterOnly", "Water only", "Turn the ink off or on"},
     {"attractMode", "Idle animation", "Turn the idle animation off or on"},
-    {"adaptiveQuality", "Adaptive quality", "Draw less detail on a slow machine, or always full detail"},
+    {"adaptiveQuality", "Adaptive quality",
+     "Draw less detail on a slow machine, or always full detail"},
     {"fullScreen", "Full screen", "Toggle full screen"},
     {"nextPreset", "Next preset", "Load the next preset"},
     {"randomSettings", "Random look", "Choose random settings"},
@@ -50,9 +52,15 @@ inline constexpr CommandText commandTexts[] = {
     {"loseContext", "Lose context", "Lose the graphics context and rebuild it"},
 };
 
+/// Returns the element of a table with this name. An unknown name is a compile error.
+template <class Text, std::size_t count>
+consteval Text textNamed(const Text (&table)[count], std::string_view name) {
+    return *std::find_if(table, table + count, [&](const Text& text) { return name == text.name; });
+}
+
 /// Returns the texts of the command with this name. An unknown name is a compile error.
 consteval CommandText commandText(std::string_view name) {
-    return *std::ranges::find(commandTexts, name, &CommandText::name);
+    return textNamed(commandTexts, name);
 }
 
 /// A heading or a message.
@@ -92,7 +100,7 @@ inline constexpr SharedText sharedTexts[] = {
 
 /// Returns the heading or message with this name. An unknown name is a compile error.
 consteval const char* sharedText(std::string_view name) {
-    return std::ranges::find(sharedTexts, name, &SharedText::name)->text;
+    return textNamed(sharedTexts, name).text;
 }
 
 }  // namespace app

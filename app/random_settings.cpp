@@ -14,10 +14,10 @@ struct Range {
     double max;
 };
 constexpr Range ranges[] = {
-    {&Settings::damping, 0.95, 0.988}, {&Settings::waveSpeed, 0.22, 0.6},
-    {&Settings::ripple, 1.2, 4.5},     {&Settings::refractiveIndex, 1.2, 1.6},
-    {&Settings::sheen, 0.08, 0.24},    {&Settings::fresnel, 0.6, 1.6},
-    {&Settings::specular, 1.8, 4.5},   {&Settings::exponent, 8.0, 44.0},
+    {&Settings::damping, 0.95, 0.988},   {&Settings::waveSpeed, 0.22, 0.6},
+    {&Settings::ripple, 1.2, 4.5},       {&Settings::refractiveIndex, 1.2, 1.6},
+    {&Settings::reflection, 0.08, 0.24}, {&Settings::fresnel, 0.6, 1.6},
+    {&Settings::specular, 1.8, 4.5},     {&Settings::exponent, 8.0, 44.0},
     {&Settings::pressure, 0.35, 0.7},
 };
 constexpr int meshDetails[] = {90, 105, 120, 135};

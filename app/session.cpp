@@ -72,8 +72,8 @@ void Session::setBackgrounds(Backgrounds images) {
     }
 }
 
-void Session::showPicture(hostkit::Picture picture) {
-    setBackgrounds({std::move(picture), std::move(backgrounds.first)});
+void Session::showBackground(hostkit::Image image) {
+    setBackgrounds({std::move(image), std::move(backgrounds.first)});
 }
 
 std::array<float, 3> Session::inkAgainstBackground(int variation) const {
@@ -181,7 +181,7 @@ void Session::run(std::span<const ScriptAction> frameActions, std::chrono::nanos
     dropRain(rain, *host, settings, elapsed);
     host->step(events, elapsed);
     frontEnd.draw(*host);
-    idleWatch.noteFrame(host->water().resting, [this] { return screenDigest(); });
+    idleWatch.noteFrame(host->water().idle, [this] { return screenDigest(); });
 }
 
 bool Session::hasChanges() const {
@@ -207,7 +207,7 @@ void Session::applyChanges() {
 std::vector<ScriptEvent> Session::eventsOf(std::span<const ScriptAction> frameActions) {
     Settings current = settings;
     current.ink = attractInk.value_or(settings.ink);
-    std::vector<ScriptAction> all = inkAndBackgroundChanges(current, host->look());
+    std::vector<ScriptAction> all = inkAndBackgroundChanges(current, host->effectSettings());
     all.insert(all.end(), frameActions.begin(), frameActions.end());
     std::vector<ScriptEvent> events;
     for (const ScriptAction& action : all) {

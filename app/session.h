@@ -20,7 +20,7 @@
 #include "app/size.h"
 #include "hostkit/effect_host.h"
 #include "hostkit/gesture_script.h"
-#include "hostkit/picture.h"
+#include "hostkit/image.h"
 #include "hostkit/water_driver.h"
 
 namespace app {
@@ -30,7 +30,7 @@ struct FrontEnd {
     /// Makes a GL context without objects current: a new context, or the old one after deleting its objects.
     std::function<void()> renewContext;
     /// Returns an image scaled and cropped to cover the screen.
-    std::function<hostkit::Picture(const hostkit::Picture&, Size)> cover;
+    std::function<hostkit::Image(const hostkit::Image&, Size)> cover;
     /// Draws a frame of the host.
     std::function<void(hostkit::EffectHost&)> draw = [](hostkit::EffectHost& host) { host.draw(); };
     /// Called after each start of the effect.
@@ -62,7 +62,7 @@ public:
     /// Replaces the backgrounds.
     void setBackgrounds(Backgrounds backgrounds);
     /// Makes the image the first background, and the previous first background the second.
-    void showPicture(hostkit::Picture picture);
+    void showBackground(hostkit::Image image);
     /// Returns an ink that contrasts with the current background. See `inkAgainst`.
     std::array<float, 3> inkAgainstBackground(int variation) const;
 
@@ -97,7 +97,7 @@ public:
 
     /// Returns true if the next frame would look the same.
     bool isIdle() const;
-    bool isWaterIdle() const { return host && host->water().resting; }
+    bool isWaterIdle() const { return host && host->water().idle; }
     bool mayShowInk() const { return !applied.waterOnly && idleWatch.mayShowInk(); }
 
     /// Restarts the effect in the state in which a replay starts, and records all actions.

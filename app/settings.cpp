@@ -13,21 +13,22 @@ constexpr double maxWaveWeight = 0.45;
 /// Radius of the ripple of a touch, as a fraction of the shorter side: three cells of a grid with 90.
 constexpr double rippleRadius = 3.0 / 90.0;
 /// Strength of a ripple of a move, as a fraction of the strength of a touch-down.
-constexpr float moveRippleFraction = defaultLook.moveRipple / defaultLook.downRipple;
+constexpr float moveRippleFraction =
+    defaultEffectSettings.moveRipple / defaultEffectSettings.downRipple;
 
 hostkit::InkColor inkOf(const Settings& settings) {
     return {settings.ink[0], settings.ink[1], settings.ink[2]};
 }
 
 /// Copies the settings of the image, except ink and background.
-void applyLook(const Settings& settings, hostkit::Look& look) {
-    look.refractiveIndex = settings.refractiveIndex;
-    look.alphaRatio1Scale = settings.sheen;
-    look.fresnelRatio = settings.fresnel;
-    look.specularRatio = settings.specular;
-    look.exponent = settings.exponent;
-    look.downRipple = settings.ripple;
-    look.moveRipple = settings.ripple * moveRippleFraction;
+void applyEffectSettings(const Settings& settings, hostkit::EffectSettings& effect) {
+    effect.refractiveIndex = settings.refractiveIndex;
+    effect.alphaRatio1Scale = settings.reflection;
+    effect.fresnelRatio = settings.fresnel;
+    effect.specularRatio = settings.specular;
+    effect.exponent = settings.exponent;
+    effect.downRipple = settings.ripple;
+    effect.moveRipple = settings.ripple * moveRippleFraction;
 }
 
 }  // namespace
@@ -52,9 +53,9 @@ hostkit::EffectHostOptions hostOptions(const Settings& settings, int width, int 
     options.height = height;
     options.inkEnabled = !settings.waterOnly;
     options.water = waterOf(settings);
-    applyLook(settings, options.look);
-    options.look.ink = inkOf(settings);
-    options.look.useSecondBackground = settings.secondBackground;
+    applyEffectSettings(settings, options.effect);
+    options.effect.ink = inkOf(settings);
+    options.effect.useSecondBackground = settings.secondBackground;
     return options;
 }
 
@@ -67,16 +68,16 @@ void applySettings(const Settings& settings, int cellsPerVertex, hostkit::Effect
         host.replaceWater(water);
     }
     host.water().settings = water;
-    applyLook(settings, host.look());
+    applyEffectSettings(settings, host.effectSettings());
 }
 
 std::vector<hostkit::ScriptAction> inkAndBackgroundChanges(const Settings& settings,
-                                                           const hostkit::Look& look) {
+                                                           const hostkit::EffectSettings& effect) {
     std::vector<hostkit::ScriptAction> changes;
-    if (inkOf(settings) != look.ink) {
+    if (inkOf(settings) != effect.ink) {
         changes.emplace_back(inkOf(settings));
     }
-    if (settings.secondBackground != look.useSecondBackground) {
+    if (settings.secondBackground != effect.useSecondBackground) {
         changes.emplace_back(hostkit::SecondBackground{settings.secondBackground});
     }
     return changes;

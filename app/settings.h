@@ -10,7 +10,7 @@
 namespace app {
 
 /// Default settings of the image, which the host and the application share.
-inline constexpr hostkit::Look defaultLook{};
+inline constexpr hostkit::EffectSettings defaultEffectSettings{};
 
 /// Settings that the user can change. A preset is a saved set of them.
 struct Settings {
@@ -19,19 +19,19 @@ struct Settings {
     /// Wave speed in shorter screen sides per second, independent of the grid.
     float waveSpeed = 0.365f;
     /// Strength of the ripple of a touch-down. The ripples of a move have a sixth of it.
-    float ripple = defaultLook.downRipple;
+    float ripple = defaultEffectSettings.downRipple;
     /// Cells of the water grid along the shorter screen side.
     int meshDetail = hostkit::WaterSettings{}.shortSideCells;
     /// Refractive index: 1 is no refraction, 1.33 is water.
-    float refractiveIndex = defaultLook.refractiveIndex;
+    float refractiveIndex = defaultEffectSettings.refractiveIndex;
     /// Weight of the reflection on waves, 0 to 1.
-    float sheen = defaultLook.alphaRatio1Scale;
+    float reflection = defaultEffectSettings.alphaRatio1Scale;
     /// Extra reflection on slopes that face the light.
-    float fresnel = defaultLook.fresnelRatio;
+    float fresnel = defaultEffectSettings.fresnelRatio;
     /// Peak of the highlight as a factor of the reflection.
-    float specular = defaultLook.specularRatio;
+    float specular = defaultEffectSettings.specularRatio;
     /// Sharpness of the highlight.
-    float exponent = defaultLook.exponent;
+    float exponent = defaultEffectSettings.exponent;
     /// Raindrops per second.
     float rain = 0.0f;
     /// Pressure of pointers that do not measure it, 0 to 1.
@@ -39,7 +39,8 @@ struct Settings {
     /// Seconds of effect time per second of real time.
     float timeScale = 1.0f;
     /// Ink colour: red, green, blue, 0 to 1.
-    std::array<float, 3> ink = {defaultLook.ink.red, defaultLook.ink.green, defaultLook.ink.blue};
+    std::array<float, 3> ink = {defaultEffectSettings.ink.red, defaultEffectSettings.ink.green,
+                                defaultEffectSettings.ink.blue};
     bool secondBackground = false;
     /// True to turn off the ink.
     bool waterOnly = false;
@@ -77,7 +78,7 @@ constexpr SettingField<float> numberFields[] = {
      "Speed of the effect. 1 is real time, and lower values are slow motion."},
     {"refractiveIndex", "Refraction", &Settings::refractiveIndex, 1.0f, 2.0f, Group::light,
      "How much waves distort the picture. 1 is no distortion, and 1.33 is water."},
-    {"sheen", "Shine", &Settings::sheen, 0.0f, 1.0f, Group::light,
+    {"sheen", "Shine", &Settings::reflection, 0.0f, 1.0f, Group::light,
      "Strength of the reflections on waves."},
     {"fresnel", "Edge shine", &Settings::fresnel, 0.0f, 3.0f, Group::light,
      "Extra reflection on slopes that face the light at the lower right."},
@@ -140,7 +141,7 @@ void applySettings(const Settings& settings, int cellsPerVertex, hostkit::Effect
 
 /// Returns actions that bring ink and background of the host up to date with the settings. Empty if nothing differs.
 std::vector<hostkit::ScriptAction> inkAndBackgroundChanges(const Settings& settings,
-                                                           const hostkit::Look& look);
+                                                           const hostkit::EffectSettings& effect);
 
 /// Updates the settings after an action that sets the ink or the background.
 void applyAction(Settings& settings, const hostkit::ScriptAction& action);

@@ -17,7 +17,7 @@ namespace hostkit {
 
 namespace {
 
-constexpr int sheenSlot = 0;
+constexpr int reflectionSlot = 0;
 constexpr int backgroundSlot = 1;
 constexpr int secondBackgroundSlot = 2;
 /// Names of the slots in error messages.
@@ -56,8 +56,8 @@ EffectHost::EffectHost(EffectHostOptions hostOptions)
     : options(std::move(hostOptions)),
       environment(options.jni ? *options.jni : ownEnvironment),
       mvpMatrix(environment.newFloatArray(16)) {
-    if (options.sheen.empty()) {
-        options.sheen = makeSheen();
+    if (options.reflectionMap.empty()) {
+        options.reflectionMap = makeReflectionMap();
     }
     setBackgrounds(std::move(options.background), std::move(options.secondBackground));
     native::onInitSetting(environment.env(), nullptr, options.width, options.height,
@@ -79,14 +79,14 @@ void EffectHost::replaceWater(WaterSettings settings) {
     fillMvp(JniEnvironment::elements(mvpMatrix), *waterDriver);
 }
 
-void EffectHost::setBackgrounds(Picture background, Picture secondBackground) {
+void EffectHost::setBackgrounds(Image background, Image secondBackground) {
     options.background = std::move(background);
     options.secondBackground = std::move(secondBackground);
     if (options.background.empty()) {
-        options.background = makeTestPicture(options.width, options.height);
+        options.background = makeTestImage(options.width, options.height);
     }
     if (options.secondBackground.empty()) {
-        options.secondBackground = makeTestPicture(options.height, options.width);
+        options.secondBackground = makeTestImage(options.height, options.width);
     }
     if (contextReady) {
         loadTexture(options.background, backgroundSlot);
@@ -97,24 +97,24 @@ void EffectHost::setBackgrounds(Picture background, Picture secondBackground) {
 void EffectHost::setUpContext() {
     native::onInitUVHBuffer(environment.env(), nullptr);
     native::onInitGPU(environment.env(), nullptr);
-    loadTexture(options.sheen, sheenSlot);
+    loadTexture(options.reflectionMap, reflectionSlot);
     loadTexture(options.background, backgroundSlot);
     loadTexture(options.secondBackground, secondBackgroundSlot);
     contextReady = true;
 }
 
-void EffectHost::loadTexture(Picture& picture, int index) {
-    const auto width = static_cast<std::uint32_t>(picture.width);
+void EffectHost::loadTexture(Image& image, int index) {
+    const auto width = static_cast<std::uint32_t>(image.width);
     StandInBitmap bitmap{};
-    bitmap.info = {width, static_cast<std::uint32_t>(picture.height), width * 4,
+    bitmap.info = {width, static_cast<std::uint32_t>(image.height), width * 4,
                    ANDROID_BITMAP_FORMAT_RGBA_8888, 0};
-    bitmap.pixels = picture.rgba.data();
+    bitmap.pixels = image.rgba.data();
     const jint result =
         native::LoadTextures(environment.env(), nullptr, reinterpret_cast<jobject>(&bitmap), index);
     if (result < 0) {
         throw HostError(std::string(textureNames[static_cast<std::size_t>(index)]) +
-                        ": the library cannot load this image of " + std::to_string(picture.width) +
-                        " x " + std::to_string(picture.height) + " pixels (code " +
+                        ": the library cannot load this image of " + std::to_string(image.width) +
+                        " x " + std::to_string(image.height) + " pixels (code " +
                         std::to_string(result) + ")");
     }
 }
@@ -133,9 +133,9 @@ void EffectHost::step(std::span<const ScriptEvent> events, std::chrono::nanoseco
 
 void EffectHost::apply(const ScriptAction& action) {
     std::visit(Overloaded{[this](const Touch& event) { touch(event); },
-                          [this](const InkColor& ink) { options.look.ink = ink; },
+                          [this](const InkColor& ink) { options.effect.ink = ink; },
                           [this](const SecondBackground& second) {
-                              options.look.useSecondBackground = second.on;
+                              options.effect.useSecondBackground = second.on;
                           },
                           [this](const ClearInk&) { clearInk(); },
                           [this](const LoseContext&) { loseContext(); }},
@@ -152,7 +152,7 @@ void EffectHost::touch(const Touch& event) {
 
 void EffectHost::addRipples(const Touch& event) {
     if (event.action == TouchAction::down) {
-        rippleAt(*waterDriver, environment, event.x, event.y, options.look.downRipple);
+        rippleAt(*waterDriver, environment, event.x, event.y, options.effect.downRipple);
     }
     if (event.action != TouchAction::move || !lastTouch) {
         return;
@@ -167,7 +167,7 @@ void EffectHost::addRipples(const Touch& event) {
     for (int ripple = 1; ripple <= ripples; ++ripple) {
         const double fraction = static_cast<double>(ripple) / ripples;
         rippleAt(*waterDriver, environment, lastTouch->x + distanceX * fraction,
-                 lastTouch->y + distanceY * fraction, options.look.moveRipple);
+                 lastTouch->y + distanceY * fraction, options.effect.moveRipple);
     }
 }
 
@@ -191,17 +191,17 @@ void EffectHost::loseContext() {
 
 void EffectHost::draw() {
     const WaterDriver& water = *waterDriver;
-    const Look& look = options.look;
+    const EffectSettings& effect = options.effect;
     const auto count = [](auto array) {
         return static_cast<jint>(JniEnvironment::elements(array).size());
     };
     native::onDrawFrame(environment.env(), nullptr, water.positions, water.heights, water.indices,
                         count(water.positions), count(water.heights), count(water.indices),
                         mvpMatrix, water.meshSizeWidth, water.meshSizeHeight, water.numDetailsWidth,
-                        water.numDetailsHeight, look.refractiveIndex, look.alpha,
-                        look.alphaRatio1Scale, look.alphaRatio2Scale, look.ink.red, look.ink.green,
-                        look.ink.blue, look.fresnelRatio, look.specularRatio, look.exponent,
-                        look.useSecondBackground);
+                        water.numDetailsHeight, effect.refractiveIndex, effect.alpha,
+                        effect.alphaRatio1Scale, effect.alphaRatio2Scale, effect.ink.red,
+                        effect.ink.green, effect.ink.blue, effect.fresnelRatio,
+                        effect.specularRatio, effect.exponent, effect.useSecondBackground);
 }
 
 }  // namespace hostkit

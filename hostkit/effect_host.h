@@ -11,15 +11,15 @@
 
 #include "hostkit/gesture_script.h"
 #include "hostkit/gl_context.h"
+#include "hostkit/image.h"
 #include "hostkit/jni_environment.h"
-#include "hostkit/picture.h"
 #include "hostkit/screen.h"
 #include "hostkit/water_driver.h"
 
 namespace hostkit {
 
 /// Settings of the image that onDrawFrame takes for each frame, and strengths of the ripples of a touch.
-struct Look {
+struct EffectSettings {
     /// Refractive index: 1 is no refraction, 1.33 is water.
     float refractiveIndex = 1.33f;
     /// Weight of the reflection on waves, multiplied by `alphaRatio1Scale`; 0 is no reflection.
@@ -53,14 +53,14 @@ struct EffectHostOptions {
     int height = 1920;
     /// False: water only, without solver and ink.
     bool inkEnabled = true;
-    /// Reflection map. Empty: the result of makeSheen.
-    Picture sheen = {};
-    /// First background, stretched over the screen. Empty: the result of makeTestPicture.
-    Picture background = {};
-    /// Second background, stretched over the screen. Empty: the result of makeTestPicture.
-    Picture secondBackground = {};
+    /// Reflection map. Empty: the result of makeReflectionMap.
+    Image reflectionMap = {};
+    /// First background, stretched over the screen. Empty: the result of makeTestImage.
+    Image background = {};
+    /// Second background, stretched over the screen. Empty: the result of makeTestImage.
+    Image secondBackground = {};
     /// Initial settings of the image.
-    Look look = {};
+    EffectSettings effect = {};
     /// Initial settings of the water.
     WaterSettings water = {};
     /// Environment for the arrays, which must outlive the host. Null: the host creates an environment.
@@ -113,19 +113,19 @@ public:
     /// Replaces the GL context and creates the GL objects anew. The ink is lost. Throws HostError on failure.
     void loseContext();
     /// Replaces the backgrounds. Throws HostError if the library refuses an image.
-    /// @param background first background; empty: the result of makeTestPicture
-    /// @param secondBackground second background; empty: the result of makeTestPicture
-    void setBackgrounds(Picture background, Picture secondBackground);
+    /// @param background first background; empty: the result of makeTestImage
+    /// @param secondBackground second background; empty: the result of makeTestImage
+    void setBackgrounds(Image background, Image secondBackground);
     /// Replaces the grid and the mesh of the water. Waves and ink stay.
     /// @param settings new settings of the water
     void replaceWater(WaterSettings settings);
 
     /// Returns the settings of the image for changing. A change takes effect with the next frame.
     /// @return the settings
-    Look& look() { return options.look; }
+    EffectSettings& effectSettings() { return options.effect; }
     /// Returns the settings of the image.
     /// @return the settings
-    const Look& look() const { return options.look; }
+    const EffectSettings& effectSettings() const { return options.effect; }
     /// Returns the water for changing. Replace grid and mesh with replaceWater.
     /// @return the water; its address stays the same
     WaterDriver& water() { return *waterDriver; }
@@ -147,7 +147,7 @@ public:
 
 private:
     void setUpContext();
-    void loadTexture(Picture& picture, int index);
+    void loadTexture(Image& image, int index);
     void apply(const ScriptAction& action);
     void addRipples(const Touch& touch);
 

@@ -36,9 +36,9 @@ int verticesAlong(int cells, int cellsPerVertex) {
 }
 
 void runStep(WaterDriver& water, JniEnvironment& jni) {
-    water.resting = native::move(jni.env(), nullptr, water.velocity, water.height, 1, 1,
-                                 water.columns - 1, water.rows - 1, water.columns, 0, JNI_TRUE,
-                                 water.settings.damping, water.settings.waveSpeed);
+    water.idle = native::move(jni.env(), nullptr, water.velocity, water.height, 1, 1,
+                              water.columns - 1, water.rows - 1, water.columns, 0, JNI_TRUE,
+                              water.settings.damping, water.settings.waveSpeed);
     ++water.steps;
 }
 
@@ -100,7 +100,7 @@ WaterDriver makeWater(JniEnvironment& jni, int screenWidth, int screenHeight,
     const int longSide = maxVertices / (shortSide + 1) - 1;
     WaterDriver water{};
     water.settings = settings;
-    water.resting = true;
+    water.idle = true;
     water.screenWidth = screenWidth;
     water.screenHeight = screenHeight;
     water.columns = std::min(scaled(shortSide, screenWidth, screenHeight), longSide);
@@ -141,7 +141,7 @@ void resampleWaves(const WaterDriver& from, WaterDriver& to) {
     resample(from.velocity, to.velocity,
              static_cast<float>(from.settings.stepsPerSecond) /
                  static_cast<float>(to.settings.stepsPerSecond));
-    to.resting = from.resting;
+    to.idle = from.idle;
     to.steps = from.steps;
     if (to.settings.stepsPerSecond == from.settings.stepsPerSecond) {
         to.pendingTime = from.pendingTime;
@@ -167,18 +167,18 @@ void rippleAt(WaterDriver& water, JniEnvironment& jni, double x, double y, float
     } else {
         raiseWideCone(water, jni, x, y, strength);
     }
-    water.resting = false;
+    water.idle = false;
 }
 
 void advanceWater(WaterDriver& water, JniEnvironment& jni, std::chrono::nanoseconds elapsed) {
-    if (water.resting) {
+    if (water.idle) {
         water.pendingTime = 0;
         return;
     }
     const std::int64_t rate = water.settings.stepsPerSecond;
     water.pendingTime = std::min(water.pendingTime + elapsed.count() * rate,
                                  maxFramesToCatchUp * rate / 60 * stepTime);
-    for (; water.pendingTime >= stepTime && !water.resting; water.pendingTime -= stepTime) {
+    for (; water.pendingTime >= stepTime && !water.idle; water.pendingTime -= stepTime) {
         runStep(water, jni);
     }
     buildHeights(water);

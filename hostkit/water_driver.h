@@ -79,7 +79,7 @@ struct WaterDriver {
     jfloatArray heights;
 
     /// True while the water is idle. No step runs until the next ripple.
-    bool resting = true;
+    bool idle = true;
     /// Number of steps run so far.
     std::int64_t steps = 0;
     /// Time that is not stepped yet, in nanoseconds times `stepsPerSecond`. One step is 1e9.

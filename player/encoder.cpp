@@ -156,7 +156,7 @@ Encoder::~Encoder() {
     }
 }
 
-void Encoder::add(const hostkit::Picture& frame) {
+void Encoder::add(const hostkit::Image& frame) {
     const std::uint8_t* next = frame.rgba.data();
     std::size_t left = frame.rgba.size();
     while (left > 0) {

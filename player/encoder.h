@@ -7,7 +7,7 @@
 #include <memory>
 
 #include "app/size.h"
-#include "hostkit/picture.h"
+#include "hostkit/image.h"
 
 namespace player {
 
@@ -30,7 +30,7 @@ public:
     Encoder(const Encoder&) = delete;
     Encoder& operator=(const Encoder&) = delete;
 
-    void add(const hostkit::Picture& frame);
+    void add(const hostkit::Image& frame);
     /// Waits until the file is complete.
     void finish();
 

@@ -47,7 +47,7 @@ Film::Film(std::filesystem::path targetFolder, const std::string& format, app::S
                        gapShade);
 }
 
-void Film::add(const hostkit::Picture& frame) {
+void Film::add(const hostkit::Image& frame) {
     for (; static_cast<double>(filmFrames) * timeScale < framesDone + 1; ++filmFrames) {
         encoder.add(frame);
     }
@@ -57,7 +57,7 @@ void Film::add(const hostkit::Picture& frame) {
     ++framesDone;
 }
 
-void Film::addStill(const hostkit::Picture& frame) {
+void Film::addStill(const hostkit::Image& frame) {
     const int place = static_cast<int>(stillsDone);
     drawScaled(frame, sheet, place % columns * (thumbnailWidth + gap),
                place / columns * (thumbnailHeight + gap), thumbnailWidth, thumbnailHeight);

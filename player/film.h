@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "app/size.h"
-#include "hostkit/picture.h"
+#include "hostkit/image.h"
 #include "player/encoder.h"
 
 namespace player {
@@ -21,14 +21,14 @@ public:
     Film(std::filesystem::path folder, const std::string& format, app::Size size, int frameCount,
          float timeScale);
 
-    void add(const hostkit::Picture& frame);
+    void add(const hostkit::Image& frame);
     void finish();
 
     /// Returns the numbers of the still frames, evenly spaced over the run.
     const std::vector<int>& stills() const { return stillFrames; }
 
 private:
-    void addStill(const hostkit::Picture& frame);
+    void addStill(const hostkit::Image& frame);
 
     std::filesystem::path folder;
     std::vector<int> stillFrames;
@@ -39,7 +39,7 @@ private:
     int columns;
     int thumbnailWidth;
     int thumbnailHeight;
-    hostkit::Picture sheet;
+    hostkit::Image sheet;
     Encoder encoder;
 };
 

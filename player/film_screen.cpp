@@ -3,8 +3,8 @@
 #include <imgui.h>
 
 #include "app/size.h"
+#include "hostkit/image.h"
 #include "hostkit/instruments/effect_probe.h"
-#include "hostkit/picture.h"
 #include "player/draw/overlays.h"
 #include "player/image.h"
 
@@ -40,7 +40,7 @@ void FilmScreen::drawOver(const hostkit::EffectProbe& probe) {
     painter->draw();
 }
 
-hostkit::Picture FilmScreen::shown() const {
+hostkit::Image FilmScreen::shown() const {
     return readFrame(size);
 }
 

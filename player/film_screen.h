@@ -4,8 +4,8 @@
 
 #include "app/size.h"
 #include "hostkit/gl_context.h"
+#include "hostkit/image.h"
 #include "hostkit/instruments/effect_probe.h"
-#include "hostkit/picture.h"
 #include "player/draw/draw_overlays.h"
 #include "player/draw/overlays.h"
 #include "player/draw/painter.h"
@@ -22,7 +22,7 @@ public:
     void renewContext();
     void drawOver(const hostkit::EffectProbe& probe);
     /// Returns the frame on the screen, opaque.
-    hostkit::Picture shown() const;
+    hostkit::Image shown() const;
 
 private:
     app::Size size;

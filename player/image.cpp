@@ -18,7 +18,7 @@
 
 namespace player {
 
-using hostkit::Picture;
+using hostkit::Image;
 
 namespace {
 
@@ -33,13 +33,12 @@ struct Unref {
 };
 using PixbufPointer = std::unique_ptr<GdkPixbuf, Unref>;
 
-/// Returns a view of `picture`. The picture must outlive the view.
-PixbufPointer pixbufOf(const Picture& picture) {
-    // GdkPixbuf has no read-only view. Callers write only through views of non-const pictures.
-    auto* rows = const_cast<std::uint8_t*>(picture.rgba.data());
-    return PixbufPointer(gdk_pixbuf_new_from_data(rows, GDK_COLORSPACE_RGB, TRUE, 8, picture.width,
-                                                  picture.height, 4 * picture.width, nullptr,
-                                                  nullptr));
+/// Returns a view of `image`. The image must outlive the view.
+PixbufPointer pixbufOf(const Image& image) {
+    // GdkPixbuf has no read-only view. Callers write only through views of non-const images.
+    auto* rows = const_cast<std::uint8_t*>(image.rgba.data());
+    return PixbufPointer(gdk_pixbuf_new_from_data(rows, GDK_COLORSPACE_RGB, TRUE, 8, image.width,
+                                                  image.height, 4 * image.width, nullptr, nullptr));
 }
 
 /// Returns the message of an error and frees the error.
@@ -137,7 +136,7 @@ PixbufPointer decode(const std::filesystem::path& file) {
 
 }  // namespace
 
-Picture loadImage(const std::filesystem::path& file) {
+Image loadImage(const std::filesystem::path& file) {
     const PixbufPointer upright = decode(file);
     const int columns = gdk_pixbuf_get_width(upright.get());
     const int rows = gdk_pixbuf_get_height(upright.get());
@@ -145,12 +144,11 @@ Picture loadImage(const std::filesystem::path& file) {
     const auto scaled = [&](int side) {
         return std::max(1, static_cast<int>(std::lround(side * scale)));
     };
-    Picture picture =
-        plainImage(scaled(columns), scaled(rows), 0);  // black under transparent pixels
-    gdk_pixbuf_composite(upright.get(), pixbufOf(picture).get(), 0, 0, picture.width,
-                         picture.height, 0.0, 0.0, static_cast<double>(picture.width) / columns,
-                         static_cast<double>(picture.height) / rows, GDK_INTERP_BILINEAR, 255);
-    return picture;
+    Image image = plainImage(scaled(columns), scaled(rows), 0);  // black under transparent pixels
+    gdk_pixbuf_composite(upright.get(), pixbufOf(image).get(), 0, 0, image.width, image.height, 0.0,
+                         0.0, static_cast<double>(image.width) / columns,
+                         static_cast<double>(image.height) / rows, GDK_INTERP_BILINEAR, 255);
+    return image;
 }
 
 app::Backgrounds loadBackgrounds(const Options& options) {
@@ -158,53 +156,53 @@ app::Backgrounds loadBackgrounds(const Options& options) {
         const std::filesystem::path file = named.empty() ? fallback : named;
         std::error_code ignored;
         return named.empty() && !std::filesystem::exists(file, ignored)
-                   ? hostkit::makeTestPicture(testImageSide, testImageSide)
+                   ? hostkit::makeTestImage(testImageSide, testImageSide)
                    : loadImage(file);
     };
     return {load(options.image, "/usr/share/backgrounds/mate/nature/Dune.jpg"),
             load(options.second, "/usr/share/backgrounds/mate/nature/RainDrops.jpg")};
 }
 
-Picture covering(const Picture& picture, int width, int height) {
-    const double scale = std::max(static_cast<double>(width) / picture.width,
-                                  static_cast<double>(height) / picture.height);
-    Picture cover = plainImage(width, height, 0);
-    gdk_pixbuf_scale(pixbufOf(picture).get(), pixbufOf(cover).get(), 0, 0, width, height,
-                     (width - picture.width * scale) / 2, (height - picture.height * scale) / 2,
-                     scale, scale, GDK_INTERP_BILINEAR);
+Image covering(const Image& image, int width, int height) {
+    const double scale = std::max(static_cast<double>(width) / image.width,
+                                  static_cast<double>(height) / image.height);
+    Image cover = plainImage(width, height, 0);
+    gdk_pixbuf_scale(pixbufOf(image).get(), pixbufOf(cover).get(), 0, 0, width, height,
+                     (width - image.width * scale) / 2, (height - image.height * scale) / 2, scale,
+                     scale, GDK_INTERP_BILINEAR);
     return cover;
 }
 
-Picture plainImage(int width, int height, std::uint8_t shade) {
-    Picture picture{width, height, {}};
-    picture.rgba.resize(4 * static_cast<std::size_t>(width) * static_cast<std::size_t>(height));
+Image plainImage(int width, int height, std::uint8_t shade) {
+    Image image{width, height, {}};
+    image.rgba.resize(4 * static_cast<std::size_t>(width) * static_cast<std::size_t>(height));
     const guint32 grey = guint32{shade} * 0x01010100;
-    gdk_pixbuf_fill(pixbufOf(picture).get(), grey | 0xFF);
-    return picture;
+    gdk_pixbuf_fill(pixbufOf(image).get(), grey | 0xFF);
+    return image;
 }
 
-Picture readFrame(app::Size screen) {
-    Picture picture{screen.width, screen.height, hostkit::readScreen(screen.width, screen.height)};
-    for (std::size_t alpha = 3; alpha < picture.rgba.size(); alpha += 4) {
-        picture.rgba[alpha] = 255;
+Image readFrame(app::Size screen) {
+    Image image{screen.width, screen.height, hostkit::readScreen(screen.width, screen.height)};
+    for (std::size_t alpha = 3; alpha < image.rgba.size(); alpha += 4) {
+        image.rgba[alpha] = 255;
     }
-    return picture;
+    return image;
 }
 
-void drawScaled(const Picture& picture, Picture& target, int x, int y, int width, int height) {
-    gdk_pixbuf_scale(pixbufOf(picture).get(), pixbufOf(target).get(), x, y, width, height, x, y,
-                     static_cast<double>(width) / picture.width,
-                     static_cast<double>(height) / picture.height, GDK_INTERP_BILINEAR);
+void drawScaled(const Image& image, Image& target, int x, int y, int width, int height) {
+    gdk_pixbuf_scale(pixbufOf(image).get(), pixbufOf(target).get(), x, y, width, height, x, y,
+                     static_cast<double>(width) / image.width,
+                     static_cast<double>(height) / image.height, GDK_INTERP_BILINEAR);
 }
 
 namespace {
 
-void save(const Picture& picture, const std::filesystem::path& file, const char* format,
+void save(const Image& image, const std::filesystem::path& file, const char* format,
           const char* option, const char* value) {
     gchar* bytes = nullptr;
     gsize count = 0;
     GError* error = nullptr;
-    if (!gdk_pixbuf_save_to_buffer(pixbufOf(picture).get(), &bytes, &count, format, &error, option,
+    if (!gdk_pixbuf_save_to_buffer(pixbufOf(image).get(), &bytes, &count, format, &error, option,
                                    value, nullptr)) {
         throw Failure(messageOf(error), file.string());
     }
@@ -214,13 +212,13 @@ void save(const Picture& picture, const std::filesystem::path& file, const char*
 
 }  // namespace
 
-void savePng(const Picture& picture, const std::filesystem::path& file) {
+void savePng(const Image& image, const std::filesystem::path& file) {
     // Higher levels take ten times as long and barely make a photograph smaller.
-    save(picture, file, "png", "compression", "1");
+    save(image, file, "png", "compression", "1");
 }
 
-void saveJpeg(const Picture& picture, const std::filesystem::path& file) {
-    save(picture, file, "jpeg", "quality", "88");
+void saveJpeg(const Image& image, const std::filesystem::path& file) {
+    save(image, file, "jpeg", "quality", "88");
 }
 
 }  // namespace player

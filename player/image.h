@@ -5,34 +5,34 @@
 
 #include "app/backgrounds.h"
 #include "app/size.h"
-#include "hostkit/picture.h"
+#include "hostkit/image.h"
 #include "player/options.h"
 
 namespace player {
 
 /// Loads an image file (PNG, JPEG, WebP and GIF). Applies the orientation in its metadata and replaces transparency by
 /// black. Warns if the end of the file is missing and returns the readable part. Throws Failure.
-hostkit::Picture loadImage(const std::filesystem::path& file);
+hostkit::Image loadImage(const std::filesystem::path& file);
 
 /// Loads the backgrounds of the command line. A missing one is replaced by a wallpaper of the desktop, or by a test
 /// image if the desktop has no wallpaper. Throws Failure.
 app::Backgrounds loadBackgrounds(const Options& options);
 
-/// Returns the picture scaled to cover width x height, cropped around its centre.
-hostkit::Picture covering(const hostkit::Picture& picture, int width, int height);
+/// Returns the image scaled to cover width x height, cropped around its centre.
+hostkit::Image covering(const hostkit::Image& image, int width, int height);
 
 /// Returns an opaque image of one grey level, 0 to 255.
-hostkit::Picture plainImage(int width, int height, std::uint8_t shade);
+hostkit::Image plainImage(int width, int height, std::uint8_t shade);
 
 /// Reads the frame on the screen of the current GL context. Sets its alpha to 255.
-hostkit::Picture readFrame(app::Size screen);
+hostkit::Image readFrame(app::Size screen);
 
-/// Draws `picture` scaled to width x height into `target` with its top left corner at (x, y).
-void drawScaled(const hostkit::Picture& picture, hostkit::Picture& target, int x, int y, int width,
+/// Draws `image` scaled to width x height into `target` with its top left corner at (x, y).
+void drawScaled(const hostkit::Image& image, hostkit::Image& target, int x, int y, int width,
                 int height);
 
-/// Saves a picture. Writes the whole file or none. Throws Failure.
-void saveJpeg(const hostkit::Picture& picture, const std::filesystem::path& file);
-void savePng(const hostkit::Picture& picture, const std::filesystem::path& file);
+/// Saves an image. Writes the whole file or none. Throws Failure.
+void saveJpeg(const hostkit::Image& image, const std::filesystem::path& file);
+void savePng(const hostkit::Image& image, const std::filesystem::path& file);
 
 }  // namespace player

@@ -8,7 +8,7 @@
 
 #include "hostkit/gl_context.h"
 #include "hostkit/host_error.h"
-#include "hostkit/picture.h"
+#include "hostkit/image.h"
 #include "hostkit/screen.h"
 
 namespace {
@@ -97,6 +97,6 @@ jbyteArray Java_javahost_HostKit_readScreen(JNIEnv* env, jclass, jint width, jin
     return toJava(env, hostkit::readScreen(width, height));
 }
 
-jbyteArray Java_javahost_HostKit_makeTestPicture(JNIEnv* env, jclass, jint width, jint height) {
-    return toJava(env, hostkit::makeTestPicture(width, height).rgba);
+jbyteArray Java_javahost_HostKit_makeTestImage(JNIEnv* env, jclass, jint width, jint height) {
+    return toJava(env, hostkit::makeTestImage(width, height).rgba);
 }

@@ -3,7 +3,7 @@
 #include <exception>
 #include <system_error>
 
-#include "hostkit/picture.h"
+#include "hostkit/image.h"
 #include "player/draw/gl_state.h"
 #include "player/image.h"
 #include "player/preset.h"
@@ -11,15 +11,15 @@
 namespace player {
 namespace {
 
-GLuint textureOf(const hostkit::Picture& picture) {
+GLuint textureOf(const hostkit::Image& image) {
     const GlStateGuard guard;
     GLuint texture = 0;
     glGenTextures(1, &texture);
     glBindTexture(GL_TEXTURE_2D, texture);
     glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, GL_LINEAR_MIPMAP_LINEAR);
     glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MAG_FILTER, GL_LINEAR);
-    glTexImage2D(GL_TEXTURE_2D, 0, GL_RGBA, picture.width, picture.height, 0, GL_RGBA,
-                 GL_UNSIGNED_BYTE, picture.rgba.data());
+    glTexImage2D(GL_TEXTURE_2D, 0, GL_RGBA, image.width, image.height, 0, GL_RGBA, GL_UNSIGNED_BYTE,
+                 image.rgba.data());
     glGenerateMipmap(GL_TEXTURE_2D);
     return texture;
 }

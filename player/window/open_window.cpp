@@ -9,7 +9,7 @@
 #include "app/settings.h"
 #include "app/size.h"
 #include "hostkit/gesture_script.h"
-#include "hostkit/picture.h"
+#include "hostkit/image.h"
 #include "player/failure.h"
 #include "player/files.h"
 #include "player/image.h"
@@ -28,17 +28,17 @@ constexpr app::Size phone{540, 960};
 constexpr app::Size largestOfScript{1280, 1000};
 
 /// Returns a size with the background's aspect ratio, limited to 2.5, and with the longer side of `usual`.
-app::Size shapeOf(const hostkit::Picture& picture, app::Size usual) {
+app::Size shapeOf(const hostkit::Image& image, app::Size usual) {
     constexpr double longest = 2.5;
     const double aspect =
-        std::clamp(static_cast<double>(picture.width) / picture.height, 1.0 / longest, longest);
+        std::clamp(static_cast<double>(image.width) / image.height, 1.0 / longest, longest);
     const double side = std::max(usual.width, usual.height);
     return {static_cast<int>(std::lround(side * std::min(1.0, aspect))),
             static_cast<int>(std::lround(side / std::max(1.0, aspect)))};
 }
 
 app::Size startSize(const Options& options, const std::optional<hostkit::GestureScript>& script,
-                    const hostkit::Picture& picture, const Remembered& remembered) {
+                    const hostkit::Image& image, const Remembered& remembered) {
     if (options.sizeGiven) {
         return {options.width, options.height};
     }
@@ -48,7 +48,7 @@ app::Size startSize(const Options& options, const std::optional<hostkit::Gesture
         return {script->screenWidth, script->screenHeight};
     }
     const app::Size usual = remembered.window.value_or(phone);
-    return options.image.empty() ? usual : shapeOf(picture, usual);
+    return options.image.empty() ? usual : shapeOf(image, usual);
 }
 
 /// Returns the script of the command line, or nothing without --script.

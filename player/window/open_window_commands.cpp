@@ -193,7 +193,7 @@ void OpenWindow::openDroppedFile(const std::filesystem::path& file) {
     } else if (file.extension() == ".gesture") {
         playback.play(loadScript(file));
     } else {
-        session.core.showPicture(loadImage(file));
+        session.core.showBackground(loadImage(file));
     }
     showToast(toast, file.filename().string());
 }

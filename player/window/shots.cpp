@@ -56,9 +56,9 @@ fs::path Shots::createNumberedFile(const std::string& stem, const std::string& e
     }
 }
 
-fs::path Shots::screenshot(const hostkit::Picture& picture) {
+fs::path Shots::screenshot(const hostkit::Image& image) {
     fs::path file = createNumberedFile("shot", ".png");
-    fill(file, [&] { savePng(picture, file); });
+    fill(file, [&] { savePng(image, file); });
     add(file);
     return file;
 }
@@ -70,10 +70,10 @@ fs::path Shots::preset(const app::Settings& settings) {
     return file;
 }
 
-void Shots::thumbnail(const fs::path& preset, const hostkit::Picture& picture) {
+void Shots::thumbnail(const fs::path& preset, const hostkit::Image& image) {
     const fs::path file = thumbnailOf(preset);
     if (createFile(file)) {
-        fill(file, [&] { saveJpeg(covering(picture, thumbnailPixels, thumbnailPixels), file); });
+        fill(file, [&] { saveJpeg(covering(image, thumbnailPixels, thumbnailPixels), file); });
         add(file);
     }
 }
@@ -90,7 +90,7 @@ fs::path Shots::startFilm(app::Size size) {
     return filmFile;
 }
 
-void Shots::addToFilm(hostkit::Picture frame) {
+void Shots::addToFilm(hostkit::Image frame) {
     try {
         film->add(frame);
         lastFrame = std::move(frame);

@@ -8,7 +8,7 @@
 
 #include "app/settings.h"
 #include "app/size.h"
-#include "hostkit/picture.h"
+#include "hostkit/image.h"
 #include "player/encoder.h"
 
 namespace player {
@@ -25,17 +25,17 @@ public:
     /// Adds a complete file that another class wrote.
     void add(const std::filesystem::path& file) { saved.push_back(file); }
 
-    std::filesystem::path screenshot(const hostkit::Picture& picture);
+    std::filesystem::path screenshot(const hostkit::Image& image);
     std::filesystem::path preset(const app::Settings& settings);
     /// Saves a preset's thumbnail. Does nothing if a file of its name exists.
-    void thumbnail(const std::filesystem::path& preset, const hostkit::Picture& picture);
+    void thumbnail(const std::filesystem::path& preset, const hostkit::Image& image);
     /// Creates an empty file for a recording.
     std::filesystem::path createGestureFile() const;
 
     std::filesystem::path startFilm(app::Size size);
     bool filming() const { return film != nullptr; }
     /// Adds a frame, which is shown from now on. If the encoder fails, ends the film.
-    void addToFilm(hostkit::Picture frame);
+    void addToFilm(hostkit::Image frame);
     /// Completes the film and returns its name. Removes a film without frames and returns nothing.
     std::optional<std::filesystem::path> finishFilm();
 
@@ -50,7 +50,7 @@ private:
     std::filesystem::path filmFile;
     std::unique_ptr<Encoder> film;
     /// Last frame of the film; empty before the first one.
-    hostkit::Picture lastFrame;
+    hostkit::Image lastFrame;
 };
 
 }  // namespace player

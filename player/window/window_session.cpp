@@ -34,8 +34,8 @@ app::FrontEnd WindowSession::frontEnd() {
         probe.forgetInk();
         screen.renewContext();
     };
-    functions.cover = [](const hostkit::Picture& picture, app::Size size) {
-        return covering(picture, size.width, size.height);
+    functions.cover = [](const hostkit::Image& image, app::Size size) {
+        return covering(image, size.width, size.height);
     };
     functions.draw = [this](hostkit::EffectHost& host) { draw(host); };
     functions.onStart = [this](app::Size size, bool hasInk) {
@@ -80,7 +80,7 @@ void WindowSession::startRecording(const std::filesystem::path& file) {
     }
 }
 
-hostkit::Picture WindowSession::screenshot() const {
+hostkit::Image WindowSession::screenshot() const {
     return readFrame(size());
 }
 

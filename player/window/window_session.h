@@ -10,8 +10,8 @@
 #include "app/size.h"
 #include "hostkit/effect_host.h"
 #include "hostkit/gesture_script.h"
+#include "hostkit/image.h"
 #include "hostkit/instruments/effect_probe.h"
-#include "hostkit/picture.h"
 #include "player/window/recording_file.h"
 
 namespace player {
@@ -49,7 +49,7 @@ public:
     const FrameTimes& times() const { return lastTimes; }
     app::Size size() const { return core.screen(); }
     /// Returns the frame on the screen. Overlays and panel appear in it only after they are drawn.
-    hostkit::Picture screenshot() const;
+    hostkit::Image screenshot() const;
 
 private:
     app::FrontEnd frontEnd();

@@ -14,8 +14,8 @@ namespace {
 using Color = std::array<float, 3>;
 
 /// Returns an image with three quarters of one colour and a quarter of the other.
-hostkit::Picture striped(const Color& dominant, const Color& other) {
-    hostkit::Picture image{40, 40, {}};
+hostkit::Image striped(const Color& dominant, const Color& other) {
+    hostkit::Image image{40, 40, {}};
     for (int pixel = 0; pixel < 40 * 40; ++pixel) {
         for (const float channel : pixel % 40 < 30 ? dominant : other) {
             image.rgba.push_back(static_cast<std::uint8_t>(std::lround(255.0f * channel)));
@@ -46,7 +46,7 @@ TEST(InkChoice, IsALightComplementOfTheDominantColor) {
     for (int hue = 0; hue < 360; hue += 10) {
         SCOPED_TRACE(hue);
         const Color dominant = app::lightInk(hue, 0.2);
-        const hostkit::Picture image = striped(dominant, app::lightInk(hue + 140, 0.1));
+        const hostkit::Image image = striped(dominant, app::lightInk(hue + 140, 0.1));
         EXPECT_LT(similarity(app::inkAgainst(image), dominant), -0.95);
         for (int variation = 0; variation < 9; ++variation) {
             const Color ink = app::inkAgainst(image, variation);

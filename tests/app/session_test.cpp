@@ -28,7 +28,7 @@ constexpr app::Clock::time_point start{1h};
 class SessionTest : public testing::Test {
 protected:
     SessionTest() {
-        session.setBackgrounds({hostkit::makeTestPicture(96, 160), hostkit::makeSheen(160)});
+        session.setBackgrounds({hostkit::makeTestImage(96, 160), hostkit::makeReflectionMap(160)});
         session.restart(screen);
     }
 
@@ -41,12 +41,12 @@ protected:
             }
             context.emplace(160, 160);
         };
-        functions.cover = [](const hostkit::Picture& picture, app::Size) { return picture; };
+        functions.cover = [](const hostkit::Image& picture, app::Size) { return picture; };
         functions.draw = [this](hostkit::EffectHost& host) {
             if (draws) {
                 host.draw();
             }
-            drawnInk = host.look().ink;
+            drawnInk = host.effectSettings().ink;
         };
         functions.onRecorded = [this](const hostkit::ScriptEvent&) { ++events; };
         functions.onRecordingEnd = [this](const GestureScript& script) { recorded = script; };
@@ -198,7 +198,7 @@ TEST_F(SessionTest, AttractModeUsesTheNewInkOfTheUser) {
     draws = false;
     session.startAttractModeIfIdle(start + 5s, false);
     frames(301);  // the second stroke has another ink
-    EXPECT_NE(drawnInk, hostkit::Look{}.ink);
+    EXPECT_NE(drawnInk, hostkit::EffectSettings{}.ink);
     session.settings.ink = {1.0f, 0.5f, 0.25f};
     draws = true;
     frames(1);
@@ -248,7 +248,7 @@ TEST_F(SessionTest, AFrameTriesAFailedStartAgain) {
 TEST_F(SessionTest, ThePreviousBackgroundBecomesTheSecond) {
     frames(1);
     const Pixels first = screenPixels();
-    session.showPicture(hostkit::makeSheen(160));
+    session.showBackground(hostkit::makeReflectionMap(160));
     frames(1);
     EXPECT_NE(screenPixels(), first);
     session.settings.secondBackground = true;

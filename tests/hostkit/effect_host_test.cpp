@@ -20,7 +20,7 @@ int channel(const Pixels& pixels, int width, int x, int y, int part) {
 
 EffectHostOptions smallHost(int width, int height, bool ink) {
     // A smooth background, so that a small shift changes pixels only a little.
-    const Picture ramps{2, 2, {0, 0, 0, 255, 255, 0, 0, 255, 0, 255, 0, 255, 255, 255, 0, 255}};
+    const Image ramps{2, 2, {0, 0, 0, 255, 255, 0, 0, 255, 0, 255, 0, 255, 255, 255, 0, 255}};
     return {.width = width, .height = height, .inkEnabled = ink, .background = ramps};
 }
 
@@ -57,7 +57,7 @@ TEST(EffectHost, ATouchMakesRipplesAndInkAtTheFinger) {
     for (int part = 0; part < 3; ++part) {
         EXPECT_EQ(channel(after, 240, 40, 60, part), channel(before, 240, 40, 60, part));
     }
-    EXPECT_FALSE(host.water().resting);
+    EXPECT_FALSE(host.water().idle);
 
     host.clearInk();
     EXPECT_FALSE(host.inkShown());
@@ -78,7 +78,7 @@ TEST(EffectHost, AReplacedContextDrawsTheSamePixels) {
     const ScriptEvent events[] = {{0, LoseContext{}}, {0, SecondBackground{false}}};
     host.frame(events);
     EXPECT_EQ(host.pixels(), first);
-    host.setBackgrounds(makeTestPicture(120, 200), {});
+    host.setBackgrounds(makeTestImage(120, 200), {});
     host.frame();
     EXPECT_NE(host.pixels(), first);
     EXPECT_EQ(jni.pinned(), 0);

@@ -152,10 +152,10 @@ TEST(WaterDriver, StepsAreFixedAndStopWhenTheWaterIsIdle) {
         EXPECT_EQ(water.steps, 6 + frame);
     }
 
-    while (!water.resting && water.steps < 100'000) {
+    while (!water.idle && water.steps < 100'000) {
         advanceWater(water, jni, 50ms);
     }
-    EXPECT_TRUE(water.resting);
+    EXPECT_TRUE(water.idle);
     const auto stepsAtRest = water.steps;
     advanceWater(water, jni, 1s);
     EXPECT_EQ(water.steps, stepsAtRest);

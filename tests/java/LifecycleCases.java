@@ -182,12 +182,12 @@ final class LifecycleCases {
                 throw new AssertionError("expected no lock, for which the UI thread waits");
             }
             ++photosMade;
-            return Picture.testPicture(width, photo * height).toBitmap();
+            return RgbaImage.testImage(width, photo * height).toBitmap();
         }
 
         @Override
         public Bitmap secondBackground(int width, int height) {
-            return Picture.testPicture(height, width).toBitmap();
+            return RgbaImage.testImage(height, width).toBitmap();
         }
     }
 
@@ -548,8 +548,8 @@ final class LifecycleCases {
                 window.scene.setSettings(settings);
                 window.play(0, 24);
                 HostKit.useSurface(window.surface);
-                Picture seen = new Picture(WIDTH, HEIGHT, HostKit.readScreen(WIDTH, HEIGHT));
-                Picture players = Picture.of(ImageIO.read(Path.of(arguments[at + 1]).toFile()));
+                RgbaImage seen = new RgbaImage(WIDTH, HEIGHT, HostKit.readScreen(WIDTH, HEIGHT));
+                RgbaImage players = RgbaImage.of(ImageIO.read(Path.of(arguments[at + 1]).toFile()));
                 System.out.println(Arrays.equals(seen.rgba(), players.rgba()));
             }
         }

@@ -63,7 +63,7 @@ TEST(Lifecycle, SurfacesAndContextsComeAndGo) {
     rotated.loseContext();
     play(rotated, 20, 4);
     expected += "context lost " + digest(rotated);
-    rotated.setBackgrounds(hostkit::makeTestPicture(height, 2 * width), {});
+    rotated.setBackgrounds(hostkit::makeTestImage(height, 2 * width), {});
     play(rotated, 24, 4);
     expected += "photo changed " + digest(rotated);
     EXPECT_EQ(lifecycle("surfaces " STROKE_GESTURE), expected + "photos made 3\n");
@@ -150,14 +150,14 @@ int drawUntilIdle(EffectHost& host, int frames) {
     do {
         host.frame();
         ++frames;
-    } while (!host.water().resting);
+    } while (!host.water().idle);
     return frames;
 }
 
 TEST(Lifecycle, DrawsNothingWhileIdle) {
     EffectHost host({.width = width / 2,
                      .height = height / 2,
-                     .look = {.moveRipple = 2.4f * (0.4f / 2.4f)},
+                     .effect = {.moveRipple = 2.4f * (0.4f / 2.4f)},
                      .water = {.shortSideCells = 24,
                                .waveSpeed = 0.365f * 0.4f * 0.365f * 0.4f,
                                .rippleRadius = 0.8}});
@@ -248,7 +248,7 @@ TEST(Lifecycle, RainEndsSomeTimeAfterTheLastTouch) {
 TEST(Lifecycle, WavesGoOnUnderOtherSettings) {
     EffectHost host({.width = width, .height = height});
     play(host, 0, 8);
-    host.look().moveRipple = 2.4f * (0.4f / 2.4f);
+    host.effectSettings().moveRipple = 2.4f * (0.4f / 2.4f);
     host.replaceWater({.shortSideCells = 120,
                        .damping = std::pow(0.97f, 0.5f),
                        .waveSpeed = 0.365f * 0.365f,

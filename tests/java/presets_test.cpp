@@ -7,7 +7,7 @@
 #include <filesystem>
 #include <string>
 
-#include "hostkit/picture.h"
+#include "hostkit/image.h"
 #include "tests/java/run_java.h"
 
 namespace {
@@ -18,7 +18,7 @@ TEST(Presets, LookAsInThePlayer) {
     const fs::path folder = fs::current_path() / "java-presets";
     fs::create_directories(folder);
     const std::string picture = (folder / "picture.png").string();
-    hostkit::Picture board = hostkit::makeTestPicture(180, 320);
+    hostkit::Image board = hostkit::makeTestImage(180, 320);
     GdkPixbuf* const image = gdk_pixbuf_new_from_data(board.rgba.data(), GDK_COLORSPACE_RGB, TRUE,
                                                       8, 180, 320, 4 * 180, nullptr, nullptr);
     gdk_pixbuf_save(image, picture.c_str(), "png", nullptr, nullptr);

@@ -20,8 +20,8 @@
 #include "app/size.h"
 #include "hostkit/gesture_script.h"
 #include "hostkit/host_error.h"
+#include "hostkit/image.h"
 #include "hostkit/jni_environment.h"
-#include "hostkit/picture.h"
 #include "hostkit/water_driver.h"
 #include "velmora/solver_grid.h"
 #include "web/host/gl_objects.h"
@@ -47,7 +47,7 @@ app::FrontEnd frontEnd() {
     app::FrontEnd functions;
     functions.renewContext = web::dropGlObjects;
     // The page's script has already scaled the backgrounds to the screen's size.
-    functions.cover = [](const hostkit::Picture& picture, app::Size) { return picture; };
+    functions.cover = [](const hostkit::Image& image, app::Size) { return image; };
     functions.onRecordingEnd = [](const hostkit::GestureScript& recording) {
         endedRecording = writeGestureScript(recording);
     };
@@ -68,7 +68,7 @@ double milliseconds(std::chrono::nanoseconds time) {
     return static_cast<double>(time.count()) / 1e6;
 }
 
-hostkit::Picture pictureOf(int width, int height, const std::uint8_t* rgba) {
+hostkit::Image imageOf(int width, int height, const std::uint8_t* rgba) {
     const auto bytes = static_cast<std::size_t>(width) * static_cast<std::size_t>(height) * 4;
     return {width, height, {rgba, rgba + bytes}};
 }
@@ -163,7 +163,7 @@ EMSCRIPTEN_KEEPALIVE void restart(int width, int height) {
 /// Passes the two backgrounds as RGBA bytes. Both must have the size of the screen.
 EMSCRIPTEN_KEEPALIVE void setBackgrounds(int width, int height, const std::uint8_t* first,
                                          const std::uint8_t* second) {
-    session.setBackgrounds({pictureOf(width, height, first), pictureOf(width, height, second)});
+    session.setBackgrounds({imageOf(width, height, first), imageOf(width, height, second)});
 }
 
 EMSCRIPTEN_KEEPALIVE void regainContext() {

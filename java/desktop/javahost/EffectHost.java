@@ -19,7 +19,7 @@ final class EffectHost implements GestureScript.Target, AutoCloseable {
     private long context;
     private long time;
 
-    EffectHost(int width, int height, Picture background) {
+    EffectHost(int width, int height, RgbaImage background) {
         this.width = width;
         this.height = height;
         scene = new EffectScene(velmora, backgroundsOf(background));
@@ -27,7 +27,7 @@ final class EffectHost implements GestureScript.Target, AutoCloseable {
         scene.resize(width, height);
     }
 
-    private static Backgrounds backgroundsOf(Picture background) {
+    private static Backgrounds backgroundsOf(RgbaImage background) {
         return new Backgrounds() {
             @Override
             public Bitmap background(int screenWidth, int screenHeight) {
@@ -36,7 +36,7 @@ final class EffectHost implements GestureScript.Target, AutoCloseable {
 
             @Override
             public Bitmap secondBackground(int screenWidth, int screenHeight) {
-                return Picture.testPicture(screenHeight, screenWidth).toBitmap();
+                return RgbaImage.testImage(screenHeight, screenWidth).toBitmap();
             }
         };
     }
@@ -77,7 +77,9 @@ final class EffectHost implements GestureScript.Target, AutoCloseable {
         renderer.drawFrame(scene, time);
     }
 
-    Picture picture() { return new Picture(width, height, HostKit.readScreen(width, height)); }
+    RgbaImage screenshot() {
+        return new RgbaImage(width, height, HostKit.readScreen(width, height));
+    }
 
     @Override
     public void close() {

@@ -30,5 +30,5 @@ final class HostKit {
     static native byte[] readScreen(int width, int height);
 
     /** Returns a board of coloured squares as RGBA bytes. */
-    static native byte[] makeTestPicture(int width, int height);
+    static native byte[] makeTestImage(int width, int height);
 }

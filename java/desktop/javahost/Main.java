@@ -34,7 +34,7 @@ final class Main {
                 script.applyFrame(frame, host);
                 host.frame();
                 if ((frame + 1) % options.every() == 0) {
-                    host.picture().writePng(options.out().resolve(nameOf(frame + 1)));
+                    host.screenshot().writePng(options.out().resolve(nameOf(frame + 1)));
                 }
             }
             String ink = host.inkShown() ? "ink shown" : "no ink shown";
@@ -53,8 +53,8 @@ final class Main {
     }
 
     private static EffectHost newHost(Options options) {
-        Picture background = options.picture() == null
-            ? Picture.testPicture(options.width(), options.height())
+        RgbaImage background = options.picture() == null
+            ? RgbaImage.testImage(options.width(), options.height())
             : Photograph.read(options.picture(), options.width(), options.height());
         return new EffectHost(options.width(), options.height(), background);
     }

@@ -32,7 +32,7 @@ final class Photograph {
     private Photograph() {}
 
     /** Reads a picture, scales it to cover the screen and crops both sides evenly. */
-    static Picture read(Path file, int width, int height) {
+    static RgbaImage read(Path file, int width, int height) {
         if (!Files.exists(file)) {
             throw new HostException(file + ": no such picture");
         }
@@ -41,7 +41,7 @@ final class Photograph {
             if (readers != null && readers.hasNext()) {
                 ImageReader reader = readers.next();
                 reader.setInput(stream);
-                return Picture.of(read(reader, file, width, height));
+                return RgbaImage.of(read(reader, file, width, height));
             }
         } catch (HostException tooLarge) {
             throw tooLarge;

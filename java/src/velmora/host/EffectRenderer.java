@@ -134,8 +134,8 @@ public final class EffectRenderer {
     private void load(Bitmap bitmap, int slot) {
         int result = velmora.LoadTextures(bitmap, slot);
         if (result < 0) {
-            throw new HostException("the bitmap of texture " + slot + " was refused with code "
-                + result + ": expected a software ARGB_8888 bitmap");
+            throw new HostException("the library cannot load the bitmap of texture " + slot
+                + " (code " + result + "): pass a software bitmap of format ARGB_8888");
         }
     }
 }

@@ -38,7 +38,7 @@ public final class EffectScene {
 
     private final NativeForVelmora velmora;
     private final Backgrounds backgrounds;
-    private final Look look = new Look();
+    private final EffectSettings effect = new EffectSettings();
     private final float[] mvpMatrix = new float[16];
     private final List<Touch> pendingTouches = new ArrayList<>();
     private final IdleDetector idle = new IdleDetector();
@@ -87,7 +87,7 @@ public final class EffectScene {
     public void setSettings(Settings newSettings) {
         setUpIsStale |= newSettings.isOn(Setting.WATER_ONLY) != settings.isOn(Setting.WATER_ONLY);
         settings = newSettings;
-        settings.applyTo(look);
+        settings.applyTo(effect);
         waterSettings = settings.water();
         restartRain();
         if (water != null && !water.adopt(waterSettings)) {
@@ -130,13 +130,13 @@ public final class EffectScene {
     }
 
     public void setInk(float red, float green, float blue) {
-        look.inkRed = red;
-        look.inkGreen = green;
-        look.inkBlue = blue;
+        effect.inkRed = red;
+        effect.inkGreen = green;
+        effect.inkBlue = blue;
     }
 
     public void showSecondBackground(boolean on) {
-        look.useSecondBackground = on;
+        effect.useSecondBackground = on;
         idle.wake();
     }
 
@@ -194,7 +194,7 @@ public final class EffectScene {
     void frame(long elapsed) {
         long effectTime = (long) (elapsed * (double) settings.get(Setting.TIME_SCALE));
         if (rains()) {
-            rain.fall(water, settings.get(Setting.RAIN), look.downRipple, effectTime);
+            rain.fall(water, settings.get(Setting.RAIN), effect.downRipple, effectTime);
             --rainFrames;
         }
         applyTouches();
@@ -230,7 +230,7 @@ public final class EffectScene {
 
     private void strikeWater(Touch touch) {
         if (touch.action == NativeForVelmora.ACTION_DOWN) {
-            water.ripple(touch.x, touch.y, look.downRipple);
+            water.ripple(touch.x, touch.y, effect.downRipple);
         } else if (touch.action == NativeForVelmora.ACTION_MOVE && lastTouch != null) {
             furrow(lastTouch, touch);
         }
@@ -245,7 +245,7 @@ public final class EffectScene {
         int strikes = (int) Math.min(Math.ceil(cells / spacing), MAX_RIPPLES_AT_ONCE);
         for (int strike = 1; strike <= strikes; ++strike) {
             double part = (double) strike / strikes;
-            water.ripple(from.x + wayX * part, from.y + wayY * part, look.moveRipple);
+            water.ripple(from.x + wayX * part, from.y + wayY * part, effect.moveRipple);
         }
     }
 
@@ -259,8 +259,8 @@ public final class EffectScene {
         velmora.onDrawFrame(water.positions, water.heights, water.indices, water.positions.length,
             water.heights.length, water.indices.length, mvpMatrix, water.meshSizeWidth,
             water.meshSizeHeight, water.numDetailsWidth, water.numDetailsHeight,
-            look.refractiveIndex, look.alpha, look.alphaRatio1Scale, look.alphaRatio2Scale,
-            look.inkRed, look.inkGreen, look.inkBlue, look.fresnelRatio, look.specularRatio,
-            look.exponent, look.useSecondBackground);
+            effect.refractiveIndex, effect.alpha, effect.alphaRatio1Scale, effect.alphaRatio2Scale,
+            effect.inkRed, effect.inkGreen, effect.inkBlue, effect.fresnelRatio,
+            effect.specularRatio, effect.exponent, effect.useSecondBackground);
     }
 }

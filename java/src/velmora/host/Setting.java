@@ -8,7 +8,7 @@ public enum Setting {
     RAIN("rain", Kind.NUMBER, 0.0f, 40.0f, 0.0f),
     TIME_SCALE("timeScale", Kind.NUMBER, 0.05f, 2.0f, 1.0f),
     REFRACTIVE_INDEX("refractiveIndex", Kind.NUMBER, 1.0f, 2.0f, 1.33f),
-    SHEEN("sheen", Kind.NUMBER, 0.0f, 1.0f, 0.1f),
+    REFLECTION("sheen", Kind.NUMBER, 0.0f, 1.0f, 0.1f),
     FRESNEL("fresnel", Kind.NUMBER, 0.0f, 3.0f, 0.8f),
     SPECULAR("specular", Kind.NUMBER, 1.0f, 5.5f, 3.0f),
     EXPONENT("exponent", Kind.NUMBER, 1.0f, 128.0f, 24.0f),

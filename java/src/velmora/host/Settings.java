@@ -17,8 +17,8 @@ public final class Settings {
 
     /** Takes the defaults. */
     public Settings() {
-        Look look = new Look();
-        ink = new float[] {look.inkRed, look.inkGreen, look.inkBlue};
+        EffectSettings effect = new EffectSettings();
+        ink = new float[] {effect.inkRed, effect.inkGreen, effect.inkBlue};
         for (Setting setting : Setting.values()) {
             values[setting.ordinal()] = setting.initial;
         }
@@ -43,19 +43,19 @@ public final class Settings {
     }
 
     /** Writes the settings into the arguments of each frame. */
-    void applyTo(Look look) {
-        Look defaults = new Look();
-        look.refractiveIndex = get(Setting.REFRACTIVE_INDEX);
-        look.alphaRatio1Scale = get(Setting.SHEEN);
-        look.fresnelRatio = get(Setting.FRESNEL);
-        look.specularRatio = get(Setting.SPECULAR);
-        look.exponent = get(Setting.EXPONENT);
-        look.downRipple = get(Setting.RIPPLE);
-        look.moveRipple = get(Setting.RIPPLE) * (defaults.moveRipple / defaults.downRipple);
-        look.inkRed = ink[0];
-        look.inkGreen = ink[1];
-        look.inkBlue = ink[2];
-        look.useSecondBackground = isOn(Setting.SECOND_BACKGROUND);
+    void applyTo(EffectSettings effect) {
+        EffectSettings defaults = new EffectSettings();
+        effect.refractiveIndex = get(Setting.REFRACTIVE_INDEX);
+        effect.alphaRatio1Scale = get(Setting.REFLECTION);
+        effect.fresnelRatio = get(Setting.FRESNEL);
+        effect.specularRatio = get(Setting.SPECULAR);
+        effect.exponent = get(Setting.EXPONENT);
+        effect.downRipple = get(Setting.RIPPLE);
+        effect.moveRipple = get(Setting.RIPPLE) * (defaults.moveRipple / defaults.downRipple);
+        effect.inkRed = ink[0];
+        effect.inkGreen = ink[1];
+        effect.inkBlue = ink[2];
+        effect.useSecondBackground = isOn(Setting.SECOND_BACKGROUND);
     }
 
     /** Returns the grid, step rate and weights for these settings' wave speed and mesh detail. */

@@ -59,7 +59,7 @@ final class WaterDriver {
     private WaterSettings settings;
     private final float[] velocity;
     private final float[] height;
-    private boolean resting = true;
+    private boolean idle = true;
     private long pendingTime;
 
     WaterDriver(
@@ -105,7 +105,7 @@ final class WaterDriver {
         carry(from, from.height, height, 1.0f);
         carry(from, from.velocity, velocity,
             (float) from.settings.stepsPerSecond / settings.stepsPerSecond);
-        resting = from.resting;
+        idle = from.idle;
         if (settings.stepsPerSecond == from.settings.stepsPerSecond) {
             pendingTime = from.pendingTime;
         }
@@ -147,7 +147,7 @@ final class WaterDriver {
     }
 
     /** Returns true while a wave runs. */
-    boolean moves() { return !resting; }
+    boolean moves() { return !idle; }
 
     /** Raises a cone at a touch, in screen pixels with y down, and wakes the water. */
     void ripple(double x, double y, float strength) {
@@ -160,7 +160,7 @@ final class WaterDriver {
         } else {
             raiseWideCone(x, y, strength);
         }
-        resting = false;
+        idle = false;
     }
 
     /** Raises cones of the library on a triangular lattice. Their sum is one wide cone. */
@@ -189,15 +189,15 @@ final class WaterDriver {
 
     /** Runs the steps due after so many nanoseconds. A host that stalled does not catch up. */
     void advance(long elapsed) {
-        if (resting) {
+        if (idle) {
             pendingTime = 0;
             return;
         }
         long rate = settings.stepsPerSecond;
         long limit = MAX_TIME_AT_ONCE * rate / 60 * STEP_TIME;
         pendingTime = Math.min(pendingTime + elapsed * rate, limit);
-        for (; pendingTime >= STEP_TIME && !resting; pendingTime -= STEP_TIME) {
-            resting = step();
+        for (; pendingTime >= STEP_TIME && !idle; pendingTime -= STEP_TIME) {
+            idle = step();
         }
         buildHeights();
     }

@@ -8,9 +8,9 @@ import java.nio.file.Path;
 import javax.imageio.ImageIO;
 
 /** 32-bit RGBA pixels, rows top to bottom without padding. */
-record Picture(int width, int height, byte[] rgba) {
-    static Picture testPicture(int width, int height) {
-        return new Picture(width, height, HostKit.makeTestPicture(width, height));
+record RgbaImage(int width, int height, byte[] rgba) {
+    static RgbaImage testImage(int width, int height) {
+        return new RgbaImage(width, height, HostKit.makeTestImage(width, height));
     }
 
     void writePng(Path file) throws IOException {
@@ -30,13 +30,13 @@ record Picture(int width, int height, byte[] rgba) {
         return bitmap;
     }
 
-    static Picture of(BufferedImage image) {
+    static RgbaImage of(BufferedImage image) {
         ByteBuffer pixels = ByteBuffer.allocate(image.getWidth() * image.getHeight() * 4);
         for (int y = 0; y < image.getHeight(); ++y) {
             for (int x = 0; x < image.getWidth(); ++x) {
                 pixels.putInt(Integer.rotateLeft(image.getRGB(x, y), 8));
             }
         }
-        return new Picture(image.getWidth(), image.getHeight(), pixels.array());
+        return new RgbaImage(image.getWidth(), image.getHeight(), pixels.array());
     }
 }

@@ -1,4 +1,4 @@
-#include "hostkit/picture.h"
+#include "hostkit/image.h"
 
 #include <algorithm>
 #include <array>
@@ -13,19 +13,19 @@ using Color = std::array<double, 3>;
 
 /// Draws an image. `colorAt` returns the colour at (u, v), from (0, 0) at the top left to (1, 1) at the bottom right.
 template <class ColorAt>
-Picture paint(int width, int height, ColorAt colorAt) {
-    Picture picture{width, height, {}};
-    picture.rgba.reserve(static_cast<std::size_t>(width) * static_cast<std::size_t>(height) * 4);
+Image paint(int width, int height, ColorAt colorAt) {
+    Image image{width, height, {}};
+    image.rgba.reserve(static_cast<std::size_t>(width) * static_cast<std::size_t>(height) * 4);
     for (int y = 0; y < height; ++y) {
         for (int x = 0; x < width; ++x) {
             for (const double channel : colorAt((x + 0.5) / width, (y + 0.5) / height)) {
-                picture.rgba.push_back(
+                image.rgba.push_back(
                     static_cast<std::uint8_t>(std::lround(std::clamp(channel, 0.0, 1.0) * 255.0)));
             }
-            picture.rgba.push_back(255);
+            image.rgba.push_back(255);
         }
     }
-    return picture;
+    return image;
 }
 
 Color mix(const Color& from, const Color& to, double weight) {
@@ -53,7 +53,7 @@ double caustic(double u, double v) {
 
 }  // namespace
 
-Picture makeSheen(int size) {
+Image makeReflectionMap(int size) {
     constexpr Color depth = {0.16, 0.30, 0.42};
     constexpr Color sky = {0.70, 0.86, 1.00};
     constexpr Color sun = {1.00, 0.98, 0.92};
@@ -68,7 +68,7 @@ Picture makeSheen(int size) {
     });
 }
 
-Picture makeTestPicture(int width, int height) {
+Image makeTestImage(int width, int height) {
     constexpr int squaresAcross = 9;
     const int squaresDown = std::max(
         1, static_cast<int>(std::lround(static_cast<double>(squaresAcross) * height / width)));

@@ -1,7 +1,7 @@
 package velmora.host;
 
 /** Arguments of each frame that shape the drawn water, and the strength of touches on the water. */
-public final class Look {
+public final class EffectSettings {
     /** 1 does not bend the background; 1.33 is water. */
     public float refractiveIndex = 1.33f;
 

@@ -6,7 +6,7 @@
 namespace hostkit {
 
 /// An image of 32-bit RGBA pixels.
-struct Picture {
+struct Image {
     /// Width in pixels.
     int width = 0;
     /// Height in pixels.
@@ -22,12 +22,12 @@ struct Picture {
 /// Computes the default reflection map: a soft sky with caustic light.
 /// @param size width and height in pixels
 /// @return a square image
-Picture makeSheen(int size = 256);
+Image makeReflectionMap(int size = 256);
 
 /// Computes a checkerboard that gets redder to the right and greener downwards. Its colours show the orientation.
 /// @param width width in pixels
 /// @param height height in pixels
 /// @return an image of that size
-Picture makeTestPicture(int width, int height);
+Image makeTestImage(int width, int height);
 
 }  // namespace hostkit
