@@ -7,9 +7,9 @@
 #include "app/labels.h"
 #include "app/random_settings.h"
 #include "app/settings.h"
+#include "desktop/image.h"
+#include "desktop/preset.h"
 #include "hostkit/gesture_script.h"
-#include "player/image.h"
-#include "player/preset.h"
 #include "player/script.h"
 #include "player/window/keys.h"
 #include "player/window/open_window.h"
@@ -18,6 +18,10 @@
 #include "player/window/toast.h"
 
 namespace player {
+
+using desktop::loadImage;
+using desktop::NamedPreset;
+
 namespace {
 
 struct ViewSwitch {

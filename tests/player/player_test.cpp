@@ -4,12 +4,15 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cstddef>
+#include <initializer_list>
+#include <iterator>
 #include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
 
-#include "player_files.h"
+#include "tests/desktop_files.h"
 
 namespace {
 
@@ -288,7 +291,7 @@ protected:
     PlayScript() {
         run("mkdir -p tree/tools tree/player tree/build/play bin && cd tree && cp " VELMORA_SOURCES
             "/play . && cp " VELMORA_SOURCES "/player/help.txt player && cp " VELMORA_SOURCES
-            "/CMakeLists.txt . && mkdir app hostkit include platform src && touch "
+            "/CMakeLists.txt . && mkdir app desktop hostkit include platform src && touch "
             "build/play/build.ninja");
         write("tree/tools/setup", "echo set up $1\n");
         write("tree/build/play/velmora-player", "echo played $1\n");
