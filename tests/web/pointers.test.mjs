@@ -162,16 +162,3 @@ test("attract mode is off where motion is reduced", async () => {
     assert.equal(await page.evaluate(() => window.velmora.attractMode().on), false);
     await close(page);
 });
-
-test("Tab shows a focus ring around the water, and a key after a touch does not", async () => {
-    const page = await open(browser, {});
-    const ring = () => page.evaluate(() => getComputedStyle(document.getElementById("water")).outlineStyle);
-    await page.mouse.click(50, 60);
-    await page.keyboard.press("v");
-    assert.equal(await page.evaluate(() => document.activeElement.id), "water");
-    assert.equal(await ring(), "none");
-    await page.evaluate(() => document.getElementById("open").focus());
-    await page.keyboard.press("Shift+Tab");
-    assert.equal(await ring(), "solid");
-    await close(page);
-});

@@ -7,6 +7,9 @@ import { attempt, showBadge, showToast } from "./toast";
 
 const filmTypes = ["video/mp4;codecs=avc1", "video/webm;codecs=vp9", "video/webm"];
 
+/** Side of a thumbnail in pixels, the same as that of the built-in presets' thumbnails. */
+const thumbnailSide = 128;
+
 export class Capture {
     private recorder: MediaRecorder | null = null;
     private hideRecordingBadge = () => {};
@@ -24,6 +27,12 @@ export class Capture {
             download(image, name);
             showToast(`saved ${name}`);
         }
+    }
+
+    /** Returns a square thumbnail of the frame on the screen as a data URL, or undefined if there is no frame. */
+    async thumbnail(): Promise<string | undefined> {
+        const image = this.player.isContextLost ? null : await this.takeScreenshot();
+        return image ? thumbnailOf(await createImageBitmap(image)) : undefined;
     }
 
     toggleFilm(): void {
@@ -107,4 +116,13 @@ export class Capture {
         this.player.filming = true;
         this.player.noteInput(); // draws the first frame of the film
     }
+}
+
+function thumbnailOf(image: ImageBitmap): string {
+    const side = Math.min(image.width, image.height);
+    const canvas = document.createElement("canvas");
+    canvas.width = canvas.height = thumbnailSide;
+    const [left, top] = [(image.width - side) / 2, (image.height - side) / 2];
+    canvas.getContext("2d")?.drawImage(image, left, top, side, side, 0, 0, thumbnailSide, thumbnailSide);
+    return canvas.toDataURL("image/jpeg", 0.85);
 }

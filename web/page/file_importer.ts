@@ -3,7 +3,8 @@
 import type { Settings } from "../../build/web/settings";
 import { setFirst, setSecond, readImage } from "./backgrounds";
 import type { Player } from "./player";
-import { addPreset, presetName, type Preset, type PresetList } from "./presets";
+import type { PresetChooser } from "./preset_chooser";
+import { presetName } from "./presets";
 import { attempt, showToast } from "./toast";
 
 /** Maximum size of a preset or gesture in bytes. Protects against a film that was dropped by mistake. */
@@ -18,8 +19,7 @@ export class FileImporter {
 
     constructor(
         private readonly player: Player,
-        private readonly presets: PresetList,
-        private readonly select: (preset: Preset) => void,
+        private readonly presets: PresetChooser,
     ) {}
 
     /** Settles once all files are imported. */
@@ -58,8 +58,7 @@ export class FileImporter {
         } catch (error) {
             throw new Error(`${file.name}: ${error instanceof Error ? error.message : error}`);
         }
-        this.select(addPreset(this.presets, name, settings));
-        showToast(name);
+        this.presets.import(name, settings);
     }
 
     private async importGesture(file: File): Promise<void> {

@@ -51,7 +51,7 @@ export function receiveFiles(take: (file: File) => void): void {
         event.preventDefault();
         takeAll(event.dataTransfer);
         if (event.dataTransfer?.files.length === 0) {
-            showToast("nothing to open here: save it as a file, then drop the file");
+            showToast("Nothing to open here. Save it as a file, then drop the file");
         }
     });
     window.addEventListener("paste", (event) => takeAll(event.clipboardData));
