@@ -4,9 +4,9 @@
 
 #include "app/random_settings.h"
 #include "app/settings.h"
+#include "desktop/image.h"
+#include "desktop/preset.h"
 #include "hostkit/gesture_script.h"
-#include "player/image.h"
-#include "player/preset.h"
 #include "player/script.h"
 #include "player/window/keys.h"
 #include "player/window/open_window.h"
@@ -15,6 +15,10 @@
 #include "player/window/toast.h"
 
 namespace player {
+
+using desktop::loadImage;
+using desktop::NamedPreset;
+
 namespace {
 
 struct ViewSwitch {

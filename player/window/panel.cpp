@@ -10,12 +10,15 @@
 #include <type_traits>
 #include <utility>
 
-#include "player/preset.h"
+#include "desktop/preset.h"
 #include "player/window/frame_graph.h"
 #include "player/window/keys.h"
 #include "player/window/preset_grid.h"
 
 namespace player {
+
+using desktop::NamedPreset;
+
 namespace {
 
 /// Largest part of the window's width and height that the panel covers.

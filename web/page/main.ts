@@ -5,7 +5,6 @@ import { CleanView } from "./clean_view";
 import { fillHelp, isFramed, listen } from "./command";
 import { FileImporter } from "./file_importer";
 import { receiveFiles } from "./files";
-import { sharedTexts } from "./labels";
 import { openEffect, showError } from "./open_effect";
 import { makePageCommands } from "./page_commands";
 import { Panel } from "./panel";
@@ -28,7 +27,7 @@ async function open(): Promise<void> {
     const capture = new Capture(player);
     const presets = new PresetChooser(player, loadPresets(effect), () => capture.thumbnail());
     const importer = connectControls(player, capture, presets);
-    connectCanvas(player);
+    showFocus(canvas);
     const drop = `${hasKeys ? "Click" : "Tap"} the drop for settings`;
     showToast(`Drag to stir the water. ${drop}${hasKeys ? ", or press F1 for the keys" : ""}.`);
     await attempt(() => presets.readLink());
@@ -56,23 +55,8 @@ function connectControls(player: Player, capture: Capture, presets: PresetChoose
     receiveFiles((file) => void importer.take(file));
     window.addEventListener("hashchange", () => void attempt(() => presets.readLink()));
     presets.onChange = player.onSettings = () => panel.update();
-    player.onReplayEnd = () => showToast("The gesture has ended");
+    player.gestures.onReplayEnd = () => showToast("The gesture has ended");
     return importer;
-}
-
-/** Handles focus and context loss of the canvas. */
-function connectCanvas(player: Player): void {
-    const { canvas } = player;
-    showFocus(canvas);
-    canvas.addEventListener("webglcontextlost", (event) => {
-        event.preventDefault(); // otherwise the browser does not restore the context
-        player.loseContext();
-        showToast(sharedTexts.contextLost);
-    });
-    canvas.addEventListener("webglcontextrestored", () => {
-        player.regainContext();
-        showToast("Graphics are back. The ink is gone; picture and settings are unchanged");
-    });
 }
 
 /** Shows a focus ring on the canvas if Tab has moved the focus there, and keeps it when the window gets the focus again. */

@@ -127,17 +127,16 @@ function saveCommands({ capture, importer, player, presets }: CommandContext): C
 function gestureCommands({ player }: CommandContext): Command[] {
     return Object.entries(GESTURES).map(([name, script]) => {
         const label = name.replaceAll("_", " ");
-        return command("", { label, description: `Replay the gesture ${label}` }, () => void player.replay(script, name));
+        return command("", { label, description: `Replay the gesture ${label}` }, () => void player.gestures.replay(script, name));
     });
 }
 
 function viewCommands({ player }: CommandContext): Command[] {
-    const { effect, view } = player;
-    const isPaused = () => view.paused;
+    const { effect, pause } = player;
     const isAdapting = () => effect.qualityPhase !== "fixed";
     const togglePause = () => {
-        view.paused = !view.paused;
-        showToast(view.paused ? sharedTexts.paused : sharedTexts.resumed);
+        pause.isOn = !pause.isOn;
+        showToast(pause.isOn ? sharedTexts.paused : sharedTexts.resumed);
         player.noteInput();
     };
     const toggleAttractMode = () => {
@@ -156,7 +155,7 @@ function viewCommands({ player }: CommandContext): Command[] {
     };
     const isFullScreen = () => document.fullscreenElement !== null;
     return [
-        toggle(" ", commandTexts.pause, isPaused, togglePause, "Space"),
+        toggle(" ", commandTexts.pause, () => pause.isOn, togglePause, "Space"),
         command(".", commandTexts.step, () => player.step()),
         toggle("x", commandTexts.fullScreen, isFullScreen, toggleFullScreen),
         toggle("a", commandTexts.attractMode, () => effect.attractModeOn, toggleAttractMode),
@@ -165,17 +164,17 @@ function viewCommands({ player }: CommandContext): Command[] {
 }
 
 function developerCommands({ player }: CommandContext): Command[] {
-    const { view } = player;
+    const { overlays, context } = player;
     const toggleOverlay = (name: "velocity" | "density", label: string) => {
-        view[name] = !view[name];
-        showToast(`${label}${view[name] ? sharedTexts.on : sharedTexts.off}`);
+        overlays[name] = !overlays[name];
+        showToast(`${label}${overlays[name] ? sharedTexts.on : sharedTexts.off}`);
         player.noteInput();
     };
     const { velocityOverlay, inkOverlay, loseContext } = commandTexts;
     return [
-        toggle("v", velocityOverlay, () => view.velocity, () => toggleOverlay("velocity", velocityOverlay.label)),
-        toggle("d", inkOverlay, () => view.density, () => toggleOverlay("density", inkOverlay.label)),
-        command("l", loseContext, () => forgetContext(player)),
+        toggle("v", velocityOverlay, () => overlays.velocity, () => toggleOverlay("velocity", velocityOverlay.label)),
+        toggle("d", inkOverlay, () => overlays.density, () => toggleOverlay("density", inkOverlay.label)),
+        command("l", loseContext, () => context.lose()),
     ];
 }
 
@@ -189,19 +188,4 @@ async function toggleFullScreen(): Promise<void> {
     if (!document.fullscreenElement) {
         showToast("Full screen is not possible here. Open the page in its own tab, or try another browser");
     }
-}
-
-/** Makes the browser lose the context and restore it. */
-function forgetContext(player: Player): void {
-    player.needContext();
-    const { canvas, effect } = player;
-    const extension = effect.gl.getExtension("WEBGL_lose_context");
-    if (!extension) {
-        showToast("This browser cannot lose the context on request: it lacks WEBGL_lose_context");
-        return;
-    }
-    // The context may be restored only after the page has handled its loss.
-    const restoreLater = () => setTimeout(() => extension.restoreContext(), 400);
-    canvas.addEventListener("webglcontextlost", restoreLater, { once: true });
-    extension.loseContext();
 }

@@ -2,7 +2,7 @@
 
 import { defaultBackgrounds, croppedPixels } from "./backgrounds";
 import type { Effect, Size } from "./effect";
-import { onPixelRatio, pixelSize } from "./screen";
+import { onPixelRatio, pixelSize } from "../engine/screen";
 
 /** Milliseconds from the last change of size to the restart. A window that is being resized changes size many times. */
 const resizeDelay = 150;
