@@ -77,7 +77,7 @@ test("settings are shared by the share sheet, else by the clipboard, else by the
         await share(means);
         await page.waitForFunction(() => window.shared !== "");
         assert.equal(await page.evaluate(() => window.shared), page.url());
-        assert.match(page.url(), /#look=/);
+        assert.match(page.url(), /#look/);
     }
     for (const means of ["nothing", "insecure server"]) {
         await page.evaluate(() => (document.getElementById("toast").textContent = ""));
@@ -87,6 +87,25 @@ test("settings are shared by the share sheet, else by the clipboard, else by the
     page.address = page.address.split("#")[0];
     await close(page);
     server.stop();
+});
+
+test("a screenshot is shared where the device has a sheet for that", async () => {
+    for (const canShare of [false, true]) {
+        const prepare = (can) => {
+            navigator.canShare = ({ files }) => can && files.length === 1;
+            navigator.share = async ({ files }) => (window.shared = files[0]);
+        };
+        const page = await open(browser, { before: `(${prepare})(${canShare})` });
+        await page.keyboard.press("Tab");
+        await page.getByText("Save and record").click();
+        const button = page.getByRole("button", { name: "Share screenshot" });
+        assert.equal(await button.isVisible(), canShare);
+        if (canShare) {
+            await button.click();
+            await page.waitForFunction(() => window.shared?.type === "image/png" && window.shared.size > 1000);
+        }
+        await close(page);
+    }
 });
 
 test("keys open file choosers for presets and images", async () => {

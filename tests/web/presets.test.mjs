@@ -61,14 +61,22 @@ test("a link sets the settings, and a reset restores them", async () => {
     await close(page);
 });
 
-test("a shared link opens with the same settings", async () => {
+test("a shared link is short, and opens with the same settings despite the additions of other sites", async () => {
     const page = await open(browser);
-    await page.keyboard.press("n");
+    const link = await open(browser, { hash: "#look&damping=0.91&ink=0.1,0.2,0.3&waterOnly=true&utm_source=mail" });
+    await assertShown(link, { damping: 0.91, ink: [0.1, 0.2, 0.3], waterOnly: true });
+    await close(link);
+    const damaged = await open(browser, { hash: "#look&damping=wet" });
+    await waitForToast(damaged, "This link or file is damaged: 'damping' must be a number");
+    await close(damaged);
+    await page.keyboard.press("m");
     const shown = await settings(page);
     await page.evaluate(() => Object.defineProperty(navigator, "clipboard", { value: { writeText: async () => {} } }));
     await page.keyboard.press("u");
-    await waitForToast(page, "Copied a link to these settings");
-    const copy = await open(browser, { hash: new URL(page.url()).hash });
+    await waitForToast(page, "Copied a link to these settings. It works only on this device");
+    const { hash } = new URL(page.url());
+    assert.ok(hash.length < 300, hash);
+    const copy = await open(browser, { hash: `${hash}&utm_source=mail` });
     assert.deepEqual(await settings(copy), shown);
     await close(copy);
     await close(page);

@@ -1,6 +1,6 @@
 // Saves screenshots, films and recorded gestures as files.
 
-import { download, uniqueName } from "./files";
+import { download, share, uniqueName } from "./files";
 import { commandTexts, sharedTexts } from "./labels";
 import { blobOf } from "./paused_frame";
 import type { Player } from "./player";
@@ -27,6 +27,14 @@ export class Capture {
             const name = uniqueName("screenshot", ".png");
             download(image, name);
             showToast(`Saved ${name}`);
+        }
+    }
+
+    /** Opens the device's sheet for sharing with a screenshot. */
+    async shareScreenshot(): Promise<void> {
+        const image = await this.takeScreenshot();
+        if (image) {
+            await share(image, uniqueName("screenshot", ".png"));
         }
     }
 

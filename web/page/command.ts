@@ -75,7 +75,8 @@ export function fillHelp(dialog: HTMLDialogElement, commands: Command[]): void {
     table.append(...rows);
     const note = document.createElement("p");
     note.textContent =
-        "Drop or paste a picture to make it the background. The previous picture becomes the second one. " +
+        "Drag the mouse, or hold the arrow keys, to stir the water. " +
+        "Drop or paste a picture or video to make it the background. The previous picture becomes the second one. " +
         "You can also drop presets (.json) and gestures (.gesture).";
     const close = document.createElement("button");
     close.textContent = "Close";

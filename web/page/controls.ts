@@ -67,7 +67,7 @@ export function makeColor<Color extends number[]>(label: string, get: () => Colo
     const input = make("input", { type: "color" });
     input.addEventListener("input", () => {
         const bytes = [1, 3, 5].map((at) => Number.parseInt(input.value.slice(at, at + 2), 16));
-        set(bytes.map((byte) => byte / 255) as Color);
+        set(bytes.map((byte) => Number((byte / 255).toFixed(4))) as Color); // short in links and presets
     });
     const element = make("label", { className: "setting" }, label, input);
     return { element, update: () => (input.value = hexOf(get())) };

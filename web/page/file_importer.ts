@@ -1,10 +1,12 @@
 // Imports the user's files: presets and gestures by their name, every other file as an image.
 
 import type { Settings } from "../../build/web/settings";
-import { setFirst, setSecond, readImage } from "./backgrounds";
+import { setFirst, setSecond } from "./backgrounds";
+import { MovingPicture } from "./moving_picture";
 import type { Player } from "./player";
 import type { PresetChooser } from "./preset_chooser";
 import { presetName } from "./presets";
+import { readPicture } from "./read_picture";
 import { attempt, showToast } from "./toast";
 
 /** Maximum size of a preset or gesture in bytes. Protects against a film that was dropped by mistake. */
@@ -45,9 +47,14 @@ export class FileImporter {
     }
 
     private async importBackground(file: File, slot: "first" | "second"): Promise<void> {
-        const image = await readImage(file, file.name || "the pasted file");
-        (slot === "first" ? setFirst : setSecond)(this.player.stage.backgrounds, image);
+        const name = file.name || "The pasted file";
+        const picture = await readPicture(file, name);
+        if (picture instanceof MovingPicture) {
+            picture.onFrame = () => this.player.onPictureMoved();
+        }
+        (slot === "first" ? setFirst : setSecond)(this.player.stage.backgrounds, picture);
         this.player.onBackgroundsChanged();
+        showToast(`${name} is the ${slot === "first" ? "" : "second "}background now`);
     }
 
     private async importPreset(file: File): Promise<void> {

@@ -4,7 +4,7 @@ import type { Capture } from "./capture";
 import type { CleanView } from "./clean_view";
 import type { Command } from "./command";
 import type { FileImporter } from "./file_importer";
-import { choose } from "./files";
+import { canShareFiles, choose } from "./files";
 import { commandTexts, sharedTexts } from "./labels";
 import type { Player } from "./player";
 import type { PresetChooser } from "./preset_chooser";
@@ -100,8 +100,8 @@ function pictureCommands({ presets, importer, player }: CommandContext): Command
     };
     const second = { label: "Choose second picture...", description: "Choose a picture as the second background" };
     return [
-        command("o", commandTexts.choosePicture, () => choose("image/*", (file) => importer.take(file))),
-        command("e", second, () => choose("image/*", importSecond)),
+        command("o", commandTexts.choosePicture, () => choose("image/*,video/*", (file) => importer.take(file))),
+        command("e", second, () => choose("image/*,video/*", importSecond)),
         toggle(
             "b",
             commandTexts.secondPicture,
@@ -113,14 +113,16 @@ function pictureCommands({ presets, importer, player }: CommandContext): Command
 }
 
 function saveCommands({ capture, importer, player, presets }: CommandContext): Command[] {
+    const shareTexts = { label: "Share screenshot", description: "Send a screenshot to another app" };
     const isRecording = () => player.effect.isRecording;
     return [
         command("s", commandTexts.screenshot, () => capture.screenshot()),
+        { ...command("", shareTexts, () => capture.shareScreenshot()), isShown: () => canShareFiles },
         toggle("f", commandTexts.film, () => player.filming, () => capture.toggleFilm()),
         toggle("r", commandTexts.record, isRecording, () => capture.toggleRecording()),
         command("g", commandTexts.replay, () => capture.replayNewest()),
         command("u", commandTexts.copyLink, () => presets.share()),
-        command("j", commandTexts.openFile, () => choose("image/*,.json,.gesture", (file) => importer.take(file))),
+        command("j", commandTexts.openFile, () => choose("image/*,video/*,.json,.gesture", (file) => importer.take(file))),
     ];
 }
 

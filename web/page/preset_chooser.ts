@@ -171,7 +171,8 @@ export class PresetChooser {
             () => true,
             () => false,
         );
-        showToast((await copied) ? "Copied a link to these settings" : "The page's address is now a link to these settings");
+        const message = (await copied) ? "Copied a link to these settings" : "The page's address is now a link to these settings";
+        showToast(location.protocol === "file:" ? `${message}. It works only on this device` : message);
     }
 
     /** Applies the preset in the page's address, if there is one. */

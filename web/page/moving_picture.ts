@@ -1,0 +1,137 @@
+// Videos and animated images as a background. Calls back for each new frame.
+
+/** Types of images that may be animated. */
+const animatedTypes = /^image\/(gif|webp|avif|apng|png)$/;
+/** Duration in milliseconds of an image's frame that gives none, as in browsers. */
+const defaultDuration = 100;
+
+export abstract class MovingPicture {
+    /** Called when the picture shows a new frame. */
+    onFrame = () => {};
+
+    abstract get frame(): HTMLVideoElement | VideoFrame;
+    abstract get width(): number;
+    abstract get height(): number;
+    abstract close(): void;
+}
+
+/** Opens a video or an animated image. Resolves to undefined if the file is neither of them or cannot be decoded. */
+export async function openMovingPicture(file: Blob): Promise<MovingPicture | undefined> {
+    if (file.type.startsWith("video/")) {
+        return openVideo(file);
+    }
+    return animatedTypes.test(file.type) ? openAnimation(file) : undefined;
+}
+
+class Video extends MovingPicture {
+    constructor(readonly frame: HTMLVideoElement) {
+        super();
+        const next = () => {
+            this.onFrame();
+            frame.requestVideoFrameCallback(next);
+        };
+        frame.requestVideoFrameCallback(next);
+    }
+
+    get width(): number {
+        return this.frame.videoWidth;
+    }
+
+    get height(): number {
+        return this.frame.videoHeight;
+    }
+
+    close(): void {
+        this.onFrame = () => {};
+        this.frame.pause();
+        URL.revokeObjectURL(this.frame.src);
+        this.frame.removeAttribute("src");
+    }
+}
+
+async function openVideo(file: Blob): Promise<MovingPicture | undefined> {
+    const video = Object.assign(document.createElement("video"), { muted: true, loop: true, playsInline: true });
+    video.src = URL.createObjectURL(file);
+    try {
+        await video.play();
+        return new Video(video);
+    } catch {
+        URL.revokeObjectURL(video.src);
+        return undefined;
+    }
+}
+
+class Animation extends MovingPicture {
+    private index = 0;
+    private timer = 0;
+    private isClosed = false;
+
+    constructor(
+        private readonly decoder: ImageDecoder,
+        private readonly frameCount: number,
+        private current: VideoFrame,
+    ) {
+        super();
+        this.wait();
+    }
+
+    get frame(): VideoFrame {
+        return this.current;
+    }
+
+    get width(): number {
+        return this.current.displayWidth;
+    }
+
+    get height(): number {
+        return this.current.displayHeight;
+    }
+
+    close(): void {
+        this.isClosed = true;
+        clearTimeout(this.timer);
+        this.decoder.close();
+        this.current.close();
+    }
+
+    /** Shows the next frame after the duration of the current one. */
+    private wait(): void {
+        if (!this.isClosed) {
+            const duration = (this.current.duration ?? 0) / 1000 || defaultDuration;
+            this.timer = window.setTimeout(() => void this.next(), duration);
+        }
+    }
+
+    private async next(): Promise<void> {
+        this.index = (this.index + 1) % this.frameCount;
+        const decoded = await this.decoder.decode({ frameIndex: this.index }).catch(() => undefined);
+        if (!decoded || this.isClosed) {
+            decoded?.image.close();
+            return; // closed meanwhile, or a damaged frame at which the picture stops
+        }
+        this.current.close();
+        this.current = decoded.image;
+        this.onFrame();
+        this.wait();
+    }
+}
+
+async function openAnimation(file: Blob): Promise<MovingPicture | undefined> {
+    if (!("ImageDecoder" in window) || !(await ImageDecoder.isTypeSupported(file.type))) {
+        return undefined; // the browser shows the first frame as a still picture
+    }
+    const decoder = new ImageDecoder({ data: await file.arrayBuffer(), type: file.type });
+    try {
+        await decoder.tracks.ready;
+        await decoder.completed;
+        const track = decoder.tracks.selectedTrack;
+        if (track?.animated) {
+            const { image } = await decoder.decode();
+            return new Animation(decoder, track.frameCount, image);
+        }
+    } catch {
+        // a damaged file
+    }
+    decoder.close();
+    return undefined;
+}
