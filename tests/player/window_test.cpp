@@ -246,8 +246,8 @@ TEST_F(WindowTest, AClickOnThePanelChangesItsControlAndLeavesNoInk) {
     pointAt(600, 700);
     press("Tab");
     std::vector<int> groups;
-    ASSERT_TRUE(waitFor([&] { return (groups = headings(capture())).size() == 4; }));
-    pointAt(100, groups[2] + 5);  // groups: water, light, ink, tools
+    ASSERT_TRUE(waitFor([&] { return (groups = headings(capture())).size() == 6; }));
+    pointAt(100, groups[2] + 5);  // groups: water, light, ink, view, save, developer
     xdotool("click 1");
     int at = 0;
     ASSERT_TRUE(waitFor([&] {  // finds the palette's red
