@@ -1,7 +1,7 @@
 // Saves screenshots, films and recorded gestures as files.
 
+import { commandTexts, sharedTexts } from "../../build/web/settings";
 import { download, share, uniqueName } from "./files";
-import { commandTexts, sharedTexts } from "./labels";
 import { blobOf } from "./paused_frame";
 import type { Player } from "./player";
 import { attempt, showBadge, showToast } from "./toast";

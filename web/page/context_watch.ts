@@ -1,6 +1,6 @@
 // Follows the loss and the return of the canvas's GL context, and tells the user about them.
 
-import { sharedTexts } from "./labels";
+import { sharedTexts } from "../../build/web/settings";
 import { showToast } from "./toast";
 
 /** Milliseconds from a loss on request to the request to restore the context. */

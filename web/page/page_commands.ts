@@ -1,11 +1,11 @@
 // All commands of the page.
 
+import { commandTexts, sharedTexts } from "../../build/web/settings";
 import type { Capture } from "./capture";
 import type { CleanView } from "./clean_view";
 import type { Command } from "./command";
 import type { FileImporter } from "./file_importer";
 import { canShareFiles, choose } from "./files";
-import { commandTexts, sharedTexts } from "./labels";
 import type { Player } from "./player";
 import type { PresetChooser } from "./preset_chooser";
 import { attempt, hasKeys, showToast } from "./toast";

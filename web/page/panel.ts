@@ -1,10 +1,9 @@
 // The settings panel: a control for every setting, and a button for every command.
 
-import { inkPalette, settingFields } from "../../build/web/settings";
+import { inkPalette, settingFields, sharedTexts } from "../../build/web/settings";
 import type { Command } from "./command";
 import { hexOf, make, makeButtons, makeColor, makeSection, makeSlider, makeSwitch, type Control } from "./controls";
 import { FrameTimeChart } from "./frame_time_chart";
-import { sharedTexts } from "./labels";
 import type { Player } from "./player";
 import type { PresetChooser } from "./preset_chooser";
 import { PresetGrid } from "./preset_grid";
@@ -81,7 +80,9 @@ export class Panel {
 
     /** Returns the controls above the buttons of a section. */
     private controlsOf(section: string): Control[] {
-        const settings = settingFields.filter((field) => field.group === section).map((field) => this.makeSetting(field));
+        // The second background is a command of the pictures.
+        const fields = settingFields.filter(({ name, group }) => group === section && name !== "secondBackground");
+        const settings = fields.map((field) => this.makeSetting(field));
         switch (section) {
             case sharedTexts.presetSection:
                 return [new PresetGrid(this.presets)];

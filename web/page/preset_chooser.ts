@@ -1,8 +1,7 @@
 // Chooses, saves, renames, deletes and shares presets.
 
-import type { Settings } from "../../build/web/settings";
+import { sharedTexts, type Settings } from "../../build/web/settings";
 import { download, uniqueName } from "./files";
-import { sharedTexts } from "./labels";
 import { linkOf, presetInLink } from "./links";
 import type { Player } from "./player";
 import { addPreset, allPresets, findPreset, isSame, removePreset, storePreset, writePreset } from "./presets";

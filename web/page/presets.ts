@@ -1,8 +1,7 @@
 // Lists of presets: built-in presets, and presets that the user saved in the browser's storage.
 
-import { defaultSettings, numbersOf, type Settings } from "../../build/web/settings";
+import { defaultSettings, numbersOf, sharedTexts, type Settings } from "../../build/web/settings";
 import type { Effect } from "./effect";
-import { sharedTexts } from "./labels";
 
 declare const PRESETS: Record<string, string>;
 /** Data URLs by the names of the preset files. */
