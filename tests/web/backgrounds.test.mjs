@@ -8,7 +8,7 @@ import { join } from "node:path";
 import { after, before, test } from "node:test";
 import {
     close, difference, drag, frames, interceptFileChoosers, launch, makeImage, open, readFrame, sendFiles,
-    set, settings, waitForCanvasWidth, waitForToast, waitUntilIdle,
+    set, settings, softwareGl, waitForCanvasWidth, waitForToast, waitUntilIdle,
 } from "./page.mjs";
 
 let browser;
@@ -148,6 +148,22 @@ test("an animated image or a video plays as the background, and stands still dur
     await page.evaluate(() => window.velmora.filesImported());
     await waitUntilIdle(page); // no video plays any more
     await close(page);
+});
+
+test("the camera can be the background, and a refused camera is reported", async () => {
+    const fake = ["--use-fake-device-for-media-stream", "--use-fake-ui-for-media-stream"];
+    const withCamera = await launch([...softwareGl, ...fake]);
+    for (const [one, message] of [[browser, "The camera is missing or not allowed"], [withCamera, "The camera is the background now"]]) {
+        const page = await open(one, { size: [96, 160] });
+        const before = await readFrame(page);
+        await page.keyboard.press("Tab");
+        await page.getByText("Picture", { exact: true }).click();
+        await page.getByRole("button", { name: "Use camera" }).click();
+        await waitForToast(page, message);
+        assert.equal(difference(before, await readFrame(page)) > 5, one === withCamera);
+        await close(page);
+    }
+    await withCamera.close();
 });
 
 test("images are shown in the order in which they were dropped", async () => {

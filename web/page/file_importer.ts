@@ -2,11 +2,11 @@
 
 import type { Settings } from "../../build/web/settings";
 import { setFirst, setSecond } from "./backgrounds";
-import { MovingPicture } from "./moving_picture";
+import { MovingPicture, openCamera } from "./moving_picture";
 import type { Player } from "./player";
 import type { PresetChooser } from "./preset_chooser";
 import { presetName } from "./presets";
-import { readPicture } from "./read_picture";
+import { readPicture, type Picture } from "./read_picture";
 import { attempt, showToast } from "./toast";
 
 /** Maximum size of a preset or gesture in bytes. Protects against a film that was dropped by mistake. */
@@ -35,6 +35,12 @@ export class FileImporter {
         return this.latest;
     }
 
+    /** Makes the image of the camera the background. */
+    async takeCamera(): Promise<void> {
+        this.show(await openCamera(), "first");
+        showToast("The camera is the background now");
+    }
+
     private async read(file: File, slot: "first" | "second"): Promise<void> {
         this.player.noteInput();
         if (/\.json$/i.test(file.name)) {
@@ -48,13 +54,17 @@ export class FileImporter {
 
     private async importBackground(file: File, slot: "first" | "second"): Promise<void> {
         const name = file.name || "The pasted file";
-        const picture = await readPicture(file, name);
+        this.show(await readPicture(file, name), slot);
+        showToast(`${name} is the ${slot === "first" ? "" : "second "}background now`);
+    }
+
+    /** Makes a picture one of the backgrounds. */
+    private show(picture: Picture, slot: "first" | "second"): void {
         if (picture instanceof MovingPicture) {
-            picture.onFrame = () => this.player.onPictureMoved();
+            picture.onFrame = () => this.player.onPictureMoved(picture);
         }
         (slot === "first" ? setFirst : setSecond)(this.player.stage.backgrounds, picture);
         this.player.onBackgroundsChanged();
-        showToast(`${name} is the ${slot === "first" ? "" : "second "}background now`);
     }
 
     private async importPreset(file: File): Promise<void> {

@@ -1,4 +1,4 @@
-// Videos and animated images as a background. Calls back for each new frame.
+// Videos, animated images and the camera as a background. They call back for each new frame.
 
 /** Types of images that may be animated. */
 const animatedTypes = /^image\/(gif|webp|avif|apng|png)$/;
@@ -24,7 +24,11 @@ export async function openMovingPicture(file: Blob): Promise<MovingPicture | und
 }
 
 class Video extends MovingPicture {
-    constructor(readonly frame: HTMLVideoElement) {
+    /** `release` frees the source of the video. */
+    constructor(
+        readonly frame: HTMLVideoElement,
+        private readonly release: () => void,
+    ) {
         super();
         const next = () => {
             this.onFrame();
@@ -44,21 +48,39 @@ class Video extends MovingPicture {
     close(): void {
         this.onFrame = () => {};
         this.frame.pause();
-        URL.revokeObjectURL(this.frame.src);
-        this.frame.removeAttribute("src");
+        this.release();
     }
 }
 
+/** Opens the camera at the back of the device, or any other. Throws an Error with a message for the user. */
+export async function openCamera(): Promise<MovingPicture> {
+    const stream = await navigator.mediaDevices.getUserMedia({ video: { facingMode: "environment" } }).catch(() => {
+        throw new Error("The camera is missing or not allowed. Connect a camera, and allow this page to use it");
+    });
+    const video = makeVideo();
+    video.srcObject = stream;
+    await video.play();
+    return new Video(video, () => stream.getTracks().forEach((track) => track.stop()));
+}
+
 async function openVideo(file: Blob): Promise<MovingPicture | undefined> {
-    const video = Object.assign(document.createElement("video"), { muted: true, loop: true, playsInline: true });
+    const video = makeVideo();
     video.src = URL.createObjectURL(file);
+    const release = () => {
+        URL.revokeObjectURL(video.src);
+        video.removeAttribute("src");
+    };
     try {
         await video.play();
-        return new Video(video);
+        return new Video(video, release);
     } catch {
-        URL.revokeObjectURL(video.src);
+        release();
         return undefined;
     }
+}
+
+function makeVideo(): HTMLVideoElement {
+    return Object.assign(document.createElement("video"), { muted: true, loop: true, playsInline: true });
 }
 
 class Animation extends MovingPicture {

@@ -98,6 +98,7 @@ function pictureCommands({ presets, importer, player }: CommandContext): Command
             presets.show({ ...player.settings, secondBackground: true });
         }
     };
+    const camera = { label: "Use camera", description: "Make the image of the camera the background" };
     const second = { label: "Choose second picture...", description: "Choose a picture as the second background" };
     return [
         command("o", commandTexts.choosePicture, () => choose("image/*,video/*", (file) => importer.take(file))),
@@ -108,6 +109,7 @@ function pictureCommands({ presets, importer, player }: CommandContext): Command
             () => player.settings.secondBackground,
             () => presets.toggle("secondBackground"),
         ),
+        { ...command("", camera, () => importer.takeCamera()), isShown: () => navigator.mediaDevices !== undefined },
         command("i", commandTexts.matchInk, () => presets.chooseContrastingInk()),
     ];
 }

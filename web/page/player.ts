@@ -8,6 +8,7 @@ import type { Effect } from "./effect";
 import { FrameLoop } from "../engine/frame_loop";
 import { FrameTimes } from "./frame_times";
 import { Gestures } from "./gestures";
+import type { MovingPicture } from "./moving_picture";
 import { Overlays } from "./overlays";
 import { Pause } from "./pause";
 import { Pointer, type PointerOwner } from "../engine/pointer";
@@ -119,10 +120,12 @@ export class Player {
         this.noteInput();
     }
 
-    /** Shows the next frame of a moving background, unless a pause is on. */
-    onPictureMoved(): void {
-        this.stage.hasMoved = true;
-        this.loop.wake();
+    /** Shows the new frame of a moving picture if it is the shown background. A pause shows it later. */
+    onPictureMoved(picture: MovingPicture): void {
+        if (this.stage.backgrounds.sources[this.settings.secondBackground ? 1 : 0] === picture) {
+            this.stage.hasMoved = true;
+            this.loop.wake();
+        }
     }
 
     /** Prepares a recording or replay, which restarts the effect. Throws if the context is lost. */
