@@ -5,11 +5,9 @@ import { numbersOf, presetMustBeObject, settingCount, settingsOf } from "../../b
 import type { Ink, Settings } from "../../build/web/settings";
 import loadModule from "../../build/web/velmora-web.js";
 import program from "../../build/web/velmora-web.wasm";
+import type { Size } from "../engine/size";
 
-export interface Size {
-    width: number;
-    height: number;
-}
+export type { Size };
 
 /** Level of detail of the drawing. */
 export interface Quality {

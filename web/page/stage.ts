@@ -3,10 +3,12 @@
 import { resizeDelay } from "../../build/web/settings";
 import { defaultBackgrounds, croppedPixels } from "./backgrounds";
 import type { Effect, Size } from "./effect";
-import { onPixelRatio, pixelSize } from "./screen";
+import { onPixelRatio, pixelSize } from "../engine/screen";
 
 export class Stage {
     readonly backgrounds = defaultBackgrounds();
+    /** True if a moving background has a new frame. */
+    hasMoved = false;
     private current: Size = { width: 0, height: 0 };
 
     constructor(
@@ -44,7 +46,15 @@ export class Stage {
         }
     }
 
+    /** Uploads the backgrounds again if a moving one has a new frame. */
+    uploadMoved(): void {
+        if (this.hasMoved) {
+            this.uploadBackgrounds();
+        }
+    }
+
     uploadBackgrounds(): void {
+        this.hasMoved = false;
         const { sources } = this.backgrounds;
         this.effect.setBackgrounds(
             croppedPixels(sources[0], this.current, this.fullSize),
