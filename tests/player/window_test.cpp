@@ -448,6 +448,30 @@ TEST_F(WindowTest, EscapeClosesTheHelpBeforeTheWindowAndKeysWithModifiersDoNothi
     EXPECT_EQ(exitCode(), 0);
 }
 
+TEST_F(WindowTest, EscapeClosesAPopUpThenThePanelAndNeverEndsAFilm) {
+    openWindow("--no-attract --size 640x780");
+    pointAt(600, 700);
+    press("Tab");
+    Box panel;
+    ASSERT_TRUE(waitFor([&] { return (panel = panelIn(capture())).right > 200; }));
+    pointAt(100, 40);  // the list of presets
+    xdotool("click 1");
+    const auto bottom = [&] { return panelIn(capture()).bottom; };
+    ASSERT_TRUE(waitFor([&] { return bottom() > panel.bottom + 40; })) << "the pop-up is not open";
+    press("Escape");
+    EXPECT_TRUE(waitFor([&] { return bottom() == panel.bottom; })) << "the panel must stay";
+    press("f");
+    ASSERT_TRUE(waitFor([&] { return fs::exists(folder / "shots/film-01.mp4"); }));
+    press("Escape");
+    EXPECT_TRUE(waitFor([&] { return stains(capture()) == 0; })) << "the panel must close";
+    press("Escape");
+    shot();  // the window still works
+    press("f");
+    ASSERT_TRUE(waitFor([&] { return probed("shots/film-01.mp4") != ""; }));
+    press("Escape");
+    EXPECT_EQ(exitCode(), 0);
+}
+
 TEST_F(WindowTest, TheWindowHasTheShapeOfTheBackgroundAndFitsTheDisplay) {
     save(paint(160, 100, [](double, double) { return plainColor; }), "wide.png");
     sized = "wide.png";
