@@ -212,6 +212,10 @@ int main(int argc, char** argv) {
     if (!options) {
         return 2;
     }
+    if (!options->history.empty()) {
+        std::cerr << "velmora-bench-frame: only velmora-bench appends to a history\n";
+        return 2;
+    }
     try {
         if (options->sweep) {
             printGrowth();

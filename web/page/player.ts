@@ -1,15 +1,17 @@
 // Runs the effect on the page's canvas: connects size, time, touches, pause, gestures and overlays to its frames.
 
 import { defaultSettings, type Settings } from "../../build/web/settings";
+import { ArrowKeys } from "./arrow_keys";
 import { AttractTimer } from "./attract_timer";
 import { ContextWatch } from "./context_watch";
 import type { Effect } from "./effect";
 import { FrameLoop } from "../engine/frame_loop";
 import { FrameTimes } from "./frame_times";
 import { Gestures } from "./gestures";
+import type { MovingPicture } from "./moving_picture";
 import { Overlays } from "./overlays";
 import { Pause } from "./pause";
-import { Pointer } from "../engine/pointer";
+import { Pointer, type PointerOwner } from "../engine/pointer";
 import { SettingsSync } from "./settings_sync";
 import { Stage } from "./stage";
 
@@ -35,6 +37,7 @@ export class Player {
     private readonly sync: SettingsSync;
     private readonly attractTimer: AttractTimer;
     private readonly pointer: Pointer;
+    private readonly arrowKeys: ArrowKeys;
     private lastTick = 0;
 
     constructor(
@@ -47,27 +50,33 @@ export class Player {
         this.stage = new Stage(effect, canvas, () => this.followSize());
         this.gestures = new Gestures(effect, this.pause, this);
         this.context = new ContextWatch(canvas, effect.gl, {
-            lost: () => this.pointer.cancel(),
+            lost: () => (this.pointer.cancel(), this.arrowKeys.release()),
             restored: () => this.regainContext(),
         });
-        this.pointer = new Pointer(canvas, {
+        const finger: PointerOwner = {
             press: (...touch) => this.touch(() => effect.press(...touch)),
             move: (...touch) => this.touch(() => effect.move(...touch)),
             lift: (...touch) => (effect.lift(...touch), this.loop.wake()),
             pressure: () => this.settings.pressure,
-        });
+        };
+        this.pointer = new Pointer(canvas, finger);
+        this.arrowKeys = new ArrowKeys(canvas, finger, () => this.pointer.isPressed);
         this.loop = new FrameLoop({
             canRun: () => !this.context.isLost,
             skipTime: () => this.skipTime(),
             tick: (now) => this.tick(now),
         });
         this.attractTimer = new AttractTimer(effect, {
-            isBusy: () => this.pause.isOn || this.context.isLost || this.pointer.isPressed,
+            isBusy: () => this.pause.isOn || this.context.isLost || this.isTouched,
             wake: () => this.loop.wake(),
         });
         effect.attractModeOn = !matchMedia("(prefers-reduced-motion: reduce)").matches;
         effect.adaptQuality();
         effect.noteInput(); // starts the wait for attract mode
+    }
+
+    private get isTouched(): boolean {
+        return this.pointer.isPressed || this.arrowKeys.isPressed;
     }
 
     /** True if no further frame is needed. */
@@ -109,6 +118,14 @@ export class Player {
         }
         this.pause.frame.drop();
         this.noteInput();
+    }
+
+    /** Shows the new frame of a moving picture if it is the shown background. A pause shows it later. */
+    onPictureMoved(picture: MovingPicture): void {
+        if (this.stage.backgrounds.sources[this.settings.secondBackground ? 1 : 0] === picture) {
+            this.stage.hasMoved = true;
+            this.loop.wake();
+        }
     }
 
     /** Prepares a recording or replay, which restarts the effect. Throws if the context is lost. */
@@ -161,6 +178,9 @@ export class Player {
     /** Draws the due frames. Returns true if another frame is needed. */
     private tick(now: number): boolean {
         this.attractTimer.startIfIdle();
+        if (!this.pause.isOn) {
+            this.stage.uploadMoved();
+        }
         if (!this.pause.isOn && this.stage.hasWantedSize) {
             this.effect.noteInterval(now - this.lastTick);
         }

@@ -9,6 +9,8 @@ const resizeDelay = 150;
 
 export class Stage {
     readonly backgrounds = defaultBackgrounds();
+    /** True if a moving background has a new frame. */
+    hasMoved = false;
     private current: Size = { width: 0, height: 0 };
 
     constructor(
@@ -46,7 +48,15 @@ export class Stage {
         }
     }
 
+    /** Uploads the backgrounds again if a moving one has a new frame. */
+    uploadMoved(): void {
+        if (this.hasMoved) {
+            this.uploadBackgrounds();
+        }
+    }
+
     uploadBackgrounds(): void {
+        this.hasMoved = false;
         const { sources } = this.backgrounds;
         this.effect.setBackgrounds(
             croppedPixels(sources[0], this.current, this.fullSize),
