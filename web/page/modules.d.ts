@@ -27,6 +27,9 @@ interface EffectModule {
     _inkTexels(longer: boolean): number;
     _setSettings(numbers: number): void;
     _getSettings(numbers: number): void;
+    _noteSettings(now: number, numbers: number): void;
+    _undoSettings(numbers: number): number;
+    _redoSettings(numbers: number): number;
     _randomSettings(seed: number, numbers: number): void;
     _inkAgainstBackground(ink: number): void;
     _beginPreset(): void;
