@@ -1,20 +1,20 @@
-// The two backgrounds: the user's images, or images that the page paints.
+// The two backgrounds: the user's images, or paintings.
 
 import type { Size } from "./effect";
-import { paintLeaves, paintPebbles } from "./painted_backgrounds";
+import type { Paintings } from "./paintings";
 
 /** Maximum side of a background in pixels. Larger images are scaled down, because no screen shows more. */
 const maxSide = 4096;
 
-/** Upright image of any size, or the name of a painted background. */
-type Source = ImageBitmap | "pebbles" | "leaves";
+/** Upright image of any size, or the name of a painting. */
+export type Source = ImageBitmap | string;
 
 export interface Backgrounds {
     sources: [Source, Source];
 }
 
-export function defaultBackgrounds(): Backgrounds {
-    return { sources: ["pebbles", "leaves"] };
+export function defaultBackgrounds({ names: [first = "", second = ""] }: Paintings): Backgrounds {
+    return { sources: [first, second] };
 }
 
 /** Decodes an image and rotates it by its EXIF orientation. Throws an Error with a message for the user. */
@@ -37,12 +37,21 @@ export async function readImage(file: Blob, name: string): Promise<ImageBitmap> 
 }
 
 /** Makes the image the first background, and the previous first background the second one. */
-export function setFirst(backgrounds: Backgrounds, image: ImageBitmap): void {
+export function setFirst(backgrounds: Backgrounds, image: Source): void {
     replace(backgrounds, 1, backgrounds.sources[0]);
     backgrounds.sources[0] = image;
 }
 
-export function setSecond(backgrounds: Backgrounds, image: ImageBitmap): void {
+/** Makes the painting the first background. A first background that is the user's image becomes the second one. */
+export function setPainting(backgrounds: Backgrounds, name: string): void {
+    if (backgrounds.sources[0] instanceof ImageBitmap) {
+        setFirst(backgrounds, name);
+    } else {
+        backgrounds.sources[0] = name;
+    }
+}
+
+export function setSecond(backgrounds: Backgrounds, image: Source): void {
     replace(backgrounds, 1, image);
 }
 
@@ -54,20 +63,11 @@ function replace(backgrounds: Backgrounds, index: 0 | 1, source: Source): void {
     backgrounds.sources[index] = source;
 }
 
-/**
- * Returns the pixels of a background, scaled and cropped to `size`. A painted background is painted at `fullSize` and
- * then scaled, so that it shows the same image with fewer pixels.
- */
-export function croppedPixels(source: Source, size: Size, fullSize: Size): ImageData {
+/** Returns the pixels of a background, scaled and cropped to `size`. */
+export function croppedPixels(image: ImageBitmap, size: Size): ImageData {
     const context = makeContext(size);
-    drawCropped(context, source instanceof ImageBitmap ? source : painted(source, fullSize), size);
+    drawCropped(context, image, size);
     return context.getImageData(0, 0, size.width, size.height);
-}
-
-function painted(source: "pebbles" | "leaves", size: Size): HTMLCanvasElement {
-    const context = makeContext(size);
-    ({ pebbles: paintPebbles, leaves: paintLeaves })[source](context, size);
-    return context.canvas;
 }
 
 function makeContext(size: Size): CanvasRenderingContext2D {
@@ -77,7 +77,7 @@ function makeContext(size: Size): CanvasRenderingContext2D {
     return canvas.getContext("2d", { willReadFrequently: true }) as CanvasRenderingContext2D;
 }
 
-function drawCropped(context: CanvasRenderingContext2D, image: ImageBitmap | HTMLCanvasElement, size: Size): void {
+function drawCropped(context: CanvasRenderingContext2D, image: ImageBitmap, size: Size): void {
     const scale = Math.max(size.width / image.width, size.height / image.height);
     const width = image.width * scale;
     const height = image.height * scale;

@@ -4,6 +4,7 @@ import GUI, { type Controller } from "lil-gui";
 import type { Command } from "./command";
 import { inkPalette, settingFields, type Ink } from "../../build/web/settings";
 import { FrameTimeChart } from "./frame_time_chart";
+import { PaintingChooser } from "./painting_chooser";
 import type { Player } from "./player";
 import type { PresetChooser } from "./preset_chooser";
 
@@ -13,6 +14,7 @@ export class Panel {
     private readonly gui: GUI;
     private readonly preset: { name: string } = { name: "" };
     private readonly presetControl: Controller;
+    private readonly paintings: PaintingChooser;
     /** Toggle buttons with their states. */
     private readonly toggles: [Element | null, () => boolean][] = [];
 
@@ -26,6 +28,7 @@ export class Panel {
     ) {
         this.gui = new GUI({ container, title: "Velmora", width: 320 });
         this.gui.$title.setAttribute("aria-label", "Close the settings");
+        this.paintings = new PaintingChooser(player);
         this.presetControl = this.addPresets();
         groups.forEach((group) => this.addGroup(group));
         for (const [folder, commands] of Object.entries(folders)) {
@@ -69,6 +72,7 @@ export class Panel {
         }
         this.listPresets();
         this.showToggles();
+        this.paintings.update();
         this.gui.controllersRecursive().forEach((controller) => controller.updateDisplay());
     }
 
@@ -149,7 +153,11 @@ export class Panel {
 
     private addCommandFolder(name: string, commands: Command[]): void {
         if (name !== "Preset") {
-            this.addButtons(this.addFolder(name).close(), commands);
+            const folder = this.addFolder(name).close();
+            if (name === "Background") {
+                folder.$children.append(this.paintings.element);
+            }
+            this.addButtons(folder, commands);
         }
     }
 

@@ -2,6 +2,7 @@
 
 import { defaultSettings, numbersOf, type Settings } from "../../build/web/settings";
 import { AttractTimer } from "./attract_timer";
+import { setPainting } from "./backgrounds";
 import type { Effect } from "./effect";
 import { EffectProbe } from "./effect_probe";
 import { FrameLoop } from "./frame_loop";
@@ -116,6 +117,14 @@ export class Player {
         this.noteInput();
     }
 
+    /** Makes the painting the background, and shows it. */
+    showPainting(name: string): void {
+        setPainting(this.stage.backgrounds, name);
+        this.settings.secondBackground = false;
+        this.onBackgroundsChanged();
+        this.onSettings();
+    }
+
     startRecording(): void {
         this.needContext();
         this.startGesture(() => this.effect.startRecording());
@@ -131,6 +140,7 @@ export class Player {
         this.needContext();
         const fault = this.effect.readScript(script, name);
         if (!fault) {
+            this.stage.needSecond(); // the script may show it
             this.startGesture(() => this.effect.startReplay());
             this.view.paused = false;
         }
@@ -294,6 +304,9 @@ export class Player {
     private passSettings(): void {
         if (this.areSettingsPassed) {
             return;
+        }
+        if (this.settings.secondBackground) {
+            this.stage.needSecond();
         }
         if (this.settings.waterOnly !== this.passedWaterOnly) {
             this.passedWaterOnly = this.settings.waterOnly;
