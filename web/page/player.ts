@@ -48,7 +48,7 @@ export class Player {
         this.pause = new Pause(effect);
         this.overlays = new Overlays(effect, document.getElementById("overlay") as HTMLCanvasElement);
         this.stage = new Stage(effect, canvas, () => this.followSize());
-        this.gestures = new Gestures(effect, this.pause, this);
+        this.gestures = new Gestures(effect, this.pause, () => this.prepareGesture());
         this.context = new ContextWatch(canvas, effect.gl, {
             lost: () => (this.pointer.cancel(), this.arrowKeys.release()),
             restored: () => this.regainContext(),
@@ -70,6 +70,7 @@ export class Player {
             isBusy: () => this.pause.isOn || this.context.isLost || this.isTouched,
             wake: () => this.loop.wake(),
         });
+        effect.onStart = () => this.onStart();
         effect.attractModeOn = !matchMedia("(prefers-reduced-motion: reduce)").matches;
         effect.adaptQuality();
         effect.noteInput(); // starts the wait for attract mode
@@ -88,7 +89,6 @@ export class Player {
     restart(): void {
         this.sync.push();
         this.stage.restart();
-        this.afterRestart();
     }
 
     /** Reports input other than a touch. Requests a frame and restarts the wait for attract mode. */
@@ -129,16 +129,14 @@ export class Player {
     }
 
     /** Prepares a recording or replay, which restarts the effect. Throws if the context is lost. */
-    beforeGesture(): void {
+    private prepareGesture(): void {
         this.context.need();
         this.sync.push();
         this.stage.useAllPixels();
     }
 
     /** Resets the state that belongs to the effect's last run. */
-    afterRestart(): void {
-        this.gestures.takeRecording();
-        this.overlays.probe.watch(this.stage.size);
+    private onStart(): void {
         this.pause.frame.drop();
         this.attractTimer.restart();
         this.loop.wake();
@@ -148,7 +146,7 @@ export class Player {
         this.effect.regainContext();
         if (this.stage.hasWantedSize) {
             this.stage.uploadBackgrounds(); // they may have changed meanwhile
-            this.afterRestart();
+            this.onStart();
         } else {
             this.restart();
         }
@@ -219,7 +217,6 @@ export class Player {
         if (this.frames++ === 0) {
             performance.mark("first frame");
         }
-        this.gestures.takeRecording();
         if (wasReplaying) {
             this.followScript();
         }

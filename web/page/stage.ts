@@ -1,11 +1,9 @@
 // Keeps the canvas and the backgrounds at the wanted size in pixels.
 
+import { resizeDelay } from "../../build/web/settings";
 import { defaultBackgrounds, croppedPixels } from "./backgrounds";
 import type { Effect, Size } from "./effect";
 import { onPixelRatio, pixelSize } from "../engine/screen";
-
-/** Milliseconds from the last change of size to the restart. A window that is being resized changes size many times. */
-const resizeDelay = 150;
 
 export class Stage {
     readonly backgrounds = defaultBackgrounds();
