@@ -29,6 +29,7 @@ Session::Session(FrontEnd platformFunctions, Clock::time_point now)
 
 void Session::restart(Size screen) {
     finishRecording();
+    fade.reset();
     screenSize = screen;
     if (contextIsUsed) {
         host.reset();
@@ -65,6 +66,7 @@ void Session::regainContext() {
 
 void Session::setBackgrounds(Backgrounds images) {
     backgrounds = std::move(images);
+    fade.reset();
     if (host) {
         host->setBackgrounds(frontEnd.cover(backgrounds.first, screenSize),
                              frontEnd.cover(backgrounds.second, screenSize));
@@ -74,6 +76,25 @@ void Session::setBackgrounds(Backgrounds images) {
 
 void Session::showBackground(hostkit::Image image) {
     setBackgrounds({std::move(image), std::move(backgrounds.first)});
+}
+
+void Session::fadeTo(hostkit::Image image) {
+    if (image.rgba == backgrounds.first.rgba) {
+        return;
+    }
+    hostkit::Image shown = fade ? fade->blend() : frontEnd.cover(backgrounds.first, screenSize);
+    backgrounds.first = std::move(image);
+    fade.emplace(std::move(shown), frontEnd.cover(backgrounds.first, screenSize));
+}
+
+void Session::advanceFade(std::chrono::nanoseconds elapsed) {
+    if (fade && fade->advance(elapsed)) {
+        host->setBackground(fade->blend());
+        idleWatch.noteChange();
+        if (fade->isOver()) {
+            fade.reset();
+        }
+    }
 }
 
 std::array<float, 3> Session::inkAgainstBackground(int variation) const {
@@ -177,6 +198,7 @@ void Session::run(std::span<const ScriptAction> frameActions, std::chrono::nanos
         idleWatch.noteChange();
     }
     applyChanges();
+    advanceFade(elapsed);
     const std::vector<ScriptEvent> events = eventsOf(frameActions);
     dropRain(rain, *host, settings, elapsed);
     host->step(events, elapsed);
@@ -262,7 +284,7 @@ Settings Session::userSettings() const {
 
 bool Session::isIdle() const {
     return idleWatch.isIdle() && !hasChanges() && !hasActions() && !finger.isPressed() &&
-           !attract.isRunning() && !replay && !recording && settings.rain <= 0.0f &&
+           !attract.isRunning() && !replay && !recording && !fade && settings.rain <= 0.0f &&
            quality.phase != QualityPhase::searching;
 }
 

@@ -116,6 +116,9 @@ public:
     /// @param background first background; empty: the result of makeTestImage
     /// @param secondBackground second background; empty: the result of makeTestImage
     void setBackgrounds(Image background, Image secondBackground);
+    /// Replaces the first background. Throws HostError if the library refuses the image.
+    /// @param background first background; not empty
+    void setBackground(Image background);
     /// Replaces the grid and the mesh of the water. Waves and ink stay.
     /// @param settings new settings of the water
     void replaceWater(WaterSettings settings);
