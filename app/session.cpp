@@ -22,6 +22,11 @@ void append(std::vector<ScriptAction>& actions, const std::vector<ScriptAction>&
     actions.insert(actions.end(), more.begin(), more.end());
 }
 
+/// Returns the number of frames of 1/60 s in a frame of a recording, at least 1.
+int framesIn(std::chrono::nanoseconds elapsed) {
+    return std::max(1, static_cast<int>((elapsed + frameTime / 2) / frameTime));
+}
+
 }  // namespace
 
 Session::Session(FrontEnd platformFunctions, Clock::time_point now)
@@ -144,7 +149,10 @@ void Session::startAttractModeIfIdle(Clock::time_point now, bool busy) {
 }
 
 FrameClock::Due Session::takeDueFrames(Clock::time_point now) {
-    return clock.take(now, settings.timeScale, replay || recording);
+    const FrameLength length = replay      ? FrameLength::exact
+                               : recording ? FrameLength::whole
+                                           : FrameLength::real;
+    return clock.take(now, settings.timeScale, length);
 }
 
 std::chrono::nanoseconds Session::untilNextFrame(Clock::time_point now) const {
@@ -200,6 +208,9 @@ void Session::run(std::span<const ScriptAction> frameActions, std::chrono::nanos
     applyChanges();
     advanceFade(elapsed);
     const std::vector<ScriptEvent> events = eventsOf(frameActions);
+    if (recording) {
+        recording->frames += framesIn(elapsed);
+    }
     dropRain(rain, *host, settings, elapsed);
     host->step(events, elapsed);
     frontEnd.draw(*host);
@@ -240,9 +251,6 @@ std::vector<ScriptEvent> Session::eventsOf(std::span<const ScriptAction> frameAc
         noteAction(action);
     }
     applied = settings;
-    if (recording) {
-        ++recording->frames;
-    }
     return events;
 }
 
@@ -316,10 +324,12 @@ void Session::startReplay(hostkit::GestureScript script) {
     replay.emplace(std::move(script), screenSize);
 }
 
-/// Restarts the effect and seeds rand(), which the solver uses, so that each replay gets the same numbers.
+/// Restarts the effect and seeds rand(), which the solver uses, so that each replay gets the same numbers. The time of
+/// the restart is not part of the gesture.
 void Session::restartForGesture() {
     actions.clear();
     restart(screenSize);
+    skipTime();
     std::srand(1);
 }
 

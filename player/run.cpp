@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "app/backgrounds.h"
+#include "app/effect_probe.h"
 #include "app/frame_clock.h"
 #include "app/rain.h"
 #include "app/settings.h"
@@ -17,7 +18,6 @@
 #include "hostkit/digest.h"
 #include "hostkit/effect_host.h"
 #include "hostkit/gesture_script.h"
-#include "hostkit/instruments/effect_probe.h"
 #include "hostkit/jni_environment.h"
 #include "hostkit/water_driver.h"
 #include "player/film.h"
@@ -80,7 +80,7 @@ void addWater(hostkit::Digest& digest, const hostkit::WaterDriver& water) {
     addCells(digest, hostkit::JniEnvironment::elements(water.velocity));
 }
 
-void play(hostkit::EffectHost& host, FilmScreen& screen, hostkit::EffectProbe& probe,
+void play(hostkit::EffectHost& host, FilmScreen& screen, app::EffectProbe& probe,
           const app::Settings& settings, const hostkit::GestureScript& script, Film& film,
           hostkit::Digest& water) {
     app::Rain rain;
@@ -127,13 +127,13 @@ void run(const Options& options) {
     hostkit::EffectHostOptions chosen = hostOf(options, settings);
     const app::Size size{options.width, options.height};
     FilmScreen screen(size, options.overlays);
-    hostkit::EffectProbe probe;
+    app::EffectProbe probe;
     chosen.renewContext = [&] {
         probe.forgetInk();
         screen.renewContext();
     };
     hostkit::EffectHost host(std::move(chosen));
-    probe.watch(size.width, size.height, !settings.waterOnly);
+    probe.watch(size, !settings.waterOnly);
     Staging staging(options.out);
     Film film(staging.folder(), options.format, size, script.frames, settings.timeScale);
     std::fprintf(stderr,

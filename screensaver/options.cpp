@@ -5,7 +5,6 @@
 #include <cctype>
 #include <cstdio>
 #include <cstdlib>
-#include <string_view>
 #include <vector>
 
 #include "app/presets.h"

@@ -4,6 +4,7 @@
 #include <random>
 #include <span>
 #include <string>
+#include <utility>
 
 #include "app/settings.h"
 

@@ -11,6 +11,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <iterator>
+#include <span>
 
 namespace hostkit {
 
@@ -344,6 +345,10 @@ void nameProgram(GLuint program, GLuint shader) {
 GlRecorder& glRecorder() {
     static GlRecorder recorder;
     return recorder;
+}
+
+GlObserver& sharedGlObserver() {
+    return glRecorder();
 }
 
 std::string GlRecorder::record(const std::function<void()>& functor) {

@@ -7,10 +7,11 @@
 #include <functional>
 #include <map>
 #include <set>
-#include <span>
 #include <string>
 #include <utility>
 #include <vector>
+
+#include "hostkit/gl_observer.h"
 
 /// @file
 /// Recorder of GL calls. A program that links velmora-instruments and calls `glRecorder` defines the GL functions that
@@ -33,8 +34,9 @@ struct GlCall {
 /// Kind of a GL object.
 enum class GlKind { texture, buffer, framebuffer, shader, program };
 
-/// State and hooks of the recorder.
-struct GlRecorder {
+/// State and hooks of the recorder. It observes every GL function that the library imports. Does not record the GL calls
+/// of the hook `inside`.
+struct GlRecorder : GlObserver {
     /// While true, every call is appended to `calls`.
     bool recording = false;
     /// Recorded calls in order.
@@ -50,8 +52,6 @@ struct GlRecorder {
     std::vector<std::pair<std::string, std::string>> programNames = {
         {"sWaterTexture", "water"}, {"VelocityTexture", "advect"}, {"ImpulseDensity", "impulse"}};
 
-    /// Hook that runs in each call, before the real function. GL calls of this hook are not recorded and run no hooks.
-    std::function<void(const char* function)> inside;
     /// Hook that runs after each call, except after the calls of `inside`.
     std::function<void()> after;
 
@@ -59,9 +59,6 @@ struct GlRecorder {
     /// On failure, glGen... writes no names, glCreateShader and glCreateProgram return 0, and glGetShaderiv and
     /// glGetProgramiv return the status GL_FALSE.
     std::function<bool(const char* function, int nth)> refuse;
-
-    /// Hook that receives the data of each glTexImage2D call with data. `bytes` is RGBA8 and valid during the hook.
-    std::function<void(int width, int height, std::span<const std::uint8_t> bytes)> textureUpload;
 
     /// Objects that were created since `reset` and are not deleted, by kind.
     std::map<GlKind, std::set<GLuint>> alive;
@@ -78,7 +75,7 @@ struct GlRecorder {
     void reset();
 };
 
-/// Returns the recorder of the program. Use it on the thread that makes the GL calls.
+/// Returns the recorder of the program, which is also its GL observer. Use it on the thread that makes the GL calls.
 GlRecorder& glRecorder();
 
 }  // namespace hostkit

@@ -105,7 +105,7 @@ OpenWindow::OpenWindow(const Options& options, app::Backgrounds backgrounds,
         }
         keeper.startRecording(options.record);
     }
-    showToast(toast, "F1 lists the keys, Tab opens the panel");
+    showToast(toast, "Drag to stir the water. Tab opens the settings, F1 lists the keys.");
 }
 
 void OpenWindow::run() {

@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "app/labels.h"
 #include "app/settings.h"
 #include "desktop/preset.h"
 
@@ -39,7 +40,7 @@ private:
     std::vector<desktop::NamedPreset> all;
     /// Index of the preset that next() returns, before the wrap-around.
     std::size_t following = 0;
-    std::string shown = "default";
+    std::string shown = app::sharedText("defaultSettings");
     app::Settings loaded;
 };
 

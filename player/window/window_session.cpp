@@ -42,9 +42,7 @@ app::FrontEnd WindowSession::frontEnd() {
         return covering(image, size.width, size.height);
     };
     functions.draw = [this](hostkit::EffectHost& host) { draw(host); };
-    functions.onStart = [this](app::Size size, bool hasInk) {
-        probe.watch(size.width, size.height, hasInk);
-    };
+    functions.onStart = [this](app::Size size, bool hasInk) { probe.watch(size, hasInk); };
     functions.onRecorded = [this](const hostkit::ScriptEvent& event) { recordingFile->add(event); };
     functions.onRecordingEnd = [this](const hostkit::GestureScript& script) {
         const RecordingFile file = *std::exchange(recordingFile, std::nullopt);

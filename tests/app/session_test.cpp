@@ -4,10 +4,14 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <array>
 #include <chrono>
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <utility>
+#include <variant>
 #include <vector>
 
 #include "hostkit/gl_context.h"
@@ -103,6 +107,28 @@ TEST_F(SessionTest, AReplayDrawsTheSamePixelsAsTheRecording) {
     EXPECT_EQ(screenPixels(), last);
     EXPECT_EQ(session.settings.ink, (std::array{0.4f, 1.0f, 0.4f}));
     EXPECT_EQ(session.userSettings().ink, (std::array{0.4f, 0.4f, 1.0f}));
+}
+
+TEST_F(SessionTest, ARecordingOnASlowMachineKeepsItsTime) {
+    draws = false;
+    app::Clock::time_point now = start;
+    session.startRecording();
+    session.takeDueFrames(now);
+    for (int frame = 0; frame < 10; ++frame) {  // 10 frames per second
+        now += 100ms;
+        const auto due = session.takeDueFrames(now);
+        ASSERT_EQ(due.frames, 1);
+        if (frame == 5) {
+            session.press(now, 20, 40, 1.0f);
+        }
+        session.frame(due.elapsed);
+    }
+    session.finishRecording();
+    EXPECT_NEAR(recorded->frames, 60, 1);
+    EXPECT_NEAR(recorded->events.back().frame, 30, 1);
+    session.startReplay(*recorded);
+    session.takeDueFrames(now);
+    EXPECT_EQ(session.takeDueFrames(now + 100ms).elapsed, app::frameTime) << "draws every frame";
 }
 
 TEST_F(SessionTest, ANewSizeEndsARecordingAndScalesAReplay) {

@@ -1,13 +1,12 @@
 // The two backgrounds: the user's images, or images that the page paints.
 
 import type { Size } from "./effect";
+import { MovingPicture } from "./moving_picture";
 import { paintLeaves, paintPebbles } from "./painted_backgrounds";
+import type { Picture } from "./read_picture";
 
-/** Maximum side of a background in pixels. Larger images are scaled down, because no screen shows more. */
-const maxSide = 4096;
-
-/** Upright image of any size, or the name of a painted background. */
-type Source = ImageBitmap | "pebbles" | "leaves";
+/** Upright picture of any size, or the name of a painted background. */
+type Source = Picture | "pebbles" | "leaves";
 
 export interface Backgrounds {
     sources: [Source, Source];
@@ -17,38 +16,19 @@ export function defaultBackgrounds(): Backgrounds {
     return { sources: ["pebbles", "leaves"] };
 }
 
-/** Decodes an image and rotates it by its EXIF orientation. Throws an Error with a message for the user. */
-export async function readImage(file: Blob, name: string): Promise<ImageBitmap> {
-    const refusal = new Error(`${name} is not an image that this browser can show`);
-    const original = await createImageBitmap(file, { imageOrientation: "from-image" }).catch(() => {
-        throw refusal;
-    });
-    const scale = maxSide / Math.max(original.width, original.height);
-    if (scale >= 1) {
-        return original;
-    }
-    const size = {
-        resizeWidth: Math.max(1, Math.round(original.width * scale)),
-        resizeHeight: Math.max(1, Math.round(original.height * scale)),
-    };
-    const smaller = await createImageBitmap(original, { ...size, resizeQuality: "high" });
-    original.close();
-    return smaller;
-}
-
-/** Makes the image the first background, and the previous first background the second one. */
-export function setFirst(backgrounds: Backgrounds, image: ImageBitmap): void {
+/** Makes the picture the first background, and the previous first background the second one. */
+export function setFirst(backgrounds: Backgrounds, image: Picture): void {
     replace(backgrounds, 1, backgrounds.sources[0]);
     backgrounds.sources[0] = image;
 }
 
-export function setSecond(backgrounds: Backgrounds, image: ImageBitmap): void {
+export function setSecond(backgrounds: Backgrounds, image: Picture): void {
     replace(backgrounds, 1, image);
 }
 
 function replace(backgrounds: Backgrounds, index: 0 | 1, source: Source): void {
     const before = backgrounds.sources[index];
-    if (before instanceof ImageBitmap && before !== source) {
+    if (typeof before !== "string" && before !== source) {
         before.close();
     }
     backgrounds.sources[index] = source;
@@ -60,7 +40,7 @@ function replace(backgrounds: Backgrounds, index: 0 | 1, source: Source): void {
  */
 export function croppedPixels(source: Source, size: Size, fullSize: Size): ImageData {
     const context = makeContext(size);
-    drawCropped(context, source instanceof ImageBitmap ? source : painted(source, fullSize), size);
+    drawCropped(context, typeof source === "string" ? painted(source, fullSize) : source, size);
     return context.getImageData(0, 0, size.width, size.height);
 }
 
@@ -77,11 +57,12 @@ function makeContext(size: Size): CanvasRenderingContext2D {
     return canvas.getContext("2d", { willReadFrequently: true }) as CanvasRenderingContext2D;
 }
 
-function drawCropped(context: CanvasRenderingContext2D, image: ImageBitmap | HTMLCanvasElement, size: Size): void {
+function drawCropped(context: CanvasRenderingContext2D, image: Picture | HTMLCanvasElement, size: Size): void {
     const scale = Math.max(size.width / image.width, size.height / image.height);
     const width = image.width * scale;
     const height = image.height * scale;
     context.imageSmoothingQuality = "high";
     context.fillRect(0, 0, size.width, size.height); // black behind transparent pixels
-    context.drawImage(image, (size.width - width) / 2, (size.height - height) / 2, width, height);
+    const frame = image instanceof MovingPicture ? image.frame : image;
+    context.drawImage(frame, (size.width - width) / 2, (size.height - height) / 2, width, height);
 }

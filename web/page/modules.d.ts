@@ -18,15 +18,19 @@ interface EffectModule {
         registerContext(gl: WebGLRenderingContext, attributes: object): number;
         makeContextCurrent(context: number): boolean;
     };
+    /** Functions of the page that the module calls. */
+    onStart(): void;
+    onRecordingEnd(script: string): void;
     UTF8ToString(address: number): string;
     stringToUTF8(text: string, address: number, size: number): void;
     lengthBytesUTF8(text: string): number;
     _malloc(bytes: number): number;
     _free(address: number): void;
-    _pixelsPerCell(): number;
-    _inkTexels(longer: boolean): number;
     _setSettings(numbers: number): void;
     _getSettings(numbers: number): void;
+    _noteSettings(now: number, numbers: number): void;
+    _undoSettings(numbers: number): number;
+    _redoSettings(numbers: number): number;
     _randomSettings(seed: number, numbers: number): void;
     _inkAgainstBackground(ink: number): void;
     _beginPreset(): void;
@@ -63,12 +67,18 @@ interface EffectModule {
     _startRecording(): void;
     _finishRecording(): void;
     _isRecording(): number;
-    _takeRecording(): number;
     _readScript(script: number, name: number): number;
     _startReplay(): void;
     _isReplaying(): number;
-    _flowLines(rgba: number, columns: number, rows: number, width: number, height: number): number;
+    _observe(on: boolean): void;
+    _velocityBytes(): number;
+    _velocityColumns(): number;
+    _velocityRows(): number;
+    _flowLines(width: number, height: number): number;
     _flowLineCount(): number;
+    _densityImage(): number;
+    _densityWidth(): number;
+    _densityHeight(): number;
     _waterCells(velocities: boolean): number;
     _waterCellCount(): number;
 }

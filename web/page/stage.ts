@@ -1,14 +1,14 @@
 // Keeps the canvas and the backgrounds at the wanted size in pixels.
 
+import { resizeDelay } from "../../build/web/settings";
 import { defaultBackgrounds, croppedPixels } from "./backgrounds";
 import type { Effect, Size } from "./effect";
-import { onPixelRatio, pixelSize } from "./screen";
-
-/** Milliseconds from the last change of size to the restart. A window that is being resized changes size many times. */
-const resizeDelay = 150;
+import { onPixelRatio, pixelSize } from "../engine/screen";
 
 export class Stage {
     readonly backgrounds = defaultBackgrounds();
+    /** True if a moving background has a new frame. */
+    hasMoved = false;
     private current: Size = { width: 0, height: 0 };
 
     constructor(
@@ -46,7 +46,15 @@ export class Stage {
         }
     }
 
+    /** Uploads the backgrounds again if a moving one has a new frame. */
+    uploadMoved(): void {
+        if (this.hasMoved) {
+            this.uploadBackgrounds();
+        }
+    }
+
     uploadBackgrounds(): void {
+        this.hasMoved = false;
         const { sources } = this.backgrounds;
         this.effect.setBackgrounds(
             croppedPixels(sources[0], this.current, this.fullSize),

@@ -1,6 +1,6 @@
 // Size of the canvas in pixels, and its GL context.
 
-import type { Size } from "./effect";
+import type { Size } from "./size";
 
 /** Maximum number of pixels. More pixels slow a phone down and show no more detail of the water. */
 const maxPixels = 1080 * 1920;
