@@ -34,6 +34,7 @@ Session::Session(FrontEnd platformFunctions, Clock::time_point now)
 
 void Session::restart(Size screen) {
     finishRecording();
+    fade.reset();
     screenSize = screen;
     if (contextIsUsed) {
         host.reset();
@@ -70,6 +71,7 @@ void Session::regainContext() {
 
 void Session::setBackgrounds(Backgrounds images) {
     backgrounds = std::move(images);
+    fade.reset();
     if (host) {
         host->setBackgrounds(frontEnd.cover(backgrounds.first, screenSize),
                              frontEnd.cover(backgrounds.second, screenSize));
@@ -79,6 +81,25 @@ void Session::setBackgrounds(Backgrounds images) {
 
 void Session::showBackground(hostkit::Image image) {
     setBackgrounds({std::move(image), std::move(backgrounds.first)});
+}
+
+void Session::fadeTo(hostkit::Image image) {
+    if (image.rgba == backgrounds.first.rgba) {
+        return;
+    }
+    hostkit::Image shown = fade ? fade->blend() : frontEnd.cover(backgrounds.first, screenSize);
+    backgrounds.first = std::move(image);
+    fade.emplace(std::move(shown), frontEnd.cover(backgrounds.first, screenSize));
+}
+
+void Session::advanceFade(std::chrono::nanoseconds elapsed) {
+    if (fade && fade->advance(elapsed)) {
+        host->setBackground(fade->blend());
+        idleWatch.noteChange();
+        if (fade->isOver()) {
+            fade.reset();
+        }
+    }
 }
 
 std::array<float, 3> Session::inkAgainstBackground(int variation) const {
@@ -185,6 +206,7 @@ void Session::run(std::span<const ScriptAction> frameActions, std::chrono::nanos
         idleWatch.noteChange();
     }
     applyChanges();
+    advanceFade(elapsed);
     const std::vector<ScriptEvent> events = eventsOf(frameActions);
     if (recording) {
         recording->frames += framesIn(elapsed);
@@ -270,7 +292,7 @@ Settings Session::userSettings() const {
 
 bool Session::isIdle() const {
     return idleWatch.isIdle() && !hasChanges() && !hasActions() && !finger.isPressed() &&
-           !attract.isRunning() && !replay && !recording && settings.rain <= 0.0f &&
+           !attract.isRunning() && !replay && !recording && !fade && settings.rain <= 0.0f &&
            quality.phase != QualityPhase::searching;
 }
 

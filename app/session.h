@@ -10,6 +10,7 @@
 
 #include "app/attract_mode.h"
 #include "app/backgrounds.h"
+#include "app/cross_fade.h"
 #include "app/finger.h"
 #include "app/frame_clock.h"
 #include "app/idle_watch.h"
@@ -63,6 +64,8 @@ public:
     void setBackgrounds(Backgrounds backgrounds);
     /// Makes the image the first background, and the previous first background the second.
     void showBackground(hostkit::Image image);
+    /// Replaces the first background by a cross-fade of two seconds of effect time.
+    void fadeTo(hostkit::Image image);
     /// Returns an ink that contrasts with the current background. See `inkAgainst`.
     std::array<float, 3> inkAgainstBackground(int variation) const;
 
@@ -82,6 +85,7 @@ public:
 
     const AttractMode& attractMode() const { return attract; }
     void turnAttractMode(bool on) { attract.turn(on); }
+    void repeatAttractMode() { attract.repeat(); }
     /// Starts attract mode if the user has been idle for long enough. A finger on the screen, a replay, a recording and
     /// a `busy` front end, for example one that is paused, restart the idle time.
     void startAttractModeIfIdle(Clock::time_point now, bool busy);
@@ -126,6 +130,7 @@ public:
 private:
     void noteStroke(Clock::time_point now);
     bool hasChanges() const;
+    void advanceFade(std::chrono::nanoseconds elapsed);
     void applyChanges();
     int wantedCellsPerVertex() const { return cellsPerVertex(quality, settings.meshDetail); }
     void chooseAttractInk();
@@ -140,6 +145,8 @@ private:
 
     FrontEnd frontEnd;
     Backgrounds backgrounds;
+    /// Change to `backgrounds.first` in progress.
+    std::optional<CrossFade> fade;
     Size screenSize;
     /// A host was made in the GL context, so that the next host needs another context.
     bool contextIsUsed = false;

@@ -130,6 +130,25 @@ TEST(AttractMode, DrawsThreeStrokesOnTheScreenAndThenWaitsForInput) {
     EXPECT_EQ(mode.untilStart(start + 1h), 4s);
 }
 
+TEST(AttractMode, RepeatsWithNewStrokesForAScreenSaver) {
+    AttractMode mode(start);
+    mode.repeat();
+    const auto firstTouch = [&](app::Clock::time_point now) {
+        mode.startIfIdle(now);
+        const Touch touch = std::get<Touch>(mode.next({100, 200}).at(0));
+        while (mode.isRunning()) {
+            mode.next({100, 200});
+        }
+        return touch;
+    };
+    const Touch first = firstTouch(start + 4s);
+    mode.startIfIdle(start + 30s);
+    EXPECT_EQ(mode.untilStart(start + 30s), 20s);
+    const Touch second = firstTouch(start + 50s);
+    EXPECT_EQ(second.action, TouchAction::down);
+    EXPECT_NE(second.x, first.x);
+}
+
 TEST(AttractMode, LiftsTheFingerOnlyIfItIsDown) {
     for (const auto& [frames, lifts] : {std::pair{0, 0}, {1, 1}, {110, 1}, {111, 0}, {200, 0}}) {
         AttractMode mode(start);

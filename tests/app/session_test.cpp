@@ -283,6 +283,33 @@ TEST_F(SessionTest, ThePreviousBackgroundBecomesTheSecond) {
     EXPECT_FALSE(session.userSettings().secondBackground) << "a start shows the first";
 }
 
+TEST_F(SessionTest, ACrossFadePassesHalfwayBetweenTheBackgrounds) {
+    frames(1);
+    const Pixels first = screenPixels();
+    session.fadeTo(hostkit::makeTestImage(96, 160));
+    EXPECT_TRUE(session.isIdle()) << "the same image needs no fade";
+    const hostkit::Image grey{96, 160, Pixels(std::size_t{96} * 160 * 4, 200)};
+    session.fadeTo(grey);
+    EXPECT_FALSE(session.isIdle());
+    session.frame(1s);
+    const Pixels halfway = screenPixels();
+    session.regainContext();
+    session.frame(1s);
+    EXPECT_TRUE(session.isIdle());
+    const Pixels last = screenPixels();
+    for (std::size_t at = 0; at < first.size(); ++at) {
+        if (at % 4 != 3) {
+            ASSERT_NEAR(halfway[at], (first[at] + 200) / 2.0, 1.5) << at;
+            ASSERT_EQ(last[at], 200) << at;
+        }
+    }
+    session.fadeTo(hostkit::makeTestImage(96, 160));
+    session.frame(1s);
+    session.restart(screen);
+    frames(1);
+    EXPECT_EQ(screenPixels(), first) << "a restart ends the fade";
+}
+
 TEST_F(SessionTest, QualityPassesOverRecordingsAndReplays) {
     const auto counts = [this] {
         session.quality = app::searchingQuality();
