@@ -349,6 +349,14 @@ void drawPanel(const Panel& panel) {
     }
 }
 
+bool closePopup() {
+    const int open = ImGui::GetCurrentContext()->OpenPopupStack.Size;
+    if (open > 0) {
+        ImGui::ClosePopupToLevel(open - 1, true);
+    }
+    return open > 0;
+}
+
 bool isHintDue() {
     const ImGuiContext& context = *ImGui::GetCurrentContext();
     return context.HoveredId != 0 && context.ActiveId == 0 && context.HoveredIdTimer < hintDelay;

@@ -19,6 +19,7 @@
 #include "app/random_settings.h"
 #include "app/session.h"
 #include "app/settings.h"
+#include "app/settings_history.h"
 #include "app/size.h"
 #include "hostkit/effect_host.h"
 #include "hostkit/gesture_script.h"
@@ -46,6 +47,7 @@ std::string result;
 hostkit::GestureScript script;
 /// Preset that setPresetMember fills.
 app::Settings preset;
+app::SettingsHistory history{app::Settings{}};
 app::FrameClock::Due due{};
 std::vector<app::FlowLine> lines;
 static_assert(sizeof(app::FlowLine) == 8 * sizeof(float));
@@ -103,18 +105,48 @@ void writeSettings(const app::Settings& settings, double* numbers) {
     std::transform(settings.ink.begin(), settings.ink.end(), numbers, app::shortestNumber);
 }
 
+/// Reads settings in the order of writeSettings.
+void readSettings(const double* numbers, app::Settings& settings) {
+    app::forEachField([&](const auto& field) {
+        auto& member = settings.*field.member;
+        member = static_cast<std::remove_reference_t<decltype(member)>>(*numbers++);
+    });
+    std::transform(numbers, numbers + 3, settings.ink.begin(),
+                   [](double part) { return static_cast<float>(part); });
+}
+
+/// Writes the settings if there are any. Returns true if there are.
+bool writeIfAny(const std::optional<app::Settings>& settings, double* numbers) {
+    if (settings) {
+        writeSettings(*settings, numbers);
+    }
+    return settings.has_value();
+}
+
 }  // namespace
 
 extern "C" {
 
 /// Sets the settings from the next frame on. The numbers have the order of writeSettings.
 EMSCRIPTEN_KEEPALIVE void setSettings(const double* numbers) {
-    app::forEachField([&](const auto& field) {
-        auto& member = session.settings.*field.member;
-        member = static_cast<std::remove_reference_t<decltype(member)>>(*numbers++);
-    });
-    std::transform(numbers, numbers + 3, session.settings.ink.begin(),
-                   [](double part) { return static_cast<float>(part); });
+    readSettings(numbers, session.settings);
+}
+
+/// Notes settings that the user has changed, for undoSettings.
+EMSCRIPTEN_KEEPALIVE void noteSettings(double now, const double* numbers) {
+    app::Settings settings;
+    readSettings(numbers, settings);
+    history.note(settings, moment(now));
+}
+
+/// Writes the settings before the last change. Returns false if there is no change to undo.
+EMSCRIPTEN_KEEPALIVE bool undoSettings(double* numbers) {
+    return writeIfAny(history.undo(), numbers);
+}
+
+/// Writes the settings after the change that was undone last. Returns false if there is none.
+EMSCRIPTEN_KEEPALIVE bool redoSettings(double* numbers) {
+    return writeIfAny(history.redo(), numbers);
 }
 
 EMSCRIPTEN_KEEPALIVE void getSettings(double* numbers) {

@@ -105,6 +105,22 @@ export class Effect {
         this.module._setSettings(this.settingsBuffer);
     }
 
+    /** Notes settings that the user has changed, for `undo`. */
+    noteSettings(settings: Settings): void {
+        this.numbers.set(numbersOf(settings));
+        this.module._noteSettings(performance.now(), this.settingsBuffer);
+    }
+
+    /** Returns the settings before the last change, or undefined if there is no change to undo. */
+    undo(): Settings | undefined {
+        return this.module._undoSettings(this.settingsBuffer) ? settingsOf(this.numbers) : undefined;
+    }
+
+    /** Returns the settings after the change that was undone last, or undefined if there is none. */
+    redo(): Settings | undefined {
+        return this.module._redoSettings(this.settingsBuffer) ? settingsOf(this.numbers) : undefined;
+    }
+
     /** Returns random settings for a seed. Does not change the current settings. */
     randomSettings(seed: number): Settings {
         this.module._randomSettings(seed, this.settingsBuffer);

@@ -28,6 +28,9 @@ interface EffectModule {
     _free(address: number): void;
     _setSettings(numbers: number): void;
     _getSettings(numbers: number): void;
+    _noteSettings(now: number, numbers: number): void;
+    _undoSettings(numbers: number): number;
+    _redoSettings(numbers: number): number;
     _randomSettings(seed: number, numbers: number): void;
     _inkAgainstBackground(ink: number): void;
     _beginPreset(): void;
