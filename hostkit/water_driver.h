@@ -96,7 +96,8 @@ struct WaterDriver {
 WaterDriver makeWater(JniEnvironment& jni, int screenWidth, int screenHeight,
                       WaterSettings settings = {});
 
-/// Copies the waves of one water to another of the same screen. Grid, mesh and step rate may differ.
+/// Copies the waves of one water to another. Screen, grid, mesh and step rate may differ. Waves keep their position
+/// relative to the sides of the screen.
 /// @param from water with the waves
 /// @param to water that receives heights, velocities and time
 void resampleWaves(const WaterDriver& from, WaterDriver& to);
