@@ -54,6 +54,8 @@ export class Effect {
     onReplayEnd: (finished: boolean) => void = () => {};
     /** Called with the gesture script of a recording that has ended. A restart ends a recording. */
     onRecordingEnd: (script: string) => void = () => {};
+    /** Names of the backgrounds that the module paints. */
+    readonly paintingNames: readonly string[];
     /** Duration of one frame of the effect in milliseconds. */
     readonly frameTime: number;
     /** Address of a buffer of settingCount doubles in the module's memory. */
@@ -67,6 +69,7 @@ export class Effect {
         module.onReplayEnd = (finished) => this.onReplayEnd(finished);
         module.onRecordingEnd = (script) => this.onRecordingEnd(script);
         this.frameTime = module._frameTime();
+        this.paintingNames = this.readPaintingNames();
         this.settingsBuffer = module._malloc(8 * settingCount);
     }
 
@@ -91,6 +94,12 @@ export class Effect {
         this.module._setBackgrounds(first.width, first.height, firstCopy, secondCopy);
         this.module._free(firstCopy);
         this.module._free(secondCopy);
+    }
+
+    /** Paints a background that fills a screen of the size. */
+    paint(name: string, { width, height }: Size): ImageData {
+        const start = this.module._paint(this.paintingNames.indexOf(name), width, height);
+        return new ImageData(new Uint8ClampedArray(this.module.HEAPU8.slice(start, start + 4 * width * height).buffer), width);
     }
 
     /** Creates the GL objects again in a restored context. */
@@ -335,6 +344,14 @@ export class Effect {
     /** Length of the module's table of texture names. */
     get textureNames(): number {
         return this.module.GL.textures.length;
+    }
+
+    private readPaintingNames(): string[] {
+        const names: string[] = [];
+        for (let name; (name = this.text(this.module._paintingName(names.length))); ) {
+            names.push(name);
+        }
+        return names;
     }
 
     private setPresetMember(name: string, value: unknown): string {
