@@ -86,7 +86,7 @@ export class Player {
         return this.pause.isOn ? this.pause.isIdle : this.effect.isIdle;
     }
 
-    /** Restarts the effect at the wanted canvas size, with flat water and no ink. */
+    /** Starts the effect at the wanted canvas size without ink. Keeps the waves. */
     restart(): void {
         this.pushSettings();
         this.stage.restart();
