@@ -156,8 +156,10 @@ test("presets can be saved, renamed and deleted, and do not replace built-in one
     const answer = (key, ...text) => (page.once("dialog", (dialog) => dialog.accept(...text)), page.keyboard.press(key));
     await answer("t", "Calm Pond");
     await waitForToast(page, "A preset named calm pond already exists. Choose another name");
+    await page.keyboard.press("b"); // a change, which the new name must keep
     await answer("t", "my_pond ");
     await waitForToast(page, "Renamed to my_pond");
+    await assertShown(page, { ...mine, secondBackground: !mine.secondBackground });
 
     page.requests = [];
     await page.reload();
@@ -175,6 +177,7 @@ test("presets can be saved, renamed and deleted, and do not replace built-in one
     assert.ok((await names(page)).includes("calm pond 2"), "the preset must stay if the user says no");
     await answer("Delete");
     await waitForToast(page, "Deleted calm pond 2");
+    assert.ok(!(await names(page)).some((name) => name.startsWith("calm pond 2")));
     await choose(page, "calm pond");
     await assertShown(page, shipped("calm_pond"));
     for (const key of ["Delete", "t"]) {
