@@ -27,6 +27,7 @@
 #include "hostkit/image.h"
 #include "hostkit/jni_environment.h"
 #include "hostkit/water_driver.h"
+#include "paintings/paintings.h"
 #include "web/host/gl_objects.h"
 
 // Functions of the application core for the page's scripts. Times are in milliseconds; `now` is performance.now().
@@ -49,6 +50,8 @@ hostkit::GestureScript script;
 app::Settings preset;
 app::SettingsHistory history{app::Settings{}};
 app::FrameClock::Due due{};
+/// Result of the last call of paint.
+hostkit::Image painted;
 std::vector<app::FlowLine> lines;
 static_assert(sizeof(app::FlowLine) == 8 * sizeof(float));
 app::EffectProbe probe;
@@ -208,6 +211,18 @@ EMSCRIPTEN_KEEPALIVE void restart(int width, int height) {
 EMSCRIPTEN_KEEPALIVE void setBackgrounds(int width, int height, const std::uint8_t* first,
                                          const std::uint8_t* second) {
     session.setBackgrounds({imageOf(width, height, first), imageOf(width, height, second)});
+}
+
+/// Returns the name of a painting, or an empty string for an index after the last painting.
+EMSCRIPTEN_KEEPALIVE const char* paintingName(std::size_t index) {
+    return index < paintings::allPaintings.size() ? paintings::allPaintings[index].name : "";
+}
+
+/// Paints an image of this size and returns its RGBA bytes. They are valid until the next call of paint.
+EMSCRIPTEN_KEEPALIVE const std::uint8_t* paint(std::size_t index, int width, int height) {
+    painted = {};  // frees the memory before the next image needs it
+    painted = paintings::allPaintings[index].paint(width, height);
+    return painted.rgba.data();
 }
 
 EMSCRIPTEN_KEEPALIVE void regainContext() {

@@ -52,6 +52,8 @@ export class Effect {
     onStart = () => {};
     /** Called with the gesture script of a recording that has ended. A restart ends a recording. */
     onRecordingEnd: (script: string) => void = () => {};
+    /** Names of the backgrounds that the module paints. */
+    readonly paintingNames: readonly string[];
     /** Duration of one frame of the effect in milliseconds. */
     readonly frameTime: number;
     /** Address of a buffer of settingCount doubles in the module's memory. */
@@ -64,6 +66,7 @@ export class Effect {
         module.onStart = () => this.onStart();
         module.onRecordingEnd = (script) => this.onRecordingEnd(script);
         this.frameTime = module._frameTime();
+        this.paintingNames = this.readPaintingNames();
         this.settingsBuffer = module._malloc(8 * settingCount);
     }
 
@@ -88,6 +91,12 @@ export class Effect {
         this.module._setBackgrounds(first.width, first.height, firstCopy, secondCopy);
         this.module._free(firstCopy);
         this.module._free(secondCopy);
+    }
+
+    /** Paints a background that fills a screen of the size. */
+    paint(name: string, { width, height }: Size): ImageData {
+        const start = this.module._paint(this.paintingNames.indexOf(name), width, height);
+        return new ImageData(new Uint8ClampedArray(this.module.HEAPU8.slice(start, start + 4 * width * height).buffer), width);
     }
 
     /** Creates the GL objects again in a restored context. */
@@ -328,6 +337,14 @@ export class Effect {
     /** Length of the module's table of texture names. */
     get textureNames(): number {
         return this.module.GL.textures.length;
+    }
+
+    private readPaintingNames(): string[] {
+        const names: string[] = [];
+        for (let name; (name = this.text(this.module._paintingName(names.length))); ) {
+            names.push(name);
+        }
+        return names;
     }
 
     private setPresetMember(name: string, value: unknown): string {

@@ -39,6 +39,8 @@ interface EffectModule {
     _presetName(fileStem: number): number;
     _restart(width: number, height: number): void;
     _setBackgrounds(width: number, height: number, first: number, second: number): void;
+    _paintingName(index: number): number;
+    _paint(index: number, width: number, height: number): number;
     _regainContext(): void;
     _noteInput(now: number): void;
     _press(now: number, x: number, y: number, pressure: number): void;
