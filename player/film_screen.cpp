@@ -3,12 +3,14 @@
 #include <imgui.h>
 
 #include "app/size.h"
+#include "desktop/image.h"
 #include "hostkit/image.h"
 #include "hostkit/instruments/effect_probe.h"
 #include "player/draw/overlays.h"
-#include "player/image.h"
 
 namespace player {
+
+using desktop::readFrame;
 
 FilmScreen::FilmScreen(app::Size screen, Overlays shown) : size(screen), overlays(shown) {
     context.emplace(size.width, size.height);

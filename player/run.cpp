@@ -11,23 +11,30 @@
 #include "app/rain.h"
 #include "app/settings.h"
 #include "app/size.h"
+#include "desktop/failure.h"
+#include "desktop/image.h"
+#include "desktop/interrupt.h"
 #include "hostkit/digest.h"
 #include "hostkit/effect_host.h"
 #include "hostkit/gesture_script.h"
 #include "hostkit/instruments/effect_probe.h"
 #include "hostkit/jni_environment.h"
 #include "hostkit/water_driver.h"
-#include "player/failure.h"
 #include "player/film.h"
 #include "player/film_screen.h"
-#include "player/image.h"
-#include "player/interrupt.h"
-#include "player/preset.h"
+#include "player/inputs.h"
 #include "player/progress.h"
 #include "player/script.h"
 #include "player/staging.h"
 
 namespace player {
+
+using desktop::covering;
+using desktop::Failure;
+using desktop::handleSignals;
+using desktop::isInterrupted;
+using desktop::warn;
+
 namespace {
 
 hostkit::EffectHostOptions hostOf(const Options& options, const app::Settings& settings) {

@@ -2,9 +2,12 @@
 
 #include <initializer_list>
 
-#include "player/failure.h"
+#include "desktop/failure.h"
 
 namespace player {
+
+using desktop::Failure;
+
 namespace {
 
 GLint stateOf(GLenum name) {

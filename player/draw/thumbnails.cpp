@@ -3,12 +3,18 @@
 #include <exception>
 #include <system_error>
 
+#include "desktop/image.h"
+#include "desktop/preset.h"
 #include "hostkit/image.h"
 #include "player/draw/gl_state.h"
-#include "player/image.h"
-#include "player/preset.h"
 
 namespace player {
+
+using desktop::covering;
+using desktop::loadImage;
+using desktop::thumbnailOf;
+using desktop::thumbnailPixels;
+
 namespace {
 
 GLuint textureOf(const hostkit::Image& image) {

@@ -5,11 +5,15 @@
 
 #include "app/backgrounds.h"
 #include "app/size.h"
+#include "desktop/image.h"
 #include "hostkit/effect_host.h"
-#include "player/image.h"
 #include "player/window/screen.h"
 
 namespace player {
+
+using desktop::covering;
+using desktop::readFrame;
+
 namespace {
 
 using std::chrono::steady_clock;

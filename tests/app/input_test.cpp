@@ -3,7 +3,10 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
+#include <cstddef>
 #include <cstdint>
+#include <initializer_list>
+#include <utility>
 #include <variant>
 #include <vector>
 

@@ -6,6 +6,8 @@
 
 #include <algorithm>
 #include <chrono>
+#include <cstddef>
+#include <initializer_list>
 #include <numeric>
 #include <span>
 

@@ -4,7 +4,12 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <initializer_list>
+#include <span>
 #include <utility>
+#include <vector>
 
 #include "hostkit/instruments/checked_jni.h"
 #include "hostkit/instruments/effect_probe.h"

@@ -23,7 +23,7 @@ function digests(page, script, count) {
             const add = (digest, bytes) =>
                 bytes.reduce((state, byte) => BigInt.asUintN(64, (state ^ BigInt(byte)) * 0x100000001b3n), digest);
             let [water, velocity] = [0xcbf29ce484222325n, 0xcbf29ce484222325n];
-            velmora.view.velocity = true; // makes the page keep the velocities
+            velmora.overlays.velocity = true; // makes the page keep the velocities
             const fault = velmora.replay(text, "script");
             if (fault) {
                 throw new Error(fault);

@@ -151,7 +151,7 @@ async function gestureAt(page, level) {
             velmora.fixQuality(wanted);
             velmora.replay(text, "medium_drag");
             const end = velmora.counts().frames + 40;
-            velmora.onFrame(() => (velmora.view.paused ||= velmora.counts().frames === end));
+            velmora.onFrame(() => (velmora.pause.isOn ||= velmora.counts().frames === end));
             return end;
         },
         [script, level],

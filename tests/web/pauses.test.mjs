@@ -138,7 +138,7 @@ test("during a context loss, commands show an error and a resize is deferred", a
             await page.keyboard.press(key);
             await waitForToast(page, "try again after it is restored");
         }
-        assert.equal(await page.evaluate(() => window.velmora.isRecording() || window.velmora.view.paused), false);
+        assert.equal(await page.evaluate(() => window.velmora.isRecording() || window.velmora.pause.isOn), false);
         await page.setViewportSize({ width: 300, height: 400 });
     });
     await waitForCanvasWidth(page, 300);

@@ -14,7 +14,7 @@ export class Capture {
     private gesture = "";
 
     constructor(private readonly player: Player) {
-        player.onRecording = (script) => this.saveRecording(script);
+        player.gestures.onRecording = (script) => this.saveRecording(script);
     }
 
     async screenshot(): Promise<void> {
@@ -36,19 +36,19 @@ export class Capture {
 
     toggleRecording(): void {
         if (this.player.effect.isRecording) {
-            this.player.finishRecording();
+            this.player.gestures.finishRecording();
         } else {
-            this.player.startRecording();
+            this.player.gestures.startRecording();
             this.hideRecordingBadge = showBadge("gesture");
             showToast("recording a gesture from a restart");
         }
     }
 
     replayNewest(): void {
-        this.player.needContext();
-        this.player.finishRecording();
+        this.player.context.need();
+        this.player.gestures.finishRecording();
         if (this.gesture) {
-            this.player.replay(this.gesture, "the recording");
+            this.player.gestures.replay(this.gesture, "the recording");
         } else {
             showToast("no gesture has been recorded yet: press R to record one");
         }
@@ -57,9 +57,9 @@ export class Capture {
     /** Returns the frame on the screen as a PNG. */
     private takeScreenshot(): Promise<Blob | null> {
         const { player } = this;
-        player.needContext();
-        if (player.view.paused && player.pausedFrame.isCurrent) {
-            return player.pausedFrame.blob();
+        player.context.need();
+        if (player.pause.isOn && player.pause.frame.isCurrent) {
+            return player.pause.frame.blob();
         }
         return new Promise((resolve) => {
             const take = () => {

@@ -67,7 +67,7 @@ export class FileImporter {
         if (!scriptLine.test(script) || script.includes("\0")) {
             throw new Error(`${file.name} is not a gesture script`);
         }
-        const fault = this.player.replay(script, file.name);
+        const fault = this.player.gestures.replay(script, file.name);
         showToast(fault || `playing ${file.name}`);
     }
 }

@@ -24,7 +24,7 @@ async function open(): Promise<void> {
     const player = new Player(effect, canvas);
     const presets = new PresetChooser(player, loadPresets(effect));
     const importer = connectControls(player, presets);
-    connectCanvas(player);
+    connectFocusRing(canvas);
     showToast(`Touch the water. The drop at the top opens the settings${hasKeys ? "; F1 shows the keys" : ""}.`);
     await attempt(() => presets.readLink());
     player.restart();
@@ -49,24 +49,13 @@ function connectControls(player: Player, presets: PresetChooser): FileImporter {
     receiveFiles((file) => void importer.take(file));
     window.addEventListener("hashchange", () => void attempt(() => presets.readLink()));
     presets.onChange = player.onSettings = () => panel.update();
-    player.onReplayEnd = () => showToast("the gesture has ended");
+    player.gestures.onReplayEnd = () => showToast("the gesture has ended");
     return importer;
 }
 
-/** Handles focus and context loss of the canvas. */
-function connectCanvas(player: Player): void {
-    const { canvas } = player;
-    // Shows a focus ring only after Tab. A key press after a touch shows none.
+/** Shows a focus ring around the canvas only after Tab. A key press after a touch shows none. */
+function connectFocusRing(canvas: HTMLCanvasElement): void {
     canvas.addEventListener("focus", () => canvas.classList.toggle("tabbed", canvas.matches(":focus-visible")));
-    canvas.addEventListener("webglcontextlost", (event) => {
-        event.preventDefault(); // otherwise the browser does not restore the context
-        player.loseContext();
-        showToast("the GL context is lost: waiting for the browser to restore it");
-    });
-    canvas.addEventListener("webglcontextrestored", () => {
-        player.regainContext();
-        showToast("the GL context is restored: the ink is lost, background and settings are unchanged");
-    });
 }
 
 void open();

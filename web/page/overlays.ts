@@ -1,27 +1,55 @@
 // Overlays over the effect: the velocity field as lines, the ink density in false colours.
 
 import type { Effect, FlowLine } from "./effect";
-import type { EffectProbe, VelocityField } from "./effect_probe";
+import { EffectProbe, type VelocityField } from "./effect_probe";
 
-export interface Overlays {
-    velocity: boolean;
-    density: boolean;
-}
+export class Overlays {
+    velocity = false;
+    density = false;
+    readonly probe: EffectProbe;
 
-export function drawOverlays(overlays: Overlays, effect: Effect, probe: EffectProbe, canvas: HTMLCanvasElement): void {
-    const shown = overlays.velocity || overlays.density;
-    canvas.hidden = !shown;
-    if (!shown) {
-        return;
+    constructor(
+        private readonly effect: Effect,
+        private readonly canvas: HTMLCanvasElement,
+    ) {
+        this.probe = new EffectProbe(effect);
     }
-    const context = canvas.getContext("2d") as CanvasRenderingContext2D;
-    canvas.width = Math.round(canvas.clientWidth * devicePixelRatio);
-    canvas.height = Math.round(canvas.clientHeight * devicePixelRatio);
-    if (overlays.density) {
-        drawDensity(context, probe);
+
+    /** True if the last frame has the data of the overlays. */
+    get isCurrent(): boolean {
+        return this.probe.hasFrame || !this.isShown;
     }
-    if (overlays.velocity) {
-        drawVelocity(context, effect, probe.velocity);
+
+    /** Draws a frame of the effect. Observes it if an overlay is shown. */
+    drawFrame(elapsed: number): void {
+        if (this.isShown) {
+            this.probe.observe(() => this.effect.frame(elapsed));
+        } else {
+            this.probe.forget();
+            this.effect.frame(elapsed);
+        }
+    }
+
+    /** Draws the overlays of the last frame. */
+    draw(): void {
+        const { canvas, probe } = this;
+        canvas.hidden = !this.isShown;
+        if (!this.isShown) {
+            return;
+        }
+        const context = canvas.getContext("2d") as CanvasRenderingContext2D;
+        canvas.width = Math.round(canvas.clientWidth * devicePixelRatio);
+        canvas.height = Math.round(canvas.clientHeight * devicePixelRatio);
+        if (this.density) {
+            drawDensity(context, probe);
+        }
+        if (this.velocity) {
+            drawVelocity(context, this.effect, probe.velocity);
+        }
+    }
+
+    private get isShown(): boolean {
+        return this.velocity || this.density;
     }
 }
 

@@ -95,18 +95,19 @@ function backgroundCommands({ presets, importer, player }: CommandContext): Comm
 }
 
 function viewCommands({ player }: CommandContext): Command[] {
-    const { view } = player;
-    const toggleView = (name: keyof typeof view, label: string) => {
-        view[name] = !view[name];
-        showToast(`${label} ${view[name] ? "on" : "off"}`);
+    const { pause, overlays } = player;
+    const show = (label: string, isOn: boolean) => {
+        showToast(`${label} ${isOn ? "on" : "off"}`);
         player.noteInput();
     };
-    const isPaused = () => view.paused;
+    const togglePause = () => show("pause", (pause.isOn = !pause.isOn));
+    const toggleVelocity = () => show("velocity field", (overlays.velocity = !overlays.velocity));
+    const toggleDensity = () => show("ink density", (overlays.density = !overlays.density));
     return [
-        toggle(" ", "pause", isPaused, () => toggleView("paused", "pause"), "Space"),
+        toggle(" ", "pause", () => pause.isOn, togglePause, "Space"),
         command(".", "step by one frame", () => player.step()),
-        toggle("v", "velocity field", () => view.velocity, () => toggleView("velocity", "velocity field")),
-        toggle("d", "ink density", () => view.density, () => toggleView("density", "ink density")),
+        toggle("v", "velocity field", () => overlays.velocity, toggleVelocity),
+        toggle("d", "ink density", () => overlays.density, toggleDensity),
     ];
 }
 
@@ -122,7 +123,7 @@ function captureCommands({ capture, player }: CommandContext): Command[] {
 
 function gestureCommands({ player }: CommandContext): Command[] {
     return Object.entries(GESTURES).map(([name, script]) =>
-        command("", name.replaceAll("_", " "), () => void player.replay(script, name), ""),
+        command("", name.replaceAll("_", " "), () => void player.gestures.replay(script, name), ""),
     );
 }
 
@@ -148,7 +149,7 @@ function pageCommands({ player }: CommandContext): Command[] {
         toggle("x", "full screen", () => document.fullscreenElement !== null, toggleFullScreen),
         toggle("a", "attract mode", () => effect.attractModeOn, toggleAttractMode),
         toggle("q", "adaptive quality", isAdapting, toggleQuality),
-        command("l", "lose the GL context and rebuild it", () => loseContext(player)),
+        command("l", "lose the GL context and rebuild it", () => player.context.lose()),
     ];
 }
 
@@ -160,18 +161,4 @@ async function toggleFullScreen(): Promise<void> {
     } else {
         showToast("this browser cannot show pages in full screen");
     }
-}
-
-function loseContext(player: Player): void {
-    player.needContext();
-    const { canvas, effect } = player;
-    const extension = effect.gl.getExtension("WEBGL_lose_context");
-    if (!extension) {
-        showToast("this browser cannot lose the GL context on request: it lacks WEBGL_lose_context");
-        return;
-    }
-    // The context may be restored only after the page has handled its loss.
-    const restoreLater = () => setTimeout(() => extension.restoreContext(), 400);
-    canvas.addEventListener("webglcontextlost", restoreLater, { once: true });
-    extension.loseContext();
 }

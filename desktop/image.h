@@ -3,20 +3,14 @@
 #include <cstdint>
 #include <filesystem>
 
-#include "app/backgrounds.h"
 #include "app/size.h"
 #include "hostkit/image.h"
-#include "player/options.h"
 
-namespace player {
+namespace desktop {
 
 /// Loads an image file (PNG, JPEG, WebP and GIF). Applies the orientation in its metadata and replaces transparency by
 /// black. Warns if the end of the file is missing and returns the readable part. Throws Failure.
 hostkit::Image loadImage(const std::filesystem::path& file);
-
-/// Loads the backgrounds of the command line. A missing one is replaced by a wallpaper of the desktop, or by a test
-/// image if the desktop has no wallpaper. Throws Failure.
-app::Backgrounds loadBackgrounds(const Options& options);
 
 /// Returns the image scaled to cover width x height, cropped around its centre.
 hostkit::Image covering(const hostkit::Image& image, int width, int height);
@@ -35,4 +29,4 @@ void drawScaled(const hostkit::Image& image, hostkit::Image& target, int x, int 
 void saveJpeg(const hostkit::Image& image, const std::filesystem::path& file);
 void savePng(const hostkit::Image& image, const std::filesystem::path& file);
 
-}  // namespace player
+}  // namespace desktop

@@ -1,4 +1,4 @@
-#include "player/preset.h"
+#include "desktop/preset.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -6,11 +6,11 @@
 #include <system_error>
 
 #include "app/presets.h"
+#include "desktop/failure.h"
+#include "desktop/files.h"
 #include "hostkit/host_error.h"
-#include "player/failure.h"
-#include "player/files.h"
 
-namespace player {
+namespace desktop {
 namespace {
 
 namespace fs = std::filesystem;
@@ -72,12 +72,6 @@ app::Settings loadPreset(const fs::path& file) {
     return settings;
 }
 
-app::Settings settingsOf(const Options& options) {
-    app::Settings settings = options.preset.empty() ? app::Settings{} : loadPreset(options.preset);
-    settings.waterOnly = settings.waterOnly || options.waterOnly;
-    return settings;
-}
-
 void savePreset(const app::Settings& settings, const fs::path& file) {
     Json json;
     app::forEachField(
@@ -108,4 +102,4 @@ std::vector<NamedPreset> presetsIn(const fs::path& folder) {
     return presets;
 }
 
-}  // namespace player
+}  // namespace desktop

@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-namespace player {
+namespace desktop {
 
 /// Reads all bytes of a file, a pipe or a device, at most 512 MB. An ending signal also ends the wait for a pipe.
 /// Throws Failure. `kind` names the file's kind in the message, for example "image".
@@ -17,4 +17,4 @@ void writeWhole(const std::filesystem::path& file, std::string_view bytes);
 /// Throws Failure on any other error.
 bool createFile(const std::filesystem::path& file);
 
-}  // namespace player
+}  // namespace desktop

@@ -1,4 +1,4 @@
-#include "player/image.h"
+#include "desktop/image.h"
 
 #include <gdk-pixbuf/gdk-pixbuf.h>
 
@@ -9,14 +9,13 @@
 #include <memory>
 #include <string>
 #include <string_view>
-#include <system_error>
 
+#include "desktop/failure.h"
+#include "desktop/files.h"
 #include "hostkit/gl_context.h"
 #include "hostkit/screen.h"
-#include "player/failure.h"
-#include "player/files.h"
 
-namespace player {
+namespace desktop {
 
 using hostkit::Image;
 
@@ -26,7 +25,6 @@ namespace {
 constexpr std::int64_t maxPixels = 100'000'000;
 /// Longest side of a loaded image, in pixels: the longest side of a screen.
 constexpr int maxImageSide = 4096;
-constexpr int testImageSide = 1024;
 
 struct Unref {
     void operator()(GdkPixbuf* pixbuf) const { g_object_unref(pixbuf); }
@@ -151,18 +149,6 @@ Image loadImage(const std::filesystem::path& file) {
     return image;
 }
 
-app::Backgrounds loadBackgrounds(const Options& options) {
-    const auto load = [](const std::filesystem::path& named, const char* fallback) {
-        const std::filesystem::path file = named.empty() ? fallback : named;
-        std::error_code ignored;
-        return named.empty() && !std::filesystem::exists(file, ignored)
-                   ? hostkit::makeTestImage(testImageSide, testImageSide)
-                   : loadImage(file);
-    };
-    return {load(options.image, "/usr/share/backgrounds/mate/nature/Dune.jpg"),
-            load(options.second, "/usr/share/backgrounds/mate/nature/RainDrops.jpg")};
-}
-
 Image covering(const Image& image, int width, int height) {
     const double scale = std::max(static_cast<double>(width) / image.width,
                                   static_cast<double>(height) / image.height);
@@ -221,4 +207,4 @@ void saveJpeg(const Image& image, const std::filesystem::path& file) {
     save(image, file, "jpeg", "quality", "88");
 }
 
-}  // namespace player
+}  // namespace desktop

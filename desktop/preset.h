@@ -5,16 +5,12 @@
 #include <vector>
 
 #include "app/settings.h"
-#include "player/options.h"
 
-namespace player {
+namespace desktop {
 
 /// Loads settings from a JSON object with one member per setting. A missing member means the default.
 /// Throws Failure with the names of the file and the member.
 app::Settings loadPreset(const std::filesystem::path& file);
-
-/// Returns the settings of the command line: its preset and --water-only. Throws Failure.
-app::Settings settingsOf(const Options& options);
 
 /// Saves settings as a preset. Writes the whole file or none. Throws Failure.
 void savePreset(const app::Settings& settings, const std::filesystem::path& file);
@@ -35,4 +31,4 @@ std::filesystem::path thumbnailOf(const std::filesystem::path& preset);
 /// Returns the presets in a folder, sorted by name.
 std::vector<NamedPreset> presetsIn(const std::filesystem::path& folder);
 
-}  // namespace player
+}  // namespace desktop

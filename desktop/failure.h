@@ -3,7 +3,7 @@
 #include <stdexcept>
 #include <string>
 
-namespace player {
+namespace desktop {
 
 /// Error that ends the current action. The user sees one line: "message: detail".
 struct Failure : std::runtime_error {
@@ -11,7 +11,7 @@ struct Failure : std::runtime_error {
     Failure(const std::string& message, const std::string& detail);
 };
 
-/// Prints a warning on stderr as one line: "message: detail". The detail is usually a file.
+/// Prints a warning on stderr as one line: "program: message: detail". The detail is usually a file.
 void warn(const std::string& message, const std::string& detail);
 
-}  // namespace player
+}  // namespace desktop

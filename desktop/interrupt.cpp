@@ -1,9 +1,9 @@
-#include "player/interrupt.h"
+#include "desktop/interrupt.h"
 
 #include <csignal>
 #include <initializer_list>
 
-namespace player {
+namespace desktop {
 namespace {
 
 volatile std::sig_atomic_t interrupted = 0;
@@ -35,4 +35,4 @@ bool isInterrupted() {
     return interrupted != 0;
 }
 
-}  // namespace player
+}  // namespace desktop

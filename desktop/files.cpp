@@ -1,4 +1,4 @@
-#include "player/files.h"
+#include "desktop/files.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -9,10 +9,10 @@
 #include <system_error>
 #include <vector>
 
-#include "player/failure.h"
-#include "player/interrupt.h"
+#include "desktop/failure.h"
+#include "desktop/interrupt.h"
 
-namespace player {
+namespace desktop {
 namespace {
 
 namespace fs = std::filesystem;
@@ -114,4 +114,4 @@ bool createFile(const fs::path& file) {
     return made.number >= 0;
 }
 
-}  // namespace player
+}  // namespace desktop

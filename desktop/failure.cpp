@@ -1,10 +1,11 @@
-#include "player/failure.h"
+#include "desktop/failure.h"
 
+#include <cerrno>
 #include <cstdio>
 
 #include "app/text.h"
 
-namespace player {
+namespace desktop {
 
 Failure::Failure(const std::string& line) : std::runtime_error(app::oneLine(line)) {}
 
@@ -12,7 +13,8 @@ Failure::Failure(const std::string& message, const std::string& detail)
     : Failure(message + ": " + detail) {}
 
 void warn(const std::string& message, const std::string& detail) {
-    std::fprintf(stderr, "velmora-player: %s\n", app::oneLine(message + ": " + detail).c_str());
+    std::fprintf(stderr, "%s: %s\n", program_invocation_short_name,
+                 app::oneLine(message + ": " + detail).c_str());
 }
 
-}  // namespace player
+}  // namespace desktop
