@@ -152,6 +152,10 @@ EMSCRIPTEN_KEEPALIVE void turnAttractMode(bool on) {
     session.turnAttractMode(on);
 }
 
+EMSCRIPTEN_KEEPALIVE bool isAttractModeRunning() {
+    return session.attractMode().isRunning();
+}
+
 /// Returns the milliseconds until attract mode is due, or a negative value if it will not start by itself.
 EMSCRIPTEN_KEEPALIVE double attractModeDelay(double now) {
     const auto delay = session.attractMode().untilStart(moment(now));

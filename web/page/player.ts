@@ -1,7 +1,7 @@
 // Runs the effect on the page's canvas: connects size, time, touches, pause, gestures and overlays to its frames.
 
 import { defaultSettings, type Settings } from "../../build/web/settings";
-import { AttractTimer } from "./attract_timer";
+import { AttractTimer } from "../engine/attract_timer";
 import { ContextWatch } from "./context_watch";
 import type { Effect } from "./effect";
 import { FrameLoop } from "../engine/frame_loop";

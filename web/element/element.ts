@@ -1,0 +1,10 @@
+// Defines the custom element <velmora-water>.
+
+import { VelmoraWater } from "./velmora_water";
+
+// A server that renders pages has no elements. A page may load two copies of this script.
+if (typeof customElements === "object" && !customElements.get("velmora-water")) {
+    customElements.define("velmora-water", VelmoraWater);
+}
+
+export * from "./index";
