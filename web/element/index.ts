@@ -7,4 +7,4 @@ export type { PointerMode } from "./live_water";
 export type { DropOptions } from "./water";
 export { CanvasWater, createWater, type WaterOptions } from "./create_water";
 export { presetNames } from "./setting_values";
-export { VelmoraWater } from "./velmora_water";
+export { VelmoraWater, type VelmoraWaterAttributes } from "./velmora_water";

@@ -40,8 +40,37 @@ export interface VelmoraWater extends SettingProperties {
     alt: string | null;
 }
 
-// The interface above declares the properties that defineProperties adds.
-// eslint-disable-next-line @typescript-eslint/no-unsafe-declaration-merging
+/** Attributes in markup, for example in JSX. */
+export interface VelmoraWaterAttributes {
+    preset?: string;
+    damping?: number | string;
+    "wave-speed"?: number | string;
+    ripple?: number | string;
+    rain?: number | string;
+    "time-scale"?: number | string;
+    "refractive-index"?: number | string;
+    sheen?: number | string;
+    fresnel?: number | string;
+    specular?: number | string;
+    exponent?: number | string;
+    pressure?: number | string;
+    "mesh-detail"?: number | string;
+    ink?: string;
+    "water-only"?: boolean | "";
+    pointer?: PointerMode;
+    attract?: boolean | "";
+    paused?: boolean | "";
+    quality?: WaterState["quality"];
+    "pixel-ratio"?: number | string;
+    src?: string;
+    srcset?: string;
+    sizes?: string;
+    alt?: string;
+    crossorigin?: string;
+    loading?: "lazy" | "eager";
+}
+
+// The interface of the same name declares the properties that defineProperty adds.
 export class VelmoraWater extends ElementClass {
     static readonly observedAttributes = [...stateAttributes, ...imageAttributes, "aria-label"];
 
