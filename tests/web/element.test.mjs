@@ -8,8 +8,7 @@ let browser, server;
 before(async () => ([browser, server] = await Promise.all([launch(), serve()])));
 after(() => Promise.all([browser.close(), server.stop()]));
 
-const picture = `<velmora-water><img src="320x240.bmp" alt="A test"></velmora-water>`;
-const element = (page, call, argument) => page.evaluate(call, argument);
+const picture = `<velmora-water quality="full"><img src="320x240.bmp" alt="A test"></velmora-water>`;
 
 /** Drags the mouse from left to right in the upper half of the element. */
 async function drag(page, buttons = true) {
@@ -30,7 +29,7 @@ test("water at rest shows the picture as CSS shows it", async () => {
         const plain = await open(browser, server, `${link}${image}`, { ready: 0 });
         const expected = await shot(plain);
         await close(plain);
-        const page = await open(browser, server, `${link}<velmora-water>${image}</velmora-water>`);
+        const page = await open(browser, server, `${link}<velmora-water quality="full">${image}</velmora-water>`);
         await waitUntilIdle(page);
         const { mean, max } = difference(await shot(page), expected);
         assert.ok(mean < 1 && max < 60, `object-fit: ${fit} differs by ${mean}, at most ${max}`); // edges of the squares
@@ -67,7 +66,7 @@ test("a hovering mouse draws only with pointer=hover, and none with pointer=none
 
 test("a vertical swipe scrolls the page, and a swipe with pointer=capture does not", async () => {
     for (const [mode, scrolls] of [["drag", true], ["capture", false]]) {
-        const body = `<velmora-water pointer="${mode}"><img src="320x240.bmp" alt=""></velmora-water><hr class="tall">`;
+        const body = `<velmora-water quality="full" pointer="${mode}"><img src="320x240.bmp" alt=""></velmora-water><hr class="tall">`;
         const page = await open(browser, server, body, { hasTouch: true });
         await page.addStyleTag({ content: ".tall { height: 2000px }" });
         const devTools = await page.context().newCDPSession(page);
@@ -98,7 +97,7 @@ test("children of slot over stay clickable above the water", async () => {
 });
 
 test("the frames of a video move under the water", async () => {
-    const page = await open(browser, server, `<velmora-water><video muted></video></velmora-water>`, { ready: 0 });
+    const page = await open(browser, server, `<velmora-water quality="full"><video muted></video></velmora-water>`, { ready: 0 });
     await page.evaluate(async () => {
         const canvas = document.createElement("canvas");
         const context = canvas.getContext("2d");
@@ -127,7 +126,7 @@ test("the frames of a video move under the water", async () => {
 });
 
 test("late changes of the picture are followed", async () => {
-    const page = await open(browser, server, `<velmora-water></velmora-water>`);
+    const page = await open(browser, server, `<velmora-water quality="full"></velmora-water>`);
     const blank = await frame(page);
     assert.deepEqual(blank.pixel(150, 100), [255, 255, 255]);
     await page.evaluate(() => document.querySelector("velmora-water").setAttribute("src", "320x240.bmp"));

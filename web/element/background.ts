@@ -51,18 +51,17 @@ function positionOf(text: string, room: number): number {
 }
 
 /** Returns the box in which CSS draws the source, within the content box of its element. */
-function fittedBox(source: BackgroundSource, content: Box, style: CSSStyleDeclaration): Box {
+function fittedBox(source: BackgroundSource, content: Box, fit: string, position: string): Box {
     const natural = naturalSize(source);
     const scales = [content.width / natural.width, content.height / natural.height] as const;
-    const fit = style.objectFit;
     let scale = fit === "cover" ? Math.max(...scales) : Math.min(...scales);
     if (fit === "none" || (fit === "scale-down" && scale > 1)) {
         scale = 1;
     }
-    const isStretched = fit === "fill" || fit === "";
+    const isStretched = fit === "fill";
     const width = isStretched ? content.width : natural.width * scale;
     const height = isStretched ? content.height : natural.height * scale;
-    const [x = "50%", y = "50%"] = style.objectPosition.split(" ");
+    const [x = "50%", y = "50%"] = position.split(" ");
     return {
         x: content.x + positionOf(x, content.width - width),
         y: content.y + positionOf(y, content.height - height),
@@ -71,13 +70,16 @@ function fittedBox(source: BackgroundSource, content: Box, style: CSSStyleDeclar
     };
 }
 
-/** Returns the content box of the source in CSS pixels of the area. The area itself if the source is not in a page. */
+/** Returns true if the source is laid out in the element of the area, as a child or as its own image. */
+function isInside(source: BackgroundSource, area: HTMLElement): boolean {
+    const root = area.getRootNode() as Partial<ShadowRoot>;
+    return root.host !== undefined && (root.host.contains(source) || source.getRootNode() === root);
+}
+
+/** Returns the content box of the source in CSS pixels of the area. */
 function contentBox(source: BackgroundSource, area: HTMLElement, style: CSSStyleDeclaration): Box {
     const outer = area.getBoundingClientRect();
     const box = source.getBoundingClientRect();
-    if (!source.isConnected || box.width === 0 || box.height === 0) {
-        return { x: 0, y: 0, width: area.clientWidth, height: area.clientHeight };
-    }
     const inset = (side: "Left" | "Top" | "Right" | "Bottom") =>
         parseFloat(style[`border${side}Width`]) + parseFloat(style[`padding${side}`]) || 0;
     // A transform of the page scales both boxes.
@@ -142,9 +144,15 @@ export class Background {
     }
 
     private drawFitted(context: CanvasRenderingContext2D, source: BackgroundSource): void {
+        const { area } = this;
         const style = getComputedStyle(source);
-        const content = contentBox(source, this.area, style);
-        const box = fittedBox(source, content, style);
+        let content: Box = { x: 0, y: 0, width: area.clientWidth, height: area.clientHeight };
+        let [fit, position] = ["cover", "50% 50%"]; // of an image that is elsewhere in the page or in no page
+        if (isInside(source, area)) {
+            content = contentBox(source, area, style);
+            [fit, position] = [style.objectFit, style.objectPosition];
+        }
+        const box = fittedBox(source, content, fit, position);
         context.save();
         context.beginPath();
         context.rect(content.x, content.y, content.width, content.height);

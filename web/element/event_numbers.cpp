@@ -69,7 +69,8 @@ std::vector<double> numbersOf(const hostkit::GestureScript& script) {
 }
 
 hostkit::GestureScript scriptOf(std::span<const double> numbers) {
-    hostkit::GestureScript script{static_cast<int>(numbers[0]), static_cast<int>(numbers[1]),
+    hostkit::GestureScript script{static_cast<int>(numbers[0]),
+                                  static_cast<int>(numbers[1]),
                                   static_cast<int>(numbers[2]),
                                   {}};
     for (std::size_t at = headerNumbers; at < numbers.size(); at += eventNumbers) {

@@ -21,7 +21,7 @@ type Step = (finger: Finger) => void;
 export interface Finger {
     press(point: Point, pressure: number | undefined): void;
     move(point: Point, pressure: number | undefined): void;
-    lift(): void;
+    lift(point: Point): void;
 }
 
 const frameTime = 1000 / 60;
@@ -57,7 +57,7 @@ export class FingerQueue {
     /** Adds a touch at one point. */
     addDrop(point: Point, pressure: number | undefined): Promise<void> {
         const hold = Array<Step>(dropFrames).fill(() => {});
-        return this.add([(finger) => finger.press(point, pressure), ...hold, (finger) => finger.lift()]);
+        return this.add([(finger) => finger.press(point, pressure), ...hold, (finger) => finger.lift(point)]);
     }
 
     /** Adds a stroke along the points. */
@@ -66,7 +66,7 @@ export class FingerQueue {
         return this.add([
             (finger) => finger.press(first!, pressure),
             ...others.map((point): Step => (finger) => finger.move(point, pressure)),
-            (finger) => finger.lift(),
+            (finger) => finger.lift(others[others.length - 1]!),
         ]);
     }
 

@@ -97,6 +97,7 @@ export class LiveWater {
         effect.attach(gl);
         effect.uploadBackground = () => this.upload();
         effect.adaptsQuality = owner.state.quality === "auto";
+        effect.noteInput(); // starts the wait for attract mode
         this.update();
         this.restart();
         this.changeBackground();
@@ -111,6 +112,7 @@ export class LiveWater {
         clearTimeout(this.resizeTimer);
         this.resizeObserver.disconnect();
         this.effect.finishRecording();
+        this.effect.takeRecording();
         this.effect.uploadBackground = () => {};
         this.gl.getExtension("WEBGL_lose_context")?.loseContext();
     }
@@ -268,7 +270,6 @@ export class LiveWater {
         this.size = size;
         this.canvas.width = size.width;
         this.canvas.height = size.height;
-        this.background.draw(this.owner.source, size);
     }
 
     private afterRestart(): void {
@@ -358,9 +359,9 @@ export class LiveWater {
         const { effect, owner } = this;
         if (!this.queue.isEmpty && !this.pointer.isPressed) {
             this.queue.step({
-                press: (point, pressure) => effect.press(...this.pixelsOf(point), pressure ?? owner.state.settings.pressure),
-                move: (point, pressure) => effect.move(...this.pixelsOf(point), pressure ?? owner.state.settings.pressure),
-                lift: () => effect.lift("up", 0, 0),
+                press: (point, pressure = owner.state.settings.pressure) => effect.press(...this.pixelsOf(point), pressure),
+                move: (point, pressure = owner.state.settings.pressure) => effect.move(...this.pixelsOf(point), pressure),
+                lift: (point) => effect.lift("up", ...this.pixelsOf(point)),
             });
         }
         const wasReplaying = effect.isReplaying;

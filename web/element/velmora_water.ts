@@ -86,6 +86,7 @@ export class VelmoraWater extends ElementClass {
         this.stage = makePart("water");
         this.stage.tabIndex = 0;
         this.stage.addEventListener("keydown", (event) => this.onKey(event));
+        this.stage.addEventListener("pointerenter", () => this.water.onUse());
         const fallback = document.createElement("slot");
         fallback.append(this.image);
         const over = makePart("over");
@@ -188,8 +189,8 @@ export class VelmoraWater extends ElementClass {
             show: (canvas: HTMLCanvasElement | null) => {
                 stage.replaceChildren(...(canvas ? [canvas] : []));
                 // Assistive technology gets one image: the plain picture, or the water with the same name.
-                fallback.ariaHidden = canvas ? "true" : null;
-                stage.ariaHidden = canvas ? null : "true";
+                fallback.setAttribute("aria-hidden", String(canvas !== null));
+                stage.setAttribute("aria-hidden", String(canvas === null));
             },
         };
     }
@@ -209,8 +210,8 @@ export class VelmoraWater extends ElementClass {
     }
 
     private nameStage(): void {
-        this.stage.role = "img";
-        this.stage.ariaLabel = this.getAttribute("aria-label") ?? (this.watch.label || "Water");
+        this.stage.setAttribute("role", "img");
+        this.stage.setAttribute("aria-label", this.getAttribute("aria-label") ?? (this.watch.label || "Water"));
     }
 
     /** Enter and Space touch the centre of the water. */

@@ -53,6 +53,8 @@ export class Water implements PoolClient, LiveOwner {
     private isConnected = false;
     private isVisible = false;
     private hasFailed = false;
+    /** True if the browser cannot draw water. */
+    private isUnsupported = false;
     private isReady = false;
     /** Counts the openings and closings, so that an opening that was closed meanwhile ends. */
     private turn = 0;
@@ -201,10 +203,11 @@ export class Water implements PoolClient, LiveOwner {
             this.live = null;
             this.host.show(this.still);
         }
-        if (this.effect) {
+        // A restart continues a replay, so the next water would show it.
+        if (this.effect && !this.effect.isReplaying) {
             idleEffects.push(this.effect);
-            this.effect = null;
         }
+        this.effect = null;
     }
 
     emit(type: string): void {
@@ -234,6 +237,7 @@ export class Water implements PoolClient, LiveOwner {
             if (effect) {
                 idleEffects.push(effect);
             } else if (turn === this.turn) {
+                this.isUnsupported = true;
                 this.fail(noModule);
             }
             return;
@@ -244,6 +248,7 @@ export class Water implements PoolClient, LiveOwner {
         if (gl) {
             this.live = new LiveWater(effect, canvas, gl, this);
         } else {
+            this.isUnsupported = true;
             this.fail(noWebGl);
         }
     }
@@ -256,7 +261,7 @@ export class Water implements PoolClient, LiveOwner {
     /** Requests a context if the water can be seen. Gives it back otherwise. */
     private follow(): void {
         const { source } = this;
-        if (!this.isConnected || this.hasFailed || (!this.isVisible && !(this.live && this.keepsContext))) {
+        if (!this.isConnected || this.hasFailed || this.isUnsupported || (!this.isVisible && !(this.live && this.keepsContext))) {
             this.giveBack();
         } else if (!source || isDrawable(source)) {
             contextPool.request(this);
@@ -270,6 +275,9 @@ export class Water implements PoolClient, LiveOwner {
 
     /** Reports an error and shows the plain picture until the background changes. */
     private fail(message: string): void {
+        if (this.hasFailed) {
+            return;
+        }
         this.hasFailed = true;
         queueMicrotask(() => {
             this.giveBack();

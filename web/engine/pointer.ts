@@ -25,6 +25,8 @@ const hoverRest = 120;
 export class Pointer {
     private id: number | null = null;
     private isHovering = false;
+    /** Last position of a hovering mouse in canvas pixels. */
+    private hoverPosition: [number, number] = [0, 0];
     private restTimer = 0;
 
     constructor(
@@ -85,6 +87,7 @@ export class Pointer {
             this.owner.move(...this.position(event), this.pressureOf(event));
         }
         if (this.isHovering) {
+            this.hoverPosition = this.position(event);
             clearTimeout(this.restTimer);
             this.restTimer = window.setTimeout(() => this.endHover(), hoverRest);
         }
@@ -103,7 +106,7 @@ export class Pointer {
             clearTimeout(this.restTimer);
             this.isHovering = false;
             this.id = null;
-            this.owner.lift("up", 0, 0);
+            this.owner.lift("up", ...this.hoverPosition);
         }
     }
 

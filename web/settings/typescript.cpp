@@ -152,9 +152,9 @@ std::string ranges() {
     std::string all;
     forEachIndex([&]<class Value>(const app::SettingField<Value>& field, int) {
         if constexpr (!isSwitch<Value>) {
-            all += joined("    ", field.name, ": [", valueText(field.min), ", ",
-                          valueText(field.max),
-                          std::is_integral_v<Value> ? ", true],\n" : ", false],\n");
+            all +=
+                joined("    ", field.name, ": [", valueText(field.min), ", ", valueText(field.max),
+                       std::is_integral_v<Value> ? ", true],\n" : ", false],\n");
         }
     });
     return joined(

@@ -14,7 +14,7 @@ rmSync(output, { recursive: true, force: true });
 mkdirSync(output, { recursive: true });
 cpSync(join(buildFolder, "element"), output, { recursive: true });
 copyFileSync(join(top, "LICENSE"), join(output, "LICENSE"));
-copyFileSync(join(here, "README.md"), join(output, "README.md"));
+copyFileSync(join(top, "docs/element.md"), join(output, "README.md"));
 writeTypes();
 writeFileSync(join(output, "react.js"), "export {};\n"); // only types
 writeFileSync(join(output, "package.json"), `${JSON.stringify(manifest(), null, 4)}\n`);
