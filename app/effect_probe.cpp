@@ -14,8 +14,8 @@ namespace {
 
 using velmora::pixelsPerCell;
 
-/// Texture unit of the ink while glDrawElements draws the water mesh. The library calls glDrawElements for nothing
-/// else.
+/// Texture unit of the ink while glDrawElements draws the water mesh. The library uses glDrawElements only for the
+/// mesh.
 constexpr GLenum inkUnit = GL_TEXTURE2;
 
 GLuint textureOfUnit(GLenum unit) {

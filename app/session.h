@@ -36,6 +36,8 @@ struct FrontEnd {
     std::function<void(hostkit::EffectHost&)> draw = [](hostkit::EffectHost& host) { host.draw(); };
     /// Called after each start of the effect.
     std::function<void(Size screen, bool hasInk)> onStart = [](Size, bool) {};
+    /// Called when a replay has ended. `finished` is false if it was stopped before the end of its script.
+    std::function<void(bool finished)> onReplayEnd = [](bool) {};
     /// Called for each event that is recorded, at once.
     std::function<void(const hostkit::ScriptEvent&)> onRecorded = [](const hostkit::ScriptEvent&) {
     };
@@ -57,6 +59,9 @@ public:
     /// Starts the effect with idle water and no ink on a screen of this size. Ends a recording and continues a replay.
     /// If renewContext throws, the next frame tries again.
     void restart(Size screen);
+    /// Starts the effect on a screen of another size and keeps the waves. The ink is lost, because only touches can add ink
+    /// to the library.
+    void resize(Size screen);
     /// Creates the GL objects anew after the front end has replaced a lost context. Records the loss.
     void regainContext();
 
@@ -77,7 +82,8 @@ public:
     void move(Clock::time_point now, double x, double y, float pressure);
     /// Ends the stroke with an up or cancel event if the finger is down.
     void lift(Clock::time_point now, hostkit::TouchAction action, double x, double y);
-    bool isPressed() const { return finger.isPressed(); }
+    /// Returns true from `press` to `lift`, also while the finger is outside the screen.
+    bool isPressed() const { return finger.isHeld(); }
     /// Adds an action to the next frame, after the touches so far.
     void add(const hostkit::ScriptAction& action);
     /// Returns true if there are actions for the next frame.
@@ -112,6 +118,8 @@ public:
     bool isRecording() const { return recording.has_value(); }
     /// Restarts the effect and plays the script.
     void startReplay(hostkit::GestureScript script);
+    /// Stops a replay and lifts its finger. Does nothing without a replay.
+    void stopReplay();
     bool isReplaying() const { return replay.has_value(); }
 
     /// Returns the settings that the user chose, without the ink of a script and with the first background.
@@ -141,6 +149,7 @@ private:
     void noteAction(const hostkit::ScriptAction& action);
     void rememberUserInk(const hostkit::InkColor& newInk);
     void restartForGesture();
+    void endReplay(bool finished);
     std::uint64_t screenDigest() const;
 
     FrontEnd frontEnd;
@@ -162,6 +171,8 @@ private:
     AttractMode attract;
     std::vector<hostkit::ScriptAction> actions;
     std::optional<Replay> replay;
+    /// Last touch of the frames so far.
+    hostkit::Touch lastTouch{hostkit::TouchAction::up, 0.0, 0.0, 0.0f};
     std::optional<hostkit::GestureScript> recording;
 
     /// Stroke of attract mode for which `attractInk` was chosen.

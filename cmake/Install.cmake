@@ -1,12 +1,12 @@
-# Installs the library, its headers and the source of its Java class, hostkit, the stand-ins that were built, package
-# files for CMake and pkg-config, the host guide and an example. No installed file contains the path of the
-# installation, so users can move it.
+# Installs the library, its headers, the source of its Java class, hostkit, the platform stand-ins that were built,
+# package files for CMake and pkg-config, the host guide and an example. No installed file contains the installation's
+# path, so users can move the folder.
 include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)
 
 set(packageFolder ${CMAKE_INSTALL_LIBDIR}/cmake/Velmora)
-# The stand-ins have the names of libraries of Android and of the kit. In their own folder, other programs do not find
-# them by accident. An Android app has one folder for all its libraries.
+# The stand-ins have the names of libraries of Android and of the kit. A folder of their own keeps other programs from
+# loading them by accident. An Android app has only one folder for all its libraries.
 set(standinFolder ${CMAKE_INSTALL_LIBDIR}/velmora)
 if(ANDROID)
   set(standinFolder ${CMAKE_INSTALL_LIBDIR})

@@ -119,7 +119,7 @@ void Saver::turn() {
         return;
     }
     if (session.screen() != window.size()) {
-        session.restart(window.size());
+        session.resize(window.size());
     }
     const app::Clock::time_point now = app::Clock::now();
     changeScene(now);

@@ -190,7 +190,7 @@ TEST(IdleWatch, WithInkTwoFramesMustBeEqual) {
     EXPECT_FALSE(watch.mayShowInk());
 }
 
-TEST(Finger, ReportsOneMoveAFrameAndEndsAtTheEdge) {
+TEST(Finger, ReportsOneMoveAFrameAndIsUpOutsideTheScreen) {
     app::Finger finger;
     const app::Size screen{100, 200};
     finger.move(5, 5, 0.5f, screen);
@@ -200,13 +200,18 @@ TEST(Finger, ReportsOneMoveAFrameAndEndsAtTheEdge) {
     finger.move(11, 20, 0.5f, screen);
     finger.move(12, 20, 0.25f, screen);
     finger.move(100, 20, 0.5f, screen);
+    finger.move(110, 20, 0.5f, screen);
+    EXPECT_TRUE(finger.isHeld() && !finger.isPressed());
     finger.move(50, 20, 0.5f, screen);
-    finger.end(TouchAction::up, 50, 20);
-    const std::vector<hostkit::ScriptAction> expected = {Touch{TouchAction::down, 10, 20, 0.5f},
-                                                         Touch{TouchAction::move, 12, 20, 0.25f},
-                                                         Touch{TouchAction::cancel, 100, 20, 0}};
+    finger.move(50, -1, 0.5f, screen);
+    finger.end(TouchAction::cancel, 50, -1);
+    finger.move(50, 20, 0.5f, screen);
+    const std::vector<hostkit::ScriptAction> expected = {
+        Touch{TouchAction::down, 10, 20, 0.5f}, Touch{TouchAction::move, 12, 20, 0.25f},
+        Touch{TouchAction::up, 100, 20, 0}, Touch{TouchAction::down, 50, 20, 0.5f},
+        Touch{TouchAction::up, 50, -1, 0}};
     EXPECT_EQ(finger.takeActions(), expected);
-    EXPECT_FALSE(finger.isPressed() || finger.hasActions());
+    EXPECT_FALSE(finger.isHeld() || finger.isPressed() || finger.hasActions());
 }
 
 }  // namespace

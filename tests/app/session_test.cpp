@@ -52,6 +52,7 @@ protected:
             }
             drawnInk = host.effectSettings().ink;
         };
+        functions.onReplayEnd = [this](bool finished) { replayEnds.push_back(finished); };
         functions.onRecorded = [this](const hostkit::ScriptEvent&) { ++events; };
         functions.onRecordingEnd = [this](const GestureScript& script) { recorded = script; };
         return functions;
@@ -76,6 +77,7 @@ protected:
 
     std::optional<hostkit::GlContext> context{std::in_place, 160, 160};
     std::optional<GestureScript> recorded;
+    std::vector<bool> replayEnds;
     std::size_t events = 0;
     hostkit::InkColor drawnInk{};
     bool draws = true;
@@ -147,6 +149,38 @@ TEST_F(SessionTest, ANewSizeEndsARecordingAndScalesAReplay) {
     const auto highest = std::ranges::max_element(heights) - heights.begin();
     EXPECT_NEAR(static_cast<double>(highest % columns) / columns, 0.25, 0.03);
     EXPECT_TRUE(session.isReplaying());
+}
+
+TEST_F(SessionTest, AResizeKeepsTheWaves) {
+    session.press(start, 24, 40, 1.0f);
+    frames(1);
+    session.resize({160, 96});
+    EXPECT_FALSE(session.isWaterIdle());
+    const auto heights = hostkit::JniEnvironment::elements(session.water().height);
+    const int columns = session.water().columns;
+    const auto highest = std::ranges::max_element(heights) - heights.begin();
+    EXPECT_GT(heights[static_cast<std::size_t>(highest)], 0.1f);
+    EXPECT_NEAR(static_cast<double>(highest % columns) / columns, 0.25, 0.03);
+    session.restart(screen);
+    EXPECT_TRUE(session.isWaterIdle()) << "a restart begins with flat water";
+}
+
+TEST_F(SessionTest, EveryReplayReportsItsEndOnce) {
+    const GestureScript script{96, 160, 3, {{0, Touch{TouchAction::down, 24, 20, 1.0f}}}};
+    session.startReplay(script);
+    frames(3);
+    EXPECT_EQ(replayEnds, (std::vector{true}));
+    session.startReplay(script);
+    session.startReplay(script);
+    EXPECT_EQ(replayEnds, (std::vector{true, false})) << "the second replay stops the first";
+    frames(1);
+    session.stopReplay();
+    session.stopReplay();
+    EXPECT_EQ(replayEnds, (std::vector{true, false, false}));
+    EXPECT_TRUE(session.hasActions()) << "lifts the finger of the script";
+    session.startReplay(script);
+    session.startRecording();
+    EXPECT_EQ(replayEnds.size(), 4U);
 }
 
 TEST_F(SessionTest, IsIdleOnlyIfNothingMoves) {
