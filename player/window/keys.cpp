@@ -29,7 +29,10 @@ constexpr Key table[] = {
     {SDLK_v, Command::velocityOverlay, "V", app::commandText("velocityOverlay")},
     {SDLK_d, Command::inkOverlay, "D", app::commandText("inkOverlay")},
     {SDLK_l, Command::loseContext, "L", app::commandText("loseContext")},
-    {SDLK_ESCAPE, Command::back, "Esc", {"back", "Close", "Close this list, or quit"}},
+    {SDLK_ESCAPE,
+     Command::back,
+     "Esc",
+     {"back", "Close", "Close this list or the settings, or quit"}},
     {SDLK_q, Command::quit, "Q", {"quit", "Quit", "Quit"}},
 };
 

@@ -44,6 +44,7 @@ private:
     void turn();
     void runCommands();
     void run(Command command);
+    void goBack();
     void switchPause();
     void switchAttractMode();
     void switchBackground();

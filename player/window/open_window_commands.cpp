@@ -116,13 +116,27 @@ void OpenWindow::run(Command command) {
         case Command::fullScreen:
             return screen.window().switchFullScreen();
         case Command::back:
-            leaving = !std::exchange(view.help, false);
-            return;
+            return goBack();
         case Command::quit:
             leaving = true;
             return;
         default:  // the switches
             return;
+    }
+}
+
+/// Closes the topmost pop-up, the list of keys or the panel. If none is open, leaves the program, but never during a
+/// film or a recording.
+void OpenWindow::goBack() {
+    if (closePopup() || std::exchange(view.help, false) || std::exchange(view.panel, false)) {
+        return;
+    }
+    if (keeper.filming()) {
+        showToast(toast, "Press F to stop filming, or Q to quit");
+    } else if (session.recording() != nullptr) {
+        showToast(toast, "Press R to stop recording, or Q to quit");
+    } else {
+        leaving = true;
     }
 }
 

@@ -128,10 +128,10 @@ test("a replay continues to its end after a resize", async () => {
     const page = await open(browser);
     const script = "screen 270 480\nframes 40\n1 down 60 200 0.5\n";
     await sendFiles(page, "drop", ["tap.gesture", "", Buffer.from(script)]);
-    await waitForToast(page, "playing tap.gesture");
+    await waitForToast(page, "Playing tap.gesture");
     await page.setViewportSize({ width: 300, height: 480 });
     await waitForCanvasWidth(page, 300);
-    await page.locator("#toast.shown", { hasText: "the gesture has ended" }).waitFor();
+    await page.locator("#toast.shown", { hasText: "The gesture has ended" }).waitFor();
     await close(page);
 });
 

@@ -1,7 +1,6 @@
 // Water that draws: the effect on a canvas with a GL context, from the opening of the context to its end.
 
-import type { Settings } from "../../build/web/settings";
-import { numbersOf } from "../../build/web/settings";
+import { numbersOf, resizeDelay, type Settings } from "../../build/web/settings";
 import { AttractTimer } from "../engine/attract_timer";
 import { FrameLoop } from "../engine/frame_loop";
 import { Pointer } from "../engine/pointer";
@@ -41,9 +40,6 @@ export interface LiveOwner {
     /** Called when the user touches the water. */
     onUse(): void;
 }
-
-/** Milliseconds from the last change of size to the restart. A window that is being resized changes size many times. */
-const resizeDelay = 150;
 
 export class LiveWater {
     readonly queue = new FingerQueue();

@@ -1,5 +1,6 @@
 // Follows the loss and the return of the canvas's GL context, and tells the user about them.
 
+import { sharedTexts } from "../../build/web/settings";
 import { showToast } from "./toast";
 
 /** Milliseconds from a loss on request to the request to restore the context. */
@@ -24,20 +25,20 @@ export class ContextWatch {
             event.preventDefault(); // otherwise the browser does not restore the context
             this.isLost = true;
             owner.lost();
-            showToast("the GL context is lost: waiting for the browser to restore it");
+            showToast(sharedTexts.contextLost);
         });
         canvas.addEventListener("webglcontextrestored", () => {
             this.isLost = false;
             ++this.count;
             owner.restored();
-            showToast("the GL context is restored: the ink is lost, background and settings are unchanged");
+            showToast("Graphics are back. The ink is gone; picture and settings are unchanged");
         });
     }
 
     /** Throws an Error with a message for the user if the context is lost. */
     need(): void {
         if (this.isLost) {
-            throw new Error("the GL context is lost: try again after it is restored");
+            throw new Error(sharedTexts.contextLost);
         }
     }
 
@@ -46,7 +47,7 @@ export class ContextWatch {
         this.need();
         const extension = this.gl.getExtension("WEBGL_lose_context");
         if (!extension) {
-            showToast("this browser cannot lose the GL context on request: it lacks WEBGL_lose_context");
+            showToast("This browser cannot lose the context on request: it lacks WEBGL_lose_context");
             return;
         }
         // The context may be restored only after the page has handled its loss.

@@ -1,15 +1,18 @@
 // Runs the effect on the page's canvas: connects size, time, touches, pause, gestures and overlays to its frames.
 
 import { defaultSettings, type Settings } from "../../build/web/settings";
+import { ArrowKeys } from "./arrow_keys";
 import { AttractTimer } from "../engine/attract_timer";
+import { setPainting } from "./backgrounds";
 import { ContextWatch } from "./context_watch";
 import type { Effect } from "./effect";
 import { FrameLoop } from "../engine/frame_loop";
 import { FrameTimes } from "./frame_times";
 import { Gestures } from "./gestures";
+import type { MovingPicture } from "./moving_picture";
 import { Overlays } from "./overlays";
 import { Pause } from "./pause";
-import { Pointer } from "../engine/pointer";
+import { Pointer, type PointerOwner } from "../engine/pointer";
 import { SettingsSync } from "./settings_sync";
 import { Stage } from "./stage";
 
@@ -35,6 +38,7 @@ export class Player {
     private readonly sync: SettingsSync;
     private readonly attractTimer: AttractTimer;
     private readonly pointer: Pointer;
+    private readonly arrowKeys: ArrowKeys;
     private lastTick = 0;
 
     constructor(
@@ -45,29 +49,36 @@ export class Player {
         this.pause = new Pause(effect);
         this.overlays = new Overlays(effect, document.getElementById("overlay") as HTMLCanvasElement);
         this.stage = new Stage(effect, canvas, () => this.followSize());
-        this.gestures = new Gestures(effect, this.pause, this);
+        this.gestures = new Gestures(effect, this.pause, () => this.prepareGesture());
         this.context = new ContextWatch(canvas, effect.gl, {
-            lost: () => this.pointer.cancel(),
+            lost: () => (this.pointer.cancel(), this.arrowKeys.release()),
             restored: () => this.regainContext(),
         });
-        this.pointer = new Pointer(canvas, {
+        const finger: PointerOwner = {
             press: (...touch) => this.touch(() => effect.press(...touch)),
             move: (...touch) => this.touch(() => effect.move(...touch)),
             lift: (...touch) => (effect.lift(...touch), this.loop.wake()),
             pressure: () => this.settings.pressure,
-        });
+        };
+        this.pointer = new Pointer(canvas, finger);
+        this.arrowKeys = new ArrowKeys(canvas, finger, () => this.pointer.isPressed);
         this.loop = new FrameLoop({
             canRun: () => !this.context.isLost,
             skipTime: () => this.skipTime(),
             tick: (now) => this.tick(now),
         });
         this.attractTimer = new AttractTimer(effect, {
-            isBusy: () => this.pause.isOn || this.context.isLost || this.pointer.isPressed,
+            isBusy: () => this.pause.isOn || this.context.isLost || this.isTouched,
             wake: () => this.loop.wake(),
         });
+        effect.onStart = () => this.onStart();
         effect.attractModeOn = !matchMedia("(prefers-reduced-motion: reduce)").matches;
         effect.adaptQuality();
         effect.noteInput(); // starts the wait for attract mode
+    }
+
+    private get isTouched(): boolean {
+        return this.pointer.isPressed || this.arrowKeys.isPressed;
     }
 
     /** True if no further frame is needed. */
@@ -75,11 +86,10 @@ export class Player {
         return this.pause.isOn ? this.pause.isIdle : this.effect.isIdle;
     }
 
-    /** Restarts the effect at the wanted canvas size, with flat water and no ink. */
+    /** Starts the effect at the wanted canvas size without ink. Keeps the waves. */
     restart(): void {
-        this.sync.push();
+        this.pushSettings();
         this.stage.restart();
-        this.afterRestart();
     }
 
     /** Reports input other than a touch. Requests a frame and restarts the wait for attract mode. */
@@ -111,17 +121,32 @@ export class Player {
         this.noteInput();
     }
 
+    /** Makes the painting the background, and shows it. */
+    showPainting(name: string): void {
+        setPainting(this.stage.backgrounds, name);
+        this.settings.secondBackground = false;
+        this.onBackgroundsChanged();
+        this.onSettings();
+    }
+
+    /** Shows the new frame of a moving picture if it is the shown background. A pause shows it later. */
+    onPictureMoved(picture: MovingPicture): void {
+        if (this.stage.backgrounds.sources[this.settings.secondBackground ? 1 : 0] === picture) {
+            this.stage.hasMoved = true;
+            this.loop.wake();
+        }
+    }
+
     /** Prepares a recording or replay, which restarts the effect. Throws if the context is lost. */
-    beforeGesture(): void {
+    private prepareGesture(): void {
         this.context.need();
-        this.sync.push();
+        this.pushSettings();
+        this.stage.needSecond(); // the script may show it
         this.stage.useAllPixels();
     }
 
     /** Resets the state that belongs to the effect's last run. */
-    afterRestart(): void {
-        this.gestures.takeRecording();
-        this.overlays.probe.watch(this.stage.size);
+    private onStart(): void {
         this.pause.frame.drop();
         this.attractTimer.restart();
         this.loop.wake();
@@ -131,7 +156,7 @@ export class Player {
         this.effect.regainContext();
         if (this.stage.hasWantedSize) {
             this.stage.uploadBackgrounds(); // they may have changed meanwhile
-            this.afterRestart();
+            this.onStart();
         } else {
             this.restart();
         }
@@ -161,6 +186,9 @@ export class Player {
     /** Draws the due frames. Returns true if another frame is needed. */
     private tick(now: number): boolean {
         this.attractTimer.startIfIdle();
+        if (!this.pause.isOn) {
+            this.stage.uploadMoved();
+        }
         if (!this.pause.isOn && this.stage.hasWantedSize) {
             this.effect.noteInterval(now - this.lastTick);
         }
@@ -186,20 +214,19 @@ export class Player {
             return this.pause.dueFrames(!this.sync.isCurrent || !this.overlays.isCurrent);
         }
         this.pause.frame.drop();
-        this.sync.push(); // the time scale must be set before takeDueFrames
+        this.pushSettings(); // the time scale must be set before takeDueFrames
         return this.effect.takeDueFrames(now);
     }
 
     private frame(elapsed: number, now: number): void {
         const start = performance.now();
         const { effect } = this;
-        this.sync.push();
+        this.pushSettings();
         const wasReplaying = effect.isReplaying;
         this.overlays.drawFrame(elapsed);
         if (this.frames++ === 0) {
             performance.mark("first frame");
         }
-        this.gestures.takeRecording();
         if (wasReplaying) {
             this.followScript();
         }
@@ -208,6 +235,13 @@ export class Player {
         if (this.pause.isOn) {
             this.pause.frame.take(this.canvas);
         }
+    }
+
+    private pushSettings(): void {
+        if (this.settings.secondBackground) {
+            this.stage.needSecond();
+        }
+        this.sync.push();
     }
 
     /** Shows the settings that a script has changed, and reports the end of the replay. */
