@@ -95,7 +95,7 @@ export class LiveWater {
         effect.adaptsQuality = owner.state.quality === "auto";
         effect.noteInput(); // starts the wait for attract mode
         this.update();
-        this.restart();
+        this.start((size) => effect.restart(size));
         this.changeBackground();
     }
 
@@ -109,6 +109,7 @@ export class LiveWater {
         this.resizeObserver.disconnect();
         this.effect.finishRecording();
         this.effect.takeRecording();
+        this.effect.stopReplay();
         this.effect.uploadBackground = () => {};
         this.gl.getExtension("WEBGL_lose_context")?.loseContext();
     }
@@ -242,16 +243,16 @@ export class LiveWater {
         clearTimeout(this.resizeTimer);
         this.resizeTimer = window.setTimeout(() => {
             if (!this.isContextLost && !this.hasWantedSize && !this.ended.signal.aborted) {
-                this.restart();
+                this.start((size) => this.effect.resize(size));
             }
         }, resizeDelay);
     }
 
-    /** Restarts the effect at the wanted size, with flat water and no ink. */
-    private restart(): void {
+    /** Starts the effect at the wanted size, without ink. */
+    private start(start: (size: Size) => void): void {
         this.setSize(this.wantedSize);
         this.passSettings();
-        this.effect.restart(this.size);
+        start(this.size);
         this.afterRestart();
     }
 
@@ -330,7 +331,7 @@ export class LiveWater {
             this.frame(elapsed);
         }
         if (this.maySizeChange && !this.hasWantedSize) {
-            this.restart();
+            this.start((size) => effect.resize(size));
         }
         this.reportIdle();
         return !this.loop.isRunning && !this.isStill;
