@@ -70,7 +70,7 @@ struct SharedText {
     const char* text;
 };
 inline constexpr SharedText sharedTexts[] = {
-    // Headings of the sections with commands. The settings have the headings "Water", "Light" and "Ink".
+    // Headings of the sections with commands. The headings of the settings are in settings.h.
     {"presetSection", "Preset"},
     {"viewSection", "View"},
     {"saveSection", "Save and record"},

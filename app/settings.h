@@ -49,6 +49,8 @@ struct Settings {
 
 /// Section of the panel that shows a setting.
 enum class Group { water, light, ink };
+/// Headings of the sections, in the order of `Group`.
+constexpr const char* groupNames[] = {"Water", "Light", "Ink"};
 
 /// Description of a setting.
 template <class Value>

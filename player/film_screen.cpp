@@ -2,10 +2,10 @@
 
 #include <imgui.h>
 
+#include "app/effect_probe.h"
 #include "app/size.h"
 #include "desktop/image.h"
 #include "hostkit/image.h"
-#include "hostkit/instruments/effect_probe.h"
 #include "player/draw/overlays.h"
 
 namespace player {
@@ -31,7 +31,7 @@ void FilmScreen::renewContext() {
     }
 }
 
-void FilmScreen::drawOver(const hostkit::EffectProbe& probe) {
+void FilmScreen::drawOver(const app::EffectProbe& probe) {
     if (!painter) {
         return;
     }

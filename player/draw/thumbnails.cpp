@@ -3,10 +3,10 @@
 #include <exception>
 #include <system_error>
 
+#include "app/gl_state.h"
 #include "desktop/image.h"
 #include "desktop/preset.h"
 #include "hostkit/image.h"
-#include "player/draw/gl_state.h"
 
 namespace player {
 
@@ -18,7 +18,7 @@ using desktop::thumbnailPixels;
 namespace {
 
 GLuint textureOf(const hostkit::Image& image) {
-    const GlStateGuard guard;
+    const app::GlStateGuard guard;
     GLuint texture = 0;
     glGenTextures(1, &texture);
     glBindTexture(GL_TEXTURE_2D, texture);

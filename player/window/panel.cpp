@@ -275,9 +275,14 @@ void inkControls(app::Settings& settings) {
     }
 }
 
+/// Draws the heading of a section of settings. Returns true if the section is open.
+bool heading(app::Group group, ImGuiTreeNodeFlags flags = 0) {
+    return ImGui::CollapsingHeader(app::groupNames[static_cast<int>(group)], flags);
+}
+
 /// Draws a section with the switches and buttons of a place. Returns true if the section is open.
-bool commandControls(const char* heading, Place place, const Panel& panel) {
-    const bool open = ImGui::CollapsingHeader(heading);
+bool commandControls(const char* title, Place place, const Panel& panel) {
+    const bool open = ImGui::CollapsingHeader(title);
     if (open) {
         switchControls(place, panel.view, panel.requests);
         buttonControls(place, panel.requests);
@@ -286,13 +291,13 @@ bool commandControls(const char* heading, Place place, const Panel& panel) {
 }
 
 void groups(const Panel& panel) {
-    if (ImGui::CollapsingHeader("Water", ImGuiTreeNodeFlags_DefaultOpen)) {
+    if (heading(app::Group::water, ImGuiTreeNodeFlags_DefaultOpen)) {
         settingControls(app::Group::water, panel.settings);
     }
-    if (ImGui::CollapsingHeader("Light")) {
+    if (heading(app::Group::light)) {
         settingControls(app::Group::light, panel.settings);
     }
-    if (ImGui::CollapsingHeader("Ink")) {
+    if (heading(app::Group::ink)) {
         inkControls(panel.settings);
         settingControls(app::Group::ink, panel.settings);
         buttonControls(Place::ink, panel.requests);

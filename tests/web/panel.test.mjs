@@ -123,11 +123,11 @@ test("changes of the settings can be undone and redone, a drag of a slider as a 
     states.push(await settings(page));
     await page.keyboard.press("Tab");
     await page.getByText("Water", { exact: true }).click();
-    const box = await page.getByRole("slider", { name: "Damping" }).boundingBox();
-    for (const part of [0.3, 0.6]) { // two drags
+    for (const name of ["Damping", "Rain"]) {
+        const box = await page.getByRole("slider", { name }).boundingBox();
         await page.mouse.move(box.x + box.width / 2, box.y + box.height / 2);
         await page.mouse.down();
-        await page.mouse.move(box.x + box.width * part, box.y + box.height / 2, { steps: 5 });
+        await page.mouse.move(box.x + box.width * 0.7, box.y + box.height / 2, { steps: 5 });
         await page.mouse.up();
         states.push(await settings(page));
     }

@@ -18,7 +18,7 @@ export class Capture {
     private gesture = "";
 
     constructor(private readonly player: Player) {
-        player.gestures.onRecording = (script) => this.saveRecording(script);
+        player.effect.onRecordingEnd = (script) => this.saveRecording(script);
     }
 
     async screenshot(): Promise<void> {

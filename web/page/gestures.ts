@@ -3,23 +3,15 @@
 import type { Effect } from "./effect";
 import type { Pause } from "./pause";
 
-export interface GestureOwner {
-    /** Prepares the effect for the restart with which a gesture begins. Throws an Error if that is impossible. */
-    beforeGesture(): void;
-    /** Called after the restart. */
-    afterRestart(): void;
-}
-
 export class Gestures {
-    /** Called with the gesture script of a recording that has ended. */
-    onRecording: (script: string) => void = () => {};
     /** Called when a replay has ended. */
     onReplayEnd = () => {};
 
     constructor(
         private readonly effect: Effect,
         private readonly pause: Pause,
-        private readonly owner: GestureOwner,
+        /** Prepares the effect for the restart with which a gesture begins. Throws an Error if that is impossible. */
+        private readonly prepare: () => void,
     ) {}
 
     startRecording(): void {
@@ -28,7 +20,6 @@ export class Gestures {
 
     finishRecording(): void {
         this.effect.finishRecording();
-        this.takeRecording();
     }
 
     /** Restarts the effect, ends a pause and replays a gesture script. Returns the fault of the script, or "". */
@@ -41,18 +32,8 @@ export class Gestures {
         return fault;
     }
 
-    /** Reports a recording that has ended, for example by a restart. */
-    takeRecording(): void {
-        const script = this.effect.takeRecording();
-        if (script) {
-            this.onRecording(script);
-        }
-    }
-
     private start(restart: () => void): void {
-        this.owner.beforeGesture();
-        this.finishRecording();
+        this.prepare();
         restart();
-        this.owner.afterRestart();
     }
 }

@@ -54,9 +54,10 @@ export function makePageCommands(context: CommandContext): PageCommands {
         player.clearInk();
         showToast(sharedTexts.clearedInk);
     });
-    const hide = command("h", { label: "Hide all controls", description: "Hide or show all controls" }, () =>
-        cleanView.toggle(),
-    );
+    const hide = command("h", { label: "Hide all controls", description: "Hide or show all controls" }, () => {
+        context.togglePanel(false);
+        cleanView.toggle();
+    });
     const help = command("f1", commandTexts.help, () => context.help());
     const panel = command("tab", commandTexts.panel, () => context.togglePanel(), "Tab");
     const closePanel = { label: "Close settings", description: "Close the settings" };

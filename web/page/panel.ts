@@ -4,6 +4,7 @@ import { inkPalette, settingFields, sharedTexts } from "../../build/web/settings
 import type { Command } from "./command";
 import { hexOf, make, makeButtons, makeColor, makeSection, makeSlider, makeSwitch, type Control } from "./controls";
 import { FrameTimeChart } from "./frame_time_chart";
+import { PaintingChooser } from "./painting_chooser";
 import type { Player } from "./player";
 import type { PresetChooser } from "./preset_chooser";
 import { PresetGrid } from "./preset_grid";
@@ -32,7 +33,6 @@ export class Panel {
             const children = [...controls, buttons].map((control) => control.element);
             return makeSection(name, name === sharedTexts.presetSection, children);
         });
-        container.addEventListener("change", () => presets.endChange());
         container.append(this.makeHeader(), make("div", { className: "sections" }, ...sections));
         button.addEventListener("click", () => this.toggle());
         setInterval(() => this.isOpen && this.chart.update(), 500);
@@ -86,6 +86,8 @@ export class Panel {
         switch (section) {
             case sharedTexts.presetSection:
                 return [new PresetGrid(this.presets)];
+            case "Picture":
+                return [new PaintingChooser(this.player), ...settings];
             case "Ink":
                 return [...this.makeInk(), ...settings];
             case sharedTexts.developerSection:
@@ -108,7 +110,7 @@ export class Panel {
         const { name } = field;
         const set = (value: number) => {
             settings[name] = value;
-            this.presets.noteChange(name);
+            this.presets.noteChange();
         };
         return makeSlider(field, () => settings[name], set);
     }
@@ -116,9 +118,9 @@ export class Panel {
     /** Returns a colour field, and the inks of the palette. */
     private makeInk(): Control[] {
         const { settings } = this.player;
-        const choose = (ink: typeof settings.ink, control?: string) => {
+        const choose = (ink: typeof settings.ink) => {
             settings.ink = [...ink];
-            this.presets.noteChange(control);
+            this.presets.noteChange();
         };
         const swatches = Object.entries(inkPalette).map(([name, ink]) => {
             const swatch = make("button", { type: "button", title: name, ariaLabel: `${name} ink` });
@@ -127,6 +129,6 @@ export class Panel {
             return swatch;
         });
         const row = make("div", { className: "swatches" }, ...swatches);
-        return [makeColor("Colour", () => settings.ink, (ink) => choose(ink, "ink")), { element: row, update: () => {} }];
+        return [makeColor("Colour", () => settings.ink, choose), { element: row, update: () => {} }];
     }
 }

@@ -3,6 +3,7 @@
 import { defaultSettings, type Settings } from "../../build/web/settings";
 import { ArrowKeys } from "./arrow_keys";
 import { AttractTimer } from "./attract_timer";
+import { setPainting } from "./backgrounds";
 import { ContextWatch } from "./context_watch";
 import type { Effect } from "./effect";
 import { FrameLoop } from "../engine/frame_loop";
@@ -48,7 +49,7 @@ export class Player {
         this.pause = new Pause(effect);
         this.overlays = new Overlays(effect, document.getElementById("overlay") as HTMLCanvasElement);
         this.stage = new Stage(effect, canvas, () => this.followSize());
-        this.gestures = new Gestures(effect, this.pause, this);
+        this.gestures = new Gestures(effect, this.pause, () => this.prepareGesture());
         this.context = new ContextWatch(canvas, effect.gl, {
             lost: () => (this.pointer.cancel(), this.arrowKeys.release()),
             restored: () => this.regainContext(),
@@ -70,6 +71,7 @@ export class Player {
             isBusy: () => this.pause.isOn || this.context.isLost || this.isTouched,
             wake: () => this.loop.wake(),
         });
+        effect.onStart = () => this.onStart();
         effect.attractModeOn = !matchMedia("(prefers-reduced-motion: reduce)").matches;
         effect.adaptQuality();
         effect.noteInput(); // starts the wait for attract mode
@@ -84,11 +86,10 @@ export class Player {
         return this.pause.isOn ? this.pause.isIdle : this.effect.isIdle;
     }
 
-    /** Restarts the effect at the wanted canvas size, with flat water and no ink. */
+    /** Starts the effect at the wanted canvas size without ink. Keeps the waves. */
     restart(): void {
-        this.sync.push();
+        this.pushSettings();
         this.stage.restart();
-        this.afterRestart();
     }
 
     /** Reports input other than a touch. Requests a frame and restarts the wait for attract mode. */
@@ -120,6 +121,14 @@ export class Player {
         this.noteInput();
     }
 
+    /** Makes the painting the background, and shows it. */
+    showPainting(name: string): void {
+        setPainting(this.stage.backgrounds, name);
+        this.settings.secondBackground = false;
+        this.onBackgroundsChanged();
+        this.onSettings();
+    }
+
     /** Shows the new frame of a moving picture if it is the shown background. A pause shows it later. */
     onPictureMoved(picture: MovingPicture): void {
         if (this.stage.backgrounds.sources[this.settings.secondBackground ? 1 : 0] === picture) {
@@ -129,16 +138,15 @@ export class Player {
     }
 
     /** Prepares a recording or replay, which restarts the effect. Throws if the context is lost. */
-    beforeGesture(): void {
+    private prepareGesture(): void {
         this.context.need();
-        this.sync.push();
+        this.pushSettings();
+        this.stage.needSecond(); // the script may show it
         this.stage.useAllPixels();
     }
 
     /** Resets the state that belongs to the effect's last run. */
-    afterRestart(): void {
-        this.gestures.takeRecording();
-        this.overlays.probe.watch(this.stage.size);
+    private onStart(): void {
         this.pause.frame.drop();
         this.attractTimer.restart();
         this.loop.wake();
@@ -148,7 +156,7 @@ export class Player {
         this.effect.regainContext();
         if (this.stage.hasWantedSize) {
             this.stage.uploadBackgrounds(); // they may have changed meanwhile
-            this.afterRestart();
+            this.onStart();
         } else {
             this.restart();
         }
@@ -206,20 +214,19 @@ export class Player {
             return this.pause.dueFrames(!this.sync.isCurrent || !this.overlays.isCurrent);
         }
         this.pause.frame.drop();
-        this.sync.push(); // the time scale must be set before takeDueFrames
+        this.pushSettings(); // the time scale must be set before takeDueFrames
         return this.effect.takeDueFrames(now);
     }
 
     private frame(elapsed: number, now: number): void {
         const start = performance.now();
         const { effect } = this;
-        this.sync.push();
+        this.pushSettings();
         const wasReplaying = effect.isReplaying;
         this.overlays.drawFrame(elapsed);
         if (this.frames++ === 0) {
             performance.mark("first frame");
         }
-        this.gestures.takeRecording();
         if (wasReplaying) {
             this.followScript();
         }
@@ -228,6 +235,13 @@ export class Player {
         if (this.pause.isOn) {
             this.pause.frame.take(this.canvas);
         }
+    }
+
+    private pushSettings(): void {
+        if (this.settings.secondBackground) {
+            this.stage.needSecond();
+        }
+        this.sync.push();
     }
 
     /** Shows the settings that a script has changed, and reports the end of the replay. */

@@ -6,7 +6,6 @@ import { linkOf, presetInLink } from "./links";
 import type { Player } from "./player";
 import { addPreset, allPresets, findPreset, isSame, removePreset, storePreset, writePreset } from "./presets";
 import type { Preset, PresetList } from "./presets";
-import { SettingsHistory } from "./settings_history";
 import { hasKeys, showToast } from "./toast";
 
 /** Maximum length of a preset's name in characters. Longer names do not fit the grid. */
@@ -17,7 +16,6 @@ export class PresetChooser {
     onChange = () => {};
     /** Preset that was chosen last, without the changes that the user has made since. */
     private chosen: Preset;
-    private readonly history: SettingsHistory;
     private seed = Math.floor(Math.random() * 2 ** 32);
 
     constructor(
@@ -27,7 +25,6 @@ export class PresetChooser {
         private readonly takeThumbnail: () => Promise<string | undefined>,
     ) {
         this.chosen = presets.builtIn[0] as Preset;
-        this.history = new SettingsHistory(this.chosen.settings);
     }
 
     get all(): Preset[] {
@@ -56,26 +53,19 @@ export class PresetChooser {
         this.noteChange();
     }
 
-    /**
-     * Must be called after each change of the settings by the user. Undo takes back consecutive changes of the same
-     * `control` at once, until `endChange`.
-     */
-    noteChange(control?: string): void {
-        this.history.note(this.player.settings, control);
+    /** Must be called after each change of the settings by the user. */
+    noteChange(): void {
+        this.player.effect.noteSettings(this.player.settings);
         this.onChange();
         this.player.noteInput();
     }
 
-    endChange(): void {
-        this.history.endChange();
-    }
-
     undo(): void {
-        this.restore(this.history.undo(), sharedTexts.undone, sharedTexts.nothingToUndo);
+        this.restore(this.player.effect.undo(), sharedTexts.undone, sharedTexts.nothingToUndo);
     }
 
     redo(): void {
-        this.restore(this.history.redo(), sharedTexts.redone, sharedTexts.nothingToRedo);
+        this.restore(this.player.effect.redo(), sharedTexts.redone, sharedTexts.nothingToRedo);
     }
 
     /** Makes a preset the current one. */
@@ -128,6 +118,7 @@ export class PresetChooser {
     /** Adds a preset from a file and makes it the current one. */
     import(name: string, settings: Settings): void {
         const isStored = this.add(name, settings);
+        this.show(settings);
         showToast(`${this.chosen.name}${isStored ? " is added to the presets" : `: ${this.warning}`}`);
     }
 
@@ -154,6 +145,7 @@ export class PresetChooser {
             return;
         }
         removePreset(this.presets, name);
+        this.chosen = this.presets.builtIn[0] as Preset;
         this.onChange();
         showToast(`Deleted ${name}. Its settings stay until you choose another preset`);
     }
@@ -198,12 +190,15 @@ export class PresetChooser {
         return "This browser allows no more storage, so the preset leaves the list when you close the page";
     }
 
-    /** Adds one of the user's presets and makes it the current one. Returns false if the browser cannot store it. */
+    /**
+     * Adds one of the user's presets and makes it the current one. Leaves the settings in force. Returns false if the
+     * browser cannot store it.
+     */
     private add(name: string, settings: Settings, thumbnail?: string): boolean {
         const preset = addPreset(this.presets, name, settings, thumbnail);
-        const isStored = storePreset(preset);
-        this.select(preset);
-        return isStored;
+        this.chosen = preset;
+        this.onChange();
+        return storePreset(preset);
     }
 
     /** Returns the preset that was chosen last. Throws if it is not one of the user's presets. */

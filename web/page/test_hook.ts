@@ -1,8 +1,7 @@
 // Functions for the page's tests and benchmarks, as `window.velmora`.
 
 import type { Settings } from "../../build/web/settings";
-import type { Size } from "./effect";
-import type { VelocityField } from "./effect_probe";
+import type { Size, VelocityField } from "./effect";
 import type { FileImporter } from "./file_importer";
 import { qualityLabel } from "./frame_time_chart";
 import type { FrameTime } from "./frame_times";
@@ -73,7 +72,7 @@ export function installTestHook(player: Player, importer: FileImporter): void {
         quality: () => ({ phase: effect.qualityPhase, level: effect.quality.level, label: qualityLabel(effect.quality) }),
         fixQuality: (level) => (effect.fixQuality(level), loop.wake()),
         waterBytes: () => effect.waterBytes(),
-        velocity: () => player.overlays.probe.velocity,
+        velocity: () => effect.velocity,
         frameTimes: () => player.times.newest,
         textureNames: () => effect.textureNames,
         onFrame(call) {

@@ -1,21 +1,21 @@
-#include "hostkit/instruments/effect_probe.h"
+#include "app/effect_probe.h"
 
 #include <GLES2/gl2.h>
 
 #include <span>
 #include <string_view>
 
-#include "hostkit/instruments/gl_recorder.h"
+#include "hostkit/gl_observer.h"
 #include "velmora/solver_grid.h"
 
-namespace hostkit {
+namespace app {
 
 namespace {
 
 using velmora::pixelsPerCell;
 
-/// Texture unit of the ink while glDrawElements draws the water mesh. The library calls glDrawElements for nothing
-/// else.
+/// Texture unit of the ink while glDrawElements draws the water mesh. The library uses glDrawElements only for the
+/// mesh.
 constexpr GLenum inkUnit = GL_TEXTURE2;
 
 GLuint textureOfUnit(GLenum unit) {
@@ -36,21 +36,20 @@ void setOnce(FrameMoments::Moment& moment) {
 
 }  // namespace
 
-EffectProbe::EffectProbe() {
-    glRecorder().inside = [this](const char* function) { seeCall(function); };
-    glRecorder().textureUpload = [this](int width, int height,
-                                        std::span<const std::uint8_t> bytes) {
+EffectProbe::EffectProbe() : observer(hostkit::sharedGlObserver()) {
+    observer.inside = [this](const char* function) { seeCall(function); };
+    observer.textureUpload = [this](int width, int height, std::span<const std::uint8_t> bytes) {
         seeUpload(width, height, bytes);
     };
 }
 
 EffectProbe::~EffectProbe() {
-    glRecorder().reset();
+    observer.inside = nullptr;
+    observer.textureUpload = nullptr;
 }
 
-void EffectProbe::watch(int width, int height, bool hostHasInk) {
-    screenWidth = width;
-    screenHeight = height;
+void EffectProbe::watch(Size size, bool hostHasInk) {
+    screen = size;
     hasInk = hostHasInk;
     digest = {};
     field = {};
@@ -58,11 +57,18 @@ void EffectProbe::watch(int width, int height, bool hostHasInk) {
     lastMoments = {};
 }
 
-void EffectProbe::draw(EffectHost& host) {
+void EffectProbe::draw(hostkit::EffectHost& host) {
     lastMoments = {};
     drawing = true;
     host.draw();
     drawing = false;
+}
+
+Size EffectProbe::inkTextureSize() const {
+    using velmora::inkLongSide;
+    using velmora::inkShortSide;
+    return screen.width > screen.height ? Size{inkLongSide, inkShortSide}
+                                        : Size{inkShortSide, inkLongSide};
 }
 
 void EffectProbe::seeCall(const char* function) {
@@ -80,7 +86,8 @@ void EffectProbe::seeCall(const char* function) {
 }
 
 void EffectProbe::seeUpload(int width, int height, std::span<const std::uint8_t> bytes) {
-    if (drawing && width == screenWidth / pixelsPerCell && height == screenHeight / pixelsPerCell) {
+    if (drawing && width == screen.width / pixelsPerCell &&
+        height == screen.height / pixelsPerCell) {
         setOnce(lastMoments.solverDone);
         addBytes(digest, std::as_bytes(bytes));
         field.columns = width;
@@ -89,4 +96,4 @@ void EffectProbe::seeUpload(int width, int height, std::span<const std::uint8_t>
     }
 }
 
-}  // namespace hostkit
+}  // namespace app

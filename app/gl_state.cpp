@@ -1,13 +1,11 @@
-#include "player/draw/gl_state.h"
+#include "app/gl_state.h"
 
 #include <initializer_list>
+#include <string>
 
-#include "desktop/failure.h"
+#include "hostkit/host_error.h"
 
-namespace player {
-
-using desktop::Failure;
-
+namespace app {
 namespace {
 
 GLint stateOf(GLenum name) {
@@ -78,9 +76,9 @@ GLuint buildGlProgram(const char* vertexText, const char* fragmentText,
     if (linked == GL_FALSE) {
         std::array<char, 256> log{};
         glGetProgramInfoLog(program, static_cast<GLsizei>(log.size()), nullptr, log.data());
-        throw Failure("cannot link the player's shaders", log.data());
+        throw hostkit::HostError(std::string("cannot link a shader program: ") + log.data());
     }
     return program;
 }
 
-}  // namespace player
+}  // namespace app

@@ -5,9 +5,9 @@
 #include <array>
 #include <initializer_list>
 
-namespace player {
+namespace app {
 
-/// Saves the GL state that the player's drawing changes and restores it at the end of the scope. The library thus finds
+/// Saves the GL state that other drawing changes and restores it at the end of the scope. The library thus finds
 /// the state that it left. Code in the scope uses texture unit 0 only and disables its vertex arrays.
 class GlStateGuard {
 public:
@@ -24,8 +24,8 @@ private:
 };
 
 /// Returns a linked program of two GLSL sources. The position of an attribute in `attributes` is its location.
-/// Throws Failure with the linker's log.
+/// Throws HostError with the linker's log.
 GLuint buildGlProgram(const char* vertexText, const char* fragmentText,
                       std::initializer_list<const char*> attributes);
 
-}  // namespace player
+}  // namespace app
