@@ -36,6 +36,8 @@
 // clang-format off
 /// Tells the page that the effect has started.
 EM_JS(void, reportStart, (), { Module.onStart(); });
+/// Tells the page that a replay has ended.
+EM_JS(void, reportReplayEnd, (bool finished), { Module.onReplayEnd(!!finished); });
 /// Passes the gesture script of a recording that has ended to the page.
 EM_JS(void, reportRecording, (const char* script), { Module.onRecordingEnd(UTF8ToString(script)); });
 // clang-format on
@@ -75,6 +77,7 @@ app::FrontEnd frontEnd() {
         probe.watch(screen, hasInk);
         reportStart();
     };
+    functions.onReplayEnd = reportReplayEnd;
     functions.onRecordingEnd = [](const hostkit::GestureScript& recording) {
         reportRecording(writeGestureScript(recording).c_str());
     };
@@ -203,8 +206,9 @@ EMSCRIPTEN_KEEPALIVE const char* presetName(const char* fileStem) {
     return result.c_str();
 }
 
-EMSCRIPTEN_KEEPALIVE void restart(int width, int height) {
-    session.restart({width, height});
+/// Starts the effect on a screen of this size. Keeps the waves of a running effect.
+EMSCRIPTEN_KEEPALIVE void resize(int width, int height) {
+    session.resize({width, height});
 }
 
 /// Passes the two backgrounds as RGBA bytes. Both must have the size of the screen.
@@ -359,6 +363,10 @@ EMSCRIPTEN_KEEPALIVE const char* readScript(const char* text, const char* name) 
 
 EMSCRIPTEN_KEEPALIVE void startReplay() {
     session.startReplay(script);
+}
+
+EMSCRIPTEN_KEEPALIVE void stopReplay() {
+    session.stopReplay();
 }
 
 EMSCRIPTEN_KEEPALIVE bool isReplaying() {

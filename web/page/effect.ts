@@ -50,6 +50,8 @@ const enum ValueKind {
 export class Effect {
     /** Called when the effect has started, also by a change of the settings. */
     onStart = () => {};
+    /** Called when a replay has ended. `finished` is false if it was stopped before its end. */
+    onReplayEnd: (finished: boolean) => void = () => {};
     /** Called with the gesture script of a recording that has ended. A restart ends a recording. */
     onRecordingEnd: (script: string) => void = () => {};
     /** Names of the backgrounds that the module paints. */
@@ -64,6 +66,7 @@ export class Effect {
         readonly gl: WebGLRenderingContext,
     ) {
         module.onStart = () => this.onStart();
+        module.onReplayEnd = (finished) => this.onReplayEnd(finished);
         module.onRecordingEnd = (script) => this.onRecordingEnd(script);
         this.frameTime = module._frameTime();
         this.paintingNames = this.readPaintingNames();
@@ -80,9 +83,9 @@ export class Effect {
         return new Effect(module, gl);
     }
 
-    /** Restarts the effect with flat water and no ink. Ends a recording; a replay continues. */
-    restart(size: Size): void {
-        this.module._restart(size.width, size.height);
+    /** Starts the effect at this size, without ink. Keeps the waves. Ends a recording; a replay continues. */
+    resize(size: Size): void {
+        this.module._resize(size.width, size.height);
     }
 
     /** Passes the two backgrounds. Both must have the size of the screen. */
@@ -281,6 +284,10 @@ export class Effect {
     /** Restarts the effect and replays the script from readScript. */
     startReplay(): void {
         this.module._startReplay();
+    }
+
+    stopReplay(): void {
+        this.module._stopReplay();
     }
 
     get isReplaying(): boolean {

@@ -2,7 +2,7 @@
 
 import { defaultSettings, type Settings } from "../../build/web/settings";
 import { ArrowKeys } from "./arrow_keys";
-import { AttractTimer } from "./attract_timer";
+import { AttractTimer } from "../engine/attract_timer";
 import { setPainting } from "./backgrounds";
 import { ContextWatch } from "./context_watch";
 import type { Effect } from "./effect";
@@ -86,7 +86,7 @@ export class Player {
         return this.pause.isOn ? this.pause.isIdle : this.effect.isIdle;
     }
 
-    /** Restarts the effect at the wanted canvas size, with flat water and no ink. */
+    /** Starts the effect at the wanted canvas size without ink. Keeps the waves. */
     restart(): void {
         this.pushSettings();
         this.stage.restart();

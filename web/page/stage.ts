@@ -40,7 +40,7 @@ export class Stage {
         return isSame(this.wantedSize, this.current);
     }
 
-    /** Restarts the effect at the wanted size. */
+    /** Starts the effect at the wanted size and keeps the waves. */
     restart(): void {
         this.applySize(this.wantedSize);
     }
@@ -95,7 +95,7 @@ export class Stage {
         this.canvas.width = size.width;
         this.canvas.height = size.height;
         this.uploadBackgrounds();
-        this.effect.restart(size);
+        this.effect.resize(size);
     }
 }
 
