@@ -68,7 +68,7 @@ test("a shipped gesture gives the same velocities and water as the native host",
 async function record(page) {
     await page.keyboard.press("v");
     await page.keyboard.press("r");
-    await page.locator("#badges", { hasText: /gesture 0:0/ }).waitFor();
+    await page.locator("#badges", { hasText: /Gesture 0:0/ }).waitFor();
     await drag(page, [60, 200], [200, 260], 5);
     await page.keyboard.press("l");
     await page.waitForFunction(() => window.velmora.counts().contexts === 2);
