@@ -43,8 +43,7 @@ constexpr float meshOverhang = 1.015f;
 ///
 /// Cell (x, y) is at (x / columns, y / rows) of the screen, with y down. With one cell per vertex, each side has one
 /// vertex more than cells: one on each cell, and one on the right or lower edge of the screen. The vertices on these
-/// edges repeat the last cell, which is part of the fixed border. Vertices of a coarser mesh use the nearest cell, and
-/// their height is the mean of the cells around it.
+/// edges repeat the last cell, which is part of the fixed border. Vertices of a coarser mesh use the nearest cell.
 struct WaterDriver {
     /// Settings in force.
     WaterSettings settings;
