@@ -126,7 +126,7 @@ private:
     void noteStroke(Clock::time_point now);
     bool hasChanges() const;
     void applyChanges();
-    int wantedCellsPerVertex() const { return cellsPerVertex(quality, settings.meshDetail); }
+    int wantedCellsPerVertex() const;
     void chooseAttractInk();
     std::vector<hostkit::ScriptAction> takeActions();
     void run(std::span<const hostkit::ScriptAction> frameActions, std::chrono::nanoseconds elapsed);
