@@ -44,8 +44,13 @@ std::vector<FlowLine> flowLines(std::span<const std::uint8_t> rgba, int columns,
             const float length = spacing * std::min(0.3f + 0.12f * speed, maxLength) / speed;
             const float x = (static_cast<float>(column) + 0.5f) * cellWidth;
             const float y = height - (static_cast<float>(row) + 0.5f) * cellHeight;
-            lines.push_back({x, y, x + right * length, y - up * length,
-                             std::min(speed / 20.0f, 1.0f), std::min(0.2f + speed / 6.0f, 0.9f)});
+            const float heat = std::min(speed / 20.0f, 1.0f);
+            lines.push_back({x,
+                             y,
+                             x + right * length,
+                             y - up * length,
+                             {1.0f, 1.0f - 0.8f * heat, 0.2f},
+                             std::min(0.2f + speed / 6.0f, 0.9f)});
         }
     }
     return lines;

@@ -12,23 +12,38 @@ using std::chrono::nanoseconds;
 /// Tolerance for display frames that are early: a frame that is early by at most this time counts as due.
 constexpr nanoseconds earlyTolerance = frameTime / 8;
 /// Maximum time between two calls that counts, unless a frame of slow motion is longer. The effect skips the rest, for
-/// example while the machine sleeps.
+/// example while the machine sleeps. A recording counts more, so that it keeps its time on a very slow machine.
 constexpr nanoseconds maxGap = std::chrono::milliseconds(250);
+constexpr nanoseconds maxRecordedGap = std::chrono::seconds(2);
 
 nanoseconds scaled(nanoseconds time, double scale) {
     return nanoseconds(std::llround(static_cast<double>(time.count()) * scale));
 }
 
+/// Returns the effect time of each of `frames` frames that make up for `owed`.
+nanoseconds lengthOf(FrameLength length, nanoseconds owed, int frames) {
+    switch (length) {
+        case FrameLength::real:
+            return owed / frames;
+        case FrameLength::whole:
+            return (owed + earlyTolerance) / frameTime / frames * frameTime;
+        case FrameLength::exact:
+            break;
+    }
+    return frameTime;
+}
+
 }  // namespace
 
-FrameClock::Due FrameClock::take(Clock::time_point now, float timeScale, bool exact) {
+FrameClock::Due FrameClock::take(Clock::time_point now, float timeScale, FrameLength length) {
     const nanoseconds gap = now - std::exchange(last, now);
     if (std::exchange(skipped, false)) {
         owed = nanoseconds(0);
         return {1, frameTime};
     }
     const double scale = static_cast<double>(timeScale);
-    const nanoseconds maxCounted = std::max(maxGap, scaled(frameTime, 1.0 / scale));
+    const nanoseconds maxCounted = std::max(length == FrameLength::whole ? maxRecordedGap : maxGap,
+                                            scaled(frameTime, 1.0 / scale));
     owed += scaled(std::clamp(gap, nanoseconds(0), maxCounted), scale);
     const auto framesOwed = static_cast<int>((owed + earlyTolerance) / frameTime);
     if (framesOwed < 1) {
@@ -36,8 +51,10 @@ FrameClock::Due FrameClock::take(Clock::time_point now, float timeScale, bool ex
     }
     const int maxFrames = std::max(1, static_cast<int>(std::ceil(timeScale)));
     const int frames = std::min(framesOwed, maxFrames);
-    const nanoseconds elapsed = exact || framesOwed <= maxFrames ? frameTime : owed / frames;
-    owed = framesOwed <= maxFrames ? owed - framesOwed * frameTime : nanoseconds(0);
+    const nanoseconds elapsed =
+        framesOwed <= maxFrames ? frameTime : lengthOf(length, owed, frames);
+    const bool keepsRest = framesOwed <= maxFrames || length == FrameLength::whole;
+    owed = keepsRest ? owed - frames * elapsed : nanoseconds(0);
     return {frames, elapsed};
 }
 

@@ -9,6 +9,16 @@ using Clock = std::chrono::steady_clock;
 /// Duration of one frame of the effect in effect time: 1/60 s.
 constexpr std::chrono::nanoseconds frameTime(16'666'667);
 
+/// Lengths that a frame may have on a machine that is too slow for 60 frames per second.
+enum class FrameLength {
+    /// Any length: the waves keep their speed.
+    real,
+    /// A multiple of 1/60 s, for recordings: events keep their time, in units of 1/60 s.
+    whole,
+    /// 1/60 s, for replays: each frame is drawn, and the effect runs in slow motion.
+    exact
+};
+
 /// Decides when frames of the effect are due. The effect has 60 frames per second of effect time, which passes faster
 /// or slower than real time by a time scale.
 class FrameClock {
@@ -17,14 +27,12 @@ public:
     struct Due {
         /// Number of frames.
         int frames;
-        /// Effect time of each frame. It is longer than 1/60 s if the machine is too slow for all frames, so that the
-        /// waves keep their speed.
+        /// Effect time of each frame. See `FrameLength`.
         std::chrono::nanoseconds elapsed;
     };
 
-    /// Returns the frames that became due since the last call. With `exact`, each frame lasts exactly 1/60 s, and a
-    /// slow machine shows slow motion. Recordings and replays need this, because they count frames.
-    Due take(Clock::time_point now, float timeScale, bool exact);
+    /// Returns the frames that became due since the last call.
+    Due take(Clock::time_point now, float timeScale, FrameLength length);
     /// Returns the real time until the next frame is due, at least 0.
     std::chrono::nanoseconds untilNext(Clock::time_point now, float timeScale) const;
     /// Ignores the time up to the next call of `take`, which then returns one frame of 1/60 s. Input after an idle time

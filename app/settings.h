@@ -50,6 +50,8 @@ struct Settings {
 
 /// Section of the panel that shows a setting.
 enum class Group { water, light, ink };
+/// Headings of the sections, in the order of `Group`.
+constexpr const char* groupNames[] = {"Water", "Light", "Ink"};
 
 /// Description of a setting.
 template <class Value>
@@ -67,38 +69,38 @@ struct SettingField {
 };
 
 constexpr SettingField<float> numberFields[] = {
-    {"damping", "damping", &Settings::damping, 0.8f, 0.999f, Group::water,
+    {"damping", "Damping", &Settings::damping, 0.8f, 0.999f, Group::water,
      "How much of a wave's motion remains after 1/60 s. Higher values let waves run longer."},
-    {"waveSpeed", "wave speed", &Settings::waveSpeed, 0.05f, 1.2f, Group::water,
+    {"waveSpeed", "Wave speed", &Settings::waveSpeed, 0.05f, 1.2f, Group::water,
      "Distance that a wave runs in a second. 1 is the shorter side of the screen."},
-    {"ripple", "ripple strength", &Settings::ripple, 0.0f, 6.0f, Group::water,
+    {"ripple", "Ripple strength", &Settings::ripple, 0.0f, 6.0f, Group::water,
      "Height of the ripples of a touch."},
-    {"rain", "rain (drops/s)", &Settings::rain, 0.0f, 40.0f, Group::water,
+    {"rain", "Rain (drops/s)", &Settings::rain, 0.0f, 40.0f, Group::water,
      "Number of raindrops per second."},
-    {"timeScale", "time scale", &Settings::timeScale, 0.05f, 2.0f, Group::water,
+    {"timeScale", "Time scale", &Settings::timeScale, 0.05f, 2.0f, Group::water,
      "Speed of the effect. 1 is real time, and lower values are slow motion."},
-    {"refractiveIndex", "refractive index", &Settings::refractiveIndex, 1.0f, 2.0f, Group::light,
-     "How much waves distort the background. 1 is no distortion, and 1.33 is water."},
-    {"sheen", "reflection", &Settings::reflection, 0.0f, 1.0f, Group::light,
+    {"refractiveIndex", "Refraction", &Settings::refractiveIndex, 1.0f, 2.0f, Group::light,
+     "How much waves distort the picture. 1 is no distortion, and 1.33 is water."},
+    {"sheen", "Shine", &Settings::reflection, 0.0f, 1.0f, Group::light,
      "Strength of the reflections on waves."},
-    {"fresnel", "fresnel", &Settings::fresnel, 0.0f, 3.0f, Group::light,
+    {"fresnel", "Edge shine", &Settings::fresnel, 0.0f, 3.0f, Group::light,
      "Extra reflection on slopes that face the light at the lower right."},
-    {"specular", "specular", &Settings::specular, 1.0f, 5.5f, Group::light,
-     "Brightness of the highlights, as a factor of the reflection. With ink, the maximum is 4.5."},
-    {"exponent", "exponent", &Settings::exponent, 1.0f, 128.0f, Group::light,
+    {"specular", "Highlight", &Settings::specular, 1.0f, 5.5f, Group::light,
+     "Brightness of the highlights, as a factor of the shine. With ink, the maximum is 4.5."},
+    {"exponent", "Sharpness", &Settings::exponent, 1.0f, 128.0f, Group::light,
      "Sharpness of the highlights. Low values are broad and soft, and high values are narrow."},
-    {"pressure", "pressure", &Settings::pressure, 0.0f, 1.0f, Group::ink,
+    {"pressure", "Pressure", &Settings::pressure, 0.0f, 1.0f, Group::ink,
      "Pressure for devices that do not report it, such as a mouse. More pressure leaves more ink."},
 };
 constexpr SettingField<int> countFields[] = {
-    {"meshDetail", "mesh detail", &Settings::meshDetail, 24, 180, Group::water,
+    {"meshDetail", "Mesh detail", &Settings::meshDetail, 24, 180, Group::water,
      "Number of water cells along the shorter side. More cells show finer waves, but each frame "
      "takes longer. The speed of the waves does not change."},
 };
 constexpr SettingField<bool> switchFields[] = {
-    {"secondBackground", "second background", &Settings::secondBackground, false, true,
-     Group::light, "Shows the second background image."},
-    {"waterOnly", "water only", &Settings::waterOnly, false, true, Group::ink,
+    {"secondBackground", "Show second picture", &Settings::secondBackground, false, true,
+     Group::light, "Shows the second picture as the background."},
+    {"waterOnly", "Water only", &Settings::waterOnly, false, true, Group::ink,
      "Turns off the ink. A change restarts the effect."},
 };
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <chrono>
+
 namespace app {
 
 /// Size in pixels.
@@ -8,5 +10,9 @@ struct Size {
     int height = 0;
     bool operator==(const Size&) const = default;
 };
+
+/// Time without a change of size before the effect restarts in the new size. A window that the user resizes changes its
+/// size many times.
+constexpr std::chrono::milliseconds resizeDelay(150);
 
 }  // namespace app

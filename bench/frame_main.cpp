@@ -12,12 +12,12 @@
 #include <string>
 #include <vector>
 
+#include "app/effect_probe.h"
 #include "bench/measure.h"
 #include "bench/options.h"
 #include "bench/table_reporter.h"
 #include "hostkit/effect_host.h"
 #include "hostkit/host_error.h"
-#include "hostkit/instruments/effect_probe.h"
 #include "hostkit/instruments/gl_recorder.h"
 
 // Times whole frames through the native methods. GL calls mark the moments within a frame.
@@ -79,7 +79,7 @@ struct OutsideClock {
     double left = 0.0;
 };
 
-Moments runFrame(hostkit::EffectHost& host, hostkit::EffectProbe& probe, int frame) {
+Moments runFrame(hostkit::EffectHost& host, app::EffectProbe& probe, int frame) {
     Moments moments{};
     OutsideClock outside;
     hostkit::GlRecorder& recorder = hostkit::glRecorder();
@@ -103,7 +103,7 @@ Moments runFrame(hostkit::EffectHost& host, hostkit::EffectProbe& probe, int fra
     glFinish();
     moments.finished = Clock::now();
     moments.processor = nanosecondsBy(CLOCK_PROCESS_CPUTIME_ID) - processorStart;
-    const hostkit::FrameMoments& seen = probe.moments();
+    const app::FrameMoments& seen = probe.moments();
     moments.firstCall = seen.begin.value_or(moments.start);
     moments.solverDone = seen.solverDone.value_or(moments.firstCall);
     moments.firstDraw = seen.firstDraw.value_or(moments.firstCall);
@@ -141,8 +141,8 @@ void printGrowth() {
     for (const Screen screen : {Screen{270, 480}, Screen{540, 960}, Screen{720, 1280},
                                 Screen{1080, 1920}, Screen{1440, 2560}, Screen{2160, 3840}}) {
         hostkit::EffectHost host({.width = screen.width, .height = screen.height});
-        hostkit::EffectProbe probe;
-        probe.watch(screen.width, screen.height, true);
+        app::EffectProbe probe;
+        probe.watch({screen.width, screen.height}, true);
         const double pixels = static_cast<double>(screen.width) * screen.height;
         const int count = static_cast<int>(std::clamp(2e7 / pixels, 5.0, 40.0));
         std::vector<Moments> frames;
@@ -158,8 +158,8 @@ void printGrowth() {
 
 void runFrames(benchmark::State& state, int width, int height, bool inkEnabled) {
     hostkit::EffectHost host({.width = width, .height = height, .inkEnabled = inkEnabled});
-    hostkit::EffectProbe probe;
-    probe.watch(width, height, inkEnabled);
+    app::EffectProbe probe;
+    probe.watch({width, height}, inkEnabled);
     int frame = 0;
     while (frame < warmUpFrames) {
         runFrame(host, probe, frame++);
@@ -210,6 +210,10 @@ void registerFrames(int frames) {
 int main(int argc, char** argv) {
     const auto options = bench::takeOptions(argc, argv, "velmora-bench-frame", "--frames=", 40);
     if (!options) {
+        return 2;
+    }
+    if (!options->history.empty()) {
+        std::cerr << "velmora-bench-frame: only velmora-bench appends to a history\n";
         return 2;
     }
     try {

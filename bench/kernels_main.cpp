@@ -5,6 +5,7 @@
 #include <iostream>
 #include <string>
 
+#include "bench/history_reporter.h"
 #include "bench/limits.h"
 #include "bench/options.h"
 #include "bench/side_by_side.h"
@@ -53,6 +54,17 @@ void printGrowth(int samples) {
     }
 }
 
+/// Runs the comparisons and appends their ratios to a CSV file. Returns the exit code.
+int appendHistory(const std::string& file) {
+    bench::HistoryReporter history(file);
+    benchmark::RunSpecifiedBenchmarks(&history);
+    if (!history.fault().empty()) {
+        std::cerr << "velmora-bench: " << history.fault() << '\n';
+        return 1;
+    }
+    return 0;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -66,6 +78,9 @@ int main(int argc, char** argv) {
     }
     if (!registerComparisons(options->count)) {
         return 1;
+    }
+    if (!options->history.empty()) {
+        return appendHistory(options->history);
     }
     bench::registerLimits(options->count);
     bench::TableReporter tables(

@@ -21,7 +21,8 @@ bool parseCount(std::string_view text, int& count) {
 
 std::optional<Options> takeOptions(int argc, char** argv, std::string_view program,
                                    std::string_view countOption, int defaultCount) {
-    Options options{false, false, defaultCount};
+    constexpr std::string_view historyOption = "--history=";
+    Options options{false, false, defaultCount, {}};
     bool valid = true;
     int kept = 1;
     for (int i = 1; i < argc; ++i) {
@@ -30,6 +31,9 @@ std::optional<Options> takeOptions(int argc, char** argv, std::string_view progr
             options.sweep = true;
         } else if (argument == "--table") {
             options.table = true;
+        } else if (argument.starts_with(historyOption)) {
+            options.history = argument.substr(historyOption.size());
+            valid = valid && !options.history.empty();
         } else if (argument.starts_with(countOption)) {
             valid = valid && parseCount(argument.substr(countOption.size()), options.count);
         } else {
@@ -38,8 +42,8 @@ std::optional<Options> takeOptions(int argc, char** argv, std::string_view progr
     }
     benchmark::Initialize(&kept, argv);
     if (!valid || benchmark::ReportUnrecognizedArguments(kept, argv)) {
-        std::cerr << "usage: " << program << " [--sweep | --table] [" << countOption
-                  << "N] [--benchmark_...]\n";
+        std::cerr << "usage: " << program << " [--sweep | --table | --history=FILE] ["
+                  << countOption << "N] [--benchmark_...]\n";
         return std::nullopt;
     }
     return options;

@@ -8,6 +8,8 @@
 #include <sstream>
 #include <utility>
 
+#include "bench/compiler.h"
+
 namespace bench {
 
 namespace {
@@ -33,12 +35,6 @@ std::string rowOf(const benchmark::BenchmarkReporter::Run& run, const TableLayou
     row << '\n';
     return row.str();
 }
-
-#if defined(__clang__)
-constexpr const char* compiler = "clang++ " __clang_version__;
-#else
-constexpr const char* compiler = "g++ " __VERSION__;
-#endif
 
 }  // namespace
 

@@ -10,8 +10,8 @@ if(PROJECT_IS_TOP_LEVEL AND NOT CMAKE_BUILD_TYPE AND NOT CMAKE_CONFIGURATION_TYP
   set(CMAKE_BUILD_TYPE Release)
 endif()
 
-# By default, all libraries and programs are in one folder, where they find each other. Gradle and projects that include
-# this one choose other folders.
+# By default, all libraries and programs are built into one folder, so that programs find the libraries. Gradle and
+# projects that include this one choose other folders.
 foreach(kind LIBRARY RUNTIME)
   if(PROJECT_IS_TOP_LEVEL AND NOT DEFINED CMAKE_${kind}_OUTPUT_DIRECTORY)
     set(CMAKE_${kind}_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR})
@@ -25,7 +25,7 @@ if(VELMORA_SANITIZE)
   add_compile_options(-fsanitize=${VELMORA_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
   add_link_options(-fsanitize=${VELMORA_SANITIZE})
   if(VELMORA_SANITIZE MATCHES undefined)
-    # This check needs run-time type information, which the library does not have.
+    # The vptr check needs run-time type information, but the library is compiled with -fno-rtti.
     add_compile_options(-fno-sanitize=vptr)
   endif()
 endif()

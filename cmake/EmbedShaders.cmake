@@ -1,6 +1,6 @@
-# embed_shaders(FOLDER OUTPUT): writes a C++ file with each FOLDER/NAME.vert and FOLDER/NAME.frag as the string constant
-# NAMEVertexShader or NAMEFragmentShader, which gpu/shader_texts.h declares. GLSL ES has no #include, so this function
-# replaces a line #include "PART.glsl" with the text of FOLDER/PART.glsl.
+# embed_shaders(FOLDER OUTPUT): writes a C++ file with the text of each shader as a string constant. FOLDER/NAME.vert
+# becomes NAMEVertexShader, and FOLDER/NAME.frag becomes NAMEFragmentShader; gpu/shader_texts.h declares them. GLSL ES
+# has no #include, so this function replaces a line #include "PART.glsl" with the text of FOLDER/PART.glsl.
 function(embed_shaders folder output)
   file(GLOB parts CONFIGURE_DEPENDS ${folder}/*.glsl)
   file(GLOB shaders CONFIGURE_DEPENDS ${folder}/*.vert ${folder}/*.frag)

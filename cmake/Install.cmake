@@ -1,12 +1,12 @@
-# Installs the library, its headers and the source of its Java class, hostkit, the stand-ins that were built, package
-# files for CMake and pkg-config, the host guide and an example. No installed file contains the path of the
-# installation, so users can move it.
+# Installs the library, its headers, the source of its Java class, hostkit, the platform stand-ins that were built,
+# package files for CMake and pkg-config, the host guide and an example. No installed file contains the installation's
+# path, so users can move the folder.
 include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)
 
 set(packageFolder ${CMAKE_INSTALL_LIBDIR}/cmake/Velmora)
-# The stand-ins have the names of libraries of Android and of the kit. In their own folder, other programs do not find
-# them by accident. An Android app has one folder for all its libraries.
+# The stand-ins have the names of libraries of Android and of the kit. A folder of their own keeps other programs from
+# loading them by accident. An Android app has only one folder for all its libraries.
 set(standinFolder ${CMAKE_INSTALL_LIBDIR}/velmora)
 if(ANDROID)
   set(standinFolder ${CMAKE_INSTALL_LIBDIR})
@@ -30,6 +30,23 @@ if(TARGET velmora-hostkit)
   install(TARGETS velmora-hostkit EXPORT VelmoraTargets ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR})
   install(DIRECTORY ${PROJECT_SOURCE_DIR}/hostkit DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}
     FILES_MATCHING PATTERN *.h PATTERN instruments EXCLUDE)
+endif()
+
+# The component `screensaver` is what a user of XScreenSaver needs: the program, its libraries and its settings dialog.
+if(TARGET velmora-screensaver)
+  file(RELATIVE_PATH fromPrograms /${CMAKE_INSTALL_BINDIR} /${CMAKE_INSTALL_LIBDIR})
+  set_target_properties(velmora-screensaver PROPERTIES
+    INSTALL_RPATH "$ORIGIN/${fromPrograms};$ORIGIN/${fromPrograms}/velmora")
+  install(TARGETS velmora-screensaver RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT screensaver)
+  # XScreenSaver finds the dialog by the name of the program.
+  install(FILES screensaver/velmora.xml RENAME velmora-screensaver.xml
+    DESTINATION ${CMAKE_INSTALL_DATADIR}/xscreensaver/config COMPONENT screensaver)
+  install(TARGETS peluxVelmora LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT screensaver)
+  foreach(standin velmora-jnigraphics velmora-log velmora-nuv-common)
+    if(TARGET ${standin})
+      install(TARGETS ${standin} LIBRARY DESTINATION ${standinFolder} COMPONENT screensaver)
+    endif()
+  endforeach()
 endif()
 
 install(FILES CHANGELOG.md LICENSE README.md docs/host-guide.md docs/kit.md DESTINATION ${CMAKE_INSTALL_DOCDIR})

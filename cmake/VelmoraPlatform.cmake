@@ -1,11 +1,11 @@
-# Finds threads, JNI and OpenGL ES on the current system. Both the build and the installed package include this file, so
-# the package contains no path of the machine that built it.
+# Finds threads, JNI and OpenGL ES on the current system. The build and the installed package both include this file, so
+# that the package contains no path of the machine that built it.
 include_guard(GLOBAL)
 
 find_package(Threads REQUIRED)
 add_library(velmoraJni INTERFACE)
 add_library(velmoraGles INTERFACE)
-if(ANDROID)  # The compiler finds the headers and libraries in its sysroot.
+if(ANDROID)  # The compiler finds the headers and libraries in the NDK's sysroot.
   target_link_libraries(velmoraGles INTERFACE GLESv2 EGL)
   return()
 endif()

@@ -1,5 +1,5 @@
-# Toolchain for 64-bit ARM Linux with Clang. Tests run in user-mode emulation. Headers and libraries are those of
-# Debian's GNU cross compiler.
+# Toolchain for 64-bit ARM Linux with Clang. Tests run in user-mode emulation. Headers and libraries come from Debian's
+# GNU cross compiler.
 set(CMAKE_SYSTEM_NAME Linux)
 set(CMAKE_SYSTEM_PROCESSOR aarch64)
 set(CMAKE_C_COMPILER clang)

@@ -1,5 +1,5 @@
 # Toolchain for 32-bit ARM Linux with Advanced SIMD and Clang. It generates Thumb code, as on Android. Tests run in
-# user-mode emulation. Headers and libraries are those of Debian's GNU cross compiler.
+# user-mode emulation. Headers and libraries come from Debian's GNU cross compiler.
 set(CMAKE_SYSTEM_NAME Linux)
 set(CMAKE_SYSTEM_PROCESSOR armv7)
 set(CMAKE_C_COMPILER clang)

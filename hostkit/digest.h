@@ -24,8 +24,8 @@ inline void addBytes(Digest& digest, std::span<const std::byte> bytes) {
     }
 }
 
-/// Writes the digest as text.
-/// @param digest digest to write
+/// Converts the digest to text.
+/// @param digest digest to convert
 /// @return sixteen lower-case hexadecimal digits
 inline std::string hex(const Digest& digest) {
     char digits[17];

@@ -22,18 +22,18 @@ constexpr int backgroundSlot = 1;
 constexpr int secondBackgroundSlot = 2;
 /// Names of the slots in error messages.
 constexpr const char* textureNames[] = {"reflection map", "background", "second background"};
-/// Maximum distance in cells between the ripples of a move, for ripples of radius `coneRadius`. A longer move raises
-/// several ripples, so that a fast finger leaves a furrow instead of separate rings.
+/// Maximum distance in cells between the ripples of one finger movement; a ripple has the radius `coneRadius`. A longer
+/// movement raises several ripples, so that a fast finger leaves a furrow instead of separate rings.
 constexpr double rippleSpacing = 2.0;
-/// Maximum number of ripples of one move.
+/// Maximum number of ripples of one finger movement. Limits the cost of positions far outside the screen.
 constexpr double maxRipplesPerMove = 64.0;
 
 jint toPixel(double position) {
     return static_cast<jint>(std::lround(std::clamp(position, -1e9, 1e9)));
 }
 
-/// Fills a column-major matrix that maps the mesh to clip space, enlarged by `meshOverhang`. The mesh is centred on the
-/// origin, and y is up in both.
+/// Fills a column-major matrix that maps mesh coordinates to clip space and enlarges the mesh by `meshOverhang`. Both
+/// spaces have their origin at the centre and y up.
 void fillMvp(std::span<float> matrix, const WaterDriver& water) {
     std::fill(matrix.begin(), matrix.end(), 0.0f);
     matrix[0] = 2.0f * meshOverhang / static_cast<float>(water.meshSizeWidth);
@@ -92,6 +92,11 @@ void EffectHost::setBackgrounds(Image background, Image secondBackground) {
         loadTexture(options.background, backgroundSlot);
         loadTexture(options.secondBackground, secondBackgroundSlot);
     }
+}
+
+void EffectHost::setBackground(Image background) {
+    options.background = std::move(background);
+    loadTexture(options.background, backgroundSlot);
 }
 
 void EffectHost::setUpContext() {

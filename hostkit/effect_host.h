@@ -18,26 +18,26 @@
 
 namespace hostkit {
 
-/// Settings of the image that onDrawFrame takes for each frame, and strengths of the ripples of a touch.
+/// Settings of the image, which onDrawFrame receives in each frame, and strengths of the ripples of a touch.
 struct EffectSettings {
     /// Refractive index: 1 is no refraction, 1.33 is water.
     float refractiveIndex = 1.33f;
-    /// Weight of the reflection on waves, multiplied by `alphaRatio1Scale`; 0 is no reflection.
+    /// Weight of the reflection on waves, multiplied by `alphaRatio1Scale`; 0 turns the reflection off.
     float alpha = 1.0f;
-    /// Second factor of that weight.
+    /// Second factor of the reflection's weight.
     float alphaRatio1Scale = 0.1f;
     /// Passed to the library, which does not use it.
     float alphaRatio2Scale = 1.0f;
-    /// Extra reflection on slopes that face the light at the lower right; 0 is none.
+    /// Extra reflection on slopes that face the light, which is at the lower right; 0 turns it off.
     float fresnelRatio = 0.8f;
-    /// Peak of the highlight as a factor of the reflection, clamped to 1 to 4.5 with ink and 1 to 5.5 without.
+    /// Peak of the highlight, as a factor of the reflection. Clamped to [1, 4.5] in a frame with ink, else to [1, 5.5].
     float specularRatio = 3.0f;
     /// Sharpness of the highlight: 1 is broad, 24 is narrow.
     float exponent = 24.0f;
     /// Ink colour, 0 to 1 per channel. A new stroke recolours all visible ink. Dense ink transmits 1/2 of the light in
-    /// a channel of value 1, 1/9 at 0.3, and 1/75 at 0, which looks black.
+    /// a channel of value 1, 1/9 at value 0.3, and 1/75 at value 0, which looks black.
     InkColor ink = {0.3f, 0.7f, 1.0f};
-    /// False: first background; true: second background.
+    /// Background to draw: false for the first, true for the second.
     bool useSecondBackground = false;
     /// Strength of the ripple of a touch-down: a third of its peak height.
     float downRipple = 2.4f;
@@ -51,36 +51,36 @@ struct EffectHostOptions {
     int width = 1080;
     /// Screen height in pixels.
     int height = 1920;
-    /// False: water only, without solver and ink.
+    /// True for water and ink. False for water only: the solver and the ink passes do not run.
     bool inkEnabled = true;
-    /// Reflection map. Empty: the result of makeReflectionMap.
+    /// Reflection map. If empty, the host uses makeReflectionMap.
     Image reflectionMap = {};
-    /// First background, stretched over the screen. Empty: the result of makeTestImage.
+    /// First background, stretched over the screen. If empty, the host uses makeTestImage.
     Image background = {};
-    /// Second background, stretched over the screen. Empty: the result of makeTestImage.
+    /// Second background, stretched over the screen. If empty, the host uses makeTestImage.
     Image secondBackground = {};
     /// Initial settings of the image.
     EffectSettings effect = {};
     /// Initial settings of the water.
     WaterSettings water = {};
-    /// Environment for the arrays, which must outlive the host. Null: the host creates an environment.
+    /// Environment that creates the arrays. It must outlive the host. If null, the host creates an environment.
     JniEnvironment* jni = nullptr;
-    /// Function of a host with a window. It destroys the GL context and all its objects, creates a new one, and makes
-    /// it current. A context must be current when the host is constructed. Empty: the host creates an off-screen
-    /// context.
+    /// Function that destroys the GL context and all its objects, creates a new context and makes it current. A host
+    /// with a window supplies this function, and a context must be current when the host is constructed. If empty, the
+    /// host creates an off-screen context and replaces it itself.
     std::function<void()> renewContext = {};
 };
 
 /// Duration of a frame of a display with 60 frames per second.
 constexpr std::chrono::nanoseconds displayedFrame(16'666'667);
 
-/// A host of the library without a window and a JVM. It makes the native calls in the required order. The library has
-/// one global state, so use one host at a time. Call all functions on one thread, on which the GL context is current.
-/// The ink advances per frame, so draw 60 frames per second.
+/// A host of the library that needs no window and no JVM. It makes the native calls in the required order. The library
+/// has one global state, so use one host at a time. Call all functions on one thread, on which the GL context is
+/// current. Call `draw` 60 times per second, because the ink advances by one step per frame.
 class EffectHost {
 public:
-    /// Sets up the library, the GL context, the images and the water. Throws HostError if there is no GL context or the
-    /// library refuses an image.
+    /// Sets up the library, the GL context, the images and the water. Throws HostError if no GL context can be created
+    /// or the library rejects an image.
     /// @param options options of the host
     explicit EffectHost(EffectHostOptions options);
 
@@ -90,9 +90,9 @@ public:
     void frame(std::span<const ScriptEvent> events = {},
                std::chrono::nanoseconds elapsed = displayedFrame);
 
-    /// Applies events and advances the water. Draws nothing. Throws HostError if an event replaces the GL context and
-    /// that fails.
-    /// @param events events to apply, in order; their frame numbers are not used
+    /// Applies events and advances the water, but draws nothing. Throws HostError if an event replaces the GL context
+    /// and the replacement fails.
+    /// @param events events to apply, in order; their frame numbers are ignored
     /// @param elapsed time by which the water advances
     void step(std::span<const ScriptEvent> events, std::chrono::nanoseconds elapsed);
     /// Advances the ink by one frame and draws the effect into the default framebuffer.
@@ -102,31 +102,34 @@ public:
     /// @return 4 * width * height bytes: RGBA, rows from top to bottom
     std::vector<std::uint8_t> pixels() const { return readScreen(options.width, options.height); }
 
-    /// Passes one touch event to the ink, and to the water as ripples.
+    /// Passes one touch event to the ink, and raises ripples in the water.
     /// @param touch event in pixels of the screen, y down
     void touch(const Touch& touch);
     /// Removes the ink and ends the gesture.
     void clearInk();
     /// Tells whether the library shows ink.
-    /// @return false after a cancel event or clearInk, until the next other touch event
+    /// @return false from a cancel event or clearInk until the next event of another kind
     bool inkShown();
     /// Replaces the GL context and creates the GL objects anew. The ink is lost. Throws HostError on failure.
     void loseContext();
-    /// Replaces the backgrounds. Throws HostError if the library refuses an image.
-    /// @param background first background; empty: the result of makeTestImage
-    /// @param secondBackground second background; empty: the result of makeTestImage
+    /// Replaces the backgrounds. Throws HostError if the library rejects an image.
+    /// @param background first background; if empty, makeTestImage makes it
+    /// @param secondBackground second background; if empty, makeTestImage makes it
     void setBackgrounds(Image background, Image secondBackground);
-    /// Replaces the grid and the mesh of the water. Waves and ink stay.
+    /// Replaces the first background. Throws HostError if the library rejects the image.
+    /// @param background first background; not empty
+    void setBackground(Image background);
+    /// Replaces the grid and the mesh of the water. Keeps the waves and the ink.
     /// @param settings new settings of the water
     void replaceWater(WaterSettings settings);
 
-    /// Returns the settings of the image for changing. A change takes effect with the next frame.
+    /// Returns the settings of the image, which the caller may change. A change takes effect in the next frame.
     /// @return the settings
     EffectSettings& effectSettings() { return options.effect; }
     /// Returns the settings of the image.
     /// @return the settings
     const EffectSettings& effectSettings() const { return options.effect; }
-    /// Returns the water for changing. Replace grid and mesh with replaceWater.
+    /// Returns the water, which the caller may change. Use replaceWater to change the grid or the mesh.
     /// @return the water; its address stays the same
     WaterDriver& water() { return *waterDriver; }
     /// Returns the water.
@@ -135,7 +138,8 @@ public:
     /// Returns the environment that owns the arrays.
     /// @return the environment
     JniEnvironment& jni() { return environment; }
-    /// Returns the off-screen context. Do not call it on a host with `renewContext`, which has no such context.
+    /// Returns the off-screen context. Must not be called if `renewContext` is set, because there is no such context
+    /// then.
     /// @return the context
     const GlContext& gl() const { return *context; }
     /// Returns the screen width.

@@ -18,14 +18,14 @@ namespace {
 
 constexpr std::array<const char*, 4> actionNames = {"down", "up", "move", "cancel"};
 constexpr int framesAfterLastEvent = 60;
-/// Maximum of sizes, positions and frame numbers. Larger than any screen and any gesture, and small enough that no
+/// Upper limit of sizes, positions and frame numbers. It is larger than any screen or gesture, and so small that no
 /// computation with it overflows.
 constexpr int maxNumber = 1'000'000;
 constexpr float maxPressure = 1e6f;
-/// Maximum length of an invalid word in an error message, in bytes.
+/// Number of bytes of an invalid word that an error message quotes at most.
 constexpr std::size_t maxQuotedLength = 40;
 
-/// Reads the words of one line from left to right. Knows file and line number for error messages.
+/// Reads the words of one line from left to right. Holds the file name and the line number for error messages.
 struct LineReader {
     const std::string& fileName;
     int number;
@@ -89,8 +89,8 @@ bool onOrOff(LineReader& line) {
     return found == "on";
 }
 
-/// Parses the part of a line after the frame number. The initializers in braces are evaluated from left to right, which
-/// is the order of the words.
+/// Parses the rest of a line after the frame number. C++ evaluates initializers in braces from left to right, which is
+/// also the order of the words on the line.
 ScriptAction parseAction(LineReader& line) {
     const std::string_view name = line.word();
     if (const auto action = touchActionOf(name)) {
@@ -141,7 +141,7 @@ void parseEvent(LineReader& line, GestureScript& script) {
     line.end();
 }
 
-/// Appends a space and the number for each number.
+/// Appends each number to the text, with a space before it.
 template <class... Numbers>
 void append(std::string& text, Numbers... numbers) {
     const auto appendNumber = [&](auto value) {

@@ -10,8 +10,8 @@
 namespace hostkit {
 
 /// @file
-/// Gesture scripts: recorded or written touches that a host replays. A script is a text with one event per line. `#`
-/// starts a comment, and blank lines are skipped:
+/// Gesture scripts: recorded or hand-written touches that a host replays. A script is a text with one event per line.
+/// `#` starts a comment. Blank lines are skipped. Example:
 ///
 ///     screen 1080 1920        screen size that the coordinates refer to, in pixels; default: 1080 1920
 ///     frames 240              number of frames to play; default: 60 frames after the last event
@@ -22,9 +22,9 @@ namespace hostkit {
 ///     120 clear               removes the ink at once
 ///     150 lose-context        replaces the GL context before the frame is drawn
 ///
-/// `screen` and `frames` come before the first event. Frames count from 0 and never decrease.
+/// `screen` and `frames` must come before the first event. Frame numbers start at 0 and never decrease.
 
-/// Kind of a touch event. The values are the action codes of the platform and of onTouch.
+/// Kind of a touch event. The values are Android's action codes, which onTouch expects.
 enum class TouchAction {
     /// The finger touches the screen.
     down = 0,
@@ -32,7 +32,7 @@ enum class TouchAction {
     up = 1,
     /// The finger moves on the screen.
     move = 2,
-    /// The platform ends the gesture. The library then hides the ink.
+    /// The system ends the gesture. The library then hides the ink.
     cancel = 3
 };
 
@@ -75,7 +75,7 @@ struct LoseContext {
 /// An action of a script.
 using ScriptAction = std::variant<Touch, InkColor, SecondBackground, ClearInk, LoseContext>;
 
-/// An action and its time.
+/// An action and the frame at which it happens.
 struct ScriptEvent {
     /// Frame before which the action is applied, from 0.
     int frame;
@@ -84,11 +84,11 @@ struct ScriptEvent {
     bool operator==(const ScriptEvent&) const = default;
 };
 
-/// A parsed gesture script.
+/// A gesture script in memory.
 struct GestureScript {
-    /// Width of the screen that the positions refer to, in pixels.
+    /// Screen width in pixels to which the positions refer.
     int screenWidth = 1080;
-    /// Height of that screen in pixels.
+    /// Screen height in pixels to which the positions refer.
     int screenHeight = 1920;
     /// Number of frames to play, at least 1.
     int frames = 60;
@@ -105,10 +105,10 @@ GestureScript parseGestureScript(std::string_view text, const std::string& fileN
 
 /// Writes an event as a line of a script.
 /// @param event event to write
-/// @return the line, without a line break
+/// @return the line; it does not end with a line break
 std::string writeScriptEvent(const ScriptEvent& event);
 
-/// Writes a script as text. parseGestureScript reads it back as an equal script. Comments are not kept.
+/// Writes a script as text. parseGestureScript reads this text back as an equal script. Comments are lost.
 /// @param script script to write
 /// @return the text
 std::string writeGestureScript(const GestureScript& script);
@@ -124,7 +124,7 @@ GestureScript loadGestureScript(const std::filesystem::path& file);
 /// @return the events in order; valid until the script changes
 std::span<const ScriptEvent> eventsOfFrame(const GestureScript& script, int frame);
 
-/// Scales the positions of a script to a screen of another size, each axis separately.
+/// Scales the positions of a script to a screen of another size. Each axis is scaled by its own factor.
 /// @param script script to scale
 /// @param width width of the new screen in pixels
 /// @param height height of the new screen in pixels

@@ -20,10 +20,10 @@ namespace {
                     " failed with EGL error " + code + "; check that Mesa is installed");
 }
 
-/// Returns the initialized display. It exists until the program ends, while contexts are created and destroyed.
+/// Returns the initialized display. The display is kept until the program ends, so that contexts can come and go.
 EGLDisplay softwareDisplay() {
     static const EGLDisplay display = [] {
-        // The software rasteriser draws the same pixels on every machine, with or without a graphics card.
+        // The software rasteriser draws the same pixels on every machine, whether it has a graphics card or not.
         setenv("LIBGL_ALWAYS_SOFTWARE", "1", 0);
         askForFineFiltering();
         return eglGetPlatformDisplay(EGL_PLATFORM_SURFACELESS_MESA, nullptr, nullptr);
@@ -62,15 +62,15 @@ EGLConfig chooseConfig(EGLDisplay display) {
 }  // namespace
 
 void askForFineFiltering() {
-    // The ink is filtered hundreds of times as it flows. By default the rasteriser filters in 8 bits, which makes thin
-    // ink grainy.
+    // The ink is filtered hundreds of times while it flows. By default the rasteriser filters with 8 bits, which makes
+    // thin ink grainy.
     setenv("GALLIVM_PERF", "no_aos_sampling", 0);
 }
 
 GlContext::GlContext(void* onDisplay, int width, int height)
     : display(onDisplay), surfaceWidth(width), surfaceHeight(height) {}
 
-// Delegates to the private constructor, so that the destructor runs if a call below throws.
+// Delegates to the private constructor: if a call below throws, C++ then runs the destructor.
 GlContext::GlContext(int width, int height) : GlContext(softwareDisplay(), width, height) {
     const EGLConfig config = chooseConfig(display);
     const EGLint size[] = {EGL_WIDTH, width, EGL_HEIGHT, height, EGL_NONE};

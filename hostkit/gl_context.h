@@ -8,12 +8,12 @@
 namespace hostkit {
 
 /// Makes Mesa's software rasteriser filter textures with more than 8 bits. The ink needs this precision, because it
-/// keeps each value in two channels, a coarse and a fine one. Sets an environment variable, so call it before the first
-/// GL context of the process exists and before other threads start. GlContext calls it.
+/// keeps each value in two channels, a coarse and a fine one. Sets an environment variable, so it must be called before
+/// the process creates its first GL context and before other threads start. GlContext calls this function.
 void askForFineFiltering();
 
-/// An OpenGL ES 2.0 context with an off-screen RGBA8888 surface as its default framebuffer. Runs on Mesa's software
-/// rasteriser and needs no display. A program can have several; each is current on at most one thread.
+/// An OpenGL ES 2.0 context with an off-screen RGBA8888 surface as its default framebuffer. It runs on Mesa's software
+/// rasteriser and needs no display. A program can have several contexts; each is current on at most one thread.
 class GlContext {
 public:
     /// Creates a context and makes it current on the calling thread. Throws HostError if EGL or Mesa fails.
@@ -22,7 +22,7 @@ public:
     GlContext(int width, int height);
     /// Destroys the context and its GL objects.
     ~GlContext();
-    /// Moves the context. It stays current.
+    /// Moves the context to a new object. If it was current, it stays current.
     /// @param other source, which then has no context
     GlContext(GlContext&& other) noexcept;
     /// Swaps the two contexts.

@@ -11,7 +11,7 @@ struct Image {
     int width = 0;
     /// Height in pixels.
     int height = 0;
-    /// 4 * width * height bytes: red, green, blue, alpha. Rows go from top to bottom, without padding.
+    /// 4 * width * height bytes: red, green, blue, alpha. Rows go from top to bottom and have no padding.
     std::vector<std::uint8_t> rgba;
 
     /// Tells whether the image has no pixels.
@@ -19,7 +19,7 @@ struct Image {
     bool empty() const { return rgba.empty(); }
 };
 
-/// Computes the default reflection map: a soft sky with caustic light.
+/// Computes the default reflection map: a soft sky with caustic light, like the light on the floor of a pool.
 /// @param size width and height in pixels
 /// @return a square image
 Image makeReflectionMap(int size = 256);

@@ -13,7 +13,7 @@ std::span<Element> viewOf(std::byte* content, std::size_t bytes) {
 
 }  // namespace
 
-/// The JNIEnv that the library receives, with a reference to its owner.
+/// The JNIEnv that the library receives. Its functions find their JniEnvironment through `owner`.
 struct JniEnvironment::Environment : JNIEnv {
     JniEnvironment& owner;
     JniTable table{};

@@ -10,14 +10,14 @@
 
 namespace hostkit {
 
-/// Table of the JNI functions. Its type has different names in a JDK and in Android.
+/// Type of the table of JNI functions. A JDK and Android give this type different names.
 using JniTable = std::remove_cvref_t<decltype(*JNIEnv::functions)>;
 
-/// A JNIEnv for a host without a JVM. It has the four array functions that the library calls, and no others. It owns
-/// the arrays. Use it on one thread at a time.
+/// A JNIEnv for a host that has no JVM. It supports only the four array functions that the library calls. It owns the
+/// arrays. Use it on one thread at a time.
 class JniEnvironment {
 public:
-    /// Creates an environment without arrays.
+    /// Creates an environment that has no arrays yet.
     JniEnvironment();
     /// Destroys the arrays.
     virtual ~JniEnvironment();
@@ -40,21 +40,21 @@ public:
     /// @param array array of this environment
     void release(jarray array);
 
-    /// Returns the content of an array, as the host sees it.
+    /// Returns the elements of an array, which the host may read and write.
     /// @param array array of any environment
     /// @return the elements; valid as long as the array
     static std::span<float> elements(jfloatArray array);
-    /// Returns the content of an array, as the host sees it.
+    /// Returns the elements of an array, which the host may read and write.
     /// @param array array of any environment
     /// @return the elements; valid as long as the array
     static std::span<jshort> elements(jshortArray array);
-    /// Returns the number of an array.
+    /// Returns the id of an array.
     /// @param array array of any environment
-    /// @return its number in order of creation in its environment, from 1, for both types together
+    /// @return its number in order of creation in its environment, from 1; both array types share one count
     static int id(jarray array);
 
 protected:
-    /// Zeroed content between two guard zones.
+    /// Content between two guard zones. The content is 0 at first.
     struct Block {
         /// Creates a block.
         /// @param contentBytes size of the content in bytes
@@ -75,7 +75,7 @@ protected:
     /// Value of every byte of an intact guard zone.
     static constexpr std::byte guardByte{0xA5};
 
-    /// Target of an array handle.
+    /// The object to which an array handle points.
     struct Array {
         /// Number of the array, from 1.
         int id;
@@ -88,24 +88,24 @@ protected:
     /// Creates an environment whose arrays have guard zones.
     /// @param guardLength length of each guard zone in elements
     explicit JniEnvironment(std::size_t guardLength);
-    /// Returns the target of an array handle.
+    /// Returns the object to which an array handle points.
     /// @param handle array of any environment
     /// @return the target
     static Array& arrayOf(jarray handle);
     /// Returns the arrays of this environment.
     /// @return the arrays in order of creation
     std::span<const std::unique_ptr<Array>> arrays() const { return owned; }
-    /// Returns the function table for changing.
+    /// Returns the function table, which the caller may change.
     /// @return the table of `env`
     JniTable& callTable();
 
-    /// Handles a Get...ArrayElements call. This version returns the array itself.
+    /// Handles a Get...ArrayElements call. This implementation returns the array itself.
     /// @param call JNI name of the function
     /// @param array array to pin
     /// @param isCopy output, may be null: whether the result is a copy
     /// @return the elements, or null on failure
     virtual void* pin(const char* call, Array& array, jboolean* isCopy);
-    /// Handles a Release...ArrayElements call. This version does nothing.
+    /// Handles a Release...ArrayElements call. This implementation does nothing.
     /// @param call JNI name of the function
     /// @param array pinned array
     /// @param data result of `pin`

@@ -2,7 +2,8 @@
 
 #include "velmora/native_for_velmora.h"
 
-/// Short names for the native methods, as in the host's Java class: `hostkit::native::onDrawFrame`.
+/// Short names for the native methods, for example `hostkit::native::onDrawFrame`. They equal the names in the Java
+/// class.
 namespace hostkit::native {
 
 /// @cond

@@ -5,22 +5,22 @@
 namespace hostkit {
 
 /// @file
-/// Conversion between numbers and text. On some platforms the C++ library has std::from_chars and std::to_chars for
-/// integers only. A build for such a platform defines these functions itself.
+/// Conversion between numbers and text. On some platforms std::from_chars and std::to_chars support only integers. A
+/// build for such a platform supplies its own definitions of these functions.
 
-/// Reads a number at the start of a text, as std::from_chars does.
+/// Parses a number at the start of a text, as std::from_chars does.
 /// @param first first character
 /// @param last end of the text
 /// @param value output: the number; unchanged on an error
 /// @return the end of the number, and the error
 std::from_chars_result readNumber(const char* first, const char* last, double& value);
-/// Reads a number at the start of a text, as std::from_chars does.
+/// Parses a number at the start of a text, as std::from_chars does.
 /// @param first first character
 /// @param last end of the text
 /// @param value output: the number; unchanged on an error
 /// @return the end of the number, and the error
 std::from_chars_result readNumber(const char* first, const char* last, float& value);
-/// Reads a number at the start of a text, as std::from_chars does.
+/// Parses a number at the start of a text, as std::from_chars does.
 /// @param first first character
 /// @param last end of the text
 /// @param value output: the number; unchanged on an error

@@ -3,18 +3,18 @@
 #include <cstdlib>
 #include <mutex>
 
-// Replaces rand() and srand() of the C library. The solver takes random numbers from rand(), so a gesture produces the
-// same flow with every C library. A program must link this object file directly. In an archive, the linker could prefer
-// the functions of the C library.
+// Replaces rand() and srand() of the C library. The solver takes random numbers from rand(), so with this replacement a
+// gesture produces the same flow whatever the C library. A program must link this object file directly: from an
+// archive, the linker could prefer the functions of the C library.
 //
-// The generator is x[n] = x[n - 3] + x[n - 31] without the lowest bit. It produces the same numbers as the GNU C
-// library, so a program with that library behaves the same without this file.
+// The generator computes x[n] = x[n - 3] + x[n - 31] and returns x[n] without its lowest bit. These are the numbers of
+// the GNU C library, so on that library a program behaves the same if it does not link this file.
 
 namespace {
 
 constexpr std::size_t history = 31;
 constexpr std::size_t lag = 3;
-/// Numbers to discard after seeding, because they still depend on the seed in a simple way.
+/// Number of values to discard after seeding, because they still depend on the seed in a simple way.
 constexpr int discarded = 310;
 
 class Generator {
@@ -49,7 +49,7 @@ constinit Generator generator(1);
 
 }  // namespace
 
-// The library's calls bind to these functions instead of those of the C library.
+// The library's calls bind to the functions below instead of those of the C library.
 #pragma GCC visibility push(default)
 extern "C" {
 

@@ -13,18 +13,18 @@ namespace hostkit {
 
 namespace {
 
-/// Time of one step in the unit of `pendingTime`.
+/// Duration of one step, in the unit of `pendingTime`.
 constexpr std::int64_t stepTime = 1'000'000'000;
-/// Maximum time that one call of advanceWater steps, in 60ths of a second.
+/// Maximum time that one call of advanceWater simulates, in 60ths of a second.
 constexpr std::int64_t maxFramesToCatchUp = 4;
 /// Maximum number of vertices that 16-bit indices can address.
 constexpr int maxVertices = 65536;
-/// Minimum of cells along a side: room for the cone of a ripple and the fixed border.
+/// Minimum number of cells along a side: room for the cone of a ripple and the fixed border.
 constexpr int minCells = 8;
-/// Maximum of cells along the shorter side, so that the mesh of a square screen has at most `maxVertices` vertices.
+/// Maximum number of cells along the shorter side: the mesh of a square screen then has at most `maxVertices` vertices.
 constexpr int maxShortSideCells = 254;
 
-/// Returns the length of one side of the screen, if the shorter side has the length `shortSide`.
+/// Returns the length of a side of a screen-shaped rectangle whose shorter side has the length `shortSide`.
 int scaled(int shortSide, int side, int otherSide) {
     const double aspect = std::max(1.0, static_cast<double>(side) / otherSide);
     return static_cast<int>(std::lround(std::min(shortSide * aspect, double{maxVertices})));
@@ -42,10 +42,10 @@ void runStep(WaterDriver& water, JniEnvironment& jni) {
     ++water.steps;
 }
 
-/// Raises the native cone at a position in screen pixels, y down.
+/// Raises a cone with the native method `ripple` at a position in screen pixels, y down.
 void raiseCone(const WaterDriver& water, JniEnvironment& jni, double x, double y, float strength) {
-    // `ripple` takes the position relative to the centre of the mesh, in the direction of increasing rows. The mesh is
-    // larger than the screen by `meshOverhang`.
+    // `ripple` expects the position relative to the centre of the mesh, y in the direction of increasing rows. The mesh
+    // is larger than the screen by `meshOverhang`, so the position is divided by it.
     const auto fromCentre = [](double position, int size) {
         return static_cast<float>((position - size / 2.0) / static_cast<double>(meshOverhang));
     };
@@ -58,7 +58,7 @@ void raiseCone(const WaterDriver& water, JniEnvironment& jni, double x, double y
 float interpolate(std::span<const float> grid, const WaterDriver& water, double x, double y) {
     const int left = std::min(static_cast<int>(x), water.columns - 2);
     const int top = std::min(static_cast<int>(y), water.rows - 2);
-    // A position beyond the last cell gets the value of that cell.
+    // Limit the weights to 1, so that a position beyond the last cell gets the value of the last cell.
     const auto weightX = static_cast<float>(std::min(1.0, x - left));
     const auto weightY = static_cast<float>(std::min(1.0, y - top));
     const auto rowAt = [&](int row) {
@@ -68,11 +68,12 @@ float interpolate(std::span<const float> grid, const WaterDriver& water, double 
     return std::lerp(rowAt(top), rowAt(top + 1), weightY);
 }
 
-/// Raises a cone wider than the native one, as a sum of native cones. Their centres form a triangular lattice with a
-/// spacing of one cone radius, and their heights decrease outwards. The sum is `overlap` times as high as one cone.
+/// Raises a cone wider than the native one as a sum of native cones. The centres of the cones form a triangular lattice
+/// with a spacing of one cone radius, and their heights decrease outwards. The sum is `overlap` times as high as one
+/// cone.
 void raiseWideCone(const WaterDriver& water, JniEnvironment& jni, double x, double y,
                    float strength) {
-    // Volume of a cone of radius and height 1, divided by the area of a lattice cell: 2 pi / (3 sqrt 3).
+    // Volume of a cone of radius 1 and height 1, divided by the area of a lattice cell: 2 pi / (3 sqrt 3).
     constexpr double overlap = 1.2092;
     // Distance between lattice rows in cone radii: sqrt(3) / 2.
     constexpr double rowSpacing = 0.8660254;

@@ -1,6 +1,7 @@
 #include "paintings/canvas.h"
 
 #include <cstdint>
+#include <initializer_list>
 
 #include "paintings/noise.h"
 

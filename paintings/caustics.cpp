@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "paintings/noise.h"
+#include "paintings/plate.h"
 
 namespace paintings {
 namespace {

@@ -3,10 +3,12 @@
 #include <cstdint>
 #include <vector>
 
+#include "hostkit/image.h"
 #include "paintings/canvas.h"
 #include "paintings/field.h"
 #include "paintings/noise.h"
 #include "paintings/paintings.h"
+#include "paintings/plate.h"
 
 namespace paintings {
 namespace {

@@ -5,9 +5,11 @@
 #include <iterator>
 #include <vector>
 
+#include "hostkit/image.h"
 #include "paintings/canvas.h"
 #include "paintings/noise.h"
 #include "paintings/paintings.h"
+#include "paintings/plate.h"
 
 namespace paintings {
 namespace {

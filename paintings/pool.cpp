@@ -1,11 +1,13 @@
 #include <algorithm>
 #include <cmath>
 
+#include "hostkit/image.h"
 #include "paintings/canvas.h"
 #include "paintings/caustics.h"
 #include "paintings/field.h"
 #include "paintings/noise.h"
 #include "paintings/paintings.h"
+#include "paintings/plate.h"
 
 namespace paintings {
 namespace {

@@ -1,10 +1,12 @@
 #include <algorithm>
 #include <iterator>
 
+#include "hostkit/image.h"
 #include "paintings/canvas.h"
 #include "paintings/field.h"
 #include "paintings/noise.h"
 #include "paintings/paintings.h"
+#include "paintings/plate.h"
 
 namespace paintings {
 namespace {

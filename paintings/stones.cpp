@@ -5,10 +5,12 @@
 #include <iterator>
 #include <vector>
 
+#include "hostkit/image.h"
 #include "paintings/canvas.h"
 #include "paintings/caustics.h"
 #include "paintings/noise.h"
 #include "paintings/paintings.h"
+#include "paintings/plate.h"
 
 namespace paintings {
 namespace {

@@ -6,9 +6,14 @@
 #include <utility>
 
 #include "app/size.h"
-#include "player/image.h"
+#include "desktop/image.h"
 
 namespace player {
+
+using desktop::drawScaled;
+using desktop::plainImage;
+using desktop::savePng;
+
 namespace {
 
 constexpr int maxStills = 12;

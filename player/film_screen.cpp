@@ -2,13 +2,15 @@
 
 #include <imgui.h>
 
+#include "app/effect_probe.h"
 #include "app/size.h"
+#include "desktop/image.h"
 #include "hostkit/image.h"
-#include "hostkit/instruments/effect_probe.h"
 #include "player/draw/overlays.h"
-#include "player/image.h"
 
 namespace player {
+
+using desktop::readFrame;
 
 FilmScreen::FilmScreen(app::Size screen, Overlays shown) : size(screen), overlays(shown) {
     context.emplace(size.width, size.height);
@@ -29,7 +31,7 @@ void FilmScreen::renewContext() {
     }
 }
 
-void FilmScreen::drawOver(const hostkit::EffectProbe& probe) {
+void FilmScreen::drawOver(const app::EffectProbe& probe) {
     if (!painter) {
         return;
     }

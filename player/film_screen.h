@@ -2,10 +2,10 @@
 
 #include <optional>
 
+#include "app/effect_probe.h"
 #include "app/size.h"
 #include "hostkit/gl_context.h"
 #include "hostkit/image.h"
-#include "hostkit/instruments/effect_probe.h"
 #include "player/draw/draw_overlays.h"
 #include "player/draw/overlays.h"
 #include "player/draw/painter.h"
@@ -20,7 +20,7 @@ public:
 
     /// Replaces the context and its GL objects.
     void renewContext();
-    void drawOver(const hostkit::EffectProbe& probe);
+    void drawOver(const app::EffectProbe& probe);
     /// Returns the frame on the screen, opaque.
     hostkit::Image shown() const;
 

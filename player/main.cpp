@@ -4,7 +4,7 @@
 #include <system_error>
 
 #include "app/text.h"
-#include "player/failure.h"
+#include "desktop/failure.h"
 #include "player/options.h"
 #include "player/run.h"
 #include "player/window/window_player.h"
@@ -15,8 +15,8 @@ int main(int argc, char** argv) {
             player::wantsWindow(*options) ? player::runWindow(*options) : player::run(*options);
         }
         if (std::fflush(stdout) != 0 && errno != EPIPE) {
-            throw player::Failure("cannot write to standard output",
-                                  std::generic_category().message(errno));
+            throw desktop::Failure("cannot write to standard output",
+                                   std::generic_category().message(errno));
         }
         return 0;
     } catch (const std::exception& error) {

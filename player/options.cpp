@@ -8,12 +8,15 @@
 
 #include "app/size.h"
 #include "app/text.h"
-#include "player/failure.h"
+#include "desktop/failure.h"
 #include "player/help_text.h"
 #include "player/size.h"
 #include "velmora/version.h"
 
 namespace player {
+
+using desktop::Failure;
+
 namespace {
 
 constexpr int maxFrames = 1'000'000;

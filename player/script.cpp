@@ -4,10 +4,13 @@
 #include <string>
 #include <variant>
 
-#include "player/failure.h"
-#include "player/files.h"
+#include "desktop/failure.h"
+#include "desktop/files.h"
 
 namespace player {
+
+using desktop::readWhole;
+using desktop::warn;
 
 hostkit::GestureScript loadScript(const std::filesystem::path& file) {
     hostkit::GestureScript script =

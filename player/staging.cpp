@@ -7,9 +7,12 @@
 #include <utility>
 #include <vector>
 
-#include "player/failure.h"
+#include "desktop/failure.h"
 
 namespace player {
+
+using desktop::Failure;
+
 namespace {
 
 namespace fs = std::filesystem;

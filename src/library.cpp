@@ -1,7 +1,8 @@
 #include "effect/effect_state.h"
 #include "kit/animation_manager.h"
 
-// The library's globals in the order of their construction. The unload destroys them in reverse order.
+// The library's globals in the order of their construction. They are destroyed in reverse order when the library is
+// unloaded.
 
 namespace velmora {
 

@@ -17,7 +17,7 @@ async function saveScreenshot(name, preset, gesture, frame, options, withPanel) 
         await page.keyboard.press("Tab");
     }
     await frames(page, frame);
-    await page.evaluate(() => (window.velmora.view.paused = true));
+    await page.evaluate(() => (window.velmora.pause.isOn = true));
     await waitUntilIdle(page);
     await page.addStyleTag({ content: "#toast, .frame-times { display: none }" });
     await page.screenshot({ path: join(screenshotFolder, name) });

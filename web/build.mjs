@@ -10,12 +10,19 @@ import { build } from "esbuild";
 const here = dirname(fileURLToPath(import.meta.url));
 const output = process.argv[2];
 
-/** Returns the texts of the files in a folder by their names without suffix. */
-function texts(folder, suffix) {
+/** Returns the bytes of the files in a folder by their names without suffix. */
+function contents(folder, suffix) {
     const files = readdirSync(join(here, "..", folder)).filter((file) => file.endsWith(suffix));
-    return Object.fromEntries(
-        files.sort().map((file) => [file.slice(0, -suffix.length), readFileSync(join(here, "..", folder, file), "utf8")]),
-    );
+    return files.sort().map((file) => [file.slice(0, -suffix.length), readFileSync(join(here, "..", folder, file))]);
+}
+
+function texts(folder, suffix) {
+    return Object.fromEntries(contents(folder, suffix).map(([name, bytes]) => [name, bytes.toString("utf8")]));
+}
+
+function dataUrls(folder, suffix, type) {
+    const urls = contents(folder, suffix).map(([name, bytes]) => [name, `data:${type};base64,${bytes.toString("base64")}`]);
+    return Object.fromEntries(urls);
 }
 
 const bundle = await build({
@@ -30,6 +37,7 @@ const bundle = await build({
     define: {
         PRESETS: JSON.stringify(texts("presets", ".json")),
         GESTURES: JSON.stringify(texts("gestures", ".gesture")),
+        THUMBNAILS: JSON.stringify(dataUrls("presets", ".jpg", "image/jpeg")),
     },
     logLevel: "warning",
 });

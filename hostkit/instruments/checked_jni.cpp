@@ -20,7 +20,7 @@ namespace {
     endProgram("the library may not call this JNI function: " + std::string(call));
 }
 
-/// Functions with the type of a JNI function that abort with its name.
+/// Functions with the type of a JNI function. Each aborts the program and prints the name of the JNI function.
 template <class Name, class Result, class... Arguments>
 struct Refusal {
     static Result call(Arguments...) { rejectCall(Name{}()); }
@@ -37,7 +37,7 @@ void refuseCalls(Result (*&slot)(Arguments..., ...), Name) {
     slot = Refusal<Name, Result, Arguments...>::callVariadic;
 }
 
-/// Refuses GetModule, which JNI 9 added and which Android's jni.h does not declare.
+/// Rejects GetModule, which JNI 9 added and which Android's jni.h does not declare.
 template <class Table>
 void refuseGetModule(Table& table) {
     if constexpr (requires { table.GetModule; }) {

@@ -11,12 +11,12 @@
 
 namespace hostkit {
 
-/// Result of a Get...ArrayElements call: the array itself or a copy. A JVM may return either.
+/// Kind of pointer that a Get...ArrayElements call returns: to the array itself or to a copy. A JVM may return either.
 enum class ArrayAccess { direct, copy };
 
 struct JniOptions {
     ArrayAccess access = ArrayAccess::direct;
-    /// Number of guard elements before and after each array and each copy; 0 for none.
+    /// Number of guard elements before and after each array and each copy. At 0 there are no guards.
     std::size_t guardElements = 0;
 };
 
@@ -34,7 +34,7 @@ struct JniCall {
 struct GuardDamage {
     /// Id of the array.
     int array;
-    /// Index relative to the start of the array: negative before it, at least its length after it.
+    /// Index relative to the start of the array. Negative before the array; at least its length after the array.
     std::ptrdiff_t element;
     bool operator==(const GuardDamage&) const = default;
 };
@@ -45,12 +45,12 @@ class CheckedJni : public JniEnvironment {
 public:
     explicit CheckedJni(JniOptions options = {});
 
-    /// Sets the result of later Get calls. Arrays that are already pinned do not change.
+    /// Sets the kind of pointer that later Get calls return. Arrays that are already pinned do not change.
     void setAccess(ArrayAccess chosen) { access = chosen; }
-    /// Makes the Get calls for this array return null, as a JVM without memory does. Null: no array fails.
+    /// Makes Get calls for this array return null, as a JVM does if memory runs out. Null means that no array fails.
     void refuse(jarray array);
 
-    /// Turns the log on or off. A frame without logging allocates no memory here.
+    /// Turns the log on or off. While the log is off, a frame allocates no memory in this class.
     void setLogging(bool on) { logging = on; }
     /// Returns the logged calls since the start or the last `clearCalls`, in order.
     const std::vector<JniCall>& calls() const { return log; }
@@ -66,7 +66,7 @@ public:
     const std::vector<GuardDamage>& checkGuards();
 
 private:
-    /// Pins of one array that are not released yet.
+    /// Pins of one array that are still held.
     struct Pins {
         int direct = 0;
         std::vector<Block> copies;
@@ -81,9 +81,9 @@ private:
     bool logging = false;
     std::vector<JniCall> log;
     std::vector<GuardDamage> found;
-    /// Pins by the id of their array.
+    /// Held pins, by the id of their array.
     std::map<int, Pins> held;
-    /// Id of the array that cannot be pinned; 0: none.
+    /// Id of the array for which Get calls return null, or 0 if there is none.
     int refused = 0;
     int pins = 0;
 };

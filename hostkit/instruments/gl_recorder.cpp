@@ -11,6 +11,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <iterator>
+#include <span>
 
 namespace hostkit {
 
@@ -61,13 +62,13 @@ constexpr EnumName enumNames[] = {
 };
 #undef HOSTKIT_ENUM
 
-/// Facts about the objects of the current context. They are collected even when recording is off.
+/// Facts about the objects of the current context. The recorder collects them even while recording is off.
 struct Knowledge {
     std::map<std::pair<GLuint, GLint>, std::string> uniforms;
     std::map<std::pair<GLuint, GLuint>, std::string> attributes;
     std::map<GLuint, std::string> shaderSources;
     std::map<GLuint, std::string> programs;
-    /// Number of calls by function, for functions that `refuse` can make fail.
+    /// Number of calls so far by function name, for functions that the hook `refuse` can make fail.
     std::map<std::string, int> failable;
     /// Program in use.
     GLuint program = 0;
@@ -91,7 +92,7 @@ Function* realFunction(const char* name) {
     return reinterpret_cast<Function*>(found);
 }
 
-// Types of arguments, one for each way to write an argument as text.
+// Wrappers of arguments. Each type selects one way to write an argument as text.
 struct Enum {
     GLenum value;
 };
@@ -197,7 +198,8 @@ std::string show(Values<Number> shown) {
     return text + "]";
 }
 
-/// Runs the hook `inside`. Returns false if the hook itself makes the call, which is then only forwarded.
+/// Runs the hook `inside`. Returns false if the hook itself made this call. The caller then forwards the call and does
+/// nothing else.
 bool enter(const char* function) {
     Knowledge& known = knowledge();
     if (known.insideHook) {
@@ -211,7 +213,7 @@ bool enter(const char* function) {
     return true;
 }
 
-/// Runs the hook `after` at the end of its scope. Each forwarding function declares one.
+/// Runs the hook `after` when its scope ends. Each forwarding function declares one.
 struct AfterHook {
     AfterHook() = default;
     AfterHook(const AfterHook&) = delete;
@@ -306,7 +308,7 @@ GLuint created(const char* function, GlKind kind, const std::string& text, GLuin
     return name;
 }
 
-/// Finishes a status query: replaces the status if the hook `refuse` says so, and records the call.
+/// Finishes a status query: sets the status to GL_FALSE if the hook `refuse` returns true, and records the call.
 void answerStatus(const char* function, Object object, GLenum name, GLint* value) {
     const bool status = name == GL_COMPILE_STATUS || name == GL_LINK_STATUS;
     if (status && refused(function)) {
@@ -344,6 +346,10 @@ void nameProgram(GLuint program, GLuint shader) {
 GlRecorder& glRecorder() {
     static GlRecorder recorder;
     return recorder;
+}
+
+GlObserver& sharedGlObserver() {
+    return glRecorder();
 }
 
 std::string GlRecorder::record(const std::function<void()>& functor) {
@@ -384,15 +390,16 @@ void GlRecorder::reset() {
 
 using namespace hostkit;  // NOLINT(google-build-using-namespace): GL functions are global
 
-// The library's calls bind to these definitions instead of those of the GL library.
+// The library's GL calls bind to the functions below instead of those of the GL library.
 #pragma GCC visibility push(default)
 
 #define HOSTKIT_REAL(function)                                             \
     static auto* const real = realFunction<decltype(function)>(#function); \
     const AfterHook afterHook
 
-/// Defines the forwarding function of a GL function without a result. The macro's arguments are its name, its
-/// parameters, the forwarded arguments, a statement that updates the recorder's knowledge, and the arguments to show.
+/// Defines the forwarding function of a GL function that returns nothing. The macro's arguments are the function's name
+/// and parameters, the forwarded arguments, a statement that updates the recorder's knowledge, and the arguments to
+/// record.
 #define HOSTKIT_LEARNING_FORWARD(function, parameters, arguments, learn, ...) \
     void GL_APIENTRY function parameters {                                    \
         HOSTKIT_REAL(function);                                               \
@@ -590,7 +597,7 @@ GLint GL_APIENTRY glGetUniformLocation(GLuint program, const GLchar* name) {
     const bool seen = enter("glGetUniformLocation");
     const GLint location = real(program, name);
     if (seen) {
-        // Uniforms that the compiler removed share the location -1, which gets the last name.
+        // Uniforms that the shader compiler removed all have location -1. The last name is kept for this location.
         knowledge().uniforms[{program, location}] = name;
     }
     if (seen && glRecorder().recording) {

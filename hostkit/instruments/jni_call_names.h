@@ -1,7 +1,7 @@
 #pragma once
 
 // clang-format off
-// Functions of JNI 1.6 that the library may not call, in the order of jni.h.
+// Functions of JNI 1.6 that the library must not call, in the order of jni.h.
 #define HOSTKIT_OTHER_JNI_CALLS(X) \
     X(GetVersion) X(DefineClass) X(FindClass) X(FromReflectedMethod) X(FromReflectedField) \
     X(ToReflectedMethod) X(GetSuperclass) X(IsAssignableFrom) X(ToReflectedField) X(Throw) \

@@ -3,29 +3,30 @@
 #pragma once
 
 /// @file
-/// The light that ink lets through.
+/// The absorption of light by ink.
 
-// How ink darkens light: the formula of the water's fragment shader (src/gpu/shaders/waterInk.frag) in C++, for the
-// library and for hosts that choose an ink colour. Colour channels are factors in [0, 1].
+// The formula by which ink darkens light, in C++. It is the formula of the water's fragment shader
+// (src/gpu/shaders/waterInk.frag), for the library and for hosts that choose an ink colour. Colour channels are factors
+// in [0, 1].
 
 namespace velmora {
 
 /// Highest density of ink.
 constexpr float maxInkDensity = 127.0f;
 
-/// Darkening by ink of density 1, in every ink frame.
+/// Darkening by ink of density 1 in every frame with ink.
 constexpr float frameInkIntensity = 0.02f;
 
-/// Offset that every ink frame subtracts from inkTransparency.
+/// Offset that every frame with ink subtracts from inkTransparency.
 constexpr float frameInkColorOffset = 0.001f;
 
 /// Offset that the library adds to each channel of the host's ink colour, so that no channel is black.
 constexpr double inkLightening = 0.05;
 
-/// Channel of an ink colour that would absorb no light.
+/// Value of an ink colour's channel at which the ink would absorb no light.
 constexpr double inkTransparency = 1.5;
 
-/// Returns the channel of the ink for a channel of the host's ink colour.
+/// Converts a channel of the host's ink colour to the channel that the library uses.
 /// @param hostChannel channel of the colour that the host passes to onDrawFrame, 0 to 1
 /// @return the channel, 0.05 to 1.05
 constexpr float inkChannel(float hostChannel) {
@@ -34,7 +35,7 @@ constexpr float inkChannel(float hostChannel) {
 
 /// Returns the absorption of a colour channel by ink. Bright channels of the ink absorb little.
 /// @param channel channel of the ink as returned by inkChannel
-/// @param colorOffset offset that the ink frame subtracts from inkTransparency
+/// @param colorOffset offset that a frame with ink subtracts from inkTransparency
 /// @return the absorption, at least 0.4
 constexpr float inkAbsorption(float channel, float colorOffset = frameInkColorOffset) {
     const double transparency = inkTransparency - static_cast<double>(colorOffset);

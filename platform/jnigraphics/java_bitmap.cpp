@@ -12,7 +12,8 @@ struct BitmapFields {
     jfieldID pixels;
 };
 
-/// Field IDs of android.graphics.Bitmap. Written during class initialisation, before any thread can use a bitmap.
+/// Field IDs of android.graphics.Bitmap. They are written when that class is initialised, before a thread can use a
+/// bitmap.
 BitmapFields gFields{};
 
 std::uint32_t unsignedField(JNIEnv* env, jobject object, jfieldID field) {
@@ -30,7 +31,7 @@ void Java_android_graphics_Bitmap_readBitmapsThroughJni(JNIEnv* env, jclass type
         field = env->GetFieldID(type, name, signature);
         return field != nullptr;
     };
-    // A failed look-up leaves a pending exception, and JNI forbids further look-ups while it is pending.
+    // A failed look-up leaves a Java exception pending, and JNI forbids further look-ups until it is cleared.
     if (find(found.width, "width", "I") && find(found.height, "height", "I") &&
         find(found.rowBytes, "rowBytes", "I") && find(found.format, "format", "I") &&
         find(found.pixels, "pixels", "Ljava/nio/ByteBuffer;")) {

@@ -5,7 +5,7 @@
 
 // Reads bitmaps that are objects of the Java class android.graphics.Bitmap through JNI.
 
-/// Returns true if that class has been initialised in this process. All bitmaps are then Java objects.
+/// Returns true if android.graphics.Bitmap has been initialised in this process. All bitmaps are then Java objects.
 bool bitmapsAreJavaObjects();
 
 int getJavaBitmapInfo(JNIEnv* env, jobject bitmap, AndroidBitmapInfo* info);

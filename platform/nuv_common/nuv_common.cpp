@@ -6,7 +6,7 @@
 
 #include "kit/oru.h"
 
-// The symbols of the rendering kit that libpeluxVelmora imports. kit/oru.h declares them.
+// Defines the symbols of the rendering kit that libpeluxVelmora imports. src/kit/oru.h declares them.
 
 std::map<EGLContext, oru::ContextTextures> gTextureMap;
 
@@ -23,7 +23,7 @@ float Drawable::mViewMatrix[16];
 float Drawable::mProjectionMatrix[16];
 float Drawable::mIdentityMatrix[16] = {1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1};
 
-/// Allocates storage, so that a leak checker reports a scene that does not release its model object.
+/// Allocates memory, so that a leak checker reports a scene that does not release its model object.
 ModelObject::ModelObject() : mVertices(12) {}
 
 }  // namespace oru

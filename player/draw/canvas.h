@@ -2,7 +2,9 @@
 
 #include <GLES2/gl2.h>
 
+#include "app/density_overlay.h"
 #include "app/size.h"
+#include "app/textured_quad.h"
 
 namespace player {
 
@@ -19,16 +21,13 @@ public:
     void keep(app::Size screen);
     /// Draws the stored frame. Does nothing if there is none.
     void show(app::Size screen);
-    /// Draws the density texture over the screen in translucent false colours. Zero density is black.
-    void showDensity(GLuint texture, app::Size screen);
+    /// Draws the density texture over the screen in false colours.
+    void showDensity(GLuint texture, app::Size screen) { density.draw(texture, screen); }
 
 private:
-    void drawQuad(GLuint program, GLuint texture, app::Size screen) const;
-
-    GLuint frameProgram;
-    GLuint densityProgram;
+    app::TexturedQuad quad;
+    app::DensityOverlay density;
     GLuint frame = 0;
-    GLuint quad = 0;
     app::Size frameSize{0, 0};
 };
 

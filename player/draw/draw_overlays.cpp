@@ -7,19 +7,19 @@
 namespace player {
 namespace {
 
-constexpr float dotSide = 3.0f;
-
 void drawLine(ImDrawList& list, const app::FlowLine& line) {
-    const ImVec4 color(1.0f, 1.0f - 0.8f * line.heat, 0.2f, line.strength);
-    list.AddLine(ImVec2(line.x, line.y), ImVec2(line.endX, line.endY), ImGui::GetColorU32(color),
-                 2.0f);
+    const auto [red, green, blue] = line.color;
+    list.AddLine(ImVec2(line.x, line.y), ImVec2(line.endX, line.endY),
+                 ImGui::GetColorU32(ImVec4(red, green, blue, line.opacity)), app::flowLineWidth);
     // A square needs fewer vertices than a circle. A draw list holds 65536, and the lines may fill the screen.
-    list.AddRectFilled(ImVec2(line.x - dotSide / 2, line.y - dotSide / 2),
-                       ImVec2(line.x + dotSide / 2, line.y + dotSide / 2),
-                       ImGui::GetColorU32(ImVec4(0.1f, 0.1f, 0.1f, line.strength)));
+    constexpr float reach = app::flowDotSide / 2;
+    constexpr float shade = app::flowDotShade;
+    list.AddRectFilled(ImVec2(line.x - reach, line.y - reach),
+                       ImVec2(line.x + reach, line.y + reach),
+                       ImGui::GetColorU32(ImVec4(shade, shade, shade, line.opacity)));
 }
 
-void drawVelocity(const hostkit::VelocityField& field) {
+void drawVelocity(const app::VelocityField& field) {
     const ImVec2 screen = ImGui::GetIO().DisplaySize;
     for (const app::FlowLine& line :
          app::flowLines(field.bytes, field.columns, field.rows, screen.x, screen.y)) {
@@ -29,7 +29,7 @@ void drawVelocity(const hostkit::VelocityField& field) {
 
 }  // namespace
 
-void drawOverlays(Overlays overlays, const hostkit::EffectProbe& probe, Canvas& canvas,
+void drawOverlays(Overlays overlays, const app::EffectProbe& probe, Canvas& canvas,
                   app::Size screen) {
     if (overlays.ink && probe.inkTexture() != 0) {
         canvas.showDensity(probe.inkTexture(), screen);

@@ -6,7 +6,7 @@
 #include <cstdint>
 #include <initializer_list>
 
-#include "player/draw/gl_state.h"
+#include "app/gl_state.h"
 
 namespace player {
 namespace {
@@ -60,7 +60,7 @@ bool clip(const ImVec4& rectangle, const ImDrawData& data) {
 }  // namespace
 
 ImGuiRenderer::ImGuiRenderer()
-    : program(buildGlProgram(vertexText, fragmentText, {"aPosition", "aTexture", "aColor"})) {
+    : program(app::buildGlProgram(vertexText, fragmentText, {"aPosition", "aTexture", "aColor"})) {
     glGenTextures(1, &font);
     glGenBuffers(2, buffers);
     uploadFont();
@@ -73,7 +73,7 @@ ImGuiRenderer::~ImGuiRenderer() {
 }
 
 void ImGuiRenderer::uploadFont() {
-    const GlStateGuard guard;
+    const app::GlStateGuard guard;
     unsigned char* pixels = nullptr;
     int width = 0;
     int height = 0;
@@ -87,7 +87,7 @@ void ImGuiRenderer::uploadFont() {
 }
 
 void ImGuiRenderer::draw(const ImDrawData& data) {
-    const GlStateGuard guard;
+    const app::GlStateGuard guard;
     prepare(data);
     for (int list = 0; list < data.CmdListsCount; ++list) {
         drawList(*data.CmdLists[list], data);

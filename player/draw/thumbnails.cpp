@@ -3,16 +3,22 @@
 #include <exception>
 #include <system_error>
 
+#include "app/gl_state.h"
+#include "desktop/image.h"
+#include "desktop/preset.h"
 #include "hostkit/image.h"
-#include "player/draw/gl_state.h"
-#include "player/image.h"
-#include "player/preset.h"
 
 namespace player {
+
+using desktop::covering;
+using desktop::loadImage;
+using desktop::thumbnailOf;
+using desktop::thumbnailPixels;
+
 namespace {
 
 GLuint textureOf(const hostkit::Image& image) {
-    const GlStateGuard guard;
+    const app::GlStateGuard guard;
     GLuint texture = 0;
     glGenTextures(1, &texture);
     glBindTexture(GL_TEXTURE_2D, texture);

@@ -47,6 +47,14 @@ bool isOnPanel(ImVec2 press) {
     return on;
 }
 
+/// Returns the code of a key. A letter key has the code of its Latin letter even if the keyboard layout has other
+/// letters.
+int codeOf(const SDL_Keysym& key) {
+    const bool isLetterKey = key.scancode >= SDL_SCANCODE_A && key.scancode <= SDL_SCANCODE_Z;
+    const bool isForeign = key.sym > 0x7F && (key.sym & SDLK_SCANCODE_MASK) == 0;
+    return isLetterKey && isForeign ? SDLK_a + (key.scancode - SDL_SCANCODE_A) : key.sym;
+}
+
 void requestCommands(int code, Requests& requests) {
     for (const Key& key : keys()) {
         if (key.code == code) {
@@ -75,7 +83,7 @@ bool handleEvents(const GlWindow& window, Pointer& pointer, app::Session& sessio
             SDL_free(event.drop.file);
         } else if (isShortcut(event)) {
             session.noteInput(app::Clock::now());
-            requestCommands(event.key.keysym.sym, requests);
+            requestCommands(codeOf(event.key.keysym), requests);
         } else if (const auto press = pressPosition(event); !press || !isOnPanel(*press)) {
             feed(pointer, event, window, session);
         }

@@ -8,11 +8,14 @@
 #include <string>
 #include <utility>
 
+#include "desktop/failure.h"
 #include "hostkit/gl_context.h"
-#include "player/failure.h"
 #include "player/window/x11_desktop.h"
 
 namespace player {
+
+using desktop::Failure;
+
 namespace {
 
 Failure failed(const char* message) {

@@ -18,7 +18,7 @@ void Keeper::switchFilm() {
         finishFilm();
     } else {
         filmStart = Clock::now();
-        showToast(toast, "filming " + shots.startFilm(session.size()).string());
+        showToast(toast, "Filming " + shots.startFilm(session.size()).string());
     }
 }
 
@@ -31,7 +31,8 @@ void Keeper::addToFilm() {
 void Keeper::finishFilm() {
     if (filming()) {
         const auto film = shots.finishFilm();
-        showToast(toast, film ? "filmed " + film->string() : "no film saved: it had no frame");
+        showToast(toast,
+                  film ? "Saved " + film->string() : "No video is saved, because it had no frame");
     }
 }
 
@@ -41,7 +42,7 @@ void Keeper::switchRecording() {
     } else {
         const fs::path file = shots.createGestureFile();
         startRecording(file);
-        showToast(toast, "recording " + file.string() + "; the effect was reset");
+        showToast(toast, "Recording " + file.string() + ". The effect was reset.");
     }
 }
 
@@ -59,7 +60,7 @@ void Keeper::finishRecording() {
     session.core.finishRecording();
     shots.add(file);
     recorded = file;
-    showToast(toast, "recorded " + file.string() + "; G replays it");
+    showToast(toast, "Saved " + file.string() + ". G replays it.");
 }
 
 void Keeper::watchRecording() {
@@ -75,12 +76,12 @@ void Keeper::finish() {
 
 void Keeper::takeScreenshot() {
     shotWanted = false;
-    showToast(toast, "saved " + shots.screenshot(session.screenshot()).string());
+    showToast(toast, "Saved " + shots.screenshot(session.screenshot()).string());
 }
 
 fs::path Keeper::savePreset() {
     fs::path file = shots.preset(session.core.settings);
-    showToast(toast, "saved " + file.string());
+    showToast(toast, "Saved " + file.string());
     presetWithoutThumbnail = file;
     return file;
 }
@@ -99,8 +100,8 @@ std::vector<Mark> Keeper::marks() const {
             marks.push_back({label, std::chrono::duration_cast<std::chrono::seconds>(time)});
         }
     };
-    add(filming(), "film", filmStart);
-    add(session.recording() != nullptr, "gesture", recordingStart);
+    add(filming(), "Video", filmStart);
+    add(session.recording() != nullptr, "Gesture", recordingStart);
     return marks;
 }
 

@@ -2,6 +2,8 @@
 
 #include <span>
 
+#include "app/labels.h"
+
 namespace player {
 
 /// Actions of the keys and of the panel's buttons.
@@ -37,15 +39,12 @@ struct Key {
     Command command;
     /// Name of the key, for display.
     const char* name;
-    /// Description of the action, for the list of keys and the hints.
-    const char* label;
+    app::CommandText text;
 };
 
 std::span<const Key> keys();
 
-/// Description of dropped files, for the list of keys.
-constexpr const char* dropHelp =
-    "an image becomes the background, and the old background the second one; a preset is loaded; "
-    "a gesture script is played";
+/// Returns the texts of a command.
+const app::CommandText& textOf(Command command);
 
 }  // namespace player

@@ -8,16 +8,21 @@
 #include "app/backgrounds.h"
 #include "app/settings.h"
 #include "app/size.h"
+#include "desktop/failure.h"
+#include "desktop/files.h"
+#include "desktop/image.h"
+#include "desktop/interrupt.h"
 #include "hostkit/gesture_script.h"
 #include "hostkit/image.h"
-#include "player/failure.h"
-#include "player/files.h"
-#include "player/image.h"
-#include "player/interrupt.h"
-#include "player/preset.h"
+#include "player/inputs.h"
 #include "player/script.h"
 
 namespace player {
+
+using desktop::createFile;
+using desktop::Failure;
+using desktop::isInterrupted;
+
 namespace {
 
 using namespace std::chrono_literals;
@@ -100,7 +105,7 @@ OpenWindow::OpenWindow(const Options& options, app::Backgrounds backgrounds,
         }
         keeper.startRecording(options.record);
     }
-    showToast(toast, "F1 lists the keys, Tab opens the panel");
+    showToast(toast, "Drag to stir the water. Tab opens the settings, F1 lists the keys.");
 }
 
 void OpenWindow::run() {

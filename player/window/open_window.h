@@ -44,6 +44,11 @@ private:
     void turn();
     void runCommands();
     void run(Command command);
+    void goBack();
+    void switchPause();
+    void switchAttractMode();
+    void switchBackground();
+    void switchInk();
     void loadPreset(const std::filesystem::path& file);
     void loadNextPreset();
     void chooseInkForBackground();

@@ -1,12 +1,15 @@
 #include <cstddef>
 #include <filesystem>
+#include <optional>
+#include <string>
 #include <utility>
 
+#include "app/labels.h"
 #include "app/random_settings.h"
 #include "app/settings.h"
+#include "desktop/image.h"
+#include "desktop/preset.h"
 #include "hostkit/gesture_script.h"
-#include "player/image.h"
-#include "player/preset.h"
 #include "player/script.h"
 #include "player/window/keys.h"
 #include "player/window/open_window.h"
@@ -15,38 +18,40 @@
 #include "player/window/toast.h"
 
 namespace player {
+
+using desktop::loadImage;
+using desktop::NamedPreset;
+
 namespace {
 
 struct ViewSwitch {
     Command command;
     bool View::*state;
 };
-constexpr ViewSwitch viewSwitches[] = {
+constexpr ViewSwitch windowSwitches[] = {
     {Command::help, &View::help},
     {Command::panel, &View::panel},
+};
+constexpr ViewSwitch overlaySwitches[] = {
     {Command::velocityOverlay, &View::velocity},
     {Command::inkOverlay, &View::ink},
 };
 
-struct SettingSwitch {
-    Command command;
-    bool app::Settings::*state;
-};
-constexpr SettingSwitch settingSwitches[] = {
-    {Command::secondBackground, &app::Settings::secondBackground},
-    {Command::waterOnly, &app::Settings::waterOnly},
-};
-
-/// Toggles the switch of a command. Returns false if the command is no switch.
-template <class Switch, std::size_t count, class Owner>
-bool toggleSwitch(const Switch (&switches)[count], Command command, Owner& owner) {
-    for (const Switch& one : switches) {
+/// Toggles the switch of a command and returns its new state. Returns nothing if the command is no switch.
+template <std::size_t count>
+std::optional<bool> toggled(const ViewSwitch (&switches)[count], Command command, View& view) {
+    for (const ViewSwitch& one : switches) {
         if (one.command == command) {
-            owner.*one.state = !(owner.*one.state);
-            return true;
+            return view.*one.state = !(view.*one.state);
         }
     }
-    return false;
+    return std::nullopt;
+}
+
+/// Returns the toast for a switch: its label and its new state.
+std::string switchToast(Command command, bool on) {
+    return std::string(textOf(command).label) +
+           (on ? app::sharedText("on") : app::sharedText("off"));
 }
 
 }  // namespace
@@ -67,21 +72,29 @@ void OpenWindow::runCommands() {
 }
 
 void OpenWindow::run(Command command) {
-    if (toggleSwitch(viewSwitches, command, view) ||
-        toggleSwitch(settingSwitches, command, session.core.settings)) {
+    if (toggled(windowSwitches, command, view)) {
         return;
+    }
+    if (const std::optional<bool> on = toggled(overlaySwitches, command, view)) {
+        return showToast(toast, switchToast(command, *on));
     }
     switch (command) {
         case Command::pause:
-            return playback.switchPause();
+            return switchPause();
         case Command::step:
             return playback.step();
         case Command::attract:
-            return session.core.turnAttractMode(!session.core.attractMode().isOn());
+            return switchAttractMode();
+        case Command::secondBackground:
+            return switchBackground();
+        case Command::waterOnly:
+            return switchInk();
         case Command::clearInk:
-            return session.core.add(hostkit::ClearInk{});
+            session.core.add(hostkit::ClearInk{});
+            return showToast(toast, app::sharedText("clearedInk"));
         case Command::loseContext:
-            return session.core.add(hostkit::LoseContext{});
+            session.core.add(hostkit::LoseContext{});
+            return showToast(toast, "The graphics context was lost and rebuilt");
         case Command::nextPreset:
             return loadNextPreset();
         case Command::inkForBackground:
@@ -103,14 +116,51 @@ void OpenWindow::run(Command command) {
         case Command::fullScreen:
             return screen.window().switchFullScreen();
         case Command::back:
-            leaving = !std::exchange(view.help, false);
-            return;
+            return goBack();
         case Command::quit:
             leaving = true;
             return;
-        default:  // toggleSwitch has handled the rest
+        default:  // the switches
             return;
     }
+}
+
+/// Closes the topmost pop-up, the list of keys or the panel. If none is open, leaves the program, but never during a
+/// film or a recording.
+void OpenWindow::goBack() {
+    if (closePopup() || std::exchange(view.help, false) || std::exchange(view.panel, false)) {
+        return;
+    }
+    if (keeper.filming()) {
+        showToast(toast, "Press F to stop filming, or Q to quit");
+    } else if (session.recording() != nullptr) {
+        showToast(toast, "Press R to stop recording, or Q to quit");
+    } else {
+        leaving = true;
+    }
+}
+
+void OpenWindow::switchPause() {
+    playback.switchPause();
+    showToast(toast, playback.paused() ? app::sharedText("paused") : app::sharedText("resumed"));
+}
+
+void OpenWindow::switchAttractMode() {
+    const bool on = !session.core.attractMode().isOn();
+    session.core.turnAttractMode(on);
+    showToast(toast, switchToast(Command::attract, on));
+}
+
+void OpenWindow::switchBackground() {
+    bool& second = session.core.settings.secondBackground;
+    second = !second;
+    showToast(toast, second ? app::sharedText("secondPicture") : app::sharedText("firstPicture"));
+}
+
+void OpenWindow::switchInk() {
+    bool& waterOnly = session.core.settings.waterOnly;
+    waterOnly = !waterOnly;
+    showToast(toast, switchToast(Command::waterOnly, waterOnly));
 }
 
 void OpenWindow::loadPreset(const std::filesystem::path& file) {
@@ -126,17 +176,17 @@ void OpenWindow::loadNextPreset() {
 
 void OpenWindow::chooseInkForBackground() {
     session.core.settings.ink = session.core.inkAgainstBackground(0);
-    showToast(toast, "ink that contrasts with the background");
+    showToast(toast, app::sharedText("matchedInk"));
 }
 
 void OpenWindow::applyRandomSettings() {
     session.core.settings = app::randomSettings(randomSeed++);
-    showToast(toast, "random settings; P saves them as a preset");
+    showToast(toast, std::string(app::sharedText("randomSettings")) + ". P saves it as a preset.");
 }
 
 void OpenWindow::resetSettings() {
     session.core.settings = presetList.original();
-    showToast(toast, presetList.name() + ", reset");
+    showToast(toast, presetList.name());
 }
 
 void OpenWindow::savePreset() {
@@ -147,11 +197,11 @@ void OpenWindow::replay() {
     keeper.finishRecording();
     const std::filesystem::path file = keeper.lastRecording();
     if (file.empty()) {
-        showToast(toast, "no gesture recorded yet; R starts a recording");
+        showToast(toast, std::string(app::sharedText("noRecording")) + ". R starts a recording.");
         return;
     }
     playback.play(loadScript(file));
-    showToast(toast, "replaying " + file.string() + "; the effect was reset");
+    showToast(toast, "Replaying " + file.string() + ". The effect was reset.");
 }
 
 /// Loads a preset, plays a gesture script or makes an image the background.

@@ -10,12 +10,16 @@
 #include <type_traits>
 #include <utility>
 
-#include "player/preset.h"
+#include "app/labels.h"
+#include "desktop/preset.h"
 #include "player/window/frame_graph.h"
 #include "player/window/keys.h"
 #include "player/window/preset_grid.h"
 
 namespace player {
+
+using desktop::NamedPreset;
+
 namespace {
 
 /// Largest part of the window's width and height that the panel covers.
@@ -23,42 +27,55 @@ constexpr float maxPart = 0.6f;
 /// Colour of the preset's name after the user has changed a setting.
 constexpr ImU32 changedColor = IM_COL32(255, 190, 70, 255);
 
-/// Sections with buttons. The table of settings defines the sections of the sliders.
-enum class Place { preset, ink, tools };
+/// Sections with commands. The table of settings defines the sections of the sliders.
+enum class Place { preset, ink, view, save, developer };
 
 /// Check box of the panel. It runs the same command as its key.
 struct Switch {
-    const char* label;
+    Place place;
     Command command;
     bool View::*state;
 };
 constexpr Switch switches[] = {
-    {"pause", Command::pause, &View::paused},
-    {"attract mode", Command::attract, &View::attract},
-    {"velocity", Command::velocityOverlay, &View::velocity},
-    {"ink density", Command::inkOverlay, &View::ink},
-    {"film", Command::film, &View::filming},
-    {"record", Command::record, &View::recording},
+    {Place::view, Command::pause, &View::paused},
+    {Place::view, Command::attract, &View::attract},
+    {Place::save, Command::film, &View::filming},
+    {Place::save, Command::record, &View::recording},
+    {Place::developer, Command::velocityOverlay, &View::velocity},
+    {Place::developer, Command::inkOverlay, &View::ink},
 };
 
 struct Button {
     Place place;
-    const char* label;
     Command command;
 };
 constexpr Button buttons[] = {
-    {Place::preset, "next", Command::nextPreset},
-    {Place::preset, "random", Command::randomSettings},
-    {Place::preset, "reset", Command::resetSettings},
-    {Place::preset, "save", Command::savePreset},
-    {Place::ink, "match background", Command::inkForBackground},
-    {Place::ink, "clear", Command::clearInk},
-    {Place::tools, "step", Command::step},
-    {Place::tools, "replay", Command::replay},
-    {Place::tools, "screenshot", Command::screenshot},
-    {Place::tools, "full screen", Command::fullScreen},
-    {Place::tools, "lose context", Command::loseContext},
-    {Place::tools, "help", Command::help},
+    {Place::preset, Command::nextPreset},
+    {Place::preset, Command::randomSettings},
+    {Place::preset, Command::resetSettings},
+    {Place::preset, Command::savePreset},
+    {Place::ink, Command::inkForBackground},
+    {Place::ink, Command::clearInk},
+    {Place::view, Command::step},
+    {Place::view, Command::fullScreen},
+    {Place::view, Command::help},
+    {Place::save, Command::screenshot},
+    {Place::save, Command::replay},
+    {Place::developer, Command::loseContext},
+};
+
+/// Control of the mouse, for the list of keys.
+struct Control {
+    const char* name;
+    const char* description;
+};
+constexpr Control pointerControls[] = {
+    {"Drag", "Stir the water and release ink"},
+    {"Click", "Raise a ripple and release a blot of ink"},
+    {"Ctrl+click", "Type the number of a slider"},
+    {"Drop a file",
+     "Make a picture the background, load a preset, or play a gesture. The old picture becomes the "
+     "second one."},
 };
 
 float em() {
@@ -92,7 +109,7 @@ void hint(const char* label) {
 void hint(Command command) {
     for (const Key& key : keys()) {
         if (key.command == command) {
-            hint((std::string(key.label) + " (" + key.name + ")").c_str());
+            hint((std::string(key.text.description) + " (" + key.name + ")").c_str());
         }
     }
 }
@@ -193,24 +210,28 @@ void buttonControls(Place place, Requests& requests) {
         if (button.place != place) {
             continue;
         }
+        const char* label = textOf(button.command).label;
         const float padding = 2.0f * ImGui::GetStyle().FramePadding.x;
-        flow(ImGui::CalcTextSize(button.label).x + padding, std::exchange(first, false));
-        if (ImGui::Button(button.label)) {
+        flow(ImGui::CalcTextSize(label).x + padding, std::exchange(first, false));
+        if (ImGui::Button(label)) {
             requests.commands.push_back(button.command);
         }
         hint(button.command);
     }
 }
 
-void switchControls(const View& view, Requests& requests) {
+void switchControls(Place place, const View& view, Requests& requests) {
     float left = 0.0f;
     for (const Switch& one : switches) {
+        if (one.place != place) {
+            continue;
+        }
         if (left > 0.0f) {
             ImGui::SameLine(left);
         }
         left = left > 0.0f ? 0.0f : ImGui::GetWindowContentRegionMax().x / 2.0f;
         bool on = view.*one.state;
-        if (ImGui::Checkbox(one.label, &on)) {
+        if (ImGui::Checkbox(textOf(one.command).label, &on)) {
             requests.commands.push_back(one.command);
         }
         hint(one.command);
@@ -236,7 +257,7 @@ void presetControls(const Panel& panel) {
         }
         ImGui::EndCombo();
     } else {
-        hint(changed ? "The preset, with unsaved changes." : "The preset.");
+        hint(changed ? "The preset, with unsaved changes" : "The preset");
     }
     buttonControls(Place::preset, panel.requests);
 }
@@ -255,21 +276,36 @@ void inkControls(app::Settings& settings) {
     }
 }
 
+/// Draws the heading of a section of settings. Returns true if the section is open.
+bool heading(app::Group group, ImGuiTreeNodeFlags flags = 0) {
+    return ImGui::CollapsingHeader(app::groupNames[static_cast<int>(group)], flags);
+}
+
+/// Draws a section with the switches and buttons of a place. Returns true if the section is open.
+bool commandControls(const char* title, Place place, const Panel& panel) {
+    const bool open = ImGui::CollapsingHeader(title);
+    if (open) {
+        switchControls(place, panel.view, panel.requests);
+        buttonControls(place, panel.requests);
+    }
+    return open;
+}
+
 void groups(const Panel& panel) {
-    if (ImGui::CollapsingHeader("Water", ImGuiTreeNodeFlags_DefaultOpen)) {
+    if (heading(app::Group::water, ImGuiTreeNodeFlags_DefaultOpen)) {
         settingControls(app::Group::water, panel.settings);
     }
-    if (ImGui::CollapsingHeader("Light")) {
+    if (heading(app::Group::light)) {
         settingControls(app::Group::light, panel.settings);
     }
-    if (ImGui::CollapsingHeader("Ink")) {
+    if (heading(app::Group::ink)) {
         inkControls(panel.settings);
         settingControls(app::Group::ink, panel.settings);
         buttonControls(Place::ink, panel.requests);
     }
-    if (ImGui::CollapsingHeader("Tools")) {
-        switchControls(panel.view, panel.requests);
-        buttonControls(Place::tools, panel.requests);
+    commandControls(app::sharedText("viewSection"), Place::view, panel);
+    commandControls(app::sharedText("saveSection"), Place::save, panel);
+    if (commandControls(app::sharedText("developerSection"), Place::developer, panel)) {
         drawFrameGraph(panel.times);
     }
 }
@@ -298,7 +334,7 @@ void drawPanel(const Panel& panel) {
                       panel.rate < 10.0 ? "%.1f frames/s###panel" : "%.0f frames/s###panel",
                       panel.rate);
     } else {
-        std::snprintf(title, sizeof title, "%s###panel", panel.view.paused ? "paused" : "idle");
+        std::snprintf(title, sizeof title, "%s###panel", panel.view.paused ? "Paused" : "Idle");
     }
     keepInside("###panel", ImVec2(0.5f * em(), 0.5f * em()));
     ImGui::SetNextWindowSizeConstraints(ImVec2(width, 0.0f), ImVec2(width, height));
@@ -311,6 +347,14 @@ void drawPanel(const Panel& panel) {
     if (!open) {
         panel.requests.commands.push_back(Command::panel);
     }
+}
+
+bool closePopup() {
+    const int open = ImGui::GetCurrentContext()->OpenPopupStack.Size;
+    if (open > 0) {
+        ImGui::ClosePopupToLevel(open - 1, true);
+    }
+    return open > 0;
 }
 
 bool isHintDue() {
@@ -330,17 +374,19 @@ void drawHelp(Requests& requests) {
                      ImGuiWindowFlags_AlwaysAutoResize | ImGuiWindowFlags_NoCollapse) &&
         ImGui::BeginTable("keys", 2, ImGuiTableFlags_RowBg)) {
         ImGui::TableSetupColumn("key", ImGuiTableColumnFlags_WidthFixed);
-        ImGui::TableSetupColumn("label", ImGuiTableColumnFlags_WidthStretch);
-        const auto row = [](const char* name, const char* label) {
+        ImGui::TableSetupColumn("description", ImGuiTableColumnFlags_WidthStretch);
+        const auto row = [](const char* name, const char* description) {
             ImGui::TableNextColumn();
             ImGui::TextColored(ImGui::GetStyleColorVec4(ImGuiCol_CheckMark), "%s", name);
             ImGui::TableNextColumn();
-            ImGui::TextWrapped("%s", label);
+            ImGui::TextWrapped("%s", description);
         };
-        for (const Key& key : keys()) {
-            row(key.name, key.label);
+        for (const Control& control : pointerControls) {
+            row(control.name, control.description);
         }
-        row("drop", dropHelp);
+        for (const Key& key : keys()) {
+            row(key.name, key.text.description);
+        }
         ImGui::EndTable();
     }
     ImGui::End();

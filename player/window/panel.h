@@ -39,6 +39,8 @@ struct Panel {
 
 /// Draws the panel into the current ImGui frame.
 void drawPanel(const Panel& panel);
+/// Closes the topmost pop-up, such as the presets or the colour picker. Returns false if there is none.
+bool closePopup();
 /// Returns true if the pointer is on a control whose hint is not visible yet.
 bool isHintDue();
 /// Draws the list of keys.

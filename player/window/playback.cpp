@@ -13,8 +13,6 @@ using namespace std::chrono_literals;
 
 /// Number of frames in the graph of frame times.
 constexpr std::size_t graphFrames = 120;
-/// Time without a change of size before the effect restarts in the new size.
-constexpr auto resizeDelay = 150ms;
 
 }  // namespace
 
@@ -79,11 +77,11 @@ bool Playback::followSize(app::Size pixels) {
     if (pixels != std::exchange(lastPixels, pixels)) {
         resizedAt = Clock::now();
     }
-    if (session.size() == pixels || Clock::now() - resizedAt < resizeDelay) {
+    if (session.size() == pixels || Clock::now() - resizedAt < app::resizeDelay) {
         return false;
     }
     keeper.finish();
-    session.restart();
+    session.resize();
     return true;
 }
 

@@ -7,9 +7,12 @@
 #include <cmath>
 #include <cstdint>
 
-#include "player/preset.h"
+#include "desktop/preset.h"
 
 namespace player {
+
+using desktop::NamedPreset;
+
 namespace {
 
 /// Draws a square thumbnail with the preset's name below it. Returns true if it was clicked.

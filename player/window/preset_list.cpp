@@ -7,6 +7,11 @@
 
 namespace player {
 
+using desktop::loadPreset;
+using desktop::named;
+using desktop::NamedPreset;
+using desktop::presetsIn;
+
 PresetList::PresetList(const std::filesystem::path& savedIn, const std::filesystem::path& file,
                        const app::Settings& settings)
     : all(presetsIn(VELMORA_PRESETS)), loaded(settings) {

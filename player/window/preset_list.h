@@ -6,8 +6,9 @@
 #include <string>
 #include <vector>
 
+#include "app/labels.h"
 #include "app/settings.h"
-#include "player/preset.h"
+#include "desktop/preset.h"
 
 namespace player {
 
@@ -18,11 +19,11 @@ public:
     PresetList(const std::filesystem::path& savedIn, const std::filesystem::path& file,
                const app::Settings& settings);
 
-    std::span<const NamedPreset> presets() const { return all; }
+    std::span<const desktop::NamedPreset> presets() const { return all; }
     /// Loads a preset and returns its settings. If it throws Failure, the old preset stays loaded.
     app::Settings load(const std::filesystem::path& file);
     /// Returns the preset after the one that was last loaded from the list, or null if the list is empty.
-    const NamedPreset* next() const;
+    const desktop::NamedPreset* next() const;
     /// Adds a preset with the settings that were saved in `file`, and makes it the loaded one.
     void add(const std::filesystem::path& file, const app::Settings& settings);
 
@@ -36,10 +37,10 @@ public:
 private:
     void show(const std::filesystem::path& file, const app::Settings& settings);
 
-    std::vector<NamedPreset> all;
+    std::vector<desktop::NamedPreset> all;
     /// Index of the preset that next() returns, before the wrap-around.
     std::size_t following = 0;
-    std::string shown = "default";
+    std::string shown = app::sharedText("defaultSettings");
     app::Settings loaded;
 };
 

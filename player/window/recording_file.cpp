@@ -5,10 +5,13 @@
 #include <system_error>
 #include <utility>
 
-#include "player/failure.h"
-#include "player/files.h"
+#include "desktop/failure.h"
+#include "desktop/files.h"
 
 namespace player {
+
+using desktop::Failure;
+using desktop::writeWhole;
 
 namespace fs = std::filesystem;
 

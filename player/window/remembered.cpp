@@ -8,11 +8,19 @@
 #include <system_error>
 
 #include "app/text.h"
-#include "player/failure.h"
-#include "player/files.h"
-#include "player/preset.h"
+#include "desktop/failure.h"
+#include "desktop/files.h"
+#include "desktop/preset.h"
 
 namespace player {
+
+using desktop::Failure;
+using desktop::loadPreset;
+using desktop::readWhole;
+using desktop::savePreset;
+using desktop::warn;
+using desktop::writeWhole;
+
 namespace {
 
 namespace fs = std::filesystem;

@@ -4,12 +4,21 @@
 #include <system_error>
 #include <utility>
 
-#include "player/failure.h"
-#include "player/files.h"
-#include "player/image.h"
-#include "player/preset.h"
+#include "desktop/failure.h"
+#include "desktop/files.h"
+#include "desktop/image.h"
+#include "desktop/preset.h"
 
 namespace player {
+
+using desktop::covering;
+using desktop::createFile;
+using desktop::Failure;
+using desktop::saveJpeg;
+using desktop::savePng;
+using desktop::savePreset;
+using desktop::thumbnailOf;
+using desktop::thumbnailPixels;
 
 namespace fs = std::filesystem;
 

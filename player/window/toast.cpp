@@ -3,7 +3,7 @@
 #include <cstdio>
 
 #include "app/text.h"
-#include "player/failure.h"
+#include "desktop/failure.h"
 
 namespace player {
 namespace {

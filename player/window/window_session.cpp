@@ -5,11 +5,15 @@
 
 #include "app/backgrounds.h"
 #include "app/size.h"
+#include "desktop/image.h"
 #include "hostkit/effect_host.h"
-#include "player/image.h"
 #include "player/window/screen.h"
 
 namespace player {
+
+using desktop::covering;
+using desktop::readFrame;
+
 namespace {
 
 using std::chrono::steady_clock;
@@ -25,7 +29,7 @@ WindowSession::WindowSession(Screen& onScreen, const app::Settings& settings,
     : core(frontEnd(), app::Clock::now()), screen(onScreen) {
     core.settings = settings;
     core.setBackgrounds(std::move(backgrounds));
-    restart();
+    resize();
 }
 
 app::FrontEnd WindowSession::frontEnd() {
@@ -38,9 +42,7 @@ app::FrontEnd WindowSession::frontEnd() {
         return covering(image, size.width, size.height);
     };
     functions.draw = [this](hostkit::EffectHost& host) { draw(host); };
-    functions.onStart = [this](app::Size size, bool hasInk) {
-        probe.watch(size.width, size.height, hasInk);
-    };
+    functions.onStart = [this](app::Size size, bool hasInk) { probe.watch(size, hasInk); };
     functions.onRecorded = [this](const hostkit::ScriptEvent& event) { recordingFile->add(event); };
     functions.onRecordingEnd = [this](const hostkit::GestureScript& script) {
         const RecordingFile file = *std::exchange(recordingFile, std::nullopt);
@@ -49,8 +51,8 @@ app::FrontEnd WindowSession::frontEnd() {
     return functions;
 }
 
-void WindowSession::restart() {
-    core.restart(screen.window().pixels());
+void WindowSession::resize() {
+    core.resize(screen.window().pixels());
 }
 
 void WindowSession::frame(std::chrono::nanoseconds elapsed) {

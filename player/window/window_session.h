@@ -5,13 +5,13 @@
 #include <optional>
 
 #include "app/backgrounds.h"
+#include "app/effect_probe.h"
 #include "app/session.h"
 #include "app/settings.h"
 #include "app/size.h"
 #include "hostkit/effect_host.h"
 #include "hostkit/gesture_script.h"
 #include "hostkit/image.h"
-#include "hostkit/instruments/effect_probe.h"
 #include "player/window/recording_file.h"
 
 namespace player {
@@ -35,8 +35,8 @@ public:
 
     app::Session core;
 
-    /// Restarts the effect in the window's size.
-    void restart();
+    /// Starts the effect in the window's size and keeps the waves.
+    void resize();
     /// Runs and draws one frame of the effect.
     void frame(std::chrono::nanoseconds elapsed);
 
@@ -45,7 +45,7 @@ public:
     /// Returns the file of the recording in progress, or null.
     const RecordingFile* recording() const { return recordingFile ? &*recordingFile : nullptr; }
 
-    const hostkit::EffectProbe& effectProbe() const { return probe; }
+    const app::EffectProbe& effectProbe() const { return probe; }
     const FrameTimes& times() const { return lastTimes; }
     app::Size size() const { return core.screen(); }
     /// Returns the frame on the screen. Overlays and panel appear in it only after they are drawn.
@@ -56,7 +56,7 @@ private:
     void draw(hostkit::EffectHost& host);
 
     Screen& screen;
-    hostkit::EffectProbe probe;
+    app::EffectProbe probe;
     std::optional<RecordingFile> recordingFile;
     FrameTimes lastTimes{};
     std::chrono::steady_clock::time_point frameStart;

@@ -5,9 +5,9 @@
 
 namespace velmora {
 
-// Touches and sizes come from the host and may have any value.
+// Converts touch coordinates and sizes, which come from the host and may have any value.
 
-/// Returns the int nearest to a whole number. The value must not be NaN.
+/// Truncates the value towards zero and limits the result to the range of int. The value must not be NaN.
 inline int saturatedInt(float value) {
     return value >= 2147483648.0f    ? std::numeric_limits<int>::max()
            : value <= -2147483648.0f ? std::numeric_limits<int>::min()

@@ -4,10 +4,10 @@
 
 namespace velmora {
 
-// The host measures y downwards, the solver and the GPU passes measure it upwards. flippedY converts either to the
-// other on a screen of `screenHeight` pixels.
+// The host measures y downwards from the top of the screen. The solver and the GPU passes measure y upwards from the
+// bottom.
 
-/// Exact for any two ints.
+/// Converts between y down and y up on a screen of `screenHeight` pixels, in either direction. Exact for any two ints.
 constexpr std::int64_t flippedY(std::int32_t screenHeight, std::int32_t y) {
     return std::int64_t{screenHeight} - y;
 }

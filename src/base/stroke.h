@@ -7,7 +7,7 @@
 
 namespace velmora {
 
-/// Kind of touch: the mode of a frame, of its stroke and of the passes, and the speed class of a drag.
+/// Kind of touch. Selects the preset of a frame, the shape of its ink stroke and the branches of the solver passes.
 enum DragMode : std::int32_t { TapMode = -1, SlowDrag = 0, MediumDrag = 1, FastDrag = 2 };
 
 /// Segment of a stroke in whole screen pixels, y down.

@@ -26,7 +26,8 @@ GLuint* slotOf(EffectState& state, int index) {
     }
 }
 
-/// Returns true if the pixels can be read as 32-bit RGBA. Some bitmap libraries report neither format nor stride.
+/// Returns true if the pixels can be read as 32-bit RGBA. Some bitmap libraries report neither format nor stride; their
+/// bitmaps are accepted.
 bool isRgba8888(const AndroidBitmapInfo& info) {
     const bool isOtherFormat =
         info.format != ANDROID_BITMAP_FORMAT_NONE && info.format != ANDROID_BITMAP_FORMAT_RGBA_8888;
@@ -38,8 +39,8 @@ bool isPadded(const AndroidBitmapInfo& info) {
     return info.stride > info.width * bytesPerPixel;
 }
 
-/// Returns a copy of the rows without their padding, which GL ES 2 cannot skip. The caller frees it. Null without
-/// memory.
+/// Returns a copy of the rows that omits their padding, because GL ES 2 cannot skip padding. Returns null if memory
+/// runs out. The caller frees the copy.
 std::uint8_t* withoutPadding(const AndroidBitmapInfo& info, const void* pixels) {
     const std::size_t rowBytes = info.width * bytesPerPixel;
     auto* const packed = static_cast<std::uint8_t*>(std::malloc(rowBytes * info.height));
@@ -54,7 +55,7 @@ std::uint8_t* withoutPadding(const AndroidBitmapInfo& info, const void* pixels) 
 void replaceTexture(GLuint& slot, const AndroidBitmapInfo& info, const void* pixels) {
     if (slot != 0) {
         glDeleteTextures(1, &slot);
-        slot = 0;  // if GL fails, it writes no new name
+        slot = 0;  // if glGenTextures fails, it leaves this variable unchanged
     }
     glGenTextures(1, &slot);
     glBindTexture(GL_TEXTURE_2D, slot);
@@ -66,7 +67,7 @@ void replaceTexture(GLuint& slot, const AndroidBitmapInfo& info, const void* pix
     glTexParameterf(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, GL_LINEAR);
 }
 
-/// Replaces the texture of a slot. If there is no memory to pack the rows, the old texture stays.
+/// Replaces the texture of a slot. Keeps the old texture if there is no memory for a copy of the rows.
 int replaceTextureOfRows(GLuint& slot, const AndroidBitmapInfo& info, const void* pixels) {
     if (!isPadded(info)) {
         replaceTexture(slot, info, pixels);

@@ -17,13 +17,14 @@
 
 // The state of the effect, all zero when the library is loaded, and the touch variables.
 //
-// Threads. The render thread owns every field except these:
-//   - From its start in stepFluid until joinSolver, the solver worker alone uses the grids, the passes and
-//     packedVelocity. It reads the settings from its copy, stepSettings. It reads the others, which only applySettings
-//     writes, directly: applySettings waits for the worker.
-//   - The host's touch thread writes the touch variables, dragMode, inkAmount and inkDissipation, always under
-//     SharedTouch::lock. The last three are shared words, which any thread may read alone without the lock.
+// Threads: the render thread owns every field except these.
+//   - The solver worker alone uses the grids, the passes and packedVelocity from stepFluid, which starts it, until
+//     joinSolver returns. It reads this frame's settings from the copy in stepSettings. It reads the other settings
+//     directly: only applySettings writes them, and applySettings waits for the worker first.
+//   - The host's touch thread writes the touch variables, dragMode, inkAmount and inkDissipation, always while it holds
+//     SharedTouch::lock. The last three are SharedWords: any thread may read one of them without the lock.
 //
+// Velocities are in cells per time unit, y up. An ink density lies in [0, 127].
 // Velocities are in cells per time unit, y up. An ink density lies in [0, 127].
 
 namespace velmora {
@@ -37,7 +38,8 @@ struct EffectState {
     ~EffectState();
 
     DragSegment dragSegment{};  // of the last frame of a fast drag, screen pixels, y down
-    pthread_t solverThread{};   // 0: no worker to wait for; no live thread has this handle
+    // Solver worker; 0 if there is none to wait for, because no live thread has the handle 0.
+    pthread_t solverThread{};
     RenderTarget velocityTarget{};
     RenderTarget inkFront{}, inkBack{};
     ShaderProgram waterProgram{}, advectProgram{}, impulseProgram{};
@@ -56,7 +58,7 @@ struct EffectState {
     SharedWord<float> inkDissipation;
     float sourceStrength = 0.0f;    // divergence that the sink at the touch subtracts, >= 0
     float sourceRadius = 0.0f;      // radius of that sink, screen pixels, >= 0
-    float backwardStepSize = 0.0f;  // factor of the ink's backtrace per pass, [0, 1]
+    float backwardStepSize = 0.0f;  // share of an ink pass's backward distance that is used, [0, 1]
     float inkColorOffset = 0.0f;    // offset of the absorption, see inkAbsorption
     // 1 if ink is shown, else 0. Writers: applySettings, touch events, clearInk. Readers: the frame, the host.
     SharedWord<float> inkAmount;
@@ -87,17 +89,17 @@ extern EffectState gEffectState;
 
 enum TouchPhase : std::int32_t { Idle = 0, Pressed = 1, Dragging = 2 };
 
-/// The platform's codes. A host may send other codes, which only move the touch.
+/// The action codes of Android's MotionEvent. A host may send other codes, which only change the touch position.
 enum TouchAction : std::int32_t { ActionDown = 0, ActionUp = 1, ActionMove = 2, ActionCancel = 3 };
 
 /// State of the touch. Positions are in screen pixels, y down.
 struct TouchVariables {
     TouchPhase touchPhase = Idle;
-    DragMode dragSpeedClass = TapMode;  // of the drag; TapMode if none was measured since the load
-    float pressureFactor = 1.0f;        // factor of a slow drag, >= 0
-    std::int32_t touchX = 0, touchY = 0;          // position of the latest event
+    DragMode dragSpeedClass = TapMode;    // of the latest drag; TapMode before the first drag
+    float pressureFactor = 1.0f;          // factor of the slow-drag preset, >= 0
+    std::int32_t touchX = 0, touchY = 0;  // position of the latest event
     std::int32_t lastEventX = 0, lastEventY = 0;  // position of the event before
-    // Movement between these two events, measured while pressed or dragging.
+    // Movement from the event before to the latest event, measured while the finger is down.
     std::int32_t touchDeltaX = 0, touchDeltaY = 0;
     std::int32_t lastTouchAction = 0;               // a TouchAction or another code of the host
     std::int32_t strokeLastX = 0, strokeLastY = 0;  // start of the next stroke
@@ -107,7 +109,7 @@ struct TouchVariables {
 
 /// The touch variables with their lock.
 struct SharedTouch {
-    std::mutex lock;  // held during an event and during the touch step, never during a GL call
+    std::mutex lock;  // held during a touch event and a touch step, but never during a GL call
     TouchVariables variables;
 };
 
@@ -120,12 +122,12 @@ extern bool inkEnabled;
 bool isInside(const EffectState& state, std::int32_t touchX, std::int32_t touchY,
               std::int32_t margin);
 
-/// Handles onInitSetting: stores the screen size in pixels and, with ink, the initial settings. Waits for the worker,
-/// which uses them. Does not resize anything.
+/// Handles onInitSetting: stores the screen size in pixels and, if `withInk` is true, the initial settings. First waits
+/// for the solver worker, which reads the settings. Does not resize grids or targets.
 void applySettings(EffectState& state, std::int32_t width, std::int32_t height, bool withInk);
 
-/// Waits for the solver worker, if one was started. Must be called before anything that the worker uses is freed or
-/// resized. Render thread.
+/// Waits for the solver worker, if one is running. Must be called before memory that the worker uses is freed or
+/// resized. Call it on the render thread.
 void joinSolver(EffectState& state);
 
 /// Copies the preset's values into the fields of the same names.

@@ -16,8 +16,8 @@ namespace velmora {
 
 namespace {
 
-/// Runs the touch step of one ink frame and deposits its stroke in `color`. Returns the ink amount that this frame
-/// shows: a later event acts in the next frame.
+/// Runs the touch step of one ink frame and deposits its stroke in `color`. Returns the ink amount to draw. It is read
+/// under the lock, so that a later touch event changes only the next frame.
 float advanceTouchFrame(EffectState& state, SharedTouch& shared, InkColor color) {
     std::optional<InkStroke> stroke;
     TouchVariables touch;
@@ -39,7 +39,7 @@ float stepInk(EffectState& state, SharedTouch& shared, InkColor inkColor) {
     const InkColor frameColor{inkChannel(inkColor.r), inkChannel(inkColor.g),
                               inkChannel(inkColor.b)};
     state.inkColorOffset = frameInkColorOffset;
-    stepFluid(state, shared);  // with the settings of the previous frame
+    stepFluid(state, shared);  // uses the settings of the previous frame
     state.backwardStepSize = fullBackwardStep;
     state.timeStep = baseTimeStep;
     state.inkIntensity = frameInkIntensity;

@@ -5,11 +5,12 @@
 
 namespace velmora {
 
-/// Starts onDrawFrame, before the host's arrays are pinned: sets the screen's viewport. GL thread.
+/// Starts onDrawFrame, before the host's arrays are pinned: sets the viewport to the screen. Call it on the GL thread.
 void startFrame(const EffectState& state);
 
-/// Draws a frame from the pinned arrays: with ink, the fluid step and the touch step, then the water. `inkColor` is
-/// the host's colour for ink that this frame deposits. Does not clear the framebuffer. GL thread.
+/// Draws a frame from the pinned arrays: if the frame has ink, runs the fluid step and the touch step, then draws the
+/// water. `inkColor` is the host's colour for ink that this frame deposits. Does not clear the framebuffer. Call it on
+/// the GL thread.
 void drawFrame(EffectState& state, SharedTouch& shared, const WaterFrame& frame, InkColor inkColor);
 
 }  // namespace velmora

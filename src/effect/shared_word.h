@@ -5,7 +5,7 @@
 namespace velmora {
 
 /// A 32-bit value that threads share without a lock. It reads and writes like a plain field. Accesses to different
-/// words have no order; a reader that needs several words of one moment takes the touch lock.
+/// words are not ordered; a reader that needs several words from one moment must hold the touch lock.
 template <class Value>
 class SharedWord {
 public:

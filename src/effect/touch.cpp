@@ -19,7 +19,7 @@ std::int32_t difference(std::int32_t a, std::int32_t b) {
 float measureMovement(TouchVariables& touch, std::int32_t x, std::int32_t y) {
     touch.touchDeltaX = difference(x, touch.lastEventX);
     touch.touchDeltaY = difference(y, touch.lastEventY);
-    // Unsigned, because the squares of the two longest movements sum to 2^63.
+    // The sum is unsigned, because the squares of the two longest movements add up to 2^63.
     const auto square = [](std::int64_t d) { return static_cast<std::uint64_t>(d * d); };
     return std::sqrt(static_cast<float>(square(touch.touchDeltaX) + square(touch.touchDeltaY)));
 }
@@ -53,7 +53,8 @@ void handleWhileDragging(TouchVariables& touch, std::int32_t x, std::int32_t y,
         const bool isShort = touch.pressFrames < holdFrames && touch.dragFrames <= shortDragFrames;
         touch.touchPhase = Pressed;
         if (!isShort) {
-            touch.pressFrames = 2 * tapInkFrames;  // ends the press at the next frame, without ink
+            // This count ends the press at the next frame, which adds no ink.
+            touch.pressFrames = 2 * tapInkFrames;
         }
     }
 }
@@ -83,7 +84,7 @@ InkStroke strokeTo(const TouchVariables& touch, DragMode mode, Float2 previous) 
     return {mode, previous, {static_cast<float>(touch.touchX), static_cast<float>(touch.touchY)}};
 }
 
-/// Counts up and saturates: a phase may last for more frames than an int holds.
+/// Counts up to the largest int and stops there: a phase may last for more frames than an int holds.
 void countFrame(std::int32_t& frames) {
     frames = saturatedInt(std::int64_t{frames} + 1);
 }
@@ -141,7 +142,7 @@ void stepIdle(EffectState& state, TouchVariables& touch) {
     }
 }
 
-/// Returns the pressure factor of a slow drag, 0 without pressure.
+/// Returns the pressure factor of a slow drag, or 0 if `pressure` is not positive.
 float pressureFactorOf(float pressure) {
     const double p = static_cast<double>(pressure);
     return pressure > 0.0f ? static_cast<float>(static_cast<double>(minPressureFactor) + p * p)
@@ -193,7 +194,7 @@ std::optional<InkStroke> stepTouchPhase(EffectState& state, TouchVariables& touc
     } else if (touch.touchPhase == Dragging) {
         stroke = stepDragging(state, touch);
     }
-    if (touch.touchPhase == Idle) {  // also if the press has just ended
+    if (touch.touchPhase == Idle) {  // checked last, because the press may have ended above
         stepIdle(state, touch);
     }
     return stroke;

@@ -7,21 +7,21 @@
 
 namespace velmora {
 
-/// Handles onTouch: stores an event at (x, y), screen pixels, y down, and advances the touch phase. Accepts any ints,
-/// any action code and any pressure. Any thread.
+/// Handles onTouch: stores an event at (x, y), screen pixels, y down, and advances the touch phase. Accepts any
+/// coordinates, action code and pressure. May be called on any thread.
 void handleTouchEvent(EffectState& state, SharedTouch& shared, std::int32_t x, std::int32_t y,
                       std::int32_t action, float pressure);
 
-/// Handles clearInkValue: the next fluid step multiplies all ink by 0 (see takeInkDissipation), and the gesture ends.
-/// Any thread.
+/// Handles clearInkValue: ends the gesture and makes the next fluid step multiply all ink by 0 (see
+/// takeInkDissipation). May be called on any thread.
 void clearInk(EffectState& state, SharedTouch& shared);
 
-/// Returns the ink dissipation of a fluid step. The first step after a clear gets 0, whatever has been written to the
-/// setting since. Requires the touch lock.
+/// Returns the ink dissipation of a fluid step. The first step after clearInk gets 0, even if a touch has changed the
+/// setting in the meantime. The caller holds the touch lock.
 float takeInkDissipation(const EffectState& state, TouchVariables& touch);
 
-/// Runs the touch step of one ink frame, without its deposit: applies the preset of the touch phase and advances the
-/// frame counters. Returns the frame's stroke, if it has one. Requires the touch lock.
+/// Runs the touch step of one ink frame: applies the preset of the touch phase and advances the frame counters. Returns
+/// the stroke whose ink the caller deposits, if the frame has one. The caller holds the touch lock.
 std::optional<InkStroke> stepTouchPhase(EffectState& state, TouchVariables& touch);
 
 }  // namespace velmora

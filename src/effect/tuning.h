@@ -2,12 +2,12 @@
 
 #include <cstdint>
 
-// The tuning table: the numbers that give ink and flow their look. The constants of a cell operator are in the
-// operator's file. The constants of ink's effect on light are in velmora/ink_light.h.
+// The tuning table: the numbers that decide how ink and flow look. Constants that only one solver pass uses are in the
+// file of that pass. Constants that describe how ink absorbs light are in velmora/ink_light.h.
 
 namespace velmora {
 
-/// Six settings at once, each copied into the field of EffectState of the same name.
+/// Six settings that are applied together. Each is copied into the field of EffectState that has the same name.
 struct TouchPreset {
     float sourceRadius;         // screen pixels
     float impulseDensity;       // ink density
@@ -19,11 +19,12 @@ struct TouchPreset {
 
 // ---- Gestures
 
-constexpr float activeInkDissipation = 0.99f;  // while touched, and until the idle fade
+// Factors of the ink per advection pass. The first applies until idleFadeFrames after a touch, then the second applies.
+constexpr float activeInkDissipation = 0.99f;
 constexpr float idleInkDissipation = 0.9625f;
 
 constexpr TouchPreset initialPreset{40.0f, 200.0f, 0.9f, 0.96f, 50.0f, 2.0f};
-// The last two numbers of the tap are multiplied by the number of pressed frames, those of the slow drag by the
+// A tap's sourceStrength and inkRadius are multiplied by the number of pressed frames, those of a slow drag by the
 // pressure factor.
 constexpr TouchPreset tapPreset{40.0f, 200.0f, 0.98f, activeInkDissipation, 12.0f, 8.0f};
 constexpr TouchPreset slowDragPreset{20.0f, 100.0f, 0.9f, activeInkDissipation, 45.0f, 40.0f};
@@ -32,35 +33,35 @@ constexpr TouchPreset fastDragPreset{4.0f, 40.0f, 0.96f, activeInkDissipation, 2
 
 constexpr std::int32_t tapSourceFrames = 5;  // pressed frames with a velocity source
 constexpr std::int32_t tapInkFrames = 10;    // pressed frames that deposit ink
-constexpr std::int32_t holdFrames = 12;  // pressed frames that end the press of a resting finger
+constexpr std::int32_t holdFrames = 12;      // pressed frames after which a motionless press ends
 constexpr std::int32_t shortDragFrames = 9;  // longest drag, in frames, that finishes like a tap
 constexpr std::int32_t idleFadeFrames = 35;  // idle frames after which ink fades faster
 constexpr float slowDragSpeed = 2.0f;        // pixels per event; a faster press becomes a drag
 constexpr float fastDragSpeed = 10.0f;       // pixels per event; a faster drag is fast
-constexpr float minPressureFactor = 0.2f;    // factor of a slow drag at the lowest pressure
+constexpr float minPressureFactor = 0.2f;    // pressure factor at the lightest pressure
 constexpr float tapBackwardStep = 0.1f;      // EffectState::backwardStepSize per pressed frame
 
 // ---- Ink
 
-constexpr float fullBackwardStep = 1.0f;     // EffectState::backwardStepSize of other frames
-constexpr int inkAdvectionPasses = 4;        // per frame
-constexpr double inkTimeFactor = 0.9;        // share of EffectState::timeStep for which ink drifts
-constexpr float initialInkIntensity = 0.2f;  // until the first frame
-constexpr std::int32_t initialTouchMargin = 10;  // pixels, until the first solver step
+constexpr float fullBackwardStep = 1.0f;  // EffectState::backwardStepSize while no tap is pressed
+constexpr int inkAdvectionPasses = 4;     // per frame
+constexpr double inkTimeFactor = 0.9;     // share of EffectState::timeStep that an ink pass advects
+constexpr float initialInkIntensity = 0.2f;      // value before the first frame
+constexpr std::int32_t initialTouchMargin = 10;  // pixels; value before the first solver step
 
 // ---- Flow
 
 constexpr float baseTimeStep = 0.25f;          // EffectState::timeStep of every frame
-constexpr float cellSide = 2.5f;               // EffectState::gridScale, lengths
+constexpr float cellSide = 2.5f;               // EffectState::gridScale, in length units
 constexpr float pressureGradientScale = 0.2f;  // EffectState::gradientScale
 constexpr std::int32_t pressureIterations = 20;
 
-// Distances of the touch from the screen's edges in pixels. Nearer to an edge, the flow is not projected.
+// Distances from the screen's edges in pixels. If the touch is nearer to an edge, the solver step skips the projection.
 constexpr std::int32_t projectionMargin = 60;
 constexpr std::int32_t slowDragMargin = 12;
 constexpr std::int32_t mediumDragMargin = 10;
 
-/// Sink at the touch that a drag near an edge sets for this step and the following ones.
+/// Sink at the touch. A drag near an edge sets it for this step and the following ones.
 struct EdgeSink {
     float radius;    // screen pixels
     float strength;  // divergence
@@ -68,6 +69,7 @@ struct EdgeSink {
 constexpr EdgeSink slowDragSink{4.0f, 40.0f};
 constexpr EdgeSink mediumDragSink{2.0f, 2.0f};
 
-constexpr double sinkJitter = 10.0;  // width of the range around the touch on each axis, pixels
+// Width in pixels of the range around the touch, on each axis, from which a random position of the sink is taken.
+constexpr double sinkJitter = 10.0;
 
 }  // namespace velmora

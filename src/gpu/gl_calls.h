@@ -4,8 +4,8 @@
 
 #include "base/pair.h"
 
-// Sets uniforms of a program by name. Locations are looked up at every use. A name that the program does not have gets
-// location -1, which GL ignores. GL thread.
+// Sets the uniforms of a program by name. Each call looks the location up again. If the program has no such name, the
+// location is -1, which GL ignores. Call these functions on the GL thread.
 
 namespace velmora {
 

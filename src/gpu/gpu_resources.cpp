@@ -29,7 +29,7 @@ void replaceInkTargets(EffectState& state) {
     state.inkBack = createRenderTarget(state.inkWidth, state.inkHeight);
 }
 
-/// Makes no target if no grid can have the size: not every driver survives such a texture.
+/// Makes no target if the size exceeds a grid's limits, because some drivers crash on such a texture.
 void replaceVelocityTarget(EffectState& state) {
     const std::int32_t width = state.velocityGridWidth;
     const std::int32_t height = state.velocityGridHeight;
@@ -70,8 +70,8 @@ void allocateGrids(EffectState& state) {
     clearGrid(state.inkDensityScratch, 1);
 }
 
-/// Releases all grids of the solver if one of them is missing for lack of memory. The kernels then do nothing, and the
-/// water is drawn above ink that does not move.
+/// Releases all grids of the solver if memory ran out for one of them. The kernels then do nothing, and the effect
+/// draws water with ink that does not flow.
 void dropIncompleteGrids(EffectState& state) {
     FloatGrid* const grids[] = {&state.velocity, &state.velocityScratch, &state.pressure,
                                 &state.pressureScratch, &state.divergence};
@@ -103,14 +103,14 @@ void initInkResources(EffectState& state) {
     dropIncompleteGrids(state);
     if (state.quadBuffer != 0) {
         glDeleteBuffers(1, &state.quadBuffer);
-        state.quadBuffer = 0;  // if GL fails, it writes no new name
+        state.quadBuffer = 0;  // if glGenBuffers fails, it leaves this variable unchanged
     }
     glGenBuffers(1, &state.quadBuffer);
     glBlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA);
     glViewport(0, 0, state.inkWidth, state.inkHeight);
     clearInkTarget(state.inkFront);
     clearInkTarget(state.inkBack);
-    // Frames of a host that continues without ink bind no framebuffer.
+    // A host that continues with ink disabled binds no framebuffer itself, so the screen must be bound.
     glBindFramebuffer(GL_FRAMEBUFFER, 0);
 }
 
@@ -128,7 +128,8 @@ void replaceContext(EffectState& state) {
     forgetTarget(state.velocityTarget);
     forgetTarget(state.inkFront);
     forgetTarget(state.inkBack);
-    // If GL fails, it writes no new name. Names of the lost context must not be bound in the new one.
+    // If glGenBuffers fails, it leaves the variables unchanged. Names of the lost context must not be bound in the new
+    // one.
     state.meshPositionBuffer = state.meshHeightBuffer = state.meshIndexBuffer = 0;
     glGenBuffers(1, &state.meshPositionBuffer);
     glGenBuffers(1, &state.meshHeightBuffer);

@@ -4,12 +4,14 @@
 
 namespace velmora {
 
-/// Handles onInitUVHBuffer, the first call on a new GL context: sets all names of the old context except the quad
-/// buffer's to 0, without deleting them, and makes the three mesh buffers. GL thread.
+/// Handles onInitUVHBuffer, the first call on a new GL context. Sets the names of the old context's objects to 0 and
+/// does not delete them; only the quad buffer's name stays. Then makes the three mesh buffers. Call it on the GL
+/// thread.
 void replaceContext(EffectState& state);
 
-/// Handles onInitGPU: makes the water program. With ink, also makes the ink programs, the targets, the quad buffer, the
-/// names of the passes and the solver grids, in the sizes of applySettings. Deletes existing objects first. GL thread.
+/// Handles onInitGPU: makes the water program. If `withInk` is true, also makes the ink programs, the targets, the quad
+/// buffer, the names of the passes and the solver grids. Uses the sizes that applySettings stored. Deletes existing
+/// objects first. Call it on the GL thread.
 void initGPUResources(EffectState& state, bool withInk);
 
 }  // namespace velmora

@@ -5,18 +5,19 @@
 #include "effect/effect_state.h"
 #include "gpu/render_target.h"
 
-// The ink is a density field in two RGBA8 targets. A pass reads one target and renders into the other. Then the two
-// structs are swapped, so that inkFront always holds the latest ink. GL thread.
+// The ink is a density field that is kept in two RGBA8 targets. A pass reads one target and renders into the other.
+// Then the two structs are swapped, so that inkFront always holds the latest ink. Call these functions on the GL
+// thread.
 
 namespace velmora {
 
-/// Advects the ink along the velocity texture with decay, by gpu/shaders/advect.frag. The viewport must cover the ink
-/// target.
+/// Runs gpu/shaders/advect.frag: advects the ink along the velocity texture and multiplies it by `dissipation`. The
+/// viewport must already cover the ink target.
 void runAdvectPass(const EffectState& state, const RenderTarget& velocity,
                    const RenderTarget& source, const RenderTarget& destination, float dissipation);
 
-/// Adds ink along a segment (FastDrag) or around `current`, by gpu/shaders/impulse.frag. Points are in screen pixels,
-/// y up.
+/// Runs gpu/shaders/impulse.frag: adds ink along the segment in FastDrag mode, and around `current` in the other modes.
+/// Points are in screen pixels, y up.
 void runImpulsePass(const EffectState& state, const RenderTarget& source,
                     const RenderTarget& destination, DragMode mode, Float2 previous,
                     Float2 current);

@@ -4,7 +4,7 @@
 
 namespace velmora {
 
-/// An off-screen RGBA8 colour target of GL names. It exists if `framebuffer` is not 0.
+/// An off-screen RGBA8 colour target, as GL names. The target exists if `framebuffer` is not 0.
 struct RenderTarget {
     std::uint32_t framebuffer;
     std::uint32_t texture;  // colour attachment 0: linear filters, clamped to the edge
@@ -12,13 +12,13 @@ struct RenderTarget {
     std::int32_t height;
 };
 
-/// Makes a target, clears it to 0 and leaves the default framebuffer bound. GL thread.
+/// Makes a target, clears it to 0 and leaves the default framebuffer bound. Call it on the GL thread.
 RenderTarget createRenderTarget(int width, int height);
 
-/// Clears the bound framebuffer to density 0. GL thread.
+/// Clears the bound framebuffer to ink density 0. Call it on the GL thread.
 void clearBoundTarget();
 
-/// Deletes the target's framebuffer and texture, if they exist. GL thread.
+/// Deletes the target's framebuffer and texture, if they exist. Call it on the GL thread.
 void deleteRenderTarget(const RenderTarget& target);
 
 }  // namespace velmora

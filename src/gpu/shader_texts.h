@@ -1,6 +1,6 @@
 #pragma once
 
-// The GLSL ES 1.00 shaders of gpu/shaders as strings.
+// Source texts of the shaders in gpu/shaders, in GLSL ES 1.00.
 
 extern const char quadVertexShader[];
 extern const char advectFragmentShader[];

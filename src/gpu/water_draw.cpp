@@ -34,7 +34,7 @@ void uploadMesh(const EffectState& state, const WaterFrame& frame) {
                  frame.indices);
 }
 
-/// Binds an attribute to a mesh buffer. GL ignores location -1, which a program without the attribute gives.
+/// Binds an attribute to a mesh buffer. If the program lacks the attribute, the location is -1, which GL ignores.
 void setMeshAttribute(GLint location, GLuint buffer) {
     glBindBuffer(GL_ARRAY_BUFFER, buffer);
     glVertexAttribPointer(static_cast<GLuint>(location), 3, GL_FLOAT, GL_FALSE, 0, nullptr);
@@ -74,7 +74,7 @@ void bindWaterTextures(const EffectState& state, GLuint program, bool useSecondB
 }  // namespace
 
 void drawWater(const EffectState& state, const WaterFrame& frame, float inkAmount) {
-    // Without buffers, GL would read the mesh from address 0.
+    // If a buffer is 0, GL would read the mesh from address 0.
     if (state.meshPositionBuffer == 0 || state.meshHeightBuffer == 0 ||
         state.meshIndexBuffer == 0) {
         return;

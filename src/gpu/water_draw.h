@@ -6,8 +6,8 @@
 
 namespace velmora {
 
-/// The host's arguments for drawing the water. A struct, because callers would confuse so many ints and floats in a
-/// parameter list.
+/// The host's arguments for drawing the water. They are a struct, because callers would confuse so many ints and floats
+/// in a parameter list.
 struct WaterFrame {
     const float* positions;  // 3 floats per vertex, mesh units, y up
     const float* heights;    // 3 floats per vertex: the heights of the vertex and of its neighbours
@@ -21,7 +21,7 @@ struct WaterFrame {
     std::int32_t meshSizeHeight;
     std::int32_t numDetailsWidth;  // vertices across
     std::int32_t numDetailsHeight;
-    float refractiveIndex;   // of water to air; 1 refracts nothing
+    float refractiveIndex;   // of water relative to air; at 1 light passes straight
     float alpha;             // weight of the reflection map, >= 0
     float alphaRatio1Scale;  // factor of alpha, >= 0
     float alphaRatio2Scale;  // has no effect
@@ -33,9 +33,9 @@ struct WaterFrame {
     bool useSecondBackground;
 };
 
-/// Uploads the mesh and draws it into the bound framebuffer. With ink, inkFront darkens it in proportion to
-/// `inkAmount`, [0, 1]. That is the amount at the touch step of the frame: a touch event may have changed the state's
-/// amount since. GL thread.
+/// Uploads the mesh and draws it into the bound framebuffer. In a frame with ink, the ink of inkFront darkens the water
+/// in proportion to `inkAmount`, [0, 1]. The caller passes the amount from the frame's touch step, because a touch
+/// event may have changed EffectState::inkAmount since then. Call it on the GL thread.
 void drawWater(const EffectState& state, const WaterFrame& frame, float inkAmount);
 
 }  // namespace velmora

@@ -12,13 +12,14 @@
 #include "water/mesh.h"
 #include "water/ripple.h"
 
-// The native methods. Each pins the host's arrays, calls the effect and releases the arrays. Only this file and
-// kit/effect_scene.cpp name globals.
+// The native methods that Java calls. Each method pins the host's arrays, calls the effect and releases the arrays.
+// Only this file, library.cpp and kit/effect_scene.cpp name the globals.
 
 using namespace velmora;
 
-// A native method pins host arrays at its start and releases them at its end, in the same order and with write-back. If
-// pin returns null, the host is out of memory and an exception is pending: from then on arrays may only be released.
+// A method pins its arrays at the start and releases them in the same order at the end; releasing copies changes back.
+// If `pin` returns null, the host is out of memory and a Java exception is pending. From then on JNI allows only
+// releases.
 
 namespace {
 
@@ -40,7 +41,7 @@ void release(JNIEnv* env, jshortArray array, jshort* elements) {
     }
 }
 
-/// Returns mesh indices as unsigned numbers, a type that Java does not have.
+/// Casts mesh indices to unsigned numbers. Java has no unsigned 16-bit type, so the host passes shorts.
 std::uint16_t* asIndices(jshort* elements) {
     return reinterpret_cast<std::uint16_t*>(elements);
 }

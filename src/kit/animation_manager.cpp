@@ -8,13 +8,14 @@ namespace velmora {
 
 namespace {
 
-/// Returns the difference as a 32-bit signed number that wraps around, also on platforms that count in 64 bits.
+/// Returns end - start, wrapped to a signed 32-bit number. The kit's arithmetic is 32-bit, also where time_t has 64
+/// bits.
 float difference(std::int64_t end, std::int64_t start) {
     const auto distance = static_cast<std::uint64_t>(end) - static_cast<std::uint64_t>(start);
     return static_cast<float>(static_cast<std::int32_t>(distance));
 }
 
-/// Returns the seconds since the kit's timer started. The part of the nanoseconds may be negative.
+/// Returns the seconds since the kit's timer started. The difference of the nanoseconds may be negative.
 float readClock() {
     using oru::Timer;
     clock_gettime(CLOCK_REALTIME, &Timer::mCurrentCnt);
@@ -24,7 +25,7 @@ float readClock() {
 
 }  // namespace
 
-// A called animation may add or remove animations, so no loop holds an iterator during a call.
+// An animation may add or remove animations while it is called, so the loops use indices and never iterators.
 
 int AnimationManager::anyAnimationResult() {
     for (std::size_t i = 0; i < animations.size(); ++i) {

@@ -6,8 +6,9 @@
 
 namespace velmora {
 
-/// Computes the animation time from the kit's timer. Render thread of the kit.
-// The interface has three slots. A virtual destructor would add two.
+/// Computes the animation time from the kit's timer. Call it on the kit's render thread.
+///
+/// The interface has three slots in its virtual table. A virtual destructor would add two.
 // NOLINTNEXTLINE(cppcoreguidelines-virtual-class-destructor)
 class AnimationManager final : public oru::IAnimationManager {
 public:
@@ -21,7 +22,7 @@ public:
     void update() override;
 
 private:
-    /// Animations that the kit writes into the memory of this object. Not owned.
+    /// Animations that are updated. The kit adds them by writing into this object's memory. Not owned.
     std::vector<oru::IAnimation*> animations;
 };
 

@@ -5,7 +5,7 @@
 
 namespace velmora {
 
-/// The effect as a scene of the kit. It adds nothing to the base class: the native methods draw the effect without it.
+/// The effect as a scene of the kit. It adds nothing to the base class, because the native methods draw the effect.
 class EffectScene final : public oru::Scene {
 public:
     EffectScene();

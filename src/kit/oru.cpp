@@ -23,7 +23,8 @@ void resetCamera() {
 
 Scene::Scene(IAnimationManager& manager)
     : animationManager(&manager), context(eglGetCurrentContext()) {
-    // The only seed in the library: without a scene, every run gets the same random numbers.
+    // This is the library's only call of srand. A process that creates no scene gets the same random numbers in every
+    // run.
     std::srand(static_cast<unsigned>(std::time(nullptr)));
     contextTextures = &gTextureMap[context];
     for (const auto& [key, texture] : *contextTextures) {
@@ -35,7 +36,7 @@ Scene::Scene(IAnimationManager& manager)
 
 Scene::~Scene() {
     delete ownedObject;
-    ownedObject = nullptr;  // The animations notified next may still read the scene.
+    ownedObject = nullptr;  // the animations that are notified next may still read the scene
     animationManager->notifyAnimations();
     if (!renderers.empty()) {
         __android_log_print(ANDROID_LOG_ERROR, logTag, "WARNING: Renderer leaked!!!!!!!");

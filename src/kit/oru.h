@@ -10,17 +10,17 @@
 #include <string>
 #include <vector>
 
-// Declarations of the rendering kit libpeluxNuvCommon, as far as this library uses it. The imported names, the order of
-// virtual operations and the order of fields must match the kit's. Everything here belongs to the kit's render thread,
-// without locks.
+// Declarations of the part of the rendering kit libpeluxNuvCommon that this library uses. The imported names, the order
+// of virtual functions and the order of fields must match the kit's. Only the kit's render thread uses these objects,
+// so there are no locks.
 
-// Imported from the kit's library, so these names need default visibility.
+// These names are imported from the kit's library, so they need default visibility.
 #pragma GCC visibility push(default)
 
 namespace oru {
 
-/// The kit's timer. `mIsPaused` is a byte, because every value except 0 means paused. The counts have the type that
-/// clock_gettime fills.
+/// The kit's timer. `mIsPaused` is a byte and not a bool, because every value except 0 means paused. The counts are
+/// timespecs, because clock_gettime fills them.
 struct Timer {
     static std::uint8_t mIsPaused;
     static float mPausedTime;      ///< Seconds, reported while paused.
@@ -28,8 +28,8 @@ struct Timer {
     static timespec mCurrentCnt;   ///< Set by the animation manager unless paused.
 };
 
-/// The clock and the animations. The kit calls the operations by slot and never destroys an object through this
-/// interface.
+/// Interface of the clock and the list of animations. The kit calls the functions by their slots in the virtual table
+/// and never destroys an object through this interface.
 class IAnimationManager {
 public:
     static float mNow;  ///< Animation time in seconds, set by `update`.
@@ -49,8 +49,8 @@ struct Drawable {
     static float mIdentityMatrix[16];
 };
 
-/// A model. The kit constructs it and its holder destroys it. Its content is declared as one vector, so that the
-/// destructor needs nothing from the kit.
+/// A model. The kit constructs it, and its owner destroys it. Its content is declared as one vector, so that the
+/// destructor calls no function of the kit.
 class ModelObject {
 public:
     ModelObject();
@@ -64,15 +64,15 @@ using ContextTextures = std::map<std::string, std::uint32_t>;
 
 }  // namespace oru
 
-/// Textures of each GL context. This library adds entries, only the kit removes them. C linkage keeps the symbol plain:
-/// some compilers would tag a C++ name because of the string in its type.
+/// Textures of each GL context. This library adds entries; only the kit removes them. The variable has C linkage,
+/// because some compilers would add an ABI tag to its C++ symbol for the string in its type.
 extern "C" std::map<EGLContext, oru::ContextTextures> gTextureMap;
 
 #pragma GCC visibility pop
 
 namespace oru {
 
-/// An animation of the kit. Never destroyed through this interface.
+/// An animation of the kit. Objects are never destroyed through this interface.
 class IAnimation {
 public:
     virtual void reserved1() = 0;  ///< Three operations that only the kit calls.
@@ -86,7 +86,7 @@ protected:
     ~IAnimation() = default;
 };
 
-/// An object of the kit, deleted through the second slot of its table: its virtual destructor comes first.
+/// An object of the kit. The virtual destructor must come first: the kit expects the deleting destructor in slot 2.
 class IOwnedObject {
 public:
     virtual ~IOwnedObject() = default;
@@ -99,19 +99,19 @@ struct ViewParameters {
     std::array<float, 13> trailing{};
 };
 
-/// Nine words that only the kit writes and reads.
+/// Nine 32-bit words that only the kit writes and reads.
 using SceneRecord = std::array<std::uint32_t, 9>;
 
-/// Base class of scenes. The kit ships it as source: the compiler of the deriving library must lay out its
-/// table and its fields. The kit reads and writes the fields in place and calls the operations by slot. They
-/// are defined in oru.cpp.
+/// Base class of scenes. The kit ships it as source code, so that the compiler of the deriving library lays out its
+/// virtual table and its fields. The kit reads and writes the fields in place and calls the functions by slot. The
+/// functions are defined in oru.cpp.
 class Scene {
 public:
     Scene(const Scene&) = delete;
     Scene& operator=(const Scene&) = delete;
 
-    // Slots 1 to 21. Their meaning to the kit is not needed here: they do nothing, for any arguments. The seventh
-    // returns an int, so that a caller reads 0 or false.
+    // Slots 1 to 21. The kit gives them a meaning that this library does not need, so they ignore their arguments and
+    // do nothing. Slot 7 returns an int, so that a caller reads 0 or false.
     virtual void operation1() {}
     virtual void operation2() {}
     virtual void operation3() {}
@@ -134,13 +134,13 @@ public:
     virtual void operation20() {}
     virtual void operation21() {}
 
-    /// Slots 22 and 23. Logs a warning for each list of renderers or shaders that is not empty.
+    /// Slots 22 and 23: the two destructors. Logs a warning if `renderers` or `shaders` is not empty.
     virtual ~Scene();
 
-    /// Slot 24. Maps x in [0, width] and y in [0, height] to [-1, 1].
+    /// Slot 24. Sets a projection that maps x in [0, width] and y in [0, height] to [-1, 1].
     virtual void setOrthographicCamera();
 
-    /// Slot 25. Vertical field of view 58.31 degrees, near plane 1, far plane 10000.
+    /// Slot 25. Sets a projection with a vertical field of view of 58.31 degrees, near plane 1 and far plane 10000.
     virtual void setPerspectiveCamera();
 
     ContextTextures* contextTextures = nullptr;  ///< The entry of `context` in gTextureMap.

@@ -5,7 +5,7 @@
 
 #include "simd/float4_plain.h"
 
-// Selects the four lanes of this build by the compiler's macros. VELMORA_PLAIN_LANES selects the plain struct.
+// Selects the four-lane implementation for the target processor. VELMORA_PLAIN_LANES selects the plain struct instead.
 #if defined(VELMORA_PLAIN_LANES)
 namespace velmora {
 namespace lanes = plain;
@@ -34,13 +34,13 @@ namespace lanes = plain;
 namespace velmora {
 
 using lanes::Float4;
-/// Loads four lanes from an address that is aligned for a whole vector. x86 can add such a vector directly from memory;
-/// an unaligned one needs a load instruction.
+/// Loads four floats from an address that is a multiple of 16 bytes. On x86 an arithmetic instruction can read an
+/// aligned vector from memory itself; an unaligned vector needs a separate load instruction.
 using lanes::loadAligned;
 using lanes::loadShorts;
 using lanes::Short8;
 
-/// Returns the first address at or after `from` that is aligned for a whole vector, at most 3 floats later.
+/// Returns the first address at or after `from` that is a multiple of 16 bytes. It is at most 3 floats later.
 inline float* alignedUp(float* from) {
     const auto beyond = reinterpret_cast<std::uintptr_t>(from) % 16;
     return from + (16 - beyond) % 16 / sizeof(float);
@@ -69,23 +69,23 @@ inline Float4 ramp<Float4>(float start) {
     return lanes::ramp(start);
 }
 
-/// Runs `cell.operator()<Floats>(i)` over the columns [begin, end): four at a time, then the rest one at a time. The
-/// lambda should capture values, not references: a vector store may alias a referenced value, which is then read again
-/// for every group.
+/// Runs `cell.operator()<Floats>(i)` over the columns [begin, end): four columns at a time, then the rest one at a
+/// time. The lambda should capture by value. If it captures a reference, the compiler must assume that a vector store
+/// changes the referenced value, and reads it again for every group.
 template <class Cell>
 void forGroups(std::ptrdiff_t begin, std::ptrdiff_t end, Cell cell) {
     std::ptrdiff_t i = begin;
     for (; i + 4 <= end; i += 4) {
         cell.template operator()<Float4>(i);
     }
-    // The bound of three keeps compilers from vectorising the tail.
+    // At most three columns are left. The explicit bound of three keeps compilers from vectorising this loop.
     for (int k = 0; k < 3 && i < end; ++k, ++i) {
         cell.template operator()<float>(i);
     }
 }
 
-/// Runs `block(i)` for blocks of four elements that start at `i` and cover `count` elements, at least four. The last
-/// block may overlap the block before.
+/// Runs `block(i)` for blocks of four elements that start at `i` and together cover `count` elements. `count` must be
+/// at least four. The last block may overlap the block before it.
 template <class Block>
 void forBlocksOfFour(std::ptrdiff_t count, Block block) {
     for (std::ptrdiff_t i = 0; i < count - 4; i += 4) {
@@ -94,7 +94,8 @@ void forBlocksOfFour(std::ptrdiff_t count, Block block) {
     block(count - 4);
 }
 
-/// The same as forGroups, with the column numbers of the lanes as floats: `cell.operator()<Floats>(i, columns)`.
+/// Works like forGroups, and also passes the column numbers of the lanes as floats: `cell.operator()<Floats>(i,
+/// columns)`.
 template <class Cell>
 void forColumns(std::ptrdiff_t begin, std::ptrdiff_t end, Cell cell) {
     Float4 columns = ramp<Float4>(static_cast<float>(begin));

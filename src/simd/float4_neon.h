@@ -4,7 +4,7 @@
 
 #include "simd/lanes.h"
 
-// Four lanes on ARM Advanced SIMD, 64-bit and 32-bit. The 32-bit unit always flushes subnormals to zero.
+// Four lanes on ARM Advanced SIMD (NEON), 64-bit and 32-bit. The 32-bit unit always flushes subnormals to zero.
 
 namespace velmora::neon {
 
@@ -65,7 +65,8 @@ inline Pair<Float4> loadPair(const float* from) {
     return {cells.val[0], cells.val[1]};
 }
 inline void storePair(float* to, Pair<Float4> cells) {
-    // Named first: Clang's vst2q_f32 is a macro, which a comma within braces would split.
+    // The pair has a name, because vst2q_f32 is a macro in Clang: the comma inside braces would split the macro's
+    // argument.
     const float32x4x2_t both{{cells.x.lanes, cells.y.lanes}};
     vst2q_f32(to, both);
 }
@@ -84,7 +85,7 @@ inline Float4 slideLeft(Float4 cells, Float4 after) {
 }
 
 inline void transpose(Float4& a, Float4& b, Float4& c, Float4& d) {
-    const float32x4x2_t ab = vtrnq_f32(a.lanes, b.lanes);  // a0 b0 a2 b2, a1 b1 a3 b3
+    const float32x4x2_t ab = vtrnq_f32(a.lanes, b.lanes);  // {a0 b0 a2 b2}, {a1 b1 a3 b3}
     const float32x4x2_t cd = vtrnq_f32(c.lanes, d.lanes);
     a = vcombine_f32(vget_low_f32(ab.val[0]), vget_low_f32(cd.val[0]));
     b = vcombine_f32(vget_low_f32(ab.val[1]), vget_low_f32(cd.val[1]));
@@ -129,7 +130,8 @@ inline Float4 select(Mask4 which, Float4 yes, Float4 no) {
     return vbslq_f32(which.lanes, yes.lanes, no.lanes);
 }
 
-// vmin and vmax give NaN where either is NaN: compare and select keep the other meaning.
+// vminq_f32 and vmaxq_f32 return NaN if either operand is NaN. min and max must return b then (simd/lanes.h), as
+// compare and select do.
 inline Float4 min(Float4 a, Float4 b) {
     return select(a < b, a, b);
 }
@@ -141,14 +143,15 @@ inline Float4 sqrt(Float4 a) {
 #ifdef __aarch64__
     return vsqrtq_f32(a.lanes);
 #else
-    // The 32-bit vector unit has estimates only; the scalar one rounds correctly.
+    // The 32-bit vector unit only estimates square roots. The scalar unit rounds them correctly.
     return {velmora::sqrt(vgetq_lane_f32(a.lanes, 0)), velmora::sqrt(vgetq_lane_f32(a.lanes, 1)),
             velmora::sqrt(vgetq_lane_f32(a.lanes, 2)), velmora::sqrt(vgetq_lane_f32(a.lanes, 3))};
 #endif
 }
 
 inline Int4 truncate(Float4 a) {
-    // The conversion saturates and takes NaN to 0: what does not fit becomes INT32_MIN here.
+    // vcvtq_s32_f32 saturates and converts NaN to 0. truncate must return INT32_MIN for values that do not fit
+    // (simd/lanes.h).
     const uint32x4_t fits = vcaltq_f32(a.lanes, vdupq_n_f32(2147483648.0f));
     return {vbslq_s32(fits, vcvtq_s32_f32(a.lanes),
                       vdupq_n_s32(std::numeric_limits<std::int32_t>::min()))};

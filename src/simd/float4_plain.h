@@ -5,7 +5,7 @@
 
 #include "simd/lanes.h"
 
-// Four lanes as a plain struct, for processors without vectors. The vector versions are tested against it.
+// Four lanes as a plain struct, for processors that have no vector unit. Tests compare the vector versions with it.
 
 namespace velmora::plain {
 
@@ -25,7 +25,7 @@ struct Float4 {
     Float4(float a, float b, float c, float d) : lane{a, b, c, d} {}
 };
 
-/// Eight 16-bit lanes, modulo 65536.
+/// Eight 16-bit lanes. Sums wrap modulo 65536.
 struct Short8 {
     std::uint16_t lane[8];
 
@@ -108,7 +108,7 @@ inline Float4 slideLeft(Float4 cells, Float4 after) {
     return {cells.lane[1], cells.lane[2], cells.lane[3], after.lane[0]};
 }
 
-/// Transposes four rows of four lanes.
+/// Transposes the 4 x 4 matrix whose rows are a, b, c and d.
 inline void transpose(Float4& a, Float4& b, Float4& c, Float4& d) {
     const Float4 rows[4] = {a, b, c, d};
     const auto column = [&](int k) {

@@ -8,10 +8,11 @@
 
 namespace velmora {
 
-/// Flushes subnormal numbers to zero in this thread's arithmetic during its lifetime, then restores the mode. A flow
-/// or a wave that has decayed then costs no more than a moving one. The results also equal those of the 32-bit ARM
-/// vector unit, which always flushes. WebAssembly has no such mode. VELMORA_KEEP_SUBNORMALS builds for other
-/// processors as if they had no such mode, for comparison.
+/// Makes this thread's arithmetic flush subnormal numbers to zero during the object's lifetime, then restores the mode.
+/// Arithmetic with subnormals is slow on many processors, so a flow or a wave that has decayed would cost more than a
+/// moving one. Flushing also gives the same results as the 32-bit ARM vector unit, which always flushes. On WebAssembly
+/// the object does nothing, because WebAssembly has no such mode. A build with VELMORA_KEEP_SUBNORMALS does nothing
+/// either, so that tests can compare both behaviours.
 class FlushSubnormals {
 public:
     FlushSubnormals() : found_(readMode()) { writeMode(found_ | flushBits); }
@@ -24,7 +25,7 @@ public:
 private:
 #if defined(__SSE2__) && !defined(VELMORA_KEEP_SUBNORMALS)
     using Mode = std::uint32_t;
-    static constexpr Mode flushBits = 0x8040;  // results (bit 15) and operands (bit 6) of MXCSR
+    static constexpr Mode flushBits = 0x8040;  // MXCSR bits 15 (results) and 6 (operands)
     static Mode readMode() {
         return _mm_getcsr();
     }
@@ -33,7 +34,7 @@ private:
     }
 #elif defined(__aarch64__) && !defined(VELMORA_KEEP_SUBNORMALS)
     using Mode = std::uint64_t;
-    static constexpr Mode flushBits = Mode{1} << 24;  // FZ of FPCR
+    static constexpr Mode flushBits = Mode{1} << 24;  // bit FZ (flush to zero) of FPCR
     static Mode readMode() {
         Mode mode;
         asm volatile("mrs %0, fpcr" : "=r"(mode));
@@ -44,7 +45,7 @@ private:
     }
 #elif defined(__arm__) && !defined(VELMORA_KEEP_SUBNORMALS)
     using Mode = std::uint32_t;
-    static constexpr Mode flushBits = Mode{1} << 24;  // FZ of FPSCR
+    static constexpr Mode flushBits = Mode{1} << 24;  // bit FZ (flush to zero) of FPSCR
     static Mode readMode() {
         Mode mode;
         asm volatile("vmrs %0, fpscr" : "=r"(mode));

@@ -8,14 +8,15 @@
 
 #include "base/pair.h"
 
-// The operations of the kernels. The same expression compiles for one cell (`float`) and for four neighbouring cells
-// (`Float4`, simd/float4.h), and gives each cell the same bits. This file has the operations for one cell. They define
-// the meaning of the four-lane operations:
+// The operations of which kernels are written. The same expression compiles for one cell (`float`) and for four
+// adjacent cells (`Float4`, simd/float4.h) and gives each cell the same bits. This file has the operations for one
+// cell. The four-lane operations must follow these definitions:
 //
-//   min(a, b)   a < b ? a : b, so b if either is NaN; max(a, b) the same with a > b
-//   truncate    towards zero; INT32_MIN if the value does not fit or is NaN
-//   sqrt        correctly rounded
-//   arithmetic  IEEE single precision, one rounding per operation, multiply-add never fused
+//   min(a, b)   a < b ? a : b, so b if either is NaN
+//   max(a, b)   a > b ? a : b, so b if either is NaN
+//   truncate    rounds towards zero; INT32_MIN if the value is NaN or does not fit
+//   sqrt        is correctly rounded
+//   arithmetic  is IEEE single precision: each operation rounds once, and multiply-add is never fused
 //
 // Subnormals are an exception: a processor or a mode may flush them to zero (see simd/flush_subnormals.h).
 
@@ -56,7 +57,7 @@ inline void storePair(float* to, Pair<float> cells) {
     to[0] = cells.x;
     to[1] = cells.y;
 }
-/// Stores the pairs at `from` minus `change`. Some processors can do this without separating x and y.
+/// Stores the pairs at `from` minus `change`. Some processors can do this on interleaved x and y, which saves shuffles.
 inline void storeDifference(float* to, const float* from, Pair<float> change) {
     to[0] = from[0] - change.x;
     to[1] = from[1] - change.y;
@@ -70,19 +71,19 @@ inline float ramp<float>(float start) {
     return start;
 }
 
-/// Returns the lanes moved right by one: the last lane of `before`, then all but the last of `cells`. These are the
-/// left neighbours of `cells` if `before` is the group before them.
+/// Returns the lanes moved right by one: the last lane of `before`, then all lanes of `cells` but the last. If `before`
+/// is the group before `cells`, these are the left neighbours of `cells`.
 inline float slideRight(float before, float /*cells*/) {
     return before;
 }
 
-/// Returns the lanes moved left by one: all but the first of `cells`, then the first of `after`. These are the right
-/// neighbours of `cells` if `after` is the group after them.
+/// Returns the lanes moved left by one: all lanes of `cells` but the first, then the first lane of `after`. If `after`
+/// is the group after `cells`, these are the right neighbours of `cells`.
 inline float slideLeft(float /*cells*/, float after) {
     return after;
 }
 
-/// Returns the bits of a value. Not every C++ library has std::bit_cast yet.
+/// Returns the bits of a float. Some C++ standard libraries still lack std::bit_cast.
 inline std::uint32_t bitsOf(float value) {
     std::uint32_t bits;
     std::memcpy(&bits, &value, sizeof bits);
@@ -98,7 +99,7 @@ inline float max(float a, float b) {
 inline float select(bool which, float yes, float no) {
     return which ? yes : no;
 }
-/// Returns -1 if `which` is true, else the value.
+/// Returns -1 if `which` is true, else `value`.
 inline std::int32_t minusOneWhere(bool which, std::int32_t value) {
     return which ? -1 : value;
 }
@@ -113,7 +114,7 @@ inline std::int32_t truncate(float value) {
     const bool fits = value >= -2147483648.0f && value < 2147483648.0f;
     return fits ? static_cast<std::int32_t>(value) : std::numeric_limits<std::int32_t>::min();
 }
-/// The same as truncate, for values in [0, 2^22]. Some processors are faster without the other cases.
+/// Works like truncate, but only for values in [0, 2^22]. Some processors need fewer instructions for this range.
 inline std::int32_t truncateSmall(float value) {
     return static_cast<std::int32_t>(value);
 }
@@ -121,19 +122,20 @@ inline float toFloat(std::int32_t value) {
     return static_cast<float>(value);
 }
 
-/// Returns the 2-float cells with these indices.
+/// Returns the cells of 2 floats with these indices, one per lane.
 inline Pair<float> gatherPairs(const float* cells, std::int32_t index) {
     return loadPair<float>(cells + std::ptrdiff_t{index} * 2);
 }
 
-/// One cell or four, and the cells after them.
+/// One cell or four cells, and the next cell after each.
 template <class Floats>
 struct Neighbours {
     Pair<Floats> cell;
     Pair<Floats> next;
 };
 
-/// Returns the 2-float cells with the indices at `index`, one per lane, and the cells after them, which must exist.
+/// Returns the cells of 2 floats with the indices `index[0]`, `index[1]` ..., one per lane, and the next cell after
+/// each. Those next cells must exist.
 template <class Floats>
 Neighbours<Floats> gatherNeighbours(const float* cells, const std::int32_t* index) = delete;
 template <>
@@ -141,14 +143,14 @@ inline Neighbours<float> gatherNeighbours<float>(const float* cells, const std::
     return {gatherPairs(cells, *index), gatherPairs(cells, *index + 1)};
 }
 
-/// High and low bytes of one value or four, each in [0, 255].
+/// High and low bytes of one value or of four values, each byte in [0, 255].
 template <class Int>
 struct BytePairs {
     Int high;
     Int low;
 };
 
-/// Stores the pairs of `first`, then the pairs of `second`, as bytes: high, low, high, low ...
+/// Stores the pairs of `first`, then the pairs of `second`, as bytes in the order high, low, high, low, ...
 inline void storeBytePairs(std::uint8_t* to, BytePairs<std::int32_t> first,
                            BytePairs<std::int32_t> second) {
     to[0] = static_cast<std::uint8_t>(first.high);

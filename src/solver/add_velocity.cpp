@@ -7,8 +7,8 @@ namespace velmora {
 
 namespace {
 
-/// Returns the velocity of the cell with this centre (screen pixels), pushed if the cell lies beside the segment. The
-/// distance is exact: an estimated root would differ between processors.
+/// Returns the velocity of the cell with this centre (screen pixels). If the cell is beside the segment, the stroke
+/// pushes it. The square root is correctly rounded, because an estimate would differ between processors.
 template <class Floats>
 Pair<Floats> pushedCell(const StrokeImpulse& stroke, Pair<Floats> centre, Pair<Floats> velocity) {
     const Pair<Floats> previous{Floats(stroke.previous.x), Floats(stroke.previous.y)};
@@ -16,7 +16,7 @@ Pair<Floats> pushedCell(const StrokeImpulse& stroke, Pair<Floats> centre, Pair<F
     const Floats t = (centre.x - previous.x) * normal.x + (centre.y - previous.y) * normal.y;
     const auto between = (t > Floats(0.0f)) & (t < Floats(stroke.length));
     if (!any(between)) {
-        return velocity;  // true for most of the grid, which lies before or behind the stroke
+        return velocity;  // the common case: most of the grid is before or behind the stroke
     }
     const Pair<Floats> foot{previous.x + t * normal.x, previous.y + t * normal.y};
     const Pair<Floats> outward{centre.x - foot.x, centre.y - foot.y};

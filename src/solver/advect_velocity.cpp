@@ -15,7 +15,7 @@ bool pushes(const Advection& advection) {
     return advection.dragMode >= MediumDrag;
 }
 
-/// Returns the departure point (u, v) of the cell centred at (x, y), grid units.
+/// Returns the departure point (u, v) of the cell centred at (x, y). Input and output are in grid units.
 template <class Floats>
 Pair<Floats> departurePoint(const Advection& advection, Floats x, Floats y, Pair<Floats> velocity) {
     const Floats timeStep(advection.timeStep);
@@ -23,7 +23,7 @@ Pair<Floats> departurePoint(const Advection& advection, Floats x, Floats y, Pair
             (y - timeStep * velocity.y) * Floats(advection.texelSize.y)};
 }
 
-/// Adds the drag push where the cell's corner (i, j) lies near the touch.
+/// Adds the push of a drag if the cell's corner (i, j) is near the touch.
 template <class Floats>
 Pair<Floats> pushed(const Advection& advection, Floats i, Floats j, Pair<Floats> value) {
     const Floats dx = Floats(advection.touchPoint.x) - i * Floats(advection.cellToScreen.x);
@@ -35,7 +35,7 @@ Pair<Floats> pushed(const Advection& advection, Floats i, Floats j, Pair<Floats>
     return {select(near, value.x + pushX, value.x), select(near, value.y + pushY, value.y)};
 }
 
-/// Returns the value of cell (i, j) after a step that advects `value` to it.
+/// Returns the new value of cell (i, j), given the `value` found at its departure point.
 template <bool withPush, class Floats>
 Pair<Floats> advected(const Advection& advection, Floats i, Floats j, Pair<Floats> value) {
     if constexpr (withPush) {
@@ -52,15 +52,17 @@ Pair<Floats> advectedCell(const Advection& advection, Floats i, Floats j, Pair<F
     return advected<withPush>(advection, i, j, sampleBilinear(source, from.x, from.y));
 }
 
-/// Departure points of up to `capacity` cells of a row. Separate loops compute the points and gather from them. In one
-/// loop, the chain of dependent operations would be so long that a processor overlaps only two or three SIMD groups.
+/// Departure points of up to `capacity` cells of a row. One loop computes the points, a second loop gathers from them.
+/// In a single loop, each SIMD group would be such a long chain of dependent operations that a processor could overlap
+/// only two or three groups.
 struct DeparturePoints {
     static constexpr std::ptrdiff_t capacity = 128;
-    std::int32_t cell[capacity];  // index of the lower left cell; negative if it has no neighbours
+    // Index of the lower left cell, or -1 if that cell is in the last column or row.
+    std::int32_t cell[capacity];
     float fx[capacity], fy[capacity];
 };
 
-/// Writes entry `at` for the cell in `column` of row j.
+/// Writes entry `at`: the departure point of the cell in `column` of row j.
 template <class Floats>
 void findDeparturePoint(const Advection& advection, DeparturePoints& points, std::ptrdiff_t at,
                         Floats column, float j, Pair<Floats> velocity) {
@@ -76,7 +78,7 @@ void findDeparturePoint(const Advection& advection, DeparturePoints& points, std
     store(points.fy + at, place.fy);
 }
 
-/// Returns true if all cells of the group at entry `at` have neighbours.
+/// Returns true if all departure points of the group at entry `at` have right and upper neighbours in the grid.
 template <class Floats>
 bool haveNeighbours(const DeparturePoints& points, std::ptrdiff_t at) {
     std::int32_t all = 0;
@@ -86,7 +88,7 @@ bool haveNeighbours(const DeparturePoints& points, std::ptrdiff_t at) {
     return all >= 0;
 }
 
-/// Returns the value at entry `at`, which must have neighbours.
+/// Returns the value at departure point `at`, whose cell must have right and upper neighbours.
 template <class Floats>
 Pair<Floats> gathered(const FloatGrid& source, const DeparturePoints& points, std::ptrdiff_t at) {
     const std::int32_t* const cell = points.cell + at;
@@ -95,8 +97,8 @@ Pair<Floats> gathered(const FloatGrid& source, const DeparturePoints& points, st
         .weigh(gatherNeighbours<Floats>(source.data, cell), gatherNeighbours<Floats>(above, cell));
 }
 
-/// Advects the columns [begin, end) of row j, at most `DeparturePoints::capacity`. Everything is inlined: a call for
-/// each group would read the constants again.
+/// Advects the columns [begin, end) of row j, at most `DeparturePoints::capacity` columns. All calls are inlined,
+/// because a real call for each group would load the constants again.
 template <bool withPush>
 [[gnu::flatten]] void advectCells(const Advection& pass, const float* velocity, float* out,
                                   std::ptrdiff_t begin, std::ptrdiff_t end, float j) {

@@ -6,11 +6,12 @@
 
 #include "simd/float4.h"
 
-// Loops over a grid whose neighbours beyond the border repeat the edge cell.
+// Loops over a grid. Beyond the border, the neighbour of an edge cell is the edge cell itself.
 
 namespace velmora {
 
-/// Row j of a grid with `rowLength` floats per row, and the rows below and above it.
+/// Row j of a grid with `rowLength` floats per row, and the rows below and above it. At the border, row j is used
+/// again.
 struct ClampedRows {
     ClampedRows(const float* data, std::ptrdiff_t rowLength, std::int32_t j, std::int32_t height)
         : middle(data + j * rowLength),
@@ -22,8 +23,8 @@ struct ClampedRows {
     const float* top;
 };
 
-/// Runs `cell.operator()<Floats>(i, left, right)` for each column i of a row and the columns of its neighbours: the two
-/// edge columns one at a time, the columns between them four at a time. See forGroups.
+/// Runs `cell.operator()<Floats>(i, left, right)` for each column i of a row and the columns of its neighbours. The two
+/// edge columns run one at a time, the columns between them four at a time (see forGroups).
 template <class Cell>
 void forClampedGroups(std::ptrdiff_t width, Cell cell) {
     if (width == 1) {

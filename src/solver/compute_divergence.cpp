@@ -9,7 +9,7 @@ namespace velmora {
 
 namespace {
 
-/// x components of the right and left neighbours, y components of the upper and lower neighbours.
+/// Velocity components around a cell: x of the right and left neighbours, y of the upper and lower neighbours.
 template <class Floats>
 struct Flow {
     Floats right, left, top, bottom;
@@ -21,7 +21,8 @@ Floats divergenceOf(const Divergence& divergence, const Flow<Floats>& flow) {
            Floats(divergence.halfInverseCellSize);
 }
 
-/// Returns the divergence that the sink subtracts from the cell whose corner is (i, j): 0 outside its radius.
+/// Returns the divergence that the sink subtracts from the cell with corner (i, j). Outside the sink's radius this is
+/// 0.
 template <class Floats>
 Floats sinkAt(const Divergence& divergence, Floats i, Floats j) {
     const Floats dx = Floats(divergence.sourcePoint.x) - i * Floats(divergence.cellToScreen.x);

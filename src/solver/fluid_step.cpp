@@ -30,8 +30,8 @@ void startSolver(EffectState& state) {
     }
 }
 
-/// Copies touch and settings of one moment into state.stepSettings, for the worker and the ink passes. Returns the
-/// dissipation of the passes.
+/// Copies the touch and the settings of one moment into state.stepSettings, for the worker and the ink passes. Returns
+/// the dissipation of the ink passes.
 float beginFluidStep(EffectState& state, SharedTouch& shared) {
     const std::lock_guard guard(shared.lock);
     state.stepSettings = beginSolverStep(state, shared.variables);
@@ -43,8 +43,8 @@ float beginFluidStep(EffectState& state, SharedTouch& shared) {
 void stepFluid(EffectState& state, SharedTouch& shared) {
     joinSolver(state);
     uploadVelocity(state);
-    const float dissipation =
-        beginFluidStep(state, shared);  // after the wait, so that no touch is missed
+    // Read the touch only after the wait, so that an event that arrived during the wait counts.
+    const float dissipation = beginFluidStep(state, shared);
     startSolver(state);
     glViewport(0, 0, state.inkWidth, state.inkHeight);
     for (int pass = 0; pass < inkAdvectionPasses; ++pass) {

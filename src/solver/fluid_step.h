@@ -4,9 +4,9 @@
 
 namespace velmora {
 
-/// Runs the fluid step of one ink frame: waits for the last solver worker, uploads its velocity, starts the next worker
-/// and advects the ink while that one runs. So ink moves along the velocity of the frame before. If no worker can be
-/// started, the velocity stays as it is. GL thread.
+/// Runs the fluid step of one ink frame: waits for the last solver worker and uploads its velocity, then starts the
+/// next worker and advects the ink while that worker runs. So ink moves along the velocity of the previous frame. If no
+/// thread can be started, the velocity does not change. Call it on the GL thread.
 void stepFluid(EffectState& state, SharedTouch& shared);
 
 }  // namespace velmora

@@ -11,8 +11,8 @@ namespace velmora {
 
 namespace {
 
-/// Returns the pressure of a cell after one Jacobi iteration. `source` is alpha times the right-hand side b, and `rbeta`
-/// is 1 / beta.
+/// Returns the pressure of a cell after one Jacobi iteration for the Poisson equation with right-hand side b. `source`
+/// is alpha * b, and `rbeta` is 1 / beta (alpha and beta: see Jacobi in passes.h).
 template <class Floats>
 Floats relaxed(Floats left, Floats right, Floats bottom, Floats top, Floats source, Floats rbeta) {
     return (left + right + bottom + top + source) * rbeta;
@@ -32,8 +32,8 @@ void clearBorder(const FloatGrid& grid) {
     }
 }
 
-/// Relaxes two rows of `length` in transposed layout, one above the other. The rows share their loads, so that
-/// additions and no longer loads limit the speed.
+/// Relaxes two adjacent rows of `length` floats in transposed layout. Each row is also the other's upper or lower
+/// neighbour, so both share their loads. The additions then limit the speed; with one row at a time, the loads would.
 void relaxTwoRows(const float* below, const float* lower, const float* upper, const float* above,
                   const float* source, float* out, std::ptrdiff_t length, float rbeta) {
     const Float4 border(0.0f);
@@ -61,7 +61,8 @@ void relaxTwoRows(const float* below, const float* lower, const float* upper, co
     relaxGroups(length - 4, beyond, upperBeyond);
 }
 
-/// Runs one iteration in transposed layout, two rows at a time. If their number is odd, one row is computed twice.
+/// Runs one iteration in transposed layout, two rows at a time. If the number of rows is odd, the last pair computes
+/// one row a second time.
 void relaxTransposed(const TransposedLayout& layout, const float* x, const float* source,
                      float* out, const float* border, float rbeta) {
     const std::ptrdiff_t length = layout.rowLength();
@@ -78,7 +79,7 @@ void relaxTransposed(const TransposedLayout& layout, const float* x, const float
     }
 }
 
-/// Runs the first iteration from pressure 0.
+/// Runs the first iteration. All pressures are 0 before it, so no neighbour is read.
 void relaxFromRest(const TransposedLayout& layout, const float* source, float* out, float rbeta) {
     const Float4 rest(0.0f);
     for (std::ptrdiff_t row = 0; row < layout.rows; ++row) {
@@ -99,8 +100,8 @@ bool fitsTransposed(const FloatGrid& output) {
            layout.cells() + 3 <= layout.width * output.height;
 }
 
-/// Runs all iterations in transposed layout. The workspace holds the pressures. The output holds alpha * b until the
-/// end.
+/// Runs all iterations in transposed layout. The workspace holds the pressures before and after an iteration. The
+/// output's block holds alpha * b until the end, when the result replaces it.
 void relaxAllTransposed(Jacobi& pass, std::int32_t count, float* workspace) {
     const TransposedLayout layout(pass.output);
     float* x = alignedUp(workspace);

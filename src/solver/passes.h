@@ -7,16 +7,17 @@
 #include "base/stroke.h"
 #include "solver/float_grid.h"
 
-// The operators of the velocity solver. They work like fragment shaders: an object holds the parameters and grids of
-// one pass, and `evaluate` computes one output cell from the cell's position. The kernels below compute the same values
-// for whole grids. Positions and movements on the screen are in screen pixels, y up. Velocities are in cells per time
-// unit, y up. A texelSize is (1 / columns, 1 / rows) of the grid. Passes run on the solver's worker thread.
+// The operators of the velocity solver. They resemble fragment shaders: an object holds the parameters and grids of one
+// pass, and `evaluate` computes one output cell from the position of the cell. The kernels declared below compute the
+// same values for whole grids. Positions and movements on the screen are in screen pixels, y up. Velocities are in
+// cells per time unit, y up. A texelSize is (1 / columns, 1 / rows) of the grid. Passes run on the solver's worker
+// thread.
 //
-// The numbers that a kernel reads inside its loop are in a struct of their own, which the kernel copies. Without the
-// copy, the compiler must assume that a store to a cell changes them, and reads them again for each cell.
+// Each kernel copies the parameters that its loop reads, such as Advection, to a local struct. Otherwise the compiler
+// must assume that a store to a cell changes them, and would read them again for each cell.
 //
-// The scheme is that of J. Stam, "Stable Fluids" (SIGGRAPH 1999): semi-Lagrangian advection, then projection with a
-// pressure that Jacobi relaxation computes.
+// The method is that of J. Stam, "Stable Fluids" (SIGGRAPH 1999): semi-Lagrangian advection, then projection with a
+// pressure computed by Jacobi iterations.
 
 namespace velmora {
 
@@ -50,8 +51,8 @@ public:
 
 /// Parameters of AdvectVelocity.
 struct Advection {
-    FloatGrid velocity{};  // gives the departure points
-    FloatGrid source{};    // is advected
+    FloatGrid velocity{};  // grid whose velocities give the departure points
+    FloatGrid source{};    // grid that is advected
     Float2 texelSize{};
     Float2 cellToScreen{};     // screen pixels per cell
     float timeStep = 0.0f;     // time units, > 0
@@ -61,13 +62,15 @@ struct Advection {
     DragMode dragMode = SlowDrag;
 };
 
-/// Semi-Lagrangian self-advection with decay. A drag pushes the flow near the touch.
+/// Advects the velocity along itself (semi-Lagrangian) and multiplies it by the dissipation. A drag pushes the flow
+/// near the touch.
 class AdvectVelocity final : public VectorPass, public Advection {
 public:
     void evaluate(Float2 coord, float* out) const override;
 };
 
-/// The ink advection shader as a CPU pass. The effect advects ink on the GPU and never runs this pass.
+/// The CPU version of the ink advection shader, gpu/shaders/advect.frag. The effect advects ink on the GPU and never
+/// runs this pass.
 class AdvectDensity final : public ScalarPass {
 public:
     void evaluate(Float2 coord, float* out) const override;
@@ -76,14 +79,14 @@ public:
     FloatGrid source{};
     Float2 texelSize{};
     float timeStep = 0.0f;     // time units, > 0
-    float backStep = 0.0f;     // factor of the backtrace, [0, 1]
+    float backStep = 0.0f;     // factor of the distance looked upstream, [0, 1]
     float dissipation = 0.0f;  // factor, [0, 1]
     Float2 scale{};            // screen pixels per cell
-    Float2 center{};           // the touch
+    Float2 center{};           // touch position
     DragMode drag = SlowDrag;
 };
 
-/// One relaxation step of the pressure's Poisson equation.
+/// One Jacobi iteration for the Poisson equation of the pressure: x' = (sum of the neighbours + alpha * b) / beta.
 class Jacobi final : public ScalarPass {
 public:
     void evaluate(Float2 coord, float* out) const override;
@@ -91,7 +94,7 @@ public:
     FloatGrid x{};       // current estimate
     FloatGrid b{};       // right-hand side
     float alpha = 0.0f;  // minus the area of a cell
-    float rbeta = 0.0f;  // 1 / number of neighbours
+    float rbeta = 0.0f;  // 1 / beta; beta is the number of neighbours
     Float2 texelSize{};
 };
 
@@ -117,13 +120,14 @@ struct Divergence {
     Float2 sourcePoint{};
 };
 
-/// Divergence of the velocity, with a sink at the touch.
+/// Computes the divergence of the velocity and subtracts a sink at the touch.
 class ComputeDivergence final : public ScalarPass, public Divergence {
 public:
     void evaluate(Float2 coord, float* out) const override;
 };
 
-/// The ink impulse shader as a CPU pass. The effect adds ink on the GPU and never runs this pass.
+/// The CPU version of the ink impulse shader, gpu/shaders/impulse.frag. The effect adds ink on the GPU and never runs
+/// this pass.
 class AddInk final : public ScalarPass {
 public:
     void evaluate(Float2 coord, float* out) const override;
@@ -158,20 +162,20 @@ public:
     void evaluate(Float2 coord, float* out) const override;
 };
 
-// Each kernel computes every cell of the pass's output and does nothing if that grid does not exist. The input grids
-// have the output's size and are other blocks than it.
+// Each kernel computes every cell of the pass's output grid, and does nothing if that grid does not exist. The input
+// grids must have the size of the output grid and must not overlap it.
 
 void addVelocityKernel(const AddVelocity& pass);
 void advectVelocityKernel(const AdvectVelocity& pass);
 void computeDivergenceKernel(const ComputeDivergence& pass);
 void subtractGradientKernel(const SubtractGradient& pass);
 
-/// Runs `count` Jacobi iterations from a pressure of 0, whatever `x` holds. After each of them `x` and `output`
-/// exchange their grids, so the result is in `x`. `workspace` has the output's size and 2 floats a cell; its contents
-/// are lost.
+/// Runs `count` Jacobi iterations that start from pressure 0; the contents of `x` are ignored. After each iteration `x`
+/// and `output` exchange their grids, so the result is in `x`. `workspace` must have the size of the output and 2
+/// floats per cell; its contents are overwritten.
 void jacobiKernel(Jacobi& pass, std::int32_t count, const FloatGrid& workspace);
 
-/// Runs one Jacobi iteration over the interior of the output, which must exist; its border becomes 0.
+/// Runs one Jacobi iteration over the interior of the output grid, which must exist. Sets the border cells to 0.
 void jacobiSweep(const Jacobi& pass);
 
 }  // namespace velmora

@@ -7,8 +7,8 @@
 #include "simd/float4.h"
 #include "solver/float_grid.h"
 
-// Samples of grids at normalised coordinates (u, v), clamped to [0, 1]. NaN counts as 0, so every sample lies inside
-// the grid.
+// Samples grids at normalised coordinates (u, v), which are clamped to [0, 1]. NaN counts as 0, so no sample reads
+// outside the grid.
 
 namespace velmora {
 
@@ -17,8 +17,8 @@ struct Cell {
     std::int32_t j;
 };
 
-/// Returns the cell nearest to (u, v): at the centre of a cell that cell, one texel beside the centre its neighbour,
-/// clamped to the grid.
+/// Returns the cell at (u, v), where 0 is the first and 1 the last column or row. The centre of a cell gives that cell;
+/// a point one texel beside the centre gives the adjacent cell, clamped to the grid.
 Cell sampleNearest(const FloatGrid& grid, float u, float v);
 
 template <class Floats>
@@ -26,7 +26,7 @@ Floats clampToUnit(Floats value) {
     return min(max(value, Floats(0.0f)), Floats(1.0f));
 }
 
-/// A grid with its sizes in float, which is exact for whole numbers below 2^24 and so for cell indices.
+/// A grid with its sizes as floats. Sizes and cell indices are below 2^24, so a float holds them exactly.
 struct BilinearGrid {
     explicit BilinearGrid(const FloatGrid& grid)
         : data(grid.data),
@@ -38,8 +38,8 @@ struct BilinearGrid {
     float rowLength, lastColumn, lastRow;
 };
 
-/// Position of (u, v) among the four cells around it: the lower left cell, and the distance from it to the right and
-/// upwards, in cells.
+/// Position of (u, v) among the four cells around it: `column` and `row` of the lower left cell, and the distances `fx`
+/// and `fy` from that cell to the right and upwards, in cells.
 template <class Floats>
 struct BilinearPlace {
     BilinearPlace(const BilinearGrid& grid, Floats u, Floats v) {
@@ -55,7 +55,8 @@ struct BilinearPlace {
     Floats fx, fy;
 };
 
-/// Weights of the bilinear mix of four values g. The terms are added in the order written here.
+/// Weights of the bilinear interpolation of four values. The products are added in a fixed order, so that all
+/// processors give the same bits.
 template <class Floats>
 struct BilinearWeights {
     BilinearWeights(Floats fx, Floats fy) {
@@ -77,7 +78,7 @@ struct BilinearWeights {
     Floats weight00, weight10, weight01, weight11;
 };
 
-/// Returns the column or row after `at`, at most `last`.
+/// Returns the column or row after `at`, or `last` if `at` is the last one.
 template <class Floats>
 Floats nextAfter(Floats at, float last) {
     return min(at + Floats(1.0f), Floats(last));

@@ -21,7 +21,8 @@ void setSink(EffectState& state, const EdgeSink& sink) {
     state.sourceStrength = sink.strength;
 }
 
-/// Returns true if the step projects the flow.
+/// Sets touchMargin and the sink from the touch's distance to the screen edges. Returns true if the step projects the
+/// flow.
 bool applyMarginRule(EffectState& state, const TouchVariables& touch, DragMode dragMode) {
     const auto isTouchInside = [&](std::int32_t margin) {
         return isInside(state, touch.touchX, touch.touchY, margin);
@@ -72,8 +73,8 @@ void advect(EffectState& state, const StepSettings& settings) {
     std::swap(state.velocity, state.velocityScratch);
 }
 
-/// Returns a random point up to 5 pixels from the touch on each axis. A sink that never moves would freeze the flow
-/// around it.
+/// Returns a random point within 5 pixels of the touch on each axis. If the sink never moved, the flow around it would
+/// freeze.
 Float2 jitteredSink(const EffectState& state, const StepSettings& settings) {
     const double u1 = std::rand() * 0x1p-31;
     const double u2 = std::rand() * 0x1p-31;
@@ -120,7 +121,7 @@ void project(EffectState& state) {
     std::swap(state.velocity, state.velocityScratch);
 }
 
-/// Returns true if all numbers are finite. x - x is NaN if x is infinite or NaN, and so is every sum with it. Four
+/// Returns true if all numbers are finite. x - x is NaN if x is infinite or NaN, and a sum with NaN is NaN. Four
 /// independent sums let the processor overlap the additions.
 bool areFinite(const float* numbers, std::ptrdiff_t count) {
     Float4 sums[4] = {0.0f, 0.0f, 0.0f, 0.0f};
@@ -141,7 +142,8 @@ bool areFinite(const float* numbers, std::ptrdiff_t count) {
 }
 
 /// Sets every component that is infinite or NaN to 0. Extreme touch pressures and strokes from far outside the screen
-/// can produce such values, which would stay in the flow for ever. Large finite values decay.
+/// can produce such values, and advection would keep and spread them. Large finite values need no care, because they
+/// decay.
 void zeroNonFinite(const FloatGrid& velocity) {
     float* const components = velocity.data;
     const std::ptrdiff_t count = std::ptrdiff_t{velocity.width} * velocity.height * 2;

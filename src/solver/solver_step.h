@@ -5,20 +5,21 @@
 
 namespace velmora {
 
-// A step reads settings and touch of one moment, StepSettings: its result depends on nothing that happens while it
-// runs. The margin rule belongs to that moment: the frame that starts the step deposits its ink by the rule's margin,
-// and the presets of the frame's later touch step replace the rule's sink.
+// A step reads only StepSettings, a copy of settings and touch at one moment, so later touches do not affect it. The
+// margin rule uses the same moment: it reduces the projection near the screen's edges (see applyMarginRule). The frame
+// that starts the step uses the rule's touchMargin for its ink, but the presets of its later touch step replace the
+// rule's sink.
 
 /// Applies the margin rule to touchMargin, sourceRadius and sourceStrength, and returns the settings of the next step.
-/// No worker may run.
+/// No solver worker may be running.
 StepSettings beginSolverStep(EffectState& state, const TouchVariables& touch);
 
-/// Advances the velocity by one step: stroke impulse, self-advection, projection if the touch lies far enough from the
-/// edges, packing. The entry of the solver thread: `effectState` is an EffectState, whose stepSettings the step reads.
-/// Uses its grids, passes and packedVelocity, and rand(). Returns null.
+/// Advances the velocity by one step: adds the stroke impulse, advects, projects if the margin rule allows it, and
+/// packs the result. This is the start function of the solver thread. `effectState` points to an EffectState; the step
+/// uses its stepSettings, grids, passes and packedVelocity, and calls rand(). Returns null.
 void* runSolverStep(void* effectState);
 
-/// Pushes velocity away from the stroke of the step, unless the touch lies near an edge of the screen.
+/// Pushes velocity away from the step's stroke, unless the touch is near an edge of the screen.
 void addVelocityKernel(EffectState& state, const StepSettings& settings);
 
 }  // namespace velmora

@@ -6,14 +6,14 @@
 
 namespace velmora {
 
-/// Settings of one solver step: a copy of those fields of EffectState and TouchVariables that a touch or the frame may
-/// change while the step runs. The other settings change only while no step runs.
+/// Settings of one solver step: copies of the fields of EffectState and TouchVariables that a touch or the frame may
+/// change while the step runs. All other settings change only while no step runs.
 struct StepSettings {
     DragMode dragMode;
     DragSegment dragSegment;                // screen pixels, y down
     std::int32_t touchX, touchY;            // screen pixels, y down
     std::int32_t touchDeltaX, touchDeltaY;  // screen pixels, y down
-    std::int32_t touchMargin;               // pixels, from the step before
+    std::int32_t touchMargin;               // pixels, as the previous step left it
     float timeStep, velocityDissipation;    // see EffectState
     float sourceStrength, sourceRadius;     // see EffectState, after the margin rule
     float inkRadius;                        // screen pixels

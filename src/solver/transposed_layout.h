@@ -5,15 +5,15 @@
 #include "simd/float4.h"
 #include "solver/float_grid.h"
 
-// The layout in which the pressure is relaxed. The interior of each row is cut into four quarters of equal length, one
-// per lane, and stored group by group:
+// The memory layout of the pressure during the Jacobi iterations. The interior of each row is cut into four quarters of
+// equal length, one per SIMD lane. The quarters are interleaved:
 //
 //   a row of 13 cells     0 | a  b  c | d  e  f | g  h  i | j  k | 0
 //   transposed            a d g j   b e h k   c f i +
 //
-// So the left and right neighbours of a group of four are whole groups: the one before it and the one after it. Only at
-// the ends of a row does a lane take its neighbour from the next lane: left of a d g j is 0 c f i, right of c f i + is
-// d g j 0. The zeros are the border. The last quarter is padded with +, which is 0 as well.
+// So the left and right neighbours of a group of four are whole groups: the group before and the group after. Only at
+// the ends of a row does a lane take its neighbour from the adjacent lane: left of "a d g j" is "0 c f i", right of "c
+// f i +" is "d g j 0". The zeros are the border. Each + is padding of the last quarter and also 0.
 
 namespace velmora {
 
@@ -26,19 +26,19 @@ struct TransposedLayout {
     std::ptrdiff_t rowLength() const { return 4 * groups; }
     std::ptrdiff_t cells() const { return rows * rowLength(); }
 
-    /// Sets the padding of a row to 0: at most three cells, all in the last quarter.
+    /// Sets the padding of a row to 0. The padding is at most three cells, all at the end of the last quarter.
     void clearPadding(float* row) const {
         for (std::ptrdiff_t i = width - 2; i < rowLength(); ++i) {
             row[4 * (i - 3 * groups) + 3] = 0.0f;
         }
     }
 
-    std::ptrdiff_t width;   // of the grid
-    std::ptrdiff_t rows;    // of its interior
-    std::ptrdiff_t groups;  // per row, at least 4
+    std::ptrdiff_t width;   // columns of the grid
+    std::ptrdiff_t rows;    // rows of the grid's interior
+    std::ptrdiff_t groups;  // groups of four per row, at least 4
 };
 
-/// Writes `factor` times the grid's interior in transposed layout.
+/// Writes `factor` times the interior of the grid to `transposed`, in transposed layout.
 inline void transposeGrid(const TransposedLayout& layout, const FloatGrid& grid, float factor,
                           float* transposed) {
     const std::ptrdiff_t length = layout.groups;
@@ -62,8 +62,8 @@ inline void transposeGrid(const TransposedLayout& layout, const FloatGrid& grid,
     }
 }
 
-/// Writes the grid's interior from transposed layout. The padding of a row overwrites the border behind the row and may
-/// overwrite a cell of the next row, which is written after it.
+/// Writes the transposed values back to the interior of the grid. The padding of a row overwrites the border cells
+/// after the row and may overwrite one cell of the next row. The next row is written later, so this does no harm.
 inline void restoreGrid(const TransposedLayout& layout, const float* transposed,
                         const FloatGrid& grid) {
     const std::ptrdiff_t length = layout.groups;

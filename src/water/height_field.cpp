@@ -13,10 +13,10 @@ constexpr float heightLimit = 100.0f;
 constexpr float calmThreshold = 0.009f;
 constexpr float smoothing = 0.018f;
 constexpr float strongSmoothing = 0.068f;
-constexpr float strongSmoothingDamping =
-    0.94f;  // the damping that selects strongSmoothing, compared exactly
+// The damping that selects strongSmoothing. It is compared exactly, so 0.9400001f selects `smoothing`.
+constexpr float strongSmoothingDamping = 0.94f;
 
-/// Number of rows smoothed side by side. Within a row, each group waits for the group before it.
+/// Number of rows that smoothSixRows smooths at the same time, to hide the latency of the chain within a row.
 constexpr std::ptrdiff_t smoothedTogether = 6;
 
 /// The part of a grid row inside the updated rectangle, in the velocity grid and in the height grid.
@@ -35,13 +35,13 @@ auto leavesCalm(Floats velocity) {
     return (velocity > Floats(calmThreshold)) | (velocity < Floats(-calmThreshold));
 }
 
-/// Keeps NaN: if a comparison fails, min and max return their second operand.
+/// Limits a height to +-heightLimit and keeps NaN: min and max return their second operand if a comparison fails.
 template <class Floats>
 Floats clampedHeight(Floats sum) {
     return max(Floats(-heightLimit), min(Floats(heightLimit), sum));
 }
 
-/// Runs the first pass for one group or cell. Returns its new velocity.
+/// Runs the first pass, which updates the velocity, for one group or cell. Returns the new velocity.
 template <class Floats>
 Floats accelerate(WaterRow row, std::ptrdiff_t x, Floats top, std::ptrdiff_t rowLength,
                   const WaveSettings& settings) {
@@ -54,15 +54,15 @@ Floats accelerate(WaterRow row, std::ptrdiff_t x, Floats top, std::ptrdiff_t row
     return velocity;
 }
 
-/// Runs the second pass for one group or cell with this height.
+/// Runs the second pass, which moves the height by the velocity, for one group or cell.
 template <class Floats>
 void moveCell(WaterRow row, std::ptrdiff_t x, Floats height) {
     store(row.height + x, clampedHeight(height + load<Floats>(row.velocity + x)));
 }
 
-/// Runs the first pass for `row`. If `above` is a row of the rectangle, also runs the second pass for that row: a
-/// height moves after the cell below it has read it. Returns true if a new velocity leaves the calm band; false
-/// without `detectCalm`.
+/// Runs the first pass for `row`. If `movesAbove` is true, also runs the second pass for the row above. That height may
+/// move only now, because the first pass of the cell below reads the old height. Returns true if `detectCalm` is true
+/// and a new velocity exceeds the calm threshold.
 template <bool detectCalm, bool movesAbove>
 bool accelerateRow(WaterRow row, WaterRow above, std::ptrdiff_t width, std::ptrdiff_t rowLength,
                    const WaveSettings& waves) {
@@ -94,8 +94,8 @@ void moveRow(WaterRow row, std::ptrdiff_t width) {
     });
 }
 
-/// Returns one group or cell after the third pass. `top` is smoothed. `left` is the smoothed group before, whose last
-/// cell is the only smoothed left neighbour of the group.
+/// Returns one group or cell after the third pass, which smooths the heights. `top` has been smoothed. `left` is the
+/// smoothed group before, of which only the last cell is used. The other left neighbours are not smoothed yet.
 template <class Floats>
 Floats smoothed(const float* cell, std::ptrdiff_t rowLength, Floats weight, Floats top,
                 Floats left) {
@@ -113,7 +113,8 @@ Floats smooth(float* cell, std::ptrdiff_t rowLength, Floats weight, Floats left)
     return value;
 }
 
-/// Runs the third pass for the groups [begin, end) of one row. Returns the last group, or `left` if there is none.
+/// Runs the third pass for the groups [begin, end) of one row. Returns the last smoothed group, or `left` if there is
+/// none.
 Float4 smoothGroups(float* row, std::ptrdiff_t rowLength, float weight, std::ptrdiff_t begin,
                     std::ptrdiff_t end, Float4 left) {
     for (std::ptrdiff_t group = begin; group < end; ++group) {
@@ -122,7 +123,7 @@ Float4 smoothGroups(float* row, std::ptrdiff_t rowLength, float weight, std::ptr
     return left;
 }
 
-/// Runs the third pass for the last cells of a row, which no group covers.
+/// Runs the third pass for the last cells of a row, which do not fill a group of four.
 void smoothRest(float* row, std::ptrdiff_t rowLength, float weight, std::ptrdiff_t width) {
     for (std::ptrdiff_t x = width / 4 * 4; x < width; ++x) {
         smooth(row + x, rowLength, weight, row[x - 1]);
@@ -134,14 +135,15 @@ void smoothRow(float* row, std::ptrdiff_t rowLength, float weight, std::ptrdiff_
     smoothRest(row, rowLength, weight, width);
 }
 
-/// Runs the third pass for six rows side by side, of at least `smoothedTogether` groups each. A group needs the
-/// smoothed group above it, so each row is one group behind the row above. The six chains from group to group then run
-/// at once. The variables a to f hold the last group of each row; an array would go through memory. No row writes what
-/// another row reads, so all stores come last: a processor that executes in order also overlaps the six chains.
+/// Runs the third pass for six rows at the same time; a row has at least `smoothedTogether` groups. Each group depends
+/// on the group before it, so one row alone is a chain of dependent operations. A group also needs the smoothed group
+/// above it, so each row is one group behind the row above. The six chains then overlap. The variables a to f hold the
+/// last group of each row; as an array they would be kept in memory. No row writes what another row reads, so all
+/// stores can come last. Then even a processor that executes in order overlaps the six chains.
 void smoothSixRows(float* first, std::ptrdiff_t rowLength, float weight, std::ptrdiff_t width) {
     const std::ptrdiff_t groups = width / 4;
     const auto row = [=](std::ptrdiff_t r) { return first + r * rowLength; };
-    // When the six rows start together, row r has already smoothed 5 - r groups.
+    // When the common loop starts, row r has already smoothed 5 - r groups.
     const auto start = [=](std::ptrdiff_t r) {
         return smoothGroups(row(r), rowLength, weight, 0, smoothedTogether - 1 - r,
                             Float4(row(r)[-1]));
@@ -193,8 +195,8 @@ bool stepHeightField(const WaterGrids& grids, const WaterRectangle& rectangle,
         return WaterRow{grids.velocity + start, grids.height + start};
     };
     bool isMoving = false;
-    // One loop over the rows runs all three passes, so that memory is read once. A row is moved after the row below it
-    // is accelerated, and smoothed after the row below it is moved.
+    // One loop over the rows runs all three passes, so that each row is read from memory once. A row moves when the row
+    // below it has been accelerated, and is smoothed when the row below it has moved.
     std::ptrdiff_t unsmoothed = rectangle.y0;
     const auto smoothSixes = [&](std::ptrdiff_t end) {
         if (width >= 4 * smoothedTogether && end - unsmoothed >= smoothedTogether) {

@@ -2,16 +2,16 @@
 
 namespace velmora {
 
-/// Two row-major grids with 1 float per cell and `rowLength` cells per row: heights in [-100, 100] and vertical
-/// velocities, height per step.
+/// Two row-major grids with 1 float per cell and `rowLength` cells per row: heights in [-100, 100], and vertical
+/// velocities in height per step.
 struct WaterGrids {
     float* velocity;
     float* height;
     int rowLength;
 };
 
-/// Cells x0 <= x < x1, y0 <= y < y1. The grid must have at least one more cell on each side, which is read and never
-/// written.
+/// The cells with x0 <= x < x1 and y0 <= y < y1. The grid must have at least one more cell on each side; those cells
+/// are read and never written.
 struct WaterRectangle {
     int x0;
     int y0;
@@ -25,8 +25,8 @@ struct WaveSettings {
     bool detectCalm;
 };
 
-/// Runs one explicit time step of the damped wave equation, and smooths the heights. Returns true if all new velocities
-/// lie in the calm band, or if `detectCalm` is false. Allocates nothing. Any thread.
+/// Runs one explicit time step of the damped wave equation and smooths the heights. Returns true if all new velocities
+/// are within +-0.009 (calm), or if `detectCalm` is false. Allocates no memory. May be called on any thread.
 bool stepHeightField(const WaterGrids& grids, const WaterRectangle& rectangle,
                      const WaveSettings& settings);
 

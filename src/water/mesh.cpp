@@ -10,7 +10,7 @@ namespace velmora {
 
 namespace {
 
-/// Returns the number of gaps between `details` vertices, for any int.
+/// Returns `details` - 1, the number of gaps between vertices, as a float. Cannot overflow.
 float gaps(int details) {
     return static_cast<float>(std::int64_t{details} - 1);
 }
@@ -21,14 +21,14 @@ void storePoint(float* to, float x, float y) {
     to[2] = 0.0f;
 }
 
-/// Writes the first column of vertices, at x, from `top` downwards.
+/// Writes the first column of vertices, all at x, from `top` downwards in steps of `stepY`.
 void writeFirstColumn(float* positions, int rows, float x, float top, float stepY) {
     for (int row = 0; row < rows; ++row) {
         storePoint(positions + row * 3, x, top - static_cast<float>(row) * stepY);
     }
 }
 
-/// Writes a column of vertices at x with the other coordinates of the first column. Four vertices fill three vectors.
+/// Writes a column of vertices at x; y and z are those of the first column. Four vertices fill three vectors.
 void writeColumn(float* positions, const float* first, std::ptrdiff_t rows, float x) {
     if (rows < 4) {
         for (std::ptrdiff_t row = 0; row < rows; ++row) {
@@ -36,10 +36,11 @@ void writeColumn(float* positions, const float* first, std::ptrdiff_t rows, floa
         }
         return;
     }
+    // Three vectors hold four vertices: x y 0 x, y 0 x y, 0 x y 0. The masks select the lanes of x.
     const Float4 zero(0.0f);
-    const auto isX0 = Float4(1.0f, 0.0f, 0.0f, 1.0f) > zero;  // x y 0 x
-    const auto isX1 = Float4(0.0f, 0.0f, 1.0f, 0.0f) > zero;  // y 0 x y
-    const auto isX2 = Float4(0.0f, 1.0f, 0.0f, 0.0f) > zero;  // 0 x y 0
+    const auto isX0 = Float4(1.0f, 0.0f, 0.0f, 1.0f) > zero;
+    const auto isX1 = Float4(0.0f, 0.0f, 1.0f, 0.0f) > zero;
+    const auto isX2 = Float4(0.0f, 1.0f, 0.0f, 0.0f) > zero;
     forBlocksOfFour(rows, [=](std::ptrdiff_t row) {
         const float* const from = first + row * 3;
         float* const to = positions + row * 3;
@@ -51,7 +52,7 @@ void writeColumn(float* positions, const float* first, std::ptrdiff_t rows, floa
 
 constexpr std::ptrdiff_t quadIndices = 6;
 
-/// Writes the quad to the upper left of a vertex as two triangles, in a mesh with `rows` rows.
+/// Writes two triangles: the quad whose lower right vertex is `bottomRight`, in a mesh with `rows` rows.
 void writeQuad(std::uint16_t* indices, std::int64_t bottomRight, std::int64_t rows) {
     const std::int64_t topLeft = bottomRight - rows - 1;
     const std::int64_t vertices[quadIndices] = {topLeft, topLeft + 1, bottomRight,
@@ -75,13 +76,13 @@ void store(std::uint16_t* to, const FourQuads& quads) {
     store(to + 16, quads.third);
 }
 
-/// Returns the four quads that lie `vertices` later in the order of vertices.
+/// Returns the quads with every index increased by `vertices`.
 FourQuads shifted(const FourQuads& quads, std::int64_t vertices) {
     const Short8 growth(static_cast<std::uint16_t>(vertices));
     return {quads.first + growth, quads.second + growth, quads.third + growth};
 }
 
-/// Writes a row of `count` quads, at least four. `first` holds the leftmost four.
+/// Writes a row of `count` quads. `count` must be at least four, and `first` holds the leftmost four quads.
 void writeQuadRow(std::uint16_t* indices, FourQuads first, std::ptrdiff_t count,
                   std::int64_t rows) {
     const FourQuads last = shifted(first, (count - 4) * rows);
@@ -102,7 +103,8 @@ void writeMeshPositions(float* positions, int vertexCount, const MeshShape& shap
     const float stepY = static_cast<float>(shape.height) / gaps(shape.rows);
     const float halfWidth = static_cast<float>(shape.width) * 0.5f;
     const float halfHeight = static_cast<float>(shape.height) * 0.5f;
-    // Going column by column needs no division, so columns and rows are exact for meshes of any height.
+    // The loop goes column by column and needs no division, so column and row numbers are exact for meshes of any
+    // height.
     float* to = positions;
     int column = 0;
     for (int left = vertexCount; left > 0; left -= shape.rows, ++column) {

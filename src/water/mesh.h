@@ -4,8 +4,9 @@
 
 namespace velmora {
 
-/// A water mesh of columns x rows vertices on a rectangle of width x height mesh units, centred on the origin, x to the
-/// right, y up. The vertices are ordered by column from left to right, each column from top to bottom.
+/// A water mesh of columns x rows vertices on a rectangle of width x height mesh units. The centre is the origin, x
+/// points right and y up. The vertices are ordered by column from left to right, and within a column from top to
+/// bottom.
 struct MeshShape {
     int width;
     int height;
@@ -13,11 +14,12 @@ struct MeshShape {
     int rows;
 };
 
-/// Writes the positions (x, y, 0) of the first `vertexCount` vertices: 3 * vertexCount floats. Any thread.
+/// Writes the positions (x, y, 0) of the first `vertexCount` vertices: 3 * vertexCount floats. May be called on any
+/// thread.
 void writeMeshPositions(float* positions, int vertexCount, const MeshShape& shape);
 
 /// Writes the triangle list: 6 * (columns - 1) * (rows - 1) indices modulo 65536. The quads are ordered row by row from
-/// the top, and each is two counter-clockwise triangles. Any thread.
+/// the top, and each is two counter-clockwise triangles. May be called on any thread.
 void writeMeshIndices(std::uint16_t* indices, const MeshShape& shape);
 
 }  // namespace velmora

@@ -11,12 +11,12 @@ namespace velmora {
 
 namespace {
 
-// Sizes in cells. The box around a cone has whole columns and rows.
+// Sizes in cells. The cone of a ripple is added within a box of whole columns and rows around the touch.
 constexpr float coneRadius = 3.0f;
-constexpr float boxStart = -coneRadius;      // from the centre
-constexpr float boxEnd = coneRadius + 1.0f;  // from the centre, exclusive
-constexpr float edgeThreshold = 5.0f;        // distance from an edge below which the box is clamped
-constexpr int firstCell = 2;                 // lowest column and row that may change
+constexpr float boxStart = -coneRadius;      // first cell of the box, from the centre
+constexpr float boxEnd = coneRadius + 1.0f;  // end of the box, from the centre, exclusive
+constexpr float edgeThreshold = 5.0f;  // distance from an edge below which the box ends at the edge
+constexpr int firstCell = 2;           // lowest column and row that may change
 
 /// Cells that a cone may reach along one axis.
 struct CellRange {
@@ -24,12 +24,13 @@ struct CellRange {
     int end;  // exclusive
 };
 
-/// Returns the grid coordinate, in cells, of a coordinate relative to the centre of the area.
+/// Converts a coordinate relative to the centre of the area to a grid coordinate in cells.
 float gridCoordinate(float touch, int areaSize, int count) {
     return (touch / static_cast<float>(areaSize) + 0.5f) * static_cast<float>(count);
 }
 
-/// Returns the cells that a cone around `centre` may reach. NaN fails both comparisons and gives the whole grid.
+/// Returns the cells that a cone around `centre` may reach. If `centre` is NaN, both comparisons fail and the result is
+/// the whole grid.
 CellRange coneRange(float centre, int count) {
     const auto cells = static_cast<float>(count);
     const int lastCell = saturatedInt(std::int64_t{count} - 1);
@@ -37,8 +38,8 @@ CellRange coneRange(float centre, int count) {
             centre < cells - edgeThreshold ? saturatedInt(std::floor(centre + boxEnd)) : lastCell};
 }
 
-/// Returns a cell at (dx, dy) from the centre with the cone added; a cell outside the cone keeps `old`. The root is
-/// exact: an estimated root would differ between processors.
+/// Returns the cell at distance (dx, dy) from the centre after the cone is added. A cell outside the cone keeps `old`.
+/// The square root is correctly rounded, because an estimate would differ between processors.
 template <class Floats>
 Floats coneCell(Floats old, Floats dx, Floats dy, Floats strength) {
     const Floats depth = Floats(coneRadius) - sqrt(dx * dx + dy * dy);
@@ -53,7 +54,7 @@ void addRipple(float* grid, const RippleTouch& touch) {
     const CellRange columns = coneRange(cx, touch.gridWidth);
     const CellRange rows = coneRange(cy, touch.gridHeight);
     if (columns.start >= columns.end) {
-        return;  // near the limits of int, forGroups would overflow on 32-bit processors
+        return;  // near the largest int, the loop of forGroups would overflow on 32-bit processors
     }
     for (int row = rows.start; row < rows.end; ++row) {
         float* cells = grid + std::ptrdiff_t{row} * touch.gridWidth;

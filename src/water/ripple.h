@@ -2,8 +2,8 @@
 
 namespace velmora {
 
-/// A touch at (x, y) of an area that is centred on the origin. The grid of gridWidth x gridHeight cells covers the
-/// whole area; row numbers increase with y.
+/// A touch at (x, y), relative to the centre of an area. The grid of gridWidth x gridHeight cells covers the whole
+/// area. Row numbers increase with y.
 struct RippleTouch {
     int areaWidth;
     int areaHeight;
@@ -14,8 +14,8 @@ struct RippleTouch {
     float strength;
 };
 
-/// Adds a cone of radius 3 cells and peak 3 * strength to the row-major grid. The first two columns and rows and the
-/// last column and row never change. Any thread.
+/// Adds a cone of radius 3 cells and height 3 * strength to the row-major grid. The first two columns and rows and the
+/// last column and row never change. May be called on any thread.
 void addRipple(float* grid, const RippleTouch& touch);
 
 }  // namespace velmora

@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <cstddef>
+#include <cstdint>
 
 #include "app/ink_choice.h"
 #include "app/random_settings.h"

@@ -3,7 +3,10 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
+#include <cstddef>
 #include <cstdint>
+#include <initializer_list>
+#include <utility>
 #include <variant>
 #include <vector>
 
@@ -18,6 +21,7 @@ namespace {
 using namespace std::chrono_literals;
 using app::AttractMode;
 using app::Clock;
+using app::FrameLength;
 using app::frameTime;
 using hostkit::Touch;
 using hostkit::TouchAction;
@@ -28,9 +32,9 @@ TEST(FrameClock, OneFrameIsDueAtOnceAfterASkip) {
     app::FrameClock clock;
     for (const Clock::time_point now : {start, start + 100s}) {
         EXPECT_EQ(clock.untilNext(now, 1.0f), 0ns);
-        EXPECT_EQ(clock.take(now, 1.0f, false).frames, 1);
-        EXPECT_EQ(clock.take(now + 10ms, 1.0f, false).frames, 0);
-        EXPECT_EQ(clock.take(now + 17ms, 1.0f, false).frames, 1);
+        EXPECT_EQ(clock.take(now, 1.0f, FrameLength::real).frames, 1);
+        EXPECT_EQ(clock.take(now + 10ms, 1.0f, FrameLength::real).frames, 0);
+        EXPECT_EQ(clock.take(now + 17ms, 1.0f, FrameLength::real).frames, 1);
         clock.skip();
     }
 }
@@ -39,35 +43,50 @@ TEST(FrameClock, FramesFollowTheTimeScaleAndAreLongerOnASlowMachine) {
     const struct {
         std::chrono::nanoseconds gap;
         float timeScale;
-        bool exact;
+        FrameLength length;
         int frames;
         std::chrono::nanoseconds elapsed;
     } cases[] = {
-        {frameTime, 1.0f, false, 1, frameTime},
-        {15ms, 1.0f, false, 1, frameTime},  // the display frame is a little early
-        {frameTime, 0.5f, false, 0, frameTime},
-        {frameTime, 2.0f, false, 2, frameTime},
-        {50ms, 1.0f, false, 1, 50ms},
-        {50ms, 1.0f, true, 1, frameTime},  // exact frames give slow motion
-        {60s, 1.0f, false, 1, 250ms},      // the machine was asleep
-        {200ms, 2.0f, false, 2, 200ms},
-        {-1s, 1.0f, false, 0, frameTime},
+        {frameTime, 1.0f, FrameLength::real, 1, frameTime},
+        {15ms, 1.0f, FrameLength::real, 1, frameTime},  // the display frame is a little early
+        {frameTime, 0.5f, FrameLength::real, 0, frameTime},
+        {frameTime, 2.0f, FrameLength::real, 2, frameTime},
+        {50ms, 1.0f, FrameLength::real, 1, 50ms},
+        {50ms, 1.0f, FrameLength::exact, 1, frameTime},  // exact frames give slow motion
+        {100ms, 1.0f, FrameLength::whole, 1, 6 * frameTime},
+        {1s, 2.0f, FrameLength::whole, 2, 60 * frameTime},
+        {60s, 1.0f, FrameLength::real, 1, 250ms},  // the machine was asleep
+        {200ms, 2.0f, FrameLength::real, 2, 200ms},
+        {-1s, 1.0f, FrameLength::real, 0, frameTime},
     };
     for (const auto& test : cases) {
         app::FrameClock clock;
-        clock.take(start, test.timeScale, false);
-        const auto due = clock.take(start + test.gap, test.timeScale, test.exact);
+        clock.take(start, test.timeScale, FrameLength::real);
+        const auto due = clock.take(start + test.gap, test.timeScale, test.length);
         EXPECT_EQ(due.frames, test.frames) << test.gap.count();
         EXPECT_EQ(due.elapsed, test.elapsed) << test.gap.count();
     }
 }
 
+TEST(FrameClock, WholeFramesKeepTheTime) {
+    app::FrameClock clock;
+    clock.take(start, 1.0f, FrameLength::whole);
+    std::chrono::nanoseconds effectTime{0};
+    for (Clock::time_point now = start; now < start + 10s;) {
+        now += 97ms;  // no multiple of 1/60 s
+        const auto due = clock.take(now, 1.0f, FrameLength::whole);
+        EXPECT_EQ(due.elapsed % frameTime, 0ns);
+        effectTime += due.frames * due.elapsed;
+    }
+    EXPECT_NEAR(std::chrono::duration<double>(effectTime).count(), 10.0, 0.1);
+}
+
 TEST(FrameClock, SlowMotionHasTheRightSpeedAcrossLongWaits) {
     app::FrameClock clock;
-    clock.take(start, 0.05f, false);
+    clock.take(start, 0.05f, FrameLength::real);
     const auto wait = clock.untilNext(start, 0.05f);
     EXPECT_NEAR(std::chrono::duration<double>(wait).count(), 20.0 / 60.0, 1e-6);
-    EXPECT_EQ(clock.take(start + wait, 0.05f, false).frames, 1);
+    EXPECT_EQ(clock.take(start + wait, 0.05f, FrameLength::real).frames, 1);
 }
 
 TEST(AttractMode, StartsAfterFourSecondsAndAfterTwentyOnceTouched) {
@@ -111,6 +130,25 @@ TEST(AttractMode, DrawsThreeStrokesOnTheScreenAndThenWaitsForInput) {
     EXPECT_EQ(mode.untilStart(start + 1h), 4s);
 }
 
+TEST(AttractMode, RepeatsWithNewStrokesForAScreenSaver) {
+    AttractMode mode(start);
+    mode.repeat();
+    const auto firstTouch = [&](app::Clock::time_point now) {
+        mode.startIfIdle(now);
+        const Touch touch = std::get<Touch>(mode.next({100, 200}).at(0));
+        while (mode.isRunning()) {
+            mode.next({100, 200});
+        }
+        return touch;
+    };
+    const Touch first = firstTouch(start + 4s);
+    mode.startIfIdle(start + 30s);
+    EXPECT_EQ(mode.untilStart(start + 30s), 20s);
+    const Touch second = firstTouch(start + 50s);
+    EXPECT_EQ(second.action, TouchAction::down);
+    EXPECT_NE(second.x, first.x);
+}
+
 TEST(AttractMode, LiftsTheFingerOnlyIfItIsDown) {
     for (const auto& [frames, lifts] : {std::pair{0, 0}, {1, 1}, {110, 1}, {111, 0}, {200, 0}}) {
         AttractMode mode(start);
@@ -152,7 +190,7 @@ TEST(IdleWatch, WithInkTwoFramesMustBeEqual) {
     EXPECT_FALSE(watch.mayShowInk());
 }
 
-TEST(Finger, ReportsOneMoveAFrameAndEndsAtTheEdge) {
+TEST(Finger, ReportsOneMoveAFrameAndIsUpOutsideTheScreen) {
     app::Finger finger;
     const app::Size screen{100, 200};
     finger.move(5, 5, 0.5f, screen);
@@ -162,13 +200,18 @@ TEST(Finger, ReportsOneMoveAFrameAndEndsAtTheEdge) {
     finger.move(11, 20, 0.5f, screen);
     finger.move(12, 20, 0.25f, screen);
     finger.move(100, 20, 0.5f, screen);
+    finger.move(110, 20, 0.5f, screen);
+    EXPECT_TRUE(finger.isHeld() && !finger.isPressed());
     finger.move(50, 20, 0.5f, screen);
-    finger.end(TouchAction::up, 50, 20);
-    const std::vector<hostkit::ScriptAction> expected = {Touch{TouchAction::down, 10, 20, 0.5f},
-                                                         Touch{TouchAction::move, 12, 20, 0.25f},
-                                                         Touch{TouchAction::cancel, 100, 20, 0}};
+    finger.move(50, -1, 0.5f, screen);
+    finger.end(TouchAction::cancel, 50, -1);
+    finger.move(50, 20, 0.5f, screen);
+    const std::vector<hostkit::ScriptAction> expected = {
+        Touch{TouchAction::down, 10, 20, 0.5f}, Touch{TouchAction::move, 12, 20, 0.25f},
+        Touch{TouchAction::up, 100, 20, 0}, Touch{TouchAction::down, 50, 20, 0.5f},
+        Touch{TouchAction::up, 50, -1, 0}};
     EXPECT_EQ(finger.takeActions(), expected);
-    EXPECT_FALSE(finger.isPressed() || finger.hasActions());
+    EXPECT_FALSE(finger.isHeld() || finger.isPressed() || finger.hasActions());
 }
 
 }  // namespace

@@ -1,4 +1,5 @@
-// Tests that waves have the same position and size at the same time, on any grid and at any frame rate.
+// Tests that waves have the same position and size at the same time, on any grid and at any frame rate. Tests undo and
+// redo of changes of the settings.
 
 #include "app/settings.h"
 
@@ -6,9 +7,12 @@
 
 #include <algorithm>
 #include <chrono>
+#include <cstddef>
+#include <initializer_list>
 #include <numeric>
 #include <span>
 
+#include "app/settings_history.h"
 #include "hostkit/water_driver.h"
 
 namespace {
@@ -103,6 +107,36 @@ TEST(Settings, ATouchRaisesTheSameVolumeOnAnyMesh) {
         settings.meshDetail = detail;
         EXPECT_NEAR(Pond(settings).volume() / expected, 1.0, 0.2) << detail;
     }
+}
+
+TEST(SettingsHistory, UndoesAndRedoesStepsAndADragIsOneStep) {
+    const app::Settings first;
+    app::SettingsHistory history(first);
+    app::Clock::time_point now{1h};
+    app::Settings settings;
+    const auto note = [&](float app::Settings::*member, float value,
+                          std::chrono::nanoseconds pause) {
+        settings.*member = value;
+        now += pause;
+        history.note(settings, now);
+        return settings;
+    };
+    EXPECT_FALSE(history.undo());
+    note(&app::Settings::rain, 1.0f, 10ms);
+    const app::Settings dragged = note(&app::Settings::rain, 2.0f, 10ms);
+    const app::Settings later = note(&app::Settings::rain, 3.0f, 5s);
+    note(&app::Settings::damping, 0.9f, 10ms);
+    EXPECT_EQ(history.undo(), later);
+    EXPECT_EQ(history.undo(), dragged);
+    EXPECT_EQ(history.undo(), first);
+    EXPECT_FALSE(history.undo());
+    EXPECT_EQ(history.redo(), dragged);
+    history.note(dragged, now);  // the front end has applied these settings
+    EXPECT_EQ(history.redo(), later);
+    settings = later;
+    note(&app::Settings::rain, 4.0f, 10ms);
+    EXPECT_FALSE(history.redo()) << "a new change replaces the undone one";
+    EXPECT_EQ(history.undo(), later) << "a change after a redo is a step";
 }
 
 }  // namespace

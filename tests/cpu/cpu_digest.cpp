@@ -3,9 +3,11 @@
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
+#include <initializer_list>
 #include <limits>
 #include <random>
 #include <span>
+#include <type_traits>
 #include <vector>
 
 #include "effect/tuning.h"

@@ -1,3 +1,13 @@
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+#include <cstdint>
+#include <initializer_list>
+#include <iterator>
+#include <random>
+#include <utility>
+#include <vector>
+
 #include "test_memory.h"
 #include "tests/oracle/plain_kernels.h"
 

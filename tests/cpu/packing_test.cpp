@@ -1,3 +1,13 @@
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+#include <cstdint>
+#include <initializer_list>
+#include <iterator>
+#include <span>
+#include <utility>
+#include <vector>
+
 #include "solver/velocity_packing.h"
 #include "test_memory.h"
 #include "tests/oracle/plain_kernels.h"

@@ -1,4 +1,6 @@
+#include <initializer_list>
 #include <utility>
+#include <vector>
 
 #include "base/saturate.h"
 #include "base/screen.h"

@@ -1,4 +1,10 @@
+#include <algorithm>
 #include <array>
+#include <cmath>
+#include <cstddef>
+#include <cstdint>
+#include <initializer_list>
+#include <iterator>
 
 #include "simd/float4.h"
 #include "test_memory.h"

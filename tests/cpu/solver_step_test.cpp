@@ -1,7 +1,15 @@
 #include "solver/solver_step.h"
 
+#include <algorithm>
+#include <cmath>
+#include <cstdint>
 #include <cstdlib>
+#include <initializer_list>
+#include <iterator>
 #include <optional>
+#include <random>
+#include <utility>
+#include <vector>
 
 #include "simd/flush_subnormals.h"
 #include "solver/velocity_packing.h"

@@ -12,6 +12,7 @@
 #include <limits>
 #include <random>
 #include <span>
+#include <type_traits>
 #include <vector>
 
 #include "simd/lanes.h"

@@ -1,5 +1,8 @@
 #include "effect/touch.h"
 
+#include <initializer_list>
+#include <utility>
+
 #include "test_memory.h"
 
 namespace velmora::test {

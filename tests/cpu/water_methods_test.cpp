@@ -1,7 +1,11 @@
 #include <gtest/gtest.h>
+#include <jni.h>
 
 #include <algorithm>
 #include <array>
+#include <cstddef>
+#include <initializer_list>
+#include <vector>
 
 #include "hostkit/instruments/checked_jni.h"
 #include "hostkit/native.h"

@@ -1,3 +1,12 @@
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+#include <cstdint>
+#include <initializer_list>
+#include <random>
+#include <utility>
+#include <vector>
+
 #include "simd/flush_subnormals.h"
 #include "test_memory.h"
 #include "tests/oracle/plain_kernels.h"

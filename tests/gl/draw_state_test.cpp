@@ -1,7 +1,13 @@
 #include <GLES2/gl2.h>
 #include <gtest/gtest.h>
+#include <jni.h>
 
+#include <cstddef>
 #include <initializer_list>
+#include <map>
+#include <string>
+#include <utility>
+#include <vector>
 
 #include "tests/host/test_host.h"
 

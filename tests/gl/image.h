@@ -2,6 +2,9 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstddef>
+#include <cstdint>
+#include <initializer_list>
 
 #include "tests/host/test_host.h"
 

@@ -1,8 +1,15 @@
 #include <GLES2/gl2.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
 #include <functional>
+#include <initializer_list>
 #include <numbers>
+#include <string>
+#include <utility>
+#include <vector>
 
 #include "image.h"
 

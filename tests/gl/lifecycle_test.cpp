@@ -1,11 +1,13 @@
-#include <GLES2/gl2.h>
 #include <gtest/gtest.h>
+#include <jni.h>
 #include <standin_bitmap.h>
 
 #include <algorithm>
 #include <climits>
-#include <cstdlib>
+#include <cstdint>
+#include <initializer_list>
 #include <numeric>
+#include <string>
 
 #include "tests/host/test_host.h"
 

@@ -1,6 +1,11 @@
+#include <GLES2/gl2.h>
 #include <gtest/gtest.h>
+#include <jni.h>
 
 #include <cmath>
+#include <initializer_list>
+#include <map>
+#include <string>
 
 #include "tests/host/test_host.h"
 

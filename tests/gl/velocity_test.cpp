@@ -1,6 +1,10 @@
 #include <gtest/gtest.h>
 
+#include <cstdint>
 #include <cstdlib>
+#include <initializer_list>
+#include <span>
+#include <vector>
 
 #include "solver/solver_step.h"
 #include "solver/velocity_packing.h"

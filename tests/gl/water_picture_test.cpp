@@ -1,9 +1,16 @@
 #include <GLES2/gl2.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <array>
+#include <cmath>
+#include <cstddef>
+#include <initializer_list>
 #include <optional>
 #include <random>
+#include <span>
+#include <string>
+#include <vector>
 
 #include "image.h"
 #include "velmora/ink_light.h"

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <GLES2/gl2.h>
 #include <jni.h>
 #include <standin_bitmap.h>
 

@@ -1,6 +1,10 @@
 #include "hostkit/instruments/checked_jni.h"
 
 #include <gtest/gtest.h>
+#include <jni.h>
+
+#include <initializer_list>
+#include <vector>
 
 namespace hostkit {
 namespace {

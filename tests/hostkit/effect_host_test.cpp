@@ -1,13 +1,15 @@
 #include "hostkit/effect_host.h"
 
-#include <GLES2/gl2.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <initializer_list>
 #include <utility>
+#include <vector>
 
 #include "hostkit/instruments/checked_jni.h"
-#include "hostkit/instruments/effect_probe.h"
 
 namespace hostkit {
 namespace {
@@ -83,49 +85,6 @@ TEST(EffectHost, AReplacedContextDrawsTheSamePixels) {
     EXPECT_NE(host.pixels(), first);
     EXPECT_EQ(jni.pinned(), 0);
     EXPECT_TRUE(jni.checkGuards().empty());
-}
-
-TEST(EffectProbe, ObservesVelocitiesInkAndTimes) {
-    for (const bool ink : {true, false}) {
-        EffectProbe probe;
-        EffectHost host(smallHost(240, 400, ink));
-        probe.watch(240, 400, ink);
-        probe.draw(host);
-        const Digest digestAtRest = probe.velocityDigest();
-        Digest ofField;
-        addBytes(ofField, std::as_bytes(std::span(probe.velocity().bytes)));
-        EXPECT_EQ(digestAtRest.state, ofField.state) << "a second upload of the grid's size";
-        host.touch({TouchAction::down, 150, 280, 0.5f});
-        for (int frame = 0; frame < 5; ++frame) {
-            probe.draw(host);
-        }
-        const FrameMoments& moments = probe.moments();
-        EXPECT_LE(moments.begin, moments.firstDraw);
-        EXPECT_EQ(moments.solverDone.has_value(), ink);
-        EXPECT_EQ(probe.inkTexture() != 0, ink);
-        EXPECT_EQ(probe.velocity().bytes.size(), ink ? 20u * 33 * 4 : 0u);
-        EXPECT_EQ(probe.velocityDigest().state != digestAtRest.state, ink)
-            << "the touch changes the velocities";
-        if (!ink) {
-            continue;
-        }
-        EXPECT_LE(moments.begin, moments.solverDone);
-        EXPECT_LE(moments.solverDone, moments.firstDraw);
-        // The texture contains ink at the finger, and none in the opposite corner.
-        GLuint framebuffer = 0;
-        glGenFramebuffers(1, &framebuffer);
-        glBindFramebuffer(GL_FRAMEBUFFER, framebuffer);
-        glFramebufferTexture2D(GL_FRAMEBUFFER, GL_COLOR_ATTACHMENT0, GL_TEXTURE_2D,
-                               probe.inkTexture(), 0);
-        const auto densityAt = [](int x, int y) {
-            std::uint8_t texel[4] = {};
-            glReadPixels(x * 512 / 240, (400 - y) * 1024 / 400, 1, 1, GL_RGBA, GL_UNSIGNED_BYTE,
-                         texel);
-            return texel[0];
-        };
-        EXPECT_GT(densityAt(150, 280), 20);
-        EXPECT_EQ(densityAt(40, 60), 0);
-    }
 }
 
 }  // namespace

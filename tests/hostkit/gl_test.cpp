@@ -1,6 +1,9 @@
 #include <GLES2/gl2.h>
 #include <gtest/gtest.h>
 
+#include <cstdint>
+#include <vector>
+
 #include "hostkit/gl_context.h"
 #include "hostkit/host_error.h"
 #include "hostkit/instruments/gl_recorder.h"

@@ -1,9 +1,14 @@
 #include "hostkit/water_driver.h"
 
 #include <gtest/gtest.h>
+#include <jni.h>
 
 #include <algorithm>
+#include <chrono>
 #include <cmath>
+#include <cstddef>
+#include <cstdint>
+#include <initializer_list>
 #include <utility>
 
 #include "hostkit/instruments/checked_jni.h"

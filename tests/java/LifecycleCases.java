@@ -21,6 +21,7 @@ import velmora.host.GesturePlayer;
 import velmora.host.GestureScript;
 import velmora.host.Preset;
 import velmora.host.ReflectionMap;
+import velmora.host.SceneTarget;
 import velmora.host.Setting;
 import velmora.host.Settings;
 import velmora.host.SettingsStore;
@@ -66,6 +67,9 @@ final class LifecycleCases {
             case "settings":
                 cases.settings();
                 break;
+            case "table":
+                table();
+                break;
             case "store":
                 store(new File(arguments[2]));
                 break;
@@ -90,8 +94,19 @@ final class LifecycleCases {
     }
 
     /** A scene with an off-screen surface; one window of a device. */
-    private final class Window implements EffectStage.Screen, GestureScript.Target {
+    private final class Window implements EffectStage.Screen {
         final EffectScene scene = new EffectScene(velmora, new Photos());
+        final GestureScript.Target target = new SceneTarget(scene) {
+            @Override
+            public void touch(int action, double x, double y, float pressure) {
+                stage.touch(scene, action, x, y, pressure);
+            }
+
+            @Override
+            public void loseContext() {
+                isLost = true;
+            }
+        };
         private int width;
         private int height;
         private long surface;
@@ -115,7 +130,7 @@ final class LifecycleCases {
         void play(int from, int count) {
             GestureScript stroke = GestureScript.parse(script, "stroke", width, height);
             for (int frame = from; frame < from + count; ++frame) {
-                stroke.applyFrame(frame, this);
+                stroke.applyFrame(frame, target);
                 stage.frame(time += FramePacer.FRAME_TIME);
             }
         }
@@ -147,31 +162,6 @@ final class LifecycleCases {
             renderer.contextCreated();
             surface = HostKit.createSurface(width, height);
             isLost = false;
-        }
-
-        @Override
-        public void touch(int action, double x, double y, float pressure) {
-            stage.touch(scene, action, x, y, pressure);
-        }
-
-        @Override
-        public void setInk(float red, float green, float blue) {
-            scene.setInk(red, green, blue);
-        }
-
-        @Override
-        public void showSecondBackground(boolean on) {
-            scene.showSecondBackground(on);
-        }
-
-        @Override
-        public void clearInk() {
-            scene.clearInk();
-        }
-
-        @Override
-        public void loseContext() {
-            isLost = true;
         }
     }
 
@@ -219,7 +209,7 @@ final class LifecycleCases {
         window.print("rotated");
         System.out.println("more objects " + (HostKit.countObjects() - objects));
         stage.hide(window.scene);
-        window.loseContext();
+        window.target.loseContext();
         window.show().play(20, 4);
         window.print("context lost");
         stage.hide(window.scene);
@@ -236,7 +226,7 @@ final class LifecycleCases {
         home.play(0, 8);
         home.print("home");
         Window preview = newWindow(120, 200).show();
-        home.touch(NativeForVelmora.ACTION_MOVE, 10, 10, 1.0f);
+        home.target.touch(NativeForVelmora.ACTION_MOVE, 10, 10, 1.0f);
         preview.play(0, 20);
         preview.print("preview");
         home.print("home behind");
@@ -269,14 +259,14 @@ final class LifecycleCases {
             if (action != TouchTranslator.IGNORED) {
                 float reported = event[1] == 4 ? 0.3f : 1.0f;
                 float pressure = TouchTranslator.pressure(reported, settings);
-                window.touch(action, event[3], event[4], pressure);
+                window.target.touch(action, event[3], event[4], pressure);
             }
             window.play(100, 2);
         }
         window.print("fingers");
         System.out.println("pressure " + TouchTranslator.pressure(1.0f, settings) + " "
             + TouchTranslator.pressure(0.3f, settings));
-        window.touch(NativeForVelmora.ACTION_DOWN, 100, 60, 0.6f);
+        window.target.touch(NativeForVelmora.ACTION_DOWN, 100, 60, 0.6f);
         ThreadMXBean thread = (ThreadMXBean) ManagementFactory.getThreadMXBean();
         long bytes = thread.getCurrentThreadAllocatedBytes();
         for (int frame = 0; frame < 20; ++frame) {
@@ -308,13 +298,16 @@ final class LifecycleCases {
     }
 
     /** Moves a finger half of the way first, as a display of twice the rate reports it. */
-    private static final class Halfway implements GestureScript.Target {
+    private static final class Halfway extends SceneTarget {
         boolean isHalf;
         private final GestureScript.Target target;
         private double lastX;
         private double lastY;
 
-        Halfway(GestureScript.Target target) { this.target = target; }
+        Halfway(Window window) {
+            super(window.scene);
+            target = window.target;
+        }
 
         @Override
         public void touch(int action, double x, double y, float pressure) {
@@ -326,18 +319,6 @@ final class LifecycleCases {
                 target.touch(action, (lastX + x) / 2, (lastY + y) / 2, pressure);
             }
         }
-
-        @Override
-        public void setInk(float red, float green, float blue) {}
-
-        @Override
-        public void showSecondBackground(boolean on) {}
-
-        @Override
-        public void clearInk() {}
-
-        @Override
-        public void loseContext() {}
     }
 
     /** After a touch the host draws until nothing moves, also if the screen is hidden before the up. */
@@ -380,7 +361,7 @@ final class LifecycleCases {
         Window window = newWindow(WIDTH, HEIGHT).show();
         drawUntilIdle();
         window.print("idle after " + frames);
-        window.loseContext();
+        window.target.loseContext();
         window.scene.wake();
         drawUntilIdle();
         window.print("context lost, " + frames);
@@ -537,6 +518,13 @@ final class LifecycleCases {
     }
 
     /** Compares presets, given as pairs of a preset and the player's picture after 24 frames. */
+    private static void table() {
+        for (Setting setting : Setting.values()) {
+            System.out.println(setting.member + " " + (double) setting.min + " "
+                + (double) setting.max + " " + (double) setting.initial);
+        }
+    }
+
     private void presets(String[] arguments) throws IOException {
         for (int at = 2; at < arguments.length; at += 2) {
             Settings settings = Preset.parse(Files.readString(Path.of(arguments[at])), "preset");

@@ -2,11 +2,13 @@
 // C++ that meets the same events.
 
 #include <gtest/gtest.h>
+#include <jni.h>
 
 #include <chrono>
 #include <cmath>
 #include <cstdint>
 #include <filesystem>
+#include <initializer_list>
 #include <span>
 #include <string>
 #include <vector>

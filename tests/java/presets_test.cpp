@@ -5,14 +5,39 @@
 
 #include <cstdlib>
 #include <filesystem>
+#include <initializer_list>
+#include <map>
+#include <sstream>
 #include <string>
+#include <vector>
 
+#include "app/settings.h"
 #include "hostkit/image.h"
 #include "tests/java/run_java.h"
 
 namespace {
 
 namespace fs = std::filesystem;
+
+/// Min, max and default of each setting.
+using Table = std::map<std::string, std::vector<float>>;
+
+TEST(Settings, HaveTheSameRangesAndDefaultsInJava) {
+    Table expected;
+    app::forEachField([&](const auto& field) {
+        expected[field.name] = {static_cast<float>(field.min), static_cast<float>(field.max),
+                                static_cast<float>(app::Settings{}.*field.member)};
+    });
+    Table seen;
+    std::istringstream lines(runJava("-cp " HOST_JAR ":" TEST_JAR ":" JSON_JAR
+                                     " javahost.LifecycleCases table " STROKE_GESTURE)
+                                 .output);
+    std::string name;
+    for (float min = 0, max = 0, initial = 0; lines >> name >> min >> max >> initial;) {
+        seen[name] = {min, max, initial};
+    }
+    EXPECT_EQ(seen, expected);
+}
 
 TEST(Presets, LookAsInThePlayer) {
     const fs::path folder = fs::current_path() / "java-presets";

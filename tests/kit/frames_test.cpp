@@ -1,6 +1,9 @@
 #include <gtest/gtest.h>
 
+#include <cstdint>
 #include <cstdlib>
+#include <initializer_list>
+#include <vector>
 
 #include "hostkit/effect_host.h"
 #include "hostkit/gesture_script.h"

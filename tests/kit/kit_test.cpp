@@ -9,11 +9,18 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <array>
+#include <cstddef>
+#include <cstdint>
 #include <cstdlib>
 #include <cstring>
+#include <ctime>
 #include <functional>
-#include <new>
+#include <initializer_list>
 #include <optional>
+#include <string>
+#include <utility>
+#include <vector>
 
 #include "hostkit/gl_context.h"
 #include "kit/oru.h"

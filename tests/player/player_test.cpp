@@ -1,14 +1,18 @@
 // Runs the player with command lines as a user does. Checks its files, its messages and its exit codes.
 
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <algorithm>
+#include <cstddef>
+#include <initializer_list>
+#include <iterator>
 #include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
 
-#include "player_files.h"
+#include "tests/desktop_files.h"
 
 namespace {
 
@@ -281,25 +285,59 @@ TEST_F(Player, FilmsInEachFormat) {
     }
 }
 
-TEST_F(Player, PlayInstallsMissingPackagesOnlyAndPrintsHelpBeforeABuild) {
-    run("mkdir -p tree/tools tree/player tree/build/play bin && cd tree && cp " VELMORA_SOURCES
-        "/play . && cp " VELMORA_SOURCES "/player/help.txt player && cp " VELMORA_SOURCES
-        "/CMakeLists.txt .");
-    write("tree/tools/setup", "echo set up $1\n");
-    write("tree/build/play/velmora-player", "echo played $1\n");
-    write("bin/ninja", "echo no work to do\n");
-    write("bin/pkg-config", "exit $MISSING\n");
-    run("chmod +x tree/tools/setup tree/build/play/velmora-player bin/*");
-    const auto said = [&](const std::string& command) {
+/// The script `play` in a folder with replacements for the programs that it calls.
+class PlayScript : public FolderTest {
+protected:
+    PlayScript() {
+        run("mkdir -p tree/tools tree/player tree/build/play bin && cd tree && cp " VELMORA_SOURCES
+            "/play . && cp " VELMORA_SOURCES "/player/help.txt player && cp " VELMORA_SOURCES
+            "/CMakeLists.txt . && mkdir app desktop hostkit include platform src && touch "
+            "build/play/build.ninja");
+        write("tree/tools/setup", "echo set up $1\n");
+        write("tree/build/play/velmora-player", "echo played $1\n");
+        write("bin/cmake", "echo '[0/2] Re-checking globbed directories...'\necho \"$OUTPUT\"\n");
+        write("bin/pkg-config", "exit $MISSING\n");
+        run("chmod +x tree/tools/setup tree/build/play/velmora-player bin/*");
+    }
+
+    /// Runs a command and returns what it prints.
+    std::string said(const std::string& command) const {
         run("PATH=$PWD/bin:$PATH " + command + " >said 2>&1");
         return contents("said");
-    };
+    }
+};
+
+TEST_F(PlayScript, InstallsMissingPackagesOnlyAndPrintsHelpBeforeABuild) {
     EXPECT_EQ(said("MISSING=0 tree/play a.jpg"), "played a.jpg\n");
     EXPECT_EQ(said("MISSING=1 tree/play a.jpg"), "set up play\nplayed a.jpg\n");
     const std::string help = said("MISSING=1 tree/play --help");
     EXPECT_EQ(help, said(VELMORA_PLAYER " --help"));
     EXPECT_NE(help.find("./play photo.jpg"), std::string::npos);
     EXPECT_EQ(said("MISSING=1 tree/play --version"), said(VELMORA_PLAYER " --version"));
+}
+
+TEST_F(PlayScript, AnnouncesABuildOnlyIfItCompilesSomething) {
+    EXPECT_EQ(said("OUTPUT='ninja: no work to do.' MISSING=0 tree/play"), "played\n");
+    EXPECT_TRUE(said("OUTPUT='[1/2] Building CXX object a.o' MISSING=0 tree/play")
+                    .starts_with("Building the player. "));
+    EXPECT_NE(contents("tree/build/logs/play.log").find("Building CXX object"), std::string::npos);
+}
+
+TEST_F(PlayScript, StartsAPlayerThatTheUserMayNotBuild) {
+    run("chmod 755 . && chmod 555 tree/build/play && touch -d yesterday tree/app");
+    const std::string asUser =
+        geteuid() == 0 ? "setpriv --reuid=65534 --regid=65534 --clear-groups " : "";
+    const std::string play = asUser + "env MISSING=0 tree/play a.jpg";
+    EXPECT_EQ(said(play), "played a.jpg\n");
+    write("tree/app/new.cpp", "");
+    run("touch -d tomorrow tree/app/new.cpp");
+    const std::string old = said(play);
+    EXPECT_TRUE(old.starts_with("play: the sources have changed")) << old;
+    EXPECT_TRUE(old.ends_with("played a.jpg\n")) << old;
+    run("chmod 755 tree/build/play && rm tree/build/play/velmora-player && chmod 555 "
+        "tree/build/play");
+    EXPECT_NE(said(play).find("Run ./play once as root."), std::string::npos);
+    run("chmod 755 tree/build/play");
 }
 
 TEST_F(Player, OverlaysChangeTheFrameButNotTheFlow) {

@@ -1,3 +1,4 @@
+#include <GLES2/gl2.h>
 #include <gtest/gtest.h>
 
 #include "tests/robust/stage.h"

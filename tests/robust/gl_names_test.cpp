@@ -1,7 +1,12 @@
+#include <GLES2/gl2.h>
 #include <gtest/gtest.h>
+#include <jni.h>
 
+#include <algorithm>
 #include <array>
+#include <cstddef>
 #include <random>
+#include <string>
 
 #include "tests/robust/stage.h"
 

@@ -1,5 +1,10 @@
 #include <gtest/gtest.h>
 
+#include <cstdint>
+#include <initializer_list>
+#include <string>
+#include <vector>
+
 #include "tests/robust/refused_memory.h"
 #include "tests/robust/stage.h"
 

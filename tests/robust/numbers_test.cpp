@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
+#include <jni.h>
 
+#include <cmath>
 #include <functional>
 #include <limits>
 

@@ -10,6 +10,7 @@
 #include <fstream>
 #include <iterator>
 #include <random>
+#include <string>
 #include <thread>
 
 #include "hostkit/effect_host.h"

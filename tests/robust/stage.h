@@ -1,9 +1,11 @@
 #pragma once
 
 #include <GLES2/gl2.h>
+#include <jni.h>
 
 #include <algorithm>
 #include <cmath>
+#include <cstddef>
 
 #include "tests/host/test_host.h"
 

@@ -1,6 +1,9 @@
+#include <GLES2/gl2.h>
 #include <gtest/gtest.h>
+#include <jni.h>
 
 #include <atomic>
+#include <cmath>
 #include <iostream>
 #include <set>
 #include <string>

@@ -1,7 +1,9 @@
+#include <GLES2/gl2.h>
 #include <gtest/gtest.h>
 
 #include <cstdlib>
 #include <functional>
+#include <string>
 
 #include "tests/robust/stage.h"
 #include "tests/robust/worker_interposer.h"

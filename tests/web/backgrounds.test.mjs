@@ -1,10 +1,14 @@
 // Background images that are dropped, pasted or chosen, also after a resize and after a context loss.
 
 import assert from "node:assert/strict";
+import { execFileSync } from "node:child_process";
+import { readFileSync } from "node:fs";
+import { tmpdir } from "node:os";
+import { join } from "node:path";
 import { after, before, test } from "node:test";
 import {
     close, difference, drag, frames, interceptFileChoosers, launch, makeImage, open, readFrame, sendFiles,
-    set, settings, waitForCanvasWidth, waitForToast,
+    set, settings, softwareGl, waitForCanvasWidth, waitForToast, waitUntilIdle,
 } from "./page.mjs";
 
 let browser;
@@ -65,8 +69,11 @@ test("a dropped or pasted image becomes the background, and the previous one the
     await page.keyboard.press("b");
 
     await sendFiles(page, "drop", ["broken.png", "image/png", [1, 2, 3]]);
-    await waitForToast(page, "broken.png is not an image that this browser can show");
+    await waitForToast(page, "broken.png is not a picture that this browser can show");
     await expectQuarters(page, ["blue", "red", "white", "lime"]);
+    // The message about the broken file must not stay after the next picture.
+    await sendFiles(page, "drop", ["fields.png", "image/png", await fourFields(page, "image/png")]);
+    await waitForToast(page, "fields.png is the background now");
     await close(page);
 });
 
@@ -106,6 +113,81 @@ test("a chosen image larger than the screen is shown in portrait and in landscap
     await waitForCanvasWidth(page, 480);
     await expectQuarters(page, halves);
     await close(page);
+});
+
+test("a large rotated photograph and an SVG file are shown undistorted", async () => {
+    const page = await open(browser, { size: [480, 480] });
+    // A photograph of 5000 x 4200 pixels with a square in its middle, to be shown rotated.
+    const photo = await makeImage(page, [5000, 4200], [["red", 0, 0, 5000, 4200], ["blue", 1500, 1100, 2000, 2000]], "image/jpeg");
+    const svg = Buffer.from(`<svg xmlns="http://www.w3.org/2000/svg" viewBox="0 0 42 50">
+        <path fill="red" d="M0 0h42v50H0z"/><path fill="blue" d="M11 15h20v20H11z"/></svg>`);
+    for (const file of [["photo.jpg", "image/jpeg", withRotation(photo)], ["drawing.svg", "image/svg+xml", svg]]) {
+        await sendFiles(page, "drop", file);
+        await waitForToast(page, `${file[0]} is the background now`);
+        const { pixel } = await readFrame(page);
+        const isBlue = (x, y) => pixel(x, y)[2] > 150;
+        // The shorter side of 42 units fills 480 pixels, so the square has 229 pixels a side.
+        const edges = [[240, 135], [240, 345], [135, 240], [345, 240]];
+        const outside = [[240, 112], [240, 368], [112, 240], [368, 240]];
+        assert.deepEqual([edges.map(([x, y]) => isBlue(x, y)), outside.map(([x, y]) => isBlue(x, y))],
+            [[true, true, true, true], [false, false, false, false]], file[0]);
+    }
+    await close(page);
+});
+
+/** An image of one pixel that is red and blue in turn, each for 0.1 s. */
+const animation = Buffer.from(
+    "474946383961" + "01000100800000" + "ff0000" + "0000ff" + "21ff0b4e45545343415045322e300301000000" +
+    ["4401", "4c01"].map((pixel) => "21f904000a000000" + "2c000000000100010000" + "0202" + pixel + "00").join("") + "3b", "hex");
+
+/** Returns a video that is red and then blue, each for half a second. */
+function makeVideo() {
+    const file = join(tmpdir(), `velmora-video-${process.pid}.webm`);
+    const colors = ["-f", "lavfi", "-i", "color=red:64x64:d=0.5", "-f", "lavfi", "-i", "color=blue:64x64:d=0.5"];
+    execFileSync("ffmpeg", ["-v", "error", "-y", ...colors, "-filter_complex", "concat", "-c:v", "libvpx", file]);
+    return readFileSync(file);
+}
+
+test("an animated image or a video plays as the background, and stands still during a pause", async () => {
+    const page = await open(browser, { size: [96, 160] });
+    const isRed = async () => {
+        const [red, , blue] = (await readFrame(page)).pixel(48, 80);
+        return red > blue;
+    };
+    const waitFor = async (red) => {
+        while ((await isRed()) !== red); // the test's time limit ends the loop
+    };
+    for (const file of [["turns.gif", "image/gif", animation], ["turns.webm", "video/webm", makeVideo()]]) {
+        await sendFiles(page, "drop", file);
+        await waitForToast(page, `${file[0]} is the background now`);
+        for (const red of [true, false, true]) {
+            await waitFor(red);
+        }
+    }
+    await page.keyboard.press(" ");
+    await waitUntilIdle(page);
+    await page.keyboard.press(" ");
+    await sendFiles(page, "drop", ["still.png", "image/png", await makeImage(page, [9, 16], [["red", 0, 0, 9, 16]])]);
+    await sendFiles(page, "drop", ["still.png", "image/png", await makeImage(page, [9, 16], [["red", 0, 0, 9, 16]])]);
+    await page.evaluate(() => window.velmora.filesImported());
+    await waitUntilIdle(page); // no video plays any more
+    await close(page);
+});
+
+test("the camera can be the background, and a refused camera is reported", async () => {
+    const fake = ["--use-fake-device-for-media-stream", "--use-fake-ui-for-media-stream"];
+    const withCamera = await launch([...softwareGl, ...fake]);
+    for (const [one, message] of [[browser, "The camera is missing or not allowed"], [withCamera, "The camera is the background now"]]) {
+        const page = await open(one, { size: [96, 160] });
+        const before = await readFrame(page);
+        await page.keyboard.press("Tab");
+        await page.getByText("Picture", { exact: true }).click();
+        await page.getByRole("button", { name: "Use camera" }).click();
+        await waitForToast(page, message);
+        assert.equal(difference(before, await readFrame(page)) > 5, one === withCamera);
+        await close(page);
+    }
+    await withCamera.close();
 });
 
 test("images are shown in the order in which they were dropped", async () => {

@@ -23,7 +23,7 @@ function digests(page, script, count) {
             const add = (digest, bytes) =>
                 bytes.reduce((state, byte) => BigInt.asUintN(64, (state ^ BigInt(byte)) * 0x100000001b3n), digest);
             let [water, velocity] = [0xcbf29ce484222325n, 0xcbf29ce484222325n];
-            velmora.view.velocity = true; // makes the page keep the velocities
+            velmora.overlays.velocity = true; // makes the page keep the velocities
             const fault = velmora.replay(text, "script");
             if (fault) {
                 throw new Error(fault);
@@ -128,10 +128,10 @@ test("a replay continues to its end after a resize", async () => {
     const page = await open(browser);
     const script = "screen 270 480\nframes 40\n1 down 60 200 0.5\n";
     await sendFiles(page, "drop", ["tap.gesture", "", Buffer.from(script)]);
-    await waitForToast(page, "playing tap.gesture");
+    await waitForToast(page, "Playing tap.gesture");
     await page.setViewportSize({ width: 300, height: 480 });
     await waitForCanvasWidth(page, 300);
-    await page.locator("#toast.shown", { hasText: "the gesture has ended" }).waitFor();
+    await page.locator("#toast.shown", { hasText: "The gesture has ended" }).waitFor();
     await close(page);
 });
 

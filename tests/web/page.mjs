@@ -14,7 +14,10 @@ export const screenshotFolder = join(top, "build/page-shots");
 mkdirSync(screenshotFolder, { recursive: true });
 
 // The tests use the packages of the page.
-const { chromium } = createRequire(join(top, "web/package.json"))("playwright-core");
+const packages = createRequire(join(top, "web/package.json"));
+const { chromium } = packages("playwright-core");
+/** Script that adds the accessibility checker `axe` to a page. */
+export const axe = readFileSync(packages.resolve("axe-core"), "utf8");
 export const softwareGl = ["--use-angle=swiftshader", "--enable-unsafe-swiftshader"];
 
 export function launch(args = softwareGl) {

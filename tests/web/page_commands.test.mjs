@@ -31,7 +31,7 @@ function overlayShares(page) {
 test("the velocity and density overlays show the stroke, and can be turned off", async () => {
     const page = await open(browser, {});
     assert.equal(await overlayShares(page), null);
-    for (const [key, message] of [["d", "ink density on"], ["v", "velocity field on"]]) {
+    for (const [key, message] of [["d", "Ink density is on"], ["v", "Velocity field is on"]]) {
         await page.keyboard.press(key);
         await waitForToast(page, message);
         await drag(page, [60, 200], [120, 200], 2); // the flow of a longer drag would fill the small screen
@@ -54,7 +54,7 @@ test("a key turns full screen on and off", async () => {
     }
     await page.evaluate(() => (document.documentElement.requestFullscreen = undefined));
     await page.keyboard.press("x");
-    await waitForToast(page, "cannot show pages in full screen");
+    await waitForToast(page, "Full screen is not possible here");
     await close(page);
 });
 
@@ -77,7 +77,7 @@ test("settings are shared by the share sheet, else by the clipboard, else by the
         await share(means);
         await page.waitForFunction(() => window.shared !== "");
         assert.equal(await page.evaluate(() => window.shared), page.url());
-        assert.match(page.url(), /#look=/);
+        assert.match(page.url(), /#look/);
     }
     for (const means of ["nothing", "insecure server"]) {
         await page.evaluate(() => (document.getElementById("toast").textContent = ""));
@@ -87,6 +87,25 @@ test("settings are shared by the share sheet, else by the clipboard, else by the
     page.address = page.address.split("#")[0];
     await close(page);
     server.stop();
+});
+
+test("a screenshot is shared where the device has a sheet for that", async () => {
+    for (const canShare of [false, true]) {
+        const prepare = (can) => {
+            navigator.canShare = ({ files }) => can && files.length === 1;
+            navigator.share = async ({ files }) => (window.shared = files[0]);
+        };
+        const page = await open(browser, { before: `(${prepare})(${canShare})` });
+        await page.keyboard.press("Tab");
+        await page.getByText("Save and record").click();
+        const button = page.getByRole("button", { name: "Share screenshot" });
+        assert.equal(await button.isVisible(), canShare);
+        if (canShare) {
+            await button.click();
+            await page.waitForFunction(() => window.shared?.type === "image/png" && window.shared.size > 1000);
+        }
+        await close(page);
+    }
 });
 
 test("keys open file choosers for presets and images", async () => {
@@ -110,7 +129,10 @@ test("keys turn attract mode and adaptive quality on and off", async () => {
         a: () => window.velmora.attractMode().on,
         q: () => window.velmora.quality().phase !== "fixed",
     };
-    for (const [key, on, off] of [["a", "attract mode on", "attract mode off"], ["q", "adaptive quality on", "adaptive quality off"]]) {
+    for (const [key, on, off] of [
+        ["a", "Idle animation is on", "Idle animation is off"],
+        ["q", "Adaptive quality", "Full quality"],
+    ]) {
         await page.keyboard.press(key); // both are off at the start of the test
         await waitForToast(page, on);
         assert.equal(await page.evaluate(isOn[key]), true);
@@ -151,7 +173,7 @@ async function gestureAt(page, level) {
             velmora.fixQuality(wanted);
             velmora.replay(text, "medium_drag");
             const end = velmora.counts().frames + 40;
-            velmora.onFrame(() => (velmora.view.paused ||= velmora.counts().frames === end));
+            velmora.onFrame(() => (velmora.pause.isOn ||= velmora.counts().frames === end));
             return end;
         },
         [script, level],

@@ -136,9 +136,9 @@ test("during a context loss, commands show an error and a resize is deferred", a
         for (const key of ["r", "g", "s", "l", "."]) {
             await page.evaluate(() => (document.getElementById("toast").textContent = ""));
             await page.keyboard.press(key);
-            await waitForToast(page, "try again after it is restored");
+            await waitForToast(page, "Graphics are restarting, please wait");
         }
-        assert.equal(await page.evaluate(() => window.velmora.isRecording() || window.velmora.view.paused), false);
+        assert.equal(await page.evaluate(() => window.velmora.isRecording() || window.velmora.pause.isOn), false);
         await page.setViewportSize({ width: 300, height: 400 });
     });
     await waitForCanvasWidth(page, 300);

@@ -113,6 +113,33 @@ test("a pen touches with its measured pressure", async () => {
     await close(page);
 });
 
+test("the arrow keys stir the water, and a mouse ends their stroke", async () => {
+    const { page } = await openTouchPage();
+    const touches = await recordTouches(page, async () => {
+        await page.locator("#water").focus();
+        await page.keyboard.down("ArrowRight");
+        await frames(page, 2);
+        await page.keyboard.down("ArrowUp");
+        await frames(page, 2);
+        await page.keyboard.up("ArrowRight");
+        await frames(page, 1);
+        await page.mouse.move(50, 60);
+        await page.mouse.down();
+        await frames(page, 1);
+        await page.mouse.up();
+        await page.keyboard.up("ArrowUp");
+    });
+    const strokes = actions(touches).join(" ").split(/(?= ?down)/);
+    assert.equal(strokes.length, 2);
+    assert.match(strokes[0], /^down( move)+ up$/);
+    const keys = touches.slice(0, strokes[0].split(" ").length);
+    const [, startX, startY] = keys[0];
+    const [, endX, endY] = keys.at(-1);
+    assert.deepEqual([startX, startY], [270, 480], "the finger starts in the middle");
+    assert.ok(endX > startX + 2 && endY < startY - 2, `the finger must move right and up, to ${endX} ${endY}`);
+    await close(page);
+});
+
 test("hiding the page, leaving it or losing the context cancels the touch", async () => {
     const { page } = await openTouchPage();
     const ways = {
@@ -160,18 +187,5 @@ test("attract mode draws on an idle page until a key is pressed", async () => {
 test("attract mode is off where motion is reduced", async () => {
     const page = await open(browser);
     assert.equal(await page.evaluate(() => window.velmora.attractMode().on), false);
-    await close(page);
-});
-
-test("Tab shows a focus ring around the water, and a key after a touch does not", async () => {
-    const page = await open(browser, {});
-    const ring = () => page.evaluate(() => getComputedStyle(document.getElementById("water")).outlineStyle);
-    await page.mouse.click(50, 60);
-    await page.keyboard.press("v");
-    assert.equal(await page.evaluate(() => document.activeElement.id), "water");
-    assert.equal(await ring(), "none");
-    await page.evaluate(() => document.getElementById("open").focus());
-    await page.keyboard.press("Shift+Tab");
-    assert.equal(await ring(), "solid");
     await close(page);
 });

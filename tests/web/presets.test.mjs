@@ -1,4 +1,4 @@
-// Presets: shipped presets, files, links and the panel. Also errors in browsers without WebGL or WebAssembly.
+// Presets: shipped presets, files, links and storage. Also errors in browsers without WebGL or WebAssembly.
 
 import assert from "node:assert/strict";
 import { readdirSync, readFileSync } from "node:fs";
@@ -13,7 +13,7 @@ let browser;
 before(async () => (browser = await launch()));
 after(() => browser.close());
 
-const shipped = (name) => JSON.parse(readFileSync(join(top, "presets", `${name}.json`), "utf8"));
+const shipped = (name) => name === "default" ? {} : JSON.parse(readFileSync(join(top, "presets", `${name}.json`), "utf8"));
 
 /** Asserts that the current settings are those of the preset. */
 async function assertShown(page, preset, name) {
@@ -21,8 +21,9 @@ async function assertShown(page, preset, name) {
     assert.deepEqual({ ...shown, ...preset }, shown, name);
 }
 
-const list = (page) => page.getByRole("combobox", { name: "preset" });
-const names = (page) => list(page).locator("option").allTextContents();
+const grid = (page) => page.getByRole("list");
+const names = (page) => grid(page).locator("button").allTextContents();
+const choose = (page, name) => grid(page).getByRole("button", { name, exact: true }).click();
 
 test("a page from a server shows each shipped preset and may not load anything", async () => {
     const server = await serve();
@@ -60,14 +61,22 @@ test("a link sets the settings, and a reset restores them", async () => {
     await close(page);
 });
 
-test("a shared link opens with the same settings", async () => {
+test("a shared link is short, and opens with the same settings despite the additions of other sites", async () => {
     const page = await open(browser);
-    await page.keyboard.press("n");
+    const link = await open(browser, { hash: "#look&damping=0.91&ink=0.1,0.2,0.3&waterOnly=true&utm_source=mail" });
+    await assertShown(link, { damping: 0.91, ink: [0.1, 0.2, 0.3], waterOnly: true });
+    await close(link);
+    const damaged = await open(browser, { hash: "#look&damping=wet" });
+    await waitForToast(damaged, "This link or file is damaged: 'damping' must be a number");
+    await close(damaged);
+    await page.keyboard.press("m");
     const shown = await settings(page);
     await page.evaluate(() => Object.defineProperty(navigator, "clipboard", { value: { writeText: async () => {} } }));
     await page.keyboard.press("u");
-    await waitForToast(page, "copied a link to these settings");
-    const copy = await open(browser, { hash: new URL(page.url()).hash });
+    await waitForToast(page, "Copied a link to these settings. It works only on this device");
+    const { hash } = new URL(page.url());
+    assert.ok(hash.length < 300, hash);
+    const copy = await open(browser, { hash: `${hash}&utm_source=mail` });
     assert.deepEqual(await settings(copy), shown);
     await close(copy);
     await close(page);
@@ -76,7 +85,7 @@ test("a shared link opens with the same settings", async () => {
 test("a dropped preset is applied, and a faulty file shows an error and changes nothing", async () => {
     const page = await open(browser);
     await sendFiles(page, "drop", ["evening.json", "application/json", json({ exponent: 7 })]);
-    await waitForToast(page, "evening");
+    await waitForToast(page, "evening is added to the presets");
     const evening = await settings(page);
     assert.equal(evening.exponent, 7);
     const faults = [
@@ -96,108 +105,108 @@ test("a dropped preset is applied, and a faulty file shows an error and changes 
         assert.deepEqual(await settings(page), evening);
     }
     await sendFiles(page, "drop"); // as for a dropped link or text
-    await waitForToast(page, "nothing to open here");
+    await waitForToast(page, "Nothing to open here");
     await close(page);
 });
 
-test("the panel's list, inks, toggles and buttons work", async () => {
+test("the panel's presets, inks, toggles and buttons work", async () => {
     const page = await open(browser);
     const button = (name, pressed) => page.getByRole("button", { name, exact: true, pressed });
     await page.keyboard.press("Tab");
     for (const name of ["ember", "storm", "mercury"]) {
-        await list(page).selectOption(name);
+        await choose(page, name);
         await assertShown(page, shipped(name), name);
     }
-    for (const folder of ["Ink", "Show", "Gestures"]) {
-        await button(folder).click();
+    for (const section of ["Ink", "Developer", "Gestures"]) {
+        await page.getByText(section, { exact: true }).click();
     }
-    await page.getByRole("button", { name: "red ink" }).click();
+    await button("red ink").click();
     assert.deepEqual((await settings(page)).ink, [1, 0.35, 0.35]);
-    assert.equal((await names(page))[0], "mercury *");
+    await button("mercury *", true).waitFor();
+    await page.getByLabel("Colour").fill("#ff0000");
+    assert.deepEqual((await settings(page)).ink, [1, 0, 0]);
 
-    await button("velocity field", false).click();
-    await button("velocity field", true).waitFor();
+    await button("Velocity field", false).click();
+    await button("Velocity field", true).waitFor();
     await page.keyboard.press("v"); // keys also work while a pressed button has the focus
-    await button("velocity field", false).waitFor();
-    await page.getByRole("checkbox", { name: "water only" }).click();
+    await button("Velocity field", false).waitFor();
+    await page.getByRole("checkbox", { name: "Water only" }).click();
     await page.keyboard.press("w");
     await assertShown(page, { waterOnly: shipped("mercury").waterOnly });
+    await choose(page, "Default");
+    await assertShown(page, shipped("default"));
     await button("tap").click();
     await page.waitForFunction(() => window.velmora.isReplaying());
     await page.locator(".frame-times", { hasText: /\d frames\/s, [\d.]+ ms of script per frame, 270 × 480/ }).waitFor();
     await close(page);
 });
 
-test("presets can be saved, renamed and removed, and can replace shipped ones", async () => {
+test("presets can be saved, renamed and deleted, and do not replace built-in ones", async () => {
     const page = await open(browser);
+    await page.keyboard.press("Tab");
     const dropped = { exponent: 7 };
     await sendFiles(page, "drop", ["calm_pond.json", "", Buffer.from(JSON.stringify(dropped))]);
-    await waitForToast(page, "calm pond");
+    await waitForToast(page, "calm pond 2 is added to the presets");
     await page.keyboard.press("p");
+    await waitForToast(page, "and added it to the presets");
     await page.keyboard.press("m");
     const mine = await settings(page);
     await page.keyboard.press("p");
-    page.once("dialog", (dialog) => dialog.accept("my_pond "));
-    await page.keyboard.press("t");
-    await waitForToast(page, "my pond");
+    await waitForToast(page, "Saved velmora-preset");
+    const answer = (key, ...text) => (page.once("dialog", (dialog) => dialog.accept(...text)), page.keyboard.press(key));
+    await answer("t", "Calm Pond");
+    await waitForToast(page, "A preset named calm pond already exists. Choose another name");
+    await page.keyboard.press("b"); // a change, which the new name must keep
+    await answer("t", "my_pond ");
+    await waitForToast(page, "Renamed to my_pond");
+    await assertShown(page, { ...mine, secondBackground: !mine.secondBackground });
 
     page.requests = [];
     await page.reload();
     await page.waitForFunction(() => window.velmora?.counts().frames > 0);
     await page.keyboard.press("Tab");
     const kept = await names(page);
-    assert.equal(kept.filter((name) => name === "calm pond").length, 1);
-    assert.equal(kept.filter((name) => /^velmora-preset/.test(name)).length, 1, "two presets saved within a second, one of them renamed");
-    await list(page).selectOption("calm pond");
-    await assertShown(page, dropped);
-    await page.keyboard.press("Delete");
-    await list(page).selectOption("my pond");
+    assert.equal(kept.filter((name) => /^velmora-preset/.test(name)).length, 1, "one of the two saved presets was renamed");
+    await choose(page, "my_pond");
     assert.deepEqual(await settings(page), mine);
-    await list(page).selectOption("calm pond");
-    await assertShown(page, shipped("calm_pond"));
+    assert.match(await grid(page).getByRole("button", { name: "my_pond" }).locator("img").getAttribute("src"), /^data:image/);
+    await choose(page, "calm pond 2");
+    await assertShown(page, dropped);
+    page.once("dialog", (dialog) => dialog.dismiss());
     await page.keyboard.press("Delete");
-    await waitForToast(page, "calm pond is not a preset that you saved");
+    assert.ok((await names(page)).includes("calm pond 2"), "the preset must stay if the user says no");
+    await answer("Delete");
+    await waitForToast(page, "Deleted calm pond 2");
+    assert.ok(!(await names(page)).some((name) => name.startsWith("calm pond 2")));
+    await choose(page, "calm pond");
+    await assertShown(page, shipped("calm_pond"));
+    for (const key of ["Delete", "t"]) {
+        await page.evaluate(() => (document.getElementById("toast").textContent = ""));
+        await page.keyboard.press(key);
+        await waitForToast(page, "calm pond is built in and cannot be renamed or deleted");
+    }
     await close(page);
 });
 
-test("panel and help work by keyboard, in dark mode and on a phone", async () => {
-    const phone = { size: [390, 844], colorScheme: "light", hasTouch: true, isMobile: true };
-    for (const [name, options] of [["phone", phone], ["desktop", { size: [1280, 720], colorScheme: "dark" }]]) {
-        const page = await open(browser, options);
-        const { size } = options;
-        assert.equal(/F1/.test(await waitForToast(page, "Touch the water")), name === "desktop");
-        assert.equal(await page.locator("#panel").isVisible(), false);
-        await page.keyboard.press("Tab");
-        await page.getByRole("button", { name: "Water", exact: true }).click();
-        const damping = page.getByRole(name === "phone" ? "spinbutton" : "textbox", { name: "damping" });
-        assert.match(await damping.evaluate((one) => one.ariaDescription), /wave/);
-        await damping.fill("0.9");
-        await damping.press("Enter");
-        assert.equal((await settings(page)).damping, 0.9);
-        await page.screenshot({ path: join(screenshotFolder, `panel-${name}.png`) });
-        const [box, toast] = [await page.locator("#panel").boundingBox(), await page.locator("#toast").boundingBox()];
-        assert.ok(box.x >= 0 && box.y >= 0 && box.x + box.width <= size[0] && box.y + box.height <= size[1]);
-        assert.ok(toast.x + toast.width <= box.x || toast.y + toast.height <= box.y, "the toast must be beside or above the panel");
-        const color = await page.locator("#panel").evaluate((one) => Number(/\d+/.exec(getComputedStyle(one).color)[0]));
-        assert.equal(color > 128, name === "desktop", "dark mode must have light text");
-        const unnamed = await page.locator("button, input, select, canvas[role]").evaluateAll((all) =>
-            all.filter((one) => !(one.ariaLabel || one.textContent.trim() || one.getAttribute("aria-labelledby")))
-                .map((one) => one.outerHTML));
-        assert.deepEqual(unnamed, []);
-
-        const before = await settings(page);
-        await damping.press("F1");
-        assert.equal(await page.locator("#help").evaluate((help) => help.scrollTop), 0);
+test("damaged, full or forbidden storage leaves a page that works", async () => {
+    for (const text of ["null", "[1]", "{", '{"mine": 3, "yours": "{}"}']) {
+        const script = `localStorage.setItem("velmora presets", ${JSON.stringify(text)})`;
+        const page = await open(browser, { before: script });
         await page.keyboard.press("n");
-        await page.keyboard.press("Escape");
-        assert.deepEqual([await page.locator("#help").isVisible(), await page.locator("#panel").isVisible()], [false, true]);
-        assert.deepEqual(await settings(page), before);
-        await page.keyboard.press("Escape");
-        assert.equal(await page.locator("#panel").isVisible(), false);
-        await page.keyboard.press("Control+b");
-        assert.equal((await settings(page)).secondBackground, false, "Ctrl+B must stay a browser shortcut");
+        await assertShown(page, shipped("calm_pond"), text);
         await close(page);
     }
+    const refuse = () => (Storage.prototype.setItem = () => { throw new DOMException("full", "QuotaExceededError"); });
+    const page = await open(browser, { before: refuse });
+    await page.keyboard.press("p");
+    await waitForToast(page, ".json. This browser allows no more storage");
+    await close(page);
+});
+
+test("an error while the page opens is shown", async () => {
+    const page = await open(browser, { ready: false, before: () => (window.ResizeObserver = undefined) });
+    await page.getByRole("alert").filter({ hasText: "The page could not be opened" }).waitFor();
+    await close(page);
 });
 
 test("a browser without WebGL or WebAssembly shows an error", async () => {

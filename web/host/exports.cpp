@@ -5,11 +5,13 @@
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <type_traits>
-#include <utility>
 #include <vector>
 
+#include "app/density_overlay.h"
+#include "app/effect_probe.h"
 #include "app/flow_lines.h"
 #include "app/frame_clock.h"
 #include "app/presets.h"
@@ -17,42 +19,67 @@
 #include "app/random_settings.h"
 #include "app/session.h"
 #include "app/settings.h"
+#include "app/settings_history.h"
 #include "app/size.h"
+#include "hostkit/effect_host.h"
 #include "hostkit/gesture_script.h"
 #include "hostkit/host_error.h"
 #include "hostkit/image.h"
 #include "hostkit/jni_environment.h"
 #include "hostkit/water_driver.h"
 #include "paintings/paintings.h"
-#include "velmora/solver_grid.h"
 #include "web/host/gl_objects.h"
 
 // Functions of the application core for the page's scripts. Times are in milliseconds; `now` is performance.now().
 // Strings are UTF-8. A returned string is valid until the next call.
 
+// clang-format off
+/// Tells the page that the effect has started.
+EM_JS(void, reportStart, (), { Module.onStart(); });
+/// Tells the page that a replay has ended.
+EM_JS(void, reportReplayEnd, (bool finished), { Module.onReplayEnd(!!finished); });
+/// Passes the gesture script of a recording that has ended to the page.
+EM_JS(void, reportRecording, (const char* script), { Module.onRecordingEnd(UTF8ToString(script)); });
+// clang-format on
+
 namespace {
 
 /// Buffer of the returned strings.
 std::string result;
-/// Gesture script of the recording that ended last. Empty after takeRecording.
-std::string endedRecording;
 /// Script from readScript.
 hostkit::GestureScript script;
 /// Preset that setPresetMember fills.
 app::Settings preset;
+app::SettingsHistory history{app::Settings{}};
 app::FrameClock::Due due{};
 /// Result of the last call of paint.
 hostkit::Image painted;
 std::vector<app::FlowLine> lines;
-static_assert(sizeof(app::FlowLine) == 6 * sizeof(float));
+static_assert(sizeof(app::FlowLine) == 8 * sizeof(float));
+app::EffectProbe probe;
+/// True if the probe observes the next frames.
+bool observes = false;
+/// Empty until the ink density is shown for the first time in a GL context.
+std::optional<app::DensityOverlay> densityOverlay;
+std::vector<std::uint8_t> densityColors;
 
 app::FrontEnd frontEnd() {
     app::FrontEnd functions;
-    functions.renewContext = web::dropGlObjects;
+    functions.renewContext = [] {
+        probe.forgetInk();
+        densityOverlay.reset();
+        web::dropGlObjects();
+    };
     // The page's script has already scaled the backgrounds to the screen's size.
     functions.cover = [](const hostkit::Image& image, app::Size) { return image; };
+    functions.draw = [](hostkit::EffectHost& host) { observes ? probe.draw(host) : host.draw(); };
+    functions.onStart = [](app::Size screen, bool hasInk) {
+        probe.watch(screen, hasInk);
+        reportStart();
+    };
+    functions.onReplayEnd = reportReplayEnd;
     functions.onRecordingEnd = [](const hostkit::GestureScript& recording) {
-        endedRecording = writeGestureScript(recording);
+        reportRecording(writeGestureScript(recording).c_str());
     };
     return functions;
 }
@@ -84,28 +111,48 @@ void writeSettings(const app::Settings& settings, double* numbers) {
     std::transform(settings.ink.begin(), settings.ink.end(), numbers, app::shortestNumber);
 }
 
+/// Reads settings in the order of writeSettings.
+void readSettings(const double* numbers, app::Settings& settings) {
+    app::forEachField([&](const auto& field) {
+        auto& member = settings.*field.member;
+        member = static_cast<std::remove_reference_t<decltype(member)>>(*numbers++);
+    });
+    std::transform(numbers, numbers + 3, settings.ink.begin(),
+                   [](double part) { return static_cast<float>(part); });
+}
+
+/// Writes the settings if there are any. Returns true if there are.
+bool writeIfAny(const std::optional<app::Settings>& settings, double* numbers) {
+    if (settings) {
+        writeSettings(*settings, numbers);
+    }
+    return settings.has_value();
+}
+
 }  // namespace
 
 extern "C" {
 
-/// Returns the screen pixels along each side of a velocity cell.
-EMSCRIPTEN_KEEPALIVE int pixelsPerCell() {
-    return velmora::pixelsPerCell;
-}
-
-/// Returns the texels of the ink textures along the longer or the shorter side of the screen.
-EMSCRIPTEN_KEEPALIVE int inkTexels(bool longer) {
-    return longer ? velmora::inkLongSide : velmora::inkShortSide;
-}
-
 /// Sets the settings from the next frame on. The numbers have the order of writeSettings.
 EMSCRIPTEN_KEEPALIVE void setSettings(const double* numbers) {
-    app::forEachField([&](const auto& field) {
-        auto& member = session.settings.*field.member;
-        member = static_cast<std::remove_reference_t<decltype(member)>>(*numbers++);
-    });
-    std::transform(numbers, numbers + 3, session.settings.ink.begin(),
-                   [](double part) { return static_cast<float>(part); });
+    readSettings(numbers, session.settings);
+}
+
+/// Notes settings that the user has changed, for undoSettings.
+EMSCRIPTEN_KEEPALIVE void noteSettings(double now, const double* numbers) {
+    app::Settings settings;
+    readSettings(numbers, settings);
+    history.note(settings, moment(now));
+}
+
+/// Writes the settings before the last change. Returns false if there is no change to undo.
+EMSCRIPTEN_KEEPALIVE bool undoSettings(double* numbers) {
+    return writeIfAny(history.undo(), numbers);
+}
+
+/// Writes the settings after the change that was undone last. Returns false if there is none.
+EMSCRIPTEN_KEEPALIVE bool redoSettings(double* numbers) {
+    return writeIfAny(history.redo(), numbers);
 }
 
 EMSCRIPTEN_KEEPALIVE void getSettings(double* numbers) {
@@ -159,8 +206,9 @@ EMSCRIPTEN_KEEPALIVE const char* presetName(const char* fileStem) {
     return result.c_str();
 }
 
-EMSCRIPTEN_KEEPALIVE void restart(int width, int height) {
-    session.restart({width, height});
+/// Starts the effect on a screen of this size. Keeps the waves of a running effect.
+EMSCRIPTEN_KEEPALIVE void resize(int width, int height) {
+    session.resize({width, height});
 }
 
 /// Passes the two backgrounds as RGBA bytes. Both must have the size of the screen.
@@ -302,12 +350,6 @@ EMSCRIPTEN_KEEPALIVE bool isRecording() {
     return session.isRecording();
 }
 
-/// Returns the gesture script of a recording that has ended since the last call, or an empty string.
-EMSCRIPTEN_KEEPALIVE const char* takeRecording() {
-    result = std::exchange(endedRecording, {});
-    return result.c_str();
-}
-
 /// Parses a script for startReplay. Returns its fault, or an empty string. A faulty script changes nothing.
 EMSCRIPTEN_KEEPALIVE const char* readScript(const char* text, const char* name) {
     try {
@@ -323,21 +365,64 @@ EMSCRIPTEN_KEEPALIVE void startReplay() {
     session.startReplay(script);
 }
 
+EMSCRIPTEN_KEEPALIVE void stopReplay() {
+    session.stopReplay();
+}
+
 EMSCRIPTEN_KEEPALIVE bool isReplaying() {
     return session.isReplaying();
 }
 
-/// Returns lines along the flow of a velocity texture, six numbers each in the order of app::FlowLine. flowLineCount
-/// returns the number of lines.
-EMSCRIPTEN_KEEPALIVE const float* flowLines(const std::uint8_t* rgba, int columns, int rows,
-                                            float width, float height) {
-    const auto bytes = static_cast<std::size_t>(columns) * static_cast<std::size_t>(rows) * 4;
-    lines = app::flowLines({rgba, bytes}, columns, rows, width, height);
+/// Turns the observation of frames on or off. The functions below that read velocities or ink need an observed frame.
+EMSCRIPTEN_KEEPALIVE void observe(bool on) {
+    observes = on;
+}
+
+/// Returns the velocity texture of the last observed frame: RGBA, bottom row first. velocityColumns and velocityRows
+/// return its size, which is 0 without an observed frame.
+EMSCRIPTEN_KEEPALIVE const std::uint8_t* velocityBytes() {
+    return probe.velocity().bytes.data();
+}
+
+EMSCRIPTEN_KEEPALIVE int velocityColumns() {
+    return probe.velocity().columns;
+}
+
+EMSCRIPTEN_KEEPALIVE int velocityRows() {
+    return probe.velocity().rows;
+}
+
+/// Returns lines along the flow of the last observed frame, eight numbers each in the order of app::FlowLine.
+/// flowLineCount returns the number of lines.
+EMSCRIPTEN_KEEPALIVE const float* flowLines(float width, float height) {
+    const app::VelocityField& field = probe.velocity();
+    lines = app::flowLines(field.bytes, field.columns, field.rows, width, height);
     return lines.empty() ? nullptr : &lines.front().x;
 }
 
 EMSCRIPTEN_KEEPALIVE int flowLineCount() {
     return static_cast<int>(lines.size());
+}
+
+/// Returns the ink density of the last observed frame in false colours: RGBA, bottom row first. Returns null if the
+/// frame has no ink. densityWidth and densityHeight return the size of the image in pixels.
+EMSCRIPTEN_KEEPALIVE const std::uint8_t* densityImage() {
+    if (probe.inkTexture() == 0) {
+        return nullptr;
+    }
+    if (!densityOverlay) {
+        densityOverlay.emplace();
+    }
+    densityColors = densityOverlay->colors(probe.inkTexture(), probe.inkTextureSize());
+    return densityColors.data();
+}
+
+EMSCRIPTEN_KEEPALIVE int densityWidth() {
+    return probe.inkTextureSize().width;
+}
+
+EMSCRIPTEN_KEEPALIVE int densityHeight() {
+    return probe.inkTextureSize().height;
 }
 
 /// Returns the water's heights or velocities. waterCellCount returns their number.

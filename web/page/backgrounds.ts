@@ -1,13 +1,12 @@
 // The two backgrounds: the user's images, or paintings.
 
 import type { Size } from "./effect";
+import { MovingPicture } from "./moving_picture";
 import type { Paintings } from "./paintings";
+import type { Picture } from "./read_picture";
 
-/** Maximum side of a background in pixels. Larger images are scaled down, because no screen shows more. */
-const maxSide = 4096;
-
-/** Upright image of any size, or the name of a painting. */
-export type Source = ImageBitmap | string;
+/** Upright picture of any size, or the name of a painting. */
+export type Source = Picture | string;
 
 export interface Backgrounds {
     sources: [Source, Source];
@@ -15,25 +14,6 @@ export interface Backgrounds {
 
 export function defaultBackgrounds({ names: [first = "", second = ""] }: Paintings): Backgrounds {
     return { sources: [first, second] };
-}
-
-/** Decodes an image and rotates it by its EXIF orientation. Throws an Error with a message for the user. */
-export async function readImage(file: Blob, name: string): Promise<ImageBitmap> {
-    const refusal = new Error(`${name} is not an image that this browser can show`);
-    const original = await createImageBitmap(file, { imageOrientation: "from-image" }).catch(() => {
-        throw refusal;
-    });
-    const scale = maxSide / Math.max(original.width, original.height);
-    if (scale >= 1) {
-        return original;
-    }
-    const size = {
-        resizeWidth: Math.max(1, Math.round(original.width * scale)),
-        resizeHeight: Math.max(1, Math.round(original.height * scale)),
-    };
-    const smaller = await createImageBitmap(original, { ...size, resizeQuality: "high" });
-    original.close();
-    return smaller;
 }
 
 /** Makes the image the first background, and the previous first background the second one. */
@@ -44,27 +24,27 @@ export function setFirst(backgrounds: Backgrounds, image: Source): void {
 
 /** Makes the painting the first background. A first background that is the user's image becomes the second one. */
 export function setPainting(backgrounds: Backgrounds, name: string): void {
-    if (backgrounds.sources[0] instanceof ImageBitmap) {
-        setFirst(backgrounds, name);
-    } else {
+    if (typeof backgrounds.sources[0] === "string") {
         backgrounds.sources[0] = name;
+    } else {
+        setFirst(backgrounds, name);
     }
 }
 
-export function setSecond(backgrounds: Backgrounds, image: Source): void {
+export function setSecond(backgrounds: Backgrounds, image: Picture): void {
     replace(backgrounds, 1, image);
 }
 
 function replace(backgrounds: Backgrounds, index: 0 | 1, source: Source): void {
     const before = backgrounds.sources[index];
-    if (before instanceof ImageBitmap && before !== source) {
+    if (typeof before !== "string" && before !== source) {
         before.close();
     }
     backgrounds.sources[index] = source;
 }
 
 /** Returns the pixels of a background, scaled and cropped to `size`. */
-export function croppedPixels(image: ImageBitmap, size: Size): ImageData {
+export function croppedPixels(image: Picture, size: Size): ImageData {
     const context = makeContext(size);
     drawCropped(context, image, size);
     return context.getImageData(0, 0, size.width, size.height);
@@ -77,11 +57,12 @@ function makeContext(size: Size): CanvasRenderingContext2D {
     return canvas.getContext("2d", { willReadFrequently: true }) as CanvasRenderingContext2D;
 }
 
-function drawCropped(context: CanvasRenderingContext2D, image: ImageBitmap, size: Size): void {
+function drawCropped(context: CanvasRenderingContext2D, image: Picture, size: Size): void {
     const scale = Math.max(size.width / image.width, size.height / image.height);
     const width = image.width * scale;
     const height = image.height * scale;
     context.imageSmoothingQuality = "high";
     context.fillRect(0, 0, size.width, size.height); // black behind transparent pixels
-    context.drawImage(image, (size.width - width) / 2, (size.height - height) / 2, width, height);
+    const frame = image instanceof MovingPicture ? image.frame : image;
+    context.drawImage(frame, (size.width - width) / 2, (size.height - height) / 2, width, height);
 }

@@ -1,11 +1,15 @@
 // Saves screenshots, films and recorded gestures as files.
 
-import { download, uniqueName } from "./files";
+import { commandTexts, sharedTexts } from "../../build/web/settings";
+import { download, share, uniqueName } from "./files";
 import { blobOf } from "./paused_frame";
 import type { Player } from "./player";
 import { attempt, showBadge, showToast } from "./toast";
 
 const filmTypes = ["video/mp4;codecs=avc1", "video/webm;codecs=vp9", "video/webm"];
+
+/** Side of a thumbnail in pixels, the same as that of the built-in presets' thumbnails. */
+const thumbnailSide = 128;
 
 export class Capture {
     private recorder: MediaRecorder | null = null;
@@ -14,7 +18,7 @@ export class Capture {
     private gesture = "";
 
     constructor(private readonly player: Player) {
-        player.onRecording = (script) => this.saveRecording(script);
+        player.effect.onRecordingEnd = (script) => this.saveRecording(script);
     }
 
     async screenshot(): Promise<void> {
@@ -22,8 +26,22 @@ export class Capture {
         if (image) {
             const name = uniqueName("screenshot", ".png");
             download(image, name);
-            showToast(`saved ${name}`);
+            showToast(`Saved ${name}`);
         }
+    }
+
+    /** Opens the device's sheet for sharing with a screenshot. */
+    async shareScreenshot(): Promise<void> {
+        const image = await this.takeScreenshot();
+        if (image) {
+            await share(image, uniqueName("screenshot", ".png"));
+        }
+    }
+
+    /** Returns a square thumbnail of the frame on the screen as a data URL, or undefined if there is no frame. */
+    async thumbnail(): Promise<string | undefined> {
+        const image = this.player.context.isLost ? null : await this.takeScreenshot();
+        return image ? thumbnailOf(await createImageBitmap(image)) : undefined;
     }
 
     toggleFilm(): void {
@@ -36,30 +54,30 @@ export class Capture {
 
     toggleRecording(): void {
         if (this.player.effect.isRecording) {
-            this.player.finishRecording();
+            this.player.gestures.finishRecording();
         } else {
-            this.player.startRecording();
-            this.hideRecordingBadge = showBadge("gesture");
-            showToast("recording a gesture from a restart");
+            this.player.gestures.startRecording();
+            this.hideRecordingBadge = showBadge("Gesture");
+            showToast("Recording a gesture. The water has started anew");
         }
     }
 
     replayNewest(): void {
-        this.player.needContext();
-        this.player.finishRecording();
+        this.player.context.need();
+        this.player.gestures.finishRecording();
         if (this.gesture) {
-            this.player.replay(this.gesture, "the recording");
+            this.player.gestures.replay(this.gesture, "the recording");
         } else {
-            showToast("no gesture has been recorded yet: press R to record one");
+            showToast(sharedTexts.noRecording);
         }
     }
 
     /** Returns the frame on the screen as a PNG. */
     private takeScreenshot(): Promise<Blob | null> {
         const { player } = this;
-        player.needContext();
-        if (player.view.paused && player.pausedFrame.isCurrent) {
-            return player.pausedFrame.blob();
+        player.context.need();
+        if (player.pause.isOn && player.pause.frame.isCurrent) {
+            return player.pause.frame.blob();
         }
         return new Promise((resolve) => {
             const take = () => {
@@ -76,13 +94,13 @@ export class Capture {
         this.gesture = script;
         const name = uniqueName("gesture", ".gesture");
         download(script, name);
-        showToast(`recorded ${name}: drop the file here to replay it`);
+        showToast(`Saved ${name}. ${commandTexts.replay.label} plays it again`);
     }
 
     private startFilm(): void {
         const type = window.MediaRecorder && filmTypes.find((each) => MediaRecorder.isTypeSupported(each));
         if (!type) {
-            throw new Error("this browser cannot record films: it lacks MediaRecorder or a video format");
+            throw new Error("This browser cannot record videos: it lacks MediaRecorder or a video format");
         }
         const parts: Blob[] = [];
         const stream = this.player.canvas.captureStream(60);
@@ -90,7 +108,7 @@ export class Capture {
             mimeType: type,
             videoBitsPerSecond: 12e6,
         });
-        const hideBadge = showBadge("film");
+        const hideBadge = showBadge("Video");
         recorder.ondataavailable = (event) => parts.push(event.data);
         recorder.onstop = () => {
             this.recorder = null;
@@ -100,11 +118,20 @@ export class Capture {
             hideBadge();
             const name = uniqueName("film", type.startsWith("video/mp4") ? ".mp4" : ".webm");
             download(new Blob(parts, { type: type.split(";")[0] as string }), name);
-            showToast(`saved ${name}`);
+            showToast(`Saved ${name}`);
         };
         recorder.start(1000);
         this.recorder = recorder;
         this.player.filming = true;
         this.player.noteInput(); // draws the first frame of the film
     }
+}
+
+function thumbnailOf(image: ImageBitmap): string {
+    const side = Math.min(image.width, image.height);
+    const canvas = document.createElement("canvas");
+    canvas.width = canvas.height = thumbnailSide;
+    const [left, top] = [(image.width - side) / 2, (image.height - side) / 2];
+    canvas.getContext("2d")?.drawImage(image, left, top, side, side, 0, 0, thumbnailSide, thumbnailSide);
+    return canvas.toDataURL("image/jpeg", 0.85);
 }

@@ -5,60 +5,78 @@ export interface Command {
     key: string;
     /** Name of the key in the help dialog. */
     keyName: string;
-    /** Text of the button and the help dialog. */
+    /** Text of the button. */
     label: string;
+    /** Text of the help dialog and of the button's tooltip. */
+    description: string;
     run(): void;
     /** Returns the state of a toggle. Undefined for a command without a state. */
     isOn?: (() => boolean) | undefined;
+    /** Returns false while the button is hidden. Undefined for a button that is always shown. */
+    isShown?: (() => boolean) | undefined;
 }
+
+/** True if the page is in a frame of another page. Tab, wheel and focus then belong to that page. */
+export const isFramed = window.parent !== window;
 
 /**
  * Runs commands by their keys. Ignores keys for a dialog or a text field, and shortcuts with Ctrl, Alt or Meta. Listens
- * in the capture phase, because the panel's elements stop the propagation of key events.
+ * in the capture phase, so that no element can stop the event first.
  */
 export function listen(commands: Command[], onInput: () => void): void {
     const handle = (event: KeyboardEvent) => {
-        const key = event.key.toLowerCase();
+        const key = latinKey(event);
         const command = commands.find((each) => each.key === key);
         if (!command || event.ctrlKey || event.altKey || event.metaKey || event.repeat || isForElement(event, key)) {
             return;
         }
         onInput();
-        // Within an open panel, Tab moves the focus.
-        if (key !== "tab" || isCanvasFocused()) {
-            event.preventDefault();
-            command.run();
-        }
+        event.preventDefault();
+        command.run();
     };
     window.addEventListener("keydown", handle, { capture: true });
 }
 
-function isForElement({ target }: KeyboardEvent, key: string): boolean {
-    const matches = (selector: string) => target instanceof HTMLElement && target.matches(selector);
-    const isPress = matches("button, input, select") && [" ", "enter"].includes(key);
-    const isTyping = matches("textarea, input:not([type=checkbox], [type=color])") && !["escape", "f1"].includes(key);
-    return isPress || isTyping || document.querySelector("dialog[open]") !== null;
+/** Returns the key in lower case. For a key of a non-Latin layout, returns the key at its place on a US keyboard. */
+function latinKey({ key, code }: KeyboardEvent): string {
+    const isLatin = /^[\x20-\x7e]/.test(key);
+    return isLatin ? key.toLowerCase() : code.replace(/^Key/, "").replace("Period", ".").toLowerCase();
 }
 
-function isCanvasFocused(): boolean {
-    return document.activeElement === document.body || document.activeElement instanceof HTMLCanvasElement;
+function isForElement(event: KeyboardEvent, key: string): boolean {
+    const { target } = event;
+    const matches = (selector: string) => target instanceof HTMLElement && target.matches(selector);
+    const isPress = matches("button, input, select, summary") && [" ", "enter"].includes(key);
+    const isTyping = matches("textarea, input:not([type=checkbox], [type=color], [type=range])");
+    // Tab opens the panel from the water. Elsewhere it moves the focus.
+    const isFocusMove = key === "tab" && (event.shiftKey || isFramed || !isWaterFocused());
+    const isText = isTyping && !["escape", "f1"].includes(key);
+    return isPress || isText || isFocusMove || document.querySelector("dialog[open]") !== null;
+}
+
+/** True if the focus is on the water, or on the button beside it while the panel is closed. */
+function isWaterFocused(): boolean {
+    const { activeElement } = document;
+    const isWater = activeElement === document.body || activeElement instanceof HTMLCanvasElement;
+    return isWater || activeElement?.getAttribute("aria-expanded") === "false";
 }
 
 /** Fills the help dialog with a table of the keys. Esc and F1 close the dialog. */
 export function fillHelp(dialog: HTMLDialogElement, commands: Command[]): void {
-    const rows = commands.map(({ keyName, label }) => {
+    const rows = commands.map(({ keyName, description }) => {
         const row = document.createElement("tr");
         const key = document.createElement("kbd");
         key.textContent = keyName;
         row.insertCell().append(key);
-        row.insertCell().append(label);
+        row.insertCell().append(description);
         return row;
     });
     const table = document.createElement("table");
     table.append(...rows);
     const note = document.createElement("p");
     note.textContent =
-        "Drop or paste an image to make it the background. The previous background becomes the second one. " +
+        "Drag the mouse, or hold the arrow keys, to stir the water. " +
+        "Drop or paste a picture or video to make it the background. The previous picture becomes the second one. " +
         "You can also drop presets (.json) and gestures (.gesture).";
     const close = document.createElement("button");
     close.textContent = "Close";

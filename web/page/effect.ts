@@ -5,11 +5,9 @@ import { numbersOf, presetMustBeObject, settingCount, settingsOf } from "../../b
 import type { Ink, Settings } from "../../build/web/settings";
 import loadModule from "../../build/web/velmora-web.js";
 import program from "../../build/web/velmora-web.wasm";
+import type { Size } from "../engine/size";
 
-export interface Size {
-    width: number;
-    height: number;
-}
+export type { Size };
 
 /** Level of detail of the drawing. */
 export interface Quality {
@@ -27,10 +25,16 @@ export interface FlowLine {
     y: number;
     endX: number;
     endY: number;
-    /** Speed for the colour, from 0 (slow) to 1 (fast). */
-    heat: number;
+    color: Ink;
     /** Opacity, 0 to 1. */
-    strength: number;
+    opacity: number;
+}
+
+/** Velocity texture as uploaded by the library: RGBA8, bottom row first. */
+export interface VelocityField {
+    columns: number;
+    rows: number;
+    bytes: Uint8Array;
 }
 
 /** Names of the values of app::QualityPhase, in order. */
@@ -44,10 +48,12 @@ const enum ValueKind {
 }
 
 export class Effect {
-    /** Screen pixels along each side of a velocity cell. */
-    readonly pixelsPerCell: number;
-    /** Texels of the ink textures along the shorter and the longer side of the screen. */
-    readonly inkSides: [number, number];
+    /** Called when the effect has started, also by a change of the settings. */
+    onStart = () => {};
+    /** Called when a replay has ended. `finished` is false if it was stopped before its end. */
+    onReplayEnd: (finished: boolean) => void = () => {};
+    /** Called with the gesture script of a recording that has ended. A restart ends a recording. */
+    onRecordingEnd: (script: string) => void = () => {};
     /** Names of the backgrounds that the module paints. */
     readonly paintingNames: readonly string[];
     /** Duration of one frame of the effect in milliseconds. */
@@ -59,8 +65,9 @@ export class Effect {
         private readonly module: EffectModule,
         readonly gl: WebGLRenderingContext,
     ) {
-        this.pixelsPerCell = module._pixelsPerCell();
-        this.inkSides = [module._inkTexels(false), module._inkTexels(true)];
+        module.onStart = () => this.onStart();
+        module.onReplayEnd = (finished) => this.onReplayEnd(finished);
+        module.onRecordingEnd = (script) => this.onRecordingEnd(script);
         this.frameTime = module._frameTime();
         this.paintingNames = this.readPaintingNames();
         this.settingsBuffer = module._malloc(8 * settingCount);
@@ -76,9 +83,9 @@ export class Effect {
         return new Effect(module, gl);
     }
 
-    /** Restarts the effect with flat water and no ink. Ends a recording; a replay continues. */
-    restart(size: Size): void {
-        this.module._restart(size.width, size.height);
+    /** Starts the effect at this size, without ink. Keeps the waves. Ends a recording; a replay continues. */
+    resize(size: Size): void {
+        this.module._resize(size.width, size.height);
     }
 
     /** Passes the two backgrounds. Both must have the size of the screen. */
@@ -108,6 +115,22 @@ export class Effect {
     set settings(settings: Settings) {
         this.numbers.set(numbersOf(settings));
         this.module._setSettings(this.settingsBuffer);
+    }
+
+    /** Notes settings that the user has changed, for `undo`. */
+    noteSettings(settings: Settings): void {
+        this.numbers.set(numbersOf(settings));
+        this.module._noteSettings(performance.now(), this.settingsBuffer);
+    }
+
+    /** Returns the settings before the last change, or undefined if there is no change to undo. */
+    undo(): Settings | undefined {
+        return this.module._undoSettings(this.settingsBuffer) ? settingsOf(this.numbers) : undefined;
+    }
+
+    /** Returns the settings after the change that was undone last, or undefined if there is none. */
+    redo(): Settings | undefined {
+        return this.module._redoSettings(this.settingsBuffer) ? settingsOf(this.numbers) : undefined;
     }
 
     /** Returns random settings for a seed. Does not change the current settings. */
@@ -251,11 +274,6 @@ export class Effect {
         return this.module._isRecording() !== 0;
     }
 
-    /** Returns the script of a recording that has ended since the last call, or "". A restart ends a recording. */
-    takeRecording(): string {
-        return this.text(this.module._takeRecording());
-    }
-
     /** Parses a script for startReplay. Returns its fault, or "" if it has none. */
     readScript(script: string, name: string): string {
         return this.withText(script, (scriptText) =>
@@ -268,20 +286,48 @@ export class Effect {
         this.module._startReplay();
     }
 
+    stopReplay(): void {
+        this.module._stopReplay();
+    }
+
     get isReplaying(): boolean {
         return this.module._isReplaying() !== 0;
     }
 
-    /** Returns lines along the flow for a screen of the given size. `rgba` is a velocity texture, bottom row first. */
-    flowLines(rgba: Uint8Array, columns: number, rows: number, screen: Size): FlowLine[] {
-        const texture = this.copy(rgba);
-        const start = this.module._flowLines(texture, columns, rows, screen.width, screen.height) / 4;
-        this.module._free(texture);
+    /** Turns the observation of frames for the overlays on or off. */
+    set observes(on: boolean) {
+        this.module._observe(on);
+    }
+
+    /** Velocities of the last observed frame. */
+    get velocity(): VelocityField {
+        const { module } = this;
+        const [columns, rows] = [module._velocityColumns(), module._velocityRows()];
+        const start = module._velocityBytes();
+        return { columns, rows, bytes: module.HEAPU8.slice(start, start + 4 * columns * rows) };
+    }
+
+    /** Returns lines along the flow of the last observed frame, for a screen of the given size. */
+    flowLines(screen: Size): FlowLine[] {
+        const start = this.module._flowLines(screen.width, screen.height) / 4;
         const numbers = this.module.HEAPF32;
         return Array.from({ length: this.module._flowLineCount() }, (_, line) => {
-            const [x = 0, y = 0, endX = 0, endY = 0, heat = 0, strength = 0] = numbers.subarray(start + 6 * line);
-            return { x, y, endX, endY, heat, strength };
+            const [x = 0, y = 0, endX = 0, endY = 0, red = 0, green = 0, blue = 0, opacity = 0] = numbers.subarray(
+                start + 8 * line,
+            );
+            return { x, y, endX, endY, color: [red, green, blue], opacity };
         });
+    }
+
+    /** Returns the ink density of the last observed frame in false colours, bottom row first. Null if it has no ink. */
+    densityImage(): ImageData | null {
+        const { module } = this;
+        const start = module._densityImage();
+        if (start === 0) {
+            return null;
+        }
+        const [width, height] = [module._densityWidth(), module._densityHeight()];
+        return new ImageData(new Uint8ClampedArray(module.HEAPU8.slice(start, start + 4 * width * height)), width, height);
     }
 
     /** Returns the memory of the water's heights, then of its velocities. */

@@ -1,9 +1,12 @@
 // Imports the user's files: presets and gestures by their name, every other file as an image.
 
 import type { Settings } from "../../build/web/settings";
-import { setFirst, setSecond, readImage } from "./backgrounds";
+import { setFirst, setSecond } from "./backgrounds";
+import { MovingPicture, openCamera } from "./moving_picture";
 import type { Player } from "./player";
-import { addPreset, presetName, type Preset, type PresetList } from "./presets";
+import type { PresetChooser } from "./preset_chooser";
+import { presetName } from "./presets";
+import { readPicture, type Picture } from "./read_picture";
 import { attempt, showToast } from "./toast";
 
 /** Maximum size of a preset or gesture in bytes. Protects against a film that was dropped by mistake. */
@@ -18,8 +21,7 @@ export class FileImporter {
 
     constructor(
         private readonly player: Player,
-        private readonly presets: PresetList,
-        private readonly select: (preset: Preset) => void,
+        private readonly presets: PresetChooser,
     ) {}
 
     /** Settles once all files are imported. */
@@ -31,6 +33,12 @@ export class FileImporter {
     take(file: File, slot: "first" | "second" = "first"): Promise<boolean> {
         this.latest = this.latest.then(() => attempt(() => this.read(file, slot)));
         return this.latest;
+    }
+
+    /** Makes the image of the camera the background. */
+    async takeCamera(): Promise<void> {
+        this.show(await openCamera(), "first");
+        showToast("The camera is the background now");
     }
 
     private async read(file: File, slot: "first" | "second"): Promise<void> {
@@ -45,8 +53,17 @@ export class FileImporter {
     }
 
     private async importBackground(file: File, slot: "first" | "second"): Promise<void> {
-        const image = await readImage(file, file.name || "the pasted file");
-        (slot === "first" ? setFirst : setSecond)(this.player.stage.backgrounds, image);
+        const name = file.name || "The pasted file";
+        this.show(await readPicture(file, name), slot);
+        showToast(`${name} is the ${slot === "first" ? "" : "second "}background now`);
+    }
+
+    /** Makes a picture one of the backgrounds. */
+    private show(picture: Picture, slot: "first" | "second"): void {
+        if (picture instanceof MovingPicture) {
+            picture.onFrame = () => this.player.onPictureMoved(picture);
+        }
+        (slot === "first" ? setFirst : setSecond)(this.player.stage.backgrounds, picture);
         this.player.onBackgroundsChanged();
     }
 
@@ -58,8 +75,7 @@ export class FileImporter {
         } catch (error) {
             throw new Error(`${file.name}: ${error instanceof Error ? error.message : error}`);
         }
-        this.select(addPreset(this.presets, name, settings));
-        showToast(name);
+        this.presets.import(name, settings);
     }
 
     private async importGesture(file: File): Promise<void> {
@@ -67,8 +83,8 @@ export class FileImporter {
         if (!scriptLine.test(script) || script.includes("\0")) {
             throw new Error(`${file.name} is not a gesture script`);
         }
-        const fault = this.player.replay(script, file.name);
-        showToast(fault || `playing ${file.name}`);
+        const fault = this.player.gestures.replay(script, file.name);
+        showToast(fault || `Playing ${file.name}`);
     }
 }
 

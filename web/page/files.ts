@@ -12,6 +12,19 @@ export function download(content: Blob | string, name: string): void {
     setTimeout(() => URL.revokeObjectURL(link.href), 60000);
 }
 
+/** True if the device has a sheet for sharing that takes images. */
+export const canShareFiles = navigator.canShare?.({ files: [new File([""], "a.png", { type: "image/png" })] }) ?? false;
+
+/** Opens the device's sheet for sharing with a file. */
+export async function share(content: Blob, name: string): Promise<void> {
+    const file = new File([content], name, { type: content.type });
+    await navigator.share({ files: [file] }).catch((error: unknown) => {
+        if ((error as Error).name !== "AbortError") {
+            throw new Error(`${name} could not be shared. Save it instead`); // otherwise the user has closed the sheet
+        }
+    });
+}
+
 const usedNames = new Set<string>();
 
 /** Returns a file name with the date and time. Each call returns a different name. */
@@ -51,7 +64,7 @@ export function receiveFiles(take: (file: File) => void): void {
         event.preventDefault();
         takeAll(event.dataTransfer);
         if (event.dataTransfer?.files.length === 0) {
-            showToast("nothing to open here: save it as a file, then drop the file");
+            showToast("Nothing to open here. Save it as a file, then drop the file");
         }
     });
     window.addEventListener("paste", (event) => takeAll(event.clipboardData));

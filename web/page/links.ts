@@ -1,18 +1,49 @@
-// Stores settings in the fragment of a link.
+// Stores settings in the fragment of a link, for example #look&damping=0.91&ink=1,0.35,0.35.
 
-import type { Settings } from "../../build/web/settings";
+import { defaultSettings, settingFields, type Settings } from "../../build/web/settings";
 
-/** Returns the page's URL with all settings in the fragment. */
+const names: readonly string[] = [...settingFields.map((field) => field.name), "ink"];
+
+/** Returns the page's URL with a fragment that has the settings which differ from the default ones. */
 export function linkOf(settings: Settings, page: string): string {
-    return `${page.replace(/#.*/, "")}#look=${encodeURIComponent(JSON.stringify(settings))}`;
+    const texts = Object.entries(settings).map(([name, value]) => `&${name}=${String(value)}`);
+    const defaults = new Set(Object.entries(defaultSettings).map(([name, value]) => `&${name}=${String(value)}`));
+    return `${page.replace(/#.*/, "")}#look${texts.filter((text) => !defaults.has(text)).join("")}`;
 }
 
-/** Returns the text of the preset in a fragment, or undefined if there is none. */
+/**
+ * Returns the text of the preset in a fragment, or undefined if there is none. Ignores parts that are no settings, such
+ * as those that other sites add to links. Also reads links of earlier versions, in which `look` is a whole preset.
+ */
 export function presetInLink(fragment: string): string | undefined {
-    const encoded = /^#look=(.*)$/.exec(fragment)?.[1];
+    const parts = fragment.slice(1).split("&");
+    const look = parts.find((part) => /^look(=|$)/.test(part));
+    if (look === undefined) {
+        return undefined;
+    }
+    return look === "look" ? JSON.stringify(presetOf(parts)) : decode(look.slice("look=".length));
+}
+
+function presetOf(parts: string[]): Record<string, unknown> {
+    const pairs = parts.map((part) => decode(part).split("="));
+    const known = pairs.filter(([name = ""]) => names.includes(name));
+    return Object.fromEntries(known.map(([name = "", text = ""]) => [name, valueOf(text)])) as Record<string, unknown>;
+}
+
+/** Returns a list of numbers, a boolean or a number. Leaves any other text as it is; it is an invalid value. */
+function valueOf(text: string): unknown {
+    if (text.includes(",")) {
+        return text.split(",").map(valueOf);
+    }
+    const isNumber = text !== "" && Number.isFinite(Number(text));
+    return isNumber ? Number(text) : text === "true" || (text === "false" ? false : text);
+}
+
+/** Decodes percent signs. Leaves a damaged text as it is. */
+function decode(text: string): string {
     try {
-        return encoded === undefined ? undefined : decodeURIComponent(encoded);
+        return decodeURIComponent(text);
     } catch {
-        return encoded;
+        return text;
     }
 }

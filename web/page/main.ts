@@ -1,10 +1,11 @@
 // Entry point of the page. Opens the effect and connects it to keys, panel, files and links.
 
 import { Capture } from "./capture";
-import { fillHelp, listen } from "./command";
+import { CleanView } from "./clean_view";
+import { fillHelp, isFramed, listen } from "./command";
 import { FileImporter } from "./file_importer";
 import { receiveFiles } from "./files";
-import { openEffect } from "./open_effect";
+import { openEffect, showError } from "./open_effect";
 import { makePageCommands } from "./page_commands";
 import { Panel } from "./panel";
 import { Player } from "./player";
@@ -16,57 +17,60 @@ import { attempt, hasKeys, showToast } from "./toast";
 const byId = <Kind extends HTMLElement>(id: string) => document.getElementById(id) as Kind;
 
 async function open(): Promise<void> {
+    document.documentElement.classList.toggle("framed", isFramed);
     const canvas = byId<HTMLCanvasElement>("water");
     const effect = await openEffect(canvas);
     if (!effect) {
         return;
     }
     const player = new Player(effect, canvas);
-    const presets = new PresetChooser(player, loadPresets(effect));
-    const importer = connectControls(player, presets);
-    connectCanvas(player);
-    showToast(`Touch the water. The drop at the top opens the settings${hasKeys ? "; F1 shows the keys" : ""}.`);
+    const capture = new Capture(player);
+    const presets = new PresetChooser(player, loadPresets(effect), () => capture.thumbnail());
+    const importer = connectControls(player, capture, presets);
+    showFocus(canvas);
+    const drop = `${hasKeys ? "Click" : "Tap"} the drop for settings`;
+    showToast(`Drag to stir the water. ${drop}${hasKeys ? ", or press F1 for the keys" : ""}.`);
     await attempt(() => presets.readLink());
     player.restart();
     installTestHook(player, importer);
 }
 
 /** Connects keys, panel, help, files and links to the player. */
-function connectControls(player: Player, presets: PresetChooser): FileImporter {
-    const importer = new FileImporter(player, presets.presets, (preset) => presets.select(preset));
+function connectControls(player: Player, capture: Capture, presets: PresetChooser): FileImporter {
+    const importer = new FileImporter(player, presets);
+    const cleanView = new CleanView();
     const help = byId<HTMLDialogElement>("help");
-    const commands = makePageCommands({
-        player,
-        presets,
-        importer,
-        capture: new Capture(player),
-        help: () => help.showModal(),
-        togglePanel: (open?: boolean) => panel.isOpen !== open && panel.toggle(open),
-    });
-    const panel = new Panel(byId("panel"), byId("open"), player, presets, commands.folders);
+    const togglePanel = (open?: boolean) => {
+        if (open !== false) {
+            cleanView.show();
+        }
+        panel.toggle(open);
+    };
+    const showHelp = () => help.showModal();
+    const context = { player, presets, importer, capture, cleanView, help: showHelp, togglePanel };
+    const commands = makePageCommands(context);
+    const panel = new Panel(byId("panel"), byId("open"), player, presets, commands.sections);
     listen(commands.all, () => player.noteInput());
     fillHelp(help, commands.all);
     receiveFiles((file) => void importer.take(file));
     window.addEventListener("hashchange", () => void attempt(() => presets.readLink()));
     presets.onChange = player.onSettings = () => panel.update();
-    player.onReplayEnd = () => showToast("the gesture has ended");
+    player.gestures.onReplayEnd = () => showToast("The gesture has ended");
     return importer;
 }
 
-/** Handles focus and context loss of the canvas. */
-function connectCanvas(player: Player): void {
-    const { canvas } = player;
-    // Shows a focus ring only after Tab. A key press after a touch shows none.
-    canvas.addEventListener("focus", () => canvas.classList.toggle("tabbed", canvas.matches(":focus-visible")));
-    canvas.addEventListener("webglcontextlost", (event) => {
-        event.preventDefault(); // otherwise the browser does not restore the context
-        player.loseContext();
-        showToast("the GL context is lost: waiting for the browser to restore it");
-    });
-    canvas.addEventListener("webglcontextrestored", () => {
-        player.regainContext();
-        showToast("the GL context is restored: the ink is lost, background and settings are unchanged");
+/** Shows a focus ring on the canvas if Tab has moved the focus there, and keeps it when the window gets the focus again. */
+function showFocus(canvas: HTMLCanvasElement): void {
+    let [isByTab, isWindowChange] = [false, false];
+    window.addEventListener("keydown", (event) => (isByTab = event.key === "Tab"), { capture: true });
+    window.addEventListener("pointerdown", () => (isByTab = false), { capture: true });
+    // If the window loses the focus, the canvas stays the active element of the page.
+    canvas.addEventListener("blur", () => (isWindowChange = document.activeElement === canvas));
+    canvas.addEventListener("focus", () => {
+        if (!isWindowChange) {
+            canvas.classList.toggle("tabbed", isByTab);
+        }
     });
 }
 
-void open();
+open().catch((error: unknown) => showError(`The page could not be opened: ${String(error)}. Please reload it.`));

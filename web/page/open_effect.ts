@@ -1,7 +1,7 @@
 // Opens the effect, or shows why the browser cannot run it.
 
 import { Effect } from "./effect";
-import { openContext } from "./screen";
+import { openContext } from "../engine/screen";
 
 /** Replaces the page with an error message. */
 export function showError(message: string): void {

@@ -1,54 +1,60 @@
 // Overlays over the effect: the velocity field as lines, the ink density in false colours.
 
+import { flowLineStyle } from "../../build/web/settings";
 import type { Effect, FlowLine } from "./effect";
-import type { EffectProbe, VelocityField } from "./effect_probe";
 
-export interface Overlays {
-    velocity: boolean;
-    density: boolean;
+export class Overlays {
+    velocity = false;
+    density = false;
+    /** True if the last frame was observed, so that the overlays can be drawn. */
+    private hasFrame = false;
+
+    constructor(
+        private readonly effect: Effect,
+        private readonly canvas: HTMLCanvasElement,
+    ) {}
+
+    /** True if the last frame has the data of the overlays. */
+    get isCurrent(): boolean {
+        return this.hasFrame || !this.isShown;
+    }
+
+    /** Draws a frame of the effect. Observes it if an overlay is shown. */
+    drawFrame(elapsed: number): void {
+        this.hasFrame = this.effect.observes = this.isShown;
+        this.effect.frame(elapsed);
+    }
+
+    /** Draws the overlays of the last frame. */
+    draw(): void {
+        const { canvas } = this;
+        canvas.hidden = !this.isShown;
+        if (!this.isShown) {
+            return;
+        }
+        const context = canvas.getContext("2d") as CanvasRenderingContext2D;
+        canvas.width = Math.round(canvas.clientWidth * devicePixelRatio);
+        canvas.height = Math.round(canvas.clientHeight * devicePixelRatio);
+        if (this.density) {
+            drawDensity(context, this.effect.densityImage());
+        }
+        if (this.velocity) {
+            context.lineWidth = flowLineStyle.width * devicePixelRatio;
+            this.effect.flowLines(canvas).forEach((line) => drawLine(context, line));
+        }
+    }
+
+    private get isShown(): boolean {
+        return this.velocity || this.density;
+    }
 }
 
-export function drawOverlays(overlays: Overlays, effect: Effect, probe: EffectProbe, canvas: HTMLCanvasElement): void {
-    const shown = overlays.velocity || overlays.density;
-    canvas.hidden = !shown;
-    if (!shown) {
+/** Draws an image whose first row is the bottom row over the whole canvas. */
+function drawDensity(context: CanvasRenderingContext2D, image: ImageData | null): void {
+    if (!image) {
         return;
     }
-    const context = canvas.getContext("2d") as CanvasRenderingContext2D;
-    canvas.width = Math.round(canvas.clientWidth * devicePixelRatio);
-    canvas.height = Math.round(canvas.clientHeight * devicePixelRatio);
-    if (overlays.density) {
-        drawDensity(context, probe);
-    }
-    if (overlays.velocity) {
-        drawVelocity(context, effect, probe.velocity);
-    }
-}
-
-/** Red, green, blue and alpha by density on a logarithmic scale. Ink too faint to see is blue. */
-const densityColors = Array.from({ length: 256 }, (_, at) => {
-    const level = at / 255;
-    const part = (value: number) => Math.round(255 * Math.min(Math.max(value, 0), 1));
-    return [
-        part(3 * level - 1),
-        part(2 - Math.abs(4 * level - 2)),
-        part(1.6 - 2.5 * level),
-        part(0.25 + 0.65 * Math.min(1, 4 * level)),
-    ] as const;
-});
-
-function drawDensity(context: CanvasRenderingContext2D, probe: EffectProbe): void {
-    const ink = probe.inkBytes();
-    if (!ink) {
-        return;
-    }
-    const image = new ImageData(ink.width, ink.height);
-    for (let at = 0; at < ink.bytes.length; at += 4) {
-        const density = ink.bytes[at] + ink.bytes[at + 1] / 255;
-        const level = Math.min(Math.round((255 * Math.log2(1 + 4 * density)) / 8), 255);
-        image.data.set(densityColors[level], at);
-    }
-    const texture = new OffscreenCanvas(ink.width, ink.height);
+    const texture = new OffscreenCanvas(image.width, image.height);
     (texture.getContext("2d") as OffscreenCanvasRenderingContext2D).putImageData(image, 0, 0);
     context.save();
     context.scale(1, -1);
@@ -56,20 +62,15 @@ function drawDensity(context: CanvasRenderingContext2D, probe: EffectProbe): voi
     context.restore();
 }
 
-function drawVelocity(context: CanvasRenderingContext2D, effect: Effect, field: VelocityField): void {
-    context.lineWidth = 2 * devicePixelRatio;
-    for (const line of effect.flowLines(field.bytes, field.columns, field.rows, context.canvas)) {
-        drawLine(context, line);
-    }
-}
-
-function drawLine(context: CanvasRenderingContext2D, { x, y, endX, endY, heat, strength }: FlowLine): void {
-    context.strokeStyle = `rgb(255 ${Math.round(255 * (1 - 0.8 * heat))} 51 / ${strength})`;
+function drawLine(context: CanvasRenderingContext2D, { x, y, endX, endY, color, opacity }: FlowLine): void {
+    const css = (parts: readonly number[]) => `rgb(${parts.map((part) => Math.round(255 * part)).join(" ")} / ${opacity})`;
+    const { dotShade, dotSide } = flowLineStyle;
+    context.strokeStyle = css(color);
     context.beginPath();
     context.moveTo(x, y);
     context.lineTo(endX, endY);
     context.stroke();
-    context.fillStyle = `rgb(26 26 26 / ${strength})`;
-    const dot = 1.5 * devicePixelRatio;
-    context.fillRect(x - dot, y - dot, 2 * dot, 2 * dot);
+    context.fillStyle = css([dotShade, dotShade, dotShade]);
+    const side = dotSide * devicePixelRatio;
+    context.fillRect(x - side / 2, y - side / 2, side, side);
 }

@@ -1,12 +1,14 @@
 // All commands of the page.
 
+import { commandTexts, sharedTexts } from "../../build/web/settings";
 import type { Capture } from "./capture";
+import type { CleanView } from "./clean_view";
 import type { Command } from "./command";
 import type { FileImporter } from "./file_importer";
-import { choose } from "./files";
+import { canShareFiles, choose } from "./files";
 import type { Player } from "./player";
 import type { PresetChooser } from "./preset_chooser";
-import { attempt, showToast } from "./toast";
+import { attempt, hasKeys, showToast } from "./toast";
 
 declare const GESTURES: Record<string, string>;
 
@@ -15,123 +17,136 @@ export interface CommandContext {
     presets: PresetChooser;
     capture: Capture;
     importer: FileImporter;
+    cleanView: CleanView;
     help(): void;
     togglePanel(open?: boolean): void;
 }
 
 export interface PageCommands {
     all: Command[];
-    /** Commands with a button, by folder of the panel. */
-    folders: Record<string, Command[]>;
+    /** Commands with a button, by section of the panel. The sections have the order of the panel. */
+    sections: Record<string, Command[]>;
 }
 
-function command(key: string, label: string, run: () => unknown, keyName = key.toUpperCase()): Command {
-    return { key, keyName, label, run: () => void attempt(run) };
+interface Texts {
+    label: string;
+    description: string;
+}
+
+function command(key: string, texts: Texts, run: () => unknown, keyName = key.toUpperCase()): Command {
+    return { key, keyName, ...texts, run: () => void attempt(run) };
 }
 
 function toggle(
     key: string,
-    label: string,
+    texts: Texts,
     isOn: () => boolean,
     run: () => unknown,
     keyName = key.toUpperCase(),
 ): Command {
-    return { ...command(key, label, run, keyName), isOn };
+    return { ...command(key, texts, run, keyName), isOn };
 }
 
 export function makePageCommands(context: CommandContext): PageCommands {
-    const presets = presetCommands(context);
-    const backgrounds = backgroundCommands(context);
-    const views = viewCommands(context);
-    const capture = captureCommands(context);
-    const page = pageCommands(context);
-    const help = command("f1", "show the keys", () => context.help());
-    const panel = command("tab", "open the settings", () => context.togglePanel(), "Tab");
-    const waterOnly = command("w", "water only", () => context.presets.toggle("waterOnly"));
-    const close = command("escape", "close the panel", () => context.togglePanel(false), "Esc");
-    return {
-        all: [help, panel, ...views, ...presets, waterOnly, ...backgrounds, ...capture, ...page, close],
-        folders: {
-            Preset: presets,
-            Background: backgrounds,
-            Show: views,
-            Save: capture,
-            Gestures: gestureCommands(context),
-            Page: [...page, help],
-        },
+    const { player, presets, cleanView } = context;
+    const waterOnly = command("w", commandTexts.waterOnly, () => presets.toggle("waterOnly"));
+    const clearInk = command("c", commandTexts.clearInk, () => {
+        player.clearInk();
+        showToast(sharedTexts.clearedInk);
+    });
+    const hide = command("h", { label: "Hide all controls", description: "Hide or show all controls" }, () => {
+        context.togglePanel(false);
+        cleanView.toggle();
+    });
+    const help = command("f1", commandTexts.help, () => context.help());
+    const panel = command("tab", commandTexts.panel, () => context.togglePanel(), "Tab");
+    const closePanel = { label: "Close settings", description: "Close the settings" };
+    const close = command("escape", closePanel, () => context.togglePanel(false), "Esc");
+    const sections = {
+        [sharedTexts.presetSection]: presetCommands(context),
+        Picture: pictureCommands(context),
+        Water: [],
+        Light: [],
+        Ink: [clearInk],
+        [sharedTexts.saveSection]: saveCommands(context),
+        [sharedTexts.viewSection]: [...viewCommands(context), hide, ...(hasKeys ? [help] : [])],
+        Gestures: gestureCommands(context),
+        [sharedTexts.developerSection]: developerCommands(context),
     };
+    const withKeys = Object.values(sections)
+        .flat()
+        .filter(({ key }) => key !== "" && key !== help.key);
+    return { all: [help, panel, ...withKeys, waterOnly, close], sections };
 }
 
-function presetCommands({ presets, importer }: CommandContext): Command[] {
+function presetCommands({ presets }: CommandContext): Command[] {
+    const isShown = () => presets.isOwn;
     return [
-        command("n", "next preset", () => presets.next()),
-        command("m", "random settings", () => presets.random()),
-        command("backspace", "reset to the preset", () => presets.reset(), "Backspace"),
-        command("p", "save the settings as a preset", () => presets.save()),
-        command("t", "rename your preset", () => presets.rename()),
-        command("delete", "remove your preset", () => presets.remove(), "Delete"),
-        command("u", "share a link to these settings", () => presets.share()),
-        command("j", "open a preset or gesture", () => choose(".json,.gesture", (file) => importer.take(file))),
+        command("n", commandTexts.nextPreset, () => presets.next()),
+        command("m", commandTexts.randomSettings, () => presets.random()),
+        command("backspace", commandTexts.resetSettings, () => presets.reset(), "Backspace"),
+        command("z", commandTexts.undo, () => presets.undo()),
+        command("y", commandTexts.redo, () => presets.redo()),
+        command("p", commandTexts.savePreset, () => presets.save()),
+        { ...command("t", commandTexts.renamePreset, () => presets.rename()), isShown },
+        { ...command("delete", commandTexts.deletePreset, () => presets.remove(), "Delete"), isShown },
     ];
 }
 
-function backgroundCommands({ presets, importer, player }: CommandContext): Command[] {
+function pictureCommands({ presets, importer, player }: CommandContext): Command[] {
     const importSecond = async (file: File) => {
         if (await importer.take(file, "second")) {
             presets.show({ ...player.settings, secondBackground: true });
         }
     };
+    const camera = { label: "Use camera", description: "Make the image of the camera the background" };
+    const second = { label: "Choose second picture...", description: "Choose a picture as the second background" };
     return [
-        command("o", "open a background image", () => choose("image/*", (file) => importer.take(file))),
-        command("e", "open a second background image", () => choose("image/*", importSecond)),
+        command("o", commandTexts.choosePicture, () => choose("image/*,video/*", (file) => importer.take(file))),
+        command("e", second, () => choose("image/*,video/*", importSecond)),
         toggle(
             "b",
-            "show the second background",
+            commandTexts.secondPicture,
             () => player.settings.secondBackground,
             () => presets.toggle("secondBackground"),
         ),
-        command("i", "choose a contrasting ink", () => presets.chooseContrastingInk()),
+        { ...command("", camera, () => importer.takeCamera()), isShown: () => navigator.mediaDevices !== undefined },
+        command("i", commandTexts.matchInk, () => presets.chooseContrastingInk()),
     ];
 }
 
-function viewCommands({ player }: CommandContext): Command[] {
-    const { view } = player;
-    const toggleView = (name: keyof typeof view, label: string) => {
-        view[name] = !view[name];
-        showToast(`${label} ${view[name] ? "on" : "off"}`);
-        player.noteInput();
-    };
-    const isPaused = () => view.paused;
-    return [
-        toggle(" ", "pause", isPaused, () => toggleView("paused", "pause"), "Space"),
-        command(".", "step by one frame", () => player.step()),
-        toggle("v", "velocity field", () => view.velocity, () => toggleView("velocity", "velocity field")),
-        toggle("d", "ink density", () => view.density, () => toggleView("density", "ink density")),
-    ];
-}
-
-function captureCommands({ capture, player }: CommandContext): Command[] {
+function saveCommands({ capture, importer, player, presets }: CommandContext): Command[] {
+    const shareTexts = { label: "Share screenshot", description: "Send a screenshot to another app" };
     const isRecording = () => player.effect.isRecording;
     return [
-        command("s", "save a screenshot", () => capture.screenshot()),
-        toggle("f", "start or stop a film", () => player.filming, () => capture.toggleFilm()),
-        toggle("r", "start or stop recording a gesture", isRecording, () => capture.toggleRecording()),
-        command("g", "replay the recorded gesture", () => capture.replayNewest()),
+        command("s", commandTexts.screenshot, () => capture.screenshot()),
+        { ...command("", shareTexts, () => capture.shareScreenshot()), isShown: () => canShareFiles },
+        toggle("f", commandTexts.film, () => player.filming, () => capture.toggleFilm()),
+        toggle("r", commandTexts.record, isRecording, () => capture.toggleRecording()),
+        command("g", commandTexts.replay, () => capture.replayNewest()),
+        command("u", commandTexts.copyLink, () => presets.share()),
+        command("j", commandTexts.openFile, () => choose("image/*,video/*,.json,.gesture", (file) => importer.take(file))),
     ];
 }
 
 function gestureCommands({ player }: CommandContext): Command[] {
-    return Object.entries(GESTURES).map(([name, script]) =>
-        command("", name.replaceAll("_", " "), () => void player.replay(script, name), ""),
-    );
+    return Object.entries(GESTURES).map(([name, script]) => {
+        const label = name.replaceAll("_", " ");
+        return command("", { label, description: `Replay the gesture ${label}` }, () => void player.gestures.replay(script, name));
+    });
 }
 
-function pageCommands({ player }: CommandContext): Command[] {
-    const { effect } = player;
+function viewCommands({ player }: CommandContext): Command[] {
+    const { effect, pause } = player;
     const isAdapting = () => effect.qualityPhase !== "fixed";
+    const togglePause = () => {
+        pause.isOn = !pause.isOn;
+        showToast(pause.isOn ? sharedTexts.paused : sharedTexts.resumed);
+        player.noteInput();
+    };
     const toggleAttractMode = () => {
         effect.attractModeOn = !effect.attractModeOn;
-        showToast(`attract mode ${effect.attractModeOn ? "on: the page draws by itself when idle" : "off"}`);
+        showToast(`${commandTexts.attractMode.label}${effect.attractModeOn ? sharedTexts.on : sharedTexts.off}`);
         player.noteInput();
     };
     const toggleQuality = () => {
@@ -140,38 +155,42 @@ function pageCommands({ player }: CommandContext): Command[] {
         } else {
             effect.adaptQuality();
         }
-        showToast(`adaptive quality ${isAdapting() ? "on: a slow machine draws less detail" : "off: all detail is drawn"}`);
+        showToast(isAdapting() ? commandTexts.adaptiveQuality.label : "Full quality");
         player.noteInput();
     };
+    const isFullScreen = () => document.fullscreenElement !== null;
     return [
-        command("c", "clear the ink", () => player.clearInk()),
-        toggle("x", "full screen", () => document.fullscreenElement !== null, toggleFullScreen),
-        toggle("a", "attract mode", () => effect.attractModeOn, toggleAttractMode),
-        toggle("q", "adaptive quality", isAdapting, toggleQuality),
-        command("l", "lose the GL context and rebuild it", () => loseContext(player)),
+        toggle(" ", commandTexts.pause, () => pause.isOn, togglePause, "Space"),
+        command(".", commandTexts.step, () => player.step()),
+        toggle("x", commandTexts.fullScreen, isFullScreen, toggleFullScreen),
+        toggle("a", commandTexts.attractMode, () => effect.attractModeOn, toggleAttractMode),
+        toggle("q", commandTexts.adaptiveQuality, isAdapting, toggleQuality),
+    ];
+}
+
+function developerCommands({ player }: CommandContext): Command[] {
+    const { overlays, context } = player;
+    const toggleOverlay = (name: "velocity" | "density", label: string) => {
+        overlays[name] = !overlays[name];
+        showToast(`${label}${overlays[name] ? sharedTexts.on : sharedTexts.off}`);
+        player.noteInput();
+    };
+    const { velocityOverlay, inkOverlay, loseContext } = commandTexts;
+    return [
+        toggle("v", velocityOverlay, () => overlays.velocity, () => toggleOverlay("velocity", velocityOverlay.label)),
+        toggle("d", inkOverlay, () => overlays.density, () => toggleOverlay("density", inkOverlay.label)),
+        command("l", loseContext, () => context.lose()),
     ];
 }
 
 async function toggleFullScreen(): Promise<void> {
+    const root = document.documentElement;
     if (document.fullscreenElement) {
         await document.exitFullscreen();
-    } else if (document.documentElement.requestFullscreen) {
-        await document.documentElement.requestFullscreen();
-    } else {
-        showToast("this browser cannot show pages in full screen");
-    }
-}
-
-function loseContext(player: Player): void {
-    player.needContext();
-    const { canvas, effect } = player;
-    const extension = effect.gl.getExtension("WEBGL_lose_context");
-    if (!extension) {
-        showToast("this browser cannot lose the GL context on request: it lacks WEBGL_lose_context");
         return;
     }
-    // The context may be restored only after the page has handled its loss.
-    const restoreLater = () => setTimeout(() => extension.restoreContext(), 400);
-    canvas.addEventListener("webglcontextlost", restoreLater, { once: true });
-    extension.loseContext();
+    await root.requestFullscreen?.().catch(() => {}); // the browser or the page around this one may forbid it
+    if (!document.fullscreenElement) {
+        showToast("Full screen is not possible here. Open the page in its own tab, or try another browser");
+    }
 }

@@ -1,5 +1,6 @@
 // Thumbnails of the paintings. A click makes a painting the background.
 
+import { make } from "./controls";
 import type { Player } from "./player";
 
 /** Side of a thumbnail in pixels, twice the side on the page. */
@@ -10,7 +11,7 @@ export class PaintingChooser {
     readonly element = document.createElement("div");
 
     constructor(private readonly player: Player) {
-        this.element.className = "paintings";
+        this.element.className = "tiles";
         this.element.setAttribute("role", "group");
         this.element.setAttribute("aria-label", "Paintings");
         this.element.append(...player.effect.paintingNames.map((name) => this.makeButton(name)));
@@ -39,9 +40,8 @@ export class PaintingChooser {
         const button = document.createElement("button");
         button.type = "button";
         button.value = name;
-        const thumbnail = document.createElement("canvas");
-        thumbnail.width = thumbnail.height = side;
-        button.append(thumbnail, name);
+        const thumbnail = make("canvas", { className: "thumbnail", width: side, height: side });
+        button.append(thumbnail, make("span", { className: "name" }, name));
         button.addEventListener("click", () => {
             this.player.showPainting(name);
             this.update();

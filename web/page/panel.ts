@@ -1,53 +1,43 @@
 // The settings panel: a control for every setting, and a button for every command.
 
-import GUI, { type Controller } from "lil-gui";
+import { inkPalette, settingFields, sharedTexts } from "../../build/web/settings";
 import type { Command } from "./command";
-import { inkPalette, settingFields, type Ink } from "../../build/web/settings";
+import { hexOf, make, makeButtons, makeColor, makeSection, makeSlider, makeSwitch, type Control } from "./controls";
 import { FrameTimeChart } from "./frame_time_chart";
 import { PaintingChooser } from "./painting_chooser";
 import type { Player } from "./player";
 import type { PresetChooser } from "./preset_chooser";
-
-const groups = ["Water", "Light", "Ink"] as const;
+import { PresetGrid } from "./preset_grid";
 
 export class Panel {
-    private readonly gui: GUI;
-    private readonly preset: { name: string } = { name: "" };
-    private readonly presetControl: Controller;
-    private readonly paintings: PaintingChooser;
-    /** Toggle buttons with their states. */
-    private readonly toggles: [Element | null, () => boolean][] = [];
+    private readonly controls: Control[] = [];
+    private readonly buttons: Control[] = [];
+    private readonly chart: FrameTimeChart;
+    /** Element that had the focus when the panel was opened. */
+    private focusedBefore: Element | null = null;
 
     constructor(
         private readonly container: HTMLElement,
         private readonly button: HTMLButtonElement,
         private readonly player: Player,
         private readonly presets: PresetChooser,
-        /** Commands by the folder of the panel that has their buttons. */
-        private readonly folders: Record<string, Command[]>,
+        /** Commands by the section of the panel that has their buttons, in the order of the sections. */
+        commands: Record<string, Command[]>,
     ) {
-        this.gui = new GUI({ container, title: "Velmora", width: 320 });
-        this.gui.$title.setAttribute("aria-label", "Close the settings");
-        this.paintings = new PaintingChooser(player);
-        this.presetControl = this.addPresets();
-        groups.forEach((group) => this.addGroup(group));
-        for (const [folder, commands] of Object.entries(folders)) {
-            this.addCommandFolder(folder, commands);
-        }
-        const chart = new FrameTimeChart(player);
-        this.gui.$children.append(chart.element);
-        setInterval(() => this.isOpen && chart.update(), 500);
-        // Polls the states, because a recording, for example, may end without a click.
-        setInterval(() => this.isOpen && this.showToggles(), 100);
-        this.gui.onChange(({ controller }: { controller: Controller }) => {
-            // The list of presets first applies the preset, which then updates the panel.
-            if (controller !== this.presetControl) {
-                this.changed();
-            }
+        this.chart = new FrameTimeChart(player);
+        const sections = Object.keys(commands).map((name) => {
+            const controls = this.controlsOf(name);
+            const buttons = makeButtons(commands[name] ?? []);
+            this.controls.push(...controls);
+            this.buttons.push(buttons);
+            const children = [...controls, buttons].map((control) => control.element);
+            return makeSection(name, name === sharedTexts.presetSection, children);
         });
+        container.append(this.makeHeader(), make("div", { className: "sections" }, ...sections));
         button.addEventListener("click", () => this.toggle());
-        this.gui.$title.addEventListener("click", () => this.toggle(false));
-        this.gui.onOpenClose((gui: GUI) => gui === this.gui && gui.open());
+        setInterval(() => this.isOpen && this.chart.update(), 500);
+        // Polls the states, because a recording, for example, may end without a click.
+        setInterval(() => this.isOpen && this.updateButtons(), 100);
     }
 
     get isOpen(): boolean {
@@ -55,119 +45,90 @@ export class Panel {
     }
 
     toggle(open = !this.isOpen): void {
+        if (open === this.isOpen) {
+            return;
+        }
         this.container.hidden = !open;
         this.button.setAttribute("aria-expanded", String(open));
         if (open) {
+            this.focusedBefore = document.activeElement;
             this.update();
-            this.container.querySelector<HTMLElement>("button, select, input")?.focus({ preventScroll: true });
+            this.container.querySelector("button")?.focus({ preventScroll: true });
         } else {
-            this.button.focus({ preventScroll: true });
+            const target = this.focusedBefore === this.button ? this.button : this.player.canvas;
+            target.focus({ preventScroll: true });
         }
     }
 
     /** Shows the current values. */
     update(): void {
-        if (!this.isOpen) {
-            return;
-        }
-        this.listPresets();
-        this.showToggles();
-        this.paintings.update();
-        this.gui.controllersRecursive().forEach((controller) => controller.updateDisplay());
-    }
-
-    private changed(): void {
-        this.player.noteInput();
-        this.listPresets();
-        this.showToggles();
-    }
-
-    private showToggles(): void {
-        this.toggles.forEach(([button, isOn]) => button?.setAttribute("aria-pressed", String(isOn())));
-    }
-
-    private addPresets(): Controller {
-        const folder = this.addFolder("Preset");
-        const list = folder.add(this.preset, "name", [] as string[]).name("preset");
-        list.onChange((name: string) => this.presets.choose(name));
-        this.addButtons(folder, this.folders["Preset"] ?? []);
-        return list;
-    }
-
-    /** Fills the list of presets and selects the current one. */
-    private listPresets(): void {
-        const { name, names } = this.presets;
-        this.preset.name = name;
-        this.presetControl.options(names.includes(name) ? names : [name, ...names]);
-    }
-
-    private addFolder(name: string): GUI {
-        const folder = this.gui.addFolder(name);
-        folder.$title.setAttribute("aria-label", name); // the visible title also has an arrow
-        return folder;
-    }
-
-    private addGroup(group: (typeof groups)[number]): void {
-        const folder = this.addFolder(group).close();
-        if (group === "Ink") {
-            this.addInk(folder);
-        }
-        for (const field of settingFields) {
-            if (field.group === group) {
-                this.addSetting(folder, field);
-            }
+        if (this.isOpen) {
+            this.controls.forEach((control) => control.update());
+            this.updateButtons();
         }
     }
 
-    private addSetting(folder: GUI, field: (typeof settingFields)[number]): void {
+    private updateButtons(): void {
+        this.buttons.forEach((control) => control.update());
+    }
+
+    private makeHeader(): HTMLElement {
+        const close = make("button", { type: "button", className: "close", ariaLabel: "Close settings" }, "×");
+        close.addEventListener("click", () => this.toggle(false));
+        return make("header", {}, make("h2", {}, "Settings"), close);
+    }
+
+    /** Returns the controls above the buttons of a section. */
+    private controlsOf(section: string): Control[] {
+        // The second background is a command of the pictures.
+        const fields = settingFields.filter(({ name, group }) => group === section && name !== "secondBackground");
+        const settings = fields.map((field) => this.makeSetting(field));
+        switch (section) {
+            case sharedTexts.presetSection:
+                return [new PresetGrid(this.presets)];
+            case "Picture":
+                return [new PaintingChooser(this.player), ...settings];
+            case "Ink":
+                return [...this.makeInk(), ...settings];
+            case sharedTexts.developerSection:
+                return [{ element: this.chart.element, update: () => {} }];
+            default:
+                return settings;
+        }
+    }
+
+    private makeSetting(field: (typeof settingFields)[number]): Control {
         const { settings } = this.player;
-        const control =
-            field.kind === "switch"
-                ? folder.add(settings, field.name)
-                : folder.add(settings, field.name, field.min, field.max, field.kind === "count" ? 1 : 0.001);
-        control.name(field.label).domElement.title = field.hint;
-        control.domElement.querySelector("input")?.setAttribute("aria-description", field.hint);
-    }
-
-    private addInk(folder: GUI): void {
-        folder.addColor(this.player.settings, "ink").name("colour");
-        const swatches = document.createElement("div");
-        swatches.className = "swatches";
-        for (const [name, ink] of Object.entries(inkPalette)) {
-            const swatch = document.createElement("button");
-            swatch.type = "button";
-            swatch.title = name;
-            swatch.setAttribute("aria-label", `${name} ink`);
-            swatch.style.background = `rgb(${ink.map((part) => Math.round(255 * part)).join(" ")})`;
-            swatch.addEventListener("click", () => this.chooseInk(ink));
-            swatches.append(swatch);
+        if (field.kind === "switch") {
+            const { name, label, hint } = field;
+            const set = (on: boolean) => {
+                settings[name] = on;
+                this.presets.noteChange();
+            };
+            return makeSwitch(label, hint, () => settings[name], set);
         }
-        folder.$children.append(swatches);
+        const { name } = field;
+        const set = (value: number) => {
+            settings[name] = value;
+            this.presets.noteChange();
+        };
+        return makeSlider(field, () => settings[name], set);
     }
 
-    private chooseInk(ink: Ink): void {
-        this.player.settings.ink = [...ink];
-        this.update();
-        this.changed();
-    }
-
-    private addCommandFolder(name: string, commands: Command[]): void {
-        if (name !== "Preset") {
-            const folder = this.addFolder(name).close();
-            if (name === "Background") {
-                folder.$children.append(this.paintings.element);
-            }
-            this.addButtons(folder, commands);
-        }
-    }
-
-    private addButtons(folder: GUI, commands: Command[]): void {
-        for (const { keyName, label, isOn, ...command } of commands) {
-            const control = folder.add(command, "run").name(label);
-            control.domElement.title = keyName ? `${label} (${keyName})` : label;
-            if (isOn) {
-                this.toggles.push([control.domElement.querySelector("button"), isOn]);
-            }
-        }
+    /** Returns a colour field, and the inks of the palette. */
+    private makeInk(): Control[] {
+        const { settings } = this.player;
+        const choose = (ink: typeof settings.ink) => {
+            settings.ink = [...ink];
+            this.presets.noteChange();
+        };
+        const swatches = Object.entries(inkPalette).map(([name, ink]) => {
+            const swatch = make("button", { type: "button", title: name, ariaLabel: `${name} ink` });
+            swatch.style.background = hexOf(ink);
+            swatch.addEventListener("click", () => choose(ink));
+            return swatch;
+        });
+        const row = make("div", { className: "swatches" }, ...swatches);
+        return [makeColor("Colour", () => settings.ink, choose), { element: row, update: () => {} }];
     }
 }

@@ -1,14 +1,14 @@
-// Chooses, saves, renames, removes and shares presets.
+// Chooses, saves, renames, deletes and shares presets.
 
-import { defaultSettings, type Settings } from "../../build/web/settings";
+import { sharedTexts, type Settings } from "../../build/web/settings";
 import { download, uniqueName } from "./files";
 import { linkOf, presetInLink } from "./links";
 import type { Player } from "./player";
-import { addPreset, allPresets, isSame, findPreset, presetName, removePreset, writePreset } from "./presets";
+import { addPreset, allPresets, findPreset, isSame, removePreset, storePreset, writePreset } from "./presets";
 import type { Preset, PresetList } from "./presets";
 import { hasKeys, showToast } from "./toast";
 
-/** Maximum length of a preset's name in characters. Longer names do not fit the list. */
+/** Maximum length of a preset's name in characters. Longer names do not fit the grid. */
 const maxNameLength = 40;
 
 export class PresetChooser {
@@ -20,28 +20,52 @@ export class PresetChooser {
 
     constructor(
         private readonly player: Player,
-        readonly presets: PresetList,
+        private readonly presets: PresetList,
+        /** Returns a thumbnail of the frame on the screen as a data URL, or undefined without a frame. */
+        private readonly takeThumbnail: () => Promise<string | undefined>,
     ) {
-        this.chosen = { name: "default", settings: defaultSettings };
+        this.chosen = presets.builtIn[0] as Preset;
     }
 
-    /** Name of the current preset, with " *" if the user has changed its settings. */
-    get name(): string {
+    get all(): Preset[] {
+        return allPresets(this.presets);
+    }
+
+    /** Preset that was chosen last, or another preset with the current settings. */
+    get current(): Preset {
         const isShown = (preset: Preset) => isSame(preset.settings, this.player.settings);
-        const same = isShown(this.chosen) ? this.chosen : this.all.find(isShown);
-        return same?.name ?? `${this.chosen.name} *`;
+        return isShown(this.chosen) ? this.chosen : (this.all.find(isShown) ?? this.chosen);
     }
 
-    /** Names of all presets. */
-    get names(): string[] {
-        return this.all.map((preset) => preset.name);
+    /** True if the user has changed the settings of the current preset. */
+    get isChanged(): boolean {
+        return !isSame(this.current.settings, this.player.settings);
+    }
+
+    /** True if the preset that was chosen last is one of the user's presets. */
+    get isOwn(): boolean {
+        return this.presets.own.includes(this.chosen);
     }
 
     /** Applies settings. */
     show(settings: Settings): void {
         Object.assign(this.player.settings, structuredClone(settings));
+        this.noteChange();
+    }
+
+    /** Must be called after each change of the settings by the user. */
+    noteChange(): void {
+        this.player.effect.noteSettings(this.player.settings);
         this.onChange();
         this.player.noteInput();
+    }
+
+    undo(): void {
+        this.restore(this.player.effect.undo(), sharedTexts.undone, sharedTexts.nothingToUndo);
+    }
+
+    redo(): void {
+        this.restore(this.player.effect.redo(), sharedTexts.redone, sharedTexts.nothingToRedo);
     }
 
     /** Makes a preset the current one. */
@@ -50,17 +74,15 @@ export class PresetChooser {
         this.show(preset.settings);
     }
 
-    choose(name: string): void {
-        const preset = findPreset(this.all, name);
-        if (preset) {
-            this.select(preset);
-            showToast(preset.name);
-        }
+    choose(preset: Preset): void {
+        this.select(preset);
+        showToast(preset.name);
     }
 
     next(): void {
-        const at = this.names.indexOf(this.chosen.name);
-        this.choose(this.names[(at + 1) % this.names.length] ?? "");
+        const { all } = this;
+        const at = all.indexOf(this.chosen);
+        this.choose(all[(at + 1) % all.length] as Preset);
     }
 
     /** Applies the current preset again, without changes. */
@@ -71,51 +93,61 @@ export class PresetChooser {
 
     random(): void {
         this.show(this.player.effect.randomSettings(this.seed++));
-        showToast(`random settings${hasKeys ? "; P saves them as a preset" : ""}`);
+        showToast(`${sharedTexts.randomSettings}${hasKeys ? ". P saves it as a preset" : ""}`);
     }
 
     /** Chooses an ink that stands out from the background. */
     chooseContrastingInk(): void {
         this.show({ ...this.player.settings, ink: this.player.effect.inkAgainstBackground() });
-        showToast("ink that stands out from the background");
+        showToast(sharedTexts.matchedInk);
     }
 
     toggle(name: "secondBackground" | "waterOnly"): void {
         this.show({ ...this.player.settings, [name]: !this.player.settings[name] });
     }
 
-    save(): void {
+    /** Saves the current settings as a preset, in the browser and as a file. */
+    async save(): Promise<void> {
+        const thumbnail = await this.takeThumbnail();
         const name = uniqueName("preset", "");
-        this.chosen = addPreset(this.presets, name, this.player.settings);
+        const isStored = this.add(name, this.player.settings, thumbnail);
         download(writePreset(this.player.settings), `${name}.json`);
-        this.onChange();
-        showToast(`saved ${name}.json and added it to the list of presets`);
+        showToast(`Saved ${name}.json${isStored ? " and added it to the presets" : `. ${this.warning}`}`);
     }
 
-    /** Asks for a new name for the current preset, which must be a saved one. */
+    /** Adds a preset from a file and makes it the current one. */
+    import(name: string, settings: Settings): void {
+        const isStored = this.add(name, settings);
+        this.show(settings);
+        showToast(`${this.chosen.name}${isStored ? " is added to the presets" : `: ${this.warning}`}`);
+    }
+
+    /** Asks for a new name for the current preset, which must be one of the user's presets. */
     rename(): void {
-        const { own } = this.presets;
         const preset = this.ownPreset();
-        const given = prompt("New name of the preset", preset.name) ?? "";
-        const name = presetName(given, this.player.effect).trim().slice(0, maxNameLength);
+        const name = (prompt("New name of the preset", preset.name) ?? "").trim().slice(0, maxNameLength);
         if (!name || name === preset.name) {
             return;
         }
-        if (findPreset(own, name)) {
-            throw new Error(`a preset named ${name} already exists: choose another name`);
+        const existing = findPreset(this.all, name);
+        if (existing && existing !== preset) {
+            throw new Error(`A preset named ${existing.name} already exists. Choose another name`);
         }
-        removePreset(this.presets, preset.name, this.player.effect);
-        this.chosen = addPreset(this.presets, name, preset.settings);
-        this.onChange();
-        showToast(name);
+        removePreset(this.presets, preset.name);
+        this.add(name, preset.settings, preset.thumbnail);
+        showToast(`Renamed to ${name}`);
     }
 
-    /** Removes the current preset, which must be a saved one. Its settings stay until another preset is chosen. */
+    /** Deletes the current preset, which must be one of the user's presets. Its settings stay in force. */
     remove(): void {
         const { name } = this.ownPreset();
-        removePreset(this.presets, name, this.player.effect);
+        if (!confirm(`Delete the preset ${name}?`)) {
+            return;
+        }
+        removePreset(this.presets, name);
+        this.chosen = this.presets.builtIn[0] as Preset;
         this.onChange();
-        showToast(`removed ${name}; its settings stay until you choose another preset`);
+        showToast(`Deleted ${name}. Its settings stay until you choose another preset`);
     }
 
     async share(): Promise<void> {
@@ -130,7 +162,8 @@ export class PresetChooser {
             () => true,
             () => false,
         );
-        showToast((await copied) ? "copied a link to these settings" : "the page's address is now a link to these settings");
+        const message = (await copied) ? "Copied a link to these settings" : "The page's address is now a link to these settings";
+        showToast(location.protocol === "file:" ? `${message}. It works only on this device` : message);
     }
 
     /** Applies the preset in the page's address, if there is one. */
@@ -140,22 +173,39 @@ export class PresetChooser {
             return;
         }
         try {
-            this.select({ name: "settings of the link", settings: this.player.effect.readPreset(text) });
+            this.select({ name: sharedTexts.linkSettings, settings: this.player.effect.readPreset(text) });
         } catch (error) {
-            throw new Error(`cannot read the settings in this link: ${(error as Error).message}`);
+            throw new Error(`${sharedTexts.damaged}: ${(error as Error).message}`);
         }
     }
 
-    private get all(): Preset[] {
-        return allPresets(this.presets);
+    private restore(settings: Settings | undefined, done: string, nothing: string): void {
+        if (settings) {
+            this.show(settings);
+        }
+        showToast(settings ? done : nothing);
     }
 
-    /** Returns the current preset. Throws if it is not a saved one. */
+    private get warning(): string {
+        return "This browser allows no more storage, so the preset leaves the list when you close the page";
+    }
+
+    /**
+     * Adds one of the user's presets and makes it the current one. Leaves the settings in force. Returns false if the
+     * browser cannot store it.
+     */
+    private add(name: string, settings: Settings, thumbnail?: string): boolean {
+        const preset = addPreset(this.presets, name, settings, thumbnail);
+        this.chosen = preset;
+        this.onChange();
+        return storePreset(preset);
+    }
+
+    /** Returns the preset that was chosen last. Throws if it is not one of the user's presets. */
     private ownPreset(): Preset {
-        const own = findPreset(this.presets.own, this.chosen.name);
-        if (!own) {
-            throw new Error(`${this.chosen.name} is not a preset that you saved`);
+        if (!this.isOwn) {
+            throw new Error(`${this.chosen.name}${sharedTexts.builtIn}`);
         }
-        return own;
+        return this.chosen;
     }
 }

@@ -1,20 +1,26 @@
-// Lists of presets: shipped presets, and presets that the user saved in the browser's storage.
+// Lists of presets: built-in presets, and presets that the user saved in the browser's storage.
 
-import { numbersOf, type Settings } from "../../build/web/settings";
+import { defaultSettings, numbersOf, sharedTexts, type Settings } from "../../build/web/settings";
 import type { Effect } from "./effect";
 
 declare const PRESETS: Record<string, string>;
+/** Data URLs by the names of the preset files. */
+declare const THUMBNAILS: Record<string, string>;
 
-const storageName = "velmora presets";
+const presetStorage = "velmora presets";
+const thumbnailStorage = "velmora thumbnails";
 
 export interface Preset {
     name: string;
     settings: Settings;
+    /** URL of a square image, or undefined if there is none. */
+    thumbnail?: string | undefined;
 }
 
 export interface PresetList {
-    shipped: Preset[];
-    /** Saved by the user. A saved preset replaces a shipped preset with the same name. */
+    /** Presets that cannot be changed. The first one has the default settings. */
+    builtIn: Preset[];
+    /** Presets that the user has saved. Their names differ from the names of the built-in ones. */
     own: Preset[];
 }
 
@@ -24,7 +30,13 @@ export function presetName(file: string, effect: Effect): string {
 }
 
 export function loadPresets(effect: Effect): PresetList {
-    return { shipped: presetsOf(PRESETS, effect), own: presetsOf(readSaved(), effect) };
+    const builtIn = Object.entries(PRESETS).map(([file, text]) => ({
+        name: presetName(file, effect),
+        settings: effect.readPreset(text),
+        thumbnail: THUMBNAILS[file],
+    }));
+    builtIn.unshift({ name: sharedTexts.defaultSettings, settings: defaultSettings, thumbnail: THUMBNAILS["default"] });
+    return { builtIn, own: readOwn(effect) };
 }
 
 /** Returns the text of a preset file for `Effect.readPreset`. */
@@ -32,54 +44,77 @@ export function writePreset(settings: Settings): string {
     return JSON.stringify(settings, null, 4) + "\n";
 }
 
-export function allPresets({ shipped, own }: PresetList): Preset[] {
-    const added = own.filter((preset) => !findPreset(shipped, preset.name));
-    return [...shipped.map((preset) => findPreset(own, preset.name) ?? preset), ...added];
+export function allPresets({ builtIn, own }: PresetList): Preset[] {
+    return [...builtIn, ...own];
 }
 
 export function findPreset(presets: Preset[], name: string): Preset | undefined {
-    return presets.find((preset) => preset.name === name);
+    return presets.find((preset) => preset.name.toLowerCase() === name.toLowerCase());
 }
 
-/** Adds a preset to the list and to the browser's storage. */
-export function addPreset(list: PresetList, name: string, settings: Settings): Preset {
-    const added = { name, settings: structuredClone(settings) };
-    list.own = [...list.own.filter((preset) => preset.name !== name), added];
-    changeSaved((saved) => ({ ...saved, [name]: writePreset(added.settings) }));
+/**
+ * Adds a preset to the user's presets, and replaces a preset of the user with the same name. A preset with the name of
+ * a built-in one gets a number after its name.
+ */
+export function addPreset(list: PresetList, name: string, settings: Settings, thumbnail?: string): Preset {
+    const ownName = findPreset(list.builtIn, name) ? `${name} 2` : name;
+    const added = { name: ownName, settings: structuredClone(settings), thumbnail };
+    list.own = [...list.own.filter((preset) => preset.name !== added.name), added];
     return added;
 }
 
-export function removePreset(list: PresetList, name: string, effect: Effect): void {
+export function removePreset(list: PresetList, name: string): void {
     list.own = list.own.filter((preset) => preset.name !== name);
-    changeSaved((saved) => Object.fromEntries(Object.entries(saved).filter(([file]) => presetName(file, effect) !== name)));
+    changeStorage(name, {});
+}
+
+/** Saves a preset in the browser's storage. Returns false if the storage is full or not allowed. */
+export function storePreset({ name, settings, thumbnail }: Preset): boolean {
+    return changeStorage(name, { settings: writePreset(settings), thumbnail });
 }
 
 export function isSame(a: Settings, b: Settings): boolean {
     return String(numbersOf(a)) === String(numbersOf(b));
 }
 
-function presetsOf(texts: Record<string, string>, effect: Effect): Preset[] {
-    return Object.entries(texts).flatMap(([file, text]) => {
+/** Returns the user's presets from the browser's storage. Leaves out entries that this version cannot read. */
+function readOwn(effect: Effect): Preset[] {
+    const thumbnails = readStorage(thumbnailStorage);
+    return [...readStorage(presetStorage)].flatMap(([name, text]) => {
         try {
-            return [{ name: presetName(file, effect), settings: effect.readPreset(text) }];
+            return [{ name, settings: effect.readPreset(text), thumbnail: thumbnails.get(name) }];
         } catch {
-            return []; // saved by another version of the page with other settings
+            return [];
         }
     });
 }
 
-function readSaved(): Record<string, string> {
+/** Replaces the stored texts of a preset. Reads the storage again, because other tabs change it too. */
+function changeStorage(name: string, texts: { settings?: string; thumbnail?: string | undefined }): boolean {
+    const change = (entry: string, text: string | undefined) => {
+        const stored = readStorage(entry);
+        stored.delete(name);
+        if (text) {
+            stored.set(name, text);
+        }
+        localStorage.setItem(entry, JSON.stringify(Object.fromEntries(stored)));
+    };
     try {
-        return JSON.parse(localStorage.getItem(storageName) ?? "{}") as Record<string, string>;
+        change(presetStorage, texts.settings);
+        change(thumbnailStorage, texts.thumbnail);
+        return true;
     } catch {
-        return {}; // the browser forbids storage
+        return false;
     }
 }
 
-function changeSaved(change: (saved: Record<string, string>) => Record<string, string>): void {
+/** Returns the strings of a stored object. Empty if the browser allows no storage or the entry is damaged. */
+function readStorage(entry: string): Map<string, string> {
     try {
-        localStorage.setItem(storageName, JSON.stringify(change(readSaved())));
+        const stored: unknown = JSON.parse(localStorage.getItem(entry) ?? "{}");
+        const entries = Object.entries(stored ?? {});
+        return new Map(entries.filter((each): each is [string, string] => typeof each[1] === "string"));
     } catch {
-        // Without storage, the change lasts until the page is closed.
+        return new Map();
     }
 }

@@ -1,15 +1,15 @@
 // Keeps the canvas and the backgrounds at the wanted size in pixels.
 
+import { resizeDelay } from "../../build/web/settings";
 import { defaultBackgrounds, croppedPixels, type Backgrounds, type Source } from "./backgrounds";
 import type { Effect, Size } from "./effect";
 import { Paintings } from "./paintings";
-import { onPixelRatio, pixelSize } from "./screen";
-
-/** Milliseconds from the last change of size to the restart. A window that is being resized changes size many times. */
-const resizeDelay = 150;
+import { onPixelRatio, pixelSize } from "../engine/screen";
 
 export class Stage {
     readonly backgrounds: Backgrounds;
+    /** True if a moving background has a new frame. */
+    hasMoved = false;
     private readonly paintings: Paintings;
     /** True after needSecond. Until then the second background is not painted, which saves time at the start. */
     private secondNeeded = false;
@@ -40,7 +40,7 @@ export class Stage {
         return isSame(this.wantedSize, this.current);
     }
 
-    /** Restarts the effect at the wanted size. */
+    /** Starts the effect at the wanted size and keeps the waves. */
     restart(): void {
         this.applySize(this.wantedSize);
     }
@@ -52,7 +52,15 @@ export class Stage {
         }
     }
 
+    /** Uploads the backgrounds again if a moving one has a new frame. */
+    uploadMoved(): void {
+        if (this.hasMoved) {
+            this.uploadBackgrounds();
+        }
+    }
+
     uploadBackgrounds(): void {
+        this.hasMoved = false;
         const { sources } = this.backgrounds;
         const first = this.pixelsOf(sources[0]);
         this.effect.setBackgrounds(first, this.secondNeeded ? this.pixelsOf(sources[1]) : first);
@@ -68,9 +76,9 @@ export class Stage {
     }
 
     private pixelsOf(source: Source): ImageData {
-        return source instanceof ImageBitmap
-            ? croppedPixels(source, this.current)
-            : this.paintings.at(source, this.current);
+        return typeof source === "string"
+            ? this.paintings.at(source, this.current)
+            : croppedPixels(source, this.current);
     }
 
     private get fullSize(): Size {
@@ -87,7 +95,7 @@ export class Stage {
         this.canvas.width = size.width;
         this.canvas.height = size.height;
         this.uploadBackgrounds();
-        this.effect.restart(size);
+        this.effect.resize(size);
     }
 }
 

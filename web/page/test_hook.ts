@@ -1,8 +1,7 @@
 // Functions for the page's tests and benchmarks, as `window.velmora`.
 
 import type { Settings } from "../../build/web/settings";
-import type { Size } from "./effect";
-import type { VelocityField } from "./effect_probe";
+import type { Size, VelocityField } from "./effect";
 import type { FileImporter } from "./file_importer";
 import { qualityLabel } from "./frame_time_chart";
 import type { FrameTime } from "./frame_times";
@@ -11,7 +10,8 @@ import type { Player } from "./player";
 export interface TestHook {
     /** Settings from the next frame on. */
     readonly settings: Settings;
-    readonly view: Player["view"];
+    readonly pause: { isOn: boolean };
+    readonly overlays: { velocity: boolean; density: boolean };
     readonly gl: WebGLRenderingContext;
     /** Counts since the page was opened. */
     counts(): { animationFrames: number; frames: number; contexts: number };
@@ -58,20 +58,21 @@ export function installTestHook(player: Player, importer: FileImporter): void {
     const { effect, stage, loop } = player;
     window.velmora = {
         settings: player.settings,
-        view: player.view,
+        pause: player.pause,
+        overlays: player.overlays,
         gl: effect.gl,
-        counts: () => ({ animationFrames: loop.count, frames: player.frames, contexts: player.contexts }),
+        counts: () => ({ animationFrames: loop.count, frames: player.frames, contexts: player.context.count }),
         screen: () => stage.size,
         isIdle: () => !loop.isRunning && player.isIdle,
         isWaterIdle: () => effect.isWaterIdle,
-        isContextLost: () => player.isContextLost,
+        isContextLost: () => player.context.isLost,
         isRecording: () => effect.isRecording,
         isReplaying: () => effect.isReplaying,
         attractMode: () => ({ on: effect.attractModeOn, runs: effect.attractModeRuns }),
         quality: () => ({ phase: effect.qualityPhase, level: effect.quality.level, label: qualityLabel(effect.quality) }),
         fixQuality: (level) => (effect.fixQuality(level), loop.wake()),
         waterBytes: () => effect.waterBytes(),
-        velocity: () => player.probe.velocity,
+        velocity: () => effect.velocity,
         frameTimes: () => player.times.newest,
         textureNames: () => effect.textureNames,
         onFrame(call) {
@@ -84,7 +85,7 @@ export function installTestHook(player: Player, importer: FileImporter): void {
         move: (...touch) => (effect.move(...touch), loop.wake()),
         lift: () => (effect.lift("up", 0, 0), loop.wake()),
         restart: () => player.restart(),
-        startRecording: () => player.startRecording(),
-        replay: (script, name) => player.replay(script, name),
+        startRecording: () => player.gestures.startRecording(),
+        replay: (script, name) => player.gestures.replay(script, name),
     };
 }

@@ -8,8 +8,14 @@ const maxLength = 300;
 export const hasKeys = !matchMedia("(pointer: coarse)").matches;
 let timer = 0;
 
-/** Shows a message for some seconds. Replaces line breaks and control characters with spaces. */
+/**
+ * Shows a message for some seconds, unless the controls are hidden. Replaces line breaks and control characters with
+ * spaces.
+ */
 export function showToast(message: string): void {
+    if (document.documentElement.classList.contains("clean")) {
+        return;
+    }
     const clean = message.replace(/[\p{Cc}\p{Cf}\s]+/gu, " ");
     toast.textContent = clean.length > maxLength ? clean.slice(0, maxLength) + "…" : clean;
     toast.classList.add("shown");

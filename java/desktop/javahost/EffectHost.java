@@ -8,14 +8,16 @@ import velmora.host.EffectScene;
 import velmora.host.FramePacer;
 import velmora.host.GestureScript;
 import velmora.host.ReflectionMap;
+import velmora.host.SceneTarget;
 
 /** One scene in an off-screen GL context, drawn frame by frame. Everything runs on one thread. */
-final class EffectHost implements GestureScript.Target, AutoCloseable {
+final class EffectHost implements AutoCloseable {
     private final NativeForVelmora velmora = new NativeForVelmora();
     private final int width;
     private final int height;
     private final EffectRenderer renderer = new EffectRenderer(velmora, ReflectionMap.makeBitmap());
     private final EffectScene scene;
+    private final GestureScript.Target target;
     private long context;
     private long time;
 
@@ -23,6 +25,14 @@ final class EffectHost implements GestureScript.Target, AutoCloseable {
         this.width = width;
         this.height = height;
         scene = new EffectScene(velmora, backgroundsOf(background));
+        target = new SceneTarget(scene) {
+            @Override
+            public void loseContext() {
+                close();
+                context = HostKit.createContext(width, height);
+                renderer.contextCreated();
+            }
+        };
         context = HostKit.createContext(width, height);
         scene.resize(width, height);
     }
@@ -41,35 +51,10 @@ final class EffectHost implements GestureScript.Target, AutoCloseable {
         };
     }
 
-    @Override
-    public void touch(int action, double x, double y, float pressure) {
-        scene.touch(action, x, y, pressure);
-    }
-
-    @Override
-    public void setInk(float red, float green, float blue) {
-        scene.setInk(red, green, blue);
-    }
-
-    @Override
-    public void showSecondBackground(boolean on) {
-        scene.showSecondBackground(on);
-    }
-
-    @Override
-    public void clearInk() {
-        scene.clearInk();
-    }
+    /** Applies the events of one frame of a script. */
+    void apply(GestureScript script, int frame) { script.applyFrame(frame, target); }
 
     boolean inkShown() { return velmora.getClearInkValue() != 0; }
-
-    /** Destroys the GL context with everything in it and makes a new one. */
-    @Override
-    public void loseContext() {
-        close();
-        context = HostKit.createContext(width, height);
-        renderer.contextCreated();
-    }
 
     /** Draws the next frame, a 60th of a second later. */
     void frame() {

@@ -31,7 +31,7 @@ final class Main {
         Files.createDirectories(options.out());
         try (EffectHost host = newHost(options)) {
             for (int frame = 0; frame < frames; ++frame) {
-                script.applyFrame(frame, host);
+                host.apply(script, frame);
                 host.frame();
                 if ((frame + 1) % options.every() == 0) {
                     host.screenshot().writePng(options.out().resolve(nameOf(frame + 1)));

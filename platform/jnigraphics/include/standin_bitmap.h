@@ -2,8 +2,8 @@
 
 #include <android/bitmap.h>
 
-/// Bitmap of a host without a JVM. Its jobject handle is a pointer to this struct. A negative result
-/// makes the call of that name fail with this code, as for a recycled or hardware bitmap on a device.
+/// Bitmap of a host that has no JVM. Its jobject handle is a pointer to this struct. Each result field can make the
+/// call of the same name fail: a negative result is returned as the error code, as for a recycled bitmap on a device.
 struct StandInBitmap {
     AndroidBitmapInfo info;
     void* pixels;

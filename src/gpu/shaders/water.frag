@@ -1,5 +1,5 @@
 precision mediump float;
-// Water without ink.
+// Draws the water of a frame that has no ink.
 
 uniform float viewportHeight;
 #include "waterSurface.glsl"

@@ -1,6 +1,6 @@
 precision mediump float;
-// Water darkened by ink. velmora/ink_light.h has the same formula in C++. The density is split over two 8-bit channels
-// as 255 * high + low.
+// Draws water that ink darkens. velmora/ink_light.h has the same formula in C++. The density is split over two 8-bit
+// channels: density = 255 * high + low.
 
 uniform sampler2D Density;
 uniform vec2 Scale;

@@ -46,35 +46,4 @@ public final class GesturePlayer {
             scene.setSettings(scene.settings());
         }
     }
-
-    private static final class SceneTarget implements GestureScript.Target {
-        private final EffectScene scene;
-
-        SceneTarget(EffectScene scene) { this.scene = scene; }
-
-        @Override
-        public void touch(int action, double x, double y, float pressure) {
-            scene.touch(action, x, y, pressure);
-        }
-
-        @Override
-        public void setInk(float red, float green, float blue) {
-            scene.setInk(red, green, blue);
-        }
-
-        @Override
-        public void showSecondBackground(boolean on) {
-            scene.showSecondBackground(on);
-        }
-
-        @Override
-        public void clearInk() {
-            scene.clearInk();
-        }
-
-        @Override
-        public void loseContext() {
-            // Scripts lose contexts for tests. A window keeps the context that it has.
-        }
-    }
 }

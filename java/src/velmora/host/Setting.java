@@ -20,13 +20,15 @@ public enum Setting {
     /** The type of a setting's value in a preset. */
     enum Kind { NUMBER, WHOLE_NUMBER, SWITCH }
 
-    /** The member of a preset. */
-    final String member;
+    /** The name of the setting in presets. */
+    public final String member;
 
     final Kind kind;
-    final float min;
-    final float max;
-    final float initial;
+    public final float min;
+    public final float max;
+
+    /** The default value. A switch that is on has the value 1. */
+    public final float initial;
 
     Setting(String member, Kind kind, float min, float max, float initial) {
         this.member = member;

@@ -1,6 +1,6 @@
 #pragma once
 
-// The part of the platform's bitmap interface that the library uses.
+// The part of Android's bitmap interface that the library uses.
 
 #include <jni.h>
 #include <stdint.h>

@@ -1,0 +1,29 @@
+#pragma once
+
+#include <GLES2/gl2.h>
+
+#include <cstdint>
+#include <vector>
+
+#include "app/size.h"
+#include "app/textured_quad.h"
+
+namespace app {
+
+/// Shows the ink density in translucent false colours. Zero density is a faint blue. Belongs to the GL context that was
+/// current at construction.
+class DensityOverlay {
+public:
+    /// Throws HostError.
+    DensityOverlay();
+
+    /// Draws the density texture over the screen.
+    void draw(GLuint texture, Size screen) const;
+    /// Returns the false colours of a density texture as RGBA, bottom row first, in an image of the given size.
+    std::vector<std::uint8_t> colors(GLuint texture, Size size) const;
+
+private:
+    TexturedQuad quad;
+};
+
+}  // namespace app

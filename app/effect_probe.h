@@ -1,0 +1,77 @@
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <vector>
+
+#include "app/size.h"
+#include "hostkit/digest.h"
+#include "hostkit/effect_host.h"
+#include "hostkit/gl_observer.h"
+
+namespace app {
+
+/// Velocity texture as the library uploaded it: RGBA8, bottom row first.
+struct VelocityField {
+    int columns = 0;
+    int rows = 0;
+    std::vector<std::uint8_t> bytes;
+};
+
+/// Times of events in a frame. The time of an event that did not happen is empty.
+struct FrameMoments {
+    using Moment = std::optional<std::chrono::steady_clock::time_point>;
+    /// First GL call of the library in the frame.
+    Moment begin;
+    /// End of the wait for the solver step of the previous frame. It is measured at the velocity upload after the wait,
+    /// so it is set only in frames with ink.
+    Moment solverDone;
+    /// First draw call.
+    Moment firstDraw;
+};
+
+/// Observes velocities, ink and times of the library through its GL calls. It relies on two facts: only the velocities
+/// are uploaded in the size of their grid, and the ink is bound to one known texture unit while the water mesh is
+/// drawn. Use one probe at a time, because it sets the hooks of the GL observer.
+class EffectProbe {
+public:
+    EffectProbe();
+    ~EffectProbe();
+    EffectProbe(const EffectProbe&) = delete;
+    EffectProbe& operator=(const EffectProbe&) = delete;
+
+    /// Resets the probe for a new host. The screen size is in pixels.
+    void watch(Size size, bool hostHasInk);
+    /// Forgets the ink texture. Call it when the GL context is lost.
+    void forgetInk() { ink = 0; }
+    /// Draws a frame of the host and observes it.
+    void draw(hostkit::EffectHost& host);
+
+    /// Returns the digest of all velocity textures since the last call of `watch`.
+    const hostkit::Digest& velocityDigest() const { return digest; }
+    /// Returns the last velocity texture.
+    const VelocityField& velocity() const { return field; }
+    /// Returns the GL name of the ink texture, or 0 before the first frame with ink.
+    std::uint32_t inkTexture() const { return ink; }
+    /// Returns the size of the ink texture in texels.
+    Size inkTextureSize() const;
+    /// Returns the times of the last frame.
+    const FrameMoments& moments() const { return lastMoments; }
+
+private:
+    void seeCall(const char* function);
+    void seeUpload(int width, int height, std::span<const std::uint8_t> bytes);
+
+    hostkit::GlObserver& observer;
+    Size screen;
+    bool hasInk = false;
+    bool drawing = false;
+    hostkit::Digest digest;
+    VelocityField field;
+    std::uint32_t ink = 0;
+    FrameMoments lastMoments;
+};
+
+}  // namespace app

@@ -1,0 +1,62 @@
+#include "app/settings_history.h"
+
+#include <chrono>
+
+namespace app {
+namespace {
+
+/// Maximum time between two changes of a dragged slider.
+constexpr auto maxDragPause = std::chrono::seconds(1);
+/// Maximum number of steps that can be undone.
+constexpr std::size_t maxSteps = 200;
+
+}  // namespace
+
+SettingsHistory::Changes SettingsHistory::changesBetween(const Settings& before,
+                                                         const Settings& after) {
+    Changes changes;
+    std::size_t index = 0;
+    forEachField(
+        [&](const auto& field) { changes[index++] = before.*field.member != after.*field.member; });
+    changes[index] = before.ink != after.ink;
+    return changes;
+}
+
+void SettingsHistory::note(const Settings& settings, Clock::time_point now) {
+    const Changes changes = changesBetween(states[current], settings);
+    if (changes.none()) {
+        return;
+    }
+    const bool continues =
+        changes.count() == 1 && changes == lastChanges && now - lastTime < maxDragPause;
+    lastChanges = changes;
+    lastTime = now;
+    states.resize(current + 1);
+    if (continues) {
+        states.back() = settings;
+        return;
+    }
+    states.push_back(settings);
+    if (states.size() > maxSteps + 1) {
+        states.erase(states.begin());
+    }
+    current = states.size() - 1;
+}
+
+std::optional<Settings> SettingsHistory::undo() {
+    if (current == 0) {
+        return std::nullopt;
+    }
+    lastChanges.reset();
+    return states[--current];
+}
+
+std::optional<Settings> SettingsHistory::redo() {
+    if (current + 1 == states.size()) {
+        return std::nullopt;
+    }
+    lastChanges.reset();
+    return states[++current];
+}
+
+}  // namespace app

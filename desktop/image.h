@@ -1,0 +1,33 @@
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+
+#include "app/size.h"
+#include "hostkit/image.h"
+
+namespace desktop {
+
+/// Loads an image file (PNG, JPEG, WebP and GIF). Applies the orientation in its metadata and replaces transparency by
+/// black. Warns if the end of the file is missing and returns the readable part. If there is no such file and `file` is
+/// the name of a painting, returns the painting. Throws Failure.
+hostkit::Image loadImage(const std::filesystem::path& file);
+
+/// Returns the image scaled to cover width x height, cropped around its centre.
+hostkit::Image covering(const hostkit::Image& image, int width, int height);
+
+/// Returns an opaque image of one grey level, 0 to 255.
+hostkit::Image plainImage(int width, int height, std::uint8_t shade);
+
+/// Reads the frame on the screen of the current GL context. Sets its alpha to 255.
+hostkit::Image readFrame(app::Size screen);
+
+/// Draws `image` scaled to width x height into `target` with its top left corner at (x, y).
+void drawScaled(const hostkit::Image& image, hostkit::Image& target, int x, int y, int width,
+                int height);
+
+/// Saves an image. Writes the whole file or none. Throws Failure.
+void saveJpeg(const hostkit::Image& image, const std::filesystem::path& file);
+void savePng(const hostkit::Image& image, const std::filesystem::path& file);
+
+}  // namespace desktop

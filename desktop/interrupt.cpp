@@ -1,0 +1,38 @@
+#include "desktop/interrupt.h"
+
+#include <csignal>
+#include <initializer_list>
+
+namespace desktop {
+namespace {
+
+volatile std::sig_atomic_t interrupted = 0;
+
+/// Installs the handler of a signal. Keeps a signal ignored if the parent process ignores it, as nohup does.
+void note(int number) {
+    struct sigaction action {};
+    sigaction(number, nullptr, &action);
+    if (action.sa_handler == SIG_IGN) {
+        return;
+    }
+    action = {};
+    action.sa_handler = [](int) { interrupted = 1; };
+    // SA_RESTART is not set, so the signal ends a blocking read of a pipe.
+    sigaction(number, &action, nullptr);
+}
+
+}  // namespace
+
+void handleSignals() {
+    for (const int number : {SIGINT, SIGTERM, SIGHUP}) {
+        note(number);
+    }
+    std::signal(SIGPIPE, SIG_IGN);
+    std::signal(SIGXFSZ, SIG_IGN);
+}
+
+bool isInterrupted() {
+    return interrupted != 0;
+}
+
+}  // namespace desktop

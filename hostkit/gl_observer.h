@@ -1,0 +1,36 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <span>
+
+namespace hostkit {
+
+/// Hooks around the GL calls of the library. They run on the thread that makes the calls.
+struct GlObserver {
+    /// Hook that runs in each observed call, before the real function. GL calls of this hook run no hooks.
+    std::function<void(const char* function)> inside;
+    /// Hook that receives the data of each glTexImage2D call with data. `bytes` is RGBA8 and valid during the hook.
+    std::function<void(int width, int height, std::span<const std::uint8_t> bytes)> textureUpload;
+
+    /// Runs the hook `inside`, if there is one.
+    void noteCall(const char* function) const {
+        if (inside) {
+            inside(function);
+        }
+    }
+    /// Runs the hook `textureUpload`, if there is one. `pixels` is the argument of glTexImage2D and may be null.
+    void noteUpload(int width, int height, const void* pixels) const {
+        if (pixels && textureUpload) {
+            const auto texels = static_cast<std::size_t>(width) * static_cast<std::size_t>(height);
+            textureUpload(width, height, {static_cast<const std::uint8_t*>(pixels), 4 * texels});
+        }
+    }
+};
+
+/// Returns the observer of the program. A program that calls this function also defines it, and the GL functions that
+/// it observes: at least glDrawElements and glTexImage2D. The library then calls the functions of the program.
+GlObserver& sharedGlObserver();
+
+}  // namespace hostkit

@@ -1,0 +1,32 @@
+package velmora.host;
+
+/** Passes the events of a gesture script to a scene. Ignores the loss of a context. */
+public class SceneTarget implements GestureScript.Target {
+    private final EffectScene scene;
+
+    public SceneTarget(EffectScene scene) { this.scene = scene; }
+
+    @Override
+    public void touch(int action, double x, double y, float pressure) {
+        scene.touch(action, x, y, pressure);
+    }
+
+    @Override
+    public void setInk(float red, float green, float blue) {
+        scene.setInk(red, green, blue);
+    }
+
+    @Override
+    public void showSecondBackground(boolean on) {
+        scene.showSecondBackground(on);
+    }
+
+    @Override
+    public void clearInk() {
+        scene.clearInk();
+    }
+
+    /** Does nothing: only hosts of tests can lose a context on request. */
+    @Override
+    public void loseContext() {}
+}

@@ -1,0 +1,228 @@
+// The panel and the page around it: accessibility, keyboard, phone, frames of other pages, hidden controls, print.
+
+import assert from "node:assert/strict";
+import { join } from "node:path";
+import { after, before, test } from "node:test";
+import { axe, close, frames, launch, open, screenshotFolder, serve, settings, waitForToast } from "./page.mjs";
+
+let browser;
+before(async () => (browser = await launch()));
+after(() => browser.close());
+
+const phone = { size: [390, 844], hasTouch: true, isMobile: true };
+const desktop = { size: [1600, 900] };
+
+/** Returns the violated accessibility rules with the elements that violate them. */
+async function violations(page) {
+    const found = await page.evaluate(async () => (await window.axe.run()).violations);
+    return found.map(({ id, nodes }) => `${id}: ${nodes.map((node) => node.target).join(" ")}`);
+}
+
+/**
+ * Returns the elements of the panel whose text or accent colour has a contrast below 4.5 to the panel, with black or
+ * white water behind it.
+ */
+function faintElements(page) {
+    return page.evaluate(() => {
+        const parts = (color) => color.match(/[\d.]+/g).map(Number);
+        const luminance = (rgb) => {
+            const [red, green, blue] = rgb.map((part) => ((part / 255 + 0.055) / 1.055) ** 2.4);
+            return 0.2126 * red + 0.7152 * green + 0.0722 * blue;
+        };
+        const contrast = (one, other) => {
+            const [low, high] = [luminance(one), luminance(other)].sort((a, b) => a - b);
+            return (high + 0.05) / (low + 0.05);
+        };
+        const [red, green, blue, alpha] = parts(getComputedStyle(document.getElementById("panel")).backgroundColor);
+        const behind = [0, 255].map((water) => [red, green, blue].map((part) => alpha * part + (1 - alpha) * water));
+        return [...document.querySelectorAll("#panel :is(label, summary, input)")].flatMap((element) => {
+            const { color, accentColor } = getComputedStyle(element);
+            const shown = element.type === "range" ? accentColor : color;
+            const worst = Math.min(...behind.map((water) => contrast(parts(shown).slice(0, 3), water)));
+            return worst < 4.5 ? [`${element.outerHTML.slice(0, 80)}: ${worst.toFixed(1)}`] : [];
+        });
+    });
+}
+
+test("the page has no accessibility violation, enough contrast, and large targets on a phone", async () => {
+    for (const [name, options] of [["phone", phone], ["desktop", desktop]]) {
+        const page = await open(browser, options);
+        const hint = await waitForToast(page, "Drag to stir the water.");
+        assert.equal(/F1/.test(hint), name === "desktop", "a phone has no keys");
+        await page.evaluate(axe);
+        for (const colorScheme of ["light", "dark"]) {
+            await page.emulateMedia({ colorScheme });
+            assert.deepEqual(await violations(page), [], `${name}, ${colorScheme}, closed`);
+            await page.locator("#open").click();
+            await page.screenshot({ path: join(screenshotFolder, `panel-${name}-${colorScheme}.png`) });
+            for (const section of ["Picture", "Water", "Light", "Ink"]) {
+                const box = await page.getByText(section, { exact: true }).boundingBox();
+                assert.ok(box.y + box.height <= options.size[1], `${section} must be on the screen`);
+            }
+            await page.evaluate(() => document.querySelectorAll("details").forEach((each) => (each.open = true)));
+            assert.deepEqual(await violations(page), [], `${name}, ${colorScheme}, open`);
+            assert.deepEqual(await faintElements(page), []);
+            const small = await page.evaluate(() =>
+                [...document.querySelectorAll("button, summary, label.setting, input[type=range], input[type=number]")]
+                    .filter((one) => one.checkVisibility() && one.getBoundingClientRect().height < 40)
+                    .map((one) => one.outerHTML),
+            );
+            assert.ok(name === "desktop" || small.length === 0, `smaller than 40 pixels: ${small}`);
+            await page.evaluate(() => document.querySelectorAll("details").forEach((each) => (each.open = each === document.querySelector("details"))));
+            await page.getByRole("button", { name: "Close settings" }).click();
+        }
+        await close(page);
+    }
+});
+
+test("the panel is on the screen and beside the toast, and its controls work by keyboard", async () => {
+    for (const { size, ...options } of [phone, desktop]) {
+        const page = await open(browser, { size, ...options });
+        await page.keyboard.press("Tab");
+        const [box, toast] = [await page.locator("#panel").boundingBox(), await page.locator("#toast").boundingBox()];
+        assert.ok(box.x >= 0 && box.y >= 0 && box.x + box.width <= size[0] && box.y + box.height <= size[1]);
+        assert.ok(toast.x + toast.width <= box.x || toast.y + toast.height <= box.y, "the toast must be beside the panel");
+        await page.getByText("Water", { exact: true }).press("Enter");
+        const damping = page.getByRole("spinbutton", { name: "Damping" });
+        await damping.fill("0.9");
+        await damping.press("Enter");
+        assert.equal((await settings(page)).damping, 0.9);
+        await page.getByRole("slider", { name: "Damping" }).press("ArrowRight");
+        assert.equal((await settings(page)).damping, 0.901);
+        await damping.fill("7");
+        await damping.blur();
+        assert.deepEqual([await damping.inputValue(), (await settings(page)).damping], ["0.999", 0.999]);
+
+        const before = await settings(page);
+        await damping.press("F1");
+        assert.equal(await page.locator("#help").evaluate((help) => help.scrollTop), 0);
+        await page.keyboard.press("n");
+        await page.keyboard.press("Escape");
+        assert.deepEqual([await page.locator("#help").isVisible(), await page.locator("#panel").isVisible()], [false, true]);
+        assert.deepEqual(await settings(page), before);
+        // Tab opens the panel again after Esc, also if the button had opened it.
+        for (const reopen of [() => page.keyboard.press("Tab"), () => page.locator("#open").click()]) {
+            await page.keyboard.press("Escape");
+            assert.equal(await page.locator("#panel").isVisible(), false);
+            await reopen();
+            assert.equal(await page.locator("#panel").isVisible(), true);
+        }
+        await page.keyboard.press("Escape");
+        await page.keyboard.press("Tab");
+        assert.equal(await page.locator("#panel").isVisible(), true);
+        await page.keyboard.press("Control+b");
+        assert.equal((await settings(page)).secondBackground, false, "Ctrl+B must stay a browser shortcut");
+        await close(page);
+    }
+});
+
+test("changes of the settings can be undone and redone, a drag of a slider as a whole", async () => {
+    const page = await open(browser, desktop);
+    const states = [await settings(page)];
+    await page.keyboard.press("n");
+    states.push(await settings(page));
+    await page.keyboard.press("Tab");
+    await page.getByText("Water", { exact: true }).click();
+    for (const name of ["Damping", "Rain"]) {
+        const box = await page.getByRole("slider", { name }).boundingBox();
+        await page.mouse.move(box.x + box.width / 2, box.y + box.height / 2);
+        await page.mouse.down();
+        await page.mouse.move(box.x + box.width * 0.7, box.y + box.height / 2, { steps: 5 });
+        await page.mouse.up();
+        states.push(await settings(page));
+    }
+    for (const [key, order] of [["z", [2, 1, 0, 0]], ["y", [1, 2, 3, 3]]]) {
+        for (const state of order) {
+            await page.keyboard.press(key);
+            assert.deepEqual(await settings(page), states[state], `${key} must restore state ${state}`);
+        }
+    }
+    await waitForToast(page, "There is no undone change to repeat");
+    await close(page);
+});
+
+test("letter keys work on a keyboard without Latin letters", async () => {
+    const page = await open(browser);
+    const cdp = await page.context().newCDPSession(page);
+    for (const [key, code] of [["т", "KeyN"], ["и", "KeyB"]]) {
+        for (const type of ["keyDown", "keyUp"]) {
+            await cdp.send("Input.dispatchKeyEvent", { type, key, code, text: type === "keyDown" ? key : "" });
+        }
+    }
+    await waitForToast(page, "calm pond");
+    assert.equal((await settings(page)).secondBackground, true);
+    await close(page);
+});
+
+test("within another page, wheel and Tab belong to that page, and full screen says why it fails", async () => {
+    const server = await serve();
+    const context = await browser.newContext({ viewport: { width: 400, height: 400 }, reducedMotion: "reduce" });
+    const host = await context.newPage();
+    await host.setContent(`<body style="height: 3000px"><iframe src="${server.url}" width="300" height="300"></iframe>`);
+    const framed = host.frames()[1];
+    await framed.waitForFunction(() => window.velmora?.counts().frames > 0);
+    await host.mouse.click(150, 150);
+    await host.keyboard.press("Tab");
+    assert.equal(await framed.locator("#panel").isVisible(), false);
+    await host.keyboard.press("x");
+    await framed.locator("#toast.shown", { hasText: "Full screen is not possible here" }).waitFor();
+    await host.mouse.wheel(0, 500);
+    await host.waitForFunction(() => scrollY > 0);
+    await context.close();
+    server.stop();
+});
+
+test("a key, the address or three fingers hide and show the controls", async () => {
+    const page = await open(browser, { ...phone, hash: "#clean" });
+    const visible = async () => [await page.locator("#open").isVisible(), await page.locator("#toast.shown").isVisible()];
+    assert.deepEqual(await visible(), [false, false]);
+    const cdp = await page.context().newCDPSession(page);
+    const touchPoints = [1, 2, 3].map((id) => ({ id, x: 60 * id, y: 200 }));
+    await cdp.send("Input.dispatchTouchEvent", { type: "touchStart", touchPoints });
+    await cdp.send("Input.dispatchTouchEvent", { type: "touchEnd", touchPoints: [] });
+    await page.locator("#open").waitFor();
+    await page.keyboard.press("h");
+    await waitForToast(page, "show the controls again");
+    assert.equal(await page.locator("#open").isVisible(), false);
+    await page.keyboard.press("n"); // must not show a toast
+    assert.doesNotMatch(await page.locator("#toast").textContent(), /calm pond/);
+    await page.keyboard.press("Tab");
+    assert.deepEqual([await page.locator("#open").isVisible(), await page.locator("#panel").isVisible()], [true, true]);
+    await close(page);
+});
+
+test("text follows the browser's font size, the toast leaves the button free, and print shows the water alone", async () => {
+    const page = await open(browser, { size: [133, 225] }); // 400 x 675 at 300 % zoom
+    const [toast, button] = [await page.locator("#toast").boundingBox(), await page.locator("#open").boundingBox()];
+    assert.ok(toast.y >= button.y + button.height, "the toast must not cover the button");
+    await page.setViewportSize({ width: 800, height: 600 });
+    await page.keyboard.press("Tab");
+    const textSize = () => page.locator("summary").first().evaluate((one) => parseFloat(getComputedStyle(one).fontSize));
+    const usual = await textSize();
+    await page.addStyleTag({ content: "html { font-size: 32px }" });
+    assert.ok((await textSize()) > 1.9 * usual);
+    await page.emulateMedia({ media: "print" });
+    assert.deepEqual(await page.locator("button, #panel, #toast").evaluateAll((all) => all.filter((one) => one.checkVisibility())), []);
+    assert.equal(await page.locator("#water").evaluate((one) => getComputedStyle(one).objectFit), "contain");
+    await close(page);
+});
+
+test("a focus ring round the water appears only by Tab", async () => {
+    const page = await open(browser);
+    const ring = () => page.evaluate(() => getComputedStyle(document.getElementById("water")).outlineStyle);
+    await page.mouse.click(50, 60);
+    await page.keyboard.press("v");
+    assert.equal(await page.evaluate(() => document.activeElement.id), "water");
+    assert.equal(await ring(), "none");
+    // As after a switch of tabs: the browser takes the focus away and gives it back, and the last input was a key.
+    await page.evaluate(() => {
+        const water = document.getElementById("water");
+        water.dispatchEvent(new FocusEvent("blur"));
+        water.dispatchEvent(new FocusEvent("focus"));
+    });
+    assert.equal(await ring(), "none");
+    await page.locator("#open").focus();
+    await page.keyboard.press("Shift+Tab");
+    assert.equal(await ring(), "solid");
+    await close(page);
+});

@@ -1,0 +1,52 @@
+// Wakes an idle page when attract mode is due. An idle page draws no frames that could start it.
+
+/** The part of an effect that the timer needs. */
+export interface AttractEffect {
+    /** Milliseconds until attract mode is due. Undefined if it will not start by itself. */
+    readonly attractModeDelay: number | undefined;
+    readonly attractModeRuns: boolean;
+    /** Starts attract mode if it is due and the page is not `busy`. */
+    startAttractModeIfIdle(busy: boolean): void;
+}
+
+export interface AttractOwner {
+    /** Returns true if attract mode must not start now. */
+    isBusy(): boolean;
+    wake(): void;
+}
+
+export class AttractTimer {
+    private timer = 0;
+
+    constructor(
+        private readonly effect: AttractEffect,
+        private readonly owner: AttractOwner,
+    ) {}
+
+    /** Starts the wait again, for example after input. */
+    restart(): void {
+        clearTimeout(this.timer);
+        const delay = this.effect.attractModeDelay;
+        if (delay !== undefined) {
+            this.timer = window.setTimeout(() => this.start(), delay);
+        }
+    }
+
+    stop(): void {
+        clearTimeout(this.timer);
+    }
+
+    /** Starts attract mode if it is due. Call it in each frame, so that replays and recordings hold it back. */
+    startIfIdle(): void {
+        this.effect.startAttractModeIfIdle(this.owner.isBusy() || document.hidden);
+    }
+
+    private start(): void {
+        this.startIfIdle();
+        if (this.effect.attractModeRuns) {
+            this.owner.wake();
+        } else {
+            this.restart();
+        }
+    }
+}

@@ -1,0 +1,54 @@
+// Requests animation frames while something moves. Requests none while the page is idle.
+
+export interface FrameLoopOwner {
+    /** Returns false if frames cannot be drawn. */
+    canRun(): boolean;
+    /** Called before the first frame after an idle time, and if the page is hidden or shown. */
+    skipTime(): void;
+    /** Draws the frames that are due. Returns true if another frame is needed. */
+    tick(now: number): boolean;
+}
+
+export class FrameLoop {
+    /** Number of animation frames since the page was opened. */
+    count = 0;
+    private scheduled = false;
+
+    /** `signal` ends the observation of the page's visibility. */
+    constructor(
+        private readonly owner: FrameLoopOwner,
+        signal?: AbortSignal,
+    ) {
+        const onVisibility = () => {
+            // Needed even if a frame is pending: a hidden page gets its frame only after it is shown again.
+            this.owner.skipTime();
+            this.wake();
+        };
+        document.addEventListener("visibilitychange", onVisibility, signal ? { signal } : {});
+    }
+
+    get isRunning(): boolean {
+        return this.scheduled;
+    }
+
+    /** Starts the loop. It runs until nothing moves. */
+    wake(): void {
+        if (!this.scheduled && this.owner.canRun() && !document.hidden) {
+            this.owner.skipTime();
+            this.schedule();
+        }
+    }
+
+    private schedule(): void {
+        this.scheduled = true;
+        requestAnimationFrame((now) => this.run(now));
+    }
+
+    private run(now: number): void {
+        this.scheduled = false;
+        ++this.count;
+        if (this.owner.canRun() && this.owner.tick(now)) {
+            this.schedule();
+        }
+    }
+}

@@ -1,0 +1,130 @@
+// Passes one pointer to the effect: the first mouse, pen or finger that is pressed, or a mouse that hovers.
+
+export interface PointerOwner {
+    press(x: number, y: number, pressure: number): void;
+    move(x: number, y: number, pressure: number): void;
+    lift(how: "up" | "cancel", x: number, y: number): void;
+    /** Returns the pressure for a pointer that does not measure it. */
+    pressure(): number;
+}
+
+export interface PointerOptions {
+    /** Ends all observation. */
+    signal?: AbortSignal;
+    /** Returns true if a mouse draws without a pressed button. */
+    hovers?(): boolean;
+    /** Element in which a mouse hovers. Default: the canvas. */
+    area?: HTMLElement;
+    /** True to keep the browser's context menu. */
+    keepsMenu?: boolean;
+}
+
+/** Milliseconds after which a resting mouse ends its stroke. */
+const hoverRest = 120;
+
+export class Pointer {
+    private id: number | null = null;
+    private isHovering = false;
+    /** Last position of a hovering mouse in canvas pixels. */
+    private hoverPosition: [number, number] = [0, 0];
+    private restTimer = 0;
+
+    constructor(
+        private readonly canvas: HTMLCanvasElement,
+        private readonly owner: PointerOwner,
+        private readonly options: PointerOptions = {},
+    ) {
+        const passive = options.signal ? { signal: options.signal } : {};
+        const area = options.area ?? canvas;
+        canvas.addEventListener("pointerdown", (event) => this.down(event), passive);
+        canvas.addEventListener("pointerup", (event) => this.end(event, "up"), passive);
+        canvas.addEventListener("pointercancel", (event) => this.end(event, "cancel"), passive);
+        canvas.addEventListener("lostpointercapture", (event) => this.end(event, "cancel"), passive);
+        area.addEventListener("pointermove", (event) => this.move(event), passive);
+        area.addEventListener("pointerleave", () => this.endHover(), passive);
+        if (!options.keepsMenu) {
+            canvas.addEventListener("contextmenu", (event) => event.preventDefault(), passive);
+        }
+        document.addEventListener("visibilitychange", () => document.hidden && this.cancel(), passive);
+        window.addEventListener("blur", () => this.cancel(), passive);
+    }
+
+    get isPressed(): boolean {
+        return this.id !== null;
+    }
+
+    cancel(): void {
+        clearTimeout(this.restTimer);
+        this.isHovering = false;
+        if (this.id !== null) {
+            this.id = null;
+            this.owner.lift("cancel", 0, 0);
+        }
+    }
+
+    private down(event: PointerEvent): void {
+        if (this.id !== null || event.button !== 0) {
+            return;
+        }
+        this.id = event.pointerId;
+        this.canvas.setPointerCapture(event.pointerId);
+        this.owner.press(...this.position(event), this.pressureOf(event));
+    }
+
+    private move(event: PointerEvent): void {
+        if (this.id === null && event.pointerType === "mouse" && event.buttons === 0 && this.options.hovers?.()) {
+            this.id = event.pointerId;
+            this.isHovering = true;
+            this.owner.press(...this.position(event), this.owner.pressure());
+        }
+        if (event.pointerId !== this.id) {
+            return;
+        }
+        // If another button is held too, the browser reports the release of the first button as a move.
+        if (!this.isHovering && (event.buttons & 1) === 0) {
+            this.end(event, "up");
+        } else {
+            this.owner.move(...this.position(event), this.pressureOf(event));
+        }
+        if (this.isHovering) {
+            this.hoverPosition = this.position(event);
+            clearTimeout(this.restTimer);
+            this.restTimer = window.setTimeout(() => this.endHover(), hoverRest);
+        }
+    }
+
+    private end(event: PointerEvent, how: "up" | "cancel"): void {
+        if (event.pointerId === this.id && !this.isHovering) {
+            this.id = null;
+            this.owner.lift(how, ...this.position(event));
+        }
+    }
+
+    /** Ends the stroke of a hovering mouse. Its ink stays and fades. */
+    private endHover(): void {
+        if (this.isHovering) {
+            clearTimeout(this.restTimer);
+            this.isHovering = false;
+            this.id = null;
+            this.owner.lift("up", ...this.hoverPosition);
+        }
+    }
+
+    /** Returns the position of the pointer in canvas pixels. */
+    private position(event: PointerEvent): [number, number] {
+        const box = this.canvas.getBoundingClientRect();
+        return [
+            ((event.clientX - box.left) / box.width) * this.canvas.width,
+            ((event.clientY - box.top) / box.height) * this.canvas.height,
+        ];
+    }
+
+    /**
+     * Returns the measured pressure, or the pressure of the settings. A mouse always reports 0.5. A touch screen without
+     * a sensor may report 0 or 1.
+     */
+    private pressureOf(event: PointerEvent): number {
+        const measured = event.pointerType === "pen" || (event.pressure > 0 && event.pressure < 1);
+        return event.pointerType !== "mouse" && measured ? event.pressure : this.owner.pressure();
+    }
+}

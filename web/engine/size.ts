@@ -1,0 +1,4 @@
+export interface Size {
+    width: number;
+    height: number;
+}

@@ -1,0 +1,34 @@
+// Hides all controls, so that only the water is on the screen.
+
+import { hasKeys, showToast } from "./toast";
+
+/** Number of fingers that show the controls again by touching the screen at once. */
+const fingersToShow = 3;
+
+export class CleanView {
+    private readonly root = document.documentElement;
+
+    /** Hides the controls if the page's address has `#clean`. */
+    constructor() {
+        this.root.classList.toggle("clean", /^#(.*&)?clean(&|$)/.test(location.hash));
+        const show = (event: TouchEvent) => event.touches.length >= fingersToShow && this.show();
+        window.addEventListener("touchstart", show, { passive: true });
+    }
+
+    get isOn(): boolean {
+        return this.root.classList.contains("clean");
+    }
+
+    toggle(): void {
+        if (this.isOn) {
+            this.show();
+        } else {
+            showToast(hasKeys ? "H shows the controls again" : "Touch with three fingers to show the controls again");
+            this.root.classList.add("clean");
+        }
+    }
+
+    show(): void {
+        this.root.classList.remove("clean");
+    }
+}

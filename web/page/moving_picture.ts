@@ -1,0 +1,159 @@
+// Videos, animated images and the camera as a background. They call back for each new frame.
+
+/** Types of images that may be animated. */
+const animatedTypes = /^image\/(gif|webp|avif|apng|png)$/;
+/** Duration in milliseconds of an image's frame that gives none, as in browsers. */
+const defaultDuration = 100;
+
+export abstract class MovingPicture {
+    /** Called when the picture shows a new frame. */
+    onFrame = () => {};
+
+    abstract get frame(): HTMLVideoElement | VideoFrame;
+    abstract get width(): number;
+    abstract get height(): number;
+    abstract close(): void;
+}
+
+/** Opens a video or an animated image. Resolves to undefined if the file is neither of them or cannot be decoded. */
+export async function openMovingPicture(file: Blob): Promise<MovingPicture | undefined> {
+    if (file.type.startsWith("video/")) {
+        return openVideo(file);
+    }
+    return animatedTypes.test(file.type) ? openAnimation(file) : undefined;
+}
+
+class Video extends MovingPicture {
+    /** `release` frees the source of the video. */
+    constructor(
+        readonly frame: HTMLVideoElement,
+        private readonly release: () => void,
+    ) {
+        super();
+        const next = () => {
+            this.onFrame();
+            frame.requestVideoFrameCallback(next);
+        };
+        frame.requestVideoFrameCallback(next);
+    }
+
+    get width(): number {
+        return this.frame.videoWidth;
+    }
+
+    get height(): number {
+        return this.frame.videoHeight;
+    }
+
+    close(): void {
+        this.onFrame = () => {};
+        this.frame.pause();
+        this.release();
+    }
+}
+
+/** Opens the camera at the back of the device, or any other. Throws an Error with a message for the user. */
+export async function openCamera(): Promise<MovingPicture> {
+    const stream = await navigator.mediaDevices.getUserMedia({ video: { facingMode: "environment" } }).catch(() => {
+        throw new Error("The camera is missing or not allowed. Connect a camera, and allow this page to use it");
+    });
+    const video = makeVideo();
+    video.srcObject = stream;
+    await video.play();
+    return new Video(video, () => stream.getTracks().forEach((track) => track.stop()));
+}
+
+async function openVideo(file: Blob): Promise<MovingPicture | undefined> {
+    const video = makeVideo();
+    video.src = URL.createObjectURL(file);
+    const release = () => {
+        URL.revokeObjectURL(video.src);
+        video.removeAttribute("src");
+    };
+    try {
+        await video.play();
+        return new Video(video, release);
+    } catch {
+        release();
+        return undefined;
+    }
+}
+
+function makeVideo(): HTMLVideoElement {
+    return Object.assign(document.createElement("video"), { muted: true, loop: true, playsInline: true });
+}
+
+class Animation extends MovingPicture {
+    private index = 0;
+    private timer = 0;
+    private isClosed = false;
+
+    constructor(
+        private readonly decoder: ImageDecoder,
+        private readonly frameCount: number,
+        private current: VideoFrame,
+    ) {
+        super();
+        this.wait();
+    }
+
+    get frame(): VideoFrame {
+        return this.current;
+    }
+
+    get width(): number {
+        return this.current.displayWidth;
+    }
+
+    get height(): number {
+        return this.current.displayHeight;
+    }
+
+    close(): void {
+        this.isClosed = true;
+        clearTimeout(this.timer);
+        this.decoder.close();
+        this.current.close();
+    }
+
+    /** Shows the next frame after the duration of the current one. */
+    private wait(): void {
+        if (!this.isClosed) {
+            const duration = (this.current.duration ?? 0) / 1000 || defaultDuration;
+            this.timer = window.setTimeout(() => void this.next(), duration);
+        }
+    }
+
+    private async next(): Promise<void> {
+        this.index = (this.index + 1) % this.frameCount;
+        const decoded = await this.decoder.decode({ frameIndex: this.index }).catch(() => undefined);
+        if (!decoded || this.isClosed) {
+            decoded?.image.close();
+            return; // closed meanwhile, or a damaged frame at which the picture stops
+        }
+        this.current.close();
+        this.current = decoded.image;
+        this.onFrame();
+        this.wait();
+    }
+}
+
+async function openAnimation(file: Blob): Promise<MovingPicture | undefined> {
+    if (!("ImageDecoder" in window) || !(await ImageDecoder.isTypeSupported(file.type))) {
+        return undefined; // the browser shows the first frame as a still picture
+    }
+    const decoder = new ImageDecoder({ data: await file.arrayBuffer(), type: file.type });
+    try {
+        await decoder.tracks.ready;
+        await decoder.completed;
+        const track = decoder.tracks.selectedTrack;
+        if (track?.animated) {
+            const { image } = await decoder.decode();
+            return new Animation(decoder, track.frameCount, image);
+        }
+    } catch {
+        // a damaged file
+    }
+    decoder.close();
+    return undefined;
+}

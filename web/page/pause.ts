@@ -1,0 +1,39 @@
+// The pause: its state, its single steps, and the frame that it shows.
+
+import type { Effect } from "./effect";
+import { PausedFrame } from "./paused_frame";
+
+export class Pause {
+    isOn = false;
+    readonly frame = new PausedFrame();
+    private stepWanted = false;
+
+    constructor(private readonly effect: Effect) {}
+
+    /** True if the pause needs no further frame. */
+    get isIdle(): boolean {
+        return !this.stepWanted && this.frame.isCurrent;
+    }
+
+    /** Pauses and requests one frame. */
+    step(): void {
+        this.isOn = true;
+        this.stepWanted = true;
+    }
+
+    /**
+     * Returns the duration of the frame that the pause must draw, or nothing if the screen is up to date: a whole frame
+     * for a step, 0 to show a change. `changed` tells whether settings or overlays have changed. The water does not move
+     * in 0 ms. Ink does move by one frame, because the library moves ink whenever it draws. During a recording or replay
+     * every frame is a step, because gestures count frames.
+     */
+    dueFrames(changed: boolean): number[] {
+        const { effect } = this;
+        const stepped = this.stepWanted;
+        this.stepWanted = false;
+        if (!stepped && !changed && this.frame.isCurrent) {
+            return [];
+        }
+        return [stepped || effect.isRecording || effect.isReplaying ? effect.frameTime : 0];
+    }
+}

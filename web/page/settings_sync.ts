@@ -1,0 +1,33 @@
+// Passes the page's settings to the effect, and copies back settings that a script has changed.
+
+import { numbersOf, type Settings } from "../../build/web/settings";
+import type { Effect } from "./effect";
+
+export class SettingsSync {
+    /** Numbers of the settings that the effect has, as text. */
+    private passed = "";
+
+    constructor(
+        private readonly effect: Effect,
+        private readonly settings: Settings,
+    ) {}
+
+    /** True if the effect has the current settings. */
+    get isCurrent(): boolean {
+        return String(numbersOf(this.settings)) === this.passed;
+    }
+
+    /** Passes the settings to the effect if they have changed. */
+    push(): void {
+        if (!this.isCurrent) {
+            this.passed = String(numbersOf(this.settings));
+            this.effect.settings = this.settings;
+        }
+    }
+
+    /** Copies the effect's settings. */
+    pull(): void {
+        Object.assign(this.settings, this.effect.settings);
+        this.passed = String(numbersOf(this.settings));
+    }
+}
