@@ -26,9 +26,9 @@ struct WaterFrame {
     float alphaRatio1Scale;  // factor of alpha, >= 0
     float alphaRatio2Scale;  // has no effect
     float fresnelRatio;      // extra weight on slopes that face the light, >= 0
-    float
-        specularRatio;  // peak of the highlight, factor; clamped to [1, 4.5], without ink to [1, 5.5]
-    float exponent;     // sharpness of the highlight, > 0
+    // Peak of the highlight, as a factor. Clamped to [1, 4.5] if ink is enabled, else to [1, 5.5].
+    float specularRatio;
+    float exponent;  // sharpness of the highlight, > 0
     bool inkEnabled;
     bool useSecondBackground;
 };
