@@ -188,8 +188,7 @@ void registerLimits(int samples) {
                                           {"307 KB, Jacobi on 120x213", 306'720},
                                           {"2 MB, move on 512x512", 2'097'152}};
     registerLimit("load, bytes per ns/16 KB", samples, [] { return loadBandwidth(0); });
-    registerLimit("load, bytes per ns/16 KB, off by a float", samples,
-                  [] { return loadBandwidth(1); });
+    registerLimit("load, bytes per ns/16 KB, unaligned", samples, [] { return loadBandwidth(1); });
     for (const WorkingSet& set : workingSets) {
         registerLimit(std::string("load + store, bytes per ns/") + set.what, samples,
                       [bytes = set.bytes] { return bandwidth(bytes); });
@@ -201,7 +200,7 @@ void registerLimits(int samples) {
         registerLimit(std::string("store, bytes per ns/") + mesh.what, samples,
                       [bytes = mesh.bytes] { return storeBandwidth(bytes, 0); });
     }
-    registerLimit("store, bytes per ns/16 KB, off by a float", samples,
+    registerLimit("store, bytes per ns/16 KB, unaligned", samples,
                   [] { return storeBandwidth(16'384, 1); });
     const Float4 step(0x1p-20f);
     const Float4 factor(1.0f + 0x1p-20f);

@@ -10,8 +10,9 @@ namespace velmora {
 /// in a parameter list.
 struct WaterFrame {
     const float* positions;  // 3 floats per vertex, mesh units, y up
-    const float* heights;    // 3 floats per vertex: the heights of the vertex and of its neighbours
-                             // along x and along y, [-100, 100], 4 to a mesh unit
+    // 3 floats per vertex: the heights of the vertex, of its right and of its upper neighbour, in [-100, 100]. A height
+    // of 4 equals one mesh unit.
+    const float* heights;
     const std::uint16_t* indices;  // triangle list
     std::int32_t positionCount;    // floats
     std::int32_t heightCount;      // floats
@@ -21,7 +22,7 @@ struct WaterFrame {
     std::int32_t meshSizeHeight;
     std::int32_t numDetailsWidth;  // vertices across
     std::int32_t numDetailsHeight;
-    float refractiveIndex;   // of water relative to air; at 1 light passes straight
+    float refractiveIndex;   // of water relative to air; 1 refracts no light
     float alpha;             // weight of the reflection map, >= 0
     float alphaRatio1Scale;  // factor of alpha, >= 0
     float alphaRatio2Scale;  // has no effect

@@ -172,7 +172,8 @@ final class LifecycleCases {
         @Override
         public Bitmap background(int width, int height) {
             if (Thread.holdsLock(EffectRenderer.class)) {
-                throw new AssertionError("expected no lock, for which the UI thread waits");
+                throw new AssertionError(
+                    "load the backgrounds outside the lock, because the UI thread waits for it");
             }
             ++photosMade;
             return RgbaImage.testImage(width, photo * height).toBitmap();

@@ -17,7 +17,8 @@ final class Rain {
     }
 
     /**
-     * Returns the next pseudo-random number in [0, 1). The C library's rand belongs to the solver.
+     * Returns the next pseudo-random number in [0, 1). Does not use the C library's rand, because
+     * that would change the solver's random numbers.
      */
     private double chance() {
         seed = seed * 1664525 + 1013904223;
