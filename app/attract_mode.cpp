@@ -57,13 +57,17 @@ std::optional<std::chrono::nanoseconds> AttractMode::untilStart(Clock::time_poin
 }
 
 void AttractMode::startIfIdle(Clock::time_point now) {
+    if (finished && repeats) {
+        noteInput(now, true);  // starts the longer idle time
+    }
     if (untilStart(now) == 0ns) {
-        frame = 0;
+        frame = firstFrame;
     }
 }
 
 std::vector<ScriptAction> AttractMode::next(Size screen) {
-    if (frame >= cycles * cycleFrames) {
+    if (frame >= firstFrame + cycles * cycleFrames) {
+        firstFrame = repeats ? frame : 0;
         frame = -1;
         finished = true;
         return {};

@@ -11,7 +11,8 @@
 namespace app {
 
 /// Attract mode: gentle strokes that show the effect when no user is present. It starts after a few idle seconds and
-/// stops at any user input. After three strokes it waits for user input, so that an unattended device can sleep.
+/// stops at any user input. After three strokes it waits for user input, so that an unattended device can sleep. A screen
+/// saver, which gets no input, lets it repeat.
 class AttractMode {
 public:
     explicit AttractMode(Clock::time_point now) : lastInput(now) {}
@@ -19,6 +20,9 @@ public:
     bool isOn() const { return on; }
     /// Turns attract mode on or off. It does not stop strokes that already run.
     void turn(bool isOn) { on = isOn; }
+    /// Makes attract mode continue after each three strokes and an idle time. The strokes keep counting, so that they
+    /// have new places and inks.
+    void repeat() { repeats = true; }
 
     /// Restarts the idle time at user input. `touched` is true if the user touched the water. From then on, attract
     /// mode waits longer.
@@ -40,6 +44,9 @@ public:
 
 private:
     bool on = true;
+    bool repeats = false;
+    /// Number of the frame with which the next strokes start.
+    int firstFrame = 0;
     /// Number of the next frame; -1 if attract mode does not run.
     int frame = -1;
     bool everTouched = false;

@@ -19,23 +19,28 @@ void Finger::add(const Touch& touch) {
 }
 
 void Finger::press(double x, double y, float pressure) {
-    if (!std::exchange(pressed, true)) {
+    if (!held) {
+        held = true;
+        pressed = true;
         add({TouchAction::down, x, y, pressure});
     }
 }
 
 void Finger::move(double x, double y, float pressure, Size screen) {
-    if (!pressed) {
+    if (!held) {
         return;
     }
-    if (x < 0.0 || y < 0.0 || x >= screen.width || y >= screen.height) {
-        end(TouchAction::cancel, x, y);
-    } else {
-        add({TouchAction::move, x, y, pressure});
+    const bool inside = x >= 0.0 && y >= 0.0 && x < screen.width && y < screen.height;
+    const bool wasPressed = std::exchange(pressed, inside);
+    if (inside) {
+        add({wasPressed ? TouchAction::move : TouchAction::down, x, y, pressure});
+    } else if (wasPressed) {
+        add({TouchAction::up, x, y, 0.0f});
     }
 }
 
 void Finger::end(TouchAction action, double x, double y) {
+    held = false;
     if (std::exchange(pressed, false)) {
         add({action, x, y, 0.0f});
     }
@@ -47,6 +52,7 @@ std::vector<hostkit::ScriptAction> Finger::takeActions() {
 
 void Finger::reset() {
     pressed = false;
+    held = false;
     actions.clear();
 }
 

@@ -11,24 +11,28 @@ namespace app {
 /// screen of a phone, because the library measures speed between moves. Positions are in pixels of the screen, y down.
 class Finger {
 public:
+    /// Returns true while the finger touches the screen.
     bool isPressed() const { return pressed; }
-    /// Puts the finger down. Does nothing if it is already down.
+    /// Returns true from the press to the end, also while the finger is outside the screen.
+    bool isHeld() const { return held; }
+    /// Puts the finger down. Does nothing if it is held.
     void press(double x, double y, float pressure);
-    /// Moves the finger if it is down. A position outside the screen cancels the stroke.
+    /// Moves the finger if it is held. A move out of the screen ends the stroke, and a move back starts another one.
     void move(double x, double y, float pressure, Size screen);
-    /// Ends the stroke with an up or cancel event if the finger is down.
+    /// Releases the finger. Ends the stroke, if there is one, with an up or cancel event.
     void end(hostkit::TouchAction action, double x, double y);
 
     bool hasActions() const { return !actions.empty(); }
     /// Returns and removes the actions since the last call.
     std::vector<hostkit::ScriptAction> takeActions();
-    /// Lifts the finger without an event and removes all actions. Call it when the effect restarts.
+    /// Releases the finger without an event and removes all actions. Call it when the effect restarts.
     void reset();
 
 private:
     void add(const hostkit::Touch& touch);
 
     bool pressed = false;
+    bool held = false;
     std::vector<hostkit::ScriptAction> actions;
 };
 

@@ -8,6 +8,7 @@
 
 #include "app/ink_choice.h"
 #include "hostkit/digest.h"
+#include "hostkit/jni_environment.h"
 #include "hostkit/screen.h"
 
 namespace app {
@@ -17,6 +18,7 @@ using hostkit::InkColor;
 using hostkit::ScriptAction;
 using hostkit::ScriptEvent;
 using hostkit::Touch;
+using hostkit::TouchAction;
 
 void append(std::vector<ScriptAction>& actions, const std::vector<ScriptAction>& more) {
     actions.insert(actions.end(), more.begin(), more.end());
@@ -34,6 +36,7 @@ Session::Session(FrontEnd platformFunctions, Clock::time_point now)
 
 void Session::restart(Size screen) {
     finishRecording();
+    fade.reset();
     screenSize = screen;
     if (contextIsUsed) {
         host.reset();
@@ -59,6 +62,20 @@ void Session::restart(Size screen) {
     frontEnd.onStart(screen, !settings.waterOnly);
 }
 
+void Session::resize(Size screen) {
+    hostkit::JniEnvironment arrays;
+    std::optional<hostkit::WaterDriver> waves;
+    if (host) {
+        waves =
+            hostkit::makeWater(arrays, screenSize.width, screenSize.height, host->water().settings);
+        hostkit::resampleWaves(host->water(), *waves);
+    }
+    restart(screen);
+    if (waves) {
+        hostkit::resampleWaves(*waves, host->water());
+    }
+}
+
 void Session::regainContext() {
     if (!host) {
         return;
@@ -70,6 +87,7 @@ void Session::regainContext() {
 
 void Session::setBackgrounds(Backgrounds images) {
     backgrounds = std::move(images);
+    fade.reset();
     if (host) {
         host->setBackgrounds(frontEnd.cover(backgrounds.first, screenSize),
                              frontEnd.cover(backgrounds.second, screenSize));
@@ -79,6 +97,25 @@ void Session::setBackgrounds(Backgrounds images) {
 
 void Session::showBackground(hostkit::Image image) {
     setBackgrounds({std::move(image), std::move(backgrounds.first)});
+}
+
+void Session::fadeTo(hostkit::Image image) {
+    if (image.rgba == backgrounds.first.rgba) {
+        return;
+    }
+    hostkit::Image shown = fade ? fade->blend() : frontEnd.cover(backgrounds.first, screenSize);
+    backgrounds.first = std::move(image);
+    fade.emplace(std::move(shown), frontEnd.cover(backgrounds.first, screenSize));
+}
+
+void Session::advanceFade(std::chrono::nanoseconds elapsed) {
+    if (fade && fade->advance(elapsed)) {
+        host->setBackground(fade->blend());
+        idleWatch.noteChange();
+        if (fade->isOver()) {
+            fade.reset();
+        }
+    }
 }
 
 std::array<float, 3> Session::inkAgainstBackground(int variation) const {
@@ -110,7 +147,7 @@ void Session::lift(Clock::time_point now, hostkit::TouchAction action, double x,
 
 /// Notes input of a pressed finger. A pointer that only hovers is no input.
 void Session::noteStroke(Clock::time_point now) {
-    if (finger.isPressed()) {
+    if (finger.isHeld()) {
         attract.noteInput(now, true);
     }
 }
@@ -121,7 +158,7 @@ void Session::add(const ScriptAction& action) {
 }
 
 void Session::startAttractModeIfIdle(Clock::time_point now, bool busy) {
-    if (busy || replay || recording || finger.isPressed()) {
+    if (busy || replay || recording || finger.isHeld()) {
         attract.postpone(now);
     }
     attract.startIfIdle(now);
@@ -148,7 +185,7 @@ void Session::frame(std::chrono::nanoseconds elapsed) {
     chooseAttractInk();
     run(frameActions, elapsed);
     if (replay && replay->isOver()) {
-        replay.reset();
+        endReplay(true);
     }
 }
 
@@ -185,6 +222,7 @@ void Session::run(std::span<const ScriptAction> frameActions, std::chrono::nanos
         idleWatch.noteChange();
     }
     applyChanges();
+    advanceFade(elapsed);
     const std::vector<ScriptEvent> events = eventsOf(frameActions);
     if (recording) {
         recording->frames += framesIn(elapsed);
@@ -240,7 +278,8 @@ void Session::record(const ScriptAction& action) {
 }
 
 void Session::noteAction(const ScriptAction& action) {
-    if (std::holds_alternative<Touch>(action)) {
+    if (const auto* touch = std::get_if<Touch>(&action)) {
+        lastTouch = *touch;
         idleWatch.noteTouch();
         quality = afterTouch(quality);
     } else if (std::holds_alternative<hostkit::ClearInk>(action)) {
@@ -270,7 +309,7 @@ Settings Session::userSettings() const {
 
 bool Session::isIdle() const {
     return idleWatch.isIdle() && !hasChanges() && !hasActions() && !finger.isPressed() &&
-           !attract.isRunning() && !replay && !recording && settings.rain <= 0.0f &&
+           !attract.isRunning() && !replay && !recording && !fade && settings.rain <= 0.0f &&
            quality.phase != QualityPhase::searching;
 }
 
@@ -281,7 +320,7 @@ void Session::noteInterval(double interval) {
 }
 
 void Session::startRecording() {
-    replay.reset();
+    endReplay(false);
     restartForGesture();
     recording = {screenSize.width, screenSize.height, 0, {}};
     // These actions are part of the recording, so that a replay starts from the same state.
@@ -297,9 +336,24 @@ void Session::finishRecording() {
 }
 
 void Session::startReplay(hostkit::GestureScript script) {
-    replay.reset();
+    endReplay(false);
     restartForGesture();
     replay.emplace(std::move(script), screenSize);
+}
+
+void Session::stopReplay() {
+    if (replay &&
+        (lastTouch.action == TouchAction::down || lastTouch.action == TouchAction::move)) {
+        add(Touch{TouchAction::up, lastTouch.x, lastTouch.y, 0.0f});
+    }
+    endReplay(false);
+}
+
+void Session::endReplay(bool finished) {
+    if (replay) {
+        replay.reset();
+        frontEnd.onReplayEnd(finished);
+    }
 }
 
 /// Restarts the effect and seeds rand(), which the solver uses, so that each replay gets the same numbers. The time of

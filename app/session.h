@@ -10,6 +10,7 @@
 
 #include "app/attract_mode.h"
 #include "app/backgrounds.h"
+#include "app/cross_fade.h"
 #include "app/finger.h"
 #include "app/frame_clock.h"
 #include "app/idle_watch.h"
@@ -35,6 +36,8 @@ struct FrontEnd {
     std::function<void(hostkit::EffectHost&)> draw = [](hostkit::EffectHost& host) { host.draw(); };
     /// Called after each start of the effect.
     std::function<void(Size screen, bool hasInk)> onStart = [](Size, bool) {};
+    /// Called when a replay has ended. `finished` is false if it was stopped before the end of its script.
+    std::function<void(bool finished)> onReplayEnd = [](bool) {};
     /// Called for each event that is recorded, at once.
     std::function<void(const hostkit::ScriptEvent&)> onRecorded = [](const hostkit::ScriptEvent&) {
     };
@@ -56,6 +59,9 @@ public:
     /// Starts the effect with idle water and no ink on a screen of this size. Ends a recording and continues a replay.
     /// If renewContext throws, the next frame tries again.
     void restart(Size screen);
+    /// Starts the effect on a screen of another size and keeps the waves. The ink is lost, because only touches can add ink
+    /// to the library.
+    void resize(Size screen);
     /// Creates the GL objects anew after the front end has replaced a lost context. Records the loss.
     void regainContext();
 
@@ -63,6 +69,8 @@ public:
     void setBackgrounds(Backgrounds backgrounds);
     /// Makes the image the first background, and the previous first background the second.
     void showBackground(hostkit::Image image);
+    /// Replaces the first background by a cross-fade of two seconds of effect time.
+    void fadeTo(hostkit::Image image);
     /// Returns an ink that contrasts with the current background. See `inkAgainst`.
     std::array<float, 3> inkAgainstBackground(int variation) const;
 
@@ -74,7 +82,8 @@ public:
     void move(Clock::time_point now, double x, double y, float pressure);
     /// Ends the stroke with an up or cancel event if the finger is down.
     void lift(Clock::time_point now, hostkit::TouchAction action, double x, double y);
-    bool isPressed() const { return finger.isPressed(); }
+    /// Returns true from `press` to `lift`, also while the finger is outside the screen.
+    bool isPressed() const { return finger.isHeld(); }
     /// Adds an action to the next frame, after the touches so far.
     void add(const hostkit::ScriptAction& action);
     /// Returns true if there are actions for the next frame.
@@ -82,6 +91,7 @@ public:
 
     const AttractMode& attractMode() const { return attract; }
     void turnAttractMode(bool on) { attract.turn(on); }
+    void repeatAttractMode() { attract.repeat(); }
     /// Starts attract mode if the user has been idle for long enough. A finger on the screen, a replay, a recording and
     /// a `busy` front end, for example one that is paused, restart the idle time.
     void startAttractModeIfIdle(Clock::time_point now, bool busy);
@@ -108,6 +118,8 @@ public:
     bool isRecording() const { return recording.has_value(); }
     /// Restarts the effect and plays the script.
     void startReplay(hostkit::GestureScript script);
+    /// Stops a replay and lifts its finger. Does nothing without a replay.
+    void stopReplay();
     bool isReplaying() const { return replay.has_value(); }
 
     /// Returns the settings that the user chose, without the ink of a script and with the first background.
@@ -126,6 +138,7 @@ public:
 private:
     void noteStroke(Clock::time_point now);
     bool hasChanges() const;
+    void advanceFade(std::chrono::nanoseconds elapsed);
     void applyChanges();
     int wantedCellsPerVertex() const { return cellsPerVertex(quality, settings.meshDetail); }
     void chooseAttractInk();
@@ -136,10 +149,13 @@ private:
     void noteAction(const hostkit::ScriptAction& action);
     void rememberUserInk(const hostkit::InkColor& newInk);
     void restartForGesture();
+    void endReplay(bool finished);
     std::uint64_t screenDigest() const;
 
     FrontEnd frontEnd;
     Backgrounds backgrounds;
+    /// Change to `backgrounds.first` in progress.
+    std::optional<CrossFade> fade;
     Size screenSize;
     /// A host was made in the GL context, so that the next host needs another context.
     bool contextIsUsed = false;
@@ -155,6 +171,8 @@ private:
     AttractMode attract;
     std::vector<hostkit::ScriptAction> actions;
     std::optional<Replay> replay;
+    /// Last touch of the frames so far.
+    hostkit::Touch lastTouch{hostkit::TouchAction::up, 0.0, 0.0, 0.0f};
     std::optional<hostkit::GestureScript> recording;
 
     /// Stroke of attract mode for which `attractInk` was chosen.

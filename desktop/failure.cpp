@@ -12,9 +12,12 @@ Failure::Failure(const std::string& line) : std::runtime_error(app::oneLine(line
 Failure::Failure(const std::string& message, const std::string& detail)
     : Failure(message + ": " + detail) {}
 
+void warn(const std::string& line) {
+    std::fprintf(stderr, "%s: %s\n", program_invocation_short_name, app::oneLine(line).c_str());
+}
+
 void warn(const std::string& message, const std::string& detail) {
-    std::fprintf(stderr, "%s: %s\n", program_invocation_short_name,
-                 app::oneLine(message + ": " + detail).c_str());
+    warn(message + ": " + detail);
 }
 
 }  // namespace desktop

@@ -11,6 +11,8 @@ struct Failure : std::runtime_error {
     Failure(const std::string& message, const std::string& detail);
 };
 
+/// Prints a warning on stderr as one line: "program: line".
+void warn(const std::string& line);
 /// Prints a warning on stderr as one line: "program: message: detail". The detail is usually a file.
 void warn(const std::string& message, const std::string& detail);
 

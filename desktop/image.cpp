@@ -9,11 +9,13 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <system_error>
 
 #include "desktop/failure.h"
 #include "desktop/files.h"
 #include "hostkit/gl_context.h"
 #include "hostkit/screen.h"
+#include "paintings/paintings.h"
 
 namespace desktop {
 
@@ -25,6 +27,8 @@ namespace {
 constexpr std::int64_t maxPixels = 100'000'000;
 /// Longest side of a loaded image, in pixels: the longest side of a screen.
 constexpr int maxImageSide = 4096;
+/// Side of a painting in pixels. A screen shows a part of it.
+constexpr int paintingSide = 1600;
 
 struct Unref {
     void operator()(GdkPixbuf* pixbuf) const { g_object_unref(pixbuf); }
@@ -135,6 +139,11 @@ PixbufPointer decode(const std::filesystem::path& file) {
 }  // namespace
 
 Image loadImage(const std::filesystem::path& file) {
+    std::error_code ignored;
+    const paintings::Painting* const painting = paintings::findPainting(file.string());
+    if (painting != nullptr && !std::filesystem::exists(file, ignored)) {
+        return painting->paint(paintingSide, paintingSide);
+    }
     const PixbufPointer upright = decode(file);
     const int columns = gdk_pixbuf_get_width(upright.get());
     const int rows = gdk_pixbuf_get_height(upright.get());

@@ -9,7 +9,8 @@
 namespace desktop {
 
 /// Loads an image file (PNG, JPEG, WebP and GIF). Applies the orientation in its metadata and replaces transparency by
-/// black. Warns if the end of the file is missing and returns the readable part. Throws Failure.
+/// black. Warns if the end of the file is missing and returns the readable part. If there is no such file and `file` is
+/// the name of a painting, returns the painting. Throws Failure.
 hostkit::Image loadImage(const std::filesystem::path& file);
 
 /// Returns the image scaled to cover width x height, cropped around its centre.

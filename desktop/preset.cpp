@@ -41,33 +41,36 @@ app::PresetValue valueOf(const Json& member) {
     return {};
 }
 
-Json parse(const fs::path& file) {
-    const std::string text = readWhole(file, "preset");
+Json parse(const std::string& text, const std::string& name) {
     try {
         return Json::parse(text);
     } catch (const Json::parse_error& error) {
         const auto place = static_cast<std::ptrdiff_t>(std::min(error.byte, text.size()));
         const auto line = 1 + std::count(text.begin(), text.begin() + place, '\n');
-        throw Failure("not JSON: syntax error in line " + std::to_string(line), file.string());
+        throw Failure("not JSON: syntax error in line " + std::to_string(line), name);
     } catch (const Json::exception&) {
-        throw Failure("not JSON: a number is too large", file.string());
+        throw Failure("not JSON: a number is too large", name);
     }
 }
 
 }  // namespace
 
 app::Settings loadPreset(const fs::path& file) {
-    const Json json = parse(file);
+    return parsePreset(readWhole(file, "preset"), file.string());
+}
+
+app::Settings parsePreset(const std::string& text, const std::string& name) {
+    const Json json = parse(text, name);
     if (!json.is_object()) {
-        throw Failure(app::presetMustBeObject, file.string());
+        throw Failure(app::presetMustBeObject, name);
     }
     app::Settings settings;
     try {
-        for (const auto& [name, member] : json.items()) {
-            app::setSetting(settings, {name, valueOf(member), member.dump()});
+        for (const auto& [key, member] : json.items()) {
+            app::setSetting(settings, {key, valueOf(member), member.dump()});
         }
     } catch (const hostkit::HostError& error) {
-        throw Failure(error.what(), file.string());
+        throw Failure(error.what(), name);
     }
     return settings;
 }

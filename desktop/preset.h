@@ -12,6 +12,9 @@ namespace desktop {
 /// Throws Failure with the names of the file and the member.
 app::Settings loadPreset(const std::filesystem::path& file);
 
+/// Returns the settings in the text of a preset. `name` stands for the file in errors. Throws Failure.
+app::Settings parsePreset(const std::string& text, const std::string& name);
+
 /// Saves settings as a preset. Writes the whole file or none. Throws Failure.
 void savePreset(const app::Settings& settings, const std::filesystem::path& file);
 

@@ -94,6 +94,11 @@ void EffectHost::setBackgrounds(Image background, Image secondBackground) {
     }
 }
 
+void EffectHost::setBackground(Image background) {
+    options.background = std::move(background);
+    loadTexture(options.background, backgroundSlot);
+}
+
 void EffectHost::setUpContext() {
     native::onInitUVHBuffer(environment.env(), nullptr);
     native::onInitGPU(environment.env(), nullptr);

@@ -116,6 +116,9 @@ public:
     /// @param background first background; if empty, makeTestImage makes it
     /// @param secondBackground second background; if empty, makeTestImage makes it
     void setBackgrounds(Image background, Image secondBackground);
+    /// Replaces the first background. Throws HostError if the library rejects the image.
+    /// @param background first background; not empty
+    void setBackground(Image background);
     /// Replaces the grid and the mesh of the water. Keeps the waves and the ink.
     /// @param settings new settings of the water
     void replaceWater(WaterSettings settings);

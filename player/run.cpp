@@ -4,12 +4,10 @@
 #include <cstdio>
 #include <span>
 #include <string>
-#include <utility>
 
-#include "app/backgrounds.h"
 #include "app/effect_probe.h"
 #include "app/frame_clock.h"
-#include "app/rain.h"
+#include "app/session.h"
 #include "app/settings.h"
 #include "app/size.h"
 #include "desktop/failure.h"
@@ -18,6 +16,7 @@
 #include "hostkit/digest.h"
 #include "hostkit/effect_host.h"
 #include "hostkit/gesture_script.h"
+#include "hostkit/image.h"
 #include "hostkit/jni_environment.h"
 #include "hostkit/water_driver.h"
 #include "player/film.h"
@@ -37,17 +36,8 @@ using desktop::warn;
 
 namespace {
 
-hostkit::EffectHostOptions hostOf(const Options& options, const app::Settings& settings) {
-    hostkit::EffectHostOptions host = app::hostOptions(settings, options.width, options.height);
-    const app::Backgrounds backgrounds = loadBackgrounds(options);
-    host.background = covering(backgrounds.first, options.width, options.height);
-    host.secondBackground = covering(backgrounds.second, options.width, options.height);
-    return host;
-}
-
 hostkit::GestureScript scriptOf(const Options& options, const app::Settings& settings) {
-    hostkit::GestureScript script =
-        hostkit::scaledToScreen(loadScript(options), options.width, options.height);
+    hostkit::GestureScript script = loadScript(options);
     if (!options.scriptGiven) {
         // Only the default script adapts to the preset's pressure. A named script keeps its pressures.
         scalePressures(script, settings.pressure / app::Settings{}.pressure);
@@ -80,22 +70,33 @@ void addWater(hostkit::Digest& digest, const hostkit::WaterDriver& water) {
     addCells(digest, hostkit::JniEnvironment::elements(water.velocity));
 }
 
-void play(hostkit::EffectHost& host, FilmScreen& screen, app::EffectProbe& probe,
-          const app::Settings& settings, const hostkit::GestureScript& script, Film& film,
-          hostkit::Digest& water) {
-    app::Rain rain;
-    Progress progress = startProgress(script.frames);
-    for (int frame = 0; frame < script.frames; ++frame) {
-        app::dropRain(rain, host, settings, app::frameTime);
-        host.step(hostkit::eventsOfFrame(script, frame), app::frameTime);
-        probe.draw(host);
+app::FrontEnd frontEnd(FilmScreen& screen, app::EffectProbe& probe) {
+    app::FrontEnd functions;
+    functions.renewContext = [&] {
+        probe.forgetInk();
+        screen.renewContext();
+    };
+    functions.cover = [](const hostkit::Image& image, app::Size size) {
+        return covering(image, size.width, size.height);
+    };
+    functions.draw = [&](hostkit::EffectHost& host) { probe.draw(host); };
+    functions.onStart = [&](app::Size size, bool hasInk) { probe.watch(size, hasInk); };
+    return functions;
+}
+
+/// Plays and films `frames` frames of the session's replay. Adds the water of each frame to the digest.
+void play(app::Session& session, int frames, FilmScreen& screen, const app::EffectProbe& probe,
+          Film& film, hostkit::Digest& water) {
+    Progress progress = startProgress(frames);
+    for (int frame = 0; frame < frames; ++frame) {
+        session.frame(app::frameTime);
         screen.drawOver(probe);
-        addWater(water, host.water());
+        addWater(water, session.water());
         film.add(screen.shown());
         showProgress(progress, frame + 1);
         if (isInterrupted()) {
-            throw Failure("interrupted", "frame " + std::to_string(frame + 1) + " of " +
-                                             std::to_string(script.frames));
+            throw Failure("interrupted",
+                          "frame " + std::to_string(frame + 1) + " of " + std::to_string(frames));
         }
     }
 }
@@ -124,16 +125,14 @@ void run(const Options& options) {
     if (!options.record.empty()) {
         warn("--record needs a window, so this file is not written", options.record.string());
     }
-    hostkit::EffectHostOptions chosen = hostOf(options, settings);
     const app::Size size{options.width, options.height};
     FilmScreen screen(size, options.overlays);
     app::EffectProbe probe;
-    chosen.renewContext = [&] {
-        probe.forgetInk();
-        screen.renewContext();
-    };
-    hostkit::EffectHost host(std::move(chosen));
-    probe.watch(size, !settings.waterOnly);
+    app::Session session(frontEnd(screen, probe), {});
+    session.settings = settings;
+    session.setBackgrounds(loadBackgrounds(options));
+    session.restart(size);
+    session.startReplay(script);
     Staging staging(options.out);
     Film film(staging.folder(), options.format, size, script.frames, settings.timeScale);
     std::fprintf(stderr,
@@ -141,7 +140,7 @@ void run(const Options& options) {
                  "graphics card.\n",
                  script.frames, size.width, size.height);
     hostkit::Digest water;
-    play(host, screen, probe, settings, script, film, water);
+    play(session, script.frames, screen, probe, film, water);
     film.finish();
     staging.publish(isStillFrame);
     printSummary(options, film, water, probe.velocityDigest());

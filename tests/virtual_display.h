@@ -23,13 +23,14 @@ inline pid_t start(const std::string& command) {
 
 /// Waits until the condition is true. Returns false after 60 s, which is enough for a slow machine.
 inline bool waitFor(const std::function<bool()>& condition) {
-    for (int turn = 0; turn < 6000; ++turn) {
-        if (condition()) {
-            return true;
+    const auto end = std::chrono::steady_clock::now() + std::chrono::minutes(1);
+    while (!condition()) {
+        if (std::chrono::steady_clock::now() > end) {
+            return false;
         }
         std::this_thread::sleep_for(std::chrono::milliseconds(10));
     }
-    return false;
+    return true;
 }
 
 /// A virtual X display. The constructor stores its name in the environment variable DISPLAY.
@@ -55,6 +56,8 @@ public:
     }
     VirtualDisplay(const VirtualDisplay&) = delete;
     VirtualDisplay& operator=(const VirtualDisplay&) = delete;
+
+    pid_t process() const { return server; }
 
 private:
     pid_t server = 0;

@@ -81,7 +81,7 @@ bool Playback::followSize(app::Size pixels) {
         return false;
     }
     keeper.finish();
-    session.restart();
+    session.resize();
     return true;
 }
 

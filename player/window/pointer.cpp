@@ -69,7 +69,7 @@ void feed(Pointer& pointer, const SDL_Event& event, const GlWindow& window, app:
         case SDL_WINDOWEVENT:
             if (event.window.event == SDL_WINDOWEVENT_LEAVE ||
                 event.window.event == SDL_WINDOWEVENT_FOCUS_LOST) {
-                session.lift(app::Clock::now(), TouchAction::cancel, 0.0, 0.0);
+                session.lift(app::Clock::now(), TouchAction::up, 0.0, 0.0);
             }
             break;
         default:

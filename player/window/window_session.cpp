@@ -29,7 +29,7 @@ WindowSession::WindowSession(Screen& onScreen, const app::Settings& settings,
     : core(frontEnd(), app::Clock::now()), screen(onScreen) {
     core.settings = settings;
     core.setBackgrounds(std::move(backgrounds));
-    restart();
+    resize();
 }
 
 app::FrontEnd WindowSession::frontEnd() {
@@ -51,8 +51,8 @@ app::FrontEnd WindowSession::frontEnd() {
     return functions;
 }
 
-void WindowSession::restart() {
-    core.restart(screen.window().pixels());
+void WindowSession::resize() {
+    core.resize(screen.window().pixels());
 }
 
 void WindowSession::frame(std::chrono::nanoseconds elapsed) {

@@ -35,8 +35,8 @@ public:
 
     app::Session core;
 
-    /// Restarts the effect in the window's size.
-    void restart();
+    /// Starts the effect in the window's size and keeps the waves.
+    void resize();
     /// Runs and draws one frame of the effect.
     void frame(std::chrono::nanoseconds elapsed);
 

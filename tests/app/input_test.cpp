@@ -130,6 +130,25 @@ TEST(AttractMode, DrawsThreeStrokesOnTheScreenAndThenWaitsForInput) {
     EXPECT_EQ(mode.untilStart(start + 1h), 4s);
 }
 
+TEST(AttractMode, RepeatsWithNewStrokesForAScreenSaver) {
+    AttractMode mode(start);
+    mode.repeat();
+    const auto firstTouch = [&](app::Clock::time_point now) {
+        mode.startIfIdle(now);
+        const Touch touch = std::get<Touch>(mode.next({100, 200}).at(0));
+        while (mode.isRunning()) {
+            mode.next({100, 200});
+        }
+        return touch;
+    };
+    const Touch first = firstTouch(start + 4s);
+    mode.startIfIdle(start + 30s);
+    EXPECT_EQ(mode.untilStart(start + 30s), 20s);
+    const Touch second = firstTouch(start + 50s);
+    EXPECT_EQ(second.action, TouchAction::down);
+    EXPECT_NE(second.x, first.x);
+}
+
 TEST(AttractMode, LiftsTheFingerOnlyIfItIsDown) {
     for (const auto& [frames, lifts] : {std::pair{0, 0}, {1, 1}, {110, 1}, {111, 0}, {200, 0}}) {
         AttractMode mode(start);
@@ -171,7 +190,7 @@ TEST(IdleWatch, WithInkTwoFramesMustBeEqual) {
     EXPECT_FALSE(watch.mayShowInk());
 }
 
-TEST(Finger, ReportsOneMoveAFrameAndEndsAtTheEdge) {
+TEST(Finger, ReportsOneMoveAFrameAndIsUpOutsideTheScreen) {
     app::Finger finger;
     const app::Size screen{100, 200};
     finger.move(5, 5, 0.5f, screen);
@@ -181,13 +200,18 @@ TEST(Finger, ReportsOneMoveAFrameAndEndsAtTheEdge) {
     finger.move(11, 20, 0.5f, screen);
     finger.move(12, 20, 0.25f, screen);
     finger.move(100, 20, 0.5f, screen);
+    finger.move(110, 20, 0.5f, screen);
+    EXPECT_TRUE(finger.isHeld() && !finger.isPressed());
     finger.move(50, 20, 0.5f, screen);
-    finger.end(TouchAction::up, 50, 20);
-    const std::vector<hostkit::ScriptAction> expected = {Touch{TouchAction::down, 10, 20, 0.5f},
-                                                         Touch{TouchAction::move, 12, 20, 0.25f},
-                                                         Touch{TouchAction::cancel, 100, 20, 0}};
+    finger.move(50, -1, 0.5f, screen);
+    finger.end(TouchAction::cancel, 50, -1);
+    finger.move(50, 20, 0.5f, screen);
+    const std::vector<hostkit::ScriptAction> expected = {
+        Touch{TouchAction::down, 10, 20, 0.5f}, Touch{TouchAction::move, 12, 20, 0.25f},
+        Touch{TouchAction::up, 100, 20, 0}, Touch{TouchAction::down, 50, 20, 0.5f},
+        Touch{TouchAction::up, 50, -1, 0}};
     EXPECT_EQ(finger.takeActions(), expected);
-    EXPECT_FALSE(finger.isPressed() || finger.hasActions());
+    EXPECT_FALSE(finger.isHeld() || finger.isPressed() || finger.hasActions());
 }
 
 }  // namespace

@@ -1,13 +1,11 @@
 #include "hostkit/effect_host.h"
 
-#include <GLES2/gl2.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <initializer_list>
-#include <span>
 #include <utility>
 #include <vector>
 

@@ -77,6 +77,30 @@ test("a dropped or pasted image becomes the background, and the previous one the
     await close(page);
 });
 
+test("a thumbnail chooses a painting", async () => {
+    const page = await open(browser);
+    const sand = await readFrame(page);
+    await page.evaluate(() => document.querySelector(".paintings [value=paper]").click());
+    assert.ok(difference(sand, await readFrame(page)) > 10, "the frame must show the other painting");
+    await close(page);
+});
+
+test("a resize crops the painting and does not change it", async () => {
+    const page = await open(browser, { size: [360, 360] });
+    const square = await readFrame(page);
+    await page.setViewportSize({ width: 360, height: 180 });
+    await page.waitForFunction(() => window.velmora.screen().height === 180);
+    const wide = await readFrame(page);
+    for (let x = 5; x < 360; x += 50) {
+        for (let y = 5; y < 180; y += 17) {
+            const [before, after] = [square.pixel(x, y + 90), wide.pixel(x, y)];
+            const far = before.some((channel, at) => Math.abs(channel - after[at]) > 12);
+            assert.ok(!far, `${before} became ${after} at ${x}, ${y}`);
+        }
+    }
+    await close(page);
+});
+
 test("a chosen image larger than the screen is shown in portrait and in landscape", async () => {
     const page = await open(browser);
     await interceptFileChoosers(page);

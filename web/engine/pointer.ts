@@ -1,4 +1,4 @@
-// Passes one pointer to the effect: the first mouse, pen or finger that is pressed.
+// Passes one pointer to the effect: the first mouse, pen or finger that is pressed, or a mouse that hovers.
 
 export interface PointerOwner {
     press(x: number, y: number, pressure: number): void;
@@ -8,21 +8,45 @@ export interface PointerOwner {
     pressure(): number;
 }
 
+export interface PointerOptions {
+    /** Ends all observation. */
+    signal?: AbortSignal;
+    /** Returns true if a mouse draws without a pressed button. */
+    hovers?(): boolean;
+    /** Element in which a mouse hovers. Default: the canvas. */
+    area?: HTMLElement;
+    /** True to keep the browser's context menu. */
+    keepsMenu?: boolean;
+}
+
+/** Milliseconds after which a resting mouse ends its stroke. */
+const hoverRest = 120;
+
 export class Pointer {
     private id: number | null = null;
+    private isHovering = false;
+    /** Last position of a hovering mouse in canvas pixels. */
+    private hoverPosition: [number, number] = [0, 0];
+    private restTimer = 0;
 
     constructor(
         private readonly canvas: HTMLCanvasElement,
         private readonly owner: PointerOwner,
+        private readonly options: PointerOptions = {},
     ) {
-        canvas.addEventListener("pointerdown", (event) => this.down(event));
-        canvas.addEventListener("pointermove", (event) => this.move(event));
-        canvas.addEventListener("pointerup", (event) => this.end(event, "up"));
-        canvas.addEventListener("pointercancel", (event) => this.end(event, "cancel"));
-        canvas.addEventListener("lostpointercapture", (event) => this.end(event, "cancel"));
-        canvas.addEventListener("contextmenu", (event) => event.preventDefault());
-        document.addEventListener("visibilitychange", () => document.hidden && this.cancel());
-        window.addEventListener("blur", () => this.cancel());
+        const passive = options.signal ? { signal: options.signal } : {};
+        const area = options.area ?? canvas;
+        canvas.addEventListener("pointerdown", (event) => this.down(event), passive);
+        canvas.addEventListener("pointerup", (event) => this.end(event, "up"), passive);
+        canvas.addEventListener("pointercancel", (event) => this.end(event, "cancel"), passive);
+        canvas.addEventListener("lostpointercapture", (event) => this.end(event, "cancel"), passive);
+        area.addEventListener("pointermove", (event) => this.move(event), passive);
+        area.addEventListener("pointerleave", () => this.endHover(), passive);
+        if (!options.keepsMenu) {
+            canvas.addEventListener("contextmenu", (event) => event.preventDefault(), passive);
+        }
+        document.addEventListener("visibilitychange", () => document.hidden && this.cancel(), passive);
+        window.addEventListener("blur", () => this.cancel(), passive);
     }
 
     get isPressed(): boolean {
@@ -30,6 +54,8 @@ export class Pointer {
     }
 
     cancel(): void {
+        clearTimeout(this.restTimer);
+        this.isHovering = false;
         if (this.id !== null) {
             this.id = null;
             this.owner.lift("cancel", 0, 0);
@@ -46,21 +72,41 @@ export class Pointer {
     }
 
     private move(event: PointerEvent): void {
+        if (this.id === null && event.pointerType === "mouse" && event.buttons === 0 && this.options.hovers?.()) {
+            this.id = event.pointerId;
+            this.isHovering = true;
+            this.owner.press(...this.position(event), this.owner.pressure());
+        }
         if (event.pointerId !== this.id) {
             return;
         }
         // If another button is held too, the browser reports the release of the first button as a move.
-        if ((event.buttons & 1) === 0) {
+        if (!this.isHovering && (event.buttons & 1) === 0) {
             this.end(event, "up");
         } else {
             this.owner.move(...this.position(event), this.pressureOf(event));
         }
+        if (this.isHovering) {
+            this.hoverPosition = this.position(event);
+            clearTimeout(this.restTimer);
+            this.restTimer = window.setTimeout(() => this.endHover(), hoverRest);
+        }
     }
 
     private end(event: PointerEvent, how: "up" | "cancel"): void {
-        if (event.pointerId === this.id) {
+        if (event.pointerId === this.id && !this.isHovering) {
             this.id = null;
             this.owner.lift(how, ...this.position(event));
+        }
+    }
+
+    /** Ends the stroke of a hovering mouse. Its ink stays and fades. */
+    private endHover(): void {
+        if (this.isHovering) {
+            clearTimeout(this.restTimer);
+            this.isHovering = false;
+            this.id = null;
+            this.owner.lift("up", ...this.hoverPosition);
         }
     }
 

@@ -27,6 +27,7 @@
 #include "hostkit/image.h"
 #include "hostkit/jni_environment.h"
 #include "hostkit/water_driver.h"
+#include "paintings/paintings.h"
 #include "web/host/gl_objects.h"
 
 // Functions of the application core for the page's scripts. Times are in milliseconds; `now` is performance.now().
@@ -35,6 +36,8 @@
 // clang-format off
 /// Tells the page that the effect has started.
 EM_JS(void, reportStart, (), { Module.onStart(); });
+/// Tells the page that a replay has ended.
+EM_JS(void, reportReplayEnd, (bool finished), { Module.onReplayEnd(!!finished); });
 /// Passes the gesture script of a recording that has ended to the page.
 EM_JS(void, reportRecording, (const char* script), { Module.onRecordingEnd(UTF8ToString(script)); });
 // clang-format on
@@ -49,6 +52,8 @@ hostkit::GestureScript script;
 app::Settings preset;
 app::SettingsHistory history{app::Settings{}};
 app::FrameClock::Due due{};
+/// Result of the last call of paint.
+hostkit::Image painted;
 std::vector<app::FlowLine> lines;
 static_assert(sizeof(app::FlowLine) == 8 * sizeof(float));
 app::EffectProbe probe;
@@ -72,6 +77,7 @@ app::FrontEnd frontEnd() {
         probe.watch(screen, hasInk);
         reportStart();
     };
+    functions.onReplayEnd = reportReplayEnd;
     functions.onRecordingEnd = [](const hostkit::GestureScript& recording) {
         reportRecording(writeGestureScript(recording).c_str());
     };
@@ -200,14 +206,27 @@ EMSCRIPTEN_KEEPALIVE const char* presetName(const char* fileStem) {
     return result.c_str();
 }
 
-EMSCRIPTEN_KEEPALIVE void restart(int width, int height) {
-    session.restart({width, height});
+/// Starts the effect on a screen of this size. Keeps the waves of a running effect.
+EMSCRIPTEN_KEEPALIVE void resize(int width, int height) {
+    session.resize({width, height});
 }
 
 /// Passes the two backgrounds as RGBA bytes. Both must have the size of the screen.
 EMSCRIPTEN_KEEPALIVE void setBackgrounds(int width, int height, const std::uint8_t* first,
                                          const std::uint8_t* second) {
     session.setBackgrounds({imageOf(width, height, first), imageOf(width, height, second)});
+}
+
+/// Returns the name of a painting, or an empty string for an index after the last painting.
+EMSCRIPTEN_KEEPALIVE const char* paintingName(std::size_t index) {
+    return index < paintings::allPaintings.size() ? paintings::allPaintings[index].name : "";
+}
+
+/// Paints an image of this size and returns its RGBA bytes. They are valid until the next call of paint.
+EMSCRIPTEN_KEEPALIVE const std::uint8_t* paint(std::size_t index, int width, int height) {
+    painted = {};  // frees the memory before the next image needs it
+    painted = paintings::allPaintings[index].paint(width, height);
+    return painted.rgba.data();
 }
 
 EMSCRIPTEN_KEEPALIVE void regainContext() {
@@ -344,6 +363,10 @@ EMSCRIPTEN_KEEPALIVE const char* readScript(const char* text, const char* name) 
 
 EMSCRIPTEN_KEEPALIVE void startReplay() {
     session.startReplay(script);
+}
+
+EMSCRIPTEN_KEEPALIVE void stopReplay() {
+    session.stopReplay();
 }
 
 EMSCRIPTEN_KEEPALIVE bool isReplaying() {

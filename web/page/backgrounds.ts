@@ -1,25 +1,34 @@
-// The two backgrounds: the user's images, or images that the page paints.
+// The two backgrounds: the user's images, or paintings.
 
 import type { Size } from "./effect";
 import { MovingPicture } from "./moving_picture";
-import { paintLeaves, paintPebbles } from "./painted_backgrounds";
+import type { Paintings } from "./paintings";
 import type { Picture } from "./read_picture";
 
-/** Upright picture of any size, or the name of a painted background. */
-type Source = Picture | "pebbles" | "leaves";
+/** Upright picture of any size, or the name of a painting. */
+export type Source = Picture | string;
 
 export interface Backgrounds {
     sources: [Source, Source];
 }
 
-export function defaultBackgrounds(): Backgrounds {
-    return { sources: ["pebbles", "leaves"] };
+export function defaultBackgrounds({ names: [first = "", second = ""] }: Paintings): Backgrounds {
+    return { sources: [first, second] };
 }
 
-/** Makes the picture the first background, and the previous first background the second one. */
-export function setFirst(backgrounds: Backgrounds, image: Picture): void {
+/** Makes the image the first background, and the previous first background the second one. */
+export function setFirst(backgrounds: Backgrounds, image: Source): void {
     replace(backgrounds, 1, backgrounds.sources[0]);
     backgrounds.sources[0] = image;
+}
+
+/** Makes the painting the first background. A first background that is the user's image becomes the second one. */
+export function setPainting(backgrounds: Backgrounds, name: string): void {
+    if (typeof backgrounds.sources[0] === "string") {
+        backgrounds.sources[0] = name;
+    } else {
+        setFirst(backgrounds, name);
+    }
 }
 
 export function setSecond(backgrounds: Backgrounds, image: Picture): void {
@@ -34,20 +43,11 @@ function replace(backgrounds: Backgrounds, index: 0 | 1, source: Source): void {
     backgrounds.sources[index] = source;
 }
 
-/**
- * Returns the pixels of a background, scaled and cropped to `size`. A painted background is painted at `fullSize` and
- * then scaled, so that it shows the same image with fewer pixels.
- */
-export function croppedPixels(source: Source, size: Size, fullSize: Size): ImageData {
+/** Returns the pixels of a background, scaled and cropped to `size`. */
+export function croppedPixels(image: Picture, size: Size): ImageData {
     const context = makeContext(size);
-    drawCropped(context, typeof source === "string" ? painted(source, fullSize) : source, size);
+    drawCropped(context, image, size);
     return context.getImageData(0, 0, size.width, size.height);
-}
-
-function painted(source: "pebbles" | "leaves", size: Size): HTMLCanvasElement {
-    const context = makeContext(size);
-    ({ pebbles: paintPebbles, leaves: paintLeaves })[source](context, size);
-    return context.canvas;
 }
 
 function makeContext(size: Size): CanvasRenderingContext2D {
@@ -57,7 +57,7 @@ function makeContext(size: Size): CanvasRenderingContext2D {
     return canvas.getContext("2d", { willReadFrequently: true }) as CanvasRenderingContext2D;
 }
 
-function drawCropped(context: CanvasRenderingContext2D, image: Picture | HTMLCanvasElement, size: Size): void {
+function drawCropped(context: CanvasRenderingContext2D, image: Picture, size: Size): void {
     const scale = Math.max(size.width / image.width, size.height / image.height);
     const width = image.width * scale;
     const height = image.height * scale;

@@ -50,8 +50,12 @@ const enum ValueKind {
 export class Effect {
     /** Called when the effect has started, also by a change of the settings. */
     onStart = () => {};
+    /** Called when a replay has ended. `finished` is false if it was stopped before its end. */
+    onReplayEnd: (finished: boolean) => void = () => {};
     /** Called with the gesture script of a recording that has ended. A restart ends a recording. */
     onRecordingEnd: (script: string) => void = () => {};
+    /** Names of the backgrounds that the module paints. */
+    readonly paintingNames: readonly string[];
     /** Duration of one frame of the effect in milliseconds. */
     readonly frameTime: number;
     /** Address of a buffer of settingCount doubles in the module's memory. */
@@ -62,8 +66,10 @@ export class Effect {
         readonly gl: WebGLRenderingContext,
     ) {
         module.onStart = () => this.onStart();
+        module.onReplayEnd = (finished) => this.onReplayEnd(finished);
         module.onRecordingEnd = (script) => this.onRecordingEnd(script);
         this.frameTime = module._frameTime();
+        this.paintingNames = this.readPaintingNames();
         this.settingsBuffer = module._malloc(8 * settingCount);
     }
 
@@ -77,9 +83,9 @@ export class Effect {
         return new Effect(module, gl);
     }
 
-    /** Restarts the effect with flat water and no ink. Ends a recording; a replay continues. */
-    restart(size: Size): void {
-        this.module._restart(size.width, size.height);
+    /** Starts the effect at this size, without ink. Keeps the waves. Ends a recording; a replay continues. */
+    resize(size: Size): void {
+        this.module._resize(size.width, size.height);
     }
 
     /** Passes the two backgrounds. Both must have the size of the screen. */
@@ -88,6 +94,12 @@ export class Effect {
         this.module._setBackgrounds(first.width, first.height, firstCopy, secondCopy);
         this.module._free(firstCopy);
         this.module._free(secondCopy);
+    }
+
+    /** Paints a background that fills a screen of the size. */
+    paint(name: string, { width, height }: Size): ImageData {
+        const start = this.module._paint(this.paintingNames.indexOf(name), width, height);
+        return new ImageData(new Uint8ClampedArray(this.module.HEAPU8.slice(start, start + 4 * width * height).buffer), width);
     }
 
     /** Creates the GL objects again in a restored context. */
@@ -274,6 +286,10 @@ export class Effect {
         this.module._startReplay();
     }
 
+    stopReplay(): void {
+        this.module._stopReplay();
+    }
+
     get isReplaying(): boolean {
         return this.module._isReplaying() !== 0;
     }
@@ -328,6 +344,14 @@ export class Effect {
     /** Length of the module's table of texture names. */
     get textureNames(): number {
         return this.module.GL.textures.length;
+    }
+
+    private readPaintingNames(): string[] {
+        const names: string[] = [];
+        for (let name; (name = this.text(this.module._paintingName(names.length))); ) {
+            names.push(name);
+        }
+        return names;
     }
 
     private setPresetMember(name: string, value: unknown): string {

@@ -20,6 +20,7 @@ interface EffectModule {
     };
     /** Functions of the page that the module calls. */
     onStart(): void;
+    onReplayEnd(finished: boolean): void;
     onRecordingEnd(script: string): void;
     UTF8ToString(address: number): string;
     stringToUTF8(text: string, address: number, size: number): void;
@@ -37,8 +38,10 @@ interface EffectModule {
     _setPresetMember(name: number, kind: number, numbers: number, count: number, text: number): number;
     _takePreset(numbers: number): void;
     _presetName(fileStem: number): number;
-    _restart(width: number, height: number): void;
+    _resize(width: number, height: number): void;
     _setBackgrounds(width: number, height: number, first: number, second: number): void;
+    _paintingName(index: number): number;
+    _paint(index: number, width: number, height: number): number;
     _regainContext(): void;
     _noteInput(now: number): void;
     _press(now: number, x: number, y: number, pressure: number): void;
@@ -69,6 +72,7 @@ interface EffectModule {
     _isRecording(): number;
     _readScript(script: number, name: number): number;
     _startReplay(): void;
+    _stopReplay(): void;
     _isReplaying(): number;
     _observe(on: boolean): void;
     _velocityBytes(): number;

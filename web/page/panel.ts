@@ -4,6 +4,7 @@ import { inkPalette, settingFields, sharedTexts } from "../../build/web/settings
 import type { Command } from "./command";
 import { hexOf, make, makeButtons, makeColor, makeSection, makeSlider, makeSwitch, type Control } from "./controls";
 import { FrameTimeChart } from "./frame_time_chart";
+import { PaintingChooser } from "./painting_chooser";
 import type { Player } from "./player";
 import type { PresetChooser } from "./preset_chooser";
 import { PresetGrid } from "./preset_grid";
@@ -85,6 +86,8 @@ export class Panel {
         switch (section) {
             case sharedTexts.presetSection:
                 return [new PresetGrid(this.presets)];
+            case "Picture":
+                return [new PaintingChooser(this.player), ...settings];
             case "Ink":
                 return [...this.makeInk(), ...settings];
             case sharedTexts.developerSection:

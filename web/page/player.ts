@@ -2,7 +2,8 @@
 
 import { defaultSettings, type Settings } from "../../build/web/settings";
 import { ArrowKeys } from "./arrow_keys";
-import { AttractTimer } from "./attract_timer";
+import { AttractTimer } from "../engine/attract_timer";
+import { setPainting } from "./backgrounds";
 import { ContextWatch } from "./context_watch";
 import type { Effect } from "./effect";
 import { FrameLoop } from "../engine/frame_loop";
@@ -85,9 +86,9 @@ export class Player {
         return this.pause.isOn ? this.pause.isIdle : this.effect.isIdle;
     }
 
-    /** Restarts the effect at the wanted canvas size, with flat water and no ink. */
+    /** Starts the effect at the wanted canvas size without ink. Keeps the waves. */
     restart(): void {
-        this.sync.push();
+        this.pushSettings();
         this.stage.restart();
     }
 
@@ -120,6 +121,14 @@ export class Player {
         this.noteInput();
     }
 
+    /** Makes the painting the background, and shows it. */
+    showPainting(name: string): void {
+        setPainting(this.stage.backgrounds, name);
+        this.settings.secondBackground = false;
+        this.onBackgroundsChanged();
+        this.onSettings();
+    }
+
     /** Shows the new frame of a moving picture if it is the shown background. A pause shows it later. */
     onPictureMoved(picture: MovingPicture): void {
         if (this.stage.backgrounds.sources[this.settings.secondBackground ? 1 : 0] === picture) {
@@ -131,7 +140,8 @@ export class Player {
     /** Prepares a recording or replay, which restarts the effect. Throws if the context is lost. */
     private prepareGesture(): void {
         this.context.need();
-        this.sync.push();
+        this.pushSettings();
+        this.stage.needSecond(); // the script may show it
         this.stage.useAllPixels();
     }
 
@@ -204,14 +214,14 @@ export class Player {
             return this.pause.dueFrames(!this.sync.isCurrent || !this.overlays.isCurrent);
         }
         this.pause.frame.drop();
-        this.sync.push(); // the time scale must be set before takeDueFrames
+        this.pushSettings(); // the time scale must be set before takeDueFrames
         return this.effect.takeDueFrames(now);
     }
 
     private frame(elapsed: number, now: number): void {
         const start = performance.now();
         const { effect } = this;
-        this.sync.push();
+        this.pushSettings();
         const wasReplaying = effect.isReplaying;
         this.overlays.drawFrame(elapsed);
         if (this.frames++ === 0) {
@@ -225,6 +235,13 @@ export class Player {
         if (this.pause.isOn) {
             this.pause.frame.take(this.canvas);
         }
+    }
+
+    private pushSettings(): void {
+        if (this.settings.secondBackground) {
+            this.stage.needSecond();
+        }
+        this.sync.push();
     }
 
     /** Shows the settings that a script has changed, and reports the end of the replay. */

@@ -118,6 +118,7 @@ export class PresetChooser {
     /** Adds a preset from a file and makes it the current one. */
     import(name: string, settings: Settings): void {
         const isStored = this.add(name, settings);
+        this.show(settings);
         showToast(`${this.chosen.name}${isStored ? " is added to the presets" : `: ${this.warning}`}`);
     }
 
@@ -144,6 +145,7 @@ export class PresetChooser {
             return;
         }
         removePreset(this.presets, name);
+        this.chosen = this.presets.builtIn[0] as Preset;
         this.onChange();
         showToast(`Deleted ${name}. Its settings stay until you choose another preset`);
     }
@@ -188,12 +190,15 @@ export class PresetChooser {
         return "This browser allows no more storage, so the preset leaves the list when you close the page";
     }
 
-    /** Adds one of the user's presets and makes it the current one. Returns false if the browser cannot store it. */
+    /**
+     * Adds one of the user's presets and makes it the current one. Leaves the settings in force. Returns false if the
+     * browser cannot store it.
+     */
     private add(name: string, settings: Settings, thumbnail?: string): boolean {
         const preset = addPreset(this.presets, name, settings, thumbnail);
-        const isStored = storePreset(preset);
-        this.select(preset);
-        return isStored;
+        this.chosen = preset;
+        this.onChange();
+        return storePreset(preset);
     }
 
     /** Returns the preset that was chosen last. Throws if it is not one of the user's presets. */

@@ -5,7 +5,7 @@ import type { PresetChooser } from "./preset_chooser";
 import type { Preset } from "./presets";
 
 export class PresetGrid implements Control {
-    readonly element = make("ul", { className: "presets" });
+    readonly element = make("ul", { className: "tiles" });
     /** Presets of the grid. */
     private shown: Preset[] = [];
 

@@ -1,14 +1,18 @@
 // Keeps the canvas and the backgrounds at the wanted size in pixels.
 
 import { resizeDelay } from "../../build/web/settings";
-import { defaultBackgrounds, croppedPixels } from "./backgrounds";
+import { defaultBackgrounds, croppedPixels, type Backgrounds, type Source } from "./backgrounds";
 import type { Effect, Size } from "./effect";
+import { Paintings } from "./paintings";
 import { onPixelRatio, pixelSize } from "../engine/screen";
 
 export class Stage {
-    readonly backgrounds = defaultBackgrounds();
+    readonly backgrounds: Backgrounds;
     /** True if a moving background has a new frame. */
     hasMoved = false;
+    private readonly paintings: Paintings;
+    /** True after needSecond. Until then the second background is not painted, which saves time at the start. */
+    private secondNeeded = false;
     private current: Size = { width: 0, height: 0 };
 
     constructor(
@@ -16,6 +20,8 @@ export class Stage {
         readonly canvas: HTMLCanvasElement,
         onResize: () => void,
     ) {
+        this.paintings = new Paintings(effect);
+        this.backgrounds = defaultBackgrounds(this.paintings);
         let timer = 0;
         const follow = () => {
             clearTimeout(timer);
@@ -34,7 +40,7 @@ export class Stage {
         return isSame(this.wantedSize, this.current);
     }
 
-    /** Restarts the effect at the wanted size. */
+    /** Starts the effect at the wanted size and keeps the waves. */
     restart(): void {
         this.applySize(this.wantedSize);
     }
@@ -56,10 +62,23 @@ export class Stage {
     uploadBackgrounds(): void {
         this.hasMoved = false;
         const { sources } = this.backgrounds;
-        this.effect.setBackgrounds(
-            croppedPixels(sources[0], this.current, this.fullSize),
-            croppedPixels(sources[1], this.current, this.fullSize),
-        );
+        const first = this.pixelsOf(sources[0]);
+        this.effect.setBackgrounds(first, this.secondNeeded ? this.pixelsOf(sources[1]) : first);
+        this.paintings.keepOnly(sources);
+    }
+
+    /** Makes sure that the effect has the second background. */
+    needSecond(): void {
+        if (!this.secondNeeded) {
+            this.secondNeeded = true;
+            this.uploadBackgrounds();
+        }
+    }
+
+    private pixelsOf(source: Source): ImageData {
+        return typeof source === "string"
+            ? this.paintings.at(source, this.current)
+            : croppedPixels(source, this.current);
     }
 
     private get fullSize(): Size {
@@ -76,7 +95,7 @@ export class Stage {
         this.canvas.width = size.width;
         this.canvas.height = size.height;
         this.uploadBackgrounds();
-        this.effect.restart(size);
+        this.effect.resize(size);
     }
 }
 

@@ -3,6 +3,8 @@
 #include <GLES2/gl2.h>
 
 // The linker option --wrap lets the library call the wrappers below. __real_ names the functions of Emscripten.
+// Emscripten's glGetAttribLocation throws a JavaScript TypeError for the name 0, which the library passes if no program
+// links in a lost context. The wrapper returns -1, as every other GL does.
 
 namespace hostkit {
 
@@ -19,6 +21,11 @@ void __real_glDrawElements(GLenum mode, GLsizei count, GLenum type, const void* 
 void __real_glTexImage2D(GLenum target, GLint level, GLint internalformat, GLsizei width,
                          GLsizei height, GLint border, GLenum format, GLenum type,
                          const void* pixels);
+GLint __real_glGetAttribLocation(GLuint program, const GLchar* name);
+
+GLint __wrap_glGetAttribLocation(GLuint program, const GLchar* name) {
+    return program == 0 ? -1 : __real_glGetAttribLocation(program, name);
+}
 
 void __wrap_glDrawElements(GLenum mode, GLsizei count, GLenum type, const void* indices) {
     hostkit::sharedGlObserver().noteCall("glDrawElements");

@@ -1,0 +1,57 @@
+#pragma once
+
+#include <cmath>
+#include <cstdint>
+
+#include "paintings/plate.h"
+
+namespace paintings {
+
+/// Returns 24 bits that look random and depend only on the arguments.
+inline std::uint32_t randomBitsAt(int x, int y, std::uint32_t seed) {
+    std::uint32_t bits = static_cast<std::uint32_t>(x) * 0x8da6b343u +
+                         static_cast<std::uint32_t>(y) * 0xd8163841u + seed * 0xcb1ab31fu;
+    bits = (bits ^ (bits >> 15)) * 0x2c1b3c6du;
+    bits = (bits ^ (bits >> 12)) * 0x297a2d39u;
+    return (bits ^ (bits >> 15)) >> 8;
+}
+
+/// Returns a number in [0, 1) that looks random and depends only on the arguments.
+inline float randomAt(int x, int y, std::uint32_t seed) {
+    return static_cast<float>(randomBitsAt(x, y, seed)) * 0x1p-24f;
+}
+
+/// Returns smooth noise, about -1 to 1. Its bumps are about one unit wide.
+inline float noise(Vec2 at, std::uint32_t seed) {
+    const float left = std::floor(at.x);
+    const float top = std::floor(at.y);
+    const float x = at.x - left;
+    const float y = at.y - top;
+    const int column = static_cast<int>(left);
+    const int row = static_cast<int>(top);
+    // Each corner of the unit square around the position has a random gradient.
+    const auto height = [&](int right, int down) {
+        const std::uint32_t bits = randomBitsAt(column + right, row + down, seed);
+        const Vec2 gradient{static_cast<float>(bits >> 12) * 0x1p-11f - 1.0f,
+                            static_cast<float>(bits & 0xFFF) * 0x1p-11f - 1.0f};
+        return dot(gradient, {x - static_cast<float>(right), y - static_cast<float>(down)});
+    };
+    const auto fade = [](float t) { return t * t * t * (t * (t * 6.0f - 15.0f) + 10.0f); };
+    constexpr float amplitude = 1.4f;
+    return amplitude * mix(mix(height(0, 0), height(1, 0), fade(x)),
+                           mix(height(0, 1), height(1, 1), fade(x)), fade(y));
+}
+
+/// Returns a sum of noises. Each layer has half the amplitude and half the width of the previous one.
+inline float layeredNoise(Vec2 at, int layers, std::uint32_t seed) {
+    float sum = 0.0f;
+    float amplitude = 0.5f;
+    for (int layer = 0; layer < layers; ++layer, amplitude *= 0.5f) {
+        sum += amplitude * noise(at, seed + static_cast<std::uint32_t>(layer));
+        // The rotation hides the axes of the grid of gradients.
+        at = Vec2{0.8f * at.x - 0.6f * at.y, 0.6f * at.x + 0.8f * at.y} * 2.0f;
+    }
+    return sum;
+}
+
+}  // namespace paintings

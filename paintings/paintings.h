@@ -1,0 +1,40 @@
+#pragma once
+
+#include <array>
+#include <string_view>
+
+#include "hostkit/image.h"
+
+namespace paintings {
+
+/// @file
+/// Backgrounds that this project paints. They are light and clear, so that ink of every colour shows on them. A
+/// painting of a name and a size is always the same image. A screen of another size shows the same painting, cropped
+/// to its shape around the centre.
+
+hostkit::Image paintSand(int width, int height);
+hostkit::Image paintSky(int width, int height);
+hostkit::Image paintStones(int width, int height);
+hostkit::Image paintPaper(int width, int height);
+hostkit::Image paintLeaves(int width, int height);
+hostkit::Image paintPool(int width, int height);
+
+struct Painting {
+    /// Name for the user.
+    const char* name;
+    /// Paints an image of this size in pixels.
+    hostkit::Image (*paint)(int width, int height);
+};
+
+/// All paintings. The first is the default of the page.
+inline constexpr std::array<Painting, 6> allPaintings = {{{"sand", paintSand},
+                                                          {"sky", paintSky},
+                                                          {"stones", paintStones},
+                                                          {"paper", paintPaper},
+                                                          {"leaves", paintLeaves},
+                                                          {"pool", paintPool}}};
+
+/// Returns the painting with this name, or null if there is none.
+const Painting* findPainting(std::string_view name);
+
+}  // namespace paintings

@@ -1,0 +1,143 @@
+#include "screensaver/options.h"
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <cctype>
+#include <cstdio>
+#include <cstdlib>
+#include <vector>
+
+#include "app/presets.h"
+#include "app/text.h"
+#include "desktop/failure.h"
+#include "velmora/version.h"
+
+namespace saver {
+namespace {
+
+constexpr const char* description =
+    "Shows a picture under water, as a screen saver for XScreenSaver. Options may have one dash "
+    "or\n"
+    "two. Without --window-id, --window and --root, the program draws into the window that the\n"
+    "variable XSCREENSAVER_WINDOW names, or opens a window.";
+
+/// Returns the arguments in the order that CLI11 expects: the last one first. XScreenSaver's programs accept long
+/// options with one dash, as in -window-id, and CLI11 only with two.
+std::vector<std::string> withTwoDashes(int argc, const char* const* argv) {
+    std::vector<std::string> arguments(argv + std::min(argc, 1), argv + argc);
+    for (std::string& argument : arguments) {
+        const bool isLong = argument.size() > 2 && argument[0] == '-' &&
+                            std::isalpha(static_cast<unsigned char>(argument[1])) != 0;
+        argument.insert(0, isLong ? "-" : "");
+    }
+    std::ranges::reverse(arguments);
+    return arguments;
+}
+
+/// Returns the window with an identifier such as 0x1a00003 or 27262979. `source` is the option or the variable with the
+/// identifier.
+Target givenWindow(const std::string& source, const std::string& text) {
+    char* end = nullptr;
+    const unsigned long window = std::strtoul(text.c_str(), &end, 0);
+    if (window == 0 || *end != '\0') {
+        throw desktop::Failure(source + " must be the number of a window, such as 0x1a00003, not " +
+                               app::inQuotes(text));
+    }
+    return {Target::Kind::givenWindow, window};
+}
+
+/// Returns a check for the range of a setting.
+CLI::Range rangeOf(float app::Settings::*setting) {
+    const auto* field =
+        std::ranges::find(app::numberFields, setting, &app::SettingField<float>::member);
+    CLI::Range range(app::shortestNumber(field->min), app::shortestNumber(field->max));
+    range.description("");  // the text of the option names the range
+    return range;
+}
+
+/// Values that select the window. A later one replaces an earlier one.
+struct WindowOptions {
+    bool root = false;
+    bool own = false;
+    std::string id;
+};
+
+Target targetOf(const WindowOptions& chosen) {
+    const char* named = std::getenv("XSCREENSAVER_WINDOW");
+    if (!chosen.id.empty()) {
+        return givenWindow("--window-id", chosen.id);
+    }
+    if (chosen.own) {
+        return {};
+    }
+    if (named != nullptr && *named != '\0') {
+        return givenWindow("XSCREENSAVER_WINDOW", named);
+    }
+    return {chosen.root ? Target::Kind::rootWindow : Target::Kind::ownWindow};
+}
+
+void declare(CLI::App& app, Options& options, WindowOptions& window) {
+    app.option_defaults()->multi_option_policy(CLI::MultiOptionPolicy::TakeLast);
+    app.get_formatter()->column_width(31);
+    app.add_option("--window-id", window.id, "Draws into this window, for example 0x1a00003.");
+    app.add_flag("--window", window.own, "Opens a window.");
+    app.add_flag("--root", window.root,
+                 "Draws into the window of XSCREENSAVER_WINDOW, or on the root window.");
+    app.add_option("--picture", options.picture,
+                   "A picture or a folder of pictures: PNG, JPEG, WebP or GIF.\n"
+                   "Default: the desktop, or the pictures of XScreenSaver's settings.")
+        ->type_name("PATH");
+    app.add_option("--preset", options.preset,
+                   "The name of a shipped preset, for example calm_pond, a preset\n"
+                   "file, or random.");
+    app.add_option(
+           "--duration", options.duration,
+           "Seconds until the next picture and random preset, from 1 to\n86400. Default: 60")
+        ->type_name("NUMBER")
+        ->check(CLI::Range(1, 86400).description(""));
+    app.add_option("--rain", options.rain,
+                   "Raindrops per second, from 0 to 40. Default: the preset's")
+        ->type_name("NUMBER")
+        ->check(rangeOf(&app::Settings::rain));
+    app.add_option("--speed", options.speed,
+                   "Speed of the water, from 0.05 to 2; 1 is real time.\nDefault: the preset's")
+        ->type_name("NUMBER")
+        ->check(rangeOf(&app::Settings::timeScale));
+    app.add_flag("--ink,!--no-ink", options.ink,
+                 "Shows strokes of ink, or only water. Default: ink");
+    app.add_option("--script", options.script, "Plays a gesture script at the start.")
+        ->type_name("FILE");
+    app.set_version_flag("--version", "velmora " VELMORA_VERSION);
+}
+
+}  // namespace
+
+std::optional<Options> parseOptions(int argc, const char* const* argv) {
+    Options options;
+    WindowOptions window;
+    CLI::App app(description, "velmora-screensaver");
+    declare(app, options, window);
+    try {
+        app.parse(withTwoDashes(argc, argv));
+    } catch (const CLI::CallForHelp&) {
+        std::fputs(app.help().c_str(), stdout);
+        return std::nullopt;
+    } catch (const CLI::CallForVersion& version) {
+        std::printf("%s\n", version.what());
+        return std::nullopt;
+    } catch (const CLI::ParseError& error) {
+        throw desktop::Failure(error.what());
+    }
+    options.target = targetOf(window);
+    return options;
+}
+
+app::Settings withOptions(app::Settings settings, const Options& options) {
+    settings.rain = options.rain.value_or(settings.rain);
+    settings.timeScale = options.speed.value_or(settings.timeScale);
+    settings.waterOnly = settings.waterOnly || !options.ink;
+    settings.secondBackground = false;
+    return settings;
+}
+
+}  // namespace saver

@@ -1,0 +1,128 @@
+#include "screensaver/pictures.h"
+
+#include <algorithm>
+#include <array>
+#include <cctype>
+#include <chrono>
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <system_error>
+
+#include "desktop/failure.h"
+#include "desktop/image.h"
+#include "screensaver/grab.h"
+
+namespace saver {
+namespace {
+
+namespace fs = std::filesystem;
+using namespace std::chrono_literals;
+
+/// Grey level of the picture that replaces a missing one, 0 to 255.
+constexpr std::uint8_t plainShade = 96;
+/// Side of that picture in pixels. It is stretched over the screen.
+constexpr int plainSide = 16;
+
+bool isPicture(const fs::path& file) {
+    std::string extension = file.extension().string();
+    std::ranges::transform(extension, extension.begin(), [](unsigned char letter) {
+        return static_cast<char>(std::tolower(letter));
+    });
+    constexpr std::array<std::string_view, 5> known = {".jpg", ".jpeg", ".png", ".webp", ".gif"};
+    return std::ranges::find(known, extension) != known.end();
+}
+
+/// Returns the file, or the pictures in the folder and its subfolders.
+std::vector<fs::path> filesOf(const fs::path& source) {
+    std::error_code error;
+    if (!fs::is_directory(source, error)) {
+        return {source};
+    }
+    std::vector<fs::path> files;
+    fs::recursive_directory_iterator entry(source, fs::directory_options::skip_permission_denied,
+                                           error);
+    for (; !error && entry != fs::recursive_directory_iterator{}; entry.increment(error)) {
+        if (isPicture(entry->path())) {
+            files.push_back(entry->path());
+        }
+    }
+    if (files.empty()) {
+        desktop::warn("the folder has no PNG, JPEG, WebP or GIF file", source.string());
+    }
+    return files;
+}
+
+}  // namespace
+
+hostkit::Image plainPicture() {
+    return desktop::plainImage(plainSide, plainSide, plainShade);
+}
+
+Pictures::Pictures(const fs::path& source, unsigned long window)
+    : grabWindow(source.empty() ? window : 0) {
+    if (!source.empty()) {
+        files = filesOf(source);
+    }
+}
+
+Pictures::~Pictures() {
+    cancelled = true;
+    if (loading.valid()) {
+        loading.wait();
+    }
+}
+
+void Pictures::startNext() {
+    const bool changes = grabWindow != 0 || files.size() > 1;
+    if (!loading.valid() && (changes || !started)) {
+        started = true;
+        loading = std::async(std::launch::async, [this] { return loadNext(); });
+    }
+}
+
+std::optional<hostkit::Image> Pictures::take() {
+    if (!loading.valid() || loading.wait_for(0s) != std::future_status::ready) {
+        return std::nullopt;
+    }
+    return loading.get();
+}
+
+/// Loads the next picture on the loading thread. Warns about a missing picture and returns a plain one in its place.
+hostkit::Image Pictures::loadNext() {
+    try {
+        if (grabWindow != 0) {
+            return grabPicture(grabWindow, cancelled);
+        }
+        if (const auto file = loadFile()) {
+            return *file;
+        }
+    } catch (const desktop::Failure& failure) {
+        if (!cancelled) {
+            desktop::warn(failure.what());
+        }
+    }
+    return plainPicture();
+}
+
+/// Loads the next readable file and forgets the others. Returns nothing if no file is readable.
+std::optional<hostkit::Image> Pictures::loadFile() {
+    while (!files.empty()) {
+        next %= files.size();
+        if (next == 0) {
+            std::ranges::shuffle(files, random);
+        }
+        try {
+            hostkit::Image image = desktop::loadImage(files[next]);
+            ++next;
+            return image;
+        } catch (const desktop::Failure& failure) {
+            desktop::warn(failure.what());
+            files.erase(files.begin() + static_cast<std::ptrdiff_t>(next));
+        }
+    }
+    return std::nullopt;
+}
+
+}  // namespace saver

@@ -1,0 +1,64 @@
+#pragma once
+
+#include <EGL/egl.h>
+#include <X11/Xlib.h>
+
+#include <chrono>
+#include <memory>
+
+#include "app/size.h"
+#include "screensaver/options.h"
+
+namespace saver {
+
+/// An X11 window with an OpenGL ES 2.0 context, which is current on the constructing thread. The window may belong to
+/// another program: this class selects only events about its size and visibility, and neither grabs input nor changes
+/// the window.
+class SaverWindow {
+public:
+    /// Finds or opens the window. Throws Failure.
+    explicit SaverWindow(const Target& target);
+    ~SaverWindow();
+    SaverWindow(const SaverWindow&) = delete;
+    SaverWindow& operator=(const SaverWindow&) = delete;
+
+    /// Replaces surface and context. Throws Failure.
+    void renewContext();
+    /// Presents the frame. Returns false if the context is lost.
+    bool swap();
+    /// Waits for an event or a signal, at most for `maxWait`, and handles all events.
+    void handleEvents(std::chrono::nanoseconds maxWait);
+
+    /// Returns the window's size in pixels, at least 1 x 1.
+    app::Size size() const { return pixels; }
+    /// Returns true if the window no longer exists or the user has closed it.
+    bool isGone() const;
+    /// Returns true if the window's content was lost since the last call.
+    bool takeExposure();
+
+    Window id() const { return window; }
+
+private:
+    struct CloseDisplay {
+        void operator()(Display* opened) const { XCloseDisplay(opened); }
+    };
+
+    void useWindow(Window given);
+    void openWindow();
+    EGLConfig configOf(VisualID visual) const;
+    void dropContext();
+    void handle(const XEvent& event);
+
+    std::unique_ptr<Display, CloseDisplay> display;
+    EGLDisplay egl = EGL_NO_DISPLAY;
+    EGLConfig config = nullptr;
+    EGLSurface surface = EGL_NO_SURFACE;
+    EGLContext context = EGL_NO_CONTEXT;
+    Window window = 0;
+    Atom closing = 0;
+    app::Size pixels{1, 1};
+    bool exposed = false;
+    bool closed = false;
+};
+
+}  // namespace saver

@@ -1,0 +1,29 @@
+#pragma once
+
+#include <X11/Xlib.h>
+
+#include <string>
+
+#include "tests/desktop_files.h"
+
+/// A window of the test's own connection, for the screen saver to draw into.
+class ForeignWindow {
+public:
+    ForeignWindow(int x, int y, unsigned width, unsigned height);
+    ~ForeignWindow();
+    ForeignWindow(const ForeignWindow&) = delete;
+    ForeignWindow& operator=(const ForeignWindow&) = delete;
+
+    std::string id() const { return std::to_string(window); }
+    void moveAndResize(int x, int y, unsigned width, unsigned height);
+    void destroy();
+    /// Returns true if other programs can grab pointer and keyboard, and none selects their events from the window.
+    bool leavesInputAlone() const;
+
+    /// Returns a screenshot of the whole display.
+    Pixbuf screenshot() const;
+
+private:
+    Display* display;
+    Window window;
+};

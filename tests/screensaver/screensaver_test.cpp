@@ -1,0 +1,311 @@
+// Runs the screen saver as users do: in a window of another program, and chosen in XScreenSaver. Checks pixels of the
+// display, messages and exit codes.
+
+#include <gtest/gtest.h>
+#include <signal.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <chrono>
+#include <cmath>
+#include <cstdlib>
+#include <fstream>
+#include <iterator>
+#include <memory>
+#include <random>
+#include <regex>
+#include <set>
+#include <sstream>
+#include <string>
+#include <thread>
+#include <utility>
+#include <vector>
+
+#include "foreign_window.h"
+#include "tests/desktop_files.h"
+#include "tests/virtual_display.h"
+
+namespace {
+
+constexpr int width = 480;
+constexpr int height = 360;
+constexpr Rgb red = {200, 40, 30};
+constexpr Rgb blue = {30, 60, 200};
+constexpr Rgb black = {0, 0, 0};
+/// Grey of the picture that replaces a missing one.
+constexpr Rgb plain = {96, 96, 96};
+
+bool isNear(const Rgb& one, const Rgb& other) {
+    return std::ranges::equal(one, other,
+                              [](int left, int right) { return std::abs(left - right) <= 2; });
+}
+
+class ScreensaverTest : public FolderTest {
+protected:
+    static void SetUpTestSuite() {
+        display = std::make_unique<VirtualDisplay>(std::to_string(width) + "x" +
+                                                   std::to_string(height) + "x24");
+    }
+    static void TearDownTestSuite() { display.reset(); }
+
+    ScreensaverTest() {
+        save(paint(64, 48, [](double, double) { return red; }), "red.png");
+        save(paint(64, 48, [](double, double) { return blue; }), "blue.png");
+    }
+    ~ScreensaverTest() override {
+        if (saver != 0) {
+            kill(saver, SIGKILL);
+            waitpid(saver, nullptr, 0);
+        }
+    }
+
+    /// Starts the program with these arguments. Their first words can set variables.
+    void startSaver(const std::string& variables, const std::string& arguments) {
+        saver = start("cd " + folder.string() + " && exec env HOME=" + folder.string() +
+                      // The display drivers leak memory and are unloaded at exit.
+                      " ASAN_OPTIONS=$ASAN_OPTIONS:detect_leaks=0 " + variables +
+                      " " VELMORA_SCREENSAVER " " + arguments + " >out 2>err");
+    }
+    /// Returns the exit code, or the negative signal that ended the program.
+    int ended() {
+        int status = 0;
+        const bool ends = waitFor([&] { return waitpid(saver, &status, WNOHANG) == saver; });
+        if (!ends) {
+            ADD_FAILURE() << "the screen saver does not end";
+            kill(saver, SIGKILL);
+            waitpid(saver, &status, 0);
+        }
+        saver = 0;
+        return WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
+    }
+    /// Returns true if the display soon has this colour at a point.
+    bool shows(const Rgb& color, int x, int y) const {
+        return waitFor([&] { return isNear(pixel(window.screenshot(), x, y), color); });
+    }
+    /// Returns the number of the last frame that the interposer has noted.
+    int framesDrawn() const {
+        const std::string lines = contents("frames");
+        return static_cast<int>(std::ranges::count(lines, '\n')) * 10;
+    }
+
+    static std::unique_ptr<VirtualDisplay> display;
+    ForeignWindow window{40, 30, 200, 150};
+    const std::string into = "--window-id " + window.id();
+    const std::string interposed = "LD_PRELOAD=" VELMORA_INTERPOSER " FRAMES_FILE=frames";
+    pid_t saver = 0;
+};
+
+std::unique_ptr<VirtualDisplay> ScreensaverTest::display;
+
+TEST_F(ScreensaverTest, ReportsBadOptionsInOneLine) {
+    const struct {
+        std::string variables;
+        std::string arguments;
+        std::string expected;
+    } cases[] = {
+        {"", "--bogus", "not expected: --bogus"},
+        {"", "-rain 99", "--rain: "},
+        {"", "-speed fast", "--speed: "},
+        {"", "-window-id 1x", "--window-id must be the number of a window"},
+        {"", "-window-id 0x7654321", "there is no window 0x7654321"},
+        {"XSCREENSAVER_WINDOW=none", "--root", "XSCREENSAVER_WINDOW must be the number"},
+        {"DISPLAY=:9999", "", "cannot open the X display ':9999'"},
+        {"", into + " --preset nowhere", "no such preset: nowhere"},
+        {"", into + " --script nowhere", "no such gesture script: nowhere"},
+    };
+    for (const auto& [variables, arguments, expected] : cases) {
+        SCOPED_TRACE(variables + arguments);
+        startSaver(variables, arguments);
+        EXPECT_EQ(ended(), 2);
+        const std::string line = contents("err");
+        EXPECT_NE(line.find(expected), std::string::npos) << line;
+        EXPECT_EQ(line.find('\n'), line.size() - 1) << line;
+    }
+}
+
+TEST_F(ScreensaverTest, AcceptsEveryOptionOfTheSettingsDialog) {
+    std::ifstream file(VELMORA_SOURCES "/screensaver/velmora.xml");
+    const std::string xml{std::istreambuf_iterator<char>(file), {}};
+    const auto all = [&xml](const std::string& pattern) {
+        const std::regex expression(pattern);
+        return std::vector<std::smatch>(std::sregex_iterator(xml.begin(), xml.end(), expression),
+                                        {});
+    };
+    std::vector<std::string> commands;
+    std::set<std::string> presets;
+    for (const std::smatch& option : all(R"re(arg(-set|-unset)?="([^"%]*)")re")) {
+        commands.push_back(option[2]);
+        if (option.str(2).starts_with("--preset ")) {
+            presets.insert(option.str(2).substr(9) + ".json");
+        }
+    }
+    for (const std::smatch& number :
+         all(R"re(<number[^>]*arg="([^"%]*)%"[^>]*low="([^"]*)" high="([^"]*)")re")) {
+        commands.push_back(number.str(1) + number.str(2));
+        commands.push_back(number.str(1) + number.str(3));
+    }
+    for (const std::smatch& text : all(R"re(<file[^>]*arg="([^"%]*)%")re")) {
+        commands.push_back(text.str(1) + "red.png");
+    }
+    ASSERT_GT(commands.size(), 15u);
+    for (const std::string& command : commands) {
+        startSaver("", command + " --window-id 0x7654321");
+        EXPECT_EQ(ended(), 2);
+        EXPECT_NE(contents("err").find("there is no window"), std::string::npos)
+            << command << ": " << contents("err");
+    }
+    std::set<std::string> shipped = {"random.json"};
+    for (const auto& entry : fs::directory_iterator(VELMORA_SOURCES "/presets")) {
+        if (entry.path().extension() == ".json") {
+            shipped.insert(entry.path().filename());
+        }
+    }
+    EXPECT_EQ(presets, shipped);
+}
+
+TEST_F(ScreensaverTest, DrawsOnlyInTheForeignWindowAndFollowsIt) {
+    startSaver("", into + " --picture red.png");
+    EXPECT_TRUE(shows(red, 45, 35));
+    const Pixbuf shown = window.screenshot();
+    for (int at = 0; at < width * height; ++at) {
+        const int x = at % width;
+        const int y = at / width;
+        const bool inside = x >= 40 && x < 240 && y >= 30 && y < 180;
+        // Around the window, and in its corner, which no stroke reaches this early.
+        ASSERT_TRUE(inside || pixel(shown, x, y) == black) << x << " " << y;
+    }
+    EXPECT_TRUE(window.leavesInputAlone());
+    window.moveAndResize(100, 80, 320, 240);
+    EXPECT_TRUE(shows(red, 415, 315)) << "the corner of the larger window";
+    EXPECT_TRUE(shows(black, 50, 40));
+    window.moveAndResize(0, 0, 1, 1);
+    EXPECT_TRUE(shows(red, 0, 0));
+    window.destroy();
+    EXPECT_EQ(ended(), 0);
+    EXPECT_EQ(contents("err"), "");
+}
+
+TEST_F(ScreensaverTest, TheVariableNamesTheWindowAndRootFillsTheScreen) {
+    startSaver("XSCREENSAVER_WINDOW=" + window.id(), "-root -picture red.png -no-ink");
+    EXPECT_TRUE(shows(red, 45, 35));
+    EXPECT_EQ(pixel(window.screenshot(), width - 1, height - 1), black);
+    kill(saver, SIGTERM);
+    EXPECT_EQ(ended(), 0);
+    startSaver("", "-root -picture blue.png");
+    EXPECT_TRUE(shows(blue, width - 1, height - 1));
+    kill(saver, SIGINT);
+    EXPECT_EQ(ended(), 0);
+    EXPECT_EQ(contents("err"), "");
+}
+
+TEST_F(ScreensaverTest, AMissingPictureGivesOneLineAndAPlainPicture) {
+    write("bin/x", "");
+    fs::create_directory(folder / "empty");
+    fs::create_directory(folder / "bin");
+    write("bin/xscreensaver-getimage", "#!/bin/sh\nexit 1\n");
+    fs::permissions(folder / "bin/xscreensaver-getimage", fs::perms::owner_all);
+    write("text.png", "not an image");
+    for (const auto& [picture, expected] :
+         {std::pair{" --picture missing.png", "no such image: missing.png"},
+          {" --picture empty", "the folder has no PNG"},
+          {" --picture text.png", "not a readable image"},
+          {"", "cannot grab the desktop, because xscreensaver-getimage failed"}}) {
+        SCOPED_TRACE(picture);
+        startSaver("PATH=" + folder.string() + "/bin:$PATH", into + picture);
+        EXPECT_TRUE(shows(plain, 45, 35));
+        kill(saver, SIGTERM);
+        EXPECT_EQ(ended(), 0);
+        const std::string line = contents("err");
+        EXPECT_NE(line.find(expected), std::string::npos) << line;
+        EXPECT_EQ(line.find('\n'), line.size() - 1) << line;
+        window.moveAndResize(40, 30, 200, 150);
+        startSaver("", into + " --picture red.png");
+        EXPECT_TRUE(shows(red, 45, 35));
+        kill(saver, SIGTERM);
+        ended();
+    }
+}
+
+TEST_F(ScreensaverTest, PicturesOfAFolderFadeIntoEachOther) {
+    fs::create_directory(folder / "pictures");
+    fs::copy(folder / "red.png", folder / "pictures");
+    fs::copy(folder / "blue.png", folder / "pictures");
+    write("pictures/broken.jpg", "not an image");
+    startSaver("", into + " --picture pictures --duration 3");
+    const auto shown = [&] { return pixel(window.screenshot(), 45, 35); };
+    ASSERT_TRUE(waitFor([&] { return isNear(shown(), red) || isNear(shown(), blue); }));
+    const Rgb other = isNear(shown(), red) ? blue : red;
+    EXPECT_TRUE(waitFor([&] {
+        const Rgb blend = shown();
+        return blend[0] > 60 && blend[0] < 170 && blend[2] > 60 && blend[2] < 170;
+    }));
+    EXPECT_TRUE(shows(other, 45, 35));
+}
+
+TEST_F(ScreensaverTest, GrabsThePictureThatXScreenSaverChooses) {
+    fs::create_directory(folder / "chosen");
+    save(paint(width, height, [](double, double) { return blue; }), "chosen/blue.png");
+    write(".xscreensaver", "grabDesktopImages: False\nchooseRandomImages: True\nimageDirectory: " +
+                               folder.string() + "/chosen\n");
+    startSaver("", into);
+    EXPECT_TRUE(shows(blue, 140, 105));
+    EXPECT_EQ(contents("err"), "");
+}
+
+TEST_F(ScreensaverTest, SurvivesStopsAndALostContext) {
+    startSaver(interposed + " LOSE_AT=15", into + " --picture red.png --preset storm");
+    ASSERT_TRUE(waitFor([&] { return framesDrawn() >= 30; })) << contents("err");
+    EXPECT_TRUE(shows(red, 40, 30)) << "after the loss";
+    kill(saver, SIGSTOP);
+    int status = 0;
+    ASSERT_EQ(waitpid(saver, &status, WUNTRACED), saver);
+    const int before = framesDrawn();
+    kill(saver, SIGCONT);
+    EXPECT_TRUE(waitFor([&] { return framesDrawn() > before; }));
+    kill(saver, SIGTERM);
+    EXPECT_EQ(ended(), 0);
+    EXPECT_EQ(contents("err"), "");
+}
+
+TEST_F(ScreensaverTest, EndsWithTheDisplay) {
+    const std::string first = std::getenv("DISPLAY");
+    const VirtualDisplay other("640x480x24");
+    startSaver(interposed + " SERVER=" + std::to_string(other.process()),
+               "--root --picture red.png --preset storm");
+    setenv("DISPLAY", first.c_str(), 1);
+    EXPECT_EQ(ended(), 0);
+    EXPECT_EQ(contents("err"), "");
+}
+
+TEST_F(ScreensaverTest, EndsWithoutAWordWhenKilledAtAnyMoment) {
+    std::mt19937 random(1);
+    for (int run = 0; run < 12; ++run) {
+        SCOPED_TRACE(run);
+        startSaver("", into + (run % 2 == 0 ? " --picture red.png --preset rain" : ""));
+        std::this_thread::sleep_for(std::chrono::milliseconds(random() % 600));
+        kill(saver, SIGTERM);
+        const int code = ended();
+        EXPECT_TRUE(code == 0 || code == -SIGTERM) << code;  // -SIGTERM: before main
+        EXPECT_EQ(contents("err"), "");
+    }
+}
+
+TEST_F(ScreensaverTest, MemoryStaysFlatAndAnIdleEffectDrawsNothing) {
+    fs::create_directory(folder / "pictures");
+    fs::copy(folder / "red.png", folder / "pictures");
+    fs::copy(folder / "blue.png", folder / "pictures");
+    window.moveAndResize(0, 0, 64, 48);
+    // Twenty times the speed, so that all strokes, rests, fades and presets follow each other in seconds.
+    startSaver(interposed + " CLOCK_FACTOR=20",
+               into + " --picture pictures --preset random --duration 10");
+    ASSERT_TRUE(waitFor([&] { return framesDrawn() >= 4000; })) << contents("frames");
+    std::istringstream lines(contents("frames"));
+    int frame = 0;
+    int early = 0;
+    for (int memory = 0; lines >> frame >> memory;) {
+        early = frame == 1000 ? memory : early;
+        EXPECT_TRUE(early == 0 || memory < early + 4000) << memory << " kB at frame " << frame;
+    }
+}
+
+}  // namespace

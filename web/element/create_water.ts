@@ -1,0 +1,106 @@
+// Water on a canvas of the page, without the custom element.
+
+import type { Settings } from "../../build/web/settings";
+import { defaultSettings } from "../../build/web/settings";
+import type { BackgroundSource } from "./background";
+import type { WaterState } from "./live_water";
+import { presetOf } from "./setting_values";
+import { Water } from "./water";
+
+export interface WaterOptions extends Partial<Omit<WaterState, "settings">> {
+    /** Shipped preset or JSON. */
+    preset?: string;
+    /** Settings; they have priority over the preset. */
+    settings?: Partial<Settings>;
+    /** Loaded image, video or canvas under the water. Default: white. */
+    background?: BackgroundSource;
+}
+
+/** Water on a canvas. Dispatches the events of the custom element. */
+export class CanvasWater extends EventTarget {
+    private readonly water: Water;
+    private background: BackgroundSource | null;
+
+    constructor(canvas: HTMLCanvasElement, options: WaterOptions = {}) {
+        super();
+        this.background = options.background ?? null;
+        const source = () => this.background;
+        this.water = new Water({
+            area: canvas,
+            hoverArea: canvas,
+            events: this,
+            get source() {
+                return source();
+            },
+            makeCanvas: () => canvas,
+            show: () => {},
+            keepsContext: true,
+        });
+        this.update(options);
+        this.water.connect();
+    }
+
+    /** Changes options. */
+    update({ preset, settings, background, quality, ...state }: WaterOptions): void {
+        if (preset !== undefined || settings) {
+            const base = preset === undefined ? this.water.state.settings : { ...defaultSettings, ...presetOf(preset) };
+            this.water.setSettings({ ...base, ...settings });
+        }
+        if (quality) {
+            this.water.setQuality(quality);
+        }
+        Object.assign(this.water.state, state);
+        this.water.update();
+        if (background) {
+            this.background = background;
+            this.water.onBackground();
+        }
+    }
+
+    /** True while the water runs no frames. */
+    get idle(): boolean {
+        return this.water.isIdle;
+    }
+
+    drop(...touch: Parameters<Water["drop"]>): Promise<void> {
+        return this.water.drop(...touch);
+    }
+
+    stroke(...stroke: Parameters<Water["stroke"]>): Promise<void> {
+        return this.water.stroke(...stroke);
+    }
+
+    clear(): void {
+        this.water.clear();
+    }
+
+    play(gesture: string): Promise<void> {
+        return this.water.play(gesture);
+    }
+
+    startRecording(): void {
+        this.water.startRecording();
+    }
+
+    stopRecording(): Promise<string> {
+        return this.water.stopRecording();
+    }
+
+    toBlob(): Promise<Blob> {
+        return this.water.toBlob();
+    }
+
+    /** Ends the water and gives the canvas's GL context back to the browser. */
+    destroy(): void {
+        this.water.disconnect();
+    }
+}
+
+/** Resolves to water on a canvas after its first frame. Rejects if the browser cannot draw it. */
+export function createWater(canvas: HTMLCanvasElement, options: WaterOptions = {}): Promise<CanvasWater> {
+    const water = new CanvasWater(canvas, options);
+    return new Promise((resolve, reject) => {
+        water.addEventListener("ready", () => resolve(water), { once: true });
+        water.addEventListener("error", (event) => reject((event as ErrorEvent).error as Error), { once: true });
+    });
+}
