@@ -10,14 +10,19 @@ import { BackgroundTexture, type TextureOwner } from "./background_texture";
 import type { Effect } from "./effect";
 import { FingerQueue, type Point } from "./finger_queue";
 
+/** Input that touches the water: a drag that leaves vertical swipes to the page, a moving mouse, no input, or each drag. */
 export type PointerMode = "drag" | "hover" | "none" | "capture";
 
 /** What the author of the page has chosen. */
 export interface WaterState {
     settings: Settings;
+    /** Input that touches the water. */
     pointer: PointerMode;
+    /** True to draw without a user. */
     attract: boolean;
+    /** True to stop the water and keep its last frame. */
     paused: boolean;
+    /** `auto` draws less detail on a slow machine, `full` never does. */
     quality: "auto" | "full";
     /** Rendered pixels per CSS pixel. Undefined for the screen's ratio. */
     pixelRatio: number | undefined;

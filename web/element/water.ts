@@ -26,6 +26,7 @@ export interface WaterHost {
     readonly keepsContext?: boolean;
 }
 
+/** Options of a touch by script. */
 export type DropOptions = Pick<StrokeOptions, "pressure">;
 
 const noWebGl = "This browser has no WebGL, or no more GL contexts. The plain picture is shown.";
