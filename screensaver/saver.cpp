@@ -107,9 +107,16 @@ hostkit::Image Saver::firstPicture() {
 }
 
 void Saver::run() {
-    start();
-    while (!desktop::isInterrupted() && !window.isGone()) {
-        turn();
+    try {
+        start();
+        while (!desktop::isInterrupted() && !window.isGone()) {
+            turn();
+        }
+    } catch (const desktop::Failure&) {
+        window.handleEvents(0ns);
+        if (!window.isGone()) {  // without its window, EGL fails as well
+            throw;
+        }
     }
 }
 
