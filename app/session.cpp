@@ -8,6 +8,7 @@
 
 #include "app/ink_choice.h"
 #include "hostkit/digest.h"
+#include "hostkit/jni_environment.h"
 #include "hostkit/screen.h"
 
 namespace app {

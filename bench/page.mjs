@@ -10,7 +10,7 @@
 
 import { statSync } from "node:fs";
 import { loadavg } from "node:os";
-import { launch, open, softwareGl, top } from "../tests/web/page.mjs";
+import { launch, open, top } from "../tests/web/page.mjs";
 
 const size = (process.argv[2] ?? "540x960").split("x").map(Number);
 const seconds = Number(process.argv[3] ?? 8);
@@ -86,7 +86,7 @@ async function stir({ duration, steady }) {
     }
 }
 
-const browser = await launch([...softwareGl, ...process.argv.slice(5)]);
+const browser = await launch({ args: process.argv.slice(5) });
 const system = await browser.newBrowserCDPSession();
 
 /** Returns the processor seconds of all browser processes. Other programs affect them less than frames per second. */

@@ -1,13 +1,12 @@
 #include <emscripten/emscripten.h>
+#include <jni.h>
 #include <standin_bitmap.h>
 
 #include <algorithm>
-#include <array>
 #include <chrono>
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
-#include <span>
 #include <type_traits>
 #include <utility>
 #include <variant>
