@@ -232,9 +232,15 @@ export class LiveWater {
         clearTimeout(this.resizeTimer);
         this.resizeTimer = window.setTimeout(() => {
             if (!this.isContextLost && !this.hasWantedSize && !this.ended.signal.aborted) {
-                this.start((size) => this.effect.resize(size));
+                this.resize();
             }
         }, resizeDelay);
+    }
+
+    /** Starts the effect at the wanted size with the same waves. Draws at once, because a resized canvas is blank. */
+    private resize(): void {
+        this.start((size) => this.effect.resize(size));
+        this.effect.frame(0);
     }
 
     /** Starts the effect at the wanted size, without ink. */
@@ -289,7 +295,7 @@ export class LiveWater {
             this.frame(elapsed);
         }
         if (this.maySizeChange && !this.hasWantedSize) {
-            this.start((size) => effect.resize(size));
+            this.resize();
         }
         this.reportIdle();
         return !this.loop.isRunning && !this.isStill;
