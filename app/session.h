@@ -110,8 +110,8 @@ public:
     bool isWaterIdle() const { return host && host->water().idle; }
     bool mayShowInk() const { return !applied.waterOnly && idleWatch.mayShowInk(); }
 
-    /// Restarts the effect in the state in which a replay starts, and records all actions. Their frame numbers are times
-    /// in 1/60 s, however many frames are drawn. A replay is exact if each frame lasted 1/60 s.
+    /// Restarts the effect in the state in which a replay starts, and records all actions. Their frame numbers are
+    /// times in 1/60 s, however many frames are drawn. A replay is exact if each frame lasted 1/60 s.
     void startRecording();
     /// Ends a recording. Does nothing without a recording.
     void finishRecording();
@@ -127,8 +127,8 @@ public:
     Size screen() const { return screenSize; }
     const hostkit::WaterDriver& water() const { return host->water(); }
 
-    /// Passes the time between two frames in milliseconds to the adaptive quality. Does nothing during recordings, so that
-    /// a film of them keeps its detail, and during replays, which draw every frame even on a slow machine.
+    /// Passes the time between two frames in milliseconds to the adaptive quality. Does nothing during recordings, so
+    /// that a film of them keeps its detail, and during replays, which draw every frame even on a slow machine.
     void noteInterval(double interval);
     /// State of the adaptive quality.
     Quality quality;
