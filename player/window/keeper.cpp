@@ -63,6 +63,16 @@ void Keeper::finishRecording() {
     showToast(toast, "Saved " + file.string() + ". G replays it.");
 }
 
+void Keeper::finishRecordingForResize() {
+    if (session.recording() != nullptr) {
+        attempt(toast, [&] {
+            finishRecording();
+            showToast(toast, "The new window size ended the recording. Saved " + recorded.string() +
+                                 ". G replays it.");
+        });
+    }
+}
+
 void Keeper::watchRecording() {
     if (session.recording() && session.recording()->hasFailed()) {
         attempt(toast, [&] { finishRecording(); });

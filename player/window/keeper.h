@@ -37,6 +37,8 @@ public:
     /// Starts a recording in `file`, which must be empty.
     void startRecording(const std::filesystem::path& file);
     void finishRecording();
+    /// Finishes the recording, if any, because the window has a new size. Shows errors as toasts.
+    void finishRecordingForResize();
     /// Finishes the recording if a write to its file has failed.
     void watchRecording();
     /// Returns the file of the last finished recording, or an empty path.

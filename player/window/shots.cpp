@@ -37,10 +37,10 @@ void fill(const fs::path& file, Work work) {
     }
 }
 
-/// Removes the film of a failed encoder if it is empty. A partial film may still play.
-void removeIfEmpty(const fs::path& file) {
+/// Removes the film of a failed encoder if it does not play. An incomplete WebM or GIF file plays, unless it is empty.
+void removeIfBroken(const fs::path& file) {
     std::error_code ignored;
-    if (fs::is_empty(file, ignored)) {
+    if (file.extension() == ".mp4" || fs::is_empty(file, ignored)) {
         fs::remove(file, ignored);
     }
 }
@@ -54,7 +54,7 @@ void Shots::createFolder() const {
     std::error_code error;
     fs::create_directories(folder, error);
     if (error) {
-        throw Failure("cannot write to this path, " + error.message(), folder.string());
+        throw desktop::cannotWrite(folder, error);
     }
 }
 
@@ -145,19 +145,22 @@ fs::path Shots::createGestureFile() const {
 
 fs::path Shots::startFilm(app::Size size) {
     filmFile = createNumberedFile("film", "." + format);
-    fill(filmFile,
-         [&] { film = std::make_unique<Encoder>(filmFile, size, FilmTiming::wallClock); });
+    fill(filmFile, [&] { film = std::make_unique<Encoder>(filmFile, size, std::nullopt); });
+    filmSize = size;
     lastFrame = {};
     return filmFile;
 }
 
 void Shots::addToFilm(hostkit::Image frame) {
+    if (frame.width != filmSize.width || frame.height != filmSize.height) {
+        frame = desktop::fitting(frame, filmSize.width, filmSize.height);
+    }
     try {
         film->add(frame);
         lastFrame = std::move(frame);
     } catch (...) {
         film.reset();
-        removeIfEmpty(filmFile);
+        removeIfBroken(filmFile);
         throw;
     }
 }
@@ -170,7 +173,7 @@ std::optional<fs::path> Shots::finishFilm() {
         }
         ending->finish();
     } catch (...) {
-        removeIfEmpty(filmFile);
+        removeIfBroken(filmFile);
         throw;
     }
     if (lastFrame.empty()) {

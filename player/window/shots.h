@@ -41,7 +41,8 @@ public:
 
     std::filesystem::path startFilm(app::Size size);
     bool filming() const { return film != nullptr; }
-    /// Adds a frame, which is shown from now on. If the encoder fails, ends the film.
+    /// Adds a frame, which is shown from now on. Scales a frame of another size to fit the film. If the encoder fails,
+    /// ends the film.
     void addToFilm(hostkit::Image frame);
     /// Completes the film and returns its name. Removes a film without frames and returns nothing.
     std::optional<std::filesystem::path> finishFilm();
@@ -59,6 +60,7 @@ private:
     std::string format;
     std::vector<std::filesystem::path> saved;
     std::filesystem::path filmFile;
+    app::Size filmSize{};
     std::unique_ptr<Encoder> film;
     /// Last frame of the film; empty before the first one.
     hostkit::Image lastFrame;

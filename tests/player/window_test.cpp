@@ -384,6 +384,24 @@ TEST_F(WindowTest, AFilmHasTheDurationOfTheFilmingAndShowsAMark) {
     EXPECT_TRUE(waitFor([&] { return !redDot(); }));
 }
 
+TEST_F(WindowTest, ANewSizeContinuesAFilmAndEndsARecording) {
+    openWindow("--no-attract --format gif --record kept.gesture");
+    press("f");
+    ASSERT_TRUE(waitFor([&] { return fs::exists(folder / "shots/film-01.gif"); }));
+    xdotool("windowsize " + window + " 360 240");
+    ASSERT_TRUE(waitFor([&] {
+        return contents("kept.gesture").find("frames") != std::string::npos;
+    })) << "the recording must end";
+    ASSERT_TRUE(waitFor([&] { return gdk_pixbuf_get_width(shot().get()) == 360; }));
+    press("f");
+    ASSERT_TRUE(waitFor([&] { return !probed("shots/film-01.gif").empty(); }));
+    EXPECT_TRUE(probed("shots/film-01.gif").starts_with("240,360,"));
+    run("ffmpeg -v error -i shots/film-01.gif -update 1 last.png");
+    const Pixbuf last = load("last.png");
+    EXPECT_LT(difference(pixel(last, 120, 20), {0, 0, 0}), 20) << "bars beside the new frame";
+    EXPECT_LT(difference(pixel(last, 120, 180), plainColor), 20);
+}
+
 TEST_F(WindowTest, AnIdleGifRepeatsNoFrame) {
     openWindow("--no-attract --format gif");
     press("f");
@@ -667,7 +685,8 @@ TEST_F(WindowTest, ARecordingWithoutSpaceEndsWithAnErrorAndTheWindowStays) {
     openWindow("--no-attract --record cut.gesture");
     xdotool("mousedown 1");
     const auto ended = [&] {
-        return contents("err").find("too large: cut.g") != std::string::npos;
+        return contents("err").find("cannot write cut.gesture: file too large") !=
+               std::string::npos;
     };
     for (int move = 0; move < 40 || !(move > 400 || ended()); ++move) {
         pointAt(60 + move % 100, 90);
@@ -718,7 +737,7 @@ TEST_F(WindowTest, ReportsInOneLineWhyTheWindowCannotOpen) {
         {"DISPLAY=:9999", "", "cannot open a window"},
         {"SDL_VIDEODRIVER=dummy", "", "cannot open a window with OpenGL ES 2.0"},
         {"", "--record taken.gesture", "would overwrite"},
-        {"", "--record /nowhere/a.gesture", "cannot write to this path"},
+        {"", "--record /nowhere/a.gesture", "cannot write /nowhere/a.gesture: no such file"},
         {"", "--preset /nowhere.json", "no such preset"},
         {"", "--script taken.gesture", "taken.gesture:1: expected"},
     };
