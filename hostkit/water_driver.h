@@ -100,8 +100,8 @@ struct WaterDriver {
 WaterDriver makeWater(JniEnvironment& jni, int screenWidth, int screenHeight,
                       WaterSettings settings = {});
 
-/// Copies the waves of one water to another water. Screen, grid, mesh and step rate may differ. Waves keep their position
-/// relative to the sides of the screen.
+/// Copies the waves of one water to another water. Screen, grid, mesh and step rate may differ. Waves keep their
+/// position relative to the sides of the screen.
 /// @param from water to copy from
 /// @param to water that receives the heights, velocities and remaining time
 void resampleWaves(const WaterDriver& from, WaterDriver& to);

@@ -22,8 +22,8 @@ struct Screen {
     int width, height;
 };
 
-/// Returns the position of a mesh vertex from the left and from the top, as fractions of the screen. The origin of the
-/// mesh is the centre of the screen, with y up.
+/// Returns the position of a mesh vertex, from the left and from the top, as fractions of the screen. In the mesh, the
+/// origin is the centre of the screen and y is up.
 std::pair<double, double> screenPosition(const WaterDriver& water, std::size_t firstFloat) {
     const auto positions = JniEnvironment::elements(water.positions);
     return {0.5 + static_cast<double>(positions[firstFloat]) / water.meshSizeWidth,
@@ -68,7 +68,7 @@ TEST(WaterDriver, ARippleRisesAtTheFinger) {
     }
 }
 
-TEST(WaterDriver, NeighbourHeightsAreFromTheRightAndAbove) {
+TEST(WaterDriver, StoresTheHeightsOfTheRightAndUpperNeighbours) {
     JniEnvironment jni;
     WaterDriver water = makeWater(jni, 90, 160, {.shortSideCells = 9});
     const auto heightOf = [&water](int column, int row) {
@@ -141,7 +141,7 @@ TEST(WaterDriver, ANewMeshDoesNotChangeTheWaves) {
                                    JniEnvironment::elements(water.velocity)));
 }
 
-TEST(WaterDriver, StepsAreFixedAndStopWhenTheWaterIsIdle) {
+TEST(WaterDriver, StepsHaveAFixedLengthAndStopWhenTheWaterIsIdle) {
     JniEnvironment jni;
     WaterDriver water = makeWater(jni, 90, 160, {.shortSideCells = 30});
     advanceWater(water, jni, 1s);
