@@ -12,7 +12,7 @@ constexpr double maxIntervalRatio = 0.85;
 /// Minimum number of mesh vertices along the shorter side.
 constexpr int minVertices = 30;
 /// Minimum numbers of cells and of pixels along the shorter side at which a vertex on every second cell is full detail.
-/// The structural similarity with the finest mesh is then at least 0.99 in each frame of the shipped gestures
+/// The structural similarity with frames of the finest mesh is then at least 0.99 for the shipped gestures
 /// (velmora-bench-mesh).
 constexpr int minCellsToSkip = 90;
 constexpr int minPixelsToSkip = 1000;
