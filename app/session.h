@@ -59,8 +59,8 @@ public:
     /// Starts the effect with idle water and no ink on a screen of this size. Ends a recording and continues a replay.
     /// If renewContext throws, the next frame tries again.
     void restart(Size screen);
-    /// Starts the effect on a screen of another size and keeps the waves. The ink is lost, because only touches can add ink
-    /// to the library.
+    /// Starts the effect on a screen of another size and keeps the waves. The ink is lost, because only touches can add
+    /// ink to the library.
     void resize(Size screen);
     /// Creates the GL objects anew after the front end has replaced a lost context. Records the loss.
     void regainContext();
@@ -110,8 +110,8 @@ public:
     bool isWaterIdle() const { return host && host->water().idle; }
     bool mayShowInk() const { return !applied.waterOnly && idleWatch.mayShowInk(); }
 
-    /// Restarts the effect in the state in which a replay starts, and records all actions. Their frame numbers are times
-    /// in 1/60 s, however many frames are drawn. A replay is exact if each frame lasted 1/60 s.
+    /// Restarts the effect in the state in which a replay starts, and records all actions. Their frame numbers are
+    /// times in 1/60 s, however many frames are drawn. A replay is exact if each frame lasted 1/60 s.
     void startRecording();
     /// Ends a recording. Does nothing without a recording.
     void finishRecording();
@@ -127,8 +127,8 @@ public:
     Size screen() const { return screenSize; }
     const hostkit::WaterDriver& water() const { return host->water(); }
 
-    /// Passes the time between two frames in milliseconds to the adaptive quality. Does nothing during recordings, so that
-    /// a film of them keeps its detail, and during replays, which draw every frame even on a slow machine.
+    /// Passes the time between two frames in milliseconds to the adaptive quality. Does nothing during recordings, so
+    /// that a film of them keeps its detail, and during replays, which draw every frame even on a slow machine.
     void noteInterval(double interval);
     /// State of the adaptive quality.
     Quality quality;
@@ -140,7 +140,7 @@ private:
     bool hasChanges() const;
     void advanceFade(std::chrono::nanoseconds elapsed);
     void applyChanges();
-    int wantedCellsPerVertex() const { return cellsPerVertex(quality, settings.meshDetail); }
+    int wantedCellsPerVertex() const;
     void chooseAttractInk();
     std::vector<hostkit::ScriptAction> takeActions();
     void run(std::span<const hostkit::ScriptAction> frameActions, std::chrono::nanoseconds elapsed);

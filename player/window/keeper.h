@@ -2,6 +2,7 @@
 
 #include <chrono>
 #include <filesystem>
+#include <string>
 #include <vector>
 
 #include "player/options.h"
@@ -50,7 +51,14 @@ public:
     void takeScreenshot();
 
     /// Saves the settings in a new preset and returns its file.
-    std::filesystem::path savePreset();
+    std::filesystem::path savePreset(const std::string& name);
+    /// Returns a name for a new preset that no file has.
+    std::string newPresetName() const { return shots.newPresetName(); }
+    /// Renames a preset of the user and returns its new file.
+    std::filesystem::path renamePreset(const std::filesystem::path& preset,
+                                       const std::string& name);
+    /// Deletes a preset of the user.
+    void deletePreset(const std::filesystem::path& preset);
     /// Saves the frame on the screen as the last preset's thumbnail, unless that preset has one.
     void addThumbnail();
 

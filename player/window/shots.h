@@ -26,7 +26,14 @@ public:
     void add(const std::filesystem::path& file) { saved.push_back(file); }
 
     std::filesystem::path screenshot(const hostkit::Image& image);
-    std::filesystem::path preset(const app::Settings& settings);
+    std::filesystem::path preset(const app::Settings& settings, const std::string& name);
+    /// Returns a name for a preset that no file has: preset-01, preset-02 and so on.
+    std::string newPresetName() const;
+    /// Renames a preset and its thumbnail. Returns the new file.
+    std::filesystem::path renamePreset(const std::filesystem::path& preset,
+                                       const std::string& name);
+    /// Deletes a preset and its thumbnail.
+    void deletePreset(const std::filesystem::path& preset);
     /// Saves a preset's thumbnail. Does nothing if a file of its name exists.
     void thumbnail(const std::filesystem::path& preset, const hostkit::Image& image);
     /// Creates an empty file for a recording.
@@ -40,6 +47,10 @@ public:
     std::optional<std::filesystem::path> finishFilm();
 
 private:
+    void createFolder() const;
+    /// Returns FOLDER/STEM-NN.EXTENSION. Numbers count from 1.
+    std::filesystem::path numbered(const std::string& stem, int number,
+                                   const std::string& extension) const;
     /// Creates FOLDER/STEM-NN.EXTENSION with the lowest free number, and the folder.
     std::filesystem::path createNumberedFile(const std::string& stem,
                                              const std::string& extension) const;

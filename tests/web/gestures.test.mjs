@@ -68,7 +68,7 @@ test("a shipped gesture gives the same velocities and water as the native host",
 async function record(page) {
     await page.keyboard.press("v");
     await page.keyboard.press("r");
-    await page.waitForFunction(() => /gesture 0:0/.test(document.getElementById("badges").textContent));
+    await page.waitForFunction(() => /Gesture 0:0/.test(document.getElementById("badges").textContent));
     await drag(page, [60, 200], [200, 260], 5);
     await page.keyboard.press("l");
     await page.waitForFunction(() => window.velmora.counts().contexts === 2);

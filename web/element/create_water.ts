@@ -1,7 +1,6 @@
 // Water on a canvas of the page, without the custom element.
 
-import type { Settings } from "../../build/web/settings";
-import { defaultSettings } from "../../build/web/settings";
+import { defaultSettings, type Settings } from "../../build/web/settings";
 import type { BackgroundSource } from "./background";
 import type { WaterState } from "./live_water";
 import { presetOf } from "./setting_values";

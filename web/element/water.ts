@@ -203,8 +203,7 @@ export class Water implements PoolClient, LiveOwner {
             this.live = null;
             this.host.show(this.still);
         }
-        // A restart continues a replay, so the next water would show it.
-        if (this.effect && !this.effect.isReplaying) {
+        if (this.effect) {
             idleEffects.push(this.effect);
         }
         this.effect = null;

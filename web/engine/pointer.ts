@@ -24,9 +24,11 @@ const hoverRest = 120;
 
 export class Pointer {
     private id: number | null = null;
+    /** True if the stroke has ended although the pointer may still be pressed, because the page has lost it. */
+    private isAway = false;
     private isHovering = false;
-    /** Last position of a hovering mouse in canvas pixels. */
-    private hoverPosition: [number, number] = [0, 0];
+    /** Last position of the pointer in canvas pixels. */
+    private last: [number, number] = [0, 0];
     private restTimer = 0;
 
     constructor(
@@ -39,35 +41,49 @@ export class Pointer {
         canvas.addEventListener("pointerdown", (event) => this.down(event), passive);
         canvas.addEventListener("pointerup", (event) => this.end(event, "up"), passive);
         canvas.addEventListener("pointercancel", (event) => this.end(event, "cancel"), passive);
-        canvas.addEventListener("lostpointercapture", (event) => this.end(event, "cancel"), passive);
+        canvas.addEventListener("lostpointercapture", (event) => event.pointerId === this.id && this.leave(), passive);
         area.addEventListener("pointermove", (event) => this.move(event), passive);
         area.addEventListener("pointerleave", () => this.endHover(), passive);
         if (!options.keepsMenu) {
             canvas.addEventListener("contextmenu", (event) => event.preventDefault(), passive);
         }
-        document.addEventListener("visibilitychange", () => document.hidden && this.cancel(), passive);
-        window.addEventListener("blur", () => this.cancel(), passive);
+        document.addEventListener("visibilitychange", () => document.hidden && this.leave(), passive);
+        window.addEventListener("blur", () => this.leave(), passive);
     }
 
     get isPressed(): boolean {
-        return this.id !== null;
+        return this.id !== null && !this.isAway;
     }
 
     cancel(): void {
         clearTimeout(this.restTimer);
         this.isHovering = false;
-        if (this.id !== null) {
-            this.id = null;
-            this.owner.lift("cancel", 0, 0);
+        if (this.isPressed) {
+            this.owner.lift("cancel", ...this.last);
+        }
+        this.id = null;
+    }
+
+    /** Ends the stroke and keeps its ink. A later move with the button held starts another stroke. */
+    private leave(): void {
+        this.endHover();
+        if (this.isPressed) {
+            this.isAway = true;
+            this.owner.lift("up", ...this.last);
         }
     }
 
     private down(event: PointerEvent): void {
-        if (this.id !== null || event.button !== 0) {
+        if (this.isPressed || event.button !== 0) {
             return;
         }
         this.id = event.pointerId;
         this.canvas.setPointerCapture(event.pointerId);
+        this.press(event);
+    }
+
+    private press(event: PointerEvent): void {
+        this.isAway = false;
         this.owner.press(...this.position(event), this.pressureOf(event));
     }
 
@@ -75,7 +91,7 @@ export class Pointer {
         if (this.id === null && event.pointerType === "mouse" && event.buttons === 0 && this.options.hovers?.()) {
             this.id = event.pointerId;
             this.isHovering = true;
-            this.owner.press(...this.position(event), this.owner.pressure());
+            this.press(event);
         }
         if (event.pointerId !== this.id) {
             return;
@@ -83,11 +99,12 @@ export class Pointer {
         // If another button is held too, the browser reports the release of the first button as a move.
         if (!this.isHovering && (event.buttons & 1) === 0) {
             this.end(event, "up");
+        } else if (this.isAway) {
+            this.press(event);
         } else {
             this.owner.move(...this.position(event), this.pressureOf(event));
         }
         if (this.isHovering) {
-            this.hoverPosition = this.position(event);
             clearTimeout(this.restTimer);
             this.restTimer = window.setTimeout(() => this.endHover(), hoverRest);
         }
@@ -95,8 +112,11 @@ export class Pointer {
 
     private end(event: PointerEvent, how: "up" | "cancel"): void {
         if (event.pointerId === this.id && !this.isHovering) {
+            const wasPressed = this.isPressed;
             this.id = null;
-            this.owner.lift(how, ...this.position(event));
+            if (wasPressed) {
+                this.owner.lift(how, ...this.position(event));
+            }
         }
     }
 
@@ -106,17 +126,18 @@ export class Pointer {
             clearTimeout(this.restTimer);
             this.isHovering = false;
             this.id = null;
-            this.owner.lift("up", ...this.hoverPosition);
+            this.owner.lift("up", ...this.last);
         }
     }
 
-    /** Returns the position of the pointer in canvas pixels. */
+    /** Returns the position of the pointer in canvas pixels, and keeps it in `last`. */
     private position(event: PointerEvent): [number, number] {
         const box = this.canvas.getBoundingClientRect();
-        return [
+        this.last = [
             ((event.clientX - box.left) / box.width) * this.canvas.width,
             ((event.clientY - box.top) / box.height) * this.canvas.height,
         ];
+        return this.last;
     }
 
     /**
