@@ -22,7 +22,7 @@ after(() => browser.close());
 /** Serves the site, and under /shown/ the code that a page shows as a page of its own. */
 async function serve(shown = {}) {
     const server = createServer((request, response) => {
-        const path = request.url.split("?")[0];
+        const path = request.url.replace(/\/$/, "/index.html");
         const file = join(site, path.replace("/shown/", "/"));
         const body = shown[path] ?? (existsSync(file) && extname(file) ? readFileSync(file) : undefined);
         response.writeHead(body ? 200 : 404, { "Content-Type": types[extname(path)] ?? "text/html" });

@@ -139,7 +139,7 @@ function saveServiceWorker() {
     const files = readdirSync(site, { recursive: true }).filter(isServed).sort();
     const hash = createHash("sha256");
     files.forEach((file) => hash.update(readFileSync(join(site, file))));
-    const parts = { VERSION: hash.digest("hex").slice(0, 12), FILES: JSON.stringify(files, null, 4) };
+    const parts = { VERSION: hash.digest("hex").slice(0, 12), FILES: JSON.stringify(["./", ...files], null, 4) };
     writeFileSync(join(site, "service_worker.js"), filled(source("service_worker.js"), parts));
 }
 
