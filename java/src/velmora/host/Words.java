@@ -49,9 +49,7 @@ final class Words {
         }
     }
 
-    int integer(int min, int max, String what) {
-        return number(Integer::valueOf, min, max, what);
-    }
+    int integer(int min, int max, String what) { return number(Integer::valueOf, min, max, what); }
 
     <N extends Comparable<N>> N number(Function<String, N> parse, N min, N max, String what) {
         String word = next();
