@@ -238,6 +238,11 @@ bool Session::hasChanges() const {
            wantedCellsPerVertex() != host->water().settings.cellsPerVertex;
 }
 
+int Session::wantedCellsPerVertex() const {
+    return cellsPerVertex(quality, settings.meshDetail,
+                          std::min(screenSize.width, screenSize.height));
+}
+
 void Session::applyChanges() {
     if (settings.ink != applied.ink) {
         attractInk.reset();

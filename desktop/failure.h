@@ -1,7 +1,9 @@
 #pragma once
 
+#include <filesystem>
 #include <stdexcept>
 #include <string>
+#include <system_error>
 
 namespace desktop {
 
@@ -10,6 +12,9 @@ struct Failure : std::runtime_error {
     explicit Failure(const std::string& line);
     Failure(const std::string& message, const std::string& detail);
 };
+
+/// Returns the failure "cannot write FILE: reason".
+Failure cannotWrite(const std::filesystem::path& file, const std::error_code& error);
 
 /// Prints a warning on stderr as one line: "program: line".
 void warn(const std::string& line);

@@ -34,7 +34,7 @@ std::string errorText(int error) {
 }
 
 Failure cannotWrite(const fs::path& file, int error) {
-    return Failure("cannot write to this path, " + errorText(error), file.string());
+    return desktop::cannotWrite(file, std::error_code(error, std::generic_category()));
 }
 
 /// Repeats a system call that a signal interrupted. Returns -1 if the signal ends the program.

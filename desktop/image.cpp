@@ -184,6 +184,18 @@ Image readFrame(app::Size screen) {
     return image;
 }
 
+Image fitting(const Image& image, int width, int height) {
+    const double scale = std::min(static_cast<double>(width) / image.width,
+                                  static_cast<double>(height) / image.height);
+    const int shownWidth = std::clamp(static_cast<int>(std::lround(image.width * scale)), 1, width);
+    const int shownHeight =
+        std::clamp(static_cast<int>(std::lround(image.height * scale)), 1, height);
+    Image fit = plainImage(width, height, 0);
+    drawScaled(image, fit, (width - shownWidth) / 2, (height - shownHeight) / 2, shownWidth,
+               shownHeight);
+    return fit;
+}
+
 void drawScaled(const Image& image, Image& target, int x, int y, int width, int height) {
     gdk_pixbuf_scale(pixbufOf(image).get(), pixbufOf(target).get(), x, y, width, height, x, y,
                      static_cast<double>(width) / image.width,

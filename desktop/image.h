@@ -16,6 +16,9 @@ hostkit::Image loadImage(const std::filesystem::path& file);
 /// Returns the image scaled to cover width x height, cropped around its centre.
 hostkit::Image covering(const hostkit::Image& image, int width, int height);
 
+/// Returns the image scaled to fit into width x height, with black bars at two sides.
+hostkit::Image fitting(const hostkit::Image& image, int width, int height);
+
 /// Returns an opaque image of one grey level, 0 to 255.
 hostkit::Image plainImage(int width, int height, std::uint8_t shade);
 

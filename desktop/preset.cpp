@@ -65,12 +65,16 @@ app::Settings parsePreset(const std::string& text, const std::string& name) {
         throw Failure(app::presetMustBeObject, name);
     }
     app::Settings settings;
-    try {
-        for (const auto& [key, member] : json.items()) {
+    std::string faults;
+    for (const auto& [key, member] : json.items()) {
+        try {
             app::setSetting(settings, {key, valueOf(member), member.dump()});
+        } catch (const hostkit::HostError& error) {
+            faults.append(faults.empty() ? "" : "; ").append(error.what());
         }
-    } catch (const hostkit::HostError& error) {
-        throw Failure(error.what(), name);
+    }
+    if (!faults.empty()) {
+        throw Failure(faults, name);
     }
     return settings;
 }

@@ -31,9 +31,10 @@ void append(Words& words, std::initializer_list<const char*> more) {
     words.insert(words.end(), more.begin(), more.end());
 }
 
-void appendTiming(Words& words, FilmTiming timing) {
-    if (timing == FilmTiming::sixtyASecond) {
-        append(words, {"-framerate", "60"});
+void appendTiming(Words& words, std::optional<int> framesPerSecond) {
+    if (framesPerSecond) {
+        words.emplace_back("-framerate");
+        words.push_back(std::to_string(*framesPerSecond));
     } else {
         // Time stamps have a resolution of 1/1000 s.
         append(words, {"-use_wallclock_as_timestamps", "1", "-framerate", "1000"});
@@ -44,12 +45,10 @@ void appendTiming(Words& words, FilmTiming timing) {
 constexpr const char* videoColors =
     "crop=trunc(iw/2)*2:trunc(ih/2)*2:0:0,scale=out_color_matrix=bt709";
 
-/// Limits a GIF to 25 frames per second, a rate that all browsers play. A window's film only drops frames and never
-/// repeats one: a repeated frame delays the next time stamp, which causes another repetition.
-std::string gifFrames(FilmTiming timing) {
-    return timing == FilmTiming::sixtyASecond
-               ? "fps=25,"
-               : "select='isnan(prev_selected_t)+gte(t-prev_selected_t,0.039)',";
+/// Limits a window's GIF to 25 frames per second, a rate that all browsers play. It only drops frames and never repeats
+/// one: a repeated frame delays the next time stamp, which causes another repetition.
+std::string gifFrames(std::optional<int> framesPerSecond) {
+    return framesPerSecond ? "" : "select='isnan(prev_selected_t)+gte(t-prev_selected_t,0.039)',";
 }
 
 /// Computes a palette for each frame. A palette for the whole film would keep all frames in memory.
@@ -57,10 +56,10 @@ constexpr const char* gifColors =
     "scale='min(iw,iw*480/max(iw,ih))':-1:flags=area,split[a][b];"
     "[a]palettegen=stats_mode=single[p];[b][p]paletteuse=new=1:dither=bayer";
 
-void appendFormat(Words& words, const std::string& extension, FilmTiming timing) {
+void appendFormat(Words& words, const std::string& extension, std::optional<int> framesPerSecond) {
     if (extension == ".gif") {
         words.emplace_back("-filter_complex");
-        words.push_back(gifFrames(timing) + gifColors);
+        words.push_back(gifFrames(framesPerSecond) + gifColors);
         return;
     }
     append(words, {"-vf", videoColors, "-colorspace", "bt709", "-color_primaries", "bt709",
@@ -74,16 +73,16 @@ void appendFormat(Words& words, const std::string& extension, FilmTiming timing)
     }
 }
 
-Words commandLine(const fs::path& film, app::Size size, FilmTiming timing) {
+Words commandLine(const fs::path& film, app::Size size, std::optional<int> framesPerSecond) {
     Words words = {"ffmpeg", "-hide_banner", "-loglevel",     "error", "-y",
                    "-f",     "rawvideo",     "-pixel_format", "rgba",  "-video_size"};
     words.push_back(std::to_string(size.width) + "x" + std::to_string(size.height));
-    appendTiming(words, timing);
+    appendTiming(words, framesPerSecond);
     append(words, {"-i", "pipe:0"});
-    if (timing == FilmTiming::wallClock) {
+    if (!framesPerSecond) {
         append(words, {"-vsync", "vfr"});
     }
-    appendFormat(words, film.extension().string(), timing);
+    appendFormat(words, film.extension().string(), framesPerSecond);
     words.push_back("file:" + film.string());
     return words;
 }
@@ -121,28 +120,38 @@ Failure systemFailure(const std::string& message, int error) {
     return Failure(message, std::generic_category().message(error));
 }
 
-/// Returns the last line of ffmpeg's messages, without the separator lines.
-std::string lastError(std::FILE* file) {
-    std::rewind(file);
+/// Returns the failure that ffmpeg's messages report: a failed write, or the last line without the separator lines.
+Failure reportedFailure(std::FILE* messages, const fs::path& film) {
+    std::rewind(messages);
     std::string last;
     std::array<char, 512> line{};
-    while (std::fgets(line.data(), static_cast<int>(line.size()), file) != nullptr) {
+    while (std::fgets(line.data(), static_cast<int>(line.size()), messages) != nullptr) {
         const std::string said(line.data(), std::strcspn(line.data(), "\n"));
+        for (const int number : {ENOSPC, EFBIG}) {
+            const std::error_code error(number, std::generic_category());
+            if (said.find(error.message()) != std::string::npos) {
+                return desktop::cannotWrite(film.filename(), error);
+            }
+        }
         last = said.ends_with("-- ") ? last : said;
     }
-    return last;
+    return Failure("ffmpeg failed, " + last, film.filename().string());
 }
 
 }  // namespace
 
-Encoder::Encoder(fs::path filmFile, app::Size size, FilmTiming timing)
+app::Size filmSize(app::Size screen, std::string_view format) {
+    return format == "gif" ? screen : app::Size{screen.width / 2 * 2, screen.height / 2 * 2};
+}
+
+Encoder::Encoder(fs::path filmFile, app::Size size, std::optional<int> framesPerSecond)
     : film(std::move(filmFile)), messages(std::tmpfile()) {
     std::array<int, 2> pipe{};
     if (!messages || pipe2(pipe.data(), O_CLOEXEC) != 0) {
         throw systemFailure("cannot start ffmpeg", errno);
     }
     const int error =
-        spawn(process, commandLine(film, size, timing), pipe[0], fileno(messages.get()));
+        spawn(process, commandLine(film, size, framesPerSecond), pipe[0], fileno(messages.get()));
     close(pipe[0]);
     frames = pipe[1];
     if (error != 0) {
@@ -181,7 +190,7 @@ void Encoder::finish() {
     while (waitpid(ending, &status, 0) < 0 && errno == EINTR) {
     }
     if (!WIFEXITED(status) || WEXITSTATUS(status) != 0) {
-        throw Failure("ffmpeg failed, " + lastError(messages.get()), film.filename().string());
+        throw reportedFailure(messages.get(), film);
     }
 }
 

@@ -5,26 +5,24 @@
 #include <cstdio>
 #include <filesystem>
 #include <memory>
+#include <optional>
+#include <string_view>
 
 #include "app/size.h"
 #include "hostkit/image.h"
 
 namespace player {
 
-/// Timing of the frames of a film.
-enum class FilmTiming {
-    /// 60 frames per second.
-    sixtyASecond,
-    /// Each frame is shown from the time at which it was added, as in the window.
-    wallClock
-};
+/// Returns the size of a film of a screen: MP4 and WebM need even sides.
+app::Size filmSize(app::Size screen, std::string_view format);
 
 /// Encodes a film: passes frames to an ffmpeg process through a pipe. The program must ignore SIGPIPE.
 /// All members throw Failure if ffmpeg fails.
 class Encoder {
 public:
-    /// Starts ffmpeg. The file extension selects the format: .mp4, .webm or .gif.
-    Encoder(std::filesystem::path film, app::Size size, FilmTiming timing);
+    /// Starts ffmpeg. The file extension selects the format: .mp4, .webm or .gif. Without a number of frames per second,
+    /// each frame is shown from the time at which it was added, as in the window.
+    Encoder(std::filesystem::path film, app::Size size, std::optional<int> framesPerSecond);
     /// Kills ffmpeg if finish was not called. The file is incomplete then.
     ~Encoder();
     Encoder(const Encoder&) = delete;

@@ -39,21 +39,21 @@ int thumbnailSide(int side, int maxSide) {
 }  // namespace
 
 Film::Film(std::filesystem::path targetFolder, const std::string& format, app::Size size,
-           int frameCount, float scale)
+           int frameCount, float timeScale, int framesPerSecond)
     : folder(std::move(targetFolder)),
       stillFrames(evenlySpaced(frameCount)),
-      timeScale(static_cast<double>(scale)),
+      framesPerFilmFrame(static_cast<double>(timeScale) * 60.0 / framesPerSecond),
       columns(std::min(static_cast<int>(stillFrames.size()), size.width < size.height ? 6 : 3)),
       thumbnailWidth(thumbnailSide(size.width, std::max(size.width, size.height))),
       thumbnailHeight(thumbnailSide(size.height, std::max(size.width, size.height))),
-      encoder(folder / ("film." + format), size, FilmTiming::sixtyASecond) {
+      encoder(folder / ("film." + format), size, framesPerSecond) {
     const int rows = (static_cast<int>(stillFrames.size()) + columns - 1) / columns;
     sheet = plainImage(columns * (thumbnailWidth + gap) - gap, rows * (thumbnailHeight + gap) - gap,
                        gapShade);
 }
 
 void Film::add(const hostkit::Image& frame) {
-    for (; static_cast<double>(filmFrames) * timeScale < framesDone + 1; ++filmFrames) {
+    for (; static_cast<double>(filmFrames) * framesPerFilmFrame < framesDone + 1; ++filmFrames) {
         encoder.add(frame);
     }
     if (stillsDone < stillFrames.size() && stillFrames[stillsDone] == framesDone) {

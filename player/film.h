@@ -16,10 +16,11 @@ namespace player {
 /// sheet of all stills, sheet.png.
 class Film {
 public:
-    /// Prepares for `frameCount` frames of the given size. Each frame lasts 1 / (60 * `timeScale`) seconds.
+    /// Prepares for `frameCount` frames of the given size. Each frame lasts 1 / (60 * `timeScale`) seconds. The film shows
+    /// `framesPerSecond` of them.
     /// All members throw Failure.
     Film(std::filesystem::path folder, const std::string& format, app::Size size, int frameCount,
-         float timeScale);
+         float timeScale, int framesPerSecond);
 
     void add(const hostkit::Image& frame);
     void finish();
@@ -34,7 +35,8 @@ private:
     std::vector<int> stillFrames;
     std::size_t stillsDone = 0;
     int framesDone = 0;
-    double timeScale;
+    /// Frames of the effect per frame of the film.
+    double framesPerFilmFrame;
     std::int64_t filmFrames = 0;
     int columns;
     int thumbnailWidth;

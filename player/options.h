@@ -27,6 +27,10 @@ struct Options {
     int height = 1280;
     /// Number of frames to draw. 0: the length of the script.
     int frames = 0;
+    /// Duration of the film. 0: the length of the script.
+    double seconds = 0.0;
+    /// Frames per second of a film without a window. 0: 60, or 25 for a GIF.
+    int framesPerSecond = 0;
     /// Format of films: mp4, webm or gif.
     std::string format = "mp4";
     /// Scale of the window's text. 0: the scale of the display.

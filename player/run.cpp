@@ -1,5 +1,6 @@
 #include "player/run.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstdio>
 #include <span>
@@ -19,6 +20,7 @@
 #include "hostkit/image.h"
 #include "hostkit/jni_environment.h"
 #include "hostkit/water_driver.h"
+#include "player/encoder.h"
 #include "player/film.h"
 #include "player/film_screen.h"
 #include "player/inputs.h"
@@ -42,7 +44,19 @@ hostkit::GestureScript scriptOf(const Options& options, const app::Settings& set
         // Only the default script adapts to the preset's pressure. A named script keeps its pressures.
         scalePressures(script, settings.pressure / app::Settings{}.pressure);
     }
+    if (options.seconds > 0.0) {
+        const double timeScale = static_cast<double>(settings.timeScale);
+        script.frames =
+            std::max(1, static_cast<int>(std::lround(60.0 * timeScale * options.seconds)));
+    }
     return script;
+}
+
+int framesPerSecondOf(const Options& options) {
+    constexpr int gifRate = 25;  // all browsers play it
+    return options.framesPerSecond > 0 ? options.framesPerSecond
+           : options.format == "gif"   ? gifRate
+                                       : 60;
 }
 
 /// Returns true for the file names frame-01.png, frame-02.png and so on.
@@ -134,11 +148,14 @@ void run(const Options& options) {
     session.restart(size);
     session.startReplay(script);
     Staging staging(options.out);
-    Film film(staging.folder(), options.format, size, script.frames, settings.timeScale);
-    std::fprintf(stderr,
-                 "Filming %d frames of %d x %d pixels. This takes one or two minutes without a "
-                 "graphics card.\n",
-                 script.frames, size.width, size.height);
+    Film film(staging.folder(), options.format, size, script.frames, settings.timeScale,
+              framesPerSecondOf(options));
+    std::fprintf(stderr, "Filming %d frames of %d x %d pixels\n", script.frames, size.width,
+                 size.height);
+    if (const app::Size filmed = filmSize(size, options.format); filmed != size) {
+        warn("the film has even sides, as its format needs",
+             std::to_string(filmed.width) + " x " + std::to_string(filmed.height));
+    }
     hostkit::Digest water;
     play(session, script.frames, screen, probe, film, water);
     film.finish();

@@ -23,7 +23,7 @@ bool isSide(int side) {
 std::optional<app::Size> parseSize(std::string_view text) {
     app::Size size{};
     const bool width = takeNumber(text, size.width);
-    const bool cross = text.starts_with('x');
+    const bool cross = (text.starts_with('x') || text.starts_with('X'));
     text.remove_prefix(cross ? 1 : 0);
     const bool height = takeNumber(text, size.height);
     const bool whole = width && cross && height && text.empty();

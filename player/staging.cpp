@@ -11,15 +11,11 @@
 
 namespace player {
 
-using desktop::Failure;
+using desktop::cannotWrite;
 
 namespace {
 
 namespace fs = std::filesystem;
-
-Failure cannotWrite(const fs::path& where, const std::error_code& error) {
-    return Failure("cannot write to this path, " + error.message(), where.string());
-}
 
 std::vector<fs::path> filesIn(const fs::path& folder) {
     std::error_code ignored;

@@ -58,4 +58,11 @@ GLuint Thumbnails::of(const std::filesystem::path& preset) {
     return place->second;
 }
 
+void Thumbnails::forget(const std::filesystem::path& preset) {
+    if (const auto place = textures.find(preset); place != textures.end()) {
+        glDeleteTextures(1, &place->second);
+        textures.erase(place);
+    }
+}
+
 }  // namespace player

@@ -20,6 +20,8 @@ public:
 
     /// Returns a square texture, or 0 if the preset has no thumbnail. Restores the GL state.
     GLuint of(const std::filesystem::path& preset);
+    /// Loads the preset's thumbnail again at its next use.
+    void forget(const std::filesystem::path& preset);
 
 private:
     std::map<std::filesystem::path, GLuint> textures;

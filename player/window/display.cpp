@@ -41,12 +41,17 @@ void Display::drawWindows(const Panel& panel) {
     for (const Mark& mark : keeper.marks()) {
         drawMark(mark.label, mark.time, row++);
     }
+    if (panel.view.paused) {
+        drawPauseMark(row);
+    }
     if (panel.view.panel) {
         drawPanel(panel);
     }
     if (panel.view.help) {
         drawHelp(panel.requests);
     }
+    panel.dialog.draw(panel.requests);
+    panel.fileBrowser.draw(panel.requests);
     if (toastShown) {
         drawToast(toast.line);
     }

@@ -14,14 +14,26 @@
 namespace player {
 namespace {
 
-/// Returns true for a key with Ctrl, Alt or Super. The desktop handles such combinations.
+/// Returns true for a key with Ctrl, Alt or Super, except Ctrl+Z and Ctrl+Y. The desktop handles such combinations.
 bool hasModifier(const SDL_Keysym& key) {
-    return (key.mod & (KMOD_CTRL | KMOD_ALT | KMOD_GUI)) != 0;
+    const int modifiers = key.mod & (KMOD_CTRL | KMOD_ALT | KMOD_GUI);
+    const bool isUndo = key.sym == SDLK_z || key.sym == SDLK_y;
+    return modifiers != 0 && !(isUndo && (modifiers & ~KMOD_CTRL) == 0);
+}
+
+bool isPopupOpen() {
+    return ImGui::IsPopupOpen("", ImGuiPopupFlags_AnyPopup);
+}
+
+/// Returns true if a text field needs the key. Esc and Enter in a pop-up close it.
+bool isForTextField(const SDL_Keysym& key) {
+    const bool closes = key.sym == SDLK_ESCAPE || key.sym == SDLK_RETURN;
+    return ImGui::GetIO().WantTextInput && !(closes && isPopupOpen());
 }
 
 bool isShortcut(const SDL_Event& event) {
-    return event.type == SDL_KEYDOWN && event.key.repeat == 0 && !ImGui::GetIO().WantTextInput &&
-           !hasModifier(event.key.keysym);
+    return event.type == SDL_KEYDOWN && event.key.repeat == 0 &&
+           !isForTextField(event.key.keysym) && !hasModifier(event.key.keysym);
 }
 
 /// Returns the position of a press in window units. Returns nothing for other events.
@@ -39,7 +51,7 @@ std::optional<ImVec2> pressPosition(const SDL_Event& event) {
 /// Returns true if the press hits a window of ImGui. ImGui's own flag describes its last frame, before a new touch.
 bool isOnPanel(ImVec2 press) {
     constexpr ImGuiWindowFlags seeThrough = ImGuiWindowFlags_NoMouseInputs;
-    bool on = ImGui::IsPopupOpen("", ImGuiPopupFlags_AnyPopup);
+    bool on = isPopupOpen();
     for (const ImGuiWindow* window : ImGui::GetCurrentContext()->Windows) {
         on = on || (window->WasActive && !window->Hidden && (window->Flags & seeThrough) == 0 &&
                     window->OuterRectClipped.Contains(press));
@@ -79,7 +91,7 @@ bool handleEvents(const GlWindow& window, Pointer& pointer, app::Session& sessio
             requests.commands.push_back(Command::quit);
         } else if (event.type == SDL_DROPFILE) {
             session.noteInput(app::Clock::now());
-            requests.drops.emplace_back(event.drop.file);
+            requests.files.emplace_back(event.drop.file);
             SDL_free(event.drop.file);
         } else if (isShortcut(event)) {
             session.noteInput(app::Clock::now());

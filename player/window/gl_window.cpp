@@ -36,9 +36,11 @@ std::string desktops() {
     return x11 && wayland ? "x11,wayland" : x11 ? "x11" : "wayland";
 }
 
-/// Returns the size, shrunk to fit the display and its title bar.
-app::Size withinDisplay(app::Size size) {
-    constexpr double part = 0.93;
+/// Part of the display that a window with a title bar may cover.
+constexpr double maxDisplayPart = 0.93;
+
+/// Returns the size, shrunk to cover at most this part of the display's width and height.
+app::Size withinDisplay(app::Size size, double part) {
     SDL_Rect display{};
     if (SDL_GetDisplayUsableBounds(0, &display) != 0) {
         return size;
@@ -82,7 +84,11 @@ GlWindow::VideoSystem::~VideoSystem() {
 }
 
 GlWindow::GlWindow(const char* title, app::Size wanted, bool shrinks) {
-    const app::Size size = shrinks ? withinDisplay(wanted) : wanted;
+    const app::Size size = withinDisplay(wanted, shrinks ? maxDisplayPart : 1.0);
+    if (!shrinks && size != wanted) {
+        desktop::warn("the display is smaller than --size, so the window is smaller",
+                      std::to_string(size.width) + " x " + std::to_string(size.height));
+    }
     window.reset(SDL_CreateWindow(
         title, SDL_WINDOWPOS_CENTERED, SDL_WINDOWPOS_CENTERED, size.width, size.height,
         SDL_WINDOW_OPENGL | SDL_WINDOW_RESIZABLE | SDL_WINDOW_ALLOW_HIGHDPI));

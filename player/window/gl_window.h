@@ -16,7 +16,8 @@ bool hasDesktop();
 /// Desktop window with an OpenGL ES 2.0 context. The context is current on the constructing thread.
 class GlWindow {
 public:
-    /// Opens the window. If `shrinks` is true, scales `size` down to fit the display.
+    /// Opens the window. Scales `size` down to the size of the display, and if `shrinks` is true, to leave room for a
+    /// title bar.
     /// Throws Failure without a desktop or without OpenGL ES 2.0.
     GlWindow(const char* title, app::Size size, bool shrinks);
     ~GlWindow();

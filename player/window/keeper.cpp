@@ -63,6 +63,16 @@ void Keeper::finishRecording() {
     showToast(toast, "Saved " + file.string() + ". G replays it.");
 }
 
+void Keeper::finishRecordingForResize() {
+    if (session.recording() != nullptr) {
+        attempt(toast, [&] {
+            finishRecording();
+            showToast(toast, "The new window size ended the recording. Saved " + recorded.string() +
+                                 ". G replays it.");
+        });
+    }
+}
+
 void Keeper::watchRecording() {
     if (session.recording() && session.recording()->hasFailed()) {
         attempt(toast, [&] { finishRecording(); });
@@ -79,11 +89,22 @@ void Keeper::takeScreenshot() {
     showToast(toast, "Saved " + shots.screenshot(session.screenshot()).string());
 }
 
-fs::path Keeper::savePreset() {
-    fs::path file = shots.preset(session.core.settings);
+fs::path Keeper::savePreset(const std::string& name) {
+    fs::path file = shots.preset(session.core.settings, name);
     showToast(toast, "Saved " + file.string());
     presetWithoutThumbnail = file;
     return file;
+}
+
+fs::path Keeper::renamePreset(const fs::path& preset, const std::string& name) {
+    fs::path file = shots.renamePreset(preset, name);
+    showToast(toast, "Renamed to " + name);
+    return file;
+}
+
+void Keeper::deletePreset(const fs::path& preset) {
+    shots.deletePreset(preset);
+    showToast(toast, "Deleted " + preset.stem().string() + ". Z restores only the settings.");
 }
 
 void Keeper::addThumbnail() {

@@ -2,6 +2,7 @@
 
 #include <chrono>
 #include <filesystem>
+#include <string>
 #include <vector>
 
 #include "player/options.h"
@@ -36,6 +37,8 @@ public:
     /// Starts a recording in `file`, which must be empty.
     void startRecording(const std::filesystem::path& file);
     void finishRecording();
+    /// Finishes the recording, if any, because the window has a new size. Shows errors as toasts.
+    void finishRecordingForResize();
     /// Finishes the recording if a write to its file has failed.
     void watchRecording();
     /// Returns the file of the last finished recording, or an empty path.
@@ -50,7 +53,14 @@ public:
     void takeScreenshot();
 
     /// Saves the settings in a new preset and returns its file.
-    std::filesystem::path savePreset();
+    std::filesystem::path savePreset(const std::string& name);
+    /// Returns a name for a new preset that no file has.
+    std::string newPresetName() const { return shots.newPresetName(); }
+    /// Renames a preset of the user and returns its new file.
+    std::filesystem::path renamePreset(const std::filesystem::path& preset,
+                                       const std::string& name);
+    /// Deletes a preset of the user.
+    void deletePreset(const std::filesystem::path& preset);
     /// Saves the frame on the screen as the last preset's thumbnail, unless that preset has one.
     void addThumbnail();
 

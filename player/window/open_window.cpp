@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <chrono>
 #include <cmath>
+#include <system_error>
 #include <utility>
 
 #include "app/backgrounds.h"
@@ -73,6 +74,12 @@ app::Settings initialSettings(const Options& options, const Remembered& remember
     return settings;
 }
 
+/// Returns the folder of a file, or an empty path for an empty path.
+std::filesystem::path folderOf(const std::filesystem::path& file) {
+    std::error_code ignored;
+    return file.empty() ? file : std::filesystem::absolute(file, ignored).parent_path();
+}
+
 }  // namespace
 
 OpenWindow::OpenWindow(const Options& options)
@@ -88,9 +95,12 @@ OpenWindow::OpenWindow(const Options& options, app::Backgrounds backgrounds,
       keeper(session, toast, options),
       playback(session, keeper),
       presetList(options.shots, options.preset, settingsOf(options)),
+      fileBrowser(folderOf(options.image)),
+      history(session.core.settings),
       display(screen, session, keeper, toast),
       initialUserSettings(session.core.userSettings()),
       initialSize(screen.window().ownSize()),
+      shotsFolder(options.shots),
       remembers(!options.fresh),
       waterOnlyGiven(options.waterOnly) {
     view.velocity = options.overlays.velocity;
@@ -150,6 +160,9 @@ void OpenWindow::turn() {
         display.requestRedraws();
     }
     presentFrame(playback.playDueFrames());
+    if (!session.core.isReplaying()) {  // the inks of a script are not changes of the user
+        history.note(session.core.settings, app::Clock::now());
+    }
 }
 
 void OpenWindow::presentFrame(bool drawn) {
@@ -159,7 +172,7 @@ void OpenWindow::presentFrame(bool drawn) {
     view.recording = session.recording() != nullptr;
     const auto start = std::chrono::steady_clock::now();
     display.present({view, presetList, screen.thumbnails(), playback.times(), playback.rate(),
-                     session.core.settings, requests},
+                     session.core.settings, requests, shotsFolder, dialog, fileBrowser},
                     drawn);
     if (drawn) {
         playback.addGlTime(std::chrono::steady_clock::now() - start);

@@ -4,14 +4,18 @@
 #include <filesystem>
 #include <optional>
 #include <random>
+#include <string>
 
 #include "app/backgrounds.h"
 #include "app/settings.h"
+#include "app/settings_history.h"
 #include "app/size.h"
 #include "hostkit/gesture_script.h"
 #include "player/options.h"
+#include "player/window/dialog.h"
 #include "player/window/display.h"
 #include "player/window/events.h"
+#include "player/window/file_browser.h"
 #include "player/window/keeper.h"
 #include "player/window/keys.h"
 #include "player/window/panel.h"
@@ -54,9 +58,17 @@ private:
     void chooseInkForBackground();
     void applyRandomSettings();
     void resetSettings();
-    void savePreset();
+    void askForPresetName();
+    void askForNewName();
+    void confirmDeletion();
+    void take(const Answer& answer);
+    void savePreset(const std::string& name);
+    void renamePreset(const std::string& name);
+    void deletePreset();
+    void undo();
+    void redo();
     void replay();
-    void openDroppedFile(const std::filesystem::path& file);
+    void openFile(const std::filesystem::path& file);
     void presentFrame(bool drawn);
     void rememberChanges();
 
@@ -67,12 +79,17 @@ private:
     Keeper keeper;
     Playback playback;
     PresetList presetList;
+    Dialog dialog;
+    FileBrowser fileBrowser;
+    app::SettingsHistory history;
     Display display;
     Requests requests;
     View view;
     /// Settings and size at the start. rememberChanges compares them with the final ones.
     app::Settings initialUserSettings;
     std::optional<app::Size> initialSize;
+    /// Folder of the user's files.
+    std::filesystem::path shotsFolder;
     bool remembers;
     bool waterOnlyGiven;
     /// Seed of the next random settings, different in each window.

@@ -56,7 +56,7 @@ std::string switchToast(Command command, bool on) {
 
 }  // namespace
 
-/// Runs the requests of keys, panel and dropped files. Shows errors as toasts.
+/// Runs the requests of keys, panel, dialogs and dropped files. Shows errors as toasts.
 void OpenWindow::runCommands() {
     const Requests now = std::exchange(requests, {});
     for (const Command command : now.commands) {
@@ -66,8 +66,11 @@ void OpenWindow::runCommands() {
     if (!now.preset.empty()) {
         attempt(toast, [&] { loadPreset(now.preset); });
     }
-    for (const std::filesystem::path& file : now.drops) {
-        attempt(toast, [&] { openDroppedFile(file); });
+    for (const Answer& answer : now.answers) {
+        attempt(toast, [&] { take(answer); });
+    }
+    for (const std::filesystem::path& file : now.files) {
+        attempt(toast, [&] { openFile(file); });
     }
 }
 
@@ -104,7 +107,19 @@ void OpenWindow::run(Command command) {
         case Command::resetSettings:
             return resetSettings();
         case Command::savePreset:
-            return savePreset();
+            return askForPresetName();
+        case Command::renamePreset:
+            return askForNewName();
+        case Command::deletePreset:
+            return confirmDeletion();
+        case Command::undo:
+            return undo();
+        case Command::redo:
+            return redo();
+        case Command::openFile:
+            return fileBrowser.open();
+        case Command::accept:
+            return dialog.accept();
         case Command::screenshot:
             return keeper.requestScreenshot();
         case Command::film:
@@ -189,8 +204,66 @@ void OpenWindow::resetSettings() {
     showToast(toast, presetList.name());
 }
 
-void OpenWindow::savePreset() {
-    presetList.add(keeper.savePreset(), session.core.settings);
+void OpenWindow::askForPresetName() {
+    if (const auto name = presetList.savedName(session.core.settings)) {
+        return showToast(toast, "These settings are already saved as " + *name);
+    }
+    dialog.ask(Command::savePreset, "Name of the new preset", keeper.newPresetName(), "Save");
+}
+
+void OpenWindow::askForNewName() {
+    const std::string& name = presetList.own().name;
+    dialog.ask(Command::renamePreset, "New name of " + name, name, "Rename");
+}
+
+void OpenWindow::confirmDeletion() {
+    dialog.confirm(Command::deletePreset, "Delete " + presetList.own().name + "?", "Delete");
+}
+
+/// Runs the command of a dialog with the user's answer.
+void OpenWindow::take(const Answer& answer) {
+    switch (answer.command) {
+        case Command::savePreset:
+            return savePreset(answer.text);
+        case Command::renamePreset:
+            return renamePreset(answer.text);
+        case Command::deletePreset:
+            return deletePreset();
+        default:  // other commands ask no question
+            return;
+    }
+}
+
+void OpenWindow::savePreset(const std::string& name) {
+    presetList.checkName(name);
+    presetList.add(keeper.savePreset(name), session.core.settings);
+}
+
+void OpenWindow::renamePreset(const std::string& name) {
+    const std::filesystem::path file = presetList.own().file;
+    if (name != presetList.name()) {
+        presetList.checkName(name);
+        presetList.rename(keeper.renamePreset(file, name));
+    }
+}
+
+void OpenWindow::deletePreset() {
+    const std::filesystem::path file = presetList.own().file;
+    keeper.deletePreset(file);
+    presetList.remove();
+    screen.thumbnails().forget(file);
+}
+
+void OpenWindow::undo() {
+    const std::optional<app::Settings> settings = history.undo();
+    session.core.settings = settings.value_or(session.core.settings);
+    showToast(toast, settings ? app::sharedText("undone") : app::sharedText("nothingToUndo"));
+}
+
+void OpenWindow::redo() {
+    const std::optional<app::Settings> settings = history.redo();
+    session.core.settings = settings.value_or(session.core.settings);
+    showToast(toast, settings ? app::sharedText("redone") : app::sharedText("nothingToRedo"));
 }
 
 void OpenWindow::replay() {
@@ -205,7 +278,7 @@ void OpenWindow::replay() {
 }
 
 /// Loads a preset, plays a gesture script or makes an image the background.
-void OpenWindow::openDroppedFile(const std::filesystem::path& file) {
+void OpenWindow::openFile(const std::filesystem::path& file) {
     if (file.extension() == ".json") {
         session.core.settings = presetList.load(file);
     } else if (file.extension() == ".gesture") {

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cfloat>
 #include <cstdio>
+#include <initializer_list>
 #include <string>
 #include <type_traits>
 #include <utility>
@@ -13,6 +14,7 @@
 #include "app/labels.h"
 #include "desktop/preset.h"
 #include "player/window/frame_graph.h"
+#include "player/window/gesture_list.h"
 #include "player/window/keys.h"
 #include "player/window/preset_grid.h"
 
@@ -50,17 +52,14 @@ struct Button {
     Command command;
 };
 constexpr Button buttons[] = {
-    {Place::preset, Command::nextPreset},
-    {Place::preset, Command::randomSettings},
-    {Place::preset, Command::resetSettings},
-    {Place::preset, Command::savePreset},
-    {Place::ink, Command::inkForBackground},
-    {Place::ink, Command::clearInk},
-    {Place::view, Command::step},
-    {Place::view, Command::fullScreen},
-    {Place::view, Command::help},
-    {Place::save, Command::screenshot},
-    {Place::save, Command::replay},
+    {Place::preset, Command::nextPreset},     {Place::preset, Command::randomSettings},
+    {Place::preset, Command::resetSettings},  {Place::preset, Command::savePreset},
+    {Place::preset, Command::renamePreset},   {Place::preset, Command::deletePreset},
+    {Place::preset, Command::undo},           {Place::preset, Command::redo},
+    {Place::ink, Command::inkForBackground},  {Place::ink, Command::clearInk},
+    {Place::view, Command::openFile},         {Place::view, Command::step},
+    {Place::view, Command::fullScreen},       {Place::view, Command::help},
+    {Place::save, Command::screenshot},       {Place::save, Command::replay},
     {Place::developer, Command::loseContext},
 };
 
@@ -304,10 +303,26 @@ void groups(const Panel& panel) {
         buttonControls(Place::ink, panel.requests);
     }
     commandControls(app::sharedText("viewSection"), Place::view, panel);
-    commandControls(app::sharedText("saveSection"), Place::save, panel);
+    if (commandControls(app::sharedText("saveSection"), Place::save, panel)) {
+        drawGestureList(panel.gestureFolder, panel.requests);
+    }
     if (commandControls(app::sharedText("developerSection"), Place::developer, panel)) {
         drawFrameGraph(panel.times);
     }
+}
+
+/// Draws a text with room for a symbol at its left in the upper right corner. Returns the upper left corner of the text.
+ImVec2 drawBadge(const char* text, int row) {
+    const float line = ImGui::GetTextLineHeight();
+    const ImVec2 size = ImGui::CalcTextSize(text);
+    const ImVec2 corner(ImGui::GetIO().DisplaySize.x - size.x - line,
+                        line + 2.0f * line * static_cast<float>(row));
+    ImDrawList& list = *ImGui::GetForegroundDrawList();
+    list.AddRectFilled(ImVec2(corner.x - 2.0f * line, corner.y - 0.3f * line),
+                       ImVec2(corner.x + size.x + 0.5f * line, corner.y + 1.3f * line),
+                       IM_COL32(0, 0, 0, 150), 0.45f * line);
+    list.AddText(corner, IM_COL32_WHITE, text);
+    return corner;
 }
 
 /// Sets the position of the next ImGui window: its old one moved inside the screen, or `first` for a new window.
@@ -399,18 +414,20 @@ void drawMark(const char* label, std::chrono::seconds time, int row) {
     char text[64];
     std::snprintf(text, sizeof text, "%s %d:%02d", label, static_cast<int>(time.count() / 60),
                   static_cast<int>(time.count() % 60));
+    const ImVec2 corner = drawBadge(text, row);
     const float line = ImGui::GetTextLineHeight();
-    const float radius = 0.45f * line;
-    const ImVec2 size = ImGui::CalcTextSize(text);
-    const ImVec2 corner(ImGui::GetIO().DisplaySize.x - size.x - line,
-                        line + 2.0f * line * static_cast<float>(row));
-    ImDrawList& list = *ImGui::GetForegroundDrawList();
-    list.AddRectFilled(ImVec2(corner.x - 2.0f * line, corner.y - 0.3f * line),
-                       ImVec2(corner.x + size.x + 0.5f * line, corner.y + 1.3f * line),
-                       IM_COL32(0, 0, 0, 150), radius);
-    list.AddCircleFilled(ImVec2(corner.x - line, corner.y + line / 2), radius,
-                         IM_COL32(230, 30, 30, 255));
-    list.AddText(corner, IM_COL32(255, 255, 255, 255), text);
+    ImGui::GetForegroundDrawList()->AddCircleFilled(ImVec2(corner.x - line, corner.y + line / 2),
+                                                    0.45f * line, IM_COL32(230, 30, 30, 255));
+}
+
+void drawPauseMark(int row) {
+    const ImVec2 corner = drawBadge(app::sharedText("paused"), row);
+    const float line = ImGui::GetTextLineHeight();
+    for (const float left : {-1.35f, -0.9f}) {
+        ImGui::GetForegroundDrawList()->AddRectFilled(
+            ImVec2(corner.x + left * line, corner.y + 0.1f * line),
+            ImVec2(corner.x + (left + 0.25f) * line, corner.y + 0.9f * line), IM_COL32_WHITE);
+    }
 }
 
 void drawToast(const std::string& line) {

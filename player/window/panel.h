@@ -1,11 +1,14 @@
 #pragma once
 
 #include <chrono>
+#include <filesystem>
 #include <span>
 #include <string>
 
 #include "app/settings.h"
 #include "player/draw/thumbnails.h"
+#include "player/window/dialog.h"
+#include "player/window/file_browser.h"
 #include "player/window/preset_list.h"
 #include "player/window/requests.h"
 #include "player/window/window_session.h"
@@ -35,6 +38,10 @@ struct Panel {
     double rate;
     app::Settings& settings;
     Requests& requests;
+    /// Folder of the user's recorded gestures.
+    const std::filesystem::path& gestureFolder;
+    Dialog& dialog;
+    FileBrowser& fileBrowser;
 };
 
 /// Draws the panel into the current ImGui frame.
@@ -47,6 +54,8 @@ bool isHintDue();
 void drawHelp(Requests& requests);
 /// Draws a red dot with a label and the elapsed time in the upper right corner. Row 0 is the highest.
 void drawMark(const char* label, std::chrono::seconds time, int row);
+/// Draws two bars and the word "Paused" in the upper right corner. Row 0 is the highest.
+void drawPauseMark(int row);
 /// Draws a toast at the lower edge.
 void drawToast(const std::string& line);
 

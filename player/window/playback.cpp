@@ -80,7 +80,7 @@ bool Playback::followSize(app::Size pixels) {
     if (session.size() == pixels || Clock::now() - resizedAt < app::resizeDelay) {
         return false;
     }
-    keeper.finish();
+    keeper.finishRecordingForResize();
     session.resize();
     return true;
 }

@@ -22,7 +22,7 @@ RecordingFile::RecordingFile(fs::path file, app::Size screen) : path(std::move(f
         const std::error_code error(errno, std::generic_category());
         std::error_code ignored;
         fs::remove(path, ignored);
-        throw Failure("cannot write the recording, " + error.message(), path.string());
+        throw desktop::cannotWrite(path, error);
     }
 }
 

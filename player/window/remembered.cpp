@@ -96,7 +96,7 @@ void remember(const Remembered& last) {
         std::error_code error;
         fs::create_directories(into, error);
         if (error) {
-            throw Failure("cannot write to this path, " + error.message(), into.string());
+            throw desktop::cannotWrite(into, error);
         }
         if (last.settings) {
             savePreset(*last.settings, into / settingsFile);

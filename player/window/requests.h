@@ -1,19 +1,29 @@
 #pragma once
 
 #include <filesystem>
+#include <string>
 #include <vector>
 
 #include "player/window/keys.h"
 
 namespace player {
 
+/// Answer of the user to a dialog.
+struct Answer {
+    /// Command that opened the dialog.
+    Command command;
+    /// Text that the user entered.
+    std::string text;
+};
+
 /// Requests of keys, panel and desktop. The main loop runs them once per iteration.
 struct Requests {
     std::vector<Command> commands;
     /// Preset chosen in the panel, or empty.
     std::filesystem::path preset;
-    /// Files dropped on the window.
-    std::vector<std::filesystem::path> drops;
+    /// Files to open: dropped on the window, or chosen in it.
+    std::vector<std::filesystem::path> files;
+    std::vector<Answer> answers;
 };
 
 }  // namespace player

@@ -1,5 +1,6 @@
 #include "player/window/shots.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <system_error>
 #include <utility>
@@ -36,10 +37,10 @@ void fill(const fs::path& file, Work work) {
     }
 }
 
-/// Removes the film of a failed encoder if it is empty. A partial film may still play.
-void removeIfEmpty(const fs::path& file) {
+/// Removes the film of a failed encoder if it does not play. An incomplete WebM or GIF file plays, unless it is empty.
+void removeIfBroken(const fs::path& file) {
     std::error_code ignored;
-    if (fs::is_empty(file, ignored)) {
+    if (file.extension() == ".mp4" || fs::is_empty(file, ignored)) {
         fs::remove(file, ignored);
     }
 }
@@ -49,16 +50,24 @@ void removeIfEmpty(const fs::path& file) {
 Shots::Shots(fs::path intoFolder, std::string filmFormat)
     : folder(std::move(intoFolder)), format(std::move(filmFormat)) {}
 
-fs::path Shots::createNumberedFile(const std::string& stem, const std::string& extension) const {
+void Shots::createFolder() const {
     std::error_code error;
     fs::create_directories(folder, error);
     if (error) {
-        throw Failure("cannot write to this path, " + error.message(), folder.string());
+        throw desktop::cannotWrite(folder, error);
     }
+}
+
+fs::path Shots::numbered(const std::string& stem, int number, const std::string& extension) const {
+    char digits[16];
+    std::snprintf(digits, sizeof digits, "-%02d", number);
+    return folder / std::string(stem).append(digits).append(extension);
+}
+
+fs::path Shots::createNumberedFile(const std::string& stem, const std::string& extension) const {
+    createFolder();
     for (int number = 1;; ++number) {
-        char digits[16];
-        std::snprintf(digits, sizeof digits, "-%02d", number);
-        fs::path file = folder / std::string(stem).append(digits).append(extension);
+        fs::path file = numbered(stem, number, extension);
         if (createFile(file)) {
             return file;
         }
@@ -72,11 +81,54 @@ fs::path Shots::screenshot(const hostkit::Image& image) {
     return file;
 }
 
-fs::path Shots::preset(const app::Settings& settings) {
-    fs::path file = createNumberedFile("preset", ".json");
+std::string Shots::newPresetName() const {
+    std::error_code ignored;
+    for (int number = 1;; ++number) {
+        const fs::path file = numbered("preset", number, ".json");
+        if (!fs::exists(file, ignored)) {
+            return file.stem().string();
+        }
+    }
+}
+
+fs::path Shots::preset(const app::Settings& settings, const std::string& name) {
+    createFolder();
+    fs::path file = folder / (name + ".json");
+    if (!createFile(file)) {
+        throw Failure("the preset would overwrite a file; choose another name", file.string());
+    }
     fill(file, [&] { savePreset(settings, file); });
     add(file);
     return file;
+}
+
+fs::path Shots::renamePreset(const fs::path& preset, const std::string& name) {
+    fs::path file = folder / (name + ".json");
+    std::error_code error;
+    if (fs::exists(file, error)) {
+        throw Failure("the preset would overwrite a file; choose another name", file.string());
+    }
+    fs::rename(preset, file, error);
+    if (error) {
+        throw Failure("cannot rename the preset, " + error.message(), preset.string());
+    }
+    fs::rename(thumbnailOf(preset), thumbnailOf(file), error);  // fails if there is no thumbnail
+    std::ranges::replace(saved, preset, file);
+    std::ranges::replace(saved, thumbnailOf(preset), thumbnailOf(file));
+    return file;
+}
+
+void Shots::deletePreset(const fs::path& preset) {
+    std::error_code error;
+    fs::remove(preset, error);
+    if (error) {
+        throw Failure("cannot delete the preset, " + error.message(), preset.string());
+    }
+    fs::remove(thumbnailOf(preset), error);
+    const auto isDeleted = [&](const fs::path& file) {
+        return file == preset || file == thumbnailOf(preset);
+    };
+    saved.erase(std::remove_if(saved.begin(), saved.end(), isDeleted), saved.end());
 }
 
 void Shots::thumbnail(const fs::path& preset, const hostkit::Image& image) {
@@ -93,19 +145,22 @@ fs::path Shots::createGestureFile() const {
 
 fs::path Shots::startFilm(app::Size size) {
     filmFile = createNumberedFile("film", "." + format);
-    fill(filmFile,
-         [&] { film = std::make_unique<Encoder>(filmFile, size, FilmTiming::wallClock); });
+    fill(filmFile, [&] { film = std::make_unique<Encoder>(filmFile, size, std::nullopt); });
+    filmSize = size;
     lastFrame = {};
     return filmFile;
 }
 
 void Shots::addToFilm(hostkit::Image frame) {
+    if (frame.width != filmSize.width || frame.height != filmSize.height) {
+        frame = desktop::fitting(frame, filmSize.width, filmSize.height);
+    }
     try {
         film->add(frame);
         lastFrame = std::move(frame);
     } catch (...) {
         film.reset();
-        removeIfEmpty(filmFile);
+        removeIfBroken(filmFile);
         throw;
     }
 }
@@ -118,7 +173,7 @@ std::optional<fs::path> Shots::finishFilm() {
         }
         ending->finish();
     } catch (...) {
-        removeIfEmpty(filmFile);
+        removeIfBroken(filmFile);
         throw;
     }
     if (lastFrame.empty()) {

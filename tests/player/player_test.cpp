@@ -40,9 +40,14 @@ protected:
 
     /// Runs the player with the test images. `arguments` may override the default options.
     Outcome play(const std::string& arguments) const {
+        std::string all = arguments;
+        for (const std::string option : {"--second image.png", "--size 64x96"}) {
+            if (arguments.find(option.substr(0, option.find(' '))) == std::string::npos) {
+                all = option + " " + all;
+            }
+        }
         const int exitCode =
-            run(before + " " VELMORA_PLAYER " --headless --second image.png --size 64x96 " +
-                arguments + " >stdout.txt 2>stderr.txt");
+            run(before + " " VELMORA_PLAYER " --headless " + all + " >stdout.txt 2>stderr.txt");
         return {exitCode, contents("stdout.txt"), contents("stderr.txt")};
     }
 
@@ -86,6 +91,16 @@ TEST_F(Player, ReportsAnErrorInOneLineAndLeavesNoFile) {
         {good + "--size 100000x100000", {"--size", "16 to 4096"}},
         {good + "--overlay heat", {"--overlay", "velocity"}},
         {good + "--frames 0", {"--frames"}},
+        {good + "--sise --foo", {"unknown argument '--sise', '--foo'", "did you mean --size?"}},
+        {good + "more.png", {"unknown argument 'more.png'", "one IMAGE"}},
+        {"'' --script still.gesture", {"IMAGE must not be empty"}},
+        {good + "--seconds 1 --frames 1", {"exclude each other"}},
+        {good + "--fps 0", {"--fps must be a whole number from 1 to 60, not '0'"}},
+        {good + "--preset embr", {"no preset 'embr'; did you mean ember?", "calm_pond, ember"}},
+        {"image.png --script tapp", {"did you mean tap?", "scribble"}},
+        {preset,
+         {"'damping' must be a number from 0.8", "'rain' must be a number from 0 to 40"},
+         R"({"damping": 2, "rain": -1})"},
         {good + "--preset missing.json", {"no such preset", "missing.json"}},
         {good + "--preset text.png", {"not JSON", "text.png"}},
         {preset, {"not JSON", "bad.json"}, "{\"damping\": 0.9,\n"},
@@ -115,8 +130,14 @@ TEST_F(Player, AFailingEncoderEndsTheRunAndLeavesNoFile) {
     fs::create_directory(folder / "bin");
     write("bin/ffmpeg", "#!/bin/sh\necho first >&2\necho the disk is made of cheese >&2\nexit 3\n");
     fs::permissions(folder / "bin/ffmpeg", fs::perms::owner_all);
+    fs::create_directory(folder / "full");
+    write("full/ffmpeg",
+          "#!/bin/sh\necho 'av_interleaved_write_frame(): No space left on device' >&2\n"
+          "echo Conversion failed >&2\nexit 1\n");
+    fs::permissions(folder / "full/ffmpeg", fs::perms::owner_all);
     for (const auto& [path, expected] :
          {std::pair{"bin:$PATH", "the disk is made of cheese: film.mp4\n"},
+          std::pair{"full:$PATH", "cannot write film.mp4: no space left on device\n"},
           std::pair{"/nowhere", "cannot start ffmpeg: "}}) {
         before = std::string("PATH=") + path;
         const Outcome outcome = play("image.png --script still.gesture");
@@ -276,6 +297,16 @@ TEST_F(Player, WarnsAboutOddInputsAndContinues) {
         EXPECT_NE(outcome.err.find(expected), std::string::npos) << outcome.err;
     }
     EXPECT_EQ(play("photo.jpg --script drag.gesture").err.find("is missing"), std::string::npos);
+}
+
+TEST_F(Player, FilmsPresetsAndGesturesByNameWithADurationAndARate) {
+    const Outcome outcome = play(
+        "image.png --preset glass --script tap --seconds 0.5 --fps 20 --size 65X96 --out out "
+        "--out out");
+    ASSERT_EQ(outcome.exitCode, 0) << outcome.err;
+    EXPECT_EQ(probed("out/film.mp4"), "64,96,yuv420p,20/1,10\n");
+    EXPECT_NE(outcome.err.find("even sides"), std::string::npos) << outcome.err;
+    EXPECT_NE(outcome.err.find("--out is given more than once"), std::string::npos);
 }
 
 TEST_F(Player, FilmsInEachFormat) {

@@ -8,7 +8,6 @@
 #include <EGL/egl.h>
 #include <dlfcn.h>
 #include <signal.h>
-#include <time.h>
 #include <unistd.h>
 
 #include <cstdio>

@@ -53,7 +53,7 @@ async function replayOnPage(script) {
     const effect = await Effect.load(gl);
     const image = { ...size, data: new Uint8ClampedArray(4 * size.width * size.height) };
     effect.setBackgrounds(image, image);
-    effect.restart(size);
+    effect.resize(size);
     assert.equal(effect.readScript(script, "test"), "");
     effect.startReplay();
     for (; effect.isReplaying; effect.frame(effect.frameTime));

@@ -4,12 +4,12 @@ import assert from "node:assert/strict";
 import { existsSync, readFileSync } from "node:fs";
 import { createServer } from "node:http";
 import { extname, join } from "node:path";
-import { launch, top } from "./page.mjs";
+import { launch, needs, top } from "./page.mjs";
 
-export { launch };
+export { launch, needs };
 export const elementFolder = join(top, "build/web/element");
 
-const types = { ".html": "text/html", ".js": "text/javascript", ".bmp": "image/bmp", ".gesture": "text/plain" };
+const types = { ".html": "text/html", ".css": "text/css", ".js": "text/javascript", ".bmp": "image/bmp", ".gesture": "text/plain" };
 
 /** Returns a BMP image: red grows to the right, green grows downwards, and a checkerboard shows the scale. */
 export function testImage(width, height) {
@@ -72,32 +72,32 @@ function observe() {
 const style = `body { margin: 0 } velmora-water { display: block; width: 300px; height: 200px }
     velmora-water > img { width: 100%; height: 100%; object-fit: cover }`;
 
-/** Opens a page with this body. Options: those of a new context, `before` and `ready`, the number of ready elements. */
-export async function open(browser, server, body, { before, ready = 1, ...options } = {}) {
+/** Opens a page with this body. Options: those of a page, and `ready`, the number of elements to wait for. */
+export async function open(browser, server, body, { before = () => {}, ready = 1, size = [300, 200], ...options } = {}) {
     const head = `<!doctype html><meta charset="utf-8"><title>water</title><link rel="icon" href="data:">
         <link rel="stylesheet" href="style.css"><script type="module" src="velmora-element.js"></script>`;
     server.pages.set("/style.css", style);
     server.pages.set("/page", `${head}${body}`);
-    types[".css"] = "text/css";
-    const context = await browser.newContext({ viewport: { width: 300, height: 200 }, reducedMotion: "reduce", ...options });
-    context.setDefaultTimeout(120000); // software GL on a busy machine draws a frame a second
-    const page = await context.newPage();
-    page.consoleMessages = [];
-    page.on("console", (message) => page.consoleMessages.push(`${message.type()}: ${message.text()}`));
-    page.on("pageerror", (error) => page.consoleMessages.push(`error: ${error}`));
-    await page.addInitScript(observe);
-    if (before) {
-        await page.addInitScript(before);
-    }
+    const both = new Function(`(${observe})(); (${before})();`);
+    const page = await browser.newPage({ size, before: both, reducedMotion: "reduce", ...options });
     await page.goto(`${server.address}/page`);
-    await page.waitForFunction((count) => window.seen.filter((type) => type === "ready").length >= count, ready);
+    await page.waitForFunction((count) => window.seen?.filter((type) => type === "ready").length >= count, ready);
     return page;
 }
 
 /** Closes the page. Fails on any console message. */
 export async function close(page, excused = /^$/) {
-    await page.context().close();
+    await page.close();
     assert.deepEqual(page.consoleMessages.filter((line) => !excused.test(line)), []);
+}
+
+/** Adds style rules to the page. */
+export function addStyle(page, rules) {
+    return page.evaluate((text) => {
+        const sheet = document.createElement("style");
+        sheet.textContent = text;
+        document.head.append(sheet);
+    }, rules);
 }
 
 /** Waits until the page has seen an event. */

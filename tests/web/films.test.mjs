@@ -1,7 +1,6 @@
 // Films: size, duration, empty films, and the question before the page is left.
 
 import assert from "node:assert/strict";
-import { readFileSync } from "node:fs";
 import { after, before, test } from "node:test";
 import { close, downloadFrom, drag, launch, open, waitForCanvasWidth, waitUntilIdle } from "./page.mjs";
 
@@ -42,8 +41,8 @@ test("a film keeps its size over a resize, has a duration, and plays to its end"
     await drag(page, [60, 100], [200, 160], 4);
     const film = await downloadFrom(page, () => page.locator("#badges button").click());
     const longest = (Date.now() - start) / 1000;
-    assert.match(film.suggestedFilename(), /^velmora-film-.*\.webm$/);
-    const { width, height, duration, error } = await play(page, readFileSync(await film.path()));
+    assert.match(film.name, /^velmora-film-.*\.webm$/);
+    const { width, height, duration, error } = await play(page, film.bytes);
     assert.deepEqual({ width, height, error }, { width: 270, height: 480, error: "" });
     assert.ok(duration > 0.1 && duration <= longest, `${duration} s of ${longest} s`);
     await close(page);
@@ -60,7 +59,7 @@ test("films of an instant and of a pause have a frame", async () => {
     await page.keyboard.press("f");
     const paused = await downloadFrom(page, pressF(page));
     for (const film of [instant, paused]) {
-        const { width, error } = await play(page, readFileSync(await film.path()));
+        const { width, error } = await play(page, film.bytes);
         assert.deepEqual([width, error], [270, ""]);
     }
     await close(page);

@@ -2,6 +2,7 @@
 
 import type { Size } from "../engine/size";
 
+/** Element whose pixels the water shows. */
 export type BackgroundSource = HTMLImageElement | HTMLVideoElement | HTMLCanvasElement;
 
 /** Value of HTMLMediaElement.HAVE_CURRENT_DATA. */

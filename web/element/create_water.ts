@@ -1,12 +1,12 @@
 // Water on a canvas of the page, without the custom element.
 
-import type { Settings } from "../../build/web/settings";
-import { defaultSettings } from "../../build/web/settings";
+import { defaultSettings, type Settings } from "../../build/web/settings";
 import type { BackgroundSource } from "./background";
 import type { WaterState } from "./live_water";
 import { presetOf } from "./setting_values";
 import { Water } from "./water";
 
+/** Options of water on a canvas. */
 export interface WaterOptions extends Partial<Omit<WaterState, "settings">> {
     /** Shipped preset or JSON. */
     preset?: string;
@@ -62,30 +62,37 @@ export class CanvasWater extends EventTarget {
         return this.water.isIdle;
     }
 
+    /** Touches the water at a point in CSS pixels of the canvas. Resolves when the touch has ended. */
     drop(...touch: Parameters<Water["drop"]>): Promise<void> {
         return this.water.drop(...touch);
     }
 
+    /** Draws a stroke through points in CSS pixels of the canvas. Resolves when the stroke has ended. */
     stroke(...stroke: Parameters<Water["stroke"]>): Promise<void> {
         return this.water.stroke(...stroke);
     }
 
+    /** Removes the ink. */
     clear(): void {
         this.water.clear();
     }
 
+    /** Replays a gesture script. Resolves when the replay has started. Rejects if the script is faulty. */
     play(gesture: string): Promise<void> {
         return this.water.play(gesture);
     }
 
+    /** Restarts the effect and records all touches as a gesture script. */
     startRecording(): void {
         this.water.startRecording();
     }
 
+    /** Ends the recording. Resolves to its gesture script, or to "" if nothing was recorded. */
     stopRecording(): Promise<string> {
         return this.water.stopRecording();
     }
 
+    /** Resolves to the shown frame as a PNG image. */
     toBlob(): Promise<Blob> {
         return this.water.toBlob();
     }

@@ -10,6 +10,7 @@ interface Exports extends ModuleMemory {
     setSettings(numbers: number): void;
     getInk(ink: number): void;
     restart(width: number, height: number): void;
+    resize(width: number, height: number): void;
     bindBackground(): void;
     setBackground(width: number, height: number, rgba: number): void;
     regainContext(): void;
@@ -38,6 +39,7 @@ interface Exports extends ModuleMemory {
     takeRecording(): number;
     recordingLength(): number;
     startReplay(numbers: number, count: number): void;
+    stopReplay(): void;
     isReplaying(): number;
 }
 
@@ -80,6 +82,11 @@ export class Effect {
     /** Restarts the effect with flat water and no ink. Ends a recording; a replay continues. */
     restart(size: Size): void {
         this.module.restart(size.width, size.height);
+    }
+
+    /** Starts the effect at another size and keeps the waves. The ink is lost. */
+    resize(size: Size): void {
+        this.module.resize(size.width, size.height);
     }
 
     /** Creates the GL objects again in a restored context. */
@@ -223,6 +230,10 @@ export class Effect {
     /** Restarts the effect and replays the script of these numbers. */
     startReplay(numbers: Float64Array): void {
         this.withBytes(new Uint8Array(numbers.buffer), (address) => this.module.startReplay(address, numbers.length));
+    }
+
+    stopReplay(): void {
+        this.module.stopReplay();
     }
 
     get isReplaying(): boolean {

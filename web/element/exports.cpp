@@ -104,6 +104,11 @@ EMSCRIPTEN_KEEPALIVE void restart(int width, int height) {
     session.restart({width, height});
 }
 
+/// Starts the effect on a screen of another size and keeps the waves.
+EMSCRIPTEN_KEEPALIVE void resize(int width, int height) {
+    session.resize({width, height});
+}
+
 /// Creates the texture of the background and leaves it bound, so that the script can upload the image.
 EMSCRIPTEN_KEEPALIVE void bindBackground() {
     constexpr int backgroundSlot = 1;
@@ -237,6 +242,10 @@ EMSCRIPTEN_KEEPALIVE void startReplay(const double* numbers, std::size_t count) 
     hostkit::GestureScript script = web::scriptOf({numbers, count});
     std::erase_if(script.events, [](const auto& event) { return !isReplayable(event); });
     session.startReplay(std::move(script));
+}
+
+EMSCRIPTEN_KEEPALIVE void stopReplay() {
+    session.stopReplay();
 }
 
 EMSCRIPTEN_KEEPALIVE bool isReplaying() {

@@ -1,5 +1,6 @@
 // Strokes that a script draws: one position in each frame of the effect.
 
+/** Point of the element. */
 export interface Point {
     /** Position in CSS pixels from the left edge of the element. */
     x: number;
@@ -7,6 +8,7 @@ export interface Point {
     y: number;
 }
 
+/** Options of a stroke by script. */
 export interface StrokeOptions {
     /** Pressure from 0 to 1; more pressure leaves more ink. Default: the setting `pressure`. */
     pressure?: number;

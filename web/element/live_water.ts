@@ -1,70 +1,64 @@
 // Water that draws: the effect on a canvas with a GL context, from the opening of the context to its end.
 
-import type { Settings } from "../../build/web/settings";
-import { numbersOf } from "../../build/web/settings";
+import { numbersOf, resizeDelay, type Settings } from "../../build/web/settings";
 import { AttractTimer } from "../engine/attract_timer";
 import { FrameLoop } from "../engine/frame_loop";
 import { Pointer } from "../engine/pointer";
 import { onPixelRatio, pixelSize } from "../engine/screen";
 import type { Size } from "../engine/size";
-import { Background, isVideo, type BackgroundSource } from "./background";
+import { BackgroundTexture, type TextureOwner } from "./background_texture";
 import type { Effect } from "./effect";
 import { FingerQueue, type Point } from "./finger_queue";
 
+/** Input that touches the water: a drag that leaves vertical swipes to the page, a moving mouse, no input, or each drag. */
 export type PointerMode = "drag" | "hover" | "none" | "capture";
 
 /** What the author of the page has chosen. */
 export interface WaterState {
     settings: Settings;
+    /** Input that touches the water. */
     pointer: PointerMode;
+    /** True to draw without a user. */
     attract: boolean;
+    /** True to stop the water and keep its last frame. */
     paused: boolean;
+    /** `auto` draws less detail on a slow machine, `full` never does. */
     quality: "auto" | "full";
     /** Rendered pixels per CSS pixel. Undefined for the screen's ratio. */
     pixelRatio: number | undefined;
 }
 
 /** Owner of the water. */
-export interface LiveOwner {
+export interface LiveOwner extends TextureOwner {
     readonly state: WaterState;
-    /** Element whose box the water covers. */
-    readonly area: HTMLElement;
     /** Element in which a mouse hovers over the water. */
     readonly hoverArea: HTMLElement;
-    readonly source: BackgroundSource | null;
     /** Dispatches an event without details. */
     emit(type: string): void;
     /** Called after the first frame. */
     onFirstFrame(): void;
-    /** Called if the background cannot be drawn. */
-    onBackgroundError(): void;
     /** Called when the user touches the water. */
     onUse(): void;
 }
-
-/** Milliseconds from the last change of size to the restart. A window that is being resized changes size many times. */
-const resizeDelay = 150;
 
 export class LiveWater {
     readonly queue = new FingerQueue();
     /** Numbers of the recording that ended last. Empty if there is none. */
     recording: Float64Array = new Float64Array();
     private readonly ended = new AbortController();
-    private readonly background: Background;
+    private readonly texture: BackgroundTexture;
     private readonly loop: FrameLoop;
     private readonly pointer: Pointer;
     private readonly attractTimer: AttractTimer;
     private readonly reducedMotion = matchMedia("(prefers-reduced-motion: reduce)");
     private readonly resizeObserver: ResizeObserver;
     private resizeTimer = 0;
-    private size: Size = { width: 0, height: 0 };
     private passedSettings = "";
     private lastTick = 0;
     private isContextLost = false;
     private hasDrawn = false;
     private wasIdle = false;
     private needsFrame = true;
-    private needsUpload = false;
     private afterFrame: (() => void)[] = [];
 
     constructor(
@@ -74,7 +68,6 @@ export class LiveWater {
         private readonly owner: LiveOwner,
     ) {
         const { signal } = this.ended;
-        this.background = new Background(owner.area);
         this.loop = new FrameLoop(
             {
                 canRun: () => !this.isContextLost && !signal.aborted,
@@ -95,11 +88,11 @@ export class LiveWater {
         canvas.addEventListener("webglcontextrestored", () => this.onContextRestored(), { signal });
         this.reducedMotion.addEventListener("change", () => this.update(), { signal });
         effect.attach(gl);
-        effect.uploadBackground = () => this.upload();
+        this.texture = new BackgroundTexture(effect, gl, owner, () => this.requestFrame(), signal);
         effect.adaptsQuality = owner.state.quality === "auto";
         effect.noteInput(); // starts the wait for attract mode
         this.update();
-        this.restart();
+        this.start((size) => effect.restart(size));
         this.changeBackground();
     }
 
@@ -113,6 +106,7 @@ export class LiveWater {
         this.resizeObserver.disconnect();
         this.effect.finishRecording();
         this.effect.takeRecording();
+        this.effect.stopReplay();
         this.effect.uploadBackground = () => {};
         this.gl.getExtension("WEBGL_lose_context")?.loseContext();
     }
@@ -137,18 +131,10 @@ export class LiveWater {
 
     /** Shows a changed background. */
     changeBackground(): void {
-        if (this.isContextLost) {
-            return;
+        if (!this.isContextLost) {
+            this.texture.change();
+            this.requestFrame();
         }
-        this.background.draw(this.owner.source, this.size);
-        try {
-            this.effect.setInkSource(this.background.inkSource());
-        } catch {
-            this.owner.onBackgroundError();
-            return;
-        }
-        this.requestFrame();
-        this.followVideo();
     }
 
     /** Draws a frame even if the water is idle. */
@@ -239,23 +225,29 @@ export class LiveWater {
 
     private get hasWantedSize(): boolean {
         const { width, height } = this.wantedSize;
-        return width === this.size.width && height === this.size.height;
+        return width === this.texture.size.width && height === this.texture.size.height;
     }
 
     private followSize(): void {
         clearTimeout(this.resizeTimer);
         this.resizeTimer = window.setTimeout(() => {
             if (!this.isContextLost && !this.hasWantedSize && !this.ended.signal.aborted) {
-                this.restart();
+                this.resize();
             }
         }, resizeDelay);
     }
 
-    /** Restarts the effect at the wanted size, with flat water and no ink. */
-    private restart(): void {
+    /** Starts the effect at the wanted size with the same waves. Draws at once, because a resized canvas is blank. */
+    private resize(): void {
+        this.start((size) => this.effect.resize(size));
+        this.effect.frame(0);
+    }
+
+    /** Starts the effect at the wanted size, without ink. */
+    private start(start: (size: Size) => void): void {
         this.setSize(this.wantedSize);
         this.passSettings();
-        this.effect.restart(this.size);
+        start(this.texture.size);
         this.afterRestart();
     }
 
@@ -263,11 +255,11 @@ export class LiveWater {
     private useAllPixels(): void {
         this.setSize(pixelSize(this.owner.area, 1, this.owner.state.pixelRatio));
         this.passSettings();
-        this.effect.restart(this.size);
+        this.effect.restart(this.texture.size);
     }
 
     private setSize(size: Size): void {
-        this.size = size;
+        this.texture.size = size;
         this.canvas.width = size.width;
         this.canvas.height = size.height;
     }
@@ -285,37 +277,6 @@ export class LiveWater {
         }
     }
 
-    /** Uploads the image into the bound texture. */
-    private upload(): void {
-        const { gl } = this;
-        try {
-            gl.texImage2D(gl.TEXTURE_2D, 0, gl.RGBA, gl.RGBA, gl.UNSIGNED_BYTE, this.background.draw(this.owner.source, this.size));
-        } catch {
-            this.owner.onBackgroundError();
-        }
-        gl.bindTexture(gl.TEXTURE_2D, null);
-    }
-
-    /** Uploads each frame of a video, as long as it is the background. */
-    private followVideo(): void {
-        const { source } = this.owner;
-        if (source && isVideo(source) && "requestVideoFrameCallback" in source) {
-            source.requestVideoFrameCallback(() => {
-                if (this.owner.source === source && !this.ended.signal.aborted) {
-                    this.needsUpload = true;
-                    this.requestFrame();
-                    this.followVideo();
-                }
-            });
-        }
-    }
-
-    /** True if a video plays whose frames the browser does not report. */
-    private get playsUnreported(): boolean {
-        const { source } = this.owner;
-        return source !== null && isVideo(source) && !source.paused && !("requestVideoFrameCallback" in source);
-    }
-
     private skipTime(): void {
         this.lastTick = performance.now();
         this.effect.skipTime();
@@ -329,23 +290,15 @@ export class LiveWater {
             effect.noteInterval(now - this.lastTick);
         }
         this.lastTick = now;
-        this.showVideo();
+        this.texture.showVideo();
         for (const elapsed of this.dueFrames(now)) {
             this.frame(elapsed);
         }
         if (this.maySizeChange && !this.hasWantedSize) {
-            this.restart();
+            this.resize();
         }
         this.reportIdle();
         return !this.loop.isRunning && !this.isStill;
-    }
-
-    private showVideo(): void {
-        if (this.needsUpload || this.playsUnreported) {
-            this.needsUpload = false;
-            this.gl.bindTexture(this.gl.TEXTURE_2D, this.effect.backgroundTexture);
-            this.upload();
-        }
     }
 
     private dueFrames(now: number): number[] {
@@ -382,13 +335,13 @@ export class LiveWater {
     /** Returns the position in canvas pixels. */
     private pixelsOf({ x, y }: Point): [number, number] {
         const { area } = this.owner;
-        return [(x / area.clientWidth) * this.size.width, (y / area.clientHeight) * this.size.height];
+        return [(x / area.clientWidth) * this.texture.size.width, (y / area.clientHeight) * this.texture.size.height];
     }
 
     /** True if the next frame would be equal to the last one. */
     private get isStill(): boolean {
         const { effect, owner } = this;
-        if (this.needsFrame || this.playsUnreported) {
+        if (this.needsFrame || this.texture.playsUnreported) {
             return false;
         }
         return owner.state.paused || (effect.isIdle && this.queue.isEmpty);

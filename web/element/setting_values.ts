@@ -18,6 +18,7 @@ export function attributeOf(name: string): string {
     return name.replace(/[A-Z]/g, (letter) => `-${letter.toLowerCase()}`);
 }
 
+/** Returns the names of the shipped presets. */
 export function presetNames(): string[] {
     return Object.keys(PRESETS);
 }

@@ -4,11 +4,12 @@
 
 extern "C" {
 
-int __rem_pio2_large(double* x, double* y, int exponent, int count, int precision);
+int reduceLargeAngle(double* x, double* y, int exponent, int count,
+                     int precision) __asm__("__rem_pio2_large");
 
 /// Reduces the argument of sin and cos if it is larger than a million. The effect has only small angles, and the C
 /// library reduces those without this function.
-int __rem_pio2_large(double* /*x*/, double* /*y*/, int /*exponent*/, int /*count*/,
+int reduceLargeAngle(double* /*x*/, double* /*y*/, int /*exponent*/, int /*count*/,
                      int /*precision*/) {
     __builtin_trap();
 }

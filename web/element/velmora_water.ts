@@ -20,6 +20,7 @@ const switches = ["attract", "paused", "waterOnly"];
 /** Properties that reflect the attributes of settings: a number, a CSS colour for the ink, or null. */
 type SettingProperties = { [Name in Exclude<keyof Settings, "ink" | "secondBackground" | "waterOnly">]: number | null };
 
+/** Properties of the element. Each reflects the attribute of the same name, in kebab-case. */
 export interface VelmoraWater extends SettingProperties {
     /** Shipped preset or JSON. */
     preset: string | null;
@@ -27,10 +28,13 @@ export interface VelmoraWater extends SettingProperties {
     ink: string | null;
     /** True to turn off the ink. */
     waterOnly: boolean;
+    /** Input that touches the water. Null: `drag`. */
     pointer: PointerMode | null;
     /** True to draw by itself while nobody touches the water. */
     attract: boolean;
+    /** True to stop the water and keep its last frame. */
     paused: boolean;
+    /** `auto` draws less detail on a slow machine, `full` never does. Null: `auto`. */
     quality: WaterState["quality"] | null;
     /** Rendered pixels per CSS pixel; null for the screen's ratio. */
     pixelRatio: number | null;
@@ -42,36 +46,64 @@ export interface VelmoraWater extends SettingProperties {
 
 /** Attributes in markup, for example in JSX. */
 export interface VelmoraWaterAttributes {
+    /** Name of a shipped preset, or the settings as JSON. */
     preset?: string;
+    /** Part of a wave's motion that remains after 1/60 s. */
     damping?: number | string;
+    /** Distance that a wave runs in a second. 1 is the shorter side of the element. */
     "wave-speed"?: number | string;
+    /** Height of the ripples of a touch. */
     ripple?: number | string;
+    /** Raindrops per second. */
     rain?: number | string;
+    /** Speed of the effect. 1 is real time. */
     "time-scale"?: number | string;
+    /** How much waves distort the background. 1 is no distortion. */
     "refractive-index"?: number | string;
+    /** Strength of the reflections on waves. */
     sheen?: number | string;
+    /** Extra reflection on slopes that face the light at the lower right. */
     fresnel?: number | string;
+    /** Brightness of the highlights, as a factor of the reflection. */
     specular?: number | string;
+    /** Sharpness of the highlights. High values are narrow. */
     exponent?: number | string;
+    /** Pressure for devices that do not report it, 0 to 1. */
     pressure?: number | string;
+    /** Water cells along the shorter side. */
     "mesh-detail"?: number | string;
+    /** CSS colour of the ink. */
     ink?: string;
+    /** Turns off the ink. */
     "water-only"?: boolean | "";
+    /** Input that touches the water. */
     pointer?: PointerMode;
+    /** Draws by itself while nobody touches the water. */
     attract?: boolean | "";
+    /** Stops the water and keeps its last frame. */
     paused?: boolean | "";
+    /** `auto` draws less detail on a slow machine, `full` never does. */
     quality?: WaterState["quality"];
+    /** Rendered pixels per CSS pixel. Default: the ratio of the screen. */
     "pixel-ratio"?: number | string;
+    /** Address of the background, instead of a child. */
     src?: string;
+    /** Candidates for `src`, as for an image. */
     srcset?: string;
+    /** Sizes for `srcset`, as for an image. */
     sizes?: string;
+    /** Text for assistive technology, if `src` is given. */
     alt?: string;
+    /** Mode of the request for `src`, as for an image. */
     crossorigin?: string;
+    /** `lazy` loads `src` when the element comes near the viewport. */
     loading?: "lazy" | "eager";
 }
 
 // The interface of the same name declares the properties that defineProperty adds.
+/** The custom element `<velmora-water>`: its child image, video or canvas under water. */
 export class VelmoraWater extends ElementClass {
+    /** Attributes that the browser reports to the element. */
     static readonly observedAttributes = [...stateAttributes, ...imageAttributes, "aria-label"];
 
     private readonly image: HTMLImageElement;
@@ -98,6 +130,7 @@ export class VelmoraWater extends ElementClass {
         this.water = new Water(this.makeHost(fallback));
     }
 
+    /** Starts the water. The browser calls it when the element enters a document. */
     connectedCallback(): void {
         applyStyle(this.shadowRoot!);
         this.readAttributes();
@@ -106,11 +139,13 @@ export class VelmoraWater extends ElementClass {
         this.water.connect();
     }
 
+    /** Stops the water. The browser calls it when the element leaves its document. */
     disconnectedCallback(): void {
         this.watch.stop();
         this.water.disconnect();
     }
 
+    /** Applies a changed attribute. The browser calls it. */
     attributeChangedCallback(name: string, _before: string | null, value: string | null): void {
         if (imageAttributes.includes(name)) {
             copyAttribute(this.image, name, value);

@@ -26,6 +26,7 @@ export interface WaterHost {
     readonly keepsContext?: boolean;
 }
 
+/** Options of a touch by script. */
 export type DropOptions = Pick<StrokeOptions, "pressure">;
 
 const noWebGl = "This browser has no WebGL, or no more GL contexts. The plain picture is shown.";
@@ -203,8 +204,7 @@ export class Water implements PoolClient, LiveOwner {
             this.live = null;
             this.host.show(this.still);
         }
-        // A restart continues a replay, so the next water would show it.
-        if (this.effect && !this.effect.isReplaying) {
+        if (this.effect) {
             idleEffects.push(this.effect);
         }
         this.effect = null;

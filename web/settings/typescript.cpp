@@ -138,6 +138,23 @@ std::string fields() {
                   "];\n\n");
 }
 
+/// Returns the limits alone. A script that shows no panel includes them without the texts of the panel.
+std::string ranges() {
+    std::string all;
+    forEachIndex([&]<class Value>(const app::SettingField<Value>& field, int) {
+        if constexpr (!isSwitch<Value>) {
+            all +=
+                joined("    ", field.name, ": [", valueText(field.min), ", ", valueText(field.max),
+                       std::is_integral_v<Value> ? ", true],\n" : ", false],\n");
+        }
+    });
+    return joined(
+        "/** Minimum and maximum of each number, and true if it must be a whole number. */\n"
+        "export const numberRanges: Readonly<Record<NumberField[\"name\"], readonly "
+        "[min: number, max: number, isWhole: boolean]>> = {\n",
+        all, "};\n\n");
+}
+
 /// Returns the headings of the panel's sections.
 std::string groups() {
     std::string names;
@@ -161,23 +178,6 @@ std::string resizeDelay() {
         "/** Milliseconds without a change of size before the effect restarts in the new size. */\n"
         "export const resizeDelay = ",
         std::to_string(app::resizeDelay.count()), ";\n\n");
-}
-
-/// Returns the limits alone. A script that shows no panel includes them without the texts of the panel.
-std::string ranges() {
-    std::string all;
-    forEachIndex([&]<class Value>(const app::SettingField<Value>& field, int) {
-        if constexpr (!isSwitch<Value>) {
-            all +=
-                joined("    ", field.name, ": [", valueText(field.min), ", ", valueText(field.max),
-                       std::is_integral_v<Value> ? ", true],\n" : ", false],\n");
-        }
-    });
-    return joined(
-        "/** Minimum and maximum of each number, and true if it must be a whole number. */\n"
-        "export const numberRanges: Readonly<Record<NumberField[\"name\"], readonly "
-        "[min: number, max: number, isWhole: boolean]>> = {\n",
-        all, "};\n\n");
 }
 
 std::string palette() {

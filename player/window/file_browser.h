@@ -1,0 +1,39 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "player/window/requests.h"
+
+namespace player {
+
+/// Pop-up that lists the folders, pictures, presets and gestures of a folder.
+class FileBrowser {
+public:
+    /// Sets the first folder. If it is empty, the user's folder of pictures is the first one.
+    explicit FileBrowser(const std::filesystem::path& first);
+
+    /// Opens the pop-up in the next frame.
+    void open();
+    /// Draws the pop-up into the current ImGui frame. Requests the chosen file.
+    void draw(Requests& requests);
+
+private:
+    struct Entry {
+        std::string label;
+        std::filesystem::path path;
+        bool isFolder;
+    };
+
+    void list();
+    void drawEntries(Requests& requests);
+
+    std::filesystem::path folder;
+    /// The parent folder, then folders, then files, each sorted by name.
+    std::vector<Entry> entries;
+    /// True until the next frame opens the pop-up.
+    bool opening = false;
+};
+
+}  // namespace player
