@@ -2,7 +2,7 @@
 
 import assert from "node:assert/strict";
 import { after, before, test } from "node:test";
-import { close, downloadFrom, drag, launch, open, waitForCanvasWidth, waitUntilIdle } from "./page.mjs";
+import { close, downloadFrom, drag, launch, needs, open, waitForCanvasWidth, waitUntilIdle } from "./page.mjs";
 
 let browser;
 before(async () => (browser = await launch()));
@@ -30,7 +30,7 @@ function play(page, bytes) {
 
 const pressF = (page) => () => page.keyboard.press("f");
 
-test("a film keeps its size over a resize, has a duration, and plays to its end", async () => {
+test("a film keeps its size over a resize, has a duration, and plays to its end", needs("roles"), async () => {
     const page = await open(browser, { before: useOnly("webm") });
     const start = Date.now();
     await page.keyboard.press("f");

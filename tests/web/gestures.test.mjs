@@ -7,7 +7,7 @@ import { tmpdir } from "node:os";
 import { join } from "node:path";
 import { after, before, test } from "node:test";
 import {
-    close, downloadFrom, drag, launch, open, sendFiles, top, waitForCanvasWidth, waitForToast,
+    close, downloadFrom, drag, launch, needs, open, sendFiles, top, waitForCanvasWidth, waitForToast,
     waitUntilIdle,
 } from "./page.mjs";
 
@@ -135,7 +135,7 @@ test("a replay continues to its end after a resize", async () => {
     await close(page);
 });
 
-test("Esc or a tap on its badge stops a replay, and another replay says that it stopped the first", async () => {
+test("Esc or a tap on its badge stops a replay, and another replay says that it stopped the first", needs("roles"), async () => {
     const page = await open(browser);
     const long = "screen 270 480\nframes 100000\n1 down 60 200 0.5\n";
     const badge = page.locator("#badges button");

@@ -3,7 +3,7 @@
 import assert from "node:assert/strict";
 import { after, before, test } from "node:test";
 import {
-    close, downloadFrom, drag, launch, mockTime, open, set, waitForCanvasWidth, waitForToast, waitUntilIdle,
+    close, downloadFrom, drag, launch, needs, mockTime, open, set, waitForCanvasWidth, waitForToast, waitUntilIdle,
 } from "./page.mjs";
 
 let browser;
@@ -75,7 +75,7 @@ test("a screenshot during a pause equals the screen", async () => {
     await close(page);
 });
 
-test("a pause shows a badge, and a touch on the water or on the badge ends it", async () => {
+test("a pause shows a badge, and a touch on the water or on the badge ends it", needs("roles"), async () => {
     const page = await open(browser);
     const badge = page.locator("#badges button", { hasText: "Paused" });
     await page.keyboard.press(" ");
