@@ -7,7 +7,7 @@ import { tmpdir } from "node:os";
 import { join } from "node:path";
 import { after, before, test } from "node:test";
 import {
-    close, downloadFrom, drag, launch, open, sendFiles, set, top, waitForCanvasWidth, waitForToast,
+    close, downloadFrom, drag, launch, needs, open, sendFiles, top, waitForCanvasWidth, waitForToast,
     waitUntilIdle,
 } from "./page.mjs";
 
@@ -135,34 +135,29 @@ test("a replay continues to its end after a resize", async () => {
     await close(page);
 });
 
+test("Esc or a tap on its badge stops a replay, and another replay says that it stopped the first", needs("roles"), async () => {
+    const page = await open(browser);
+    const long = "screen 270 480\nframes 100000\n1 down 60 200 0.5\n";
+    const badge = page.locator("#badges button");
+    const isReplaying = () => page.evaluate(() => window.velmora.isReplaying());
+    for (const stop of [() => page.keyboard.press("Escape"), () => badge.click()]) {
+        await sendFiles(page, "drop", ["long.gesture", "", Buffer.from(long)]);
+        await waitForToast(page, "Playing long.gesture");
+        await stop();
+        assert.equal(await isReplaying(), false);
+        await waitForToast(page, "The gesture was stopped");
+        assert.equal(await badge.count(), 0);
+    }
+    await sendFiles(page, "drop", ["long.gesture", "", Buffer.from(long)], ["again.gesture", "", Buffer.from(long)]);
+    await waitForToast(page, "The other gesture was stopped. Playing again.gesture");
+    assert.equal(await badge.count(), 1);
+    await close(page);
+});
+
 test("a screenshot is a PNG file", async () => {
     const page = await open(browser);
     const file = await downloadFrom(page, () => page.keyboard.press("s"));
     assert.deepEqual(String(file.bytes.subarray(1, 4)), "PNG");
-    await close(page);
-});
-
-test("a film keeps the canvas size and is saved to a file", async () => {
-    const page = await open(browser, {
-        before: () => {
-            const capture = HTMLCanvasElement.prototype.captureStream;
-            HTMLCanvasElement.prototype.captureStream = function (...rate) {
-                return (window.stream = capture.apply(this, rate));
-            };
-        },
-    });
-    await page.keyboard.press("f");
-    await drag(page, [60, 200], [200, 260], 5);
-    await page.keyboard.press("c");
-    await set(page, { damping: 0.8 }); // the waves fade fast
-    await page.evaluate(() => window.velmora.fixQuality(3)); // fewer pixels
-    await waitUntilIdle(page);
-    assert.equal(await page.evaluate(() => window.velmora.screen().width), 270);
-    const film = await downloadFrom(page, () => page.keyboard.press("f"));
-    await waitForCanvasWidth(page, 203);
-    assert.deepEqual(await page.evaluate(() => window.stream.getTracks().map((track) => track.readyState)), ["ended"]);
-    assert.match(film.name, /^velmora-film-.*\.(webm|mp4)$/);
-    assert.ok(film.bytes.length > 2000);
     await close(page);
 });
 

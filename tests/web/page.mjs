@@ -28,7 +28,7 @@ export async function open(browser, options = {}) {
     const { size = [270, 480], url = pathToFileURL(file).href, hash = "", before, ready = true, ...others } = options;
     // Reduced motion turns attract mode off.
     const page = await browser.newPage({ size, before, reducedMotion: "reduce", ...others });
-    page.address = url + hash;
+    page.address = `${url}?test${hash}`;
     await page.goto(page.address);
     if (ready) {
         await page.waitForFunction(() => window.velmora?.counts().frames > 0);
@@ -48,7 +48,7 @@ export async function close(page, excused = /^$/) {
 /** Serves the page from a local HTTP server without special headers. */
 export async function serve() {
     const server = createServer((request, response) => {
-        const found = request.url.split("#")[0] === "/velmora.html";
+        const found = request.url.split(/[?#]/)[0] === "/velmora.html";
         response.writeHead(found ? 200 : 404, { "Content-Type": "text/html" });
         response.end(found ? readFileSync(file) : "");
     });

@@ -3,7 +3,7 @@
 import assert from "node:assert/strict";
 import { after, before, test } from "node:test";
 import {
-    close, downloadFrom, drag, launch, mockTime, open, set, waitForCanvasWidth, waitForToast, waitUntilIdle,
+    close, downloadFrom, drag, launch, needs, mockTime, open, set, waitForCanvasWidth, waitForToast, waitUntilIdle,
 } from "./page.mjs";
 
 let browser;
@@ -75,13 +75,16 @@ test("a screenshot during a pause equals the screen", async () => {
     await close(page);
 });
 
-test("a touch during a pause has no effect", async () => {
+test("a pause shows a badge, and a touch on the water or on the badge ends it", needs("roles"), async () => {
     const page = await open(browser);
+    const badge = page.locator("#badges button", { hasText: "Paused" });
     await page.keyboard.press(" ");
-    await page.mouse.click(100, 300);
-    await page.mouse.click(100, 100);
-    await waitForFrame(page, () => page.keyboard.press(" "));
-    assert.equal(await page.evaluate(() => window.velmora.isWaterIdle()), true);
+    await badge.click();
+    assert.equal(await page.evaluate(() => window.velmora.pause.isOn), false);
+    await page.keyboard.press(" ");
+    await waitForFrame(page, () => page.mouse.click(100, 300));
+    assert.equal(await badge.count(), 0);
+    assert.equal(await page.evaluate(() => window.velmora.isWaterIdle()), false, "the touch must move the water");
     await close(page);
 });
 
@@ -131,7 +134,7 @@ test("a restart of the effect leaves no GL objects behind", async () => {
 test("during a context loss, commands show an error and a resize is deferred", async () => {
     const page = await open(browser);
     await withLostContext(page, async () => {
-        for (const key of ["r", "g", "s", "l", "."]) {
+        for (const key of ["r", "g", "s", "l", ".", "f"]) {
             await page.evaluate(() => (document.getElementById("toast").textContent = ""));
             await page.keyboard.press(key);
             await waitForToast(page, "Graphics are restarting, please wait");
@@ -140,6 +143,18 @@ test("during a context loss, commands show an error and a resize is deferred", a
         await page.setViewportSize({ width: 300, height: 400 });
     });
     await waitForCanvasWidth(page, 300);
+    await waitUntilIdle(page);
+    await close(page, /CONTEXT_LOST/);
+});
+
+test("a context that is lost while programs are built is restored without errors", async () => {
+    const page = await open(browser);
+    await page.evaluate(() => {
+        for (const key of ["w", "l"]) {
+            window.dispatchEvent(new KeyboardEvent("keydown", { key }));
+        }
+    });
+    await page.waitForFunction(() => window.velmora.counts().contexts === 2);
     await waitUntilIdle(page);
     await close(page, /CONTEXT_LOST/);
 });

@@ -1,24 +1,35 @@
 // Saves screenshots, films and recorded gestures as files.
 
 import { commandTexts, sharedTexts } from "../../build/web/settings";
+import { showBadge } from "./badges";
 import { download, share, uniqueName } from "./files";
+import { Film } from "./film";
 import { blobOf } from "./paused_frame";
 import type { Player } from "./player";
-import { attempt, showBadge, showToast } from "./toast";
-
-const filmTypes = ["video/mp4;codecs=avc1", "video/webm;codecs=vp9", "video/webm"];
+import { attempt, showToast } from "./toast";
 
 /** Side of a thumbnail in pixels, the same as that of the built-in presets' thumbnails. */
 const thumbnailSide = 128;
 
 export class Capture {
-    private recorder: MediaRecorder | null = null;
+    private film: Film | null = null;
+    private hideFilmBadge = () => {};
+    private stopAdding = () => {};
     private hideRecordingBadge = () => {};
     /** Script of the newest recorded gesture. */
     private gesture = "";
 
     constructor(private readonly player: Player) {
         player.effect.onRecordingEnd = (script) => this.saveRecording(script);
+        window.addEventListener("beforeunload", (event) => {
+            if (this.film || player.effect.isRecording) {
+                event.preventDefault(); // the browser asks the user whether to leave
+            }
+        });
+    }
+
+    get isFilming(): boolean {
+        return this.film !== null;
     }
 
     async screenshot(): Promise<void> {
@@ -44,11 +55,12 @@ export class Capture {
         return image ? thumbnailOf(await createImageBitmap(image)) : undefined;
     }
 
-    toggleFilm(): void {
-        if (this.recorder) {
-            this.recorder.stop();
-        } else {
-            void attempt(() => this.startFilm());
+    /** Starts a video, or ends it and saves the file. Does nothing while the end is being encoded. */
+    async toggleFilm(): Promise<void> {
+        if (!this.film) {
+            this.startFilm();
+        } else if (!this.film.isFinishing) {
+            await this.finishFilm(this.film);
         }
     }
 
@@ -57,7 +69,7 @@ export class Capture {
             this.player.gestures.finishRecording();
         } else {
             this.player.gestures.startRecording();
-            this.hideRecordingBadge = showBadge("Gesture");
+            this.hideRecordingBadge = showBadge("Gesture", "Stop recording", () => this.toggleRecording());
             showToast("Recording a gesture. The water has started anew");
         }
     }
@@ -98,32 +110,36 @@ export class Capture {
     }
 
     private startFilm(): void {
-        const type = window.MediaRecorder && filmTypes.find((each) => MediaRecorder.isTypeSupported(each));
-        if (!type) {
-            throw new Error("This browser cannot record videos: it lacks MediaRecorder or a video format");
+        const { player } = this;
+        player.context.need();
+        const film = new Film(player.canvas);
+        const add = () => film.add();
+        player.afterFrame.add(add);
+        this.film = film;
+        this.stopAdding = () => player.afterFrame.delete(add);
+        this.hideFilmBadge = showBadge("Video", "Stop filming", () => void attempt(() => this.toggleFilm()));
+        player.filming = true;
+        if (player.pause.frame.image) {
+            film.add(player.pause.frame.image);
+        } else {
+            player.noteInput(); // draws the first frame of the video
         }
-        const parts: Blob[] = [];
-        const stream = this.player.canvas.captureStream(60);
-        const recorder = new MediaRecorder(stream, {
-            mimeType: type,
-            videoBitsPerSecond: 12e6,
-        });
-        const hideBadge = showBadge("Video");
-        recorder.ondataavailable = (event) => parts.push(event.data);
-        recorder.onstop = () => {
-            this.recorder = null;
-            stream.getTracks().forEach((track) => track.stop());
-            this.player.filming = false;
-            this.player.loop.wake(); // adaptive quality may change the canvas size again
-            hideBadge();
-            const name = uniqueName("film", type.startsWith("video/mp4") ? ".mp4" : ".webm");
-            download(new Blob(parts, { type: type.split(";")[0] as string }), name);
-            showToast(`Saved ${name}`);
-        };
-        recorder.start(1000);
-        this.recorder = recorder;
-        this.player.filming = true;
-        this.player.noteInput(); // draws the first frame of the film
+    }
+
+    private async finishFilm(film: Film): Promise<void> {
+        const { player } = this;
+        const file = await film.finish();
+        this.film = null;
+        this.stopAdding();
+        this.hideFilmBadge();
+        player.filming = false;
+        player.loop.wake(); // adaptive quality may change the canvas size again
+        if (file.size === 0) {
+            throw new Error("The video has no frame and is not saved. Film a little longer");
+        }
+        const name = uniqueName("film", film.suffix);
+        download(file, name);
+        showToast(`Saved ${name}`);
     }
 }
 

@@ -2,7 +2,7 @@
 
 import type { Settings } from "../../build/web/settings";
 import { setFirst, setSecond } from "./backgrounds";
-import { MovingPicture, openCamera } from "./moving_picture";
+import { openCamera } from "./moving_picture";
 import type { Player } from "./player";
 import type { PresetChooser } from "./preset_chooser";
 import { presetName } from "./presets";
@@ -60,9 +60,7 @@ export class FileImporter {
 
     /** Makes a picture one of the backgrounds. */
     private show(picture: Picture, slot: "first" | "second"): void {
-        if (picture instanceof MovingPicture) {
-            picture.onFrame = () => this.player.onPictureMoved(picture);
-        }
+        this.player.watchPicture(picture);
         (slot === "first" ? setFirst : setSecond)(this.player.stage.backgrounds, picture);
         this.player.onBackgroundsChanged();
     }
@@ -83,8 +81,7 @@ export class FileImporter {
         if (!scriptLine.test(script) || script.includes("\0")) {
             throw new Error(`${file.name} is not a gesture script`);
         }
-        const fault = this.player.gestures.replay(script, file.name);
-        showToast(fault || `Playing ${file.name}`);
+        this.player.gestures.replay(script, file.name);
     }
 }
 

@@ -1,18 +1,29 @@
 // Records and replays gestures.
 
+import { showBadge } from "./badges";
 import type { Effect } from "./effect";
 import type { Pause } from "./pause";
+import { showToast } from "./toast";
+
+export interface GestureOwner {
+    /** Prepares the effect for the restart with which a gesture begins. Throws an Error if that is impossible. */
+    prepareGesture(): void;
+    noteInput(): void;
+}
 
 export class Gestures {
-    /** Called when a replay has ended. */
-    onReplayEnd = () => {};
+    private hideBadge = () => {};
 
     constructor(
         private readonly effect: Effect,
         private readonly pause: Pause,
-        /** Prepares the effect for the restart with which a gesture begins. Throws an Error if that is impossible. */
-        private readonly prepare: () => void,
-    ) {}
+        private readonly owner: GestureOwner,
+    ) {
+        effect.onReplayEnd = (finished) => {
+            this.hideBadge();
+            showToast(finished ? "The gesture has ended" : "The gesture was stopped");
+        };
+    }
 
     startRecording(): void {
         this.start(() => this.effect.startRecording());
@@ -22,18 +33,29 @@ export class Gestures {
         this.effect.finishRecording();
     }
 
-    /** Restarts the effect, ends a pause and replays a gesture script. Returns the fault of the script, or "". */
-    replay(script: string, name: string): string {
+    /**
+     * Restarts the effect, ends a pause and replays a gesture script. Stops another replay. Throws an Error with the fault
+     * of the script, if it has one.
+     */
+    replay(script: string, name: string): void {
         const fault = this.effect.readScript(script, name);
-        if (!fault) {
-            this.start(() => this.effect.startReplay());
-            this.pause.isOn = false;
+        if (fault) {
+            throw new Error(fault);
         }
-        return fault;
+        const stops = this.effect.isReplaying;
+        this.start(() => this.effect.startReplay());
+        this.pause.isOn = false;
+        this.hideBadge = showBadge(`Playing ${name}`, "Stop the gesture", () => this.stopReplay());
+        showToast(`${stops ? "The other gesture was stopped. " : ""}Playing ${name}`);
+    }
+
+    stopReplay(): void {
+        this.effect.stopReplay();
+        this.owner.noteInput(); // draws the frame that lifts the finger of the gesture
     }
 
     private start(restart: () => void): void {
-        this.prepare();
+        this.owner.prepareGesture();
         restart();
     }
 }

@@ -1,5 +1,6 @@
 // Entry point of the page. Opens the effect and connects it to keys, panel, files and links.
 
+import { stopNewest } from "./badges";
 import { Capture } from "./capture";
 import { CleanView } from "./clean_view";
 import { fillHelp, isFramed, listen } from "./command";
@@ -32,7 +33,9 @@ async function open(): Promise<void> {
     showToast(`Drag to stir the water. ${drop}${hasKeys ? ", or press F1 for the keys" : ""}.`);
     await attempt(() => presets.readLink());
     player.restart();
-    installTestHook(player, importer);
+    if (new URLSearchParams(location.search).has("test")) {
+        installTestHook(player, importer);
+    }
 }
 
 /** Connects keys, panel, help, files and links to the player. */
@@ -47,15 +50,19 @@ function connectControls(player: Player, capture: Capture, presets: PresetChoose
         panel.toggle(open);
     };
     const showHelp = () => help.showModal();
-    const context = { player, presets, importer, capture, cleanView, help: showHelp, togglePanel };
+    const escape = () => (panel.isOpen ? panel.toggle(false) : stopNewest());
+    const context = { escape, player, presets, importer, capture, cleanView, help: showHelp, togglePanel };
     const commands = makePageCommands(context);
     const panel = new Panel(byId("panel"), byId("open"), player, presets, commands.sections);
     listen(commands.all, () => player.noteInput());
     fillHelp(help, commands.all);
     receiveFiles((file) => void importer.take(file));
     window.addEventListener("hashchange", () => void attempt(() => presets.readLink()));
-    presets.onChange = player.onSettings = () => panel.update();
-    player.gestures.onReplayEnd = () => showToast("The gesture has ended");
+    player.onSettings = () => panel.update();
+    presets.onChange = () => {
+        panel.update();
+        presets.dropOldLink();
+    };
     return importer;
 }
 

@@ -20,6 +20,8 @@ export interface CommandContext {
     cleanView: CleanView;
     help(): void;
     togglePanel(open?: boolean): void;
+    /** Closes the panel if it is open. Otherwise ends the newest video, recording, replay or pause. */
+    escape(): void;
 }
 
 export interface PageCommands {
@@ -60,8 +62,8 @@ export function makePageCommands(context: CommandContext): PageCommands {
     });
     const help = command("f1", commandTexts.help, () => context.help());
     const panel = command("tab", commandTexts.panel, () => context.togglePanel(), "Tab");
-    const closePanel = { label: "Close settings", description: "Close the settings" };
-    const close = command("escape", closePanel, () => context.togglePanel(false), "Esc");
+    const closeTexts = { label: "Close or stop", description: "Close the settings, or stop what is running" };
+    const close = command("escape", closeTexts, () => context.escape(), "Esc");
     const sections = {
         [sharedTexts.presetSection]: presetCommands(context),
         Picture: pictureCommands(context),
@@ -121,7 +123,7 @@ function saveCommands({ capture, importer, player, presets }: CommandContext): C
     return [
         command("s", commandTexts.screenshot, () => capture.screenshot()),
         { ...command("", shareTexts, () => capture.shareScreenshot()), isShown: () => canShareFiles },
-        toggle("f", commandTexts.film, () => player.filming, () => capture.toggleFilm()),
+        toggle("f", commandTexts.film, () => capture.isFilming, () => capture.toggleFilm()),
         toggle("r", commandTexts.record, isRecording, () => capture.toggleRecording()),
         command("g", commandTexts.replay, () => capture.replayNewest()),
         command("u", commandTexts.copyLink, () => presets.share()),
@@ -132,7 +134,7 @@ function saveCommands({ capture, importer, player, presets }: CommandContext): C
 function gestureCommands({ player }: CommandContext): Command[] {
     return Object.entries(GESTURES).map(([name, script]) => {
         const label = name.replaceAll("_", " ");
-        return command("", { label, description: `Replay the gesture ${label}` }, () => void player.gestures.replay(script, name));
+        return command("", { label, description: `Replay the gesture ${label}` }, () => player.gestures.replay(script, label));
     });
 }
 

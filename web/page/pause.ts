@@ -1,14 +1,30 @@
 // The pause: its state, its single steps, and the frame that it shows.
 
+import { sharedTexts } from "../../build/web/settings";
+import { showBadge } from "./badges";
 import type { Effect } from "./effect";
 import { PausedFrame } from "./paused_frame";
 
 export class Pause {
-    isOn = false;
     readonly frame = new PausedFrame();
+    /** Called when a pause has begun or ended. */
+    onChange = () => {};
+    private hideBadge: (() => void) | null = null;
     private stepWanted = false;
 
     constructor(private readonly effect: Effect) {}
+
+    get isOn(): boolean {
+        return this.hideBadge !== null;
+    }
+    set isOn(on: boolean) {
+        if (on === this.isOn) {
+            return;
+        }
+        this.hideBadge?.();
+        this.hideBadge = on ? showBadge(sharedTexts.paused, "Resume", () => (this.isOn = false), true) : null;
+        this.onChange();
+    }
 
     /** True if the pause needs no further frame. */
     get isIdle(): boolean {

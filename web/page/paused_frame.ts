@@ -1,27 +1,32 @@
 // Copy of the frame that a pause shows. The canvas loses its image after the browser has shown it.
 
 export class PausedFrame {
-    private image: HTMLCanvasElement | null = null;
+    private copy: HTMLCanvasElement | null = null;
+
+    /** The copy, or null if the screen is not up to date. */
+    get image(): HTMLCanvasElement | null {
+        return this.copy;
+    }
 
     /** True if the screen is up to date. Otherwise the pause must draw a frame. */
     get isCurrent(): boolean {
-        return this.image !== null;
+        return this.copy !== null;
     }
 
     /** Copies the canvas. Must be called directly after a frame, while the canvas has an image. */
     take(canvas: HTMLCanvasElement): void {
-        this.image = document.createElement("canvas");
-        this.image.width = canvas.width;
-        this.image.height = canvas.height;
-        this.image.getContext("2d")?.drawImage(canvas, 0, 0);
+        this.copy = document.createElement("canvas");
+        this.copy.width = canvas.width;
+        this.copy.height = canvas.height;
+        this.copy.getContext("2d")?.drawImage(canvas, 0, 0);
     }
 
     drop(): void {
-        this.image = null;
+        this.copy = null;
     }
 
     blob(): Promise<Blob | null> {
-        return this.image ? blobOf(this.image) : Promise.resolve(null);
+        return this.copy ? blobOf(this.copy) : Promise.resolve(null);
     }
 }
 

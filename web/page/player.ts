@@ -9,9 +9,10 @@ import type { Effect } from "./effect";
 import { FrameLoop } from "../engine/frame_loop";
 import { FrameTimes } from "./frame_times";
 import { Gestures } from "./gestures";
-import type { MovingPicture } from "./moving_picture";
+import { MovingPicture } from "./moving_picture";
 import { Overlays } from "./overlays";
 import { Pause } from "./pause";
+import type { Picture } from "./read_picture";
 import { Pointer, type PointerOwner } from "../engine/pointer";
 import { SettingsSync } from "./settings_sync";
 import { Stage } from "./stage";
@@ -49,13 +50,16 @@ export class Player {
         this.pause = new Pause(effect);
         this.overlays = new Overlays(effect, document.getElementById("overlay") as HTMLCanvasElement);
         this.stage = new Stage(effect, canvas, () => this.followSize());
-        this.gestures = new Gestures(effect, this.pause, () => this.prepareGesture());
+        this.gestures = new Gestures(effect, this.pause, this);
         this.context = new ContextWatch(canvas, effect.gl, {
             lost: () => (this.pointer.cancel(), this.arrowKeys.release()),
             restored: () => this.regainContext(),
         });
         const finger: PointerOwner = {
-            press: (...touch) => this.touch(() => effect.press(...touch)),
+            press: (...touch) => {
+                this.pause.isOn = false;
+                this.touch(() => effect.press(...touch));
+            },
             move: (...touch) => this.touch(() => effect.move(...touch)),
             lift: (...touch) => (effect.lift(...touch), this.loop.wake()),
             pressure: () => this.settings.pressure,
@@ -71,6 +75,7 @@ export class Player {
             isBusy: () => this.pause.isOn || this.context.isLost || this.isTouched,
             wake: () => this.loop.wake(),
         });
+        this.pause.onChange = () => this.loop.wake();
         effect.onStart = () => this.onStart();
         effect.attractModeOn = !matchMedia("(prefers-reduced-motion: reduce)").matches;
         effect.adaptQuality();
@@ -129,8 +134,15 @@ export class Player {
         this.onSettings();
     }
 
+    /** Makes the player show the new frames of a moving picture. */
+    watchPicture(picture: Picture): void {
+        if (picture instanceof MovingPicture) {
+            picture.onFrame = () => this.onPictureMoved(picture);
+        }
+    }
+
     /** Shows the new frame of a moving picture if it is the shown background. A pause shows it later. */
-    onPictureMoved(picture: MovingPicture): void {
+    private onPictureMoved(picture: MovingPicture): void {
         if (this.stage.backgrounds.sources[this.settings.secondBackground ? 1 : 0] === picture) {
             this.stage.hasMoved = true;
             this.loop.wake();
@@ -138,7 +150,7 @@ export class Player {
     }
 
     /** Prepares a recording or replay, which restarts the effect. Throws if the context is lost. */
-    private prepareGesture(): void {
+    prepareGesture(): void {
         this.context.need();
         this.pushSettings();
         this.stage.needSecond(); // the script may show it
@@ -162,7 +174,7 @@ export class Player {
         }
     }
 
-    /** Passes a touch to the effect. Drops touches during a pause, so a stroke that begins in a pause draws no ink. */
+    /** Passes a touch to the effect. Drops moves during a pause, which a key may begin during a stroke. */
     private touch(pass: () => void): void {
         if (!this.pause.isOn) {
             pass();
@@ -244,12 +256,9 @@ export class Player {
         this.sync.push();
     }
 
-    /** Shows the settings that a script has changed, and reports the end of the replay. */
+    /** Shows the settings that a script has changed. */
     private followScript(): void {
         this.sync.pull();
         this.onSettings();
-        if (!this.effect.isReplaying) {
-            this.gestures.onReplayEnd();
-        }
     }
 }

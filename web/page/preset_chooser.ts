@@ -179,6 +179,22 @@ export class PresetChooser {
         }
     }
 
+    /** Removes the preset from the page's address if the user has changed its settings. */
+    dropOldLink(): void {
+        const text = presetInLink(location.hash);
+        if (text !== undefined && !this.isInLink(text)) {
+            history.replaceState(null, "", location.pathname + location.search);
+        }
+    }
+
+    private isInLink(text: string): boolean {
+        try {
+            return isSame(this.player.effect.readPreset(text), this.player.settings);
+        } catch {
+            return false; // a damaged link
+        }
+    }
+
     private restore(settings: Settings | undefined, done: string, nothing: string): void {
         if (settings) {
             this.show(settings);

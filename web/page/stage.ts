@@ -71,7 +71,9 @@ export class Stage {
     needSecond(): void {
         if (!this.secondNeeded) {
             this.secondNeeded = true;
-            this.uploadBackgrounds();
+            if (this.current.width > 0) {
+                this.uploadBackgrounds();
+            }
         }
     }
 

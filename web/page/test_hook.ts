@@ -1,4 +1,4 @@
-// Functions for the page's tests and benchmarks, as `window.velmora`.
+// Functions for the page's tests and benchmarks, as `window.velmora`, if the page is opened with `?test`.
 
 import type { Settings } from "../../build/web/settings";
 import type { Size, VelocityField } from "./effect";
@@ -44,8 +44,8 @@ export interface TestHook {
     lift(): void;
     restart(): void;
     startRecording(): void;
-    /** Replays a gesture script. Returns its fault, or "". */
-    replay(script: string, name: string): string;
+    /** Replays a gesture script. Throws an Error with its fault. */
+    replay(script: string, name: string): void;
 }
 
 declare global {

@@ -1,7 +1,6 @@
-// Toasts: short messages for some seconds. Badges: labels with a running time, for example of a recording.
+// Toasts: short messages for some seconds.
 
 const toast = document.getElementById("toast") as HTMLElement;
-const badges = document.getElementById("badges") as HTMLElement;
 /** Maximum length of a toast in characters. */
 const maxLength = 300;
 /** True if the device has a fine pointer, and so most likely a keyboard. Messages mention keys only then. */
@@ -32,21 +31,4 @@ export async function attempt(action: () => unknown): Promise<boolean> {
         showToast(error instanceof Error ? error.message : String(error));
         return false;
     }
-}
-
-/** Shows a badge with a red dot, the message and the running time. Returns a function that removes the badge. */
-export function showBadge(message: string): () => void {
-    const element = document.createElement("span");
-    const start = performance.now();
-    const show = () => {
-        const seconds = Math.floor((performance.now() - start) / 1000);
-        element.textContent = `${message} ${Math.floor(seconds / 60)}:${String(seconds % 60).padStart(2, "0")}`;
-    };
-    show();
-    const ticking = setInterval(show, 500);
-    badges.append(element);
-    return () => {
-        clearInterval(ticking);
-        element.remove();
-    };
 }

@@ -1,0 +1,79 @@
+// Films: size, duration, empty films, and the question before the page is left.
+
+import assert from "node:assert/strict";
+import { after, before, test } from "node:test";
+import { close, downloadFrom, drag, launch, needs, open, waitForCanvasWidth, waitUntilIdle } from "./page.mjs";
+
+let browser;
+before(async () => (browser = await launch()));
+after(() => browser.close());
+
+/** Chooses the video format of the page. */
+const useOnly = (format) => `
+    const isSupported = MediaRecorder.isTypeSupported.bind(MediaRecorder);
+    MediaRecorder.isTypeSupported = (type) => type.startsWith("video/${format}") && isSupported(type);
+`;
+
+/** Plays a video to its end. Returns its size, duration in seconds and error. */
+function play(page, bytes) {
+    return page.evaluate(async (text) => {
+        const video = document.createElement("video");
+        video.muted = true;
+        video.playbackRate = 4;
+        video.src = URL.createObjectURL(new Blob([Uint8Array.from(atob(text), (each) => each.charCodeAt(0))]));
+        await new Promise((done) => (video.onloadedmetadata = video.onerror = done));
+        const { videoWidth: width, videoHeight: height, duration } = video;
+        await Promise.all([video.play(), new Promise((done) => (video.onended = video.onerror = done))]).catch(() => {});
+        return { width, height, duration, error: video.error?.message ?? "" };
+    }, bytes.toString("base64"));
+}
+
+const pressF = (page) => () => page.keyboard.press("f");
+
+test("a film keeps its size over a resize, has a duration, and plays to its end", needs("roles"), async () => {
+    const page = await open(browser, { before: useOnly("webm") });
+    const start = Date.now();
+    await page.keyboard.press("f");
+    await page.locator("#badges button", { hasText: /Video 0:0/ }).waitFor();
+    await drag(page, [60, 200], [200, 260], 4);
+    await page.setViewportSize({ width: 300, height: 400 });
+    await waitForCanvasWidth(page, 300);
+    await drag(page, [60, 100], [200, 160], 4);
+    const film = await downloadFrom(page, () => page.locator("#badges button").click());
+    const longest = (Date.now() - start) / 1000;
+    assert.match(film.name, /^velmora-film-.*\.webm$/);
+    const { width, height, duration, error } = await play(page, film.bytes);
+    assert.deepEqual({ width, height, error }, { width: 270, height: 480, error: "" });
+    assert.ok(duration > 0.1 && duration <= longest, `${duration} s of ${longest} s`);
+    await close(page);
+});
+
+test("films of an instant and of a pause have a frame", async () => {
+    const page = await open(browser);
+    const instant = await downloadFrom(page, async () => {
+        await page.keyboard.press("f");
+        await page.keyboard.press("f");
+    });
+    await page.keyboard.press(" ");
+    await waitUntilIdle(page);
+    await page.keyboard.press("f");
+    const paused = await downloadFrom(page, pressF(page));
+    for (const film of [instant, paused]) {
+        const { width, error } = await play(page, film.bytes);
+        assert.deepEqual([width, error], [270, ""]);
+    }
+    await close(page);
+});
+
+test("the browser asks before a page that films or records is left", async () => {
+    const page = await open(browser);
+    const asks = () => page.evaluate(() => !window.dispatchEvent(new Event("beforeunload", { cancelable: true })));
+    assert.equal(await asks(), false);
+    for (const key of ["f", "r"]) {
+        await page.keyboard.press(key);
+        assert.equal(await asks(), true, key);
+        await downloadFrom(page, () => page.keyboard.press(key));
+        assert.equal(await asks(), false, key);
+    }
+    await close(page);
+});

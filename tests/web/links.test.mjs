@@ -1,0 +1,22 @@
+// The settings in the page's address.
+
+import assert from "node:assert/strict";
+import { after, before, test } from "node:test";
+import { close, launch, open, serve, settings } from "./page.mjs";
+
+let browser, server;
+before(async () => ([browser, server] = [await launch(), await serve()]));
+after(async () => (server.stop(), await browser.close()));
+
+test("a link is removed from the address when its settings change, and works again", async () => {
+    const page = await open(browser, { url: server.url, hash: "#look&exponent=7&secondBackground=true" });
+    assert.equal((await settings(page)).exponent, 7);
+    await page.keyboard.press("n");
+    await page.waitForFunction(() => location.hash === "");
+    await page.evaluate(() => (location.hash = "#look&exponent=7"));
+    await page.waitForFunction(() => window.velmora.settings.exponent === 7);
+    await page.keyboard.press("n");
+    await page.evaluate(() => (location.hash = "#look&exponent=7"));
+    await page.waitForFunction(() => window.velmora.settings.exponent === 7);
+    await close(page);
+});

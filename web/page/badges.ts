@@ -1,0 +1,38 @@
+// Badges: marks of a video, a recording, a replay or a pause. A tap on a badge, or Esc, ends it.
+
+const container = document.getElementById("badges") as HTMLElement;
+/** Functions that end the marked activities, the newest last. */
+const stops: (() => void)[] = [];
+
+/**
+ * Shows a badge with a label and, unless `isStill`, the running time. `action` tells what a tap does. Returns a function
+ * that removes the badge.
+ */
+export function showBadge(label: string, action: string, stop: () => void, isStill = false): () => void {
+    const badge = document.createElement("button");
+    badge.type = "button";
+    badge.title = action;
+    badge.setAttribute("aria-label", `${label}. ${action}`);
+    badge.classList.toggle("still", isStill);
+    badge.addEventListener("click", stop);
+    const start = performance.now();
+    const show = () => {
+        const seconds = Math.floor((performance.now() - start) / 1000);
+        const time = ` ${Math.floor(seconds / 60)}:${String(seconds % 60).padStart(2, "0")}`;
+        badge.textContent = label + (isStill ? "" : time);
+    };
+    show();
+    const ticking = setInterval(show, 500);
+    container.append(badge);
+    stops.push(stop);
+    return () => {
+        clearInterval(ticking);
+        badge.remove();
+        stops.splice(stops.indexOf(stop), 1);
+    };
+}
+
+/** Ends the activity that began last. Does nothing if there is none. */
+export function stopNewest(): void {
+    stops.at(-1)?.();
+}

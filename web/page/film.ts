@@ -1,0 +1,80 @@
+// Films the water as a video. The video keeps its size if the page changes its size.
+
+import { withDuration } from "./webm_duration";
+
+const types = ["video/mp4;codecs=avc1", "video/webm;codecs=vp9", "video/webm"];
+const bitsPerSecond = 12e6;
+/** Milliseconds that the encoder gets for the last frame. */
+const lastFrameDelay = 100;
+/** Maximum number of times that the last frame is given to an encoder that has written nothing yet. */
+const maxLastFrames = 30;
+
+export class Film {
+    isFinishing = false;
+    /** Suffix of the file's name. */
+    readonly suffix: string;
+    private readonly context: CanvasRenderingContext2D;
+    private readonly recorder: MediaRecorder;
+    private readonly parts: Blob[] = [];
+    private readonly start = performance.now();
+    private readonly firstFrame: Promise<void>;
+    private noteFrame = () => {};
+
+    /** Starts a video with the size of `source`. Throws an Error with a message for the user. */
+    constructor(private readonly source: HTMLCanvasElement) {
+        const type = window.MediaRecorder && types.find((each) => MediaRecorder.isTypeSupported(each));
+        if (!type) {
+            throw new Error("This browser cannot record videos: it lacks MediaRecorder or a video format");
+        }
+        this.suffix = type.startsWith("video/mp4") ? ".mp4" : ".webm";
+        const canvas = document.createElement("canvas");
+        canvas.width = even(source.width);
+        canvas.height = even(source.height);
+        this.context = canvas.getContext("2d", { alpha: false }) as CanvasRenderingContext2D;
+        this.recorder = new MediaRecorder(canvas.captureStream(60), {
+            mimeType: type,
+            videoBitsPerSecond: bitsPerSecond,
+        });
+        this.recorder.ondataavailable = (event) => this.parts.push(event.data);
+        this.recorder.start(1000);
+        this.firstFrame = new Promise((resolve) => (this.noteFrame = resolve));
+    }
+
+    private get isEmpty(): boolean {
+        return this.parts.every((part) => part.size === 0);
+    }
+
+    /** Adds a frame, scaled and cropped to the size of the video. */
+    add(frame: HTMLCanvasElement = this.source): void {
+        const { canvas } = this.context;
+        const scale = Math.max(canvas.width / frame.width, canvas.height / frame.height);
+        const [width, height] = [frame.width * scale, frame.height * scale];
+        this.context.drawImage(frame, (canvas.width - width) / 2, (canvas.height - height) / 2, width, height);
+        this.noteFrame();
+    }
+
+    /** Ends the video after its first frame at the earliest. Resolves to the file, which is empty without a frame. */
+    async finish(): Promise<Blob> {
+        this.isFinishing = true;
+        await this.firstFrame;
+        const { recorder } = this;
+        for (let count = 0; count === 0 || (this.isEmpty && count < maxLastFrames); ++count) {
+            this.add(this.context.canvas); // the last frame lasts until the end
+            await new Promise((resolve) => setTimeout(resolve, lastFrameDelay));
+            recorder.requestData();
+        }
+        const duration = performance.now() - this.start;
+        await new Promise((resolve) => {
+            recorder.onstop = resolve;
+            recorder.stop();
+        });
+        recorder.stream.getTracks().forEach((track) => track.stop());
+        const file = new Blob(this.parts, { type: `video/${this.suffix.slice(1)}` });
+        return this.suffix === ".webm" ? withDuration(file, duration) : file;
+    }
+}
+
+/** Returns the number without its last bit. Encoders need even sides. */
+function even(side: number): number {
+    return side - (side % 2);
+}
