@@ -11,8 +11,8 @@
 namespace app {
 
 /// Attract mode: gentle strokes that show the effect when no user is present. It starts after a few idle seconds and
-/// stops at any user input. After three strokes it waits for user input, so that an unattended device can sleep. A screen
-/// saver, which gets no input, lets it repeat.
+/// stops at any user input. After three strokes it waits for user input, so that an unattended device can sleep. A
+/// screen saver gets no input and lets it repeat.
 class AttractMode {
 public:
     explicit AttractMode(Clock::time_point now) : lastInput(now) {}

@@ -11,6 +11,11 @@ namespace {
 constexpr double maxIntervalRatio = 0.85;
 /// Minimum number of mesh vertices along the shorter side.
 constexpr int minVertices = 30;
+/// Minimum numbers of cells and of pixels along the shorter side at which a vertex on every second cell is full detail.
+/// The structural similarity with frames of the finest mesh is then at least 0.99 for the shipped gestures
+/// (velmora-bench-mesh).
+constexpr int minCellsToSkip = 90;
+constexpr int minPixelsToSkip = 1000;
 /// Number of frames in a span during a search.
 constexpr std::size_t searchFrames = 6;
 /// Number of frames to skip after a change, until its effect shows in the intervals.
@@ -128,9 +133,10 @@ Quality afterTouch(Quality quality) {
     return quality;
 }
 
-int cellsPerVertex(const Quality& quality, int shortSideCells) {
-    return std::max(1,
-                    std::min(levelAt(quality.level).cellsPerVertex, shortSideCells / minVertices));
+int cellsPerVertex(const Quality& quality, int shortSideCells, int shortSidePixels) {
+    const bool canSkip = shortSideCells >= minCellsToSkip && shortSidePixels >= minPixelsToSkip;
+    const int wanted = std::max(canSkip ? 2 : 1, levelAt(quality.level).cellsPerVertex);
+    return std::max(1, std::min(wanted, shortSideCells / minVertices));
 }
 
 double pixelsOf(const Quality& quality) {

@@ -8,6 +8,7 @@
 
 #include "app/ink_choice.h"
 #include "hostkit/digest.h"
+#include "hostkit/jni_environment.h"
 #include "hostkit/screen.h"
 
 namespace app {
@@ -235,6 +236,11 @@ void Session::run(std::span<const ScriptAction> frameActions, std::chrono::nanos
 bool Session::hasChanges() const {
     return !host || !(settings == applied) ||
            wantedCellsPerVertex() != host->water().settings.cellsPerVertex;
+}
+
+int Session::wantedCellsPerVertex() const {
+    return cellsPerVertex(quality, settings.meshDetail,
+                          std::min(screenSize.width, screenSize.height));
 }
 
 void Session::applyChanges() {

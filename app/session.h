@@ -59,8 +59,8 @@ public:
     /// Starts the effect with idle water and no ink on a screen of this size. Ends a recording and continues a replay.
     /// If renewContext throws, the next frame tries again.
     void restart(Size screen);
-    /// Starts the effect on a screen of another size and keeps the waves. The ink is lost, because only touches can add ink
-    /// to the library.
+    /// Starts the effect on a screen of another size and keeps the waves. The ink is lost, because only touches can add
+    /// ink to the library.
     void resize(Size screen);
     /// Creates the GL objects anew after the front end has replaced a lost context. Records the loss.
     void regainContext();
@@ -140,7 +140,7 @@ private:
     bool hasChanges() const;
     void advanceFade(std::chrono::nanoseconds elapsed);
     void applyChanges();
-    int wantedCellsPerVertex() const { return cellsPerVertex(quality, settings.meshDetail); }
+    int wantedCellsPerVertex() const;
     void chooseAttractInk();
     std::vector<hostkit::ScriptAction> takeActions();
     void run(std::span<const hostkit::ScriptAction> frameActions, std::chrono::nanoseconds elapsed);

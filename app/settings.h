@@ -24,10 +24,11 @@ struct Settings {
     int meshDetail = hostkit::WaterSettings{}.shortSideCells;
     /// Refractive index: 1 is no refraction, 1.33 is water.
     float refractiveIndex = defaultEffectSettings.refractiveIndex;
-    /// Weight of the reflection on waves, 0 to 1.
-    float reflection = defaultEffectSettings.alphaRatio1Scale;
+    /// Weight of the reflection on waves, 0 to 1. The reflection is added to the background, so higher values turn
+    /// waves over a light background white.
+    float reflection = 0.06f;
     /// Extra reflection on slopes that face the light.
-    float fresnel = defaultEffectSettings.fresnelRatio;
+    float fresnel = 0.4f;
     /// Peak of the highlight as a factor of the reflection.
     float specular = defaultEffectSettings.specularRatio;
     /// Sharpness of the highlight.

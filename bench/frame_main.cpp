@@ -20,7 +20,7 @@
 #include "hostkit/host_error.h"
 #include "hostkit/instruments/gl_recorder.h"
 
-// Times whole frames through the native methods. GL calls mark the moments within a frame.
+// Measures whole frames through the native methods. The library's GL calls mark the moments within a frame.
 
 namespace {
 
@@ -31,16 +31,16 @@ constexpr int warmUpFrames = 5;
 /// Moments of one frame in chronological order.
 struct Moments {
     Clock::time_point start;
-    Clock::time_point firstCall;   // the library has started; the host's water step is done
-    Clock::time_point solverDone;  // the solver worker has been joined; only in an ink frame
+    Clock::time_point firstCall;   // first GL call of the library; the host's water step has ended
+    Clock::time_point solverDone;  // end of the wait for the solver worker; only with ink
     Clock::time_point firstDraw;
     Clock::time_point submitted;
     Clock::time_point finished;
-    double outside;    // nanoseconds of this thread's processor time outside GL calls
-    double processor;  // of all threads, in the whole frame
+    double outside;    // processor time of this thread outside GL calls, nanoseconds
+    double processor;  // processor time of all threads in the whole frame, nanoseconds
 };
 
-/// Moves the finger around the middle of the screen, fast enough for a drag.
+/// Moves the finger in a circle around the middle of the screen, fast enough to count as a drag.
 hostkit::Touch touchOfFrame(const hostkit::EffectHost& host, int frame) {
     const double angle = frame * 2.0 * std::numbers::pi / 90.0;
     const auto action = frame == 0 ? hostkit::TouchAction::down : hostkit::TouchAction::move;
@@ -58,7 +58,7 @@ double threadNanoseconds() {
     return nanosecondsBy(CLOCK_THREAD_CPUTIME_ID);
 }
 
-/// Returns the difference of two successive readings of the clock.
+/// Returns the nanoseconds between two immediately successive readings of the clock, which measurements must subtract.
 double emptyInterval() {
     static const double median = [] {
         std::vector<double> intervals;
@@ -71,7 +71,7 @@ double emptyInterval() {
     return median;
 }
 
-/// Sums the times between GL calls.
+/// Sums the nanoseconds of processor time that this thread spends between GL calls.
 struct OutsideClock {
     void leave() { left = threadNanoseconds(); }
     void enter() { sum += threadNanoseconds() - left - emptyInterval(); }
@@ -110,7 +110,7 @@ Moments runFrame(hostkit::EffectHost& host, app::EffectProbe& probe, int frame) 
     return moments;
 }
 
-/// Returns the median time between two moments, microseconds.
+/// Returns the median time between two moments of a frame, in microseconds.
 double medianBetween(const std::vector<Moments>& frames, Clock::time_point Moments::*from,
                      Clock::time_point Moments::*to) {
     std::vector<double> times;
@@ -121,7 +121,7 @@ double medianBetween(const std::vector<Moments>& frames, Clock::time_point Momen
     return bench::median(times);
 }
 
-/// Returns the median of a measure in nanoseconds, as microseconds.
+/// Returns the median of a field that is in nanoseconds, converted to microseconds.
 double medianOf(const std::vector<Moments>& frames, double Moments::*nanoseconds) {
     std::vector<double> times;
     for (const Moments& moments : frames) {
@@ -130,8 +130,8 @@ double medianOf(const std::vector<Moments>& frames, double Moments::*nanoseconds
     return bench::median(times);
 }
 
-/// Prints two processor times of a frame in microseconds, on screens of growing size: of this thread outside GL calls,
-/// and of all threads. The difference is the work of the solver worker and of a software rasteriser.
+/// Prints two processor times per frame, in microseconds, for screens of growing size: of this thread outside GL calls,
+/// and of all threads. The second also includes the solver worker and the software rasteriser.
 void printGrowth() {
     struct Screen {
         int width;
@@ -213,7 +213,8 @@ int main(int argc, char** argv) {
         return 2;
     }
     if (!options->history.empty()) {
-        std::cerr << "velmora-bench-frame: only velmora-bench appends to a history\n";
+        std::cerr << "velmora-bench-frame: --history works only with velmora-bench; run that "
+                     "program instead\n";
         return 2;
     }
     try {
@@ -226,7 +227,7 @@ int main(int argc, char** argv) {
         return 1;
     }
     registerFrames(options->count);
-    bench::TableReporter tables({{"Times of one frame, medians.",
+    bench::TableReporter tables({{"Median times of a frame.",
                                   "frame | screen",
                                   {"outside GL us", "water us", "solver wait us",
                                    "until first draw us", "draws us", "finish us", "frame us"}}});

@@ -17,7 +17,7 @@ namespace bench {
 
 namespace {
 
-/// Returns the text as one CSV field: kernel names contain commas.
+/// Replaces commas, which kernel names contain, so that the text is one CSV field.
 std::string field(std::string text) {
     std::ranges::replace(text, ',', ';');
     return text;
@@ -70,7 +70,7 @@ void HistoryReporter::Finalize() {
     std::string firstLine;
     std::getline(std::ifstream(file), firstLine);
     if (!firstLine.empty() && firstLine != header) {
-        faultText = file + ": the columns belong to other benchmarks; append to a new file";
+        errorText = file + ": its columns belong to other benchmarks; pass a new file to --history";
         return;
     }
     std::ofstream history(file, std::ios::app);
@@ -79,7 +79,8 @@ void HistoryReporter::Finalize() {
     }
     history << row << '\n' << std::flush;
     if (!history) {
-        faultText = file + ": cannot be written; pass a file in a folder that you may write to";
+        errorText =
+            file + ": cannot be written; check the permissions, or pass another file to --history";
     }
 }
 

@@ -7,9 +7,9 @@
 
 namespace bench {
 
-/// Appends one row of ratios to a CSV file once all benchmarks have run, so that runs of different days and machines
-/// can be compared. Columns: date (UTC), machine, compiler, then the ratio of reference time to library time of each
-/// kernel.
+/// When all benchmarks have run, appends one row of ratios to a CSV file, so that runs of different days and machines
+/// can be compared. The columns are date (UTC), machine and compiler, then for each kernel the reference's time divided
+/// by the library's time.
 class HistoryReporter : public benchmark::BenchmarkReporter {
 public:
     /// @param csvFile CSV file; created with a line of column names if it does not exist
@@ -20,13 +20,13 @@ public:
     void Finalize() override;
 
     /// Returns the reason why the row could not be appended, or an empty string.
-    const std::string& fault() const { return faultText; }
+    const std::string& error() const { return errorText; }
 
 private:
     std::string file;
     std::string header = "date,machine,compiler";
     std::string row;
-    std::string faultText;
+    std::string errorText;
 };
 
 }  // namespace bench

@@ -13,8 +13,8 @@
 
 namespace {
 
-/// Registers every comparison. Returns false and prints a line for each if results differ: then their times mean
-/// nothing.
+/// Registers every comparison. If the library's results differ from the reference's, their times cannot be compared:
+/// then prints a line for each difference and returns false.
 bool registerComparisons(int pairs) {
     bool same = true;
     for (const auto& group : {bench::waterComparisons(), bench::solverComparisons()}) {
@@ -58,8 +58,8 @@ void printGrowth(int samples) {
 int appendHistory(const std::string& file) {
     bench::HistoryReporter history(file);
     benchmark::RunSpecifiedBenchmarks(&history);
-    if (!history.fault().empty()) {
-        std::cerr << "velmora-bench: " << history.fault() << '\n';
+    if (!history.error().empty()) {
+        std::cerr << "velmora-bench: " << history.error() << '\n';
         return 1;
     }
     return 0;
@@ -84,10 +84,10 @@ int main(int argc, char** argv) {
     }
     bench::registerLimits(options->count);
     bench::TableReporter tables(
-        {{"Times of one call, medians of alternating samples.",
+        {{"Median times of a call. Samples of library and reference alternate.",
           "kernel | grid",
           {"goal", "ratio", "library ns", "reference ns"}},
-         {"What the machine can do, in the same run.", "limit | of", {"value"}}});
+         {"Limits of the machine, measured in the same run.", "limit | of", {"value"}}});
     benchmark::RunSpecifiedBenchmarks(options->table ? &tables : nullptr);
     return 0;
 }

@@ -17,10 +17,10 @@ namespace bench {
 
 namespace {
 
-/// Runs `sample` in each iteration and reports the median as the limit.
+/// Registers a benchmark that runs `sample` in each iteration and reports the median.
 void registerLimit(const std::string& name, int samples, const std::function<double()>& sample) {
     benchmark::RegisterBenchmark(name.c_str(), [sample](benchmark::State& state) {
-        sample();  // warms up
+        sample();  // warms up caches and clock
         std::vector<double> values;
         for (auto _ : state) {
             values.push_back(sample());
@@ -29,8 +29,8 @@ void registerLimit(const std::string& name, int samples, const std::function<dou
     })->Iterations(samples);
 }
 
-/// Returns the bandwidth of loads and stores in bytes per nanosecond: four lanes at a time, in two arrays of `bytes` in
-/// total.
+/// Returns the bytes per nanosecond of loads and stores together. They move four floats at a time between two arrays of
+/// `bytes` in total.
 double bandwidth(std::size_t bytes) {
     const auto count = static_cast<std::ptrdiff_t>(bytes / 2 / sizeof(float) / 16 * 16);
     static std::vector<float> from;
@@ -54,8 +54,8 @@ double bandwidth(std::size_t bytes) {
     return static_cast<double>(rounds) * static_cast<double>(count) * 2 * sizeof(float) / time;
 }
 
-/// Returns the bandwidth of stores in bytes per nanosecond: four lanes at a time into an array of `bytes`. The stores
-/// start `offset` floats after an aligned address.
+/// Returns the bytes per nanosecond of stores. They write four floats at a time to an array of `bytes`, starting
+/// `offset` floats after an aligned address.
 double storeBandwidth(std::size_t bytes, std::ptrdiff_t offset) {
     const auto count = static_cast<std::ptrdiff_t>(bytes / sizeof(float) / 12 * 12);
     static std::vector<float> to;
@@ -69,15 +69,15 @@ double storeBandwidth(std::size_t bytes, std::ptrdiff_t offset) {
                 store(target + i, one);
                 store(target + i + 4, one);
                 store(target + i + 8, one);
-                benchmark::ClobberMemory();  // keeps the compiler from calling memset
+                benchmark::ClobberMemory();  // keeps the compiler from replacing the loop by memset
             }
         }
     });
     return static_cast<double>(rounds) * static_cast<double>(count) * sizeof(float) / time;
 }
 
-/// Returns the bandwidth of loads from the first-level cache in bytes per nanosecond. The loads start `offset` floats
-/// after an aligned address.
+/// Returns the bytes per nanosecond of loads from the first-level cache. They start `offset` floats after an aligned
+/// address.
 double loadBandwidth(std::ptrdiff_t offset) {
     constexpr std::ptrdiff_t count = 4096;
     constexpr int rounds = 1'000;
@@ -103,7 +103,8 @@ double loadBandwidth(std::ptrdiff_t offset) {
 
 constexpr std::size_t operations = 240'000;
 
-/// Returns four-lane operations per nanosecond in `chains` independent chains. `advance` runs one operation of a chain.
+/// Returns the number of four-lane operations per nanosecond in `chains` independent chains. `advance` runs one
+/// operation.
 template <std::size_t chains, class Advance>
 double throughput(Advance advance) {
     Float4 values[chains];
@@ -124,15 +125,15 @@ double throughput(Advance advance) {
     return static_cast<double>(rounds * chains) / time;
 }
 
-/// Runs the operations from a smoothed height to its right neighbour: three additions, a subtraction, a multiplication
-/// and an addition. Each operation depends on the previous one.
+/// Runs the operations that lead from a smoothed height to its right neighbour, as in the water's smoothing: three
+/// additions, a subtraction, a multiplication and an addition. Each operation depends on the previous one.
 template <class Floats>
 Floats smoothed(Floats left) {
     const Floats sum = Floats(0.5f) + left + Floats(0.25f) + Floats(0.75f) - Floats(2.0f);
     return Floats(0.5f) + Floats(0.018f) * sum;
 }
 
-/// Returns nanoseconds per group of four if each group loads the values that the previous group has stored.
+/// Returns nanoseconds per group of four if each group loads the values that the previous group stored.
 double smoothingChainThroughMemory() {
     constexpr std::size_t rows = 64;
     constexpr std::size_t groups = 1024;
@@ -149,7 +150,7 @@ double smoothingChainThroughMemory() {
     return time / (rows * groups);
 }
 
-/// Returns nanoseconds per group of four if the left neighbour stays in a register.
+/// Returns nanoseconds per group of four if the left neighbour is kept in a register.
 double smoothingChainInRegisters() {
     constexpr std::size_t groups = 65'536;
     float height = 1.0f;
@@ -187,8 +188,7 @@ void registerLimits(int samples) {
                                           {"307 KB, Jacobi on 120x213", 306'720},
                                           {"2 MB, move on 512x512", 2'097'152}};
     registerLimit("load, bytes per ns/16 KB", samples, [] { return loadBandwidth(0); });
-    registerLimit("load, bytes per ns/16 KB, off by a float", samples,
-                  [] { return loadBandwidth(1); });
+    registerLimit("load, bytes per ns/16 KB, unaligned", samples, [] { return loadBandwidth(1); });
     for (const WorkingSet& set : workingSets) {
         registerLimit(std::string("load + store, bytes per ns/") + set.what, samples,
                       [bytes = set.bytes] { return bandwidth(bytes); });
@@ -200,7 +200,7 @@ void registerLimits(int samples) {
         registerLimit(std::string("store, bytes per ns/") + mesh.what, samples,
                       [bytes = mesh.bytes] { return storeBandwidth(bytes, 0); });
     }
-    registerLimit("store, bytes per ns/16 KB, off by a float", samples,
+    registerLimit("store, bytes per ns/16 KB, unaligned", samples,
                   [] { return storeBandwidth(16'384, 1); });
     const Float4 step(0x1p-20f);
     const Float4 factor(1.0f + 0x1p-20f);

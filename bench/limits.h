@@ -2,8 +2,8 @@
 
 namespace bench {
 
-/// Registers benchmarks of the machine's limits, with `samples` iterations each: bytes moved, four-lane operations,
-/// dependent operations and thread starts.
+/// Registers benchmarks that measure the limits of the machine, with `samples` iterations each: bytes moved, four-lane
+/// operations, chains of dependent operations, and thread starts.
 void registerLimits(int samples);
 
 }  // namespace bench

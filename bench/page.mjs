@@ -1,22 +1,22 @@
 // Measures the page in headless Chromium with software GL:
 // - the size of the file, and the time from opening to the first frame
-// - the milliseconds of a frame outside GL
+// - the milliseconds per frame outside GL
 // - frames per second at the quality level that the page chooses for this machine
-// - frames per second and milliseconds of each draw at every quality level
-// The browser draws at most 60 frames per second. With the option --disable-frame-rate-limit it requests frames without
-// a pause, takes processor time from the drawing, and every figure falls.
+// - frames per second, and the milliseconds of each draw, at every quality level
+// The browser draws at most 60 frames per second. Do not pass --disable-frame-rate-limit: the browser then requests
+// frames without a pause, which takes processor time from the drawing and lowers every figure.
 // Usage: node bench/page.mjs [WIDTHxHEIGHT] [SECONDS] [SETTINGS] [OPTION...]
 //        SETTINGS: JSON object of settings that differ from the defaults; OPTION: command-line option of Chromium
 
 import { statSync } from "node:fs";
 import { loadavg } from "node:os";
-import { launch, open, softwareGl, top } from "../tests/web/page.mjs";
+import { launch, open, top } from "../tests/web/page.mjs";
 
 const size = (process.argv[2] ?? "540x960").split("x").map(Number);
 const seconds = Number(process.argv[3] ?? 8);
 const settings = JSON.parse(process.argv[4] ?? "{}");
 
-/** Sums the milliseconds within GL calls. */
+/** Sums the milliseconds that GL calls take. */
 function watchGl() {
     window.glTime = 0;
     const prototype = WebGLRenderingContext.prototype;
@@ -33,7 +33,7 @@ function watchGl() {
     }
 }
 
-/** Measures the shortest time of each kind of draw. Waits for the GPU before and after every draw. */
+/** Measures the shortest time of each kind of draw. Waits for the GPU before and after every draw call. */
 function watchDraws() {
     window.draws = {};
     const prototype = WebGLRenderingContext.prototype;
@@ -54,7 +54,7 @@ function watchDraws() {
 }
 
 /**
- * Moves a finger for `duration` milliseconds. With `steady`, every frame advances the page's time by a 60th of a
+ * Moves a finger for `duration` milliseconds. If `steady` is true, every frame advances the page's time by a 60th of a
  * second, so that the waves are the same at every frame rate.
  */
 async function stir({ duration, steady }) {
@@ -79,17 +79,21 @@ async function stir({ duration, steady }) {
         own += velmora.frameTimes().at(-1).effect;
         const passed = performance.now() - start;
         if (frames === 0) {
-            [start, own, glAtStart] = [performance.now(), 0, window.glTime]; // the shaders are compiled now
+            // Measure from this frame on, because the shaders are compiled now.
+            [start, own, glAtStart] = [performance.now(), 0, window.glTime];
         } else if (frames > 0 && passed > duration) {
             return { perSecond: (frames * 1000) / passed, own: (own - window.glTime + glAtStart) / frames, frames: frames + 6 };
         }
     }
 }
 
-const browser = await launch([...softwareGl, ...process.argv.slice(5)]);
+const browser = await launch({ args: process.argv.slice(5) });
 const system = await browser.newBrowserCDPSession();
 
-/** Returns the processor seconds of all browser processes. Other programs affect them less than frames per second. */
+/**
+ * Returns the processor seconds of all browser processes. Other programs affect this figure less than frames per
+ * second.
+ */
 async function processorTime() {
     const { processInfo } = await system.send("SystemInfo.getProcessInfo");
     return processInfo.reduce((sum, { cpuTime }) => sum + cpuTime, 0);
@@ -117,7 +121,7 @@ async function printOwnTime(hash) {
     await page.context().close();
 }
 
-/** Lets adaptive quality choose a level, which it applies only on an idle page. Then measures the speed. */
+/** Waits until adaptive quality has chosen a level, which it does on an idle page. Then measures the speed. */
 async function printChoice(hash) {
     const page = await open(browser, { size, hash, ready: false });
     await page.waitForFunction(() => window.velmora?.quality().phase === "watching");
@@ -129,7 +133,7 @@ async function printChoice(hash) {
     await page.context().close();
 }
 
-/** Opens a page at a quality level. `before` is a script that runs before the page's scripts. */
+/** Opens a page at a quality level. `before` is a function that runs in the page before the page's scripts. */
 async function openAtLevel(level, hash, before) {
     const page = await open(browser, { size, hash, before });
     await page.evaluate((value) => {
@@ -144,7 +148,7 @@ async function printLevel(level, hash) {
     await printSpeed(page, `level ${level}:`);
     await page.context().close();
     const watched = await openAtLevel(level, hash, watchDraws);
-    await watched.evaluate(() => (window.draws = {})); // discards draws of the first frames at another level
+    await watched.evaluate(() => (window.draws = {})); // discards draws from before the level was set
     await watched.evaluate(stir, { duration: Math.min(seconds, 3) * 1000, steady: true });
     const draws = Object.entries(await watched.evaluate(() => window.draws));
     console.log(`        ${draws.map(([kind, time]) => `${kind} ${time.toFixed(1)} ms`).join(", ")}`);

@@ -11,7 +11,8 @@ namespace bench {
 
 namespace {
 
-/// Minimum duration of a sample: long enough that reading the clock costs little, short enough for many samples.
+/// Minimum duration of a sample, in nanoseconds. It is long compared with reading the clock, and short enough for many
+/// samples.
 constexpr double sampleNanoseconds = 300'000.0;
 constexpr int maxCalls = 10'000;
 constexpr int checkedCalls = 2;  // the second call starts from the result of the first
@@ -19,7 +20,7 @@ constexpr int checkedCalls = 2;  // the second call starts from the result of th
 using Form = std::function<void()>;
 using Bytes = std::vector<std::byte>;
 
-/// Returns nanoseconds per call, measured over `calls` calls on restored data.
+/// Restores the inputs, runs `calls` calls and returns the nanoseconds per call.
 double sample(const Comparison& comparison, const Form& form, int calls) {
     comparison.restore();
     return nanosecondsOf(CLOCK_THREAD_CPUTIME_ID,
@@ -31,7 +32,7 @@ double sample(const Comparison& comparison, const Form& form, int calls) {
            calls;
 }
 
-/// Warms both forms up. Returns the number of calls that makes a sample of the reference long enough.
+/// Warms up both forms. Returns the number of calls for which a sample of the reference takes sampleNanoseconds.
 int callsPerSample(const Comparison& comparison) {
     double shortest = sampleNanoseconds;
     for (int round = 0; round < 5; ++round) {
@@ -62,7 +63,7 @@ void run(benchmark::State& state, const Comparison& comparison) {
     std::vector<double> reference;
     std::vector<double> library;
     for (auto _ : state) {
-        // Each form goes first in half of the pairs.
+        // The order alternates, so that each form runs first in half of the pairs.
         const bool libraryFirst = ratios.size() % 2 == 1;
         if (libraryFirst) {
             library.push_back(sample(comparison, comparison.candidate, calls));
@@ -91,9 +92,9 @@ std::string difference(const Comparison& comparison) {
         const auto [expected, found] = std::ranges::mismatch(reference[output], library[output]);
         if (expected != reference[output].end()) {
             return comparison.kernel + ", " + comparison.grid +
-                   ": library and reference differ from byte " +
+                   ": the results of library and reference differ; the first difference is byte " +
                    std::to_string(expected - reference[output].begin()) + " of output " +
-                   std::to_string(output) + " on";
+                   std::to_string(output);
         }
     }
     return {};

@@ -8,12 +8,12 @@
 
 namespace bench {
 
-/// Two forms of a kernel on the same memory, so that caches and page layout favour neither.
+/// Two implementations of a kernel that use the same memory, so that caches and page layout favour neither of them.
 struct Comparison {
     std::string kernel;
     std::string grid;
-    double target;                  // goal for reference time / library time; 0: none
-    std::function<void()> restore;  // restores the inputs; not timed
+    double target;  // minimum of reference time / library time to reach; 0 if there is none
+    std::function<void()> restore;  // restores the inputs; its time is not measured
     std::function<void()> reference;
     std::function<void()> candidate;
     std::function<std::vector<std::span<std::byte>>()> outputs;  // memory of the results
@@ -23,17 +23,17 @@ Comparison moveComparison(int width, int height);
 std::vector<Comparison> waterComparisons();
 std::vector<Comparison> solverComparisons();
 
-/// Returns the comparisons of water step, solver step and packing on a grid of this size.
+/// Returns the comparisons of the water step, the solver step and the packing on a grid of this size.
 std::vector<Comparison> growthComparisons(int width, int height);
 
-/// Returns the median nanoseconds per call of the library's form.
+/// Returns the median nanoseconds per call of the library's kernel.
 double libraryNanoseconds(const Comparison& comparison, int samples);
 
-/// Returns an empty string if both forms give the same bytes, else a line about the first difference.
+/// Returns an empty string if both kernels write the same bytes, else a line about the first difference.
 std::string difference(const Comparison& comparison);
 
-/// Registers a benchmark of `pairs` iterations. Each iteration times both forms, one after the other. The counters are
-/// the median ratio of the pairs and the median times per call.
+/// Registers a benchmark of `pairs` iterations. Each iteration measures both kernels, one after the other. The counters
+/// are the median of the pairs' ratios and the median times per call.
 void registerComparison(const Comparison& comparison, int pairs);
 
 template <class Value>

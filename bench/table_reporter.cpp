@@ -14,7 +14,7 @@ namespace bench {
 
 namespace {
 
-/// Returns the number with three significant digits, or all digits before the point.
+/// Formats a number with three significant digits, or with all digits before the decimal point if there are more.
 std::string formatted(double value) {
     std::ostringstream text;
     const int decimals = value >= 99.95 || value == 0.0 ? 0 : value >= 9.995 ? 1 : 2;

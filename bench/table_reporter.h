@@ -8,15 +8,16 @@
 
 namespace bench {
 
-/// A table of the benchmarks that have its last column as a counter. Each benchmark is a row; the text before the
-/// first '/' of its name and the text after it are the first two columns. Other counters may be missing.
+/// Layout of a table. A benchmark is in the table if it has a counter with the name of the last column. Each benchmark
+/// is a row. The text of its name before the first '/' is the first column, the text after it the second. Other
+/// counters may be missing.
 struct TableLayout {
     std::string title;
     std::string rowTitle;
     std::vector<std::string> columns;
 };
 
-/// Prints Markdown tables of counters once all benchmarks have run.
+/// When all benchmarks have run, prints their counters as Markdown tables.
 class TableReporter : public benchmark::BenchmarkReporter {
 public:
     explicit TableReporter(std::vector<TableLayout> layouts);
@@ -27,7 +28,7 @@ public:
 
 private:
     std::vector<TableLayout> tables;
-    std::map<std::string, std::string> rows;  // rows of each table, by its title
+    std::map<std::string, std::string> rows;  // rows of each table, by the table's title
 };
 
 }  // namespace bench

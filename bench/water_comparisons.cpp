@@ -49,10 +49,11 @@ struct Water {
     std::vector<float> startHeights, startVelocities;
     std::vector<float> heights, velocities;
     bool calm = false;
-    std::size_t ripples = 0;  // since the last restore
+    std::size_t ripples = 0;  // number of ripples since the last restore
 };
 
-/// Each call touches another place. With a fixed place, the processor would learn the branches of the reference.
+/// Touches a different place in each call. At a fixed place, the processor would learn to predict the reference's
+/// branches.
 Comparison rippleComparison(GridSize size) {
     const auto water = std::make_shared<Water>(size);
     const auto places = noise({512, 2}, 0.5f);

@@ -32,13 +32,14 @@ if(TARGET velmora-hostkit)
     FILES_MATCHING PATTERN *.h PATTERN instruments EXCLUDE)
 endif()
 
-# The component `screensaver` is what a user of XScreenSaver needs: the program, its libraries and its settings dialog.
+# The component `screensaver` contains the files that a user of XScreenSaver needs: the program, its libraries and its
+# settings dialog.
 if(TARGET velmora-screensaver)
   file(RELATIVE_PATH fromPrograms /${CMAKE_INSTALL_BINDIR} /${CMAKE_INSTALL_LIBDIR})
   set_target_properties(velmora-screensaver PROPERTIES
     INSTALL_RPATH "$ORIGIN/${fromPrograms};$ORIGIN/${fromPrograms}/velmora")
   install(TARGETS velmora-screensaver RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT screensaver)
-  # XScreenSaver finds the dialog by the name of the program.
+  # XScreenSaver looks for a dialog file that has the name of the program.
   install(FILES screensaver/velmora.xml RENAME velmora-screensaver.xml
     DESTINATION ${CMAKE_INSTALL_DATADIR}/xscreensaver/config COMPONENT screensaver)
   install(TARGETS peluxVelmora LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT screensaver)

@@ -10,7 +10,7 @@
 
 namespace fuzz {
 
-/// Turns bytes into decisions. Reads zeros after the last byte.
+/// Turns bytes into random decisions. After the last byte, it reads zeros.
 class ByteSource {
 public:
     explicit ByteSource(std::span<const std::uint8_t> bytes) : left(bytes) {}

@@ -21,9 +21,9 @@ namespace fuzz {
 
 namespace {
 
-constexpr int surfaceSide = 64;  // pixels; the settings may name another size
+constexpr int surfaceSide = 64;  // pixels; the driver may set another screen size
 
-/// Arrays with the exact lengths for one screen size.
+/// Arrays with the exact lengths that one screen size needs.
 struct Grid {
     int columns, rows;
     jfloatArray positions, heights;  // of the mesh
@@ -33,8 +33,8 @@ struct Grid {
     int indexCount() const { return 6 * (columns - 1) * (rows - 1); }
 };
 
-/// Makes the calls that are allowed on any thread. Each instance has its own arrays and its own list of faults, so
-/// threads share nothing.
+/// Makes the calls that are allowed on any thread. Each instance has its own arrays and its own list of violations, so
+/// threads share no data.
 class ThreadCalls {
 public:
     explicit ThreadCalls(const NativeMethods& library) : native(library) {
@@ -48,7 +48,7 @@ public:
         }
     }
 
-    /// Makes a random call. Calls with more entries in the table are more frequent.
+    /// Makes a random call. A function with more entries in the table is called more often.
     void any() {
         using Calls = ThreadCalls;
         constexpr void (Calls::*calls[8])() = {&Calls::clear, &Calls::ask,        &Calls::ripple,
@@ -59,7 +59,7 @@ public:
 
     NativeMethods native;
     ByteSource in{{}};
-    std::vector<std::string> faults;
+    std::vector<std::string> violations;
 
 protected:
     JNIEnv* env() { return jni.env(); }
@@ -103,7 +103,7 @@ protected:
         const Grid& water = grid();
         int x0 = in.between(1, water.columns - 1), y0 = in.between(1, water.rows - 1);
         int x1 = in.between(x0, water.columns - 1), y1 = in.between(y0, water.rows - 1);
-        if (in.oneIn(8)) {  // an empty rectangle anywhere
+        if (in.oneIn(8)) {  // an empty rectangle, which may be outside the grid
             x0 = in.anyInt();
             x1 = std::min(x0, in.anyInt());
             y0 = in.anyInt();
@@ -115,17 +115,17 @@ protected:
             native.move(env(), nullptr, water.velocity, water.height, x0, y0, x1, y1, water.columns,
                         in.anyInt(), detectCalm, damping, speed);
         check(isIdle <= 1 && (isIdle == 1 || (detectCalm && !isEmpty)),
-              "move must return true without detectCalm or for an empty rectangle");
+              "move must return true if detectCalm is 0 or the rectangle is empty");
         checkArrays("move");
     }
 
-    void check(bool holds, const std::string& fault) {
+    void check(bool holds, const std::string& violation) {
         if (!holds) {
-            faults.push_back(fault);
+            violations.push_back(violation);
         }
     }
     void checkArrays(const std::string& call) {
-        check(jni.damages().empty(), "a guard zone is damaged after " + call);
+        check(jni.damages().empty(), "the library wrote outside an array in " + call);
         check(jni.pinned() == 0, "an array is still pinned after " + call);
     }
 
@@ -135,7 +135,7 @@ private:
     std::vector<Grid> grids;
 };
 
-/// The render thread with the context and, at times, a touch thread.
+/// Makes the calls of the render thread, which owns the GL context, and sometimes starts a touch thread.
 class Driver : ThreadCalls {
 public:
     Driver(DrivenLibrary library, std::span<const std::uint8_t> bytes, DriveReport& counted)
@@ -152,13 +152,13 @@ public:
             step();
         }
         endBurst();
-        for (const auto& found : {faults, touches.faults}) {
-            report.faults.insert(report.faults.end(), found.begin(), found.end());
+        for (const auto& found : {violations, touches.violations}) {
+            report.violations.insert(report.violations.end(), found.begin(), found.end());
         }
     }
 
 private:
-    /// Makes a random call. Calls with more entries in the table are more frequent.
+    /// Makes a random call. A function with more entries in the table is called more often.
     void step() {
         constexpr void (Driver::*calls[24])() = {
             &Driver::changeSetting, &Driver::changeSetting, &Driver::initBuffers,
@@ -179,7 +179,7 @@ private:
     void initBuffers() { native.onInitUVHBuffer(env(), nullptr); }
     void initGpu() { native.onInitGPU(env(), nullptr); }
 
-    /// Makes the calls of a correct host. The screen is about as large as the surface.
+    /// Makes the set-up calls of a correct host. The screen is about as large as the surface.
     void setUp() {
         if (!context || in.oneIn(6)) {
             replaceContext();
@@ -193,7 +193,7 @@ private:
     void replaceContext() {
         context.reset();
         context.emplace(surfaceSide, surfaceSide);
-        // Rasterise only a corner: a software rasteriser spends most of a frame in the ink targets.
+        // Draw only a corner, because a software rasteriser spends most of a frame in the ink targets.
         glEnable(GL_SCISSOR_TEST);
         glScissor(0, 0, surfaceSide, surfaceSide);
         ++report.contexts;
@@ -226,14 +226,15 @@ private:
         const int index = in.oneIn(8) ? in.anyInt() : in.byte() % 3;
         const jint result =
             native.LoadTextures(env(), nullptr, reinterpret_cast<jobject>(&bitmap), index);
-        check(result <= 0, "LoadTextures returned " + std::to_string(result));
-        check(bitmap.lockCount == 0, "LoadTextures left a bitmap locked");
+        check(result <= 0,
+              "LoadTextures must return 0 or a negative code, not " + std::to_string(result));
+        check(bitmap.lockCount == 0, "LoadTextures did not unlock the bitmap");
     }
 
     void draw() {
         const Grid& mesh = grid();
         int positions = mesh.vertices() * 3, heights = positions, indices = mesh.indexCount();
-        if (in.oneIn(8)) {  // a faulty host: GL would read past the vertices
+        if (in.oneIn(8)) {  // acts as an incorrect host: GL would read past the vertices
             positions = in.between(-5, positions);
             heights = in.between(-5, heights);
             indices = in.between(-5, 0);
@@ -252,7 +253,7 @@ private:
         ++report.frames;
     }
 
-    /// Starts a touch thread that makes some calls while the render thread continues.
+    /// Starts a touch thread, which makes some calls while the render thread continues.
     void startBurst() {
         endBurst();
         std::vector<std::uint8_t> bytes(static_cast<std::size_t>(in.between(8, 400)));

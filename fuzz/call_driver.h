@@ -9,29 +9,29 @@
 
 #include "fuzz/native_methods.h"
 
-// A host whose calls are chosen by input bytes: the next native method, its arguments, and whether to replace the GL
-// context or to reload the library. Sizes range from -5 to 5000. Coordinates can be any int, floats any bit pattern.
-// A count always equals the length of its array.
+// A host whose calls the input bytes choose: the next native method, its arguments, and whether to replace the GL
+// context or to reload the library. Sizes are from -5 to 5000. Coordinates can be any int, and floats can have any bit
+// pattern. A count always equals the length of its array, because the library cannot check that.
 
 namespace fuzz {
 
 /// The library under test. `reload` closes the library, opens it again and returns the new methods. If `reload` is
-/// empty, the library stays loaded.
+/// empty, the library is never closed.
 struct DrivenLibrary {
     NativeMethods methods;
     std::function<NativeMethods()> reload;
 };
 
 struct DriveReport {
-    /// Calls by the render thread, and calls by touch threads.
+    /// Number of calls by the render thread and by touch threads.
     int calls = 0, touchThreadCalls = 0;
     int frames = 0, contexts = 0, reloads = 0;
-    /// Faults: damaged guard zones, arrays that are still pinned, results outside their range.
-    std::vector<std::string> faults;
+    /// Violations of the contract: damaged guard zones, arrays that are still pinned, results outside their range.
+    std::vector<std::string> violations;
 };
 
-/// Calls the library until all bytes are used, and adds to the report. The same bytes give the same calls on
-/// each thread.
+/// Calls the library until all bytes are used, and adds the results to `report`. The same bytes always give the same
+/// calls on each thread.
 void drive(DrivenLibrary library, std::span<const std::uint8_t> bytes, DriveReport& report);
 
 /// Returns `count` pseudo-random bytes for a seed. They are the same on every machine.

@@ -10,7 +10,7 @@
 #include "hostkit/gesture_script.h"
 #include "hostkit/host_error.h"
 
-// Fuzzes gesture scripts. Scripts that the parser accepts are written, read again and played.
+// Fuzzes gesture scripts. If the parser accepts a script, the script is written, parsed again and played.
 
 namespace {
 
@@ -20,7 +20,7 @@ void play(const hostkit::GestureScript& script) {
     static hostkit::EffectHost host(
         {.width = side, .height = side, .water = {.shortSideCells = 8}});
     for (int frame = 0; frame < std::min(script.frames, mostFrames); ++frame) {
-        glEnable(GL_SCISSOR_TEST);  // a context that the script has replaced lost this state
+        glEnable(GL_SCISSOR_TEST);  // set in each frame, because a new context loses this state
         glScissor(0, 0, side, side);
         host.frame(eventsOfFrame(script, frame));
     }
@@ -34,11 +34,12 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     try {
         const hostkit::GestureScript script = hostkit::parseGestureScript(text, "input");
         if (hostkit::parseGestureScript(hostkit::writeGestureScript(script), "copy") != script) {
-            std::fputs("a script changes when it is written and read again\n", stderr);
+            std::fputs("a script differs from its copy that was written and parsed again\n",
+                       stderr);
             std::abort();
         }
         play(hostkit::scaledToScreen(script, side, side));
-    } catch (const hostkit::HostError&) {  // not a script
+    } catch (const hostkit::HostError&) {  // the input is not a valid script
         return -1;
     }
     return 0;

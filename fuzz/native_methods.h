@@ -17,7 +17,7 @@ struct NativeMethods {
 #undef VELMORA_METHOD
 };
 
-/// Returns the methods of a handle from dlopen. RTLD_DEFAULT stands for the library that the program links.
+/// Finds the methods in a handle from dlopen. For RTLD_DEFAULT, finds them in the library that the program links.
 inline NativeMethods findMethods(void* library) {
     NativeMethods methods{};
     const auto find = [library](auto& method, const char* symbol) {

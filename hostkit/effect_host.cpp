@@ -20,7 +20,7 @@ namespace {
 constexpr int reflectionSlot = 0;
 constexpr int backgroundSlot = 1;
 constexpr int secondBackgroundSlot = 2;
-/// Names of the slots in error messages.
+/// Names of the three texture slots, for error messages.
 constexpr const char* textureNames[] = {"reflection map", "background", "second background"};
 /// Maximum distance in cells between the ripples of one finger movement; a ripple has the radius `coneRadius`. A longer
 /// movement raises several ripples, so that a fast finger leaves a furrow instead of separate rings.
@@ -120,7 +120,7 @@ void EffectHost::loadTexture(Image& image, int index) {
         throw HostError(std::string(textureNames[static_cast<std::size_t>(index)]) +
                         ": the library cannot load this image of " + std::to_string(image.width) +
                         " x " + std::to_string(image.height) + " pixels (code " +
-                        std::to_string(result) + ")");
+                        std::to_string(result) + "); expected 32-bit RGBA pixels");
     }
 }
 

@@ -127,7 +127,7 @@ bool parseHeader(LineReader& line, GestureScript& script, bool& framesGiven) {
         return false;
     }
     if (!script.events.empty()) {
-        line.fail("an event: headers come before the first event", name);
+        line.fail("an event (headers must come before the first event)", name);
     }
     header.end();
     return true;
@@ -213,7 +213,8 @@ GestureScript loadGestureScript(const std::filesystem::path& file) {
     std::ifstream stream(file, std::ios::binary);
     std::error_code ignored;
     if (!stream.is_open() || std::filesystem::is_directory(file, ignored)) {
-        throw HostError(file.string() + ": cannot be read as a gesture script");
+        throw HostError(file.string() +
+                        ": cannot read the gesture script; check the path and the permissions");
     }
     const std::string text(std::istreambuf_iterator<char>(stream), {});
     return parseGestureScript(text, file.string());

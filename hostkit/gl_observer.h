@@ -11,16 +11,21 @@ namespace hostkit {
 struct GlObserver {
     /// Hook that runs in each observed call, before the real function. GL calls of this hook run no hooks.
     std::function<void(const char* function)> inside;
-    /// Hook that receives the data of each glTexImage2D call with data. `bytes` is RGBA8 and valid during the hook.
+    /// Hook that receives the data of each glTexImage2D call that passes data. `bytes` is RGBA8 and valid only during
+    /// the hook.
     std::function<void(int width, int height, std::span<const std::uint8_t> bytes)> textureUpload;
 
     /// Runs the hook `inside`, if there is one.
+    /// @param function name of the GL function
     void noteCall(const char* function) const {
         if (inside) {
             inside(function);
         }
     }
-    /// Runs the hook `textureUpload`, if there is one. `pixels` is the argument of glTexImage2D and may be null.
+    /// Runs the hook `textureUpload`, if there is one and the call passes data.
+    /// @param width width of the texture
+    /// @param height height of the texture
+    /// @param pixels argument of glTexImage2D; may be null
     void noteUpload(int width, int height, const void* pixels) const {
         if (pixels && textureUpload) {
             const auto texels = static_cast<std::size_t>(width) * static_cast<std::size_t>(height);
@@ -29,8 +34,9 @@ struct GlObserver {
     }
 };
 
-/// Returns the observer of the program. A program that calls this function also defines it, and the GL functions that
-/// it observes: at least glDrawElements and glTexImage2D. The library then calls the functions of the program.
+/// Returns the observer of the program. A program that calls this function must define it. It must also define the GL
+/// functions to observe, at least glDrawElements and glTexImage2D. The library then calls the functions of the program.
+/// @return the observer
 GlObserver& sharedGlObserver();
 
 }  // namespace hostkit

@@ -187,20 +187,10 @@ void advanceWater(WaterDriver& water, JniEnvironment& jni, std::chrono::nanoseco
 
 void buildHeights(WaterDriver& water) {
     const std::span<const float> cells = JniEnvironment::elements(water.height);
-    const int side = water.settings.cellsPerVertex;
-    const int lastColumn = water.columns - 1;
-    const int lastRow = water.rows - 1;
-    // Returns the mean of a square of cells around a cell. The sum starts at -0.0, so that the mean of a single cell is
-    // exactly its value, even if the value is -0.0.
-    const auto meanAround = [&](int column, int row) {
-        float sum = -0.0f;
-        for (int y = row - side / 2; y < row - side / 2 + side; ++y) {
-            const int firstOfRow = std::clamp(y, 0, lastRow) * water.columns;
-            for (int x = column - side / 2; x < column - side / 2 + side; ++x) {
-                sum += cells[static_cast<std::size_t>(firstOfRow + std::clamp(x, 0, lastColumn))];
-            }
-        }
-        return sum / static_cast<float>(side * side);
+    const auto heightAt = [&](int column, int row) {
+        const int firstOfRow = std::clamp(row, 0, water.rows - 1) * water.columns;
+        return cells[static_cast<std::size_t>(firstOfRow +
+                                              std::clamp(column, 0, water.columns - 1))];
     };
     const auto cellOf = [](int vertex, int vertices, int count) {
         return (vertex * count + (vertices - 1) / 2) / (vertices - 1);
@@ -210,9 +200,9 @@ void buildHeights(WaterDriver& water) {
         const int column = cellOf(right, water.numDetailsWidth, water.columns);
         for (int down = 0; down < water.numDetailsHeight; ++down) {
             const int row = cellOf(down, water.numDetailsHeight, water.rows);
-            *vertex++ = meanAround(column, row);
-            *vertex++ = meanAround(column + 1, row);
-            *vertex++ = meanAround(column, row - 1);
+            *vertex++ = heightAt(column, row);
+            *vertex++ = heightAt(column + 1, row);
+            *vertex++ = heightAt(column, row - 1);
         }
     }
 }

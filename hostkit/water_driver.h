@@ -47,8 +47,8 @@ constexpr float meshOverhang = 1.015f;
 ///
 /// Cell (x, y) is at (x / columns, y / rows) of the screen, y down. With one cell per vertex, each side has one more
 /// vertex than cells: one on each cell, and one on the right or lower edge of the screen. The vertices on these two
-/// edges repeat the last cell, which is part of the fixed border. In a coarser mesh, the height of a vertex is the mean
-/// of the cells around the nearest cell.
+/// edges repeat the last cell, which is part of the fixed border. In a coarser mesh, a vertex has the height of the
+/// nearest cell.
 struct WaterDriver {
     /// Settings used to make the water.
     WaterSettings settings;
@@ -100,8 +100,8 @@ struct WaterDriver {
 WaterDriver makeWater(JniEnvironment& jni, int screenWidth, int screenHeight,
                       WaterSettings settings = {});
 
-/// Copies the waves of one water to another water. Screen, grid, mesh and step rate may differ. Waves keep their position
-/// relative to the sides of the screen.
+/// Copies the waves of one water to another water. Screen, grid, mesh and step rate may differ. Waves keep their
+/// position relative to the sides of the screen.
 /// @param from water to copy from
 /// @param to water that receives the heights, velocities and remaining time
 void resampleWaves(const WaterDriver& from, WaterDriver& to);

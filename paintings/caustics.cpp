@@ -1,6 +1,7 @@
 #include "paintings/caustics.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstddef>
 #include <vector>
 
@@ -71,6 +72,13 @@ void soften(std::vector<float>& samples, std::ptrdiff_t step) {
     }
 }
 
+/// Returns the visible sunlight for a density of rays, whose mean is 1.
+float sunlightOf(float density) {
+    constexpr float brightness = 0.6f;
+    constexpr float ground = 0.34f;
+    return std::max(0.0f, 1.0f - std::exp(-brightness * density) - ground);
+}
+
 }  // namespace
 
 Field makeCaustics(const View& view, float waveWidth, float depth, std::uint32_t seed) {
@@ -101,6 +109,7 @@ Field makeCaustics(const View& view, float waveWidth, float depth, std::uint32_t
         soften(ground.values, 1);
         soften(ground.values, ground.columns);
     }
+    std::transform(ground.values.begin(), ground.values.end(), ground.values.begin(), sunlightOf);
     return ground;
 }
 

@@ -49,7 +49,7 @@ Painter makePool(const View& view) {
         paintAll(canvas, [&](Vec2 at) {
             const Vec2 bent{at.x + swayX.at(at), at.y + swayY.at(at)};
             return mix(tileAt(bent, depth.at(at), canvas.view.pixel) * 0.97f, sunlight,
-                       0.85f * sunlightOf(caustics.at(at)));
+                       0.85f * caustics.at(at));
         });
     };
 }

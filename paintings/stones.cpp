@@ -132,7 +132,7 @@ Painter makeStones(const View& view) {
             }
             constexpr float plate = 1.0f;
             paintAround(canvas, {}, plate, [&](Vec2 at, Color& color) {
-                color = mix(color * 0.98f, sunlight, 0.5f * sunlightOf(caustics.at(at)));
+                color = mix(color * 0.98f, sunlight, 0.5f * caustics.at(at));
             });
         };
 }

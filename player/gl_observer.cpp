@@ -1,29 +1,13 @@
 #include "hostkit/gl_observer.h"
 
 #include <GLES2/gl2.h>
-#include <dlfcn.h>
 
-#include <cstdio>
-#include <cstdlib>
+#include "hostkit/next_function.h"
 
 // The player defines two GL functions that the library imports. Each passes the call to the observer, and then to the
 // function of the GL library.
 
 namespace hostkit {
-namespace {
-
-template <class Function>
-Function* realFunction(const char* name) {
-    void* const found = dlsym(RTLD_NEXT, name);
-    if (!found) {
-        std::fprintf(stderr, "cannot find %s in the GL library; check that Mesa is installed\n",
-                     name);
-        std::abort();
-    }
-    return reinterpret_cast<Function*>(found);
-}
-
-}  // namespace
 
 GlObserver& sharedGlObserver() {
     static GlObserver observer;
@@ -35,7 +19,7 @@ GlObserver& sharedGlObserver() {
 #pragma GCC visibility push(default)
 
 void GL_APIENTRY glDrawElements(GLenum mode, GLsizei count, GLenum type, const void* indices) {
-    static auto* const real = hostkit::realFunction<decltype(glDrawElements)>("glDrawElements");
+    static auto* const real = hostkit::nextFunction<decltype(glDrawElements)>("glDrawElements");
     hostkit::sharedGlObserver().noteCall("glDrawElements");
     real(mode, count, type, indices);
 }
@@ -43,7 +27,7 @@ void GL_APIENTRY glDrawElements(GLenum mode, GLsizei count, GLenum type, const v
 void GL_APIENTRY glTexImage2D(GLenum target, GLint level, GLint internalformat, GLsizei width,
                               GLsizei height, GLint border, GLenum format, GLenum type,
                               const void* pixels) {
-    static auto* const real = hostkit::realFunction<decltype(glTexImage2D)>("glTexImage2D");
+    static auto* const real = hostkit::nextFunction<decltype(glTexImage2D)>("glTexImage2D");
     hostkit::sharedGlObserver().noteCall("glTexImage2D");
     hostkit::sharedGlObserver().noteUpload(width, height, pixels);
     real(target, level, internalformat, width, height, border, format, type, pixels);

@@ -1,10 +1,13 @@
 #include "screensaver/saver.h"
 
+#include <algorithm>
 #include <chrono>
 #include <optional>
+#include <ratio>
 #include <utility>
 
 #include "app/frame_clock.h"
+#include "app/quality.h"
 #include "app/session.h"
 #include "app/size.h"
 #include "desktop/failure.h"
@@ -46,6 +49,7 @@ private:
     void turn();
     void changeScene(app::Clock::time_point now);
     void drawDueFrames(app::Clock::time_point now);
+    void adaptQuality(std::chrono::nanoseconds drawTime);
 
     const Options& options;
     PresetChoice preset;
@@ -81,6 +85,7 @@ void Saver::start() {
     session.settings = withOptions(preset.next(), options);
     session.setBackgrounds({firstPicture(), desktop::plainImage(1, 1, 0)});
     session.repeatAttractMode();
+    session.quality = app::searchingQuality();
     session.restart(window.size());
     if (script) {
         session.startReplay(*std::move(script));
@@ -102,9 +107,16 @@ hostkit::Image Saver::firstPicture() {
 }
 
 void Saver::run() {
-    start();
-    while (!desktop::isInterrupted() && !window.isGone()) {
-        turn();
+    try {
+        start();
+        while (!desktop::isInterrupted() && !window.isGone()) {
+            turn();
+        }
+    } catch (const desktop::Failure&) {
+        window.handleEvents(0ns);
+        if (!window.isGone()) {  // without its window, EGL fails as well
+            throw;
+        }
     }
 }
 
@@ -114,7 +126,7 @@ void Saver::turn() {
         return;
     }
     if (session.screen() != window.size()) {
-        session.restart(window.size());
+        session.resize(window.size());
     }
     const app::Clock::time_point now = app::Clock::now();
     changeScene(now);
@@ -146,12 +158,22 @@ void Saver::drawDueFrames(app::Clock::time_point now) {
     } else {
         due = session.takeDueFrames(now);
     }
+    if (due.frames == 0) {
+        return;
+    }
     for (int frame = 0; frame < due.frames; ++frame) {
         session.frame(due.elapsed);
     }
-    if (due.frames > 0 && !window.swap()) {
+    if (!window.swap()) {
         session.regainContext();
     }
+    adaptQuality((app::Clock::now() - now) / due.frames);
+}
+
+/// Draws a coarser mesh if a frame takes too long to draw.
+void Saver::adaptQuality(std::chrono::nanoseconds drawTime) {
+    const std::chrono::duration<double, std::milli> interval = std::max(drawTime, app::frameTime);
+    session.noteInterval(interval.count());
 }
 
 }  // namespace

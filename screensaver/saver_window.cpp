@@ -72,15 +72,15 @@ desktop::Failure eglFailure(const std::string& message) {
 }  // namespace
 
 SaverWindow::SaverWindow(const Target& target) : display(XOpenDisplay(nullptr)) {
-    if (!display) {
+    if (display == nullptr) {
         throw desktop::Failure("cannot open the X display " + app::inQuotes(XDisplayName(nullptr)) +
                                "; set DISPLAY");
     }
     XSetErrorHandler(noteError);
     XSetIOErrorHandler(endWithServer);
     hostkit::askForFineFiltering();
-    watchConnection(ConnectionNumber(display.get()));
-    egl = eglGetPlatformDisplay(EGL_PLATFORM_X11_KHR, display.get(), nullptr);
+    watchConnection(ConnectionNumber(display));
+    egl = eglGetPlatformDisplay(EGL_PLATFORM_X11_KHR, display, nullptr);
     if (egl == EGL_NO_DISPLAY || !eglInitialize(egl, nullptr, nullptr)) {
         throw eglFailure("cannot use OpenGL ES on this display");
     }
@@ -90,7 +90,7 @@ SaverWindow::SaverWindow(const Target& target) : display(XOpenDisplay(nullptr)) 
             openWindow();
             break;
         case Target::Kind::rootWindow:
-            useWindow(DefaultRootWindow(display.get()));
+            useWindow(DefaultRootWindow(display));
             break;
         case Target::Kind::givenWindow:
             useWindow(target.window);
@@ -108,19 +108,19 @@ SaverWindow::~SaverWindow() {
 
 void SaverWindow::useWindow(Window given) {
     XWindowAttributes attributes{};
-    if (XGetWindowAttributes(display.get(), given, &attributes) == 0) {
+    if (XGetWindowAttributes(display, given, &attributes) == 0) {
         throw desktop::Failure(
             "there is no window " + hex(given) +
             " on this display; give the number of a window, as xwininfo prints it");
     }
     window = given;
     pixels = {attributes.width, attributes.height};
-    XSelectInput(display.get(), window, windowEvents);
+    XSelectInput(display, window, windowEvents);
     config = configOf(XVisualIDFromVisual(attributes.visual));
 }
 
 void SaverWindow::openWindow() {
-    Display* const x = display.get();
+    Display* const x = display;
     config = configOf(XVisualIDFromVisual(DefaultVisual(x, DefaultScreen(x))));
     pixels = ownSize;
     window = XCreateSimpleWindow(x, DefaultRootWindow(x), 0, 0, static_cast<unsigned>(pixels.width),
@@ -186,14 +186,14 @@ bool SaverWindow::swap() {
 }
 
 void SaverWindow::handleEvents(std::chrono::nanoseconds maxWait) {
-    if (XPending(display.get()) == 0) {
-        pollfd connection{ConnectionNumber(display.get()), POLLIN, 0};
+    if (XPending(display) == 0) {
+        pollfd connection{ConnectionNumber(display), POLLIN, 0};
         const auto wait = std::chrono::ceil<std::chrono::milliseconds>(maxWait);
         poll(&connection, 1, static_cast<int>(wait.count()));
     }
-    while (XPending(display.get()) > 0) {
+    while (XPending(display) > 0) {
         XEvent event{};
-        XNextEvent(display.get(), &event);
+        XNextEvent(display, &event);
         handle(event);
     }
 }

@@ -4,7 +4,6 @@
 #include <X11/Xlib.h>
 
 #include <chrono>
-#include <memory>
 
 #include "app/size.h"
 #include "screensaver/options.h"
@@ -39,17 +38,15 @@ public:
     Window id() const { return window; }
 
 private:
-    struct CloseDisplay {
-        void operator()(Display* opened) const { XCloseDisplay(opened); }
-    };
-
     void useWindow(Window given);
     void openWindow();
     EGLConfig configOf(VisualID visual) const;
     void dropContext();
     void handle(const XEvent& event);
 
-    std::unique_ptr<Display, CloseDisplay> display;
+    /// Connection to the X server. The end of the process closes it: the thread that watches the connection would take
+    /// an earlier end for the end of the server.
+    Display* display;
     EGLDisplay egl = EGL_NO_DISPLAY;
     EGLConfig config = nullptr;
     EGLSurface surface = EGL_NO_SURFACE;

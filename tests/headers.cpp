@@ -1,1 +1,1 @@
-// Exists to compile the precompiled header.
+// This file exists so that CMake compiles the precompiled header.

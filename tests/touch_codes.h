@@ -4,7 +4,7 @@
 
 #include "hostkit/gesture_script.h"
 
-/// The platform's action codes for onTouch. A test may also send other codes.
+/// Android's action codes for onTouch. A test may also send other codes.
 enum TouchCode : jint {
     Down = static_cast<jint>(hostkit::TouchAction::down),
     Up = static_cast<jint>(hostkit::TouchAction::up),

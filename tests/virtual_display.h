@@ -11,7 +11,7 @@
 #include <string>
 #include <thread>
 
-/// Starts a shell command and returns its process. With exec, that is the process of the last program.
+/// Starts a shell command and returns its process id. If the command begins with exec, the id is that of its program.
 inline pid_t start(const std::string& command) {
     const pid_t process = fork();
     if (process == 0) {
@@ -21,7 +21,7 @@ inline pid_t start(const std::string& command) {
     return process;
 }
 
-/// Waits until the condition is true. Returns false after a minute, enough time for a slow machine.
+/// Waits until the condition is true. Returns false after 60 s, which is enough for a slow machine.
 inline bool waitFor(const std::function<bool()>& condition) {
     const auto end = std::chrono::steady_clock::now() + std::chrono::minutes(1);
     while (!condition()) {
@@ -33,10 +33,10 @@ inline bool waitFor(const std::function<bool()>& condition) {
     return true;
 }
 
-/// A virtual display. The constructor names it in DISPLAY.
+/// A virtual X display. The constructor stores its name in the environment variable DISPLAY.
 class VirtualDisplay {
 public:
-    /// `screen` is width x height x depth, for example 800x800x24.
+    /// @param screen width x height x depth, for example 800x800x24
     explicit VirtualDisplay(const std::string& screen) {
         int ends[2];
         char number[16] = {};

@@ -1,4 +1,4 @@
-// Renders docs/page.jpg: the page on a phone during a gesture, and on a desktop with the panel open.
+// Renders docs/page.jpg, which shows the page on a phone during a gesture, and on a desktop with the panel open.
 // Usage: node tools/page-picture.mjs
 
 import { execFileSync } from "node:child_process";
@@ -8,7 +8,7 @@ import { frames, launch, open, screenshotFolder, sendFiles, top, waitUntilIdle }
 
 const browser = await launch();
 
-/** Saves a screenshot of frame `frame` of a gesture. */
+/** Saves a screenshot of the page at frame `frame` of a gesture. */
 async function saveScreenshot(name, preset, gesture, frame, options, withPanel) {
     const settings = JSON.parse(readFileSync(join(top, "presets", `${preset}.json`), "utf8"));
     const page = await open(browser, { ...options, hash: `#look=${encodeURIComponent(JSON.stringify(settings))}` });

@@ -17,7 +17,7 @@ namespace {
 }
 
 [[noreturn]] void rejectCall(const char* call) {
-    endProgram("the library may not call this JNI function: " + std::string(call));
+    endProgram("the library called a JNI function that it must not use: " + std::string(call));
 }
 
 /// Functions with the type of a JNI function. Each aborts the program and prints the name of the JNI function.
@@ -97,7 +97,7 @@ void CheckedJni::unpin(const char* call, Array& array, void* data, jint mode) {
     const auto copy = std::ranges::find(ofArray.copies, data, &Block::content);
     if (copy == ofArray.copies.end()) {
         endProgram(std::string(call) + ": array " + std::to_string(array.id) +
-                   " was not pinned with this pointer");
+                   " was released with a pointer that no Get call returned");
     }
     checkBlock(array, *copy);
     if (mode != JNI_ABORT) {

@@ -1,7 +1,5 @@
 #include "hostkit/instruments/gl_recorder.h"
 
-#include <dlfcn.h>
-
 #include <algorithm>
 #include <array>
 #include <charconv>
@@ -12,6 +10,8 @@
 #include <cstring>
 #include <iterator>
 #include <span>
+
+#include "hostkit/next_function.h"
 
 namespace hostkit {
 
@@ -79,17 +79,6 @@ struct Knowledge {
 Knowledge& knowledge() {
     static Knowledge known;
     return known;
-}
-
-template <class Function>
-Function* realFunction(const char* name) {
-    void* const found = dlsym(RTLD_NEXT, name);
-    if (!found) {
-        std::fprintf(stderr, "cannot find %s in the GL library; check that Mesa is installed\n",
-                     name);
-        std::abort();
-    }
-    return reinterpret_cast<Function*>(found);
 }
 
 // Wrappers of arguments. Each type selects one way to write an argument as text.
@@ -394,7 +383,7 @@ using namespace hostkit;  // NOLINT(google-build-using-namespace): GL functions 
 #pragma GCC visibility push(default)
 
 #define HOSTKIT_REAL(function)                                             \
-    static auto* const real = realFunction<decltype(function)>(#function); \
+    static auto* const real = nextFunction<decltype(function)>(#function); \
     const AfterHook afterHook
 
 /// Defines the forwarding function of a GL function that returns nothing. The macro's arguments are the function's name

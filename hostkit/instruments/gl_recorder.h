@@ -34,8 +34,8 @@ struct GlCall {
 /// Kind of a GL object.
 enum class GlKind { texture, buffer, framebuffer, shader, program };
 
-/// State and hooks of the recorder. It observes every GL function that the library imports. Does not record the GL calls
-/// of the hook `inside`.
+/// State and hooks of the recorder. It observes every GL function that the library imports. It does not record the GL
+/// calls of the hook `inside`.
 struct GlRecorder : GlObserver {
     /// While true, every call is appended to `calls`.
     bool recording = false;

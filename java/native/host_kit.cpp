@@ -30,7 +30,7 @@ EGLSurface surfaceOf(jlong handle) {
     return reinterpret_cast<EGLSurface>(handle);
 }
 
-/// Returns the configuration of the current context, which its surfaces must share.
+/// Returns the configuration of the current context. All its surfaces must have this configuration.
 EGLConfig currentConfig() {
     const EGLDisplay display = eglGetCurrentDisplay();
     EGLint id = 0;
@@ -85,7 +85,7 @@ void Java_javahost_HostKit_destroySurface(JNIEnv*, jclass, jlong surface) {
 }
 
 jint Java_javahost_HostKit_countObjects(JNIEnv*, jclass) {
-    constexpr GLuint lastName = 500;  // GL hands out small names first
+    constexpr GLuint lastName = 500;  // GL assigns small names first
     jint count = 0;
     for (GLuint name = 1; name <= lastName; ++name) {
         count += glIsBuffer(name) + glIsTexture(name) + glIsFramebuffer(name) + glIsProgram(name);

@@ -25,8 +25,8 @@ public:
     app::Settings load(const std::filesystem::path& file);
     /// Returns the preset after the one that was last loaded from the list, or null if the list is empty.
     const desktop::NamedPreset* next() const;
-    /// Returns the loaded preset if the user has saved it. Otherwise throws Failure, because a shipped preset or a preset
-    /// in another folder cannot be renamed or deleted.
+    /// Returns the loaded preset if the user has saved it. Otherwise throws Failure: a shipped preset and a preset in
+    /// another folder cannot be renamed or deleted.
     const desktop::NamedPreset& own() const;
     /// Returns the loaded preset's name if the user has saved it and not changed it since.
     std::optional<std::string> savedName(const app::Settings& settings) const;

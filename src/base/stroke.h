@@ -29,7 +29,7 @@ struct StrokeLine {
 };
 
 /// Returns the line from `previous` to `current`. If the points are equal, the normal is (0, 0) and the length 1, so
-/// that no point lies along the stroke.
+/// that no point is alongside the stroke.
 inline StrokeLine lineOf(Float2 previous, Float2 current) {
     const Float2 along{current.x - previous.x, current.y - previous.y};
     const float distance = std::sqrt(along.x * along.x + along.y * along.y);

@@ -24,8 +24,7 @@
 //   - The host's touch thread writes the touch variables, dragMode, inkAmount and inkDissipation, always while it holds
 //     SharedTouch::lock. The last three are SharedWords: any thread may read one of them without the lock.
 //
-// Velocities are in cells per time unit, y up. An ink density lies in [0, 127].
-// Velocities are in cells per time unit, y up. An ink density lies in [0, 127].
+// Velocities are in cells per time unit, y up. An ink density is in [0, 127].
 
 namespace velmora {
 
@@ -38,7 +37,7 @@ struct EffectState {
     ~EffectState();
 
     DragSegment dragSegment{};  // of the last frame of a fast drag, screen pixels, y down
-    // Solver worker; 0 if there is none to wait for, because no live thread has the handle 0.
+    // Solver worker, or 0 if there is no worker to wait for. No live thread has the handle 0.
     pthread_t solverThread{};
     RenderTarget velocityTarget{};
     RenderTarget inkFront{}, inkBack{};
@@ -65,7 +64,7 @@ struct EffectState {
     float inkIntensity = 0.0f;  // darkening by ink of density 1, [0, 1]
     // Writers: applySettings, touch step, clearInk. Readers: stepFluid, touch step.
     SharedWord<DragMode> dragMode;
-    std::int32_t touchMargin = 0;  // distance from the screen's edges without ink, pixels
+    std::int32_t touchMargin = 0;  // width of the border in which no ink is deposited, pixels
     std::uint32_t waterTexture = 0, backgroundTexture = 0, backgroundTexture2 = 0;  // GL names
     Float2 impulseCurrent{}, impulsePrevious{};  // screen pixels, y up
     InkColor inkColor{};
@@ -99,7 +98,7 @@ struct TouchVariables {
     float pressureFactor = 1.0f;          // factor of the slow-drag preset, >= 0
     std::int32_t touchX = 0, touchY = 0;  // position of the latest event
     std::int32_t lastEventX = 0, lastEventY = 0;  // position of the event before
-    // Movement from the event before to the latest event, measured while the finger is down.
+    // Movement from the second-last event to the latest event, measured while the finger is down.
     std::int32_t touchDeltaX = 0, touchDeltaY = 0;
     std::int32_t lastTouchAction = 0;               // a TouchAction or another code of the host
     std::int32_t strokeLastX = 0, strokeLastY = 0;  // start of the next stroke
@@ -118,7 +117,7 @@ extern SharedTouch gTouch;
 /// True if frames have ink. Only onInitSetting writes it.
 extern bool inkEnabled;
 
-/// Returns true if the touch lies more than `margin` pixels from every edge of the screen.
+/// Returns true if the touch is more than `margin` pixels from every edge of the screen.
 bool isInside(const EffectState& state, std::int32_t touchX, std::int32_t touchY,
               std::int32_t margin);
 

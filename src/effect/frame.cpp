@@ -16,7 +16,7 @@ namespace velmora {
 
 namespace {
 
-/// Runs the touch step of one ink frame and deposits its stroke in `color`. Returns the ink amount to draw. It is read
+/// Runs the touch step of one frame and deposits its stroke in `color`. Returns the ink amount to draw. It is read
 /// under the lock, so that a later touch event changes only the next frame.
 float advanceTouchFrame(EffectState& state, SharedTouch& shared, InkColor color) {
     std::optional<InkStroke> stroke;

@@ -20,7 +20,7 @@ void clearInk(EffectState& state, SharedTouch& shared);
 /// setting in the meantime. The caller holds the touch lock.
 float takeInkDissipation(const EffectState& state, TouchVariables& touch);
 
-/// Runs the touch step of one ink frame: applies the preset of the touch phase and advances the frame counters. Returns
+/// Runs the touch step of a frame: applies the preset of the touch phase and advances the frame counters. Returns
 /// the stroke whose ink the caller deposits, if the frame has one. The caller holds the touch lock.
 std::optional<InkStroke> stepTouchPhase(EffectState& state, TouchVariables& touch);
 

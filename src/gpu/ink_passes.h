@@ -22,7 +22,7 @@ void runImpulsePass(const EffectState& state, const RenderTarget& source,
                     const RenderTarget& destination, DragMode mode, Float2 previous,
                     Float2 current);
 
-/// Stores the points and the colour of a stroke, and adds its ink unless the touch lies near an edge of the screen.
+/// Stores the points and the colour of a stroke, and adds its ink unless the touch is near an edge of the screen.
 void depositInk(EffectState& state, const TouchVariables& touch, const InkStroke& stroke,
                 InkColor color);
 

@@ -10,8 +10,9 @@ namespace velmora {
 /// in a parameter list.
 struct WaterFrame {
     const float* positions;  // 3 floats per vertex, mesh units, y up
-    const float* heights;    // 3 floats per vertex: the heights of the vertex and of its neighbours
-                             // along x and along y, [-100, 100], 4 to a mesh unit
+    // 3 floats per vertex: the heights of the vertex, of its right and of its upper neighbour, in [-100, 100]. A height
+    // of 4 equals one mesh unit.
+    const float* heights;
     const std::uint16_t* indices;  // triangle list
     std::int32_t positionCount;    // floats
     std::int32_t heightCount;      // floats
@@ -21,14 +22,14 @@ struct WaterFrame {
     std::int32_t meshSizeHeight;
     std::int32_t numDetailsWidth;  // vertices across
     std::int32_t numDetailsHeight;
-    float refractiveIndex;   // of water relative to air; at 1 light passes straight
+    float refractiveIndex;   // of water relative to air; 1 refracts no light
     float alpha;             // weight of the reflection map, >= 0
     float alphaRatio1Scale;  // factor of alpha, >= 0
     float alphaRatio2Scale;  // has no effect
     float fresnelRatio;      // extra weight on slopes that face the light, >= 0
-    float
-        specularRatio;  // peak of the highlight, factor; clamped to [1, 4.5], without ink to [1, 5.5]
-    float exponent;     // sharpness of the highlight, > 0
+    // Peak of the highlight, as a factor. Clamped to [1, 4.5] if ink is enabled, else to [1, 5.5].
+    float specularRatio;
+    float exponent;  // sharpness of the highlight, > 0
     bool inkEnabled;
     bool useSecondBackground;
 };

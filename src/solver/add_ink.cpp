@@ -38,8 +38,8 @@ float blotInk(const AddInk& pass, Float2 centre) {
 void AddInk::evaluate(Float2 coord, float* out) const {
     const Cell cell = sampleNearest(source, coord.x * texelSize.x, coord.y * texelSize.y);
     const Float2 centre{coord.x * cellToScreen.x, coord.y * cellToScreen.y};
-    *out = scalarAt(source, cell) +
-           (mode == FastDrag ? strokeInk(*this, centre) : blotInk(*this, centre));
+    out[0] = scalarAt(source, cell) +
+             (mode == FastDrag ? strokeInk(*this, centre) : blotInk(*this, centre));
 }
 
 }  // namespace velmora

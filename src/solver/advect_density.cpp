@@ -13,8 +13,8 @@ void AdvectDensity::evaluate(Float2 coord, float* out) const {
     const float distanceSquared = offset.x * offset.x + offset.y * offset.y;
     const bool still = drag < FastDrag && distanceSquared < stillRadiusSquared;
     const float step = (still ? 0.0075f * std::sqrt(distanceSquared) : backStep) * timeStep;
-    *out = dissipation * sampleBilinearScalar(source, (coord.x - step * v.x) * texelSize.x,
-                                              (coord.y - step * v.y) * texelSize.y);
+    out[0] = dissipation * sampleBilinearScalar(source, (coord.x - step * v.x) * texelSize.x,
+                                                (coord.y - step * v.y) * texelSize.y);
 }
 
 }  // namespace velmora

@@ -63,7 +63,7 @@ void ComputeDivergence::evaluate(Float2 coord, float* out) const {
     const Neighbourhood n(velocity, coord, texelSize);
     const Flow<float> flow{pairAt(velocity, n.right).x, pairAt(velocity, n.left).x,
                            pairAt(velocity, n.top).y, pairAt(velocity, n.bottom).y};
-    *out = divergenceOf(*this, flow) - sinkAt(*this, coord.x - 0.5f, coord.y - 0.5f);
+    out[0] = divergenceOf(*this, flow) - sinkAt(*this, coord.x - 0.5f, coord.y - 0.5f);
 }
 
 void computeDivergenceKernel(const ComputeDivergence& pass) {

@@ -4,7 +4,7 @@
 
 namespace velmora {
 
-/// Runs the fluid step of one ink frame: waits for the last solver worker and uploads its velocity, then starts the
+/// Runs the fluid step of one frame: waits for the last solver worker and uploads its velocity, then starts the
 /// next worker and advects the ink while that worker runs. So ink moves along the velocity of the previous frame. If no
 /// thread can be started, the velocity does not change. Call it on the GL thread.
 void stepFluid(EffectState& state, SharedTouch& shared);

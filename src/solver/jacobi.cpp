@@ -129,8 +129,8 @@ void relaxAllTransposed(Jacobi& pass, std::int32_t count, float* workspace) {
 
 void Jacobi::evaluate(Float2 coord, float* out) const {
     const Neighbourhood n(x, coord, texelSize);
-    *out = relaxed(scalarAt(x, n.left), scalarAt(x, n.right), scalarAt(x, n.bottom),
-                   scalarAt(x, n.top), alpha * scalarAt(b, n.middle), rbeta);
+    out[0] = relaxed(scalarAt(x, n.left), scalarAt(x, n.right), scalarAt(x, n.bottom),
+                     scalarAt(x, n.top), alpha * scalarAt(b, n.middle), rbeta);
 }
 
 void jacobiSweep(const Jacobi& pass) {

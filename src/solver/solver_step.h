@@ -5,10 +5,10 @@
 
 namespace velmora {
 
-// A step reads only StepSettings, a copy of settings and touch at one moment, so later touches do not affect it. The
-// margin rule uses the same moment: it reduces the projection near the screen's edges (see applyMarginRule). The frame
-// that starts the step uses the rule's touchMargin for its ink, but the presets of its later touch step replace the
-// rule's sink.
+// A step reads only StepSettings, a copy of settings and touch that is made before the step starts. So later touches do
+// not affect the step. The margin rule is applied at the same time: if the touch is near the screen's edges, it sets a
+// smaller margin and a smaller sink, or skips the projection (see applyMarginRule). The frame that starts the step uses
+// this margin for its ink. Then the touch step of the same frame replaces the sink by that of its preset.
 
 /// Applies the margin rule to touchMargin, sourceRadius and sourceStrength, and returns the settings of the next step.
 /// No solver worker may be running.

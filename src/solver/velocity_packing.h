@@ -19,7 +19,7 @@ void reallocatePackedVelocity(std::uint8_t*& block, std::int32_t width, std::int
 /// packed as -127. Runs on the worker thread at the end of a solver step.
 void packVelocity(EffectState& state, const FloatGrid& velocity, const RenderTarget& target);
 
-/// Packs cells of 2 floats into 4 bytes each.
+/// Packs `cells` cells of 2 floats. Writes 4 bytes per cell.
 void packCells(std::uint8_t* to, const float* from, std::ptrdiff_t cells);
 
 }  // namespace velmora

@@ -28,7 +28,7 @@ void writeFirstColumn(float* positions, int rows, float x, float top, float step
     }
 }
 
-/// Writes a column of vertices at x; y and z are those of the first column. Four vertices fill three vectors.
+/// Writes a column of vertices at x and copies y and z from the first column. Four vertices fill three vectors.
 void writeColumn(float* positions, const float* first, std::ptrdiff_t rows, float x) {
     if (rows < 4) {
         for (std::ptrdiff_t row = 0; row < rows; ++row) {

@@ -90,8 +90,16 @@ TEST(Quality, AFixedLevelStays) {
     levels(quality, {60, 60, 16, 16});
     EXPECT_EQ(quality.level, 3);
     EXPECT_EQ(pixelsOf(quality), 0.75);
-    EXPECT_EQ(cellsPerVertex(quality, 90), 3);
-    EXPECT_EQ(cellsPerVertex(quality, 24), 1) << "the mesh keeps a minimum of vertices";
+    EXPECT_EQ(cellsPerVertex(quality, 90, 540), 3);
+    EXPECT_EQ(cellsPerVertex(quality, 24, 540), 1) << "the mesh keeps a minimum of vertices";
+}
+
+TEST(Quality, FullDetailDependsOnTheScreen) {
+    const Quality full = app::fixedQuality(0);
+    EXPECT_EQ(cellsPerVertex(full, 90, 540), 1);
+    EXPECT_EQ(cellsPerVertex(full, 90, 1080), 2);
+    EXPECT_EQ(cellsPerVertex(full, 60, 1080), 1) << "large cells need a vertex each";
+    EXPECT_EQ(cellsPerVertex(app::fixedQuality(2), 90, 1080), 3);
 }
 
 }  // namespace

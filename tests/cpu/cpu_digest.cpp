@@ -18,9 +18,10 @@
 #include "water/mesh.h"
 #include "water/ripple.h"
 
-// Prints the digests of two long runs of mesh, water and velocity solver, and exits with 1 if one differs from its
-// expected value. The lively run contains no subnormal numbers, so it has one digest for all compilers, build types and
-// processors. The dying run decays. It has one digest for processors that flush subnormals and one for all others.
+// Prints the digests of two long runs of mesh, water and velocity solver. Exits with 1 if a digest differs from its
+// expected value. The lively run contains no subnormal numbers, so all compilers, build types and processors give the
+// same digest. The dying run decays until numbers are subnormal. Processors that flush subnormals to zero give one
+// digest for it, all others give another.
 
 namespace velmora::test {
 namespace {
@@ -29,7 +30,7 @@ constexpr std::uint64_t livelyDigest = 0x9d205f7b2f15ca37u;
 constexpr std::uint64_t dyingDigest =
     FlushSubnormals::flushes() ? 0x0ddc63352c94cce2u : 0xd8e0c93be9037304u;
 
-/// Smallest magnitude, except 0, in a lively run. Products with such numbers are far from subnormal.
+/// Minimum magnitude, except 0, of numbers in the lively run. Products of such numbers are far from subnormal.
 constexpr float livelyLeast = 1e-20f;
 
 /// Digest of the bytes of a run's results.
@@ -45,7 +46,7 @@ public:
         addBytes(bytes_, std::as_bytes(values));
     }
     std::uint64_t value() const { return bytes_.state; }
-    /// Returns the smallest magnitude except 0.
+    /// Returns the smallest magnitude added so far, except 0.
     float least() const { return least_; }
 
 private:
@@ -65,7 +66,7 @@ void runMesh(Digest& digest) {
     }
 }
 
-/// Fills with values from -4 to 4, of at least 6e-5 in magnitude.
+/// Fills `values` with random numbers from -4 to 4 whose magnitude is at least 6e-5.
 void fill(std::span<float> values) {
     std::mt19937 random(1);
     for (float& value : values) {
@@ -73,7 +74,7 @@ void fill(std::span<float> values) {
     }
 }
 
-/// Makes ripples for `rippleSteps`, then steps the water until it is calm or the run ends.
+/// Makes ripples for `rippleSteps` steps, then steps the water until it is calm or 3000 steps have run.
 void runWater(Digest& digest, float damping, int rippleSteps, bool startsWild) {
     constexpr int columns = 60;
     constexpr int rows = 107;
@@ -98,7 +99,7 @@ void runWater(Digest& digest, float damping, int rippleSteps, bool startsWild) {
     }
 }
 
-/// The solver on a screen whose number of cells per row is not a multiple of four.
+/// A solver for a screen whose grid has 43 cells per row, which is not a multiple of four.
 struct Flow {
     Flow(Digest& digestOfRun) : digest(digestOfRun) {
         applySettings(state, 519, 760, true);
@@ -157,7 +158,7 @@ void tap(Flow& flow, std::int32_t x, std::int32_t y) {
     }
 }
 
-/// Drags between the screen's edges, `speed` pixels per frame along y.
+/// Drags the touch to and fro between the screen's edges, at `speed` pixels per frame along y.
 void drag(Flow& flow, DragMode mode, const TouchPreset& preset, std::int32_t speed) {
     for (std::int32_t frame = 0; frame < 120; ++frame) {
         const std::int32_t x = std::abs(frame * (speed + 3) % 1038 - 519);
@@ -173,7 +174,7 @@ void tapAndDrag(Flow& flow) {
     drag(flow, SlowDrag, slowDragPreset, 5);
     drag(flow, MediumDrag, mediumDragPreset, 9);
     drag(flow, FastDrag, fastDragPreset, 31);
-    for (int idle = 0; idle < 300; ++idle) {  // the sink keeps the flow moving
+    for (int idle = 0; idle < 300; ++idle) {  // far from the edges, the sink keeps the flow moving
         flow.step(SlowDrag, 260, 380);
     }
 }
@@ -190,7 +191,7 @@ void runDyingSolver(Digest& digest) {
     Flow flow(digest);
     tapAndDrag(flow);
     flow.apply(slowDragPreset, 1.0f);
-    for (int idle = 0; idle < 1000; ++idle) {  // near an edge there is no sink and the flow decays
+    for (int idle = 0; idle < 1000; ++idle) {  // near an edge there is no sink, so the flow decays
         flow.step(SlowDrag, 5, 380);
     }
 }
@@ -228,7 +229,9 @@ Digest runDying() {
 
 bool isExpected(const char* run, const Digest& digest, std::uint64_t expected) {
     const bool same = digest.value() == expected;
-    std::printf("%s run: %s\n", run, same ? "as expected" : "not the expected digest");
+    std::printf("%s run: digest %016llx, expected %016llx\n", run,
+                static_cast<unsigned long long>(digest.value()),
+                static_cast<unsigned long long>(expected));
     return same;
 }
 
@@ -237,7 +240,7 @@ int run() {
     const Digest dying = runDying();
     const bool stayedLively = lively.least() >= livelyLeast;
     if (!stayedLively) {
-        std::puts("the lively run has died away");
+        std::puts("the lively run decayed too far to test numbers above the subnormal range");
     }
     const bool sameLively = isExpected("lively", lively, livelyDigest);
     const bool sameDying = isExpected("dying", dying, dyingDigest);

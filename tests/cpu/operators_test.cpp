@@ -19,14 +19,14 @@ struct At {
     int i, j;
 };
 
-// Cells beyond the grid repeat its edge.
+// Returns a component of a cell. A cell outside the grid has the value of the nearest edge cell.
 float value(const FloatGrid& grid, At at, int floats = 1, int component = 0) {
     const int i = std::clamp(at.i, 0, grid.width - 1);
     const int j = std::clamp(at.j, 0, grid.height - 1);
     return grid.data[(i + j * grid.width) * floats + component];
 }
 
-/// Returns the bilinear value of a component at q; 0 and 1 are the centres of the first and the last cell.
+/// Returns the bilinear value of a component at q, where 0 is the centre of the first cell and 1 that of the last cell.
 float bilinear(const FloatGrid& grid, Float2 q, int floats = 1, int component = 0) {
     const auto clamped = [](float c) { return c > 0.0f ? std::fmin(c, 1.0f) : 0.0f; };
     const float x = clamped(q.x) * static_cast<float>(grid.width - 1);
@@ -49,7 +49,7 @@ float distance(Float2 a, Float2 b) {
     return std::hypot(a.x - b.x, a.y - b.y);
 }
 
-// ---- Definitions of the passes that have no plain kernel: the value of a cell.
+// ---- Definitions of the passes that have no plain kernel. Each returns the value of one cell.
 
 float meaning(const AdvectDensity& pass, At at) {
     const Float2 q = centre(at, pass.texelSize);
@@ -94,8 +94,8 @@ void expectMeaning(const Pass& pass, float tolerance) {
     }
 }
 
-/// The seven passes on random grids of one size. A stroke crosses the grid and ends at a touch near the right edge, so
-/// that the last cells of a row lie on both sides of each radius.
+/// The seven passes on random grids of one size. A stroke crosses the grid and ends at a touch near the right edge. So
+/// the last cells of a row, which the kernels compute one at a time, are inside and outside each radius.
 struct Passes {
     Passes(int width, int height, Against side, Fill fill)
         : random(static_cast<unsigned>(width * 1000 + height)),
@@ -161,7 +161,7 @@ void expectMeanings(Passes& passes) {
     }
 }
 
-/// The kernels of the library or the plain kernels.
+/// One set of kernels: those of the library or the plain ones.
 struct Kernels {
     void (*advect)(const AdvectVelocity&);
     void (*diverge)(const ComputeDivergence&);
@@ -173,7 +173,7 @@ constexpr Kernels library{velmora::advectVelocityKernel, velmora::computeDiverge
 constexpr Kernels plainCode{reference::advectVelocityKernel, reference::computeDivergenceKernel,
                             reference::subtractGradientKernel, reference::addVelocityKernel};
 
-/// Expects that a kernel gives each cell the bits of `evaluate`.
+/// Expects that a kernel gives each cell exactly the bits that `evaluate` gives.
 template <class Pass>
 void expectKernel(const Pass& pass, void (*kernel)(const Pass&)) {
     const std::vector<float> expected = evaluateCells(pass, pass.output.width, pass.output.height);
@@ -191,7 +191,7 @@ void expectKernels(Passes& passes, const Kernels& kernels) {
     expectKernel(passes.stroke, kernels.addStroke);
 }
 
-TEST(Operators, EachComputesWhatItsDefinitionSays) {
+TEST(Operators, EachMatchesItsDefinition) {
     for (const auto& [width, height] : {std::pair{23, 17}, {1, 1}, {1, 9}, {9, 1}, {2, 3}}) {
         SCOPED_TRACE(testing::Message() << width << " x " << height);
         Passes passes(width, height, Against::back, {20.0f});
@@ -200,8 +200,9 @@ TEST(Operators, EachComputesWhatItsDefinitionSays) {
     }
 }
 
-TEST(Operators, RadiiAndSegmentsExcludeTheirEnds) {
-    // All distances are whole: each radius and both ends of the stroke hit corners or centres of cells.
+TEST(Operators, RadiiAndSegmentsExcludeTheirLimits) {
+    // All distances are whole numbers, so each radius and both ends of the stroke exactly hit corners or centres of
+    // cells.
     Passes passes(30, 30, Against::back, {20.0f});
     passes.aim({4.0f, 4.0f}, {35.0f, 40.0f}, {35.0f, 60.0f}, 5.0f, 25.0f);
     passes.density.center = {70.0f, 86.0f};
@@ -216,7 +217,7 @@ TEST(Operators, RadiiAndSegmentsExcludeTheirEnds) {
     expectKernels(passes, plainCode);
 }
 
-TEST(Operators, CoordinatesBeyondTheGridAreClampedAndNanIsZero) {
+TEST(Operators, CoordinatesOutsideTheGridAreClampedAndNanCountsAsZero) {
     Passes passes(23, 17, Against::back, {20.0f});
     fillRandomly(passes.velocity.block.elements(), {500.0f, true}, passes.random);
     passes.setMode(FastDrag);
@@ -224,7 +225,7 @@ TEST(Operators, CoordinatesBeyondTheGridAreClampedAndNanIsZero) {
     expectKernels(passes, plainCode);
 }
 
-/// Compares `count` iterations from pressure 0 with the plain kernel, bit by bit.
+/// Compares `count` iterations of the library from pressure 0 with those of the plain kernel, bit by bit.
 void compareIterations(Passes& passes, int count) {
     Jacobi& pass = passes.jacobi;
     const auto gridsAfter = [&](auto kernel) {
@@ -246,7 +247,7 @@ void compareIterations(Passes& passes, int count) {
     }
 }
 
-/// Compares one iteration from any pressure with `evaluate`.
+/// Compares one iteration, from a random pressure, with `evaluate`.
 void compareSweep(Passes& passes) {
     Jacobi& pass = passes.jacobi;
     if (pass.output.width < 1 || pass.output.height < 1) {
@@ -276,8 +277,8 @@ void compareKernels(int width, int height, Fill fill) {
     }
 }
 
-// A guarded block is aligned to a whole vector. These blocks are not.
-TEST(Kernels, SweepsStayInsideGridsThatBeginOnAnyFloat) {
+// A GuardedBlock is aligned for a whole vector, so this test starts its grids at other addresses.
+TEST(Kernels, JacobiSweepsStayInsideUnalignedGrids) {
     constexpr std::int32_t width = 15;
     for (const std::int32_t height : {30, 31, 32}) {
         const std::size_t cells =
@@ -302,20 +303,19 @@ TEST(Kernels, SweepsStayInsideGridsThatBeginOnAnyFloat) {
     }
 }
 
-TEST(Kernels, GiveEveryCellTheBitsOfItsOperatorInsideTheGrids) {
+TEST(Kernels, MatchTheOperatorsBitForBitAndStayInsideTheGrids) {
     for (const Fill fill : {Fill{30.0f}, Fill{30.0f, true}, Fill{4000.0f}}) {
         for (int cell = 0; cell < 10 * 10; ++cell) {
             compareKernels(cell % 10, cell / 10, fill);
         }
-        for (int width = 14; width <= 19;
-             ++width) {  // transposed rows with 0 to 3 cells of padding
+        for (int width = 14; width <= 19; ++width) {  // 0 to 3 cells of padding per row
             compareKernels(width, 7, fill);
             compareKernels(width, 3 * width, fill);
         }
         compareKernels(90, 160, fill);
         compareKernels(120, 213, fill);
     }
-    for (int count = 1; count <= 512; ++count) {  // for most of these counts, 1 / count is rounded
+    for (int count = 1; count <= 512; ++count) {  // 1 / count is inexact for most of these
         compareKernels(count, 1, {30.0f});
         compareKernels(1, count, {30.0f});
     }

@@ -15,7 +15,7 @@
 namespace velmora::test {
 namespace {
 
-/// Packs cells of two values each.
+/// Packs `values`, which holds two values per cell.
 void pack(std::span<const float> values, std::uint8_t* bytes) {
     packCells(bytes, values.data(), std::ssize(values) / 2);
 }
@@ -24,7 +24,7 @@ int pairAt(const std::uint8_t* bytes, std::size_t i) {
     return bytes[2 * i] * 256 + bytes[2 * i + 1];
 }
 
-TEST(Packing, EveryStepFollowsTheRecipeAndDecodesJustBelow) {
+TEST(Packing, EveryValueDecodesToAtMostOneStepBelowItself) {
     std::vector<float> values;
     for (int i = -128 * 4096; i <= 128 * 4096; ++i) {
         values.push_back(static_cast<float>(i) / 4096.0f);
@@ -41,13 +41,13 @@ TEST(Packing, EveryStepFollowsTheRecipeAndDecodesJustBelow) {
     for (std::size_t i = 0; i < values.size(); ++i) {
         const float shifted = std::clamp(values[i], -127.0f, 127.0f) + 127.0f;
         const double error = static_cast<double>(shifted) - bytes[2 * i] - bytes[2 * i + 1] / 255.0;
-        // Rounded products may fall on either side of a step of the low byte.
+        // Products are rounded, so the result may be on either side of a step of the low byte.
         ASSERT_GE(error, -1e-6) << values[i];
         ASSERT_LT(error, 1.0 / 255.0 + 1e-6) << values[i];
     }
 }
 
-TEST(Packing, EveryLengthSaturatesInsideItsBlocks) {
+TEST(Packing, EveryLengthIsClampedAndStaysInsideItsBlocks) {
     const std::pair<float, int> cases[] = {{127.5f, 0xFE00},   {1e10f, 0xFE00}, {3e38f, 0xFE00},
                                            {infinity, 0xFE00}, {1.5f, 0x807F},  {-127.5f, 0},
                                            {-1e10f, 0},        {-3e38f, 0},     {-infinity, 0},
@@ -69,7 +69,7 @@ TEST(Packing, EveryLengthSaturatesInsideItsBlocks) {
     }
 }
 
-TEST(Packing, BlocksHoldStillFlowAndAreMadeWhenAbsent) {
+TEST(Packing, BlocksStartWithZeroVelocityAndAreAllocatedIfMissing) {
     EffectState state;
     reallocatePackedVelocity(state.packedVelocity, 3, 5);
     for (std::size_t i = 0; i < 3 * 5 * 2; ++i) {

@@ -11,8 +11,8 @@ int numberAt(int place) {
     return std::rand();
 }
 
-// The numbers of the GNU C library.
-TEST(RandomNumbers, FollowTheirSeedAlikeOverEveryCLibrary) {
+// Expects the numbers that the GNU C library's rand() returns.
+TEST(RandomNumbers, AreTheSameWithEveryCLibrary) {
     constexpr struct {
         unsigned seed;
         int first, thousandth;

@@ -15,7 +15,7 @@ std::vector<unsigned char> bytesOf(const EffectState& state) {
     return {begin, begin + sizeof state};
 }
 
-TEST(Settings, WithoutInkWriteSizeAndColourOnly) {
+TEST(Settings, IfInkIsDisabledChangeOnlySizeAndColour) {
     EffectState state;
     applySettings(state, 540, 960, true);
     state.inkColorOffset = 0.5f;

@@ -18,10 +18,10 @@
 namespace velmora::test {
 namespace {
 
-constexpr int columns = 25, rows = 19;  // not a multiple of four per row
+constexpr int columns = 25, rows = 19;  // not a multiple of four
 constexpr DragMode allModes[] = {TapMode, SlowDrag, MediumDrag, FastDrag};
 
-/// A solver at rest with settings that keep it at rest: no sink, no projection, the touch in the middle of the screen.
+/// A solver whose flow is at rest and stays at rest: no sink, no projection, the touch in the middle of the screen.
 struct Solver {
     explicit Solver(int width = columns, int height = rows) {
         applySettings(state, 12 * width, 12 * height, true);
@@ -44,7 +44,7 @@ struct Solver {
         settings = beginSolverStep(state, touch);
         settings.isProjected = false;
     }
-    /// Overwrites the original settings and runs a step, which must read only its own copy.
+    /// Overwrites the original settings and runs a step, which must read only its copy in stepSettings.
     void step() {
         state.dragSegment = {};
         state.timeStep = state.velocityDissipation = 77.0f;
@@ -53,7 +53,7 @@ struct Solver {
         state.dragMode = MediumDrag;
         EXPECT_EQ(runSolverStep(&state), nullptr);
     }
-    /// Sets every grid to the same random values each time.
+    /// Fills every grid with random values, which are the same in each call.
     void randomise() {
         std::mt19937 random(17);
         const std::size_t cells = contents(state.pressure, 1).size();
@@ -80,7 +80,7 @@ struct Solver {
 };
 
 TEST(SolverStep, MarginRuleByModeAndDistanceFromEveryEdge) {
-    constexpr float radius = 7.0f, strength = 8.0f;  // of a preset
+    constexpr float radius = 7.0f, strength = 8.0f;  // radius and strength of the preset
     const struct {
         DragMode mode;
         int distance;
@@ -131,7 +131,7 @@ TEST(SolverStep, MarginRuleByModeAndDistanceFromEveryEdge) {
     }
 }
 
-TEST(SolverStep, RestStaysRest) {
+TEST(SolverStep, AFlowAtRestStaysAtRest) {
     for (const DragMode mode : allModes) {
         Solver solver;
         solver.settings.dragMode = mode;
@@ -147,7 +147,7 @@ TEST(SolverStep, RestStaysRest) {
     }
 }
 
-/// A flow and a drag. Points and movements are in screen pixels, y up.
+/// A flow and a drag, in screen pixels with y up.
 struct Scene {
     int width, height;
     std::vector<float> flow;
@@ -168,7 +168,8 @@ Scene withAxesSwapped(const Scene& scene) {
     return result;
 }
 
-/// Mirrors the touch on the lattice of the cells' corners, and the stroke on the screen.
+/// Mirrors the scene in x: the touch at the middle of the cells' corners, because the push is measured from corners,
+/// and the stroke at the middle of the screen.
 Scene mirroredInX(const Scene& scene) {
     Scene result = scene;
     const auto corners = static_cast<float>(12 * (scene.width - 1));
@@ -221,7 +222,7 @@ TEST(SolverStep, MirroredInputGivesAMirroredResult) {
     }
 }
 
-/// Returns the largest divergence, except near the border, where the pressure is fixed at 0.
+/// Returns the largest divergence in the interior. Near the border the pressure is fixed at 0, which leaves divergence.
 float largestDivergence(const Solver& solver) {
     float largest = 0.0f;
     for (int j = 4; j < rows - 4; ++j) {
@@ -234,7 +235,7 @@ float largestDivergence(const Solver& solver) {
     return largest;
 }
 
-/// Steps a flow that converges and diverges. Apart from the projection, the step keeps the flow.
+/// Runs a step on a flow that converges and diverges. Except for the projection, the step does not change the flow.
 void projectWaves(Solver& solver, bool isProjected) {
     for (int cell = 0; cell < columns * rows; ++cell) {
         const int column = cell % columns, row = cell / columns;
@@ -255,7 +256,8 @@ TEST(SolverStep, ProjectionLowersTheDivergence) {
     projectWaves(once, true);
     projectWaves(projected, true);
     projectWaves(converged, true);
-    EXPECT_NE(once.flow(), advected.flow()) << "an odd count leaves the pressure in the other grid";
+    EXPECT_NE(once.flow(), advected.flow())
+        << "one iteration must change the flow, although its pressure is in the other grid";
     EXPECT_LT(largestDivergence(projected), 0.3f * largestDivergence(advected));
     EXPECT_LT(largestDivergence(converged), 0.1f * largestDivergence(advected));
 }
@@ -278,7 +280,7 @@ TEST(SolverStep, TheSinkJittersAroundTheTouch) {
                 highest.y > y + 4.8f);
 }
 
-TEST(SolverStep, AFlowCarriesItselfByItsTimeStep) {
+TEST(SolverStep, AFlowIsAdvectedByVelocityTimesTimeStep) {
     Solver solver;
     for (int cell = 0; cell < columns * rows; ++cell) {
         solver.state.velocity.data[cell * 2] = 8.0f;
@@ -292,7 +294,7 @@ TEST(SolverStep, AFlowCarriesItselfByItsTimeStep) {
     EXPECT_GT(solver.velocityAt(14, 9).y, 0.3f);
 }
 
-/// Returns the speed beside a stroke from left to right, after a step.
+/// Returns the speed beside a stroke from left to right, after one step.
 float speedBesideStroke(DragMode mode, int marginBefore) {
     Solver solver;
     solver.settings.dragMode = mode;
@@ -304,7 +306,7 @@ float speedBesideStroke(DragMode mode, int marginBefore) {
     return solver.velocityAt(10, 13).x;
 }
 
-TEST(SolverStep, OnlyAFastDragInsideTheMarginOfTheStepBeforePushes) {
+TEST(SolverStep, OnlyAFastDragInsideThePreviousMarginPushes) {
     for (const int margin : {10, 29}) {
         EXPECT_GT(speedBesideStroke(FastDrag, margin), 100.0f) << margin;
     }
@@ -316,7 +318,7 @@ TEST(SolverStep, OnlyAFastDragInsideTheMarginOfTheStepBeforePushes) {
     }
 }
 
-/// Returns the flow after a step from a flow of one speed, with another speed in one cell.
+/// Runs a step on a flow that has the same speed everywhere except in one cell. Returns the new flow.
 std::vector<float> afterStep(float speed, std::size_t cell, float speedOfCell) {
     Solver solver;
     solver.settings.velocityDissipation = 0.9f;
@@ -326,7 +328,7 @@ std::vector<float> afterStep(float speed, std::size_t cell, float speedOfCell) {
     return solver.flow();
 }
 
-TEST(SolverStep, OnlyWhatIsNotFiniteStartsFromRest) {
+TEST(SolverStep, OnlyNonFiniteVelocitiesBecomeZero) {
     const std::pair<float, float> cases[] = {{1e-39f, FlushSubnormals::flushes() ? 0.0f : 0.9e-39f},
                                              {1e-30f, 0.9e-30f},
                                              {1.1e6f, 0.99e6f},
@@ -350,13 +352,13 @@ TEST(SolverStep, OnlyWhatIsNotFiniteStartsFromRest) {
     }
 }
 
-TEST(SolverStep, LeavesTheModeOfSubnormalsAsItWas) {
+TEST(SolverStep, RestoresTheSubnormalMode) {
     Solver().step();
     volatile float tiny = 1e-39f;
     EXPECT_NE(tiny * 0.5f, 0.0f);
 }
 
-TEST(SolverStep, TinyAbsentAndHostileGridsAreSurvived) {
+TEST(SolverStep, TinyMissingAndNonFiniteGridsDoNotCrash) {
     for (const DragMode mode : allModes) {
         for (int size = -1; size < 16; ++size) {
             std::optional<Solver> solver;

@@ -25,11 +25,11 @@ constexpr float nan = std::numeric_limits<float>::quiet_NaN();
 constexpr int most = std::numeric_limits<int>::max();
 constexpr int least = std::numeric_limits<int>::min();
 
-/// The guard page that a block touches. To find every access outside a block, test with both.
+/// Guard page that a block adjoins. A test must use both sides to find every access outside a block.
 enum class Against { front, back };
 constexpr Against bothSides[] = {Against::front, Against::back};
 
-/// `count` zeros between two guard pages. An access to a guard page ends the program.
+/// An array of `count` zeros next to a guard page. An access to a guard page ends the program.
 template <class T>
 class GuardedBlock {
 public:
@@ -57,7 +57,7 @@ private:
     std::span<T> elements_;
 };
 
-/// Values of a block: in [-limit, limit] or, if wild, also NaN, infinities and huge numbers.
+/// Range of the values of a block: [-limit, limit]. If `wild` is true, NaN, infinities and huge numbers are added.
 struct Fill {
     float limit;
     bool wild = false;
@@ -78,7 +78,7 @@ inline void fillRandomly(std::span<float> values, Fill fill, std::mt19937& rando
     }
 }
 
-/// A grid in guarded pages with random contents.
+/// A grid of random values in a GuardedBlock.
 struct GuardedGrid {
     GuardedGrid(int width, int height, int floats, Against side, Fill fill, std::mt19937& random)
         : block(static_cast<std::size_t>(width * height * floats), side),
@@ -93,7 +93,7 @@ inline std::vector<float> contents(const FloatGrid& grid, int floats) {
     return {grid.data, grid.data + grid.width * grid.height * floats};
 }
 
-/// Returns the result of `evaluate` for each cell of a grid of this size.
+/// Returns the result of `evaluate` for each cell of a grid of `width` x `height` cells.
 template <class Pass>
 std::vector<float> evaluateCells(const Pass& pass, int width, int height) {
     std::vector<float> cells;
@@ -107,7 +107,7 @@ std::vector<float> evaluateCells(const Pass& pass, int width, int height) {
     return cells;
 }
 
-/// The same as std::bit_cast, which not every C++ library has yet.
+/// Replaces std::bit_cast, which some C++ standard libraries still lack.
 template <class To, class From>
 To bitCast(const From& from) {
     static_assert(sizeof(To) == sizeof(From));
@@ -116,14 +116,14 @@ To bitCast(const From& from) {
     return to;
 }
 
-/// 32-bit NEON flushes subnormals to 0, but the scalar unit of the same processor does not.
+/// True on 32-bit ARM: its NEON unit flushes subnormals to 0, but its scalar unit does not.
 #if defined(__ARM_NEON) && !defined(__aarch64__)
 constexpr bool lanesFlushSubnormals = true;
 #else
 constexpr bool lanesFlushSubnormals = false;
 #endif
 
-/// Returns true if the bits are equal. All NaN are equal, because the order of operands determines their bits.
+/// Returns true if the bits are equal or both numbers are NaN. The bits of a NaN depend on the order of the operands.
 inline bool isSame(float a, float b) {
     constexpr float smallest = std::numeric_limits<float>::min();
     return bitsOf(a) == bitsOf(b) || (std::isnan(a) && std::isnan(b)) ||
@@ -137,8 +137,9 @@ inline testing::AssertionResult areSame(std::span<const float> actual,
     if (a == actual.end() && b == expected.end()) {
         return testing::AssertionSuccess();
     }
-    return testing::AssertionFailure() << "unlike from element " << a - actual.begin() << " of "
-                                       << actual.size() << ", expected " << expected.size();
+    return testing::AssertionFailure()
+           << "the first difference is element " << a - actual.begin() << " of " << actual.size()
+           << ", expected " << expected.size();
 }
 
 }  // namespace velmora::test

@@ -8,7 +8,7 @@
 namespace velmora::test {
 namespace {
 
-// A host would need more than a year of frames.
+// A host could reach these counts only after more than a year of frames, so the test sets them directly.
 TEST(Touch, IdleFramesCountToTheEndOfAnInt) {
     EffectState state;
     TouchVariables touch;
@@ -20,8 +20,8 @@ TEST(Touch, IdleFramesCountToTheEndOfAnInt) {
     EXPECT_EQ(state.inkDissipation, idleInkDissipation);
 }
 
-// Not visible to a host: a press of 12 frames and a press of 20 frames end in the same way.
-TEST(Touch, AnUpEndsADragThatWasHeld) {
+// A host cannot see the difference, because presses of 12 and of 20 frames end in the same way.
+TEST(Touch, AnUpEndsALongDrag) {
     const std::pair<int, int> cases[] = {{11, 11}, {12, 20}, {13, 20}};
     for (const auto& [before, after] : cases) {
         EffectState state;

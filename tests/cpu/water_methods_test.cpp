@@ -10,7 +10,7 @@
 #include "hostkit/instruments/checked_jni.h"
 #include "hostkit/native.h"
 
-// The native methods around the water: which arrays they pin, where each argument goes and what they return.
+// Tests of the water's native methods: which arrays they pin, where each argument goes, and what they return.
 
 namespace hostkit {
 namespace {
@@ -43,7 +43,7 @@ struct WaterMethods : testing::TestWithParam<ArrayAccess> {
 INSTANTIATE_TEST_SUITE_P(Arrays, WaterMethods,
                          testing::Values(ArrayAccess::direct, ArrayAccess::copy));
 
-TEST_P(WaterMethods, InitWatersTakesItsArgumentsInOrder) {
+TEST_P(WaterMethods, InitWatersPassesOnEachArgument) {
     initWaters(6);
     EXPECT_TRUE(
         std::ranges::equal(JniEnvironment::elements(positions),
@@ -57,18 +57,18 @@ TEST_P(WaterMethods, InitWatersTakesItsArgumentsInOrder) {
     EXPECT_TRUE(jni.checkGuards().empty());
 }
 
-TEST_P(WaterMethods, RippleTakesItsArgumentsInOrder) {
-    // The touch lies at cell (4, 3.5). Cells half a row away gain 4 * 2.5.
+TEST_P(WaterMethods, RipplePassesOnEachArgument) {
+    // The touch is at cell (4, 3.5). The cells half a row above and below gain (3 - 0.5) * 4 = 10.
     ripple(4.0f);
     EXPECT_EQ(heightAt(4, 3), 10.0f);
     EXPECT_EQ(heightAt(4, 4), 10.0f);
 }
 
-TEST_P(WaterMethods, MoveTakesItsArgumentsInOrder) {
+TEST_P(WaterMethods, MovePassesOnEachArgument) {
     JniEnvironment::elements(height)[3 * columns + 5] = 16.0f;
     JniEnvironment::elements(velocity)[3 * columns + 5] = 8.0f;
     EXPECT_EQ(move(true), JNI_FALSE);
-    // The cells to the left and above move. The cells to the right and below lie outside the rectangle.
+    // The cells to the left and above gain velocity. The cells to the right and below are outside the rectangle.
     const auto speeds = JniEnvironment::elements(velocity);
     EXPECT_EQ(speeds[3 * columns + 5], -4.0f);
     EXPECT_EQ(speeds[3 * columns + 4], 2.0f);
@@ -78,7 +78,7 @@ TEST_P(WaterMethods, MoveTakesItsArgumentsInOrder) {
     EXPECT_TRUE(jni.checkGuards().empty());
 }
 
-TEST_P(WaterMethods, MoveTellsCalmOnlyWhenAsked) {
+TEST_P(WaterMethods, MoveDetectsCalmOnlyIfAsked) {
     for (const bool isMoving : {false, true}) {
         for (const bool asked : {false, true}) {
             std::ranges::fill(JniEnvironment::elements(velocity), isMoving ? 0.0182f : 0.018f);
@@ -88,7 +88,7 @@ TEST_P(WaterMethods, MoveTellsCalmOnlyWhenAsked) {
     }
 }
 
-TEST_P(WaterMethods, PinInOrderAndWriteBackInTheSameOrder) {
+TEST_P(WaterMethods, PinInOrderAndReleaseInTheSameOrder) {
     jni.setLogging(true);
     move(true);
     ripple(1.0f);
@@ -104,7 +104,7 @@ TEST_P(WaterMethods, PinInOrderAndWriteBackInTheSameOrder) {
     EXPECT_EQ(jni.pinned(), 0);
 }
 
-TEST_P(WaterMethods, DoNothingWithoutOneOfTheirArrays) {
+TEST_P(WaterMethods, DoNothingIfAnArrayCannotBePinned) {
     for (const jarray refused : std::initializer_list<jarray>{velocity, height}) {
         std::ranges::fill(JniEnvironment::elements(height), 9.0f);
         jni.refuse(refused);

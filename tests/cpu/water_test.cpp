@@ -29,7 +29,8 @@ bool plainStep(const WaterGrids& grids, const WaterRectangle& rectangle,
     return reference::stepHeightField(grids, rectangle, waves);
 }
 
-/// Steps random water in guarded pages and compares it with the plain code, including the border of `frame` cells.
+/// Steps random water in guarded memory and compares it with the plain code. Also compares the border of `frame` cells,
+/// which must not change.
 void compareSteps(Shape shape, Fill fill, const WaveSettings& settings, int steps) {
     SCOPED_TRACE(testing::Message() << shape.width << " x " << shape.height);
     const int rowLength = shape.width + 2 * shape.frame;
@@ -54,7 +55,7 @@ void compareSteps(Shape shape, Fill fill, const WaveSettings& settings, int step
     }
 }
 
-TEST(HeightField, EveryRectangleStepsAsDefinedAndStaysInItsArrays) {
+TEST(HeightField, EveryRectangleMatchesThePlainStepAndStaysInItsArrays) {
     for (const Fill fill : {Fill{100.0f}, Fill{100.0f, true}, Fill{0.001f}, Fill{1e-36f}}) {
         for (int cell = 0; cell < 18 * 6; ++cell) {
             const Shape shape{cell % 18, cell / 18, 1};
@@ -71,10 +72,10 @@ TEST(HeightField, EveryRectangleStepsAsDefinedAndStaysInItsArrays) {
     compareSteps({255, 63, 2}, {100.0f, true}, {0.975f, 0.3f, true}, 3);
 }
 
-constexpr int side = 11;  // of a square grid: its nine inner columns are two groups and one cell
+constexpr int side = 11;  // the nine inner columns are two groups of four and one cell
 constexpr WaterRectangle inner{1, 1, side - 1, side - 1};
 
-TEST(HeightField, CalmBandIncludesItsEndsAndEveryCellDecides) {
+TEST(HeightField, CalmBandIncludesItsLimitsAndEveryCellCounts) {
     constexpr float end = 0.009f;
     const std::pair<float, bool> cases[] = {{end, true},
                                             {std::nextafter(end, 1.0f), false},
@@ -96,7 +97,7 @@ TEST(HeightField, CalmBandIncludesItsEndsAndEveryCellDecides) {
 
 // ---- Mesh
 
-/// Writes this number of vertices and all quads, and compares them with the plain code.
+/// Writes `vertices` vertices and all quads, and compares them with the plain code.
 void checkMesh(const MeshShape& mesh, int vertices, Against against) {
     SCOPED_TRACE(testing::Message() << vertices << " of " << mesh.columns << " x " << mesh.rows);
     const int quads = std::max(mesh.columns - 1, 0) * std::max(mesh.rows - 1, 0);
@@ -113,7 +114,7 @@ void checkMesh(const MeshShape& mesh, int vertices, Against against) {
     EXPECT_TRUE(areEqual(indices.elements(), corners));
 }
 
-TEST(Mesh, VerticesAndQuadsHaveTheirPlacesHoweverTall) {
+TEST(Mesh, VerticesAndQuadsMatchThePlainCodeForAnyHeight) {
     constexpr MeshShape extremes[] = {
         {20, 36, 2, 32768}, {1, 1, 32768, 2}, {9, 16, 61, 108}, {4, 4, 2, 7}, {4, 4, 7, 2}};
     for (const Against against : bothSides) {
@@ -138,12 +139,12 @@ TEST(Mesh, VerticesAndQuadsHaveTheirPlacesHoweverTall) {
 
 // ---- Ripple
 
-TEST(Ripple, EveryTouchAddsTheConeOfItsBox) {
+TEST(Ripple, EveryTouchAddsTheSameConeAsThePlainCode) {
     std::mt19937 random(5);
     const auto below = [&](int limit) {
         return static_cast<int>(random() % static_cast<unsigned>(limit));
     };
-    // Up to six cells outside the grid, in steps of a quarter cell.
+    // Includes touches up to six cells outside the grid. All touches are multiples of a quarter cell.
     const auto coordinate = [&](int count) {
         return static_cast<float>(below((count + 12) * 4) - (count + 12) * 2) / 4.0f;
     };
@@ -171,7 +172,7 @@ TEST(Ripple, EveryTouchAddsTheConeOfItsBox) {
     }
 }
 
-TEST(Ripple, TouchesOffTheGridOrWithoutAPlaceChangeNothing) {
+TEST(Ripple, TouchesOutsideTheGridOrAtNanChangeNothing) {
     constexpr int size = 20;
     std::mt19937 random(6);
     for (const Against against : bothSides) {

@@ -11,8 +11,8 @@
 
 #include "tests/host/test_host.h"
 
-// The GL state that a host can see: what each draw reads and writes, what a set-up makes, and the bindings
-// after a frame.
+// Tests of the GL state that a host can observe: textures and targets of each draw, objects that a set-up creates, and
+// bindings after a frame.
 
 namespace gltest {
 namespace {
@@ -50,7 +50,7 @@ std::string viewport() {
            "x" + std::to_string(box[3]);
 }
 
-/// Returns what the next draw reads and writes: "PROGRAM: TEXTURES -> FRAMEBUFFER, X Y WIDTHxHEIGHT".
+/// Returns the textures and the target of the next draw: "PROGRAM: TEXTURES -> FRAMEBUFFER, X Y WIDTHxHEIGHT".
 std::string drawState() {
     std::string textures;
     for (GLenum unit = GL_TEXTURE0; unit <= GL_TEXTURE3; ++unit) {
@@ -60,7 +60,7 @@ std::string drawState() {
            labelOf(GlKind::framebuffer, integer(GL_FRAMEBUFFER_BINDING)) + ", " + viewport();
 }
 
-/// Expects the state that each pass leaves: no texture, framebuffer or attribute.
+/// Expects that no texture, framebuffer or attribute is bound, as each pass must leave the state.
 void expectNothingBound() {
     for (GLenum unit = GL_TEXTURE0; unit <= GL_TEXTURE3; ++unit) {
         EXPECT_EQ(textureOn(unit), 0);
@@ -74,7 +74,7 @@ void expectNothingBound() {
     }
 }
 
-/// Returns the uploads and draws of a frame, in order. Checks the state between its passes and at its end.
+/// Returns the uploads and draws of a frame in order. Also checks the GL state between the passes and after the frame.
 std::vector<std::string> stepsOfFrame(TestHost& host) {
     std::vector<std::string> steps;
     host.recorder.textureUpload = [&steps](int width, int height, auto) {
@@ -84,7 +84,8 @@ std::vector<std::string> stepsOfFrame(TestHost& host) {
     host.recorder.inside = [&steps](const std::string& function) {
         if (function.starts_with("glDraw")) {
             steps.push_back(drawState());
-        } else if (function == "glUseProgram" && steps.size() > 1) {  // after a pass
+        } else if (function == "glUseProgram" &&
+                   steps.size() > 1) {  // the next program follows a pass
             SCOPED_TRACE("after " + steps.back());
             expectNothingBound();
         }
@@ -117,7 +118,7 @@ void expectLinearAndClamped() {
     }
 }
 
-TEST(SetUp, MakesItsObjectsAndLeavesTheScreenBound) {
+TEST(SetUp, CreatesItsObjectsAndLeavesTheScreenBound) {
     TestHost host(screenWidth, screenHeight);
     host.setUp();
     for (const auto& [object, label] : host.recorder.labels) {
@@ -133,8 +134,8 @@ TEST(SetUp, MakesItsObjectsAndLeavesTheScreenBound) {
     EXPECT_EQ(glGetError(), static_cast<GLenum>(GL_NO_ERROR));
 }
 
-// Without the binding, each driver would choose other locations.
-TEST(SetUp, BindsTheQuadsAttributesBeforeItLinks) {
+// If the locations were not bound, each driver would choose its own.
+TEST(SetUp, BindsTheAttributesOfTheQuadBeforeItLinks) {
     TestHost host(screenWidth, screenHeight);
     host.setting();
     host.initBuffers();
@@ -164,7 +165,7 @@ TEST(SetUp, DeletesObjectsBeforeItReplacesThem) {
     EXPECT_EQ(host.recorder.strayDeletions, "");
 }
 
-TEST(SetUp, ForWaterAloneMakesOneProgram) {
+TEST(SetUp, CreatesOneProgramIfInkIsDisabled) {
     TestHost host(screenWidth, screenHeight);
     host.setting(false);
     host.initBuffers();
@@ -175,7 +176,7 @@ TEST(SetUp, ForWaterAloneMakesOneProgram) {
     EXPECT_TRUE(host.recorder.alive[GlKind::framebuffer].empty());
 }
 
-TEST(SetUp, LeavesTheTextureLoadedLastBound) {
+TEST(SetUp, LeavesTheLastLoadedTextureBound) {
     TestHost host(screenWidth, screenHeight);
     host.setUp();
     EXPECT_EQ(labelOf(GlKind::texture, integer(GL_TEXTURE_BINDING_2D)), "second");
@@ -189,18 +190,19 @@ TEST(InkFrame, UploadsAdvectsDepositsAndDrawsTheWater) {
     host.touch(330, 440, Move);
     EXPECT_EQ(stepsOfFrame(host),
               withFluidSteps({"impulse: inkA 0 0 0 -> inkB, 0 0 512x1024",
-                              "water: background sheen inkB 0 -> 0, 0 0 540x960"}));
+                              "water: background reflection inkB 0 -> 0, 0 0 540x960"}));
 }
 
-TEST(InkFrame, WithoutAStrokeAdvectsAndDrawsTheWater) {
+TEST(InkFrame, IfThereIsNoStrokeAdvectsAndDrawsTheWater) {
     TestHost host(screenWidth, screenHeight);
     host.setUp();
     host.arguments.useSecondBackground = true;
-    EXPECT_EQ(stepsOfFrame(host), withFluidSteps({"water: second sheen inkA 0 -> 0, 0 0 540x960"}));
+    EXPECT_EQ(stepsOfFrame(host),
+              withFluidSteps({"water: second reflection inkA 0 -> 0, 0 0 540x960"}));
 }
 
-// Uniforms that the tests of pictures and gestures do not check.
-TEST(InkFrame, TellsThePassesTheScreenTheTimeAndTheStroke) {
+// Checks the uniforms that the tests of images and gestures do not check.
+TEST(InkFrame, PassesScreenTimeAndStrokeToTheShaders) {
     TestHost host(screenWidth, screenHeight);
     host.setUp();
     host.touch(300, 400, Down);
@@ -221,7 +223,7 @@ TEST(InkFrame, TellsThePassesTheScreenTheTimeAndTheStroke) {
     }
 }
 
-TEST(InkFrame, SwitchesTheBlendingOfTheHostOff) {
+TEST(InkFrame, TurnsOffTheBlendingOfTheHost) {
     TestHost host(screenWidth, screenHeight);
     host.setUp();
     glEnable(GL_BLEND);
@@ -229,7 +231,7 @@ TEST(InkFrame, SwitchesTheBlendingOfTheHostOff) {
     EXPECT_FALSE(glIsEnabled(GL_BLEND));
 }
 
-TEST(WaterFrame, DrawsTheWaterAlone) {
+TEST(WaterFrame, DrawsOnlyTheWater) {
     TestHost host(screenWidth, screenHeight);
     host.setUp(false);
     host.touch(300, 400, Down);
@@ -237,7 +239,7 @@ TEST(WaterFrame, DrawsTheWaterAlone) {
     for (const int indexCount : {72, 0}) {
         host.arguments.indexCount = indexCount;
         EXPECT_EQ(stepsOfFrame(host),
-                  std::vector<std::string>{"water: background sheen 0 0 -> 0, 0 0 540x960"});
+                  std::vector<std::string>{"water: background reflection 0 0 -> 0, 0 0 540x960"});
         EXPECT_EQ(host.recorder.count("glBufferData"), 3);
     }
 }
@@ -257,7 +259,7 @@ TEST(HostArrays, ArePinnedInOrderAndReleasedWithWriteBack) {
     EXPECT_EQ(host.jni.calls(), expected);
 }
 
-TEST(HostArrays, ThatCannotBePinnedLeaveTheFrameUndrawn) {
+TEST(HostArrays, IfOneCannotBePinnedNothingIsDrawn) {
     TestHost host(screenWidth, screenHeight);
     host.setUp();
     host.jni.setLogging(true);
@@ -268,7 +270,7 @@ TEST(HostArrays, ThatCannotBePinnedLeaveTheFrameUndrawn) {
         host.jni.clearCalls();
         EXPECT_EQ(host.recordedFrame().find("glDraw"), std::string::npos);
         EXPECT_EQ(viewport(), "0 0 540x960");
-        // An exception is pending: the pinned arrays are released, and no further array is pinned.
+        // If pinning fails, an exception is pending: the library must release the pinned arrays and pin no other array.
         EXPECT_EQ(host.jni.calls().size(), 2 * pinnedBefore++ + 1);
     }
     EXPECT_EQ(host.jni.pinned(), 0);

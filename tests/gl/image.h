@@ -8,7 +8,7 @@
 
 #include "tests/host/test_host.h"
 
-// Vectors and textures of the shaders, in double arithmetic.
+// Vectors and textures for the CPU models of the shaders, computed in double precision.
 
 namespace gltest {
 
@@ -43,7 +43,7 @@ struct Image {
 
     /// Returns the centre of a texel as a texture coordinate.
     Point centre(int x, int y) const { return {(x + 0.5) / width, (y + 0.5) / height}; }
-    /// Returns a channel as 0 to 1, clamped to the edge.
+    /// Returns a channel of a texel in [0, 1]. Coordinates outside the image are clamped to the edge.
     double channel(int x, int y, int c) const {
         const int at = std::clamp(y, 0, height - 1) * width + std::clamp(x, 0, width - 1);
         return rgba[static_cast<std::size_t>(at * 4 + c)] / 255.0;
@@ -56,21 +56,22 @@ struct Image {
             std::lerp(channel(left, low, c), channel(left + 1, low, c), x - left),
             std::lerp(channel(left, low + 1, c), channel(left + 1, low + 1, c), x - left), y - low);
     }
-    /// Returns a value that is split over two channels.
+    /// Returns a value that is stored as 255 * high + low in two channels.
     double value(Point at, int high) const {
         return 255.0 * sample(at, high) + sample(at, high + 1);
     }
 };
 
-/// Returns an image of one or two values, each split over two channels, as functions of the texel centre.
+/// Returns an image of one or two values, each stored in two channels. A value is a function of the texel's centre.
 template <class... Function>
 Image valueImage(int width, int height, Function... values) {
     Image image{width, height, Bytes(static_cast<std::size_t>(width * height) * 4)};
     for (int at = 0; at < width * height; ++at) {
         std::uint8_t* to = &image.rgba[static_cast<std::size_t>(at) * 4];
         for (const double value : {values(image.centre(at % width, at / width))...}) {
-            *to++ = static_cast<std::uint8_t>(std::floor(value));
-            *to++ = static_cast<std::uint8_t>(std::lround(255.0 * (value - std::floor(value))));
+            to[0] = static_cast<std::uint8_t>(std::floor(value));
+            to[1] = static_cast<std::uint8_t>(std::lround(255.0 * (value - std::floor(value))));
+            to += 2;
         }
     }
     return image;

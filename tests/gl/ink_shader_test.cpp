@@ -13,7 +13,7 @@
 
 #include "image.h"
 
-// Compares the ink targets after each pass with the same pass in double arithmetic.
+// Compares the ink targets after each pass with a model of the pass in double precision.
 
 namespace gltest {
 namespace {
@@ -25,14 +25,14 @@ double wave(double turns) {
     return std::sin(2 * std::numbers::pi * turns);
 }
 
-/// Returns smooth ink, of which half a texel changes little. Densities keep a distance of 5 from both limits.
+/// Returns ink that changes little within half a texel. All densities are at least 5 away from both limits.
 Image smoothInk() {
     return valueImage(inkWidth, inkHeight, [](Point p) {
         return 60 + 50 * wave(1.3 * p.x + 0.1) * wave(0.9 * p.y + 0.2);
     });
 }
 
-/// Returns velocities of all speeds and directions that the encoding holds, or 0 everywhere if the strength is 0.
+/// Returns velocities of all speeds and directions that the texture format can hold. If `strength` is 0, all are 0.
 Image velocities(int strength) {
     return valueImage(
         45, 80, [=](Point p) { return 127 + 120 * strength * wave(0.8 * p.x + 0.6 * p.y); },
@@ -49,7 +49,7 @@ Point uniform(const char* name) {
     return {static_cast<double>(values[0]), static_cast<double>(values[1])};
 }
 
-/// Value of a texel after a pass, as a function of its texture coordinate and its position on the screen.
+/// Model of a shader: returns the value of a texel from its texture coordinate and its position on the screen.
 using Shader = std::function<double(Point at, Point p)>;
 
 Shader advection(const Image& source, const Image& velocity) {
@@ -81,8 +81,8 @@ Shader impulse(const Image& source) {
     };
 }
 
-/// Compares every third texel of the bound target in x and y with the shader. The position on the screen may be wrong
-/// by a quarter of a pixel in x and y, so the texel must lie within `tolerance` of the range of values around it.
+/// Compares every third texel, in x and y, of the bound target with the model. The position on the screen may be wrong
+/// by a quarter of a pixel. So the texel must be within `tolerance` of the range of the model's values around it.
 void expectPass(const Shader& shader, double tolerance) {
     Image result{inkWidth, inkHeight, Bytes(std::size_t{inkWidth} * inkHeight * 4)};
     glReadPixels(0, 0, inkWidth, inkHeight, GL_RGBA, GL_UNSIGNED_BYTE, result.rgba.data());
@@ -120,8 +120,8 @@ struct InkShaders : testing::Test {
             host.draw();
         }
     }
-    /// Draws a frame with a smooth ink field and a smooth or zero velocity. Compares each pass with a CPU model of its
-    /// shader.
+    /// Draws a frame with smooth ink and with velocities that are smooth or, if `isStill` is true, zero. Compares each
+    /// pass with the model of its shader.
     void expectPasses(bool isStill) {
         const Image ink = smoothInk(), velocity = velocities(isStill ? 0 : 1);
         Shader shader;
@@ -136,7 +136,7 @@ struct InkShaders : testing::Test {
                 shader = advects ? advection(ink, velocity) : impulse(ink);
             } else if (shader && function == "glDisableVertexAttribArray") {
                 SCOPED_TRACE("pass " + std::to_string(pass++));
-                // Two steps of 1/255, which is what 32-bit arithmetic and filtering reach.
+                // The tolerance is two steps of 1/255, the accuracy that 32-bit arithmetic and filtering reach.
                 expectPass(shader, 0.008);
                 shader = nullptr;
             }
@@ -159,13 +159,13 @@ TEST_F(InkShaders, EachPassOfAFrameComputesItsShader) {
         int framesBefore;
         bool isStill;
     } cases[] = {
-        {"tap, whole backward step", tap, 0, false},
-        {"tap, half the backward step", tap, 6, false},
-        {"tap, still", tap, 4, true},
+        {"tap, full backward step", tap, 0, false},
+        {"tap, half backward step", tap, 6, false},
+        {"tap, no flow", tap, 4, true},
         {"slow drag", slow, 1, false},
         {"medium drag", medium, 1, false},
-        {"fast drag, still", fast, 0, true},
-        {"fast drag at rest", fast, 1, false},
+        {"fast drag, no flow", fast, 0, true},
+        {"fast drag, second frame", fast, 1, false},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
@@ -194,7 +194,7 @@ TEST_F(InkShaders, OnlyTouchesMoreThanTheMarginFromEveryEdgeDeposit) {
                                        {270, bottom - inside}}) {
                 SCOPED_TRACE(std::string(c.name) + " ending at " + std::to_string(x) + ", " +
                              std::to_string(y));
-                // The margin of a mode applies from the second frame of that mode.
+                // A mode's margin applies from the second frame on, because a frame uses the mode of the frame before.
                 play(c.events, 2, x, y);
                 host.arguments.inkGreen = inside ? 0.5f : 0.0f;
                 auto uniforms = host.uniformsOfFrame();

@@ -11,7 +11,7 @@
 
 #include "tests/host/test_host.h"
 
-// Sizes and textures that the library keeps.
+// Tests of the sizes and textures that the library keeps between calls.
 
 namespace gltest {
 namespace {
@@ -22,7 +22,7 @@ using hostkit::GlKind;
 constexpr int screenWidth = 540;
 constexpr int screenHeight = 960;
 
-TEST(Settings, AloneResizeNothing) {
+TEST(Settings, DoNotResizeAnythingByThemselves) {
     TestHost host(screenWidth, screenHeight);
     host.setUp();
     host.rasterise(0);
@@ -36,7 +36,7 @@ TEST(Settings, AloneResizeNothing) {
     }
 }
 
-TEST(Settings, OfAnySizeGiveTargetsThatFit) {
+TEST(Settings, GiveTargetsOfTheRightSizeForAnyScreen) {
     const struct {
         int width, height;
         const char *velocity, *ink;
@@ -45,7 +45,7 @@ TEST(Settings, OfAnySizeGiveTargetsThatFit) {
                  {11, 960, "0, 80", "512, 1024"},
                  {960, 11, "80, 0", "1024, 512"},
                  {49163, 12, "4096, 1", "1024, 512"},
-                 // No flow can have so many cells on a side, or fewer than 0: there is no target.
+                 // These sizes exceed the limits of a grid, so there is no target.
                  {49164, 12, nullptr, "1024, 512"},
                  {-12, 960, nullptr, "512, 1024"},
                  {960, -12, nullptr, "1024, 512"},
@@ -85,7 +85,7 @@ TEST(Shaders, EachFragmentShaderBeginsWithItsPrecision) {
 
 struct Textures : testing::Test {
     Textures() { host.setUp(false); }
-    /// Loads a bitmap and returns the result. Records the GL calls and expects that the pixels are unlocked again.
+    /// Loads a bitmap and returns the result. Records the GL calls and expects that the library unlocks the pixels.
     jint load(StandInBitmap loaded, int index) {
         jint result = 0;
         host.recorder.record([&] { result = host.load(loaded, index); });
@@ -98,7 +98,7 @@ struct Textures : testing::Test {
     TestHost host{screenWidth, screenHeight};
 };
 
-TEST_F(Textures, WhatCannotBeLoadedLeavesTheSlot) {
+TEST_F(Textures, ABitmapThatCannotBeLoadedDoesNotChangeTheSlot) {
     const auto expectRefused = [this](jint result, int index, auto change) {
         StandInBitmap other = bitmap;
         change(other);
@@ -114,14 +114,14 @@ TEST_F(Textures, WhatCannotBeLoadedLeavesTheSlot) {
     }
 }
 
-TEST_F(Textures, PaddedRowsAreUploadedWithoutTheirPadding) {
+TEST_F(Textures, ThePaddingOfRowsIsNotUploaded) {
     std::iota(pixels.begin(), pixels.end(), std::uint8_t{0});
     bitmap.info.stride = 6 * 4;
     Bytes tight;
     for (int row = 0; row < 3; ++row) {
         tight.insert(tight.end(), pixels.begin() + row * 24, pixels.begin() + row * 24 + 20);
     }
-    // The last row may have no padding: the bitmap's memory ends with its pixels.
+    // The last row of a bitmap may lack its padding, so the memory in this test ends with the last pixel.
     pixels.resize(2 * 24 + 20);
     pixels.shrink_to_fit();
     bitmap.pixels = pixels.data();
@@ -134,7 +134,7 @@ TEST_F(Textures, PaddedRowsAreUploadedWithoutTheirPadding) {
     EXPECT_EQ(load(bitmap, 2), -1);
 }
 
-TEST_F(Textures, ABitmapThatTellsItsSizeAloneIsTightlyPacked) {
+TEST_F(Textures, ABitmapThatReportsOnlyItsSizeIsTightlyPacked) {
     std::iota(pixels.begin(), pixels.end(), std::uint8_t{0});
     bitmap.info = {5, 3, 0, ANDROID_BITMAP_FORMAT_NONE, 0};
     EXPECT_EQ(load(bitmap, 1), 0);

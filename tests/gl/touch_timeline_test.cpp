@@ -9,7 +9,7 @@
 
 #include "tests/host/test_host.h"
 
-// Strokes and settings in each frame of a gesture, read from the uniforms of the ink passes.
+// Tests of the strokes and settings in each frame of a gesture. They read the uniforms of the ink passes.
 
 namespace gltest {
 namespace {
@@ -26,15 +26,15 @@ std::string glPoint(Point p) {
     return std::to_string(p.x) + ", " + std::to_string(screenHeight - p.y);
 }
 
-/// Uniforms of a stroke.
+/// Expected uniforms of a stroke.
 struct Stroke {
     int mode;
     const char *radius, *density;
 };
 constexpr Stroke slow = {0, "48", "100"}, medium = {1, "25", "150"}, fast = {2, "30", "40"};
 
-/// A gesture on a freshly loaded library: events and, between them, frames with the expected strokes and settings. A
-/// failure prints the line on which the gesture starts.
+/// Plays a gesture on a freshly loaded library: events and, between them, frames with the expected strokes and
+/// settings. A failure prints the source line on which the gesture starts.
 class Gesture {
 public:
     explicit Gesture(int line = __builtin_LINE()) : trace(__FILE__, line, "gesture") {
@@ -45,7 +45,7 @@ public:
     Gesture(const Gesture&) = delete;
     Gesture& operator=(const Gesture&) = delete;
 
-    // Events, and the pressure of the following events.
+    // Functions that send an event, and one that sets the pressure of later events.
     Gesture& down(Point at) { return event(at, Down); }
     Gesture& up(Point at) { return event(at, Up); }
     Gesture& move(Point at) { return event(at, Move); }
@@ -63,7 +63,7 @@ public:
         return *this;
     }
 
-    /// Draws the frames in which the press counter is `first` to `last`. `delta` is the last movement.
+    /// Draws the frames in which the press counter goes from `first` to `last`. `delta` is the last movement.
     Gesture& tapFrames(int first, int last, Point at, Point delta = {}) {
         for (int n = first; n <= last; ++n) {
             stroke = n < 10 ? "-1 " + std::to_string(8 * n) + " 200 " +
@@ -73,7 +73,7 @@ public:
         }
         return *this;
     }
-    /// Presses, and draws the frames until the press counter is `last`.
+    /// Sends a down event and draws the frames in which the press counter goes from 0 to `last`.
     Gesture& tap(Point at, int last = 12) { return down(at).tapFrames(0, last, at); }
     Gesture& strokeFrame(const Stroke& expected, Point from, Point to) {
         stroke = std::to_string(expected.mode) + " " + expected.radius + " " + expected.density +
@@ -81,7 +81,7 @@ public:
         return frames(1, expected.mode, 0.99f);
     }
     Gesture& sameFrames(int count) { return frames(count, drag, dissipation); }
-    /// Draw frames without a stroke, before the fade and during it.
+    /// These two functions draw frames that have no stroke: the first before the ink fades, the second while it fades.
     Gesture& restFrames(int count) {
         stroke.clear();
         return frames(count, drag, dissipation);
@@ -98,7 +98,7 @@ private:
         isShown = action != Cancel;
         return *this;
     }
-    /// Draws a frame, expects that it advects with the settings of the last frame, and returns its uniforms.
+    /// Draws a frame and expects that it advects with the settings that the previous frame left. Returns its uniforms.
     std::map<std::string, std::string> advectedFrame() {
         auto uniforms = host.uniformsOfFrame();
         EXPECT_EQ(uniforms["advect.center"], glPoint(touch));
@@ -107,7 +107,7 @@ private:
         EXPECT_EQ(std::stof(uniforms["advect.BackwardStepSize"]), step);
         return uniforms;
     }
-    /// Draws frames that leave these settings.
+    /// Draws `count` frames and expects that each leaves these settings for the next frame.
     Gesture& frames(int count, int dragLeft, float dissipationLeft, float stepLeft = 1) {
         for (; count > 0; --count) {
             auto uniforms = advectedFrame();
@@ -131,14 +131,14 @@ private:
     float pressure = 1;
     bool isShown = true;
     std::string stroke;
-    // Settings of the last frame for the advection of the next frame.
+    // Settings that the previous frame left for the advection of the next frame.
     int drag = 0;
     float dissipation = 0.96f, step = 1;
 };
 
 constexpr Point start = {200, 300}, close = {205, 300}, further = {210, 300};
 
-TEST(TouchTimeline, ATapLastsThirteenFramesAndFadesAtTheThirtyFifthIdleOne) {
+TEST(TouchTimeline, ATapLastsThirteenFramesAndFadesAfterThirtyFiveIdleFrames) {
     Gesture().tap(start).restFrames(33).fadeFrames(3);
 }
 
@@ -146,15 +146,15 @@ TEST(TouchTimeline, EachPressDelaysTheFadeAgain) {
     Gesture().tap(start).restFrames(33).fadeFrames(1).tap(start).restFrames(33).fadeFrames(1);
 }
 
-TEST(TouchTimeline, ASecondTapStartsAgainAtOne) {
+TEST(TouchTimeline, ASecondTapRestartsTheCountAtOne) {
     Gesture().tap(start, 3).down(close).tapFrames(1, 12, close);
 }
 
-TEST(TouchTimeline, AnUpLeavesATapAlone) {
+TEST(TouchTimeline, AnUpDoesNotEndATap) {
     Gesture().tap(start, 2).up(start).tapFrames(3, 12, start).restFrames(2);
 }
 
-/// Plays the first two frames of a drag.
+/// Plays the first two frames of a drag from `start`.
 Gesture& dragged(Gesture&& gesture) {
     return gesture.down(start)
         .move(close)
@@ -186,7 +186,7 @@ TEST(TouchTimeline, AShortDragContinuesItsTapFromItsLastPoint) {
         .restFrames(1);
 }
 
-TEST(TouchTimeline, AnyMoveDragsAFingerThatWasHeld) {
+TEST(TouchTimeline, AnyMoveOfAHeldFingerStartsADrag) {
     Gesture()
         .tap(start, 1)
         .move({202, 300})
@@ -200,7 +200,7 @@ TEST(TouchTimeline, AnyMoveDragsAFingerThatWasHeld) {
         .restFrames(1);
 }
 
-TEST(TouchTimeline, AFingerIsHeldFromTheTwelfthFrameOn) {
+TEST(TouchTimeline, APressBecomesAHoldAtTheTwelfthFrame) {
     Gesture()
         .tap(start, 10)
         .move(start)
@@ -232,7 +232,7 @@ TEST(TouchTimeline, AClearEndsAPressAndEmptiesTheInk) {
     Gesture().tap(start, 4).clear().restFrames(2).tap(start, 3);
 }
 
-TEST(TouchTimeline, AnUnknownActionIsMeasuredInADragAndNotInAPress) {
+TEST(TouchTimeline, AnUnknownActionMovesADragButNotAPress) {
     Gesture()
         .tap(start, 0)
         .unknownAction({250, 300})
@@ -251,7 +251,7 @@ TEST(TouchTimeline, SpeedAndPressureOfADrag) {
         {1, {207, 300}, slow},
         {0, {205, 302}, {0, "0", "100"}},
         {0.5f, {205, 300}, {0, "18", "100"}},
-        {0.15f, {205, 300}, {0, "8.900001", "100"}},  // the float 0.2 plus the square, in double
+        {0.15f, {205, 300}, {0, "8.900001", "100"}},  // factor 0.2 + 0.15^2, computed in double
         {std::nanf(""), {205, 300}, {0, "0", "100"}},
         {-3, {205, 300}, {0, "0", "100"}},
         {1, {205, 297}, medium},
@@ -265,16 +265,16 @@ TEST(TouchTimeline, SpeedAndPressureOfADrag) {
     }
 }
 
-TEST(TouchTimeline, TheInkTakesTheColourOfTheFrameOfItsStroke) {
+TEST(TouchTimeline, InkHasTheColourPassedInTheFrameOfItsStroke) {
     TestHost host(540, screenHeight);
     host.setUp();
     host.rasterise(0);
     const auto shown = [&host] { return host.uniformsOfFrame()["water.ink_color"]; };
     FrameArguments& a = host.arguments;
     a.inkRed = a.inkGreen = a.inkBlue = 0.95f;
-    EXPECT_EQ(shown(), "0.499, 0.499, 0.499");  // the initial colour
+    EXPECT_EQ(shown(), "0.499, 0.499, 0.499");  // the colour before the first stroke
     host.touch(200, 300, Down);
-    EXPECT_EQ(shown(), "0.499, 0.499, 0.499");  // 0.95 deposits 1
+    EXPECT_EQ(shown(), "0.499, 0.499, 0.499");  // the library adds 0.05, so 0.95 means white
     a.inkGreen = 0;
     EXPECT_EQ(shown(), "0.499, 28.98, 0.499");
     host.touch(200, 300, Cancel);

@@ -10,8 +10,8 @@
 #include "solver/velocity_packing.h"
 #include "tests/host/test_host.h"
 
-// Compares the velocities that each frame of a gesture uploads with solver steps. The steps use the settings that each
-// frame must leave.
+// Compares the velocities that each frame of a gesture uploads with solver steps that the test runs itself. Each step
+// gets the settings that the frame must have left.
 
 namespace gltest {
 namespace {
@@ -26,8 +26,8 @@ struct Touch {
     TouchCode action;
 };
 
-/// Input and expected state of a frame: its touch events, the movement at the last of them, and the settings for the
-/// next solver step.
+/// Input and expected state of a frame: its touch events, the movement at the last event, and the settings for the next
+/// solver step.
 struct GestureFrame {
     std::vector<Touch> events;
     int deltaX, deltaY;
@@ -35,10 +35,10 @@ struct GestureFrame {
     float sourceRadius, velocityDissipation, sourceStrength, inkRadius;
 };
 
-constexpr float pressure = 0.5f;  // gives the pressure factor 0.2 + 0.25 of a slow drag
+constexpr float pressure = 0.5f;  // pressure factor of a slow drag: 0.2 + 0.5^2
 
 const std::vector<GestureFrame> gesture = {
-    {{}, 0, 0, 0, 4, 0.9f, 40, 2},  // at (0, 0), near the edges, the sink is small
+    {{}, 0, 0, 0, 4, 0.9f, 40, 2},  // the touch is at (0, 0), near two edges, so the sink is small
     {{{200, 300, Down}}, 0, 0, -1, 40, 0.98f, 0, 0},
     {{}, 0, 0, -1, 40, 0.98f, 12, 8},
     {{}, 0, 0, -1, 40, 0.98f, 24, 16},
@@ -50,14 +50,14 @@ const std::vector<GestureFrame> gesture = {
     {{{240, 290, Move}}, 29, -11, 2, 4, 0.96f, 20, 30},
     {{{300, 250, Move}}, 60, -40, 2, 4, 0.96f, 20, 30},
     {{{360, 280, Move}}, 60, 30, 2, 4, 0.96f, 20, 30},
-    {{{490, 300, Move}}, 130, 20, 2, 4, 0.96f, 20, 30},  // near the edge a fast drag only pushes
+    {{{490, 300, Move}}, 130, 20, 2, 4, 0.96f, 20, 30},  // near an edge, so not projected
     {{{488, 300, Move}}, -2, 0, 0, 20, 0.9f, 45 * 0.45f, 40 * 0.45f},
     {{{488, 300, Move}}, 0, 0, 0, 20, 0.9f, 45 * 0.45f, 40 * 0.45f},
-    {{{460, 300, Move}, {460, 300, Up}}, 0, 0, -1, 40, 0.98f, 0, 48},  // continues as a tap
+    {{{460, 300, Move}, {460, 300, Up}}, 0, 0, -1, 40, 0.98f, 0, 48},  // ends like a tap
     {{}, 0, 0, -1, 40, 0.98f, 0, 56},
 };
 
-/// Returns the uploads of the library in the frames of the gesture and in one more frame.
+/// Returns the velocities that the library uploads in the frames of the gesture and in one more frame.
 std::vector<Bytes> uploadsOfLibrary() {
     std::vector<Bytes> uploads;
     TestHost host(screenWidth, screenHeight);
@@ -77,7 +77,7 @@ std::vector<Bytes> uploadsOfLibrary() {
     return uploads;
 }
 
-/// Makes a flow at rest on grids of the screen's size.
+/// Creates a flow at rest on grids for the screen's size.
 void makeStill(velmora::EffectState& state) {
     velmora::applySettings(state, screenWidth, screenHeight, true);
     for (velmora::FloatGrid* const grid : {&state.velocity, &state.velocityScratch, &state.pressure,
@@ -89,7 +89,7 @@ void makeStill(velmora::EffectState& state) {
     velmora::reallocatePackedVelocity(state.packedVelocity, columns, rows);
 }
 
-/// Returns the expected uploads: a flow at rest, then the result of each frame's step.
+/// Returns the expected uploads: first a flow at rest, then the result of each frame's step.
 std::vector<Bytes> uploadsOfSteps() {
     velmora::EffectState state;
     makeStill(state);
@@ -123,16 +123,16 @@ std::vector<Bytes> uploadsOfSteps() {
     return uploads;
 }
 
-TEST(Velocity, OfEachFrameIsUploadedOneFrameLater) {
+TEST(Velocity, OfAFrameIsUploadedOneFrameLater) {
     const std::vector<Bytes> found = uploadsOfLibrary();
     const std::vector<Bytes> expected = uploadsOfSteps();
     ASSERT_EQ(found.size(), expected.size());
     for (std::size_t frame = 0; frame < found.size(); ++frame) {
         EXPECT_TRUE(found[frame] == expected[frame]) << "frame " << frame;
-        // The test needs a flow that moves.
+        // The test would prove nothing if the flow did not move.
         EXPECT_EQ(expected[frame] == expected[0], frame < 4) << "frame " << frame;
     }
-    EXPECT_EQ(uploadsOfLibrary(), found) << "the same gesture again";
+    EXPECT_EQ(uploadsOfLibrary(), found) << "a repeated gesture must give the same velocities";
 }
 
 }  // namespace

@@ -10,15 +10,15 @@
 
 namespace testhost {
 
-/// Returns true if an address, such as a caller's, lies in the library. Takes no lock and no memory.
+/// Returns true if an address, for example that of a caller, is in the library. Takes no lock and allocates no memory.
 inline bool isInLibrary(void* address) {
     dl_find_object object{};
     return _dl_find_object(address, &object) == 0 &&
            std::strstr(object.dlfo_link_map->l_name, "libpeluxVelmora");
 }
 
-/// The library, opened at run time and closed at the end, as in a JVM. The program does not link it, so each test gets
-/// a freshly loaded library.
+/// Opens the library at run time and closes it in the destructor, as a JVM does. The program does not link the library,
+/// so each test gets a freshly loaded one.
 class LoadedLibrary {
 public:
     LoadedLibrary() : handle(dlopen(VELMORA_LIBRARY, RTLD_NOW | RTLD_LOCAL)) {

@@ -10,10 +10,10 @@
 
 namespace testhost {
 
-Bytes smoothPicture(int phase) {
+Bytes smoothImage(int phase) {
     Bytes rgba;
-    for (int at = 0; at < pictureSize * pictureSize * 4; ++at) {
-        const int channel = at % 4, x = at / 4 % pictureSize, y = at / 4 / pictureSize;
+    for (int at = 0; at < imageSize * imageSize * 4; ++at) {
+        const int channel = at % 4, x = at / 4 % imageSize, y = at / 4 / imageSize;
         const double wave = std::sin(0.2 * (x + phase) + 1.1 * channel) *
                             std::cos(0.13 * y * (channel + 1) + phase);
         rgba.push_back(static_cast<std::uint8_t>(std::lround(70 + 50 * wave)));
@@ -45,9 +45,10 @@ TestHost::TestHost(int screenWidth, int screenHeight, const Mesh& chosenMesh)
     auto index = JniEnvironment::elements(indices).begin();
     for (int at = 0; at < mesh.columns * mesh.rows; ++at) {
         const int column = at / mesh.rows, row = at % mesh.rows;
-        *position++ = static_cast<float>(mesh.width) * part(column, mesh.columns);
-        *position++ = -static_cast<float>(mesh.height) * part(row, mesh.rows);
-        *position++ = 0.0f;
+        position[0] = static_cast<float>(mesh.width) * part(column, mesh.columns);
+        position[1] = -static_cast<float>(mesh.height) * part(row, mesh.rows);
+        position[2] = 0.0f;
+        position += 3;
         if (column > 0 && row > 0) {
             for (const int back : {mesh.rows + 1, mesh.rows, 0, mesh.rows + 1, 0, 1}) {
                 *index++ = static_cast<jshort>(at - back);
@@ -108,10 +109,10 @@ void TestHost::setUp(bool ink) {
     setting(ink);
     initBuffers();
     initGpu();
-    recorder.nextLabels = {"sheen", "background", "second"};
-    for (std::size_t index = 0; index < pictures.size(); ++index) {
-        if (!pictures[index].empty()) {
-            EXPECT_EQ(load(pictures[index], static_cast<int>(index)), 0);
+    recorder.nextLabels = {"reflection", "background", "second"};
+    for (std::size_t index = 0; index < images.size(); ++index) {
+        if (!images[index].empty()) {
+            EXPECT_EQ(load(images[index], static_cast<int>(index)), 0);
         }
     }
 }

@@ -21,18 +21,18 @@ namespace testhost {
 
 using hostkit::JniEnvironment;
 
-/// RGBA bytes with rows in GL's order.
+/// RGBA bytes. The first row is the bottom one, as in GL.
 using Bytes = std::vector<std::uint8_t>;
 
-/// A mesh as the host passes it to a frame: numbers of vertices, size in mesh units, column-major matrix.
+/// Mesh arguments of a frame: numbers of vertices, size in mesh units, column-major matrix.
 struct Mesh {
     int columns, rows, width, height;
     std::array<float, 16> matrix;
 };
-/// Four vertices that cover the screen.
+/// A mesh of four vertices that covers the screen.
 constexpr Mesh quadMesh = {2, 2, 2, 2, {1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1}};
-/// Sheared, moved and not symmetric, so that a transposed matrix changes the picture. The depth stays in the
-/// clip range.
+/// A mesh with a sheared, moved and asymmetric matrix, so that a transposed matrix would change the image. The depth
+/// stays in the clip range.
 constexpr Mesh shearedMesh = {5,
                               4,
                               24,
@@ -40,9 +40,9 @@ constexpr Mesh shearedMesh = {5,
                               {0.07f, 0.006f, 0.01f, 0, -0.008f, 0.045f, 0.004f, 0, 0.02f, 0.03f,
                                0.1f, 0, 0.05f, -0.04f, 0.1f, 1}};
 
-constexpr int pictureSize = 32;
-/// Returns a smooth picture: a small error of a texture coordinate gives a small error of the colour.
-Bytes smoothPicture(int phase);
+constexpr int imageSize = 32;
+/// Returns a smooth image, in which a small error of a texture coordinate causes only a small error of the colour.
+Bytes smoothImage(int phase);
 
 /// Arguments of a frame besides its arrays.
 struct FrameArguments {
@@ -53,24 +53,24 @@ struct FrameArguments {
     bool useSecondBackground = false;
 };
 
-/// A host around a freshly loaded library. All its parts are public for the tests. The constructor makes a context and
-/// a flat mesh and calls nothing.
+/// A host for a freshly loaded library. Its parts are public, so that tests can change them. The constructor creates a
+/// GL context and a flat mesh, and makes no native call.
 struct TestHost {
     TestHost(int screenWidth, int screenHeight, const Mesh& chosenMesh = shearedMesh);
     ~TestHost();
     TestHost(const TestHost&) = delete;
     TestHost& operator=(const TestHost&) = delete;
 
-    /// Does the set-up of a host on a new context: settings, buffers, resources, pictures.
+    /// Makes the set-up calls of a host on a new context: settings, buffers, resources, images.
     void setUp(bool ink = true);
 
     void newContext();
     void setting(bool ink = true);
     void setting(int screenWidth, int screenHeight, bool ink);
-    /// Return the recorded GL calls, in which the new objects have names.
+    /// These two functions return the recorded GL calls. In the text, new objects have labels.
     std::string initBuffers();
     std::string initGpu();
-    /// Loads a square picture.
+    /// Loads a square image into a texture slot.
     jint load(const Bytes& rgba, int index);
     jint load(StandInBitmap& bitmap, int index);
 
@@ -80,11 +80,10 @@ struct TestHost {
     void draw(int frames = 1);
     /// Draws a frame and returns its GL calls.
     std::string recordedFrame();
-    /// Draws a frame and returns the last arguments of each uniform, by PROGRAM.NAME.
+    /// Draws a frame and returns the last value of each uniform. The keys are PROGRAM.NAME.
     std::map<std::string, std::string> uniformsOfFrame();
 
-    /// Limits rasterisation to the lower left corner of each target, `side` pixels wide and high. This makes frames
-    /// fast.
+    /// Limits rasterisation to the lower left `side` x `side` pixels of each target, which makes frames fast.
     void rasterise(int side);
 
     const fuzz::NativeMethods& native() const { return loaded.methods; }
@@ -92,8 +91,8 @@ struct TestHost {
     int width, height;
     bool inkEnabled = false;
     Mesh mesh;
-    /// Pictures that setUp loads, by index. Empty ones are not loaded.
-    std::array<Bytes, 3> pictures = {smoothPicture(0), smoothPicture(5), smoothPicture(10)};
+    /// Images that setUp loads, by texture slot. An empty image is not loaded.
+    std::array<Bytes, 3> images = {smoothImage(0), smoothImage(5), smoothImage(10)};
     FrameArguments arguments{6 * (mesh.columns - 1) * (mesh.rows - 1)};
     LoadedLibrary loaded;
     std::optional<hostkit::GlContext> context;
@@ -105,7 +104,7 @@ struct TestHost {
     jshortArray indices;
 };
 
-/// Overwrites the texture bound on a unit. Call it from a hook before a draw.
+/// Overwrites the texture that is bound on a unit. Call it in a GL hook before a draw.
 void overwrite(unsigned unit, int width, int height, const Bytes& rgba);
 
 }  // namespace testhost

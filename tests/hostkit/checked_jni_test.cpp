@@ -57,17 +57,18 @@ TEST(CheckedJni, EachDamagedGuardIsReportedOnce) {
     }
 }
 
-TEST(CheckedJniDeathTest, OtherCallsAndWrongPointersAbortWithTheirName) {
+TEST(CheckedJniDeathTest, AbortsOnOtherCallsAndWrongPointersAndNamesThem) {
     GTEST_FLAG_SET(death_test_style, "threadsafe");
     CheckedJni jni;
     const jfloatArray array = jni.newFloatArray(2);
     float elsewhere[2] = {};
-    EXPECT_DEATH(jni.env()->FindClass("x"), "may not call this JNI function: FindClass");
+    EXPECT_DEATH(jni.env()->FindClass("x"), "must not use: FindClass");
     EXPECT_DEATH(jni.env()->CallVoidMethod(nullptr, nullptr), ": CallVoidMethodV");
     EXPECT_DEATH(jni.env()->GetArrayLength(array), ": GetArrayLength");
     EXPECT_DEATH(jni.env()->GetModule(nullptr), ": GetModule");
-    EXPECT_DEATH(jni.env()->ReleaseFloatArrayElements(array, elsewhere, 0),
-                 "ReleaseFloatArrayElements: array 1 was not pinned with this pointer");
+    EXPECT_DEATH(
+        jni.env()->ReleaseFloatArrayElements(array, elsewhere, 0),
+        "ReleaseFloatArrayElements: array 1 was released with a pointer that no Get call returned");
 }
 
 }  // namespace

@@ -84,7 +84,8 @@ TEST(GestureScript, ErrorsNameFileLineAndExpectedWord) {
         {"screen 0 5", "a.gesture:1: expected a width in pixels, found \"0\""},
         {"frames 0", "a.gesture:1: expected a number of frames, at least 1, found \"0\""},
         {"0 clear\nframes 9",
-         "a.gesture:2: expected an event: headers come before the first event, found \"frames\""}};
+         "a.gesture:2: expected an event (headers must come before the first event), found "
+         "\"frames\""}};
     for (const auto& [text, error] : cases) {
         EXPECT_EQ(errorOf(text), error);
     }

@@ -22,8 +22,8 @@ struct Screen {
     int width, height;
 };
 
-/// Returns the position of a mesh vertex from the left and from the top, as fractions of the screen. The origin of the
-/// mesh is the centre of the screen, with y up.
+/// Returns the position of a mesh vertex, from the left and from the top, as fractions of the screen. In the mesh, the
+/// origin is the centre of the screen and y is up.
 std::pair<double, double> screenPosition(const WaterDriver& water, std::size_t firstFloat) {
     const auto positions = JniEnvironment::elements(water.positions);
     return {0.5 + static_cast<double>(positions[firstFloat]) / water.meshSizeWidth,
@@ -68,7 +68,7 @@ TEST(WaterDriver, ARippleRisesAtTheFinger) {
     }
 }
 
-TEST(WaterDriver, NeighbourHeightsAreFromTheRightAndAbove) {
+TEST(WaterDriver, StoresTheHeightsOfTheRightAndUpperNeighbours) {
     JniEnvironment jni;
     WaterDriver water = makeWater(jni, 90, 160, {.shortSideCells = 9});
     const auto heightOf = [&water](int column, int row) {
@@ -110,9 +110,9 @@ TEST(WaterDriver, ACoarserMeshShowsTheSameSurface) {
             const auto [right, down] = screenPosition(water, vertex);
             const double height = 2 * right * 90 + 3 * down * 160;
             const bool inside = std::abs(right - 0.5) < 0.45 && std::abs(down - 0.5) < 0.45;
-            // The tolerance covers two roundings. A vertex is moved to the nearest cell, and the centre of an even
-            // number of cells is between two cells.
-            EXPECT_NEAR(heights[vertex], height, inside ? 5.0 : 20.0);
+            // A vertex has the height of the nearest cell, at most half a cell away along each axis. On the edges it
+            // repeats the last cell, a cell away.
+            EXPECT_NEAR(heights[vertex], height, inside ? 2.51 : 5.01);
             if (inside) {
                 EXPECT_NEAR(heights[vertex + 1] - heights[vertex], 2.0f, 1e-3f);
                 EXPECT_NEAR(heights[vertex + 2] - heights[vertex], -3.0f, 1e-3f);
@@ -141,7 +141,7 @@ TEST(WaterDriver, ANewMeshDoesNotChangeTheWaves) {
                                    JniEnvironment::elements(water.velocity)));
 }
 
-TEST(WaterDriver, StepsAreFixedAndStopWhenTheWaterIsIdle) {
+TEST(WaterDriver, StepsHaveAFixedLengthAndStopWhenTheWaterIsIdle) {
     JniEnvironment jni;
     WaterDriver water = makeWater(jni, 90, 160, {.shortSideCells = 30});
     advanceWater(water, jni, 1s);

@@ -3,7 +3,7 @@ package javahost;
 import android.graphics.Bitmap;
 import com.corvane.android.visualeffect.lock.velmora.NativeForVelmora;
 
-/** Hands the library bitmaps of each kind and prints what it says of them. */
+/** Passes bitmaps of each kind to the library and prints the results. */
 final class BitmapCases {
     private BitmapCases() {}
 

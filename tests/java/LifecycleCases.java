@@ -28,14 +28,14 @@ import velmora.host.SettingsStore;
 import velmora.host.TouchTranslator;
 
 /**
- * Plays the events of a host's life on a device, and prints digests of the screen. Arguments: the
- * case and a gesture script.
+ * Plays the events that a host receives on a device, and prints digests of the screen. Arguments:
+ * the name of the case and a gesture script.
  */
 final class LifecycleCases {
     private static final int WIDTH = 180;
     private static final int HEIGHT = 320;
 
-    /** More frames than any case draws until the screen is idle. */
+    /** More frames than any case needs until the screen is idle. */
     private static final int MAX_FRAMES = 2000;
 
     private final NativeForVelmora velmora = new NativeForVelmora();
@@ -93,7 +93,7 @@ final class LifecycleCases {
         }
     }
 
-    /** A scene with an off-screen surface; one window of a device. */
+    /** A scene with an off-screen surface, in the role of a window on a device. */
     private final class Window implements EffectStage.Screen {
         final EffectScene scene = new EffectScene(velmora, new Photos());
         final GestureScript.Target target = new SceneTarget(scene) {
@@ -113,7 +113,10 @@ final class LifecycleCases {
         private boolean isLost;
         private boolean losesFrame;
 
-        /** The platform's surfaceChanged, with a new surface of the current context. */
+        /**
+         * Acts as Android's surfaceChanged: makes a new surface of the current context and resizes
+         * the scene.
+         */
         void changeSurface(int newWidth, int newHeight) {
             width = newWidth;
             height = newHeight;
@@ -126,7 +129,7 @@ final class LifecycleCases {
             return this;
         }
 
-        /** Plays the stroke, or nothing after its end, on a display of 60 Hz. */
+        /** Plays `count` frames of the stroke, starting at frame `from`, on a 60 Hz display. */
         void play(int from, int count) {
             GestureScript stroke = GestureScript.parse(script, "stroke", width, height);
             for (int frame = from; frame < from + count; ++frame) {
@@ -169,7 +172,8 @@ final class LifecycleCases {
         @Override
         public Bitmap background(int width, int height) {
             if (Thread.holdsLock(EffectRenderer.class)) {
-                throw new AssertionError("expected no lock, for which the UI thread waits");
+                throw new AssertionError(
+                    "load the backgrounds outside the lock, because the UI thread waits for it");
             }
             ++photosMade;
             return RgbaImage.testImage(width, photo * height).toBitmap();
@@ -190,7 +194,10 @@ final class LifecycleCases {
         return window;
     }
 
-    /** Pauses and resumes with a kept and a lost context, rotates, and changes the photo in a pause. */
+    /**
+     * Pauses and resumes with a kept and a lost context, rotates, and changes the photo during a
+     * pause.
+     */
     private void surfaces() {
         HostKit.createContext(1, 1);
         Window window = new Window().show();
@@ -220,7 +227,7 @@ final class LifecycleCases {
         System.out.println("photos made " + photosMade);
     }
 
-    /** Home screen, its preview over it, and the home screen again. */
+    /** Shows the home screen, a preview in front of it, and the home screen again. */
     private void engines() {
         Window home = newWindow(WIDTH, HEIGHT).show();
         home.play(0, 8);
@@ -236,15 +243,18 @@ final class LifecycleCases {
         EffectRenderer other = new EffectRenderer(velmora, ReflectionMap.makeBitmap());
         other.activate();
         home.scene.wake();
-        System.out.println("drawn beside another " + stage.frame(time += FramePacer.FRAME_TIME));
+        System.out.println(
+            "drawn while another is active " + stage.frame(time += FramePacer.FRAME_TIME));
         HostKit.useSurface(preview.surface);
         other.drawFrame(preview.scene, time);
         renderer.activate();
         home.play(20, 1);
-        home.print("drawn in its stead");
+        home.print("drawn after it is activated again");
     }
 
-    /** A second finger comes, the first leaves, the second moves on and leaves; then a tap. */
+    /**
+     * Puts down a second finger, lifts the first, then moves and lifts the second. Taps afterwards.
+     */
     private void fingers() {
         int[][] events = {{0, 0, 0, 40, 90}, {2, 0, 0, 60, 110}, {2, 0, 0, 90, 120},
             {5, 1, 0, 90, 120}, {2, 0, 0, 110, 150}, {6, 0, 0, 114, 152}, {2, 1, 1, 30, 260},
@@ -273,10 +283,13 @@ final class LifecycleCases {
             stage.frame(time += FramePacer.FRAME_TIME);
         }
         bytes = thread.getCurrentThreadAllocatedBytes() - bytes;
-        System.out.println("a frame allocates little " + (bytes < 20 * 1024));
+        System.out.println("20 frames allocate less than 20 KB " + (bytes < 20 * 1024));
     }
 
-    /** The stroke on a display of 120 Hz with as many touches; the frames drawn on others. */
+    /**
+     * Plays the stroke on a 120 Hz display with 120 touches per second. Counts the frames on other
+     * displays.
+     */
     private void rates() {
         Window window = newWindow(WIDTH, HEIGHT).show();
         GestureScript stroke = GestureScript.parse(script, "stroke", WIDTH, HEIGHT);
@@ -297,7 +310,10 @@ final class LifecycleCases {
         }
     }
 
-    /** Moves a finger half of the way first, as a display of twice the rate reports it. */
+    /**
+     * Adds a move to the middle of each way, as a display with twice the frame rate would report
+     * it.
+     */
     private static final class Halfway extends SceneTarget {
         boolean isHalf;
         private final GestureScript.Target target;
@@ -321,7 +337,9 @@ final class LifecycleCases {
         }
     }
 
-    /** After a touch the host draws until nothing moves, also if the screen is hidden before the up. */
+    /**
+     * Checks that drawing stops after a touch, even if the screen is hidden before the up event.
+     */
     private void idle() {
         Window window = newWindow(WIDTH / 2, HEIGHT / 2).show();
         Settings coarse = new Settings();
@@ -356,7 +374,7 @@ final class LifecycleCases {
         System.out.println("frames while nothing is shown " + frames);
     }
 
-    /** An idle screen whose context, frame or renderer is lost. */
+    /** Loses the context, a frame or the active renderer of an idle screen. */
     private void losses() {
         Window window = newWindow(WIDTH, HEIGHT).show();
         drawUntilIdle();
@@ -375,7 +393,7 @@ final class LifecycleCases {
         window.print("released, " + frames);
     }
 
-    /** The stroke as a view plays it, while another renderer is active for two frames. */
+    /** Plays the stroke through a GesturePlayer while another renderer is active for two frames. */
     private void player() {
         Window window = newWindow(WIDTH, HEIGHT).show();
         EffectRenderer other = new EffectRenderer(velmora, ReflectionMap.makeBitmap());
@@ -402,7 +420,7 @@ final class LifecycleCases {
         }
     }
 
-    /** Another grid and another step rate under running waves. */
+    /** Changes the grid and the step rate while waves move. */
     private void settings() {
         Window window = newWindow(WIDTH, HEIGHT).show();
         window.play(0, 8);
@@ -424,8 +442,8 @@ final class LifecycleCases {
     }
 
     /**
-     * Hides a screen with rain, shows it, draws {@code drawnAfter} nanoseconds later, and continues
-     * after {@code pause} nanoseconds.
+     * Hides a screen with rain and shows it again. Draws {@code drawnAfter} nanoseconds later, and
+     * continues after another {@code pause} nanoseconds.
      */
     private void rain(long drawnAfter, long pause) {
         Window window = newRain();
@@ -438,7 +456,7 @@ final class LifecycleCases {
         window.print("rain");
     }
 
-    /** Rain after the last touch, until the screen is idle. */
+    /** Lets rain fall after the last touch and checks that the screen becomes idle. */
     private void rainEnds() {
         Window window = newRain();
         for (int times = 0; times < 2; ++times) {
@@ -449,7 +467,7 @@ final class LifecycleCases {
         }
     }
 
-    /** Settings and a photo that a user chooses, as another process finds them. */
+    /** Stores settings and a photo, and reads them as another process does. */
     private static void store(File folder) throws IOException {
         SettingsStore app = new SettingsStore(folder);
         SettingsStore wallpaper = new SettingsStore(folder);
@@ -481,7 +499,7 @@ final class LifecycleCases {
         return store.savePhoto(new ByteArrayInputStream(new byte[size]), file -> true);
     }
 
-    /** Photos and presets that two threads save at the same time. None of them is lost. */
+    /** Saves photos and presets on two threads at the same time. No choice may be lost. */
     private static void saveAtOnce(SettingsStore store, SettingsStore other) throws IOException {
         Thread photos = new Thread(() -> {
             try {
@@ -517,7 +535,9 @@ final class LifecycleCases {
         }
     }
 
-    /** Compares presets, given as pairs of a preset and the player's picture after 24 frames. */
+    /**
+     * Compares presets. The arguments are pairs of a preset and the player's image after 24 frames.
+     */
     private static void table() {
         for (Setting setting : Setting.values()) {
             System.out.println(setting.member + " " + (double) setting.min + " "

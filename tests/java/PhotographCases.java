@@ -2,7 +2,10 @@ package javahost;
 
 import java.nio.file.Path;
 
-/** Prints of each image the colours of its quarters on a screen of 64 x 96, in reading order. */
+/**
+ * For each image, prints the colours of its four quarters on a screen of 64 x 96 pixels, in reading
+ * order.
+ */
 final class PhotographCases {
     private PhotographCases() {}
 

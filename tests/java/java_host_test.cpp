@@ -1,4 +1,4 @@
-// The host on a JVM as a user runs it: the pictures of the host without one, and clear refusals.
+// Tests the host on a JVM as a user runs it: it draws the frames of the C++ host and reports errors clearly.
 
 #include <gdk-pixbuf/gdk-pixbuf.h>
 #include <gtest/gtest.h>
@@ -30,7 +30,7 @@ fs::path emptyFolder(const std::string& name) {
     return folder;
 }
 
-/// The picture's RGBA bytes; of a picture that cannot be read, none.
+/// Returns the RGBA bytes of an image file, or nothing if the file cannot be read.
 std::vector<std::uint8_t> pixelsOf(const fs::path& png) {
     GdkPixbuf* const picture = gdk_pixbuf_new_from_file(png.c_str(), nullptr);
     if (picture == nullptr) {
@@ -46,8 +46,8 @@ std::vector<std::uint8_t> pixelsOf(const fs::path& png) {
     return pixels;
 }
 
-// The only test that uses the library in this process, where it keeps its state.
-TEST(SamePictures, AsTheHostWithoutJvm) {
+// This is the only test that uses the library in this process, because the library's state outlives a test.
+TEST(SamePictures, AreDrawnByTheHostOnAJvm) {
     const fs::path out = emptyFolder("everything");
     const Ended java =
         runHost("--every 10 --script " EVERYTHING_GESTURE " --frames 60 --out " + out.string());
@@ -60,7 +60,7 @@ TEST(SamePictures, AsTheHostWithoutJvm) {
             const auto pixels = host.pixels();
             const fs::path picture = out / ("frame-00" + std::to_string(frame + 1) + ".png");
             EXPECT_TRUE(pixelsOf(picture) == pixels) << picture;
-            EXPECT_TRUE(pixels != earlier) << picture << " shows nothing new";
+            EXPECT_TRUE(pixels != earlier) << picture << " equals the frame before";
             earlier = pixels;
         }
     }
@@ -72,8 +72,8 @@ TEST(SamePictures, AsTheHostWithoutJvm) {
     }
 }
 
-/// Prints a line for each bitmap that the library takes or refuses.
-TEST(JavaBitmap, IsTakenOrRefusedAsOnADevice) {
+/// BitmapCases prints one line for each bitmap: the result of LoadTextures.
+TEST(JavaBitmap, IsAcceptedOrRejectedAsOnADevice) {
     const Ended java = runJava("-cp " HOST_JAR ":" TEST_JAR " javahost.BitmapCases");
     EXPECT_EQ(java.output,
               "two by three: 0\n"
@@ -84,7 +84,7 @@ TEST(JavaBitmap, IsTakenOrRefusedAsOnADevice) {
     EXPECT_EQ(java.exitCode, 0);
 }
 
-/// The bytes of a JPEG that shows this colour, 0xRRGGBB, at each place, in parts of the picture.
+/// Returns a JPEG whose colour, 0xRRGGBB, is a function of the position, from 0 to 1 on each axis.
 template <class ColorAt>
 std::string jpeg(int width, int height, ColorAt colorAt) {
     GdkPixbuf* const picture = gdk_pixbuf_new(GDK_COLORSPACE_RGB, FALSE, 8, width, height);
@@ -107,8 +107,8 @@ std::string jpeg(int width, int height, ColorAt colorAt) {
     return result;
 }
 
-/// Three times as wide as the screen: black, and in the middle third red, green, blue and white in
-/// reading order; stored as a camera held in this way does.
+/// Returns a JPEG as a camera that is held in this orientation stores it. Upright, it is three times as wide as the
+/// screen and black, except for the middle third: its quarters are red, green, blue and white in reading order.
 std::string photograph(int orientation) {
     const bool isTurned = orientation > 4;
     const bool isRightLeft = orientation % 4 / 2 == 1;
@@ -125,7 +125,7 @@ std::string photograph(int orientation) {
     });
 }
 
-/// The EXIF segment of a JPEG with nothing but an orientation, its numbers in either order of bytes.
+/// Returns an EXIF segment that holds only an orientation, with its numbers in either byte order.
 std::string exifSegment(char orientation, bool isLittleEndian) {
     std::string segment(
         "\xFF\xE1\0\x22"
@@ -140,7 +140,7 @@ std::string exifSegment(char orientation, bool isLittleEndian) {
     return segment;
 }
 
-TEST(JavaHost, ShowsAPictureUprightAndCutToTheScreen) {
+TEST(JavaHost, TurnsAnImageUprightAndCropsItToTheScreen) {
     const fs::path folder = emptyFolder("photographs");
     fs::create_directories(folder);
     std::string files;
@@ -158,7 +158,7 @@ TEST(JavaHost, ShowsAPictureUprightAndCutToTheScreen) {
     fs::remove_all(folder);
 }
 
-TEST(JavaHost, NamesABadInputInOneLine) {
+TEST(JavaHost, ReportsInvalidInputInOneLine) {
     const fs::path script = emptyFolder("bad") += ".gesture";
     const std::string out = " --out " + emptyFolder("bad-out").string();
     const auto inScript = [&](const char* text) {
@@ -181,17 +181,18 @@ TEST(JavaHost, NamesABadInputInOneLine) {
     }
     fs::remove(script);
     EXPECT_EQ(runHost("--frames 3").exitCode, 2);
-    const std::string picture = emptyFolder("picture").string();
-    const auto withPicture = [&](const std::string& bytes) {
-        std::ofstream(picture, std::ios::binary) << bytes;
-        return runHost("--script " EVERYTHING_GESTURE " --picture " + picture + out).output;
+    const std::string image = emptyFolder("image").string();
+    const auto withImage = [&](const std::string& bytes) {
+        std::ofstream(image, std::ios::binary) << bytes;
+        return runHost("--script " EVERYTHING_GESTURE " --background " + image + out).output;
     };
-    EXPECT_EQ(withPicture("no picture"), picture + ": cannot be read as a picture\n");
+    EXPECT_EQ(withImage("no image"),
+              image + ": cannot be read as an image; use a PNG, JPEG, BMP or GIF file\n");
     EXPECT_EQ(
-        withPicture(
+        withImage(
             {"\x89PNG\r\n\x1A\n\0\0\0\x0DIHDR\0\0\x75\x30\0\0\x75\x30\x08\x02\0\0\0CRC.", 33}),
-        picture + ": the picture is too large, 30000 x 30000 pixels, over 100 million\n");
-    fs::remove(picture);
+        image + ": expected at most 100 million pixels, found 30000 x 30000\n");
+    fs::remove(image);
     EXPECT_EQ(runHost("--script " + script.string() + out).output, hostkitsLine());
 }
 

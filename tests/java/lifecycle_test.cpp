@@ -1,5 +1,5 @@
-// The host that Android and the JVM share, through the lives of its screens: its pictures are those of the host in
-// C++ that meets the same events.
+// Tests the Java host that Android and the JVM share. After the same events, it must draw the same frames as the C++
+// host.
 
 #include <gtest/gtest.h>
 #include <jni.h>
@@ -42,7 +42,7 @@ std::string digest(const EffectHost& host) {
     return hex(digest) + "\n";
 }
 
-/// Plays frames of the stroke, which begins in frame 1 and ends in frame 13.
+/// Plays frames of the stroke. The stroke starts in frame 1 and ends in frame 13.
 void play(EffectHost& host, int from, int count,
           std::chrono::nanoseconds elapsed = hostkit::displayedFrame) {
     static const auto stroke = hostkit::loadGestureScript(STROKE_GESTURE);
@@ -52,7 +52,7 @@ void play(EffectHost& host, int from, int count,
     }
 }
 
-TEST(Lifecycle, SurfacesAndContextsComeAndGo) {
+TEST(Lifecycle, SurvivesReplacedSurfacesAndContexts) {
     EffectHost upright({.width = width, .height = height});
     play(upright, 0, 20);
     std::string expected = "drawn without a size false\nfirst " + digest(upright);
@@ -83,9 +83,9 @@ TEST(Lifecycle, OnlyTheScreenShownLastDraws) {
     hostkit::native::onInitSetting(home.jni().env(), nullptr, width, height, JNI_TRUE);
     home.loseContext();
     home.clearInk();
-    home.touch({TouchAction::up, 96, 150, 0.6f});  // the preview hid the rest of the stroke
+    home.touch({TouchAction::up, 96, 150, 0.6f});  // hiding the home screen lifts its finger
     play(home, 0, 20);
-    expected += "home again " + digest(home) + "drawn beside another false\n";
+    expected += "home again " + digest(home) + "drawn while another is active false\n";
     EffectHost others({.width = 120, .height = 200});
     others.clearInk();
     others.frame();
@@ -94,10 +94,10 @@ TEST(Lifecycle, OnlyTheScreenShownLastDraws) {
     home.clearInk();
     home.frame({}, 2 * hostkit::displayedFrame);
     EXPECT_EQ(lifecycle("engines " STROKE_GESTURE),
-              expected + "drawn in its stead " + digest(home));
+              expected + "drawn after it is activated again " + digest(home));
 }
 
-TEST(Lifecycle, TheFirstFingerAloneTouches) {
+TEST(Lifecycle, OnlyTheFirstFingerCounts) {
     EffectHost host({.width = width, .height = height});
     for (const Touch& touch : {Touch{TouchAction::down, 40, 90, 0.6f},
                                {TouchAction::move, 60, 110, 0.6f},
@@ -120,11 +120,12 @@ TEST(Lifecycle, TheFirstFingerAloneTouches) {
         host.frame();
         host.frame();
     }
-    EXPECT_EQ(lifecycle("fingers " STROKE_GESTURE),
-              "fingers " + digest(host) + "pressure 0.6 0.3\na frame allocates little true\n");
+    EXPECT_EQ(
+        lifecycle("fingers " STROKE_GESTURE),
+        "fingers " + digest(host) + "pressure 0.6 0.3\n20 frames allocate less than 20 KB true\n");
 }
 
-TEST(Lifecycle, AFastDisplayShowsSixtyFramesASecond) {
+TEST(Lifecycle, DrawsSixtyFramesPerSecondOnAFasterDisplay) {
     EffectHost host({.width = width, .height = height});
     play(host, 0, 2);
     for (int frame = 2; frame < 30; ++frame) {
@@ -140,9 +141,10 @@ TEST(Lifecycle, AFastDisplayShowsSixtyFramesASecond) {
     EXPECT_EQ(lifecycle("rates " STROKE_GESTURE), expected);
 }
 
-/// Draws on after a frame with the last touch until ink and water are calm; returns the frames drawn.
+/// Draws until the ink has been cleared and the water is idle. Returns the number of frames drawn. `frames` counts the
+/// frames so far, including one after the last touch.
 int drawUntilIdle(EffectHost& host, int frames) {
-    // A tap's 13 frames, 35 before the fade and 68 of fade; one of them is drawn.
+    // The ink is cleared after 13 frames of tap, 35 before the fade and 68 of fade. One of these is already drawn.
     const int clearFrame = frames - 1 + 13 + 35 + 68;
     for (; frames < clearFrame; ++frames) {
         host.frame();
@@ -177,7 +179,7 @@ TEST(Lifecycle, DrawsNothingWhileIdle) {
     EXPECT_EQ(lifecycle("idle " STROKE_GESTURE), expected);
 }
 
-TEST(Lifecycle, ALossOnAnIdleScreenCostsOneFrame) {
+TEST(Lifecycle, RedrawsOneFrameIfAnIdleScreenLosesItsContext) {
     EffectHost host({.width = width, .height = height});
     host.frame();
     const std::string picture = digest(host);
@@ -197,7 +199,7 @@ TEST(Lifecycle, AGestureWaitsWhileAnotherRendererDraws) {
     EXPECT_EQ(lifecycle("player " STROKE_GESTURE), "played " + digest(host) + "false\n");
 }
 
-/// Draws a frame with the rain of the Java host, 40 drops a second.
+/// A C++ host with the same rain as the Java host: 40 drops per second.
 class RainyHost {
 public:
     void frame(std::chrono::nanoseconds elapsed) {
@@ -239,7 +241,7 @@ TEST(Lifecycle, RainDoesNotCatchUpWithAPause) {
                          std::to_string(pause.count()));
     };
     EXPECT_EQ(rain(std::chrono::hours(1), std::chrono::hours(1)), "rain " + digest(rainy.host));
-    // A frame that is drawn ahead of the display's frames does not turn the time back.
+    // A frame that is drawn ahead of the display's next frame must not turn the time back.
     EXPECT_EQ(rain(3 * frame, frame * 0), rain(3 * frame, 2 * frame));
 }
 
@@ -247,7 +249,7 @@ TEST(Lifecycle, RainEndsSomeTimeAfterTheLastTouch) {
     EXPECT_EQ(lifecycle("'rain ends' " STROKE_GESTURE), "true\ntrue\n");
 }
 
-TEST(Lifecycle, WavesGoOnUnderOtherSettings) {
+TEST(Lifecycle, WavesContinueAfterSettingsChange) {
     EffectHost host({.width = width, .height = height});
     play(host, 0, 8);
     host.effectSettings().moveRipple = 2.4f * (0.4f / 2.4f);
@@ -260,7 +262,7 @@ TEST(Lifecycle, WavesGoOnUnderOtherSettings) {
     EXPECT_EQ(lifecycle("settings " STROKE_GESTURE), "finer " + digest(host));
 }
 
-TEST(Lifecycle, TheChosenSettingsOutliveTheirProcess) {
+TEST(Lifecycle, TheChosenSettingsSurviveTheProcess) {
     const fs::path folder = fs::current_path() / "java-store";
     fs::remove_all(folder);
     EXPECT_EQ(lifecycle("store " STROKE_GESTURE " " + folder.string()),

@@ -1,4 +1,4 @@
-// Presets as Android parses them look as they do in the player.
+// Tests that presets, parsed as on Android, draw the same frames as in the player.
 
 #include <gdk-pixbuf/gdk-pixbuf.h>
 #include <gtest/gtest.h>
@@ -19,7 +19,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// Min, max and default of each setting.
+/// Minimum, maximum and default of each setting, by name.
 using Table = std::map<std::string, std::vector<float>>;
 
 TEST(Settings, HaveTheSameRangesAndDefaultsInJava) {
@@ -39,7 +39,7 @@ TEST(Settings, HaveTheSameRangesAndDefaultsInJava) {
     EXPECT_EQ(seen, expected);
 }
 
-TEST(Presets, LookAsInThePlayer) {
+TEST(Presets, DrawTheSameFramesAsInThePlayer) {
     const fs::path folder = fs::current_path() / "java-presets";
     fs::create_directories(folder);
     const std::string picture = (folder / "picture.png").string();
@@ -55,7 +55,7 @@ TEST(Presets, LookAsInThePlayer) {
             pairs.append(" ").append(entry.path().string()).append(" ").append(still.string());
         }
     }
-    // Water that rains and water of wide ripples, both with fine meshes and more than 60 steps a second.
+    // One preset has rain, the other wide ripples. Both have fine meshes and more than 60 steps per second.
     for (const char* const name : {"storm", "glass"}) {
         std::string command = PLAYER " --headless --size 180x320 --script " STROKE_GESTURE " ";
         command.append(picture)

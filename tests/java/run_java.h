@@ -7,11 +7,11 @@
 
 struct Ended {
     int exitCode;
-    /// Both output streams, with the JVM's warnings.
+    /// Text of both output streams, including the JVM's warnings.
     std::string output;
 };
 
-/// Runs a Java program of the build with the JVM's checks of each JNI call.
+/// Runs a Java program of the build. The JVM checks each JNI call (-Xcheck:jni).
 inline Ended runJava(const std::string& arguments) {
     const std::string command =
         "LD_LIBRARY_PATH=" LIBRARIES " " JAVA " -Xcheck:jni " + arguments + " 2>&1";

@@ -11,7 +11,7 @@
 
 namespace {
 
-/// A tap and a fast drag.
+/// A gesture with a tap and a fast drag.
 constexpr char gesture[] =
     "screen 120 180\n"
     "frames 20\n"
@@ -23,7 +23,7 @@ constexpr char gesture[] =
     "8 move 90 120 0.5\n"
     "9 up 90 120 0.5\n";
 
-/// Returns a scene that has been used and not destroyed.
+/// Creates a scene and calls some of its functions. The caller destroys it.
 SceneMemory* useKit() {
     SceneMemory* scene = makeScene();
     for (const std::size_t slot : {std::size_t{1}, std::size_t{7}, orthographic, perspective}) {
@@ -37,7 +37,7 @@ std::vector<std::vector<std::uint8_t>> play(bool withScenes) {
     const hostkit::GestureScript script = hostkit::parseGestureScript(gesture, "gesture");
     hostkit::EffectHost host({.width = script.screenWidth, .height = script.screenHeight});
     std::vector<std::vector<std::uint8_t>> frames;
-    srandom(1);  // Seeds rand too: every run has the same jitter.
+    srandom(1);  // seeds rand too, so that every run has the same sink positions
     for (int frame = 0; frame < script.frames; ++frame) {
         SceneMemory* scene = withScenes ? useKit() : nullptr;
         host.frame(hostkit::eventsOfFrame(script, frame));
@@ -51,8 +51,8 @@ std::vector<std::vector<std::uint8_t>> play(bool withScenes) {
 
 }  // namespace
 
-TEST(Frames, AreTheSameWhileScenesComeAndGo) {
-    play(false);  // Sets the state from which both runs start.
+TEST(Frames, DoNotChangeWhenScenesAreCreatedAndDestroyed) {
+    play(false);  // this run sets the state from which both compared runs start
     const auto alone = play(false);
     EXPECT_TRUE(alone.front() != alone.back());
     EXPECT_TRUE(play(true) == alone);

@@ -12,8 +12,8 @@
 
 #include "kit/oru.h"
 
-// Scene and manager as a kit's binary knows them: the offsets of their fields, their slots and createScene. This file
-// uses no class of the library, so that a misplaced field or slot fails the tests.
+// The layout of the scene and the manager as a kit's binary knows it: offsets of fields, slots and createScene. This
+// file uses no class of the library, so that a moved field or slot makes the tests fail.
 
 extern "C" void* createScene();
 

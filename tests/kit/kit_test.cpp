@@ -1,5 +1,5 @@
-// A small rendering kit. Like a kit's binary, it accesses the scene, the manager and the animations by offset and slot.
-// By name it knows only createScene and the shared storage.
+// A small rendering kit for tests. Like the binary of a real kit, it accesses the scene, the manager and the animations
+// by offset and slot. It uses only createScene and the shared variables by name.
 
 #include <EGL/egl.h>
 #include <dlfcn.h>
@@ -28,11 +28,11 @@
 
 namespace {
 
-std::string trace;  // Calls into the kit, in order.
+std::string trace;  // calls into the kit, in order
 std::optional<timespec> fakeTime;
 unsigned lastSeed = 0;
 
-/// Six slots, none of them for a destructor: the library must not call one.
+/// Has six slots and no destructor among them, because the library must not destroy an animation.
 // NOLINTNEXTLINE(cppcoreguidelines-virtual-class-destructor)
 struct Animation final {
     virtual void other1() { trace += "other "; }
@@ -89,8 +89,8 @@ protected:
 
 }  // namespace
 
-// These two functions replace those of the C library in the whole process: a clock that a test can set, and an srand
-// that only stores its seed. NOLINTNEXTLINE(readability-inconsistent-declaration-parameter-name)
+// These two functions replace those of the C library in the whole process: the clock can be set by a test, and srand
+// only stores its seed. NOLINTNEXTLINE(readability-inconsistent-declaration-parameter-name)
 extern "C" __attribute__((visibility("default"))) int clock_gettime(clockid_t clock,
                                                                     timespec* time) noexcept {
     if (fakeTime && clock == CLOCK_REALTIME) {
@@ -104,7 +104,7 @@ extern "C" __attribute__((visibility("default"))) void srand(unsigned seed) noex
     lastSeed = seed;
 }
 
-TEST_F(Kit, ClockIsTheDistanceToTheStartInSinglePrecisionUnlessPaused) {
+TEST_F(Kit, ClockIsTheFloatDistanceToTheStartUnlessPaused) {
     const struct {
         timespec start, current;
         float expected;
@@ -112,10 +112,10 @@ TEST_F(Kit, ClockIsTheDistanceToTheStartInSinglePrecisionUnlessPaused) {
         {{10, 700000000}, {12, 200000000}, 1.5f},
         {{10, 200000000}, {12, 700000000}, 2.5f},
         {{12, 0}, {10, 0}, -2.0f},
-        {{1, 0}, {16777218, 999999999}, 16777216.0f},          // A sum in double would be 16777218.
-        {{0, 1}, {0, 4}, 3.0f * 1e-9f},                        // Small differences stay exact.
-        {{7, 0}, {7 + (std::int64_t{1} << 32) + 3, 0}, 3.0f},  // Seconds wrap at 32 bits.
-        {{0, 0}, {std::int64_t{1} << 31, 0}, -2147483648.0f},  // Seconds are signed.
+        {{1, 0}, {16777218, 999999999}, 16777216.0f},          // a sum in double would be 16777218
+        {{0, 1}, {0, 4}, 3.0f * 1e-9f},                        // small differences stay exact
+        {{7, 0}, {7 + (std::int64_t{1} << 32) + 3, 0}, 3.0f},  // seconds wrap at 32 bits
+        {{0, 0}, {std::int64_t{1} << 31, 0}, -2147483648.0f},  // seconds are signed
     };
     for (const auto& [start, current, expected] : cases) {
         oru::Timer::mStartingCnt = start;
@@ -126,7 +126,7 @@ TEST_F(Kit, ClockIsTheDistanceToTheStartInSinglePrecisionUnlessPaused) {
         EXPECT_EQ(oru::Timer::mCurrentCnt.tv_sec, current.tv_sec);
         EXPECT_EQ(oru::Timer::mCurrentCnt.tv_nsec, current.tv_nsec);
     }
-    // A paused clock does not move.
+    // While the timer is paused, the clock does not move.
     oru::Timer::mIsPaused = 0x80;
     oru::Timer::mPausedTime = 42.25f;
     oru::Timer::mCurrentCnt = {3, 4};
@@ -136,7 +136,7 @@ TEST_F(Kit, ClockIsTheDistanceToTheStartInSinglePrecisionUnlessPaused) {
     EXPECT_EQ(oru::Timer::mCurrentCnt.tv_nsec, 4);
 }
 
-TEST_F(Kit, SharesStorageUnderTheseNames) {
+TEST_F(Kit, SharesItsStorageByName) {
     for (const char* name :
          {"gTextureMap", "_ZN3oru5Timer9mIsPausedE", "_ZN3oru5Timer11mPausedTimeE",
           "_ZN3oru5Timer12mStartingCntE", "_ZN3oru5Timer11mCurrentCntE",
@@ -164,17 +164,17 @@ TEST_F(Kit, AnimationsAreCalledInOrder) {
     EXPECT_EQ(traceOf(updateAll), "update 1.500000 update 1.500000 update 1.500000 ");
     busy.meanwhile = [] {
         oru::IAnimationManager::mNow = 9.0f;
-    };  // Later animations get this time.
+    };  // the animations after this one get the new time
     EXPECT_EQ(traceOf(updateAll), "update 1.500000 update 1.500000 update 9.000000 ");
     manager->animations = {&idle};
     manager->animations.shrink_to_fit();
     idle.meanwhile = [&] {
         manager->animations.push_back(&last);
-    };  // Reallocates the list during the loop.
+    };  // makes the list reallocate during the loop
     EXPECT_EQ(traceOf(updateAll), "update 1.500000 update 1.500000 ");
 }
 
-TEST_F(Kit, NewSceneIsEmptyAndTwentyOneSlotsDoNothing) {
+TEST_F(Kit, ANewSceneIsEmptyAndSlots1To21DoNothing) {
     EXPECT_TRUE(scene->names.empty() && scene->strings.empty() && scene->renderers.empty());
     EXPECT_TRUE(scene->textures.empty() && scene->shaders.empty() && scene->records.empty());
     const auto allZero = [](const auto& values) {
@@ -223,7 +223,7 @@ namespace {
 void expectCamera(SceneMemory* scene, std::size_t slot, const std::array<float, 16>& projection) {
     std::fill_n(oru::Drawable::mViewMatrix, 16, 77.0f);
     std::fill_n(oru::Drawable::mProjectionMatrix, 16, 77.0f);
-    oru::Drawable::mIdentityMatrix[9] = 0.25f;  // The library must use the kit's identity matrix.
+    oru::Drawable::mIdentityMatrix[9] = 0.25f;  // the library must copy the kit's identity matrix
     callSlot(scene, slot);
     for (std::size_t i = 0; i < 16; ++i) {
         EXPECT_EQ(oru::Drawable::mViewMatrix[i], oru::Drawable::mIdentityMatrix[i]) << i;
@@ -256,7 +256,7 @@ TEST_F(Kit, PerspectiveCameraHasItsFieldOfViewAndPlanes) {
     }
 }
 
-// The content of the lists is on the heap: a leak checker finds what is not released.
+// The lists allocate memory, so a leak checker reports a list that is not released.
 TEST_F(Kit, DestructionDeletesNotifiesAndWarnsInThisOrder) {
     const std::string renderer = "6/nuv.oru/WARNING: Renderer leaked!!!!!!! ";
     const std::string shader = "6/nuv.oru/WARNING: Shader leaked!!!!!!! ";

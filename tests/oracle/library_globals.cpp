@@ -1,6 +1,6 @@
 #include "effect/effect_state.h"
 
-// Globals for programs that link only the CPU half of the library.
+// Defines the library's globals for programs that link only its CPU half.
 
 namespace velmora {
 

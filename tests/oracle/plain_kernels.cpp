@@ -19,14 +19,15 @@ float laplacian(const float* h, int i, int rowLength) {
     return h[i - rowLength] + h[i - 1] + h[i + 1] + h[i + rowLength] - 4.0f * h[i];
 }
 
-/// Returns true if a velocity of the row leaves the calm band.
+/// Returns true if a velocity in the row exceeds the calm threshold.
 bool isMoving(const float* velocities, int width) {
     return std::any_of(velocities, velocities + width, [](float velocity) {
         return velocity > calmThreshold || velocity < -calmThreshold;
     });
 }
 
-/// The search for calm has its own loop: inside the first loop it would prevent vectorisation.
+/// Adds the waves' acceleration to the velocities. Looks for moving water in a loop of its own, because a search inside
+/// the first loop would prevent vectorisation.
 bool updateVelocities(const WaterGrids& grids, const WaterRectangle& area,
                       const WaveSettings& settings) {
     float* const v = grids.velocity;
@@ -58,8 +59,8 @@ void moveHeights(const WaterGrids& grids, const WaterRectangle& area) {
     }
 }
 
-/// Smooths in groups of four that read before they write, and the rest of a row cell by cell. Four variables, because
-/// an array would go through memory and stall.
+/// Smooths groups of four cells, each of which is read completely before it is written, then the rest cell by cell. The
+/// group is held in four variables, because an array would be stored to memory and loaded again.
 void smoothHeights(const WaterGrids& grids, const WaterRectangle& area, float weight) {
     float* const h = grids.height;
     const int rowLength = grids.rowLength;
@@ -83,14 +84,15 @@ void smoothHeights(const WaterGrids& grids, const WaterRectangle& area, float we
     }
 }
 
-/// Departure points of the cells of a row: the lower left of the four cells around each, and the distance from it.
+/// Departure points of the cells of a row: the lower left of the four cells around each point, and the distance from
+/// it.
 struct DeparturePoints {
     int column[maxGridSide], row[maxGridSide];
     float fx[maxGridSide], fy[maxGridSide];
 };
 DeparturePoints points;
 
-/// Returns the bilinear value at entry `at`.
+/// Returns the bilinear value at departure point `at`.
 Float2 mixed(const FloatGrid& grid, int at) {
     const int i0 = points.column[at];
     const int j0 = points.row[at];
@@ -142,7 +144,7 @@ void sweep(const Jacobi& pass) {
 
 }  // namespace
 
-/// Goes column by column: a division for each vertex takes three times as long.
+/// Writes column by column, because a division for each vertex would take three times as long.
 void writeMeshPositions(float* positions, int vertexCount, const MeshShape& shape) {
     const float stepX = static_cast<float>(shape.width) / static_cast<float>(shape.columns - 1);
     const float stepY = static_cast<float>(shape.height) / static_cast<float>(shape.rows - 1);
@@ -211,7 +213,7 @@ bool stepHeightField(const WaterGrids& grids, const WaterRectangle& rectangle,
 
 namespace {
 
-/// Two loops per row: in each, the processor overlaps more cells than in a single loop.
+/// Uses two loops per row. In each of them, a processor overlaps more cells than in a single loop.
 template <bool pushes>
 void advectRows(const AdvectVelocity& pass) {
     const FloatGrid source = pass.source;
@@ -265,7 +267,7 @@ void advectVelocityKernel(const AdvectVelocity& pass) {
     }
 }
 
-/// Handles the edge columns separately, and the sink in its own loop.
+/// Handles the edge columns separately and the sink in a second loop, so that the main loop is vectorised.
 void computeDivergenceKernel(const ComputeDivergence& pass) {
     const FloatGrid grid = pass.velocity;
     const int width = grid.width;
@@ -305,7 +307,7 @@ void jacobiKernel(Jacobi& pass, std::int32_t count) {
     }
 }
 
-/// Handles the edge columns separately: clamped indices would prevent vectorisation.
+/// Handles the edge columns separately, because clamped indices would prevent vectorisation.
 void subtractGradientKernel(const SubtractGradient& pass) {
     const int width = pass.output.width;
     const int height = pass.output.height;

@@ -10,9 +10,9 @@
 #include "water/ripple.h"
 
 /// Every kernel of the library in plain scalar C++, one cell at a time. Tests compare results with it, and the
-/// benchmark compares speed. Names, arguments and results equal those of namespace velmora to the last bit,
-/// also for NaN, infinities and any int. Of several plain forms, this is the fastest without intrinsics and
-/// without fused passes.
+/// benchmark compares speed. Names, arguments and results equal those of namespace velmora bit for bit, also for NaN,
+/// infinities and any int. Among several plain versions, this is the fastest that uses no intrinsics and does not merge
+/// passes.
 namespace reference {
 
 void writeMeshPositions(float* positions, int vertexCount, const velmora::MeshShape& shape);
@@ -26,13 +26,13 @@ bool stepHeightField(const velmora::WaterGrids& grids, const velmora::WaterRecta
 void addVelocityKernel(const velmora::AddVelocity& pass);
 void advectVelocityKernel(const velmora::AdvectVelocity& pass);
 void computeDivergenceKernel(const velmora::ComputeDivergence& pass);
-/// Starts from pressure 0.
+/// Runs `count` iterations that start from pressure 0.
 void jacobiKernel(velmora::Jacobi& pass, std::int32_t count);
 void subtractGradientKernel(const velmora::SubtractGradient& pass);
 void packComponents(std::uint8_t* to, const float* from, std::ptrdiff_t count);
 
-/// Runs the operators of a projected step in order, with the parameters that the library's last step left in the
-/// passes, and packs the result.
+/// Repeats the operators of a projected step in order and packs the result. The parameters are those that the library's
+/// last step left in the passes.
 void repeatStep(velmora::EffectState& state);
 
 }  // namespace reference

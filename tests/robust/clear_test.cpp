@@ -8,8 +8,8 @@
 #include "tests/robust/stage.h"
 #include "tests/robust/worker_interposer.h"
 
-// clearInkValue at every moment of a frame and of a gesture. The next fluid step must empty the ink, whatever the rest
-// of the frame and later events write.
+// Calls clearInkValue at every moment of a frame and of a gesture. The next fluid step must empty the ink, whatever the
+// rest of the frame and later events change.
 
 namespace robust {
 namespace {
@@ -29,7 +29,7 @@ const struct {
      }},
 };
 
-/// A call in a frame: the `nth` call of a function.
+/// A moment in a frame: the `nth` call of a function.
 struct Moment {
     std::string function;
     int nth = 0;
@@ -38,7 +38,7 @@ const Moment moments[] = {{"between"},         {"glViewport", 1},   {"pthread_jo
                           {"glTexImage2D", 1}, {"glDrawArrays", 1}, {"glDrawArrays", 4},
                           {"glUseProgram", 5}, {"glUniform1f", 13}, {"glDrawElements", 1}};
 
-/// Draws a frame and clears the ink in one of its calls.
+/// Draws a frame and clears the ink during the call `moment`.
 void drawAndClearIn(Stage& stage, const Moment& moment) {
     const auto& [function, nth] = moment;
     if (function == "pthread_join") {
@@ -57,8 +57,9 @@ void drawAndClearIn(Stage& stage, const Moment& moment) {
     }
 }
 
-/// Returns a pixel two frames after a gesture. A clear comes during the first frame, at `moment`, or never if that is
-/// null. The second frame shows all ink again. The ink is black, so that little of it is visible.
+/// Returns a pixel after a gesture and two more frames. The ink is cleared at `moment` of the first frame; if `moment`
+/// is null, it is not cleared. The second frame shows all ink that is left. The ink is black, so that even a trace is
+/// visible.
 Bytes pixelAfter(const std::function<void(Stage&)>& play, const Moment* moment) {
     Stage stage;
     stage.arguments.inkRed = stage.arguments.inkGreen = stage.arguments.inkBlue = 0;
@@ -73,12 +74,12 @@ Bytes pixelAfter(const std::function<void(Stage&)>& play, const Moment* moment) 
     } else {
         stage.draw();
     }
-    // The first frame of a press shows all ink, adds none, and keeps the ink from drifting away.
+    // This down event shows the ink, adds none in this frame, and keeps the ink from drifting away.
     stage.tap(Down);
     return stage.pixelOfFrame(70);
 }
 
-TEST(Clear, EmptiesTheInkWheneverItComes) {
+TEST(Clear, EmptiesTheInkAtAnyMomentOfAFrame) {
     for (const auto& gesture : gestures) {
         SCOPED_TRACE(gesture.name);
         const Bytes uncleared = pixelAfter(gesture.play, nullptr);
@@ -91,7 +92,7 @@ TEST(Clear, EmptiesTheInkWheneverItComes) {
     }
 }
 
-TEST(Clear, EmptiesOnce) {
+TEST(Clear, EmptiesTheInkOnlyOnce) {
     Stage stage;
     stage.setUp();
     stage.tap(Down);
@@ -99,7 +100,7 @@ TEST(Clear, EmptiesOnce) {
     stage.clear();
     stage.tap(Down);
     stage.draw(11);
-    EXPECT_NE(stage.pixelOfFrame(70), background) << "ink of the next press; this frame adds none";
+    EXPECT_NE(stage.pixelOfFrame(70), background) << "the next press must show new ink";
 }
 
 }  // namespace

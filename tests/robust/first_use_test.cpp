@@ -3,23 +3,24 @@
 
 #include "tests/robust/stage.h"
 
-// Calls to a freshly loaded library.
+// Tests of calls to a freshly loaded library in an unusual order.
 
 namespace robust {
 namespace {
 
-TEST(FirstUse, AnyCallMayComeBeforeTheSettings) {
+TEST(FirstUse, EveryCallIsSafeBeforeOnInitSetting) {
     Stage stage;
     EXPECT_EQ(stage.shownInk(), 0);
     stage.draw();
     stage.clear();
     EXPECT_EQ(stage.shownInk(), 0);
     stage.initGpu();
-    EXPECT_EQ(hostkit::glRecorder().alive[hostkit::GlKind::program].size(), 1u) << "water alone";
+    EXPECT_EQ(hostkit::glRecorder().alive[hostkit::GlKind::program].size(), 1u)
+        << "expected only the water program";
     stage.tap(Down);
     EXPECT_EQ(stage.shownInk(), 1);
     stage.setting();
-    stage.draw(3);  // with ink but without resources
+    stage.draw(3);  // ink is enabled, but its resources do not exist yet
     EXPECT_EQ(stage.load(background, 1), 0);
     stage.draw();
 }
@@ -30,7 +31,7 @@ TEST(FirstUse, AFirstDragIsATapUntilItsFirstMeasuredMove) {
     EXPECT_EQ(stage.uniformsOfFrame()["advect.center"], "0, 1024");
     stage.touch(100, 120, Down);
     stage.draw(2);
-    stage.touch(106, 120, Move);  // starts a drag without a speed class
+    stage.touch(106, 120, Move);  // starts a drag whose speed is not measured yet
     for (const char* const expected :
          {"-1 radius 8 from 100, 904", "-1 radius 8 from 106, 904", "1 radius 25 from 106, 904"}) {
         auto uniforms = stage.uniformsOfFrame();

@@ -10,8 +10,8 @@
 
 #include "tests/robust/stage.h"
 
-// Counts the GL names that the library makes. Failures, repeated set-ups and replaced contexts must leave no name
-// behind and delete none twice.
+// Counts the GL names that the library creates. After failures, repeated set-ups and replaced contexts, no name may be
+// left over, and none may be deleted twice.
 
 namespace robust {
 namespace {
@@ -35,7 +35,7 @@ void refuse(const std::string& function, int nth) {
     };
 }
 
-TEST(GlNames, NoneIsLeftByASetUpThatFailed) {
+TEST(GlNames, AFailedSetUpLeavesNone) {
     const struct {
         std::string function;
         int calls;
@@ -74,7 +74,7 @@ TEST(GlNames, NoneIsLeftByASetUpThatFailed) {
     EXPECT_NE(stage.pixelOfFrame(70), background);
 }
 
-TEST(GlNames, WithoutAMeshBufferNothingIsDrawn) {
+TEST(GlNames, NothingIsDrawnIfAMeshBufferIsMissing) {
     for (int nth = 1; nth <= 3; ++nth) {
         Stage stage;
         refuse("glGenBuffers", nth);
@@ -85,14 +85,15 @@ TEST(GlNames, WithoutAMeshBufferNothingIsDrawn) {
     }
 }
 
-TEST(GlNames, NoneOfALostContextIsBoundInTheNext) {
+TEST(GlNames, NamesOfALostContextAreNotBoundInTheNextOne) {
     for (int nth = 1; nth <= 3; ++nth) {
         Stage stage;
         stage.setUp();
         stage.newContext();
         refuse("glGenBuffers", nth);
         stage.setUp();
-        EXPECT_EQ(stage.pixelOfFrame(5), magenta) << "drawn from a buffer of the lost context";
+        EXPECT_EQ(stage.pixelOfFrame(5), magenta)
+            << "the water was drawn from a buffer of the lost context";
     }
     Stage stage;
     stage.setUp();
@@ -100,7 +101,8 @@ TEST(GlNames, NoneOfALostContextIsBoundInTheNext) {
     stage.initGpu();
     hostkit::GlRecorder& recorder = hostkit::glRecorder();
     recorder.record([&stage] { stage.draw(); });
-    EXPECT_EQ(recorder.count("glDrawArrays"), 0) << "the quad's buffer is deleted";
+    EXPECT_EQ(recorder.count("glDrawArrays"), 0)
+        << "the quad buffer is deleted, so no pass may draw";
     EXPECT_EQ(recorder.count("glDrawElements"), 1);
     refuse("glGenTextures", 1);
     stage.load(background, 1);
@@ -108,12 +110,12 @@ TEST(GlNames, NoneOfALostContextIsBoundInTheNext) {
     EXPECT_EQ(recorder.strayDeletions, "");
 }
 
-TEST(GlNames, AMissingTargetLeavesTheScreenAlone) {
+TEST(GlNames, AMissingTargetDoesNotChangeTheScreen) {
     for (int nth = 1; nth <= 3; ++nth) {
         Stage stage;
         refuse("glGenFramebuffers", nth);
         stage.setUp();
-        // Water of no area.
+        // All indices are 0, so the water covers no pixel.
         std::ranges::fill(JniEnvironment::elements(stage.indices), jshort{0});
         stage.tap(Down);
         for (int frame = 0; frame < 6; ++frame) {
@@ -122,7 +124,7 @@ TEST(GlNames, AMissingTargetLeavesTheScreenAlone) {
     }
 }
 
-TEST(GlNames, ThroughAnyOrderOfSetUps) {
+TEST(GlNames, NoneLeaksInAnyOrderOfSetUps) {
     constexpr Counts most = {3 + 3, 3 + 1, 3, 6, 3};
     std::minstd_rand random(5);
     Stage stage;
@@ -130,7 +132,7 @@ TEST(GlNames, ThroughAnyOrderOfSetUps) {
     hostkit::GlRecorder& recorder = hostkit::glRecorder();
     recorder.refuse = [&](const char*, int) { return random() % 64 == 0; };
     int contexts = 1;
-    // The name of the quad's buffer survives its context; the next set-up deletes it.
+    // The name of the quad buffer outlives its context; the next set-up deletes it.
     bool isQuadStale = false;
     for (int call = 0; call < 500; ++call) {
         switch (random() % 8) {
@@ -149,7 +151,7 @@ TEST(GlNames, ThroughAnyOrderOfSetUps) {
                 stage.tap(static_cast<jint>(random() % 3));
                 break;
             case 5:
-                if (random() % 4 == 0) {  // a lost context takes all its names with it
+                if (random() % 4 == 0) {  // all names of a lost context are gone
                     stage.newContext();
                     recorder.alive.clear();
                     stage.initBuffers();

@@ -8,12 +8,13 @@
 #include "tests/robust/refused_memory.h"
 #include "tests/robust/stage.h"
 
-// Without memory, the library draws the water. It recovers at its next set-up.
+// If memory runs out, the library must still draw the water. It must recover at its next set-up.
 
 namespace robust {
 namespace {
 
-/// Sets up and draws while allocation number `first` fails. Returns the number of allocations.
+/// Sets up and draws while allocations fail: only number `first`, or all from `first` on. Returns the number of
+/// allocations that the library requested.
 int setUpWithout(Stage& stage, int first, RefusedMemory::Extent extent) {
     const RefusedMemory refused(first, extent);
     stage.setUp();
@@ -25,14 +26,14 @@ int setUpWithout(Stage& stage, int first, RefusedMemory::Extent extent) {
     return refused.asked();
 }
 
-TEST(Memory, WhereItLacksTheWaterIsDrawn) {
+TEST(Memory, IfItRunsOutTheWaterIsStillDrawn) {
     for (const auto extent : {RefusedMemory::Extent::one, RefusedMemory::Extent::allFromThere}) {
         int first = 1;
         for (int asked = first; asked >= first; ++first) {
             SCOPED_TRACE("allocation " + std::to_string(first));
             Stage stage;
             asked = setUpWithout(stage, first, extent);
-            // With memory, the next set-up makes the flow.
+            // Now memory is available, so the next set-up must create the flow.
             stage.initGpu();
             Uploads uploads;
             stage.tap(Cancel);
@@ -44,18 +45,18 @@ TEST(Memory, WhereItLacksTheWaterIsDrawn) {
     }
 }
 
-TEST(Memory, NoneIsKeptThatASetUpReplacesOrAfterTheUnload) {
+TEST(Memory, SetUpsAndTheUnloadFreeAllBlocks) {
     Stage stage;
     for (int time = 0; time < 3; ++time) {
         stage.setUp();
         stage.initGpu();
-        EXPECT_EQ(blocksHeld(), 15) << "seven names, seven grids and the packed bytes";
+        EXPECT_EQ(blocksHeld(), 15) << "seven pass names, seven grids and the packed velocity";
     }
     stage.loaded.unload();
     EXPECT_EQ(blocksHeld(), 0);
 }
 
-TEST(Memory, ASetUpThatFailsAfterOneThatDidNot) {
+TEST(Memory, ASecondSetUpMayFailAtAnyAllocation) {
     for (int first = 1; first <= 15; ++first) {
         SCOPED_TRACE("allocation " + std::to_string(first));
         Stage stage;
@@ -66,7 +67,7 @@ TEST(Memory, ASetUpThatFailsAfterOneThatDidNot) {
     }
 }
 
-TEST(Memory, WhereItLacksForAPictureTheOldOneStays) {
+TEST(Memory, IfAnImageCannotBeCopiedTheOldTextureStays) {
     Stage stage;
     stage.setUp();
     std::vector<std::uint8_t> pixels(2 * 8, 77);
@@ -74,7 +75,8 @@ TEST(Memory, WhereItLacksForAPictureTheOldOneStays) {
     {
         const RefusedMemory refused(1, RefusedMemory::Extent::one);
         padded.unlockResult = -1;
-        EXPECT_EQ(stage.load(padded, 1), -3) << "the first failure, not the one of unlockPixels";
+        EXPECT_EQ(stage.load(padded, 1), -3)
+            << "the result must be that of the first failure and not of unlockPixels";
         padded.unlockResult = 0;
     }
     EXPECT_EQ(padded.lockCount, 0);
@@ -83,7 +85,7 @@ TEST(Memory, WhereItLacksForAPictureTheOldOneStays) {
     EXPECT_NE(stage.pixelOfFrame(5), background);
 }
 
-TEST(Memory, NoFrameTakesAnyAfterTheFirstTwo) {
+TEST(Memory, OnlyTheFirstTwoFramesAllocate) {
     Stage stage(1080, 1920);
     stage.setUp();
     stage.tap(Down);

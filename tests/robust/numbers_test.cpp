@@ -7,8 +7,8 @@
 
 #include "tests/robust/stage.h"
 
-// Strokes that make velocities infinite or NaN. Every frame must be drawn. After the next tap, the flow must come to
-// rest and react to strokes again.
+// Plays strokes that make velocities infinite or NaN. The library must draw every frame. After the next tap, the flow
+// must come to rest and react to strokes again.
 
 namespace robust {
 namespace {
@@ -37,7 +37,7 @@ void slowDrag(Flow& flow, float pressure) {
     }
 }
 
-/// Alternates between a point of the screen and a point with the largest coordinates.
+/// Alternates between a point on the screen and points with the smallest or largest coordinates.
 void farJumps(Flow& flow) {
     flow.touch(75, 80, Down);
     for (int move = 0; move < 40; ++move) {
@@ -57,10 +57,10 @@ const struct {
     const char* name;
     std::function<void(Flow&)> strokes;
 } cases[] = {
-    {"velocities beyond the square root of what floats hold", [](Flow& f) { slowDrag(f, 1e10f); }},
+    {"velocities whose squares overflow a float", [](Flow& f) { slowDrag(f, 1e10f); }},
     {"infinite pressure", [](Flow& f) { slowDrag(f, infinity); }},
-    {"NaN for pressure", [](Flow& f) { slowDrag(f, std::nanf("")); }},
-    {"far jumps both ways", farJumps},
+    {"NaN pressure", [](Flow& f) { slowDrag(f, std::nanf("")); }},
+    {"jumps between the screen and far points", farJumps},
     {"a fast stroke of infinite width", wideFastStroke},
 };
 
@@ -75,11 +75,11 @@ TEST(Numbers, TheFlowRecoversAfterTheInkIsCleared) {
             flow.touch(80, 80, Up);
             flow.stage.draw(frames);
         };
-        // This tap replaces the settings of the last stroke; then the largest float decays.
+        // This tap replaces the settings of the last stroke. 5000 frames are enough for the largest float to decay.
         tapAndDraw(5000);
-        EXPECT_LT(flow.uploads.strongest, 1) << "the flow comes to rest";
+        EXPECT_LT(flow.uploads.strongest, 1) << "the flow must come to rest";
         tapAndDraw(4);
-        EXPECT_GT(flow.uploads.strongest, 1) << "and can be pushed again";
+        EXPECT_GT(flow.uploads.strongest, 1) << "a stroke must move the flow again";
         EXPECT_LT(flow.uploads.strongest, 127);
     }
 }
@@ -93,7 +93,7 @@ TEST(Numbers, AStrongFlowSaturatesAndDecays) {
         flow.touch(80 + move % 2, 80, Move, 200);
         saturated += flow.uploads.strongest == 127;
     }
-    EXPECT_GE(saturated, 37) << "of 40 frames; the first ones have no flow yet";
+    EXPECT_GE(saturated, 37) << "of 40 frames; in the first frames the flow is still weak";
     flow.touch(80, 80, Up);
     flow.stage.draw(4);
     EXPECT_EQ(flow.uploads.strongest, 127);

@@ -10,12 +10,12 @@
 #include "fuzz/call_driver.h"
 #include "tests/host/loaded_library.h"
 
-// Random calls from two threads. VELMORA_SEED=N runs only that seed, VELMORA_SEEDS=N runs N seeds.
+// Makes random calls from two threads. VELMORA_SEED=N runs only the seed N, VELMORA_SEEDS=N runs N seeds.
 
 namespace {
 
 void driveSeed(std::uint32_t seed, fuzz::DriveReport& report) {
-    // Printed before the run, so that after a crash the last line is the seed.
+    // Print the seed before the run, so that it is the last line of output after a crash.
     std::cout << "VELMORA_SEED=" << seed << std::endl;
     std::optional<testhost::LoadedLibrary> library(std::in_place);
     const auto reload = [&library] {
@@ -27,7 +27,7 @@ void driveSeed(std::uint32_t seed, fuzz::DriveReport& report) {
     fuzz::drive({library->methods, reload}, fuzz::bytesOfSeed(seed, 12000), report);
 }
 
-TEST(RandomCalls, NoneIsTheLast) {
+TEST(RandomCalls, DoNotCrashOrViolateTheContract) {
     const char* const only = std::getenv("VELMORA_SEED");
     const char* const many = std::getenv("VELMORA_SEEDS");
     const int first = only ? std::atoi(only) : 1;
@@ -35,12 +35,12 @@ TEST(RandomCalls, NoneIsTheLast) {
     fuzz::DriveReport sum;
     for (int seed = first; seed < first + count; ++seed) {
         driveSeed(static_cast<std::uint32_t>(seed), sum);
-        EXPECT_EQ(sum.faults, std::vector<std::string>{}) << "with seed " << seed;
+        EXPECT_EQ(sum.violations, std::vector<std::string>{}) << "with seed " << seed;
     }
     EXPECT_GT(sum.frames, 10 * count);
     std::cout << count << " seeds: " << sum.calls << " calls, " << sum.frames << " frames, "
               << sum.contexts << " contexts, " << sum.reloads << " reloads, "
-              << sum.touchThreadCalls << " calls beside\n";
+              << sum.touchThreadCalls << " calls on touch threads\n";
 }
 
 }  // namespace

@@ -22,7 +22,7 @@ namespace {
 
 std::atomic<bool> isCounting = false, refusesAllFromThere = false;
 std::atomic<int> firstRefused = 0, allocationsAsked = 0;
-/// Blocks that the library holds. There is room for more than it ever takes.
+/// Blocks that the library holds. There are more places than the library ever needs.
 std::array<std::atomic<void*>, 64> held{};
 
 bool isRefused() {
@@ -33,7 +33,7 @@ bool isRefused() {
     return number == firstRefused || (refusesAllFromThere && number > firstRefused);
 }
 
-/// Replaces `last` by `next`.
+/// Replaces the entry `last` of `held` by `next`.
 void replaceHeld(void* last, void* next) {
     for (std::atomic<void*>& place : held) {
         if (void* found = last; place.compare_exchange_strong(found, next)) {
@@ -55,7 +55,7 @@ void* allocate(void* caller, Allocation allocation) {
     return block;
 }
 
-/// Frees a block of any caller: a tail call of the library has no caller of its own.
+/// Frees a block, whoever the caller is: if the library frees in a tail call, the return address is not in the library.
 void release(void* block) {
     if (block) {
         replaceHeld(block, nullptr);
@@ -89,8 +89,8 @@ long blocksHeld() {
 using robust::allocate, robust::release;
 #define CALLER __builtin_return_address(0)
 
-// The library's imports bind to these functions instead of those of the C and C++ libraries. tools/check-symbols checks
-// that it imports no other allocation function.
+// The library's calls bind to the functions below instead of those of the C and C++ libraries. tools/check-symbols
+// checks that the library imports no other allocation function.
 #pragma GCC visibility push(default)
 extern "C" {
 

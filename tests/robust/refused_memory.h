@@ -1,12 +1,12 @@
 #pragma once
 
-// Replaces the memory functions that the library imports. The sanitizers also replace them, so a program with this file
-// is built without sanitizers.
+// Replaces the memory functions that the library imports. Sanitizers replace them too, so a program that uses this file
+// is built only without sanitizers.
 
 namespace robust {
 
-/// During its lifetime, counts the library's allocations and lets some fail: number `first` alone, or all from there
-/// on. If `first` is 0 and the extent is one, none fails.
+/// While an object exists, counts the library's allocations and makes some of them fail: only number `first`, or all
+/// from `first` on. If `first` is 0 and the extent is `one`, none fails.
 class RefusedMemory {
 public:
     enum class Extent { one, allFromThere };

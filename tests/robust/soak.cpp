@@ -16,8 +16,8 @@
 #include "hostkit/effect_host.h"
 #include "hostkit/gesture_script.h"
 
-// Draws the frames of hours of gestures and measures the process: resident memory, heap, file descriptors and threads.
-// None may grow after the warm-up.
+// Draws as many frames as hours of gestures, and measures the process: resident memory, heap, file descriptors and
+// threads. After the warm-up, none of these may grow.
 
 namespace {
 
@@ -40,7 +40,7 @@ long entries(const char* folder) {
 }
 
 Usage currentUsage() {
-    std::this_thread::sleep_for(std::chrono::milliseconds(100));  // time for the worker to end
+    std::this_thread::sleep_for(std::chrono::milliseconds(100));  // gives the worker time to end
     long pages = 0, resident = 0;
     std::ifstream("/proc/self/statm") >> pages >> resident;
     const struct mallinfo2 heap = mallinfo2();
@@ -55,7 +55,7 @@ void print(int frame, const Usage& usage) {
     std::fflush(stdout);
 }
 
-/// A random finger: it taps, drags at all speeds, jumps, is cancelled and rests.
+/// A random finger that taps, drags at all speeds, jumps, is cancelled and pauses.
 class RandomFinger {
 public:
     explicit RandomFinger(unsigned seed) : random(seed) {}
@@ -94,7 +94,7 @@ private:
 };
 
 /// Returns true if nothing grew. Some pages of stacks and of the rasteriser are first used long after the warm-up, so a
-/// little growth is allowed. A leak of one byte per frame exceeds it soon.
+/// little growth is allowed. A leak of one byte per frame soon exceeds this limit.
 bool isFlat(const Usage& start, const Usage& end) {
     constexpr int lateHeap = 16, lateResident = 512;  // kilobytes
     return end.heapKilobytes <= start.heapKilobytes + lateHeap &&
@@ -103,7 +103,7 @@ bool isFlat(const Usage& start, const Usage& end) {
 }
 
 int soak(const Options& options) {
-    // Few water cells: the test needs many frames, not a large screen.
+    // Few water cells are enough, because the test needs many frames and not a large screen.
     hostkit::EffectHost host(
         {.width = screenWidth, .height = screenHeight, .water = {.shortSideCells = 16}});
     hostkit::GestureScript script;
@@ -114,8 +114,8 @@ int soak(const Options& options) {
     RandomFinger finger(options.seed);
     Usage warm{}, now{};
     for (int frame = 0; frame <= options.frames; ++frame) {
-        // Limits rasterisation to a corner, because a software rasteriser spends most of a frame in the ink targets.
-        // Set in each frame, because a script may replace the context.
+        // Draw only a corner, because a software rasteriser spends most of a frame in the ink targets. This is set in
+        // each frame, because a script may replace the context.
         glEnable(GL_SCISSOR_TEST);
         glScissor(0, 0, screenWidth, screenHeight);
         const int ofTurn = frame % (script.frames + 600);
@@ -131,13 +131,14 @@ int soak(const Options& options) {
         }
         warm = frame == options.warmUp ? now : warm;
     }
-    std::puts(isFlat(warm, now) ? "nothing grew after the warm-up" : "GREW after the warm-up");
+    std::puts(isFlat(warm, now) ? "the process did not grow after the warm-up"
+                                : "the process GREW after the warm-up; look for a leak");
     return isFlat(warm, now) ? 0 : 1;
 }
 
 }  // namespace
 
-// getopt, because the player's option library compiles slowly.
+// Uses getopt, because the player's option library would make this file slow to compile.
 int main(int count, char** arguments) {
     constexpr option names[] = {{"frames", required_argument, nullptr, 'f'},
                                 {"warm-up", required_argument, nullptr, 'w'},
@@ -161,8 +162,11 @@ int main(int count, char** arguments) {
                 break;
             default:
                 std::puts(
-                    "options: --frames N, --warm-up N (frames before memory is compared), --seed N "
-                    "(of the random gestures), --script FILE (played between them)");
+                    "usage: velmora-soak [--frames N] [--warm-up N] [--seed N] [--script FILE]\n"
+                    "  --frames   number of frames to draw\n"
+                    "  --warm-up  number of frames before the first measurement\n"
+                    "  --seed     seed of the random gestures\n"
+                    "  --script   gesture script to play between the random gestures");
                 return 2;
         }
     }

@@ -14,33 +14,33 @@ namespace robust {
 using namespace testhost;
 
 const Bytes magenta = {255, 0, 255, 255};
-/// Colour of the background, which flat water without ink shows unchanged.
+/// Colour of the background. Flat water that shows no ink does not change it.
 const Bytes background = {200, 100, 50, 255};
 
-/// A screen with a mesh of one quad and a background of one colour. The screen has the size of the ink targets. Only
-/// the lower left corner of both is rasterised; `tap` touches its middle.
+/// A screen whose mesh is one quad and whose background has one colour. The screen has the size of the ink targets.
+/// Only the lower left corner of both is drawn; `tap` touches the middle of this corner.
 struct Stage : TestHost {
     explicit Stage(int screenWidth = 512, int screenHeight = 1024)
         : TestHost(screenWidth, screenHeight, quadMesh) {
-        pictures = {Bytes(), background, Bytes()};
+        images = {Bytes(), background, Bytes()};
         rasterise(160);
     }
-    /// Sends a touch 70 pixels from the left and the lower edge.
+    /// Sends a touch event 70 pixels from the left and from the lower edge.
     void tap(jint action) { touch(70, height - 70, action); }
-    /// Paints the screen magenta. Pixels that are not drawn later stay magenta.
+    /// Paints the screen magenta. Pixels that the library does not draw afterwards stay magenta.
     static void paint() {
         glBindFramebuffer(GL_FRAMEBUFFER, 0);
         glClearColor(1, 0, 1, 1);
         glClear(GL_COLOR_BUFFER_BIT);
     }
-    /// Returns the pixel at (place, place), from the lower left.
+    /// Returns the pixel `place` pixels from the left and from the lower edge.
     static Bytes pixel(int place) {
         glBindFramebuffer(GL_FRAMEBUFFER, 0);
         Bytes pixel(4);
         glReadPixels(place, place, 1, 1, GL_RGBA, GL_UNSIGNED_BYTE, pixel.data());
         return pixel;
     }
-    /// Paints the screen, draws a frame and returns a pixel.
+    /// Paints the screen, draws a frame and returns the pixel at `place`.
     Bytes pixelOfFrame(int place) {
         paint();
         draw();
@@ -48,7 +48,7 @@ struct Stage : TestHost {
     }
 };
 
-/// Velocities of the last upload.
+/// Observes the velocities that the library uploads.
 struct Uploads {
     Uploads() {
         hostkit::glRecorder().textureUpload = [this](int, int, auto bytes) {
@@ -59,7 +59,7 @@ struct Uploads {
         };
     }
     bool isStill() const { return strongest == 0; }
-    /// Largest component, at most 127.
+    /// Largest component of the last upload, at most 127.
     double strongest = 0;
 };
 

@@ -11,12 +11,12 @@
 
 #include "tests/robust/stage.h"
 
-// A touch thread beside the render thread: a frame must see an event completely or not at all.
+// Sends touches on another thread while frames are drawn. A frame must see an event completely or not at all.
 
 namespace robust {
 namespace {
 
-/// Maximum number of touches per frame, so that touches come during all frames.
+/// Maximum number of touches per frame. It makes the touches last for many frames.
 constexpr int eventsPerFrame = 10;
 
 /// Calls `act` with 0 to `count` - 1 on another thread while this thread calls `frame`. Returns the number of frames.
@@ -40,8 +40,8 @@ int beside(int count, Act act, Frame frame) {
     return frames;
 }
 
-/// Events with matching fields: both coordinates and the pressure follow from one number, the place. If radius and
-/// points of a stroke do not match, the frame has mixed two events.
+/// Both coordinates and the pressure of an event are computed from one number, the place. So if the radius and the
+/// points of a stroke belong to different places, the frame has mixed two events.
 constexpr int side = 720, firstPlace = 90, places = 499;
 
 float pressureAt(int place) {
@@ -51,7 +51,7 @@ std::string pointAt(int place) {
     return std::to_string(place) + ", " + std::to_string(side - place);
 }
 
-TEST(TouchThread, AFrameSeesAnEventWhollyOrNotAtAll) {
+TEST(TouchThread, AFrameSeesAnEventCompletelyOrNotAtAll) {
     Stage stage(side, side);
     stage.setUp();
     stage.rasterise(1);
@@ -60,20 +60,22 @@ TEST(TouchThread, AFrameSeesAnEventWhollyOrNotAtAll) {
     };
     touch(firstPlace, Down);
     touch(firstPlace + 2, Move);  // starts a drag
-    touch(firstPlace + 3, Move);  // measures its speed
+    touch(firstPlace + 3, Move);  // sets the drag's speed class
     std::string last = pointAt(firstPlace);
     std::set<std::string> seen;
-    const auto nextEvent = [&touch](int event) {  // one pixel on: a slow drag
+    const auto nextEvent = [&touch](int event) {  // moves by one pixel, as a slow drag
         touch(firstPlace + (event + 4) % places, Move);
     };
     const int frames = beside(10000, nextEvent, [&] {
         auto uniforms = stage.uniformsOfFrame();
         const std::string current = uniforms["impulse.current"];
         const int place = std::stoi(current);
-        EXPECT_EQ(hostkit::glRecorder().count("glDrawArrays"), 4 + 1) << "one stroke a frame";
-        EXPECT_EQ(current, pointAt(place)) << "mixed from two events";
-        EXPECT_EQ(uniforms["impulse.previous"], last) << "a stroke starts where the last one ended";
-        // The jump back to the first place is a fast drag with a fixed radius.
+        EXPECT_EQ(hostkit::glRecorder().count("glDrawArrays"), 4 + 1)
+            << "expected four advection quads and one stroke";
+        EXPECT_EQ(current, pointAt(place)) << "the stroke mixes two events";
+        EXPECT_EQ(uniforms["impulse.previous"], last)
+            << "a stroke must start where the last one ended";
+        // The jump back to the first place is a fast drag, whose radius is fixed.
         const float radius = std::stof(uniforms["impulse.Radius"]);
         const float ofPressure = 40 * (0.2f + pressureAt(place) * pressureAt(place));
         EXPECT_TRUE(radius == 30 || std::abs(radius - ofPressure) < 0.01f) << radius << current;
@@ -85,7 +87,7 @@ TEST(TouchThread, AFrameSeesAnEventWhollyOrNotAtAll) {
     std::cout << frames << " frames, " << seen.size() << " places\n";
 }
 
-TEST(TouchThread, ClearingAndAskingFromAnotherThread) {
+TEST(TouchThread, ClearAndQueryCallsRunDuringFrames) {
     Stage stage(240, 240);
     stage.setUp();
     stage.rasterise(16);
@@ -95,7 +97,8 @@ TEST(TouchThread, ClearingAndAskingFromAnotherThread) {
         } else {
             stage.touch(100 + call % 40, 100 + call % 30, call % 7 == 0 ? Down : Move);
         }
-        EXPECT_EQ(stage.shownInk(), call % 3 == 0 ? 0 : 1) << "only this thread touches and clears";
+        EXPECT_EQ(stage.shownInk(), call % 3 == 0 ? 0 : 1)
+            << "no other thread shows or hides the ink";
     };
     EXPECT_GT(beside(3000, clearOrTouch, [&stage] { stage.draw(); }), 100);
     stage.clear();

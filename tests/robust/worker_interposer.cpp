@@ -24,7 +24,7 @@ std::mutex lock;
 std::condition_variable changed;
 bool held = false, released = false;  // guarded by `lock`
 
-// State of a worker.
+// State of the worker thread.
 thread_local int jittersLeft = 0;
 thread_local Moment heldAt = Moment::none;
 
@@ -82,7 +82,7 @@ void release() {
 
 using namespace robust;
 
-// The library's imports bind to these functions instead of those of the C library or of a sanitizer.
+// The library's calls bind to the functions below instead of those of the C library or of a sanitizer.
 #pragma GCC visibility push(default)
 extern "C" {
 
@@ -94,7 +94,7 @@ int pthread_create(pthread_t* thread, const pthread_attr_t* attributes, void* (*
     }
     if (threadsToRefuse > 0) {
         --threadsToRefuse;
-        *thread = static_cast<pthread_t>(-1);  // an invalid handle, as a failed call may leave
+        *thread = static_cast<pthread_t>(-1);  // invalid, because a failed call may leave any value
         return EAGAIN;
     }
     ++threadsStarted;

@@ -3,25 +3,25 @@
 #include <atomic>
 #include <functional>
 
-// Replaces the thread functions that the library imports. A test can hold the solver worker at a chosen moment, or let
+// Replaces the thread functions that the library imports. A test can stop the solver worker at a chosen moment, or make
 // the creation of a thread fail. Calls from other code are forwarded unchanged.
 
 namespace robust {
 
-/// Moments of a solver step: its start, two in the middle, and its end, before the thread ends.
+/// Moments of a solver step: its start, its two calls of rand, and its end, before the thread ends.
 enum class Moment { none, start, firstJitter, secondJitter, end };
 
 /// Moment at which the next worker stops until it is joined or released.
 extern std::atomic<Moment> nextHold;
-/// Waits until the worker has reached that moment.
+/// Waits until the worker has stopped at that moment.
 void waitUntilHeld();
 bool isHeld();
 void release();
 
-/// Runs once, while the library waits for its next worker.
+/// Function that runs once, while the library waits for its next worker.
 extern std::function<void()> whileJoining;
 
-/// Number of the library's next thread creations that fail for lack of resources.
+/// Number of thread creations by the library, from the next one on, that fail with EAGAIN.
 extern std::atomic<int> threadsToRefuse;
 
 /// Numbers of threads that the library has started and joined since the program started.

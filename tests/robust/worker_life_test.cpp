@@ -8,7 +8,7 @@
 #include "tests/robust/stage.h"
 #include "tests/robust/worker_interposer.h"
 
-// The solver worker during all calls of a host, and without threads.
+// Tests the solver worker during all calls of a host, and a system that cannot create threads.
 
 namespace robust {
 namespace {
@@ -16,7 +16,7 @@ namespace {
 constexpr Moment moments[] = {Moment::start, Moment::firstJitter, Moment::secondJitter,
                               Moment::end};
 
-/// A stage that has drawn a frame whose worker has stopped at a moment.
+/// A stage after a frame whose worker has stopped at a chosen moment.
 struct HeldStep {
     explicit HeldStep(Moment moment) {
         stage.setUp();
@@ -32,7 +32,7 @@ struct HeldStep {
     int joined = 0;
 };
 
-TEST(Worker, IsJoinedBeforeAnythingItUsesGoes) {
+TEST(Worker, IsJoinedBeforeItsDataIsFreed) {
     const struct {
         const char* name;
         std::function<void(Stage&)> act;
@@ -64,7 +64,7 @@ TEST(Worker, IsJoinedBeforeAnythingItUsesGoes) {
     EXPECT_EQ(threadsStarted, threadsJoined);
 }
 
-TEST(Worker, HoldsUpNoTouchAndNoPicture) {
+TEST(Worker, DoesNotDelayTouchesOrFrames) {
     for (const Moment moment : moments) {
         HeldStep step(moment);
         Stage& s = step.stage;
@@ -79,8 +79,8 @@ TEST(Worker, HoldsUpNoTouchAndNoPicture) {
     EXPECT_EQ(threadsStarted, threadsJoined);
 }
 
-/// Returns the calls and uploads of three frames. `act` runs just before the first frame, or while that frame waits for
-/// its worker.
+/// Returns the GL calls and uploads of three frames. `act` runs before the first frame or, if `isBefore` is false,
+/// while that frame waits for its worker.
 std::string framesAround(bool isBefore, const std::function<void(Stage&)>& act) {
     Stage stage;
     stage.setUp();
@@ -100,7 +100,7 @@ std::string framesAround(bool isBefore, const std::function<void(Stage&)>& act) 
     return seen;
 }
 
-TEST(Worker, WhatComesWhileAFrameWaitsReachesThatFrameAndItsWorker) {
+TEST(Worker, EventsDuringTheWaitReachThatFrameAndItsWorker) {
     const std::function<void(Stage&)> acts[] = {
         [](Stage& s) { s.touch(90, s.height - 110, Move); },
         [](Stage& s) { s.touch(90, s.height - 110, Cancel); },
@@ -111,8 +111,8 @@ TEST(Worker, WhatComesWhileAFrameWaitsReachesThatFrameAndItsWorker) {
     }
 }
 
-// Hosts may take this call as the sign that the solver step is done.
-TEST(Worker, IsJoinedWhenAFrameBindsItsFirstTexture) {
+// A host may use this call as the sign that the solver step has finished.
+TEST(Worker, IsJoinedBeforeAFrameBindsItsFirstTexture) {
     Stage stage;
     stage.setUp();
     stage.draw();
@@ -127,7 +127,7 @@ TEST(Worker, IsJoinedWhenAFrameBindsItsFirstTexture) {
     EXPECT_EQ(joinedAtBind, started);
 }
 
-TEST(Worker, ThreadsThatCannotBeHadAreDoneWithout) {
+TEST(Worker, IfNoThreadCanBeCreatedTheWaterIsStillDrawn) {
     Stage stage;
     stage.setUp();
     Uploads uploads;
@@ -137,14 +137,14 @@ TEST(Worker, ThreadsThatCannotBeHadAreDoneWithout) {
     for (int frame = 0; frame < 5; ++frame) {
         EXPECT_EQ(stage.pixelOfFrame(5), background);
     }
-    EXPECT_NE(stage.pixelOfFrame(70), background) << "the ink of the tap";
+    EXPECT_NE(stage.pixelOfFrame(70), background) << "the frame must show the ink of the tap";
     EXPECT_EQ(threadsStarted, started + 1);
     EXPECT_EQ(threadsJoined, joined);
     EXPECT_TRUE(uploads.isStill());
     stage.tap(Down);
     stage.draw(4);
     EXPECT_FALSE(uploads.isStill());
-    // A failure between two successes, then calls that wait for the last worker.
+    // One creation fails between two that succeed. Then calls follow that wait for the last worker.
     threadsToRefuse = 1;
     stage.draw();
     stage.initGpu();

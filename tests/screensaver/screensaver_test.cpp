@@ -7,13 +7,17 @@
 
 #include <algorithm>
 #include <chrono>
-#include <cmath>
+#include <cstdlib>
+#include <fstream>
+#include <iterator>
 #include <memory>
 #include <random>
 #include <regex>
 #include <set>
+#include <sstream>
 #include <string>
 #include <thread>
+#include <utility>
 #include <vector>
 
 #include "foreign_window.h"
@@ -166,7 +170,6 @@ TEST_F(ScreensaverTest, DrawsOnlyInTheForeignWindowAndFollowsIt) {
         const int x = at % width;
         const int y = at / width;
         const bool inside = x >= 40 && x < 240 && y >= 30 && y < 180;
-        // Around the window, and in its corner, which no stroke reaches this early.
         ASSERT_TRUE(inside || pixel(shown, x, y) == black) << x << " " << y;
     }
     EXPECT_TRUE(window.leavesInputAlone());
@@ -194,7 +197,6 @@ TEST_F(ScreensaverTest, TheVariableNamesTheWindowAndRootFillsTheScreen) {
 }
 
 TEST_F(ScreensaverTest, AMissingPictureGivesOneLineAndAPlainPicture) {
-    write("bin/x", "");
     fs::create_directory(folder / "empty");
     fs::create_directory(folder / "bin");
     write("bin/xscreensaver-getimage", "#!/bin/sh\nexit 1\n");
@@ -213,7 +215,7 @@ TEST_F(ScreensaverTest, AMissingPictureGivesOneLineAndAPlainPicture) {
         const std::string line = contents("err");
         EXPECT_NE(line.find(expected), std::string::npos) << line;
         EXPECT_EQ(line.find('\n'), line.size() - 1) << line;
-        window.moveAndResize(40, 30, 200, 150);
+        // Paints over the plain picture, so that the next case must draw it again.
         startSaver("", into + " --picture red.png");
         EXPECT_TRUE(shows(red, 45, 35));
         kill(saver, SIGTERM);
@@ -285,15 +287,16 @@ TEST_F(ScreensaverTest, EndsWithoutAWordWhenKilledAtAnyMoment) {
     }
 }
 
-TEST_F(ScreensaverTest, MemoryStaysFlatAndAnIdleEffectDrawsNothing) {
+TEST_F(ScreensaverTest, MemoryStaysFlat) {
     fs::create_directory(folder / "pictures");
     fs::copy(folder / "red.png", folder / "pictures");
     fs::copy(folder / "blue.png", folder / "pictures");
     window.moveAndResize(0, 0, 64, 48);
-    // Twenty times the speed, so that all strokes, rests, fades and presets follow each other in seconds.
+    // Twenty times the speed, so that strokes, rests, fades and presets follow each other in seconds. Ink would take most
+    // of the time.
     startSaver(interposed + " CLOCK_FACTOR=20",
-               into + " --picture pictures --preset random --duration 10");
-    ASSERT_TRUE(waitFor([&] { return framesDrawn() >= 4000; })) << contents("frames");
+               into + " --picture pictures --preset random --duration 10 --no-ink --rain 5");
+    ASSERT_TRUE(waitFor([&] { return framesDrawn() >= 3000; })) << contents("frames");
     std::istringstream lines(contents("frames"));
     int frame = 0;
     int early = 0;
@@ -301,6 +304,121 @@ TEST_F(ScreensaverTest, MemoryStaysFlatAndAnIdleEffectDrawsNothing) {
         early = frame == 1000 ? memory : early;
         EXPECT_TRUE(early == 0 || memory < early + 4000) << memory << " kB at frame " << frame;
     }
+}
+
+/// Runs XScreenSaver with the installed program. XScreenSaver runs no programs as root, so root becomes another user.
+class XScreenSaverTest : public ScreensaverTest {
+protected:
+    XScreenSaverTest() {
+        const std::string home = folder.string();
+        run("cmake --install " VELMORA_BUILD " --component screensaver --prefix usr >installed");
+        write("passwd", "root:x:0:0::/root:/bin/sh\nuser:x:12345:12345::" + home + ":/bin/sh\n");
+        save(paint(width, height,
+                   [](double x, double y) {
+                       const bool light =
+                           (static_cast<int>(x * 16) + static_cast<int>(y * 12)) % 2 == 0;
+                       return light ? Rgb{230, 200, 150} : Rgb{40, 90, 120};
+                   }),
+             "squares.png");
+        write("drag.gesture",
+              "screen 480 360\nframes 40\n1 down 120 100 1\n4 move 160 130 1\n8 move 220 170 1\n"
+              "12 move 300 200 1\n16 up 300 200 1\n");
+        // One frame of the gesture lasts a third of a second, so that a screenshot shows exactly one.
+        write(".xscreensaver",
+              "mode: one\nselected: 0\nlock: True\nlockTimeout: 1:00:00\nfade: False\n"
+              "unfade: False\nsplash: False\ndpmsEnabled: False\nprograms: velmora-screensaver "
+              "--root --picture " +
+                  home + "/squares.png --speed 0.05 --script " + home + "/drag.gesture \\n\\\n");
+        run("[ $(id -u) != 0 ] || chown -R 12345:12345 .");
+        daemon = start("exec " + asUser("xscreensaver --no-splash >daemon 2>&1"));
+    }
+    ~XScreenSaverTest() override {
+        kill(daemon, SIGTERM);
+        waitpid(daemon, nullptr, 0);
+    }
+
+    std::string asUser(const std::string& command) const {
+        const std::string home = folder.string();
+        const std::string ordinary =
+            "env HOME=" + home + " PATH=" + home + "/usr/bin:$PATH " + command;
+        return geteuid() != 0 ? ordinary
+                              : "unshare -m sh -c 'cd " + home +
+                                    " && mount --bind passwd /etc/passwd && exec setpriv "
+                                    "--reuid=12345 --regid=12345 --clear-groups " +
+                                    ordinary + "'";
+    }
+    /// Sends a command to XScreenSaver.
+    bool tell(const std::string& command) const {
+        return run(asUser("xscreensaver-command " + command + " >told 2>&1")) == 0;
+    }
+    bool saverRuns() const {
+        return run("pgrep -f " + folder.string() + "/[s]quares >/dev/null") == 0;
+    }
+    /// Returns the player's frames of the gesture that differ from the picture.
+    std::vector<Pixbuf> framesOfPlayer() const {
+        EXPECT_EQ(run(VELMORA_PLAYER " squares.png --second squares.png --headless --script "
+                                     "drag.gesture --size 480x360 --out film >player 2>&1"),
+                  0)
+            << contents("player");
+        const Pixbuf picture = load("squares.png");
+        std::vector<Pixbuf> frames;
+        for (const auto& entry : fs::directory_iterator(folder / "film")) {
+            Pixbuf frame = load(entry.path());
+            if (entry.path().stem().string().starts_with("frame") &&
+                differences(frame, picture) > 2000) {
+                frames.push_back(std::move(frame));
+            }
+        }
+        return frames;
+    }
+    static int differences(const Pixbuf& one, const Pixbuf& other) {
+        int count = 0;
+        for (int at = 0; at < width * height; ++at) {
+            count +=
+                isNear(pixel(one, at % width, at / width), pixel(other, at % width, at / width))
+                    ? 0
+                    : 1;
+        }
+        return count;
+    }
+
+    /// Returns true if a quarter of the screen has the light grey of the password dialogue.
+    static bool dialogueCovers(const Pixbuf& shown) {
+        int count = 0;
+        for (int at = 0; at < width * height; ++at) {
+            const Rgb color = pixel(shown, at % width, at / width);
+            count += isNear(color, {color[0], color[0], color[0]}) && color[0] > 215 ? 1 : 0;
+        }
+        return count > width * height / 4;
+    }
+
+    pid_t daemon = 0;
+};
+
+TEST_F(XScreenSaverTest, ShowsThePlayersFramesAndEndsAndLocks) {
+    const std::vector<Pixbuf> expected = framesOfPlayer();
+    ASSERT_GT(expected.size(), 3u);
+    ASSERT_TRUE(waitFor([&] { return tell("-time"); })) << contents("told");
+    tell("-activate");
+    EXPECT_TRUE(waitFor([&] {
+        const Pixbuf shown = window.screenshot();
+        return std::ranges::any_of(
+            expected, [&](const Pixbuf& frame) { return differences(frame, shown) == 0; });
+    })) << contents("daemon");
+    EXPECT_TRUE(saverRuns());
+
+    tell("-deactivate");
+    EXPECT_TRUE(waitFor([&] { return !saverRuns(); }));
+    EXPECT_TRUE(shows(black, 5, 5));
+
+    tell("-lock");
+    const Pixbuf picture = load("squares.png");
+    EXPECT_TRUE(shows(pixel(picture, 5, 5), 5, 5));
+    EXPECT_TRUE(waitFor([&] {
+        run("xdotool key shift");
+        return dialogueCovers(window.screenshot());
+    }));
+    EXPECT_TRUE(saverRuns());
 }
 
 }  // namespace

@@ -8,11 +8,11 @@
 #include <EGL/egl.h>
 #include <dlfcn.h>
 #include <signal.h>
-#include <time.h>
 #include <unistd.h>
 
 #include <cstdio>
 #include <cstdlib>
+#include <ctime>
 
 namespace {
 

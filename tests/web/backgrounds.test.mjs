@@ -7,8 +7,8 @@ import { tmpdir } from "node:os";
 import { join } from "node:path";
 import { after, before, test } from "node:test";
 import {
-    close, difference, drag, frames, interceptFileChoosers, launch, makeImage, open, readFrame, sendFiles,
-    set, settings, softwareGl, waitForCanvasWidth, waitForToast, waitUntilIdle,
+    close, difference, drag, frames, interceptFileChoosers, launch, makeImage, needs, open, readFrame, sendFiles,
+    set, settings, waitForCanvasWidth, waitForToast, waitUntilIdle,
 } from "./page.mjs";
 
 let browser;
@@ -80,7 +80,9 @@ test("a dropped or pasted image becomes the background, and the previous one the
 test("a thumbnail chooses a painting", async () => {
     const page = await open(browser);
     const sand = await readFrame(page);
-    await page.evaluate(() => document.querySelector(".paintings [value=paper]").click());
+    await page.keyboard.press("Tab");
+    await page.getByText("Picture", { exact: true }).click();
+    await page.getByRole("button", { name: "paper" }).click();
     assert.ok(difference(sand, await readFrame(page)) > 10, "the frame must show the other painting");
     await close(page);
 });
@@ -101,7 +103,7 @@ test("a resize crops the painting and does not change it", async () => {
     await close(page);
 });
 
-test("a chosen image larger than the screen is shown in portrait and in landscape", async () => {
+test("a chosen image larger than the screen is shown in portrait and in landscape", needs("fileChoosers"), async () => {
     const page = await open(browser);
     await interceptFileChoosers(page);
     const large = await makeImage(page, [5000, 3000], [["red", 0, 0, 5000, 1500], ["blue", 0, 1500, 5000, 1500]]);
@@ -174,9 +176,8 @@ test("an animated image or a video plays as the background, and stands still dur
     await close(page);
 });
 
-test("the camera can be the background, and a refused camera is reported", async () => {
-    const fake = ["--use-fake-device-for-media-stream", "--use-fake-ui-for-media-stream"];
-    const withCamera = await launch([...softwareGl, ...fake]);
+test("the camera can be the background, and a refused camera is reported", needs("roles"), async () => {
+    const withCamera = await launch({ camera: true });
     for (const [one, message] of [[browser, "The camera is missing or not allowed"], [withCamera, "The camera is the background now"]]) {
         const page = await open(one, { size: [96, 160] });
         const before = await readFrame(page);

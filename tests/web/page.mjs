@@ -1,4 +1,4 @@
-// Helpers that open the page in headless Chromium, control it and read its frames.
+// Helpers that open the page in a browser engine (see engines/engine.mjs), control it and read its frames.
 
 import assert from "node:assert/strict";
 import { mkdirSync } from "node:fs";
@@ -7,25 +7,18 @@ import { readFileSync } from "node:fs";
 import { createRequire } from "node:module";
 import { dirname, join } from "node:path";
 import { fileURLToPath, pathToFileURL } from "node:url";
+import { engine } from "./engines/engine.mjs";
+
+export { needs } from "./engines/engine.mjs";
+export const { launch } = engine;
 
 export const top = join(dirname(fileURLToPath(import.meta.url)), "../..");
 export const file = process.env.VELMORA_PAGE ?? join(top, "build/web/velmora.html");
 export const screenshotFolder = join(top, "build/page-shots");
 mkdirSync(screenshotFolder, { recursive: true });
 
-// The tests use the packages of the page.
-const packages = createRequire(join(top, "web/package.json"));
-const { chromium } = packages("playwright-core");
 /** Script that adds the accessibility checker `axe` to a page. */
-export const axe = readFileSync(packages.resolve("axe-core"), "utf8");
-export const softwareGl = ["--use-angle=swiftshader", "--enable-unsafe-swiftshader"];
-
-export function launch(args = softwareGl) {
-    return chromium.launch({
-        executablePath: process.env.CHROMIUM ?? "/usr/bin/chromium",
-        args: [...args, ...(process.getuid?.() === 0 ? ["--no-sandbox"] : [])],
-    });
-}
+export const axe = readFileSync(createRequire(join(top, "web/package.json")).resolve("axe-core"), "utf8");
 
 /**
  * Opens the page and waits for its first frame. Collects console messages and requests for `close`. `before` is a
@@ -33,21 +26,8 @@ export function launch(args = softwareGl) {
  */
 export async function open(browser, options = {}) {
     const { size = [270, 480], url = pathToFileURL(file).href, hash = "", before, ready = true, ...others } = options;
-    const context = await browser.newContext({
-        viewport: { width: size[0], height: size[1] },
-        reducedMotion: "reduce", // turns attract mode off
-        ...others,
-    });
-    context.setDefaultTimeout(180000); // software GL on a busy machine draws a frame a second
-    const page = await context.newPage();
-    page.consoleMessages = [];
-    page.requests = [];
-    page.on("console", (message) => page.consoleMessages.push(`${message.type()}: ${message.text().slice(0, 300)}`));
-    page.on("pageerror", (error) => page.consoleMessages.push(`error: ${error}`));
-    page.on("request", (request) => page.requests.push(request.url()));
-    if (before) {
-        await page.addInitScript(before);
-    }
+    // Reduced motion turns attract mode off.
+    const page = await browser.newPage({ size, before, reducedMotion: "reduce", ...others });
     page.address = url + hash;
     await page.goto(page.address);
     if (ready) {
@@ -59,8 +39,8 @@ export async function open(browser, options = {}) {
 
 /** Closes the page. Fails on any console message except `excused` ones, and on any request except for the page. */
 export async function close(page, excused = /^$/) {
+    await page.close();
     const requested = page.requests.map((url) => url.split("#")[0]).filter((url) => !/^(data|blob):/.test(url));
-    await page.context().close();
     assert.deepEqual(page.consoleMessages.filter((line) => !excused.test(line)), []);
     assert.deepEqual(requested, [page.address.split("#")[0]]);
 }
@@ -187,24 +167,21 @@ export function mockTime(page) {
     });
 }
 
-/** Makes the browser pass file choosers to the test. Await it before the page opens one. */
+/** Makes Chromium pass file choosers to the test. Await it before the page opens one. */
 export async function interceptFileChoosers(page) {
     page.on("filechooser", () => {});
-    const session = await page.context().newCDPSession(page);
-    await session.send("Page.setInterceptFileChooserDialog", { enabled: true });
+    await page.devTools.send("Page.setInterceptFileChooserDialog", { enabled: true });
 }
 
 /** Waits for a toast with a text. Returns the whole text of the toast. */
-export async function waitForToast(page, pattern) {
-    const toast = page.locator("#toast.shown");
-    await toast.filter({ hasText: pattern }).waitFor({ timeout: 10000 });
-    return toast.textContent();
+export async function waitForToast(page, text) {
+    await page.waitForFunction((wanted) => document.querySelector("#toast.shown")?.textContent.includes(wanted), text);
+    return page.evaluate(() => document.querySelector("#toast").textContent);
 }
 
-/** Calls `act` and returns the file that the page downloads. */
-export async function downloadFrom(page, act) {
-    const [file] = await Promise.all([page.waitForEvent("download"), act()]);
-    return file;
+/** Calls `act` and returns the name and the bytes of the file that the page downloads. */
+export function downloadFrom(page, act) {
+    return page.download(act);
 }
 
 /** Returns the bytes of an image file with coloured boxes: [color, x, y, width, height] each. */
@@ -233,13 +210,10 @@ export function sendFiles(page, kind, ...files) {
                 const bytes = Uint8Array.from(atob(text), (character) => character.charCodeAt(0));
                 data.items.add(new File([bytes], name, { type }));
             }
-            const target = document.getElementById("water");
-            const options = { bubbles: true, cancelable: true };
-            target.dispatchEvent(
-                event === "drop"
-                    ? new DragEvent("drop", { ...options, dataTransfer: data })
-                    : new ClipboardEvent("paste", { ...options, clipboardData: data }),
-            );
+            const sent = new Event(event, { bubbles: true, cancelable: true });
+            // Firefox ignores the files of a constructed ClipboardEvent.
+            Object.defineProperty(sent, event === "drop" ? "dataTransfer" : "clipboardData", { value: data });
+            document.getElementById("water").dispatchEvent(sent);
         },
         [kind, list],
     );

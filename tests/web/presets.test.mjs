@@ -210,11 +210,12 @@ test("an error while the page opens is shown", async () => {
 });
 
 test("a browser without WebGL or WebAssembly shows an error", async () => {
-    const browserWithoutGl = await launch(["--disable-gpu", "--disable-3d-apis"]);
-    const noGl = await open(browserWithoutGl, { ready: false });
-    await noGl.getByRole("alert").filter({ hasText: "WebGL" }).waitFor();
+    const browserWithoutGl = await launch({ webgl: false });
+    for (const [missing, opener] of [["WebGL", browserWithoutGl], ["WebAssembly", browser]]) {
+        const before = opener === browser ? () => delete window.WebAssembly : undefined;
+        const page = await open(opener, { ready: false, before });
+        await page.waitForFunction((text) => document.querySelector("[role=alert]")?.textContent.includes(text), missing);
+        await close(page, /WebGL/);
+    }
     await browserWithoutGl.close();
-    const noWasm = await open(browser, { ready: false, before: () => delete window.WebAssembly });
-    await noWasm.getByRole("alert").filter({ hasText: "WebAssembly" }).waitFor();
-    await close(noWasm);
 });

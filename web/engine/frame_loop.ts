@@ -14,12 +14,17 @@ export class FrameLoop {
     count = 0;
     private scheduled = false;
 
-    constructor(private readonly owner: FrameLoopOwner) {
-        document.addEventListener("visibilitychange", () => {
+    /** `signal` ends the observation of the page's visibility. */
+    constructor(
+        private readonly owner: FrameLoopOwner,
+        signal?: AbortSignal,
+    ) {
+        const onVisibility = () => {
             // Needed even if a frame is pending: a hidden page gets its frame only after it is shown again.
             this.owner.skipTime();
             this.wake();
-        });
+        };
+        document.addEventListener("visibilitychange", onVisibility, signal ? { signal } : {});
     }
 
     get isRunning(): boolean {

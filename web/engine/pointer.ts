@@ -1,4 +1,4 @@
-// Passes one pointer to the effect: the first mouse, pen or finger that is pressed.
+// Passes one pointer to the effect: the first mouse, pen or finger that is pressed, or a mouse that hovers.
 
 export interface PointerOwner {
     press(x: number, y: number, pressure: number): void;
@@ -8,69 +8,136 @@ export interface PointerOwner {
     pressure(): number;
 }
 
+export interface PointerOptions {
+    /** Ends all observation. */
+    signal?: AbortSignal;
+    /** Returns true if a mouse draws without a pressed button. */
+    hovers?(): boolean;
+    /** Element in which a mouse hovers. Default: the canvas. */
+    area?: HTMLElement;
+    /** True to keep the browser's context menu. */
+    keepsMenu?: boolean;
+}
+
+/** Milliseconds after which a resting mouse ends its stroke. */
+const hoverRest = 120;
+
 export class Pointer {
     private id: number | null = null;
+    /** True if the stroke has ended although the pointer may still be pressed, because the page has lost it. */
+    private isAway = false;
+    private isHovering = false;
+    /** Last position of the pointer in canvas pixels. */
+    private last: [number, number] = [0, 0];
+    private restTimer = 0;
 
     constructor(
         private readonly canvas: HTMLCanvasElement,
         private readonly owner: PointerOwner,
+        private readonly options: PointerOptions = {},
     ) {
-        canvas.addEventListener("pointerdown", (event) => this.down(event));
-        canvas.addEventListener("pointermove", (event) => this.move(event));
-        canvas.addEventListener("pointerup", (event) => this.end(event, "up"));
-        canvas.addEventListener("pointercancel", (event) => this.end(event, "cancel"));
-        canvas.addEventListener("lostpointercapture", (event) => this.end(event, "cancel"));
-        canvas.addEventListener("contextmenu", (event) => event.preventDefault());
-        document.addEventListener("visibilitychange", () => document.hidden && this.cancel());
-        window.addEventListener("blur", () => this.cancel());
+        const passive = options.signal ? { signal: options.signal } : {};
+        const area = options.area ?? canvas;
+        canvas.addEventListener("pointerdown", (event) => this.down(event), passive);
+        canvas.addEventListener("pointerup", (event) => this.end(event, "up"), passive);
+        canvas.addEventListener("pointercancel", (event) => this.end(event, "cancel"), passive);
+        canvas.addEventListener("lostpointercapture", (event) => event.pointerId === this.id && this.leave(), passive);
+        area.addEventListener("pointermove", (event) => this.move(event), passive);
+        area.addEventListener("pointerleave", () => this.endHover(), passive);
+        if (!options.keepsMenu) {
+            canvas.addEventListener("contextmenu", (event) => event.preventDefault(), passive);
+        }
+        document.addEventListener("visibilitychange", () => document.hidden && this.leave(), passive);
+        window.addEventListener("blur", () => this.leave(), passive);
     }
 
     get isPressed(): boolean {
-        return this.id !== null;
+        return this.id !== null && !this.isAway;
     }
 
     cancel(): void {
-        if (this.id !== null) {
-            this.id = null;
-            this.owner.lift("cancel", 0, 0);
+        clearTimeout(this.restTimer);
+        this.isHovering = false;
+        if (this.isPressed) {
+            this.owner.lift("cancel", ...this.last);
+        }
+        this.id = null;
+    }
+
+    /** Ends the stroke and keeps its ink. A later move with the button held starts another stroke. */
+    private leave(): void {
+        this.endHover();
+        if (this.isPressed) {
+            this.isAway = true;
+            this.owner.lift("up", ...this.last);
         }
     }
 
     private down(event: PointerEvent): void {
-        if (this.id !== null || event.button !== 0) {
+        if (this.isPressed || event.button !== 0) {
             return;
         }
         this.id = event.pointerId;
         this.canvas.setPointerCapture(event.pointerId);
+        this.press(event);
+    }
+
+    private press(event: PointerEvent): void {
+        this.isAway = false;
         this.owner.press(...this.position(event), this.pressureOf(event));
     }
 
     private move(event: PointerEvent): void {
+        if (this.id === null && event.pointerType === "mouse" && event.buttons === 0 && this.options.hovers?.()) {
+            this.id = event.pointerId;
+            this.isHovering = true;
+            this.press(event);
+        }
         if (event.pointerId !== this.id) {
             return;
         }
         // If another button is held too, the browser reports the release of the first button as a move.
-        if ((event.buttons & 1) === 0) {
+        if (!this.isHovering && (event.buttons & 1) === 0) {
             this.end(event, "up");
+        } else if (this.isAway) {
+            this.press(event);
         } else {
             this.owner.move(...this.position(event), this.pressureOf(event));
+        }
+        if (this.isHovering) {
+            clearTimeout(this.restTimer);
+            this.restTimer = window.setTimeout(() => this.endHover(), hoverRest);
         }
     }
 
     private end(event: PointerEvent, how: "up" | "cancel"): void {
-        if (event.pointerId === this.id) {
+        if (event.pointerId === this.id && !this.isHovering) {
+            const wasPressed = this.isPressed;
             this.id = null;
-            this.owner.lift(how, ...this.position(event));
+            if (wasPressed) {
+                this.owner.lift(how, ...this.position(event));
+            }
         }
     }
 
-    /** Returns the position of the pointer in canvas pixels. */
+    /** Ends the stroke of a hovering mouse. Its ink stays and fades. */
+    private endHover(): void {
+        if (this.isHovering) {
+            clearTimeout(this.restTimer);
+            this.isHovering = false;
+            this.id = null;
+            this.owner.lift("up", ...this.last);
+        }
+    }
+
+    /** Returns the position of the pointer in canvas pixels, and keeps it in `last`. */
     private position(event: PointerEvent): [number, number] {
         const box = this.canvas.getBoundingClientRect();
-        return [
+        this.last = [
             ((event.clientX - box.left) / box.width) * this.canvas.width,
             ((event.clientY - box.top) / box.height) * this.canvas.height,
         ];
+        return this.last;
     }
 
     /**

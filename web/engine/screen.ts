@@ -7,10 +7,13 @@ const maxPixels = 1080 * 1920;
 /** Minimum side in pixels: four velocity cells of twelve pixels. */
 const minSide = 48;
 
-/** Returns the size of the canvas in pixels. `part` is the ratio of rendered pixels to screen pixels along a side. */
-export function pixelSize(canvas: HTMLCanvasElement, part: number): Size {
+/**
+ * Returns the size of the canvas in pixels. `part` is the ratio of rendered pixels to screen pixels along a side.
+ * `pixelRatio` is the ratio of screen pixels to CSS pixels.
+ */
+export function pixelSize(canvas: HTMLElement, part: number, pixelRatio = window.devicePixelRatio || 1): Size {
     const { clientWidth, clientHeight } = canvas;
-    const ratio = Math.max(window.devicePixelRatio || 1, 0.1);
+    const ratio = Math.max(pixelRatio, 0.1);
     const area = Math.max(clientWidth * clientHeight, 1) * ratio * ratio;
     const scale = part * ratio * Math.min(1, Math.sqrt(maxPixels / area));
     return {
@@ -19,14 +22,17 @@ export function pixelSize(canvas: HTMLCanvasElement, part: number): Size {
     };
 }
 
-/** Calls `call` after each change of the device pixel ratio, for example by zoom or on another screen. */
-export function onPixelRatio(call: () => void): void {
+/**
+ * Calls `call` after each change of the device pixel ratio, for example by zoom or on another screen. `signal` ends the
+ * calls.
+ */
+export function onPixelRatio(call: () => void, signal?: AbortSignal): void {
     const unchanged = matchMedia(`(resolution: ${devicePixelRatio}dppx)`);
     const changed = () => {
-        onPixelRatio(call);
+        onPixelRatio(call, signal);
         call();
     };
-    unchanged.addEventListener("change", changed, { once: true });
+    unchanged.addEventListener("change", changed, signal ? { once: true, signal } : { once: true });
 }
 
 /** Returns the GL context, or null if the browser has no WebGL. The effect needs only a colour buffer. */

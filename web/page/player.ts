@@ -2,7 +2,7 @@
 
 import { defaultSettings, type Settings } from "../../build/web/settings";
 import { ArrowKeys } from "./arrow_keys";
-import { AttractTimer } from "./attract_timer";
+import { AttractTimer } from "../engine/attract_timer";
 import { setPainting } from "./backgrounds";
 import { ContextWatch } from "./context_watch";
 import type { Effect } from "./effect";

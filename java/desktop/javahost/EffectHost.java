@@ -10,7 +10,7 @@ import velmora.host.GestureScript;
 import velmora.host.ReflectionMap;
 import velmora.host.SceneTarget;
 
-/** One scene in an off-screen GL context, drawn frame by frame. Everything runs on one thread. */
+/** Draws one scene frame by frame in an off-screen GL context. All calls come from one thread. */
 final class EffectHost implements AutoCloseable {
     private final NativeForVelmora velmora = new NativeForVelmora();
     private final int width;
@@ -51,12 +51,12 @@ final class EffectHost implements AutoCloseable {
         };
     }
 
-    /** Applies the events of one frame of a script. */
+    /** Applies the events of one frame of a script to the scene. */
     void apply(GestureScript script, int frame) { script.applyFrame(frame, target); }
 
     boolean inkShown() { return velmora.getClearInkValue() != 0; }
 
-    /** Draws the next frame, a 60th of a second later. */
+    /** Advances the time by a 60th of a second and draws the next frame. */
     void frame() {
         time += FramePacer.FRAME_TIME;
         renderer.drawFrame(scene, time);

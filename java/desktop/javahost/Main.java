@@ -6,7 +6,7 @@ import java.nio.file.Path;
 import velmora.host.GestureScript;
 import velmora.host.HostException;
 
-/** Plays a gesture script on a JVM and writes pictures of its frames at a chosen interval. */
+/** Plays a gesture script on a JVM and saves every N-th frame as a PNG image. */
 final class Main {
     private Main() {}
 
@@ -16,7 +16,7 @@ final class Main {
         } catch (HostException | UnsatisfiedLinkError error) {
             fail(error.getMessage());
         } catch (IOException error) {
-            fail("the pictures cannot be written: " + error);
+            fail("cannot write the images of the frames to the folder --out: " + error);
         }
     }
 
@@ -48,14 +48,15 @@ final class Main {
             return GestureScript.parse(
                 Files.readString(file), file.toString(), options.width(), options.height());
         } catch (IOException error) {
-            throw new HostException(file + ": cannot be read as a gesture script");
+            throw new HostException(
+                file + ": cannot read the gesture script; check the path and the permissions");
         }
     }
 
     private static EffectHost newHost(Options options) {
-        RgbaImage background = options.picture() == null
+        RgbaImage background = options.background() == null
             ? RgbaImage.testImage(options.width(), options.height())
-            : Photograph.read(options.picture(), options.width(), options.height());
+            : Photograph.read(options.background(), options.width(), options.height());
         return new EffectHost(options.width(), options.height(), background);
     }
 

@@ -9,13 +9,17 @@ import java.util.regex.Matcher;
 import java.util.regex.Pattern;
 import velmora.host.HostException;
 
-/** The command line. A null picture is the test picture; 0 frames are the frames of the script. */
-record Options(Path script, Path picture, Path out, int width, int height, int frames, int every) {
+/**
+ * Command-line options. If `background` is null, the host draws the test image. If `frames` is 0,
+ * the script decides.
+ */
+record Options(
+    Path script, Path background, Path out, int width, int height, int frames, int every) {
     private static final String USAGE =
-        "usage: --script FILE --out FOLDER [--picture FILE] [--size WxH] [--frames N]"
+        "usage: --script FILE --out FOLDER [--background FILE] [--size WxH] [--frames N]"
         + " [--every N]";
     private static final List<String> NAMES =
-        List.of("--script", "--out", "--picture", "--size", "--frames", "--every");
+        List.of("--script", "--out", "--background", "--size", "--frames", "--every");
     private static final Pattern SIZE = Pattern.compile("(\\d{2,4})x(\\d{2,4})");
     private static final Pattern COUNT = Pattern.compile("[1-9]\\d{0,5}");
 
@@ -32,7 +36,7 @@ record Options(Path script, Path picture, Path out, int width, int height, int f
         }
         int[] size = size(given.getOrDefault("--size", "1080x1920"));
         return new Options(Path.of(given.get("--script")),
-            given.containsKey("--picture") ? Path.of(given.get("--picture")) : null,
+            given.containsKey("--background") ? Path.of(given.get("--background")) : null,
             Path.of(given.get("--out")), size[0], size[1],
             given.containsKey("--frames") ? count(given.get("--frames")) : 0,
             count(given.getOrDefault("--every", "30")));
@@ -54,7 +58,8 @@ record Options(Path script, Path picture, Path out, int width, int height, int f
 
     private static int count(String text) {
         if (!COUNT.matcher(text).matches()) {
-            throw new HostException("expected a number from 1 to 999999, not " + text);
+            throw new HostException(
+                "--frames and --every: expected a number from 1 to 999999, not " + text);
         }
         return Integer.parseInt(text);
     }

@@ -19,10 +19,10 @@ import javax.imageio.ImageReader;
 import javax.imageio.stream.ImageInputStream;
 import velmora.host.HostException;
 
-/** Reads picture files: turned upright by their EXIF orientation, and cut to the screen. */
+/** Reads image files, turns them upright by their EXIF orientation and crops them to the screen. */
 final class Photograph {
-    /** Largest accepted picture, in pixels. Cameras give fewer. */
-    private static final long MOST_PIXELS = 100_000_000;
+    /** Maximum number of pixels of an image. Cameras produce fewer. */
+    private static final long MAX_PIXELS = 100_000_000;
     private static final byte[] EXIF = "Exif\0\0".getBytes(StandardCharsets.ISO_8859_1);
     private static final int START_OF_JPEG = 0xFFD8;
     private static final int START_OF_SCAN = 0xFFDA;
@@ -31,10 +31,12 @@ final class Photograph {
 
     private Photograph() {}
 
-    /** Reads a picture, scales it to cover the screen and crops both sides evenly. */
+    /**
+     * Reads an image, scales it to cover the screen and crops opposite sides by the same amount.
+     */
     static RgbaImage read(Path file, int width, int height) {
         if (!Files.exists(file)) {
-            throw new HostException(file + ": no such picture");
+            throw new HostException(file + ": the image file does not exist; check the path");
         }
         try (ImageInputStream stream = ImageIO.createImageInputStream(file.toFile())) {
             Iterator<ImageReader> readers = stream == null ? null : ImageIO.getImageReaders(stream);
@@ -46,20 +48,23 @@ final class Photograph {
         } catch (HostException tooLarge) {
             throw tooLarge;
         } catch (IOException | RuntimeException | OutOfMemoryError broken) {
-            // Decoders throw exceptions of many kinds for broken files: reported below.
+            // For a broken file, decoders throw exceptions of many kinds. The code below reports
+            // all of them.
         }
-        throw new HostException(file + ": cannot be read as a picture");
+        throw new HostException(
+            file + ": cannot be read as an image; use a PNG, JPEG, BMP or GIF file");
     }
 
     private static BufferedImage read(ImageReader reader, Path file, int width, int height)
         throws IOException {
         int columns = reader.getWidth(0);
         int rows = reader.getHeight(0);
-        if ((long) columns * rows > MOST_PIXELS) {
-            throw new HostException(file + ": the picture is too large, " + columns + " x " + rows
-                + " pixels, over 100 million");
+        if ((long) columns * rows > MAX_PIXELS) {
+            throw new HostException(
+                file + ": expected at most 100 million pixels, found " + columns + " x " + rows);
         }
-        // As many pixels remain as the screen has, also if the picture is turned.
+        // Read only every n-th pixel, but keep at least as many pixels as the screen has, also if
+        // the image is turned.
         int spare = Math.max(1, Math.min(columns, rows) / Math.max(width, height));
         ImageReadParam sparse = reader.getDefaultReadParam();
         sparse.setSourceSubsampling(spare, spare, 0, 0);
@@ -68,7 +73,7 @@ final class Photograph {
         try {
             orientation = orientation((ImageInputStream) reader.getInput());
         } catch (EOFException | IndexOutOfBoundsException ignored) {
-            // A picture with broken EXIF data counts as upright.
+            // An image whose EXIF data is broken counts as upright.
         }
         return fill(image, orientation, width, height);
     }
@@ -92,7 +97,7 @@ final class Photograph {
         return filled;
     }
 
-    /** Returns the map from a stored pixel to its place in the upright picture. */
+    /** Returns the transform from a stored pixel to its position in the upright image. */
     private static AffineTransform upright(int orientation, int width, int height) {
         switch (orientation) {
             case 2:
@@ -114,14 +119,15 @@ final class Photograph {
         }
     }
 
-    /** Returns the EXIF orientation, 1 to 8, or 1 (upright) if the file has none. */
+    /** Returns the EXIF orientation, 1 to 8. Returns 1 (upright) if the file has no orientation. */
     private static int orientation(ImageInputStream stream) throws IOException {
         stream.seek(0);
         stream.setByteOrder(ByteOrder.BIG_ENDIAN);
         if (stream.readUnsignedShort() != START_OF_JPEG) {
             return 1;
         }
-        // Each segment begins with its marker and its length, which counts its own two bytes.
+        // Each segment begins with its marker and its length. The length includes its own two
+        // bytes.
         for (int marker; (marker = stream.readUnsignedShort()) != START_OF_SCAN;) {
             byte[] segment = new byte[Math.max(0, stream.readUnsignedShort() - 2)];
             stream.readFully(segment);
@@ -134,8 +140,8 @@ final class Photograph {
     }
 
     /**
-     * Reads the orientation from the first directory. Its entries have 12 bytes each: tag, type,
-     * count and value.
+     * Reads the orientation from the first EXIF directory. An entry of the directory has 12 bytes:
+     * tag, type, count and value.
      */
     private static int orientation(byte[] exif) {
         ByteBuffer tags = ByteBuffer.wrap(exif, EXIF.length, exif.length - EXIF.length).slice();

@@ -7,7 +7,7 @@ import java.nio.ByteBuffer;
 import java.nio.file.Path;
 import javax.imageio.ImageIO;
 
-/** 32-bit RGBA pixels, rows top to bottom without padding. */
+/** An image of 32-bit RGBA pixels. Rows go from top to bottom and have no padding. */
 record RgbaImage(int width, int height, byte[] rgba) {
     static RgbaImage testImage(int width, int height) {
         return new RgbaImage(width, height, HostKit.makeTestImage(width, height));

@@ -1,4 +1,4 @@
-// Passes on the corners of a quad that covers the whole target.
+// Draws a quad that covers the whole target.
 attribute vec4 vertex;
 attribute highp vec2 texCoord;
 varying highp vec2 v_texCoord;

@@ -4,11 +4,11 @@ import java.nio.ByteBuffer;
 import java.nio.ByteOrder;
 
 /**
- * Stand-in for the platform's bitmap, with the methods that a host of the library uses. The stand-in
- * library jnigraphics reads its fields.
+ * Stand-in for Android's bitmap, with the methods that a host of the library uses. The stand-in
+ * library jnigraphics reads the fields of this class.
  */
 public final class Bitmap {
-    /** Pixel formats; an ARGB_8888 pixel is the four bytes red, green, blue, alpha in memory. */
+    /** Pixel formats. An ARGB_8888 pixel is stored as the four bytes red, green, blue, alpha. */
     public enum Config {
         ALPHA_8(8, 1),
         RGB_565(4, 2),
@@ -52,12 +52,12 @@ public final class Bitmap {
 
     public int getRowBytes() { return rowBytes; }
 
-    /** Copies the rows, top to bottom, from the buffer's position on. */
+    /** Copies the rows, from top to bottom, starting at the buffer's position. */
     public void copyPixelsFromBuffer(ByteBuffer source) {
         pixels.duplicate().put(source.slice().limit(pixels.capacity()));
     }
 
-    /** Frees the pixels. Native code cannot lock them from now on. */
+    /** Frees the pixels. From then on native code cannot lock them. */
     public void recycle() { pixels = null; }
 
     /** Tells jnigraphics that bitmaps are objects of this class. */

@@ -2,7 +2,10 @@ package velmora.host;
 
 import android.graphics.Bitmap;
 
-/** Makes the backgrounds of a screen: software ARGB_8888 bitmaps, opaque and in the screen's shape. */
+/**
+ * Provides the backgrounds of a screen: opaque software ARGB_8888 bitmaps with the aspect ratio of
+ * the screen.
+ */
 public interface Backgrounds {
     Bitmap background(int width, int height);
 

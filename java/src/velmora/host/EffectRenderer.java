@@ -4,22 +4,24 @@ import android.graphics.Bitmap;
 import com.corvane.android.visualeffect.lock.velmora.NativeForVelmora;
 
 /**
- * Calls the library in its order for one GL context: set-up once a size is known, textures, frames.
- * Several scenes can share the renderer, one after the other. All calls come from the render thread
- * with the context current.
+ * Makes the library's calls for one GL context in the required order: set-up once the size is
+ * known, then textures, then frames. Several scenes can use the renderer, one after the other. All
+ * calls come from the render thread while the context is current.
  *
- * <p>The library has one state per process. If a process has two renderers, the last one to call
- * activate draws, and the other one draws nothing.
+ * <p>The library has one state per process. If a process has two renderers, only the one that
+ * called activate last draws.
  */
 public final class EffectRenderer {
     private static final int REFLECTION_SLOT = 0;
     private static final int BACKGROUND_SLOT = 1;
     private static final int SECOND_BACKGROUND_SLOT = 2;
 
-    /** Longest time that a frame advances the effect, in nanoseconds. */
+    /** Maximum time by which one frame advances the effect, in nanoseconds. */
     private static final long MAX_ELAPSED = 4 * FramePacer.FRAME_TIME;
 
-    /** The renderer of the process whose GL names the library holds. Guarded by the class. */
+    /**
+     * The renderer of this process whose GL names the library holds. Guarded by the class's lock.
+     */
     private static EffectRenderer active;
 
     private final NativeForVelmora velmora;
@@ -30,19 +32,22 @@ public final class EffectRenderer {
     private long lastFrame;
     private boolean runs;
 
-    /** Takes the reflection map of the water, a square ARGB_8888 bitmap. */
+    /** Creates a renderer. The reflection map of the water must be a square ARGB_8888 bitmap. */
     public EffectRenderer(NativeForVelmora velmora, Bitmap reflectionMap) {
         this.velmora = velmora;
         this.reflectionMap = reflectionMap;
     }
 
     /**
-     * Notes that a new context is current. A new surface for the same context is not reported here:
-     * the library's objects live on, and so does the ink.
+     * Must be called when a new context is current. Do not call it for a new surface of the same
+     * context, because the library's objects and the ink still exist then.
      */
     public void contextCreated() { contextIsNew = true; }
 
-    /** Takes the library over from another renderer of the process. Any thread. */
+    /**
+     * Makes this the process's drawing renderer instead of another one. May be called on any
+     * thread.
+     */
     public void activate() {
         synchronized (EffectRenderer.class) {
             if (active != this) {
@@ -52,7 +57,10 @@ public final class EffectRenderer {
         }
     }
 
-    /** Gives the library up, so that the process does not keep the scene and its backgrounds. */
+    /**
+     * Stops being the drawing renderer and releases the scene, so that its backgrounds can be
+     * freed.
+     */
     public void release() {
         synchronized (EffectRenderer.class) {
             active = active == this ? null : active;
@@ -61,8 +69,8 @@ public final class EffectRenderer {
     }
 
     /**
-     * Draws the scene into the current surface. Returns false if the scene has no size yet or
-     * another renderer of the process is active; the surface is unchanged then.
+     * Draws the scene into the current surface. Returns false, and leaves the surface unchanged, if
+     * the scene has no size yet or another renderer of the process is active.
      *
      * @param time nanoseconds on any clock
      */
@@ -70,7 +78,8 @@ public final class EffectRenderer {
         if (!scene.hasSize() || !mayDraw()) {
             return false;
         }
-        // Outside the lock, for which activate waits on the UI thread.
+        // Load outside the lock: decoding takes long, and activate waits for the lock on the UI
+        // thread.
         scene.loadBackgrounds();
         synchronized (EffectRenderer.class) {
             if (!mayDraw()) {
@@ -79,8 +88,9 @@ public final class EffectRenderer {
             activate();
             boolean goesOn = runs && scene == shown;
             setUp(scene);
-            // Water and rain do not catch up with a pause. A frame that the system waits for can be
-            // later than the display's next frame.
+            // After a pause, water and rain advance by one frame instead of catching up. The
+            // difference can be negative, because a frame drawn on the system's demand may have a
+            // later time.
             long elapsed = goesOn ? time - lastFrame : FramePacer.FRAME_TIME;
             scene.frame(Math.max(0, Math.min(elapsed, MAX_ELAPSED)));
             runs = scene.needsFrame();
@@ -109,7 +119,7 @@ public final class EffectRenderer {
             velmora.onInitGPU();
         }
         if (settingIsNew) {
-            // A gesture on another screen must not go on here.
+            // A gesture on another screen must not continue on this screen.
             velmora.clearInkValue();
             scene.inkIsGone();
         }

@@ -6,16 +6,22 @@ import java.util.ArrayList;
 import java.util.List;
 
 /**
- * The effect on one screen: its size, its water, its backgrounds and its touches. A scene outlives GL
- * contexts and surfaces. All calls come from the render thread.
+ * The effect on one screen: size, water, backgrounds and touches. A scene outlives GL contexts and
+ * surfaces. All calls come from the render thread.
  */
 public final class EffectScene {
-    /** Moves further apart than this many cells get ripples in between, so that they furrow. */
+    /**
+     * Maximum distance in cells between ripples. A longer move gets ripples in between, which form
+     * a furrow.
+     */
     private static final double RIPPLE_SPACING = 2.0;
 
     private static final double MAX_RIPPLES_AT_ONCE = 64.0;
 
-    /** Frames of rain after the last touch, 20 seconds. With endless rain a phone would never be idle. */
+    /**
+     * Frames of rain after the last touch: 20 seconds. If rain never ended, a phone would never be
+     * idle.
+     */
     private static final int RAIN_FRAMES = 1200;
 
     private static final class Touch {
@@ -55,13 +61,15 @@ public final class EffectScene {
     private Touch lastTouch;
     private int rainFrames = RAIN_FRAMES;
 
-    /** Makes a scene with the default settings. It is empty until its size is known. */
+    /**
+     * Creates a scene with the default settings. The scene draws nothing until its size is known.
+     */
     public EffectScene(NativeForVelmora velmora, Backgrounds backgrounds) {
         this.velmora = velmora;
         this.backgrounds = backgrounds;
     }
 
-    /** Sets the surface's size in pixels. An empty surface and the same size change nothing. */
+    /** Sets the size of the surface in pixels. Ignores an empty or unchanged size. */
     public void resize(int newWidth, int newHeight) {
         boolean isSame = newWidth == width && newHeight == height;
         if (isSame || newWidth < 1 || newHeight < 1) {
@@ -83,7 +91,7 @@ public final class EffectScene {
 
     public Settings settings() { return settings; }
 
-    /** Applies new settings. The waves go on; the ink stays unless the mode changes. */
+    /** Applies new settings. The waves continue. The ink also stays, unless the mode changes. */
     public void setSettings(Settings newSettings) {
         setUpIsStale |= newSettings.isOn(Setting.WATER_ONLY) != settings.isOn(Setting.WATER_ONLY);
         settings = newSettings;
@@ -93,7 +101,7 @@ public final class EffectScene {
         if (water != null && !water.adopt(waterSettings)) {
             WaterDriver earlier = water;
             replaceWater();
-            water.carryWaves(earlier);
+            water.resampleWaves(earlier);
         }
         idle.wake();
     }
@@ -106,13 +114,13 @@ public final class EffectScene {
         idle.wake();
     }
 
-    /** Takes one touch event in screen pixels, y down. The next frame shows it. */
+    /** Stores a touch event in screen pixels, y down. The next frame applies it. */
     public void touch(int action, double x, double y, float pressure) {
         int last = pendingTouches.size() - 1;
         if (action == NativeForVelmora.ACTION_MOVE && last >= 0
             && pendingTouches.get(last).action == action) {
-            // The library measures speed between events. One move per frame gives the same speed
-            // on every display.
+            // The library measures speed as the distance between events. With one move per frame,
+            // the measured speed does not depend on the display.
             pendingTouches.remove(last);
         }
         pendingTouches.add(new Touch(action, x, y, pressure));
@@ -120,7 +128,10 @@ public final class EffectScene {
         idle.wake();
     }
 
-    /** Lifts a finger whose further events do not arrive, for example on a hidden screen. */
+    /**
+     * Lifts the finger if its further events will not arrive, for example when the screen is
+     * hidden.
+     */
     public void releaseFinger() {
         Touch last =
             pendingTouches.isEmpty() ? lastTouch : pendingTouches.get(pendingTouches.size() - 1);
@@ -148,7 +159,7 @@ public final class EffectScene {
         idle.wake();
     }
 
-    /** Returns true if the next frame may differ from the last. */
+    /** Returns true if the next frame may differ from the last one. */
     public boolean needsFrame() { return water != null && (idle.needsFrame() || rains()); }
 
     boolean inkEnabled() { return !settings.isOn(Setting.WATER_ONLY); }
@@ -163,7 +174,7 @@ public final class EffectScene {
 
     void texturesAreLoaded() { texturesAreStale = false; }
 
-    /** Returns the background. It is kept for the next context. */
+    /** Returns the background, loaded at the first call. It is kept for the next GL context. */
     Bitmap background() {
         background = background == null ? backgrounds.background(width, height) : background;
         return background;
@@ -175,22 +186,22 @@ public final class EffectScene {
         return secondBackground;
     }
 
-    /** Asks for a frame, since a new surface is empty. */
+    /** Requests a frame, because a new surface is empty. */
     public void wake() { idle.wake(); }
 
-    /** Lets the rain of the settings fall again, since the scene is shown. */
+    /** Restarts the rain of the settings. Called when the scene is shown. */
     void restartRain() { rainFrames = RAIN_FRAMES; }
 
-    /** Loads the backgrounds. Decoding a photo takes long. */
+    /** Loads the backgrounds if they are missing. This takes long, because it decodes a photo. */
     void loadBackgrounds() {
         background();
         secondBackground();
     }
 
-    /** Notes that the library holds no ink. */
+    /** Must be called when the library has lost or cleared its ink. */
     void inkIsGone() { idle.inkIsGone(); }
 
-    /** Applies the touches and lets the water run for so many nanoseconds, then draws. */
+    /** Applies the touches, advances the water by `elapsed` nanoseconds and draws the frame. */
     void frame(long elapsed) {
         long effectTime = (long) (elapsed * (double) settings.get(Setting.TIME_SCALE));
         if (rains()) {
@@ -211,7 +222,8 @@ public final class EffectScene {
 
     private void replaceWater() {
         water = new WaterDriver(velmora, width, height, waterSettings);
-        // The mesh is centred on the origin with y up. It covers the surface and a little more.
+        // The mesh is centred on the origin with y up, and is larger than the surface by
+        // MESH_OVERHANG.
         mvpMatrix[0] = 2.0f * WaterDriver.MESH_OVERHANG / water.meshSizeWidth;
         mvpMatrix[5] = 2.0f * WaterDriver.MESH_OVERHANG / water.meshSizeHeight;
         mvpMatrix[10] = 1.0f;
@@ -249,7 +261,7 @@ public final class EffectScene {
         }
     }
 
-    /** Rounds halves away from zero on both sides of it. */
+    /** Rounds to the nearest integer, halves away from zero. */
     private static int toPixel(double position) {
         long distance = Math.round(Math.min(Math.abs(position), 1e9));
         return (int) (position < 0 ? -distance : distance);

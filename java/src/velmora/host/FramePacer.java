@@ -1,30 +1,30 @@
 package velmora.host;
 
 /**
- * Chooses the display's frames in which the effect draws. The ink advances by frames, so that 60
- * frames a second are drawn on a display of any rate. Slow motion draws fewer frames.
+ * Chooses the display's frames in which the effect draws. The ink advances by one step per frame,
+ * so 60 frames per second are drawn on every display. Slow motion draws fewer frames.
  */
 public final class FramePacer {
     /** Duration of a frame in nanoseconds. */
     public static final long FRAME_TIME = 16_666_667;
 
-    /** A display's frames arrive up to this many nanoseconds early. */
+    /** Maximum time by which a frame of the display may come early, in nanoseconds. */
     private static final long TOLERANCE = 1_000_000;
 
     private long lastTime;
     private boolean runs;
 
-    /** Elapsed time that no drawn frame covers yet, in nanoseconds of the effect. */
+    /** Time of the effect that no drawn frame covers yet, in nanoseconds. */
     private long owed;
 
-    /** Forgets the time so far: the next frame of the display is drawn. */
+    /** Forgets the past, so that the next frame of the display is drawn. */
     public void restart() { runs = false; }
 
     /**
-     * Returns true if the display's frame at this time is to be drawn.
+     * Returns true if the effect must draw in the display's frame at this time.
      *
      * @param time nanoseconds on any clock
-     * @param timeScale seconds of the effect per second
+     * @param timeScale speed of the effect: 1 is normal, less is slow motion
      */
     public boolean isDue(long time, float timeScale) {
         if (!runs) {
@@ -38,7 +38,8 @@ public final class FramePacer {
         if (owed < FRAME_TIME - TOLERANCE) {
             return false;
         }
-        // A late frame is not drawn twice, and early frames save up no more than the tolerance.
+        // Limit the remainder: a late frame must not be drawn twice, and early frames may add up to
+        // the tolerance only.
         owed = Math.max(-TOLERANCE, Math.min(owed - FRAME_TIME, FRAME_TIME));
         return true;
     }

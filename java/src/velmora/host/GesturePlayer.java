@@ -1,8 +1,8 @@
 package velmora.host;
 
 /**
- * Plays a gesture script on a scene, one frame of the script per drawn frame. All calls come from the
- * render thread.
+ * Plays a gesture script on a scene, one frame of the script per drawn frame. All calls come from
+ * the render thread.
  */
 public final class GesturePlayer {
     private final EffectScene scene;
@@ -15,7 +15,7 @@ public final class GesturePlayer {
         target = new SceneTarget(scene);
     }
 
-    /** Starts a script at its first frame. */
+    /** Plays a script from its first frame. */
     public void play(GestureScript newScript) {
         stop();
         script = newScript;
@@ -25,7 +25,7 @@ public final class GesturePlayer {
 
     public boolean plays() { return script != null; }
 
-    /** Passes the events of the next frame to the scene. Call it after each drawn frame. */
+    /** Passes the events of the next frame to the scene. Must be called after each drawn frame. */
     public void frameDrawn() {
         if (script == null) {
             return;
@@ -38,7 +38,7 @@ public final class GesturePlayer {
         }
     }
 
-    /** Ends the script: lifts its finger and restores the colour of the settings' ink. */
+    /** Ends the script: lifts its finger and restores the ink colour of the settings. */
     public void stop() {
         if (script != null) {
             script = null;

@@ -6,13 +6,13 @@ import java.util.List;
 import java.util.function.Consumer;
 
 /**
- * A gesture script for a screen of a given size: the events of each frame. The format of its text is
- * described in docs/gesture-scripts.md.
+ * A gesture script for a screen of a given size: the events of each frame. docs/gesture-scripts.md
+ * describes the text format.
  */
 public final class GestureScript {
     /** Receives the events of a script. */
     public interface Target {
-        /** Takes one touch event in screen pixels, y down. */
+        /** Handles one touch event in screen pixels, y down. */
         void touch(int action, double x, double y, float pressure);
 
         void setInk(float red, float green, float blue);
@@ -37,7 +37,7 @@ public final class GestureScript {
     private static final int LARGEST_NUMBER = 1_000_000;
     private static final int FRAMES_AFTER_LAST_EVENT = 60;
 
-    /** In order of their frames, which count from 0. */
+    /** Events in the order of their frames; the first frame is 0. */
     private final List<Event> events = new ArrayList<>();
 
     private final int width;
@@ -45,7 +45,7 @@ public final class GestureScript {
     private int scriptWidth = 1080;
     private int scriptHeight = 1920;
 
-    /** Number of frames, or 0 without a header that gives it. */
+    /** Number of frames from the `frames` header, or 0 if the script has no such header. */
     private int frames;
 
     private GestureScript(int width, int height) {
@@ -53,7 +53,9 @@ public final class GestureScript {
         this.height = height;
     }
 
-    /** Parses a text. Throws HostException "NAME:LINE: expected ..." at the first faulty line. */
+    /**
+     * Parses a script. Throws HostException "NAME:LINE: expected ..." at the first invalid line.
+     */
     public static GestureScript parse(String text, String name, int width, int height) {
         GestureScript script = new GestureScript(width, height);
         String[] lines = text.replaceFirst("^\uFEFF", "").split("\n", -1);
@@ -105,7 +107,7 @@ public final class GestureScript {
     private void beginHeader(Words words) {
         String name = words.next();
         if (!events.isEmpty()) {
-            throw Words.unexpected("an event: headers come before the first event", name);
+            throw Words.unexpected("an event (headers must come before the first event)", name);
         }
     }
 
@@ -142,8 +144,8 @@ public final class GestureScript {
     }
 
     private static double position(Words words, String axis) {
-        double most = LARGEST_NUMBER;
-        return words.number(Double::valueOf, -most, most, axis + " in pixels");
+        double max = LARGEST_NUMBER;
+        return words.number(Double::valueOf, -max, max, axis + " in pixels");
     }
 
     private static Consumer<Target> readInk(Words words) {

@@ -1,6 +1,9 @@
 package velmora.host;
 
-/** An error whose message is one line for the user: the failed input and the expected form. */
+/**
+ * An error whose message is one line for the user. It names the invalid input and the expected
+ * form.
+ */
 public final class HostException extends RuntimeException {
     private static final long serialVersionUID = 1;
 

@@ -1,16 +1,16 @@
 package velmora.host;
 
-/** Tells when the screen does not change any more, by counting drawn frames. */
+/** Detects that the screen no longer changes. Counts drawn frames for this. */
 final class IdleDetector {
-    /** Frames of a tap's animation. */
+    /** Number of frames that the library animates a tap. */
     private static final int PRESS_FRAMES = 13;
 
-    /** Frames from the end of the animation until the ink begins to fade. */
+    /** Number of frames from the end of the tap animation until the ink begins to fade faster. */
     private static final int FRAMES_BEFORE_FADE = 35;
 
     /**
-     * Frames in which ink of full density, 127, fades below a 255th. Each frame has four passes that
-     * leave 0.9625 of the ink: ln(127 * 255) / (-4 ln 0.9625) = 67.9.
+     * Number of frames in which ink of the highest density, 127, fades to less than 1/255. Each
+     * frame has four passes that multiply the ink by 0.9625: ln(127 * 255) / (-4 ln 0.9625) = 67.9.
      */
     private static final int FADE_FRAMES = 68;
 
@@ -29,16 +29,19 @@ final class IdleDetector {
         frameIsOwed = true;
     }
 
-    /** Asks for a frame, since something changed. */
+    /** Requests a frame, because something changed. */
     void wake() { frameIsOwed = true; }
 
-    /** Returns true if the ink is to be cleared: its 8-bit targets keep a trace that never fades. */
+    /**
+     * Returns true if the host must clear the ink: rounding to 8 bits leaves a trace that never
+     * fades.
+     */
     boolean inkHasFaded() { return inkIsLeft && !fingerIsDown && framesSinceTouch >= INK_FRAMES; }
 
-    /** Notes that the library holds no ink. */
+    /** Must be called when the library has lost or cleared its ink. */
     void inkIsGone() { inkIsLeft = false; }
 
-    /** Notes that the gesture ended without an event. */
+    /** Must be called when the gesture ended without an up or cancel event. */
     void fingerIsGone() { fingerIsDown = false; }
 
     void frameDrawn(boolean waterStillMoves) {
@@ -47,6 +50,6 @@ final class IdleDetector {
         frameIsOwed = false;
     }
 
-    /** Returns true if the next frame may differ from the last. */
+    /** Returns true if the next frame may differ from the last one. */
     boolean needsFrame() { return frameIsOwed || waterMoves || fingerIsDown || inkIsLeft; }
 }

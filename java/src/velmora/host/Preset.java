@@ -5,13 +5,18 @@ import org.json.JSONArray;
 import org.json.JSONException;
 import org.json.JSONObject;
 
-/** Settings as a JSON object with one member per setting. A missing member has its default. */
+/**
+ * Converts settings to and from JSON: one member per setting. A missing member means the default.
+ */
 public final class Preset {
     private static final String INK = "ink";
 
     private Preset() {}
 
-    /** Parses a preset. Throws HostException that names the preset and the faulty member. */
+    /**
+     * Parses a preset. If it is invalid, throws a HostException that names the preset and the
+     * member.
+     */
     public static Settings parse(String text, String presetName) {
         Settings settings = new Settings();
         try {
@@ -21,12 +26,12 @@ public final class Preset {
                 readMember(name, json.get(name), settings, presetName);
             }
         } catch (JSONException error) {
-            throw new HostException(presetName + ": expected a JSON object, " + error.getMessage());
+            throw new HostException(presetName + ": expected a JSON object: " + error.getMessage());
         }
         return settings;
     }
 
-    /** Returns the settings as a JSON text that parse reads back as equal settings. */
+    /** Returns the settings as JSON text. parse reads this text back as equal settings. */
     public static String write(Settings settings) {
         try {
             JSONObject json = new JSONObject();
@@ -61,7 +66,8 @@ public final class Preset {
                 return;
             }
         }
-        throw new HostException(presetName + ": there is no setting \"" + name + '"');
+        throw new HostException(
+            presetName + ": there is no setting \"" + name + "\"; check the spelling");
     }
 
     private static float read(Setting setting, Object value, String presetName) {

@@ -3,19 +3,22 @@ package velmora.host;
 import android.graphics.Bitmap;
 import java.nio.ByteBuffer;
 
-/** The reflection map of the water: a soft sky with caustic light, computed from a formula. */
+/**
+ * Computes the reflection map of the water: a soft sky with caustic light, like light on a pool's
+ * floor.
+ */
 public final class ReflectionMap {
     private static final int SIZE = 256;
     private static final double[] DEPTH = {0.16, 0.30, 0.42};
     private static final double[] SKY = {0.70, 0.86, 1.00};
     private static final double[] SUN = {1.00, 0.98, 0.92};
 
-    /** Width of the map in caustic units. */
+    /** Width of the map, in the unit of the function caustic. */
     private static final double FOLDS = 14.0;
 
     private ReflectionMap() {}
 
-    /** Makes the map. */
+    /** Computes the map. */
     public static Bitmap makeBitmap() {
         ByteBuffer rgba = ByteBuffer.allocate(SIZE * SIZE * 4);
         for (int y = 0; y < SIZE; ++y) {
@@ -41,7 +44,10 @@ public final class ReflectionMap {
         return mix(light, SUN, 0.6 * caustic(FOLDS * u, FOLDS * v));
     }
 
-    /** Returns light that gathers where a wavy sheet folds, as on the floor of a pool, 0 to 1. */
+    /**
+     * Returns the brightness of caustic light, 0 to 1. It is high where the folds of a wavy surface
+     * meet.
+     */
     private static double caustic(double u, double v) {
         double x = u;
         double y = v;

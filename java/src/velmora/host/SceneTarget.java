@@ -1,6 +1,6 @@
 package velmora.host;
 
-/** Passes the events of a gesture script to a scene. Ignores the loss of a context. */
+/** Passes the events of a gesture script to a scene. Ignores lose-context events. */
 public class SceneTarget implements GestureScript.Target {
     private final EffectScene scene;
 
@@ -26,7 +26,7 @@ public class SceneTarget implements GestureScript.Target {
         scene.clearInk();
     }
 
-    /** Does nothing: only hosts of tests can lose a context on request. */
+    /** Does nothing: only test hosts can lose a context on request. */
     @Override
     public void loseContext() {}
 }

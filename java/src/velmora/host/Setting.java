@@ -1,6 +1,9 @@
 package velmora.host;
 
-/** The table of settings: the name in presets, the range and the default value. The ink is not in it. */
+/**
+ * Table of the settings: name in presets, type, range and default. The ink colour is not in this
+ * table.
+ */
 public enum Setting {
     DAMPING("damping", Kind.NUMBER, 0.8f, 0.999f, 0.97f),
     WAVE_SPEED("waveSpeed", Kind.NUMBER, 0.05f, 1.2f, 0.365f),
@@ -8,8 +11,8 @@ public enum Setting {
     RAIN("rain", Kind.NUMBER, 0.0f, 40.0f, 0.0f),
     TIME_SCALE("timeScale", Kind.NUMBER, 0.05f, 2.0f, 1.0f),
     REFRACTIVE_INDEX("refractiveIndex", Kind.NUMBER, 1.0f, 2.0f, 1.33f),
-    REFLECTION("sheen", Kind.NUMBER, 0.0f, 1.0f, 0.1f),
-    FRESNEL("fresnel", Kind.NUMBER, 0.0f, 3.0f, 0.8f),
+    REFLECTION("sheen", Kind.NUMBER, 0.0f, 1.0f, 0.06f),
+    FRESNEL("fresnel", Kind.NUMBER, 0.0f, 3.0f, 0.4f),
     SPECULAR("specular", Kind.NUMBER, 1.0f, 5.5f, 3.0f),
     EXPONENT("exponent", Kind.NUMBER, 1.0f, 128.0f, 24.0f),
     PRESSURE("pressure", Kind.NUMBER, 0.0f, 1.0f, 0.5f),
@@ -17,17 +20,17 @@ public enum Setting {
     SECOND_BACKGROUND("secondBackground", Kind.SWITCH, 0.0f, 1.0f, 0.0f),
     WATER_ONLY("waterOnly", Kind.SWITCH, 0.0f, 1.0f, 0.0f);
 
-    /** The type of a setting's value in a preset. */
+    /** Type of a setting's value in a preset. */
     enum Kind { NUMBER, WHOLE_NUMBER, SWITCH }
 
-    /** The name of the setting in presets. */
+    /** Name of the setting in presets. */
     public final String member;
 
     final Kind kind;
     public final float min;
     public final float max;
 
-    /** The default value. A switch that is on has the value 1. */
+    /** Default value. For a switch, 1 means on. */
     public final float initial;
 
     Setting(String member, Kind kind, float min, float max, float initial) {
@@ -38,7 +41,7 @@ public enum Setting {
         this.initial = initial;
     }
 
-    /** Returns the expected value for an error message. */
+    /** Returns the range as text for an error message. */
     String range() {
         if (kind == Kind.SWITCH) {
             return "true or false";

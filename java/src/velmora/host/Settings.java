@@ -2,11 +2,11 @@ package velmora.host;
 
 import java.util.Arrays;
 
-/** A value for each setting, and an ink. */
+/** A value for each setting, and an ink colour. */
 public final class Settings {
     private static final int SLOWEST_RATE = 60;
 
-    /** Waves are stable up to 0.5. */
+    /** Maximum weight waveSpeed of a step. Waves are unstable above 0.5. */
     private static final double MAX_WAVE_WEIGHT = 0.45;
 
     /** Radius of a touch's ripple, as a fraction of the screen's shorter side. */
@@ -15,7 +15,7 @@ public final class Settings {
     private final float[] values = new float[Setting.values().length];
     private final float[] ink;
 
-    /** Takes the defaults. */
+    /** Creates settings with the default values. */
     public Settings() {
         EffectSettings effect = new EffectSettings();
         ink = new float[] {effect.inkRed, effect.inkGreen, effect.inkBlue};
@@ -26,14 +26,14 @@ public final class Settings {
 
     public float get(Setting setting) { return values[setting.ordinal()]; }
 
-    /** Sets a value and clamps it to the setting's range. */
+    /** Sets a value, clamped to the range of the setting. */
     public void set(Setting setting, float value) {
         values[setting.ordinal()] = Math.max(setting.min, Math.min(value, setting.max));
     }
 
     public boolean isOn(Setting setting) { return get(setting) != 0; }
 
-    /** Returns red, green and blue, each from 0 to 1. */
+    /** Returns the ink colour: red, green and blue, each from 0 to 1. */
     public float[] ink() { return ink.clone(); }
 
     public void setInk(float red, float green, float blue) {
@@ -42,7 +42,7 @@ public final class Settings {
         ink[2] = blue;
     }
 
-    /** Writes the settings into the arguments of each frame. */
+    /** Copies the settings to the arguments of onDrawFrame. */
     void applyTo(EffectSettings effect) {
         EffectSettings defaults = new EffectSettings();
         effect.refractiveIndex = get(Setting.REFRACTIVE_INDEX);
@@ -58,7 +58,10 @@ public final class Settings {
         effect.useSecondBackground = isOn(Setting.SECOND_BACKGROUND);
     }
 
-    /** Returns the grid, step rate and weights for these settings' wave speed and mesh detail. */
+    /**
+     * Returns the grid, step rate and wave weight that give these settings' wave speed and mesh
+     * detail.
+     */
     WaterSettings water() {
         int cells = (int) get(Setting.MESH_DETAIL);
         double cellsPerSecond = (double) get(Setting.WAVE_SPEED) * cells;

@@ -13,8 +13,9 @@ import org.json.JSONException;
 import org.json.JSONObject;
 
 /**
- * The user's choice on disk: the preset's name, the settings and a copy of the photo. One process
- * writes, from any thread, and others read: files are replaced as a whole.
+ * The user's choice on disk: the name of the preset, the settings and a copy of the photo. One
+ * process writes, on any of its threads, and other processes read. Each file is replaced as a
+ * whole, so a reader never sees half a file.
  */
 public final class SettingsStore {
     private static final String PRESET = "preset";
@@ -38,7 +39,7 @@ public final class SettingsStore {
         }
     }
 
-    /** Returns the copy of the chosen photo, or null. */
+    /** Returns the copy of the chosen photo, or null if there is none. */
     public File photo() {
         File photo = new File(folder, read().optString(PHOTO, "none"));
         return photo.isFile() ? photo : null;
@@ -49,10 +50,10 @@ public final class SettingsStore {
     }
 
     /**
-     * Copies a photo, so that it outlives the permission to read the original. Throws IOException and
-     * keeps the earlier photo if the copy fails or is refused.
+     * Copies a photo, because the permission to read the original ends. If the copy fails or
+     * isPhoto rejects it, throws IOException and keeps the earlier photo.
      *
-     * @param isPhoto returns false for a file that is no photo
+     * @param isPhoto returns false if the file is not a photo
      */
     public File savePhoto(InputStream photo, Predicate<File> isPhoto) throws IOException {
         makeFolder();
@@ -62,7 +63,8 @@ public final class SettingsStore {
                 copy(photo, out);
             }
             if (!isPhoto.test(copy)) {
-                throw new IOException("expected a photo, found other bytes");
+                throw new IOException(
+                    "expected an image that this device can decode; choose another file");
             }
             replacePhoto(copy);
         } catch (IOException | RuntimeException error) {
@@ -82,7 +84,7 @@ public final class SettingsStore {
         }
     }
 
-    /** Copies the rest of a stream. */
+    /** Copies the remaining bytes of a stream. */
     public static void copy(InputStream from, OutputStream to) throws IOException {
         byte[] buffer = new byte[1 << 16];
         for (int count; (count = from.read(buffer)) >= 0;) {
@@ -100,7 +102,10 @@ public final class SettingsStore {
         }
     }
 
-    /** Writes members over those on disk. The threads of an activity save at the same time. */
+    /**
+     * Replaces members on disk and keeps all others. Locked, because two threads of an activity may
+     * save at once.
+     */
     private void write(String... membersAndValues) throws IOException {
         synchronized (SettingsStore.class) {
             makeFolder();

@@ -3,14 +3,14 @@ package velmora.host;
 import com.corvane.android.visualeffect.lock.velmora.NativeForVelmora;
 
 /**
- * Translates the platform's touch events into those of one finger. The library knows the actions 0
- * to 3 only, and any other code would move its touch.
+ * Translates Android's touch events into events of one finger. The library knows only the actions 0
+ * to 3; for any other code it would still move the touch.
  */
 public final class TouchTranslator {
-    /** The event says nothing about the first finger. */
+    /** Result for an event that does not concern the first finger. */
     public static final int IGNORED = -1;
 
-    /** The platform's code for a finger that leaves while another one stays. */
+    /** Android's action code for a finger that leaves while another one stays. */
     private static final int POINTER_UP = 6;
 
     private int firstPointer;
@@ -18,10 +18,10 @@ public final class TouchTranslator {
 
     /**
      * Returns the library's action for an event, or IGNORED. The gesture ends when the first finger
-     * leaves the screen, also while another finger stays.
+     * leaves the screen, even if another finger stays.
      *
-     * @param action the platform's masked action
-     * @param pointer the id of the pointer at the event's action index
+     * @param action the masked action of the MotionEvent
+     * @param pointer the id of the pointer at the action index of the MotionEvent
      */
     public int translate(int action, int pointer) {
         if (action == NativeForVelmora.ACTION_DOWN) {
@@ -41,7 +41,10 @@ public final class TouchTranslator {
     /** Returns the id of the pointer whose position belongs to the last translated action. */
     public int pointer() { return firstPointer; }
 
-    /** Returns the pressure of a touch. Devices that do not measure pressure report exactly 1. */
+    /**
+     * Returns the pressure to use. Devices that cannot measure pressure report 1; the setting
+     * replaces it.
+     */
     public static float pressure(float reported, Settings settings) {
         return reported == 1.0f ? settings.get(Setting.PRESSURE) : reported;
     }

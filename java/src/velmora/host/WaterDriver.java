@@ -3,20 +3,20 @@ package velmora.host;
 import com.corvane.android.visualeffect.lock.velmora.NativeForVelmora;
 
 /**
- * The water of one screen: two grids, the mesh arrays and the heights attribute. The library works on
- * these arrays. They are allocated once, so that no frame allocates memory.
+ * The water of one screen: two grids, the mesh arrays and the heights attribute. The library works
+ * on these arrays. They are allocated once, so that no frame allocates memory.
  *
- * <p>The cell in column x, row y of the grid lies at (x / columns, y / rows) of the screen, rows
- * downwards. The mesh has one vertex more than cells along each side. The last vertices repeat the
- * last cell, which is part of the fixed frame.
+ * <p>The cell in column x and row y of the grid is at (x / columns, y / rows) of the screen, y
+ * down. Along each side, the mesh has one vertex more than the grid has cells. The extra vertices
+ * repeat the last cell, which is part of the fixed border.
  */
 final class WaterDriver {
-    /** Mesh units along the shorter side of the screen. Mesh units are square. */
+    /** Mesh units along the shorter side of the screen. A unit has the same length on both axes. */
     private static final int SHORT_SIDE_MESH_UNITS = 16;
 
     private static final int MAX_VERTICES = 65536;
 
-    /** The smallest grid that holds the fixed frame and the cone of a ripple. */
+    /** Minimum number of cells along a side: room for the fixed border and the cone of a ripple. */
     private static final int MIN_CELLS = 8;
 
     private static final int MAX_SHORT_SIDE_CELLS = 254;
@@ -24,19 +24,25 @@ final class WaterDriver {
     /** Duration of a step, in nanoseconds times steps per second. */
     private static final long STEP_TIME = 1_000_000_000;
 
-    /** Longest time to catch up at once, in 60ths of a second. */
+    /** Maximum time that one call of advance simulates, in 60ths of a second. */
     private static final long MAX_TIME_AT_ONCE = 4;
 
-    /** Volume of a cone over the area of a lattice cell: 2 pi / (3 sqrt 3). */
+    /**
+     * Volume of a cone of radius 1 and height 1, divided by the area of a lattice cell: 2 pi / (3
+     * sqrt 3).
+     */
     private static final double CONE_OVERLAP = 1.2092;
 
-    /** Distance of the rows of a triangular lattice, in distances of its points. */
+    /**
+     * Distance between rows of a triangular lattice, as a factor of the distance between its
+     * points.
+     */
     private static final double LATTICE_ROW = 0.8660254;
 
     /**
-     * Size of the drawn mesh, in screens. A ray from the effect's eye, 30 units before the mesh,
-     * meets the background 30.9 units behind it. With this factor the background's edge lies at the
-     * screen's edge.
+     * Factor by which the drawn mesh is larger than the screen. The eye is 30 units in front of the
+     * mesh and the background 30.9 units behind it. With this factor, the background's edges appear
+     * at the screen's edges.
      */
     static final float MESH_OVERHANG = 1.015f;
 
@@ -52,7 +58,9 @@ final class WaterDriver {
     final float[] positions;
     final short[] indices;
 
-    /** 3 floats per vertex: its height, its right neighbour's and its upper neighbour's. */
+    /**
+     * 3 floats per vertex: its height, that of its right neighbour and that of its upper neighbour.
+     */
     final float[] heights;
 
     private final NativeForVelmora velmora;
@@ -93,17 +101,22 @@ final class WaterDriver {
         return (int) Math.round(Math.min(shortSide * aspect, MAX_VERTICES));
     }
 
-    /** Applies settings under the running waves. Returns false if they need another grid. */
+    /**
+     * Applies settings while the waves continue. Returns false, and changes nothing, if they need
+     * another grid.
+     */
     boolean adopt(WaterSettings changed) {
         boolean fits = changed.shortSideCells == settings.shortSideCells;
         settings = fits ? changed : settings;
         return fits;
     }
 
-    /** Takes over the waves of a water of the same screen on another grid, as they stand and run. */
-    void carryWaves(WaterDriver from) {
-        carry(from, from.height, height, 1.0f);
-        carry(from, from.velocity, velocity,
+    /**
+     * Copies the waves of another water of the same screen, whose grid and step rate may differ.
+     */
+    void resampleWaves(WaterDriver from) {
+        resample(from, from.height, height, 1.0f);
+        resample(from, from.velocity, velocity,
             (float) from.settings.stepsPerSecond / settings.stepsPerSecond);
         idle = from.idle;
         if (settings.stepsPerSecond == from.settings.stepsPerSecond) {
@@ -112,18 +125,21 @@ final class WaterDriver {
         buildHeights();
     }
 
-    private void carry(WaterDriver from, float[] source, float[] target, float factor) {
+    private void resample(WaterDriver from, float[] source, float[] target, float factor) {
         for (int row = 1; row < rows - 1; ++row) {
             for (int column = 1; column < columns - 1; ++column) {
                 double x = (double) column * from.columns / columns;
                 double y = (double) row * from.rows / rows;
-                target[row * columns + column] = factor * from.valueBetween(source, x, y);
+                target[row * columns + column] = factor * from.interpolate(source, x, y);
             }
         }
     }
 
-    /** Returns the grid's value at a place between cells. Beyond the last cell its value goes on. */
-    private float valueBetween(float[] grid, double x, double y) {
+    /**
+     * Interpolates a grid at a position in cells. Beyond the last cell, returns the value of the
+     * last cell.
+     */
+    private float interpolate(float[] grid, double x, double y) {
         int left = Math.min((int) x, columns - 2);
         int top = Math.min((int) y, rows - 2);
         float weightX = (float) Math.min(1.0, x - left);
@@ -134,7 +150,10 @@ final class WaterDriver {
         return mix(above, below, weightY);
     }
 
-    /** Interpolates as C++ does with std::lerp, so that both hosts carry the same waves. */
+    /**
+     * Interpolates exactly as std::lerp does, so that this host and the C++ host get the same
+     * waves.
+     */
     private static float mix(float from, float to, float weight) {
         if (from <= 0 && to >= 0 || from >= 0 && to <= 0) {
             return weight * to + (1 - weight) * from;
@@ -146,14 +165,15 @@ final class WaterDriver {
         return to > from ? Math.min(mixed, to) : Math.max(mixed, to);
     }
 
-    /** Returns true while a wave runs. */
+    /** Returns true while a wave moves. */
     boolean moves() { return !idle; }
 
-    /** Raises a cone at a touch, in screen pixels with y down, and wakes the water. */
+    /** Raises a cone at a touch in screen pixels, y down. The water is then no longer idle. */
     void ripple(double x, double y, float strength) {
         double radius = settings.rippleRadius;
         if (radius <= WaterSettings.CONE_RADIUS) {
-            // The library's cone is wider, so a flatter cone of the same volume rises.
+            // The library's cone has a fixed, larger radius, so raise a flatter cone of the same
+            // volume.
             double flatter =
                 radius * radius / (WaterSettings.CONE_RADIUS * WaterSettings.CONE_RADIUS);
             raiseCone(x, y, (float) (strength * flatter));
@@ -163,7 +183,7 @@ final class WaterDriver {
         idle = false;
     }
 
-    /** Raises cones of the library on a triangular lattice. Their sum is one wide cone. */
+    /** Raises the library's cones on a triangular lattice, so that their sum is one wide cone. */
     private void raiseWideCone(double x, double y, float strength) {
         double spacing = WaterSettings.CONE_RADIUS * (double) screenWidth / columns;
         double width = settings.rippleRadius / WaterSettings.CONE_RADIUS;
@@ -187,7 +207,10 @@ final class WaterDriver {
             height, screenWidth, screenHeight, columns, rows, fromCentreX, fromCentreY, strength);
     }
 
-    /** Runs the steps due after so many nanoseconds. A host that stalled does not catch up. */
+    /**
+     * Runs the steps that are due after `elapsed` nanoseconds. A host that stalled skips time
+     * instead of catching up.
+     */
     void advance(long elapsed) {
         if (idle) {
             pendingTime = 0;

@@ -1,6 +1,6 @@
 package velmora.host;
 
-/** Grid and motion of the water. Lengths are in cells, times in steps. Instances do not change. */
+/** Grid and motion of the water. Lengths are in cells, times in steps. Instances are immutable. */
 public final class WaterSettings {
     /** Radius in cells of the cone that the library's ripple raises. */
     static final double CONE_RADIUS = 3.0;
@@ -11,7 +11,10 @@ public final class WaterSettings {
     /** Factor of the velocity per step, below 1. */
     public final float damping;
 
-    /** Weight of the neighbours' pull, stable up to 0.5. Waves run sqrt(waveSpeed) cells a step. */
+    /**
+     * Weight of the height difference to the adjacent cells. Waves travel sqrt(waveSpeed) cells per
+     * step. Stable up to 0.5.
+     */
     public final float waveSpeed;
 
     public final int stepsPerSecond;
@@ -19,7 +22,7 @@ public final class WaterSettings {
     /** Radius in cells of the cone that a touch raises. */
     public final double rippleRadius;
 
-    /** The defaults: 90 cells, 60 steps a second and cones of 3 cells. */
+    /** Creates the defaults: 90 cells, 60 steps per second and cones of 3 cells. */
     public WaterSettings() { this(90, 0.97f, 0.3f, 60, CONE_RADIUS); }
 
     WaterSettings(int shortSideCells, float damping, float waveSpeed, int stepsPerSecond,

@@ -9,7 +9,10 @@ import java.util.regex.Pattern;
 final class Words {
     private static final Pattern BLANKS = Pattern.compile("[ \t\r]+");
 
-    /** The accepted numbers. Java's parsers also accept plus signs, suffixes and names. */
+    /**
+     * Syntax of an accepted number. Java's own parsers also accept plus signs, suffixes and names
+     * such as NaN.
+     */
     private static final Pattern NUMERAL =
         Pattern.compile("-?(\\d+\\.?\\d*|\\.\\d+)([eE][+-]?\\d+)?");
 
@@ -46,21 +49,19 @@ final class Words {
         }
     }
 
-    int integer(int least, int most, String what) {
-        return number(Integer::valueOf, least, most, what);
-    }
+    int integer(int min, int max, String what) { return number(Integer::valueOf, min, max, what); }
 
-    <N extends Comparable<N>> N number(Function<String, N> parse, N least, N most, String what) {
+    <N extends Comparable<N>> N number(Function<String, N> parse, N min, N max, String what) {
         String word = next();
         try {
             if (NUMERAL.matcher(word).matches()) {
                 N value = parse.apply(word);
-                if (value.compareTo(least) >= 0 && value.compareTo(most) <= 0) {
+                if (value.compareTo(min) >= 0 && value.compareTo(max) <= 0) {
                     return value;
                 }
             }
         } catch (NumberFormatException ignored) {
-            // A fraction or too many digits in place of a whole number: reported below.
+            // The word is a fraction or has too many digits. The code below reports it.
         }
         throw unexpected(what, word);
     }

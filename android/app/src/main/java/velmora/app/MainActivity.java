@@ -34,16 +34,17 @@ import velmora.host.Settings;
 import velmora.host.SettingsStore;
 
 /**
- * Shows a photo under water, with the shipped presets. Photo and preset are kept in the store, so
- * that they survive rotation and the end of the process, and the wallpaper finds them there.
+ * Shows a photo under water, with the shipped presets. The store keeps photo and preset, so that
+ * they survive a rotation and the end of the process, and the wallpaper can read them.
  */
 public final class MainActivity extends Activity {
     private static final int PHOTO_REQUEST = 1;
-    private static final int PRESET_PICTURE_DP = 64;
+    private static final int THUMBNAIL_DP = 64;
 
     /**
-     * The activity that was started last, or null. A rotation replaces the activity while a photo is
-     * copied, and the settings of the wallpaper's preview start a second one.
+     * The activity that was started last, or null. There can be another activity: a rotation
+     * replaces it while a photo is still being copied, and the settings button of the wallpaper's
+     * preview starts one.
      */
     private static MainActivity current;
 
@@ -64,7 +65,7 @@ public final class MainActivity extends Activity {
         drawEdgeToEdge(findViewById(R.id.panel));
         findViewById(R.id.choose_photo).setOnClickListener(view -> choosePhoto());
         findViewById(R.id.set_wallpaper).setOnClickListener(view -> setWallpaper());
-        findViewById(R.id.share_still).setOnClickListener(view -> shareStill());
+        findViewById(R.id.share_screenshot).setOnClickListener(view -> shareScreenshot());
         findViewById(R.id.demo).setOnClickListener(view -> playDemo());
         addPresetButtons();
     }
@@ -103,11 +104,11 @@ public final class MainActivity extends Activity {
         if (request == PHOTO_REQUEST && result == RESULT_OK && data != null
             && data.getData() != null) {
             Uri photo = data.getData();
-            background.execute(() -> takePhoto(photo));
+            background.execute(() -> copyPhoto(photo));
         }
     }
 
-    /** Lets the water reach below the system bars and keeps the controls clear of them. */
+    /** Draws the water below the system bars and keeps the controls clear of the bars. */
     private void drawEdgeToEdge(View panel) {
         layOutBelowBars();
         panel.setOnApplyWindowInsetsListener((view, insets) -> {
@@ -122,7 +123,7 @@ public final class MainActivity extends Activity {
         });
     }
 
-    /** Asks for what Android 15 does by itself. */
+    /** Requests the layout below the system bars that Android 15 uses by default. */
     @SuppressWarnings("deprecation")
     private void layOutBelowBars() {
         if (Build.VERSION.SDK_INT >= Build.VERSION_CODES.R) {
@@ -140,7 +141,7 @@ public final class MainActivity extends Activity {
     }
 
     private void addPresetButtons() {
-        int side = Math.round(PRESET_PICTURE_DP * getResources().getDisplayMetrics().density);
+        int side = Math.round(THUMBNAIL_DP * getResources().getDisplayMetrics().density);
         try {
             for (String name : presets.names()) {
                 Button button = (Button) LayoutInflater.from(this).inflate(
@@ -148,12 +149,13 @@ public final class MainActivity extends Activity {
                 button.setText(PresetFiles.label(name));
                 button.setTag(name);
                 button.setCompoundDrawables(
-                    null, presets.picture(name, side, getResources()), null, null);
+                    null, presets.thumbnail(name, side, getResources()), null, null);
                 button.setOnClickListener(view -> choosePreset(name));
                 presetButtons.addView(button);
             }
         } catch (IOException error) {
-            throw new IllegalStateException("the presets of the package cannot be read", error);
+            throw new IllegalStateException(
+                "cannot read the presets of the APK; build the app again", error);
         }
     }
 
@@ -164,7 +166,7 @@ public final class MainActivity extends Activity {
             markPreset(name);
             store.savePreset(name, settings);
         } catch (IOException error) {
-            say(R.string.preset_not_saved);
+            showToast(R.string.preset_not_saved);
         }
     }
 
@@ -181,7 +183,9 @@ public final class MainActivity extends Activity {
         }
     }
 
-    /** Opens the system's photo picker, which older systems can have too, or else the documents. */
+    /**
+     * Opens the system's photo picker, or the document picker if the device has no photo picker.
+     */
     private void choosePhoto() {
         try {
             choosePhoto(new Intent(MediaStore.ACTION_PICK_IMAGES));
@@ -190,7 +194,7 @@ public final class MainActivity extends Activity {
                 choosePhoto(
                     new Intent(Intent.ACTION_OPEN_DOCUMENT).addCategory(Intent.CATEGORY_OPENABLE));
             } catch (ActivityNotFoundException noDocuments) {
-                say(R.string.no_photo_app);
+                showToast(R.string.no_photo_app);
             }
         }
     }
@@ -199,8 +203,8 @@ public final class MainActivity extends Activity {
         startActivityForResult(choose.setType("image/*"), PHOTO_REQUEST);
     }
 
-    /** Copies the photo into the store and shows it. Background thread. */
-    private void takePhoto(Uri photo) {
+    /** Copies the photo into the store and shows it. Runs on the background thread. */
+    private void copyPhoto(Uri photo) {
         try (InputStream in = getContentResolver().openInputStream(photo)) {
             if (in == null) {
                 throw new FileNotFoundException(photo.toString());
@@ -212,8 +216,8 @@ public final class MainActivity extends Activity {
                 }
             });
         } catch (IOException | RuntimeException error) {
-            // The photo's app runs the provider: it can throw any exception.
-            runOnUiThread(() -> say(R.string.photo_unreadable));
+            // The app that owns the photo runs its provider, which can throw any exception.
+            runOnUiThread(() -> showToast(R.string.photo_unreadable));
         }
     }
 
@@ -224,52 +228,53 @@ public final class MainActivity extends Activity {
         try {
             startActivity(change);
         } catch (ActivityNotFoundException missing) {
-            say(R.string.no_wallpaper_app);
+            showToast(R.string.no_wallpaper_app);
         }
     }
 
-    private void shareStill() {
+    private void shareScreenshot() {
         if (water.getWidth() == 0 || !water.getHolder().getSurface().isValid()) {
-            say(R.string.still_failed);
+            showToast(R.string.screenshot_failed);
             return;
         }
-        Bitmap still =
+        Bitmap screenshot =
             Bitmap.createBitmap(water.getWidth(), water.getHeight(), Bitmap.Config.ARGB_8888);
-        PixelCopy.request(water, still, result -> {
+        PixelCopy.request(water, screenshot, result -> {
             if (result == PixelCopy.SUCCESS && !background.isShutdown()) {
-                background.execute(() -> writeStill(still));
+                background.execute(() -> writeScreenshot(screenshot));
             } else {
-                say(R.string.still_failed);
+                showToast(R.string.screenshot_failed);
             }
         }, new Handler(Looper.getMainLooper()));
     }
 
-    /** Background thread. */
-    private void writeStill(Bitmap still) {
-        File file = StillProvider.newFile(this);
+    /** Saves the screenshot and offers it for sharing. Runs on the background thread. */
+    private void writeScreenshot(Bitmap screenshot) {
+        File file = ScreenshotProvider.newFile(this);
         try (FileOutputStream out = new FileOutputStream(file)) {
-            still.compress(Bitmap.CompressFormat.PNG, 100, out);
-            runOnUiThread(() -> offerStill(StillProvider.uri(this, file)));
+            screenshot.compress(Bitmap.CompressFormat.PNG, 100, out);
+            runOnUiThread(() -> offerScreenshot(ScreenshotProvider.uri(this, file)));
         } catch (IOException error) {
-            runOnUiThread(() -> say(R.string.still_failed));
+            runOnUiThread(() -> showToast(R.string.screenshot_failed));
         }
     }
 
-    private void offerStill(Uri still) {
+    private void offerScreenshot(Uri screenshot) {
         Intent send = new Intent(Intent.ACTION_SEND).setType("image/png");
-        send.putExtra(Intent.EXTRA_STREAM, still);
-        send.setClipData(ClipData.newRawUri(null, still));
+        send.putExtra(Intent.EXTRA_STREAM, screenshot);
+        send.setClipData(ClipData.newRawUri(null, screenshot));
         send.addFlags(Intent.FLAG_GRANT_READ_URI_PERMISSION);
-        startActivity(Intent.createChooser(send, getString(R.string.share_still_description)));
+        startActivity(Intent.createChooser(send, getString(R.string.share_screenshot_description)));
     }
 
     private void playDemo() {
         try {
             water.play(presets.read("showcase.gesture"), "showcase");
         } catch (IOException error) {
-            throw new IllegalStateException("the gestures of the package cannot be read", error);
+            throw new IllegalStateException(
+                "cannot read the gestures of the APK; build the app again", error);
         }
     }
 
-    private void say(int text) { Toast.makeText(this, text, Toast.LENGTH_LONG).show(); }
+    private void showToast(int text) { Toast.makeText(this, text, Toast.LENGTH_LONG).show(); }
 }

@@ -16,9 +16,9 @@ import velmora.host.Preset;
 import velmora.host.Settings;
 import velmora.host.SettingsStore;
 
-/** The shipped presets. Each is a JSON file with a thumbnail of the same name. */
+/** Reads the shipped presets. Each preset is a JSON file and has a thumbnail of the same name. */
 final class PresetFiles {
-    /** The folder of the library's assets. */
+    /** Folder of the library's assets in the APK. */
     private static final String FOLDER = "velmora";
 
     private static final String SUFFIX = ".json";
@@ -39,7 +39,7 @@ final class PresetFiles {
         return names;
     }
 
-    /** Returns the name as users read it. */
+    /** Returns the name to show to users. */
     static String label(String name) { return name.replace('_', ' '); }
 
     Settings load(String name) throws IOException {
@@ -55,12 +55,12 @@ final class PresetFiles {
         }
     }
 
-    /** Returns the preset's picture, a square of so many pixels. */
-    Drawable picture(String name, int side, Resources resources) throws IOException {
+    /** Returns the thumbnail of a preset as a square of `side` pixels. */
+    Drawable thumbnail(String name, int side, Resources resources) throws IOException {
         try (InputStream in = open(name + ".jpg")) {
-            Drawable picture = new BitmapDrawable(resources, BitmapFactory.decodeStream(in));
-            picture.setBounds(0, 0, side, side);
-            return picture;
+            Drawable thumbnail = new BitmapDrawable(resources, BitmapFactory.decodeStream(in));
+            thumbnail.setBounds(0, 0, side, side);
+            return thumbnail;
         }
     }
 

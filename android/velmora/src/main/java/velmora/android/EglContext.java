@@ -7,7 +7,9 @@ import android.opengl.EGLDisplay;
 import android.opengl.EGLSurface;
 import android.view.Surface;
 
-/** One OpenGL ES 2.0 context and the window surfaces that share it. One thread at a time. */
+/**
+ * One OpenGL ES 2.0 context and the window surfaces that share it. Use it on one thread at a time.
+ */
 final class EglContext {
     private static final int[] CONFIG = {EGL14.EGL_RENDERABLE_TYPE, EGL14.EGL_OPENGL_ES2_BIT,
         EGL14.EGL_SURFACE_TYPE, EGL14.EGL_WINDOW_BIT, EGL14.EGL_RED_SIZE, 8, EGL14.EGL_GREEN_SIZE,
@@ -25,7 +27,7 @@ final class EglContext {
 
     boolean exists() { return context != EGL14.EGL_NO_CONTEXT; }
 
-    /** Makes the context. Returns false if the system has none to give. */
+    /** Creates the context. Returns false if the system cannot provide one. */
     boolean create() {
         display = EGL14.eglGetDisplay(EGL14.EGL_DEFAULT_DISPLAY);
         int[] version = new int[2];
@@ -42,7 +44,10 @@ final class EglContext {
         return exists();
     }
 
-    /** Returns the first configuration of 8 bits a channel: EGL sorts deeper colours to the front. */
+    /**
+     * Returns the first configuration with 8 bits per channel. EGL lists configurations with more
+     * bits first.
+     */
     private EGLConfig choose(EGLConfig[] configs, int count) {
         for (int at = 0; at < count; ++at) {
             if (hasBytes(configs[at])) {
@@ -62,7 +67,7 @@ final class EglContext {
         return true;
     }
 
-    /** Returns a surface of the window, or EGL_NO_SURFACE if the window is gone. */
+    /** Creates a surface for the window. Returns EGL_NO_SURFACE if the window no longer exists. */
     EGLSurface createSurface(Surface window) {
         try {
             return EGL14.eglCreateWindowSurface(display, config, window, DEFAULTS, 0);
@@ -75,12 +80,12 @@ final class EglContext {
         return succeeded(EGL14.eglMakeCurrent(display, surface, surface, context));
     }
 
-    /** Puts the frame on the screen. */
+    /** Shows the drawn frame on the screen. Returns false if that fails. */
     boolean present(EGLSurface surface) {
         return succeeded(EGL14.eglSwapBuffers(display, surface));
     }
 
-    /** Returns true if the last failure was the loss of the context. */
+    /** Returns true if the last failure was a lost context. */
     boolean isLost() { return isLost; }
 
     private boolean succeeded(boolean success) {

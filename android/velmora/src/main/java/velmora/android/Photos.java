@@ -15,22 +15,22 @@ import java.io.IOException;
 import velmora.host.Backgrounds;
 
 /**
- * A photo as the backgrounds of a screen. The library reads the pixels on the processor, so each
- * background is drawn into a software bitmap: ARGB_8888, opaque and unscaled.
+ * Draws a photo as the backgrounds of a screen. The library reads the pixels with the CPU, so each
+ * background is a software bitmap: ARGB_8888, opaque and unscaled.
  */
 final class Photos implements Backgrounds {
-    /** Pixels of the screen per pixel of the second background, which has no detail. */
+    /** Number of screen pixels per pixel of the second background, which has no detail. */
     private static final int SECOND_SCALE = 16;
 
-    /** The colours of the gradient that is shown without a photo, from top to bottom. */
+    /** Colours, from top to bottom, of the gradient that replaces a missing photo. */
     private static final int[] DUSK = {0xFF1B2A49, 0xFF5B6C8F, 0xFFE8A87C, 0xFF3C5A6B, 0xFF16263A};
 
     private File photo;
 
-    /** Shows this file from the next background on; null shows a gradient. */
+    /** Uses this file for all later backgrounds. If it is null, a gradient is drawn. */
     void setPhoto(File newPhoto) { photo = newPhoto; }
 
-    /** Returns true if the file begins as a picture that this device can decode. */
+    /** Returns true if the start of the file is that of an image that this device can decode. */
     static boolean canDecode(File photo) { return bounds(photo).outWidth > 0; }
 
     private static BitmapFactory.Options bounds(File photo) {
@@ -47,7 +47,7 @@ final class Photos implements Backgrounds {
         try {
             decoded = photo == null ? null : decode(width, height);
         } catch (IOException | RuntimeException | OutOfMemoryError broken) {
-            // A photo that cannot be decoded shows as no photo.
+            // If the photo cannot be decoded, the gradient is drawn.
         }
         return decoded == null ? dusk(width, height) : decoded;
     }
@@ -65,11 +65,11 @@ final class Photos implements Backgrounds {
         return stored == null ? null : cover(stored, orientation(stored), width, height);
     }
 
-    /** Decodes upright, and just large enough to cover the screen. */
+    /** Decodes the photo upright, and only just large enough to cover the screen. */
     private Bitmap decodeUpright(int width, int height) throws IOException {
         return ImageDecoder.decodeBitmap(
             ImageDecoder.createSource(photo), (decoder, info, source) -> {
-                // The library reads the pixels on the processor.
+                // A hardware bitmap would have no pixels that the library can read.
                 decoder.setAllocator(ImageDecoder.ALLOCATOR_SOFTWARE);
                 double columns = info.getSize().getWidth();
                 double rows = info.getSize().getHeight();
@@ -79,7 +79,10 @@ final class Photos implements Backgrounds {
             });
     }
 
-    /** Decodes as the camera stored the photo, and about as large as the screen. Null if broken. */
+    /**
+     * Decodes the photo in its stored orientation, about as large as the screen. Returns null if it
+     * is broken.
+     */
     private Bitmap decodeStored(int width, int height) {
         BitmapFactory.Options options = bounds(photo);
         options.inSampleSize = sampleSize(options.outWidth, options.outHeight, width, height);
@@ -88,13 +91,15 @@ final class Photos implements Backgrounds {
         return BitmapFactory.decodeFile(photo.getPath(), options);
     }
 
-    /** Returns how many pixels of the photo become one, so that enough remain for the screen. */
+    /**
+     * Returns the step at which pixels of the photo are read, so that enough remain for the screen.
+     */
     private static int sampleSize(int columns, int rows, int width, int height) {
         int spare = Math.min(columns, rows) / Math.max(width, height);
         return Math.max(1, Integer.highestOneBit(Math.max(1, spare)));
     }
 
-    /** Returns the turn from the stored photo to the upright one. */
+    /** Returns the transform that turns the stored photo upright. */
     private Matrix orientation(Bitmap stored) throws IOException {
         Matrix turn = new Matrix();
         int orientation =
@@ -130,7 +135,9 @@ final class Photos implements Backgrounds {
         return turn;
     }
 
-    /** Turns the photo, scales it to cover the screen and crops both sides evenly. */
+    /**
+     * Turns the photo, scales it to cover the screen and crops opposite sides by the same amount.
+     */
     private static Bitmap cover(Bitmap decoded, Matrix turn, int width, int height) {
         float[] corner = {decoded.getWidth(), decoded.getHeight()};
         turn.mapVectors(corner);

@@ -25,11 +25,11 @@ import velmora.host.Settings;
 import velmora.host.TouchTranslator;
 
 /**
- * The effect in an activity: a photo under water that reacts to touches. Call onPause and onResume
- * from the activity. One view of a process draws at a time, the last one that was resumed.
+ * The effect in an activity: a photo under water that reacts to touches. The activity must call
+ * onPause and onResume. If a process has several views, only the one resumed last draws.
  *
- * <p>The GL thread owns the scene. It draws on request, up to 60 times a second. While the screen is
- * idle, nothing requests a frame.
+ * <p>The GL thread owns the scene. It draws on request, at most 60 times per second. While the
+ * screen is idle, no frame is requested.
  */
 public class VelmoraView extends GLSurfaceView implements GLSurfaceView.Renderer {
     private final NativeForVelmora velmora = new NativeForVelmora();
@@ -40,24 +40,27 @@ public class VelmoraView extends GLSurfaceView implements GLSurfaceView.Renderer
     private final FramePacer pacer = new FramePacer();
     private final Choreographer.FrameCallback vsync = this::onVsync;
 
-    /** UI thread: true while onVsync waits for the display. */
+    /** True while onVsync waits for the display. UI thread only. */
     private boolean waitsForVsync;
 
-    /** UI thread: false from onPause to onResume, when the GL thread does not draw. */
+    /** False from onPause until onResume, while the GL thread does not draw. UI thread only. */
     private boolean isResumed = true;
 
-    /** Written by the GL thread: true if the next frame may differ from the last. */
+    /** True if the next frame may differ from the last one. Written by the GL thread. */
     private volatile boolean needsFrame;
 
-    /** Written by the UI thread: the display's time of the requested frame, in nanoseconds. */
+    /**
+     * Time of the display's frame for which drawing was requested, in nanoseconds. Written by the
+     * UI thread.
+     */
     private volatile long frameTime;
 
     private volatile float timeScale = 1.0f;
 
-    /** UI thread. */
+    /** The photo shown, or null. UI thread only. */
     private File photo;
 
-    /** GL thread. */
+    /** Player of gesture scripts. GL thread only. */
     private final GesturePlayer gesture = new GesturePlayer(scene);
 
     public VelmoraView(Context context) { this(context, null); }
@@ -79,7 +82,9 @@ public class VelmoraView extends GLSurfaceView implements GLSurfaceView.Renderer
         change(() -> scene.setSettings(settings));
     }
 
-    /** Shows a photo; null shows a gradient. The file must stay readable and keep its content. */
+    /**
+     * Shows a photo, or a gradient if it is null. The file must stay readable and must not change.
+     */
     public void setPhoto(File newPhoto) {
         if (Objects.equals(newPhoto, photo)) {
             return;
@@ -91,10 +96,13 @@ public class VelmoraView extends GLSurfaceView implements GLSurfaceView.Renderer
         });
     }
 
-    /** Returns true if the file is a picture that this device can decode. Any thread. */
+    /**
+     * Returns true if the file is an image that this device can decode. May be called on any
+     * thread.
+     */
     public static boolean canShow(File photo) { return Photos.canDecode(photo); }
 
-    /** Plays a gesture script. Throws HostException at its first faulty line. */
+    /** Plays a gesture script. Throws HostException at the first invalid line. */
     public void play(String script, String name) {
         GestureScript.parse(script, name, 1, 1);
         change(
@@ -113,7 +121,7 @@ public class VelmoraView extends GLSurfaceView implements GLSurfaceView.Renderer
 
     @Override
     public void onResume() {
-        // Before the GL thread draws again: it draws nothing while another view is active.
+        // Activate first, because the GL thread draws nothing while another view is active.
         renderer.activate();
         super.onResume();
         isResumed = true;
@@ -147,7 +155,7 @@ public class VelmoraView extends GLSurfaceView implements GLSurfaceView.Renderer
         return true;
     }
 
-    /** Strikes the middle of the water. A screen reader's double tap calls this. */
+    /** Makes a ripple in the middle of the water. A screen reader calls this for a double tap. */
     @Override
     public boolean performClick() {
         super.performClick();
@@ -160,7 +168,8 @@ public class VelmoraView extends GLSurfaceView implements GLSurfaceView.Renderer
 
     @Override
     public void onSurfaceCreated(GL10 unused, EGLConfig config) {
-        // Also called for a context that was lost, but not for a new surface of a preserved context.
+        // Android also calls this after a lost context, but not for a new surface of a preserved
+        // context.
         renderer.contextCreated();
     }
 
@@ -176,22 +185,28 @@ public class VelmoraView extends GLSurfaceView implements GLSurfaceView.Renderer
         if (isDrawn) {
             gesture.frameDrawn();
         } else {
-            // The view shows this buffer, whose content is undefined so far.
+            // The system shows this buffer, whose content is undefined until it is cleared.
             GLES20.glClear(GLES20.GL_COLOR_BUFFER_BIT);
         }
-        // A view that another one displaced is idle until it is resumed.
+        // If another view became active, this view stays idle until it is resumed.
         needsFrame = isDrawn && (scene.needsFrame() || gesture.plays());
         post(this::waitForVsync);
     }
 
-    /** Asks a display of more than 60 frames a second for 60. The pacer skips frames if it refuses. */
+    /**
+     * Requests 60 frames per second from a faster display. If the display refuses, the pacer skips
+     * frames.
+     */
     static void askForSixtyFrames(Surface surface) {
         if (Build.VERSION.SDK_INT >= Build.VERSION_CODES.R && surface.isValid()) {
             surface.setFrameRate(60.0f, Surface.FRAME_RATE_COMPATIBILITY_DEFAULT);
         }
     }
 
-    /** Runs a change of the scene on the GL thread and draws it. Any thread. */
+    /**
+     * Runs a change of the scene on the GL thread and draws the result. May be called on any
+     * thread.
+     */
     private void change(Runnable change) {
         queueEvent(() -> {
             change.run();
@@ -212,7 +227,7 @@ public class VelmoraView extends GLSurfaceView implements GLSurfaceView.Renderer
         }
     }
 
-    /** UI thread, at each frame of the display while the effect moves. */
+    /** Runs on the UI thread at each frame of the display while the effect moves. */
     private void onVsync(long time) {
         waitsForVsync = false;
         if (!needsFrame) {

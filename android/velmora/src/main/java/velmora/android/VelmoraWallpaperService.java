@@ -11,11 +11,11 @@ import velmora.host.SettingsStore;
 import velmora.host.TouchTranslator;
 
 /**
- * The effect as a live wallpaper. It shows what the app's store holds, and loads changes when
- * it becomes visible.
+ * The effect as a live wallpaper. It shows the photo and the settings of the app's store, and loads
+ * changes when it becomes visible.
  *
- * <p>Declare the service with a process of its own (android:process): the library has one state per
- * process, and an activity's view has a GL thread and a context of its own.
+ * <p>Declare the service with a separate process (android:process). The library has one state per
+ * process, but the view of an activity needs another GL thread and context.
  */
 public class VelmoraWallpaperService extends WallpaperService {
     /** Returns the store that the app's activity and the wallpaper share. */
@@ -43,7 +43,7 @@ public class VelmoraWallpaperService extends WallpaperService {
             setOffsetNotificationsEnabled(false);
             thread.post(() -> {
                 window = thread.new Window(photos);
-                takeSettings();
+                applySettings();
             });
         }
 
@@ -65,7 +65,7 @@ public class VelmoraWallpaperService extends WallpaperService {
         public void onVisibilityChanged(boolean visible) {
             thread.post(() -> {
                 if (visible) {
-                    takeSettings();
+                    applySettings();
                     window.show();
                 } else {
                     window.hide();
@@ -92,7 +92,7 @@ public class VelmoraWallpaperService extends WallpaperService {
 
         @Override
         public void onSurfaceDestroyed(SurfaceHolder holder) {
-            // The system frees the surface after this call.
+            // Wait here, because the system frees the surface after this call.
             thread.run(() -> window.removeSurface());
             super.onSurfaceDestroyed(holder);
         }
@@ -103,8 +103,8 @@ public class VelmoraWallpaperService extends WallpaperService {
             super.onDestroy();
         }
 
-        /** Takes over what changed in the store. GL thread. */
-        private void takeSettings() {
+        /** Applies the settings and the photo that changed in the store. Runs on the GL thread. */
+        private void applySettings() {
             Settings settings = store.settings();
             if (!settings.equals(window.scene.settings())) {
                 window.scene.setSettings(settings);

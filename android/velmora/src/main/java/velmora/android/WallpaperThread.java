@@ -18,8 +18,8 @@ import velmora.host.ReflectionMap;
 
 /**
  * The GL thread of all wallpaper engines of the process. The system runs several engines in one
- * process: the home screen, the lock screen and a preview. The library has one state per process, so
- * the engines share this thread and one context, each with a window surface of its own.
+ * process: the home screen, the lock screen and a preview. The library has one state per process,
+ * so the engines share this thread and one context. Each engine has its own window surface.
  */
 final class WallpaperThread {
     private static WallpaperThread shared;
@@ -58,7 +58,9 @@ final class WallpaperThread {
             windows.add(this);
         }
 
-        /** Takes a surface. The system may change the window behind the same Surface object. */
+        /**
+         * Replaces the surface. The system may change the window behind the same Surface object.
+         */
         void resize(Surface newSurface, int width, int height) {
             removeSurface();
             surface = newSurface;
@@ -82,7 +84,7 @@ final class WallpaperThread {
             waitForVsync();
         }
 
-        /** Draws one frame now, since the system waits for it. */
+        /** Draws one frame at once, because the system waits for it. */
         void redraw() {
             stage.drawNow(scene, this, System.nanoTime());
             waitForVsync();
@@ -96,7 +98,7 @@ final class WallpaperThread {
             surface = null;
         }
 
-        /** Ends the window. The last window also ends the context and frees the bitmaps. */
+        /** Closes the window. The last window also destroys the context and frees the bitmaps. */
         void close() {
             stage.hide(scene);
             removeSurface();
@@ -142,7 +144,7 @@ final class WallpaperThread {
     /** Runs a task on the GL thread. */
     void post(Runnable task) { handler.post(task); }
 
-    /** Runs a task on the GL thread and waits for its end. */
+    /** Runs a task on the GL thread and waits until it has finished. */
     void run(Runnable task) {
         CountDownLatch done = new CountDownLatch(1);
         handler.post(() -> {

@@ -3,10 +3,10 @@ package com.corvane.android.visualeffect.lock.velmora;
 import android.graphics.Bitmap;
 
 /**
- * The native methods of the effect. The public header velmora/native_methods.inc documents each
- * method: parameters with units and ranges, threads, and results.
+ * The native methods of the effect. The public header velmora/native_methods.inc documents their
+ * parameters with units and ranges, their threads and their results.
  *
- * <p>The library has one state per process, shared by all instances of this class.
+ * <p>The library has one state per process, which all instances of this class share.
  */
 public final class NativeForVelmora {
     public static final int ACTION_DOWN = 0;

@@ -1,6 +1,13 @@
 // Wakes an idle page when attract mode is due. An idle page draws no frames that could start it.
 
-import type { Effect } from "./effect";
+/** The part of an effect that the timer needs. */
+export interface AttractEffect {
+    /** Milliseconds until attract mode is due. Undefined if it will not start by itself. */
+    readonly attractModeDelay: number | undefined;
+    readonly attractModeRuns: boolean;
+    /** Starts attract mode if it is due and the page is not `busy`. */
+    startAttractModeIfIdle(busy: boolean): void;
+}
 
 export interface AttractOwner {
     /** Returns true if attract mode must not start now. */
@@ -12,7 +19,7 @@ export class AttractTimer {
     private timer = 0;
 
     constructor(
-        private readonly effect: Effect,
+        private readonly effect: AttractEffect,
         private readonly owner: AttractOwner,
     ) {}
 
@@ -23,6 +30,10 @@ export class AttractTimer {
         if (delay !== undefined) {
             this.timer = window.setTimeout(() => this.start(), delay);
         }
+    }
+
+    stop(): void {
+        clearTimeout(this.timer);
     }
 
     /** Starts attract mode if it is due. Call it in each frame, so that replays and recordings hold it back. */

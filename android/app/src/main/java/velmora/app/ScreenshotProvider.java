@@ -11,13 +11,15 @@ import android.provider.OpenableColumns;
 import java.io.File;
 import java.io.FileNotFoundException;
 
-/** Hands stills to the apps with which the user shares them, and no other file. */
-public final class StillProvider extends ContentProvider {
-    private static final String FOLDER = "stills";
+/**
+ * Gives apps read access to the screenshots that the user shares with them, and to no other file.
+ */
+public final class ScreenshotProvider extends ContentProvider {
+    private static final String FOLDER = "screenshots";
 
     /**
-     * Returns a file for a new still. Each still has a name of its own, since the receiving app can
-     * read it much later. The system empties the cache that holds them.
+     * Returns a file for a new screenshot. Each screenshot has a unique name, because the receiving
+     * app may read it much later. The files are in the cache folder, which the system empties.
      */
     static File newFile(Context context) {
         File folder = folder(context);
@@ -25,14 +27,18 @@ public final class StillProvider extends ContentProvider {
         return new File(folder, "velmora-" + System.currentTimeMillis() + ".png");
     }
 
-    static Uri uri(Context context, File still) {
-        return Uri.parse("content://" + context.getPackageName() + ".stills/" + still.getName());
+    static Uri uri(Context context, File screenshot) {
+        return Uri.parse(
+            "content://" + context.getPackageName() + ".screenshots/" + screenshot.getName());
     }
 
     private static File folder(Context context) { return new File(context.getCacheDir(), FOLDER); }
 
-    /** Returns the still of an address. Only the last segment counts, so no other file is reached. */
-    private File still(Uri uri) {
+    /**
+     * Returns the file of an address. Uses only the last segment, so no other folder can be
+     * reached.
+     */
+    private File screenshot(Uri uri) {
         return new File(folder(getContext()), new File(uri.getPath()).getName());
     }
 
@@ -48,22 +54,22 @@ public final class StillProvider extends ContentProvider {
 
     @Override
     public ParcelFileDescriptor openFile(Uri uri, String mode) throws FileNotFoundException {
-        return ParcelFileDescriptor.open(still(uri), ParcelFileDescriptor.MODE_READ_ONLY);
+        return ParcelFileDescriptor.open(screenshot(uri), ParcelFileDescriptor.MODE_READ_ONLY);
     }
 
     @Override
     public Cursor query(
         Uri uri, String[] columns, String selection, String[] arguments, String order) {
-        File still = still(uri);
+        File screenshot = screenshot(uri);
         String[] asked = columns == null
             ? new String[] {OpenableColumns.DISPLAY_NAME, OpenableColumns.SIZE}
             : columns;
         Object[] row = new Object[asked.length];
         for (int at = 0; at < asked.length; ++at) {
             if (OpenableColumns.DISPLAY_NAME.equals(asked[at])) {
-                row[at] = still.getName();
+                row[at] = screenshot.getName();
             } else if (OpenableColumns.SIZE.equals(asked[at])) {
-                row[at] = still.length();
+                row[at] = screenshot.length();
             }
         }
         MatrixCursor answer = new MatrixCursor(asked);
@@ -73,16 +79,16 @@ public final class StillProvider extends ContentProvider {
 
     @Override
     public Uri insert(Uri uri, ContentValues values) {
-        throw new UnsupportedOperationException("stills are read only");
+        throw new UnsupportedOperationException("screenshots are read-only");
     }
 
     @Override
     public int update(Uri uri, ContentValues values, String selection, String[] arguments) {
-        throw new UnsupportedOperationException("stills are read only");
+        throw new UnsupportedOperationException("screenshots are read-only");
     }
 
     @Override
     public int delete(Uri uri, String selection, String[] arguments) {
-        throw new UnsupportedOperationException("stills are read only");
+        throw new UnsupportedOperationException("screenshots are read-only");
     }
 }

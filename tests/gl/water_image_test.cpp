@@ -15,7 +15,7 @@
 #include "image.h"
 #include "velmora/ink_light.h"
 
-// Compares the picture on the screen with the water's shaders in double arithmetic.
+// Compares the image on the screen with a model of the water's shaders in double precision.
 
 namespace gltest {
 namespace {
@@ -35,8 +35,8 @@ Vector normalized(Vector v) {
     return {v[0] / length, v[1] / length, v[2] / length};
 }
 
-/// Outputs of the vertex shader: the index of each in the array of a vertex.
-enum Varying : std::size_t { Sheen, Background = 2, Normal = 4, Half = 7, Height = 10 };
+/// Outputs of the vertex shader. The number is the index of the output's first component in a Vertex.
+enum Varying : std::size_t { Reflection, Background = 2, Normal = 4, Half = 7, Height = 10 };
 using Vertex = std::array<double, 11>;
 
 Point pointAt(const Vertex& v, Varying first) {
@@ -81,9 +81,9 @@ Vertex vertexStage(const TestHost& host, std::size_t index) {
 /// Returns the colour of a pixel before the ink darkens it.
 Vector light(const TestHost& host, const Vertex& at, double specularLimit) {
     const FrameArguments& a = host.arguments;
-    static const Image sheenPicture{pictureSize, pictureSize, smoothPicture(0)};
-    static const Image backgrounds[2] = {{pictureSize, pictureSize, smoothPicture(5)},
-                                         {pictureSize, pictureSize, smoothPicture(10)}};
+    static const Image reflectionMap{imageSize, imageSize, smoothImage(0)};
+    static const Image backgrounds[2] = {{imageSize, imageSize, smoothImage(5)},
+                                         {imageSize, imageSize, smoothImage(10)}};
     const auto wide = [](float number) { return static_cast<double>(number); };
     const double shine =
         std::pow(std::max(dot(vectorAt(at, Normal), vectorAt(at, Half)), 0.0), wide(a.exponent));
@@ -95,13 +95,13 @@ Vector light(const TestHost& host, const Vertex& at, double specularLimit) {
     Vector color;
     for (int c = 0; c < 3; ++c) {
         color[static_cast<std::size_t>(c)] =
-            strength * sheenPicture.sample(pointAt(at, Sheen), c) +
+            strength * reflectionMap.sample(pointAt(at, Reflection), c) +
             backgrounds[a.useSecondBackground].sample(pointAt(at, Background), c);
     }
     return color;
 }
 
-/// Returns the vertex outputs at a point of clip space, interpolated in its triangle; none outside of the mesh.
+/// Returns the vertex outputs at a point of clip space, interpolated within its triangle, or nothing outside the mesh.
 std::optional<Vertex> interpolated(const TestHost& host, const std::vector<Vertex>& vertices,
                                    Point p) {
     const auto m = JniEnvironment::elements(host.matrix);
@@ -125,10 +125,10 @@ std::optional<Vertex> interpolated(const TestHost& host, const std::vector<Verte
     return at;
 }
 
-/// Draws a frame over a colour that no water has, and compares the picture with the shaders. `ink` holds the densities
-/// that the water reads; null without ink. `color` is the host's colour of the ink. The expected darkening comes from
-/// velmora/ink_light.h, so this compares the formula in C++ with the shader.
-void expectPicture(TestHost& host, const Image* ink = nullptr, std::array<float, 3> color = {}) {
+/// Draws a frame over a colour that no water has, and compares the image with the model. `ink` holds the densities that
+/// the shader reads; null means a frame that shows no ink. `color` is the ink colour that the host passes. The expected
+/// darkening comes from velmora/ink_light.h, so the test also compares that C++ formula with the shader.
+void expectImage(TestHost& host, const Image* ink = nullptr, std::array<float, 3> color = {}) {
     glClearColor(0.9f, 0.1f, 0.9f, 1);
     glClear(GL_COLOR_BUFFER_BIT);
     host.recorder.inside = [&](const std::string& function) {
@@ -138,8 +138,8 @@ void expectPicture(TestHost& host, const Image* ink = nullptr, std::array<float,
     };
     host.draw();
     host.recorder.inside = nullptr;
-    Image picture{screenWidth, screenHeight, Bytes(std::size_t{screenWidth} * screenHeight * 4)};
-    glReadPixels(0, 0, screenWidth, screenHeight, GL_RGBA, GL_UNSIGNED_BYTE, picture.rgba.data());
+    Image image{screenWidth, screenHeight, Bytes(std::size_t{screenWidth} * screenHeight * 4)};
+    glReadPixels(0, 0, screenWidth, screenHeight, GL_RGBA, GL_UNSIGNED_BYTE, image.rgba.data());
     std::vector<Vertex> vertices;
     for (std::size_t index = 0; index < meshColumns * meshRows; ++index) {
         vertices.push_back(vertexStage(host, index));
@@ -147,9 +147,10 @@ void expectPicture(TestHost& host, const Image* ink = nullptr, std::array<float,
     double worst = 0;
     for (int pixel = 0; pixel < screenWidth * screenHeight; ++pixel) {
         const int x = pixel % screenWidth, y = pixel / screenWidth;
-        const Point at = picture.centre(x, y);
+        const Point at = image.centre(x, y);
         const auto vertex = interpolated(host, vertices, 2 * at - Point{1, 1});
-        // Skip pixels between stripes: the rasteriser filters with 8 bits and may read any density there.
+        // Skip pixels at the border of two stripes: the rasteriser filters with 8 bits, so the density there is
+        // inaccurate.
         if (!vertex ||
             (ink && ink->value(at - Point{0.005, 0}, 0) != ink->value(at + Point{0.005, 0}, 0))) {
             continue;
@@ -160,15 +161,15 @@ void expectPicture(TestHost& host, const Image* ink = nullptr, std::array<float,
             const auto channel = static_cast<std::size_t>(c);
             const double left =
                 expected[channel] * velmora::lightThroughInk(color[channel], density);
-            worst = std::max(worst, std::abs(std::min(left, 1.0) - picture.channel(x, y, c)));
+            worst = std::max(worst, std::abs(std::min(left, 1.0) - image.channel(x, y, c)));
         }
-        EXPECT_EQ(picture.channel(x, y, 3), 1.0);
+        EXPECT_EQ(image.channel(x, y, 3), 1.0);
     }
-    // Measured: 3.7, because the rasteriser approximates pow.
+    // The largest difference measured is 3.7 of 255, because the rasteriser approximates pow.
     EXPECT_LT(255 * worst, 5);
 }
 
-/// Makes waves with different heights at each vertex, so that no two vertices can be confused.
+/// Gives each vertex its own random height, so that a wrong vertex changes the image.
 void makeWaves(const TestHost& host, float size) {
     std::minstd_rand random(3);
     for (float& height : JniEnvironment::elements(host.heights)) {
@@ -176,9 +177,9 @@ void makeWaves(const TestHost& host, float size) {
     }
 }
 
-// The sizes and ratios put hundreds of pixels on both sides of each limit of the shaders.
+// With these sizes and ratios, hundreds of pixels are on each side of every limit in the shaders.
 
-TEST(WaterPicture, WavesRefractAndShine) {
+TEST(WaterImage, WavesRefractAndShine) {
     TestHost host(screenWidth, screenHeight);
     host.setUp(false);
     for (const float size : {0.0f, 0.6f, 4.0f}) {
@@ -187,30 +188,30 @@ TEST(WaterPicture, WavesRefractAndShine) {
             host.arguments.specularRatio = specularRatio;
             host.arguments.useSecondBackground = size > 1;
             makeWaves(host, size);
-            expectPicture(host);
+            expectImage(host);
         }
     }
 }
 
-TEST(WaterPicture, InkStainsInItsColour) {
+TEST(WaterImage, InkDarkensTheWaterByItsColour) {
     TestHost host(screenWidth, screenHeight);
     host.setUp();
     host.arguments.specularRatio = 30;
     makeWaves(host, 1);
-    // Vertical stripes of the lowest and highest densities, and of some with a visible low byte.
+    // Vertical stripes: the lowest and highest density, and densities whose low byte changes the colour.
     const Image ink = valueImage(512, 1024, [](Point at) {
         return std::array{
             0.0, 0.25, 0.5, 0.9, 10.6, 64.0, 100.7, 127.0}[static_cast<std::size_t>(at.x * 8)];
     });
-    expectPicture(host, &ink, {0.95f, 0.95f, 0.95f});  // the initial white
+    expectImage(host, &ink, {0.95f, 0.95f, 0.95f});  // white, as before the first stroke
     const std::array<float, 3> color = {0.9f, 0, 0.3f};
     host.arguments.inkRed = color[0];
     host.arguments.inkGreen = color[1];
     host.arguments.inkBlue = color[2];
     host.touch(60, 90, Down);
-    expectPicture(host, &ink, color);
+    expectImage(host, &ink, color);
     host.clear();
-    expectPicture(host, &ink, color);
+    expectImage(host, &ink, color);
 }
 
 }  // namespace

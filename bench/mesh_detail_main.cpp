@@ -1,0 +1,88 @@
+#include <algorithm>
+#include <cstddef>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <utility>
+#include <vector>
+
+#include "app/frame_clock.h"
+#include "app/settings.h"
+#include "bench/similarity.h"
+#include "hostkit/effect_host.h"
+#include "hostkit/gesture_script.h"
+#include "hostkit/host_error.h"
+#include "paintings/paintings.h"
+
+// Compares frames of coarser meshes with frames of the finest mesh, in which each cell has a vertex. Plays all gestures
+// without ink on the default background of the page. app/quality.cpp chooses the mesh by the results.
+// Usage: velmora-bench-mesh [WIDTH HEIGHT]
+
+namespace {
+
+namespace fs = std::filesystem;
+
+/// Number of frames from one compared frame to the next.
+constexpr int frameStep = 6;
+constexpr int maxCellsPerVertex = 3;
+
+std::vector<bench::GreyImage> playedFrames(const hostkit::GestureScript& script, int width,
+                                           int height, int cellsPerVertex) {
+    app::Settings settings;
+    settings.waterOnly = true;
+    hostkit::EffectHostOptions options = app::hostOptions(settings, width, height);
+    options.water.cellsPerVertex = cellsPerVertex;
+    options.background = paintings::paintSand(width, height);
+    hostkit::EffectHost host(std::move(options));
+    std::vector<bench::GreyImage> frames;
+    for (int frame = 0; frame < script.frames; ++frame) {
+        host.step(eventsOfFrame(script, frame), app::frameTime);
+        if (frame % frameStep == 0) {
+            host.draw();
+            frames.push_back(bench::greyOf(host.pixels(), width));
+        }
+    }
+    return frames;
+}
+
+/// Prints the lowest similarity of all frames of all gestures, for each mesh.
+void compareAt(int width, int height) {
+    std::vector<double> lowest(maxCellsPerVertex + 1, 1.0);
+    for (const fs::directory_entry& file : fs::directory_iterator(VELMORA_GESTURES)) {
+        const hostkit::GestureScript script =
+            scaledToScreen(hostkit::loadGestureScript(file.path()), width, height);
+        const std::vector<bench::GreyImage> finest = playedFrames(script, width, height, 1);
+        for (int cells = 2; cells <= maxCellsPerVertex; ++cells) {
+            const std::vector<bench::GreyImage> coarse = playedFrames(script, width, height, cells);
+            double& least = lowest[static_cast<std::size_t>(cells)];
+            for (std::size_t frame = 0; frame < finest.size(); ++frame) {
+                least = std::min(least, bench::similarity(finest[frame], coarse[frame]));
+            }
+        }
+    }
+    std::printf("%4d x %4d", width, height);
+    for (int cells = 2; cells <= maxCellsPerVertex; ++cells) {
+        std::printf("  %d cells a vertex: %.4f", cells, lowest[static_cast<std::size_t>(cells)]);
+    }
+    std::printf("\n");
+    std::fflush(stdout);
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    try {
+        if (argc == 3) {
+            compareAt(std::atoi(argv[1]), std::atoi(argv[2]));
+        } else {
+            for (const auto& [width, height] :
+                 {std::pair{270, 480}, {390, 844}, {540, 960}, {1080, 1920}, {1600, 900}}) {
+                compareAt(width, height);
+            }
+        }
+    } catch (const hostkit::HostError& error) {
+        std::fprintf(stderr, "velmora-bench-mesh: %s\n", error.what());
+        return 2;
+    }
+    return 0;
+}

@@ -1,0 +1,59 @@
+#include "bench/similarity.h"
+
+#include <cstddef>
+
+namespace bench {
+namespace {
+
+constexpr int windowSide = 8;
+constexpr int windowStep = 4;
+/// Constants of the measure for channels from 0 to 255. They keep it stable in dark and in plain windows.
+constexpr double brightnessConstant = 0.01 * 255.0 * 0.01 * 255.0;
+constexpr double contrastConstant = 0.03 * 255.0 * 0.03 * 255.0;
+
+double windowSimilarity(const GreyImage& first, const GreyImage& second, std::size_t corner) {
+    double sum1 = 0.0, sum2 = 0.0, squares1 = 0.0, squares2 = 0.0, products = 0.0;
+    for (std::size_t row = 0; row < windowSide; ++row) {
+        for (std::size_t column = 0; column < windowSide; ++column) {
+            const std::size_t at = corner + row * static_cast<std::size_t>(first.width) + column;
+            const double a = static_cast<double>(first.pixels[at]);
+            const double b = static_cast<double>(second.pixels[at]);
+            sum1 += a, sum2 += b, squares1 += a * a, squares2 += b * b, products += a * b;
+        }
+    }
+    constexpr double count = windowSide * windowSide;
+    const double mean1 = sum1 / count, mean2 = sum2 / count;
+    const double variance1 = squares1 / count - mean1 * mean1;
+    const double variance2 = squares2 / count - mean2 * mean2;
+    const double covariance = products / count - mean1 * mean2;
+    return (2.0 * mean1 * mean2 + brightnessConstant) * (2.0 * covariance + contrastConstant) /
+           ((mean1 * mean1 + mean2 * mean2 + brightnessConstant) *
+            (variance1 + variance2 + contrastConstant));
+}
+
+}  // namespace
+
+GreyImage greyOf(std::span<const std::uint8_t> rgba, int width) {
+    GreyImage image{width, {}};
+    for (std::size_t at = 0; at < rgba.size(); at += 4) {
+        image.pixels.push_back(0.3f * static_cast<float>(rgba[at]) +
+                               0.59f * static_cast<float>(rgba[at + 1]) +
+                               0.11f * static_cast<float>(rgba[at + 2]));
+    }
+    return image;
+}
+
+double similarity(const GreyImage& first, const GreyImage& second) {
+    const int height = static_cast<int>(first.pixels.size()) / first.width;
+    double sum = 0.0;
+    int windows = 0;
+    for (int y = 0; y + windowSide <= height; y += windowStep) {
+        for (int x = 0; x + windowSide <= first.width; x += windowStep) {
+            sum += windowSimilarity(first, second, static_cast<std::size_t>(y * first.width + x));
+            ++windows;
+        }
+    }
+    return sum / windows;
+}
+
+}  // namespace bench

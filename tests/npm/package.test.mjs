@@ -1,0 +1,140 @@
+// The npm package in a new project: installed from its archive, type-checked, bundled by three bundlers, and shown by
+// React in a browser. tools/test-npm makes the archive first.
+
+import assert from "node:assert/strict";
+import { execFileSync } from "node:child_process";
+import { mkdirSync, readFileSync, readdirSync, rmSync, writeFileSync } from "node:fs";
+import { createServer } from "node:http";
+import { extname, join } from "node:path";
+import { before, test } from "node:test";
+import { fileURLToPath, pathToFileURL } from "node:url";
+import { gzipSync } from "node:zlib";
+import { testImage } from "../web/element_page.mjs";
+import { launch } from "../web/page.mjs";
+
+const here = fileURLToPath(new URL(".", import.meta.url));
+const project = fileURLToPath(new URL("../../build/npm-project", import.meta.url));
+const packages = fileURLToPath(new URL("../../build/packages", import.meta.url));
+const archive = join(packages, readdirSync(packages).filter((name) => /^velmora-.*\.tgz$/.test(name)).sort().at(-1));
+const tools = join(here, "node_modules/.bin");
+
+/** Runs a program in the new project. Returns its output, also if it fails. */
+function run(program, ...args) {
+    try {
+        return execFileSync(program, args, { cwd: project, encoding: "utf8", stdio: "pipe" });
+    } catch (error) {
+        throw new Error(`${program} ${args.join(" ")} failed:\n${error.stdout}${error.stderr}`);
+    }
+}
+
+const files = {
+    "package.json": JSON.stringify({ name: "project", private: true, type: "module" }),
+    "index.html": `<!doctype html><link rel="icon" href="data:"><div id="root"></div><script type="module" src="main.js"></script>`,
+    // React sets properties of custom elements, and attributes if there is no property.
+    "main.js": `
+        import "velmora/element";
+        import { createElement, useState } from "react";
+        import { createRoot } from "react-dom/client";
+        function App() {
+            const [ripple, setRipple] = useState(1);
+            const image = createElement("img", { src: "64x64.bmp", alt: "A test", width: 300, height: 200 });
+            return createElement("velmora-water",
+                { preset: "lagoon", ripple, waterOnly: true, onready: () => (document.title = "ready") }, image,
+                createElement("button", { slot: "over", onClick: () => setRipple(5) }, "more"));
+        }
+        createRoot(document.getElementById("root")).render(createElement(App));`,
+    "types.tsx": `
+        import "velmora/react";
+        import { createWater, type WaterOptions } from "velmora";
+        import "velmora/element";
+        const water = document.querySelector("velmora-water")!;
+        water.ripple = 3;
+        water.settings.ink[0].toFixed();
+        void water.stroke([{ x: 1, y: 2 }], { duration: 100 });
+        const options: WaterOptions = { preset: "lagoon", pointer: "hover" };
+        void createWater(document.createElement("canvas"), options).then((made) => made.toBlob());
+        // @ts-expect-error pointer has a list of values
+        water.pointer = "fly";
+        export const page = <velmora-water preset="lagoon" wave-speed="0.3" />;`,
+    "tsconfig.json": JSON.stringify({
+        compilerOptions: {
+            target: "ES2022", module: "NodeNext", moduleResolution: "NodeNext", jsx: "react-jsx", strict: true, noEmit: true,
+            exactOptionalPropertyTypes: true, lib: ["ES2022", "DOM"], types: [],
+        },
+        files: ["types.tsx"],
+    }),
+};
+
+before(() => {
+    rmSync(project, { recursive: true, force: true });
+    mkdirSync(project, { recursive: true });
+    for (const [name, text] of Object.entries(files)) {
+        writeFileSync(join(project, name), text);
+    }
+    const others = ["react", "react-dom", "@types/react", "scheduler", "csstype"].map((name) => join(here, "node_modules", name));
+    run("npm", "install", "--offline", "--no-audit", "--no-fund", "--ignore-scripts", archive, ...others);
+});
+
+test("publint and arethetypeswrong find no fault", () => {
+    const folder = join(project, "node_modules/velmora");
+    assert.match(run(join(tools, "publint"), folder, "--strict"), /All good/);
+    run(join(tools, "attw"), archive, "--profile", "esm-only", "--exclude-entrypoints", "./velmora.wasm", "./custom-elements.json");
+});
+
+test("types are checked, and Node imports the package", () => {
+    run(join(tools, "tsc"), "-p", "tsconfig.json");
+    const script = `import("velmora/element").then((all) => console.log(all.presetNames().length))`;
+    assert.ok(Number(run("node", "-e", script)) >= 10);
+});
+
+/** Bundlers and their output. Each makes the folder NAME with index.html. */
+const bundlers = {
+    vite: () => run(join(tools, "vite"), "build", "--outDir", "vite", "--base", "./"),
+    esbuild: () => run(join(tools, "esbuild"), "main.js", "--bundle", "--format=esm", "--splitting", "--outdir=esbuild"),
+    webpack: () => run(join(tools, "webpack"), "--mode", "production", "--entry", "./main.js", "--output-path", "webpack"),
+};
+
+/** Serves the project and a test image. */
+async function serve() {
+    const types = { ".html": "text/html", ".js": "text/javascript", ".bmp": "image/bmp" };
+    const server = createServer((request, response) => {
+        const path = request.url.split("?")[0];
+        response.writeHead(200, { "Content-Type": types[extname(path)] ?? "text/html" });
+        response.end(path.endsWith(".bmp") ? testImage(64, 64) : readFileSync(join(project, path)));
+    });
+    await new Promise((resolve) => server.listen(0, "127.0.0.1", resolve));
+    return server;
+}
+
+test("vite, esbuild and webpack bundle a React page that shows water", async () => {
+    const [browser, server] = await Promise.all([launch(), serve()]);
+    for (const [name, bundle] of Object.entries(bundlers)) {
+        bundle();
+        if (name !== "vite") {
+            writeFileSync(join(project, name, "index.html"), files["index.html"]);
+        }
+        const page = await browser.newPage({});
+        await page.goto(`http://127.0.0.1:${server.address().port}/${name}/index.html`);
+        await page.waitForFunction(() => document.querySelector("velmora-water")?.live);
+        await page.evaluate(() => document.querySelector("button").click());
+        await page.waitForFunction(() => document.querySelector("velmora-water").settings.ripple === 5);
+        assert.equal(await page.evaluate(() => document.querySelector("velmora-water").settings.waterOnly), true);
+        await page.close();
+        assert.deepEqual(page.consoleMessages, [], name);
+    }
+    await browser.close();
+    server.close();
+});
+
+test("the sizes of the element and of its peers", (context) => {
+    const size = (...paths) =>
+        paths.reduce((sum, path) => sum + gzipSync(readFileSync(join(here, "node_modules", path)), { level: 9 }).length, 0);
+    const own = gzipSync(readFileSync(join(project, "node_modules/velmora/velmora-element.js")), { level: 9 }).length;
+    const text = (bytes) => `${(bytes / 1024).toFixed(1)} KB`;
+    context.diagnostic(`velmora-element.js: ${text(own)} gzip`);
+    context.diagnostic(`webgl-fluid: ${text(size("webgl-fluid/dist/webgl-fluid.umd.js"))}`);
+    context.diagnostic(
+        `jquery.ripples with jQuery: ${text(size("jquery/dist/jquery.min.js", "jquery.ripples/dist/jquery.ripples-min.js"))}`,
+    );
+    assert.ok(own < 58 * 1024, `velmora-element.js has ${text(own)} gzip`);
+});

@@ -1,0 +1,340 @@
+// The custom element on a page: the picture under the water, input, attributes, events, and its manners.
+
+import assert from "node:assert/strict";
+import { after, before, test } from "node:test";
+import {
+    addStyle,
+    close,
+    difference,
+    frame,
+    launch,
+    needs,
+    open,
+    serve,
+    shot,
+    waitForEvent,
+    waitUntilIdle,
+} from "./element_page.mjs";
+
+let browser, server;
+before(async () => ([browser, server] = await Promise.all([launch(), serve()])));
+after(() => Promise.all([browser.close(), server.stop()]));
+
+const picture = `<velmora-water quality="full"><img src="320x240.bmp" alt="A test"></velmora-water>`;
+
+/** Drags the mouse from left to right in the upper half of the element. */
+async function drag(page, buttons = true) {
+    await page.mouse.move(60, 60);
+    await (buttons && page.mouse.down());
+    for (let x = 70; x <= 240; x += 10) {
+        await page.mouse.move(x, 60);
+        await page.evaluate(() => new Promise((resolve) => requestAnimationFrame(resolve)));
+    }
+    await (buttons && page.mouse.up());
+}
+
+/** Returns the first frame that fulfils a condition. Fails after a minute. */
+async function until(page, isFulfilled) {
+    for (const start = Date.now(); Date.now() < start + 60000; ) {
+        const now = await frame(page);
+        if (isFulfilled(now)) {
+            return now;
+        }
+        await page.evaluate(() => new Promise((resolve) => setTimeout(resolve, 50)));
+    }
+    assert.fail("no frame fulfils the condition");
+}
+
+test("water at rest shows the picture as CSS shows it", async () => {
+    for (const fit of ["fill", "cover; object-position: 10% 80%", "contain", "none; object-position: 7px 100%"]) {
+        const image = `<img src="320x180.bmp" alt="" class="fitted">`;
+        server.pages.set("/fit.css", `.fitted { width: 300px !important; height: 200px; object-fit: ${fit} !important }`);
+        const link = `<link rel="stylesheet" href="fit.css">`;
+        const plain = await open(browser, server, `${link}${image}`, { ready: 0 });
+        const expected = await shot(plain);
+        await close(plain);
+        const page = await open(browser, server, `${link}<velmora-water quality="full">${image}</velmora-water>`);
+        await waitUntilIdle(page);
+        const { mean, max } = difference(await shot(page), expected);
+        // A scaled picture differs at the edges of its squares, because two filters scale it.
+        assert.ok(mean < 1.5 && (max < 4 || !fit.startsWith("none")), `object-fit: ${fit} differs by ${mean}, ${max}`);
+        await close(page);
+    }
+});
+
+test("a drag draws ink, and an idle element runs no frame", async () => {
+    const page = await open(browser, server, picture);
+    await waitUntilIdle(page);
+    const still = await shot(page);
+    const frames = await page.evaluate(() => window.animationFrames);
+    await page.evaluate(() => new Promise((resolve) => setTimeout(resolve, 300)));
+    assert.equal(await page.evaluate(() => window.animationFrames), frames);
+    await drag(page);
+    const inked = await shot(page);
+    assert.ok(difference(still, inked, [100, 50, 200, 70]).mean > 8, "ink and waves along the stroke");
+    assert.ok(difference(still, inked, [100, 170, 200, 200]).mean < 8, "less far from the stroke");
+    assert.deepEqual((await page.evaluate(() => window.seen)).slice(0, 3), ["ready", "idle", "active"]);
+    await close(page);
+});
+
+test("a hovering mouse draws only with pointer=hover, and none with pointer=none", async () => {
+    for (const [mode, draws] of [["hover", true], ["drag", false], ["none", false]]) {
+        const page = await open(browser, server, picture.replace("<velmora-water", `<velmora-water pointer="${mode}"`));
+        await waitUntilIdle(page);
+        const still = await shot(page);
+        await drag(page, mode === "none");
+        const isChanged = difference(still, await shot(page), [100, 50, 200, 70]).mean > 4;
+        assert.equal(isChanged, draws, mode);
+        await close(page);
+    }
+});
+
+test("a vertical swipe scrolls the page, and not with pointer=capture", needs("touch"), async () => {
+    for (const [mode, scrolls] of [["drag", true], ["capture", false]]) {
+        const body = `<velmora-water quality="full" pointer="${mode}"><img src="320x240.bmp" alt=""></velmora-water><hr class="tall">`;
+        const page = await open(browser, server, body, { hasTouch: true });
+        await addStyle(page, ".tall { height: 2000px }");
+        await page.touch("touchStart", [1, 150, 180]);
+        for (let y = 170; y >= 20; y -= 10) {
+            await page.touch("touchMove", [1, 150, y]);
+        }
+        await page.touch("touchEnd");
+        if (scrolls) {
+            await page.waitForFunction(() => scrollY > 30);
+        } else {
+            await page.evaluate(() => new Promise((resolve) => setTimeout(resolve, 300)));
+            assert.equal(await page.evaluate(() => scrollY), 0);
+        }
+        await close(page);
+    }
+});
+
+test("children of slot over stay clickable above the water", async () => {
+    const body = picture.replace("</velmora-water>", `<button slot="over">Go somewhere</button></velmora-water>`);
+    const page = await open(browser, server, body);
+    await page.evaluate(() => document.querySelector("button").addEventListener("click", () => window.seen.push("click")));
+    await page.mouse.click(10, 10);
+    assert.ok((await page.evaluate(() => window.seen)).includes("click"));
+    await close(page);
+});
+
+test("the frames of a video move under the water", async () => {
+    const page = await open(browser, server, `<velmora-water quality="full"><video muted></video></velmora-water>`, { ready: 0 });
+    await page.evaluate(async () => {
+        const canvas = document.createElement("canvas");
+        const context = canvas.getContext("2d");
+        window.paint = (color) => {
+            context.fillStyle = color;
+            context.fillRect(0, 0, canvas.width, canvas.height);
+        };
+        window.paint("#f00");
+        const video = document.querySelector("video");
+        video.srcObject = canvas.captureStream(30);
+        window.painter = setInterval(() => window.paint(window.color ?? "#f00"), 30);
+        await video.play();
+    });
+    await waitForEvent(page, "ready");
+    await until(page, (now) => now.pixel(150, 100)[0] > 200);
+    await page.evaluate(() => (window.color = "#00f"));
+    await until(page, (now) => now.pixel(150, 100)[2] > 200 && now.pixel(150, 100)[0] < 60);
+    await close(page);
+});
+
+test("late changes of the picture are followed", async () => {
+    const page = await open(browser, server, `<velmora-water quality="full"></velmora-water>`);
+    const blank = await frame(page);
+    assert.ok(Math.min(...blank.pixel(150, 100)) > 250, "white without a picture");
+    await page.evaluate(() => document.querySelector("velmora-water").setAttribute("src", "320x240.bmp"));
+    const first = await until(page, (now) => difference(blank, now).mean > 50);
+    await page.evaluate(() => (document.querySelector("velmora-water").innerHTML = `<img src="64x240.bmp" alt="">`));
+    await until(page, (now) => difference(first, now).mean > 3);
+    await close(page);
+});
+
+test("twenty elements share eight contexts, and a touched element gets one", async () => {
+    const page = await open(browser, server, picture.repeat(20), { size: [300, 4000], ready: 8 });
+    const live = () => page.evaluate(() => [...document.querySelectorAll("velmora-water")].map((water) => water.live));
+    const isLive = await live();
+    assert.equal(isLive.filter(Boolean).length, 8);
+    assert.equal(await page.evaluate(() => window.liveContexts()), 8);
+    const waiting = isLive.lastIndexOf(false);
+    await page.evaluate((at) => document.querySelectorAll("velmora-water")[at].drop(100, 100), waiting);
+    await page.waitForFunction((at) => document.querySelectorAll("velmora-water")[at].live, waiting);
+    assert.equal((await live()).filter(Boolean).length, 8);
+    await page.evaluate(() => [...document.querySelectorAll("velmora-water")].slice(0, 15).forEach((water) => water.remove()));
+    await page.waitForFunction(() => [...document.querySelectorAll("velmora-water")].every((water) => water.live));
+    await close(page);
+});
+
+test("an element outside the viewport gives its context back and shows its last frame", async () => {
+    const page = await open(browser, server, `${picture}<hr class="tall">`);
+    await addStyle(page, ".tall { height: 3000px }");
+    await waitUntilIdle(page);
+    const still = await shot(page);
+    await page.evaluate(() => scrollTo(0, 2500));
+    await page.waitForFunction(() => !document.querySelector("velmora-water").live && window.liveContexts() === 0);
+    const last = await frame(page);
+    assert.ok(difference(last, still).mean < 1);
+    await page.evaluate(() => scrollTo(0, 0));
+    await page.waitForFunction(() => document.querySelector("velmora-water").live);
+    await close(page);
+});
+
+test("adding, moving and removing elements a hundred times leaves no context and no listener", async () => {
+    const page = await open(browser, server, picture);
+    const contexts = await page.evaluate(async () => {
+        const water = document.querySelector("velmora-water");
+        const tick = () => new Promise((resolve) => setTimeout(resolve, 10));
+        for (let turn = 0; turn < 100; ++turn) {
+            water.remove();
+            await (turn % 10 || tick());
+            document.body.append(water);
+            await (turn % 10 || tick());
+        }
+        await new Promise((resolve) => setTimeout(resolve, 500));
+        return window.liveContexts();
+    });
+    assert.ok(contexts <= 1, `${contexts} live contexts`);
+    await page.waitForFunction(() => document.querySelector("velmora-water").live);
+    const moved = await page.evaluate(() => {
+        const inner = document.createElement("iframe");
+        document.body.prepend(inner);
+        inner.contentDocument.body.append(document.querySelector("velmora-water"));
+        return inner.contentDocument.querySelector("velmora-water").shadowRoot.adoptedStyleSheets.length;
+    });
+    assert.equal(moved, 1);
+    await page.waitForFunction(() => document.querySelector("iframe").contentDocument.querySelector("velmora-water").live);
+    await close(page);
+});
+
+test("a resized element draws at its new size", async () => {
+    const page = await open(browser, server, picture);
+    await addStyle(page, "velmora-water { width: 200px !important; height: 120px !important }");
+    await page.waitForFunction(() => document.querySelector("velmora-water").shadowRoot.querySelector("canvas")?.width === 200);
+    await page.evaluate(() => document.querySelector("velmora-water").setAttribute("pixel-ratio", "2"));
+    await page.waitForFunction(() => document.querySelector("velmora-water").shadowRoot.querySelector("canvas")?.width === 400);
+    await close(page);
+});
+
+test("a lost context comes back with the picture", async () => {
+    const page = await open(browser, server, picture);
+    await waitUntilIdle(page);
+    const still = await frame(page);
+    await page.evaluate(async () => {
+        const canvas = document.querySelector("velmora-water").shadowRoot.querySelector("canvas");
+        const extension = canvas.getContext("webgl").getExtension("WEBGL_lose_context");
+        extension.loseContext();
+        await new Promise((resolve) => canvas.addEventListener("webglcontextlost", resolve));
+        setTimeout(() => extension.restoreContext(), 50);
+    });
+    await waitForEvent(page, "contextrestored");
+    await waitUntilIdle(page);
+    assert.ok((await page.evaluate(() => window.seen)).includes("contextlost"));
+    assert.ok(difference(still, await frame(page)).max < 4);
+    await close(page, /CONTEXT_LOST/);
+});
+
+test("without WebGL and without CORS one error names the cause, and the plain picture stays", async () => {
+    const other = await serve();
+    const cases = [
+        ["320x240.bmp", () => (window.withoutWebGl = true), /no WebGL/],
+        [`${other.address}/320x240.bmp`, () => {}, /Access-Control-Allow-Origin/],
+    ];
+    for (const [address, before, message] of cases) {
+        const body = picture.replace("320x240.bmp", address);
+        const page = await open(browser, server, body, { before, ready: 0 });
+        await waitForEvent(page, "error");
+        const seen = await page.evaluate(() => window.seen);
+        assert.ok(seen.length === 1 && message.test(seen[0]), `${seen}`);
+        const colors = (await shot(page)).pixel(280, 180);
+        assert.ok(colors[0] > 120 && colors[1] > 100, `${colors}`);
+        assert.equal(await page.evaluate(() => window.liveContexts()), 0);
+        await close(page);
+    }
+    other.stop();
+});
+
+test("a strict content security policy allows the element", async () => {
+    const policy = "default-src 'none'; script-src 'self' 'wasm-unsafe-eval'; style-src 'self'; img-src 'self' data:";
+    const strict = await serve({ "Content-Security-Policy": policy });
+    const page = await open(browser, strict, picture);
+    assert.deepEqual((await page.evaluate(() => window.seen)).filter((event) => event.startsWith("policy")), []);
+    const place = await page.evaluate(() => document.querySelector("velmora-water").shadowRoot.querySelector("canvas").clientWidth);
+    assert.equal(place, 300); // the style sheet applies
+    await close(page);
+    strict.stop();
+});
+
+test("attributes and properties set the same settings, and a bad value gives one warning", async () => {
+    const attributes = `preset="lagoon" ripple="5" ink="rgb(255, 0, 0)" damping="7" pointer="fly"`;
+    const page = await open(browser, server, picture.repeat(2).replaceAll("<velmora-water", `<velmora-water ${attributes}`), {
+        ready: 2,
+        size: [300, 400],
+    });
+    const result = await page.evaluate(() => {
+        const water = document.querySelector("velmora-water");
+        const before = water.settings;
+        water.waveSpeed = 0.7;
+        water.waterOnly = true;
+        water.preset = `{"ripple": 1, "fresnel": 2}`;
+        water.ripple = null;
+        return { before, after: water.settings, speed: water.getAttribute("wave-speed"), only: water.hasAttribute("water-only") };
+    });
+    assert.deepEqual([result.before.ripple, result.before.ink, result.before.meshDetail], [5, [1, 0, 0], 120]);
+    assert.equal(result.before.damping, 0.98); // of the preset
+    assert.deepEqual([result.speed, result.only], ["0.7", true]);
+    assert.deepEqual([result.after.ripple, result.after.fresnel, result.after.waveSpeed], [1, 2, 0.7]);
+    const warnings = page.consoleMessages.splice(0);
+    assert.equal(warnings.length, 3, `${warnings}`); // damping twice: its replacement differs between the presets
+    assert.match(warnings.join("\n"), /damping="7" is not valid. Expected a number from 0.8 to 0.999. 0.98 is used instead/);
+    assert.match(warnings.join("\n"), /pointer="fly" is not valid. Expected drag, hover, none, capture. drag is used instead/);
+    await close(page);
+});
+
+test("a recorded stroke is replayed, and a faulty gesture is refused", async () => {
+    const page = await open(browser, server, picture);
+    const script = await page.evaluate(async () => {
+        const water = document.querySelector("velmora-water");
+        water.startRecording();
+        await water.stroke([{ x: 30, y: 40 }, { x: 200, y: 120 }], { duration: 150, pressure: 0.7 });
+        return water.stopRecording();
+    });
+    const touches = [...script.matchAll(/^\d+ (down|move|up) (\S+) (\S+) (\S+)$/gm)].slice(3);
+    assert.deepEqual(touches[0].slice(1), ["down", "30", "40", "0.7"]);
+    assert.deepEqual(touches.at(-2).slice(1, 4), ["move", "200", "120"]);
+    assert.equal(touches.at(-1)[1], "up");
+    await page.evaluate((text) => document.querySelector("velmora-water").play(text), script);
+    await waitForEvent(page, "gestureend");
+    const fault = await page.evaluate(() => document.querySelector("velmora-water").play("0 dwn").catch((error) => error.message));
+    assert.match(fault, /expected down, move/);
+    await close(page);
+});
+
+test("createWater draws on a canvas of the page", async () => {
+    const page = await open(browser, server, `<canvas class="mine"></canvas><img src="320x240.bmp" alt="">`, { ready: 0 });
+    await page.waitForFunction(() => window.velmora && document.querySelector("img").complete);
+    const ends = await page.evaluate(async () => {
+        const canvas = document.querySelector("canvas");
+        const water = await window.velmora.createWater(canvas, { preset: "lagoon", background: document.querySelector("img") });
+        const blob = await water.toBlob();
+        water.destroy();
+        return [blob.size, window.liveContexts()];
+    });
+    assert.ok(ends[0] > 1000);
+    assert.equal(ends[1], 0);
+    await close(page);
+});
+
+test("assistive technology gets one image with the name of the picture, and keys touch the water", async () => {
+    const page = await open(browser, server, picture);
+    const shown = await page.evaluate(() => {
+        const parts = [...document.querySelector("velmora-water").shadowRoot.children];
+        const isShown = (part) => part.getAttribute("aria-hidden") !== "true" && part.className !== "over";
+        return parts.filter(isShown).map((part) => [part.getAttribute("role"), part.getAttribute("aria-label")]);
+    });
+    assert.deepEqual(shown, [["img", "A test"]]);
+    await page.keyboard.press("Tab");
+    await page.keyboard.press("Enter");
+    await page.waitForFunction(() => !document.querySelector("velmora-water").idle);
+    await close(page);
+});

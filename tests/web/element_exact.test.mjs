@@ -1,0 +1,84 @@
+// The element's small module computes the same bits as the page's module. Both draw a shipped gesture on a mock of WebGL
+// that collects all uploaded data. The test needs no browser.
+
+import assert from "node:assert/strict";
+import { createHash } from "node:crypto";
+import { readFileSync } from "node:fs";
+import { createRequire } from "node:module";
+import { join } from "node:path";
+import { test } from "node:test";
+import { fileURLToPath, pathToFileURL } from "node:url";
+
+const top = fileURLToPath(new URL("../..", import.meta.url));
+const { build } = createRequire(join(top, "web/package.json"))("esbuild");
+const { elementBundle } = await import(pathToFileURL(join(top, "web/element/bundle.mjs")));
+
+const size = { width: 270, height: 480 };
+
+/** Widths of the velocity texture and of the reflection map. The backgrounds of the two modules differ. */
+const comparedWidths = [Math.floor(size.width / 12), 256];
+
+/** Bundles a script of web/ and imports it. */
+async function importScript(path, options = {}) {
+    const outfile = join(top, "build/element-tests", path.replaceAll("/", "_").replace(/ts$/, "mjs"));
+    const logLevel = "error";
+    await build({ entryPoints: [join(top, "web", path)], outfile, bundle: true, format: "esm", logLevel, ...options });
+    return import(pathToFileURL(outfile));
+}
+
+/** Returns a mock of a WebGL context. `digest()` is a digest of all data that was uploaded. */
+function mockContext() {
+    const hash = createHash("sha256");
+    let [uploads, objects] = [0, 0];
+    const context = {
+        bufferData: (_target, data) => (++uploads, hash.update(data)),
+        texImage2D: (_target, _level, _format, width, _height, ...others) =>
+            others.at(-1) && comparedWidths.includes(width) && (++uploads, hash.update(others.at(-1))),
+        getActiveUniform: () => ({ name: "any", size: 1 }),
+        digest: () => ({ uploads, digest: hash.copy().digest("hex") }),
+    };
+    const standard = (name) => {
+        if (/^(create|getUniform)/.test(name)) return () => ({ number: ++objects });
+        return /Parameter$/.test(name) ? () => 1 : () => 0;
+    };
+    return new Proxy(context, {
+        get: (own, name) => own[name] ?? (name === name.toUpperCase() ? 1 : standard(name)),
+    });
+}
+
+async function replayOnPage(script) {
+    globalThis.document = { currentScript: null };
+    const { Effect } = await importScript("page/effect.ts", { loader: { ".wasm": "binary" }, target: "es2022" });
+    const gl = mockContext();
+    const effect = await Effect.load(gl);
+    const image = { ...size, data: new Uint8ClampedArray(4 * size.width * size.height) };
+    effect.setBackgrounds(image, image);
+    effect.resize(size);
+    assert.equal(effect.readScript(script, "test"), "");
+    effect.startReplay();
+    for (; effect.isReplaying; effect.frame(effect.frameTime));
+    return gl.digest();
+}
+
+async function replayOnElement(script) {
+    const { Effect } = await importScript("element/effect.ts", elementBundle(join(top, "build/web")));
+    const { parseGesture } = await importScript("element/gesture_scripts.ts", {
+        ...elementBundle(join(top, "build/web"), { hasGestures: true }),
+    });
+    const gl = mockContext();
+    const effect = await Effect.load();
+    effect.attach(gl);
+    effect.restart(size);
+    effect.startReplay(await parseGesture(script));
+    for (; effect.isReplaying; effect.frame(1000 / 60));
+    return gl.digest();
+}
+
+test("the element and the page compute the same bits", async () => {
+    for (const gesture of ["scribble", "showcase", "tap"]) {
+        const script = readFileSync(join(top, "gestures", `${gesture}.gesture`), "utf8");
+        const [page, element] = [await replayOnPage(script), await replayOnElement(script)];
+        assert.ok(page.uploads > 100, `${page.uploads} uploads`);
+        assert.deepEqual(element, page, gesture);
+    }
+});

@@ -1,0 +1,63 @@
+// Headless Chromium, driven by Playwright.
+
+import { readFileSync } from "node:fs";
+import { createRequire } from "node:module";
+import { defaultSize } from "./common.mjs";
+
+const { chromium } = createRequire(new URL("../../../web/package.json", import.meta.url))("playwright-core");
+
+export const name = "chromium";
+
+/** Abilities that the engine lacks, each with the reason. */
+export const cannot = {};
+
+const softwareGl = ["--use-angle=swiftshader", "--enable-unsafe-swiftshader"];
+const noGl = ["--disable-gpu", "--disable-3d-apis"];
+const fakeCamera = ["--use-fake-device-for-media-stream", "--use-fake-ui-for-media-stream"];
+
+/** Returns Playwright's browser, so that a test of Chromium alone can use all of Playwright. */
+export async function launch({ webgl = true, camera = false, args = [] } = {}) {
+    const browser = await chromium.launch({
+        executablePath: process.env.CHROMIUM ?? "/usr/bin/chromium",
+        args: [
+            ...(webgl ? softwareGl : noGl),
+            ...(camera ? fakeCamera : []),
+            ...(process.getuid() === 0 ? ["--no-sandbox"] : []),
+            ...args,
+        ],
+    });
+    browser.newPage = (options) => newPage(browser, options);
+    return browser;
+}
+
+async function newPage(browser, { size = defaultSize, before, ...options } = {}) {
+    const context = await browser.newContext({ viewport: { width: size[0], height: size[1] }, ...options });
+    context.setDefaultTimeout(180000); // software GL on a busy machine draws a frame a second
+    const page = await context.newPage();
+    page.consoleMessages = [];
+    page.requests = [];
+    page.on("console", (message) => page.consoleMessages.push(`${message.type()}: ${message.text().slice(0, 300)}`));
+    page.on("pageerror", (error) => page.consoleMessages.push(`error: ${error}`));
+    page.on("request", (request) => page.requests.push(request.url()));
+    if (before) {
+        await page.addInitScript(before);
+    }
+    page.devTools = await context.newCDPSession(page);
+    const setViewportSize = page.setViewportSize.bind(page);
+    page.setViewportSize = ({ deviceScaleFactor, ...viewport }) =>
+        deviceScaleFactor
+            ? page.devTools.send("Emulation.setDeviceMetricsOverride",
+                { ...viewport, deviceScaleFactor, mobile: false })
+            : setViewportSize(viewport);
+    page.touch = (type, ...points) =>
+        page.devTools.send("Input.dispatchTouchEvent", {
+            type,
+            touchPoints: points.map(([id, x, y, force = 0.5]) => ({ id, x, y, force })),
+        });
+    page.download = async (act) => {
+        const [file] = await Promise.all([page.waitForEvent("download"), act()]);
+        return { name: file.suggestedFilename(), bytes: readFileSync(await file.path()) };
+    };
+    page.close = () => context.close();
+    return page;
+}

@@ -1,0 +1,49 @@
+// Starts programs that end together with this process.
+
+import { spawn } from "node:child_process";
+import { once } from "node:events";
+
+const running = new Set();
+
+function stopAll() {
+    running.forEach((one) => one.kill("SIGKILL"));
+}
+
+process.on("exit", stopAll);
+for (const signal of ["SIGHUP", "SIGINT", "SIGTERM"]) {
+    process.on(signal, () => process.exit(1));
+}
+
+/** Starts a program. It ends with this process; setpriv ends it even if this process is killed. */
+export function start(program, args, options) {
+    const started = spawn("setpriv", ["--pdeathsig", "KILL", program, ...args], options);
+    running.add(started);
+    started.on("exit", () => running.delete(started));
+    started.on("error", (error) => {
+        throw new Error(`cannot start ${program}: ${error.message}. Install the packages of the tests: tools/setup`);
+    });
+    return started;
+}
+
+/** Ends a program and waits for its end. */
+export async function stop(started) {
+    if (started.exitCode === null && started.signalCode === null) {
+        started.kill();
+        await once(started, "exit");
+    }
+}
+
+/** Starts a virtual display for browsers that have no WebGL without a display. `environment` makes programs use it. */
+export async function startDisplay() {
+    const options = { stdio: ["ignore", "ignore", "ignore", "pipe"] };
+    const server = start("Xvfb", ["-displayfd", "3", "-screen", "0", "2000x1300x24", "-nolisten", "tcp"], options);
+    const [number] = await once(server.stdio[3], "data"); // the server writes it as soon as it accepts programs
+    const environment = {
+        ...process.env,
+        DISPLAY: `:${String(number).trim()}`,
+        // Browsers would start a message bus and leave it running.
+        DBUS_SESSION_BUS_ADDRESS: "disabled:",
+        NO_AT_BRIDGE: "1",
+    };
+    return { environment, stop: () => stop(server) };
+}

@@ -1,0 +1,224 @@
+// WebKitGTK on a virtual display, driven by its WebDriver. webkit_browser.py is the browser around the engine.
+
+import { once } from "node:events";
+import { mkdirSync, mkdtempSync, readdirSync, readFileSync, rmSync, watch, writeFileSync } from "node:fs";
+import { createServer } from "node:net";
+import { tmpdir } from "node:os";
+import { join } from "node:path";
+import { fileURLToPath } from "node:url";
+import { defaultSize, requestedFiles } from "./common.mjs";
+import { start, startDisplay, stop } from "./processes.mjs";
+
+export const name = "webkit";
+export const cannot = {
+    touch: "its WebDriver sends touches as a mouse",
+    fileChoosers: "cannot answer a file chooser",
+    roles: "cannot find controls by their roles",
+    shownCode: "Chromium runs the same code",
+    serviceWorker: "Chromium checks the service worker",
+    pen: "cannot press with a pen",
+    leaving: "cannot move the mouse out of the page",
+};
+
+const browserProgram = fileURLToPath(new URL("webkit_browser.py", import.meta.url));
+
+export async function launch({ webgl = true, camera = false } = {}) {
+    const display = await startDisplay();
+    const environment = { ...display.environment, VELMORA_WEBGL: Number(webgl), VELMORA_CAMERA: Number(camera) };
+    return { newPage: (options) => newPage(environment, options), close: () => display.stop() };
+}
+
+/** Starts a browser of its own for each page, so that pages share no storage. */
+async function newPage(environment, options = {}) {
+    const { size = defaultSize, deviceScaleFactor = 1, before, reducedMotion, colorScheme } = options;
+    const folder = mkdtempSync(join(tmpdir(), "velmora-webkit-"));
+    const downloads = join(folder, "downloads");
+    mkdirSync(downloads);
+    mkdirSync(join(folder, "gtk-3.0"));
+    writeFileSync(join(folder, "gtk-3.0/settings.ini"), `[Settings]
+gtk-enable-animations=${reducedMotion === "reduce" ? 0 : 1}
+gtk-application-prefer-dark-theme=${colorScheme === "dark" ? 1 : 0}
+`);
+    writeFileSync(join(folder, "before.js"), before ? `(${before})()` : "");
+    const port = await freePort();
+    // stdbuf makes the web process write each console message at once.
+    const driver = start("stdbuf", ["-oL", "WebKitWebDriver", `--port=${port}`], {
+        stdio: "ignore",
+        env: {
+            ...environment,
+            HOME: folder,
+            XDG_CONFIG_HOME: folder,
+            GDK_SCALE: deviceScaleFactor,
+            VELMORA_FOLDER: folder,
+            ...(process.getuid() === 0 ? { WEBKIT_DISABLE_SANDBOX_THIS_IS_DANGEROUS: "1" } : {}),
+        },
+    });
+    const root = `http://127.0.0.1:${port}`;
+    await untilDriverAnswers(root);
+    const browser = { binary: browserProgram, args: ["--automation"] };
+    const capabilities = { alwaysMatch: { "webkitgtk:browserOptions": browser } };
+    const { sessionId } = await request("POST", `${root}/session`, { capabilities });
+    const page = new Page(`${root}/session/${sessionId}`, downloads);
+    await page.send("POST", "timeouts", { script: 180000 }); // software GL on a busy machine draws a frame a second
+    await page.setViewportSize({ width: size[0], height: size[1] });
+    page.close = async () => {
+        page.requests = await page.evaluate(requestedFiles);
+        await stop(driver);
+        page.consoleMessages = consoleMessages(readFileSync(join(folder, "console"), "utf8"));
+        rmSync(folder, { recursive: true, force: true });
+    };
+    return page;
+}
+
+/** Returns a port that no program uses. */
+async function freePort() {
+    const server = createServer().listen(0, "127.0.0.1");
+    await once(server, "listening");
+    const { port } = server.address();
+    await new Promise((resolve) => server.close(resolve));
+    return port;
+}
+
+async function untilDriverAnswers(root) {
+    const end = Date.now() + 30000;
+    while (true) {
+        try {
+            return await request("GET", `${root}/status`);
+        } catch (error) {
+            if (Date.now() > end) {
+                throw error;
+            }
+        }
+    }
+}
+
+/** Sends a WebDriver command and returns its result. */
+async function request(method, url, body) {
+    const response = await fetch(url, { method, body: body && JSON.stringify(body) });
+    const { value } = await response.json();
+    if (!response.ok) {
+        throw new Error(`${method} ${new URL(url).pathname}: ${value.error}: ${value.message}`);
+    }
+    return value;
+}
+
+/** Reads the console messages in the output of the browser, such as "file:///x.html:1:2: CONSOLE JS ERROR text". */
+function consoleMessages(output) {
+    const types = { WARN: "warning" };
+    const lines = [...output.matchAll(/^.*?CONSOLE (?:\w+ )?(LOG|WARN|ERROR|INFO|DEBUG) (.*)$/gm)];
+    return lines.map(([, type, text]) => `${types[type] ?? type.toLowerCase()}: ${text.slice(0, 300)}`);
+}
+
+// Code points of keys in WebDriver.
+const keyCodes = {
+    Backspace: "\uE003", Tab: "\uE004", Enter: "\uE007", Escape: "\uE00C",
+    Shift: "\uE008", Control: "\uE009", Alt: "\uE00A",
+    ArrowLeft: "\uE012", ArrowUp: "\uE013", ArrowRight: "\uE014", ArrowDown: "\uE015", Delete: "\uE017", F1: "\uE031",
+};
+const buttons = { left: 0, middle: 1, right: 2 };
+
+class Page {
+    mouse = {
+        move: (x, y) => this.#pointer({ type: "pointerMove", x: Math.round(x), y: Math.round(y), duration: 0 }),
+        down: ({ button = "left" } = {}) => this.#pointer({ type: "pointerDown", button: buttons[button] }),
+        up: ({ button = "left" } = {}) => this.#pointer({ type: "pointerUp", button: buttons[button] }),
+        click: async (x, y) => {
+            await this.mouse.move(x, y);
+            await this.mouse.down();
+            await this.mouse.up();
+        },
+    };
+    keyboard = {
+        down: (key) => this.#keys([["keyDown", key]]),
+        up: (key) => this.#keys([["keyUp", key]]),
+        press: (keys) => {
+            const all = keys.split("+");
+            return this.#keys([...all.map((key) => ["keyDown", key]), ...all.reverse().map((key) => ["keyUp", key])]);
+        },
+    };
+    #session;
+    #downloads;
+
+    constructor(session, downloads) {
+        this.#session = session;
+        this.#downloads = downloads;
+    }
+
+    send(method, command, body) {
+        return request(method, `${this.#session}/${command}`, body);
+    }
+
+    async goto(url) {
+        this.address = url;
+        await this.send("POST", "url", { url });
+    }
+
+    url() {
+        return this.evaluate(() => location.href);
+    }
+
+    reload() {
+        return this.send("POST", "refresh", {});
+    }
+
+    setViewportSize({ width, height }) {
+        return this.send("POST", "window/rect", { x: 0, y: 0, width, height }); // the window has no frame
+    }
+
+    async evaluate(call, argument) {
+        const script = `const [argument, done] = arguments;
+            Promise.resolve().then(() => (${call})(argument))
+                .then((value) => done({ value }), (error) => done({ error: String(error) }));`;
+        const { value, error } = await this.send("POST", "execute/async", { script, args: [argument ?? null] });
+        if (error) {
+            throw new Error(error);
+        }
+        return value;
+    }
+
+    waitForFunction(call, argument) {
+        return this.evaluate(
+            `async (argument) => {
+                while (!(await (${call})(argument))) {
+                    await new Promise((resolve) => setTimeout(resolve, 10));
+                }
+            }`,
+            argument,
+        );
+    }
+
+    async screenshot({ path } = {}) {
+        const png = Buffer.from(await this.send("GET", "screenshot"), "base64");
+        if (path) {
+            writeFileSync(path, png);
+        }
+        return png;
+    }
+
+    /** Calls `act` and returns the file that the browser saves. */
+    async download(act) {
+        const watcher = watch(this.#downloads);
+        try {
+            // The browser moves complete files into the folder.
+            const newest = () => readdirSync(this.#downloads)[0];
+            const saved = new Promise((resolve) => watcher.on("change", () => resolve(newest())));
+            await act();
+            const file = join(this.#downloads, await saved);
+            const bytes = readFileSync(file);
+            rmSync(file);
+            return { name: file.slice(this.#downloads.length + 1), bytes };
+        } finally {
+            watcher.close();
+        }
+    }
+
+    #pointer(action) {
+        const mouse = { type: "pointer", id: "mouse", parameters: { pointerType: "mouse" }, actions: [action] };
+        return this.send("POST", "actions", { actions: [mouse] });
+    }
+
+    #keys(changes) {
+        const actions = changes.map(([type, key]) => ({ type, value: keyCodes[key] ?? key }));
+        return this.send("POST", "actions", { actions: [{ type: "key", id: "keyboard", actions }] });
+    }
+}

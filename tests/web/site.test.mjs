@@ -1,0 +1,106 @@
+// The site: every page opens from disk and draws, and the code that a page shows runs as shown.
+
+import assert from "node:assert/strict";
+import { existsSync, readdirSync, readFileSync } from "node:fs";
+import { createServer } from "node:http";
+import { extname, join } from "node:path";
+import { after, before, test } from "node:test";
+import { pathToFileURL } from "node:url";
+import { launch, needs, screenshotFolder, top } from "./page.mjs";
+
+const site = join(top, "build/site");
+const pages = readdirSync(site).filter((file) => file.endsWith(".html") && file !== "velmora.html");
+const types = {
+    ".css": "text/css", ".html": "text/html", ".jpg": "image/jpeg", ".js": "text/javascript", ".mp4": "video/mp4",
+    ".svg": "image/svg+xml", ".webmanifest": "application/manifest+json",
+};
+
+let browser;
+before(async () => (browser = await launch({ camera: true })));
+after(() => browser.close());
+
+/** Serves the site, and under /shown/ the code that a page shows as a page of its own. */
+async function serve(shown = {}) {
+    const server = createServer((request, response) => {
+        const path = request.url.replace(/\/$/, "/index.html");
+        const file = join(site, path.replace("/shown/", "/"));
+        const body = shown[path] ?? (existsSync(file) && extname(file) ? readFileSync(file) : undefined);
+        response.writeHead(body ? 200 : 404, { "Content-Type": types[extname(path)] ?? "text/html" });
+        response.end(body ?? "");
+    });
+    await new Promise((resolve) => server.listen(0, "127.0.0.1", resolve));
+    server.unref(); // otherwise a failed test would keep the process running
+    const stop = () => (server.close(), server.closeAllConnections());
+    return { address: `http://127.0.0.1:${server.address().port}`, stop };
+}
+
+/** Waits until the first water of the page draws. */
+function waitForWater(page) {
+    return page.waitForFunction(() => document.querySelector("velmora-water")?.live);
+}
+
+/** Returns the number of distinct colours in a coarse copy of the first water. */
+function colors(page) {
+    return page.evaluate(async () => {
+        const frame = await createImageBitmap(await document.querySelector("velmora-water").toBlob());
+        const copy = new OffscreenCanvas(16, 16).getContext("2d");
+        copy.drawImage(frame, 0, 0, 16, 16);
+        return new Set(new Uint32Array(copy.getImageData(0, 0, 16, 16).data.buffer)).size;
+    });
+}
+
+async function close(page, name) {
+    await page.close();
+    assert.deepEqual(page.consoleMessages, [], name);
+}
+
+test("every page opens from disk, draws and requests nothing from elsewhere", async () => {
+    for (const file of pages) {
+        const page = await browser.newPage({ size: [390, 844], reducedMotion: "reduce" });
+        await page.goto(pathToFileURL(join(site, file)).href);
+        if (file === "camera.html") {
+            await page.evaluate(() => document.getElementById("start").click());
+        }
+        await waitForWater(page);
+        assert.ok((await colors(page)) > 8, `${file} must show a picture under the water`);
+        const width = await page.evaluate(() => document.documentElement.scrollWidth);
+        assert.ok(width <= 390, `${file} is ${width} pixels wide on a phone of 390`);
+        await page.screenshot({ path: join(screenshotFolder, `site-${file.replace("html", "png")}`) });
+        await close(page, file);
+        assert.deepEqual(page.requests.filter((url) => !/^(file|data|blob):/.test(url)), [], file);
+    }
+});
+
+test("the shown code runs as shown on a server", needs("shownCode"), async () => {
+    const shown = {};
+    const server = await serve(shown);
+    for (const file of pages.filter((name) => name !== "react.html")) {
+        const page = await browser.newPage({ size: [390, 844], reducedMotion: "reduce" });
+        await page.goto(`${server.address}/${file}`);
+        const code = await page.evaluate(() => document.getElementById("code").textContent);
+        const head = '<!doctype html><meta charset="utf-8"><title>shown</title><link rel="icon" href="data:">';
+        shown[`/shown/${file}`] = head + code;
+        await page.goto(`${server.address}/shown/${file}`);
+        await page.evaluate(() => document.getElementById("start")?.click());
+        await waitForWater(page);
+        assert.ok((await colors(page)) > 8, `${file} must show a picture under the water`);
+        await close(page, file);
+    }
+    server.stop();
+});
+
+test("a page that was served once opens without a server, and names its manifest", needs("serviceWorker"), async () => {
+    const server = await serve();
+    const page = await browser.newPage({ size: [390, 844], reducedMotion: "reduce" });
+    await page.goto(`${server.address}/index.html`);
+    await page.evaluate(() => navigator.serviceWorker.ready);
+    server.stop();
+    await page.goto(`${server.address}/hero.html`);
+    await waitForWater(page);
+    const manifest = await page.evaluate(async () => {
+        const answer = await fetch(document.querySelector("[rel=manifest]").href);
+        return answer.json();
+    });
+    assert.equal(manifest.name, "Velmora");
+    await close(page);
+});

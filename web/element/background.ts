@@ -1,0 +1,165 @@
+// The image under the water: an image, video or canvas, drawn as CSS would draw it.
+
+import type { Size } from "../engine/size";
+
+/** Element whose pixels the water shows. */
+export type BackgroundSource = HTMLImageElement | HTMLVideoElement | HTMLCanvasElement;
+
+/** Value of HTMLMediaElement.HAVE_CURRENT_DATA. */
+const haveCurrentData = 2;
+/** Side of the copy from which attract mode chooses its inks, in pixels. */
+const inkSourceSide = 16;
+
+interface Box {
+    x: number;
+    y: number;
+    width: number;
+    height: number;
+}
+
+// The classes of an element differ between documents, so the tests compare names.
+
+export function isImage(element: Element): element is HTMLImageElement {
+    return element.localName === "img";
+}
+
+export function isVideo(element: Element): element is HTMLVideoElement {
+    return element.localName === "video";
+}
+
+/** Returns the natural size of the source in pixels. Both sides are 0 before it is loaded. */
+function naturalSize(source: BackgroundSource): Size {
+    if (isImage(source)) {
+        return { width: source.naturalWidth, height: source.naturalHeight };
+    }
+    if (isVideo(source)) {
+        return { width: source.videoWidth, height: source.videoHeight };
+    }
+    return { width: source.width, height: source.height };
+}
+
+/** Returns true if the source has an image to draw. */
+export function isDrawable(source: BackgroundSource): boolean {
+    const { width, height } = naturalSize(source);
+    const isLoaded = isImage(source) ? source.complete : !isVideo(source) || source.readyState >= haveCurrentData;
+    return width > 0 && height > 0 && isLoaded;
+}
+
+/** Returns the position of one axis in CSS pixels. `text` is a computed length or percentage. */
+function positionOf(text: string, room: number): number {
+    const number = parseFloat(text) || 0;
+    return text.endsWith("%") ? (number / 100) * room : number;
+}
+
+/** Returns the box in which CSS draws the source, within the content box of its element. */
+function fittedBox(source: BackgroundSource, content: Box, fit: string, position: string): Box {
+    const natural = naturalSize(source);
+    const scales = [content.width / natural.width, content.height / natural.height] as const;
+    let scale = fit === "cover" ? Math.max(...scales) : Math.min(...scales);
+    if (fit === "none" || (fit === "scale-down" && scale > 1)) {
+        scale = 1;
+    }
+    const isStretched = fit === "fill";
+    const width = isStretched ? content.width : natural.width * scale;
+    const height = isStretched ? content.height : natural.height * scale;
+    const [x = "50%", y = "50%"] = position.split(" ");
+    return {
+        x: content.x + positionOf(x, content.width - width),
+        y: content.y + positionOf(y, content.height - height),
+        width,
+        height,
+    };
+}
+
+/** Returns true if the source is laid out in the element of the area, as a child or as its own image. */
+function isInside(source: BackgroundSource, area: HTMLElement): boolean {
+    const root = area.getRootNode() as Partial<ShadowRoot>;
+    return root.host !== undefined && (root.host.contains(source) || source.getRootNode() === root);
+}
+
+/** Returns the content box of the source in CSS pixels of the area. */
+function contentBox(source: BackgroundSource, area: HTMLElement, style: CSSStyleDeclaration): Box {
+    const outer = area.getBoundingClientRect();
+    const box = source.getBoundingClientRect();
+    const inset = (side: "Left" | "Top" | "Right" | "Bottom") =>
+        parseFloat(style[`border${side}Width`]) + parseFloat(style[`padding${side}`]) || 0;
+    // A transform of the page scales both boxes.
+    const zoom = outer.width / (area.offsetWidth || 1) || 1;
+    return {
+        x: (box.left - outer.left) / zoom - area.clientLeft + inset("Left"),
+        y: (box.top - outer.top) / zoom - area.clientTop + inset("Top"),
+        width: box.width / zoom - inset("Left") - inset("Right"),
+        height: box.height / zoom - inset("Top") - inset("Bottom"),
+    };
+}
+
+/** Returns the colour behind the image: the first background colour of the area and its ancestors, or white. */
+function backdropColor(area: Element): string {
+    let element: Element | null | undefined = area;
+    while (element) {
+        const color = getComputedStyle(element).backgroundColor;
+        if (color && color !== "transparent" && !/^rgba\(.*, 0\)$/.test(color)) {
+            return color;
+        }
+        element = element.parentElement ?? (element.getRootNode() as Partial<ShadowRoot>).host;
+    }
+    return "#fff";
+}
+
+export class Background {
+    private readonly canvas = document.createElement("canvas");
+    private readonly context = this.canvas.getContext("2d");
+
+    /** `area` is the element whose box the water covers. */
+    constructor(private readonly area: HTMLElement) {}
+
+    /** Draws the source at the size of the water. Returns the canvas with the image. */
+    draw(source: BackgroundSource | null, size: Size): HTMLCanvasElement {
+        const { canvas, context, area } = this;
+        if (canvas.width !== size.width || canvas.height !== size.height) {
+            canvas.width = size.width;
+            canvas.height = size.height;
+        }
+        if (!context) {
+            return canvas;
+        }
+        context.setTransform(1, 0, 0, 1, 0, 0);
+        context.fillStyle = "#fff";
+        context.fillRect(0, 0, size.width, size.height);
+        context.fillStyle = backdropColor(area);
+        context.fillRect(0, 0, size.width, size.height);
+        if (source && isDrawable(source)) {
+            context.setTransform(size.width / area.clientWidth, 0, 0, size.height / area.clientHeight, 0, 0);
+            this.drawFitted(context, source);
+        }
+        return canvas;
+    }
+
+    /** Returns a small copy of the image that was drawn last. Throws if the image is from another origin without CORS. */
+    inkSource(): ImageData {
+        const small = document.createElement("canvas");
+        small.width = small.height = inkSourceSide;
+        const context = small.getContext("2d", { willReadFrequently: true });
+        context?.drawImage(this.canvas, 0, 0, inkSourceSide, inkSourceSide);
+        return context?.getImageData(0, 0, inkSourceSide, inkSourceSide) ?? new ImageData(inkSourceSide, inkSourceSide);
+    }
+
+    private drawFitted(context: CanvasRenderingContext2D, source: BackgroundSource): void {
+        const { area } = this;
+        const style = getComputedStyle(source);
+        let content: Box = { x: 0, y: 0, width: area.clientWidth, height: area.clientHeight };
+        let [fit, position] = ["cover", "50% 50%"]; // of an image that is elsewhere in the page or in no page
+        if (isInside(source, area)) {
+            content = contentBox(source, area, style);
+            [fit, position] = [style.objectFit, style.objectPosition];
+        }
+        const box = fittedBox(source, content, fit, position);
+        context.save();
+        context.beginPath();
+        context.rect(content.x, content.y, content.width, content.height);
+        context.clip();
+        context.imageSmoothingQuality = "high";
+        context.drawImage(source, box.x, box.y, box.width, box.height);
+        context.restore();
+    }
+}

@@ -1,0 +1,113 @@
+// Water on a canvas of the page, without the custom element.
+
+import { defaultSettings, type Settings } from "../../build/web/settings";
+import type { BackgroundSource } from "./background";
+import type { WaterState } from "./live_water";
+import { presetOf } from "./setting_values";
+import { Water } from "./water";
+
+/** Options of water on a canvas. */
+export interface WaterOptions extends Partial<Omit<WaterState, "settings">> {
+    /** Shipped preset or JSON. */
+    preset?: string;
+    /** Settings; they have priority over the preset. */
+    settings?: Partial<Settings>;
+    /** Loaded image, video or canvas under the water. Default: white. */
+    background?: BackgroundSource;
+}
+
+/** Water on a canvas. Dispatches the events of the custom element. */
+export class CanvasWater extends EventTarget {
+    private readonly water: Water;
+    private background: BackgroundSource | null;
+
+    constructor(canvas: HTMLCanvasElement, options: WaterOptions = {}) {
+        super();
+        this.background = options.background ?? null;
+        const source = () => this.background;
+        this.water = new Water({
+            area: canvas,
+            hoverArea: canvas,
+            events: this,
+            get source() {
+                return source();
+            },
+            makeCanvas: () => canvas,
+            show: () => {},
+            keepsContext: true,
+        });
+        this.update(options);
+        this.water.connect();
+    }
+
+    /** Changes options. */
+    update({ preset, settings, background, quality, ...state }: WaterOptions): void {
+        if (preset !== undefined || settings) {
+            const base = preset === undefined ? this.water.state.settings : { ...defaultSettings, ...presetOf(preset) };
+            this.water.setSettings({ ...base, ...settings });
+        }
+        if (quality) {
+            this.water.setQuality(quality);
+        }
+        Object.assign(this.water.state, state);
+        this.water.update();
+        if (background) {
+            this.background = background;
+            this.water.onBackground();
+        }
+    }
+
+    /** True while the water runs no frames. */
+    get idle(): boolean {
+        return this.water.isIdle;
+    }
+
+    /** Touches the water at a point in CSS pixels of the canvas. Resolves when the touch has ended. */
+    drop(...touch: Parameters<Water["drop"]>): Promise<void> {
+        return this.water.drop(...touch);
+    }
+
+    /** Draws a stroke through points in CSS pixels of the canvas. Resolves when the stroke has ended. */
+    stroke(...stroke: Parameters<Water["stroke"]>): Promise<void> {
+        return this.water.stroke(...stroke);
+    }
+
+    /** Removes the ink. */
+    clear(): void {
+        this.water.clear();
+    }
+
+    /** Replays a gesture script. Resolves when the replay has started. Rejects if the script is faulty. */
+    play(gesture: string): Promise<void> {
+        return this.water.play(gesture);
+    }
+
+    /** Restarts the effect and records all touches as a gesture script. */
+    startRecording(): void {
+        this.water.startRecording();
+    }
+
+    /** Ends the recording. Resolves to its gesture script, or to "" if nothing was recorded. */
+    stopRecording(): Promise<string> {
+        return this.water.stopRecording();
+    }
+
+    /** Resolves to the shown frame as a PNG image. */
+    toBlob(): Promise<Blob> {
+        return this.water.toBlob();
+    }
+
+    /** Ends the water and gives the canvas's GL context back to the browser. */
+    destroy(): void {
+        this.water.disconnect();
+    }
+}
+
+/** Resolves to water on a canvas after its first frame. Rejects if the browser cannot draw it. */
+export function createWater(canvas: HTMLCanvasElement, options: WaterOptions = {}): Promise<CanvasWater> {
+    const water = new CanvasWater(canvas, options);
+    return new Promise((resolve, reject) => {
+        water.addEventListener("ready", () => resolve(water), { once: true });
+        water.addEventListener("error", (event) => reject((event as ErrorEvent).error as Error), { once: true });
+    });
+}

@@ -1,0 +1,97 @@
+// Strokes that a script draws: one position in each frame of the effect.
+
+/** Point of the element. */
+export interface Point {
+    /** Position in CSS pixels from the left edge of the element. */
+    x: number;
+    /** Position in CSS pixels from the top edge of the element. */
+    y: number;
+}
+
+/** Options of a stroke by script. */
+export interface StrokeOptions {
+    /** Pressure from 0 to 1; more pressure leaves more ink. Default: the setting `pressure`. */
+    pressure?: number;
+    /** Duration in milliseconds. Default: 400. */
+    duration?: number;
+}
+
+/** One step of a stroke in one frame. */
+type Step = (finger: Finger) => void;
+
+/** The finger of the effect; positions in CSS pixels. */
+export interface Finger {
+    press(point: Point, pressure: number | undefined): void;
+    move(point: Point, pressure: number | undefined): void;
+    lift(point: Point): void;
+}
+
+const frameTime = 1000 / 60;
+const defaultDuration = 400;
+/** Frames for which a drop presses the water. Ink needs several frames of contact. */
+const dropFrames = 6;
+
+/** Returns `count` points at equal distances along a line through the points. */
+function resample(points: Point[], count: number): Point[] {
+    const lengths = [0];
+    for (let at = 1; at < points.length; ++at) {
+        const [from, to] = [points[at - 1]!, points[at]!];
+        lengths.push(lengths[at - 1]! + Math.hypot(to.x - from.x, to.y - from.y));
+    }
+    const total = lengths[lengths.length - 1]!;
+    return Array.from({ length: count }, (_, index) => {
+        const wanted = (total * index) / Math.max(count - 1, 1);
+        const next = Math.max(1, lengths.findIndex((length) => length >= wanted));
+        const [from, to] = [points[next - 1]!, points[next] ?? points[next - 1]!];
+        const part = (wanted - lengths[next - 1]!) / (lengths[next]! - lengths[next - 1]! || 1);
+        return { x: from.x + (to.x - from.x) * part, y: from.y + (to.y - from.y) * part };
+    });
+}
+
+export class FingerQueue {
+    private steps: Step[] = [];
+    private finished: (() => void)[] = [];
+
+    get isEmpty(): boolean {
+        return this.steps.length === 0;
+    }
+
+    /** Adds a touch at one point. */
+    addDrop(point: Point, pressure: number | undefined): Promise<void> {
+        const hold = Array<Step>(dropFrames).fill(() => {});
+        return this.add([(finger) => finger.press(point, pressure), ...hold, (finger) => finger.lift(point)]);
+    }
+
+    /** Adds a stroke along the points. */
+    addStroke(points: Point[], { pressure, duration = defaultDuration }: StrokeOptions): Promise<void> {
+        const [first, ...others] = resample(points, Math.max(2, Math.round(duration / frameTime)));
+        return this.add([
+            (finger) => finger.press(first!, pressure),
+            ...others.map((point): Step => (finger) => finger.move(point, pressure)),
+            (finger) => finger.lift(others[others.length - 1]!),
+        ]);
+    }
+
+    /** Runs the step of the next frame. */
+    step(finger: Finger): void {
+        this.steps.shift()?.(finger);
+        if (this.isEmpty) {
+            this.finish();
+        }
+    }
+
+    /** Drops all steps, for example because the user touches the water. */
+    clear(): void {
+        this.steps = [];
+        this.finish();
+    }
+
+    private add(steps: Step[]): Promise<void> {
+        this.steps.push(...steps);
+        return new Promise((resolve) => this.finished.push(resolve));
+    }
+
+    private finish(): void {
+        this.finished.splice(0).forEach((resolve) => resolve());
+    }
+}

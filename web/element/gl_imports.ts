@@ -1,0 +1,200 @@
+// The GL functions that the module imports, on a WebGL context. A GL name is an index into a table of WebGL objects.
+
+type Calls = Record<string, (...numbers: never[]) => number | void>;
+type GlObject = WebGLBuffer | WebGLFramebuffer | WebGLProgram | WebGLShader | WebGLTexture | WebGLUniformLocation;
+
+const COMPILE_STATUS = 0x8b81;
+const FRAMEBUFFER_BINDING = 0x8ca6;
+
+/** Functions that take and return the same numbers in WebGL. Addresses in bound buffers are numbers as well. */
+const sameInWebGl = [
+    "activeTexture",
+    "blendFunc",
+    "clear",
+    "clearColor",
+    "disable",
+    "disableVertexAttribArray",
+    "drawArrays",
+    "drawElements",
+    "enableVertexAttribArray",
+    "texParameterf",
+    "texParameteri",
+    "vertexAttribPointer",
+    "viewport",
+] as const;
+/** Functions that take a location in place of the first number. */
+const withLocation = ["uniform1f", "uniform1i", "uniform2f", "uniform3f"] as const;
+
+export class GlImports {
+    /** Context that the functions draw in. Set it before the module draws. */
+    gl!: WebGLRenderingContext;
+    /** Memory of the module. Set it after the module is instantiated. */
+    memory!: WebAssembly.Memory;
+    private objects: (GlObject | null)[] = [null];
+    /** Names of uniform locations by program and address of the uniform's name. */
+    private locations = new Map<string, number>();
+
+    /** Forgets all objects, for example because the context is lost. */
+    forget(): void {
+        this.objects = [null];
+        this.locations.clear();
+    }
+
+    /** Deletes all objects of the context. */
+    deleteAll(): void {
+        const { gl, objects } = this;
+        for (const object of objects) {
+            if (gl.isTexture(object)) {
+                gl.deleteTexture(object);
+            } else if (gl.isBuffer(object)) {
+                gl.deleteBuffer(object);
+            } else if (gl.isFramebuffer(object)) {
+                gl.deleteFramebuffer(object);
+            } else if (gl.isProgram(object)) {
+                gl.deleteProgram(object);
+            } else if (gl.isShader(object)) {
+                gl.deleteShader(object);
+            }
+        }
+        this.forget();
+    }
+
+    /** Returns the functions by their names in the module. */
+    functions(): Calls {
+        const calls: Calls = { ...this.objectFunctions(), ...this.shaderFunctions(), ...this.dataFunctions() };
+        const named = (name: string) => `gl${name[0]!.toUpperCase()}${name.slice(1)}`;
+        for (const name of sameInWebGl) {
+            calls[named(name)] = (...numbers: number[]) =>
+                (this.gl[name] as (...values: number[]) => void)(...numbers);
+        }
+        for (const name of withLocation) {
+            calls[named(name)] = (location: number, ...numbers: number[]) =>
+                (this.gl[name] as (where: unknown, ...values: number[]) => void)(this.object(location), ...numbers);
+        }
+        return calls;
+    }
+
+    /** Functions that make, bind and delete objects. */
+    private objectFunctions(): Calls {
+        return {
+            glGenTextures: (count: number, names: number) => this.make(count, names, () => this.gl.createTexture()),
+            glGenBuffers: (count: number, names: number) => this.make(count, names, () => this.gl.createBuffer()),
+            glGenFramebuffers: (count: number, names: number) => this.make(count, names, () => this.gl.createFramebuffer()),
+            glDeleteTextures: (count: number, names: number) => this.remove(count, names, (object) => this.gl.deleteTexture(object)),
+            glDeleteBuffers: (count: number, names: number) => this.remove(count, names, (object) => this.gl.deleteBuffer(object)),
+            glDeleteFramebuffers: (count: number, names: number) =>
+                this.remove(count, names, (object) => this.gl.deleteFramebuffer(object)),
+            glBindTexture: (target: number, name: number) => this.gl.bindTexture(target, this.object(name)),
+            glBindBuffer: (target: number, name: number) => this.gl.bindBuffer(target, this.object(name)),
+            glBindFramebuffer: (target: number, name: number) => this.gl.bindFramebuffer(target, this.object(name)),
+            glFramebufferTexture2D: (target: number, attachment: number, texture: number, name: number, level: number) =>
+                this.gl.framebufferTexture2D(target, attachment, texture, this.object(name), level),
+            glUseProgram: (name: number) => this.gl.useProgram(this.object(name)),
+        };
+    }
+
+    /** Functions that build programs and find their variables. */
+    private shaderFunctions(): Calls {
+        return {
+            glCreateShader: (type: number) => this.add(this.gl.createShader(type)),
+            glShaderSource: (shader: number, _count: number, strings: number) =>
+                this.gl.shaderSource(this.object(shader)!, this.text(this.view(Uint32Array, strings, 1)[0]!)),
+            glCompileShader: (shader: number) => this.gl.compileShader(this.object(shader)!),
+            glGetShaderiv: (shader: number, _parameter: number, result: number) =>
+                this.write(result, this.gl.getShaderParameter(this.object(shader)!, COMPILE_STATUS)),
+            glDeleteShader: (shader: number) => this.gl.deleteShader(this.object(shader)),
+            glCreateProgram: () => this.add(this.gl.createProgram()),
+            glAttachShader: (program: number, shader: number) => this.gl.attachShader(this.object(program)!, this.object(shader)!),
+            glBindAttribLocation: (program: number, index: number, name: number) =>
+                this.gl.bindAttribLocation(this.object(program)!, index, this.text(name)),
+            glLinkProgram: (program: number) => this.gl.linkProgram(this.object(program)!),
+            glGetProgramiv: (program: number, parameter: number, result: number) =>
+                this.write(result, this.gl.getProgramParameter(this.object(program)!, parameter)),
+            glDeleteProgram: (program: number) => this.gl.deleteProgram(this.object(program)),
+            glGetAttribLocation: (program: number, name: number) => this.gl.getAttribLocation(this.object(program)!, this.text(name)),
+            glGetUniformLocation: (program: number, name: number) => this.location(program, name),
+        };
+    }
+
+    /** Functions that read or write the memory of the module. */
+    private dataFunctions(): Calls {
+        return {
+            glBufferData: (target: number, bytes: number, data: number, usage: number) =>
+                this.gl.bufferData(target, this.view(Uint8Array, data, bytes), usage),
+            glTexImage2D: (target: number, level: number, format: number, width: number, height: number, border: number, sourceFormat: number, type: number, data: number) => {
+                const pixels = data ? this.view(Uint8Array, data, 4 * width * height) : null;
+                this.gl.texImage2D(target, level, format, width, height, border, sourceFormat, type, pixels);
+            },
+            glUniformMatrix4fv: (location: number, count: number, transpose: number, data: number) =>
+                this.gl.uniformMatrix4fv(
+                    this.object(location) as WebGLUniformLocation | null,
+                    transpose !== 0,
+                    this.view(Float32Array, data, 16 * count),
+                ),
+            glReadPixels: (x: number, y: number, width: number, height: number, format: number, type: number, data: number) =>
+                this.gl.readPixels(x, y, width, height, format, type, this.view(Uint8Array, data, 4 * width * height)),
+            // The module asks only for the framebuffer that is bound.
+            glGetIntegerv: (_parameter: number, result: number) =>
+                this.write(result, this.objects.indexOf(this.gl.getParameter(FRAMEBUFFER_BINDING) as GlObject | null)),
+        };
+    }
+
+    private object<Kind extends GlObject>(name: number): Kind | null {
+        return (this.objects[name] ?? null) as Kind | null;
+    }
+
+    /** Returns the name of an object, or 0 if WebGL could not make it. */
+    private add(object: GlObject | null): number {
+        if (!object) {
+            return 0;
+        }
+        const free = this.objects.indexOf(null, 1);
+        const name = free < 0 ? this.objects.length : free;
+        this.objects[name] = object;
+        return name;
+    }
+
+    private make(count: number, names: number, create: () => GlObject | null): void {
+        const list = this.view(Uint32Array, names, count);
+        for (let at = 0; at < count; ++at) {
+            list[at] = this.add(create());
+        }
+    }
+
+    private remove(count: number, names: number, remove: (object: GlObject | null) => void): void {
+        for (const name of this.view(Uint32Array, names, count)) {
+            remove(this.object(name));
+            if (name) {
+                this.objects[name] = null;
+            }
+        }
+    }
+
+    /** The library looks up locations in each frame. They are kept, because a lookup is slow in WebGL. */
+    private location(program: number, name: number): number {
+        const key = `${program} ${name}`;
+        let location = this.locations.get(key);
+        if (location === undefined) {
+            location = this.add(this.gl.getUniformLocation(this.object(program)!, this.text(name))) || -1;
+            this.locations.set(key, location);
+        }
+        return location;
+    }
+
+    private write(address: number, value: number | boolean): void {
+        this.view(Int32Array, address, 1)[0] = Number(value);
+    }
+
+    private text(address: number): string {
+        const bytes = new Uint8Array(this.memory.buffer, address);
+        return new TextDecoder().decode(bytes.subarray(0, bytes.indexOf(0)));
+    }
+
+    private view<View>(
+        kind: new (buffer: ArrayBuffer, offset: number, length: number) => View,
+        address: number,
+        count: number,
+    ): View {
+        return new kind(this.memory.buffer as ArrayBuffer, address, count);
+    }
+}

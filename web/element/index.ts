@@ -1,0 +1,10 @@
+// The package: the class of the custom element, and water on a canvas. Importing it defines no element.
+
+export type { Ink, Settings } from "../../build/web/settings";
+export type { BackgroundSource } from "./background";
+export type { Point, StrokeOptions } from "./finger_queue";
+export type { PointerMode } from "./live_water";
+export type { DropOptions } from "./water";
+export { CanvasWater, createWater, type WaterOptions } from "./create_water";
+export { presetNames } from "./setting_values";
+export { VelmoraWater, type VelmoraWaterAttributes } from "./velmora_water";

@@ -1,0 +1,395 @@
+// Water that draws: the effect on a canvas with a GL context, from the opening of the context to its end.
+
+import { numbersOf, resizeDelay, type Settings } from "../../build/web/settings";
+import { AttractTimer } from "../engine/attract_timer";
+import { FrameLoop } from "../engine/frame_loop";
+import { Pointer } from "../engine/pointer";
+import { onPixelRatio, pixelSize } from "../engine/screen";
+import type { Size } from "../engine/size";
+import { BackgroundTexture, type TextureOwner } from "./background_texture";
+import type { Effect } from "./effect";
+import { FingerQueue, type Point } from "./finger_queue";
+
+/** Input that touches the water: a drag that leaves vertical swipes to the page, a moving mouse, no input, or each drag. */
+export type PointerMode = "drag" | "hover" | "none" | "capture";
+
+/** What the author of the page has chosen. */
+export interface WaterState {
+    settings: Settings;
+    /** Input that touches the water. */
+    pointer: PointerMode;
+    /** True to draw without a user. */
+    attract: boolean;
+    /** True to stop the water and keep its last frame. */
+    paused: boolean;
+    /** `auto` draws less detail on a slow machine, `full` never does. */
+    quality: "auto" | "full";
+    /** Rendered pixels per CSS pixel. Undefined for the screen's ratio. */
+    pixelRatio: number | undefined;
+}
+
+/** Owner of the water. */
+export interface LiveOwner extends TextureOwner {
+    readonly state: WaterState;
+    /** Element in which a mouse hovers over the water. */
+    readonly hoverArea: HTMLElement;
+    /** Dispatches an event without details. */
+    emit(type: string): void;
+    /** Called after the first frame. */
+    onFirstFrame(): void;
+    /** Called when the user touches the water. */
+    onUse(): void;
+}
+
+export class LiveWater {
+    readonly queue = new FingerQueue();
+    /** Numbers of the recording that ended last. Empty if there is none. */
+    recording: Float64Array = new Float64Array();
+    private readonly ended = new AbortController();
+    private readonly texture: BackgroundTexture;
+    private readonly loop: FrameLoop;
+    private readonly pointer: Pointer;
+    private readonly attractTimer: AttractTimer;
+    private readonly reducedMotion = matchMedia("(prefers-reduced-motion: reduce)");
+    private readonly resizeObserver: ResizeObserver;
+    private resizeTimer = 0;
+    private passedSettings = "";
+    private lastTick = 0;
+    private isContextLost = false;
+    private hasDrawn = false;
+    private wasIdle = false;
+    private needsFrame = true;
+    private afterFrame: (() => void)[] = [];
+
+    constructor(
+        private readonly effect: Effect,
+        readonly canvas: HTMLCanvasElement,
+        private readonly gl: WebGLRenderingContext,
+        private readonly owner: LiveOwner,
+    ) {
+        const { signal } = this.ended;
+        this.loop = new FrameLoop(
+            {
+                canRun: () => !this.isContextLost && !signal.aborted,
+                skipTime: () => this.skipTime(),
+                tick: (now) => this.tick(now),
+            },
+            signal,
+        );
+        this.pointer = this.makePointer(signal);
+        this.attractTimer = new AttractTimer(effect, {
+            isBusy: () => owner.state.paused || this.isContextLost || this.pointer.isPressed,
+            wake: () => this.loop.wake(),
+        });
+        this.resizeObserver = new ResizeObserver(() => this.followSize());
+        this.resizeObserver.observe(owner.area);
+        onPixelRatio(() => this.followSize(), signal);
+        canvas.addEventListener("webglcontextlost", (event) => this.onContextLost(event), { signal });
+        canvas.addEventListener("webglcontextrestored", () => this.onContextRestored(), { signal });
+        this.reducedMotion.addEventListener("change", () => this.update(), { signal });
+        effect.attach(gl);
+        this.texture = new BackgroundTexture(effect, gl, owner, () => this.requestFrame(), signal);
+        effect.adaptsQuality = owner.state.quality === "auto";
+        effect.noteInput(); // starts the wait for attract mode
+        this.update();
+        this.start((size) => effect.restart(size));
+        this.changeBackground();
+    }
+
+    /** Ends drawing and gives the context back to the browser. */
+    destroy(): void {
+        this.ended.abort();
+        this.pointer.cancel();
+        this.queue.clear();
+        this.attractTimer.stop();
+        clearTimeout(this.resizeTimer);
+        this.resizeObserver.disconnect();
+        this.effect.finishRecording();
+        this.effect.takeRecording();
+        this.effect.stopReplay();
+        this.effect.uploadBackground = () => {};
+        this.gl.getExtension("WEBGL_lose_context")?.loseContext();
+    }
+
+    /** Applies a changed state of the owner. */
+    update(): void {
+        const { effect, owner } = this;
+        effect.attractModeOn = owner.state.attract && !this.reducedMotion.matches;
+        if (owner.state.pointer === "none" || owner.state.paused) {
+            this.pointer.cancel();
+        }
+        this.attractTimer.restart();
+        this.requestFrame();
+        this.followSize();
+    }
+
+    /** Turns adaptive quality on or off. */
+    changeQuality(): void {
+        this.effect.adaptsQuality = this.owner.state.quality === "auto";
+        this.followSize();
+    }
+
+    /** Shows a changed background. */
+    changeBackground(): void {
+        if (!this.isContextLost) {
+            this.texture.change();
+            this.requestFrame();
+        }
+    }
+
+    /** Draws a frame even if the water is idle. */
+    requestFrame(): void {
+        this.needsFrame = true;
+        this.loop.wake();
+    }
+
+    clearInk(): void {
+        this.effect.clearInk();
+        this.requestFrame();
+    }
+
+    /** True while no further frame is needed. */
+    get isIdle(): boolean {
+        return !this.loop.isRunning && this.isStill;
+    }
+
+    startRecording(): void {
+        this.queue.clear();
+        this.useAllPixels();
+        this.effect.startRecording();
+        this.afterRestart();
+    }
+
+    /** Ends the recording. Returns its numbers, or an empty array. */
+    stopRecording(): Float64Array {
+        this.effect.finishRecording();
+        this.takeRecording();
+        const { recording } = this;
+        this.recording = new Float64Array();
+        return recording;
+    }
+
+    /** Replays a gesture script from the start. */
+    play(numbers: Float64Array): void {
+        this.queue.clear();
+        this.useAllPixels();
+        this.effect.startReplay(numbers);
+        this.afterRestart();
+    }
+
+    /** Returns a copy of the current frame. A recording or replay counts frames, so it shows its next frame. */
+    async capture(): Promise<HTMLCanvasElement> {
+        if (this.effect.isRecording || this.effect.isReplaying) {
+            await new Promise<void>((resolve) => this.afterFrame.push(resolve));
+            return this.copy();
+        }
+        return this.snapshot();
+    }
+
+    /** Draws a frame in which the water does not move, and returns a copy. */
+    snapshot(): HTMLCanvasElement {
+        if (!this.isContextLost) {
+            this.effect.frame(0);
+        }
+        return this.copy();
+    }
+
+    private makePointer(signal: AbortSignal): Pointer {
+        const { owner, effect } = this;
+        const accepts = () => owner.state.pointer !== "none" && !owner.state.paused;
+        return new Pointer(
+            this.canvas,
+            {
+                press: (...touch) => accepts() && this.touch(() => effect.press(...touch)),
+                move: (...touch) => accepts() && this.touch(() => effect.move(...touch)),
+                lift: (...touch) => (effect.lift(...touch), this.loop.wake()),
+                pressure: () => owner.state.settings.pressure,
+            },
+            { signal, area: owner.hoverArea, keepsMenu: true, hovers: () => owner.state.pointer === "hover" && accepts() },
+        );
+    }
+
+    private touch(pass: () => void): void {
+        this.queue.clear();
+        pass();
+        this.owner.onUse();
+        this.attractTimer.restart();
+        this.loop.wake();
+    }
+
+    private get wantedSize(): Size {
+        const { effect, owner } = this;
+        const isGesture = effect.isRecording || effect.isReplaying;
+        return pixelSize(owner.area, isGesture ? 1 : effect.qualityPixels, owner.state.pixelRatio);
+    }
+
+    private get hasWantedSize(): boolean {
+        const { width, height } = this.wantedSize;
+        return width === this.texture.size.width && height === this.texture.size.height;
+    }
+
+    private followSize(): void {
+        clearTimeout(this.resizeTimer);
+        this.resizeTimer = window.setTimeout(() => {
+            if (!this.isContextLost && !this.hasWantedSize && !this.ended.signal.aborted) {
+                this.resize();
+            }
+        }, resizeDelay);
+    }
+
+    /** Starts the effect at the wanted size with the same waves. Draws at once, because a resized canvas is blank. */
+    private resize(): void {
+        this.start((size) => this.effect.resize(size));
+        this.effect.frame(0);
+    }
+
+    /** Starts the effect at the wanted size, without ink. */
+    private start(start: (size: Size) => void): void {
+        this.setSize(this.wantedSize);
+        this.passSettings();
+        start(this.texture.size);
+        this.afterRestart();
+    }
+
+    /** Restores the full size, so that a gesture gives the same result on every machine. */
+    private useAllPixels(): void {
+        this.setSize(pixelSize(this.owner.area, 1, this.owner.state.pixelRatio));
+        this.passSettings();
+        this.effect.restart(this.texture.size);
+    }
+
+    private setSize(size: Size): void {
+        this.texture.size = size;
+        this.canvas.width = size.width;
+        this.canvas.height = size.height;
+    }
+
+    private afterRestart(): void {
+        this.takeRecording();
+        this.attractTimer.restart();
+        this.requestFrame();
+    }
+
+    private takeRecording(): void {
+        const numbers = this.effect.takeRecording();
+        if (numbers.length > 0) {
+            this.recording = numbers;
+        }
+    }
+
+    private skipTime(): void {
+        this.lastTick = performance.now();
+        this.effect.skipTime();
+    }
+
+    private tick(now: number): boolean {
+        const { effect, owner } = this;
+        this.attractTimer.startIfIdle();
+        this.passSettings();
+        if (!owner.state.paused) {
+            effect.noteInterval(now - this.lastTick);
+        }
+        this.lastTick = now;
+        this.texture.showVideo();
+        for (const elapsed of this.dueFrames(now)) {
+            this.frame(elapsed);
+        }
+        if (this.maySizeChange && !this.hasWantedSize) {
+            this.resize();
+        }
+        this.reportIdle();
+        return !this.loop.isRunning && !this.isStill;
+    }
+
+    private dueFrames(now: number): number[] {
+        if (this.owner.state.paused) {
+            return this.needsFrame ? [0] : [];
+        }
+        return this.effect.takeDueFrames(now);
+    }
+
+    private frame(elapsed: number): void {
+        const { effect, owner } = this;
+        if (!this.queue.isEmpty && !this.pointer.isPressed) {
+            this.queue.step({
+                press: (point, pressure = owner.state.settings.pressure) => effect.press(...this.pixelsOf(point), pressure),
+                move: (point, pressure = owner.state.settings.pressure) => effect.move(...this.pixelsOf(point), pressure),
+                lift: (point) => effect.lift("up", ...this.pixelsOf(point)),
+            });
+        }
+        const wasReplaying = effect.isReplaying;
+        effect.frame(elapsed);
+        this.needsFrame = false;
+        this.takeRecording();
+        this.afterFrame.splice(0).forEach((call) => call());
+        if (!this.hasDrawn) {
+            this.hasDrawn = true;
+            owner.onFirstFrame();
+        }
+        if (wasReplaying && !effect.isReplaying) {
+            this.passedSettings = ""; // the script may have changed the ink
+            owner.emit("gestureend");
+        }
+    }
+
+    /** Returns the position in canvas pixels. */
+    private pixelsOf({ x, y }: Point): [number, number] {
+        const { area } = this.owner;
+        return [(x / area.clientWidth) * this.texture.size.width, (y / area.clientHeight) * this.texture.size.height];
+    }
+
+    /** True if the next frame would be equal to the last one. */
+    private get isStill(): boolean {
+        const { effect, owner } = this;
+        if (this.needsFrame || this.texture.playsUnreported) {
+            return false;
+        }
+        return owner.state.paused || (effect.isIdle && this.queue.isEmpty);
+    }
+
+    private reportIdle(): void {
+        if (this.isStill !== this.wasIdle) {
+            this.wasIdle = !this.wasIdle;
+            this.owner.emit(this.wasIdle ? "idle" : "active");
+        }
+    }
+
+    /** True if a restart at another size goes unnoticed, because it removes no ink. */
+    private get maySizeChange(): boolean {
+        const { effect, owner } = this;
+        return (effect.isIdle || effect.isSearchingQuality) && !owner.state.paused && !effect.mayShowInk;
+    }
+
+    /** Settings reach the effect only when they have changed. A replay uses its own ink. */
+    private passSettings(): void {
+        const { settings } = this.owner.state;
+        const text = String(numbersOf(settings));
+        if (text !== this.passedSettings && !this.effect.isReplaying) {
+            this.passedSettings = text;
+            this.effect.settings = settings;
+        }
+    }
+
+    private onContextLost(event: Event): void {
+        event.preventDefault(); // otherwise the browser does not restore the context
+        this.pointer.cancel();
+        this.isContextLost = true;
+        this.owner.emit("contextlost");
+    }
+
+    private onContextRestored(): void {
+        this.isContextLost = false;
+        this.effect.attach(this.gl);
+        this.effect.regainContext();
+        this.afterRestart();
+        this.owner.emit("contextrestored");
+    }
+
+    private copy(): HTMLCanvasElement {
+        const copy = document.createElement("canvas");
+        copy.width = this.canvas.width;
+        copy.height = this.canvas.height;
+        copy.getContext("2d")?.drawImage(this.canvas, 0, 0);
+        return copy;
+    }
+}

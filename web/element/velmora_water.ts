@@ -1,0 +1,306 @@
+// The custom element <velmora-water>.
+
+import type { Settings } from "../../build/web/settings";
+import { settingsOf, stateAttributes, stateOf } from "./attributes";
+import { BackgroundWatch } from "./background_watch";
+import type { Point, StrokeOptions } from "./finger_queue";
+import type { PointerMode, WaterState } from "./live_water";
+import { attributeOf, settingNames } from "./setting_values";
+import { applyStyle } from "./style";
+import { Water, type DropOptions } from "./water";
+
+/** A server that renders pages has no elements. There, the class can be imported but not used. */
+const ElementClass = globalThis.HTMLElement ?? (class {} as unknown as typeof HTMLElement);
+
+/** Attributes of the image of attribute `src`. */
+const imageAttributes = ["src", "srcset", "sizes", "alt", "crossorigin", "loading"];
+/** Attributes that are present or absent. */
+const switches = ["attract", "paused", "waterOnly"];
+
+/** Properties that reflect the attributes of settings: a number, a CSS colour for the ink, or null. */
+type SettingProperties = { [Name in Exclude<keyof Settings, "ink" | "secondBackground" | "waterOnly">]: number | null };
+
+/** Properties of the element. Each reflects the attribute of the same name, in kebab-case. */
+export interface VelmoraWater extends SettingProperties {
+    /** Shipped preset or JSON. */
+    preset: string | null;
+    /** CSS colour of the ink. */
+    ink: string | null;
+    /** True to turn off the ink. */
+    waterOnly: boolean;
+    /** Input that touches the water. Null: `drag`. */
+    pointer: PointerMode | null;
+    /** True to draw by itself while nobody touches the water. */
+    attract: boolean;
+    /** True to stop the water and keep its last frame. */
+    paused: boolean;
+    /** `auto` draws less detail on a slow machine, `full` never does. Null: `auto`. */
+    quality: WaterState["quality"] | null;
+    /** Rendered pixels per CSS pixel; null for the screen's ratio. */
+    pixelRatio: number | null;
+    /** Address of the background, instead of a child. */
+    src: string | null;
+    /** Text for assistive technology, if `src` is given. */
+    alt: string | null;
+}
+
+/** Attributes in markup, for example in JSX. */
+export interface VelmoraWaterAttributes {
+    /** Name of a shipped preset, or the settings as JSON. */
+    preset?: string;
+    /** Part of a wave's motion that remains after 1/60 s. */
+    damping?: number | string;
+    /** Distance that a wave runs in a second. 1 is the shorter side of the element. */
+    "wave-speed"?: number | string;
+    /** Height of the ripples of a touch. */
+    ripple?: number | string;
+    /** Raindrops per second. */
+    rain?: number | string;
+    /** Speed of the effect. 1 is real time. */
+    "time-scale"?: number | string;
+    /** How much waves distort the background. 1 is no distortion. */
+    "refractive-index"?: number | string;
+    /** Strength of the reflections on waves. */
+    sheen?: number | string;
+    /** Extra reflection on slopes that face the light at the lower right. */
+    fresnel?: number | string;
+    /** Brightness of the highlights, as a factor of the reflection. */
+    specular?: number | string;
+    /** Sharpness of the highlights. High values are narrow. */
+    exponent?: number | string;
+    /** Pressure for devices that do not report it, 0 to 1. */
+    pressure?: number | string;
+    /** Water cells along the shorter side. */
+    "mesh-detail"?: number | string;
+    /** CSS colour of the ink. */
+    ink?: string;
+    /** Turns off the ink. */
+    "water-only"?: boolean | "";
+    /** Input that touches the water. */
+    pointer?: PointerMode;
+    /** Draws by itself while nobody touches the water. */
+    attract?: boolean | "";
+    /** Stops the water and keeps its last frame. */
+    paused?: boolean | "";
+    /** `auto` draws less detail on a slow machine, `full` never does. */
+    quality?: WaterState["quality"];
+    /** Rendered pixels per CSS pixel. Default: the ratio of the screen. */
+    "pixel-ratio"?: number | string;
+    /** Address of the background, instead of a child. */
+    src?: string;
+    /** Candidates for `src`, as for an image. */
+    srcset?: string;
+    /** Sizes for `srcset`, as for an image. */
+    sizes?: string;
+    /** Text for assistive technology, if `src` is given. */
+    alt?: string;
+    /** Mode of the request for `src`, as for an image. */
+    crossorigin?: string;
+    /** `lazy` loads `src` when the element comes near the viewport. */
+    loading?: "lazy" | "eager";
+}
+
+// The interface of the same name declares the properties that defineProperty adds.
+/** The custom element `<velmora-water>`: its child image, video or canvas under water. */
+export class VelmoraWater extends ElementClass {
+    /** Attributes that the browser reports to the element. */
+    static readonly observedAttributes = [...stateAttributes, ...imageAttributes, "aria-label"];
+
+    private readonly image: HTMLImageElement;
+    private readonly stage: HTMLElement;
+    private readonly watch: BackgroundWatch;
+    private readonly water: Water;
+
+    constructor() {
+        super();
+        const root = this.attachShadow({ mode: "open" });
+        this.image = document.createElement("img");
+        this.stage = makePart("water");
+        this.stage.tabIndex = 0;
+        this.stage.addEventListener("keydown", (event) => this.onKey(event));
+        this.stage.addEventListener("pointerenter", () => this.water.onUse());
+        const fallback = document.createElement("slot");
+        fallback.append(this.image);
+        const over = makePart("over");
+        const overSlot = document.createElement("slot");
+        overSlot.name = "over";
+        over.append(overSlot);
+        root.append(fallback, this.stage, over);
+        this.watch = new BackgroundWatch(this, this.image, () => this.onBackground());
+        this.water = new Water(this.makeHost(fallback));
+    }
+
+    /** Starts the water. The browser calls it when the element enters a document. */
+    connectedCallback(): void {
+        applyStyle(this.shadowRoot!);
+        this.readAttributes();
+        this.nameStage();
+        this.watch.start();
+        this.water.connect();
+    }
+
+    /** Stops the water. The browser calls it when the element leaves its document. */
+    disconnectedCallback(): void {
+        this.watch.stop();
+        this.water.disconnect();
+    }
+
+    /** Applies a changed attribute. The browser calls it. */
+    attributeChangedCallback(name: string, _before: string | null, value: string | null): void {
+        if (imageAttributes.includes(name)) {
+            copyAttribute(this.image, name, value);
+            this.onBackground();
+        } else if (this.isConnected) {
+            this.readAttributes();
+            this.nameStage();
+        }
+    }
+
+    /** Settings in force: those of the preset and of the attributes. */
+    get settings(): Settings {
+        return structuredClone(settingsOf(this));
+    }
+
+    /** True while the water has a GL context. */
+    get live(): boolean {
+        return this.water.isLive;
+    }
+
+    /** True while the element runs no frames. */
+    get idle(): boolean {
+        return this.water.isIdle;
+    }
+
+    /** Touches the water at a point in CSS pixels of the element. Resolves when the touch has ended. */
+    drop(x: number, y: number, options?: DropOptions): Promise<void> {
+        return this.water.drop(x, y, options);
+    }
+
+    /** Draws a stroke along points in CSS pixels of the element. Resolves when the stroke has ended. */
+    stroke(points: Point[], options?: StrokeOptions): Promise<void> {
+        return this.water.stroke(points, options);
+    }
+
+    /** Removes the ink. */
+    clear(): void {
+        this.water.clear();
+    }
+
+    /** Replays a gesture script. Rejects with the fault of the script. */
+    play(gesture: string): Promise<void> {
+        return this.water.play(gesture);
+    }
+
+    /** Restarts the effect and records all touches. */
+    startRecording(): void {
+        this.water.startRecording();
+    }
+
+    /** Ends the recording. Resolves to its gesture script, or to "" if nothing was recorded. */
+    stopRecording(): Promise<string> {
+        return this.water.stopRecording();
+    }
+
+    /** Returns the current frame as a PNG image. */
+    toBlob(): Promise<Blob> {
+        return this.water.toBlob();
+    }
+
+    /** Reads the background again, for example after the page has drawn on a canvas that is the background. */
+    refresh(): void {
+        this.onBackground();
+    }
+
+    private makeHost(fallback: HTMLElement) {
+        const { stage, watch } = this;
+        return {
+            area: stage,
+            hoverArea: this as HTMLElement,
+            events: this as EventTarget,
+            get source() {
+                return watch.source;
+            },
+            makeCanvas: () => document.createElement("canvas"),
+            show: (canvas: HTMLCanvasElement | null) => {
+                stage.replaceChildren(...(canvas ? [canvas] : []));
+                // Assistive technology gets one image: the plain picture, or the water with the same name.
+                fallback.setAttribute("aria-hidden", String(canvas !== null));
+                stage.setAttribute("aria-hidden", String(canvas === null));
+            },
+        };
+    }
+
+    private readAttributes(): void {
+        const { quality, ...state } = stateOf(this);
+        Object.assign(this.water.state, state);
+        this.water.setQuality(quality);
+        this.water.setSettings(settingsOf(this));
+    }
+
+    private onBackground(): void {
+        if (this.isConnected) {
+            this.nameStage();
+            this.water.onBackground();
+        }
+    }
+
+    private nameStage(): void {
+        this.stage.setAttribute("role", "img");
+        this.stage.setAttribute("aria-label", this.getAttribute("aria-label") ?? (this.watch.label || "Water"));
+    }
+
+    /** Enter and Space touch the centre of the water. */
+    private onKey(event: KeyboardEvent): void {
+        if ((event.key === "Enter" || event.key === " ") && event.target === this.stage) {
+            event.preventDefault();
+            void this.drop(this.stage.clientWidth / 2, this.stage.clientHeight / 2);
+        }
+    }
+}
+
+function makePart(name: string): HTMLElement {
+    const part = document.createElement("div");
+    part.className = name;
+    part.part.add(name);
+    return part;
+}
+
+function copyAttribute(to: Element, name: string, value: string | null): void {
+    if (value === null) {
+        to.removeAttribute(name);
+    } else {
+        to.setAttribute(name, value);
+    }
+}
+
+/** Adds a property that reflects an attribute. */
+function defineProperty(name: string, read: (text: string | null) => unknown): void {
+    const attribute = attributeOf(name);
+    Object.defineProperty(VelmoraWater.prototype, name, {
+        configurable: true,
+        enumerable: true,
+        get(this: Element) {
+            return read(this.getAttribute(attribute));
+        },
+        set(this: Element, value: unknown) {
+            const isOff = value === null || value === undefined || value === false;
+            copyAttribute(this, attribute, isOff ? null : value === true ? "" : textOf(value));
+        },
+    });
+}
+
+function textOf(value: unknown): string {
+    return typeof value === "object" ? JSON.stringify(value) : String(value);
+}
+
+for (const name of ["preset", "ink", "pointer", "quality", "src", "alt"]) {
+    defineProperty(name, (text) => text);
+}
+for (const name of switches) {
+    defineProperty(name, (text) => text !== null && text !== "false");
+}
+for (const name of [...settingNames, "pixelRatio"]) {
+    if (name !== "ink" && !switches.includes(name)) {
+        defineProperty(name, (text) => (text === null ? null : Number(text)));
+    }
+}

@@ -1,0 +1,296 @@
+// Water over one area of a page: its state, its methods, and the GL context that it has while it is visible.
+
+import { defaultSettings, type Settings } from "../../build/web/settings";
+import { openContext } from "../engine/screen";
+import { isDrawable, type BackgroundSource } from "./background";
+import { contextPool, type PoolClient } from "./context_pool";
+import { Effect } from "./effect";
+import type { Point, StrokeOptions } from "./finger_queue";
+import { parseGesture, writeGesture } from "./gesture_scripts";
+import { LiveWater, type LiveOwner, type WaterState } from "./live_water";
+
+/** The part of a page that the water covers. */
+export interface WaterHost {
+    /** Element whose box the water covers. */
+    readonly area: HTMLElement;
+    /** Element in which a mouse hovers over the water. */
+    readonly hoverArea: HTMLElement;
+    readonly source: BackgroundSource | null;
+    /** Target of the events. */
+    readonly events: EventTarget;
+    /** Returns a canvas without a GL context. */
+    makeCanvas(): HTMLCanvasElement;
+    /** Shows the water, a copy of its last frame, or neither. */
+    show(canvas: HTMLCanvasElement | null): void;
+    /** True if the canvas belongs to the page, so that no other water may take its context. */
+    readonly keepsContext?: boolean;
+}
+
+/** Options of a touch by script. */
+export type DropOptions = Pick<StrokeOptions, "pressure">;
+
+const noWebGl = "This browser has no WebGL, or no more GL contexts. The plain picture is shown.";
+const noModule = "This browser cannot run WebAssembly with vector instructions. The plain picture is shown.";
+const otherOrigin =
+    "The background is from another origin, which does not allow its use. Send the header " +
+    "Access-Control-Allow-Origin and set the attribute crossorigin. The plain picture is shown.";
+
+/** Instances of the module that no water uses. An instance keeps its memory, so it is used again. */
+const idleEffects: Effect[] = [];
+
+export class Water implements PoolClient, LiveOwner {
+    readonly state: WaterState = {
+        settings: structuredClone(defaultSettings),
+        pointer: "drag",
+        attract: false,
+        paused: false,
+        quality: "auto",
+        pixelRatio: undefined,
+    };
+    private live: LiveWater | null = null;
+    private effect: Effect | null = null;
+    /** Copy of the last frame, while there is no context. */
+    private still: HTMLCanvasElement | null = null;
+    private isConnected = false;
+    private isVisible = false;
+    private hasFailed = false;
+    /** True if the browser cannot draw water. */
+    private isUnsupported = false;
+    private isReady = false;
+    /** Counts the openings and closings, so that an opening that was closed meanwhile ends. */
+    private turn = 0;
+    private readonly visibility =
+        typeof IntersectionObserver === "function"
+            ? new IntersectionObserver((entries) => this.onVisibility(entries[entries.length - 1]!.isIntersecting))
+            : null;
+
+    constructor(private readonly host: WaterHost) {}
+
+    get area(): HTMLElement {
+        return this.host.area;
+    }
+
+    get hoverArea(): HTMLElement {
+        return this.host.hoverArea;
+    }
+
+    get source(): BackgroundSource | null {
+        return this.host.source;
+    }
+
+    get keepsContext(): boolean {
+        return this.host.keepsContext ?? false;
+    }
+
+    /** True while the water has a context. */
+    get isLive(): boolean {
+        return this.live !== null;
+    }
+
+    /** True while the water draws no frames. */
+    get isIdle(): boolean {
+        return this.live?.isIdle ?? true;
+    }
+
+    /** Starts to follow the area's visibility. */
+    connect(): void {
+        this.isConnected = true;
+        this.visibility?.observe(this.area);
+    }
+
+    /** Gives the context back and forgets the last frame. */
+    disconnect(): void {
+        this.isConnected = false;
+        this.isVisible = false;
+        this.hasFailed = false;
+        this.visibility?.disconnect();
+        this.giveBack();
+        this.still = null;
+        this.host.show(null);
+    }
+
+    /** Applies a changed state. */
+    update(): void {
+        this.live?.update();
+    }
+
+    setSettings(settings: Settings): void {
+        this.state.settings = settings;
+        this.update();
+    }
+
+    setQuality(quality: WaterState["quality"]): void {
+        if (this.state.quality !== quality) {
+            this.state.quality = quality;
+            this.live?.changeQuality();
+        }
+    }
+
+    /** Shows a changed background. */
+    onBackground(): void {
+        this.hasFailed = false;
+        if (this.live) {
+            this.live.changeBackground();
+        } else {
+            this.still = null;
+            this.host.show(null);
+        }
+        this.follow();
+    }
+
+    /** Touches the water at a point. Resolves when the touch has ended. */
+    drop(x: number, y: number, options: DropOptions = {}): Promise<void> {
+        contextPool.use(this);
+        const done = this.live?.queue.addDrop({ x, y }, options.pressure);
+        this.live?.requestFrame();
+        return done ?? Promise.resolve();
+    }
+
+    /** Draws a stroke along the points. Resolves when the stroke has ended. */
+    stroke(points: Point[], options: StrokeOptions = {}): Promise<void> {
+        if (points.length === 0) {
+            return Promise.resolve();
+        }
+        contextPool.use(this);
+        const done = this.live?.queue.addStroke(points, options);
+        this.live?.requestFrame();
+        return done ?? Promise.resolve();
+    }
+
+    /** Removes the ink. */
+    clear(): void {
+        this.live?.clearInk();
+    }
+
+    /** Replays a gesture script. Resolves when it has started. Rejects with the fault of the script. */
+    async play(gesture: string): Promise<void> {
+        const numbers = await parseGesture(gesture);
+        this.needLive().play(numbers);
+    }
+
+    /** Restarts the effect and records all touches. */
+    startRecording(): void {
+        this.needLive().startRecording();
+    }
+
+    /** Ends the recording. Resolves to its gesture script, or to "" if nothing was recorded. */
+    async stopRecording(): Promise<string> {
+        const numbers = this.needLive().stopRecording();
+        return numbers.length > 0 ? writeGesture(numbers) : "";
+    }
+
+    /** Returns the current frame as a PNG image. */
+    async toBlob(): Promise<Blob> {
+        const canvas = this.live ? await this.live.capture() : this.still;
+        if (!canvas) {
+            throw new Error("The water has no frame yet. Wait for its event \"ready\".");
+        }
+        return new Promise((resolve, reject) =>
+            canvas.toBlob((blob) => (blob ? resolve(blob) : reject(new Error("The browser cannot write a PNG image.")))),
+        );
+    }
+
+    /** Opens a context. The pool calls it. */
+    open(): void {
+        void this.openContext(++this.turn);
+    }
+
+    /** Gives the context back and shows the last frame. The pool calls it. */
+    close(): void {
+        ++this.turn;
+        if (this.live) {
+            this.still = this.live.snapshot();
+            this.live.destroy();
+            this.live = null;
+            this.host.show(this.still);
+        }
+        if (this.effect) {
+            idleEffects.push(this.effect);
+        }
+        this.effect = null;
+    }
+
+    emit(type: string): void {
+        this.host.events.dispatchEvent(new Event(type));
+    }
+
+    onFirstFrame(): void {
+        this.still = null;
+        this.host.show(this.live!.canvas);
+        if (!this.isReady) {
+            this.isReady = true;
+            this.emit("ready");
+        }
+    }
+
+    onBackgroundError(): void {
+        this.fail(otherOrigin);
+    }
+
+    onUse(): void {
+        contextPool.use(this);
+    }
+
+    private async openContext(turn: number): Promise<void> {
+        const effect = idleEffects.pop() ?? (await Effect.load().catch(() => null));
+        if (turn !== this.turn || !effect) {
+            if (effect) {
+                idleEffects.push(effect);
+            } else if (turn === this.turn) {
+                this.isUnsupported = true;
+                this.fail(noModule);
+            }
+            return;
+        }
+        this.effect = effect;
+        const canvas = this.host.makeCanvas();
+        const gl = openContext(canvas);
+        if (gl) {
+            this.live = new LiveWater(effect, canvas, gl, this);
+        } else {
+            this.isUnsupported = true;
+            this.fail(noWebGl);
+        }
+    }
+
+    private onVisibility(isVisible: boolean): void {
+        this.isVisible = isVisible;
+        this.follow();
+    }
+
+    /** Requests a context if the water can be seen. Gives it back otherwise. */
+    private follow(): void {
+        const { source } = this;
+        if (!this.isConnected || this.hasFailed || this.isUnsupported || (!this.isVisible && !(this.live && this.keepsContext))) {
+            this.giveBack();
+        } else if (!source || isDrawable(source)) {
+            contextPool.request(this);
+        }
+    }
+
+    private giveBack(): void {
+        this.close();
+        contextPool.release(this);
+    }
+
+    /** Reports an error and shows the plain picture until the background changes. */
+    private fail(message: string): void {
+        if (this.hasFailed) {
+            return;
+        }
+        this.hasFailed = true;
+        queueMicrotask(() => {
+            this.giveBack();
+            this.still = null;
+            this.host.show(null);
+            this.host.events.dispatchEvent(new ErrorEvent("error", { message, error: new Error(message) }));
+        });
+    }
+
+    private needLive(): LiveWater {
+        if (!this.live) {
+            throw new Error("The water is not visible, or its event \"ready\" has not come yet.");
+        }
+        return this.live;
+    }
+}

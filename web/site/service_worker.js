@@ -1,0 +1,20 @@
+// Keeps the site usable without a network. The build replaces VERSION and FILES.
+
+const cacheName = "velmora-VERSION";
+const files = FILES;
+
+self.addEventListener("install", (event) => {
+    event.waitUntil(caches.open(cacheName).then((cache) => cache.addAll(files)));
+});
+
+self.addEventListener("activate", (event) => {
+    const removeOthers = async () => {
+        const names = await caches.keys();
+        await Promise.all(names.filter((name) => name !== cacheName).map((name) => caches.delete(name)));
+    };
+    event.waitUntil(removeOthers());
+});
+
+self.addEventListener("fetch", (event) => {
+    event.respondWith(caches.match(event.request, { ignoreSearch: true }).then((found) => found ?? fetch(event.request)));
+});
