@@ -13,7 +13,7 @@
 
 namespace player {
 
-/// Returns the size of a film of a screen: MP4 and WebM need even sides.
+/// Returns the size of a film of a screen: MP4 and WebM need even sides. `format` may have a dot before it.
 app::Size filmSize(app::Size screen, std::string_view format);
 
 /// Encodes a film: passes frames to an ffmpeg process through a pipe. The program must ignore SIGPIPE.

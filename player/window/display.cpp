@@ -82,7 +82,10 @@ void Display::present(const Panel& panel, bool drawn) {
     } else {
         screen.canvas().show(screen.window().pixels());
     }
-    attempt(toast, [&] { keeper.addToFilm(); });
+    if (screen.window().pixels() ==
+        session.size()) {  // else the effect restarts soon in the new size
+        attempt(toast, [&] { keeper.addToFilm(); });
+    }
     attempt(toast, [&] { keeper.addThumbnail(); });
     drawOver(panel);
     if (keeper.wantsScreenshot()) {

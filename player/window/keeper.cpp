@@ -3,6 +3,9 @@
 #include <cstdio>
 #include <utility>
 
+#include "app/size.h"
+#include "player/encoder.h"
+
 namespace player {
 
 namespace fs = std::filesystem;
@@ -18,7 +21,13 @@ void Keeper::switchFilm() {
         finishFilm();
     } else {
         filmStart = Clock::now();
-        showToast(toast, "Filming " + shots.startFilm(session.size()).string());
+        const fs::path file = shots.startFilm(session.size());
+        const app::Size size = filmSize(session.size(), file.extension().string());
+        const bool isSmaller = size != session.size();
+        showToast(toast, "Filming " + file.string() +
+                             (isSmaller ? " with " + std::to_string(size.width) + " x " +
+                                              std::to_string(size.height) + " pixels"
+                                        : ""));
     }
 }
 

@@ -396,6 +396,8 @@ TEST_F(WindowTest, ANewSizeContinuesAFilmAndEndsARecording) {
     press("f");
     ASSERT_TRUE(waitFor([&] { return !probed("shots/film-01.gif").empty(); }));
     EXPECT_TRUE(probed("shots/film-01.gif").starts_with("240,360,"));
+    shot();
+    EXPECT_FALSE(fs::exists(folder / "shots/film-02.gif")) << "the key must end the first film";
     run("ffmpeg -v error -i shots/film-01.gif -update 1 last.png");
     const Pixbuf last = load("last.png");
     EXPECT_LT(difference(pixel(last, 120, 20), {0, 0, 0}), 20) << "bars beside the new frame";
