@@ -6,6 +6,7 @@ import { createServer } from "node:http";
 import { extname, join } from "node:path";
 import { after, before, test } from "node:test";
 import { pathToFileURL } from "node:url";
+import { engine } from "./engines/engine.mjs";
 import { launch, needs, screenshotFolder, top } from "./page.mjs";
 
 const site = join(top, "build/site");
@@ -49,20 +50,30 @@ function colors(page) {
     });
 }
 
+/** Waits until the first water shows a picture. A video or a camera starts later than the water. */
+async function expectPicture(page, file) {
+    await waitForWater(page);
+    for (let attempt = 0; attempt < 40; ++attempt) {
+        if ((await colors(page)) > 8) {
+            return;
+        }
+    }
+    assert.fail(`${file} must show a picture under the water`);
+}
+
 async function close(page, name) {
     await page.close();
     assert.deepEqual(page.consoleMessages, [], name);
 }
 
 test("every page opens from disk, draws and requests nothing from elsewhere", async () => {
-    for (const file of pages) {
+    for (const file of pages.filter((name) => name !== "video.html" || !engine.cannot.video)) {
         const page = await browser.newPage({ size: [390, 844], reducedMotion: "reduce" });
         await page.goto(pathToFileURL(join(site, file)).href);
         if (file === "camera.html") {
             await page.evaluate(() => document.getElementById("start").click());
         }
-        await waitForWater(page);
-        assert.ok((await colors(page)) > 8, `${file} must show a picture under the water`);
+        await expectPicture(page, file);
         const width = await page.evaluate(() => document.documentElement.scrollWidth);
         assert.ok(width <= 390, `${file} is ${width} pixels wide on a phone of 390`);
         await page.screenshot({ path: join(screenshotFolder, `site-${file.replace("html", "png")}`) });
@@ -82,8 +93,7 @@ test("the shown code runs as shown on a server", needs("shownCode"), async () =>
         shown[`/shown/${file}`] = head + code;
         await page.goto(`${server.address}/shown/${file}`);
         await page.evaluate(() => document.getElementById("start")?.click());
-        await waitForWater(page);
-        assert.ok((await colors(page)) > 8, `${file} must show a picture under the water`);
+        await expectPicture(page, file);
         await close(page, file);
     }
     server.stop();

@@ -44,6 +44,9 @@ export class GlImports {
     deleteAll(): void {
         const { gl, objects } = this;
         for (const object of objects) {
+            if (object?.constructor.name === "WebGLUniformLocation") {
+                continue; // it belongs to its program, and the calls below reject it
+            }
             if (gl.isTexture(object)) {
                 gl.deleteTexture(object);
             } else if (gl.isBuffer(object)) {

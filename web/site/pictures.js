@@ -1,4 +1,4 @@
-// Replaces the addresses of images and videos by data URLs. The build replaces DATA.
+// Replaces the addresses of images and videos by data URLs. The build fills in the name in capital letters.
 
 const data = DATA;
 

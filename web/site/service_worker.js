@@ -1,4 +1,4 @@
-// Keeps the site usable without a network. The build replaces VERSION and FILES.
+// Keeps the site usable without a network. The build fills in the names in capital letters.
 
 const cacheName = "velmora-VERSION";
 const files = FILES;

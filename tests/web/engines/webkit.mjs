@@ -17,6 +17,7 @@ export const cannot = {
     shownCode: "Chromium runs the same code",
     serviceWorker: "Chromium checks the service worker",
     pen: "cannot press with a pen",
+    video: "has no decoder of videos on Debian",
     leaving: "cannot move the mouse out of the page",
 };
 
