@@ -141,7 +141,8 @@ Failure reportedFailure(std::FILE* messages, const fs::path& film) {
 }  // namespace
 
 app::Size filmSize(app::Size screen, std::string_view format) {
-    return format.ends_with("gif") ? screen : app::Size{screen.width / 2 * 2, screen.height / 2 * 2};
+    return format.ends_with("gif") ? screen
+                                   : app::Size{screen.width / 2 * 2, screen.height / 2 * 2};
 }
 
 Encoder::Encoder(fs::path filmFile, app::Size size, std::optional<int> framesPerSecond)

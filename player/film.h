@@ -16,8 +16,8 @@ namespace player {
 /// sheet of all stills, sheet.png.
 class Film {
 public:
-    /// Prepares for `frameCount` frames of the given size. Each frame lasts 1 / (60 * `timeScale`) seconds. The film shows
-    /// `framesPerSecond` of them.
+    /// Prepares for `frameCount` frames of the given size. Each frame lasts 1 / (60 * `timeScale`) seconds. The film
+    /// shows `framesPerSecond` of them.
     /// All members throw Failure.
     Film(std::filesystem::path folder, const std::string& format, app::Size size, int frameCount,
          float timeScale, int framesPerSecond);

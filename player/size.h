@@ -12,7 +12,8 @@ namespace player {
 constexpr int minSide = 16;
 constexpr int maxSide = 4096;
 
-/// Reads WIDTHxHEIGHT, with a small or a capital X. Returns nothing if the text has another form or a side is outside the limits.
+/// Reads WIDTHxHEIGHT, with a small or a capital X. Returns nothing if the text has another form or a side is outside
+/// the limits.
 std::optional<app::Size> parseSize(std::string_view text);
 
 }  // namespace player

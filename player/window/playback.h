@@ -30,8 +30,8 @@ public:
     bool playDueFrames();
     /// Resets the effect and plays a script. Finishes the recording, if any.
     void play(hostkit::GestureScript script);
-    /// Restarts the effect once a resized window keeps its new size. Finishes the recording then. A film continues in its
-    /// old size. Returns true after a restart.
+    /// Restarts the effect once a resized window keeps its new size. Finishes the recording then. A film continues in
+    /// its old size. Returns true after a restart.
     bool followSize(app::Size pixels);
 
     /// Returns the times of the last frames, the newest last.
