@@ -114,7 +114,7 @@ test("a pen touches with its measured pressure", needs("pen"), async () => {
     await close(page);
 });
 
-test("the arrow keys stir the water, and a mouse ends their stroke", async () => {
+test("the arrow keys stir the water, and a mouse ends their stroke", needs("heldKeys"), async () => {
     const page = await openTouchPage();
     const touches = await recordTouches(page, async () => {
         await page.evaluate(() => document.getElementById("water").focus());

@@ -18,6 +18,7 @@ export const cannot = {
     serviceWorker: "Chromium checks the service worker",
     emulateMedia: "cannot change the preferences for motion and colours of one page",
     pen: "cannot press with a pen",
+    camera: "its imitated camera shows a single colour",
     leaving: "cannot move the mouse out of the page",
 };
 

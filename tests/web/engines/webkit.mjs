@@ -17,6 +17,7 @@ export const cannot = {
     shownCode: "Chromium runs the same code",
     serviceWorker: "Chromium checks the service worker",
     pen: "cannot press with a pen",
+    heldKeys: "its WebDriver begins another stroke when the mouse moves while a key is held",
     video: "has no decoder of videos on Debian",
     leaving: "cannot move the mouse out of the page",
 };
@@ -103,6 +104,13 @@ async function request(method, url, body) {
     return value;
 }
 
+/** Returns the source of a function as an expression. That of a method lacks the keyword. */
+function expressionOf(call) {
+    const text = String(call);
+    const isMethod = /^(async )?(?!async|function)\w+\s*\([^)]*\)\s*\{/.test(text);
+    return isMethod ? text.replace(/^(async )?/, "$1function ") : text;
+}
+
 /** Reads the console messages in the output of the browser, such as "file:///x.html:1:2: CONSOLE JS ERROR text". */
 function consoleMessages(output) {
     const types = { WARN: "warning" };
@@ -168,7 +176,7 @@ class Page {
 
     async evaluate(call, argument) {
         const script = `const [argument, done] = arguments;
-            Promise.resolve().then(() => (${call})(argument))
+            Promise.resolve().then(() => (${expressionOf(call)})(argument))
                 .then((value) => done({ value }), (error) => done({ error: String(error) }));`;
         const { value, error } = await this.send("POST", "execute/async", { script, args: [argument ?? null] });
         if (error) {
