@@ -64,6 +64,24 @@ test("a shipped gesture gives the same velocities and water as the native host",
     await close(page);
 });
 
+/**
+ * Makes each animation frame last 1/60 s. A recording keeps the time of slow frames, and then its replay has more frames
+ * than the recording. The bits are equal only without slow frames.
+ */
+function useSteadyClock(page) {
+    return page.evaluate(() => {
+        const start = performance.now();
+        const request = window.requestAnimationFrame.bind(window);
+        let shown = 0;
+        performance.now = () => start + (shown * 1000) / 60;
+        window.requestAnimationFrame = (call) =>
+            request(() => {
+                ++shown;
+                call(performance.now());
+            });
+    });
+}
+
 /** Records two strokes with a context loss between them. Returns the script and the velocities of the last frame. */
 async function record(page) {
     await page.keyboard.press("v");
@@ -101,6 +119,7 @@ function velocityAtEnd(page) {
 
 test("a recording with a context loss replays with the same velocities", async () => {
     const page = await open(browser);
+    await useSteadyClock(page);
     const { script, velocity } = await record(page);
     assert.match(String(script), /^\d+ lose-context$/m);
     for (const play of [() => page.keyboard.press("g"), () => sendFiles(page, "drop", ["again.gesture", "", script])]) {
@@ -120,7 +139,7 @@ test("a faulty gesture does not end a recording, and a valid one saves it", asyn
     const tap = readFileSync(join(top, "gestures/tap.gesture"));
     const kept = await downloadFrom(page, () => sendFiles(page, "drop", ["tap.gesture", "", tap]));
     assert.match(kept.name, /\.gesture$/);
-    assert.equal(await page.evaluate(() => document.getElementById("badges").childElementCount), 0);
+    assert.equal(await page.evaluate(() => window.velmora.isRecording()), false);
     await close(page);
 });
 
