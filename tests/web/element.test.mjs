@@ -23,10 +23,10 @@ after(() => Promise.all([browser.close(), server.stop()]));
 const picture = `<velmora-water quality="full"><img src="320x240.bmp" alt="A test"></velmora-water>`;
 
 /** Drags the mouse from left to right in the upper half of the element. */
-async function drag(page, buttons = true) {
+async function drag(page, buttons = true, right = 240) {
     await page.mouse.move(60, 60);
     await (buttons && page.mouse.down());
-    for (let x = 70; x <= 240; x += 10) {
+    for (let x = 70; x <= right; x += 10) {
         await page.mouse.move(x, 60);
         await page.evaluate(() => new Promise((resolve) => requestAnimationFrame(resolve)));
     }
@@ -56,8 +56,9 @@ test("water at rest shows the picture as CSS shows it", async () => {
         const page = await open(browser, server, `${link}<velmora-water quality="full">${image}</velmora-water>`);
         await waitUntilIdle(page);
         const { mean, max } = difference(await shot(page), expected);
-        // A scaled picture differs at the edges of its squares, because two filters scale it.
-        assert.ok(mean < 1.5 && (max < 4 || !fit.startsWith("none")), `object-fit: ${fit} differs by ${mean}, ${max}`);
+        // A scaled picture differs at the edges of its squares, because two filters scale it. An unscaled one differs
+        // there by a few levels, because the mesh shifts the picture by a fraction of a pixel.
+        assert.ok(mean < 1.5 && ((mean < 0.1 && max < 8) || !fit.startsWith("none")), `object-fit: ${fit} differs by ${mean}, ${max}`);
         await close(page);
     }
 });
@@ -69,10 +70,10 @@ test("a drag draws ink, and an idle element runs no frame", async () => {
     const frames = await page.evaluate(() => window.animationFrames);
     await page.evaluate(() => new Promise((resolve) => setTimeout(resolve, 300)));
     assert.equal(await page.evaluate(() => window.animationFrames), frames);
-    await drag(page);
+    await drag(page, true, 80); // the flow of a longer stroke would fill the small element
     const inked = await shot(page);
-    assert.ok(difference(still, inked, [100, 50, 200, 70]).mean > 8, "ink and waves along the stroke");
-    assert.ok(difference(still, inked, [100, 170, 200, 200]).mean < 8, "less far from the stroke");
+    const [near, far] = [[50, 40, 110, 80], [220, 150, 300, 200]].map((box) => difference(still, inked, box).mean);
+    assert.ok(near > 8 && near > 2 * far, `the stroke must be visible: ${near} near it, ${far} far from it`);
     assert.deepEqual((await page.evaluate(() => window.seen)).slice(0, 3), ["ready", "idle", "active"]);
     await close(page);
 });

@@ -163,7 +163,7 @@ test("within another page, wheel and Tab belong to that page, and full screen sa
     const server = await serve();
     const context = await browser.newContext({ viewport: { width: 400, height: 400 }, reducedMotion: "reduce" });
     const host = await context.newPage();
-    await host.setContent(`<body style="height: 3000px"><iframe src="${server.url}" width="300" height="300"></iframe>`);
+    await host.setContent(`<body style="height: 3000px"><iframe src="${server.url}?test" width="300" height="300"></iframe>`);
     const framed = host.frames()[1];
     await framed.waitForFunction(() => window.velmora?.counts().frames > 0);
     await host.mouse.click(150, 150);

@@ -130,7 +130,7 @@ test("the arrow keys stir the water, and a mouse ends their stroke", needs("held
         await page.mouse.up();
         await page.keyboard.up("ArrowUp");
     });
-    const strokes = actions(touches).join(" ").split(/(?= ?down)/);
+    const strokes = actions(touches).join(" ").split(/ (?=down)/);
     assert.equal(strokes.length, 2);
     assert.match(strokes[0], /^down( move)+ up$/);
     const keys = touches.slice(0, strokes[0].split(" ").length);

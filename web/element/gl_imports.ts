@@ -42,22 +42,18 @@ export class GlImports {
 
     /** Deletes all objects of the context. */
     deleteAll(): void {
-        const { gl, objects } = this;
-        for (const object of objects) {
-            if (object?.constructor.name === "WebGLUniformLocation") {
-                continue; // it belongs to its program, and the calls below reject it
-            }
-            if (gl.isTexture(object)) {
-                gl.deleteTexture(object);
-            } else if (gl.isBuffer(object)) {
-                gl.deleteBuffer(object);
-            } else if (gl.isFramebuffer(object)) {
-                gl.deleteFramebuffer(object);
-            } else if (gl.isProgram(object)) {
-                gl.deleteProgram(object);
-            } else if (gl.isShader(object)) {
-                gl.deleteShader(object);
-            }
+        const { gl } = this;
+        const deleters: Record<string, (object: never) => void> = {
+            WebGLBuffer: (object) => gl.deleteBuffer(object),
+            WebGLFramebuffer: (object) => gl.deleteFramebuffer(object),
+            WebGLProgram: (object) => gl.deleteProgram(object),
+            WebGLShader: (object) => gl.deleteShader(object),
+            WebGLTexture: (object) => gl.deleteTexture(object),
+        };
+        // Compares names, because an element that was moved between documents has objects of another window's classes.
+        // A uniform location has no deleter: it belongs to its program.
+        for (const object of this.objects) {
+            deleters[object?.constructor.name ?? ""]?.(object as never);
         }
         this.forget();
     }
