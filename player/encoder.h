@@ -20,8 +20,8 @@ app::Size filmSize(app::Size screen, std::string_view format);
 /// All members throw Failure if ffmpeg fails.
 class Encoder {
 public:
-    /// Starts ffmpeg. The file extension selects the format: .mp4, .webm or .gif. If `framesPerSecond` is empty, the film
-    /// shows each frame from the time at which it was added, as in the window.
+    /// Starts ffmpeg. The file extension selects the format: .mp4, .webm or .gif. If `framesPerSecond` is empty, the
+    /// film shows each frame from the time at which it was added, as in the window.
     Encoder(std::filesystem::path film, app::Size size, std::optional<int> framesPerSecond);
     /// Kills ffmpeg if finish was not called. The file is incomplete then.
     ~Encoder();
