@@ -29,6 +29,11 @@ using hostkit::TouchAction;
 constexpr int width = 180;
 constexpr int height = 320;
 
+/// Returns the effect settings that a Java scene computes from the default settings of the panel.
+hostkit::EffectSettings settingsOfScene() {
+    return {.alphaRatio1Scale = 0.06f, .fresnelRatio = 0.4f, .moveRipple = 2.4f * (0.4f / 2.4f)};
+}
+
 std::string lifecycle(const std::string& arguments) {
     return runJava("-cp " HOST_JAR ":" TEST_JAR ":" JSON_JAR " javahost.LifecycleCases " +
                    arguments)
@@ -161,7 +166,7 @@ int drawUntilIdle(EffectHost& host, int frames) {
 TEST(Lifecycle, DrawsNothingWhileIdle) {
     EffectHost host({.width = width / 2,
                      .height = height / 2,
-                     .effect = {.moveRipple = 2.4f * (0.4f / 2.4f)},
+                     .effect = settingsOfScene(),
                      .water = {.shortSideCells = 24,
                                .waveSpeed = 0.365f * 0.4f * 0.365f * 0.4f,
                                .rippleRadius = 0.8}});
@@ -216,6 +221,7 @@ public:
     EffectHost host{{.width = width / 2,
                      .height = height / 2,
                      .inkEnabled = false,
+                     .effect = settingsOfScene(),
                      .water = {.shortSideCells = 24,
                                .waveSpeed = 0.365f * 0.4f * 0.365f * 0.4f,
                                .rippleRadius = 0.8}}};
@@ -252,7 +258,7 @@ TEST(Lifecycle, RainEndsSomeTimeAfterTheLastTouch) {
 TEST(Lifecycle, WavesContinueAfterSettingsChange) {
     EffectHost host({.width = width, .height = height});
     play(host, 0, 8);
-    host.effectSettings().moveRipple = 2.4f * (0.4f / 2.4f);
+    host.effectSettings() = settingsOfScene();
     host.replaceWater({.shortSideCells = 120,
                        .damping = std::pow(0.97f, 0.5f),
                        .waveSpeed = 0.365f * 0.365f,
