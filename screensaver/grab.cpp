@@ -48,8 +48,19 @@ pid_t startGetImage(Window window, Pixmap pixmap) {
     std::string pixmapText = std::to_string(pixmap);
     std::string program = "xscreensaver-getimage";
     char* arguments[] = {program.data(), windowText.data(), pixmapText.data(), nullptr};
+    // A process group of its own, so that the programs that it starts end with it. The program ignores some signals, and
+    // a child inherits that.
+    posix_spawnattr_t attributes;
+    posix_spawnattr_init(&attributes);
+    sigset_t all;
+    sigfillset(&all);
+    posix_spawnattr_setsigdefault(&attributes, &all);
+    posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETPGROUP | POSIX_SPAWN_SETSIGDEF);
     pid_t process = 0;
-    if (posix_spawnp(&process, program.c_str(), nullptr, nullptr, arguments, environ) == 0) {
+    const int error =
+        posix_spawnp(&process, program.c_str(), nullptr, &attributes, arguments, environ);
+    posix_spawnattr_destroy(&attributes);
+    if (error == 0) {
         return process;
     }
     throw cannotGrab("because xscreensaver-getimage is not installed");
@@ -62,7 +73,7 @@ bool succeeds(pid_t process, const std::atomic<bool>& cancelled) {
     int status = 0;
     while (waitpid(process, &status, WNOHANG) == 0) {
         if (cancelled || std::chrono::steady_clock::now() > end) {
-            kill(process, SIGKILL);
+            kill(-process, SIGKILL);
         }
         std::this_thread::sleep_for(checkInterval);
     }

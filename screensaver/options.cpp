@@ -3,8 +3,10 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <cctype>
+#include <cmath>
 #include <cstdio>
 #include <cstdlib>
+#include <string>
 #include <vector>
 
 #include "app/presets.h"
@@ -34,12 +36,16 @@ std::vector<std::string> withTwoDashes(int argc, const char* const* argv) {
     return arguments;
 }
 
+/// Largest identifier that X transmits.
+constexpr unsigned long maxWindow = 0xFFFFFFFF;
+
 /// Returns the window with an identifier such as 0x1a00003 or 27262979. `source` is the option or the variable with the
 /// identifier.
 Target givenWindow(const std::string& source, const std::string& text) {
     char* end = nullptr;
     const unsigned long window = std::strtoul(text.c_str(), &end, 0);
-    if (window == 0 || *end != '\0') {
+    const bool isNumber = std::isdigit(static_cast<unsigned char>(text[0])) != 0 && *end == '\0';
+    if (!isNumber || window == 0 || window > maxWindow) {
         throw desktop::Failure(source + " must be the number of a window, such as 0x1a00003, not " +
                                app::inQuotes(text));
     }
@@ -53,6 +59,11 @@ CLI::Range rangeOf(float app::Settings::*setting) {
     CLI::Range range(app::shortestNumber(field->min), app::shortestNumber(field->max));
     range.description("");  // the text of the option names the range
     return range;
+}
+
+/// Refuses NaN, which passes each comparison with a limit.
+std::string refuseNan(const std::string& text) {
+    return std::isnan(std::strtod(text.c_str(), nullptr)) ? "expected a number, not " + text : "";
 }
 
 /// Values that select the window. A later one replaces an earlier one.
@@ -98,10 +109,12 @@ void declare(CLI::App& app, Options& options, WindowOptions& window) {
     app.add_option("--rain", options.rain,
                    "Raindrops per second, from 0 to 40. Default: the preset's")
         ->type_name("NUMBER")
+        ->check(refuseNan)
         ->check(rangeOf(&app::Settings::rain));
     app.add_option("--speed", options.speed,
                    "Speed of the water, from 0.05 to 2; 1 is real time.\nDefault: the preset's")
         ->type_name("NUMBER")
+        ->check(refuseNan)
         ->check(rangeOf(&app::Settings::timeScale));
     app.add_flag("--ink,!--no-ink", options.ink,
                  "Shows strokes of ink, or only water. Default: ink");

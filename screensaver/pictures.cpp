@@ -38,13 +38,19 @@ bool isPicture(const fs::path& file) {
 std::vector<fs::path> filesOf(const fs::path& source) {
     std::error_code error;
     if (!fs::is_directory(source, error)) {
+        // Reading a pipe or a device may never end.
+        if (fs::exists(source, error) && !fs::is_regular_file(source, error)) {
+            desktop::warn("expected a picture file or a folder", source.string());
+            return {};
+        }
         return {source};
     }
     std::vector<fs::path> files;
     fs::recursive_directory_iterator entry(source, fs::directory_options::skip_permission_denied,
                                            error);
     for (; !error && entry != fs::recursive_directory_iterator{}; entry.increment(error)) {
-        if (isPicture(entry->path())) {
+        std::error_code unreadable;
+        if (isPicture(entry->path()) && entry->is_regular_file(unreadable)) {
             files.push_back(entry->path());
         }
     }
@@ -75,8 +81,11 @@ Pictures::~Pictures() {
 }
 
 void Pictures::startNext() {
+    if (loading.valid()) {
+        return;  // the loading thread uses the files
+    }
     const bool changes = grabWindow != 0 || files.size() > 1;
-    if (!loading.valid() && (changes || !started)) {
+    if (changes || !started) {
         started = true;
         loading = std::async(std::launch::async, [this] { return loadNext(); });
     }

@@ -35,7 +35,7 @@ private:
 
     std::string chosen;
     std::mt19937 random{std::random_device{}()};
-    /// Index of the random preset that `next` returned last. Behind the end at the start.
+    /// Index of the random preset that `next` returned last. Equals the number of presets before the first call.
     std::size_t last = shippedPresets().size();
 };
 

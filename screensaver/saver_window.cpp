@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <array>
+#include <atomic>
 #include <cstdio>
 #include <string>
 #include <thread>
@@ -27,7 +28,7 @@ constexpr long windowEvents = StructureNotifyMask | ExposureMask;
 
 /// Set when the X server reports that a window does not exist. The handlers of X errors have no parameter for an
 /// object.
-bool windowMissing = false;
+std::atomic<bool> windowMissing = false;
 
 int noteError(Display*, XErrorEvent* error) {
     windowMissing =
@@ -51,6 +52,12 @@ void watchConnection(int connection) {
     }).detach();
 }
 
+/// Opens the display. Another thread grabs pictures over a connection of its own, so Xlib must use locks.
+Display* openDisplay() {
+    XInitThreads();
+    return XOpenDisplay(nullptr);
+}
+
 std::string hex(unsigned long number) {
     std::array<char, 24> text{};
     std::snprintf(text.data(), text.size(), "0x%lx", number);
@@ -71,7 +78,7 @@ desktop::Failure eglFailure(const std::string& message) {
 
 }  // namespace
 
-SaverWindow::SaverWindow(const Target& target) : display(XOpenDisplay(nullptr)) {
+SaverWindow::SaverWindow(const Target& target) : display(openDisplay()) {
     if (display == nullptr) {
         throw desktop::Failure("cannot open the X display " + app::inQuotes(XDisplayName(nullptr)) +
                                "; set DISPLAY");
@@ -107,6 +114,8 @@ SaverWindow::~SaverWindow() {
 }
 
 void SaverWindow::useWindow(Window given) {
+    // Selected before the size is read, so that no resize is missed.
+    XSelectInput(display, given, windowEvents);
     XWindowAttributes attributes{};
     if (XGetWindowAttributes(display, given, &attributes) == 0) {
         throw desktop::Failure(
@@ -115,7 +124,6 @@ void SaverWindow::useWindow(Window given) {
     }
     window = given;
     pixels = {attributes.width, attributes.height};
-    XSelectInput(display, window, windowEvents);
     config = configOf(XVisualIDFromVisual(attributes.visual));
 }
 
@@ -210,7 +218,9 @@ void SaverWindow::handle(const XEvent& event) {
             windowMissing = windowMissing || event.xdestroywindow.window == window;
             break;
         case ClientMessage:
-            closed = static_cast<Atom>(event.xclient.data.l[0]) == closing;
+            // Only an own window has this protocol. Other programs send messages to the root window.
+            closed =
+                closed || (closing != 0 && static_cast<Atom>(event.xclient.data.l[0]) == closing);
             break;
         case KeyPress:
             closed = closed || isEndKey(event.xkey);

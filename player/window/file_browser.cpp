@@ -36,7 +36,7 @@ bool isReadable(const fs::path& file) {
 fs::path picturesFolder() {
     std::error_code ignored;
     const char* home = std::getenv("HOME");
-    const fs::path pictures = fs::path(home == nullptr ? "" : home) / "Pictures";
+    fs::path pictures = fs::path(home == nullptr ? "" : home) / "Pictures";
     if (fs::is_directory(pictures, ignored)) {
         return pictures;
     }

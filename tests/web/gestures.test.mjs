@@ -9,6 +9,7 @@ import { after, before, test } from "node:test";
 import {
     close, downloadFrom, drag, launch, needs, open, sendFiles, top, waitForCanvasWidth, waitForToast,
     waitUntilIdle,
+    useSteadyClock,
 } from "./page.mjs";
 
 let browser;
@@ -63,24 +64,6 @@ test("a shipped gesture gives the same velocities and water as the native host",
     assert.equal(/^water (\w+)$/m.exec(native)[1], web.water);
     await close(page);
 });
-
-/**
- * Makes each animation frame last 1/60 s. A recording keeps the time of slow frames, and then its replay has more frames
- * than the recording. The bits are equal only without slow frames.
- */
-function useSteadyClock(page) {
-    return page.evaluate(() => {
-        const start = performance.now();
-        const request = window.requestAnimationFrame.bind(window);
-        let shown = 0;
-        performance.now = () => start + (shown * 1000) / 60;
-        window.requestAnimationFrame = (call) =>
-            request(() => {
-                ++shown;
-                call(performance.now());
-            });
-    });
-}
 
 /** Records two strokes with a context loss between them. Returns the script and the velocities of the last frame. */
 async function record(page) {

@@ -7,6 +7,7 @@ import { join } from "node:path";
 import {
     close, difference, drag, frames, interceptFileChoosers, launch, makeImage, open, readFrame,
     screenshotFolder, sendFiles, serve, set, settings, top, waitForCanvasWidth, waitForToast, waitUntilIdle,
+    useSteadyClock,
 } from "./page.mjs";
 
 let browser;
@@ -30,6 +31,7 @@ function overlayShares(page) {
 
 test("the velocity and density overlays show the stroke, and can be turned off", async () => {
     const page = await open(browser, {});
+    await useSteadyClock(page);
     assert.equal(await overlayShares(page), null);
     for (const [key, message] of [["d", "Ink density is on"], ["v", "Velocity field is on"]]) {
         await page.keyboard.press(key);
