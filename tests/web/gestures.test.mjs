@@ -100,7 +100,7 @@ function velocityAtEnd(page) {
     );
 }
 
-test("a recording with a context loss replays with the same velocities", async () => {
+test("a recording with a context loss replays with the same velocities", needs("replayAfterLoss"), async () => {
     const page = await open(browser);
     await useSteadyClock(page);
     const { script, velocity } = await record(page);
