@@ -15,7 +15,7 @@ GlObserver& sharedGlObserver() {
 
 }  // namespace hostkit
 
-// NOLINTBEGIN(bugprone-reserved-identifier)
+// NOLINTBEGIN(bugprone-reserved-identifier,readability-identifier-naming)
 extern "C" {
 void __real_glDrawElements(GLenum mode, GLsizei count, GLenum type, const void* indices);
 void __real_glTexImage2D(GLenum target, GLint level, GLint internalformat, GLsizei width,
@@ -40,4 +40,4 @@ void __wrap_glTexImage2D(GLenum target, GLint level, GLint internalformat, GLsiz
     __real_glTexImage2D(target, level, internalformat, width, height, border, format, type, pixels);
 }
 }
-// NOLINTEND(bugprone-reserved-identifier)
+// NOLINTEND(bugprone-reserved-identifier,readability-identifier-naming)
