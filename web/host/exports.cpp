@@ -1,13 +1,10 @@
 #include <emscripten/emscripten.h>
 
 #include <algorithm>
-#include <chrono>
-#include <cmath>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
-#include <type_traits>
 #include <vector>
 
 #include "app/density_overlay.h"
@@ -29,6 +26,7 @@
 #include "hostkit/water_driver.h"
 #include "paintings/paintings.h"
 #include "web/host/gl_objects.h"
+#include "web/host/session_exports.h"
 
 // Functions of the application core for the page's scripts. Times are in milliseconds; `now` is performance.now().
 // Strings are UTF-8. A returned string is valid until the next call.
@@ -51,7 +49,6 @@ hostkit::GestureScript script;
 /// Preset that setPresetMember fills.
 app::Settings preset;
 app::SettingsHistory history{app::Settings{}};
-app::FrameClock::Due due{};
 /// Result of the last call of paint.
 hostkit::Image painted;
 std::vector<app::FlowLine> lines;
@@ -84,20 +81,6 @@ app::FrontEnd frontEnd() {
     return functions;
 }
 
-app::Session session(frontEnd(), app::Clock::time_point{});
-
-std::chrono::nanoseconds duration(double milliseconds) {
-    return std::chrono::nanoseconds(std::llround(milliseconds * 1e6));
-}
-
-app::Clock::time_point moment(double milliseconds) {
-    return app::Clock::time_point(duration(milliseconds));
-}
-
-double milliseconds(std::chrono::nanoseconds time) {
-    return static_cast<double>(time.count()) / 1e6;
-}
-
 hostkit::Image imageOf(int width, int height, const std::uint8_t* rgba) {
     const auto bytes = static_cast<std::size_t>(width) * static_cast<std::size_t>(height) * 4;
     return {width, height, {rgba, rgba + bytes}};
@@ -111,16 +94,6 @@ void writeSettings(const app::Settings& settings, double* numbers) {
     std::transform(settings.ink.begin(), settings.ink.end(), numbers, app::shortestNumber);
 }
 
-/// Reads settings in the order of writeSettings.
-void readSettings(const double* numbers, app::Settings& settings) {
-    app::forEachField([&](const auto& field) {
-        auto& member = settings.*field.member;
-        member = static_cast<std::remove_reference_t<decltype(member)>>(*numbers++);
-    });
-    std::transform(numbers, numbers + 3, settings.ink.begin(),
-                   [](double part) { return static_cast<float>(part); });
-}
-
 /// Writes the settings if there are any. Returns true if there are.
 bool writeIfAny(const std::optional<app::Settings>& settings, double* numbers) {
     if (settings) {
@@ -131,18 +104,24 @@ bool writeIfAny(const std::optional<app::Settings>& settings, double* numbers) {
 
 }  // namespace
 
+namespace web {
+app::Session session(frontEnd(), app::Clock::time_point{});
+}
+
+using web::session;
+
 extern "C" {
 
 /// Sets the settings from the next frame on. The numbers have the order of writeSettings.
 EMSCRIPTEN_KEEPALIVE void setSettings(const double* numbers) {
-    readSettings(numbers, session.settings);
+    web::readSettings(numbers, session.settings);
 }
 
 /// Notes settings that the user has changed, for undoSettings.
 EMSCRIPTEN_KEEPALIVE void noteSettings(double now, const double* numbers) {
     app::Settings settings;
-    readSettings(numbers, settings);
-    history.note(settings, moment(now));
+    web::readSettings(numbers, settings);
+    history.note(settings, web::moment(now));
 }
 
 /// Writes the settings before the last change. Returns false if there is no change to undo.
@@ -206,11 +185,6 @@ EMSCRIPTEN_KEEPALIVE const char* presetName(const char* fileStem) {
     return result.c_str();
 }
 
-/// Starts the effect on a screen of this size. Keeps the waves of a running effect.
-EMSCRIPTEN_KEEPALIVE void resize(int width, int height) {
-    session.resize({width, height});
-}
-
 /// Passes the two backgrounds as RGBA bytes. Both must have the size of the screen.
 EMSCRIPTEN_KEEPALIVE void setBackgrounds(int width, int height, const std::uint8_t* first,
                                          const std::uint8_t* second) {
@@ -229,90 +203,16 @@ EMSCRIPTEN_KEEPALIVE const std::uint8_t* paint(std::size_t index, int width, int
     return painted.rgba.data();
 }
 
-EMSCRIPTEN_KEEPALIVE void regainContext() {
-    session.regainContext();
-}
-
-EMSCRIPTEN_KEEPALIVE void noteInput(double now) {
-    session.noteInput(moment(now));
-}
-
-EMSCRIPTEN_KEEPALIVE void press(double now, double x, double y, float pressure) {
-    session.press(moment(now), x, y, pressure);
-}
-
-EMSCRIPTEN_KEEPALIVE void moveFinger(double now, double x, double y, float pressure) {
-    session.move(moment(now), x, y, pressure);
-}
-
-EMSCRIPTEN_KEEPALIVE void lift(double now, bool isCancel, double x, double y) {
-    session.lift(moment(now), isCancel ? hostkit::TouchAction::cancel : hostkit::TouchAction::up, x,
-                 y);
-}
-
-EMSCRIPTEN_KEEPALIVE void clearInk() {
-    session.add(hostkit::ClearInk{});
-}
-
-EMSCRIPTEN_KEEPALIVE void turnAttractMode(bool on) {
-    session.turnAttractMode(on);
-}
-
 EMSCRIPTEN_KEEPALIVE bool isAttractModeOn() {
     return session.attractMode().isOn();
 }
 
-EMSCRIPTEN_KEEPALIVE bool isAttractModeRunning() {
-    return session.attractMode().isRunning();
-}
-
-/// Returns the milliseconds until attract mode is due, or a negative value if it will not start by itself.
-EMSCRIPTEN_KEEPALIVE double attractModeDelay(double now) {
-    const auto delay = session.attractMode().untilStart(moment(now));
-    return delay ? milliseconds(*delay) : -1.0;
-}
-
-EMSCRIPTEN_KEEPALIVE void startAttractModeIfIdle(double now, bool busy) {
-    session.startAttractModeIfIdle(moment(now), busy);
-}
-
-/// Returns the number of frames that are due. dueTime returns the duration of each.
-EMSCRIPTEN_KEEPALIVE int takeDueFrames(double now) {
-    due = session.takeDueFrames(moment(now));
-    return due.frames;
-}
-
-EMSCRIPTEN_KEEPALIVE double dueTime() {
-    return milliseconds(due.elapsed);
-}
-
 EMSCRIPTEN_KEEPALIVE double frameTime() {
-    return milliseconds(app::frameTime);
-}
-
-EMSCRIPTEN_KEEPALIVE void skipTime() {
-    session.skipTime();
-}
-
-EMSCRIPTEN_KEEPALIVE void frame(double elapsed) {
-    session.frame(duration(elapsed));
-}
-
-EMSCRIPTEN_KEEPALIVE bool isIdle() {
-    return session.isIdle();
+    return web::inMilliseconds(app::frameTime);
 }
 
 EMSCRIPTEN_KEEPALIVE bool isWaterIdle() {
     return session.isWaterIdle();
-}
-
-EMSCRIPTEN_KEEPALIVE bool mayShowInk() {
-    return session.mayShowInk();
-}
-
-/// Passes the milliseconds between two frames to adaptive quality.
-EMSCRIPTEN_KEEPALIVE void noteInterval(double interval) {
-    session.noteInterval(interval);
 }
 
 /// Fixes the quality at a level, where 0 is all detail. A negative level turns adaptive quality on.
@@ -333,23 +233,6 @@ EMSCRIPTEN_KEEPALIVE int qualityCells() {
     return app::qualityLevels[session.quality.level].cellsPerVertex;
 }
 
-/// Returns the ratio of rendered pixels to screen pixels along a side, at most 1.
-EMSCRIPTEN_KEEPALIVE double qualityPixels() {
-    return pixelsOf(session.quality);
-}
-
-EMSCRIPTEN_KEEPALIVE void startRecording() {
-    session.startRecording();
-}
-
-EMSCRIPTEN_KEEPALIVE void finishRecording() {
-    session.finishRecording();
-}
-
-EMSCRIPTEN_KEEPALIVE bool isRecording() {
-    return session.isRecording();
-}
-
 /// Parses a script for startReplay. Returns its fault, or an empty string. A faulty script changes nothing.
 EMSCRIPTEN_KEEPALIVE const char* readScript(const char* text, const char* name) {
     try {
@@ -363,14 +246,6 @@ EMSCRIPTEN_KEEPALIVE const char* readScript(const char* text, const char* name) 
 
 EMSCRIPTEN_KEEPALIVE void startReplay() {
     session.startReplay(script);
-}
-
-EMSCRIPTEN_KEEPALIVE void stopReplay() {
-    session.stopReplay();
-}
-
-EMSCRIPTEN_KEEPALIVE bool isReplaying() {
-    return session.isReplaying();
 }
 
 /// Turns the observation of frames on or off. The functions below that read velocities or ink need an observed frame.
