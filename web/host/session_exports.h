@@ -10,6 +10,7 @@ namespace web {
 
 /// Session of the module. The module of the page and the module of the custom element each define it with their own
 /// front end.
+// NOLINTNEXTLINE(bugprone-dynamic-static-initializers): a declaration initialises nothing
 extern app::Session session;
 
 /// Converts a time of performance.now(), in milliseconds.
