@@ -24,7 +24,7 @@ void append(std::vector<ScriptAction>& actions, const std::vector<ScriptAction>&
     actions.insert(actions.end(), more.begin(), more.end());
 }
 
-/// Returns the number of frames of 1/60 s in a frame of a recording, at least 1.
+/// Returns the duration of a recorded frame as a whole number of steps of 1/60 s, rounded, at least 1.
 int framesIn(std::chrono::nanoseconds elapsed) {
     return std::max(1, static_cast<int>((elapsed + frameTime / 2) / frameTime));
 }

@@ -133,7 +133,8 @@ Floats smoothed(Floats left) {
     return Floats(0.5f) + Floats(0.018f) * sum;
 }
 
-/// Returns nanoseconds per group of four if each group loads the values that the previous group stored.
+/// Measures smoothing steps in which each group of four cells loads values that the previous group stored. Returns the
+/// nanoseconds per group.
 double smoothingChainThroughMemory() {
     constexpr std::size_t rows = 64;
     constexpr std::size_t groups = 1024;
@@ -188,7 +189,8 @@ void registerLimits(int samples) {
                                           {"307 KB, Jacobi on 120x213", 306'720},
                                           {"2 MB, move on 512x512", 2'097'152}};
     registerLimit("load, bytes per ns/16 KB", samples, [] { return loadBandwidth(0); });
-    registerLimit("load, bytes per ns/16 KB, unaligned", samples, [] { return loadBandwidth(1); });
+    registerLimit("load, bytes per ns/16 KB at unaligned addresses", samples,
+                  [] { return loadBandwidth(1); });
     for (const WorkingSet& set : workingSets) {
         registerLimit(std::string("load + store, bytes per ns/") + set.what, samples,
                       [bytes = set.bytes] { return bandwidth(bytes); });

@@ -62,7 +62,8 @@ void compareAt(int width, int height) {
     }
     std::printf("%4d x %4d", width, height);
     for (int cells = 2; cells <= maxCellsPerVertex; ++cells) {
-        std::printf("  %d cells a vertex: %.4f", cells, lowest[static_cast<std::size_t>(cells)]);
+        std::printf("  %d cells per vertex: similarity %.4f", cells,
+                    lowest[static_cast<std::size_t>(cells)]);
     }
     std::printf("\n");
     std::fflush(stdout);

@@ -126,7 +126,7 @@ public:
     /// Returns the settings of the image, which the caller may change. A change takes effect in the next frame.
     /// @return the settings
     EffectSettings& effectSettings() { return options.effect; }
-    /// Returns the settings of the image.
+    /// Returns the settings that determine how the water is drawn.
     /// @return the settings
     const EffectSettings& effectSettings() const { return options.effect; }
     /// Returns the water, which the caller may change. Use replaceWater to change the grid or the mesh.

@@ -75,7 +75,7 @@ void raiseWideCone(const WaterDriver& water, JniEnvironment& jni, double x, doub
                    float strength) {
     // Volume of a cone of radius 1 and height 1, divided by the area of a lattice cell: 2 pi / (3 sqrt 3).
     constexpr double overlap = 1.2092;
-    // Distance between lattice rows in cone radii: sqrt(3) / 2.
+    // Distance between two rows of the triangular lattice, as a multiple of the cone radius: sqrt(3) / 2.
     constexpr double rowSpacing = 0.8660254;
     const double conePixels = coneRadius * static_cast<double>(water.screenWidth) / water.columns;
     const double radiusInCones = water.settings.rippleRadius / coneRadius;

@@ -40,7 +40,8 @@ struct Options {
     bool sizeGiven = false;
     bool headless = false;
     bool noAttract = false;
-    /// Ignores the settings and the size of the last window and keeps both files unchanged.
+    /// True to start with the default settings and window size. The files with the settings and the size of the last
+    /// window are neither read nor written.
     bool fresh = false;
     bool waterOnly = false;
     bool digest = false;

@@ -69,7 +69,7 @@ void Keeper::finishRecording() {
     session.core.finishRecording();
     shots.add(file);
     recorded = file;
-    showToast(toast, "Saved " + file.string() + ". G replays it.");
+    showToast(toast, "Saved " + file.string() + ". Press G to replay it.");
 }
 
 void Keeper::finishRecordingForResize() {
@@ -77,7 +77,7 @@ void Keeper::finishRecordingForResize() {
         attempt(toast, [&] {
             finishRecording();
             showToast(toast, "The new window size ended the recording. Saved " + recorded.string() +
-                                 ". G replays it.");
+                                 ". Press G to replay it.");
         });
     }
 }

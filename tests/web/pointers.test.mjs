@@ -41,7 +41,7 @@ test("a mouse touches in canvas pixels with the pressure of the settings", async
         await page.mouse.down({ button: "right" });
         await page.mouse.up({ button: "right" });
     });
-    // The browser reports a second button as a move without a change.
+    // If a second button is pressed, the browser sends a move to the same position. Drops such repetitions.
     const changes = touches.filter((touch, at) => String(touch) !== String(touches[at - 1]));
     assert.deepEqual(changes, [["down", 100, 120, 0.7], ["move", 110, 140, 0.7], ["up", 110, 140, 0]]);
     await close(page);
@@ -80,7 +80,7 @@ test("the first finger touches, and a second finger is ignored", needs("touch"),
 
 test("a finger touches with its pressure, and a cancelled touch ends", needs("touch", "touchForce"), async () => {
     const page = await openTouchPage();
-    // A screen without a pressure sensor reports 1.
+    // A screen without a pressure sensor always reports force 1, so the page then uses the pressure of the settings.
     for (const [force, pressure] of [[0.25, 0.25], [1, 0.5]]) {
         const touches = await recordTouches(page, async () => {
             await page.touch("touchStart", [1, 100, 100, force]);

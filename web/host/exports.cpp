@@ -124,12 +124,12 @@ EMSCRIPTEN_KEEPALIVE void noteSettings(double now, const double* numbers) {
     history.note(settings, web::moment(now));
 }
 
-/// Writes the settings before the last change. Returns false if there is no change to undo.
+/// Undoes the last change and writes the resulting settings. Returns false if there is no change to undo.
 EMSCRIPTEN_KEEPALIVE bool undoSettings(double* numbers) {
     return writeIfAny(history.undo(), numbers);
 }
 
-/// Writes the settings after the change that was undone last. Returns false if there is none.
+/// Redoes the change that was undone last and writes the resulting settings. Returns false if there is none.
 EMSCRIPTEN_KEEPALIVE bool redoSettings(double* numbers) {
     return writeIfAny(history.redo(), numbers);
 }

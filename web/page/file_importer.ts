@@ -35,7 +35,7 @@ export class FileImporter {
         return this.latest;
     }
 
-    /** Makes the image of the camera the background. */
+    /** Makes the camera image the background. */
     async takeCamera(): Promise<void> {
         this.show(await openCamera(), "first");
         showToast("The camera is the background now");

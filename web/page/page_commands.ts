@@ -101,7 +101,7 @@ function pictureCommands({ presets, importer, player }: CommandContext): Command
             presets.show({ ...player.settings, secondBackground: true });
         }
     };
-    const camera = { label: "Use camera", description: "Make the image of the camera the background" };
+    const camera = { label: "Use camera", description: "Use the camera image as the background" };
     const second = { label: "Choose second picture...", description: "Choose a picture as the second background" };
     return [
         command("o", commandTexts.choosePicture, () => choose("image/*,video/*", (file) => importer.take(file))),

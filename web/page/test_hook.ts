@@ -24,7 +24,7 @@ export interface TestHook {
     isReplaying(): boolean;
     attractMode(): { on: boolean; runs: boolean };
     quality(): { phase: string; level: number; label: string };
-    /** Fixes the quality at a level; 0 is all detail. */
+    /** Fixes the quality at a level; 0 is full detail. */
     fixQuality(level: number): void;
     /** Returns the memory of the water's heights, then of its velocities. */
     waterBytes(): Uint8Array;
