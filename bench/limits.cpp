@@ -202,7 +202,7 @@ void registerLimits(int samples) {
         registerLimit(std::string("store, bytes per ns/") + mesh.what, samples,
                       [bytes = mesh.bytes] { return storeBandwidth(bytes, 0); });
     }
-    registerLimit("store, bytes per ns/16 KB, unaligned", samples,
+    registerLimit("store, bytes per ns/16 KB at unaligned addresses", samples,
                   [] { return storeBandwidth(16'384, 1); });
     const Float4 step(0x1p-20f);
     const Float4 factor(1.0f + 0x1p-20f);
