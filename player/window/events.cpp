@@ -25,10 +25,12 @@ bool isPopupOpen() {
     return ImGui::IsPopupOpen("", ImGuiPopupFlags_AnyPopup);
 }
 
-/// Returns true if a text field needs the key. Esc and Enter in a pop-up close it.
+/// Returns true if a text field needs the key. Esc and Enter in a pop-up close it. ImGui's own flag stays set for two
+/// frames after a pop-up with a text field has closed, and these must not swallow a key.
 bool isForTextField(const SDL_Keysym& key) {
     const bool closes = key.sym == SDLK_ESCAPE || key.sym == SDLK_RETURN;
-    return ImGui::GetIO().WantTextInput && !(closes && isPopupOpen());
+    const bool isTyping = isPopupOpen() ? !closes : ImGui::GetActiveID() != 0;
+    return ImGui::GetIO().WantTextInput && isTyping;
 }
 
 bool isShortcut(const SDL_Event& event) {
