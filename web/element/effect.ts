@@ -1,49 +1,26 @@
 // The application core as a WebAssembly module that draws in a WebGL context. Wraps exports.cpp in typed methods.
 
 import { numbersOf, settingCount, type Ink, type Settings } from "../../build/web/settings";
+import { Session, type SessionExports } from "../engine/session";
 import type { Size } from "../engine/size";
 import { GlImports } from "./gl_imports";
 import { instantiate, type ModuleMemory } from "./wasm_module";
 
 /** Functions of exports.cpp. Arrays are addresses; returned booleans are 0 or 1. */
-interface Exports extends ModuleMemory {
+interface Exports extends SessionExports, ModuleMemory {
     setSettings(numbers: number): void;
     getInk(ink: number): void;
     restart(width: number, height: number): void;
-    resize(width: number, height: number): void;
     bindBackground(): void;
     setBackground(width: number, height: number, rgba: number): void;
-    regainContext(): void;
-    noteInput(now: number): void;
-    press(now: number, x: number, y: number, pressure: number): void;
-    moveFinger(now: number, x: number, y: number, pressure: number): void;
-    lift(now: number, isCancel: boolean, x: number, y: number): void;
-    clearInk(): void;
-    turnAttractMode(on: boolean): void;
-    attractModeDelay(now: number): number;
-    isAttractModeRunning(): number;
-    startAttractModeIfIdle(now: number, busy: boolean): void;
-    takeDueFrames(now: number): number;
-    dueTime(): number;
-    skipTime(): void;
-    frame(elapsed: number): void;
-    isIdle(): number;
-    mayShowInk(): number;
-    noteInterval(interval: number): void;
     setQuality(adaptive: boolean): void;
     isSearchingQuality(): number;
-    qualityPixels(): number;
-    startRecording(): void;
-    finishRecording(): void;
-    isRecording(): number;
     takeRecording(): number;
     recordingLength(): number;
     startReplay(numbers: number, count: number): void;
-    stopReplay(): void;
-    isReplaying(): number;
 }
 
-export class Effect {
+export class Effect extends Session<Exports> {
     /** Uploads the background into the bound texture. Called after each start of the effect. */
     uploadBackground = () => {};
     /** Texture of the background, null before the first start. */
@@ -52,9 +29,10 @@ export class Effect {
     private readonly settingsBuffer: number;
 
     private constructor(
-        private readonly module: Exports,
+        module: Exports,
         private readonly glImports: GlImports,
     ) {
+        super(module);
         this.settingsBuffer = module.malloc(8 * settingCount);
     }
 
@@ -84,14 +62,8 @@ export class Effect {
         this.module.restart(size.width, size.height);
     }
 
-    /** Starts the effect at another size and keeps the waves. The ink is lost. */
-    resize(size: Size): void {
-        this.module.resize(size.width, size.height);
-    }
-
-    /** Creates the GL objects again in a restored context. */
-    regainContext(): void {
-        this.module.regainContext();
+    override regainContext(): void {
+        super.regainContext();
         this.loadBackground();
     }
 
@@ -124,76 +96,6 @@ export class Effect {
         return [red, green, blue];
     }
 
-    /** Reports input other than a touch. Stops attract mode and requests a frame. */
-    noteInput(): void {
-        this.module.noteInput(performance.now());
-    }
-
-    press(x: number, y: number, pressure: number): void {
-        this.module.press(performance.now(), x, y, pressure);
-    }
-
-    move(x: number, y: number, pressure: number): void {
-        this.module.moveFinger(performance.now(), x, y, pressure);
-    }
-
-    lift(how: "up" | "cancel", x: number, y: number): void {
-        this.module.lift(performance.now(), how === "cancel", x, y);
-    }
-
-    clearInk(): void {
-        this.module.clearInk();
-    }
-
-    set attractModeOn(on: boolean) {
-        this.module.turnAttractMode(on);
-    }
-
-    get attractModeRuns(): boolean {
-        return this.module.isAttractModeRunning() !== 0;
-    }
-
-    /** Milliseconds until attract mode is due. Undefined if it will not start by itself. */
-    get attractModeDelay(): number | undefined {
-        const delay = this.module.attractModeDelay(performance.now());
-        return delay < 0 ? undefined : delay;
-    }
-
-    /** Starts attract mode if it is due and the page is not `busy`. */
-    startAttractModeIfIdle(busy: boolean): void {
-        this.module.startAttractModeIfIdle(performance.now(), busy);
-    }
-
-    /** Returns the duration in milliseconds of each frame that is due at `now`. */
-    takeDueFrames(now: number): number[] {
-        const frames = this.module.takeDueFrames(now);
-        return Array<number>(frames).fill(this.module.dueTime());
-    }
-
-    /** Ignores the time until the next call of takeDueFrames. */
-    skipTime(): void {
-        this.module.skipTime();
-    }
-
-    /** Advances the water by `milliseconds` and draws a frame. */
-    frame(milliseconds: number): void {
-        this.module.frame(milliseconds);
-    }
-
-    /** True if the next frame would be equal to the last one. */
-    get isIdle(): boolean {
-        return this.module.isIdle() !== 0;
-    }
-
-    get mayShowInk(): boolean {
-        return this.module.mayShowInk() !== 0;
-    }
-
-    /** Passes the milliseconds between two frames to adaptive quality. */
-    noteInterval(milliseconds: number): void {
-        this.module.noteInterval(milliseconds);
-    }
-
     /** Turns adaptive quality on, or fixes the quality at all detail. */
     set adaptsQuality(adaptive: boolean) {
         this.module.setQuality(adaptive);
@@ -201,24 +103,6 @@ export class Effect {
 
     get isSearchingQuality(): boolean {
         return this.module.isSearchingQuality() !== 0;
-    }
-
-    /** Ratio of rendered pixels to screen pixels along a side, at most 1. */
-    get qualityPixels(): number {
-        return this.module.qualityPixels();
-    }
-
-    /** Restarts the effect and records from the first frame. */
-    startRecording(): void {
-        this.module.startRecording();
-    }
-
-    finishRecording(): void {
-        this.module.finishRecording();
-    }
-
-    get isRecording(): boolean {
-        return this.module.isRecording() !== 0;
     }
 
     /** Returns the numbers of a recording that has ended since the last call. Empty if there is none. */
@@ -230,14 +114,6 @@ export class Effect {
     /** Restarts the effect and replays the script of these numbers. */
     startReplay(numbers: Float64Array): void {
         this.withBytes(new Uint8Array(numbers.buffer), (address) => this.module.startReplay(address, numbers.length));
-    }
-
-    stopReplay(): void {
-        this.module.stopReplay();
-    }
-
-    get isReplaying(): boolean {
-        return this.module.isReplaying() !== 0;
     }
 
     /** Returns a view of the module's memory. Valid until the memory grows. */

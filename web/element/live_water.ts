@@ -114,7 +114,7 @@ export class LiveWater {
     /** Applies a changed state of the owner. */
     update(): void {
         const { effect, owner } = this;
-        effect.attractModeOn = owner.state.attract && !this.reducedMotion.matches;
+        effect.turnAttractMode(owner.state.attract && !this.reducedMotion.matches);
         if (owner.state.pointer === "none" || owner.state.paused) {
             this.pointer.cancel();
         }

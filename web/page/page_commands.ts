@@ -147,7 +147,7 @@ function viewCommands({ player }: CommandContext): Command[] {
         player.noteInput();
     };
     const toggleAttractMode = () => {
-        effect.attractModeOn = !effect.attractModeOn;
+        effect.turnAttractMode(!effect.attractModeOn);
         showToast(`${commandTexts.attractMode.label}${effect.attractModeOn ? sharedTexts.on : sharedTexts.off}`);
         player.noteInput();
     };

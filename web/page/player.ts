@@ -77,7 +77,7 @@ export class Player {
         });
         this.pause.onChange = () => this.loop.wake();
         effect.onStart = () => this.onStart();
-        effect.attractModeOn = !matchMedia("(prefers-reduced-motion: reduce)").matches;
+        effect.turnAttractMode(!matchMedia("(prefers-reduced-motion: reduce)").matches);
         effect.adaptQuality();
         effect.noteInput(); // starts the wait for attract mode
     }
