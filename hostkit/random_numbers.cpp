@@ -14,7 +14,7 @@ namespace {
 
 constexpr std::size_t history = 31;
 constexpr std::size_t lag = 3;
-/// Number of values to discard after seeding, because they still depend on the seed in a simple way.
+/// Number of values to discard after seeding. The first values depend on the seed too simply to look random.
 constexpr int discarded = 310;
 
 class Generator {
@@ -43,13 +43,13 @@ private:
     std::size_t oldest_ = lag;
 };
 
-// Protects the generator, which host threads and the solver's worker thread share.
+// Protects the generator, which the host's threads and the solver's worker thread share.
 std::mutex lock;
 constinit Generator generator(1);
 
 }  // namespace
 
-// The library's calls bind to the functions below instead of those of the C library.
+// The linker binds the library's calls to the functions below instead of those of the C library.
 #pragma GCC visibility push(default)
 extern "C" {
 
