@@ -3,9 +3,9 @@
 #include <cstdlib>
 #include <mutex>
 
-// Replaces rand() and srand() of the C library. The solver takes random numbers from rand(), so with this replacement a
-// gesture produces the same flow whatever the C library. A program must link this object file directly: from an
-// archive, the linker could prefer the functions of the C library.
+// Replaces rand() and srand() of the C library. The solver calls rand(), so with this replacement a gesture produces
+// the same flow with any C library. A program must link this object file directly: from an archive, the linker could
+// prefer the functions of the C library.
 //
 // The generator computes x[n] = x[n - 3] + x[n - 31] and returns x[n] without its lowest bit. These are the numbers of
 // the GNU C library, so on that library a program behaves the same if it does not link this file.

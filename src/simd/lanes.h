@@ -8,9 +8,9 @@
 
 #include "base/pair.h"
 
-// The operations of which kernels are written. The same expression compiles for one cell (`float`) and for four
-// adjacent cells (`Float4`, simd/float4.h) and gives each cell the same bits. This file has the operations for one
-// cell. The four-lane operations must follow these definitions:
+// The operations that kernels use. The same expression compiles for one cell (`float`) and for four adjacent cells
+// (`Float4`, simd/float4.h) and gives each cell the same bits. This file has the operations for one cell. The four-lane
+// operations must follow these definitions:
 //
 //   min(a, b)   a < b ? a : b, so b if either is NaN
 //   max(a, b)   a > b ? a : b, so b if either is NaN
@@ -129,7 +129,7 @@ inline Pair<float> gatherPairs(const float* cells, std::int32_t index) {
     return loadPair<float>(cells + std::ptrdiff_t{index} * 2);
 }
 
-/// One cell or four cells, each with the cell after it.
+/// One cell or four cells, and for each the cell after it.
 template <class Floats>
 struct Neighbours {
     Pair<Floats> cell;

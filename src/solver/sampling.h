@@ -84,7 +84,7 @@ Floats nextAfter(Floats at, float last) {
     return min(at + Floats(1.0f), Floats(last));
 }
 
-/// Returns the interpolated value of a 2-float grid at (u, v).
+/// Returns the interpolated value at (u, v) of a grid with 2 floats per cell.
 template <class Floats>
 Pair<Floats> sampleBilinear(const BilinearGrid& grid, Floats u, Floats v) {
     const BilinearPlace<Floats> at(grid, u, v);
@@ -99,20 +99,20 @@ Pair<Floats> sampleBilinear(const BilinearGrid& grid, Floats u, Floats v) {
                {cells(top, at.column), cells(top, next)});
 }
 
-/// Returns the interpolated value of a 1-float grid at (u, v).
+/// Returns the interpolated value at (u, v) of a grid with 1 float per cell.
 float sampleBilinearScalar(const FloatGrid& grid, float u, float v);
 
-/// Returns the value of a cell of a 1-float grid.
+/// Returns a cell's value in a grid with 1 float per cell.
 inline float scalarAt(const FloatGrid& grid, Cell cell) {
     return grid.data[cell.i + std::ptrdiff_t{cell.j} * grid.width];
 }
 
-/// Returns the address of a cell of a 2-float grid.
+/// Returns a cell's address in a grid with 2 floats per cell.
 inline const float* addressOf(const FloatGrid& grid, Cell cell) {
     return grid.data + (cell.i + std::ptrdiff_t{cell.j} * grid.width) * 2;
 }
 
-/// Returns the value of a cell of a 2-float grid.
+/// Returns a cell's value in a grid with 2 floats per cell.
 inline Float2 pairAt(const FloatGrid& grid, Cell cell) {
     return loadPair<float>(addressOf(grid, cell));
 }
