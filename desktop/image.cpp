@@ -223,7 +223,7 @@ void save(const Image& image, const std::filesystem::path& file, const char* for
 }  // namespace
 
 void savePng(const Image& image, const std::filesystem::path& file) {
-    // Level 1, because higher levels take ten times as long and make a photograph hardly smaller.
+    // Use compression level 1. Higher levels take ten times as long and make a photograph hardly smaller.
     save(image, file, "png", "compression", "1");
 }
 

@@ -14,7 +14,7 @@ namespace {
 
 constexpr std::size_t history = 31;
 constexpr std::size_t lag = 3;
-/// Number of values to discard after seeding. The first values depend on the seed too simply to look random.
+/// Number of values to discard after seeding, because the first values depend on the seed in a simple way.
 constexpr int discarded = 310;
 
 class Generator {

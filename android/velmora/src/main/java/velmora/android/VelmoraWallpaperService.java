@@ -92,7 +92,8 @@ public class VelmoraWallpaperService extends WallpaperService {
 
         @Override
         public void onSurfaceDestroyed(SurfaceHolder holder) {
-            // Wait until the surface is removed, because the system frees it after this call.
+            // Wait until the surface is removed, because the system frees it when this method
+            // returns.
             thread.run(() -> window.removeSurface());
             super.onSurfaceDestroyed(holder);
         }
