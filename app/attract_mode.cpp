@@ -11,21 +11,21 @@ using hostkit::Touch;
 using hostkit::TouchAction;
 using namespace std::chrono_literals;
 
-/// Idle time before the first touch. It is short, so that a new user soon sees the effect move.
+/// Idle time before attract mode starts for the first time. It is short, so that a new user soon sees the effect move.
 constexpr std::chrono::seconds firstIdleTime = 4s;
-/// Idle time after the user has touched the water.
+/// Idle time before attract mode starts after the user has touched the water.
 constexpr std::chrono::seconds idleTime = 20s;
 /// Duration of a stroke in frames.
 constexpr int strokeFrames = 110;
-/// Duration of a stroke and the pause after it in frames.
+/// Duration of a cycle in frames: a stroke and the pause after it.
 constexpr int cycleFrames = 300;
-/// Number of strokes before attract mode ends.
+/// Number of strokes after which attract mode ends.
 constexpr int cycles = 3;
 /// Pressure of the strokes, 0 to 1.
 constexpr float pressure = 0.5f;
 
-/// Returns the touch event at a point of stroke `cycle`. `progress` is 0 at the start of the stroke and 1 at its end.
-/// Each stroke is rotated relative to the previous stroke.
+/// Returns the touch event at a point of stroke `cycle`. `progress` runs from 0 at the start of the stroke to 1 at its
+/// end. Each stroke is rotated relative to the stroke before it.
 Touch touchAt(TouchAction action, int cycle, double progress, Size screen) {
     const double turn = 2.4 * cycle;
     const double angle = turn + 3.6 * progress;

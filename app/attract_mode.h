@@ -10,34 +10,34 @@
 
 namespace app {
 
-/// Attract mode: gentle strokes that show the effect when no user is present. It starts after a few idle seconds and
-/// stops at any user input. After three strokes it waits for user input, so that an unattended device can sleep. A
-/// screen saver gets no input and lets it repeat.
+/// Attract mode draws gentle strokes that show the effect while no user is present. It starts after a few idle seconds
+/// and stops at any user input. After three strokes, it waits for user input, so that an unattended device can sleep. A
+/// screensaver gets no input and therefore calls `repeat`.
 class AttractMode {
 public:
     explicit AttractMode(Clock::time_point now) : lastInput(now) {}
 
     bool isOn() const { return on; }
-    /// Turns attract mode on or off. It does not stop strokes that already run.
+    /// Turns attract mode on or off. Does not stop strokes that have started.
     void turn(bool isOn) { on = isOn; }
-    /// Makes attract mode continue after each three strokes and an idle time. The strokes keep counting, so that they
-    /// have new places and inks.
+    /// Makes attract mode start again after every three strokes and an idle time. The stroke numbers continue, so that
+    /// the new strokes differ in place and ink.
     void repeat() { repeats = true; }
 
-    /// Restarts the idle time at user input. `touched` is true if the user touched the water. From then on, attract
-    /// mode waits longer.
+    /// Restarts the idle time because of user input. If the user touched the water (`touched`), later idle times are
+    /// longer.
     void noteInput(Clock::time_point now, bool touched);
-    /// Restarts the idle time without user input, for example while a recording runs.
+    /// Restarts the idle time for another reason than user input, for example because a recording runs.
     void postpone(Clock::time_point now);
     bool isRunning() const { return frame >= 0; }
-    /// Returns the number of the current stroke, from 0. The pause after a stroke counts as part of it. Empty if
-    /// attract mode does not run.
+    /// Returns the number of the current stroke, from 0. The pause after a stroke belongs to the stroke. Empty if
+    /// attract mode is not running.
     std::optional<int> stroke() const;
-    /// Returns the time until attract mode starts. Empty if it is running, is off, or waits for user input.
+    /// Returns the time until attract mode starts. Empty if it is running, turned off or waiting for user input.
     std::optional<std::chrono::nanoseconds> untilStart(Clock::time_point now) const;
     /// Starts attract mode if the idle time is over.
     void startIfIdle(Clock::time_point now);
-    /// Returns the actions of the next frame. The strokes follow slow curves, with pauses in which the ink fades.
+    /// Returns the touch actions of the next frame. The strokes are slow curves. Ink fades in the pauses between them.
     std::vector<hostkit::ScriptAction> next(Size screen);
     /// Stops attract mode. Returns the actions that end an unfinished stroke.
     std::vector<hostkit::ScriptAction> stop();
@@ -45,12 +45,12 @@ public:
 private:
     bool on = true;
     bool repeats = false;
-    /// Number of the frame with which the next strokes start.
+    /// Number of the frame at which the next three strokes start.
     int firstFrame = 0;
-    /// Number of the next frame; -1 if attract mode does not run.
+    /// Number of the next frame, or -1 if attract mode is not running.
     int frame = -1;
     bool everTouched = false;
-    /// True after three strokes without user input.
+    /// True if the last three strokes are done and no user input has followed.
     bool finished = false;
     Clock::time_point lastInput;
 };

@@ -4,7 +4,7 @@
 
 namespace app {
 
-/// The two images under the water.
+/// The two background images under the water.
 struct Backgrounds {
     /// Image that is shown by default.
     hostkit::Image first;

@@ -10,7 +10,7 @@ namespace app {
 namespace {
 
 constexpr std::chrono::nanoseconds fadeTime = std::chrono::seconds(2);
-/// Number of steps. A step changes a channel by at most 8 of 255, which is not visible as a jump.
+/// Number of steps of a cross-fade. A step changes a channel by at most 8 of 255, which is not visible as a jump.
 constexpr int steps = 32;
 
 }  // namespace

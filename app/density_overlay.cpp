@@ -7,8 +7,8 @@
 namespace app {
 namespace {
 
-// The density is stored in two channels: 255 * red + green. The false colours are logarithmic, so that even invisible
-// traces of ink show as blue.
+// The ink texture stores the density in two channels: 255 * red + green. The false colours are logarithmic, so that
+// even invisible traces of ink become blue.
 constexpr const char* densityText = R"(
 precision mediump float;
 uniform sampler2D sTexture;

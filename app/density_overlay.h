@@ -10,16 +10,16 @@
 
 namespace app {
 
-/// Shows the ink density in translucent false colours. Zero density is a faint blue. Belongs to the GL context that was
-/// current at construction.
+/// Draws the ink density in translucent false colours over the image. Zero density is a faint blue. The object belongs
+/// to the GL context that was current at construction.
 class DensityOverlay {
 public:
     /// Throws HostError.
     DensityOverlay();
 
-    /// Draws the density texture over the screen.
+    /// Draws the false colours of the density texture over the screen.
     void draw(GLuint texture, Size screen) const;
-    /// Returns the false colours of a density texture as RGBA, bottom row first, in an image of the given size.
+    /// Returns the false colours of a density texture as an RGBA image of the given size, bottom row first.
     std::vector<std::uint8_t> colors(GLuint texture, Size size) const;
 
 private:

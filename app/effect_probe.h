@@ -13,28 +13,28 @@
 
 namespace app {
 
-/// Velocity texture as the library uploaded it: RGBA8, bottom row first.
+/// Copy of the velocity texture that the library uploaded: RGBA8, bottom row first.
 struct VelocityField {
     int columns = 0;
     int rows = 0;
     std::vector<std::uint8_t> bytes;
 };
 
-/// Times of events in a frame. The time of an event that did not happen is empty.
+/// Times of events within a frame. A time is empty if its event did not happen.
 struct FrameMoments {
     using Moment = std::optional<std::chrono::steady_clock::time_point>;
-    /// First GL call of the library in the frame.
+    /// Time of the library's first GL call in the frame.
     Moment begin;
-    /// End of the wait for the solver step of the previous frame. It is measured at the velocity upload after the wait,
-    /// so it is set only in frames with ink.
+    /// End of the wait for the solver step of the previous frame. It is measured at the velocity upload, which follows
+    /// the wait. Frames without ink have no upload.
     Moment solverDone;
     /// First draw call.
     Moment firstDraw;
 };
 
-/// Observes velocities, ink and times of the library through its GL calls. It relies on two facts: only the velocities
-/// are uploaded in the size of their grid, and the ink is bound to one known texture unit while the water mesh is
-/// drawn. Use one probe at a time, because it sets the hooks of the GL observer.
+/// Observes the library's velocities, ink and times through its GL calls. The probe relies on two facts. Only velocity
+/// uploads have the size of the velocity grid. The ink is bound to a known texture unit while the water mesh is drawn.
+/// Use one probe at a time, because it sets the hooks of the GL observer.
 class EffectProbe {
 public:
     EffectProbe();
@@ -42,14 +42,14 @@ public:
     EffectProbe(const EffectProbe&) = delete;
     EffectProbe& operator=(const EffectProbe&) = delete;
 
-    /// Resets the probe for a new host. The screen size is in pixels.
+    /// Resets the probe for a new host. `size` is the screen size in pixels.
     void watch(Size size, bool hostHasInk);
     /// Forgets the ink texture. Call it when the GL context is lost.
     void forgetInk() { ink = 0; }
-    /// Draws a frame of the host and observes it.
+    /// Draws a frame of the host and observes its GL calls.
     void draw(hostkit::EffectHost& host);
 
-    /// Returns the digest of all velocity textures since the last call of `watch`.
+    /// Returns a digest of all velocity textures that were uploaded since the last call of `watch`.
     const hostkit::Digest& velocityDigest() const { return digest; }
     /// Returns the last velocity texture.
     const VelocityField& velocity() const { return field; }

@@ -8,8 +8,8 @@ namespace app {
 using hostkit::Touch;
 using hostkit::TouchAction;
 
-// A move replaces a move directly before it. The library measures speed between moves, and several moves in a frame
-// would make the finger appear slower.
+// If the previous action is also a move, the new move replaces it. The library measures speed as the distance between
+// two moves, so several moves in a frame would make the finger appear slower.
 void Finger::add(const Touch& touch) {
     const Touch* last = actions.empty() ? nullptr : std::get_if<Touch>(&actions.back());
     if (last != nullptr && last->action == TouchAction::move && touch.action == TouchAction::move) {

@@ -7,25 +7,27 @@
 
 namespace app {
 
-/// The single finger of the effect. Any pointer can move it. It reports at most one move per frame, like the touch
-/// screen of a phone, because the library measures speed between moves. Positions are in pixels of the screen, y down.
+/// The single finger that touches the effect. Any pointer can move it. It reports at most one move per frame, like a
+/// phone's touch screen, because the library measures speed as the distance between moves. Positions are in screen
+/// pixels, y down.
 class Finger {
 public:
     /// Returns true while the finger touches the screen.
     bool isPressed() const { return pressed; }
-    /// Returns true from the press to the end, also while the finger is outside the screen.
+    /// Returns true between `press` and `end`, even while the finger is outside the screen.
     bool isHeld() const { return held; }
-    /// Puts the finger down. Does nothing if it is held.
+    /// Puts the finger down on the screen. Does nothing if it is already held.
     void press(double x, double y, float pressure);
-    /// Moves the finger if it is held. A move out of the screen ends the stroke, and a move back starts another one.
+    /// Moves the finger if it is held. Leaving the screen ends the stroke; returning to the screen starts another
+    /// stroke.
     void move(double x, double y, float pressure, Size screen);
-    /// Releases the finger. Ends the stroke, if there is one, with an up or cancel event.
+    /// Releases the finger. An unfinished stroke ends with `action`, which is up or cancel.
     void end(hostkit::TouchAction action, double x, double y);
 
     bool hasActions() const { return !actions.empty(); }
-    /// Returns and removes the actions since the last call.
+    /// Returns the actions since the last call and removes them.
     std::vector<hostkit::ScriptAction> takeActions();
-    /// Releases the finger without an event and removes all actions. Call it when the effect restarts.
+    /// Releases the finger but adds no event, and removes all actions. Call it when the effect restarts.
     void reset();
 
 private:

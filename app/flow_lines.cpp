@@ -7,15 +7,15 @@
 namespace app {
 namespace {
 
-/// Approximate maximum number of lines across the screen.
+/// Approximate maximum number of flow lines along the width of the screen.
 constexpr int maxLinesAcross = 30;
-/// Minimum speed of a line. The 8-bit encoding hides slower flows in noise.
+/// Minimum flow speed for which a line is drawn. Slower flow is hidden in the noise of the 8-bit encoding.
 constexpr float minSpeed = 0.25f;
-/// Maximum length of a line, as a multiple of the distance between lines.
+/// Maximum length of a line, relative to the distance between lines.
 constexpr float maxLength = 2.5f;
 
-/// Returns a velocity component. The first byte holds the integer part plus 127, and the second holds the fraction in
-/// units of 1/255.
+/// Decodes a velocity component. The first byte holds the integer part plus 127; the second holds the fraction in units
+/// of 1/255.
 float decode(const std::uint8_t* bytes) {
     return static_cast<float>(bytes[0]) + static_cast<float>(bytes[1]) / 255.0f - 127.0f;
 }

@@ -7,27 +7,27 @@
 
 namespace app {
 
-/// A line of the velocity overlay. Positions are in pixels of the screen, y down.
+/// A line of the overlay that shows the velocity. Positions are in screen pixels, y down.
 struct FlowLine {
     float x;
     float y;
     float endX;
     float endY;
-    /// Red, green and blue, 0 to 1: yellow for a slow flow, red for a fast one.
+    /// Red, green and blue, 0 to 1. Slow flow is yellow, fast flow is red.
     std::array<float, 3> color;
-    /// Opacity of line and dot, 0.2 to 0.9. It increases with the speed.
+    /// Opacity of the line and of the dot at its start, 0.2 to 0.9. It increases with the speed.
     float opacity;
 };
 
-/// Width of a line in pixels of the screen.
+/// Width of a line in screen pixels.
 constexpr float flowLineWidth = 2.0f;
-/// Side in pixels of the square dot at the start of a line.
+/// Side of the square dot at the start of a line, in screen pixels.
 constexpr float flowDotSide = 3.0f;
-/// Shade of the dot: its red, green and blue, 0 to 1.
+/// Grey level of the dot, 0 to 1.
 constexpr float flowDotShade = 0.1f;
 
-/// Returns lines along the flow of a velocity texture. Chooses cells so that the lines remain distinguishable. `rgba`
-/// has columns * rows texels, bottom row first. `width` and `height` are the screen size in pixels.
+/// Returns lines that follow the flow of a velocity texture. They start in cells that are far enough apart to tell the
+/// lines apart. `rgba` has columns * rows texels, bottom row first. `width` and `height` are the screen size in pixels.
 std::vector<FlowLine> flowLines(std::span<const std::uint8_t> rgba, int columns, int rows,
                                 float width, float height);
 

@@ -9,10 +9,11 @@ namespace {
 
 using std::chrono::nanoseconds;
 
-/// Tolerance for display frames that are early: a frame that is early by at most this time counts as due.
+/// Time by which a frame may be early and still count as due. Displays are not perfectly regular.
 constexpr nanoseconds earlyTolerance = frameTime / 8;
-/// Maximum time between two calls that counts, unless a frame of slow motion is longer. The effect skips the rest, for
-/// example while the machine sleeps. A recording counts more, so that it keeps its time on a very slow machine.
+/// Maximum time between two calls of `take` that counts, unless a slow-motion frame lasts longer. The effect skips the
+/// rest, for example after the machine has slept. During a recording, more time counts, so that the recording keeps
+/// real time even on a very slow machine.
 constexpr nanoseconds maxGap = std::chrono::milliseconds(250);
 constexpr nanoseconds maxRecordedGap = std::chrono::seconds(2);
 
@@ -20,7 +21,7 @@ nanoseconds scaled(nanoseconds time, double scale) {
     return nanoseconds(std::llround(static_cast<double>(time.count()) * scale));
 }
 
-/// Returns the effect time of each of `frames` frames that make up for `owed`.
+/// Returns the effect time of one frame if `frames` frames must make up for the time `owed`.
 nanoseconds lengthOf(FrameLength length, nanoseconds owed, int frames) {
     switch (length) {
         case FrameLength::real:

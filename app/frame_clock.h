@@ -6,21 +6,21 @@ namespace app {
 
 using Clock = std::chrono::steady_clock;
 
-/// Duration of one frame of the effect in effect time: 1/60 s.
+/// Duration of one frame in effect time: 1/60 s.
 constexpr std::chrono::nanoseconds frameTime(16'666'667);
 
-/// Lengths that a frame may have on a machine that is too slow for 60 frames per second.
+/// Rule for the duration of a frame on a machine that cannot draw 60 frames per second.
 enum class FrameLength {
-    /// Any length: the waves keep their speed.
+    /// Any duration. Waves keep their speed in real time.
     real,
-    /// A multiple of 1/60 s, for recordings: events keep their time, in units of 1/60 s.
+    /// A multiple of 1/60 s, for recordings. Events then happen at whole frame numbers and keep their time.
     whole,
-    /// 1/60 s, for replays: each frame is drawn, and the effect runs in slow motion.
+    /// Always 1/60 s, for replays. Every frame is drawn, so the effect runs in slow motion.
     exact
 };
 
-/// Decides when frames of the effect are due. The effect has 60 frames per second of effect time, which passes faster
-/// or slower than real time by a time scale.
+/// Decides when the next frames of the effect are due. The effect has 60 frames per second of effect time. Effect time
+/// runs faster or slower than real time by the factor `timeScale`.
 class FrameClock {
 public:
     /// Frames to run now.
@@ -35,14 +35,14 @@ public:
     Due take(Clock::time_point now, float timeScale, FrameLength length);
     /// Returns the real time until the next frame is due, at least 0.
     std::chrono::nanoseconds untilNext(Clock::time_point now, float timeScale) const;
-    /// Ignores the time up to the next call of `take`, which then returns one frame of 1/60 s. Input after an idle time
-    /// takes effect at once, and the effect does not catch up.
+    /// Ignores the time until the next call of `take`, which then returns one frame of 1/60 s. So input after an idle
+    /// time takes effect at once, and the effect does not try to catch up.
     void skip();
 
 private:
     /// Time of the last call of `take`.
     Clock::time_point last;
-    /// Effect time that has passed without a frame.
+    /// Effect time that has passed but is not covered by a frame yet.
     std::chrono::nanoseconds owed{0};
     bool skipped = true;
 };

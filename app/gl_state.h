@@ -7,8 +7,8 @@
 
 namespace app {
 
-/// Saves the GL state that other drawing changes and restores it at the end of the scope. The library thus finds
-/// the state that it left. Code in the scope uses texture unit 0 only and disables its vertex arrays.
+/// Saves the GL state that other code may change and restores it at the end of the scope, because the library expects
+/// its state unchanged. Code in the scope must use only texture unit 0 and disable its vertex arrays.
 class GlStateGuard {
 public:
     GlStateGuard();
@@ -23,8 +23,8 @@ private:
     GLboolean blend, scissor;
 };
 
-/// Returns a linked program of two GLSL sources. The position of an attribute in `attributes` is its location.
-/// Throws HostError with the linker's log.
+/// Builds and links a program from two GLSL sources. The index of a name in `attributes` is the attribute's location.
+/// On failure, throws HostError with the compiler's or linker's log.
 GLuint buildGlProgram(const char* vertexText, const char* fragmentText,
                       std::initializer_list<const char*> attributes);
 

@@ -5,9 +5,9 @@
 namespace app {
 namespace {
 
-/// Number of idle frames after which the ink has started to fade.
+/// Number of frames with idle water after which the ink has started to fade.
 constexpr int framesBeforeFading = 60;
-/// Number of frames between two digests that are compared. Equal digests mean that the ink no longer fades.
+/// Number of frames between two digests that are compared. If the digests are equal, the ink has stopped fading.
 constexpr int framesBetweenDigests = 30;
 
 }  // namespace

@@ -5,22 +5,22 @@
 
 namespace app {
 
-/// Detects whether the next frame would look the same, so that the front end can stop drawing.
+/// Detects that the next frame would look the same as the last frame, so that the front end can stop drawing.
 class IdleWatch {
 public:
     bool isIdle() const { return idle; }
-    /// Returns true if ink may be on the screen. Faded ink leaves a static residue, so the result stays true until
-    /// `start`.
+    /// Returns true if ink may be visible. Faded ink leaves a static residue, so the result stays true until `start` is
+    /// called.
     bool mayShowInk() const { return inkPossible; }
 
-    /// Restarts detection without ink. Call it when the effect starts and when the ink is cleared.
+    /// Restarts the detection for an effect without ink. Call it when the effect starts and when the ink is cleared.
     void start();
-    /// Notes a touch, which may deposit ink. Ends the idle state.
+    /// Ends the idle state because of a touch, which may deposit ink.
     void noteTouch();
-    /// Notes any other change of the image. Ends the idle state.
+    /// Ends the idle state because something else changes the image.
     void noteChange();
-    /// Notes a drawn frame. `digest` returns a digest of the screen. It is called in few frames, because reading the
-    /// screen is slow.
+    /// Updates the state after a drawn frame. `digest` returns a digest of the screen. It is called in few frames,
+    /// because reading the screen is slow.
     void noteFrame(bool waterIdle, const std::function<std::uint64_t()>& digest);
 
 private:

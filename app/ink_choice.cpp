@@ -13,27 +13,27 @@ namespace {
 using Color = std::array<double, 3>;
 
 constexpr int hueBins = 36;
-/// Approximate number of pixels to sample. More samples do not change the result visibly.
+/// Approximate number of pixels to sample. With more samples, the result would look the same.
 constexpr std::size_t maxSamples = 40'000;
-/// Hue of the default ink in degrees, a blue, for images without colour.
+/// Hue of the default ink in degrees: a blue. It is used for images without colour.
 constexpr double defaultHue = 206.0;
-/// Minimum mean chroma of an image with colour, 0 to 1.
+/// Minimum mean chroma, 0 to 1, of an image that counts as coloured.
 constexpr double minChroma = 0.03;
-/// Minimum fraction of the light of the dominant colour that dense ink transmits.
+/// Minimum fraction of the dominant colour's brightness that must remain visible through dense ink.
 constexpr double minLight = 0.25;
-/// Smallest and largest value of the darkest ink channel.
+/// Range of the smallest channel of the ink.
 constexpr double minDarkest = 0.3;
 constexpr double maxDarkest = 0.65;
-/// Maximum distance of a variation from the complementary hue in degrees.
+/// Maximum angle in degrees between the hue of a variation and the complementary hue.
 constexpr double maxTurn = 50.0;
 
-/// Returns the difference between the largest and the smallest channel.
+/// Returns the chroma of a colour: its largest channel minus its smallest channel.
 double chroma(const Color& color) {
     const auto [min, max] = std::minmax_element(color.begin(), color.end());
     return *max - *min;
 }
 
-/// Returns the hue in degrees of a colour whose chroma is not 0.
+/// Returns the hue of a colour in degrees. The chroma of the colour must not be 0.
 double hueOf(const Color& color) {
     const auto [red, green, blue] = color;
     const double max = *std::max_element(color.begin(), color.end());
@@ -43,9 +43,9 @@ double hueOf(const Color& color) {
     return std::fmod(60.0 * sixth + 360.0, 360.0);
 }
 
-/// Colours of an image by hue.
+/// Histogram of an image's colours by hue.
 struct Hues {
-    /// Sums of the colours in each range of hues, weighted by chroma.
+    /// Sum of the colours in each range of hues, weighted by chroma.
     std::array<Color, hueBins> colors{};
     /// Sums of the weights.
     std::array<double, hueBins> weights{};
@@ -75,7 +75,7 @@ Hues huesOf(const hostkit::Image& image) {
     return hues;
 }
 
-/// Returns the mean colour of the three neighbouring bins with the largest weight.
+/// Returns the mean colour of the three adjacent bins that together have the largest weight.
 Color dominantColor(const Hues& hues) {
     double heaviest = 0.0;
     Color dominant{};
@@ -97,12 +97,12 @@ Color dominantColor(const Hues& hues) {
     return dominant;
 }
 
-/// Returns the luma of a colour.
+/// Returns the luma (approximate brightness) of a colour.
 double luma(const Color& color) {
     return 0.3 * color[0] + 0.59 * color[1] + 0.11 * color[2];
 }
 
-/// Returns a background colour as seen through ink of maximum density.
+/// Returns a background colour as it looks through ink of maximum density.
 Color throughInk(Color color, const std::array<float, 3>& ink) {
     constexpr auto maxDensity = static_cast<double>(velmora::maxInkDensity);
     for (std::size_t channel = 0; channel < 3; ++channel) {

@@ -7,16 +7,16 @@
 namespace app {
 
 /// @file
-/// Texts that the window and the page share, so that both use the same words. The build also writes them as TypeScript.
-/// The labels of the settings are in settings.h.
+/// Texts that the window and the web page share, so that both use the same words. The build also writes them as
+/// TypeScript. The labels of the settings are in settings.h.
 
 /// Texts of a command.
 struct CommandText {
     /// Name in the code.
     const char* name;
-    /// Text of the button or the switch.
+    /// Label of the button or switch.
     const char* label;
-    /// Description for the list of keys and for hints.
+    /// Description in the list of keys and in hints.
     const char* description;
 };
 inline constexpr CommandText commandTexts[] = {
@@ -52,13 +52,13 @@ inline constexpr CommandText commandTexts[] = {
     {"loseContext", "Lose context", "Lose the graphics context and rebuild it"},
 };
 
-/// Returns the element of a table with this name. An unknown name is a compile error.
+/// Returns the element with the given name. An unknown name is a compile error.
 template <class Text, std::size_t count>
 consteval Text textNamed(const Text (&table)[count], std::string_view name) {
     return *std::find_if(table, table + count, [&](const Text& text) { return name == text.name; });
 }
 
-/// Returns the texts of the command with this name. An unknown name is a compile error.
+/// Returns the texts of a command. An unknown command name is a compile error.
 consteval CommandText commandText(std::string_view name) {
     return textNamed(commandTexts, name);
 }
@@ -70,12 +70,12 @@ struct SharedText {
     const char* text;
 };
 inline constexpr SharedText sharedTexts[] = {
-    // Headings of the sections with commands. The headings of the settings are in settings.h.
+    // Headings of the panel's command sections. The headings of the settings are in settings.h.
     {"presetSection", "Preset"},
     {"viewSection", "View"},
     {"saveSection", "Save and record"},
     {"developerSection", "Developer"},
-    // Names of settings that no preset contains.
+    // Names that are shown for settings which are not from a preset.
     {"defaultSettings", "Default"},
     {"randomSettings", "Random look"},
     {"linkSettings", "Shared look"},
@@ -98,7 +98,7 @@ inline constexpr SharedText sharedTexts[] = {
     {"contextLost", "Graphics are restarting, please wait"},
 };
 
-/// Returns the heading or message with this name. An unknown name is a compile error.
+/// Returns a shared heading or message. An unknown name is a compile error.
 consteval const char* sharedText(std::string_view name) {
     return textNamed(sharedTexts, name).text;
 }

@@ -20,8 +20,8 @@ bool isBetween(double value, double min, double max) {
     return value >= min && value <= max;  // false for NaN
 }
 
-/// Returns the value if it is valid for the field. The limits are the decimal numbers of the error message. A limit of
-/// 0.8 includes the double 0.8, although the float 0.8f differs from it.
+/// Returns the value if it is valid for the field. Uses the decimal limits of the error message: the limit 0.8 means
+/// the double 0.8 and not the float 0.8f, which is slightly larger.
 template <class Value>
 std::optional<Value> valueOf(const PresetValue& value, const SettingField<Value>& field) {
     if constexpr (std::is_same_v<Value, bool>) {
@@ -50,7 +50,7 @@ std::optional<Ink> inkOf(const PresetValue& value) {
     return ink;
 }
 
-/// Returns the valid values of a field for an error message.
+/// Describes the valid values of a field, for an error message.
 template <class Value>
 std::string validValues(const SettingField<Value>& field) {
     if constexpr (std::is_same_v<Value, bool>) {
@@ -62,7 +62,7 @@ std::string validValues(const SettingField<Value>& field) {
     }
 }
 
-/// Assigns the value to the setting. Throws HostError if there is no value.
+/// Assigns `value` to `setting`. Throws HostError if `value` is empty.
 template <class Value>
 void assign(Value& setting, const std::optional<Value>& value, const PresetMember& member,
             const std::string& expected) {

@@ -6,22 +6,22 @@
 namespace app {
 namespace {
 
-/// Maximum interval after a reduction of pixels, as a fraction of the interval before it. A smaller gain is not worth
-/// the blur, which is visible even in a static image.
+/// Fraction to which a lower resolution must shorten the frame interval. For a smaller gain, the blur is not worth it,
+/// because it is visible even in a static image.
 constexpr double maxIntervalRatio = 0.85;
-/// Minimum number of mesh vertices along the shorter side.
+/// Minimum number of mesh vertices along the shorter side of the screen.
 constexpr int minVertices = 30;
-/// Minimum numbers of cells and of pixels along the shorter side at which a vertex on every second cell is full detail.
-/// The structural similarity with frames of the finest mesh is then at least 0.99 for the shipped gestures
-/// (velmora-bench-mesh).
+/// Minimum numbers of cells and pixels along the shorter side at which a mesh vertex on every second cell counts as
+/// full detail. With the shipped gestures, the structural similarity to frames of the finest mesh is then at least 0.99
+/// (measured by velmora-bench-mesh).
 constexpr int minCellsToSkip = 90;
 constexpr int minPixelsToSkip = 1000;
 /// Number of frames in a span during a search.
 constexpr std::size_t searchFrames = 6;
-/// Number of frames to skip after a change, until its effect shows in the intervals.
+/// Number of frames to skip after a change of the level. Only then do the intervals show the effect of the change.
 constexpr int framesToSettle = 2;
-/// Intervals in milliseconds that separate slow, acceptable and fluent frames. With an acceptable interval, such as on
-/// a 50 Hz display, the level stays.
+/// Frame intervals in milliseconds. Frames are slow above slowInterval and fluent below fluentInterval. In between, for
+/// example on a 50 Hz display, the level does not change.
 constexpr double slowInterval = 1000.0 / 49.0;
 constexpr double fluentInterval = 1000.0 / 52.0;
 
@@ -29,8 +29,9 @@ const QualityLevel& levelAt(int level) {
     return qualityLevels[static_cast<std::size_t>(level)];
 }
 
-/// Returns the mean interval of the span without the slowest eighth, so that a hitch does not count. A median would not
-/// work: intervals are multiples of the refresh interval, so the median jumps between multiples.
+/// Returns the mean frame interval of the span without its slowest eighth, so that a single slow frame does not count.
+/// A median would be worse: intervals are multiples of the refresh interval, so the median would jump between
+/// multiples.
 double typicalInterval(Quality quality) {
     const auto begin = quality.span.begin();
     std::sort(begin, begin + static_cast<std::ptrdiff_t>(quality.spanLength));
@@ -39,21 +40,22 @@ double typicalInterval(Quality quality) {
            static_cast<double>(counted);
 }
 
-/// Ends a search or a trial.
+/// Ends a search and the trial of a lower resolution.
 Quality settled(Quality quality) {
     quality.phase = QualityPhase::watching;
     quality.intervalBeforeTrial.reset();
     return quality;
 }
 
-/// Undoes a reduction of pixels that did not help. The display is slow, or the time is not spent on pixels.
+/// Returns to the higher resolution because the lower one did not help. The display may be slow, or the time is spent
+/// elsewhere.
 Quality endTrial(Quality quality) {
     --quality.level;
     quality.lastLevel = quality.level;
     return settled(quality);
 }
 
-/// Reduces the detail after a slow span.
+/// Reduces the detail after a span of slow frames, if the level allows it.
 Quality lower(Quality quality, double interval) {
     quality.fluentSpans = 0;
     const bool canLower = quality.level < std::min(quality.lastLevel, maxQualityLevel);
@@ -70,7 +72,7 @@ Quality lower(Quality quality, double interval) {
     return quality;
 }
 
-/// Counts fluent spans and increases the detail after enough of them.
+/// Counts spans of fluent frames and increases the detail after enough of them.
 Quality raise(Quality quality, double interval) {
     quality.fluentSpans = interval < fluentInterval ? quality.fluentSpans + 1 : 0;
     if (quality.level > 0 && quality.fluentSpans >= quality.patience) {
@@ -81,7 +83,7 @@ Quality raise(Quality quality, double interval) {
     return quality;
 }
 
-/// Changes the level after a span with this typical interval.
+/// Chooses the level after a span whose typical frame interval is `interval`.
 Quality judge(const Quality& quality, double interval) {
     if (quality.intervalBeforeTrial && interval > *quality.intervalBeforeTrial * maxIntervalRatio) {
         return endTrial(quality);

@@ -13,7 +13,7 @@ struct QualityLevel {
     /// Resolution along each side, as a fraction of the full resolution.
     double pixels;
 };
-/// Levels from full detail to least detail.
+/// Levels of detail, from full detail to least detail.
 inline constexpr QualityLevel qualityLevels[] = {{1, 1.0}, {2, 1.0}, {3, 1.0}, {3, 0.75}};
 constexpr int maxQualityLevel = 3;
 
@@ -21,52 +21,54 @@ constexpr int maxQualityLevel = 3;
 enum class QualityPhase {
     /// The level does not change.
     fixed,
-    /// Short spans of frames find the level quickly. Used before the first touch, when a change is not disturbing.
+    /// The level changes after short spans of frames. This happens before the first touch, when a visible change does
+    /// not disturb the user.
     searching,
-    /// Longer spans of frames adapt the level slowly.
+    /// The level changes only after longer spans of frames.
     watching
 };
 
-/// State of the adaptive quality. It adapts the detail to the speed of the machine, because slow frames are worse than
-/// coarser waves. The functions have no side effects and return the next state. Times are in milliseconds.
+/// State of the adaptive quality, which lowers the detail on slow machines, because slow frames are worse than coarse
+/// waves. The functions have no side effects and return the next state. Times are in milliseconds.
 struct Quality {
-    /// Maximum number of frames in a span.
+    /// Maximum number of frames in a span. A span is a group of frames whose intervals are judged together.
     static constexpr std::size_t spanFrames = 24;
 
     QualityPhase phase = QualityPhase::fixed;
-    /// Index in `qualityLevels`; 0 is full detail.
+    /// Index of the current level in `qualityLevels`; 0 is full detail.
     int level = 0;
-    /// Highest index to use on this machine. It decreases if a reduction of pixels did not help.
+    /// Maximum level, that is the least detail, to use on this machine. It decreases if a lower resolution did not
+    /// help.
     int lastLevel = maxQualityLevel;
     /// True if the last change of the level increased the detail.
     bool raised = false;
     /// Number of consecutive fluent spans.
     int fluentSpans = 0;
-    /// Number of consecutive fluent spans after which the detail increases.
+    /// Number of consecutive fluent spans after which the detail is increased.
     int patience = 12;
-    /// Interval before the last reduction of pixels. Empty unless the reduction is on trial.
+    /// Frame interval before the resolution was lowered. Empty unless the lower resolution is on trial.
     std::optional<double> intervalBeforeTrial;
 
     /// Intervals of the current span.
     std::array<double, spanFrames> span{};
     std::size_t spanLength = 0;
-    /// Number of frames to skip before the span.
+    /// Number of frames to skip before the next span starts.
     int framesToSkip = 2;
 };
 
-/// Returns a state with a fixed level.
+/// Returns a state whose level never changes.
 Quality fixedQuality(int level);
-/// Returns a state that searches for the level, starting at full detail.
+/// Returns a state that searches for the right level and starts at full detail.
 Quality searchingQuality();
-/// Returns the state after a frame. `interval` is the time since the previous frame.
+/// Returns the state after a frame. `interval` is the time since the previous frame in milliseconds.
 Quality next(Quality quality, double interval);
-/// Returns the state after a pause between frames, such as an idle time. A new span starts.
+/// Returns the state after a pause between frames, for example an idle time. Starts a new span.
 Quality afterGap(Quality quality);
-/// Returns the state after a touch, which ends a search.
+/// Returns the state after a touch. A touch ends a search.
 Quality afterTouch(Quality quality);
 
 /// Returns the number of cells between neighbouring mesh vertices. The mesh keeps a minimum number of vertices. On a
-/// screen with many pixels, a vertex on every second cell is full detail: finer meshes look the same.
+/// screen with many pixels, full detail is a vertex on every second cell, because finer meshes look the same.
 /// @param quality state of the adaptive quality
 /// @param shortSideCells number of cells along the shorter side of the screen
 /// @param shortSidePixels number of pixels along the shorter side of the screen

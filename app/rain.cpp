@@ -5,14 +5,14 @@
 namespace app {
 namespace {
 
-/// Returns a random number from 0 to 1. It does not call rand(), because the solver does. The solver must get the same
-/// numbers with and without rain.
+/// Returns a random number from 0 to 1. Does not use rand(): the solver calls rand(), and rain must not change the
+/// numbers that the solver gets.
 double randomNumber(Rain& rain) {
     rain.seed = rain.seed * 1664525u + 1013904223u;
     return static_cast<double>(rain.seed >> 8) / (1 << 24);
 }
 
-/// Returns the strength of a drop, which is smaller than the strength of a touch.
+/// Returns the strength of a raindrop's ripple. It is smaller than that of a touch.
 float dropStrength(Rain& rain, const Settings& settings) {
     return static_cast<float>(0.15 + 0.35 * randomNumber(rain)) * settings.ripple;
 }

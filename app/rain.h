@@ -8,9 +8,9 @@
 
 namespace app {
 
-/// State of the rain. The drops are the same in every run.
+/// State of the rain. The same drops fall in every run.
 struct Rain {
-    /// Number of drops that are due, with a fraction.
+    /// Number of drops that are due, including a fraction.
     double dropsDue = 0.0;
     /// State of the random number generator.
     std::uint32_t seed = 1;

@@ -7,7 +7,7 @@
 namespace app {
 namespace {
 
-/// Range of a setting in which random values look good.
+/// Range of values of a setting that look good.
 struct Range {
     float Settings::*member;
     double min;

@@ -6,8 +6,8 @@
 
 namespace app {
 
-/// Returns random settings that look good. Their ranges are narrower than the ranges of the panel, and the background
-/// remains visible through the ink. The same seed gives the same settings on every platform.
+/// Returns random settings that look good. The values come from narrower ranges than the panel offers, and the
+/// background stays visible through the ink. A seed gives the same settings on every platform.
 Settings randomSettings(std::uint32_t seed);
 
 }  // namespace app

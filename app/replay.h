@@ -19,8 +19,8 @@ public:
     bool isOver() const { return frame >= script.frames; }
 
 private:
-    /// Script in pixels of the screen. It is scaled once and not in each frame, so that a long script costs no more
-    /// time per frame.
+    /// Script, scaled to screen pixels. It is scaled only once, because scaling a long script in every frame would cost
+    /// time.
     hostkit::GestureScript script;
     /// Number of the next frame.
     int frame = 0;

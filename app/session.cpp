@@ -24,7 +24,7 @@ void append(std::vector<ScriptAction>& actions, const std::vector<ScriptAction>&
     actions.insert(actions.end(), more.begin(), more.end());
 }
 
-/// Returns the duration of a recorded frame as a whole number of steps of 1/60 s, rounded, at least 1.
+/// Returns the duration of a recorded frame in units of 1/60 s, rounded to a whole number of at least 1.
 int framesIn(std::chrono::nanoseconds elapsed) {
     return std::max(1, static_cast<int>((elapsed + frameTime / 2) / frameTime));
 }
@@ -145,7 +145,7 @@ void Session::lift(Clock::time_point now, hostkit::TouchAction action, double x,
     finger.end(action, x, y);
 }
 
-/// Notes input of a pressed finger. A pointer that only hovers is no input.
+/// Restarts the idle time of attract mode if the finger is down. A pointer that only hovers does not count as input.
 void Session::noteStroke(Clock::time_point now) {
     if (finger.isHeld()) {
         attract.noteInput(now, true);
@@ -189,7 +189,8 @@ void Session::frame(std::chrono::nanoseconds elapsed) {
     }
 }
 
-/// Returns the actions of the next frame. A replay has priority over touches, and touches over attract mode.
+/// Returns the actions of the next frame. Touches during a replay are ignored. Actions of attract mode come before
+/// touches.
 std::vector<ScriptAction> Session::takeActions() {
     std::vector<ScriptAction> result = std::exchange(actions, {});
     const std::vector<ScriptAction> touches = finger.takeActions();
@@ -204,7 +205,7 @@ std::vector<ScriptAction> Session::takeActions() {
     return result;
 }
 
-/// Chooses another ink for each stroke of attract mode after the first.
+/// Chooses another ink for each attract-mode stroke except the first.
 void Session::chooseAttractInk() {
     const std::optional<int> stroke = attract.stroke();
     if (stroke == attractStroke) {
@@ -295,7 +296,7 @@ void Session::noteAction(const ScriptAction& action) {
     applyAction(settings, action);
 }
 
-/// Saves the user's ink before the ink of a script replaces it in the settings.
+/// Saves the ink that the user chose, before a script replaces it in the settings.
 void Session::rememberUserInk(const InkColor& newInk) {
     if (settings.ink != scriptInk) {
         userInk = settings.ink;
@@ -328,7 +329,7 @@ void Session::startRecording() {
     endReplay(false);
     restartForGesture();
     recording = {screenSize.width, screenSize.height, 0, {}};
-    // These actions are part of the recording, so that a replay starts from the same state.
+    // The recording starts with these actions, so that a replay starts from the same state.
     run(gestureResetActions(settings), frameTime);
 }
 
@@ -361,8 +362,8 @@ void Session::endReplay(bool finished) {
     }
 }
 
-/// Restarts the effect and seeds rand(), which the solver uses, so that each replay gets the same numbers. The time of
-/// the restart is not part of the gesture.
+/// Restarts the effect for a recording or a replay. Seeds rand(), so that the solver gets the same random numbers in
+/// each replay. Ignores the time that the restart takes.
 void Session::restartForGesture() {
     actions.clear();
     restart(screenSize);
@@ -370,7 +371,7 @@ void Session::restartForGesture() {
     std::srand(1);
 }
 
-/// Returns a digest of the screen without its alpha channel, which is not visible.
+/// Returns a digest of the screen. Leaves out the alpha channel, because it is not visible.
 std::uint64_t Session::screenDigest() const {
     std::vector<std::uint8_t> pixels = hostkit::readScreen(screenSize.width, screenSize.height);
     for (std::size_t at = 3; at < pixels.size(); at += 4) {

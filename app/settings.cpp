@@ -6,13 +6,13 @@
 namespace app {
 namespace {
 
-/// Minimum of the steps per second, and the increment for faster waves.
+/// Minimum number of simulation steps per second. Faster waves add multiples of this number.
 constexpr int stepRateIncrement = 60;
-/// Maximum of `WaterSettings::waveSpeed`. Waves are stable up to 0.5.
+/// Maximum of `WaterSettings::waveSpeed`. Waves become unstable above 0.5.
 constexpr double maxWaveWeight = 0.45;
-/// Radius of the ripple of a touch, as a fraction of the shorter side: three cells of a grid with 90.
+/// Radius of a touch's ripple, as a fraction of the shorter side. In a grid of 90 cells, the radius is three cells.
 constexpr double rippleRadius = 3.0 / 90.0;
-/// Strength of a ripple of a move, as a fraction of the strength of a touch-down.
+/// Strength of a ripple of a finger movement, relative to that of a touch-down.
 constexpr float moveRippleFraction =
     defaultEffectSettings.moveRipple / defaultEffectSettings.downRipple;
 
@@ -20,7 +20,7 @@ hostkit::InkColor inkOf(const Settings& settings) {
     return {settings.ink[0], settings.ink[1], settings.ink[2]};
 }
 
-/// Copies the settings of the image, except ink and background.
+/// Copies the drawing settings, except ink and background, into `effect`.
 void applyEffectSettings(const Settings& settings, hostkit::EffectSettings& effect) {
     effect.refractiveIndex = settings.refractiveIndex;
     effect.alphaRatio1Scale = settings.reflection;

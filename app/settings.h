@@ -9,48 +9,48 @@
 
 namespace app {
 
-/// Default settings of the image, which the host and the application share.
+/// Default drawing settings, which hostkit and the application share.
 inline constexpr hostkit::EffectSettings defaultEffectSettings{};
 
-/// Settings that the user can change. A preset is a saved set of them.
+/// Settings that the user can change. A preset is a saved copy of them.
 struct Settings {
-    /// Factor of the wave velocity per 1/60 s.
+    /// Factor by which the wave velocity is multiplied every 1/60 s.
     float damping = hostkit::WaterSettings{}.damping;
-    /// Wave speed in shorter screen sides per second, independent of the grid.
+    /// Wave speed in shorter screen sides per second. It does not depend on the grid.
     float waveSpeed = 0.365f;
-    /// Strength of the ripple of a touch-down. The ripples of a move have a sixth of it.
+    /// Strength of the ripple of a touch-down. The ripple of a finger movement has a sixth of this strength.
     float ripple = defaultEffectSettings.downRipple;
-    /// Cells of the water grid along the shorter screen side.
+    /// Number of cells of the water grid along the shorter side of the screen.
     int meshDetail = hostkit::WaterSettings{}.shortSideCells;
-    /// Refractive index: 1 is no refraction, 1.33 is water.
+    /// Refractive index: 1 means no refraction, 1.33 is the index of water.
     float refractiveIndex = defaultEffectSettings.refractiveIndex;
-    /// Weight of the reflection on waves, 0 to 1. The reflection is added to the background, so higher values turn
+    /// Strength of the reflection on waves, 0 to 1. The reflection is added to the background, so high values make
     /// waves over a light background white.
     float reflection = 0.06f;
-    /// Extra reflection on slopes that face the light.
+    /// Strength of the extra reflection on slopes that face the light.
     float fresnel = 0.4f;
-    /// Peak of the highlight as a factor of the reflection.
+    /// Brightness factor of the reflection at the peak of the highlight.
     float specular = defaultEffectSettings.specularRatio;
     /// Sharpness of the highlight.
     float exponent = defaultEffectSettings.exponent;
     /// Raindrops per second.
     float rain = 0.0f;
-    /// Pressure of pointers that do not measure it, 0 to 1.
+    /// Pressure, 0 to 1, for pointers that do not measure it.
     float pressure = 0.5f;
-    /// Seconds of effect time per second of real time.
+    /// Speed of the effect: seconds of effect time per second of real time.
     float timeScale = 1.0f;
-    /// Ink colour: red, green, blue, 0 to 1.
+    /// Ink colour: red, green and blue, 0 to 1 each.
     std::array<float, 3> ink = {defaultEffectSettings.ink.red, defaultEffectSettings.ink.green,
                                 defaultEffectSettings.ink.blue};
     bool secondBackground = false;
-    /// True to turn off the ink.
+    /// True if the ink is turned off.
     bool waterOnly = false;
     bool operator==(const Settings&) const = default;
 };
 
-/// Section of the panel that shows a setting.
+/// Section of the settings panel that shows a setting.
 enum class Group { water, light, ink };
-/// Headings of the sections, in the order of `Group`.
+/// Headings of the sections, in the order of the values of `Group`.
 constexpr const char* groupNames[] = {"Water", "Light", "Ink"};
 
 /// Description of a setting.
@@ -104,7 +104,7 @@ constexpr SettingField<bool> switchFields[] = {
      "Turns off the ink. A change restarts the effect."},
 };
 
-/// Calls `visit` with the description of each setting except the ink, always in the same order.
+/// Calls `visit` with the description of each setting except the ink, in a fixed order.
 template <class Visit>
 void forEachField(Visit visit) {
     const auto all = [&](const auto& fields) {
@@ -122,7 +122,7 @@ struct NamedInk {
     const char* name;
     std::array<float, 3> color;
 };
-/// Palette of inks, the same in every front end.
+/// Palette of inks that every front end offers.
 constexpr NamedInk inkPalette[] = {
     {"blue", {0.30f, 0.70f, 1.00f}},  {"black", {0.25f, 0.25f, 0.28f}},
     {"red", {1.00f, 0.35f, 0.35f}},   {"orange", {1.00f, 0.60f, 0.20f}},
@@ -130,27 +130,28 @@ constexpr NamedInk inkPalette[] = {
     {"sepia", {0.80f, 0.55f, 0.30f}}, {"rose", {1.00f, 0.50f, 0.75f}},
 };
 
-/// Returns the water settings whose waves have the speed and the damping of the settings. They depend on the grid: fast
-/// waves on a fine grid need more steps per second.
+/// Returns water settings that give waves the speed and damping in `settings`. A fine grid with fast waves needs more
+/// simulation steps per second.
 hostkit::WaterSettings waterOf(const Settings& settings);
 
-/// Returns options for a host with these settings and this screen size in pixels. The caller adds backgrounds and
-/// context.
+/// Returns options for a host with these settings and this screen size in pixels. The caller adds backgrounds and the
+/// GL context.
 hostkit::EffectHostOptions hostOptions(const Settings& settings, int width, int height);
 
-/// Applies the settings to a running host. Ink and background are left out, because they are events of a frame.
-/// `waterOnly` is left out, because it needs a new host. `cellsPerVertex` is the detail of the mesh.
+/// Applies the settings to a running host. Leaves out ink and background, which are applied as actions of a frame, and
+/// `waterOnly`, which needs a new host. `cellsPerVertex` is the detail of the mesh.
 void applySettings(const Settings& settings, int cellsPerVertex, hostkit::EffectHost& host);
 
-/// Returns actions that bring ink and background of the host up to date with the settings. Empty if nothing differs.
+/// Returns the actions that make the host's ink and background equal to those in the settings. Empty if they are equal
+/// already.
 std::vector<hostkit::ScriptAction> inkAndBackgroundChanges(const Settings& settings,
                                                            const hostkit::EffectSettings& effect);
 
-/// Updates the settings after an action that sets the ink or the background.
+/// Updates the settings if the action sets the ink or the background.
 void applyAction(Settings& settings, const hostkit::ScriptAction& action);
 
 /// Returns actions that bring the library to a known state. The library remembers speed, position and direction of the
-/// last gesture. These actions replace them with an invisible gesture outside the screen, and set ink and background.
+/// last gesture. The actions overwrite them with an invisible gesture outside the screen, then set ink and background.
 std::vector<hostkit::ScriptAction> gestureResetActions(const Settings& settings);
 
 }  // namespace app

@@ -5,9 +5,9 @@
 namespace app {
 namespace {
 
-/// Maximum time between two changes of a dragged slider.
+/// Maximum time between two changes of a slider that count as one drag.
 constexpr auto maxDragPause = std::chrono::seconds(1);
-/// Maximum number of steps that can be undone.
+/// Maximum number of steps that the user can undo.
 constexpr std::size_t maxSteps = 200;
 
 }  // namespace

@@ -10,17 +10,17 @@
 
 namespace app {
 
-/// Earlier settings of the user, for undo and redo.
+/// Earlier settings, for undo and redo by the user.
 class SettingsHistory {
 public:
     explicit SettingsHistory(const Settings& initial) : states{initial} {}
 
-    /// Notes the settings in force. A change is one step. Quick changes of the same setting, such as those of a dragged
-    /// slider, are one step together. A change after an undo discards the steps that could be redone.
+    /// Adds the current settings to the history if they have changed. Quick changes of the same setting, for example by
+    /// a dragged slider, count as one step. A change after an undo discards the steps that could be redone.
     void note(const Settings& settings, Clock::time_point now);
-    /// Returns the settings before the last step, or nothing if there is none. The caller applies them.
+    /// Returns the settings before the last step, or nothing if there is no such step. The caller applies them.
     std::optional<Settings> undo();
-    /// Returns the settings after the step that was undone last, or nothing if there is none.
+    /// Returns the settings after the step that was last undone, or nothing if there is no such step.
     std::optional<Settings> redo();
 
 private:
@@ -31,9 +31,9 @@ private:
 
     /// Settings after each step, oldest first.
     std::vector<Settings> states;
-    /// Index of the settings in force.
+    /// Index of the current settings in `states`.
     std::size_t current = 0;
-    /// Settings that the last step changed. None after an undo or a redo, so that the next change is a new step.
+    /// Settings that the last step changed. Empty after an undo or a redo, so that the next change starts a new step.
     Changes lastChanges;
     Clock::time_point lastTime{};
 };

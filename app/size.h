@@ -11,8 +11,8 @@ struct Size {
     bool operator==(const Size&) const = default;
 };
 
-/// Time without a change of size before the effect restarts in the new size. A window that the user resizes changes its
-/// size many times.
+/// Time for which the size must stay the same before the effect restarts in the new size. A window changes its size
+/// many times while the user resizes it.
 constexpr std::chrono::milliseconds resizeDelay(150);
 
 }  // namespace app

@@ -5,23 +5,23 @@
 namespace app {
 namespace {
 
-/// Maximum length of a line in bytes.
+/// Maximum length of a printed line in bytes.
 constexpr std::size_t maxLineLength = 400;
-/// Maximum length of a word in bytes.
+/// Maximum length of a quoted word in bytes.
 constexpr std::size_t maxWordLength = 40;
-/// Mark in place of removed text.
+/// Mark that replaces removed text.
 constexpr std::string_view ellipsis = "...";
 
 bool isControl(unsigned char character) {
     return character < 0x20 || character == 0x7F;
 }
 
-/// Returns true if a byte continues a UTF-8 character, so that a cut before it would split the character.
+/// Returns true if a byte is inside a UTF-8 character. A cut before such a byte would split the character.
 bool continuesCharacter(char byte) {
     return (static_cast<unsigned char>(byte) & 0xC0) == 0x80;
 }
 
-/// Returns the first `max` bytes or fewer, without splitting a character.
+/// Returns the start of a text, at most `max` bytes, without splitting a character.
 std::string_view head(std::string_view text, std::size_t max) {
     while (max > 0 && max < text.size() && continuesCharacter(text[max])) {
         --max;
@@ -29,7 +29,7 @@ std::string_view head(std::string_view text, std::size_t max) {
     return text.substr(0, max);
 }
 
-/// Returns the last `max` bytes or fewer, without splitting a character.
+/// Returns the end of a text, at most `max` bytes, without splitting a character.
 std::string_view tail(std::string_view text, std::size_t max) {
     std::size_t from = text.size() - max;
     while (from < text.size() && continuesCharacter(text[from])) {
@@ -38,7 +38,7 @@ std::string_view tail(std::string_view text, std::size_t max) {
     return text.substr(from);
 }
 
-/// Replaces control characters with spaces, including U+0080 to U+009F, which have two bytes in UTF-8.
+/// Replaces control characters with spaces. This includes U+0080 to U+009F, which have two bytes in UTF-8.
 std::string withoutControls(std::string_view text) {
     std::string shown;
     for (std::size_t at = 0; at < text.size(); ++at) {

@@ -5,11 +5,11 @@
 
 namespace app {
 
-/// Returns the text as one line that is safe to print. Replaces control characters with spaces, because text from a
-/// file may contain any bytes. Cuts out the middle of a text of more than 400 bytes.
+/// Returns a text as one line that is safe to print. Replaces control characters with spaces, because text from a file
+/// may contain any bytes. If the text has more than 400 bytes, cuts out its middle.
 std::string oneLine(std::string_view text);
 
-/// Returns a word in single quotes, shortened as by `shortened`.
+/// Returns a word in single quotes, shortened by `shortened`.
 std::string inQuotes(std::string_view word);
 
 /// Returns the first 40 bytes of a text, followed by "..." if there are more. Replaces control characters with spaces.

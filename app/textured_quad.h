@@ -6,11 +6,12 @@
 
 namespace app {
 
-/// Draws a texture over the whole screen with a fragment shader. Belongs to the GL context that was current at
-/// construction. Callers hold a GlStateGuard.
+/// Draws a texture over the whole screen with a given fragment shader. The object belongs to the GL context that was
+/// current at construction. Hold a GlStateGuard while you use it.
 class TexturedQuad {
 public:
-    /// Builds the program. The shader reads the texture `sTexture` at the coordinates `vTexture`. Throws HostError.
+    /// Builds the program. The fragment shader reads the texture `sTexture` at the coordinates `vTexture`. Throws
+    /// HostError if the shader does not compile or link.
     explicit TexturedQuad(const char* fragmentText);
     ~TexturedQuad();
     TexturedQuad(const TexturedQuad&) = delete;

@@ -37,7 +37,7 @@ Failure cannotWrite(const fs::path& file, int error) {
     return desktop::cannotWrite(file, std::error_code(error, std::generic_category()));
 }
 
-/// Repeats a system call that a signal interrupted. Returns -1 if the signal ends the program.
+/// Calls a system function again if a signal interrupted it. If the signal asks the program to end, returns -1.
 template <class Call>
 auto retryInterrupted(Call call) {
     auto result = call();

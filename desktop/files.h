@@ -6,15 +6,15 @@
 
 namespace desktop {
 
-/// Reads all bytes of a file, a pipe or a device, at most 512 MB. An ending signal also ends the wait for a pipe.
-/// Throws Failure. `kind` names the file's kind in the message, for example "image".
+/// Reads a whole file, pipe or device of at most 512 MB. A signal that ends the program also ends the wait for a pipe.
+/// Throws Failure. `kind` is the kind of file for the message, for example "image".
 std::string readWhole(const std::filesystem::path& file, const std::string& kind);
 
-/// Writes a file in one atomic step and replaces an older file. Throws Failure.
+/// Writes a file in one atomic step. Replaces an older file. Throws Failure.
 void writeWhole(const std::filesystem::path& file, std::string_view bytes);
 
-/// Creates an empty file and thereby reserves its name. Returns false if the file exists already.
-/// Throws Failure on any other error.
+/// Creates an empty file to reserve its name. Returns false if the file exists already. Throws Failure on any other
+/// error.
 bool createFile(const std::filesystem::path& file);
 
 }  // namespace desktop

@@ -23,11 +23,12 @@ using hostkit::Image;
 
 namespace {
 
-// Decoded at 4 bytes per pixel: 400 MB. Larger than any camera image, smaller than the memory of most machines.
+// Maximum number of pixels of an image: 400 MB when decoded at 4 bytes per pixel. No camera takes larger images, and
+// most machines have that much memory.
 constexpr std::int64_t maxPixels = 100'000'000;
-/// Longest side of a loaded image, in pixels: the longest side of a screen.
+/// Longest side of a loaded image in pixels. Larger images are scaled down, because screens are not larger.
 constexpr int maxImageSide = 4096;
-/// Side of a painting in pixels. A screen shows a part of it.
+/// Width and height of a generated painting in pixels. A screen shows a part of the painting.
 constexpr int paintingSide = 1600;
 
 struct Unref {
@@ -35,15 +36,16 @@ struct Unref {
 };
 using PixbufPointer = std::unique_ptr<GdkPixbuf, Unref>;
 
-/// Returns a view of `image`. The image must outlive the view.
+/// Returns a GdkPixbuf that shares the pixels of `image`. The image must outlive it.
 PixbufPointer pixbufOf(const Image& image) {
-    // GdkPixbuf has no read-only view. Callers write only through views of non-const images.
+    // GdkPixbuf has no read-only variant, so the const must be cast away. Callers write through the result only if
+    // their image is not const.
     auto* rows = const_cast<std::uint8_t*>(image.rgba.data());
     return PixbufPointer(gdk_pixbuf_new_from_data(rows, GDK_COLORSPACE_RGB, TRUE, 8, image.width,
                                                   image.height, 4 * image.width, nullptr, nullptr));
 }
 
-/// Returns the message of an error and frees the error.
+/// Returns the message of a GError and frees the GError.
 std::string messageOf(GError* error) {
     std::string message = error != nullptr ? error->message : "unknown error";
     g_clear_error(&error);
@@ -56,7 +58,7 @@ struct StoredSize {
     bool tooLarge() const { return std::int64_t{width} * height > maxPixels; }
 };
 
-/// Decodes an image. Stops before it allocates memory for an image that is too large.
+/// Decodes an image. Stops before memory is allocated for an image that is too large.
 class Loader {
 public:
     Loader() : loader(gdk_pixbuf_loader_new()) {
@@ -66,7 +68,8 @@ public:
     Loader(const Loader&) = delete;
     Loader& operator=(const Loader&) = delete;
 
-    /// Returns the image, or its readable part. Returns null and sets `reason` if no part is readable.
+    /// Returns the image or, if the data is damaged, its readable part. Returns null and sets `reason` if no part is
+    /// readable.
     PixbufPointer read(const std::string& bytes, std::string& reason) {
         const auto* data = reinterpret_cast<const guchar*>(bytes.data());
         GError* error = nullptr;
@@ -94,8 +97,8 @@ private:
     StoredSize stored;
 };
 
-/// Returns true if the end of the file is missing. The decoders fill the missing part with grey or black and report
-/// no error.
+/// Returns true if the end of the file is missing. The decoders report no error in this case and fill the missing part
+/// with grey or black.
 bool isCutOff(std::string_view bytes) {
     if (bytes.starts_with("\xFF\xD8")) {  // JPEG: the end marker after the last scan
         const std::size_t scan = bytes.rfind("\xFF\xDA");
@@ -115,7 +118,7 @@ bool isCutOff(std::string_view bytes) {
     return false;
 }
 
-/// Decodes a file and applies the orientation in its metadata.
+/// Decodes an image file and applies the orientation that its metadata gives.
 PixbufPointer decode(const std::filesystem::path& file) {
     const std::string bytes = readWhole(file, "image");
     Loader loader;
@@ -220,7 +223,7 @@ void save(const Image& image, const std::filesystem::path& file, const char* for
 }  // namespace
 
 void savePng(const Image& image, const std::filesystem::path& file) {
-    // Higher levels take ten times as long and barely make a photograph smaller.
+    // Use compression level 1. Higher levels take ten times as long and make a photograph hardly smaller.
     save(image, file, "png", "compression", "1");
 }
 

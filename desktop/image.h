@@ -8,28 +8,28 @@
 
 namespace desktop {
 
-/// Loads an image file (PNG, JPEG, WebP and GIF). Applies the orientation in its metadata and replaces transparency by
-/// black. Warns if the end of the file is missing and returns the readable part. If there is no such file and `file` is
-/// the name of a painting, returns the painting. Throws Failure.
+/// Loads an image file (PNG, JPEG, WebP or GIF). Applies the orientation in its metadata and replaces transparency by
+/// black. If the end of the file is missing, warns and returns the readable part. If the file does not exist and `file`
+/// is the name of a built-in painting, returns that painting. Throws Failure.
 hostkit::Image loadImage(const std::filesystem::path& file);
 
-/// Returns the image scaled to cover width x height, cropped around its centre.
+/// Scales an image so that it covers width x height and crops it around its centre.
 hostkit::Image covering(const hostkit::Image& image, int width, int height);
 
-/// Returns the image scaled to fit into width x height, with black bars at two sides.
+/// Scales an image so that it fits into width x height and adds black bars on two sides.
 hostkit::Image fitting(const hostkit::Image& image, int width, int height);
 
-/// Returns an opaque image of one grey level, 0 to 255.
+/// Returns an opaque image that is filled with one grey level, 0 to 255.
 hostkit::Image plainImage(int width, int height, std::uint8_t shade);
 
-/// Reads the frame on the screen of the current GL context. Sets its alpha to 255.
+/// Reads the pixels on the screen of the current GL context and sets their alpha to 255.
 hostkit::Image readFrame(app::Size screen);
 
-/// Draws `image` scaled to width x height into `target` with its top left corner at (x, y).
+/// Scales `image` to width x height and draws it into `target`. (x, y) is the position of its top left corner.
 void drawScaled(const hostkit::Image& image, hostkit::Image& target, int x, int y, int width,
                 int height);
 
-/// Saves an image. Writes the whole file or none. Throws Failure.
+/// Saves an image. Writes the complete file or, on an error, no file. Throws Failure.
 void saveJpeg(const hostkit::Image& image, const std::filesystem::path& file);
 void savePng(const hostkit::Image& image, const std::filesystem::path& file);
 

@@ -8,7 +8,8 @@ namespace {
 
 volatile std::sig_atomic_t interrupted = 0;
 
-/// Installs the handler of a signal. Keeps a signal ignored if the parent process ignores it, as nohup does.
+/// Installs the handler of a signal. If the parent process made the program ignore the signal, as nohup does, it stays
+/// ignored.
 void note(int number) {
     struct sigaction action {};
     sigaction(number, nullptr, &action);
@@ -17,7 +18,7 @@ void note(int number) {
     }
     action = {};
     action.sa_handler = [](int) { interrupted = 1; };
-    // SA_RESTART is not set, so the signal ends a blocking read of a pipe.
+    // Without SA_RESTART, the signal ends a blocking read from a pipe.
     sigaction(number, &action, nullptr);
 }
 

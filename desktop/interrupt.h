@@ -2,11 +2,11 @@
 
 namespace desktop {
 
-/// Replaces the default actions of signals. SIGINT, SIGTERM and SIGHUP only set a flag, so that files can be completed
-/// or removed. SIGPIPE and SIGXFSZ are ignored, so that the write fails instead of ending the program.
+/// Replaces the default actions of signals. SIGINT, SIGTERM and SIGHUP only set a flag, so that the program can finish
+/// or remove its files. SIGPIPE and SIGXFSZ are ignored, so that a write fails instead of ending the program.
 void handleSignals();
 
-/// Returns true after SIGINT, SIGTERM or SIGHUP.
+/// Returns true if SIGINT, SIGTERM or SIGHUP has arrived.
 bool isInterrupted();
 
 }  // namespace desktop

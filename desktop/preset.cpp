@@ -16,7 +16,7 @@ namespace {
 namespace fs = std::filesystem;
 using Json = nlohmann::ordered_json;
 
-/// Returns the shortest number that reads back as this float.
+/// Returns a JSON number with the fewest digits that still convert back to this float.
 Json written(float value) {
     return Json::parse(app::numberText(value));
 }

@@ -8,14 +8,14 @@
 
 namespace desktop {
 
-/// Loads settings from a JSON object with one member per setting. A missing member means the default.
-/// Throws Failure with the names of the file and the member.
+/// Loads settings from a preset file: a JSON object with one member per setting. Missing members have their default
+/// values. Throws Failure with the names of the file and the member.
 app::Settings loadPreset(const std::filesystem::path& file);
 
-/// Returns the settings in the text of a preset. `name` stands for the file in errors. Throws Failure.
+/// Parses the text of a preset. `name` is the file name for error messages. Throws Failure.
 app::Settings parsePreset(const std::string& text, const std::string& name);
 
-/// Saves settings as a preset. Writes the whole file or none. Throws Failure.
+/// Saves settings as a preset file. Writes the complete file or, on an error, no file. Throws Failure.
 void savePreset(const app::Settings& settings, const std::filesystem::path& file);
 
 struct NamedPreset {
@@ -23,12 +23,12 @@ struct NamedPreset {
     std::filesystem::path file;
 };
 
-/// Returns the preset's file with its display name: "calm pond" for calm_pond.json.
+/// Returns a preset with its display name, made from the file name: calm_pond.json becomes "calm pond".
 NamedPreset named(const std::filesystem::path& file);
 
-/// Side of a preset's square thumbnail, in pixels.
+/// Width and height of a preset's thumbnail in pixels.
 constexpr int thumbnailPixels = 128;
-/// Returns the file of a preset's thumbnail: its own name with the extension .jpg.
+/// Returns the file of a preset's thumbnail. It has the preset's name and the extension .jpg.
 std::filesystem::path thumbnailOf(const std::filesystem::path& preset);
 
 /// Returns the presets in a folder, sorted by name.

@@ -54,7 +54,7 @@ int main(int argc, char** argv) try {
     const bool inkShown = hostkit::native::getClearInkValue(host.jni().env(), nullptr) != 0;
     std::cout << "Velmora " VELMORA_VERSION ": " << changed << " of " << width * height
               << " pixels changed, ink " << (inkShown ? "shown" : "hidden") << '\n';
-    // The ink darkens the centre of the image. It does not reach the corner, so the corner keeps its colour.
+    // The ink must darken the centre of the image and leave the corner unchanged.
     const std::size_t centre = std::size_t{4} * (height / 2 * width + width / 2);
     const bool drawn = stirred[centre] < idle[centre] && stirred[0] == idle[0];
     return inkShown && drawn ? 0 : 1;

@@ -9,7 +9,7 @@
 
 namespace hostkit {
 
-/// 64-bit FNV-1a digest of a sequence of bytes.
+/// A 64-bit FNV-1a digest of a byte sequence.
 struct Digest {
     /// Digest of the bytes added so far. The initial value is the FNV offset basis.
     std::uint64_t state = 0xCBF29CE484222325;

@@ -22,18 +22,19 @@ constexpr int backgroundSlot = 1;
 constexpr int secondBackgroundSlot = 2;
 /// Names of the three texture slots, for error messages.
 constexpr const char* textureNames[] = {"reflection map", "background", "second background"};
-/// Maximum distance in cells between the ripples of one finger movement; a ripple has the radius `coneRadius`. A longer
-/// movement raises several ripples, so that a fast finger leaves a furrow instead of separate rings.
+/// Maximum distance in cells between the ripples of one finger movement. A longer movement raises several ripples, so
+/// that a fast finger leaves a furrow instead of separate rings. Each ripple has the radius `coneRadius`.
 constexpr double rippleSpacing = 2.0;
-/// Maximum number of ripples of one finger movement. Limits the cost of positions far outside the screen.
+/// Maximum number of ripples of one finger movement. Without this limit, a position far outside the screen would cost
+/// too much time.
 constexpr double maxRipplesPerMove = 64.0;
 
 jint toPixel(double position) {
     return static_cast<jint>(std::lround(std::clamp(position, -1e9, 1e9)));
 }
 
-/// Fills a column-major matrix that maps mesh coordinates to clip space and enlarges the mesh by `meshOverhang`. Both
-/// spaces have their origin at the centre and y up.
+/// Fills the model-view-projection matrix, column-major. It maps mesh coordinates to clip space and enlarges the mesh
+/// by `meshOverhang`. In both spaces, the origin is the centre and y points up.
 void fillMvp(std::span<float> matrix, const WaterDriver& water) {
     std::fill(matrix.begin(), matrix.end(), 0.0f);
     matrix[0] = 2.0f * meshOverhang / static_cast<float>(water.meshSizeWidth);
@@ -42,7 +43,7 @@ void fillMvp(std::span<float> matrix, const WaterDriver& water) {
     matrix[15] = 1.0f;
 }
 
-/// Combines lambdas into one visitor for std::visit.
+/// Combines several lambdas into one visitor for std::visit.
 template <class... Cases>
 struct Overloaded : Cases... {
     using Cases::operator()...;

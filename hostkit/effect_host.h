@@ -18,30 +18,32 @@
 
 namespace hostkit {
 
-/// Settings of the image, which onDrawFrame receives in each frame, and strengths of the ripples of a touch.
+/// Settings of the drawing, which the host passes to onDrawFrame in each frame, and strengths of the ripples of a
+/// touch.
 struct EffectSettings {
-    /// Refractive index: 1 is no refraction, 1.33 is water.
+    /// Refractive index: 1 means no refraction, 1.33 is the index of water.
     float refractiveIndex = 1.33f;
-    /// Weight of the reflection on waves, multiplied by `alphaRatio1Scale`; 0 turns the reflection off.
+    /// Strength of the reflection on waves; 0 turns it off. The library multiplies it by `alphaRatio1Scale`.
     float alpha = 1.0f;
-    /// Second factor of the reflection's weight.
+    /// Factor of `alpha`.
     float alphaRatio1Scale = 0.1f;
-    /// Passed to the library, which does not use it.
+    /// Argument of onDrawFrame that the library does not use.
     float alphaRatio2Scale = 1.0f;
-    /// Extra reflection on slopes that face the light, which is at the lower right; 0 turns it off.
+    /// Strength of the extra reflection on slopes that face the light; 0 turns it off. The light is at the lower right.
     float fresnelRatio = 0.8f;
-    /// Peak of the highlight, as a factor of the reflection. Clamped to [1, 4.5] in a frame with ink, else to [1, 5.5].
+    /// Brightness factor of the reflection at the peak of the highlight. Clamped to [1, 4.5] in a frame with ink, else
+    /// to [1, 5.5].
     float specularRatio = 3.0f;
-    /// Sharpness of the highlight: 1 is broad, 24 is narrow.
+    /// Sharpness of the highlight: 1 gives a broad highlight, 24 a narrow one.
     float exponent = 24.0f;
     /// Ink colour, 0 to 1 per channel. A new stroke recolours all visible ink. Dense ink transmits 1/2 of the light in
-    /// a channel of value 1, 1/9 at value 0.3, and 1/75 at value 0, which looks black.
+    /// a channel of value 1, 1/9 at value 0.3, and 1/75 at value 0. So a channel of value 0 looks black.
     InkColor ink = {0.3f, 0.7f, 1.0f};
     /// Background to draw: false for the first, true for the second.
     bool useSecondBackground = false;
-    /// Strength of the ripple of a touch-down: a third of its peak height.
+    /// Strength of the ripple of a touch-down event. The height of the ripple is three times its strength.
     float downRipple = 2.4f;
-    /// Strength of each ripple of a move: a third of its peak height.
+    /// Strength of each ripple of a finger movement. The height of the ripple is three times its strength.
     float moveRipple = 0.4f;
 };
 
@@ -51,7 +53,7 @@ struct EffectHostOptions {
     int width = 1080;
     /// Screen height in pixels.
     int height = 1920;
-    /// True for water and ink. False for water only: the solver and the ink passes do not run.
+    /// True for water and ink, false for water only. Without ink, the solver and the ink passes do not run.
     bool inkEnabled = true;
     /// Reflection map. If empty, the host uses makeReflectionMap.
     Image reflectionMap = {};
@@ -63,19 +65,20 @@ struct EffectHostOptions {
     EffectSettings effect = {};
     /// Initial settings of the water.
     WaterSettings water = {};
-    /// Environment that creates the arrays. It must outlive the host. If null, the host creates an environment.
+    /// Environment that creates the JNI arrays. It must outlive the host. If null, the host creates an environment of
+    /// its own.
     JniEnvironment* jni = nullptr;
-    /// Function that destroys the GL context and all its objects, creates a new context and makes it current. A host
-    /// with a window supplies this function, and a context must be current when the host is constructed. If empty, the
-    /// host creates an off-screen context and replaces it itself.
+    /// Function that destroys the GL context, creates a new context and makes it current. A host with a window supplies
+    /// this function; a context must then be current when the host is constructed. If empty, the host uses an
+    /// off-screen context and replaces it itself.
     std::function<void()> renewContext = {};
 };
 
-/// Duration of a frame of a display with 60 frames per second.
+/// Duration of one frame at 60 frames per second.
 constexpr std::chrono::nanoseconds displayedFrame(16'666'667);
 
 /// A host of the library that needs no window and no JVM. It makes the native calls in the required order. The library
-/// has one global state, so use one host at a time. Call all functions on one thread, on which the GL context is
+/// has one global state, so use one host at a time. Call all functions on the thread on which the GL context is
 /// current. Call `draw` 60 times per second, because the ink advances by one step per frame.
 class EffectHost {
 public:
@@ -84,7 +87,7 @@ public:
     /// @param options options of the host
     explicit EffectHost(EffectHostOptions options);
 
-    /// Runs and draws one frame: calls `step`, then `draw`.
+    /// Advances the effect by one frame and draws it: calls `step`, then `draw`.
     /// @param events events to apply, in order
     /// @param elapsed time by which the water advances
     void frame(std::span<const ScriptEvent> events = {},
@@ -98,23 +101,23 @@ public:
     /// Advances the ink by one frame and draws the effect into the default framebuffer.
     void draw();
 
-    /// Reads the default framebuffer.
+    /// Reads the pixels of the default framebuffer.
     /// @return 4 * width * height bytes: RGBA, rows from top to bottom
     std::vector<std::uint8_t> pixels() const { return readScreen(options.width, options.height); }
 
-    /// Passes one touch event to the ink, and raises ripples in the water.
+    /// Passes a touch event to the library, which draws ink, and raises ripples in the water.
     /// @param touch event in pixels of the screen, y down
     void touch(const Touch& touch);
     /// Removes the ink and ends the gesture.
     void clearInk();
     /// Tells whether the library shows ink.
-    /// @return false from a cancel event or clearInk until the next event of another kind
+    /// @return false after a cancel event or clearInk, until a down, move or up event
     bool inkShown();
-    /// Replaces the GL context and creates the GL objects anew. The ink is lost. Throws HostError on failure.
+    /// Replaces the GL context and creates all GL objects again. The ink is lost. Throws HostError on failure.
     void loseContext();
-    /// Replaces the backgrounds. Throws HostError if the library rejects an image.
-    /// @param background first background; if empty, makeTestImage makes it
-    /// @param secondBackground second background; if empty, makeTestImage makes it
+    /// Replaces both backgrounds. Throws HostError if the library rejects an image.
+    /// @param background first background; if empty, makeTestImage supplies it
+    /// @param secondBackground second background; if empty, makeTestImage supplies it
     void setBackgrounds(Image background, Image secondBackground);
     /// Replaces the first background. Throws HostError if the library rejects the image.
     /// @param background first background; not empty
@@ -123,23 +126,22 @@ public:
     /// @param settings new settings of the water
     void replaceWater(WaterSettings settings);
 
-    /// Returns the settings of the image, which the caller may change. A change takes effect in the next frame.
+    /// Returns the drawing settings. The caller may change them; a change takes effect in the next frame.
     /// @return the settings
     EffectSettings& effectSettings() { return options.effect; }
-    /// Returns the settings that determine how the water is drawn.
+    /// Returns the drawing settings.
     /// @return the settings
     const EffectSettings& effectSettings() const { return options.effect; }
-    /// Returns the water, which the caller may change. Use replaceWater to change the grid or the mesh.
-    /// @return the water; its address stays the same
+    /// Returns the water. The caller may change its waves; replaceWater changes the grid or the mesh.
+    /// @return the water; its address never changes
     WaterDriver& water() { return *waterDriver; }
     /// Returns the water.
-    /// @return the water; its address stays the same
+    /// @return the water; its address never changes
     const WaterDriver& water() const { return *waterDriver; }
-    /// Returns the environment that owns the arrays.
+    /// Returns the environment that owns the JNI arrays.
     /// @return the environment
     JniEnvironment& jni() { return environment; }
-    /// Returns the off-screen context. Must not be called if `renewContext` is set, because there is no such context
-    /// then.
+    /// Returns the off-screen context. There is none if `renewContext` is set; the function must not be called then.
     /// @return the context
     const GlContext& gl() const { return *context; }
     /// Returns the screen width.

@@ -18,11 +18,11 @@ namespace {
 
 constexpr std::array<const char*, 4> actionNames = {"down", "up", "move", "cancel"};
 constexpr int framesAfterLastEvent = 60;
-/// Upper limit of sizes, positions and frame numbers. It is larger than any screen or gesture, and so small that no
-/// computation with it overflows.
+/// Largest size, position and frame number in a script. It is far larger than any screen, and small enough that no
+/// computation overflows.
 constexpr int maxNumber = 1'000'000;
 constexpr float maxPressure = 1e6f;
-/// Number of bytes of an invalid word that an error message quotes at most.
+/// Maximum number of bytes of an invalid word that an error message quotes.
 constexpr std::size_t maxQuotedLength = 40;
 
 /// Reads the words of one line from left to right. Holds the file name and the line number for error messages.
@@ -89,8 +89,8 @@ bool onOrOff(LineReader& line) {
     return found == "on";
 }
 
-/// Parses the rest of a line after the frame number. C++ evaluates initializers in braces from left to right, which is
-/// also the order of the words on the line.
+/// Parses the words after the frame number. The initializers in braces read the words in line order, because C++
+/// evaluates such initializers from left to right.
 ScriptAction parseAction(LineReader& line) {
     const std::string_view name = line.word();
     if (const auto action = touchActionOf(name)) {
@@ -113,7 +113,7 @@ ScriptAction parseAction(LineReader& line) {
     line.fail("down, move, up, cancel, ink, second, clear or lose-context", name);
 }
 
-/// Parses a header line. Returns false if the line is not a header.
+/// Parses a header line, which sets the screen size or the number of frames. Returns false if the line is not a header.
 bool parseHeader(LineReader& line, GestureScript& script, bool& framesGiven) {
     LineReader header = line;
     const std::string_view name = header.word();
@@ -141,7 +141,7 @@ void parseEvent(LineReader& line, GestureScript& script) {
     line.end();
 }
 
-/// Appends each number to the text, with a space before it.
+/// Appends numbers to a text, with a space before each.
 template <class... Numbers>
 void append(std::string& text, Numbers... numbers) {
     const auto appendNumber = [&](auto value) {

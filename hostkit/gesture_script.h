@@ -40,15 +40,15 @@ enum class TouchAction {
 struct Touch {
     /// Kind of the event.
     TouchAction action;
-    /// Position in pixels from the left edge of the screen.
+    /// Distance from the left edge of the screen in pixels.
     double x;
-    /// Position in pixels from the top edge of the screen, y down.
+    /// Distance from the top edge of the screen in pixels.
     double y;
-    /// Pressure, at least 0; 1 is a firm touch.
+    /// Pressure of the finger, at least 0; a firm touch has 1.
     float pressure;
     bool operator==(const Touch&) const = default;
 };
-/// Sets the ink colour. Each channel is from 0 to 1.
+/// An action of a script that sets the ink colour. Each channel is from 0 to 1.
 struct InkColor {
     /// Red, 0 to 1.
     float red;
@@ -77,7 +77,7 @@ using ScriptAction = std::variant<Touch, InkColor, SecondBackground, ClearInk, L
 
 /// An action and the frame at which it happens.
 struct ScriptEvent {
-    /// Frame before which the action is applied, from 0.
+    /// Number of the frame before which the action is applied. The first frame is 0.
     int frame;
     /// The action.
     ScriptAction action;
@@ -86,13 +86,13 @@ struct ScriptEvent {
 
 /// A gesture script in memory.
 struct GestureScript {
-    /// Screen width in pixels to which the positions refer.
+    /// Width in pixels of the screen to which the positions refer.
     int screenWidth = 1080;
-    /// Screen height in pixels to which the positions refer.
+    /// Height in pixels of the screen to which the positions refer.
     int screenHeight = 1920;
     /// Number of frames to play, at least 1.
     int frames = 60;
-    /// Events in the order of their frames.
+    /// Events, sorted by frame number.
     std::vector<ScriptEvent> events;
     bool operator==(const GestureScript&) const = default;
 };
@@ -108,7 +108,8 @@ GestureScript parseGestureScript(std::string_view text, const std::string& fileN
 /// @return the line; it does not end with a line break
 std::string writeScriptEvent(const ScriptEvent& event);
 
-/// Writes a script as text. parseGestureScript reads this text back as an equal script. Comments are lost.
+/// Writes a script as text. parseGestureScript converts the text back to an equal script. Comments of the original text
+/// are lost.
 /// @param script script to write
 /// @return the text
 std::string writeGestureScript(const GestureScript& script);
@@ -119,7 +120,7 @@ std::string writeGestureScript(const GestureScript& script);
 GestureScript loadGestureScript(const std::filesystem::path& file);
 
 /// Returns the events of one frame.
-/// @param script script that owns the events
+/// @param script script that contains the events
 /// @param frame frame number, from 0
 /// @return the events in order; valid until the script changes
 std::span<const ScriptEvent> eventsOfFrame(const GestureScript& script, int frame);

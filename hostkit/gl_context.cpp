@@ -20,10 +20,11 @@ namespace {
                     " failed with EGL error " + code + "; check that Mesa is installed");
 }
 
-/// Returns the initialized display. The display is kept until the program ends, so that contexts can come and go.
+/// Returns the EGL display, which the first call initializes. The display exists until the program ends, so contexts
+/// can be created and destroyed at any time.
 EGLDisplay softwareDisplay() {
     static const EGLDisplay display = [] {
-        // The software rasteriser draws the same pixels on every machine, whether it has a graphics card or not.
+        // The software rasteriser draws the same pixels on every machine, even if a graphics card is present.
         setenv("LIBGL_ALWAYS_SOFTWARE", "1", 0);
         askForFineFiltering();
         return eglGetPlatformDisplay(EGL_PLATFORM_SURFACELESS_MESA, nullptr, nullptr);
@@ -62,15 +63,15 @@ EGLConfig chooseConfig(EGLDisplay display) {
 }  // namespace
 
 void askForFineFiltering() {
-    // The ink is filtered hundreds of times while it flows. By default the rasteriser filters with 8 bits, which makes
-    // thin ink grainy.
+    // By default the rasteriser filters textures with 8 bits. Ink is filtered hundreds of times while it flows, so thin
+    // ink would look grainy.
     setenv("GALLIVM_PERF", "no_aos_sampling", 0);
 }
 
 GlContext::GlContext(void* onDisplay, int width, int height)
     : display(onDisplay), surfaceWidth(width), surfaceHeight(height) {}
 
-// Delegates to the private constructor: if a call below throws, C++ then runs the destructor.
+// Delegates to the private constructor, because C++ then runs the destructor if the body below throws.
 GlContext::GlContext(int width, int height) : GlContext(softwareDisplay(), width, height) {
     const EGLConfig config = chooseConfig(display);
     const EGLint size[] = {EGL_WIDTH, width, EGL_HEIGHT, height, EGL_NONE};

@@ -7,13 +7,13 @@
 
 namespace hostkit {
 
-/// Makes Mesa's software rasteriser filter textures with more than 8 bits. The ink needs this precision, because it
-/// keeps each value in two channels, a coarse and a fine one. Sets an environment variable, so it must be called before
-/// the process creates its first GL context and before other threads start. GlContext calls this function.
+/// Makes Mesa's software rasteriser filter textures with more than 8 bits. The ink needs this precision, because each
+/// density is split over a coarse and a fine colour channel. Sets an environment variable, so call it before the
+/// process creates a GL context or starts a thread. GlContext calls this function itself.
 void askForFineFiltering();
 
-/// An OpenGL ES 2.0 context with an off-screen RGBA8888 surface as its default framebuffer. It runs on Mesa's software
-/// rasteriser and needs no display. A program can have several contexts; each is current on at most one thread.
+/// An OpenGL ES 2.0 context with an off-screen RGBA8888 surface as its default framebuffer. It uses Mesa's software
+/// rasteriser and needs no display server. A program may have several contexts; each is current on at most one thread.
 class GlContext {
 public:
     /// Creates a context and makes it current on the calling thread. Throws HostError if EGL or Mesa fails.
@@ -22,8 +22,8 @@ public:
     GlContext(int width, int height);
     /// Destroys the context and its GL objects.
     ~GlContext();
-    /// Moves the context to a new object. If it was current, it stays current.
-    /// @param other source, which then has no context
+    /// Moves a context into a new object. A context that is current stays current.
+    /// @param other object to move from; it has no context afterwards
     GlContext(GlContext&& other) noexcept;
     /// Swaps the two contexts.
     /// @param other the other context
@@ -40,7 +40,7 @@ public:
     /// @return height in pixels
     int height() const { return surfaceHeight; }
 
-    /// Reads the default framebuffer. The context must be current.
+    /// Reads the pixels of the default framebuffer. The context must be current.
     /// @return 4 * width * height bytes: RGBA, rows from top to bottom
     std::vector<std::uint8_t> readPixels() const { return readScreen(surfaceWidth, surfaceHeight); }
 

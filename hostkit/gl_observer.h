@@ -7,12 +7,13 @@
 
 namespace hostkit {
 
-/// Hooks around the GL calls of the library. They run on the thread that makes the calls.
+/// Hooks that observe the library's GL calls. They run on the thread that makes the calls.
 struct GlObserver {
-    /// Hook that runs in each observed call, before the real function. GL calls of this hook run no hooks.
+    /// Hook that runs at the start of each observed call, before the real GL function. GL calls that the hook makes run
+    /// no hooks.
     std::function<void(const char* function)> inside;
-    /// Hook that receives the data of each glTexImage2D call that passes data. `bytes` is RGBA8 and valid only during
-    /// the hook.
+    /// Hook that receives the data of each texture upload with glTexImage2D. `bytes` is RGBA8 and valid only during the
+    /// hook.
     std::function<void(int width, int height, std::span<const std::uint8_t> bytes)> textureUpload;
 
     /// Runs the hook `inside`, if there is one.
@@ -34,8 +35,9 @@ struct GlObserver {
     }
 };
 
-/// Returns the observer of the program. A program that calls this function must define it. It must also define the GL
-/// functions to observe, at least glDrawElements and glTexImage2D. The library then calls the functions of the program.
+/// Returns the program's observer. A program that calls this function must define it. The program must also define the
+/// GL functions that it wants to observe, at least glDrawElements and glTexImage2D. The library then calls the
+/// program's definitions.
 /// @return the observer
 GlObserver& sharedGlObserver();
 

@@ -11,7 +11,7 @@ namespace {
 
 using Color = std::array<double, 3>;
 
-/// Draws an image. `colorAt` returns the colour at (u, v), where (0, 0) is the top left and (1, 1) the bottom right
+/// Computes an image. `colorAt` returns the colour at (u, v). (0, 0) is the top left corner and (1, 1) the bottom right
 /// corner.
 template <class ColorAt>
 Image paint(int width, int height, ColorAt colorAt) {
@@ -37,8 +37,8 @@ Color mix(const Color& from, const Color& to, double weight) {
     return mixed;
 }
 
-/// Returns the brightness, from 0 to 1, of caustic light: the bright lines that waves cast on the floor of a pool. It
-/// is high where the folds of a distorted pattern are close together.
+/// Returns the brightness of caustic light, 0 to 1. Caustics are the bright lines that waves cast on the floor of a
+/// pool. The light is bright where the folds of a distorted pattern are close together.
 double caustic(double u, double v) {
     double x = u;
     double y = v;

@@ -14,17 +14,17 @@ struct Image {
     /// 4 * width * height bytes: red, green, blue, alpha. Rows go from top to bottom and have no padding.
     std::vector<std::uint8_t> rgba;
 
-    /// Tells whether the image has no pixels.
-    /// @return true if the image has no pixels
+    /// Tells whether the image is empty.
+    /// @return true if it has no pixels
     bool empty() const { return rgba.empty(); }
 };
 
-/// Computes the default reflection map: a soft sky with caustic light, like the light on the floor of a pool.
+/// Computes the default reflection map: a soft sky with light lines like those on the floor of a pool.
 /// @param size width and height in pixels
 /// @return a square image
 Image makeReflectionMap(int size = 256);
 
-/// Computes a checkerboard that gets redder to the right and greener downwards. Its colours show the orientation.
+/// Computes a checkerboard that becomes redder to the right and greener downwards, so its colours show the orientation.
 /// @param width width in pixels
 /// @param height height in pixels
 /// @return an image of that size

@@ -13,7 +13,7 @@ std::span<Element> viewOf(std::byte* content, std::size_t bytes) {
 
 }  // namespace
 
-/// The JNIEnv that the library receives. Its functions find their JniEnvironment through `owner`.
+/// The JNIEnv that is passed to the library. Its functions find their JniEnvironment through `owner`.
 struct JniEnvironment::Environment : JNIEnv {
     JniEnvironment& owner;
     JniTable table{};

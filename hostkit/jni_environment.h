@@ -10,14 +10,14 @@
 
 namespace hostkit {
 
-/// Type of the table of JNI functions. A JDK and Android give this type different names.
+/// Type of the table of JNI functions. JDK and Android headers name this type differently.
 using JniTable = std::remove_cvref_t<decltype(*JNIEnv::functions)>;
 
-/// A JNIEnv for a host that has no JVM. It supports only the four array functions that the library calls. It owns the
-/// arrays. Use it on one thread at a time.
+/// A JNIEnv for a host that has no JVM, and the arrays that it passes to the library. It supports only the four array
+/// functions that the library calls. Use it on one thread at a time.
 class JniEnvironment {
 public:
-    /// Creates an environment that has no arrays yet.
+    /// Creates an environment without arrays.
     JniEnvironment();
     /// Destroys the arrays.
     virtual ~JniEnvironment();
@@ -36,25 +36,26 @@ public:
     /// @param length number of elements
     /// @return the array; valid until `release` or the end of the environment
     jshortArray newShortArray(std::size_t length);
-    /// Destroys an array, which must not be pinned by a Get...ArrayElements call.
+    /// Destroys an array. The array must not be pinned by a Get...ArrayElements call.
     /// @param array array of this environment
     void release(jarray array);
 
-    /// Returns the elements of an array, which the host may read and write.
+    /// Returns the elements of an array. The host may read and write them.
     /// @param array array of any environment
     /// @return the elements; valid as long as the array
     static std::span<float> elements(jfloatArray array);
-    /// Returns the elements of an array, which the host may read and write.
+    /// Returns the elements of an array. The host may read and write them.
     /// @param array array of any environment
     /// @return the elements; valid as long as the array
     static std::span<jshort> elements(jshortArray array);
     /// Returns the id of an array.
     /// @param array array of any environment
-    /// @return its number in order of creation in its environment, from 1; both array types share one count
+    /// @return number of the array in its environment, in order of creation, from 1; arrays of both types share one
+    ///     count
     static int id(jarray array);
 
 protected:
-    /// Content between two guard zones. The content is 0 at first.
+    /// A block of memory between two guard zones. The memory is 0 at first.
     struct Block {
         /// Creates a block.
         /// @param contentBytes size of the content in bytes
@@ -72,7 +73,7 @@ protected:
         /// Size of each guard zone in bytes.
         std::size_t guardBytes;
     };
-    /// Value of every byte of an intact guard zone.
+    /// Value of each byte in a guard zone that nobody has overwritten.
     static constexpr std::byte guardByte{0xA5};
 
     /// The object to which an array handle points.
@@ -90,13 +91,13 @@ protected:
     explicit JniEnvironment(std::size_t guardLength);
     /// Returns the object to which an array handle points.
     /// @param handle array of any environment
-    /// @return the target
+    /// @return the object
     static Array& arrayOf(jarray handle);
-    /// Returns the arrays of this environment.
+    /// Returns all arrays of this environment.
     /// @return the arrays in order of creation
     std::span<const std::unique_ptr<Array>> arrays() const { return owned; }
-    /// Returns the function table, which the caller may change.
-    /// @return the table of `env`
+    /// Returns the table of JNI functions, which the caller may change.
+    /// @return the table that `env` uses
     JniTable& callTable();
 
     /// Handles a Get...ArrayElements call. This implementation returns the array itself.

@@ -2,8 +2,7 @@
 
 #include "velmora/native_for_velmora.h"
 
-/// Short names for the native methods, for example `hostkit::native::onDrawFrame`. They equal the names in the Java
-/// class.
+/// Short names for the native methods, for example `hostkit::native::onDrawFrame`. The Java class uses the same names.
 namespace hostkit::native {
 
 /// @cond

@@ -5,8 +5,8 @@
 namespace hostkit {
 
 /// @file
-/// Conversion between numbers and text. On some platforms std::from_chars and std::to_chars support only integers. A
-/// build for such a platform supplies its own definitions of these functions.
+/// Conversion between numbers and text. On some platforms, std::from_chars and std::to_chars support only integers. A
+/// build for such a platform defines these functions itself.
 
 /// Parses a number at the start of a text, as std::from_chars does.
 /// @param first first character

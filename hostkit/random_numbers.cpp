@@ -3,9 +3,9 @@
 #include <cstdlib>
 #include <mutex>
 
-// Replaces rand() and srand() of the C library. The solver takes random numbers from rand(), so with this replacement a
-// gesture produces the same flow whatever the C library. A program must link this object file directly: from an
-// archive, the linker could prefer the functions of the C library.
+// Replaces rand() and srand() of the C library. The solver calls rand(), so with this replacement a gesture produces
+// the same flow with any C library. A program must link this object file directly: from an archive, the linker could
+// prefer the functions of the C library.
 //
 // The generator computes x[n] = x[n - 3] + x[n - 31] and returns x[n] without its lowest bit. These are the numbers of
 // the GNU C library, so on that library a program behaves the same if it does not link this file.
@@ -14,7 +14,7 @@ namespace {
 
 constexpr std::size_t history = 31;
 constexpr std::size_t lag = 3;
-/// Number of values to discard after seeding, because they still depend on the seed in a simple way.
+/// Number of values to discard after seeding, because the first values depend on the seed in a simple way.
 constexpr int discarded = 310;
 
 class Generator {
@@ -43,13 +43,13 @@ private:
     std::size_t oldest_ = lag;
 };
 
-// Protects the generator, which host threads and the solver's worker thread share.
+// Protects the generator, which the host's threads and the solver's worker thread share.
 std::mutex lock;
 constinit Generator generator(1);
 
 }  // namespace
 
-// The library's calls bind to the functions below instead of those of the C library.
+// The linker binds the library's calls to the functions below instead of those of the C library.
 #pragma GCC visibility push(default)
 extern "C" {
 

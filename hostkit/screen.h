@@ -5,7 +5,7 @@
 
 namespace hostkit {
 
-/// Reads the default framebuffer of the current GL context. Keeps the framebuffer binding.
+/// Reads the pixels of the current GL context's default framebuffer. The framebuffer binding stays the same.
 /// @param width width of the framebuffer in pixels
 /// @param height height of the framebuffer in pixels
 /// @return 4 * width * height bytes: RGBA, rows from top to bottom

@@ -13,18 +13,21 @@ namespace hostkit {
 
 namespace {
 
-/// Duration of one step, in the unit of `pendingTime`.
+/// Duration of one simulation step, in the unit of `pendingTime`.
 constexpr std::int64_t stepTime = 1'000'000'000;
-/// Maximum time that one call of advanceWater simulates, in 60ths of a second.
+/// Maximum time that one call of advanceWater simulates, in frames of 1/60 s.
 constexpr std::int64_t maxFramesToCatchUp = 4;
 /// Maximum number of vertices that 16-bit indices can address.
 constexpr int maxVertices = 65536;
-/// Minimum number of cells along a side: room for the cone of a ripple and the fixed border.
+/// Minimum number of cells along a side. This leaves room for the cone of a ripple and for the border, which never
+/// changes.
 constexpr int minCells = 8;
-/// Maximum number of cells along the shorter side: the mesh of a square screen then has at most `maxVertices` vertices.
+/// Maximum number of cells along the shorter side. Then even the mesh of a square screen has at most `maxVertices`
+/// vertices.
 constexpr int maxShortSideCells = 254;
 
-/// Returns the length of a side of a screen-shaped rectangle whose shorter side has the length `shortSide`.
+/// Returns the length of `side` in a rectangle with the shape of the screen. The rectangle's shorter side is
+/// `shortSide` long.
 int scaled(int shortSide, int side, int otherSide) {
     const double aspect = std::max(1.0, static_cast<double>(side) / otherSide);
     return static_cast<int>(std::lround(std::min(shortSide * aspect, double{maxVertices})));
@@ -44,8 +47,8 @@ void runStep(WaterDriver& water, JniEnvironment& jni) {
 
 /// Raises a cone with the native method `ripple` at a position in screen pixels, y down.
 void raiseCone(const WaterDriver& water, JniEnvironment& jni, double x, double y, float strength) {
-    // `ripple` expects the position relative to the centre of the mesh, y in the direction of increasing rows. The mesh
-    // is larger than the screen by `meshOverhang`, so the position is divided by it.
+    // `ripple` expects a position relative to the centre of the mesh; y increases with the row. The mesh is
+    // `meshOverhang` times as large as the screen, so the position is divided by this factor.
     const auto fromCentre = [](double position, int size) {
         return static_cast<float>((position - size / 2.0) / static_cast<double>(meshOverhang));
     };
@@ -54,11 +57,11 @@ void raiseCone(const WaterDriver& water, JniEnvironment& jni, double x, double y
                    fromCentre(y, water.screenHeight), strength);
 }
 
-/// Returns the interpolated value of a grid at a position in cells.
+/// Returns the value of a grid at a position in cells, interpolated between four cells.
 float interpolate(std::span<const float> grid, const WaterDriver& water, double x, double y) {
     const int left = std::min(static_cast<int>(x), water.columns - 2);
     const int top = std::min(static_cast<int>(y), water.rows - 2);
-    // Limit the weights to 1, so that a position beyond the last cell gets the value of the last cell.
+    // The weights are at most 1, so a position beyond the last cell gets the value of the last cell.
     const auto weightX = static_cast<float>(std::min(1.0, x - left));
     const auto weightY = static_cast<float>(std::min(1.0, y - top));
     const auto rowAt = [&](int row) {
@@ -68,7 +71,7 @@ float interpolate(std::span<const float> grid, const WaterDriver& water, double 
     return std::lerp(rowAt(top), rowAt(top + 1), weightY);
 }
 
-/// Raises a cone wider than the native one as a sum of native cones. The centres of the cones form a triangular lattice
+/// Raises a wide cone, built from several cones of the native method `ripple`. Their centres form a triangular lattice
 /// with a spacing of one cone radius, and their heights decrease outwards. The sum is `overlap` times as high as one
 /// cone.
 void raiseWideCone(const WaterDriver& water, JniEnvironment& jni, double x, double y,
@@ -200,9 +203,10 @@ void buildHeights(WaterDriver& water) {
         const int column = cellOf(right, water.numDetailsWidth, water.columns);
         for (int down = 0; down < water.numDetailsHeight; ++down) {
             const int row = cellOf(down, water.numDetailsHeight, water.rows);
-            *vertex++ = heightAt(column, row);
-            *vertex++ = heightAt(column + 1, row);
-            *vertex++ = heightAt(column, row - 1);
+            vertex[0] = heightAt(column, row);
+            vertex[1] = heightAt(column + 1, row);
+            vertex[2] = heightAt(column, row - 1);
+            vertex += 3;
         }
     }
 }

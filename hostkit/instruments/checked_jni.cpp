@@ -20,7 +20,7 @@ namespace {
     endProgram("the library called a JNI function that it must not use: " + std::string(call));
 }
 
-/// Functions with the type of a JNI function. Each aborts the program and prints the name of the JNI function.
+/// Functions that have the types of JNI functions. Each aborts the program and prints the name of the JNI function.
 template <class Name, class Result, class... Arguments>
 struct Refusal {
     static Result call(Arguments...) { rejectCall(Name{}()); }
@@ -37,7 +37,7 @@ void refuseCalls(Result (*&slot)(Arguments..., ...), Name) {
     slot = Refusal<Name, Result, Arguments...>::callVariadic;
 }
 
-/// Rejects GetModule, which JNI 9 added and which Android's jni.h does not declare.
+/// Makes GetModule abort the program. JNI 9 added the function, and Android's jni.h does not declare it.
 template <class Table>
 void refuseGetModule(Table& table) {
     if constexpr (requires { table.GetModule; }) {

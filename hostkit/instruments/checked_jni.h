@@ -11,12 +11,13 @@
 
 namespace hostkit {
 
-/// Kind of pointer that a Get...ArrayElements call returns: to the array itself or to a copy. A JVM may return either.
+/// Kind of pointer that a Get...ArrayElements call returns: a pointer to the array itself or to a copy. A JVM may
+/// return either.
 enum class ArrayAccess { direct, copy };
 
 struct JniOptions {
     ArrayAccess access = ArrayAccess::direct;
-    /// Number of guard elements before and after each array and each copy. At 0 there are no guards.
+    /// Number of guard elements before and after each array and each copy. If 0, there are no guards.
     std::size_t guardElements = 0;
 };
 
@@ -25,7 +26,7 @@ struct JniCall {
     std::string name;
     /// Id of the array.
     int array;
-    /// Release mode; 0 for a Get call.
+    /// Mode of a Release call; 0 for a Get call.
     jint mode;
     bool operator==(const JniCall&) const = default;
 };
@@ -34,39 +35,41 @@ struct JniCall {
 struct GuardDamage {
     /// Id of the array.
     int array;
-    /// Index relative to the start of the array. Negative before the array; at least its length after the array.
+    /// Index of the damaged guard element, relative to the start of the array. It is negative before the array, and at
+    /// least the array's length after the array.
     std::ptrdiff_t element;
     bool operator==(const GuardDamage&) const = default;
 };
 
 /// A JNIEnv that checks the library. It can return copies, detect writes outside an array, fail to pin an array, and
-/// log the array calls. A call of any other JNI function aborts the program with a message that names the function.
+/// log the array calls. If the library calls any other JNI function, the program aborts with a message that names the
+/// function.
 class CheckedJni : public JniEnvironment {
 public:
     explicit CheckedJni(JniOptions options = {});
 
-    /// Sets the kind of pointer that later Get calls return. Arrays that are already pinned do not change.
+    /// Sets the kind of pointer that later Get calls return. Pointers that were returned before do not change.
     void setAccess(ArrayAccess chosen) { access = chosen; }
-    /// Makes Get calls for this array return null, as a JVM does if memory runs out. Null means that no array fails.
+    /// Makes Get calls for this array return null, as a JVM does if memory runs out. If `array` is null, no call fails.
     void refuse(jarray array);
 
-    /// Turns the log on or off. While the log is off, a frame allocates no memory in this class.
+    /// Turns the log on or off. If the log is off, this class allocates no memory during a frame.
     void setLogging(bool on) { logging = on; }
     /// Returns the logged calls since the start or the last `clearCalls`, in order.
     const std::vector<JniCall>& calls() const { return log; }
     void clearCalls() { log.clear(); }
 
-    /// Returns the number of pins that are not released yet.
+    /// Returns the number of Get calls whose Release call is still missing.
     int pinned() const { return pins; }
 
-    /// Returns the damage found so far by releases and by `checkGuards`. Each damage is reported once, because the
-    /// guard element is then repaired.
+    /// Returns the guard damage that releases and `checkGuards` have found so far. Each damage is reported once,
+    /// because the check then repairs the guard element.
     const std::vector<GuardDamage>& damages() const { return found; }
     /// Checks the guards of every array and copy. Returns `damages`.
     const std::vector<GuardDamage>& checkGuards();
 
 private:
-    /// Pins of one array that are still held.
+    /// Pointers to one array that are not released yet: the number of direct pointers, and all copies.
     struct Pins {
         int direct = 0;
         std::vector<Block> copies;
@@ -81,9 +84,9 @@ private:
     bool logging = false;
     std::vector<JniCall> log;
     std::vector<GuardDamage> found;
-    /// Held pins, by the id of their array.
+    /// Pointers that are not released yet, by the id of their array.
     std::map<int, Pins> held;
-    /// Id of the array for which Get calls return null, or 0 if there is none.
+    /// Id of the array for which Get calls return null. 0 if no call fails.
     int refused = 0;
     int pins = 0;
 };

@@ -62,13 +62,14 @@ constexpr EnumName enumNames[] = {
 };
 #undef HOSTKIT_ENUM
 
-/// Facts about the objects of the current context. The recorder collects them even while recording is off.
+/// State of the current context that the recorder needs to describe calls. The recorder updates it even while recording
+/// is off.
 struct Knowledge {
     std::map<std::pair<GLuint, GLint>, std::string> uniforms;
     std::map<std::pair<GLuint, GLuint>, std::string> attributes;
     std::map<GLuint, std::string> shaderSources;
     std::map<GLuint, std::string> programs;
-    /// Number of calls so far by function name, for functions that the hook `refuse` can make fail.
+    /// Number of calls so far, by function name. Contains only the functions that the hook `refuse` can make fail.
     std::map<std::string, int> failable;
     /// Program in use.
     GLuint program = 0;
@@ -81,7 +82,7 @@ Knowledge& knowledge() {
     return known;
 }
 
-// Wrappers of arguments. Each type selects one way to write an argument as text.
+// Wrappers of GL arguments. The type of the wrapper selects how the argument is written as text.
 struct Enum {
     GLenum value;
 };
@@ -187,8 +188,7 @@ std::string show(Values<Number> shown) {
     return text + "]";
 }
 
-/// Runs the hook `inside`. Returns false if the hook itself made this call. The caller then forwards the call and does
-/// nothing else.
+/// Runs the hook `inside`. Returns false if the hook itself made this call; the caller then only forwards the call.
 bool enter(const char* function) {
     Knowledge& known = knowledge();
     if (known.insideHook) {
@@ -202,7 +202,7 @@ bool enter(const char* function) {
     return true;
 }
 
-/// Runs the hook `after` when its scope ends. Each forwarding function declares one.
+/// Runs the hook `after` at the end of its scope. Each forwarding function declares one such object.
 struct AfterHook {
     AfterHook() = default;
     AfterHook(const AfterHook&) = delete;
@@ -214,7 +214,7 @@ struct AfterHook {
     }
 };
 
-/// Counts the call and returns true if the hook `refuse` makes it fail.
+/// Counts the call. Returns true if the hook `refuse` wants the call to fail.
 bool refused(const char* function) {
     const auto& refuse = glRecorder().refuse;
     return refuse && refuse(function, ++knowledge().failable[function]);
@@ -239,7 +239,7 @@ std::size_t sizeOf(GLsizei count) {
     return static_cast<std::size_t>(std::max(count, 0));
 }
 
-/// Registers a new object and gives it the next label.
+/// Registers a new object and assigns the next label to it, if one is left.
 void addAlive(GlKind kind, GLuint name) {
     GlRecorder& recorder = glRecorder();
     recorder.alive[kind].insert(name);
@@ -249,7 +249,7 @@ void addAlive(GlKind kind, GLuint name) {
     }
 }
 
-/// Removes an object that is being deleted. GL ignores the name 0.
+/// Removes a deleted object. Reports names that are not registered, except 0, which GL ignores.
 void removeAlive(const char* function, GlKind kind, GLuint name) {
     if (glRecorder().alive[kind].erase(name) == 0 && name != 0) {
         glRecorder().strayDeletions += line(function, Object{kind, name}) + "\n";
@@ -297,7 +297,7 @@ GLuint created(const char* function, GlKind kind, const std::string& text, GLuin
     return name;
 }
 
-/// Finishes a status query: sets the status to GL_FALSE if the hook `refuse` returns true, and records the call.
+/// Completes a status query: sets the status to GL_FALSE if the hook `refuse` returns true, then records the call.
 void answerStatus(const char* function, Object object, GLenum name, GLint* value) {
     const bool status = name == GL_COMPILE_STATUS || name == GL_LINK_STATUS;
     if (status && refused(function)) {
@@ -379,16 +379,15 @@ void GlRecorder::reset() {
 
 using namespace hostkit;  // NOLINT(google-build-using-namespace): GL functions are global
 
-// The library's GL calls bind to the functions below instead of those of the GL library.
+// The linker binds the library's GL calls to the functions below instead of those of the GL library.
 #pragma GCC visibility push(default)
 
 #define HOSTKIT_REAL(function)                                             \
     static auto* const real = nextFunction<decltype(function)>(#function); \
     const AfterHook afterHook
 
-/// Defines the forwarding function of a GL function that returns nothing. The macro's arguments are the function's name
-/// and parameters, the forwarded arguments, a statement that updates the recorder's knowledge, and the arguments to
-/// record.
+/// Defines the forwarding function of a GL function that returns nothing. The arguments are: the function's name and
+/// parameters, the arguments to forward, a statement that updates the recorder's state, and the arguments to record.
 #define HOSTKIT_LEARNING_FORWARD(function, parameters, arguments, learn, ...) \
     void GL_APIENTRY function parameters {                                    \
         HOSTKIT_REAL(function);                                               \
@@ -586,7 +585,7 @@ GLint GL_APIENTRY glGetUniformLocation(GLuint program, const GLchar* name) {
     const bool seen = enter("glGetUniformLocation");
     const GLint location = real(program, name);
     if (seen) {
-        // Uniforms that the shader compiler removed all have location -1. The last name is kept for this location.
+        // The shader compiler removes unused uniforms; they all have location -1. Only the last of their names is kept.
         knowledge().uniforms[{program, location}] = name;
     }
     if (seen && glRecorder().recording) {

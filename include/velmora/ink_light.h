@@ -3,27 +3,26 @@
 #pragma once
 
 /// @file
-/// The absorption of light by ink.
+/// The formula by which ink absorbs light.
 
-// The formula by which ink darkens light, in C++. It is the formula of the water's fragment shader
-// (src/gpu/shaders/waterInk.frag), for the library and for hosts that choose an ink colour. Colour channels are factors
-// in [0, 1].
+// The formula by which ink darkens light, in C++. The water's fragment shader (src/gpu/shaders/waterInk.frag) has the
+// same formula in GLSL. A host can use this header to choose an ink colour. Colour channels are factors in [0, 1].
 
 namespace velmora {
 
 /// Highest density of ink.
 constexpr float maxInkDensity = 127.0f;
 
-/// Darkening by ink of density 1 in every frame with ink.
+/// Strength of the darkening per unit of ink density. Every frame with ink uses this value.
 constexpr float frameInkIntensity = 0.02f;
 
-/// Offset that every frame with ink subtracts from inkTransparency.
+/// Offset that every frame with ink subtracts from inkTransparency before it computes the absorption.
 constexpr float frameInkColorOffset = 0.001f;
 
 /// Offset that the library adds to each channel of the host's ink colour, so that no channel is black.
 constexpr double inkLightening = 0.05;
 
-/// Value of an ink colour's channel at which the ink would absorb no light.
+/// Channel value of an ink colour at which the ink would absorb no light.
 constexpr double inkTransparency = 1.5;
 
 /// Converts a channel of the host's ink colour to the channel that the library uses.

@@ -9,7 +9,7 @@
 
 // velmora/native_methods.inc documents each method.
 
-/// The exported name of a native method.
+/// Exported name of a native method, as JNI expects it.
 #define VELMORA_NATIVE_NAME(method) \
     Java_com_corvane_android_visualeffect_lock_velmora_NativeForVelmora_##method
 
@@ -17,7 +17,7 @@
 #define VELMORA_NATIVE(result, method) \
     extern "C" JNIEXPORT result JNICALL VELMORA_NATIVE_NAME(method)
 
-/// Declares one method of the table.
+/// Declares one method of native_methods.inc.
 #define VELMORA_METHOD(result, name, parameters) VELMORA_NATIVE(result, name) parameters;
 #include "velmora/native_methods.inc"
 #undef VELMORA_METHOD

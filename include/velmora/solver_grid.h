@@ -9,14 +9,14 @@
 
 namespace velmora {
 
-/// Side of a solver cell in screen pixels. The velocity texture has one texel per cell. A cell that does not fit
-/// completely on the screen is left out.
+/// Side of a solver cell in screen pixels. The grid has as many cells as fit completely on the screen. The velocity
+/// texture has one texel per cell.
 constexpr std::int32_t pixelsPerCell = 12;
 
-/// Texels of an ink texture along the longer side of the screen, whatever the screen size.
+/// Texels of an ink texture along the longer side of the screen. The number is the same for all screen sizes.
 constexpr std::int32_t inkLongSide = 1024;
 
-/// Texels of an ink texture along the shorter side of the screen, whatever the screen size.
+/// Texels of an ink texture along the shorter side of the screen. The number is the same for all screen sizes.
 constexpr std::int32_t inkShortSide = 512;
 
 }  // namespace velmora

@@ -30,7 +30,7 @@ EGLSurface surfaceOf(jlong handle) {
     return reinterpret_cast<EGLSurface>(handle);
 }
 
-/// Returns the configuration of the current context. All its surfaces must have this configuration.
+/// Returns the EGL configuration of the current context. All surfaces of the context must have it.
 EGLConfig currentConfig() {
     const EGLDisplay display = eglGetCurrentDisplay();
     EGLint id = 0;

@@ -12,7 +12,7 @@ struct BitmapFields {
     jfieldID pixels;
 };
 
-/// Field IDs of android.graphics.Bitmap. They are written when that class is initialised, before a thread can use a
+/// Field IDs of android.graphics.Bitmap. The static initialiser of that class writes them before any thread can use a
 /// bitmap.
 BitmapFields gFields{};
 
@@ -31,7 +31,8 @@ void Java_android_graphics_Bitmap_readBitmapsThroughJni(JNIEnv* env, jclass type
         field = env->GetFieldID(type, name, signature);
         return field != nullptr;
     };
-    // A failed look-up leaves a Java exception pending, and JNI forbids further look-ups until it is cleared.
+    // Stop at the first failure: it leaves a Java exception pending, and JNI forbids further look-ups until it is
+    // cleared.
     if (find(found.width, "width", "I") && find(found.height, "height", "I") &&
         find(found.rowBytes, "rowBytes", "I") && find(found.format, "format", "I") &&
         find(found.pixels, "pixels", "Ljava/nio/ByteBuffer;")) {

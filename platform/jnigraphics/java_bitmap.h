@@ -3,9 +3,10 @@
 #include <android/bitmap.h>
 #include <jni.h>
 
-// Reads bitmaps that are objects of the Java class android.graphics.Bitmap through JNI.
+// Functions that read bitmaps of the Java class android.graphics.Bitmap through JNI.
 
-/// Returns true if android.graphics.Bitmap has been initialised in this process. All bitmaps are then Java objects.
+/// Returns true if the Java class android.graphics.Bitmap is initialised in this process. Then every bitmap is an
+/// object of that class.
 bool bitmapsAreJavaObjects();
 
 int getJavaBitmapInfo(JNIEnv* env, jobject bitmap, AndroidBitmapInfo* info);

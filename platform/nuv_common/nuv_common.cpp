@@ -23,7 +23,7 @@ float Drawable::mViewMatrix[16];
 float Drawable::mProjectionMatrix[16];
 float Drawable::mIdentityMatrix[16] = {1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1};
 
-/// Allocates memory, so that a leak checker reports a scene that does not release its model object.
+/// The vector allocates memory, so a leak checker notices a scene that does not destroy its model object.
 ModelObject::ModelObject() : mVertices(12) {}
 
 }  // namespace oru

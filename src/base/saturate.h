@@ -5,7 +5,7 @@
 
 namespace velmora {
 
-// Converts touch coordinates and sizes, which come from the host and may have any value.
+// Conversions for touch coordinates and sizes. These numbers come from the host and may have any value.
 
 /// Truncates the value towards zero and limits the result to the range of int. The value must not be NaN.
 inline int saturatedInt(float value) {

@@ -4,10 +4,11 @@
 
 namespace velmora {
 
-// The host measures y downwards from the top of the screen. The solver and the GPU passes measure y upwards from the
-// bottom.
+// The host measures y from the top of the screen downwards. The solver and the GPU passes measure y from the bottom
+// upwards.
 
-/// Converts between y down and y up on a screen of `screenHeight` pixels, in either direction. Exact for any two ints.
+/// Converts a y coordinate between the two directions. `screenHeight` is in pixels. The result is exact for any two
+/// ints.
 constexpr std::int64_t flippedY(std::int32_t screenHeight, std::int32_t y) {
     return std::int64_t{screenHeight} - y;
 }

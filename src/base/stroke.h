@@ -7,7 +7,8 @@
 
 namespace velmora {
 
-/// Kind of touch. Selects the preset of a frame, the shape of its ink stroke and the branches of the solver passes.
+/// Kind of touch. Selects the touch preset of a frame, the shape of its ink stroke and the behaviour of the solver
+/// passes.
 enum DragMode : std::int32_t { TapMode = -1, SlowDrag = 0, MediumDrag = 1, FastDrag = 2 };
 
 /// Segment of a stroke in whole screen pixels, y down.
@@ -28,8 +29,8 @@ struct StrokeLine {
     float length;
 };
 
-/// Returns the line from `previous` to `current`. If the points are equal, the normal is (0, 0) and the length 1, so
-/// that no point is alongside the stroke.
+/// Returns the line from `previous` to `current`. If the points are equal, the normal is (0, 0) and the length is 1.
+/// Then no point counts as beside the stroke.
 inline StrokeLine lineOf(Float2 previous, Float2 current) {
     const Float2 along{current.x - previous.x, current.y - previous.y};
     const float distance = std::sqrt(along.x * along.x + along.y * along.y);

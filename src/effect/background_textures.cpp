@@ -26,8 +26,8 @@ GLuint* slotOf(EffectState& state, int index) {
     }
 }
 
-/// Returns true if the pixels can be read as 32-bit RGBA. Some bitmap libraries report neither format nor stride; their
-/// bitmaps are accepted.
+/// Returns true if the pixels can be read as 32-bit RGBA. Bitmaps that report neither format nor stride are accepted,
+/// because some bitmap libraries report neither.
 bool isRgba8888(const AndroidBitmapInfo& info) {
     const bool isOtherFormat =
         info.format != ANDROID_BITMAP_FORMAT_NONE && info.format != ANDROID_BITMAP_FORMAT_RGBA_8888;
@@ -39,8 +39,8 @@ bool isPadded(const AndroidBitmapInfo& info) {
     return info.stride > info.width * bytesPerPixel;
 }
 
-/// Returns a copy of the rows that omits their padding, because GL ES 2 cannot skip padding. Returns null if memory
-/// runs out. The caller frees the copy.
+/// Returns a copy of the pixel rows without the padding bytes at their ends, because GL ES 2 cannot skip padding.
+/// Returns null if memory runs out. The caller frees the copy.
 std::uint8_t* withoutPadding(const AndroidBitmapInfo& info, const void* pixels) {
     const std::size_t rowBytes = info.width * bytesPerPixel;
     auto* const packed = static_cast<std::uint8_t*>(std::malloc(rowBytes * info.height));
@@ -51,7 +51,7 @@ std::uint8_t* withoutPadding(const AndroidBitmapInfo& info, const void* pixels) 
     return packed;
 }
 
-/// Makes a new texture from tightly packed rows.
+/// Replaces the texture of a slot by a new texture. `pixels` holds rows without padding.
 void replaceTexture(GLuint& slot, const AndroidBitmapInfo& info, const void* pixels) {
     if (slot != 0) {
         glDeleteTextures(1, &slot);
@@ -67,7 +67,7 @@ void replaceTexture(GLuint& slot, const AndroidBitmapInfo& info, const void* pix
     glTexParameterf(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, GL_LINEAR);
 }
 
-/// Replaces the texture of a slot. Keeps the old texture if there is no memory for a copy of the rows.
+/// Replaces the texture of a slot. If padded rows must be copied and memory runs out, the old texture stays.
 int replaceTextureOfRows(GLuint& slot, const AndroidBitmapInfo& info, const void* pixels) {
     if (!isPadded(info)) {
         replaceTexture(slot, info, pixels);

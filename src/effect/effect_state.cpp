@@ -9,7 +9,7 @@ namespace velmora {
 
 namespace {
 
-/// Returns true if `margin` < x < `size` - `margin`. Exact for any ints.
+/// Returns true if x is more than `margin` away from both 0 and `size`. Exact for any ints.
 bool isBetweenMargins(std::int32_t x, std::int32_t size, std::int32_t margin) {
     return margin < x && x < std::int64_t{size} - margin;
 }

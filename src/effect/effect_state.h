@@ -37,7 +37,7 @@ struct EffectState {
     ~EffectState();
 
     DragSegment dragSegment{};  // of the last frame of a fast drag, screen pixels, y down
-    // Solver worker, or 0 if there is no worker to wait for. No live thread has the handle 0.
+    // Thread of the solver worker, or 0 if there is no worker to wait for. No running thread has the handle 0.
     pthread_t solverThread{};
     RenderTarget velocityTarget{};
     RenderTarget inkFront{}, inkBack{};
@@ -53,16 +53,18 @@ struct EffectState {
     float timeStep = 0.0f;             // time units per frame, > 0
     float gradientScale = 0.0f;        // velocity for a pressure difference of 1, > 0
     float velocityDissipation = 0.0f;  // factor per step, [0, 1]
-    // Factor per advection pass, [0, 1]. Writers: applySettings, touch step, clearInk. Reader: stepFluid.
+    // Factor by which an advection pass multiplies all ink, [0, 1]. Writers: applySettings, touch step, clearInk.
+    // Reader: stepFluid.
     SharedWord<float> inkDissipation;
     float sourceStrength = 0.0f;    // divergence that the sink at the touch subtracts, >= 0
     float sourceRadius = 0.0f;      // radius of that sink, screen pixels, >= 0
     float backwardStepSize = 0.0f;  // share of an ink pass's backward distance that is used, [0, 1]
     float inkColorOffset = 0.0f;    // offset of the absorption, see inkAbsorption
-    // 1 if ink is shown, else 0. Writers: applySettings, touch events, clearInk. Readers: the frame, the host.
+    // Amount of ink that frames show: 1 or 0. Writers: applySettings, touch events, clearInk. Readers: the frame, the
+    // host.
     SharedWord<float> inkAmount;
     float inkIntensity = 0.0f;  // darkening by ink of density 1, [0, 1]
-    // Writers: applySettings, touch step, clearInk. Readers: stepFluid, touch step.
+    // Kind of the current touch. Writers: applySettings, touch step, clearInk. Readers: stepFluid, touch step.
     SharedWord<DragMode> dragMode;
     std::int32_t touchMargin = 0;  // width of the border in which no ink is deposited, pixels
     std::uint32_t waterTexture = 0, backgroundTexture = 0, backgroundTexture2 = 0;  // GL names
@@ -88,7 +90,7 @@ extern EffectState gEffectState;
 
 enum TouchPhase : std::int32_t { Idle = 0, Pressed = 1, Dragging = 2 };
 
-/// The action codes of Android's MotionEvent. A host may send other codes, which only change the touch position.
+/// Action codes of Android's MotionEvent. A host may send other codes; they change only the touch position.
 enum TouchAction : std::int32_t { ActionDown = 0, ActionUp = 1, ActionMove = 2, ActionCancel = 3 };
 
 /// State of the touch. Positions are in screen pixels, y down.
@@ -106,7 +108,7 @@ struct TouchVariables {
     bool isInkCleared = false;  // true until a fluid step has emptied the ink
 };
 
-/// The touch variables with their lock.
+/// The touch variables and the lock that protects them.
 struct SharedTouch {
     std::mutex lock;  // held during a touch event and a touch step, but never during a GL call
     TouchVariables variables;
@@ -114,15 +116,15 @@ struct SharedTouch {
 
 extern SharedTouch gTouch;
 
-/// True if frames have ink. Only onInitSetting writes it.
+/// True if ink is enabled. Only onInitSetting writes the variable.
 extern bool inkEnabled;
 
 /// Returns true if the touch is more than `margin` pixels from every edge of the screen.
 bool isInside(const EffectState& state, std::int32_t touchX, std::int32_t touchY,
               std::int32_t margin);
 
-/// Handles onInitSetting: stores the screen size in pixels and, if `withInk` is true, the initial settings. First waits
-/// for the solver worker, which reads the settings. Does not resize grids or targets.
+/// Handles onInitSetting: stores the screen size in pixels and, if `withInk` is true, the initial settings. Waits for
+/// the solver worker first, because the worker reads the settings. Does not resize grids or targets.
 void applySettings(EffectState& state, std::int32_t width, std::int32_t height, bool withInk);
 
 /// Waits for the solver worker, if one is running. Must be called before memory that the worker uses is freed or

@@ -16,8 +16,8 @@ namespace velmora {
 
 namespace {
 
-/// Runs the touch step of one frame and deposits its stroke in `color`. Returns the ink amount to draw. It is read
-/// under the lock, so that a later touch event changes only the next frame.
+/// Runs the touch step of one frame and deposits its stroke in `color`. Returns the ink amount to draw. The amount is
+/// read under the lock, so a touch event that follows changes only the next frame.
 float advanceTouchFrame(EffectState& state, SharedTouch& shared, InkColor color) {
     std::optional<InkStroke> stroke;
     TouchVariables touch;

@@ -5,12 +5,12 @@
 
 namespace velmora {
 
-/// Starts onDrawFrame, before the host's arrays are pinned: sets the viewport to the screen. Call it on the GL thread.
+/// Starts a frame: sets the viewport to the whole screen. onDrawFrame calls it before it pins the host's arrays. Call
+/// it on the GL thread.
 void startFrame(const EffectState& state);
 
-/// Draws a frame from the pinned arrays: if the frame has ink, runs the fluid step and the touch step, then draws the
-/// water. `inkColor` is the host's colour for ink that this frame deposits. Does not clear the framebuffer. Call it on
-/// the GL thread.
+/// Draws a frame from the pinned arrays. If ink is enabled, runs the fluid step and the touch step first. `inkColor` is
+/// the host's colour for the ink that this frame deposits. Does not clear the framebuffer. Call it on the GL thread.
 void drawFrame(EffectState& state, SharedTouch& shared, const WaterFrame& frame, InkColor inkColor);
 
 }  // namespace velmora

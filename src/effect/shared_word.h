@@ -4,8 +4,8 @@
 
 namespace velmora {
 
-/// A 32-bit value that threads share without a lock. It reads and writes like a plain field. Accesses to different
-/// words are not ordered; a reader that needs several words from one moment must hold the touch lock.
+/// A 32-bit value that threads share without a lock. It reads and writes like a plain field. The order of accesses to
+/// different words is undefined, so a reader that needs several consistent words must hold the touch lock.
 template <class Value>
 class SharedWord {
 public:

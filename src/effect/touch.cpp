@@ -19,7 +19,7 @@ std::int32_t difference(std::int32_t a, std::int32_t b) {
 float measureMovement(TouchVariables& touch, std::int32_t x, std::int32_t y) {
     touch.touchDeltaX = difference(x, touch.lastEventX);
     touch.touchDeltaY = difference(y, touch.lastEventY);
-    // The sum is unsigned, because the squares of the two longest movements add up to 2^63.
+    // The sum of the squares can reach 2^63, which only an unsigned 64-bit number holds.
     const auto square = [](std::int64_t d) { return static_cast<std::uint64_t>(d * d); };
     return std::sqrt(static_cast<float>(square(touch.touchDeltaX) + square(touch.touchDeltaY)));
 }
@@ -53,7 +53,7 @@ void handleWhileDragging(TouchVariables& touch, std::int32_t x, std::int32_t y,
         const bool isShort = touch.pressFrames < holdFrames && touch.dragFrames <= shortDragFrames;
         touch.touchPhase = Pressed;
         if (!isShort) {
-            // This count ends the press at the next frame, which adds no ink.
+            // With this count, the press ends at the next frame and that frame adds no ink.
             touch.pressFrames = 2 * tapInkFrames;
         }
     }
@@ -84,7 +84,8 @@ InkStroke strokeTo(const TouchVariables& touch, DragMode mode, Float2 previous) 
     return {mode, previous, {static_cast<float>(touch.touchX), static_cast<float>(touch.touchY)}};
 }
 
-/// Counts up to the largest int and stops there: a phase may last for more frames than an int holds.
+/// Increments a frame counter. Stops at the largest int, because a phase may last for more frames than an int can
+/// count.
 void countFrame(std::int32_t& frames) {
     frames = saturatedInt(std::int64_t{frames} + 1);
 }
@@ -142,7 +143,7 @@ void stepIdle(EffectState& state, TouchVariables& touch) {
     }
 }
 
-/// Returns the pressure factor of a slow drag, or 0 if `pressure` is not positive.
+/// Returns the factor by which the pressure scales a slow drag. The factor is 0 if `pressure` is not positive.
 float pressureFactorOf(float pressure) {
     const double p = static_cast<double>(pressure);
     return pressure > 0.0f ? static_cast<float>(static_cast<double>(minPressureFactor) + p * p)

@@ -7,21 +7,21 @@
 
 namespace velmora {
 
-/// Handles onTouch: stores an event at (x, y), screen pixels, y down, and advances the touch phase. Accepts any
-/// coordinates, action code and pressure. May be called on any thread.
+/// Handles onTouch: stores a touch event at (x, y) and advances the touch phase. Coordinates are in screen pixels, y
+/// down. Any coordinates, action code and pressure are allowed. May be called on any thread.
 void handleTouchEvent(EffectState& state, SharedTouch& shared, std::int32_t x, std::int32_t y,
                       std::int32_t action, float pressure);
 
-/// Handles clearInkValue: ends the gesture and makes the next fluid step multiply all ink by 0 (see
-/// takeInkDissipation). May be called on any thread.
+/// Handles clearInkValue: ends the gesture and makes the next fluid step erase all ink (see takeInkDissipation). May be
+/// called on any thread.
 void clearInk(EffectState& state, SharedTouch& shared);
 
-/// Returns the ink dissipation of a fluid step. The first step after clearInk gets 0, even if a touch has changed the
-/// setting in the meantime. The caller holds the touch lock.
+/// Returns the factor by which a fluid step multiplies the ink. In the first step after clearInk the factor is 0, even
+/// if a touch has changed the setting since then. The caller holds the touch lock.
 float takeInkDissipation(const EffectState& state, TouchVariables& touch);
 
-/// Runs the touch step of a frame: applies the preset of the touch phase and advances the frame counters. Returns
-/// the stroke whose ink the caller deposits, if the frame has one. The caller holds the touch lock.
+/// Runs the touch step of a frame: applies the preset of the touch phase and advances the frame counters. Returns the
+/// stroke that the caller must deposit as ink, if any. The caller holds the touch lock.
 std::optional<InkStroke> stepTouchPhase(EffectState& state, TouchVariables& touch);
 
 }  // namespace velmora

@@ -2,12 +2,12 @@
 
 #include <cstdint>
 
-// The tuning table: the numbers that decide how ink and flow look. Constants that only one solver pass uses are in the
-// file of that pass. Constants that describe how ink absorbs light are in velmora/ink_light.h.
+// The tuning table: the constants that decide how ink and flow look. A constant that only one solver pass uses is in
+// the file of that pass. The constants of light absorption are in velmora/ink_light.h.
 
 namespace velmora {
 
-/// Six settings that are applied together. Each is copied into the field of EffectState that has the same name.
+/// Six settings that are applied together. Each value is copied into the field of EffectState with the same name.
 struct TouchPreset {
     float sourceRadius;         // screen pixels
     float impulseDensity;       // ink density
@@ -19,13 +19,14 @@ struct TouchPreset {
 
 // ---- Gestures
 
-// Factors of the ink per advection pass. The first applies until idleFadeFrames after a touch, then the second applies.
+// Factors by which one advection pass multiplies the ink. The active factor applies during a touch and for
+// idleFadeFrames frames after it. Then the idle factor applies.
 constexpr float activeInkDissipation = 0.99f;
 constexpr float idleInkDissipation = 0.9625f;
 
 constexpr TouchPreset initialPreset{40.0f, 200.0f, 0.9f, 0.96f, 50.0f, 2.0f};
-// A tap's sourceStrength and inkRadius are multiplied by the number of pressed frames, those of a slow drag by the
-// pressure factor.
+// In tapPreset, sourceStrength and inkRadius are multiplied by the number of pressed frames. In slowDragPreset, both
+// are multiplied by the pressure factor.
 constexpr TouchPreset tapPreset{40.0f, 200.0f, 0.98f, activeInkDissipation, 12.0f, 8.0f};
 constexpr TouchPreset slowDragPreset{20.0f, 100.0f, 0.9f, activeInkDissipation, 45.0f, 40.0f};
 constexpr TouchPreset mediumDragPreset{20.0f, 150.0f, 0.94f, activeInkDissipation, 10.0f, 25.0f};
@@ -56,12 +57,14 @@ constexpr float cellSide = 2.5f;               // EffectState::gridScale, in len
 constexpr float pressureGradientScale = 0.2f;  // EffectState::gradientScale
 constexpr std::int32_t pressureIterations = 20;
 
-// Distances from the screen's edges in pixels. If the touch is nearer to an edge, the solver step skips the projection.
+// Distances from the screen's edges in pixels. The solver step skips the projection if the touch is nearer to an edge
+// than the margin of its drag mode.
 constexpr std::int32_t projectionMargin = 60;
 constexpr std::int32_t slowDragMargin = 12;
 constexpr std::int32_t mediumDragMargin = 10;
 
-/// Sink at the touch. A drag near an edge sets it for this step and the following ones.
+/// The sink: an area around the touch into which the flow disappears. A drag near an edge of the screen sets its radius
+/// and strength for this step and the following steps.
 struct EdgeSink {
     float radius;    // screen pixels
     float strength;  // divergence
@@ -69,7 +72,7 @@ struct EdgeSink {
 constexpr EdgeSink slowDragSink{4.0f, 40.0f};
 constexpr EdgeSink mediumDragSink{2.0f, 2.0f};
 
-// Width in pixels of the range around the touch, on each axis, from which a random position of the sink is taken.
+// Width in pixels of the square around the touch in which the sink is placed at random.
 constexpr double sinkJitter = 10.0;
 
 }  // namespace velmora

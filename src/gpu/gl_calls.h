@@ -4,8 +4,8 @@
 
 #include "base/pair.h"
 
-// Sets the uniforms of a program by name. Each call looks the location up again. If the program has no such name, the
-// location is -1, which GL ignores. Call these functions on the GL thread.
+// Sets the uniforms of a program by name. Each call looks the location up again. An unknown name has the location -1,
+// which GL ignores. Call these functions on the GL thread.
 
 namespace velmora {
 

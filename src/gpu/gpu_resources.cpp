@@ -29,7 +29,8 @@ void replaceInkTargets(EffectState& state) {
     state.inkBack = createRenderTarget(state.inkWidth, state.inkHeight);
 }
 
-/// Makes no target if the size exceeds a grid's limits, because some drivers crash on such a texture.
+/// Replaces the velocity texture and its framebuffer. Makes none if the size exceeds the limits of a grid, because some
+/// drivers crash on such a texture.
 void replaceVelocityTarget(EffectState& state) {
     const std::int32_t width = state.velocityGridWidth;
     const std::int32_t height = state.velocityGridHeight;
@@ -70,8 +71,8 @@ void allocateGrids(EffectState& state) {
     clearGrid(state.inkDensityScratch, 1);
 }
 
-/// Releases all grids of the solver if memory ran out for one of them. The kernels then do nothing, and the effect
-/// draws water with ink that does not flow.
+/// Releases all solver grids if memory ran out for one of them. Without grids, the solver does nothing: the ink does
+/// not flow, but the water is drawn as usual.
 void dropIncompleteGrids(EffectState& state) {
     FloatGrid* const grids[] = {&state.velocity, &state.velocityScratch, &state.pressure,
                                 &state.pressureScratch, &state.divergence};
@@ -110,7 +111,7 @@ void initInkResources(EffectState& state) {
     glViewport(0, 0, state.inkWidth, state.inkHeight);
     clearInkTarget(state.inkFront);
     clearInkTarget(state.inkBack);
-    // A host that continues with ink disabled binds no framebuffer itself, so the screen must be bound.
+    // Bind the screen again. Frames without ink bind no framebuffer, so they would draw into the ink texture.
     glBindFramebuffer(GL_FRAMEBUFFER, 0);
 }
 
@@ -128,8 +129,8 @@ void replaceContext(EffectState& state) {
     forgetTarget(state.velocityTarget);
     forgetTarget(state.inkFront);
     forgetTarget(state.inkBack);
-    // If glGenBuffers fails, it leaves the variables unchanged. Names of the lost context must not be bound in the new
-    // one.
+    // Reset the names, because glGenBuffers leaves them unchanged if it fails. A name of the lost context must not be
+    // bound in the new context.
     state.meshPositionBuffer = state.meshHeightBuffer = state.meshIndexBuffer = 0;
     glGenBuffers(1, &state.meshPositionBuffer);
     glGenBuffers(1, &state.meshHeightBuffer);

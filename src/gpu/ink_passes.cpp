@@ -39,10 +39,10 @@ void drawQuad(GLuint buffer) {
     glDisableVertexAttribArray(1);
 }
 
-/// Draws over the whole bound target, then unbinds textures and target.
+/// Draws a quad over the whole bound target, then unbinds the textures and the target.
 void drawFullscreenQuad(const EffectState& state, const RenderTarget& destination) {
-    // If the buffer is 0, GL would read the quad from address 0. If the framebuffer is 0, it would draw over the
-    // screen.
+    // If the buffer name is 0, GL would read the quad from address 0. If the framebuffer name is 0, GL would draw over
+    // the screen.
     if (state.quadBuffer != 0 && destination.framebuffer != 0) {
         drawQuad(state.quadBuffer);
     }
@@ -55,7 +55,8 @@ Float2 screenSize(const EffectState& state) {
     return {static_cast<float>(state.screenWidth), static_cast<float>(state.screenHeight)};
 }
 
-/// Returns the time step of an advection pass, scaled so that velocity times step is a distance in texture coordinates.
+/// Returns the time step of an ink advection pass, in units such that velocity * step is a distance in texture
+/// coordinates.
 Float2 textureTimeStep(const EffectState& state) {
     const double step = inkTimeFactor * static_cast<double>(state.timeStep);
     return {static_cast<float>(step / state.velocityGridWidth),

@@ -4,7 +4,7 @@
 
 namespace velmora {
 
-/// An off-screen RGBA8 colour target, as GL names. The target exists if `framebuffer` is not 0.
+/// GL names of an off-screen RGBA8 colour target. The target exists if `framebuffer` is not 0.
 struct RenderTarget {
     std::uint32_t framebuffer;
     std::uint32_t texture;  // colour attachment 0: linear filters, clamped to the edge

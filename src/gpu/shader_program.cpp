@@ -39,7 +39,7 @@ std::uint32_t linkProgram(std::uint32_t vertexShader, std::uint32_t fragmentShad
     return program;
 }
 
-/// Deletes the objects of a program. After a failed build some names are 0, so each name is checked.
+/// Deletes the objects of a program. Checks each name, because some are 0 after a failed build.
 static void deleteProgram(const ShaderProgram& slot) {
     if (slot.vertexShader != 0) {
         glDeleteShader(slot.vertexShader);

@@ -4,21 +4,22 @@
 
 namespace velmora {
 
-/// A linked program and its shaders, as GL names. The program exists if `program` is not 0.
+/// GL names of a linked program and its shaders. The program exists if `program` is not 0.
 struct ShaderProgram {
     std::uint32_t program;
     std::uint32_t vertexShader;
     std::uint32_t fragmentShader;
 };
 
-/// Compiles a shader of type GL_VERTEX_SHADER or GL_FRAGMENT_SHADER. Returns 0 on failure. Call this function and those
-/// below on the GL thread.
+/// Compiles a shader of type GL_VERTEX_SHADER or GL_FRAGMENT_SHADER. Returns its name, or 0 on failure. Call the
+/// functions of this header on the GL thread.
 std::uint32_t compileShader(std::uint32_t type, const char* source);
 
-/// Links two shaders. Binds the attribute "vertex" to location 0 and "texCoord" to location 1. Returns 0 on failure.
+/// Links two shaders. Binds the attribute "vertex" to location 0 and "texCoord" to location 1. Returns the program's
+/// name, or 0 on failure.
 std::uint32_t linkProgram(std::uint32_t vertexShader, std::uint32_t fragmentShader);
 
-/// Deletes the slot's objects and builds the program again. If the build fails, the names stay 0; the error is not
+/// Deletes the objects of `slot` and builds its program again. If the build fails, the names stay 0 and no error is
 /// reported.
 void buildProgram(ShaderProgram& slot, const char* vertexSource, const char* fragmentSource);
 

@@ -1,6 +1,6 @@
 #pragma once
 
-// Source texts of the shaders in gpu/shaders, in GLSL ES 1.00.
+// GLSL ES 1.00 source texts of the shaders in gpu/shaders.
 
 extern const char quadVertexShader[];
 extern const char advectFragmentShader[];

@@ -6,12 +6,11 @@
 
 namespace velmora {
 
-/// The host's arguments for drawing the water. They are a struct, because callers would confuse so many ints and floats
-/// in a parameter list.
+/// Arguments of the host for drawing the water. A struct keeps callers from confusing the many ints and floats.
 struct WaterFrame {
     const float* positions;  // 3 floats per vertex, mesh units, y up
-    // 3 floats per vertex: the heights of the vertex, of its right and of its upper neighbour, in [-100, 100]. A height
-    // of 4 equals one mesh unit.
+    // Three heights per vertex, in [-100, 100]: of the vertex, of its right neighbour and of its upper neighbour. A
+    // height of 4 equals one mesh unit.
     const float* heights;
     const std::uint16_t* indices;  // triangle list
     std::int32_t positionCount;    // floats
@@ -27,16 +26,16 @@ struct WaterFrame {
     float alphaRatio1Scale;  // factor of alpha, >= 0
     float alphaRatio2Scale;  // has no effect
     float fresnelRatio;      // extra weight on slopes that face the light, >= 0
-    // Peak of the highlight, as a factor. Clamped to [1, 4.5] if ink is enabled, else to [1, 5.5].
+    // Brightness factor at the peak of the highlight. Clamped to [1, 4.5] if ink is enabled, else to [1, 5.5].
     float specularRatio;
     float exponent;  // sharpness of the highlight, > 0
     bool inkEnabled;
     bool useSecondBackground;
 };
 
-/// Uploads the mesh and draws it into the bound framebuffer. In a frame with ink, the ink of inkFront darkens the water
-/// in proportion to `inkAmount`, [0, 1]. The caller passes the amount from the frame's touch step, because a touch
-/// event may have changed EffectState::inkAmount since then. Call it on the GL thread.
+/// Uploads the mesh and draws it into the bound framebuffer. In a frame with ink, the ink in inkFront darkens the water
+/// in proportion to `inkAmount`, [0, 1]. `inkAmount` comes from the touch step of this frame, because a later touch
+/// event may already have changed EffectState::inkAmount. Call it on the GL thread.
 void drawWater(const EffectState& state, const WaterFrame& frame, float inkAmount);
 
 }  // namespace velmora

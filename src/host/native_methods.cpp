@@ -12,8 +12,8 @@
 #include "water/mesh.h"
 #include "water/ripple.h"
 
-// The native methods that Java calls. Each method pins the host's arrays, calls the effect and releases the arrays.
-// Only this file, library.cpp and kit/effect_scene.cpp name the globals.
+// The native methods that Java calls. Each method pins the host's arrays, calls the effect and releases the arrays. The
+// effect's global state is named only here, in library.cpp and in kit/effect_scene.cpp.
 
 using namespace velmora;
 
@@ -41,7 +41,8 @@ void release(JNIEnv* env, jshortArray array, jshort* elements) {
     }
 }
 
-/// Casts mesh indices to unsigned numbers. Java has no unsigned 16-bit type, so the host passes shorts.
+/// Casts mesh indices to unsigned numbers. The host passes them as shorts, because Java has no unsigned 16-bit array
+/// type.
 std::uint16_t* asIndices(jshort* elements) {
     return reinterpret_cast<std::uint16_t*>(elements);
 }

@@ -8,14 +8,13 @@ namespace velmora {
 
 namespace {
 
-/// Returns end - start, wrapped to a signed 32-bit number. The kit's arithmetic is 32-bit, also where time_t has 64
-/// bits.
+/// Returns end - start, wrapped to a signed 32-bit number. The kit computes with 32 bits even where time_t has 64.
 float difference(std::int64_t end, std::int64_t start) {
     const auto distance = static_cast<std::uint64_t>(end) - static_cast<std::uint64_t>(start);
     return static_cast<float>(static_cast<std::int32_t>(distance));
 }
 
-/// Returns the seconds since the kit's timer started. The difference of the nanoseconds may be negative.
+/// Returns the seconds since the kit's timer started. The nanosecond part of the difference may be negative.
 float readClock() {
     using oru::Timer;
     clock_gettime(CLOCK_REALTIME, &Timer::mCurrentCnt);
@@ -25,7 +24,8 @@ float readClock() {
 
 }  // namespace
 
-// An animation may add or remove animations while it is called, so the loops use indices and never iterators.
+// An animation may add or remove animations while it is called. So the loops use indices, because iterators would
+// become invalid.
 
 int AnimationManager::anyAnimationResult() {
     for (std::size_t i = 0; i < animations.size(); ++i) {
@@ -45,7 +45,7 @@ void AnimationManager::notifyAnimations() {
 void AnimationManager::update() {
     mNow = oru::Timer::mIsPaused == 0 ? readClock() : oru::Timer::mPausedTime;
     for (std::size_t i = 0; i < animations.size(); ++i) {
-        // Read mNow for each call: an animation may set the clock for the next ones.
+        // Read mNow again for each call, because an animation may set the clock for the animations after it.
         animations[i]->update(mNow);
     }
 }

@@ -12,7 +12,8 @@ namespace velmora {
 // NOLINTNEXTLINE(cppcoreguidelines-virtual-class-destructor)
 class AnimationManager final : public oru::IAnimationManager {
 public:
-    /// Queries the animations in list order. Returns the first result that is not 0, else 0.
+    /// Calls `query` of the animations in list order until one returns a value other than 0. Returns that value, else
+    /// 0.
     int anyAnimationResult() override;
 
     /// Calls `notify` of every animation in list order.
@@ -22,11 +23,12 @@ public:
     void update() override;
 
 private:
-    /// Animations that are updated. The kit adds them by writing into this object's memory. Not owned.
+    /// Animations to update; not owned. The kit adds animations by writing into this object's memory.
     std::vector<oru::IAnimation*> animations;
 };
 
-/// Defined in library.cpp: constructed after the effect state and destroyed before it.
+/// The library's animation manager. library.cpp defines it after the effect state, so it is destroyed before that
+/// state.
 extern AnimationManager gAnimationManager;
 
 }  // namespace velmora

@@ -5,7 +5,8 @@
 
 namespace velmora {
 
-/// The effect as a scene of the kit. It adds nothing to the base class, because the native methods draw the effect.
+/// The effect as a scene of the kit. The class adds nothing to its base class, because the native methods draw the
+/// effect.
 class EffectScene final : public oru::Scene {
 public:
     EffectScene();

@@ -13,7 +13,7 @@ constexpr char logTag[] = "nuv.oru";
 /// Tangent of half the vertical field of view.
 constexpr float halfViewTangent = 0.55785173f;
 
-/// Sets the view to the identity and the projection to 0.
+/// Sets the view matrix to the identity and all elements of the projection matrix to 0.
 void resetCamera() {
     std::copy_n(Drawable::mIdentityMatrix, 16, Drawable::mViewMatrix);
     std::fill_n(Drawable::mProjectionMatrix, 16, 0.0f);
@@ -23,8 +23,7 @@ void resetCamera() {
 
 Scene::Scene(IAnimationManager& manager)
     : animationManager(&manager), context(eglGetCurrentContext()) {
-    // This is the library's only call of srand. A process that creates no scene gets the same random numbers in every
-    // run.
+    // The library calls srand only here. A process that creates no scene gets the same random numbers in every run.
     std::srand(static_cast<unsigned>(std::time(nullptr)));
     contextTextures = &gTextureMap[context];
     for (const auto& [key, texture] : *contextTextures) {

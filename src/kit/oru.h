@@ -19,8 +19,8 @@
 
 namespace oru {
 
-/// The kit's timer. `mIsPaused` is a byte and not a bool, because every value except 0 means paused. The counts are
-/// timespecs, because clock_gettime fills them.
+/// The kit's timer. `mIsPaused` is a byte and not a bool, because any value except 0 means paused. `mStartingCnt` and
+/// `mCurrentCnt` are timespecs, because clock_gettime fills them.
 struct Timer {
     static std::uint8_t mIsPaused;
     static float mPausedTime;      ///< Seconds, reported while paused.
@@ -28,7 +28,7 @@ struct Timer {
     static timespec mCurrentCnt;   ///< Set by the animation manager unless paused.
 };
 
-/// Interface of the clock and the list of animations. The kit calls the functions by their slots in the virtual table
+/// Interface to the clock and the list of animations. The kit calls the functions by their slots in the virtual table
 /// and never destroys an object through this interface.
 class IAnimationManager {
 public:
@@ -49,8 +49,8 @@ struct Drawable {
     static float mIdentityMatrix[16];
 };
 
-/// A model. The kit constructs it, and its owner destroys it. Its content is declared as one vector, so that the
-/// destructor calls no function of the kit.
+/// A 3D model. The kit constructs it, and the scene that contains it destroys it. Its fields are declared as one
+/// vector, so that the destructor calls no function of the kit.
 class ModelObject {
 public:
     ModelObject();
@@ -59,20 +59,20 @@ private:
     std::vector<float> mVertices;
 };
 
-/// GL texture names of one context, keyed by file name. A scene copies the names in the order of their keys.
+/// GL texture names of one context, keyed by file name. A scene copies them in key order.
 using ContextTextures = std::map<std::string, std::uint32_t>;
 
 }  // namespace oru
 
 /// Textures of each GL context. This library adds entries; only the kit removes them. The variable has C linkage,
-/// because some compilers would add an ABI tag to its C++ symbol for the string in its type.
+/// because some compilers would otherwise add an ABI tag for std::string to its symbol.
 extern "C" std::map<EGLContext, oru::ContextTextures> gTextureMap;
 
 #pragma GCC visibility pop
 
 namespace oru {
 
-/// An animation of the kit. Objects are never destroyed through this interface.
+/// An animation of the kit. The destructor is protected, because animations are never deleted through this interface.
 class IAnimation {
 public:
     virtual void reserved1() = 0;  ///< Three operations that only the kit calls.
@@ -92,7 +92,7 @@ public:
     virtual ~IOwnedObject() = default;
 };
 
-/// The kit's view. Only the aspect ratio, width / height, is read here.
+/// View settings of the kit. This library reads only the aspect ratio, width / height.
 struct ViewParameters {
     std::array<float, 4> leading{};
     float aspectRatio = 0.0f;
@@ -102,16 +102,16 @@ struct ViewParameters {
 /// Nine 32-bit words that only the kit writes and reads.
 using SceneRecord = std::array<std::uint32_t, 9>;
 
-/// Base class of scenes. The kit ships it as source code, so that the compiler of the deriving library lays out its
-/// virtual table and its fields. The kit reads and writes the fields in place and calls the functions by slot. The
-/// functions are defined in oru.cpp.
+/// Base class of all scenes. The kit ships it as source code, so the compiler of each library lays out the virtual
+/// table and the fields. The kit accesses the fields in place and calls the functions by slot. The functions are
+/// defined in oru.cpp.
 class Scene {
 public:
     Scene(const Scene&) = delete;
     Scene& operator=(const Scene&) = delete;
 
-    // Slots 1 to 21. The kit gives them a meaning that this library does not need, so they ignore their arguments and
-    // do nothing. Slot 7 returns an int, so that a caller reads 0 or false.
+    // Slots 1 to 21. Only the kit calls them. This library does not need them, so they ignore their arguments and do
+    // nothing. Slot 7 returns an int, so that a caller reads 0 or false.
     virtual void operation1() {}
     virtual void operation2() {}
     virtual void operation3() {}
@@ -134,7 +134,8 @@ public:
     virtual void operation20() {}
     virtual void operation21() {}
 
-    /// Slots 22 and 23: the two destructors. Logs a warning if `renderers` or `shaders` is not empty.
+    /// Slots 22 and 23: the complete and the deleting destructor. Logs a warning if `renderers` or `shaders` is not
+    /// empty.
     virtual ~Scene();
 
     /// Slot 24. Sets a projection that maps x in [0, width] and y in [0, height] to [-1, 1].
@@ -162,7 +163,7 @@ public:
     std::vector<SceneRecord> records;      ///< Filled by the kit, released here.
 
 protected:
-    /// Registers the current GL context in gTextureMap and seeds the C library's random generator.
+    /// Stores the current GL context, adds its entry to gTextureMap and seeds the C library's random generator.
     explicit Scene(IAnimationManager& manager);
 };
 

@@ -5,7 +5,8 @@
 
 #include "simd/float4_plain.h"
 
-// Selects the four-lane implementation for the target processor. VELMORA_PLAIN_LANES selects the plain struct instead.
+// Namespace `lanes` holds the four-lane vectors for the target processor. If VELMORA_PLAIN_LANES is defined, these are
+// plain structs.
 #if defined(VELMORA_PLAIN_LANES)
 namespace velmora {
 namespace lanes = plain;
@@ -34,13 +35,14 @@ namespace lanes = plain;
 namespace velmora {
 
 using lanes::Float4;
-/// Loads four floats from an address that is a multiple of 16 bytes. On x86 an arithmetic instruction can read an
-/// aligned vector from memory itself; an unaligned vector needs a separate load instruction.
+/// Loads four floats from an address that is a multiple of 16 bytes. On x86, an arithmetic instruction can take an
+/// aligned vector directly from memory, but an unaligned vector needs a separate load instruction.
 using lanes::loadAligned;
 using lanes::loadShorts;
 using lanes::Short8;
 
-/// Returns the first address at or after `from` that is a multiple of 16 bytes. It is at most 3 floats later.
+/// Returns the first address at or after `from` that is a multiple of 16 bytes. That address is at most 3 floats after
+/// `from`.
 inline float* alignedUp(float* from) {
     const auto beyond = reinterpret_cast<std::uintptr_t>(from) % 16;
     return from + (16 - beyond) % 16 / sizeof(float);
@@ -69,9 +71,9 @@ inline Float4 ramp<Float4>(float start) {
     return lanes::ramp(start);
 }
 
-/// Runs `cell.operator()<Floats>(i)` over the columns [begin, end): four columns at a time, then the rest one at a
-/// time. The lambda should capture by value. If it captures a reference, the compiler must assume that a vector store
-/// changes the referenced value, and reads it again for every group.
+/// Runs `cell.operator()<Floats>(i)` over the columns [begin, end): four columns at a time, then the remaining columns
+/// singly. The lambda should capture by value. For a captured reference, the compiler must assume that every vector
+/// store changes the referenced value, so it reads the value again for every group.
 template <class Cell>
 void forGroups(std::ptrdiff_t begin, std::ptrdiff_t end, Cell cell) {
     std::ptrdiff_t i = begin;
@@ -84,8 +86,8 @@ void forGroups(std::ptrdiff_t begin, std::ptrdiff_t end, Cell cell) {
     }
 }
 
-/// Runs `block(i)` for blocks of four elements that start at `i` and together cover `count` elements. `count` must be
-/// at least four. The last block may overlap the block before it.
+/// Calls `block(i)` for blocks of four elements, i to i + 3. Together the blocks cover all `count` elements. `count`
+/// must be at least four. The last block may overlap the block before it.
 template <class Block>
 void forBlocksOfFour(std::ptrdiff_t count, Block block) {
     for (std::ptrdiff_t i = 0; i < count - 4; i += 4) {
@@ -94,8 +96,7 @@ void forBlocksOfFour(std::ptrdiff_t count, Block block) {
     block(count - 4);
 }
 
-/// Works like forGroups, and also passes the column numbers of the lanes as floats: `cell.operator()<Floats>(i,
-/// columns)`.
+/// Like forGroups, but also passes the column numbers of the lanes as floats: `cell.operator()<Floats>(i, columns)`.
 template <class Cell>
 void forColumns(std::ptrdiff_t begin, std::ptrdiff_t end, Cell cell) {
     Float4 columns = ramp<Float4>(static_cast<float>(begin));

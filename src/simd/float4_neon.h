@@ -4,7 +4,7 @@
 
 #include "simd/lanes.h"
 
-// Four lanes on ARM Advanced SIMD (NEON), 64-bit and 32-bit. The 32-bit unit always flushes subnormals to zero.
+// Four-lane vectors for ARM Advanced SIMD (NEON), 64-bit and 32-bit. The 32-bit unit always flushes subnormals to zero.
 
 namespace velmora::neon {
 
@@ -65,7 +65,7 @@ inline Pair<Float4> loadPair(const float* from) {
     return {cells.val[0], cells.val[1]};
 }
 inline void storePair(float* to, Pair<Float4> cells) {
-    // The pair has a name, because vst2q_f32 is a macro in Clang: the comma inside braces would split the macro's
+    // `both` must be a variable. In Clang, vst2q_f32 is a macro, and the comma inside the braces would split its
     // argument.
     const float32x4x2_t both{{cells.x.lanes, cells.y.lanes}};
     vst2q_f32(to, both);
@@ -130,8 +130,8 @@ inline Float4 select(Mask4 which, Float4 yes, Float4 no) {
     return vbslq_f32(which.lanes, yes.lanes, no.lanes);
 }
 
-// vminq_f32 and vmaxq_f32 return NaN if either operand is NaN. min and max must return b then (simd/lanes.h), as
-// compare and select do.
+// min and max must return b if an operand is NaN (simd/lanes.h). vminq_f32 and vmaxq_f32 return NaN instead, so this
+// code compares and selects.
 inline Float4 min(Float4 a, Float4 b) {
     return select(a < b, a, b);
 }
@@ -143,15 +143,15 @@ inline Float4 sqrt(Float4 a) {
 #ifdef __aarch64__
     return vsqrtq_f32(a.lanes);
 #else
-    // The 32-bit vector unit only estimates square roots. The scalar unit rounds them correctly.
+    // The 32-bit vector unit only estimates square roots, but the scalar unit rounds them correctly.
     return {velmora::sqrt(vgetq_lane_f32(a.lanes, 0)), velmora::sqrt(vgetq_lane_f32(a.lanes, 1)),
             velmora::sqrt(vgetq_lane_f32(a.lanes, 2)), velmora::sqrt(vgetq_lane_f32(a.lanes, 3))};
 #endif
 }
 
 inline Int4 truncate(Float4 a) {
-    // vcvtq_s32_f32 saturates and converts NaN to 0. truncate must return INT32_MIN for values that do not fit
-    // (simd/lanes.h).
+    // truncate must return INT32_MIN for a value that does not fit (simd/lanes.h). vcvtq_s32_f32 returns other numbers
+    // for NaN and large values, so replace them.
     const uint32x4_t fits = vcaltq_f32(a.lanes, vdupq_n_f32(2147483648.0f));
     return {vbslq_s32(fits, vcvtq_s32_f32(a.lanes),
                       vdupq_n_s32(std::numeric_limits<std::int32_t>::min()))};

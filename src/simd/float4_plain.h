@@ -5,7 +5,8 @@
 
 #include "simd/lanes.h"
 
-// Four lanes as a plain struct, for processors that have no vector unit. Tests compare the vector versions with it.
+// Four-lane vectors as a plain struct, for processors that have no vector unit. Tests compare the other implementations
+// with this one.
 
 namespace velmora::plain {
 

@@ -7,7 +7,7 @@
 
 #include "simd/lanes.h"
 
-// Four lanes on SSE2, which all 64-bit x86 processors have.
+// Four-lane vectors for SSE2, which all 64-bit x86 processors have.
 
 namespace velmora::sse2 {
 
@@ -100,7 +100,7 @@ inline Float4 operator-(Float4 a, Float4 b) {
 inline Float4 operator*(Float4 a, Float4 b) {
     return _mm_mul_ps(a.lanes, b.lanes);
 }
-// minps and maxps return their second operand if either is NaN or both are zero, as simd/lanes.h requires.
+// If an operand is NaN or both are zero, minps and maxps return their second operand, as simd/lanes.h requires.
 inline Float4 min(Float4 a, Float4 b) {
     return _mm_min_ps(a.lanes, b.lanes);
 }
@@ -147,8 +147,8 @@ inline Float4 toFloat(Int4 a) {
     return _mm_cvtepi32_ps(a.lanes);
 }
 
-/// Addresses of four cells of two floats each. The constructor extracts two 32-bit indices as one 64-bit number and
-/// then splits it. An index is never negative, so it needs no sign extension.
+/// Addresses of four cells with two floats each. The constructor extracts two 32-bit indices as one 64-bit number and
+/// then splits that number. Indices are never negative, so they need no sign extension.
 struct CellAddresses {
     CellAddresses(const float* cells, Int4 index) {
         const auto low = static_cast<std::uint64_t>(_mm_cvtsi128_si64(index.lanes));

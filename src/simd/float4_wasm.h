@@ -4,7 +4,7 @@
 
 #include "simd/lanes.h"
 
-// Four lanes on WebAssembly's 128-bit vectors. WebAssembly has no mode that flushes subnormals to zero.
+// Four-lane vectors for WebAssembly's 128-bit SIMD. WebAssembly has no mode that flushes subnormals to zero.
 
 namespace velmora::wasm {
 
@@ -102,8 +102,8 @@ inline Float4 operator-(Float4 a, Float4 b) {
 inline Float4 operator*(Float4 a, Float4 b) {
     return wasm_f32x4_mul(a.lanes, b.lanes);
 }
-// f32x4.pmin(a, b) is b < a ? b : a, and pmax(a, b) is a < b ? b : a. Swapped operands give the min and max of
-// simd/lanes.h.
+// f32x4.pmin(a, b) is b < a ? b : a, and f32x4.pmax(a, b) is a < b ? b : a. min and max of simd/lanes.h need the
+// operands in reverse order.
 inline Float4 min(Float4 a, Float4 b) {
     return wasm_f32x4_pmin(b.lanes, a.lanes);
 }
@@ -141,14 +141,15 @@ inline Float4 select(Mask4 which, Float4 yes, Float4 no) {
 }
 
 inline Int4 truncate(Float4 a) {
-    // i32x4.trunc_sat saturates and converts NaN to 0. truncate must return INT32_MIN for values that do not fit.
+    // truncate must return INT32_MIN for a value that does not fit (simd/lanes.h). i32x4.trunc_sat returns other
+    // numbers for NaN and large values, so replace them.
     const v128_t fits = wasm_f32x4_lt(a.lanes, wasm_f32x4_const_splat(2147483648.0f));
     const v128_t none = wasm_i32x4_const_splat(std::numeric_limits<std::int32_t>::min());
     return {wasm_v128_bitselect(wasm_i32x4_trunc_sat_f32x4(a.lanes), none, fits)};
 }
 inline Int4 truncateSmall(Float4 a) {
-    // In the sum 2^23 + n, the low 23 bits of the float are the whole number n. This is faster than i32x4.trunc_sat,
-    // which takes many instructions on x86.
+    // For a small whole number n, the low 23 bits of the float 2^23 + n are n. Adding and masking is faster than
+    // i32x4.trunc_sat, which needs many instructions on x86.
     const v128_t sum = wasm_f32x4_add(wasm_f32x4_trunc(a.lanes), wasm_f32x4_const_splat(0x1p23f));
     return {wasm_v128_and(sum, wasm_i32x4_const_splat(0x7fffff))};
 }

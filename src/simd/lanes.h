@@ -8,9 +8,9 @@
 
 #include "base/pair.h"
 
-// The operations of which kernels are written. The same expression compiles for one cell (`float`) and for four
-// adjacent cells (`Float4`, simd/float4.h) and gives each cell the same bits. This file has the operations for one
-// cell. The four-lane operations must follow these definitions:
+// The operations that kernels use. The same expression compiles for one cell (`float`) and for four adjacent cells
+// (`Float4`, simd/float4.h) and gives each cell the same bits. This file has the operations for one cell. The four-lane
+// operations must follow these definitions:
 //
 //   min(a, b)   a < b ? a : b, so b if either is NaN
 //   max(a, b)   a > b ? a : b, so b if either is NaN
@@ -57,13 +57,15 @@ inline void storePair(float* to, Pair<float> cells) {
     to[0] = cells.x;
     to[1] = cells.y;
 }
-/// Stores the pairs at `from` minus `change`. Some processors can do this on interleaved x and y, which saves shuffles.
+/// Subtracts `change` from the pairs at `from` and stores the result at `to`. Some processors can do this on
+/// interleaved x and y, which saves shuffles.
 inline void storeDifference(float* to, const float* from, Pair<float> change) {
     to[0] = from[0] - change.x;
     to[1] = from[1] - change.y;
 }
 
-/// Returns start, start + 1, ..., one value per lane. Exact for whole numbers below 2^24.
+/// Returns start, start + 1, start + 2 and so on, one value per lane. The values are exact for whole numbers below
+/// 2^24.
 template <class Floats>
 Floats ramp(float start) = delete;
 template <>
@@ -71,19 +73,19 @@ inline float ramp<float>(float start) {
     return start;
 }
 
-/// Returns the lanes moved right by one: the last lane of `before`, then all lanes of `cells` but the last. If `before`
-/// is the group before `cells`, these are the left neighbours of `cells`.
+/// Moves the lanes right by one: returns the last lane of `before`, then all lanes of `cells` except the last. If
+/// `before` is the group before `cells`, the result holds the left neighbours of `cells`.
 inline float slideRight(float before, float /*cells*/) {
     return before;
 }
 
-/// Returns the lanes moved left by one: all lanes of `cells` but the first, then the first lane of `after`. If `after`
-/// is the group after `cells`, these are the right neighbours of `cells`.
+/// Moves the lanes left by one: returns all lanes of `cells` except the first, then the first lane of `after`. If
+/// `after` is the group after `cells`, the result holds the right neighbours of `cells`.
 inline float slideLeft(float /*cells*/, float after) {
     return after;
 }
 
-/// Returns the bits of a float. Some C++ standard libraries still lack std::bit_cast.
+/// Returns the bits of a float. std::bit_cast would do the same, but some C++ standard libraries still lack it.
 inline std::uint32_t bitsOf(float value) {
     std::uint32_t bits;
     std::memcpy(&bits, &value, sizeof bits);
@@ -122,20 +124,20 @@ inline float toFloat(std::int32_t value) {
     return static_cast<float>(value);
 }
 
-/// Returns the cells of 2 floats with these indices, one per lane.
+/// Returns the cells at the given indices, one cell per lane. A cell has 2 floats.
 inline Pair<float> gatherPairs(const float* cells, std::int32_t index) {
     return loadPair<float>(cells + std::ptrdiff_t{index} * 2);
 }
 
-/// One cell or four cells, and the next cell after each.
+/// One cell or four cells, and for each the cell after it.
 template <class Floats>
 struct Neighbours {
     Pair<Floats> cell;
     Pair<Floats> next;
 };
 
-/// Returns the cells of 2 floats with the indices `index[0]`, `index[1]` ..., one per lane, and the next cell after
-/// each. Those next cells must exist.
+/// Returns the cells at `index[0]`, `index[1]` and so on, one per lane, each with the cell after it. A cell has 2
+/// floats. The cells after them must exist.
 template <class Floats>
 Neighbours<Floats> gatherNeighbours(const float* cells, const std::int32_t* index) = delete;
 template <>
@@ -143,7 +145,7 @@ inline Neighbours<float> gatherNeighbours<float>(const float* cells, const std::
     return {gatherPairs(cells, *index), gatherPairs(cells, *index + 1)};
 }
 
-/// High and low bytes of one value or of four values, each byte in [0, 255].
+/// High and low byte of one value or of four values. Each byte is in [0, 255].
 template <class Int>
 struct BytePairs {
     Int high;

@@ -7,8 +7,8 @@ namespace velmora {
 
 namespace {
 
-/// Returns the velocity of the cell with this centre (screen pixels). If the cell is beside the segment, the stroke
-/// pushes it. The square root is correctly rounded, because an estimate would differ between processors.
+/// Returns the new velocity of the cell centred at `centre`, in screen pixels. The stroke pushes cells beside its
+/// segment. The square root is correctly rounded, because estimates differ between processors.
 template <class Floats>
 Pair<Floats> pushedCell(const StrokeImpulse& stroke, Pair<Floats> centre, Pair<Floats> velocity) {
     const Pair<Floats> previous{Floats(stroke.previous.x), Floats(stroke.previous.y)};

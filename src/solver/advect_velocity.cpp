@@ -15,7 +15,8 @@ bool pushes(const Advection& advection) {
     return advection.dragMode >= MediumDrag;
 }
 
-/// Returns the departure point (u, v) of the cell centred at (x, y). Input and output are in grid units.
+/// Returns the point from which the flow reaches the cell centre (x, y) in one time step. (x, y) is in cells; the
+/// result is in texture coordinates, [0, 1] inside the grid.
 template <class Floats>
 Pair<Floats> departurePoint(const Advection& advection, Floats x, Floats y, Pair<Floats> velocity) {
     const Floats timeStep(advection.timeStep);
@@ -35,7 +36,7 @@ Pair<Floats> pushed(const Advection& advection, Floats i, Floats j, Pair<Floats>
     return {select(near, value.x + pushX, value.x), select(near, value.y + pushY, value.y)};
 }
 
-/// Returns the new value of cell (i, j), given the `value` found at its departure point.
+/// Returns the new velocity of cell (i, j). `value` is the velocity interpolated at the cell's departure point.
 template <bool withPush, class Floats>
 Pair<Floats> advected(const Advection& advection, Floats i, Floats j, Pair<Floats> value) {
     if constexpr (withPush) {
@@ -52,17 +53,17 @@ Pair<Floats> advectedCell(const Advection& advection, Floats i, Floats j, Pair<F
     return advected<withPush>(advection, i, j, sampleBilinear(source, from.x, from.y));
 }
 
-/// Departure points of up to `capacity` cells of a row. One loop computes the points, a second loop gathers from them.
-/// In a single loop, each SIMD group would be such a long chain of dependent operations that a processor could overlap
-/// only two or three groups.
+/// Departure points of up to `capacity` cells of a row. One loop computes the points, and a second loop interpolates
+/// there. A single loop would make each SIMD group one long chain of dependent operations, and a processor could
+/// overlap only two or three such chains.
 struct DeparturePoints {
     static constexpr std::ptrdiff_t capacity = 128;
-    // Index of the lower left cell, or -1 if that cell is in the last column or row.
+    // Index of the cell to the lower left of the departure point, or -1 if that cell is in the last column or row.
     std::int32_t cell[capacity];
     float fx[capacity], fy[capacity];
 };
 
-/// Writes entry `at`: the departure point of the cell in `column` of row j.
+/// Stores the departure point of cell (column, j) as entry `at`.
 template <class Floats>
 void findDeparturePoint(const Advection& advection, DeparturePoints& points, std::ptrdiff_t at,
                         Floats column, float j, Pair<Floats> velocity) {
@@ -78,7 +79,7 @@ void findDeparturePoint(const Advection& advection, DeparturePoints& points, std
     store(points.fy + at, place.fy);
 }
 
-/// Returns true if all departure points of the group at entry `at` have right and upper neighbours in the grid.
+/// Returns true if all four cells around each departure point of the group at entry `at` are in the grid.
 template <class Floats>
 bool haveNeighbours(const DeparturePoints& points, std::ptrdiff_t at) {
     std::int32_t all = 0;
@@ -88,7 +89,7 @@ bool haveNeighbours(const DeparturePoints& points, std::ptrdiff_t at) {
     return all >= 0;
 }
 
-/// Returns the value at departure point `at`, whose cell must have right and upper neighbours.
+/// Returns the velocity interpolated at the departure points from entry `at` on. haveNeighbours must be true for them.
 template <class Floats>
 Pair<Floats> gathered(const FloatGrid& source, const DeparturePoints& points, std::ptrdiff_t at) {
     const std::int32_t* const cell = points.cell + at;
@@ -97,8 +98,8 @@ Pair<Floats> gathered(const FloatGrid& source, const DeparturePoints& points, st
         .weigh(gatherNeighbours<Floats>(source.data, cell), gatherNeighbours<Floats>(above, cell));
 }
 
-/// Advects the columns [begin, end) of row j, at most `DeparturePoints::capacity` columns. All calls are inlined,
-/// because a real call for each group would load the constants again.
+/// Advects the columns [begin, end) of row j, at most `DeparturePoints::capacity` columns. [[gnu::flatten]] inlines all
+/// calls, because a real call in each group would load the constants again.
 template <bool withPush>
 [[gnu::flatten]] void advectCells(const Advection& pass, const float* velocity, float* out,
                                   std::ptrdiff_t begin, std::ptrdiff_t end, float j) {
@@ -127,7 +128,7 @@ void advectRow(const Advection& advection, const float* velocity, float* out, st
     }
 }
 
-/// Returns true if the push can reach a cell of row j.
+/// Returns true if the push of a drag can reach a cell of row j.
 bool isPushed(const Advection& advection, float j) {
     const float dy = advection.touchPoint.y - j * advection.cellToScreen.y;
     return dy * dy < pushRadiusSquared;

@@ -6,12 +6,12 @@
 
 #include "simd/float4.h"
 
-// Loops over a grid. Beyond the border, the neighbour of an edge cell is the edge cell itself.
+// Loops over the cells of a grid and their neighbours. An edge cell is its own neighbour beyond the border.
 
 namespace velmora {
 
-/// Row j of a grid with `rowLength` floats per row, and the rows below and above it. At the border, row j is used
-/// again.
+/// Pointers to row j and to the rows below and above it. If row j is the first or the last row, it also replaces its
+/// missing neighbour. A row has `rowLength` floats.
 struct ClampedRows {
     ClampedRows(const float* data, std::ptrdiff_t rowLength, std::int32_t j, std::int32_t height)
         : middle(data + j * rowLength),
@@ -23,8 +23,8 @@ struct ClampedRows {
     const float* top;
 };
 
-/// Runs `cell.operator()<Floats>(i, left, right)` for each column i of a row and the columns of its neighbours. The two
-/// edge columns run one at a time, the columns between them four at a time (see forGroups).
+/// Runs `cell.operator()<Floats>(i, left, right)` for each column i of a row; `left` and `right` are the columns of its
+/// neighbours. The two edge columns run singly, the columns between them four at a time (see forGroups).
 template <class Cell>
 void forClampedGroups(std::ptrdiff_t width, Cell cell) {
     if (width == 1) {

@@ -9,7 +9,8 @@ namespace velmora {
 
 namespace {
 
-/// Velocity components around a cell: x of the right and left neighbours, y of the upper and lower neighbours.
+/// Velocity components on the four sides of a cell: x of the right and left neighbours, y of the upper and lower
+/// neighbours.
 template <class Floats>
 struct Flow {
     Floats right, left, top, bottom;
@@ -21,8 +22,8 @@ Floats divergenceOf(const Divergence& divergence, const Flow<Floats>& flow) {
            Floats(divergence.halfInverseCellSize);
 }
 
-/// Returns the divergence that the sink subtracts from the cell with corner (i, j). Outside the sink's radius this is
-/// 0.
+/// Returns the divergence that the sink subtracts at the cell with lower left corner (i, j). Returns 0 outside the
+/// sink's radius.
 template <class Floats>
 Floats sinkAt(const Divergence& divergence, Floats i, Floats j) {
     const Floats dx = Floats(divergence.sourcePoint.x) - i * Floats(divergence.cellToScreen.x);

@@ -30,8 +30,8 @@ void startSolver(EffectState& state) {
     }
 }
 
-/// Copies the touch and the settings of one moment into state.stepSettings, for the worker and the ink passes. Returns
-/// the dissipation of the ink passes.
+/// Copies the current touch and settings into state.stepSettings, for the worker and the ink passes of this frame.
+/// Returns the factor by which the ink passes multiply the ink.
 float beginFluidStep(EffectState& state, SharedTouch& shared) {
     const std::lock_guard guard(shared.lock);
     state.stepSettings = beginSolverStep(state, shared.variables);
@@ -43,7 +43,7 @@ float beginFluidStep(EffectState& state, SharedTouch& shared) {
 void stepFluid(EffectState& state, SharedTouch& shared) {
     joinSolver(state);
     uploadVelocity(state);
-    // Read the touch only after the wait, so that an event that arrived during the wait counts.
+    // Read the touch after the wait, so that this step uses events that arrived during the wait.
     const float dissipation = beginFluidStep(state, shared);
     startSolver(state);
     glViewport(0, 0, state.inkWidth, state.inkHeight);

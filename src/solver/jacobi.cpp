@@ -11,8 +11,8 @@ namespace velmora {
 
 namespace {
 
-/// Returns the pressure of a cell after one Jacobi iteration for the Poisson equation with right-hand side b. `source`
-/// is alpha * b, and `rbeta` is 1 / beta (alpha and beta: see Jacobi in passes.h).
+/// Returns a cell's pressure after one Jacobi iteration. `source` is alpha * b, and `rbeta` is 1 / beta (see class
+/// Jacobi in passes.h).
 template <class Floats>
 Floats relaxed(Floats left, Floats right, Floats bottom, Floats top, Floats source, Floats rbeta) {
     return (left + right + bottom + top + source) * rbeta;
@@ -32,8 +32,8 @@ void clearBorder(const FloatGrid& grid) {
     }
 }
 
-/// Relaxes two adjacent rows of `length` floats in transposed layout. Each row is also the other's upper or lower
-/// neighbour, so both share their loads. The additions then limit the speed; with one row at a time, the loads would.
+/// Runs one iteration for two adjacent rows of `length` floats in transposed layout. The rows are each other's
+/// neighbours, so they share loads. One row at a time would need more loads per cell, and these would limit the speed.
 void relaxTwoRows(const float* below, const float* lower, const float* upper, const float* above,
                   const float* source, float* out, std::ptrdiff_t length, float rbeta) {
     const Float4 border(0.0f);
@@ -62,7 +62,7 @@ void relaxTwoRows(const float* below, const float* lower, const float* upper, co
 }
 
 /// Runs one iteration in transposed layout, two rows at a time. If the number of rows is odd, the last pair computes
-/// one row a second time.
+/// one row again.
 void relaxTransposed(const TransposedLayout& layout, const float* x, const float* source,
                      float* out, const float* border, float rbeta) {
     const std::ptrdiff_t length = layout.rowLength();
@@ -79,7 +79,7 @@ void relaxTransposed(const TransposedLayout& layout, const float* x, const float
     }
 }
 
-/// Runs the first iteration. All pressures are 0 before it, so no neighbour is read.
+/// Runs the first iteration. All pressures are still 0, so it reads no neighbours.
 void relaxFromRest(const TransposedLayout& layout, const float* source, float* out, float rbeta) {
     const Float4 rest(0.0f);
     for (std::ptrdiff_t row = 0; row < layout.rows; ++row) {
@@ -101,7 +101,7 @@ bool fitsTransposed(const FloatGrid& output) {
 }
 
 /// Runs all iterations in transposed layout. The workspace holds the pressures before and after an iteration. The
-/// output's block holds alpha * b until the end, when the result replaces it.
+/// memory of the output grid holds alpha * b until the result replaces it at the end.
 void relaxAllTransposed(Jacobi& pass, std::int32_t count, float* workspace) {
     const TransposedLayout layout(pass.output);
     float* x = alignedUp(workspace);

@@ -21,28 +21,30 @@
 
 namespace velmora {
 
-/// A pass whose cells hold 2 floats.
+/// A solver pass. Each cell of its output grid holds 2 floats.
 class VectorPass {
 public:
     constexpr VectorPass() = default;
     VectorPass(const VectorPass&) = delete;
     VectorPass& operator=(const VectorPass&) = delete;
     virtual ~VectorPass() { std::free(name); }
-    /// Writes the 2 floats of the cell centred at `coord`, in grid units: (i + 0.5, j + 0.5).
+    /// Computes one output cell and writes its 2 floats to `out`. `coord` is the centre of the cell in grid units: (i +
+    /// 0.5, j + 0.5).
     virtual void evaluate(Float2 coord, float* out) const = 0;
 
     FloatGrid output{};
     char* name = nullptr;  // owned, from malloc; null until the pass is named
 };
 
-/// A pass whose cells hold 1 float.
+/// A solver pass. Each cell of its output grid holds 1 float.
 class ScalarPass {
 public:
     constexpr ScalarPass() = default;
     ScalarPass(const ScalarPass&) = delete;
     ScalarPass& operator=(const ScalarPass&) = delete;
     virtual ~ScalarPass() { std::free(name); }
-    /// Writes the float of the cell centred at `coord`, in grid units: (i + 0.5, j + 0.5).
+    /// Computes one output cell and writes its float to `out`. `coord` is the centre of the cell in grid units: (i +
+    /// 0.5, j + 0.5).
     virtual void evaluate(Float2 coord, float* out) const = 0;
 
     FloatGrid output{};
@@ -69,8 +71,8 @@ public:
     void evaluate(Float2 coord, float* out) const override;
 };
 
-/// The CPU version of the ink advection shader, gpu/shaders/advect.frag. The effect advects ink on the GPU and never
-/// runs this pass.
+/// The CPU version of the ink advection shader, gpu/shaders/advect.frag. The effect itself advects ink on the GPU and
+/// never runs this pass.
 class AdvectDensity final : public ScalarPass {
 public:
     void evaluate(Float2 coord, float* out) const override;
@@ -126,8 +128,8 @@ public:
     void evaluate(Float2 coord, float* out) const override;
 };
 
-/// The CPU version of the ink impulse shader, gpu/shaders/impulse.frag. The effect adds ink on the GPU and never runs
-/// this pass.
+/// The CPU version of the ink impulse shader, gpu/shaders/impulse.frag. The effect itself adds ink on the GPU and never
+/// runs this pass.
 class AddInk final : public ScalarPass {
 public:
     void evaluate(Float2 coord, float* out) const override;
@@ -162,20 +164,21 @@ public:
     void evaluate(Float2 coord, float* out) const override;
 };
 
-// Each kernel computes every cell of the pass's output grid, and does nothing if that grid does not exist. The input
-// grids must have the size of the output grid and must not overlap it.
+// The kernels. Each kernel computes all cells of the pass's output grid, or does nothing if that grid does not exist.
+// The input grids must have the size of the output grid and must not overlap it.
 
 void addVelocityKernel(const AddVelocity& pass);
 void advectVelocityKernel(const AdvectVelocity& pass);
 void computeDivergenceKernel(const ComputeDivergence& pass);
 void subtractGradientKernel(const SubtractGradient& pass);
 
-/// Runs `count` Jacobi iterations that start from pressure 0; the contents of `x` are ignored. After each iteration `x`
+/// Runs `count` Jacobi iterations. The pressure starts at 0; the contents of `x` are ignored. After each iteration, `x`
 /// and `output` exchange their grids, so the result is in `x`. `workspace` must have the size of the output and 2
 /// floats per cell; its contents are overwritten.
 void jacobiKernel(Jacobi& pass, std::int32_t count, const FloatGrid& workspace);
 
-/// Runs one Jacobi iteration over the interior of the output grid, which must exist. Sets the border cells to 0.
+/// Runs one Jacobi iteration over all cells of the output grid except the border cells, which it sets to 0. The output
+/// grid must exist.
 void jacobiSweep(const Jacobi& pass);
 
 }  // namespace velmora

@@ -7,8 +7,8 @@
 #include "simd/float4.h"
 #include "solver/float_grid.h"
 
-// Samples grids at normalised coordinates (u, v), which are clamped to [0, 1]. NaN counts as 0, so no sample reads
-// outside the grid.
+// Functions that sample a grid at normalised coordinates (u, v). They clamp u and v to [0, 1] and treat NaN as 0, so
+// they never read outside the grid.
 
 namespace velmora {
 
@@ -17,8 +17,8 @@ struct Cell {
     std::int32_t j;
 };
 
-/// Returns the cell at (u, v), where 0 is the first and 1 the last column or row. The centre of a cell gives that cell;
-/// a point one texel beside the centre gives the adjacent cell, clamped to the grid.
+/// Returns the cell at (u, v). Coordinate 0 gives the first column or row, and 1 gives the last. The centre of a cell
+/// gives that cell; a point one texel beside the centre gives the adjacent cell, clamped to the grid.
 Cell sampleNearest(const FloatGrid& grid, float u, float v);
 
 template <class Floats>
@@ -26,7 +26,7 @@ Floats clampToUnit(Floats value) {
     return min(max(value, Floats(0.0f)), Floats(1.0f));
 }
 
-/// A grid with its sizes as floats. Sizes and cell indices are below 2^24, so a float holds them exactly.
+/// A grid with its sizes converted to floats. Sizes and cell indices are below 2^24, so floats hold them exactly.
 struct BilinearGrid {
     explicit BilinearGrid(const FloatGrid& grid)
         : data(grid.data),
@@ -38,8 +38,8 @@ struct BilinearGrid {
     float rowLength, lastColumn, lastRow;
 };
 
-/// Position of (u, v) among the four cells around it: `column` and `row` of the lower left cell, and the distances `fx`
-/// and `fy` from that cell to the right and upwards, in cells.
+/// Position of (u, v) between four cells: `column` and `row` of the lower left cell, and the distances `fx` and `fy` to
+/// the right of and above that cell, in cells.
 template <class Floats>
 struct BilinearPlace {
     BilinearPlace(const BilinearGrid& grid, Floats u, Floats v) {
@@ -55,8 +55,8 @@ struct BilinearPlace {
     Floats fx, fy;
 };
 
-/// Weights of the bilinear interpolation of four values. The products are added in a fixed order, so that all
-/// processors give the same bits.
+/// Weights for bilinear interpolation between four values. The products are added in a fixed order, so that all
+/// processors compute the same bits.
 template <class Floats>
 struct BilinearWeights {
     BilinearWeights(Floats fx, Floats fy) {
@@ -78,13 +78,13 @@ struct BilinearWeights {
     Floats weight00, weight10, weight01, weight11;
 };
 
-/// Returns the column or row after `at`, or `last` if `at` is the last one.
+/// Returns the column or row after `at`. If `at` is the last one, returns `last`.
 template <class Floats>
 Floats nextAfter(Floats at, float last) {
     return min(at + Floats(1.0f), Floats(last));
 }
 
-/// Returns the bilinear value of a 2-float grid at (u, v).
+/// Returns the interpolated value at (u, v) of a grid with 2 floats per cell.
 template <class Floats>
 Pair<Floats> sampleBilinear(const BilinearGrid& grid, Floats u, Floats v) {
     const BilinearPlace<Floats> at(grid, u, v);
@@ -99,25 +99,25 @@ Pair<Floats> sampleBilinear(const BilinearGrid& grid, Floats u, Floats v) {
                {cells(top, at.column), cells(top, next)});
 }
 
-/// Returns the bilinear value of a 1-float grid at (u, v).
+/// Returns the interpolated value at (u, v) of a grid with 1 float per cell.
 float sampleBilinearScalar(const FloatGrid& grid, float u, float v);
 
-/// Returns the value of a cell of a 1-float grid.
+/// Returns a cell's value in a grid with 1 float per cell.
 inline float scalarAt(const FloatGrid& grid, Cell cell) {
     return grid.data[cell.i + std::ptrdiff_t{cell.j} * grid.width];
 }
 
-/// Returns the address of a cell of a 2-float grid.
+/// Returns a cell's address in a grid with 2 floats per cell.
 inline const float* addressOf(const FloatGrid& grid, Cell cell) {
     return grid.data + (cell.i + std::ptrdiff_t{cell.j} * grid.width) * 2;
 }
 
-/// Returns the value of a cell of a 2-float grid.
+/// Returns a cell's value in a grid with 2 floats per cell.
 inline Float2 pairAt(const FloatGrid& grid, Cell cell) {
     return loadPair<float>(addressOf(grid, cell));
 }
 
-/// A cell and its four neighbours, clamped to the grid.
+/// A cell and its four neighbours. Beyond the border, a neighbour is the cell itself.
 struct Neighbourhood {
     Neighbourhood(const FloatGrid& grid, Float2 coord, Float2 texelSize);
     Cell middle, left, right, bottom, top;

@@ -21,8 +21,8 @@ void setSink(EffectState& state, const EdgeSink& sink) {
     state.sourceStrength = sink.strength;
 }
 
-/// Sets touchMargin and the sink from the touch's distance to the screen edges. Returns true if the step projects the
-/// flow.
+/// Adapts the step to a touch near an edge of the screen (margin rule). Sets touchMargin and, near an edge, the sink.
+/// Returns true if the step may project the velocity.
 bool applyMarginRule(EffectState& state, const TouchVariables& touch, DragMode dragMode) {
     const auto isTouchInside = [&](std::int32_t margin) {
         return isInside(state, touch.touchX, touch.touchY, margin);
@@ -73,8 +73,8 @@ void advect(EffectState& state, const StepSettings& settings) {
     std::swap(state.velocity, state.velocityScratch);
 }
 
-/// Returns a random point within 5 pixels of the touch on each axis. If the sink never moved, the flow around it would
-/// freeze.
+/// Returns a random position for the sink, within 5 pixels of the touch on each axis. If the sink never moved, the flow
+/// around it would become static.
 Float2 jitteredSink(const EffectState& state, const StepSettings& settings) {
     const double u1 = std::rand() * 0x1p-31;
     const double u2 = std::rand() * 0x1p-31;
@@ -121,8 +121,8 @@ void project(EffectState& state) {
     std::swap(state.velocity, state.velocityScratch);
 }
 
-/// Returns true if all numbers are finite. x - x is NaN if x is infinite or NaN, and a sum with NaN is NaN. Four
-/// independent sums let the processor overlap the additions.
+/// Returns true if all numbers are finite. x - x is 0 for finite x and NaN for the rest, and a sum with a NaN is NaN.
+/// Four independent sums let the processor overlap the additions.
 bool areFinite(const float* numbers, std::ptrdiff_t count) {
     Float4 sums[4] = {0.0f, 0.0f, 0.0f, 0.0f};
     const std::ptrdiff_t whole = count / 16 * 16;
@@ -141,9 +141,8 @@ bool areFinite(const float* numbers, std::ptrdiff_t count) {
     return sum == 0.0f;
 }
 
-/// Sets every component that is infinite or NaN to 0. Extreme touch pressures and strokes from far outside the screen
-/// can produce such values, and advection would keep and spread them. Large finite values need no care, because they
-/// decay.
+/// Sets every component that is infinite or NaN to 0, because advection would keep and spread it. Extreme touch
+/// pressures and strokes far outside the screen can produce such values. Large finite values decay by themselves.
 void zeroNonFinite(const FloatGrid& velocity) {
     float* const components = velocity.data;
     const std::ptrdiff_t count = std::ptrdiff_t{velocity.width} * velocity.height * 2;

@@ -10,13 +10,13 @@ namespace velmora {
 // smaller margin and a smaller sink, or skips the projection (see applyMarginRule). The frame that starts the step uses
 // this margin for its ink. Then the touch step of the same frame replaces the sink by that of its preset.
 
-/// Applies the margin rule to touchMargin, sourceRadius and sourceStrength, and returns the settings of the next step.
-/// No solver worker may be running.
+/// Adapts touchMargin, sourceRadius and sourceStrength to a touch near an edge of the screen (margin rule). Returns the
+/// settings of the next step. The solver worker must not be running.
 StepSettings beginSolverStep(EffectState& state, const TouchVariables& touch);
 
-/// Advances the velocity by one step: adds the stroke impulse, advects, projects if the margin rule allows it, and
-/// packs the result. This is the start function of the solver thread. `effectState` points to an EffectState; the step
-/// uses its stepSettings, grids, passes and packedVelocity, and calls rand(). Returns null.
+/// Advances the velocity by one step: adds the stroke impulse of a fast drag, advects, projects if the margin rule
+/// allows it, and packs the result. This is the start function of the solver thread. `effectState` points to an
+/// EffectState. The step uses its stepSettings, grids, passes and packedVelocity, and calls rand(). Returns null.
 void* runSolverStep(void* effectState);
 
 /// Pushes velocity away from the step's stroke, unless the touch is near an edge of the screen.

@@ -6,8 +6,8 @@
 
 namespace velmora {
 
-/// Settings of one solver step: copies of the fields of EffectState and TouchVariables that a touch or the frame may
-/// change while the step runs. All other settings change only while no step runs.
+/// Settings of one solver step. They are copies of those fields of EffectState and TouchVariables that may change while
+/// the step runs. All other settings change only between steps.
 struct StepSettings {
     DragMode dragMode;
     DragSegment dragSegment;                // screen pixels, y down

@@ -26,7 +26,7 @@ struct TransposedLayout {
     std::ptrdiff_t rowLength() const { return 4 * groups; }
     std::ptrdiff_t cells() const { return rows * rowLength(); }
 
-    /// Sets the padding of a row to 0. The padding is at most three cells, all at the end of the last quarter.
+    /// Sets the padding of a row to 0. The padding is at the end of the last quarter, at most three cells.
     void clearPadding(float* row) const {
         for (std::ptrdiff_t i = width - 2; i < rowLength(); ++i) {
             row[4 * (i - 3 * groups) + 3] = 0.0f;
@@ -38,7 +38,7 @@ struct TransposedLayout {
     std::ptrdiff_t groups;  // groups of four per row, at least 4
 };
 
-/// Writes `factor` times the interior of the grid to `transposed`, in transposed layout.
+/// Multiplies the interior of the grid by `factor` and writes it to `transposed` in transposed layout.
 inline void transposeGrid(const TransposedLayout& layout, const FloatGrid& grid, float factor,
                           float* transposed) {
     const std::ptrdiff_t length = layout.groups;
@@ -63,7 +63,8 @@ inline void transposeGrid(const TransposedLayout& layout, const FloatGrid& grid,
 }
 
 /// Writes the transposed values back to the interior of the grid. The padding of a row overwrites the border cells
-/// after the row and may overwrite one cell of the next row. The next row is written later, so this does no harm.
+/// after the row and perhaps one cell of the next row. That cell is correct in the end, because the next row is written
+/// later.
 inline void restoreGrid(const TransposedLayout& layout, const float* transposed,
                         const FloatGrid& grid) {
     const std::ptrdiff_t length = layout.groups;

@@ -11,7 +11,7 @@ namespace {
 
 constexpr float valueLimit = 127.0f;
 constexpr float lowSteps = 255.0f;
-// A little more than 1 / 255, so that whole values never round down.
+// Slightly more than 1 / 255, so that whole numbers are not rounded down.
 constexpr float inverseSteps = 0.00392157f;
 static_assert(inverseSteps == 0x1.010106p-8f);
 
@@ -20,7 +20,7 @@ BytePairs<IntOf<Floats>> packed(Floats value) {
     const Floats shifted =
         min(max(value, Floats(-valueLimit)), Floats(valueLimit)) + Floats(valueLimit);
     const Floats fraction = shifted - toFloat(truncateSmall(shifted));
-    // `scaled` is in [0, 1), so only the fraction must be subtracted.
+    // `scaled` is less than 1, so its whole part is 0 and only the fraction must be subtracted.
     const Floats scaled = shifted * Floats(inverseSteps);
     return {truncateSmall((scaled - fraction * Floats(inverseSteps)) * Floats(lowSteps)),
             truncateSmall(fraction * Floats(lowSteps))};

@@ -13,13 +13,14 @@ constexpr float heightLimit = 100.0f;
 constexpr float calmThreshold = 0.009f;
 constexpr float smoothing = 0.018f;
 constexpr float strongSmoothing = 0.068f;
-// The damping that selects strongSmoothing. It is compared exactly, so 0.9400001f selects `smoothing`.
+// Damping at which strongSmoothing replaces `smoothing`. It must match exactly: 0.9400001f selects `smoothing`.
 constexpr float strongSmoothingDamping = 0.94f;
 
-/// Number of rows that smoothSixRows smooths at the same time, to hide the latency of the chain within a row.
+/// Number of rows that smoothSixRows smooths at the same time. A row is a chain of dependent operations, so the
+/// processor can overlap six rows but not two groups of one row.
 constexpr std::ptrdiff_t smoothedTogether = 6;
 
-/// The part of a grid row inside the updated rectangle, in the velocity grid and in the height grid.
+/// Pointers to the cells of one row inside the updated rectangle, in the velocity grid and in the height grid.
 struct WaterRow {
     float* velocity;
     float* height;
@@ -35,13 +36,14 @@ auto leavesCalm(Floats velocity) {
     return (velocity > Floats(calmThreshold)) | (velocity < Floats(-calmThreshold));
 }
 
-/// Limits a height to +-heightLimit and keeps NaN: min and max return their second operand if a comparison fails.
+/// Limits a height to +-heightLimit. NaN stays NaN, because min and max return their second operand if the comparison
+/// fails.
 template <class Floats>
 Floats clampedHeight(Floats sum) {
     return max(Floats(-heightLimit), min(Floats(heightLimit), sum));
 }
 
-/// Runs the first pass, which updates the velocity, for one group or cell. Returns the new velocity.
+/// Runs the first pass, which updates the velocity, for a cell or a group of four. Returns the new velocity.
 template <class Floats>
 Floats accelerate(WaterRow row, std::ptrdiff_t x, Floats top, std::ptrdiff_t rowLength,
                   const WaveSettings& settings) {
@@ -54,15 +56,15 @@ Floats accelerate(WaterRow row, std::ptrdiff_t x, Floats top, std::ptrdiff_t row
     return velocity;
 }
 
-/// Runs the second pass, which moves the height by the velocity, for one group or cell.
+/// Runs the second pass, which adds the velocity to the height, for a cell or a group of four.
 template <class Floats>
 void moveCell(WaterRow row, std::ptrdiff_t x, Floats height) {
     store(row.height + x, clampedHeight(height + load<Floats>(row.velocity + x)));
 }
 
-/// Runs the first pass for `row`. If `movesAbove` is true, also runs the second pass for the row above. That height may
-/// move only now, because the first pass of the cell below reads the old height. Returns true if `detectCalm` is true
-/// and a new velocity exceeds the calm threshold.
+/// Runs the first pass for `row`. If `movesAbove` is true, also runs the second pass for the row above. The row above
+/// moves only now, because the first pass of `row` reads its old heights. Returns true if `detectCalm` is true and a
+/// new velocity exceeds the calm threshold.
 template <bool detectCalm, bool movesAbove>
 bool accelerateRow(WaterRow row, WaterRow above, std::ptrdiff_t width, std::ptrdiff_t rowLength,
                    const WaveSettings& waves) {
@@ -94,8 +96,9 @@ void moveRow(WaterRow row, std::ptrdiff_t width) {
     });
 }
 
-/// Returns one group or cell after the third pass, which smooths the heights. `top` has been smoothed. `left` is the
-/// smoothed group before, of which only the last cell is used. The other left neighbours are not smoothed yet.
+/// Runs the third pass, which smooths the heights, for a cell or a group of four, and returns the new heights. `top` is
+/// already smoothed, and so is `left`, the group before. Only the last cell of `left` is used; the other left
+/// neighbours are inside the group and not smoothed yet.
 template <class Floats>
 Floats smoothed(const float* cell, std::ptrdiff_t rowLength, Floats weight, Floats top,
                 Floats left) {
@@ -105,7 +108,7 @@ Floats smoothed(const float* cell, std::ptrdiff_t rowLength, Floats weight, Floa
     return height + weight * lap;
 }
 
-/// Runs the third pass for one group or cell in place, and returns its new heights.
+/// Runs the third pass for a cell or a group of four, stores the new heights and returns them.
 template <class Floats>
 Floats smooth(float* cell, std::ptrdiff_t rowLength, Floats weight, Floats left) {
     const Floats value = smoothed(cell, rowLength, weight, load<Floats>(cell - rowLength), left);
@@ -113,7 +116,7 @@ Floats smooth(float* cell, std::ptrdiff_t rowLength, Floats weight, Floats left)
     return value;
 }
 
-/// Runs the third pass for the groups [begin, end) of one row. Returns the last smoothed group, or `left` if there is
+/// Runs the third pass for the groups [begin, end) of a row. Returns the last smoothed group, or `left` if there is
 /// none.
 Float4 smoothGroups(float* row, std::ptrdiff_t rowLength, float weight, std::ptrdiff_t begin,
                     std::ptrdiff_t end, Float4 left) {
@@ -123,7 +126,7 @@ Float4 smoothGroups(float* row, std::ptrdiff_t rowLength, float weight, std::ptr
     return left;
 }
 
-/// Runs the third pass for the last cells of a row, which do not fill a group of four.
+/// Runs the third pass for the last cells of a row, which are too few for a group of four.
 void smoothRest(float* row, std::ptrdiff_t rowLength, float weight, std::ptrdiff_t width) {
     for (std::ptrdiff_t x = width / 4 * 4; x < width; ++x) {
         smooth(row + x, rowLength, weight, row[x - 1]);
@@ -143,7 +146,7 @@ void smoothRow(float* row, std::ptrdiff_t rowLength, float weight, std::ptrdiff_
 void smoothSixRows(float* first, std::ptrdiff_t rowLength, float weight, std::ptrdiff_t width) {
     const std::ptrdiff_t groups = width / 4;
     const auto row = [=](std::ptrdiff_t r) { return first + r * rowLength; };
-    // When the common loop starts, row r has already smoothed 5 - r groups.
+    // Before the common loop starts, row r smooths its first 5 - r groups alone.
     const auto start = [=](std::ptrdiff_t r) {
         return smoothGroups(row(r), rowLength, weight, 0, smoothedTogether - 1 - r,
                             Float4(row(r)[-1]));
@@ -195,8 +198,8 @@ bool stepHeightField(const WaterGrids& grids, const WaterRectangle& rectangle,
         return WaterRow{grids.velocity + start, grids.height + start};
     };
     bool isMoving = false;
-    // One loop over the rows runs all three passes, so that each row is read from memory once. A row moves when the row
-    // below it has been accelerated, and is smoothed when the row below it has moved.
+    // A single loop over the rows runs all three passes, so each row is read from memory only once. The second pass of
+    // a row follows the first pass of the row below. The third pass of a row follows the second pass of the row below.
     std::ptrdiff_t unsmoothed = rectangle.y0;
     const auto smoothSixes = [&](std::ptrdiff_t end) {
         if (width >= 4 * smoothedTogether && end - unsmoothed >= smoothedTogether) {

@@ -2,16 +2,16 @@
 
 namespace velmora {
 
-/// Two row-major grids with 1 float per cell and `rowLength` cells per row: heights in [-100, 100], and vertical
-/// velocities in height per step.
+/// Two row-major grids with 1 float per cell and `rowLength` cells per row. Heights are in [-100, 100]; vertical
+/// velocities are in height units per step.
 struct WaterGrids {
     float* velocity;
     float* height;
     int rowLength;
 };
 
-/// The cells with x0 <= x < x1 and y0 <= y < y1. The grid must have at least one more cell on each side; those cells
-/// are read and never written.
+/// The cells to update: x0 <= x < x1 and y0 <= y < y1. The grid must have at least one more cell on each side. Those
+/// cells are read and never written.
 struct WaterRectangle {
     int x0;
     int y0;

@@ -10,7 +10,7 @@ namespace velmora {
 
 namespace {
 
-/// Returns `details` - 1, the number of gaps between vertices, as a float. Cannot overflow.
+/// Returns `details` - 1 as a float: the number of gaps between the vertices. The subtraction cannot overflow.
 float gaps(int details) {
     return static_cast<float>(std::int64_t{details} - 1);
 }
@@ -21,14 +21,16 @@ void storePoint(float* to, float x, float y) {
     to[2] = 0.0f;
 }
 
-/// Writes the first column of vertices, all at x, from `top` downwards in steps of `stepY`.
+/// Writes the first column of vertices. All are at `x`; the first is at y = `top`, and each of the others `stepY`
+/// lower.
 void writeFirstColumn(float* positions, int rows, float x, float top, float stepY) {
     for (int row = 0; row < rows; ++row) {
         storePoint(positions + row * 3, x, top - static_cast<float>(row) * stepY);
     }
 }
 
-/// Writes a column of vertices at x and copies y and z from the first column. Four vertices fill three vectors.
+/// Writes a column of vertices at `x` and copies y and z from the first column. Four vertices of 3 floats fill three
+/// vectors.
 void writeColumn(float* positions, const float* first, std::ptrdiff_t rows, float x) {
     if (rows < 4) {
         for (std::ptrdiff_t row = 0; row < rows; ++row) {
@@ -36,7 +38,7 @@ void writeColumn(float* positions, const float* first, std::ptrdiff_t rows, floa
         }
         return;
     }
-    // Three vectors hold four vertices: x y 0 x, y 0 x y, 0 x y 0. The masks select the lanes of x.
+    // Three vectors hold four vertices: (x y 0 x), (y 0 x y), (0 x y 0). The masks select the lanes that hold x.
     const Float4 zero(0.0f);
     const auto isX0 = Float4(1.0f, 0.0f, 0.0f, 1.0f) > zero;
     const auto isX1 = Float4(0.0f, 0.0f, 1.0f, 0.0f) > zero;
@@ -52,7 +54,7 @@ void writeColumn(float* positions, const float* first, std::ptrdiff_t rows, floa
 
 constexpr std::ptrdiff_t quadIndices = 6;
 
-/// Writes two triangles: the quad whose lower right vertex is `bottomRight`, in a mesh with `rows` rows.
+/// Writes the two triangles of a quad. `bottomRight` is the quad's lower right vertex; the mesh has `rows` rows.
 void writeQuad(std::uint16_t* indices, std::int64_t bottomRight, std::int64_t rows) {
     const std::int64_t topLeft = bottomRight - rows - 1;
     const std::int64_t vertices[quadIndices] = {topLeft, topLeft + 1, bottomRight,
@@ -61,7 +63,7 @@ void writeQuad(std::uint16_t* indices, std::int64_t bottomRight, std::int64_t ro
                    [](std::int64_t vertex) { return static_cast<std::uint16_t>(vertex); });
 }
 
-/// Indices of four quads side by side.
+/// Vertex indices of four quads that are side by side.
 struct FourQuads {
     Short8 first, second, third;
 };
@@ -76,13 +78,13 @@ void store(std::uint16_t* to, const FourQuads& quads) {
     store(to + 16, quads.third);
 }
 
-/// Returns the quads with every index increased by `vertices`.
+/// Returns the quads with `vertices` added to every index.
 FourQuads shifted(const FourQuads& quads, std::int64_t vertices) {
     const Short8 growth(static_cast<std::uint16_t>(vertices));
     return {quads.first + growth, quads.second + growth, quads.third + growth};
 }
 
-/// Writes a row of `count` quads. `count` must be at least four, and `first` holds the leftmost four quads.
+/// Writes a row of `count` quads, at least four. `first` holds the leftmost four quads.
 void writeQuadRow(std::uint16_t* indices, FourQuads first, std::ptrdiff_t count,
                   std::int64_t rows) {
     const FourQuads last = shifted(first, (count - 4) * rows);
@@ -103,8 +105,7 @@ void writeMeshPositions(float* positions, int vertexCount, const MeshShape& shap
     const float stepY = static_cast<float>(shape.height) / gaps(shape.rows);
     const float halfWidth = static_cast<float>(shape.width) * 0.5f;
     const float halfHeight = static_cast<float>(shape.height) * 0.5f;
-    // The loop goes column by column and needs no division, so column and row numbers are exact for meshes of any
-    // height.
+    // The loop counts columns instead of dividing a vertex index by `rows`, so column and row are exact for any mesh.
     float* to = positions;
     int column = 0;
     for (int left = vertexCount; left > 0; left -= shape.rows, ++column) {

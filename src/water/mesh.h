@@ -4,9 +4,9 @@
 
 namespace velmora {
 
-/// A water mesh of columns x rows vertices on a rectangle of width x height mesh units. The centre is the origin, x
-/// points right and y up. The vertices are ordered by column from left to right, and within a column from top to
-/// bottom.
+/// Shape of a water mesh: columns x rows vertices on a rectangle of width x height mesh units. The centre is the
+/// origin, x points right and y up. The vertices are ordered by column from left to right, and within a column from top
+/// to bottom.
 struct MeshShape {
     int width;
     int height;
@@ -14,12 +14,11 @@ struct MeshShape {
     int rows;
 };
 
-/// Writes the positions (x, y, 0) of the first `vertexCount` vertices: 3 * vertexCount floats. May be called on any
-/// thread.
+/// Writes the positions (x, y, 0) of the first `vertexCount` vertices, 3 floats each. May be called on any thread.
 void writeMeshPositions(float* positions, int vertexCount, const MeshShape& shape);
 
 /// Writes the triangle list: 6 * (columns - 1) * (rows - 1) indices modulo 65536. The quads are ordered row by row from
-/// the top, and each is two counter-clockwise triangles. May be called on any thread.
+/// the top. Each quad is two counter-clockwise triangles. May be called on any thread.
 void writeMeshIndices(std::uint16_t* indices, const MeshShape& shape);
 
 }  // namespace velmora

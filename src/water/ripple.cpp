@@ -11,26 +11,26 @@ namespace velmora {
 
 namespace {
 
-// Sizes in cells. The cone of a ripple is added within a box of whole columns and rows around the touch.
+// Sizes in cells. A ripple is a cone. The code adds it in a box of whole columns and rows around the touch.
 constexpr float coneRadius = 3.0f;
 constexpr float boxStart = -coneRadius;      // first cell of the box, from the centre
 constexpr float boxEnd = coneRadius + 1.0f;  // end of the box, from the centre, exclusive
 constexpr float edgeThreshold = 5.0f;  // distance from an edge below which the box ends at the edge
 constexpr int firstCell = 2;           // lowest column and row that may change
 
-/// Cells that a cone may reach along one axis.
+/// Range of cells that a cone can reach along one axis.
 struct CellRange {
     int start;
     int end;  // exclusive
 };
 
-/// Converts a coordinate relative to the centre of the area to a grid coordinate in cells.
+/// Converts a touch coordinate to a grid coordinate in cells. `touch` is relative to the centre of the area.
 float gridCoordinate(float touch, int areaSize, int count) {
     return (touch / static_cast<float>(areaSize) + 0.5f) * static_cast<float>(count);
 }
 
-/// Returns the cells that a cone around `centre` may reach. If `centre` is NaN, both comparisons fail and the result is
-/// the whole grid.
+/// Returns the range of cells that a cone around `centre` can reach. If `centre` is NaN, both comparisons fail and the
+/// range is the whole grid.
 CellRange coneRange(float centre, int count) {
     const auto cells = static_cast<float>(count);
     const int lastCell = saturatedInt(std::int64_t{count} - 1);
@@ -38,8 +38,8 @@ CellRange coneRange(float centre, int count) {
             centre < cells - edgeThreshold ? saturatedInt(std::floor(centre + boxEnd)) : lastCell};
 }
 
-/// Returns the cell at distance (dx, dy) from the centre after the cone is added. A cell outside the cone keeps `old`.
-/// The square root is correctly rounded, because an estimate would differ between processors.
+/// Adds the cone to the cell at distance (dx, dy) from its centre and returns the new height. Outside the cone, returns
+/// `old`. The square root is correctly rounded, because estimates differ between processors.
 template <class Floats>
 Floats coneCell(Floats old, Floats dx, Floats dy, Floats strength) {
     const Floats depth = Floats(coneRadius) - sqrt(dx * dx + dy * dy);

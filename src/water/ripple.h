@@ -2,8 +2,8 @@
 
 namespace velmora {
 
-/// A touch at (x, y), relative to the centre of an area. The grid of gridWidth x gridHeight cells covers the whole
-/// area. Row numbers increase with y.
+/// A touch at (x, y), relative to the centre of an area. A grid of gridWidth x gridHeight cells covers the whole area.
+/// Row numbers increase with y.
 struct RippleTouch {
     int areaWidth;
     int areaHeight;

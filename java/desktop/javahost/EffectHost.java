@@ -10,7 +10,7 @@ import velmora.host.GestureScript;
 import velmora.host.ReflectionMap;
 import velmora.host.SceneTarget;
 
-/** Draws one scene frame by frame in an off-screen GL context. All calls come from one thread. */
+/** Draws a scene frame by frame in an off-screen GL context. Use it on one thread. */
 final class EffectHost implements AutoCloseable {
     private final NativeForVelmora velmora = new NativeForVelmora();
     private final int width;
@@ -51,12 +51,12 @@ final class EffectHost implements AutoCloseable {
         };
     }
 
-    /** Applies the events of one frame of a script to the scene. */
+    /** Applies the events that a script has for a frame. */
     void apply(GestureScript script, int frame) { script.applyFrame(frame, target); }
 
     boolean inkShown() { return velmora.getClearInkValue() != 0; }
 
-    /** Advances the time by a 60th of a second and draws the next frame. */
+    /** Advances the time by 1/60 s and draws the next frame. */
     void frame() {
         time += FramePacer.FRAME_TIME;
         renderer.drawFrame(scene, time);

@@ -11,7 +11,7 @@ import velmora.host.HostException;
 
 /**
  * Command-line options. If `background` is null, the host draws the test image. If `frames` is 0,
- * the script decides.
+ * the script sets the number of frames.
  */
 record Options(
     Path script, Path background, Path out, int width, int height, int frames, int every) {

@@ -19,9 +19,9 @@ import javax.imageio.ImageReader;
 import javax.imageio.stream.ImageInputStream;
 import velmora.host.HostException;
 
-/** Reads image files, turns them upright by their EXIF orientation and crops them to the screen. */
+/** Reads image files, turns them upright and crops them to the screen. */
 final class Photograph {
-    /** Maximum number of pixels of an image. Cameras produce fewer. */
+    /** Maximum number of pixels of an image. No camera takes larger images. */
     private static final long MAX_PIXELS = 100_000_000;
     private static final byte[] EXIF = "Exif\0\0".getBytes(StandardCharsets.ISO_8859_1);
     private static final int START_OF_JPEG = 0xFFD8;
@@ -32,7 +32,8 @@ final class Photograph {
     private Photograph() {}
 
     /**
-     * Reads an image, scales it to cover the screen and crops opposite sides by the same amount.
+     * Reads an image, turns it upright, scales it to cover the screen and crops it around its
+     * centre.
      */
     static RgbaImage read(Path file, int width, int height) {
         if (!Files.exists(file)) {
@@ -48,8 +49,8 @@ final class Photograph {
         } catch (HostException tooLarge) {
             throw tooLarge;
         } catch (IOException | RuntimeException | OutOfMemoryError broken) {
-            // For a broken file, decoders throw exceptions of many kinds. The code below reports
-            // all of them.
+            // Decoders throw many kinds of exceptions for a damaged file. The code below reports
+            // them all.
         }
         throw new HostException(
             file + ": cannot be read as an image; use a PNG, JPEG, BMP or GIF file");
@@ -63,8 +64,8 @@ final class Photograph {
             throw new HostException(
                 file + ": expected at most 100 million pixels, found " + columns + " x " + rows);
         }
-        // Read only every n-th pixel, but keep at least as many pixels as the screen has, also if
-        // the image is turned.
+        // Read only every n-th pixel of a large image. Even if the image is turned, at least as
+        // many pixels remain as the screen has.
         int spare = Math.max(1, Math.min(columns, rows) / Math.max(width, height));
         ImageReadParam sparse = reader.getDefaultReadParam();
         sparse.setSourceSubsampling(spare, spare, 0, 0);
@@ -73,7 +74,7 @@ final class Photograph {
         try {
             orientation = orientation((ImageInputStream) reader.getInput());
         } catch (EOFException | IndexOutOfBoundsException ignored) {
-            // An image whose EXIF data is broken counts as upright.
+            // Treat an image with damaged EXIF data as upright.
         }
         return fill(image, orientation, width, height);
     }
@@ -97,7 +98,7 @@ final class Photograph {
         return filled;
     }
 
-    /** Returns the transform from a stored pixel to its position in the upright image. */
+    /** Returns the transform from pixel positions in the stored image to the upright image. */
     private static AffineTransform upright(int orientation, int width, int height) {
         switch (orientation) {
             case 2:
@@ -126,7 +127,7 @@ final class Photograph {
         if (stream.readUnsignedShort() != START_OF_JPEG) {
             return 1;
         }
-        // Each segment begins with its marker and its length. The length includes its own two
+        // A JPEG segment begins with its marker and its length. The length includes its own two
         // bytes.
         for (int marker; (marker = stream.readUnsignedShort()) != START_OF_SCAN;) {
             byte[] segment = new byte[Math.max(0, stream.readUnsignedShort() - 2)];
@@ -140,8 +141,8 @@ final class Photograph {
     }
 
     /**
-     * Reads the orientation from the first EXIF directory. An entry of the directory has 12 bytes:
-     * tag, type, count and value.
+     * Reads the orientation from the first EXIF directory. Each directory entry has 12 bytes: tag,
+     * type, count and value.
      */
     private static int orientation(byte[] exif) {
         ByteBuffer tags = ByteBuffer.wrap(exif, EXIF.length, exif.length - EXIF.length).slice();

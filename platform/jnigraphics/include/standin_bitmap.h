@@ -2,8 +2,8 @@
 
 #include <android/bitmap.h>
 
-/// Bitmap of a host that has no JVM. Its jobject handle is a pointer to this struct. Each result field can make the
-/// call of the same name fail: a negative result is returned as the error code, as for a recycled bitmap on a device.
+/// A bitmap of a host that has no JVM. The host passes a pointer to this struct as the jobject. A negative value in a
+/// result field makes the call of the same name fail with that value, as calls for a recycled bitmap do on a device.
 struct StandInBitmap {
     AndroidBitmapInfo info;
     void* pixels;

@@ -1,8 +1,8 @@
 precision mediump float;
-// Semi-Lagrangian advection of the ink: each texel takes the ink found upstream and multiplies it by Dissipation. A
-// value is split over two 8-bit channels: value = 255 * high + low. Velocities are stored with 127 added. All numbers
-// are highp. With 16 bits, a coordinate is wrong by up to half a texel and a density by up to 1/16; over a hundred
-// passes these errors add up.
+// Semi-Lagrangian advection of the ink: each texel copies the ink from upstream and multiplies it by Dissipation. A
+// number is split over two 8-bit channels: number = 255 * high + low. Velocities are stored with 127 added. All
+// variables are highp. With 16 bits, a coordinate is wrong by up to half a texel and a density by up to 1/16. Over a
+// hundred passes, such errors add up.
 
 uniform highp sampler2D VelocityTexture;
 uniform highp sampler2D SourceTexture;
@@ -25,7 +25,8 @@ void main() {
     highp vec4 flow = texture2D(VelocityTexture, v_texCoord);
     highp vec2 u = vec2(255.0 * flow.r + flow.g - 127.0, 255.0 * flow.b + flow.a - 127.0);
 
-    // Within 80 pixels of a finger that does not draw fast, ink moves less the closer it is to the finger.
+    // In all modes except a fast drag, ink within 80 pixels of the finger moves less. The nearer the finger, the less
+    // it moves.
     highp float back_step = BackwardStepSize;
     if (drag < 2) {
         highp float d = distance(center, Scale * v_texCoord);

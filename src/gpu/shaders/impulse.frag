@@ -1,7 +1,7 @@
 precision mediump float;
-// Adds ink at a touch: a band along the stroke in mode 2, a round blot in all other modes. Positions are in screen
-// pixels, y up. The density is split over two 8-bit channels: density = 255 * high + low. All numbers are highp: with
-// 16 bits, a position is wrong by up to a pixel and a density by up to 1/16.
+// Adds ink at a touch: a band along the stroke in mode 2 (fast drag), a round blot in all other modes. Positions are in
+// screen pixels, y up. The density is split over two 8-bit channels: density = 255 * high + low. All variables are
+// highp: with 16 bits, a position is wrong by up to a pixel and a density by up to 1/16.
 
 uniform highp sampler2D Source;
 uniform highp vec2 Scale;

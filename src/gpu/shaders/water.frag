@@ -1,5 +1,5 @@
 precision mediump float;
-// Draws the water of a frame that has no ink.
+// Draws the water in a frame without ink.
 
 uniform float viewportHeight;
 #include "waterSurface.glsl"

@@ -1,5 +1,5 @@
-// Refracts a ray from an eye at z = -30 (mesh units) through the vertex and intersects it with the background plane at
-// z = 30.9. aHeights holds the heights of the vertex, of its neighbour along x and of its neighbour along y.
+// Refracts a ray from an eye at z = -30 (mesh units) at the vertex and intersects it with the background plane at z =
+// 30.9. aHeights holds the height of the vertex, of its neighbour along x and of its neighbour along y.
 uniform mat4 uMVPMatrix;
 uniform float uMESH_SIZE_WIDTH;
 uniform float uMESH_SIZE_HEIGHT;

@@ -4,11 +4,13 @@ import java.nio.ByteBuffer;
 import java.nio.ByteOrder;
 
 /**
- * Stand-in for Android's bitmap, with the methods that a host of the library uses. The stand-in
- * library jnigraphics reads the fields of this class.
+ * Replaces Android's Bitmap class on a desktop JVM. It has the methods that a host of the library
+ * uses. The desktop version of jnigraphics reads the fields of this class.
  */
 public final class Bitmap {
-    /** Pixel formats. An ARGB_8888 pixel is stored as the four bytes red, green, blue, alpha. */
+    /**
+     * Pixel formats. The bytes of an ARGB_8888 pixel are red, green, blue and alpha, in this order.
+     */
     public enum Config {
         ALPHA_8(8, 1),
         RGB_565(4, 2),
@@ -52,14 +54,14 @@ public final class Bitmap {
 
     public int getRowBytes() { return rowBytes; }
 
-    /** Copies the rows, from top to bottom, starting at the buffer's position. */
+    /** Copies pixel rows, from top to bottom. Reads from the buffer's current position. */
     public void copyPixelsFromBuffer(ByteBuffer source) {
         pixels.duplicate().put(source.slice().limit(pixels.capacity()));
     }
 
-    /** Frees the pixels. From then on native code cannot lock them. */
+    /** Frees the pixels. Afterwards, native code cannot lock them. */
     public void recycle() { pixels = null; }
 
-    /** Tells jnigraphics that bitmaps are objects of this class. */
+    /** Tells the jnigraphics library that bitmaps are objects of this class. */
     private static native void readBitmapsThroughJni();
 }

@@ -3,8 +3,8 @@ package velmora.host;
 import android.graphics.Bitmap;
 
 /**
- * Provides the backgrounds of a screen: opaque software ARGB_8888 bitmaps with the aspect ratio of
- * the screen.
+ * Provides the two backgrounds of a screen. They are opaque software bitmaps, ARGB_8888, with the
+ * aspect ratio of the screen.
  */
 public interface Backgrounds {
     Bitmap background(int width, int height);

@@ -4,11 +4,11 @@ import android.graphics.Bitmap;
 import com.corvane.android.visualeffect.lock.velmora.NativeForVelmora;
 
 /**
- * Makes the library's calls for one GL context in the required order: set-up once the size is
- * known, then textures, then frames. Several scenes can use the renderer, one after the other. All
- * calls come from the render thread while the context is current.
+ * Calls the library in the order that a GL context requires: set-up when the size is known, then
+ * textures, then frames. Several scenes can use the renderer, one after the other. All calls come
+ * from the render thread while the context is current.
  *
- * <p>The library has one state per process. If a process has two renderers, only the one that
+ * <p>The library has one state per process. If a process has two renderers, only the renderer that
  * called activate last draws.
  */
 public final class EffectRenderer {
@@ -19,9 +19,7 @@ public final class EffectRenderer {
     /** Maximum time by which one frame advances the effect, in nanoseconds. */
     private static final long MAX_ELAPSED = 4 * FramePacer.FRAME_TIME;
 
-    /**
-     * The renderer of this process whose GL names the library holds. Guarded by the class's lock.
-     */
+    /** The renderer of this process that may draw, or null. Guarded by the class's lock. */
     private static EffectRenderer active;
 
     private final NativeForVelmora velmora;
@@ -32,21 +30,21 @@ public final class EffectRenderer {
     private long lastFrame;
     private boolean runs;
 
-    /** Creates a renderer. The reflection map of the water must be a square ARGB_8888 bitmap. */
+    /** Creates a renderer. `reflectionMap` must be a square ARGB_8888 bitmap. */
     public EffectRenderer(NativeForVelmora velmora, Bitmap reflectionMap) {
         this.velmora = velmora;
         this.reflectionMap = reflectionMap;
     }
 
     /**
-     * Must be called when a new context is current. Do not call it for a new surface of the same
-     * context, because the library's objects and the ink still exist then.
+     * Tells the renderer that a new context is current. Do not call it if only the surface is new:
+     * the library's objects and the ink then still exist.
      */
     public void contextCreated() { contextIsNew = true; }
 
     /**
-     * Makes this the process's drawing renderer instead of another one. May be called on any
-     * thread.
+     * Makes this renderer the one that draws in this process. Any other renderer stops drawing. May
+     * be called on any thread.
      */
     public void activate() {
         synchronized (EffectRenderer.class) {
@@ -57,10 +55,7 @@ public final class EffectRenderer {
         }
     }
 
-    /**
-     * Stops being the drawing renderer and releases the scene, so that its backgrounds can be
-     * freed.
-     */
+    /** Gives up the right to draw and releases the scene, so that its backgrounds can be freed. */
     public void release() {
         synchronized (EffectRenderer.class) {
             active = active == this ? null : active;
@@ -69,8 +64,8 @@ public final class EffectRenderer {
     }
 
     /**
-     * Draws the scene into the current surface. Returns false, and leaves the surface unchanged, if
-     * the scene has no size yet or another renderer of the process is active.
+     * Draws the scene into the current surface. Returns false and draws nothing if the scene has no
+     * size yet or another renderer of the process is active.
      *
      * @param time nanoseconds on any clock
      */
@@ -78,8 +73,7 @@ public final class EffectRenderer {
         if (!scene.hasSize() || !mayDraw()) {
             return false;
         }
-        // Load outside the lock: decoding takes long, and activate waits for the lock on the UI
-        // thread.
+        // Load outside the lock. Decoding takes long, and activate needs the lock on the UI thread.
         scene.loadBackgrounds();
         synchronized (EffectRenderer.class) {
             if (!mayDraw()) {
@@ -89,8 +83,8 @@ public final class EffectRenderer {
             boolean goesOn = runs && scene == shown;
             setUp(scene);
             // After a pause, water and rain advance by one frame instead of catching up. The
-            // difference can be negative, because a frame drawn on the system's demand may have a
-            // later time.
+            // difference can be negative, because a frame that the system demanded may have a later
+            // time than this one.
             long elapsed = goesOn ? time - lastFrame : FramePacer.FRAME_TIME;
             scene.frame(Math.max(0, Math.min(elapsed, MAX_ELAPSED)));
             runs = scene.needsFrame();
@@ -119,7 +113,8 @@ public final class EffectRenderer {
             velmora.onInitGPU();
         }
         if (settingIsNew) {
-            // A gesture on another screen must not continue on this screen.
+            // End the gesture, so that a gesture of another screen does not continue on this
+            // screen.
             velmora.clearInkValue();
             scene.inkIsGone();
         }

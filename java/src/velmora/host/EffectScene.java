@@ -6,21 +6,21 @@ import java.util.ArrayList;
 import java.util.List;
 
 /**
- * The effect on one screen: size, water, backgrounds and touches. A scene outlives GL contexts and
- * surfaces. All calls come from the render thread.
+ * The effect on one screen: size, water, backgrounds and touches. A scene still exists after its GL
+ * context or surface is lost. All calls come from the render thread.
  */
 public final class EffectScene {
     /**
-     * Maximum distance in cells between ripples. A longer move gets ripples in between, which form
-     * a furrow.
+     * Maximum distance in cells between the ripples of one finger movement. A longer movement
+     * raises several ripples, which form a furrow.
      */
     private static final double RIPPLE_SPACING = 2.0;
 
     private static final double MAX_RIPPLES_AT_ONCE = 64.0;
 
     /**
-     * Frames of rain after the last touch: 20 seconds. If rain never ended, a phone would never be
-     * idle.
+     * Number of frames for which rain continues after the last touch: 20 seconds. With endless
+     * rain, a phone would never be idle.
      */
     private static final int RAIN_FRAMES = 1200;
 
@@ -61,15 +61,13 @@ public final class EffectScene {
     private Touch lastTouch;
     private int rainFrames = RAIN_FRAMES;
 
-    /**
-     * Creates a scene with the default settings. The scene draws nothing until its size is known.
-     */
+    /** Creates a scene with the default settings. It draws nothing until its size is known. */
     public EffectScene(NativeForVelmora velmora, Backgrounds backgrounds) {
         this.velmora = velmora;
         this.backgrounds = backgrounds;
     }
 
-    /** Sets the size of the surface in pixels. Ignores an empty or unchanged size. */
+    /** Sets the size of the surface in pixels. Does nothing if the size is empty or unchanged. */
     public void resize(int newWidth, int newHeight) {
         boolean isSame = newWidth == width && newHeight == height;
         if (isSame || newWidth < 1 || newHeight < 1) {
@@ -91,7 +89,7 @@ public final class EffectScene {
 
     public Settings settings() { return settings; }
 
-    /** Applies new settings. The waves continue. The ink also stays, unless the mode changes. */
+    /** Applies new settings. Waves continue. Ink also stays, unless ink is turned on or off. */
     public void setSettings(Settings newSettings) {
         setUpIsStale |= newSettings.isOn(Setting.WATER_ONLY) != settings.isOn(Setting.WATER_ONLY);
         settings = newSettings;
@@ -119,8 +117,8 @@ public final class EffectScene {
         int last = pendingTouches.size() - 1;
         if (action == NativeForVelmora.ACTION_MOVE && last >= 0
             && pendingTouches.get(last).action == action) {
-            // The library measures speed as the distance between events. With one move per frame,
-            // the measured speed does not depend on the display.
+            // The library measures speed as the distance between events. With at most one move per
+            // frame, the speed does not depend on how often the display reports touches.
             pendingTouches.remove(last);
         }
         pendingTouches.add(new Touch(action, x, y, pressure));
@@ -129,7 +127,7 @@ public final class EffectScene {
     }
 
     /**
-     * Lifts the finger if its further events will not arrive, for example when the screen is
+     * Lifts the finger when no further touch events will arrive, for example because the screen is
      * hidden.
      */
     public void releaseFinger() {
@@ -159,7 +157,7 @@ public final class EffectScene {
         idle.wake();
     }
 
-    /** Returns true if the next frame may differ from the last one. */
+    /** Returns true if the next frame may differ from the last frame. */
     public boolean needsFrame() { return water != null && (idle.needsFrame() || rains()); }
 
     boolean inkEnabled() { return !settings.isOn(Setting.WATER_ONLY); }
@@ -174,7 +172,7 @@ public final class EffectScene {
 
     void texturesAreLoaded() { texturesAreStale = false; }
 
-    /** Returns the background, loaded at the first call. It is kept for the next GL context. */
+    /** Returns the background. Loads it at the first call and keeps it for later GL contexts. */
     Bitmap background() {
         background = background == null ? backgrounds.background(width, height) : background;
         return background;
@@ -186,19 +184,21 @@ public final class EffectScene {
         return secondBackground;
     }
 
-    /** Requests a frame, because a new surface is empty. */
+    /** Requests a frame, for example because a new surface is empty. */
     public void wake() { idle.wake(); }
 
-    /** Restarts the rain of the settings. Called when the scene is shown. */
+    /** Starts the rain again. Called when the scene is shown. */
     void restartRain() { rainFrames = RAIN_FRAMES; }
 
-    /** Loads the backgrounds if they are missing. This takes long, because it decodes a photo. */
+    /**
+     * Loads the backgrounds if they are missing. This may take long, because it decodes a photo.
+     */
     void loadBackgrounds() {
         background();
         secondBackground();
     }
 
-    /** Must be called when the library has lost or cleared its ink. */
+    /** Tells the scene that the library has lost or cleared its ink. */
     void inkIsGone() { idle.inkIsGone(); }
 
     /** Applies the touches, advances the water by `elapsed` nanoseconds and draws the frame. */
@@ -222,8 +222,8 @@ public final class EffectScene {
 
     private void replaceWater() {
         water = new WaterDriver(velmora, width, height, waterSettings);
-        // The mesh is centred on the origin with y up, and is larger than the surface by
-        // MESH_OVERHANG.
+        // The mesh is centred on the origin, y up, and is MESH_OVERHANG times as large as the
+        // surface.
         mvpMatrix[0] = 2.0f * WaterDriver.MESH_OVERHANG / water.meshSizeWidth;
         mvpMatrix[5] = 2.0f * WaterDriver.MESH_OVERHANG / water.meshSizeHeight;
         mvpMatrix[10] = 1.0f;
@@ -261,7 +261,7 @@ public final class EffectScene {
         }
     }
 
-    /** Rounds to the nearest integer, halves away from zero. */
+    /** Rounds to the nearest integer. Halves are rounded away from zero. */
     private static int toPixel(double position) {
         long distance = Math.round(Math.min(Math.abs(position), 1e9));
         return (int) (position < 0 ? -distance : distance);

@@ -1,13 +1,11 @@
 package velmora.host;
 
-/**
- * Arguments of onDrawFrame that decide how the water looks, and the strength of a touch's ripples.
- */
+/** Arguments of onDrawFrame that decide how the water looks, and strengths of a touch's ripples. */
 public final class EffectSettings {
-    /** Refractive index: 1 does not bend the background, 1.33 is water. */
+    /** Refractive index: 1 means no refraction, 1.33 is the index of water. */
     public float refractiveIndex = 1.33f;
 
-    /** Weight of the reflection map on waves, multiplied by alphaRatio1Scale. */
+    /** Strength of the reflection on waves. The library multiplies it by alphaRatio1Scale. */
     public float alpha = 1.0f;
 
     public float alphaRatio1Scale = 0.1f;
@@ -15,13 +13,16 @@ public final class EffectSettings {
     /** Has no effect. */
     public float alphaRatio2Scale = 1.0f;
 
-    /** Extra reflection on slopes that face the light, which is at the lower right. */
+    /**
+     * Strength of the extra reflection on slopes that face the light. The light is at the lower
+     * right.
+     */
     public float fresnelRatio = 0.8f;
 
-    /** Peak of the highlight, as a factor of the reflection. */
+    /** Brightness factor of the reflection at the peak of the highlight. */
     public float specularRatio = 3.0f;
 
-    /** Sharpness of the highlight: 1 is broad, 24 is narrow. */
+    /** Sharpness of the highlight: 1 gives a broad highlight, 24 a narrow one. */
     public float exponent = 24.0f;
 
     /** Ink colour, each channel from 0 to 1. */
@@ -32,9 +33,9 @@ public final class EffectSettings {
 
     public boolean useSecondBackground;
 
-    /** Strength of the ripple when a finger goes down. */
+    /** Strength of the ripple of a touch-down event. */
     public float downRipple = 2.4f;
 
-    /** Strength of each ripple while a finger moves. */
+    /** Strength of each ripple of a finger movement. */
     public float moveRipple = 0.4f;
 }

@@ -4,9 +4,9 @@ import java.util.ArrayList;
 import java.util.List;
 
 /**
- * The screens of a process that share one renderer, one GL context and one thread: a live wallpaper
- * on the home screen, on the lock screen and in its preview. Only the screen that was shown last
- * draws. All calls come from the render thread.
+ * Decides which of several screens draws. The screens of a live wallpaper are in one process: home
+ * screen, lock screen and preview. They share one renderer, one GL context and one thread. Only the
+ * screen that was shown last draws. All calls come from the render thread.
  */
 public final class EffectStage {
     /**
@@ -15,14 +15,14 @@ public final class EffectStage {
      */
     public interface Screen {
         /**
-         * Makes the surface current. Creates the surface and the context first if they are missing.
+         * Makes the surface current. If the surface or the context is missing, creates it first.
          */
         boolean makeCurrent();
 
         /** Shows the drawn frame on the screen. Returns false if that fails. */
         boolean present();
 
-        /** Discards the surface after a failure. Also discards the context if it is lost. */
+        /** Discards the surface after a failure. If the context is lost, discards it too. */
         void discardLost();
     }
 
@@ -44,12 +44,14 @@ public final class EffectStage {
 
     public EffectStage(EffectRenderer renderer) { this.renderer = renderer; }
 
-    /** Draws this scene from now on, in front of the scenes shown before. */
+    /**
+     * Shows a scene on top of the scenes that are visible already. From now on, this scene draws.
+     */
     public void show(EffectScene scene, Screen screen) {
         hide(scene);
         if (!visible.isEmpty()) {
-            // The covered screen gets no further touch events, so its finger would stay down
-            // forever.
+            // Lift the finger of the covered screen. The screen gets no more touch events, so its
+            // finger would otherwise stay down.
             visible.get(visible.size() - 1).scene.releaseFinger();
         }
         visible.add(new Visible(scene, screen));
@@ -58,7 +60,7 @@ public final class EffectStage {
         renderer.activate();
     }
 
-    /** Stops drawing the scene. The scene that was shown before it draws again. */
+    /** Hides a scene. The visible scene that was shown last draws from now on. */
     public void hide(EffectScene scene) {
         scene.releaseFinger();
         if (visible.removeIf(entry -> entry.scene == scene) && !visible.isEmpty()) {
@@ -66,7 +68,7 @@ public final class EffectStage {
         }
     }
 
-    /** Passes a touch to a scene. Ignores it unless the scene is drawing. */
+    /** Passes a touch to the scene that draws. Ignores touches of all other scenes. */
     public void touch(EffectScene scene, int action, double x, double y, float pressure) {
         if (!visible.isEmpty() && visible.get(visible.size() - 1).scene == scene) {
             scene.touch(action, x, y, pressure);
@@ -74,8 +76,9 @@ public final class EffectStage {
     }
 
     /**
-     * Handles one frame of the display and draws if a frame is due. Returns true if the next frame
-     * of the display may be needed. After false, nothing is drawn until a touch or a change.
+     * Handles one frame of the display and draws if a frame of the effect is due. Returns true if
+     * the next display frame may be needed. If false, the caller can wait for a touch or another
+     * change.
      */
     public boolean frame(long time) {
         if (visible.isEmpty()) {
@@ -95,8 +98,8 @@ public final class EffectStage {
     }
 
     /**
-     * Draws one frame at once, because the system waits for it. Does nothing if another scene is
-     * shown.
+     * Draws one frame immediately, because the system waits for it. Does nothing if another scene
+     * draws.
      */
     public void drawNow(EffectScene scene, Screen screen, long time) {
         if (visible.isEmpty() || visible.get(visible.size() - 1).scene == scene) {
@@ -107,7 +110,7 @@ public final class EffectStage {
     /** Draws and shows a frame. Returns false if the screen or the renderer cannot draw now. */
     private boolean draw(EffectScene scene, Screen screen, long time) {
         if (!screen.makeCurrent()) {
-            // The surface or the context can be lost while the scene is idle.
+            // The system may have destroyed the surface or the context while the scene was idle.
             screen.discardLost();
             if (!screen.makeCurrent()) {
                 return false;

@@ -1,30 +1,30 @@
 package velmora.host;
 
 /**
- * Chooses the display's frames in which the effect draws. The ink advances by one step per frame,
- * so 60 frames per second are drawn on every display. Slow motion draws fewer frames.
+ * Chooses the display frames in which the effect draws. The ink advances by one step per drawn
+ * frame, so the effect draws 60 frames per second on any display, or fewer in slow motion.
  */
 public final class FramePacer {
     /** Duration of a frame in nanoseconds. */
     public static final long FRAME_TIME = 16_666_667;
 
-    /** Maximum time by which a frame of the display may come early, in nanoseconds. */
+    /** Maximum time in nanoseconds by which a display frame may be early. */
     private static final long TOLERANCE = 1_000_000;
 
     private long lastTime;
     private boolean runs;
 
-    /** Time of the effect that no drawn frame covers yet, in nanoseconds. */
+    /** Effect time in nanoseconds that has passed but is not covered by a drawn frame. */
     private long owed;
 
-    /** Forgets the past, so that the next frame of the display is drawn. */
+    /** Starts anew: the effect draws in the next display frame. */
     public void restart() { runs = false; }
 
     /**
-     * Returns true if the effect must draw in the display's frame at this time.
+     * Returns true if the effect must draw in the current display frame.
      *
      * @param time nanoseconds on any clock
-     * @param timeScale speed of the effect: 1 is normal, less is slow motion
+     * @param timeScale speed of the effect: 1 is normal, lower values are slow motion
      */
     public boolean isDue(long time, float timeScale) {
         if (!runs) {
@@ -38,8 +38,8 @@ public final class FramePacer {
         if (owed < FRAME_TIME - TOLERANCE) {
             return false;
         }
-        // Limit the remainder: a late frame must not be drawn twice, and early frames may add up to
-        // the tolerance only.
+        // Keep the remainder between -TOLERANCE and one frame. So after a long delay, at most one
+        // extra frame is due.
         owed = Math.max(-TOLERANCE, Math.min(owed - FRAME_TIME, FRAME_TIME));
         return true;
     }

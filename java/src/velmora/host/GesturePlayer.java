@@ -1,8 +1,8 @@
 package velmora.host;
 
 /**
- * Plays a gesture script on a scene, one frame of the script per drawn frame. All calls come from
- * the render thread.
+ * Plays a gesture script on a scene. Each drawn frame plays one frame of the script. All calls come
+ * from the render thread.
  */
 public final class GesturePlayer {
     private final EffectScene scene;
@@ -25,7 +25,9 @@ public final class GesturePlayer {
 
     public boolean plays() { return script != null; }
 
-    /** Passes the events of the next frame to the scene. Must be called after each drawn frame. */
+    /**
+     * Passes the events of the script's next frame to the scene. Call it after each drawn frame.
+     */
     public void frameDrawn() {
         if (script == null) {
             return;
@@ -38,7 +40,7 @@ public final class GesturePlayer {
         }
     }
 
-    /** Ends the script: lifts its finger and restores the ink colour of the settings. */
+    /** Stops the script. Lifts its finger and restores the ink colour of the settings. */
     public void stop() {
         if (script != null) {
             script = null;

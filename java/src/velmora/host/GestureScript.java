@@ -37,7 +37,7 @@ public final class GestureScript {
     private static final int LARGEST_NUMBER = 1_000_000;
     private static final int FRAMES_AFTER_LAST_EVENT = 60;
 
-    /** Events in the order of their frames; the first frame is 0. */
+    /** Events, sorted by frame number. The first frame is 0. */
     private final List<Event> events = new ArrayList<>();
 
     private final int width;
@@ -45,7 +45,7 @@ public final class GestureScript {
     private int scriptWidth = 1080;
     private int scriptHeight = 1920;
 
-    /** Number of frames from the `frames` header, or 0 if the script has no such header. */
+    /** Number of frames that the header `frames` gives, or 0 if the script has no such header. */
     private int frames;
 
     private GestureScript(int width, int height) {

@@ -1,16 +1,18 @@
 package velmora.host;
 
-/** Detects that the screen no longer changes. Counts drawn frames for this. */
+/** Detects that the screen no longer changes. It counts the drawn frames since the last touch. */
 final class IdleDetector {
-    /** Number of frames that the library animates a tap. */
+    /** Number of frames for which the library animates a tap. */
     private static final int PRESS_FRAMES = 13;
 
-    /** Number of frames from the end of the tap animation until the ink begins to fade faster. */
+    /**
+     * Number of frames between the end of a tap and the moment when the ink begins to fade faster.
+     */
     private static final int FRAMES_BEFORE_FADE = 35;
 
     /**
-     * Number of frames in which ink of the highest density, 127, fades to less than 1/255. Each
-     * frame has four passes that multiply the ink by 0.9625: ln(127 * 255) / (-4 ln 0.9625) = 67.9.
+     * Number of frames in which the densest ink, 127, fades below 1/255. Each frame has four passes
+     * that multiply the ink by 0.9625: ln(127 * 255) / (-4 ln 0.9625) = 67.9.
      */
     private static final int FADE_FRAMES = 68;
 
@@ -33,15 +35,15 @@ final class IdleDetector {
     void wake() { frameIsOwed = true; }
 
     /**
-     * Returns true if the host must clear the ink: rounding to 8 bits leaves a trace that never
-     * fades.
+     * Returns true if the ink has faded, so that the host must clear it. Otherwise rounding to 8
+     * bits leaves a trace that never fades.
      */
     boolean inkHasFaded() { return inkIsLeft && !fingerIsDown && framesSinceTouch >= INK_FRAMES; }
 
-    /** Must be called when the library has lost or cleared its ink. */
+    /** Tells the detector that the library has lost or cleared its ink. */
     void inkIsGone() { inkIsLeft = false; }
 
-    /** Must be called when the gesture ended without an up or cancel event. */
+    /** Tells the detector that a gesture ended without an up or cancel event. */
     void fingerIsGone() { fingerIsDown = false; }
 
     void frameDrawn(boolean waterStillMoves) {
@@ -50,6 +52,6 @@ final class IdleDetector {
         frameIsOwed = false;
     }
 
-    /** Returns true if the next frame may differ from the last one. */
+    /** Returns true if the next frame may differ from the last frame. */
     boolean needsFrame() { return frameIsOwed || waterMoves || fingerIsDown || inkIsLeft; }
 }

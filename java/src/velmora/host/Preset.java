@@ -6,7 +6,8 @@ import org.json.JSONException;
 import org.json.JSONObject;
 
 /**
- * Converts settings to and from JSON: one member per setting. A missing member means the default.
+ * Converts settings to and from JSON with one member per setting. Missing members have their
+ * default values.
  */
 public final class Preset {
     private static final String INK = "ink";
@@ -31,7 +32,7 @@ public final class Preset {
         return settings;
     }
 
-    /** Returns the settings as JSON text. parse reads this text back as equal settings. */
+    /** Returns the settings as JSON text. `parse` converts the text back to equal settings. */
     public static String write(Settings settings) {
         try {
             JSONObject json = new JSONObject();

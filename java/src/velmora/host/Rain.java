@@ -1,24 +1,24 @@
 package velmora.host;
 
-/** Lets rain fall on the water. The drops are the same in every run. */
+/** Makes rain fall on the water. The same drops fall in every run. */
 final class Rain {
     private double dropsDue;
     private int seed = 1;
 
-    /** Adds the drops that fall in `elapsed` nanoseconds. */
+    /** Raises the ripples of the drops that fall in `elapsed` nanoseconds. */
     void fall(WaterDriver water, float dropsPerSecond, float fingerStrength, long elapsed) {
         dropsDue += dropsPerSecond * (elapsed / 1e9);
         for (; dropsDue >= 1.0; dropsDue -= 1.0) {
             double x = chance() * water.screenWidth;
             double y = chance() * water.screenHeight;
-            // Drops make smaller ripples than a finger.
+            // A drop's ripple is smaller than a finger's ripple.
             water.ripple(x, y, (float) (0.15 + 0.35 * chance()) * fingerStrength);
         }
     }
 
     /**
-     * Returns the next pseudo-random number in [0, 1). Does not use the C library's rand, because
-     * that would change the solver's random numbers.
+     * Returns the next pseudo-random number in [0, 1). Does not use the C library's rand: the
+     * solver uses it, and rain must not change the solver's numbers.
      */
     private double chance() {
         seed = seed * 1664525 + 1013904223;

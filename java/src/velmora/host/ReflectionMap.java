@@ -4,8 +4,8 @@ import android.graphics.Bitmap;
 import java.nio.ByteBuffer;
 
 /**
- * Computes the reflection map of the water: a soft sky with caustic light, like light on a pool's
- * floor.
+ * Computes the reflection map of the water: a soft sky with light lines like those on the floor of
+ * a pool.
  */
 public final class ReflectionMap {
     private static final int SIZE = 256;
@@ -13,7 +13,7 @@ public final class ReflectionMap {
     private static final double[] SKY = {0.70, 0.86, 1.00};
     private static final double[] SUN = {1.00, 0.98, 0.92};
 
-    /** Width of the map, in the unit of the function caustic. */
+    /** Width of the map, in the units of the function caustic. */
     private static final double FOLDS = 14.0;
 
     private ReflectionMap() {}
@@ -45,8 +45,8 @@ public final class ReflectionMap {
     }
 
     /**
-     * Returns the brightness of caustic light, 0 to 1. It is high where the folds of a wavy surface
-     * meet.
+     * Returns the brightness of caustic light, 0 to 1. The light is bright where the folds of a
+     * wavy surface are close together.
      */
     private static double caustic(double u, double v) {
         double x = u;

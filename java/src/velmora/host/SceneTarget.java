@@ -26,7 +26,7 @@ public class SceneTarget implements GestureScript.Target {
         scene.clearInk();
     }
 
-    /** Does nothing: only test hosts can lose a context on request. */
+    /** Does nothing, because only test hosts can lose a context on request. */
     @Override
     public void loseContext() {}
 }

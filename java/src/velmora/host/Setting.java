@@ -1,9 +1,6 @@
 package velmora.host;
 
-/**
- * Table of the settings: name in presets, type, range and default. The ink colour is not in this
- * table.
- */
+/** All settings except the ink colour, each with its name in presets, type, range and default. */
 public enum Setting {
     DAMPING("damping", Kind.NUMBER, 0.8f, 0.999f, 0.97f),
     WAVE_SPEED("waveSpeed", Kind.NUMBER, 0.05f, 1.2f, 0.365f),
@@ -20,7 +17,7 @@ public enum Setting {
     SECOND_BACKGROUND("secondBackground", Kind.SWITCH, 0.0f, 1.0f, 0.0f),
     WATER_ONLY("waterOnly", Kind.SWITCH, 0.0f, 1.0f, 0.0f);
 
-    /** Type of a setting's value in a preset. */
+    /** Type of the value that a preset contains for a setting. */
     enum Kind { NUMBER, WHOLE_NUMBER, SWITCH }
 
     /** Name of the setting in presets. */
@@ -30,7 +27,7 @@ public enum Setting {
     public final float min;
     public final float max;
 
-    /** Default value. For a switch, 1 means on. */
+    /** Default value. In a switch, 1 means on and 0 means off. */
     public final float initial;
 
     Setting(String member, Kind kind, float min, float max, float initial) {
@@ -41,7 +38,7 @@ public enum Setting {
         this.initial = initial;
     }
 
-    /** Returns the range as text for an error message. */
+    /** Describes the valid values, for an error message. */
     String range() {
         if (kind == Kind.SWITCH) {
             return "true or false";

@@ -2,11 +2,11 @@ package velmora.host;
 
 import java.util.Arrays;
 
-/** A value for each setting, and an ink colour. */
+/** Values of all settings, and the ink colour. */
 public final class Settings {
     private static final int SLOWEST_RATE = 60;
 
-    /** Maximum weight waveSpeed of a step. Waves are unstable above 0.5. */
+    /** Maximum of WaterSettings.waveSpeed. Waves become unstable above 0.5. */
     private static final double MAX_WAVE_WEIGHT = 0.45;
 
     /** Radius of a touch's ripple, as a fraction of the screen's shorter side. */
@@ -26,14 +26,14 @@ public final class Settings {
 
     public float get(Setting setting) { return values[setting.ordinal()]; }
 
-    /** Sets a value, clamped to the range of the setting. */
+    /** Sets the value of a setting, clamped to its range. */
     public void set(Setting setting, float value) {
         values[setting.ordinal()] = Math.max(setting.min, Math.min(value, setting.max));
     }
 
     public boolean isOn(Setting setting) { return get(setting) != 0; }
 
-    /** Returns the ink colour: red, green and blue, each from 0 to 1. */
+    /** Returns the ink colour: red, green and blue, 0 to 1 each. */
     public float[] ink() { return ink.clone(); }
 
     public void setInk(float red, float green, float blue) {
@@ -42,7 +42,7 @@ public final class Settings {
         ink[2] = blue;
     }
 
-    /** Copies the settings to the arguments of onDrawFrame. */
+    /** Copies the drawing settings into the arguments of onDrawFrame. */
     void applyTo(EffectSettings effect) {
         EffectSettings defaults = new EffectSettings();
         effect.refractiveIndex = get(Setting.REFRACTIVE_INDEX);
@@ -59,8 +59,8 @@ public final class Settings {
     }
 
     /**
-     * Returns the grid, step rate and wave weight that give these settings' wave speed and mesh
-     * detail.
+     * Returns water settings that give waves the speed and damping of these settings. A fine grid
+     * with fast waves needs more simulation steps per second.
      */
     WaterSettings water() {
         int cells = (int) get(Setting.MESH_DETAIL);

@@ -13,9 +13,9 @@ import org.json.JSONException;
 import org.json.JSONObject;
 
 /**
- * The user's choice on disk: the name of the preset, the settings and a copy of the photo. One
- * process writes, on any of its threads, and other processes read. Each file is replaced as a
- * whole, so a reader never sees half a file.
+ * Stores the user's choices in files: the name of the preset, the settings and a copy of the photo.
+ * One process writes, on any of its threads, and other processes read. Each file is replaced as a
+ * whole, so a reader never sees an incomplete file.
  */
 public final class SettingsStore {
     private static final String PRESET = "preset";
@@ -27,10 +27,10 @@ public final class SettingsStore {
 
     public SettingsStore(File folder) { this.folder = folder; }
 
-    /** Returns the name of the chosen preset, or an empty string. */
+    /** Returns the name of the chosen preset, or an empty string if there is none. */
     public String presetName() { return read().optString(PRESET, ""); }
 
-    /** Returns the chosen settings, or the defaults. */
+    /** Returns the chosen settings, or the default settings if there are none. */
     public Settings settings() {
         try {
             return Preset.parse(read().optString(SETTINGS, "{}"), PRESET);
@@ -50,8 +50,8 @@ public final class SettingsStore {
     }
 
     /**
-     * Copies a photo, because the permission to read the original ends. If the copy fails or
-     * isPhoto rejects it, throws IOException and keeps the earlier photo.
+     * Copies a photo into the store, because the permission to read the original expires. If
+     * copying fails or isPhoto rejects the copy, keeps the earlier photo and throws IOException.
      *
      * @param isPhoto returns false if the file is not a photo
      */
@@ -103,8 +103,8 @@ public final class SettingsStore {
     }
 
     /**
-     * Replaces members on disk and keeps all others. Locked, because two threads of an activity may
-     * save at once.
+     * Replaces the given members of the stored JSON object and keeps the others. Holds a lock,
+     * because two threads of an activity may save at the same time.
      */
     private void write(String... membersAndValues) throws IOException {
         synchronized (SettingsStore.class) {

@@ -3,14 +3,14 @@ package velmora.host;
 import com.corvane.android.visualeffect.lock.velmora.NativeForVelmora;
 
 /**
- * Translates Android's touch events into events of one finger. The library knows only the actions 0
- * to 3; for any other code it would still move the touch.
+ * Translates Android's touch events into events of one finger. The library expects only the actions
+ * 0 to 3. Any other action would also move the touch, so it must be filtered out.
  */
 public final class TouchTranslator {
-    /** Result for an event that does not concern the first finger. */
+    /** Result for an event that the library must not receive, for example of a second finger. */
     public static final int IGNORED = -1;
 
-    /** Android's action code for a finger that leaves while another one stays. */
+    /** Android's action code for a finger that is lifted while another finger stays down. */
     private static final int POINTER_UP = 6;
 
     private int firstPointer;
@@ -18,7 +18,7 @@ public final class TouchTranslator {
 
     /**
      * Returns the library's action for an event, or IGNORED. The gesture ends when the first finger
-     * leaves the screen, even if another finger stays.
+     * is lifted, even if another finger stays down.
      *
      * @param action the masked action of the MotionEvent
      * @param pointer the id of the pointer at the action index of the MotionEvent
@@ -38,12 +38,12 @@ public final class TouchTranslator {
         return translated;
     }
 
-    /** Returns the id of the pointer whose position belongs to the last translated action. */
+    /** Returns the id of the first finger. Its position belongs to the last translated action. */
     public int pointer() { return firstPointer; }
 
     /**
-     * Returns the pressure to use. Devices that cannot measure pressure report 1; the setting
-     * replaces it.
+     * Returns the pressure to pass to the library. Devices that cannot measure pressure report 1;
+     * the setting replaces this value.
      */
     public static float pressure(float reported, Settings settings) {
         return reported == 1.0f ? settings.get(Setting.PRESSURE) : reported;

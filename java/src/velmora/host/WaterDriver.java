@@ -16,15 +16,18 @@ final class WaterDriver {
 
     private static final int MAX_VERTICES = 65536;
 
-    /** Minimum number of cells along a side: room for the fixed border and the cone of a ripple. */
+    /**
+     * Minimum number of cells along a side. This leaves room for the cone of a ripple and for the
+     * border, which never changes.
+     */
     private static final int MIN_CELLS = 8;
 
     private static final int MAX_SHORT_SIDE_CELLS = 254;
 
-    /** Duration of a step, in nanoseconds times steps per second. */
+    /** Duration of one step, in nanoseconds multiplied by the steps per second. */
     private static final long STEP_TIME = 1_000_000_000;
 
-    /** Maximum time that one call of advance simulates, in 60ths of a second. */
+    /** Maximum time that one call of advance simulates, in frames of 1/60 s. */
     private static final long MAX_TIME_AT_ONCE = 4;
 
     /**
@@ -34,15 +37,15 @@ final class WaterDriver {
     private static final double CONE_OVERLAP = 1.2092;
 
     /**
-     * Distance between rows of a triangular lattice, as a factor of the distance between its
+     * Distance between two rows of a triangular lattice, divided by the distance between its
      * points.
      */
     private static final double LATTICE_ROW = 0.8660254;
 
     /**
-     * Factor by which the drawn mesh is larger than the screen. The eye is 30 units in front of the
-     * mesh and the background 30.9 units behind it. With this factor, the background's edges appear
-     * at the screen's edges.
+     * Factor by which the drawn mesh is larger than the screen. With this factor, the edges of the
+     * background appear at the edges of the screen: the eye is 30 units in front of the mesh and
+     * the background 30.9 units behind it.
      */
     static final float MESH_OVERHANG = 1.015f;
 
@@ -59,7 +62,7 @@ final class WaterDriver {
     final short[] indices;
 
     /**
-     * 3 floats per vertex: its height, that of its right neighbour and that of its upper neighbour.
+     * Three heights per vertex: of the vertex, of its right neighbour and of its upper neighbour.
      */
     final float[] heights;
 
@@ -102,8 +105,8 @@ final class WaterDriver {
     }
 
     /**
-     * Applies settings while the waves continue. Returns false, and changes nothing, if they need
-     * another grid.
+     * Applies settings while the waves continue. If the settings need another grid, changes nothing
+     * and returns false.
      */
     boolean adopt(WaterSettings changed) {
         boolean fits = changed.shortSideCells == settings.shortSideCells;
@@ -111,9 +114,7 @@ final class WaterDriver {
         return fits;
     }
 
-    /**
-     * Copies the waves of another water of the same screen, whose grid and step rate may differ.
-     */
+    /** Copies the waves of another water on the same screen. Its grid and step rate may differ. */
     void resampleWaves(WaterDriver from) {
         resample(from, from.height, height, 1.0f);
         resample(from, from.velocity, velocity,
@@ -136,8 +137,8 @@ final class WaterDriver {
     }
 
     /**
-     * Interpolates a grid at a position in cells. Beyond the last cell, returns the value of the
-     * last cell.
+     * Returns the value of a grid at a position in cells, interpolated between four cells. Beyond
+     * the last cell, returns the value of the last cell.
      */
     private float interpolate(float[] grid, double x, double y) {
         int left = Math.min((int) x, columns - 2);
@@ -151,8 +152,8 @@ final class WaterDriver {
     }
 
     /**
-     * Interpolates exactly as std::lerp does, so that this host and the C++ host get the same
-     * waves.
+     * Interpolates with the same rounding as std::lerp, so that this host and the C++ host compute
+     * the same waves.
      */
     private static float mix(float from, float to, float weight) {
         if (from <= 0 && to >= 0 || from >= 0 && to <= 0) {
@@ -168,12 +169,15 @@ final class WaterDriver {
     /** Returns true while a wave moves. */
     boolean moves() { return !idle; }
 
-    /** Raises a cone at a touch in screen pixels, y down. The water is then no longer idle. */
+    /**
+     * Raises a cone where the user touches, in screen pixels, y down. The water is then no longer
+     * idle.
+     */
     void ripple(double x, double y, float strength) {
         double radius = settings.rippleRadius;
         if (radius <= WaterSettings.CONE_RADIUS) {
-            // The library's cone has a fixed, larger radius, so raise a flatter cone of the same
-            // volume.
+            // The library raises only cones of a larger radius. So raise such a cone with less
+            // height but the same volume.
             double flatter =
                 radius * radius / (WaterSettings.CONE_RADIUS * WaterSettings.CONE_RADIUS);
             raiseCone(x, y, (float) (strength * flatter));
@@ -183,7 +187,9 @@ final class WaterDriver {
         idle = false;
     }
 
-    /** Raises the library's cones on a triangular lattice, so that their sum is one wide cone. */
+    /**
+     * Raises several of the library's cones on a triangular lattice. Their sum is one wide cone.
+     */
     private void raiseWideCone(double x, double y, float strength) {
         double spacing = WaterSettings.CONE_RADIUS * (double) screenWidth / columns;
         double width = settings.rippleRadius / WaterSettings.CONE_RADIUS;
@@ -208,8 +214,8 @@ final class WaterDriver {
     }
 
     /**
-     * Runs the steps that are due after `elapsed` nanoseconds. A host that stalled skips time
-     * instead of catching up.
+     * Runs the simulation steps that are due after `elapsed` nanoseconds. A host that stalled skips
+     * time instead of catching up.
      */
     void advance(long elapsed) {
         if (idle) {

@@ -1,19 +1,22 @@
 package velmora.host;
 
-/** Grid and motion of the water. Lengths are in cells, times in steps. Instances are immutable. */
+/**
+ * Settings of the water: its grid and the motion of its waves. Lengths are in cells, times in
+ * simulation steps. Instances are immutable.
+ */
 public final class WaterSettings {
-    /** Radius in cells of the cone that the library's ripple raises. */
+    /** Radius in cells of the cone that the native method ripple raises. */
     static final double CONE_RADIUS = 3.0;
 
-    /** Cells along the shorter side of the screen. Cells are square. */
+    /** Number of cells along the shorter side of the screen. Cells are square. */
     public final int shortSideCells;
 
-    /** Factor of the velocity per step, below 1. */
+    /** Factor by which each step multiplies the wave velocity, below 1. */
     public final float damping;
 
     /**
-     * Weight of the height difference to the adjacent cells. Waves travel sqrt(waveSpeed) cells per
-     * step. Stable up to 0.5.
+     * Strength with which a height difference accelerates the adjacent cells. Waves travel
+     * sqrt(waveSpeed) cells per step. Values above 0.5 are unstable.
      */
     public final float waveSpeed;
 
@@ -22,7 +25,7 @@ public final class WaterSettings {
     /** Radius in cells of the cone that a touch raises. */
     public final double rippleRadius;
 
-    /** Creates the defaults: 90 cells, 60 steps per second and cones of 3 cells. */
+    /** Creates the default settings: 90 cells, 60 steps per second and cones of radius 3 cells. */
     public WaterSettings() { this(90, 0.97f, 0.3f, 60, CONE_RADIUS); }
 
     WaterSettings(int shortSideCells, float damping, float waveSpeed, int stepsPerSecond,

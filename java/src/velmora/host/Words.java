@@ -10,8 +10,8 @@ final class Words {
     private static final Pattern BLANKS = Pattern.compile("[ \t\r]+");
 
     /**
-     * Syntax of an accepted number. Java's own parsers also accept plus signs, suffixes and names
-     * such as NaN.
+     * Pattern of a valid number. Java's own parsers would also accept plus signs, suffixes and
+     * names such as NaN.
      */
     private static final Pattern NUMERAL =
         Pattern.compile("-?(\\d+\\.?\\d*|\\.\\d+)([eE][+-]?\\d+)?");
@@ -61,7 +61,7 @@ final class Words {
                 }
             }
         } catch (NumberFormatException ignored) {
-            // The word is a fraction or has too many digits. The code below reports it.
+            // The word is a fraction or has too many digits. The statement below reports the error.
         }
         throw unexpected(what, word);
     }

@@ -1,6 +1,6 @@
 #pragma once
 
-// The part of Android's bitmap interface that the library uses.
+// The part of Android's bitmap API that the library uses.
 
 #include <jni.h>
 #include <stdint.h>
@@ -20,7 +20,8 @@ enum AndroidBitmapFormat {
     ANDROID_BITMAP_FORMAT_A_8 = 8,
 };
 
-/// Width and height in pixels; `stride` is the distance between rows in bytes.
+/// Description of a bitmap. Width and height are in pixels; `stride` is the length of a row in bytes, including
+/// padding.
 struct AndroidBitmapInfo {
     uint32_t width;
     uint32_t height;

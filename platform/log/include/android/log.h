@@ -1,6 +1,6 @@
 #pragma once
 
-// The part of Android's log interface that the library uses.
+// The part of Android's log API that the library uses.
 
 enum { ANDROID_LOG_ERROR = 6 };
 

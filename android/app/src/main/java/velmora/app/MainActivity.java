@@ -34,17 +34,17 @@ import velmora.host.Settings;
 import velmora.host.SettingsStore;
 
 /**
- * Shows a photo under water, with the shipped presets. The store keeps photo and preset, so that
- * they survive a rotation and the end of the process, and the wallpaper can read them.
+ * Shows a photo under water and offers the shipped presets. A SettingsStore keeps the photo and the
+ * preset. So they survive a rotation and the end of the process, and the wallpaper can read them.
  */
 public final class MainActivity extends Activity {
     private static final int PHOTO_REQUEST = 1;
     private static final int THUMBNAIL_DP = 64;
 
     /**
-     * The activity that was started last, or null. There can be another activity: a rotation
-     * replaces it while a photo is still being copied, and the settings button of the wallpaper's
-     * preview starts one.
+     * The activity that was started last, or null. Several activities can exist: a rotation
+     * replaces the activity while a photo is still being copied, and the settings button in the
+     * wallpaper's preview starts another activity.
      */
     private static MainActivity current;
 
@@ -108,7 +108,7 @@ public final class MainActivity extends Activity {
         }
     }
 
-    /** Draws the water below the system bars and keeps the controls clear of the bars. */
+    /** Lets the water extend behind the system bars and keeps the controls clear of them. */
     private void drawEdgeToEdge(View panel) {
         layOutBelowBars();
         panel.setOnApplyWindowInsetsListener((view, insets) -> {
@@ -123,7 +123,10 @@ public final class MainActivity extends Activity {
         });
     }
 
-    /** Requests the layout below the system bars that Android 15 uses by default. */
+    /**
+     * Requests a layout that extends behind the system bars. Android 15 uses this layout by
+     * default.
+     */
     @SuppressWarnings("deprecation")
     private void layOutBelowBars() {
         if (Build.VERSION.SDK_INT >= Build.VERSION_CODES.R) {
@@ -203,7 +206,7 @@ public final class MainActivity extends Activity {
         startActivityForResult(choose.setType("image/*"), PHOTO_REQUEST);
     }
 
-    /** Copies the photo into the store and shows it. Runs on the background thread. */
+    /** Copies a photo into the store and shows the copy. Runs on the background thread. */
     private void copyPhoto(Uri photo) {
         try (InputStream in = getContentResolver().openInputStream(photo)) {
             if (in == null) {
@@ -216,7 +219,8 @@ public final class MainActivity extends Activity {
                 }
             });
         } catch (IOException | RuntimeException error) {
-            // The app that owns the photo runs its provider, which can throw any exception.
+            // The photo comes from a content provider of another app, which can throw any
+            // exception.
             runOnUiThread(() -> showToast(R.string.photo_unreadable));
         }
     }
@@ -248,7 +252,7 @@ public final class MainActivity extends Activity {
         }, new Handler(Looper.getMainLooper()));
     }
 
-    /** Saves the screenshot and offers it for sharing. Runs on the background thread. */
+    /** Saves a screenshot and offers it for sharing. Runs on the background thread. */
     private void writeScreenshot(Bitmap screenshot) {
         File file = ScreenshotProvider.newFile(this);
         try (FileOutputStream out = new FileOutputStream(file)) {

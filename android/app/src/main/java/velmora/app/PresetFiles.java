@@ -16,9 +16,9 @@ import velmora.host.Preset;
 import velmora.host.Settings;
 import velmora.host.SettingsStore;
 
-/** Reads the shipped presets. Each preset is a JSON file and has a thumbnail of the same name. */
+/** Reads the shipped presets. A preset is a JSON file with a thumbnail of the same name. */
 final class PresetFiles {
-    /** Folder of the library's assets in the APK. */
+    /** Folder of the presets among the assets of the APK. */
     private static final String FOLDER = "velmora";
 
     private static final String SUFFIX = ".json";
@@ -39,7 +39,7 @@ final class PresetFiles {
         return names;
     }
 
-    /** Returns the name to show to users. */
+    /** Returns the name of a preset as the user sees it. */
     static String label(String name) { return name.replace('_', ' '); }
 
     Settings load(String name) throws IOException {

@@ -12,14 +12,15 @@ import java.io.File;
 import java.io.FileNotFoundException;
 
 /**
- * Gives apps read access to the screenshots that the user shares with them, and to no other file.
+ * Gives other apps read access to screenshots that the user shares with them. They cannot read any
+ * other file.
  */
 public final class ScreenshotProvider extends ContentProvider {
     private static final String FOLDER = "screenshots";
 
     /**
-     * Returns a file for a new screenshot. Each screenshot has a unique name, because the receiving
-     * app may read it much later. The files are in the cache folder, which the system empties.
+     * Returns a file for a new screenshot. Its name is unique, because the receiving app may read
+     * the file much later. The file is in the cache folder, which the system cleans up.
      */
     static File newFile(Context context) {
         File folder = folder(context);
@@ -35,8 +36,8 @@ public final class ScreenshotProvider extends ContentProvider {
     private static File folder(Context context) { return new File(context.getCacheDir(), FOLDER); }
 
     /**
-     * Returns the file of an address. Uses only the last segment, so no other folder can be
-     * reached.
+     * Returns the file for a content URI. Uses only the last path segment, so an app cannot reach
+     * other folders.
      */
     private File screenshot(Uri uri) {
         return new File(folder(getContext()), new File(uri.getPath()).getName());

@@ -8,7 +8,7 @@ import android.opengl.EGLSurface;
 import android.view.Surface;
 
 /**
- * One OpenGL ES 2.0 context and the window surfaces that share it. Use it on one thread at a time.
+ * An OpenGL ES 2.0 context and the window surfaces that share it. Use it on one thread at a time.
  */
 final class EglContext {
     private static final int[] CONFIG = {EGL14.EGL_RENDERABLE_TYPE, EGL14.EGL_OPENGL_ES2_BIT,
@@ -45,8 +45,8 @@ final class EglContext {
     }
 
     /**
-     * Returns the first configuration with 8 bits per channel. EGL lists configurations with more
-     * bits first.
+     * Returns the first configuration with 8 bits per channel. If there is none, returns the first
+     * of all. EGL lists configurations with more bits first.
      */
     private EGLConfig choose(EGLConfig[] configs, int count) {
         for (int at = 0; at < count; ++at) {
@@ -67,7 +67,7 @@ final class EglContext {
         return true;
     }
 
-    /** Creates a surface for the window. Returns EGL_NO_SURFACE if the window no longer exists. */
+    /** Creates a surface for a window. Returns EGL_NO_SURFACE if the window no longer exists. */
     EGLSurface createSurface(Surface window) {
         try {
             return EGL14.eglCreateWindowSurface(display, config, window, DEFAULTS, 0);
@@ -85,7 +85,7 @@ final class EglContext {
         return succeeded(EGL14.eglSwapBuffers(display, surface));
     }
 
-    /** Returns true if the last failure was a lost context. */
+    /** Returns true if the last call failed because the context is lost. */
     boolean isLost() { return isLost; }
 
     private boolean succeeded(boolean success) {

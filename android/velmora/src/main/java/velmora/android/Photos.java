@@ -15,22 +15,25 @@ import java.io.IOException;
 import velmora.host.Backgrounds;
 
 /**
- * Draws a photo as the backgrounds of a screen. The library reads the pixels with the CPU, so each
- * background is a software bitmap: ARGB_8888, opaque and unscaled.
+ * Makes the backgrounds of a screen from a photo. The library reads the pixels with the CPU, so
+ * each background is an opaque software bitmap in the format ARGB_8888.
  */
 final class Photos implements Backgrounds {
-    /** Number of screen pixels per pixel of the second background, which has no detail. */
+    /**
+     * Factor by which the second background is smaller than the screen. It is a gradient without
+     * detail, so few pixels suffice.
+     */
     private static final int SECOND_SCALE = 16;
 
-    /** Colours, from top to bottom, of the gradient that replaces a missing photo. */
+    /** Colours of the gradient that replaces a missing photo, from top to bottom. */
     private static final int[] DUSK = {0xFF1B2A49, 0xFF5B6C8F, 0xFFE8A87C, 0xFF3C5A6B, 0xFF16263A};
 
     private File photo;
 
-    /** Uses this file for all later backgrounds. If it is null, a gradient is drawn. */
+    /** Sets the file of the photo for later backgrounds. If null, a gradient is drawn instead. */
     void setPhoto(File newPhoto) { photo = newPhoto; }
 
-    /** Returns true if the start of the file is that of an image that this device can decode. */
+    /** Returns true if the file starts like an image that this device can decode. */
     static boolean canDecode(File photo) { return bounds(photo).outWidth > 0; }
 
     private static BitmapFactory.Options bounds(File photo) {
@@ -47,7 +50,7 @@ final class Photos implements Backgrounds {
         try {
             decoded = photo == null ? null : decode(width, height);
         } catch (IOException | RuntimeException | OutOfMemoryError broken) {
-            // If the photo cannot be decoded, the gradient is drawn.
+            // A photo that cannot be decoded is replaced by the gradient.
         }
         return decoded == null ? dusk(width, height) : decoded;
     }
@@ -65,11 +68,11 @@ final class Photos implements Backgrounds {
         return stored == null ? null : cover(stored, orientation(stored), width, height);
     }
 
-    /** Decodes the photo upright, and only just large enough to cover the screen. */
+    /** Decodes the photo upright. Decodes it no larger than needed to cover the screen. */
     private Bitmap decodeUpright(int width, int height) throws IOException {
         return ImageDecoder.decodeBitmap(
             ImageDecoder.createSource(photo), (decoder, info, source) -> {
-                // A hardware bitmap would have no pixels that the library can read.
+                // The library cannot read the pixels of a hardware bitmap.
                 decoder.setAllocator(ImageDecoder.ALLOCATOR_SOFTWARE);
                 double columns = info.getSize().getWidth();
                 double rows = info.getSize().getHeight();
@@ -80,8 +83,8 @@ final class Photos implements Backgrounds {
     }
 
     /**
-     * Decodes the photo in its stored orientation, about as large as the screen. Returns null if it
-     * is broken.
+     * Decodes the photo in its stored orientation, about as large as the screen. Returns null if
+     * the file is damaged.
      */
     private Bitmap decodeStored(int width, int height) {
         BitmapFactory.Options options = bounds(photo);
@@ -92,7 +95,7 @@ final class Photos implements Backgrounds {
     }
 
     /**
-     * Returns the step at which pixels of the photo are read, so that enough remain for the screen.
+     * Returns n so that decoding every n-th pixel of the photo leaves enough pixels for the screen.
      */
     private static int sampleSize(int columns, int rows, int width, int height) {
         int spare = Math.min(columns, rows) / Math.max(width, height);
@@ -135,9 +138,7 @@ final class Photos implements Backgrounds {
         return turn;
     }
 
-    /**
-     * Turns the photo, scales it to cover the screen and crops opposite sides by the same amount.
-     */
+    /** Turns a photo upright, scales it to cover the screen and crops it around its centre. */
     private static Bitmap cover(Bitmap decoded, Matrix turn, int width, int height) {
         float[] corner = {decoded.getWidth(), decoded.getHeight()};
         turn.mapVectors(corner);

@@ -25,8 +25,8 @@ import velmora.host.Settings;
 import velmora.host.TouchTranslator;
 
 /**
- * The effect in an activity: a photo under water that reacts to touches. The activity must call
- * onPause and onResume. If a process has several views, only the one resumed last draws.
+ * A view that shows a photo under water and reacts to touches. The activity must call onPause and
+ * onResume. If a process has several views, only the view that was resumed last draws.
  *
  * <p>The GL thread owns the scene. It draws on request, at most 60 times per second. While the
  * screen is idle, no frame is requested.
@@ -40,27 +40,30 @@ public class VelmoraView extends GLSurfaceView implements GLSurfaceView.Renderer
     private final FramePacer pacer = new FramePacer();
     private final Choreographer.FrameCallback vsync = this::onVsync;
 
-    /** True while onVsync waits for the display. UI thread only. */
+    /** True while a call of onVsync is scheduled. Used on the UI thread only. */
     private boolean waitsForVsync;
 
-    /** False from onPause until onResume, while the GL thread does not draw. UI thread only. */
+    /**
+     * False between onPause and onResume, while the GL thread does not draw. Used on the UI thread
+     * only.
+     */
     private boolean isResumed = true;
 
-    /** True if the next frame may differ from the last one. Written by the GL thread. */
+    /** True if the next frame may differ from the last frame. Written by the GL thread. */
     private volatile boolean needsFrame;
 
     /**
-     * Time of the display's frame for which drawing was requested, in nanoseconds. Written by the
-     * UI thread.
+     * Time of the display frame for which drawing was requested, in nanoseconds. Written by the UI
+     * thread.
      */
     private volatile long frameTime;
 
     private volatile float timeScale = 1.0f;
 
-    /** The photo shown, or null. UI thread only. */
+    /** The current photo, or null. Used on the UI thread only. */
     private File photo;
 
-    /** Player of gesture scripts. GL thread only. */
+    /** Player of gesture scripts. Used on the GL thread only. */
     private final GesturePlayer gesture = new GesturePlayer(scene);
 
     public VelmoraView(Context context) { this(context, null); }
@@ -76,14 +79,14 @@ public class VelmoraView extends GLSurfaceView implements GLSurfaceView.Renderer
         setRenderMode(RENDERMODE_WHEN_DIRTY);
     }
 
-    /** Applies settings, for example a preset. */
+    /** Applies settings, for example those of a preset. */
     public void setSettings(Settings settings) {
         timeScale = settings.get(Setting.TIME_SCALE);
         change(() -> scene.setSettings(settings));
     }
 
     /**
-     * Shows a photo, or a gradient if it is null. The file must stay readable and must not change.
+     * Shows a photo. If it is null, shows a gradient. The file must stay readable and unchanged.
      */
     public void setPhoto(File newPhoto) {
         if (Objects.equals(newPhoto, photo)) {
@@ -96,10 +99,7 @@ public class VelmoraView extends GLSurfaceView implements GLSurfaceView.Renderer
         });
     }
 
-    /**
-     * Returns true if the file is an image that this device can decode. May be called on any
-     * thread.
-     */
+    /** Returns true if this device can decode the image file. May be called on any thread. */
     public static boolean canShow(File photo) { return Photos.canDecode(photo); }
 
     /** Plays a gesture script. Throws HostException at the first invalid line. */
@@ -155,7 +155,9 @@ public class VelmoraView extends GLSurfaceView implements GLSurfaceView.Renderer
         return true;
     }
 
-    /** Makes a ripple in the middle of the water. A screen reader calls this for a double tap. */
+    /**
+     * Makes a ripple in the middle of the water. A double tap in a screen reader calls this method.
+     */
     @Override
     public boolean performClick() {
         super.performClick();
@@ -168,8 +170,8 @@ public class VelmoraView extends GLSurfaceView implements GLSurfaceView.Renderer
 
     @Override
     public void onSurfaceCreated(GL10 unused, EGLConfig config) {
-        // Android also calls this after a lost context, but not for a new surface of a preserved
-        // context.
+        // Android also calls onSurfaceCreated after a context was lost. It does not call it if the
+        // context was preserved and only the surface is new.
         renderer.contextCreated();
     }
 
@@ -185,16 +187,17 @@ public class VelmoraView extends GLSurfaceView implements GLSurfaceView.Renderer
         if (isDrawn) {
             gesture.frameDrawn();
         } else {
-            // The system shows this buffer, whose content is undefined until it is cleared.
+            // The system shows this buffer next. Its content is undefined, so clear it.
             GLES20.glClear(GLES20.GL_COLOR_BUFFER_BIT);
         }
-        // If another view became active, this view stays idle until it is resumed.
+        // isDrawn is false if another view is active. This view then stays idle until it is
+        // resumed.
         needsFrame = isDrawn && (scene.needsFrame() || gesture.plays());
         post(this::waitForVsync);
     }
 
     /**
-     * Requests 60 frames per second from a faster display. If the display refuses, the pacer skips
+     * Asks a faster display to run at 60 frames per second. If the display refuses, the pacer skips
      * frames.
      */
     static void askForSixtyFrames(Surface surface) {
@@ -204,8 +207,7 @@ public class VelmoraView extends GLSurfaceView implements GLSurfaceView.Renderer
     }
 
     /**
-     * Runs a change of the scene on the GL thread and draws the result. May be called on any
-     * thread.
+     * Runs a task that changes the scene on the GL thread, then draws. May be called on any thread.
      */
     private void change(Runnable change) {
         queueEvent(() -> {
@@ -227,7 +229,9 @@ public class VelmoraView extends GLSurfaceView implements GLSurfaceView.Renderer
         }
     }
 
-    /** Runs on the UI thread at each frame of the display while the effect moves. */
+    /**
+     * Requests drawing. While the effect moves, runs on the UI thread at each frame of the display.
+     */
     private void onVsync(long time) {
         waitsForVsync = false;
         if (!needsFrame) {

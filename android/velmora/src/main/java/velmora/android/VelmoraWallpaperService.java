@@ -11,11 +11,11 @@ import velmora.host.SettingsStore;
 import velmora.host.TouchTranslator;
 
 /**
- * The effect as a live wallpaper. It shows the photo and the settings of the app's store, and loads
- * changes when it becomes visible.
+ * The effect as a live wallpaper. It shows the photo and the settings from the app's store and
+ * loads changes whenever it becomes visible.
  *
  * <p>Declare the service with a separate process (android:process). The library has one state per
- * process, but the view of an activity needs another GL thread and context.
+ * process, but the view in an activity uses another GL thread and context.
  */
 public class VelmoraWallpaperService extends WallpaperService {
     /** Returns the store that the app's activity and the wallpaper share. */
@@ -92,7 +92,8 @@ public class VelmoraWallpaperService extends WallpaperService {
 
         @Override
         public void onSurfaceDestroyed(SurfaceHolder holder) {
-            // Wait here, because the system frees the surface after this call.
+            // Wait until the surface is removed, because the system frees it when this method
+            // returns.
             thread.run(() -> window.removeSurface());
             super.onSurfaceDestroyed(holder);
         }
@@ -103,7 +104,10 @@ public class VelmoraWallpaperService extends WallpaperService {
             super.onDestroy();
         }
 
-        /** Applies the settings and the photo that changed in the store. Runs on the GL thread. */
+        /**
+         * Applies the settings and the photo if they have changed in the store. Runs on the GL
+         * thread.
+         */
         private void applySettings() {
             Settings settings = store.settings();
             if (!settings.equals(window.scene.settings())) {

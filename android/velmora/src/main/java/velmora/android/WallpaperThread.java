@@ -17,9 +17,9 @@ import velmora.host.EffectStage;
 import velmora.host.ReflectionMap;
 
 /**
- * The GL thread of all wallpaper engines of the process. The system runs several engines in one
- * process: the home screen, the lock screen and a preview. The library has one state per process,
- * so the engines share this thread and one context. Each engine has its own window surface.
+ * The GL thread that all wallpaper engines of the process share. The system runs several engines in
+ * one process: for the home screen, the lock screen and a preview. The library has one state per
+ * process, so the engines also share one GL context. Each engine has its own window surface.
  */
 final class WallpaperThread {
     private static WallpaperThread shared;
@@ -47,7 +47,7 @@ final class WallpaperThread {
         return shared;
     }
 
-    /** The window of one engine. All methods run on the GL thread. */
+    /** The window of one wallpaper engine. All methods run on the GL thread. */
     final class Window implements EffectStage.Screen {
         final EffectScene scene;
         private Surface surface;
@@ -59,7 +59,8 @@ final class WallpaperThread {
         }
 
         /**
-         * Replaces the surface. The system may change the window behind the same Surface object.
+         * Replaces the surface, even by the same Surface object, because its window may have
+         * changed.
          */
         void resize(Surface newSurface, int width, int height) {
             removeSurface();
@@ -84,7 +85,7 @@ final class WallpaperThread {
             waitForVsync();
         }
 
-        /** Draws one frame at once, because the system waits for it. */
+        /** Draws one frame immediately, because the system waits for it. */
         void redraw() {
             stage.drawNow(scene, this, System.nanoTime());
             waitForVsync();
@@ -98,7 +99,10 @@ final class WallpaperThread {
             surface = null;
         }
 
-        /** Closes the window. The last window also destroys the context and frees the bitmaps. */
+        /**
+         * Closes the window. Closing the last window also destroys the context and frees the
+         * bitmaps.
+         */
         void close() {
             stage.hide(scene);
             removeSurface();

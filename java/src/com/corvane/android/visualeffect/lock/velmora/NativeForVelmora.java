@@ -4,9 +4,9 @@ import android.graphics.Bitmap;
 
 /**
  * The native methods of the effect. The public header velmora/native_methods.inc documents their
- * parameters with units and ranges, their threads and their results.
+ * parameters, units, ranges, threads and results.
  *
- * <p>The library has one state per process, which all instances of this class share.
+ * <p>All instances of this class share the library's state, which exists once per process.
  */
 public final class NativeForVelmora {
     public static final int ACTION_DOWN = 0;
