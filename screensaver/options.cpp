@@ -20,8 +20,8 @@ namespace {
 constexpr const char* description =
     "Shows a picture under water, as a screen saver for XScreenSaver.\n"
     "Options may have one dash or two.\n"
-    "Without a window option, the program draws into the window of XSCREENSAVER_WINDOW.\n"
-    "If this variable is not set, the program opens a window.";
+    "If no window option is given, it draws into the window of XSCREENSAVER_WINDOW.\n"
+    "If this variable is not set, it opens a window.";
 
 /// Returns the arguments in reverse order, as CLI11 expects them. XScreenSaver's programs accept long options with one
 /// dash, such as -window-id. CLI11 requires two dashes, so a second dash is added.
