@@ -484,23 +484,23 @@ final class LifecycleCases {
     private static void store(File folder) throws IOException {
         SettingsStore app = new SettingsStore(folder);
         SettingsStore wallpaper = new SettingsStore(folder);
-        System.out.println(wallpaper.photo() + " " + wallpaper.presetName().isEmpty() + " "
-            + wallpaper.settings().equals(new Settings()));
+        System.out.println("photo " + wallpaper.photo() + ", preset '" + wallpaper.presetName()
+            + "', default settings " + wallpaper.settings().equals(new Settings()));
         Settings settings = new Settings();
         settings.set(Setting.RAIN, 3.5f);
         settings.setInk(0.1f, 0.2f, 0.3f);
         File first = savePhoto(app, 1);
         app.savePreset("my rain", settings);
         savePhoto(app, 2);
-        System.out.println(wallpaper.photo().length() + " " + first.exists() + " "
-            + wallpaper.presetName() + " " + wallpaper.settings().equals(settings) + " "
-            + folder.list().length);
+        System.out.println("photo of " + wallpaper.photo().length() + " bytes, old photo exists "
+            + first.exists() + ", preset '" + wallpaper.presetName() + "', saved settings "
+            + wallpaper.settings().equals(settings) + ", files " + folder.list().length);
         saveAtOnce(app, wallpaper);
         System.out.println("files " + folder.list().length);
         saveInVain(() -> app.savePhoto(new ByteArrayInputStream(new byte[3]), file -> false));
         Path file = folder.toPath().resolve("settings.json");
         Files.writeString(file, "{\"settings\": \"{ 7");
-        System.out.println(wallpaper.settings().equals(new Settings()));
+        System.out.println("default settings " + wallpaper.settings().equals(new Settings()));
         Files.delete(file);
         Files.createDirectories(file.resolve("blocks"));
         saveInVain(() -> app.savePreset("lost", settings));

@@ -273,8 +273,10 @@ TEST(Lifecycle, TheChosenSettingsSurviveTheProcess) {
     const fs::path folder = fs::current_path() / "java-store";
     fs::remove_all(folder);
     EXPECT_EQ(lifecycle("store " STROKE_GESTURE " " + folder.string()),
-              "null true true\n2 false my rain true 2\nfiles 2\nrefused\ntrue\nrefused\nrefused\n"
-              "files 2\n");
+              "photo null, preset '', default settings true\n"
+              "photo of 2 bytes, old photo exists false, preset 'my rain', saved settings true, "
+              "files 2\n"
+              "files 2\nrefused\ndefault settings true\nrefused\nrefused\nfiles 2\n");
     fs::remove_all(folder);
 }
 
