@@ -30,7 +30,7 @@ Color sandAt(float depth, float light) {
                         : mix(lit(shallow), lit(deep), 2.0f * depth - 1.0f);
 }
 
-/// Returns how bright the sand is between the furrows and the ridges that waves form, from about 0.16 to 0.96.
+/// Returns the brightness of the sand, from about 0.16 in a furrow to 0.96 on a ridge. Waves form the ridges.
 float ridgesAt(Vec2 at) {
     const float drift = layeredNoise(at * 5.0f, 3, 11);
     const float phase = 46.0f * (0.35f * at.x + at.y) + 5.0f * drift;

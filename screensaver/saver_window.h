@@ -44,8 +44,8 @@ private:
     void dropContext();
     void handle(const XEvent& event);
 
-    /// Connection to the X server. It is closed only when the process ends, because the thread that watches the
-    /// connection ends the program when it is closed.
+    /// Connection to the X server. A thread ends the program when this connection closes, so the connection stays open
+    /// until the process ends.
     Display* display;
     EGLDisplay egl = EGL_NO_DISPLAY;
     EGLConfig config = nullptr;
