@@ -20,7 +20,8 @@
 #include "hostkit/host_error.h"
 #include "hostkit/instruments/gl_recorder.h"
 
-// Measures whole frames through the native methods. The library's GL calls mark the moments within a frame.
+// Measures the times of whole frames and of the parts of a frame. Hooks around the library's GL calls read the clock
+// when a part of the frame begins or ends.
 
 namespace {
 
@@ -28,7 +29,7 @@ using Clock = std::chrono::steady_clock;
 
 constexpr int warmUpFrames = 5;
 
-/// Moments of one frame in chronological order.
+/// Times at which the parts of one frame begin or end, in chronological order.
 struct Moments {
     Clock::time_point start;
     Clock::time_point firstCall;   // first GL call of the library; the host's water step has ended
@@ -58,7 +59,7 @@ double threadNanoseconds() {
     return nanosecondsBy(CLOCK_THREAD_CPUTIME_ID);
 }
 
-/// Returns the nanoseconds between two immediately successive readings of the clock, which measurements must subtract.
+/// Returns the time in nanoseconds between two successive readings of the clock. Each measurement subtracts this time.
 double emptyInterval() {
     static const double median = [] {
         std::vector<double> intervals;
@@ -71,7 +72,7 @@ double emptyInterval() {
     return median;
 }
 
-/// Sums the nanoseconds of processor time that this thread spends between GL calls.
+/// Sums the processor time, in nanoseconds, that this thread spends outside GL calls.
 struct OutsideClock {
     void leave() { left = threadNanoseconds(); }
     void enter() { sum += threadNanoseconds() - left - emptyInterval(); }
@@ -121,7 +122,7 @@ double medianBetween(const std::vector<Moments>& frames, Clock::time_point Momen
     return bench::median(times);
 }
 
-/// Returns the median of a field that is in nanoseconds, converted to microseconds.
+/// Returns the median of a field, converted from nanoseconds to microseconds.
 double medianOf(const std::vector<Moments>& frames, double Moments::*nanoseconds) {
     std::vector<double> times;
     for (const Moments& moments : frames) {
@@ -130,14 +131,15 @@ double medianOf(const std::vector<Moments>& frames, double Moments::*nanoseconds
     return bench::median(times);
 }
 
-/// Prints two processor times per frame, in microseconds, for screens of growing size: of this thread outside GL calls,
-/// and of all threads. The second also includes the solver worker and the software rasteriser.
+/// Prints two processor times per frame, in microseconds, for screens of growing size. The first is the time of this
+/// thread outside GL calls. The second is the time of all threads, including the solver's worker and the software
+/// rasteriser.
 void printGrowth() {
     struct Screen {
         int width;
         int height;
     };
-    std::cout << "# width height pixels outside all\n";
+    std::cout << "# width, height, pixels, us outside GL, us of all threads\n";
     for (const Screen screen : {Screen{270, 480}, Screen{540, 960}, Screen{720, 1280},
                                 Screen{1080, 1920}, Screen{1440, 2560}, Screen{2160, 3840}}) {
         hostkit::EffectHost host({.width = screen.width, .height = screen.height});
@@ -177,7 +179,7 @@ void runFrames(benchmark::State& state, int width, int height, bool inkEnabled) 
     if (inkEnabled) {
         count("solver wait us", &Moments::firstCall, &Moments::solverDone);
     }
-    count("until first draw us", &Moments::solverDone, &Moments::firstDraw);
+    count("before draws us", &Moments::solverDone, &Moments::firstDraw);
     count("draws us", &Moments::firstDraw, &Moments::submitted);
     count("finish us", &Moments::submitted, &Moments::finished);
     count("frame us", &Moments::start, &Moments::finished);
@@ -227,10 +229,10 @@ int main(int argc, char** argv) {
         return 1;
     }
     registerFrames(options->count);
-    bench::TableReporter tables({{"Median times of a frame.",
+    bench::TableReporter tables({{"The table shows the median times of a frame.",
                                   "frame | screen",
-                                  {"outside GL us", "water us", "solver wait us",
-                                   "until first draw us", "draws us", "finish us", "frame us"}}});
+                                  {"outside GL us", "water us", "solver wait us", "before draws us",
+                                   "draws us", "finish us", "frame us"}}});
     try {
         benchmark::RunSpecifiedBenchmarks(options->table ? &tables : nullptr);
     } catch (const hostkit::HostError& error) {

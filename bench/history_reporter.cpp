@@ -17,7 +17,8 @@ namespace bench {
 
 namespace {
 
-/// Replaces commas, which kernel names contain, so that the text is one CSV field.
+/// Replaces the commas of a text by semicolons, so that the text is one field of a CSV file. Kernel names contain
+/// commas.
 std::string field(std::string text) {
     std::ranges::replace(text, ',', ';');
     return text;
@@ -32,7 +33,7 @@ std::string today() {
     return text;
 }
 
-/// Returns the name of the processor as Linux reports it.
+/// Returns the name of the processor from /proc/cpuinfo.
 std::string processorName() {
     std::ifstream info("/proc/cpuinfo");
     for (std::string line; std::getline(info, line);) {

@@ -7,19 +7,19 @@
 
 namespace bench {
 
-/// When all benchmarks have run, appends one row of ratios to a CSV file, so that runs of different days and machines
-/// can be compared. The columns are date (UTC), machine and compiler, then for each kernel the reference's time divided
-/// by the library's time.
+/// Appends one row of ratios to a CSV file when all benchmarks have run. With this file, runs of different days and
+/// machines can be compared. The first columns are date (UTC), machine and compiler. Each further column belongs to a
+/// kernel: the reference's time divided by the library's time.
 class HistoryReporter : public benchmark::BenchmarkReporter {
 public:
-    /// @param csvFile CSV file; created with a line of column names if it does not exist
+    /// @param csvFile path of the CSV file; a missing file is created with a line of column names
     explicit HistoryReporter(std::string csvFile);
 
     bool ReportContext(const Context& context) override;
     void ReportRuns(const std::vector<Run>& report) override;
     void Finalize() override;
 
-    /// Returns the reason why the row could not be appended, or an empty string.
+    /// Returns the reason if the row could not be appended, else an empty string.
     const std::string& error() const { return errorText; }
 
 private:

@@ -13,8 +13,8 @@
 
 namespace {
 
-/// Registers every comparison. If the library's results differ from the reference's, their times cannot be compared:
-/// then prints a line for each difference and returns false.
+/// Registers the benchmark of every comparison. Returns false if a kernel of the library gives other results than its
+/// reference, and prints a line for each such kernel: times of different results cannot be compared.
 bool registerComparisons(int pairs) {
     bool same = true;
     for (const auto& group : {bench::waterComparisons(), bench::solverComparisons()}) {
@@ -30,7 +30,7 @@ bool registerComparisons(int pairs) {
     return same;
 }
 
-/// Prints nanoseconds per cell on grids of growing size, and the sizes of the caches.
+/// Prints the sizes of the data caches, then the nanoseconds per cell of three kernels on grids of growing size.
 void printGrowth(int samples) {
     struct Size {
         int width;
@@ -43,7 +43,7 @@ void printGrowth(int samples) {
             std::cout << "# cache " << cache.level << ' ' << cache.size << '\n';
         }
     }
-    std::cout << "# width height cells move step packing\n";
+    std::cout << "# width, height, cells, ns per cell of: move, solver step, packing\n";
     for (const Size size : sizes) {
         const double cells = static_cast<double>(size.width) * size.height;
         std::cout << size.width << ' ' << size.height << ' ' << cells;
@@ -54,7 +54,7 @@ void printGrowth(int samples) {
     }
 }
 
-/// Runs the comparisons and appends their ratios to a CSV file. Returns the exit code.
+/// Runs the comparisons and appends their ratios to a CSV file. Returns the exit code of the program.
 int appendHistory(const std::string& file) {
     bench::HistoryReporter history(file);
     benchmark::RunSpecifiedBenchmarks(&history);
@@ -84,10 +84,12 @@ int main(int argc, char** argv) {
     }
     bench::registerLimits(options->count);
     bench::TableReporter tables(
-        {{"Median times of a call. Samples of library and reference alternate.",
+        {{"The table shows the median time of a call. Samples of library and reference alternate.",
           "kernel | grid",
           {"goal", "ratio", "library ns", "reference ns"}},
-         {"Limits of the machine, measured in the same run.", "limit | of", {"value"}}});
+         {"The next table shows the limits of the machine in the same run.",
+          "limit | of",
+          {"value"}}});
     benchmark::RunSpecifiedBenchmarks(options->table ? &tables : nullptr);
     return 0;
 }

@@ -17,7 +17,7 @@ namespace bench {
 
 namespace {
 
-/// Registers a benchmark that runs `sample` in each iteration and reports the median.
+/// Registers a benchmark with `samples` iterations. Each iteration calls `sample`; the result is the median.
 void registerLimit(const std::string& name, int samples, const std::function<double()>& sample) {
     benchmark::RegisterBenchmark(name.c_str(), [sample](benchmark::State& state) {
         sample();  // warms up caches and clock
@@ -29,8 +29,8 @@ void registerLimit(const std::string& name, int samples, const std::function<dou
     })->Iterations(samples);
 }
 
-/// Returns the bytes per nanosecond of loads and stores together. They move four floats at a time between two arrays of
-/// `bytes` in total.
+/// Returns the memory bandwidth of a copy, in bytes per nanosecond. Loads and stores both count. The copy moves four
+/// floats at a time between two arrays, which have `bytes` bytes in total.
 double bandwidth(std::size_t bytes) {
     const auto count = static_cast<std::ptrdiff_t>(bytes / 2 / sizeof(float) / 16 * 16);
     static std::vector<float> from;
@@ -54,8 +54,8 @@ double bandwidth(std::size_t bytes) {
     return static_cast<double>(rounds) * static_cast<double>(count) * 2 * sizeof(float) / time;
 }
 
-/// Returns the bytes per nanosecond of stores. They write four floats at a time to an array of `bytes`, starting
-/// `offset` floats after an aligned address.
+/// Returns the memory bandwidth of stores, in bytes per nanosecond. Each store writes four floats. The stores fill
+/// `bytes` bytes, starting `offset` floats after an aligned address.
 double storeBandwidth(std::size_t bytes, std::ptrdiff_t offset) {
     const auto count = static_cast<std::ptrdiff_t>(bytes / sizeof(float) / 12 * 12);
     static std::vector<float> to;
@@ -76,8 +76,8 @@ double storeBandwidth(std::size_t bytes, std::ptrdiff_t offset) {
     return static_cast<double>(rounds) * static_cast<double>(count) * sizeof(float) / time;
 }
 
-/// Returns the bytes per nanosecond of loads from the first-level cache. They start `offset` floats after an aligned
-/// address.
+/// Returns the bandwidth of loads from the first-level cache, in bytes per nanosecond. The loads start `offset` floats
+/// after an aligned address.
 double loadBandwidth(std::ptrdiff_t offset) {
     constexpr std::ptrdiff_t count = 4096;
     constexpr int rounds = 1'000;
@@ -103,8 +103,8 @@ double loadBandwidth(std::ptrdiff_t offset) {
 
 constexpr std::size_t operations = 240'000;
 
-/// Returns the number of four-lane operations per nanosecond in `chains` independent chains. `advance` runs one
-/// operation.
+/// Returns the number of four-lane operations per nanosecond in `chains` independent chains. The function `advance`
+/// executes one operation of a chain.
 template <std::size_t chains, class Advance>
 double throughput(Advance advance) {
     Float4 values[chains];
@@ -125,16 +125,16 @@ double throughput(Advance advance) {
     return static_cast<double>(rounds * chains) / time;
 }
 
-/// Runs the operations that lead from a smoothed height to its right neighbour, as in the water's smoothing: three
-/// additions, a subtraction, a multiplication and an addition. Each operation depends on the previous one.
+/// Computes a smoothed height from its left neighbour, with the same chain of operations as the water's smoothing:
+/// three additions, a subtraction, a multiplication and an addition. Each operation depends on the previous one.
 template <class Floats>
 Floats smoothed(Floats left) {
     const Floats sum = Floats(0.5f) + left + Floats(0.25f) + Floats(0.75f) - Floats(2.0f);
     return Floats(0.5f) + Floats(0.018f) * sum;
 }
 
-/// Measures smoothing steps in which each group of four cells loads values that the previous group stored. Returns the
-/// nanoseconds per group.
+/// Returns the nanoseconds of a smoothing step per group of four cells. Each group loads values that the previous group
+/// has stored.
 double smoothingChainThroughMemory() {
     constexpr std::size_t rows = 64;
     constexpr std::size_t groups = 1024;
@@ -151,7 +151,8 @@ double smoothingChainThroughMemory() {
     return time / (rows * groups);
 }
 
-/// Returns nanoseconds per group of four if the left neighbour is kept in a register.
+/// Returns the nanoseconds of a smoothing step per group of four cells. A register keeps the left neighbour, so no
+/// group waits for a store.
 double smoothingChainInRegisters() {
     constexpr std::size_t groups = 65'536;
     float height = 1.0f;

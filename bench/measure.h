@@ -5,8 +5,8 @@
 
 namespace bench {
 
-/// Returns the duration of a call in nanoseconds by `clock`. CLOCK_THREAD_CPUTIME_ID counts only the time in which this
-/// thread runs. CLOCK_MONOTONIC also counts waits and the time of other programs.
+/// Returns the duration of a call in nanoseconds. The clock CLOCK_THREAD_CPUTIME_ID counts only the time in which this
+/// thread runs. CLOCK_MONOTONIC also counts waiting and the time of other programs.
 template <class Call>
 double nanosecondsOf(clockid_t clock, Call&& call) {
     timespec start{};
@@ -18,7 +18,8 @@ double nanosecondsOf(clockid_t clock, Call&& call) {
            static_cast<double>(end.tv_nsec - start.tv_nsec);
 }
 
-/// Returns the median, or the upper of the two middle values. `values` must not be empty.
+/// Returns the median of the values. If their number is even, returns the larger of the two middle values. `values`
+/// must not be empty.
 double median(std::vector<double> values);
 
 }  // namespace bench

@@ -15,14 +15,14 @@
 #include "paintings/paintings.h"
 
 // Compares frames of coarser meshes with frames of the finest mesh, in which each cell has a vertex. Plays all gestures
-// without ink on the default background of the page. app/quality.cpp chooses the mesh by the results.
+// in water-only mode on the default background of the page. The results decide which mesh app/quality.cpp chooses.
 // Usage: velmora-bench-mesh [WIDTH HEIGHT]
 
 namespace {
 
 namespace fs = std::filesystem;
 
-/// Number of frames from one compared frame to the next.
+/// Every sixth frame is compared.
 constexpr int frameStep = 6;
 constexpr int maxCellsPerVertex = 3;
 
@@ -45,7 +45,7 @@ std::vector<bench::GreyImage> playedFrames(const hostkit::GestureScript& script,
     return frames;
 }
 
-/// Prints the lowest similarity of all frames of all gestures, for each mesh.
+/// Prints one line for each coarser mesh: its lowest similarity to the finest mesh in any frame of any gesture.
 void compareAt(int width, int height) {
     std::vector<double> lowest(maxCellsPerVertex + 1, 1.0);
     for (const fs::directory_entry& file : fs::directory_iterator(VELMORA_GESTURES)) {

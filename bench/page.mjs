@@ -16,7 +16,7 @@ const size = (process.argv[2] ?? "540x960").split("x").map(Number);
 const seconds = Number(process.argv[3] ?? 8);
 const settings = JSON.parse(process.argv[4] ?? "{}");
 
-/** Sums the milliseconds that GL calls take. */
+/** Sums the milliseconds of all GL calls in `window.glTime`. */
 function watchGl() {
     window.glTime = 0;
     const prototype = WebGLRenderingContext.prototype;
@@ -33,7 +33,7 @@ function watchGl() {
     }
 }
 
-/** Measures the shortest time of each kind of draw. Waits for the GPU before and after every draw call. */
+/** Measures the shortest time of each kind of draw call. Waits for the GPU before and after every draw call. */
 function watchDraws() {
     window.draws = {};
     const prototype = WebGLRenderingContext.prototype;
@@ -54,8 +54,8 @@ function watchDraws() {
 }
 
 /**
- * Moves a finger for `duration` milliseconds. If `steady` is true, every frame advances the page's time by a 60th of a
- * second, so that the waves are the same at every frame rate.
+ * Moves a finger on the page for `duration` milliseconds. If `steady` is true, every frame advances the page's time by
+ * a 60th of a second. The waves are then the same at every frame rate.
  */
 async function stir({ duration, steady }) {
     const { velmora } = window;
@@ -79,7 +79,7 @@ async function stir({ duration, steady }) {
         own += velmora.frameTimes().at(-1).effect;
         const passed = performance.now() - start;
         if (frames === 0) {
-            // Measure from this frame on, because the shaders are compiled now.
+            // The measurement starts with this frame, because earlier frames also compile the shaders.
             [start, own, glAtStart] = [performance.now(), 0, window.glTime];
         } else if (frames > 0 && passed > duration) {
             return { perSecond: (frames * 1000) / passed, own: (own - window.glTime + glAtStart) / frames, frames: frames + 6 };
@@ -91,8 +91,8 @@ const browser = await launch({ args: process.argv.slice(5) });
 const system = await browser.newBrowserCDPSession();
 
 /**
- * Returns the processor seconds of all browser processes. Other programs affect this figure less than frames per
- * second.
+ * Returns the processor time of all browser processes in seconds. Other programs affect this time less than they affect
+ * the frame rate.
  */
 async function processorTime() {
     const { processInfo } = await system.send("SystemInfo.getProcessInfo");
@@ -121,7 +121,7 @@ async function printOwnTime(hash) {
     await page.context().close();
 }
 
-/** Waits until adaptive quality has chosen a level, which it does on an idle page. Then measures the speed. */
+/** Waits until adaptive quality has chosen a level and the page is idle. Then measures the speed. */
 async function printChoice(hash) {
     const page = await open(browser, { size, hash, ready: false });
     await page.waitForFunction(() => window.velmora?.quality().phase === "watching");
@@ -129,11 +129,11 @@ async function printChoice(hash) {
     await page.evaluate(stir, { duration: 2000, steady: false });
     await page.evaluate(() => window.velmora.lift());
     await page.waitForFunction(() => window.velmora.isIdle(), null, { timeout: 60000 });
-    await printSpeed(page, `chosen after ${(found / 1000).toFixed(1)} s:`);
+    await printSpeed(page, `level chosen after ${(found / 1000).toFixed(1)} s:`);
     await page.context().close();
 }
 
-/** Opens a page at a quality level. `before` is a function that runs in the page before the page's scripts. */
+/** Opens the page at a quality level. The function `before` runs in the page before the page's scripts. */
 async function openAtLevel(level, hash, before) {
     const page = await open(browser, { size, hash, before });
     await page.evaluate((value) => {
@@ -155,7 +155,7 @@ async function printLevel(level, hash) {
     await watched.context().close();
 }
 
-console.log(`size ${(statSync(`${top}/build/web/velmora.html`).size / 1024).toFixed(0)} KB`);
+console.log(`size of the page ${(statSync(`${top}/build/web/velmora.html`).size / 1024).toFixed(0)} KB`);
 for (const waterOnly of [false, true]) {
     const hash = `#look=${encodeURIComponent(JSON.stringify({ waterOnly, ...settings }))}`;
     console.log(waterOnly ? "water only" : "ink and water");

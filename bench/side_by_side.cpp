@@ -11,8 +11,8 @@ namespace bench {
 
 namespace {
 
-/// Minimum duration of a sample, in nanoseconds. It is long compared with reading the clock, and short enough for many
-/// samples.
+/// Minimum duration of a sample, in nanoseconds. A sample is long compared with a reading of the clock, but short
+/// enough for many samples.
 constexpr double sampleNanoseconds = 300'000.0;
 constexpr int maxCalls = 10'000;
 constexpr int checkedCalls = 2;  // the second call starts from the result of the first
@@ -20,7 +20,7 @@ constexpr int checkedCalls = 2;  // the second call starts from the result of th
 using Form = std::function<void()>;
 using Bytes = std::vector<std::byte>;
 
-/// Restores the inputs, runs `calls` calls and returns the nanoseconds per call.
+/// Restores the inputs and runs one implementation `calls` times. Returns the nanoseconds per call.
 double sample(const Comparison& comparison, const Form& form, int calls) {
     comparison.restore();
     return nanosecondsOf(CLOCK_THREAD_CPUTIME_ID,
@@ -32,7 +32,8 @@ double sample(const Comparison& comparison, const Form& form, int calls) {
            calls;
 }
 
-/// Warms up both forms. Returns the number of calls for which a sample of the reference takes sampleNanoseconds.
+/// Warms up both implementations. Returns the number of calls in a sample, chosen so that a sample of the reference
+/// takes sampleNanoseconds.
 int callsPerSample(const Comparison& comparison) {
     double shortest = sampleNanoseconds;
     for (int round = 0; round < 5; ++round) {
@@ -63,7 +64,7 @@ void run(benchmark::State& state, const Comparison& comparison) {
     std::vector<double> reference;
     std::vector<double> library;
     for (auto _ : state) {
-        // The order alternates, so that each form runs first in half of the pairs.
+        // In half of the pairs the library runs first, so that the order favours neither implementation.
         const bool libraryFirst = ratios.size() % 2 == 1;
         if (libraryFirst) {
             library.push_back(sample(comparison, comparison.candidate, calls));

@@ -8,7 +8,8 @@
 
 namespace bench {
 
-/// Two implementations of a kernel that use the same memory, so that caches and page layout favour neither of them.
+/// The library's kernel and its reference. Both use the same memory, so that caches and the layout of pages favour
+/// neither of them.
 struct Comparison {
     std::string kernel;
     std::string grid;
@@ -23,17 +24,17 @@ Comparison moveComparison(int width, int height);
 std::vector<Comparison> waterComparisons();
 std::vector<Comparison> solverComparisons();
 
-/// Returns the comparisons of the water step, the solver step and the packing on a grid of this size.
+/// Returns the comparisons of the water step, the solver step and the packing on a grid of width x height cells.
 std::vector<Comparison> growthComparisons(int width, int height);
 
-/// Returns the median nanoseconds per call of the library's kernel.
+/// Returns the median time per call of the library's kernel, in nanoseconds.
 double libraryNanoseconds(const Comparison& comparison, int samples);
 
-/// Returns an empty string if both kernels write the same bytes, else a line about the first difference.
+/// Returns an empty string if both kernels write the same bytes, else a message about the first difference.
 std::string difference(const Comparison& comparison);
 
-/// Registers a benchmark of `pairs` iterations. Each iteration measures both kernels, one after the other. The counters
-/// are the median of the pairs' ratios and the median times per call.
+/// Registers a benchmark with `pairs` iterations. Each iteration measures both kernels, one after the other. The
+/// benchmark reports the median ratio of the pairs and the median times per call.
 void registerComparison(const Comparison& comparison, int pairs);
 
 template <class Value>

@@ -7,7 +7,8 @@ namespace {
 
 constexpr int windowSide = 8;
 constexpr int windowStep = 4;
-/// Constants of the measure for channels from 0 to 255. They keep it stable in dark and in plain windows.
+/// Constants of the similarity for channels from 0 to 255. They prevent a division by nearly zero in dark windows and
+/// in windows of one colour.
 constexpr double brightnessConstant = 0.01 * 255.0 * 0.01 * 255.0;
 constexpr double contrastConstant = 0.03 * 255.0 * 0.03 * 255.0;
 

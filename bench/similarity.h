@@ -13,11 +13,11 @@ struct GreyImage {
     std::vector<float> pixels;
 };
 
-/// Returns the brightness of an RGBA image.
+/// Returns the brightness of each pixel of an RGBA image.
 GreyImage greyOf(std::span<const std::uint8_t> rgba, int width);
 
-/// Returns the mean structural similarity (SSIM) of two images of the same size: 1 for equal images, less for a visible
-/// difference. The windows have 8 x 8 pixels.
+/// Returns the mean structural similarity (SSIM) of two images of the same size. Equal images have similarity 1;
+/// visible differences reduce it. The similarity is computed in windows of 8 x 8 pixels.
 double similarity(const GreyImage& first, const GreyImage& second);
 
 }  // namespace bench

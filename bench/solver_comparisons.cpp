@@ -34,7 +34,7 @@ std::size_t cellsOf(const FloatGrid& grid) {
     return static_cast<std::size_t>(grid.width) * static_cast<std::size_t>(grid.height);
 }
 
-/// Returns the velocities of a vortex around the middle, plus noise. Components are below 40 cells per time unit.
+/// Returns velocities for a grid: a vortex around the middle, plus noise. Components are below 40 cells per time unit.
 std::vector<float> swirl(const FloatGrid& grid) {
     std::mt19937 random(2);
     std::uniform_real_distribution<float> jitter(-4.0f, 4.0f);
@@ -64,8 +64,8 @@ const TouchPreset& presetOf(DragMode dragMode) {
                                     : slowDragPreset;
 }
 
-/// The solver of a screen during a drag far from the screen's edges. The constructor runs a step, which fills in the
-/// passes.
+/// The solver state of a screen during a drag far from the screen's edges. The constructor runs a step, which fills in
+/// the parameters of the passes.
 struct Flow {
     Flow(ScreenSize screen, DragMode dragMode) {
         touch.touchX = screen.width / 2 + 7;
@@ -95,7 +95,7 @@ struct Flow {
         runSolverStep(&state);
     }
 
-    /// Runs the same step with the plain kernels. Takes the next random numbers for the sink, as the library does.
+    /// Runs the solver step with the plain kernels. Takes the next random numbers for the sink, as the library does.
     void plainStep() {
         const double u1 = std::rand() * 0x1p-31;
         const double u2 = std::rand() * 0x1p-31;
@@ -157,7 +157,7 @@ Comparison stepComparison(ScreenSize screen, DragMode dragMode) {
                 }};
 }
 
-/// Returns the comparison of two kernels that take the same pass.
+/// Returns the comparison of a kernel with its reference. Both have the same pass as their argument.
 template <class Pass>
 Comparison stageComparison(const std::shared_ptr<Flow>& flow, const char* kernel, double target,
                            const Pass& pass, void (*plain)(const Pass&),

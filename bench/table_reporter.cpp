@@ -14,7 +14,8 @@ namespace bench {
 
 namespace {
 
-/// Formats a number with three significant digits, or with all digits before the decimal point if there are more.
+/// Formats a number with three significant digits. If there are more digits before the decimal point, writes all of
+/// these.
 std::string formatted(double value) {
     std::ostringstream text;
     const int decimals = value >= 99.95 || value == 0.0 ? 0 : value >= 9.995 ? 1 : 2;

@@ -8,16 +8,16 @@
 
 namespace bench {
 
-/// Layout of a table. A benchmark is in the table if it has a counter with the name of the last column. Each benchmark
-/// is a row. The text of its name before the first '/' is the first column, the text after it the second. Other
-/// counters may be missing.
+/// Layout of a table. Each benchmark whose counters include the last column is a row. A benchmark has a name such as
+/// "move/60x107": the text before the first '/' is the first column, and the text after it is the second. If a
+/// benchmark lacks another counter, its field is empty.
 struct TableLayout {
     std::string title;
     std::string rowTitle;
     std::vector<std::string> columns;
 };
 
-/// When all benchmarks have run, prints their counters as Markdown tables.
+/// Prints the counters of all benchmarks as Markdown tables when all benchmarks have run.
 class TableReporter : public benchmark::BenchmarkReporter {
 public:
     explicit TableReporter(std::vector<TableLayout> layouts);

@@ -7,8 +7,8 @@
 
 #include "bench/side_by_side.h"
 
-// Prints the times of the library's kernels, for builds that lack Google Benchmark. Prints one line per kernel: kernel
-// | grid | nanoseconds per call. The time is the shortest of many samples.
+// Prints the times of the library's kernels, for builds that lack Google Benchmark. Each line has the kernel, the grid
+// and the nanoseconds per call, separated by '|'. A time is the shortest of many samples.
 
 namespace {
 

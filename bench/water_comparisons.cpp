@@ -52,8 +52,8 @@ struct Water {
     std::size_t ripples = 0;  // number of ripples since the last restore
 };
 
-/// Touches a different place in each call. At a fixed place, the processor would learn to predict the reference's
-/// branches.
+/// Compares `ripple` at a different place in each call. At a fixed place, the processor would learn to predict the
+/// branches of the reference.
 Comparison rippleComparison(GridSize size) {
     const auto water = std::make_shared<Water>(size);
     const auto places = noise({512, 2}, 0.5f);

@@ -10,7 +10,7 @@
 
 namespace fuzz {
 
-/// Turns bytes into random decisions. After the last byte, it reads zeros.
+/// Turns bytes into random decisions. After the last byte, the source returns zeros.
 class ByteSource {
 public:
     explicit ByteSource(std::span<const std::uint8_t> bytes) : left(bytes) {}
@@ -35,7 +35,7 @@ public:
     bool oneIn(int n) { return byte() % n == 0; }
     bool flag() { return (byte() & 1) != 0; }
 
-    /// Returns a number in [min, max].
+    /// Returns a random number in [min, max].
     int between(int min, int max) {
         const int drawn = byte() << 8 | byte();
         return max < min ? min : min + drawn % (max - min + 1);

@@ -23,7 +23,7 @@ namespace {
 
 constexpr int surfaceSide = 64;  // pixels; the driver may set another screen size
 
-/// Arrays with the exact lengths that one screen size needs.
+/// Arrays with the exact lengths that a mesh and a water grid of this size need.
 struct Grid {
     int columns, rows;
     jfloatArray positions, heights;  // of the mesh
@@ -34,7 +34,7 @@ struct Grid {
 };
 
 /// Makes the calls that are allowed on any thread. Each instance has its own arrays and its own list of violations, so
-/// threads share no data.
+/// that threads share no data.
 class ThreadCalls {
 public:
     explicit ThreadCalls(const NativeMethods& library) : native(library) {
@@ -48,7 +48,7 @@ public:
         }
     }
 
-    /// Makes a random call. A function with more entries in the table is called more often.
+    /// Makes one random call. A function with several entries in the table is called more often.
     void any() {
         using Calls = ThreadCalls;
         constexpr void (Calls::*calls[8])() = {&Calls::clear, &Calls::ask,        &Calls::ripple,
@@ -158,7 +158,7 @@ public:
     }
 
 private:
-    /// Makes a random call. A function with more entries in the table is called more often.
+    /// Makes one random call. A function with several entries in the table is called more often.
     void step() {
         constexpr void (Driver::*calls[24])() = {
             &Driver::changeSetting, &Driver::changeSetting, &Driver::initBuffers,
@@ -179,7 +179,7 @@ private:
     void initBuffers() { native.onInitUVHBuffer(env(), nullptr); }
     void initGpu() { native.onInitGPU(env(), nullptr); }
 
-    /// Makes the set-up calls of a correct host. The screen is about as large as the surface.
+    /// Makes the set-up calls in the order of a correct host. Each side of the screen has 1 to 700 pixels.
     void setUp() {
         if (!context || in.oneIn(6)) {
             replaceContext();
@@ -193,7 +193,8 @@ private:
     void replaceContext() {
         context.reset();
         context.emplace(surfaceSide, surfaceSide);
-        // Draw only a corner, because a software rasteriser spends most of a frame in the ink targets.
+        // Draw only into a corner of each target. A software rasteriser would otherwise spend most of a frame in the
+        // large ink targets.
         glEnable(GL_SCISSOR_TEST);
         glScissor(0, 0, surfaceSide, surfaceSide);
         ++report.contexts;

@@ -9,9 +9,9 @@
 
 #include "fuzz/native_methods.h"
 
-// A host whose calls the input bytes choose: the next native method, its arguments, and whether to replace the GL
-// context or to reload the library. Sizes are from -5 to 5000. Coordinates can be any int, and floats can have any bit
-// pattern. A count always equals the length of its array, because the library cannot check that.
+// A host that turns input bytes into calls. The bytes choose the next native method and its arguments. They also choose
+// when to replace the GL context or to reload the library. Sizes are from -5 to 5000. Coordinates can be any int, and
+// floats can have any bit pattern. A count always equals the length of its array, because the library cannot check it.
 
 namespace fuzz {
 
@@ -26,7 +26,7 @@ struct DriveReport {
     /// Number of calls by the render thread and by touch threads.
     int calls = 0, touchThreadCalls = 0;
     int frames = 0, contexts = 0, reloads = 0;
-    /// Violations of the contract: damaged guard zones, arrays that are still pinned, results outside their range.
+    /// Violations of the contract: damaged guard zones, arrays that are still pinned, and results outside their range.
     std::vector<std::string> violations;
 };
 
@@ -34,7 +34,7 @@ struct DriveReport {
 /// calls on each thread.
 void drive(DrivenLibrary library, std::span<const std::uint8_t> bytes, DriveReport& report);
 
-/// Returns `count` pseudo-random bytes for a seed. They are the same on every machine.
+/// Returns `count` pseudo-random bytes for a seed. The bytes are the same on every machine.
 std::vector<std::uint8_t> bytesOfSeed(std::uint32_t seed, std::size_t count);
 
 }  // namespace fuzz

@@ -10,7 +10,7 @@
 #include "hostkit/gesture_script.h"
 #include "hostkit/host_error.h"
 
-// Fuzzes gesture scripts. If the parser accepts a script, the script is written, parsed again and played.
+// Fuzzes gesture scripts. If the parser accepts a script, the fuzzer writes the script, parses it again and plays it.
 
 namespace {
 

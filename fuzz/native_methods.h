@@ -10,14 +10,15 @@
 
 namespace fuzz {
 
-/// The native methods of one loaded copy of the library.
+/// Pointers to the native methods of one loaded copy of the library.
 struct NativeMethods {
 #define VELMORA_METHOD(result, name, parameters) decltype(&VELMORA_NATIVE_NAME(name)) name;
 #include "velmora/native_methods.inc"
 #undef VELMORA_METHOD
 };
 
-/// Finds the methods in a handle from dlopen. For RTLD_DEFAULT, finds them in the library that the program links.
+/// Finds the native methods in a handle from dlopen. For RTLD_DEFAULT, finds them in the library that the program
+/// links.
 inline NativeMethods findMethods(void* library) {
     NativeMethods methods{};
     const auto find = [library](auto& method, const char* symbol) {

@@ -11,7 +11,7 @@
 
 namespace paintings {
 
-/// Rows of a painting that are painted together. They fit into the cache.
+/// Some rows of a painting, which are painted together. A canvas is small enough for the processor's cache.
 struct Canvas {
     View view;
     int firstRow = 0;
@@ -20,7 +20,8 @@ struct Canvas {
     std::vector<Color> colors;
 };
 
-/// Calls `change` with the position and the colour of each pixel that is at most `reach` from `center` along each axis.
+/// Calls `change` with the position and the colour of each pixel near `center`. Along each axis, such a pixel is at
+/// most `reach` from `center`.
 template <class Change>
 void paintAround(Canvas& canvas, Vec2 center, float reach, Change change) {
     const View& view = canvas.view;
@@ -51,10 +52,11 @@ void paintAll(Canvas& canvas, ColorAt colorAt) {
     paintAround(canvas, {}, plate, [&](Vec2 at, Color& color) { color = colorAt(at); });
 }
 
-/// Paints the rows of a canvas.
+/// Function that paints the rows of a canvas.
 using Painter = std::function<void(Canvas&)>;
 
-/// Paints an image with the painter that `makePainter` returns for the view of a screen.
+/// Paints an image of width x height pixels. `makePainter` returns the painter for the part of the plate that the image
+/// shows.
 hostkit::Image paint(Painter (*makePainter)(const View&), int width, int height);
 
 }  // namespace paintings

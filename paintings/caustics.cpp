@@ -11,17 +11,18 @@
 namespace paintings {
 namespace {
 
-/// Rays per sample along each axis. Fewer rays would leave a pattern between the lines.
+/// Number of light rays per sample along each axis. Fewer rays would leave a visible pattern between the bright lines.
 constexpr int raysPerSample = 2;
-/// Distance of the samples in pixels, and the minimum in units of the plate, which limits the time for large screens.
+/// Distance between samples in pixels, and its minimum in units of the plate. The minimum limits the computing time for
+/// large screens.
 constexpr float pixelsPerSample = 1.5f;
 constexpr float minSampleDistance = 1.0f / 1100.0f;
-/// Maximum bend of a ray, as a fraction of the width of the waves.
+/// Maximum bend of a light ray, as a fraction of the width of the waves.
 constexpr float maxBend = 0.6f;
-/// Bend of a ray at depth 1, as a fraction of the square of the width of the waves for a slope of 1.
+/// Bend of a light ray at depth 1 below a surface of slope 1, divided by the square of the width of the waves.
 constexpr float bendAtFocus = 0.16f;
 
-/// The bends of the rays along x and y.
+/// Bends of the light rays along x and along y, sampled on a grid.
 struct Bends {
     Field x;
     Field y;
@@ -44,7 +45,8 @@ Bends bendRays(const View& view, float waveWidth, float depth, std::uint32_t see
             })};
 }
 
-/// Distributes the light of a ray over the four samples around (x, y), which are in samples from the first sample.
+/// Adds the light of a ray to the four samples around the position (x, y), by their distance. The position is counted
+/// in samples from the first sample.
 void addLight(Field& ground, float x, float y, float light) {
     if (x < 0.0f || y < 0.0f || x >= static_cast<float>(ground.columns - 1) ||
         y >= static_cast<float>(ground.rows - 1)) {
@@ -62,7 +64,8 @@ void addLight(Field& ground, float x, float y, float light) {
     corner[ground.columns + 1] += right * down;
 }
 
-/// Replaces each sample by a mean of itself and the samples `step` before and after it, with the weights 2, 1 and 1.
+/// Smooths the samples. Each becomes a weighted mean of itself (weight 2) and of the samples `step` before and after it
+/// (weight 1 each).
 void soften(std::vector<float>& samples, std::ptrdiff_t step) {
     const std::vector<float> sharp = samples;
     for (auto at = static_cast<std::size_t>(step);
@@ -72,7 +75,7 @@ void soften(std::vector<float>& samples, std::ptrdiff_t step) {
     }
 }
 
-/// Returns the visible sunlight for a density of rays, whose mean is 1.
+/// Returns the brightness of the ground where the density of light rays has this value. The mean density is 1.
 float sunlightOf(float density) {
     constexpr float brightness = 0.6f;
     constexpr float ground = 0.34f;

@@ -6,11 +6,11 @@
 
 namespace paintings {
 
-/// Returns how much sunlight a wavy water surface focuses on the ground, 0 to about 0.66. It forms bright lines. The
-/// ground between them has none.
+/// Returns how much sunlight a wavy water surface focuses on each place of the ground, from 0 to about 0.66. The light
+/// forms bright lines, and there is no light between the lines.
 /// @param view part of the plate to cover
 /// @param waveWidth width of the waves in units of the plate
-/// @param depth distance from the surface to the ground. At 1, most waves are in focus.
+/// @param depth distance from the surface to the ground; at 1, most waves are in focus
 /// @param seed selects the waves
 Field makeCaustics(const View& view, float waveWidth, float depth, std::uint32_t seed);
 

@@ -6,7 +6,8 @@
 
 namespace paintings {
 
-/// Samples of a smooth function on a grid of the plate. To interpolate is faster than to compute the function.
+/// Samples of a smooth function on a grid of the plate. Interpolation between samples is faster than a call of the
+/// function.
 class Field {
 public:
     /// Creates a field of zeros.
@@ -15,30 +16,32 @@ public:
     /// @param margin width of the border around the view that the field also covers, in units of the plate
     Field(const View& view, float sampleDistance, float margin);
 
-    /// Creates a field with the values that `valueAt` returns for positions.
+    /// Creates a field whose samples are the results of `valueAt` at the positions of the samples.
     template <class ValueAt>
     Field(const View& view, float sampleDistance, float margin, ValueAt valueAt)
         : Field(view, sampleDistance, margin) {
         auto value = values.begin();
         for (int row = 0; row < rows; ++row) {
             for (int column = 0; column < columns; ++column) {
-                *value++ = valueAt(Vec2{start.x + static_cast<float>(column) * distance,
-                                        start.y + static_cast<float>(row) * distance});
+                const Vec2 position{start.x + static_cast<float>(column) * distance,
+                                    start.y + static_cast<float>(row) * distance};
+                *value++ = valueAt(position);
             }
         }
     }
 
     /// Returns the interpolated value at a position.
     float at(Vec2 position) const;
-    /// Returns a row of samples at a height, interpolated between the two nearest rows.
+    /// Returns a row of values at the height y. The values are interpolated between the two nearest rows of samples.
     std::vector<float> rowAt(float y) const;
-    /// Returns the distance of x from the first column, in samples.
+    /// Returns the distance from the first column to x, in samples.
     float samplesTo(float x) const { return (x - start.x) / distance; }
 
-    /// Distance of the samples in units of the plate.
+    /// Distance between neighbouring samples in units of the plate.
     float distance;
-    /// Number of columns and rows to the left of and above the centre of the plate. The samples of two views with the
-    /// same distance have the same positions, so a change of the screen's shape does not change the painting.
+    /// Number of columns to the left of the centre of the plate, and of rows above it. With the same distance, the
+    /// samples of two views have the same positions. A change of the screen's shape therefore does not change the
+    /// painting.
     int columnsLeft;
     int rowsAbove;
     int columns;

@@ -18,10 +18,11 @@ constexpr Color sunnyWall{1.0f, 0.94f, 0.84f};
 constexpr Color shade{0.56f, 0.69f, 0.66f};
 constexpr float sampleDistance = 0.01f;
 
-/// A twig with leaves on alternating sides. It casts shadows on the wall.
+/// A twig with leaves on alternating sides, whose shadow falls on a wall.
 struct Twig {
     Vec2 start;
-    /// Direction at the start in radians from the x axis, and its change from leaf to leaf.
+    /// Direction of the stem at its start in radians from the x axis, and the change of this direction from leaf to
+    /// leaf.
     float angle, bend;
     int leaves;
     /// Length of the largest leaf in units of the plate.
@@ -32,7 +33,7 @@ struct Twig {
     float darkness;
 };
 
-// Twigs that are far from the wall cast large, blurred shadows.
+// The twigs of the painting. A twig that is far from the wall casts a large, blurred shadow.
 constexpr Twig twigs[] = {
     {{-0.55f, -0.60f}, 0.95f, -0.02f, 13, 0.26f, 0.060f, 0.75f},
     {{0.55f, 0.62f}, 4.05f, 0.02f, 12, 0.25f, 0.055f, 0.75f},
@@ -43,10 +44,10 @@ constexpr Twig twigs[] = {
     {{-0.30f, 0.62f}, -1.25f, 0.05f, 15, 0.120f, 0.0080f, 0.60f},
 };
 
-/// The shadow of a leaf or of a part of a stem.
+/// The shadow of a leaf, or of a part of the stem.
 struct Shadow {
     Vec2 center;
-    /// Unit vector from one tip to the other.
+    /// Unit vector along the shadow, from one tip to the other.
     Vec2 along;
     /// Half of the length.
     float halfLength;
@@ -90,12 +91,13 @@ std::vector<Shadow> makeShadows() {
     return shadows;
 }
 
-/// Returns how much of a shadow falls on a position, 0 to 1.
+/// Returns how dark a shadow is at a position, from 0 (no shadow) to 1.
 float coverAt(const Shadow& shadow, Vec2 at) {
     const Vec2 offset = at - shadow.center;
     const float along = dot(offset, shadow.along) / shadow.halfLength;
     const float across = dot(offset, {-shadow.along.y, shadow.along.x}) / shadow.halfWidth;
-    // The sides of a leaf are parabolas that meet at the tips. The blur rounds the tips and lightens narrow shadows.
+    // The two sides of a leaf are parabolas that meet at the tips. Blur rounds the tips, and makes narrow shadows
+    // lighter.
     const float blur = shadow.blur / shadow.halfWidth;
     const float inside = 1.0f - along * along - std::sqrt(across * across + 0.25f * blur * blur);
     return smoothStep(-blur, 0.6f * blur + 0.2f, inside) * std::min(1.0f, 1.2f / (0.7f + blur));

@@ -7,7 +7,7 @@
 
 namespace paintings {
 
-/// Returns 24 bits that look random and depend only on the arguments.
+/// Returns 24 pseudo-random bits that depend only on the arguments.
 inline std::uint32_t randomBitsAt(int x, int y, std::uint32_t seed) {
     std::uint32_t bits = static_cast<std::uint32_t>(x) * 0x8da6b343u +
                          static_cast<std::uint32_t>(y) * 0xd8163841u + seed * 0xcb1ab31fu;
@@ -16,12 +16,12 @@ inline std::uint32_t randomBitsAt(int x, int y, std::uint32_t seed) {
     return (bits ^ (bits >> 15)) >> 8;
 }
 
-/// Returns a number in [0, 1) that looks random and depends only on the arguments.
+/// Returns a pseudo-random number in [0, 1) that depends only on the arguments.
 inline float randomAt(int x, int y, std::uint32_t seed) {
     return static_cast<float>(randomBitsAt(x, y, seed)) * 0x1p-24f;
 }
 
-/// Returns smooth noise, about -1 to 1. Its bumps are about one unit wide.
+/// Returns smooth noise from about -1 to 1. The bumps of the noise are about one unit wide.
 inline float noise(Vec2 at, std::uint32_t seed) {
     const float left = std::floor(at.x);
     const float top = std::floor(at.y);
@@ -29,7 +29,7 @@ inline float noise(Vec2 at, std::uint32_t seed) {
     const float y = at.y - top;
     const int column = static_cast<int>(left);
     const int row = static_cast<int>(top);
-    // Each corner of the unit square around the position has a random gradient.
+    // Each corner of the unit square around the position has a random gradient. The noise interpolates between these.
     const auto height = [&](int right, int down) {
         const std::uint32_t bits = randomBitsAt(column + right, row + down, seed);
         const Vec2 gradient{static_cast<float>(bits >> 12) * 0x1p-11f - 1.0f,
@@ -42,13 +42,13 @@ inline float noise(Vec2 at, std::uint32_t seed) {
                            mix(height(0, 1), height(1, 1), fade(x)), fade(y));
 }
 
-/// Returns a sum of noises. Each layer has half the amplitude and half the width of the previous one.
+/// Returns a sum of noises. The bumps of each layer have half the height and half the width of the previous layer.
 inline float layeredNoise(Vec2 at, int layers, std::uint32_t seed) {
     float sum = 0.0f;
     float amplitude = 0.5f;
     for (int layer = 0; layer < layers; ++layer, amplitude *= 0.5f) {
         sum += amplitude * noise(at, seed + static_cast<std::uint32_t>(layer));
-        // The rotation hides the axes of the grid of gradients.
+        // Rotate each layer, so that the grid lines of the layers do not coincide and stay invisible.
         at = Vec2{0.8f * at.x - 0.6f * at.y, 0.6f * at.x + 0.8f * at.y} * 2.0f;
     }
     return sum;

@@ -7,10 +7,9 @@
 
 namespace paintings {
 
-/// @file
-/// Backgrounds that this project paints. They are light and clear, so that ink of every colour shows on them. A
-/// painting of a name and a size is always the same image. A screen of another size shows the same painting, cropped
-/// to its shape around the centre.
+/// @file Backgrounds that this project paints. The paintings are light and clear, so that ink of every colour is
+/// visible on them. The same name and size always give the same image. A screen of another size shows the same
+/// painting, cropped around its centre to the shape of the screen.
 
 hostkit::Image paintSand(int width, int height);
 hostkit::Image paintSky(int width, int height);
@@ -22,11 +21,11 @@ hostkit::Image paintPool(int width, int height);
 struct Painting {
     /// Name for the user.
     const char* name;
-    /// Paints an image of this size in pixels.
+    /// Function that paints an image of width x height pixels.
     hostkit::Image (*paint)(int width, int height);
 };
 
-/// All paintings. The first is the default of the page.
+/// All paintings. The first painting is the default background of the page.
 inline constexpr std::array<Painting, 6> allPaintings = {{{"sand", paintSand},
                                                           {"sky", paintSky},
                                                           {"stones", paintStones},

@@ -5,9 +5,9 @@
 
 namespace paintings {
 
-/// @file
-/// Positions and colours of a painting. The plate of a painting is a square with sides of length 1 and its centre at
-/// (0, 0); x is to the right and y down. A screen shows the largest part of the plate that has the screen's shape.
+/// @file Positions and colours of a painting. Each painting is defined on a square plate. The plate has sides of length
+/// 1 and its centre at (0, 0); x is to the right and y down. A screen shows the largest part of the plate that has the
+/// screen's shape.
 
 /// Position or vector on the plate.
 struct Vec2 {
@@ -34,7 +34,7 @@ inline Vec2 directionAt(float angle) {
     return {std::cos(angle), std::sin(angle)};
 }
 
-/// Colour of a display, 0 to 1 per channel.
+/// Colour as a display shows it, 0 to 1 per channel.
 struct Color {
     float red = 0.0f;
     float green = 0.0f;
@@ -55,7 +55,7 @@ inline Color mix(Color from, Color to, float weight) {
     return {mix(from.red, to.red, weight), mix(from.green, to.green, weight),
             mix(from.blue, to.blue, weight)};
 }
-/// Returns 0 at `from`, 1 at `to`, and a smooth curve between them. `from` may be larger than `to`.
+/// Returns 0 at `from`, 1 at `to`, and values on a smooth curve between the two. `from` may be larger than `to`.
 inline float smoothStep(float from, float to, float value) {
     const float t = std::clamp((value - from) / (to - from), 0.0f, 1.0f);
     return t * t * (3.0f - 2.0f * t);
@@ -66,12 +66,12 @@ struct View {
     /// Size in pixels.
     int width;
     int height;
-    /// Side of a pixel in units of the plate.
+    /// Length of a pixel's side in units of the plate.
     float pixel;
 
     float halfWidth() const { return 0.5f * pixel * static_cast<float>(width); }
     float halfHeight() const { return 0.5f * pixel * static_cast<float>(height); }
-    /// Returns the centre of a pixel.
+    /// Returns the position of a pixel's centre on the plate.
     Vec2 at(int column, int row) const {
         return {(static_cast<float>(column) + 0.5f) * pixel - halfWidth(),
                 (static_cast<float>(row) + 0.5f) * pixel - halfHeight()};

@@ -11,12 +11,12 @@
 namespace paintings {
 namespace {
 
-/// Colours of the sand on the ridges and in the furrows between them.
+/// Colours of the sand: on the ridges, and in the furrows between the ridges.
 struct Sand {
     Color ridge;
     Color furrow;
 };
-// From the shore to deeper water.
+// Sand at three depths of the water, from the shore to deep water.
 constexpr Sand shore{{1.0f, 0.965f, 0.89f}, {0.91f, 0.84f, 0.73f}};
 constexpr Sand shallow{{0.975f, 0.975f, 0.925f}, {0.83f, 0.885f, 0.825f}};
 constexpr Sand deep{{0.86f, 0.965f, 0.95f}, {0.66f, 0.86f, 0.87f}};
@@ -30,7 +30,7 @@ Color sandAt(float depth, float light) {
                         : mix(lit(shallow), lit(deep), 2.0f * depth - 1.0f);
 }
 
-/// Returns the light on the ridges that waves form in sand, about 0.16 to 0.96.
+/// Returns the brightness of the sand, from about 0.16 in a furrow to 0.96 on a ridge. Waves form the ridges.
 float ridgesAt(Vec2 at) {
     const float drift = layeredNoise(at * 5.0f, 3, 11);
     const float phase = 46.0f * (0.35f * at.x + at.y) + 5.0f * drift;
@@ -38,7 +38,7 @@ float ridgesAt(Vec2 at) {
     return 0.56f + 0.4f * height * std::sin(phase + 0.7f * std::sin(phase));
 }
 
-/// Returns the depth of the water, 0 at the shore to 1.
+/// Returns the depth of the water, from 0 at the shore to 1.
 float depthAt(Vec2 at) {
     const float slope = 1.2f * (at.y - 0.6f * at.x);
     return smoothStep(-0.7f, 0.8f, slope + layeredNoise(at * 1.6f, 2, 23));

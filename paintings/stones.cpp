@@ -15,16 +15,16 @@
 namespace paintings {
 namespace {
 
-/// A stone with an uneven round outline.
+/// A stone whose outline is nearly an ellipse.
 struct Stone {
     Vec2 center;
     /// Largest distance of the outline from the centre.
     float radius;
-    /// Unit vector along the longer axis.
+    /// Unit vector along the longer axis of the ellipse.
     Vec2 along;
-    /// Shorter axis as a fraction of the longer axis.
+    /// Length of the shorter axis divided by the length of the longer axis.
     float flatness;
-    /// Amplitudes of the third harmonic of the outline: cosine and sine.
+    /// Amplitudes of the third harmonic of the outline, as cosine and sine. They make the outline uneven.
     Vec2 corners;
     Color color;
     /// Seed of the bands.
@@ -38,13 +38,13 @@ constexpr Color sand{0.93f, 0.90f, 0.82f};
 constexpr Color water{0.80f, 0.93f, 0.93f};
 constexpr Color shadow{0.60f, 0.62f, 0.66f};
 constexpr Color sunlight{1.0f, 1.0f, 0.96f};
-/// Way to the light, at the upper left.
+/// Direction towards the light, which is at the upper left.
 constexpr Vec2 toLight{-0.5f, -0.62f};
 constexpr int attempts = 3000;
 constexpr float minRadius = 0.034f;
 constexpr float gap = 0.004f;
 
-/// Returns the largest radius, at most `wanted`, of a stone that touches no other stone.
+/// Returns the largest radius, up to `wanted`, with which a stone at `center` touches no other stone.
 float freeRadius(const std::vector<Stone>& stones, Vec2 center, float wanted) {
     for (const Stone& stone : stones) {
         wanted = std::min(wanted, length(stone.center - center) - stone.radius - gap);
@@ -52,7 +52,7 @@ float freeRadius(const std::vector<Stone>& stones, Vec2 center, float wanted) {
     return wanted;
 }
 
-/// Places stones that do not overlap, large stones first.
+/// Places stones that do not overlap. The large stones are placed first.
 std::vector<Stone> placeStones() {
     std::vector<Stone> stones;
     for (int attempt = 0; attempt < attempts; ++attempt) {
@@ -73,7 +73,7 @@ std::vector<Stone> placeStones() {
     return stones;
 }
 
-/// Returns a position relative to a stone. The outline is where the length is 1.
+/// Returns a position relative to a stone. The result has length 1 on the outline of the stone.
 Vec2 relativeTo(const Stone& stone, Vec2 at) {
     const Vec2 offset = (at - stone.center) * (1.0f / stone.radius);
     const float x = dot(offset, stone.along);
@@ -85,7 +85,7 @@ Vec2 relativeTo(const Stone& stone, Vec2 at) {
     return Vec2{x, y} * (1.0f + inset + harmonic / (square * std::sqrt(square)));
 }
 
-/// Returns the colour of a stone. `inside` is the position from relativeTo.
+/// Returns the colour of a stone at the position `at`. `inside` is the result of relativeTo for this position.
 Color stoneAt(const Stone& stone, Vec2 at, Vec2 inside) {
     const Vec2 outwards = (at - stone.center) * (1.0f / stone.radius);
     const float rim = 1.0f - std::sqrt(std::max(0.0f, 1.0f - dot(inside, inside)));

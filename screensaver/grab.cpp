@@ -23,11 +23,12 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// Time after which xscreensaver-getimage counts as hung, for example on a slow network.
+/// Time limit for xscreensaver-getimage. A program that takes longer is killed, because a slow network may block it.
 constexpr auto maxGrabTime = 30s;
-/// Time between two checks whether xscreensaver-getimage has ended.
+/// Time between two checks whether xscreensaver-getimage still runs.
 constexpr auto checkInterval = 10ms;
-/// Folder of xscreensaver-getimage and of the programs that it starts. XScreenSaver has it in PATH.
+/// Folder of xscreensaver-getimage and of its helper programs. XScreenSaver adds this folder to PATH when it starts a
+/// screen saver.
 constexpr const char* programFolder = "/usr/libexec/xscreensaver";
 
 struct CloseDisplay {
@@ -42,14 +43,15 @@ desktop::Failure cannotGrab(const std::string& reason) {
                             "; choose a picture with --picture");
 }
 
-/// Starts xscreensaver-getimage, which draws into the pixmap. Throws Failure.
+/// Starts xscreensaver-getimage, which draws into the pixmap. Returns the process. Throws Failure if the program is
+/// missing.
 pid_t startGetImage(Window window, Pixmap pixmap) {
     std::string windowText = std::to_string(window);
     std::string pixmapText = std::to_string(pixmap);
     std::string program = "xscreensaver-getimage";
     char* arguments[] = {program.data(), windowText.data(), pixmapText.data(), nullptr};
-    // A process group of its own, so that the programs that it starts end with it. The program ignores some signals, and
-    // a child inherits that.
+    // Give the program a new process group, so that a signal to the group also ends the programs that it starts. Reset
+    // all signals, because a child would also ignore the signals that this program ignores.
     posix_spawnattr_t attributes;
     posix_spawnattr_init(&attributes);
     sigset_t all;
@@ -66,8 +68,8 @@ pid_t startGetImage(Window window, Pixmap pixmap) {
     throw cannotGrab("because xscreensaver-getimage is not installed");
 }
 
-/// Waits until the process ends. Kills it after `maxGrabTime` or if `cancelled` becomes true. Returns true if it
-/// succeeded.
+/// Waits until the process ends. Kills the process after `maxGrabTime`, or if `cancelled` becomes true. Returns true if
+/// the process succeeded.
 bool succeeds(pid_t process, const std::atomic<bool>& cancelled) {
     const auto end = std::chrono::steady_clock::now() + maxGrabTime;
     int status = 0;
@@ -80,7 +82,7 @@ bool succeeds(pid_t process, const std::atomic<bool>& cancelled) {
     return WIFEXITED(status) && WEXITSTATUS(status) == 0;
 }
 
-/// Returns one colour channel of a pixel, 0 to 255. `mask` selects its bits.
+/// Returns one colour channel of a pixel, 0 to 255. The mask contains the bits of this channel.
 std::uint8_t channel(unsigned long pixel, unsigned long mask) {
     const unsigned long value = (pixel & mask) >> std::countr_zero(mask);
     const unsigned long max = mask >> std::countr_zero(mask);
@@ -119,7 +121,7 @@ hostkit::Image grabPicture(unsigned long window, const std::atomic<bool>& cancel
     }
     const auto width = static_cast<unsigned>(attributes.width);
     const auto height = static_cast<unsigned>(attributes.height);
-    // Closing the connection frees the pixmap.
+    // The pixmap is freed when the connection is closed.
     const Pixmap pixmap = XCreatePixmap(display.get(), window, width, height,
                                         static_cast<unsigned>(attributes.depth));
     XSync(display.get(), False);
@@ -131,7 +133,7 @@ hostkit::Image grabPicture(unsigned long window, const std::atomic<bool>& cancel
     if (!grabbed) {
         throw cannotGrab("because its pixels cannot be read");
     }
-    // The image of a pixmap has no masks.
+    // XGetImage leaves the masks of a pixmap's image empty.
     grabbed->red_mask = attributes.visual->red_mask;
     grabbed->green_mask = attributes.visual->green_mask;
     grabbed->blue_mask = attributes.visual->blue_mask;

@@ -6,12 +6,14 @@
 
 namespace saver {
 
-/// Adds the folder of xscreensaver-getimage to PATH. Changes the environment, so call it before other threads start.
+/// Adds the folder of xscreensaver-getimage to PATH. Call this function before other threads start, because it changes
+/// the environment.
 void findGrabProgram();
 
-/// Returns the picture that xscreensaver-getimage chooses for an X11 window: by XScreenSaver's settings, the desktop or
-/// a picture of the user's folder. Waits for that program, which may take seconds. Returns early with Failure if
-/// `cancelled` becomes true. Opens its own connection to the display, so any thread can call it. Throws Failure.
+/// Returns the picture that xscreensaver-getimage draws for an X11 window. XScreenSaver's settings decide whether this
+/// is the desktop or a picture from the user's folder. The call may take seconds. If `cancelled` becomes true, it ends
+/// early and throws Failure. Any thread may call this function, because it opens a separate connection to the display.
+/// Throws Failure.
 hostkit::Image grabPicture(unsigned long window, const std::atomic<bool>& cancelled);
 
 }  // namespace saver

@@ -18,13 +18,13 @@ namespace saver {
 namespace {
 
 constexpr const char* description =
-    "Shows a picture under water, as a screen saver for XScreenSaver. Options may have one dash "
-    "or\n"
-    "two. Without --window-id, --window and --root, the program draws into the window that the\n"
-    "variable XSCREENSAVER_WINDOW names, or opens a window.";
+    "Shows a picture under water, as a screen saver for XScreenSaver.\n"
+    "Options may have one dash or two.\n"
+    "If no window option is given, it draws into the window of XSCREENSAVER_WINDOW.\n"
+    "If this variable is not set, it opens a window.";
 
-/// Returns the arguments in the order that CLI11 expects: the last one first. XScreenSaver's programs accept long
-/// options with one dash, as in -window-id, and CLI11 only with two.
+/// Returns the arguments in reverse order, as CLI11 expects them. XScreenSaver's programs accept long options with one
+/// dash, such as -window-id. CLI11 requires two dashes, so a second dash is added.
 std::vector<std::string> withTwoDashes(int argc, const char* const* argv) {
     std::vector<std::string> arguments(argv + std::min(argc, 1), argv + argc);
     for (std::string& argument : arguments) {
@@ -39,8 +39,8 @@ std::vector<std::string> withTwoDashes(int argc, const char* const* argv) {
 /// Largest identifier that X transmits.
 constexpr unsigned long maxWindow = 0xFFFFFFFF;
 
-/// Returns the window with an identifier such as 0x1a00003 or 27262979. `source` is the option or the variable with the
-/// identifier.
+/// Returns the window that `text` identifies, for example 0x1a00003 or 27262979. `source` is the option or the variable
+/// that contains the text; an error message names it.
 Target givenWindow(const std::string& source, const std::string& text) {
     char* end = nullptr;
     const unsigned long window = std::strtoul(text.c_str(), &end, 0);
@@ -52,7 +52,7 @@ Target givenWindow(const std::string& source, const std::string& text) {
     return {Target::Kind::givenWindow, window};
 }
 
-/// Returns a check for the range of a setting.
+/// Returns a check that a number is in the range of a setting.
 CLI::Range rangeOf(float app::Settings::*setting) {
     const auto* field =
         std::ranges::find(app::numberFields, setting, &app::SettingField<float>::member);
@@ -61,12 +61,12 @@ CLI::Range rangeOf(float app::Settings::*setting) {
     return range;
 }
 
-/// Refuses NaN, which passes each comparison with a limit.
+/// Returns an error message for NaN. A check of the range would accept NaN.
 std::string refuseNan(const std::string& text) {
     return std::isnan(std::strtod(text.c_str(), nullptr)) ? "expected a number, not " + text : "";
 }
 
-/// Values that select the window. A later one replaces an earlier one.
+/// Options that select the window. `id` has priority over `own`, and `own` over `root`.
 struct WindowOptions {
     bool root = false;
     bool own = false;
@@ -93,32 +93,33 @@ void declare(CLI::App& app, Options& options, WindowOptions& window) {
     app.add_option("--window-id", window.id, "Draws into this window, for example 0x1a00003.");
     app.add_flag("--window", window.own, "Opens a window.");
     app.add_flag("--root", window.root,
-                 "Draws into the window of XSCREENSAVER_WINDOW, or on the root window.");
+                 "Draws into the window of XSCREENSAVER_WINDOW, else on the root window.");
     app.add_option("--picture", options.picture,
-                   "A picture or a folder of pictures: PNG, JPEG, WebP or GIF.\n"
-                   "Default: the desktop, or the pictures of XScreenSaver's settings.")
+                   "Shows a picture, or a folder of PNG, JPEG, WebP or GIF pictures.\n"
+                   "Default: the desktop or a picture, as XScreenSaver's settings say.")
         ->type_name("PATH");
     app.add_option("--preset", options.preset,
-                   "The name of a shipped preset, for example calm_pond, a preset\n"
-                   "file, or random.");
-    app.add_option(
-           "--duration", options.duration,
-           "Seconds until the next picture and random preset, from 1 to\n86400. Default: 60")
+                   "Uses a shipped preset, for example calm_pond, or a preset file.\n"
+                   "The value random chooses another shipped preset for each picture.");
+    app.add_option("--duration", options.duration,
+                   "Shows each picture and each random preset for this many seconds,\nfrom 1 to "
+                   "86400. Default: 60")
         ->type_name("NUMBER")
         ->check(CLI::Range(1, 86400).description(""));
     app.add_option("--rain", options.rain,
-                   "Raindrops per second, from 0 to 40. Default: the preset's")
+                   "Sets the raindrops per second, from 0 to 40.\nDefault: as in the preset")
         ->type_name("NUMBER")
         ->check(refuseNan)
         ->check(rangeOf(&app::Settings::rain));
     app.add_option("--speed", options.speed,
-                   "Speed of the water, from 0.05 to 2; 1 is real time.\nDefault: the preset's")
+                   "Sets the speed of the water, from 0.05 to 2; 1 is real time.\nDefault: as in "
+                   "the preset")
         ->type_name("NUMBER")
         ->check(refuseNan)
         ->check(rangeOf(&app::Settings::timeScale));
     app.add_flag("--ink,!--no-ink", options.ink,
-                 "Shows strokes of ink, or only water. Default: ink");
-    app.add_option("--script", options.script, "Plays a gesture script at the start.")
+                 "Shows strokes of ink, or only water. By default, ink is shown.");
+    app.add_option("--script", options.script, "Plays this gesture script at the start.")
         ->type_name("FILE");
     app.set_version_flag("--version", "velmora " VELMORA_VERSION);
 }

@@ -20,26 +20,26 @@ struct Target {
 /// Values of the command line.
 struct Options {
     Target target;
-    /// File or folder of the pictures. Empty: the pictures of xscreensaver-getimage.
+    /// File or folder of the pictures. If empty, xscreensaver-getimage chooses the pictures.
     std::filesystem::path picture;
-    /// Name of a shipped preset, file of a preset, or "random". Empty: the default settings.
+    /// Name of a shipped preset, path of a preset file, or "random". If empty, the default settings are used.
     std::string preset;
-    /// Gesture script to play at the start. Empty: none.
+    /// Path of a gesture script to play at the start. If empty, none is played.
     std::filesystem::path script;
-    /// Time until the next picture and the next random preset.
+    /// Time from one picture to the next, and from one random preset to the next.
     std::chrono::seconds duration{60};
-    /// Raindrops per second. Empty: the preset's.
+    /// Raindrops per second. If empty, the value of the preset is used.
     std::optional<float> rain;
-    /// Seconds of effect time per second of real time. Empty: the preset's.
+    /// Seconds of effect time per second of real time. If empty, the value of the preset is used.
     std::optional<float> speed;
     bool ink = true;
 };
 
-/// Returns the options of the command line and of the variable XSCREENSAVER_WINDOW. Prints help or the version on
-/// request and returns nothing then. Throws Failure.
+/// Returns the options from the command line and from the variable XSCREENSAVER_WINDOW. If the user asks for help or
+/// for the version, prints it and returns nothing. Throws Failure.
 std::optional<Options> parseOptions(int argc, const char* const* argv);
 
-/// Returns settings with the rain, the speed and the ink of the options.
+/// Returns a copy of the settings in which the options replace the rain, the speed and the ink.
 app::Settings withOptions(app::Settings settings, const Options& options);
 
 }  // namespace saver

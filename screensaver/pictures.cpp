@@ -20,9 +20,9 @@ namespace {
 namespace fs = std::filesystem;
 using namespace std::chrono_literals;
 
-/// Grey level of the picture that replaces a missing one, 0 to 255.
+/// Grey level, 0 to 255, of the plain picture that replaces a missing picture.
 constexpr std::uint8_t plainShade = 96;
-/// Side of that picture in pixels. It is stretched over the screen.
+/// Side of the plain picture in pixels. The plain picture is stretched over the screen.
 constexpr int plainSide = 16;
 
 bool isPicture(const fs::path& file) {
@@ -34,11 +34,11 @@ bool isPicture(const fs::path& file) {
     return std::ranges::find(known, extension) != known.end();
 }
 
-/// Returns the file, or the pictures in the folder and its subfolders.
+/// Returns `source` itself if it is a file. If it is a folder, returns the pictures in the folder and its subfolders.
 std::vector<fs::path> filesOf(const fs::path& source) {
     std::error_code error;
     if (!fs::is_directory(source, error)) {
-        // Reading a pipe or a device may never end.
+        // Refuse pipes and devices, because reading them may never end.
         if (fs::exists(source, error) && !fs::is_regular_file(source, error)) {
             desktop::warn("expected a picture file or a folder", source.string());
             return {};
@@ -98,7 +98,7 @@ std::optional<hostkit::Image> Pictures::take() {
     return loading.get();
 }
 
-/// Loads the next picture on the loading thread. Warns about a missing picture and returns a plain one in its place.
+/// Loads the next picture on the loading thread. If the picture is missing, warns and returns the plain picture.
 hostkit::Image Pictures::loadNext() {
     try {
         if (grabWindow != 0) {
@@ -115,7 +115,8 @@ hostkit::Image Pictures::loadNext() {
     return plainPicture();
 }
 
-/// Loads the next readable file and forgets the others. Returns nothing if no file is readable.
+/// Loads the next file that can be read, and removes unreadable files from the list. Returns nothing if no file can be
+/// read.
 std::optional<hostkit::Image> Pictures::loadFile() {
     while (!files.empty()) {
         next %= files.size();

@@ -12,23 +12,24 @@
 
 namespace saver {
 
-/// Returns the plain picture that replaces a missing one.
+/// Returns the plain picture that replaces a missing picture.
 hostkit::Image plainPicture();
 
-/// The pictures under the water: one file, the files of a folder in random order, or pictures of xscreensaver-getimage.
-/// Loads them on a thread of its own, so that the water does not stall.
+/// The pictures under the water: one file, the files of a folder in random order, or pictures from
+/// xscreensaver-getimage. A separate thread loads them, so that the water does not stall.
 class Pictures {
 public:
-    /// Takes the file or the folder. If `source` is empty, xscreensaver-getimage chooses the pictures for the window.
+    /// Creates the list of pictures from a file or a folder. If `source` is empty, xscreensaver-getimage chooses the
+    /// pictures for the window.
     Pictures(const std::filesystem::path& source, unsigned long window);
     /// Cancels a load in progress.
     ~Pictures();
     Pictures(const Pictures&) = delete;
     Pictures& operator=(const Pictures&) = delete;
 
-    /// Starts to load the next picture. Does nothing while a picture is loading, or if the only picture is loaded.
+    /// Starts to load the next picture. Does nothing if a picture is loading, or if the only picture is already loaded.
     void startNext();
-    /// Returns the picture that `startNext` has loaded. Returns nothing while it is loading.
+    /// Returns the picture that `startNext` has loaded, or nothing while the picture is loading.
     std::optional<hostkit::Image> take();
     bool isLoading() const { return loading.valid(); }
 
@@ -36,7 +37,7 @@ private:
     hostkit::Image loadNext();
     std::optional<hostkit::Image> loadFile();
 
-    /// Window for xscreensaver-getimage. 0: the pictures are files.
+    /// Window for xscreensaver-getimage, or 0 if the pictures are files.
     unsigned long grabWindow;
     std::vector<std::filesystem::path> files;
     /// Index of the next file.

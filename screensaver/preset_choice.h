@@ -10,24 +10,25 @@
 
 namespace saver {
 
-/// A preset of the folder presets/, which the build copies into the program.
+/// A preset from the folder presets/. The build copies these presets into the program.
 struct ShippedPreset {
-    /// Name of its file without extension, for example calm_pond.
+    /// Name of the preset's file without extension, for example calm_pond.
     const char* name;
     const char* json;
 };
 /// Returns all shipped presets. The build generates this function.
 std::span<const ShippedPreset> shippedPresets();
 
-/// The preset of the command line: none, a shipped one, a file, or random shipped ones.
+/// The preset that the command line selects: the default settings, a shipped preset, a file, or random shipped presets.
 class PresetChoice {
 public:
-    /// Takes the name of a shipped preset, a file, "random", or an empty text for the default settings.
+    /// Stores the choice: the name of a shipped preset, the path of a file, "random", or an empty text for the default
+    /// settings.
     explicit PresetChoice(std::string name) : chosen(std::move(name)) {}
 
     bool isRandom() const { return chosen == "random"; }
-    /// Returns the settings of the preset. If the preset is random, returns those of another preset than the last time.
-    /// Throws Failure.
+    /// Returns the settings of the preset. If the choice is random, each call returns another preset than the call
+    /// before. Throws Failure.
     app::Settings next();
 
 private:
@@ -35,7 +36,7 @@ private:
 
     std::string chosen;
     std::mt19937 random{std::random_device{}()};
-    /// Index of the random preset that `next` returned last. Equals the number of presets before the first call.
+    /// Index of the last random preset that `next` has returned. Before the first call, it is the number of presets.
     std::size_t last = shippedPresets().size();
 };
 

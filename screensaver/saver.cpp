@@ -26,14 +26,14 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// Time between two checks while the effect is idle.
+/// Time between two checks for input while the effect is idle.
 constexpr auto idleWait = 250ms;
-/// Longest time for which the window waits for its first picture.
+/// Longest time for which the start waits for the first picture.
 constexpr auto maxFirstWait = 5s;
 /// Time between two checks whether the first picture is loaded.
 constexpr auto firstWait = 10ms;
 
-/// The effect in the window, and its main loop.
+/// The effect in its window, and the main loop.
 class Saver {
 public:
     /// Finds or opens the window and starts the effect. Throws Failure or HostError.
@@ -56,7 +56,7 @@ private:
     SaverWindow window;
     Pictures pictures;
     app::Session session;
-    /// Time of the next picture and of the next random preset.
+    /// Time at which the next picture and the next random preset are due.
     app::Clock::time_point nextScene;
 };
 
@@ -93,7 +93,8 @@ void Saver::start() {
     nextScene = app::Clock::now() + options.duration;
 }
 
-/// Returns the first picture. If it takes too long, returns a plain one, and the first picture fades in later.
+/// Returns the first picture. If loading takes too long, returns the plain picture; the first picture then fades in
+/// later.
 hostkit::Image Saver::firstPicture() {
     pictures.startNext();
     const app::Clock::time_point end = app::Clock::now() + maxFirstWait;
@@ -134,8 +135,8 @@ void Saver::turn() {
     drawDueFrames(now);
 }
 
-/// Fades to the next picture when it is loaded. Starts to load the next one, and changes a random preset, when the time
-/// has come.
+/// Fades to the next picture when it has been loaded. At the time `nextScene`, starts to load another picture and
+/// changes a random preset.
 void Saver::changeScene(app::Clock::time_point now) {
     if (std::optional<hostkit::Image> picture = pictures.take()) {
         session.fadeTo(*std::move(picture));
@@ -170,7 +171,7 @@ void Saver::drawDueFrames(app::Clock::time_point now) {
     adaptQuality((app::Clock::now() - now) / due.frames);
 }
 
-/// Draws a coarser mesh if a frame takes too long to draw.
+/// Draws a coarser mesh if the drawing of a frame takes too long.
 void Saver::adaptQuality(std::chrono::nanoseconds drawTime) {
     const std::chrono::duration<double, std::milli> interval = std::max(drawTime, app::frameTime);
     session.noteInterval(interval.count());

@@ -23,11 +23,11 @@ namespace saver {
 namespace {
 
 constexpr app::Size ownSize{960, 600};
-/// Events about size and content of a window. Any number of programs can select them.
+/// Events about the size and the content of a window. Several programs can select these events at the same time.
 constexpr long windowEvents = StructureNotifyMask | ExposureMask;
 
-/// Set when the X server reports that a window does not exist. The handlers of X errors have no parameter for an
-/// object.
+/// True after the X server has reported that a window does not exist. A global variable, because X error handlers have
+/// no parameter for an object.
 std::atomic<bool> windowMissing = false;
 
 int noteError(Display*, XErrorEvent* error) {
@@ -36,13 +36,13 @@ int noteError(Display*, XErrorEvent* error) {
     return 0;
 }
 
-/// Ends the program when the X server ends. Xlib requires that this handler does not return.
+/// Ends the program when the X server ends. Xlib requires that this handler never returns.
 int endWithServer(Display*) {
     _exit(0);
 }
 
-/// Ends the program when the X server closes the connection. Xlib's handler is not enough: if the server ends while
-/// Mesa's software rasteriser copies a frame to it, Mesa never returns.
+/// Ends the program when the X server closes the connection. The handler of Xlib is not sufficient: if the server ends
+/// while Mesa's software rasteriser copies a frame to the server, Mesa never returns.
 void watchConnection(int connection) {
     std::thread([connection] {
         pollfd closing{connection, POLLRDHUP, 0};
@@ -52,7 +52,8 @@ void watchConnection(int connection) {
     }).detach();
 }
 
-/// Opens the display. Another thread grabs pictures over a connection of its own, so Xlib must use locks.
+/// Opens the display. XInitThreads makes Xlib use locks, because another thread opens a second connection to grab
+/// pictures.
 Display* openDisplay() {
     XInitThreads();
     return XOpenDisplay(nullptr);
@@ -64,7 +65,7 @@ std::string hex(unsigned long number) {
     return text.data();
 }
 
-/// Returns true for the keys that end XScreenSaver's programs in a window of their own.
+/// Returns true for the keys that close the window of XScreenSaver's programs, if they run in a window of their own.
 bool isEndKey(XKeyEvent key) {
     const KeySym pressed = XLookupKeysym(&key, 0);
     return pressed == XK_q || pressed == XK_Escape;
@@ -81,7 +82,7 @@ desktop::Failure eglFailure(const std::string& message) {
 SaverWindow::SaverWindow(const Target& target) : display(openDisplay()) {
     if (display == nullptr) {
         throw desktop::Failure("cannot open the X display " + app::inQuotes(XDisplayName(nullptr)) +
-                               "; set DISPLAY");
+                               "; set the variable DISPLAY to a running X server");
     }
     XSetErrorHandler(noteError);
     XSetIOErrorHandler(endWithServer);
@@ -114,7 +115,7 @@ SaverWindow::~SaverWindow() {
 }
 
 void SaverWindow::useWindow(Window given) {
-    // Selected before the size is read, so that no resize is missed.
+    // Select the events before the size is read, so that no resize is missed.
     XSelectInput(display, given, windowEvents);
     XWindowAttributes attributes{};
     if (XGetWindowAttributes(display, given, &attributes) == 0) {
@@ -141,8 +142,8 @@ void SaverWindow::openWindow() {
     XMapWindow(x, window);
 }
 
-/// Returns an EGL configuration for windows of this visual. A surface of another configuration would not fit the
-/// window.
+/// Returns an EGL configuration for windows with this X11 visual. A surface with another configuration would not fit
+/// the window.
 EGLConfig SaverWindow::configOf(VisualID visual) const {
     const EGLint wanted[] = {EGL_SURFACE_TYPE, EGL_WINDOW_BIT, EGL_RENDERABLE_TYPE,
                              EGL_OPENGL_ES2_BIT, EGL_NONE};
@@ -218,7 +219,8 @@ void SaverWindow::handle(const XEvent& event) {
             windowMissing = windowMissing || event.xdestroywindow.window == window;
             break;
         case ClientMessage:
-            // Only an own window has this protocol. Other programs send messages to the root window.
+            // Only a window that this program has opened has this protocol. Other programs send messages to the root
+            // window.
             closed =
                 closed || (closing != 0 && static_cast<Atom>(event.xclient.data.l[0]) == closing);
             break;

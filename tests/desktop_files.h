@@ -33,7 +33,8 @@ inline Rgb pixel(const Pixbuf& pixbuf, int x, int y) {
     return {channels[0], channels[1], channels[2]};
 }
 
-/// Returns an image with the colours of `colorAt` at the pixel centres, in coordinates from 0 to 1.
+/// Returns an image that has, at the centre of each pixel, the colour that `colorAt` returns for coordinates from 0 to
+/// 1.
 template <class ColorAt>
 Pixbuf paint(int width, int height, ColorAt colorAt) {
     Pixbuf pixbuf(gdk_pixbuf_new(GDK_COLORSPACE_RGB, FALSE, 8, width, height));
@@ -46,7 +47,7 @@ Pixbuf paint(int width, int height, ColorAt colorAt) {
     return pixbuf;
 }
 
-/// Test with a temporary folder in which the player runs.
+/// Test fixture with a temporary folder in which the programs run.
 class FolderTest : public testing::Test {
 protected:
     FolderTest() {
@@ -73,7 +74,8 @@ protected:
         const int status = std::system(("cd " + folder.string() + " && " + command).c_str());
         return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
     }
-    /// Returns width, height, pixel format, frame rate and number of frames of a film, or nothing if it does not play.
+    /// Returns width, height, pixel format, frame rate and number of frames of a film. Returns an empty text if the
+    /// film cannot be played.
     std::string probed(const std::string& film) const {
         run("ffprobe -v error -count_packets -show_entries "
             "stream=width,height,pix_fmt,r_frame_rate,nb_read_packets -of csv=p=0 " +

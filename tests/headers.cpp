@@ -1,1 +1,1 @@
-// This file exists so that CMake compiles the precompiled header.
+// CMake compiles this file to build the precompiled header.

@@ -11,7 +11,8 @@
 #include <string>
 #include <thread>
 
-/// Starts a shell command and returns its process id. If the command begins with exec, the id is that of its program.
+/// Starts a shell command and returns its process id. If the command begins with "exec", this is the process id of the
+/// executed program.
 inline pid_t start(const std::string& command) {
     const pid_t process = fork();
     if (process == 0) {
@@ -21,7 +22,7 @@ inline pid_t start(const std::string& command) {
     return process;
 }
 
-/// Waits until the condition is true. Returns false after 60 s, which is enough for a slow machine.
+/// Waits until the condition is true. Returns false after 60 s, a limit that a slow machine also meets.
 inline bool waitFor(const std::function<bool()>& condition) {
     const auto end = std::chrono::steady_clock::now() + std::chrono::minutes(1);
     while (!condition()) {
@@ -33,7 +34,7 @@ inline bool waitFor(const std::function<bool()>& condition) {
     return true;
 }
 
-/// A virtual X display. The constructor stores its name in the environment variable DISPLAY.
+/// A virtual X display. The constructor stores the name of the display in the environment variable DISPLAY.
 class VirtualDisplay {
 public:
     /// @param screen width x height x depth, for example 800x800x24
@@ -44,7 +45,8 @@ public:
             server = start("exec Xvfb -displayfd " + std::to_string(ends[1]) +
                            " -noreset -screen 0 " + screen + " 2>/dev/null");
             close(ends[1]);
-            EXPECT_GT(read(ends[0], number, sizeof number - 1), 0) << "Xvfb does not start";
+            EXPECT_GT(read(ends[0], number, sizeof number - 1), 0)
+                << "Xvfb must start and print the number of its display";
             close(ends[0]);
         }
         setenv("DISPLAY", std::string(":").append(number, std::strcspn(number, "\n")).c_str(), 1);

@@ -8,7 +8,7 @@ import { frames, launch, open, screenshotFolder, sendFiles, top, waitUntilIdle }
 
 const browser = await launch();
 
-/** Saves a screenshot of the page at frame `frame` of a gesture. */
+/** Saves a screenshot of the page during a gesture, at the frame number `frame`. */
 async function saveScreenshot(name, preset, gesture, frame, options, withPanel) {
     const settings = JSON.parse(readFileSync(join(top, "presets", `${preset}.json`), "utf8"));
     const page = await open(browser, { ...options, hash: `#look=${encodeURIComponent(JSON.stringify(settings))}` });

@@ -24,7 +24,8 @@ TEST(EffectProbe, ObservesVelocitiesInkAndTimes) {
         const hostkit::Digest digestAtRest = probe.velocityDigest();
         hostkit::Digest ofField;
         addBytes(ofField, std::as_bytes(std::span(probe.velocity().bytes)));
-        EXPECT_EQ(digestAtRest.state, ofField.state) << "a second upload of the grid's size";
+        EXPECT_EQ(digestAtRest.state, ofField.state)
+            << "the digest must contain each upload only once";
         host.touch({hostkit::TouchAction::down, 150, 280, 0.5f});
         for (int frame = 0; frame < 5; ++frame) {
             probe.draw(host);
@@ -35,13 +36,13 @@ TEST(EffectProbe, ObservesVelocitiesInkAndTimes) {
         EXPECT_EQ(probe.inkTexture() != 0, ink);
         EXPECT_EQ(probe.velocity().bytes.size(), ink ? 20u * 33 * 4 : 0u);
         EXPECT_EQ(probe.velocityDigest().state != digestAtRest.state, ink)
-            << "the touch changes the velocities";
+            << "the touch must change the velocities";
         if (!ink) {
             continue;
         }
         EXPECT_LE(moments.begin, moments.solverDone);
         EXPECT_LE(moments.solverDone, moments.firstDraw);
-        // The texture has ink at the finger, and none in the opposite corner.
+        // The ink texture must have ink at the finger, and no ink in the opposite corner.
         const app::Size size = probe.inkTextureSize();
         const auto colors = app::DensityOverlay().colors(probe.inkTexture(), size);
         const auto texelAt = [&](int x, int y) {

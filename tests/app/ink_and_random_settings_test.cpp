@@ -1,4 +1,4 @@
-// Tests of the settings that the program chooses: an ink for an image, and random settings.
+// Tests the settings that the program chooses itself: an ink that shows on an image, and random settings.
 
 #include <gtest/gtest.h>
 
@@ -15,7 +15,7 @@ namespace {
 
 using Color = std::array<float, 3>;
 
-/// Returns an image with three quarters of one colour and a quarter of the other.
+/// Returns an image whose left three quarters have the `dominant` colour. The right quarter has the `other` colour.
 hostkit::Image striped(const Color& dominant, const Color& other) {
     hostkit::Image image{40, 40, {}};
     for (int pixel = 0; pixel < 40 * 40; ++pixel) {
@@ -27,7 +27,7 @@ hostkit::Image striped(const Color& dominant, const Color& other) {
     return image;
 }
 
-/// Returns the similarity of two hues: 1 for equal hues, -1 for complements.
+/// Returns the similarity of the hues of two colours: 1 for equal hues, -1 for complementary hues.
 double similarity(const Color& one, const Color& other) {
     double product = 0.0, first = 0.0, second = 0.0;
     for (std::size_t channel = 0; channel < 3; ++channel) {

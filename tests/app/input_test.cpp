@@ -1,4 +1,4 @@
-// Tests of the parts of a session that need no effect: frame clock, attract mode, idle detection, finger.
+// Tests the parts of a session that need no GL context: frame clock, attract mode, idle detection, finger.
 
 #include <gtest/gtest.h>
 
@@ -180,12 +180,12 @@ TEST(IdleWatch, WithInkTwoFramesMustBeEqual) {
         watch.noteFrame(true, [&] { return digest++; });  // the ink fades
     }
     EXPECT_FALSE(watch.isIdle());
-    EXPECT_EQ(digest, 3u) << "reads the screen too often";
+    EXPECT_EQ(digest, 3u) << "in 90 frames, the screen must be read only twice";
     for (int frame = 1; frame <= 30; ++frame) {
         watch.noteFrame(true, [&] { return std::uint64_t{2}; });
     }
     EXPECT_TRUE(watch.isIdle());
-    EXPECT_TRUE(watch.mayShowInk()) << "faded ink leaves a residue";
+    EXPECT_TRUE(watch.mayShowInk()) << "faded ink may leave a visible residue";
     watch.start();
     EXPECT_FALSE(watch.mayShowInk());
 }
@@ -194,7 +194,7 @@ TEST(Finger, ReportsOneMoveAFrameAndIsUpOutsideTheScreen) {
     app::Finger finger;
     const app::Size screen{100, 200};
     finger.move(5, 5, 0.5f, screen);
-    EXPECT_FALSE(finger.hasActions()) << "moves a finger that is not down";
+    EXPECT_FALSE(finger.hasActions()) << "a move without a down event must be ignored";
     finger.press(10, 20, 0.5f);
     finger.press(90, 90, 0.5f);
     finger.move(11, 20, 0.5f, screen);

@@ -13,7 +13,7 @@ namespace {
 
 using hostkit::Image;
 
-/// Returns a channel of a pixel, 0 to 255. Channels 0 to 2 are red, green and blue.
+/// Returns a colour channel of a pixel, 0 to 255. Channels 0 to 2 are red, green and blue.
 int channelAt(const Image& image, int x, int y, int channel) {
     return image.rgba[static_cast<std::size_t>(4 * (y * image.width + x) + channel)];
 }
@@ -24,7 +24,7 @@ double lumaAt(const Image& image, int x, int y) {
            255.0;
 }
 
-/// Returns the mean difference of two images of the same size, in steps of a channel.
+/// Returns the mean difference between the channels of an image and the values of `otherAt`, in steps of 1/255.
 template <class Other>
 double meanDifference(const Image& image, Other otherAt) {
     double sum = 0.0;
@@ -86,8 +86,8 @@ TEST_P(PaintingsTest, IsLightWithSoftGradients) {
         }
     }
     const int pixels = image.width * image.height;
-    EXPECT_GT(sum / pixels, 0.7) << "ink must show on the painting";
-    EXPECT_LT(sum / pixels, 0.96) << "highlights must show on the painting";
+    EXPECT_GT(sum / pixels, 0.7) << "the painting must be bright enough for ink to show";
+    EXPECT_LT(sum / pixels, 0.96) << "the painting must be dark enough for highlights to show";
     EXPECT_GT(darkest, 0.35);
     EXPECT_GT(changes, pixels / 5) << "dithering must hide the steps of soft gradients";
 }

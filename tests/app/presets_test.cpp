@@ -13,7 +13,7 @@ namespace {
 using app::PresetValue;
 using app::Settings;
 
-/// Returns the error message for an invalid member.
+/// Returns the error message for a member of a preset that has an invalid value.
 std::string errorOf(const std::string& name, const PresetValue& value, const std::string& text) {
     Settings settings;
     try {

@@ -1,4 +1,4 @@
-// Tests of the adaptive quality. Intervals are in milliseconds.
+// Tests the adaptive quality. All frame intervals are in milliseconds.
 
 #include "app/quality.h"
 
@@ -12,7 +12,8 @@ namespace {
 using app::Quality;
 using app::QualityPhase;
 
-/// Returns the state after one span of frames with these intervals, repeated. The first two frames are skipped.
+/// Returns the state of the adaptive quality after one measurement. The measured frames have the given intervals, one
+/// after the other, repeated as often as needed. The first two frames of a measurement do not count.
 Quality afterSpan(Quality quality, const std::vector<double>& intervals) {
     const int frames = quality.phase == QualityPhase::searching ? 6 : 24;
     quality = next(next(quality, 300.0), 300.0);
@@ -22,7 +23,7 @@ Quality afterSpan(Quality quality, const std::vector<double>& intervals) {
     return quality;
 }
 
-/// Returns the level after each of several spans. Each span has one interval for all its frames.
+/// Returns the quality level after each of several measurements. All frames of a measurement have the same interval.
 std::vector<int> levels(Quality& quality, const std::vector<double>& intervals) {
     std::vector<int> seen;
     for (const double interval : intervals) {
@@ -91,14 +92,15 @@ TEST(Quality, AFixedLevelStays) {
     EXPECT_EQ(quality.level, 3);
     EXPECT_EQ(pixelsOf(quality), 0.75);
     EXPECT_EQ(cellsPerVertex(quality, 90, 540), 3);
-    EXPECT_EQ(cellsPerVertex(quality, 24, 540), 1) << "the mesh keeps a minimum of vertices";
+    EXPECT_EQ(cellsPerVertex(quality, 24, 540), 1)
+        << "a coarse water grid must keep a vertex for each cell";
 }
 
 TEST(Quality, FullDetailDependsOnTheScreen) {
     const Quality full = app::fixedQuality(0);
     EXPECT_EQ(cellsPerVertex(full, 90, 540), 1);
     EXPECT_EQ(cellsPerVertex(full, 90, 1080), 2);
-    EXPECT_EQ(cellsPerVertex(full, 60, 1080), 1) << "large cells need a vertex each";
+    EXPECT_EQ(cellsPerVertex(full, 60, 1080), 1) << "each large cell must keep its own vertex";
     EXPECT_EQ(cellsPerVertex(app::fixedQuality(2), 90, 1080), 3);
 }
 

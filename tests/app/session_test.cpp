@@ -1,4 +1,4 @@
-// Tests of a session on an off-screen context, driven like by a front end.
+// Tests a session on an off-screen GL context. The tests call the session as a front end does.
 
 #include "app/session.h"
 
@@ -162,7 +162,7 @@ TEST_F(SessionTest, AResizeKeepsTheWaves) {
     EXPECT_GT(heights[static_cast<std::size_t>(highest)], 0.1f);
     EXPECT_NEAR(static_cast<double>(highest % columns) / columns, 0.25, 0.03);
     session.restart(screen);
-    EXPECT_TRUE(session.isWaterIdle()) << "a restart begins with flat water";
+    EXPECT_TRUE(session.isWaterIdle()) << "a restart must begin with flat water";
 }
 
 TEST_F(SessionTest, EveryReplayReportsItsEndOnce) {
@@ -172,19 +172,19 @@ TEST_F(SessionTest, EveryReplayReportsItsEndOnce) {
     EXPECT_EQ(replayEnds, (std::vector{true}));
     session.startReplay(script);
     session.startReplay(script);
-    EXPECT_EQ(replayEnds, (std::vector{true, false})) << "the second replay stops the first";
+    EXPECT_EQ(replayEnds, (std::vector{true, false})) << "the second replay must stop the first";
     frames(1);
     session.stopReplay();
     session.stopReplay();
     EXPECT_EQ(replayEnds, (std::vector{true, false, false}));
-    EXPECT_TRUE(session.hasActions()) << "lifts the finger of the script";
+    EXPECT_TRUE(session.hasActions()) << "the finger of the stopped script must be lifted";
     session.startReplay(script);
     session.startRecording();
     EXPECT_EQ(replayEnds.size(), 4U);
 }
 
 TEST_F(SessionTest, IsIdleOnlyIfNothingMoves) {
-    EXPECT_FALSE(session.isIdle()) << "before the first frame";
+    EXPECT_FALSE(session.isIdle()) << "the session must not be idle before the first frame";
     frames(1);
     EXPECT_TRUE(session.isIdle());
     session.settings.exponent = 5.0f;
@@ -193,15 +193,16 @@ TEST_F(SessionTest, IsIdleOnlyIfNothingMoves) {
     EXPECT_TRUE(session.isIdle());
     session.settings.rain = 0.01f;
     frames(2);
-    EXPECT_FALSE(session.isIdle()) << "under rain";
+    EXPECT_FALSE(session.isIdle()) << "the session must not be idle under rain";
     session.settings.rain = 0.0f;
     session.settings.ripple = 0.0f;
     session.press(start, 20, 40, 1.0f);
     frames(2);
-    EXPECT_FALSE(session.isIdle()) << "with a finger down";
+    EXPECT_FALSE(session.isIdle()) << "the session must not be idle while a finger is down";
     session.lift(start, TouchAction::up, 20, 40);
     frames(2);
-    EXPECT_TRUE(session.mayShowInk() && !session.isIdle()) << "while the ink fades";
+    EXPECT_TRUE(session.mayShowInk() && !session.isIdle())
+        << "the session must not be idle while the ink fades";
     session.add(hostkit::ClearInk{});
     frames(1);
     EXPECT_TRUE(session.isIdle() && !session.mayShowInk());
@@ -210,10 +211,12 @@ TEST_F(SessionTest, IsIdleOnlyIfNothingMoves) {
 TEST_F(SessionTest, AttractModeDrawsForAnIdleUserAndKeepsTheSettings) {
     const app::Settings before = session.settings;
     session.startAttractModeIfIdle(start + 5s, true);
-    EXPECT_FALSE(session.attractMode().isRunning()) << "while the front end is busy";
+    EXPECT_FALSE(session.attractMode().isRunning())
+        << "attract mode must not run while the front end is busy";
     session.startRecording();
     session.startAttractModeIfIdle(start + 1h, false);
-    EXPECT_FALSE(session.attractMode().isRunning()) << "during a recording";
+    EXPECT_FALSE(session.attractMode().isRunning())
+        << "attract mode must not run during a recording";
     session.finishRecording();
     session.startAttractModeIfIdle(start + 1h + 5s, false);
     ASSERT_TRUE(session.attractMode().isRunning());
@@ -224,7 +227,7 @@ TEST_F(SessionTest, AttractModeDrawsForAnIdleUserAndKeepsTheSettings) {
     EXPECT_TRUE(session.settings == before);
     session.noteInput(start + 1h + 6s);
     EXPECT_FALSE(session.attractMode().isRunning());
-    EXPECT_TRUE(session.hasActions()) << "lifts the finger";
+    EXPECT_TRUE(session.hasActions()) << "the finger of attract mode must be lifted";
 }
 
 TEST_F(SessionTest, AttractModeWaitsFromTheEndOfAStroke) {
@@ -237,7 +240,8 @@ TEST_F(SessionTest, AttractModeWaitsFromTheEndOfAStroke) {
     session.startAttractModeIfIdle(start + 39s, false);
     EXPECT_TRUE(session.attractMode().isRunning());
     session.press(start + 40s, 20, 40, 1.0f);
-    EXPECT_EQ(session.attractMode().untilStart(start + 40s), 20s) << "a press ends it";
+    EXPECT_EQ(session.attractMode().untilStart(start + 40s), 20s)
+        << "a press must end attract mode";
 }
 
 TEST_F(SessionTest, AReplayAndAPressedFingerHoldAttractModeBack) {
@@ -250,7 +254,8 @@ TEST_F(SessionTest, AReplayAndAPressedFingerHoldAttractModeBack) {
     session.startReplay({96, 160, 1, {}});
     EXPECT_FALSE(startsAt(start + 2h));
     frames(1);
-    EXPECT_FALSE(startsAt(start + 2h + 19s)) << "waits from the end of the replay";
+    EXPECT_FALSE(startsAt(start + 2h + 19s))
+        << "the waiting time must start at the end of the replay";
     EXPECT_TRUE(startsAt(start + 2h + 20s));
 }
 
@@ -314,14 +319,15 @@ TEST_F(SessionTest, ThePreviousBackgroundBecomesTheSecond) {
     session.settings.secondBackground = true;
     frames(1);
     EXPECT_EQ(screenPixels(), first);
-    EXPECT_FALSE(session.userSettings().secondBackground) << "a start shows the first";
+    EXPECT_FALSE(session.userSettings().secondBackground)
+        << "a start must show the first background";
 }
 
 TEST_F(SessionTest, ACrossFadePassesHalfwayBetweenTheBackgrounds) {
     frames(1);
     const Pixels first = screenPixels();
     session.fadeTo(hostkit::makeTestImage(96, 160));
-    EXPECT_TRUE(session.isIdle()) << "the same image needs no fade";
+    EXPECT_TRUE(session.isIdle()) << "a fade to the same image must not draw frames";
     const hostkit::Image grey{96, 160, Pixels(std::size_t{96} * 160 * 4, 200)};
     session.fadeTo(grey);
     EXPECT_FALSE(session.isIdle());
@@ -341,7 +347,7 @@ TEST_F(SessionTest, ACrossFadePassesHalfwayBetweenTheBackgrounds) {
     session.frame(1s);
     session.restart(screen);
     frames(1);
-    EXPECT_EQ(screenPixels(), first) << "a restart ends the fade";
+    EXPECT_EQ(screenPixels(), first) << "a restart must end the fade";
 }
 
 TEST_F(SessionTest, QualityPassesOverRecordingsAndReplays) {

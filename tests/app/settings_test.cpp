@@ -1,5 +1,5 @@
-// Tests that waves have the same position and size at the same time, on any grid and at any frame rate. Tests undo and
-// redo of changes of the settings.
+// Tests that waves have the same position and size at the same time, on every grid and at every frame rate. Also tests
+// undo and redo of changed settings.
 
 #include "app/settings.h"
 
@@ -38,7 +38,7 @@ struct Pond {
             hostkit::advanceWater(water, jni, each);
         }
     }
-    /// Volume of the waves: shorter side squared times height.
+    /// Volume of the waves. The unit is the square of the screen's shorter side times the unit of height.
     double volume() const {
         return std::reduce(heights().begin(), heights().end(), 0.0) / (water.columns * water.rows);
     }
@@ -46,7 +46,7 @@ struct Pond {
         return heights().subspan(static_cast<std::size_t>(water.rows / 2 * water.columns),
                                  static_cast<std::size_t>(water.columns));
     }
-    /// Distance from the centre to the highest crest right of it, in shorter sides.
+    /// Distance from the centre to the highest crest to its right, as a multiple of the screen's shorter side.
     double crest() const {
         const auto row = middleRow();
         const auto crest = std::max_element(row.begin() + water.columns / 2, row.end());
@@ -68,7 +68,8 @@ TEST(Settings, WaveSpeedDoesNotDependOnMeshAndFrameRate) {
             settings.waveSpeed = speed;
             settings.meshDetail = detail;
             settings.damping = 0.99f;
-            // The crest starts at the edge of the ripple and travels a quarter of the side.
+            // The crest starts at the edge of the ripple. After `seconds` it has travelled a quarter of the shorter
+            // side.
             const double seconds = 0.25 / static_cast<double>(speed);
             for (const int rate : {30, 60, 144}) {
                 Pond pond(settings);
@@ -135,8 +136,8 @@ TEST(SettingsHistory, UndoesAndRedoesStepsAndADragIsOneStep) {
     EXPECT_EQ(history.redo(), later);
     settings = later;
     note(&app::Settings::rain, 4.0f, 10ms);
-    EXPECT_FALSE(history.redo()) << "a new change replaces the undone one";
-    EXPECT_EQ(history.undo(), later) << "a change after a redo is a step";
+    EXPECT_FALSE(history.redo()) << "after a new change, redo must have nothing to restore";
+    EXPECT_EQ(history.undo(), later) << "undo must also revert a change that follows a redo";
 }
 
 }  // namespace

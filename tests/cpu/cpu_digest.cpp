@@ -20,8 +20,8 @@
 
 // Prints the digests of two long runs of mesh, water and velocity solver. Exits with 1 if a digest differs from its
 // expected value. The lively run contains no subnormal numbers, so all compilers, build types and processors give the
-// same digest. The dying run decays until numbers are subnormal. Processors that flush subnormals to zero give one
-// digest for it, all others give another.
+// same digest. The dying run decays until its numbers are subnormal. It has one digest for processors that flush
+// subnormals to zero, and another digest for all other processors.
 
 namespace velmora::test {
 namespace {
@@ -30,10 +30,10 @@ constexpr std::uint64_t livelyDigest = 0x9d205f7b2f15ca37u;
 constexpr std::uint64_t dyingDigest =
     FlushSubnormals::flushes() ? 0x0ddc63352c94cce2u : 0xd8e0c93be9037304u;
 
-/// Minimum magnitude, except 0, of numbers in the lively run. Products of such numbers are far from subnormal.
+/// Minimum magnitude of the numbers in the lively run, except 0. Products of such numbers are far from subnormal.
 constexpr float livelyLeast = 1e-20f;
 
-/// Digest of the bytes of a run's results.
+/// Digest of the bytes of all results of a run.
 class Digest {
 public:
     template <class T>
@@ -46,7 +46,7 @@ public:
         addBytes(bytes_, std::as_bytes(values));
     }
     std::uint64_t value() const { return bytes_.state; }
-    /// Returns the smallest magnitude added so far, except 0.
+    /// Returns the smallest magnitude of all numbers that were added, except 0.
     float least() const { return least_; }
 
 private:
@@ -74,7 +74,8 @@ void fill(std::span<float> values) {
     }
 }
 
-/// Makes ripples for `rippleSteps` steps, then steps the water until it is calm or 3000 steps have run.
+/// Runs water steps and raises ripples during the first `rippleSteps` steps. If `startsWild` is true, the water starts
+/// from random numbers and ends with the last ripple. Otherwise it ends when it is calm, or after 3000 steps.
 void runWater(Digest& digest, float damping, int rippleSteps, bool startsWild) {
     constexpr int columns = 60;
     constexpr int rows = 107;
@@ -99,7 +100,8 @@ void runWater(Digest& digest, float damping, int rippleSteps, bool startsWild) {
     }
 }
 
-/// A solver for a screen whose grid has 43 cells per row, which is not a multiple of four.
+/// A solver for a screen whose grid has 43 cells per row. This number is not a multiple of four, so that single cells
+/// remain at the end of each row.
 struct Flow {
     Flow(Digest& digestOfRun) : digest(digestOfRun) {
         applySettings(state, 519, 760, true);
@@ -158,7 +160,7 @@ void tap(Flow& flow, std::int32_t x, std::int32_t y) {
     }
 }
 
-/// Drags the touch to and fro between the screen's edges, at `speed` pixels per frame along y.
+/// Drags the touch back and forth between the screen's edges, at `speed` pixels per frame along y.
 void drag(Flow& flow, DragMode mode, const TouchPreset& preset, std::int32_t speed) {
     for (std::int32_t frame = 0; frame < 120; ++frame) {
         const std::int32_t x = std::abs(frame * (speed + 3) % 1038 - 519);
@@ -240,7 +242,7 @@ int run() {
     const Digest dying = runDying();
     const bool stayedLively = lively.least() >= livelyLeast;
     if (!stayedLively) {
-        std::puts("the lively run decayed too far to test numbers above the subnormal range");
+        std::puts("the lively run decayed too far: all its numbers must be above 1e-20");
     }
     const bool sameLively = isExpected("lively", lively, livelyDigest);
     const bool sameDying = isExpected("dying", dying, dyingDigest);

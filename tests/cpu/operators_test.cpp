@@ -19,14 +19,15 @@ struct At {
     int i, j;
 };
 
-// Returns a component of a cell. A cell outside the grid has the value of the nearest edge cell.
+// Returns one component of a cell's value. A cell outside the grid has the value of the nearest edge cell.
 float value(const FloatGrid& grid, At at, int floats = 1, int component = 0) {
     const int i = std::clamp(at.i, 0, grid.width - 1);
     const int j = std::clamp(at.j, 0, grid.height - 1);
     return grid.data[(i + j * grid.width) * floats + component];
 }
 
-/// Returns the bilinear value of a component at q, where 0 is the centre of the first cell and 1 that of the last cell.
+/// Returns a component at the position q by bilinear interpolation. Along each axis, q is 0 at the centre of the first
+/// cell and 1 at the centre of the last cell.
 float bilinear(const FloatGrid& grid, Float2 q, int floats = 1, int component = 0) {
     const auto clamped = [](float c) { return c > 0.0f ? std::fmin(c, 1.0f) : 0.0f; };
     const float x = clamped(q.x) * static_cast<float>(grid.width - 1);
@@ -49,7 +50,7 @@ float distance(Float2 a, Float2 b) {
     return std::hypot(a.x - b.x, a.y - b.y);
 }
 
-// ---- Definitions of the passes that have no plain kernel. Each returns the value of one cell.
+// ---- Definitions of the passes that have no plain kernel. Each function returns the value that its pass gives a cell.
 
 float meaning(const AdvectDensity& pass, At at) {
     const Float2 q = centre(at, pass.texelSize);
@@ -94,8 +95,9 @@ void expectMeaning(const Pass& pass, float tolerance) {
     }
 }
 
-/// The seven passes on random grids of one size. A stroke crosses the grid and ends at a touch near the right edge. So
-/// the last cells of a row, which the kernels compute one at a time, are inside and outside each radius.
+/// The seven passes on random grids of one size. A stroke crosses the grid and ends at a touch near the right edge.
+/// Kernels compute the last cells of a row one at a time. With this stroke, some of these cells are inside each radius
+/// and some are outside.
 struct Passes {
     Passes(int width, int height, Against side, Fill fill)
         : random(static_cast<unsigned>(width * 1000 + height)),
@@ -161,7 +163,7 @@ void expectMeanings(Passes& passes) {
     }
 }
 
-/// One set of kernels: those of the library or the plain ones.
+/// The kernels that are tested: either those of the library or the plain ones.
 struct Kernels {
     void (*advect)(const AdvectVelocity&);
     void (*diverge)(const ComputeDivergence&);
@@ -173,7 +175,7 @@ constexpr Kernels library{velmora::advectVelocityKernel, velmora::computeDiverge
 constexpr Kernels plainCode{reference::advectVelocityKernel, reference::computeDivergenceKernel,
                             reference::subtractGradientKernel, reference::addVelocityKernel};
 
-/// Expects that a kernel gives each cell exactly the bits that `evaluate` gives.
+/// Expects that a kernel gives each cell the same bits as the `evaluate` function of the pass.
 template <class Pass>
 void expectKernel(const Pass& pass, void (*kernel)(const Pass&)) {
     const std::vector<float> expected = evaluateCells(pass, pass.output.width, pass.output.height);
@@ -201,8 +203,8 @@ TEST(Operators, EachMatchesItsDefinition) {
 }
 
 TEST(Operators, RadiiAndSegmentsExcludeTheirLimits) {
-    // All distances are whole numbers, so each radius and both ends of the stroke exactly hit corners or centres of
-    // cells.
+    // All distances are whole numbers. Therefore some corners or centres of cells are exactly at each radius and at
+    // both ends of the stroke.
     Passes passes(30, 30, Against::back, {20.0f});
     passes.aim({4.0f, 4.0f}, {35.0f, 40.0f}, {35.0f, 60.0f}, 5.0f, 25.0f);
     passes.density.center = {70.0f, 86.0f};
@@ -225,7 +227,8 @@ TEST(Operators, CoordinatesOutsideTheGridAreClampedAndNanCountsAsZero) {
     expectKernels(passes, plainCode);
 }
 
-/// Compares `count` iterations of the library from pressure 0 with those of the plain kernel, bit by bit.
+/// Runs `count` iterations from pressure 0 with the kernel of the library and with the plain kernel. Expects the same
+/// bits.
 void compareIterations(Passes& passes, int count) {
     Jacobi& pass = passes.jacobi;
     const auto gridsAfter = [&](auto kernel) {
@@ -247,7 +250,7 @@ void compareIterations(Passes& passes, int count) {
     }
 }
 
-/// Compares one iteration, from a random pressure, with `evaluate`.
+/// Runs one iteration from a random pressure, and compares each cell with the result of `evaluate`.
 void compareSweep(Passes& passes) {
     Jacobi& pass = passes.jacobi;
     if (pass.output.width < 1 || pass.output.height < 1) {
@@ -277,7 +280,8 @@ void compareKernels(int width, int height, Fill fill) {
     }
 }
 
-// A GuardedBlock is aligned for a whole vector, so this test starts its grids at other addresses.
+// Other tests use a GuardedBlock, whose grids are aligned for a whole vector. The grids of this test start at unaligned
+// addresses.
 TEST(Kernels, JacobiSweepsStayInsideUnalignedGrids) {
     constexpr std::int32_t width = 15;
     for (const std::int32_t height : {30, 31, 32}) {

@@ -11,7 +11,7 @@ int numberAt(int place) {
     return std::rand();
 }
 
-// Expects the numbers that the GNU C library's rand() returns.
+// Expects the same numbers as from the rand() of the GNU C library.
 TEST(RandomNumbers, AreTheSameWithEveryCLibrary) {
     constexpr struct {
         unsigned seed;

@@ -15,7 +15,8 @@ namespace {
 using Lanes4 = std::array<float, 4>;
 using Ints4 = std::array<std::int32_t, 4>;
 
-// The load functions have the same names in every set of lanes, so each set passes its functions in a struct.
+// Struct with the functions of one set of lanes. The load functions have the same names in every set, so each set needs
+// a struct of its own.
 struct BuildLanes {
     using Float = lanes::Float4;
     using Shorts = lanes::Short8;
@@ -41,7 +42,7 @@ struct Lanes : testing::Test {};
 using LaneSets = testing::Types<BuildLanes, PlainLanes>;
 TYPED_TEST_SUITE(Lanes, LaneSets, );
 
-// Values at which rounding and truncation differ, both limits of int and the numbers beside them, and signed zeros.
+// Values for which rounding differs from truncation, both limits of int and their neighbours, and signed zeros.
 constexpr float awkwardValues[][4] = {{0.0f, -0.0f, 1.0f, -1.0f},
                                       {0.5f, -0.5f, 1.5f, -2.5f},
                                       {2.9999998f, 0.1f, 8388607.5f, 16777216.0f},
@@ -51,7 +52,8 @@ constexpr float awkwardValues[][4] = {{0.0f, -0.0f, 1.0f, -1.0f},
                                       {-infinity, nan, -nan, 7.0f}};
 constexpr std::size_t valueCount = std::size(awkwardValues) * 4;
 
-/// Returns four consecutive test values, starting with number `first`. The first value follows the last one.
+/// Returns four consecutive test values, starting with the value number `first`. After the last value comes the first
+/// one again.
 Lanes4 valuesFrom(std::size_t first) {
     Lanes4 result;
     for (std::size_t k = 0; k < 4; ++k) {

@@ -21,7 +21,8 @@ namespace {
 constexpr int columns = 25, rows = 19;  // not a multiple of four
 constexpr DragMode allModes[] = {TapMode, SlowDrag, MediumDrag, FastDrag};
 
-/// A solver whose flow is at rest and stays at rest: no sink, no projection, the touch in the middle of the screen.
+/// A solver for which a step changes nothing: the flow is at rest, there is no sink and no projection, and the touch is
+/// in the middle of the screen.
 struct Solver {
     explicit Solver(int width = columns, int height = rows) {
         applySettings(state, 12 * width, 12 * height, true);
@@ -44,7 +45,8 @@ struct Solver {
         settings = beginSolverStep(state, touch);
         settings.isProjected = false;
     }
-    /// Overwrites the original settings and runs a step, which must read only its copy in stepSettings.
+    /// Runs a step after all original settings have been overwritten. The step must read only its copy in
+    /// `stepSettings`.
     void step() {
         state.dragSegment = {};
         state.timeStep = state.velocityDissipation = 77.0f;
@@ -53,7 +55,7 @@ struct Solver {
         state.dragMode = MediumDrag;
         EXPECT_EQ(runSolverStep(&state), nullptr);
     }
-    /// Fills every grid with random values, which are the same in each call.
+    /// Fills every grid with random values. Each call gives the same values.
     void randomise() {
         std::mt19937 random(17);
         const std::size_t cells = contents(state.pressure, 1).size();
@@ -147,7 +149,7 @@ TEST(SolverStep, AFlowAtRestStaysAtRest) {
     }
 }
 
-/// A flow and a drag, in screen pixels with y up.
+/// A flow and a drag that a step starts from. Positions are in screen pixels, with y up.
 struct Scene {
     int width, height;
     std::vector<float> flow;
@@ -168,8 +170,8 @@ Scene withAxesSwapped(const Scene& scene) {
     return result;
 }
 
-/// Mirrors the scene in x: the touch at the middle of the cells' corners, because the push is measured from corners,
-/// and the stroke at the middle of the screen.
+/// Returns the scene mirrored in x. The touch is mirrored at the middle between the first and the last corner of the
+/// cells, because the push is measured from corners. The stroke is mirrored at the middle of the screen.
 Scene mirroredInX(const Scene& scene) {
     Scene result = scene;
     const auto corners = static_cast<float>(12 * (scene.width - 1));
@@ -222,7 +224,8 @@ TEST(SolverStep, MirroredInputGivesAMirroredResult) {
     }
 }
 
-/// Returns the largest divergence in the interior. Near the border the pressure is fixed at 0, which leaves divergence.
+/// Returns the largest divergence in the interior of the grid. Cells near the border are left out: the pressure is 0 at
+/// the border, so some divergence remains there.
 float largestDivergence(const Solver& solver) {
     float largest = 0.0f;
     for (int j = 4; j < rows - 4; ++j) {
@@ -235,7 +238,7 @@ float largestDivergence(const Solver& solver) {
     return largest;
 }
 
-/// Runs a step on a flow that converges and diverges. Except for the projection, the step does not change the flow.
+/// Runs a step on a flow that converges and diverges. If `isProjected` is false, the step does not change the flow.
 void projectWaves(Solver& solver, bool isProjected) {
     for (int cell = 0; cell < columns * rows; ++cell) {
         const int column = cell % columns, row = cell / columns;
@@ -257,7 +260,7 @@ TEST(SolverStep, ProjectionLowersTheDivergence) {
     projectWaves(projected, true);
     projectWaves(converged, true);
     EXPECT_NE(once.flow(), advected.flow())
-        << "one iteration must change the flow, although its pressure is in the other grid";
+        << "a single iteration must change the flow, although its result is in the scratch grid";
     EXPECT_LT(largestDivergence(projected), 0.3f * largestDivergence(advected));
     EXPECT_LT(largestDivergence(converged), 0.1f * largestDivergence(advected));
 }
@@ -294,7 +297,7 @@ TEST(SolverStep, AFlowIsAdvectedByVelocityTimesTimeStep) {
     EXPECT_GT(solver.velocityAt(14, 9).y, 0.3f);
 }
 
-/// Returns the speed beside a stroke from left to right, after one step.
+/// Returns the speed of a cell beside a stroke from left to right, after one step.
 float speedBesideStroke(DragMode mode, int marginBefore) {
     Solver solver;
     solver.settings.dragMode = mode;
@@ -318,7 +321,7 @@ TEST(SolverStep, OnlyAFastDragInsideThePreviousMarginPushes) {
     }
 }
 
-/// Runs a step on a flow that has the same speed everywhere except in one cell. Returns the new flow.
+/// Runs a step on a flow whose speed is the same in all cells except one. Returns the new flow.
 std::vector<float> afterStep(float speed, std::size_t cell, float speedOfCell) {
     Solver solver;
     solver.settings.velocityDissipation = 0.9f;

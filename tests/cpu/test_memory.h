@@ -25,11 +25,11 @@ constexpr float nan = std::numeric_limits<float>::quiet_NaN();
 constexpr int most = std::numeric_limits<int>::max();
 constexpr int least = std::numeric_limits<int>::min();
 
-/// Guard page that a block adjoins. A test must use both sides to find every access outside a block.
+/// Side of a block on which the guard page is. A test must use both sides to find every access outside a block.
 enum class Against { front, back };
 constexpr Against bothSides[] = {Against::front, Against::back};
 
-/// An array of `count` zeros next to a guard page. An access to a guard page ends the program.
+/// An array of `count` zeros with a guard page directly before or after it. An access to a guard page ends the program.
 template <class T>
 class GuardedBlock {
 public:
@@ -57,7 +57,7 @@ private:
     std::span<T> elements_;
 };
 
-/// Range of the values of a block: [-limit, limit]. If `wild` is true, NaN, infinities and huge numbers are added.
+/// Range of the random values in a block: [-limit, limit]. If `wild` is true, some values are NaN, infinite or huge.
 struct Fill {
     float limit;
     bool wild = false;
@@ -107,7 +107,7 @@ std::vector<float> evaluateCells(const Pass& pass, int width, int height) {
     return cells;
 }
 
-/// Replaces std::bit_cast, which some C++ standard libraries still lack.
+/// Works like std::bit_cast, which some C++ standard libraries still lack.
 template <class To, class From>
 To bitCast(const From& from) {
     static_assert(sizeof(To) == sizeof(From));
@@ -116,14 +116,15 @@ To bitCast(const From& from) {
     return to;
 }
 
-/// True on 32-bit ARM: its NEON unit flushes subnormals to 0, but its scalar unit does not.
+/// True on 32-bit ARM, where vector operations flush subnormals to 0 but scalar operations do not.
 #if defined(__ARM_NEON) && !defined(__aarch64__)
 constexpr bool lanesFlushSubnormals = true;
 #else
 constexpr bool lanesFlushSubnormals = false;
 #endif
 
-/// Returns true if the bits are equal or both numbers are NaN. The bits of a NaN depend on the order of the operands.
+/// Returns true if the bits are equal or both numbers are NaN. Two NaNs count as equal, because their bits depend on
+/// the order of the operands.
 inline bool isSame(float a, float b) {
     constexpr float smallest = std::numeric_limits<float>::min();
     return bitsOf(a) == bitsOf(b) || (std::isnan(a) && std::isnan(b)) ||

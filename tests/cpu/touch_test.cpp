@@ -8,7 +8,7 @@
 namespace velmora::test {
 namespace {
 
-// A host could reach these counts only after more than a year of frames, so the test sets them directly.
+// This test sets the counters directly, because a host would need more than a year of frames to reach these values.
 TEST(Touch, IdleFramesCountToTheEndOfAnInt) {
     EffectState state;
     TouchVariables touch;
@@ -20,7 +20,8 @@ TEST(Touch, IdleFramesCountToTheEndOfAnInt) {
     EXPECT_EQ(state.inkDissipation, idleInkDissipation);
 }
 
-// A host cannot see the difference, because presses of 12 and of 20 frames end in the same way.
+// This test reads the state, because a host cannot see a difference: presses of 12 and of 20 frames end in the same
+// way.
 TEST(Touch, AnUpEndsALongDrag) {
     const std::pair<int, int> cases[] = {{11, 11}, {12, 20}, {13, 20}};
     for (const auto& [before, after] : cases) {

@@ -10,7 +10,7 @@
 #include "hostkit/instruments/checked_jni.h"
 #include "hostkit/native.h"
 
-// Tests of the water's native methods: which arrays they pin, where each argument goes, and what they return.
+// Tests the native methods of the water: which arrays they pin, what each argument means, and what they return.
 
 namespace hostkit {
 namespace {
@@ -58,7 +58,7 @@ TEST_P(WaterMethods, InitWatersPassesOnEachArgument) {
 }
 
 TEST_P(WaterMethods, RipplePassesOnEachArgument) {
-    // The touch is at cell (4, 3.5). The cells half a row above and below gain (3 - 0.5) * 4 = 10.
+    // The touch is at cell (4, 3.5), so the cells half a row above and below it gain (3 - 0.5) * 4 = 10.
     ripple(4.0f);
     EXPECT_EQ(heightAt(4, 3), 10.0f);
     EXPECT_EQ(heightAt(4, 4), 10.0f);
@@ -68,7 +68,8 @@ TEST_P(WaterMethods, MovePassesOnEachArgument) {
     JniEnvironment::elements(height)[3 * columns + 5] = 16.0f;
     JniEnvironment::elements(velocity)[3 * columns + 5] = 8.0f;
     EXPECT_EQ(move(true), JNI_FALSE);
-    // The cells to the left and above gain velocity. The cells to the right and below are outside the rectangle.
+    // The cells to the left of and above the raised cell gain velocity. The cells to the right and below do not,
+    // because they are outside the rectangle.
     const auto speeds = JniEnvironment::elements(velocity);
     EXPECT_EQ(speeds[3 * columns + 5], -4.0f);
     EXPECT_EQ(speeds[3 * columns + 4], 2.0f);

@@ -29,8 +29,8 @@ bool plainStep(const WaterGrids& grids, const WaterRectangle& rectangle,
     return reference::stepHeightField(grids, rectangle, waves);
 }
 
-/// Steps random water in guarded memory and compares it with the plain code. Also compares the border of `frame` cells,
-/// which must not change.
+/// Runs water steps on random water in guarded memory, and compares all cells with the plain code. The comparison
+/// includes the border of `frame` cells, which must not change.
 void compareSteps(Shape shape, Fill fill, const WaveSettings& settings, int steps) {
     SCOPED_TRACE(testing::Message() << shape.width << " x " << shape.height);
     const int rowLength = shape.width + 2 * shape.frame;
@@ -97,7 +97,7 @@ TEST(HeightField, CalmBandIncludesItsLimitsAndEveryCellCounts) {
 
 // ---- Mesh
 
-/// Writes `vertices` vertices and all quads, and compares them with the plain code.
+/// Makes a mesh of `vertices` vertices and all its quads, and compares it with the plain code.
 void checkMesh(const MeshShape& mesh, int vertices, Against against) {
     SCOPED_TRACE(testing::Message() << vertices << " of " << mesh.columns << " x " << mesh.rows);
     const int quads = std::max(mesh.columns - 1, 0) * std::max(mesh.rows - 1, 0);
@@ -144,7 +144,7 @@ TEST(Ripple, EveryTouchAddsTheSameConeAsThePlainCode) {
     const auto below = [&](int limit) {
         return static_cast<int>(random() % static_cast<unsigned>(limit));
     };
-    // Includes touches up to six cells outside the grid. All touches are multiples of a quarter cell.
+    // Touches are up to six cells outside the grid. Their coordinates are multiples of a quarter of a cell.
     const auto coordinate = [&](int count) {
         return static_cast<float>(below((count + 12) * 4) - (count + 12) * 2) / 4.0f;
     };

@@ -11,8 +11,8 @@
 
 #include "tests/host/test_host.h"
 
-// Tests of the GL state that a host can observe: textures and targets of each draw, objects that a set-up creates, and
-// bindings after a frame.
+// Tests the GL state that a host can observe: the textures and the target of each draw call, the objects that a set-up
+// creates, and the bindings after a frame.
 
 namespace gltest {
 namespace {
@@ -50,7 +50,8 @@ std::string viewport() {
            "x" + std::to_string(box[3]);
 }
 
-/// Returns the textures and the target of the next draw: "PROGRAM: TEXTURES -> FRAMEBUFFER, X Y WIDTHxHEIGHT".
+/// Describes the textures and the target of the next draw call, as "PROGRAM: TEXTURES -> FRAMEBUFFER, X Y
+/// WIDTHxHEIGHT".
 std::string drawState() {
     std::string textures;
     for (GLenum unit = GL_TEXTURE0; unit <= GL_TEXTURE3; ++unit) {
@@ -60,7 +61,7 @@ std::string drawState() {
            labelOf(GlKind::framebuffer, integer(GL_FRAMEBUFFER_BINDING)) + ", " + viewport();
 }
 
-/// Expects that no texture, framebuffer or attribute is bound, as each pass must leave the state.
+/// Expects that no texture, framebuffer or vertex attribute is bound. Each pass must leave this state.
 void expectNothingBound() {
     for (GLenum unit = GL_TEXTURE0; unit <= GL_TEXTURE3; ++unit) {
         EXPECT_EQ(textureOn(unit), 0);
@@ -74,7 +75,8 @@ void expectNothingBound() {
     }
 }
 
-/// Returns the uploads and draws of a frame in order. Also checks the GL state between the passes and after the frame.
+/// Returns the uploads and draw calls of a frame in their order. Also checks the GL state between the passes and after
+/// the frame.
 std::vector<std::string> stepsOfFrame(TestHost& host) {
     std::vector<std::string> steps;
     host.recorder.textureUpload = [&steps](int width, int height, auto) {
@@ -134,7 +136,7 @@ TEST(SetUp, CreatesItsObjectsAndLeavesTheScreenBound) {
     EXPECT_EQ(glGetError(), static_cast<GLenum>(GL_NO_ERROR));
 }
 
-// If the locations were not bound, each driver would choose its own.
+// The library must choose the locations of the attributes, because each driver would otherwise choose other locations.
 TEST(SetUp, BindsTheAttributesOfTheQuadBeforeItLinks) {
     TestHost host(screenWidth, screenHeight);
     host.setting();
@@ -201,7 +203,7 @@ TEST(InkFrame, IfThereIsNoStrokeAdvectsAndDrawsTheWater) {
               withFluidSteps({"water: second reflection inkA 0 -> 0, 0 0 540x960"}));
 }
 
-// Checks the uniforms that the tests of images and gestures do not check.
+// Checks those uniforms that the tests of images and of gestures do not check.
 TEST(InkFrame, PassesScreenTimeAndStrokeToTheShaders) {
     TestHost host(screenWidth, screenHeight);
     host.setUp();
@@ -270,7 +272,8 @@ TEST(HostArrays, IfOneCannotBePinnedNothingIsDrawn) {
         host.jni.clearCalls();
         EXPECT_EQ(host.recordedFrame().find("glDraw"), std::string::npos);
         EXPECT_EQ(viewport(), "0 0 540x960");
-        // If pinning fails, an exception is pending: the library must release the pinned arrays and pin no other array.
+        // If pinning an array fails, a Java exception is pending. The library must then release the arrays that are
+        // pinned and pin no other array.
         EXPECT_EQ(host.jni.calls().size(), 2 * pinnedBefore++ + 1);
     }
     EXPECT_EQ(host.jni.pinned(), 0);

@@ -13,7 +13,7 @@
 
 #include "image.h"
 
-// Compares the ink targets after each pass with a model of the pass in double precision.
+// Compares the ink target after each pass with a model of the pass in double precision.
 
 namespace gltest {
 namespace {
@@ -25,14 +25,15 @@ double wave(double turns) {
     return std::sin(2 * std::numbers::pi * turns);
 }
 
-/// Returns ink that changes little within half a texel. All densities are at least 5 away from both limits.
+/// Returns ink whose density changes little within half a texel. All densities are at least 5 away from both limits.
 Image smoothInk() {
     return valueImage(inkWidth, inkHeight, [](Point p) {
         return 60 + 50 * wave(1.3 * p.x + 0.1) * wave(0.9 * p.y + 0.2);
     });
 }
 
-/// Returns velocities of all speeds and directions that the texture format can hold. If `strength` is 0, all are 0.
+/// Returns velocities of all directions and of all speeds that the texture format can store. If `strength` is 0, all
+/// velocities are 0.
 Image velocities(int strength) {
     return valueImage(
         45, 80, [=](Point p) { return 127 + 120 * strength * wave(0.8 * p.x + 0.6 * p.y); },
@@ -49,7 +50,8 @@ Point uniform(const char* name) {
     return {static_cast<double>(values[0]), static_cast<double>(values[1])};
 }
 
-/// Model of a shader: returns the value of a texel from its texture coordinate and its position on the screen.
+/// Model of a shader: a function that returns the value of a texel. Its arguments are the texture coordinate of the
+/// texel and the position of the texel on the screen.
 using Shader = std::function<double(Point at, Point p)>;
 
 Shader advection(const Image& source, const Image& velocity) {
@@ -81,8 +83,9 @@ Shader impulse(const Image& source) {
     };
 }
 
-/// Compares every third texel, in x and y, of the bound target with the model. The position on the screen may be wrong
-/// by a quarter of a pixel. So the texel must be within `tolerance` of the range of the model's values around it.
+/// Compares the bound target with the model at every third texel in x and y. A shader may compute the position on the
+/// screen with an error of a quarter of a pixel. The model therefore gives a range of values around the position, and
+/// the texel must be within `tolerance` of this range.
 void expectPass(const Shader& shader, double tolerance) {
     Image result{inkWidth, inkHeight, Bytes(std::size_t{inkWidth} * inkHeight * 4)};
     glReadPixels(0, 0, inkWidth, inkHeight, GL_RGBA, GL_UNSIGNED_BYTE, result.rgba.data());
@@ -120,8 +123,8 @@ struct InkShaders : testing::Test {
             host.draw();
         }
     }
-    /// Draws a frame with smooth ink and with velocities that are smooth or, if `isStill` is true, zero. Compares each
-    /// pass with the model of its shader.
+    /// Draws a frame with smooth ink and compares each pass with the model of its shader. The velocities are zero if
+    /// `isStill` is true, else smooth.
     void expectPasses(bool isStill) {
         const Image ink = smoothInk(), velocity = velocities(isStill ? 0 : 1);
         Shader shader;
@@ -136,7 +139,7 @@ struct InkShaders : testing::Test {
                 shader = advects ? advection(ink, velocity) : impulse(ink);
             } else if (shader && function == "glDisableVertexAttribArray") {
                 SCOPED_TRACE("pass " + std::to_string(pass++));
-                // The tolerance is two steps of 1/255, the accuracy that 32-bit arithmetic and filtering reach.
+                // The tolerance is two steps of 1/255. Arithmetic and filtering with 32 bits reach this accuracy.
                 expectPass(shader, 0.008);
                 shader = nullptr;
             }
@@ -194,7 +197,8 @@ TEST_F(InkShaders, OnlyTouchesMoreThanTheMarginFromEveryEdgeDeposit) {
                                        {270, bottom - inside}}) {
                 SCOPED_TRACE(std::string(c.name) + " ending at " + std::to_string(x) + ", " +
                              std::to_string(y));
-                // A mode's margin applies from the second frame on, because a frame uses the mode of the frame before.
+                // Each kind of stroke has a margin. The margin counts from the second frame on, because a frame uses
+                // the kind of the frame before.
                 play(c.events, 2, x, y);
                 host.arguments.inkGreen = inside ? 0.5f : 0.0f;
                 auto uniforms = host.uniformsOfFrame();

@@ -11,7 +11,7 @@
 
 #include "tests/host/test_host.h"
 
-// Tests of the sizes and textures that the library keeps between calls.
+// Tests the sizes and textures that the library keeps from one call to the next.
 
 namespace gltest {
 namespace {
@@ -45,7 +45,7 @@ TEST(Settings, GiveTargetsOfTheRightSizeForAnyScreen) {
                  {11, 960, "0, 80", "512, 1024"},
                  {960, 11, "80, 0", "1024, 512"},
                  {49163, 12, "4096, 1", "1024, 512"},
-                 // These sizes exceed the limits of a grid, so there is no target.
+                 // These sizes exceed the limits of a grid, so there is no velocity target.
                  {49164, 12, nullptr, "1024, 512"},
                  {-12, 960, nullptr, "512, 1024"},
                  {960, -12, nullptr, "1024, 512"},
@@ -85,7 +85,8 @@ TEST(Shaders, EachFragmentShaderBeginsWithItsPrecision) {
 
 struct Textures : testing::Test {
     Textures() { host.setUp(false); }
-    /// Loads a bitmap and returns the result. Records the GL calls and expects that the library unlocks the pixels.
+    /// Loads a bitmap and returns the result of LoadTextures. Records the GL calls, and expects that the library
+    /// unlocks the pixels.
     jint load(StandInBitmap loaded, int index) {
         jint result = 0;
         host.recorder.record([&] { result = host.load(loaded, index); });
@@ -121,7 +122,8 @@ TEST_F(Textures, ThePaddingOfRowsIsNotUploaded) {
     for (int row = 0; row < 3; ++row) {
         tight.insert(tight.end(), pixels.begin() + row * 24, pixels.begin() + row * 24 + 20);
     }
-    // The last row of a bitmap may lack its padding, so the memory in this test ends with the last pixel.
+    // The last row of a bitmap may lack the padding of the other rows. In this test, the memory ends with the last
+    // pixel, so that a sanitizer finds a read beyond it.
     pixels.resize(2 * 24 + 20);
     pixels.shrink_to_fit();
     bitmap.pixels = pixels.data();

@@ -9,7 +9,8 @@
 
 #include "tests/host/test_host.h"
 
-// Tests of the strokes and settings in each frame of a gesture. They read the uniforms of the ink passes.
+// Tests the stroke and the settings in each frame of a gesture. The tests read these from the uniforms of the ink
+// passes.
 
 namespace gltest {
 namespace {
@@ -33,8 +34,8 @@ struct Stroke {
 };
 constexpr Stroke slow = {0, "48", "100"}, medium = {1, "25", "150"}, fast = {2, "30", "40"};
 
-/// Plays a gesture on a freshly loaded library: events and, between them, frames with the expected strokes and
-/// settings. A failure prints the source line on which the gesture starts.
+/// A gesture on a freshly loaded library. Its functions send events or draw frames, and compare the strokes and
+/// settings of each frame with the expected ones. A failure prints the source line on which the gesture starts.
 class Gesture {
 public:
     explicit Gesture(int line = __builtin_LINE()) : trace(__FILE__, line, "gesture") {
@@ -45,7 +46,7 @@ public:
     Gesture(const Gesture&) = delete;
     Gesture& operator=(const Gesture&) = delete;
 
-    // Functions that send an event, and one that sets the pressure of later events.
+    // The next five functions send a touch event. `withPressure` sets the pressure of later events.
     Gesture& down(Point at) { return event(at, Down); }
     Gesture& up(Point at) { return event(at, Up); }
     Gesture& move(Point at) { return event(at, Move); }
@@ -63,7 +64,8 @@ public:
         return *this;
     }
 
-    /// Draws the frames in which the press counter goes from `first` to `last`. `delta` is the last movement.
+    /// Draws the frames in which the press counter counts from `first` to `last`. `delta` is the movement at the last
+    /// event.
     Gesture& tapFrames(int first, int last, Point at, Point delta = {}) {
         for (int n = first; n <= last; ++n) {
             stroke = n < 10 ? "-1 " + std::to_string(8 * n) + " 200 " +
@@ -73,7 +75,7 @@ public:
         }
         return *this;
     }
-    /// Sends a down event and draws the frames in which the press counter goes from 0 to `last`.
+    /// Sends a down event and draws the frames in which the press counter counts from 0 to `last`.
     Gesture& tap(Point at, int last = 12) { return down(at).tapFrames(0, last, at); }
     Gesture& strokeFrame(const Stroke& expected, Point from, Point to) {
         stroke = std::to_string(expected.mode) + " " + expected.radius + " " + expected.density +
@@ -81,7 +83,8 @@ public:
         return frames(1, expected.mode, 0.99f);
     }
     Gesture& sameFrames(int count) { return frames(count, drag, dissipation); }
-    /// These two functions draw frames that have no stroke: the first before the ink fades, the second while it fades.
+    /// These two functions draw frames without a stroke: `restFrames` before the ink fades, `fadeFrames` while it
+    /// fades.
     Gesture& restFrames(int count) {
         stroke.clear();
         return frames(count, drag, dissipation);
@@ -98,7 +101,8 @@ private:
         isShown = action != Cancel;
         return *this;
     }
-    /// Draws a frame and expects that it advects with the settings that the previous frame left. Returns its uniforms.
+    /// Draws a frame and expects that its advection uses the settings from the previous frame. Returns the frame's
+    /// uniforms.
     std::map<std::string, std::string> advectedFrame() {
         auto uniforms = host.uniformsOfFrame();
         EXPECT_EQ(uniforms["advect.center"], glPoint(touch));
@@ -107,7 +111,7 @@ private:
         EXPECT_EQ(std::stof(uniforms["advect.BackwardStepSize"]), step);
         return uniforms;
     }
-    /// Draws `count` frames and expects that each leaves these settings for the next frame.
+    /// Draws `count` frames. Expects that each frame leaves these settings for the next frame.
     Gesture& frames(int count, int dragLeft, float dissipationLeft, float stepLeft = 1) {
         for (; count > 0; --count) {
             auto uniforms = advectedFrame();
@@ -131,7 +135,7 @@ private:
     float pressure = 1;
     bool isShown = true;
     std::string stroke;
-    // Settings that the previous frame left for the advection of the next frame.
+    // Settings from the previous frame, which the advection of the next frame uses.
     int drag = 0;
     float dissipation = 0.96f, step = 1;
 };

@@ -10,8 +10,8 @@
 #include "solver/velocity_packing.h"
 #include "tests/host/test_host.h"
 
-// Compares the velocities that each frame of a gesture uploads with solver steps that the test runs itself. Each step
-// gets the settings that the frame must have left.
+// Compares the velocities that each frame of a gesture uploads with the results of solver steps. The test runs these
+// steps itself, with the settings that each frame must have left.
 
 namespace gltest {
 namespace {
@@ -26,8 +26,8 @@ struct Touch {
     TouchCode action;
 };
 
-/// Input and expected state of a frame: its touch events, the movement at the last event, and the settings for the next
-/// solver step.
+/// A frame of the gesture: its touch events, the movement at the last event, and the settings that the next solver step
+/// must use.
 struct GestureFrame {
     std::vector<Touch> events;
     int deltaX, deltaY;
@@ -57,7 +57,7 @@ const std::vector<GestureFrame> gesture = {
     {{}, 0, 0, -1, 40, 0.98f, 0, 56},
 };
 
-/// Returns the velocities that the library uploads in the frames of the gesture and in one more frame.
+/// Returns the velocities that the library uploads during the gesture and in one more frame.
 std::vector<Bytes> uploadsOfLibrary() {
     std::vector<Bytes> uploads;
     TestHost host(screenWidth, screenHeight);
@@ -89,7 +89,7 @@ void makeStill(velmora::EffectState& state) {
     velmora::reallocatePackedVelocity(state.packedVelocity, columns, rows);
 }
 
-/// Returns the expected uploads: first a flow at rest, then the result of each frame's step.
+/// Returns the expected uploads. The first is a flow at rest, then follows the result of each frame's step.
 std::vector<Bytes> uploadsOfSteps() {
     velmora::EffectState state;
     makeStill(state);
@@ -129,7 +129,7 @@ TEST(Velocity, OfAFrameIsUploadedOneFrameLater) {
     ASSERT_EQ(found.size(), expected.size());
     for (std::size_t frame = 0; frame < found.size(); ++frame) {
         EXPECT_TRUE(found[frame] == expected[frame]) << "frame " << frame;
-        // The test would prove nothing if the flow did not move.
+        // From frame 4 on, the flow must move; otherwise, the comparison would prove nothing.
         EXPECT_EQ(expected[frame] == expected[0], frame < 4) << "frame " << frame;
     }
     EXPECT_EQ(uploadsOfLibrary(), found) << "a repeated gesture must give the same velocities";

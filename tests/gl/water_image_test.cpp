@@ -15,7 +15,7 @@
 #include "image.h"
 #include "velmora/ink_light.h"
 
-// Compares the image on the screen with a model of the water's shaders in double precision.
+// Compares the image on the screen with a model of the water's shaders. The model computes in double precision.
 
 namespace gltest {
 namespace {
@@ -35,7 +35,7 @@ Vector normalized(Vector v) {
     return {v[0] / length, v[1] / length, v[2] / length};
 }
 
-/// Outputs of the vertex shader. The number is the index of the output's first component in a Vertex.
+/// Outputs of the vertex shader. Each number is the index of the output's first component in a Vertex.
 enum Varying : std::size_t { Reflection, Background = 2, Normal = 4, Half = 7, Height = 10 };
 using Vertex = std::array<double, 11>;
 
@@ -78,7 +78,7 @@ Vertex vertexStage(const TestHost& host, std::size_t index) {
     return v;
 }
 
-/// Returns the colour of a pixel before the ink darkens it.
+/// Returns the colour of a pixel without the ink, which darkens it.
 Vector light(const TestHost& host, const Vertex& at, double specularLimit) {
     const FrameArguments& a = host.arguments;
     static const Image reflectionMap{imageSize, imageSize, smoothImage(0)};
@@ -101,7 +101,8 @@ Vector light(const TestHost& host, const Vertex& at, double specularLimit) {
     return color;
 }
 
-/// Returns the vertex outputs at a point of clip space, interpolated within its triangle, or nothing outside the mesh.
+/// Returns the outputs of the vertex shader at a point of clip space, interpolated within the point's triangle. Returns
+/// nothing if the point is outside the mesh.
 std::optional<Vertex> interpolated(const TestHost& host, const std::vector<Vertex>& vertices,
                                    Point p) {
     const auto m = JniEnvironment::elements(host.matrix);
@@ -125,9 +126,10 @@ std::optional<Vertex> interpolated(const TestHost& host, const std::vector<Verte
     return at;
 }
 
-/// Draws a frame over a colour that no water has, and compares the image with the model. `ink` holds the densities that
-/// the shader reads; null means a frame that shows no ink. `color` is the ink colour that the host passes. The expected
-/// darkening comes from velmora/ink_light.h, so the test also compares that C++ formula with the shader.
+/// Draws a frame over a colour that water never has, and compares the image with the model.
+/// `ink` holds the densities that the shader reads. If it is null, the frame shows no ink. `color` is the ink colour
+/// that the host passes. The expected darkening comes from velmora/ink_light.h, so the test also compares that formula
+/// with the shader.
 void expectImage(TestHost& host, const Image* ink = nullptr, std::array<float, 3> color = {}) {
     glClearColor(0.9f, 0.1f, 0.9f, 1);
     glClear(GL_COLOR_BUFFER_BIT);
@@ -149,8 +151,8 @@ void expectImage(TestHost& host, const Image* ink = nullptr, std::array<float, 3
         const int x = pixel % screenWidth, y = pixel / screenWidth;
         const Point at = image.centre(x, y);
         const auto vertex = interpolated(host, vertices, 2 * at - Point{1, 1});
-        // Skip pixels at the border of two stripes: the rasteriser filters with 8 bits, so the density there is
-        // inaccurate.
+        // Skip pixels at the border between two stripes of ink. The rasteriser filters with 8 bits, which makes the
+        // density inaccurate there.
         if (!vertex ||
             (ink && ink->value(at - Point{0.005, 0}, 0) != ink->value(at + Point{0.005, 0}, 0))) {
             continue;
@@ -165,11 +167,11 @@ void expectImage(TestHost& host, const Image* ink = nullptr, std::array<float, 3
         }
         EXPECT_EQ(image.channel(x, y, 3), 1.0);
     }
-    // The largest difference measured is 3.7 of 255, because the rasteriser approximates pow.
+    // The largest measured difference is 3.7 of 255, because the rasteriser only approximates pow.
     EXPECT_LT(255 * worst, 5);
 }
 
-/// Gives each vertex its own random height, so that a wrong vertex changes the image.
+/// Gives each vertex a different random height, so that a wrong vertex changes the image.
 void makeWaves(const TestHost& host, float size) {
     std::minstd_rand random(3);
     for (float& height : JniEnvironment::elements(host.heights)) {
@@ -177,7 +179,7 @@ void makeWaves(const TestHost& host, float size) {
     }
 }
 
-// With these sizes and ratios, hundreds of pixels are on each side of every limit in the shaders.
+// The sizes and ratios of these tests put hundreds of pixels on each side of every limit in the shaders.
 
 TEST(WaterImage, WavesRefractAndShine) {
     TestHost host(screenWidth, screenHeight);
@@ -198,7 +200,7 @@ TEST(WaterImage, InkDarkensTheWaterByItsColour) {
     host.setUp();
     host.arguments.specularRatio = 30;
     makeWaves(host, 1);
-    // Vertical stripes: the lowest and highest density, and densities whose low byte changes the colour.
+    // Vertical stripes with the lowest and the highest density, and with densities whose low byte changes the colour.
     const Image ink = valueImage(512, 1024, [](Point at) {
         return std::array{
             0.0, 0.25, 0.5, 0.9, 10.6, 64.0, 100.7, 127.0}[static_cast<std::size_t>(at.x * 8)];

@@ -10,15 +10,15 @@
 
 namespace testhost {
 
-/// Returns true if an address, for example that of a caller, is in the library. Takes no lock and allocates no memory.
+/// Returns true if an address, for example a return address, is in the library. Takes no lock and allocates no memory.
 inline bool isInLibrary(void* address) {
     dl_find_object object{};
     return _dl_find_object(address, &object) == 0 &&
            std::strstr(object.dlfo_link_map->l_name, "libpeluxVelmora");
 }
 
-/// Opens the library at run time and closes it in the destructor, as a JVM does. The program does not link the library,
-/// so each test gets a freshly loaded one.
+/// Opens the library at run time and closes it in the destructor, as a JVM does. The test program does not link the
+/// library, so each test starts with a freshly loaded one.
 class LoadedLibrary {
 public:
     LoadedLibrary() : handle(dlopen(VELMORA_LIBRARY, RTLD_NOW | RTLD_LOCAL)) {

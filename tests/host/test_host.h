@@ -21,18 +21,18 @@ namespace testhost {
 
 using hostkit::JniEnvironment;
 
-/// RGBA bytes. The first row is the bottom one, as in GL.
+/// RGBA bytes of an image. The first row is the bottom row, as in GL.
 using Bytes = std::vector<std::uint8_t>;
 
-/// Mesh arguments of a frame: numbers of vertices, size in mesh units, column-major matrix.
+/// Arguments of a frame that describe the mesh: numbers of vertices, size in mesh units, column-major matrix.
 struct Mesh {
     int columns, rows, width, height;
     std::array<float, 16> matrix;
 };
 /// A mesh of four vertices that covers the screen.
 constexpr Mesh quadMesh = {2, 2, 2, 2, {1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1}};
-/// A mesh with a sheared, moved and asymmetric matrix, so that a transposed matrix would change the image. The depth
-/// stays in the clip range.
+/// A mesh whose matrix shears, moves and is not symmetric, so that a transposed matrix would change the image. The
+/// depth of all vertices is in the clip range.
 constexpr Mesh shearedMesh = {5,
                               4,
                               24,
@@ -41,10 +41,11 @@ constexpr Mesh shearedMesh = {5,
                                0.1f, 0, 0.05f, -0.04f, 0.1f, 1}};
 
 constexpr int imageSize = 32;
-/// Returns a smooth image, in which a small error of a texture coordinate causes only a small error of the colour.
+/// Returns a smooth image. In a smooth image, a small error of a texture coordinate causes only a small error of the
+/// colour.
 Bytes smoothImage(int phase);
 
-/// Arguments of a frame besides its arrays.
+/// Arguments of a frame that are not arrays.
 struct FrameArguments {
     int indexCount;
     float refractiveIndex = 1.5f, alpha = 0.5f, alphaRatio1Scale = 0.75f;
@@ -54,23 +55,24 @@ struct FrameArguments {
 };
 
 /// A host for a freshly loaded library. Its parts are public, so that tests can change them. The constructor creates a
-/// GL context and a flat mesh, and makes no native call.
+/// GL context and a flat mesh, but makes no native call.
 struct TestHost {
     TestHost(int screenWidth, int screenHeight, const Mesh& chosenMesh = shearedMesh);
     ~TestHost();
     TestHost(const TestHost&) = delete;
     TestHost& operator=(const TestHost&) = delete;
 
-    /// Makes the set-up calls of a host on a new context: settings, buffers, resources, images.
+    /// Makes the set-up calls of a host on a new context: settings, buffers, GPU resources, images.
     void setUp(bool ink = true);
 
     void newContext();
     void setting(bool ink = true);
     void setting(int screenWidth, int screenHeight, bool ink);
-    /// These two functions return the recorded GL calls. In the text, new objects have labels.
+    /// These two functions make a native call and return the recorded GL calls. In the returned text, new GL objects
+    /// have labels.
     std::string initBuffers();
     std::string initGpu();
-    /// Loads a square image into a texture slot.
+    /// Loads a square image into a texture slot of the library.
     jint load(const Bytes& rgba, int index);
     jint load(StandInBitmap& bitmap, int index);
 
@@ -80,10 +82,11 @@ struct TestHost {
     void draw(int frames = 1);
     /// Draws a frame and returns its GL calls.
     std::string recordedFrame();
-    /// Draws a frame and returns the last value of each uniform. The keys are PROGRAM.NAME.
+    /// Draws a frame and returns the last value of each uniform. The keys are PROGRAM.NAME, for example
+    /// water.intensity.
     std::map<std::string, std::string> uniformsOfFrame();
 
-    /// Limits rasterisation to the lower left `side` x `side` pixels of each target, which makes frames fast.
+    /// Limits drawing to the lower left `side` x `side` pixels of each target, which makes frames fast.
     void rasterise(int side);
 
     const fuzz::NativeMethods& native() const { return loaded.methods; }
@@ -91,7 +94,7 @@ struct TestHost {
     int width, height;
     bool inkEnabled = false;
     Mesh mesh;
-    /// Images that setUp loads, by texture slot. An empty image is not loaded.
+    /// Images that setUp loads. The index is the texture slot. An empty image is not loaded.
     std::array<Bytes, 3> images = {smoothImage(0), smoothImage(5), smoothImage(10)};
     FrameArguments arguments{6 * (mesh.columns - 1) * (mesh.rows - 1)};
     LoadedLibrary loaded;
@@ -104,7 +107,7 @@ struct TestHost {
     jshortArray indices;
 };
 
-/// Overwrites the texture that is bound on a unit. Call it in a GL hook before a draw.
+/// Overwrites the texture that is bound on a texture unit. Call this function in a GL hook before a draw call.
 void overwrite(unsigned unit, int width, int height, const Bytes& rgba);
 
 }  // namespace testhost

@@ -21,7 +21,7 @@ int channel(const Pixels& pixels, int width, int x, int y, int part) {
 }
 
 EffectHostOptions smallHost(int width, int height, bool ink) {
-    // The background is smooth, so that a small shift changes each pixel only a little.
+    // The background is a smooth gradient, so that a small shift changes each pixel only a little.
     const Image ramps{2, 2, {0, 0, 0, 255, 255, 0, 0, 255, 0, 255, 0, 255, 255, 255, 0, 255}};
     return {.width = width, .height = height, .inkEnabled = ink, .background = ramps};
 }
@@ -31,7 +31,8 @@ TEST(EffectHost, FlatWaterShowsTheWholeBackgroundUpright) {
         EffectHost host(smallHost(width, height, false));
         host.frame();
         const Pixels pixels = host.pixels();
-        // Red increases to the right and green downwards. Both rise from 0 to 255 over the middle half of the image.
+        // Red increases to the right and green increases downwards. Both rise from 0 to 255 in the middle half of the
+        // image.
         for (int step = 0; step <= 10; ++step) {
             const double along = step / 10.0;
             const double expected = 255.0 * std::clamp(2.0 * along - 0.5, 0.0, 1.0);

@@ -22,7 +22,7 @@ struct Screen {
     int width, height;
 };
 
-/// Returns the position of a mesh vertex, from the left and from the top, as fractions of the screen. In the mesh, the
+/// Returns the position of a mesh vertex as fractions of the screen, from the left and from the top. In the mesh, the
 /// origin is the centre of the screen and y is up.
 std::pair<double, double> screenPosition(const WaterDriver& water, std::size_t firstFloat) {
     const auto positions = JniEnvironment::elements(water.positions);
@@ -110,8 +110,8 @@ TEST(WaterDriver, ACoarserMeshShowsTheSameSurface) {
             const auto [right, down] = screenPosition(water, vertex);
             const double height = 2 * right * 90 + 3 * down * 160;
             const bool inside = std::abs(right - 0.5) < 0.45 && std::abs(down - 0.5) < 0.45;
-            // A vertex has the height of the nearest cell, at most half a cell away along each axis. On the edges it
-            // repeats the last cell, a cell away.
+            // A vertex has the height of the nearest cell, whose centre is at most half a cell away along each axis. A
+            // vertex on an edge has the height of the last cell, which may be a whole cell away.
             EXPECT_NEAR(heights[vertex], height, inside ? 2.51 : 5.01);
             if (inside) {
                 EXPECT_NEAR(heights[vertex + 1] - heights[vertex], 2.0f, 1e-3f);

@@ -28,14 +28,14 @@ import velmora.host.SettingsStore;
 import velmora.host.TouchTranslator;
 
 /**
- * Plays the events that a host receives on a device, and prints digests of the screen. Arguments:
- * the name of the case and a gesture script.
+ * Plays the events that a host receives on a device, and prints digests of the screen. The
+ * arguments are the name of the case and a gesture script.
  */
 final class LifecycleCases {
     private static final int WIDTH = 180;
     private static final int HEIGHT = 320;
 
-    /** More frames than any case needs until the screen is idle. */
+    /** Limit for the number of frames until the screen is idle. Each case needs fewer frames. */
     private static final int MAX_FRAMES = 2000;
 
     private final NativeForVelmora velmora = new NativeForVelmora();
@@ -93,7 +93,7 @@ final class LifecycleCases {
         }
     }
 
-    /** A scene with an off-screen surface, in the role of a window on a device. */
+    /** A scene with an off-screen surface, which replaces the window of a device. */
     private final class Window implements EffectStage.Screen {
         final EffectScene scene = new EffectScene(velmora, new Photos());
         final GestureScript.Target target = new SceneTarget(scene) {
@@ -114,8 +114,8 @@ final class LifecycleCases {
         private boolean losesFrame;
 
         /**
-         * Acts as Android's surfaceChanged: makes a new surface of the current context and resizes
-         * the scene.
+         * Does what a host does in Android's surfaceChanged: creates a new surface of the current
+         * context and resizes the scene.
          */
         void changeSurface(int newWidth, int newHeight) {
             width = newWidth;
@@ -129,7 +129,10 @@ final class LifecycleCases {
             return this;
         }
 
-        /** Plays `count` frames of the stroke, starting at frame `from`, on a 60 Hz display. */
+        /**
+         * Plays `count` frames of the stroke on a 60 Hz display, starting at frame `from` of the
+         * script.
+         */
         void play(int from, int count) {
             GestureScript stroke = GestureScript.parse(script, "stroke", width, height);
             for (int frame = from; frame < from + count; ++frame) {
@@ -195,8 +198,8 @@ final class LifecycleCases {
     }
 
     /**
-     * Pauses and resumes with a kept and a lost context, rotates, and changes the photo during a
-     * pause.
+     * Pauses and resumes with the old context and with a lost context. Also rotates the screen, and
+     * changes the photo during a pause.
      */
     private void surfaces() {
         HostKit.createContext(1, 1);
@@ -227,7 +230,7 @@ final class LifecycleCases {
         System.out.println("photos made " + photosMade);
     }
 
-    /** Shows the home screen, a preview in front of it, and the home screen again. */
+    /** Shows the home screen, then a preview in front of it, then the home screen again. */
     private void engines() {
         Window home = newWindow(WIDTH, HEIGHT).show();
         home.play(0, 8);
@@ -244,16 +247,17 @@ final class LifecycleCases {
         other.activate();
         home.scene.wake();
         System.out.println(
-            "drawn while another is active " + stage.frame(time += FramePacer.FRAME_TIME));
+            "drawn while another renderer is active " + stage.frame(time += FramePacer.FRAME_TIME));
         HostKit.useSurface(preview.surface);
         other.drawFrame(preview.scene, time);
         renderer.activate();
         home.play(20, 1);
-        home.print("drawn after it is activated again");
+        home.print("drawn after the renderer is active again");
     }
 
     /**
-     * Puts down a second finger, lifts the first, then moves and lifts the second. Taps afterwards.
+     * Puts down a second finger, lifts the first finger, then moves and lifts the second finger.
+     * Then taps.
      */
     private void fingers() {
         int[][] events = {{0, 0, 0, 40, 90}, {2, 0, 0, 60, 110}, {2, 0, 0, 90, 120},
@@ -287,8 +291,8 @@ final class LifecycleCases {
     }
 
     /**
-     * Plays the stroke on a 120 Hz display with 120 touches per second. Counts the frames on other
-     * displays.
+     * Plays the stroke on a 120 Hz display, which reports 120 touches per second. Also counts the
+     * frames that are drawn on displays of other rates.
      */
     private void rates() {
         Window window = newWindow(WIDTH, HEIGHT).show();
@@ -311,8 +315,8 @@ final class LifecycleCases {
     }
 
     /**
-     * Adds a move to the middle of each way, as a display with twice the frame rate would report
-     * it.
+     * Adds a move event halfway between two positions. A display with twice the frame rate would
+     * report such events.
      */
     private static final class Halfway extends SceneTarget {
         boolean isHalf;
@@ -338,7 +342,8 @@ final class LifecycleCases {
     }
 
     /**
-     * Checks that drawing stops after a touch, even if the screen is hidden before the up event.
+     * Checks that drawing stops some time after a touch, even if the screen is hidden before the up
+     * event.
      */
     private void idle() {
         Window window = newWindow(WIDTH / 2, HEIGHT / 2).show();
@@ -374,7 +379,7 @@ final class LifecycleCases {
         System.out.println("frames while nothing is shown " + frames);
     }
 
-    /** Loses the context, a frame or the active renderer of an idle screen. */
+    /** Makes an idle screen lose its context, a frame or the active renderer. */
     private void losses() {
         Window window = newWindow(WIDTH, HEIGHT).show();
         drawUntilIdle();
@@ -393,7 +398,9 @@ final class LifecycleCases {
         window.print("released, " + frames);
     }
 
-    /** Plays the stroke through a GesturePlayer while another renderer is active for two frames. */
+    /**
+     * Plays the stroke through a GesturePlayer. Another renderer is active for two of the frames.
+     */
     private void player() {
         Window window = newWindow(WIDTH, HEIGHT).show();
         EffectRenderer other = new EffectRenderer(velmora, ReflectionMap.makeBitmap());
@@ -420,7 +427,7 @@ final class LifecycleCases {
         }
     }
 
-    /** Changes the grid and the step rate while waves move. */
+    /** Changes the water grid and the step rate while waves move. */
     private void settings() {
         Window window = newWindow(WIDTH, HEIGHT).show();
         window.play(0, 8);
@@ -442,8 +449,8 @@ final class LifecycleCases {
     }
 
     /**
-     * Hides a screen with rain and shows it again. Draws {@code drawnAfter} nanoseconds later, and
-     * continues after another {@code pause} nanoseconds.
+     * Hides a screen with rain and shows it again. Draws a frame for the time {@code drawnAfter}
+     * nanoseconds later. Continues to play after {@code pause} nanoseconds.
      */
     private void rain(long drawnAfter, long pause) {
         Window window = newRain();
@@ -456,7 +463,10 @@ final class LifecycleCases {
         window.print("rain");
     }
 
-    /** Lets rain fall after the last touch and checks that the screen becomes idle. */
+    /**
+     * Draws rain until the screen is idle. The screen must become idle some time after the last
+     * touch.
+     */
     private void rainEnds() {
         Window window = newRain();
         for (int times = 0; times < 2; ++times) {
@@ -467,27 +477,30 @@ final class LifecycleCases {
         }
     }
 
-    /** Stores settings and a photo, and reads them as another process does. */
+    /**
+     * Saves settings and a photo with one store, and reads them with another store, as a second
+     * process would.
+     */
     private static void store(File folder) throws IOException {
         SettingsStore app = new SettingsStore(folder);
         SettingsStore wallpaper = new SettingsStore(folder);
-        System.out.println(wallpaper.photo() + " " + wallpaper.presetName().isEmpty() + " "
-            + wallpaper.settings().equals(new Settings()));
+        System.out.println("photo " + wallpaper.photo() + ", preset '" + wallpaper.presetName()
+            + "', default settings " + wallpaper.settings().equals(new Settings()));
         Settings settings = new Settings();
         settings.set(Setting.RAIN, 3.5f);
         settings.setInk(0.1f, 0.2f, 0.3f);
         File first = savePhoto(app, 1);
         app.savePreset("my rain", settings);
         savePhoto(app, 2);
-        System.out.println(wallpaper.photo().length() + " " + first.exists() + " "
-            + wallpaper.presetName() + " " + wallpaper.settings().equals(settings) + " "
-            + folder.list().length);
+        System.out.println("photo of " + wallpaper.photo().length() + " bytes, old photo exists "
+            + first.exists() + ", preset '" + wallpaper.presetName() + "', saved settings "
+            + wallpaper.settings().equals(settings) + ", files " + folder.list().length);
         saveAtOnce(app, wallpaper);
         System.out.println("files " + folder.list().length);
         saveInVain(() -> app.savePhoto(new ByteArrayInputStream(new byte[3]), file -> false));
         Path file = folder.toPath().resolve("settings.json");
         Files.writeString(file, "{\"settings\": \"{ 7");
-        System.out.println(wallpaper.settings().equals(new Settings()));
+        System.out.println("default settings " + wallpaper.settings().equals(new Settings()));
         Files.delete(file);
         Files.createDirectories(file.resolve("blocks"));
         saveInVain(() -> app.savePreset("lost", settings));
@@ -499,7 +512,10 @@ final class LifecycleCases {
         return store.savePhoto(new ByteArrayInputStream(new byte[size]), file -> true);
     }
 
-    /** Saves photos and presets on two threads at the same time. No choice may be lost. */
+    /**
+     * Saves photos and presets on two threads at the same time. Each saved photo and preset must be
+     * kept.
+     */
     private static void saveAtOnce(SettingsStore store, SettingsStore other) throws IOException {
         Thread photos = new Thread(() -> {
             try {
@@ -535,9 +551,7 @@ final class LifecycleCases {
         }
     }
 
-    /**
-     * Compares presets. The arguments are pairs of a preset and the player's image after 24 frames.
-     */
+    /** Prints the name, minimum, maximum and default of each setting. */
     private static void table() {
         for (Setting setting : Setting.values()) {
             System.out.println(setting.member + " " + (double) setting.min + " "
@@ -545,6 +559,10 @@ final class LifecycleCases {
         }
     }
 
+    /**
+     * Compares frames of presets with frames of the player. The arguments are pairs of two files: a
+     * preset, and the player's image after 24 frames with this preset.
+     */
     private void presets(String[] arguments) throws IOException {
         for (int at = 2; at < arguments.length; at += 2) {
             Settings settings = Preset.parse(Files.readString(Path.of(arguments[at])), "preset");

@@ -3,8 +3,8 @@ package javahost;
 import java.nio.file.Path;
 
 /**
- * For each image, prints the colours of its four quarters on a screen of 64 x 96 pixels, in reading
- * order.
+ * Shows each image on a screen of 64 x 96 pixels, and prints the colours of the screen's four
+ * quarters in reading order.
  */
 final class PhotographCases {
     private PhotographCases() {}

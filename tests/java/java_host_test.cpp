@@ -1,4 +1,5 @@
-// Tests the host on a JVM as a user runs it: it draws the frames of the C++ host and reports errors clearly.
+// Tests the Java host on a JVM as a user runs it. It must draw the same frames as the C++ host and report errors
+// clearly.
 
 #include <gdk-pixbuf/gdk-pixbuf.h>
 #include <gtest/gtest.h>
@@ -30,7 +31,7 @@ fs::path emptyFolder(const std::string& name) {
     return folder;
 }
 
-/// Returns the RGBA bytes of an image file, or nothing if the file cannot be read.
+/// Returns the RGBA bytes of an image file. Returns an empty array if the file cannot be read.
 std::vector<std::uint8_t> pixelsOf(const fs::path& png) {
     GdkPixbuf* const picture = gdk_pixbuf_new_from_file(png.c_str(), nullptr);
     if (picture == nullptr) {
@@ -46,7 +47,7 @@ std::vector<std::uint8_t> pixelsOf(const fs::path& png) {
     return pixels;
 }
 
-// This is the only test that uses the library in this process, because the library's state outlives a test.
+// Only this test uses the library in this process, because the state of the library remains after a test.
 TEST(SamePictures, AreDrawnByTheHostOnAJvm) {
     const fs::path out = emptyFolder("everything");
     const Ended java =
@@ -60,7 +61,7 @@ TEST(SamePictures, AreDrawnByTheHostOnAJvm) {
             const auto pixels = host.pixels();
             const fs::path picture = out / ("frame-00" + std::to_string(frame + 1) + ".png");
             EXPECT_TRUE(pixelsOf(picture) == pixels) << picture;
-            EXPECT_TRUE(pixels != earlier) << picture << " equals the frame before";
+            EXPECT_TRUE(pixels != earlier) << picture << " must differ from the frame before";
             earlier = pixels;
         }
     }
@@ -72,7 +73,7 @@ TEST(SamePictures, AreDrawnByTheHostOnAJvm) {
     }
 }
 
-/// BitmapCases prints one line for each bitmap: the result of LoadTextures.
+/// BitmapCases prints one line for each bitmap, with the result of LoadTextures.
 TEST(JavaBitmap, IsAcceptedOrRejectedAsOnADevice) {
     const Ended java = runJava("-cp " HOST_JAR ":" TEST_JAR " javahost.BitmapCases");
     EXPECT_EQ(java.output,
@@ -84,7 +85,7 @@ TEST(JavaBitmap, IsAcceptedOrRejectedAsOnADevice) {
     EXPECT_EQ(java.exitCode, 0);
 }
 
-/// Returns a JPEG whose colour, 0xRRGGBB, is a function of the position, from 0 to 1 on each axis.
+/// Returns a JPEG image. `colorAt` returns the colour (0xRRGGBB) at a position, whose coordinates are from 0 to 1.
 template <class ColorAt>
 std::string jpeg(int width, int height, ColorAt colorAt) {
     GdkPixbuf* const picture = gdk_pixbuf_new(GDK_COLORSPACE_RGB, FALSE, 8, width, height);
@@ -107,8 +108,8 @@ std::string jpeg(int width, int height, ColorAt colorAt) {
     return result;
 }
 
-/// Returns a JPEG as a camera that is held in this orientation stores it. Upright, it is three times as wide as the
-/// screen and black, except for the middle third: its quarters are red, green, blue and white in reading order.
+/// Returns a JPEG as a camera in this orientation would store it. Turned upright, the photograph is three times as wide
+/// as the screen. The middle third has a red, a green, a blue and a white quarter, in reading order; the rest is black.
 std::string photograph(int orientation) {
     const bool isTurned = orientation > 4;
     const bool isRightLeft = orientation % 4 / 2 == 1;
@@ -125,7 +126,7 @@ std::string photograph(int orientation) {
     });
 }
 
-/// Returns an EXIF segment that holds only an orientation, with its numbers in either byte order.
+/// Returns an EXIF segment that contains only an orientation. Its numbers may be little-endian or big-endian.
 std::string exifSegment(char orientation, bool isLittleEndian) {
     std::string segment(
         "\xFF\xE1\0\x22"

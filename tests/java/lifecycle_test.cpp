@@ -1,5 +1,5 @@
-// Tests the Java host that Android and the JVM share. After the same events, it must draw the same frames as the C++
-// host.
+// Tests the Java host that Android and the JVM share. After the same events, this host must draw the same frames as the
+// C++ host.
 
 #include <gtest/gtest.h>
 #include <jni.h>
@@ -47,7 +47,7 @@ std::string digest(const EffectHost& host) {
     return hex(digest) + "\n";
 }
 
-/// Plays frames of the stroke. The stroke starts in frame 1 and ends in frame 13.
+/// Plays `count` frames of the stroke, from frame `from` on. The stroke starts in frame 1 and ends in frame 13.
 void play(EffectHost& host, int from, int count,
           std::chrono::nanoseconds elapsed = hostkit::displayedFrame) {
     static const auto stroke = hostkit::loadGestureScript(STROKE_GESTURE);
@@ -90,7 +90,7 @@ TEST(Lifecycle, OnlyTheScreenShownLastDraws) {
     home.clearInk();
     home.touch({TouchAction::up, 96, 150, 0.6f});  // hiding the home screen lifts its finger
     play(home, 0, 20);
-    expected += "home again " + digest(home) + "drawn while another is active false\n";
+    expected += "home again " + digest(home) + "drawn while another renderer is active false\n";
     EffectHost others({.width = 120, .height = 200});
     others.clearInk();
     others.frame();
@@ -99,7 +99,7 @@ TEST(Lifecycle, OnlyTheScreenShownLastDraws) {
     home.clearInk();
     home.frame({}, 2 * hostkit::displayedFrame);
     EXPECT_EQ(lifecycle("engines " STROKE_GESTURE),
-              expected + "drawn after it is activated again " + digest(home));
+              expected + "drawn after the renderer is active again " + digest(home));
 }
 
 TEST(Lifecycle, OnlyTheFirstFingerCounts) {
@@ -146,10 +146,11 @@ TEST(Lifecycle, DrawsSixtyFramesPerSecondOnAFasterDisplay) {
     EXPECT_EQ(lifecycle("rates " STROKE_GESTURE), expected);
 }
 
-/// Draws until the ink has been cleared and the water is idle. Returns the number of frames drawn. `frames` counts the
-/// frames so far, including one after the last touch.
+/// Draws until the ink has been cleared and the water is idle. `frames` is the number of frames drawn before, including
+/// one frame after the last touch. Returns the total number of frames.
 int drawUntilIdle(EffectHost& host, int frames) {
-    // The ink is cleared after 13 frames of tap, 35 before the fade and 68 of fade. One of these is already drawn.
+    // A tap takes 13 frames, the fade starts 35 frames later and takes 68 frames. One of these frames has already been
+    // drawn.
     const int clearFrame = frames - 1 + 13 + 35 + 68;
     for (; frames < clearFrame; ++frames) {
         host.frame();
@@ -204,7 +205,7 @@ TEST(Lifecycle, AGestureWaitsWhileAnotherRendererDraws) {
     EXPECT_EQ(lifecycle("player " STROKE_GESTURE), "played " + digest(host) + "false\n");
 }
 
-/// A C++ host with the same rain as the Java host: 40 drops per second.
+/// A C++ host with the same rain as in the Java host: 40 drops per second.
 class RainyHost {
 public:
     void frame(std::chrono::nanoseconds elapsed) {
@@ -247,7 +248,7 @@ TEST(Lifecycle, RainDoesNotCatchUpWithAPause) {
                          std::to_string(pause.count()));
     };
     EXPECT_EQ(rain(std::chrono::hours(1), std::chrono::hours(1)), "rain " + digest(rainy.host));
-    // A frame that is drawn ahead of the display's next frame must not turn the time back.
+    // A frame may be drawn ahead of the display's next frame. The time must not go back then.
     EXPECT_EQ(rain(3 * frame, frame * 0), rain(3 * frame, 2 * frame));
 }
 
@@ -272,8 +273,10 @@ TEST(Lifecycle, TheChosenSettingsSurviveTheProcess) {
     const fs::path folder = fs::current_path() / "java-store";
     fs::remove_all(folder);
     EXPECT_EQ(lifecycle("store " STROKE_GESTURE " " + folder.string()),
-              "null true true\n2 false my rain true 2\nfiles 2\nrefused\ntrue\nrefused\nrefused\n"
-              "files 2\n");
+              "photo null, preset '', default settings true\n"
+              "photo of 2 bytes, old photo exists false, preset 'my rain', saved settings true, "
+              "files 2\n"
+              "files 2\nrefused\ndefault settings true\nrefused\nrefused\nfiles 2\n");
     fs::remove_all(folder);
 }
 

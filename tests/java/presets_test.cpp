@@ -1,4 +1,4 @@
-// Tests that presets, parsed as on Android, draw the same frames as in the player.
+// Tests that presets, parsed by the code for Android, draw the same frames as in the player.
 
 #include <gdk-pixbuf/gdk-pixbuf.h>
 #include <gtest/gtest.h>
@@ -19,7 +19,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// Minimum, maximum and default of each setting, by name.
+/// Minimum, maximum and default of each setting. The keys are the names of the settings.
 using Table = std::map<std::string, std::vector<float>>;
 
 TEST(Settings, HaveTheSameRangesAndDefaultsInJava) {
@@ -55,7 +55,8 @@ TEST(Presets, DrawTheSameFramesAsInThePlayer) {
             pairs.append(" ").append(entry.path().string()).append(" ").append(still.string());
         }
     }
-    // One preset has rain, the other wide ripples. Both have fine meshes and more than 60 steps per second.
+    // The preset "storm" has rain, and "glass" has wide ripples. Both have fine meshes and more than 60 steps per
+    // second.
     for (const char* const name : {"storm", "glass"}) {
         std::string command = PLAYER " --headless --size 180x320 --script " STROKE_GESTURE " ";
         command.append(picture)

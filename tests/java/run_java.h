@@ -11,7 +11,7 @@ struct Ended {
     std::string output;
 };
 
-/// Runs a Java program of the build. The JVM checks each JNI call (-Xcheck:jni).
+/// Runs a Java program from the build folder. The JVM checks each JNI call (-Xcheck:jni).
 inline Ended runJava(const std::string& arguments) {
     const std::string command =
         "LD_LIBRARY_PATH=" LIBRARIES " " JAVA " -Xcheck:jni " + arguments + " 2>&1";

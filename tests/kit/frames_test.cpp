@@ -11,7 +11,7 @@
 
 namespace {
 
-/// A gesture with a tap and a fast drag.
+/// A gesture script with a tap and a fast drag.
 constexpr char gesture[] =
     "screen 120 180\n"
     "frames 20\n"
@@ -23,7 +23,7 @@ constexpr char gesture[] =
     "8 move 90 120 0.5\n"
     "9 up 90 120 0.5\n";
 
-/// Creates a scene and calls some of its functions. The caller destroys it.
+/// Creates a scene and calls some of its functions. The caller must destroy the scene.
 SceneMemory* useKit() {
     SceneMemory* scene = makeScene();
     for (const std::size_t slot : {std::size_t{1}, std::size_t{7}, orthographic, perspective}) {

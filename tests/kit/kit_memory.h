@@ -12,8 +12,8 @@
 
 #include "kit/oru.h"
 
-// The layout of the scene and the manager as a kit's binary knows it: offsets of fields, slots and createScene. This
-// file uses no class of the library, so that a moved field or slot makes the tests fail.
+// The memory layout of the scene and of the animation manager, as the binary of a kit knows it: offsets of fields and
+// numbers of slots. This file uses no class of the library. If a field or slot of the library moves, the tests fail.
 
 extern "C" void* createScene();
 

@@ -1,5 +1,5 @@
 // A small rendering kit for tests. Like the binary of a real kit, it accesses the scene, the manager and the animations
-// by offset and slot. It uses only createScene and the shared variables by name.
+// by offset and slot number. By name, it uses only createScene and the shared variables.
 
 #include <EGL/egl.h>
 #include <dlfcn.h>
@@ -126,7 +126,7 @@ TEST_F(Kit, ClockIsTheFloatDistanceToTheStartUnlessPaused) {
         EXPECT_EQ(oru::Timer::mCurrentCnt.tv_sec, current.tv_sec);
         EXPECT_EQ(oru::Timer::mCurrentCnt.tv_nsec, current.tv_nsec);
     }
-    // While the timer is paused, the clock does not move.
+    // While the timer is paused, mNow is the paused time, and mCurrentCnt keeps its value.
     oru::Timer::mIsPaused = 0x80;
     oru::Timer::mPausedTime = 42.25f;
     oru::Timer::mCurrentCnt = {3, 4};
@@ -207,7 +207,8 @@ TEST_F(Kit, SceneSeedsTheGeneratorAndRegistersItsContextOnce) {
     EXPECT_EQ(first->context, context);
     EXPECT_EQ(gTextureMap.size(), 2U);
     EXPECT_NE(first->contextTextures, scene->contextTextures);
-    *first->contextTextures = {{"d", 5}, {"b", 9}, {"a", 7}, {"c", 7}, {"e", 9}};
+    auto& textures = *first->contextTextures;
+    textures = {{"d", 5}, {"b", 9}, {"a", 7}, {"c", 7}, {"e", 9}};
     SceneMemory* second = makeScene();
     EXPECT_EQ(gTextureMap.size(), 2U);
     EXPECT_EQ(second->contextTextures, first->contextTextures);

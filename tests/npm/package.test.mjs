@@ -1,5 +1,5 @@
-// The npm package in a new project: installed from its archive, type-checked, bundled by three bundlers, and shown by
-// React in a browser. tools/test-npm makes the archive first.
+// Tests the npm package in a new project. The project installs the package from its archive and checks its types. Three
+// bundlers bundle the package, and React shows the element in a browser. tools/test-npm makes the archive first.
 
 import assert from "node:assert/strict";
 import { execFileSync } from "node:child_process";
@@ -18,7 +18,7 @@ const packages = fileURLToPath(new URL("../../build/packages", import.meta.url))
 const archive = join(packages, readdirSync(packages).filter((name) => /^velmora-.*\.tgz$/.test(name)).sort().at(-1));
 const tools = join(here, "node_modules/.bin");
 
-/** Runs a program in the new project. Returns its output, also if it fails. */
+/** Runs a program in the new project and returns its output. If the program fails, throws an error with the output. */
 function run(program, ...args) {
     try {
         return execFileSync(program, args, { cwd: project, encoding: "utf8", stdio: "pipe" });
@@ -30,7 +30,7 @@ function run(program, ...args) {
 const files = {
     "package.json": JSON.stringify({ name: "project", private: true, type: "module" }),
     "index.html": `<!doctype html><link rel="icon" href="data:"><div id="root"></div><script type="module" src="main.js"></script>`,
-    // React sets properties of custom elements, and attributes if there is no property.
+    // React sets a property of a custom element if the property exists, otherwise an attribute.
     "main.js": `
         import "velmora/element";
         import { createElement, useState } from "react";
@@ -87,14 +87,14 @@ test("types are checked, and Node imports the package", () => {
     assert.ok(Number(run("node", "-e", script)) >= 10);
 });
 
-/** Bundlers and their output. Each makes the folder NAME with index.html. */
+/** The bundlers. Each writes its output to a folder with its own name. vite also writes the file index.html. */
 const bundlers = {
     vite: () => run(join(tools, "vite"), "build", "--outDir", "vite", "--base", "./"),
     esbuild: () => run(join(tools, "esbuild"), "main.js", "--bundle", "--format=esm", "--splitting", "--outdir=esbuild"),
     webpack: () => run(join(tools, "webpack"), "--mode", "production", "--entry", "./main.js", "--output-path", "webpack"),
 };
 
-/** Serves the project and a test image. */
+/** Starts a server for the files of the project and for a test image. */
 async function serve() {
     const types = { ".html": "text/html", ".js": "text/javascript", ".bmp": "image/bmp" };
     const server = createServer((request, response) => {
@@ -121,14 +121,14 @@ test("vite, esbuild and webpack bundle a React page that shows water", async () 
         assert.equal(await page.evaluate(() => document.querySelector("velmora-water").settings.waterOnly), true);
         await page.screenshot({ path: join(screenshotFolder, `npm-${name}.png`) });
         await page.close();
-        // React's development version advertises its tools.
+        // React's development version prints an advertisement for its tools, which is not an error.
         assert.deepEqual(page.consoleMessages.filter((line) => !line.includes("React DevTools")), [], name);
     }
     await browser.close();
     server.close();
 });
 
-test("the sizes of the element and of its peers", (context) => {
+test("the element is small (prints the sizes of similar packages for comparison)", (context) => {
     const size = (...paths) =>
         paths.reduce((sum, path) => sum + gzipSync(readFileSync(join(here, "node_modules", path)), { level: 9 }).length, 0);
     const own = gzipSync(readFileSync(join(project, "node_modules/velmora/velmora-element.js")), { level: 9 }).length;

@@ -19,15 +19,15 @@ float laplacian(const float* h, int i, int rowLength) {
     return h[i - rowLength] + h[i - 1] + h[i + 1] + h[i + rowLength] - 4.0f * h[i];
 }
 
-/// Returns true if a velocity in the row exceeds the calm threshold.
+/// Returns true if the magnitude of a velocity in the row exceeds the calm threshold.
 bool isMoving(const float* velocities, int width) {
     return std::any_of(velocities, velocities + width, [](float velocity) {
         return velocity > calmThreshold || velocity < -calmThreshold;
     });
 }
 
-/// Adds the waves' acceleration to the velocities. Looks for moving water in a loop of its own, because a search inside
-/// the first loop would prevent vectorisation.
+/// Adds the waves' acceleration to the velocities. Returns true if the water is calm. A separate loop searches for
+/// moving water, because a search inside the first loop would prevent vectorisation.
 bool updateVelocities(const WaterGrids& grids, const WaterRectangle& area,
                       const WaveSettings& settings) {
     float* const v = grids.velocity;
@@ -59,8 +59,9 @@ void moveHeights(const WaterGrids& grids, const WaterRectangle& area) {
     }
 }
 
-/// Smooths groups of four cells, each of which is read completely before it is written, then the rest cell by cell. The
-/// group is held in four variables, because an array would be stored to memory and loaded again.
+/// Smooths the heights of each row in groups of four cells, then the remaining cells one by one. Each group is read
+/// completely before it is written. Four variables hold the new heights, because an array would be stored and loaded
+/// again.
 void smoothHeights(const WaterGrids& grids, const WaterRectangle& area, float weight) {
     float* const h = grids.height;
     const int rowLength = grids.rowLength;
@@ -84,15 +85,15 @@ void smoothHeights(const WaterGrids& grids, const WaterRectangle& area, float we
     }
 }
 
-/// Departure points of the cells of a row: the lower left of the four cells around each point, and the distance from
-/// it.
+/// Departure points of the cells of a row. `column` and `row` are the lower left of the four cells around a point, and
+/// `fx` and `fy` are the distances from that cell.
 struct DeparturePoints {
     int column[maxGridSide], row[maxGridSide];
     float fx[maxGridSide], fy[maxGridSide];
 };
 DeparturePoints points;
 
-/// Returns the bilinear value at departure point `at`.
+/// Returns the value at the departure point of cell `at` in the row, by bilinear interpolation.
 Float2 mixed(const FloatGrid& grid, int at) {
     const int i0 = points.column[at];
     const int j0 = points.row[at];
@@ -144,7 +145,7 @@ void sweep(const Jacobi& pass) {
 
 }  // namespace
 
-/// Writes column by column, because a division for each vertex would take three times as long.
+/// Writes the vertices column by column. A division for each vertex would take three times as long.
 void writeMeshPositions(float* positions, int vertexCount, const MeshShape& shape) {
     const float stepX = static_cast<float>(shape.width) / static_cast<float>(shape.columns - 1);
     const float stepY = static_cast<float>(shape.height) / static_cast<float>(shape.rows - 1);
@@ -155,9 +156,10 @@ void writeMeshPositions(float* positions, int vertexCount, const MeshShape& shap
         const float x = static_cast<float>(column) * stepX - halfWidth;
         const int rows = std::min(shape.rows, vertexCount - first);
         for (int row = 0; row < rows; ++row) {
-            *positions++ = x;
-            *positions++ = halfHeight - static_cast<float>(row) * stepY;
-            *positions++ = 0.0f;
+            positions[0] = x;
+            positions[1] = halfHeight - static_cast<float>(row) * stepY;
+            positions[2] = 0.0f;
+            positions += 3;
         }
     }
 }
@@ -213,7 +215,8 @@ bool stepHeightField(const WaterGrids& grids, const WaterRectangle& rectangle,
 
 namespace {
 
-/// Uses two loops per row. In each of them, a processor overlaps more cells than in a single loop.
+/// Advects the velocities in two loops per row. In each of the two loops, the processor overlaps more cells than in a
+/// single loop.
 template <bool pushes>
 void advectRows(const AdvectVelocity& pass) {
     const FloatGrid source = pass.source;
@@ -267,7 +270,8 @@ void advectVelocityKernel(const AdvectVelocity& pass) {
     }
 }
 
-/// Handles the edge columns separately and the sink in a second loop, so that the main loop is vectorised.
+/// Computes the divergence. The edge columns and the sink have separate code, so that the compiler vectorises the main
+/// loop.
 void computeDivergenceKernel(const ComputeDivergence& pass) {
     const FloatGrid grid = pass.velocity;
     const int width = grid.width;
@@ -307,7 +311,8 @@ void jacobiKernel(Jacobi& pass, std::int32_t count) {
     }
 }
 
-/// Handles the edge columns separately, because clamped indices would prevent vectorisation.
+/// Subtracts the pressure gradient. The edge columns have separate code, because clamped indices would prevent
+/// vectorisation.
 void subtractGradientKernel(const SubtractGradient& pass) {
     const int width = pass.output.width;
     const int height = pass.output.height;

@@ -9,9 +9,9 @@
 #include "water/mesh.h"
 #include "water/ripple.h"
 
-/// Every kernel of the library in plain scalar C++, one cell at a time. Tests compare results with it, and the
-/// benchmark compares speed. Names, arguments and results equal those of namespace velmora bit for bit, also for NaN,
-/// infinities and any int. Among several plain versions, this is the fastest that uses no intrinsics and does not merge
+/// Every kernel of the library in plain scalar C++, one cell at a time. Tests compare results with these kernels, and
+/// the benchmark compares times. Names and arguments are the same as in the namespace velmora. Results are the same bit
+/// for bit, also for NaN, infinities and any int. Each kernel is the fastest plain version without intrinsics or merged
 /// passes.
 namespace reference {
 
@@ -26,13 +26,13 @@ bool stepHeightField(const velmora::WaterGrids& grids, const velmora::WaterRecta
 void addVelocityKernel(const velmora::AddVelocity& pass);
 void advectVelocityKernel(const velmora::AdvectVelocity& pass);
 void computeDivergenceKernel(const velmora::ComputeDivergence& pass);
-/// Runs `count` iterations that start from pressure 0.
+/// Runs `count` Jacobi iterations, starting from pressure 0.
 void jacobiKernel(velmora::Jacobi& pass, std::int32_t count);
 void subtractGradientKernel(const velmora::SubtractGradient& pass);
 void packComponents(std::uint8_t* to, const float* from, std::ptrdiff_t count);
 
-/// Repeats the operators of a projected step in order and packs the result. The parameters are those that the library's
-/// last step left in the passes.
+/// Repeats the operators of a solver step with projection and packs the result. Uses the parameters of the passes from
+/// the library's last step.
 void repeatStep(velmora::EffectState& state);
 
 }  // namespace reference

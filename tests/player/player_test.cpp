@@ -1,4 +1,4 @@
-// Runs the player with command lines as a user does. Checks its files, its messages and its exit codes.
+// Runs the player with command lines, as a user does. Checks the files that it writes, its messages and its exit codes.
 
 #include <gtest/gtest.h>
 #include <unistd.h>
@@ -16,7 +16,7 @@
 
 namespace {
 
-/// Returns the colour of the test image: red, green, blue and white quarters, in reading order.
+/// Returns the colour of the test image at a position. The quarters are red, green, blue and white, in reading order.
 Rgb quarter(double x, double y) {
     constexpr Rgb colors[2][2] = {{{200, 30, 30}, {30, 180, 30}}, {{30, 30, 200}, {230, 230, 230}}};
     return colors[y < 0.5 ? 0 : 1][x < 0.5 ? 0 : 1];
@@ -38,7 +38,7 @@ protected:
               "41 50 0\n");
     }
 
-    /// Runs the player with the test images. `arguments` may override the default options.
+    /// Runs the player in the folder of the test images. `arguments` may override the default options.
     Outcome play(const std::string& arguments) const {
         std::string all = arguments;
         for (const std::string option : {"--second image.png", "--size 64x96"}) {
@@ -54,7 +54,7 @@ protected:
     std::string before;
 };
 
-/// Returns the digest of the given name in the player's output.
+/// Returns the digest with this name from the player's output.
 std::string digest(const std::string& out, const std::string& name) {
     const std::size_t line = ("\n" + out).find("\n" + name + " ");
     EXPECT_NE(line, std::string::npos) << name << " in " << out;
@@ -63,7 +63,7 @@ std::string digest(const std::string& out, const std::string& name) {
 
 TEST_F(Player, ReportsAnErrorInOneLineAndLeavesNoFile) {
     write("text.png", "not an image");
-    // The header of a PNG file of 20000 x 20000 grey pixels.
+    // This file has only the header of a PNG image, which announces 20000 x 20000 grey pixels.
     write("huge.png",
           std::string_view("\x89PNG\r\n\x1a\n\0\0\0\x0dIHDR\0\0\x4e\x20\0\0\x4e\x20\x08\0\0\0\0"
                            "\xc6\x1b\x19\xe5\0\0\0\x0aIDAT",
@@ -128,7 +128,8 @@ TEST_F(Player, ReportsAnErrorInOneLineAndLeavesNoFile) {
 
 TEST_F(Player, AFailingEncoderEndsTheRunAndLeavesNoFile) {
     fs::create_directory(folder / "bin");
-    write("bin/ffmpeg", "#!/bin/sh\necho first >&2\necho the disk is made of cheese >&2\nexit 3\n");
+    write("bin/ffmpeg",
+          "#!/bin/sh\necho first >&2\necho the encoder fails in this test >&2\nexit 3\n");
     fs::permissions(folder / "bin/ffmpeg", fs::perms::owner_all);
     fs::create_directory(folder / "full");
     write("full/ffmpeg",
@@ -136,7 +137,7 @@ TEST_F(Player, AFailingEncoderEndsTheRunAndLeavesNoFile) {
           "echo Conversion failed >&2\nexit 1\n");
     fs::permissions(folder / "full/ffmpeg", fs::perms::owner_all);
     for (const auto& [path, expected] :
-         {std::pair{"bin:$PATH", "the disk is made of cheese: film.mp4\n"},
+         {std::pair{"bin:$PATH", "the encoder fails in this test: film.mp4\n"},
           std::pair{"full:$PATH", "cannot write film.mp4: no space left on device\n"},
           std::pair{"/nowhere", "cannot start ffmpeg: "}}) {
         before = std::string("PATH=") + path;
@@ -148,14 +149,14 @@ TEST_F(Player, AFailingEncoderEndsTheRunAndLeavesNoFile) {
 }
 
 TEST_F(Player, ShowsEachImageFormatUprightAndComplete) {
-    // A screen of 64 x 96 shows the middle 4/9 of this image. The rest is black.
+    // A screen of 64 x 96 pixels shows only the middle 4/9 of this image. The rest of the image is black.
     save(paint(120, 80,
                [](double x, double y) {
                    const double shown = (x - 0.5) * 2.25 + 0.5;
                    return shown < 0.0 || shown > 1.0 ? Rgb{} : quarter(shown, y);
                }),
          "wide.webp", "webp");
-    // Orientation 6: each stored row is a column of the upright image, from right to left.
+    // In EXIF orientation 6, each row of the file is a column of the upright image, from right to left.
     save(paint(120, 80, [](double x, double y) { return quarter(1.0 - y, x); }), "turned.jpg",
          "jpeg");
     constexpr std::string_view turned(
@@ -185,12 +186,13 @@ TEST_F(Player, WritesCompleteFilesAndKeepsTheUsersFiles) {
     write("out/film.mp4", "of yesterday");
     const Outcome outcome = play("image.png --script drag.gesture --size 65x97");
     ASSERT_EQ(outcome.exitCode, 0) << outcome.err;
-    EXPECT_EQ(outcome.err.find('\r'), std::string::npos) << "no progress bar without a terminal";
+    EXPECT_EQ(outcome.err.find('\r'), std::string::npos)
+        << "without a terminal, no progress bar must be drawn";
     EXPECT_EQ(contents("out/notes.txt"), "mine");
     EXPECT_EQ(std::distance(fs::directory_iterator(folder / "out"), {}), 8 + 3)
-        << "8 frames, film, sheet, notes";
+        << "the run must write 8 frames, a film, a sheet and notes";
     const std::string film = contents("out/film.mp4");
-    EXPECT_LT(film.find("moov"), film.find("mdat")) << "the index must precede the frames";
+    EXPECT_LT(film.find("moov"), film.find("mdat")) << "the film's index must precede its frames";
     EXPECT_EQ(probed("out/film.mp4"), "64,96,yuv420p,60/1,8\n");
     const Pixbuf sheet = load("out/sheet.png");
     ASSERT_TRUE(sheet);
@@ -207,7 +209,7 @@ TEST_F(Player, WritesCompleteFilesAndKeepsTheUsersFiles) {
 
     play("image.png --script still.gesture");
     EXPECT_EQ(std::distance(fs::directory_iterator(folder / "out"), {}), 3 + 3)
-        << "a run removes the stills of a longer earlier run";
+        << "a run must remove the frames of a longer earlier run";
 }
 
 TEST_F(Player, DigestsFollowTheScriptAndThePreset) {
@@ -234,7 +236,7 @@ TEST_F(Player, TheDefaultGestureUsesInkPressureAndTimeScaleOfThePreset) {
         EXPECT_EQ(outcome.exitCode, 0) << outcome.err;
         return load("out/frame-12.png");
     };
-    /// Returns the sum of red minus blue over all pixels.
+    /// Returns how warm the image is: the sum of red minus blue over all pixels.
     const auto warmth = [](const Pixbuf& image) {
         long sum = 0;
         for (int at = 0; at < 64 * 96; ++at) {
@@ -244,18 +246,20 @@ TEST_F(Player, TheDefaultGestureUsesInkPressureAndTimeScaleOfThePreset) {
         return sum;
     };
     const long red = warmth(last("[0.9, 0.2, 0.1]", R"(, "timeScale": 0.5)"));
-    EXPECT_EQ(probed("out/film.mp4"), "64,96,yuv420p,60/1,48\n") << "half the speed";
+    EXPECT_EQ(probed("out/film.mp4"), "64,96,yuv420p,60/1,48\n")
+        << "at half the speed, the film must have twice as many frames";
     const long blue = warmth(last("[0.1, 0.2, 0.9]", R"(, "timeScale": 2)"));
-    EXPECT_EQ(probed("out/film.mp4"), "64,96,yuv420p,60/1,12\n") << "twice the speed";
+    EXPECT_EQ(probed("out/film.mp4"), "64,96,yuv420p,60/1,12\n")
+        << "at twice the speed, the film must have half as many frames";
     const long faint = warmth(last("[0.1, 0.2, 0.9]", R"(, "pressure": 0.05)"));
     EXPECT_GT(red, blue + 1000);
-    EXPECT_GT(faint, blue + 100) << "a lower pressure leaves less ink";
+    EXPECT_GT(faint, blue + 100) << "a lower pressure must leave less ink";
 }
 
 TEST_F(Player, ASignalEndsTheRunWithoutFilesAndWithoutAnEncoderError) {
     for (const std::string signal : {"INT", "TERM", "HUP"}) {
         SCOPED_TRACE(signal);
-        // Signals the whole process group, as a terminal does for Ctrl-C or when it closes.
+        // The signal goes to the whole process group, as for Ctrl-C in a terminal or when a terminal closes.
         run("rm -f err; (env --default-signal=INT setsid " VELMORA_PLAYER
             " image.png --headless --size 64x96 --script drag.gesture --frames 5000 2>err & "
             "until grep -q '^Filming' err; do sleep 0.05; done; kill -s " +
@@ -316,7 +320,7 @@ TEST_F(Player, FilmsInEachFormat) {
     }
 }
 
-/// The script `play` in a folder with replacements for the programs that it calls.
+/// The script `play` in a folder where small scripts replace the programs that it calls.
 class PlayScript : public FolderTest {
 protected:
     PlayScript() {
@@ -331,7 +335,7 @@ protected:
         run("chmod +x tree/tools/setup tree/build/play/velmora-player bin/*");
     }
 
-    /// Runs a command and returns what it prints.
+    /// Runs a command and returns the text that it prints.
     std::string said(const std::string& command) const {
         run("PATH=$PWD/bin:$PATH " + command + " >said 2>&1");
         return contents("said");
@@ -389,7 +393,7 @@ TEST_F(Player, OverlaysChangeTheFrameButNotTheFlow) {
         for (int at = 0; at < 64 * 96; ++at) {
             changed += pixel(image, at % 64, at / 64) == pixel(plain, at % 64, at / 64) ? 0 : 1;
         }
-        // The flow lines cover a part of the frame. The false colours cover the whole frame.
+        // The flow lines change only a part of the frame. The false colours change the whole frame.
         EXPECT_GT(changed, overlay == "ink" ? 6000 : 20);
         EXPECT_LT(changed, overlay == "ink" ? 6145 : 3000);
     }

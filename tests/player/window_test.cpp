@@ -1,5 +1,5 @@
-// Tests the player's window on a virtual display with pointer, keys and dropped files, as a user would.
-// Checks captures of the window and its screenshots.
+// Tests the player's window on a virtual display with pointer, keys and dropped files, as a user would. Checks images
+// of the window on the display, and the screenshots that the player saves.
 
 #include <gtest/gtest.h>
 #include <signal.h>
@@ -35,7 +35,8 @@ constexpr int height = 360;
 constexpr Rgb plainColor = {200, 190, 150};
 constexpr Rgb droppedColor = {40, 160, 90};
 
-/// Counts the pixels that differ from the plain colour. Skips the top 40 rows (badges) and the bottom 64 rows (toast).
+/// Counts the pixels that do not have the colour of the background. Skips the top 40 rows, where badges are, and the
+/// bottom 64 rows, where toasts are.
 int stains(const Pixbuf& image) {
     const int columns = gdk_pixbuf_get_width(image.get());
     int count = 0;
@@ -49,7 +50,7 @@ int stains(const Pixbuf& image) {
 struct Box {
     int left, top, right, bottom;
 };
-/// Returns the bounding box of all pixels above the toast that do not have the plain colour.
+/// Returns the bounding box of all pixels above the toast that do not have the colour of the background.
 Box panelIn(const Pixbuf& image) {
     const int columns = gdk_pixbuf_get_width(image.get());
     const int rows = gdk_pixbuf_get_height(image.get()) - 64;
@@ -63,7 +64,7 @@ Box panelIn(const Pixbuf& image) {
     return box;
 }
 
-/// Returns the first row of each heading in the panel.
+/// Returns the first pixel row of each heading in the panel.
 std::vector<int> headings(const Pixbuf& image) {
     std::vector<int> rows;
     for (int y = 1; y < gdk_pixbuf_get_height(image.get()) - 64; ++y) {
@@ -85,7 +86,7 @@ protected:
     WindowTest() {
         save(paint(64, 96, [](double, double) { return plainColor; }), "plain.png");
         save(paint(64, 96, [](double, double) { return droppedColor; }), "dropped.png");
-        // Without ripples, only ink changes the screen.
+        // This preset has no ripples, so that only ink changes the screen.
         write("still.json", R"({"ripple": 0})");
     }
     ~WindowTest() override {
@@ -104,7 +105,7 @@ protected:
         })) << contents("err");
         xdotool("windowfocus " + window);
         ASSERT_TRUE(waitFor([&] { return stains(capture()) == 0; }))
-            << "the background is not visible";
+            << "the window must show the background";
     }
 
     void xdotool(const std::string& words) const { ASSERT_EQ(run("xdotool " + words), 0) << words; }
@@ -112,13 +113,13 @@ protected:
     void pointAt(int x, int y) const {
         xdotool("mousemove --window " + window + " " + std::to_string(x) + " " + std::to_string(y));
     }
-    /// Plays one frame with all earlier events and pauses. Waits for a screenshot, so that later events come after the
-    /// frame.
+    /// Plays one frame with all earlier events, then pauses. Waits for a screenshot, so that later events come after
+    /// this frame.
     void step() {
         press("period");
         shot();
     }
-    /// Drags the pointer with one move per frame. The window is paused afterwards.
+    /// Drags the pointer with one move event per frame. Afterwards, the window is paused.
     void drag(int fromX, int fromY, int toX, int toY) {
         pointAt(fromX, fromY);
         xdotool("mousedown 1");
@@ -131,7 +132,7 @@ protected:
         step();
     }
 
-    /// Takes a screenshot with the player's key. It has no panel and no toast.
+    /// Takes a screenshot with the player's key. The screenshot shows neither the panel nor a toast.
     Pixbuf shot() {
         char name[32];
         std::snprintf(name, sizeof name, "shots/shot-%02d.png", ++shots);
@@ -140,21 +141,21 @@ protected:
         EXPECT_TRUE(waitFor([&] { return (image = load(name)) != nullptr; })) << contents("err");
         return image;
     }
-    /// Captures the window from the display, with panel, marks and toast.
+    /// Captures the window from the display, with the panel, the badges and the toast.
     Pixbuf capture() const {
         run("ffmpeg -nostdin -v error -y -f x11grab -draw_mouse 0 -window_id " + window +
             " -i $DISPLAY -frames:v 1 capture.png");
         return load("capture.png");
     }
 
-    /// Saves a preset with the suggested name and returns its text. `file` is the expected name.
+    /// Saves a preset under the suggested name and returns the text of the preset. `file` is the expected name.
     std::string savedAs(const std::string& file) const {
         press("p");
         press("Return");
         EXPECT_TRUE(waitFor([&] { return fs::exists(folder / file) && !contents(file).empty(); }));
         return contents(file);
     }
-    /// Answers the question of a dialog that a key opens. Waits until its text field has the focus.
+    /// Answers the question of a dialog that a key opens. First waits until the text field of the dialog has the focus.
     void answer(const std::string& key, const std::string& text) const {
         press(key);
         ASSERT_TRUE(waitFor([&] { return stains(capture()) > 300; })) << "no dialog";
@@ -170,7 +171,7 @@ protected:
         return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
     }
 
-    /// Returns the line with the velocity digest of a headless replay.
+    /// Replays a script without a window. Returns the line with the velocity digest from the player's output.
     std::string replayed(const std::string& script) const {
         run(command + " " + sized + " --headless --digest --out replay --script " + script +
             " 2>/dev/null | grep velocity >replayed");
@@ -178,12 +179,12 @@ protected:
     }
 
     static std::unique_ptr<VirtualDisplay> display;
-    // Disables leak detection: the display drivers leak memory and are unloaded at exit, so no suppression can name
-    // them. The tests without a window detect the player's own leaks.
+    // Leak detection is off: the display drivers leak memory and are unloaded at exit, so no suppression can name them.
+    // The tests without a window detect leaks of the player.
     const std::string command =
         "env ASAN_OPTIONS=$ASAN_OPTIONS:detect_leaks=0 XDG_CONFIG_HOME=" + folder.string() +
         "/config " VELMORA_PLAYER " --second plain.png";
-    /// Arguments with the background and, if the test sets it, the screen size.
+    /// Arguments that name the background and, unless a test removes it, the screen size.
     std::string sized = "plain.png --size " + std::to_string(width) + "x" + std::to_string(height);
     std::string limit;
     std::string preset = "--digest --preset still.json";
@@ -200,14 +201,14 @@ TEST_F(WindowTest, InkAppearsOnlyAlongTheStroke) {
     const Pixbuf after = shot();
     ASSERT_GT(stains(after), 300);
     for (int at = 0; at < width * height; ++at) {
-        // Distance from the middle of the stroke. The flow advects ink beyond the stroke.
+        // Ink may be up to 170 pixels from the middle of the stroke, because the flow carries ink beyond the stroke.
         ASSERT_TRUE(std::hypot(at % width - 90, at / width - 105) < 170 ||
                     difference(pixel(after, at % width, at / width), plainColor) <= 6)
             << at % width << " " << at / width;
     }
     press("c");
     step();
-    EXPECT_EQ(stains(shot()), 0) << "the key clears the ink";
+    EXPECT_EQ(stains(shot()), 0) << "the key must clear the ink";
 }
 
 TEST_F(WindowTest, AnIdleWindowStartsAttractModeUntilTheUserTouches) {
@@ -217,7 +218,7 @@ TEST_F(WindowTest, AnIdleWindowStartsAttractModeUntilTheUserTouches) {
     xdotool("click 1");
     press("c");
     EXPECT_TRUE(waitFor([&] { return stains(capture()) == 0; }))
-        << "attract mode continues after a touch";
+        << "attract mode must end after a touch";
 }
 
 TEST_F(WindowTest, AReplayOverAttractModeHasTheInkOfItsScript) {
@@ -237,7 +238,7 @@ TEST_F(WindowTest, AReplayOverAttractModeHasTheInkOfItsScript) {
         return count > 100;
     };
     ASSERT_TRUE(waitFor([&] { return shows(blue, red, 0); }))
-        << "attract mode's second ink differs from the preset and the background";
+        << "the second ink of attract mode must be blue, unlike the preset and the background";
     std::string script = "screen 120 180\nframes 30\n0 ink 1 0.3 0.3\n1 down 20 50 1\n";
     for (int frame = 2; frame < 28; ++frame) {
         script += std::to_string(frame) + " move " + std::to_string(20 + 3 * frame) + " 60 1\n";
@@ -270,7 +271,8 @@ TEST_F(WindowTest, AClickOnThePanelChangesItsControlAndLeavesNoInk) {
     }));
     pointAt(at % 640 + 8, at / 640 + 8);
     xdotool("mousedown 1");
-    // Plays frames in which a touch would leave ink. A screenshot would hide the panel, so step() does not fit.
+    // Play two frames in which a touch would leave ink. step() cannot be used, because its screenshot would hide the
+    // panel.
     press("period");
     press("period");
     xdotool("mouseup 1");
@@ -280,7 +282,7 @@ TEST_F(WindowTest, AClickOnThePanelChangesItsControlAndLeavesNoInk) {
         run("cat shots/preset-*.json >presets 2>/dev/null");
         return contents("presets").find("\"ink\": [\n        1,") != std::string::npos;
     }));
-    EXPECT_EQ(stains(shot()), 0) << "ink under the panel";
+    EXPECT_EQ(stains(shot()), 0) << "a finger on the panel must leave no ink";
 }
 
 TEST_F(WindowTest, ThePanelFitsAPhoneAtAnyScaleAndStaysInTheWindow) {
@@ -307,7 +309,7 @@ TEST_F(WindowTest, ThePanelFitsAPhoneAtAnyScaleAndStaysInTheWindow) {
     };
     EXPECT_FALSE(marked());
     press("b");
-    EXPECT_TRUE(waitFor(marked)) << "the name marks unsaved changes";
+    EXPECT_TRUE(waitFor(marked)) << "the preset's name must have a mark for unsaved changes";
     press("BackSpace");
     EXPECT_TRUE(waitFor([&] { return !marked(); }));
 
@@ -316,7 +318,8 @@ TEST_F(WindowTest, ThePanelFitsAPhoneAtAnyScaleAndStaysInTheWindow) {
         "mousedown 1 mousemove_relative 20 20 sleep 0.2 mousemove_relative 330 500 sleep 0.2 "
         "mouseup 1");
     ASSERT_TRUE(waitFor([&] { return (box = panelIn(capture())).left > 100; }));
-    EXPECT_EQ(box.right - box.left, wide) << "the panel is clipped at the edge";
+    EXPECT_EQ(box.right - box.left, wide)
+        << "the panel must not be clipped at the edge of the window";
     for (const int across : {300, 450}) {
         xdotool("windowsize " + window + " " + std::to_string(across) + " " +
                 std::to_string(across * 16 / 9));
@@ -349,7 +352,8 @@ TEST_F(WindowTest, TheFilmKeyWritesAFilmThatPlays) {
     EXPECT_TRUE(waitFor([&] { return plays("shots/film-01.mp4"); })) << contents("probed");
     film("q");
     EXPECT_EQ(exitCode(), 0) << contents("err");
-    EXPECT_TRUE(plays("shots/film-02.mp4")) << "quitting completes the film";
+    EXPECT_TRUE(plays("shots/film-02.mp4"))
+        << "the film must be playable after the window is closed";
 }
 
 TEST_F(WindowTest, AFilmHasTheDurationOfTheFilmingAndShowsAMark) {
@@ -370,7 +374,7 @@ TEST_F(WindowTest, AFilmHasTheDurationOfTheFilmingAndShowsAMark) {
     ASSERT_TRUE(waitFor([&] {  // the toast disappears
         return difference(pixel(capture(), width / 2, height - 20), plainColor) < 8;
     }));
-    EXPECT_TRUE(redDot()) << "the mark stays during the filming";
+    EXPECT_TRUE(redDot()) << "the red dot must stay while the film is recorded";
     const double seconds =
         std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();
     press("f");
@@ -391,7 +395,7 @@ TEST_F(WindowTest, ANewSizeContinuesAFilmAndEndsARecording) {
     xdotool("windowsize " + window + " 360 240");
     ASSERT_TRUE(waitFor([&] {
         return contents("kept.gesture").find("frames") != std::string::npos;
-    })) << "the recording must end";
+    })) << "the recording of the gesture must end";
     ASSERT_TRUE(waitFor([&] { return gdk_pixbuf_get_width(shot().get()) == 360; }));
     press("f");
     ASSERT_TRUE(waitFor([&] { return !probed("shots/film-01.gif").empty(); }));
@@ -400,7 +404,8 @@ TEST_F(WindowTest, ANewSizeContinuesAFilmAndEndsARecording) {
     EXPECT_FALSE(fs::exists(folder / "shots/film-02.gif")) << "the key must end the first film";
     run("ffmpeg -v error -i shots/film-01.gif -update 1 last.png");
     const Pixbuf last = load("last.png");
-    EXPECT_LT(difference(pixel(last, 120, 20), {0, 0, 0}), 20) << "bars beside the new frame";
+    EXPECT_LT(difference(pixel(last, 120, 20), {0, 0, 0}), 20)
+        << "after the resize, the film must have bars beside the frame";
     EXPECT_LT(difference(pixel(last, 120, 180), plainColor), 20);
 }
 
@@ -416,7 +421,8 @@ TEST_F(WindowTest, AnIdleGifRepeatsNoFrame) {
     double seconds = 0.0;
     std::sscanf(contents("probed").c_str(), "%lf %lf", &frames, &seconds);
     EXPECT_GT(seconds, 1.0);
-    EXPECT_LT(frames, 16.0 * seconds) << "an idle effect has about 10 frames per second";
+    EXPECT_LT(frames, 16.0 * seconds)
+        << "an idle effect must be filmed with about 10 frames per second";
 }
 
 TEST_F(WindowTest, WindowsThatShareAFolderUseDifferentFileNames) {
@@ -518,7 +524,7 @@ TEST_F(WindowTest, AListOfFilesOpensAPicture) {
         }
         return lines.size() > 3 && lines.size() < 20;
     }));
-    // The last lines are dropped.png, plain.png and still.json.
+    // The last three lines of the list are dropped.png, plain.png and still.json. Click on the first of these.
     pointAt(60, lines[lines.size() - 3] - 6);
     xdotool("click 1");
     EXPECT_TRUE(waitFor([&] { return difference(pixel(capture(), 20, 20), droppedColor) <= 6; }));
@@ -526,7 +532,7 @@ TEST_F(WindowTest, AListOfFilesOpensAPicture) {
 
 TEST_F(WindowTest, SwitchesShowAToastAndAPauseShowsAMark) {
     openWindow();
-    /// Returns the pixels of some rows of the window.
+    /// Returns the pixels of the window in the rows from `from` to `to`.
     const auto rows = [&](int from, int to) {
         const Pixbuf shown = capture();
         return std::vector<guchar>(pixelPlace(shown, 0, from), pixelPlace(shown, 0, to));
@@ -540,7 +546,8 @@ TEST_F(WindowTest, SwitchesShowAToastAndAPauseShowsAMark) {
     }
     const std::vector<guchar> paused = rows(0, 40);
     press("space");
-    EXPECT_TRUE(waitFor([&] { return rows(0, 40) != paused; })) << "the mark stays";
+    EXPECT_TRUE(waitFor([&] { return rows(0, 40) != paused; }))
+        << "the mark must disappear after the pause";
 }
 
 TEST_F(WindowTest, EscapeClosesTheHelpBeforeTheWindowAndKeysWithModifiersDoNothing) {
@@ -551,7 +558,8 @@ TEST_F(WindowTest, EscapeClosesTheHelpBeforeTheWindowAndKeysWithModifiersDoNothi
     const Box help = panelIn(capture());
     pointAt(help.right - 8, help.top + 7);
     xdotool("click 1");
-    EXPECT_TRUE(waitFor([&] { return stains(capture()) == 0; })) << "its close button closes it";
+    EXPECT_TRUE(waitFor([&] { return stains(capture()) == 0; }))
+        << "the close button must close the panel";
     press("F1");
     ASSERT_TRUE(waitFor(helpShows));
     press("ctrl+q alt+q");
@@ -570,13 +578,15 @@ TEST_F(WindowTest, EscapeClosesAPopUpThenThePanelAndNeverEndsAFilm) {
     pointAt(100, 40);  // the list of presets
     xdotool("click 1");
     const auto bottom = [&] { return panelIn(capture()).bottom; };
-    ASSERT_TRUE(waitFor([&] { return bottom() > panel.bottom + 40; })) << "the pop-up is not open";
+    ASSERT_TRUE(waitFor([&] { return bottom() > panel.bottom + 40; })) << "the pop-up must be open";
     press("Escape");
-    ASSERT_TRUE(waitFor([&] { return bottom() == panel.bottom; })) << "the panel must stay";
+    ASSERT_TRUE(waitFor([&] { return bottom() == panel.bottom; }))
+        << "Esc must close only the pop-up and not the panel";
     press("f");
     ASSERT_TRUE(waitFor([&] { return fs::exists(folder / "shots/film-01.mp4"); }));
     press("Escape");
-    ASSERT_TRUE(waitFor([&] { return stains(capture()) == 0; })) << "the panel must close";
+    ASSERT_TRUE(waitFor([&] { return stains(capture()) == 0; }))
+        << "the second Esc must close the panel";
     press("Escape");
     shot();  // the window still works
     press("f");
@@ -590,7 +600,8 @@ TEST_F(WindowTest, TheWindowHasTheShapeOfTheBackgroundAndFitsTheDisplay) {
     sized = "wide.png";
     openWindow();
     const Pixbuf shown = capture();
-    EXPECT_EQ(gdk_pixbuf_get_width(shown.get()), 744) << "fits a display of 800 pixels";
+    EXPECT_EQ(gdk_pixbuf_get_width(shown.get()), 744)
+        << "the window must fit a display of 800 pixels";
     EXPECT_NEAR(gdk_pixbuf_get_height(shown.get()), 465, 1);
     for (const int across : {800, 744}) {  // full screen without a window manager
         press("F11");
@@ -626,7 +637,8 @@ TEST_F(WindowTest, AWindowRestoresValidSettingsAndSizeOfTheLastWindow) {
         << "a run with a digest must be repeatable";
     press("q");
     ASSERT_EQ(exitCode(), 0) << contents("err");
-    EXPECT_EQ(contents("config/velmora/look.json"), kept) << "the script's ink is not saved";
+    EXPECT_EQ(contents("config/velmora/look.json"), kept)
+        << "the ink of the script must not be saved";
     write("config/velmora/look.json", "{\"\x1b[7m\": 1}");
     write("config/velmora/window-size", "9999999999x\x1b[7m");
     openWindow();
@@ -643,7 +655,8 @@ TEST_F(WindowTest, AWindowRestoresValidSettingsAndSizeOfTheLastWindow) {
 }
 
 TEST_F(WindowTest, RecordingsReplayWithTheSameDigest) {
-    // A replay is exact if each recorded frame lasted 1/60 s, so the window is paused and the test steps each frame.
+    // A replay is exact only if each recorded frame lasted 1/60 s. The window is therefore paused, and the test steps
+    // each frame.
     openWindow();
     step();
     const std::string first = "shots/gesture-01.gesture";
@@ -694,7 +707,7 @@ TEST_F(WindowTest, ARecordingWithoutSpaceEndsWithAnErrorAndTheWindowStays) {
         pointAt(60 + move % 100, 90);
     }
     EXPECT_TRUE(ended()) << contents("err");
-    EXPECT_GT(stains(capture()), 0) << "the effect must continue";
+    EXPECT_GT(stains(capture()), 0) << "the effect must continue after the error";
     xdotool("mouseup 1");  // the display would keep the button pressed for the next window
     press("q");
     EXPECT_EQ(exitCode(), 0);
@@ -719,12 +732,12 @@ TEST_F(WindowTest, HandlesANewSizeADroppedImageAndANewContext) {
     ASSERT_TRUE(dropFile(std::stoul(window), folder / "out"));
     ASSERT_TRUE(waitFor([&] {
         return contents("err").find("not a readable image, ") != std::string::npos;
-    })) << "reports the error and stays open";
+    })) << "the window must report the error and stay open";
 
     press("l");
     EXPECT_TRUE(shows(droppedColor));
     drag(60, 150, 140, 150);
-    EXPECT_FALSE(shows(droppedColor)) << "no ink after the context loss";
+    EXPECT_FALSE(shows(droppedColor)) << "after the context loss, a drag must leave ink";
     press("Escape");
     EXPECT_EQ(exitCode(), 0);
 }

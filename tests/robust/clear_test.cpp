@@ -8,8 +8,8 @@
 #include "tests/robust/stage.h"
 #include "tests/robust/worker_interposer.h"
 
-// Calls clearInkValue at every moment of a frame and of a gesture. The next fluid step must empty the ink, whatever the
-// rest of the frame and later events change.
+// Calls clearInkValue at every moment of a frame and of a gesture. The next fluid step must remove all ink. Neither the
+// rest of the frame nor later events may prevent this.
 
 namespace robust {
 namespace {
@@ -18,7 +18,7 @@ const struct {
     const char* name;
     std::function<void(Stage&)> play;
 } gestures[] = {
-    {"the frame before the fade", [](Stage& s) { s.draw(46); }},
+    {"a tap, at the last frame before the ink fades", [](Stage& s) { s.draw(46); }},
     {"the fade", [](Stage& s) { s.draw(48); }},
     {"a tap", [](Stage& s) { s.draw(5); }},
     {"a drag",
@@ -29,7 +29,7 @@ const struct {
      }},
 };
 
-/// A moment in a frame: the `nth` call of a function.
+/// A moment within a frame: call number `nth` of a function, counted from 1.
 struct Moment {
     std::string function;
     int nth = 0;
@@ -38,7 +38,7 @@ const Moment moments[] = {{"between"},         {"glViewport", 1},   {"pthread_jo
                           {"glTexImage2D", 1}, {"glDrawArrays", 1}, {"glDrawArrays", 4},
                           {"glUseProgram", 5}, {"glUniform1f", 13}, {"glDrawElements", 1}};
 
-/// Draws a frame and clears the ink during the call `moment`.
+/// Draws a frame and clears the ink at `moment`.
 void drawAndClearIn(Stage& stage, const Moment& moment) {
     const auto& [function, nth] = moment;
     if (function == "pthread_join") {
@@ -57,9 +57,9 @@ void drawAndClearIn(Stage& stage, const Moment& moment) {
     }
 }
 
-/// Returns a pixel after a gesture and two more frames. The ink is cleared at `moment` of the first frame; if `moment`
-/// is null, it is not cleared. The second frame shows all ink that is left. The ink is black, so that even a trace is
-/// visible.
+/// Returns a pixel after a gesture and two more frames. In the first of these frames, the ink is cleared at `moment`;
+/// if `moment` is null, it is not cleared. The second frame shows all ink that is left. The ink is black, so that even
+/// a trace is visible.
 Bytes pixelAfter(const std::function<void(Stage&)>& play, const Moment* moment) {
     Stage stage;
     stage.arguments.inkRed = stage.arguments.inkGreen = stage.arguments.inkBlue = 0;
@@ -74,7 +74,7 @@ Bytes pixelAfter(const std::function<void(Stage&)>& play, const Moment* moment) 
     } else {
         stage.draw();
     }
-    // This down event shows the ink, adds none in this frame, and keeps the ink from drifting away.
+    // This down event shows the ink again. It adds no ink in this frame, and keeps the ink at its place.
     stage.tap(Down);
     return stage.pixelOfFrame(70);
 }

@@ -3,7 +3,7 @@
 
 #include "tests/robust/stage.h"
 
-// Tests of calls to a freshly loaded library in an unusual order.
+// Tests calls to a freshly loaded library in an unusual order.
 
 namespace robust {
 namespace {
@@ -16,7 +16,7 @@ TEST(FirstUse, EveryCallIsSafeBeforeOnInitSetting) {
     EXPECT_EQ(stage.shownInk(), 0);
     stage.initGpu();
     EXPECT_EQ(hostkit::glRecorder().alive[hostkit::GlKind::program].size(), 1u)
-        << "expected only the water program";
+        << "only the water program must be used";
     stage.tap(Down);
     EXPECT_EQ(stage.shownInk(), 1);
     stage.setting();
@@ -33,10 +33,11 @@ TEST(FirstUse, AFirstDragIsATapUntilItsFirstMeasuredMove) {
     stage.draw(2);
     stage.touch(106, 120, Move);  // starts a drag whose speed is not measured yet
     for (const char* const expected :
-         {"-1 radius 8 from 100, 904", "-1 radius 8 from 106, 904", "1 radius 25 from 106, 904"}) {
+         {"mode -1, radius 8, from 100, 904", "mode -1, radius 8, from 106, 904",
+          "mode 1, radius 25, from 106, 904"}) {
         auto uniforms = stage.uniformsOfFrame();
-        EXPECT_EQ(uniforms["impulse.mode"] + " radius " + uniforms["impulse.Radius"] + " from " +
-                      uniforms["impulse.previous"],
+        EXPECT_EQ("mode " + uniforms["impulse.mode"] + ", radius " + uniforms["impulse.Radius"] +
+                      ", from " + uniforms["impulse.previous"],
                   expected);
         if (uniforms["impulse.previous"] == uniforms["impulse.current"]) {
             stage.touch(109, 120, Move);

@@ -10,15 +10,15 @@
 
 #include "tests/robust/stage.h"
 
-// Counts the GL names that the library creates. After failures, repeated set-ups and replaced contexts, no name may be
-// left over, and none may be deleted twice.
+// Counts the GL names that the library creates and deletes. After failures, repeated set-ups and replaced contexts, no
+// name may be left over, and no name may be deleted twice.
 
 namespace robust {
 namespace {
 
 using hostkit::GlKind;
 
-/// Numbers of textures, buffers, framebuffers, shaders and programs.
+/// Numbers of textures, buffers, framebuffers, shaders and programs that exist.
 using Counts = std::array<std::size_t, 5>;
 
 Counts alive() {
@@ -28,7 +28,7 @@ Counts alive() {
             names[GlKind::program].size()};
 }
 
-/// Makes the `nth` call of a function fail.
+/// Makes call number `nth` of a GL function fail.
 void refuse(const std::string& function, int nth) {
     hostkit::glRecorder().refuse = [=, calls = 0](const char* name, int) mutable {
         return name == function && ++calls == nth;
@@ -57,7 +57,7 @@ TEST(GlNames, AFailedSetUpLeavesNone) {
             stage.initGpu();
             recorder.refuse = nullptr;
             EXPECT_EQ(Stage::pixel(5), magenta)
-                << "the screen was cleared instead of an ink target";
+                << "the library must not clear the screen instead of an ink target";
             EXPECT_EQ(alive(), failure.left);
             EXPECT_EQ(recorder.count("glLinkProgram"), failure.links);
             stage.tap(Down);
@@ -93,7 +93,7 @@ TEST(GlNames, NamesOfALostContextAreNotBoundInTheNextOne) {
         refuse("glGenBuffers", nth);
         stage.setUp();
         EXPECT_EQ(stage.pixelOfFrame(5), magenta)
-            << "the water was drawn from a buffer of the lost context";
+            << "the water must not be drawn from a buffer of the lost context";
     }
     Stage stage;
     stage.setUp();
@@ -102,7 +102,7 @@ TEST(GlNames, NamesOfALostContextAreNotBoundInTheNextOne) {
     hostkit::GlRecorder& recorder = hostkit::glRecorder();
     recorder.record([&stage] { stage.draw(); });
     EXPECT_EQ(recorder.count("glDrawArrays"), 0)
-        << "the quad buffer is deleted, so no pass may draw";
+        << "no pass may draw, because the quad buffer is deleted";
     EXPECT_EQ(recorder.count("glDrawElements"), 1);
     refuse("glGenTextures", 1);
     stage.load(background, 1);
@@ -115,7 +115,7 @@ TEST(GlNames, AMissingTargetDoesNotChangeTheScreen) {
         Stage stage;
         refuse("glGenFramebuffers", nth);
         stage.setUp();
-        // All indices are 0, so the water covers no pixel.
+        // All indices of the mesh are 0, so the water covers no pixel.
         std::ranges::fill(JniEnvironment::elements(stage.indices), jshort{0});
         stage.tap(Down);
         for (int frame = 0; frame < 6; ++frame) {
@@ -132,7 +132,7 @@ TEST(GlNames, NoneLeaksInAnyOrderOfSetUps) {
     hostkit::GlRecorder& recorder = hostkit::glRecorder();
     recorder.refuse = [&](const char*, int) { return random() % 64 == 0; };
     int contexts = 1;
-    // The name of the quad buffer outlives its context; the next set-up deletes it.
+    // The name of the quad buffer remains after its context is lost. The next set-up deletes it in the new context.
     bool isQuadStale = false;
     for (int call = 0; call < 500; ++call) {
         switch (random() % 8) {

@@ -8,13 +8,14 @@
 #include "tests/robust/refused_memory.h"
 #include "tests/robust/stage.h"
 
-// If memory runs out, the library must still draw the water. It must recover at its next set-up.
+// Tests the library when memory runs out. It must still draw the water, and its next set-up must create the missing
+// parts.
 
 namespace robust {
 namespace {
 
-/// Sets up and draws while allocations fail: only number `first`, or all from `first` on. Returns the number of
-/// allocations that the library requested.
+/// Makes the set-up calls and draws while allocations fail. The extent decides whether only allocation number `first`
+/// fails, or all from there on. Returns the number of allocations that the library requested.
 int setUpWithout(Stage& stage, int first, RefusedMemory::Extent extent) {
     const RefusedMemory refused(first, extent);
     stage.setUp();
@@ -33,7 +34,7 @@ TEST(Memory, IfItRunsOutTheWaterIsStillDrawn) {
             SCOPED_TRACE("allocation " + std::to_string(first));
             Stage stage;
             asked = setUpWithout(stage, first, extent);
-            // Now memory is available, so the next set-up must create the flow.
+            // From this line on, memory is available, so this set-up must create the flow.
             stage.initGpu();
             Uploads uploads;
             stage.tap(Cancel);
@@ -50,7 +51,8 @@ TEST(Memory, SetUpsAndTheUnloadFreeAllBlocks) {
     for (int time = 0; time < 3; ++time) {
         stage.setUp();
         stage.initGpu();
-        EXPECT_EQ(blocksHeld(), 15) << "seven pass names, seven grids and the packed velocity";
+        EXPECT_EQ(blocksHeld(), 15)
+            << "the library must hold seven pass names, seven grids and the packed velocity";
     }
     stage.loaded.unload();
     EXPECT_EQ(blocksHeld(), 0);
@@ -76,7 +78,7 @@ TEST(Memory, IfAnImageCannotBeCopiedTheOldTextureStays) {
         const RefusedMemory refused(1, RefusedMemory::Extent::one);
         padded.unlockResult = -1;
         EXPECT_EQ(stage.load(padded, 1), -3)
-            << "the result must be that of the first failure and not of unlockPixels";
+            << "LoadTextures must return the first error, not the error of unlockPixels";
         padded.unlockResult = 0;
     }
     EXPECT_EQ(padded.lockCount, 0);

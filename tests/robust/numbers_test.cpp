@@ -7,8 +7,8 @@
 
 #include "tests/robust/stage.h"
 
-// Plays strokes that make velocities infinite or NaN. The library must draw every frame. After the next tap, the flow
-// must come to rest and react to strokes again.
+// Plays strokes that make velocities infinite or NaN. The library must still draw every frame. After the next tap, the
+// flow must come to rest, and new strokes must move it again.
 
 namespace robust {
 namespace {
@@ -37,7 +37,7 @@ void slowDrag(Flow& flow, float pressure) {
     }
 }
 
-/// Alternates between a point on the screen and points with the smallest or largest coordinates.
+/// Plays moves that alternate between a point on the screen and points with the smallest or largest coordinates.
 void farJumps(Flow& flow) {
     flow.touch(75, 80, Down);
     for (int move = 0; move < 40; ++move) {
@@ -75,7 +75,8 @@ TEST(Numbers, TheFlowRecoversAfterTheInkIsCleared) {
             flow.touch(80, 80, Up);
             flow.stage.draw(frames);
         };
-        // This tap replaces the settings of the last stroke. 5000 frames are enough for the largest float to decay.
+        // This tap replaces the settings of the last stroke. In 5000 frames, even the largest float decays to almost
+        // zero.
         tapAndDraw(5000);
         EXPECT_LT(flow.uploads.strongest, 1) << "the flow must come to rest";
         tapAndDraw(4);
@@ -93,7 +94,8 @@ TEST(Numbers, AStrongFlowSaturatesAndDecays) {
         flow.touch(80 + move % 2, 80, Move, 200);
         saturated += flow.uploads.strongest == 127;
     }
-    EXPECT_GE(saturated, 37) << "of 40 frames; in the first frames the flow is still weak";
+    EXPECT_GE(saturated, 37)
+        << "37 of 40 frames must be saturated; the flow is weak in the first frames";
     flow.touch(80, 80, Up);
     flow.stage.draw(4);
     EXPECT_EQ(flow.uploads.strongest, 127);

@@ -10,12 +10,12 @@
 #include "fuzz/call_driver.h"
 #include "tests/host/loaded_library.h"
 
-// Makes random calls from two threads. VELMORA_SEED=N runs only the seed N, VELMORA_SEEDS=N runs N seeds.
+// Makes random calls from two threads. VELMORA_SEED=N runs only the seed N. VELMORA_SEEDS=N runs N seeds.
 
 namespace {
 
 void driveSeed(std::uint32_t seed, fuzz::DriveReport& report) {
-    // Print the seed before the run, so that it is the last line of output after a crash.
+    // The seed is printed before the run, so that the seed is the last line of output after a crash.
     std::cout << "VELMORA_SEED=" << seed << std::endl;
     std::optional<testhost::LoadedLibrary> library(std::in_place);
     const auto reload = [&library] {

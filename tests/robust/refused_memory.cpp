@@ -22,7 +22,7 @@ namespace {
 
 std::atomic<bool> isCounting = false, refusesAllFromThere = false;
 std::atomic<int> firstRefused = 0, allocationsAsked = 0;
-/// Blocks that the library holds. There are more places than the library ever needs.
+/// Pointers to the blocks of memory that the library holds, or null. The library never holds as many blocks.
 std::array<std::atomic<void*>, 64> held{};
 
 bool isRefused() {
@@ -33,7 +33,7 @@ bool isRefused() {
     return number == firstRefused || (refusesAllFromThere && number > firstRefused);
 }
 
-/// Replaces the entry `last` of `held` by `next`.
+/// Replaces the pointer `last` in `held` by `next`.
 void replaceHeld(void* last, void* next) {
     for (std::atomic<void*>& place : held) {
         if (void* found = last; place.compare_exchange_strong(found, next)) {
@@ -55,7 +55,8 @@ void* allocate(void* caller, Allocation allocation) {
     return block;
 }
 
-/// Frees a block, whoever the caller is: if the library frees in a tail call, the return address is not in the library.
+/// Frees a block, also if the caller seems to be outside the library. If the library calls free in a tail call, the
+/// return address is not in the library.
 void release(void* block) {
     if (block) {
         replaceHeld(block, nullptr);
@@ -89,8 +90,8 @@ long blocksHeld() {
 using robust::allocate, robust::release;
 #define CALLER __builtin_return_address(0)
 
-// The library's calls bind to the functions below instead of those of the C and C++ libraries. tools/check-symbols
-// checks that the library imports no other allocation function.
+// The library's calls use the functions below instead of those of the C and C++ libraries. tools/check-symbols checks
+// that the library imports no other allocation function.
 #pragma GCC visibility push(default)
 extern "C" {
 

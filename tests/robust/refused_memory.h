@@ -1,12 +1,13 @@
 #pragma once
 
-// Replaces the memory functions that the library imports. Sanitizers replace them too, so a program that uses this file
-// is built only without sanitizers.
+// Replaces the allocation functions that the library imports. Sanitizers also replace these functions, so a program
+// that uses this file is built only without sanitizers.
 
 namespace robust {
 
-/// While an object exists, counts the library's allocations and makes some of them fail: only number `first`, or all
-/// from `first` on. If `first` is 0 and the extent is `one`, none fails.
+/// While an object of this class exists, it counts the library's allocations and makes some of them fail. Either only
+/// allocation number `first` fails, or all allocations from there on. If `first` is 0 and the extent is `one`, none
+/// fails.
 class RefusedMemory {
 public:
     enum class Extent { one, allFromThere };
@@ -17,7 +18,7 @@ public:
     int asked() const;
 };
 
-/// Returns the number of blocks that the library has allocated and not freed.
+/// Returns the number of blocks that the library has allocated and not yet freed.
 long blocksHeld();
 
 }  // namespace robust

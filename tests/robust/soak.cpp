@@ -16,8 +16,8 @@
 #include "hostkit/effect_host.h"
 #include "hostkit/gesture_script.h"
 
-// Draws as many frames as hours of gestures, and measures the process: resident memory, heap, file descriptors and
-// threads. After the warm-up, none of these may grow.
+// Draws many frames with random gestures; the default number is half an hour of use. Measures resident memory, heap, file
+// descriptors and threads of the process. After the warm-up, none of these may grow.
 
 namespace {
 
@@ -55,7 +55,7 @@ void print(int frame, const Usage& usage) {
     std::fflush(stdout);
 }
 
-/// A random finger that taps, drags at all speeds, jumps, is cancelled and pauses.
+/// A finger with random gestures: it taps, drags at all speeds, jumps, pauses, and is cancelled.
 class RandomFinger {
 public:
     explicit RandomFinger(unsigned seed) : random(seed) {}
@@ -93,8 +93,8 @@ private:
     int left = 0;
 };
 
-/// Returns true if nothing grew. Some pages of stacks and of the rasteriser are first used long after the warm-up, so a
-/// little growth is allowed. A leak of one byte per frame soon exceeds this limit.
+/// Returns true if the process has not grown. Some pages of stacks and of the rasteriser are first used long after the
+/// warm-up, so a small growth is allowed. A leak of one byte per frame soon exceeds this limit.
 bool isFlat(const Usage& start, const Usage& end) {
     constexpr int lateHeap = 16, lateResident = 512;  // kilobytes
     return end.heapKilobytes <= start.heapKilobytes + lateHeap &&
@@ -103,7 +103,7 @@ bool isFlat(const Usage& start, const Usage& end) {
 }
 
 int soak(const Options& options) {
-    // Few water cells are enough, because the test needs many frames and not a large screen.
+    // The water has few cells, because the test needs many frames and not a large screen.
     hostkit::EffectHost host(
         {.width = screenWidth, .height = screenHeight, .water = {.shortSideCells = 16}});
     hostkit::GestureScript script;
@@ -114,8 +114,8 @@ int soak(const Options& options) {
     RandomFinger finger(options.seed);
     Usage warm{}, now{};
     for (int frame = 0; frame <= options.frames; ++frame) {
-        // Draw only a corner, because a software rasteriser spends most of a frame in the ink targets. This is set in
-        // each frame, because a script may replace the context.
+        // Draw only into a corner of each target. A software rasteriser would otherwise spend most of a frame in the
+        // large ink targets. Each frame sets this state, because a script may replace the context.
         glEnable(GL_SCISSOR_TEST);
         glScissor(0, 0, screenWidth, screenHeight);
         const int ofTurn = frame % (script.frames + 600);
@@ -132,13 +132,13 @@ int soak(const Options& options) {
         warm = frame == options.warmUp ? now : warm;
     }
     std::puts(isFlat(warm, now) ? "the process did not grow after the warm-up"
-                                : "the process GREW after the warm-up; look for a leak");
+                                : "error: the process grew after the warm-up; look for a leak");
     return isFlat(warm, now) ? 0 : 1;
 }
 
 }  // namespace
 
-// Uses getopt, because the player's option library would make this file slow to compile.
+// This program parses its options with getopt, because the player's option library would slow the compilation.
 int main(int count, char** arguments) {
     constexpr option names[] = {{"frames", required_argument, nullptr, 'f'},
                                 {"warm-up", required_argument, nullptr, 'w'},

@@ -14,33 +14,33 @@ namespace robust {
 using namespace testhost;
 
 const Bytes magenta = {255, 0, 255, 255};
-/// Colour of the background. Flat water that shows no ink does not change it.
+/// Colour of the background. Flat water without ink shows this colour unchanged.
 const Bytes background = {200, 100, 50, 255};
 
-/// A screen whose mesh is one quad and whose background has one colour. The screen has the size of the ink targets.
-/// Only the lower left corner of both is drawn; `tap` touches the middle of this corner.
+/// A host whose mesh is one quad and whose background has one colour. The screen has the size of the ink targets. Only
+/// the lower left corner of the screen and of each target is drawn. `tap` touches the middle of this corner.
 struct Stage : TestHost {
     explicit Stage(int screenWidth = 512, int screenHeight = 1024)
         : TestHost(screenWidth, screenHeight, quadMesh) {
         images = {Bytes(), background, Bytes()};
         rasterise(160);
     }
-    /// Sends a touch event 70 pixels from the left and from the lower edge.
+    /// Sends a touch event at a point that is 70 pixels from the left edge and 70 pixels from the lower edge.
     void tap(jint action) { touch(70, height - 70, action); }
-    /// Paints the screen magenta. Pixels that the library does not draw afterwards stay magenta.
+    /// Paints the screen magenta. If the library does not draw a pixel afterwards, the pixel stays magenta.
     static void paint() {
         glBindFramebuffer(GL_FRAMEBUFFER, 0);
         glClearColor(1, 0, 1, 1);
         glClear(GL_COLOR_BUFFER_BIT);
     }
-    /// Returns the pixel `place` pixels from the left and from the lower edge.
+    /// Returns the pixel whose distance from the left edge and from the lower edge is `place` pixels.
     static Bytes pixel(int place) {
         glBindFramebuffer(GL_FRAMEBUFFER, 0);
         Bytes pixel(4);
         glReadPixels(place, place, 1, 1, GL_RGBA, GL_UNSIGNED_BYTE, pixel.data());
         return pixel;
     }
-    /// Paints the screen, draws a frame and returns the pixel at `place`.
+    /// Paints the screen magenta, draws a frame and returns the pixel at `place`.
     Bytes pixelOfFrame(int place) {
         paint();
         draw();
@@ -59,7 +59,7 @@ struct Uploads {
         };
     }
     bool isStill() const { return strongest == 0; }
-    /// Largest component of the last upload, at most 127.
+    /// Largest velocity component of the last upload, in cells per time unit; at most 127.
     double strongest = 0;
 };
 

@@ -11,15 +11,16 @@
 
 #include "tests/robust/stage.h"
 
-// Sends touches on another thread while frames are drawn. A frame must see an event completely or not at all.
+// Sends touches on another thread while this thread draws frames. A frame must see an event completely or not at all.
 
 namespace robust {
 namespace {
 
-/// Maximum number of touches per frame. It makes the touches last for many frames.
+/// Maximum number of touches per frame. The limit spreads the touches over many frames.
 constexpr int eventsPerFrame = 10;
 
-/// Calls `act` with 0 to `count` - 1 on another thread while this thread calls `frame`. Returns the number of frames.
+/// Calls `act` on another thread with the numbers 0 to `count` - 1. At the same time, this thread calls `frame`.
+/// Returns the number of frames.
 template <class Act, class Frame>
 int beside(int count, Act act, Frame frame) {
     std::atomic<bool> isDone = false;
@@ -40,8 +41,8 @@ int beside(int count, Act act, Frame frame) {
     return frames;
 }
 
-/// Both coordinates and the pressure of an event are computed from one number, the place. So if the radius and the
-/// points of a stroke belong to different places, the frame has mixed two events.
+/// One number, the place, determines both coordinates and the pressure of an event. If the radius and the points of a
+/// stroke belong to different places, the frame has mixed two events.
 constexpr int side = 720, firstPlace = 90, places = 499;
 
 float pressureAt(int place) {
@@ -71,11 +72,11 @@ TEST(TouchThread, AFrameSeesAnEventCompletelyOrNotAtAll) {
         const std::string current = uniforms["impulse.current"];
         const int place = std::stoi(current);
         EXPECT_EQ(hostkit::glRecorder().count("glDrawArrays"), 4 + 1)
-            << "expected four advection quads and one stroke";
-        EXPECT_EQ(current, pointAt(place)) << "the stroke mixes two events";
+            << "a frame must draw four advection quads and one stroke";
+        EXPECT_EQ(current, pointAt(place)) << "a stroke must not mix two events";
         EXPECT_EQ(uniforms["impulse.previous"], last)
             << "a stroke must start where the last one ended";
-        // The jump back to the first place is a fast drag, whose radius is fixed.
+        // The jump back to the first place counts as a fast drag, which always has radius 30.
         const float radius = std::stof(uniforms["impulse.Radius"]);
         const float ofPressure = 40 * (0.2f + pressureAt(place) * pressureAt(place));
         EXPECT_TRUE(radius == 30 || std::abs(radius - ofPressure) < 0.01f) << radius << current;
@@ -98,7 +99,7 @@ TEST(TouchThread, ClearAndQueryCallsRunDuringFrames) {
             stage.touch(100 + call % 40, 100 + call % 30, call % 7 == 0 ? Down : Move);
         }
         EXPECT_EQ(stage.shownInk(), call % 3 == 0 ? 0 : 1)
-            << "no other thread shows or hides the ink";
+            << "no other thread may show or hide the ink";
     };
     EXPECT_GT(beside(3000, clearOrTouch, [&stage] { stage.draw(); }), 100);
     stage.clear();

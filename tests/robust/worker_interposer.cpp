@@ -82,7 +82,7 @@ void release() {
 
 using namespace robust;
 
-// The library's calls bind to the functions below instead of those of the C library or of a sanitizer.
+// The library's calls use the functions below instead of those of the C library or of a sanitizer.
 #pragma GCC visibility push(default)
 extern "C" {
 
@@ -94,7 +94,9 @@ int pthread_create(pthread_t* thread, const pthread_attr_t* attributes, void* (*
     }
     if (threadsToRefuse > 0) {
         --threadsToRefuse;
-        *thread = static_cast<pthread_t>(-1);  // invalid, because a failed call may leave any value
+        // A failed call may leave any value in `thread`, so the library must not use this invalid one.
+        constexpr auto invalid = static_cast<pthread_t>(-1);
+        *thread = invalid;
         return EAGAIN;
     }
     ++threadsStarted;

@@ -4,16 +4,16 @@
 #include <functional>
 
 // Replaces the thread functions that the library imports. A test can stop the solver worker at a chosen moment, or make
-// the creation of a thread fail. Calls from other code are forwarded unchanged.
+// the creation of a thread fail. Calls from other code reach the original functions.
 
 namespace robust {
 
 /// Moments of a solver step: its start, its two calls of rand, and its end, before the thread ends.
 enum class Moment { none, start, firstJitter, secondJitter, end };
 
-/// Moment at which the next worker stops until it is joined or released.
+/// Moment at which the next worker stops. It continues when the library joins it or the test calls release().
 extern std::atomic<Moment> nextHold;
-/// Waits until the worker has stopped at that moment.
+/// Waits until the worker has stopped at the chosen moment.
 void waitUntilHeld();
 bool isHeld();
 void release();
@@ -21,7 +21,7 @@ void release();
 /// Function that runs once, while the library waits for its next worker.
 extern std::function<void()> whileJoining;
 
-/// Number of thread creations by the library, from the next one on, that fail with EAGAIN.
+/// Number of calls of pthread_create that will fail with EAGAIN. Only calls of the library count.
 extern std::atomic<int> threadsToRefuse;
 
 /// Numbers of threads that the library has started and joined since the program started.

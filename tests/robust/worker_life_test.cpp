@@ -8,7 +8,7 @@
 #include "tests/robust/stage.h"
 #include "tests/robust/worker_interposer.h"
 
-// Tests the solver worker during all calls of a host, and a system that cannot create threads.
+// Tests the calls of a host while the solver worker runs, and a system that cannot create threads.
 
 namespace robust {
 namespace {
@@ -16,7 +16,7 @@ namespace {
 constexpr Moment moments[] = {Moment::start, Moment::firstJitter, Moment::secondJitter,
                               Moment::end};
 
-/// A stage after a frame whose worker has stopped at a chosen moment.
+/// A host after a frame whose worker has stopped at a chosen moment.
 struct HeldStep {
     explicit HeldStep(Moment moment) {
         stage.setUp();
@@ -79,8 +79,8 @@ TEST(Worker, DoesNotDelayTouchesOrFrames) {
     EXPECT_EQ(threadsStarted, threadsJoined);
 }
 
-/// Returns the GL calls and uploads of three frames. `act` runs before the first frame or, if `isBefore` is false,
-/// while that frame waits for its worker.
+/// Returns the GL calls and uploads of three frames. If `isBefore` is true, `act` runs before the first of these
+/// frames. Otherwise, it runs while the first frame waits for its worker.
 std::string framesAround(bool isBefore, const std::function<void(Stage&)>& act) {
     Stage stage;
     stage.setUp();
@@ -111,7 +111,7 @@ TEST(Worker, EventsDuringTheWaitReachThatFrameAndItsWorker) {
     }
 }
 
-// A host may use this call as the sign that the solver step has finished.
+// A host may recognise from the first glBindTexture call that the solver step has finished.
 TEST(Worker, IsJoinedBeforeAFrameBindsItsFirstTexture) {
     Stage stage;
     stage.setUp();
@@ -144,7 +144,8 @@ TEST(Worker, IfNoThreadCanBeCreatedTheWaterIsStillDrawn) {
     stage.tap(Down);
     stage.draw(4);
     EXPECT_FALSE(uploads.isStill());
-    // One creation fails between two that succeed. Then calls follow that wait for the last worker.
+    // One thread cannot be created, but the threads before and after it can. The following calls wait for the last
+    // worker.
     threadsToRefuse = 1;
     stage.draw();
     stage.initGpu();

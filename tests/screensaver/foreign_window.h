@@ -6,7 +6,7 @@
 
 #include "tests/desktop_files.h"
 
-/// A window of the test's own connection, for the screen saver to draw into.
+/// A window into which the screen saver draws. It belongs to the test's own connection to the X server.
 class ForeignWindow {
 public:
     ForeignWindow(int x, int y, unsigned width, unsigned height);
@@ -17,7 +17,8 @@ public:
     std::string id() const { return std::to_string(window); }
     void moveAndResize(int x, int y, unsigned width, unsigned height);
     void destroy();
-    /// Returns true if other programs can grab pointer and keyboard, and none selects their events from the window.
+    /// Returns true if the screen saver leaves the input alone: other programs can grab the pointer and the keyboard,
+    /// and no program selects their events from the window.
     bool leavesInputAlone() const;
 
     /// Returns a screenshot of the whole display.

@@ -1,4 +1,4 @@
-// Runs the screen saver as users do: in a window of another program, and chosen in XScreenSaver. Checks pixels of the
+// Runs the screen saver as users do: in a window of another program, and started by XScreenSaver. Checks pixels of the
 // display, messages and exit codes.
 
 #include <gtest/gtest.h>
@@ -31,7 +31,7 @@ constexpr int height = 360;
 constexpr Rgb red = {200, 40, 30};
 constexpr Rgb blue = {30, 60, 200};
 constexpr Rgb black = {0, 0, 0};
-/// Grey of the picture that replaces a missing one.
+/// Grey of the plain picture that replaces a missing picture.
 constexpr Rgb plain = {96, 96, 96};
 
 bool isNear(const Rgb& one, const Rgb& other) {
@@ -58,30 +58,30 @@ protected:
         }
     }
 
-    /// Starts the program with these arguments. Their first words can set variables.
+    /// Starts the screen saver with these arguments. `variables` sets environment variables, such as "NAME=value".
     void startSaver(const std::string& variables, const std::string& arguments) {
+        // Leak detection is off, because the display drivers leak memory and are unloaded at exit.
         saver = start("cd " + folder.string() + " && exec env HOME=" + folder.string() +
-                      // The display drivers leak memory and are unloaded at exit.
                       " ASAN_OPTIONS=$ASAN_OPTIONS:detect_leaks=0 " + variables +
                       " " VELMORA_SCREENSAVER " " + arguments + " >out 2>err");
     }
-    /// Returns the exit code, or the negative signal that ended the program.
+    /// Returns the exit code, or the negative number of the signal that ended the program.
     int ended() {
         int status = 0;
         const bool ends = waitFor([&] { return waitpid(saver, &status, WNOHANG) == saver; });
         if (!ends) {
-            ADD_FAILURE() << "the screen saver does not end";
+            ADD_FAILURE() << "the screen saver must end";
             kill(saver, SIGKILL);
             waitpid(saver, &status, 0);
         }
         saver = 0;
         return WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
     }
-    /// Returns true if the display soon has this colour at a point.
+    /// Waits until the display has this colour at a point. Returns false if this takes too long.
     bool shows(const Rgb& color, int x, int y) const {
         return waitFor([&] { return isNear(pixel(window.screenshot(), x, y), color); });
     }
-    /// Returns the number of the last frame that the interposer has noted.
+    /// Returns the number of frames that the program has presented. The interposer writes a line for every 10 frames.
     int framesDrawn() const {
         const std::string lines = contents("frames");
         return static_cast<int>(std::ranges::count(lines, '\n')) * 10;
@@ -177,7 +177,7 @@ TEST_F(ScreensaverTest, DrawsOnlyInTheForeignWindowAndFollowsIt) {
     }
     EXPECT_TRUE(window.leavesInputAlone());
     window.moveAndResize(100, 80, 320, 240);
-    EXPECT_TRUE(shows(red, 415, 315)) << "the corner of the larger window";
+    EXPECT_TRUE(shows(red, 415, 315)) << "the saver must draw into the corner of the larger window";
     EXPECT_TRUE(shows(black, 50, 40));
     window.moveAndResize(0, 0, 1, 1);
     EXPECT_TRUE(shows(red, 0, 0));
@@ -218,7 +218,7 @@ TEST_F(ScreensaverTest, AMissingPictureGivesOneLineAndAPlainPicture) {
         const std::string line = contents("err");
         EXPECT_NE(line.find(expected), std::string::npos) << line;
         EXPECT_EQ(line.find('\n'), line.size() - 1) << line;
-        // Paints over the plain picture, so that the next case must draw it again.
+        // This run paints over the plain picture, so that the next case must draw the plain picture again.
         startSaver("", into + " --picture red.png");
         EXPECT_TRUE(shows(red, 45, 35));
         kill(saver, SIGTERM);
@@ -295,8 +295,8 @@ TEST_F(ScreensaverTest, MemoryStaysFlat) {
     fs::copy(folder / "red.png", folder / "pictures");
     fs::copy(folder / "blue.png", folder / "pictures");
     window.moveAndResize(0, 0, 64, 48);
-    // Twenty times the speed, so that strokes, rests, fades and presets follow each other in seconds. Ink would take most
-    // of the time.
+    // The clock runs twenty times as fast, so that strokes, pauses, fades and presets follow each other in seconds. Ink
+    // is off, because it would take most of the time.
     startSaver(interposed + " CLOCK_FACTOR=20",
                into + " --picture pictures --preset random --duration 10 --no-ink --rain 5");
     ASSERT_TRUE(waitFor([&] { return framesDrawn() >= 3000; })) << contents("frames");
@@ -309,7 +309,8 @@ TEST_F(ScreensaverTest, MemoryStaysFlat) {
     }
 }
 
-/// Runs XScreenSaver with the installed program. XScreenSaver runs no programs as root, so root becomes another user.
+/// Runs XScreenSaver with the installed screen saver. XScreenSaver refuses to run programs as root, so root runs it as
+/// another user.
 class XScreenSaverTest : public ScreensaverTest {
 protected:
     XScreenSaverTest() {
@@ -326,7 +327,7 @@ protected:
         write("drag.gesture",
               "screen 480 360\nframes 40\n1 down 120 100 1\n4 move 160 130 1\n8 move 220 170 1\n"
               "12 move 300 200 1\n16 up 300 200 1\n");
-        // One frame of the gesture lasts a third of a second, so that a screenshot shows exactly one.
+        // Each frame of the gesture lasts a third of a second, so that a screenshot shows exactly one frame.
         write(".xscreensaver",
               "mode: one\nselected: 0\nlock: True\nlockTimeout: 1:00:00\nfade: False\n"
               "unfade: False\nsplash: False\ndpmsEnabled: False\nprograms: velmora-screensaver "
@@ -357,7 +358,7 @@ protected:
     bool saverRuns() const {
         return run("pgrep -f " + folder.string() + "/[s]quares >/dev/null") == 0;
     }
-    /// Returns the player's frames of the gesture that differ from the picture.
+    /// Returns those frames of the gesture in the player that differ visibly from the picture.
     std::vector<Pixbuf> framesOfPlayer() const {
         EXPECT_EQ(run(VELMORA_PLAYER " squares.png --second squares.png --headless --script "
                                      "drag.gesture --size 480x360 --out film >player 2>&1"),
@@ -385,7 +386,7 @@ protected:
         return count;
     }
 
-    /// Returns true if a quarter of the screen has the light grey of the password dialogue.
+    /// Returns true if at least a quarter of the screen has a light grey, the colour of the password dialogue.
     static bool dialogueCovers(const Pixbuf& shown) {
         int count = 0;
         for (int at = 0; at < width * height; ++at) {

@@ -56,7 +56,7 @@ extern "C" EGLBoolean eglSwapBuffers(EGLDisplay display, EGLSurface surface) {
     }
     if (frame == 20 && server > 0) {
         kill(server, SIGKILL);
-        // The connection breaks some time later. The swap of that moment must not hang.
+        // After the server is killed, the connection breaks some time later. The swap at that moment must not hang.
         for (int turn = 0; turn < 1000; ++turn) {
             swap(display, surface);
         }
