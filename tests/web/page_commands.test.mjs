@@ -154,6 +154,17 @@ test("keys turn attract mode and adaptive quality on and off", async () => {
     await close(page);
 });
 
+test("a worker decodes a picture, and the page itself does where no worker starts", async () => {
+    for (const missing of ["createImageBitmap", "Worker"]) {
+        const page = await open(browser, { size: [96, 160], before: `window.${missing} = undefined` });
+        await sendFiles(page, "drop", ["red.png", "image/png", await redImage(page)]);
+        await waitForToast(page, "red.png is the background now");
+        const [red, green] = (await readFrame(page)).pixel(48, 80);
+        assert.ok(red > 100 && green < 100, `${red}, ${green} without ${missing}`);
+        await close(page);
+    }
+});
+
 const redImage = (page) => makeImage(page, [90, 160], [["#c02020", 0, 0, 90, 160]]);
 
 test("keys choose a contrasting ink, random settings, and the preset again", async () => {

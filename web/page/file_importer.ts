@@ -54,7 +54,7 @@ export class FileImporter {
 
     private async importBackground(file: File, slot: "first" | "second"): Promise<void> {
         const name = file.name || "The pasted file";
-        this.show(await readPicture(file, name), slot);
+        this.show(await readPicture(file, name, this.player.stage.wantedSize), slot);
         showToast(`${name} is the ${slot === "first" ? "" : "second "}background now`);
     }
 

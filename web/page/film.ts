@@ -1,5 +1,6 @@
 // Films the water as a video. The video keeps its size if the page changes its size.
 
+import { drawCropped } from "./cropping";
 import { withDuration } from "./webm_duration";
 
 const types = ["video/mp4;codecs=avc1", "video/webm;codecs=vp9", "video/webm"];
@@ -46,10 +47,7 @@ export class Film {
 
     /** Adds a frame, scaled and cropped to the size of the video. */
     add(frame: HTMLCanvasElement = this.source): void {
-        const { canvas } = this.context;
-        const scale = Math.max(canvas.width / frame.width, canvas.height / frame.height);
-        const [width, height] = [frame.width * scale, frame.height * scale];
-        this.context.drawImage(frame, (canvas.width - width) / 2, (canvas.height - height) / 2, width, height);
+        drawCropped(this.context, frame, frame);
         this.noteFrame();
     }
 

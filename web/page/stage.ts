@@ -1,7 +1,7 @@
 // Keeps the canvas and the backgrounds at the wanted size in pixels.
 
 import { resizeDelay } from "../../build/web/settings";
-import { defaultBackgrounds, croppedPixels, type Backgrounds, type Source } from "./backgrounds";
+import { defaultBackgrounds, type Backgrounds, type Source } from "./backgrounds";
 import type { Effect, Size } from "./effect";
 import { Paintings } from "./paintings";
 import { onPixelRatio, pixelSize } from "../engine/screen";
@@ -35,7 +35,13 @@ export class Stage {
         return this.current;
     }
 
-    /** True if the canvas has the size that its CSS box and the quality require. */
+    /** Size that the CSS box of the canvas and the quality require. */
+    get wantedSize(): Size {
+        const { effect, canvas } = this;
+        return effect.isRecording || effect.isReplaying ? this.fullSize : pixelSize(canvas, effect.quality.pixels);
+    }
+
+    /** True if the canvas has the wanted size. */
     get hasWantedSize(): boolean {
         return isSame(this.wantedSize, this.current);
     }
@@ -78,18 +84,11 @@ export class Stage {
     }
 
     private pixelsOf(source: Source): ImageData {
-        return typeof source === "string"
-            ? this.paintings.at(source, this.current)
-            : croppedPixels(source, this.current);
+        return typeof source === "string" ? this.paintings.at(source, this.current) : source.pixels(this.current);
     }
 
     private get fullSize(): Size {
         return pixelSize(this.canvas, 1);
-    }
-
-    private get wantedSize(): Size {
-        const { effect, canvas } = this;
-        return effect.isRecording || effect.isReplaying ? this.fullSize : pixelSize(canvas, effect.quality.pixels);
     }
 
     private applySize(size: Size): void {
