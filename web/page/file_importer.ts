@@ -58,10 +58,11 @@ export class FileImporter {
         showToast(`${name} is the ${slot === "first" ? "" : "second "}background now`);
     }
 
-    /** Makes a picture one of the backgrounds. */
+    /** Makes a picture one of the backgrounds, and shows it. */
     private show(picture: Picture, slot: "first" | "second"): void {
         this.player.watchPicture(picture);
         (slot === "first" ? setFirst : setSecond)(this.player.stage.backgrounds, picture);
+        this.presets.showBackground(slot);
         this.player.onBackgroundsChanged();
     }
 

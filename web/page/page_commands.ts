@@ -96,16 +96,11 @@ function presetCommands({ presets }: CommandContext): Command[] {
 }
 
 function pictureCommands({ presets, importer, player }: CommandContext): Command[] {
-    const importSecond = async (file: File) => {
-        if (await importer.take(file, "second")) {
-            presets.show({ ...player.settings, secondBackground: true });
-        }
-    };
     const camera = { label: "Use camera", description: "Use the camera image as the background" };
     const second = { label: "Choose second picture...", description: "Choose a picture as the second background" };
     return [
         command("o", commandTexts.choosePicture, () => choose("image/*,video/*", (file) => importer.take(file))),
-        command("e", second, () => choose("image/*,video/*", importSecond)),
+        command("e", second, () => choose("image/*,video/*", (file) => importer.take(file, "second"))),
         toggle(
             "b",
             commandTexts.secondPicture,

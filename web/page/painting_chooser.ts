@@ -2,6 +2,7 @@
 
 import { make } from "./controls";
 import type { Player } from "./player";
+import type { PresetChooser } from "./preset_chooser";
 
 /** Side of a thumbnail in pixels, twice the side on the page. */
 const side = 128;
@@ -10,7 +11,10 @@ const side = 128;
 export class PaintingChooser {
     readonly element = document.createElement("div");
 
-    constructor(private readonly player: Player) {
+    constructor(
+        private readonly player: Player,
+        private readonly presets: PresetChooser,
+    ) {
         this.element.className = "tiles";
         this.element.setAttribute("role", "group");
         this.element.setAttribute("aria-label", "Paintings");
@@ -43,7 +47,8 @@ export class PaintingChooser {
         const thumbnail = make("canvas", { className: "thumbnail", width: side, height: side });
         button.append(thumbnail, make("span", { className: "name" }, name));
         button.addEventListener("click", () => {
-            this.player.showPainting(name);
+            this.presets.showBackground("first");
+            this.player.choosePainting(name);
             this.update();
         });
         return button;

@@ -87,7 +87,7 @@ export class Panel {
             case sharedTexts.presetSection:
                 return [new PresetGrid(this.presets)];
             case "Picture":
-                return [new PaintingChooser(this.player), ...settings];
+                return [new PaintingChooser(this.player, this.presets), ...settings];
             case "Ink":
                 return [...this.makeInk(), ...settings];
             case sharedTexts.developerSection:

@@ -126,12 +126,10 @@ export class Player {
         this.noteInput();
     }
 
-    /** Makes the painting the background, and shows it. */
-    showPainting(name: string): void {
+    /** Makes the painting the first background. */
+    choosePainting(name: string): void {
         setPainting(this.stage.backgrounds, name);
-        this.settings.secondBackground = false;
         this.onBackgroundsChanged();
-        this.onSettings();
     }
 
     /** Makes the player show the new frames of a moving picture. */

@@ -106,6 +106,13 @@ export class PresetChooser {
         this.show({ ...this.player.settings, [name]: !this.player.settings[name] });
     }
 
+    /** Shows the first or the second background. */
+    showBackground(slot: "first" | "second"): void {
+        if (this.player.settings.secondBackground !== (slot === "second")) {
+            this.toggle("secondBackground");
+        }
+    }
+
     /** Saves the current settings as a preset, in the browser and as a file. */
     async save(): Promise<void> {
         const thumbnail = await this.takeThumbnail();
