@@ -1,6 +1,5 @@
 // The two backgrounds: the user's images, or paintings.
 
-import type { Paintings } from "./paintings";
 import type { Picture } from "./read_picture";
 
 /** Upright picture of any size, or the name of a painting. */
@@ -10,8 +9,15 @@ export interface Backgrounds {
     sources: [Source, Source];
 }
 
-export function defaultBackgrounds({ names: [first = "", second = ""] }: Paintings): Backgrounds {
-    return { sources: [first, second] };
+/** Returns the default backgrounds: the first two paintings. */
+export function defaultSources([first = "", second = ""]: readonly string[]): [string, string] {
+    return [first, second];
+}
+
+/** Replaces both backgrounds. */
+export function setBoth(backgrounds: Backgrounds, [first, second]: [Source, Source]): void {
+    replace(backgrounds, 0, first);
+    replace(backgrounds, 1, second);
 }
 
 /** Makes the image the first background, and the previous first background the second one. */

@@ -6,6 +6,7 @@ import type { CleanView } from "./clean_view";
 import type { Command } from "./command";
 import type { FileImporter } from "./file_importer";
 import { canShareFiles, choose } from "./files";
+import type { Memory } from "./memory";
 import type { Player } from "./player";
 import type { PresetChooser } from "./preset_chooser";
 import { attempt, hasKeys, showToast } from "./toast";
@@ -17,6 +18,7 @@ export interface CommandContext {
     presets: PresetChooser;
     capture: Capture;
     importer: FileImporter;
+    memory: Memory;
     cleanView: CleanView;
     help(): void;
     togglePanel(open?: boolean): void;
@@ -50,7 +52,7 @@ function toggle(
 }
 
 export function makePageCommands(context: CommandContext): PageCommands {
-    const { player, presets, cleanView } = context;
+    const { player, presets, memory, cleanView } = context;
     const waterOnly = command("w", commandTexts.waterOnly, () => presets.toggle("waterOnly"));
     const clearInk = command("c", commandTexts.clearInk, () => {
         player.clearInk();
@@ -60,6 +62,7 @@ export function makePageCommands(context: CommandContext): PageCommands {
         context.togglePanel(false);
         cleanView.toggle();
     });
+    const startFresh = command("", commandTexts.startFresh, () => memory.startFresh());
     const help = command("f1", commandTexts.help, () => context.help());
     const panel = command("tab", commandTexts.panel, () => context.togglePanel(), "Tab");
     const closeTexts = { label: "Close or stop", description: "Close the settings, or stop what is running" };
@@ -71,7 +74,7 @@ export function makePageCommands(context: CommandContext): PageCommands {
         Light: [],
         Ink: [clearInk],
         [sharedTexts.saveSection]: saveCommands(context),
-        [sharedTexts.viewSection]: [...viewCommands(context), hide, ...(hasKeys ? [help] : [])],
+        [sharedTexts.viewSection]: [...viewCommands(context), hide, startFresh, ...(hasKeys ? [help] : [])],
         Gestures: gestureCommands(context),
         [sharedTexts.developerSection]: developerCommands(context),
     };

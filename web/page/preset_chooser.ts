@@ -74,6 +74,16 @@ export class PresetChooser {
         this.show(preset.settings);
     }
 
+    selectDefault(): void {
+        this.select(this.presets.builtIn[0] as Preset);
+    }
+
+    /** Applies settings that the user has made from the named preset in an earlier visit. */
+    resume(name: string, settings: Settings): void {
+        this.chosen = findPreset(this.all, name) ?? this.chosen;
+        this.show(settings);
+    }
+
     choose(preset: Preset): void {
         this.select(preset);
         showToast(preset.name);
@@ -173,14 +183,15 @@ export class PresetChooser {
         showToast(location.protocol === "file:" ? `${message}. It works only on this device` : message);
     }
 
-    /** Applies the preset in the page's address, if there is one. */
-    readLink(): void {
+    /** Applies the preset in the page's address. Returns false if there is none. Throws an Error if it is damaged. */
+    readLink(): boolean {
         const text = presetInLink(location.hash);
         if (text === undefined) {
-            return;
+            return false;
         }
         try {
             this.select({ name: sharedTexts.linkSettings, settings: this.player.effect.readPreset(text) });
+            return true;
         } catch (error) {
             throw new Error(`${sharedTexts.damaged}: ${(error as Error).message}`);
         }

@@ -1,7 +1,7 @@
 // Keeps the canvas and the backgrounds at the wanted size in pixels.
 
 import { resizeDelay } from "../../build/web/settings";
-import { defaultBackgrounds, type Backgrounds, type Source } from "./backgrounds";
+import { defaultSources, type Backgrounds, type Source } from "./backgrounds";
 import type { Effect, Size } from "./effect";
 import { Paintings } from "./paintings";
 import { onPixelRatio, pixelSize } from "../engine/screen";
@@ -21,7 +21,7 @@ export class Stage {
         onResize: () => void,
     ) {
         this.paintings = new Paintings(effect);
-        this.backgrounds = defaultBackgrounds(this.paintings);
+        this.backgrounds = { sources: defaultSources(effect.paintingNames) };
         let timer = 0;
         const follow = () => {
             clearTimeout(timer);
@@ -29,6 +29,11 @@ export class Stage {
         };
         new ResizeObserver(follow).observe(canvas);
         onPixelRatio(follow);
+    }
+
+    /** False until the first start of the effect, which gives it a size. */
+    get hasStarted(): boolean {
+        return this.current.width > 0;
     }
 
     get size(): Size {
@@ -65,8 +70,12 @@ export class Stage {
         }
     }
 
+    /** Passes the backgrounds to the effect. Does nothing before the first start. */
     uploadBackgrounds(): void {
         this.hasMoved = false;
+        if (!this.hasStarted) {
+            return;
+        }
         const { sources } = this.backgrounds;
         const first = this.pixelsOf(sources[0]);
         this.effect.setBackgrounds(first, this.secondNeeded ? this.pixelsOf(sources[1]) : first);
@@ -77,9 +86,7 @@ export class Stage {
     needSecond(): void {
         if (!this.secondNeeded) {
             this.secondNeeded = true;
-            if (this.current.width > 0) {
-                this.uploadBackgrounds();
-            }
+            this.uploadBackgrounds();
         }
     }
 
