@@ -12,8 +12,8 @@ const maxLastFrames = 30;
 
 export class Film {
     isFinishing = false;
-    /** Suffix of the file's name. */
-    readonly suffix: string;
+    /** "video/mp4" or "video/webm". */
+    private readonly type: string;
     private readonly context: CanvasRenderingContext2D;
     private readonly recorder: MediaRecorder;
     private readonly parts: Blob[] = [];
@@ -27,7 +27,7 @@ export class Film {
         if (!type) {
             throw new Error("This browser cannot record videos: it lacks MediaRecorder or a video format");
         }
-        this.suffix = type.startsWith("video/mp4") ? ".mp4" : ".webm";
+        this.type = type.replace(/;.*/, "");
         const canvas = document.createElement("canvas");
         canvas.width = even(source.width);
         canvas.height = even(source.height);
@@ -67,8 +67,8 @@ export class Film {
             recorder.stop();
         });
         recorder.stream.getTracks().forEach((track) => track.stop());
-        const file = new Blob(this.parts, { type: `video/${this.suffix.slice(1)}` });
-        return this.suffix === ".webm" ? withDuration(file, duration) : file;
+        const file = new Blob(this.parts, { type: this.type });
+        return this.type === "video/webm" ? withDuration(file, duration) : file;
     }
 }
 

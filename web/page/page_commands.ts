@@ -5,7 +5,7 @@ import type { Capture } from "./capture";
 import type { CleanView } from "./clean_view";
 import type { Command } from "./command";
 import type { FileImporter } from "./file_importer";
-import { canShareFiles, choose } from "./files";
+import { canShare, choose } from "./files";
 import type { Memory } from "./memory";
 import type { Player } from "./player";
 import type { PresetChooser } from "./preset_chooser";
@@ -116,12 +116,17 @@ function pictureCommands({ presets, importer, player }: CommandContext): Command
 }
 
 function saveCommands({ capture, importer, player, presets }: CommandContext): Command[] {
+    const wallpaper = { label: "Save wallpaper", description: "Save a screenshot with the size of this device's screen" };
     const shareTexts = { label: "Share screenshot", description: "Send a screenshot to another app" };
+    const shareVideo = { label: "Share video", description: "Send the newest video to another app" };
+    const isImageShareable = canShare("image/png");
     const isRecording = () => player.effect.isRecording;
     return [
         command("s", commandTexts.screenshot, () => capture.screenshot()),
-        { ...command("", shareTexts, () => capture.shareScreenshot()), isShown: () => canShareFiles },
+        { ...command("", shareTexts, () => capture.shareScreenshot()), isShown: () => isImageShareable },
+        command("", wallpaper, () => capture.wallpaper()),
         toggle("f", commandTexts.film, () => capture.isFilming, () => capture.toggleFilm()),
+        { ...command("", shareVideo, () => capture.shareVideo()), isShown: () => capture.canShareVideo },
         toggle("r", commandTexts.record, isRecording, () => capture.toggleRecording()),
         command("g", commandTexts.replay, () => capture.replayNewest()),
         command("u", commandTexts.copyLink, () => presets.share()),
