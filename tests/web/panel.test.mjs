@@ -148,7 +148,7 @@ test("changes of the settings can be undone and redone, a drag of a slider as a 
     await close(page);
 });
 
-test("a chosen painting or picture is shown instead of the second background, and an undo shows that again", async () => {
+test("thumbnails choose paintings and the user's pictures, and an undo shows the second background again", async () => {
     const page = await open(browser, desktop);
     const isSecondShown = async () => (await settings(page)).secondBackground;
     await page.keyboard.press("Tab");
@@ -164,7 +164,12 @@ test("a chosen painting or picture is shown instead of the second background, an
         await page.keyboard.press("y");
         assert.equal(await isSecondShown(), false);
     }
-    assert.deepEqual((await readFrame(page)).pixel(800, 450).map((part) => part > 100), [true, false, false]);
+    for (const [name, isRed] of [["yours", true], ["sky", false], ["yours", true]]) {
+        await page.getByRole("button", { name, exact: true }).click();
+        await page.getByRole("button", { name, exact: true, pressed: true }).waitFor();
+        const [red, green] = (await readFrame(page)).pixel(800, 450);
+        assert.equal(red > 100 && green < 100, isRed, `${name}: ${red}, ${green}`);
+    }
     await close(page);
 });
 
