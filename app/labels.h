@@ -39,6 +39,7 @@ inline constexpr CommandText commandTexts[] = {
     {"deletePreset", "Delete", "Delete your preset"},
     {"undo", "Undo", "Undo the last change of the settings"},
     {"redo", "Redo", "Repeat the change that was undone"},
+    {"startFresh", "Start fresh", "Restore the default settings and pictures. Your presets stay"},
     {"copyLink", "Copy link", "Copy a link to these settings"},
     {"openFile", "Open file...", "Open a picture, a preset or a gesture"},
     {"choosePicture", "Choose picture...", "Choose a picture as the background"},

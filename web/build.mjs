@@ -25,24 +25,30 @@ function dataUrls(folder, suffix, type) {
     return Object.fromEntries(urls);
 }
 
-const bundle = await build({
-    entryPoints: [join(here, "page/main.ts")],
-    bundle: true,
-    minify: true,
-    write: false,
-    format: "iife",
-    target: "es2022",
-    legalComments: "none",
-    loader: { ".wasm": "binary" },
-    define: {
-        PRESETS: JSON.stringify(texts("presets", ".json")),
-        GESTURES: JSON.stringify(texts("gestures", ".gesture")),
-        THUMBNAILS: JSON.stringify(dataUrls("presets", ".jpg", "image/jpeg")),
-    },
-    logLevel: "warning",
+/** Bundles a script and the scripts that it imports. Returns the text. */
+async function bundle(script, define = {}) {
+    const { outputFiles } = await build({
+        entryPoints: [join(here, "page", script)],
+        bundle: true,
+        minify: true,
+        write: false,
+        format: "iife",
+        target: "es2022",
+        legalComments: "none",
+        loader: { ".wasm": "binary" },
+        define,
+        logLevel: "warning",
+    });
+    return outputFiles[0].text;
+}
+
+const page = await bundle("main.ts", {
+    PRESETS: JSON.stringify(texts("presets", ".json")),
+    GESTURES: JSON.stringify(texts("gestures", ".gesture")),
+    THUMBNAILS: JSON.stringify(dataUrls("presets", ".jpg", "image/jpeg")),
+    PICTURE_WORKER: JSON.stringify(await bundle("picture_worker.ts")),
 });
-// A "</script" inside a string would end the script element.
-const script = bundle.outputFiles[0].text.replaceAll("</script", "<\\/script");
+const script = page.replaceAll("</script", "<\\/script"); // would end the script element
 const hash = createHash("sha256").update(script).digest("base64");
 const policy = [
     "default-src 'none'",
@@ -50,10 +56,11 @@ const policy = [
     "style-src 'unsafe-inline'",
     "img-src data: blob:",
     "media-src blob:",
+    "worker-src blob:",
     "font-src data:",
     "base-uri 'none'",
     "form-action 'none'",
 ].join("; ");
 const parts = { POLICY: policy, STYLE: readFileSync(join(here, "page/style.css"), "utf8"), SCRIPT: script };
-const page = readFileSync(join(here, "page/index.html"), "utf8").replace(/POLICY|STYLE|SCRIPT/g, (name) => parts[name]);
-writeFileSync(output, page);
+const html = readFileSync(join(here, "page/index.html"), "utf8").replace(/POLICY|STYLE|SCRIPT/g, (name) => parts[name]);
+writeFileSync(output, html);

@@ -5,7 +5,7 @@ import { after, before, test } from "node:test";
 import { readFileSync } from "node:fs";
 import { join } from "node:path";
 import {
-    close, difference, drag, frames, interceptFileChoosers, launch, makeImage, open, readFrame,
+    close, difference, downloadFrom, drag, frames, interceptFileChoosers, launch, makeImage, open, readFrame,
     screenshotFolder, sendFiles, serve, set, settings, top, waitForCanvasWidth, waitForToast, waitUntilIdle,
     mockTime,
 } from "./page.mjs";
@@ -100,7 +100,7 @@ test("settings are shared by the share sheet, else by the clipboard, else by the
     server.stop();
 });
 
-test("a screenshot is shared where the device has a sheet for that", async () => {
+test("screenshots and videos are shared where the device has a sheet for that", async () => {
     for (const canShare of [false, true]) {
         const prepare = (can) => {
             navigator.canShare = ({ files }) => can && files.length === 1;
@@ -115,8 +115,28 @@ test("a screenshot is shared where the device has a sheet for that", async () =>
             await button.click();
             await page.waitForFunction(() => window.shared?.type === "image/png" && window.shared.size > 1000);
         }
+        const video = page.getByRole("button", { name: "Share video" });
+        assert.equal(await video.isVisible(), false);
+        await page.keyboard.press("f");
+        const { name } = await downloadFrom(page, () => page.keyboard.press("f"));
+        await waitForToast(page, `Saved ${name}`);
+        assert.equal(await video.isVisible(), canShare);
+        if (canShare) {
+            await video.click();
+            await page.waitForFunction(() => window.shared.type.startsWith("video/") && window.shared.size > 1000);
+        }
         await close(page);
     }
+});
+
+test("a wallpaper has the size of the device's screen", async () => {
+    const page = await open(browser, { screen: { width: 300, height: 400 }, deviceScaleFactor: 2 });
+    await page.keyboard.press("Tab");
+    await page.getByText("Save and record").click();
+    const { name, bytes } = await downloadFrom(page, () => page.getByRole("button", { name: "Save wallpaper" }).click());
+    assert.match(name, /^velmora-wallpaper-.*\.png$/);
+    assert.deepEqual([bytes.readUInt32BE(16), bytes.readUInt32BE(20)], [600, 800]); // the sides in the PNG header
+    await close(page);
 });
 
 test("keys open file choosers for presets and images", async () => {
@@ -152,6 +172,17 @@ test("keys turn attract mode and adaptive quality on and off", async () => {
         assert.equal(await page.evaluate(isOn[key]), false);
     }
     await close(page);
+});
+
+test("a worker decodes a picture, and the page itself does where no worker starts", async () => {
+    for (const missing of ["createImageBitmap", "Worker"]) {
+        const page = await open(browser, { size: [96, 160], before: `window.${missing} = undefined` });
+        await sendFiles(page, "drop", ["red.png", "image/png", await redImage(page)]);
+        await waitForToast(page, "red.png is the background now");
+        const [red, green] = (await readFrame(page)).pixel(48, 80);
+        assert.ok(red > 100 && green < 100, `${red}, ${green} without ${missing}`);
+        await close(page);
+    }
 });
 
 const redImage = (page) => makeImage(page, [90, 160], [["#c02020", 0, 0, 90, 160]]);

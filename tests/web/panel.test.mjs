@@ -3,7 +3,9 @@
 import assert from "node:assert/strict";
 import { join } from "node:path";
 import { after, before, test } from "node:test";
-import { axe, close, frames, launch, open, screenshotFolder, serve, settings, waitForToast } from "./page.mjs";
+import {
+    axe, close, frames, launch, makeImage, open, readFrame, screenshotFolder, sendFiles, serve, settings, waitForToast,
+} from "./page.mjs";
 
 let browser;
 before(async () => (browser = await launch()));
@@ -143,6 +145,31 @@ test("changes of the settings can be undone and redone, a drag of a slider as a 
         }
     }
     await waitForToast(page, "There is no undone change to repeat");
+    await close(page);
+});
+
+test("thumbnails choose paintings and the user's pictures, and an undo shows the second background again", async () => {
+    const page = await open(browser, desktop);
+    const isSecondShown = async () => (await settings(page)).secondBackground;
+    await page.keyboard.press("Tab");
+    await page.getByText("Picture", { exact: true }).click();
+    const file = ["red.png", "image/png", await makeImage(page, [16, 9], [["red", 0, 0, 16, 9]])];
+    for (const choose of [() => page.getByRole("button", { name: "paper" }).click(), () => sendFiles(page, "drop", file)]) {
+        await page.keyboard.press("b");
+        await page.keyboard.press("w"); // a change of another setting keeps two quick changes of one setting apart
+        await choose();
+        await page.waitForFunction(() => !window.velmora.settings.secondBackground);
+        await page.keyboard.press("z");
+        assert.equal(await isSecondShown(), true);
+        await page.keyboard.press("y");
+        assert.equal(await isSecondShown(), false);
+    }
+    for (const [name, isRed] of [["yours", true], ["sky", false], ["yours", true]]) {
+        await page.getByRole("button", { name, exact: true }).click();
+        await page.getByRole("button", { name, exact: true, pressed: true }).waitFor();
+        const [red, green] = (await readFrame(page)).pixel(800, 450);
+        assert.equal(red > 100 && green < 100, isRed, `${name}: ${red}, ${green}`);
+    }
     await close(page);
 });
 

@@ -1,8 +1,5 @@
 // The two backgrounds: the user's images, or paintings.
 
-import type { Size } from "./effect";
-import { MovingPicture } from "./moving_picture";
-import type { Paintings } from "./paintings";
 import type { Picture } from "./read_picture";
 
 /** Upright picture of any size, or the name of a painting. */
@@ -12,8 +9,15 @@ export interface Backgrounds {
     sources: [Source, Source];
 }
 
-export function defaultBackgrounds({ names: [first = "", second = ""] }: Paintings): Backgrounds {
-    return { sources: [first, second] };
+/** Returns the default backgrounds: the first two paintings. */
+export function defaultSources([first = "", second = ""]: readonly string[]): [string, string] {
+    return [first, second];
+}
+
+/** Replaces both backgrounds. */
+export function setBoth(backgrounds: Backgrounds, [first, second]: [Source, Source]): void {
+    replace(backgrounds, 0, first);
+    replace(backgrounds, 1, second);
 }
 
 /** Makes the image the first background, and the previous first background the second one. */
@@ -41,28 +45,4 @@ function replace(backgrounds: Backgrounds, index: 0 | 1, source: Source): void {
         before.close();
     }
     backgrounds.sources[index] = source;
-}
-
-/** Returns the pixels of a background, scaled and cropped to `size`. */
-export function croppedPixels(image: Picture, size: Size): ImageData {
-    const context = makeContext(size);
-    drawCropped(context, image, size);
-    return context.getImageData(0, 0, size.width, size.height);
-}
-
-function makeContext(size: Size): CanvasRenderingContext2D {
-    const canvas = document.createElement("canvas");
-    canvas.width = size.width;
-    canvas.height = size.height;
-    return canvas.getContext("2d", { willReadFrequently: true }) as CanvasRenderingContext2D;
-}
-
-function drawCropped(context: CanvasRenderingContext2D, image: Picture, size: Size): void {
-    const scale = Math.max(size.width / image.width, size.height / image.height);
-    const width = image.width * scale;
-    const height = image.height * scale;
-    context.imageSmoothingQuality = "high";
-    context.fillRect(0, 0, size.width, size.height); // black behind transparent pixels
-    const frame = image instanceof MovingPicture ? image.frame : image;
-    context.drawImage(frame, (size.width - width) / 2, (size.height - height) / 2, width, height);
 }

@@ -2,7 +2,8 @@
 
 import { commandTexts, sharedTexts } from "../../build/web/settings";
 import { showBadge } from "./badges";
-import { download, share, uniqueName } from "./files";
+import { drawCropped } from "./cropping";
+import { canShare, download, share, uniqueName } from "./files";
 import { Film } from "./film";
 import { blobOf } from "./paused_frame";
 import type { Player } from "./player";
@@ -16,6 +17,8 @@ export class Capture {
     private hideFilmBadge = () => {};
     private stopAdding = () => {};
     private hideRecordingBadge = () => {};
+    /** File of the newest video. */
+    private video: Blob | undefined;
     /** Script of the newest recorded gesture. */
     private gesture = "";
 
@@ -35,9 +38,15 @@ export class Capture {
     async screenshot(): Promise<void> {
         const image = await this.takeScreenshot();
         if (image) {
-            const name = uniqueName("screenshot", ".png");
-            download(image, name);
-            showToast(`Saved ${name}`);
+            save(image, uniqueName("screenshot", ".png"));
+        }
+    }
+
+    /** Saves a screenshot of the size of the device's screen. */
+    async wallpaper(): Promise<void> {
+        const image = await this.takeScreenshot();
+        if (image) {
+            save(await atScreenSize(image), uniqueName("wallpaper", ".png"));
         }
     }
 
@@ -46,6 +55,17 @@ export class Capture {
         const image = await this.takeScreenshot();
         if (image) {
             await share(image, uniqueName("screenshot", ".png"));
+        }
+    }
+
+    get canShareVideo(): boolean {
+        return this.video !== undefined && canShare(this.video.type);
+    }
+
+    /** Opens the device's sheet for sharing with the newest video. */
+    async shareVideo(): Promise<void> {
+        if (this.video) {
+            await share(this.video, uniqueName("film", suffixOf(this.video)));
         }
     }
 
@@ -137,10 +157,30 @@ export class Capture {
         if (file.size === 0) {
             throw new Error("The video has no frame and is not saved. Film a little longer");
         }
-        const name = uniqueName("film", film.suffix);
-        download(file, name);
-        showToast(`Saved ${name}`);
+        this.video = file;
+        save(file, uniqueName("film", suffixOf(file)));
     }
+}
+
+function save(file: Blob, name: string): void {
+    download(file, name);
+    showToast(`Saved ${name}`);
+}
+
+/** Returns the suffix of a video's file name. */
+function suffixOf({ type }: Blob): string {
+    return `.${type.replace("video/", "")}`;
+}
+
+/** Scales and crops a PNG image to the size of the device's screen. */
+async function atScreenSize(file: Blob): Promise<Blob> {
+    const image = await createImageBitmap(file);
+    const [width, height] = [screen.width, screen.height].map((side) => Math.round(side * devicePixelRatio));
+    const canvas = new OffscreenCanvas(width as number, height as number);
+    const context = canvas.getContext("2d") as OffscreenCanvasRenderingContext2D;
+    context.imageSmoothingQuality = "high";
+    drawCropped(context, image, image);
+    return canvas.convertToBlob();
 }
 
 function thumbnailOf(image: ImageBitmap): string {

@@ -54,14 +54,15 @@ export class FileImporter {
 
     private async importBackground(file: File, slot: "first" | "second"): Promise<void> {
         const name = file.name || "The pasted file";
-        this.show(await readPicture(file, name), slot);
+        this.show(await readPicture(file, name, this.player.stage.wantedSize), slot);
         showToast(`${name} is the ${slot === "first" ? "" : "second "}background now`);
     }
 
-    /** Makes a picture one of the backgrounds. */
+    /** Makes a picture one of the backgrounds, and shows it. */
     private show(picture: Picture, slot: "first" | "second"): void {
         this.player.watchPicture(picture);
         (slot === "first" ? setFirst : setSecond)(this.player.stage.backgrounds, picture);
+        this.presets.showBackground(slot);
         this.player.onBackgroundsChanged();
     }
 

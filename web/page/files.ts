@@ -12,8 +12,11 @@ export function download(content: Blob | string, name: string): void {
     setTimeout(() => URL.revokeObjectURL(link.href), 60000);
 }
 
-/** True if the device has a sheet for sharing that takes images. */
-export const canShareFiles = navigator.canShare?.({ files: [new File([""], "a.png", { type: "image/png" })] }) ?? false;
+/** Returns true if the device has a sheet for sharing that takes files of the type, for example "image/png". */
+export function canShare(type: string): boolean {
+    const name = `a.${type.replace(/.*\//, "")}`;
+    return navigator.canShare?.({ files: [new File([""], name, { type })] }) ?? false;
+}
 
 /** Opens the device's sheet for sharing with a file. */
 export async function share(content: Blob, name: string): Promise<void> {

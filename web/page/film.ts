@@ -1,5 +1,6 @@
 // Films the water as a video. The video keeps its size if the page changes its size.
 
+import { drawCropped } from "./cropping";
 import { withDuration } from "./webm_duration";
 
 const types = ["video/mp4;codecs=avc1", "video/webm;codecs=vp9", "video/webm"];
@@ -11,8 +12,8 @@ const maxLastFrames = 30;
 
 export class Film {
     isFinishing = false;
-    /** Suffix of the file's name. */
-    readonly suffix: string;
+    /** "video/mp4" or "video/webm". */
+    private readonly type: string;
     private readonly context: CanvasRenderingContext2D;
     private readonly recorder: MediaRecorder;
     private readonly parts: Blob[] = [];
@@ -26,7 +27,7 @@ export class Film {
         if (!type) {
             throw new Error("This browser cannot record videos: it lacks MediaRecorder or a video format");
         }
-        this.suffix = type.startsWith("video/mp4") ? ".mp4" : ".webm";
+        this.type = type.replace(/;.*/, "");
         const canvas = document.createElement("canvas");
         canvas.width = even(source.width);
         canvas.height = even(source.height);
@@ -46,10 +47,7 @@ export class Film {
 
     /** Adds a frame, scaled and cropped to the size of the video. */
     add(frame: HTMLCanvasElement = this.source): void {
-        const { canvas } = this.context;
-        const scale = Math.max(canvas.width / frame.width, canvas.height / frame.height);
-        const [width, height] = [frame.width * scale, frame.height * scale];
-        this.context.drawImage(frame, (canvas.width - width) / 2, (canvas.height - height) / 2, width, height);
+        drawCropped(this.context, frame, frame);
         this.noteFrame();
     }
 
@@ -69,8 +67,8 @@ export class Film {
             recorder.stop();
         });
         recorder.stream.getTracks().forEach((track) => track.stop());
-        const file = new Blob(this.parts, { type: `video/${this.suffix.slice(1)}` });
-        return this.suffix === ".webm" ? withDuration(file, duration) : file;
+        const file = new Blob(this.parts, { type: this.type });
+        return this.type === "video/webm" ? withDuration(file, duration) : file;
     }
 }
 

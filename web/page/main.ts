@@ -6,12 +6,14 @@ import { CleanView } from "./clean_view";
 import { fillHelp, isFramed, listen } from "./command";
 import { FileImporter } from "./file_importer";
 import { receiveFiles } from "./files";
+import { Memory } from "./memory";
 import { openEffect, showError } from "./open_effect";
 import { makePageCommands } from "./page_commands";
 import { Panel } from "./panel";
 import { Player } from "./player";
 import { PresetChooser } from "./preset_chooser";
 import { loadPresets } from "./presets";
+import { loadBackgrounds } from "./stored_backgrounds";
 import { installTestHook } from "./test_hook";
 import { attempt, hasKeys, showToast } from "./toast";
 
@@ -20,6 +22,7 @@ const byId = <Kind extends HTMLElement>(id: string) => document.getElementById(i
 async function open(): Promise<void> {
     document.documentElement.classList.toggle("framed", isFramed);
     const canvas = byId<HTMLCanvasElement>("water");
+    const backgrounds = loadBackgrounds(); // loads them while the module starts
     const effect = await openEffect(canvas);
     if (!effect) {
         return;
@@ -27,19 +30,30 @@ async function open(): Promise<void> {
     const player = new Player(effect, canvas);
     const capture = new Capture(player);
     const presets = new PresetChooser(player, loadPresets(effect), () => capture.thumbnail());
-    const importer = connectControls(player, capture, presets);
+    const memory = new Memory(player, presets, backgrounds);
+    const importer = connectControls(player, capture, presets, memory);
     showFocus(canvas);
     const drop = `${hasKeys ? "Click" : "Tap"} the drop for settings`;
     showToast(`Drag to stir the water. ${drop}${hasKeys ? ", or press F1 for the keys" : ""}.`);
-    await attempt(() => presets.readLink());
+    let isLinked = false;
+    await attempt(() => (isLinked = presets.readLink()));
+    if (!isLinked) {
+        memory.recallSettings();
+    }
+    await memory.recallBackgrounds();
     player.restart();
     if (new URLSearchParams(location.search).has("test")) {
-        installTestHook(player, importer);
+        installTestHook(player, importer, memory);
     }
 }
 
 /** Connects keys, panel, help, files and links to the player. */
-function connectControls(player: Player, capture: Capture, presets: PresetChooser): FileImporter {
+function connectControls(
+    player: Player,
+    capture: Capture,
+    presets: PresetChooser,
+    memory: Memory,
+): FileImporter {
     const importer = new FileImporter(player, presets);
     const cleanView = new CleanView();
     const help = byId<HTMLDialogElement>("help");
@@ -51,7 +65,7 @@ function connectControls(player: Player, capture: Capture, presets: PresetChoose
     };
     const showHelp = () => help.showModal();
     const escape = () => (panel.isOpen ? panel.toggle(false) : stopNewest());
-    const context = { escape, player, presets, importer, capture, cleanView, help: showHelp, togglePanel };
+    const context = { escape, player, presets, importer, capture, memory, cleanView, help: showHelp, togglePanel };
     const commands = makePageCommands(context);
     const panel = new Panel(byId("panel"), byId("open"), player, presets, commands.sections);
     listen(commands.all, () => player.noteInput());
@@ -62,6 +76,11 @@ function connectControls(player: Player, capture: Capture, presets: PresetChoose
     presets.onChange = () => {
         panel.update();
         presets.dropOldLink();
+        memory.noteSettings();
+    };
+    player.onBackgrounds = () => {
+        panel.update();
+        memory.noteBackgrounds();
     };
     return importer;
 }

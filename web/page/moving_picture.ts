@@ -1,5 +1,8 @@
 // Videos, animated images and the camera as a background. They call back for each new frame.
 
+import type { Size } from "../engine/size";
+import { croppedPixels } from "./cropping";
+
 /** Types of images that may be animated. */
 const animatedTypes = /^image\/(gif|webp|avif|apng|png)$/;
 /** Duration in milliseconds of an image's frame that gives none, as in browsers. */
@@ -13,6 +16,11 @@ export abstract class MovingPicture {
     abstract get width(): number;
     abstract get height(): number;
     abstract close(): void;
+
+    /** Returns the pixels of the frame, scaled and cropped to `size`. */
+    pixels(size: Size): ImageData {
+        return croppedPixels(this.frame, this, size);
+    }
 }
 
 /** Opens a video or an animated image. Resolves to undefined if the file is neither of them or cannot be decoded. */

@@ -5,7 +5,8 @@ import type { Capture } from "./capture";
 import type { CleanView } from "./clean_view";
 import type { Command } from "./command";
 import type { FileImporter } from "./file_importer";
-import { canShareFiles, choose } from "./files";
+import { canShare, choose } from "./files";
+import type { Memory } from "./memory";
 import type { Player } from "./player";
 import type { PresetChooser } from "./preset_chooser";
 import { attempt, hasKeys, showToast } from "./toast";
@@ -17,6 +18,7 @@ export interface CommandContext {
     presets: PresetChooser;
     capture: Capture;
     importer: FileImporter;
+    memory: Memory;
     cleanView: CleanView;
     help(): void;
     togglePanel(open?: boolean): void;
@@ -50,7 +52,7 @@ function toggle(
 }
 
 export function makePageCommands(context: CommandContext): PageCommands {
-    const { player, presets, cleanView } = context;
+    const { player, presets, memory, cleanView } = context;
     const waterOnly = command("w", commandTexts.waterOnly, () => presets.toggle("waterOnly"));
     const clearInk = command("c", commandTexts.clearInk, () => {
         player.clearInk();
@@ -60,6 +62,7 @@ export function makePageCommands(context: CommandContext): PageCommands {
         context.togglePanel(false);
         cleanView.toggle();
     });
+    const startFresh = command("", commandTexts.startFresh, () => memory.startFresh());
     const help = command("f1", commandTexts.help, () => context.help());
     const panel = command("tab", commandTexts.panel, () => context.togglePanel(), "Tab");
     const closeTexts = { label: "Close or stop", description: "Close the settings, or stop what is running" };
@@ -71,7 +74,7 @@ export function makePageCommands(context: CommandContext): PageCommands {
         Light: [],
         Ink: [clearInk],
         [sharedTexts.saveSection]: saveCommands(context),
-        [sharedTexts.viewSection]: [...viewCommands(context), hide, ...(hasKeys ? [help] : [])],
+        [sharedTexts.viewSection]: [...viewCommands(context), hide, startFresh, ...(hasKeys ? [help] : [])],
         Gestures: gestureCommands(context),
         [sharedTexts.developerSection]: developerCommands(context),
     };
@@ -96,16 +99,11 @@ function presetCommands({ presets }: CommandContext): Command[] {
 }
 
 function pictureCommands({ presets, importer, player }: CommandContext): Command[] {
-    const importSecond = async (file: File) => {
-        if (await importer.take(file, "second")) {
-            presets.show({ ...player.settings, secondBackground: true });
-        }
-    };
     const camera = { label: "Use camera", description: "Use the camera image as the background" };
     const second = { label: "Choose second picture...", description: "Choose a picture as the second background" };
     return [
         command("o", commandTexts.choosePicture, () => choose("image/*,video/*", (file) => importer.take(file))),
-        command("e", second, () => choose("image/*,video/*", importSecond)),
+        command("e", second, () => choose("image/*,video/*", (file) => importer.take(file, "second"))),
         toggle(
             "b",
             commandTexts.secondPicture,
@@ -118,12 +116,17 @@ function pictureCommands({ presets, importer, player }: CommandContext): Command
 }
 
 function saveCommands({ capture, importer, player, presets }: CommandContext): Command[] {
+    const wallpaper = { label: "Save wallpaper", description: "Save a screenshot with the size of this device's screen" };
     const shareTexts = { label: "Share screenshot", description: "Send a screenshot to another app" };
+    const shareVideo = { label: "Share video", description: "Send the newest video to another app" };
+    const isImageShareable = canShare("image/png");
     const isRecording = () => player.effect.isRecording;
     return [
         command("s", commandTexts.screenshot, () => capture.screenshot()),
-        { ...command("", shareTexts, () => capture.shareScreenshot()), isShown: () => canShareFiles },
+        { ...command("", shareTexts, () => capture.shareScreenshot()), isShown: () => isImageShareable },
+        command("", wallpaper, () => capture.wallpaper()),
         toggle("f", commandTexts.film, () => capture.isFilming, () => capture.toggleFilm()),
+        { ...command("", shareVideo, () => capture.shareVideo()), isShown: () => capture.canShareVideo },
         toggle("r", commandTexts.record, isRecording, () => capture.toggleRecording()),
         command("g", commandTexts.replay, () => capture.replayNewest()),
         command("u", commandTexts.copyLink, () => presets.share()),

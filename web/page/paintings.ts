@@ -9,11 +9,6 @@ export class Paintings {
 
     constructor(private readonly effect: Effect) {}
 
-    /** Names of all paintings. The first is the default background. */
-    get names(): readonly string[] {
-        return this.effect.paintingNames;
-    }
-
     /** Returns a painting that fills a screen of the size. */
     at(name: string, size: Size): ImageData {
         if (size.width !== this.size.width || size.height !== this.size.height) {

@@ -4,7 +4,7 @@ import { inkPalette, settingFields, sharedTexts } from "../../build/web/settings
 import type { Command } from "./command";
 import { hexOf, make, makeButtons, makeColor, makeSection, makeSlider, makeSwitch, type Control } from "./controls";
 import { FrameTimeChart } from "./frame_time_chart";
-import { PaintingChooser } from "./painting_chooser";
+import { PictureChooser } from "./picture_chooser";
 import type { Player } from "./player";
 import type { PresetChooser } from "./preset_chooser";
 import { PresetGrid } from "./preset_grid";
@@ -87,7 +87,7 @@ export class Panel {
             case sharedTexts.presetSection:
                 return [new PresetGrid(this.presets)];
             case "Picture":
-                return [new PaintingChooser(this.player), ...settings];
+                return [new PictureChooser(this.player, this.presets), ...settings];
             case "Ink":
                 return [...this.makeInk(), ...settings];
             case sharedTexts.developerSection:

@@ -3,7 +3,7 @@
 import { defaultSettings, type Settings } from "../../build/web/settings";
 import { ArrowKeys } from "./arrow_keys";
 import { AttractTimer } from "../engine/attract_timer";
-import { setPainting } from "./backgrounds";
+import { setBoth, setPainting, type Source } from "./backgrounds";
 import { ContextWatch } from "./context_watch";
 import type { Effect } from "./effect";
 import { FrameLoop } from "../engine/frame_loop";
@@ -33,6 +33,8 @@ export class Player {
     filming = false;
     /** Functions to call after each frame with its duration in milliseconds, while the canvas still has its image. */
     readonly afterFrame = new Set<(elapsed: number) => void>();
+    /** Called when the backgrounds have changed. */
+    onBackgrounds = () => {};
     /** Called when a script has changed the settings. */
     onSettings = () => {};
 
@@ -67,7 +69,7 @@ export class Player {
         this.pointer = new Pointer(canvas, finger);
         this.arrowKeys = new ArrowKeys(canvas, finger, () => this.pointer.isPressed);
         this.loop = new FrameLoop({
-            canRun: () => !this.context.isLost,
+            canRun: () => !this.context.isLost && this.stage.hasStarted,
             skipTime: () => this.skipTime(),
             tick: (now) => this.tick(now),
         });
@@ -124,14 +126,20 @@ export class Player {
         }
         this.pause.frame.drop();
         this.noteInput();
+        this.onBackgrounds();
     }
 
-    /** Makes the painting the background, and shows it. */
-    showPainting(name: string): void {
-        setPainting(this.stage.backgrounds, name);
-        this.settings.secondBackground = false;
+    /** Replaces both backgrounds. */
+    showBackgrounds(sources: [Source, Source]): void {
+        setBoth(this.stage.backgrounds, sources);
+        sources.forEach((source) => typeof source !== "string" && this.watchPicture(source));
         this.onBackgroundsChanged();
-        this.onSettings();
+    }
+
+    /** Makes the painting the first background. */
+    choosePainting(name: string): void {
+        setPainting(this.stage.backgrounds, name);
+        this.onBackgroundsChanged();
     }
 
     /** Makes the player show the new frames of a moving picture. */

@@ -74,6 +74,16 @@ export class PresetChooser {
         this.show(preset.settings);
     }
 
+    selectDefault(): void {
+        this.select(this.presets.builtIn[0] as Preset);
+    }
+
+    /** Applies settings that the user has made from the named preset in an earlier visit. */
+    resume(name: string, settings: Settings): void {
+        this.chosen = findPreset(this.all, name) ?? this.chosen;
+        this.show(settings);
+    }
+
     choose(preset: Preset): void {
         this.select(preset);
         showToast(preset.name);
@@ -104,6 +114,13 @@ export class PresetChooser {
 
     toggle(name: "secondBackground" | "waterOnly"): void {
         this.show({ ...this.player.settings, [name]: !this.player.settings[name] });
+    }
+
+    /** Shows the first or the second background. */
+    showBackground(slot: "first" | "second"): void {
+        if (this.player.settings.secondBackground !== (slot === "second")) {
+            this.toggle("secondBackground");
+        }
     }
 
     /** Saves the current settings as a preset, in the browser and as a file. */
@@ -166,14 +183,15 @@ export class PresetChooser {
         showToast(location.protocol === "file:" ? `${message}. It works only on this device` : message);
     }
 
-    /** Applies the preset in the page's address, if there is one. */
-    readLink(): void {
+    /** Applies the preset in the page's address. Returns false if there is none. Throws an Error if it is damaged. */
+    readLink(): boolean {
         const text = presetInLink(location.hash);
         if (text === undefined) {
-            return;
+            return false;
         }
         try {
             this.select({ name: sharedTexts.linkSettings, settings: this.player.effect.readPreset(text) });
+            return true;
         } catch (error) {
             throw new Error(`${sharedTexts.damaged}: ${(error as Error).message}`);
         }

@@ -1,65 +1,81 @@
-// Reads the user's pictures. The browser decodes and scales them off the main thread.
+// Reads the user's pictures. A worker decodes and scales them.
 
+import type { Size } from "../engine/size";
+import { croppedPixels } from "./cropping";
+import { decodePicture, type DecodedPicture } from "./decode_picture";
 import { openMovingPicture, type MovingPicture } from "./moving_picture";
+import { StillPicture } from "./still_picture";
 
-export type Picture = ImageBitmap | MovingPicture;
+/** Script of picture_worker.ts. */
+declare const PICTURE_WORKER: string;
 
-/** Maximum shorter side of a picture in pixels. Larger pictures are scaled down, because no screen shows more. */
-const maxShorterSide = 2048;
+export type Picture = StillPicture | MovingPicture;
+
 /** Longer side of a drawn SVG picture in pixels. */
 const svgSide = 2048;
 
 /**
- * Reads a picture or video, rotated by its EXIF orientation. Throws an Error with a message for the user if the browser
- * cannot show it.
+ * Reads a picture or video, rotated by its EXIF orientation, for a screen of the size. Throws an Error with a message for
+ * the user if the browser cannot show it.
  */
-export async function readPicture(file: Blob, name: string): Promise<Picture> {
+export async function readPicture(file: Blob, name: string, screen: Size): Promise<Picture> {
     const moving = await openMovingPicture(file);
     if (moving) {
         return moving;
     }
+    try {
+        const isSvg = file.type === "image/svg+xml";
+        return new StillPicture(file, await (isSvg ? drawSvg(file, screen) : decodeInWorker(file, screen)));
+    } catch {
+        throw new Error(`${name} is not a picture that this browser can show. Choose a JPEG, PNG, SVG or video file`);
+    }
+}
+
+/** Decodes a picture in a worker, or on the page's thread if the worker fails. Some browsers start no worker here. */
+async function decodeInWorker(file: Blob, screen: Size): Promise<DecodedPicture> {
+    const url = URL.createObjectURL(new Blob([PICTURE_WORKER], { type: "text/javascript" }));
+    let worker: Worker | undefined;
+    try {
+        worker = new Worker(url);
+        return await resultOf(worker, file, screen);
+    } catch {
+        return await decodePicture(file, screen);
+    } finally {
+        worker?.terminate();
+        URL.revokeObjectURL(url);
+    }
+}
+
+function resultOf(worker: Worker, ...job: Parameters<typeof decodePicture>): Promise<DecodedPicture> {
+    return new Promise((resolve, reject) => {
+        worker.onmessage = ({ data }: MessageEvent<DecodedPicture | null>) => (data ? resolve(data) : reject());
+        worker.onerror = (event) => (event.preventDefault(), reject());
+        worker.postMessage(job);
+    });
+}
+
+/** Draws an SVG image. Only the page's thread can do that. An image without a size is square. */
+async function drawSvg(file: Blob, screen: Size): Promise<DecodedPicture> {
     const image = new Image();
     image.src = URL.createObjectURL(file);
     try {
         await loaded(image);
-        return await (file.type === "image/svg+xml" ? drawSvg(image) : decode(file, image));
-    } catch {
-        throw new Error(`${name} is not a picture that this browser can show. Choose a JPEG, PNG, SVG or video file`);
+        const [width, height] = [image.naturalWidth || 1, image.naturalHeight || 1];
+        const scale = svgSide / Math.max(width, height);
+        image.width = Math.max(1, Math.round(width * scale));
+        image.height = Math.max(1, Math.round(height * scale));
+        const canvas = new OffscreenCanvas(image.width, image.height);
+        (canvas.getContext("2d") as OffscreenCanvasRenderingContext2D).drawImage(image, 0, 0, canvas.width, canvas.height);
+        const pixels = croppedPixels(canvas, canvas, screen); // throws if the page may not read the image
+        return { image: canvas.transferToImageBitmap(), pixels };
     } finally {
         URL.revokeObjectURL(image.src);
     }
 }
 
-/** Waits until the size of an image is known. The browser does not decode the image for that. */
 function loaded(image: HTMLImageElement): Promise<void> {
     return new Promise((resolve, reject) => {
         image.onload = () => resolve();
         image.onerror = reject;
     });
-}
-
-function decode(file: Blob, { naturalWidth, naturalHeight }: HTMLImageElement): Promise<ImageBitmap> {
-    const scale = maxShorterSide / Math.min(naturalWidth, naturalHeight);
-    if (scale >= 1) {
-        return createImageBitmap(file, { imageOrientation: "from-image" });
-    }
-    return createImageBitmap(file, {
-        imageOrientation: "from-image",
-        resizeWidth: Math.max(1, Math.round(naturalWidth * scale)),
-        resizeHeight: Math.max(1, Math.round(naturalHeight * scale)),
-        resizeQuality: "high",
-    });
-}
-
-/** Draws an SVG image. An image without a size is square. Throws if the page may not read its pixels. */
-function drawSvg(image: HTMLImageElement): ImageBitmap {
-    const [width, height] = [image.naturalWidth || 1, image.naturalHeight || 1];
-    const scale = svgSide / Math.max(width, height);
-    image.width = Math.max(1, Math.round(width * scale));
-    image.height = Math.max(1, Math.round(height * scale));
-    const canvas = new OffscreenCanvas(image.width, image.height);
-    const context = canvas.getContext("2d") as OffscreenCanvasRenderingContext2D;
-    context.drawImage(image, 0, 0, canvas.width, canvas.height);
-    context.getImageData(0, 0, 1, 1);
-    return canvas.transferToImageBitmap();
 }

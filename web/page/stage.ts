@@ -1,7 +1,7 @@
 // Keeps the canvas and the backgrounds at the wanted size in pixels.
 
 import { resizeDelay } from "../../build/web/settings";
-import { defaultBackgrounds, croppedPixels, type Backgrounds, type Source } from "./backgrounds";
+import { defaultSources, type Backgrounds, type Source } from "./backgrounds";
 import type { Effect, Size } from "./effect";
 import { Paintings } from "./paintings";
 import { onPixelRatio, pixelSize } from "../engine/screen";
@@ -21,7 +21,7 @@ export class Stage {
         onResize: () => void,
     ) {
         this.paintings = new Paintings(effect);
-        this.backgrounds = defaultBackgrounds(this.paintings);
+        this.backgrounds = { sources: defaultSources(effect.paintingNames) };
         let timer = 0;
         const follow = () => {
             clearTimeout(timer);
@@ -31,11 +31,22 @@ export class Stage {
         onPixelRatio(follow);
     }
 
+    /** False until the first start of the effect, which gives it a size. */
+    get hasStarted(): boolean {
+        return this.current.width > 0;
+    }
+
     get size(): Size {
         return this.current;
     }
 
-    /** True if the canvas has the size that its CSS box and the quality require. */
+    /** Size that the CSS box of the canvas and the quality require. */
+    get wantedSize(): Size {
+        const { effect, canvas } = this;
+        return effect.isRecording || effect.isReplaying ? this.fullSize : pixelSize(canvas, effect.quality.pixels);
+    }
+
+    /** True if the canvas has the wanted size. */
     get hasWantedSize(): boolean {
         return isSame(this.wantedSize, this.current);
     }
@@ -59,8 +70,12 @@ export class Stage {
         }
     }
 
+    /** Passes the backgrounds to the effect. Does nothing before the first start. */
     uploadBackgrounds(): void {
         this.hasMoved = false;
+        if (!this.hasStarted) {
+            return;
+        }
         const { sources } = this.backgrounds;
         const first = this.pixelsOf(sources[0]);
         this.effect.setBackgrounds(first, this.secondNeeded ? this.pixelsOf(sources[1]) : first);
@@ -71,25 +86,16 @@ export class Stage {
     needSecond(): void {
         if (!this.secondNeeded) {
             this.secondNeeded = true;
-            if (this.current.width > 0) {
-                this.uploadBackgrounds();
-            }
+            this.uploadBackgrounds();
         }
     }
 
     private pixelsOf(source: Source): ImageData {
-        return typeof source === "string"
-            ? this.paintings.at(source, this.current)
-            : croppedPixels(source, this.current);
+        return typeof source === "string" ? this.paintings.at(source, this.current) : source.pixels(this.current);
     }
 
     private get fullSize(): Size {
         return pixelSize(this.canvas, 1);
-    }
-
-    private get wantedSize(): Size {
-        const { effect, canvas } = this;
-        return effect.isRecording || effect.isReplaying ? this.fullSize : pixelSize(canvas, effect.quality.pixels);
     }
 
     private applySize(size: Size): void {

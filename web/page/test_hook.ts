@@ -5,6 +5,7 @@ import type { Size, VelocityField } from "./effect";
 import type { FileImporter } from "./file_importer";
 import { qualityLabel } from "./frame_time_chart";
 import type { FrameTime } from "./frame_times";
+import type { Memory } from "./memory";
 import type { Player } from "./player";
 
 export interface TestHook {
@@ -37,6 +38,8 @@ export interface TestHook {
     onFrame(call: (elapsed: number) => void): () => void;
     /** Settles once all dropped and pasted files are imported. */
     filesImported(): Promise<unknown>;
+    /** Settles once settings and backgrounds are stored for the next visit. */
+    stored(): Promise<unknown>;
     /** Reports input, as a key press does. Requests a frame. */
     noteInput(): void;
     press(x: number, y: number, pressure: number): void;
@@ -54,7 +57,7 @@ declare global {
     }
 }
 
-export function installTestHook(player: Player, importer: FileImporter): void {
+export function installTestHook(player: Player, importer: FileImporter, memory: Memory): void {
     const { effect, stage, loop } = player;
     window.velmora = {
         settings: player.settings,
@@ -80,6 +83,7 @@ export function installTestHook(player: Player, importer: FileImporter): void {
             return () => player.afterFrame.delete(call);
         },
         filesImported: () => importer.settled,
+        stored: () => memory.settled,
         noteInput: () => player.noteInput(),
         press: (...touch) => (effect.press(...touch), loop.wake()),
         move: (...touch) => (effect.move(...touch), loop.wake()),

@@ -1,0 +1,107 @@
+// Settings and backgrounds that the page remembers for the next visit.
+
+import assert from "node:assert/strict";
+import { after, before, test } from "node:test";
+import { close, launch, makeImage, open, readFrame, sendFiles, settings, waitForToast } from "./page.mjs";
+
+let browser;
+before(async () => (browser = await launch()));
+after(() => browser.close());
+
+/** Reloads the page as a user does who has seen the result of the last action. */
+async function reload(page) {
+    await page.evaluate(() => window.velmora.stored());
+    page.requests = [];
+    await page.reload();
+    await page.waitForFunction(() => window.velmora?.counts().frames > 0);
+}
+
+/** Drops pictures in one colour each. The last one becomes the background. */
+async function dropPictures(page, ...colors) {
+    for (const color of colors) {
+        await sendFiles(page, "drop", [`${color}.png`, "image/png", await makeImage(page, [9, 16], [[color, 0, 0, 9, 16]])]);
+    }
+    await page.evaluate(() => window.velmora.filesImported());
+}
+
+/** Asserts that the red, green and blue channels of the frame are bright as expected. */
+async function assertColor(page, bright) {
+    const { pixel } = await readFrame(page);
+    assert.deepEqual(pixel(48, 80).map((channel) => channel > 128), bright);
+}
+
+test("a reload keeps settings and pictures unless a link sets others, and a fresh start forgets them", async () => {
+    const page = await open(browser, { size: [96, 160] });
+    const fresh = await settings(page);
+    await dropPictures(page, "red", "lime");
+    await page.keyboard.press("n");
+    await page.keyboard.press("b");
+    const changed = await settings(page);
+    await reload(page);
+    assert.deepEqual(await settings(page), changed);
+    await assertColor(page, [true, false, false]);
+    await page.keyboard.press("b");
+    await assertColor(page, [false, true, false]);
+    await page.keyboard.press("Backspace"); // restores the preset that the settings were based on
+    await waitForToast(page, "calm pond, without changes");
+    const kept = await settings(page);
+
+    await page.evaluate(() => (location.hash = "#look&exponent=7"));
+    await page.waitForFunction(() => window.velmora.settings.exponent === 7);
+    await reload(page);
+    assert.equal((await settings(page)).exponent, 7);
+    await page.evaluate(() => history.replaceState(null, "", location.pathname + location.search));
+    await reload(page);
+    assert.deepEqual(await settings(page), kept, "a link that was only looked at must not replace the user's settings");
+
+    await page.keyboard.press("Tab");
+    await page.getByText("View", { exact: true }).click();
+    await page.getByRole("button", { name: "Start fresh" }).click();
+    for (const visit of ["this visit", "the next visit"]) {
+        assert.deepEqual(await settings(page), fresh, visit);
+        const [red, green] = (await readFrame(page)).pixel(48, 80);
+        assert.ok(red > 100 && green > 100, `${visit} must show the sand, not a picture: ${red}, ${green}`);
+        await reload(page);
+    }
+    await close(page);
+});
+
+test("damaged memory is reported once, and a page without storage works", async () => {
+    const page = await open(browser, { size: [96, 160] });
+    await dropPictures(page, "red");
+    await page.evaluate(async () => {
+        await window.velmora.stored();
+        localStorage.setItem("velmora look", '{"preset": "ember", "settings": {"wet": 1}}');
+        const opening = indexedDB.open("velmora");
+        await new Promise((done) => (opening.onsuccess = done));
+        const change = opening.result.transaction("page", "readwrite");
+        change.objectStore("page").put([new Blob(["no picture"], { type: "image/png" }), "sky"], "backgrounds");
+        await new Promise((done) => (change.oncomplete = done));
+        opening.result.close();
+    });
+    for (const expected of [/settings are damaged[^]*picture is damaged/, /^((?!damaged)[^])*$/]) {
+        await page.addInitScript(() => {
+            window.toasts = "";
+            const note = (changes) => changes.forEach(({ target }) => target.id === "toast" && (window.toasts += target.textContent));
+            new MutationObserver(note).observe(document, { childList: true, subtree: true });
+        });
+        await reload(page);
+        assert.match(await page.evaluate(() => window.toasts), expected);
+    }
+    await close(page);
+
+    const refuse = () => {
+        const fail = () => { throw new DOMException("denied", "SecurityError"); };
+        Object.defineProperty(window, "localStorage", { get: fail });
+        indexedDB.open = fail;
+    };
+    const hang = () => (indexedDB.open = () => ({}));
+    for (const before of [refuse, hang]) {
+        const page = await open(browser, { size: [96, 160], before });
+        await dropPictures(page, "red");
+        await page.keyboard.press("n");
+        await waitForToast(page, "calm pond");
+        await assertColor(page, [true, false, false]);
+        await close(page);
+    }
+});

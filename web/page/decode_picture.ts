@@ -1,0 +1,33 @@
+// Decodes pictures. The page and its worker for pictures share this file.
+
+import type { Size } from "../engine/size";
+import { croppedPixels } from "./cropping";
+
+/** Maximum shorter side of a picture in pixels. Larger pictures are scaled down, because no screen shows more. */
+const maxShorterSide = 2048;
+
+export interface DecodedPicture {
+    image: ImageBitmap;
+    /** Pixels of the image, scaled and cropped to the size of the screen. */
+    pixels: ImageData;
+}
+
+/** Decodes a picture, rotated by its EXIF orientation, for a screen of the size. Throws if it cannot be decoded. */
+export async function decodePicture(file: Blob, screen: Size): Promise<DecodedPicture> {
+    const image = await scaledDown(await createImageBitmap(file, { imageOrientation: "from-image" }));
+    return { image, pixels: croppedPixels(image, image, screen) };
+}
+
+async function scaledDown(image: ImageBitmap): Promise<ImageBitmap> {
+    const scale = maxShorterSide / Math.min(image.width, image.height);
+    if (scale >= 1) {
+        return image;
+    }
+    const scaled = await createImageBitmap(image, {
+        resizeWidth: Math.max(1, Math.round(image.width * scale)),
+        resizeHeight: Math.max(1, Math.round(image.height * scale)),
+        resizeQuality: "high",
+    });
+    image.close();
+    return scaled;
+}

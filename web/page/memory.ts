@@ -1,0 +1,140 @@
+// Remembers settings and backgrounds for the next visit. If the browser allows no storage, the page works without it.
+
+import { defaultSources, type Source } from "./backgrounds";
+import { presetInLink } from "./links";
+import type { Player } from "./player";
+import type { PresetChooser } from "./preset_chooser";
+import { readPicture } from "./read_picture";
+import { StillPicture } from "./still_picture";
+import { deleteBackgrounds, storeBackgrounds, type StoredBackground } from "./stored_backgrounds";
+import { showToast } from "./toast";
+
+/** Entry of localStorage with the settings and the name of their preset. */
+const lookEntry = "velmora look";
+/** Maximum number of milliseconds for which the first frame waits for the remembered backgrounds. */
+const maxWait = 1000;
+
+export class Memory {
+    /** Backgrounds in the database. Undefined until they are read. */
+    private stored: readonly StoredBackground[] | undefined;
+    /** Newest write to the database. Each write waits for the previous one. */
+    private latest: Promise<void> = Promise.resolve();
+
+    constructor(
+        private readonly player: Player,
+        private readonly presets: PresetChooser,
+        /** Result of loadBackgrounds. */
+        private readonly loading: Promise<unknown>,
+    ) {}
+
+    /** Settles once everything is stored. */
+    get settled(): Promise<unknown> {
+        return this.latest;
+    }
+
+    /** Stores the settings, except those of a link that the user has opened and not changed. */
+    noteSettings(): void {
+        if (presetInLink(location.hash) === undefined) {
+            const look = { preset: this.presets.current.name, settings: this.player.settings };
+            withoutErrors(() => localStorage.setItem(lookEntry, JSON.stringify(look)));
+        }
+    }
+
+    /** Stores the backgrounds if they have changed. */
+    noteBackgrounds(): void {
+        const backgrounds = this.storable(this.player.stage.backgrounds.sources);
+        if (this.stored?.every((each, at) => each === backgrounds[at])) {
+            return;
+        }
+        this.stored = backgrounds;
+        // If a picture is too large for the storage, forget the older one.
+        this.write(() => storeBackgrounds(backgrounds).catch(deleteBackgrounds));
+    }
+
+    /** Applies the remembered settings. Tells the user if they are damaged. */
+    recallSettings(): void {
+        const text = withoutErrors(() => localStorage.getItem(lookEntry));
+        if (!text) {
+            return;
+        }
+        try {
+            const { preset, settings } = JSON.parse(text) as { preset: unknown; settings: unknown };
+            this.presets.resume(String(preset), this.player.effect.readPreset(JSON.stringify(settings)));
+        } catch {
+            this.forgetSettings();
+            showToast("The remembered settings are damaged, so these are the default settings");
+        }
+    }
+
+    /** Shows the remembered backgrounds. Waits for them a limited time; later ones are shown when they arrive. */
+    async recallBackgrounds(): Promise<void> {
+        await Promise.race([this.showStored(), new Promise((resolve) => setTimeout(resolve, maxWait))]);
+    }
+
+    /** Restores the default settings and backgrounds, and forgets the stored ones. The user's presets stay. */
+    startFresh(): void {
+        this.presets.selectDefault();
+        this.player.showBackgrounds(defaultSources(this.player.effect.paintingNames));
+        this.forgetSettings();
+        this.write(deleteBackgrounds);
+        showToast("Default settings and picture. Your presets are kept");
+    }
+
+    private forgetSettings(): void {
+        withoutErrors(() => localStorage.removeItem(lookEntry));
+    }
+
+    private async showStored(): Promise<void> {
+        const stored = await this.loading;
+        if (stored === undefined) {
+            return;
+        }
+        let isLost = false;
+        const sources = await Promise.all(
+            defaultSources(this.player.effect.paintingNames).map(async (painting, at): Promise<Source> => {
+                const source = await this.sourceOf((stored as unknown[] | null)?.[at]).catch(() => undefined);
+                isLost ||= source === undefined;
+                return source ?? painting;
+            }),
+        );
+        if (this.stored) {
+            return; // the user has chosen another background meanwhile
+        }
+        if (isLost) {
+            showToast("A remembered picture is damaged, so this is the default picture");
+        } else {
+            this.stored = this.storable(sources);
+        }
+        this.player.showBackgrounds(sources as [Source, Source]);
+    }
+
+    /** Returns the background of a stored value. Rejects if this version of the page cannot show it. */
+    private async sourceOf(stored: unknown): Promise<Source> {
+        if (stored instanceof Blob) {
+            return readPicture(stored, "The remembered picture", this.player.stage.wantedSize);
+        }
+        const painting = this.player.effect.paintingNames.find((name) => name === stored);
+        return painting ?? Promise.reject(new Error("unknown painting"));
+    }
+
+    /** Returns the values to store for backgrounds: the default painting instead of a video or the camera. */
+    private storable(sources: readonly Source[]): StoredBackground[] {
+        return sources.map((source, at) => {
+            const painting = typeof source === "string" ? source : (this.player.effect.paintingNames[at] as string);
+            return source instanceof StillPicture ? source.file : painting;
+        });
+    }
+
+    private write(change: () => Promise<void>): void {
+        this.latest = this.latest.then(change).catch(() => {}); // no database
+    }
+}
+
+/** Returns the result of an access to storage, or undefined if the browser does not allow it. */
+function withoutErrors<Result>(access: () => Result): Result | undefined {
+    try {
+        return access();
+    } catch {
+        return undefined;
+    }
+}
