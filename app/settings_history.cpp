@@ -1,5 +1,6 @@
 #include "app/settings_history.h"
 
+#include <algorithm>
 #include <chrono>
 
 namespace app {
@@ -9,6 +10,13 @@ namespace {
 constexpr auto maxDragPause = std::chrono::seconds(1);
 /// Maximum number of steps that the user can undo.
 constexpr std::size_t maxSteps = 200;
+
+/// Returns true if the settings differ in a switch. A switch cannot be dragged.
+bool differInSwitch(const Settings& before, const Settings& after) {
+    return std::ranges::any_of(switchFields, [&](const auto& field) {
+        return before.*field.member != after.*field.member;
+    });
+}
 
 }  // namespace
 
@@ -27,8 +35,9 @@ void SettingsHistory::note(const Settings& settings, Clock::time_point now) {
     if (changes.none()) {
         return;
     }
-    const bool continues =
-        changes.count() == 1 && changes == lastChanges && now - lastTime < maxDragPause;
+    const bool continues = changes.count() == 1 && changes == lastChanges &&
+                           now - lastTime < maxDragPause &&
+                           !differInSwitch(states[current], settings);
     lastChanges = changes;
     lastTime = now;
     states.resize(current + 1);

@@ -110,6 +110,18 @@ TEST(Settings, ATouchRaisesTheSameVolumeOnAnyMesh) {
     }
 }
 
+TEST(SettingsHistory, EachChangeOfASwitchIsAStep) {
+    app::Settings settings;
+    app::SettingsHistory history(settings);
+    const app::Clock::time_point now{1h};
+    settings.waterOnly = true;
+    history.note(settings, now);
+    settings.waterOnly = false;
+    history.note(settings, now + 10ms);
+    EXPECT_TRUE(history.undo().value().waterOnly);
+    EXPECT_FALSE(history.undo().value().waterOnly);
+}
+
 TEST(SettingsHistory, UndoesAndRedoesStepsAndADragIsOneStep) {
     const app::Settings first;
     app::SettingsHistory history(first);
