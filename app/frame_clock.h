@@ -13,7 +13,8 @@ constexpr std::chrono::nanoseconds frameTime(16'666'667);
 enum class FrameLength {
     /// Any duration. Waves keep their speed in real time.
     real,
-    /// A multiple of 1/60 s, for recordings. Events then happen at whole frame numbers and keep their time.
+    /// Frame time rounded to a multiple of 1/60 s, for recordings. Recorded events then happen at whole frame numbers
+    /// and keep their time.
     whole,
     /// Always 1/60 s, for replays. Every frame is drawn, so the effect runs in slow motion.
     exact

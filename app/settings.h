@@ -70,9 +70,9 @@ struct SettingField {
 
 constexpr SettingField<float> numberFields[] = {
     {"damping", "Damping", &Settings::damping, 0.8f, 0.999f, Group::water,
-     "How much of a wave's motion remains after 1/60 s. Higher values let waves run longer."},
+     "How much of a wave's motion remains after 1/60 s. Higher values let waves last longer."},
     {"waveSpeed", "Wave speed", &Settings::waveSpeed, 0.05f, 1.2f, Group::water,
-     "Distance that a wave runs in a second. 1 is the shorter side of the screen."},
+     "Distance that a wave travels in a second. 1 is the shorter side of the screen."},
     {"ripple", "Ripple strength", &Settings::ripple, 0.0f, 6.0f, Group::water,
      "Height of the ripples of a touch."},
     {"rain", "Rain (drops/s)", &Settings::rain, 0.0f, 40.0f, Group::water,

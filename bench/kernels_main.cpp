@@ -84,10 +84,10 @@ int main(int argc, char** argv) {
     }
     bench::registerLimits(options->count);
     bench::TableReporter tables(
-        {{"The table shows the median time of a call. Samples of library and reference alternate.",
+        {{"The table shows the median time of a call of each kernel and of its reference.",
           "kernel | grid",
           {"goal", "ratio", "library ns", "reference ns"}},
-         {"The next table shows the limits of the machine in the same run.",
+         {"The next table shows the limits of the machine in the same run as the kernels.",
           "limit | of",
           {"value"}}});
     benchmark::RunSpecifiedBenchmarks(options->table ? &tables : nullptr);

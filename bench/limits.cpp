@@ -189,40 +189,40 @@ void registerLimits(int samples) {
                                           {"233 KB, move on 128x228", 233'472},
                                           {"307 KB, Jacobi on 120x213", 306'720},
                                           {"2 MB, move on 512x512", 2'097'152}};
-    registerLimit("load, bytes per ns/16 KB", samples, [] { return loadBandwidth(0); });
-    registerLimit("load, bytes per ns/16 KB at unaligned addresses", samples,
+    registerLimit("load (bytes per ns)/16 KB", samples, [] { return loadBandwidth(0); });
+    registerLimit("load (bytes per ns)/16 KB at unaligned addresses", samples,
                   [] { return loadBandwidth(1); });
     for (const WorkingSet& set : workingSets) {
-        registerLimit(std::string("load + store, bytes per ns/") + set.what, samples,
+        registerLimit(std::string("load and store (bytes per ns)/") + set.what, samples,
                       [bytes = set.bytes] { return bandwidth(bytes); });
     }
     constexpr WorkingSet meshes[] = {{"16 KB", 16'384},
                                      {"152 KB, mesh of 60x107", 152'088},
                                      {"1.6 MB, mesh of 255x255", 1'554'492}};
     for (const WorkingSet& mesh : meshes) {
-        registerLimit(std::string("store, bytes per ns/") + mesh.what, samples,
+        registerLimit(std::string("store (bytes per ns)/") + mesh.what, samples,
                       [bytes = mesh.bytes] { return storeBandwidth(bytes, 0); });
     }
-    registerLimit("store, bytes per ns/16 KB at unaligned addresses", samples,
+    registerLimit("store (bytes per ns)/16 KB at unaligned addresses", samples,
                   [] { return storeBandwidth(16'384, 1); });
     const Float4 step(0x1p-20f);
     const Float4 factor(1.0f + 0x1p-20f);
-    registerLimit("four-lane operations per ns/add", samples, [=] {
+    registerLimit("four-lane operations (per ns)/add", samples, [=] {
         return throughput<12>([=](Float4 value, std::size_t) { return value + step; });
     });
-    registerLimit("four-lane operations per ns/multiply", samples, [=] {
+    registerLimit("four-lane operations (per ns)/multiply", samples, [=] {
         return throughput<12>([=](Float4 value, std::size_t) { return value * factor; });
     });
-    registerLimit("four-lane operations per ns/add and multiply", samples, [=] {
+    registerLimit("four-lane operations (per ns)/add and multiply", samples, [=] {
         return throughput<12>([=](Float4 value, std::size_t chain) {
             return chain % 2 == 0 ? value + step : value * factor;
         });
     });
-    registerLimit("smoothing chain, ns per group of four/through memory", samples,
+    registerLimit("smoothing chain (ns per group of four)/through memory", samples,
                   smoothingChainThroughMemory);
-    registerLimit("smoothing chain, ns per group of four/in registers", samples,
+    registerLimit("smoothing chain (ns per group of four)/in registers", samples,
                   smoothingChainInRegisters);
-    registerLimit("thread, ns/start and join", samples, threadStartAndJoin);
+    registerLimit("thread (ns)/start and join", samples, threadStartAndJoin);
 }
 
 }  // namespace bench

@@ -56,14 +56,14 @@ struct GlRecorder : GlObserver {
     std::function<void()> after;
 
     /// Hook that makes a call fail if it returns true. `nth` counts the calls of the function since `reset`, from 1. A
-    /// failing glGen... writes no names, a failing glCreateShader or glCreateProgram returns 0, and a failing
+    /// failing glGen... writes no GL names, a failing glCreateShader or glCreateProgram returns 0, and a failing
     /// glGetShaderiv or glGetProgramiv returns the status GL_FALSE.
     std::function<bool(const char* function, int nth)> refuse;
 
     /// Objects that were created since `reset` and have not been deleted, by kind.
     std::map<GlKind, std::set<GLuint>> alive;
-    /// Errors of the library, one per line: deletions of names that are not in `alive`, for example of names that were
-    /// deleted before.
+    /// Errors of the library, one per line: deletions of GL names that are not in `alive`, for example of objects that
+    /// were deleted before.
     std::string strayDeletions;
 
     /// Clears the recorded calls and calls `functor`. Returns the GL calls that `functor` made as text, one per line.

@@ -16,7 +16,7 @@ constexpr float maxInkDensity = 127.0f;
 /// Strength of the darkening per unit of ink density. Every frame with ink uses this value.
 constexpr float frameInkIntensity = 0.02f;
 
-/// Offset that every frame with ink subtracts from inkTransparency before it computes the absorption.
+/// Offset of the absorption formula in every frame with ink. The formula subtracts this offset from inkTransparency.
 constexpr float frameInkColorOffset = 0.001f;
 
 /// Offset that the library adds to each channel of the host's ink colour, so that no channel is black.
@@ -32,9 +32,9 @@ constexpr float inkChannel(float hostChannel) {
     return static_cast<float>(static_cast<double>(hostChannel) + inkLightening);
 }
 
-/// Returns the absorption of a colour channel by ink. Bright channels of the ink absorb little.
+/// Returns how strongly ink absorbs the light of one colour channel. Ink with a bright channel absorbs little of it.
 /// @param channel channel of the ink as returned by inkChannel
-/// @param colorOffset offset that a frame with ink subtracts from inkTransparency
+/// @param colorOffset offset that the formula subtracts from inkTransparency; a larger offset lowers the absorption
 /// @return the absorption, at least 0.4
 constexpr float inkAbsorption(float channel, float colorOffset = frameInkColorOffset) {
     const double transparency = inkTransparency - static_cast<double>(colorOffset);

@@ -85,7 +85,7 @@ void Java_javahost_HostKit_destroySurface(JNIEnv*, jclass, jlong surface) {
 }
 
 jint Java_javahost_HostKit_countObjects(JNIEnv*, jclass) {
-    constexpr GLuint lastName = 500;  // GL assigns small names first
+    constexpr GLuint lastName = 500;  // GL gives out small names first
     jint count = 0;
     for (GLuint name = 1; name <= lastName; ++name) {
         count += glIsBuffer(name) + glIsTexture(name) + glIsFramebuffer(name) + glIsProgram(name);

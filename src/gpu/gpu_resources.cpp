@@ -129,8 +129,8 @@ void replaceContext(EffectState& state) {
     forgetTarget(state.velocityTarget);
     forgetTarget(state.inkFront);
     forgetTarget(state.inkBack);
-    // Reset the names, because glGenBuffers leaves them unchanged if it fails. A name of the lost context must not be
-    // bound in the new context.
+    // Reset the GL names, because glGenBuffers leaves them unchanged if it fails. A GL name of the lost context must not
+    // be bound in the new context.
     state.meshPositionBuffer = state.meshHeightBuffer = state.meshIndexBuffer = 0;
     glGenBuffers(1, &state.meshPositionBuffer);
     glGenBuffers(1, &state.meshHeightBuffer);

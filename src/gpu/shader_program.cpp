@@ -40,25 +40,25 @@ std::uint32_t linkProgram(std::uint32_t vertexShader, std::uint32_t fragmentShad
 }
 
 /// Deletes the objects of a program. Checks each name, because some are 0 after a failed build.
-static void deleteProgram(const ShaderProgram& slot) {
-    if (slot.vertexShader != 0) {
-        glDeleteShader(slot.vertexShader);
+static void deleteProgram(const ShaderProgram& program) {
+    if (program.vertexShader != 0) {
+        glDeleteShader(program.vertexShader);
     }
-    if (slot.fragmentShader != 0) {
-        glDeleteShader(slot.fragmentShader);
+    if (program.fragmentShader != 0) {
+        glDeleteShader(program.fragmentShader);
     }
-    if (slot.program != 0) {
-        glDeleteProgram(slot.program);
+    if (program.program != 0) {
+        glDeleteProgram(program.program);
     }
 }
 
-void buildProgram(ShaderProgram& slot, const char* vertexSource, const char* fragmentSource) {
-    deleteProgram(slot);
-    slot.vertexShader = compileShader(GL_VERTEX_SHADER, vertexSource);
-    slot.fragmentShader = compileShader(GL_FRAGMENT_SHADER, fragmentSource);
-    slot.program = slot.vertexShader != 0 && slot.fragmentShader != 0
-                       ? linkProgram(slot.vertexShader, slot.fragmentShader)
-                       : 0;
+void buildProgram(ShaderProgram& program, const char* vertexSource, const char* fragmentSource) {
+    deleteProgram(program);
+    program.vertexShader = compileShader(GL_VERTEX_SHADER, vertexSource);
+    program.fragmentShader = compileShader(GL_FRAGMENT_SHADER, fragmentSource);
+    program.program = program.vertexShader != 0 && program.fragmentShader != 0
+                          ? linkProgram(program.vertexShader, program.fragmentShader)
+                          : 0;
 }
 
 }  // namespace velmora

@@ -9,8 +9,8 @@
 #include "base/pair.h"
 
 // The operations that kernels use. The same expression compiles for one cell (`float`) and for four adjacent cells
-// (`Float4`, simd/float4.h) and gives each cell the same bits. This file has the operations for one cell. The four-lane
-// operations must follow these definitions:
+// (`Float4`, simd/float4.h). For each cell, the results of both types are bit-identical. This file has the operations
+// for one cell. The four-lane operations must follow these definitions:
 //
 //   min(a, b)   a < b ? a : b, so b if either is NaN
 //   max(a, b)   a > b ? a : b, so b if either is NaN

@@ -7,8 +7,9 @@ namespace velmora {
 
 namespace {
 
-/// Returns the new velocity of the cell centred at `centre`, in screen pixels. The stroke pushes cells beside its
-/// segment. The square root is correctly rounded, because estimates differ between processors.
+/// Returns the velocity of a cell after the stroke has pushed the flow. `centre` is the position of the cell in screen
+/// pixels. The stroke pushes the cells beside the segment from its previous to its current position. The distance from
+/// the segment uses a correctly rounded square root, because estimates of roots differ between processors.
 template <class Floats>
 Pair<Floats> pushedCell(const StrokeImpulse& stroke, Pair<Floats> centre, Pair<Floats> velocity) {
     const Pair<Floats> previous{Floats(stroke.previous.x), Floats(stroke.previous.y)};

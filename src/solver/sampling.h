@@ -55,8 +55,8 @@ struct BilinearPlace {
     Floats fx, fy;
 };
 
-/// Weights for bilinear interpolation between four values. The products are added in a fixed order, so that all
-/// processors compute the same bits.
+/// Weights for bilinear interpolation between four values. The products are added in a fixed order, so that the
+/// result is bit-identical on all processors.
 template <class Floats>
 struct BilinearWeights {
     BilinearWeights(Floats fx, Floats fy) {

@@ -6,7 +6,7 @@
 #include "solver/float_grid.h"
 
 // The memory layout of the pressure during the Jacobi iterations. The interior of each row is cut into four quarters of
-// equal length, one per SIMD lane. The quarters are interleaved:
+// equal length, one per SIMD lane. The cells of the four quarters are interleaved:
 //
 //   a row of 13 cells     0 | a  b  c | d  e  f | g  h  i | j  k | 0
 //   transposed            a d g j   b e h k   c f i +
@@ -26,7 +26,8 @@ struct TransposedLayout {
     std::ptrdiff_t rowLength() const { return 4 * groups; }
     std::ptrdiff_t cells() const { return rows * rowLength(); }
 
-    /// Sets the padding of a row to 0. The padding is at the end of the last quarter, at most three cells.
+    /// Sets the padding of a transposed row to 0. The padding consists of at most three cells. It fills the last of the
+    /// row's four quarters, so that all quarters have the same length.
     void clearPadding(float* row) const {
         for (std::ptrdiff_t i = width - 2; i < rowLength(); ++i) {
             row[4 * (i - 3 * groups) + 3] = 0.0f;

@@ -175,7 +175,7 @@ constexpr Kernels library{velmora::advectVelocityKernel, velmora::computeDiverge
 constexpr Kernels plainCode{reference::advectVelocityKernel, reference::computeDivergenceKernel,
                             reference::subtractGradientKernel, reference::addVelocityKernel};
 
-/// Expects that a kernel gives each cell the same bits as the `evaluate` function of the pass.
+/// Expects that a kernel's result for each cell is bit-identical to that of the pass's function `evaluate`.
 template <class Pass>
 void expectKernel(const Pass& pass, void (*kernel)(const Pass&)) {
     const std::vector<float> expected = evaluateCells(pass, pass.output.width, pass.output.height);
@@ -269,7 +269,8 @@ void compareSweep(Passes& passes) {
 }
 
 void compareKernels(int width, int height, Fill fill) {
-    SCOPED_TRACE(testing::Message() << width << " x " << height << " wild " << fill.wild);
+    SCOPED_TRACE(testing::Message() << width << " x " << height << " cells, "
+                                    << (fill.wild ? "some NaN, infinite or huge" : "all finite"));
     for (const Against side : bothSides) {
         Passes passes(width, height, side, fill);
         expectKernels(passes, library);

@@ -7,7 +7,6 @@
 #include <cstdint>
 #include <filesystem>
 #include <fstream>
-#include <initializer_list>
 #include <ios>
 #include <string>
 #include <vector>
@@ -174,8 +173,16 @@ TEST(JavaHost, ReportsInvalidInputInOneLine) {
             return error.what() + std::string("\n");
         }
     };
-    for (const char* text : {"5 down 1 2", "5 down 0x10 2 1", "\n3 ink 0 0 1.5", "7 jump # 1",
-                             "4 clear\n3 clear", "4 clear\nframes 9", "4 second on off"}) {
+    constexpr const char* faultyScripts[] = {
+        "5 down 1 2",         // the pressure is missing
+        "5 down 0x10 2 1",    // x is not decimal
+        "\n3 ink 0 0 1.5",    // the blue channel is above 1
+        "7 jump # 1",         // the action is unknown
+        "4 clear\n3 clear",   // the frame number decreases
+        "4 clear\nframes 9",  // a header follows an event
+        "4 second on off",    // a word follows the end of the event
+    };
+    for (const char* text : faultyScripts) {
         const Ended java = inScript(text);
         EXPECT_EQ(java.output, hostkitsLine()) << text;
         EXPECT_EQ(java.exitCode, 2) << text;

@@ -151,7 +151,7 @@ TEST(GlNames, NoneLeaksInAnyOrderOfSetUps) {
                 stage.tap(static_cast<jint>(random() % 3));
                 break;
             case 5:
-                if (random() % 4 == 0) {  // all names of a lost context are gone
+                if (random() % 4 == 0) {  // GL names of a lost context are void
                     stage.newContext();
                     recorder.alive.clear();
                     stage.initBuffers();
