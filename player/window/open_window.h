@@ -68,6 +68,8 @@ private:
     void undo();
     void redo();
     void replay();
+    void play(const std::filesystem::path& gesture);
+    void stopReplay();
     void openFile(const std::filesystem::path& file);
     void presentFrame(bool drawn);
     void rememberChanges();

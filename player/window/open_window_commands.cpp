@@ -128,6 +128,8 @@ void OpenWindow::run(Command command) {
             return keeper.switchRecording();
         case Command::replay:
             return replay();
+        case Command::stopReplay:
+            return stopReplay();
         case Command::fullScreen:
             return screen.window().switchFullScreen();
         case Command::back:
@@ -140,10 +142,16 @@ void OpenWindow::run(Command command) {
     }
 }
 
-/// Closes the topmost pop-up, the list of keys or the panel. If none is open, leaves the program, but never during a
-/// film or a recording.
+/// Closes the topmost pop-up, stops the replay, or closes the list of keys or the panel: the first of these that
+/// exists. If none exists, leaves the program, but never during a film or a recording.
 void OpenWindow::goBack() {
-    if (closePopup() || std::exchange(view.help, false) || std::exchange(view.panel, false)) {
+    if (closePopup()) {
+        return;
+    }
+    if (session.core.isReplaying()) {
+        return stopReplay();
+    }
+    if (std::exchange(view.help, false) || std::exchange(view.panel, false)) {
         return;
     }
     if (keeper.filming()) {
@@ -273,16 +281,27 @@ void OpenWindow::replay() {
         showToast(toast, std::string(app::sharedText("noRecording")) + ". R starts a recording.");
         return;
     }
-    playback.play(loadScript(file));
-    showToast(toast, "Replaying " + file.string() + ". The effect was reset.");
+    play(file);
+}
+
+void OpenWindow::play(const std::filesystem::path& gesture) {
+    const std::string name = gesture.stem().string();
+    playback.play(loadScript(gesture), name);
+    showToast(toast, app::sharedText("playing") + name);
+}
+
+void OpenWindow::stopReplay() {
+    playback.stopReplay();
+    showToast(toast, app::sharedText("gestureStopped"));
 }
 
 /// Loads a preset, plays a gesture script or makes an image the background.
 void OpenWindow::openFile(const std::filesystem::path& file) {
+    if (file.extension() == ".gesture") {
+        return play(file);
+    }
     if (file.extension() == ".json") {
         session.core.settings = presetList.load(file);
-    } else if (file.extension() == ".gesture") {
-        playback.play(loadScript(file));
     } else {
         session.core.showBackground(loadImage(file));
     }

@@ -6,7 +6,6 @@
 #include <algorithm>
 #include <cfloat>
 #include <cstdio>
-#include <initializer_list>
 #include <string>
 #include <type_traits>
 #include <utility>
@@ -311,20 +310,6 @@ void groups(const Panel& panel) {
     }
 }
 
-/// Draws a text with room for a symbol at its left in the upper right corner. Returns the upper left corner of the text.
-ImVec2 drawBadge(const char* text, int row) {
-    const float line = ImGui::GetTextLineHeight();
-    const ImVec2 size = ImGui::CalcTextSize(text);
-    const ImVec2 corner(ImGui::GetIO().DisplaySize.x - size.x - line,
-                        line + 2.0f * line * static_cast<float>(row));
-    ImDrawList& list = *ImGui::GetForegroundDrawList();
-    list.AddRectFilled(ImVec2(corner.x - 2.0f * line, corner.y - 0.3f * line),
-                       ImVec2(corner.x + size.x + 0.5f * line, corner.y + 1.3f * line),
-                       IM_COL32(0, 0, 0, 150), 0.45f * line);
-    list.AddText(corner, IM_COL32_WHITE, text);
-    return corner;
-}
-
 /// Sets the position of the next ImGui window: its old one moved inside the screen, or `first` for a new window.
 void keepInside(const char* window, ImVec2 first) {
     const ImVec2 screen = ImGui::GetIO().DisplaySize;
@@ -407,26 +392,6 @@ void drawHelp(Requests& requests) {
     ImGui::End();
     if (!open) {
         requests.commands.push_back(Command::help);
-    }
-}
-
-void drawMark(const char* label, std::chrono::seconds time, int row) {
-    char text[64];
-    std::snprintf(text, sizeof text, "%s %d:%02d", label, static_cast<int>(time.count() / 60),
-                  static_cast<int>(time.count() % 60));
-    const ImVec2 corner = drawBadge(text, row);
-    const float line = ImGui::GetTextLineHeight();
-    ImGui::GetForegroundDrawList()->AddCircleFilled(ImVec2(corner.x - line, corner.y + line / 2),
-                                                    0.45f * line, IM_COL32(230, 30, 30, 255));
-}
-
-void drawPauseMark(int row) {
-    const ImVec2 corner = drawBadge(app::sharedText("paused"), row);
-    const float line = ImGui::GetTextLineHeight();
-    for (const float left : {-1.35f, -0.9f}) {
-        ImGui::GetForegroundDrawList()->AddRectFilled(
-            ImVec2(corner.x + left * line, corner.y + 0.1f * line),
-            ImVec2(corner.x + (left + 0.25f) * line, corner.y + 0.9f * line), IM_COL32_WHITE);
     }
 }
 

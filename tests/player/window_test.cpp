@@ -543,6 +543,40 @@ TEST_F(WindowTest, SwitchesShowAToastAndAPauseShowsAMark) {
     EXPECT_TRUE(waitFor([&] { return rows(0, 40) != paused; })) << "the mark stays";
 }
 
+TEST_F(WindowTest, AReplayAPauseAndAFilmShowAMarkThatEndsThemAndEscapeStopsAReplay) {
+    openWindow("--no-attract --size 640x780");
+    /// Returns true if the colour at a place of the top mark is darker than the background.
+    const auto isMarked = [&] { return pixel(capture(), 600, 15)[0] < plainColor[0] - 40; };
+    const auto helpShows = [&] { return stains(capture()) > 1000; };
+    const auto click = [&] {
+        pointAt(600, 15);
+        xdotool("click 1");
+        return waitFor([&] { return !isMarked(); });
+    };
+    ASSERT_FALSE(isMarked());
+    write("long.gesture", "screen 64 96\nframes 100000\n0 clear\n");
+    ASSERT_TRUE(dropFile(std::stoul(window), folder / "long.gesture"));
+    ASSERT_TRUE(waitFor(isMarked)) << "a replay without a mark";
+    press("F1");
+    ASSERT_TRUE(waitFor(helpShows));
+    press("Escape");
+    EXPECT_TRUE(waitFor([&] { return !isMarked(); }));
+    EXPECT_TRUE(helpShows()) << "Escape closes the list of keys before it stops the replay";
+    press("F1");
+    ASSERT_TRUE(waitFor([&] { return !helpShows(); }));
+    ASSERT_TRUE(dropFile(std::stoul(window), folder / "long.gesture"));
+    ASSERT_TRUE(waitFor(isMarked));
+    EXPECT_TRUE(click());
+    press("space");
+    ASSERT_TRUE(waitFor(isMarked));
+    EXPECT_TRUE(click());
+    press("f");
+    ASSERT_TRUE(waitFor([&] { return fs::exists(folder / "shots/film-01.mp4") && isMarked(); }));
+    EXPECT_TRUE(click());
+    EXPECT_TRUE(waitFor([&] { return probed("shots/film-01.mp4") != ""; }));
+    EXPECT_EQ(stains(shot()), 0) << "a click on a mark touches the water";
+}
+
 TEST_F(WindowTest, EscapeClosesTheHelpBeforeTheWindowAndKeysWithModifiersDoNothing) {
     openWindow();
     const auto helpShows = [&] { return stains(capture()) > 1000; };
