@@ -102,6 +102,11 @@ inline constexpr SharedText sharedTexts[] = {
     {"stopGesture", "Stop the gesture"},
     {"resume", "Resume"},
     {"builtIn", " is built in and cannot be renamed or deleted"},
+    {"newPresetName", "New name of the preset"},
+    {"deletePresetQuestion", "Delete the preset "},
+    {"renamedTo", "Renamed to "},
+    {"deleted", "Deleted "},
+    {"deletedCurrent", ". Its settings stay until you choose another preset"},
     {"damaged", "This link or file is damaged"},
     {"contextLost", "Graphics are restarting, please wait"},
 };

@@ -109,13 +109,13 @@ fs::path Keeper::savePreset(const std::string& name) {
 
 fs::path Keeper::renamePreset(const fs::path& preset, const std::string& name) {
     fs::path file = shots.renamePreset(preset, name);
-    showToast(toast, "Renamed to " + name);
+    showToast(toast, app::sharedText("renamedTo") + name);
     return file;
 }
 
 void Keeper::deletePreset(const fs::path& preset) {
     shots.deletePreset(preset);
-    showToast(toast, "Deleted " + preset.stem().string() + ". Z restores only the settings.");
+    showToast(toast, app::sharedText("deleted") + preset.stem().string());
 }
 
 void Keeper::addThumbnail() {

@@ -66,6 +66,9 @@ void OpenWindow::runCommands() {
     if (!now.preset.empty()) {
         attempt(toast, [&] { loadPreset(now.preset); });
     }
+    for (const auto& [command, preset] : now.presetCommands) {
+        command == Command::renamePreset ? askForNewName(preset) : confirmDeletion(preset);
+    }
     for (const Answer& answer : now.answers) {
         attempt(toast, [&] { take(answer); });
     }
@@ -109,9 +112,11 @@ void OpenWindow::run(Command command) {
         case Command::savePreset:
             return askForPresetName();
         case Command::renamePreset:
-            return askForNewName();
+            presetList.checkOwn();
+            return askForNewName(presetList.file());
         case Command::deletePreset:
-            return confirmDeletion();
+            presetList.checkOwn();
+            return confirmDeletion(presetList.file());
         case Command::undo:
             return undo();
         case Command::redo:
@@ -219,13 +224,17 @@ void OpenWindow::askForPresetName() {
     dialog.ask(Command::savePreset, "Name of the new preset", keeper.newPresetName(), "Save");
 }
 
-void OpenWindow::askForNewName() {
-    const std::string& name = presetList.own().name;
-    dialog.ask(Command::renamePreset, "New name of " + name, name, "Rename");
+void OpenWindow::askForNewName(const std::filesystem::path& preset) {
+    dialogPreset = preset;
+    dialog.ask(Command::renamePreset, app::sharedText("newPresetName"), preset.stem().string(),
+               textOf(Command::renamePreset).label);
 }
 
-void OpenWindow::confirmDeletion() {
-    dialog.confirm(Command::deletePreset, "Delete " + presetList.own().name + "?", "Delete");
+void OpenWindow::confirmDeletion(const std::filesystem::path& preset) {
+    dialogPreset = preset;
+    dialog.confirm(Command::deletePreset,
+                   app::sharedText("deletePresetQuestion") + preset.stem().string() + "?",
+                   textOf(Command::deletePreset).label);
 }
 
 /// Runs the command of a dialog with the user's answer.
@@ -248,18 +257,20 @@ void OpenWindow::savePreset(const std::string& name) {
 }
 
 void OpenWindow::renamePreset(const std::string& name) {
-    const std::filesystem::path file = presetList.own().file;
-    if (name != presetList.name()) {
+    if (name != dialogPreset.stem()) {
         presetList.checkName(name);
-        presetList.rename(keeper.renamePreset(file, name));
+        presetList.rename(dialogPreset, keeper.renamePreset(dialogPreset, name));
     }
 }
 
 void OpenWindow::deletePreset() {
-    const std::filesystem::path file = presetList.own().file;
-    keeper.deletePreset(file);
-    presetList.remove();
-    screen.thumbnails().forget(file);
+    const bool isCurrent = dialogPreset == presetList.file();
+    keeper.deletePreset(dialogPreset);
+    presetList.remove(dialogPreset);
+    screen.thumbnails().forget(dialogPreset);
+    if (isCurrent) {
+        showToast(toast, toast.line + app::sharedText("deletedCurrent"));
+    }
 }
 
 void OpenWindow::undo() {

@@ -11,15 +11,12 @@
 #include <utility>
 
 #include "app/labels.h"
-#include "desktop/preset.h"
 #include "player/window/frame_graph.h"
 #include "player/window/gesture_list.h"
 #include "player/window/keys.h"
 #include "player/window/preset_grid.h"
 
 namespace player {
-
-using desktop::NamedPreset;
 
 namespace {
 
@@ -29,7 +26,7 @@ constexpr float maxPart = 0.6f;
 constexpr ImU32 changedColor = IM_COL32(255, 190, 70, 255);
 
 /// Sections with commands. The table of settings defines the sections of the sliders.
-enum class Place { preset, ink, view, save, developer };
+enum class Place { preset, ownPreset, ink, view, save, developer };
 
 /// Check box of the panel. It runs the same command as its key.
 struct Switch {
@@ -51,14 +48,22 @@ struct Button {
     Command command;
 };
 constexpr Button buttons[] = {
-    {Place::preset, Command::nextPreset},     {Place::preset, Command::randomSettings},
-    {Place::preset, Command::resetSettings},  {Place::preset, Command::savePreset},
-    {Place::preset, Command::renamePreset},   {Place::preset, Command::deletePreset},
-    {Place::preset, Command::undo},           {Place::preset, Command::redo},
-    {Place::ink, Command::inkForBackground},  {Place::ink, Command::clearInk},
-    {Place::view, Command::openFile},         {Place::view, Command::step},
-    {Place::view, Command::fullScreen},       {Place::view, Command::help},
-    {Place::save, Command::screenshot},       {Place::save, Command::replay},
+    {Place::preset, Command::nextPreset},
+    {Place::preset, Command::randomSettings},
+    {Place::preset, Command::resetSettings},
+    {Place::preset, Command::savePreset},
+    {Place::preset, Command::undo},
+    {Place::preset, Command::redo},
+    {Place::ownPreset, Command::renamePreset},
+    {Place::ownPreset, Command::deletePreset},
+    {Place::ink, Command::inkForBackground},
+    {Place::ink, Command::clearInk},
+    {Place::view, Command::openFile},
+    {Place::view, Command::step},
+    {Place::view, Command::fullScreen},
+    {Place::view, Command::help},
+    {Place::save, Command::screenshot},
+    {Place::save, Command::replay},
     {Place::developer, Command::loseContext},
 };
 
@@ -250,14 +255,15 @@ void presetControls(const Panel& panel) {
     if (open) {
         const ImGuiStyle& style = ImGui::GetStyle();
         const float inner = width - 2.0f * style.WindowPadding.x - style.ScrollbarSize;
-        if (const NamedPreset* chosen = drawPresetGrid(panel.presetList, panel.thumbnails, inner)) {
-            panel.requests.preset = chosen->file;
-        }
+        drawPresetGrid(panel.presetList, panel.thumbnails, inner, panel.requests);
         ImGui::EndCombo();
     } else {
         hint(changed ? "The preset, with unsaved changes" : "The preset");
     }
     buttonControls(Place::preset, panel.requests);
+    if (panel.presetList.isOwn(panel.presetList.file())) {
+        buttonControls(Place::ownPreset, panel.requests);
+    }
 }
 
 void inkControls(app::Settings& settings) {

@@ -453,10 +453,10 @@ TEST_F(WindowTest, LoadsSavedPresetsAndDroppedPresetsAndScripts) {
     const std::string dropped = savedAs("shots/preset-02.json");
     EXPECT_NE(dropped.find("0.25"), std::string::npos);
     run("ls " VELMORA_PRESETS "/*.json >shipped");
-    for (const char character : contents("shipped") + '\n') {  // the saved preset follows them
-        if (character == '\n') {
-            press("n");
-        }
+    const std::string shipped = contents("shipped");
+    // The list has the default settings, the shipped presets, and then the first saved preset.
+    for (auto left = std::ranges::count(shipped, '\n') + 2; left > 0; --left) {
+        press("n");
     }
     press("b");  // the window does not save an unchanged preset again
     std::string changed = savedAs("shots/preset-03.json");
@@ -492,8 +492,56 @@ TEST_F(WindowTest, NamesRenamesAndDeletesPresetsAndUndoesChanges) {
     }));
     answer("p", "ember");
     EXPECT_TRUE(waitFor([&] {
-        return contents("err").find("there is a preset 'ember' already") != std::string::npos;
+        return contents("err").find("a preset named 'ember' already exists") != std::string::npos;
     }));
+}
+
+TEST_F(WindowTest, TheListOfPresetsRenamesAndDeletesAPresetOfTheUser) {
+    openWindow("--no-attract --size 640x780");
+    savedAs("shots/preset-01.json");
+    ASSERT_TRUE(waitFor([&] { return load("shots/preset-01.jpg") != nullptr; }));
+    press("n");  // the commands must work for a preset that is not loaded
+    press("Tab");
+    ASSERT_TRUE(waitFor([&] { return panelIn(capture()).right > 200; }));
+    /// Opens the list of presets and clicks on the button with three dots, the only button in the list.
+    const auto openMenu = [&] {
+        pointAt(100, 40);
+        xdotool("click 1");
+        capture();
+        pointAt(100, 200);
+        xdotool("click --repeat 20 5");  // scrolls to the end
+        int at = 0;
+        const bool found = waitFor([&] {
+            const Pixbuf shown = capture();
+            at = 640 * 60;  // below the name of the loaded preset
+            while (at < 640 * 700 && pixel(shown, at % 640, at / 640) != Rgb{41, 66, 94}) {
+                ++at;
+            }
+            return at < 640 * 700;
+        });
+        pointAt(at % 640 + 8, at / 640 + 4);
+        xdotool("click 1");
+        capture();
+        return found ? at : 0;
+    };
+    const auto chooseRow = [&](int place, int row) {
+        pointAt(place % 640 + 30, place / 640 + 22 + 20 * row);
+        xdotool("click 1");
+        capture();
+    };
+    const int place = openMenu();
+    ASSERT_GT(place, 0);
+    chooseRow(place, 0);
+    xdotool("type lake");
+    press("Return");
+    EXPECT_TRUE(waitFor([&] {
+        return fs::exists(folder / "shots/lake.json") && fs::exists(folder / "shots/lake.jpg") &&
+               !fs::exists(folder / "shots/preset-01.json");
+    }));
+    ASSERT_GT(openMenu(), 0);
+    chooseRow(place, 1);
+    press("Return");
+    EXPECT_TRUE(waitFor([&] { return !fs::exists(folder / "shots/lake.json"); }));
 }
 
 TEST_F(WindowTest, AListOfFilesOpensAPicture) {
@@ -719,6 +767,7 @@ TEST_F(WindowTest, ACrashKeepsTheRecordingInProgress) {
 TEST_F(WindowTest, ARecordingWithoutSpaceEndsWithAnErrorAndTheWindowStays) {
     limit = "ulimit -f 1; ";
     openWindow("--no-attract --record cut.gesture");
+    pointAt(60, 90);
     xdotool("mousedown 1");
     const auto ended = [&] {
         return contents("err").find("cannot write cut.gesture: file too large") !=
