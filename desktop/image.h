@@ -29,8 +29,10 @@ hostkit::Image readFrame(app::Size screen);
 void drawScaled(const hostkit::Image& image, hostkit::Image& target, int x, int y, int width,
                 int height);
 
+/// Saves an image. Writes the whole file or none. Throws Failure, which names the file `named`.
+void savePng(const hostkit::Image& image, const std::filesystem::path& file,
+             const std::filesystem::path& named);
 /// Saves an image. Writes the whole file or none. Throws Failure.
 void saveJpeg(const hostkit::Image& image, const std::filesystem::path& file);
-void savePng(const hostkit::Image& image, const std::filesystem::path& file);
 
 }  // namespace desktop

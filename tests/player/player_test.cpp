@@ -136,8 +136,8 @@ TEST_F(Player, AFailingEncoderEndsTheRunAndLeavesNoFile) {
           "echo Conversion failed >&2\nexit 1\n");
     fs::permissions(folder / "full/ffmpeg", fs::perms::owner_all);
     for (const auto& [path, expected] :
-         {std::pair{"bin:$PATH", "the disk is made of cheese: film.mp4\n"},
-          std::pair{"full:$PATH", "cannot write film.mp4: no space left on device\n"},
+         {std::pair{"bin:$PATH", "the disk is made of cheese: out/film.mp4\n"},
+          std::pair{"full:$PATH", "cannot write out/film.mp4: no space left on device\n"},
           std::pair{"/nowhere", "cannot start ffmpeg: "}}) {
         before = std::string("PATH=") + path;
         const Outcome outcome = play("image.png --script still.gesture");
@@ -145,6 +145,14 @@ TEST_F(Player, AFailingEncoderEndsTheRunAndLeavesNoFile) {
         EXPECT_NE(outcome.err.find(expected), std::string::npos) << outcome.err;
         EXPECT_FALSE(fs::exists(folder / "out"));
     }
+}
+
+TEST_F(Player, AStillWithoutSpaceEndsTheRunAndTheErrorNamesItsFinalPlace) {
+    before = "ulimit -f 1;";
+    const Outcome outcome = play("image.png --script drag.gesture --size 128x192");
+    EXPECT_EQ(outcome.exitCode, 2);
+    EXPECT_NE(outcome.err.find("cannot write out/frame-0"), std::string::npos) << outcome.err;
+    EXPECT_FALSE(fs::exists(folder / "out"));
 }
 
 TEST_F(Player, ShowsEachImageFormatUprightAndComplete) {
@@ -185,7 +193,7 @@ TEST_F(Player, WritesCompleteFilesAndKeepsTheUsersFiles) {
     write("out/film.mp4", "of yesterday");
     const Outcome outcome = play("image.png --script drag.gesture --size 65x97");
     ASSERT_EQ(outcome.exitCode, 0) << outcome.err;
-    EXPECT_EQ(outcome.err.find('\r'), std::string::npos) << "no progress bar without a terminal";
+    EXPECT_EQ(outcome.err.find("frames/s"), std::string::npos) << "progress without a terminal";
     EXPECT_EQ(contents("out/notes.txt"), "mine");
     EXPECT_EQ(std::distance(fs::directory_iterator(folder / "out"), {}), 8 + 3)
         << "8 frames, film, sheet, notes";
@@ -395,11 +403,13 @@ TEST_F(Player, OverlaysChangeTheFrameButNotTheFlow) {
     }
 }
 
-TEST_F(Player, DrawsAProgressBarOnATerminal) {
+TEST_F(Player, DrawsAProgressBarWithTheRemainingTimeOnATerminal) {
     before = "script -qec \"";
-    play("image.png --script still.gesture\" typescript >bar.txt ; true");
-    const std::string full = "\r[########################################] 3/3";
-    EXPECT_NE(contents("typescript").find(full), std::string::npos);
+    play("image.png --script still.gesture --frames 1000\" typescript >bar.txt ; true");
+    const std::string shown = contents("typescript");
+    EXPECT_NE(shown.find("\r[########################] 1000/1000"), std::string::npos) << shown;
+    EXPECT_NE(shown.find(" frames/s  0:0"), std::string::npos) << shown;
+    EXPECT_NE(shown.find(" left "), std::string::npos) << shown;
 }
 
 }  // namespace
