@@ -158,6 +158,10 @@ Image loadImage(const std::filesystem::path& file) {
     return image;
 }
 
+Image numberedPainting(std::size_t number) {
+    return paintings::allPaintings[number].paint(paintingSide, paintingSide);
+}
+
 Image covering(const Image& image, int width, int height) {
     const double scale = std::max(static_cast<double>(width) / image.width,
                                   static_cast<double>(height) / image.height);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <filesystem>
 
@@ -12,6 +13,9 @@ namespace desktop {
 /// black. Warns if the end of the file is missing and returns the readable part. If there is no such file and `file` is
 /// the name of a painting, returns the painting. Throws Failure.
 hostkit::Image loadImage(const std::filesystem::path& file);
+
+/// Returns a painting by its number from 0. The first paintings are the default backgrounds, as on the page.
+hostkit::Image numberedPainting(std::size_t number);
 
 /// Returns the image scaled to cover width x height, cropped around its centre.
 hostkit::Image covering(const hostkit::Image& image, int width, int height);
