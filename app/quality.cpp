@@ -11,11 +11,15 @@ namespace {
 constexpr double maxIntervalRatio = 0.85;
 /// Minimum number of mesh vertices along the shorter side.
 constexpr int minVertices = 30;
-/// Minimum numbers of cells and of pixels along the shorter side at which a vertex on every second cell is full detail.
-/// The structural similarity with frames of the finest mesh is then at least 0.99 for the shipped gestures
-/// (velmora-bench-mesh).
-constexpr int minCellsToSkip = 90;
-constexpr int minPixelsToSkip = 1000;
+/// Cells between neighbouring mesh vertices at full detail. The structural similarity with frames of the finest mesh is
+/// at least 0.99 for the shipped gestures (velmora-bench-mesh).
+constexpr float fullDetail = 1.5f;
+constexpr float fullDetailOfManyPixels = 2.0f;
+/// Minimum numbers of pixels along the shorter side for these numbers. A smaller screen is fast with the finest mesh.
+constexpr int somePixels = 360;
+constexpr int manyPixels = 1000;
+/// Minimum number of cells along the shorter side for a coarser mesh. Each larger cell needs a vertex.
+constexpr int manyCells = 90;
 /// Number of frames in a span during a search.
 constexpr std::size_t searchFrames = 6;
 /// Number of frames to skip after a change, until its effect shows in the intervals.
@@ -24,6 +28,14 @@ constexpr int framesToSettle = 2;
 /// a 50 Hz display, the level stays.
 constexpr double slowInterval = 1000.0 / 49.0;
 constexpr double fluentInterval = 1000.0 / 52.0;
+
+/// Returns the number of cells between neighbouring mesh vertices at full detail.
+float fullDetailOf(int shortSideCells, int shortSidePixels) {
+    if (shortSideCells < manyCells || shortSidePixels < somePixels) {
+        return 1.0f;
+    }
+    return shortSidePixels < manyPixels ? fullDetail : fullDetailOfManyPixels;
+}
 
 const QualityLevel& levelAt(int level) {
     return qualityLevels[static_cast<std::size_t>(level)];
@@ -133,10 +145,11 @@ Quality afterTouch(Quality quality) {
     return quality;
 }
 
-int cellsPerVertex(const Quality& quality, int shortSideCells, int shortSidePixels) {
-    const bool canSkip = shortSideCells >= minCellsToSkip && shortSidePixels >= minPixelsToSkip;
-    const int wanted = std::max(canSkip ? 2 : 1, levelAt(quality.level).cellsPerVertex);
-    return std::max(1, std::min(wanted, shortSideCells / minVertices));
+float cellsPerVertex(const Quality& quality, int shortSideCells, int shortSidePixels) {
+    const auto ofLevel = static_cast<float>(levelAt(quality.level).cellsPerVertex);
+    const float wanted = std::max(fullDetailOf(shortSideCells, shortSidePixels), ofLevel);
+    const float most = static_cast<float>(shortSideCells) / minVertices;
+    return std::max(1.0f, std::min(wanted, most));
 }
 
 double pixelsOf(const Quality& quality) {

@@ -65,12 +65,12 @@ Quality afterGap(Quality quality);
 /// Returns the state after a touch, which ends a search.
 Quality afterTouch(Quality quality);
 
-/// Returns the number of cells between neighbouring mesh vertices. The mesh keeps a minimum number of vertices. On a
-/// screen with many pixels, a vertex on every second cell is full detail: finer meshes look the same.
+/// Returns the number of cells between neighbouring mesh vertices. The mesh keeps a minimum number of vertices. A mesh
+/// with fewer vertices than cells can be full detail, because finer meshes look the same.
 /// @param quality state of the adaptive quality
 /// @param shortSideCells number of cells along the shorter side of the screen
 /// @param shortSidePixels number of pixels along the shorter side of the screen
-int cellsPerVertex(const Quality& quality, int shortSideCells, int shortSidePixels);
+float cellsPerVertex(const Quality& quality, int shortSideCells, int shortSidePixels);
 /// Returns the resolution along each side, as a fraction of the full resolution.
 double pixelsOf(const Quality& quality);
 

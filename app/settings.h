@@ -140,7 +140,7 @@ hostkit::EffectHostOptions hostOptions(const Settings& settings, int width, int 
 
 /// Applies the settings to a running host. Ink and background are left out, because they are events of a frame.
 /// `waterOnly` is left out, because it needs a new host. `cellsPerVertex` is the detail of the mesh.
-void applySettings(const Settings& settings, int cellsPerVertex, hostkit::EffectHost& host);
+void applySettings(const Settings& settings, float cellsPerVertex, hostkit::EffectHost& host);
 
 /// Returns actions that bring ink and background of the host up to date with the settings. Empty if nothing differs.
 std::vector<hostkit::ScriptAction> inkAndBackgroundChanges(const Settings& settings,

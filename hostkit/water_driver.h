@@ -19,7 +19,8 @@ struct WaterSettings {
     /// from this.
     int shortSideCells = 90;
     /// Cells between neighbouring mesh vertices, at least 1. A larger number draws the same waves with fewer triangles.
-    int cellsPerVertex = 1;
+    /// A vertex between cells gets interpolated heights.
+    float cellsPerVertex = 1.0f;
     /// Factor of the wave velocity per step, below 1.
     float damping = 0.97f;
     /// Weight of the height difference to the adjacent cells. Waves travel sqrt(waveSpeed) cells per step. Stable up to
