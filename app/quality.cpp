@@ -13,7 +13,7 @@ constexpr double maxIntervalRatio = 0.85;
 constexpr int minVertices = 30;
 /// Cells between neighbouring mesh vertices at full detail. The structural similarity with frames of the finest mesh is
 /// at least 0.99 for the shipped gestures (velmora-bench-mesh).
-constexpr float fullDetail = 1.5f;
+constexpr float fullDetail = 1.75f;
 constexpr float fullDetailOfManyPixels = 2.0f;
 /// Minimum numbers of pixels along the shorter side for these numbers. A smaller screen is fast with the finest mesh.
 constexpr int somePixels = 360;

@@ -26,7 +26,7 @@ namespace fs = std::filesystem;
 /// Number of frames from one compared frame to the next.
 constexpr int frameStep = 6;
 /// Cells between neighbouring vertices of the compared meshes.
-constexpr std::array<float, 3> meshes = {1.5f, 2.0f, 3.0f};
+constexpr std::array<float, 3> meshes = {1.75f, 2.0f, 3.0f};
 
 std::vector<bench::GreyImage> playedFrames(const hostkit::GestureScript& script, int width,
                                            int height, float cellsPerVertex) {
@@ -66,7 +66,7 @@ void compareAt(int width, int height) {
     }
     std::printf("%4d x %4d", width, height);
     for (std::size_t mesh = 0; mesh < meshes.size(); ++mesh) {
-        std::printf("  %.1f cells per vertex: similarity %.4f", static_cast<double>(meshes[mesh]),
+        std::printf("  %.2f cells per vertex: similarity %.4f", static_cast<double>(meshes[mesh]),
                     lowest[mesh]);
     }
     std::printf("\n");

@@ -94,7 +94,7 @@ TEST(WaterDriver, StoresTheHeightsOfTheRightAndUpperNeighbours) {
 }
 
 TEST(WaterDriver, ACoarserMeshShowsTheSameSurface) {
-    for (const float cells : {1.5f, 2.0f, 3.0f, 7.0f}) {
+    for (const float cells : {1.75f, 2.0f, 3.0f, 7.0f}) {
         CheckedJni jni({ArrayAccess::direct, 16});
         WaterDriver water =
             makeWater(jni, 90, 160, {.shortSideCells = 90, .cellsPerVertex = cells});
