@@ -11,11 +11,16 @@ namespace {
 constexpr double maxIntervalRatio = 0.85;
 /// Minimum number of mesh vertices along the shorter side of the screen.
 constexpr int minVertices = 30;
-/// Minimum numbers of cells and pixels along the shorter side at which a mesh vertex on every second cell counts as
-/// full detail. With the shipped gestures, the structural similarity to frames of the finest mesh is then at least 0.99
-/// (measured by velmora-bench-mesh).
-constexpr int minCellsToSkip = 90;
-constexpr int minPixelsToSkip = 1000;
+/// Numbers of cells between neighbouring mesh vertices at full detail, on screens with at least minMediumPixels and
+/// minLargePixels along the shorter side. With the shipped gestures, the structural similarity to frames of the finest
+/// mesh is then at least 0.99 (measured by velmora-bench-mesh). Smaller screens are fast with the finest mesh.
+constexpr float cellsPerVertexOfMedium = 1.75f;
+constexpr float cellsPerVertexOfLarge = 2.0f;
+constexpr int minMediumPixels = 360;
+constexpr int minLargePixels = 1000;
+/// Minimum number of cells along the shorter side for these meshes. If there are fewer cells, each cell is large and
+/// needs a vertex.
+constexpr int minCells = 90;
 /// Number of frames in a span during a search.
 constexpr std::size_t searchFrames = 6;
 /// Number of frames to skip after a change of the level. Only then do the intervals show the effect of the change.
@@ -24,6 +29,14 @@ constexpr int framesToSettle = 2;
 /// example on a 50 Hz display, the level does not change.
 constexpr double slowInterval = 1000.0 / 49.0;
 constexpr double fluentInterval = 1000.0 / 52.0;
+
+/// Returns the number of cells between neighbouring mesh vertices at full detail.
+float fullDetailOf(int shortSideCells, int shortSidePixels) {
+    if (shortSideCells < minCells || shortSidePixels < minMediumPixels) {
+        return 1.0f;
+    }
+    return shortSidePixels < minLargePixels ? cellsPerVertexOfMedium : cellsPerVertexOfLarge;
+}
 
 const QualityLevel& levelAt(int level) {
     return qualityLevels[static_cast<std::size_t>(level)];
@@ -135,10 +148,11 @@ Quality afterTouch(Quality quality) {
     return quality;
 }
 
-int cellsPerVertex(const Quality& quality, int shortSideCells, int shortSidePixels) {
-    const bool canSkip = shortSideCells >= minCellsToSkip && shortSidePixels >= minPixelsToSkip;
-    const int wanted = std::max(canSkip ? 2 : 1, levelAt(quality.level).cellsPerVertex);
-    return std::max(1, std::min(wanted, shortSideCells / minVertices));
+float cellsPerVertex(const Quality& quality, int shortSideCells, int shortSidePixels) {
+    const auto ofLevel = static_cast<float>(levelAt(quality.level).cellsPerVertex);
+    const float wanted = std::max(fullDetailOf(shortSideCells, shortSidePixels), ofLevel);
+    const float most = static_cast<float>(shortSideCells) / minVertices;
+    return std::max(1.0f, std::min(wanted, most));
 }
 
 double pixelsOf(const Quality& quality) {

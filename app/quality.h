@@ -68,11 +68,11 @@ Quality afterGap(Quality quality);
 Quality afterTouch(Quality quality);
 
 /// Returns the number of cells between neighbouring mesh vertices. The mesh keeps a minimum number of vertices. On a
-/// screen with many pixels, full detail is a vertex on every second cell, because finer meshes look the same.
+/// medium or large screen, full detail has more than one cell per vertex, because finer meshes look the same.
 /// @param quality state of the adaptive quality
 /// @param shortSideCells number of cells along the shorter side of the screen
 /// @param shortSidePixels number of pixels along the shorter side of the screen
-int cellsPerVertex(const Quality& quality, int shortSideCells, int shortSidePixels);
+float cellsPerVertex(const Quality& quality, int shortSideCells, int shortSidePixels);
 /// Returns the resolution along each side, as a fraction of the full resolution.
 double pixelsOf(const Quality& quality);
 

@@ -239,7 +239,7 @@ bool Session::hasChanges() const {
            wantedCellsPerVertex() != host->water().settings.cellsPerVertex;
 }
 
-int Session::wantedCellsPerVertex() const {
+float Session::wantedCellsPerVertex() const {
     return cellsPerVertex(quality, settings.meshDetail,
                           std::min(screenSize.width, screenSize.height));
 }

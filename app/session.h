@@ -143,7 +143,7 @@ private:
     bool hasChanges() const;
     void advanceFade(std::chrono::nanoseconds elapsed);
     void applyChanges();
-    int wantedCellsPerVertex() const;
+    float wantedCellsPerVertex() const;
     void chooseAttractInk();
     std::vector<hostkit::ScriptAction> takeActions();
     void run(std::span<const hostkit::ScriptAction> frameActions, std::chrono::nanoseconds elapsed);

@@ -59,7 +59,7 @@ hostkit::EffectHostOptions hostOptions(const Settings& settings, int width, int 
     return options;
 }
 
-void applySettings(const Settings& settings, int cellsPerVertex, hostkit::EffectHost& host) {
+void applySettings(const Settings& settings, float cellsPerVertex, hostkit::EffectHost& host) {
     hostkit::WaterSettings water = waterOf(settings);
     water.cellsPerVertex = cellsPerVertex;
     const hostkit::WaterSettings& current = host.water().settings;

@@ -140,7 +140,7 @@ hostkit::EffectHostOptions hostOptions(const Settings& settings, int width, int 
 
 /// Applies the settings to a running host. Leaves out ink and background, which are applied as actions of a frame, and
 /// `waterOnly`, which needs a new host. `cellsPerVertex` is the detail of the mesh.
-void applySettings(const Settings& settings, int cellsPerVertex, hostkit::EffectHost& host);
+void applySettings(const Settings& settings, float cellsPerVertex, hostkit::EffectHost& host);
 
 /// Returns the actions that make the host's ink and background equal to those in the settings. Empty if they are equal
 /// already.

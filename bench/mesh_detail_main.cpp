@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <array>
 #include <cstddef>
 #include <cstdio>
 #include <cstdlib>
@@ -24,10 +25,11 @@ namespace fs = std::filesystem;
 
 /// Every sixth frame is compared.
 constexpr int frameStep = 6;
-constexpr int maxCellsPerVertex = 3;
+/// Cells between neighbouring vertices of the compared meshes.
+constexpr std::array<float, 3> meshes = {1.75f, 2.0f, 3.0f};
 
 std::vector<bench::GreyImage> playedFrames(const hostkit::GestureScript& script, int width,
-                                           int height, int cellsPerVertex) {
+                                           int height, float cellsPerVertex) {
     app::Settings settings;
     settings.waterOnly = true;
     hostkit::EffectHostOptions options = app::hostOptions(settings, width, height);
@@ -47,23 +49,25 @@ std::vector<bench::GreyImage> playedFrames(const hostkit::GestureScript& script,
 
 /// Prints one line for each coarser mesh: its lowest similarity to the finest mesh in any frame of any gesture.
 void compareAt(int width, int height) {
-    std::vector<double> lowest(maxCellsPerVertex + 1, 1.0);
+    std::array<double, meshes.size()> lowest{};
+    lowest.fill(1.0);
     for (const fs::directory_entry& file : fs::directory_iterator(VELMORA_GESTURES)) {
         const hostkit::GestureScript script =
             scaledToScreen(hostkit::loadGestureScript(file.path()), width, height);
-        const std::vector<bench::GreyImage> finest = playedFrames(script, width, height, 1);
-        for (int cells = 2; cells <= maxCellsPerVertex; ++cells) {
-            const std::vector<bench::GreyImage> coarse = playedFrames(script, width, height, cells);
-            double& least = lowest[static_cast<std::size_t>(cells)];
+        const std::vector<bench::GreyImage> finest = playedFrames(script, width, height, 1.0f);
+        for (std::size_t mesh = 0; mesh < meshes.size(); ++mesh) {
+            const std::vector<bench::GreyImage> coarse =
+                playedFrames(script, width, height, meshes[mesh]);
             for (std::size_t frame = 0; frame < finest.size(); ++frame) {
-                least = std::min(least, bench::similarity(finest[frame], coarse[frame]));
+                lowest[mesh] =
+                    std::min(lowest[mesh], bench::similarity(finest[frame], coarse[frame]));
             }
         }
     }
     std::printf("%4d x %4d", width, height);
-    for (int cells = 2; cells <= maxCellsPerVertex; ++cells) {
-        std::printf("  %d cells per vertex: similarity %.4f", cells,
-                    lowest[static_cast<std::size_t>(cells)]);
+    for (std::size_t mesh = 0; mesh < meshes.size(); ++mesh) {
+        std::printf("  %.2f cells per vertex: similarity %.4f", static_cast<double>(meshes[mesh]),
+                    lowest[mesh]);
     }
     std::printf("\n");
     std::fflush(stdout);

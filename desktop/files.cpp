@@ -81,15 +81,15 @@ std::string readWhole(const fs::path& file, const std::string& kind) {
     }
 }
 
-void writeWhole(const fs::path& file, std::string_view bytes) {
+void writeWhole(const fs::path& file, std::string_view bytes, const fs::path& named) {
     std::string name = file.string() + ".XXXXXX";
     const Descriptor output(mkostemp(name.data(), O_CLOEXEC));
     if (output.number < 0) {
-        throw cannotWrite(file, errno);
+        throw cannotWrite(named, errno);
     }
     const auto drop = [&](int error) {
         unlink(name.c_str());
-        throw cannotWrite(file, error);
+        throw cannotWrite(named, error);
     };
     while (!bytes.empty()) {
         const ssize_t count = write(output.number, bytes.data(), bytes.size());

@@ -10,8 +10,13 @@ namespace desktop {
 /// Throws Failure. `kind` is the kind of file for the message, for example "image".
 std::string readWhole(const std::filesystem::path& file, const std::string& kind);
 
+/// Writes a file in one atomic step. Replaces an older file. Throws Failure, whose message names the file `named`.
+void writeWhole(const std::filesystem::path& file, std::string_view bytes,
+                const std::filesystem::path& named);
 /// Writes a file in one atomic step. Replaces an older file. Throws Failure.
-void writeWhole(const std::filesystem::path& file, std::string_view bytes);
+inline void writeWhole(const std::filesystem::path& file, std::string_view bytes) {
+    writeWhole(file, bytes, file);
+}
 
 /// Creates an empty file to reserve its name. Returns false if the file exists already. Throws Failure on any other
 /// error.

@@ -161,6 +161,10 @@ Image loadImage(const std::filesystem::path& file) {
     return image;
 }
 
+Image numberedPainting(std::size_t number) {
+    return paintings::allPaintings[number].paint(paintingSide, paintingSide);
+}
+
 Image covering(const Image& image, int width, int height) {
     const double scale = std::max(static_cast<double>(width) / image.width,
                                   static_cast<double>(height) / image.height);
@@ -207,28 +211,29 @@ void drawScaled(const Image& image, Image& target, int x, int y, int width, int 
 
 namespace {
 
-void save(const Image& image, const std::filesystem::path& file, const char* format,
-          const char* option, const char* value) {
+void save(const Image& image, const std::filesystem::path& file, const std::filesystem::path& named,
+          const char* format, const char* option, const char* value) {
     gchar* bytes = nullptr;
     gsize count = 0;
     GError* error = nullptr;
     if (!gdk_pixbuf_save_to_buffer(pixbufOf(image).get(), &bytes, &count, format, &error, option,
                                    value, nullptr)) {
-        throw Failure(messageOf(error), file.string());
+        throw Failure(messageOf(error), named.string());
     }
     const std::unique_ptr<gchar, decltype(&g_free)> owner(bytes, g_free);
-    writeWhole(file, std::string_view(bytes, count));
+    writeWhole(file, std::string_view(bytes, count), named);
 }
 
 }  // namespace
 
-void savePng(const Image& image, const std::filesystem::path& file) {
+void savePng(const Image& image, const std::filesystem::path& file,
+             const std::filesystem::path& named) {
     // Use compression level 1. Higher levels take ten times as long and make a photograph hardly smaller.
-    save(image, file, "png", "compression", "1");
+    save(image, file, named, "png", "compression", "1");
 }
 
 void saveJpeg(const Image& image, const std::filesystem::path& file) {
-    save(image, file, "jpeg", "quality", "88");
+    save(image, file, file, "jpeg", "quality", "88");
 }
 
 }  // namespace desktop

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <filesystem>
 
@@ -12,6 +13,9 @@ namespace desktop {
 /// black. If the end of the file is missing, warns and returns the readable part. If the file does not exist and `file`
 /// is the name of a built-in painting, returns that painting. Throws Failure.
 hostkit::Image loadImage(const std::filesystem::path& file);
+
+/// Returns a painting by its number from 0. The first paintings are the default backgrounds, as on the page.
+hostkit::Image numberedPainting(std::size_t number);
 
 /// Scales an image so that it covers width x height and crops it around its centre.
 hostkit::Image covering(const hostkit::Image& image, int width, int height);
@@ -29,8 +33,11 @@ hostkit::Image readFrame(app::Size screen);
 void drawScaled(const hostkit::Image& image, hostkit::Image& target, int x, int y, int width,
                 int height);
 
+/// Saves an image. Writes the complete file or, on an error, no file. Throws Failure, whose message names the file
+/// `named`.
+void savePng(const hostkit::Image& image, const std::filesystem::path& file,
+             const std::filesystem::path& named);
 /// Saves an image. Writes the complete file or, on an error, no file. Throws Failure.
 void saveJpeg(const hostkit::Image& image, const std::filesystem::path& file);
-void savePng(const hostkit::Image& image, const std::filesystem::path& file);
 
 }  // namespace desktop

@@ -34,8 +34,28 @@ int scaled(int shortSide, int side, int otherSide) {
 }
 
 /// Returns the number of mesh vertices along a side of the grid.
-int verticesAlong(int cells, int cellsPerVertex) {
-    return std::max(1, (cells + cellsPerVertex / 2) / cellsPerVertex) + 1;
+int verticesAlong(int cells, float cellsPerVertex) {
+    const auto intervals =
+        std::lround(static_cast<double>(cells) / static_cast<double>(cellsPerVertex));
+    return std::max(1, static_cast<int>(intervals)) + 1;
+}
+
+/// Position of a vertex along one axis of the grid.
+struct GridPosition {
+    /// Last cell that is not beyond the vertex.
+    int cell;
+    /// Distance from that cell, 0 to 1.
+    float weight;
+};
+
+GridPosition gridPosition(int vertex, int vertices, int cells) {
+    const double position = static_cast<double>(vertex) * cells / (vertices - 1);
+    const int cell = static_cast<int>(position);
+    return {cell, static_cast<float>(position - cell)};
+}
+
+float blend(float from, float to, float weight) {
+    return from + weight * (to - from);
 }
 
 void runStep(WaterDriver& water, JniEnvironment& jni) {
@@ -190,22 +210,27 @@ void advanceWater(WaterDriver& water, JniEnvironment& jni, std::chrono::nanoseco
 
 void buildHeights(WaterDriver& water) {
     const std::span<const float> cells = JniEnvironment::elements(water.height);
-    const auto heightAt = [&](int column, int row) {
+    const auto cellAt = [&](int column, int row) {
         const int firstOfRow = std::clamp(row, 0, water.rows - 1) * water.columns;
         return cells[static_cast<std::size_t>(firstOfRow +
                                               std::clamp(column, 0, water.columns - 1))];
     };
-    const auto cellOf = [](int vertex, int vertices, int count) {
-        return (vertex * count + (vertices - 1) / 2) / (vertices - 1);
-    };
     auto vertex = JniEnvironment::elements(water.heights).begin();
     for (int right = 0; right < water.numDetailsWidth; ++right) {
-        const int column = cellOf(right, water.numDetailsWidth, water.columns);
+        const GridPosition x = gridPosition(right, water.numDetailsWidth, water.columns);
         for (int down = 0; down < water.numDetailsHeight; ++down) {
-            const int row = cellOf(down, water.numDetailsHeight, water.rows);
-            vertex[0] = heightAt(column, row);
-            vertex[1] = heightAt(column + 1, row);
-            vertex[2] = heightAt(column, row - 1);
+            const GridPosition y = gridPosition(down, water.numDetailsHeight, water.rows);
+            // Returns the interpolated height at a distance of some cells from the vertex.
+            const auto heightAt = [&](int columns, int rows) {
+                const auto inRow = [&](int row) {
+                    return blend(cellAt(x.cell + columns, row), cellAt(x.cell + columns + 1, row),
+                                 x.weight);
+                };
+                return blend(inRow(y.cell + rows), inRow(y.cell + rows + 1), y.weight);
+            };
+            vertex[0] = heightAt(0, 0);
+            vertex[1] = heightAt(1, 0);
+            vertex[2] = heightAt(0, -1);
             vertex += 3;
         }
     }

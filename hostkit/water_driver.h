@@ -19,8 +19,8 @@ struct WaterSettings {
     /// determines the number along the longer side.
     int shortSideCells = 90;
     /// Number of cells between neighbouring mesh vertices, at least 1. A larger number draws the same waves with fewer
-    /// triangles.
-    int cellsPerVertex = 1;
+    /// triangles. The heights of a vertex between cells are interpolated.
+    float cellsPerVertex = 1.0f;
     /// Factor by which each step multiplies the wave velocity, below 1.
     float damping = 0.97f;
     /// Strength with which a height difference accelerates the adjacent cells. Waves travel sqrt(waveSpeed) cells per

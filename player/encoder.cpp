@@ -121,7 +121,7 @@ Failure systemFailure(const std::string& message, int error) {
 }
 
 /// Returns the failure that ffmpeg's messages report: a failed write, or the last line without the separator lines.
-Failure reportedFailure(std::FILE* messages, const fs::path& film) {
+Failure reportedFailure(std::FILE* messages, const fs::path& named) {
     std::rewind(messages);
     std::string last;
     std::array<char, 512> line{};
@@ -130,12 +130,12 @@ Failure reportedFailure(std::FILE* messages, const fs::path& film) {
         for (const int number : {ENOSPC, EFBIG}) {
             const std::error_code error(number, std::generic_category());
             if (said.find(error.message()) != std::string::npos) {
-                return desktop::cannotWrite(film.filename(), error);
+                return desktop::cannotWrite(named, error);
             }
         }
         last = said.ends_with("-- ") ? last : said;
     }
-    return Failure("ffmpeg failed, " + last, film.filename().string());
+    return Failure("ffmpeg failed, " + last, named.string());
 }
 
 }  // namespace
@@ -145,8 +145,9 @@ app::Size filmSize(app::Size screen, std::string_view format) {
                                    : app::Size{screen.width / 2 * 2, screen.height / 2 * 2};
 }
 
-Encoder::Encoder(fs::path filmFile, app::Size size, std::optional<int> framesPerSecond)
-    : film(std::move(filmFile)), messages(std::tmpfile()) {
+Encoder::Encoder(const fs::path& film, fs::path namedFilm, app::Size size,
+                 std::optional<int> framesPerSecond)
+    : named(std::move(namedFilm)), messages(std::tmpfile()) {
     std::array<int, 2> pipe{};
     if (!messages || pipe2(pipe.data(), O_CLOEXEC) != 0) {
         throw systemFailure("cannot start ffmpeg", errno);
@@ -191,7 +192,7 @@ void Encoder::finish() {
     while (waitpid(ending, &status, 0) < 0 && errno == EINTR) {
     }
     if (!WIFEXITED(status) || WEXITSTATUS(status) != 0) {
-        throw reportedFailure(messages.get(), film);
+        throw reportedFailure(messages.get(), named);
     }
 }
 

@@ -20,9 +20,10 @@ app::Size filmSize(app::Size screen, std::string_view format);
 /// All members throw Failure if ffmpeg fails.
 class Encoder {
 public:
-    /// Starts ffmpeg. The file extension selects the format: .mp4, .webm or .gif. If `framesPerSecond` is empty, the
-    /// film shows each frame from the time at which it was added, as in the window.
-    Encoder(std::filesystem::path film, app::Size size, std::optional<int> framesPerSecond);
+    /// Starts ffmpeg. The file extension selects the format: .mp4, .webm or .gif. Failures name the file `named`. If
+    /// `framesPerSecond` is empty, the film shows each frame from the time at which it was added, as in the window.
+    Encoder(const std::filesystem::path& film, std::filesystem::path named, app::Size size,
+            std::optional<int> framesPerSecond);
     /// Kills ffmpeg if finish was not called. The file is incomplete then.
     ~Encoder();
     Encoder(const Encoder&) = delete;
@@ -37,7 +38,8 @@ private:
         void operator()(std::FILE* file) const { std::fclose(file); }
     };
 
-    std::filesystem::path film;
+    /// Name of the film in failures.
+    std::filesystem::path named;
     /// Temporary file with ffmpeg's error messages.
     std::unique_ptr<std::FILE, Close> messages;
     pid_t process = 0;

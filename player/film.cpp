@@ -38,15 +38,17 @@ int thumbnailSide(int side, int maxSide) {
 
 }  // namespace
 
-Film::Film(std::filesystem::path targetFolder, const std::string& format, app::Size size,
-           int frameCount, float timeScale, int framesPerSecond)
-    : folder(std::move(targetFolder)),
+Film::Film(std::filesystem::path workFolder, std::filesystem::path targetFolder,
+           const std::string& format, app::Size size, int frameCount, float timeScale,
+           int framesPerSecond)
+    : folder(std::move(workFolder)),
+      target(std::move(targetFolder)),
       stillFrames(evenlySpaced(frameCount)),
       framesPerFilmFrame(static_cast<double>(timeScale) * 60.0 / framesPerSecond),
       columns(std::min(static_cast<int>(stillFrames.size()), size.width < size.height ? 6 : 3)),
       thumbnailWidth(thumbnailSide(size.width, std::max(size.width, size.height))),
       thumbnailHeight(thumbnailSide(size.height, std::max(size.width, size.height))),
-      encoder(folder / ("film." + format), size, framesPerSecond) {
+      encoder(folder / ("film." + format), target / ("film." + format), size, framesPerSecond) {
     const int rows = (static_cast<int>(stillFrames.size()) + columns - 1) / columns;
     sheet = plainImage(columns * (thumbnailWidth + gap) - gap, rows * (thumbnailHeight + gap) - gap,
                        gapShade);
@@ -68,13 +70,17 @@ void Film::addStill(const hostkit::Image& frame) {
                place / columns * (thumbnailHeight + gap), thumbnailWidth, thumbnailHeight);
     char name[32];
     std::snprintf(name, sizeof name, "frame-%02d.png", place + 1);
-    savePng(frame, folder / name);
+    save(frame, name);
     ++stillsDone;
 }
 
 void Film::finish() {
-    savePng(sheet, folder / "sheet.png");
+    save(sheet, "sheet.png");
     encoder.finish();
+}
+
+void Film::save(const hostkit::Image& image, const std::string& name) const {
+    savePng(image, folder / name, target / name);
 }
 
 }  // namespace player

@@ -17,10 +17,10 @@ namespace player {
 class Film {
 public:
     /// Prepares for `frameCount` frames of the given size. Each frame lasts 1 / (60 * `timeScale`) seconds. The film
-    /// shows `framesPerSecond` of them.
-    /// All members throw Failure.
-    Film(std::filesystem::path folder, const std::string& format, app::Size size, int frameCount,
-         float timeScale, int framesPerSecond);
+    /// shows `framesPerSecond` of them. Writes the files in `folder`, which is their place until all are complete.
+    /// All members throw Failure, which names the file in `target`, its final place.
+    Film(std::filesystem::path folder, std::filesystem::path target, const std::string& format,
+         app::Size size, int frameCount, float timeScale, int framesPerSecond);
 
     void add(const hostkit::Image& frame);
     void finish();
@@ -30,8 +30,10 @@ public:
 
 private:
     void addStill(const hostkit::Image& frame);
+    void save(const hostkit::Image& image, const std::string& name) const;
 
     std::filesystem::path folder;
+    std::filesystem::path target;
     std::vector<int> stillFrames;
     std::size_t stillsDone = 0;
     int framesDone = 0;

@@ -1,30 +1,18 @@
 #include "player/inputs.h"
 
+#include <cstddef>
 #include <filesystem>
-#include <system_error>
 
 #include "desktop/image.h"
 #include "desktop/preset.h"
-#include "hostkit/image.h"
 
 namespace player {
-namespace {
-
-/// Side of the test image in pixels.
-constexpr int testImageSide = 1024;
-
-}  // namespace
 
 app::Backgrounds loadBackgrounds(const Options& options) {
-    const auto load = [](const std::filesystem::path& named, const char* fallback) {
-        const std::filesystem::path file = named.empty() ? fallback : named;
-        std::error_code ignored;
-        return named.empty() && !std::filesystem::exists(file, ignored)
-                   ? hostkit::makeTestImage(testImageSide, testImageSide)
-                   : desktop::loadImage(file);
+    const auto load = [](const std::filesystem::path& named, std::size_t painting) {
+        return named.empty() ? desktop::numberedPainting(painting) : desktop::loadImage(named);
     };
-    return {load(options.image, "/usr/share/backgrounds/mate/nature/Dune.jpg"),
-            load(options.second, "/usr/share/backgrounds/mate/nature/RainDrops.jpg")};
+    return {load(options.image, 0), load(options.second, 1)};
 }
 
 app::Settings settingsOf(const Options& options) {

@@ -6,8 +6,8 @@
 
 namespace player {
 
-/// Loads the backgrounds of the command line. A missing one is replaced by a wallpaper of the desktop, or by a test
-/// image if the desktop has no wallpaper. Throws Failure.
+/// Loads the backgrounds of the command line. A missing first one is the first painting, as on the page, and a missing
+/// second one the second painting. Throws Failure.
 app::Backgrounds loadBackgrounds(const Options& options);
 
 /// Returns the settings of the command line: its preset and --water-only. Throws Failure.

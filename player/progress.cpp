@@ -2,6 +2,7 @@
 
 #include <unistd.h>
 
+#include <cmath>
 #include <cstdio>
 #include <string>
 
@@ -10,19 +11,35 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr int barWidth = 40;
+/// Width of the bar in characters.
+constexpr int barWidth = 24;
+/// Width of the whole line. A line that fills a terminal of 80 characters would wrap.
+constexpr int lineWidth = 79;
 constexpr auto barInterval = 100ms;
+/// Number of the first frames, whose speed is too uncertain for a forecast.
+constexpr int framesBeforeForecast = 30;
 
-void showBar(const Progress& progress, int done, double framesPerSecond) {
-    const int filled = static_cast<int>(static_cast<long>(barWidth) * done / progress.frameCount);
-    const std::string bar(static_cast<std::size_t>(filled), '#');
-    std::fprintf(stderr, "\r[%-*s] %d/%d  %.1f frames/s%s", barWidth, bar.c_str(), done,
-                 progress.frameCount, framesPerSecond, done == progress.frameCount ? "\n" : " ");
-    std::fflush(stderr);
+/// Returns the remaining time of a run, such as "1:05 left". Empty at its start and at its end.
+std::string remainingTime(double seconds, int done, int frameCount) {
+    if (done < framesBeforeForecast || done == frameCount) {
+        return "";
+    }
+    const auto left = std::lround(seconds / done * (frameCount - done));
+    char text[32];
+    std::snprintf(text, sizeof text, "%ld:%02ld left", left / 60, left % 60);
+    return text;
 }
 
-bool completesTenth(int done, int frameCount) {
-    return done * 10L / frameCount != (done - 1) * 10L / frameCount;
+void showBar(const Progress& progress, int done, double seconds) {
+    const int filled = static_cast<int>(static_cast<long>(barWidth) * done / progress.frameCount);
+    const std::string bar(static_cast<std::size_t>(filled), '#');
+    char line[lineWidth + 1];
+    std::snprintf(line, sizeof line, "[%-*s] %d/%d  %.1f frames/s  %s", barWidth, bar.c_str(), done,
+                  progress.frameCount, seconds > 0.0 ? done / seconds : 0.0,
+                  remainingTime(seconds, done, progress.frameCount).c_str());
+    // Spaces at the end overwrite the rest of a longer line.
+    std::fprintf(stderr, "\r%-*s%s", lineWidth, line, done == progress.frameCount ? "\n" : "");
+    std::fflush(stderr);
 }
 
 }  // namespace
@@ -33,15 +50,9 @@ Progress startProgress(int frameCount) {
 
 void showProgress(Progress& progress, int done) {
     const Progress::Clock::time_point now = Progress::Clock::now();
-    const double seconds = std::chrono::duration<double>(now - progress.start).count();
-    const double framesPerSecond = seconds > 0.0 ? done / seconds : 0.0;
-    if (!progress.onTerminal) {
-        if (completesTenth(done, progress.frameCount)) {
-            std::fprintf(stderr, "frame %d of %d, %.1f frames/s\n", done, progress.frameCount,
-                         framesPerSecond);
-        }
-    } else if (done == progress.frameCount || now - progress.lastShown >= barInterval) {
-        showBar(progress, done, framesPerSecond);
+    const bool isDue = done == progress.frameCount || now - progress.lastShown >= barInterval;
+    if (progress.onTerminal && isDue) {
+        showBar(progress, done, std::chrono::duration<double>(now - progress.start).count());
         progress.lastShown = now;
     }
 }

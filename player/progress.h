@@ -4,7 +4,7 @@
 
 namespace player {
 
-/// Progress of a run on stderr: a bar on a terminal, otherwise one line per tenth of the frames.
+/// Progress of a run: a line on the terminal of stderr that each update rewrites. Empty if stderr is no terminal.
 struct Progress {
     using Clock = std::chrono::steady_clock;
 

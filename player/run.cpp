@@ -148,8 +148,8 @@ void run(const Options& options) {
     session.restart(size);
     session.startReplay(script);
     Staging staging(options.out);
-    Film film(staging.folder(), options.format, size, script.frames, settings.timeScale,
-              framesPerSecondOf(options));
+    Film film(staging.folder(), options.out, options.format, size, script.frames,
+              settings.timeScale, framesPerSecondOf(options));
     std::fprintf(stderr, "Filming %d frames of %d x %d pixels\n", script.frames, size.width,
                  size.height);
     if (const app::Size filmed = filmSize(size, options.format); filmed != size) {

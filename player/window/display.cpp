@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "player/draw/draw_overlays.h"
+#include "player/window/marks.h"
 
 namespace player {
 namespace {
@@ -29,7 +30,8 @@ bool Display::changed(const Panel& panel, bool drawn) {
     const auto now = Clock::now();
     const bool toastVisible = now < toast.end;
     const bool toastChanged = toastVisible != std::exchange(toastShown, toastVisible);
-    const bool marksChange = !keeper.marks().empty() && now - presented >= maxRedrawInterval;
+    const bool marksChange =
+        (panel.view.filming || panel.view.recording) && now - presented >= maxRedrawInterval;
     const bool stopped = std::exchange(rate, panel.rate) > 0.0 && rate <= 0.0;
     const bool panelChanges = panel.view.panel && stopped;
     return drawn || redraws > 0 || keeper.wantsScreenshot() || toastChanged || marksChange ||
@@ -37,13 +39,7 @@ bool Display::changed(const Panel& panel, bool drawn) {
 }
 
 void Display::drawWindows(const Panel& panel) {
-    int row = 0;
-    for (const Mark& mark : keeper.marks()) {
-        drawMark(mark.label, mark.time, row++);
-    }
-    if (panel.view.paused) {
-        drawPauseMark(row);
-    }
+    drawMarks(panel.marks, panel.requests);
     if (panel.view.panel) {
         drawPanel(panel);
     }

@@ -3,8 +3,10 @@
 #include <cstdio>
 #include <utility>
 
+#include "app/labels.h"
 #include "app/size.h"
 #include "player/encoder.h"
+#include "player/window/keys.h"
 
 namespace player {
 
@@ -107,13 +109,13 @@ fs::path Keeper::savePreset(const std::string& name) {
 
 fs::path Keeper::renamePreset(const fs::path& preset, const std::string& name) {
     fs::path file = shots.renamePreset(preset, name);
-    showToast(toast, "Renamed to " + name);
+    showToast(toast, app::sharedText("renamedTo") + name);
     return file;
 }
 
 void Keeper::deletePreset(const fs::path& preset) {
     shots.deletePreset(preset);
-    showToast(toast, "Deleted " + preset.stem().string() + ". Z restores only the settings.");
+    showToast(toast, app::sharedText("deleted") + preset.stem().string());
 }
 
 void Keeper::addThumbnail() {
@@ -124,15 +126,23 @@ void Keeper::addThumbnail() {
 
 std::vector<Mark> Keeper::marks() const {
     std::vector<Mark> marks;
-    const auto add = [&](bool on, const char* label, Clock::time_point start) {
-        if (on) {
-            const auto time = Clock::now() - start;
-            marks.push_back({label, std::chrono::duration_cast<std::chrono::seconds>(time)});
-        }
+    const auto since = [](Clock::time_point start) {
+        return std::chrono::duration_cast<std::chrono::seconds>(Clock::now() - start);
     };
-    add(filming(), "Video", filmStart);
-    add(session.recording() != nullptr, "Gesture", recordingStart);
+    if (filming()) {
+        marks.push_back({MarkSymbol::record, "Video", since(filmStart), Command::film,
+                         app::sharedText("stopFilming")});
+    }
+    if (session.recording() != nullptr) {
+        marks.push_back({MarkSymbol::record, "Gesture", since(recordingStart), Command::record,
+                         app::sharedText("stopRecording")});
+    }
     return marks;
+}
+
+void Keeper::noteReplayEnd() {
+    printDigest();
+    showToast(toast, app::sharedText("gestureEnded"));
 }
 
 void Keeper::printFiles() const {

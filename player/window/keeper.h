@@ -6,17 +6,12 @@
 #include <vector>
 
 #include "player/options.h"
+#include "player/window/marks.h"
 #include "player/window/shots.h"
 #include "player/window/toast.h"
 #include "player/window/window_session.h"
 
 namespace player {
-
-/// Label and elapsed time of a film or a recording in progress.
-struct Mark {
-    const char* label;
-    std::chrono::seconds time;
-};
 
 /// Saves a session's output: screenshots, films, recordings and presets. Shows a toast for each file.
 /// Members that write a file throw Failure.
@@ -64,7 +59,10 @@ public:
     /// Saves the frame on the screen as the last preset's thumbnail, unless that preset has one.
     void addThumbnail();
 
+    /// Returns the marks of the film and of the recording in progress.
     std::vector<Mark> marks() const;
+    /// Prints the digest of the replay that has ended, if --digest is given, and shows a toast.
+    void noteReplayEnd();
     /// Prints the names of all saved files.
     void printFiles() const;
     /// Prints the digest of the velocity if --digest is given.

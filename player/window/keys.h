@@ -21,6 +21,7 @@ enum class Command {
     film,
     record,
     replay,
+    stopReplay,
     savePreset,
     renamePreset,
     deletePreset,

@@ -3,8 +3,10 @@
 #include <algorithm>
 #include <chrono>
 #include <cmath>
+#include <iterator>
 #include <system_error>
 #include <utility>
+#include <vector>
 
 #include "app/backgrounds.h"
 #include "app/settings.h"
@@ -17,6 +19,7 @@
 #include "hostkit/image.h"
 #include "player/inputs.h"
 #include "player/script.h"
+#include "player/window/marks.h"
 
 namespace player {
 
@@ -107,7 +110,7 @@ OpenWindow::OpenWindow(const Options& options, app::Backgrounds backgrounds,
     view.ink = options.overlays.ink;
     session.core.turnAttractMode(!options.noAttract);
     if (script) {
-        session.core.startReplay(*script);
+        playback.play(*script, options.script.stem().string());
     } else if (!options.record.empty()) {
         if (!createFile(options.record)) {
             throw Failure("the recording would overwrite a file; choose another name",
@@ -170,9 +173,11 @@ void OpenWindow::presentFrame(bool drawn) {
     view.attract = session.core.attractMode().isOn();
     view.filming = keeper.filming();
     view.recording = session.recording() != nullptr;
+    std::vector<Mark> marks = keeper.marks();
+    std::ranges::move(playback.marks(), std::back_inserter(marks));
     const auto start = std::chrono::steady_clock::now();
     display.present({view, presetList, screen.thumbnails(), playback.times(), playback.rate(),
-                     session.core.settings, requests, shotsFolder, dialog, fileBrowser},
+                     session.core.settings, requests, shotsFolder, dialog, fileBrowser, marks},
                     drawn);
     if (drawn) {
         playback.addGlTime(std::chrono::steady_clock::now() - start);

@@ -59,8 +59,8 @@ private:
     void applyRandomSettings();
     void resetSettings();
     void askForPresetName();
-    void askForNewName();
-    void confirmDeletion();
+    void askForNewName(const std::filesystem::path& preset);
+    void confirmDeletion(const std::filesystem::path& preset);
     void take(const Answer& answer);
     void savePreset(const std::string& name);
     void renamePreset(const std::string& name);
@@ -68,6 +68,8 @@ private:
     void undo();
     void redo();
     void replay();
+    void play(const std::filesystem::path& gesture);
+    void stopReplay();
     void openFile(const std::filesystem::path& file);
     void presentFrame(bool drawn);
     void rememberChanges();
@@ -80,6 +82,8 @@ private:
     Playback playback;
     PresetList presetList;
     Dialog dialog;
+    /// Preset of the user that the open dialog renames or deletes.
+    std::filesystem::path dialogPreset;
     FileBrowser fileBrowser;
     app::SettingsHistory history;
     Display display;

@@ -66,6 +66,9 @@ void OpenWindow::runCommands() {
     if (!now.preset.empty()) {
         attempt(toast, [&] { loadPreset(now.preset); });
     }
+    for (const auto& [command, preset] : now.presetCommands) {
+        command == Command::renamePreset ? askForNewName(preset) : confirmDeletion(preset);
+    }
     for (const Answer& answer : now.answers) {
         attempt(toast, [&] { take(answer); });
     }
@@ -109,9 +112,11 @@ void OpenWindow::run(Command command) {
         case Command::savePreset:
             return askForPresetName();
         case Command::renamePreset:
-            return askForNewName();
+            presetList.checkOwn();
+            return askForNewName(presetList.file());
         case Command::deletePreset:
-            return confirmDeletion();
+            presetList.checkOwn();
+            return confirmDeletion(presetList.file());
         case Command::undo:
             return undo();
         case Command::redo:
@@ -128,6 +133,8 @@ void OpenWindow::run(Command command) {
             return keeper.switchRecording();
         case Command::replay:
             return replay();
+        case Command::stopReplay:
+            return stopReplay();
         case Command::fullScreen:
             return screen.window().switchFullScreen();
         case Command::back:
@@ -140,10 +147,16 @@ void OpenWindow::run(Command command) {
     }
 }
 
-/// Closes the topmost pop-up, the list of keys or the panel. If none is open, leaves the program, but never during a
-/// film or a recording.
+/// Closes the topmost pop-up, stops the replay, or closes the list of keys or the panel: the first of these that
+/// exists. If none exists, leaves the program, but never during a film or a recording.
 void OpenWindow::goBack() {
-    if (closePopup() || std::exchange(view.help, false) || std::exchange(view.panel, false)) {
+    if (closePopup()) {
+        return;
+    }
+    if (session.core.isReplaying()) {
+        return stopReplay();
+    }
+    if (std::exchange(view.help, false) || std::exchange(view.panel, false)) {
         return;
     }
     if (keeper.filming()) {
@@ -211,13 +224,17 @@ void OpenWindow::askForPresetName() {
     dialog.ask(Command::savePreset, "Name of the new preset", keeper.newPresetName(), "Save");
 }
 
-void OpenWindow::askForNewName() {
-    const std::string& name = presetList.own().name;
-    dialog.ask(Command::renamePreset, "New name of " + name, name, "Rename");
+void OpenWindow::askForNewName(const std::filesystem::path& preset) {
+    dialogPreset = preset;
+    dialog.ask(Command::renamePreset, app::sharedText("newPresetName"), preset.stem().string(),
+               textOf(Command::renamePreset).label);
 }
 
-void OpenWindow::confirmDeletion() {
-    dialog.confirm(Command::deletePreset, "Delete " + presetList.own().name + "?", "Delete");
+void OpenWindow::confirmDeletion(const std::filesystem::path& preset) {
+    dialogPreset = preset;
+    dialog.confirm(Command::deletePreset,
+                   app::sharedText("deletePresetQuestion") + preset.stem().string() + "?",
+                   textOf(Command::deletePreset).label);
 }
 
 /// Runs the command of a dialog with the user's answer.
@@ -240,18 +257,20 @@ void OpenWindow::savePreset(const std::string& name) {
 }
 
 void OpenWindow::renamePreset(const std::string& name) {
-    const std::filesystem::path file = presetList.own().file;
-    if (name != presetList.name()) {
+    if (name != dialogPreset.stem()) {
         presetList.checkName(name);
-        presetList.rename(keeper.renamePreset(file, name));
+        presetList.rename(dialogPreset, keeper.renamePreset(dialogPreset, name));
     }
 }
 
 void OpenWindow::deletePreset() {
-    const std::filesystem::path file = presetList.own().file;
-    keeper.deletePreset(file);
-    presetList.remove();
-    screen.thumbnails().forget(file);
+    const bool isCurrent = dialogPreset == presetList.file();
+    keeper.deletePreset(dialogPreset);
+    presetList.remove(dialogPreset);
+    screen.thumbnails().forget(dialogPreset);
+    if (isCurrent) {
+        showToast(toast, toast.line + app::sharedText("deletedCurrent"));
+    }
 }
 
 void OpenWindow::undo() {
@@ -273,16 +292,27 @@ void OpenWindow::replay() {
         showToast(toast, std::string(app::sharedText("noRecording")) + ". R starts a recording.");
         return;
     }
-    playback.play(loadScript(file));
-    showToast(toast, "Replaying " + file.string() + ". The effect was reset.");
+    play(file);
+}
+
+void OpenWindow::play(const std::filesystem::path& gesture) {
+    const std::string name = gesture.stem().string();
+    playback.play(loadScript(gesture), name);
+    showToast(toast, app::sharedText("playing") + name);
+}
+
+void OpenWindow::stopReplay() {
+    playback.stopReplay();
+    showToast(toast, app::sharedText("gestureStopped"));
 }
 
 /// Loads a preset, plays a gesture script or makes an image the background.
 void OpenWindow::openFile(const std::filesystem::path& file) {
+    if (file.extension() == ".gesture") {
+        return play(file);
+    }
     if (file.extension() == ".json") {
         session.core.settings = presetList.load(file);
-    } else if (file.extension() == ".gesture") {
-        playback.play(loadScript(file));
     } else {
         session.core.showBackground(loadImage(file));
     }

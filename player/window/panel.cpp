@@ -6,21 +6,17 @@
 #include <algorithm>
 #include <cfloat>
 #include <cstdio>
-#include <initializer_list>
 #include <string>
 #include <type_traits>
 #include <utility>
 
 #include "app/labels.h"
-#include "desktop/preset.h"
 #include "player/window/frame_graph.h"
 #include "player/window/gesture_list.h"
 #include "player/window/keys.h"
 #include "player/window/preset_grid.h"
 
 namespace player {
-
-using desktop::NamedPreset;
 
 namespace {
 
@@ -30,7 +26,7 @@ constexpr float maxPart = 0.6f;
 constexpr ImU32 changedColor = IM_COL32(255, 190, 70, 255);
 
 /// Sections with commands. The table of settings defines the sections of the sliders.
-enum class Place { preset, ink, view, save, developer };
+enum class Place { preset, ownPreset, ink, view, save, developer };
 
 /// Check box of the panel. It runs the same command as its key.
 struct Switch {
@@ -52,14 +48,22 @@ struct Button {
     Command command;
 };
 constexpr Button buttons[] = {
-    {Place::preset, Command::nextPreset},     {Place::preset, Command::randomSettings},
-    {Place::preset, Command::resetSettings},  {Place::preset, Command::savePreset},
-    {Place::preset, Command::renamePreset},   {Place::preset, Command::deletePreset},
-    {Place::preset, Command::undo},           {Place::preset, Command::redo},
-    {Place::ink, Command::inkForBackground},  {Place::ink, Command::clearInk},
-    {Place::view, Command::openFile},         {Place::view, Command::step},
-    {Place::view, Command::fullScreen},       {Place::view, Command::help},
-    {Place::save, Command::screenshot},       {Place::save, Command::replay},
+    {Place::preset, Command::nextPreset},
+    {Place::preset, Command::randomSettings},
+    {Place::preset, Command::resetSettings},
+    {Place::preset, Command::savePreset},
+    {Place::preset, Command::undo},
+    {Place::preset, Command::redo},
+    {Place::ownPreset, Command::renamePreset},
+    {Place::ownPreset, Command::deletePreset},
+    {Place::ink, Command::inkForBackground},
+    {Place::ink, Command::clearInk},
+    {Place::view, Command::openFile},
+    {Place::view, Command::step},
+    {Place::view, Command::fullScreen},
+    {Place::view, Command::help},
+    {Place::save, Command::screenshot},
+    {Place::save, Command::replay},
     {Place::developer, Command::loseContext},
 };
 
@@ -251,14 +255,15 @@ void presetControls(const Panel& panel) {
     if (open) {
         const ImGuiStyle& style = ImGui::GetStyle();
         const float inner = width - 2.0f * style.WindowPadding.x - style.ScrollbarSize;
-        if (const NamedPreset* chosen = drawPresetGrid(panel.presetList, panel.thumbnails, inner)) {
-            panel.requests.preset = chosen->file;
-        }
+        drawPresetGrid(panel.presetList, panel.thumbnails, inner, panel.requests);
         ImGui::EndCombo();
     } else {
         hint(changed ? "The preset, with unsaved changes" : "The preset");
     }
     buttonControls(Place::preset, panel.requests);
+    if (panel.presetList.isOwn(panel.presetList.file())) {
+        buttonControls(Place::ownPreset, panel.requests);
+    }
 }
 
 void inkControls(app::Settings& settings) {
@@ -309,20 +314,6 @@ void groups(const Panel& panel) {
     if (commandControls(app::sharedText("developerSection"), Place::developer, panel)) {
         drawFrameGraph(panel.times);
     }
-}
-
-/// Draws a text with room for a symbol at its left in the upper right corner. Returns the upper left corner of the text.
-ImVec2 drawBadge(const char* text, int row) {
-    const float line = ImGui::GetTextLineHeight();
-    const ImVec2 size = ImGui::CalcTextSize(text);
-    const ImVec2 corner(ImGui::GetIO().DisplaySize.x - size.x - line,
-                        line + 2.0f * line * static_cast<float>(row));
-    ImDrawList& list = *ImGui::GetForegroundDrawList();
-    list.AddRectFilled(ImVec2(corner.x - 2.0f * line, corner.y - 0.3f * line),
-                       ImVec2(corner.x + size.x + 0.5f * line, corner.y + 1.3f * line),
-                       IM_COL32(0, 0, 0, 150), 0.45f * line);
-    list.AddText(corner, IM_COL32_WHITE, text);
-    return corner;
 }
 
 /// Sets the position of the next ImGui window: its old one moved inside the screen, or `first` for a new window.
@@ -407,26 +398,6 @@ void drawHelp(Requests& requests) {
     ImGui::End();
     if (!open) {
         requests.commands.push_back(Command::help);
-    }
-}
-
-void drawMark(const char* label, std::chrono::seconds time, int row) {
-    char text[64];
-    std::snprintf(text, sizeof text, "%s %d:%02d", label, static_cast<int>(time.count() / 60),
-                  static_cast<int>(time.count() % 60));
-    const ImVec2 corner = drawBadge(text, row);
-    const float line = ImGui::GetTextLineHeight();
-    ImGui::GetForegroundDrawList()->AddCircleFilled(ImVec2(corner.x - line, corner.y + line / 2),
-                                                    0.45f * line, IM_COL32(230, 30, 30, 255));
-}
-
-void drawPauseMark(int row) {
-    const ImVec2 corner = drawBadge(app::sharedText("paused"), row);
-    const float line = ImGui::GetTextLineHeight();
-    for (const float left : {-1.35f, -0.9f}) {
-        ImGui::GetForegroundDrawList()->AddRectFilled(
-            ImVec2(corner.x + left * line, corner.y + 0.1f * line),
-            ImVec2(corner.x + (left + 0.25f) * line, corner.y + 0.9f * line), IM_COL32_WHITE);
     }
 }
 

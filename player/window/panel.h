@@ -1,6 +1,5 @@
 #pragma once
 
-#include <chrono>
 #include <filesystem>
 #include <span>
 #include <string>
@@ -9,6 +8,7 @@
 #include "player/draw/thumbnails.h"
 #include "player/window/dialog.h"
 #include "player/window/file_browser.h"
+#include "player/window/marks.h"
 #include "player/window/preset_list.h"
 #include "player/window/requests.h"
 #include "player/window/window_session.h"
@@ -42,6 +42,7 @@ struct Panel {
     const std::filesystem::path& gestureFolder;
     Dialog& dialog;
     FileBrowser& fileBrowser;
+    std::span<const Mark> marks;
 };
 
 /// Draws the panel into the current ImGui frame.
@@ -52,10 +53,6 @@ bool closePopup();
 bool isHintDue();
 /// Draws the list of keys.
 void drawHelp(Requests& requests);
-/// Draws a red dot with a label and the elapsed time in the upper right corner. Row 0 is the highest.
-void drawMark(const char* label, std::chrono::seconds time, int row);
-/// Draws two bars and the word "Paused" in the upper right corner. Row 0 is the highest.
-void drawPauseMark(int row);
 /// Draws a toast at the lower edge.
 void drawToast(const std::string& line);
 

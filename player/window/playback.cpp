@@ -1,10 +1,14 @@
 #include "player/window/playback.h"
 
 #include <cstddef>
+#include <optional>
 #include <ratio>
 #include <utility>
 
 #include "app/frame_clock.h"
+#include "app/labels.h"
+#include "app/text.h"
+#include "player/window/keys.h"
 
 namespace player {
 namespace {
@@ -36,6 +40,7 @@ std::chrono::nanoseconds Playback::timeToNextFrame() {
 
 void Playback::playFrame(std::chrono::nanoseconds elapsed) {
     const bool wasReplaying = session.core.isReplaying();
+    replayTime += elapsed;
     session.frame(elapsed);
     keeper.watchRecording();
     lastTimes.push_back(session.times());
@@ -47,7 +52,7 @@ void Playback::playFrame(std::chrono::nanoseconds elapsed) {
         frameEnds.pop_front();
     }
     if (wasReplaying && !session.core.isReplaying()) {
-        keeper.printDigest();
+        keeper.noteReplayEnd();
     }
 }
 
@@ -67,10 +72,31 @@ bool Playback::playDueFrames() {
     return frames > 0;
 }
 
-void Playback::play(hostkit::GestureScript script) {
+void Playback::play(hostkit::GestureScript script, const std::string& name) {
     keeper.finishRecording();
     session.core.startReplay(std::move(script));
+    replayName = app::shortened(name);
+    replayTime = 0ns;
     isPaused = false;
+}
+
+void Playback::stopReplay() {
+    session.core.stopReplay();
+    session.core.noteInput(Clock::now());  // draws the frame that lifts the finger of the gesture
+}
+
+std::vector<Mark> Playback::marks() const {
+    std::vector<Mark> marks;
+    if (session.core.isReplaying()) {
+        marks.push_back({MarkSymbol::play, app::sharedText("playing") + replayName,
+                         std::chrono::duration_cast<std::chrono::seconds>(replayTime),
+                         Command::stopReplay, app::sharedText("stopGesture")});
+    }
+    if (isPaused) {
+        marks.push_back({MarkSymbol::pause, app::sharedText("paused"), std::nullopt, Command::pause,
+                         app::sharedText("resume")});
+    }
+    return marks;
 }
 
 bool Playback::followSize(app::Size pixels) {

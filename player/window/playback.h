@@ -3,12 +3,14 @@
 #include <chrono>
 #include <deque>
 #include <span>
+#include <string>
 #include <vector>
 
 #include "app/frame_clock.h"
 #include "app/size.h"
 #include "hostkit/gesture_script.h"
 #include "player/window/keeper.h"
+#include "player/window/marks.h"
 #include "player/window/window_session.h"
 
 namespace player {
@@ -28,8 +30,12 @@ public:
     std::chrono::nanoseconds timeToNextFrame();
     /// Plays the due frames. Returns true if there was one.
     bool playDueFrames();
-    /// Resets the effect and plays a script. Finishes the recording, if any.
-    void play(hostkit::GestureScript script);
+    /// Resets the effect and plays a script. Finishes the recording, if any. The mark of the replay shows the name.
+    void play(hostkit::GestureScript script, const std::string& name);
+    /// Stops the replay. Does nothing without a replay.
+    void stopReplay();
+    /// Returns the marks of the replay and of the pause in progress.
+    std::vector<Mark> marks() const;
     /// Restarts the effect once a resized window keeps its new size. Finishes the recording then. A film continues in
     /// its old size. Returns true after a restart.
     bool followSize(app::Size pixels);
@@ -51,6 +57,9 @@ private:
     Keeper& keeper;
     bool isPaused = false;
     bool stepWanted = false;
+    std::string replayName;
+    /// Effect time of the replay so far. It stands still during a pause.
+    std::chrono::nanoseconds replayTime{};
     std::vector<FrameTimes> lastTimes;
     /// Times at which the frames of the last second ended; at least the last two frames.
     std::deque<Clock::time_point> frameEnds;

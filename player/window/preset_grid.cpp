@@ -6,8 +6,10 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
+#include <initializer_list>
 
 #include "desktop/preset.h"
+#include "player/window/keys.h"
 
 namespace player {
 
@@ -19,10 +21,9 @@ namespace {
 bool presetButton(const NamedPreset& preset, GLuint thumbnail, float side, bool chosen) {
     const ImVec2 corner = ImGui::GetCursorScreenPos();
     const ImVec2 end(corner.x + side, corner.y + side);
-    ImGui::PushID(preset.file.c_str());
     const float line = ImGui::GetTextLineHeight();
-    const bool clicked = ImGui::Selectable("##preset", chosen, 0, ImVec2(side, side + line));
-    ImGui::PopID();
+    const bool clicked = ImGui::Selectable(
+        "##preset", chosen, ImGuiSelectableFlags_AllowItemOverlap, ImVec2(side, side + line));
     ImDrawList& list = *ImGui::GetWindowDrawList();
     const float rounding = 0.3f * line;
     if (thumbnail != 0) {
@@ -39,27 +40,54 @@ bool presetButton(const NamedPreset& preset, GLuint thumbnail, float side, bool 
     return clicked;
 }
 
+/// Draws a button with three dots in the upper right corner of a tile, which opens the menu of the preset. A click on
+/// the tile with the right button opens it too.
+void menuOf(const NamedPreset& preset, ImVec2 corner, float side, Requests& requests) {
+    if (ImGui::IsItemClicked(ImGuiMouseButton_Right)) {
+        ImGui::OpenPopup("menu");
+    }
+    const float width = ImGui::CalcTextSize("...").x + 2.0f * ImGui::GetStyle().FramePadding.x;
+    ImGui::SetCursorScreenPos(ImVec2(corner.x + side - width, corner.y));
+    if (ImGui::SmallButton("...")) {
+        ImGui::OpenPopup("menu");
+    }
+    if (ImGui::BeginPopup("menu")) {
+        for (const Command command : {Command::renamePreset, Command::deletePreset}) {
+            if (ImGui::MenuItem(textOf(command).label)) {
+                requests.presetCommands.push_back({command, preset.file});
+            }
+        }
+        ImGui::EndPopup();
+    }
+}
+
 }  // namespace
 
-const NamedPreset* drawPresetGrid(const PresetList& presetList, Thumbnails& thumbnails,
-                                  float width) {
+void drawPresetGrid(const PresetList& presetList, Thumbnails& thumbnails, float width,
+                    Requests& requests) {
     const float spacing = ImGui::GetStyle().ItemSpacing.x;
     const float minWidth = 5.0f * ImGui::GetFontSize();
     const int columns = std::max(1, static_cast<int>((width + spacing) / (minWidth + spacing)));
     const float side = std::floor((width + spacing) / static_cast<float>(columns) - spacing);
-    const NamedPreset* clicked = nullptr;
     int column = 0;
     for (const NamedPreset& preset : presetList.presets()) {
         if (column > 0) {
             ImGui::SameLine();
         }
         column = (column + 1) % columns;
+        const ImVec2 corner = ImGui::GetCursorScreenPos();
+        ImGui::PushID(preset.file.c_str());
+        ImGui::BeginGroup();
         if (presetButton(preset, thumbnails.of(preset.file), side,
                          preset.name == presetList.name())) {
-            clicked = &preset;
+            requests.preset = preset.file;
         }
+        if (presetList.isOwn(preset.file)) {
+            menuOf(preset, corner, side, requests);
+        }
+        ImGui::EndGroup();
+        ImGui::PopID();
     }
-    return clicked;
 }
 
 }  // namespace player

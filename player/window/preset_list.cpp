@@ -21,10 +21,22 @@ NamedPreset ownPreset(const fs::path& file) {
     return {file.stem().string(), file};
 }
 
+/// Place of the default settings in the list. There is no such file, but a thumbnail of its name.
+fs::path defaultFile() {
+    return VELMORA_PRESETS "/default.json";
+}
+
+/// Returns the default settings and the shipped presets.
+std::vector<NamedPreset> builtInPresets() {
+    std::vector<NamedPreset> presets = presetsIn(VELMORA_PRESETS);
+    presets.insert(presets.begin(), {app::sharedText("defaultSettings"), defaultFile()});
+    return presets;
+}
+
 }  // namespace
 
 PresetList::PresetList(const fs::path& savedIn, const fs::path& file, const app::Settings& settings)
-    : all(presetsIn(VELMORA_PRESETS)), shippedCount(all.size()), loaded(settings) {
+    : all(builtInPresets()), shippedCount(all.size()), loadedFile(defaultFile()), loaded(settings) {
     for (const NamedPreset& preset : presetsIn(savedIn)) {
         all.push_back(ownPreset(preset.file));
     }
@@ -44,7 +56,7 @@ void PresetList::show(const fs::path& file, const app::Settings& settings) {
 }
 
 app::Settings PresetList::load(const fs::path& file) {
-    const app::Settings settings = loadPreset(file);
+    const app::Settings settings = file == defaultFile() ? app::Settings{} : loadPreset(file);
     show(file, settings);
     return settings;
 }
@@ -53,24 +65,23 @@ const NamedPreset* PresetList::next() const {
     return all.empty() ? nullptr : &all[following % all.size()];
 }
 
-bool PresetList::isOwnLoaded() const {
-    const auto preset = std::ranges::find(all, loadedFile, &NamedPreset::file);
+bool PresetList::isOwn(const fs::path& file) const {
+    const auto preset = std::ranges::find(all, file, &NamedPreset::file);
     return preset != all.end() && preset - all.begin() >= static_cast<std::ptrdiff_t>(shippedCount);
 }
 
-const NamedPreset& PresetList::own() const {
-    if (isOwnLoaded()) {
-        return *std::ranges::find(all, loadedFile, &NamedPreset::file);
+void PresetList::checkOwn() const {
+    if (isOwn(loadedFile)) {
+        return;
     }
-    const bool isBuiltIn =
-        loadedFile.empty() || std::ranges::find(all, loadedFile, &NamedPreset::file) != all.end();
+    const bool isBuiltIn = std::ranges::find(all, loadedFile, &NamedPreset::file) != all.end();
     throw Failure(shown + (isBuiltIn
                                ? app::sharedText("builtIn")
                                : " is not in the folder of your presets; save it with P first"));
 }
 
 std::optional<std::string> PresetList::savedName(const app::Settings& settings) const {
-    return isOwnLoaded() && !isChanged(settings) ? std::optional(shown) : std::nullopt;
+    return isOwn(loadedFile) && !isChanged(settings) ? std::optional(shown) : std::nullopt;
 }
 
 void PresetList::checkName(const std::string& name) const {
@@ -79,20 +90,23 @@ void PresetList::checkName(const std::string& name) const {
             "a name must not be empty, start with a dot or contain a slash; choose another");
     }
     if (std::ranges::find(all, name, &NamedPreset::name) != all.end()) {
-        throw Failure("there is a preset " + app::inQuotes(name) + " already; choose another name");
+        throw Failure("a preset named " + app::inQuotes(name) +
+                      " already exists; choose another name");
     }
 }
 
-void PresetList::rename(const fs::path& file) {
-    *std::ranges::find(all, loadedFile, &NamedPreset::file) = ownPreset(file);
-    show(file, app::Settings(loaded));
+void PresetList::rename(const fs::path& old, const fs::path& file) {
+    *std::ranges::find(all, old, &NamedPreset::file) = ownPreset(file);
+    if (old == loadedFile) {
+        show(file, app::Settings(loaded));
+    }
 }
 
-void PresetList::remove() {
-    all.erase(std::ranges::find(all, loadedFile, &NamedPreset::file));
-    loadedFile.clear();
-    shown = app::sharedText("defaultSettings");
-    loaded = {};
+void PresetList::remove(const fs::path& file) {
+    all.erase(std::ranges::find(all, file, &NamedPreset::file));
+    if (file == loadedFile) {
+        show(defaultFile(), {});
+    }
 }
 
 void PresetList::add(const fs::path& file, const app::Settings& settings) {

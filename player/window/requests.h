@@ -16,11 +16,18 @@ struct Answer {
     std::string text;
 };
 
+/// Command for one of the user's presets: to rename it or to delete it.
+struct PresetCommand {
+    Command command;
+    std::filesystem::path preset;
+};
+
 /// Requests of keys, panel and desktop. The main loop runs them once per iteration.
 struct Requests {
     std::vector<Command> commands;
     /// Preset chosen in the panel, or empty.
     std::filesystem::path preset;
+    std::vector<PresetCommand> presetCommands;
     /// Files to open: dropped on the window, or chosen in it.
     std::vector<std::filesystem::path> files;
     std::vector<Answer> answers;

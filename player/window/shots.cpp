@@ -76,7 +76,7 @@ fs::path Shots::createNumberedFile(const std::string& stem, const std::string& e
 
 fs::path Shots::screenshot(const hostkit::Image& image) {
     fs::path file = createNumberedFile("shot", ".png");
-    fill(file, [&] { savePng(image, file); });
+    fill(file, [&] { savePng(image, file, file); });
     add(file);
     return file;
 }
@@ -145,7 +145,8 @@ fs::path Shots::createGestureFile() const {
 
 fs::path Shots::startFilm(app::Size size) {
     filmFile = createNumberedFile("film", "." + format);
-    fill(filmFile, [&] { film = std::make_unique<Encoder>(filmFile, size, std::nullopt); });
+    fill(filmFile,
+         [&] { film = std::make_unique<Encoder>(filmFile, filmFile, size, std::nullopt); });
     filmSize = size;
     lastFrame = {};
     return filmFile;

@@ -98,7 +98,8 @@ TEST(Quality, AFixedLevelStays) {
 
 TEST(Quality, FullDetailDependsOnTheScreen) {
     const Quality full = app::fixedQuality(0);
-    EXPECT_EQ(cellsPerVertex(full, 90, 540), 1);
+    EXPECT_EQ(cellsPerVertex(full, 90, 180), 1);
+    EXPECT_EQ(cellsPerVertex(full, 90, 540), 1.75f);
     EXPECT_EQ(cellsPerVertex(full, 90, 1080), 2);
     EXPECT_EQ(cellsPerVertex(full, 60, 1080), 1) << "each large cell must keep its own vertex";
     EXPECT_EQ(cellsPerVertex(app::fixedQuality(2), 90, 1080), 3);

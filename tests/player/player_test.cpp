@@ -137,8 +137,8 @@ TEST_F(Player, AFailingEncoderEndsTheRunAndLeavesNoFile) {
           "echo Conversion failed >&2\nexit 1\n");
     fs::permissions(folder / "full/ffmpeg", fs::perms::owner_all);
     for (const auto& [path, expected] :
-         {std::pair{"bin:$PATH", "the encoder fails in this test: film.mp4\n"},
-          std::pair{"full:$PATH", "cannot write film.mp4: no space left on device\n"},
+         {std::pair{"bin:$PATH", "the encoder fails in this test: out/film.mp4\n"},
+          std::pair{"full:$PATH", "cannot write out/film.mp4: no space left on device\n"},
           std::pair{"/nowhere", "cannot start ffmpeg: "}}) {
         before = std::string("PATH=") + path;
         const Outcome outcome = play("image.png --script still.gesture");
@@ -146,6 +146,14 @@ TEST_F(Player, AFailingEncoderEndsTheRunAndLeavesNoFile) {
         EXPECT_NE(outcome.err.find(expected), std::string::npos) << outcome.err;
         EXPECT_FALSE(fs::exists(folder / "out"));
     }
+}
+
+TEST_F(Player, AStillWithoutSpaceEndsTheRunAndTheErrorNamesItsFinalPlace) {
+    before = "ulimit -f 1;";
+    const Outcome outcome = play("image.png --script drag.gesture --size 128x192");
+    EXPECT_EQ(outcome.exitCode, 2);
+    EXPECT_NE(outcome.err.find("cannot write out/frame-0"), std::string::npos) << outcome.err;
+    EXPECT_FALSE(fs::exists(folder / "out"));
 }
 
 TEST_F(Player, ShowsEachImageFormatUprightAndComplete) {
@@ -186,8 +194,8 @@ TEST_F(Player, WritesCompleteFilesAndKeepsTheUsersFiles) {
     write("out/film.mp4", "of yesterday");
     const Outcome outcome = play("image.png --script drag.gesture --size 65x97");
     ASSERT_EQ(outcome.exitCode, 0) << outcome.err;
-    EXPECT_EQ(outcome.err.find('\r'), std::string::npos)
-        << "without a terminal, no progress bar must be drawn";
+    EXPECT_EQ(outcome.err.find("frames/s"), std::string::npos)
+        << "without a terminal, the run must print no progress";
     EXPECT_EQ(contents("out/notes.txt"), "mine");
     EXPECT_EQ(std::distance(fs::directory_iterator(folder / "out"), {}), 8 + 3)
         << "the run must write 8 frames, a film, a sheet and notes";
@@ -399,11 +407,13 @@ TEST_F(Player, OverlaysChangeTheFrameButNotTheFlow) {
     }
 }
 
-TEST_F(Player, DrawsAProgressBarOnATerminal) {
+TEST_F(Player, DrawsAProgressBarWithTheRemainingTimeOnATerminal) {
     before = "script -qec \"";
-    play("image.png --script still.gesture\" typescript >bar.txt ; true");
-    const std::string full = "\r[########################################] 3/3";
-    EXPECT_NE(contents("typescript").find(full), std::string::npos);
+    play("image.png --script still.gesture --frames 300\" typescript >bar.txt ; true");
+    const std::string shown = contents("typescript");
+    EXPECT_NE(shown.find("\r[########################] 300/300"), std::string::npos) << shown;
+    EXPECT_NE(shown.find(" frames/s  0:0"), std::string::npos) << shown;
+    EXPECT_NE(shown.find(" left "), std::string::npos) << shown;
 }
 
 }  // namespace

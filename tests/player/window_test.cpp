@@ -459,10 +459,10 @@ TEST_F(WindowTest, LoadsSavedPresetsAndDroppedPresetsAndScripts) {
     const std::string dropped = savedAs("shots/preset-02.json");
     EXPECT_NE(dropped.find("0.25"), std::string::npos);
     run("ls " VELMORA_PRESETS "/*.json >shipped");
-    for (const char character : contents("shipped") + '\n') {  // the saved preset follows them
-        if (character == '\n') {
-            press("n");
-        }
+    const std::string shipped = contents("shipped");
+    // The list has the default settings, the shipped presets, and then the first saved preset.
+    for (auto left = std::ranges::count(shipped, '\n') + 2; left > 0; --left) {
+        press("n");
     }
     press("b");  // the window does not save an unchanged preset again
     std::string changed = savedAs("shots/preset-03.json");
@@ -498,8 +498,56 @@ TEST_F(WindowTest, NamesRenamesAndDeletesPresetsAndUndoesChanges) {
     }));
     answer("p", "ember");
     EXPECT_TRUE(waitFor([&] {
-        return contents("err").find("there is a preset 'ember' already") != std::string::npos;
+        return contents("err").find("a preset named 'ember' already exists") != std::string::npos;
     }));
+}
+
+TEST_F(WindowTest, TheListOfPresetsRenamesAndDeletesAPresetOfTheUser) {
+    openWindow("--no-attract --size 640x780");
+    savedAs("shots/preset-01.json");
+    ASSERT_TRUE(waitFor([&] { return load("shots/preset-01.jpg") != nullptr; }));
+    press("n");  // the commands must work for a preset that is not loaded
+    press("Tab");
+    ASSERT_TRUE(waitFor([&] { return panelIn(capture()).right > 200; }));
+    /// Opens the list of presets and clicks on the button with three dots, the only button in the list.
+    const auto openMenu = [&] {
+        pointAt(100, 40);
+        xdotool("click 1");
+        capture();
+        pointAt(100, 200);
+        xdotool("click --repeat 20 5");  // scrolls to the end
+        int at = 0;
+        const bool found = waitFor([&] {
+            const Pixbuf shown = capture();
+            at = 640 * 60;  // below the name of the loaded preset
+            while (at < 640 * 700 && pixel(shown, at % 640, at / 640) != Rgb{41, 66, 94}) {
+                ++at;
+            }
+            return at < 640 * 700;
+        });
+        pointAt(at % 640 + 8, at / 640 + 4);
+        xdotool("click 1");
+        capture();
+        return found ? at : 0;
+    };
+    const auto chooseRow = [&](int place, int row) {
+        pointAt(place % 640 + 30, place / 640 + 22 + 20 * row);
+        xdotool("click 1");
+        capture();
+    };
+    const int place = openMenu();
+    ASSERT_GT(place, 0);
+    chooseRow(place, 0);
+    xdotool("type lake");
+    press("Return");
+    EXPECT_TRUE(waitFor([&] {
+        return fs::exists(folder / "shots/lake.json") && fs::exists(folder / "shots/lake.jpg") &&
+               !fs::exists(folder / "shots/preset-01.json");
+    }));
+    ASSERT_GT(openMenu(), 0);
+    chooseRow(place, 1);
+    press("Return");
+    EXPECT_TRUE(waitFor([&] { return !fs::exists(folder / "shots/lake.json"); }));
 }
 
 TEST_F(WindowTest, AListOfFilesOpensAPicture) {
@@ -548,6 +596,40 @@ TEST_F(WindowTest, SwitchesShowAToastAndAPauseShowsAMark) {
     press("space");
     EXPECT_TRUE(waitFor([&] { return rows(0, 40) != paused; }))
         << "the mark must disappear after the pause";
+}
+
+TEST_F(WindowTest, AReplayAPauseAndAFilmShowAMarkThatEndsThemAndEscapeStopsAReplay) {
+    openWindow("--no-attract --size 640x780");
+    /// Returns true if the colour at a place of the top mark is darker than the background.
+    const auto isMarked = [&] { return pixel(capture(), 600, 15)[0] < plainColor[0] - 40; };
+    const auto helpShows = [&] { return stains(capture()) > 1000; };
+    const auto click = [&] {
+        pointAt(600, 15);
+        xdotool("click 1");
+        return waitFor([&] { return !isMarked(); });
+    };
+    ASSERT_FALSE(isMarked());
+    write("long.gesture", "screen 64 96\nframes 100000\n0 clear\n");
+    ASSERT_TRUE(dropFile(std::stoul(window), folder / "long.gesture"));
+    ASSERT_TRUE(waitFor(isMarked)) << "a replay without a mark";
+    press("F1");
+    ASSERT_TRUE(waitFor(helpShows));
+    press("Escape");
+    EXPECT_TRUE(waitFor([&] { return !isMarked(); }));
+    EXPECT_TRUE(helpShows()) << "Escape closes the list of keys before it stops the replay";
+    press("F1");
+    ASSERT_TRUE(waitFor([&] { return !helpShows(); }));
+    ASSERT_TRUE(dropFile(std::stoul(window), folder / "long.gesture"));
+    ASSERT_TRUE(waitFor(isMarked));
+    EXPECT_TRUE(click());
+    press("space");
+    ASSERT_TRUE(waitFor(isMarked));
+    EXPECT_TRUE(click());
+    press("f");
+    ASSERT_TRUE(waitFor([&] { return fs::exists(folder / "shots/film-01.mp4") && isMarked(); }));
+    EXPECT_TRUE(click());
+    EXPECT_TRUE(waitFor([&] { return probed("shots/film-01.mp4") != ""; }));
+    EXPECT_EQ(stains(shot()), 0) << "a click on a mark touches the water";
 }
 
 TEST_F(WindowTest, EscapeClosesTheHelpBeforeTheWindowAndKeysWithModifiersDoNothing) {
@@ -698,6 +780,7 @@ TEST_F(WindowTest, ACrashKeepsTheRecordingInProgress) {
 TEST_F(WindowTest, ARecordingWithoutSpaceEndsWithAnErrorAndTheWindowStays) {
     limit = "ulimit -f 1; ";
     openWindow("--no-attract --record cut.gesture");
+    pointAt(60, 90);
     xdotool("mousedown 1");
     const auto ended = [&] {
         return contents("err").find("cannot write cut.gesture: file too large") !=

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <chrono>
+#include <optional>
+#include <span>
+#include <string>
+
+#include "player/window/keys.h"
+#include "player/window/requests.h"
+
+namespace player {
+
+/// Symbol at the left of a mark.
+enum class MarkSymbol { record, play, pause };
+
+/// Mark of an activity in progress, such as a film or a replay. A click on the mark ends the activity.
+struct Mark {
+    MarkSymbol symbol;
+    std::string label;
+    /// Elapsed time. Empty for a pause.
+    std::optional<std::chrono::seconds> time;
+    /// Command that ends the activity.
+    Command end;
+    /// Hint that says what a click does.
+    const char* hint;
+};
+
+/// Draws the marks as buttons below each other in the upper right corner. A click requests the command of the mark.
+void drawMarks(std::span<const Mark> marks, Requests& requests);
+
+}  // namespace player
