@@ -47,7 +47,7 @@ struct Quality {
     /// Interval before the last reduction of pixels. Empty unless the reduction is on trial.
     std::optional<double> intervalBeforeTrial;
 
-    /// Intervals of the current span.
+    /// Intervals of the current span in ascending order.
     std::array<double, spanFrames> span{};
     std::size_t spanLength = 0;
     /// Number of frames to skip before the span.
