@@ -7,19 +7,29 @@ import { fileURLToPath } from "node:url";
 import { gzipSync } from "node:zlib";
 import { build } from "esbuild";
 import { compressedModule, elementBundle } from "./bundle.mjs";
+import { privateNames } from "./private_names.mjs";
 
 const here = dirname(fileURLToPath(import.meta.url));
 const buildFolder = process.argv[2];
 const output = join(buildFolder, "element");
 mkdirSync(output, { recursive: true });
 
-function bundle(entry, file, format, options = {}) {
+/** Returns the names of all imports and exports of a WebAssembly module of the build folder. */
+function namesOf(file) {
+    const module = new WebAssembly.Module(readFileSync(join(buildFolder, file)));
+    return [...WebAssembly.Module.imports(module), ...WebAssembly.Module.exports(module)].map(({ name }) => name);
+}
+
+const shortened = privateNames([...namesOf("velmora-element.wasm"), ...namesOf("velmora-gestures.wasm")]);
+
+function bundle(entry, file, options = {}) {
     return build({
         entryPoints: [join(here, entry)],
         outfile: join(output, file),
         bundle: true,
         minify: true,
-        format,
+        mangleProps: new RegExp(`^(${shortened.join("|")})$`),
+        format: "esm",
         charset: "utf8",
         legalComments: "none",
         ...elementBundle(buildFolder),
@@ -28,13 +38,10 @@ function bundle(entry, file, format, options = {}) {
     });
 }
 
-await bundle("index.ts", "velmora.js", "esm");
-await bundle("gesture_program.ts", "velmora-gestures.js", "esm");
-// The same file runs as a module and as a classic script.
-await bundle("element.ts", "velmora-element.js", "iife", {
-    globalName: "velmora",
-    footer: { js: "globalThis.velmora=velmora;" }, // a variable of a module is not global
-});
+await bundle("index.ts", "velmora.js");
+await bundle("gesture_program.ts", "velmora-gestures.js");
+// The same file runs as a module and as a classic script. The function keeps its variables out of the page.
+await bundle("script.ts", "velmora-element.js", { banner: { js: "(()=>{\"use strict\";" }, footer: { js: "})();" } });
 writeFileSync(
     join(output, "element.js"),
     `import { VelmoraWater } from "./velmora.js";

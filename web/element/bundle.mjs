@@ -14,9 +14,14 @@ function presets() {
     return Object.fromEntries(files.map((file) => [file.slice(0, -5), JSON.parse(readFileSync(join(folder, file), "utf8"))]));
 }
 
+const compressed = new Map();
+
 /** Returns a WebAssembly module as raw deflate data. */
 export function compressedModule(path) {
-    return execFileSync("zopfli", ["--deflate", "-c", path]);
+    if (!compressed.has(path)) {
+        compressed.set(path, execFileSync("zopfli", ["--deflate", "-c", path]));
+    }
+    return compressed.get(path);
 }
 
 /**
@@ -24,18 +29,22 @@ export function compressedModule(path) {
  * that the browser loads when it is needed, unless `hasGestures` is true.
  */
 export function elementBundle(buildFolder, { hasGestures = false } = {}) {
-    const embeddedModules = {
-        name: "embedded modules",
+    const generated = {
+        name: "generated modules",
         setup({ onResolve, onLoad }) {
-            onResolve({ filter: /^velmora-.*\.wasm$/ }, ({ path }) => ({ path: join(buildFolder, path), namespace: "module" }));
-            onLoad({ filter: /.*/, namespace: "module" }, ({ path }) => ({
-                contents: compressedModule(path).toString("base64"),
-                loader: "text",
+            onResolve({ filter: /^velmora-/ }, ({ path }) => ({ path, namespace: "generated" }));
+            onLoad({ filter: /\.wasm$/, namespace: "generated" }, ({ path }) => ({
+                contents: `export default "${compressedModule(join(buildFolder, path)).toString("base64")}";`,
+            }));
+            onLoad({ filter: /-presets$/, namespace: "generated" }, () => ({
+                contents: `export default ${JSON.stringify(presets())};`,
             }));
             onResolve({ filter: /^\.\/gesture_program$/ }, ({ kind }) =>
                 kind === "dynamic-import" && !hasGestures ? { path: "./velmora-gestures.js", external: true } : undefined,
             );
         },
     };
-    return { target: "es2022", define: { PRESETS: JSON.stringify(presets()) }, plugins: [embeddedModules] };
+    // Fields that the constructor sets need no declaration in the output.
+    const tsconfigRaw = { compilerOptions: { useDefineForClassFields: false } };
+    return { target: "es2022", tsconfigRaw, plugins: [generated] };
 }
