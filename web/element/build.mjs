@@ -1,13 +1,13 @@
-// Builds the scripts of the custom element and prints their sizes.
+// Builds the scripts of the custom element and prints their sizes. Fails if the element is too large.
 // Usage: node build.mjs BUILD_FOLDER
 
 import { copyFileSync, mkdirSync, readFileSync, writeFileSync } from "node:fs";
 import { dirname, join } from "node:path";
 import { fileURLToPath } from "node:url";
-import { gzipSync } from "node:zlib";
 import { build } from "esbuild";
-import { compressedModule, elementBundle } from "./bundle.mjs";
+import { elementBundle } from "./bundle.mjs";
 import { privateNames } from "./private_names.mjs";
+import { reportSizes } from "./sizes.mjs";
 
 const here = dirname(fileURLToPath(import.meta.url));
 const buildFolder = process.argv[2];
@@ -53,9 +53,4 @@ export * from "./velmora.js";
 );
 copyFileSync(join(buildFolder, "velmora-element.wasm"), join(output, "velmora.wasm"));
 
-const kilobytes = (bytes) => `${(bytes / 1024).toFixed(1)} KB`.padStart(9);
-const compressed = (file) => gzipSync(readFileSync(file), { level: 9 }).length;
-const total = compressed(join(output, "velmora-element.js"));
-const module = compressedModule(join(buildFolder, "velmora-element.wasm")).length;
-console.log(`velmora-element.js  ${kilobytes(total)} gzip: module ${kilobytes(module)}, script ${kilobytes(total - module)}`);
-console.log(`velmora-gestures.js ${kilobytes(compressed(join(output, "velmora-gestures.js")))} gzip, loaded when needed`);
+reportSizes(buildFolder);
