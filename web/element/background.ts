@@ -7,8 +7,8 @@ export type BackgroundSource = HTMLImageElement | HTMLVideoElement | HTMLCanvasE
 
 /** Value of HTMLMediaElement.HAVE_CURRENT_DATA. */
 const haveCurrentData = 2;
-/** Side of the copy from which attract mode chooses its inks, in pixels. */
-const inkSourceSide = 16;
+/** Side of a small copy in pixels. */
+const smallSide = 16;
 
 interface Box {
     x: number;
@@ -115,14 +115,32 @@ export class Background {
 
     /** Draws the source at the size of the water. Returns the canvas with the image. */
     draw(source: BackgroundSource | null, size: Size): HTMLCanvasElement {
-        const { canvas, context, area } = this;
+        const { canvas, context } = this;
         if (canvas.width !== size.width || canvas.height !== size.height) {
             canvas.width = size.width;
             canvas.height = size.height;
         }
-        if (!context) {
-            return canvas;
+        if (context) {
+            this.paint(context, source, size);
         }
+        return canvas;
+    }
+
+    /** Returns a small image of the source. Throws if the source is from another origin without CORS. */
+    smallCopy(source: BackgroundSource | null): ImageData {
+        const canvas = document.createElement("canvas");
+        canvas.width = canvas.height = smallSide;
+        // A canvas that is read is drawn on the CPU, so that reading does not wait for the GPU.
+        const context = canvas.getContext("2d", { willReadFrequently: true });
+        if (!context) {
+            return new ImageData(smallSide, smallSide);
+        }
+        this.paint(context, source, canvas);
+        return context.getImageData(0, 0, smallSide, smallSide);
+    }
+
+    private paint(context: CanvasRenderingContext2D, source: BackgroundSource | null, size: Size): void {
+        const { area } = this;
         context.setTransform(1, 0, 0, 1, 0, 0);
         context.fillStyle = "#fff";
         context.fillRect(0, 0, size.width, size.height);
@@ -132,16 +150,6 @@ export class Background {
             context.setTransform(size.width / area.clientWidth, 0, 0, size.height / area.clientHeight, 0, 0);
             this.drawFitted(context, source);
         }
-        return canvas;
-    }
-
-    /** Returns a small copy of the image that was drawn last. Throws if the image is from another origin without CORS. */
-    inkSource(): ImageData {
-        const small = document.createElement("canvas");
-        small.width = small.height = inkSourceSide;
-        const context = small.getContext("2d", { willReadFrequently: true });
-        context?.drawImage(this.canvas, 0, 0, inkSourceSide, inkSourceSide);
-        return context?.getImageData(0, 0, inkSourceSide, inkSourceSide) ?? new ImageData(inkSourceSide, inkSourceSide);
     }
 
     private drawFitted(context: CanvasRenderingContext2D, source: BackgroundSource): void {

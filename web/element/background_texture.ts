@@ -35,14 +35,18 @@ export class BackgroundTexture {
 
     /** Shows a changed background. */
     change(): void {
-        this.background.draw(this.owner.source, this.size);
+        this.passInkSource();
+        this.effect.loadBackground();
+        this.followVideo();
+    }
+
+    /** Passes a small copy of the background, from which attract mode chooses its inks. Drops the texture. */
+    passInkSource(): void {
         try {
-            this.effect.setInkSource(this.background.inkSource());
+            this.effect.setInkSource(this.background.smallCopy(this.owner.source));
         } catch {
             this.owner.onBackgroundError();
-            return;
         }
-        this.followVideo();
     }
 
     /** Uploads the frame of a video that has come since the last call. */
@@ -73,7 +77,7 @@ export class BackgroundTexture {
     }
 
     /** Requests a frame of the water for each frame of a video, as long as it is the background. */
-    private followVideo(): void {
+    followVideo(): void {
         const { source } = this.owner;
         this.cancelVideo();
         if (source && isVideo(source) && "requestVideoFrameCallback" in source) {

@@ -1,7 +1,7 @@
 // Builds the scripts of the custom element and prints their sizes. Fails if the element is too large.
 // Usage: node build.mjs BUILD_FOLDER
 
-import { copyFileSync, mkdirSync, readFileSync, writeFileSync } from "node:fs";
+import { copyFileSync, mkdirSync, readFileSync, rmSync, writeFileSync } from "node:fs";
 import { dirname, join } from "node:path";
 import { fileURLToPath } from "node:url";
 import { build } from "esbuild";
@@ -53,4 +53,9 @@ export * from "./velmora.js";
 );
 copyFileSync(join(buildFolder, "velmora-element.wasm"), join(output, "velmora.wasm"));
 
-reportSizes(buildFolder);
+try {
+    reportSizes(buildFolder);
+} catch (error) {
+    rmSync(join(output, "velmora-element.js")); // otherwise the next build would take the file as finished
+    throw error;
+}
