@@ -1,6 +1,7 @@
 // The image under the water: an image, video or canvas, drawn as CSS would draw it.
 
 import type { Size } from "../engine/size";
+import type { VideoLayout } from "./video_pass";
 
 /** Element whose pixels the water shows. */
 export type BackgroundSource = HTMLImageElement | HTMLVideoElement | HTMLCanvasElement;
@@ -109,6 +110,9 @@ function backdropColor(area: Element): string {
 export class Background {
     private readonly canvas = document.createElement("canvas");
     private readonly context = this.canvas.getContext("2d");
+    /** CSS colour behind the image, and its red, green and blue from 0 to 1. */
+    private backdropText = "";
+    private backdrop: VideoLayout["backdrop"] = [1, 1, 1];
 
     /** `area` is the element whose box the water covers. */
     constructor(private readonly area: HTMLElement) {}
@@ -152,7 +156,27 @@ export class Background {
         }
     }
 
-    private drawFitted(context: CanvasRenderingContext2D, source: BackgroundSource): void {
+    /** Returns where CSS draws a video in the area. */
+    layoutOf(video: HTMLVideoElement): VideoLayout {
+        const { clientWidth, clientHeight } = this.area;
+        const [content, box] = this.boxesOf(video).map(({ x, y, width, height }) => [
+            x / clientWidth,
+            y / clientHeight,
+            (x + width) / clientWidth,
+            (y + height) / clientHeight,
+        ]) as [number[], number[]];
+        const visible = box.map((side, at) => (at < 2 ? Math.max : Math.min)(side, content[at]!));
+        const color = backdropColor(this.area);
+        if (color !== this.backdropText) {
+            this.backdropText = color;
+            const [red, green, blue] = this.smallCopy(null).data;
+            this.backdrop = [red! / 255, green! / 255, blue! / 255];
+        }
+        return { box, visible, backdrop: this.backdrop };
+    }
+
+    /** Returns the content box of the source, and the box in which CSS draws the source, in CSS pixels of the area. */
+    private boxesOf(source: BackgroundSource): [content: Box, box: Box] {
         const { area } = this;
         const style = getComputedStyle(source);
         let content: Box = { x: 0, y: 0, width: area.clientWidth, height: area.clientHeight };
@@ -161,7 +185,11 @@ export class Background {
             content = contentBox(source, area, style);
             [fit, position] = [style.objectFit, style.objectPosition];
         }
-        const box = fittedBox(source, content, fit, position);
+        return [content, fittedBox(source, content, fit, position)];
+    }
+
+    private drawFitted(context: CanvasRenderingContext2D, source: BackgroundSource): void {
+        const [content, box] = this.boxesOf(source);
         context.save();
         context.beginPath();
         context.rect(content.x, content.y, content.width, content.height);

@@ -20,7 +20,14 @@ function namesOf(file) {
     return [...WebAssembly.Module.imports(module), ...WebAssembly.Module.exports(module)].map(({ name }) => name);
 }
 
-const shortened = privateNames([...namesOf("velmora-element.wasm"), ...namesOf("velmora-gestures.wasm")]);
+const names = privateNames(namesOf("velmora-element.wasm"), namesOf("velmora-gestures.wasm"));
+const letters = "ABCDEFGHIJKLMNOPQRSTUVWXYZ";
+/** Short names of imports and exports. No member of the browser is a capital letter with or without a digit. */
+const shortNames = Object.fromEntries(
+    namesOf("velmora-element.wasm")
+        .filter((name) => names.includes(name))
+        .map((name, at) => [name, letters[at % letters.length] + (Math.floor(at / letters.length) || "")]),
+);
 
 function bundle(entry, file, options = {}) {
     return build({
@@ -28,11 +35,12 @@ function bundle(entry, file, options = {}) {
         outfile: join(output, file),
         bundle: true,
         minify: true,
-        mangleProps: new RegExp(`^(${shortened.join("|")})$`),
         format: "esm",
         charset: "utf8",
         legalComments: "none",
-        ...elementBundle(buildFolder),
+        ...elementBundle(buildFolder, { shortNames }),
+        mangleProps: new RegExp(`^(${names.join("|")})$`),
+        mangleCache: { ...shortNames }, // esbuild adds its own names
         logLevel: "warning",
         ...options,
     });
@@ -54,7 +62,7 @@ export * from "./velmora.js";
 copyFileSync(join(buildFolder, "velmora-element.wasm"), join(output, "velmora.wasm"));
 
 try {
-    reportSizes(buildFolder);
+    reportSizes(buildFolder, shortNames);
 } catch (error) {
     rmSync(join(output, "velmora-element.js")); // otherwise the next build would take the file as finished
     throw error;

@@ -40,16 +40,16 @@ function memberNames(source) {
 }
 
 /**
- * Returns the names of members that neither the browser nor the author of a page uses. A name that occurs as a string is
- * kept too. `reserved` are further names to keep.
+ * Returns the names of members that neither the browser nor the author of a page uses, and those of `others`. A name
+ * that occurs as a string is left out, and so are the names of `reserved`.
  */
-export function privateNames(reserved) {
+export function privateNames(others, reserved) {
     const { config } = ts.readConfigFile(join(web, "tsconfig.json"), ts.sys.readFile);
     const { options } = ts.parseJsonConfigFileContent(config, ts.sys, web);
     const entry = join(web, "element/index.ts");
     const program = ts.createProgram([entry, join(web, "element/modules.d.ts")], options);
     const kept = new Set([...reserved, ...publicNames(program, entry)]);
-    const names = new Set();
+    const names = new Set(others);
     for (const source of program.getSourceFiles()) {
         if (program.isSourceFileDefaultLibrary(source)) {
             source.text.match(/\b\w+(?=\??[:(<])/g).forEach((name) => kept.add(name));

@@ -99,10 +99,10 @@ function bytesOfParts(buildFolder) {
 }
 
 /** Prints the sizes. Throws if the element is larger than the budget. */
-export function reportSizes(buildFolder) {
+export function reportSizes(buildFolder, shortNames) {
     const line = (bytes, text) => console.log(`${(bytes / 1024).toFixed(1).padStart(6)} KB  ${text}`);
     const total = compressedSize(join(buildFolder, "element/velmora-element.js"));
-    const module = compressedModule(join(buildFolder, "velmora-element.wasm")).length;
+    const module = compressedModule(join(buildFolder, "velmora-element.wasm"), shortNames).length;
     console.log("Sizes after gzip, the parts of the module in proportion to their sizes before:");
     line(total, `velmora-element.js, at most ${budget / 1024} KB`);
     line(total - module, "  script");
