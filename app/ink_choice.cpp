@@ -40,7 +40,7 @@ double hueOf(const Color& color) {
     const double sixth = max == red     ? (green - blue) / chroma(color)
                          : max == green ? (blue - red) / chroma(color) + 2.0
                                         : (red - green) / chroma(color) + 4.0;
-    return std::fmod(60.0 * sixth + 360.0, 360.0);
+    return sixth < 0.0 ? 60.0 * sixth + 360.0 : 60.0 * sixth;
 }
 
 /// Histogram of an image's colours by hue.
@@ -115,7 +115,8 @@ Color throughInk(Color color, const std::array<float, 3>& ink) {
 
 std::array<float, 3> lightInk(double hue, double darkest) {
     const auto channel = [&](double peak) {
-        const double away = std::abs(std::remainder(hue - peak, 360.0));
+        const double turn = hue - peak;
+        const double away = std::abs(turn - 360.0 * std::nearbyint(turn / 360.0));
         return static_cast<float>(darkest +
                                   (1.0 - darkest) * std::clamp(2.0 - away / 60.0, 0.0, 1.0));
     };

@@ -42,12 +42,20 @@ const QualityLevel& levelAt(int level) {
     return qualityLevels[static_cast<std::size_t>(level)];
 }
 
+/// Inserts an interval into the span, which stays sorted.
+void insert(Quality& quality, double interval) {
+    const auto end = quality.span.begin() + static_cast<std::ptrdiff_t>(quality.spanLength);
+    const auto place = std::upper_bound(quality.span.begin(), end, interval);
+    std::copy_backward(place, end, end + 1);
+    *place = interval;
+    ++quality.spanLength;
+}
+
 /// Returns the mean frame interval of the span without its slowest eighth, so that a single slow frame does not count.
 /// A median would be worse: intervals are multiples of the refresh interval, so the median would jump between
 /// multiples.
-double typicalInterval(Quality quality) {
+double typicalInterval(const Quality& quality) {
     const auto begin = quality.span.begin();
-    std::sort(begin, begin + static_cast<std::ptrdiff_t>(quality.spanLength));
     const std::size_t counted = quality.spanLength - (quality.spanLength + 7) / 8;
     return std::accumulate(begin, begin + static_cast<std::ptrdiff_t>(counted), 0.0) /
            static_cast<double>(counted);
@@ -126,8 +134,7 @@ Quality next(Quality quality, double interval) {
         --quality.framesToSkip;
         return quality;
     }
-    quality.span[quality.spanLength] = interval;
-    ++quality.spanLength;
+    insert(quality, interval);
     const bool searching = quality.phase == QualityPhase::searching;
     if (quality.spanLength < (searching ? searchFrames : Quality::spanFrames)) {
         return quality;

@@ -49,7 +49,7 @@ struct Quality {
     /// Frame interval before the resolution was lowered. Empty unless the lower resolution is on trial.
     std::optional<double> intervalBeforeTrial;
 
-    /// Intervals of the current span.
+    /// Intervals of the current span in ascending order.
     std::array<double, spanFrames> span{};
     std::size_t spanLength = 0;
     /// Number of frames to skip before the next span starts.

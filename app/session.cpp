@@ -20,8 +20,10 @@ using hostkit::ScriptEvent;
 using hostkit::Touch;
 using hostkit::TouchAction;
 
-void append(std::vector<ScriptAction>& actions, const std::vector<ScriptAction>& more) {
-    actions.insert(actions.end(), more.begin(), more.end());
+void append(std::vector<ScriptAction>& actions, std::span<const ScriptAction> more) {
+    for (const ScriptAction& action : more) {
+        actions.push_back(action);
+    }
 }
 
 /// Returns the duration of a recorded frame in units of 1/60 s, rounded to a whole number of at least 1.
@@ -263,7 +265,7 @@ std::vector<ScriptEvent> Session::eventsOf(std::span<const ScriptAction> frameAc
     Settings current = settings;
     current.ink = attractInk.value_or(settings.ink);
     std::vector<ScriptAction> all = inkAndBackgroundChanges(current, host->effectSettings());
-    all.insert(all.end(), frameActions.begin(), frameActions.end());
+    append(all, frameActions);
     std::vector<ScriptEvent> events;
     for (const ScriptAction& action : all) {
         record(action);

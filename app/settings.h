@@ -1,6 +1,8 @@
 #pragma once
 
+#include <algorithm>
 #include <array>
+#include <cstddef>
 #include <vector>
 
 #include "hostkit/effect_host.h"
@@ -115,6 +117,16 @@ void forEachField(Visit visit) {
     all(numberFields);
     all(countFields);
     all(switchFields);
+}
+
+/// Returns the members that a table of fields describes. A program that needs only the members links no texts.
+template <class Value, std::size_t count>
+consteval std::array<Value Settings::*, count> membersOf(
+    const SettingField<Value> (&fields)[count]) {
+    std::array<Value Settings::*, count> members{};
+    std::transform(fields, fields + count, members.begin(),
+                   [](const SettingField<Value>& field) { return field.member; });
+    return members;
 }
 
 /// An ink of the palette.

@@ -120,24 +120,40 @@ test("children of slot over stay clickable above the water", async () => {
 });
 
 test("the frames of a video move under the water", async () => {
-    const page = await open(browser, server, `<velmora-water quality="full"><video muted></video></velmora-water>`, { ready: 0 });
+    const page = await open(browser, server, `<velmora-water quality="full"><video muted style="width: 100%; height: 100%"></video></velmora-water>`, { ready: 0 });
     await page.evaluate(async () => {
         const canvas = document.createElement("canvas");
+        [canvas.width, canvas.height] = [300, 150];
         const context = canvas.getContext("2d");
-        window.paint = (color) => {
-            context.fillStyle = color;
-            context.fillRect(0, 0, canvas.width, canvas.height);
+        // The top left quarter changes. The others tell the directions, and a black edge shows the crop.
+        const paint = () => {
+            const quarters = [window.color ?? "#f00", "#0f0", "#00f", "#ff0"];
+            quarters.forEach((color, at) => {
+                context.fillStyle = color;
+                context.fillRect(at % 2 ? 150 : 0, at < 2 ? 0 : 75, 150, 75);
+            });
+            context.fillStyle = "#000";
+            context.fillRect(0, 0, 30, 150);
         };
-        window.paint("#f00");
+        paint();
         const video = document.querySelector("video");
         video.srcObject = canvas.captureStream(30);
-        window.painter = setInterval(() => window.paint(window.color ?? "#f00"), 30);
+        setInterval(paint, 30);
         await video.play();
     });
+    /** Waits until the frame shows these colours: pairs of a position and of red, green and blue, 0 or 1. */
+    const untilShown = (...pixels) =>
+        until(page, (now) => pixels.every(([at, color]) => now.pixel(...at).every((part, index) => part > 128 === color[index] > 0)));
     await waitForEvent(page, "ready");
-    await until(page, (now) => now.pixel(150, 100)[0] > 200);
-    await page.evaluate(() => (window.color = "#00f"));
-    await until(page, (now) => now.pixel(150, 100)[2] > 200 && now.pixel(150, 100)[0] < 60);
+    // The style of the test pages fits a video by "contain": rows 25 to 174 show it.
+    const [right, left, last] = [[[225, 60], [0, 1, 0]], [[75, 140], [0, 0, 1]], [[225, 140], [1, 1, 0]]];
+    await untilShown([[75, 60], [1, 0, 0]], right, left, last, [[15, 60], [0, 0, 0]], [[75, 10], [1, 1, 1]], [[75, 190], [1, 1, 1]]);
+    await page.evaluate(() => (window.color = "#f0f"));
+    await untilShown([[75, 60], [1, 0, 1]], right, left, last);
+    await page.evaluate(() => (document.querySelector("video").style.objectFit = "cover"));
+    await untilShown([[4, 10], [1, 0, 1]], [[75, 10], [1, 0, 1]], [[225, 10], [0, 1, 0]], [[75, 190], [0, 0, 1]]);
+    await page.evaluate(() => (document.querySelector("video").style.objectPosition = "0 0"));
+    await untilShown([[4, 10], [0, 0, 0]], [[75, 10], [1, 0, 1]], [[225, 10], [0, 1, 0]], [[75, 190], [0, 0, 1]]);
     await close(page);
 });
 

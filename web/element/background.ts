@@ -1,14 +1,15 @@
 // The image under the water: an image, video or canvas, drawn as CSS would draw it.
 
 import type { Size } from "../engine/size";
+import type { VideoLayout } from "./video_pass";
 
 /** Element whose pixels the water shows. */
 export type BackgroundSource = HTMLImageElement | HTMLVideoElement | HTMLCanvasElement;
 
 /** Value of HTMLMediaElement.HAVE_CURRENT_DATA. */
 const haveCurrentData = 2;
-/** Side of the copy from which attract mode chooses its inks, in pixels. */
-const inkSourceSide = 16;
+/** Side of a small copy in pixels. */
+const smallSide = 16;
 
 interface Box {
     x: number;
@@ -109,20 +110,41 @@ function backdropColor(area: Element): string {
 export class Background {
     private readonly canvas = document.createElement("canvas");
     private readonly context = this.canvas.getContext("2d");
+    /** CSS colour behind the image, and its red, green and blue from 0 to 1. */
+    private backdropText = "";
+    private backdrop: VideoLayout["backdrop"] = [1, 1, 1];
 
     /** `area` is the element whose box the water covers. */
     constructor(private readonly area: HTMLElement) {}
 
     /** Draws the source at the size of the water. Returns the canvas with the image. */
     draw(source: BackgroundSource | null, size: Size): HTMLCanvasElement {
-        const { canvas, context, area } = this;
+        const { canvas, context } = this;
         if (canvas.width !== size.width || canvas.height !== size.height) {
             canvas.width = size.width;
             canvas.height = size.height;
         }
-        if (!context) {
-            return canvas;
+        if (context) {
+            this.paint(context, source, size);
         }
+        return canvas;
+    }
+
+    /** Returns a small image of the source. Throws if the source is from another origin without CORS. */
+    smallCopy(source: BackgroundSource | null): ImageData {
+        const canvas = document.createElement("canvas");
+        canvas.width = canvas.height = smallSide;
+        // A canvas that is read is drawn on the CPU, so that reading does not wait for the GPU.
+        const context = canvas.getContext("2d", { willReadFrequently: true });
+        if (!context) {
+            return new ImageData(smallSide, smallSide);
+        }
+        this.paint(context, source, canvas);
+        return context.getImageData(0, 0, smallSide, smallSide);
+    }
+
+    private paint(context: CanvasRenderingContext2D, source: BackgroundSource | null, size: Size): void {
+        const { area } = this;
         context.setTransform(1, 0, 0, 1, 0, 0);
         context.fillStyle = "#fff";
         context.fillRect(0, 0, size.width, size.height);
@@ -132,19 +154,29 @@ export class Background {
             context.setTransform(size.width / area.clientWidth, 0, 0, size.height / area.clientHeight, 0, 0);
             this.drawFitted(context, source);
         }
-        return canvas;
     }
 
-    /** Returns a small copy of the image that was drawn last. Throws if the image is from another origin without CORS. */
-    inkSource(): ImageData {
-        const small = document.createElement("canvas");
-        small.width = small.height = inkSourceSide;
-        const context = small.getContext("2d", { willReadFrequently: true });
-        context?.drawImage(this.canvas, 0, 0, inkSourceSide, inkSourceSide);
-        return context?.getImageData(0, 0, inkSourceSide, inkSourceSide) ?? new ImageData(inkSourceSide, inkSourceSide);
+    /** Returns where CSS draws a video in the area. */
+    layoutOf(video: HTMLVideoElement): VideoLayout {
+        const { clientWidth, clientHeight } = this.area;
+        const [content, box] = this.boxesOf(video).map(({ x, y, width, height }) => [
+            x / clientWidth,
+            y / clientHeight,
+            (x + width) / clientWidth,
+            (y + height) / clientHeight,
+        ]) as [number[], number[]];
+        const visible = box.map((side, at) => (at < 2 ? Math.max : Math.min)(side, content[at]!));
+        const color = backdropColor(this.area);
+        if (color !== this.backdropText) {
+            this.backdropText = color;
+            const [red, green, blue] = this.smallCopy(null).data;
+            this.backdrop = [red! / 255, green! / 255, blue! / 255];
+        }
+        return { box, visible, backdrop: this.backdrop };
     }
 
-    private drawFitted(context: CanvasRenderingContext2D, source: BackgroundSource): void {
+    /** Returns the content box of the source, and the box in which CSS draws the source, in CSS pixels of the area. */
+    private boxesOf(source: BackgroundSource): [content: Box, box: Box] {
         const { area } = this;
         const style = getComputedStyle(source);
         let content: Box = { x: 0, y: 0, width: area.clientWidth, height: area.clientHeight };
@@ -153,7 +185,11 @@ export class Background {
             content = contentBox(source, area, style);
             [fit, position] = [style.objectFit, style.objectPosition];
         }
-        const box = fittedBox(source, content, fit, position);
+        return [content, fittedBox(source, content, fit, position)];
+    }
+
+    private drawFitted(context: CanvasRenderingContext2D, source: BackgroundSource): void {
+        const [content, box] = this.boxesOf(source);
         context.save();
         context.beginPath();
         context.rect(content.x, content.y, content.width, content.height);

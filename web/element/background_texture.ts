@@ -1,8 +1,9 @@
 // The background's texture in the GL context: uploads the picture, and each frame of a video.
 
 import type { Size } from "../engine/size";
-import { Background, isVideo, type BackgroundSource } from "./background";
+import { Background, isDrawable, isVideo, type BackgroundSource } from "./background";
 import type { Effect } from "./effect";
+import { VideoPass } from "./video_pass";
 
 /** Owner of the background. */
 export interface TextureOwner {
@@ -20,6 +21,7 @@ export class BackgroundTexture {
     /** True if a video has a frame that is not uploaded. */
     private needsUpload = false;
     private cancelVideo = () => {};
+    private videoPass: VideoPass | null = null;
 
     constructor(
         private readonly effect: Effect,
@@ -35,22 +37,22 @@ export class BackgroundTexture {
 
     /** Shows a changed background. */
     change(): void {
-        this.background.draw(this.owner.source, this.size);
-        try {
-            this.effect.setInkSource(this.background.inkSource());
-        } catch {
-            this.owner.onBackgroundError();
-            return;
-        }
+        this.passInkSource();
+        this.effect.loadBackground();
         this.followVideo();
     }
 
-    /** Uploads the frame of a video that has come since the last call. */
+    /** Passes a small copy of the background, from which attract mode chooses its inks. Drops the texture. */
+    passInkSource(): void {
+        this.reportError(() => this.effect.setInkSource(this.background.smallCopy(this.owner.source)));
+    }
+
+    /** Draws the frame of a video that has come since the last call. */
     showVideo(): void {
-        if (this.needsUpload || this.playsUnreported) {
+        const { source } = this.owner;
+        if (source && isVideo(source) && (this.needsUpload || this.playsUnreported)) {
             this.needsUpload = false;
-            this.gl.bindTexture(this.gl.TEXTURE_2D, this.effect.backgroundTexture);
-            this.upload();
+            this.reportError(() => this.drawVideo(source));
         }
     }
 
@@ -63,17 +65,40 @@ export class BackgroundTexture {
     /** Uploads the image into the bound texture. */
     private upload(): void {
         const { gl } = this;
-        const image = this.background.draw(this.owner.source, this.size);
-        try {
-            gl.texImage2D(gl.TEXTURE_2D, 0, gl.RGBA, gl.RGBA, gl.UNSIGNED_BYTE, image);
-        } catch {
-            this.owner.onBackgroundError();
-        }
+        const { source } = this.owner;
+        const { width, height } = this.size;
+        this.reportError(() => {
+            if (source && isVideo(source) && isDrawable(source)) {
+                gl.texImage2D(gl.TEXTURE_2D, 0, gl.RGBA, width, height, 0, gl.RGBA, gl.UNSIGNED_BYTE, null);
+                this.drawVideo(source);
+            } else {
+                const image = this.background.draw(source, this.size);
+                gl.texImage2D(gl.TEXTURE_2D, 0, gl.RGBA, gl.RGBA, gl.UNSIGNED_BYTE, image);
+            }
+        });
         gl.bindTexture(gl.TEXTURE_2D, null);
     }
 
+    /** Draws the current frame of a video into the texture. */
+    private drawVideo(video: HTMLVideoElement): void {
+        const { gl, effect, size } = this;
+        if (!this.videoPass?.isUsable) {
+            this.videoPass = new VideoPass(gl);
+        }
+        this.videoPass.draw(video, effect.backgroundTexture!, size, this.background.layoutOf(video));
+    }
+
+    /** Calls a function that fails if the background is from another origin without CORS. */
+    private reportError(use: () => void): void {
+        try {
+            use();
+        } catch {
+            this.owner.onBackgroundError();
+        }
+    }
+
     /** Requests a frame of the water for each frame of a video, as long as it is the background. */
-    private followVideo(): void {
+    followVideo(): void {
         const { source } = this.owner;
         this.cancelVideo();
         if (source && isVideo(source) && "requestVideoFrameCallback" in source) {

@@ -1,40 +1,55 @@
-// Builds the scripts of the custom element and prints their sizes.
+// Builds the scripts of the custom element and prints their sizes. Fails if the element is too large.
 // Usage: node build.mjs BUILD_FOLDER
 
-import { copyFileSync, mkdirSync, readFileSync, writeFileSync } from "node:fs";
+import { copyFileSync, mkdirSync, readFileSync, rmSync, writeFileSync } from "node:fs";
 import { dirname, join } from "node:path";
 import { fileURLToPath } from "node:url";
-import { gzipSync } from "node:zlib";
 import { build } from "esbuild";
-import { compressedModule, elementBundle } from "./bundle.mjs";
+import { elementBundle } from "./bundle.mjs";
+import { privateNames } from "./private_names.mjs";
+import { reportSizes } from "./sizes.mjs";
 
 const here = dirname(fileURLToPath(import.meta.url));
 const buildFolder = process.argv[2];
 const output = join(buildFolder, "element");
 mkdirSync(output, { recursive: true });
 
-function bundle(entry, file, format, options = {}) {
+/** Returns the names of all imports and exports of a WebAssembly module of the build folder. */
+function namesOf(file) {
+    const module = new WebAssembly.Module(readFileSync(join(buildFolder, file)));
+    return [...WebAssembly.Module.imports(module), ...WebAssembly.Module.exports(module)].map(({ name }) => name);
+}
+
+const names = privateNames(namesOf("velmora-element.wasm"), namesOf("velmora-gestures.wasm"));
+const letters = "ABCDEFGHIJKLMNOPQRSTUVWXYZ";
+/** Short names of imports and exports. No member of the browser is a capital letter with or without a digit. */
+const shortNames = Object.fromEntries(
+    namesOf("velmora-element.wasm")
+        .filter((name) => names.includes(name))
+        .map((name, at) => [name, letters[at % letters.length] + (Math.floor(at / letters.length) || "")]),
+);
+
+function bundle(entry, file, options = {}) {
     return build({
         entryPoints: [join(here, entry)],
         outfile: join(output, file),
         bundle: true,
         minify: true,
-        format,
+        format: "esm",
         charset: "utf8",
         legalComments: "none",
-        ...elementBundle(buildFolder),
+        ...elementBundle(buildFolder, { shortNames }),
+        mangleProps: new RegExp(`^(${names.join("|")})$`),
+        mangleCache: { ...shortNames }, // esbuild adds its own names
         logLevel: "warning",
         ...options,
     });
 }
 
-await bundle("index.ts", "velmora.js", "esm");
-await bundle("gesture_program.ts", "velmora-gestures.js", "esm");
-// The same file runs as a module and as a classic script.
-await bundle("element.ts", "velmora-element.js", "iife", {
-    globalName: "velmora",
-    footer: { js: "globalThis.velmora=velmora;" }, // a variable of a module is not global
-});
+await bundle("index.ts", "velmora.js");
+await bundle("gesture_program.ts", "velmora-gestures.js");
+// The same file runs as a module and as a classic script. The function keeps its variables out of the page.
+await bundle("script.ts", "velmora-element.js", { banner: { js: "(()=>{\"use strict\";" }, footer: { js: "})();" } });
 writeFileSync(
     join(output, "element.js"),
     `import { VelmoraWater } from "./velmora.js";
@@ -46,9 +61,9 @@ export * from "./velmora.js";
 );
 copyFileSync(join(buildFolder, "velmora-element.wasm"), join(output, "velmora.wasm"));
 
-const kilobytes = (bytes) => `${(bytes / 1024).toFixed(1)} KB`.padStart(9);
-const compressed = (file) => gzipSync(readFileSync(file), { level: 9 }).length;
-const total = compressed(join(output, "velmora-element.js"));
-const module = compressedModule(join(buildFolder, "velmora-element.wasm")).length;
-console.log(`velmora-element.js  ${kilobytes(total)} gzip: module ${kilobytes(module)}, script ${kilobytes(total - module)}`);
-console.log(`velmora-gestures.js ${kilobytes(compressed(join(output, "velmora-gestures.js")))} gzip, loaded when needed`);
+try {
+    reportSizes(buildFolder, shortNames);
+} catch (error) {
+    rmSync(join(output, "velmora-element.js")); // otherwise the next build would take the file as finished
+    throw error;
+}

@@ -68,19 +68,18 @@ export class Effect extends Session<Exports> {
     }
 
     /** Creates the texture of the background and uploads the image. */
-    private loadBackground(): void {
+    loadBackground(): void {
         const { gl } = this.glImports;
         this.module.bindBackground();
         this.backgroundTexture = gl.getParameter(gl.TEXTURE_BINDING_2D) as WebGLTexture | null;
         this.uploadBackground();
     }
 
-    /** Passes a small copy of the background, from which attract mode chooses its inks. */
+    /** Passes a small copy of the background, from which attract mode chooses its inks. Drops the texture. */
     setInkSource(image: ImageData): void {
         this.withBytes(new Uint8Array(image.data.buffer), (address) =>
             this.module.setBackground(image.width, image.height, address),
         );
-        this.loadBackground(); // setBackground replaced the texture
     }
 
     /** Sets the settings from the next frame on. */

@@ -46,15 +46,16 @@ hostkit::Image onePixel() {
 }
 
 app::FrontEnd frontEnd() {
-    app::FrontEnd functions;
-    functions.renewContext = renewContext;
-    // The session keeps a small copy of the background to choose inks. The library gets the image from the script.
-    functions.cover = [](const hostkit::Image&, app::Size) { return onePixel(); };
-    functions.onStart = [](app::Size, bool) { loadBackground(); };
-    functions.onRecordingEnd = [](const hostkit::GestureScript& recording) {
-        endedRecording = web::numbersOf(recording);
+    return {
+        .renewContext = renewContext,
+        // The session keeps a small copy of the background to choose inks. The library gets the image from the script.
+        .cover = [](const hostkit::Image&, app::Size) { return onePixel(); },
+        .onStart = [](app::Size, bool) { loadBackground(); },
+        .onRecordingEnd =
+            [](const hostkit::GestureScript& recording) {
+                endedRecording = web::numbersOf(recording);
+            },
     };
-    return functions;
 }
 
 /// Returns true if the element can replay the action. It has one background, and the browser owns its context.

@@ -6,25 +6,6 @@ type GlObject = WebGLBuffer | WebGLFramebuffer | WebGLProgram | WebGLShader | We
 const COMPILE_STATUS = 0x8b81;
 const FRAMEBUFFER_BINDING = 0x8ca6;
 
-/** Functions that take and return the same numbers in WebGL. Addresses in bound buffers are numbers as well. */
-const sameInWebGl = [
-    "activeTexture",
-    "blendFunc",
-    "clear",
-    "clearColor",
-    "disable",
-    "disableVertexAttribArray",
-    "drawArrays",
-    "drawElements",
-    "enableVertexAttribArray",
-    "texParameterf",
-    "texParameteri",
-    "vertexAttribPointer",
-    "viewport",
-] as const;
-/** Functions that take a location in place of the first number. */
-const withLocation = ["uniform1f", "uniform1i", "uniform2f", "uniform3f"] as const;
-
 export class GlImports {
     /** Context that the functions draw in. Set it before the module draws. */
     gl!: WebGLRenderingContext;
@@ -60,17 +41,34 @@ export class GlImports {
 
     /** Returns the functions by their names in the module. */
     functions(): Calls {
-        const calls: Calls = { ...this.objectFunctions(), ...this.shaderFunctions(), ...this.dataFunctions() };
-        const named = (name: string) => `gl${name[0]!.toUpperCase()}${name.slice(1)}`;
-        for (const name of sameInWebGl) {
-            calls[named(name)] = (...numbers: number[]) =>
-                (this.gl[name] as (...values: number[]) => void)(...numbers);
-        }
-        for (const name of withLocation) {
-            calls[named(name)] = (location: number, ...numbers: number[]) =>
-                (this.gl[name] as (where: unknown, ...values: number[]) => void)(this.object(location), ...numbers);
-        }
-        return calls;
+        return { ...this.sameFunctions(), ...this.objectFunctions(), ...this.shaderFunctions(), ...this.dataFunctions() };
+    }
+
+    /** Functions that take the same numbers in WebGL, apart from the location of a uniform. */
+    private sameFunctions(): Calls {
+        type Call = (...values: unknown[]) => void;
+        const same = (name: keyof WebGLRenderingContext) => (...numbers: number[]) => (this.gl[name] as Call)(...numbers);
+        const uniform = (name: keyof WebGLRenderingContext) => (location: number, ...numbers: number[]) =>
+            (this.gl[name] as Call)(this.object(location), ...numbers);
+        return {
+            glActiveTexture: same("activeTexture"),
+            glBlendFunc: same("blendFunc"),
+            glClear: same("clear"),
+            glClearColor: same("clearColor"),
+            glDisable: same("disable"),
+            glDisableVertexAttribArray: same("disableVertexAttribArray"),
+            glDrawArrays: same("drawArrays"),
+            glDrawElements: same("drawElements"),
+            glEnableVertexAttribArray: same("enableVertexAttribArray"),
+            glTexParameterf: same("texParameterf"),
+            glTexParameteri: same("texParameteri"),
+            glUniform1f: uniform("uniform1f"),
+            glUniform1i: uniform("uniform1i"),
+            glUniform2f: uniform("uniform2f"),
+            glUniform3f: uniform("uniform3f"),
+            glVertexAttribPointer: same("vertexAttribPointer"),
+            glViewport: same("viewport"),
+        };
     }
 
     /** Functions that make, bind and delete objects. */

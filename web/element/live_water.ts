@@ -92,8 +92,9 @@ export class LiveWater {
         effect.adaptsQuality = owner.state.quality === "auto";
         effect.noteInput(); // starts the wait for attract mode
         this.update();
+        this.texture.passInkSource();
         this.start((size) => effect.restart(size));
-        this.changeBackground();
+        this.texture.followVideo();
     }
 
     /** Ends drawing and gives the context back to the browser. */

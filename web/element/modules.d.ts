@@ -1,4 +1,5 @@
-// Types of the files that the bundler adds to the scripts: base64 of the compressed WebAssembly modules.
+// Types of the modules that the bundler adds to the scripts: the compressed WebAssembly modules in base64, and the shipped
+// presets by name.
 
 declare module "velmora-element.wasm" {
     const program: string;
@@ -7,4 +8,8 @@ declare module "velmora-element.wasm" {
 declare module "velmora-gestures.wasm" {
     const program: string;
     export default program;
+}
+declare module "velmora-presets" {
+    const presets: Record<string, Partial<import("../../build/web/settings").Settings>>;
+    export default presets;
 }

@@ -1,9 +1,8 @@
 // Checks the values of settings: in attributes, in properties and in presets.
 
 import { defaultSettings, numberRanges, type Ink, type Settings } from "../../build/web/settings";
+import presets from "velmora-presets";
 import { inkOf } from "./css_color";
-
-declare const PRESETS: Record<string, Partial<Settings>>;
 
 export type NumberName = keyof typeof numberRanges;
 /** The element has one background, so it has no switch for the second one. */
@@ -20,7 +19,7 @@ export function attributeOf(name: string): string {
 
 /** Returns the names of the shipped presets. */
 export function presetNames(): string[] {
-    return Object.keys(PRESETS);
+    return Object.keys(presets);
 }
 
 /** Returns the accepted values of a setting, for a message. */
@@ -57,7 +56,7 @@ export function settingValue(name: SettingName, value: unknown): Settings[Settin
  * accepted values.
  */
 export function presetOf(text: string): Partial<Settings> {
-    const shipped = PRESETS[text.trim().replace(/[ -]/g, "_")];
+    const shipped = presets[text.trim().replace(/[ -]/g, "_")];
     if (shipped) {
         return shipped;
     }

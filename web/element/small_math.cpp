@@ -1,17 +1,24 @@
 #include <cmath>
 
-// Replaces two functions of the C library whose tables of 2 to 3 KB do not compress.
+// Replaces two functions of the C library by smaller ones. The tables of the C library do not compress.
 
 extern "C" {
 
-int reduceLargeAngle(double* x, double* y, int exponent, int count,
-                     int precision) __asm__("__rem_pio2_large");
+int reduceAngle(double angle, double* rest) __asm__("__rem_pio2");
 
-/// Reduces the argument of sin and cos if it is larger than a million. The effect has only small angles, and the C
-/// library reduces those without this function.
-int reduceLargeAngle(double* /*x*/, double* /*y*/, int /*exponent*/, int /*count*/,
-                     int /*precision*/) {
-    __builtin_trap();
+/// Reduces the argument of sin and cos. Returns n and sets the rest, as a sum of two numbers, so that
+/// angle = n * pi / 2 + rest. Angles of the effect are below a million. The C library also has code for larger ones.
+int reduceAngle(double angle, double* rest) {
+    // Parts of pi / 2. The first two have 33 bits, so that their products with `turns` are exact.
+    constexpr double halfPi[] = {1.57079632673412561417e+00, 6.07710050630396597660e-11,
+                                 2.02226624879595063154e-21};
+    const double turns = std::nearbyint(angle * 6.36619772367581382433e-01);
+    const double coarse = angle - turns * halfPi[0];
+    const double fine = coarse - turns * halfPi[1];
+    const double error = turns * halfPi[2] - ((coarse - fine) - turns * halfPi[1]);
+    rest[0] = fine - error;
+    rest[1] = (fine - rest[0]) - error;
+    return static_cast<int>(turns);
 }
 
 /// Returns e to the power of x with an error below one unit in the last place: x = power * ln 2 + r, and exp(r) is a

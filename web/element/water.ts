@@ -8,6 +8,7 @@ import { Effect } from "./effect";
 import type { Point, StrokeOptions } from "./finger_queue";
 import { parseGesture, writeGesture } from "./gesture_scripts";
 import { LiveWater, type LiveOwner, type WaterState } from "./live_water";
+import { compileEarly } from "./wasm_module";
 
 /** The part of a page that the water covers. */
 export interface WaterHost {
@@ -95,6 +96,7 @@ export class Water implements PoolClient, LiveOwner {
     /** Starts to follow the area's visibility. */
     connect(): void {
         this.isConnected = true;
+        compileEarly(); // while the picture is loaded
         this.visibility?.observe(this.area);
     }
 

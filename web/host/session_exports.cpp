@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <type_traits>
 
 #include "hostkit/gesture_script.h"
 
@@ -31,10 +30,19 @@ double inMilliseconds(std::chrono::nanoseconds time) {
 }
 
 void readSettings(const double* numbers, app::Settings& settings) {
-    app::forEachField([&](const auto& field) {
-        auto& member = settings.*field.member;
-        member = static_cast<std::remove_reference_t<decltype(member)>>(*numbers++);
-    });
+    // The order of app::forEachField.
+    static constexpr auto numberMembers = app::membersOf(app::numberFields);
+    static constexpr auto countMembers = app::membersOf(app::countFields);
+    static constexpr auto switchMembers = app::membersOf(app::switchFields);
+    for (const auto member : numberMembers) {
+        settings.*member = static_cast<float>(*numbers++);
+    }
+    for (const auto member : countMembers) {
+        settings.*member = static_cast<int>(*numbers++);
+    }
+    for (const auto member : switchMembers) {
+        settings.*member = *numbers++ != 0.0;
+    }
     std::transform(numbers, numbers + 3, settings.ink.begin(),
                    [](double part) { return static_cast<float>(part); });
 }

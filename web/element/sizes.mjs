@@ -1,0 +1,121 @@
+// Prints the sizes of the custom element by part, and those of comparable projects.
+
+import { readFileSync } from "node:fs";
+import { join } from "node:path";
+import { gzipSync } from "node:zlib";
+import { compressedModule } from "./bundle.mjs";
+
+/** Maximum size of the element, script and WebAssembly together, in bytes after gzip. */
+const budget = 45 * 1024;
+
+/** Sizes of comparable packages of npm in bytes after gzip -9: the minified script and all scripts that it needs. */
+const peers = [
+    ["webgl-fluid 0.4.0", 7254],
+    ["jquery.ripples 0.6.3 with jquery 4.0.0", 4661 + 27530],
+];
+
+/** Parts of the module, each with a pattern of the names of its functions. */
+const parts = [
+    ["library", /^(auto )?(velmora::|oru|Java_)/],
+    ["hostkit", /^(auto )?(hostkit::|AndroidBitmap)/],
+    ["app", /^(auto )?app::/],
+    ["C++ and C libraries, exports", /(?:)/],
+];
+
+const compressedSize = (file) => gzipSync(readFileSync(file), { level: 9 }).length;
+
+/** Reads the numbers and names of a WebAssembly file. */
+class Reader {
+    constructor(bytes, at = 0) {
+        this.bytes = bytes;
+        this.at = at;
+    }
+
+    /** Reads an unsigned LEB128 number. */
+    number() {
+        for (let value = 0, shift = 1; ; shift *= 128) {
+            const byte = this.bytes[this.at++];
+            value += (byte & 127) * shift;
+            if (byte < 128) {
+                return value;
+            }
+        }
+    }
+
+    skip(bytes) {
+        this.at += bytes;
+    }
+
+    name() {
+        const length = this.number();
+        this.skip(length);
+        return this.bytes.toString("utf8", this.at - length, this.at);
+    }
+
+    /** Calls `read` for each item of a vector. */
+    each(read) {
+        for (let count = this.number(), index = 0; index < count; ++index) {
+            read(index);
+        }
+    }
+}
+
+/** Returns the sizes of the functions of a module with names: a list of [name, bytes]. */
+function functionSizes(bytes) {
+    const codeSection = 10;
+    const functionNames = 1;
+    const sizes = [];
+    const names = new Map();
+    for (const reader = new Reader(bytes, 8); reader.at < bytes.length; ) {
+        const section = bytes[reader.at++];
+        const end = reader.number() + reader.at;
+        if (section === codeSection) {
+            reader.each(() => reader.skip(sizes[sizes.push(reader.number()) - 1]));
+        } else if (section === 0 && reader.name() === "name") {
+            while (reader.at < end) {
+                const kind = bytes[reader.at++];
+                const next = reader.number() + reader.at;
+                if (kind === functionNames) {
+                    reader.each(() => names.set(reader.number(), reader.name()));
+                }
+                reader.at = next;
+            }
+        }
+        reader.at = end;
+    }
+    const imports = WebAssembly.Module.imports(new WebAssembly.Module(bytes)).filter(({ kind }) => kind === "function").length;
+    return sizes.map((size, index) => [names.get(imports + index) ?? "", size]);
+}
+
+/** Returns the bytes of each part of the module before compression. */
+function bytesOfParts(buildFolder) {
+    const shaders = readFileSync(join(buildFolder, "web/element/shader_texts.cpp"), "utf8").match(/(?<=GLSL\()[^]*?(?=\)GLSL)/g);
+    const sums = new Map([["shaders", shaders.join("").length], ...parts.map(([part]) => [part, 0])]);
+    for (const [name, size] of functionSizes(readFileSync(join(buildFolder, "velmora-element-parts.wasm")))) {
+        const [part] = parts.find(([, pattern]) => pattern.test(name));
+        sums.set(part, sums.get(part) + size);
+    }
+    return sums;
+}
+
+/** Prints the sizes. Throws if the element is larger than the budget. */
+export function reportSizes(buildFolder, shortNames) {
+    const line = (bytes, text) => console.log(`${(bytes / 1024).toFixed(1).padStart(6)} KB  ${text}`);
+    const total = compressedSize(join(buildFolder, "element/velmora-element.js"));
+    const module = compressedModule(join(buildFolder, "velmora-element.wasm"), shortNames).length;
+    console.log("Sizes after gzip, the parts of the module in proportion to their sizes before:");
+    line(total, `velmora-element.js, at most ${budget / 1024} KB`);
+    line(total - module, "  script");
+    const sums = bytesOfParts(buildFolder);
+    const all = [...sums.values()].reduce((sum, bytes) => sum + bytes, 0);
+    for (const [part, bytes] of sums) {
+        line((module * bytes) / all, `  ${part}`);
+    }
+    line(compressedSize(join(buildFolder, "element/velmora-gestures.js")), "velmora-gestures.js, loaded when needed");
+    for (const [peer, bytes] of peers) {
+        line(bytes, `for comparison: ${peer}`);
+    }
+    if (total > budget) {
+        throw new Error(`velmora-element.js has ${total} bytes after gzip, but at most ${budget} are allowed: make the element smaller`);
+    }
+}
