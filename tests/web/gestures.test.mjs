@@ -100,7 +100,7 @@ function velocityAtEnd(page) {
     );
 }
 
-test("a recording with a context loss replays with the same velocities", needs("replayAfterLoss"), async () => {
+test("a recording with a context loss replays with the same velocities", async () => {
     const page = await open(browser);
     await page.evaluate(steadyClock);
     const { script, velocity } = await record(page);

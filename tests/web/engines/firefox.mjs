@@ -20,7 +20,6 @@ export const cannot = {
     emulateMedia: "cannot change the preferences for motion and colours of one page",
     pen: "cannot press with a pen",
     camera: "its imitated camera shows a single colour",
-    replayAfterLoss: "a replay with a context loss differs from its recording, for an unknown reason",
     leaving: "cannot move the mouse out of the page",
 };
 
