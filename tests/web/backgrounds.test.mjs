@@ -77,7 +77,7 @@ test("a dropped or pasted image becomes the background, and the previous one the
     await close(page);
 });
 
-test("a thumbnail chooses a painting", async () => {
+test("a thumbnail chooses a painting", needs("roles"), async () => {
     const page = await open(browser);
     const sand = await readFrame(page);
     await page.keyboard.press("Tab");

@@ -4,7 +4,7 @@ import assert from "node:assert/strict";
 import { existsSync, readFileSync } from "node:fs";
 import { createServer } from "node:http";
 import { extname, join } from "node:path";
-import { launch, needs, top } from "./page.mjs";
+import { launch, needs, steadyClock, top } from "./page.mjs";
 
 export { launch, needs };
 export const elementFolder = join(top, "build/web/element");
@@ -39,7 +39,7 @@ export async function serve(headers = {}) {
         const file = [join(elementFolder, path), join(top, "gestures", path)].find((name) => existsSync(name));
         const size = path.match(/^\/(\d+)x(\d+)\.bmp$/);
         const body = pages.get(path) ?? (size && testImage(+size[1], +size[2])) ?? (file && readFileSync(file));
-        response.writeHead(body ? 200 : 404, { "Content-Type": types[extname(path) || ".html"], ...headers });
+        response.writeHead(body ? 200 : 404, { "Content-Type": types[extname(path) || ".html"] ?? "text/plain", ...headers });
         response.end(body ?? "");
     });
     await new Promise((resolve) => server.listen(0, "127.0.0.1", resolve));
@@ -78,17 +78,18 @@ export async function open(browser, server, body, { before = () => {}, ready = 1
         <link rel="stylesheet" href="style.css"><script type="module" src="velmora-element.js"></script>`;
     server.pages.set("/style.css", style);
     server.pages.set("/page", `${head}${body}`);
-    const both = new Function(`(${observe})(); (${before})();`);
-    const page = await browser.newPage({ size, before: both, reducedMotion: "reduce", ...options });
+    const scripts = new Function(`(${steadyClock})(); (${observe})(); (${before})();`);
+    const page = await browser.newPage({ size, before: scripts, reducedMotion: "reduce", ...options });
     await page.goto(`${server.address}/page`);
     await page.waitForFunction((count) => window.seen?.filter((type) => type === "ready").length >= count, ready);
     return page;
 }
 
-/** Closes the page. Fails on any console message. */
+/** Closes the page. Returns the excused console messages. Fails on any other one. */
 export async function close(page, excused = /^$/) {
     await page.close();
     assert.deepEqual(page.consoleMessages.filter((line) => !excused.test(line)), []);
+    return page.consoleMessages;
 }
 
 /** Adds style rules to the page. */

@@ -9,7 +9,7 @@ import { after, before, test } from "node:test";
 import {
     close, downloadFrom, drag, launch, needs, open, sendFiles, top, waitForCanvasWidth, waitForToast,
     waitUntilIdle,
-    useSteadyClock,
+    steadyClock,
 } from "./page.mjs";
 
 let browser;
@@ -100,9 +100,9 @@ function velocityAtEnd(page) {
     );
 }
 
-test("a recording with a context loss replays with the same velocities", needs("replayAfterLoss"), async () => {
+test("a recording with a context loss replays with the same velocities", async () => {
     const page = await open(browser);
-    await useSteadyClock(page);
+    await page.evaluate(steadyClock);
     const { script, velocity } = await record(page);
     assert.match(String(script), /^\d+ lose-context$/m);
     for (const play of [() => page.keyboard.press("g"), () => sendFiles(page, "drop", ["again.gesture", "", script])]) {

@@ -148,21 +148,19 @@ export function set(page, changes) {
 }
 
 /**
- * Makes each animation frame last 1/60 s, so that each shows one frame of the effect. On a slow machine, one animation
- * frame shows several frames of the effect, and a recording keeps their time.
+ * Runs in a page. Makes each animation frame last 1/60 s, so that each shows one frame of the effect. On a slow machine,
+ * one animation frame would show several frames of the effect, and a recording would keep their time.
  */
-export function useSteadyClock(page) {
-    return page.evaluate(() => {
-        const start = performance.now();
-        const request = window.requestAnimationFrame.bind(window);
-        let shown = 0;
-        performance.now = () => start + (shown * 1000) / 60;
-        window.requestAnimationFrame = (call) =>
-            request(() => {
-                ++shown;
-                call(performance.now());
-            });
-    });
+export function steadyClock() {
+    const start = performance.now();
+    const request = window.requestAnimationFrame.bind(window);
+    let shown = 0;
+    performance.now = () => start + (shown * 1000) / 60;
+    window.requestAnimationFrame = (call) =>
+        request(() => {
+            ++shown;
+            call(performance.now());
+        });
 }
 
 /** Mocks clock and animation frames. `window.showFrame(milliseconds)` advances the clock and runs a frame. */

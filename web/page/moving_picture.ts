@@ -152,8 +152,7 @@ async function openAnimation(file: Blob): Promise<MovingPicture | undefined> {
     }
     const decoder = new ImageDecoder({ data: await file.arrayBuffer(), type: file.type });
     try {
-        await decoder.tracks.ready;
-        await decoder.completed;
+        await Promise.all([decoder.tracks.ready, decoder.completed]); // both reject for a damaged file
         const track = decoder.tracks.selectedTrack;
         if (track?.animated) {
             const { image } = await decoder.decode();

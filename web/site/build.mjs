@@ -3,7 +3,7 @@
 
 import { execFileSync } from "node:child_process";
 import { createHash } from "node:crypto";
-import { cpSync, mkdirSync, readFileSync, readdirSync, rmSync, writeFileSync } from "node:fs";
+import { cpSync, existsSync, mkdirSync, readFileSync, readdirSync, rmSync, writeFileSync } from "node:fs";
 import { createRequire } from "node:module";
 import { dirname, join, resolve } from "node:path";
 import { fileURLToPath } from "node:url";
@@ -67,10 +67,16 @@ function readExample(name) {
     };
 }
 
+/** Returns a page with the head and the footer of all pages. */
+function page(kind, title, description, body) {
+    const parts = { KIND: kind, TITLE: title, DESCRIPTION: description, BODY: body.trimEnd() };
+    return filled(source("layout.html"), parts);
+}
+
 function examplePage(example, all) {
     const menu = all.map(({ name, title }) =>
         `<a href="${name}.html"${name === example.name ? ' aria-current="page"' : ""}>${title}</a>`);
-    return filled(source("layout.html"), {
+    const body = filled(source("example.html"), {
         TITLE: example.title,
         DESCRIPTION: example.description,
         NOTE: example.note,
@@ -78,12 +84,15 @@ function examplePage(example, all) {
         EXAMPLE: example.html,
         CODE: escaped(example.code.trim()),
     });
+    return page("example-page", `${example.title} – Velmora`, example.description, body);
 }
 
 function frontPage(all) {
+    const imageOf = ({ name, picture }) =>
+        existsSync(join(here, "shots", `${name}.jpg`)) ? `shots/${name}.jpg` : `pictures/${picture}.jpg`;
     const card = ({ name, title, description, picture }) =>
         `<li><a href="${name}.html">` +
-        `<img src="pictures/${picture}.jpg" alt="" loading="lazy" width="640" height="400">` +
+        `<img src="${imageOf({ name, picture })}" alt="" loading="lazy" width="640" height="400">` +
         `<strong>${title}</strong><span>${description}</span></a></li>`;
     const fullPage = {
         name: "velmora",
@@ -92,11 +101,13 @@ function frontPage(all) {
         picture: "leaves",
     };
     const script = readFileSync(join(element, "velmora-element.js"));
-    return filled(source("index.html"), {
+    const body = filled(source("index.html"), {
         CARDS: [...all, fullPage].map(card).join("\n"),
         CODE: escaped(source("examples/first.html").trim()),
         SIZE: Math.round(gzipSync(script, { level: 9 }).length / 1024),
     });
+    const summary = "A custom element that turns any picture, video or canvas of a web page into water.";
+    return page("front", "Velmora – turn a picture into water", summary, body);
 }
 
 /** Bundles the React example. Its imports of the package and of a picture mean the files of this build. */
@@ -150,6 +161,7 @@ saveFilm();
 for (const file of ["site.css", "site.js", "icon.svg", "manifest.webmanifest"]) {
     cpSync(join(here, file), join(site, file));
 }
+cpSync(join(here, "shots"), join(site, "shots"), { recursive: true });
 cpSync(join(element, "velmora-element.js"), join(site, "velmora-element.js"));
 cpSync(join(element, "velmora-gestures.js"), join(site, "velmora-gestures.js"));
 cpSync(join(buildFolder, "velmora.html"), join(site, "velmora.html"));

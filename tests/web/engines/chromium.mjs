@@ -16,8 +16,9 @@ const noGl = ["--disable-gpu", "--disable-3d-apis"];
 const fakeCamera = ["--use-fake-device-for-media-stream", "--use-fake-ui-for-media-stream"];
 
 /** Returns Playwright's browser, so that a test of Chromium alone can use all of Playwright. */
-export async function launch({ webgl = true, camera = false, args = [] } = {}) {
+export async function launch({ webgl = true, camera = false, backCache = false, args = [] } = {}) {
     const browser = await chromium.launch({
+        ignoreDefaultArgs: backCache ? ["--disable-back-forward-cache"] : [],
         executablePath: process.env.CHROMIUM ?? "/usr/bin/chromium",
         args: [
             ...(webgl ? softwareGl : noGl),
@@ -58,6 +59,7 @@ async function newPage(browser, { size = defaultSize, before, ...options } = {})
         const [file] = await Promise.all([page.waitForEvent("download"), act()]);
         return { name: file.suggestedFilename(), bytes: readFileSync(await file.path()) };
     };
+    page.back = () => page.evaluate(() => setTimeout(() => history.back()));
     page.close = () => context.close();
     return page;
 }

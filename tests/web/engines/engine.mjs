@@ -4,7 +4,7 @@
 // Each engine's file exports `name`, `cannot` and `launch()`. A launched browser has `newPage(options)` and `close()`.
 // Options of a page: `size`, `deviceScaleFactor`, `hasTouch`, `isMobile`, `reducedMotion`, `colorScheme`, and `before`,
 // a function that runs before the page's scripts. A page has these members, which are named as in Playwright:
-//   goto(url), url(), reload(), close(), setViewportSize({ width, height, deviceScaleFactor })
+//   goto(url), url(), reload(), back(), close(), setViewportSize({ width, height, deviceScaleFactor })
 //   evaluate(call, argument), waitForFunction(call, argument)   the argument must be JSON
 //   mouse.move(x, y), mouse.down({ button }), mouse.up({ button }), mouse.click(x, y)
 //   keyboard.down(key), keyboard.up(key), keyboard.press("Control+b")

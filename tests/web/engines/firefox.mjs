@@ -12,6 +12,7 @@ const puppeteer = createRequire(new URL("../../../web/package.json", import.meta
 export const name = "firefox";
 export const cannot = {
     touchForce: "its WebDriver can neither set the pressure of a touch nor cancel it",
+    touchScroll: "touches of its WebDriver do not scroll",
     fileChoosers: "cannot answer a file chooser",
     roles: "cannot find controls by their roles",
     shownCode: "Chromium runs the same code",
@@ -19,7 +20,6 @@ export const cannot = {
     emulateMedia: "cannot change the preferences for motion and colours of one page",
     pen: "cannot press with a pen",
     camera: "its imitated camera shows a single colour",
-    replayAfterLoss: "a replay with a context loss differs from its recording, for an unknown reason",
     leaving: "cannot move the mouse out of the page",
 };
 
@@ -75,6 +75,7 @@ async function newPage(browser, downloads, { size = defaultSize, deviceScaleFact
         goto: (url) => real.goto(url),
         url: () => real.url(),
         reload: () => real.reload(),
+        back: () => real.evaluate(() => setTimeout(() => history.back())),
         evaluate: (call, argument) => real.evaluate(call, argument),
         waitForFunction: (call, argument) => real.waitForFunction(call, {}, argument),
         keyboard: {

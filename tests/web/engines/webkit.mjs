@@ -18,6 +18,8 @@ export const cannot = {
     serviceWorker: "Chromium checks the service worker",
     pen: "cannot press with a pen",
     heldKeys: "its WebDriver begins another stroke when the mouse moves while a key is held",
+    zoom: "its zoom does not change the pixel ratio",
+    emulateMedia: "cannot show a page as printed",
     video: "has no decoder of videos on Debian",
     leaving: "cannot move the mouse out of the page",
 };
@@ -43,8 +45,7 @@ gtk-application-prefer-dark-theme=${colorScheme === "dark" ? 1 : 0}
 `);
     writeFileSync(join(folder, "before.js"), before ? `(${before})()` : "");
     const port = await freePort();
-    // stdbuf makes the web process write each console message at once.
-    const driver = start("stdbuf", ["-oL", "WebKitWebDriver", `--port=${port}`], {
+    const driver = start("WebKitWebDriver", [`--port=${port}`], {
         stdio: "ignore",
         env: {
             ...environment,
@@ -66,7 +67,8 @@ gtk-application-prefer-dark-theme=${colorScheme === "dark" ? 1 : 0}
     page.close = async () => {
         page.requests = await page.evaluate(requestedFiles);
         await stop(driver);
-        page.consoleMessages = consoleMessages(readFileSync(join(folder, "console"), "utf8"));
+        const lines = readFileSync(join(folder, "console"), "utf8").split("\n").slice(0, -1);
+        page.consoleMessages = lines.map((line) => line.slice(0, 300));
         rmSync(folder, { recursive: true, force: true });
     };
     return page;
@@ -109,13 +111,6 @@ function expressionOf(call) {
     const text = String(call);
     const isMethod = /^(async )?(?!async|function)\w+\s*\([^)]*\)\s*\{/.test(text);
     return isMethod ? text.replace(/^(async )?/, "$1function ") : text;
-}
-
-/** Reads the console messages in the output of the browser, such as "file:///x.html:1:2: CONSOLE JS ERROR text". */
-function consoleMessages(output) {
-    const types = { WARN: "warning" };
-    const lines = [...output.matchAll(/^.*?CONSOLE (?:\w+ )?(LOG|WARN|ERROR|INFO|DEBUG) (.*)$/gm)];
-    return lines.map(([, type, text]) => `${types[type] ?? type.toLowerCase()}: ${text.slice(0, 300)}`);
 }
 
 // Code points of keys in WebDriver.
@@ -166,6 +161,10 @@ class Page {
         return this.evaluate(() => location.href);
     }
 
+    back() {
+        return this.send("POST", "back", {});
+    }
+
     reload() {
         return this.send("POST", "refresh", {});
     }
@@ -197,6 +196,8 @@ class Page {
     }
 
     async screenshot({ path } = {}) {
+        // The driver copies the window, which may not show the page's last changes yet.
+        await this.evaluate(() => new Promise((resolve) => requestAnimationFrame(() => requestAnimationFrame(resolve))));
         const png = Buffer.from(await this.send("GET", "screenshot"), "base64");
         if (path) {
             writeFileSync(path, png);

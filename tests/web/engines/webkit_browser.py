@@ -2,12 +2,11 @@
 """A browser window of WebKitGTK without controls, for WebDriver. MiniBrowser would print no console messages.
 
 The folder in the environment variable VELMORA_FOLDER holds before.js, a script that runs before the scripts of each
-page. The browser writes the console messages to the file console and saves files to the folder downloads. Pages
-have WebGL if VELMORA_WEBGL is 1, and an imitated camera if VELMORA_CAMERA is 1.
+page. The browser writes the console messages of scripts to the file console, a line each, and saves files to the
+folder downloads. Pages have WebGL if VELMORA_WEBGL is 1, and an imitated camera if VELMORA_CAMERA is 1.
 """
 
 import os
-import sys
 
 import gi
 
@@ -18,15 +17,30 @@ from gi.repository import Gtk, WebKit2  # noqa: E402
 folder = os.environ["VELMORA_FOLDER"]
 has_camera = os.environ["VELMORA_CAMERA"] == "1"
 
+# The engine writes no console messages of a page under automation, so this script reports them.
+REPORT_CONSOLE = """(() => {
+    const handler = window.webkit.messageHandlers.console;
+    const report = (type, text) => handler.postMessage(`${type}: ${text}`.replaceAll("\\n", " "));
+    for (const [call, type] of Object.entries(
+        { log: "log", info: "info", debug: "debug", warn: "warning", error: "error" })) {
+        const write = console[call].bind(console);
+        console[call] = (...parts) => (report(type, parts.join(" ")), write(...parts));
+    }
+    window.addEventListener("error", (event) => report("error", event.message));
+    window.addEventListener("unhandledrejection", (event) => report("error", event.reason));
+})()"""
+
 
 def create_view(session):
     manager = WebKit2.UserContentManager()
-    with open(f"{folder}/before.js", encoding="utf8") as script:
-        manager.add_script(WebKit2.UserScript(
-            script.read(), WebKit2.UserContentInjectedFrames.TOP_FRAME, WebKit2.UserScriptInjectionTime.START))
+    manager.connect("script-message-received::console", write_message)
+    manager.register_script_message_handler("console")
+    with open(f"{folder}/before.js", encoding="utf8") as before:
+        for script in (REPORT_CONSOLE, before.read()):
+            manager.add_script(WebKit2.UserScript(
+                script, WebKit2.UserContentInjectedFrames.TOP_FRAME, WebKit2.UserScriptInjectionTime.START))
     view = WebKit2.WebView(is_controlled_by_automation=True, web_context=context, user_content_manager=manager)
     settings = view.get_settings()
-    settings.set_enable_write_console_messages_to_stdout(True)
     settings.set_enable_mock_capture_devices(has_camera)
     settings.set_enable_webgl(os.environ["VELMORA_WEBGL"] == "1")
     view.connect("permission-request", answer)
@@ -34,6 +48,11 @@ def create_view(session):
     window.add(view)
     window.show_all()
     return view
+
+
+def write_message(manager, result):
+    with open(f"{folder}/console", "a", encoding="utf8") as messages:
+        messages.write(result.get_js_value().to_string() + "\n")
 
 
 def answer(view, request):
@@ -62,7 +81,7 @@ def start_session(context, session):
     session.connect("create-web-view", create_view)
 
 
-os.dup2(os.open(f"{folder}/console", os.O_CREAT | os.O_WRONLY | os.O_APPEND, 0o600), sys.stdout.fileno())
+open(f"{folder}/console", "w", encoding="utf8").close()
 context = WebKit2.WebContext.get_default()
 context.set_automation_allowed(True)
 context.connect("automation-started", start_session)

@@ -1,0 +1,60 @@
+// The custom element while the user zooms or prints the page, or leaves it and returns.
+
+import assert from "node:assert/strict";
+import { after, before, test } from "node:test";
+import { close, difference, frame, launch, needs, open, serve, shot, waitUntilIdle } from "./element_page.mjs";
+
+let browser, server;
+before(async () => ([browser, server] = await Promise.all([launch({ backCache: true }), serve()])));
+after(() => Promise.all([browser.close(), server.stop()]));
+
+const image = `<img src="320x240.bmp" alt="">`;
+const picture = `<velmora-water quality="full">${image}</velmora-water>`;
+
+/** Touches the water and waits until the ink is visible. */
+async function expectInk(page) {
+    const still = await frame(page);
+    await page.evaluate(() => document.querySelector("velmora-water").drop(150, 100));
+    const apart = difference(still, await frame(page), [130, 80, 170, 120]).mean;
+    assert.ok(apart > 4, `a touch must draw ink, but the frames differ by ${apart} levels on average`);
+}
+
+test("a zoomed page draws the water with the pixels of the screen", needs("zoom"), async () => {
+    const page = await open(browser, server, picture);
+    await waitUntilIdle(page);
+    await page.setViewportSize({ width: 300, height: 200, deviceScaleFactor: 2 });
+    await page.waitForFunction(() => {
+        const canvas = document.querySelector("velmora-water").shadowRoot.querySelector("canvas");
+        return canvas?.width === 600 && canvas.height === 400;
+    });
+    await close(page);
+});
+
+test("a printed page shows the plain picture, and the water is back afterwards", needs("emulateMedia"), async () => {
+    server.pages.set("/print.css", ".whole { display: block; width: 300px; height: 200px; object-fit: cover }");
+    const plainBody = `<link rel="stylesheet" href="print.css">${image.replace("<img", "<img class=whole")}`;
+    const plain = await open(browser, server, plainBody, { ready: 0 });
+    const page = await open(browser, server, picture);
+    await expectInk(page);
+    await page.emulateMedia({ media: "print" });
+    assert.ok(difference(await shot(page), await shot(plain)).mean < 1, "paper shows the picture without ink");
+    await page.emulateMedia({ media: "screen" });
+    await page.waitForFunction(() => document.querySelector("velmora-water").live);
+    await waitUntilIdle(page);
+    await expectInk(page);
+    await close(page);
+    await close(plain);
+});
+
+test("a page that the user leaves and returns to draws again", needs("back"), async () => {
+    const page = await open(browser, server, picture);
+    await waitUntilIdle(page);
+    await page.evaluate(() => window.addEventListener("pageshow", (event) => (window.isKept = event.persisted)));
+    server.pages.set("/other", `<!doctype html><title>other</title><link rel="icon" href="data:">`);
+    await page.goto(`${server.address}/other`);
+    await page.back();
+    await page.waitForFunction(() => document.querySelector("velmora-water")?.live);
+    assert.equal(await page.evaluate(() => window.isKept), true, "the browser must keep the page while it is away");
+    await expectInk(page);
+    await close(page);
+});
