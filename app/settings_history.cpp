@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <iterator>
 
 namespace app {
 namespace {
@@ -13,7 +14,7 @@ constexpr std::size_t maxSteps = 200;
 
 /// Returns true if the settings differ in a switch. A switch cannot be dragged.
 bool differInSwitch(const Settings& before, const Settings& after) {
-    return std::ranges::any_of(switchFields, [&](const auto& field) {
+    return std::any_of(std::begin(switchFields), std::end(switchFields), [&](const auto& field) {
         return before.*field.member != after.*field.member;
     });
 }
