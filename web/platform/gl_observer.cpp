@@ -2,9 +2,10 @@
 
 #include <GLES2/gl2.h>
 
-// The linker option --wrap lets the library call the wrappers below. __real_ names the functions of Emscripten.
-// Emscripten's glGetAttribLocation throws a JavaScript TypeError for the name 0, which the library passes if no program
-// links in a lost context. The wrapper returns -1, as every other GL does.
+// With the linker option --wrap, the library calls the wrappers below instead of Emscripten's functions. The names of
+// Emscripten's functions then begin with __real_. If the context is lost, no program can be linked, and the library
+// passes program 0 to glGetAttribLocation. Emscripten's function would throw a JavaScript TypeError for program 0. The
+// wrapper returns -1, as other GL implementations do.
 
 namespace hostkit {
 
