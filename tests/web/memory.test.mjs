@@ -52,7 +52,7 @@ test("a reload keeps the settings and pictures unless a link sets others, and St
     assert.equal((await settings(page)).exponent, 7);
     await page.evaluate(() => history.replaceState(null, "", location.pathname + location.search));
     await reload(page);
-    assert.deepEqual(await settings(page), kept, "a link must not replace remembered settings unless the user changes it");
+    assert.deepEqual(await settings(page), kept, "a link that the user only opens must not replace remembered settings");
 
     await page.keyboard.press("Tab");
     await page.getByText("View", { exact: true }).click();

@@ -69,7 +69,7 @@ test("the page has no accessibility violation, enough contrast, and large target
                     .filter((one) => one.checkVisibility() && one.getBoundingClientRect().height < 40)
                     .map((one) => one.outerHTML),
             );
-            assert.ok(name === "desktop" || small.length === 0, `smaller than 40 pixels: ${small}`);
+            assert.ok(name === "desktop" || small.length === 0, `targets on a phone must be at least 40 pixels high: ${small}`);
             await page.evaluate(() => document.querySelectorAll("details").forEach((each) => (each.open = each === document.querySelector("details"))));
             await page.getByRole("button", { name: "Close settings" }).click();
         }
@@ -120,7 +120,7 @@ test("the panel is on the screen and beside the toast, and its controls work by 
 
 test("changes of the settings can be undone and redone, and a drag of a slider is one change", async () => {
     const page = await open(browser, desktop);
-    // Stops the clock. Otherwise a slow machine could pause for a second within a drag, and undo would divide the drag.
+    // Stops the clock. Otherwise a drag with a pause of a second on a slow machine would count as two changes.
     await page.evaluate(() => {
         const now = performance.now();
         performance.now = () => now;
@@ -246,7 +246,7 @@ test("a focus ring appears around the water only if Tab has moved the focus ther
     await page.keyboard.press("v");
     assert.equal(await page.evaluate(() => document.activeElement.id), "water");
     assert.equal(await ring(), "none");
-    // As after a switch of browser tabs: the water loses the focus and gets it back, and the last input was a key.
+    // Simulates a switch of browser tabs after a key press: the water loses the focus and gets it back.
     await page.evaluate(() => {
         const water = document.getElementById("water");
         water.dispatchEvent(new FocusEvent("blur"));

@@ -46,7 +46,7 @@ async function withLostContext(page, act) {
     await page.waitForFunction(() => !window.velmora.isContextLost());
 }
 
-/** Opens a page and pauses it after a stroke. `shown` returns the page's mean colour. `first` is the colour now. */
+/** Opens a page and pauses it after a stroke. `shown` measures the page's mean colour. `first` is the first result. */
 async function pausedPage() {
     const page = await open(browser);
     await drag(page, [60, 200], [200, 260], 4);
@@ -178,7 +178,7 @@ test("frames advance by the elapsed time multiplied by the time scale", async ()
             stop();
             return sum;
         });
-        assert.ok(Math.abs(shown - 400 * timeScale) < 17, `400 ms at scale ${timeScale} advanced by ${shown} ms`);
+        assert.ok(Math.abs(shown - 400 * timeScale) < 17, `at scale ${timeScale}, 400 ms must not advance by ${shown} ms`);
     }
     await close(page);
 });

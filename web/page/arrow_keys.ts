@@ -21,7 +21,7 @@ export class ArrowKeys {
     private y = 0.5;
     private lastTime = 0;
 
-    /** `isBusy` returns true while a pointer touches the water. */
+    /** `isBusy` returns true while a pointer touches the water. The arrow keys then do nothing. */
     constructor(
         private readonly canvas: HTMLCanvasElement,
         private readonly owner: PointerOwner,

@@ -236,7 +236,7 @@ export class Effect extends Session<Exports> {
         this.module.startReplay();
     }
 
-    /** Turns the observation of frames on or off. The overlays show data of an observed frame. */
+    /** Turns the observation of frames on or off. The overlays need the data of an observed frame. */
     set observes(on: boolean) {
         this.module.observe(on);
     }

@@ -1,4 +1,4 @@
-// Writes settings into the fragment of a link and reads them, for example #look&damping=0.91&ink=1,0.35,0.35.
+// Writes settings into the fragment of a link, for example #look&damping=0.91&ink=1,0.35,0.35, and reads them back.
 
 import { defaultSettings, settingFields, type Settings } from "../../build/web/settings";
 

@@ -117,7 +117,7 @@ export class Memory {
         return painting ?? Promise.reject(new Error("unknown painting"));
     }
 
-    /** Returns the values to store for backgrounds. The default painting replaces a moving picture or the camera. */
+    /** Returns the values to store for backgrounds. The default painting replaces a moving picture. */
     private storable(sources: readonly Source[]): StoredBackground[] {
         return sources.map((source, at) => {
             const painting = typeof source === "string" ? source : (this.player.effect.paintingNames[at] as string);

@@ -20,7 +20,7 @@ export class Paintings {
         return image;
     }
 
-    /** Drops all kept images except those of the named paintings. */
+    /** Drops the kept images of all paintings that are not in `names`. */
     keepOnly(names: readonly unknown[]): void {
         for (const name of this.images.keys()) {
             if (!names.includes(name)) {

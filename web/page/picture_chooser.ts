@@ -1,4 +1,4 @@
-// Shows thumbnails of the user's pictures and of the paintings. A click on a thumbnail shows it as the background.
+// Shows thumbnails of the user's pictures and of the paintings. A click on a thumbnail makes its image the background.
 
 import type { Source } from "./backgrounds";
 import { make } from "./controls";

@@ -149,7 +149,7 @@ export class Player {
         }
     }
 
-    /** Requests a frame if the moving picture is the background on screen. Its new image is uploaded after a pause. */
+    /** Requests a frame if the moving picture is the background on screen. During a pause, its new image waits. */
     private onPictureMoved(picture: MovingPicture): void {
         if (this.stage.backgrounds.sources[this.settings.secondBackground ? 1 : 0] === picture) {
             this.stage.hasMoved = true;

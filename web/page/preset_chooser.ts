@@ -95,7 +95,7 @@ export class PresetChooser {
         this.choose(all[(at + 1) % all.length] as Preset);
     }
 
-    /** Applies the current preset again, without changes. */
+    /** Applies the preset that was chosen last again, without the user's changes. */
     reset(): void {
         this.show(this.chosen.settings);
         showToast(`${this.chosen.name}, without changes`);

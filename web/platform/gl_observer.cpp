@@ -2,10 +2,10 @@
 
 #include <GLES2/gl2.h>
 
-// With the linker option --wrap, the library calls the wrappers below instead of Emscripten's functions. The names of
-// Emscripten's functions then begin with __real_. If the context is lost, no program can be linked, and the library
-// passes program 0 to glGetAttribLocation. Emscripten's function would throw a JavaScript TypeError for program 0. The
-// wrapper returns -1, as other GL implementations do.
+// The linker option --wrap makes the library call these wrappers. It also renames Emscripten's functions, so that their
+// names begin with __real_. In a lost context, no program can be linked, so the library passes program 0 to
+// glGetAttribLocation. Emscripten's function would throw a JavaScript TypeError. The wrapper returns -1, as other GL
+// implementations do.
 
 namespace hostkit {
 
