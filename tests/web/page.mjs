@@ -149,8 +149,8 @@ export function set(page, changes) {
 }
 
 /**
- * Makes each animation frame last 1/60 s, so that it draws one frame of the effect. On a slow machine, an animation
- * frame would otherwise draw several frames of the effect.
+ * Makes each animation frame last 1/60 s, so that each shows one frame of the effect. On a slow machine, one animation
+ * frame shows several frames of the effect, and a recording keeps their time.
  */
 export function useSteadyClock(page) {
     return page.evaluate(() => {
