@@ -1,5 +1,5 @@
 // Tests the npm package in a new project. The project installs the package from its archive and checks its types. Three
-// bundlers bundle the package, and React shows the element in a browser. tools/test-npm makes the archive first.
+// bundlers bundle a React page that uses the package. tools/test-npm makes the archive before it runs this test.
 
 import assert from "node:assert/strict";
 import { execFileSync } from "node:child_process";
@@ -53,7 +53,7 @@ const files = {
         void water.stroke([{ x: 1, y: 2 }], { duration: 100 });
         const options: WaterOptions = { preset: "lagoon", pointer: "hover" };
         void createWater(document.createElement("canvas"), options).then((made) => made.toBlob());
-        // @ts-expect-error pointer has a list of values
+        // @ts-expect-error "fly" is not a value of pointer
         water.pointer = "fly";
         export const page = <velmora-water preset="lagoon" wave-speed="0.3" />;`,
     "tsconfig.json": JSON.stringify({
@@ -75,13 +75,13 @@ before(() => {
     run("npm", "install", "--offline", "--no-audit", "--no-fund", "--ignore-scripts", archive, ...others);
 });
 
-test("publint and arethetypeswrong find no fault", () => {
+test("publint and arethetypeswrong find no fault in the package", () => {
     const folder = join(project, "node_modules/velmora");
     assert.match(run(join(tools, "publint"), folder, "--strict"), /All good/);
     run(join(tools, "attw"), archive, "--profile", "esm-only", "--exclude-entrypoints", "./velmora.wasm", "./custom-elements.json");
 });
 
-test("types are checked, and Node imports the package", () => {
+test("TypeScript accepts the package's types, and Node imports the package", () => {
     run(join(tools, "tsc"), "-p", "tsconfig.json");
     const script = `import("velmora/element").then((all) => console.log(all.presetNames().length))`;
     assert.ok(Number(run("node", "-e", script)) >= 10);
@@ -138,5 +138,5 @@ test("the element is small (prints the sizes of similar packages for comparison)
     context.diagnostic(
         `jquery.ripples with jQuery: ${text(size("jquery/dist/jquery.min.js", "jquery.ripples/dist/jquery.ripples-min.js"))}`,
     );
-    assert.ok(own < 58 * 1024, `velmora-element.js has ${text(own)} gzip`);
+    assert.ok(own < 58 * 1024, `velmora-element.js must have less than 58 KB gzip, not ${text(own)}`);
 });

@@ -1,4 +1,4 @@
-// Films: size, duration, empty films, and the question before the page is left.
+// Recorded videos: their size, duration and frames, and the browser's question before the user leaves the page.
 
 import assert from "node:assert/strict";
 import { after, before, test } from "node:test";
@@ -8,13 +8,13 @@ let browser;
 before(async () => (browser = await launch()));
 after(() => browser.close());
 
-/** Chooses the video format of the page. */
+/** Returns a script that makes `format` the only video format of the browser. */
 const useOnly = (format) => `
     const isSupported = MediaRecorder.isTypeSupported.bind(MediaRecorder);
     MediaRecorder.isTypeSupported = (type) => type.startsWith("video/${format}") && isSupported(type);
 `;
 
-/** Plays a video to its end. Returns its size, duration in seconds and error. */
+/** Plays a video to its end. Returns its size in pixels, its duration in seconds and its error message, if any. */
 function play(page, bytes) {
     return page.evaluate(async (text) => {
         const video = document.createElement("video");
@@ -30,7 +30,7 @@ function play(page, bytes) {
 
 const pressF = (page) => () => page.keyboard.press("f");
 
-test("a film keeps its size over a resize, has a duration, and plays to its end", needs("roles"), async () => {
+test("a video keeps its size if the page is resized, has a duration, and plays to its end", needs("roles"), async () => {
     const page = await open(browser, { before: useOnly("webm") });
     const start = Date.now();
     await page.keyboard.press("f");
@@ -44,11 +44,11 @@ test("a film keeps its size over a resize, has a duration, and plays to its end"
     assert.match(film.name, /^velmora-film-.*\.webm$/);
     const { width, height, duration, error } = await play(page, film.bytes);
     assert.deepEqual({ width, height, error }, { width: 270, height: 480, error: "" });
-    assert.ok(duration > 0.1 && duration <= longest, `${duration} s of ${longest} s`);
+    assert.ok(duration > 0.1 && duration <= longest, `the duration must be from 0.1 to ${longest} s, not ${duration} s`);
     await close(page);
 });
 
-test("films of an instant and of a pause have a frame", async () => {
+test("a video has a frame even if it ends at once or is recorded during a pause", async () => {
     const page = await open(browser);
     const instant = await downloadFrom(page, async () => {
         await page.keyboard.press("f");
@@ -65,7 +65,7 @@ test("films of an instant and of a pause have a frame", async () => {
     await close(page);
 });
 
-test("the browser asks before a page that films or records is left", async () => {
+test("the browser asks before the user leaves a page that records a video or a gesture", async () => {
     const page = await open(browser);
     const asks = () => page.evaluate(() => !window.dispatchEvent(new Event("beforeunload", { cancelable: true })));
     assert.equal(await asks(), false);

@@ -1,4 +1,4 @@
-// Gestures: equality with the native host, recording and replay, films and screenshots, and idle pages.
+// Gestures: comparison with the native player, recording and replay. Also screenshots, idle pages and single steps.
 
 import assert from "node:assert/strict";
 import { execFileSync } from "node:child_process";
@@ -16,7 +16,7 @@ let browser;
 before(async () => (browser = await launch()));
 after(() => browser.close());
 
-/** Returns the digests of the first `count` frames of a replay, as the player prints them. */
+/** Returns the digests of water and velocities in the first `count` frames of a replay, as the player prints them. */
 function digests(page, script, count) {
     return page.evaluate(
         async ([text, last]) => {
@@ -24,7 +24,7 @@ function digests(page, script, count) {
             const add = (digest, bytes) =>
                 bytes.reduce((state, byte) => BigInt.asUintN(64, (state ^ BigInt(byte)) * 0x100000001b3n), digest);
             let [water, velocity] = [0xcbf29ce484222325n, 0xcbf29ce484222325n];
-            velmora.overlays.velocity = true; // makes the page keep the velocities
+            velmora.overlays.velocity = true; // makes the page observe the velocities
             const fault = velmora.replay(text, "script");
             if (fault) {
                 throw new Error(fault);
@@ -52,7 +52,7 @@ function digests(page, script, count) {
 /** Path of the native player. "none" skips the comparison. */
 const player = process.env.VELMORA_PLAYER ?? join(top, "build/release/velmora-player");
 
-test("a shipped gesture gives the same velocities and water as the native host", { skip: player === "none" }, async () => {
+test("a shipped gesture gives the same velocities and water as in the native player", { skip: player === "none" }, async () => {
     assert.ok(existsSync(player), `${player} is missing. Build it: cmake --preset release && cmake --build --preset release -t velmora-player`);
     const gesture = join(top, "gestures/medium_drag.gesture");
     const page = await open(browser);
@@ -82,7 +82,7 @@ async function record(page) {
     return { script: file.bytes, velocity };
 }
 
-/** Resolves to the velocities of the last frame of the next replay. */
+/** Resolves to the velocities of the first frame after the end of the next replay. */
 function velocityAtEnd(page) {
     return page.evaluate(
         () =>
@@ -113,7 +113,7 @@ test("a recording with a context loss replays with the same velocities", async (
     await close(page, /CONTEXT_LOST/);
 });
 
-test("a faulty gesture does not end a recording, and a valid one saves it", async () => {
+test("a faulty gesture file does not end a recording, but a valid file ends and saves it", async () => {
     const page = await open(browser);
     await page.keyboard.press("r");
     await sendFiles(page, "drop", ["broken.gesture", "", Buffer.from("3 sideways 1 2")]);
@@ -137,7 +137,7 @@ test("a replay continues to its end after a resize", async () => {
     await close(page);
 });
 
-test("Esc or a tap on its badge stops a replay, and another replay says that it stopped the first", needs("roles"), async () => {
+test("Esc or a tap on the badge stops a replay, and a second replay reports that it stopped the first", needs("roles"), async () => {
     const page = await open(browser);
     const long = "screen 270 480\nframes 100000\n1 down 60 200 0.5\n";
     const badge = page.locator("#badges button");

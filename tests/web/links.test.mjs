@@ -1,4 +1,4 @@
-// The settings in the page's address.
+// Links that contain settings in the fragment of the page's address.
 
 import assert from "node:assert/strict";
 import { after, before, test } from "node:test";
@@ -8,7 +8,7 @@ let browser, server;
 before(async () => ([browser, server] = [await launch(), await serve()]));
 after(async () => (server.stop(), await browser.close()));
 
-test("a link is removed from the address when its settings change, and works again", async () => {
+test("the address loses its settings when the user changes them, and the same link can be opened again", async () => {
     const page = await open(browser, { url: server.url, hash: "#look&exponent=7&secondBackground=true" });
     assert.equal((await settings(page)).exponent, 7);
     await page.keyboard.press("n");

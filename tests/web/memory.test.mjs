@@ -8,7 +8,7 @@ let browser;
 before(async () => (browser = await launch()));
 after(() => browser.close());
 
-/** Reloads the page as a user does who has seen the result of the last action. */
+/** Waits until the last change is stored. Then reloads the page and waits for its first frame. */
 async function reload(page) {
     await page.evaluate(() => window.velmora.stored());
     page.requests = [];
@@ -16,7 +16,7 @@ async function reload(page) {
     await page.waitForFunction(() => window.velmora?.counts().frames > 0);
 }
 
-/** Drops pictures in one colour each. The last one becomes the background. */
+/** Drops one picture for each colour on the page. The last picture becomes the background. */
 async function dropPictures(page, ...colors) {
     for (const color of colors) {
         await sendFiles(page, "drop", [`${color}.png`, "image/png", await makeImage(page, [9, 16], [[color, 0, 0, 9, 16]])]);
@@ -24,13 +24,13 @@ async function dropPictures(page, ...colors) {
     await page.evaluate(() => window.velmora.filesImported());
 }
 
-/** Asserts that the red, green and blue channels of the frame are bright as expected. */
+/** Asserts which channels are bright in the middle of the frame. `bright` has a boolean for red, green and blue. */
 async function assertColor(page, bright) {
     const { pixel } = await readFrame(page);
     assert.deepEqual(pixel(48, 80).map((channel) => channel > 128), bright);
 }
 
-test("a reload keeps settings and pictures unless a link sets others, and a fresh start forgets them", async () => {
+test("a reload keeps the settings and pictures unless a link sets others, and Start fresh forgets them", async () => {
     const page = await open(browser, { size: [96, 160] });
     const fresh = await settings(page);
     await dropPictures(page, "red", "lime");
@@ -52,7 +52,7 @@ test("a reload keeps settings and pictures unless a link sets others, and a fres
     assert.equal((await settings(page)).exponent, 7);
     await page.evaluate(() => history.replaceState(null, "", location.pathname + location.search));
     await reload(page);
-    assert.deepEqual(await settings(page), kept, "a link that was only looked at must not replace the user's settings");
+    assert.deepEqual(await settings(page), kept, "a link that the user only opens must not replace remembered settings");
 
     await page.keyboard.press("Tab");
     await page.getByText("View", { exact: true }).click();
@@ -60,13 +60,13 @@ test("a reload keeps settings and pictures unless a link sets others, and a fres
     for (const visit of ["this visit", "the next visit"]) {
         assert.deepEqual(await settings(page), fresh, visit);
         const [red, green] = (await readFrame(page)).pixel(48, 80);
-        assert.ok(red > 100 && green > 100, `${visit} must show the sand, not a picture: ${red}, ${green}`);
+        assert.ok(red > 100 && green > 100, `${visit} must show the default painting: red ${red}, green ${green}`);
         await reload(page);
     }
     await close(page);
 });
 
-test("damaged memory is reported once, and a page without storage works", async () => {
+test("damaged stored data is reported once, and the page works if the browser allows no storage", async () => {
     const page = await open(browser, { size: [96, 160] });
     await dropPictures(page, "red");
     await page.evaluate(async () => {

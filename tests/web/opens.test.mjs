@@ -10,7 +10,7 @@ let browser;
 before(async () => (browser = await launch()));
 after(() => browser.close());
 
-/** Collects the logs of the shader compiler and linker. */
+/** Collects the logs of the shader compiler and of the linker in `window.glLogs`. */
 function keepGlLogs() {
     window.glLogs = [];
     const prototype = WebGLRenderingContext.prototype;
@@ -23,7 +23,7 @@ function keepGlLogs() {
     }
 }
 
-/** Returns the mean red, green and blue of a box in fractions of the frame. */
+/** Returns the mean red, green and blue within a box. The box is given in fractions of the frame. */
 function meanColor({ width, height, pixel }, [left, top, right, bottom]) {
     const sum = [0, 0, 0];
     for (let y = Math.ceil(top * height); y < bottom * height; ++y) {
@@ -50,14 +50,14 @@ test("a page from disk draws ink along a drag and none elsewhere", async () => {
     const strokeBox = [0.6, 0.28, 0.74, 0.34];
     const ratio = meanColor(end, strokeBox).map((value, at) => value / meanColor(start, strokeBox)[at]);
     assert.ok(ratio[0] < 0.6 && ratio[0] < ratio[2] - 0.2, `blue ink must absorb red: ${ratio}`);
-    assert.ok(difference(start, end, [0, 0.75, 1, 1]) < 1, "no ink far from the stroke");
+    assert.ok(difference(start, end, [0, 0.75, 1, 1]) < 1, "there must be no ink far from the stroke");
     const logs = await page.evaluate(() => window.glLogs);
-    assert.ok(logs.length >= 9 && logs.every((log) => !log), `${logs}`);
+    assert.ok(logs.length >= 9 && logs.every((log) => !log), `shaders must compile and link without messages: ${logs}`);
     await close(page);
 });
 
-test("waves refract the background by the refractive index", async () => {
-    const preset = { waterOnly: true, sheen: 0, fresnel: 0 }; // neither reflections nor ink
+test("waves refract the background, but not if the refractive index is 1", async () => {
+    const preset = { waterOnly: true, sheen: 0, fresnel: 0 }; // no ink, no reflections: only refraction
     const page = await open(browser, { hash: `#look=${encodeURIComponent(JSON.stringify(preset))}` });
     const flat = await readFrame(page);
     await drag(page, [60, 240], [210, 240], 4);
@@ -65,14 +65,16 @@ test("waves refract the background by the refractive index", async () => {
     await set(page, { refractiveIndex: 1 });
     const straight = difference(flat, await readFrame(page), [0.2, 0.4, 0.8, 0.6]);
     assert.equal(await page.evaluate(() => window.velmora.isWaterIdle()), false);
-    assert.ok(bent > 1 && straight < bent / 8, `${bent}, ${straight}`); // index 1 leaves a small shift
+    // A refractive index of 1 leaves a small shift of the background.
+    assert.ok(bent > 1 && straight < bent / 8, `refraction must change the frame: ${bent}, at index 1 ${straight}`);
     await close(page);
 });
 
-test("a high-density display gets at most 1080 x 1920 pixels", async () => {
+test("on a high-density display, the canvas has at most as many pixels as 1080 x 1920", async () => {
     const page = await open(browser, { size: [800, 1200], deviceScaleFactor: 3, ready: false });
     await page.waitForFunction(() => window.velmora?.counts().frames > 0);
     const { width, height } = await page.evaluate(() => window.velmora.screen());
-    assert.ok(width * height < 1.01 * 1080 * 1920 && Math.abs(width / height - 2 / 3) < 0.01, `${width} x ${height}`);
+    const hasRatio = Math.abs(width / height - 2 / 3) < 0.01;
+    assert.ok(width * height < 1.01 * 1080 * 1920 && hasRatio, `the canvas must not have ${width} x ${height} pixels`);
     await close(page);
 });

@@ -21,8 +21,9 @@ mkdirSync(screenshotFolder, { recursive: true });
 export const axe = readFileSync(createRequire(join(top, "web/package.json")).resolve("axe-core"), "utf8");
 
 /**
- * Opens the page and waits for its first frame. Collects console messages and requests for `close`. `before` is a
- * script that runs before the page's scripts. `ready: false` does not wait and leaves adaptive quality on.
+ * Opens the page, waits for its first frame and fixes full quality. Collects console messages and requests for `close`.
+ * `before` is a script that runs before the page's scripts. If `ready` is false, does not wait and leaves adaptive
+ * quality on.
  */
 export async function open(browser, options = {}) {
     const { size = [270, 480], url = pathToFileURL(file).href, hash = "", before, ready = true, ...others } = options;
@@ -32,12 +33,12 @@ export async function open(browser, options = {}) {
     await page.goto(page.address);
     if (ready) {
         await page.waitForFunction(() => window.velmora?.counts().frames > 0);
-        await page.evaluate(() => window.velmora.fixQuality(0)); // all detail, however slow software GL is
+        await page.evaluate(() => window.velmora.fixQuality(0)); // software GL is slow and would lower the quality
     }
     return page;
 }
 
-/** Closes the page. Fails on any console message except `excused` ones, and on any request except for the page. */
+/** Closes the page. Fails if the console has a message other than `excused`, or if the page requested another URL. */
 export async function close(page, excused = /^$/) {
     await page.close();
     const requested = page.requests.map((url) => url.split("#")[0]).filter((url) => !/^(data|blob):/.test(url));
@@ -45,7 +46,7 @@ export async function close(page, excused = /^$/) {
     assert.deepEqual(requested, [page.address.split("#")[0]]);
 }
 
-/** Serves the page from a local HTTP server without special headers. */
+/** Serves the page from a local HTTP server, which sends no special headers. Returns its URL and `stop`. */
 export async function serve() {
     const server = createServer((request, response) => {
         const found = request.url.split(/[?#]/)[0] === "/velmora.html";
@@ -58,8 +59,8 @@ export async function serve() {
 }
 
 /**
- * Reads the pixels of the next frame, or of frame `atFrame` since the page was opened. `bytes` is RGBA, bottom row
- * first. `pixel(x, y)` counts y from the top.
+ * Reads the pixels of the next frame. Waits for frame `atFrame`, counted since the page was opened. `bytes` is RGBA,
+ * bottom row first. `pixel(x, y)` counts y from the top.
  */
 export async function readFrame(page, atFrame = 0) {
     const encoded = await page.evaluate(
@@ -94,7 +95,7 @@ export async function readFrame(page, atFrame = 0) {
     return { width, height, bytes, pixel };
 }
 
-/** Returns the mean colour difference of two frames, 0 to 255, within a box in fractions of the screen. */
+/** Returns the mean colour difference of two frames within a box, 0 to 255. The box is in fractions of the frame. */
 export function difference(one, other, [left, top, right, bottom] = [0, 0, 1, 1]) {
     const scale = [other.width / one.width, other.height / one.height];
     let sum = 0;
@@ -109,7 +110,7 @@ export function difference(one, other, [left, top, right, bottom] = [0, 0, 1, 1]
     return sum / count;
 }
 
-/** Drags the mouse, one frame a step. */
+/** Drags the mouse with the left button in `steps` moves. Waits for a frame after each move. */
 export async function drag(page, from, to, steps = 12) {
     await page.mouse.move(...from);
     await page.mouse.down();
@@ -163,7 +164,7 @@ export function steadyClock() {
         });
 }
 
-/** Mocks clock and animation frames. `window.showFrame(milliseconds)` advances the clock and runs a frame. */
+/** Replaces clock and animation frames. `window.showFrame(milliseconds)` advances the clock and runs a frame. */
 export function mockTime(page) {
     return page.evaluate(() => {
         const now = performance.now.bind(performance);
@@ -183,13 +184,13 @@ export function mockTime(page) {
     });
 }
 
-/** Makes Chromium pass file choosers to the test. Await it before the page opens one. */
+/** Makes Chromium pass file choosers to the test. Must be done before the page opens a file chooser. */
 export async function interceptFileChoosers(page) {
     page.on("filechooser", () => {});
     await page.devTools.send("Page.setInterceptFileChooserDialog", { enabled: true });
 }
 
-/** Waits for a toast with a text. Returns the whole text of the toast. */
+/** Waits for a toast that contains `text`. Returns the whole text of the toast. */
 export async function waitForToast(page, text) {
     await page.waitForFunction((wanted) => document.querySelector("#toast.shown")?.textContent.includes(wanted), text);
     return page.evaluate(() => document.querySelector("#toast").textContent);
@@ -200,7 +201,7 @@ export function downloadFrom(page, act) {
     return page.download(act);
 }
 
-/** Returns the bytes of an image file with coloured boxes: [color, x, y, width, height] each. */
+/** Returns the bytes of an image file with coloured boxes. Each box is [color, x, y, width, height] in pixels. */
 export function makeImage(page, size, boxes, type = "image/png") {
     return page.evaluate(
         async ([[width, height], all, kind]) => {
@@ -216,7 +217,7 @@ export function makeImage(page, size, boxes, type = "image/png") {
     );
 }
 
-/** Drops (`kind` "drop") or pastes ("paste") files: [name, type, bytes] each. */
+/** Drops files on the page or pastes them. `kind` is "drop" or "paste". Each file is [name, type, bytes]. */
 export function sendFiles(page, kind, ...files) {
     const list = files.map(([name, type, bytes]) => [name, type, Buffer.from(bytes).toString("base64")]);
     return page.evaluate(

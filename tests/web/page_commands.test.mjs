@@ -1,4 +1,4 @@
-// Commands of the page: overlays, full screen, sharing, file choosers, random settings, adaptive quality.
+// Commands of the page: overlays, full screen, sharing, file choosers, random settings and adaptive quality.
 
 import assert from "node:assert/strict";
 import { after, before, test } from "node:test";
@@ -31,7 +31,7 @@ function overlayShares(page) {
 
 test("the velocity and density overlays show the stroke, and can be turned off", async () => {
     const page = await open(browser, {});
-    await mockTime(page); // a free page would draw more frames until the check, and the flow would fill the screen
+    await mockTime(page); // otherwise more frames are drawn before the check, and the flow fills the screen
     const showFrame = () => page.evaluate(() => window.showFrame(1000 / 60));
     assert.equal(await overlayShares(page), null);
     for (const [key, message] of [["d", "Ink density is on"], ["v", "Velocity field is on"]]) {
@@ -47,7 +47,8 @@ test("the velocity and density overlays show the stroke, and can be turned off",
         await page.mouse.up();
         await showFrame();
         const [near, far] = await overlayShares(page);
-        assert.ok(near > 0.005 && near > 1.5 * far, `${message}: ${near} near the stroke, ${far} far from it`);
+        const isNearStroke = near > 0.005 && near > 1.5 * far;
+        assert.ok(isNearStroke, `${message}, but shows ${near} near the stroke and ${far} far from it`);
         await page.screenshot({ path: join(screenshotFolder, `overlay-${key}.png`) });
         await page.keyboard.press(key);
         await showFrame();
@@ -69,7 +70,7 @@ test("a key turns full screen on and off", async () => {
     await close(page);
 });
 
-test("settings are shared by the share sheet, else by the clipboard, else by the address", async () => {
+test("settings are shared by the share sheet, or else by the clipboard, or else by the page's address", async () => {
     const server = await serve();
     const page = await open(browser, { url: server.url });
     const share = async (means) => {
@@ -100,7 +101,7 @@ test("settings are shared by the share sheet, else by the clipboard, else by the
     server.stop();
 });
 
-test("screenshots and videos are shared where the device has a sheet for that", async () => {
+test("screenshots and videos can be shared if the device has a share sheet", async () => {
     for (const canShare of [false, true]) {
         const prepare = (can) => {
             navigator.canShare = ({ files }) => can && files.length === 1;
@@ -174,20 +175,20 @@ test("keys turn attract mode and adaptive quality on and off", async () => {
     await close(page);
 });
 
-test("a worker decodes a picture, and the page itself does where no worker starts", async () => {
+test("a worker decodes a picture, or the page's thread if the browser starts no worker", async () => {
     for (const missing of ["createImageBitmap", "Worker"]) {
         const page = await open(browser, { size: [96, 160], before: `window.${missing} = undefined` });
         await sendFiles(page, "drop", ["red.png", "image/png", await redImage(page)]);
         await waitForToast(page, "red.png is the background now");
         const [red, green] = (await readFrame(page)).pixel(48, 80);
-        assert.ok(red > 100 && green < 100, `${red}, ${green} without ${missing}`);
+        assert.ok(red > 100 && green < 100, `the picture must be red if ${missing} is missing: red ${red}, green ${green}`);
         await close(page);
     }
 });
 
 const redImage = (page) => makeImage(page, [90, 160], [["#c02020", 0, 0, 90, 160]]);
 
-test("keys choose a contrasting ink, random settings, and the preset again", async () => {
+test("keys choose a contrasting ink and random settings, and restore the preset", async () => {
     const page = await open(browser, {});
     await sendFiles(page, "drop", ["red.png", "image/png", await redImage(page)]);
     await page.evaluate(() => window.velmora.filesImported());
@@ -206,7 +207,7 @@ test("keys choose a contrasting ink, random settings, and the preset again", asy
     await close(page);
 });
 
-/** Replays a gesture at a quality level. Returns frame 40, the memory of the water and the number of triangles. */
+/** Replays a gesture at a quality level. Returns frame 40, the state of the water and the number of drawn triangles. */
 async function gestureAt(page, level) {
     const script = readFileSync(join(top, "gestures/medium_drag.gesture"), "utf8");
     const end = await page.evaluate(
@@ -234,26 +235,26 @@ test("a coarser mesh shows the same water, and a replay has the full size", asyn
     });
     const flat = await readFrame(page);
     const [all, coarse, fewer] = [await gestureAt(page, 0), await gestureAt(page, 2), await gestureAt(page, 3)];
-    assert.ok(coarse.water === all.water && fewer.water === all.water, "the water must be equal at every level");
+    assert.ok(coarse.water === all.water && fewer.water === all.water, "the water must be the same at every quality level");
     assert.ok(coarse.triangles > 0 && coarse.triangles < all.triangles / 8);
     const [moved, apart] = [difference(flat, all.shown), difference(all.shown, coarse.shown)];
-    assert.ok(apart > 0 && apart < moved / 3, `${apart} of ${moved}`);
+    assert.ok(apart > 0 && apart < moved / 3, `the coarse mesh must differ by less than ${moved / 3}, not by ${apart}`);
     assert.equal(fewer.shown.width, 270);
     await close(page);
 });
 
-test("the canvas shrinks only without ink, and shows the same image", async () => {
+test("the canvas shrinks only if no ink is visible, and shows the same image", async () => {
     const page = await open(browser, {});
     const flat = await readFrame(page);
     await drag(page, [60, 200], [210, 200], 6);
     await set(page, { damping: 0.8 }); // the waves fade fast
     await page.evaluate(() => window.velmora.fixQuality(3));
-    await waitUntilIdle(page); // some ink is left
+    await waitUntilIdle(page); // some ink is still visible
     assert.equal(await page.evaluate(() => window.velmora.screen().width), 270);
     await page.keyboard.press("c");
     await waitForCanvasWidth(page, 203);
     const apart = difference(flat, await readFrame(page));
-    assert.ok(apart < 8, `${apart}`);
+    assert.ok(apart < 8, `the smaller canvas must show the same image, not one that differs by ${apart}`);
     await close(page);
 });
 

@@ -1,4 +1,4 @@
-// The panel and the page around it: accessibility, keyboard, phone, frames of other pages, hidden controls, print.
+// The panel and the page around it: accessibility, keyboard, phones, iframes, hidden controls and print.
 
 import assert from "node:assert/strict";
 import { join } from "node:path";
@@ -21,8 +21,8 @@ async function violations(page) {
 }
 
 /**
- * Returns the elements of the panel whose text or accent colour has a contrast below 4.5 to the panel, with black or
- * white water behind it.
+ * Returns the elements of the panel whose text or accent colour has a contrast below 4.5. The panel is translucent, so
+ * its background is computed for black and for white water.
  */
 function faintElements(page) {
     return page.evaluate(() => {
@@ -50,7 +50,7 @@ test("the page has no accessibility violation, enough contrast, and large target
     for (const [name, options] of [["phone", phone], ["desktop", desktop]]) {
         const page = await open(browser, options);
         const hint = await waitForToast(page, "Drag to stir the water.");
-        assert.equal(/F1/.test(hint), name === "desktop", "a phone has no keys");
+        assert.equal(/F1/.test(hint), name === "desktop", "only the desktop's message must mention keys");
         await page.evaluate(axe);
         for (const colorScheme of ["light", "dark"]) {
             await page.emulateMedia({ colorScheme });
@@ -69,7 +69,7 @@ test("the page has no accessibility violation, enough contrast, and large target
                     .filter((one) => one.checkVisibility() && one.getBoundingClientRect().height < 40)
                     .map((one) => one.outerHTML),
             );
-            assert.ok(name === "desktop" || small.length === 0, `smaller than 40 pixels: ${small}`);
+            assert.ok(name === "desktop" || small.length === 0, `targets on a phone must be at least 40 pixels high: ${small}`);
             await page.evaluate(() => document.querySelectorAll("details").forEach((each) => (each.open = each === document.querySelector("details"))));
             await page.getByRole("button", { name: "Close settings" }).click();
         }
@@ -102,7 +102,7 @@ test("the panel is on the screen and beside the toast, and its controls work by 
         await page.keyboard.press("Escape");
         assert.deepEqual([await page.locator("#help").isVisible(), await page.locator("#panel").isVisible()], [false, true]);
         assert.deepEqual(await settings(page), before);
-        // Tab opens the panel again after Esc, also if the button had opened it.
+        // After Esc, Tab must open the panel again, even if the settings button has opened it before.
         for (const reopen of [() => page.keyboard.press("Tab"), () => page.locator("#open").click()]) {
             await page.keyboard.press("Escape");
             assert.equal(await page.locator("#panel").isVisible(), false);
@@ -118,9 +118,9 @@ test("the panel is on the screen and beside the toast, and its controls work by 
     }
 });
 
-test("changes of the settings can be undone and redone, a drag of a slider as a whole", async () => {
+test("changes of the settings can be undone and redone, and a drag of a slider is one change", async () => {
     const page = await open(browser, desktop);
-    // Stops the clock: pauses of a second between the changes would divide a drag.
+    // Stops the clock. Otherwise a drag with a pause of a second on a slow machine would count as two changes.
     await page.evaluate(() => {
         const now = performance.now();
         performance.now = () => now;
@@ -148,7 +148,7 @@ test("changes of the settings can be undone and redone, a drag of a slider as a 
     await close(page);
 });
 
-test("thumbnails choose paintings and the user's pictures, and an undo shows the second background again", async () => {
+test("thumbnails choose paintings and the user's pictures, and undo returns to the second background", async () => {
     const page = await open(browser, desktop);
     const isSecondShown = async () => (await settings(page)).secondBackground;
     await page.keyboard.press("Tab");
@@ -156,7 +156,7 @@ test("thumbnails choose paintings and the user's pictures, and an undo shows the
     const file = ["red.png", "image/png", await makeImage(page, [16, 9], [["red", 0, 0, 16, 9]])];
     for (const choose of [() => page.getByRole("button", { name: "paper" }).click(), () => sendFiles(page, "drop", file)]) {
         await page.keyboard.press("b");
-        await page.keyboard.press("w"); // a change of another setting keeps two quick changes of one setting apart
+        await page.keyboard.press("w"); // separates two quick changes of one setting
         await choose();
         await page.waitForFunction(() => !window.velmora.settings.secondBackground);
         await page.keyboard.press("z");
@@ -186,7 +186,7 @@ test("letter keys work on a keyboard without Latin letters", async () => {
     await close(page);
 });
 
-test("within another page, wheel and Tab belong to that page, and full screen says why it fails", async () => {
+test("in an iframe, wheel and Tab belong to the outer page, and full screen reports why it fails", async () => {
     const server = await serve();
     const context = await browser.newContext({ viewport: { width: 400, height: 400 }, reducedMotion: "reduce" });
     const host = await context.newPage();
@@ -204,7 +204,7 @@ test("within another page, wheel and Tab belong to that page, and full screen sa
     server.stop();
 });
 
-test("a key, the address or three fingers hide and show the controls", async () => {
+test("a key or the address hides the controls, and three fingers or Tab show them again", async () => {
     const page = await open(browser, { ...phone, hash: "#clean" });
     const visible = async () => [await page.locator("#open").isVisible(), await page.locator("#toast.shown").isVisible()];
     assert.deepEqual(await visible(), [false, false]);
@@ -216,14 +216,14 @@ test("a key, the address or three fingers hide and show the controls", async () 
     await page.keyboard.press("h");
     await waitForToast(page, "show the controls again");
     assert.equal(await page.locator("#open").isVisible(), false);
-    await page.keyboard.press("n"); // must not show a toast
+    await page.keyboard.press("n"); // chooses a preset, which must not show a toast now
     assert.doesNotMatch(await page.locator("#toast").textContent(), /calm pond/);
     await page.keyboard.press("Tab");
     assert.deepEqual([await page.locator("#open").isVisible(), await page.locator("#panel").isVisible()], [true, true]);
     await close(page);
 });
 
-test("text follows the browser's font size, the toast leaves the button free, and print shows the water alone", async () => {
+test("text follows the browser's font size, the toast does not cover the button, and print shows only the water", async () => {
     const page = await open(browser, { size: [133, 225] }); // 400 x 675 at 300 % zoom
     const [toast, button] = [await page.locator("#toast").boundingBox(), await page.locator("#open").boundingBox()];
     assert.ok(toast.y >= button.y + button.height, "the toast must not cover the button");
@@ -239,14 +239,14 @@ test("text follows the browser's font size, the toast leaves the button free, an
     await close(page);
 });
 
-test("a focus ring round the water appears only by Tab", async () => {
+test("a focus ring appears around the water only if Tab has moved the focus there", async () => {
     const page = await open(browser);
     const ring = () => page.evaluate(() => getComputedStyle(document.getElementById("water")).outlineStyle);
     await page.mouse.click(50, 60);
     await page.keyboard.press("v");
     assert.equal(await page.evaluate(() => document.activeElement.id), "water");
     assert.equal(await ring(), "none");
-    // As after a switch of tabs: the browser takes the focus away and gives it back, and the last input was a key.
+    // Simulates a switch of browser tabs after a key press: the water loses the focus and gets it back.
     await page.evaluate(() => {
         const water = document.getElementById("water");
         water.dispatchEvent(new FocusEvent("blur"));

@@ -1,4 +1,4 @@
-// Pauses, restarts and context losses: frames on the screen, GL objects in the context, and the time of frames.
+// Pauses, restarts and context losses: the frames that are shown, their duration, and the GL objects.
 
 import assert from "node:assert/strict";
 import { after, before, test } from "node:test";
@@ -10,7 +10,7 @@ let browser;
 before(async () => (browser = await launch()));
 after(() => browser.close());
 
-/** Returns the mean red, green and blue of a PNG. Leaves out the top and bottom quarter with button and toast. */
+/** Returns the mean red, green and blue of a PNG, without its top and bottom quarter, which show button and toast. */
 function meanColor(page, png) {
     return page.evaluate(
         async (bytes) => {
@@ -46,7 +46,7 @@ async function withLostContext(page, act) {
     await page.waitForFunction(() => !window.velmora.isContextLost());
 }
 
-/** Opens a page and pauses it after a stroke. Returns the page and its mean colour. */
+/** Opens a page and pauses it after a stroke. `shown` measures the page's mean colour. `first` is the first result. */
 async function pausedPage() {
     const page = await open(browser);
     await drag(page, [60, 200], [200, 260], 4);
@@ -60,7 +60,7 @@ test("a pause shows changed settings and does not move the water", async () => {
     const water = () => page.evaluate(() => String(window.velmora.waterBytes()));
     const waterBefore = await water();
     await page.keyboard.press("b");
-    assert.ok(apart(await shown(), first) > 8, "the pause must show the other background");
+    assert.ok(apart(await shown(), first) > 8, "the pause must show the second background");
     await page.keyboard.press("v");
     await waitUntilIdle(page);
     assert.ok(await page.evaluate(() => window.velmora.velocity().columns > 0), "the pause must show the velocity field");
@@ -88,11 +88,12 @@ test("a pause shows a badge, and a touch on the water or on the badge ends it", 
     await close(page);
 });
 
-test("a pause is drawn again after a context loss and after a resize", async () => {
+test("a pause draws its frame again after a context loss and after a resize", async () => {
     const { page, shown, first } = await pausedPage();
     await withLostContext(page, () => page.keyboard.press("b"));
     const second = await shown();
-    assert.ok(apart(second, first) > 8 && Math.max(...second) > 30, `mean colour after the context loss: ${second}`);
+    const isSecondShown = apart(second, first) > 8 && Math.max(...second) > 30;
+    assert.ok(isSecondShown, `the second background must be shown after the context loss: mean colour ${second}`);
     for (const [width, height, deviceScaleFactor] of [[480, 270, 1], [480, 270, 1.5]]) {
         await page.setViewportSize({ width, height, deviceScaleFactor });
         await waitForCanvasWidth(page, width * deviceScaleFactor);
@@ -159,7 +160,7 @@ test("a context that is lost while programs are built is restored without errors
     await close(page, /CONTEXT_LOST/);
 });
 
-test("frames advance by the passed time multiplied by the time scale", async () => {
+test("frames advance by the elapsed time multiplied by the time scale", async () => {
     const page = await open(browser);
     await waitUntilIdle(page);
     await mockTime(page);
@@ -177,12 +178,12 @@ test("frames advance by the passed time multiplied by the time scale", async () 
             stop();
             return sum;
         });
-        assert.ok(Math.abs(shown - 400 * timeScale) < 17, `${shown} at ${timeScale}`);
+        assert.ok(Math.abs(shown - 400 * timeScale) < 17, `at scale ${timeScale}, 400 ms must not advance by ${shown} ms`);
     }
     await close(page);
 });
 
-test("a frame skips idle and hidden time and is limited to 250 ms", async () => {
+test("a frame does not include idle or hidden time, and lasts at most 250 ms", async () => {
     const page = await open(browser);
     await waitUntilIdle(page);
     await mockTime(page);
@@ -192,7 +193,7 @@ test("a frame skips idle and hidden time and is limited to 250 ms", async () => 
         window.velmora.onFrame((milliseconds) => seen.push(milliseconds));
         window.velmora.noteInput();
         await window.showFrame(60000);
-        await window.showFrame(60000); // as after sleep of the machine
+        await window.showFrame(60000); // as after the machine has been asleep
         document.dispatchEvent(new Event("visibilitychange"));
         await window.showFrame(60000);
         return seen;

@@ -25,7 +25,7 @@ function openTouchPage() {
     return open(browser, { deviceScaleFactor: 2, hasTouch: true });
 }
 
-test("a mouse touches in canvas pixels with the pressure of the settings", async () => {
+test("a mouse touches at a position in canvas pixels, with the pressure of the settings", async () => {
     const page = await openTouchPage();
     await set(page, { pressure: 0.7 });
     const touches = await recordTouches(page, async () => {
@@ -41,7 +41,7 @@ test("a mouse touches in canvas pixels with the pressure of the settings", async
         await page.mouse.down({ button: "right" });
         await page.mouse.up({ button: "right" });
     });
-    // If a second button is pressed, the browser sends a move to the same position. Drops such repetitions.
+    // The browser sends a move to the same position if a second button is pressed. The test ignores such moves.
     const changes = touches.filter((touch, at) => String(touch) !== String(touches[at - 1]));
     assert.deepEqual(changes, [["down", 100, 120, 0.7], ["move", 110, 140, 0.7], ["up", 110, 140, 0]]);
     await close(page);
@@ -78,13 +78,13 @@ test("the first finger touches, and a second finger is ignored", needs("touch"),
     await close(page);
 });
 
-test("a finger touches with its pressure, and a cancelled touch ends", needs("touch", "touchForce"), async () => {
+test("a finger touches with its measured pressure, and a cancelled touch ends the stroke", needs("touch", "touchForce"), async () => {
     const page = await openTouchPage();
     // A screen without a pressure sensor always reports force 1, so the page then uses the pressure of the settings.
     for (const [force, pressure] of [[0.25, 0.25], [1, 0.5]]) {
         const touches = await recordTouches(page, async () => {
             await page.touch("touchStart", [1, 100, 100, force]);
-            for (const y of [160, 220]) { // the browser must not take a long move as a scroll
+            for (const y of [160, 220]) { // far enough for a scroll, which the browser must not start
                 await frames(page, 1);
                 await page.touch("touchMove", [1, 100, y, force]);
             }
@@ -136,7 +136,7 @@ test("the arrow keys stir the water, and a mouse ends their stroke", needs("held
     const keys = touches.slice(0, strokes[0].split(" ").length);
     const [, startX, startY] = keys[0];
     const [, endX, endY] = keys.at(-1);
-    assert.deepEqual([startX, startY], [270, 480], "the finger starts in the middle");
+    assert.deepEqual([startX, startY], [270, 480], "the finger must start in the middle of the canvas");
     assert.ok(endX > startX + 2 && endY < startY - 2, `the finger must move right and up, to ${endX} ${endY}`);
     await close(page);
 });
@@ -185,7 +185,7 @@ test("attract mode draws on an idle page until a key is pressed", needs("emulate
     await close(page);
 });
 
-test("attract mode is off where motion is reduced", async () => {
+test("attract mode is off if the user prefers reduced motion", async () => {
     const page = await open(browser);
     assert.equal(await page.evaluate(() => window.velmora.attractMode().on), false);
     await close(page);

@@ -15,7 +15,7 @@ after(() => browser.close());
 
 const shipped = (name) => name === "default" ? {} : JSON.parse(readFileSync(join(top, "presets", `${name}.json`), "utf8"));
 
-/** Asserts that the current settings are those of the preset. */
+/** Asserts that the current settings contain all settings of the preset. */
 async function assertShown(page, preset, name) {
     const shown = await settings(page);
     assert.deepEqual({ ...shown, ...preset }, shown, name);
@@ -25,7 +25,7 @@ const grid = (page) => page.getByRole("list");
 const names = (page) => grid(page).locator("button").allTextContents();
 const choose = (page, name) => grid(page).getByRole("button", { name, exact: true }).click();
 
-test("a page from a server shows each shipped preset and may not load anything", async () => {
+test("a page from a server shows each shipped preset and is not allowed to load anything else", async () => {
     const server = await serve();
     const page = await open(browser, { size: [540, 960], url: server.url });
     const files = readdirSync(join(top, "presets")).filter((name) => name.endsWith(".json")).sort();
@@ -61,7 +61,7 @@ test("a link sets the settings, and a reset restores them", async () => {
     await close(page);
 });
 
-test("a shared link is short, and opens with the same settings despite the additions of other sites", async () => {
+test("a shared link is short, and opens with the same settings even if other sites add parameters", async () => {
     const page = await open(browser);
     const link = await open(browser, { hash: "#look&damping=0.91&ink=0.1,0.2,0.3&waterOnly=true&utm_source=mail" });
     await assertShown(link, { damping: 0.91, ink: [0.1, 0.2, 0.3], waterOnly: true });
@@ -104,7 +104,7 @@ test("a dropped preset is applied, and a faulty file shows an error and changes 
         await waitForToast(page, message);
         assert.deepEqual(await settings(page), evening);
     }
-    await sendFiles(page, "drop"); // as for a dropped link or text
+    await sendFiles(page, "drop"); // no file, as when the user drops a link or text
     await waitForToast(page, "Nothing to open here");
     await close(page);
 });
@@ -156,7 +156,7 @@ test("presets can be saved, renamed and deleted, and do not replace built-in one
     const answer = (key, ...text) => (page.once("dialog", (dialog) => dialog.accept(...text)), page.keyboard.press(key));
     await answer("t", "Calm Pond");
     await waitForToast(page, "A preset named calm pond already exists. Choose another name");
-    await page.keyboard.press("b"); // a change, which the new name must keep
+    await page.keyboard.press("b"); // changes a setting, which the rename must keep
     await answer("t", "my_pond ");
     await waitForToast(page, "Renamed to my_pond");
     await assertShown(page, { ...mine, secondBackground: !mine.secondBackground });
@@ -165,9 +165,9 @@ test("presets can be saved, renamed and deleted, and do not replace built-in one
     await page.reload();
     await page.waitForFunction(() => window.velmora?.counts().frames > 0);
     await page.keyboard.press("Tab");
-    await choose(page, "Default"); // removes the mark of the changes that the page remembers
+    await choose(page, "Default"); // removes the mark " *" of the remembered changes
     const kept = await names(page);
-    assert.equal(kept.filter((name) => /^velmora-preset/.test(name)).length, 1, "one of the two saved presets was renamed");
+    assert.equal(kept.filter((name) => /^velmora-preset/.test(name)).length, 1, "only one of the two saved presets must keep its name");
     await choose(page, "my_pond");
     assert.deepEqual(await settings(page), mine);
     assert.match(await grid(page).getByRole("button", { name: "my_pond" }).locator("img").getAttribute("src"), /^data:image/);
@@ -189,7 +189,7 @@ test("presets can be saved, renamed and deleted, and do not replace built-in one
     await close(page);
 });
 
-test("damaged, full or forbidden storage leaves a page that works", async () => {
+test("the page works if the browser's storage is damaged, full or forbidden", async () => {
     for (const text of ["null", "[1]", "{", '{"mine": 3, "yours": "{}"}']) {
         const script = `localStorage.setItem("velmora presets", ${JSON.stringify(text)})`;
         const page = await open(browser, { before: script });
@@ -204,7 +204,7 @@ test("damaged, full or forbidden storage leaves a page that works", async () => 
     await close(page);
 });
 
-test("an error while the page opens is shown", async () => {
+test("the page shows an error that occurs while it opens", async () => {
     const page = await open(browser, { ready: false, before: () => (window.ResizeObserver = undefined) });
     await page.getByRole("alert").filter({ hasText: "The page could not be opened" }).waitFor();
     await close(page);

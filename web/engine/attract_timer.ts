@@ -1,11 +1,11 @@
 // Wakes an idle page when attract mode is due. An idle page draws no frames that could start it.
 
-/** The part of an effect that the timer needs. */
+/** Members of the effect that the timer uses. */
 export interface AttractEffect {
-    /** Milliseconds until attract mode is due. Undefined if it will not start by itself. */
+    /** Milliseconds until attract mode is due. Undefined if attract mode will not start by itself. */
     readonly attractModeDelay: number | undefined;
     readonly attractModeRuns: boolean;
-    /** Starts attract mode if it is due and the page is not `busy`. */
+    /** Starts attract mode if it is due. Restarts the wait instead if `busy` is true. */
     startAttractModeIfIdle(busy: boolean): void;
 }
 
@@ -23,7 +23,7 @@ export class AttractTimer {
         private readonly owner: AttractOwner,
     ) {}
 
-    /** Starts the wait again, for example after input. */
+    /** Restarts the timer. Call it when the time until attract mode has changed, for example after input. */
     restart(): void {
         clearTimeout(this.timer);
         const delay = this.effect.attractModeDelay;
@@ -36,7 +36,7 @@ export class AttractTimer {
         clearTimeout(this.timer);
     }
 
-    /** Starts attract mode if it is due. Call it in each frame, so that replays and recordings hold it back. */
+    /** Starts attract mode if it is due. Call it in each frame, so that replays and recordings restart the wait. */
     startIfIdle(): void {
         this.effect.startAttractModeIfIdle(this.owner.isBusy() || document.hidden);
     }

@@ -3,7 +3,7 @@
 export interface FrameLoopOwner {
     /** Returns false if frames cannot be drawn. */
     canRun(): boolean;
-    /** Called before the first frame after an idle time, and if the page is hidden or shown. */
+    /** Called before the first frame after an idle time, and when the page is hidden or shown again. */
     skipTime(): void;
     /** Draws the frames that are due. Returns true if another frame is needed. */
     tick(now: number): boolean;
@@ -14,13 +14,13 @@ export class FrameLoop {
     count = 0;
     private scheduled = false;
 
-    /** `signal` ends the observation of the page's visibility. */
+    /** `signal` removes the event listener. */
     constructor(
         private readonly owner: FrameLoopOwner,
         signal?: AbortSignal,
     ) {
         const onVisibility = () => {
-            // Needed even if a frame is pending: a hidden page gets its frame only after it is shown again.
+            // Needed even if a frame is pending, because the browser runs it only after the page is shown again.
             this.owner.skipTime();
             this.wake();
         };

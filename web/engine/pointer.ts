@@ -1,4 +1,4 @@
-// Passes one pointer to the effect: the first mouse, pen or finger that is pressed, or a mouse that hovers.
+// Passes one pointer to the effect: the mouse, pen or finger that is pressed first, or a hovering mouse.
 
 export interface PointerOwner {
     press(x: number, y: number, pressure: number): void;
@@ -9,7 +9,7 @@ export interface PointerOwner {
 }
 
 export interface PointerOptions {
-    /** Ends all observation. */
+    /** Signal that removes all event listeners. */
     signal?: AbortSignal;
     /** Returns true if a mouse draws without a pressed button. */
     hovers?(): boolean;
@@ -19,12 +19,12 @@ export interface PointerOptions {
     keepsMenu?: boolean;
 }
 
-/** Milliseconds after which a resting mouse ends its stroke. */
+/** Milliseconds without movement after which the stroke of a hovering mouse ends. */
 const hoverRest = 120;
 
 export class Pointer {
     private id: number | null = null;
-    /** True if the stroke has ended although the pointer may still be pressed, because the page has lost it. */
+    /** True if the stroke has ended because the page lost the pointer, which may still be pressed. */
     private isAway = false;
     private isHovering = false;
     /** Last position of the pointer in canvas pixels. */
@@ -64,7 +64,7 @@ export class Pointer {
         this.id = null;
     }
 
-    /** Ends the stroke and keeps its ink. A later move with the button held starts another stroke. */
+    /** Ends the stroke and keeps its ink. A later move with the button still held starts another stroke. */
     private leave(): void {
         this.endHover();
         if (this.isPressed) {
@@ -120,7 +120,7 @@ export class Pointer {
         }
     }
 
-    /** Ends the stroke of a hovering mouse. Its ink stays and fades. */
+    /** Ends the stroke of a hovering mouse. The ink of the stroke stays and fades. */
     private endHover(): void {
         if (this.isHovering) {
             clearTimeout(this.restTimer);
@@ -141,8 +141,8 @@ export class Pointer {
     }
 
     /**
-     * Returns the measured pressure, or the pressure of the settings. A mouse always reports 0.5. A touch screen without
-     * a sensor may report 0 or 1.
+     * Returns the measured pressure, or the pressure of the settings if the device measures none. A mouse always
+     * reports 0.5. A touch screen without a pressure sensor may report 0 or 1.
      */
     private pressureOf(event: PointerEvent): number {
         const measured = event.pointerType === "pen" || (event.pressure > 0 && event.pressure < 1);

@@ -2,14 +2,14 @@
 
 import type { Size } from "./size";
 
-/** Maximum number of pixels. More pixels slow a phone down and show no more detail of the water. */
+/** Maximum number of canvas pixels. More pixels would slow a phone down and show no more detail of the water. */
 const maxPixels = 1080 * 1920;
-/** Minimum side in pixels: four velocity cells of twelve pixels. */
+/** Minimum side of the canvas in pixels: four velocity cells of twelve pixels each. */
 const minSide = 48;
 
 /**
- * Returns the size of the canvas in pixels. `part` is the ratio of rendered pixels to screen pixels along a side.
- * `pixelRatio` is the ratio of screen pixels to CSS pixels.
+ * Returns the size in pixels that the canvas must have. `part` is the ratio of rendered pixels to screen pixels along a
+ * side. `pixelRatio` is the ratio of screen pixels to CSS pixels.
  */
 export function pixelSize(canvas: HTMLElement, part: number, pixelRatio = window.devicePixelRatio || 1): Size {
     const { clientWidth, clientHeight } = canvas;
@@ -23,8 +23,8 @@ export function pixelSize(canvas: HTMLElement, part: number, pixelRatio = window
 }
 
 /**
- * Calls `call` after each change of the device pixel ratio, for example by zoom or on another screen. `signal` ends the
- * calls.
+ * Calls `call` after each change of the device pixel ratio, for example by zoom or a move to another screen. `signal`
+ * ends the calls.
  */
 export function onPixelRatio(call: () => void, signal?: AbortSignal): void {
     const unchanged = matchMedia(`(resolution: ${devicePixelRatio}dppx)`);
@@ -35,7 +35,7 @@ export function onPixelRatio(call: () => void, signal?: AbortSignal): void {
     unchanged.addEventListener("change", changed, signal ? { once: true, signal } : { once: true });
 }
 
-/** Returns the GL context, or null if the browser has no WebGL. The effect needs only a colour buffer. */
+/** Returns the GL context, or null if the browser has no WebGL. The effect needs no buffer except for colour. */
 export function openContext(canvas: HTMLCanvasElement): WebGLRenderingContext | null {
     return canvas.getContext("webgl", {
         alpha: false,

@@ -1,4 +1,4 @@
-// The functions of the application core that page and element share, as typed methods.
+// Typed methods for the functions of the application core that the page and the custom element share.
 
 import type { Size } from "./size";
 
@@ -30,7 +30,7 @@ export interface SessionExports {
     isReplaying(): number;
 }
 
-/** A running effect in a WebAssembly module. Positions are pixels of the screen, y down. */
+/** A running effect in a WebAssembly module. Positions are in canvas pixels, y down. */
 export class Session<Exports extends SessionExports> {
     constructor(protected readonly module: Exports) {}
 
@@ -73,18 +73,18 @@ export class Session<Exports extends SessionExports> {
         return this.module.isAttractModeRunning() !== 0;
     }
 
-    /** Milliseconds until attract mode is due. Undefined if it will not start by itself. */
+    /** Milliseconds until attract mode is due. Undefined if attract mode will not start by itself. */
     get attractModeDelay(): number | undefined {
         const delay = this.module.attractModeDelay(performance.now());
         return delay < 0 ? undefined : delay;
     }
 
-    /** Starts attract mode if it is due and the page is not `busy`. */
+    /** Starts attract mode if it is due. Restarts the wait instead if `busy` is true. */
     startAttractModeIfIdle(busy: boolean): void {
         this.module.startAttractModeIfIdle(performance.now(), busy);
     }
 
-    /** Returns the duration in milliseconds of each frame that is due at `now`. */
+    /** Returns the duration in milliseconds of each frame that is due at `now`, or an empty array. */
     takeDueFrames(now: number): number[] {
         const frames = this.module.takeDueFrames(now);
         return Array<number>(frames).fill(this.module.dueTime());
@@ -100,7 +100,7 @@ export class Session<Exports extends SessionExports> {
         this.module.frame(milliseconds);
     }
 
-    /** True if the next frame would be equal to the last one. */
+    /** True if the next frame would look exactly like the last one. */
     get isIdle(): boolean {
         return this.module.isIdle() !== 0;
     }
@@ -119,7 +119,7 @@ export class Session<Exports extends SessionExports> {
         return this.module.qualityPixels();
     }
 
-    /** Restarts the effect and records from the first frame. */
+    /** Restarts the effect and records touches from the first frame on. */
     startRecording(): void {
         this.module.startRecording();
     }

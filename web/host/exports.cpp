@@ -36,15 +36,15 @@
 EM_JS(void, reportStart, (), { Module.onStart(); });
 /// Tells the page that a replay has ended.
 EM_JS(void, reportReplayEnd, (bool finished), { Module.onReplayEnd(!!finished); });
-/// Passes the gesture script of a recording that has ended to the page.
+/// Passes the gesture script to the page when a recording has ended.
 EM_JS(void, reportRecording, (const char* script), { Module.onRecordingEnd(UTF8ToString(script)); });
 // clang-format on
 
 namespace {
 
-/// Buffer of the returned strings.
+/// Buffer that holds the last returned string.
 std::string result;
-/// Script from readScript.
+/// Script that readScript has parsed.
 hostkit::GestureScript script;
 /// Preset that setPresetMember fills.
 app::Settings preset;
@@ -54,9 +54,9 @@ hostkit::Image painted;
 std::vector<app::FlowLine> lines;
 static_assert(sizeof(app::FlowLine) == 8 * sizeof(float));
 app::EffectProbe probe;
-/// True if the probe observes the next frames.
+/// True if the probe observes the frames that are drawn.
 bool observes = false;
-/// Empty until the ink density is shown for the first time in a GL context.
+/// Overlay for the ink density. Empty until it is first drawn in the current GL context.
 std::optional<app::DensityOverlay> densityOverlay;
 std::vector<std::uint8_t> densityColors;
 
@@ -86,7 +86,7 @@ hostkit::Image imageOf(int width, int height, const std::uint8_t* rgba) {
     return {width, height, {rgba, rgba + bytes}};
 }
 
-/// Writes all settings: numbers and switches in the order of the table, then red, green and blue of the ink.
+/// Writes all settings: numbers and switches in the order of app::forEachField, then red, green and blue of the ink.
 void writeSettings(const app::Settings& settings, double* numbers) {
     app::forEachField([&](const auto& field) {
         *numbers++ = app::shortestNumber(static_cast<float>(settings.*field.member));
@@ -94,7 +94,7 @@ void writeSettings(const app::Settings& settings, double* numbers) {
     std::transform(settings.ink.begin(), settings.ink.end(), numbers, app::shortestNumber);
 }
 
-/// Writes the settings if there are any. Returns true if there are.
+/// Writes the settings and returns true. Writes nothing and returns false if there are none.
 bool writeIfAny(const std::optional<app::Settings>& settings, double* numbers) {
     if (settings) {
         writeSettings(*settings, numbers);
@@ -112,12 +112,12 @@ using web::session;
 
 extern "C" {
 
-/// Sets the settings from the next frame on. The numbers have the order of writeSettings.
+/// Applies settings from the next frame on. The numbers have the order of writeSettings.
 EMSCRIPTEN_KEEPALIVE void setSettings(const double* numbers) {
     web::readSettings(numbers, session.settings);
 }
 
-/// Notes settings that the user has changed, for undoSettings.
+/// Adds settings that the user has changed to the history, so that undoSettings can return to the previous ones.
 EMSCRIPTEN_KEEPALIVE void noteSettings(double now, const double* numbers) {
     app::Settings settings;
     web::readSettings(numbers, settings);
@@ -129,7 +129,7 @@ EMSCRIPTEN_KEEPALIVE bool undoSettings(double* numbers) {
     return writeIfAny(history.undo(), numbers);
 }
 
-/// Redoes the change that was undone last and writes the resulting settings. Returns false if there is none.
+/// Redoes the change that was undone last and writes the resulting settings. Returns false if there is no such change.
 EMSCRIPTEN_KEEPALIVE bool redoSettings(double* numbers) {
     return writeIfAny(history.redo(), numbers);
 }
@@ -138,7 +138,7 @@ EMSCRIPTEN_KEEPALIVE void getSettings(double* numbers) {
     writeSettings(session.settings, numbers);
 }
 
-/// Writes random settings for a seed. Does not change the current settings.
+/// Writes random settings, the same for the same seed. Does not change the current settings.
 EMSCRIPTEN_KEEPALIVE void randomSettings(unsigned seed, double* numbers) {
     writeSettings(app::randomSettings(seed), numbers);
 }
@@ -155,7 +155,7 @@ EMSCRIPTEN_KEEPALIVE void beginPreset() {
 }
 
 /// Sets one member of the preset. `kind` is the kind of the value: 1 a boolean, 2 a number, 3 an array of numbers, 0
-/// anything else. `text` is the value as JSON, for messages. Returns the fault, or an empty string.
+/// anything else. `text` is the value as JSON, for messages. Returns a message about the fault, or an empty string.
 EMSCRIPTEN_KEEPALIVE const char* setPresetMember(const char* name, int kind, const double* numbers,
                                                  int count, const char* text) {
     app::PresetMember member{name, {}, text};
@@ -185,7 +185,7 @@ EMSCRIPTEN_KEEPALIVE const char* presetName(const char* fileStem) {
     return result.c_str();
 }
 
-/// Passes the two backgrounds as RGBA bytes. Both must have the size of the screen.
+/// Passes the two backgrounds to the effect as RGBA bytes. Both must have the size of the canvas in pixels.
 EMSCRIPTEN_KEEPALIVE void setBackgrounds(int width, int height, const std::uint8_t* first,
                                          const std::uint8_t* second) {
     session.setBackgrounds({imageOf(width, height, first), imageOf(width, height, second)});
@@ -215,7 +215,7 @@ EMSCRIPTEN_KEEPALIVE bool isWaterIdle() {
     return session.isWaterIdle();
 }
 
-/// Fixes the quality at a level, where 0 is all detail. A negative level turns adaptive quality on.
+/// Fixes the quality at a level. Level 0 has full detail. A negative level turns adaptive quality on instead.
 EMSCRIPTEN_KEEPALIVE void setQuality(int level) {
     session.quality = level < 0 ? app::searchingQuality() : app::fixedQuality(level);
 }
@@ -228,12 +228,13 @@ EMSCRIPTEN_KEEPALIVE int qualityLevel() {
     return session.quality.level;
 }
 
-/// Returns the water cells between two neighbouring vertices of the drawn mesh.
+/// Returns the number of water cells from one vertex of the drawn mesh to the next.
 EMSCRIPTEN_KEEPALIVE int qualityCells() {
     return app::qualityLevels[session.quality.level].cellsPerVertex;
 }
 
-/// Parses a script for startReplay. Returns its fault, or an empty string. A faulty script changes nothing.
+/// Parses a gesture script for startReplay. Returns an empty string, or a message about the script's fault. A faulty
+/// script does not replace the previous one.
 EMSCRIPTEN_KEEPALIVE const char* readScript(const char* text, const char* name) {
     try {
         script = hostkit::parseGestureScript(text, name);
@@ -254,7 +255,7 @@ EMSCRIPTEN_KEEPALIVE void observe(bool on) {
 }
 
 /// Returns the velocity texture of the last observed frame: RGBA, bottom row first. velocityColumns and velocityRows
-/// return its size, which is 0 without an observed frame.
+/// return its size, which is 0 if no frame was observed.
 EMSCRIPTEN_KEEPALIVE const std::uint8_t* velocityBytes() {
     return probe.velocity().bytes.data();
 }
@@ -267,8 +268,8 @@ EMSCRIPTEN_KEEPALIVE int velocityRows() {
     return probe.velocity().rows;
 }
 
-/// Returns lines along the flow of the last observed frame, eight numbers each in the order of app::FlowLine.
-/// flowLineCount returns the number of lines.
+/// Returns lines that show the flow of the last observed frame. Each line has eight numbers in the order of
+/// app::FlowLine. flowLineCount returns the number of lines.
 EMSCRIPTEN_KEEPALIVE const float* flowLines(float width, float height) {
     const app::VelocityField& field = probe.velocity();
     lines = app::flowLines(field.bytes, field.columns, field.rows, width, height);
@@ -300,7 +301,8 @@ EMSCRIPTEN_KEEPALIVE int densityHeight() {
     return probe.inkTextureSize().height;
 }
 
-/// Returns the water's heights or velocities. waterCellCount returns their number.
+/// Returns the heights of all water cells, or their velocities if `velocities` is true. waterCellCount returns the
+/// number of cells.
 EMSCRIPTEN_KEEPALIVE const float* waterCells(bool velocities) {
     const hostkit::WaterDriver& water = session.water();
     return hostkit::JniEnvironment::elements(velocities ? water.velocity : water.height).data();

@@ -3,8 +3,8 @@
 #include <emscripten/emscripten.h>
 
 // clang-format off
-/// Deletes all objects and resets the counter of names, because Emscripten's tables grow with the highest name. The
-/// contexts share the counter and keep their names.
+/// Deletes all GL objects and resets the counter of names, because Emscripten's tables grow with the highest name. GL
+/// contexts have names from the same counter and keep them, so the counter continues after the contexts.
 EM_JS(void, deleteGlObjects, (), {
     function drop(kind, names) {
         names.filter(object => object && GLctx['is' + kind](object)).forEach(object => GLctx['delete' + kind](object));

@@ -2,9 +2,9 @@
 
 import type { PointerOwner } from "../engine/pointer";
 
-/** Speed of the finger in shorter screen sides per second. */
+/** Speed of the finger: fraction of the shorter canvas side per second. */
 const speed = 0.5;
-/** Maximum time step in seconds. A late frame must not move the finger in a long straight line. */
+/** Maximum time step in seconds, so that the finger does not jump far in a late frame. */
 const maxStep = 0.1;
 
 const directions = new Map<string, readonly [number, number]>([
@@ -16,12 +16,12 @@ const directions = new Map<string, readonly [number, number]>([
 
 export class ArrowKeys {
     private readonly held = new Set<string>();
-    /** Position of the finger in fractions of the canvas. */
+    /** Position of the finger: fractions of the canvas width and height. */
     private x = 0.5;
     private y = 0.5;
     private lastTime = 0;
 
-    /** `isBusy` returns true while a pointer touches the water. */
+    /** `isBusy` returns true while a pointer touches the water. The arrow keys then do nothing. */
     constructor(
         private readonly canvas: HTMLCanvasElement,
         private readonly owner: PointerOwner,

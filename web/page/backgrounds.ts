@@ -1,8 +1,8 @@
-// The two backgrounds: the user's images, or paintings.
+// The two backgrounds. Each is a picture of the user or a painting.
 
 import type { Picture } from "./read_picture";
 
-/** Upright picture of any size, or the name of a painting. */
+/** Picture of any size in upright orientation, or the name of a painting. */
 export type Source = Picture | string;
 
 export interface Backgrounds {
@@ -20,7 +20,7 @@ export function setBoth(backgrounds: Backgrounds, [first, second]: [Source, Sour
     replace(backgrounds, 1, second);
 }
 
-/** Makes the image the first background, and the previous first background the second one. */
+/** Makes the image the first background. The previous first background becomes the second one. */
 export function setFirst(backgrounds: Backgrounds, image: Source): void {
     replace(backgrounds, 1, backgrounds.sources[0]);
     backgrounds.sources[0] = image;

@@ -1,12 +1,12 @@
-// Badges: marks of a video, a recording, a replay or a pause. A tap on a badge, or Esc, ends it.
+// Shows a badge for each running activity: a video, recording, replay or pause. A tap on the badge, or Esc, ends it.
 
 const container = document.getElementById("badges") as HTMLElement;
-/** Functions that end the marked activities, the newest last. */
+/** Functions that end the running activities. The function of the newest activity is the last. */
 const stops: (() => void)[] = [];
 
 /**
- * Shows a badge with a label and, unless `isStill`, the running time. `action` tells what a tap does. Returns a function
- * that removes the badge.
+ * Shows a badge with a label and, unless `isStill`, the running time. A tap calls `stop`. `action` is the text that
+ * describes the tap to the user. Returns a function that removes the badge.
  */
 export function showBadge(label: string, action: string, stop: () => void, isStill = false): () => void {
     const badge = document.createElement("button");
@@ -32,7 +32,7 @@ export function showBadge(label: string, action: string, stop: () => void, isSti
     };
 }
 
-/** Ends the activity that began last. Does nothing if there is none. */
+/** Ends the newest running activity. Does nothing if no activity is running. */
 export function stopNewest(): void {
     stops.at(-1)?.();
 }

@@ -1,4 +1,4 @@
-// Saves screenshots, films and recorded gestures as files.
+// Saves screenshots, videos and recorded gestures as files.
 
 import { commandTexts, sharedTexts } from "../../build/web/settings";
 import { showBadge } from "./badges";
@@ -9,7 +9,7 @@ import { blobOf } from "./paused_frame";
 import type { Player } from "./player";
 import { attempt, showToast } from "./toast";
 
-/** Side of a thumbnail in pixels, the same as that of the built-in presets' thumbnails. */
+/** Side of a thumbnail in pixels. The thumbnails of the built-in presets have the same side. */
 const thumbnailSide = 128;
 
 export class Capture {
@@ -42,7 +42,7 @@ export class Capture {
         }
     }
 
-    /** Saves a screenshot of the size of the device's screen. */
+    /** Saves a screenshot that is scaled and cropped to the size of the device's screen. */
     async wallpaper(): Promise<void> {
         const image = await this.takeScreenshot();
         if (image) {
@@ -50,7 +50,7 @@ export class Capture {
         }
     }
 
-    /** Opens the device's sheet for sharing with a screenshot. */
+    /** Takes a screenshot and opens the device's share sheet for it. */
     async shareScreenshot(): Promise<void> {
         const image = await this.takeScreenshot();
         if (image) {
@@ -62,20 +62,20 @@ export class Capture {
         return this.video !== undefined && canShare(this.video.type);
     }
 
-    /** Opens the device's sheet for sharing with the newest video. */
+    /** Opens the device's share sheet for the newest video. */
     async shareVideo(): Promise<void> {
         if (this.video) {
             await share(this.video, uniqueName("film", suffixOf(this.video)));
         }
     }
 
-    /** Returns a square thumbnail of the frame on the screen as a data URL, or undefined if there is no frame. */
+    /** Resolves to a square thumbnail of the current frame as a data URL, or to undefined if the context is lost. */
     async thumbnail(): Promise<string | undefined> {
         const image = this.player.context.isLost ? null : await this.takeScreenshot();
         return image ? thumbnailOf(await createImageBitmap(image)) : undefined;
     }
 
-    /** Starts a video, or ends it and saves the file. Does nothing while the end is being encoded. */
+    /** Starts a video, or ends it and saves the file. Does nothing while the end of the video is being encoded. */
     async toggleFilm(): Promise<void> {
         if (!this.film) {
             this.startFilm();
@@ -90,7 +90,7 @@ export class Capture {
         } else {
             this.player.gestures.startRecording();
             this.hideRecordingBadge = showBadge("Gesture", "Stop recording", () => this.toggleRecording());
-            showToast("Recording a gesture. The water has started anew");
+            showToast("Recording a gesture. The effect has restarted");
         }
     }
 
@@ -104,7 +104,7 @@ export class Capture {
         }
     }
 
-    /** Returns the frame on the screen as a PNG. */
+    /** Resolves to the current frame as a PNG file. Waits for the next frame unless a pause keeps a copy. */
     private takeScreenshot(): Promise<Blob | null> {
         const { player } = this;
         player.context.need();
@@ -155,7 +155,7 @@ export class Capture {
         player.filming = false;
         player.loop.wake(); // adaptive quality may change the canvas size again
         if (file.size === 0) {
-            throw new Error("The video has no frame and is not saved. Film a little longer");
+            throw new Error("The video has no frame, so it is not saved. Record a longer video");
         }
         this.video = file;
         save(file, uniqueName("film", suffixOf(file)));
@@ -167,7 +167,7 @@ function save(file: Blob, name: string): void {
     showToast(`Saved ${name}`);
 }
 
-/** Returns the suffix of a video's file name. */
+/** Returns the suffix of a video's file name, for example ".mp4". */
 function suffixOf({ type }: Blob): string {
     return `.${type.replace("video/", "")}`;
 }

@@ -2,7 +2,7 @@
 
 import { hasKeys, showToast } from "./toast";
 
-/** Number of fingers that show the controls again by touching the screen at once. */
+/** Number of fingers that must touch the screen together to show the controls again. */
 const fingersToShow = 3;
 
 export class CleanView {

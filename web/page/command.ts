@@ -10,18 +10,18 @@ export interface Command {
     /** Text of the help dialog and of the button's tooltip. */
     description: string;
     run(): void;
-    /** Returns the state of a toggle. Undefined for a command without a state. */
+    /** Returns the state of a toggle. Undefined for a command that is not a toggle. */
     isOn?: (() => boolean) | undefined;
-    /** Returns false while the button is hidden. Undefined for a button that is always shown. */
+    /** Returns false while the button must be hidden. Undefined for a button that is always shown. */
     isShown?: (() => boolean) | undefined;
 }
 
-/** True if the page is in a frame of another page. Tab, wheel and focus then belong to that page. */
+/** True if another page shows this page in an iframe. Tab, mouse wheel and focus then belong to the outer page. */
 export const isFramed = window.parent !== window;
 
 /**
- * Runs commands by their keys. Ignores keys for a dialog or a text field, and shortcuts with Ctrl, Alt or Meta. Listens
- * in the capture phase, so that no element can stop the event first.
+ * Runs a command when its key is pressed. Ignores keys for a dialog or a text field, and shortcuts with Ctrl, Alt or
+ * Meta. Listens in the capture phase, so that no element can stop the event first.
  */
 export function listen(commands: Command[], onInput: () => void): void {
     const handle = (event: KeyboardEvent) => {
@@ -37,7 +37,7 @@ export function listen(commands: Command[], onInput: () => void): void {
     window.addEventListener("keydown", handle, { capture: true });
 }
 
-/** Returns the key in lower case. For a key of a non-Latin layout, returns the key at its place on a US keyboard. */
+/** Returns the key in lower case. For a non-Latin layout, returns the key at the same place on a US keyboard. */
 function latinKey({ key, code }: KeyboardEvent): string {
     const isLatin = /^[\x20-\x7e]/.test(key);
     return isLatin ? key.toLowerCase() : code.replace(/^Key/, "").replace("Period", ".").toLowerCase();
@@ -48,13 +48,13 @@ function isForElement(event: KeyboardEvent, key: string): boolean {
     const matches = (selector: string) => target instanceof HTMLElement && target.matches(selector);
     const isPress = matches("button, input, select, summary") && [" ", "enter"].includes(key);
     const isTyping = matches("textarea, input:not([type=checkbox], [type=color], [type=range])");
-    // Tab opens the panel from the water. Elsewhere it moves the focus.
+    // Tab opens the panel while the water has the focus. Otherwise Tab moves the focus, as in every page.
     const isFocusMove = key === "tab" && (event.shiftKey || isFramed || !isWaterFocused());
     const isText = isTyping && !["escape", "f1"].includes(key);
     return isPress || isText || isFocusMove || document.querySelector("dialog[open]") !== null;
 }
 
-/** True if the focus is on the water, or on the button beside it while the panel is closed. */
+/** Returns true if the focus is on the water, or on the settings button while the panel is closed. */
 function isWaterFocused(): boolean {
     const { activeElement } = document;
     const isWater = activeElement === document.body || activeElement instanceof HTMLCanvasElement;
@@ -83,7 +83,7 @@ export function fillHelp(dialog: HTMLDialogElement, commands: Command[]): void {
     close.type = "button";
     close.addEventListener("click", () => dialog.close());
     const title = document.createElement("header");
-    title.append("Keys", close); // comes first: the focused button keeps the dialog scrolled to its top
+    title.append("Keys", close); // first in the dialog, because the focused button keeps the dialog scrolled to its top
     dialog.replaceChildren(title, table, note);
     dialog.addEventListener("click", (event) => event.target === dialog && dialog.close());
     dialog.addEventListener("keydown", (event) => {

@@ -1,9 +1,9 @@
-// Follows the loss and the return of the canvas's GL context, and tells the user about them.
+// Watches for a loss of the canvas's GL context and for its restoration, and tells the user about both.
 
 import { sharedTexts } from "../../build/web/settings";
 import { showToast } from "./toast";
 
-/** Milliseconds from a loss on request to the request to restore the context. */
+/** Wait in milliseconds before the page restores a context that `lose` has lost. */
 const restoreDelay = 400;
 
 export interface ContextOwner {
@@ -13,7 +13,7 @@ export interface ContextOwner {
 
 export class ContextWatch {
     isLost = false;
-    /** Number of GL contexts since the page was opened. */
+    /** Number of GL contexts since the page was opened: 1, and 1 more for each restoration. */
     count = 1;
 
     constructor(
@@ -31,7 +31,7 @@ export class ContextWatch {
             this.isLost = false;
             ++this.count;
             owner.restored();
-            showToast("Graphics are back. The ink is gone; picture and settings are unchanged");
+            showToast("The graphics are back. The ink is lost; pictures and settings are unchanged");
         });
     }
 
@@ -42,12 +42,12 @@ export class ContextWatch {
         }
     }
 
-    /** Loses the context and restores it soon after. */
+    /** Loses the context on purpose and restores it after `restoreDelay`. */
     lose(): void {
         this.need();
         const extension = this.gl.getExtension("WEBGL_lose_context");
         if (!extension) {
-            showToast("This browser cannot lose the context on request: it lacks WEBGL_lose_context");
+            showToast("This browser cannot lose the context on request: it lacks the extension WEBGL_lose_context");
             return;
         }
         // The context may be restored only after the page has handled its loss.

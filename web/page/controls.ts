@@ -1,4 +1,4 @@
-// Controls of the panel, made of native form elements. Keyboard, touch and screen readers then work by themselves.
+// Controls of the panel. They are native form elements, so keyboard, touch and screen readers need no extra code.
 
 import type { NumberField } from "../../build/web/settings";
 import type { Command } from "./command";
@@ -21,12 +21,12 @@ export function make<Tag extends keyof HTMLElementTagNameMap>(
     return element;
 }
 
-/** Returns a section of the panel that opens and closes at a click on its name. */
+/** Returns a section of the panel. A click on its heading opens or closes it. */
 export function makeSection(name: string, isOpen: boolean, children: HTMLElement[]): HTMLElement {
     return make("details", { open: isOpen }, make("summary", {}, name), ...children);
 }
 
-/** Returns a slider and a field for the exact number, with a common label. `set` gets only numbers within the bounds. */
+/** Returns a slider and a number field that share a label. `set` is called only with numbers from `min` to `max`. */
 export function makeSlider(field: NumberField, get: () => number, set: (value: number) => void): Control {
     const { name, label, hint, min, max } = field;
     const bounds = { min: String(min), max: String(max), step: String(stepOf(field)), ariaDescription: hint };
@@ -62,12 +62,12 @@ export function makeSwitch(label: string, hint: string, get: () => boolean, set:
     return { element, update: () => (box.checked = get()) };
 }
 
-/** Returns a control for a colour, given as red, green and blue from 0 to 1. */
+/** Returns a control for a colour. Its values are red, green and blue from 0 to 1. */
 export function makeColor<Color extends number[]>(label: string, get: () => Color, set: (color: Color) => void): Control {
     const input = make("input", { type: "color" });
     input.addEventListener("input", () => {
         const bytes = [1, 3, 5].map((at) => Number.parseInt(input.value.slice(at, at + 2), 16));
-        set(bytes.map((byte) => Number((byte / 255).toFixed(4))) as Color); // short in links and presets
+        set(bytes.map((byte) => Number((byte / 255).toFixed(4))) as Color); // few digits keep links and presets short
     });
     const element = make("label", { className: "setting" }, label, input);
     return { element, update: () => (input.value = hexOf(get())) };
@@ -77,7 +77,7 @@ export function hexOf(color: number[]): string {
     return `#${color.map((part) => Math.round(255 * part).toString(16).padStart(2, "0")).join("")}`;
 }
 
-/** Returns a row of buttons, one for each command. A toggle's button shows the state of the toggle. */
+/** Returns a row of buttons, one for each command. The button of a toggle shows whether the toggle is on. */
 export function makeButtons(commands: Command[]): Control {
     const buttons = commands.map(({ label, description, keyName, run }) => {
         const button = make("button", { type: "button", title: description }, label);

@@ -1,10 +1,10 @@
-// Scales and crops pictures. The page and its worker for pictures share this file.
+// Scales and crops pictures, both on the page's thread and in picture_worker.ts.
 
 import type { Size } from "../engine/size";
 
 type Context = CanvasRenderingContext2D | OffscreenCanvasRenderingContext2D;
 
-/** Draws an image of the size `of` in the middle of a canvas, scaled and cropped so that it covers the canvas. */
+/** Draws an image centred on a canvas, scaled and cropped to cover the canvas. `of` is the size of the image. */
 export function drawCropped(context: Context, image: CanvasImageSource, of: Size): void {
     const { canvas } = context;
     const scale = Math.max(canvas.width / of.width, canvas.height / of.height);
@@ -12,7 +12,7 @@ export function drawCropped(context: Context, image: CanvasImageSource, of: Size
     context.drawImage(image, (canvas.width - width) / 2, (canvas.height - height) / 2, width, height);
 }
 
-/** Returns the pixels of an image of the size `of`, scaled and cropped to `size`. */
+/** Returns the pixels of an image that is scaled and cropped to `width` and `height`. `of` is the size of the image. */
 export function croppedPixels(image: CanvasImageSource, of: Size, { width, height }: Size): ImageData {
     const canvas = new OffscreenCanvas(width, height);
     const context = canvas.getContext("2d", { willReadFrequently: true }) as OffscreenCanvasRenderingContext2D;

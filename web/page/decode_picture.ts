@@ -1,9 +1,9 @@
-// Decodes pictures. The page and its worker for pictures share this file.
+// Decodes pictures, both on the page's thread and in picture_worker.ts.
 
 import type { Size } from "../engine/size";
 import { croppedPixels } from "./cropping";
 
-/** Maximum shorter side of a picture in pixels. Larger pictures are scaled down, because no screen shows more. */
+/** Maximum length of a picture's shorter side in pixels. Larger pictures are scaled down, which saves memory. */
 const maxShorterSide = 2048;
 
 export interface DecodedPicture {
@@ -12,7 +12,7 @@ export interface DecodedPicture {
     pixels: ImageData;
 }
 
-/** Decodes a picture, rotated by its EXIF orientation, for a screen of the size. Throws if it cannot be decoded. */
+/** Decodes a picture, rotates it by its EXIF orientation and crops it for a screen of this size. Throws on a fault. */
 export async function decodePicture(file: Blob, screen: Size): Promise<DecodedPicture> {
     const image = await scaledDown(await createImageBitmap(file, { imageOrientation: "from-image" }));
     return { image, pixels: croppedPixels(image, image, screen) };

@@ -10,17 +10,17 @@ import type { Size } from "../engine/size";
 
 export type { Size };
 
-/** Level of detail of the drawing. */
+/** Level of detail at which the effect is drawn. */
 export interface Quality {
-    /** Index of the level. Level 0 is all detail; a higher level has less. */
+    /** Index of the quality level. Level 0 has full detail, and each higher level has less. */
     level: number;
-    /** Water cells between two neighbouring vertices of the drawn mesh. */
+    /** Number of water cells from one vertex of the drawn mesh to the next. */
     cells: number;
     /** Ratio of rendered pixels to screen pixels along a side, at most 1. */
     pixels: number;
 }
 
-/** Line of the velocity overlay; coordinates in pixels. */
+/** Line of the velocity overlay. Its coordinates are in pixels. */
 export interface FlowLine {
     x: number;
     y: number;
@@ -40,7 +40,7 @@ export interface VelocityField {
 
 /** Names of the values of app::QualityPhase, in order. */
 const qualityPhases = ["fixed", "searching", "watching"] as const;
-/** Kinds of JSON values. The numbers are those of setPresetMember in host/exports.cpp. */
+/** Kinds of JSON values, with the numbers that setPresetMember in host/exports.cpp expects. */
 const enum ValueKind {
     other,
     flag,
@@ -48,7 +48,7 @@ const enum ValueKind {
     numbers,
 }
 
-/** Functions of host/exports.cpp. Strings and arrays are addresses; returned booleans are 0 or 1. */
+/** Functions of host/exports.cpp. Strings and arrays are passed as addresses. Returned booleans are 0 or 1. */
 interface Exports extends SessionExports {
     malloc(bytes: number): number;
     free(address: number): void;
@@ -89,11 +89,11 @@ interface Exports extends SessionExports {
 }
 
 export class Effect extends Session<Exports> {
-    /** Called when the effect has started, also by a change of the settings. */
+    /** Called after each start of the effect, also if a changed setting restarts it. */
     onStart = () => {};
-    /** Called when a replay has ended. `finished` is false if it was stopped before its end. */
+    /** Called when a replay has ended. `finished` is false if the replay was stopped early. */
     onReplayEnd: (finished: boolean) => void = () => {};
-    /** Called with the gesture script of a recording that has ended. A restart ends a recording. */
+    /** Called with the gesture script when a recording has ended. A restart of the effect also ends a recording. */
     onRecordingEnd: (script: string) => void = () => {};
     /** Names of the backgrounds that the module paints. */
     readonly paintingNames: readonly string[];
@@ -116,8 +116,8 @@ export class Effect extends Session<Exports> {
     }
 
     /**
-     * Loads the module for a GL context. Throws if the browser cannot run it. The library must be the first user of the
-     * context.
+     * Loads the module for a GL context. Throws if the browser cannot run it. No other code may use the context before
+     * the library does.
      */
     static async load(gl: WebGLRenderingContext): Promise<Effect> {
         const module = await loadModule({ wasmBinary: program, printErr: (line: string) => console.error(line) });
@@ -125,7 +125,7 @@ export class Effect extends Session<Exports> {
         return new Effect(module, gl);
     }
 
-    /** Passes the two backgrounds. Both must have the size of the screen. */
+    /** Passes the two backgrounds to the effect. Both must have the size of the canvas in pixels. */
     setBackgrounds(first: ImageData, second: ImageData): void {
         const [firstCopy, secondCopy] = [this.copy(first.data), this.copy(second.data)];
         this.module.setBackgrounds(first.width, first.height, firstCopy, secondCopy);
@@ -133,7 +133,7 @@ export class Effect extends Session<Exports> {
         this.module.free(secondCopy);
     }
 
-    /** Paints a background that fills a screen of the size. */
+    /** Paints the background with this name at this size. */
     paint(name: string, { width, height }: Size): ImageData {
         const start = this.module.paint(this.paintingNames.indexOf(name), width, height);
         return new ImageData(new Uint8ClampedArray(this.runtime.HEAPU8.slice(start, start + 4 * width * height).buffer), width);
@@ -143,29 +143,29 @@ export class Effect extends Session<Exports> {
         this.module.getSettings(this.settingsBuffer);
         return settingsOf(this.numbers);
     }
-    /** Sets the settings from the next frame on. */
+    /** Applies the settings from the next frame on. */
     set settings(settings: Settings) {
         this.numbers.set(numbersOf(settings));
         this.module.setSettings(this.settingsBuffer);
     }
 
-    /** Notes settings that the user has changed, for `undo`. */
+    /** Adds the settings to the history for undo. Call it after each change that the user makes. */
     noteSettings(settings: Settings): void {
         this.numbers.set(numbersOf(settings));
         this.module.noteSettings(performance.now(), this.settingsBuffer);
     }
 
-    /** Returns the settings before the last change, or undefined if there is no change to undo. */
+    /** Undoes the last change and returns the resulting settings, or undefined if there is no change. */
     undo(): Settings | undefined {
         return this.module.undoSettings(this.settingsBuffer) ? settingsOf(this.numbers) : undefined;
     }
 
-    /** Returns the settings after the change that was undone last, or undefined if there is none. */
+    /** Redoes the change that was undone last and returns the resulting settings, or undefined if there is none. */
     redo(): Settings | undefined {
         return this.module.redoSettings(this.settingsBuffer) ? settingsOf(this.numbers) : undefined;
     }
 
-    /** Returns random settings for a seed. Does not change the current settings. */
+    /** Returns random settings, the same for the same seed. Does not change the current settings. */
     randomSettings(seed: number): Settings {
         this.module.randomSettings(seed, this.settingsBuffer);
         return settingsOf(this.numbers);
@@ -178,7 +178,7 @@ export class Effect extends Session<Exports> {
         return [red, green, blue];
     }
 
-    /** Parses a preset. Missing settings have their defaults. Throws an Error with the first fault. */
+    /** Parses a preset in JSON. A missing setting has its default value. Throws an Error with the first fault. */
     readPreset(text: string): Settings {
         const preset = parseObject(text);
         this.module.beginPreset();
@@ -192,7 +192,7 @@ export class Effect extends Session<Exports> {
         return settingsOf(this.numbers);
     }
 
-    /** Returns the name of a preset file: "calm pond" for calm_pond. */
+    /** Returns the preset's name for a file name without suffix, for example "calm pond" for "calm_pond". */
     presetName(fileStem: string): string {
         return this.withText(fileStem, (stem) => this.text(this.module.presetName(stem)));
     }
@@ -205,7 +205,7 @@ export class Effect extends Session<Exports> {
         return this.module.isWaterIdle() !== 0;
     }
 
-    /** Fixes the quality at a level; 0 is all detail. */
+    /** Fixes the quality at a level. Level 0 has full detail. */
     fixQuality(level: number): void {
         this.module.setQuality(level);
     }
@@ -224,19 +224,19 @@ export class Effect extends Session<Exports> {
         return { level: module.qualityLevel(), cells: module.qualityCells(), pixels: module.qualityPixels() };
     }
 
-    /** Parses a script for startReplay. Returns its fault, or "" if it has none. */
+    /** Parses a gesture script for startReplay. Returns a message about its fault, or "" if it has none. */
     readScript(script: string, name: string): string {
         return this.withText(script, (scriptText) =>
             this.withText(name, (nameText) => this.text(this.module.readScript(scriptText, nameText))),
         );
     }
 
-    /** Restarts the effect and replays the script from readScript. */
+    /** Restarts the effect and replays the script that readScript has parsed. */
     startReplay(): void {
         this.module.startReplay();
     }
 
-    /** Turns the observation of frames for the overlays on or off. */
+    /** Turns the observation of frames on or off. The overlays need the data of an observed frame. */
     set observes(on: boolean) {
         this.module.observe(on);
     }
@@ -249,7 +249,7 @@ export class Effect extends Session<Exports> {
         return { columns, rows, bytes: this.runtime.HEAPU8.slice(start, start + 4 * columns * rows) };
     }
 
-    /** Returns lines along the flow of the last observed frame, for a screen of the given size. */
+    /** Returns lines that show the flow of the last observed frame, in pixels of a screen of this size. */
     flowLines(screen: Size): FlowLine[] {
         const start = this.module.flowLines(screen.width, screen.height) / 4;
         const numbers = this.runtime.HEAPF32;
@@ -261,7 +261,7 @@ export class Effect extends Session<Exports> {
         });
     }
 
-    /** Returns the ink density of the last observed frame in false colours, bottom row first. Null if it has no ink. */
+    /** Returns the ink density of the last observed frame in false colours, bottom row first, or null without ink. */
     densityImage(): ImageData | null {
         const { module } = this;
         const start = module.densityImage();
@@ -272,7 +272,7 @@ export class Effect extends Session<Exports> {
         return new ImageData(new Uint8ClampedArray(this.runtime.HEAPU8.slice(start, start + 4 * width * height)), width, height);
     }
 
-    /** Returns the memory of the water's heights, then of its velocities. */
+    /** Returns the bytes of all water heights, followed by the bytes of all water velocities. */
     waterBytes(): Uint8Array {
         const bytes = 4 * this.module.waterCellCount();
         const cells = new Uint8Array(2 * bytes);
@@ -283,7 +283,7 @@ export class Effect extends Session<Exports> {
         return cells;
     }
 
-    /** Length of the module's table of texture names. */
+    /** Length of the module's table of GL texture names. */
     get textureNames(): number {
         return this.runtime.GL.textures.length;
     }
@@ -310,7 +310,7 @@ export class Effect extends Session<Exports> {
         }
     }
 
-    /** View of settingsBuffer. Valid until the module's memory grows. */
+    /** View of settingsBuffer, which is valid only until the module's memory grows. */
     private get numbers(): Float64Array {
         return this.runtime.HEAPF64.subarray(this.settingsBuffer / 8, this.settingsBuffer / 8 + settingCount);
     }
@@ -319,7 +319,7 @@ export class Effect extends Session<Exports> {
         return this.runtime.UTF8ToString(address);
     }
 
-    /** Copies bytes into the module's memory. Returns the address; the caller frees it. */
+    /** Copies bytes into the module's memory. Returns the address, which the caller must free. */
     private copy(bytes: Uint8Array | Uint8ClampedArray): number {
         const address = this.module.malloc(Math.max(bytes.length, 8));
         this.runtime.HEAPU8.set(bytes, address);
@@ -339,7 +339,7 @@ export class Effect extends Session<Exports> {
     }
 }
 
-/** Returns the module's exports under the names that they have in C++. */
+/** Returns the module's exports under their C++ names, without the underscore that Emscripten adds. */
 function exportsOf(runtime: EffectModule): Exports {
     const exported = Object.entries(runtime).filter(([name]) => name.startsWith("_"));
     return Object.fromEntries(exported.map(([name, call]) => [name.slice(1), call])) as unknown as Exports;

@@ -1,4 +1,4 @@
-// Imports the user's files: presets and gestures by their name, every other file as an image.
+// Imports the user's files: .json as a preset, .gesture as a gesture, every other file as a picture or video.
 
 import type { Settings } from "../../build/web/settings";
 import { setFirst, setSecond } from "./backgrounds";
@@ -9,14 +9,14 @@ import { presetName } from "./presets";
 import { readPicture, type Picture } from "./read_picture";
 import { attempt, showToast } from "./toast";
 
-/** Maximum size of a preset or gesture in bytes. Protects against a film that was dropped by mistake. */
+/** Maximum size of a preset or gesture file in bytes. A larger file is refused without reading it. */
 const maxTextBytes = 4 << 20;
 
 /** Matches a script line that is not a comment. */
 const scriptLine = /^\s*[^#\s]/m;
 
 export class FileImporter {
-    /** Import of the newest file. Each import waits for the previous one, so the order of the files is kept. */
+    /** Import of the newest file. Each import waits for the previous one, so files are imported in order. */
     private latest: Promise<boolean> = Promise.resolve(true);
 
     constructor(
@@ -35,7 +35,7 @@ export class FileImporter {
         return this.latest;
     }
 
-    /** Makes the camera image the background. */
+    /** Makes the live image of the camera the background. */
     async takeCamera(): Promise<void> {
         this.show(await openCamera(), "first");
         showToast("The camera is the background now");
@@ -80,7 +80,7 @@ export class FileImporter {
     private async importGesture(file: File): Promise<void> {
         const script = await readText(file);
         if (!scriptLine.test(script) || script.includes("\0")) {
-            throw new Error(`${file.name} is not a gesture script`);
+            throw new Error(`${file.name} is not a gesture script: it has no action, or it is not a text file`);
         }
         this.player.gestures.replay(script, file.name);
     }

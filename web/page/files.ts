@@ -1,4 +1,4 @@
-// Downloads, file choosers, and files that are dropped or pasted.
+// Saves, shares and chooses files, and receives files that the user drops or pastes.
 
 import { showToast } from "./toast";
 
@@ -12,25 +12,25 @@ export function download(content: Blob | string, name: string): void {
     setTimeout(() => URL.revokeObjectURL(link.href), 60000);
 }
 
-/** Returns true if the device has a sheet for sharing that takes files of the type, for example "image/png". */
+/** Returns true if the device can share files of this type, for example "image/png". */
 export function canShare(type: string): boolean {
     const name = `a.${type.replace(/.*\//, "")}`;
     return navigator.canShare?.({ files: [new File([""], name, { type })] }) ?? false;
 }
 
-/** Opens the device's sheet for sharing with a file. */
+/** Opens the device's share sheet for a file. Does nothing more if the user closes the sheet. */
 export async function share(content: Blob, name: string): Promise<void> {
     const file = new File([content], name, { type: content.type });
     await navigator.share({ files: [file] }).catch((error: unknown) => {
         if ((error as Error).name !== "AbortError") {
-            throw new Error(`${name} could not be shared. Save it instead`); // otherwise the user has closed the sheet
+            throw new Error(`${name} could not be shared. Save it instead`); // an AbortError: the user closed the sheet
         }
     });
 }
 
 const usedNames = new Set<string>();
 
-/** Returns a file name with the date and time. Each call returns a different name. */
+/** Returns a file name with date and time. Each call returns a different name. */
 export function uniqueName(kind: string, suffix: string): string {
     const now = new Date();
     const twoDigits = (value: number) => String(value).padStart(2, "0");
@@ -45,7 +45,7 @@ export function uniqueName(kind: string, suffix: string): string {
     return unique + suffix;
 }
 
-/** Opens a file chooser and calls `take` with the chosen file. `accept` is the attribute of a file input. */
+/** Opens a file chooser and calls `take` with the chosen file. `accept` lists the types, as in `<input accept>`. */
 export function choose(accept: string, take: (file: File) => void): void {
     const input = document.createElement("input");
     input.type = "file";
@@ -59,7 +59,7 @@ export function choose(accept: string, take: (file: File) => void): void {
     input.click();
 }
 
-/** Calls `take` with every file dropped on the page or pasted into it. */
+/** Calls `take` with every file that the user drops on the page or pastes into it. */
 export function receiveFiles(take: (file: File) => void): void {
     const takeAll = (data: DataTransfer | null) => [...(data?.files ?? [])].forEach(take);
     window.addEventListener("dragover", (event) => event.preventDefault());
@@ -67,7 +67,7 @@ export function receiveFiles(take: (file: File) => void): void {
         event.preventDefault();
         takeAll(event.dataTransfer);
         if (event.dataTransfer?.files.length === 0) {
-            showToast("Nothing to open here. Save it as a file, then drop the file");
+            showToast("Nothing to open here: only files can be dropped. Save the item as a file first");
         }
     });
     window.addEventListener("paste", (event) => takeAll(event.clipboardData));

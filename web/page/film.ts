@@ -1,13 +1,13 @@
-// Films the water as a video. The video keeps its size if the page changes its size.
+// Records the water as a video. The video keeps its size if the canvas is resized.
 
 import { drawCropped } from "./cropping";
 import { withDuration } from "./webm_duration";
 
 const types = ["video/mp4;codecs=avc1", "video/webm;codecs=vp9", "video/webm"];
 const bitsPerSecond = 12e6;
-/** Milliseconds that the encoder gets for the last frame. */
+/** Wait in milliseconds after each repetition of the last frame, so that the encoder can write it. */
 const lastFrameDelay = 100;
-/** Maximum number of times that the last frame is given to an encoder that has written nothing yet. */
+/** Maximum number of repetitions of the last frame while the encoder has written no data. */
 const maxLastFrames = 30;
 
 export class Film {
@@ -21,11 +21,11 @@ export class Film {
     private readonly firstFrame: Promise<void>;
     private noteFrame = () => {};
 
-    /** Starts a video with the size of `source`. Throws an Error with a message for the user. */
+    /** Starts a video with the size of `source`. Throws an Error with a message for the user if that is impossible. */
     constructor(private readonly source: HTMLCanvasElement) {
         const type = window.MediaRecorder && types.find((each) => MediaRecorder.isTypeSupported(each));
         if (!type) {
-            throw new Error("This browser cannot record videos: it lacks MediaRecorder or a video format");
+            throw new Error("This browser cannot record videos: it lacks MediaRecorder or a video format. Try another browser");
         }
         this.type = type.replace(/;.*/, "");
         const canvas = document.createElement("canvas");
@@ -51,13 +51,13 @@ export class Film {
         this.noteFrame();
     }
 
-    /** Ends the video after its first frame at the earliest. Resolves to the file, which is empty without a frame. */
+    /** Waits for the first frame and ends the video. Resolves to the file, which is empty if the encoder wrote none. */
     async finish(): Promise<Blob> {
         this.isFinishing = true;
         await this.firstFrame;
         const { recorder } = this;
         for (let count = 0; count === 0 || (this.isEmpty && count < maxLastFrames); ++count) {
-            this.add(this.context.canvas); // the last frame lasts until the end
+            this.add(this.context.canvas); // makes the last frame last until the end
             await new Promise((resolve) => setTimeout(resolve, lastFrameDelay));
             recorder.requestData();
         }
@@ -72,7 +72,7 @@ export class Film {
     }
 }
 
-/** Returns the number without its last bit. Encoders need even sides. */
+/** Rounds a side down to an even number of pixels, because encoders need even sides. */
 function even(side: number): number {
     return side - (side % 2);
 }

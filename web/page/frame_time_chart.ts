@@ -3,7 +3,7 @@
 import type { Quality } from "./effect";
 import type { Player } from "./player";
 
-/** Height of the chart in milliseconds. */
+/** Frame duration in milliseconds at which a bar has the full height of the chart. */
 const fullScale = 34;
 
 export class FrameTimeChart {
@@ -33,7 +33,7 @@ export class FrameTimeChart {
         this.drawBars();
     }
 
-    /** Draws one bar a frame, and a line at a 60th of a second. */
+    /** Draws one bar for each frame, and a horizontal line that marks 1/60 s. */
     private drawBars(): void {
         const context = this.canvas.getContext("2d") as CanvasRenderingContext2D;
         const { width, height } = this.canvas;
@@ -55,7 +55,7 @@ export class FrameTimeChart {
     }
 }
 
-/** Returns the reductions of detail as text, or "" if there are none. */
+/** Returns a text about reduced detail, for example "mesh at 50 %", or "" at full detail. */
 export function qualityLabel({ cells, pixels }: Quality): string {
     const reductions = [
         cells > 1 && `mesh at ${Math.round(100 / cells)} %`,

@@ -1,9 +1,9 @@
 // Durations of the newest frames.
 
 export interface FrameTime {
-    /** Milliseconds since the previous frame. Undefined for the first frame after an idle time. */
+    /** Milliseconds since the previous frame. Undefined for the first frame after the page was idle. */
     between: number | undefined;
-    /** Milliseconds that the effect's script took. */
+    /** Milliseconds that the page's thread spent on drawing the frame. */
     effect: number;
 }
 
@@ -13,7 +13,7 @@ export class FrameTimes {
     readonly newest: FrameTime[] = [];
     private last: number | undefined;
 
-    /** Adds a frame that began at `now`. */
+    /** Adds a frame that began at `now`, in milliseconds. `effect` is the field of FrameTime. */
     note(now: number, effect: number): void {
         this.newest.push({ between: this.last === undefined ? undefined : now - this.last, effect });
         this.last = now;
@@ -22,7 +22,7 @@ export class FrameTimes {
         }
     }
 
-    /** Ignores the time between the last frame and the next one. */
+    /** Leaves out the time between the last frame and the next one, in which the page is idle. */
     skip(): void {
         this.last = undefined;
     }

@@ -6,7 +6,7 @@ import type { Pause } from "./pause";
 import { showToast } from "./toast";
 
 export interface GestureOwner {
-    /** Prepares the effect for the restart with which a gesture begins. Throws an Error if that is impossible. */
+    /** Prepares the effect for the restart that begins a recording or replay. Throws if the GL context is lost. */
     prepareGesture(): void;
     noteInput(): void;
 }
@@ -34,8 +34,8 @@ export class Gestures {
     }
 
     /**
-     * Restarts the effect, ends a pause and replays a gesture script. Stops another replay. Throws an Error with the fault
-     * of the script, if it has one.
+     * Restarts the effect and replays a gesture script. Ends a pause, and stops a running replay. Throws an Error that
+     * describes the fault if the script is invalid.
      */
     replay(script: string, name: string): void {
         const fault = this.effect.readScript(script, name);
@@ -51,7 +51,7 @@ export class Gestures {
 
     stopReplay(): void {
         this.effect.stopReplay();
-        this.owner.noteInput(); // draws the frame that lifts the finger of the gesture
+        this.owner.noteInput(); // requests the frame that lifts the finger of the gesture
     }
 
     private start(restart: () => void): void {

@@ -1,10 +1,10 @@
-// Stores settings in the fragment of a link, for example #look&damping=0.91&ink=1,0.35,0.35.
+// Writes settings into the fragment of a link, for example #look&damping=0.91&ink=1,0.35,0.35, and reads them back.
 
 import { defaultSettings, settingFields, type Settings } from "../../build/web/settings";
 
 const names: readonly string[] = [...settingFields.map((field) => field.name), "ink"];
 
-/** Returns the page's URL with a fragment that has the settings which differ from the default ones. */
+/** Returns the page's URL with a fragment that lists the settings that differ from their defaults. */
 export function linkOf(settings: Settings, page: string): string {
     const texts = Object.entries(settings).map(([name, value]) => `&${name}=${String(value)}`);
     const defaults = new Set(Object.entries(defaultSettings).map(([name, value]) => `&${name}=${String(value)}`));
@@ -12,8 +12,9 @@ export function linkOf(settings: Settings, page: string): string {
 }
 
 /**
- * Returns the text of the preset in a fragment, or undefined if there is none. Ignores parts that are no settings, such
- * as those that other sites add to links. Also reads links of earlier versions, in which `look` is a whole preset.
+ * Returns the preset in a fragment as JSON text, or undefined if there is none. Ignores parts that are not settings,
+ * such as parameters that other sites add to links. Also reads links of earlier versions, where `look=` holds a whole
+ * preset.
  */
 export function presetInLink(fragment: string): string | undefined {
     const parts = fragment.slice(1).split("&");
@@ -30,7 +31,7 @@ function presetOf(parts: string[]): Record<string, unknown> {
     return Object.fromEntries(known.map(([name = "", text = ""]) => [name, valueOf(text)])) as Record<string, unknown>;
 }
 
-/** Returns a list of numbers, a boolean or a number. Leaves any other text as it is; it is an invalid value. */
+/** Converts a text to a list of numbers, a boolean or a number. Returns any other text unchanged; it is invalid. */
 function valueOf(text: string): unknown {
     if (text.includes(",")) {
         return text.split(",").map(valueOf);
@@ -39,7 +40,7 @@ function valueOf(text: string): unknown {
     return isNumber ? Number(text) : text === "true" || (text === "false" ? false : text);
 }
 
-/** Decodes percent signs. Leaves a damaged text as it is. */
+/** Decodes percent-encoded characters. Returns the text unchanged if its encoding is invalid. */
 function decode(text: string): string {
     try {
         return decodeURIComponent(text);

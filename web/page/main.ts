@@ -85,12 +85,12 @@ function connectControls(
     return importer;
 }
 
-/** Shows a focus ring on the canvas if Tab has moved the focus there, and keeps it when the window gets the focus again. */
+/** Shows a focus ring on the canvas if Tab has moved the focus there. Keeps it when the window regains the focus. */
 function showFocus(canvas: HTMLCanvasElement): void {
     let [isByTab, isWindowChange] = [false, false];
     window.addEventListener("keydown", (event) => (isByTab = event.key === "Tab"), { capture: true });
     window.addEventListener("pointerdown", () => (isByTab = false), { capture: true });
-    // If the window loses the focus, the canvas stays the active element of the page.
+    // The canvas stays the page's active element if the whole window loses the focus. The ring must then not change.
     canvas.addEventListener("blur", () => (isWindowChange = document.activeElement === canvas));
     canvas.addEventListener("focus", () => {
         if (!isWindowChange) {

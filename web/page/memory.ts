@@ -9,13 +9,13 @@ import { StillPicture } from "./still_picture";
 import { deleteBackgrounds, storeBackgrounds, type StoredBackground } from "./stored_backgrounds";
 import { showToast } from "./toast";
 
-/** Entry of localStorage with the settings and the name of their preset. */
+/** Name of the localStorage entry that holds the settings and the name of their preset. */
 const lookEntry = "velmora look";
-/** Maximum number of milliseconds for which the first frame waits for the remembered backgrounds. */
+/** Maximum time in milliseconds that the first frame waits for the remembered backgrounds. */
 const maxWait = 1000;
 
 export class Memory {
-    /** Backgrounds in the database. Undefined until they are read. */
+    /** Backgrounds that the database holds. Undefined until they are read. */
     private stored: readonly StoredBackground[] | undefined;
     /** Newest write to the database. Each write waits for the previous one. */
     private latest: Promise<void> = Promise.resolve();
@@ -47,7 +47,7 @@ export class Memory {
             return;
         }
         this.stored = backgrounds;
-        // If a picture is too large for the storage, forget the older one.
+        // If a picture is too large for the storage, delete the older backgrounds, which the user has replaced.
         this.write(() => storeBackgrounds(backgrounds).catch(deleteBackgrounds));
     }
 
@@ -66,7 +66,7 @@ export class Memory {
         }
     }
 
-    /** Shows the remembered backgrounds. Waits for them a limited time; later ones are shown when they arrive. */
+    /** Shows the remembered backgrounds. Resolves after `maxWait` at the latest, and shows slower backgrounds later. */
     async recallBackgrounds(): Promise<void> {
         await Promise.race([this.showStored(), new Promise((resolve) => setTimeout(resolve, maxWait))]);
     }
@@ -77,7 +77,7 @@ export class Memory {
         this.player.showBackgrounds(defaultSources(this.player.effect.paintingNames));
         this.forgetSettings();
         this.write(deleteBackgrounds);
-        showToast("Default settings and picture. Your presets are kept");
+        showToast("Restored the default settings and pictures. Your presets are kept");
     }
 
     private forgetSettings(): void {
@@ -108,7 +108,7 @@ export class Memory {
         this.player.showBackgrounds(sources as [Source, Source]);
     }
 
-    /** Returns the background of a stored value. Rejects if this version of the page cannot show it. */
+    /** Resolves to the background for a stored value. Rejects if this version of the page cannot show it. */
     private async sourceOf(stored: unknown): Promise<Source> {
         if (stored instanceof Blob) {
             return readPicture(stored, "The remembered picture", this.player.stage.wantedSize);
@@ -117,7 +117,7 @@ export class Memory {
         return painting ?? Promise.reject(new Error("unknown painting"));
     }
 
-    /** Returns the values to store for backgrounds: the default painting instead of a video or the camera. */
+    /** Returns the values to store for backgrounds. The default painting replaces a moving picture. */
     private storable(sources: readonly Source[]): StoredBackground[] {
         return sources.map((source, at) => {
             const painting = typeof source === "string" ? source : (this.player.effect.paintingNames[at] as string);
@@ -126,7 +126,7 @@ export class Memory {
     }
 
     private write(change: () => Promise<void>): void {
-        this.latest = this.latest.then(change).catch(() => {}); // no database
+        this.latest = this.latest.then(change).catch(() => {}); // the browser allows no database
     }
 }
 

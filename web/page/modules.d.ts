@@ -1,4 +1,4 @@
-// Types of the files that the bundler adds to the scripts.
+// Types of the modules that the bundler includes in the scripts.
 
 declare module "*/velmora-web.js" {
     export default function loadModule(options: object): Promise<EffectModule>;
@@ -8,7 +8,7 @@ declare module "*.wasm" {
     export default bytes;
 }
 
-/** The WebAssembly module with its runtime. Its exports are functions of this object, each with an underscore before its name. */
+/** The WebAssembly module with its runtime. Each export is a member with an underscore before its name. */
 interface EffectModule {
     HEAPU8: Uint8Array;
     HEAPF32: Float32Array;

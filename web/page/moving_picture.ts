@@ -1,11 +1,11 @@
-// Videos, animated images and the camera as a background. They call back for each new frame.
+// Moving backgrounds: videos, animated images and the camera. Each calls onFrame when it has a new frame.
 
 import type { Size } from "../engine/size";
 import { croppedPixels } from "./cropping";
 
 /** Types of images that may be animated. */
 const animatedTypes = /^image\/(gif|webp|avif|apng|png)$/;
-/** Duration in milliseconds of an image's frame that gives none, as in browsers. */
+/** Duration in milliseconds of an animation frame that states none. Browsers use the same value. */
 const defaultDuration = 100;
 
 export abstract class MovingPicture {
@@ -17,13 +17,13 @@ export abstract class MovingPicture {
     abstract get height(): number;
     abstract close(): void;
 
-    /** Returns the pixels of the frame, scaled and cropped to `size`. */
+    /** Returns the pixels of the current frame, scaled and cropped to `size`. */
     pixels(size: Size): ImageData {
         return croppedPixels(this.frame, this, size);
     }
 }
 
-/** Opens a video or an animated image. Resolves to undefined if the file is neither of them or cannot be decoded. */
+/** Opens a video or an animated image. Resolves to undefined if the file is neither, or cannot be decoded. */
 export async function openMovingPicture(file: Blob): Promise<MovingPicture | undefined> {
     if (file.type.startsWith("video/")) {
         return openVideo(file);
@@ -32,7 +32,7 @@ export async function openMovingPicture(file: Blob): Promise<MovingPicture | und
 }
 
 class Video extends MovingPicture {
-    /** `release` frees the source of the video. */
+    /** `release` frees the video's file or stops its camera. */
     constructor(
         readonly frame: HTMLVideoElement,
         private readonly release: () => void,
@@ -60,7 +60,7 @@ class Video extends MovingPicture {
     }
 }
 
-/** Opens the camera at the back of the device, or any other. Throws an Error with a message for the user. */
+/** Opens the rear camera, or another camera if there is none. Throws an Error with a message for the user. */
 export async function openCamera(): Promise<MovingPicture> {
     const stream = await navigator.mediaDevices.getUserMedia({ video: { facingMode: "environment" } }).catch(() => {
         throw new Error("The camera is missing or not allowed. Connect a camera, and allow this page to use it");
@@ -137,7 +137,7 @@ class Animation extends MovingPicture {
         const decoded = await this.decoder.decode({ frameIndex: this.index }).catch(() => undefined);
         if (!decoded || this.isClosed) {
             decoded?.image.close();
-            return; // closed meanwhile, or a damaged frame at which the picture stops
+            return; // the picture was closed, or it stops at a damaged frame
         }
         this.current.close();
         this.current = decoded.image;

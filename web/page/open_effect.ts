@@ -1,4 +1,4 @@
-// Opens the effect, or shows why the browser cannot run it.
+// Opens the effect, or shows the reason why the browser cannot run it.
 
 import { Effect } from "./effect";
 import { openContext } from "../engine/screen";

@@ -1,4 +1,4 @@
-// Overlays over the effect: the velocity field as lines, the ink density in false colours.
+// Draws the overlays over the effect: the velocity field as lines, the ink density in false colours.
 
 import { flowLineStyle } from "../../build/web/settings";
 import type { Effect, FlowLine } from "./effect";
@@ -14,12 +14,12 @@ export class Overlays {
         private readonly canvas: HTMLCanvasElement,
     ) {}
 
-    /** True if the last frame has the data of the overlays. */
+    /** True if the last frame has the data that the shown overlays need. */
     get isCurrent(): boolean {
         return this.hasFrame || !this.isShown;
     }
 
-    /** Draws a frame of the effect. Observes it if an overlay is shown. */
+    /** Draws a frame of the effect. Observes the frame if an overlay is shown. */
     drawFrame(elapsed: number): void {
         this.hasFrame = this.effect.observes = this.isShown;
         this.effect.frame(elapsed);
@@ -49,7 +49,7 @@ export class Overlays {
     }
 }
 
-/** Draws an image whose first row is the bottom row over the whole canvas. */
+/** Draws an image over the whole canvas. The first row of the image is the bottom row. */
 function drawDensity(context: CanvasRenderingContext2D, image: ImageData | null): void {
     if (!image) {
         return;

@@ -28,7 +28,7 @@ export interface CommandContext {
 
 export interface PageCommands {
     all: Command[];
-    /** Commands with a button, by section of the panel. The sections have the order of the panel. */
+    /** Commands that have a button, grouped by the heading of their section. The sections are in panel order. */
     sections: Record<string, Command[]>;
 }
 
@@ -65,7 +65,7 @@ export function makePageCommands(context: CommandContext): PageCommands {
     const startFresh = command("", commandTexts.startFresh, () => memory.startFresh());
     const help = command("f1", commandTexts.help, () => context.help());
     const panel = command("tab", commandTexts.panel, () => context.togglePanel(), "Tab");
-    const closeTexts = { label: "Close or stop", description: "Close the settings, or stop what is running" };
+    const closeTexts = { label: "Close or stop", description: "Close the settings, or stop the newest activity" };
     const close = command("escape", closeTexts, () => context.escape(), "Esc");
     const sections = {
         [sharedTexts.presetSection]: presetCommands(context),

@@ -2,14 +2,14 @@
 
 import type { Effect, Size } from "./effect";
 
-/** Paints the backgrounds, and keeps the images of the current screen size, because the effect restarts often. */
+/** Paints backgrounds. Keeps the images of the newest size, because the effect often restarts at the same size. */
 export class Paintings {
     private size: Size = { width: 0, height: 0 };
     private images = new Map<string, ImageData>();
 
     constructor(private readonly effect: Effect) {}
 
-    /** Returns a painting that fills a screen of the size. */
+    /** Returns the image of the named painting at this size. */
     at(name: string, size: Size): ImageData {
         if (size.width !== this.size.width || size.height !== this.size.height) {
             this.images.clear();
@@ -20,7 +20,7 @@ export class Paintings {
         return image;
     }
 
-    /** Drops the images of all paintings except these. */
+    /** Drops the kept images of all paintings that are not in `names`. */
     keepOnly(names: readonly unknown[]): void {
         for (const name of this.images.keys()) {
             if (!names.includes(name)) {

@@ -1,4 +1,4 @@
-// The settings panel: a control for every setting, and a button for every command.
+// The settings panel, with a control for every setting and buttons for the commands.
 
 import { inkPalette, settingFields, sharedTexts } from "../../build/web/settings";
 import type { Command } from "./command";
@@ -21,7 +21,7 @@ export class Panel {
         private readonly button: HTMLButtonElement,
         private readonly player: Player,
         private readonly presets: PresetChooser,
-        /** Commands by the section of the panel that has their buttons, in the order of the sections. */
+        /** Commands that have a button, grouped by the heading of their section. The sections are in panel order. */
         commands: Record<string, Command[]>,
     ) {
         this.chart = new FrameTimeChart(player);
@@ -36,7 +36,7 @@ export class Panel {
         container.append(this.makeHeader(), make("div", { className: "sections" }, ...sections));
         button.addEventListener("click", () => this.toggle());
         setInterval(() => this.isOpen && this.chart.update(), 500);
-        // Polls the states, because a recording, for example, may end without a click.
+        // Polls the states of the buttons, because a recording, for example, may end without a click.
         setInterval(() => this.isOpen && this.updateButtons(), 100);
     }
 
@@ -80,7 +80,7 @@ export class Panel {
 
     /** Returns the controls above the buttons of a section. */
     private controlsOf(section: string): Control[] {
-        // The second background is a command of the pictures.
+        // The setting `secondBackground` already has a button, because it is also a command.
         const fields = settingFields.filter(({ name, group }) => group === section && name !== "secondBackground");
         const settings = fields.map((field) => this.makeSetting(field));
         switch (section) {
@@ -115,7 +115,7 @@ export class Panel {
         return makeSlider(field, () => settings[name], set);
     }
 
-    /** Returns a colour field, and the inks of the palette. */
+    /** Returns a colour field, and a row of buttons for the inks of the palette. */
     private makeInk(): Control[] {
         const { settings } = this.player;
         const choose = (ink: typeof settings.ink) => {

@@ -1,4 +1,4 @@
-// The pause: its state, its single steps, and the frame that it shows.
+// Pauses the effect, draws single steps during a pause, and keeps the frame that the pause shows.
 
 import { sharedTexts } from "../../build/web/settings";
 import { showBadge } from "./badges";
@@ -38,10 +38,10 @@ export class Pause {
     }
 
     /**
-     * Returns the duration of the frame that the pause must draw, or nothing if the screen is up to date: a whole frame
-     * for a step, 0 to show a change. `changed` tells whether settings or overlays have changed. The water does not move
-     * in 0 ms. Ink does move by one frame, because the library moves ink whenever it draws. During a recording or replay
-     * every frame is a step, because gestures count frames.
+     * Returns the duration in milliseconds of the frame that the pause must draw: a whole frame for a step, 0 to show a
+     * change. Returns an empty array if no frame is needed. `changed` is true if settings or overlays have changed. The
+     * water does not move in 0 ms. The ink still moves by one frame, because the library moves it in every drawn frame.
+     * During a recording or replay every frame is a step, because gestures count frames.
      */
     dueFrames(changed: boolean): number[] {
         const { effect } = this;

@@ -1,19 +1,19 @@
-// Copy of the frame that a pause shows. The canvas loses its image after the browser has shown it.
+// Copy of the frame that a pause shows. It is needed because a WebGL canvas loses its image after the browser shows it.
 
 export class PausedFrame {
     private copy: HTMLCanvasElement | null = null;
 
-    /** The copy, or null if the screen is not up to date. */
+    /** The copy, or null if the pause must draw a frame first. */
     get image(): HTMLCanvasElement | null {
         return this.copy;
     }
 
-    /** True if the screen is up to date. Otherwise the pause must draw a frame. */
+    /** True if the copy shows the current state. Otherwise the pause must draw a frame. */
     get isCurrent(): boolean {
         return this.copy !== null;
     }
 
-    /** Copies the canvas. Must be called directly after a frame, while the canvas has an image. */
+    /** Copies the canvas. Must be called directly after a frame, while the canvas still has its image. */
     take(canvas: HTMLCanvasElement): void {
         this.copy = document.createElement("canvas");
         this.copy.width = canvas.width;

@@ -1,4 +1,4 @@
-// Thumbnails of the user's pictures and of the paintings. A click shows one of them as the background.
+// Shows thumbnails of the user's pictures and of the paintings. A click on a thumbnail makes its image the background.
 
 import type { Source } from "./backgrounds";
 import { make } from "./controls";
@@ -7,10 +7,10 @@ import type { Player } from "./player";
 import type { PresetChooser } from "./preset_chooser";
 import type { Picture } from "./read_picture";
 
-/** Side of a thumbnail in pixels, twice the side on the page. */
+/** Side of a thumbnail in pixels. It is about twice the CSS side, so that thumbnails are sharp on dense displays. */
 const side = 128;
 
-/** Group of buttons. It paints the thumbnails of the paintings when it becomes visible for the first time. */
+/** Group of buttons. Paints the thumbnails of the paintings when the group becomes visible for the first time. */
 export class PictureChooser {
     readonly element = make("div", { className: "tiles", role: "group", ariaLabel: "Pictures" });
     private readonly paintings: HTMLButtonElement[];
@@ -35,7 +35,7 @@ export class PictureChooser {
         }).observe(this.element);
     }
 
-    /** Shows the user's pictures, and marks the background. */
+    /** Lists the user's pictures, and marks the button of the background on screen. */
     update(): void {
         const { settings, stage } = this.player;
         const { sources } = stage.backgrounds;
@@ -82,7 +82,7 @@ function mark(button: HTMLButtonElement, isShown: boolean): void {
     button.ariaPressed = String(isShown);
 }
 
-/** Draws the middle of an image on the button. */
+/** Draws the middle square of an image as the button's thumbnail. */
 function drawThumbnail(button: HTMLButtonElement, pixels: ImageData): void {
     const image = new OffscreenCanvas(pixels.width, pixels.height);
     image.getContext("2d")?.putImageData(pixels, 0, 0);

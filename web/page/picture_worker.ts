@@ -1,4 +1,4 @@
-// Worker that decodes a picture, because a large photograph would block the page.
+// Worker that decodes a picture. On the page's thread, decoding a large photograph would freeze the page.
 
 import { decodePicture } from "./decode_picture";
 

@@ -1,4 +1,4 @@
-// Runs the effect on the page's canvas: connects size, time, touches, pause, gestures and overlays to its frames.
+// Runs the effect on the page's canvas. Connects its frames to canvas size, time, touches, pauses and overlays.
 
 import { defaultSettings, type Settings } from "../../build/web/settings";
 import { ArrowKeys } from "./arrow_keys";
@@ -27,15 +27,15 @@ export class Player {
     readonly context: ContextWatch;
     readonly stage: Stage;
     readonly loop: FrameLoop;
-    /** Number of frames of the effect since the page was opened. */
+    /** Number of frames that the effect has drawn since the page was opened. */
     frames = 0;
-    /** True during a film. The canvas then keeps its size. */
+    /** True while a video is being recorded. Adaptive quality then does not resize the canvas. */
     filming = false;
-    /** Functions to call after each frame with its duration in milliseconds, while the canvas still has its image. */
+    /** Functions called after each frame, while the canvas still has its image. `elapsed` is in milliseconds. */
     readonly afterFrame = new Set<(elapsed: number) => void>();
     /** Called when the backgrounds have changed. */
     onBackgrounds = () => {};
-    /** Called when a script has changed the settings. */
+    /** Called when a gesture script may have changed the settings. */
     onSettings = () => {};
 
     private readonly sync: SettingsSync;
@@ -93,7 +93,7 @@ export class Player {
         return this.pause.isOn ? this.pause.isIdle : this.effect.isIdle;
     }
 
-    /** Starts the effect at the wanted canvas size without ink. Keeps the waves. */
+    /** Starts the effect at the wanted canvas size. Keeps the waves and drops the ink. */
     restart(): void {
         this.pushSettings();
         this.stage.restart();
@@ -119,7 +119,7 @@ export class Player {
         this.loop.wake();
     }
 
-    /** Shows changed backgrounds. */
+    /** Shows the changed backgrounds, also during a pause. */
     onBackgroundsChanged(): void {
         if (!this.context.isLost) {
             this.stage.uploadBackgrounds();
@@ -142,14 +142,14 @@ export class Player {
         this.onBackgroundsChanged();
     }
 
-    /** Makes the player show the new frames of a moving picture. */
+    /** Makes the player draw a frame whenever a moving picture has a new image. */
     watchPicture(picture: Picture): void {
         if (picture instanceof MovingPicture) {
             picture.onFrame = () => this.onPictureMoved(picture);
         }
     }
 
-    /** Shows the new frame of a moving picture if it is the shown background. A pause shows it later. */
+    /** Requests a frame if the moving picture is the background on screen. During a pause, its new image waits. */
     private onPictureMoved(picture: MovingPicture): void {
         if (this.stage.backgrounds.sources[this.settings.secondBackground ? 1 : 0] === picture) {
             this.stage.hasMoved = true;
@@ -161,11 +161,11 @@ export class Player {
     prepareGesture(): void {
         this.context.need();
         this.pushSettings();
-        this.stage.needSecond(); // the script may show it
+        this.stage.needSecond(); // the script may show the second background
         this.stage.useAllPixels();
     }
 
-    /** Resets the state that belongs to the effect's last run. */
+    /** Drops the paused frame of the previous run, restarts the wait for attract mode and requests a frame. */
     private onStart(): void {
         this.pause.frame.drop();
         this.attractTimer.restart();
@@ -175,14 +175,14 @@ export class Player {
     private regainContext(): void {
         this.effect.regainContext();
         if (this.stage.hasWantedSize) {
-            this.stage.uploadBackgrounds(); // they may have changed meanwhile
+            this.stage.uploadBackgrounds(); // they may have changed while the context was lost
             this.onStart();
         } else {
             this.restart();
         }
     }
 
-    /** Passes a touch to the effect. Drops moves during a pause, which a key may begin during a stroke. */
+    /** Passes a touch to the effect. Drops it during a pause, because a key can begin a pause during a stroke. */
     private touch(pass: () => void): void {
         if (!this.pause.isOn) {
             pass();
@@ -223,7 +223,7 @@ export class Player {
         return !this.loop.isRunning && !this.isIdle;
     }
 
-    /** True if a restart at another size goes unnoticed: it removes no ink and interrupts no film. */
+    /** True if the user would not notice a restart at another size: no ink is lost and no video is being recorded. */
     private get maySizeChange(): boolean {
         const isUnnoticed = this.isIdle || this.effect.qualityPhase === "searching";
         return isUnnoticed && !this.pause.isOn && !this.filming && !this.effect.mayShowInk;
@@ -264,7 +264,7 @@ export class Player {
         this.sync.push();
     }
 
-    /** Shows the settings that a script has changed. */
+    /** Shows the settings that the gesture script has changed. */
     private followScript(): void {
         this.sync.pull();
         this.onSettings();

@@ -12,7 +12,7 @@ import { hasKeys, showToast } from "./toast";
 const maxNameLength = 40;
 
 export class PresetChooser {
-    /** Called when the settings have changed. */
+    /** Called when the settings or the user's presets have changed. */
     onChange = () => {};
     /** Preset that was chosen last, without the changes that the user has made since. */
     private chosen: Preset;
@@ -21,7 +21,7 @@ export class PresetChooser {
     constructor(
         private readonly player: Player,
         private readonly presets: PresetList,
-        /** Returns a thumbnail of the frame on the screen as a data URL, or undefined without a frame. */
+        /** Resolves to a thumbnail of the current frame as a data URL, or to undefined if there is no frame. */
         private readonly takeThumbnail: () => Promise<string | undefined>,
     ) {
         this.chosen = presets.builtIn[0] as Preset;
@@ -31,7 +31,7 @@ export class PresetChooser {
         return allPresets(this.presets);
     }
 
-    /** Preset that was chosen last, or another preset with the current settings. */
+    /** Preset that equals the current settings. If no preset equals them, the preset that was chosen last. */
     get current(): Preset {
         const isShown = (preset: Preset) => isSame(preset.settings, this.player.settings);
         return isShown(this.chosen) ? this.chosen : (this.all.find(isShown) ?? this.chosen);
@@ -53,7 +53,7 @@ export class PresetChooser {
         this.noteChange();
     }
 
-    /** Must be called after each change of the settings by the user. */
+    /** Adds the current settings to the history for undo, and calls onChange. Call it after each change by the user. */
     noteChange(): void {
         this.player.effect.noteSettings(this.player.settings);
         this.onChange();
@@ -78,7 +78,7 @@ export class PresetChooser {
         this.select(this.presets.builtIn[0] as Preset);
     }
 
-    /** Applies settings that the user has made from the named preset in an earlier visit. */
+    /** Applies the settings of an earlier visit, which the user had made from the named preset. */
     resume(name: string, settings: Settings): void {
         this.chosen = findPreset(this.all, name) ?? this.chosen;
         this.show(settings);
@@ -95,7 +95,7 @@ export class PresetChooser {
         this.choose(all[(at + 1) % all.length] as Preset);
     }
 
-    /** Applies the current preset again, without changes. */
+    /** Applies the preset that was chosen last again, without the user's changes. */
     reset(): void {
         this.show(this.chosen.settings);
         showToast(`${this.chosen.name}, without changes`);
@@ -174,7 +174,7 @@ export class PresetChooser {
             await navigator.share({ title: document.title, url: link }).catch(() => {}); // the user cancelled
             return;
         }
-        // The clipboard is missing on a page from an insecure server.
+        // The browser hides the clipboard from a page that was not loaded over HTTPS or from disk.
         const copied = navigator.clipboard?.writeText(link).then(
             () => true,
             () => false,
@@ -183,7 +183,7 @@ export class PresetChooser {
         showToast(location.protocol === "file:" ? `${message}. It works only on this device` : message);
     }
 
-    /** Applies the preset in the page's address. Returns false if there is none. Throws an Error if it is damaged. */
+    /** Applies the preset in the page's address. Returns false if there is none. Throws if the preset is damaged. */
     readLink(): boolean {
         const text = presetInLink(location.hash);
         if (text === undefined) {
@@ -197,7 +197,7 @@ export class PresetChooser {
         }
     }
 
-    /** Removes the preset from the page's address if the user has changed its settings. */
+    /** Removes the preset from the page's address if it differs from the current settings. */
     dropOldLink(): void {
         const text = presetInLink(location.hash);
         if (text !== undefined && !this.isInLink(text)) {
@@ -225,8 +225,8 @@ export class PresetChooser {
     }
 
     /**
-     * Adds one of the user's presets and makes it the current one. Leaves the settings in force. Returns false if the
-     * browser cannot store it.
+     * Adds a preset to the user's presets and makes it the current one. Does not apply its settings. Returns false if
+     * the browser cannot store the preset.
      */
     private add(name: string, settings: Settings, thumbnail?: string): boolean {
         const preset = addPreset(this.presets, name, settings, thumbnail);

@@ -1,4 +1,4 @@
-// The presets as a grid of thumbnails.
+// Shows the presets as a grid of thumbnails.
 
 import { hexOf, make, type Control } from "./controls";
 import type { PresetChooser } from "./preset_chooser";
@@ -6,7 +6,7 @@ import type { Preset } from "./presets";
 
 export class PresetGrid implements Control {
     readonly element = make("ul", { className: "tiles" });
-    /** Presets of the grid. */
+    /** Presets that have a tile in the grid, in order. */
     private shown: Preset[] = [];
 
     constructor(private readonly presets: PresetChooser) {}

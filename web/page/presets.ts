@@ -1,10 +1,10 @@
-// Lists of presets: built-in presets, and presets that the user saved in the browser's storage.
+// Lists of presets: built-in presets, and presets that the user has saved in the browser's storage.
 
 import { defaultSettings, numbersOf, sharedTexts, type Settings } from "../../build/web/settings";
 import type { Effect } from "./effect";
 
 declare const PRESETS: Record<string, string>;
-/** Data URLs by the names of the preset files. */
+/** Thumbnails as data URLs, by the name of the preset file. */
 declare const THUMBNAILS: Record<string, string>;
 
 const presetStorage = "velmora presets";
@@ -13,18 +13,18 @@ const thumbnailStorage = "velmora thumbnails";
 export interface Preset {
     name: string;
     settings: Settings;
-    /** URL of a square image, or undefined if there is none. */
+    /** URL of a square thumbnail, or undefined if the preset has none. */
     thumbnail?: string | undefined;
 }
 
 export interface PresetList {
     /** Presets that cannot be changed. The first one has the default settings. */
     builtIn: Preset[];
-    /** Presets that the user has saved. Their names differ from the names of the built-in ones. */
+    /** Presets that the user has saved. Their names differ from those of the built-in presets. */
     own: Preset[];
 }
 
-/** Returns the name of a preset file: "calm pond" for calm_pond.json. */
+/** Returns the name of the preset in a file, for example "calm pond" for calm_pond.json. */
 export function presetName(file: string, effect: Effect): string {
     return effect.presetName(file.replace(/\.json$/i, ""));
 }
@@ -39,7 +39,7 @@ export function loadPresets(effect: Effect): PresetList {
     return { builtIn, own: readOwn(effect) };
 }
 
-/** Returns the text of a preset file for `Effect.readPreset`. */
+/** Returns the text of a preset file with these settings. `Effect.readPreset` reads it. */
 export function writePreset(settings: Settings): string {
     return JSON.stringify(settings, null, 4) + "\n";
 }
@@ -53,8 +53,8 @@ export function findPreset(presets: Preset[], name: string): Preset | undefined 
 }
 
 /**
- * Adds a preset to the user's presets, and replaces a preset of the user with the same name. A preset with the name of
- * a built-in one gets a number after its name.
+ * Adds a preset to the user's presets. Replaces a preset of the user that has the same name. If a built-in preset has
+ * the name, appends " 2" to the name.
  */
 export function addPreset(list: PresetList, name: string, settings: Settings, thumbnail?: string): Preset {
     const ownName = findPreset(list.builtIn, name) ? `${name} 2` : name;
@@ -89,7 +89,7 @@ function readOwn(effect: Effect): Preset[] {
     });
 }
 
-/** Replaces the stored texts of a preset. Reads the storage again, because other tabs change it too. */
+/** Replaces the stored texts of a preset. Reads the storage again, because other tabs may have changed it. */
 function changeStorage(name: string, texts: { settings?: string; thumbnail?: string | undefined }): boolean {
     const change = (entry: string, text: string | undefined) => {
         const stored = readStorage(entry);
@@ -108,7 +108,7 @@ function changeStorage(name: string, texts: { settings?: string; thumbnail?: str
     }
 }
 
-/** Returns the strings of a stored object. Empty if the browser allows no storage or the entry is damaged. */
+/** Returns the strings of a stored JSON object, or an empty map if there is no storage or the entry is damaged. */
 function readStorage(entry: string): Map<string, string> {
     try {
         const stored: unknown = JSON.parse(localStorage.getItem(entry) ?? "{}");

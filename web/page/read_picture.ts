@@ -1,4 +1,4 @@
-// Reads the user's pictures. A worker decodes and scales them.
+// Reads the user's pictures and videos. A worker decodes and scales pictures.
 
 import type { Size } from "../engine/size";
 import { croppedPixels } from "./cropping";
@@ -6,17 +6,17 @@ import { decodePicture, type DecodedPicture } from "./decode_picture";
 import { openMovingPicture, type MovingPicture } from "./moving_picture";
 import { StillPicture } from "./still_picture";
 
-/** Script of picture_worker.ts. */
+/** Bundled script of picture_worker.ts, which the build inserts. */
 declare const PICTURE_WORKER: string;
 
 export type Picture = StillPicture | MovingPicture;
 
-/** Longer side of a drawn SVG picture in pixels. */
+/** Length in pixels of the longer side at which an SVG picture is drawn. */
 const svgSide = 2048;
 
 /**
- * Reads a picture or video, rotated by its EXIF orientation, for a screen of the size. Throws an Error with a message for
- * the user if the browser cannot show it.
+ * Reads a picture or video. Rotates a picture by its EXIF orientation and crops it for a screen of this size. Throws an
+ * Error with a message for the user if the browser cannot show the file.
  */
 export async function readPicture(file: Blob, name: string, screen: Size): Promise<Picture> {
     const moving = await openMovingPicture(file);
@@ -31,7 +31,7 @@ export async function readPicture(file: Blob, name: string, screen: Size): Promi
     }
 }
 
-/** Decodes a picture in a worker, or on the page's thread if the worker fails. Some browsers start no worker here. */
+/** Decodes a picture in a worker, or on the page's thread if the browser starts no worker or the worker fails. */
 async function decodeInWorker(file: Blob, screen: Size): Promise<DecodedPicture> {
     const url = URL.createObjectURL(new Blob([PICTURE_WORKER], { type: "text/javascript" }));
     let worker: Worker | undefined;
@@ -54,7 +54,7 @@ function resultOf(worker: Worker, ...job: Parameters<typeof decodePicture>): Pro
     });
 }
 
-/** Draws an SVG image. Only the page's thread can do that. An image without a size is square. */
+/** Draws an SVG picture on the page's thread, because a worker cannot. A picture that states no size becomes square. */
 async function drawSvg(file: Blob, screen: Size): Promise<DecodedPicture> {
     const image = new Image();
     image.src = URL.createObjectURL(file);

@@ -1,10 +1,10 @@
-// Passes the page's settings to the effect, and copies back settings that a script has changed.
+// Passes the page's settings to the effect, and copies back settings that a gesture script has changed.
 
 import { numbersOf, type Settings } from "../../build/web/settings";
 import type { Effect } from "./effect";
 
 export class SettingsSync {
-    /** Numbers of the settings that the effect has, as text. */
+    /** Settings that the effect has, as a text of numbers to compare with. */
     private passed = "";
 
     constructor(
@@ -25,7 +25,7 @@ export class SettingsSync {
         }
     }
 
-    /** Copies the effect's settings. */
+    /** Copies the effect's settings into the page's settings. */
     pull(): void {
         Object.assign(this.settings, this.effect.settings);
         this.passed = String(numbersOf(this.settings));

@@ -1,4 +1,4 @@
-// Keeps the canvas and the backgrounds at the wanted size in pixels.
+// Keeps the size of the canvas and its backgrounds equal to the wanted size in pixels.
 
 import { resizeDelay } from "../../build/web/settings";
 import { defaultSources, type Backgrounds, type Source } from "./backgrounds";
@@ -8,10 +8,10 @@ import { onPixelRatio, pixelSize } from "../engine/screen";
 
 export class Stage {
     readonly backgrounds: Backgrounds;
-    /** True if a moving background has a new frame. */
+    /** True if a moving background has a new frame that is not uploaded yet. */
     hasMoved = false;
     private readonly paintings: Paintings;
-    /** True after needSecond. Until then the second background is not painted, which saves time at the start. */
+    /** True after needSecond. Until then the second background is not painted, which shortens the start of the page. */
     private secondNeeded = false;
     private current: Size = { width: 0, height: 0 };
 
@@ -40,7 +40,7 @@ export class Stage {
         return this.current;
     }
 
-    /** Size that the CSS box of the canvas and the quality require. */
+    /** Size in pixels for the CSS box of the canvas and the quality. A recording or replay has the full size. */
     get wantedSize(): Size {
         const { effect, canvas } = this;
         return effect.isRecording || effect.isReplaying ? this.fullSize : pixelSize(canvas, effect.quality.pixels);
@@ -51,12 +51,12 @@ export class Stage {
         return isSame(this.wantedSize, this.current);
     }
 
-    /** Starts the effect at the wanted size and keeps the waves. */
+    /** Restarts the effect at the wanted size. Keeps the waves. */
     restart(): void {
         this.applySize(this.wantedSize);
     }
 
-    /** Restores the full size, so that a gesture gives the same result on every machine. */
+    /** Undoes a size reduction by adaptive quality, so that a gesture gives the same result on every machine. */
     useAllPixels(): void {
         if (!isSame(this.fullSize, this.current)) {
             this.applySize(this.fullSize);
@@ -82,7 +82,7 @@ export class Stage {
         this.paintings.keepOnly(sources);
     }
 
-    /** Makes sure that the effect has the second background. */
+    /** Passes the second background to the effect, unless the effect has it already. */
     needSecond(): void {
         if (!this.secondNeeded) {
             this.secondNeeded = true;

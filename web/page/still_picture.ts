@@ -1,4 +1,4 @@
-// A picture of the user that does not move.
+// A still picture that the user has chosen as a background.
 
 import type { Size } from "../engine/size";
 import { croppedPixels } from "./cropping";
@@ -6,7 +6,7 @@ import type { DecodedPicture } from "./decode_picture";
 
 export class StillPicture {
     private readonly image: ImageBitmap;
-    /** Pixels for the newest size of the screen. The effect restarts often at the same size. */
+    /** Pixels at the size that was requested last. Kept, because the effect often restarts at the same size. */
     private current: ImageData;
 
     constructor(

@@ -1,13 +1,13 @@
-// Stores the two backgrounds in the browser's database. A transaction that stores them replaces both or none.
+// Stores the two backgrounds in the browser's database. One transaction stores both, so a failure changes neither.
 
-/** File of a picture, or the name of a painting. */
+/** File of a picture that the user has chosen, or the name of a painting. */
 export type StoredBackground = Blob | string;
 
 const databaseName = "velmora";
 const storeName = "page";
 const key = "backgrounds";
 
-/** Resolves to the stored backgrounds. Undefined if there are none or the browser allows no database. */
+/** Resolves to the stored backgrounds, or to undefined if there are none or the browser allows no database. */
 export async function loadBackgrounds(): Promise<unknown> {
     return transact("readonly", (store) => store.get(key)).catch(() => undefined);
 }
@@ -22,7 +22,7 @@ export async function deleteBackgrounds(): Promise<void> {
     await transact("readwrite", (store) => store.delete(key));
 }
 
-/** Makes a request to the store. Resolves to its result when the transaction is complete. */
+/** Sends one request to the database. Resolves to the request's result when the transaction is complete. */
 async function transact(mode: IDBTransactionMode, request: (store: IDBObjectStore) => IDBRequest): Promise<unknown> {
     const database = await openDatabase();
     try {

@@ -1,4 +1,4 @@
-// Functions for the page's tests and benchmarks, as `window.velmora`, if the page is opened with `?test`.
+// Installs `window.velmora`, which the page's tests and benchmarks use, if the page is opened with `?test`.
 
 import type { Settings } from "../../build/web/settings";
 import type { Size, VelocityField } from "./effect";
@@ -9,15 +9,15 @@ import type { Memory } from "./memory";
 import type { Player } from "./player";
 
 export interface TestHook {
-    /** Settings from the next frame on. */
+    /** Settings that the effect applies with its next frame. */
     readonly settings: Settings;
     readonly pause: { isOn: boolean };
     readonly overlays: { velocity: boolean; density: boolean };
     readonly gl: WebGLRenderingContext;
-    /** Counts since the page was opened. */
+    /** Returns the number of animation frames, drawn frames and GL contexts since the page was opened. */
     counts(): { animationFrames: number; frames: number; contexts: number };
     screen(): Size;
-    /** Returns true if no frame is needed and none is requested. */
+    /** Returns true if the effect needs no frame and the page has requested none. */
     isIdle(): boolean;
     isWaterIdle(): boolean;
     isContextLost(): boolean;
@@ -25,16 +25,16 @@ export interface TestHook {
     isReplaying(): boolean;
     attractMode(): { on: boolean; runs: boolean };
     quality(): { phase: string; level: number; label: string };
-    /** Fixes the quality at a level; 0 is full detail. */
+    /** Fixes the quality at a level. Level 0 has full detail. */
     fixQuality(level: number): void;
-    /** Returns the memory of the water's heights, then of its velocities. */
+    /** Returns the bytes of all water heights, followed by the bytes of all water velocities. */
     waterBytes(): Uint8Array;
-    /** Returns the velocities of the last frame with an overlay. */
+    /** Returns the velocities of the last frame that was drawn with an overlay. */
     velocity(): VelocityField;
     frameTimes(): readonly FrameTime[];
-    /** Returns the length of the module's table of texture names. */
+    /** Returns the length of the module's table of GL texture names. */
     textureNames(): number;
-    /** Calls `call` after each frame with its duration in milliseconds. Returns a function that ends the calls. */
+    /** Calls `call` with the duration in milliseconds after each frame. Returns a function that ends the calls. */
     onFrame(call: (elapsed: number) => void): () => void;
     /** Settles once all dropped and pasted files are imported. */
     filesImported(): Promise<unknown>;
@@ -47,7 +47,7 @@ export interface TestHook {
     lift(): void;
     restart(): void;
     startRecording(): void;
-    /** Replays a gesture script. Throws an Error with its fault. */
+    /** Replays a gesture script. Throws an Error that describes the fault if the script is invalid. */
     replay(script: string, name: string): void;
 }
 

@@ -1,9 +1,9 @@
-// Toasts: short messages for some seconds.
+// Shows toasts: short messages that disappear after some seconds.
 
 const toast = document.getElementById("toast") as HTMLElement;
 /** Maximum length of a toast in characters. */
 const maxLength = 300;
-/** True if the device has a fine pointer, and so most likely a keyboard. Messages mention keys only then. */
+/** True if the device has a mouse or trackpad, and so most likely a keyboard. Messages mention keys only then. */
 export const hasKeys = !matchMedia("(pointer: coarse)").matches;
 let timer = 0;
 

@@ -1,20 +1,21 @@
-// Adds the duration to a recorded WebM file. Browsers leave it out, and players cannot seek then.
+// Adds the duration to a recorded WebM file. Browsers do not write it, but players need it to seek.
 
 /** Identifiers of the elements in a WebM file. */
 const ids = { segment: 0x18538067, info: 0x1549a966, duration: 0x4489 };
-/** Maximum number of bytes before the end of the element `info`. */
+/** Number of bytes at the start of the file in which the element `info` must be. */
 const headBytes = 4096;
-/** Bytes that must follow the start of an element, so that its header can be read. */
+/** Number of bytes that are enough for the header of any element. */
 const maxHeaderBytes = 24;
 
 interface Element {
     id: number;
-    /** Offsets of the content's first byte and of the byte after it. */
+    /** Offset of the first byte of the content. */
     start: number;
+    /** Offset of the byte after the content. */
     end: number;
 }
 
-/** Returns the file with its duration in milliseconds. Returns the same file if its form is unknown. */
+/** Returns a copy of the file that states its duration. Returns the same file if its structure is unknown. */
 export async function withDuration(file: Blob, milliseconds: number): Promise<Blob> {
     const head = new DataView(await file.slice(0, headBytes).arrayBuffer());
     const info = findInfo(head);
@@ -33,7 +34,7 @@ export async function withDuration(file: Blob, milliseconds: number): Promise<Bl
     return new Blob([before, header, element, file.slice(info.start)], { type: file.type });
 }
 
-/** Returns the element `info` and the offset of its header. Undefined if it is missing or has a duration already. */
+/** Returns the element `info` and the offset of its header. Returns undefined if it is missing or states a duration. */
 function findInfo(bytes: DataView): (Element & { headerStart: number }) | undefined {
     let at = 0;
     while (at + maxHeaderBytes <= bytes.byteLength) {
@@ -67,7 +68,7 @@ function readElement(bytes: DataView, at: number): Element {
     return { id: numberAt(bytes, at, idLength), start, end: start + size };
 }
 
-/** Returns the length of a number. The position of its first set bit gives the length in bytes. */
+/** Returns the length in bytes of a number. The position of the number's first set bit encodes its length. */
 function lengthAt(bytes: DataView, at: number): number {
     return Math.clz32(bytes.getUint8(at)) - 23;
 }

@@ -2,9 +2,10 @@
 
 #include <GLES2/gl2.h>
 
-// The linker option --wrap lets the library call the wrappers below. __real_ names the functions of Emscripten.
-// Emscripten's glGetAttribLocation throws a JavaScript TypeError for the name 0, which the library passes if no program
-// links in a lost context. The wrapper returns -1, as every other GL does.
+// The linker option --wrap makes the library call these wrappers. It also renames Emscripten's functions, so that their
+// names begin with __real_. In a lost context, no program can be linked, so the library passes program 0 to
+// glGetAttribLocation. Emscripten's function would throw a JavaScript TypeError. The wrapper returns -1, as other GL
+// implementations do.
 
 namespace hostkit {
 

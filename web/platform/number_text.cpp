@@ -12,7 +12,7 @@
 namespace hostkit {
 namespace {
 
-/// Writes the fewest digits that read back as the same number, without an exponent unless that is shorter.
+/// Writes the fewest digits that read back as the same number. Writes an exponent only if that is shorter.
 template <class Number, class Parse>
 std::to_chars_result writeShortest(char* first, char* last, Number value, int maxDigits,
                                    Parse parse) {
@@ -40,13 +40,13 @@ std::to_chars_result writeShortest(char* first, char* last, Number value, int ma
 std::from_chars_result readNumber(const char* first, const char* last, double& value) {
     char text[64];
     const auto length = static_cast<std::size_t>(last - first);
-    // strtod also accepts leading blanks, plus signs and names such as "inf", which from_chars rejects.
+    // Rejects leading blanks, plus signs and names such as "inf". strtod accepts them, but std::from_chars does not.
     if (length == 0 || length >= sizeof text || std::strspn(first, "-.0123456789") == 0) {
         return {first, std::errc::invalid_argument};
     }
     std::memcpy(text, first, length);
     text[length] = '\0';
-    if (std::strpbrk(text, "xXpP") != nullptr) {  // strtod also accepts hexadecimal numbers
+    if (std::strpbrk(text, "xXpP") != nullptr) {  // a hexadecimal number, which strtod would accept
         return {first, std::errc::invalid_argument};
     }
     char* end = nullptr;

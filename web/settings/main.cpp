@@ -2,7 +2,7 @@
 
 #include "web/settings/typescript.h"
 
-// Prints the table of settings as a TypeScript module.
+// Prints the tables of settings and labels as a TypeScript module.
 int main() {
     std::fputs(web::settingsModule().c_str(), stdout);
 }

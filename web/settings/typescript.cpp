@@ -38,7 +38,7 @@ std::string valueText(Value value) {
     }
 }
 
-/// Calls `write` with each field and its index in the array of numbers. Returns the number of fields.
+/// Calls `write` with each setting and its index in the array of numbers. Returns the number of these settings.
 template <class Write>
 int forEachIndex(Write write) {
     int index = 0;
@@ -77,7 +77,7 @@ export interface Settings {
 
 interface Field {
     label: string;
-    /** Heading of the setting in the panel. */
+    /** Heading of the panel section that contains the setting. */
     group: (typeof settingGroups)[number];
     hint: string;
 }
@@ -108,7 +108,7 @@ std::string conversions() {
         ink += joined(part > 0 ? ", numbers[" : "numbers[", std::to_string(count + part), "]!");
     }
     return joined(
-        "/** Length of an array that holds all settings. */\nexport const settingCount = ",
+        "/** Length of the array that holds all settings. */\nexport const settingCount = ",
         std::to_string(count + 3),
         ";\n\nexport function numbersOf(settings: Settings): number[] {\n    return [", toNumbers,
         R"(...settings.ink];
@@ -138,7 +138,7 @@ std::string fields() {
                   "];\n\n");
 }
 
-/// Returns the limits alone. A script that shows no panel includes them without the texts of the panel.
+/// Returns a table of only the limits, so that a script without a panel need not include the panel's texts.
 std::string ranges() {
     std::string all;
     forEachIndex([&]<class Value>(const app::SettingField<Value>& field, int) {
@@ -167,7 +167,7 @@ std::string groups() {
 /// Returns the style of the lines of the velocity overlay.
 std::string flowLineStyle() {
     return joined(
-        "/** Style of the velocity overlay: lengths in pixels, shade of the dots from 0 to 1. */\n",
+        "/** Style of the velocity overlay: lengths in pixels, grey of the dots from 0 to 1. */\n",
         "export const flowLineStyle = { width: ", app::numberText(app::flowLineWidth),
         ", dotSide: ", app::numberText(app::flowDotSide),
         ", dotShade: ", app::numberText(app::flowDotShade), " };\n\n");
@@ -175,7 +175,7 @@ std::string flowLineStyle() {
 
 std::string resizeDelay() {
     return joined(
-        "/** Milliseconds without a change of size before the effect restarts in the new size. */\n"
+        "/** Milliseconds that a new size must last before the effect restarts at this size. */\n"
         "export const resizeDelay = ",
         std::to_string(app::resizeDelay.count()), ";\n\n");
 }
@@ -201,10 +201,10 @@ std::string labels() {
         texts += joined("    ", text.name, ": ", literal(text.text), ",\n");
     }
     return joined(
-        "/** Labels and descriptions of the commands that page and window share. */\n"
+        "/** Labels and descriptions of the commands that page and desktop window share. */\n"
         "export const commandTexts = {\n",
         commands,
-        "};\n\n/** Headings and messages that page and window share. */\n"
+        "};\n\n/** Headings and messages that page and desktop window share. */\n"
         "export const sharedTexts = {\n",
         texts, "};\n\n");
 }
