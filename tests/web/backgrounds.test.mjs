@@ -1,4 +1,4 @@
-// Background images that are dropped, pasted or chosen, also after a resize and after a context loss.
+// Backgrounds: images that the user drops, pastes or chooses, paintings, videos and the camera.
 
 import assert from "node:assert/strict";
 import { execFileSync } from "node:child_process";
@@ -15,7 +15,7 @@ let browser;
 before(async () => (browser = await launch()));
 after(() => browser.close());
 
-/** Returns an image of four fields (red, green; blue, white) between empty margins at the left and right. */
+/** Returns an image of two rows of fields (red and green, blue and white) with empty margins at the left and right. */
 function fourFields(page, type, width = 60, height = 120, margin = 0) {
     const [w, h] = [width / 2, height / 2];
     const boxes = ["red", "lime", "blue", "white"].map((color, at) =>
@@ -23,7 +23,7 @@ function fourFields(page, type, width = 60, height = 120, margin = 0) {
     return makeImage(page, [width + 2 * margin, height], boxes, type);
 }
 
-/** Adds an EXIF orientation to a JPEG: the image must be shown rotated by 90 degrees clockwise. */
+/** Adds an EXIF orientation to a JPEG. Programs must then show the image rotated by 90 degrees clockwise. */
 function withRotation(jpeg) {
     const exif = Buffer.from(
         "ffe10022457869660000" + "4d4d002a00000008" + "0001" + "011200030000000100060000" + "00000000", "hex");
@@ -43,7 +43,7 @@ function quarters(shown) {
     );
 }
 
-/** Waits until the quarters of a frame have the expected colours. */
+/** Waits until the middles of a frame's quarters have the expected colours. */
 async function expectQuarters(page, expected) {
     let seen;
     for (let attempt = 0; attempt < 40; ++attempt) {
@@ -58,7 +58,7 @@ async function expectQuarters(page, expected) {
 test("a dropped or pasted image becomes the background, and the previous one the second background", async () => {
     const page = await open(browser);
     const upright = ["red", "lime", "blue", "white"];
-    // The image is cropped, not stretched, so the margins are off the screen.
+    // The page must crop this image and not stretch it, so its margins must be off the screen.
     await sendFiles(page, "drop", ["fields.png", "image/png", await fourFields(page, "image/png", 60, 120, 100)]);
     await expectQuarters(page, upright);
     const jpeg = await fourFields(page, "image/jpeg", 120, 60);
@@ -71,7 +71,7 @@ test("a dropped or pasted image becomes the background, and the previous one the
     await sendFiles(page, "drop", ["broken.png", "image/png", [1, 2, 3]]);
     await waitForToast(page, "broken.png is not a picture that this browser can show");
     await expectQuarters(page, ["blue", "red", "white", "lime"]);
-    // The message about the broken file must not stay after the next picture.
+    // The next picture must replace the message about the broken file.
     await sendFiles(page, "drop", ["fields.png", "image/png", await fourFields(page, "image/png")]);
     await waitForToast(page, "fields.png is the background now");
     await close(page);
@@ -83,7 +83,7 @@ test("a thumbnail chooses a painting", needs("roles"), async () => {
     await page.keyboard.press("Tab");
     await page.getByText("Picture", { exact: true }).click();
     await page.getByRole("button", { name: "paper" }).click();
-    assert.ok(difference(sand, await readFrame(page)) > 10, "the frame must show the other painting");
+    assert.ok(difference(sand, await readFrame(page)) > 10, "the frame must show the chosen painting");
     await close(page);
 });
 
@@ -97,7 +97,7 @@ test("a resize crops the painting and does not change it", async () => {
         for (let y = 5; y < 180; y += 17) {
             const [before, after] = [square.pixel(x, y + 90), wide.pixel(x, y)];
             const far = before.some((channel, at) => Math.abs(channel - after[at]) > 12);
-            assert.ok(!far, `${before} became ${after} at ${x}, ${y}`);
+            assert.ok(!far, `the resize must not change the colour at ${x}, ${y} from ${before} to ${after}`);
         }
     }
     await close(page);
@@ -119,7 +119,7 @@ test("a chosen image larger than the screen is shown in portrait and in landscap
 
 test("a large rotated photograph and an SVG file are shown undistorted", async () => {
     const page = await open(browser, { size: [480, 480] });
-    // A photograph of 5000 x 4200 pixels with a square in its middle, to be shown rotated.
+    // A photograph of 5000 x 4200 pixels with a square in its middle. The page must show it rotated.
     const photo = await makeImage(page, [5000, 4200], [["red", 0, 0, 5000, 4200], ["blue", 1500, 1100, 2000, 2000]], "image/jpeg");
     const svg = Buffer.from(`<svg xmlns="http://www.w3.org/2000/svg" viewBox="0 0 42 50">
         <path fill="red" d="M0 0h42v50H0z"/><path fill="blue" d="M11 15h20v20H11z"/></svg>`);
@@ -128,7 +128,7 @@ test("a large rotated photograph and an SVG file are shown undistorted", async (
         await waitForToast(page, `${file[0]} is the background now`);
         const { pixel } = await readFrame(page);
         const isBlue = (x, y) => pixel(x, y)[2] > 150;
-        // The shorter side of 42 units fills 480 pixels, so the square has 229 pixels a side.
+        // The shorter side of 42 units fills 480 pixels, so the side of the square has 229 pixels.
         const edges = [[240, 135], [240, 345], [135, 240], [345, 240]];
         const outside = [[240, 112], [240, 368], [112, 240], [368, 240]];
         assert.deepEqual([edges.map(([x, y]) => isBlue(x, y)), outside.map(([x, y]) => isBlue(x, y))],
@@ -150,7 +150,7 @@ function makeVideo() {
     return readFileSync(file);
 }
 
-test("an animated image or a video plays as the background, and stands still during a pause", async () => {
+test("an animated image or a video plays as the background, and stops during a pause", needs("imageDecoder"), async () => {
     const page = await open(browser, { size: [96, 160] });
     const isRed = async () => {
         const [red, , blue] = (await readFrame(page)).pixel(48, 80);

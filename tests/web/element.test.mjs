@@ -1,4 +1,4 @@
-// The custom element on a page: the picture under the water, input, attributes, events, and its manners.
+// The custom element on a page: the picture under the water, input, attributes, events, and use of shared resources.
 
 import assert from "node:assert/strict";
 import { after, before, test } from "node:test";
@@ -33,7 +33,7 @@ async function drag(page, buttons = true, right = 240) {
     await (buttons && page.mouse.up());
 }
 
-/** Returns the first frame that fulfils a condition. Fails after a minute. */
+/** Returns the first frame for which `isFulfilled` returns true. Fails after a minute. */
 async function until(page, isFulfilled) {
     for (const start = Date.now(); Date.now() < start + 60000; ) {
         const now = await frame(page);
@@ -42,10 +42,10 @@ async function until(page, isFulfilled) {
         }
         await page.evaluate(() => new Promise((resolve) => setTimeout(resolve, 50)));
     }
-    assert.fail("no frame fulfils the condition");
+    assert.fail("a frame must fulfil the condition within a minute");
 }
 
-test("water at rest shows the picture as CSS shows it", async () => {
+test("idle water shows the picture in the same way as CSS does", async () => {
     for (const fit of ["fill", "cover; object-position: 10% 80%", "contain", "none; object-position: 7px 100%"]) {
         const image = `<img src="320x180.bmp" alt="" class="fitted">`;
         server.pages.set("/fit.css", `.fitted { display: block; width: 300px !important; height: 200px; object-fit: ${fit} !important }`);
@@ -56,9 +56,9 @@ test("water at rest shows the picture as CSS shows it", async () => {
         const page = await open(browser, server, `${link}<velmora-water quality="full">${image}</velmora-water>`);
         await waitUntilIdle(page);
         const { mean, max } = difference(await shot(page), expected);
-        // A scaled picture differs at the edges of its squares, because two filters scale it. An unscaled one differs
-        // there by a few levels, because the mesh shifts the picture by a fraction of a pixel.
-        assert.ok(mean < 1.5 && ((mean < 0.1 && max < 8) || !fit.startsWith("none")), `object-fit: ${fit} differs by ${mean}, ${max}`);
+        // The browser and the element scale the picture with different filters, so the edges of its squares differ. The
+        // edges of an unscaled picture differ a little, because the mesh shifts it by a fraction of a pixel.
+        assert.ok(mean < 1.5 && ((mean < 0.1 && max < 8) || !fit.startsWith("none")), `object-fit: ${fit} must look as in CSS, but differs by ${mean} on average and ${max} at most`);
         await close(page);
     }
 });
@@ -78,7 +78,7 @@ test("a drag draws ink, and an idle element runs no frame", async () => {
     await close(page);
 });
 
-test("a hovering mouse draws only with pointer=hover, and none with pointer=none", async () => {
+test("a hovering mouse draws only if pointer=hover, and no mouse draws if pointer=none", async () => {
     const page = await open(browser, server, picture);
     await waitUntilIdle(page);
     const still = await shot(page);
@@ -91,7 +91,7 @@ test("a hovering mouse draws only with pointer=hover, and none with pointer=none
     await close(page);
 });
 
-test("a vertical swipe scrolls the page, and not with pointer=capture", needs("touch", "touchScroll"), async () => {
+test("a vertical swipe scrolls the page, unless pointer=capture", needs("touch", "touchScroll"), async () => {
     const page = await open(browser, server, `${picture}<hr class="tall">`, { hasTouch: true });
     await addStyle(page, ".tall { height: 2000px }");
     const swipe = async () => {
@@ -111,7 +111,7 @@ test("a vertical swipe scrolls the page, and not with pointer=capture", needs("t
     await close(page);
 });
 
-test("children of slot over stay clickable above the water", async () => {
+test("children in the slot `over` stay clickable above the water", async () => {
     const body = picture.replace("</velmora-water>", `<button slot="over">Go somewhere</button></velmora-water>`);
     const page = await open(browser, server, body);
     await page.evaluate(() => document.querySelector("button").addEventListener("click", () => window.seen.push("click")));
@@ -158,10 +158,10 @@ test("the frames of a video move under the water", async () => {
     await close(page);
 });
 
-test("late changes of the picture are followed", async () => {
+test("the water shows a picture that is added or changed later", async () => {
     const page = await open(browser, server, `<velmora-water quality="full"></velmora-water>`);
     const blank = await frame(page);
-    assert.ok(Math.min(...blank.pixel(150, 100)) > 250, "white without a picture");
+    assert.ok(Math.min(...blank.pixel(150, 100)) > 250, "the water must be white if there is no picture");
     await page.evaluate(() => document.querySelector("velmora-water").setAttribute("src", "320x240.bmp"));
     const first = await until(page, (now) => difference(blank, now).mean > 50);
     await page.evaluate(() => (document.querySelector("velmora-water").innerHTML = `<img src="64x240.bmp" alt="">`));
@@ -169,7 +169,7 @@ test("late changes of the picture are followed", async () => {
     await close(page);
 });
 
-test("twenty elements share eight contexts, and a touched element gets one", async () => {
+test("twenty elements share eight GL contexts, and a touched element gets a context", async () => {
     const page = await open(browser, server, picture.repeat(20), { size: [300, 4000], ready: 8 });
     const live = () => page.evaluate(() => [...document.querySelectorAll("velmora-water")].map((water) => water.live));
     const isLive = await live();
@@ -184,7 +184,7 @@ test("twenty elements share eight contexts, and a touched element gets one", asy
     await close(page);
 });
 
-test("an element outside the viewport gives its context back and shows its last frame", async () => {
+test("an element outside the viewport releases its GL context and shows its last frame", async () => {
     const page = await open(browser, server, `${picture}<hr class="tall">`);
     await addStyle(page, ".tall { height: 3000px }");
     await waitUntilIdle(page);
@@ -198,7 +198,7 @@ test("an element outside the viewport gives its context back and shows its last 
     await close(page);
 });
 
-test("adding, moving and removing elements a hundred times leaves no context and no listener", async () => {
+test("adding, moving and removing elements a hundred times leaves no GL context and no event listener behind", async () => {
     const page = await open(browser, server, picture);
     const contexts = await page.evaluate(async () => {
         const water = document.querySelector("velmora-water");
@@ -234,7 +234,7 @@ test("a resized element draws at its new size", async () => {
     await close(page);
 });
 
-test("a lost context comes back with the picture", async () => {
+test("after a context loss, the element shows its picture again", async () => {
     const page = await open(browser, server, picture);
     await waitUntilIdle(page);
     const still = await frame(page);
@@ -252,7 +252,7 @@ test("a lost context comes back with the picture", async () => {
     await close(page, /CONTEXT_LOST/);
 });
 
-test("without WebGL and without CORS one error names the cause, and the plain picture stays", async () => {
+test("if WebGL or CORS is missing, one error names the cause and the plain picture stays visible", async () => {
     const other = await serve();
     const cases = [
         ["320x240.bmp", () => (window.withoutWebGl = true), /no WebGL/],
@@ -342,7 +342,7 @@ test("createWater draws on a canvas of the page", async () => {
     await close(page);
 });
 
-test("assistive technology gets one image with the name of the picture, and keys touch the water", async () => {
+test("screen readers find one image with the name of the picture, and the arrow keys touch the water", async () => {
     const page = await open(browser, server, picture);
     const shown = await page.evaluate(() => {
         const parts = [...document.querySelector("velmora-water").shadowRoot.children];

@@ -1,5 +1,5 @@
-// The element's small module computes the same bits as the page's module. Both draw a shipped gesture on a mock of WebGL
-// that collects all uploaded data. The test needs no browser.
+// The element's small module is bit-identical to the page's module. Both draw a shipped gesture on a mock of WebGL that
+// collects all uploaded data. The test needs no browser.
 
 import assert from "node:assert/strict";
 import { createHash } from "node:crypto";
@@ -15,7 +15,7 @@ const { elementBundle } = await import(pathToFileURL(join(top, "web/element/bund
 
 const size = { width: 270, height: 480 };
 
-/** Widths of the velocity texture and of the reflection map. The backgrounds of the two modules differ. */
+/** Widths of the textures to compare: velocity and reflection map. The backgrounds differ, so they are left out. */
 const comparedWidths = [Math.floor(size.width / 12), 256];
 
 /** Bundles a script of web/ and imports it. */
@@ -74,7 +74,7 @@ async function replayOnElement(script) {
     return gl.digest();
 }
 
-test("the element and the page compute the same bits", async () => {
+test("the element and the page upload bit-identical data", async () => {
     for (const gesture of ["scribble", "showcase", "tap"]) {
         const script = readFileSync(join(top, "gestures", `${gesture}.gesture`), "utf8");
         const [page, element] = [await replayOnPage(script), await replayOnElement(script)];

@@ -47,7 +47,7 @@ export async function serve(headers = {}) {
     return { pages, address: `http://127.0.0.1:${server.address().port}`, stop: () => server.close() };
 }
 
-/** Runs before the scripts of a page. Counts events of the element, animation frames and live contexts. */
+/** Runs before the page's scripts. Records the element's events, and counts animation frames and live GL contexts. */
 function observe() {
     window.seen = [];
     for (const type of ["ready", "error", "idle", "active", "contextlost", "contextrestored", "gestureend"]) {
@@ -72,7 +72,7 @@ function observe() {
 const style = `body { margin: 0 } velmora-water { display: block; width: 300px; height: 200px }
     velmora-water > img { width: 100%; height: 100%; object-fit: cover }`;
 
-/** Opens a page with this body. Options: those of a page, and `ready`, the number of elements to wait for. */
+/** Opens a page with this body and waits until `ready` elements are ready. Other options are those of newPage. */
 export async function open(browser, server, body, { before = () => {}, ready = 1, size = [300, 200], ...options } = {}) {
     const head = `<!doctype html><meta charset="utf-8"><title>water</title><link rel="icon" href="data:">
         <link rel="stylesheet" href="style.css"><script type="module" src="velmora-element.js"></script>`;
@@ -85,7 +85,7 @@ export async function open(browser, server, body, { before = () => {}, ready = 1
     return page;
 }
 
-/** Closes the page. Returns the excused console messages. Fails on any other one. */
+/** Closes the page. Returns the console messages that `excused` matches. Fails if there is another message. */
 export async function close(page, excused = /^$/) {
     await page.close();
     assert.deepEqual(page.consoleMessages.filter((line) => !excused.test(line)), []);
@@ -101,17 +101,17 @@ export function addStyle(page, rules) {
     }, rules);
 }
 
-/** Waits until the page has seen an event. */
+/** Waits until an element has sent an event of this type. */
 export function waitForEvent(page, type) {
     return page.waitForFunction((wanted) => window.seen.some((event) => event.startsWith(wanted)), type);
 }
 
-/** Waits until the elements run no frames. */
+/** Waits until no element on the page requests frames. */
 export function waitUntilIdle(page) {
     return page.waitForFunction(() => [...document.querySelectorAll("velmora-water")].every((water) => water.idle));
 }
 
-/** Decodes a PNG image in the page. `pixel(x, y)` is red, green and blue. */
+/** Decodes a PNG image in the page. `pixel(x, y)` returns red, green and blue. */
 export async function decode(page, png) {
     const { width, height, text } = await page.evaluate(async (encoded) => {
         const bytes = Uint8Array.from(atob(encoded), (character) => character.charCodeAt(0));
@@ -130,7 +130,7 @@ export async function decode(page, png) {
     return { width, height, pixel: (x, y) => [...bytes.subarray(4 * (width * y + x), 4 * (width * y + x) + 3)] };
 }
 
-/** Returns the frame of the page's first element, from toBlob. */
+/** Returns the frame that toBlob of the page's first element encodes. */
 export async function frame(page) {
     const text = await page.evaluate(async () => {
         const blob = await document.querySelector("velmora-water").toBlob();

@@ -17,7 +17,7 @@ async function importPart(name) {
     return import(pathToFileURL(outfile));
 }
 
-test("eight contexts go to the waters that were used last, and none is taken from a canvas of the page", async () => {
+test("the eight elements that were used last have a GL context, and no canvas of the page loses its context", async () => {
     const { contextPool } = await importPart("context_pool");
     const open = new Set();
     const makeClient = (name) => ({ keepsContext: name === 0, open: () => open.add(name), close: () => open.delete(name) });
@@ -36,10 +36,10 @@ test("eight contexts go to the waters that were used last, and none is taken fro
     assert.deepEqual([...open].sort((a, b) => a - b), [0, 1, 5, 6, 7, 8, 10, 11]);
     contextPool.release(clients[5]);
     open.delete(5);
-    assert.ok(open.has(2) && open.size === 8, "the water that lost its context waits for another one");
+    assert.ok(open.has(2) && open.size === 8, "an element that lost its context must wait for another context");
 });
 
-test("a stroke has equal steps, one in each frame, and a touch drops the rest", async () => {
+test("a stroke moves by one equal step in each frame, and a touch cancels the remaining steps", async () => {
     const { FingerQueue } = await importPart("finger_queue");
     const queue = new FingerQueue();
     const calls = [];

@@ -149,8 +149,8 @@ export function set(page, changes) {
 }
 
 /**
- * Runs in a page. Makes each animation frame last 1/60 s, so that each shows one frame of the effect. On a slow machine,
- * one animation frame would show several frames of the effect, and a recording would keep their time.
+ * Runs in a page. Makes each animation frame last 1/60 s, so that it draws one frame of the effect. Otherwise an
+ * animation frame of a slow machine would draw several frames, and a recording would keep their durations.
  */
 export function steadyClock() {
     const start = performance.now();

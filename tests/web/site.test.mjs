@@ -20,7 +20,7 @@ let browser;
 before(async () => (browser = await launch({ camera: true })));
 after(() => browser.close());
 
-/** Serves the site, and under /shown/ the code that a page shows as a page of its own. */
+/** Serves the site. `shown` maps paths under /shown/ to the code that a page of the site shows to its reader. */
 async function serve(shown = {}) {
     const server = createServer((request, response) => {
         const path = request.url.replace(/\/$/, "/index.html");
@@ -35,12 +35,12 @@ async function serve(shown = {}) {
     return { address: `http://127.0.0.1:${server.address().port}`, stop };
 }
 
-/** Waits until the first water of the page draws. */
+/** Waits until the page's first velmora-water element draws. */
 function waitForWater(page) {
     return page.waitForFunction(() => document.querySelector("velmora-water")?.live);
 }
 
-/** Returns the number of distinct colours in a coarse copy of the first water. */
+/** Returns the number of distinct colours in a copy of 16 x 16 pixels of the first velmora-water element. */
 function colors(page) {
     return page.evaluate(async () => {
         const frame = await createImageBitmap(await document.querySelector("velmora-water").toBlob());
@@ -50,7 +50,7 @@ function colors(page) {
     });
 }
 
-/** Waits until the first water shows a picture. A video or a camera starts later than the water. */
+/** Waits until the first velmora-water element shows a picture. A video or camera starts later than the element. */
 async function expectPicture(page, file) {
     await waitForWater(page);
     for (let attempt = 0; attempt < 40; ++attempt) {
@@ -66,7 +66,7 @@ async function close(page, name) {
     assert.deepEqual(page.consoleMessages, [], name);
 }
 
-test("every page opens from disk, draws and requests nothing from elsewhere", async (context) => {
+test("every page opens from disk, draws, and requests no file from outside the site", async (context) => {
     for (const example of ["camera", "video"].filter((name) => engine.cannot[name])) {
         context.diagnostic(`skipped: the page ${example} (${engine.name}: ${engine.cannot[example]})`);
     }
@@ -78,14 +78,14 @@ test("every page opens from disk, draws and requests nothing from elsewhere", as
         }
         await expectPicture(page, file);
         const width = await page.evaluate(() => document.documentElement.scrollWidth);
-        assert.ok(width <= 390, `${file} is ${width} pixels wide on a phone of 390`);
+        assert.ok(width <= 390, `${file} must be at most 390 pixels wide on a phone, not ${width}`);
         await page.screenshot({ path: join(screenshotFolder, `site-${file.replace("html", "png")}`) });
         await close(page, file);
         assert.deepEqual(page.requests.filter((url) => !/^(file|data|blob):/.test(url)), [], file);
     }
 });
 
-test("the shown code runs as shown on a server", needs("shownCode"), async () => {
+test("the code that a page shows to its reader runs unchanged on a server", needs("shownCode"), async () => {
     const shown = {};
     const server = await serve(shown);
     for (const file of pages.filter((name) => name !== "react.html")) {
@@ -102,7 +102,7 @@ test("the shown code runs as shown on a server", needs("shownCode"), async () =>
     server.stop();
 });
 
-test("a page that was served once opens without a server, and names its manifest", needs("serviceWorker"), async () => {
+test("a page that was served once opens again without the server, and refers to its manifest", needs("serviceWorker"), async () => {
     const server = await serve();
     const page = await browser.newPage({ size: [390, 844], reducedMotion: "reduce" });
     await page.goto(`${server.address}/index.html`);

@@ -49,7 +49,7 @@ void readSettings(const double* numbers, app::Settings& settings) {
 
 extern "C" {
 
-/// Starts the effect on a screen of this size. Keeps the waves of a running effect.
+/// Starts the effect at this canvas size in pixels. Keeps the waves of a running effect.
 EMSCRIPTEN_KEEPALIVE void resize(int width, int height) {
     session.resize({width, height});
 }
@@ -87,7 +87,7 @@ EMSCRIPTEN_KEEPALIVE bool isAttractModeRunning() {
     return session.attractMode().isRunning();
 }
 
-/// Returns the milliseconds until attract mode is due, or a negative value if it will not start by itself.
+/// Returns the milliseconds until attract mode is due, or a negative value if attract mode will not start by itself.
 EMSCRIPTEN_KEEPALIVE double attractModeDelay(double now) {
     const auto delay = session.attractMode().untilStart(moment(now));
     return delay ? inMilliseconds(*delay) : -1.0;

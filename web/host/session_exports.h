@@ -18,7 +18,7 @@ app::Clock::time_point moment(double milliseconds);
 /// Converts a duration to milliseconds.
 double inMilliseconds(std::chrono::nanoseconds time);
 
-/// Reads settings: numbers and switches in the order of the table, then red, green and blue of the ink.
+/// Reads settings: numbers and switches in the order of app::forEachField, then red, green and blue of the ink.
 void readSettings(const double* numbers, app::Settings& settings);
 
 }  // namespace web

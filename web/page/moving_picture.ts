@@ -97,7 +97,8 @@ class Animation extends MovingPicture {
     private isClosed = false;
 
     constructor(
-        private readonly decoder: ImageDecoder,
+        private readonly file: ImageDecoderInit,
+        private decoder: ImageDecoder,
         private readonly frameCount: number,
         private current: VideoFrame,
     ) {
@@ -134,6 +135,11 @@ class Animation extends MovingPicture {
 
     private async next(): Promise<void> {
         this.index = (this.index + 1) % this.frameCount;
+        if (this.index === 0) {
+            // The decoder of Firefox would return the frames of the first round again, which are closed by now.
+            this.decoder.close();
+            this.decoder = new ImageDecoder(this.file);
+        }
         const decoded = await this.decoder.decode({ frameIndex: this.index }).catch(() => undefined);
         if (!decoded || this.isClosed) {
             decoded?.image.close();
@@ -150,13 +156,14 @@ async function openAnimation(file: Blob): Promise<MovingPicture | undefined> {
     if (!("ImageDecoder" in window) || !(await ImageDecoder.isTypeSupported(file.type))) {
         return undefined; // the browser shows the first frame as a still picture
     }
-    const decoder = new ImageDecoder({ data: await file.arrayBuffer(), type: file.type });
+    const init = { data: await file.arrayBuffer(), type: file.type };
+    const decoder = new ImageDecoder(init);
     try {
         await Promise.all([decoder.tracks.ready, decoder.completed]); // both reject for a damaged file
         const track = decoder.tracks.selectedTrack;
         if (track?.animated) {
             const { image } = await decoder.decode();
-            return new Animation(decoder, track.frameCount, image);
+            return new Animation(init, decoder, track.frameCount, image);
         }
     } catch {
         // a damaged file

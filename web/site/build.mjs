@@ -15,13 +15,13 @@ const [buildFolder, site] = process.argv.slice(2).map((folder) => resolve(folder
 const element = join(buildFolder, "element");
 const pictures = join(site, "pictures");
 
-/** Examples in the order of the menu. */
+/** Names of the examples, in the order of the menu. */
 const examples = ["hero", "cards", "gallery", "video", "camera", "rain", "hover", "many", "react", "script-tag"];
 const pictureSize = [1280, 800];
 const source = (file) => readFileSync(join(here, file), "utf8");
 const escaped = (text) => text.replaceAll("&", "&amp;").replaceAll("<", "&lt;").replaceAll('"', "&quot;");
 
-/** Replaces each name in capital letters by its part. */
+/** Replaces each name in capital letters with the member of `parts` that has this name. */
 function filled(text, parts) {
     return text.replace(new RegExp(Object.keys(parts).join("|"), "g"), (name) => parts[name]);
 }
@@ -51,7 +51,7 @@ function saveFilm() {
     execFileSync("ffmpeg", ["-v", "error", "-y", "-f", "lavfi", "-i", film, ...coding, join(pictures, "colours.mp4")]);
 }
 
-/** Returns title, description and picture of an example, the HTML that runs, and the code that the page shows. */
+/** Returns an example: title, description and picture, the HTML that runs, and the code that the page shows. */
 function readExample(name) {
     const text = source(`examples/${name}.html`);
     const meta = (field) => text.match(`<meta name="${field}" content="(.*)">`)[1];
@@ -67,7 +67,7 @@ function readExample(name) {
     };
 }
 
-/** Returns a page with the head and the footer of all pages. */
+/** Returns a page that has the same head and footer as every page of the site. */
 function page(kind, title, description, body) {
     const parts = { KIND: kind, TITLE: title, DESCRIPTION: description, BODY: body.trimEnd() };
     return filled(source("layout.html"), parts);
@@ -110,7 +110,7 @@ function frontPage(all) {
     return page("front", "Velmora – turn a picture into water", summary, body);
 }
 
-/** Bundles the React example. Its imports of the package and of a picture mean the files of this build. */
+/** Bundles the React example. Resolves its imports of the package and of a picture to the files of this build. */
 function bundleReact() {
     const files = {
         name: "files of this build",
@@ -144,7 +144,7 @@ function savePictureData() {
     writeFileSync(join(site, "pictures.js"), filled(source("pictures.js"), { DATA: JSON.stringify(data) }));
 }
 
-/** Writes the service worker, which keeps all files that a served page uses. */
+/** Writes the service worker, which stores all files that a served page uses, so that the page works offline. */
 function saveServiceWorker() {
     const isServed = (file) => file.includes(".") && file !== "pictures.js";
     const files = readdirSync(site, { recursive: true }).filter(isServed).sort();

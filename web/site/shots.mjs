@@ -10,7 +10,7 @@ const site = new URL("../../build/site/", import.meta.url);
 const shots = new URL("shots/", import.meta.url);
 mkdirSync(shots, { recursive: true });
 
-/** Draws a wave of ink on the first water of an example. */
+/** Draws a wave-shaped stroke of ink on the first velmora-water element of an example. */
 async function stroke() {
     const water = document.querySelector("velmora-water");
     const { clientWidth: width, clientHeight: height } = water;

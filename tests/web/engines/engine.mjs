@@ -21,7 +21,7 @@ const chosen = process.env.VELMORA_ENGINE ?? "chromium";
 /** The chosen engine. */
 export const engine = await import(`./${chosen}.mjs`);
 
-/** Options of a test that needs abilities: an engine without one of them skips the test and prints the reason. */
+/** Returns the options of a test that needs these abilities. An engine that lacks one of them skips the test. */
 export function needs(...abilities) {
     const reasons = abilities.map((ability) => engine.cannot[ability]).filter(Boolean);
     return { skip: reasons.length > 0 && `${engine.name}: ${reasons.join(", ")}` };

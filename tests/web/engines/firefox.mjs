@@ -136,7 +136,7 @@ async function download(folder, act) {
             watcher.on("change", () => {
                 const files = readdirSync(folder);
                 const file = files.find((one) => !before.has(one) && !one.endsWith(".part"));
-                // Firefox reserves the name with an empty file, and renames the complete .part file to it.
+                // Firefox first creates an empty file with the final name, and then replaces it with the .part file.
                 if (file && !files.some((one) => one.endsWith(".part"))) {
                     const bytes = readFileSync(join(folder, file));
                     if (bytes.length > 0) {

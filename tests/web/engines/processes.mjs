@@ -14,7 +14,7 @@ for (const signal of ["SIGHUP", "SIGINT", "SIGTERM"]) {
     process.on(signal, () => process.exit(1));
 }
 
-/** Starts a program. It ends with this process; setpriv ends it even if this process is killed. */
+/** Starts a program. setpriv ends the program together with this process, even if this process is killed. */
 export function start(program, args, options) {
     const started = spawn("setpriv", ["--pdeathsig", "KILL", program, ...args], options);
     running.add(started);

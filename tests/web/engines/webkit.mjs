@@ -17,6 +17,7 @@ export const cannot = {
     shownCode: "Chromium runs the same code",
     serviceWorker: "Chromium checks the service worker",
     pen: "cannot press with a pen",
+    imageDecoder: "has no ImageDecoder, so animated images do not move",
     heldKeys: "its WebDriver begins another stroke when the mouse moves while a key is held",
     zoom: "its zoom does not change the pixel ratio",
     emulateMedia: "cannot show a page as printed",
@@ -106,14 +107,14 @@ async function request(method, url, body) {
     return value;
 }
 
-/** Returns the source of a function as an expression. That of a method lacks the keyword. */
+/** Returns the source of a function as an expression. Adds `function` to the source of a method. */
 function expressionOf(call) {
     const text = String(call);
     const isMethod = /^(async )?(?!async|function)\w+\s*\([^)]*\)\s*\{/.test(text);
     return isMethod ? text.replace(/^(async )?/, "$1function ") : text;
 }
 
-// Code points of keys in WebDriver.
+// Code points that stand for special keys in WebDriver.
 const keyCodes = {
     Backspace: "\uE003", Tab: "\uE004", Enter: "\uE007", Escape: "\uE00C",
     Shift: "\uE008", Control: "\uE009", Alt: "\uE00A",
