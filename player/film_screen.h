@@ -28,7 +28,7 @@ private:
     app::Size size;
     Overlays overlays;
     std::optional<hostkit::GlContext> context;
-    /// Empty if no overlay is on.
+    /// Painter of the overlays. Empty if no overlay is on.
     std::optional<Painter> painter;
 };
 
