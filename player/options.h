@@ -18,7 +18,7 @@ struct Options {
     std::filesystem::path out = "out";
     /// Folder for the window's screenshots, films, recordings and presets.
     std::filesystem::path shots = "shots";
-    /// File of the preset. If empty, the default settings are used.
+    /// File of the preset. If empty, the window uses its last settings; a film uses the default settings.
     std::filesystem::path preset;
     /// File of a recording that starts when the window opens. If empty, no recording starts.
     std::filesystem::path record;

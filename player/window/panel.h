@@ -15,7 +15,8 @@
 
 namespace player {
 
-/// State of the player's own switches.
+/// State of the window apart from the settings. Each member is true while this part of the window is visible, or while
+/// this activity is on.
 struct View {
     bool panel = false;
     bool help = false;
