@@ -11,10 +11,10 @@ constexpr std::chrono::nanoseconds frameTime(16'666'667);
 
 /// Rule for the time by which the effect advances in one frame, on a machine that cannot draw 60 frames per second.
 enum class FrameLength {
-    /// Any time, so that waves keep their speed in real time.
+    /// The full time that has passed, so that waves keep their speed in real time.
     real,
-    /// Time rounded to a multiple of 1/60 s, for recordings. Recorded events then happen at whole frame numbers and
-    /// keep their time.
+    /// The time that has passed, rounded to a multiple of 1/60 s, for recordings. Recorded events then happen at whole
+    /// frame numbers and keep their time.
     whole,
     /// Always 1/60 s, for replays. Every frame is drawn, so the effect runs in slow motion.
     exact

@@ -70,8 +70,8 @@ Quality settled(Quality quality) {
     return quality;
 }
 
-/// Returns to the higher resolution, because the lower resolution did not make the frames fast enough. The display may
-/// be slow, or most of the time may be needed for work that does not depend on the resolution.
+/// Returns to the higher resolution, because the lower resolution did not make the frames much faster. Possible causes
+/// are a slow display, or work whose time does not depend on the resolution.
 Quality endTrial(Quality quality) {
     --quality.level;
     quality.lastLevel = quality.level;

@@ -6,7 +6,7 @@
 namespace app {
 namespace {
 
-/// Amount by which the number of simulation steps per second is increased, repeatedly, until fast waves are stable.
+/// Number that is added to the simulation steps per second, repeatedly, until fast waves are stable.
 constexpr int stepRateIncrement = 60;
 /// Maximum of `WaterSettings::waveSpeed`. Waves become unstable above 0.5.
 constexpr double maxWaveWeight = 0.45;

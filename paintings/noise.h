@@ -29,7 +29,8 @@ inline float noise(Vec2 at, std::uint32_t seed) {
     const float y = at.y - top;
     const int column = static_cast<int>(left);
     const int row = static_cast<int>(top);
-    // Each corner of the unit square around the position has a random gradient. The noise interpolates between these.
+    // Each corner of the unit square around the position has a random gradient. The noise interpolates between the
+    // heights that these gradients give.
     const auto height = [&](int right, int down) {
         const std::uint32_t bits = randomBitsAt(column + right, row + down, seed);
         const Vec2 gradient{static_cast<float>(bits >> 12) * 0x1p-11f - 1.0f,

@@ -21,7 +21,7 @@ public:
     /// Replaces the context and its GL objects.
     void renewContext();
     void drawOver(const app::EffectProbe& probe);
-    /// Returns the frame on the screen, opaque.
+    /// Returns the frame on the screen as an opaque image.
     hostkit::Image shown() const;
 
 private:
