@@ -20,8 +20,8 @@ public:
     bool isOn() const { return on; }
     /// Turns attract mode on or off. Does not stop strokes that have started.
     void turn(bool isOn) { on = isOn; }
-    /// Makes attract mode start again after every three strokes and an idle time. The stroke numbers continue, so that
-    /// the new strokes differ in place and ink.
+    /// Makes attract mode repeat: after three strokes and another idle time, it draws the next three strokes. The
+    /// stroke numbers continue, so that the new strokes differ from the old strokes in place and ink.
     void repeat() { repeats = true; }
 
     /// Restarts the idle time because of user input. If the user touched the water (`touched`), later idle times are
@@ -30,16 +30,17 @@ public:
     /// Restarts the idle time for another reason than user input, for example because a recording runs.
     void postpone(Clock::time_point now);
     bool isRunning() const { return frame >= 0; }
-    /// Returns the number of the current stroke, from 0. The pause after a stroke belongs to the stroke. Empty if
-    /// attract mode is not running.
+    /// Returns the number of the current stroke, from 0. During the pause after a stroke, this is still the number of
+    /// that stroke. Returns nothing if attract mode is not running.
     std::optional<int> stroke() const;
-    /// Returns the time until attract mode starts. Empty if it is running, turned off or waiting for user input.
+    /// Returns the time until attract mode starts. Returns nothing if attract mode is running, turned off or waiting
+    /// for user input.
     std::optional<std::chrono::nanoseconds> untilStart(Clock::time_point now) const;
     /// Starts attract mode if the idle time is over.
     void startIfIdle(Clock::time_point now);
     /// Returns the touch actions of the next frame. The strokes are slow curves. Ink fades in the pauses between them.
     std::vector<hostkit::ScriptAction> next(Size screen);
-    /// Stops attract mode. Returns the actions that end an unfinished stroke.
+    /// Stops attract mode. Returns the touch actions that end an unfinished stroke.
     std::vector<hostkit::ScriptAction> stop();
 
 private:

@@ -23,7 +23,7 @@ private:
     hostkit::Image first;
     hostkit::Image second;
     std::chrono::nanoseconds time{0};
-    /// Number of the current step. The weight of the second image is proportional to it.
+    /// Number of the current step. The weight of the second image is proportional to this number.
     int step = 0;
 };
 

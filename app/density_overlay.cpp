@@ -7,8 +7,8 @@
 namespace app {
 namespace {
 
-// The ink texture stores the density in two channels: 255 * red + green. The false colours are logarithmic, so that
-// even invisible traces of ink become blue.
+// The ink texture stores the density in two channels: 255 * red + green. The false colours depend on the logarithm of
+// the density, so that even ink that is too thin to see becomes blue.
 constexpr const char* densityText = R"(
 precision mediump float;
 uniform sampler2D sTexture;

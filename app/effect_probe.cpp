@@ -14,8 +14,8 @@ namespace {
 
 using velmora::pixelsPerCell;
 
-/// Texture unit to which the library binds the ink while it draws the water mesh with glDrawElements. It draws nothing
-/// else with glDrawElements.
+/// Texture unit to which the library binds the ink while it draws the water mesh. The library uses glDrawElements only
+/// for the water mesh.
 constexpr GLenum inkUnit = GL_TEXTURE2;
 
 GLuint textureOfUnit(GLenum unit) {

@@ -13,7 +13,7 @@
 
 namespace app {
 
-/// Copy of the velocity texture that the library uploaded: RGBA8, bottom row first.
+/// Copy of the last velocity texture that the library uploaded: RGBA8, bottom row first.
 struct VelocityField {
     int columns = 0;
     int rows = 0;
@@ -25,16 +25,17 @@ struct FrameMoments {
     using Moment = std::optional<std::chrono::steady_clock::time_point>;
     /// Time of the library's first GL call in the frame.
     Moment begin;
-    /// End of the wait for the solver step of the previous frame. It is measured at the velocity upload, which follows
-    /// the wait. Frames without ink have no upload.
+    /// Time at which the wait for the solver step of the previous frame ends. The probe measures the time at the
+    /// velocity upload, which follows the wait. Frames that have no ink also have no velocity upload.
     Moment solverDone;
     /// First draw call.
     Moment firstDraw;
 };
 
-/// Observes the library's velocities, ink and times through its GL calls. The probe relies on two facts. Only velocity
-/// uploads have the size of the velocity grid. The ink is bound to a known texture unit while the water mesh is drawn.
-/// Use one probe at a time, because it sets the hooks of the GL observer.
+/// Observes the velocities, the ink and the times of the library's frames through the library's GL calls. The probe
+/// relies on two facts. First, only velocity uploads have the size of the velocity grid. Second, the library binds the
+/// ink to a known texture unit while it draws the water mesh. Use one probe at a time, because a probe sets the hooks
+/// of the GL observer.
 class EffectProbe {
 public:
     EffectProbe();

@@ -9,7 +9,7 @@ using hostkit::Touch;
 using hostkit::TouchAction;
 
 // If the previous action is also a move, the new move replaces it. The library measures speed as the distance between
-// two moves, so several moves in a frame would make the finger appear slower.
+// two moves. Several moves in a frame would be closer together, so the finger would appear slower.
 void Finger::add(const Touch& touch) {
     const Touch* last = actions.empty() ? nullptr : std::get_if<Touch>(&actions.back());
     if (last != nullptr && last->action == TouchAction::move && touch.action == TouchAction::move) {

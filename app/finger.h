@@ -27,7 +27,8 @@ public:
     bool hasActions() const { return !actions.empty(); }
     /// Returns the actions since the last call and removes them.
     std::vector<hostkit::ScriptAction> takeActions();
-    /// Releases the finger but adds no event, and removes all actions. Call it when the effect restarts.
+    /// Releases the finger, adds no up or cancel event, and removes all waiting actions. Call it when the effect
+    /// restarts.
     void reset();
 
 private:

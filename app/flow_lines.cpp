@@ -9,9 +9,10 @@ namespace {
 
 /// Approximate maximum number of flow lines along the width of the screen.
 constexpr int maxLinesAcross = 30;
-/// Minimum flow speed for which a line is drawn. Slower flow is hidden in the noise of the 8-bit encoding.
+/// Minimum flow speed for which a line is drawn, in the unit that `decode` returns. Slower flow is hidden in the noise
+/// of the 8-bit encoding.
 constexpr float minSpeed = 0.25f;
-/// Maximum length of a line, relative to the distance between lines.
+/// Maximum length of a line, as a multiple of the distance between the starts of two neighbouring lines.
 constexpr float maxLength = 2.5f;
 
 /// Decodes a velocity component. The first byte holds the integer part plus 127; the second holds the fraction in units

@@ -13,9 +13,9 @@ struct FlowLine {
     float y;
     float endX;
     float endY;
-    /// Red, green and blue, 0 to 1. Slow flow is yellow, fast flow is red.
+    /// Colour of the line: red, green and blue, 0 to 1 each. Slow flow is yellow, fast flow is red.
     std::array<float, 3> color;
-    /// Opacity of the line and of the dot at its start, 0.2 to 0.9. It increases with the speed.
+    /// Opacity of the line and of the dot at its start, 0.2 to 0.9. The opacity increases with the speed of the flow.
     float opacity;
 };
 
@@ -26,8 +26,9 @@ constexpr float flowDotSide = 3.0f;
 /// Grey level of the dot, 0 to 1.
 constexpr float flowDotShade = 0.1f;
 
-/// Returns lines that follow the flow of a velocity texture. They start in cells that are far enough apart to tell the
-/// lines apart. `rgba` has columns * rows texels, bottom row first. `width` and `height` are the screen size in pixels.
+/// Returns lines that follow the flow of a velocity texture. Neighbouring lines start far enough apart to be
+/// distinguishable. `rgba` has columns * rows texels, bottom row first. `width` and `height` are the screen size in
+/// pixels.
 std::vector<FlowLine> flowLines(std::span<const std::uint8_t> rgba, int columns, int rows,
                                 float width, float height);
 

@@ -9,11 +9,12 @@ namespace {
 
 using std::chrono::nanoseconds;
 
-/// Time by which a frame may be early and still count as due. Displays are not perfectly regular.
+/// Maximum time before its due time at which a frame already counts as due. The refresh intervals of displays vary
+/// slightly.
 constexpr nanoseconds earlyTolerance = frameTime / 8;
-/// Maximum time between two calls of `take` that counts, unless a slow-motion frame lasts longer. The effect skips the
-/// rest, for example after the machine has slept. During a recording, more time counts, so that the recording keeps
-/// real time even on a very slow machine.
+/// Maximum real time between two calls of `take` that counts. In slow motion, the duration of one frame counts even if
+/// it is longer. The effect skips the rest of a longer gap, for example after the machine has slept. During a
+/// recording, more time counts, so that the recording keeps real time even on a very slow machine.
 constexpr nanoseconds maxGap = std::chrono::milliseconds(250);
 constexpr nanoseconds maxRecordedGap = std::chrono::seconds(2);
 
@@ -21,7 +22,7 @@ nanoseconds scaled(nanoseconds time, double scale) {
     return nanoseconds(std::llround(static_cast<double>(time.count()) * scale));
 }
 
-/// Returns the effect time of one frame if `frames` frames must make up for the time `owed`.
+/// Returns the time by which the effect advances in each frame, if `frames` frames must cover the effect time `owed`.
 nanoseconds lengthOf(FrameLength length, nanoseconds owed, int frames) {
     switch (length) {
         case FrameLength::real:

@@ -7,8 +7,9 @@
 
 namespace app {
 
-/// Saves the GL state that other code may change and restores it at the end of the scope, because the library expects
-/// its state unchanged. Code in the scope must use only texture unit 0 and disable its vertex arrays.
+/// Saves the GL state that drawing code outside the library changes, and restores this state at the end of the scope.
+/// The library expects its GL state unchanged in the next frame. Code in the scope must use only texture unit 0 and
+/// must disable its vertex arrays.
 class GlStateGuard {
 public:
     GlStateGuard();

@@ -17,10 +17,10 @@ public:
     void start();
     /// Ends the idle state because of a touch, which may deposit ink.
     void noteTouch();
-    /// Ends the idle state because something else changes the image.
+    /// Ends the idle state because something other than a touch changes the image.
     void noteChange();
-    /// Updates the state after a drawn frame. `digest` returns a digest of the screen. It is called in few frames,
-    /// because reading the screen is slow.
+    /// Updates the state after a drawn frame. `digest` must return a digest of the screen. The function calls `digest`
+    /// only in some frames, because reading the screen is slow.
     void noteFrame(bool waterIdle, const std::function<std::uint64_t()>& digest);
 
 private:

@@ -13,18 +13,18 @@ namespace {
 using Color = std::array<double, 3>;
 
 constexpr int hueBins = 36;
-/// Approximate number of pixels to sample. With more samples, the result would look the same.
+/// Approximate number of pixels of an image to sample. With more samples, the result would look the same.
 constexpr std::size_t maxSamples = 40'000;
-/// Hue of the default ink in degrees: a blue. It is used for images without colour.
+/// Hue, in degrees, of the ink for images that have no colour: a blue.
 constexpr double defaultHue = 206.0;
 /// Minimum mean chroma, 0 to 1, of an image that counts as coloured.
 constexpr double minChroma = 0.03;
 /// Minimum fraction of the dominant colour's brightness that must remain visible through dense ink.
 constexpr double minLight = 0.25;
-/// Range of the smallest channel of the ink.
+/// Minimum and maximum value of the smallest colour channel of the ink.
 constexpr double minDarkest = 0.3;
 constexpr double maxDarkest = 0.65;
-/// Maximum angle in degrees between the hue of a variation and the complementary hue.
+/// Maximum difference in degrees between the hue of a variation and the hue that is opposite to the dominant hue.
 constexpr double maxTurn = 50.0;
 
 /// Returns the chroma of a colour: its largest channel minus its smallest channel.
@@ -75,7 +75,7 @@ Hues huesOf(const hostkit::Image& image) {
     return hues;
 }
 
-/// Returns the mean colour of the three adjacent bins that together have the largest weight.
+/// Returns the mean colour of the three adjacent hue ranges that have the largest total weight.
 Color dominantColor(const Hues& hues) {
     double heaviest = 0.0;
     Color dominant{};

@@ -6,8 +6,8 @@
 
 namespace app {
 
-/// Returns an ink colour with a hue in degrees: 0 is red, 60 is yellow. The smallest channel is `darkest` and the
-/// largest is 1.
+/// Returns an ink colour that has the given hue in degrees: 0 is red, 60 is yellow. The smallest channel is `darkest`
+/// and the largest is 1.
 std::array<float, 3> lightInk(double hue, double darkest);
 
 /// Returns a light ink that contrasts with an image. Its hue is opposite to the dominant hue of the image. The image

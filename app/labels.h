@@ -6,9 +6,8 @@
 
 namespace app {
 
-/// @file
-/// Texts that the window and the web page share, so that both use the same words. The build also writes them as
-/// TypeScript. The labels of the settings are in settings.h.
+/// @file Texts that the player's window and the web page share, so that both use the same words. The build also writes
+/// these texts as TypeScript. The labels of the settings are in settings.h.
 
 /// Texts of a command.
 struct CommandText {
@@ -97,7 +96,8 @@ inline constexpr SharedText sharedTexts[] = {
     {"playing", "Playing "},
     {"gestureEnded", "The gesture has ended"},
     {"gestureStopped", "The gesture was stopped"},
-    // Hints of the marks of an activity in progress. A click on a mark ends the activity.
+    // Hints of the on-screen indicators. An indicator shows an activity in progress. A click on the indicator ends this
+    // activity.
     {"stopFilming", "Stop filming"},
     {"stopRecording", "Stop recording"},
     {"stopGesture", "Stop the gesture"},

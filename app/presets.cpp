@@ -20,8 +20,8 @@ bool isBetween(double value, double min, double max) {
     return value >= min && value <= max;  // false for NaN
 }
 
-/// Returns the value if it is valid for the field. Uses the decimal limits of the error message: the limit 0.8 means
-/// the double 0.8 and not the float 0.8f, which is slightly larger.
+/// Returns the value if it is valid for the field, otherwise nothing. Compares the value with the decimal limits that
+/// the error message shows. The limit 0.8 means the double 0.8 and not the float 0.8f, which is slightly larger.
 template <class Value>
 std::optional<Value> valueOf(const PresetValue& value, const SettingField<Value>& field) {
     if constexpr (std::is_same_v<Value, bool>) {

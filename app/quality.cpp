@@ -6,24 +6,26 @@
 namespace app {
 namespace {
 
-/// Fraction to which a lower resolution must shorten the frame interval. For a smaller gain, the blur is not worth it,
-/// because it is visible even in a static image.
+/// Maximum ratio of the frame interval after a reduction of the resolution to the interval before it. If the ratio is
+/// larger, the gain is not worth the blur, which is visible even in a static image.
 constexpr double maxIntervalRatio = 0.85;
 /// Minimum number of mesh vertices along the shorter side of the screen.
 constexpr int minVertices = 30;
-/// Numbers of cells between neighbouring mesh vertices at full detail, on screens with at least minMediumPixels and
-/// minLargePixels along the shorter side. With the shipped gestures, the structural similarity to frames of the finest
-/// mesh is then at least 0.99 (measured by velmora-bench-mesh). Smaller screens are fast with the finest mesh.
+/// Numbers of cells between neighbouring mesh vertices at full detail. They apply to screens that have at least
+/// minMediumPixels and minLargePixels, respectively, along the shorter side. For the shipped gestures, the structural
+/// similarity to frames of the finest mesh is then at least 0.99 (measured by velmora-bench-mesh). Smaller screens use
+/// the finest mesh, because they are fast enough with it.
 constexpr float cellsPerVertexOfMedium = 1.75f;
 constexpr float cellsPerVertexOfLarge = 2.0f;
 constexpr int minMediumPixels = 360;
 constexpr int minLargePixels = 1000;
-/// Minimum number of cells along the shorter side for these meshes. If there are fewer cells, each cell is large and
-/// needs a vertex.
+/// Minimum number of cells along the shorter side of the screen for these coarser meshes. If there are fewer cells,
+/// each cell is large and needs a vertex.
 constexpr int minCells = 90;
-/// Number of frames in a span during a search.
+/// Number of frames in a span during the search for the right level. A span is a group of frames that are judged
+/// together.
 constexpr std::size_t searchFrames = 6;
-/// Number of frames to skip after a change of the level. Only then do the intervals show the effect of the change.
+/// Number of frames to skip after a change of the level. Later frame intervals show the effect of the change.
 constexpr int framesToSettle = 2;
 /// Frame intervals in milliseconds. Frames are slow above slowInterval and fluent below fluentInterval. In between, for
 /// example on a 50 Hz display, the level does not change.
@@ -51,9 +53,9 @@ void insert(Quality& quality, double interval) {
     ++quality.spanLength;
 }
 
-/// Returns the mean frame interval of the span without its slowest eighth, so that a single slow frame does not count.
-/// A median would be worse: intervals are multiples of the refresh interval, so the median would jump between
-/// multiples.
+/// Returns the mean of the frame intervals in the span, except the longest eighth. A single slow frame therefore does
+/// not count. A median would be worse: intervals are multiples of the display's refresh interval, so the median would
+/// jump between multiples.
 double typicalInterval(const Quality& quality) {
     const auto begin = quality.span.begin();
     const std::size_t counted = quality.spanLength - (quality.spanLength + 7) / 8;
@@ -68,15 +70,15 @@ Quality settled(Quality quality) {
     return quality;
 }
 
-/// Returns to the higher resolution because the lower one did not help. The display may be slow, or the time is spent
-/// elsewhere.
+/// Returns to the higher resolution, because the lower resolution did not make the frames much faster. Possible causes
+/// are a slow display, or work whose time does not depend on the resolution.
 Quality endTrial(Quality quality) {
     --quality.level;
     quality.lastLevel = quality.level;
     return settled(quality);
 }
 
-/// Reduces the detail after a span of slow frames, if the level allows it.
+/// Reduces the detail after a span of slow frames, if a lower level of detail is allowed.
 Quality lower(Quality quality, double interval) {
     quality.fluentSpans = 0;
     const bool canLower = quality.level < std::min(quality.lastLevel, maxQualityLevel);

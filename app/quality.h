@@ -37,8 +37,8 @@ struct Quality {
     QualityPhase phase = QualityPhase::fixed;
     /// Index of the current level in `qualityLevels`; 0 is full detail.
     int level = 0;
-    /// Maximum level, that is the least detail, to use on this machine. It decreases if a lower resolution did not
-    /// help.
+    /// Maximum level (the least detail) to use on this machine. This maximum decreases if a lower resolution did not
+    /// make the frames faster.
     int lastLevel = maxQualityLevel;
     /// True if the last change of the level increased the detail.
     bool raised = false;
@@ -46,7 +46,7 @@ struct Quality {
     int fluentSpans = 0;
     /// Number of consecutive fluent spans after which the detail is increased.
     int patience = 12;
-    /// Frame interval before the resolution was lowered. Empty unless the lower resolution is on trial.
+    /// Frame interval before the resolution was lowered. Empty unless a lower resolution is being tried.
     std::optional<double> intervalBeforeTrial;
 
     /// Intervals of the current span in ascending order.

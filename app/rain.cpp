@@ -12,7 +12,7 @@ double randomNumber(Rain& rain) {
     return static_cast<double>(rain.seed >> 8) / (1 << 24);
 }
 
-/// Returns the strength of a raindrop's ripple. It is smaller than that of a touch.
+/// Returns the strength of a raindrop's ripple, which is smaller than the strength of a touch's ripple.
 float dropStrength(Rain& rain, const Settings& settings) {
     return static_cast<float>(0.15 + 0.35 * randomNumber(rain)) * settings.ripple;
 }

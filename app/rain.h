@@ -8,7 +8,7 @@
 
 namespace app {
 
-/// State of the rain. The same drops fall in every run.
+/// State of the rain. The rain is the same in every run.
 struct Rain {
     /// Number of drops that are due, including a fraction.
     double dropsDue = 0.0;

@@ -7,7 +7,7 @@
 namespace app {
 namespace {
 
-/// Range of values of a setting that look good.
+/// Range of the values of a setting that look good.
 struct Range {
     float Settings::*member;
     double min;

@@ -331,7 +331,7 @@ void Session::startRecording() {
     endReplay(false);
     restartForGesture();
     recording = {screenSize.width, screenSize.height, 0, {}};
-    // The recording starts with these actions, so that a replay starts from the same state.
+    // The recording starts with these actions, so that a replay starts from the same state as the recording.
     run(gestureResetActions(settings), frameTime);
 }
 

@@ -31,7 +31,7 @@ struct FrontEnd {
     /// Makes a GL context current that has no objects: a new context, or the old context after its objects were
     /// deleted.
     std::function<void()> renewContext;
-    /// Returns an image, scaled and cropped to cover the screen.
+    /// Returns the image, scaled and cropped to cover a screen of the given size.
     std::function<hostkit::Image(const hostkit::Image&, Size)> cover;
     /// Draws a frame of the host.
     std::function<void(hostkit::EffectHost&)> draw = [](hostkit::EffectHost& host) { host.draw(); };
@@ -39,7 +39,7 @@ struct FrontEnd {
     std::function<void(Size screen, bool hasInk)> onStart = [](Size, bool) {};
     /// Runs when a replay has ended. `finished` is false if the replay was stopped before the end of its script.
     std::function<void(bool finished)> onReplayEnd = [](bool) {};
-    /// Runs for each recorded event, immediately.
+    /// Runs immediately after an event has been recorded.
     std::function<void(const hostkit::ScriptEvent&)> onRecorded = [](const hostkit::ScriptEvent&) {
     };
     /// Runs at the end of a recording and receives the complete script.
@@ -57,8 +57,8 @@ public:
     Session(const Session&) = delete;
     Session& operator=(const Session&) = delete;
 
-    /// Starts the effect on a screen of this size, with idle water and no ink. Ends a recording; a replay continues. If
-    /// renewContext throws, the next frame tries again.
+    /// Starts the effect on a screen of this size, with idle water and no ink. Ends a recording in progress; a replay
+    /// in progress continues. If renewContext throws, the next frame tries again to start the effect.
     void restart(Size screen);
     /// Restarts the effect on a screen of another size and keeps the waves. The ink is lost, because the library has no
     /// function that restores it.
@@ -112,19 +112,20 @@ public:
     bool isWaterIdle() const { return host && host->water().idle; }
     bool mayShowInk() const { return !applied.waterOnly && idleWatch.mayShowInk(); }
 
-    /// Restarts the effect as a replay does and starts to record all actions. Frame numbers in the recording are times
-    /// in units of 1/60 s, even if fewer frames are drawn. A replay is exact if each recorded frame lasted 1/60 s.
+    /// Restarts the effect in the same state as a replay does, and starts to record all actions. Frame numbers in the
+    /// recording are times in units of 1/60 s, even if fewer frames are drawn. A replay matches the recording exactly
+    /// only if each recorded frame lasted 1/60 s.
     void startRecording();
     /// Ends a recording. Does nothing if there is no recording.
     void finishRecording();
     bool isRecording() const { return recording.has_value(); }
     /// Restarts the effect and plays the script.
     void startReplay(hostkit::GestureScript script);
-    /// Stops a replay and lifts its finger. Does nothing if there is no replay.
+    /// Stops a replay and ends its unfinished stroke. Does nothing if there is no replay.
     void stopReplay();
     bool isReplaying() const { return replay.has_value(); }
 
-    /// Returns the settings that the user chose. Ignores an ink that a script set, and selects the first background.
+    /// Returns the settings that the user chose, but with the first background. Ignores an ink that a script has set.
     Settings userSettings() const;
     Size screen() const { return screenSize; }
     const hostkit::WaterDriver& water() const { return host->water(); }

@@ -6,13 +6,14 @@
 namespace app {
 namespace {
 
-/// Minimum number of simulation steps per second. Faster waves add multiples of this number.
+/// Number that is added to the simulation steps per second, repeatedly, until fast waves are stable.
 constexpr int stepRateIncrement = 60;
 /// Maximum of `WaterSettings::waveSpeed`. Waves become unstable above 0.5.
 constexpr double maxWaveWeight = 0.45;
-/// Radius of a touch's ripple, as a fraction of the shorter side. In a grid of 90 cells, the radius is three cells.
+/// Radius of a touch's ripple, as a fraction of the screen's shorter side. If this side has 90 cells, the radius is
+/// three cells.
 constexpr double rippleRadius = 3.0 / 90.0;
-/// Strength of a ripple of a finger movement, relative to that of a touch-down.
+/// Strength of the ripple of a finger movement, divided by the strength of the ripple of a touch-down.
 constexpr float moveRippleFraction =
     defaultEffectSettings.moveRipple / defaultEffectSettings.downRipple;
 

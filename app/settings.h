@@ -18,7 +18,8 @@ inline constexpr hostkit::EffectSettings defaultEffectSettings{};
 struct Settings {
     /// Factor by which the wave velocity is multiplied every 1/60 s.
     float damping = hostkit::WaterSettings{}.damping;
-    /// Wave speed in shorter screen sides per second. It does not depend on the grid.
+    /// Wave speed, in lengths of the screen's shorter side per second. The speed does not depend on the number of
+    /// cells.
     float waveSpeed = 0.365f;
     /// Strength of the ripple of a touch-down. The ripple of a finger movement has a sixth of this strength.
     float ripple = defaultEffectSettings.downRipple;
@@ -37,7 +38,7 @@ struct Settings {
     float exponent = defaultEffectSettings.exponent;
     /// Raindrops per second.
     float rain = 0.0f;
-    /// Pressure, 0 to 1, for pointers that do not measure it.
+    /// Pressure, 0 to 1, of touches by a pointer that does not measure pressure.
     float pressure = 0.5f;
     /// Speed of the effect: seconds of effect time per second of real time.
     float timeScale = 1.0f;
@@ -119,7 +120,8 @@ void forEachField(Visit visit) {
     all(switchFields);
 }
 
-/// Returns the members that a table of fields describes. A program that needs only the members links no texts.
+/// Returns the members of `Settings` that a table of fields describes. A program that uses only this result does not
+/// contain the texts of the table.
 template <class Value, std::size_t count>
 consteval std::array<Value Settings::*, count> membersOf(
     const SettingField<Value> (&fields)[count]) {
@@ -163,7 +165,8 @@ std::vector<hostkit::ScriptAction> inkAndBackgroundChanges(const Settings& setti
 void applyAction(Settings& settings, const hostkit::ScriptAction& action);
 
 /// Returns actions that bring the library to a known state. The library remembers speed, position and direction of the
-/// last gesture. The actions overwrite them with an invisible gesture outside the screen, then set ink and background.
+/// last gesture. The actions overwrite these values with an invisible gesture outside the screen, then set ink and
+/// background.
 std::vector<hostkit::ScriptAction> gestureResetActions(const Settings& settings);
 
 }  // namespace app

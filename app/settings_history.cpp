@@ -12,7 +12,8 @@ constexpr auto maxDragPause = std::chrono::seconds(1);
 /// Maximum number of steps that the user can undo.
 constexpr std::size_t maxSteps = 200;
 
-/// Returns true if the settings differ in a switch. A switch cannot be dragged.
+/// Returns true if a switch has different states in the two settings. A switch cannot be dragged, so each change of a
+/// switch is a separate step.
 bool differInSwitch(const Settings& before, const Settings& after) {
     return std::any_of(std::begin(switchFields), std::end(switchFields), [&](const auto& field) {
         return before.*field.member != after.*field.member;

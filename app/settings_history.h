@@ -16,7 +16,7 @@ public:
     explicit SettingsHistory(const Settings& initial) : states{initial} {}
 
     /// Adds the current settings to the history if they have changed. Quick changes of the same number or ink, for
-    /// example by a dragged slider, count as one step. Each change of a switch is a step of its own. A change after an
+    /// example by a dragged slider, count as one step. Each change of a switch is a separate step. A change after an
     /// undo discards the steps that could be redone.
     void note(const Settings& settings, Clock::time_point now);
     /// Returns the settings before the last step, or nothing if there is no such step. The caller applies them.

@@ -9,7 +9,7 @@ namespace {
 constexpr std::size_t maxLineLength = 400;
 /// Maximum length of a quoted word in bytes.
 constexpr std::size_t maxWordLength = 40;
-/// Mark that replaces removed text.
+/// Characters that replace removed text.
 constexpr std::string_view ellipsis = "...";
 
 bool isControl(unsigned char character) {

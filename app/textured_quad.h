@@ -7,7 +7,7 @@
 namespace app {
 
 /// Draws a texture over the whole screen with a given fragment shader. The object belongs to the GL context that was
-/// current at construction. Hold a GlStateGuard while you use it.
+/// current at construction. While you use the object, a GlStateGuard must exist.
 class TexturedQuad {
 public:
     /// Builds the program. The fragment shader reads the texture `sTexture` at the coordinates `vTexture`. Throws

@@ -59,7 +59,8 @@ double threadNanoseconds() {
     return nanosecondsBy(CLOCK_THREAD_CPUTIME_ID);
 }
 
-/// Returns the time in nanoseconds between two successive readings of the clock. Each measurement subtracts this time.
+/// Returns the time in nanoseconds between two successive readings of the clock. OutsideClock subtracts this time from
+/// each measurement.
 double emptyInterval() {
     static const double median = [] {
         std::vector<double> intervals;
@@ -122,7 +123,7 @@ double medianBetween(const std::vector<Moments>& frames, Clock::time_point Momen
     return bench::median(times);
 }
 
-/// Returns the median of a field, converted from nanoseconds to microseconds.
+/// Returns the median of a field over all frames, converted from nanoseconds to microseconds.
 double medianOf(const std::vector<Moments>& frames, double Moments::*nanoseconds) {
     std::vector<double> times;
     for (const Moments& moments : frames) {

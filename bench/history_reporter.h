@@ -7,9 +7,9 @@
 
 namespace bench {
 
-/// Appends one row of ratios to a CSV file when all benchmarks have run. With this file, runs of different days and
-/// machines can be compared. The first columns are date (UTC), machine and compiler. Each further column belongs to a
-/// kernel: the reference's time divided by the library's time.
+/// Appends one row of ratios to a CSV file when all benchmarks have run. The file shows how the ratios differ between
+/// days and machines. The first columns are date (UTC), machine and compiler. Each further column belongs to a kernel:
+/// the time of the reference implementation divided by the time of the library's kernel.
 class HistoryReporter : public benchmark::BenchmarkReporter {
 public:
     /// @param csvFile path of the CSV file; a missing file is created with a line of column names
@@ -19,7 +19,7 @@ public:
     void ReportRuns(const std::vector<Run>& report) override;
     void Finalize() override;
 
-    /// Returns the reason if the row could not be appended, else an empty string.
+    /// Returns the reason why the row could not be appended, or an empty string if there was no error.
     const std::string& error() const { return errorText; }
 
 private:

@@ -13,8 +13,9 @@
 
 namespace {
 
-/// Registers the benchmark of every comparison. Returns false if a kernel of the library gives other results than its
-/// reference, and prints a line for each such kernel: times of different results cannot be compared.
+/// Registers the benchmark of every comparison. Prints a line for each kernel whose results differ from the results of
+/// its reference implementation. Returns false if there is such a kernel, because times of different results cannot be
+/// compared.
 bool registerComparisons(int pairs) {
     bool same = true;
     for (const auto& group : {bench::waterComparisons(), bench::solverComparisons()}) {

@@ -133,8 +133,8 @@ Floats smoothed(Floats left) {
     return Floats(0.5f) + Floats(0.018f) * sum;
 }
 
-/// Returns the nanoseconds of a smoothing step per group of four cells. Each group loads values that the previous group
-/// has stored.
+/// Returns the nanoseconds that a smoothing step takes for a group of four cells. Each group loads values that the
+/// previous group has stored.
 double smoothingChainThroughMemory() {
     constexpr std::size_t rows = 64;
     constexpr std::size_t groups = 1024;
@@ -151,8 +151,8 @@ double smoothingChainThroughMemory() {
     return time / (rows * groups);
 }
 
-/// Returns the nanoseconds of a smoothing step per group of four cells. A register keeps the left neighbour, so no
-/// group waits for a store.
+/// Returns the nanoseconds that a smoothing step takes for a group of four cells. A register keeps the left neighbour,
+/// so no group waits for a store.
 double smoothingChainInRegisters() {
     constexpr std::size_t groups = 65'536;
     float height = 1.0f;

@@ -16,7 +16,8 @@
 #include "paintings/paintings.h"
 
 // Compares frames of coarser meshes with frames of the finest mesh, in which each cell has a vertex. Plays all gestures
-// in water-only mode on the default background of the page. The results decide which mesh app/quality.cpp chooses.
+// in water-only mode on the default background of the web page. The constants of the mesh in app/quality.cpp are based
+// on these results.
 // Usage: velmora-bench-mesh [WIDTH HEIGHT]
 
 namespace {
@@ -25,7 +26,7 @@ namespace fs = std::filesystem;
 
 /// Every sixth frame is compared.
 constexpr int frameStep = 6;
-/// Cells between neighbouring vertices of the compared meshes.
+/// Number of cells between neighbouring vertices of each coarser mesh.
 constexpr std::array<float, 3> meshes = {1.75f, 2.0f, 3.0f};
 
 std::vector<bench::GreyImage> playedFrames(const hostkit::GestureScript& script, int width,
@@ -47,7 +48,8 @@ std::vector<bench::GreyImage> playedFrames(const hostkit::GestureScript& script,
     return frames;
 }
 
-/// Prints one line for each coarser mesh: its lowest similarity to the finest mesh in any frame of any gesture.
+/// Prints one line for each coarser mesh: the lowest similarity between a frame of this mesh and the same frame of the
+/// finest mesh, over all gestures.
 void compareAt(int width, int height) {
     std::array<double, meshes.size()> lowest{};
     lowest.fill(1.0);

@@ -14,9 +14,9 @@ struct Options {
     std::string history;
 };
 
-/// Reads the options --sweep, --table, --history=FILE and `countOption`N. An example of `countOption` is "--pairs=".
-/// Passes all other arguments to Google Benchmark. If an argument is invalid, prints the usage of `program` and returns
-/// nothing.
+/// Reads the options --sweep, --table, --history=FILE, and `countOption` followed by a number. An example of
+/// `countOption` is "--pairs=". Passes all other arguments to Google Benchmark. If an argument is invalid, prints the
+/// usage of `program` and returns nothing.
 std::optional<Options> takeOptions(int argc, char** argv, std::string_view program,
                                    std::string_view countOption, int defaultCount);
 

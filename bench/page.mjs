@@ -16,7 +16,7 @@ const size = (process.argv[2] ?? "540x960").split("x").map(Number);
 const seconds = Number(process.argv[3] ?? 8);
 const settings = JSON.parse(process.argv[4] ?? "{}");
 
-/** Sums the milliseconds of all GL calls in `window.glTime`. */
+/** Adds up the milliseconds of all GL calls. The sum is in `window.glTime`. */
 function watchGl() {
     window.glTime = 0;
     const prototype = WebGLRenderingContext.prototype;
@@ -33,7 +33,7 @@ function watchGl() {
     }
 }
 
-/** Measures the shortest time of each kind of draw call. Waits for the GPU before and after every draw call. */
+/** Measures the shortest time of each kind of draw call. Waits for the GPU before and after each draw call. */
 function watchDraws() {
     window.draws = {};
     const prototype = WebGLRenderingContext.prototype;
@@ -55,7 +55,7 @@ function watchDraws() {
 
 /**
  * Moves a finger on the page for `duration` milliseconds. If `steady` is true, every frame advances the page's time by
- * a 60th of a second. The waves are then the same at every frame rate.
+ * 1/60 s. The waves are then the same at every frame rate.
  */
 async function stir({ duration, steady }) {
     const { velmora } = window;

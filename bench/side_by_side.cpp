@@ -32,8 +32,8 @@ double sample(const Comparison& comparison, const Form& form, int calls) {
            calls;
 }
 
-/// Warms up both implementations. Returns the number of calls in a sample, chosen so that a sample of the reference
-/// takes sampleNanoseconds.
+/// Warms up both implementations. Returns the number of calls in a sample. With this number, a sample of the reference
+/// implementation takes about sampleNanoseconds.
 int callsPerSample(const Comparison& comparison) {
     double shortest = sampleNanoseconds;
     for (int round = 0; round < 5; ++round) {
@@ -64,7 +64,7 @@ void run(benchmark::State& state, const Comparison& comparison) {
     std::vector<double> reference;
     std::vector<double> library;
     for (auto _ : state) {
-        // In half of the pairs the library runs first, so that the order favours neither implementation.
+        // The library runs first in half of the pairs, so that the order favours neither implementation.
         const bool libraryFirst = ratios.size() % 2 == 1;
         if (libraryFirst) {
             library.push_back(sample(comparison, comparison.candidate, calls));

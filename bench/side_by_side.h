@@ -8,8 +8,8 @@
 
 namespace bench {
 
-/// The library's kernel and its reference. Both use the same memory, so that caches and the layout of pages favour
-/// neither of them.
+/// The library's kernel and its reference implementation. Both use the same memory, so that caches and the layout of
+/// memory pages favour neither of them.
 struct Comparison {
     std::string kernel;
     std::string grid;
@@ -24,17 +24,19 @@ Comparison moveComparison(int width, int height);
 std::vector<Comparison> waterComparisons();
 std::vector<Comparison> solverComparisons();
 
-/// Returns the comparisons of the water step, the solver step and the packing on a grid of width x height cells.
+/// Returns the comparisons of the water step, the solver step and the packing of velocities on a grid of width x height
+/// cells.
 std::vector<Comparison> growthComparisons(int width, int height);
 
 /// Returns the median time per call of the library's kernel, in nanoseconds.
 double libraryNanoseconds(const Comparison& comparison, int samples);
 
-/// Returns an empty string if both kernels write the same bytes, else a message about the first difference.
+/// Returns an empty string if the kernel and its reference implementation write the same bytes. Otherwise, returns a
+/// message about the first difference.
 std::string difference(const Comparison& comparison);
 
-/// Registers a benchmark with `pairs` iterations. Each iteration measures both kernels, one after the other. The
-/// benchmark reports the median ratio of the pairs and the median times per call.
+/// Registers a benchmark with `pairs` iterations. Each iteration measures the kernel and its reference implementation,
+/// one after the other. The benchmark reports the median ratio of their times, and the median time per call of each.
 void registerComparison(const Comparison& comparison, int pairs);
 
 template <class Value>

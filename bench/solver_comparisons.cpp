@@ -95,7 +95,8 @@ struct Flow {
         runSolverStep(&state);
     }
 
-    /// Runs the solver step with the plain kernels. Takes the next random numbers for the sink, as the library does.
+    /// Runs the solver step with the kernels of the reference implementation. Takes two random numbers for the position
+    /// of the sink, as the library does.
     void plainStep() {
         const double u1 = std::rand() * 0x1p-31;
         const double u2 = std::rand() * 0x1p-31;
@@ -105,7 +106,7 @@ struct Flow {
         reference::repeatStep(state);
     }
 
-    /// Restores every grid and setting, and restarts the random numbers.
+    /// Restores the initial values of all grids and settings, and restarts the random number generator.
     void restore() {
         for (const FloatGrid& grid : {state.velocity, state.velocityScratch}) {
             std::copy(startVelocity.begin(), startVelocity.end(), grid.data);
@@ -157,7 +158,7 @@ Comparison stepComparison(ScreenSize screen, DragMode dragMode) {
                 }};
 }
 
-/// Returns the comparison of a kernel with its reference. Both have the same pass as their argument.
+/// Returns the comparison of a kernel with its reference implementation. Both have `pass` as their argument.
 template <class Pass>
 Comparison stageComparison(const std::shared_ptr<Flow>& flow, const char* kernel, double target,
                            const Pass& pass, void (*plain)(const Pass&),

@@ -10,7 +10,7 @@ namespace bench {
 
 /// Layout of a table. Each benchmark whose counters include the last column is a row. A benchmark has a name such as
 /// "move/60x107": the text before the first '/' is the first column, and the text after it is the second. If a
-/// benchmark lacks another counter, its field is empty.
+/// benchmark lacks the counter of another column, the field in that column is empty.
 struct TableLayout {
     std::string title;
     std::string rowTitle;

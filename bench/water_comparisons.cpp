@@ -52,8 +52,9 @@ struct Water {
     std::size_t ripples = 0;  // number of ripples since the last restore
 };
 
-/// Compares `ripple` at a different place in each call. At a fixed place, the processor would learn to predict the
-/// branches of the reference.
+/// Returns the comparison of the library's `ripple` with its reference implementation. Each call raises a ripple at a
+/// different place. At a fixed place, the processor would learn to predict the branches of the reference
+/// implementation.
 Comparison rippleComparison(GridSize size) {
     const auto water = std::make_shared<Water>(size);
     const auto places = noise({512, 2}, 0.5f);

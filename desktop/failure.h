@@ -7,7 +7,7 @@
 
 namespace desktop {
 
-/// Error that ends the current action. The user sees it as one line, "message: detail".
+/// Error that ends the current action. The user sees the error as one line, "message: detail".
 struct Failure : std::runtime_error {
     explicit Failure(const std::string& line);
     Failure(const std::string& message, const std::string& detail);
@@ -16,9 +16,9 @@ struct Failure : std::runtime_error {
 /// Returns an error with the text "cannot write FILE: reason".
 Failure cannotWrite(const std::filesystem::path& file, const std::error_code& error);
 
-/// Prints a warning to standard error as one line, "program: line".
+/// Prints a warning to standard error as one line, "PROGRAM: line", where PROGRAM is the name of this program.
 void warn(const std::string& line);
-/// Prints a warning to standard error as one line, "program: message: detail". The detail is usually a file name.
+/// Prints a warning to standard error as one line, "PROGRAM: message: detail". The detail is usually a file name.
 void warn(const std::string& message, const std::string& detail);
 
 }  // namespace desktop

@@ -37,7 +37,8 @@ Failure cannotWrite(const fs::path& file, int error) {
     return desktop::cannotWrite(file, std::error_code(error, std::generic_category()));
 }
 
-/// Calls a system function again if a signal interrupted it. If the signal asks the program to end, returns -1.
+/// Calls a system function, and calls it again each time that a signal interrupts it. If the signal asks the program to
+/// end, returns -1.
 template <class Call>
 auto retryInterrupted(Call call) {
     auto result = call();

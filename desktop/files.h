@@ -10,7 +10,8 @@ namespace desktop {
 /// Throws Failure. `kind` is the kind of file for the message, for example "image".
 std::string readWhole(const std::filesystem::path& file, const std::string& kind);
 
-/// Writes a file in one atomic step. Replaces an older file. Throws Failure, whose message names the file `named`.
+/// Writes a file in one atomic step. Replaces an older file. On an error, throws Failure with a message that contains
+/// the file name `named`.
 void writeWhole(const std::filesystem::path& file, std::string_view bytes,
                 const std::filesystem::path& named);
 /// Writes a file in one atomic step. Replaces an older file. Throws Failure.

@@ -14,7 +14,7 @@ namespace desktop {
 /// is the name of a built-in painting, returns that painting. Throws Failure.
 hostkit::Image loadImage(const std::filesystem::path& file);
 
-/// Returns a painting by its number from 0. The first paintings are the default backgrounds, as on the page.
+/// Returns a painting by its number from 0. The first paintings are the default backgrounds, as on the web page.
 hostkit::Image numberedPainting(std::size_t number);
 
 /// Scales an image so that it covers width x height and crops it around its centre.
@@ -33,8 +33,8 @@ hostkit::Image readFrame(app::Size screen);
 void drawScaled(const hostkit::Image& image, hostkit::Image& target, int x, int y, int width,
                 int height);
 
-/// Saves an image. Writes the complete file or, on an error, no file. Throws Failure, whose message names the file
-/// `named`.
+/// Saves an image. Writes the complete file or, on an error, no file. On an error, throws Failure with a message that
+/// contains the file name `named`.
 void savePng(const hostkit::Image& image, const std::filesystem::path& file,
              const std::filesystem::path& named);
 /// Saves an image. Writes the complete file or, on an error, no file. Throws Failure.

@@ -8,8 +8,8 @@ namespace {
 
 volatile std::sig_atomic_t interrupted = 0;
 
-/// Installs the handler of a signal. If the parent process made the program ignore the signal, as nohup does, it stays
-/// ignored.
+/// Installs the handler of a signal. If the parent process made the program ignore the signal, as nohup does, the
+/// signal stays ignored.
 void note(int number) {
     struct sigaction action {};
     sigaction(number, nullptr, &action);

@@ -28,7 +28,7 @@ NamedPreset named(const std::filesystem::path& file);
 
 /// Width and height of a preset's thumbnail in pixels.
 constexpr int thumbnailPixels = 128;
-/// Returns the file of a preset's thumbnail. It has the preset's name and the extension .jpg.
+/// Returns the path of a preset's thumbnail. Its file name is that of the preset, but with the extension .jpg.
 std::filesystem::path thumbnailOf(const std::filesystem::path& preset);
 
 /// Returns the presets in a folder, sorted by name.

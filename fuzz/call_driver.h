@@ -11,12 +11,13 @@
 
 // A host that turns input bytes into calls. The bytes choose the next native method and its arguments. They also choose
 // when to replace the GL context or to reload the library. Sizes are from -5 to 5000. Coordinates can be any int, and
-// floats can have any bit pattern. A count always equals the length of its array, because the library cannot check it.
+// floats can have any bit pattern. An argument that counts array elements always equals the length of its array,
+// because the library cannot check it.
 
 namespace fuzz {
 
-/// The library under test. `reload` closes the library, opens it again and returns the new methods. If `reload` is
-/// empty, the library is never closed.
+/// The library under test. `reload` closes the library, opens it again and returns the methods of the new copy. If
+/// `reload` is empty, the library is never closed.
 struct DrivenLibrary {
     NativeMethods methods;
     std::function<NativeMethods()> reload;
@@ -30,8 +31,8 @@ struct DriveReport {
     std::vector<std::string> violations;
 };
 
-/// Calls the library until all bytes are used, and adds the results to `report`. The same bytes always give the same
-/// calls on each thread.
+/// Calls the library until all bytes are used, and adds the results to `report`. With the same bytes, each thread
+/// always makes the same calls.
 void drive(DrivenLibrary library, std::span<const std::uint8_t> bytes, DriveReport& report);
 
 /// Returns `count` pseudo-random bytes for a seed. The bytes are the same on every machine.

@@ -17,8 +17,8 @@ struct NativeMethods {
 #undef VELMORA_METHOD
 };
 
-/// Finds the native methods in a handle from dlopen. For RTLD_DEFAULT, finds them in the library that the program
-/// links.
+/// Finds the native methods in a handle from dlopen. For RTLD_DEFAULT, finds them in the library that is linked to the
+/// program.
 inline NativeMethods findMethods(void* library) {
     NativeMethods methods{};
     const auto find = [library](auto& method, const char* symbol) {

@@ -12,7 +12,7 @@ constexpr int rowsPerCanvas = 32;
 constexpr std::uint32_t ditherSeed = 5;
 
 /// Returns a colour channel as a byte, 0 to 255. The `offset`, 0 to 1, decides which of the two nearest bytes is used.
-/// If it varies from pixel to pixel, a soft gradient has no visible steps.
+/// If `offset` varies from pixel to pixel, a soft gradient has no visible steps.
 std::uint8_t dithered(float channel, float offset) {
     return static_cast<std::uint8_t>(std::clamp(channel * 255.0f + offset, 0.0f, 255.0f));
 }

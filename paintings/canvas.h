@@ -11,7 +11,7 @@
 
 namespace paintings {
 
-/// Some rows of a painting, which are painted together. A canvas is small enough for the processor's cache.
+/// A group of rows of a painting that are painted together. A canvas is small enough for the processor's cache.
 struct Canvas {
     View view;
     int firstRow = 0;
@@ -20,8 +20,8 @@ struct Canvas {
     std::vector<Color> colors;
 };
 
-/// Calls `change` with the position and the colour of each pixel near `center`. Along each axis, such a pixel is at
-/// most `reach` from `center`.
+/// Calls `change` with the position and the colour of each pixel in a square around `center`. The square extends by
+/// `reach` from its centre to each side.
 template <class Change>
 void paintAround(Canvas& canvas, Vec2 center, float reach, Change change) {
     const View& view = canvas.view;
@@ -55,8 +55,8 @@ void paintAll(Canvas& canvas, ColorAt colorAt) {
 /// Function that paints the rows of a canvas.
 using Painter = std::function<void(Canvas&)>;
 
-/// Paints an image of width x height pixels. `makePainter` returns the painter for the part of the plate that the image
-/// shows.
+/// Paints an image of width x height pixels. `makePainter` returns the painter for the part of the painting that the
+/// image shows.
 hostkit::Image paint(Painter (*makePainter)(const View&), int width, int height);
 
 }  // namespace paintings

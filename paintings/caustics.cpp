@@ -11,18 +11,20 @@
 namespace paintings {
 namespace {
 
-/// Number of light rays per sample along each axis. Fewer rays would leave a visible pattern between the bright lines.
+/// Number of light rays per sample of the ground along each axis. Fewer rays would leave a visible pattern between the
+/// bright lines.
 constexpr int raysPerSample = 2;
-/// Distance between samples in pixels, and its minimum in units of the plate. The minimum limits the computing time for
-/// large screens.
+/// Distance between samples in pixels, and its minimum as a fraction of the painting's side. The minimum limits the
+/// computing time for large screens.
 constexpr float pixelsPerSample = 1.5f;
 constexpr float minSampleDistance = 1.0f / 1100.0f;
-/// Maximum bend of a light ray, as a fraction of the width of the waves.
+/// Maximum distance by which the waves move a light ray on the ground, as a fraction of the width of the waves.
 constexpr float maxBend = 0.6f;
-/// Bend of a light ray at depth 1 below a surface of slope 1, divided by the square of the width of the waves.
+/// Distance by which a surface of slope 1 moves a light ray on the ground at depth 1, divided by the square of the
+/// width of the waves.
 constexpr float bendAtFocus = 0.16f;
 
-/// Bends of the light rays along x and along y, sampled on a grid.
+/// Distances by which the waves move the light rays on the ground along x and along y, sampled on a grid.
 struct Bends {
     Field x;
     Field y;
@@ -45,8 +47,8 @@ Bends bendRays(const View& view, float waveWidth, float depth, std::uint32_t see
             })};
 }
 
-/// Adds the light of a ray to the four samples around the position (x, y), by their distance. The position is counted
-/// in samples from the first sample.
+/// Distributes the light of a ray over the four samples around the position (x, y). A closer sample gets more light.
+/// The position is counted in samples from the first sample.
 void addLight(Field& ground, float x, float y, float light) {
     if (x < 0.0f || y < 0.0f || x >= static_cast<float>(ground.columns - 1) ||
         y >= static_cast<float>(ground.rows - 1)) {
@@ -64,8 +66,8 @@ void addLight(Field& ground, float x, float y, float light) {
     corner[ground.columns + 1] += right * down;
 }
 
-/// Smooths the samples. Each becomes a weighted mean of itself (weight 2) and of the samples `step` before and after it
-/// (weight 1 each).
+/// Smooths the samples. Each sample becomes a weighted mean of itself (weight 2) and of the samples `step` places
+/// before and after it (weight 1 each).
 void soften(std::vector<float>& samples, std::ptrdiff_t step) {
     const std::vector<float> sharp = samples;
     for (auto at = static_cast<std::size_t>(step);
@@ -75,7 +77,7 @@ void soften(std::vector<float>& samples, std::ptrdiff_t step) {
     }
 }
 
-/// Returns the brightness of the ground where the density of light rays has this value. The mean density is 1.
+/// Returns the brightness of the ground for a density of light rays. The mean density is 1.
 float sunlightOf(float density) {
     constexpr float brightness = 0.6f;
     constexpr float ground = 0.34f;

@@ -6,14 +6,15 @@
 
 namespace paintings {
 
-/// Samples of a smooth function on a grid of the plate. Interpolation between samples is faster than a call of the
-/// function.
+/// Samples of a smooth function on a regular grid over a painting. Interpolation between samples is faster than a call
+/// of the function.
 class Field {
 public:
     /// Creates a field of zeros.
-    /// @param view part of the plate to cover
-    /// @param sampleDistance distance of the samples in units of the plate
-    /// @param margin width of the border around the view that the field also covers, in units of the plate
+    /// @param view part of the painting to cover
+    /// @param sampleDistance distance of the samples as a fraction of the painting's side
+    /// @param margin width of the border around the view that the field also covers, as a fraction of the painting's
+    /// side
     Field(const View& view, float sampleDistance, float margin);
 
     /// Creates a field whose samples are the results of `valueAt` at the positions of the samples.
@@ -32,16 +33,16 @@ public:
 
     /// Returns the interpolated value at a position.
     float at(Vec2 position) const;
-    /// Returns a row of values at the height y. The values are interpolated between the two nearest rows of samples.
+    /// Returns the values of a row at the height y, interpolated between the two nearest rows of samples.
     std::vector<float> rowAt(float y) const;
     /// Returns the distance from the first column to x, in samples.
     float samplesTo(float x) const { return (x - start.x) / distance; }
 
-    /// Distance between neighbouring samples in units of the plate.
+    /// Distance between neighbouring samples as a fraction of the painting's side.
     float distance;
-    /// Number of columns to the left of the centre of the plate, and of rows above it. With the same distance, the
-    /// samples of two views have the same positions. A change of the screen's shape therefore does not change the
-    /// painting.
+    /// Number of columns to the left of the centre of the painting, and number of rows above the centre. The samples
+    /// are counted from this centre, so a view of another shape has samples at the same positions. A change of the
+    /// screen's shape therefore does not change the painting.
     int columnsLeft;
     int rowsAbove;
     int columns;

@@ -18,16 +18,16 @@ constexpr Color sunnyWall{1.0f, 0.94f, 0.84f};
 constexpr Color shade{0.56f, 0.69f, 0.66f};
 constexpr float sampleDistance = 0.01f;
 
-/// A twig with leaves on alternating sides, whose shadow falls on a wall.
+/// A twig with leaves on alternating sides. The painting shows only its shadow, which falls on a wall.
 struct Twig {
     Vec2 start;
-    /// Direction of the stem at its start in radians from the x axis, and the change of this direction from leaf to
-    /// leaf.
+    /// Direction of the stem at its start, and the change of this direction from leaf to leaf. Both are in radians; the
+    /// direction is measured from the x axis.
     float angle, bend;
     int leaves;
-    /// Length of the largest leaf in units of the plate.
+    /// Length of the largest leaf as a fraction of the painting's side.
     float size;
-    /// Width of the soft edges of the shadows in units of the plate.
+    /// Width of the soft edges of the shadows as a fraction of the painting's side.
     float blur;
     /// Darkness of the shadows, 0 to 1.
     float darkness;

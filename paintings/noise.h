@@ -29,7 +29,8 @@ inline float noise(Vec2 at, std::uint32_t seed) {
     const float y = at.y - top;
     const int column = static_cast<int>(left);
     const int row = static_cast<int>(top);
-    // Each corner of the unit square around the position has a random gradient. The noise interpolates between these.
+    // Each corner of the unit square around the position has a random gradient. The noise interpolates between the
+    // heights that these gradients give.
     const auto height = [&](int right, int down) {
         const std::uint32_t bits = randomBitsAt(column + right, row + down, seed);
         const Vec2 gradient{static_cast<float>(bits >> 12) * 0x1p-11f - 1.0f,
@@ -42,13 +43,14 @@ inline float noise(Vec2 at, std::uint32_t seed) {
                            mix(height(0, 1), height(1, 1), fade(x)), fade(y));
 }
 
-/// Returns a sum of noises. The bumps of each layer have half the height and half the width of the previous layer.
+/// Returns the sum of several layers of noise. The bumps of each layer have half the height and half the width of the
+/// bumps in the previous layer.
 inline float layeredNoise(Vec2 at, int layers, std::uint32_t seed) {
     float sum = 0.0f;
     float amplitude = 0.5f;
     for (int layer = 0; layer < layers; ++layer, amplitude *= 0.5f) {
         sum += amplitude * noise(at, seed + static_cast<std::uint32_t>(layer));
-        // Rotate each layer, so that the grid lines of the layers do not coincide and stay invisible.
+        // Rotate each layer. Otherwise the grid lines of the layers would coincide and become visible.
         at = Vec2{0.8f * at.x - 0.6f * at.y, 0.6f * at.x + 0.8f * at.y} * 2.0f;
     }
     return sum;

@@ -25,7 +25,7 @@ struct Painting {
     hostkit::Image (*paint)(int width, int height);
 };
 
-/// All paintings. The first painting is the default background of the page.
+/// All paintings. The first painting is the default background of the web page.
 inline constexpr std::array<Painting, 6> allPaintings = {{{"sand", paintSand},
                                                           {"sky", paintSky},
                                                           {"stones", paintStones},

@@ -14,15 +14,15 @@
 namespace paintings {
 namespace {
 
-/// A sheet of paper with a wavy upper edge. The sheet covers the plate below this edge.
+/// A sheet of paper with a wavy upper edge. The sheet covers the whole picture below this edge.
 struct Sheet {
     /// Mean y of the edge.
     float height;
     /// Amplitude of the waves.
     float amplitude;
-    /// Angular frequency of the longer of the two waves, in radians per unit of the plate.
+    /// Angular frequency of the longer of the two waves that form the edge, in radians per side of the whole picture.
     float frequency;
-    /// Phase of the longer wave at the centre of the plate, in radians.
+    /// Phase of the longer wave at the centre of the picture (x = 0), in radians.
     float phase;
     Color color;
 };
@@ -38,12 +38,12 @@ constexpr Sheet sheets[] = {
 };
 constexpr Color backmost{1.0f, 0.98f, 0.94f};
 constexpr Color shadow{0.72f, 0.62f, 0.62f};
-/// Width of the shadow that a sheet casts on the sheets behind it, in units of the plate.
+/// Width of the shadow that a sheet casts on the sheets behind it, as a fraction of the picture's side.
 constexpr float shadowWidth = 0.035f;
-/// Width of the light edge of a sheet, in units of the plate.
+/// Width of the light edge of a sheet, as a fraction of the picture's side.
 constexpr float edgeWidth = 0.004f;
 
-/// Height (y) of the edge of each sheet at one column.
+/// Height (y) of the edge of each sheet at one column of pixels.
 using Edges = std::array<float, std::size(sheets)>;
 
 Edges edgesAt(float x) {

@@ -5,11 +5,11 @@
 
 namespace paintings {
 
-/// @file Positions and colours of a painting. Each painting is defined on a square plate. The plate has sides of length
-/// 1 and its centre at (0, 0); x is to the right and y down. A screen shows the largest part of the plate that has the
-/// screen's shape.
+/// @file Positions and colours of a painting. Each painting is a square with sides of length 1. Its centre is at (0,
+/// 0); x points to the right and y points down. A screen shows the largest part of the square that has the screen's
+/// shape.
 
-/// Position or vector on the plate.
+/// Position or vector in a painting.
 struct Vec2 {
     float x = 0.0f;
     float y = 0.0f;
@@ -61,17 +61,17 @@ inline float smoothStep(float from, float to, float value) {
     return t * t * (3.0f - 2.0f * t);
 }
 
-/// Part of the plate that a screen shows.
+/// Part of the painting that a screen shows.
 struct View {
     /// Size in pixels.
     int width;
     int height;
-    /// Length of a pixel's side in units of the plate.
+    /// Length of a pixel's side as a fraction of the painting's side.
     float pixel;
 
     float halfWidth() const { return 0.5f * pixel * static_cast<float>(width); }
     float halfHeight() const { return 0.5f * pixel * static_cast<float>(height); }
-    /// Returns the position of a pixel's centre on the plate.
+    /// Returns the position of a pixel's centre in the painting.
     Vec2 at(int column, int row) const {
         return {(static_cast<float>(column) + 0.5f) * pixel - halfWidth(),
                 (static_cast<float>(row) + 0.5f) * pixel - halfHeight()};

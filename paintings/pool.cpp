@@ -12,9 +12,9 @@
 namespace paintings {
 namespace {
 
-/// Side of a tile including its joint, in units of the plate.
+/// Side of a tile including its joint, as a fraction of the painting's side.
 constexpr float tileSide = 0.052f;
-/// Half of the width of the joint between two tiles, in units of the plate.
+/// Half of the width of the joint between two tiles, as a fraction of the painting's side.
 constexpr float halfJoint = 0.0012f;
 constexpr Color shallow{0.62f, 0.90f, 0.93f};
 constexpr Color deep{0.36f, 0.75f, 0.86f};

@@ -16,7 +16,7 @@ struct Sand {
     Color ridge;
     Color furrow;
 };
-// Sand at three depths of the water, from the shore to deep water.
+// Colours of the sand at three depths of the water, from the shore to deep water.
 constexpr Sand shore{{1.0f, 0.965f, 0.89f}, {0.91f, 0.84f, 0.73f}};
 constexpr Sand shallow{{0.975f, 0.975f, 0.925f}, {0.83f, 0.885f, 0.825f}};
 constexpr Sand deep{{0.86f, 0.965f, 0.95f}, {0.66f, 0.86f, 0.87f}};
@@ -30,7 +30,8 @@ Color sandAt(float depth, float light) {
                         : mix(lit(shallow), lit(deep), 2.0f * depth - 1.0f);
 }
 
-/// Returns the brightness of the sand, from about 0.16 in a furrow to 0.96 on a ridge. Waves form the ridges.
+/// Returns the brightness of the sand, from about 0.16 in a furrow to 0.96 on a ridge. Ridges and furrows alternate
+/// like a sine wave.
 float ridgesAt(Vec2 at) {
     const float drift = layeredNoise(at * 5.0f, 3, 11);
     const float phase = 46.0f * (0.35f * at.x + at.y) + 5.0f * drift;

@@ -11,13 +11,13 @@
 namespace paintings {
 namespace {
 
-/// Colours of the sky at equal distances, from the top of the plate to the horizon.
+/// Colours of the sky at equal distances, from the top of the painting to the horizon.
 constexpr Color skyColors[] = {{0.60f, 0.76f, 0.92f}, {0.74f, 0.83f, 0.94f}, {0.89f, 0.85f, 0.92f},
                                {0.98f, 0.85f, 0.84f}, {1.00f, 0.88f, 0.76f}, {1.00f, 0.94f, 0.80f}};
 constexpr Color cloudLight{1.0f, 0.98f, 0.95f};
 constexpr Color cloudShade{0.80f, 0.76f, 0.86f};
 constexpr float sampleDistance = 1.0f / 600.0f;
-/// Step on the plate towards the sun, which is at the lower right.
+/// Short step towards the sun, which is at the lower right, as a fraction of the painting's side.
 constexpr Vec2 toSun{0.010f, 0.014f};
 
 /// Returns the colour of the clear sky. The `height` is 0 at the top and 1 at the horizon.

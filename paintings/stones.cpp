@@ -24,7 +24,7 @@ struct Stone {
     Vec2 along;
     /// Length of the shorter axis divided by the length of the longer axis.
     float flatness;
-    /// Amplitudes of the third harmonic of the outline, as cosine and sine. They make the outline uneven.
+    /// Amplitudes of the cosine and the sine in the third harmonic of the outline, which makes the outline uneven.
     Vec2 corners;
     Color color;
     /// Seed of the bands.
@@ -73,7 +73,8 @@ std::vector<Stone> placeStones() {
     return stones;
 }
 
-/// Returns a position relative to a stone. The result has length 1 on the outline of the stone.
+/// Returns a position in the coordinates of a stone. The centre of the stone is (0, 0), and the outline has the
+/// distance 1 from it.
 Vec2 relativeTo(const Stone& stone, Vec2 at) {
     const Vec2 offset = (at - stone.center) * (1.0f / stone.radius);
     const float x = dot(offset, stone.along);

@@ -8,7 +8,7 @@
 namespace player {
 namespace {
 
-/// Returns the number of letters to insert, delete or replace that turn one text into the other.
+/// Returns the smallest number of letters to insert, delete or replace that turns one text into the other.
 std::size_t editDistance(std::string_view from, std::string_view to) {
     std::vector<std::size_t> row(to.size() + 1);
     std::iota(row.begin(), row.end(), std::size_t{0});

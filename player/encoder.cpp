@@ -41,12 +41,12 @@ void appendTiming(Words& words, std::optional<int> framesPerSecond) {
     }
 }
 
-/// Crops to even sizes, which yuv420p needs, and converts to BT.709, which players expect.
+/// Crops to even sizes, which yuv420p needs, and converts to BT.709, which video players expect.
 constexpr const char* videoColors =
     "crop=trunc(iw/2)*2:trunc(ih/2)*2:0:0,scale=out_color_matrix=bt709";
 
-/// Limits a window's GIF to 25 frames per second, a rate that all browsers play. It only drops frames and never repeats
-/// one: a repeated frame delays the next time stamp, which causes another repetition.
+/// Limits a window's GIF to 25 frames per second, a rate that all browsers play. The filter only drops frames and never
+/// repeats a frame: a repeated frame delays the next time stamp, which causes another repetition.
 std::string gifFrames(std::optional<int> framesPerSecond) {
     return framesPerSecond ? "" : "select='isnan(prev_selected_t)+gte(t-prev_selected_t,0.039)',";
 }
@@ -87,7 +87,7 @@ Words commandLine(const fs::path& film, app::Size size, std::optional<int> frame
     return words;
 }
 
-/// Starts a program from the search path with the given stdin and stderr. 0 or an error number.
+/// Starts a program from the search path with the given stdin and stderr. Returns 0 or an error number.
 int spawn(pid_t& process, std::vector<std::string> arguments, int input, int messages) {
     std::vector<char*> argv;
     for (std::string& argument : arguments) {
@@ -99,8 +99,8 @@ int spawn(pid_t& process, std::vector<std::string> arguments, int input, int mes
     posix_spawn_file_actions_adddup2(&files, input, STDIN_FILENO);
     posix_spawn_file_actions_addopen(&files, STDOUT_FILENO, "/dev/null", O_WRONLY, 0);
     posix_spawn_file_actions_adddup2(&files, messages, STDERR_FILENO);
-    // ffmpeg runs in a separate process group, so Ctrl-C does not end it before its film is complete.
-    // It gets the default action of SIGPIPE, which the player ignores.
+    // ffmpeg runs in a separate process group, so Ctrl-C does not end it before its film is complete. ffmpeg gets the
+    // default action of SIGPIPE, although the player ignores this signal.
     posix_spawnattr_t attributes;
     posix_spawnattr_init(&attributes);
     posix_spawnattr_setpgroup(&attributes, 0);
@@ -120,7 +120,8 @@ Failure systemFailure(const std::string& message, int error) {
     return Failure(message, std::generic_category().message(error));
 }
 
-/// Returns the failure that ffmpeg's messages report: a failed write, or the last line without the separator lines.
+/// Returns the failure that ffmpeg's messages report: a failed write or, if there is none, the last message that is not
+/// a separator line.
 Failure reportedFailure(std::FILE* messages, const fs::path& named) {
     std::rewind(messages);
     std::string last;

@@ -13,15 +13,16 @@
 
 namespace player {
 
-/// Returns the size of a film of a screen: MP4 and WebM need even sides. `format` may have a dot before it.
+/// Returns the size of a film that shows a screen of this size. MP4 and WebM need even sides. `format` may have a dot
+/// before it.
 app::Size filmSize(app::Size screen, std::string_view format);
 
 /// Encodes a film: passes frames to an ffmpeg process through a pipe. The program must ignore SIGPIPE.
 /// All members throw Failure if ffmpeg fails.
 class Encoder {
 public:
-    /// Starts ffmpeg. The file extension selects the format: .mp4, .webm or .gif. Failures name the file `named`. If
-    /// `framesPerSecond` is empty, the film shows each frame from the time at which it was added, as in the window.
+    /// Starts ffmpeg. The file extension selects the format: .mp4, .webm or .gif. Error messages name the file `named`.
+    /// If `framesPerSecond` is empty, the film shows each frame from the time at which it was added, as in the window.
     Encoder(const std::filesystem::path& film, std::filesystem::path named, app::Size size,
             std::optional<int> framesPerSecond);
     /// Kills ffmpeg if finish was not called. The file is incomplete then.
@@ -38,7 +39,7 @@ private:
         void operator()(std::FILE* file) const { std::fclose(file); }
     };
 
-    /// Name of the film in failures.
+    /// Name of the film in error messages.
     std::filesystem::path named;
     /// Temporary file with ffmpeg's error messages.
     std::unique_ptr<std::FILE, Close> messages;

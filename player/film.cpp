@@ -21,7 +21,7 @@ constexpr int maxThumbnailSide = 480;
 constexpr int gap = 6;
 constexpr std::uint8_t gapShade = 255;
 
-/// Divides the run into equal parts and returns the number of the middle frame of each part.
+/// Divides all frames into equal parts and returns the number of the middle frame of each part.
 std::vector<int> evenlySpaced(int frameCount) {
     const int count = std::min(frameCount, maxStills);
     std::vector<int> frames;

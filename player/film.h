@@ -12,20 +12,21 @@
 
 namespace player {
 
-/// Output files of a run: film.mp4 (or .webm, .gif), still frames frame-01.png, frame-02.png and so on, and a contact
-/// sheet of all stills, sheet.png.
+/// Output files of a run without a window: film.mp4 (or .webm, .gif), still frames frame-01.png, frame-02.png and so
+/// on, and a contact sheet of all stills, sheet.png.
 class Film {
 public:
-    /// Prepares for `frameCount` frames of the given size. Each frame lasts 1 / (60 * `timeScale`) seconds. The film
-    /// shows `framesPerSecond` of them. Writes the files in `folder`, which is their place until all are complete.
-    /// All members throw Failure, which names the file in `target`, its final place.
+    /// Starts a film of `frameCount` frames of the effect, which have the given size. Each of these frames lasts 1 /
+    /// (60 * `timeScale`) seconds. The film shows `framesPerSecond` frames per second. Writes all files to the
+    /// temporary folder `folder`. The caller moves the complete files to the folder `target`, so error messages name
+    /// the files in `target`. All members throw Failure.
     Film(std::filesystem::path folder, std::filesystem::path target, const std::string& format,
          app::Size size, int frameCount, float timeScale, int framesPerSecond);
 
     void add(const hostkit::Image& frame);
     void finish();
 
-    /// Returns the numbers of the still frames, evenly spaced over the run.
+    /// Returns the numbers of the still frames, evenly spaced over all frames.
     const std::vector<int>& stills() const { return stillFrames; }
 
 private:
@@ -37,7 +38,7 @@ private:
     std::vector<int> stillFrames;
     std::size_t stillsDone = 0;
     int framesDone = 0;
-    /// Frames of the effect per frame of the film.
+    /// Number of frames of the effect per frame of the film.
     double framesPerFilmFrame;
     std::int64_t filmFrames = 0;
     int columns;

@@ -21,14 +21,14 @@ public:
     /// Replaces the context and its GL objects.
     void renewContext();
     void drawOver(const app::EffectProbe& probe);
-    /// Returns the frame on the screen, opaque.
+    /// Returns the frame on the screen as an opaque image.
     hostkit::Image shown() const;
 
 private:
     app::Size size;
     Overlays overlays;
     std::optional<hostkit::GlContext> context;
-    /// Empty if no overlay is on.
+    /// Painter of the overlays. Empty if no overlay is on.
     std::optional<Painter> painter;
 };
 

@@ -6,8 +6,8 @@
 
 namespace player {
 
-/// Loads the backgrounds of the command line. A missing first one is the first painting, as on the page, and a missing
-/// second one the second painting. Throws Failure.
+/// Loads the backgrounds that the command line names. If it names no first background, uses the first painting. If it
+/// names no second background, uses the second painting. The web page has the same defaults. Throws Failure.
 app::Backgrounds loadBackgrounds(const Options& options);
 
 /// Returns the settings of the command line: its preset and --water-only. Throws Failure.

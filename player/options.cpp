@@ -43,7 +43,7 @@ void readSize(const std::string& given, Options& options) {
     options.height = size->height;
 }
 
-/// Returns the number of an option. `expected` describes the valid numbers.
+/// Returns the number that the user gave for an option. `expected` describes the valid numbers, for the error message.
 template <class Number>
 Number readNumber(const std::string& option, const std::string& given, Number min, Number max,
                   const std::string& expected) {
@@ -136,8 +136,8 @@ Failure unexpected(const CLI::App& app, const std::vector<std::string>& argument
                    (arguments.front().starts_with('-') ? "" : "; there can be one IMAGE"));
 }
 
-/// Replaces the name of a shipped file, or of a file in `own`, by its path. Keeps paths of files. Throws Failure if the
-/// name has no folder and no extension, and no file has it.
+/// If `file` is the name of a file in the folder `shipped` or `own`, replaces the name by the path of this file. Does
+/// not change a path. Throws Failure if the name has no folder and no extension, and no such file exists.
 void resolveName(fs::path& file, const fs::path& shipped, const fs::path& own,
                  const std::string& extension, const std::string& kind) {
     std::error_code ignored;

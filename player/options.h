@@ -10,30 +10,30 @@ namespace player {
 
 /// Values of the command line.
 struct Options {
-    /// First background. Empty: a wallpaper of the desktop.
+    /// File of the first background. If empty, the first painting is used.
     std::filesystem::path image;
-    /// Second background. Empty: a wallpaper of the desktop.
+    /// File of the second background. If empty, the second painting is used.
     std::filesystem::path second;
     std::filesystem::path script;
     std::filesystem::path out = "out";
     /// Folder for the window's screenshots, films, recordings and presets.
     std::filesystem::path shots = "shots";
-    /// Empty: the default settings.
+    /// File of the preset. If empty, the window uses its last settings; a film uses the default settings.
     std::filesystem::path preset;
-    /// File of a recording that starts with the window. Empty: no recording.
+    /// File of a recording that starts when the window opens. If empty, no recording starts.
     std::filesystem::path record;
     /// Screen size in pixels. A software rasteriser films the default size in one or two minutes.
     int width = 720;
     int height = 1280;
-    /// Number of frames to draw. 0: the length of the script.
+    /// Number of frames to draw. If 0, the script's own length is used.
     int frames = 0;
-    /// Duration of the film. 0: the length of the script.
+    /// Duration of the film in seconds. If 0, the script's own length is used.
     double seconds = 0.0;
-    /// Frames per second of a film without a window. 0: 60, or 25 for a GIF.
+    /// Frames per second of a film that is made without a window. If 0, a GIF has 25 and other films have 60.
     int framesPerSecond = 0;
     /// Format of films: mp4, webm or gif.
     std::string format = "mp4";
-    /// Scale of the window's text. 0: the scale of the display.
+    /// Scale of the window's text. If 0, the scale of the display is used.
     double fontScale = 0.0;
     bool scriptGiven = false;
     bool outGiven = false;
@@ -48,8 +48,8 @@ struct Options {
     Overlays overlays;
 };
 
-/// Returns the options of the command line. Prints help or the version on request and returns nothing then.
-/// Throws Failure.
+/// Returns the options of the command line. If the user asks for help or for the version, prints it and returns
+/// nothing. Throws Failure.
 std::optional<Options> parseOptions(int argc, const char* const* argv);
 
 }  // namespace player

@@ -16,10 +16,12 @@ constexpr int barWidth = 24;
 /// Width of the whole line. A line that fills a terminal of 80 characters would wrap.
 constexpr int lineWidth = 79;
 constexpr auto barInterval = 100ms;
-/// Number of the first frames, whose speed is too uncertain for a forecast.
+/// Number of frames at the start of a run before the remaining time is shown. Their speed is too uncertain for a
+/// forecast.
 constexpr int framesBeforeForecast = 30;
 
-/// Returns the remaining time of a run, such as "1:05 left". Empty at its start and at its end.
+/// Returns the remaining time of a run, such as "1:05 left". Returns an empty text at the start and at the end of the
+/// run.
 std::string remainingTime(double seconds, int done, int frameCount) {
     if (done < framesBeforeForecast || done == frameCount) {
         return "";

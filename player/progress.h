@@ -4,7 +4,8 @@
 
 namespace player {
 
-/// Progress of a run: a line on the terminal of stderr that each update rewrites. Empty if stderr is no terminal.
+/// Progress of a run. One line on standard error shows the progress, and each update rewrites this line. If standard
+/// error is not a terminal, nothing is shown.
 struct Progress {
     using Clock = std::chrono::steady_clock;
 

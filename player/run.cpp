@@ -67,9 +67,9 @@ bool isStillFrame(const std::string& name) {
            static_cast<std::size_t>(length) == name.size();
 }
 
-/// Adds cells to the digest and counts invisibly small values as zero. Such values run ahead of a wave, and processors
-/// that flush subnormals give other values there. The digest is therefore portable for about seventy frames. Later
-/// the difference reaches the last bits of larger values.
+/// Adds cells to the digest and counts invisibly small values as zero. Such values are found in front of a wave. They
+/// depend on the processor, because some processors replace subnormal numbers by zero. The digest is therefore the same
+/// on every processor for about seventy frames. Later the difference reaches the last bits of larger values.
 void addCells(hostkit::Digest& digest, std::span<const float> cells) {
     constexpr float minVisible = 0x1p-60f;
     for (const float cell : cells) {

@@ -19,7 +19,8 @@ public:
     const std::filesystem::path& folder() const { return hidden; }
 
     /// Moves every file to the target folder and replaces files of the same name. Then removes the files of an earlier
-    /// run: the other files there for whose names `isOlder` returns true. Throws Failure.
+    /// run from the target folder. These are the files for whose names `isOlder` returns true, except the files that
+    /// were just moved. Throws Failure.
     void publish(const std::function<bool(const std::string&)>& isOlder);
 
 private:

@@ -133,7 +133,7 @@ hostkit::Image grabPicture(unsigned long window, const std::atomic<bool>& cancel
     if (!grabbed) {
         throw cannotGrab("because its pixels cannot be read");
     }
-    // XGetImage leaves the masks of a pixmap's image empty.
+    // XGetImage sets no colour masks in the image of a pixmap, so copy them from the window's visual.
     grabbed->red_mask = attributes.visual->red_mask;
     grabbed->green_mask = attributes.visual->green_mask;
     grabbed->blue_mask = attributes.visual->blue_mask;

@@ -33,7 +33,7 @@ constexpr auto maxFirstWait = 5s;
 /// Time between two checks whether the first picture is loaded.
 constexpr auto firstWait = 10ms;
 
-/// The effect in its window, and the main loop.
+/// The screen saver: the effect in its window, and the main loop.
 class Saver {
 public:
     /// Finds or opens the window and starts the effect. Throws Failure or HostError.
@@ -135,8 +135,8 @@ void Saver::turn() {
     drawDueFrames(now);
 }
 
-/// Fades to the next picture when it has been loaded. At the time `nextScene`, starts to load another picture and
-/// changes a random preset.
+/// Fades to the next picture when it has been loaded. At the time `nextScene`, starts to load another picture. If the
+/// presets are random, also changes to another preset.
 void Saver::changeScene(app::Clock::time_point now) {
     if (std::optional<hostkit::Image> picture = pictures.take()) {
         session.fadeTo(*std::move(picture));

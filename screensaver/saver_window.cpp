@@ -65,7 +65,8 @@ std::string hex(unsigned long number) {
     return text.data();
 }
 
-/// Returns true for the keys that close the window of XScreenSaver's programs, if they run in a window of their own.
+/// Returns true for the keys that close the window: q and Esc. The programs of XScreenSaver use the same keys when they
+/// run in a separate window.
 bool isEndKey(XKeyEvent key) {
     const KeySym pressed = XLookupKeysym(&key, 0);
     return pressed == XK_q || pressed == XK_Escape;
@@ -219,8 +220,8 @@ void SaverWindow::handle(const XEvent& event) {
             windowMissing = windowMissing || event.xdestroywindow.window == window;
             break;
         case ClientMessage:
-            // Only a window that this program has opened has this protocol. Other programs send messages to the root
-            // window.
+            // `closing` is 0 unless this program has opened the window. A message that another program sends to the
+            // root window therefore does not end this program.
             closed =
                 closed || (closing != 0 && static_cast<Atom>(event.xclient.data.l[0]) == closing);
             break;

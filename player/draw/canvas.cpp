@@ -35,7 +35,8 @@ void Canvas::keep(app::Size screen) {
         glCopyTexSubImage2D(GL_TEXTURE_2D, 0, 0, 0, 0, 0, screen.width, screen.height);
         return;
     }
-    // OpenGL ES 2.0 samples a texture of any size only if it clamps to the edge and has no mipmaps.
+    // OpenGL ES 2.0 can sample a texture whose sides are not powers of two only if the texture clamps to the edge and
+    // has no mipmaps.
     for (const GLenum edge : wraps) {
         glTexParameteri(GL_TEXTURE_2D, edge, GL_CLAMP_TO_EDGE);
     }

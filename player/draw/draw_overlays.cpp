@@ -11,7 +11,8 @@ void drawLine(ImDrawList& list, const app::FlowLine& line) {
     const auto [red, green, blue] = line.color;
     list.AddLine(ImVec2(line.x, line.y), ImVec2(line.endX, line.endY),
                  ImGui::GetColorU32(ImVec4(red, green, blue, line.opacity)), app::flowLineWidth);
-    // A square needs fewer vertices than a circle. A draw list holds 65536, and the lines may fill the screen.
+    // A square needs fewer vertices than a circle. This matters because the lines can fill the screen, and a draw list
+    // of ImGui holds at most 65536 vertices.
     constexpr float reach = app::flowDotSide / 2;
     constexpr float shade = app::flowDotShade;
     list.AddRectFilled(ImVec2(line.x - reach, line.y - reach),

@@ -7,7 +7,8 @@
 
 namespace player {
 
-/// Draws the density immediately and adds the flow lines to the background of the ImGui frame.
+/// Draws the ink density immediately. Adds the flow lines to the background of the ImGui frame, so they are drawn at
+/// its end.
 void drawOverlays(Overlays overlays, const app::EffectProbe& probe, Canvas& canvas,
                   app::Size screen);
 

@@ -12,10 +12,10 @@ namespace {
 /// Font of the package fonts-dejavu-core.
 constexpr const char* fontFile = "/usr/share/fonts/truetype/dejavu/DejaVuSans.ttf";
 constexpr float fontPixels = 15.0f;
-/// Range of code points that names of presets may use: European letters. Ends with 0.
+/// Range of the code points in the font: European letters, for the names of presets. The list ends with 0.
 constexpr ImWchar glyphRange[] = {0x20, 0x17f, 0};
 
-/// Colour of one part of ImGui. Text has a contrast of at least 7 to 1 to its background.
+/// Colour of one kind of ImGui element. The contrast between text and its background is at least 7 to 1.
 struct Shade {
     ImGuiCol part;
     ImU32 color;

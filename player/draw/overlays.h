@@ -4,9 +4,9 @@ namespace player {
 
 /// Overlays that are drawn over the frame.
 struct Overlays {
-    /// Lines along the flow, at most one per cell.
+    /// True to show lines along the flow, at most one per cell.
     bool velocity = false;
-    /// False colours of the ink density.
+    /// True to show false colours of the ink density.
     bool ink = false;
 };
 

@@ -18,7 +18,8 @@ public:
     Thumbnails(const Thumbnails&) = delete;
     Thumbnails& operator=(const Thumbnails&) = delete;
 
-    /// Returns a square texture, or 0 if the preset has no thumbnail. Restores the GL state.
+    /// Returns the square texture of the preset's thumbnail, or 0 if the preset has no thumbnail. Restores the GL
+    /// state.
     GLuint of(const std::filesystem::path& preset);
     /// Loads the preset's thumbnail again at its next use.
     void forget(const std::filesystem::path& preset);

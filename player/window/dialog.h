@@ -8,17 +8,19 @@
 
 namespace player {
 
-/// Pop-up that asks for a name or a confirmation. Enter accepts it. Esc and a click beside it cancel it.
+/// Pop-up that asks for a name or a confirmation. Enter accepts the dialog. Esc and a click beside the dialog cancel
+/// it.
 class Dialog {
 public:
-    /// Opens the dialog with a text to edit. `action` is the label of the button that accepts it.
+    /// Opens the dialog with an input field that contains `text`. `action` is the label of the button that accepts the
+    /// dialog.
     void ask(Command command, std::string question, const std::string& text, const char* action);
-    /// Opens the dialog without a text.
+    /// Opens the dialog with a question but no input field.
     void confirm(Command command, std::string question, const char* action);
-    /// Accepts the dialog in the next frame if it is open.
+    /// Accepts the dialog in the next frame if the dialog is open.
     void accept() { accepting = true; }
 
-    /// Draws the dialog into the current ImGui frame. Requests the answer when the user accepts.
+    /// Draws the dialog into the current ImGui frame. Adds the answer to `requests` when the user accepts the dialog.
     void draw(Requests& requests);
 
 private:

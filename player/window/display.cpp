@@ -11,8 +11,8 @@ namespace {
 
 /// Number of redraws after an event. ImGui reacts one frame after an event and then fades.
 constexpr int redrawsPerEvent = 3;
-/// Longest time between redraws during a film or a recording. It suffices for a film of an idle effect and for the
-/// seconds of the marks.
+/// Longest time between redraws during a film or a recording. This time is short enough for a film of an idle effect,
+/// and for the on-screen indicators, which show the elapsed seconds.
 constexpr auto maxRedrawInterval = std::chrono::milliseconds(100);
 
 }  // namespace

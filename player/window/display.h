@@ -10,16 +10,17 @@
 
 namespace player {
 
-/// Presents the session's frame with overlays, panel, marks and toast. Redraws only after a change.
+/// Presents the effect's frame with overlays, panel, on-screen indicators and toast. Redraws only after a change.
 class Display {
 public:
     Display(Screen& onScreen, const WindowSession& ofSession, Keeper& keptBy, Toast& withToast);
 
-    /// Requests redraws, because something other than the effect's frame may have changed.
+    /// Requests redraws. Call it when something other than the effect's frame may have changed.
     void requestRedraws();
     /// Returns true if a redraw is due even while the effect is idle.
     bool needsRedraw() const { return redraws > 0 || keeper.filming(); }
-    /// Presents the effect's new frame if `drawn` is true, otherwise its stored frame. Takes a requested screenshot.
+    /// Presents the effect's new frame if `drawn` is true, otherwise its stored frame. Saves a screenshot if the user
+    /// has requested a screenshot.
     void present(const Panel& panel, bool drawn);
 
 private:

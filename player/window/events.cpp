@@ -25,8 +25,9 @@ bool isPopupOpen() {
     return ImGui::IsPopupOpen("", ImGuiPopupFlags_AnyPopup);
 }
 
-/// Returns true if a text field needs the key. Esc and Enter in a pop-up close it. ImGui's own flag stays set for two
-/// frames after a pop-up with a text field has closed, and these must not swallow a key.
+/// Returns true if a text field needs the key. Esc and Enter in a pop-up close the pop-up, so its text field does not
+/// need them. ImGui's flag WantTextInput alone is not sufficient: it stays set for two frames after such a pop-up has
+/// closed, and keys in these two frames would be lost.
 bool isForTextField(const SDL_Keysym& key) {
     const bool closes = key.sym == SDLK_ESCAPE || key.sym == SDLK_RETURN;
     const bool isTyping = isPopupOpen() ? !closes : ImGui::GetActiveID() != 0;
@@ -38,7 +39,7 @@ bool isShortcut(const SDL_Event& event) {
            !isForTextField(event.key.keysym) && !hasModifier(event.key.keysym);
 }
 
-/// Returns the position of a press in window units. Returns nothing for other events.
+/// Returns the position of a mouse press or finger press in window units. Returns nothing for other events.
 std::optional<ImVec2> pressPosition(const SDL_Event& event) {
     const ImVec2 screen = ImGui::GetIO().DisplaySize;
     if (event.type == SDL_FINGERDOWN) {
@@ -50,7 +51,8 @@ std::optional<ImVec2> pressPosition(const SDL_Event& event) {
     return std::nullopt;
 }
 
-/// Returns true if the press hits a window of ImGui. ImGui's own flag describes its last frame, before a new touch.
+/// Returns true if the press hits a window of ImGui. ImGui's flag WantCaptureMouse describes the last frame and does
+/// not yet consider a new touch.
 bool isOnPanel(ImVec2 press) {
     constexpr ImGuiWindowFlags seeThrough = ImGuiWindowFlags_NoMouseInputs;
     bool on = isPopupOpen();

@@ -12,8 +12,8 @@ namespace player {
 /// Waits for an event, at most for the given time.
 void waitForEvent(std::chrono::nanoseconds time);
 
-/// Passes the desktop's events to the panel, and the others to the session and the requests. Returns true if there was
-/// an event.
+/// Handles all waiting events: adds the user's commands and files to `requests`, and passes the events to ImGui. Passes
+/// pointer events outside the panel to the session. Returns true if there was an event.
 bool handleEvents(const GlWindow& window, Pointer& pointer, app::Session& session,
                   Requests& requests);
 

@@ -17,7 +17,7 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr const char* title = "Open a picture, a preset or a gesture";
-/// Parts of the window's width and height that the pop-up covers.
+/// Fractions of the window's width and height that the pop-up covers.
 constexpr float widthPart = 0.9f;
 constexpr float heightPart = 0.7f;
 
@@ -32,7 +32,8 @@ bool isReadable(const fs::path& file) {
     return std::ranges::find(readable, extension) != std::end(readable);
 }
 
-/// Returns the user's folder of pictures, the home folder, or the current folder.
+/// Returns the folder "Pictures" in the home folder. If it does not exist, returns the home folder or, if there is
+/// none, the current folder.
 fs::path picturesFolder() {
     std::error_code ignored;
     const char* home = std::getenv("HOME");

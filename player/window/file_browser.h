@@ -11,12 +11,12 @@ namespace player {
 /// Pop-up that lists the folders, pictures, presets and gestures of a folder.
 class FileBrowser {
 public:
-    /// Sets the first folder. If it is empty, the user's folder of pictures is the first one.
+    /// Sets the folder that is listed first. If `first` is empty, this is the user's folder of pictures.
     explicit FileBrowser(const std::filesystem::path& first);
 
     /// Opens the pop-up in the next frame.
     void open();
-    /// Draws the pop-up into the current ImGui frame. Requests the chosen file.
+    /// Draws the pop-up into the current ImGui frame. Adds the file that the user chooses to `requests`.
     void draw(Requests& requests);
 
 private:
@@ -30,7 +30,7 @@ private:
     void drawEntries(Requests& requests);
 
     std::filesystem::path folder;
-    /// The parent folder, then folders, then files, each sorted by name.
+    /// Entries of the list: the parent folder, then folders, then files, each sorted by name.
     std::vector<Entry> entries;
     /// True until the next frame opens the pop-up.
     bool opening = false;

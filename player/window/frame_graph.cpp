@@ -26,7 +26,7 @@ float whole(const FrameTimes& frame) {
     return frame.water + frame.solverWait + frame.gl;
 }
 
-/// Returns the time at the full height of the graph, in ms: a round number that no frame exceeds.
+/// Returns the time in ms that corresponds to the full height of the graph: a round number that no frame exceeds.
 float fullScale(std::span<const FrameTimes> times) {
     float longest = 0.0f;
     for (const FrameTimes& frame : times) {

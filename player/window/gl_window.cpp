@@ -28,18 +28,18 @@ bool isSet(const char* variable) {
     return value != nullptr && *value != '\0';
 }
 
-/// Returns the SDL video drivers of the desktops that the environment names. Without this list, SDL would fall back to
-/// an invisible dummy driver.
+/// Returns the SDL video drivers of the desktops that environment variables name. Without this list, SDL would fall
+/// back to an invisible dummy driver.
 std::string desktops() {
     const bool x11 = isSet("DISPLAY");
     const bool wayland = isSet("WAYLAND_DISPLAY");
     return x11 && wayland ? "x11,wayland" : x11 ? "x11" : "wayland";
 }
 
-/// Part of the display that a window with a title bar may cover.
+/// Maximum fraction of the display's width and height that a window with a title bar covers.
 constexpr double maxDisplayPart = 0.93;
 
-/// Returns the size, shrunk to cover at most this part of the display's width and height.
+/// Returns the size, scaled down if necessary to cover at most this fraction of the display's width and height.
 app::Size withinDisplay(app::Size size, double part) {
     SDL_Rect display{};
     if (SDL_GetDisplayUsableBounds(0, &display) != 0) {
@@ -123,7 +123,7 @@ void GlWindow::switchFullScreen() {
     SDL_SetWindowFullscreen(window.get(), full ? 0 : SDL_WINDOW_FULLSCREEN_DESKTOP);
 }
 
-/// Toggles full screen without a window manager. SDL relies on the window manager to resize the window.
+/// Toggles full screen if there is no window manager. SDL relies on the window manager to resize the window.
 void GlWindow::fillScreenAlone() {
     SDL_Rect now{};
     SDL_GetWindowPosition(window.get(), &now.x, &now.y);

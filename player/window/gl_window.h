@@ -16,9 +16,8 @@ bool hasDesktop();
 /// Desktop window with an OpenGL ES 2.0 context. The context is current on the constructing thread.
 class GlWindow {
 public:
-    /// Opens the window. Scales `size` down to the size of the display, and if `shrinks` is true, to leave room for a
-    /// title bar.
-    /// Throws Failure without a desktop or without OpenGL ES 2.0.
+    /// Opens the window. If `size` is larger than the display, scales it down. If `shrinks` is true, also leaves room
+    /// for a title bar. Throws Failure if there is no desktop or no OpenGL ES 2.0.
     GlWindow(const char* title, app::Size size, bool shrinks);
     ~GlWindow();
     GlWindow(const GlWindow&) = delete;
@@ -56,7 +55,8 @@ private:
     VideoSystem video;
     std::unique_ptr<SDL_Window, Destroy> window;
     SDL_GLContext gl = nullptr;
-    /// Bounds of the window before full screen without a window manager. Empty outside that mode.
+    /// Bounds of the window before it became full screen on a desktop that has no window manager. Empty while the
+    /// window is not full screen there.
     std::optional<SDL_Rect> before;
 };
 

@@ -22,9 +22,9 @@ public:
     /// Starts a film or finishes the current film.
     void switchFilm();
     bool filming() const { return shots.filming(); }
-    /// Adds the session's current frame to the film. Does nothing without a film.
+    /// Adds the effect's current frame to the film. Does nothing if there is no film.
     void addToFilm();
-    /// Finishes the film. Does nothing without a film.
+    /// Finishes the film. Does nothing if there is no film.
     void finishFilm();
 
     /// Starts a recording in a new file or finishes the current recording.
@@ -32,14 +32,14 @@ public:
     /// Starts a recording in `file`, which must be empty.
     void startRecording(const std::filesystem::path& file);
     void finishRecording();
-    /// Finishes the recording, if any, because the window has a new size. Shows errors as toasts.
+    /// If there is a recording, finishes it, because the window has a new size. Shows errors as toasts.
     void finishRecordingForResize();
     /// Finishes the recording if a write to its file has failed.
     void watchRecording();
     /// Returns the file of the last finished recording, or an empty path.
     const std::filesystem::path& lastRecording() const { return recorded; }
 
-    /// Finishes film and recording. Shows errors as toasts.
+    /// Finishes the current film and the current recording. Shows errors as toasts.
     void finish();
 
     void requestScreenshot() { shotWanted = true; }
@@ -49,19 +49,20 @@ public:
 
     /// Saves the settings in a new preset and returns its file.
     std::filesystem::path savePreset(const std::string& name);
-    /// Returns a name for a new preset that no file has.
+    /// Returns an unused name for a new preset.
     std::string newPresetName() const { return shots.newPresetName(); }
     /// Renames a preset of the user and returns its new file.
     std::filesystem::path renamePreset(const std::filesystem::path& preset,
                                        const std::string& name);
     /// Deletes a preset of the user.
     void deletePreset(const std::filesystem::path& preset);
-    /// Saves the frame on the screen as the last preset's thumbnail, unless that preset has one.
+    /// Saves the frame on the screen as the thumbnail of the preset that was saved last. Does nothing if this preset
+    /// already has a thumbnail.
     void addThumbnail();
 
-    /// Returns the marks of the film and of the recording in progress.
+    /// Returns the on-screen indicators of the current film and of the current recording.
     std::vector<Mark> marks() const;
-    /// Prints the digest of the replay that has ended, if --digest is given, and shows a toast.
+    /// Shows a toast after the end of a replay. If --digest is given, also prints the digest of the replay.
     void noteReplayEnd();
     /// Prints the names of all saved files.
     void printFiles() const;

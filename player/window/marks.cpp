@@ -37,8 +37,8 @@ void drawSymbol(ImDrawList& list, MarkSymbol symbol, ImVec2 corner, float side) 
     }
 }
 
-/// Draws the mark into the current ImGui window. All marks but that of a pause have the square of a stop button.
-/// Returns true if the mark was clicked.
+/// Draws an on-screen indicator into the current ImGui window. Every indicator except that of a pause has the square
+/// symbol of a stop button. Returns true if the user clicked the indicator.
 bool drawMark(const Mark& mark) {
     const std::string text = textOf(mark);
     const float line = ImGui::GetTextLineHeight();

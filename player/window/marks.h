@@ -10,10 +10,11 @@
 
 namespace player {
 
-/// Symbol at the left of a mark.
+/// Symbol at the left of an on-screen indicator.
 enum class MarkSymbol { record, play, pause };
 
-/// Mark of an activity in progress, such as a film or a replay. A click on the mark ends the activity.
+/// On-screen indicator of an activity in progress, such as a film or a replay. A click on the indicator ends the
+/// activity.
 struct Mark {
     MarkSymbol symbol;
     std::string label;
@@ -25,7 +26,8 @@ struct Mark {
     const char* hint;
 };
 
-/// Draws the marks as buttons below each other in the upper right corner. A click requests the command of the mark.
+/// Draws the on-screen indicators as buttons below each other in the upper right corner. A click on an indicator adds
+/// its command to `requests`.
 void drawMarks(std::span<const Mark> marks, Requests& requests);
 
 }  // namespace player

@@ -33,7 +33,8 @@ using namespace std::chrono_literals;
 
 /// Default size of the window, in desktop units: the shape of a phone.
 constexpr app::Size phone{540, 960};
-/// Largest screen of a script that sets the size of the window. A larger window might exceed the desktop.
+/// Largest screen size of a script for which the window gets the size of the script. A larger window might exceed the
+/// desktop.
 constexpr app::Size largestOfScript{1280, 1000};
 
 /// Returns a size with the background's aspect ratio, limited to 2.5, and with the longer side of `usual`.
@@ -60,7 +61,7 @@ app::Size startSize(const Options& options, const std::optional<hostkit::Gesture
     return options.image.empty() ? usual : shapeOf(image, usual);
 }
 
-/// Returns the script of the command line, or nothing without --script.
+/// Returns the script of the command line. Returns nothing if --script is not given.
 std::optional<hostkit::GestureScript> scriptOf(const Options& options) {
     return options.scriptGiven ? std::optional(loadScript(options)) : std::nullopt;
 }

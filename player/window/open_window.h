@@ -37,8 +37,8 @@ public:
     /// Opens the window. Throws Failure or HostError.
     explicit OpenWindow(const Options& options);
 
-    /// Runs until the window is closed or a signal ends the program. Prints the names of all saved files.
-    /// Throws Failure or HostError.
+    /// Runs until the window is closed or a signal ends the program. Then prints the names of all saved files. Throws
+    /// Failure or HostError.
     void run();
 
 private:
@@ -89,14 +89,15 @@ private:
     Display display;
     Requests requests;
     View view;
-    /// Settings and size at the start. rememberChanges compares them with the final ones.
+    /// Settings of the user and window size at the start. rememberChanges compares them with the settings and the size
+    /// at the end.
     app::Settings initialUserSettings;
     std::optional<app::Size> initialSize;
     /// Folder of the user's files.
     std::filesystem::path shotsFolder;
     bool remembers;
     bool waterOnlyGiven;
-    /// Seed of the next random settings, different in each window.
+    /// Seed of the next random settings. It starts with another value in each window.
     std::uint32_t randomSeed = std::random_device{}();
     bool leaving = false;
 };

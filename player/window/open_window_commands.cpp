@@ -37,7 +37,7 @@ constexpr ViewSwitch overlaySwitches[] = {
     {Command::inkOverlay, &View::ink},
 };
 
-/// Toggles the switch of a command and returns its new state. Returns nothing if the command is no switch.
+/// If the command belongs to a switch, toggles the switch and returns its new state. Otherwise, returns nothing.
 template <std::size_t count>
 std::optional<bool> toggled(const ViewSwitch (&switches)[count], Command command, View& view) {
     for (const ViewSwitch& one : switches) {
@@ -147,8 +147,8 @@ void OpenWindow::run(Command command) {
     }
 }
 
-/// Closes the topmost pop-up, stops the replay, or closes the list of keys or the panel: the first of these that
-/// exists. If none exists, leaves the program, but never during a film or a recording.
+/// Does the first of these actions that is possible: closes the topmost pop-up, stops the replay, closes the list of
+/// keys, or closes the panel. If none is possible, leaves the program, but never during a film or a recording.
 void OpenWindow::goBack() {
     if (closePopup()) {
         return;

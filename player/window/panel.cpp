@@ -20,7 +20,7 @@ namespace player {
 
 namespace {
 
-/// Largest part of the window's width and height that the panel covers.
+/// Maximum fraction of the window's width and height that the panel covers.
 constexpr float maxPart = 0.6f;
 /// Colour of the preset's name after the user has changed a setting.
 constexpr ImU32 changedColor = IM_COL32(255, 190, 70, 255);
@@ -28,7 +28,7 @@ constexpr ImU32 changedColor = IM_COL32(255, 190, 70, 255);
 /// Sections with commands. The table of settings defines the sections of the sliders.
 enum class Place { preset, ownPreset, ink, view, save, developer };
 
-/// Check box of the panel. It runs the same command as its key.
+/// Check box of the panel. A click on it runs the same command as the key of the command.
 struct Switch {
     Place place;
     Command command;
@@ -67,7 +67,7 @@ constexpr Button buttons[] = {
     {Place::developer, Command::loseContext},
 };
 
-/// Control of the mouse, for the list of keys.
+/// Action of the mouse, shown in the list of keys.
 struct Control {
     const char* name;
     const char* description;
@@ -85,11 +85,11 @@ float em() {
     return ImGui::GetFontSize();
 }
 
-/// Delay of a hint, in seconds. It keeps hints hidden while the pointer only passes.
+/// Delay of a hint, in seconds. The delay keeps hints hidden while the pointer only moves across the panel.
 constexpr float hintDelay = 0.4f;
 
 /// Shows a hint for the previous item if the pointer stays on it. The hint is below the item, or above it near the
-/// lower edge of the window. The item's number thus stays visible.
+/// lower edge of the window. The hint therefore does not cover the item's number.
 void hint(const char* label) {
     const bool delayed = ImGui::IsItemHovered() && !ImGui::IsItemActive() &&
                          ImGui::GetCurrentContext()->HoveredIdTimer >= hintDelay;
@@ -117,7 +117,8 @@ void hint(Command command) {
     }
 }
 
-/// Puts the next item on the current line if the line has room for `width`. The first item starts a new line.
+/// Puts the next item on the current line if the line has room for an item of this width. The first item starts a new
+/// line.
 void flow(float width, bool first) {
     const float spacing = ImGui::GetStyle().ItemSpacing.x;
     const float right = ImGui::GetWindowPos().x + ImGui::GetWindowContentRegionMax().x;
@@ -316,7 +317,8 @@ void groups(const Panel& panel) {
     }
 }
 
-/// Sets the position of the next ImGui window: its old one moved inside the screen, or `first` for a new window.
+/// Sets the position of the next ImGui window. An existing window keeps its position, or moves so that it is inside the
+/// screen. A new window gets the position `first`.
 void keepInside(const char* window, ImVec2 first) {
     const ImVec2 screen = ImGui::GetIO().DisplaySize;
     ImVec2 place = first;
@@ -332,7 +334,7 @@ void keepInside(const char* window, ImVec2 first) {
 void drawPanel(const Panel& panel) {
     const ImVec2 screen = ImGui::GetIO().DisplaySize;
     const float width = std::min(21.0f * em(), maxPart * screen.x);
-    // In a wide window the panel may use the full height, because the water is visible beside it.
+    // In a wide window the panel can use the full height, because the water is visible beside the panel.
     const float height = std::max(maxPart * screen.y, std::min(screen.y, screen.x)) - em();
     char title[64];
     if (panel.rate > 0.0) {

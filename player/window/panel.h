@@ -15,7 +15,8 @@
 
 namespace player {
 
-/// State of the player's own switches.
+/// State of the window apart from the settings. A member is true while the part of the window that it names is visible,
+/// or while the activity that it names is on.
 struct View {
     bool panel = false;
     bool help = false;

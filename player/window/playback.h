@@ -25,26 +25,27 @@ public:
     /// Pauses and requests one frame.
     void step() { isPaused = stepWanted = true; }
 
-    /// Returns the time until the next frame is due. While idle or paused, returns the interval of the checks for
-    /// attract mode.
+    /// Returns the time until the next frame is due. While the effect is idle or paused, returns the time between two
+    /// checks whether attract mode must start.
     std::chrono::nanoseconds timeToNextFrame();
-    /// Plays the due frames. Returns true if there was one.
+    /// Plays the frames that are due. Returns true if it has played at least one frame.
     bool playDueFrames();
-    /// Resets the effect and plays a script. Finishes the recording, if any. The mark of the replay shows the name.
+    /// If there is a recording, finishes it first. Then resets the effect and plays a script. The on-screen indicator
+    /// of the replay shows `name`.
     void play(hostkit::GestureScript script, const std::string& name);
-    /// Stops the replay. Does nothing without a replay.
+    /// Stops the replay if there is one.
     void stopReplay();
-    /// Returns the marks of the replay and of the pause in progress.
+    /// Returns the on-screen indicators of a replay and of a pause in progress.
     std::vector<Mark> marks() const;
-    /// Restarts the effect once a resized window keeps its new size. Finishes the recording then. A film continues in
-    /// its old size. Returns true after a restart.
+    /// When a resized window has kept its new size for a short time, finishes a recording in progress and restarts the
+    /// effect in the new size. A film continues in its old size. Returns true if the effect was restarted.
     bool followSize(app::Size pixels);
 
     /// Returns the times of the last frames, the newest last.
     std::span<const FrameTimes> times() const { return lastTimes; }
     /// Returns the frames per second over the last second; 0 while the effect is idle or paused.
     double rate() const;
-    /// Adds the time of presentation to the GL time of the newest frame.
+    /// Adds the time that the presentation took to the GL time of the newest frame.
     void addGlTime(std::chrono::nanoseconds time);
 
 private:
@@ -58,7 +59,7 @@ private:
     bool isPaused = false;
     bool stepWanted = false;
     std::string replayName;
-    /// Effect time of the replay so far. It stands still during a pause.
+    /// Time by which the replay has advanced the effect so far. This time does not change during a pause.
     std::chrono::nanoseconds replayTime{};
     std::vector<FrameTimes> lastTimes;
     /// Times at which the frames of the last second ended; at least the last two frames.

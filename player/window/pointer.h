@@ -17,8 +17,8 @@ struct Pointer {
     SDL_FingerID id = 0;
 };
 
-/// Passes a pointer event to the session and ignores other events. A pressed pointer that leaves the window cancels its
-/// stroke. The mouse has the pressure of the settings.
+/// Passes a pointer event to the session and ignores other events. If a pressed pointer leaves the window, its stroke
+/// ends. The mouse has the pressure that is set in the settings.
 void feed(Pointer& pointer, const SDL_Event& event, const GlWindow& window, app::Session& session);
 
 }  // namespace player

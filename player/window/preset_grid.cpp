@@ -40,8 +40,8 @@ bool presetButton(const NamedPreset& preset, GLuint thumbnail, float side, bool 
     return clicked;
 }
 
-/// Draws a button with three dots in the upper right corner of a tile, which opens the menu of the preset. A click on
-/// the tile with the right button opens it too.
+/// Draws a button with three dots in the upper right corner of a tile. A click on the button opens the menu of the
+/// preset. A click on the tile with the right mouse button also opens the menu.
 void menuOf(const NamedPreset& preset, ImVec2 corner, float side, Requests& requests) {
     if (ImGui::IsItemClicked(ImGuiMouseButton_Right)) {
         ImGui::OpenPopup("menu");

@@ -21,7 +21,8 @@ NamedPreset ownPreset(const fs::path& file) {
     return {file.stem().string(), file};
 }
 
-/// Place of the default settings in the list. There is no such file, but a thumbnail of its name.
+/// Returns the path that represents the default settings in the list. This file does not exist, but the thumbnail of
+/// this name does.
 fs::path defaultFile() {
     return VELMORA_PRESETS "/default.json";
 }

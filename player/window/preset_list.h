@@ -16,7 +16,7 @@ namespace player {
 /// List of the default settings, the shipped presets and the presets of the user. Knows which preset is loaded.
 class PresetList {
 public:
-    /// Lists the shipped presets and those in `savedIn`. `file` is the preset of the settings, or empty.
+    /// Lists the shipped presets and those in `savedIn`. `file` is the preset that contains `settings`, or empty.
     PresetList(const std::filesystem::path& savedIn, const std::filesystem::path& file,
                const app::Settings& settings);
 
@@ -30,15 +30,17 @@ public:
     /// Throws Failure if the loaded preset is not the user's: a shipped preset and a preset in another folder cannot be
     /// renamed or deleted.
     void checkOwn() const;
-    /// Returns the loaded preset's name if the user has saved it and not changed it since.
+    /// Returns the loaded preset's name if it is a preset of the user and equal to `settings`. Otherwise, returns
+    /// nothing.
     std::optional<std::string> savedName(const app::Settings& settings) const;
     /// Throws Failure if a new preset cannot have this name.
     void checkName(const std::string& name) const;
-    /// Notes that a preset of the user has another file now.
+    /// Updates the list after the file of a user's preset was renamed.
     void rename(const std::filesystem::path& old, const std::filesystem::path& file);
-    /// Removes a preset of the user. If it was loaded, the default settings count as loaded from then on.
+    /// Removes a preset of the user from the list. If this preset was loaded, the default settings count as loaded from
+    /// then on.
     void remove(const std::filesystem::path& file);
-    /// Adds a preset with the settings that were saved in `file`, and makes it the loaded one.
+    /// Adds a preset of the user, whose `settings` were saved in `file`. From then on, this preset counts as loaded.
     void add(const std::filesystem::path& file, const app::Settings& settings);
 
     /// Returns the settings of the loaded preset, without the user's changes.
@@ -47,17 +49,17 @@ public:
     const std::filesystem::path& file() const { return loadedFile; }
     /// Returns the display name of the loaded preset.
     const std::string& name() const { return shown; }
-    /// Returns true if the settings differ from the loaded preset.
+    /// Returns true if the settings differ from those of the loaded preset.
     bool isChanged(const app::Settings& settings) const { return !(settings == loaded); }
 
 private:
     void show(const std::filesystem::path& file, const app::Settings& settings);
 
-    /// Default settings, then shipped presets, then presets of the user.
+    /// All presets: the default settings, then shipped presets, then presets of the user.
     std::vector<desktop::NamedPreset> all;
     std::size_t shippedCount;
     std::filesystem::path loadedFile;
-    /// Index of the preset that next() returns, before the wrap-around.
+    /// Index of the preset that next() returns. The index after the last preset stands for the first preset.
     std::size_t following = 1;
     std::string shown = app::sharedText("defaultSettings");
     app::Settings loaded;

@@ -12,14 +12,14 @@ namespace player {
 /// last event.
 class RecordingFile {
 public:
-    /// Opens an empty file. If writing fails, removes the file and throws Failure.
+    /// Opens an empty file and writes the screen size to it. If writing fails, removes the file and throws Failure.
     RecordingFile(std::filesystem::path file, app::Size screen);
 
     /// Appends an event.
     void add(const hostkit::ScriptEvent& event);
     /// Returns true if a write has failed.
     bool hasFailed() const { return !stream; }
-    /// Replaces the contents by the complete script with its length. Throws Failure.
+    /// Replaces the contents by the complete script, which includes its length. Throws Failure.
     void finish(const hostkit::GestureScript& script) const;
 
     const std::filesystem::path& file() const { return path; }

@@ -27,7 +27,7 @@ namespace fs = std::filesystem;
 
 constexpr const char* settingsFile = "look.json";
 constexpr const char* sizeFile = "window-size";
-/// Largest size of a file that a window writes, in bytes.
+/// Maximum size in bytes of a file to read. The files that the player writes are smaller.
 constexpr std::uintmax_t maxBytes = 65536;
 
 /// Returns the player's configuration folder, or an empty path if there is none. Ignores relative paths in
@@ -42,7 +42,7 @@ fs::path folder() {
                                                            : fs::path();
 }
 
-/// Calls `work` and prints its error, if any, as a warning.
+/// Calls `work`. If `work` throws an error, prints the error as a warning.
 template <class Work>
 void warnOnFailure(Work work) {
     try {

@@ -18,7 +18,7 @@ struct Remembered {
 /// Loads the state of the last window. Warns on stderr about unusable files.
 Remembered recall();
 
-/// Saves the members that are present and keeps the files of the others. Warns on stderr about errors.
+/// Saves each member that has a value. For an empty member, keeps the old file. Warns on stderr about errors.
 void remember(const Remembered& last);
 
 }  // namespace player

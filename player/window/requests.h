@@ -22,13 +22,13 @@ struct PresetCommand {
     std::filesystem::path preset;
 };
 
-/// Requests of keys, panel and desktop. The main loop runs them once per iteration.
+/// Requests from keys, panel and desktop. The main loop runs these requests once per iteration.
 struct Requests {
     std::vector<Command> commands;
     /// Preset chosen in the panel, or empty.
     std::filesystem::path preset;
     std::vector<PresetCommand> presetCommands;
-    /// Files to open: dropped on the window, or chosen in it.
+    /// Files to open, which the user dropped on the window or chose in the file browser.
     std::vector<std::filesystem::path> files;
     std::vector<Answer> answers;
 };

@@ -12,7 +12,7 @@
 namespace player {
 namespace {
 
-/// Width in pixels of a window whose text has scale 1.
+/// Shorter side, in pixels, of a window whose text has scale 1.
 constexpr double phoneWidth = 540.0;
 /// Smallest width in pixels of a window whose panel fits at scale 1. The panel covers 3/5 of the width.
 constexpr double narrowest = 350.0;
@@ -36,8 +36,9 @@ void Screen::renewContext() {
     painter.setUp();
 }
 
-/// Returns the scale of the text. It is the display's scale, or more in a window with many pixels: some phones and
-/// televisions do not report their size. The limit is the width in which the panel fits.
+/// Returns the scale of the text. If the user has not set a scale, this is the display's scale. In a window with many
+/// pixels it can be larger, because some phones and televisions do not report their size. The scale is limited so that
+/// the panel fits into the window.
 FontScale Screen::fontScale() const {
     const app::Size size = glWindow.pixels();
     const double side = std::min(size.width, size.height);

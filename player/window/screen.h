@@ -18,9 +18,9 @@ public:
     Screen(const Screen&) = delete;
     Screen& operator=(const Screen&) = delete;
 
-    /// Replaces the GL context and creates the painter's objects in the new one.
+    /// Replaces the GL context and creates the painter's objects in the new context.
     void renewContext();
-    /// Starts an ImGui frame. drawPanel ends and draws it.
+    /// Starts an ImGui frame. The function drawPanel ends and draws this frame.
     void beginPanel();
 
     GlWindow& window() { return glWindow; }

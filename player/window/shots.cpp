@@ -25,7 +25,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-/// Calls `work` to write a newly created file. Removes the file if that fails.
+/// Calls `work` to write a newly created file. Removes the file if `work` throws.
 template <class Work>
 void fill(const fs::path& file, Work work) {
     try {

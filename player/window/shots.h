@@ -27,22 +27,22 @@ public:
 
     std::filesystem::path screenshot(const hostkit::Image& image);
     std::filesystem::path preset(const app::Settings& settings, const std::string& name);
-    /// Returns a name for a preset that no file has: preset-01, preset-02 and so on.
+    /// Returns an unused name for a preset: preset-01, preset-02 and so on.
     std::string newPresetName() const;
     /// Renames a preset and its thumbnail. Returns the new file.
     std::filesystem::path renamePreset(const std::filesystem::path& preset,
                                        const std::string& name);
     /// Deletes a preset and its thumbnail.
     void deletePreset(const std::filesystem::path& preset);
-    /// Saves a preset's thumbnail. Does nothing if a file of its name exists.
+    /// Saves a preset's thumbnail. Does nothing if the thumbnail's file already exists.
     void thumbnail(const std::filesystem::path& preset, const hostkit::Image& image);
     /// Creates an empty file for a recording.
     std::filesystem::path createGestureFile() const;
 
     std::filesystem::path startFilm(app::Size size);
     bool filming() const { return film != nullptr; }
-    /// Adds a frame, which is shown from now on. Scales a frame of another size to fit the film. If the encoder fails,
-    /// ends the film.
+    /// Adds a frame to the film. The film shows this frame from now until the next frame is added. Scales a frame of
+    /// another size to fit the film. If the encoder fails, ends the film.
     void addToFilm(hostkit::Image frame);
     /// Completes the film and returns its name. Removes a film without frames and returns nothing.
     std::optional<std::filesystem::path> finishFilm();
@@ -52,7 +52,8 @@ private:
     /// Returns FOLDER/STEM-NN.EXTENSION. Numbers count from 1.
     std::filesystem::path numbered(const std::string& stem, int number,
                                    const std::string& extension) const;
-    /// Creates FOLDER/STEM-NN.EXTENSION with the lowest free number, and the folder.
+    /// Creates the empty file FOLDER/STEM-NN.EXTENSION with the lowest free number. Creates the folder first if it is
+    /// missing.
     std::filesystem::path createNumberedFile(const std::string& stem,
                                              const std::string& extension) const;
 
@@ -62,7 +63,7 @@ private:
     std::filesystem::path filmFile;
     app::Size filmSize{};
     std::unique_ptr<Encoder> film;
-    /// Last frame of the film; empty before the first one.
+    /// Last frame of the film. Empty before the first frame.
     hostkit::Image lastFrame;
 };
 

@@ -14,13 +14,13 @@ struct Toast {
     Clock::time_point end{};
 };
 
-/// Shows a message and replaces the current one.
+/// Shows a message and replaces the current message.
 void showToast(Toast& toast, const std::string& line);
 
 /// Shows an error as a toast and prints it on stderr.
 void showFailure(Toast& toast, const std::exception& error);
 
-/// Calls `work` and shows its error, if any, as a toast. The window stays open.
+/// Calls `work`. If `work` throws an error, shows the error as a toast, so that the window stays open.
 template <class Work>
 void attempt(Toast& toast, Work work) {
     try {

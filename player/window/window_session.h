@@ -25,7 +25,7 @@ struct FrameTimes {
     float gl;
 };
 
-/// The application's session in the window, with the probe for the overlays and the file of its recording.
+/// The application's session in the window, with the probe for the overlays and the file of the current recording.
 class WindowSession {
 public:
     /// Starts the effect. All members that use GL or files throw Failure or HostError.
@@ -35,12 +35,12 @@ public:
 
     app::Session core;
 
-    /// Starts the effect in the window's size and keeps the waves.
+    /// Restarts the effect in the window's current size and keeps the waves.
     void resize();
     /// Runs and draws one frame of the effect.
     void frame(std::chrono::nanoseconds elapsed);
 
-    /// Resets the effect and starts a recording in an empty file.
+    /// Resets the effect and starts a recording to `file`, which must be empty.
     void startRecording(const std::filesystem::path& file);
     /// Returns the file of the recording in progress, or null.
     const RecordingFile* recording() const { return recordingFile ? &*recordingFile : nullptr; }
@@ -48,7 +48,7 @@ public:
     const app::EffectProbe& effectProbe() const { return probe; }
     const FrameTimes& times() const { return lastTimes; }
     app::Size size() const { return core.screen(); }
-    /// Returns the frame on the screen. Overlays and panel appear in it only after they are drawn.
+    /// Returns the frame on the screen. The result contains overlays and panel only if they are already drawn.
     hostkit::Image screenshot() const;
 
 private:
