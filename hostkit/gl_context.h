@@ -7,9 +7,9 @@
 
 namespace hostkit {
 
-/// Makes Mesa's software rasteriser filter textures with more than 8 bits. The ink needs this precision, because each
-/// density is split over a coarse and a fine colour channel. Sets an environment variable, so call it before the
-/// process creates a GL context or starts a thread. GlContext calls this function itself.
+/// Makes Mesa's software rasteriser filter textures with more than 8 bits. The ink needs this precision, because a
+/// coarse and a fine colour channel together store each density. Sets an environment variable, so call this function
+/// before the process creates a GL context or starts a thread. GlContext calls this function itself.
 void askForFineFiltering();
 
 /// An OpenGL ES 2.0 context with an off-screen RGBA8888 surface as its default framebuffer. It uses Mesa's software

@@ -35,9 +35,9 @@ struct GlObserver {
     }
 };
 
-/// Returns the program's observer. A program that calls this function must define it. The program must also define the
-/// GL functions that it wants to observe, at least glDrawElements and glTexImage2D. The library then calls the
-/// program's definitions.
+/// Returns the program's observer. A program that calls this function must define this function itself. It must also
+/// define the GL functions that it wants to observe, at least glDrawElements and glTexImage2D. The library then calls
+/// the definitions of the program.
 /// @return the observer
 GlObserver& sharedGlObserver();
 
