@@ -127,13 +127,13 @@ public:
     /// @param settings new settings of the water
     void replaceWater(WaterSettings settings);
 
-    /// Returns the drawing settings. The caller may change them; a change takes effect in the next frame.
+    /// Returns the drawing settings. The caller can change them; a change takes effect in the next frame.
     /// @return the settings
     EffectSettings& effectSettings() { return options.effect; }
     /// Returns the drawing settings.
     /// @return the settings
     const EffectSettings& effectSettings() const { return options.effect; }
-    /// Returns the water. The caller may change its waves; replaceWater changes the grid or the mesh.
+    /// Returns the water. The caller can change its waves; only replaceWater can change the grid or the mesh.
     /// @return the water; its address never changes
     WaterDriver& water() { return *waterDriver; }
     /// Returns the water.

@@ -13,7 +13,8 @@ namespace hostkit {
 void askForFineFiltering();
 
 /// An OpenGL ES 2.0 context with an off-screen RGBA8888 surface as its default framebuffer. It uses Mesa's software
-/// rasteriser and needs no display server. A program may have several contexts; each is current on at most one thread.
+/// rasteriser and needs no display server. A program can have several contexts; each context is current on at most one
+/// thread at a time.
 class GlContext {
 public:
     /// Creates a context and makes it current on the calling thread. Throws HostError if EGL or Mesa fails.

@@ -26,7 +26,7 @@ struct GlObserver {
     /// Runs the hook `textureUpload`, if there is one and the call passes data.
     /// @param width width of the texture
     /// @param height height of the texture
-    /// @param pixels argument of glTexImage2D; may be null
+    /// @param pixels argument of glTexImage2D, or null
     void noteUpload(int width, int height, const void* pixels) const {
         if (pixels && textureUpload) {
             const auto texels = static_cast<std::size_t>(width) * static_cast<std::size_t>(height);

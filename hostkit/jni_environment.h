@@ -40,11 +40,11 @@ public:
     /// @param array array of this environment
     void release(jarray array);
 
-    /// Returns the elements of an array. The host may read and write them.
+    /// Returns the elements of an array. The host can read and write them.
     /// @param array array of any environment
     /// @return the elements; valid as long as the array
     static std::span<float> elements(jfloatArray array);
-    /// Returns the elements of an array. The host may read and write them.
+    /// Returns the elements of an array. The host can read and write them.
     /// @param array array of any environment
     /// @return the elements; valid as long as the array
     static std::span<jshort> elements(jshortArray array);
@@ -96,7 +96,7 @@ protected:
     /// Returns all arrays of this environment.
     /// @return the arrays in order of creation
     std::span<const std::unique_ptr<Array>> arrays() const { return owned; }
-    /// Returns the table of JNI functions, which the caller may change.
+    /// Returns the table of JNI functions, which the caller can change.
     /// @return the table that `env` uses
     JniTable& callTable();
 

@@ -101,8 +101,8 @@ struct WaterDriver {
 WaterDriver makeWater(JniEnvironment& jni, int screenWidth, int screenHeight,
                       WaterSettings settings = {});
 
-/// Copies the waves of one water to another. The two may differ in screen, grid, mesh and step rate. Each wave keeps
-/// its position as a fraction of the screen's width and height.
+/// Copies the waves of one water to another. The two can differ in screen size, grid, mesh and step rate. Each wave
+/// keeps its position as a fraction of the screen's width and height.
 /// @param from water to copy from
 /// @param to water that receives the heights, velocities and remaining time
 void resampleWaves(const WaterDriver& from, WaterDriver& to);

@@ -248,8 +248,8 @@ TEST(Lifecycle, RainDoesNotCatchUpWithAPause) {
                          std::to_string(pause.count()));
     };
     EXPECT_EQ(rain(std::chrono::hours(1), std::chrono::hours(1)), "rain " + digest(rainy.host));
-    // `drawNow` may draw a frame with a later time than the display's next frame. The effect's time must not go back in
-    // that next frame.
+    // `drawNow` can draw a frame whose time is later than the time of the display's next frame. The effect's time must
+    // not go back in that next frame.
     EXPECT_EQ(rain(3 * frame, frame * 0), rain(3 * frame, 2 * frame));
 }
 

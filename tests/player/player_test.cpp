@@ -38,7 +38,7 @@ protected:
               "41 50 0\n");
     }
 
-    /// Runs the player in the folder of the test images. `arguments` may override the default options.
+    /// Runs the player in the folder of the test images. `arguments` can override the default options.
     Outcome play(const std::string& arguments) const {
         std::string all = arguments;
         for (const std::string option : {"--second image.png", "--size 64x96"}) {

@@ -5,7 +5,7 @@ import { Background, isDrawable, isVideo, type BackgroundSource } from "./backgr
 import type { Effect } from "./effect";
 import { VideoPass } from "./video_pass";
 
-/** Owner of the background. */
+/** Object that has the background and the area of the page that the background covers. */
 export interface TextureOwner {
     /** Element whose box the water covers. */
     readonly area: HTMLElement;
@@ -37,7 +37,7 @@ export class BackgroundTexture {
         effect.uploadBackground = () => this.upload();
     }
 
-    /** Shows a changed background. */
+    /** Shows the owner's background after it has changed. */
     change(): void {
         this.passInkSource();
         this.effect.loadBackground();

@@ -32,7 +32,7 @@ export interface WaterState {
     pixelRatio: number | undefined;
 }
 
-/** Owner of the water. */
+/** Object to which the water belongs. It supplies the options and handles the events. */
 export interface LiveOwner extends TextureOwner {
     readonly state: WaterState;
     /** Element in which mouse moves touch the water, if `pointer` is "hover". */
@@ -379,7 +379,10 @@ export class LiveWater {
         }
     }
 
-    /** True if the effect may be restarted at another size. A restart removes the ink, so no ink may be visible. */
+    /**
+     * True if the effect can be restarted at another size unnoticed. A restart removes the ink, so this is false while
+     * ink is visible.
+     */
     private get maySizeChange(): boolean {
         const { effect, owner } = this;
         return (effect.isIdle || effect.isSearchingQuality) && !owner.state.paused && !effect.mayShowInk;

@@ -34,7 +34,7 @@ class Reader {
         this.at = at;
     }
 
-    /** Reads an unsigned LEB128 number. */
+    /** Reads a number in LEB128, the variable-length format of WebAssembly. */
     number() {
         for (let value = 0, shift = 1; ; shift *= 128) {
             const byte = this.bytes[this.at++];

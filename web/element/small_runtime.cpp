@@ -1,6 +1,7 @@
 #include <cstddef>
 
-// Removes exceptions from the module.
+// Replaces functions of the C and C++ libraries, so that the code for exceptions and environment variables is left out
+// of the module.
 
 extern "C" {
 

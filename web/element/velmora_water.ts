@@ -26,7 +26,7 @@ export interface VelmoraWater extends SettingProperties {
     preset: string | null;
     /** CSS colour of the ink. */
     ink: string | null;
-    /** True to turn off the ink. */
+    /** True if touches make only waves and draw no ink. */
     waterOnly: boolean;
     /** Input that touches the water. Null has the same effect as `drag`. */
     pointer: PointerMode | null;
@@ -38,9 +38,9 @@ export interface VelmoraWater extends SettingProperties {
     quality: WaterState["quality"] | null;
     /** Rendered pixels per CSS pixel. Null selects the screen's ratio. */
     pixelRatio: number | null;
-    /** Address of the background, instead of a child. */
+    /** Address of the background image, if no child is the background. */
     src: string | null;
-    /** Text for assistive technology, if `src` is given. */
+    /** Text that describes the image of `src` for assistive technology such as screen readers. */
     alt: string | null;
 }
 
@@ -74,7 +74,7 @@ export interface VelmoraWaterAttributes {
     "mesh-detail"?: number | string;
     /** CSS colour of the ink. */
     ink?: string;
-    /** Turns off the ink. */
+    /** Turns off the ink: touches then make only waves. */
     "water-only"?: boolean | "";
     /** Input that touches the water. */
     pointer?: PointerMode;
@@ -86,15 +86,15 @@ export interface VelmoraWaterAttributes {
     quality?: WaterState["quality"];
     /** Rendered pixels per CSS pixel. Default: the ratio of the screen. */
     "pixel-ratio"?: number | string;
-    /** Address of the background, instead of a child. */
+    /** Address of the background image, if no child is the background. */
     src?: string;
-    /** Candidates for `src`, as for an image. */
+    /** Candidate images for `src`, as in the attribute of the same name of an img element. */
     srcset?: string;
-    /** Sizes for `srcset`, as for an image. */
+    /** Sizes that `srcset` refers to, as in the attribute of the same name of an img element. */
     sizes?: string;
-    /** Text for assistive technology, if `src` is given. */
+    /** Text that describes the image of `src` for assistive technology such as screen readers. */
     alt?: string;
-    /** Mode of the request for `src`, as for an image. */
+    /** CORS mode of the request for `src`, as in the attribute of the same name of an img element. */
     crossorigin?: string;
     /** `lazy` loads `src` when the element comes near the viewport. */
     loading?: "lazy" | "eager";

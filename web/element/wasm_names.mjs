@@ -1,6 +1,6 @@
 // Renames the imports and exports of a WebAssembly module.
 
-/** Returns an unsigned LEB128 number as bytes. */
+/** Returns the bytes of a number in LEB128, the variable-length format of WebAssembly. */
 function encoded(value) {
     return value < 128 ? [value] : [128 | (value & 127), ...encoded(value >> 7)];
 }

@@ -27,7 +27,7 @@ export interface WaterHost {
      * background.
      */
     show(canvas: HTMLCanvasElement | null): void;
-    /** True if the canvas belongs to the page, so that no other water may take its context. */
+    /** True if the canvas belongs to the page. The context pool then never takes the context from this water. */
     readonly keepsContext?: boolean;
 }
 

@@ -19,7 +19,10 @@ public final class EffectRenderer {
     /** Maximum time in nanoseconds by which the effect advances in one frame. */
     private static final long MAX_ELAPSED = 4 * FramePacer.FRAME_TIME;
 
-    /** The renderer of this process that may draw, or null. Guarded by the class's lock. */
+    /**
+     * The only renderer of this process that draws, or null if none is active. Guarded by the
+     * class's lock.
+     */
     private static EffectRenderer active;
 
     private final NativeForVelmora velmora;
@@ -46,8 +49,8 @@ public final class EffectRenderer {
     public void contextCreated() { contextIsNew = true; }
 
     /**
-     * Makes this renderer the one that draws in this process. Any other renderer stops drawing. May
-     * be called on any thread.
+     * Makes this renderer the one that draws in this process. Any other renderer stops drawing. Any
+     * thread can call this method.
      */
     public void activate() {
         synchronized (EffectRenderer.class) {

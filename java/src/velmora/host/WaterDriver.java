@@ -117,7 +117,10 @@ final class WaterDriver {
         return fits;
     }
 
-    /** Copies the waves of another water on the same screen. Its grid and step rate may differ. */
+    /**
+     * Copies the waves of another water on the same screen. The other water can have a different
+     * grid and step rate.
+     */
     void resampleWaves(WaterDriver from) {
         resample(from, from.height, height, 1.0f);
         resample(from, from.velocity, velocity,

@@ -103,7 +103,7 @@ public class VelmoraView extends GLSurfaceView implements GLSurfaceView.Renderer
         });
     }
 
-    /** Returns true if this device can decode the image file. May be called on any thread. */
+    /** Returns true if this device can decode the image file. Any thread can call this method. */
     public static boolean canShow(File photo) { return Photos.canDecode(photo); }
 
     /** Plays a gesture script. Throws HostException at the first invalid line. */
@@ -213,7 +213,8 @@ public class VelmoraView extends GLSurfaceView implements GLSurfaceView.Renderer
     }
 
     /**
-     * Runs a task that changes the scene on the GL thread, then draws. May be called on any thread.
+     * Runs a task that changes the scene on the GL thread, then draws. Any thread can call this
+     * method.
      */
     private void change(Runnable change) {
         queueEvent(() -> {
