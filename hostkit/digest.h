@@ -15,7 +15,7 @@ struct Digest {
     std::uint64_t state = 0xCBF29CE484222325;
 };
 
-/// Adds bytes to the digest, in order.
+/// Adds a sequence of bytes to the digest.
 /// @param digest digest to update
 /// @param bytes bytes to add
 inline void addBytes(Digest& digest, std::span<const std::byte> bytes) {

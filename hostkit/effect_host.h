@@ -18,8 +18,8 @@
 
 namespace hostkit {
 
-/// Settings of the drawing, which the host passes to onDrawFrame in each frame, and strengths of the ripples of a
-/// touch.
+/// Settings of the drawing, which the host passes to onDrawFrame in each frame. Also the strengths of the ripples that
+/// a touch raises.
 struct EffectSettings {
     /// Refractive index: 1 means no refraction, 1.33 is the index of water.
     float refractiveIndex = 1.33f;
@@ -36,10 +36,11 @@ struct EffectSettings {
     float specularRatio = 3.0f;
     /// Sharpness of the highlight: 1 gives a broad highlight, 24 a narrow one.
     float exponent = 24.0f;
-    /// Ink colour, 0 to 1 per channel. A new stroke recolours all visible ink. Dense ink transmits 1/2 of the light in
-    /// a channel of value 1, 1/9 at value 0.3, and 1/75 at value 0. So a channel of value 0 looks black.
+    /// Ink colour, 0 to 1 per channel. A new stroke recolours all visible ink. If a channel of the colour is 1, dense
+    /// ink transmits 1/2 of the light in this channel. It transmits 1/9 if the channel is 0.3, and 1/75, which looks
+    /// black, if it is 0.
     InkColor ink = {0.3f, 0.7f, 1.0f};
-    /// Background to draw: false for the first, true for the second.
+    /// True to draw the second background, false to draw the first.
     bool useSecondBackground = false;
     /// Strength of the ripple of a touch-down event. The height of the ripple is three times its strength.
     float downRipple = 2.4f;
@@ -61,7 +62,7 @@ struct EffectHostOptions {
     Image background = {};
     /// Second background, stretched over the screen. If empty, the host uses makeTestImage.
     Image secondBackground = {};
-    /// Initial settings of the image.
+    /// Initial settings of the drawing.
     EffectSettings effect = {};
     /// Initial settings of the water.
     WaterSettings water = {};
@@ -69,8 +70,8 @@ struct EffectHostOptions {
     /// its own.
     JniEnvironment* jni = nullptr;
     /// Function that destroys the GL context, creates a new context and makes it current. A host with a window supplies
-    /// this function; a context must then be current when the host is constructed. If empty, the host uses an
-    /// off-screen context and replaces it itself.
+    /// this function. In this case, a context must be current when the EffectHost is constructed. If empty, the host
+    /// uses an off-screen context and replaces it itself.
     std::function<void()> renewContext = {};
 };
 
@@ -108,7 +109,7 @@ public:
     /// Passes a touch event to the library, which draws ink, and raises ripples in the water.
     /// @param touch event in pixels of the screen, y down
     void touch(const Touch& touch);
-    /// Removes the ink and ends the gesture.
+    /// Removes the ink and ends the current gesture.
     void clearInk();
     /// Tells whether the library shows ink.
     /// @return false after a cancel event or clearInk, until a down, move or up event
@@ -126,13 +127,13 @@ public:
     /// @param settings new settings of the water
     void replaceWater(WaterSettings settings);
 
-    /// Returns the drawing settings. The caller may change them; a change takes effect in the next frame.
+    /// Returns the drawing settings. The caller can change them; a change takes effect in the next frame.
     /// @return the settings
     EffectSettings& effectSettings() { return options.effect; }
     /// Returns the drawing settings.
     /// @return the settings
     const EffectSettings& effectSettings() const { return options.effect; }
-    /// Returns the water. The caller may change its waves; replaceWater changes the grid or the mesh.
+    /// Returns the water. The caller can change its waves; only replaceWater can change the grid or the mesh.
     /// @return the water; its address never changes
     WaterDriver& water() { return *waterDriver; }
     /// Returns the water.
@@ -141,7 +142,8 @@ public:
     /// Returns the environment that owns the JNI arrays.
     /// @return the environment
     JniEnvironment& jni() { return environment; }
-    /// Returns the off-screen context. There is none if `renewContext` is set; the function must not be called then.
+    /// Returns the off-screen context. If `renewContext` is set, there is no such context, and this function must not
+    /// be called.
     /// @return the context
     const GlContext& gl() const { return *context; }
     /// Returns the screen width.

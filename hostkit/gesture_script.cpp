@@ -18,8 +18,8 @@ namespace {
 
 constexpr std::array<const char*, 4> actionNames = {"down", "up", "move", "cancel"};
 constexpr int framesAfterLastEvent = 60;
-/// Largest size, position and frame number in a script. It is far larger than any screen, and small enough that no
-/// computation overflows.
+/// Maximum of sizes, positions and frame numbers in a script. It is far larger than any screen, and so small that no
+/// computation with such a number overflows.
 constexpr int maxNumber = 1'000'000;
 constexpr float maxPressure = 1e6f;
 /// Maximum number of bytes of an invalid word that an error message quotes.

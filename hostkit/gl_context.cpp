@@ -24,7 +24,8 @@ namespace {
 /// can be created and destroyed at any time.
 EGLDisplay softwareDisplay() {
     static const EGLDisplay display = [] {
-        // The software rasteriser draws the same pixels on every machine, even if a graphics card is present.
+        // Use the software rasteriser even if a graphics card is present, because it draws the same pixels on every
+        // machine.
         setenv("LIBGL_ALWAYS_SOFTWARE", "1", 0);
         askForFineFiltering();
         return eglGetPlatformDisplay(EGL_PLATFORM_SURFACELESS_MESA, nullptr, nullptr);
@@ -63,15 +64,16 @@ EGLConfig chooseConfig(EGLDisplay display) {
 }  // namespace
 
 void askForFineFiltering() {
-    // By default the rasteriser filters textures with 8 bits. Ink is filtered hundreds of times while it flows, so thin
-    // ink would look grainy.
+    // By default, the rasteriser computes filtered texture values with 8 bits. Ink is filtered hundreds of times while
+    // it flows. With 8 bits, thin ink would look grainy.
     setenv("GALLIVM_PERF", "no_aos_sampling", 0);
 }
 
 GlContext::GlContext(void* onDisplay, int width, int height)
     : display(onDisplay), surfaceWidth(width), surfaceHeight(height) {}
 
-// Delegates to the private constructor, because C++ then runs the destructor if the body below throws.
+// Delegates to the private constructor. If the body below then throws, C++ runs the destructor, which frees the
+// context.
 GlContext::GlContext(int width, int height) : GlContext(softwareDisplay(), width, height) {
     const EGLConfig config = chooseConfig(display);
     const EGLint size[] = {EGL_WIDTH, width, EGL_HEIGHT, height, EGL_NONE};

@@ -7,13 +7,14 @@
 
 namespace hostkit {
 
-/// Makes Mesa's software rasteriser filter textures with more than 8 bits. The ink needs this precision, because each
-/// density is split over a coarse and a fine colour channel. Sets an environment variable, so call it before the
-/// process creates a GL context or starts a thread. GlContext calls this function itself.
+/// Makes Mesa's software rasteriser filter textures with more than 8 bits. The ink needs this precision, because a
+/// coarse and a fine colour channel together store each density. Sets an environment variable, so call this function
+/// before the process creates a GL context or starts a thread. GlContext calls this function itself.
 void askForFineFiltering();
 
 /// An OpenGL ES 2.0 context with an off-screen RGBA8888 surface as its default framebuffer. It uses Mesa's software
-/// rasteriser and needs no display server. A program may have several contexts; each is current on at most one thread.
+/// rasteriser and needs no display server. A program can have several contexts; each context is current on at most one
+/// thread at a time.
 class GlContext {
 public:
     /// Creates a context and makes it current on the calling thread. Throws HostError if EGL or Mesa fails.

@@ -26,7 +26,7 @@ struct GlObserver {
     /// Runs the hook `textureUpload`, if there is one and the call passes data.
     /// @param width width of the texture
     /// @param height height of the texture
-    /// @param pixels argument of glTexImage2D; may be null
+    /// @param pixels argument of glTexImage2D, or null
     void noteUpload(int width, int height, const void* pixels) const {
         if (pixels && textureUpload) {
             const auto texels = static_cast<std::size_t>(width) * static_cast<std::size_t>(height);
@@ -35,9 +35,9 @@ struct GlObserver {
     }
 };
 
-/// Returns the program's observer. A program that calls this function must define it. The program must also define the
-/// GL functions that it wants to observe, at least glDrawElements and glTexImage2D. The library then calls the
-/// program's definitions.
+/// Returns the program's observer. A program that calls this function must define this function itself. It must also
+/// define the GL functions that it wants to observe, at least glDrawElements and glTexImage2D. The library then calls
+/// the definitions of the program.
 /// @return the observer
 GlObserver& sharedGlObserver();
 

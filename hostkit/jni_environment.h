@@ -13,8 +13,8 @@ namespace hostkit {
 /// Type of the table of JNI functions. JDK and Android headers name this type differently.
 using JniTable = std::remove_cvref_t<decltype(*JNIEnv::functions)>;
 
-/// A JNIEnv for a host that has no JVM, and the arrays that it passes to the library. It supports only the four array
-/// functions that the library calls. Use it on one thread at a time.
+/// A JNIEnv for a host that has no JVM, and the Java arrays that the host passes to the library. It supports only the
+/// four array functions that the library calls. Use it on one thread at a time.
 class JniEnvironment {
 public:
     /// Creates an environment without arrays.
@@ -40,11 +40,11 @@ public:
     /// @param array array of this environment
     void release(jarray array);
 
-    /// Returns the elements of an array. The host may read and write them.
+    /// Returns the elements of an array. The host can read and write them.
     /// @param array array of any environment
     /// @return the elements; valid as long as the array
     static std::span<float> elements(jfloatArray array);
-    /// Returns the elements of an array. The host may read and write them.
+    /// Returns the elements of an array. The host can read and write them.
     /// @param array array of any environment
     /// @return the elements; valid as long as the array
     static std::span<jshort> elements(jshortArray array);
@@ -73,10 +73,10 @@ protected:
         /// Size of each guard zone in bytes.
         std::size_t guardBytes;
     };
-    /// Value of each byte in a guard zone that nobody has overwritten.
+    /// Value of each byte in an undamaged guard zone.
     static constexpr std::byte guardByte{0xA5};
 
-    /// The object to which an array handle points.
+    /// The object to which an array handle, such as a jfloatArray, points.
     struct Array {
         /// Number of the array, from 1.
         int id;
@@ -96,7 +96,7 @@ protected:
     /// Returns all arrays of this environment.
     /// @return the arrays in order of creation
     std::span<const std::unique_ptr<Array>> arrays() const { return owned; }
-    /// Returns the table of JNI functions, which the caller may change.
+    /// Returns the table of JNI functions, which the caller can change.
     /// @return the table that `env` uses
     JniTable& callTable();
 

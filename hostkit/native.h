@@ -2,7 +2,8 @@
 
 #include "velmora/native_for_velmora.h"
 
-/// Short names for the native methods, for example `hostkit::native::onDrawFrame`. The Java class uses the same names.
+/// Short names for the library's native methods, for example `hostkit::native::onDrawFrame`. The Java class
+/// NativeForVelmora uses the same short names.
 namespace hostkit::native {
 
 /// @cond

@@ -7,8 +7,8 @@
 
 namespace hostkit {
 
-/// Returns the function `name` of the next shared library, usually the GL library. A program that defines a function of
-/// the same name calls the original in this way. Aborts the program if no library has the function.
+/// Returns the function `name` of the next shared library, usually the GL library. A program that replaces a function
+/// by its own definition calls the original function in this way. Aborts the program if no library has the function.
 /// @param name name of the function
 template <class Function>
 Function* nextFunction(const char* name) {

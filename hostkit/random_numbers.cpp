@@ -14,7 +14,8 @@ namespace {
 
 constexpr std::size_t history = 31;
 constexpr std::size_t lag = 3;
-/// Number of values to discard after seeding, because the first values depend on the seed in a simple way.
+/// Number of values to discard after seeding, because the first values are not random enough: they depend on the seed
+/// in a simple way.
 constexpr int discarded = 310;
 
 class Generator {

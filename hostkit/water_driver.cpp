@@ -19,15 +19,15 @@ constexpr std::int64_t stepTime = 1'000'000'000;
 constexpr std::int64_t maxFramesToCatchUp = 4;
 /// Maximum number of vertices that 16-bit indices can address.
 constexpr int maxVertices = 65536;
-/// Minimum number of cells along a side. This leaves room for the cone of a ripple and for the border, which never
-/// changes.
+/// Minimum number of cells along a side. With this minimum, the cone of a ripple fits between the border cells, which
+/// never change.
 constexpr int minCells = 8;
 /// Maximum number of cells along the shorter side. Then even the mesh of a square screen has at most `maxVertices`
 /// vertices.
 constexpr int maxShortSideCells = 254;
 
-/// Returns the length of `side` in a rectangle with the shape of the screen. The rectangle's shorter side is
-/// `shortSide` long.
+/// Returns the length that corresponds to the screen side `side` if the screen's shorter side corresponds to the length
+/// `shortSide`.
 int scaled(int shortSide, int side, int otherSide) {
     const double aspect = std::max(1.0, static_cast<double>(side) / otherSide);
     return static_cast<int>(std::lround(std::min(shortSide * aspect, double{maxVertices})));
@@ -42,9 +42,9 @@ int verticesAlong(int cells, float cellsPerVertex) {
 
 /// Position of a vertex along one axis of the grid.
 struct GridPosition {
-    /// Last cell that is not beyond the vertex.
+    /// Index of the last cell that is not beyond the vertex.
     int cell;
-    /// Distance from that cell, 0 to 1.
+    /// Distance from that cell to the vertex in cells, 0 to 1.
     float weight;
 };
 
@@ -67,8 +67,8 @@ void runStep(WaterDriver& water, JniEnvironment& jni) {
 
 /// Raises a cone with the native method `ripple` at a position in screen pixels, y down.
 void raiseCone(const WaterDriver& water, JniEnvironment& jni, double x, double y, float strength) {
-    // `ripple` expects a position relative to the centre of the mesh; y increases with the row. The mesh is
-    // `meshOverhang` times as large as the screen, so the position is divided by this factor.
+    // The native method `ripple` expects a position relative to the centre of the mesh; y increases with the row. The
+    // mesh is `meshOverhang` times as large as the screen, so the position is divided by this factor.
     const auto fromCentre = [](double position, int size) {
         return static_cast<float>((position - size / 2.0) / static_cast<double>(meshOverhang));
     };
@@ -96,7 +96,8 @@ float interpolate(std::span<const float> grid, const WaterDriver& water, double 
 /// cone.
 void raiseWideCone(const WaterDriver& water, JniEnvironment& jni, double x, double y,
                    float strength) {
-    // Volume of a cone of radius 1 and height 1, divided by the area of a lattice cell: 2 pi / (3 sqrt 3).
+    // Volume of a cone of radius 1 and height 1, divided by the area per point of a triangular lattice with spacing 1:
+    // 2 pi / (3 sqrt 3).
     constexpr double overlap = 1.2092;
     // Distance between two rows of the triangular lattice, as a multiple of the cone radius: sqrt(3) / 2.
     constexpr double rowSpacing = 0.8660254;
@@ -220,7 +221,8 @@ void buildHeights(WaterDriver& water) {
         const GridPosition x = gridPosition(right, water.numDetailsWidth, water.columns);
         for (int down = 0; down < water.numDetailsHeight; ++down) {
             const GridPosition y = gridPosition(down, water.numDetailsHeight, water.rows);
-            // Returns the interpolated height at a distance of some cells from the vertex.
+            // Returns the interpolated height at a point `columns` cells to the right of and `rows` cells below the
+            // vertex.
             const auto heightAt = [&](int columns, int rows) {
                 const auto inRow = [&](int row) {
                     return blend(cellAt(x.cell + columns, row), cellAt(x.cell + columns + 1, row),

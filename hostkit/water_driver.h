@@ -9,9 +9,8 @@
 
 namespace hostkit {
 
-/// @file
-/// The water of a host: its grids, mesh and time steps. The functions use no global state of the library, so they may
-/// be called on any thread. Use each WaterDriver and its JniEnvironment on one thread at a time.
+/// @file The water of a host: its grids, mesh and time steps. The functions use no global state of the library, so any
+/// thread can call them. Use each WaterDriver and its JniEnvironment on one thread at a time.
 
 /// Settings of the water. Unless a field names another unit, lengths are in cells and times in simulation steps.
 struct WaterSettings {
@@ -32,8 +31,7 @@ struct WaterSettings {
     /// Number of simulation steps per second, at least 60.
     int stepsPerSecond = 60;
     /// Radius of the cone that a touch raises. The native method `ripple` raises only cones of radius 3. A wider cone
-    /// is built from several of them. Instead of a narrower cone, a lower cone of radius 3 with the same volume is
-    /// raised.
+    /// is built from several of them. A narrower cone is replaced by a lower cone of radius 3 with the same volume.
     double rippleRadius = 3.0;
 };
 
@@ -41,7 +39,8 @@ struct WaterSettings {
 constexpr double coneRadius = 3.0;
 
 /// Factor by which the drawn mesh is larger than the screen. With this factor, the edges of the background appear at
-/// the edges of the screen: the eye is 30 units in front of the mesh and the background 30.9 units behind it.
+/// the edges of the screen: the viewer's eye is 30 mesh units in front of the mesh, and the background is 30.9 units
+/// behind the mesh.
 constexpr float meshOverhang = 1.015f;
 
 /// The water of one screen: two grids, the mesh and its heights. The arrays belong to a JniEnvironment.
@@ -60,7 +59,7 @@ struct WaterDriver {
 
     /// Number of cells in a row of the grids.
     int columns;
-    /// Rows of the grids.
+    /// Number of rows of the grids.
     int rows;
     /// Height grid: columns * rows floats, row-major, y down; 0 is the flat surface.
     jfloatArray height;
@@ -73,7 +72,7 @@ struct WaterDriver {
     int meshSizeHeight;
     /// Vertex columns of the mesh.
     int numDetailsWidth;
-    /// Vertices per column of the mesh.
+    /// Number of vertices in a column of the mesh.
     int numDetailsHeight;
     /// Vertex positions: 3 floats per vertex in mesh units, y up, as filled by initWaters.
     jfloatArray positions;
@@ -83,7 +82,7 @@ struct WaterDriver {
     /// and of the cell above it.
     jfloatArray heights;
 
-    /// True while no wave moves. Then no step runs until the next ripple.
+    /// True while no wave moves. While it is true, no simulation step runs.
     bool idle = true;
     /// Number of steps run so far.
     std::int64_t steps = 0;
@@ -102,8 +101,8 @@ struct WaterDriver {
 WaterDriver makeWater(JniEnvironment& jni, int screenWidth, int screenHeight,
                       WaterSettings settings = {});
 
-/// Copies the waves of one water to another. The two may differ in screen, grid, mesh and step rate. Waves keep their
-/// position relative to the sides of the screen.
+/// Copies the waves of one water to another. The two can differ in screen size, grid, mesh and step rate. Each wave
+/// keeps its position as a fraction of the screen's width and height.
 /// @param from water to copy from
 /// @param to water that receives the heights, velocities and remaining time
 void resampleWaves(const WaterDriver& from, WaterDriver& to);
@@ -123,7 +122,7 @@ void releaseWater(const WaterDriver& water, JniEnvironment& jni);
 void rippleAt(WaterDriver& water, JniEnvironment& jni, double x, double y, float strength);
 
 /// Runs the simulation steps that are due and updates `heights`. Does nothing while the water is idle. One call
-/// simulates at most 4/60 s, so a host that stalled skips time instead of catching up.
+/// simulates at most 4/60 s. After a stall of the host, the water therefore skips the lost time instead of catching up.
 /// @param water water to advance
 /// @param jni owner of the arrays
 /// @param elapsed time since the last call

@@ -1,1 +1,1 @@
-// CMake compiles this file to build the precompiled header.
+// CMake compiles this empty file to build the precompiled header headers.h.

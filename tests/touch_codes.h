@@ -4,7 +4,7 @@
 
 #include "hostkit/gesture_script.h"
 
-/// Android's action codes for onTouch. A test may also send codes that are not in this list.
+/// Android's action codes for onTouch. Tests also send codes that are not in this list.
 enum TouchCode : jint {
     Down = static_cast<jint>(hostkit::TouchAction::down),
     Up = static_cast<jint>(hostkit::TouchAction::up),

@@ -22,7 +22,7 @@ inline pid_t start(const std::string& command) {
     return process;
 }
 
-/// Waits until the condition is true. Returns false after 60 s, a limit that a slow machine also meets.
+/// Waits until the condition is true. Returns false after 60 s; even a slow machine needs less time.
 inline bool waitFor(const std::function<bool()>& condition) {
     const auto end = std::chrono::steady_clock::now() + std::chrono::minutes(1);
     while (!condition()) {

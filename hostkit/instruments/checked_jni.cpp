@@ -20,7 +20,8 @@ namespace {
     endProgram("the library called a JNI function that it must not use: " + std::string(call));
 }
 
-/// Functions that have the types of JNI functions. Each aborts the program and prints the name of the JNI function.
+/// Replacements of JNI functions that the library must not call. Each prints the name of the JNI function and aborts
+/// the program.
 template <class Name, class Result, class... Arguments>
 struct Refusal {
     static Result call(Arguments...) { rejectCall(Name{}()); }

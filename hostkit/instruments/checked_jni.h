@@ -17,7 +17,7 @@ enum class ArrayAccess { direct, copy };
 
 struct JniOptions {
     ArrayAccess access = ArrayAccess::direct;
-    /// Number of guard elements before and after each array and each copy. If 0, there are no guards.
+    /// Number of guard elements before and after each array and each copy. 0 means no guard elements.
     std::size_t guardElements = 0;
 };
 
@@ -59,7 +59,7 @@ public:
     const std::vector<JniCall>& calls() const { return log; }
     void clearCalls() { log.clear(); }
 
-    /// Returns the number of Get calls whose Release call is still missing.
+    /// Returns the number of Get calls without a matching Release call so far.
     int pinned() const { return pins; }
 
     /// Returns the guard damage that releases and `checkGuards` have found so far. Each damage is reported once,
@@ -69,7 +69,8 @@ public:
     const std::vector<GuardDamage>& checkGuards();
 
 private:
-    /// Pointers to one array that are not released yet: the number of direct pointers, and all copies.
+    /// Pointers that Get calls have returned for one array and that are not released yet: the number of direct
+    /// pointers, and all copies.
     struct Pins {
         int direct = 0;
         std::vector<Block> copies;
@@ -84,7 +85,7 @@ private:
     bool logging = false;
     std::vector<JniCall> log;
     std::vector<GuardDamage> found;
-    /// Pointers that are not released yet, by the id of their array.
+    /// Pointers that are not released yet. The key is the id of their array.
     std::map<int, Pins> held;
     /// Id of the array for which Get calls return null. 0 if no call fails.
     int refused = 0;

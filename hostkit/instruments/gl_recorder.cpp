@@ -202,7 +202,8 @@ bool enter(const char* function) {
     return true;
 }
 
-/// Runs the hook `after` at the end of its scope. Each forwarding function declares one such object.
+/// Its destructor runs the hook `after`. Each forwarding function declares one such object, so the hook runs at the end
+/// of the function.
 struct AfterHook {
     AfterHook() = default;
     AfterHook(const AfterHook&) = delete;
@@ -214,7 +215,7 @@ struct AfterHook {
     }
 };
 
-/// Counts the call. Returns true if the hook `refuse` wants the call to fail.
+/// Counts a call of this function. Returns true if the hook `refuse` makes the call fail.
 bool refused(const char* function) {
     const auto& refuse = glRecorder().refuse;
     return refuse && refuse(function, ++knowledge().failable[function]);
@@ -239,7 +240,7 @@ std::size_t sizeOf(GLsizei count) {
     return static_cast<std::size_t>(std::max(count, 0));
 }
 
-/// Registers a new object and assigns the next label to it, if one is left.
+/// Registers a new object in `alive`. Assigns the next label of `nextLabels` to the object, if a label is left.
 void addAlive(GlKind kind, GLuint name) {
     GlRecorder& recorder = glRecorder();
     recorder.alive[kind].insert(name);
@@ -249,7 +250,7 @@ void addAlive(GlKind kind, GLuint name) {
     }
 }
 
-/// Removes a deleted object. Reports names that are not registered, except 0, which GL ignores.
+/// Removes a deleted object from `alive`. Reports GL names that are not in `alive`, except 0, which GL ignores.
 void removeAlive(const char* function, GlKind kind, GLuint name) {
     if (glRecorder().alive[kind].erase(name) == 0 && name != 0) {
         glRecorder().strayDeletions += line(function, Object{kind, name}) + "\n";
@@ -585,7 +586,8 @@ GLint GL_APIENTRY glGetUniformLocation(GLuint program, const GLchar* name) {
     const bool seen = enter("glGetUniformLocation");
     const GLint location = real(program, name);
     if (seen) {
-        // The shader compiler removes unused uniforms; they all have location -1. Only the last of their names is kept.
+        // All uniforms that the shader compiler has removed have location -1. Of their names, only the last one is
+        // kept.
         knowledge().uniforms[{program, location}] = name;
     }
     if (seen && glRecorder().recording) {

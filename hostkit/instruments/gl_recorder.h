@@ -44,20 +44,21 @@ struct GlRecorder : GlObserver {
 
     /// Labels of objects. In `GlCall::text`, a label replaces the object's kind and GL name.
     std::map<std::pair<GlKind, GLuint>, std::string> labels;
-    /// Labels for objects that are not created yet, in order of their creation.
+    /// Labels for objects that will be created. The next object that is created gets the first label.
     std::deque<std::string> nextLabels;
 
-    /// Names of programs in `GlCall::text`. A program is named `second` if the source of one of its shaders contains
-    /// `first`. The first matching pair counts. A program without a match is called "programN".
+    /// Names of programs in `GlCall::text`. If the source of one of a program's shaders contains the `first` string of
+    /// a pair, the program has the `second` string as its name. The first matching pair counts. A program without a
+    /// match is called "programN".
     std::vector<std::pair<std::string, std::string>> programNames = {
         {"sWaterTexture", "water"}, {"VelocityTexture", "advect"}, {"ImpulseDensity", "impulse"}};
 
     /// Hook that runs after each call. It does not run after calls that the hook `inside` makes.
     std::function<void()> after;
 
-    /// Hook that makes a call fail if it returns true. `nth` counts the calls of the function since `reset`, from 1. A
-    /// failing glGen... writes no GL names, a failing glCreateShader or glCreateProgram returns 0, and a failing
-    /// glGetShaderiv or glGetProgramiv returns the status GL_FALSE.
+    /// Hook that makes a call fail if it returns true. `nth` is the number of the call among all calls of the function
+    /// since `reset`, starting at 1. A failing glGen... writes no GL names, a failing glCreateShader or glCreateProgram
+    /// returns 0, and a failing glGetShaderiv or glGetProgramiv returns the status GL_FALSE.
     std::function<bool(const char* function, int nth)> refuse;
 
     /// Objects that were created since `reset` and have not been deleted, by kind.

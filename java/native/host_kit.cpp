@@ -30,7 +30,7 @@ EGLSurface surfaceOf(jlong handle) {
     return reinterpret_cast<EGLSurface>(handle);
 }
 
-/// Returns the EGL configuration of the current context. All surfaces of the context must have it.
+/// Returns the EGL configuration of the current context. All surfaces of the context must have this configuration.
 EGLConfig currentConfig() {
     const EGLDisplay display = eglGetCurrentDisplay();
     EGLint id = 0;

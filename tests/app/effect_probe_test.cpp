@@ -42,7 +42,7 @@ TEST(EffectProbe, ObservesVelocitiesInkAndTimes) {
         }
         EXPECT_LE(moments.begin, moments.solverDone);
         EXPECT_LE(moments.solverDone, moments.firstDraw);
-        // The ink texture must have ink at the finger, and no ink in the opposite corner.
+        // The ink texture must contain ink at the position of the finger, and no ink in the opposite corner.
         const app::Size size = probe.inkTextureSize();
         const auto colors = app::DensityOverlay().colors(probe.inkTexture(), size);
         const auto texelAt = [&](int x, int y) {

@@ -1,4 +1,4 @@
-// Tests the settings that the program chooses itself: an ink that shows on an image, and random settings.
+// Tests settings that the program chooses itself: an ink colour that stands out from an image, and random settings.
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-// Tests the parts of a session that need no GL context: frame clock, attract mode, idle detection, finger.
+// Tests the parts of a session that need no GL context: the frame clock, attract mode, idle detection and the finger.
 
 #include <gtest/gtest.h>
 

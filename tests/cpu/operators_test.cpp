@@ -50,7 +50,8 @@ float distance(Float2 a, Float2 b) {
     return std::hypot(a.x - b.x, a.y - b.y);
 }
 
-// ---- Definitions of the passes that have no plain kernel. Each function returns the value that its pass gives a cell.
+// ---- Definitions of those solver passes for which the namespace `reference` has no kernel. Each function returns the
+// value that its pass gives a cell.
 
 float meaning(const AdvectDensity& pass, At at) {
     const Float2 q = centre(at, pass.texelSize);
@@ -175,7 +176,8 @@ constexpr Kernels library{velmora::advectVelocityKernel, velmora::computeDiverge
 constexpr Kernels plainCode{reference::advectVelocityKernel, reference::computeDivergenceKernel,
                             reference::subtractGradientKernel, reference::addVelocityKernel};
 
-/// Expects that a kernel's result for each cell is bit-identical to that of the pass's function `evaluate`.
+/// Expects that, for each cell, the result of a kernel is bit-identical to the result of the pass's function
+/// `evaluate`.
 template <class Pass>
 void expectKernel(const Pass& pass, void (*kernel)(const Pass&)) {
     const std::vector<float> expected = evaluateCells(pass, pass.output.width, pass.output.height);
@@ -227,8 +229,8 @@ TEST(Operators, CoordinatesOutsideTheGridAreClampedAndNanCountsAsZero) {
     expectKernels(passes, plainCode);
 }
 
-/// Runs `count` iterations from pressure 0 with the kernel of the library and with the plain kernel. Expects the same
-/// bits.
+/// Runs `count` iterations from pressure 0 with the kernel of the library and with the plain kernel. Expects
+/// bit-identical results.
 void compareIterations(Passes& passes, int count) {
     Jacobi& pass = passes.jacobi;
     const auto gridsAfter = [&](auto kernel) {
@@ -281,8 +283,8 @@ void compareKernels(int width, int height, Fill fill) {
     }
 }
 
-// Other tests use a GuardedBlock, whose grids are aligned for a whole vector. The grids of this test start at unaligned
-// addresses.
+// The grids of other tests are in GuardedBlocks, whose addresses are aligned for a whole vector. The grids of this test
+// start at unaligned addresses.
 TEST(Kernels, JacobiSweepsStayInsideUnalignedGrids) {
     constexpr std::int32_t width = 15;
     for (const std::int32_t height : {30, 31, 32}) {

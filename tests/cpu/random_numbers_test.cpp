@@ -11,7 +11,7 @@ int numberAt(int place) {
     return std::rand();
 }
 
-// Expects the same numbers as from the rand() of the GNU C library.
+// Expects the numbers that rand() of the GNU C library returns.
 TEST(RandomNumbers, AreTheSameWithEveryCLibrary) {
     constexpr struct {
         unsigned seed;

@@ -15,8 +15,8 @@ namespace {
 using Lanes4 = std::array<float, 4>;
 using Ints4 = std::array<std::int32_t, 4>;
 
-// Struct with the functions of one set of lanes. The load functions have the same names in every set, so each set needs
-// a struct of its own.
+// Functions of one implementation of the vector type with four lanes. The functions have the same names in every
+// implementation, so each implementation has a struct of its own.
 struct BuildLanes {
     using Float = lanes::Float4;
     using Shorts = lanes::Short8;
@@ -52,8 +52,8 @@ constexpr float awkwardValues[][4] = {{0.0f, -0.0f, 1.0f, -1.0f},
                                       {-infinity, nan, -nan, 7.0f}};
 constexpr std::size_t valueCount = std::size(awkwardValues) * 4;
 
-/// Returns four consecutive test values, starting with the value number `first`. After the last value comes the first
-/// one again.
+/// Returns four consecutive test values, starting with the value number `first`. The values are cyclic: the first value
+/// follows the last one.
 Lanes4 valuesFrom(std::size_t first) {
     Lanes4 result;
     for (std::size_t k = 0; k < 4; ++k) {

@@ -21,8 +21,8 @@ namespace {
 constexpr int columns = 25, rows = 19;  // not a multiple of four
 constexpr DragMode allModes[] = {TapMode, SlowDrag, MediumDrag, FastDrag};
 
-/// A solver for which a step changes nothing: the flow is at rest, there is no sink and no projection, and the touch is
-/// in the middle of the screen.
+/// A solver whose initial settings let a step change nothing: the flow is at rest, there is no sink and no projection,
+/// and the touch is in the middle of the screen.
 struct Solver {
     explicit Solver(int width = columns, int height = rows) {
         applySettings(state, 12 * width, 12 * height, true);

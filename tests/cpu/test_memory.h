@@ -25,7 +25,8 @@ constexpr float nan = std::numeric_limits<float>::quiet_NaN();
 constexpr int most = std::numeric_limits<int>::max();
 constexpr int least = std::numeric_limits<int>::min();
 
-/// Side of a block on which the guard page is. A test must use both sides to find every access outside a block.
+/// Side of a block on which the guard page is: before the block (`front`) or after it (`back`). A test must use both
+/// sides to find every access outside a block.
 enum class Against { front, back };
 constexpr Against bothSides[] = {Against::front, Against::back};
 

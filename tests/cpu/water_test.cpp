@@ -29,8 +29,8 @@ bool plainStep(const WaterGrids& grids, const WaterRectangle& rectangle,
     return reference::stepHeightField(grids, rectangle, waves);
 }
 
-/// Runs water steps on random water in guarded memory, and compares all cells with the plain code. The comparison
-/// includes the border of `frame` cells, which must not change.
+/// Runs water steps on random water in guarded memory, and compares all cells with the results of the plain code in the
+/// namespace `reference`. The comparison includes the border of `frame` cells, which must not change.
 void compareSteps(Shape shape, Fill fill, const WaveSettings& settings, int steps) {
     SCOPED_TRACE(testing::Message() << shape.width << " x " << shape.height);
     const int rowLength = shape.width + 2 * shape.frame;
@@ -97,7 +97,8 @@ TEST(HeightField, CalmBandIncludesItsLimitsAndEveryCellCounts) {
 
 // ---- Mesh
 
-/// Makes a mesh of `vertices` vertices and all its quads, and compares it with the plain code.
+/// Makes a mesh of `vertices` vertices and all its quads, and compares it with the mesh that the plain code in the
+/// namespace `reference` makes.
 void checkMesh(const MeshShape& mesh, int vertices, Against against) {
     SCOPED_TRACE(testing::Message() << vertices << " of " << mesh.columns << " x " << mesh.rows);
     const int quads = std::max(mesh.columns - 1, 0) * std::max(mesh.rows - 1, 0);

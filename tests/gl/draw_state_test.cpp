@@ -136,7 +136,7 @@ TEST(SetUp, CreatesItsObjectsAndLeavesTheScreenBound) {
     EXPECT_EQ(glGetError(), static_cast<GLenum>(GL_NO_ERROR));
 }
 
-// The library must choose the locations of the attributes, because each driver would otherwise choose other locations.
+// The library must set the locations of the attributes itself. Otherwise each driver would choose its own locations.
 TEST(SetUp, BindsTheAttributesOfTheQuadBeforeItLinks) {
     TestHost host(screenWidth, screenHeight);
     host.setting();

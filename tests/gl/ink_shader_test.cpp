@@ -123,8 +123,8 @@ struct InkShaders : testing::Test {
             host.draw();
         }
     }
-    /// Draws a frame with smooth ink and compares each pass with the model of its shader. The velocities are zero if
-    /// `isStill` is true, else smooth.
+    /// Draws a frame with smooth ink and compares each pass with the model of its shader. If `isStill` is true, all
+    /// velocities are zero. Otherwise they vary smoothly.
     void expectPasses(bool isStill) {
         const Image ink = smoothInk(), velocity = velocities(isStill ? 0 : 1);
         Shader shader;
@@ -197,8 +197,8 @@ TEST_F(InkShaders, OnlyTouchesMoreThanTheMarginFromEveryEdgeDeposit) {
                                        {270, bottom - inside}}) {
                 SCOPED_TRACE(std::string(c.name) + " ending at " + std::to_string(x) + ", " +
                              std::to_string(y));
-                // Each kind of stroke has a margin. The margin counts from the second frame on, because a frame uses
-                // the kind of the frame before.
+                // Each kind of stroke has a margin. The margin counts from the second frame on, because each frame uses
+                // the kind of stroke of the frame before it.
                 play(c.events, 2, x, y);
                 host.arguments.inkGreen = inside ? 0.5f : 0.0f;
                 auto uniforms = host.uniformsOfFrame();

@@ -45,7 +45,7 @@ TEST(Settings, GiveTargetsOfTheRightSizeForAnyScreen) {
                  {11, 960, "0, 80", "512, 1024"},
                  {960, 11, "80, 0", "1024, 512"},
                  {49163, 12, "4096, 1", "1024, 512"},
-                 // These sizes exceed the limits of a grid, so there is no velocity target.
+                 // No grid is possible for these screen sizes, so there is no velocity target.
                  {49164, 12, nullptr, "1024, 512"},
                  {-12, 960, nullptr, "512, 1024"},
                  {960, -12, nullptr, "1024, 512"},

@@ -9,7 +9,7 @@
 
 #include "tests/host/test_host.h"
 
-// Tests the stroke and the settings in each frame of a gesture. The tests read these from the uniforms of the ink
+// Tests the stroke and the settings in each frame of a gesture. The tests read both from the uniforms of the ink
 // passes.
 
 namespace gltest {
@@ -83,8 +83,8 @@ public:
         return frames(1, expected.mode, 0.99f);
     }
     Gesture& sameFrames(int count) { return frames(count, drag, dissipation); }
-    /// These two functions draw frames without a stroke: `restFrames` before the ink fades, `fadeFrames` while it
-    /// fades.
+    /// These two functions draw frames in which no stroke is drawn: `restFrames` before the ink fades, `fadeFrames`
+    /// while it fades.
     Gesture& restFrames(int count) {
         stroke.clear();
         return frames(count, drag, dissipation);

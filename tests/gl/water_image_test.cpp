@@ -35,7 +35,7 @@ Vector normalized(Vector v) {
     return {v[0] / length, v[1] / length, v[2] / length};
 }
 
-/// Outputs of the vertex shader. Each number is the index of the output's first component in a Vertex.
+/// Outputs of the vertex shader. The value of an output is the index of its first component in a Vertex.
 enum Varying : std::size_t { Reflection, Background = 2, Normal = 4, Half = 7, Height = 10 };
 using Vertex = std::array<double, 11>;
 
@@ -78,7 +78,7 @@ Vertex vertexStage(const TestHost& host, std::size_t index) {
     return v;
 }
 
-/// Returns the colour of a pixel without the ink, which darkens it.
+/// Returns the colour of a pixel before the ink darkens it.
 Vector light(const TestHost& host, const Vertex& at, double specularLimit) {
     const FrameArguments& a = host.arguments;
     static const Image reflectionMap{imageSize, imageSize, smoothImage(0)};
@@ -179,7 +179,8 @@ void makeWaves(const TestHost& host, float size) {
     }
 }
 
-// The sizes and ratios of these tests put hundreds of pixels on each side of every limit in the shaders.
+// The wave sizes and settings of these tests are chosen so that, for every limit in the shaders, hundreds of pixels are
+// below it and hundreds above it.
 
 TEST(WaterImage, WavesRefractAndShine) {
     TestHost host(screenWidth, screenHeight);

@@ -54,8 +54,8 @@ struct FrameArguments {
     bool useSecondBackground = false;
 };
 
-/// A host for a freshly loaded library. Its parts are public, so that tests can change them. The constructor creates a
-/// GL context and a flat mesh, but makes no native call.
+/// A host for a freshly loaded library. Its members are public, so that tests can change them. The constructor creates
+/// a GL context and a flat mesh, but makes no native call.
 struct TestHost {
     TestHost(int screenWidth, int screenHeight, const Mesh& chosenMesh = shearedMesh);
     ~TestHost();
@@ -68,11 +68,11 @@ struct TestHost {
     void newContext();
     void setting(bool ink = true);
     void setting(int screenWidth, int screenHeight, bool ink);
-    /// These two functions make a native call and return the recorded GL calls. In the returned text, new GL objects
-    /// have labels.
+    /// These two functions make a native call and return the recorded GL calls. In the returned text, labels replace
+    /// the GL names of new objects.
     std::string initBuffers();
     std::string initGpu();
-    /// Loads a square image into a texture slot of the library.
+    /// Loads a square image into the texture slot number `index` of the library.
     jint load(const Bytes& rgba, int index);
     jint load(StandInBitmap& bitmap, int index);
 

@@ -110,7 +110,8 @@ TEST(WaterDriver, ACoarserMeshShowsTheSameSurface) {
             const auto [right, down] = screenPosition(water, vertex);
             const double height = 2 * right * 90 + 3 * down * 160;
             const bool inside = std::abs(right - 0.5) < 0.45 && std::abs(down - 0.5) < 0.45;
-            // A vertex on an edge has the height of the last cell, which may be a whole cell away.
+            // A vertex on an edge of the mesh has the height of the last cell. Its distance from this cell may be a
+            // whole cell.
             EXPECT_NEAR(heights[vertex], height, inside ? 1e-3 : 5.01);
             if (inside) {
                 EXPECT_NEAR(heights[vertex + 1] - heights[vertex], 2.0f, 1e-3f);

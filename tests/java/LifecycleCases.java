@@ -35,7 +35,7 @@ final class LifecycleCases {
     private static final int WIDTH = 180;
     private static final int HEIGHT = 320;
 
-    /** Limit for the number of frames until the screen is idle. Each case needs fewer frames. */
+    /** Maximum number of frames until the screen must be idle. Each case needs fewer frames. */
     private static final int MAX_FRAMES = 2000;
 
     private final NativeForVelmora velmora = new NativeForVelmora();
@@ -114,8 +114,8 @@ final class LifecycleCases {
         private boolean losesFrame;
 
         /**
-         * Does what a host does in Android's surfaceChanged: creates a new surface of the current
-         * context and resizes the scene.
+         * Does what a host does in Android's callback surfaceChanged: creates a new surface for the
+         * current context and resizes the scene.
          */
         void changeSurface(int newWidth, int newHeight) {
             width = newWidth;
@@ -379,7 +379,10 @@ final class LifecycleCases {
         System.out.println("frames while nothing is shown " + frames);
     }
 
-    /** Makes an idle screen lose its context, a frame or the active renderer. */
+    /**
+     * Makes an idle screen lose its context, lose a frame because showing it fails, or lose the
+     * active renderer.
+     */
     private void losses() {
         Window window = newWindow(WIDTH, HEIGHT).show();
         drawUntilIdle();
@@ -449,8 +452,9 @@ final class LifecycleCases {
     }
 
     /**
-     * Hides a screen with rain and shows it again. Draws a frame for the time {@code drawnAfter}
-     * nanoseconds later. Continues to play after {@code pause} nanoseconds.
+     * Hides a screen with rain and shows it again. Calls drawNow with a time that is {@code
+     * drawnAfter} nanoseconds later. Then continues with normal frames that start {@code pause}
+     * nanoseconds after the screen was hidden.
      */
     private void rain(long drawnAfter, long pause) {
         Window window = newRain();
@@ -464,8 +468,8 @@ final class LifecycleCases {
     }
 
     /**
-     * Draws rain until the screen is idle. The screen must become idle some time after the last
-     * touch.
+     * Draws rain until the screen is idle. The screen must become idle some time after the rain has
+     * started.
      */
     private void rainEnds() {
         Window window = newRain();
@@ -513,8 +517,8 @@ final class LifecycleCases {
     }
 
     /**
-     * Saves photos and presets on two threads at the same time. Each saved photo and preset must be
-     * kept.
+     * Saves photos and presets on two threads at the same time. No saved photo or preset may be
+     * lost.
      */
     private static void saveAtOnce(SettingsStore store, SettingsStore other) throws IOException {
         Thread photos = new Thread(() -> {

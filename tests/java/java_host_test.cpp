@@ -125,7 +125,8 @@ std::string photograph(int orientation) {
     });
 }
 
-/// Returns an EXIF segment that contains only an orientation. Its numbers may be little-endian or big-endian.
+/// Returns an EXIF segment that contains only an orientation. The byte order of its numbers is little-endian or
+/// big-endian.
 std::string exifSegment(char orientation, bool isLittleEndian) {
     std::string segment(
         "\xFF\xE1\0\x22"

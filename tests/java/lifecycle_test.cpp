@@ -146,8 +146,8 @@ TEST(Lifecycle, DrawsSixtyFramesPerSecondOnAFasterDisplay) {
     EXPECT_EQ(lifecycle("rates " STROKE_GESTURE), expected);
 }
 
-/// Draws until the ink has been cleared and the water is idle. `frames` is the number of frames drawn before, including
-/// one frame after the last touch. Returns the total number of frames.
+/// Draws until the ink has been cleared and the water is idle. `frames` is the number of frames that are already drawn,
+/// including one frame after the last touch. Returns the total number of frames.
 int drawUntilIdle(EffectHost& host, int frames) {
     // A tap takes 13 frames, the fade starts 35 frames later and takes 68 frames. One of these frames has already been
     // drawn.
@@ -205,7 +205,7 @@ TEST(Lifecycle, AGestureWaitsWhileAnotherRendererDraws) {
     EXPECT_EQ(lifecycle("player " STROKE_GESTURE), "played " + digest(host) + "false\n");
 }
 
-/// A C++ host with the same rain as in the Java host: 40 drops per second.
+/// A C++ host in which the same rain falls as in the Java host: 40 drops per second.
 class RainyHost {
 public:
     void frame(std::chrono::nanoseconds elapsed) {
@@ -248,7 +248,8 @@ TEST(Lifecycle, RainDoesNotCatchUpWithAPause) {
                          std::to_string(pause.count()));
     };
     EXPECT_EQ(rain(std::chrono::hours(1), std::chrono::hours(1)), "rain " + digest(rainy.host));
-    // A frame may be drawn ahead of the display's next frame. The time must not go back then.
+    // `drawNow` can draw a frame whose time is later than the time of the display's next frame. The effect's time must
+    // not go back in that next frame.
     EXPECT_EQ(rain(3 * frame, frame * 0), rain(3 * frame, 2 * frame));
 }
 

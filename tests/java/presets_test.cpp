@@ -1,4 +1,4 @@
-// Tests that presets, parsed by the code for Android, draw the same frames as in the player.
+// Tests that the Java host draws the same frames for a preset as the player does.
 
 #include <gdk-pixbuf/gdk-pixbuf.h>
 #include <gtest/gtest.h>

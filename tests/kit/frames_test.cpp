@@ -23,7 +23,8 @@ constexpr char gesture[] =
     "8 move 90 120 0.5\n"
     "9 up 90 120 0.5\n";
 
-/// Creates a scene and calls some of its functions. The caller must destroy the scene.
+/// Creates a scene through the interface for rendering kits and calls some of its functions. The caller must destroy
+/// the scene.
 SceneMemory* useKit() {
     SceneMemory* scene = makeScene();
     for (const std::size_t slot : {std::size_t{1}, std::size_t{7}, orthographic, perspective}) {

@@ -12,8 +12,9 @@
 
 #include "kit/oru.h"
 
-// The memory layout of the scene and of the animation manager, as the binary of a kit knows it: offsets of fields and
-// numbers of slots. This file uses no class of the library. If a field or slot of the library moves, the tests fail.
+// The memory layout of the scene and of the animation manager, as the binary of a rendering kit knows it: the offsets
+// of fields and the slot numbers of virtual functions. This file uses no class of the library. If a field or slot of
+// the library moves, the tests fail.
 
 extern "C" void* createScene();
 

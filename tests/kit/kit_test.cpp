@@ -1,5 +1,6 @@
-// A small rendering kit for tests. Like the binary of a real kit, it accesses the scene, the manager and the animations
-// by offset and slot number. By name, it uses only createScene and the shared variables.
+// A small rendering kit for tests. Like the binary of a real kit, it accesses the scene, the animation manager and the
+// animations by offsets of fields and slot numbers of virtual functions. It links only createScene and the shared
+// variables by name.
 
 #include <EGL/egl.h>
 #include <dlfcn.h>
@@ -257,7 +258,7 @@ TEST_F(Kit, PerspectiveCameraHasItsFieldOfViewAndPlanes) {
     }
 }
 
-// The lists allocate memory, so a leak checker reports a list that is not released.
+// The scene's lists allocate memory, so a leak checker reports a list that the scene does not release.
 TEST_F(Kit, DestructionDeletesNotifiesAndWarnsInThisOrder) {
     const std::string renderer = "6/nuv.oru/WARNING: Renderer leaked!!!!!!! ";
     const std::string shader = "6/nuv.oru/WARNING: Shader leaked!!!!!!! ";

@@ -30,7 +30,7 @@ function run(program, ...args) {
 const files = {
     "package.json": JSON.stringify({ name: "project", private: true, type: "module" }),
     "index.html": `<!doctype html><link rel="icon" href="data:"><div id="root"></div><script type="module" src="main.js"></script>`,
-    // React sets a property of a custom element if the property exists, otherwise an attribute.
+    // For a custom element, React sets the property if it exists, and the attribute otherwise.
     "main.js": `
         import "velmora/element";
         import { createElement, useState } from "react";
@@ -87,7 +87,10 @@ test("TypeScript accepts the package's types, and Node imports the package", () 
     assert.ok(Number(run("node", "-e", script)) >= 10);
 });
 
-/** The bundlers. Each writes its output to a folder with its own name. vite also writes the file index.html. */
+/**
+ * The bundlers. Each bundler writes its output to a folder with the bundler's name. vite also writes the file
+ * index.html.
+ */
 const bundlers = {
     vite: () => run(join(tools, "vite"), "build", "--outDir", "vite", "--base", "./"),
     esbuild: () => run(join(tools, "esbuild"), "main.js", "--bundle", "--format=esm", "--splitting", "--outdir=esbuild"),
@@ -121,7 +124,7 @@ test("vite, esbuild and webpack bundle a React page that shows water", async () 
         assert.equal(await page.evaluate(() => document.querySelector("velmora-water").settings.waterOnly), true);
         await page.screenshot({ path: join(screenshotFolder, `npm-${name}.png`) });
         await page.close();
-        // React's development version prints an advertisement for its tools, which is not an error.
+        // React's development version prints an advertisement for React DevTools. This message is not an error.
         assert.deepEqual(page.consoleMessages.filter((line) => !line.includes("React DevTools")), [], name);
     }
     await browser.close();

@@ -1,6 +1,6 @@
 #include "effect/effect_state.h"
 
-// Defines the library's globals for programs that link only its CPU half.
+// Defines the library's global variables for programs that link only the library's code for the CPU.
 
 namespace velmora {
 

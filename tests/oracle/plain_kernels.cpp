@@ -19,7 +19,7 @@ float laplacian(const float* h, int i, int rowLength) {
     return h[i - rowLength] + h[i - 1] + h[i + 1] + h[i + rowLength] - 4.0f * h[i];
 }
 
-/// Returns true if the magnitude of a velocity in the row exceeds the calm threshold.
+/// Returns true if the magnitude of any velocity in the row exceeds the threshold below which water is calm.
 bool isMoving(const float* velocities, int width) {
     return std::any_of(velocities, velocities + width, [](float velocity) {
         return velocity > calmThreshold || velocity < -calmThreshold;
@@ -85,8 +85,8 @@ void smoothHeights(const WaterGrids& grids, const WaterRectangle& area, float we
     }
 }
 
-/// Departure points of the cells of a row. `column` and `row` are the lower left of the four cells around a point, and
-/// `fx` and `fy` are the distances from that cell.
+/// Departure points of the cells of a row. Of the four cells around a point, `column` and `row` give the lower left
+/// cell. `fx` and `fy` are the distances of the point from this cell.
 struct DeparturePoints {
     int column[maxGridSide], row[maxGridSide];
     float fx[maxGridSide], fy[maxGridSide];
@@ -215,8 +215,8 @@ bool stepHeightField(const WaterGrids& grids, const WaterRectangle& rectangle,
 
 namespace {
 
-/// Advects the velocities in two loops per row. In each of the two loops, the processor overlaps more cells than in a
-/// single loop.
+/// Advects the velocities in two loops per row. In each of these short loops, the processor can work on more cells at
+/// the same time than in a single long loop.
 template <bool pushes>
 void advectRows(const AdvectVelocity& pass) {
     const FloatGrid source = pass.source;

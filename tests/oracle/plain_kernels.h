@@ -9,10 +9,10 @@
 #include "water/mesh.h"
 #include "water/ripple.h"
 
-/// Every kernel of the library in plain scalar C++, one cell at a time. Tests compare results with these kernels, and
-/// the benchmark compares times. Names and arguments are the same as in the namespace velmora. Results are the same bit
-/// for bit, also for NaN, infinities and any int. Each kernel is the fastest plain version without intrinsics or merged
-/// passes.
+/// Every kernel of the library in plain scalar C++, one cell at a time. Tests compare the library's results with the
+/// results of these kernels, and the benchmark compares the run times. Names and arguments are the same as in the
+/// namespace velmora. The results of a kernel here and of the kernel with the same name in velmora are bit-identical,
+/// also for NaN, infinities and any int. Each kernel is the fastest plain version without intrinsics or merged passes.
 namespace reference {
 
 void writeMeshPositions(float* positions, int vertexCount, const velmora::MeshShape& shape);

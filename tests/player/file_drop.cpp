@@ -29,7 +29,7 @@ struct Source {
         send(target, event);
     }
 
-    /// Sends the address of the dropped file to the window that requests it.
+    /// Sends the address of the dropped file to the window that has requested the address.
     void answer(const XSelectionRequestEvent& asked, const std::string& text) const {
         XChangeProperty(display, asked.requestor, asked.property, asked.target, 8, PropModeReplace,
                         reinterpret_cast<const unsigned char*>(text.data()),

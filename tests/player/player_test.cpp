@@ -38,7 +38,7 @@ protected:
               "41 50 0\n");
     }
 
-    /// Runs the player in the folder of the test images. `arguments` may override the default options.
+    /// Runs the player in the folder of the test images. `arguments` can override the default options.
     Outcome play(const std::string& arguments) const {
         std::string all = arguments;
         for (const std::string option : {"--second image.png", "--size 64x96"}) {
@@ -63,7 +63,7 @@ std::string digest(const std::string& out, const std::string& name) {
 
 TEST_F(Player, ReportsAnErrorInOneLineAndLeavesNoFile) {
     write("text.png", "not an image");
-    // This file has only the header of a PNG image, which announces 20000 x 20000 grey pixels.
+    // This file contains only the header of a PNG image, which claims a size of 20000 x 20000 grey pixels.
     write("huge.png",
           std::string_view("\x89PNG\r\n\x1a\n\0\0\0\x0dIHDR\0\0\x4e\x20\0\0\x4e\x20\x08\0\0\0\0"
                            "\xc6\x1b\x19\xe5\0\0\0\x0aIDAT",
@@ -328,7 +328,7 @@ TEST_F(Player, FilmsInEachFormat) {
     }
 }
 
-/// The script `play` in a folder where small scripts replace the programs that it calls.
+/// Tests the script `play` in a folder in which small scripts replace the programs that `play` calls.
 class PlayScript : public FolderTest {
 protected:
     PlayScript() {

@@ -113,8 +113,8 @@ protected:
     void pointAt(int x, int y) const {
         xdotool("mousemove --window " + window + " " + std::to_string(x) + " " + std::to_string(y));
     }
-    /// Plays one frame with all earlier events, then pauses. Waits for a screenshot, so that later events come after
-    /// this frame.
+    /// Plays one frame, which applies all earlier events, and leaves the window paused. Then waits for a screenshot, so
+    /// that later events come after this frame.
     void step() {
         press("period");
         shot();
@@ -179,8 +179,8 @@ protected:
     }
 
     static std::unique_ptr<VirtualDisplay> display;
-    // Leak detection is off: the display drivers leak memory and are unloaded at exit, so no suppression can name them.
-    // The tests without a window detect leaks of the player.
+    // Leak detection is off: the display drivers leak memory and are unloaded at exit, so no suppression can name the
+    // leaking functions. The tests without a window detect leaks of the player.
     const std::string command =
         "env ASAN_OPTIONS=$ASAN_OPTIONS:detect_leaks=0 XDG_CONFIG_HOME=" + folder.string() +
         "/config " VELMORA_PLAYER " --second plain.png";
@@ -460,7 +460,8 @@ TEST_F(WindowTest, LoadsSavedPresetsAndDroppedPresetsAndScripts) {
     EXPECT_NE(dropped.find("0.25"), std::string::npos);
     run("ls " VELMORA_PRESETS "/*.json >shipped");
     const std::string shipped = contents("shipped");
-    // The list has the default settings, the shipped presets, and then the first saved preset.
+    // The list contains the default settings, then the shipped presets, and then the first saved preset. Go down to the
+    // saved preset.
     for (auto left = std::ranges::count(shipped, '\n') + 2; left > 0; --left) {
         press("n");
     }
@@ -600,7 +601,8 @@ TEST_F(WindowTest, SwitchesShowAToastAndAPauseShowsAMark) {
 
 TEST_F(WindowTest, AReplayAPauseAndAFilmShowAMarkThatEndsThemAndEscapeStopsAReplay) {
     openWindow("--no-attract --size 640x780");
-    /// Returns true if the colour at a place of the top mark is darker than the background.
+    /// Returns true if the window shows the on-screen indicator at the top: a pixel in its area is darker than the
+    /// background.
     const auto isMarked = [&] { return pixel(capture(), 600, 15)[0] < plainColor[0] - 40; };
     const auto helpShows = [&] { return stains(capture()) > 1000; };
     const auto click = [&] {

@@ -74,7 +74,7 @@ Bytes pixelAfter(const std::function<void(Stage&)>& play, const Moment* moment) 
     } else {
         stage.draw();
     }
-    // This down event shows the ink again. It adds no ink in this frame, and keeps the ink at its place.
+    // This down event makes the ink visible again. In this frame, it adds no ink and does not move the ink.
     stage.tap(Down);
     return stage.pixelOfFrame(70);
 }

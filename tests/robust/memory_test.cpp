@@ -14,8 +14,8 @@
 namespace robust {
 namespace {
 
-/// Makes the set-up calls and draws while allocations fail. The extent decides whether only allocation number `first`
-/// fails, or all from there on. Returns the number of allocations that the library requested.
+/// Makes the set-up calls and draws while allocations fail. `extent` determines whether only allocation number `first`
+/// fails, or this one and all later ones. Returns the number of allocations that the library requested.
 int setUpWithout(Stage& stage, int first, RefusedMemory::Extent extent) {
     const RefusedMemory refused(first, extent);
     stage.setUp();
@@ -34,7 +34,7 @@ TEST(Memory, IfItRunsOutTheWaterIsStillDrawn) {
             SCOPED_TRACE("allocation " + std::to_string(first));
             Stage stage;
             asked = setUpWithout(stage, first, extent);
-            // From this line on, memory is available, so this set-up must create the flow.
+            // Memory is available again, so this set-up must create the flow.
             stage.initGpu();
             Uploads uploads;
             stage.tap(Cancel);

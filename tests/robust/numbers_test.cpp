@@ -75,8 +75,8 @@ TEST(Numbers, TheFlowRecoversAfterTheInkIsCleared) {
             flow.touch(80, 80, Up);
             flow.stage.draw(frames);
         };
-        // This tap replaces the settings of the last stroke. In 5000 frames, even the largest float decays to almost
-        // zero.
+        // This tap replaces the solver settings of the last stroke by those of a tap. In 5000 frames, even the largest
+        // float decays to almost zero.
         tapAndDraw(5000);
         EXPECT_LT(flow.uploads.strongest, 1) << "the flow must come to rest";
         tapAndDraw(4);

@@ -22,7 +22,8 @@ namespace {
 
 std::atomic<bool> isCounting = false, refusesAllFromThere = false;
 std::atomic<int> firstRefused = 0, allocationsAsked = 0;
-/// Pointers to the blocks of memory that the library holds, or null. The library never holds as many blocks.
+/// Pointers to the blocks of memory that the library has allocated and not freed; unused elements are null. The library
+/// never holds as many as 64 blocks.
 std::array<std::atomic<void*>, 64> held{};
 
 bool isRefused() {
@@ -55,8 +56,8 @@ void* allocate(void* caller, Allocation allocation) {
     return block;
 }
 
-/// Frees a block, also if the caller seems to be outside the library. If the library calls free in a tail call, the
-/// return address is not in the library.
+/// Frees a block and removes it from `held`, even if the return address is outside the library. That is the case if the
+/// library calls free in a tail call.
 void release(void* block) {
     if (block) {
         replaceHeld(block, nullptr);

@@ -5,9 +5,9 @@
 
 namespace robust {
 
-/// While an object of this class exists, it counts the library's allocations and makes some of them fail. Either only
-/// allocation number `first` fails, or all allocations from there on. If `first` is 0 and the extent is `one`, none
-/// fails.
+/// While an object of this class exists, it counts the library's allocations and makes some of them fail. Depending on
+/// the extent, only allocation number `first` fails, or this allocation and all later ones. If `first` is 0 and the
+/// extent is `one`, no allocation fails.
 class RefusedMemory {
 public:
     enum class Extent { one, allFromThere };

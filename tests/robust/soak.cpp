@@ -16,8 +16,8 @@
 #include "hostkit/effect_host.h"
 #include "hostkit/gesture_script.h"
 
-// Draws many frames with random gestures; the default number is half an hour of use. Measures resident memory, heap, file
-// descriptors and threads of the process. After the warm-up, none of these may grow.
+// Draws many frames with random gestures; by default as many frames as half an hour of use has. Measures resident
+// memory, heap, file descriptors and threads of the process. After the warm-up, none of these may grow.
 
 namespace {
 

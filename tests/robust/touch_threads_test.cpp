@@ -19,8 +19,8 @@ namespace {
 /// Maximum number of touches per frame. The limit spreads the touches over many frames.
 constexpr int eventsPerFrame = 10;
 
-/// Calls `act` on another thread with the numbers 0 to `count` - 1. At the same time, this thread calls `frame`.
-/// Returns the number of frames.
+/// Calls `act` on another thread with the numbers 0 to `count` - 1. Meanwhile, this thread calls `frame` repeatedly.
+/// Returns the number of calls of `frame`.
 template <class Act, class Frame>
 int beside(int count, Act act, Frame frame) {
     std::atomic<bool> isDone = false;
@@ -41,8 +41,8 @@ int beside(int count, Act act, Frame frame) {
     return frames;
 }
 
-/// One number, the place, determines both coordinates and the pressure of an event. If the radius and the points of a
-/// stroke belong to different places, the frame has mixed two events.
+/// Each event is made from a single number, its place, which determines both coordinates and the pressure. If the
+/// radius and the points of a stroke belong to different places, the frame has mixed two events.
 constexpr int side = 720, firstPlace = 90, places = 499;
 
 float pressureAt(int place) {

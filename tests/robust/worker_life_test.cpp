@@ -16,7 +16,7 @@ namespace {
 constexpr Moment moments[] = {Moment::start, Moment::firstJitter, Moment::secondJitter,
                               Moment::end};
 
-/// A host after a frame whose worker has stopped at a chosen moment.
+/// A host that has drawn a frame. The solver worker of this frame has stopped at a chosen moment.
 struct HeldStep {
     explicit HeldStep(Moment moment) {
         stage.setUp();
@@ -111,7 +111,7 @@ TEST(Worker, EventsDuringTheWaitReachThatFrameAndItsWorker) {
     }
 }
 
-// A host may recognise from the first glBindTexture call that the solver step has finished.
+// A host can conclude from a frame's first glBindTexture call that the solver step has finished.
 TEST(Worker, IsJoinedBeforeAFrameBindsItsFirstTexture) {
     Stage stage;
     stage.setUp();
@@ -144,8 +144,7 @@ TEST(Worker, IfNoThreadCanBeCreatedTheWaterIsStillDrawn) {
     stage.tap(Down);
     stage.draw(4);
     EXPECT_FALSE(uploads.isStill());
-    // One thread cannot be created, but the threads before and after it can. The following calls wait for the last
-    // worker.
+    // One thread cannot be created, but the threads before and after it can. The calls below wait for the last worker.
     threadsToRefuse = 1;
     stage.draw();
     stage.initGpu();

@@ -31,7 +31,7 @@ constexpr int height = 360;
 constexpr Rgb red = {200, 40, 30};
 constexpr Rgb blue = {30, 60, 200};
 constexpr Rgb black = {0, 0, 0};
-/// Grey of the plain picture that replaces a missing picture.
+/// Colour of the plain grey picture that replaces a missing picture.
 constexpr Rgb plain = {96, 96, 96};
 
 bool isNear(const Rgb& one, const Rgb& other) {
@@ -218,7 +218,8 @@ TEST_F(ScreensaverTest, AMissingPictureGivesOneLineAndAPlainPicture) {
         const std::string line = contents("err");
         EXPECT_NE(line.find(expected), std::string::npos) << line;
         EXPECT_EQ(line.find('\n'), line.size() - 1) << line;
-        // This run paints over the plain picture, so that the next case must draw the plain picture again.
+        // This run draws another picture over the plain picture, so that the program must draw the plain picture again
+        // in the next case.
         startSaver("", into + " --picture red.png");
         EXPECT_TRUE(shows(red, 45, 35));
         kill(saver, SIGTERM);
@@ -358,7 +359,7 @@ protected:
     bool saverRuns() const {
         return run("pgrep -f " + folder.string() + "/[s]quares >/dev/null") == 0;
     }
-    /// Returns those frames of the gesture in the player that differ visibly from the picture.
+    /// Plays the gesture in the player. Returns those frames that differ visibly from the picture.
     std::vector<Pixbuf> framesOfPlayer() const {
         EXPECT_EQ(run(VELMORA_PLAYER " squares.png --second squares.png --headless --script "
                                      "drag.gesture --size 480x360 --out film >player 2>&1"),

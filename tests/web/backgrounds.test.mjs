@@ -1,4 +1,4 @@
-// Backgrounds: images that the user drops, pastes or chooses, paintings, videos and the camera.
+// Tests backgrounds: images that the user drops, pastes or chooses, paintings, videos and the camera.
 
 import assert from "node:assert/strict";
 import { execFileSync } from "node:child_process";
@@ -15,7 +15,10 @@ let browser;
 before(async () => (browser = await launch()));
 after(() => browser.close());
 
-/** Returns an image of two rows of fields (red and green, blue and white) with empty margins at the left and right. */
+/**
+ * Returns an image with two rows of coloured fields: red and green, then blue and white. `margin` is the width in
+ * pixels of the empty margins at the left and right.
+ */
 function fourFields(page, type, width = 60, height = 120, margin = 0) {
     const [w, h] = [width / 2, height / 2];
     const boxes = ["red", "lime", "blue", "white"].map((color, at) =>
@@ -23,7 +26,9 @@ function fourFields(page, type, width = 60, height = 120, margin = 0) {
     return makeImage(page, [width + 2 * margin, height], boxes, type);
 }
 
-/** Adds an EXIF orientation to a JPEG. Programs must then show the image rotated by 90 degrees clockwise. */
+/**
+ * Adds an EXIF orientation to a JPEG image. Programs that show the image must then rotate it by 90 degrees clockwise.
+ */
 function withRotation(jpeg) {
     const exif = Buffer.from(
         "ffe10022457869660000" + "4d4d002a00000008" + "0001" + "011200030000000100060000" + "00000000", "hex");
@@ -32,7 +37,7 @@ function withRotation(jpeg) {
 
 const colors = { red: [255, 0, 0], lime: [0, 255, 0], blue: [0, 0, 255], white: [255, 255, 255] };
 
-/** Returns the colour name in the middle of each quarter, row by row. */
+/** Returns the name of the colour in the middle of each quarter of a frame, row by row. */
 function quarters(shown) {
     return [0.25, 0.75].flatMap((y) =>
         [0.25, 0.75].map((x) => {
@@ -58,7 +63,7 @@ async function expectQuarters(page, expected) {
 test("a dropped or pasted image becomes the background, and the previous one the second background", async () => {
     const page = await open(browser);
     const upright = ["red", "lime", "blue", "white"];
-    // The page must crop this image and not stretch it, so its margins must be off the screen.
+    // The page must crop this image instead of stretching it. The image's margins must therefore be invisible.
     await sendFiles(page, "drop", ["fields.png", "image/png", await fourFields(page, "image/png", 60, 120, 100)]);
     await expectQuarters(page, upright);
     const jpeg = await fourFields(page, "image/jpeg", 120, 60);
@@ -128,7 +133,8 @@ test("a large rotated photograph and an SVG file are shown undistorted", async (
         await waitForToast(page, `${file[0]} is the background now`);
         const { pixel } = await readFrame(page);
         const isBlue = (x, y) => pixel(x, y)[2] > 150;
-        // The shorter side of 42 units fills 480 pixels, so the side of the square has 229 pixels.
+        // The photograph's shorter side of 4200 pixels fills 480 pixels of the frame, so the square's side of 2000
+        // pixels fills 229.
         const edges = [[240, 135], [240, 345], [135, 240], [345, 240]];
         const outside = [[240, 112], [240, 368], [112, 240], [368, 240]];
         assert.deepEqual([edges.map(([x, y]) => isBlue(x, y)), outside.map(([x, y]) => isBlue(x, y))],

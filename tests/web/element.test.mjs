@@ -33,7 +33,7 @@ async function drag(page, buttons = true, right = 240) {
     await (buttons && page.mouse.up());
 }
 
-/** Returns the first frame for which `isFulfilled` returns true. Fails after a minute. */
+/** Waits for a frame for which `isFulfilled` returns true, and returns this frame. Fails after a minute. */
 async function until(page, isFulfilled) {
     for (const start = Date.now(); Date.now() < start + 60000; ) {
         const now = await frame(page);
@@ -126,7 +126,8 @@ test("the frames of a video move under the water", async () => {
         const canvas = document.createElement("canvas");
         [canvas.width, canvas.height] = [300, 150];
         const context = canvas.getContext("2d");
-        // The top left quarter changes. The others tell the directions, and a black edge shows the crop.
+        // The colour of the top left quarter changes later. The other quarters show the orientation of the video, and
+        // the black left edge shows how much is cropped.
         const paint = () => {
             const quarters = [window.color ?? "#f00", "#0f0", "#00f", "#ff0"];
             quarters.forEach((color, at) => {
@@ -142,11 +143,14 @@ test("the frames of a video move under the water", async () => {
         setInterval(paint, 30);
         await video.play();
     });
-    /** Waits until the frame shows these colours: pairs of a position and of red, green and blue, 0 or 1. */
+    /**
+     * Waits until the frame shows these pixels. Each is [position, colour]. A colour has red, green and blue, each 0 or
+     * 1.
+     */
     const untilShown = (...pixels) =>
         until(page, (now) => pixels.every(([at, color]) => now.pixel(...at).every((part, index) => part > 128 === color[index] > 0)));
     await waitForEvent(page, "ready");
-    // The style of the test pages fits a video by "contain": rows 25 to 174 show it.
+    // The style of the test pages sets object-fit to "contain", so rows 25 to 174 show the video.
     const [right, left, last] = [[[225, 60], [0, 1, 0]], [[75, 140], [0, 0, 1]], [[225, 140], [1, 1, 0]]];
     await untilShown([[75, 60], [1, 0, 0]], right, left, last, [[15, 60], [0, 0, 0]], [[75, 10], [1, 1, 1]], [[75, 190], [1, 1, 1]]);
     await page.evaluate(() => (window.color = "#f0f"));

@@ -1,4 +1,4 @@
-// The custom element while the user zooms or prints the page, or leaves it and returns.
+// Tests the custom element while the user zooms or prints the page, or leaves the page and returns.
 
 import assert from "node:assert/strict";
 import { after, before, test } from "node:test";

@@ -1,5 +1,6 @@
-// The element's small module is bit-identical to the page's module. Both draw a shipped gesture on a mock of WebGL that
-// collects all uploaded data. The test needs no browser.
+// The element and the page have different WebAssembly modules. Both modules must compute bit-identical results. Each
+// replays the same shipped gestures on a mock of WebGL, which computes a digest of the uploaded data. The digests must
+// be equal. The test needs no browser.
 
 import assert from "node:assert/strict";
 import { createHash } from "node:crypto";
@@ -15,7 +16,10 @@ const { elementBundle } = await import(pathToFileURL(join(top, "web/element/bund
 
 const size = { width: 270, height: 480 };
 
-/** Widths of the textures to compare: velocity and reflection map. The backgrounds differ, so they are left out. */
+/**
+ * Widths of the textures to compare: the velocity texture and the reflection map. The background textures of page and
+ * element differ, so the mock ignores them.
+ */
 const comparedWidths = [Math.floor(size.width / 12), 256];
 
 /** Bundles a script of web/ and imports it. */
@@ -26,7 +30,9 @@ async function importScript(path, options = {}) {
     return import(pathToFileURL(outfile));
 }
 
-/** Returns a mock of a WebGL context. `digest()` is a digest of all data that was uploaded. */
+/**
+ * Returns a mock of a WebGL context. Its `digest()` returns a digest of the uploaded data and the number of uploads.
+ */
 function mockContext() {
     const hash = createHash("sha256");
     let [uploads, objects] = [0, 0];

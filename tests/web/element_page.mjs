@@ -72,7 +72,10 @@ function observe() {
 const style = `body { margin: 0 } velmora-water { display: block; width: 300px; height: 200px }
     velmora-water > img { width: 100%; height: 100%; object-fit: cover }`;
 
-/** Opens a page with this body and waits until `ready` elements are ready. Other options are those of newPage. */
+/**
+ * Opens a page with this body and waits until `ready` elements are ready. The remaining options are those of newPage
+ * (see engines/engine.mjs).
+ */
 export async function open(browser, server, body, { before = () => {}, ready = 1, size = [300, 200], ...options } = {}) {
     const head = `<!doctype html><meta charset="utf-8"><title>water</title><link rel="icon" href="data:">
         <link rel="stylesheet" href="style.css"><script type="module" src="velmora-element.js"></script>`;
@@ -85,7 +88,7 @@ export async function open(browser, server, body, { before = () => {}, ready = 1
     return page;
 }
 
-/** Closes the page. Returns the console messages that `excused` matches. Fails if there is another message. */
+/** Closes the page. Returns the console messages that `excused` matches. Fails if there are other messages. */
 export async function close(page, excused = /^$/) {
     await page.close();
     assert.deepEqual(page.consoleMessages.filter((line) => !excused.test(line)), []);
@@ -130,7 +133,7 @@ export async function decode(page, png) {
     return { width, height, pixel: (x, y) => [...bytes.subarray(4 * (width * y + x), 4 * (width * y + x) + 3)] };
 }
 
-/** Returns the frame that toBlob of the page's first element encodes. */
+/** Returns the current frame of the page's first custom element, decoded from the result of `toBlob`. */
 export async function frame(page) {
     const text = await page.evaluate(async () => {
         const blob = await document.querySelector("velmora-water").toBlob();

@@ -1,4 +1,5 @@
-// Parts of the custom element that need no browser: the pool of GL contexts, and the strokes of a script.
+// Parts of the custom element that need no browser: the pool of GL contexts, and the touches and strokes that a script
+// of the page makes.
 
 import assert from "node:assert/strict";
 import { createRequire } from "node:module";

@@ -1,4 +1,5 @@
-// Recorded videos: their size, duration and frames, and the browser's question before the user leaves the page.
+// Tests recorded videos: their size, duration and frames, and the browser's question if the user leaves the page during
+// a recording.
 
 import assert from "node:assert/strict";
 import { after, before, test } from "node:test";

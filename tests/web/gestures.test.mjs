@@ -1,4 +1,5 @@
-// Gestures: comparison with the native player, recording and replay. Also screenshots, idle pages and single steps.
+// Tests gestures: recording, replay, and comparison with the native player. Also tests screenshots, idle pages and
+// single steps.
 
 import assert from "node:assert/strict";
 import { execFileSync } from "node:child_process";
@@ -49,7 +50,7 @@ function digests(page, script, count) {
     );
 }
 
-/** Path of the native player. "none" skips the comparison. */
+/** Path of the native player. The value "none" skips the comparison with the player. */
 const player = process.env.VELMORA_PLAYER ?? join(top, "build/release/velmora-player");
 
 test("a shipped gesture gives the same velocities and water as in the native player", { skip: player === "none" }, async () => {

@@ -1,4 +1,4 @@
-// Links that contain settings in the fragment of the page's address.
+// Tests links that contain settings in the fragment of the page's address.
 
 import assert from "node:assert/strict";
 import { after, before, test } from "node:test";

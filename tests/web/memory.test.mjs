@@ -1,4 +1,4 @@
-// Settings and backgrounds that the page remembers for the next visit.
+// Tests that the page remembers settings and backgrounds for the next visit.
 
 import assert from "node:assert/strict";
 import { after, before, test } from "node:test";
@@ -24,7 +24,10 @@ async function dropPictures(page, ...colors) {
     await page.evaluate(() => window.velmora.filesImported());
 }
 
-/** Asserts which channels are bright in the middle of the frame. `bright` has a boolean for red, green and blue. */
+/**
+ * Asserts which colour channels are bright in the middle of the frame. `bright` contains three booleans, for red, green
+ * and blue.
+ */
 async function assertColor(page, bright) {
     const { pixel } = await readFrame(page);
     assert.deepEqual(pixel(48, 80).map((channel) => channel > 128), bright);

@@ -1,4 +1,4 @@
-// The page opens and draws without requests or console messages. A drag draws ink and makes waves.
+// Tests that the page opens and draws without requests or console messages, and that a drag draws ink and makes waves.
 
 import assert from "node:assert/strict";
 import { statSync } from "node:fs";
@@ -65,7 +65,7 @@ test("waves refract the background, but not if the refractive index is 1", async
     await set(page, { refractiveIndex: 1 });
     const straight = difference(flat, await readFrame(page), [0.2, 0.4, 0.8, 0.6]);
     assert.equal(await page.evaluate(() => window.velmora.isWaterIdle()), false);
-    // A refractive index of 1 leaves a small shift of the background.
+    // Even with a refractive index of 1, waves shift the background a little.
     assert.ok(bent > 1 && straight < bent / 8, `refraction must change the frame: ${bent}, at index 1 ${straight}`);
     await close(page);
 });

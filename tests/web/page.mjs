@@ -21,13 +21,13 @@ mkdirSync(screenshotFolder, { recursive: true });
 export const axe = readFileSync(createRequire(join(top, "web/package.json")).resolve("axe-core"), "utf8");
 
 /**
- * Opens the page, waits for its first frame and fixes full quality. Collects console messages and requests for `close`.
- * `before` is a script that runs before the page's scripts. If `ready` is false, does not wait and leaves adaptive
- * quality on.
+ * Opens the page, waits for its first frame and fixes the quality at full detail. Collects console messages and
+ * requests for `close`. `before` is a script that runs before the page's scripts. If `ready` is false, does not wait
+ * for a frame and leaves adaptive quality on.
  */
 export async function open(browser, options = {}) {
     const { size = [270, 480], url = pathToFileURL(file).href, hash = "", before, ready = true, ...others } = options;
-    // Reduced motion turns attract mode off.
+    // If the browser asks for reduced motion, the page does not start attract mode.
     const page = await browser.newPage({ size, before, reducedMotion: "reduce", ...others });
     page.address = `${url}?test${hash}`;
     await page.goto(page.address);
@@ -149,8 +149,9 @@ export function set(page, changes) {
 }
 
 /**
- * Runs in a page. Makes each animation frame last 1/60 s, so that it draws one frame of the effect. Otherwise an
- * animation frame of a slow machine would draw several frames, and a recording would keep their durations.
+ * Runs in a page. Makes each animation frame last 1/60 s, so that it draws one frame of the effect. On a slow machine,
+ * one animation frame would otherwise draw several frames of the effect, and a recording would contain the durations of
+ * these frames.
  */
 export function steadyClock() {
     const start = performance.now();
@@ -164,7 +165,10 @@ export function steadyClock() {
         });
 }
 
-/** Replaces clock and animation frames. `window.showFrame(milliseconds)` advances the clock and runs a frame. */
+/**
+ * Replaces the page's clock and its animation frames. `window.showFrame(milliseconds)` advances the clock and runs a
+ * frame.
+ */
 export function mockTime(page) {
     return page.evaluate(() => {
         const now = performance.now.bind(performance);
@@ -184,7 +188,10 @@ export function mockTime(page) {
     });
 }
 
-/** Makes Chromium pass file choosers to the test. Must be done before the page opens a file chooser. */
+/**
+ * Makes Chromium report file choosers to the test instead of opening them. Must be done before the page opens a file
+ * chooser.
+ */
 export async function interceptFileChoosers(page) {
     page.on("filechooser", () => {});
     await page.devTools.send("Page.setInterceptFileChooserDialog", { enabled: true });

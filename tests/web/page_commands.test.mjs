@@ -1,4 +1,4 @@
-// Commands of the page: overlays, full screen, sharing, file choosers, random settings and adaptive quality.
+// Tests commands of the page: overlays, full screen, sharing, file choosers, random settings and adaptive quality.
 
 import assert from "node:assert/strict";
 import { after, before, test } from "node:test";
@@ -14,7 +14,10 @@ let browser;
 before(async () => (browser = await launch()));
 after(() => browser.close());
 
-/** Returns the share of opaque overlay pixels near the stroke and far from it, or null if the overlay is hidden. */
+/**
+ * Returns the fraction of opaque overlay pixels near the stroke, and the fraction far from the stroke. Returns null if
+ * the overlay is hidden.
+ */
 function overlayShares(page) {
     return page.evaluate(() => {
         const overlay = document.getElementById("overlay");
@@ -207,7 +210,10 @@ test("keys choose a contrasting ink and random settings, and restore the preset"
     await close(page);
 });
 
-/** Replays a gesture at a quality level. Returns frame 40, the state of the water and the number of drawn triangles. */
+/**
+ * Replays a gesture at a quality level. Returns the image of frame 40, the state of the water and the number of drawn
+ * triangles.
+ */
 async function gestureAt(page, level) {
     const script = readFileSync(join(top, "gestures/medium_drag.gesture"), "utf8");
     const end = await page.evaluate(

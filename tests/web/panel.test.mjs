@@ -1,4 +1,4 @@
-// The panel and the page around it: accessibility, keyboard, phones, iframes, hidden controls and print.
+// Tests the panel and the page around it: accessibility, keyboard, phones, iframes, hidden controls and printing.
 
 import assert from "node:assert/strict";
 import { join } from "node:path";
@@ -22,7 +22,7 @@ async function violations(page) {
 
 /**
  * Returns the elements of the panel whose text or accent colour has a contrast below 4.5. The panel is translucent, so
- * its background is computed for black and for white water.
+ * the contrast is computed for black water and for white water behind it.
  */
 function faintElements(page) {
     return page.evaluate(() => {
@@ -102,7 +102,8 @@ test("the panel is on the screen and beside the toast, and its controls work by 
         await page.keyboard.press("Escape");
         assert.deepEqual([await page.locator("#help").isVisible(), await page.locator("#panel").isVisible()], [false, true]);
         assert.deepEqual(await settings(page), before);
-        // After Esc, Tab must open the panel again, even if the settings button has opened it before.
+        // After Esc has closed the panel, Tab must open it again, even if the panel was opened with the settings button
+        // before.
         for (const reopen of [() => page.keyboard.press("Tab"), () => page.locator("#open").click()]) {
             await page.keyboard.press("Escape");
             assert.equal(await page.locator("#panel").isVisible(), false);

@@ -1,4 +1,4 @@
-// Pauses, restarts and context losses: the frames that are shown, their duration, and the GL objects.
+// Tests pauses, restarts and context losses: the frames that the page shows, their duration, and the GL objects.
 
 import assert from "node:assert/strict";
 import { after, before, test } from "node:test";
@@ -10,7 +10,10 @@ let browser;
 before(async () => (browser = await launch()));
 after(() => browser.close());
 
-/** Returns the mean red, green and blue of a PNG, without its top and bottom quarter, which show button and toast. */
+/**
+ * Returns the mean red, green and blue of a PNG image. Leaves out the top and bottom quarter, which show the button and
+ * the toast.
+ */
 function meanColor(page, png) {
     return page.evaluate(
         async (bytes) => {
@@ -46,7 +49,10 @@ async function withLostContext(page, act) {
     await page.waitForFunction(() => !window.velmora.isContextLost());
 }
 
-/** Opens a page and pauses it after a stroke. `shown` measures the page's mean colour. `first` is the first result. */
+/**
+ * Opens a page and pauses it after a stroke. In the result, the function `shown` measures the mean colour of the page,
+ * and `first` is its result after the pause began.
+ */
 async function pausedPage() {
     const page = await open(browser);
     await drag(page, [60, 200], [200, 260], 4);

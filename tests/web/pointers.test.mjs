@@ -1,4 +1,4 @@
-// Mouse, touch, pen and attract mode. The tests read the touches from a recording.
+// Tests mouse, touch, pen and attract mode. The tests record a gesture and read the touches from its script.
 
 import assert from "node:assert/strict";
 import { after, before, test } from "node:test";
@@ -8,7 +8,10 @@ let browser;
 before(async () => (browser = await launch()));
 after(() => browser.close());
 
-/** Returns the touches during `act` as [action, x, y, pressure], without the four touches that start each recording. */
+/**
+ * Calls `act` and returns the touches that the page passes to the effect, each as [action, x, y, pressure]. Leaves out
+ * the four touches with which each recording starts.
+ */
 async function recordTouches(page, act) {
     await page.evaluate(() => window.velmora.startRecording());
     await act();
@@ -20,7 +23,7 @@ async function recordTouches(page, act) {
 
 const actions = (touches) => touches.map(([action]) => action);
 
-/** Opens a touch page with two device pixels per CSS pixel. */
+/** Opens a page that has a touch screen with two device pixels per CSS pixel. */
 function openTouchPage() {
     return open(browser, { deviceScaleFactor: 2, hasTouch: true });
 }
@@ -41,7 +44,7 @@ test("a mouse touches at a position in canvas pixels, with the pressure of the s
         await page.mouse.down({ button: "right" });
         await page.mouse.up({ button: "right" });
     });
-    // The browser sends a move to the same position if a second button is pressed. The test ignores such moves.
+    // If a second button is pressed, the browser sends a move to the same position. The test ignores such moves.
     const changes = touches.filter((touch, at) => String(touch) !== String(touches[at - 1]));
     assert.deepEqual(changes, [["down", 100, 120, 0.7], ["move", 110, 140, 0.7], ["up", 110, 140, 0]]);
     await close(page);

@@ -1,4 +1,5 @@
-// Presets: shipped presets, files, links and storage. Also errors in browsers without WebGL or WebAssembly.
+// Tests shipped presets, and presets in files, links and the browser's storage. Also tests error messages in browsers
+// that have no WebGL or no WebAssembly.
 
 import assert from "node:assert/strict";
 import { readdirSync, readFileSync } from "node:fs";

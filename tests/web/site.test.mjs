@@ -1,4 +1,5 @@
-// The site: every page opens from disk and draws, and the code that a page shows runs as shown.
+// Tests the site: every page opens from disk and draws, and the example code that a page shows to its reader runs
+// unchanged.
 
 import assert from "node:assert/strict";
 import { existsSync, readdirSync, readFileSync } from "node:fs";
@@ -20,7 +21,9 @@ let browser;
 before(async () => (browser = await launch({ camera: true })));
 after(() => browser.close());
 
-/** Serves the site. `shown` maps paths under /shown/ to the code that a page of the site shows to its reader. */
+/**
+ * Serves the site. `shown` maps paths under /shown/ to the example code that a page of the site shows to its reader.
+ */
 async function serve(shown = {}) {
     const server = createServer((request, response) => {
         const path = request.url.replace(/\/$/, "/index.html");
@@ -40,7 +43,7 @@ function waitForWater(page) {
     return page.waitForFunction(() => document.querySelector("velmora-water")?.live);
 }
 
-/** Returns the number of distinct colours in a copy of 16 x 16 pixels of the first velmora-water element. */
+/** Returns the number of distinct colours in the first velmora-water element, scaled down to 16 x 16 pixels. */
 function colors(page) {
     return page.evaluate(async () => {
         const frame = await createImageBitmap(await document.querySelector("velmora-water").toBlob());
@@ -50,7 +53,7 @@ function colors(page) {
     });
 }
 
-/** Waits until the first velmora-water element shows a picture. A video or camera starts later than the element. */
+/** Waits until the first velmora-water element shows a picture. The element starts before its video or camera does. */
 async function expectPicture(page, file) {
     await waitForWater(page);
     for (let attempt = 0; attempt < 40; ++attempt) {

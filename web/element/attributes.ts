@@ -1,4 +1,4 @@
-// Reads the attributes of the element. A bad value gives the default and one warning on the console.
+// Reads the attributes of the element. An invalid value counts as missing, and writes one warning to the console.
 
 import { defaultSettings, type Settings } from "../../build/web/settings";
 import type { PointerMode, WaterState } from "./live_water";
@@ -22,7 +22,7 @@ export const stateAttributes = [
 
 const warnings = new Set<string>();
 
-/** Writes one warning for each bad value. */
+/** Writes a warning to the console. Writes it only once for each invalid value. */
 function warn(attribute: string, value: string, accepted: string, used: string): void {
     const text = `velmora-water: ${attribute}="${value}" is not valid. Expected ${accepted}. ${used} is used instead.`;
     if (!warnings.has(text)) {
@@ -31,7 +31,7 @@ function warn(attribute: string, value: string, accepted: string, used: string):
     }
 }
 
-/** Returns true if a switch is on: present, and not "false". */
+/** Returns true if a boolean attribute is on: it is present, and its value is not "false". */
 function isOn(element: Element, attribute: string): boolean {
     return element.hasAttribute(attribute) && element.getAttribute(attribute) !== "false";
 }
@@ -68,7 +68,7 @@ function presetSettings(element: Element): Partial<Settings> {
     }
 }
 
-/** Returns the settings of the attributes: an attribute of a setting has priority over the preset. */
+/** Returns the settings that the attributes choose. The attribute of a single setting has priority over the preset. */
 export function settingsOf(element: Element): Settings {
     const settings = { ...structuredClone(defaultSettings), ...presetSettings(element) };
     for (const name of settingNames) {
@@ -89,7 +89,7 @@ function valueText(name: SettingName, settings: Settings): string {
     return Array.isArray(value) ? `rgb(${value.map((part) => Math.round(255 * part)).join(", ")})` : String(value);
 }
 
-/** Returns the state of the attributes apart from the settings. */
+/** Returns those values of the attributes that are not settings. */
 export function stateOf(element: Element): Omit<WaterState, "settings"> {
     return {
         pointer: oneOf<PointerMode>(element, "pointer", pointerModes),

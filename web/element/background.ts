@@ -8,7 +8,7 @@ export type BackgroundSource = HTMLImageElement | HTMLVideoElement | HTMLCanvasE
 
 /** Value of HTMLMediaElement.HAVE_CURRENT_DATA. */
 const haveCurrentData = 2;
-/** Side of a small copy in pixels. */
+/** Width and height in pixels of the small copy of the background, from which attract mode chooses its inks. */
 const smallSide = 16;
 
 interface Box {
@@ -18,7 +18,7 @@ interface Box {
     height: number;
 }
 
-// The classes of an element differ between documents, so the tests compare names.
+// Each document has its own element classes, so these functions compare tag names instead of using instanceof.
 
 export function isImage(element: Element): element is HTMLImageElement {
     return element.localName === "img";
@@ -46,13 +46,18 @@ export function isDrawable(source: BackgroundSource): boolean {
     return width > 0 && height > 0 && isLoaded;
 }
 
-/** Returns the position of one axis in CSS pixels. `text` is a computed length or percentage. */
+/**
+ * Returns the offset along one axis in CSS pixels. `text` is the computed value of object-position: a length, or a
+ * percentage of `room`.
+ */
 function positionOf(text: string, room: number): number {
     const number = parseFloat(text) || 0;
     return text.endsWith("%") ? (number / 100) * room : number;
 }
 
-/** Returns the box in which CSS draws the source, within the content box of its element. */
+/**
+ * Returns the box in which CSS draws the source. `fit` and `position` are the values of object-fit and object-position.
+ */
 function fittedBox(source: BackgroundSource, content: Box, fit: string, position: string): Box {
     const natural = naturalSize(source);
     const scales = [content.width / natural.width, content.height / natural.height] as const;
@@ -72,19 +77,21 @@ function fittedBox(source: BackgroundSource, content: Box, fit: string, position
     };
 }
 
-/** Returns true if the source is laid out in the element of the area, as a child or as its own image. */
+/**
+ * Returns true if `area` is in the shadow tree of a custom element, and the source is inside this element or this tree.
+ */
 function isInside(source: BackgroundSource, area: HTMLElement): boolean {
     const root = area.getRootNode() as Partial<ShadowRoot>;
     return root.host !== undefined && (root.host.contains(source) || source.getRootNode() === root);
 }
 
-/** Returns the content box of the source in CSS pixels of the area. */
+/** Returns the content box of the source in CSS pixels, relative to `area`. */
 function contentBox(source: BackgroundSource, area: HTMLElement, style: CSSStyleDeclaration): Box {
     const outer = area.getBoundingClientRect();
     const box = source.getBoundingClientRect();
     const inset = (side: "Left" | "Top" | "Right" | "Bottom") =>
         parseFloat(style[`border${side}Width`]) + parseFloat(style[`padding${side}`]) || 0;
-    // A transform of the page scales both boxes.
+    // A CSS transform of the page scales both boxes, so its factor is divided out.
     const zoom = outer.width / (area.offsetWidth || 1) || 1;
     return {
         x: (box.left - outer.left) / zoom - area.clientLeft + inset("Left"),
@@ -94,7 +101,10 @@ function contentBox(source: BackgroundSource, area: HTMLElement, style: CSSStyle
     };
 }
 
-/** Returns the colour behind the image: the first background colour of the area and its ancestors, or white. */
+/**
+ * Returns the CSS colour behind the image: the background colour of `area`, or of its nearest ancestor that has one, or
+ * white.
+ */
 function backdropColor(area: Element): string {
     let element: Element | null | undefined = area;
     while (element) {
@@ -117,7 +127,7 @@ export class Background {
     /** `area` is the element whose box the water covers. */
     constructor(private readonly area: HTMLElement) {}
 
-    /** Draws the source at the size of the water. Returns the canvas with the image. */
+    /** Draws the source on a canvas of this size in pixels. Returns the canvas. */
     draw(source: BackgroundSource | null, size: Size): HTMLCanvasElement {
         const { canvas, context } = this;
         if (canvas.width !== size.width || canvas.height !== size.height) {
@@ -130,11 +140,11 @@ export class Background {
         return canvas;
     }
 
-    /** Returns a small image of the source. Throws if the source is from another origin without CORS. */
+    /** Returns a copy of the source with few pixels. Throws if the source is from another origin without CORS. */
     smallCopy(source: BackgroundSource | null): ImageData {
         const canvas = document.createElement("canvas");
         canvas.width = canvas.height = smallSide;
-        // A canvas that is read is drawn on the CPU, so that reading does not wait for the GPU.
+        // With willReadFrequently, the browser draws on the CPU, so that reading the pixels does not wait for the GPU.
         const context = canvas.getContext("2d", { willReadFrequently: true });
         if (!context) {
             return new ImageData(smallSide, smallSide);
@@ -156,7 +166,7 @@ export class Background {
         }
     }
 
-    /** Returns where CSS draws a video in the area. */
+    /** Returns the rectangle of `area` in which CSS draws the video. */
     layoutOf(video: HTMLVideoElement): VideoLayout {
         const { clientWidth, clientHeight } = this.area;
         const [content, box] = this.boxesOf(video).map(({ x, y, width, height }) => [
@@ -175,7 +185,10 @@ export class Background {
         return { box, visible, backdrop: this.backdrop };
     }
 
-    /** Returns the content box of the source, and the box in which CSS draws the source, in CSS pixels of the area. */
+    /**
+     * Returns the content box of the source, and the box in which CSS draws the source. Both are in CSS pixels,
+     * relative to `area`.
+     */
     private boxesOf(source: BackgroundSource): [content: Box, box: Box] {
         const { area } = this;
         const style = getComputedStyle(source);

@@ -1,16 +1,16 @@
-// The background's texture in the GL context: uploads the picture, and each frame of a video.
+// The GL texture of the background. Uploads the picture or the canvas once, and a video frame by frame.
 
 import type { Size } from "../engine/size";
 import { Background, isDrawable, isVideo, type BackgroundSource } from "./background";
 import type { Effect } from "./effect";
 import { VideoPass } from "./video_pass";
 
-/** Owner of the background. */
+/** Object that has the background and the area of the page that the background covers. */
 export interface TextureOwner {
     /** Element whose box the water covers. */
     readonly area: HTMLElement;
     readonly source: BackgroundSource | null;
-    /** Called if the background cannot be drawn. */
+    /** Called if the background cannot be drawn, because it is from another origin without CORS. */
     onBackgroundError(): void;
 }
 
@@ -18,16 +18,18 @@ export class BackgroundTexture {
     /** Size of the water in pixels. */
     size: Size = { width: 0, height: 0 };
     private readonly background: Background;
-    /** True if a video has a frame that is not uploaded. */
+    /** True if the video has a new frame that is not uploaded yet. */
     private needsUpload = false;
+    /** Cancels the request for the video's next frame. */
     private cancelVideo = () => {};
+    /** GL objects that draw a video into the texture. Null before the first video. */
     private videoPass: VideoPass | null = null;
 
     constructor(
         private readonly effect: Effect,
         private readonly gl: WebGLRenderingContext,
         private readonly owner: TextureOwner,
-        /** Requests a frame of the water. */
+        /** Requests that the water draws a frame. */
         private readonly requestFrame: () => void,
         private readonly signal: AbortSignal,
     ) {
@@ -35,19 +37,22 @@ export class BackgroundTexture {
         effect.uploadBackground = () => this.upload();
     }
 
-    /** Shows a changed background. */
+    /** Shows the owner's background after it has changed. */
     change(): void {
         this.passInkSource();
         this.effect.loadBackground();
         this.followVideo();
     }
 
-    /** Passes a small copy of the background, from which attract mode chooses its inks. Drops the texture. */
+    /**
+     * Passes a small copy of the background to the effect. Attract mode chooses its ink colours from it. The texture of
+     * a running effect loses its image, so the caller must then upload the background again.
+     */
     passInkSource(): void {
         this.reportError(() => this.effect.setInkSource(this.background.smallCopy(this.owner.source)));
     }
 
-    /** Draws the frame of a video that has come since the last call. */
+    /** Draws the video's current frame into the texture if the video has a new frame since the last call. */
     showVideo(): void {
         const { source } = this.owner;
         if (source && isVideo(source) && (this.needsUpload || this.playsUnreported)) {
@@ -56,13 +61,13 @@ export class BackgroundTexture {
         }
     }
 
-    /** True if a video plays whose frames the browser does not report. */
+    /** True if the background is a playing video and the browser does not report the video's new frames. */
     get playsUnreported(): boolean {
         const { source } = this.owner;
         return source !== null && isVideo(source) && !source.paused && !("requestVideoFrameCallback" in source);
     }
 
-    /** Uploads the image into the bound texture. */
+    /** Uploads the background into the bound texture. */
     private upload(): void {
         const { gl } = this;
         const { source } = this.owner;
@@ -79,7 +84,7 @@ export class BackgroundTexture {
         gl.bindTexture(gl.TEXTURE_2D, null);
     }
 
-    /** Draws the current frame of a video into the texture. */
+    /** Draws the current frame of a video into the texture of the background. */
     private drawVideo(video: HTMLVideoElement): void {
         const { gl, effect, size } = this;
         if (!this.videoPass?.isUsable) {
@@ -88,7 +93,7 @@ export class BackgroundTexture {
         this.videoPass.draw(video, effect.backgroundTexture!, size, this.background.layoutOf(video));
     }
 
-    /** Calls a function that fails if the background is from another origin without CORS. */
+    /** Calls `use`. If it throws, the background is from another origin without CORS; reports this to the owner. */
     private reportError(use: () => void): void {
         try {
             use();
@@ -97,7 +102,7 @@ export class BackgroundTexture {
         }
     }
 
-    /** Requests a frame of the water for each frame of a video, as long as it is the background. */
+    /** Makes the water draw a frame for each new frame of the video, as long as the video is the background. */
     followVideo(): void {
         const { source } = this.owner;
         this.cancelVideo();

@@ -1,18 +1,21 @@
-// Finds the background among the children of the element, and reports when it changes.
+// Finds the background among the children of the custom element, and reports changes of the background.
 
 import { isVideo, type BackgroundSource } from "./background";
 
 const sourceNames = "img, video, canvas";
 /** Attributes of a child that change its image or the box in which it is drawn. */
 const watchedAttributes = ["src", "srcset", "sizes", "media", "class", "style", "width", "height", "slot"];
-/** Events of a child that change its image. They do not bubble, so they are caught on the way down. */
+/** Events of a child that change its image. These events do not bubble, so the listeners use the capture phase. */
 const watchedEvents = ["load", "loadeddata", "resize", "seeked", "emptied", "play"];
 
 export class BackgroundWatch {
     private readonly observer: MutationObserver;
     private readonly changed = () => this.onChange();
 
-    /** `fallback` is the background if no child is one. */
+    /**
+     * `host` is the custom element. `fallback` is the background if `host` has no child that is an image, video or
+     * canvas.
+     */
     constructor(
         private readonly host: HTMLElement,
         private readonly fallback: HTMLImageElement,
@@ -37,7 +40,10 @@ export class BackgroundWatch {
         }
     }
 
-    /** The first image, video or canvas outside slot "over", else the image of attribute `src`, else null. */
+    /**
+     * The first child image, video or canvas that is not in the slot "over". If there is none, the image of the
+     * attribute `src`, or null.
+     */
     get source(): BackgroundSource | null {
         for (const child of this.host.children) {
             const found = child.matches(sourceNames) ? child : child.querySelector(sourceNames);
@@ -48,13 +54,13 @@ export class BackgroundWatch {
         return this.fallback.hasAttribute("src") ? this.fallback : null;
     }
 
-    /** Name of the background for assistive technology. */
+    /** Text that describes the background, for assistive technology such as screen readers. */
     get label(): string {
         const { source } = this;
         return source?.getAttribute("aria-label") ?? source?.getAttribute("alt") ?? "";
     }
 
-    /** True if the background moves by itself. */
+    /** True if the background is a playing video. */
     get isPlaying(): boolean {
         const { source } = this;
         return source !== null && isVideo(source) && !source.paused;

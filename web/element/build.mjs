@@ -1,4 +1,4 @@
-// Builds the scripts of the custom element and prints their sizes. Fails if the element is too large.
+// Builds the scripts of the custom element and prints their sizes. Fails if the element exceeds its size limit.
 // Usage: node build.mjs BUILD_FOLDER
 
 import { copyFileSync, mkdirSync, readFileSync, rmSync, writeFileSync } from "node:fs";
@@ -22,7 +22,10 @@ function namesOf(file) {
 
 const names = privateNames(namesOf("velmora-element.wasm"), namesOf("velmora-gestures.wasm"));
 const letters = "ABCDEFGHIJKLMNOPQRSTUVWXYZ";
-/** Short names of imports and exports. No member of the browser is a capital letter with or without a digit. */
+/**
+ * Short names of the imports and exports: a capital letter, then a number if needed. No member of the browser's own
+ * objects has such a name.
+ */
 const shortNames = Object.fromEntries(
     namesOf("velmora-element.wasm")
         .filter((name) => names.includes(name))
@@ -48,7 +51,8 @@ function bundle(entry, file, options = {}) {
 
 await bundle("index.ts", "velmora.js");
 await bundle("gesture_program.ts", "velmora-gestures.js");
-// The same file runs as a module and as a classic script. The function keeps its variables out of the page.
+// The same file runs as a module and as a classic script. The enclosing function keeps the file's variables out of the
+// global scope of the page.
 await bundle("script.ts", "velmora-element.js", { banner: { js: "(()=>{\"use strict\";" }, footer: { js: "})();" } });
 writeFileSync(
     join(output, "element.js"),

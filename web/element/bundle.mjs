@@ -1,4 +1,4 @@
-// Options of esbuild for the scripts of the custom element.
+// Options with which esbuild bundles the scripts of the custom element.
 
 import { execFileSync } from "node:child_process";
 import { readFileSync, readdirSync, writeFileSync } from "node:fs";
@@ -8,14 +8,14 @@ import { renamed } from "./wasm_names.mjs";
 
 const here = dirname(fileURLToPath(import.meta.url));
 
-/** Returns the shipped presets by name, as objects. */
+/** Returns an object that maps the names of the shipped presets to their settings. */
 function presets() {
     const folder = join(here, "../../presets");
     const files = readdirSync(folder).filter((file) => file.endsWith(".json")).sort();
     return Object.fromEntries(files.map((file) => [file.slice(0, -5), JSON.parse(readFileSync(join(folder, file), "utf8"))]));
 }
 
-/** Returns a WebAssembly module as raw deflate data, with other names of its imports and exports. */
+/** Renames the imports and exports of a WebAssembly module, and returns the module as raw deflate data. */
 export function compressedModule(path, shortNames = {}) {
     const copy = path.replace(/\.wasm$/, ".renamed.wasm");
     writeFileSync(copy, renamed(readFileSync(path), shortNames));
@@ -25,9 +25,9 @@ export function compressedModule(path, shortNames = {}) {
 const elementModule = "velmora-element.wasm";
 
 /**
- * Returns options that embed the WebAssembly modules of a build folder. The program for gesture scripts stays in a file
- * that the browser loads when it is needed, unless `hasGestures` is true. `shortNames` are other names of
- * imports and exports of the element's module.
+ * Returns esbuild options that embed the WebAssembly modules of a build folder. If `hasGestures` is false, the module
+ * for gesture scripts stays in a file of its own, which the browser loads when the page first uses a gesture script.
+ * `shortNames` maps imports and exports of the element's module to shorter names.
  */
 export function elementBundle(buildFolder, { hasGestures = false, shortNames = {} } = {}) {
     const generated = {
@@ -45,7 +45,7 @@ export function elementBundle(buildFolder, { hasGestures = false, shortNames = {
             );
         },
     };
-    // Fields that the constructor sets need no declaration in the output.
+    // Without this option, the output would also declare each field that the constructor sets, and would be larger.
     const tsconfigRaw = { compilerOptions: { useDefineForClassFields: false } };
     return { target: "es2022", tsconfigRaw, plugins: [generated] };
 }

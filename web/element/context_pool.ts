@@ -1,10 +1,13 @@
-// Shares at most eight GL contexts among all waters. A browser drops the oldest context if a page has too many.
+// Shares at most eight GL contexts among all areas of water on a page. If a page has too many contexts, a browser loses
+// the oldest one.
 
-/** A water that wants a context. */
+/** An area of water that needs a GL context. */
 export interface PoolClient {
-    /** True if the client keeps its context until it gives it back itself. */
+    /**
+     * True if the pool must not take the context from this client. The client then keeps it until it calls `release`.
+     */
     readonly keepsContext: boolean;
-    /** Opens a context. */
+    /** Opens a context for the client. */
     open(): void;
     /** Gives the context back. */
     close(): void;
@@ -12,13 +15,13 @@ export interface PoolClient {
 
 const maxContexts = 8;
 
-/** Clients with a context; the first was used longest ago. */
+/** Clients that have a context. The first is the least recently used client. */
 const open = new Set<PoolClient>();
-/** Clients that wait, in order. */
+/** Clients that wait for a context, in the order of their requests. */
 const waiting = new Set<PoolClient>();
 
 export const contextPool = {
-    /** Opens a context now, or as soon as another client gives one back. */
+    /** Opens a context for the client, now or as soon as another client gives one back. */
     request(client: PoolClient): void {
         if (!open.has(client)) {
             waiting.add(client);
@@ -26,7 +29,10 @@ export const contextPool = {
         }
     },
 
-    /** Marks the client as used. A waiting client gets the context that was used longest ago. */
+    /**
+     * Marks the client as the most recently used one. If it waits and all contexts are in use, it gets the context of
+     * the least recently used client.
+     */
     use(client: PoolClient): void {
         if (open.delete(client)) {
             open.add(client);
@@ -42,7 +48,7 @@ export const contextPool = {
         }
     },
 
-    /** Gives the client's context to the next that waits. The client has closed it. */
+    /** Removes a client that has closed its context. The next waiting client then gets a context. */
     release(client: PoolClient): void {
         waiting.delete(client);
         if (open.delete(client)) {
@@ -51,7 +57,7 @@ export const contextPool = {
     },
 };
 
-/** Opens contexts of the waiting clients, first that of `preferred`. */
+/** Opens contexts for waiting clients while fewer than `maxContexts` are open. `preferred` is the first in line. */
 function serve(preferred?: PoolClient): void {
     for (const client of preferred ? [preferred, ...waiting] : waiting) {
         if (open.size >= maxContexts) {

@@ -1,4 +1,4 @@
-// Water on a canvas of the page, without the custom element.
+// Water on a canvas of a page that does not use the custom element.
 
 import { defaultSettings, type Settings } from "../../build/web/settings";
 import type { BackgroundSource } from "./background";
@@ -6,17 +6,17 @@ import type { WaterState } from "./live_water";
 import { presetOf } from "./setting_values";
 import { Water } from "./water";
 
-/** Options of water on a canvas. */
+/** Options for water on a canvas. */
 export interface WaterOptions extends Partial<Omit<WaterState, "settings">> {
-    /** Shipped preset or JSON. */
+    /** Name of a shipped preset, or the settings as JSON. */
     preset?: string;
-    /** Settings; they have priority over the preset. */
+    /** Single settings. They have priority over the preset. */
     settings?: Partial<Settings>;
-    /** Loaded image, video or canvas under the water. Default: white. */
+    /** Image, video or canvas under the water; it must be loaded. Default: white. */
     background?: BackgroundSource;
 }
 
-/** Water on a canvas. Dispatches the events of the custom element. */
+/** Water on a canvas. Dispatches the same events as the custom element. */
 export class CanvasWater extends EventTarget {
     private readonly water: Water;
     private background: BackgroundSource | null;
@@ -40,7 +40,7 @@ export class CanvasWater extends EventTarget {
         this.water.connect();
     }
 
-    /** Changes options. */
+    /** Changes the given options. */
     update({ preset, settings, background, quality, ...state }: WaterOptions): void {
         if (preset !== undefined || settings) {
             const base = preset === undefined ? this.water.state.settings : { ...defaultSettings, ...presetOf(preset) };
@@ -57,7 +57,7 @@ export class CanvasWater extends EventTarget {
         }
     }
 
-    /** True while the water runs no frames. */
+    /** True while the water draws no frames. */
     get idle(): boolean {
         return this.water.isIdle;
     }
@@ -82,7 +82,7 @@ export class CanvasWater extends EventTarget {
         return this.water.play(gesture);
     }
 
-    /** Restarts the effect and records all touches as a gesture script. */
+    /** Restarts the effect, then records all touches as a gesture script. */
     startRecording(): void {
         this.water.startRecording();
     }
@@ -92,7 +92,7 @@ export class CanvasWater extends EventTarget {
         return this.water.stopRecording();
     }
 
-    /** Resolves to the shown frame as a PNG image. */
+    /** Resolves to the current frame as a PNG image. */
     toBlob(): Promise<Blob> {
         return this.water.toBlob();
     }
@@ -103,7 +103,7 @@ export class CanvasWater extends EventTarget {
     }
 }
 
-/** Resolves to water on a canvas after its first frame. Rejects if the browser cannot draw it. */
+/** Creates water on a canvas. Resolves after the water's first frame. Rejects if the browser cannot draw water. */
 export function createWater(canvas: HTMLCanvasElement, options: WaterOptions = {}): Promise<CanvasWater> {
     const water = new CanvasWater(canvas, options);
     return new Promise((resolve, reject) => {

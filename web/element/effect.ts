@@ -1,4 +1,5 @@
-// The application core as a WebAssembly module that draws in a WebGL context. Wraps exports.cpp in typed methods.
+// The effect: an instance of the element's WebAssembly module, which draws in a WebGL context. Wraps the functions of
+// exports.cpp in typed methods.
 
 import { numbersOf, settingCount, type Ink, type Settings } from "../../build/web/settings";
 import { Session, type SessionExports } from "../engine/session";
@@ -21,11 +22,11 @@ interface Exports extends SessionExports, ModuleMemory {
 }
 
 export class Effect extends Session<Exports> {
-    /** Uploads the background into the bound texture. Called after each start of the effect. */
+    /** Callback that uploads the background into the bound texture. Called after each start of the effect. */
     uploadBackground = () => {};
     /** Texture of the background, null before the first start. */
     backgroundTexture: WebGLTexture | null = null;
-    /** Address of a buffer of settingCount doubles in the module's memory. */
+    /** Address in the module's memory of a buffer for `settingCount` doubles. */
     private readonly settingsBuffer: number;
 
     private constructor(
@@ -36,7 +37,7 @@ export class Effect extends Session<Exports> {
         this.settingsBuffer = module.malloc(8 * settingCount);
     }
 
-    /** Makes an instance of the module. Throws if the browser cannot run it. */
+    /** Creates an instance of the module. Throws if the browser cannot run the module. */
     static async load(): Promise<Effect> {
         const imports = new GlImports();
         let effect: Effect;
@@ -51,13 +52,13 @@ export class Effect extends Session<Exports> {
         return effect;
     }
 
-    /** Draws in this context from now on. The context must be new or restored. */
+    /** Makes the effect draw in this context from now on. The context must be new or restored. */
     attach(gl: WebGLRenderingContext): void {
         this.glImports.forget();
         this.glImports.gl = gl;
     }
 
-    /** Restarts the effect with flat water and no ink. Ends a recording; a replay continues. */
+    /** Restarts the effect with flat water and no ink. A running recording ends; a running replay continues. */
     restart(size: Size): void {
         this.module.restart(size.width, size.height);
     }
@@ -67,7 +68,7 @@ export class Effect extends Session<Exports> {
         this.loadBackground();
     }
 
-    /** Creates the texture of the background and uploads the image. */
+    /** Creates the texture of the background and uploads the background. */
     loadBackground(): void {
         const { gl } = this.glImports;
         this.module.bindBackground();
@@ -75,7 +76,10 @@ export class Effect extends Session<Exports> {
         this.uploadBackground();
     }
 
-    /** Passes a small copy of the background, from which attract mode chooses its inks. Drops the texture. */
+    /**
+     * Passes a small copy of the background, from which attract mode chooses its ink colours. A running effect then
+     * loses its background, so call loadBackground afterwards.
+     */
     setInkSource(image: ImageData): void {
         this.withBytes(new Uint8Array(image.data.buffer), (address) =>
             this.module.setBackground(image.width, image.height, address),
@@ -88,14 +92,14 @@ export class Effect extends Session<Exports> {
         this.module.setSettings(this.settingsBuffer);
     }
 
-    /** Ink in force. A replay changes it. */
+    /** Current ink colour. A replay can change it. */
     get ink(): Ink {
         this.module.getInk(this.settingsBuffer);
         const [red = 0, green = 0, blue = 0] = this.doubles(this.settingsBuffer, 3);
         return [red, green, blue];
     }
 
-    /** Turns adaptive quality on, or fixes the quality at all detail. */
+    /** Turns adaptive quality on if true. If false, the effect draws full detail. */
     set adaptsQuality(adaptive: boolean) {
         this.module.setQuality(adaptive);
     }
@@ -104,23 +108,26 @@ export class Effect extends Session<Exports> {
         return this.module.isSearchingQuality() !== 0;
     }
 
-    /** Returns the numbers of a recording that has ended since the last call. Empty if there is none. */
+    /**
+     * Returns the recording that has ended since the last call, as numbers (see event_numbers.h). Empty if there is
+     * none.
+     */
     takeRecording(): Float64Array {
         const start = this.module.takeRecording();
         return this.doubles(start, this.module.recordingLength()).slice();
     }
 
-    /** Restarts the effect and replays the script of these numbers. */
+    /** Restarts the effect and replays a gesture script. `numbers` encodes the script (see event_numbers.h). */
     startReplay(numbers: Float64Array): void {
         this.withBytes(new Uint8Array(numbers.buffer), (address) => this.module.startReplay(address, numbers.length));
     }
 
-    /** Returns a view of the module's memory. Valid until the memory grows. */
+    /** Returns a view of `count` doubles in the module's memory. The view is valid until the memory grows. */
     private doubles(address: number, count: number): Float64Array {
         return new Float64Array(this.module.memory.buffer, address, count);
     }
 
-    /** Calls `use` with the address of a temporary copy of the bytes. */
+    /** Copies bytes into the module's memory, calls `use` with the address of the copy, then frees the copy. */
     private withBytes(bytes: Uint8Array, use: (address: number) => void): void {
         const address = this.module.malloc(bytes.length);
         new Uint8Array(this.module.memory.buffer).set(bytes, address);

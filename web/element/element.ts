@@ -8,7 +8,8 @@ declare global {
     }
 }
 
-// A server that renders pages has no elements. A page may load two copies of this script.
+// On a server that renders pages, `customElements` does not exist. If a page loads this script twice, the element is
+// already defined.
 if (typeof customElements === "object" && !customElements.get("velmora-water")) {
     customElements.define("velmora-water", VelmoraWater);
 }

@@ -15,7 +15,7 @@ using hostkit::Touch;
 
 constexpr std::size_t headerNumbers = 3;
 constexpr std::size_t eventNumbers = 6;
-/// Indices of the actions in ScriptAction.
+/// Kinds of actions. Each value is the index of the action's type in the variant ScriptAction.
 enum class Kind { touch, ink, secondBackground, clearInk, loseContext };
 
 void writeAction(const ScriptAction& action, double* numbers) {

@@ -7,12 +7,13 @@
 
 namespace web {
 
-/// Returns a script as numbers, in which it passes between the two modules: width and height of the screen, number of
-/// frames, then six numbers for each event. These are the frame, the index of the action in hostkit::ScriptAction, and
-/// up to four values of the action in the order of its members.
+/// Encodes a gesture script as numbers, which the page's script can pass between the two WebAssembly modules. The
+/// numbers are: width and height of the screen, number of frames, then six numbers for each event. The six numbers are
+/// the frame, the index of the action in hostkit::ScriptAction, and up to four values of the action, in the order of
+/// its members.
 std::vector<double> numbersOf(const hostkit::GestureScript& script);
 
-/// Returns the script of these numbers.
+/// Decodes a gesture script that `numbersOf` has encoded.
 hostkit::GestureScript scriptOf(std::span<const double> numbers);
 
 }  // namespace web

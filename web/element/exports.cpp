@@ -20,24 +20,24 @@
 #include "web/element/event_numbers.h"
 #include "web/host/session_exports.h"
 
-// Functions of the application core for the custom element. Times are in milliseconds; `now` is performance.now().
-// The module has no text and no image: both would double its size. The element's script uploads the image of the
-// background itself, and a second module reads and writes gesture scripts.
+// Functions of the application core for the custom element. Times are in milliseconds; `now` is performance.now(). The
+// module does not process text or image files, because that code would double its size. The element's script uploads
+// the image of the background itself, and a second module reads and writes gesture scripts.
 
 extern "C" {
 // Functions of the element's script.
 
-/// Deletes all GL objects of the context.
+/// Deletes all GL objects of the canvas's context.
 void renewContext();
-/// Calls bindBackground and uploads the background. Called after each start of the effect.
+/// Calls bindBackground, then uploads the background into the bound texture. Called after each start of the effect.
 void loadBackground();
 }
 
 namespace {
 
-/// Recording that ended last, as numbers. Empty after takeRecording.
+/// Recording that ended last, as numbers (see event_numbers.h). Empty after a call of takeRecording.
 std::vector<double> endedRecording;
-/// Result of takeRecording.
+/// Result of the last call of takeRecording.
 std::vector<double> takenRecording;
 
 /// Returns an image of one black pixel.
@@ -48,7 +48,8 @@ hostkit::Image onePixel() {
 app::FrontEnd frontEnd() {
     return {
         .renewContext = renewContext,
-        // The session keeps a small copy of the background to choose inks. The library gets the image from the script.
+        // The session has only a small copy of the background, to choose ink colours. Instead of an enlarged copy, the
+        // library gets one pixel here. The element's script uploads the real image.
         .cover = [](const hostkit::Image&, app::Size) { return onePixel(); },
         .onStart = [](app::Size, bool) { loadBackground(); },
         .onRecordingEnd =
@@ -58,7 +59,8 @@ app::FrontEnd frontEnd() {
     };
 }
 
-/// Returns true if the element can replay the action. It has one background, and the browser owns its context.
+/// Returns true if the element can replay the action. The element has no second background, and cannot lose its GL
+/// context on request.
 bool isReplayable(const hostkit::ScriptEvent& event) {
     return !std::holds_alternative<hostkit::SecondBackground>(event.action) &&
            !std::holds_alternative<hostkit::LoseContext>(event.action);
@@ -74,13 +76,13 @@ using web::session;
 
 extern "C" {
 
-/// Sets the settings from the next frame on: numbers and switches in the order of the table, then red, green and blue
-/// of the ink.
+/// Sets the settings from the next frame on: numbers and switches in the order of app::forEachField, then red, green
+/// and blue of the ink.
 EMSCRIPTEN_KEEPALIVE void setSettings(const double* numbers) {
     web::readSettings(numbers, session.settings);
 }
 
-/// Writes red, green and blue of the ink. A replay changes the ink.
+/// Writes red, green and blue of the current ink colour. A replay can change the ink colour.
 EMSCRIPTEN_KEEPALIVE void getInk(double* ink) {
     std::copy(session.settings.ink.begin(), session.settings.ink.end(), ink);
 }
@@ -89,7 +91,8 @@ EMSCRIPTEN_KEEPALIVE void restart(int width, int height) {
     session.restart({width, height});
 }
 
-/// Creates the texture of the background and leaves it bound, so that the script can upload the image.
+/// Creates the texture of the background and leaves the texture bound, so that the element's script can upload the
+/// image.
 EMSCRIPTEN_KEEPALIVE void bindBackground() {
     constexpr int backgroundSlot = 1;
     hostkit::Image pixel = onePixel();
@@ -100,14 +103,14 @@ EMSCRIPTEN_KEEPALIVE void bindBackground() {
                                   backgroundSlot);
 }
 
-/// Passes a small copy of the background as RGBA bytes, from which attract mode chooses its inks.
+/// Passes a small copy of the background as RGBA bytes. Attract mode chooses its ink colours from this copy.
 EMSCRIPTEN_KEEPALIVE void setBackground(int width, int height, const std::uint8_t* rgba) {
     const auto bytes = static_cast<std::size_t>(width) * static_cast<std::size_t>(height) * 4;
     const hostkit::Image copy{width, height, {rgba, rgba + bytes}};
     session.setBackgrounds({copy, copy});
 }
 
-/// Turns adaptive quality on, or fixes the quality at all detail.
+/// Turns adaptive quality on, or fixes the quality at full detail.
 EMSCRIPTEN_KEEPALIVE void setQuality(bool adaptive) {
     session.quality = adaptive ? app::searchingQuality() : app::fixedQuality(0);
 }
@@ -116,7 +119,8 @@ EMSCRIPTEN_KEEPALIVE bool isSearchingQuality() {
     return session.quality.phase == app::QualityPhase::searching;
 }
 
-/// Returns the numbers of the recording that ended last. recordingLength returns their count, 0 if there is none.
+/// Returns the recording that ended last, as numbers (see event_numbers.h). recordingLength returns how many numbers
+/// there are; it is 0 if there is no recording.
 EMSCRIPTEN_KEEPALIVE const double* takeRecording() {
     takenRecording = std::exchange(endedRecording, {});
     return takenRecording.data();
@@ -126,7 +130,7 @@ EMSCRIPTEN_KEEPALIVE int recordingLength() {
     return static_cast<int>(takenRecording.size());
 }
 
-/// Restarts the effect and replays the script of these numbers.
+/// Restarts the effect and replays the gesture script that the numbers encode.
 EMSCRIPTEN_KEEPALIVE void startReplay(const double* numbers, std::size_t count) {
     hostkit::GestureScript script = web::scriptOf({numbers, count});
     std::erase_if(script.events, [](const auto& event) { return !isReplayable(event); });

@@ -1,6 +1,7 @@
-// Strokes that a script draws: one position in each frame of the effect.
+// Touches and strokes that a script of the page makes with `drop` and `stroke`. Each frame of the effect runs one step
+// of them.
 
-/** Point of the element. */
+/** A point in the element. */
 export interface Point {
     /** Position in CSS pixels from the left edge of the element. */
     x: number;
@@ -8,7 +9,7 @@ export interface Point {
     y: number;
 }
 
-/** Options of a stroke by script. */
+/** Options of a stroke that a script of the page draws. */
 export interface StrokeOptions {
     /** Pressure from 0 to 1; more pressure leaves more ink. Default: the setting `pressure`. */
     pressure?: number;
@@ -16,10 +17,10 @@ export interface StrokeOptions {
     duration?: number;
 }
 
-/** One step of a stroke in one frame. */
+/** A step of a stroke: what the finger does in one frame. */
 type Step = (finger: Finger) => void;
 
-/** The finger of the effect; positions in CSS pixels. */
+/** The finger that touches the effect. Positions are in CSS pixels. */
 export interface Finger {
     press(point: Point, pressure: number | undefined): void;
     move(point: Point, pressure: number | undefined): void;
@@ -28,10 +29,10 @@ export interface Finger {
 
 const frameTime = 1000 / 60;
 const defaultDuration = 400;
-/** Frames for which a drop presses the water. Ink needs several frames of contact. */
+/** Number of frames for which a drop touches the water. A shorter touch would leave too little ink. */
 const dropFrames = 6;
 
-/** Returns `count` points at equal distances along a line through the points. */
+/** Returns `count` points at equal distances along the polyline through `points`. */
 function resample(points: Point[], count: number): Point[] {
     const lengths = [0];
     for (let at = 1; at < points.length; ++at) {
@@ -48,6 +49,7 @@ function resample(points: Point[], count: number): Point[] {
     });
 }
 
+/** The steps of touches and strokes that are still to be run, in order. */
 export class FingerQueue {
     private steps: Step[] = [];
     private finished: (() => void)[] = [];
@@ -56,13 +58,13 @@ export class FingerQueue {
         return this.steps.length === 0;
     }
 
-    /** Adds a touch at one point. */
+    /** Adds a touch at one point. Resolves when the touch has ended. */
     addDrop(point: Point, pressure: number | undefined): Promise<void> {
         const hold = Array<Step>(dropFrames).fill(() => {});
         return this.add([(finger) => finger.press(point, pressure), ...hold, (finger) => finger.lift(point)]);
     }
 
-    /** Adds a stroke along the points. */
+    /** Adds a stroke along the points. Resolves when the stroke has ended. */
     addStroke(points: Point[], { pressure, duration = defaultDuration }: StrokeOptions): Promise<void> {
         const [first, ...others] = resample(points, Math.max(2, Math.round(duration / frameTime)));
         return this.add([
@@ -72,7 +74,7 @@ export class FingerQueue {
         ]);
     }
 
-    /** Runs the step of the next frame. */
+    /** Runs the next step. Called once per frame. */
     step(finger: Finger): void {
         this.steps.shift()?.(finger);
         if (this.isEmpty) {
@@ -80,7 +82,7 @@ export class FingerQueue {
         }
     }
 
-    /** Drops all steps, for example because the user touches the water. */
+    /** Discards the remaining steps, for example because the user touches the water. */
     clear(): void {
         this.steps = [];
         this.finish();

@@ -1,4 +1,5 @@
-// The WebAssembly module of gestures.cpp, in a file that is loaded only when a gesture is played or recorded.
+// The WebAssembly module of gestures.cpp as base64 text. The build puts it into a file of its own, which the browser
+// loads only when the page plays or records a gesture.
 
 import program from "velmora-gestures.wasm";
 

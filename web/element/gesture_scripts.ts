@@ -1,8 +1,9 @@
-// Gesture scripts as text. The module that reads and writes them is loaded when it is needed for the first time.
+// Parses and writes the text of gesture scripts. The WebAssembly module for this task is loaded when it is first
+// needed.
 
 import { instantiate, type ModuleMemory } from "./wasm_module";
 
-/** Functions of gestures.cpp. Strings and arrays are addresses. */
+/** Functions of gestures.cpp. Strings and arrays are passed as addresses in the module's memory. */
 interface Exports extends ModuleMemory {
     readScript(script: number): number;
     scriptNumbers(): number;
@@ -17,7 +18,10 @@ function load(): Promise<Exports> {
     return loaded;
 }
 
-/** Returns the numbers of a gesture script. Throws an Error with the first fault. */
+/**
+ * Parses a gesture script and returns it as numbers (see event_numbers.h). Throws an Error that describes the first
+ * fault of the script.
+ */
 export async function parseGesture(script: string): Promise<Float64Array> {
     const module = await load();
     const bytes = new TextEncoder().encode(`${script}\0`);
@@ -30,7 +34,7 @@ export async function parseGesture(script: string): Promise<Float64Array> {
     return new Float64Array(module.memory.buffer, module.scriptNumbers(), module.scriptLength()).slice();
 }
 
-/** Returns the gesture script of the numbers. */
+/** Returns the text of a gesture script that is given as numbers (see event_numbers.h). */
 export async function writeGesture(numbers: Float64Array): Promise<string> {
     const module = await load();
     const address = copy(module, new Uint8Array(numbers.buffer));
@@ -39,7 +43,7 @@ export async function writeGesture(numbers: Float64Array): Promise<string> {
     return script;
 }
 
-/** Copies bytes into the module's memory. Returns the address; the caller frees it. */
+/** Copies bytes into the module's memory. Returns the address of the copy, which the caller must free. */
 function copy(module: Exports, bytes: Uint8Array): number {
     const address = module.malloc(bytes.length);
     new Uint8Array(module.memory.buffer).set(bytes, address);

@@ -8,8 +8,9 @@
 #include "hostkit/host_error.h"
 #include "web/element/event_numbers.h"
 
-// The element's second module: converts gesture scripts between text and numbers. The element loads it when it plays or
-// records a gesture for the first time. Strings are UTF-8. A result is valid until the next call.
+// Second WebAssembly module of the custom element. It converts gesture scripts between text and numbers (see
+// event_numbers.h). The element loads this module when it plays or records a gesture for the first time. Strings are
+// UTF-8. A result is valid until the next call.
 
 namespace {
 
@@ -20,7 +21,8 @@ std::vector<double> numbers;
 
 extern "C" {
 
-/// Parses a script. Returns its fault, or an empty string. scriptNumbers then returns the script.
+/// Parses the text of a gesture script. Returns a message about its first fault, or an empty string. Afterwards,
+/// scriptNumbers returns the script as numbers.
 EMSCRIPTEN_KEEPALIVE const char* readScript(const char* script) {
     try {
         numbers = web::numbersOf(hostkit::parseGestureScript(script, "gesture"));
@@ -39,7 +41,7 @@ EMSCRIPTEN_KEEPALIVE int scriptLength() {
     return static_cast<int>(numbers.size());
 }
 
-/// Returns the text of a script of numbers.
+/// Returns the text of a gesture script that is given as numbers.
 EMSCRIPTEN_KEEPALIVE const char* writeScript(const double* script, std::size_t count) {
     text = hostkit::writeGestureScript(web::scriptOf({script, count}));
     return text.c_str();

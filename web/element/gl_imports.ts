@@ -1,4 +1,5 @@
-// The GL functions that the module imports, on a WebGL context. A GL name is an index into a table of WebGL objects.
+// Implements the GL functions that the WebAssembly module imports, by calls of a WebGL context. A GL name is an index
+// into a table of WebGL objects.
 
 type Calls = Record<string, (...numbers: never[]) => number | void>;
 type GlObject = WebGLBuffer | WebGLFramebuffer | WebGLProgram | WebGLShader | WebGLTexture | WebGLUniformLocation;
@@ -7,21 +8,23 @@ const COMPILE_STATUS = 0x8b81;
 const FRAMEBUFFER_BINDING = 0x8ca6;
 
 export class GlImports {
-    /** Context that the functions draw in. Set it before the module draws. */
+    /** Context in which the functions draw. Must be set before the module draws. */
     gl!: WebGLRenderingContext;
-    /** Memory of the module. Set it after the module is instantiated. */
+    /** Memory of the module. Must be set after the module is instantiated. */
     memory!: WebAssembly.Memory;
     private objects: (GlObject | null)[] = [null];
-    /** Names of uniform locations by program and address of the uniform's name. */
+    /**
+     * GL names of uniform locations. The key consists of the program's GL name and the address of the uniform's name.
+     */
     private locations = new Map<string, number>();
 
-    /** Forgets all objects, for example because the context is lost. */
+    /** Forgets all GL objects, for example because the context is lost. */
     forget(): void {
         this.objects = [null];
         this.locations.clear();
     }
 
-    /** Deletes all objects of the context. */
+    /** Deletes all GL objects that the module has created in the context. */
     deleteAll(): void {
         const { gl } = this;
         const deleters: Record<string, (object: never) => void> = {
@@ -31,20 +34,24 @@ export class GlImports {
             WebGLShader: (object) => gl.deleteShader(object),
             WebGLTexture: (object) => gl.deleteTexture(object),
         };
-        // Compares names, because an element that was moved between documents has objects of another window's classes.
-        // A uniform location has no deleter: it belongs to its program.
+        // Compares the names of classes, because each window has its own classes. After an element was moved to another
+        // document, its objects still have the classes of the old window. A uniform location has no deleter: it belongs
+        // to its program.
         for (const object of this.objects) {
             deleters[object?.constructor.name ?? ""]?.(object as never);
         }
         this.forget();
     }
 
-    /** Returns the functions by their names in the module. */
+    /** Returns an object that maps the names of the imported functions to their implementations. */
     functions(): Calls {
         return { ...this.sameFunctions(), ...this.objectFunctions(), ...this.shaderFunctions(), ...this.dataFunctions() };
     }
 
-    /** Functions that take the same numbers in WebGL, apart from the location of a uniform. */
+    /**
+     * Functions that have the same arguments in GL and in WebGL. Only uniform locations are converted from GL names to
+     * objects.
+     */
     private sameFunctions(): Calls {
         type Call = (...values: unknown[]) => void;
         const same = (name: keyof WebGLRenderingContext) => (...numbers: number[]) => (this.gl[name] as Call)(...numbers);
@@ -71,7 +78,7 @@ export class GlImports {
         };
     }
 
-    /** Functions that make, bind and delete objects. */
+    /** Functions that create, bind and delete GL objects. */
     private objectFunctions(): Calls {
         return {
             glGenTextures: (count: number, names: number) => this.make(count, names, () => this.gl.createTexture()),
@@ -90,7 +97,7 @@ export class GlImports {
         };
     }
 
-    /** Functions that build programs and find their variables. */
+    /** Functions that compile and link GL programs, and find the uniforms and attributes of the programs. */
     private shaderFunctions(): Calls {
         return {
             glCreateShader: (type: number) => this.add(this.gl.createShader(type)),
@@ -130,7 +137,7 @@ export class GlImports {
                 ),
             glReadPixels: (x: number, y: number, width: number, height: number, format: number, type: number, data: number) =>
                 this.gl.readPixels(x, y, width, height, format, type, this.view(Uint8Array, data, 4 * width * height)),
-            // The module asks only for the framebuffer that is bound.
+            // The module queries only GL_FRAMEBUFFER_BINDING.
             glGetIntegerv: (_parameter: number, result: number) =>
                 this.write(result, this.objects.indexOf(this.gl.getParameter(FRAMEBUFFER_BINDING) as GlObject | null)),
         };
@@ -140,7 +147,7 @@ export class GlImports {
         return (this.objects[name] ?? null) as Kind | null;
     }
 
-    /** Returns the name of an object, or 0 if WebGL could not make it. */
+    /** Adds an object to the table and returns its GL name. Returns 0 if WebGL could not create the object. */
     private add(object: GlObject | null): number {
         if (!object) {
             return 0;
@@ -167,7 +174,7 @@ export class GlImports {
         }
     }
 
-    /** The library looks up locations in each frame. They are kept, because a lookup is slow in WebGL. */
+    /** The library looks up uniform locations in each frame. A lookup is slow in WebGL, so the locations are cached. */
     private location(program: number, name: number): number {
         const key = `${program} ${name}`;
         let location = this.locations.get(key);

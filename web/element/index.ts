@@ -1,4 +1,5 @@
-// The package: the class of the custom element, and water on a canvas. Importing it defines no element.
+// Main module of the npm package. It exports the class of the custom element and the functions for water on a canvas.
+// Importing this module does not define the custom element.
 
 export type { Ink, Settings } from "../../build/web/settings";
 export type { BackgroundSource } from "./background";

@@ -1,4 +1,5 @@
-// Water that draws: the effect on a canvas with a GL context, from the opening of the context to its end.
+// Water that can draw, because it has a GL context. A LiveWater exists from the opening of its context until the
+// context is given back.
 
 import { numbersOf, resizeDelay, type Settings } from "../../build/web/settings";
 import { AttractTimer } from "../engine/attract_timer";
@@ -10,17 +11,20 @@ import { BackgroundTexture, type TextureOwner } from "./background_texture";
 import type { Effect } from "./effect";
 import { FingerQueue, type Point } from "./finger_queue";
 
-/** Input that touches the water: a drag that leaves vertical swipes to the page, a moving mouse, no input, or each drag. */
+/**
+ * Input that touches the water. `drag`: every drag except vertical swipes, which scroll the page. `hover`: also a mouse
+ * that moves without a pressed button. `none`: no input. `capture`: every drag.
+ */
 export type PointerMode = "drag" | "hover" | "none" | "capture";
 
-/** What the author of the page has chosen. */
+/** Options that the author of the page has chosen. */
 export interface WaterState {
     settings: Settings;
     /** Input that touches the water. */
     pointer: PointerMode;
-    /** True to draw without a user. */
+    /** True if attract mode draws strokes while nobody touches the water. */
     attract: boolean;
-    /** True to stop the water and keep its last frame. */
+    /** True if the water stands still and shows its last frame. */
     paused: boolean;
     /** `auto` draws less detail on a slow machine, `full` never does. */
     quality: "auto" | "full";
@@ -28,12 +32,12 @@ export interface WaterState {
     pixelRatio: number | undefined;
 }
 
-/** Owner of the water. */
+/** Object to which the water belongs. It supplies the options and handles the events. */
 export interface LiveOwner extends TextureOwner {
     readonly state: WaterState;
-    /** Element in which a mouse hovers over the water. */
+    /** Element in which mouse moves touch the water, if `pointer` is "hover". */
     readonly hoverArea: HTMLElement;
-    /** Dispatches an event without details. */
+    /** Dispatches an event of this type. */
     emit(type: string): void;
     /** Called after the first frame. */
     onFirstFrame(): void;
@@ -41,9 +45,11 @@ export interface LiveOwner extends TextureOwner {
     onUse(): void;
 }
 
+/** The effect on a canvas, with the input, the frame loop and the background that belong to it. */
 export class LiveWater {
+    /** Touches and strokes that a script of the page makes. */
     readonly queue = new FingerQueue();
-    /** Numbers of the recording that ended last. Empty if there is none. */
+    /** Recording that ended last, as numbers (see event_numbers.h). Empty if there is none. */
     recording: Float64Array = new Float64Array();
     private readonly ended = new AbortController();
     private readonly texture: BackgroundTexture;
@@ -53,12 +59,15 @@ export class LiveWater {
     private readonly reducedMotion = matchMedia("(prefers-reduced-motion: reduce)");
     private readonly resizeObserver: ResizeObserver;
     private resizeTimer = 0;
+    /** Settings that were last passed to the effect, as text. */
     private passedSettings = "";
+    /** Time of the last animation frame in milliseconds. */
     private lastTick = 0;
     private isContextLost = false;
     private hasDrawn = false;
     private wasIdle = false;
     private needsFrame = true;
+    /** Functions to call after the next frame. */
     private afterFrame: (() => void)[] = [];
 
     constructor(
@@ -97,7 +106,7 @@ export class LiveWater {
         this.texture.followVideo();
     }
 
-    /** Ends drawing and gives the context back to the browser. */
+    /** Stops drawing and gives the GL context back to the browser. */
     destroy(): void {
         this.ended.abort();
         this.pointer.cancel();
@@ -112,7 +121,7 @@ export class LiveWater {
         this.gl.getExtension("WEBGL_lose_context")?.loseContext();
     }
 
-    /** Applies a changed state of the owner. */
+    /** Applies the owner's state after it has changed. */
     update(): void {
         const { effect, owner } = this;
         effect.turnAttractMode(owner.state.attract && !this.reducedMotion.matches);
@@ -124,13 +133,13 @@ export class LiveWater {
         this.followSize();
     }
 
-    /** Turns adaptive quality on or off. */
+    /** Turns adaptive quality on or off, as the owner's state says. */
     changeQuality(): void {
         this.effect.adaptsQuality = this.owner.state.quality === "auto";
         this.followSize();
     }
 
-    /** Shows a changed background. */
+    /** Shows the owner's background after it has changed. */
     changeBackground(): void {
         if (!this.isContextLost) {
             this.texture.change();
@@ -138,7 +147,7 @@ export class LiveWater {
         }
     }
 
-    /** Draws a frame even if the water is idle. */
+    /** Requests that a frame is drawn, even if the water is idle. */
     requestFrame(): void {
         this.needsFrame = true;
         this.loop.wake();
@@ -161,7 +170,10 @@ export class LiveWater {
         this.afterRestart();
     }
 
-    /** Ends the recording. Returns its numbers, or an empty array. */
+    /**
+     * Ends the recording and returns it as numbers (see event_numbers.h). Returns an empty array if nothing was
+     * recorded.
+     */
     stopRecording(): Float64Array {
         this.effect.finishRecording();
         this.takeRecording();
@@ -170,7 +182,7 @@ export class LiveWater {
         return recording;
     }
 
-    /** Replays a gesture script from the start. */
+    /** Restarts the effect and replays a gesture script, which is given as numbers (see event_numbers.h). */
     play(numbers: Float64Array): void {
         this.queue.clear();
         this.useAllPixels();
@@ -178,7 +190,10 @@ export class LiveWater {
         this.afterRestart();
     }
 
-    /** Returns a copy of the current frame. A recording or replay counts frames, so it shows its next frame. */
+    /**
+     * Returns a copy of the current frame. During a recording or replay, returns a copy of the next frame instead: an
+     * extra frame would change the gesture.
+     */
     async capture(): Promise<HTMLCanvasElement> {
         if (this.effect.isRecording || this.effect.isReplaying) {
             await new Promise<void>((resolve) => this.afterFrame.push(resolve));
@@ -187,7 +202,7 @@ export class LiveWater {
         return this.snapshot();
     }
 
-    /** Draws a frame in which the water does not move, and returns a copy. */
+    /** Draws the current state of the water again, without advancing time, and returns a copy of the frame. */
     snapshot(): HTMLCanvasElement {
         if (!this.isContextLost) {
             this.effect.frame(0);
@@ -238,13 +253,19 @@ export class LiveWater {
         }, resizeDelay);
     }
 
-    /** Starts the effect at the wanted size with the same waves. Draws at once, because a resized canvas is blank. */
+    /**
+     * Restarts the effect at the wanted size and keeps the waves. Draws immediately, because resizing a canvas clears
+     * it.
+     */
     private resize(): void {
         this.start((size) => this.effect.resize(size));
         this.effect.frame(0);
     }
 
-    /** Starts the effect at the wanted size, without ink. */
+    /**
+     * Resizes the canvas to the wanted size, then calls `start` with this size. `start` must start the effect, which
+     * then has no ink.
+     */
     private start(start: (size: Size) => void): void {
         this.setSize(this.wantedSize);
         this.passSettings();
@@ -252,7 +273,10 @@ export class LiveWater {
         this.afterRestart();
     }
 
-    /** Restores the full size, so that a gesture gives the same result on every machine. */
+    /**
+     * Restarts the effect with all pixels, even if adaptive quality had reduced their number. A gesture then has the
+     * same result on slow and fast machines.
+     */
     private useAllPixels(): void {
         this.setSize(pixelSize(this.owner.area, 1, this.owner.state.pixelRatio));
         this.passSettings();
@@ -333,13 +357,13 @@ export class LiveWater {
         }
     }
 
-    /** Returns the position in canvas pixels. */
+    /** Converts a position from CSS pixels to canvas pixels. */
     private pixelsOf({ x, y }: Point): [number, number] {
         const { area } = this.owner;
         return [(x / area.clientWidth) * this.texture.size.width, (y / area.clientHeight) * this.texture.size.height];
     }
 
-    /** True if the next frame would be equal to the last one. */
+    /** True if the next frame would look the same as the last frame. */
     private get isStill(): boolean {
         const { effect, owner } = this;
         if (this.needsFrame || this.texture.playsUnreported) {
@@ -355,13 +379,19 @@ export class LiveWater {
         }
     }
 
-    /** True if a restart at another size goes unnoticed, because it removes no ink. */
+    /**
+     * True if the effect can be restarted at another size unnoticed. A restart removes the ink, so this is false while
+     * ink is visible.
+     */
     private get maySizeChange(): boolean {
         const { effect, owner } = this;
         return (effect.isIdle || effect.isSearchingQuality) && !owner.state.paused && !effect.mayShowInk;
     }
 
-    /** Settings reach the effect only when they have changed. A replay uses its own ink. */
+    /**
+     * Passes the settings to the effect if they have changed. Passes nothing during a replay, which sets the ink colour
+     * itself.
+     */
     private passSettings(): void {
         const { settings } = this.owner.state;
         const text = String(numbersOf(settings));

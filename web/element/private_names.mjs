@@ -1,4 +1,5 @@
-// Finds the names of members that only the scripts of the element use. The bundler shortens them.
+// Finds the names of class members that only the element's own scripts use. The bundler may replace such names by
+// shorter ones.
 
 import { readFileSync, readdirSync } from "node:fs";
 import { createRequire } from "node:module";
@@ -8,7 +9,7 @@ import { fileURLToPath } from "node:url";
 const ts = createRequire(import.meta.url)("typescript");
 const web = join(dirname(fileURLToPath(import.meta.url)), "..");
 
-/** Returns true if a member is not part of the API of its class. */
+/** Returns true if a class member is declared private. */
 function isPrivate(declaration) {
     return (ts.getCombinedModifierFlags(declaration) & ts.ModifierFlags.Private) !== 0;
 }
@@ -40,8 +41,8 @@ function memberNames(source) {
 }
 
 /**
- * Returns the names of members that neither the browser nor the author of a page uses, and those of `others`. A name
- * that occurs as a string is left out, and so are the names of `reserved`.
+ * Returns the names that the bundler can shorten: the names of members that neither the browser nor the author of a
+ * page uses, and the names in `others`. Leaves out names that also occur as strings, and the names in `reserved`.
  */
 export function privateNames(others, reserved) {
     const { config } = ts.readConfigFile(join(web, "tsconfig.json"), ts.sys.readFile);

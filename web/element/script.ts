@@ -1,6 +1,8 @@
-// The element for a script tag. The global variable `velmora` has the exports of the package.
+// Entry point of the file that a page loads with a script tag. The global variable `velmora` contains the exports of
+// the package.
 
-// The text of the module comes first in the bundle, because gzip compresses it worse between two scripts.
+// Imported first, so that the base64 text of the WebAssembly module is at the start of the bundle. gzip compresses the
+// bundle worse if the base64 text is between two scripts.
 import "velmora-element.wasm";
 import { CanvasWater, createWater, presetNames, VelmoraWater } from "./element";
 

@@ -1,18 +1,18 @@
-// Checks the values of settings: in attributes, in properties and in presets.
+// Checks the values of settings that attributes, properties and presets contain.
 
 import { defaultSettings, numberRanges, type Ink, type Settings } from "../../build/web/settings";
 import presets from "velmora-presets";
 import { inkOf } from "./css_color";
 
 export type NumberName = keyof typeof numberRanges;
-/** The element has one background, so it has no switch for the second one. */
+/** Names of the element's settings. `secondBackground` is missing, because the element has only one background. */
 export type SettingName = Exclude<keyof Settings, "secondBackground">;
 
 export const settingNames = (Object.keys(defaultSettings) as (keyof Settings)[]).filter(
     (name): name is SettingName => name !== "secondBackground",
 );
 
-/** Returns the name of an attribute: "wave-speed" for waveSpeed. */
+/** Returns the name of the attribute of a property, for example "wave-speed" for waveSpeed. */
 export function attributeOf(name: string): string {
     return name.replace(/[A-Z]/g, (letter) => `-${letter.toLowerCase()}`);
 }
@@ -22,7 +22,7 @@ export function presetNames(): string[] {
     return Object.keys(presets);
 }
 
-/** Returns the accepted values of a setting, for a message. */
+/** Describes the accepted values of a setting, for an error message. */
 export function acceptedValues(name: SettingName): string {
     if (name === "ink") {
         return "a CSS colour";
@@ -52,8 +52,8 @@ export function settingValue(name: SettingName, value: unknown): Settings[Settin
 }
 
 /**
- * Returns the settings of a preset: a shipped name such as "calm pond" or "calm-pond", or JSON. Throws an Error with the
- * accepted values.
+ * Returns the settings of a preset: a shipped name such as "calm pond" or "calm-pond", or JSON. If the preset is
+ * invalid, throws an Error that names the accepted values.
  */
 export function presetOf(text: string): Partial<Settings> {
     const shipped = presets[text.trim().replace(/[ -]/g, "_")];

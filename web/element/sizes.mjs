@@ -1,20 +1,23 @@
-// Prints the sizes of the custom element by part, and those of comparable projects.
+// Prints the size of each part of the custom element, and for comparison the sizes of other npm packages.
 
 import { readFileSync } from "node:fs";
 import { join } from "node:path";
 import { gzipSync } from "node:zlib";
 import { compressedModule } from "./bundle.mjs";
 
-/** Maximum size of the element, script and WebAssembly together, in bytes after gzip. */
+/** Maximum size of the element's script with its embedded WebAssembly module, in bytes after gzip. */
 const budget = 45 * 1024;
 
-/** Sizes of comparable packages of npm in bytes after gzip -9: the minified script and all scripts that it needs. */
+/**
+ * Sizes of comparable packages of npm in bytes after gzip -9: the minified script of the package and of all packages
+ * that it needs.
+ */
 const peers = [
     ["webgl-fluid 0.4.0", 7254],
     ["jquery.ripples 0.6.3 with jquery 4.0.0", 4661 + 27530],
 ];
 
-/** Parts of the module, each with a pattern of the names of its functions. */
+/** Parts of the WebAssembly module. A regular expression matches the names of the functions in each part. */
 const parts = [
     ["library", /^(auto )?(velmora::|oru|Java_)/],
     ["hostkit", /^(auto )?(hostkit::|AndroidBitmap)/],
@@ -24,14 +27,14 @@ const parts = [
 
 const compressedSize = (file) => gzipSync(readFileSync(file), { level: 9 }).length;
 
-/** Reads the numbers and names of a WebAssembly file. */
+/** Reads numbers and names from the bytes of a WebAssembly file. */
 class Reader {
     constructor(bytes, at = 0) {
         this.bytes = bytes;
         this.at = at;
     }
 
-    /** Reads an unsigned LEB128 number. */
+    /** Reads a number in LEB128, the variable-length format of WebAssembly. */
     number() {
         for (let value = 0, shift = 1; ; shift *= 128) {
             const byte = this.bytes[this.at++];
@@ -52,7 +55,7 @@ class Reader {
         return this.bytes.toString("utf8", this.at - length, this.at);
     }
 
-    /** Calls `read` for each item of a vector. */
+    /** Reads the length of a vector, then calls `read` once for each of its items. */
     each(read) {
         for (let count = this.number(), index = 0; index < count; ++index) {
             read(index);
@@ -60,7 +63,7 @@ class Reader {
     }
 }
 
-/** Returns the sizes of the functions of a module with names: a list of [name, bytes]. */
+/** Returns a list of [name, size in bytes] of all functions in a module. The module must contain the function names. */
 function functionSizes(bytes) {
     const codeSection = 10;
     const functionNames = 1;
@@ -87,7 +90,7 @@ function functionSizes(bytes) {
     return sizes.map((size, index) => [names.get(imports + index) ?? "", size]);
 }
 
-/** Returns the bytes of each part of the module before compression. */
+/** Returns the size in bytes of each part of the module, before compression. */
 function bytesOfParts(buildFolder) {
     const shaders = readFileSync(join(buildFolder, "web/element/shader_texts.cpp"), "utf8").match(/(?<=GLSL\()[^]*?(?=\)GLSL)/g);
     const sums = new Map([["shaders", shaders.join("").length], ...parts.map(([part]) => [part, 0])]);

@@ -1,15 +1,17 @@
 #include <cmath>
 
-// Replaces two functions of the C library by smaller ones. The tables of the C library do not compress.
+// Replaces two functions of the C library by smaller ones. The C library's versions contain tables of numbers that gzip
+// can hardly compress.
 
 extern "C" {
 
 int reduceAngle(double angle, double* rest) __asm__("__rem_pio2");
 
-/// Reduces the argument of sin and cos. Returns n and sets the rest, as a sum of two numbers, so that
-/// angle = n * pi / 2 + rest. Angles of the effect are below a million. The C library also has code for larger ones.
+/// Reduces the argument of sin and cos. Returns n and writes the remainder, so that angle = n * pi / 2 + rest[0] +
+/// rest[1]. Unlike the C library's version, this function supports only angles below one million; the effect uses no
+/// larger angles.
 int reduceAngle(double angle, double* rest) {
-    // Parts of pi / 2. The first two have 33 bits, so that their products with `turns` are exact.
+    // Three numbers whose sum is pi / 2. The first two have 33 bits, so that their products with `turns` are exact.
     constexpr double halfPi[] = {1.57079632673412561417e+00, 6.07710050630396597660e-11,
                                  2.02226624879595063154e-21};
     const double turns = std::nearbyint(angle * 6.36619772367581382433e-01);

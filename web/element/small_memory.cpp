@@ -1,7 +1,8 @@
 #include <cstring>
 
-// Replaces memcpy and memset of the C library by instructions of WebAssembly. Compiled without link-time optimisation,
-// which could remove a function before the code generator calls it.
+// Implements memcpy and memset by single WebAssembly instructions instead of the C library's code. This file is
+// compiled without link-time optimisation, which could remove the functions before the code generator inserts calls of
+// them.
 
 extern "C" {
 

@@ -1,16 +1,17 @@
 #include <cstddef>
 
-// Removes exceptions from the module.
+// Replaces functions of the C and C++ libraries, so that the code for exceptions and environment variables is left out
+// of the module.
 
 extern "C" {
 
-/// The module has no environment variables.
+/// List of the environment variables. It is empty, because the module uses none.
 char** __environ = nullptr;  // NOLINT(bugprone-reserved-identifier)
 
 void* __cxa_allocate_exception(std::size_t size) noexcept;
 
-/// Every throw calls this function first. The element is given only valid images and scripts, and catches nothing, so a
-/// throw stops the module.
+/// Every throw expression calls this function first. This implementation stops the module. The element passes only
+/// valid images and scripts to the module, so nothing throws.
 void* __cxa_allocate_exception(std::size_t /*size*/) noexcept {
     __builtin_trap();
 }

@@ -1,4 +1,5 @@
-// Style of the element's shadow tree, as a constructed style sheet: a policy against inline styles allows it.
+// Style of the element's shadow tree. It is a constructed style sheet, because a page's content security policy may
+// forbid inline styles.
 
 const css = `
 :host { display: inline-block; position: relative; max-width: 100%; overflow: hidden; }
@@ -17,7 +18,10 @@ slot[name]::slotted(*) { pointer-events: auto; }
 @media print { .water { display: none; } }
 `;
 
-/** A style sheet can be used only in the document that made it. */
+/**
+ * One style sheet per document, because a constructed style sheet works only in the document in which it was
+ * constructed.
+ */
 const sheets = new WeakMap<Document, CSSStyleSheet>();
 
 /** Applies the style to a shadow tree in its current document. */

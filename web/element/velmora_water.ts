@@ -9,48 +9,48 @@ import { attributeOf, settingNames } from "./setting_values";
 import { applyStyle } from "./style";
 import { Water, type DropOptions } from "./water";
 
-/** A server that renders pages has no elements. There, the class can be imported but not used. */
+/** On a server that renders pages, HTMLElement does not exist. The empty class lets such a server import this file. */
 const ElementClass = globalThis.HTMLElement ?? (class {} as unknown as typeof HTMLElement);
 
-/** Attributes of the image of attribute `src`. */
+/** Attributes that the element copies to the image of its attribute `src`. */
 const imageAttributes = ["src", "srcset", "sizes", "alt", "crossorigin", "loading"];
-/** Attributes that are present or absent. */
+/** Names of the boolean properties. Each reflects a boolean attribute. */
 const switches = ["attract", "paused", "waterOnly"];
 
-/** Properties that reflect the attributes of settings: a number, a CSS colour for the ink, or null. */
+/** Properties that reflect the attributes of single settings. A property is null if the attribute is missing. */
 type SettingProperties = { [Name in Exclude<keyof Settings, "ink" | "secondBackground" | "waterOnly">]: number | null };
 
-/** Properties of the element. Each reflects the attribute of the same name, in kebab-case. */
+/** Properties of the element. Each reflects an attribute, whose name is the property's name in kebab-case. */
 export interface VelmoraWater extends SettingProperties {
-    /** Shipped preset or JSON. */
+    /** Name of a shipped preset, or the settings as JSON. */
     preset: string | null;
     /** CSS colour of the ink. */
     ink: string | null;
-    /** True to turn off the ink. */
+    /** True if touches make only waves and draw no ink. */
     waterOnly: boolean;
-    /** Input that touches the water. Null: `drag`. */
+    /** Input that touches the water. Null has the same effect as `drag`. */
     pointer: PointerMode | null;
-    /** True to draw by itself while nobody touches the water. */
+    /** True if attract mode draws strokes while nobody touches the water. */
     attract: boolean;
-    /** True to stop the water and keep its last frame. */
+    /** True if the water stands still and shows its last frame. */
     paused: boolean;
-    /** `auto` draws less detail on a slow machine, `full` never does. Null: `auto`. */
+    /** `auto` draws less detail on a slow machine, `full` never does. Null has the same effect as `auto`. */
     quality: WaterState["quality"] | null;
-    /** Rendered pixels per CSS pixel; null for the screen's ratio. */
+    /** Rendered pixels per CSS pixel. Null selects the screen's ratio. */
     pixelRatio: number | null;
-    /** Address of the background, instead of a child. */
+    /** Address of the background image, if no child is the background. */
     src: string | null;
-    /** Text for assistive technology, if `src` is given. */
+    /** Text that describes the image of `src` for assistive technology such as screen readers. */
     alt: string | null;
 }
 
-/** Attributes in markup, for example in JSX. */
+/** Types of the element's attributes in markup, for example in JSX. */
 export interface VelmoraWaterAttributes {
     /** Name of a shipped preset, or the settings as JSON. */
     preset?: string;
-    /** Part of a wave's motion that remains after 1/60 s. */
+    /** Fraction of a wave's velocity that remains after 1/60 s. */
     damping?: number | string;
-    /** Distance that a wave runs in a second. 1 is the shorter side of the element. */
+    /** Distance that a wave travels per second, as a multiple of the element's shorter side. */
     "wave-speed"?: number | string;
     /** Height of the ripples of a touch. */
     ripple?: number | string;
@@ -58,7 +58,7 @@ export interface VelmoraWaterAttributes {
     rain?: number | string;
     /** Speed of the effect. 1 is real time. */
     "time-scale"?: number | string;
-    /** How much waves distort the background. 1 is no distortion. */
+    /** Refractive index of the water: strength with which waves distort the background. 1 means no distortion. */
     "refractive-index"?: number | string;
     /** Strength of the reflections on waves. */
     sheen?: number | string;
@@ -66,19 +66,19 @@ export interface VelmoraWaterAttributes {
     fresnel?: number | string;
     /** Brightness of the highlights, as a factor of the reflection. */
     specular?: number | string;
-    /** Sharpness of the highlights. High values are narrow. */
+    /** Sharpness of the highlights. High values give narrow highlights. */
     exponent?: number | string;
-    /** Pressure for devices that do not report it, 0 to 1. */
+    /** Pressure of touches on devices that do not measure pressure, 0 to 1. */
     pressure?: number | string;
-    /** Water cells along the shorter side. */
+    /** Number of water cells along the element's shorter side. */
     "mesh-detail"?: number | string;
     /** CSS colour of the ink. */
     ink?: string;
-    /** Turns off the ink. */
+    /** Turns off the ink: touches then make only waves. */
     "water-only"?: boolean | "";
     /** Input that touches the water. */
     pointer?: PointerMode;
-    /** Draws by itself while nobody touches the water. */
+    /** Turns on attract mode, which draws strokes while nobody touches the water. */
     attract?: boolean | "";
     /** Stops the water and keeps its last frame. */
     paused?: boolean | "";
@@ -86,28 +86,31 @@ export interface VelmoraWaterAttributes {
     quality?: WaterState["quality"];
     /** Rendered pixels per CSS pixel. Default: the ratio of the screen. */
     "pixel-ratio"?: number | string;
-    /** Address of the background, instead of a child. */
+    /** Address of the background image, if no child is the background. */
     src?: string;
-    /** Candidates for `src`, as for an image. */
+    /** Candidate images for `src`, as in the attribute of the same name of an img element. */
     srcset?: string;
-    /** Sizes for `srcset`, as for an image. */
+    /** Sizes that `srcset` refers to, as in the attribute of the same name of an img element. */
     sizes?: string;
-    /** Text for assistive technology, if `src` is given. */
+    /** Text that describes the image of `src` for assistive technology such as screen readers. */
     alt?: string;
-    /** Mode of the request for `src`, as for an image. */
+    /** CORS mode of the request for `src`, as in the attribute of the same name of an img element. */
     crossorigin?: string;
     /** `lazy` loads `src` when the element comes near the viewport. */
     loading?: "lazy" | "eager";
 }
 
-// The interface of the same name declares the properties that defineProperty adds.
-/** The custom element `<velmora-water>`: its child image, video or canvas under water. */
+// The interface VelmoraWater above declares the properties that defineProperty adds to this class.
+/** The custom element `<velmora-water>`. It shows its child image, video or canvas under water. */
 export class VelmoraWater extends ElementClass {
-    /** Attributes that the browser reports to the element. */
+    /** Attributes whose changes the browser reports to the element. */
     static readonly observedAttributes = [...stateAttributes, ...imageAttributes, "aria-label"];
 
+    /** Image of the attribute `src`. It is the background if the element has no child for this purpose. */
     private readonly image: HTMLImageElement;
+    /** Part of the shadow tree that covers the element's box, receives the input and contains the water's canvas. */
     private readonly stage: HTMLElement;
+    /** Finds the background and reports its changes. */
     private readonly watch: BackgroundWatch;
     private readonly water: Water;
 
@@ -156,7 +159,7 @@ export class VelmoraWater extends ElementClass {
         }
     }
 
-    /** Settings in force: those of the preset and of the attributes. */
+    /** Current settings, as chosen by the preset and by the attributes. */
     get settings(): Settings {
         return structuredClone(settingsOf(this));
     }
@@ -166,7 +169,7 @@ export class VelmoraWater extends ElementClass {
         return this.water.isLive;
     }
 
-    /** True while the element runs no frames. */
+    /** True while the element draws no frames. */
     get idle(): boolean {
         return this.water.isIdle;
     }
@@ -186,12 +189,15 @@ export class VelmoraWater extends ElementClass {
         this.water.clear();
     }
 
-    /** Replays a gesture script. Rejects with the fault of the script. */
+    /**
+     * Replays a gesture script. Resolves when the replay has started. Rejects with an Error that describes the script's
+     * first fault.
+     */
     play(gesture: string): Promise<void> {
         return this.water.play(gesture);
     }
 
-    /** Restarts the effect and records all touches. */
+    /** Restarts the effect, then records all touches as a gesture script. */
     startRecording(): void {
         this.water.startRecording();
     }
@@ -201,7 +207,7 @@ export class VelmoraWater extends ElementClass {
         return this.water.stopRecording();
     }
 
-    /** Returns the current frame as a PNG image. */
+    /** Resolves to the current frame as a PNG image. */
     toBlob(): Promise<Blob> {
         return this.water.toBlob();
     }
@@ -223,7 +229,8 @@ export class VelmoraWater extends ElementClass {
             makeCanvas: () => document.createElement("canvas"),
             show: (canvas: HTMLCanvasElement | null) => {
                 stage.replaceChildren(...(canvas ? [canvas] : []));
-                // Assistive technology gets one image: the plain picture, or the water with the same name.
+                // Assistive technology such as a screen reader sees only one image: the background, or the water while
+                // it is shown. Both have the same name.
                 fallback.setAttribute("aria-hidden", String(canvas !== null));
                 stage.setAttribute("aria-hidden", String(canvas === null));
             },
@@ -244,12 +251,13 @@ export class VelmoraWater extends ElementClass {
         }
     }
 
+    /** Gives the stage its role and label for assistive technology. */
     private nameStage(): void {
         this.stage.setAttribute("role", "img");
         this.stage.setAttribute("aria-label", this.getAttribute("aria-label") ?? (this.watch.label || "Water"));
     }
 
-    /** Enter and Space touch the centre of the water. */
+    /** Touches the centre of the water if the user presses Enter or Space. */
     private onKey(event: KeyboardEvent): void {
         if ((event.key === "Enter" || event.key === " ") && event.target === this.stage) {
             event.preventDefault();
@@ -258,6 +266,7 @@ export class VelmoraWater extends ElementClass {
     }
 }
 
+/** Creates a div with this class. It is also a CSS part of this name, so the page's style sheets can select it. */
 function makePart(name: string): HTMLElement {
     const part = document.createElement("div");
     part.className = name;
@@ -273,7 +282,9 @@ function copyAttribute(to: Element, name: string, value: string | null): void {
     }
 }
 
-/** Adds a property that reflects an attribute. */
+/**
+ * Adds a property that reflects an attribute. `read` converts the text of the attribute to the value of the property.
+ */
 function defineProperty(name: string, read: (text: string | null) => unknown): void {
     const attribute = attributeOf(name);
     Object.defineProperty(VelmoraWater.prototype, name, {

@@ -1,17 +1,17 @@
-// Draws the frames of a video into the texture of the background on the GPU, as CSS would show the video.
+// A GL program that draws a frame of a video into the texture of the background, as CSS would show the video.
 
 import type { Size } from "../engine/size";
 
 /**
- * Where and on which colour a video is drawn. A rectangle is left, top, right and bottom: 0, 0 is the top left corner of
- * the water, and 1, 1 the bottom right one.
+ * Position of a video in the water, and the colour around the video. A rectangle has the numbers left, top, right and
+ * bottom. (0, 0) is the top left corner of the water, and (1, 1) is the bottom right corner.
  */
 export interface VideoLayout {
     /** Rectangle of the whole video, which may be larger than the water. */
     box: number[];
-    /** Part of the rectangle that is visible. */
+    /** Rectangle outside which the video is hidden. */
     visible: number[];
-    /** Colour around the video and behind transparent pixels: red, green and blue, 0 to 1. */
+    /** Colour around the video and behind the video's transparent pixels: red, green and blue, 0 to 1. */
     backdrop: number[];
 }
 
@@ -29,13 +29,14 @@ vec4 color=texture2D(video,(point-box.xy)/(box.zw-box.xy));
 vec2 inside=step(visible.xy,point)*step(point,visible.zw);
 gl_FragColor=vec4(mix(backdrop,color.rgb,color.a*inside.x*inside.y),1);}`;
 
+/** The GL objects of the pass: one draw call that copies a video frame into a texture. */
 export class VideoPass {
     private readonly program: WebGLProgram;
     private readonly texture: WebGLTexture | null;
     private readonly framebuffer: WebGLFramebuffer | null;
     private readonly corners: WebGLBuffer | null;
 
-    /** Creates the objects in a context. A restored context needs a new pass. */
+    /** Creates the GL objects of the pass. After the context was lost and restored, a new VideoPass is needed. */
     constructor(private readonly gl: WebGLRenderingContext) {
         this.program = gl.createProgram()!;
         for (const [type, text] of [[gl.VERTEX_SHADER, vertexShader], [gl.FRAGMENT_SHADER, fragmentShader]] as const) {
@@ -58,14 +59,14 @@ export class VideoPass {
         gl.texParameteri(gl.TEXTURE_2D, gl.TEXTURE_WRAP_T, gl.CLAMP_TO_EDGE);
     }
 
-    /** False after a loss of the context. */
+    /** True until the context is lost. */
     get isUsable(): boolean {
         return this.gl.isProgram(this.program);
     }
 
     /**
-     * Draws the current frame of the video into a texture of this size. Throws if the video is from another origin
-     * without CORS. Leaves no object bound: the library binds its own.
+     * Draws the current frame of the video into the texture `target`, which has this size in pixels. Throws if the
+     * video is from another origin without CORS. Afterwards, no GL object is bound, as the library expects.
      */
     draw(video: HTMLVideoElement, target: WebGLTexture, size: Size, layout: VideoLayout): void {
         const { gl, program } = this;

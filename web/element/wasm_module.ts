@@ -1,4 +1,4 @@
-// Compiles the WebAssembly modules, each once for all elements, and makes instances of them.
+// Compiles the WebAssembly modules and creates instances of them. Each module is compiled only once per page.
 
 import elementProgram from "velmora-element.wasm";
 
@@ -9,16 +9,18 @@ export interface ModuleMemory {
     free(address: number): void;
 }
 
+/** Names of the two WebAssembly modules: the effect, and the reader and writer of gesture scripts. */
 type Program = "element" | "gestures";
 
+/** The modules that are compiled or being compiled. */
 const compiled = new Map<Program, Promise<WebAssembly.Module>>();
 
-/** Error number of a system function that does not exist. */
+/** WASI error number for a system function that is not supported. */
 const notSupported = 52;
-/** Functions that the C library imports. The modules use no environment and never exit. */
+/** System functions that the C library imports. Each fails with `notSupported`; the modules do not depend on them. */
 const systemFunctions = new Proxy({}, { get: () => () => notSupported });
 
-/** Compiles a module, once for all instances. */
+/** Returns the compiled module. Compiles it at the first call. `bytes` is the module as compressed base64 text. */
 function compile(program: Program, bytes: string): Promise<WebAssembly.Module> {
     let module = compiled.get(program);
     if (!module) {
@@ -28,12 +30,12 @@ function compile(program: Program, bytes: string): Promise<WebAssembly.Module> {
     return module;
 }
 
-/** Starts to compile the module of the element. Its first instance then needs less time. */
+/** Starts to compile the element's module in the background, so that the first instance is ready earlier. */
 export function compileEarly(): void {
     compile("element", elementProgram).catch(() => {}); // `instantiate` reports the error
 }
 
-/** Makes an instance of a module. `functions` are its imports. Throws if the browser cannot run it. */
+/** Creates an instance of a module. The module imports `functions`. Throws if the browser cannot run the module. */
 export async function instantiate<Exports extends ModuleMemory>(
     program: Program,
     functions: Record<string, (...numbers: never[]) => number | void> = {},
@@ -46,7 +48,7 @@ export async function instantiate<Exports extends ModuleMemory>(
     return exports;
 }
 
-/** Decodes a program that the build compressed and wrote as base64. */
+/** Decodes a WebAssembly module that the build has compressed with deflate and written as base64. */
 async function decode(text: string): Promise<ArrayBuffer> {
     const compressed = Uint8Array.from(atob(text), (character) => character.charCodeAt(0));
     const stream = new Blob([compressed]).stream().pipeThrough(new DecompressionStream("deflate-raw"));

@@ -1,11 +1,11 @@
 // Renames the imports and exports of a WebAssembly module.
 
-/** Returns an unsigned LEB128 number as bytes. */
+/** Returns the bytes of a number in LEB128, the variable-length format of WebAssembly. */
 function encoded(value) {
     return value < 128 ? [value] : [128 | (value & 127), ...encoded(value >> 7)];
 }
 
-/** Reads a module and copies it to `output`. */
+/** Reads the bytes of a WebAssembly module and copies them to `output`. */
 class Copier {
     output = [];
 
@@ -35,7 +35,10 @@ class Copier {
         this.output.push(...encoded(name.length), ...name);
     }
 
-    /** Copies the import section. The element imports only functions. */
+    /**
+     * Copies the import section with the new names. Supports only imported functions; the element's module has no other
+     * imports.
+     */
     copyImports() {
         for (let count = this.copyNumber(); count > 0; --count) {
             this.copyName();
@@ -56,7 +59,10 @@ class Copier {
     }
 }
 
-/** Returns the module with other names. `shortNames` maps old names to new ones; all other names stay. */
+/**
+ * Returns the module with renamed imports and exports. `shortNames` maps old names to new names; all other names stay
+ * the same.
+ */
 export function renamed(bytes, shortNames) {
     const [importSection, exportSection, headerBytes] = [2, 7, 8];
     const rename = (name) => shortNames[name] ?? name;

@@ -1,4 +1,5 @@
-// Water over one area of a page: its state, its methods, and the GL context that it has while it is visible.
+// Water over one area of a page. Holds the options and the methods of the water. Unless `keepsContext` is true, the
+// water has a GL context only while the area is visible.
 
 import { defaultSettings, type Settings } from "../../build/web/settings";
 import { openContext } from "../engine/screen";
@@ -10,24 +11,27 @@ import { parseGesture, writeGesture } from "./gesture_scripts";
 import { LiveWater, type LiveOwner, type WaterState } from "./live_water";
 import { compileEarly } from "./wasm_module";
 
-/** The part of a page that the water covers. */
+/** The place of the water in a page. The custom element and CanvasWater implement this interface. */
 export interface WaterHost {
     /** Element whose box the water covers. */
     readonly area: HTMLElement;
-    /** Element in which a mouse hovers over the water. */
+    /** Element in which mouse moves touch the water, if `pointer` is "hover". */
     readonly hoverArea: HTMLElement;
     readonly source: BackgroundSource | null;
-    /** Target of the events. */
+    /** Object that dispatches the events of the water. */
     readonly events: EventTarget;
-    /** Returns a canvas without a GL context. */
+    /** Returns a canvas on which the water opens a GL context. */
     makeCanvas(): HTMLCanvasElement;
-    /** Shows the water, a copy of its last frame, or neither. */
+    /**
+     * Shows this canvas, which contains the water or a copy of its last frame. If null, shows only the plain
+     * background.
+     */
     show(canvas: HTMLCanvasElement | null): void;
-    /** True if the canvas belongs to the page, so that no other water may take its context. */
+    /** True if the canvas belongs to the page. The context pool then never takes the context from this water. */
     readonly keepsContext?: boolean;
 }
 
-/** Options of a touch by script. */
+/** Options of a touch that a script of the page makes. */
 export type DropOptions = Pick<StrokeOptions, "pressure">;
 
 const noWebGl = "This browser has no WebGL, or no more GL contexts. The plain picture is shown.";
@@ -36,7 +40,10 @@ const otherOrigin =
     "The background is from another origin, which does not allow its use. Send the header " +
     "Access-Control-Allow-Origin and set the attribute crossorigin. The plain picture is shown.";
 
-/** Instances of the module that no water uses. An instance keeps its memory, so it is used again. */
+/**
+ * Instances of the WebAssembly module that no Water uses now. They are reused, because the memory of an instance stays
+ * allocated.
+ */
 const idleEffects: Effect[] = [];
 
 export class Water implements PoolClient, LiveOwner {
@@ -50,7 +57,7 @@ export class Water implements PoolClient, LiveOwner {
     };
     private live: LiveWater | null = null;
     private effect: Effect | null = null;
-    /** Copy of the last frame, while there is no context. */
+    /** Copy of the last frame, which is shown while the water has no GL context. Null if there is no copy. */
     private still: HTMLCanvasElement | null = null;
     private isConnected = false;
     private isVisible = false;
@@ -58,7 +65,10 @@ export class Water implements PoolClient, LiveOwner {
     /** True if the browser cannot draw water. */
     private isUnsupported = false;
     private isReady = false;
-    /** Counts the openings and closings, so that an opening that was closed meanwhile ends. */
+    /**
+     * Number of calls of `open` and `close`. Opening takes several steps. If the number has changed meanwhile, the
+     * opening stops.
+     */
     private turn = 0;
     private readonly visibility =
         typeof IntersectionObserver === "function"
@@ -83,7 +93,7 @@ export class Water implements PoolClient, LiveOwner {
         return this.host.keepsContext ?? false;
     }
 
-    /** True while the water has a context. */
+    /** True while the water has a GL context. */
     get isLive(): boolean {
         return this.live !== null;
     }
@@ -93,14 +103,14 @@ export class Water implements PoolClient, LiveOwner {
         return this.live?.isIdle ?? true;
     }
 
-    /** Starts to follow the area's visibility. */
+    /** Starts to observe whether the area is visible. */
     connect(): void {
         this.isConnected = true;
         compileEarly(); // while the picture is loaded
         this.visibility?.observe(this.area);
     }
 
-    /** Gives the context back and forgets the last frame. */
+    /** Gives the GL context back and discards the copy of the last frame. */
     disconnect(): void {
         this.isConnected = false;
         this.isVisible = false;
@@ -111,7 +121,7 @@ export class Water implements PoolClient, LiveOwner {
         this.host.show(null);
     }
 
-    /** Applies a changed state. */
+    /** Applies `state` after it has changed. */
     update(): void {
         this.live?.update();
     }
@@ -128,7 +138,7 @@ export class Water implements PoolClient, LiveOwner {
         }
     }
 
-    /** Shows a changed background. */
+    /** Shows the background of the host after it has changed. */
     onBackground(): void {
         this.hasFailed = false;
         if (this.live) {
@@ -164,13 +174,16 @@ export class Water implements PoolClient, LiveOwner {
         this.live?.clearInk();
     }
 
-    /** Replays a gesture script. Resolves when it has started. Rejects with the fault of the script. */
+    /**
+     * Replays a gesture script. Resolves when the replay has started. Rejects with an Error that describes the script's
+     * first fault.
+     */
     async play(gesture: string): Promise<void> {
         const numbers = await parseGesture(gesture);
         this.needLive().play(numbers);
     }
 
-    /** Restarts the effect and records all touches. */
+    /** Restarts the effect, then records all touches as a gesture script. */
     startRecording(): void {
         this.needLive().startRecording();
     }
@@ -181,7 +194,7 @@ export class Water implements PoolClient, LiveOwner {
         return numbers.length > 0 ? writeGesture(numbers) : "";
     }
 
-    /** Returns the current frame as a PNG image. */
+    /** Resolves to the current frame as a PNG image. */
     async toBlob(): Promise<Blob> {
         const canvas = this.live ? await this.live.capture() : this.still;
         if (!canvas) {
@@ -192,12 +205,12 @@ export class Water implements PoolClient, LiveOwner {
         );
     }
 
-    /** Opens a context. The pool calls it. */
+    /** Opens a GL context. The context pool calls this method. */
     open(): void {
         void this.openContext(++this.turn);
     }
 
-    /** Gives the context back and shows the last frame. The pool calls it. */
+    /** Gives the GL context back and shows a copy of the last frame. The context pool also calls this method. */
     close(): void {
         ++this.turn;
         if (this.live) {
@@ -260,7 +273,7 @@ export class Water implements PoolClient, LiveOwner {
         this.follow();
     }
 
-    /** Requests a context if the water can be seen. Gives it back otherwise. */
+    /** Requests a GL context if the water is visible and can draw. Otherwise gives the context back. */
     private follow(): void {
         const { source } = this;
         if (!this.isConnected || this.hasFailed || this.isUnsupported || (!this.isVisible && !(this.live && this.keepsContext))) {
@@ -275,7 +288,7 @@ export class Water implements PoolClient, LiveOwner {
         contextPool.release(this);
     }
 
-    /** Reports an error and shows the plain picture until the background changes. */
+    /** Dispatches an "error" event and shows the plain background until the background changes. */
     private fail(message: string): void {
         if (this.hasFailed) {
             return;

@@ -42,7 +42,7 @@ EM_JS(void, reportRecording, (const char* script), { Module.onRecordingEnd(UTF8T
 
 namespace {
 
-/// Buffer that holds the last returned string.
+/// The string that the last call returned to the page.
 std::string result;
 /// Script that readScript has parsed.
 hostkit::GestureScript script;
@@ -54,7 +54,7 @@ hostkit::Image painted;
 std::vector<app::FlowLine> lines;
 static_assert(sizeof(app::FlowLine) == 8 * sizeof(float));
 app::EffectProbe probe;
-/// True if the probe observes the frames that are drawn.
+/// True if `probe` observes the drawn frames.
 bool observes = false;
 /// Overlay for the ink density. Empty until it is first drawn in the current GL context.
 std::optional<app::DensityOverlay> densityOverlay;
@@ -94,7 +94,7 @@ void writeSettings(const app::Settings& settings, double* numbers) {
     std::transform(settings.ink.begin(), settings.ink.end(), numbers, app::shortestNumber);
 }
 
-/// Writes the settings and returns true. Writes nothing and returns false if there are none.
+/// Writes the settings and returns true. If `settings` is empty, writes nothing and returns false.
 bool writeIfAny(const std::optional<app::Settings>& settings, double* numbers) {
     if (settings) {
         writeSettings(*settings, numbers);
@@ -124,12 +124,14 @@ EMSCRIPTEN_KEEPALIVE void noteSettings(double now, const double* numbers) {
     history.note(settings, web::moment(now));
 }
 
-/// Undoes the last change and writes the resulting settings. Returns false if there is no change to undo.
+/// Undoes the last change of the settings and writes the resulting settings. Returns false if there is no change to
+/// undo.
 EMSCRIPTEN_KEEPALIVE bool undoSettings(double* numbers) {
     return writeIfAny(history.undo(), numbers);
 }
 
-/// Redoes the change that was undone last and writes the resulting settings. Returns false if there is no such change.
+/// Redoes the change of the settings that was undone last, and writes the resulting settings. Returns false if there is
+/// no such change.
 EMSCRIPTEN_KEEPALIVE bool redoSettings(double* numbers) {
     return writeIfAny(history.redo(), numbers);
 }
@@ -138,18 +140,18 @@ EMSCRIPTEN_KEEPALIVE void getSettings(double* numbers) {
     writeSettings(session.settings, numbers);
 }
 
-/// Writes random settings, the same for the same seed. Does not change the current settings.
+/// Writes random settings, which are the same for the same seed. Does not change the current settings.
 EMSCRIPTEN_KEEPALIVE void randomSettings(unsigned seed, double* numbers) {
     writeSettings(app::randomSettings(seed), numbers);
 }
 
-/// Writes red, green and blue of an ink that stands out from the current background.
+/// Writes red, green and blue of an ink colour that stands out from the current background.
 EMSCRIPTEN_KEEPALIVE void inkAgainstBackground(double* ink) {
     const auto color = session.inkAgainstBackground(0);
     std::transform(color.begin(), color.end(), ink, app::shortestNumber);
 }
 
-/// Begins a preset. The page then calls setPresetMember for each member, and takePreset.
+/// Begins to read a preset. The page then calls setPresetMember for each member of the preset, and finally takePreset.
 EMSCRIPTEN_KEEPALIVE void beginPreset() {
     preset = {};
 }
@@ -175,7 +177,7 @@ EMSCRIPTEN_KEEPALIVE const char* setPresetMember(const char* name, int kind, con
     return result.c_str();
 }
 
-/// Writes the settings of the preset.
+/// Writes the settings of the preset that was read member by member.
 EMSCRIPTEN_KEEPALIVE void takePreset(double* numbers) {
     writeSettings(preset, numbers);
 }
@@ -215,7 +217,7 @@ EMSCRIPTEN_KEEPALIVE bool isWaterIdle() {
     return session.isWaterIdle();
 }
 
-/// Fixes the quality at a level. Level 0 has full detail. A negative level turns adaptive quality on instead.
+/// Fixes the quality at a level. Level 0 has full detail. If the level is negative, turns adaptive quality on instead.
 EMSCRIPTEN_KEEPALIVE void setQuality(int level) {
     session.quality = level < 0 ? app::searchingQuality() : app::fixedQuality(level);
 }
@@ -228,13 +230,13 @@ EMSCRIPTEN_KEEPALIVE int qualityLevel() {
     return session.quality.level;
 }
 
-/// Returns the number of water cells from one vertex of the drawn mesh to the next.
+/// Returns the distance between neighbouring vertices of the drawn mesh, as a number of water cells.
 EMSCRIPTEN_KEEPALIVE int qualityCells() {
     return app::qualityLevels[session.quality.level].cellsPerVertex;
 }
 
-/// Parses a gesture script for startReplay. Returns an empty string, or a message about the script's fault. A faulty
-/// script does not replace the previous one.
+/// Parses a gesture script for startReplay. Returns an empty string, or a message about the script's fault. If the
+/// script is faulty, the previously read script stays available.
 EMSCRIPTEN_KEEPALIVE const char* readScript(const char* text, const char* name) {
     try {
         script = hostkit::parseGestureScript(text, name);

@@ -7,8 +7,8 @@
 
 #include "hostkit/gesture_script.h"
 
-// Functions of the session that the page and the custom element call. Times are in milliseconds; `now` is
-// performance.now().
+// Exported functions that call the session (app/session.h). The page and the custom element both use them. Times are in
+// milliseconds; `now` is performance.now().
 
 namespace web {
 namespace {
@@ -87,7 +87,7 @@ EMSCRIPTEN_KEEPALIVE bool isAttractModeRunning() {
     return session.attractMode().isRunning();
 }
 
-/// Returns the milliseconds until attract mode is due, or a negative value if attract mode will not start by itself.
+/// Returns the milliseconds until attract mode starts, or a negative value if attract mode will not start by itself.
 EMSCRIPTEN_KEEPALIVE double attractModeDelay(double now) {
     const auto delay = session.attractMode().untilStart(moment(now));
     return delay ? inMilliseconds(*delay) : -1.0;
@@ -97,7 +97,7 @@ EMSCRIPTEN_KEEPALIVE void startAttractModeIfIdle(double now, bool busy) {
     session.startAttractModeIfIdle(moment(now), busy);
 }
 
-/// Returns the number of frames that are due. dueTime returns the duration of each.
+/// Returns the number of frames that are due. dueTime returns the duration of each of these frames.
 EMSCRIPTEN_KEEPALIVE int takeDueFrames(double now) {
     due = session.takeDueFrames(moment(now));
     return due.frames;
@@ -123,7 +123,7 @@ EMSCRIPTEN_KEEPALIVE bool mayShowInk() {
     return session.mayShowInk();
 }
 
-/// Passes the milliseconds between two frames to adaptive quality.
+/// Passes the interval between two frames, in milliseconds, to adaptive quality.
 EMSCRIPTEN_KEEPALIVE void noteInterval(double interval) {
     session.noteInterval(interval);
 }

@@ -13,7 +13,7 @@ namespace web {
 // NOLINTNEXTLINE(bugprone-dynamic-static-initializers): a declaration initialises nothing
 extern app::Session session;
 
-/// Converts a time of performance.now(), in milliseconds.
+/// Converts a result of performance.now(), in milliseconds, to a time point.
 app::Clock::time_point moment(double milliseconds);
 /// Converts a duration to milliseconds.
 double inMilliseconds(std::chrono::nanoseconds time);

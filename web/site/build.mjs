@@ -21,7 +21,7 @@ const pictureSize = [1280, 800];
 const source = (file) => readFileSync(join(here, file), "utf8");
 const escaped = (text) => text.replaceAll("&", "&amp;").replaceAll("<", "&lt;").replaceAll('"', "&quot;");
 
-/** Replaces each name in capital letters with the member of `parts` that has this name. */
+/** Replaces each placeholder in `text`, a name in capital letters, with the member of `parts` that has this name. */
 function filled(text, parts) {
     return text.replace(new RegExp(Object.keys(parts).join("|"), "g"), (name) => parts[name]);
 }
@@ -133,7 +133,7 @@ function bundleReact() {
     });
 }
 
-/** Writes the pictures as data URLs, for pages that are opened from disk. */
+/** Writes a script with the pictures as data URLs, for pages that are opened from disk. */
 function savePictureData() {
     const types = { jpg: "image/jpeg", mp4: "video/mp4" };
     const data = {};

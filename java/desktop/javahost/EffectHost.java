@@ -51,7 +51,7 @@ final class EffectHost implements AutoCloseable {
         };
     }
 
-    /** Applies the events that a script has for a frame. */
+    /** Applies those events of a script that belong to frame number `frame`. */
     void apply(GestureScript script, int frame) { script.applyFrame(frame, target); }
 
     boolean inkShown() { return velmora.getClearInkValue() != 0; }

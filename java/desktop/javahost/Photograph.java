@@ -49,8 +49,8 @@ final class Photograph {
         } catch (HostException tooLarge) {
             throw tooLarge;
         } catch (IOException | RuntimeException | OutOfMemoryError broken) {
-            // Decoders throw many kinds of exceptions for a damaged file. The code below reports
-            // them all.
+            // Decoders throw many kinds of exceptions for a damaged file. The statement below
+            // reports the same error for all of them.
         }
         throw new HostException(
             file + ": cannot be read as an image; use a PNG, JPEG, BMP or GIF file");
@@ -64,8 +64,8 @@ final class Photograph {
             throw new HostException(
                 file + ": expected at most 100 million pixels, found " + columns + " x " + rows);
         }
-        // Read only every n-th pixel of a large image. Even if the image is turned, at least as
-        // many pixels remain as the screen has.
+        // Read only every n-th pixel of a large image. Enough pixels remain to cover the screen,
+        // even if the image is turned by 90 degrees.
         int spare = Math.max(1, Math.min(columns, rows) / Math.max(width, height));
         ImageReadParam sparse = reader.getDefaultReadParam();
         sparse.setSourceSubsampling(spare, spare, 0, 0);

@@ -8,7 +8,10 @@ const { chromium } = createRequire(new URL("../../../web/package.json", import.m
 
 export const name = "chromium";
 
-/** Abilities that the engine lacks, each with the reason. */
+/**
+ * Names of the abilities that the engine lacks, each with the reason. `needs` in engine.mjs skips the tests of these
+ * abilities.
+ */
 export const cannot = {};
 
 const softwareGl = ["--use-angle=swiftshader", "--enable-unsafe-swiftshader"];

@@ -21,7 +21,10 @@ const chosen = process.env.VELMORA_ENGINE ?? "chromium";
 /** The chosen engine. */
 export const engine = await import(`./${chosen}.mjs`);
 
-/** Returns the options of a test that needs these abilities. An engine that lacks one of them skips the test. */
+/**
+ * Returns the options of a test that needs these abilities. If the engine lacks one of the abilities, the test is
+ * skipped.
+ */
 export function needs(...abilities) {
     const reasons = abilities.map((ability) => engine.cannot[ability]).filter(Boolean);
     return { skip: reasons.length > 0 && `${engine.name}: ${reasons.join(", ")}` };

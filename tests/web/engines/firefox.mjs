@@ -1,4 +1,5 @@
-// Firefox on a virtual display, driven by Puppeteer over WebDriver BiDi. Headless Firefox has no WebGL here.
+// Firefox on a virtual display, driven by Puppeteer over WebDriver BiDi. Headless Firefox has no WebGL on the test
+// machines.
 
 import { mkdtempSync, readdirSync, readFileSync, rmSync, watch } from "node:fs";
 import { createRequire } from "node:module";
@@ -87,7 +88,7 @@ async function newPage(browser, downloads, { size = defaultSize, deviceScaleFact
         screenshot: async (options) => Buffer.from(await real.screenshot(options)),
         download: (act) => download(downloads, act),
         async close() {
-            // Firefox reports no requests for files.
+            // Firefox does not report requests for files, so the page lists the files that it has loaded.
             page.requests = [...new Set([...(await real.evaluate(requestedFiles)), ...requests])];
             await context.close();
         },

@@ -14,7 +14,9 @@ for (const signal of ["SIGHUP", "SIGINT", "SIGTERM"]) {
     process.on(signal, () => process.exit(1));
 }
 
-/** Starts a program. setpriv ends the program together with this process, even if this process is killed. */
+/**
+ * Starts a program. `setpriv` makes the system end the program when this process ends, even if this process is killed.
+ */
 export function start(program, args, options) {
     const started = spawn("setpriv", ["--pdeathsig", "KILL", program, ...args], options);
     running.add(started);
@@ -33,7 +35,10 @@ export async function stop(started) {
     }
 }
 
-/** Starts a virtual display for browsers that have no WebGL without a display. `environment` makes programs use it. */
+/**
+ * Starts a virtual display, because some browsers have no WebGL if there is no display. The result's `environment`
+ * makes programs use this display.
+ */
 export async function startDisplay() {
     const options = { stdio: ["ignore", "ignore", "ignore", "pipe"] };
     const server = start("Xvfb", ["-displayfd", "3", "-screen", "0", "2000x1300x24", "-nolisten", "tcp"], options);
@@ -41,7 +46,7 @@ export async function startDisplay() {
     const environment = {
         ...process.env,
         DISPLAY: `:${String(number).trim()}`,
-        // Browsers would start a message bus and leave it running.
+        // With this address, browsers start no message bus, which would keep running after the tests.
         DBUS_SESSION_BUS_ADDRESS: "disabled:",
         NO_AT_BRIDGE: "1",
     };

@@ -1,4 +1,5 @@
-// WebKitGTK on a virtual display, driven by its WebDriver. webkit_browser.py is the browser around the engine.
+// WebKitGTK on a virtual display, driven by its WebDriver. webkit_browser.py is a minimal browser that displays pages
+// with this engine.
 
 import { once } from "node:events";
 import { mkdirSync, mkdtempSync, readdirSync, readFileSync, rmSync, watch, writeFileSync } from "node:fs";
@@ -33,7 +34,7 @@ export async function launch({ webgl = true, camera = false } = {}) {
     return { newPage: (options) => newPage(environment, options), close: () => display.stop() };
 }
 
-/** Starts a browser of its own for each page, so that pages share no storage. */
+/** Opens a page in a new browser, so that pages share no storage. */
 async function newPage(environment, options = {}) {
     const { size = defaultSize, deviceScaleFactor = 1, before, reducedMotion, colorScheme } = options;
     const folder = mkdtempSync(join(tmpdir(), "velmora-webkit-"));
@@ -75,7 +76,7 @@ gtk-application-prefer-dark-theme=${colorScheme === "dark" ? 1 : 0}
     return page;
 }
 
-/** Returns a port that no program uses. */
+/** Returns a TCP port that no program uses. */
 async function freePort() {
     const server = createServer().listen(0, "127.0.0.1");
     await once(server, "listening");
@@ -107,7 +108,10 @@ async function request(method, url, body) {
     return value;
 }
 
-/** Returns the source of a function as an expression. Adds `function` to the source of a method. */
+/**
+ * Returns the source text of a function as an expression. If the function is a method, adds the keyword `function` to
+ * the text.
+ */
 function expressionOf(call) {
     const text = String(call);
     const isMethod = /^(async )?(?!async|function)\w+\s*\([^)]*\)\s*\{/.test(text);
@@ -197,7 +201,8 @@ class Page {
     }
 
     async screenshot({ path } = {}) {
-        // The driver copies the window, which may not show the page's last changes yet.
+        // The driver takes the screenshot from the window. Wait two animation frames, so that the window shows the
+        // page's last changes.
         await this.evaluate(() => new Promise((resolve) => requestAnimationFrame(() => requestAnimationFrame(resolve))));
         const png = Buffer.from(await this.send("GET", "screenshot"), "base64");
         if (path) {
@@ -210,7 +215,7 @@ class Page {
     async download(act) {
         const watcher = watch(this.#downloads);
         try {
-            // The browser moves complete files into the folder.
+            // The browser moves only complete files into the download folder.
             const newest = () => readdirSync(this.#downloads)[0];
             const saved = new Promise((resolve) => watcher.on("change", () => resolve(newest())));
             await act();

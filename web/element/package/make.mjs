@@ -20,7 +20,10 @@ writeFileSync(join(output, "react.js"), "export {};\n"); // only types
 writeFileSync(join(output, "package.json"), `${JSON.stringify(manifest(), null, 4)}\n`);
 writeFileSync(join(output, "custom-elements.json"), `${JSON.stringify(await elementsManifest(), null, 4)}\n`);
 
-/** Writes the type declarations. Node resolves an import in a module only if it names the whole file. */
+/**
+ * Writes the type declarations. Adds the file extension to their imports, because Node resolves an import only if it
+ * names the whole file.
+ */
 function writeTypes() {
     execFileSync(process.execPath, [join(top, "web/node_modules/typescript/bin/tsc"), "-p", here], { stdio: "inherit" });
     const folder = join(output, "types");
@@ -58,7 +61,7 @@ function manifest() {
     };
 }
 
-/** Describes the element for editors and documentation tools. */
+/** Returns the custom elements manifest, a JSON file that describes the element for editors and documentation tools. */
 async function elementsManifest() {
     const { VelmoraWater } = await import(pathToFileURL(join(output, "velmora.js")));
     const attributes = VelmoraWater.observedAttributes.map((name) => ({ name }));

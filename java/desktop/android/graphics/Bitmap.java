@@ -4,8 +4,8 @@ import java.nio.ByteBuffer;
 import java.nio.ByteOrder;
 
 /**
- * Replaces Android's Bitmap class on a desktop JVM. It has the methods that a host of the library
- * uses. The desktop version of jnigraphics reads the fields of this class.
+ * Replaces Android's Bitmap class on a desktop JVM. It has those methods of Bitmap that a host of
+ * the library uses. The desktop version of the jnigraphics library reads the fields of this class.
  */
 public final class Bitmap {
     /**
@@ -62,6 +62,8 @@ public final class Bitmap {
     /** Frees the pixels. Afterwards, native code cannot lock them. */
     public void recycle() { pixels = null; }
 
-    /** Tells the jnigraphics library that bitmaps are objects of this class. */
+    /**
+     * Tells the desktop version of the jnigraphics library that bitmaps are objects of this class.
+     */
     private static native void readBitmapsThroughJni();
 }

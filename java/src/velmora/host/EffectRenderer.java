@@ -16,10 +16,13 @@ public final class EffectRenderer {
     private static final int BACKGROUND_SLOT = 1;
     private static final int SECOND_BACKGROUND_SLOT = 2;
 
-    /** Maximum time by which one frame advances the effect, in nanoseconds. */
+    /** Maximum time in nanoseconds by which the effect advances in one frame. */
     private static final long MAX_ELAPSED = 4 * FramePacer.FRAME_TIME;
 
-    /** The renderer of this process that may draw, or null. Guarded by the class's lock. */
+    /**
+     * The only renderer of this process that draws, or null if none is active. Guarded by the
+     * class's lock.
+     */
     private static EffectRenderer active;
 
     private final NativeForVelmora velmora;
@@ -30,7 +33,10 @@ public final class EffectRenderer {
     private long lastFrame;
     private boolean runs;
 
-    /** Creates a renderer. `reflectionMap` must be a square ARGB_8888 bitmap. */
+    /**
+     * Creates a renderer. `reflectionMap` is the image that waves reflect: a square ARGB_8888
+     * bitmap.
+     */
     public EffectRenderer(NativeForVelmora velmora, Bitmap reflectionMap) {
         this.velmora = velmora;
         this.reflectionMap = reflectionMap;
@@ -43,8 +49,8 @@ public final class EffectRenderer {
     public void contextCreated() { contextIsNew = true; }
 
     /**
-     * Makes this renderer the one that draws in this process. Any other renderer stops drawing. May
-     * be called on any thread.
+     * Makes this renderer the one that draws in this process. Any other renderer stops drawing. Any
+     * thread can call this method.
      */
     public void activate() {
         synchronized (EffectRenderer.class) {
@@ -83,8 +89,8 @@ public final class EffectRenderer {
             boolean goesOn = runs && scene == shown;
             setUp(scene);
             // After a pause, water and rain advance by one frame instead of catching up. The
-            // difference can be negative, because a frame that the system demanded may have a later
-            // time than this one.
+            // difference can be negative if EffectStage.drawNow drew the last frame: drawNow uses
+            // the current time, but this frame can have the earlier time of a display refresh.
             long elapsed = goesOn ? time - lastFrame : FramePacer.FRAME_TIME;
             scene.frame(Math.max(0, Math.min(elapsed, MAX_ELAPSED)));
             runs = scene.needsFrame();
@@ -113,8 +119,8 @@ public final class EffectRenderer {
             velmora.onInitGPU();
         }
         if (settingIsNew) {
-            // End the gesture, so that a gesture of another screen does not continue on this
-            // screen.
+            // End the gesture, so that a gesture that began on another screen does not continue on
+            // this one.
             velmora.clearInkValue();
             scene.inkIsGone();
         }

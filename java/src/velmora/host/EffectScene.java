@@ -19,8 +19,8 @@ public final class EffectScene {
     private static final double MAX_RIPPLES_AT_ONCE = 64.0;
 
     /**
-     * Number of frames for which rain continues after the last touch: 20 seconds. With endless
-     * rain, a phone would never be idle.
+     * Number of frames for which rain continues after the last touch: 20 seconds. If the rain never
+     * ended, a phone would never be idle.
      */
     private static final int RAIN_FRAMES = 1200;
 
@@ -149,7 +149,7 @@ public final class EffectScene {
         idle.wake();
     }
 
-    /** Removes the ink and ends the gesture. */
+    /** Removes the ink and ends the current gesture. */
     public void clearInk() {
         applyTouches();
         velmora.clearInkValue();
@@ -187,7 +187,7 @@ public final class EffectScene {
     /** Requests a frame, for example because a new surface is empty. */
     public void wake() { idle.wake(); }
 
-    /** Starts the rain again. Called when the scene is shown. */
+    /** Starts the rain again for RAIN_FRAMES frames. Called when the scene is shown. */
     void restartRain() { rainFrames = RAIN_FRAMES; }
 
     /**
@@ -222,8 +222,8 @@ public final class EffectScene {
 
     private void replaceWater() {
         water = new WaterDriver(velmora, width, height, waterSettings);
-        // The mesh is centred on the origin, y up, and is MESH_OVERHANG times as large as the
-        // surface.
+        // The centre of the mesh is the origin, and y points up. The mesh is drawn MESH_OVERHANG
+        // times as large as the surface.
         mvpMatrix[0] = 2.0f * WaterDriver.MESH_OVERHANG / water.meshSizeWidth;
         mvpMatrix[5] = 2.0f * WaterDriver.MESH_OVERHANG / water.meshSizeHeight;
         mvpMatrix[10] = 1.0f;

@@ -1,6 +1,9 @@
 package velmora.host;
 
-/** Arguments of onDrawFrame that decide how the water looks, and strengths of a touch's ripples. */
+/**
+ * Arguments of onDrawFrame that determine the look of the water, and the strengths of the ripples
+ * of a touch.
+ */
 public final class EffectSettings {
     /** Refractive index: 1 means no refraction, 1.33 is the index of water. */
     public float refractiveIndex = 1.33f;

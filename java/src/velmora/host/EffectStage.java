@@ -60,7 +60,9 @@ public final class EffectStage {
         renderer.activate();
     }
 
-    /** Hides a scene. The visible scene that was shown last draws from now on. */
+    /**
+     * Hides a scene. From now on, the scene that was shown last among those still visible draws.
+     */
     public void hide(EffectScene scene) {
         scene.releaseFinger();
         if (visible.removeIf(entry -> entry.scene == scene) && !visible.isEmpty()) {
@@ -68,7 +70,10 @@ public final class EffectStage {
         }
     }
 
-    /** Passes a touch to the scene that draws. Ignores touches of all other scenes. */
+    /**
+     * Passes a touch to the scene if it is the scene that draws. Ignores touches of all other
+     * scenes.
+     */
     public void touch(EffectScene scene, int action, double x, double y, float pressure) {
         if (!visible.isEmpty() && visible.get(visible.size() - 1).scene == scene) {
             scene.touch(action, x, y, pressure);

@@ -8,16 +8,22 @@ public final class FramePacer {
     /** Duration of a frame in nanoseconds. */
     public static final long FRAME_TIME = 16_666_667;
 
-    /** Maximum time in nanoseconds by which a display frame may be early. */
+    /**
+     * Maximum time in nanoseconds by which a display frame may be early and the effect still draws
+     * in it.
+     */
     private static final long TOLERANCE = 1_000_000;
 
     private long lastTime;
     private boolean runs;
 
-    /** Effect time in nanoseconds that has passed but is not covered by a drawn frame. */
+    /**
+     * Time in nanoseconds by which the effect must still advance. A frame is due when this time
+     * reaches the duration of a frame.
+     */
     private long owed;
 
-    /** Starts anew: the effect draws in the next display frame. */
+    /** Forgets the time of the last frame, so that the effect draws in the next display frame. */
     public void restart() { runs = false; }
 
     /**
@@ -38,8 +44,8 @@ public final class FramePacer {
         if (owed < FRAME_TIME - TOLERANCE) {
             return false;
         }
-        // Keep the remainder between -TOLERANCE and one frame. So after a long delay, at most one
-        // extra frame is due.
+        // Keep the remaining time between -TOLERANCE and the duration of one frame. After a long
+        // delay, at most one extra frame is then due.
         owed = Math.max(-TOLERANCE, Math.min(owed - FRAME_TIME, FRAME_TIME));
         return true;
     }

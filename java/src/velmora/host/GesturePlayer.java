@@ -40,7 +40,9 @@ public final class GesturePlayer {
         }
     }
 
-    /** Stops the script. Lifts its finger and restores the ink colour of the settings. */
+    /**
+     * Stops the script: lifts the finger of the script and restores the ink colour of the settings.
+     */
     public void stop() {
         if (script != null) {
             script = null;

@@ -31,7 +31,7 @@ final class IdleDetector {
         frameIsOwed = true;
     }
 
-    /** Requests a frame, because something changed. */
+    /** Requests a frame, because the next frame may differ from the last frame. */
     void wake() { frameIsOwed = true; }
 
     /**

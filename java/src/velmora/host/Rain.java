@@ -1,6 +1,6 @@
 package velmora.host;
 
-/** Makes rain fall on the water. The same drops fall in every run. */
+/** Makes rain fall on the water. The positions and sizes of the drops are the same in every run. */
 final class Rain {
     private double dropsDue;
     private int seed = 1;
@@ -17,8 +17,8 @@ final class Rain {
     }
 
     /**
-     * Returns the next pseudo-random number in [0, 1). Does not use the C library's rand: the
-     * solver uses it, and rain must not change the solver's numbers.
+     * Returns the next pseudo-random number in [0, 1). Does not use the C library's rand. The
+     * solver uses rand, and rain must not change the random numbers of the solver.
      */
     private double chance() {
         seed = seed * 1664525 + 1013904223;

@@ -1,6 +1,9 @@
 package velmora.host;
 
-/** Passes the events of a gesture script to a scene. Ignores lose-context events. */
+/**
+ * Passes the events of a gesture script to a scene. Ignores events that ask for the loss of the GL
+ * context.
+ */
 public class SceneTarget implements GestureScript.Target {
     private final EffectScene scene;
 

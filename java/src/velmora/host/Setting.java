@@ -1,6 +1,9 @@
 package velmora.host;
 
-/** All settings except the ink colour, each with its name in presets, type, range and default. */
+/**
+ * All settings except the ink colour. Each has its name in presets, its type, its range and its
+ * default value.
+ */
 public enum Setting {
     DAMPING("damping", Kind.NUMBER, 0.8f, 0.999f, 0.97f),
     WAVE_SPEED("waveSpeed", Kind.NUMBER, 0.05f, 1.2f, 0.365f),

@@ -33,7 +33,7 @@ public final class Settings {
 
     public boolean isOn(Setting setting) { return get(setting) != 0; }
 
-    /** Returns the ink colour: red, green and blue, 0 to 1 each. */
+    /** Returns the ink colour: red, green and blue, each from 0 to 1. */
     public float[] ink() { return ink.clone(); }
 
     public void setInk(float red, float green, float blue) {
@@ -42,7 +42,7 @@ public final class Settings {
         ink[2] = blue;
     }
 
-    /** Copies the drawing settings into the arguments of onDrawFrame. */
+    /** Copies the ink colour and all other values that EffectSettings contains. */
     void applyTo(EffectSettings effect) {
         EffectSettings defaults = new EffectSettings();
         effect.refractiveIndex = get(Setting.REFRACTIVE_INDEX);

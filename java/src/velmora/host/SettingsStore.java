@@ -14,8 +14,8 @@ import org.json.JSONObject;
 
 /**
  * Stores the user's choices in files: the name of the preset, the settings and a copy of the photo.
- * One process writes, on any of its threads, and other processes read. Each file is replaced as a
- * whole, so a reader never sees an incomplete file.
+ * Only one process writes to the store, on any of its threads. Other processes only read. Each file
+ * is replaced as a whole, so a reader never sees an incomplete file.
  */
 public final class SettingsStore {
     private static final String PRESET = "preset";

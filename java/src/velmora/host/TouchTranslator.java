@@ -4,7 +4,8 @@ import com.corvane.android.visualeffect.lock.velmora.NativeForVelmora;
 
 /**
  * Translates Android's touch events into events of one finger. The library expects only the actions
- * 0 to 3. Any other action would also move the touch, so it must be filtered out.
+ * 0 to 3. The library would treat any other action as a movement, so this class filters out the
+ * other actions.
  */
 public final class TouchTranslator {
     /** Result for an event that the library must not receive, for example of a second finger. */
@@ -42,8 +43,8 @@ public final class TouchTranslator {
     public int pointer() { return firstPointer; }
 
     /**
-     * Returns the pressure to pass to the library. Devices that cannot measure pressure report 1;
-     * the setting replaces this value.
+     * Returns the pressure to pass to the library. Devices that cannot measure pressure report 1.
+     * The pressure of the settings replaces this value.
      */
     public static float pressure(float reported, Settings settings) {
         return reported == 1.0f ? settings.get(Setting.PRESSURE) : reported;

@@ -11,14 +11,17 @@ import com.corvane.android.visualeffect.lock.velmora.NativeForVelmora;
  * repeat the last cell, which is part of the fixed border.
  */
 final class WaterDriver {
-    /** Mesh units along the shorter side of the screen. A unit has the same length on both axes. */
+    /**
+     * Number of mesh units, the unit of vertex positions, along the shorter side of the screen. A
+     * unit has the same length on both axes.
+     */
     private static final int SHORT_SIDE_MESH_UNITS = 16;
 
     private static final int MAX_VERTICES = 65536;
 
     /**
-     * Minimum number of cells along a side. This leaves room for the cone of a ripple and for the
-     * border, which never changes.
+     * Minimum number of cells along a side. With this minimum, the cone of a ripple fits between
+     * the border cells, which never change.
      */
     private static final int MIN_CELLS = 8;
 
@@ -31,8 +34,8 @@ final class WaterDriver {
     private static final long MAX_TIME_AT_ONCE = 4;
 
     /**
-     * Volume of a cone of radius 1 and height 1, divided by the area of a lattice cell: 2 pi / (3
-     * sqrt 3).
+     * Volume of a cone of radius 1 and height 1, divided by the area per point of a triangular
+     * lattice with spacing 1: 2 pi / (3 sqrt 3).
      */
     private static final double CONE_OVERLAP = 1.2092;
 
@@ -44,8 +47,8 @@ final class WaterDriver {
 
     /**
      * Factor by which the drawn mesh is larger than the screen. With this factor, the edges of the
-     * background appear at the edges of the screen: the eye is 30 units in front of the mesh and
-     * the background 30.9 units behind it.
+     * background appear at the edges of the screen: the viewer's eye is 30 mesh units in front of
+     * the mesh, and the background is 30.9 units behind the mesh.
      */
     static final float MESH_OVERHANG = 1.015f;
 
@@ -114,7 +117,10 @@ final class WaterDriver {
         return fits;
     }
 
-    /** Copies the waves of another water on the same screen. Its grid and step rate may differ. */
+    /**
+     * Copies the waves of another water on the same screen. The other water can have a different
+     * grid and step rate.
+     */
     void resampleWaves(WaterDriver from) {
         resample(from, from.height, height, 1.0f);
         resample(from, from.velocity, velocity,
@@ -169,15 +175,12 @@ final class WaterDriver {
     /** Returns true while a wave moves. */
     boolean moves() { return !idle; }
 
-    /**
-     * Raises a cone where the user touches, in screen pixels, y down. The water is then no longer
-     * idle.
-     */
+    /** Raises a cone at a position in screen pixels, y down. The water is then no longer idle. */
     void ripple(double x, double y, float strength) {
         double radius = settings.rippleRadius;
         if (radius <= WaterSettings.CONE_RADIUS) {
-            // The library raises only cones of a larger radius. So raise such a cone with less
-            // height but the same volume.
+            // The library raises only cones of radius CONE_RADIUS, which is larger. So raise such a
+            // cone with less height but the same volume.
             double flatter =
                 radius * radius / (WaterSettings.CONE_RADIUS * WaterSettings.CONE_RADIUS);
             raiseCone(x, y, (float) (strength * flatter));
@@ -214,8 +217,8 @@ final class WaterDriver {
     }
 
     /**
-     * Runs the simulation steps that are due after `elapsed` nanoseconds. A host that stalled skips
-     * time instead of catching up.
+     * Runs the simulation steps that are due after `elapsed` nanoseconds. After a stall of the
+     * host, the water skips the lost time instead of catching up.
      */
     void advance(long elapsed) {
         if (idle) {

@@ -5,7 +5,7 @@ package velmora.host;
  * simulation steps. Instances are immutable.
  */
 public final class WaterSettings {
-    /** Radius in cells of the cone that the native method ripple raises. */
+    /** Radius, in cells, of the cone that the native method `ripple` raises. */
     static final double CONE_RADIUS = 3.0;
 
     /** Number of cells along the shorter side of the screen. Cells are square. */

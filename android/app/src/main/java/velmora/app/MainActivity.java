@@ -35,7 +35,8 @@ import velmora.host.SettingsStore;
 
 /**
  * Shows a photo under water and offers the shipped presets. A SettingsStore keeps the photo and the
- * preset. So they survive a rotation and the end of the process, and the wallpaper can read them.
+ * preset. Both therefore survive a rotation and the end of the process, and the wallpaper can read
+ * both.
  */
 public final class MainActivity extends Activity {
     private static final int PHOTO_REQUEST = 1;
@@ -108,7 +109,9 @@ public final class MainActivity extends Activity {
         }
     }
 
-    /** Lets the water extend behind the system bars and keeps the controls clear of them. */
+    /**
+     * Draws the water behind the system bars too, and keeps the controls outside the system bars.
+     */
     private void drawEdgeToEdge(View panel) {
         layOutBelowBars();
         panel.setOnApplyWindowInsetsListener((view, insets) -> {

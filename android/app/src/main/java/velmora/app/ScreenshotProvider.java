@@ -12,8 +12,8 @@ import java.io.File;
 import java.io.FileNotFoundException;
 
 /**
- * Gives other apps read access to screenshots that the user shares with them. They cannot read any
- * other file.
+ * Gives other apps read access to screenshots that the user shares with these apps. They cannot
+ * read any other file of this app.
  */
 public final class ScreenshotProvider extends ContentProvider {
     private static final String FOLDER = "screenshots";

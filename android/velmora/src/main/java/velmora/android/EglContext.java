@@ -45,8 +45,9 @@ final class EglContext {
     }
 
     /**
-     * Returns the first configuration with 8 bits per channel. If there is none, returns the first
-     * of all. EGL lists configurations with more bits first.
+     * Returns the first configuration with 8 bits per channel. EGL lists configurations with more
+     * bits first. If no configuration has 8 bits per channel, returns the first of all
+     * configurations.
      */
     private EGLConfig choose(EGLConfig[] configs, int count) {
         for (int at = 0; at < count; ++at) {
@@ -85,7 +86,7 @@ final class EglContext {
         return succeeded(EGL14.eglSwapBuffers(display, surface));
     }
 
-    /** Returns true if the last call failed because the context is lost. */
+    /** Returns true if the last EGL call failed because the context is lost. */
     boolean isLost() { return isLost; }
 
     private boolean succeeded(boolean success) {

@@ -20,8 +20,8 @@ import velmora.host.Backgrounds;
  */
 final class Photos implements Backgrounds {
     /**
-     * Factor by which the second background is smaller than the screen. It is a gradient without
-     * detail, so few pixels suffice.
+     * Factor by which the second background is smaller than the screen. The second background is a
+     * gradient without detail, so few pixels suffice.
      */
     private static final int SECOND_SCALE = 16;
 
@@ -68,7 +68,7 @@ final class Photos implements Backgrounds {
         return stored == null ? null : cover(stored, orientation(stored), width, height);
     }
 
-    /** Decodes the photo upright. Decodes it no larger than needed to cover the screen. */
+    /** Decodes the photo upright, and no larger than needed to cover the screen. */
     private Bitmap decodeUpright(int width, int height) throws IOException {
         return ImageDecoder.decodeBitmap(
             ImageDecoder.createSource(photo), (decoder, info, source) -> {

@@ -40,7 +40,10 @@ public class VelmoraView extends GLSurfaceView implements GLSurfaceView.Renderer
     private final FramePacer pacer = new FramePacer();
     private final Choreographer.FrameCallback vsync = this::onVsync;
 
-    /** True while a call of onVsync is scheduled. Used on the UI thread only. */
+    /**
+     * True while a call of onVsync at the next display frame is scheduled. Used on the UI thread
+     * only.
+     */
     private boolean waitsForVsync;
 
     /**
@@ -86,7 +89,8 @@ public class VelmoraView extends GLSurfaceView implements GLSurfaceView.Renderer
     }
 
     /**
-     * Shows a photo. If it is null, shows a gradient. The file must stay readable and unchanged.
+     * Shows a photo, or a gradient if `newPhoto` is null. The file must stay readable and
+     * unchanged.
      */
     public void setPhoto(File newPhoto) {
         if (Objects.equals(newPhoto, photo)) {
@@ -99,7 +103,7 @@ public class VelmoraView extends GLSurfaceView implements GLSurfaceView.Renderer
         });
     }
 
-    /** Returns true if this device can decode the image file. May be called on any thread. */
+    /** Returns true if this device can decode the image file. Any thread can call this method. */
     public static boolean canShow(File photo) { return Photos.canDecode(photo); }
 
     /** Plays a gesture script. Throws HostException at the first invalid line. */
@@ -121,7 +125,8 @@ public class VelmoraView extends GLSurfaceView implements GLSurfaceView.Renderer
 
     @Override
     public void onResume() {
-        // Activate first, because the GL thread draws nothing while another view is active.
+        // Make this view the active one first, because the GL thread draws nothing while another
+        // view is active.
         renderer.activate();
         super.onResume();
         isResumed = true;
@@ -187,18 +192,19 @@ public class VelmoraView extends GLSurfaceView implements GLSurfaceView.Renderer
         if (isDrawn) {
             gesture.frameDrawn();
         } else {
-            // The system shows this buffer next. Its content is undefined, so clear it.
+            // The system shows the current buffer even if nothing was drawn. The content of this
+            // buffer is undefined, so clear it.
             GLES20.glClear(GLES20.GL_COLOR_BUFFER_BIT);
         }
-        // isDrawn is false if another view is active. This view then stays idle until it is
+        // If another view is active, isDrawn is false. This view then stays idle until it is
         // resumed.
         needsFrame = isDrawn && (scene.needsFrame() || gesture.plays());
         post(this::waitForVsync);
     }
 
     /**
-     * Asks a faster display to run at 60 frames per second. If the display refuses, the pacer skips
-     * frames.
+     * Asks a faster display to run at 60 frames per second. If the display refuses, FramePacer
+     * skips some of the display's frames.
      */
     static void askForSixtyFrames(Surface surface) {
         if (Build.VERSION.SDK_INT >= Build.VERSION_CODES.R && surface.isValid()) {
@@ -207,7 +213,8 @@ public class VelmoraView extends GLSurfaceView implements GLSurfaceView.Renderer
     }
 
     /**
-     * Runs a task that changes the scene on the GL thread, then draws. May be called on any thread.
+     * Runs a task that changes the scene on the GL thread, then draws. Any thread can call this
+     * method.
      */
     private void change(Runnable change) {
         queueEvent(() -> {
@@ -230,7 +237,8 @@ public class VelmoraView extends GLSurfaceView implements GLSurfaceView.Renderer
     }
 
     /**
-     * Requests drawing. While the effect moves, runs on the UI thread at each frame of the display.
+     * Requests that the GL thread draws. Runs on the UI thread, at each frame of the display while
+     * the effect moves.
      */
     private void onVsync(long time) {
         waitsForVsync = false;

@@ -11,8 +11,8 @@ import velmora.host.SettingsStore;
 import velmora.host.TouchTranslator;
 
 /**
- * The effect as a live wallpaper. It shows the photo and the settings from the app's store and
- * loads changes whenever it becomes visible.
+ * The effect as a live wallpaper. The wallpaper shows the photo and the settings from the app's
+ * store. It loads changes of the store whenever it becomes visible.
  *
  * <p>Declare the service with a separate process (android:process). The library has one state per
  * process, but the view in an activity uses another GL thread and context.
@@ -92,8 +92,8 @@ public class VelmoraWallpaperService extends WallpaperService {
 
         @Override
         public void onSurfaceDestroyed(SurfaceHolder holder) {
-            // Wait until the surface is removed, because the system frees it when this method
-            // returns.
+            // Wait until the GL thread no longer uses the surface, because the system frees the
+            // surface when this method returns.
             thread.run(() -> window.removeSurface());
             super.onSurfaceDestroyed(holder);
         }

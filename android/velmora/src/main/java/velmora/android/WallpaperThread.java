@@ -59,8 +59,8 @@ final class WallpaperThread {
         }
 
         /**
-         * Replaces the surface, even by the same Surface object, because its window may have
-         * changed.
+         * Replaces the surface. A call with the same Surface object is needed too, because the
+         * window behind it may have changed.
          */
         void resize(Surface newSurface, int width, int height) {
             removeSurface();
@@ -85,7 +85,9 @@ final class WallpaperThread {
             waitForVsync();
         }
 
-        /** Draws one frame immediately, because the system waits for it. */
+        /**
+         * Draws one frame immediately. Called when the system waits until the window is redrawn.
+         */
         void redraw() {
             stage.drawNow(scene, this, System.nanoTime());
             waitForVsync();
