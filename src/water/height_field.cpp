@@ -62,9 +62,9 @@ void moveCell(WaterRow row, std::ptrdiff_t x, Floats height) {
     store(row.height + x, clampedHeight(height + load<Floats>(row.velocity + x)));
 }
 
-/// Runs the first pass for `row`. If `movesAbove` is true, also runs the second pass for the row above. The row above
-/// moves only now, because the first pass of `row` reads its old heights. Returns true if `detectCalm` is true and a
-/// new velocity exceeds the calm threshold.
+/// Runs the first pass for `row`. If `movesAbove` is true, also runs the second pass for the row above. The second pass
+/// waits until now, because the first pass of `row` reads the old heights of the row above. Returns true if
+/// `detectCalm` is true and a new velocity exceeds the calm threshold.
 template <bool detectCalm, bool movesAbove>
 bool accelerateRow(WaterRow row, WaterRow above, std::ptrdiff_t width, std::ptrdiff_t rowLength,
                    const WaveSettings& waves) {
