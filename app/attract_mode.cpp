@@ -24,8 +24,8 @@ constexpr int cycles = 3;
 /// Pressure of the strokes, 0 to 1.
 constexpr float pressure = 0.5f;
 
-/// Returns the touch event at a point of stroke `cycle`. `progress` runs from 0 at the start of the stroke to 1 at its
-/// end. Each stroke is rotated relative to the stroke before it.
+/// Returns the touch event at a point of the stroke with number `cycle`. `progress` runs from 0 at the start of the
+/// stroke to 1 at its end. Each stroke is rotated relative to the stroke before it.
 Touch touchAt(TouchAction action, int cycle, double progress, Size screen) {
     const double turn = 2.4 * cycle;
     const double angle = turn + 3.6 * progress;

@@ -36,7 +36,8 @@ public:
     /// Returns the time until attract mode starts. Returns nothing if attract mode is running, turned off or waiting
     /// for user input.
     std::optional<std::chrono::nanoseconds> untilStart(Clock::time_point now) const;
-    /// Starts attract mode if the idle time is over.
+    /// Starts attract mode if no user input has occurred for the whole idle time (`untilStart` returns 0). If attract
+    /// mode repeats and has just drawn three strokes, begins a new idle time instead.
     void startIfIdle(Clock::time_point now);
     /// Returns the touch actions of the next frame. The strokes are slow curves. Ink fades in the pauses between them.
     std::vector<hostkit::ScriptAction> next(Size screen);

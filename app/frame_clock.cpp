@@ -9,12 +9,13 @@ namespace {
 
 using std::chrono::nanoseconds;
 
-/// Maximum time before its due time at which a frame already counts as due. The refresh intervals of displays vary
-/// slightly.
+/// Maximum time by which a frame can be early and still count as due. A tolerance is necessary because the refresh
+/// intervals of displays vary slightly.
 constexpr nanoseconds earlyTolerance = frameTime / 8;
-/// Maximum real time between two calls of `take` that counts. In slow motion, the duration of one frame counts even if
-/// it is longer. The effect skips the rest of a longer gap, for example after the machine has slept. During a
-/// recording, more time counts, so that the recording keeps real time even on a very slow machine.
+/// Maximum real time between two calls of `take` that the effect covers. The effect skips the rest of a longer gap,
+/// for example after the machine has slept. In slow motion, a frame can last longer than this maximum; the maximum is
+/// then the duration of one frame. The larger maximum applies during a recording, so that the recording keeps real time
+/// even on a very slow machine.
 constexpr nanoseconds maxGap = std::chrono::milliseconds(250);
 constexpr nanoseconds maxRecordedGap = std::chrono::seconds(2);
 
@@ -22,7 +23,8 @@ nanoseconds scaled(nanoseconds time, double scale) {
     return nanoseconds(std::llround(static_cast<double>(time.count()) * scale));
 }
 
-/// Returns the time by which the effect advances in each frame, if `frames` frames must cover the effect time `owed`.
+/// Returns the time by which the effect advances in each of `frames` frames. `owed` is the effect time that has passed
+/// but that no frame has covered yet.
 nanoseconds lengthOf(FrameLength length, nanoseconds owed, int frames) {
     switch (length) {
         case FrameLength::real:

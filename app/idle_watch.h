@@ -13,7 +13,8 @@ public:
     /// called.
     bool mayShowInk() const { return inkPossible; }
 
-    /// Restarts the detection for an effect without ink. Call it when the effect starts and when the ink is cleared.
+    /// Restarts the detection and assumes that no ink is visible. Call it when the effect starts and when the ink is
+    /// cleared.
     void start();
     /// Ends the idle state because of a touch, which may deposit ink.
     void noteTouch();

@@ -75,7 +75,7 @@ inline constexpr SharedText sharedTexts[] = {
     {"viewSection", "View"},
     {"saveSection", "Save and record"},
     {"developerSection", "Developer"},
-    // Names that are shown for settings which are not from a preset.
+    // Names that replace the name of the preset if the settings do not come from a preset.
     {"defaultSettings", "Default"},
     {"randomSettings", "Random look"},
     {"linkSettings", "Shared look"},

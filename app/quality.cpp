@@ -6,8 +6,8 @@
 namespace app {
 namespace {
 
-/// Maximum ratio of the frame interval after a reduction of the resolution to the interval before it. If the ratio is
-/// larger, the gain is not worth the blur, which is visible even in a static image.
+/// Maximum ratio of the frame interval at a lower resolution to the frame interval before the resolution was lowered.
+/// If the ratio is larger, the resolution is raised again, because the small gain in speed does not justify the blur.
 constexpr double maxIntervalRatio = 0.85;
 /// Minimum number of mesh vertices along the shorter side of the screen.
 constexpr int minVertices = 30;
@@ -19,8 +19,8 @@ constexpr float cellsPerVertexOfMedium = 1.75f;
 constexpr float cellsPerVertexOfLarge = 2.0f;
 constexpr int minMediumPixels = 360;
 constexpr int minLargePixels = 1000;
-/// Minimum number of cells along the shorter side of the screen for these coarser meshes. If there are fewer cells,
-/// each cell is large and needs a vertex.
+/// Minimum number of cells along the shorter side of the screen for a mesh that has, at full detail, more than one
+/// cell per vertex. If there are fewer cells, each cell is large and needs its own vertex.
 constexpr int minCells = 90;
 /// Number of frames in a span during the search for the right level. A span is a group of frames that are judged
 /// together.

@@ -46,7 +46,7 @@ struct Quality {
     int fluentSpans = 0;
     /// Number of consecutive fluent spans after which the detail is increased.
     int patience = 12;
-    /// Frame interval before the resolution was lowered. Empty unless a lower resolution is being tried.
+    /// Frame interval before the resolution was lowered. Has a value only while a lower resolution is being tried.
     std::optional<double> intervalBeforeTrial;
 
     /// Intervals of the current span in ascending order.

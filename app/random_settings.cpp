@@ -7,7 +7,7 @@
 namespace app {
 namespace {
 
-/// Range of the values of a setting that look good.
+/// Range of a setting's values within which the effect looks good.
 struct Range {
     float Settings::*member;
     double min;

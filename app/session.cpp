@@ -365,7 +365,7 @@ void Session::endReplay(bool finished) {
 }
 
 /// Restarts the effect for a recording or a replay. Seeds rand(), so that the solver gets the same random numbers in
-/// each replay. Ignores the time that the restart takes.
+/// each replay. The effect does not advance by the time that the restart takes.
 void Session::restartForGesture() {
     actions.clear();
     restart(screenSize);

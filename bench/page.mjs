@@ -16,7 +16,7 @@ const size = (process.argv[2] ?? "540x960").split("x").map(Number);
 const seconds = Number(process.argv[3] ?? 8);
 const settings = JSON.parse(process.argv[4] ?? "{}");
 
-/** Adds up the milliseconds of all GL calls. The sum is in `window.glTime`. */
+/** Makes each GL call add its duration in milliseconds to `window.glTime`. */
 function watchGl() {
     window.glTime = 0;
     const prototype = WebGLRenderingContext.prototype;

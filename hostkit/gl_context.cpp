@@ -72,8 +72,8 @@ void askForFineFiltering() {
 GlContext::GlContext(void* onDisplay, int width, int height)
     : display(onDisplay), surfaceWidth(width), surfaceHeight(height) {}
 
-// Delegates to the private constructor. If the body below then throws, C++ runs the destructor, which frees the
-// context.
+// Delegates to the private constructor. When that constructor returns, the object counts as constructed. So if the body
+// below throws, C++ runs the destructor, which frees the context.
 GlContext::GlContext(int width, int height) : GlContext(softwareDisplay(), width, height) {
     const EGLConfig config = chooseConfig(display);
     const EGLint size[] = {EGL_WIDTH, width, EGL_HEIGHT, height, EGL_NONE};

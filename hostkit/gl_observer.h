@@ -35,9 +35,10 @@ struct GlObserver {
     }
 };
 
-/// Returns the program's observer. A program that calls this function must define this function itself. It must also
-/// define the GL functions that it wants to observe, at least glDrawElements and glTexImage2D. The library then calls
-/// the definitions of the program.
+/// Returns the program's observer. hostkit only declares this function: each program that calls it must supply the
+/// definition, or link velmora-instruments, which contains one. The program must also supply a wrapper of each GL
+/// function that it wants to observe, at least of glDrawElements and glTexImage2D. The linker binds the library's GL
+/// calls to these wrappers. A wrapper calls the observer and the real GL function.
 /// @return the observer
 GlObserver& sharedGlObserver();
 

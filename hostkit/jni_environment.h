@@ -55,7 +55,7 @@ public:
     static int id(jarray array);
 
 protected:
-    /// A block of memory between two guard zones. The memory is 0 at first.
+    /// A block of memory between two guard zones. Initially, all bytes of the memory are 0.
     struct Block {
         /// Creates a block.
         /// @param contentBytes size of the content in bytes

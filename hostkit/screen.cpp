@@ -19,7 +19,7 @@ std::vector<std::uint8_t> readScreen(int width, int height) {
     if (bound != 0) {
         glBindFramebuffer(GL_FRAMEBUFFER, static_cast<GLuint>(bound));
     }
-    // GL returns the bottom row first, so the rows must be reversed.
+    // Reverse the order of the rows, because GL returns the bottom row first.
     auto top = pixels.begin();
     auto bottom = pixels.end();
     const auto step = static_cast<std::ptrdiff_t>(rowBytes);

@@ -26,8 +26,8 @@ constexpr int minCells = 8;
 /// vertices.
 constexpr int maxShortSideCells = 254;
 
-/// Returns the length that corresponds to the screen side `side` if the screen's shorter side corresponds to the length
-/// `shortSide`.
+/// Returns the number of units, for example cells, along the screen side `side`. `shortSide` is the number of units
+/// along the shorter side of the screen; `side` and `otherSide` are in pixels.
 int scaled(int shortSide, int side, int otherSide) {
     const double aspect = std::max(1.0, static_cast<double>(side) / otherSide);
     return static_cast<int>(std::lround(std::min(shortSide * aspect, double{maxVertices})));
@@ -42,9 +42,9 @@ int verticesAlong(int cells, float cellsPerVertex) {
 
 /// Position of a vertex along one axis of the grid.
 struct GridPosition {
-    /// Index of the last cell that is not beyond the vertex.
+    /// Index of the last cell at or before the vertex.
     int cell;
-    /// Distance from that cell to the vertex in cells, 0 to 1.
+    /// Distance from cell number `cell` to the vertex in cells, 0 to 1.
     float weight;
 };
 
@@ -81,7 +81,7 @@ void raiseCone(const WaterDriver& water, JniEnvironment& jni, double x, double y
 float interpolate(std::span<const float> grid, const WaterDriver& water, double x, double y) {
     const int left = std::min(static_cast<int>(x), water.columns - 2);
     const int top = std::min(static_cast<int>(y), water.rows - 2);
-    // The weights are at most 1, so a position beyond the last cell gets the value of the last cell.
+    // Limit the weights to 1, so that a position beyond the last cell gets the value of the last cell.
     const auto weightX = static_cast<float>(std::min(1.0, x - left));
     const auto weightY = static_cast<float>(std::min(1.0, y - top));
     const auto rowAt = [&](int row) {

@@ -202,8 +202,8 @@ bool enter(const char* function) {
     return true;
 }
 
-/// Its destructor runs the hook `after`. Each forwarding function declares one such object, so the hook runs at the end
-/// of the function.
+/// Runs the hook `after` in its destructor. Each forwarding function declares one such object, so the hook runs at the
+/// end of the function.
 struct AfterHook {
     AfterHook() = default;
     AfterHook(const AfterHook&) = delete;

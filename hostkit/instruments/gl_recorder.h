@@ -25,7 +25,8 @@ struct GlCall {
     std::string function;
     /// The call as text, for example glUniform2f(advect.Scale, 1080, 1920). Enums are written by name, and locations as
     /// PROGRAM.NAME. An object is written as its label or, if it has none, as kind and GL name, for example texture4.
-    /// Uploads and pointers are written as "source", "data", "null" or the offset.
+    /// A shader source is written as "source", an upload as "data" or, if its pointer is null, "null". An offset into a
+    /// buffer is written as a number.
     std::string text;
     /// Data that the call uploads: texture data, buffer data or shader source. Empty for other calls.
     std::vector<std::uint8_t> bytes;

@@ -30,7 +30,8 @@ struct StrokeLine {
 };
 
 /// Returns the line from `previous` to `current`. If the points are equal, the normal is (0, 0) and the length is 1.
-/// Then no point counts as beside the stroke.
+/// Each point's distance along the line, dot(normal, point - previous), is then 0. A fast drag changes only points
+/// whose distance along the line is greater than 0 and less than the length, so this stroke changes no point.
 inline StrokeLine lineOf(Float2 previous, Float2 current) {
     const Float2 along{current.x - previous.x, current.y - previous.y};
     const float distance = std::sqrt(along.x * along.x + along.y * along.y);

@@ -51,7 +51,8 @@ std::uint8_t* withoutPadding(const AndroidBitmapInfo& info, const void* pixels) 
     return packed;
 }
 
-/// Replaces the texture of a slot by a new texture. `pixels` holds rows without padding.
+/// Deletes the texture with the GL name `slot`, creates a texture from `pixels` and stores its GL name in `slot`. The
+/// pixel rows have no padding.
 void replaceTexture(GLuint& slot, const AndroidBitmapInfo& info, const void* pixels) {
     if (slot != 0) {
         glDeleteTextures(1, &slot);
@@ -67,7 +68,8 @@ void replaceTexture(GLuint& slot, const AndroidBitmapInfo& info, const void* pix
     glTexParameterf(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, GL_LINEAR);
 }
 
-/// Replaces the texture of a slot. If padded rows must be copied and memory runs out, the old texture stays.
+/// Works like replaceTexture, but the pixel rows can have padding. Padded rows are copied first; if memory runs out for
+/// the copy, the old texture stays. Returns an ANDROID_BITMAP_RESULT code.
 int replaceTextureOfRows(GLuint& slot, const AndroidBitmapInfo& info, const void* pixels) {
     if (!isPadded(info)) {
         replaceTexture(slot, info, pixels);

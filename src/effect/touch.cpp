@@ -53,7 +53,7 @@ void handleWhileDragging(TouchVariables& touch, std::int32_t x, std::int32_t y,
         const bool isShort = touch.pressFrames < holdFrames && touch.dragFrames <= shortDragFrames;
         touch.touchPhase = Pressed;
         if (!isShort) {
-            // With this count, the press ends at the next frame and that frame adds no ink.
+            // This value exceeds holdFrames and tapInkFrames, so the press ends at the next frame, which adds no ink.
             touch.pressFrames = 2 * tapInkFrames;
         }
     }

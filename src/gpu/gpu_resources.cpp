@@ -111,7 +111,8 @@ void initInkResources(EffectState& state) {
     glViewport(0, 0, state.inkWidth, state.inkHeight);
     clearInkTarget(state.inkFront);
     clearInkTarget(state.inkBack);
-    // Bind the screen again. Frames without ink bind no framebuffer, so they would draw into the ink texture.
+    // Bind the default framebuffer (the screen) again. Frames without ink bind no framebuffer, so they would otherwise
+    // draw into the ink texture.
     glBindFramebuffer(GL_FRAMEBUFFER, 0);
 }
 
@@ -129,8 +130,8 @@ void replaceContext(EffectState& state) {
     forgetTarget(state.velocityTarget);
     forgetTarget(state.inkFront);
     forgetTarget(state.inkBack);
-    // Reset the GL names, because glGenBuffers leaves them unchanged if it fails. A GL name of the lost context must not
-    // be bound in the new context.
+    // Reset the GL names, because glGenBuffers leaves them unchanged if it fails. A GL name of the lost context must
+    // not be bound in the new context.
     state.meshPositionBuffer = state.meshHeightBuffer = state.meshIndexBuffer = 0;
     glGenBuffers(1, &state.meshPositionBuffer);
     glGenBuffers(1, &state.meshHeightBuffer);

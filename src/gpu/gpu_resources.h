@@ -4,13 +4,14 @@
 
 namespace velmora {
 
-/// Handles onInitUVHBuffer, the first call on a new GL context. Sets all stored object names of the old context to 0,
-/// except the quad buffer's, and deletes nothing. Then makes the three mesh buffers. Call it on the GL thread.
+/// Handles onInitUVHBuffer, the first call on a new GL context. Sets the stored GL names of the old context's objects
+/// to 0, except the name of the quad buffer, and deletes no objects. Then makes the three mesh buffers. Call it on the
+/// GL thread.
 void replaceContext(EffectState& state);
 
 /// Handles onInitGPU: makes the water program. If `withInk` is true, also makes the ink programs, render targets, quad
-/// buffer, pass names and solver grids. Their sizes are those that applySettings stored. Deletes existing objects
-/// first. Call it on the GL thread.
+/// buffer and solver grids, and names the solver passes. Targets and grids have the sizes that applySettings stored.
+/// Deletes existing objects first. Call it on the GL thread.
 void initGPUResources(EffectState& state, bool withInk);
 
 }  // namespace velmora

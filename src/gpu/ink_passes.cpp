@@ -41,8 +41,8 @@ void drawQuad(GLuint buffer) {
 
 /// Draws a quad over the whole bound target, then unbinds the textures and the target.
 void drawFullscreenQuad(const EffectState& state, const RenderTarget& destination) {
-    // If the buffer name is 0, GL would read the quad from address 0. If the framebuffer name is 0, GL would draw over
-    // the screen.
+    // Draw nothing if an object could not be created and its GL name is 0. With buffer 0, GL would read the quad from
+    // address 0. With framebuffer 0, GL would draw over the screen.
     if (state.quadBuffer != 0 && destination.framebuffer != 0) {
         drawQuad(state.quadBuffer);
     }

@@ -74,7 +74,8 @@ void bindWaterTextures(const EffectState& state, GLuint program, bool useSecondB
 }  // namespace
 
 void drawWater(const EffectState& state, const WaterFrame& frame, float inkAmount) {
-    // If a buffer is 0, GL would read the mesh from address 0.
+    // Draw nothing if a buffer could not be created and its GL name is 0. GL would read the mesh from
+    // address 0.
     if (state.meshPositionBuffer == 0 || state.meshHeightBuffer == 0 ||
         state.meshIndexBuffer == 0) {
         return;

@@ -13,13 +13,13 @@
 #include "water/ripple.h"
 
 // The native methods that Java calls. Each method pins the host's arrays, calls the effect and releases the arrays. The
-// effect's global state is named only here, in library.cpp and in kit/effect_scene.cpp.
+// library's global variables are defined in library.cpp and used only here and in kit/effect_scene.cpp.
 
 using namespace velmora;
 
-// A method pins its arrays at the start and releases them in the same order at the end; releasing copies changes back.
-// If `pin` returns null, the host is out of memory and a Java exception is pending. From then on JNI allows only
-// releases.
+// A method pins its arrays at the start and releases them in the same order at the end. If the JVM has pinned a copy of
+// an array, the release copies the changes back. If `pin` returns null, the host is out of memory and a Java exception
+// is pending. From then on JNI allows only releases.
 
 namespace {
 

@@ -111,7 +111,7 @@ public:
     Scene& operator=(const Scene&) = delete;
 
     // Slots 1 to 21. Only the kit calls them. This library does not need them, so they ignore their arguments and do
-    // nothing. Slot 7 returns an int, so that a caller reads 0 or false.
+    // nothing. Slot 7 returns the int 0, which a caller that expects a bool reads as false.
     virtual void operation1() {}
     virtual void operation2() {}
     virtual void operation3() {}

@@ -143,7 +143,8 @@ inline Float4 sqrt(Float4 a) {
 #ifdef __aarch64__
     return vsqrtq_f32(a.lanes);
 #else
-    // The 32-bit vector unit only estimates square roots, but the scalar unit rounds them correctly.
+    // Compute each lane in the scalar unit, which rounds square roots correctly. The 32-bit vector unit only estimates
+    // square roots.
     return {velmora::sqrt(vgetq_lane_f32(a.lanes, 0)), velmora::sqrt(vgetq_lane_f32(a.lanes, 1)),
             velmora::sqrt(vgetq_lane_f32(a.lanes, 2)), velmora::sqrt(vgetq_lane_f32(a.lanes, 3))};
 #endif

@@ -57,8 +57,8 @@ inline void storePair(float* to, Pair<float> cells) {
     to[0] = cells.x;
     to[1] = cells.y;
 }
-/// Subtracts `change` from the pairs at `from` and stores the result at `to`. Some processors can do this on
-/// interleaved x and y, which saves shuffles.
+/// Subtracts `change` from the pairs at `from` and stores the result at `to`. Some processors can subtract
+/// without separating the interleaved x and y, which saves shuffles.
 inline void storeDifference(float* to, const float* from, Pair<float> change) {
     to[0] = from[0] - change.x;
     to[1] = from[1] - change.y;

@@ -8,8 +8,9 @@ namespace velmora {
 namespace {
 
 /// Returns the velocity of a cell after the stroke has pushed the flow. `centre` is the position of the cell in screen
-/// pixels. The stroke pushes the cells beside the segment from its previous to its current position. The distance from
-/// the segment uses a correctly rounded square root, because estimates of roots differ between processors.
+/// pixels. The stroke pushes a cell if the point of the stroke's line that is nearest to the cell lies between
+/// `previous` and `current` and is less than `radius` away. The distance uses a correctly rounded square root, because
+/// estimated roots differ between processors.
 template <class Floats>
 Pair<Floats> pushedCell(const StrokeImpulse& stroke, Pair<Floats> centre, Pair<Floats> velocity) {
     const Pair<Floats> previous{Floats(stroke.previous.x), Floats(stroke.previous.y)};

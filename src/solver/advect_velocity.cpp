@@ -63,7 +63,8 @@ struct DeparturePoints {
     float fx[capacity], fy[capacity];
 };
 
-/// Stores the departure point of cell (column, j) as entry `at`.
+/// Computes the departure point of cell (column, j), or of four such cells, and stores it in `points` from entry
+/// `at` on.
 template <class Floats>
 void findDeparturePoint(const Advection& advection, DeparturePoints& points, std::ptrdiff_t at,
                         Floats column, float j, Pair<Floats> velocity) {
@@ -89,7 +90,8 @@ bool haveNeighbours(const DeparturePoints& points, std::ptrdiff_t at) {
     return all >= 0;
 }
 
-/// Returns the velocity interpolated at the departure points from entry `at` on. haveNeighbours must be true for them.
+/// Returns the velocity interpolated at the departure points from entry `at` on. Call it only if haveNeighbours
+/// returns true for the same entry.
 template <class Floats>
 Pair<Floats> gathered(const FloatGrid& source, const DeparturePoints& points, std::ptrdiff_t at) {
     const std::int32_t* const cell = points.cell + at;

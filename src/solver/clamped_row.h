@@ -10,8 +10,8 @@
 
 namespace velmora {
 
-/// Pointers to row j and to the rows below and above it. If row j is the first or the last row, it also replaces its
-/// missing neighbour. A row has `rowLength` floats.
+/// Pointers to row j and to the rows below and above it. If row j is the first or the last row, row j also takes
+/// the place of the missing row. A row has `rowLength` floats.
 struct ClampedRows {
     ClampedRows(const float* data, std::ptrdiff_t rowLength, std::int32_t j, std::int32_t height)
         : middle(data + j * rowLength),

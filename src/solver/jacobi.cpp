@@ -32,8 +32,9 @@ void clearBorder(const FloatGrid& grid) {
     }
 }
 
-/// Runs one iteration for two adjacent rows of `length` floats in transposed layout. The rows are each other's
-/// neighbours, so they share loads. One row at a time would need more loads per cell, and these would limit the speed.
+/// Runs one iteration for two adjacent rows of `length` floats in transposed layout. Each row is a neighbour of the
+/// other, so both use the same loaded cells. One row at a time would need more loads per cell, and the loads would
+/// limit the speed.
 void relaxTwoRows(const float* below, const float* lower, const float* upper, const float* above,
                   const float* source, float* out, std::ptrdiff_t length, float rbeta) {
     const Float4 border(0.0f);

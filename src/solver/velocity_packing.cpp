@@ -20,7 +20,7 @@ BytePairs<IntOf<Floats>> packed(Floats value) {
     const Floats shifted =
         min(max(value, Floats(-valueLimit)), Floats(valueLimit)) + Floats(valueLimit);
     const Floats fraction = shifted - toFloat(truncateSmall(shifted));
-    // `scaled` is less than 1, so its whole part is 0 and only the fraction must be subtracted.
+    // `scaled` is at least 0 and less than 1, so it is already a fraction and needs no call of truncateSmall.
     const Floats scaled = shifted * Floats(inverseSteps);
     return {truncateSmall((scaled - fraction * Floats(inverseSteps)) * Floats(lowSteps)),
             truncateSmall(fraction * Floats(lowSteps))};

@@ -13,7 +13,7 @@ constexpr float heightLimit = 100.0f;
 constexpr float calmThreshold = 0.009f;
 constexpr float smoothing = 0.018f;
 constexpr float strongSmoothing = 0.068f;
-// Damping at which strongSmoothing replaces `smoothing`. It must match exactly: 0.9400001f selects `smoothing`.
+// Damping at which strongSmoothing replaces `smoothing`. The comparison is exact: 0.9400001f selects `smoothing`.
 constexpr float strongSmoothingDamping = 0.94f;
 
 /// Number of rows that smoothSixRows smooths at the same time. A row is a chain of dependent operations, so the
@@ -62,9 +62,9 @@ void moveCell(WaterRow row, std::ptrdiff_t x, Floats height) {
     store(row.height + x, clampedHeight(height + load<Floats>(row.velocity + x)));
 }
 
-/// Runs the first pass for `row`. If `movesAbove` is true, also runs the second pass for the row above. The row above
-/// moves only now, because the first pass of `row` reads its old heights. Returns true if `detectCalm` is true and a
-/// new velocity exceeds the calm threshold.
+/// Runs the first pass for `row`. If `movesAbove` is true, also runs the second pass for the row above. The second pass
+/// waits until now, because the first pass of `row` reads the old heights of the row above. Returns true if
+/// `detectCalm` is true and a new velocity exceeds the calm threshold.
 template <bool detectCalm, bool movesAbove>
 bool accelerateRow(WaterRow row, WaterRow above, std::ptrdiff_t width, std::ptrdiff_t rowLength,
                    const WaveSettings& waves) {
@@ -96,9 +96,9 @@ void moveRow(WaterRow row, std::ptrdiff_t width) {
     });
 }
 
-/// Runs the third pass, which smooths the heights, for a cell or a group of four, and returns the new heights. `top` is
-/// already smoothed, and so is `left`, the group before. Only the last cell of `left` is used; the other left
-/// neighbours are inside the group and not smoothed yet.
+/// Returns the smoothed height of a cell, or the smoothed heights of a group of four cells (third pass). `top` holds
+/// the smoothed neighbours in the row above. `left` is the smoothed group to the left; only its last cell is used.
+/// The other left neighbours are in the group itself and are not smoothed yet.
 template <class Floats>
 Floats smoothed(const float* cell, std::ptrdiff_t rowLength, Floats weight, Floats top,
                 Floats left) {
@@ -146,7 +146,7 @@ void smoothRow(float* row, std::ptrdiff_t rowLength, float weight, std::ptrdiff_
 void smoothSixRows(float* first, std::ptrdiff_t rowLength, float weight, std::ptrdiff_t width) {
     const std::ptrdiff_t groups = width / 4;
     const auto row = [=](std::ptrdiff_t r) { return first + r * rowLength; };
-    // Before the common loop starts, row r smooths its first 5 - r groups alone.
+    // Smooths the first 5 - r groups of row r. Each row then enters the loop below one group behind the row above.
     const auto start = [=](std::ptrdiff_t r) {
         return smoothGroups(row(r), rowLength, weight, 0, smoothedTogether - 1 - r,
                             Float4(row(r)[-1]));

@@ -10,7 +10,7 @@ namespace velmora {
 
 namespace {
 
-/// Returns `details` - 1 as a float: the number of gaps between the vertices. The subtraction cannot overflow.
+/// Returns the number of gaps between `details` vertices in a line. The 64-bit subtraction cannot overflow.
 float gaps(int details) {
     return static_cast<float>(std::int64_t{details} - 1);
 }

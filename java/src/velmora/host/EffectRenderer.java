@@ -88,9 +88,10 @@ public final class EffectRenderer {
             activate();
             boolean goesOn = runs && scene == shown;
             setUp(scene);
-            // After a pause, water and rain advance by one frame instead of catching up. The
-            // difference can be negative if EffectStage.drawNow drew the last frame: drawNow uses
-            // the current time, but this frame can have the earlier time of a display refresh.
+            // After a pause, water and rain advance by one frame instead of catching up. If
+            // EffectStage.drawNow drew the last frame, lastFrame is the time of that call. The
+            // current frame can have the earlier time of a display refresh. Then the difference is
+            // negative.
             long elapsed = goesOn ? time - lastFrame : FramePacer.FRAME_TIME;
             scene.frame(Math.max(0, Math.min(elapsed, MAX_ELAPSED)));
             runs = scene.needsFrame();

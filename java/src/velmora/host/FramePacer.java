@@ -9,8 +9,8 @@ public final class FramePacer {
     public static final long FRAME_TIME = 16_666_667;
 
     /**
-     * Maximum time in nanoseconds by which a display frame may be early and the effect still draws
-     * in it.
+     * Tolerance in nanoseconds. The effect draws even in a display frame that is early by up to
+     * this time.
      */
     private static final long TOLERANCE = 1_000_000;
 

@@ -35,8 +35,8 @@ final class IdleDetector {
     void wake() { frameIsOwed = true; }
 
     /**
-     * Returns true if the ink has faded, so that the host must clear it. Otherwise rounding to 8
-     * bits leaves a trace that never fades.
+     * Returns true if the ink has faded. The host must then clear the ink, because rounding to 8
+     * bits leaves a trace that would never fade.
      */
     boolean inkHasFaded() { return inkIsLeft && !fingerIsDown && framesSinceTouch >= INK_FRAMES; }
 

@@ -179,8 +179,8 @@ final class WaterDriver {
     void ripple(double x, double y, float strength) {
         double radius = settings.rippleRadius;
         if (radius <= WaterSettings.CONE_RADIUS) {
-            // The library raises only cones of radius CONE_RADIUS, which is larger. So raise such a
-            // cone with less height but the same volume.
+            // The library raises only cones of radius CONE_RADIUS. Instead of the smaller cone,
+            // raise a lower cone of this radius that has the same volume.
             double flatter =
                 radius * radius / (WaterSettings.CONE_RADIUS * WaterSettings.CONE_RADIUS);
             raiseCone(x, y, (float) (strength * flatter));

@@ -21,7 +21,7 @@ import velmora.host.Backgrounds;
 final class Photos implements Backgrounds {
     /**
      * Factor by which the second background is smaller than the screen. The second background is a
-     * gradient without detail, so few pixels suffice.
+     * gradient without detail, so a low resolution suffices.
      */
     private static final int SECOND_SCALE = 16;
 

@@ -59,8 +59,8 @@ final class WallpaperThread {
         }
 
         /**
-         * Replaces the surface. A call with the same Surface object is needed too, because the
-         * window behind it may have changed.
+         * Replaces the surface. Call it even if the Surface object is the same as before, because
+         * the object can belong to another window now.
          */
         void resize(Surface newSurface, int width, int height) {
             removeSurface();
