@@ -69,7 +69,8 @@ TEST_P(PaintingsTest, KeepsThePaintingOnAScreenOfAnotherSize) {
                 channelAt(fine, 2 * x + 1, 2 * y + 1, channel)) /
                4.0;
     };
-    EXPECT_LT(meanDifference(coarse, meanOfFine), 4.0) << "more pixels must show the same shapes";
+    EXPECT_LT(meanDifference(coarse, meanOfFine), 4.0)
+        << "an image with more pixels must show the same shapes";
 }
 
 TEST_P(PaintingsTest, IsLightWithSoftGradients) {

@@ -130,7 +130,8 @@ TEST_F(SessionTest, ARecordingOnASlowMachineKeepsItsTime) {
     EXPECT_NEAR(recorded->events.back().frame, 30, 1);
     session.startReplay(*recorded);
     session.takeDueFrames(now);
-    EXPECT_EQ(session.takeDueFrames(now + 100ms).elapsed, app::frameTime) << "draws every frame";
+    EXPECT_EQ(session.takeDueFrames(now + 100ms).elapsed, app::frameTime)
+        << "each frame of a replay must last one frame time";
 }
 
 TEST_F(SessionTest, ANewSizeEndsARecordingAndScalesAReplay) {

@@ -45,7 +45,7 @@ struct Solver {
         settings = beginSolverStep(state, touch);
         settings.isProjected = false;
     }
-    /// Runs a step after all original settings have been overwritten. The step must read only its copy in
+    /// Overwrites the settings in `state`, then runs a step. The step must read only the copy of the settings in
     /// `stepSettings`.
     void step() {
         state.dragSegment = {};
@@ -297,7 +297,7 @@ TEST(SolverStep, AFlowIsAdvectedByVelocityTimesTimeStep) {
     EXPECT_GT(solver.velocityAt(14, 9).y, 0.3f);
 }
 
-/// Returns the speed of a cell beside a stroke from left to right, after one step.
+/// Runs a step with a stroke from left to right. Returns the velocity along x of a cell beside the stroke.
 float speedBesideStroke(DragMode mode, int marginBefore) {
     Solver solver;
     solver.settings.dragMode = mode;
