@@ -149,7 +149,7 @@ TEST(SolverStep, AFlowAtRestStaysAtRest) {
     }
 }
 
-/// A flow and a drag that a step starts from. Positions are in screen pixels, with y up.
+/// Flow and drag at the start of a solver step. Positions are in screen pixels, with y up.
 struct Scene {
     int width, height;
     std::vector<float> flow;
@@ -171,7 +171,8 @@ Scene withAxesSwapped(const Scene& scene) {
 }
 
 /// Returns the scene mirrored in x. The touch is mirrored at the middle between the first and the last corner of the
-/// cells, because the push is measured from corners. The stroke is mirrored at the middle of the screen.
+/// cells, because the step measures the distance to the touch from these corners. The stroke is mirrored at the middle
+/// of the screen.
 Scene mirroredInX(const Scene& scene) {
     Scene result = scene;
     const auto corners = static_cast<float>(12 * (scene.width - 1));
@@ -260,7 +261,7 @@ TEST(SolverStep, ProjectionLowersTheDivergence) {
     projectWaves(projected, true);
     projectWaves(converged, true);
     EXPECT_NE(once.flow(), advected.flow())
-        << "a single iteration must change the flow, although its result is in the scratch grid";
+        << "one Jacobi iteration must change the flow; its result is in the scratch grid";
     EXPECT_LT(largestDivergence(projected), 0.3f * largestDivergence(advected));
     EXPECT_LT(largestDivergence(converged), 0.1f * largestDivergence(advected));
 }

@@ -255,7 +255,7 @@ TEST_F(WindowTest, AClickOnThePanelChangesItsControlAndLeavesNoInk) {
     constexpr Rgb red = {255, 89, 89};
     openWindow("--no-attract --size 640x780");
     pointAt(600, 700);
-    xdotool("click 3");  // the panel does not see a move without an event of the mouse
+    xdotool("click 3");  // the panel sees the new pointer position only after a mouse event
     press("Tab");
     std::vector<int> groups;
     ASSERT_TRUE(waitFor([&] { return (groups = headings(capture())).size() == 6; }));
@@ -292,7 +292,7 @@ TEST_F(WindowTest, ThePanelFitsAPhoneAtAnyScaleAndStaysInTheWindow) {
     pointAt(440, 700);
     press("Tab");
     Box box;
-    EXPECT_TRUE(waitFor([&] {  // the first toast is larger and disappears
+    EXPECT_TRUE(waitFor([&] {  // true after the first toast has gone
         box = panelIn(capture());
         return box.right > 200 && box.right - box.left <= 450 * 6 / 10 &&
                box.bottom - box.top <= 800 * 6 / 10;
@@ -373,7 +373,7 @@ TEST_F(WindowTest, AFilmHasTheDurationOfTheFilmingAndShowsAMark) {
     ASSERT_TRUE(waitFor([&] { return fs::exists(folder / "shots/film-01.mp4") && redDot(); }));
     const auto begin = std::chrono::steady_clock::now();
     drag(60, 60, 120, 150);
-    ASSERT_TRUE(waitFor([&] {  // the toast disappears
+    ASSERT_TRUE(waitFor([&] {  // true after the toast has gone
         return difference(pixel(capture(), width / 2, height - 20), plainColor) < 8;
     }));
     EXPECT_TRUE(redDot()) << "the red dot must stay while the film is recorded";
@@ -440,7 +440,7 @@ TEST_F(WindowTest, WindowsThatShareAFolderUseDifferentFileNames) {
     second.pop_back();
     xdotool("windowfocus --sync " + window + " key f");
     ASSERT_TRUE(waitFor([&] { return fs::exists(folder / "shots/film-01.mp4"); }))
-        << "the file must exist before the first frame";
+        << "the film's file must exist before its first frame";
     xdotool("windowfocus --sync " + second + " key f");
     ASSERT_TRUE(waitFor([&] { return fs::exists(folder / "shots/film-02.mp4"); }));
     press("q");
@@ -484,7 +484,7 @@ TEST_F(WindowTest, NamesRenamesAndDeletesPresetsAndUndoesChanges) {
     press("b");
     answer("p", "pond");
     ASSERT_TRUE(waitFor([&] { return fs::exists(folder / "shots/pond.jpg"); }));
-    press("p");  // says that the settings are saved already, so the next dialog renames
+    press("p");  // opens no dialog, because these settings are already saved
     answer("t", "lake");
     ASSERT_TRUE(waitFor([&] { return fs::exists(folder / "shots/lake.jpg"); }));
     EXPECT_NE(contents("shots/lake.json"), before);
@@ -796,11 +796,11 @@ TEST_F(WindowTest, ARecordingWithoutSpaceEndsWithAnErrorAndTheWindowStays) {
     }
     EXPECT_TRUE(ended()) << contents("err");
     EXPECT_GT(stains(capture()), 0) << "the effect must continue after the error";
-    xdotool("mouseup 1");  // the display would keep the button pressed for the next window
+    xdotool("mouseup 1");  // otherwise the button would stay pressed for the next window
     press("q");
     EXPECT_EQ(exitCode(), 0);
     EXPECT_EQ(contents("cut.gesture").find("screen "), 0u)
-        << "the file must keep the written events";
+        << "the recording's file must keep the events that were written";
 }
 
 TEST_F(WindowTest, HandlesANewSizeADroppedImageAndANewContext) {
