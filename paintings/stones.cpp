@@ -22,7 +22,7 @@ struct Stone {
     float radius;
     /// Unit vector along the longer axis of the ellipse.
     Vec2 along;
-    /// Length of the shorter axis divided by the length of the longer axis.
+    /// Length of the ellipse's shorter axis divided by the length of its longer axis.
     float flatness;
     /// Amplitudes of the cosine and the sine in the third harmonic of the outline, which makes the outline uneven.
     Vec2 corners;

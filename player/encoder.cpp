@@ -45,8 +45,8 @@ void appendTiming(Words& words, std::optional<int> framesPerSecond) {
 constexpr const char* videoColors =
     "crop=trunc(iw/2)*2:trunc(ih/2)*2:0:0,scale=out_color_matrix=bt709";
 
-/// Limits a window's GIF to 25 frames per second, a rate that all browsers play. The filter only drops frames and never
-/// repeats a frame: a repeated frame delays the next time stamp, which causes another repetition.
+/// Limits a window's GIF to 25 frames per second, a rate that all browsers play. The filter drops frames and never
+/// repeats a frame. A repeated frame would delay the next time stamp, and this delay would cause another repetition.
 std::string gifFrames(std::optional<int> framesPerSecond) {
     return framesPerSecond ? "" : "select='isnan(prev_selected_t)+gte(t-prev_selected_t,0.039)',";
 }

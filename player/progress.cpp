@@ -16,7 +16,7 @@ constexpr int barWidth = 24;
 /// Width of the whole line. A line that fills a terminal of 80 characters would wrap.
 constexpr int lineWidth = 79;
 constexpr auto barInterval = 100ms;
-/// Number of frames at the start of a run before the remaining time is shown. Their speed is too uncertain for a
+/// Number of complete frames from which the remaining time is shown. The speed of fewer frames is too uncertain for a
 /// forecast.
 constexpr int framesBeforeForecast = 30;
 

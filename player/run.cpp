@@ -67,9 +67,10 @@ bool isStillFrame(const std::string& name) {
            static_cast<std::size_t>(length) == name.size();
 }
 
-/// Adds cells to the digest and counts invisibly small values as zero. Such values are found in front of a wave. They
-/// depend on the processor, because some processors replace subnormal numbers by zero. The digest is therefore the same
-/// on every processor for about seventy frames. Later the difference reaches the last bits of larger values.
+/// Adds cells to the digest. Replaces values that are too small to be visible by zero. Such values occur in front of a
+/// wave. They differ between processors, because some processors replace subnormal numbers by zero. With the
+/// replacement, the digest is the same on every processor for about seventy frames. In later frames, the digests
+/// differ: the tiny differences have reached the last bits of larger values.
 void addCells(hostkit::Digest& digest, std::span<const float> cells) {
     constexpr float minVisible = 0x1p-60f;
     for (const float cell : cells) {

@@ -51,7 +51,7 @@ pid_t startGetImage(Window window, Pixmap pixmap) {
     std::string program = "xscreensaver-getimage";
     char* arguments[] = {program.data(), windowText.data(), pixmapText.data(), nullptr};
     // Give the program a new process group, so that a signal to the group also ends the programs that it starts. Reset
-    // all signals, because a child would also ignore the signals that this program ignores.
+    // the actions of all signals. Otherwise, the new program would also ignore the signals that this program ignores.
     posix_spawnattr_t attributes;
     posix_spawnattr_init(&attributes);
     sigset_t all;

@@ -151,7 +151,7 @@ void Saver::changeScene(app::Clock::time_point now) {
     }
 }
 
-/// Draws the frames that are due. While the effect is idle, draws only if the window has lost its content.
+/// Draws the frames that are due. While the effect is idle, draws a frame only if the window has lost its content.
 void Saver::drawDueFrames(app::Clock::time_point now) {
     app::FrameClock::Due due{window.takeExposure() ? 1 : 0, app::frameTime};
     if (session.isIdle()) {

@@ -220,8 +220,8 @@ void SaverWindow::handle(const XEvent& event) {
             windowMissing = windowMissing || event.xdestroywindow.window == window;
             break;
         case ClientMessage:
-            // `closing` is 0 unless this program has opened the window. A message that another program sends to the
-            // root window therefore does not end this program.
+            // If another program owns the window, `closing` is 0. A close message that any program sends to the root
+            // window therefore does not end this program.
             closed =
                 closed || (closing != 0 && static_cast<Atom>(event.xclient.data.l[0]) == closing);
             break;

@@ -33,7 +33,7 @@ private:
     std::array<char, 81> text{};
     const char* action = "";
     bool asksForText = false;
-    /// True until the next frame opens the pop-up.
+    /// True from the request of a dialog until the next frame opens the pop-up.
     bool opening = false;
     bool accepting = false;
 };

@@ -53,7 +53,7 @@ void Display::drawWindows(const Panel& panel) {
     }
 }
 
-/// Draws the overlays, and the panel unless a screenshot is due.
+/// Draws the overlays. Also draws the panel, except into a frame of which a screenshot will be saved.
 void Display::drawOver(const Panel& panel) {
     screen.beginPanel();
     drawOverlays({panel.view.velocity, panel.view.ink}, session.effectProbe(), screen.canvas(),
@@ -78,8 +78,8 @@ void Display::present(const Panel& panel, bool drawn) {
     } else {
         screen.canvas().show(screen.window().pixels());
     }
-    if (screen.window().pixels() ==
-        session.size()) {  // else the effect restarts soon in the new size
+    // If the sizes differ, the effect restarts soon in the new size.
+    if (screen.window().pixels() == session.size()) {
         attempt(toast, [&] { keeper.addToFilm(); });
     }
     attempt(toast, [&] { keeper.addThumbnail(); });

@@ -32,7 +32,7 @@ private:
     std::filesystem::path folder;
     /// Entries of the list: the parent folder, then folders, then files, each sorted by name.
     std::vector<Entry> entries;
-    /// True until the next frame opens the pop-up.
+    /// True from the call of open() until the next frame opens the pop-up.
     bool opening = false;
 };
 

@@ -55,8 +55,8 @@ private:
     VideoSystem video;
     std::unique_ptr<SDL_Window, Destroy> window;
     SDL_GLContext gl = nullptr;
-    /// Bounds of the window before it became full screen on a desktop that has no window manager. Empty while the
-    /// window is not full screen there.
+    /// Bounds of the window before it became full screen on a desktop that has no window manager. Empty in every other
+    /// state and on every other desktop.
     std::optional<SDL_Rect> before;
 };
 

@@ -32,7 +32,8 @@ public:
     /// Starts a recording in `file`, which must be empty.
     void startRecording(const std::filesystem::path& file);
     void finishRecording();
-    /// If there is a recording, finishes it, because the window has a new size. Shows errors as toasts.
+    /// Finishes the current recording, because the window has a new size. Does nothing if there is no recording. Shows
+    /// errors as toasts.
     void finishRecordingForResize();
     /// Finishes the recording if a write to its file has failed.
     void watchRecording();

@@ -51,7 +51,7 @@ struct Key {
 
 std::span<const Key> keys();
 
-/// Returns the texts of a command.
+/// Returns the name, the label and the description of a command.
 const app::CommandText& textOf(Command command);
 
 }  // namespace player

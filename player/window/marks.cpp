@@ -37,8 +37,8 @@ void drawSymbol(ImDrawList& list, MarkSymbol symbol, ImVec2 corner, float side) 
     }
 }
 
-/// Draws an on-screen indicator into the current ImGui window. Every indicator except that of a pause has the square
-/// symbol of a stop button. Returns true if the user clicked the indicator.
+/// Draws an on-screen indicator into the current ImGui window. The indicator of a pause has no stop button. Every other
+/// indicator has a stop button, drawn as a square. Returns true if the user clicked the indicator.
 bool drawMark(const Mark& mark) {
     const std::string text = textOf(mark);
     const float line = ImGui::GetTextLineHeight();

@@ -25,7 +25,7 @@ constexpr float maxPart = 0.6f;
 /// Colour of the preset's name after the user has changed a setting.
 constexpr ImU32 changedColor = IM_COL32(255, 190, 70, 255);
 
-/// Sections with commands. The table of settings defines the sections of the sliders.
+/// Sections of the panel that contain commands. The sections that contain sliders come from the table of settings.
 enum class Place { preset, ownPreset, ink, view, save, developer };
 
 /// Check box of the panel. A click on it runs the same command as the key of the command.

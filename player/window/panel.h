@@ -15,8 +15,8 @@
 
 namespace player {
 
-/// State of the window apart from the settings. A member is true while the part of the window that it names is visible,
-/// or while the activity that it names is on.
+/// State of the window, except the settings. Each member names a part of the window or an activity. The member is true
+/// while this part is visible or this activity is on.
 struct View {
     bool panel = false;
     bool help = false;

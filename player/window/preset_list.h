@@ -37,10 +37,10 @@ public:
     void checkName(const std::string& name) const;
     /// Updates the list after the file of a user's preset was renamed.
     void rename(const std::filesystem::path& old, const std::filesystem::path& file);
-    /// Removes a preset of the user from the list. If this preset was loaded, the default settings count as loaded from
-    /// then on.
+    /// Removes a preset of the user from the list. If this preset was the loaded one, the default settings become the
+    /// loaded preset.
     void remove(const std::filesystem::path& file);
-    /// Adds a preset of the user, whose `settings` were saved in `file`. From then on, this preset counts as loaded.
+    /// Adds a preset of the user, whose `settings` were saved in `file`. The added preset becomes the loaded preset.
     void add(const std::filesystem::path& file, const app::Settings& settings);
 
     /// Returns the settings of the loaded preset, without the user's changes.
@@ -59,7 +59,7 @@ private:
     std::vector<desktop::NamedPreset> all;
     std::size_t shippedCount;
     std::filesystem::path loadedFile;
-    /// Index of the preset that next() returns. The index after the last preset stands for the first preset.
+    /// Index of the preset that next() returns. After the last preset, next() returns the first preset.
     std::size_t following = 1;
     std::string shown = app::sharedText("defaultSettings");
     app::Settings loaded;

@@ -25,7 +25,7 @@ struct PresetCommand {
 /// Requests from keys, panel and desktop. The main loop runs these requests once per iteration.
 struct Requests {
     std::vector<Command> commands;
-    /// Preset chosen in the panel, or empty.
+    /// File of the preset that the user chose in the panel; empty if none was chosen.
     std::filesystem::path preset;
     std::vector<PresetCommand> presetCommands;
     /// Files to open, which the user dropped on the window or chose in the file browser.

@@ -163,7 +163,9 @@ TEST(AttractMode, LiftsTheFingerOnlyIfItIsDown) {
 
 TEST(IdleWatch, WithoutInkIdleWaterIsEnough) {
     app::IdleWatch watch;
-    const auto noDigest = [] { return ADD_FAILURE() << "reads the screen", std::uint64_t{0}; };
+    const auto noDigest = [] {
+        return ADD_FAILURE() << "without ink, the screen must not be read", std::uint64_t{0};
+    };
     watch.noteFrame(false, noDigest);
     EXPECT_FALSE(watch.isIdle());
     watch.noteFrame(true, noDigest);
@@ -185,7 +187,8 @@ TEST(IdleWatch, WithInkTwoFramesMustBeEqual) {
         watch.noteFrame(true, [&] { return std::uint64_t{2}; });
     }
     EXPECT_TRUE(watch.isIdle());
-    EXPECT_TRUE(watch.mayShowInk()) << "faded ink may leave a visible residue";
+    EXPECT_TRUE(watch.mayShowInk())
+        << "mayShowInk must stay true, because faded ink can leave a visible residue";
     watch.start();
     EXPECT_FALSE(watch.mayShowInk());
 }

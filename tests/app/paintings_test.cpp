@@ -53,12 +53,12 @@ TEST_P(PaintingsTest, KeepsThePaintingOnAScreenOfAnotherSize) {
     EXPECT_LT(
         meanDifference(wide, [&](int x, int y, int c) { return channelAt(plate, x, y + 32, c); }),
         dither)
-        << "a wide screen must show the middle rows";
+        << "a wide screen must show the middle rows of the painting";
     const Image tall = paint(64, 128);
     EXPECT_LT(
         meanDifference(tall, [&](int x, int y, int c) { return channelAt(plate, x + 32, y, c); }),
         dither)
-        << "a tall screen must show the middle columns";
+        << "a tall screen must show the middle columns of the painting";
 
     const Image coarse = paint(256, 256);
     const Image fine = paint(512, 512);
@@ -69,7 +69,8 @@ TEST_P(PaintingsTest, KeepsThePaintingOnAScreenOfAnotherSize) {
                 channelAt(fine, 2 * x + 1, 2 * y + 1, channel)) /
                4.0;
     };
-    EXPECT_LT(meanDifference(coarse, meanOfFine), 4.0) << "more pixels must show the same shapes";
+    EXPECT_LT(meanDifference(coarse, meanOfFine), 4.0)
+        << "an image with more pixels must show the same shapes";
 }
 
 TEST_P(PaintingsTest, IsLightWithSoftGradients) {

@@ -75,7 +75,7 @@ TEST(Quality, ASearchEndsAtTheFirstFluentLevelOrWhenFewerPixelsDoNotHelp) {
         Levels expected;
     } cases[] = {
         {{60, 50, 40, 30}, {1, 2, 3, 3}},
-        {{100, 90, 80, 75}, {1, 2, 3, 2}},         // the time is not spent on pixels
+        {{100, 90, 80, 75}, {1, 2, 3, 2}},         // fewer pixels save too little time
         {{33.3, 33.3, 33.3, 33.3}, {1, 2, 3, 2}},  // a display with 30 Hz
         {{16.7}, {0}},
     };

@@ -130,7 +130,8 @@ TEST_F(SessionTest, ARecordingOnASlowMachineKeepsItsTime) {
     EXPECT_NEAR(recorded->events.back().frame, 30, 1);
     session.startReplay(*recorded);
     session.takeDueFrames(now);
-    EXPECT_EQ(session.takeDueFrames(now + 100ms).elapsed, app::frameTime) << "draws every frame";
+    EXPECT_EQ(session.takeDueFrames(now + 100ms).elapsed, app::frameTime)
+        << "each frame of a replay must last one frame time";
 }
 
 TEST_F(SessionTest, ANewSizeEndsARecordingAndScalesAReplay) {
@@ -234,7 +235,7 @@ TEST_F(SessionTest, AttractModeWaitsFromTheEndOfAStroke) {
     session.press(start, 20, 40, 1.0f);
     session.move(start + 10s, 30, 40, 1.0f);
     session.lift(start + 19s, TouchAction::up, 30, 40);
-    session.move(start + 30s, 30, 40, 1.0f);  // the finger is up
+    session.move(start + 30s, 30, 40, 1.0f);  // no effect: the finger is up
     session.startAttractModeIfIdle(start + 38s, false);
     EXPECT_FALSE(session.attractMode().isRunning());
     session.startAttractModeIfIdle(start + 39s, false);
@@ -262,7 +263,7 @@ TEST_F(SessionTest, AReplayAndAPressedFingerHoldAttractModeBack) {
 TEST_F(SessionTest, AttractModeUsesTheNewInkOfTheUser) {
     draws = false;
     session.startAttractModeIfIdle(start + 5s, false);
-    frames(301);  // the second stroke has another ink
+    frames(301);  // until the second stroke, which has another ink
     EXPECT_NE(drawnInk, hostkit::EffectSettings{}.ink);
     session.settings.ink = {1.0f, 0.5f, 0.25f};
     draws = true;

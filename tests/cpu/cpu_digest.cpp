@@ -30,7 +30,7 @@ constexpr std::uint64_t livelyDigest = 0x9d205f7b2f15ca37u;
 constexpr std::uint64_t dyingDigest =
     FlushSubnormals::flushes() ? 0x0ddc63352c94cce2u : 0xd8e0c93be9037304u;
 
-/// Minimum magnitude of the numbers in the lively run, except 0. Products of such numbers are far from subnormal.
+/// Minimum magnitude of all nonzero numbers in the lively run. Products of such numbers are far from subnormal.
 constexpr float livelyLeast = 1e-20f;
 
 /// Digest of the bytes of all results of a run.
@@ -46,7 +46,7 @@ public:
         addBytes(bytes_, std::as_bytes(values));
     }
     std::uint64_t value() const { return bytes_.state; }
-    /// Returns the smallest magnitude of all numbers that were added, except 0.
+    /// Returns the smallest magnitude of all nonzero numbers that were added.
     float least() const { return least_; }
 
 private:
@@ -100,8 +100,8 @@ void runWater(Digest& digest, float damping, int rippleSteps, bool startsWild) {
     }
 }
 
-/// A solver for a screen whose grid has 43 cells per row. This number is not a multiple of four, so that single cells
-/// remain at the end of each row.
+/// A solver for a screen whose grid has 43 cells per row. Kernels process four cells at a time, so single cells remain
+/// at the end of each row.
 struct Flow {
     Flow(Digest& digestOfRun) : digest(digestOfRun) {
         applySettings(state, 519, 760, true);

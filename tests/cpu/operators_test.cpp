@@ -97,8 +97,8 @@ void expectMeaning(const Pass& pass, float tolerance) {
 }
 
 /// The seven passes on random grids of one size. A stroke crosses the grid and ends at a touch near the right edge.
-/// Kernels compute the last cells of a row one at a time. With this stroke, some of these cells are inside each radius
-/// and some are outside.
+/// Kernels compute the last cells of a row one at a time. With this stroke, each radius contains some of these last
+/// cells, but not all of them.
 struct Passes {
     Passes(int width, int height, Against side, Fill fill)
         : random(static_cast<unsigned>(width * 1000 + height)),
@@ -164,7 +164,7 @@ void expectMeanings(Passes& passes) {
     }
 }
 
-/// The kernels that are tested: either those of the library or the plain ones.
+/// The kernels that a test runs: those of the library, or the scalar kernels of the namespace `reference`.
 struct Kernels {
     void (*advect)(const AdvectVelocity&);
     void (*diverge)(const ComputeDivergence&);

@@ -41,8 +41,7 @@ TEST(Packing, EveryValueDecodesToAtMostOneStepBelowItself) {
     for (std::size_t i = 0; i < values.size(); ++i) {
         const float shifted = std::clamp(values[i], -127.0f, 127.0f) + 127.0f;
         const double error = static_cast<double>(shifted) - bytes[2 * i] - bytes[2 * i + 1] / 255.0;
-        // The packing rounds its products, so the low byte can already have its next value. The error is then slightly
-        // negative.
+        // If packing rounds a product up, the low byte can be one step too high. The error is then slightly negative.
         ASSERT_GE(error, -1e-6) << values[i];
         ASSERT_LT(error, 1.0 / 255.0 + 1e-6) << values[i];
     }

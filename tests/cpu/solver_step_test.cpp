@@ -45,7 +45,7 @@ struct Solver {
         settings = beginSolverStep(state, touch);
         settings.isProjected = false;
     }
-    /// Runs a step after all original settings have been overwritten. The step must read only its copy in
+    /// Overwrites the settings in `state`, then runs a step. The step must read only the copy of the settings in
     /// `stepSettings`.
     void step() {
         state.dragSegment = {};
@@ -149,7 +149,7 @@ TEST(SolverStep, AFlowAtRestStaysAtRest) {
     }
 }
 
-/// A flow and a drag that a step starts from. Positions are in screen pixels, with y up.
+/// Flow and drag at the start of a solver step. Positions are in screen pixels, with y up.
 struct Scene {
     int width, height;
     std::vector<float> flow;
@@ -171,7 +171,8 @@ Scene withAxesSwapped(const Scene& scene) {
 }
 
 /// Returns the scene mirrored in x. The touch is mirrored at the middle between the first and the last corner of the
-/// cells, because the push is measured from corners. The stroke is mirrored at the middle of the screen.
+/// cells, because the step measures the distance to the touch from these corners. The stroke is mirrored at the middle
+/// of the screen.
 Scene mirroredInX(const Scene& scene) {
     Scene result = scene;
     const auto corners = static_cast<float>(12 * (scene.width - 1));
@@ -260,7 +261,7 @@ TEST(SolverStep, ProjectionLowersTheDivergence) {
     projectWaves(projected, true);
     projectWaves(converged, true);
     EXPECT_NE(once.flow(), advected.flow())
-        << "a single iteration must change the flow, although its result is in the scratch grid";
+        << "one Jacobi iteration must change the flow; its result is in the scratch grid";
     EXPECT_LT(largestDivergence(projected), 0.3f * largestDivergence(advected));
     EXPECT_LT(largestDivergence(converged), 0.1f * largestDivergence(advected));
 }
@@ -297,7 +298,7 @@ TEST(SolverStep, AFlowIsAdvectedByVelocityTimesTimeStep) {
     EXPECT_GT(solver.velocityAt(14, 9).y, 0.3f);
 }
 
-/// Returns the speed of a cell beside a stroke from left to right, after one step.
+/// Runs a step with a stroke from left to right. Returns the velocity along x of a cell beside the stroke.
 float speedBesideStroke(DragMode mode, int marginBefore) {
     Solver solver;
     solver.settings.dragMode = mode;

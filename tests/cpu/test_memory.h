@@ -124,8 +124,8 @@ constexpr bool lanesFlushSubnormals = true;
 constexpr bool lanesFlushSubnormals = false;
 #endif
 
-/// Returns true if the bits are equal or both numbers are NaN. Two NaNs count as equal, because their bits depend on
-/// the order of the operands.
+/// Returns true if the bits of the two numbers are equal. Two NaNs also count as equal, because their bits depend on
+/// the order of the operands. If lanesFlushSubnormals is true, two numbers that are 0 or subnormal also count as equal.
 inline bool isSame(float a, float b) {
     constexpr float smallest = std::numeric_limits<float>::min();
     return bitsOf(a) == bitsOf(b) || (std::isnan(a) && std::isnan(b)) ||

@@ -20,8 +20,8 @@ TEST(Touch, IdleFramesCountToTheEndOfAnInt) {
     EXPECT_EQ(state.inkDissipation, idleInkDissipation);
 }
 
-// This test reads the state, because a host cannot see a difference between these cases: presses of 12 frames and of 20
-// frames look the same after the up event.
+// This test reads the counter pressFrames from the state. A host cannot check this counter: after the up event, a press
+// of 12 frames looks the same as a press of 20 frames.
 TEST(Touch, AnUpEndsALongDrag) {
     const std::pair<int, int> cases[] = {{11, 11}, {12, 20}, {13, 20}};
     for (const auto& [before, after] : cases) {

@@ -58,7 +58,8 @@ TEST_P(WaterMethods, InitWatersPassesOnEachArgument) {
 }
 
 TEST_P(WaterMethods, RipplePassesOnEachArgument) {
-    // The touch is at cell (4, 3.5), so the cells half a row above and below it gain (3 - 0.5) * 4 = 10.
+    // The touch is at cell (4, 3.5). A ripple of strength 4 is a cone with a radius of 3 cells, so the cells half a row
+    // above and below the touch gain (3 - 0.5) * 4 = 10.
     ripple(4.0f);
     EXPECT_EQ(heightAt(4, 3), 10.0f);
     EXPECT_EQ(heightAt(4, 4), 10.0f);

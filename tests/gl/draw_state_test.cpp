@@ -86,8 +86,8 @@ std::vector<std::string> stepsOfFrame(TestHost& host) {
     host.recorder.inside = [&steps](const std::string& function) {
         if (function.starts_with("glDraw")) {
             steps.push_back(drawState());
-        } else if (function == "glUseProgram" &&
-                   steps.size() > 1) {  // the next program follows a pass
+        } else if (function == "glUseProgram" && steps.size() > 1) {
+            // A pass has ended, and the program of the next pass starts.
             SCOPED_TRACE("after " + steps.back());
             expectNothingBound();
         }

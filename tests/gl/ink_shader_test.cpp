@@ -197,8 +197,8 @@ TEST_F(InkShaders, OnlyTouchesMoreThanTheMarginFromEveryEdgeDeposit) {
                                        {270, bottom - inside}}) {
                 SCOPED_TRACE(std::string(c.name) + " ending at " + std::to_string(x) + ", " +
                              std::to_string(y));
-                // Each kind of stroke has a margin. The margin counts from the second frame on, because each frame uses
-                // the kind of stroke of the frame before it.
+                // Each kind of stroke has its own margin at the edges of the screen. The margin applies from the second
+                // frame on, because each frame uses the margin of the previous frame's stroke.
                 play(c.events, 2, x, y);
                 host.arguments.inkGreen = inside ? 0.5f : 0.0f;
                 auto uniforms = host.uniformsOfFrame();

@@ -83,8 +83,8 @@ public:
         return frames(1, expected.mode, 0.99f);
     }
     Gesture& sameFrames(int count) { return frames(count, drag, dissipation); }
-    /// These two functions draw frames in which no stroke is drawn: `restFrames` before the ink fades, `fadeFrames`
-    /// while it fades.
+    /// These two functions draw frames without a stroke: `restFrames` before the ink fades, `fadeFrames` while the ink
+    /// fades.
     Gesture& restFrames(int count) {
         stroke.clear();
         return frames(count, drag, dissipation);
@@ -111,7 +111,8 @@ private:
         EXPECT_EQ(std::stof(uniforms["advect.BackwardStepSize"]), step);
         return uniforms;
     }
-    /// Draws `count` frames. Expects that each frame leaves these settings for the next frame.
+    /// Draws `count` frames and checks the stroke of each. `dragLeft`, `dissipationLeft` and `stepLeft` are the
+    /// settings that each of these frames must leave. The frame after it checks them.
     Gesture& frames(int count, int dragLeft, float dissipationLeft, float stepLeft = 1) {
         for (; count > 0; --count) {
             auto uniforms = advectedFrame();

@@ -89,7 +89,8 @@ void makeStill(velmora::EffectState& state) {
     velmora::reallocatePackedVelocity(state.packedVelocity, columns, rows);
 }
 
-/// Returns the expected uploads. The first is a flow at rest, then follows the result of each frame's step.
+/// Returns the expected uploads. The first upload is a flow at rest. Each later upload is the result of one frame's
+/// step.
 std::vector<Bytes> uploadsOfSteps() {
     velmora::EffectState state;
     makeStill(state);

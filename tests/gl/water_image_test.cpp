@@ -179,8 +179,8 @@ void makeWaves(const TestHost& host, float size) {
     }
 }
 
-// The wave sizes and settings of these tests are chosen so that, for every limit in the shaders, hundreds of pixels are
-// below it and hundreds above it.
+// These tests cover both sides of every limit in the shaders. With their wave sizes and settings, the limited value is
+// below the limit at hundreds of pixels and above the limit at hundreds of other pixels.
 
 TEST(WaterImage, WavesRefractAndShine) {
     TestHost host(screenWidth, screenHeight);

@@ -380,8 +380,9 @@ final class LifecycleCases {
     }
 
     /**
-     * Makes an idle screen lose its context, lose a frame because showing it fails, or lose the
-     * active renderer.
+     * Takes three things from an idle screen, one after the other: its context, a frame whose
+     * presentation fails, and the active renderer. After each loss, wakes the screen and draws
+     * until it is idle again.
      */
     private void losses() {
         Window window = newWindow(WIDTH, HEIGHT).show();
@@ -452,9 +453,9 @@ final class LifecycleCases {
     }
 
     /**
-     * Hides a screen with rain and shows it again. Calls drawNow with a time that is {@code
-     * drawnAfter} nanoseconds later. Then continues with normal frames that start {@code pause}
-     * nanoseconds after the screen was hidden.
+     * Hides a screen with rain and shows it again. Then calls drawNow with a time {@code
+     * drawnAfter} nanoseconds after the hiding. Continues with normal frames, which start {@code
+     * pause} nanoseconds after the hiding.
      */
     private void rain(long drawnAfter, long pause) {
         Window window = newRain();

@@ -55,8 +55,8 @@ TEST(Presets, DrawTheSameFramesAsInThePlayer) {
             pairs.append(" ").append(entry.path().string()).append(" ").append(still.string());
         }
     }
-    // The preset "storm" has rain, and "glass" has wide ripples. Both have fine meshes and more than 60 steps per
-    // second.
+    // These two presets cover many settings: "storm" has rain, "glass" has wide ripples, and both have fine meshes and
+    // more than 60 steps per second.
     for (const char* const name : {"storm", "glass"}) {
         std::string command = PLAYER " --headless --size 180x320 --script " STROKE_GESTURE " ";
         command.append(picture)

@@ -60,8 +60,8 @@ void moveHeights(const WaterGrids& grids, const WaterRectangle& area) {
 }
 
 /// Smooths the heights of each row in groups of four cells, then the remaining cells one by one. Each group is read
-/// completely before it is written. Four variables hold the new heights, because an array would be stored and loaded
-/// again.
+/// completely before it is written. The four new heights are separate variables, so that they stay in registers. The
+/// compiler would store an array to memory and load it again.
 void smoothHeights(const WaterGrids& grids, const WaterRectangle& area, float weight) {
     float* const h = grids.height;
     const int rowLength = grids.rowLength;

@@ -401,7 +401,8 @@ TEST_F(Player, OverlaysChangeTheFrameButNotTheFlow) {
         for (int at = 0; at < 64 * 96; ++at) {
             changed += pixel(image, at % 64, at / 64) == pixel(plain, at % 64, at / 64) ? 0 : 1;
         }
-        // The flow lines change only a part of the frame. The false colours change the whole frame.
+        // The frame has 64 x 96 = 6144 pixels. The false colours of the ink must change more than 6000 pixels. The flow
+        // lines must change more than 20 but fewer than 3000 pixels.
         EXPECT_GT(changed, overlay == "ink" ? 6000 : 20);
         EXPECT_LT(changed, overlay == "ink" ? 6145 : 3000);
     }

@@ -35,8 +35,8 @@ constexpr int height = 360;
 constexpr Rgb plainColor = {200, 190, 150};
 constexpr Rgb droppedColor = {40, 160, 90};
 
-/// Counts the pixels that do not have the colour of the background. Skips the top 40 rows, where badges are, and the
-/// bottom 64 rows, where toasts are.
+/// Counts the pixels that do not have the colour of the background. Skips the top 40 rows with the on-screen
+/// indicators, and the bottom 64 rows with the toasts.
 int stains(const Pixbuf& image) {
     const int columns = gdk_pixbuf_get_width(image.get());
     int count = 0;
@@ -113,8 +113,8 @@ protected:
     void pointAt(int x, int y) const {
         xdotool("mousemove --window " + window + " " + std::to_string(x) + " " + std::to_string(y));
     }
-    /// Plays one frame, which applies all earlier events, and leaves the window paused. Then waits for a screenshot, so
-    /// that later events come after this frame.
+    /// Plays one frame, which applies all earlier events, and leaves the window paused. Then takes a screenshot and
+    /// waits for it, so that events after this call apply to a later frame.
     void step() {
         press("period");
         shot();
@@ -141,7 +141,7 @@ protected:
         EXPECT_TRUE(waitFor([&] { return (image = load(name)) != nullptr; })) << contents("err");
         return image;
     }
-    /// Captures the window from the display, with the panel, the badges and the toast.
+    /// Captures the window from the display, with the panel, the on-screen indicators and the toast.
     Pixbuf capture() const {
         run("ffmpeg -nostdin -v error -y -f x11grab -draw_mouse 0 -window_id " + window +
             " -i $DISPLAY -frames:v 1 capture.png");
@@ -158,7 +158,7 @@ protected:
     /// Answers the question of a dialog that a key opens. First waits until the text field of the dialog has the focus.
     void answer(const std::string& key, const std::string& text) const {
         press(key);
-        ASSERT_TRUE(waitFor([&] { return stains(capture()) > 300; })) << "no dialog";
+        ASSERT_TRUE(waitFor([&] { return stains(capture()) > 300; })) << "the dialog must open";
         capture();
         xdotool("type " + text);
         press("Return");
@@ -201,7 +201,8 @@ TEST_F(WindowTest, InkAppearsOnlyAlongTheStroke) {
     const Pixbuf after = shot();
     ASSERT_GT(stains(after), 300);
     for (int at = 0; at < width * height; ++at) {
-        // Ink may be up to 170 pixels from the middle of the stroke, because the flow carries ink beyond the stroke.
+        // The flow carries ink beyond the stroke, but at most 170 pixels from the middle of the stroke. Farther away,
+        // each pixel must have nearly the background colour.
         ASSERT_TRUE(std::hypot(at % width - 90, at / width - 105) < 170 ||
                     difference(pixel(after, at % width, at / width), plainColor) <= 6)
             << at % width << " " << at / width;
@@ -254,7 +255,7 @@ TEST_F(WindowTest, AClickOnThePanelChangesItsControlAndLeavesNoInk) {
     constexpr Rgb red = {255, 89, 89};
     openWindow("--no-attract --size 640x780");
     pointAt(600, 700);
-    xdotool("click 3");  // the panel does not see a move without an event of the mouse
+    xdotool("click 3");  // the panel sees the new pointer position only after a mouse event
     press("Tab");
     std::vector<int> groups;
     ASSERT_TRUE(waitFor([&] { return (groups = headings(capture())).size() == 6; }));
@@ -271,8 +272,8 @@ TEST_F(WindowTest, AClickOnThePanelChangesItsControlAndLeavesNoInk) {
     }));
     pointAt(at % 640 + 8, at / 640 + 8);
     xdotool("mousedown 1");
-    // Play two frames in which a touch would leave ink. step() cannot be used, because its screenshot would hide the
-    // panel.
+    // Advance two frames. If the press on the panel also touched the water, these frames would add ink. Do not use
+    // step(): its screenshot hides the panel.
     press("period");
     press("period");
     xdotool("mouseup 1");
@@ -291,7 +292,7 @@ TEST_F(WindowTest, ThePanelFitsAPhoneAtAnyScaleAndStaysInTheWindow) {
     pointAt(440, 700);
     press("Tab");
     Box box;
-    EXPECT_TRUE(waitFor([&] {  // the first toast is larger and disappears
+    EXPECT_TRUE(waitFor([&] {  // true after the first toast has gone
         box = panelIn(capture());
         return box.right > 200 && box.right - box.left <= 450 * 6 / 10 &&
                box.bottom - box.top <= 800 * 6 / 10;
@@ -309,7 +310,8 @@ TEST_F(WindowTest, ThePanelFitsAPhoneAtAnyScaleAndStaysInTheWindow) {
     };
     EXPECT_FALSE(marked());
     press("b");
-    EXPECT_TRUE(waitFor(marked)) << "the preset's name must have a mark for unsaved changes";
+    EXPECT_TRUE(waitFor(marked))
+        << "the preset's name must change its colour after an unsaved change";
     press("BackSpace");
     EXPECT_TRUE(waitFor([&] { return !marked(); }));
 
@@ -371,7 +373,7 @@ TEST_F(WindowTest, AFilmHasTheDurationOfTheFilmingAndShowsAMark) {
     ASSERT_TRUE(waitFor([&] { return fs::exists(folder / "shots/film-01.mp4") && redDot(); }));
     const auto begin = std::chrono::steady_clock::now();
     drag(60, 60, 120, 150);
-    ASSERT_TRUE(waitFor([&] {  // the toast disappears
+    ASSERT_TRUE(waitFor([&] {  // true after the toast has gone
         return difference(pixel(capture(), width / 2, height - 20), plainColor) < 8;
     }));
     EXPECT_TRUE(redDot()) << "the red dot must stay while the film is recorded";
@@ -395,13 +397,14 @@ TEST_F(WindowTest, ANewSizeContinuesAFilmAndEndsARecording) {
     xdotool("windowsize " + window + " 360 240");
     ASSERT_TRUE(waitFor([&] {
         return contents("kept.gesture").find("frames") != std::string::npos;
-    })) << "the recording of the gesture must end";
+    })) << "the resize must end the recording of the gesture";
     ASSERT_TRUE(waitFor([&] { return gdk_pixbuf_get_width(shot().get()) == 360; }));
     press("f");
     ASSERT_TRUE(waitFor([&] { return !probed("shots/film-01.gif").empty(); }));
     EXPECT_TRUE(probed("shots/film-01.gif").starts_with("240,360,"));
     shot();
-    EXPECT_FALSE(fs::exists(folder / "shots/film-02.gif")) << "the key must end the first film";
+    EXPECT_FALSE(fs::exists(folder / "shots/film-02.gif"))
+        << "the second press of the key must not start a second film";
     run("ffmpeg -v error -i shots/film-01.gif -update 1 last.png");
     const Pixbuf last = load("last.png");
     EXPECT_LT(difference(pixel(last, 120, 20), {0, 0, 0}), 20)
@@ -437,7 +440,7 @@ TEST_F(WindowTest, WindowsThatShareAFolderUseDifferentFileNames) {
     second.pop_back();
     xdotool("windowfocus --sync " + window + " key f");
     ASSERT_TRUE(waitFor([&] { return fs::exists(folder / "shots/film-01.mp4"); }))
-        << "the file must exist before the first frame";
+        << "the film's file must exist before its first frame";
     xdotool("windowfocus --sync " + second + " key f");
     ASSERT_TRUE(waitFor([&] { return fs::exists(folder / "shots/film-02.mp4"); }));
     press("q");
@@ -481,7 +484,7 @@ TEST_F(WindowTest, NamesRenamesAndDeletesPresetsAndUndoesChanges) {
     press("b");
     answer("p", "pond");
     ASSERT_TRUE(waitFor([&] { return fs::exists(folder / "shots/pond.jpg"); }));
-    press("p");  // says that the settings are saved already, so the next dialog renames
+    press("p");  // opens no dialog, because these settings are already saved
     answer("t", "lake");
     ASSERT_TRUE(waitFor([&] { return fs::exists(folder / "shots/lake.jpg"); }));
     EXPECT_NE(contents("shots/lake.json"), before);
@@ -573,7 +576,7 @@ TEST_F(WindowTest, AListOfFilesOpensAPicture) {
         }
         return lines.size() > 3 && lines.size() < 20;
     }));
-    // The last three lines of the list are dropped.png, plain.png and still.json. Click on the first of these.
+    // The last three lines of the list are dropped.png, plain.png and still.json. Click on dropped.png.
     pointAt(60, lines[lines.size() - 3] - 6);
     xdotool("click 1");
     EXPECT_TRUE(waitFor([&] { return difference(pixel(capture(), 20, 20), droppedColor) <= 6; }));
@@ -596,7 +599,7 @@ TEST_F(WindowTest, SwitchesShowAToastAndAPauseShowsAMark) {
     const std::vector<guchar> paused = rows(0, 40);
     press("space");
     EXPECT_TRUE(waitFor([&] { return rows(0, 40) != paused; }))
-        << "the mark must disappear after the pause";
+        << "the on-screen indicator must disappear after the pause";
 }
 
 TEST_F(WindowTest, AReplayAPauseAndAFilmShowAMarkThatEndsThemAndEscapeStopsAReplay) {
@@ -613,12 +616,12 @@ TEST_F(WindowTest, AReplayAPauseAndAFilmShowAMarkThatEndsThemAndEscapeStopsARepl
     ASSERT_FALSE(isMarked());
     write("long.gesture", "screen 64 96\nframes 100000\n0 clear\n");
     ASSERT_TRUE(dropFile(std::stoul(window), folder / "long.gesture"));
-    ASSERT_TRUE(waitFor(isMarked)) << "a replay without a mark";
+    ASSERT_TRUE(waitFor(isMarked)) << "a replay must show an on-screen indicator";
     press("F1");
     ASSERT_TRUE(waitFor(helpShows));
     press("Escape");
     EXPECT_TRUE(waitFor([&] { return !isMarked(); }));
-    EXPECT_TRUE(helpShows()) << "Escape closes the list of keys before it stops the replay";
+    EXPECT_TRUE(helpShows()) << "Escape must stop the replay and keep the list of keys open";
     press("F1");
     ASSERT_TRUE(waitFor([&] { return !helpShows(); }));
     ASSERT_TRUE(dropFile(std::stoul(window), folder / "long.gesture"));
@@ -631,7 +634,7 @@ TEST_F(WindowTest, AReplayAPauseAndAFilmShowAMarkThatEndsThemAndEscapeStopsARepl
     ASSERT_TRUE(waitFor([&] { return fs::exists(folder / "shots/film-01.mp4") && isMarked(); }));
     EXPECT_TRUE(click());
     EXPECT_TRUE(waitFor([&] { return probed("shots/film-01.mp4") != ""; }));
-    EXPECT_EQ(stains(shot()), 0) << "a click on a mark touches the water";
+    EXPECT_EQ(stains(shot()), 0) << "a click on an on-screen indicator must not touch the water";
 }
 
 TEST_F(WindowTest, EscapeClosesTheHelpBeforeTheWindowAndKeysWithModifiersDoNothing) {
@@ -718,11 +721,11 @@ TEST_F(WindowTest, AWindowRestoresValidSettingsAndSizeOfTheLastWindow) {
     openWindow("--no-attract --digest --script red.gesture");
     ASSERT_TRUE(waitFor([&] { return !contents("out").empty(); }));
     EXPECT_EQ(savedAs("shots/preset-03.json").find("0.375"), std::string::npos)
-        << "a run with a digest must be repeatable";
+        << "a run with --digest must not use the settings of the last window";
     press("q");
     ASSERT_EQ(exitCode(), 0) << contents("err");
     EXPECT_EQ(contents("config/velmora/look.json"), kept)
-        << "the ink of the script must not be saved";
+        << "the ink colour that red.gesture sets must not be saved in look.json";
     write("config/velmora/look.json", "{\"\x1b[7m\": 1}");
     write("config/velmora/window-size", "9999999999x\x1b[7m");
     openWindow();
@@ -793,11 +796,11 @@ TEST_F(WindowTest, ARecordingWithoutSpaceEndsWithAnErrorAndTheWindowStays) {
     }
     EXPECT_TRUE(ended()) << contents("err");
     EXPECT_GT(stains(capture()), 0) << "the effect must continue after the error";
-    xdotool("mouseup 1");  // the display would keep the button pressed for the next window
+    xdotool("mouseup 1");  // otherwise the button would stay pressed for the next window
     press("q");
     EXPECT_EQ(exitCode(), 0);
     EXPECT_EQ(contents("cut.gesture").find("screen "), 0u)
-        << "the file must keep the written events";
+        << "the recording's file must keep the events that were written";
 }
 
 TEST_F(WindowTest, HandlesANewSizeADroppedImageAndANewContext) {

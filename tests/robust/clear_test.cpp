@@ -74,7 +74,7 @@ Bytes pixelAfter(const std::function<void(Stage&)>& play, const Moment* moment) 
     } else {
         stage.draw();
     }
-    // This down event makes the ink visible again. In this frame, it adds no ink and does not move the ink.
+    // This down event makes all remaining ink visible. The event neither adds nor moves ink in the next frame.
     stage.tap(Down);
     return stage.pixelOfFrame(70);
 }
@@ -84,7 +84,7 @@ TEST(Clear, EmptiesTheInkAtAnyMomentOfAFrame) {
         SCOPED_TRACE(gesture.name);
         const Bytes uncleared = pixelAfter(gesture.play, nullptr);
         EXPECT_LT(2 * uncleared[0], background[0])
-            << "the ink must be dense enough that a sixteenth of it is visible";
+            << "without a clear, the ink must be so dense that a sixteenth of it is visible";
         for (const Moment& moment : moments) {
             EXPECT_EQ(pixelAfter(gesture.play, &moment), background)
                 << moment.function << " " << moment.nth;

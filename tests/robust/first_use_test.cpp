@@ -16,7 +16,7 @@ TEST(FirstUse, EveryCallIsSafeBeforeOnInitSetting) {
     EXPECT_EQ(stage.shownInk(), 0);
     stage.initGpu();
     EXPECT_EQ(hostkit::glRecorder().alive[hostkit::GlKind::program].size(), 1u)
-        << "only the water program must be used";
+        << "while ink is not enabled, initGpu must create only the water program";
     stage.tap(Down);
     EXPECT_EQ(stage.shownInk(), 1);
     stage.setting();

@@ -52,7 +52,7 @@ TEST(Memory, SetUpsAndTheUnloadFreeAllBlocks) {
         stage.setUp();
         stage.initGpu();
         EXPECT_EQ(blocksHeld(), 15)
-            << "the library must hold seven pass names, seven grids and the packed velocity";
+            << "must hold 15 blocks: seven pass names, seven grids and the packed velocity";
     }
     stage.loaded.unload();
     EXPECT_EQ(blocksHeld(), 0);

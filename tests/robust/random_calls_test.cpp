@@ -10,12 +10,13 @@
 #include "fuzz/call_driver.h"
 #include "tests/host/loaded_library.h"
 
-// Makes random calls from two threads. VELMORA_SEED=N runs only the seed N. VELMORA_SEEDS=N runs N seeds.
+// Makes random calls from two threads. The environment variable VELMORA_SEED selects the only seed to run;
+// VELMORA_SEEDS sets the number of seeds to run.
 
 namespace {
 
 void driveSeed(std::uint32_t seed, fuzz::DriveReport& report) {
-    // The seed is printed before the run, so that the seed is the last line of output after a crash.
+    // Print the seed before the run. If the run crashes, the seed is then the last line of the output.
     std::cout << "VELMORA_SEED=" << seed << std::endl;
     std::optional<testhost::LoadedLibrary> library(std::in_place);
     const auto reload = [&library] {

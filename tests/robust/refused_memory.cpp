@@ -23,7 +23,7 @@ namespace {
 std::atomic<bool> isCounting = false, refusesAllFromThere = false;
 std::atomic<int> firstRefused = 0, allocationsAsked = 0;
 /// Pointers to the blocks of memory that the library has allocated and not freed; unused elements are null. The library
-/// never holds as many as 64 blocks.
+/// holds fewer than 64 blocks at any time.
 std::array<std::atomic<void*>, 64> held{};
 
 bool isRefused() {

@@ -16,7 +16,7 @@
 #include "hostkit/effect_host.h"
 #include "hostkit/gesture_script.h"
 
-// Draws many frames with random gestures; by default as many frames as half an hour of use has. Measures resident
+// Draws many frames with random gestures; by default, the number of frames in half an hour of use. Measures resident
 // memory, heap, file descriptors and threads of the process. After the warm-up, none of these may grow.
 
 namespace {
@@ -103,7 +103,7 @@ bool isFlat(const Usage& start, const Usage& end) {
 }
 
 int soak(const Options& options) {
-    // The water has few cells, because the test needs many frames and not a large screen.
+    // The water grid has few cells, so that the many frames of this test are fast.
     hostkit::EffectHost host(
         {.width = screenWidth, .height = screenHeight, .water = {.shortSideCells = 16}});
     hostkit::GestureScript script;

@@ -59,7 +59,7 @@ struct Uploads {
         };
     }
     bool isStill() const { return strongest == 0; }
-    /// Largest velocity component of the last upload, in cells per time unit; at most 127.
+    /// Largest magnitude of a velocity component in the last upload, in cells per time unit; at most 127.
     double strongest = 0;
 };
 

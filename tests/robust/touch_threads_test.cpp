@@ -99,7 +99,7 @@ TEST(TouchThread, ClearAndQueryCallsRunDuringFrames) {
             stage.touch(100 + call % 40, 100 + call % 30, call % 7 == 0 ? Down : Move);
         }
         EXPECT_EQ(stage.shownInk(), call % 3 == 0 ? 0 : 1)
-            << "no other thread may show or hide the ink";
+            << "the thread that draws must neither show nor hide the ink";
     };
     EXPECT_GT(beside(3000, clearOrTouch, [&stage] { stage.draw(); }), 100);
     stage.clear();

@@ -144,7 +144,8 @@ TEST(Worker, IfNoThreadCanBeCreatedTheWaterIsStillDrawn) {
     stage.tap(Down);
     stage.draw(4);
     EXPECT_FALSE(uploads.isStill());
-    // One thread cannot be created, but the threads before and after it can. The calls below wait for the last worker.
+    // The next pthread_create call fails; the calls before and after it succeed. The library must still join every
+    // thread that it has started.
     threadsToRefuse = 1;
     stage.draw();
     stage.initGpu();

@@ -256,7 +256,7 @@ TEST_F(ScreensaverTest, GrabsThePictureThatXScreenSaverChooses) {
 TEST_F(ScreensaverTest, SurvivesStopsAndALostContext) {
     startSaver(interposed + " LOSE_AT=15", into + " --picture red.png --preset storm");
     ASSERT_TRUE(waitFor([&] { return framesDrawn() >= 30; })) << contents("err");
-    EXPECT_TRUE(shows(red, 40, 30)) << "after the loss";
+    EXPECT_TRUE(shows(red, 40, 30)) << "the picture must be visible after the context loss";
     kill(saver, SIGSTOP);
     int status = 0;
     ASSERT_EQ(waitpid(saver, &status, WUNTRACED), saver);
@@ -297,7 +297,7 @@ TEST_F(ScreensaverTest, MemoryStaysFlat) {
     fs::copy(folder / "blue.png", folder / "pictures");
     window.moveAndResize(0, 0, 64, 48);
     // The clock runs twenty times as fast, so that strokes, pauses, fades and presets follow each other in seconds. Ink
-    // is off, because it would take most of the time.
+    // is off, because drawing ink would take most of the test's time.
     startSaver(interposed + " CLOCK_FACTOR=20",
                into + " --picture pictures --preset random --duration 10 --no-ink --rain 5");
     ASSERT_TRUE(waitFor([&] { return framesDrawn() >= 3000; })) << contents("frames");
@@ -387,7 +387,7 @@ protected:
         return count;
     }
 
-    /// Returns true if at least a quarter of the screen has a light grey, the colour of the password dialogue.
+    /// Returns true if at least a quarter of the screen is light grey, the colour of the password dialogue.
     static bool dialogueCovers(const Pixbuf& shown) {
         int count = 0;
         for (int at = 0; at < width * height; ++at) {
