@@ -57,7 +57,7 @@ export const contextPool = {
     },
 };
 
-/** Opens contexts for waiting clients while fewer than `maxContexts` are open. `preferred` is the first in line. */
+/** Opens contexts for waiting clients, up to `maxContexts`. If `preferred` is given, it gets the first context. */
 function serve(preferred?: PoolClient): void {
     for (const client of preferred ? [preferred, ...waiting] : waiting) {
         if (open.size >= maxContexts) {
