@@ -30,8 +30,8 @@ export const contextPool = {
     },
 
     /**
-     * Marks the client as the most recently used one. If it waits and all contexts are in use, it gets the context of
-     * the least recently used client.
+     * Marks the client as the most recently used one. If this client waits and all contexts are in use, it gets the
+     * context of the least recently used client that does not keep its context.
      */
     use(client: PoolClient): void {
         if (open.delete(client)) {

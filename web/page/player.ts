@@ -182,7 +182,7 @@ export class Player {
         }
     }
 
-    /** Passes a touch to the effect. Drops it during a pause, because a key can begin a pause during a stroke. */
+    /** Passes a touch to the effect. Ignores touches during a pause: a key can begin a pause during a stroke. */
     private touch(pass: () => void): void {
         if (!this.pause.isOn) {
             pass();
