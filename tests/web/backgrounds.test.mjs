@@ -60,7 +60,7 @@ async function expectQuarters(page, expected) {
     assert.deepEqual(seen, expected);
 }
 
-test("a dropped or pasted image becomes the background, and the previous one the second background", async () => {
+test("a dropped or pasted image becomes the background, and the previous background becomes the second background", async () => {
     const page = await open(browser);
     const upright = ["red", "lime", "blue", "white"];
     // The page must crop this image instead of stretching it. The image's margins must therefore be invisible.
@@ -76,13 +76,13 @@ test("a dropped or pasted image becomes the background, and the previous one the
     await sendFiles(page, "drop", ["broken.png", "image/png", [1, 2, 3]]);
     await waitForToast(page, "broken.png is not a picture that this browser can show");
     await expectQuarters(page, ["blue", "red", "white", "lime"]);
-    // The next picture must replace the message about the broken file.
+    // The toast about the next picture must replace the toast about the broken file.
     await sendFiles(page, "drop", ["fields.png", "image/png", await fourFields(page, "image/png")]);
     await waitForToast(page, "fields.png is the background now");
     await close(page);
 });
 
-test("a thumbnail chooses a painting", needs("roles"), async () => {
+test("a click on a thumbnail shows its painting", needs("roles"), async () => {
     const page = await open(browser);
     const sand = await readFrame(page);
     await page.keyboard.press("Tab");
@@ -92,7 +92,7 @@ test("a thumbnail chooses a painting", needs("roles"), async () => {
     await close(page);
 });
 
-test("a resize crops the painting and does not change it", async () => {
+test("a resize of the page crops the painting and keeps its colours", async () => {
     const page = await open(browser, { size: [360, 360] });
     const square = await readFrame(page);
     await page.setViewportSize({ width: 360, height: 180 });
@@ -102,7 +102,7 @@ test("a resize crops the painting and does not change it", async () => {
         for (let y = 5; y < 180; y += 17) {
             const [before, after] = [square.pixel(x, y + 90), wide.pixel(x, y)];
             const far = before.some((channel, at) => Math.abs(channel - after[at]) > 12);
-            assert.ok(!far, `the resize must not change the colour at ${x}, ${y} from ${before} to ${after}`);
+            assert.ok(!far, `the resize must keep the colour of pixel ${x}, ${y}: it was ${before} and is ${after}`);
         }
     }
     await close(page);
@@ -178,7 +178,7 @@ test("an animated image or a video plays as the background, and stops during a p
     await sendFiles(page, "drop", ["still.png", "image/png", await makeImage(page, [9, 16], [["red", 0, 0, 9, 16]])]);
     await sendFiles(page, "drop", ["still.png", "image/png", await makeImage(page, [9, 16], [["red", 0, 0, 9, 16]])]);
     await page.evaluate(() => window.velmora.filesImported());
-    await waitUntilIdle(page); // no video plays any more
+    await waitUntilIdle(page); // the page becomes idle only if no video plays
     await close(page);
 });
 
@@ -219,7 +219,7 @@ test("a context loss removes the ink and keeps background and settings", async (
     await page.waitForFunction(() => window.velmora.counts().contexts === 2 && !window.velmora.isContextLost());
     await frames(page, 1);
     await page.waitForFunction(() => window.velmora.isWaterIdle());
-    assert.ok(difference(flat, await readFrame(page)) < 0.5, "the background must have no ink");
+    assert.ok(difference(flat, await readFrame(page)) < 0.5, "a context loss must remove the ink");
     assert.deepEqual(await settings(page), before);
     await drag(page, [150, 480], [390, 480], 6);
     assert.ok(difference(flat, await readFrame(page), [0.3, 0.45, 0.7, 0.55]) > 2, "a drag after the loss must draw ink");

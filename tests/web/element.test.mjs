@@ -42,10 +42,10 @@ async function until(page, isFulfilled) {
         }
         await page.evaluate(() => new Promise((resolve) => setTimeout(resolve, 50)));
     }
-    assert.fail("a frame must fulfil the condition within a minute");
+    assert.fail("no frame fulfilled the condition of `until` within a minute");
 }
 
-test("idle water shows the picture in the same way as CSS does", async () => {
+test("idle water draws the picture as CSS would draw it", async () => {
     for (const fit of ["fill", "cover; object-position: 10% 80%", "contain", "none; object-position: 7px 100%"]) {
         const image = `<img src="320x180.bmp" alt="" class="fitted">`;
         server.pages.set("/fit.css", `.fitted { display: block; width: 300px !important; height: 200px; object-fit: ${fit} !important }`);
@@ -58,7 +58,7 @@ test("idle water shows the picture in the same way as CSS does", async () => {
         const { mean, max } = difference(await shot(page), expected);
         // The browser and the element scale the picture with different filters, so the edges of its squares differ. The
         // edges of an unscaled picture differ a little, because the mesh shifts it by a fraction of a pixel.
-        assert.ok(mean < 1.5 && ((mean < 0.1 && max < 8) || !fit.startsWith("none")), `object-fit: ${fit} must look as in CSS, but differs by ${mean} on average and ${max} at most`);
+        assert.ok(mean < 1.5 && ((mean < 0.1 && max < 8) || !fit.startsWith("none")), `object-fit: ${fit} must look as in CSS, but colour channels differ by ${mean} on average and by ${max} at most`);
         await close(page);
     }
 });
@@ -73,7 +73,7 @@ test("a drag draws ink, and an idle element runs no frame", async () => {
     await drag(page, true, 80); // the flow of a longer stroke would fill the small element
     const inked = await shot(page);
     const [near, far] = [[50, 40, 110, 80], [220, 150, 300, 200]].map((box) => difference(still, inked, box).mean);
-    assert.ok(near > 8 && near > 2 * far, `the stroke must be visible: ${near} near it, ${far} far from it`);
+    assert.ok(near > 8 && near > 2 * far, `ink must be visible at the stroke only: the mean change of a channel is ${near} near the stroke and ${far} far from it`);
     assert.deepEqual((await page.evaluate(() => window.seen)).slice(0, 3), ["ready", "idle", "active"]);
     await close(page);
 });
@@ -91,7 +91,7 @@ test("a hovering mouse draws only if pointer=hover, and no mouse draws if pointe
     await close(page);
 });
 
-test("a vertical swipe scrolls the page, unless pointer=capture", needs("touch", "touchScroll"), async () => {
+test("a vertical swipe scrolls the page, but with pointer=capture it touches the water", needs("touch", "touchScroll"), async () => {
     const page = await open(browser, server, `${picture}<hr class="tall">`, { hasTouch: true });
     await addStyle(page, ".tall { height: 2000px }");
     const swipe = async () => {
@@ -120,7 +120,7 @@ test("children in the slot `over` stay clickable above the water", async () => {
     await close(page);
 });
 
-test("the frames of a video move under the water", async () => {
+test("the water shows the current frame of a video, placed by object-fit and object-position", async () => {
     const page = await open(browser, server, `<velmora-water quality="full"><video muted style="width: 100%; height: 100%"></video></velmora-water>`, { ready: 0 });
     await page.evaluate(async () => {
         const canvas = document.createElement("canvas");
@@ -144,13 +144,13 @@ test("the frames of a video move under the water", async () => {
         await video.play();
     });
     /**
-     * Waits until the frame shows these pixels. Each is [position, colour]. A colour has red, green and blue, each 0 or
-     * 1.
+     * Waits until all these pixels have the expected colours. Each item is [[x, y], [red, green, blue]]. A channel is 1
+     * if it must be above 128, and 0 otherwise.
      */
     const untilShown = (...pixels) =>
         until(page, (now) => pixels.every(([at, color]) => now.pixel(...at).every((part, index) => part > 128 === color[index] > 0)));
     await waitForEvent(page, "ready");
-    // The style of the test pages sets object-fit to "contain", so rows 25 to 174 show the video.
+    // The video is drawn with object-fit "contain": it fills rows 25 to 174 of the 200 rows, and the rest is white.
     const [right, left, last] = [[[225, 60], [0, 1, 0]], [[75, 140], [0, 0, 1]], [[225, 140], [1, 1, 0]]];
     await untilShown([[75, 60], [1, 0, 0]], right, left, last, [[15, 60], [0, 0, 0]], [[75, 10], [1, 1, 1]], [[75, 190], [1, 1, 1]]);
     await page.evaluate(() => (window.color = "#f0f"));
@@ -173,7 +173,7 @@ test("the water shows a picture that is added or changed later", async () => {
     await close(page);
 });
 
-test("twenty elements share eight GL contexts, and a touched element gets a context", async () => {
+test("twenty elements share eight GL contexts, and an element without a context gets one when it is touched", async () => {
     const page = await open(browser, server, picture.repeat(20), { size: [300, 4000], ready: 8 });
     const live = () => page.evaluate(() => [...document.querySelectorAll("velmora-water")].map((water) => water.live));
     const isLive = await live();
@@ -216,7 +216,7 @@ test("adding, moving and removing elements a hundred times leaves no GL context 
         await new Promise((resolve) => setTimeout(resolve, 500));
         return window.liveContexts();
     });
-    assert.ok(contexts <= 1, `${contexts} live contexts`);
+    assert.ok(contexts <= 1, `at most one GL context must be alive, not ${contexts}`);
     await page.waitForFunction(() => document.querySelector("velmora-water").live);
     const moved = await page.evaluate(() => {
         const inner = document.createElement("iframe");
@@ -276,13 +276,13 @@ test("if WebGL or CORS is missing, one error names the cause and the plain pictu
     other.stop();
 });
 
-test("a strict content security policy allows the element", async () => {
+test("the element works under a strict content security policy", async () => {
     const policy = "default-src 'none'; script-src 'self' 'wasm-unsafe-eval'; style-src 'self'; img-src 'self' data:";
     const strict = await serve({ "Content-Security-Policy": policy });
     const page = await open(browser, strict, picture);
     assert.deepEqual((await page.evaluate(() => window.seen)).filter((event) => event.startsWith("policy")), []);
     const place = await page.evaluate(() => document.querySelector("velmora-water").shadowRoot.querySelector("canvas").clientWidth);
-    assert.equal(place, 300); // the style sheet applies
+    assert.equal(place, 300); // the style sheet of the shadow tree is in force
     await close(page);
     strict.stop();
 });
@@ -303,11 +303,11 @@ test("attributes and properties set the same settings, and a bad value gives one
         return { before, after: water.settings, speed: water.getAttribute("wave-speed"), only: water.hasAttribute("water-only") };
     });
     assert.deepEqual([result.before.ripple, result.before.ink, result.before.meshDetail], [5, [1, 0, 0], 120]);
-    assert.equal(result.before.damping, 0.98); // of the preset
+    assert.equal(result.before.damping, 0.98); // the preset's value replaces the invalid 7
     assert.deepEqual([result.speed, result.only], ["0.7", true]);
     assert.deepEqual([result.after.ripple, result.after.fresnel, result.after.waveSpeed], [1, 2, 0.7]);
     const warnings = await close(page, /^warning:/);
-    assert.equal(warnings.length, 3, `${warnings}`); // damping twice: its replacement differs between the presets
+    assert.equal(warnings.length, 3, `${warnings}`); // two for damping, because each preset has another value
     assert.match(warnings.join("\n"), /damping="7" is not valid. Expected a number from 0.8 to 0.999. 0.98 is used instead/);
     assert.match(warnings.join("\n"), /pointer="fly" is not valid. Expected drag, hover, none, capture. drag is used instead/);
 });

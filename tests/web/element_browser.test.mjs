@@ -16,10 +16,10 @@ async function expectInk(page) {
     const still = await frame(page);
     await page.evaluate(() => document.querySelector("velmora-water").drop(150, 100));
     const apart = difference(still, await frame(page), [130, 80, 170, 120]).mean;
-    assert.ok(apart > 4, `a touch must draw ink, but the frames differ by ${apart} levels on average`);
+    assert.ok(apart > 4, `a touch must change the frame by more than 4 levels of 255 on average, not by ${apart}`);
 }
 
-test("a zoomed page draws the water with the pixels of the screen", needs("zoom"), async () => {
+test("the water of a zoomed page has the resolution of the screen", needs("zoom"), async () => {
     const page = await open(browser, server, picture);
     await waitUntilIdle(page);
     await page.setViewportSize({ width: 300, height: 200, deviceScaleFactor: 2 });
@@ -46,7 +46,7 @@ test("a printed page shows the plain picture, and the water is back afterwards",
     await close(plain);
 });
 
-test("a page that the user leaves and returns to draws again", needs("back"), async () => {
+test("the water draws again after the user has left the page and returned", needs("back"), async () => {
     const page = await open(browser, server, picture);
     await waitUntilIdle(page);
     await page.evaluate(() => window.addEventListener("pageshow", (event) => (window.isKept = event.persisted)));
@@ -54,7 +54,7 @@ test("a page that the user leaves and returns to draws again", needs("back"), as
     await page.goto(`${server.address}/other`);
     await page.back();
     await page.waitForFunction(() => document.querySelector("velmora-water")?.live);
-    assert.equal(await page.evaluate(() => window.isKept), true, "the browser must keep the page while it is away");
+    assert.equal(await page.evaluate(() => window.isKept), true, "the browser must keep the page in memory while another page is shown");
     await expectInk(page);
     await close(page);
 });

@@ -1,6 +1,6 @@
-// The element and the page have different WebAssembly modules. Both modules must compute bit-identical results. Each
-// replays the same shipped gestures on a mock of WebGL, which computes a digest of the uploaded data. The digests must
-// be equal. The test needs no browser.
+// The element and the page have different WebAssembly modules. Both modules must compute bit-identical results. The
+// test replays shipped gestures with each module on a mock of WebGL, which computes a digest of the uploaded data. The
+// digests of both modules must be equal. The test needs no browser.
 
 import assert from "node:assert/strict";
 import { createHash } from "node:crypto";
@@ -80,11 +80,11 @@ async function replayOnElement(script) {
     return gl.digest();
 }
 
-test("the element and the page upload bit-identical data", async () => {
+test("a gesture makes the element and the page upload bit-identical data", async () => {
     for (const gesture of ["scribble", "showcase", "tap"]) {
         const script = readFileSync(join(top, "gestures", `${gesture}.gesture`), "utf8");
         const [page, element] = [await replayOnPage(script), await replayOnElement(script)];
-        assert.ok(page.uploads > 100, `${page.uploads} uploads`);
+        assert.ok(page.uploads > 100, `the page must upload data more than 100 times, not ${page.uploads} times`);
         assert.deepEqual(element, page, gesture);
     }
 });

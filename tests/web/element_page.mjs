@@ -73,8 +73,8 @@ const style = `body { margin: 0 } velmora-water { display: block; width: 300px; 
     velmora-water > img { width: 100%; height: 100%; object-fit: cover }`;
 
 /**
- * Opens a page with this body and waits until `ready` elements are ready. The remaining options are those of newPage
- * (see engines/engine.mjs).
+ * Opens a page with this body and waits until at least `ready` custom elements have drawn their first frame. `before`
+ * runs before the page's scripts. The remaining options are those of newPage (see engines/engine.mjs).
  */
 export async function open(browser, server, body, { before = () => {}, ready = 1, size = [300, 200], ...options } = {}) {
     const head = `<!doctype html><meta charset="utf-8"><title>water</title><link rel="icon" href="data:">

@@ -18,7 +18,7 @@ async function importPart(name) {
     return import(pathToFileURL(outfile));
 }
 
-test("the eight elements that were used last have a GL context, and no canvas of the page loses its context", async () => {
+test("the eight elements that were used last have a GL context, and water on a canvas of the page keeps its context", async () => {
     const { contextPool } = await importPart("context_pool");
     const open = new Set();
     const makeClient = (name) => ({ keepsContext: name === 0, open: () => open.add(name), close: () => open.delete(name) });
@@ -27,20 +27,20 @@ test("the eight elements that were used last have a GL context, and no canvas of
     assert.deepEqual([...open], [0, 1, 2, 3, 4, 5, 6, 7]);
     contextPool.request(clients[9]); // a second request changes nothing
     contextPool.use(clients[1]);
-    contextPool.use(clients[10]); // 0 keeps its context, 1 was used, so 2 is the oldest
+    contextPool.use(clients[10]); // takes the context of 2: 0 keeps its context, and 1 was used later
     assert.deepEqual([...open].sort((a, b) => a - b), [0, 1, 3, 4, 5, 6, 7, 10]);
     contextPool.release(clients[3]);
     contextPool.release(clients[9]);
     contextPool.release(clients[4]);
-    open.delete(3); // a client closes before it releases
+    open.delete(3); // in the element, a client closes its context before it releases it
     open.delete(4);
     assert.deepEqual([...open].sort((a, b) => a - b), [0, 1, 5, 6, 7, 8, 10, 11]);
     contextPool.release(clients[5]);
     open.delete(5);
-    assert.ok(open.has(2) && open.size === 8, "an element that lost its context must wait for another context");
+    assert.ok(open.has(2) && open.size === 8, "an element whose context the pool took must later get a free context");
 });
 
-test("a stroke moves by one equal step in each frame, and a touch cancels the remaining steps", async () => {
+test("a stroke of a script moves by equal steps, one in each frame, and a touch of the user cancels the remaining steps", async () => {
     const { FingerQueue } = await importPart("finger_queue");
     const queue = new FingerQueue();
     const calls = [];
@@ -60,8 +60,8 @@ test("a stroke moves by one equal step in each frame, and a touch cancels the re
     const dropped = queue.addDrop({ x: 1, y: 2 });
     queue.step(finger);
     queue.clear();
-    await dropped; // resolves
+    await dropped; // must resolve although the touch was cancelled
     queue.step(finger);
     assert.deepEqual(calls.slice(6), [["press", 1, 2, undefined]]);
-    assert.equal((queue.addStroke([{ x: 5, y: 5 }], {}), queue.step(finger), calls.at(-1)[1]), 5); // one point
+    assert.equal((queue.addStroke([{ x: 5, y: 5 }], {}), queue.step(finger), calls.at(-1)[1]), 5); // a stroke of one point
 });

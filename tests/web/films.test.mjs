@@ -31,7 +31,7 @@ function play(page, bytes) {
 
 const pressF = (page) => () => page.keyboard.press("f");
 
-test("a video keeps its size if the page is resized, has a duration, and plays to its end", needs("roles"), async () => {
+test("a recorded video keeps its size if the page is resized, states its duration, and plays to its end", needs("roles"), async () => {
     const page = await open(browser, { before: useOnly("webm") });
     const start = Date.now();
     await page.keyboard.press("f");
@@ -49,7 +49,7 @@ test("a video keeps its size if the page is resized, has a duration, and plays t
     await close(page);
 });
 
-test("a video has a frame even if it ends at once or is recorded during a pause", async () => {
+test("a recorded video has a frame even if it is stopped at once or recorded during a pause", async () => {
     const page = await open(browser);
     const instant = await downloadFrom(page, async () => {
         await page.keyboard.press("f");

@@ -17,7 +17,10 @@ let browser;
 before(async () => (browser = await launch()));
 after(() => browser.close());
 
-/** Returns the digests of water and velocities in the first `count` frames of a replay, as the player prints them. */
+/**
+ * Returns the digests of water and velocities in the first `count` frames of a replay, in the format that the native
+ * player prints.
+ */
 function digests(page, script, count) {
     return page.evaluate(
         async ([text, last]) => {
@@ -53,7 +56,7 @@ function digests(page, script, count) {
 /** Path of the native player. The value "none" skips the comparison with the player. */
 const player = process.env.VELMORA_PLAYER ?? join(top, "build/release/velmora-player");
 
-test("a shipped gesture gives the same velocities and water as in the native player", { skip: player === "none" }, async () => {
+test("a shipped gesture gives the same velocities and water on the page and in the native player", { skip: player === "none" }, async () => {
     assert.ok(existsSync(player), `${player} is missing. Build it: cmake --preset release && cmake --build --preset release -t velmora-player`);
     const gesture = join(top, "gestures/medium_drag.gesture");
     const page = await open(browser);
@@ -101,7 +104,7 @@ function velocityAtEnd(page) {
     );
 }
 
-test("a recording with a context loss replays with the same velocities", async () => {
+test("the replay of a recording that contains a context loss ends with the same velocities", async () => {
     const page = await open(browser);
     await page.evaluate(steadyClock);
     const { script, velocity } = await record(page);
@@ -177,11 +180,11 @@ test("an idle page requests no frame until the next event", async () => {
     assert.ok((await animationFrames(page)) > idleCount);
     await waitUntilIdle(page);
     const longest = await page.evaluate(() => Math.max(...window.velmora.frameTimes().map((time) => time.between ?? 0)));
-    assert.ok(longest < 1000, `a frame must not include idle time: ${longest} ms`);
+    assert.ok(longest < 1000, `the interval between two frames must not include idle time, but the longest interval is ${longest} ms`);
     await close(page);
 });
 
-test("a step during a pause draws one frame", async () => {
+test("the key for a single step draws exactly one frame during a pause", async () => {
     const page = await open(browser);
     await page.keyboard.press(" ");
     await waitUntilIdle(page);

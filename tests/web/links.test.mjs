@@ -8,7 +8,7 @@ let browser, server;
 before(async () => ([browser, server] = [await launch(), await serve()]));
 after(async () => (server.stop(), await browser.close()));
 
-test("the address loses its settings when the user changes them, and the same link can be opened again", async () => {
+test("a change of the settings removes the link's settings from the address, and the same link can be opened again", async () => {
     const page = await open(browser, { url: server.url, hash: "#look&exponent=7&secondBackground=true" });
     assert.equal((await settings(page)).exponent, 7);
     await page.keyboard.press("n");

@@ -33,7 +33,7 @@ async function assertColor(page, bright) {
     assert.deepEqual(pixel(48, 80).map((channel) => channel > 128), bright);
 }
 
-test("a reload keeps the settings and pictures unless a link sets others, and Start fresh forgets them", async () => {
+test("a reload keeps settings and pictures, a link overrides the settings, and Start fresh forgets both", async () => {
     const page = await open(browser, { size: [96, 160] });
     const fresh = await settings(page);
     await dropPictures(page, "red", "lime");
@@ -55,7 +55,7 @@ test("a reload keeps the settings and pictures unless a link sets others, and St
     assert.equal((await settings(page)).exponent, 7);
     await page.evaluate(() => history.replaceState(null, "", location.pathname + location.search));
     await reload(page);
-    assert.deepEqual(await settings(page), kept, "a link that the user only opens must not replace remembered settings");
+    assert.deepEqual(await settings(page), kept, "settings of a link must not be remembered if the user has not changed them");
 
     await page.keyboard.press("Tab");
     await page.getByText("View", { exact: true }).click();

@@ -49,14 +49,14 @@ test("a page from disk draws ink along a drag and none elsewhere", async () => {
     await page.mouse.up();
     const strokeBox = [0.6, 0.28, 0.74, 0.34];
     const ratio = meanColor(end, strokeBox).map((value, at) => value / meanColor(start, strokeBox)[at]);
-    assert.ok(ratio[0] < 0.6 && ratio[0] < ratio[2] - 0.2, `blue ink must absorb red: ${ratio}`);
+    assert.ok(ratio[0] < 0.6 && ratio[0] < ratio[2] - 0.2, `blue ink must absorb more red than blue light: the remaining fractions of red, green and blue are ${ratio}`);
     assert.ok(difference(start, end, [0, 0.75, 1, 1]) < 1, "there must be no ink far from the stroke");
     const logs = await page.evaluate(() => window.glLogs);
     assert.ok(logs.length >= 9 && logs.every((log) => !log), `shaders must compile and link without messages: ${logs}`);
     await close(page);
 });
 
-test("waves refract the background, but not if the refractive index is 1", async () => {
+test("waves refract the background, and hardly shift it if the refractive index is 1", async () => {
     const preset = { waterOnly: true, sheen: 0, fresnel: 0 }; // no ink, no reflections: only refraction
     const page = await open(browser, { hash: `#look=${encodeURIComponent(JSON.stringify(preset))}` });
     const flat = await readFrame(page);
@@ -65,8 +65,8 @@ test("waves refract the background, but not if the refractive index is 1", async
     await set(page, { refractiveIndex: 1 });
     const straight = difference(flat, await readFrame(page), [0.2, 0.4, 0.8, 0.6]);
     assert.equal(await page.evaluate(() => window.velmora.isWaterIdle()), false);
-    // Even with a refractive index of 1, waves shift the background a little.
-    assert.ok(bent > 1 && straight < bent / 8, `refraction must change the frame: ${bent}, at index 1 ${straight}`);
+    // Even with a refractive index of 1, waves shift the background a little. The test allows an eighth of the change.
+    assert.ok(bent > 1 && straight < bent / 8, `refraction must change the frame: mean change ${bent}, or ${straight} if the refractive index is 1`);
     await close(page);
 });
 
@@ -75,6 +75,6 @@ test("on a high-density display, the canvas has at most as many pixels as 1080 x
     await page.waitForFunction(() => window.velmora?.counts().frames > 0);
     const { width, height } = await page.evaluate(() => window.velmora.screen());
     const hasRatio = Math.abs(width / height - 2 / 3) < 0.01;
-    assert.ok(width * height < 1.01 * 1080 * 1920 && hasRatio, `the canvas must not have ${width} x ${height} pixels`);
+    assert.ok(width * height < 1.01 * 1080 * 1920 && hasRatio, `the canvas must have at most 1080 x 1920 pixels at a ratio of 2:3, not ${width} x ${height}`);
     await close(page);
 });

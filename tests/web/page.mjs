@@ -59,8 +59,8 @@ export async function serve() {
 }
 
 /**
- * Reads the pixels of the next frame. Waits for frame `atFrame`, counted since the page was opened. `bytes` is RGBA,
- * bottom row first. `pixel(x, y)` counts y from the top.
+ * Reads the pixels of the next frame that the page draws, but not before frame number `atFrame` since the page was
+ * opened. `bytes` is RGBA, bottom row first. `pixel(x, y)` counts y from the top.
  */
 export async function readFrame(page, atFrame = 0) {
     const encoded = await page.evaluate(

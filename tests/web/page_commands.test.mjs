@@ -73,7 +73,7 @@ test("a key turns full screen on and off", async () => {
     await close(page);
 });
 
-test("settings are shared by the share sheet, or else by the clipboard, or else by the page's address", async () => {
+test("settings are shared by the share sheet; if it is missing, by the clipboard; if both are missing, by the address", async () => {
     const server = await serve();
     const page = await open(browser, { url: server.url });
     const share = async (means) => {
@@ -139,7 +139,7 @@ test("a wallpaper has the size of the device's screen", async () => {
     await page.getByText("Save and record").click();
     const { name, bytes } = await downloadFrom(page, () => page.getByRole("button", { name: "Save wallpaper" }).click());
     assert.match(name, /^velmora-wallpaper-.*\.png$/);
-    assert.deepEqual([bytes.readUInt32BE(16), bytes.readUInt32BE(20)], [600, 800]); // the sides in the PNG header
+    assert.deepEqual([bytes.readUInt32BE(16), bytes.readUInt32BE(20)], [600, 800]); // width and height in the PNG header
     await close(page);
 });
 
@@ -168,7 +168,7 @@ test("keys turn attract mode and adaptive quality on and off", async () => {
         ["a", "Idle animation is on", "Idle animation is off"],
         ["q", "Adaptive quality", "Full quality"],
     ]) {
-        await page.keyboard.press(key); // both are off at the start of the test
+        await page.keyboard.press(key); // attract mode and adaptive quality are off at the start
         await waitForToast(page, on);
         assert.equal(await page.evaluate(isOn[key]), true);
         await page.keyboard.press(key);
@@ -232,7 +232,7 @@ async function gestureAt(page, level) {
     return { shown, ...(await page.evaluate(state)) };
 }
 
-test("a coarser mesh shows the same water, and a replay has the full size", async () => {
+test("a coarser mesh does not change the water, and a replay at reduced quality keeps the canvas size", async () => {
     const page = await open(browser, {});
     await page.evaluate(() => {
         const { gl } = window.velmora;
@@ -244,12 +244,12 @@ test("a coarser mesh shows the same water, and a replay has the full size", asyn
     assert.ok(coarse.water === all.water && fewer.water === all.water, "the water must be the same at every quality level");
     assert.ok(coarse.triangles > 0 && coarse.triangles < all.triangles / 8);
     const [moved, apart] = [difference(flat, all.shown), difference(all.shown, coarse.shown)];
-    assert.ok(apart > 0 && apart < moved / 3, `the coarse mesh must differ by less than ${moved / 3}, not by ${apart}`);
+    assert.ok(apart > 0 && apart < moved / 3, `the image of the coarse mesh must differ from the fine mesh by less than ${moved / 3} on average, not by ${apart}`);
     assert.equal(fewer.shown.width, 270);
     await close(page);
 });
 
-test("the canvas shrinks only if no ink is visible, and shows the same image", async () => {
+test("at a lower quality the canvas keeps its size while ink is visible, and then shrinks without a visible change", async () => {
     const page = await open(browser, {});
     const flat = await readFrame(page);
     await drag(page, [60, 200], [210, 200], 6);
@@ -264,7 +264,7 @@ test("the canvas shrinks only if no ink is visible, and shows the same image", a
     await close(page);
 });
 
-test("the canvas shrinks at once in water-only mode", async () => {
+test("at a lower quality the canvas shrinks in water-only mode, because no ink can be lost", async () => {
     const page = await open(browser, { hash: "#look=%7B%22waterOnly%22:true,%22damping%22:0.8%7D" });
     await drag(page, [60, 200], [210, 200], 3);
     await page.evaluate(() => window.velmora.fixQuality(3));
@@ -275,6 +275,6 @@ test("the canvas shrinks at once in water-only mode", async () => {
 test("the page finds its quality level before the first touch, and becomes idle", async () => {
     const page = await open(browser, { size: [540, 960], ready: false });
     await page.waitForFunction(() => window.velmora?.quality().phase === "watching" && window.velmora.isIdle());
-    assert.ok(await page.evaluate(() => window.velmora.quality().level > 0), "software GL must lower the quality");
+    assert.ok(await page.evaluate(() => window.velmora.quality().level > 0), "the quality must be reduced, because software GL is slow");
     await close(page);
 });

@@ -114,7 +114,7 @@ test("the panel is on the screen and beside the toast, and its controls work by 
         await page.keyboard.press("Tab");
         assert.equal(await page.locator("#panel").isVisible(), true);
         await page.keyboard.press("Control+b");
-        assert.equal((await settings(page)).secondBackground, false, "Ctrl+B must stay a browser shortcut");
+        assert.equal((await settings(page)).secondBackground, false, "Ctrl+B must not run the command of the key B");
         await close(page);
     }
 });
@@ -157,7 +157,7 @@ test("thumbnails choose paintings and the user's pictures, and undo returns to t
     const file = ["red.png", "image/png", await makeImage(page, [16, 9], [["red", 0, 0, 16, 9]])];
     for (const choose of [() => page.getByRole("button", { name: "paper" }).click(), () => sendFiles(page, "drop", file)]) {
         await page.keyboard.press("b");
-        await page.keyboard.press("w"); // separates two quick changes of one setting
+        await page.keyboard.press("w"); // a change of another setting, so that "b" and `choose` are two undo steps
         await choose();
         await page.waitForFunction(() => !window.velmora.settings.secondBackground);
         await page.keyboard.press("z");
@@ -174,7 +174,7 @@ test("thumbnails choose paintings and the user's pictures, and undo returns to t
     await close(page);
 });
 
-test("letter keys work on a keyboard without Latin letters", async () => {
+test("commands with letter keys work on a keyboard that has no Latin letters", async () => {
     const page = await open(browser);
     const cdp = await page.context().newCDPSession(page);
     for (const [key, code] of [["т", "KeyN"], ["и", "KeyB"]]) {
@@ -187,7 +187,7 @@ test("letter keys work on a keyboard without Latin letters", async () => {
     await close(page);
 });
 
-test("in an iframe, wheel and Tab belong to the outer page, and full screen reports why it fails", async () => {
+test("in an iframe, wheel and Tab act on the outer page, and the full screen command reports that it is not possible", async () => {
     const server = await serve();
     const context = await browser.newContext({ viewport: { width: 400, height: 400 }, reducedMotion: "reduce" });
     const host = await context.newPage();
@@ -205,7 +205,7 @@ test("in an iframe, wheel and Tab belong to the outer page, and full screen repo
     server.stop();
 });
 
-test("a key or the address hides the controls, and three fingers or Tab show them again", async () => {
+test("a key or #clean in the address hides the controls, and a touch with three fingers or Tab shows them again", async () => {
     const page = await open(browser, { ...phone, hash: "#clean" });
     const visible = async () => [await page.locator("#open").isVisible(), await page.locator("#toast.shown").isVisible()];
     assert.deepEqual(await visible(), [false, false]);
@@ -224,7 +224,7 @@ test("a key or the address hides the controls, and three fingers or Tab show the
     await close(page);
 });
 
-test("text follows the browser's font size, the toast does not cover the button, and print shows only the water", async () => {
+test("text follows the browser's font size, the toast does not cover the button, and a printed page shows only the water", async () => {
     const page = await open(browser, { size: [133, 225] }); // 400 x 675 at 300 % zoom
     const [toast, button] = [await page.locator("#toast").boundingBox(), await page.locator("#open").boundingBox()];
     assert.ok(toast.y >= button.y + button.height, "the toast must not cover the button");

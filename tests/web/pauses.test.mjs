@@ -66,7 +66,7 @@ test("a pause shows changed settings and does not move the water", async () => {
     const water = () => page.evaluate(() => String(window.velmora.waterBytes()));
     const waterBefore = await water();
     await page.keyboard.press("b");
-    assert.ok(apart(await shown(), first) > 8, "the pause must show the second background");
+    assert.ok(apart(await shown(), first) > 8, "after the key B, the paused page must show the second background");
     await page.keyboard.press("v");
     await waitUntilIdle(page);
     assert.ok(await page.evaluate(() => window.velmora.velocity().columns > 0), "the pause must show the velocity field");
@@ -74,7 +74,7 @@ test("a pause shows changed settings and does not move the water", async () => {
     await close(page);
 });
 
-test("a screenshot during a pause equals the screen", async () => {
+test("a screenshot during a pause shows the frame that is on the screen", async () => {
     const { page, first } = await pausedPage();
     const kept = await downloadFrom(page, () => page.keyboard.press("s"));
     assert.ok(apart(await meanColor(page, kept.bytes), first) < 2);
@@ -94,7 +94,7 @@ test("a pause shows a badge, and a touch on the water or on the badge ends it", 
     await close(page);
 });
 
-test("a pause draws its frame again after a context loss and after a resize", async () => {
+test("a paused page draws its frame again after a context loss and after a resize", async () => {
     const { page, shown, first } = await pausedPage();
     await withLostContext(page, () => page.keyboard.press("b"));
     const second = await shown();
@@ -154,7 +154,7 @@ test("during a context loss, commands show an error and a resize is deferred", a
     await close(page, /CONTEXT_LOST/);
 });
 
-test("a context that is lost while programs are built is restored without errors", async () => {
+test("the page recovers without errors if the context is lost while GL programs are built", async () => {
     const page = await open(browser);
     await page.evaluate(() => {
         for (const key of ["w", "l"]) {
@@ -166,7 +166,7 @@ test("a context that is lost while programs are built is restored without errors
     await close(page, /CONTEXT_LOST/);
 });
 
-test("frames advance by the elapsed time multiplied by the time scale", async () => {
+test("frames advance the water by the elapsed time multiplied by the time scale", async () => {
     const page = await open(browser);
     await waitUntilIdle(page);
     await mockTime(page);
@@ -184,12 +184,12 @@ test("frames advance by the elapsed time multiplied by the time scale", async ()
             stop();
             return sum;
         });
-        assert.ok(Math.abs(shown - 400 * timeScale) < 17, `at scale ${timeScale}, 400 ms must not advance by ${shown} ms`);
+        assert.ok(Math.abs(shown - 400 * timeScale) < 17, `at time scale ${timeScale}, 400 ms must advance the water by ${400 * timeScale} ms, not by ${shown} ms`);
     }
     await close(page);
 });
 
-test("a frame does not include idle or hidden time, and lasts at most 250 ms", async () => {
+test("a frame advances the water by at most 250 ms, and not by the time for which the page was idle or hidden", async () => {
     const page = await open(browser);
     await waitUntilIdle(page);
     await mockTime(page);

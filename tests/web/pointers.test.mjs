@@ -10,7 +10,7 @@ after(() => browser.close());
 
 /**
  * Calls `act` and returns the touches that the page passes to the effect, each as [action, x, y, pressure]. Leaves out
- * the four touches with which each recording starts.
+ * the first four touches, which each recording contains to reset the effect.
  */
 async function recordTouches(page, act) {
     await page.evaluate(() => window.velmora.startRecording());
@@ -65,7 +65,7 @@ test("a drag beyond the edge ends the stroke, and a drag back starts another", n
     await close(page);
 });
 
-test("the first finger touches, and a second finger is ignored", needs("touch"), async () => {
+test("the first finger touches the water, and a second finger is ignored", needs("touch"), async () => {
     const page = await openTouchPage();
     const touches = await recordTouches(page, async () => {
         await page.touch("touchStart", [1, 100, 100]);
@@ -87,7 +87,7 @@ test("a finger touches with its measured pressure, and a cancelled touch ends th
     for (const [force, pressure] of [[0.25, 0.25], [1, 0.5]]) {
         const touches = await recordTouches(page, async () => {
             await page.touch("touchStart", [1, 100, 100, force]);
-            for (const y of [160, 220]) { // far enough for a scroll, which the browser must not start
+            for (const y of [160, 220]) { // a swipe so long that a browser would scroll the page
                 await frames(page, 1);
                 await page.touch("touchMove", [1, 100, y, force]);
             }
@@ -117,7 +117,7 @@ test("a pen touches with its measured pressure", needs("pen"), async () => {
     await close(page);
 });
 
-test("the arrow keys stir the water, and a mouse ends their stroke", needs("heldKeys"), async () => {
+test("the arrow keys stir the water, and a press of the mouse ends their stroke", needs("heldKeys"), async () => {
     const page = await openTouchPage();
     const touches = await recordTouches(page, async () => {
         await page.evaluate(() => document.getElementById("water").focus());
@@ -140,11 +140,11 @@ test("the arrow keys stir the water, and a mouse ends their stroke", needs("held
     const [, startX, startY] = keys[0];
     const [, endX, endY] = keys.at(-1);
     assert.deepEqual([startX, startY], [270, 480], "the finger must start in the middle of the canvas");
-    assert.ok(endX > startX + 2 && endY < startY - 2, `the finger must move right and up, to ${endX} ${endY}`);
+    assert.ok(endX > startX + 2 && endY < startY - 2, `the finger must move right and up from ${startX}, ${startY}, but ends at ${endX}, ${endY}`);
     await close(page);
 });
 
-test("hiding or leaving the page ends the stroke until the next move, and losing the context cancels it", async () => {
+test("a stroke ends when the page is hidden or left, the next move starts another stroke, and a context loss cancels a stroke", async () => {
     const page = await openTouchPage();
     const ways = {
         hidden() {

@@ -26,7 +26,7 @@ const grid = (page) => page.getByRole("list");
 const names = (page) => grid(page).locator("button").allTextContents();
 const choose = (page, name) => grid(page).getByRole("button", { name, exact: true }).click();
 
-test("a page from a server shows each shipped preset and is not allowed to load anything else", async () => {
+test("a page from a server shows each shipped preset, and its content security policy forbids all requests", async () => {
     const server = await serve();
     const page = await open(browser, { size: [540, 960], url: server.url });
     const files = readdirSync(join(top, "presets")).filter((name) => name.endsWith(".json")).sort();
@@ -39,7 +39,7 @@ test("a page from a server shows each shipped preset and is not allowed to load 
         seen.push(await readFrame(page));
         await page.screenshot({ path: join(screenshotFolder, file.replace("json", "png")) });
     }
-    seen.slice(1).forEach((one, at) => assert.ok(difference(seen[at], one) > 1, `${files[at]} must differ from the next preset`));
+    seen.slice(1).forEach((one, at) => assert.ok(difference(seen[at], one) > 1, `the frame of ${files[at]} must differ from the frame of ${files[at + 1]}`));
     const refused = await page.evaluate((url) => fetch(url).then(() => "", (error) => String(error)), server.url);
     assert.match(refused, /TypeError/);
     await close(page, /Content Security Policy|Fetch API cannot load/);
@@ -49,7 +49,7 @@ test("a page from a server shows each shipped preset and is not allowed to load 
 const hashOf = (preset) => `#look=${encodeURIComponent(JSON.stringify(preset))}`;
 const json = (value) => Buffer.from("\uFEFF" + JSON.stringify(value));
 
-test("a link sets the settings, and a reset restores them", async () => {
+test("a link sets the settings, and a reset restores the settings of the link", async () => {
     const preset = { damping: 0.91, ink: [0.1, 0.2, 0.3], meshDetail: 60, secondBackground: true };
     const page = await open(browser, { hash: hashOf(preset) });
     await assertShown(page, preset);
@@ -105,7 +105,7 @@ test("a dropped preset is applied, and a faulty file shows an error and changes 
         await waitForToast(page, message);
         assert.deepEqual(await settings(page), evening);
     }
-    await sendFiles(page, "drop"); // no file, as when the user drops a link or text
+    await sendFiles(page, "drop"); // a drop without files, for example of a link or text
     await waitForToast(page, "Nothing to open here");
     await close(page);
 });
@@ -129,7 +129,7 @@ test("the panel's presets, inks, toggles and buttons work", async () => {
 
     await button("Velocity field", false).click();
     await button("Velocity field", true).waitFor();
-    await page.keyboard.press("v"); // keys also work while a pressed button has the focus
+    await page.keyboard.press("v"); // the key must also work while the button has the focus
     await button("Velocity field", false).waitFor();
     await page.getByRole("checkbox", { name: "Water only" }).click();
     await page.keyboard.press("w");
@@ -142,7 +142,7 @@ test("the panel's presets, inks, toggles and buttons work", async () => {
     await close(page);
 });
 
-test("presets can be saved, renamed and deleted, and do not replace built-in ones", async () => {
+test("presets can be saved, renamed and deleted, and do not replace built-in presets of the same name", async () => {
     const page = await open(browser);
     await page.keyboard.press("Tab");
     const dropped = { exponent: 7 };
@@ -166,7 +166,7 @@ test("presets can be saved, renamed and deleted, and do not replace built-in one
     await page.reload();
     await page.waitForFunction(() => window.velmora?.counts().frames > 0);
     await page.keyboard.press("Tab");
-    await choose(page, "Default"); // removes the mark " *" of the remembered changes
+    await choose(page, "Default"); // so that no name ends in " *", which marks a changed preset
     const kept = await names(page);
     assert.equal(kept.filter((name) => /^velmora-preset/.test(name)).length, 1, "only one of the two saved presets must keep its name");
     await choose(page, "my_pond");
@@ -176,7 +176,7 @@ test("presets can be saved, renamed and deleted, and do not replace built-in one
     await assertShown(page, dropped);
     page.once("dialog", (dialog) => dialog.dismiss());
     await page.keyboard.press("Delete");
-    assert.ok((await names(page)).includes("calm pond 2"), "the preset must stay if the user says no");
+    assert.ok((await names(page)).includes("calm pond 2"), "the preset must stay if the user declines the deletion");
     await answer("Delete");
     await waitForToast(page, "Deleted calm pond 2");
     assert.ok(!(await names(page)).some((name) => name.startsWith("calm pond 2")));

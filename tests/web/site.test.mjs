@@ -69,7 +69,7 @@ async function close(page, name) {
     assert.deepEqual(page.consoleMessages, [], name);
 }
 
-test("every page opens from disk, draws, and requests no file from outside the site", async (context) => {
+test("every page of the site opens from disk, draws water, and requests no file from outside the site", async (context) => {
     for (const example of ["camera", "video"].filter((name) => engine.cannot[name])) {
         context.diagnostic(`skipped: the page ${example} (${engine.name}: ${engine.cannot[example]})`);
     }
@@ -88,7 +88,7 @@ test("every page opens from disk, draws, and requests no file from outside the s
     }
 });
 
-test("the code that a page shows to its reader runs unchanged on a server", needs("shownCode"), async () => {
+test("the example code that a page of the site shows runs unchanged when a web server serves it", needs("shownCode"), async () => {
     const shown = {};
     const server = await serve(shown);
     for (const file of pages.filter((name) => name !== "react.html")) {
@@ -105,7 +105,7 @@ test("the code that a page shows to its reader runs unchanged on a server", need
     server.stop();
 });
 
-test("a page that was served once opens again without the server, and refers to its manifest", needs("serviceWorker"), async () => {
+test("a page of the site that was loaded from a server opens again without the server, and refers to its manifest", needs("serviceWorker"), async () => {
     const server = await serve();
     const page = await browser.newPage({ size: [390, 844], reducedMotion: "reduce" });
     await page.goto(`${server.address}/index.html`);

@@ -89,7 +89,7 @@ function valueText(name: SettingName, settings: Settings): string {
     return Array.isArray(value) ? `rgb(${value.map((part) => Math.round(255 * part)).join(", ")})` : String(value);
 }
 
-/** Returns those values of the attributes that are not settings. */
+/** Returns the options that the attributes choose, except the settings. */
 export function stateOf(element: Element): Omit<WaterState, "settings"> {
     return {
         pointer: oneOf<PointerMode>(element, "pointer", pointerModes),

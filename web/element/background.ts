@@ -47,8 +47,8 @@ export function isDrawable(source: BackgroundSource): boolean {
 }
 
 /**
- * Returns the offset along one axis in CSS pixels. `text` is the computed value of object-position: a length, or a
- * percentage of `room`.
+ * Returns the offset of an image in its box along one axis, in CSS pixels. `text` is the computed value of
+ * object-position: a length, or a percentage of `room`, the free space along this axis.
  */
 function positionOf(text: string, room: number): number {
     const number = parseFloat(text) || 0;
@@ -91,7 +91,7 @@ function contentBox(source: BackgroundSource, area: HTMLElement, style: CSSStyle
     const box = source.getBoundingClientRect();
     const inset = (side: "Left" | "Top" | "Right" | "Bottom") =>
         parseFloat(style[`border${side}Width`]) + parseFloat(style[`padding${side}`]) || 0;
-    // A CSS transform of the page scales both boxes, so its factor is divided out.
+    // A CSS transform of the page scales `outer` and `box`, so both are divided by its factor.
     const zoom = outer.width / (area.offsetWidth || 1) || 1;
     return {
         x: (box.left - outer.left) / zoom - area.clientLeft + inset("Left"),
@@ -140,7 +140,7 @@ export class Background {
         return canvas;
     }
 
-    /** Returns a copy of the source with few pixels. Throws if the source is from another origin without CORS. */
+    /** Returns a downscaled copy of the source. Throws if the source is from another origin without CORS. */
     smallCopy(source: BackgroundSource | null): ImageData {
         const canvas = document.createElement("canvas");
         canvas.width = canvas.height = smallSide;
@@ -193,7 +193,7 @@ export class Background {
         const { area } = this;
         const style = getComputedStyle(source);
         let content: Box = { x: 0, y: 0, width: area.clientWidth, height: area.clientHeight };
-        let [fit, position] = ["cover", "50% 50%"]; // of an image that is elsewhere in the page or in no page
+        let [fit, position] = ["cover", "50% 50%"]; // for a source outside the element
         if (isInside(source, area)) {
             content = contentBox(source, area, style);
             [fit, position] = [style.objectFit, style.objectPosition];

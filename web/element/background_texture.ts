@@ -37,7 +37,7 @@ export class BackgroundTexture {
         effect.uploadBackground = () => this.upload();
     }
 
-    /** Shows the owner's background after it has changed. */
+    /** Shows the owner's new background. Call it when the background has changed. */
     change(): void {
         this.passInkSource();
         this.effect.loadBackground();
@@ -45,8 +45,9 @@ export class BackgroundTexture {
     }
 
     /**
-     * Passes a small copy of the background to the effect. Attract mode chooses its ink colours from it. The texture of
-     * a running effect loses its image, so the caller must then upload the background again.
+     * Passes a small copy of the background to the effect. Attract mode chooses its ink colours from this copy. A
+     * running effect then replaces the image of its texture by one black pixel, so the caller must upload the
+     * background again.
      */
     passInkSource(): void {
         this.reportError(() => this.effect.setInkSource(this.background.smallCopy(this.owner.source)));
@@ -93,7 +94,10 @@ export class BackgroundTexture {
         this.videoPass.draw(video, effect.backgroundTexture!, size, this.background.layoutOf(video));
     }
 
-    /** Calls `use`. If it throws, the background is from another origin without CORS; reports this to the owner. */
+    /**
+     * Calls `use`. If `use` throws, calls the owner's onBackgroundError: the browser then refuses the pixels of the
+     * background, because it is from another origin without CORS.
+     */
     private reportError(use: () => void): void {
         try {
             use();

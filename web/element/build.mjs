@@ -43,7 +43,7 @@ function bundle(entry, file, options = {}) {
         legalComments: "none",
         ...elementBundle(buildFolder, { shortNames }),
         mangleProps: new RegExp(`^(${names.join("|")})$`),
-        mangleCache: { ...shortNames }, // esbuild adds its own names
+        mangleCache: { ...shortNames }, // a copy, because esbuild adds names to this object
         logLevel: "warning",
         ...options,
     });
@@ -68,6 +68,6 @@ copyFileSync(join(buildFolder, "velmora-element.wasm"), join(output, "velmora.wa
 try {
     reportSizes(buildFolder, shortNames);
 } catch (error) {
-    rmSync(join(output, "velmora-element.js")); // otherwise the next build would take the file as finished
+    rmSync(join(output, "velmora-element.js")); // otherwise the next build would regard the file as up to date
     throw error;
 }

@@ -30,8 +30,8 @@ export const contextPool = {
     },
 
     /**
-     * Marks the client as the most recently used one. If it waits and all contexts are in use, it gets the context of
-     * the least recently used client.
+     * Marks the client as the most recently used one. If this client waits and all contexts are in use, it gets the
+     * context of the least recently used client that does not keep its context.
      */
     use(client: PoolClient): void {
         if (open.delete(client)) {
@@ -57,7 +57,7 @@ export const contextPool = {
     },
 };
 
-/** Opens contexts for waiting clients while fewer than `maxContexts` are open. `preferred` is the first in line. */
+/** Opens contexts for waiting clients, up to `maxContexts`. If `preferred` is given, it gets the first context. */
 function serve(preferred?: PoolClient): void {
     for (const client of preferred ? [preferred, ...waiting] : waiting) {
         if (open.size >= maxContexts) {

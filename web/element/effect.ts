@@ -78,7 +78,7 @@ export class Effect extends Session<Exports> {
 
     /**
      * Passes a small copy of the background, from which attract mode chooses its ink colours. A running effect then
-     * loses its background, so call loadBackground afterwards.
+     * shows one black pixel instead of its background, so call loadBackground afterwards.
      */
     setInkSource(image: ImageData): void {
         this.withBytes(new Uint8Array(image.data.buffer), (address) =>

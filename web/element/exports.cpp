@@ -48,8 +48,8 @@ hostkit::Image onePixel() {
 app::FrontEnd frontEnd() {
     return {
         .renewContext = renewContext,
-        // The session has only a small copy of the background, to choose ink colours. Instead of an enlarged copy, the
-        // library gets one pixel here. The element's script uploads the real image.
+        // The session has only a small copy of the background, from which it chooses ink colours. This copy is too
+        // small to be shown, so the library gets one black pixel. The element's script then uploads the real image.
         .cover = [](const hostkit::Image&, app::Size) { return onePixel(); },
         .onStart = [](app::Size, bool) { loadBackground(); },
         .onRecordingEnd =

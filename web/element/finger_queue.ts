@@ -17,7 +17,7 @@ export interface StrokeOptions {
     duration?: number;
 }
 
-/** A step of a stroke: what the finger does in one frame. */
+/** One step of a stroke: presses, moves or lifts the finger, or does nothing. Takes one frame. */
 type Step = (finger: Finger) => void;
 
 /** The finger that touches the effect. Positions are in CSS pixels. */
@@ -29,7 +29,7 @@ export interface Finger {
 
 const frameTime = 1000 / 60;
 const defaultDuration = 400;
-/** Number of frames for which a drop touches the water. A shorter touch would leave too little ink. */
+/** Duration in frames of a touch that `drop` makes. A shorter touch would leave too little ink. */
 const dropFrames = 6;
 
 /** Returns `count` points at equal distances along the polyline through `points`. */

@@ -34,9 +34,9 @@ export class GlImports {
             WebGLShader: (object) => gl.deleteShader(object),
             WebGLTexture: (object) => gl.deleteTexture(object),
         };
-        // Compares the names of classes, because each window has its own classes. After an element was moved to another
-        // document, its objects still have the classes of the old window. A uniform location has no deleter: it belongs
-        // to its program.
+        // Finds the deleter by the name of the object's class. instanceof could fail, because each window has its own
+        // classes: if an element was moved to another document, its objects have the classes of the old window. A
+        // uniform location has no deleter, because it is deleted with its program.
         for (const object of this.objects) {
             deleters[object?.constructor.name ?? ""]?.(object as never);
         }

@@ -139,7 +139,7 @@ export class LiveWater {
         this.followSize();
     }
 
-    /** Shows the owner's background after it has changed. */
+    /** Shows the owner's new background. Call it when the background has changed. */
     changeBackground(): void {
         if (!this.isContextLost) {
             this.texture.change();

@@ -106,7 +106,7 @@ export class VelmoraWater extends ElementClass {
     /** Attributes whose changes the browser reports to the element. */
     static readonly observedAttributes = [...stateAttributes, ...imageAttributes, "aria-label"];
 
-    /** Image of the attribute `src`. It is the background if the element has no child for this purpose. */
+    /** Image of the attribute `src`. It is the background if the element has no child image, video or canvas. */
     private readonly image: HTMLImageElement;
     /** Part of the shadow tree that covers the element's box, receives the input and contains the water's canvas. */
     private readonly stage: HTMLElement;
@@ -229,8 +229,8 @@ export class VelmoraWater extends ElementClass {
             makeCanvas: () => document.createElement("canvas"),
             show: (canvas: HTMLCanvasElement | null) => {
                 stage.replaceChildren(...(canvas ? [canvas] : []));
-                // Assistive technology such as a screen reader sees only one image: the background, or the water while
-                // it is shown. Both have the same name.
+                // Assistive technology such as a screen reader must find only one image: the water while it is shown,
+                // and the plain background otherwise. Water and background have the same name.
                 fallback.setAttribute("aria-hidden", String(canvas !== null));
                 stage.setAttribute("aria-hidden", String(canvas === null));
             },

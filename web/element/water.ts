@@ -41,8 +41,8 @@ const otherOrigin =
     "Access-Control-Allow-Origin and set the attribute crossorigin. The plain picture is shown.";
 
 /**
- * Instances of the WebAssembly module that no Water uses now. They are reused, because the memory of an instance stays
- * allocated.
+ * Instances of the WebAssembly module that no Water uses at the moment. New areas of water reuse these instances and
+ * their memory.
  */
 const idleEffects: Effect[] = [];
 
@@ -66,8 +66,8 @@ export class Water implements PoolClient, LiveOwner {
     private isUnsupported = false;
     private isReady = false;
     /**
-     * Number of calls of `open` and `close`. Opening takes several steps. If the number has changed meanwhile, the
-     * opening stops.
+     * Number of calls of `open` and `close`. Opening a context takes several asynchronous steps. It stops if another
+     * call of `open` or `close` has changed the number since it began.
      */
     private turn = 0;
     private readonly visibility =
@@ -138,7 +138,7 @@ export class Water implements PoolClient, LiveOwner {
         }
     }
 
-    /** Shows the background of the host after it has changed. */
+    /** Shows the host's new background. Call it when the background has changed. */
     onBackground(): void {
         this.hasFailed = false;
         if (this.live) {

@@ -1,11 +1,12 @@
-// Wakes an idle page when attract mode is due. An idle page draws no frames that could start it.
+// Starts attract mode on an idle page when it is due, and wakes the page. An idle page draws no frames, so this needs
+// a timer.
 
 /** Members of the effect that the timer uses. */
 export interface AttractEffect {
     /** Milliseconds until attract mode is due. Undefined if attract mode will not start by itself. */
     readonly attractModeDelay: number | undefined;
     readonly attractModeRuns: boolean;
-    /** Starts attract mode if it is due. Restarts the wait instead if `busy` is true. */
+    /** Starts attract mode if it is due. If `busy` is true, does not start it, but restarts the idle time. */
     startAttractModeIfIdle(busy: boolean): void;
 }
 
@@ -36,7 +37,10 @@ export class AttractTimer {
         clearTimeout(this.timer);
     }
 
-    /** Starts attract mode if it is due. Call it in each frame, so that replays and recordings restart the wait. */
+    /**
+     * Starts attract mode if it is due. Call this method in each frame: during a replay or recording, each call
+     * restarts the idle time.
+     */
     startIfIdle(): void {
         this.effect.startAttractModeIfIdle(this.owner.isBusy() || document.hidden);
     }

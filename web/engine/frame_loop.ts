@@ -20,7 +20,8 @@ export class FrameLoop {
         signal?: AbortSignal,
     ) {
         const onVisibility = () => {
-            // Needed even if a frame is pending, because the browser runs it only after the page is shown again.
+            // `wake` does not skip the time if a frame is already requested. The browser draws this frame only after
+            // the page is shown again, so the time must be skipped here.
             this.owner.skipTime();
             this.wake();
         };
@@ -31,7 +32,7 @@ export class FrameLoop {
         return this.scheduled;
     }
 
-    /** Starts the loop. It runs until nothing moves. */
+    /** Starts the loop. The loop runs until `tick` returns false. */
     wake(): void {
         if (!this.scheduled && this.owner.canRun() && !document.hidden) {
             this.owner.skipTime();

@@ -24,7 +24,10 @@ const hoverRest = 120;
 
 export class Pointer {
     private id: number | null = null;
-    /** True if the stroke has ended because the page lost the pointer, which may still be pressed. */
+    /**
+     * True if the stroke ended because the page was hidden, or lost the pointer or the focus. If the button is still
+     * held, the next move starts another stroke.
+     */
     private isAway = false;
     private isHovering = false;
     /** Last position of the pointer in canvas pixels. */

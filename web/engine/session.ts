@@ -79,7 +79,7 @@ export class Session<Exports extends SessionExports> {
         return delay < 0 ? undefined : delay;
     }
 
-    /** Starts attract mode if it is due. Restarts the wait instead if `busy` is true. */
+    /** Starts attract mode if it is due. If `busy` is true, does not start it, but restarts the idle time. */
     startAttractModeIfIdle(busy: boolean): void {
         this.module.startAttractModeIfIdle(performance.now(), busy);
     }

@@ -67,7 +67,7 @@ app::FrontEnd frontEnd() {
         densityOverlay.reset();
         web::dropGlObjects();
     };
-    // The page's script has already scaled the backgrounds to the screen's size.
+    // The page's script has already scaled the backgrounds to the screen's size, so they stay unchanged.
     functions.cover = [](const hostkit::Image& image, app::Size) { return image; };
     functions.draw = [](hostkit::EffectHost& host) { observes ? probe.draw(host) : host.draw(); };
     functions.onStart = [](app::Size screen, bool hasInk) {

@@ -5,8 +5,8 @@ const container = document.getElementById("badges") as HTMLElement;
 const stops: (() => void)[] = [];
 
 /**
- * Shows a badge with a label and, unless `isStill`, the running time. A tap calls `stop`. `action` is the text that
- * describes the tap to the user. Returns a function that removes the badge.
+ * Shows a badge with a label and the time since this call. If `isStill` is true, shows only the label. A tap on the
+ * badge calls `stop`. `action` tells the user the effect of a tap. Returns a function that removes the badge.
  */
 export function showBadge(label: string, action: string, stop: () => void, isStill = false): () => void {
     const badge = document.createElement("button");

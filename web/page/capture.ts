@@ -104,7 +104,10 @@ export class Capture {
         }
     }
 
-    /** Resolves to the current frame as a PNG file. Waits for the next frame unless a pause keeps a copy. */
+    /**
+     * Resolves to a PNG file of the water. During a pause, the file shows the frame that the pause keeps. Otherwise, or
+     * if the pause keeps no frame, requests a frame and saves that frame.
+     */
     private takeScreenshot(): Promise<Blob | null> {
         const { player } = this;
         player.context.need();
@@ -142,7 +145,7 @@ export class Capture {
         if (player.pause.frame.image) {
             film.add(player.pause.frame.image);
         } else {
-            player.noteInput(); // draws the first frame of the video
+            player.noteInput(); // requests the first frame of the video
         }
     }
 
@@ -153,7 +156,7 @@ export class Capture {
         this.stopAdding();
         this.hideFilmBadge();
         player.filming = false;
-        player.loop.wake(); // adaptive quality may change the canvas size again
+        player.loop.wake(); // a deferred resize of the canvas is now possible
         if (file.size === 0) {
             throw new Error("The video has no frame, so it is not saved. Record a longer video");
         }

@@ -35,7 +35,7 @@ export function makeSlider(field: NumberField, get: () => number, set: (value: n
     const update = () => {
         slider.value = String(get());
         if (document.activeElement !== number) {
-            number.value = String(get()); // the user may be typing
+            number.value = String(get()); // not while the user is typing a number
         }
     };
     slider.addEventListener("input", () => set(slider.valueAsNumber));

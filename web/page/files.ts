@@ -22,8 +22,9 @@ export function canShare(type: string): boolean {
 export async function share(content: Blob, name: string): Promise<void> {
     const file = new File([content], name, { type: content.type });
     await navigator.share({ files: [file] }).catch((error: unknown) => {
+        // The error is an AbortError if the user closed the sheet.
         if ((error as Error).name !== "AbortError") {
-            throw new Error(`${name} could not be shared. Save it instead`); // an AbortError: the user closed the sheet
+            throw new Error(`${name} could not be shared. Save it instead`);
         }
     });
 }

@@ -5,7 +5,7 @@ import { withDuration } from "./webm_duration";
 
 const types = ["video/mp4;codecs=avc1", "video/webm;codecs=vp9", "video/webm"];
 const bitsPerSecond = 12e6;
-/** Wait in milliseconds after each repetition of the last frame, so that the encoder can write it. */
+/** Wait in milliseconds after each repetition of the last frame, so that the encoder can write this frame. */
 const lastFrameDelay = 100;
 /** Maximum number of repetitions of the last frame while the encoder has written no data. */
 const maxLastFrames = 30;
@@ -51,7 +51,10 @@ export class Film {
         this.noteFrame();
     }
 
-    /** Waits for the first frame and ends the video. Resolves to the file, which is empty if the encoder wrote none. */
+    /**
+     * Waits until the video has a frame, then ends the video. Resolves to the file, which is empty if the encoder wrote
+     * no data.
+     */
     async finish(): Promise<Blob> {
         this.isFinishing = true;
         await this.firstFrame;

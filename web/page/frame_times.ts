@@ -13,7 +13,7 @@ export class FrameTimes {
     readonly newest: FrameTime[] = [];
     private last: number | undefined;
 
-    /** Adds a frame that began at `now`, in milliseconds. `effect` is the field of FrameTime. */
+    /** Adds a frame that began at `now`, in milliseconds. `effect` has the meaning of FrameTime.effect. */
     note(now: number, effect: number): void {
         this.newest.push({ between: this.last === undefined ? undefined : now - this.last, effect });
         this.last = now;
@@ -22,7 +22,7 @@ export class FrameTimes {
         }
     }
 
-    /** Leaves out the time between the last frame and the next one, in which the page is idle. */
+    /** Leaves `between` of the next frame undefined. Call this method when the page has been idle. */
     skip(): void {
         this.last = undefined;
     }

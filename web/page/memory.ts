@@ -32,7 +32,7 @@ export class Memory {
         return this.latest;
     }
 
-    /** Stores the settings, except those of a link that the user has opened and not changed. */
+    /** Stores the settings. Stores nothing while the settings come from a link and the user has not changed them. */
     noteSettings(): void {
         if (presetInLink(location.hash) === undefined) {
             const look = { preset: this.presets.current.name, settings: this.player.settings };
@@ -47,7 +47,8 @@ export class Memory {
             return;
         }
         this.stored = backgrounds;
-        // If a picture is too large for the storage, delete the older backgrounds, which the user has replaced.
+        // If a picture is too large to be stored, the previously stored backgrounds are deleted. Otherwise they would
+        // return at the next visit, although the user has replaced them.
         this.write(() => storeBackgrounds(backgrounds).catch(deleteBackgrounds));
     }
 
@@ -66,7 +67,10 @@ export class Memory {
         }
     }
 
-    /** Shows the remembered backgrounds. Resolves after `maxWait` at the latest, and shows slower backgrounds later. */
+    /**
+     * Shows the remembered backgrounds. If reading them takes longer than `maxWait`, resolves first and shows them when
+     * they are read.
+     */
     async recallBackgrounds(): Promise<void> {
         await Promise.race([this.showStored(), new Promise((resolve) => setTimeout(resolve, maxWait))]);
     }

@@ -136,14 +136,14 @@ class Animation extends MovingPicture {
     private async next(): Promise<void> {
         this.index = (this.index + 1) % this.frameCount;
         if (this.index === 0) {
-            // The decoder of Firefox would return the frames of the first round again, which are closed by now.
+            // Each round needs a new decoder: Firefox's decoder would return the closed frames of the previous round.
             this.decoder.close();
             this.decoder = new ImageDecoder(this.file);
         }
         const decoded = await this.decoder.decode({ frameIndex: this.index }).catch(() => undefined);
         if (!decoded || this.isClosed) {
             decoded?.image.close();
-            return; // the picture was closed, or it stops at a damaged frame
+            return; // the picture was closed, or a damaged frame ends the animation
         }
         this.current.close();
         this.current = decoded.image;
@@ -154,7 +154,7 @@ class Animation extends MovingPicture {
 
 async function openAnimation(file: Blob): Promise<MovingPicture | undefined> {
     if (!("ImageDecoder" in window) || !(await ImageDecoder.isTypeSupported(file.type))) {
-        return undefined; // the browser shows the first frame as a still picture
+        return undefined; // the page then shows the first frame as a still picture
     }
     const init = { data: await file.arrayBuffer(), type: file.type };
     const decoder = new ImageDecoder(init);

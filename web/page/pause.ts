@@ -38,10 +38,11 @@ export class Pause {
     }
 
     /**
-     * Returns the duration in milliseconds of the frame that the pause must draw: a whole frame for a step, 0 to show a
-     * change. Returns an empty array if no frame is needed. `changed` is true if settings or overlays have changed. The
-     * water does not move in 0 ms. The ink still moves by one frame, because the library moves it in every drawn frame.
-     * During a recording or replay every frame is a step, because gestures count frames.
+     * Returns the duration in milliseconds of the frame that the pause must draw, or an empty array if no frame is
+     * needed. A single step lasts one frame of the effect. `changed` is true if settings or overlays have changed; the
+     * frame that shows the change lasts 0 ms, so that the water does not move. The ink still moves by one frame,
+     * because the library moves the ink in every drawn frame. During a recording or replay every frame is a single
+     * step, because gestures count frames.
      */
     dueFrames(changed: boolean): number[] {
         const { effect } = this;

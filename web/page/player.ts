@@ -149,7 +149,7 @@ export class Player {
         }
     }
 
-    /** Requests a frame if the moving picture is the background on screen. During a pause, its new image waits. */
+    /** Requests a frame if the moving picture is the visible background. Its new image is not shown during a pause. */
     private onPictureMoved(picture: MovingPicture): void {
         if (this.stage.backgrounds.sources[this.settings.secondBackground ? 1 : 0] === picture) {
             this.stage.hasMoved = true;
@@ -182,7 +182,7 @@ export class Player {
         }
     }
 
-    /** Passes a touch to the effect. Drops it during a pause, because a key can begin a pause during a stroke. */
+    /** Passes a touch to the effect. Ignores touches during a pause: a key can begin a pause during a stroke. */
     private touch(pass: () => void): void {
         if (!this.pause.isOn) {
             pass();

@@ -95,7 +95,7 @@ export class PresetChooser {
         this.choose(all[(at + 1) % all.length] as Preset);
     }
 
-    /** Applies the preset that was chosen last again, without the user's changes. */
+    /** Restores the settings of the preset that was chosen last. Discards the user's changes of these settings. */
     reset(): void {
         this.show(this.chosen.settings);
         showToast(`${this.chosen.name}, without changes`);
@@ -171,10 +171,10 @@ export class PresetChooser {
         const link = linkOf(this.player.settings, location.href);
         history.replaceState(null, "", link);
         if (navigator.share && /^https?:/.test(link)) {
-            await navigator.share({ title: document.title, url: link }).catch(() => {}); // the user cancelled
+            await navigator.share({ title: document.title, url: link }).catch(() => {}); // rejects if the user cancels
             return;
         }
-        // The browser hides the clipboard from a page that was not loaded over HTTPS or from disk.
+        // `navigator.clipboard` exists only in a page that was loaded over HTTPS or from disk.
         const copied = navigator.clipboard?.writeText(link).then(
             () => true,
             () => false,
@@ -209,7 +209,7 @@ export class PresetChooser {
         try {
             return isSame(this.player.effect.readPreset(text), this.player.settings);
         } catch {
-            return false; // a damaged link
+            return false; // the link is damaged
         }
     }
 

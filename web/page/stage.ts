@@ -1,4 +1,4 @@
-// Keeps the size of the canvas and its backgrounds equal to the wanted size in pixels.
+// Keeps the canvas and the backgrounds at the wanted size in pixels, and passes the backgrounds to the effect.
 
 import { resizeDelay } from "../../build/web/settings";
 import { defaultSources, type Backgrounds, type Source } from "./backgrounds";
@@ -31,7 +31,7 @@ export class Stage {
         onPixelRatio(follow);
     }
 
-    /** False until the first start of the effect, which gives it a size. */
+    /** True after the first start of the effect, which sets `current`. */
     get hasStarted(): boolean {
         return this.current.width > 0;
     }
@@ -40,7 +40,10 @@ export class Stage {
         return this.current;
     }
 
-    /** Size in pixels for the CSS box of the canvas and the quality. A recording or replay has the full size. */
+    /**
+     * Size in pixels that the canvas must have. It follows from the CSS box of the canvas. Adaptive quality can reduce
+     * the size, but not during a recording or replay.
+     */
     get wantedSize(): Size {
         const { effect, canvas } = this;
         return effect.isRecording || effect.isReplaying ? this.fullSize : pixelSize(canvas, effect.quality.pixels);
@@ -82,7 +85,7 @@ export class Stage {
         this.paintings.keepOnly(sources);
     }
 
-    /** Passes the second background to the effect, unless the effect has it already. */
+    /** Passes the second background to the effect. Does nothing if the effect already has the second background. */
     needSecond(): void {
         if (!this.secondNeeded) {
             this.secondNeeded = true;

@@ -1,4 +1,4 @@
-// Adds the duration to a recorded WebM file. Browsers do not write it, but players need it to seek.
+// Adds the duration to a recorded WebM file. Browsers write no duration, but players need the duration to seek.
 
 /** Identifiers of the elements in a WebM file. */
 const ids = { segment: 0x18538067, info: 0x1549a966, duration: 0x4489 };
