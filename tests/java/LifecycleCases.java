@@ -380,9 +380,9 @@ final class LifecycleCases {
     }
 
     /**
-     * Takes three things from an idle screen, one after the other: its context, a frame whose
-     * presentation fails, and the active renderer. After each loss, wakes the screen and draws
-     * until it is idle again.
+     * Causes three losses while the screen is idle: its GL context is lost, the presentation of a
+     * frame fails, and another renderer becomes the active one. After each loss, wakes the screen
+     * and draws until it is idle again.
      */
     private void losses() {
         Window window = newWindow(WIDTH, HEIGHT).show();
@@ -469,8 +469,8 @@ final class LifecycleCases {
     }
 
     /**
-     * Draws rain until the screen is idle. The screen must become idle some time after the rain has
-     * started.
+     * Starts rain and draws frames until the screen is idle. Rain ends some time after the last
+     * touch, so the screen must become idle.
      */
     private void rainEnds() {
         Window window = newRain();

@@ -84,7 +84,8 @@ TEST(Clear, EmptiesTheInkAtAnyMomentOfAFrame) {
         SCOPED_TRACE(gesture.name);
         const Bytes uncleared = pixelAfter(gesture.play, nullptr);
         EXPECT_LT(2 * uncleared[0], background[0])
-            << "without a clear, the ink must be so dense that a sixteenth of it is visible";
+            << "if the ink is not cleared, it must be so dense that even a sixteenth of it would "
+               "be visible";
         for (const Moment& moment : moments) {
             EXPECT_EQ(pixelAfter(gesture.play, &moment), background)
                 << moment.function << " " << moment.nth;

@@ -149,7 +149,7 @@ test("changes of the settings can be undone and redone, and a drag of a slider i
     await close(page);
 });
 
-test("thumbnails choose paintings and the user's pictures, and undo returns to the second background", async () => {
+test("a click on a thumbnail selects a painting or a picture of the user, and undo shows the second background again", async () => {
     const page = await open(browser, desktop);
     const isSecondShown = async () => (await settings(page)).secondBackground;
     await page.keyboard.press("Tab");

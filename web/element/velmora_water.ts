@@ -28,7 +28,7 @@ export interface VelmoraWater extends SettingProperties {
     ink: string | null;
     /** True if touches make only waves and draw no ink. */
     waterOnly: boolean;
-    /** Input that touches the water. Null has the same effect as `drag`. */
+    /** Pointer actions that count as a touch of the water. Null means `drag`. */
     pointer: PointerMode | null;
     /** True if attract mode draws strokes while nobody touches the water. */
     attract: boolean;

@@ -177,7 +177,7 @@ EMSCRIPTEN_KEEPALIVE const char* setPresetMember(const char* name, int kind, con
     return result.c_str();
 }
 
-/// Writes the settings of the preset that was read member by member.
+/// Writes the settings of the preset to `numbers`. beginPreset and setPresetMember have read the preset.
 EMSCRIPTEN_KEEPALIVE void takePreset(double* numbers) {
     writeSettings(preset, numbers);
 }

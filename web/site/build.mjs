@@ -21,7 +21,7 @@ const pictureSize = [1280, 800];
 const source = (file) => readFileSync(join(here, file), "utf8");
 const escaped = (text) => text.replaceAll("&", "&amp;").replaceAll("<", "&lt;").replaceAll('"', "&quot;");
 
-/** Replaces each placeholder in `text` with the member of `parts` of this name. A placeholder is in capital letters. */
+/** Replaces each key of `parts` that occurs in `text` with its value. The keys are in capital letters. */
 function filled(text, parts) {
     return text.replace(new RegExp(Object.keys(parts).join("|"), "g"), (name) => parts[name]);
 }
