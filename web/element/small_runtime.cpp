@@ -3,10 +3,12 @@
 // Replaces functions of the C and C++ libraries, so that the code for exceptions and environment variables is left out
 // of the module.
 
+// The libraries give these functions and variables their names.
+// NOLINTBEGIN(bugprone-reserved-identifier,readability-identifier-naming)
 extern "C" {
 
 /// List of the environment variables. It is empty, because the module uses none.
-char** __environ = nullptr;  // NOLINT(bugprone-reserved-identifier)
+char** __environ = nullptr;
 
 void* __cxa_allocate_exception(std::size_t size) noexcept;
 
@@ -16,3 +18,4 @@ void* __cxa_allocate_exception(std::size_t /*size*/) noexcept {
     __builtin_trap();
 }
 }
+// NOLINTEND(bugprone-reserved-identifier,readability-identifier-naming)
