@@ -2,20 +2,21 @@
 
 #include <array>
 #include <cstddef>
+#include <iterator>
 #include <optional>
 
 namespace app {
 
 /// A level of detail.
 struct QualityLevel {
-    /// Cells between neighbouring mesh vertices.
+    /// Minimum number of cells between neighbouring mesh vertices. Full detail may have more, see `cellsPerVertex`.
     int cellsPerVertex;
     /// Resolution along each side, as a fraction of the full resolution.
     double pixels;
 };
 /// Levels of detail, from full detail to least detail.
-inline constexpr QualityLevel qualityLevels[] = {{1, 1.0}, {2, 1.0}, {3, 1.0}, {3, 0.75}};
-constexpr int maxQualityLevel = 3;
+inline constexpr QualityLevel qualityLevels[] = {{1, 1.0}, {3, 1.0}, {3, 0.75}};
+constexpr int maxQualityLevel = static_cast<int>(std::size(qualityLevels)) - 1;
 
 /// Phase of the adaptive quality.
 enum class QualityPhase {
@@ -73,7 +74,7 @@ Quality afterTouch(Quality quality);
 /// @param shortSideCells number of cells along the shorter side of the screen
 /// @param shortSidePixels number of pixels along the shorter side of the screen
 float cellsPerVertex(const Quality& quality, int shortSideCells, int shortSidePixels);
-/// Returns the resolution along each side, as a fraction of the full resolution.
+/// Returns the factor by which the quality scales the width and the height of the drawn image, at most 1.
 double pixelsOf(const Quality& quality);
 
 }  // namespace app

@@ -20,6 +20,7 @@ using hostkit::ScriptEvent;
 using hostkit::Touch;
 using hostkit::TouchAction;
 
+/// Appends actions one by one, because `insert` would add a kilobyte to the module for browsers.
 void append(std::vector<ScriptAction>& actions, std::span<const ScriptAction> more) {
     for (const ScriptAction& action : more) {
         actions.push_back(action);
@@ -242,8 +243,16 @@ bool Session::hasChanges() const {
 }
 
 float Session::wantedCellsPerVertex() const {
-    return cellsPerVertex(quality, settings.meshDetail,
+    return cellsPerVertexAt(quality);
+}
+
+float Session::cellsPerVertexAt(const Quality& level) const {
+    return cellsPerVertex(level, settings.meshDetail,
                           std::min(screenSize.width, screenSize.height));
+}
+
+float Session::meshFraction() const {
+    return cellsPerVertexAt(fixedQuality(0)) / wantedCellsPerVertex();
 }
 
 void Session::applyChanges() {

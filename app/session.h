@@ -134,6 +134,9 @@ public:
     /// replays. A recording keeps its detail, because it may become a video. A replay draws every frame, even on a slow
     /// machine.
     void noteInterval(double interval);
+    /// Returns the number of mesh vertices along a side at the current quality, as a fraction of the number at full
+    /// detail.
+    float meshFraction() const;
     /// State of the adaptive quality.
     Quality quality;
     /// Settings that the user chose. A change takes effect in the next frame.
@@ -145,6 +148,7 @@ private:
     void advanceFade(std::chrono::nanoseconds elapsed);
     void applyChanges();
     float wantedCellsPerVertex() const;
+    float cellsPerVertexAt(const Quality& level) const;
     void chooseAttractInk();
     std::vector<hostkit::ScriptAction> takeActions();
     void run(std::span<const hostkit::ScriptAction> frameActions, std::chrono::nanoseconds elapsed);

@@ -161,7 +161,7 @@ for (const waterOnly of [false, true]) {
     console.log(waterOnly ? "water only" : "ink and water");
     await printOwnTime(hash);
     await printChoice(hash);
-    for (const level of [0, 1, 2, 3]) {
+    for (const level of [0, 1, 2]) {
         await printLevel(level, hash);
     }
 }

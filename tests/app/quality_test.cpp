@@ -41,11 +41,11 @@ using Levels = std::vector<int>;
 
 TEST(Quality, DetailDecreasesInSlowSpansAndIncreasesAfterManyFluentSpans) {
     Quality quality = watching();
-    EXPECT_EQ(levels(quality, {60, 50, 40, 30}), (Levels{1, 2, 3, 3}));
+    EXPECT_EQ(levels(quality, {60, 50, 40}), (Levels{1, 2, 2}));
     levels(quality, std::vector<double>(11, 18.0));
-    EXPECT_EQ(quality.level, 3);
-    EXPECT_EQ(levels(quality, {18}), Levels{2});
-    levels(quality, std::vector<double>(24, 18.0));
+    EXPECT_EQ(quality.level, 2);
+    EXPECT_EQ(levels(quality, {18}), Levels{1});
+    levels(quality, std::vector<double>(12, 18.0));
     EXPECT_EQ(quality.level, 0);
 }
 
@@ -74,9 +74,9 @@ TEST(Quality, ASearchEndsAtTheFirstFluentLevelOrWhenFewerPixelsDoNotHelp) {
         std::vector<double> intervals;
         Levels expected;
     } cases[] = {
-        {{60, 50, 40, 30}, {1, 2, 3, 3}},
-        {{100, 90, 80, 75}, {1, 2, 3, 2}},         // fewer pixels save too little time
-        {{33.3, 33.3, 33.3, 33.3}, {1, 2, 3, 2}},  // a display with 30 Hz
+        {{60, 50, 40}, {1, 2, 2}},
+        {{100, 90, 80}, {1, 2, 1}},       // fewer pixels save too little time
+        {{33.3, 33.3, 33.3}, {1, 2, 1}},  // a display with 30 Hz
         {{16.7}, {0}},
     };
     for (const auto& [intervals, expected] : cases) {
@@ -87,22 +87,24 @@ TEST(Quality, ASearchEndsAtTheFirstFluentLevelOrWhenFewerPixelsDoNotHelp) {
 }
 
 TEST(Quality, AFixedLevelStays) {
-    Quality quality = app::fixedQuality(3);
+    Quality quality = app::fixedQuality(2);
     levels(quality, {60, 60, 16, 16});
-    EXPECT_EQ(quality.level, 3);
+    EXPECT_EQ(quality.level, 2);
     EXPECT_EQ(pixelsOf(quality), 0.75);
     EXPECT_EQ(cellsPerVertex(quality, 90, 540), 3);
+    EXPECT_EQ(cellsPerVertex(quality, 45, 540), 1.5f) << "the mesh must keep 30 vertices";
     EXPECT_EQ(cellsPerVertex(quality, 24, 540), 1)
         << "a coarse water grid must keep a vertex for each cell";
 }
 
 TEST(Quality, FullDetailDependsOnTheScreen) {
     const Quality full = app::fixedQuality(0);
-    EXPECT_EQ(cellsPerVertex(full, 90, 180), 1);
-    EXPECT_EQ(cellsPerVertex(full, 90, 540), 1.75f);
-    EXPECT_EQ(cellsPerVertex(full, 90, 1080), 2);
-    EXPECT_EQ(cellsPerVertex(full, 60, 1080), 1) << "each large cell must keep its own vertex";
-    EXPECT_EQ(cellsPerVertex(app::fixedQuality(2), 90, 1080), 3);
+    EXPECT_EQ(cellsPerVertex(full, 90, 359), 1);
+    EXPECT_EQ(cellsPerVertex(full, 90, 360), 1.75f);
+    EXPECT_EQ(cellsPerVertex(full, 90, 999), 1.75f);
+    EXPECT_EQ(cellsPerVertex(full, 90, 1000), 2);
+    EXPECT_EQ(cellsPerVertex(full, 89, 1080), 1) << "each large cell must keep its own vertex";
+    EXPECT_EQ(cellsPerVertex(app::fixedQuality(1), 90, 1080), 3);
 }
 
 }  // namespace

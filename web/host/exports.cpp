@@ -117,6 +117,13 @@ EMSCRIPTEN_KEEPALIVE void setSettings(const double* numbers) {
     web::readSettings(numbers, session.settings);
 }
 
+/// Begins a new history with these settings, so that nothing can be undone.
+EMSCRIPTEN_KEEPALIVE void beginHistory(const double* numbers) {
+    app::Settings settings;
+    web::readSettings(numbers, settings);
+    history = app::SettingsHistory(settings);
+}
+
 /// Adds settings that the user has changed to the history, so that undoSettings can return to the previous ones.
 EMSCRIPTEN_KEEPALIVE void noteSettings(double now, const double* numbers) {
     app::Settings settings;
@@ -230,9 +237,9 @@ EMSCRIPTEN_KEEPALIVE int qualityLevel() {
     return session.quality.level;
 }
 
-/// Returns the distance between neighbouring vertices of the drawn mesh, as a number of water cells.
-EMSCRIPTEN_KEEPALIVE int qualityCells() {
-    return app::qualityLevels[session.quality.level].cellsPerVertex;
+/// Returns the number of mesh vertices along a side, as a fraction of the number at full detail.
+EMSCRIPTEN_KEEPALIVE float qualityMesh() {
+    return session.meshFraction();
 }
 
 /// Parses a gesture script for startReplay. Returns an empty string, or a message about the script's fault. If the

@@ -14,8 +14,8 @@ export type { Size };
 export interface Quality {
     /** Index of the quality level. Level 0 has full detail, and each higher level has less. */
     level: number;
-    /** Number of water cells from one vertex of the drawn mesh to the next. */
-    cells: number;
+    /** Number of mesh vertices along a side, as a fraction of the number at full detail. */
+    mesh: number;
     /** Ratio of rendered pixels to screen pixels along a side, at most 1. */
     pixels: number;
 }
@@ -54,6 +54,7 @@ interface Exports extends SessionExports {
     free(address: number): void;
     setSettings(numbers: number): void;
     getSettings(numbers: number): void;
+    beginHistory(numbers: number): void;
     noteSettings(now: number, numbers: number): void;
     undoSettings(numbers: number): number;
     redoSettings(numbers: number): number;
@@ -72,7 +73,7 @@ interface Exports extends SessionExports {
     setQuality(level: number): void;
     qualityPhase(): number;
     qualityLevel(): number;
-    qualityCells(): number;
+    qualityMesh(): number;
     readScript(script: number, name: number): number;
     startReplay(): void;
     observe(on: boolean): void;
@@ -149,6 +150,12 @@ export class Effect extends Session<Exports> {
         this.module.setSettings(this.settingsBuffer);
     }
 
+    /** Begins a new history for undo with these settings. */
+    beginHistory(settings: Settings): void {
+        this.numbers.set(numbersOf(settings));
+        this.module.beginHistory(this.settingsBuffer);
+    }
+
     /** Adds the settings to the history for undo. Call it after each change that the user makes. */
     noteSettings(settings: Settings): void {
         this.numbers.set(numbersOf(settings));
@@ -221,7 +228,7 @@ export class Effect extends Session<Exports> {
 
     get quality(): Quality {
         const { module } = this;
-        return { level: module.qualityLevel(), cells: module.qualityCells(), pixels: module.qualityPixels() };
+        return { level: module.qualityLevel(), mesh: module.qualityMesh(), pixels: module.qualityPixels() };
     }
 
     /** Parses a gesture script for startReplay. Returns a message about its fault, or "" if it has none. */

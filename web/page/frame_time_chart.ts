@@ -56,9 +56,9 @@ export class FrameTimeChart {
 }
 
 /** Returns a text about reduced detail, for example "mesh at 50 %", or "" at full detail. */
-export function qualityLabel({ cells, pixels }: Quality): string {
+export function qualityLabel({ mesh, pixels }: Quality): string {
     const reductions = [
-        cells > 1 && `mesh at ${Math.round(100 / cells)} %`,
+        mesh < 1 && `mesh at ${Math.round(100 * mesh)} %`,
         pixels < 1 && `screen at ${100 * pixels} %`,
     ];
     return reductions.filter(Boolean).join(", ");
