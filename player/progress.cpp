@@ -13,8 +13,6 @@ using namespace std::chrono_literals;
 
 /// Width of the bar in characters.
 constexpr int barWidth = 24;
-/// Width of the whole line. A line that fills a terminal of 80 characters would wrap.
-constexpr int lineWidth = 79;
 constexpr auto barInterval = 100ms;
 /// Number of complete frames from which the remaining time is shown. The speed of fewer frames is too uncertain for a
 /// forecast.
@@ -35,12 +33,11 @@ std::string remainingTime(double seconds, int done, int frameCount) {
 void showBar(const Progress& progress, int done, double seconds) {
     const int filled = static_cast<int>(static_cast<long>(barWidth) * done / progress.frameCount);
     const std::string bar(static_cast<std::size_t>(filled), '#');
-    char line[lineWidth + 1];
-    std::snprintf(line, sizeof line, "[%-*s] %d/%d  %.1f frames/s  %s", barWidth, bar.c_str(), done,
-                  progress.frameCount, seconds > 0.0 ? done / seconds : 0.0,
-                  remainingTime(seconds, done, progress.frameCount).c_str());
-    // Spaces at the end overwrite the rest of a longer line.
-    std::fprintf(stderr, "\r%-*s%s", lineWidth, line, done == progress.frameCount ? "\n" : "");
+    // The escape sequence at the end erases the rest of a longer line.
+    std::fprintf(stderr, "\r[%-*s] %d/%d  %.1f frames/s  %s\x1b[K%s", barWidth, bar.c_str(), done,
+                 progress.frameCount, seconds > 0.0 ? done / seconds : 0.0,
+                 remainingTime(seconds, done, progress.frameCount).c_str(),
+                 done == progress.frameCount ? "\n" : "");
     std::fflush(stderr);
 }
 

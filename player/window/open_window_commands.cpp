@@ -67,7 +67,11 @@ void OpenWindow::runCommands() {
         attempt(toast, [&] { loadPreset(now.preset); });
     }
     for (const auto& [command, preset] : now.presetCommands) {
-        command == Command::renamePreset ? askForNewName(preset) : confirmDeletion(preset);
+        if (command == Command::renamePreset) {
+            askForNewName(preset);
+        } else {
+            confirmDeletion(preset);
+        }
     }
     for (const Answer& answer : now.answers) {
         attempt(toast, [&] { take(answer); });
@@ -197,9 +201,7 @@ void OpenWindow::loadPreset(const std::filesystem::path& file) {
 }
 
 void OpenWindow::loadNextPreset() {
-    if (const NamedPreset* preset = presetList.next()) {
-        loadPreset(preset->file);
-    }
+    loadPreset(presetList.next().file);
 }
 
 void OpenWindow::chooseInkForBackground() {
@@ -260,6 +262,7 @@ void OpenWindow::renamePreset(const std::string& name) {
     if (name != dialogPreset.stem()) {
         presetList.checkName(name);
         presetList.rename(dialogPreset, keeper.renamePreset(dialogPreset, name));
+        screen.thumbnails().forget(dialogPreset);  // a new preset may get the old name
     }
 }
 

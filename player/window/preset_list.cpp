@@ -62,8 +62,8 @@ app::Settings PresetList::load(const fs::path& file) {
     return settings;
 }
 
-const NamedPreset* PresetList::next() const {
-    return all.empty() ? nullptr : &all[following % all.size()];
+const NamedPreset& PresetList::next() const {
+    return all[following % all.size()];
 }
 
 bool PresetList::isOwn(const fs::path& file) const {
@@ -104,9 +104,13 @@ void PresetList::rename(const fs::path& old, const fs::path& file) {
 }
 
 void PresetList::remove(const fs::path& file) {
-    all.erase(std::ranges::find(all, file, &NamedPreset::file));
+    const auto preset = std::ranges::find(all, file, &NamedPreset::file);
+    const auto index = static_cast<std::size_t>(preset - all.begin());
+    all.erase(preset);
     if (file == loadedFile) {
         show(defaultFile(), {});
+    } else if (index < following) {
+        --following;
     }
 }
 

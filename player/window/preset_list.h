@@ -23,8 +23,8 @@ public:
     std::span<const desktop::NamedPreset> presets() const { return all; }
     /// Loads a preset and returns its settings. If it throws Failure, the old preset stays loaded.
     app::Settings load(const std::filesystem::path& file);
-    /// Returns the preset after the one that was last loaded from the list, or null if the list is empty.
-    const desktop::NamedPreset* next() const;
+    /// Returns the preset after the preset that was last loaded from the list.
+    const desktop::NamedPreset& next() const;
     /// Returns true if the preset is in the folder of the user's presets.
     bool isOwn(const std::filesystem::path& file) const;
     /// Throws Failure if the loaded preset is not the user's: a shipped preset and a preset in another folder cannot be

@@ -410,7 +410,8 @@ TEST_F(Player, OverlaysChangeTheFrameButNotTheFlow) {
 
 TEST_F(Player, DrawsAProgressBarWithTheRemainingTimeOnATerminal) {
     before = "script -qec \"";
-    play("image.png --script still.gesture --frames 300\" typescript >bar.txt ; true");
+    play(
+        "image.png --script still.gesture --size 96x160 --frames 300\" typescript >bar.txt ; true");
     const std::string shown = contents("typescript");
     EXPECT_NE(shown.find("\r[########################] 300/300"), std::string::npos) << shown;
     EXPECT_NE(shown.find(" frames/s  0:0"), std::string::npos) << shown;
