@@ -242,13 +242,22 @@ test("after a context loss, the element shows its picture again", async () => {
     const page = await open(browser, server, picture);
     await waitUntilIdle(page);
     const still = await frame(page);
-    await page.evaluate(async () => {
-        const canvas = document.querySelector("velmora-water").shadowRoot.querySelector("canvas");
+    const refusal = await page.evaluate(async () => {
+        const element = document.querySelector("velmora-water");
+        const canvas = element.shadowRoot.querySelector("canvas");
         const extension = canvas.getContext("webgl").getExtension("WEBGL_lose_context");
         extension.loseContext();
+        element.startRecording(); // restarts the effect in the lost context, before the element knows of the loss
         await new Promise((resolve) => canvas.addEventListener("webglcontextlost", resolve));
+        await element.stopRecording();
         setTimeout(() => extension.restoreContext(), 50);
+        try {
+            element.startRecording();
+        } catch (error) {
+            return error.message;
+        }
     });
+    assert.match(refusal, /graphics are restarting/);
     await waitForEvent(page, "contextrestored");
     await waitUntilIdle(page);
     assert.ok((await page.evaluate(() => window.seen)).includes("contextlost"));

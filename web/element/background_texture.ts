@@ -44,6 +44,12 @@ export class BackgroundTexture {
         this.followVideo();
     }
 
+    /** Shows the background in a restored context, in which the old GL objects do not exist. */
+    restore(): void {
+        this.videoPass = null;
+        this.change();
+    }
+
     /**
      * Passes a small copy of the background to the effect. Attract mode chooses its ink colours from this copy. A
      * running effect then replaces the image of its texture by one black pixel, so the caller must upload the
@@ -56,7 +62,7 @@ export class BackgroundTexture {
     /** Draws the video's current frame into the texture if the video has a new frame since the last call. */
     showVideo(): void {
         const { source } = this.owner;
-        if (source && isVideo(source) && (this.needsUpload || this.playsUnreported)) {
+        if (source && isVideo(source) && isDrawable(source) && (this.needsUpload || this.playsUnreported)) {
             this.needsUpload = false;
             this.reportError(() => this.drawVideo(source));
         }
@@ -88,21 +94,21 @@ export class BackgroundTexture {
     /** Draws the current frame of a video into the texture of the background. */
     private drawVideo(video: HTMLVideoElement): void {
         const { gl, effect, size } = this;
-        if (!this.videoPass?.isUsable) {
-            this.videoPass = new VideoPass(gl);
-        }
+        this.videoPass ??= new VideoPass(gl);
         this.videoPass.draw(video, effect.backgroundTexture!, size, this.background.layoutOf(video));
     }
 
     /**
      * Calls `use`. If `use` throws, calls the owner's onBackgroundError: the browser then refuses the pixels of the
-     * background, because it is from another origin without CORS.
+     * background, because it is from another origin without CORS. Ignores errors that a lost context causes.
      */
     private reportError(use: () => void): void {
         try {
             use();
         } catch {
-            this.owner.onBackgroundError();
+            if (!this.gl.isContextLost()) {
+                this.owner.onBackgroundError();
+            }
         }
     }
 

@@ -1,6 +1,6 @@
 // Finds the background among the children of the custom element, and reports changes of the background.
 
-import { isVideo, type BackgroundSource } from "./background";
+import type { BackgroundSource } from "./background";
 
 const sourceNames = "img, video, canvas";
 /** Attributes of a child that change its image or the box in which it is drawn. */
@@ -58,11 +58,5 @@ export class BackgroundWatch {
     get label(): string {
         const { source } = this;
         return source?.getAttribute("aria-label") ?? source?.getAttribute("alt") ?? "";
-    }
-
-    /** True if the background is a playing video. */
-    get isPlaying(): boolean {
-        const { source } = this;
-        return source !== null && isVideo(source) && !source.paused;
     }
 }

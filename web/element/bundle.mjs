@@ -1,7 +1,8 @@
 // Options with which esbuild bundles the scripts of the custom element.
 
 import { execFileSync } from "node:child_process";
-import { readFileSync, readdirSync, writeFileSync } from "node:fs";
+import { mkdtempSync, readFileSync, readdirSync, rmSync, writeFileSync } from "node:fs";
+import { tmpdir } from "node:os";
 import { dirname, join } from "node:path";
 import { fileURLToPath } from "node:url";
 import { renamed } from "./wasm_names.mjs";
@@ -15,11 +16,20 @@ function presets() {
     return Object.fromEntries(files.map((file) => [file.slice(0, -5), JSON.parse(readFileSync(join(folder, file), "utf8"))]));
 }
 
+/** Compressed modules. The compression takes seconds, and the build needs the same module several times. */
+const compressed = new Map();
+
 /** Renames the imports and exports of a WebAssembly module, and returns the module as raw deflate data. */
 export function compressedModule(path, shortNames = {}) {
-    const copy = path.replace(/\.wasm$/, ".renamed.wasm");
-    writeFileSync(copy, renamed(readFileSync(path), shortNames));
-    return execFileSync("zopfli", ["--deflate", "-c", copy]);
+    const key = JSON.stringify([path, shortNames]);
+    if (!compressed.has(key)) {
+        const folder = mkdtempSync(join(tmpdir(), "velmora-module-"));
+        const file = join(folder, "module.wasm");
+        writeFileSync(file, renamed(readFileSync(path), shortNames));
+        compressed.set(key, execFileSync("zopfli", ["--deflate", "-c", file]));
+        rmSync(folder, { recursive: true });
+    }
+    return compressed.get(key);
 }
 
 const elementModule = "velmora-element.wasm";

@@ -63,11 +63,6 @@ export class Effect extends Session<Exports> {
         this.module.restart(size.width, size.height);
     }
 
-    override regainContext(): void {
-        super.regainContext();
-        this.loadBackground();
-    }
-
     /** Creates the texture of the background and uploads the background. */
     loadBackground(): void {
         const { gl } = this.glImports;

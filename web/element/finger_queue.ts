@@ -1,5 +1,5 @@
-// Touches and strokes that a script of the page makes with `drop` and `stroke`. Each frame of the effect runs one step
-// of them.
+// Queue of the touches and strokes that a script of the page requests with `drop` and `stroke`. They run one after the
+// other; each frame of the effect runs the next step of the queue.
 
 /** A point in the element. */
 export interface Point {

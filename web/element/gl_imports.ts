@@ -115,7 +115,9 @@ export class GlImports {
             glGetProgramiv: (program: number, parameter: number, result: number) =>
                 this.write(result, this.gl.getProgramParameter(this.object(program)!, parameter)),
             glDeleteProgram: (program: number) => this.gl.deleteProgram(this.object(program)),
-            glGetAttribLocation: (program: number, name: number) => this.gl.getAttribLocation(this.object(program)!, this.text(name)),
+            // In a lost context no program can be linked. The library then passes the name 0, which WebGL would not accept.
+            glGetAttribLocation: (program: number, name: number) =>
+                program ? this.gl.getAttribLocation(this.object(program)!, this.text(name)) : -1,
             glGetUniformLocation: (program: number, name: number) => this.location(program, name),
         };
     }
@@ -179,7 +181,7 @@ export class GlImports {
         const key = `${program} ${name}`;
         let location = this.locations.get(key);
         if (location === undefined) {
-            location = this.add(this.gl.getUniformLocation(this.object(program)!, this.text(name))) || -1;
+            location = (program && this.add(this.gl.getUniformLocation(this.object(program)!, this.text(name)))) || -1;
             this.locations.set(key, location);
         }
         return location;

@@ -278,6 +278,9 @@ export class LiveWater {
      * same result on slow and fast machines.
      */
     private useAllPixels(): void {
+        if (this.isContextLost) {
+            throw new Error("The graphics are restarting. Wait for the event \"contextrestored\".");
+        }
         this.setSize(pixelSize(this.owner.area, 1, this.owner.state.pixelRatio));
         this.passSettings();
         this.effect.restart(this.texture.size);
@@ -412,6 +415,7 @@ export class LiveWater {
         this.isContextLost = false;
         this.effect.attach(this.gl);
         this.effect.regainContext();
+        this.texture.restore();
         this.afterRestart();
         this.owner.emit("contextrestored");
     }

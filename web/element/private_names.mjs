@@ -1,7 +1,6 @@
 // Finds the names of class members that only the element's own scripts use. The bundler may replace such names by
 // shorter ones.
 
-import { readFileSync, readdirSync } from "node:fs";
 import { createRequire } from "node:module";
 import { dirname, join } from "node:path";
 import { fileURLToPath } from "node:url";

@@ -4,15 +4,16 @@ import { readFileSync } from "node:fs";
 import { join } from "node:path";
 import { gzipSync } from "node:zlib";
 import { compressedModule } from "./bundle.mjs";
+import { forEachSection } from "./wasm_reader.mjs";
 
 /** Maximum size of the element's script with its embedded WebAssembly module, in bytes after gzip. */
-const budget = 45 * 1024;
+export const budget = 45 * 1024;
 
 /**
  * Sizes of comparable packages of npm in bytes after gzip -9: the minified script of the package and of all packages
  * that it needs.
  */
-const peers = [
+export const peers = [
     ["webgl-fluid 0.4.0", 7254],
     ["jquery.ripples 0.6.3 with jquery 4.0.0", 4661 + 27530],
 ];
@@ -27,56 +28,22 @@ const parts = [
 
 const compressedSize = (file) => gzipSync(readFileSync(file), { level: 9 }).length;
 
-/** Reads numbers and names from the bytes of a WebAssembly file. */
-class Reader {
-    constructor(bytes, at = 0) {
-        this.bytes = bytes;
-        this.at = at;
-    }
-
-    /** Reads a number in LEB128, the variable-length format of WebAssembly. */
-    number() {
-        for (let value = 0, shift = 1; ; shift *= 128) {
-            const byte = this.bytes[this.at++];
-            value += (byte & 127) * shift;
-            if (byte < 128) {
-                return value;
-            }
-        }
-    }
-
-    skip(bytes) {
-        this.at += bytes;
-    }
-
-    name() {
-        const length = this.number();
-        this.skip(length);
-        return this.bytes.toString("utf8", this.at - length, this.at);
-    }
-
-    /** Reads the length of a vector, then calls `read` once for each of its items. */
-    each(read) {
-        for (let count = this.number(), index = 0; index < count; ++index) {
-            read(index);
-        }
-    }
-}
-
 /** Returns a list of [name, size in bytes] of all functions in a module. The module must contain the function names. */
 function functionSizes(bytes) {
     const codeSection = 10;
     const functionNames = 1;
     const sizes = [];
     const names = new Map();
-    for (const reader = new Reader(bytes, 8); reader.at < bytes.length; ) {
-        const section = bytes[reader.at++];
-        const end = reader.number() + reader.at;
+    forEachSection(bytes, (section, reader, end) => {
         if (section === codeSection) {
-            reader.each(() => reader.skip(sizes[sizes.push(reader.number()) - 1]));
+            reader.each(() => {
+                const size = reader.number();
+                sizes.push(size);
+                reader.at += size;
+            });
         } else if (section === 0 && reader.name() === "name") {
             while (reader.at < end) {
-                const kind = bytes[reader.at++];
+                const kind = reader.byte();
                 const next = reader.number() + reader.at;
                 if (kind === functionNames) {
                     reader.each(() => names.set(reader.number(), reader.name()));
@@ -84,8 +51,7 @@ function functionSizes(bytes) {
                 reader.at = next;
             }
         }
-        reader.at = end;
-    }
+    });
     const imports = WebAssembly.Module.imports(new WebAssembly.Module(bytes)).filter(({ kind }) => kind === "function").length;
     return sizes.map((size, index) => [names.get(imports + index) ?? "", size]);
 }
@@ -106,7 +72,7 @@ export function reportSizes(buildFolder, shortNames) {
     const line = (bytes, text) => console.log(`${(bytes / 1024).toFixed(1).padStart(6)} KB  ${text}`);
     const total = compressedSize(join(buildFolder, "element/velmora-element.js"));
     const module = compressedModule(join(buildFolder, "velmora-element.wasm"), shortNames).length;
-    console.log("Sizes after gzip, the parts of the module in proportion to their sizes before:");
+    console.log("Sizes after gzip. The size of the module is divided among its parts in proportion to their uncompressed sizes:");
     line(total, `velmora-element.js, at most ${budget / 1024} KB`);
     line(total - module, "  script");
     const sums = bytesOfParts(buildFolder);

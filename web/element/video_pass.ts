@@ -35,6 +35,8 @@ export class VideoPass {
     private readonly texture: WebGLTexture | null;
     private readonly framebuffer: WebGLFramebuffer | null;
     private readonly corners: WebGLBuffer | null;
+    /** Locations of the uniforms `box`, `visible` and `backdrop`. */
+    private readonly locations: (WebGLUniformLocation | null)[];
 
     /** Creates the GL objects of the pass. After the context was lost and restored, a new VideoPass is needed. */
     constructor(private readonly gl: WebGLRenderingContext) {
@@ -47,6 +49,7 @@ export class VideoPass {
         }
         gl.bindAttribLocation(this.program, 0, "corner");
         gl.linkProgram(this.program);
+        this.locations = ["box", "visible", "backdrop"].map((name) => gl.getUniformLocation(this.program, name));
         this.framebuffer = gl.createFramebuffer();
         this.corners = gl.createBuffer();
         gl.bindBuffer(gl.ARRAY_BUFFER, this.corners);
@@ -59,18 +62,13 @@ export class VideoPass {
         gl.texParameteri(gl.TEXTURE_2D, gl.TEXTURE_WRAP_T, gl.CLAMP_TO_EDGE);
     }
 
-    /** True until the context is lost. */
-    get isUsable(): boolean {
-        return this.gl.isProgram(this.program);
-    }
-
     /**
      * Draws the current frame of the video into the texture `target`, which has this size in pixels. Throws if the
      * video is from another origin without CORS. Afterwards, no GL object is bound, as the library expects.
      */
     draw(video: HTMLVideoElement, target: WebGLTexture, size: Size, layout: VideoLayout): void {
         const { gl, program } = this;
-        const location = (name: string) => gl.getUniformLocation(program, name);
+        const [box, visible, backdrop] = this.locations;
         gl.activeTexture(gl.TEXTURE0);
         gl.bindTexture(gl.TEXTURE_2D, this.texture);
         gl.texImage2D(gl.TEXTURE_2D, 0, gl.RGBA, gl.RGBA, gl.UNSIGNED_BYTE, video);
@@ -78,9 +76,9 @@ export class VideoPass {
         gl.framebufferTexture2D(gl.FRAMEBUFFER, gl.COLOR_ATTACHMENT0, gl.TEXTURE_2D, target, 0);
         gl.viewport(0, 0, size.width, size.height);
         gl.useProgram(program);
-        gl.uniform4fv(location("box"), layout.box);
-        gl.uniform4fv(location("visible"), layout.visible);
-        gl.uniform3fv(location("backdrop"), layout.backdrop);
+        gl.uniform4fv(box!, layout.box);
+        gl.uniform4fv(visible!, layout.visible);
+        gl.uniform3fv(backdrop!, layout.backdrop);
         gl.bindBuffer(gl.ARRAY_BUFFER, this.corners);
         gl.enableVertexAttribArray(0);
         gl.vertexAttribPointer(0, 2, gl.FLOAT, false, 0, 0);

@@ -1,37 +1,34 @@
 // Renames the imports and exports of a WebAssembly module.
 
+import { forEachSection } from "./wasm_reader.mjs";
+
 /** Returns the bytes of a number in LEB128, the variable-length format of WebAssembly. */
 function encoded(value) {
     return value < 128 ? [value] : [128 | (value & 127), ...encoded(value >> 7)];
 }
 
-/** Reads the bytes of a WebAssembly module and copies them to `output`. */
+/** Copies the parts of a section to `output`. */
 class Copier {
     output = [];
 
-    constructor(bytes, at, rename) {
-        Object.assign(this, { bytes, at, rename });
-    }
-
-    readNumber() {
-        const byte = this.bytes[this.at++];
-        return byte < 128 ? byte : (byte & 127) + 128 * this.readNumber();
+    constructor(reader, rename) {
+        Object.assign(this, { reader, rename });
     }
 
     copyNumber() {
-        const value = this.readNumber();
+        const value = this.reader.number();
         this.output.push(...encoded(value));
         return value;
     }
 
     copyByte() {
-        this.output.push(this.bytes[this.at]);
-        return this.bytes[this.at++];
+        const value = this.reader.byte();
+        this.output.push(value);
+        return value;
     }
 
     copyName(rename = (name) => name) {
-        const length = this.readNumber();
-        const name = Buffer.from(rename(this.bytes.toString("utf8", this.at, (this.at += length))));
+        const name = Buffer.from(rename(this.reader.name()));
         this.output.push(...encoded(name.length), ...name);
     }
 
@@ -67,20 +64,16 @@ export function renamed(bytes, shortNames) {
     const [importSection, exportSection, headerBytes] = [2, 7, 8];
     const rename = (name) => shortNames[name] ?? name;
     const parts = [bytes.subarray(0, headerBytes)];
-    const reader = new Copier(bytes, headerBytes, rename);
-    while (reader.at < bytes.length) {
-        const section = bytes[reader.at++];
-        const length = reader.readNumber();
-        const copier = new Copier(bytes, reader.at, rename);
+    forEachSection(bytes, (section, reader, end) => {
+        const copier = new Copier(reader, rename);
         if (section === importSection) {
             copier.copyImports();
         } else if (section === exportSection) {
             copier.copyExports();
         } else {
-            copier.output = bytes.subarray(reader.at, reader.at + length);
+            copier.output = bytes.subarray(reader.at, end);
         }
         parts.push(Buffer.from([section, ...encoded(copier.output.length)]), Buffer.from(copier.output));
-        reader.at += length;
-    }
+    });
     return Buffer.concat(parts);
 }

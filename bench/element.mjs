@@ -1,6 +1,6 @@
 // Measures the start of the custom element in a browser: prints the milliseconds from the first statement of the script
 // to each step up to the first frame. Needs build/web; run it on an idle machine.
-// Usage: node tools/bench-element.mjs [RUNS]
+// Usage: node bench/element.mjs [RUNS]
 
 import { readFileSync } from "node:fs";
 import { join } from "node:path";
@@ -18,14 +18,18 @@ function noteSteps() {
         const original = owner[name];
         owner[name] = function (...values) {
             const result = original.apply(this, values);
-            (result?.then ?? ((call) => call())).call(result, () => note(step));
+            if (result?.then) {
+                result.then(() => note(step));
+            } else {
+                note(step);
+            }
             return result;
         };
     };
     const define = customElements.define;
     customElements.define = function (...values) {
-        note("element is defined");
         define.apply(this, values);
+        note("element is defined");
     };
     observe(WebAssembly, "compile", "module is compiled");
     observe(WebAssembly, "instantiate", "module is instantiated");
