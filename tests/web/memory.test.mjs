@@ -41,12 +41,14 @@ test("a reload keeps settings and pictures, a link overrides the settings, and S
     await page.keyboard.press("b");
     const changed = await settings(page);
     await reload(page);
+    await page.keyboard.press("z");
+    await waitForToast(page, "There is no change to undo");
     assert.deepEqual(await settings(page), changed);
     await assertColor(page, [true, false, false]);
     await page.keyboard.press("b");
     await assertColor(page, [false, true, false]);
     await page.keyboard.press("Backspace"); // restores the preset that the settings were based on
-    await waitForToast(page, "calm pond, without changes");
+    await waitForToast(page, "calm pond, changes discarded");
     const kept = await settings(page);
 
     await page.evaluate(() => (location.hash = "#look&exponent=7"));

@@ -2,15 +2,12 @@
 
 import { commandTexts, sharedTexts } from "../../build/web/settings";
 import { showBadge } from "./badges";
-import { drawCropped } from "./cropping";
+import { drawCropped, thumbnailSide } from "./cropping";
 import { canShare, download, share, uniqueName } from "./files";
 import { Film } from "./film";
 import { blobOf } from "./paused_frame";
 import type { Player } from "./player";
 import { attempt, showToast } from "./toast";
-
-/** Side of a thumbnail in pixels. The thumbnails of the built-in presets have the same side. */
-const thumbnailSide = 128;
 
 export class Capture {
     private film: Film | null = null;
@@ -187,10 +184,8 @@ async function atScreenSize(file: Blob): Promise<Blob> {
 }
 
 function thumbnailOf(image: ImageBitmap): string {
-    const side = Math.min(image.width, image.height);
     const canvas = document.createElement("canvas");
     canvas.width = canvas.height = thumbnailSide;
-    const [left, top] = [(image.width - side) / 2, (image.height - side) / 2];
-    canvas.getContext("2d")?.drawImage(image, left, top, side, side, 0, 0, thumbnailSide, thumbnailSide);
+    drawCropped(canvas.getContext("2d") as CanvasRenderingContext2D, image, image);
     return canvas.toDataURL("image/jpeg", 0.85);
 }

@@ -4,6 +4,9 @@ import type { Size } from "../engine/size";
 
 type Context = CanvasRenderingContext2D | OffscreenCanvasRenderingContext2D;
 
+/** Side of a thumbnail in pixels. It is about twice the CSS side, so that thumbnails are sharp on dense displays. */
+export const thumbnailSide = 128;
+
 /** Draws an image centred on a canvas, scaled and cropped to cover the canvas. `of` is the size of the image. */
 export function drawCropped(context: Context, image: CanvasImageSource, of: Size): void {
     const { canvas } = context;

@@ -23,11 +23,13 @@ async function scaledDown(image: ImageBitmap): Promise<ImageBitmap> {
     if (scale >= 1) {
         return image;
     }
-    const scaled = await createImageBitmap(image, {
-        resizeWidth: Math.max(1, Math.round(image.width * scale)),
-        resizeHeight: Math.max(1, Math.round(image.height * scale)),
-        resizeQuality: "high",
-    });
-    image.close();
-    return scaled;
+    try {
+        return await createImageBitmap(image, {
+            resizeWidth: Math.max(1, Math.round(image.width * scale)),
+            resizeHeight: Math.max(1, Math.round(image.height * scale)),
+            resizeQuality: "high",
+        });
+    } finally {
+        image.close();
+    }
 }

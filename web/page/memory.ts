@@ -102,7 +102,9 @@ export class Memory {
             }),
         );
         if (this.stored) {
-            return; // the user has chosen another background meanwhile
+            // The user has chosen another background meanwhile.
+            sources.forEach((source) => typeof source !== "string" && source.close());
+            return;
         }
         if (isLost) {
             showToast("A remembered picture is damaged, so this is the default picture");

@@ -66,9 +66,15 @@ export async function openCamera(): Promise<MovingPicture> {
         throw new Error("The camera is missing or not allowed. Connect a camera, and allow this page to use it");
     });
     const video = makeVideo();
+    const stop = () => stream.getTracks().forEach((track) => track.stop());
     video.srcObject = stream;
-    await video.play();
-    return new Video(video, () => stream.getTracks().forEach((track) => track.stop()));
+    try {
+        await video.play();
+    } catch {
+        stop();
+        throw new Error("The camera shows no image. Close other programs that use the camera, and try again");
+    }
+    return new Video(video, stop);
 }
 
 async function openVideo(file: Blob): Promise<MovingPicture | undefined> {

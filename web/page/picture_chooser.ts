@@ -1,14 +1,14 @@
 // Shows thumbnails of the user's pictures and of the paintings. A click on a thumbnail makes its image the background.
 
+import type { Size } from "../engine/size";
 import type { Source } from "./backgrounds";
 import { make } from "./controls";
-import { drawCropped } from "./cropping";
+import { drawCropped, thumbnailSide } from "./cropping";
 import type { Player } from "./player";
 import type { PresetChooser } from "./preset_chooser";
 import type { Picture } from "./read_picture";
 
-/** Side of a thumbnail in pixels. It is about twice the CSS side, so that thumbnails are sharp on dense displays. */
-const side = 128;
+const side = thumbnailSide;
 
 /** Group of buttons. Paints the thumbnails of the paintings when the group becomes visible for the first time. */
 export class PictureChooser {
@@ -54,7 +54,7 @@ export class PictureChooser {
         this.pictures.clear();
         pictures.forEach((picture, at) => {
             const button = makeButton(at === 0 ? "yours" : `yours ${at + 1}`, () => this.show(picture));
-            drawThumbnail(button, picture.pixels(this.player.stage.size));
+            drawThumbnail(button, picture.frame, picture);
             this.pictures.set(picture, button);
         });
         this.element.prepend(...this.pictures.values());
@@ -66,7 +66,8 @@ export class PictureChooser {
 
     private paintThumbnails(): void {
         for (const button of this.paintings) {
-            drawThumbnail(button, this.player.effect.paint(button.value, { width: side, height: side }));
+            const pixels = this.player.effect.paint(button.value, { width: side, height: side });
+            button.querySelector("canvas")?.getContext("2d")?.putImageData(pixels, 0, 0);
         }
     }
 }
@@ -82,11 +83,9 @@ function mark(button: HTMLButtonElement, isShown: boolean): void {
     button.ariaPressed = String(isShown);
 }
 
-/** Draws the middle square of an image as the button's thumbnail. */
-function drawThumbnail(button: HTMLButtonElement, pixels: ImageData): void {
-    const image = new OffscreenCanvas(pixels.width, pixels.height);
-    image.getContext("2d")?.putImageData(pixels, 0, 0);
+/** Draws the middle square of an image of this size as the button's thumbnail. */
+function drawThumbnail(button: HTMLButtonElement, image: CanvasImageSource, size: Size): void {
     const context = button.querySelector("canvas")?.getContext("2d") as CanvasRenderingContext2D;
     context.imageSmoothingQuality = "high";
-    drawCropped(context, image, image);
+    drawCropped(context, image, size);
 }

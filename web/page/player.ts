@@ -192,7 +192,7 @@ export class Player {
     }
 
     private followSize(): void {
-        if (!this.context.isLost && !this.stage.hasWantedSize) {
+        if (this.stage.hasStarted && !this.context.isLost && !this.stage.hasWantedSize) {
             this.restart();
         }
     }

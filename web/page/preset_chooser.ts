@@ -81,6 +81,7 @@ export class PresetChooser {
     /** Applies the settings of an earlier visit, which the user had made from the named preset. */
     resume(name: string, settings: Settings): void {
         this.chosen = findPreset(this.all, name) ?? this.chosen;
+        this.player.effect.beginHistory(settings); // undo must not return to settings from before the visit
         this.show(settings);
     }
 
@@ -98,7 +99,7 @@ export class PresetChooser {
     /** Restores the settings of the preset that was chosen last. Discards the user's changes of these settings. */
     reset(): void {
         this.show(this.chosen.settings);
-        showToast(`${this.chosen.name}, without changes`);
+        showToast(`${this.chosen.name}, changes discarded`);
     }
 
     random(): void {

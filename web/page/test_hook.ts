@@ -40,7 +40,7 @@ export interface TestHook {
     filesImported(): Promise<unknown>;
     /** Settles once settings and backgrounds are stored for the next visit. */
     stored(): Promise<unknown>;
-    /** Reports input, as a key press does. Requests a frame. */
+    /** Has the effect of a key press on the page: the user counts as active, and the page draws a frame. */
     noteInput(): void;
     press(x: number, y: number, pressure: number): void;
     move(x: number, y: number, pressure: number): void;
