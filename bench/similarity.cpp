@@ -5,10 +5,12 @@
 namespace bench {
 namespace {
 
+/// Side in pixels of the blocks of the image that are compared.
 constexpr int windowSide = 8;
+/// Distance in pixels between the corners of neighbouring blocks. The blocks overlap.
 constexpr int windowStep = 4;
-/// Constants of the similarity for channels from 0 to 255. They prevent a division by nearly zero in dark windows and
-/// in windows of one colour.
+/// The constants C1 and C2 of the SSIM, for channels from 0 to 255. They prevent a division by nearly zero in dark
+/// blocks and in blocks of one colour.
 constexpr double brightnessConstant = 0.01 * 255.0 * 0.01 * 255.0;
 constexpr double contrastConstant = 0.03 * 255.0 * 0.03 * 255.0;
 

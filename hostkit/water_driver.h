@@ -47,8 +47,8 @@ constexpr float meshOverhang = 1.015f;
 ///
 /// Cell (x, y) is at (x / columns, y / rows) of the screen, y down. With one cell per vertex, each side has one more
 /// vertex than cells: one on each cell, and one on the right or lower edge of the screen. The vertices on these two
-/// edges repeat the last cell, which is part of the fixed border. In a coarser mesh, a vertex has the height of the
-/// nearest cell.
+/// edges repeat the last cell, which is part of the fixed border. In a coarser mesh, the heights of a vertex between
+/// cells are interpolated.
 struct WaterDriver {
     /// Settings from which the water was made.
     WaterSettings settings;

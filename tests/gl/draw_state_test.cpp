@@ -87,7 +87,7 @@ std::vector<std::string> stepsOfFrame(TestHost& host) {
         if (function.starts_with("glDraw")) {
             steps.push_back(drawState());
         } else if (function == "glUseProgram" && steps.size() > 1) {
-            // A pass has ended, and the program of the next pass starts.
+            // This call selects the program of the next pass. The previous pass must have left nothing bound.
             SCOPED_TRACE("after " + steps.back());
             expectNothingBound();
         }

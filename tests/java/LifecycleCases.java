@@ -246,8 +246,8 @@ final class LifecycleCases {
         EffectRenderer other = new EffectRenderer(velmora, ReflectionMap.makeBitmap());
         other.activate();
         home.scene.wake();
-        System.out.println(
-            "drawn while another renderer is active " + stage.frame(time += FramePacer.FRAME_TIME));
+        System.out.println("drawn while another renderer is active: "
+            + stage.frame(time += FramePacer.FRAME_TIME));
         HostKit.useSurface(preview.surface);
         other.drawFrame(preview.scene, time);
         renderer.activate();

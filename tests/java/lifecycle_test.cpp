@@ -90,7 +90,7 @@ TEST(Lifecycle, OnlyTheScreenShownLastDraws) {
     home.clearInk();
     home.touch({TouchAction::up, 96, 150, 0.6f});  // hiding the home screen lifts its finger
     play(home, 0, 20);
-    expected += "home again " + digest(home) + "drawn while another renderer is active false\n";
+    expected += "home again " + digest(home) + "drawn while another renderer is active: false\n";
     EffectHost others({.width = 120, .height = 200});
     others.clearInk();
     others.frame();
