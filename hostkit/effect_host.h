@@ -106,7 +106,7 @@ public:
     /// @return 4 * width * height bytes: RGBA, rows from top to bottom
     std::vector<std::uint8_t> pixels() const { return readScreen(options.width, options.height); }
 
-    /// Passes a touch event to the library, which draws ink, and raises ripples in the water.
+    /// Passes a touch event to the library, which draws the ink. Also raises the ripples of the event in the water.
     /// @param touch event in pixels of the screen, y down
     void touch(const Touch& touch);
     /// Removes the ink and ends the current gesture.

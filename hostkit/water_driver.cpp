@@ -13,7 +13,7 @@ namespace hostkit {
 
 namespace {
 
-/// Duration of one simulation step, in the unit of `pendingTime`.
+/// Duration of one simulation step, in the unit of `pendingTime`: nanoseconds multiplied by `stepsPerSecond`.
 constexpr std::int64_t stepTime = 1'000'000'000;
 /// Maximum time that one call of advanceWater simulates, in frames of 1/60 s.
 constexpr std::int64_t maxFramesToCatchUp = 4;
@@ -96,8 +96,8 @@ float interpolate(std::span<const float> grid, const WaterDriver& water, double 
 /// cone.
 void raiseWideCone(const WaterDriver& water, JniEnvironment& jni, double x, double y,
                    float strength) {
-    // Volume of a cone of radius 1 and height 1, divided by the area per point of a triangular lattice with spacing 1:
-    // 2 pi / (3 sqrt 3).
+    // Height of the sum, as a multiple of one cone's height: 2 pi / (3 sqrt 3). This is the volume of a cone of radius
+    // 1 and height 1, divided by the lattice area per point if the spacing is 1.
     constexpr double overlap = 1.2092;
     // Distance between two rows of the triangular lattice, as a multiple of the cone radius: sqrt(3) / 2.
     constexpr double rowSpacing = 0.8660254;

@@ -11,8 +11,8 @@
 
 namespace hostkit {
 
-/// Kind of pointer that a Get...ArrayElements call returns: a pointer to the array itself or to a copy. A JVM may
-/// return either.
+/// Kind of pointer that a Get...ArrayElements call returns: a pointer to the array itself or to a copy. A JVM can
+/// return either kind.
 enum class ArrayAccess { direct, copy };
 
 struct JniOptions {

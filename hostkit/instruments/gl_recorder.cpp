@@ -586,8 +586,8 @@ GLint GL_APIENTRY glGetUniformLocation(GLuint program, const GLchar* name) {
     const bool seen = enter("glGetUniformLocation");
     const GLint location = real(program, name);
     if (seen) {
-        // All uniforms that the shader compiler has removed have location -1. Of their names, only the last one is
-        // kept.
+        // All uniforms that the shader compiler has removed have location -1, so they share one entry. The entry holds
+        // the name of the uniform that was looked up last.
         knowledge().uniforms[{program, location}] = name;
     }
     if (seen && glRecorder().recording) {

@@ -19,7 +19,7 @@ constexpr float frameInkIntensity = 0.02f;
 /// Offset of the absorption formula in every frame with ink. The formula subtracts this offset from inkTransparency.
 constexpr float frameInkColorOffset = 0.001f;
 
-/// Offset that the library adds to each channel of the host's ink colour, so that no channel is black.
+/// Offset that the library adds to each channel of the host's ink colour, so that no channel is 0.
 constexpr double inkLightening = 0.05;
 
 /// Channel value of an ink colour at which the ink would absorb no light.

@@ -31,8 +31,8 @@ void Java_android_graphics_Bitmap_readBitmapsThroughJni(JNIEnv* env, jclass type
         field = env->GetFieldID(type, name, signature);
         return field != nullptr;
     };
-    // Stop at the first failure: it leaves a Java exception pending, and JNI forbids further look-ups until it is
-    // cleared.
+    // Stop at the first failure. A failed look-up leaves a Java exception pending, and JNI forbids further look-ups
+    // while an exception is pending.
     if (find(found.width, "width", "I") && find(found.height, "height", "I") &&
         find(found.rowBytes, "rowBytes", "I") && find(found.format, "format", "I") &&
         find(found.pixels, "pixels", "Ljava/nio/ByteBuffer;")) {

@@ -90,7 +90,8 @@ extern EffectState gEffectState;
 
 enum TouchPhase : std::int32_t { Idle = 0, Pressed = 1, Dragging = 2 };
 
-/// Action codes of Android's MotionEvent. A host may send other codes; they change only the touch position.
+/// Action codes of Android's MotionEvent. A host can send other codes. They show the ink and update position, pressure
+/// and drag speed, but leave the touch phase unchanged.
 enum TouchAction : std::int32_t { ActionDown = 0, ActionUp = 1, ActionMove = 2, ActionCancel = 3 };
 
 /// State of the touch. Positions are in screen pixels, y down.

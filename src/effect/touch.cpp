@@ -84,7 +84,7 @@ InkStroke strokeTo(const TouchVariables& touch, DragMode mode, Float2 previous) 
     return {mode, previous, {static_cast<float>(touch.touchX), static_cast<float>(touch.touchY)}};
 }
 
-/// Increments a frame counter. Stops at the largest int, because a phase may last for more frames than an int can
+/// Increments a frame counter. Stops at the largest int, because a touch phase can last for more frames than an int can
 /// count.
 void countFrame(std::int32_t& frames) {
     frames = saturatedInt(std::int64_t{frames} + 1);

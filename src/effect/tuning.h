@@ -25,8 +25,8 @@ constexpr float activeInkDissipation = 0.99f;
 constexpr float idleInkDissipation = 0.9625f;
 
 constexpr TouchPreset initialPreset{40.0f, 200.0f, 0.9f, 0.96f, 50.0f, 2.0f};
-// In tapPreset, sourceStrength and inkRadius are multiplied by the number of pressed frames. In slowDragPreset, both
-// are multiplied by the pressure factor.
+// The touch step multiplies sourceStrength and inkRadius of two presets: in tapPreset by TouchVariables::pressFrames,
+// in slowDragPreset by the pressure factor.
 constexpr TouchPreset tapPreset{40.0f, 200.0f, 0.98f, activeInkDissipation, 12.0f, 8.0f};
 constexpr TouchPreset slowDragPreset{20.0f, 100.0f, 0.9f, activeInkDissipation, 45.0f, 40.0f};
 constexpr TouchPreset mediumDragPreset{20.0f, 150.0f, 0.94f, activeInkDissipation, 10.0f, 25.0f};
@@ -63,8 +63,8 @@ constexpr std::int32_t projectionMargin = 60;
 constexpr std::int32_t slowDragMargin = 12;
 constexpr std::int32_t mediumDragMargin = 10;
 
-/// The sink: an area around the touch into which the flow disappears. A drag near an edge of the screen sets its radius
-/// and strength for this step and the following steps.
+/// The sink: an area around the touch into which the flow disappears. If a slow or medium drag is near an edge of the
+/// screen, the solver step replaces the sink of the touch preset by an EdgeSink.
 struct EdgeSink {
     float radius;    // screen pixels
     float strength;  // divergence

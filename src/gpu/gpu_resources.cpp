@@ -29,8 +29,8 @@ void replaceInkTargets(EffectState& state) {
     state.inkBack = createRenderTarget(state.inkWidth, state.inkHeight);
 }
 
-/// Replaces the velocity texture and its framebuffer. Makes none if the size exceeds the limits of a grid, because some
-/// drivers crash on such a texture.
+/// Replaces the velocity texture and its framebuffer. If the size exceeds the limits of a grid, deletes them and
+/// creates none, because some drivers crash on such a large texture.
 void replaceVelocityTarget(EffectState& state) {
     const std::int32_t width = state.velocityGridWidth;
     const std::int32_t height = state.velocityGridHeight;

@@ -10,8 +10,8 @@ namespace velmora {
 void replaceContext(EffectState& state);
 
 /// Handles onInitGPU: makes the water program. If `withInk` is true, also makes the ink programs, render targets, quad
-/// buffer and solver grids, and names the solver passes. Targets and grids have the sizes that applySettings stored.
-/// Deletes existing objects first. Call it on the GL thread.
+/// buffer and solver grids, and sets the field `name` of each solver pass. Targets and grids have the sizes that
+/// applySettings stored. Deletes existing objects first. Call it on the GL thread.
 void initGPUResources(EffectState& state, bool withInk);
 
 }  // namespace velmora

@@ -21,7 +21,8 @@ void runImpulsePass(const EffectState& state, const RenderTarget& source,
                     const RenderTarget& destination, DragMode mode, Float2 previous,
                     Float2 current);
 
-/// Stores the points and the colour of a stroke, and adds its ink unless the touch is near an edge of the screen.
+/// Stores the points and the colour of a stroke. Also adds its ink if the touch is more than `touchMargin` pixels from
+/// every edge of the screen.
 void depositInk(EffectState& state, const TouchVariables& touch, const InkStroke& stroke,
                 InkColor color);
 

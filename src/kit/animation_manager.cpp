@@ -24,8 +24,8 @@ float readClock() {
 
 }  // namespace
 
-// An animation may add or remove animations while it is called. So the loops use indices, because iterators would
-// become invalid.
+// During its call, an animation can add or remove animations. So the loops use indices, because iterators would become
+// invalid.
 
 int AnimationManager::anyAnimationResult() {
     for (std::size_t i = 0; i < animations.size(); ++i) {
@@ -45,7 +45,7 @@ void AnimationManager::notifyAnimations() {
 void AnimationManager::update() {
     mNow = oru::Timer::mIsPaused == 0 ? readClock() : oru::Timer::mPausedTime;
     for (std::size_t i = 0; i < animations.size(); ++i) {
-        // Read mNow again for each call, because an animation may set the clock for the animations after it.
+        // Read mNow again for each call, because an animation can set the clock for the animations after it.
         animations[i]->update(mNow);
     }
 }

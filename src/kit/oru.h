@@ -49,8 +49,8 @@ struct Drawable {
     static float mIdentityMatrix[16];
 };
 
-/// A 3D model. The kit constructs it, and the scene that contains it destroys it. Its fields are declared as one
-/// vector, so that the destructor calls no function of the kit.
+/// A 3D model. The kit constructs it, and the scene that contains it destroys it. This header declares its fields as
+/// one vector. The compiler can then generate the destructor, which calls no function of the kit.
 class ModelObject {
 public:
     ModelObject();
@@ -86,7 +86,8 @@ protected:
     ~IAnimation() = default;
 };
 
-/// An object of the kit. The virtual destructor must come first: the kit expects the deleting destructor in slot 2.
+/// An object of the kit. The virtual destructor must be declared first. It then takes the slots 1 and 2, and the kit
+/// expects the deleting destructor in slot 2.
 class IOwnedObject {
 public:
     virtual ~IOwnedObject() = default;

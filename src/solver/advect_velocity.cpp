@@ -24,7 +24,7 @@ Pair<Floats> departurePoint(const Advection& advection, Floats x, Floats y, Pair
             (y - timeStep * velocity.y) * Floats(advection.texelSize.y)};
 }
 
-/// Adds the push of a drag if the cell's corner (i, j) is near the touch.
+/// Adds the push of a drag if the lower left corner (i, j) of the cell is less than 25 screen pixels from the touch.
 template <class Floats>
 Pair<Floats> pushed(const Advection& advection, Floats i, Floats j, Pair<Floats> value) {
     const Floats dx = Floats(advection.touchPoint.x) - i * Floats(advection.cellToScreen.x);

@@ -20,11 +20,11 @@ void releaseGrid(FloatGrid& grid);
 /// runs out or the size is not allowed (isGridSize), the grid becomes {null, 0, 0}.
 void reallocateGrid(FloatGrid& grid, std::int32_t width, std::int32_t height, std::int32_t floats);
 
-/// Sets all floats of the grid to 0, if the grid exists.
+/// Sets all cells of the grid to 0, if the grid exists. A cell has `floats` floats.
 void clearGrid(const FloatGrid& grid, std::int32_t floats);
 
-/// Largest width and height of a grid in cells, enough for a screen of 49163 pixels. Up to this size, a float holds
-/// every cell index exactly, and an int holds width * height.
+/// Largest width and height of a grid in cells, enough for screen sides of up to 49163 pixels. Up to this size, a float
+/// holds every cell index exactly, and an int holds width * height.
 constexpr std::int32_t maxGridSide = 4096;
 
 /// Returns true if a grid may have this size.

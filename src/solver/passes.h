@@ -158,7 +158,7 @@ struct StrokeImpulse {
     float radius = 0.0f;  // screen pixels, >= 0
 };
 
-/// Pushes velocity away from a stroke's segment and towards its end.
+/// Pushes the flow away from the segment of a stroke and towards the segment's end.
 class AddVelocity final : public VectorPass, public StrokeImpulse {
 public:
     void evaluate(Float2 coord, float* out) const override;

@@ -22,7 +22,7 @@ void setSink(EffectState& state, const EdgeSink& sink) {
 }
 
 /// Adapts the step to a touch near an edge of the screen (margin rule). Sets touchMargin and, near an edge, the sink.
-/// Returns true if the step may project the velocity.
+/// Returns true if the step must project the velocity.
 bool applyMarginRule(EffectState& state, const TouchVariables& touch, DragMode dragMode) {
     const auto isTouchInside = [&](std::int32_t margin) {
         return isInside(state, touch.touchX, touch.touchY, margin);

@@ -19,7 +19,8 @@ StepSettings beginSolverStep(EffectState& state, const TouchVariables& touch);
 /// EffectState. The step uses its stepSettings, grids, passes and packedVelocity, and calls rand(). Returns null.
 void* runSolverStep(void* effectState);
 
-/// Pushes velocity away from the step's stroke, unless the touch is near an edge of the screen.
+/// Pushes the flow away from the step's stroke. Does nothing if the touch is at most `touchMargin` pixels from an edge
+/// of the screen.
 void addVelocityKernel(EffectState& state, const StepSettings& settings);
 
 }  // namespace velmora

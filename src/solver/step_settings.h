@@ -6,7 +6,7 @@
 
 namespace velmora {
 
-/// Settings of one solver step. They are copies of those fields of EffectState and TouchVariables that may change while
+/// Settings of one solver step. They are copies of those fields of EffectState and TouchVariables that can change while
 /// the step runs. All other settings change only between steps.
 struct StepSettings {
     DragMode dragMode;

@@ -11,7 +11,7 @@ namespace {
 
 constexpr float valueLimit = 127.0f;
 constexpr float lowSteps = 255.0f;
-// Slightly more than 1 / 255, so that whole numbers are not rounded down.
+// Slightly more than 1 / 255, so that the high byte of a whole number n is n and never n - 1.
 constexpr float inverseSteps = 0.00392157f;
 static_assert(inverseSteps == 0x1.010106p-8f);
 
@@ -20,7 +20,8 @@ BytePairs<IntOf<Floats>> packed(Floats value) {
     const Floats shifted =
         min(max(value, Floats(-valueLimit)), Floats(valueLimit)) + Floats(valueLimit);
     const Floats fraction = shifted - toFloat(truncateSmall(shifted));
-    // `scaled` is at least 0 and less than 1, so it is already a fraction and needs no call of truncateSmall.
+    // `scaled` is in [0, 1), so its fractional part is `scaled` itself. Unlike `shifted`, it needs no call of
+    // truncateSmall.
     const Floats scaled = shifted * Floats(inverseSteps);
     return {truncateSmall((scaled - fraction * Floats(inverseSteps)) * Floats(lowSteps)),
             truncateSmall(fraction * Floats(lowSteps))};

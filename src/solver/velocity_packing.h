@@ -7,7 +7,7 @@
 
 // Velocities are uploaded to the GPU as RGBA8 texels. Each component v is clamped to [-127, 127]. Then v + 127 is split
 // into a high and a low byte; a shader computes high + low / 255 from them. Red and green hold x, blue and alpha hold
-// y. The shader's formula is linear, so a texture filter may mix texels.
+// y. The shader's formula is linear, so texture filtering between texels interpolates the velocities correctly.
 
 namespace velmora {
 

@@ -146,7 +146,8 @@ void smoothRow(float* row, std::ptrdiff_t rowLength, float weight, std::ptrdiff_
 void smoothSixRows(float* first, std::ptrdiff_t rowLength, float weight, std::ptrdiff_t width) {
     const std::ptrdiff_t groups = width / 4;
     const auto row = [=](std::ptrdiff_t r) { return first + r * rowLength; };
-    // Smooths the first 5 - r groups of row r. Each row then enters the loop below one group behind the row above.
+    // Smooths the first 5 - r groups of row r. In the loop that follows, each row is then one group behind the row
+    // above it.
     const auto start = [=](std::ptrdiff_t r) {
         return smoothGroups(row(r), rowLength, weight, 0, smoothedTogether - 1 - r,
                             Float4(row(r)[-1]));

@@ -11,7 +11,8 @@ namespace velmora {
 
 namespace {
 
-// Sizes in cells. A ripple is a cone. The code adds it in a box of whole columns and rows around the touch.
+// Sizes in cells. A ripple is a cone. The code adds the cone to the cells of a box of whole columns and rows around the
+// touch.
 constexpr float coneRadius = 3.0f;
 constexpr float boxStart = -coneRadius;      // first cell of the box, from the centre
 constexpr float boxEnd = coneRadius + 1.0f;  // end of the box, from the centre, exclusive

@@ -6,7 +6,7 @@ import java.nio.file.Path;
 import velmora.host.GestureScript;
 import velmora.host.HostException;
 
-/** Plays a gesture script on a JVM and saves every N-th frame as a PNG file. */
+/** Plays a gesture script on a JVM and saves every N-th frame as a PNG file (option --every N). */
 final class Main {
     private Main() {}
 

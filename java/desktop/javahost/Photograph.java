@@ -64,8 +64,8 @@ final class Photograph {
             throw new HostException(
                 file + ": expected at most 100 million pixels, found " + columns + " x " + rows);
         }
-        // Read only every n-th pixel of a large image. Enough pixels remain to cover the screen,
-        // even if the image is turned by 90 degrees.
+        // Read only every n-th row and column of a large image; n is `spare`. Enough pixels remain
+        // to cover the screen, even if the image is turned by 90 degrees.
         int spare = Math.max(1, Math.min(columns, rows) / Math.max(width, height));
         ImageReadParam sparse = reader.getDefaultReadParam();
         sparse.setSourceSubsampling(spare, spare, 0, 0);
@@ -127,8 +127,8 @@ final class Photograph {
         if (stream.readUnsignedShort() != START_OF_JPEG) {
             return 1;
         }
-        // A JPEG segment begins with its marker and its length. The length includes its own two
-        // bytes.
+        // A JPEG segment begins with a two-byte marker and a two-byte length. The length counts its
+        // own two bytes, but not those of the marker.
         for (int marker; (marker = stream.readUnsignedShort()) != START_OF_SCAN;) {
             byte[] segment = new byte[Math.max(0, stream.readUnsignedShort() - 2)];
             stream.readFully(segment);

@@ -2,8 +2,9 @@
 
 #include <android/bitmap.h>
 
-/// A bitmap of a host that has no JVM. The host passes a pointer to this struct as the jobject. A negative value in a
-/// result field makes the call of the same name fail with that value, as calls for a recycled bitmap do on a device.
+/// A bitmap of a host that has no JVM. The host passes a pointer to this struct as the jobject. A negative value in one
+/// of the three result fields makes the matching AndroidBitmap function return this value. On a device, these functions
+/// fail in this way for a recycled bitmap.
 struct StandInBitmap {
     AndroidBitmapInfo info;
     void* pixels;

@@ -88,10 +88,9 @@ public final class EffectRenderer {
             activate();
             boolean goesOn = runs && scene == shown;
             setUp(scene);
-            // After a pause, water and rain advance by one frame instead of catching up. If
-            // EffectStage.drawNow drew the last frame, lastFrame is the time of that call. The
-            // current frame can have the earlier time of a display refresh. Then the difference is
-            // negative.
+            // After a pause, water and rain advance by one frame instead of catching up. The
+            // difference of the times can be negative: EffectStage.drawNow passes the time of its
+            // call, but the next frame can have the earlier time of a display refresh.
             long elapsed = goesOn ? time - lastFrame : FramePacer.FRAME_TIME;
             scene.frame(Math.max(0, Math.min(elapsed, MAX_ELAPSED)));
             runs = scene.needsFrame();

@@ -22,7 +22,9 @@ public final class EffectStage {
         /** Shows the drawn frame on the screen. Returns false if that fails. */
         boolean present();
 
-        /** Discards the surface after a failure. If the context is lost, discards it too. */
+        /**
+         * Discards the surface after a failure. If the context is lost, discards the context too.
+         */
         void discardLost();
     }
 
@@ -82,8 +84,8 @@ public final class EffectStage {
 
     /**
      * Handles one frame of the display and draws if a frame of the effect is due. Returns true if
-     * the next display frame may be needed. If false, the caller can wait for a touch or another
-     * change.
+     * the caller must call this method again at the next display frame. If false, the caller can
+     * wait for a touch or another change.
      */
     public boolean frame(long time) {
         if (visible.isEmpty()) {
@@ -115,7 +117,8 @@ public final class EffectStage {
     /** Draws and shows a frame. Returns false if the screen or the renderer cannot draw now. */
     private boolean draw(EffectScene scene, Screen screen, long time) {
         if (!screen.makeCurrent()) {
-            // The system may have destroyed the surface or the context while the scene was idle.
+            // The system can destroy the surface or the context while the scene is idle. Discard
+            // the lost objects and try once more.
             screen.discardLost();
             if (!screen.makeCurrent()) {
                 return false;

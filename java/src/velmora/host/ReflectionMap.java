@@ -13,7 +13,10 @@ public final class ReflectionMap {
     private static final double[] SKY = {0.70, 0.86, 1.00};
     private static final double[] SUN = {1.00, 0.98, 0.92};
 
-    /** Width of the map in the units of the coordinates u and v of the function `caustic`. */
+    /**
+     * Upper bound of the arguments u and v of `caustic`. Across the map, each argument grows from 0
+     * to this value.
+     */
     private static final double FOLDS = 14.0;
 
     private ReflectionMap() {}

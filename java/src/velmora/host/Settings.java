@@ -42,7 +42,7 @@ public final class Settings {
         ink[2] = blue;
     }
 
-    /** Copies the ink colour and all other values that EffectSettings contains. */
+    /** Sets all fields of `effect` that depend on these settings, including the ink colour. */
     void applyTo(EffectSettings effect) {
         EffectSettings defaults = new EffectSettings();
         effect.refractiveIndex = get(Setting.REFRACTIVE_INDEX);

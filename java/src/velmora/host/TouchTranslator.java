@@ -4,7 +4,7 @@ import com.corvane.android.visualeffect.lock.velmora.NativeForVelmora;
 
 /**
  * Translates Android's touch events into events of one finger. The library expects only the actions
- * 0 to 3. The library would treat any other action as a movement, so this class filters out the
+ * 0 to 3. It would move the touch to the position of any other event, so this class filters out all
  * other actions.
  */
 public final class TouchTranslator {
@@ -39,12 +39,15 @@ public final class TouchTranslator {
         return translated;
     }
 
-    /** Returns the id of the first finger. Its position belongs to the last translated action. */
+    /**
+     * Returns the id of the first finger. The caller passes this finger's position to the library
+     * with each translated action.
+     */
     public int pointer() { return firstPointer; }
 
     /**
      * Returns the pressure to pass to the library. Devices that cannot measure pressure report 1.
-     * The pressure of the settings replaces this value.
+     * For a reported pressure of 1, this method therefore returns the pressure of the settings.
      */
     public static float pressure(float reported, Settings settings) {
         return reported == 1.0f ? settings.get(Setting.PRESSURE) : reported;

@@ -34,8 +34,9 @@ final class WaterDriver {
     private static final long MAX_TIME_AT_ONCE = 4;
 
     /**
-     * Volume of a cone of radius 1 and height 1, divided by the area per point of a triangular
-     * lattice with spacing 1: 2 pi / (3 sqrt 3).
+     * Height of the sum of the cones in raiseWideCone, as a multiple of one cone's height: 2 pi /
+     * (3 sqrt 3). This is the volume of a cone of radius 1 and height 1, divided by the lattice
+     * area per point if the spacing is 1.
      */
     private static final double CONE_OVERLAP = 1.2092;
 

@@ -43,9 +43,10 @@ public final class MainActivity extends Activity {
     private static final int THUMBNAIL_DP = 64;
 
     /**
-     * The activity that was started last, or null. Several activities can exist: a rotation
-     * replaces the activity while a photo is still being copied, and the settings button in the
-     * wallpaper's preview starts another activity.
+     * The activity that shows a photo after it has been copied: the activity that was started last,
+     * or null. Several activities can exist. A rotation replaces the activity while a photo is
+     * still being copied, and the settings button in the wallpaper's preview starts another
+     * activity.
      */
     private static MainActivity current;
 

@@ -33,7 +33,7 @@ final class Photos implements Backgrounds {
     /** Sets the file of the photo for later backgrounds. If null, a gradient is drawn instead. */
     void setPhoto(File newPhoto) { photo = newPhoto; }
 
-    /** Returns true if the file starts like an image that this device can decode. */
+    /** Returns true if the file begins with the header of an image that this device can decode. */
     static boolean canDecode(File photo) { return bounds(photo).outWidth > 0; }
 
     private static BitmapFactory.Options bounds(File photo) {
@@ -95,7 +95,8 @@ final class Photos implements Backgrounds {
     }
 
     /**
-     * Returns n so that decoding every n-th pixel of the photo leaves enough pixels for the screen.
+     * Returns n, a power of two, for decoding only every n-th row and column of the photo. Enough
+     * pixels remain to cover the screen. If the photo is small, n is 1.
      */
     private static int sampleSize(int columns, int rows, int width, int height) {
         int spare = Math.min(columns, rows) / Math.max(width, height);

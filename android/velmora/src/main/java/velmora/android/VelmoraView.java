@@ -89,8 +89,8 @@ public class VelmoraView extends GLSurfaceView implements GLSurfaceView.Renderer
     }
 
     /**
-     * Shows a photo, or a gradient if `newPhoto` is null. The file must stay readable and
-     * unchanged.
+     * Shows a photo, or a gradient if `newPhoto` is null. The file must stay readable and unchanged
+     * while the view shows it.
      */
     public void setPhoto(File newPhoto) {
         if (Objects.equals(newPhoto, photo)) {
@@ -175,8 +175,8 @@ public class VelmoraView extends GLSurfaceView implements GLSurfaceView.Renderer
 
     @Override
     public void onSurfaceCreated(GL10 unused, EGLConfig config) {
-        // Android also calls onSurfaceCreated after a context was lost. It does not call it if the
-        // context was preserved and only the surface is new.
+        // Android calls onSurfaceCreated for each new context, also after the previous context was
+        // lost. Android does not call it if only the surface is new.
         renderer.contextCreated();
     }
 

@@ -14,8 +14,9 @@ import velmora.host.TouchTranslator;
  * The effect as a live wallpaper. The wallpaper shows the photo and the settings from the app's
  * store. It loads changes of the store whenever it becomes visible.
  *
- * <p>Declare the service with a separate process (android:process). The library has one state per
- * process, but the view in an activity uses another GL thread and context.
+ * <p>Declare a separate process for the service (android:process in the manifest). The library has
+ * one state per process. In a shared process, the wallpaper and an activity's view would use this
+ * state on two GL threads and in two contexts.
  */
 public class VelmoraWallpaperService extends WallpaperService {
     /** Returns the store that the app's activity and the wallpaper share. */
