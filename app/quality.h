@@ -22,8 +22,8 @@ constexpr int maxQualityLevel = static_cast<int>(std::size(qualityLevels)) - 1;
 enum class QualityPhase {
     /// The level does not change.
     fixed,
-    /// The level changes after short spans of frames. This happens before the first touch, when a visible change does
-    /// not disturb the user.
+    /// The level changes after short spans of frames. A touch ends this phase, because a visible change would then
+    /// disturb the user.
     searching,
     /// The level changes only after longer spans of frames.
     watching

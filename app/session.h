@@ -125,7 +125,8 @@ public:
     void stopReplay();
     bool isReplaying() const { return replay.has_value(); }
 
-    /// Returns the settings that the user chose, but with the first background. Ignores an ink that a script has set.
+    /// Returns the settings that a front end saves for its next start. These are the settings that the user chose, but
+    /// with the first background. An ink that a script has set is left out.
     Settings userSettings() const;
     Size screen() const { return screenSize; }
     const hostkit::WaterDriver& water() const { return host->water(); }
@@ -179,7 +180,7 @@ private:
     AttractMode attract;
     std::vector<hostkit::ScriptAction> actions;
     std::optional<Replay> replay;
-    /// Last touch event that a frame has applied.
+    /// Last touch event that a frame has applied. At the end of a replay, it shows whether a stroke is unfinished.
     hostkit::Touch lastTouch{hostkit::TouchAction::up, 0.0, 0.0, 0.0f};
     std::optional<hostkit::GestureScript> recording;
 
