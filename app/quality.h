@@ -9,7 +9,8 @@ namespace app {
 
 /// A level of detail.
 struct QualityLevel {
-    /// Minimum number of cells between neighbouring mesh vertices. Full detail may have more, see `cellsPerVertex`.
+    /// Minimum number of cells between neighbouring mesh vertices. At full detail, medium and large screens can have
+    /// more, see `cellsPerVertex`.
     int cellsPerVertex;
     /// Resolution along each side, as a fraction of the full resolution.
     double pixels;

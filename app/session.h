@@ -112,9 +112,9 @@ public:
     bool isWaterIdle() const { return host && host->water().idle; }
     bool mayShowInk() const { return !applied.waterOnly && idleWatch.mayShowInk(); }
 
-    /// Restarts the effect in the same state as a replay does, and starts to record all actions. Frame numbers in the
-    /// recording are times in units of 1/60 s, even if fewer frames are drawn. A replay matches the recording exactly
-    /// only if each recorded frame lasted 1/60 s.
+    /// Restarts the effect in the state in which a replay starts, and starts to record all actions. Frame numbers in
+    /// the recording are times in units of 1/60 s, even if fewer frames are drawn. A replay matches the recording
+    /// exactly only if each recorded frame lasted 1/60 s.
     void startRecording();
     /// Ends a recording. Does nothing if there is no recording.
     void finishRecording();

@@ -37,8 +37,8 @@ public:
     void stopReplay();
     /// Returns the on-screen indicators of a replay and of a pause in progress.
     std::vector<Mark> marks() const;
-    /// When a resized window has kept its new size for a short time, finishes a recording in progress and restarts the
-    /// effect in the new size. A film continues in its old size. Returns true if the effect was restarted.
+    /// When a resized window has kept its new size for a short time, restarts the effect in this size. Finishes a
+    /// recording in progress first. A film continues in its old size. Returns true if the effect was restarted.
     bool followSize(app::Size pixels);
 
     /// Returns the times of the last frames, the newest last.
