@@ -12,7 +12,7 @@ namespace app {
 
 /// Attract mode draws gentle strokes that show the effect while no user is present. It starts after a few idle seconds
 /// and stops at any user input. After three strokes, it waits for user input, so that an unattended device can sleep. A
-/// screensaver gets no input and therefore calls `repeat`.
+/// screensaver gets no user input, so it calls `repeat` to draw further strokes.
 class AttractMode {
 public:
     explicit AttractMode(Clock::time_point now) : lastInput(now) {}
@@ -24,8 +24,8 @@ public:
     /// stroke numbers continue, so that the new strokes differ from the old strokes in place and ink.
     void repeat() { repeats = true; }
 
-    /// Restarts the idle time because of user input. If the user touched the water (`touched`), later idle times are
-    /// longer.
+    /// Restarts the idle time because of user input. If `touched` is true, because the user touched the water, this and
+    /// all later idle times are longer.
     void noteInput(Clock::time_point now, bool touched);
     /// Restarts the idle time for another reason than user input, for example because a recording runs.
     void postpone(Clock::time_point now);

@@ -14,8 +14,8 @@ namespace {
 
 using velmora::pixelsPerCell;
 
-/// Texture unit to which the library binds the ink while it draws the water mesh. The library uses glDrawElements only
-/// for the water mesh.
+/// Texture unit to which the library binds the ink while it draws the water mesh. The probe recognises this moment by
+/// the call of glDrawElements, which the library uses only for the water mesh.
 constexpr GLenum inkUnit = GL_TEXTURE2;
 
 GLuint textureOfUnit(GLenum unit) {

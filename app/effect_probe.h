@@ -25,8 +25,8 @@ struct FrameMoments {
     using Moment = std::optional<std::chrono::steady_clock::time_point>;
     /// Time of the library's first GL call in the frame.
     Moment begin;
-    /// Time at which the wait for the solver step of the previous frame ends. The probe measures the time at the
-    /// velocity upload, which follows the wait. Frames that have no ink also have no velocity upload.
+    /// Time at which the wait for the solver step of the previous frame ends. The probe measures this time at the
+    /// velocity upload, which follows the wait. Empty in a frame without ink, which uploads no velocity.
     Moment solverDone;
     /// First draw call.
     Moment firstDraw;

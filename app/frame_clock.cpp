@@ -12,10 +12,10 @@ using std::chrono::nanoseconds;
 /// Maximum time by which a frame can be early and still count as due. A tolerance is necessary because the refresh
 /// intervals of displays vary slightly.
 constexpr nanoseconds earlyTolerance = frameTime / 8;
-/// Maximum real time between two calls of `take` that the effect covers. The effect skips the rest of a longer gap,
-/// for example after the machine has slept. In slow motion, a frame can last longer than this maximum; the maximum is
-/// then the duration of one frame. The larger maximum applies during a recording, so that the recording keeps real time
-/// even on a very slow machine.
+/// Maximum real time between two calls of `take` that the effect covers. The effect skips the rest of a longer gap, for
+/// example after the machine has slept. In slow motion, a frame can last longer than this maximum; the maximum is then
+/// the duration of one frame. During a recording, `maxRecordedGap` applies, so that the recording keeps real time even
+/// on a very slow machine.
 constexpr nanoseconds maxGap = std::chrono::milliseconds(250);
 constexpr nanoseconds maxRecordedGap = std::chrono::seconds(2);
 

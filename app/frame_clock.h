@@ -13,10 +13,10 @@ constexpr std::chrono::nanoseconds frameTime(16'666'667);
 enum class FrameLength {
     /// The full time that has passed, so that waves keep their speed in real time.
     real,
-    /// The time that has passed, rounded to a multiple of 1/60 s, for recordings. Recorded events then happen at whole
-    /// frame numbers and keep their time.
+    /// The time that has passed, rounded to a multiple of 1/60 s, for recordings. Each recorded event then has a whole
+    /// frame number, and the recording keeps real time.
     whole,
-    /// Always 1/60 s, for replays. Every frame is drawn, so the effect runs in slow motion.
+    /// Always 1/60 s, for replays. A replay draws every frame, so it runs in slow motion on a slow machine.
     exact
 };
 

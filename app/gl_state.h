@@ -9,7 +9,7 @@ namespace app {
 
 /// Saves the GL state that drawing code outside the library changes, and restores this state at the end of the scope.
 /// The library expects its GL state unchanged in the next frame. Code in the scope must use only texture unit 0 and
-/// must disable its vertex arrays.
+/// must disable the vertex arrays that it enables.
 class GlStateGuard {
 public:
     GlStateGuard();

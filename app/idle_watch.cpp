@@ -5,7 +5,7 @@
 namespace app {
 namespace {
 
-/// Number of frames with idle water after which the ink has started to fade.
+/// Number of frames with idle water before the first digest. By then, the ink has started to fade.
 constexpr int framesBeforeFading = 60;
 /// Number of frames between two digests that are compared. If the digests are equal, the ink has stopped fading.
 constexpr int framesBetweenDigests = 30;

@@ -19,8 +19,8 @@ constexpr float cellsPerVertexOfMedium = 1.75f;
 constexpr float cellsPerVertexOfLarge = 2.0f;
 constexpr int minMediumPixels = 360;
 constexpr int minLargePixels = 1000;
-/// Minimum number of cells along the shorter side of the screen for a mesh that has, at full detail, more than one
-/// cell per vertex. If there are fewer cells, each cell is large and needs its own vertex.
+/// Minimum number of cells along the shorter side of the screen for more than one cell per vertex at full detail. Fewer
+/// cells are larger, and each of them needs its own vertex.
 constexpr int minCells = 90;
 /// Number of frames in a span during the search for the right level. A span is a group of frames that are judged
 /// together.

@@ -9,7 +9,8 @@ namespace app {
 
 /// A level of detail.
 struct QualityLevel {
-    /// Minimum number of cells between neighbouring mesh vertices. Full detail may have more, see `cellsPerVertex`.
+    /// Minimum number of cells between neighbouring mesh vertices. At full detail, medium and large screens can have
+    /// more, see `cellsPerVertex`.
     int cellsPerVertex;
     /// Resolution along each side, as a fraction of the full resolution.
     double pixels;
@@ -22,8 +23,8 @@ constexpr int maxQualityLevel = static_cast<int>(std::size(qualityLevels)) - 1;
 enum class QualityPhase {
     /// The level does not change.
     fixed,
-    /// The level changes after short spans of frames. This happens before the first touch, when a visible change does
-    /// not disturb the user.
+    /// The level changes after short spans of frames. A touch ends this phase, because a visible change would then
+    /// disturb the user.
     searching,
     /// The level changes only after longer spans of frames.
     watching

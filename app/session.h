@@ -112,9 +112,9 @@ public:
     bool isWaterIdle() const { return host && host->water().idle; }
     bool mayShowInk() const { return !applied.waterOnly && idleWatch.mayShowInk(); }
 
-    /// Restarts the effect in the same state as a replay does, and starts to record all actions. Frame numbers in the
-    /// recording are times in units of 1/60 s, even if fewer frames are drawn. A replay matches the recording exactly
-    /// only if each recorded frame lasted 1/60 s.
+    /// Restarts the effect in the state in which a replay starts, and starts to record all actions. Frame numbers in
+    /// the recording are times in units of 1/60 s, even if fewer frames are drawn. A replay matches the recording
+    /// exactly only if each recorded frame lasted 1/60 s.
     void startRecording();
     /// Ends a recording. Does nothing if there is no recording.
     void finishRecording();
@@ -125,7 +125,8 @@ public:
     void stopReplay();
     bool isReplaying() const { return replay.has_value(); }
 
-    /// Returns the settings that the user chose, but with the first background. Ignores an ink that a script has set.
+    /// Returns the settings that a front end saves for its next start. These are the settings that the user chose, but
+    /// with the first background. An ink that a script has set is left out.
     Settings userSettings() const;
     Size screen() const { return screenSize; }
     const hostkit::WaterDriver& water() const { return host->water(); }
@@ -179,7 +180,7 @@ private:
     AttractMode attract;
     std::vector<hostkit::ScriptAction> actions;
     std::optional<Replay> replay;
-    /// Last touch event that a frame has applied.
+    /// Last touch event that a frame has applied. At the end of a replay, it shows whether a stroke is unfinished.
     hostkit::Touch lastTouch{hostkit::TouchAction::up, 0.0, 0.0, 0.0f};
     std::optional<hostkit::GestureScript> recording;
 

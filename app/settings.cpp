@@ -6,9 +6,10 @@
 namespace app {
 namespace {
 
-/// Number that is added to the simulation steps per second, repeatedly, until fast waves are stable.
+/// Increment of the number of simulation steps per second. It is added repeatedly until fast waves are stable.
 constexpr int stepRateIncrement = 60;
-/// Maximum of `WaterSettings::waveSpeed`. Waves become unstable above 0.5.
+/// Maximum of `WaterSettings::waveSpeed`, the square of the wave speed in cells per step. Waves become unstable above
+/// 0.5.
 constexpr double maxWaveWeight = 0.45;
 /// Radius of a touch's ripple, as a fraction of the screen's shorter side. If this side has 90 cells, the radius is
 /// three cells.

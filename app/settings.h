@@ -120,8 +120,8 @@ void forEachField(Visit visit) {
     all(switchFields);
 }
 
-/// Returns the members of `Settings` that a table of fields describes. A program that uses only this result does not
-/// contain the texts of the table.
+/// Returns the members of `Settings` that a table of fields describes. The compiler computes the result, so a program
+/// that uses only the result does not contain the texts of the table.
 template <class Value, std::size_t count>
 consteval std::array<Value Settings::*, count> membersOf(
     const SettingField<Value> (&fields)[count]) {

@@ -13,7 +13,7 @@ const phone = [390, 844];
 function noteSteps() {
     const times = (window.times = {});
     const note = (step) => (times[step] ??= performance.now());
-    /** Notes the end of a function or of the promise that it returns. */
+    /** Notes when a function returns or, if it returns a promise, when the promise is resolved. */
     const observe = (owner, name, step) => {
         const original = owner[name];
         owner[name] = function (...values) {

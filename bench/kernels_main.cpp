@@ -85,10 +85,12 @@ int main(int argc, char** argv) {
     }
     bench::registerLimits(options->count);
     bench::TableReporter tables(
-        {{"The table shows the median time of a call of each kernel and of its reference.",
+        {{"The table shows the median time of one call of each kernel and of its reference "
+          "implementation.",
           "kernel | grid",
           {"goal", "ratio", "library ns", "reference ns"}},
-         {"The next table shows the limits of the machine in the same run as the kernels.",
+         {"The next table shows the limits of the machine, measured in the same run as the "
+          "kernels.",
           "limit | of",
           {"value"}}});
     benchmark::RunSpecifiedBenchmarks(options->table ? &tables : nullptr);

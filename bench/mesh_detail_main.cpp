@@ -68,8 +68,8 @@ void compareAt(int width, int height) {
     }
     std::printf("%4d x %4d", width, height);
     for (std::size_t mesh = 0; mesh < meshes.size(); ++mesh) {
-        std::printf("  %.2f cells per vertex: similarity %.4f", static_cast<double>(meshes[mesh]),
-                    lowest[mesh]);
+        std::printf("  %.2f cells per vertex: lowest similarity %.4f",
+                    static_cast<double>(meshes[mesh]), lowest[mesh]);
     }
     std::printf("\n");
     std::fflush(stdout);

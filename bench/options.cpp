@@ -10,7 +10,7 @@ namespace bench {
 
 namespace {
 
-/// Converts a text to a count. Returns false if the text is not a number of at least 1.
+/// Converts a text to a count. Returns false if the text is not a whole number of at least 1.
 bool parseCount(std::string_view text, int& count) {
     const char* const end = text.data() + text.size();
     const auto [stop, error] = std::from_chars(text.data(), end, count);

@@ -93,7 +93,8 @@ std::string difference(const Comparison& comparison) {
         const auto [expected, found] = std::ranges::mismatch(reference[output], library[output]);
         if (expected != reference[output].end()) {
             return comparison.kernel + ", " + comparison.grid +
-                   ": the results of library and reference differ; the first difference is byte " +
+                   ": the library and its reference implementation give different results; "
+                   "the first difference is byte " +
                    std::to_string(expected - reference[output].begin()) + " of output " +
                    std::to_string(output);
         }

@@ -5,7 +5,7 @@
 namespace bench {
 namespace {
 
-/// Side in pixels of the blocks of the image that are compared.
+/// Side, in pixels, of the image blocks whose similarity is computed.
 constexpr int windowSide = 8;
 /// Distance in pixels between the corners of neighbouring blocks. The blocks overlap.
 constexpr int windowStep = 4;

@@ -34,7 +34,8 @@ std::size_t cellsOf(const FloatGrid& grid) {
     return static_cast<std::size_t>(grid.width) * static_cast<std::size_t>(grid.height);
 }
 
-/// Returns velocities for a grid: a vortex around the middle, plus noise. Components are below 40 cells per time unit.
+/// Returns velocities for a grid: a vortex around the middle, plus noise. Each component is between -40 and 40 cells
+/// per time unit of the solver.
 std::vector<float> swirl(const FloatGrid& grid) {
     std::mt19937 random(2);
     std::uniform_real_distribution<float> jitter(-4.0f, 4.0f);
@@ -158,7 +159,7 @@ Comparison stepComparison(ScreenSize screen, DragMode dragMode) {
                 }};
 }
 
-/// Returns the comparison of a kernel with its reference implementation. Both have `pass` as their argument.
+/// Returns the comparison of a kernel with its reference implementation. Both take `pass` as their argument.
 template <class Pass>
 Comparison stageComparison(const std::shared_ptr<Flow>& flow, const char* kernel, double target,
                            const Pass& pass, void (*plain)(const Pass&),

@@ -23,10 +23,10 @@ using hostkit::Image;
 
 namespace {
 
-// Maximum number of pixels of an image: 400 MB when decoded at 4 bytes per pixel. No camera takes larger images, and
+// Maximum number of pixels of an image: 400 MB when decoded at 4 bytes per pixel. Few cameras take larger images, and
 // most machines have that much memory.
 constexpr std::int64_t maxPixels = 100'000'000;
-/// Longest side of a loaded image in pixels. Larger images are scaled down, because screens are not larger.
+/// Longest side of a loaded image in pixels. Larger images are scaled down, because few screens are larger.
 constexpr int maxImageSide = 4096;
 /// Width and height of a generated painting in pixels. A screen shows a part of the painting.
 constexpr int paintingSide = 1600;

@@ -20,8 +20,8 @@ constexpr float pixelsPerSample = 1.5f;
 constexpr float minSampleDistance = 1.0f / 1100.0f;
 /// Maximum distance by which the waves move a light ray on the ground, as a fraction of the width of the waves.
 constexpr float maxBend = 0.6f;
-/// Distance by which a surface of slope 1 moves a light ray on the ground at depth 1, divided by the square of the
-/// width of the waves.
+/// Distance by which a surface of slope 1 moves a light ray on the ground at depth 1. The unit of this distance is the
+/// squared width of the waves.
 constexpr float bendAtFocus = 0.16f;
 
 /// Distances by which the waves move the light rays on the ground along x and along y, sampled on a grid.

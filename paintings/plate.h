@@ -55,7 +55,7 @@ inline Color mix(Color from, Color to, float weight) {
     return {mix(from.red, to.red, weight), mix(from.green, to.green, weight),
             mix(from.blue, to.blue, weight)};
 }
-/// Returns 0 at `from`, 1 at `to`, and values on a smooth curve between the two. `from` may be larger than `to`.
+/// Returns 0 at `from`, 1 at `to`, and values on a smooth curve between the two. `from` can be larger than `to`.
 inline float smoothStep(float from, float to, float value) {
     const float t = std::clamp((value - from) / (to - from), 0.0f, 1.0f);
     return t * t * (3.0f - 2.0f * t);

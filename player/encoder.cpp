@@ -36,7 +36,7 @@ void appendTiming(Words& words, std::optional<int> framesPerSecond) {
         words.emplace_back("-framerate");
         words.push_back(std::to_string(*framesPerSecond));
     } else {
-        // Time stamps have a resolution of 1/1000 s.
+        // The rate of 1000 gives the time stamps a resolution of 1/1000 s.
         append(words, {"-use_wallclock_as_timestamps", "1", "-framerate", "1000"});
     }
 }
@@ -45,8 +45,9 @@ void appendTiming(Words& words, std::optional<int> framesPerSecond) {
 constexpr const char* videoColors =
     "crop=trunc(iw/2)*2:trunc(ih/2)*2:0:0,scale=out_color_matrix=bt709";
 
-/// Limits a window's GIF to 25 frames per second, a rate that all browsers play. The filter drops frames and never
-/// repeats a frame. A repeated frame would delay the next time stamp, and this delay would cause another repetition.
+/// Returns the ffmpeg filter that limits a GIF from the window to 25 frames per second, a rate that all browsers play.
+/// Returns an empty text for a film that has a fixed frame rate. The filter drops frames and never repeats a frame. A
+/// repeated frame would delay the next time stamp, and this delay would cause another repetition.
 std::string gifFrames(std::optional<int> framesPerSecond) {
     return framesPerSecond ? "" : "select='isnan(prev_selected_t)+gte(t-prev_selected_t,0.039)',";
 }

@@ -13,8 +13,8 @@
 
 namespace player {
 
-/// Returns the size of a film that shows a screen of this size. MP4 and WebM need even sides. `format` may have a dot
-/// before it.
+/// Returns the size of a film that shows a screen of this size. MP4 and WebM need even sides. `format` is, for example,
+/// "mp4" or ".mp4".
 app::Size filmSize(app::Size screen, std::string_view format);
 
 /// Encodes a film: passes frames to an ffmpeg process through a pipe. The program must ignore SIGPIPE.

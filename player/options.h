@@ -22,7 +22,7 @@ struct Options {
     std::filesystem::path preset;
     /// File of a recording that starts when the window opens. If empty, no recording starts.
     std::filesystem::path record;
-    /// Screen size in pixels. A software rasteriser films the default size in one or two minutes.
+    /// Screen size in pixels. The default is small enough for a software rasteriser to film it in one or two minutes.
     int width = 720;
     int height = 1280;
     /// Number of frames to draw. If 0, the script's own length is used.

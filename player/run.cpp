@@ -41,7 +41,7 @@ namespace {
 hostkit::GestureScript scriptOf(const Options& options, const app::Settings& settings) {
     hostkit::GestureScript script = loadScript(options);
     if (!options.scriptGiven) {
-        // Only the default script adapts to the preset's pressure. A named script keeps its pressures.
+        // Only the default script adapts to the preset's pressure. A script from the command line keeps its pressures.
         scalePressures(script, settings.pressure / app::Settings{}.pressure);
     }
     if (options.seconds > 0.0) {

@@ -7,8 +7,8 @@
 
 namespace player {
 
-// Limits of a screen side, in pixels. A smaller screen may be too small for one solver cell, which has sides of 12
-// pixels. A larger screen exceeds the usual size limits of GL.
+// Limits of a screen side, in pixels. The minimum leaves room for at least one solver cell, which has sides of 12
+// pixels. The maximum is within the usual size limits of GL.
 constexpr int minSide = 16;
 constexpr int maxSide = 4096;
 

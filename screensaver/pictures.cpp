@@ -38,7 +38,7 @@ bool isPicture(const fs::path& file) {
 std::vector<fs::path> filesOf(const fs::path& source) {
     std::error_code error;
     if (!fs::is_directory(source, error)) {
-        // Refuse pipes and devices, because reading them may never end.
+        // Refuse pipes and devices, because reading from them can block forever.
         if (fs::exists(source, error) && !fs::is_regular_file(source, error)) {
             desktop::warn("expected a picture file or a folder", source.string());
             return {};

@@ -28,7 +28,7 @@ using namespace std::chrono_literals;
 
 /// Time between two checks for input while the effect is idle.
 constexpr auto idleWait = 250ms;
-/// Longest time for which the start waits for the first picture.
+/// Longest time that the program waits at its start for the first picture.
 constexpr auto maxFirstWait = 5s;
 /// Time between two checks whether the first picture is loaded.
 constexpr auto firstWait = 10ms;

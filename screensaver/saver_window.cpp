@@ -220,8 +220,8 @@ void SaverWindow::handle(const XEvent& event) {
             windowMissing = windowMissing || event.xdestroywindow.window == window;
             break;
         case ClientMessage:
-            // If another program owns the window, `closing` is 0. A close message that any program sends to the root
-            // window therefore does not end this program.
+            // `closing` is the atom of the close message, or 0 if another program owns the window. A close
+            // message to another program's window therefore does not end this program.
             closed =
                 closed || (closing != 0 && static_cast<Atom>(event.xclient.data.l[0]) == closing);
             break;

@@ -7,8 +7,8 @@
 
 namespace player {
 
-/// Draws the ink density immediately. Adds the flow lines to the background of the ImGui frame, so they are drawn at
-/// its end.
+/// Draws the ink density immediately. Adds the flow lines to the background draw list of ImGui, which draws them when
+/// the ImGui frame ends.
 void drawOverlays(Overlays overlays, const app::EffectProbe& probe, Canvas& canvas,
                   app::Size screen);
 

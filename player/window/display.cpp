@@ -9,7 +9,7 @@
 namespace player {
 namespace {
 
-/// Number of redraws after an event. ImGui reacts one frame after an event and then fades.
+/// Number of redraws after an event. ImGui needs more than one frame to show its complete reaction to an event.
 constexpr int redrawsPerEvent = 3;
 /// Longest time between redraws during a film or a recording. This time is short enough for a film of an idle effect,
 /// and for the on-screen indicators, which show the elapsed seconds.
@@ -78,7 +78,7 @@ void Display::present(const Panel& panel, bool drawn) {
     } else {
         screen.canvas().show(screen.window().pixels());
     }
-    // If the sizes differ, the effect restarts soon in the new size.
+    // Add no frame to the film while the effect still has the window's old size. It soon restarts in the new size.
     if (screen.window().pixels() == session.size()) {
         attempt(toast, [&] { keeper.addToFilm(); });
     }

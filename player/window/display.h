@@ -15,8 +15,8 @@ class Display {
 public:
     Display(Screen& onScreen, const WindowSession& ofSession, Keeper& keptBy, Toast& withToast);
 
-    /// Requests redraws. Call this function after any event that can change the window's content outside the effect's
-    /// frame.
+    /// Requests redraws. Call this function after any event that can change the panel or another element over the
+    /// effect's frame.
     void requestRedraws();
     /// Returns true if a redraw is due even while the effect is idle.
     bool needsRedraw() const { return redraws > 0 || keeper.filming(); }

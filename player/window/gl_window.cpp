@@ -51,7 +51,7 @@ app::Size withinDisplay(app::Size size, double part) {
 }
 
 void requestGles2() {
-    // The library identifies contexts by EGL, so SDL must not use GLX.
+    // The library asks EGL for the current context, so SDL must use EGL and not GLX.
     SDL_SetHint(SDL_HINT_OPENGL_ES_DRIVER, "1");
     SDL_SetHint(SDL_HINT_VIDEO_X11_FORCE_EGL, "1");
     SDL_GL_SetAttribute(SDL_GL_CONTEXT_PROFILE_MASK, SDL_GL_CONTEXT_PROFILE_ES);

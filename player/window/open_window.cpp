@@ -33,11 +33,11 @@ using namespace std::chrono_literals;
 
 /// Default size of the window, in desktop units: the shape of a phone.
 constexpr app::Size phone{540, 960};
-/// Largest screen size of a script for which the window gets the size of the script. A larger window might exceed the
-/// desktop.
+/// Maximum screen size that the window takes over from a script. A larger window might exceed the desktop.
 constexpr app::Size largestOfScript{1280, 1000};
 
-/// Returns a size with the background's aspect ratio, limited to 2.5, and with the longer side of `usual`.
+/// Returns a size with the aspect ratio of the background, but at most 2.5 to 1. Its longer side equals the longer side
+/// of `usual`.
 app::Size shapeOf(const hostkit::Image& image, app::Size usual) {
     constexpr double longest = 2.5;
     const double aspect =
@@ -66,8 +66,8 @@ std::optional<hostkit::GestureScript> scriptOf(const Options& options) {
     return options.scriptGiven ? std::optional(loadScript(options)) : std::nullopt;
 }
 
-/// Returns the settings of the command line or those of the last window. A run with a script, a recording or a digest
-/// must be repeatable, so it ignores the last window.
+/// Returns the settings of the command line or, if it names no preset, the settings of the last window. A run with a
+/// script, a recording or a digest must be repeatable, so it ignores the last window.
 app::Settings initialSettings(const Options& options, const Remembered& remembered) {
     app::Settings settings = settingsOf(options);
     const bool repeatable = options.scriptGiven || !options.record.empty() || options.digest;

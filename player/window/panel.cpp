@@ -28,7 +28,7 @@ constexpr ImU32 changedColor = IM_COL32(255, 190, 70, 255);
 /// Sections of the panel that contain commands. The sections that contain sliders come from the table of settings.
 enum class Place { preset, ownPreset, ink, view, save, developer };
 
-/// Check box of the panel. A click on it runs the same command as the key of the command.
+/// Check box of the panel. A click on the check box runs `command`, like the command's key.
 struct Switch {
     Place place;
     Command command;

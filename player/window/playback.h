@@ -37,15 +37,15 @@ public:
     void stopReplay();
     /// Returns the on-screen indicators of a replay and of a pause in progress.
     std::vector<Mark> marks() const;
-    /// When a resized window has kept its new size for a short time, finishes a recording in progress and restarts the
-    /// effect in the new size. A film continues in its old size. Returns true if the effect was restarted.
+    /// When a resized window has kept its new size for a short time, restarts the effect in this size. Finishes a
+    /// recording in progress first. A film continues in its old size. Returns true if the effect was restarted.
     bool followSize(app::Size pixels);
 
     /// Returns the times of the last frames, the newest last.
     std::span<const FrameTimes> times() const { return lastTimes; }
     /// Returns the frames per second over the last second; 0 while the effect is idle or paused.
     double rate() const;
-    /// Adds the time that the presentation took to the GL time of the newest frame.
+    /// Adds `time`, the duration of the presentation, to the GL time of the newest frame.
     void addGlTime(std::chrono::nanoseconds time);
 
 private:
@@ -62,7 +62,7 @@ private:
     /// Time by which the replay has advanced the effect so far. This time does not change during a pause.
     std::chrono::nanoseconds replayTime{};
     std::vector<FrameTimes> lastTimes;
-    /// Times at which the frames of the last second ended; at least the last two frames.
+    /// End times of the frames in the last second. The last two end times are kept even if they are older.
     std::deque<Clock::time_point> frameEnds;
     app::Size lastPixels{};
     Clock::time_point resizedAt{};

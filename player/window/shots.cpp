@@ -37,7 +37,8 @@ void fill(const fs::path& file, Work work) {
     }
 }
 
-/// Removes the film of a failed encoder if it does not play. An incomplete WebM or GIF file plays, unless it is empty.
+/// Removes the incomplete film of a failed encoder if the file does not play. An incomplete WebM or GIF file plays if
+/// it is not empty.
 void removeIfBroken(const fs::path& file) {
     std::error_code ignored;
     if (file.extension() == ".mp4" || fs::is_empty(file, ignored)) {
