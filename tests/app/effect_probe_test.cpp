@@ -25,7 +25,7 @@ TEST(EffectProbe, ObservesVelocitiesInkAndTimes) {
         hostkit::Digest ofField;
         addBytes(ofField, std::as_bytes(std::span(probe.velocity().bytes)));
         EXPECT_EQ(digestAtRest.state, ofField.state)
-            << "the digest must contain the first upload exactly once";
+            << "the digest must include the first uploaded velocities exactly once";
         host.touch({hostkit::TouchAction::down, 150, 280, 0.5f});
         for (int frame = 0; frame < 5; ++frame) {
             probe.draw(host);

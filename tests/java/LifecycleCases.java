@@ -572,7 +572,8 @@ final class LifecycleCases {
         for (int at = 2; at < arguments.length; at += 2) {
             Settings settings = Preset.parse(Files.readString(Path.of(arguments[at])), "preset");
             if (!Preset.parse(Preset.write(settings), "written").equals(settings)) {
-                throw new AssertionError(arguments[at] + " changes when it is written");
+                throw new AssertionError(
+                    arguments[at] + " must not change when it is written and parsed again");
             }
             if (Files.exists(Path.of(arguments[at + 1]))) {
                 Window window = newWindow(WIDTH, HEIGHT).show();

@@ -157,7 +157,7 @@ TEST_F(Player, AStillWithoutSpaceEndsTheRunAndTheErrorNamesItsFinalPlace) {
 }
 
 TEST_F(Player, ShowsEachImageFormatUprightAndComplete) {
-    // A screen of 64 x 96 pixels shows only the middle 4/9 of this image. The rest of the image is black.
+    // A screen of 64 x 96 pixels shows only the middle 4/9 of this image's width. The rest of the image is black.
     save(paint(120, 80,
                [](double x, double y) {
                    const double shown = (x - 0.5) * 2.25 + 0.5;

@@ -239,7 +239,8 @@ TEST_F(WindowTest, AReplayOverAttractModeHasTheInkOfItsScript) {
         return count > 100;
     };
     ASSERT_TRUE(waitFor([&] { return shows(blue, red, 0); }))
-        << "the second ink of attract mode must be blue, unlike the preset and the background";
+        << "the second stroke of attract mode must be blue; the preset's ink and the background "
+           "are not";
     std::string script = "screen 120 180\nframes 30\n0 ink 1 0.3 0.3\n1 down 20 50 1\n";
     for (int frame = 2; frame < 28; ++frame) {
         script += std::to_string(frame) + " move " + std::to_string(20 + 3 * frame) + " 60 1\n";
@@ -688,7 +689,7 @@ TEST_F(WindowTest, TheWindowHasTheShapeOfTheBackgroundAndFitsTheDisplay) {
     openWindow();
     const Pixbuf shown = capture();
     EXPECT_EQ(gdk_pixbuf_get_width(shown.get()), 744)
-        << "the window must fit a display of 800 pixels";
+        << "the window must fit into the display, which is 800 pixels wide";
     EXPECT_NEAR(gdk_pixbuf_get_height(shown.get()), 465, 1);
     for (const int across : {800, 744}) {  // full screen without a window manager
         press("F11");
