@@ -36,7 +36,7 @@ TEST(EffectProbe, ObservesVelocitiesInkAndTimes) {
         EXPECT_EQ(probe.inkTexture() != 0, ink);
         EXPECT_EQ(probe.velocity().bytes.size(), ink ? 20u * 33 * 4 : 0u);
         EXPECT_EQ(probe.velocityDigest().state != digestAtRest.state, ink)
-            << "the touch must change the velocities";
+            << "the touch must change the velocities if ink is enabled, and only then";
         if (!ink) {
             continue;
         }

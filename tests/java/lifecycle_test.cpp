@@ -29,7 +29,7 @@ using hostkit::TouchAction;
 constexpr int width = 180;
 constexpr int height = 320;
 
-/// Returns the effect settings that a Java scene computes from the default settings of the panel.
+/// Returns the effect settings that a Java scene computes if all its settings have their default values.
 hostkit::EffectSettings settingsOfScene() {
     return {.alphaRatio1Scale = 0.06f, .fresnelRatio = 0.4f, .moveRipple = 2.4f * (0.4f / 2.4f)};
 }

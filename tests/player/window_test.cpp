@@ -184,7 +184,7 @@ protected:
     const std::string command =
         "env ASAN_OPTIONS=$ASAN_OPTIONS:detect_leaks=0 XDG_CONFIG_HOME=" + folder.string() +
         "/config " VELMORA_PLAYER " --second plain.png";
-    /// Arguments that name the background and, unless a test removes it, the screen size.
+    /// Arguments for the background and the screen size. A test can leave out the screen size.
     std::string sized = "plain.png --size " + std::to_string(width) + "x" + std::to_string(height);
     std::string limit;
     std::string preset = "--digest --preset still.json";
@@ -209,7 +209,7 @@ TEST_F(WindowTest, InkAppearsOnlyAlongTheStroke) {
     }
     press("c");
     step();
-    EXPECT_EQ(stains(shot()), 0) << "the key must clear the ink";
+    EXPECT_EQ(stains(shot()), 0) << "the key C must clear the ink";
 }
 
 TEST_F(WindowTest, AnIdleWindowStartsAttractModeUntilTheUserTouches) {
@@ -409,7 +409,7 @@ TEST_F(WindowTest, ANewSizeContinuesAFilmAndEndsARecording) {
     run("ffmpeg -v error -i shots/film-01.gif -update 1 last.png");
     const Pixbuf last = load("last.png");
     EXPECT_LT(difference(pixel(last, 120, 20), {0, 0, 0}), 20)
-        << "after the resize, the film must have bars beside the frame";
+        << "after the resize, the film must have black bars above and below the frame";
     EXPECT_LT(difference(pixel(last, 120, 180), plainColor), 20);
 }
 
@@ -426,7 +426,7 @@ TEST_F(WindowTest, AnIdleGifRepeatsNoFrame) {
     std::sscanf(contents("probed").c_str(), "%lf %lf", &frames, &seconds);
     EXPECT_GT(seconds, 1.0);
     EXPECT_LT(frames, 16.0 * seconds)
-        << "an idle effect must be filmed with about 10 frames per second";
+        << "a film of an idle effect must have fewer than 16 frames per second";
 }
 
 TEST_F(WindowTest, WindowsThatShareAFolderUseDifferentFileNames) {
