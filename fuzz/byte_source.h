@@ -10,7 +10,7 @@
 
 namespace fuzz {
 
-/// Turns bytes into random decisions. After the last byte, the source returns zeros.
+/// Turns input bytes into random decisions. When all bytes are used, each further byte counts as 0.
 class ByteSource {
 public:
     explicit ByteSource(std::span<const std::uint8_t> bytes) : left(bytes) {}

@@ -193,7 +193,7 @@ private:
     void replaceContext() {
         context.reset();
         context.emplace(surfaceSide, surfaceSide);
-        // Draw only into a corner of each target. A software rasteriser would otherwise spend most of a frame in the
+        // Draw only into a corner of each target. A software rasteriser would otherwise spend most of its time on the
         // large ink targets.
         glEnable(GL_SCISSOR_TEST);
         glScissor(0, 0, surfaceSide, surfaceSide);

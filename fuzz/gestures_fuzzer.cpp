@@ -34,8 +34,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     try {
         const hostkit::GestureScript script = hostkit::parseGestureScript(text, "input");
         if (hostkit::parseGestureScript(hostkit::writeGestureScript(script), "copy") != script) {
-            std::fputs("a script differs from its copy that was written and parsed again\n",
-                       stderr);
+            std::fputs("a script must not change when it is written and parsed again\n", stderr);
             std::abort();
         }
         play(hostkit::scaledToScreen(script, side, side));

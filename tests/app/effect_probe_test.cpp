@@ -25,7 +25,7 @@ TEST(EffectProbe, ObservesVelocitiesInkAndTimes) {
         hostkit::Digest ofField;
         addBytes(ofField, std::as_bytes(std::span(probe.velocity().bytes)));
         EXPECT_EQ(digestAtRest.state, ofField.state)
-            << "the digest must contain the first upload exactly once";
+            << "the digest must include the first uploaded velocities exactly once";
         host.touch({hostkit::TouchAction::down, 150, 280, 0.5f});
         for (int frame = 0; frame < 5; ++frame) {
             probe.draw(host);
@@ -36,7 +36,7 @@ TEST(EffectProbe, ObservesVelocitiesInkAndTimes) {
         EXPECT_EQ(probe.inkTexture() != 0, ink);
         EXPECT_EQ(probe.velocity().bytes.size(), ink ? 20u * 33 * 4 : 0u);
         EXPECT_EQ(probe.velocityDigest().state != digestAtRest.state, ink)
-            << "the touch must change the velocities";
+            << "the touch must change the velocities if ink is enabled, and only then";
         if (!ink) {
             continue;
         }

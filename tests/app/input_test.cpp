@@ -164,7 +164,8 @@ TEST(AttractMode, LiftsTheFingerOnlyIfItIsDown) {
 TEST(IdleWatch, WithoutInkIdleWaterIsEnough) {
     app::IdleWatch watch;
     const auto noDigest = [] {
-        return ADD_FAILURE() << "without ink, the screen must not be read", std::uint64_t{0};
+        return ADD_FAILURE() << "if there is no ink, idle detection must not read the screen",
+               std::uint64_t{0};
     };
     watch.noteFrame(false, noDigest);
     EXPECT_FALSE(watch.isIdle());
@@ -182,7 +183,7 @@ TEST(IdleWatch, WithInkTwoFramesMustBeEqual) {
         watch.noteFrame(true, [&] { return digest++; });  // the ink fades
     }
     EXPECT_FALSE(watch.isIdle());
-    EXPECT_EQ(digest, 3u) << "in 90 frames, the screen must be read only twice";
+    EXPECT_EQ(digest, 3u) << "idle detection must read the screen exactly twice in 90 frames";
     for (int frame = 1; frame <= 30; ++frame) {
         watch.noteFrame(true, [&] { return std::uint64_t{2}; });
     }

@@ -92,7 +92,8 @@ TEST(Quality, AFixedLevelStays) {
     EXPECT_EQ(quality.level, 2);
     EXPECT_EQ(pixelsOf(quality), 0.75);
     EXPECT_EQ(cellsPerVertex(quality, 90, 540), 3);
-    EXPECT_EQ(cellsPerVertex(quality, 45, 540), 1.5f) << "the mesh must keep 30 vertices";
+    EXPECT_EQ(cellsPerVertex(quality, 45, 540), 1.5f)
+        << "the mesh must keep 30 vertices along the shorter side";
     EXPECT_EQ(cellsPerVertex(quality, 24, 540), 1)
         << "a coarse water grid must keep a vertex for each cell";
 }
@@ -103,7 +104,8 @@ TEST(Quality, FullDetailDependsOnTheScreen) {
     EXPECT_EQ(cellsPerVertex(full, 90, 360), 1.75f);
     EXPECT_EQ(cellsPerVertex(full, 90, 999), 1.75f);
     EXPECT_EQ(cellsPerVertex(full, 90, 1000), 2);
-    EXPECT_EQ(cellsPerVertex(full, 89, 1080), 1) << "each large cell must keep its own vertex";
+    EXPECT_EQ(cellsPerVertex(full, 89, 1080), 1)
+        << "if the shorter side has fewer than 90 cells, each cell must keep its own vertex";
     EXPECT_EQ(cellsPerVertex(app::fixedQuality(1), 90, 1080), 3);
 }
 

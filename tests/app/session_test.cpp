@@ -256,7 +256,7 @@ TEST_F(SessionTest, AReplayAndAPressedFingerHoldAttractModeBack) {
     EXPECT_FALSE(startsAt(start + 2h));
     frames(1);
     EXPECT_FALSE(startsAt(start + 2h + 19s))
-        << "the waiting time must start at the end of the replay";
+        << "the wait for attract mode must start at the end of the replay";
     EXPECT_TRUE(startsAt(start + 2h + 20s));
 }
 

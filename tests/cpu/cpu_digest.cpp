@@ -75,7 +75,8 @@ void fill(std::span<float> values) {
 }
 
 /// Runs water steps and raises ripples during the first `rippleSteps` steps. If `startsWild` is true, the water starts
-/// from random numbers and ends with the last ripple. Otherwise it ends when it is calm, or after 3000 steps.
+/// from random numbers, and the run ends after these steps. Otherwise the water starts flat, and the run ends when the
+/// water is calm, or after 3000 steps.
 void runWater(Digest& digest, float damping, int rippleSteps, bool startsWild) {
     constexpr int columns = 60;
     constexpr int rows = 107;

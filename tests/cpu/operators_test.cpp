@@ -50,8 +50,8 @@ float distance(Float2 a, Float2 b) {
     return std::hypot(a.x - b.x, a.y - b.y);
 }
 
-// ---- Definitions of those solver passes for which the namespace `reference` has no kernel. Each function returns the
-// value that its pass gives a cell.
+// ---- Definitions of the solver passes for which the namespace `reference` has no kernel. Each function returns the
+// value that its pass computes for the cell `at`.
 
 float meaning(const AdvectDensity& pass, At at) {
     const Float2 q = centre(at, pass.texelSize);
@@ -97,8 +97,8 @@ void expectMeaning(const Pass& pass, float tolerance) {
 }
 
 /// The seven passes on random grids of one size. A stroke crosses the grid and ends at a touch near the right edge.
-/// Kernels compute the last cells of a row one at a time. With this stroke, each radius contains some of these last
-/// cells, but not all of them.
+/// Kernels compute the last cells of a row one at a time. For each radius, such as those of the stroke and the sink,
+/// some of these last cells are inside and some are outside.
 struct Passes {
     Passes(int width, int height, Against side, Fill fill)
         : random(static_cast<unsigned>(width * 1000 + height)),
@@ -205,8 +205,8 @@ TEST(Operators, EachMatchesItsDefinition) {
 }
 
 TEST(Operators, RadiiAndSegmentsExcludeTheirLimits) {
-    // All distances are whole numbers. Therefore some corners or centres of cells are exactly at each radius and at
-    // both ends of the stroke.
+    // All positions and radii are whole numbers. Therefore some corners or centres of cells lie exactly on a limit:
+    // their distance equals a radius, or they are at an end of the stroke.
     Passes passes(30, 30, Against::back, {20.0f});
     passes.aim({4.0f, 4.0f}, {35.0f, 40.0f}, {35.0f, 60.0f}, 5.0f, 25.0f);
     passes.density.center = {70.0f, 86.0f};
@@ -229,8 +229,8 @@ TEST(Operators, CoordinatesOutsideTheGridAreClampedAndNanCountsAsZero) {
     expectKernels(passes, plainCode);
 }
 
-/// Runs `count` iterations from pressure 0 with the kernel of the library and with the plain kernel. Expects
-/// bit-identical results.
+/// Runs `count` iterations from pressure 0, once with the kernel of the library and once with the scalar kernel of the
+/// namespace `reference`. Expects bit-identical results.
 void compareIterations(Passes& passes, int count) {
     Jacobi& pass = passes.jacobi;
     const auto gridsAfter = [&](auto kernel) {

@@ -170,9 +170,9 @@ Scene withAxesSwapped(const Scene& scene) {
     return result;
 }
 
-/// Returns the scene mirrored in x. The touch is mirrored at the middle between the first and the last corner of the
-/// cells, because the step measures the distance to the touch from these corners. The stroke is mirrored at the middle
-/// of the screen.
+/// Returns the scene mirrored in x. The step measures the distance to the touch from the lower left corner of each
+/// cell. The touch is therefore mirrored at the midpoint between the first and the last of these corners. The stroke is
+/// mirrored at the middle of the screen.
 Scene mirroredInX(const Scene& scene) {
     Scene result = scene;
     const auto corners = static_cast<float>(12 * (scene.width - 1));
@@ -261,7 +261,7 @@ TEST(SolverStep, ProjectionLowersTheDivergence) {
     projectWaves(projected, true);
     projectWaves(converged, true);
     EXPECT_NE(once.flow(), advected.flow())
-        << "one Jacobi iteration must change the flow; its result is in the scratch grid";
+        << "the projection must use the pressure from its only Jacobi iteration";
     EXPECT_LT(largestDivergence(projected), 0.3f * largestDivergence(advected));
     EXPECT_LT(largestDivergence(converged), 0.1f * largestDivergence(advected));
 }

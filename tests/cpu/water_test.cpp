@@ -30,7 +30,8 @@ bool plainStep(const WaterGrids& grids, const WaterRectangle& rectangle,
 }
 
 /// Runs water steps on random water in guarded memory, and compares all cells with the results of the plain code in the
-/// namespace `reference`. The comparison includes the border of `frame` cells, which must not change.
+/// namespace `reference`. The compared cells include a border around the water. It is `shape.frame` cells wide and must
+/// not change.
 void compareSteps(Shape shape, Fill fill, const WaveSettings& settings, int steps) {
     SCOPED_TRACE(testing::Message() << shape.width << " x " << shape.height);
     const int rowLength = shape.width + 2 * shape.frame;

@@ -83,9 +83,9 @@ Shader impulse(const Image& source) {
     };
 }
 
-/// Compares the bound target with the model at every third texel in x and y. A shader may compute the position on the
-/// screen with an error of a quarter of a pixel. The model therefore gives a range of values around the position, and
-/// the texel must be within `tolerance` of this range.
+/// Compares the bound target with the model at every third texel in x and y. The position on the screen that a shader
+/// computes can be wrong by up to a quarter of a pixel. The test therefore evaluates the model at nine positions within
+/// this error. The texel must be less than `tolerance` outside the range of the nine values.
 void expectPass(const Shader& shader, double tolerance) {
     Image result{inkWidth, inkHeight, Bytes(std::size_t{inkWidth} * inkHeight * 4)};
     glReadPixels(0, 0, inkWidth, inkHeight, GL_RGBA, GL_UNSIGNED_BYTE, result.rgba.data());
@@ -139,7 +139,8 @@ struct InkShaders : testing::Test {
                 shader = advects ? advection(ink, velocity) : impulse(ink);
             } else if (shader && function == "glDisableVertexAttribArray") {
                 SCOPED_TRACE("pass " + std::to_string(pass++));
-                // The tolerance is two steps of 1/255. Arithmetic and filtering with 32 bits reach this accuracy.
+                // The tolerance is about two steps of 1/255. A renderer with 32-bit arithmetic and filtering reaches
+                // this accuracy.
                 expectPass(shader, 0.008);
                 shader = nullptr;
             }

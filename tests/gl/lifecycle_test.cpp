@@ -122,8 +122,8 @@ TEST_F(Textures, ThePaddingOfRowsIsNotUploaded) {
     for (int row = 0; row < 3; ++row) {
         tight.insert(tight.end(), pixels.begin() + row * 24, pixels.begin() + row * 24 + 20);
     }
-    // The last row of a bitmap may lack the padding of the other rows. In this test, the memory ends with the last
-    // pixel, so that a sanitizer finds a read beyond it.
+    // A bitmap's memory can end at its last pixel, because the last row needs no padding. This test uses such memory,
+    // so that a sanitizer finds a read beyond the last pixel.
     pixels.resize(2 * 24 + 20);
     pixels.shrink_to_fit();
     bitmap.pixels = pixels.data();

@@ -111,8 +111,8 @@ private:
         EXPECT_EQ(std::stof(uniforms["advect.BackwardStepSize"]), step);
         return uniforms;
     }
-    /// Draws `count` frames and checks the stroke of each. `dragLeft`, `dissipationLeft` and `stepLeft` are the
-    /// settings that each of these frames must leave. The frame after it checks them.
+    /// Draws `count` frames and checks the stroke of each. After each frame, the library must have the settings
+    /// `dragLeft`, `dissipationLeft` and `stepLeft`. These settings are checked in the next frame.
     Gesture& frames(int count, int dragLeft, float dissipationLeft, float stepLeft = 1) {
         for (; count > 0; --count) {
             auto uniforms = advectedFrame();

@@ -10,8 +10,8 @@
 #include "solver/velocity_packing.h"
 #include "tests/host/test_host.h"
 
-// Compares the velocities that each frame of a gesture uploads with the results of solver steps. The test runs these
-// steps itself, with the settings that each frame must have left.
+// Compares the velocities that the library uploads in each frame of a gesture with the results of solver steps. The
+// test runs these steps itself. It sets the solver settings that the library must have after each frame.
 
 namespace gltest {
 namespace {

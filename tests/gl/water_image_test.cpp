@@ -35,7 +35,7 @@ Vector normalized(Vector v) {
     return {v[0] / length, v[1] / length, v[2] / length};
 }
 
-/// Outputs of the vertex shader. The value of an output is the index of its first component in a Vertex.
+/// Outputs of the vertex shader. Each enumerator is the index of the output's first component in a Vertex.
 enum Varying : std::size_t { Reflection, Background = 2, Normal = 4, Half = 7, Height = 10 };
 using Vertex = std::array<double, 11>;
 

@@ -3,7 +3,7 @@ package javahost;
 import android.graphics.Bitmap;
 import com.corvane.android.visualeffect.lock.velmora.NativeForVelmora;
 
-/** Passes bitmaps of each kind to the library and prints the result for each bitmap. */
+/** Passes valid and invalid bitmaps to LoadTextures, and prints each result. */
 final class BitmapCases {
     private BitmapCases() {}
 

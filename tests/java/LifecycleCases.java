@@ -176,7 +176,7 @@ final class LifecycleCases {
         public Bitmap background(int width, int height) {
             if (Thread.holdsLock(EffectRenderer.class)) {
                 throw new AssertionError(
-                    "load the backgrounds outside the lock, because the UI thread waits for it");
+                    "load backgrounds outside the lock, because the UI thread waits for the lock");
             }
             ++photosMade;
             return RgbaImage.testImage(width, photo * height).toBitmap();
@@ -453,9 +453,9 @@ final class LifecycleCases {
     }
 
     /**
-     * Hides a screen with rain and shows it again. Then calls drawNow with a time {@code
-     * drawnAfter} nanoseconds after the hiding. Continues with normal frames, which start {@code
-     * pause} nanoseconds after the hiding.
+     * Hides a screen with rain and shows it again. Then calls drawNow with a time that is {@code
+     * drawnAfter} nanoseconds later than the last frame. Continues with normal frames, which are
+     * delayed by {@code pause} nanoseconds.
      */
     private void rain(long drawnAfter, long pause) {
         Window window = newRain();
@@ -572,7 +572,8 @@ final class LifecycleCases {
         for (int at = 2; at < arguments.length; at += 2) {
             Settings settings = Preset.parse(Files.readString(Path.of(arguments[at])), "preset");
             if (!Preset.parse(Preset.write(settings), "written").equals(settings)) {
-                throw new AssertionError(arguments[at] + " changes when it is written");
+                throw new AssertionError(
+                    arguments[at] + " must not change when it is written and parsed again");
             }
             if (Files.exists(Path.of(arguments[at + 1]))) {
                 Window window = newWindow(WIDTH, HEIGHT).show();

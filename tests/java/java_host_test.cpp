@@ -46,7 +46,8 @@ std::vector<std::uint8_t> pixelsOf(const fs::path& png) {
     return pixels;
 }
 
-// Only this test uses the library in this process, because the state of the library remains after a test.
+// This is the only test that runs the library in the test program itself. The library keeps its state after a test, so
+// a second such test could fail.
 TEST(SamePictures, AreDrawnByTheHostOnAJvm) {
     const fs::path out = emptyFolder("everything");
     const Ended java =
@@ -60,7 +61,7 @@ TEST(SamePictures, AreDrawnByTheHostOnAJvm) {
             const auto pixels = host.pixels();
             const fs::path picture = out / ("frame-00" + std::to_string(frame + 1) + ".png");
             EXPECT_TRUE(pixelsOf(picture) == pixels) << picture;
-            EXPECT_TRUE(pixels != earlier) << picture << " must differ from the frame before";
+            EXPECT_TRUE(pixels != earlier) << picture << " must differ from the previous picture";
             earlier = pixels;
         }
     }

@@ -29,7 +29,7 @@ using hostkit::TouchAction;
 constexpr int width = 180;
 constexpr int height = 320;
 
-/// Returns the effect settings that a Java scene computes from the default settings of the panel.
+/// Returns the effect settings that a Java scene computes if all its settings have their default values.
 hostkit::EffectSettings settingsOfScene() {
     return {.alphaRatio1Scale = 0.06f, .fresnelRatio = 0.4f, .moveRipple = 2.4f * (0.4f / 2.4f)};
 }
@@ -149,8 +149,8 @@ TEST(Lifecycle, DrawsSixtyFramesPerSecondOnAFasterDisplay) {
 /// Draws until the ink has been cleared and the water is idle. `frames` is the number of frames that are already drawn,
 /// including one frame after the last touch. Returns the total number of frames.
 int drawUntilIdle(EffectHost& host, int frames) {
-    // A tap takes 13 frames, the fade starts 35 frames later and takes 68 frames. One of these frames has already been
-    // drawn.
+    // A tap takes 13 frames. The fade starts 35 frames later and takes 68 frames. One of these 116 frames has already
+    // been drawn.
     const int clearFrame = frames - 1 + 13 + 35 + 68;
     for (; frames < clearFrame; ++frames) {
         host.frame();

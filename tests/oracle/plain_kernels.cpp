@@ -145,7 +145,8 @@ void sweep(const Jacobi& pass) {
 
 }  // namespace
 
-/// Writes the vertices column by column. A division for each vertex would take three times as long.
+/// Writes the vertices column by column. Computing the column of each vertex by a division would take three times as
+/// long.
 void writeMeshPositions(float* positions, int vertexCount, const MeshShape& shape) {
     const float stepX = static_cast<float>(shape.width) / static_cast<float>(shape.columns - 1);
     const float stepY = static_cast<float>(shape.height) / static_cast<float>(shape.rows - 1);

@@ -157,7 +157,7 @@ TEST_F(Player, AStillWithoutSpaceEndsTheRunAndTheErrorNamesItsFinalPlace) {
 }
 
 TEST_F(Player, ShowsEachImageFormatUprightAndComplete) {
-    // A screen of 64 x 96 pixels shows only the middle 4/9 of this image. The rest of the image is black.
+    // A screen of 64 x 96 pixels shows only the middle 4/9 of this image's width. The rest of the image is black.
     save(paint(120, 80,
                [](double x, double y) {
                    const double shown = (x - 0.5) * 2.25 + 0.5;
@@ -198,7 +198,7 @@ TEST_F(Player, WritesCompleteFilesAndKeepsTheUsersFiles) {
         << "without a terminal, the run must print no progress";
     EXPECT_EQ(contents("out/notes.txt"), "mine");
     EXPECT_EQ(std::distance(fs::directory_iterator(folder / "out"), {}), 8 + 3)
-        << "the run must write 8 frames, a film, a sheet and notes";
+        << "the folder must contain 8 frames, the film, the contact sheet and the user's notes";
     const std::string film = contents("out/film.mp4");
     EXPECT_LT(film.find("moov"), film.find("mdat")) << "the film's index must precede its frames";
     EXPECT_EQ(probed("out/film.mp4"), "64,96,yuv420p,60/1,8\n");

@@ -184,7 +184,7 @@ protected:
     const std::string command =
         "env ASAN_OPTIONS=$ASAN_OPTIONS:detect_leaks=0 XDG_CONFIG_HOME=" + folder.string() +
         "/config " VELMORA_PLAYER " --second plain.png";
-    /// Arguments that name the background and, unless a test removes it, the screen size.
+    /// Arguments for the background and the screen size. A test can leave out the screen size.
     std::string sized = "plain.png --size " + std::to_string(width) + "x" + std::to_string(height);
     std::string limit;
     std::string preset = "--digest --preset still.json";
@@ -209,7 +209,7 @@ TEST_F(WindowTest, InkAppearsOnlyAlongTheStroke) {
     }
     press("c");
     step();
-    EXPECT_EQ(stains(shot()), 0) << "the key must clear the ink";
+    EXPECT_EQ(stains(shot()), 0) << "the key C must clear the ink";
 }
 
 TEST_F(WindowTest, AnIdleWindowStartsAttractModeUntilTheUserTouches) {
@@ -239,7 +239,8 @@ TEST_F(WindowTest, AReplayOverAttractModeHasTheInkOfItsScript) {
         return count > 100;
     };
     ASSERT_TRUE(waitFor([&] { return shows(blue, red, 0); }))
-        << "the second ink of attract mode must be blue, unlike the preset and the background";
+        << "the second stroke of attract mode must be blue; the preset's ink and the background "
+           "are not";
     std::string script = "screen 120 180\nframes 30\n0 ink 1 0.3 0.3\n1 down 20 50 1\n";
     for (int frame = 2; frame < 28; ++frame) {
         script += std::to_string(frame) + " move " + std::to_string(20 + 3 * frame) + " 60 1\n";
@@ -408,7 +409,7 @@ TEST_F(WindowTest, ANewSizeContinuesAFilmAndEndsARecording) {
     run("ffmpeg -v error -i shots/film-01.gif -update 1 last.png");
     const Pixbuf last = load("last.png");
     EXPECT_LT(difference(pixel(last, 120, 20), {0, 0, 0}), 20)
-        << "after the resize, the film must have bars beside the frame";
+        << "after the resize, the film must have black bars above and below the frame";
     EXPECT_LT(difference(pixel(last, 120, 180), plainColor), 20);
 }
 
@@ -425,7 +426,7 @@ TEST_F(WindowTest, AnIdleGifRepeatsNoFrame) {
     std::sscanf(contents("probed").c_str(), "%lf %lf", &frames, &seconds);
     EXPECT_GT(seconds, 1.0);
     EXPECT_LT(frames, 16.0 * seconds)
-        << "an idle effect must be filmed with about 10 frames per second";
+        << "a film of an idle effect must have fewer than 16 frames per second";
 }
 
 TEST_F(WindowTest, WindowsThatShareAFolderUseDifferentFileNames) {
@@ -688,7 +689,7 @@ TEST_F(WindowTest, TheWindowHasTheShapeOfTheBackgroundAndFitsTheDisplay) {
     openWindow();
     const Pixbuf shown = capture();
     EXPECT_EQ(gdk_pixbuf_get_width(shown.get()), 744)
-        << "the window must fit a display of 800 pixels";
+        << "the window must fit into the display, which is 800 pixels wide";
     EXPECT_NEAR(gdk_pixbuf_get_height(shown.get()), 465, 1);
     for (const int across : {800, 744}) {  // full screen without a window manager
         press("F11");

@@ -57,7 +57,7 @@ TEST(GlNames, AFailedSetUpLeavesNone) {
             stage.initGpu();
             recorder.refuse = nullptr;
             EXPECT_EQ(Stage::pixel(5), magenta)
-                << "the library must not clear the screen instead of an ink target";
+                << "if an ink target is missing, the library must not clear the screen instead";
             EXPECT_EQ(alive(), failure.left);
             EXPECT_EQ(recorder.count("glLinkProgram"), failure.links);
             stage.tap(Down);
@@ -102,7 +102,7 @@ TEST(GlNames, NamesOfALostContextAreNotBoundInTheNextOne) {
     hostkit::GlRecorder& recorder = hostkit::glRecorder();
     recorder.record([&stage] { stage.draw(); });
     EXPECT_EQ(recorder.count("glDrawArrays"), 0)
-        << "no pass may draw, because the quad buffer is deleted";
+        << "the ink passes must draw nothing, because the quad buffer is deleted";
     EXPECT_EQ(recorder.count("glDrawElements"), 1);
     refuse("glGenTextures", 1);
     stage.load(background, 1);

@@ -51,8 +51,8 @@ TEST(Memory, SetUpsAndTheUnloadFreeAllBlocks) {
     for (int time = 0; time < 3; ++time) {
         stage.setUp();
         stage.initGpu();
-        EXPECT_EQ(blocksHeld(), 15)
-            << "must hold 15 blocks: seven pass names, seven grids and the packed velocity";
+        EXPECT_EQ(blocksHeld(), 15) << "the library must hold 15 blocks of memory: seven pass "
+                                       "names, seven grids and the packed velocity";
     }
     stage.loaded.unload();
     EXPECT_EQ(blocksHeld(), 0);

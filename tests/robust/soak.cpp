@@ -16,8 +16,9 @@
 #include "hostkit/effect_host.h"
 #include "hostkit/gesture_script.h"
 
-// Draws many frames with random gestures; by default, the number of frames in half an hour of use. Measures resident
-// memory, heap, file descriptors and threads of the process. After the warm-up, none of these may grow.
+// Draws many frames with random gestures. The default number of frames equals half an hour of use. Measures resident
+// memory, heap, file descriptors and threads of the process. After the warm-up, the numbers of files and threads must
+// not change, and memory must hardly grow.
 
 namespace {
 
@@ -114,8 +115,8 @@ int soak(const Options& options) {
     RandomFinger finger(options.seed);
     Usage warm{}, now{};
     for (int frame = 0; frame <= options.frames; ++frame) {
-        // Draw only into a corner of each target. A software rasteriser would otherwise spend most of a frame in the
-        // large ink targets. Each frame sets this state, because a script may replace the context.
+        // Draw only into a corner of each target. A software rasteriser would otherwise spend most of its time on the
+        // large ink targets. Each frame sets this state, because a script can replace the context.
         glEnable(GL_SCISSOR_TEST);
         glScissor(0, 0, screenWidth, screenHeight);
         const int ofTurn = frame % (script.frames + 600);

@@ -11,7 +11,8 @@
 
 #include "tests/robust/stage.h"
 
-// Sends touches on another thread while this thread draws frames. A frame must see an event completely or not at all.
+// Sends touches on a second thread while the test's main thread draws frames. A frame must see an event completely or
+// not at all.
 
 namespace robust {
 namespace {
@@ -19,8 +20,8 @@ namespace {
 /// Maximum number of touches per frame. The limit spreads the touches over many frames.
 constexpr int eventsPerFrame = 10;
 
-/// Calls `act` on another thread with the numbers 0 to `count` - 1. Meanwhile, this thread calls `frame` repeatedly.
-/// Returns the number of calls of `frame`.
+/// Calls `act` on a second thread with the numbers 0 to `count` - 1. Meanwhile, the calling thread calls `frame`
+/// repeatedly. Returns the number of calls of `frame`.
 template <class Act, class Frame>
 int beside(int count, Act act, Frame frame) {
     std::atomic<bool> isDone = false;
@@ -41,8 +42,8 @@ int beside(int count, Act act, Frame frame) {
     return frames;
 }
 
-/// Each event is made from a single number, its place, which determines both coordinates and the pressure. If the
-/// radius and the points of a stroke belong to different places, the frame has mixed two events.
+/// A single number, the place, determines both coordinates and the pressure of an event. If the radius and the points
+/// of a stroke belong to different places, the frame has mixed two events.
 constexpr int side = 720, firstPlace = 90, places = 499;
 
 float pressureAt(int place) {
@@ -75,7 +76,7 @@ TEST(TouchThread, AFrameSeesAnEventCompletelyOrNotAtAll) {
             << "a frame must draw four advection quads and one stroke";
         EXPECT_EQ(current, pointAt(place)) << "a stroke must not mix two events";
         EXPECT_EQ(uniforms["impulse.previous"], last)
-            << "a stroke must start where the last one ended";
+            << "a stroke must start where the previous stroke ended";
         // The jump back to the first place counts as a fast drag, which always has radius 30.
         const float radius = std::stof(uniforms["impulse.Radius"]);
         const float ofPressure = 40 * (0.2f + pressureAt(place) * pressureAt(place));
@@ -99,7 +100,7 @@ TEST(TouchThread, ClearAndQueryCallsRunDuringFrames) {
             stage.touch(100 + call % 40, 100 + call % 30, call % 7 == 0 ? Down : Move);
         }
         EXPECT_EQ(stage.shownInk(), call % 3 == 0 ? 0 : 1)
-            << "the thread that draws must neither show nor hide the ink";
+            << "a frame on the drawing thread must not change whether ink is shown";
     };
     EXPECT_GT(beside(3000, clearOrTouch, [&stage] { stage.draw(); }), 100);
     stage.clear();

@@ -94,8 +94,8 @@ int pthread_create(pthread_t* thread, const pthread_attr_t* attributes, void* (*
     }
     if (threadsToRefuse > 0) {
         --threadsToRefuse;
-        // A failed call can leave any value in `thread`. This test leaves an invalid value, which the library must not
-        // use.
+        // A failed pthread_create can leave any value in `thread`. This function stores an invalid value, which the
+        // library must not use.
         constexpr auto invalid = static_cast<pthread_t>(-1);
         *thread = invalid;
         return EAGAIN;

@@ -18,7 +18,7 @@ void waitUntilHeld();
 bool isHeld();
 void release();
 
-/// Function that runs once, while the library waits for its next worker.
+/// Function that runs once, when the library next joins a worker. The library waits until the function returns.
 extern std::function<void()> whileJoining;
 
 /// Number of calls of pthread_create that will fail with EAGAIN. Only calls of the library count.

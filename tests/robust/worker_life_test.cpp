@@ -8,7 +8,8 @@
 #include "tests/robust/stage.h"
 #include "tests/robust/worker_interposer.h"
 
-// Tests the calls of a host while the solver worker runs, and a system that cannot create threads.
+// Tests native calls that a host makes while the solver worker runs. Also tests the library on a system that cannot
+// create threads.
 
 namespace robust {
 namespace {

@@ -177,7 +177,8 @@ TEST_F(ScreensaverTest, DrawsOnlyInTheForeignWindowAndFollowsIt) {
     }
     EXPECT_TRUE(window.leavesInputAlone());
     window.moveAndResize(100, 80, 320, 240);
-    EXPECT_TRUE(shows(red, 415, 315)) << "the saver must draw into the corner of the larger window";
+    EXPECT_TRUE(shows(red, 415, 315))
+        << "the screen saver must fill the enlarged window up to its corner";
     EXPECT_TRUE(shows(black, 50, 40));
     window.moveAndResize(0, 0, 1, 1);
     EXPECT_TRUE(shows(red, 0, 0));

@@ -56,8 +56,8 @@ extern "C" EGLBoolean eglSwapBuffers(EGLDisplay display, EGLSurface surface) {
     }
     if (frame == 20 && server > 0) {
         kill(server, SIGKILL);
-        // The connection breaks some time after the X server is killed. The call that swaps buffers at that moment must
-        // not hang.
+        // The connection breaks some time after the X server is killed. Repeat the swap, so that one call meets the
+        // broken connection. This call must not hang.
         for (int turn = 0; turn < 1000; ++turn) {
             swap(display, surface);
         }
