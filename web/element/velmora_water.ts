@@ -133,7 +133,7 @@ export class VelmoraWater extends ElementClass {
         this.water = new Water(this.makeHost(fallback));
     }
 
-    /** Starts the water. The browser calls it when the element enters a document. */
+    /** Starts the water. The browser calls this method when the element enters a document. */
     connectedCallback(): void {
         applyStyle(this.shadowRoot!);
         this.readAttributes();
@@ -142,13 +142,13 @@ export class VelmoraWater extends ElementClass {
         this.water.connect();
     }
 
-    /** Stops the water. The browser calls it when the element leaves its document. */
+    /** Stops the water. The browser calls this method when the element leaves its document. */
     disconnectedCallback(): void {
         this.watch.stop();
         this.water.disconnect();
     }
 
-    /** Applies a changed attribute. The browser calls it. */
+    /** Applies a changed attribute. The browser calls this method after each change. */
     attributeChangedCallback(name: string, _before: string | null, value: string | null): void {
         if (imageAttributes.includes(name)) {
             copyAttribute(this.image, name, value);

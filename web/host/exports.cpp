@@ -54,7 +54,7 @@ hostkit::Image painted;
 std::vector<app::FlowLine> lines;
 static_assert(sizeof(app::FlowLine) == 8 * sizeof(float));
 app::EffectProbe probe;
-/// True if `probe` observes the drawn frames.
+/// True if `probe` observes the velocities and the ink of each drawn frame.
 bool observes = false;
 /// Overlay for the ink density. Empty until it is first drawn in the current GL context.
 std::optional<app::DensityOverlay> densityOverlay;

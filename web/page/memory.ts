@@ -102,7 +102,7 @@ export class Memory {
             }),
         );
         if (this.stored) {
-            // The user has chosen another background meanwhile.
+            // The user chose another background while the stored backgrounds were read, so they are not shown.
             sources.forEach((source) => typeof source !== "string" && source.close());
             return;
         }

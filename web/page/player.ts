@@ -165,7 +165,7 @@ export class Player {
         this.stage.useAllPixels();
     }
 
-    /** Drops the paused frame of the previous run, restarts the wait for attract mode and requests a frame. */
+    /** Drops the frame that a pause has kept, restarts the wait for attract mode and requests a frame. */
     private onStart(): void {
         this.pause.frame.drop();
         this.attractTimer.restart();

@@ -38,7 +38,8 @@ std::string valueText(Value value) {
     }
 }
 
-/// Calls `write` with each setting and its index in the array of numbers. Returns the number of these settings.
+/// Calls `write` with each setting except the ink, and with the setting's index in the array of numbers. Returns the
+/// number of calls.
 template <class Write>
 int forEachIndex(Write write) {
     int index = 0;
