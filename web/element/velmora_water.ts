@@ -12,7 +12,7 @@ import { Water, type DropOptions } from "./water";
 /** On a server that renders pages, HTMLElement does not exist. The empty class lets such a server import this file. */
 const ElementClass = globalThis.HTMLElement ?? (class {} as unknown as typeof HTMLElement);
 
-/** Attributes that the element copies to the image of its attribute `src`. */
+/** Attributes that the element copies to its internal img element, which loads `src`. */
 const imageAttributes = ["src", "srcset", "sizes", "alt", "crossorigin", "loading"];
 /** Names of the boolean properties. Each reflects a boolean attribute. */
 const switches = ["attract", "paused", "waterOnly"];

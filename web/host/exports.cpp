@@ -184,7 +184,7 @@ EMSCRIPTEN_KEEPALIVE const char* setPresetMember(const char* name, int kind, con
     return result.c_str();
 }
 
-/// Writes the settings of the preset to `numbers`. beginPreset and setPresetMember have read the preset.
+/// Writes to `numbers` the settings of the preset that beginPreset and setPresetMember have read.
 EMSCRIPTEN_KEEPALIVE void takePreset(double* numbers) {
     writeSettings(preset, numbers);
 }
