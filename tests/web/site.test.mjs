@@ -112,7 +112,7 @@ test("the example code on each page draws water if a server sends it unchanged",
     server.stop();
 });
 
-test("a page of the site that was loaded from a server opens again without the server, and refers to its manifest", needs("serviceWorker"), async () => {
+test("after one visit, the site opens without its server, and its pages name the manifest", needs("serviceWorker"), async () => {
     const server = await serve();
     const page = await browser.newPage({ size: [390, 844], reducedMotion: "reduce" });
     await page.goto(`${server.address}/index.html`);
