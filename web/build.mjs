@@ -10,7 +10,7 @@ import { build } from "esbuild";
 const here = dirname(fileURLToPath(import.meta.url));
 const output = process.argv[2];
 
-/** Returns the bytes of the files in a folder by their names without suffix. */
+/** Returns a list of [name without suffix, bytes] of the files in a folder whose names end with `suffix`. */
 function contents(folder, suffix) {
     const files = readdirSync(join(here, "..", folder)).filter((file) => file.endsWith(suffix));
     return files.sort().map((file) => [file.slice(0, -suffix.length), readFileSync(join(here, "..", folder, file))]);

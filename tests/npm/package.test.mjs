@@ -31,7 +31,7 @@ function run(program, ...args) {
 const files = {
     "package.json": JSON.stringify({ name: "project", private: true, type: "module" }),
     "index.html": `<!doctype html><link rel="icon" href="data:"><div id="root"></div><script type="module" src="main.js"></script>`,
-    // For a custom element, React sets the property if it exists, and the attribute otherwise.
+    // React passes preset, ripple and waterOnly as properties, because the element has properties of these names.
     "main.js": `
         import "velmora/element";
         import { createElement, useState } from "react";
@@ -89,8 +89,8 @@ test("TypeScript accepts the package's types, and Node imports the package", () 
 });
 
 /**
- * The bundlers. Each bundler writes its output to a folder with the bundler's name. vite also writes the file
- * index.html.
+ * Functions that run the bundlers, by the bundler's name. Each bundler writes its output to a folder of this name. Only
+ * vite also writes the file index.html.
  */
 const bundlers = {
     vite: () => run(join(tools, "vite"), "build", "--outDir", "vite", "--base", "./"),
@@ -132,7 +132,7 @@ test("vite, esbuild and webpack bundle a React page that shows water", async () 
     server.close();
 });
 
-test("the element is small (prints the sizes of similar packages for comparison)", (context) => {
+test("the element's script is within its size limit, and sizes.mjs states the sizes of similar packages", (context) => {
     const size = (...paths) =>
         paths.reduce((sum, path) => sum + gzipSync(readFileSync(join(here, "node_modules", path)), { level: 9 }).length, 0);
     const own = gzipSync(readFileSync(join(project, "node_modules/velmora/velmora-element.js")), { level: 9 }).length;
@@ -145,7 +145,7 @@ test("the element is small (prints the sizes of similar packages for comparison)
     peers.forEach(([name, expected], at) => {
         context.diagnostic(`${name}: ${text(measured[at])}`);
         const isNear = Math.abs(measured[at] - expected) < 0.03 * expected; // gzip programs differ slightly
-        assert.ok(isNear, `sizes.mjs states ${expected} bytes for ${name}, but the package has ${measured[at]}`);
+        assert.ok(isNear, `sizes.mjs states ${expected} bytes for ${name}. Change it to ${measured[at]} bytes`);
     });
-    assert.ok(own <= budget, `velmora-element.js must have at most ${text(budget)} gzip, not ${text(own)}`);
+    assert.ok(own <= budget, `velmora-element.js must have at most ${text(budget)} after gzip, not ${text(own)}`);
 });

@@ -11,7 +11,7 @@ after(() => Promise.all([browser.close(), server.stop()]));
 const image = `<img src="320x240.bmp" alt="">`;
 const picture = `<velmora-water quality="full">${image}</velmora-water>`;
 
-/** Box of the page that the ink covers: left, top, right and bottom in pixels. */
+/** Part of the page where the touch leaves ink: left, top, right and bottom edge in pixels. */
 const inkBox = [130, 80, 170, 120];
 
 /** Touches the water and waits until the ink is visible. */
@@ -33,7 +33,7 @@ test("the water of a zoomed page has the resolution of the screen", needs("zoom"
     await close(page);
 });
 
-test("a printed page shows the plain picture, and the water is back afterwards", needs("emulateMedia"), async () => {
+test("a printed page shows the plain picture, and the water is back after the print", needs("emulateMedia"), async () => {
     server.pages.set("/print.css", ".whole { display: block; width: 300px; height: 200px; object-fit: cover }");
     const plainBody = `<link rel="stylesheet" href="print.css">${image.replace("<img", "<img class=whole")}`;
     const plain = await open(browser, server, plainBody, { ready: 0 });
@@ -41,7 +41,7 @@ test("a printed page shows the plain picture, and the water is back afterwards",
     await expectInk(page);
     await page.emulateMedia({ media: "print" });
     const apart = difference(await shot(page), await shot(plain), inkBox).mean;
-    assert.ok(apart < 0.5, `paper must show the picture without ink, but it differs by ${apart} where the ink was`);
+    assert.ok(apart < 0.5, `the printed picture must have no ink, but the mean colour difference is ${apart} of 255`);
     await page.emulateMedia({ media: "screen" });
     await page.waitForFunction(() => document.querySelector("velmora-water").live);
     await waitUntilIdle(page);

@@ -17,8 +17,8 @@ const { elementBundle } = await import(pathToFileURL(join(top, "web/element/bund
 const size = { width: 270, height: 480 };
 
 /**
- * Widths of the textures to compare: the velocity texture and the reflection map. The background textures of page and
- * element differ, so the mock ignores them.
+ * Widths in pixels of the textures to compare: the velocity texture and the reflection map. The mock ignores the
+ * background textures, which differ between the page and the element.
  */
 const comparedWidths = [Math.floor(size.width / 12), 256];
 

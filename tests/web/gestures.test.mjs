@@ -104,7 +104,7 @@ function velocityAtEnd(page) {
     );
 }
 
-test("the replay of a recording that contains a context loss ends with the same velocities", async () => {
+test("a recording that contains a context loss and its replay end with the same velocities", async () => {
     const page = await open(browser);
     await page.evaluate(steadyClock);
     const { script, velocity } = await record(page);

@@ -59,8 +59,8 @@ export async function serve() {
 }
 
 /**
- * Reads the pixels of the next frame that the page draws, but not before frame number `atFrame` since the page was
- * opened. `bytes` is RGBA, bottom row first. `pixel(x, y)` counts y from the top.
+ * Reads the pixels of the next frame whose number is at least `atFrame`. Frames are counted from the opening of the
+ * page. `bytes` is RGBA, bottom row first. `pixel(x, y)` counts y from the top.
  */
 export async function readFrame(page, atFrame = 0) {
     const encoded = await page.evaluate(
@@ -149,9 +149,8 @@ export function set(page, changes) {
 }
 
 /**
- * Runs in a page. Makes each animation frame last 1/60 s, so that it draws one frame of the effect. On a slow machine,
- * one animation frame would otherwise draw several frames of the effect, and a recording would contain the durations of
- * these frames.
+ * Runs in a page. Advances the page's clock by 1/60 s in each animation frame, so that each animation frame draws one
+ * frame of the effect. A replay matches a recording exactly only if each recorded frame lasts 1/60 s.
  */
 export function steadyClock() {
     const start = performance.now();
@@ -235,7 +234,7 @@ export function sendFiles(page, kind, ...files) {
                 data.items.add(new File([bytes], name, { type }));
             }
             const sent = new Event(event, { bubbles: true, cancelable: true });
-            // Firefox ignores the files of a constructed ClipboardEvent.
+            // The event is a plain Event, because Firefox ignores the files of a ClipboardEvent that a script creates.
             Object.defineProperty(sent, event === "drop" ? "dataTransfer" : "clipboardData", { value: data });
             document.getElementById("water").dispatchEvent(sent);
         },

@@ -51,7 +51,7 @@ test("the velocity and density overlays show the stroke, and can be turned off",
         await showFrame();
         const [near, far] = await overlayShares(page);
         const isNearStroke = near > 0.005 && near > 1.5 * far;
-        assert.ok(isNearStroke, `${message}, but shows ${near} near the stroke and ${far} far from it`);
+        assert.ok(isNearStroke, `${message}: the overlay must cover more near the stroke (${near}) than far from it (${far})`);
         await page.screenshot({ path: join(screenshotFolder, `overlay-${key}.png`) });
         await page.keyboard.press(key);
         await showFrame();
@@ -184,7 +184,7 @@ test("a worker decodes a picture, or the page's thread if the browser starts no 
         await sendFiles(page, "drop", ["red.png", "image/png", await redImage(page)]);
         await waitForToast(page, "red.png is the background now");
         const [red, green] = (await readFrame(page)).pixel(48, 80);
-        assert.ok(red > 100 && green < 100, `the picture must be red if ${missing} is missing: red ${red}, green ${green}`);
+        assert.ok(red > 100 && green < 100, `the page must show the red picture without ${missing}, but red is ${red} and green is ${green}`);
         await close(page);
     }
 });
@@ -244,7 +244,7 @@ test("a coarser mesh does not change the water, and a replay at reduced quality 
     assert.ok(coarse.water === all.water && fewer.water === all.water, "the water must be the same at every quality level");
     assert.ok(coarse.triangles > 0 && coarse.triangles < all.triangles / 8);
     const [moved, apart] = [difference(flat, all.shown), difference(all.shown, coarse.shown)];
-    assert.ok(apart > 0 && apart < moved / 3, `the image of the coarse mesh must differ from the fine mesh by less than ${moved / 3} on average, not by ${apart}`);
+    assert.ok(apart > 0 && apart < moved / 3, `the coarse mesh must change the image by more than 0 and less than ${moved / 3} on average, not by ${apart}`);
     assert.equal(fewer.shown.width, 270);
     await close(page);
 });
@@ -260,7 +260,7 @@ test("at a lower quality the canvas keeps its size while ink is visible, and the
     await page.keyboard.press("c");
     await waitForCanvasWidth(page, 203);
     const apart = difference(flat, await readFrame(page));
-    assert.ok(apart < 8, `the smaller canvas must show the same image, not one that differs by ${apart}`);
+    assert.ok(apart < 8, `the smaller canvas must show the same image, but the mean difference is ${apart} of 255`);
     await close(page);
 });
 

@@ -224,10 +224,10 @@ test("a key or #clean in the address hides the controls, and a touch with three 
     await close(page);
 });
 
-test("text follows the browser's font size, the toast does not cover the button, and a printed page shows only the water", async () => {
+test("text follows the browser's font size, no toast covers the settings button, and only the water is printed", async () => {
     const page = await open(browser, { size: [133, 225] }); // 400 x 675 at 300 % zoom
     const [toast, button] = [await page.locator("#toast").boundingBox(), await page.locator("#open").boundingBox()];
-    assert.ok(toast.y >= button.y + button.height, "the toast must not cover the button");
+    assert.ok(toast.y >= button.y + button.height, "the toast must not cover the settings button");
     await page.setViewportSize({ width: 800, height: 600 });
     await page.keyboard.press("Tab");
     const textSize = () => page.locator("summary").first().evaluate((one) => parseFloat(getComputedStyle(one).fontSize));

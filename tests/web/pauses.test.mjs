@@ -61,7 +61,7 @@ async function pausedPage() {
     return { page, shown, first: await shown() };
 }
 
-test("a pause shows changed settings and does not move the water", async () => {
+test("a paused page shows changed settings and does not move the water", async () => {
     const { page, shown, first } = await pausedPage();
     const water = () => page.evaluate(() => String(window.velmora.waterBytes()));
     const waterBefore = await water();
@@ -108,7 +108,7 @@ test("a paused page draws its frame again after a context loss and after a resiz
     await close(page, /CONTEXT_LOST/);
 });
 
-test("a restart of the effect leaves no GL objects behind", async () => {
+test("a restart of the effect does not increase the number of GL objects", async () => {
     const page = await open(browser, {
         before: () => {
             window.alive = {};

@@ -50,7 +50,7 @@ test("a mouse touches at a position in canvas pixels, with the pressure of the s
     await close(page);
 });
 
-test("a drag beyond the edge ends the stroke, and a drag back starts another", needs("leaving"), async () => {
+test("a drag out of the page ends the stroke, and a drag back starts another stroke", needs("leaving"), async () => {
     const page = await openTouchPage();
     const left = await recordTouches(page, async () => {
         await page.mouse.move(50, 60);

@@ -168,7 +168,7 @@ test("presets can be saved, renamed and deleted, and do not replace built-in pre
     await page.keyboard.press("Tab");
     await choose(page, "Default"); // so that no name ends in " *", which marks a changed preset
     const kept = await names(page);
-    assert.equal(kept.filter((name) => /^velmora-preset/.test(name)).length, 1, "only one of the two saved presets must keep its name");
+    assert.equal(kept.filter((name) => /^velmora-preset/.test(name)).length, 1, "one saved preset was renamed, so only the other must keep its name");
     await choose(page, "my_pond");
     assert.deepEqual(await settings(page), mine);
     assert.match(await grid(page).getByRole("button", { name: "my_pond" }).locator("img").getAttribute("src"), /^data:image/);

@@ -38,7 +38,7 @@ async function serve(shown = {}) {
     return { address: `http://127.0.0.1:${server.address().port}`, stop };
 }
 
-/** Waits until an element draws. If a page has more elements than GL contexts, not every element draws. */
+/** Waits until at least one element draws. On a page with more elements than GL contexts, not all elements can draw. */
 function waitForWater(page) {
     return page.waitForFunction(() => [...document.querySelectorAll("velmora-water")].some((water) => water.live));
 }
@@ -54,7 +54,7 @@ function colors(page) {
     });
 }
 
-/** Waits until an element shows a picture. The element starts before its video or camera does. */
+/** Waits until an element shows a picture. An element can draw before its video or camera has a picture. */
 async function expectPicture(page, file) {
     await waitForWater(page);
     for (let attempt = 0; attempt < 40; ++attempt) {
@@ -97,7 +97,7 @@ function shownCode(page, html) {
     }, html);
 }
 
-test("a web server can serve the example code of each page without changes", needs("shownCode"), async () => {
+test("the example code on each page draws water if a server sends it unchanged", needs("shownCode"), async () => {
     const shown = {};
     const server = await serve(shown);
     for (const file of pages.filter((name) => name !== "react.html")) {
@@ -112,7 +112,7 @@ test("a web server can serve the example code of each page without changes", nee
     server.stop();
 });
 
-test("a page of the site that was loaded from a server opens again without the server, and refers to its manifest", needs("serviceWorker"), async () => {
+test("after one visit, the site opens without its server, and its pages name the manifest", needs("serviceWorker"), async () => {
     const server = await serve();
     const page = await browser.newPage({ size: [390, 844], reducedMotion: "reduce" });
     await page.goto(`${server.address}/index.html`);

@@ -9,7 +9,7 @@ const qualities: readonly string[] = ["auto", "full"];
 const minPixelRatio = 0.25;
 const maxPixelRatio = 4;
 
-/** Attributes that change the state of the water. */
+/** Attributes that choose the settings and options of the water. */
 export const stateAttributes = [
     "preset",
     ...settingNames.map(attributeOf),

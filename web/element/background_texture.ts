@@ -99,8 +99,8 @@ export class BackgroundTexture {
     }
 
     /**
-     * Calls `use`. If `use` throws, calls the owner's onBackgroundError: the browser then refuses the pixels of the
-     * background, because it is from another origin without CORS. Ignores errors that a lost context causes.
+     * Calls `use`, which throws if the background is from another origin without CORS. Reports this error with the
+     * owner's onBackgroundError. Ignores errors that a lost context causes.
      */
     private reportError(use: () => void): void {
         try {

@@ -1,5 +1,5 @@
-// Shares at most eight GL contexts among all areas of water on a page. If a page has too many contexts, a browser loses
-// the oldest one.
+// Shares at most eight GL contexts among all areas of water on a page. If a page has too many contexts, the browser
+// discards the oldest context.
 
 /** An area of water that needs a GL context. */
 export interface PoolClient {
@@ -57,7 +57,7 @@ export const contextPool = {
     },
 };
 
-/** Opens contexts for waiting clients, up to `maxContexts`. If `preferred` is given, it gets the first context. */
+/** Opens contexts for waiting clients, up to `maxContexts`. Serves the client `preferred` first, if given. */
 function serve(preferred?: PoolClient): void {
     for (const client of preferred ? [preferred, ...waiting] : waiting) {
         if (open.size >= maxContexts) {

@@ -115,7 +115,8 @@ export class GlImports {
             glGetProgramiv: (program: number, parameter: number, result: number) =>
                 this.write(result, this.gl.getProgramParameter(this.object(program)!, parameter)),
             glDeleteProgram: (program: number) => this.gl.deleteProgram(this.object(program)),
-            // In a lost context no program can be linked. The library then passes the name 0, which WebGL would not accept.
+            // In a lost context no program can be linked. The library then passes program 0, for which WebGL would throw
+            // an error.
             glGetAttribLocation: (program: number, name: number) =>
                 program ? this.gl.getAttribLocation(this.object(program)!, this.text(name)) : -1,
             glGetUniformLocation: (program: number, name: number) => this.location(program, name),

@@ -274,8 +274,8 @@ export class LiveWater {
     }
 
     /**
-     * Restarts the effect with all pixels, even if adaptive quality had reduced their number. A gesture then has the
-     * same result on slow and fast machines.
+     * Restarts the effect at full resolution, even if adaptive quality has reduced the resolution. A gesture then has
+     * the same result on slow and fast machines.
      */
     private useAllPixels(): void {
         if (this.isContextLost) {

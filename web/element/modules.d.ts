@@ -1,5 +1,5 @@
-// Types of the modules that the bundler adds to the scripts: the compressed WebAssembly modules in base64, and the shipped
-// presets by name.
+// Types of the modules that the bundler adds to the scripts: the compressed WebAssembly modules in base64, and the
+// shipped presets by name.
 
 declare module "velmora-element.wasm" {
     const program: string;

@@ -12,7 +12,7 @@ import { Water, type DropOptions } from "./water";
 /** On a server that renders pages, HTMLElement does not exist. The empty class lets such a server import this file. */
 const ElementClass = globalThis.HTMLElement ?? (class {} as unknown as typeof HTMLElement);
 
-/** Attributes that the element copies to the image of its attribute `src`. */
+/** Attributes that the element copies to its internal img element, which loads `src`. */
 const imageAttributes = ["src", "srcset", "sizes", "alt", "crossorigin", "loading"];
 /** Names of the boolean properties. Each reflects a boolean attribute. */
 const switches = ["attract", "paused", "waterOnly"];
@@ -133,7 +133,7 @@ export class VelmoraWater extends ElementClass {
         this.water = new Water(this.makeHost(fallback));
     }
 
-    /** Starts the water. The browser calls it when the element enters a document. */
+    /** Starts the water. The browser calls this method when the element enters a document. */
     connectedCallback(): void {
         applyStyle(this.shadowRoot!);
         this.readAttributes();
@@ -142,13 +142,13 @@ export class VelmoraWater extends ElementClass {
         this.water.connect();
     }
 
-    /** Stops the water. The browser calls it when the element leaves its document. */
+    /** Stops the water. The browser calls this method when the element leaves its document. */
     disconnectedCallback(): void {
         this.watch.stop();
         this.water.disconnect();
     }
 
-    /** Applies a changed attribute. The browser calls it. */
+    /** Applies a changed attribute. The browser calls this method after each change. */
     attributeChangedCallback(name: string, _before: string | null, value: string | null): void {
         if (imageAttributes.includes(name)) {
             copyAttribute(this.image, name, value);

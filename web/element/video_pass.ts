@@ -29,7 +29,7 @@ vec4 color=texture2D(video,(point-box.xy)/(box.zw-box.xy));
 vec2 inside=step(visible.xy,point)*step(point,visible.zw);
 gl_FragColor=vec4(mix(backdrop,color.rgb,color.a*inside.x*inside.y),1);}`;
 
-/** The GL objects of the pass: one draw call that copies a video frame into a texture. */
+/** Owns GL objects that draw a video frame into a texture with one draw call. */
 export class VideoPass {
     private readonly program: WebGLProgram;
     private readonly texture: WebGLTexture | null;

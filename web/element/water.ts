@@ -1,5 +1,5 @@
-// Water over one area of a page. Holds the options and the methods of the water. Unless `keepsContext` is true, the
-// water has a GL context only while the area is visible.
+// Water over one area of a page. Holds the options and the methods of the water. The water requests a GL context when
+// the area becomes visible. It gives the context back when the area becomes invisible and `keepsContext` is not true.
 
 import { defaultSettings, type Settings } from "../../build/web/settings";
 import { openContext } from "../engine/screen";
@@ -66,8 +66,8 @@ export class Water implements PoolClient, LiveOwner {
     private isUnsupported = false;
     private isReady = false;
     /**
-     * Number of calls of `open` and `close`. Opening a context takes several asynchronous steps. It stops if another
-     * call of `open` or `close` has changed the number since it began.
+     * Number of calls of `open` and `close`. Opening a context is asynchronous. The opening stops if this number has
+     * changed meanwhile, because `open` or `close` was called again.
      */
     private turn = 0;
     private readonly visibility =

@@ -20,8 +20,8 @@ export class FrameLoop {
         signal?: AbortSignal,
     ) {
         const onVisibility = () => {
-            // `wake` does not skip the time if a frame is already requested. The browser draws this frame only after
-            // the page is shown again, so the time must be skipped here.
+            // If a frame is already requested, the browser draws it only after the page is shown again, and `wake` does
+            // nothing. Skip the hidden time here, so that this frame does not advance the water by the hidden time.
             this.owner.skipTime();
             this.wake();
         };

@@ -35,7 +35,7 @@ export function onPixelRatio(call: () => void, signal?: AbortSignal): void {
     unchanged.addEventListener("change", changed, signal ? { once: true, signal } : { once: true });
 }
 
-/** Returns the GL context, or null if the browser has no WebGL. The effect needs no buffer except for colour. */
+/** Returns the GL context, or null if the browser has no WebGL. The effect needs no depth or stencil buffer. */
 export function openContext(canvas: HTMLCanvasElement): WebGLRenderingContext | null {
     return canvas.getContext("webgl", {
         alpha: false,

@@ -90,7 +90,7 @@ export class Session<Exports extends SessionExports> {
         return Array<number>(frames).fill(this.module.dueTime());
     }
 
-    /** Ignores the time until the next call of takeDueFrames. */
+    /** Ignores the time until the next call of takeDueFrames, which then returns one frame of 1/60 s. */
     skipTime(): void {
         this.module.skipTime();
     }

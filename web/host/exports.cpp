@@ -54,7 +54,7 @@ hostkit::Image painted;
 std::vector<app::FlowLine> lines;
 static_assert(sizeof(app::FlowLine) == 8 * sizeof(float));
 app::EffectProbe probe;
-/// True if `probe` observes the drawn frames.
+/// True if `probe` observes the velocities and the ink of each drawn frame.
 bool observes = false;
 /// Overlay for the ink density. Empty until it is first drawn in the current GL context.
 std::optional<app::DensityOverlay> densityOverlay;
@@ -184,7 +184,7 @@ EMSCRIPTEN_KEEPALIVE const char* setPresetMember(const char* name, int kind, con
     return result.c_str();
 }
 
-/// Writes the settings of the preset to `numbers`. beginPreset and setPresetMember have read the preset.
+/// Writes to `numbers` the settings of the preset that beginPreset and setPresetMember have read.
 EMSCRIPTEN_KEEPALIVE void takePreset(double* numbers) {
     writeSettings(preset, numbers);
 }

@@ -102,8 +102,8 @@ export class Capture {
     }
 
     /**
-     * Resolves to a PNG file of the water. During a pause, the file shows the frame that the pause keeps. Otherwise, or
-     * if the pause keeps no frame, requests a frame and saves that frame.
+     * Resolves to a PNG file of the water. If a pause keeps a frame, the file shows this frame. In all other cases,
+     * requests a frame, and the file shows the requested frame.
      */
     private takeScreenshot(): Promise<Blob | null> {
         const { player } = this;

@@ -20,8 +20,8 @@ export interface Command {
 export const isFramed = window.parent !== window;
 
 /**
- * Runs a command when its key is pressed. Ignores keys for a dialog or a text field, and shortcuts with Ctrl, Alt or
- * Meta. Listens in the capture phase, so that no element can stop the event first.
+ * Runs a command when its key is pressed. Ignores keys while a dialog is open, keys that the focused element uses, and
+ * shortcuts with Ctrl, Alt or Meta. Listens in the capture phase, so that no element can stop the event first.
  */
 export function listen(commands: Command[], onInput: () => void): void {
     const handle = (event: KeyboardEvent) => {

@@ -50,7 +50,7 @@ export class ContextWatch {
             showToast("This browser cannot lose the context on request: it lacks the extension WEBGL_lose_context");
             return;
         }
-        // The context may be restored only after the page has handled its loss.
+        // restoreContext fails until the page has handled the event webglcontextlost.
         const restoreLater = () => setTimeout(() => extension.restoreContext(), restoreDelay);
         this.canvas.addEventListener("webglcontextlost", restoreLater, { once: true });
         extension.loseContext();

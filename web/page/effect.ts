@@ -117,8 +117,8 @@ export class Effect extends Session<Exports> {
     }
 
     /**
-     * Loads the module for a GL context. Throws if the browser cannot run it. No other code may use the context before
-     * the library does.
+     * Loads the module for a GL context. Throws if the browser cannot run the module. The module must be the first user
+     * of the context.
      */
     static async load(gl: WebGLRenderingContext): Promise<Effect> {
         const module = await loadModule({ wasmBinary: program, printErr: (line: string) => console.error(line) });

@@ -13,7 +13,10 @@ export class FrameTimes {
     readonly newest: FrameTime[] = [];
     private last: number | undefined;
 
-    /** Adds a frame that began at `now`, in milliseconds. `effect` has the meaning of FrameTime.effect. */
+    /**
+     * Adds a frame that began at `now`, in milliseconds. `effect` is the number of milliseconds that the page's thread
+     * spent on drawing the frame.
+     */
     note(now: number, effect: number): void {
         this.newest.push({ between: this.last === undefined ? undefined : now - this.last, effect });
         this.last = now;

@@ -31,7 +31,10 @@ function presetOf(parts: string[]): Record<string, unknown> {
     return Object.fromEntries(known.map(([name = "", text = ""]) => [name, valueOf(text)])) as Record<string, unknown>;
 }
 
-/** Converts a text to a list of numbers, a boolean or a number. Returns any other text unchanged; it is invalid. */
+/**
+ * Converts a text to a list of numbers, a boolean or a number. Returns any other text unchanged, so that
+ * Effect.readPreset reports the text as invalid.
+ */
 function valueOf(text: string): unknown {
     if (text.includes(",")) {
         return text.split(",").map(valueOf);

@@ -85,7 +85,10 @@ function connectControls(
     return importer;
 }
 
-/** Shows a focus ring on the canvas if Tab has moved the focus there. Keeps it when the window regains the focus. */
+/**
+ * Shows a focus ring on the canvas if Tab has moved the focus there. If the window loses and regains the focus, the
+ * ring does not change.
+ */
 function showFocus(canvas: HTMLCanvasElement): void {
     let [isByTab, isWindowChange] = [false, false];
     window.addEventListener("keydown", (event) => (isByTab = event.key === "Tab"), { capture: true });

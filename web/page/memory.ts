@@ -102,7 +102,7 @@ export class Memory {
             }),
         );
         if (this.stored) {
-            // The user has chosen another background meanwhile.
+            // The user chose another background while the stored backgrounds were read, so they are not shown.
             sources.forEach((source) => typeof source !== "string" && source.close());
             return;
         }
@@ -123,7 +123,7 @@ export class Memory {
         return painting ?? Promise.reject(new Error("unknown painting"));
     }
 
-    /** Returns the values to store for backgrounds. The default painting replaces a moving picture. */
+    /** Returns the values to store for backgrounds. A moving picture is stored as the name of the default painting. */
     private storable(sources: readonly Source[]): StoredBackground[] {
         return sources.map((source, at) => {
             const painting = typeof source === "string" ? source : (this.player.effect.paintingNames[at] as string);

@@ -149,7 +149,10 @@ export class Player {
         }
     }
 
-    /** Requests a frame if the moving picture is the visible background. Its new image is not shown during a pause. */
+    /**
+     * If the moving picture is the visible background, requests the upload of its new image and a frame. A pause delays
+     * the upload.
+     */
     private onPictureMoved(picture: MovingPicture): void {
         if (this.stage.backgrounds.sources[this.settings.secondBackground ? 1 : 0] === picture) {
             this.stage.hasMoved = true;
@@ -165,7 +168,7 @@ export class Player {
         this.stage.useAllPixels();
     }
 
-    /** Drops the paused frame of the previous run, restarts the wait for attract mode and requests a frame. */
+    /** Drops the frame that a pause has kept, restarts the wait for attract mode and requests a frame. */
     private onStart(): void {
         this.pause.frame.drop();
         this.attractTimer.restart();

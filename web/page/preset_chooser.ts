@@ -78,7 +78,7 @@ export class PresetChooser {
         this.select(this.presets.builtIn[0] as Preset);
     }
 
-    /** Applies the settings of an earlier visit, which the user had made from the named preset. */
+    /** Applies the settings of an earlier visit. `name` is the preset from which the user had made these settings. */
     resume(name: string, settings: Settings): void {
         this.chosen = findPreset(this.all, name) ?? this.chosen;
         this.player.effect.beginHistory(settings); // undo must not return to settings from before the visit

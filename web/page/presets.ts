@@ -89,7 +89,10 @@ function readOwn(effect: Effect): Preset[] {
     });
 }
 
-/** Replaces the stored texts of a preset. Reads the storage again, because other tabs may have changed it. */
+/**
+ * Replaces the stored settings and thumbnail of a preset. An undefined text deletes the stored text. Reads the storage
+ * again first, because other tabs can have changed it.
+ */
 function changeStorage(name: string, texts: { settings?: string; thumbnail?: string | undefined }): boolean {
     const change = (entry: string, text: string | undefined) => {
         const stored = readStorage(entry);

@@ -4,7 +4,7 @@ import { numbersOf, type Settings } from "../../build/web/settings";
 import type { Effect } from "./effect";
 
 export class SettingsSync {
-    /** Settings that the effect has: their numbers as a string, for comparison with the page's settings. */
+    /** Numbers of the settings that the effect has, as a string. `isCurrent` compares them with the page's settings. */
     private passed = "";
 
     constructor(

@@ -11,7 +11,10 @@ export class Stage {
     /** True if a moving background has a new frame that is not uploaded yet. */
     hasMoved = false;
     private readonly paintings: Paintings;
-    /** True after needSecond. Until then the second background is not painted, which shortens the start of the page. */
+    /**
+     * True after the first call of needSecond. Until then, the second background is not painted, which shortens the
+     * start of the page.
+     */
     private secondNeeded = false;
     private current: Size = { width: 0, height: 0 };
 

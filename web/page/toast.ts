@@ -8,8 +8,8 @@ export const hasKeys = !matchMedia("(pointer: coarse)").matches;
 let timer = 0;
 
 /**
- * Shows a message for some seconds, unless the controls are hidden. Replaces line breaks and control characters with
- * spaces.
+ * Shows a message for some seconds. Does nothing while the controls are hidden. Replaces line breaks and control
+ * characters with spaces.
  */
 export function showToast(message: string): void {
     if (document.documentElement.classList.contains("clean")) {

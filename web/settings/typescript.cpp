@@ -38,7 +38,8 @@ std::string valueText(Value value) {
     }
 }
 
-/// Calls `write` with each setting and its index in the array of numbers. Returns the number of these settings.
+/// Calls `write` with each setting except the ink, and with the setting's index in the array of numbers. Returns the
+/// number of calls.
 template <class Write>
 int forEachIndex(Write write) {
     int index = 0;
@@ -138,8 +139,8 @@ std::string fields() {
                   "];\n\n");
 }
 
-/// Returns a table of the limits of the number settings. The table has no labels, so that the custom element, which has
-/// no panel, can be bundled without the panel's labels.
+/// Returns a table of the min and max of each numeric setting. The table has no labels, so that the custom element,
+/// which has no panel, can be bundled without the panel's labels.
 std::string ranges() {
     std::string all;
     forEachIndex([&]<class Value>(const app::SettingField<Value>& field, int) {

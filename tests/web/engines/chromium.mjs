@@ -18,7 +18,7 @@ const softwareGl = ["--use-angle=swiftshader", "--enable-unsafe-swiftshader"];
 const noGl = ["--disable-gpu", "--disable-3d-apis"];
 const fakeCamera = ["--use-fake-device-for-media-stream", "--use-fake-ui-for-media-stream"];
 
-/** Returns Playwright's browser, so that a test of Chromium alone can use all of Playwright. */
+/** Returns Playwright's browser. A test that runs only in Chromium can therefore use every function of Playwright. */
 export async function launch({ webgl = true, camera = false, backCache = false, args = [] } = {}) {
     const browser = await chromium.launch({
         ignoreDefaultArgs: backCache ? ["--disable-back-forward-cache"] : [],

@@ -16,7 +16,7 @@ export const cannot = {
     touchScroll: "touches of its WebDriver do not scroll",
     fileChoosers: "cannot answer a file chooser",
     roles: "cannot find controls by their roles",
-    shownCode: "the code is tested in Chromium only",
+    shownCode: "the example code is tested in Chromium only",
     serviceWorker: "the service worker is tested in Chromium only",
     emulateMedia: "cannot change the preferences for motion and colours of one page",
     pen: "cannot press with a pen",

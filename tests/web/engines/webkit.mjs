@@ -15,7 +15,7 @@ export const cannot = {
     touch: "its WebDriver sends touches as a mouse",
     fileChoosers: "cannot answer a file chooser",
     roles: "cannot find controls by their roles",
-    shownCode: "the code is tested in Chromium only",
+    shownCode: "the example code is tested in Chromium only",
     serviceWorker: "the service worker is tested in Chromium only",
     pen: "cannot press with a pen",
     imageDecoder: "has no ImageDecoder, so animated images do not move",
