@@ -5,9 +5,9 @@
 
 namespace robust {
 
-/// While an object of this class exists, it counts the library's allocations and makes some of them fail. Depending on
-/// the extent, only allocation number `first` fails, or this allocation and all later ones. If `first` is 0 and the
-/// extent is `one`, no allocation fails.
+/// While an object of this class exists, it counts the library's allocations and makes some of them fail. With `one`,
+/// only allocation number `first` fails. With `allFromThere`, the later allocations fail, too. The first allocation has
+/// the number 1, so {0, one} only counts.
 class RefusedMemory {
 public:
     enum class Extent { one, allFromThere };

@@ -184,7 +184,7 @@ test("a worker decodes a picture, or the page's thread if the browser starts no 
         await sendFiles(page, "drop", ["red.png", "image/png", await redImage(page)]);
         await waitForToast(page, "red.png is the background now");
         const [red, green] = (await readFrame(page)).pixel(48, 80);
-        assert.ok(red > 100 && green < 100, `the page must show the red picture without ${missing}, but red is ${red} and green is ${green}`);
+        assert.ok(red > 100 && green < 100, `a browser without ${missing} must show the red picture, but the pixel has red ${red} and green ${green}`);
         await close(page);
     }
 });

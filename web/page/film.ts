@@ -7,7 +7,10 @@ const types = ["video/mp4;codecs=avc1", "video/webm;codecs=vp9", "video/webm"];
 const bitsPerSecond = 12e6;
 /** Wait in milliseconds after each repetition of the last frame, so that the encoder can write this frame. */
 const lastFrameDelay = 100;
-/** Maximum number of repetitions of the last frame while the encoder has written no data. */
+/**
+ * A film repeats its last frame until the encoder writes data, because an encoder can hold back the first frames. This
+ * is the maximum number of repetitions.
+ */
 const maxLastFrames = 30;
 
 export class Film {
