@@ -10,7 +10,7 @@ namespace app {
 
 /// State of the rain. The rain is the same in every run.
 struct Rain {
-    /// Number of drops that are due, including a fraction.
+    /// Number of drops that are due. The fraction stays for the next frame.
     double dropsDue = 0.0;
     /// State of the random number generator.
     std::uint32_t seed = 1;

@@ -47,9 +47,9 @@ struct FrontEnd {
         [](const hostkit::GestureScript&) {};
 };
 
-/// The application core that every front end uses. It applies the settings to a host and passes the actions of the
-/// user, a replay or attract mode to that host. It draws into the current GL context. Call all functions on one thread.
-/// The library has one global state, so use one session at a time.
+/// The application core that every front end uses. It applies the settings to a host. Actions of the user, of a replay
+/// or of attract mode reach that host through the session. It draws into the current GL context. Call all functions on
+/// one thread. The library has one global state, so use one session at a time.
 class Session {
 public:
     /// Creates a session. The effect does not run yet: call `restart` before any other function that needs the effect.
@@ -186,8 +186,8 @@ private:
 
     /// Number of the attract-mode stroke for which `attractInk` was chosen.
     std::optional<int> attractStroke;
-    /// Ink of the current attract-mode stroke. Empty if the stroke uses the ink in the settings. Never written to
-    /// `settings.ink`.
+    /// Ink colour of the current stroke of attract mode. Empty if the stroke uses the ink colour in the settings. The
+    /// session never copies it to `settings.ink`.
     std::optional<std::array<float, 3>> attractInk;
     /// Last ink that an action set. Empty if no action has set one.
     std::optional<std::array<float, 3>> scriptInk;

@@ -7,7 +7,7 @@ namespace {
 
 /// Maximum length of a printed line in bytes.
 constexpr std::size_t maxLineLength = 400;
-/// Maximum length of a quoted word in bytes.
+/// Maximum length in bytes of a word that a message quotes.
 constexpr std::size_t maxWordLength = 40;
 /// Characters that replace removed text.
 constexpr std::string_view ellipsis = "...";

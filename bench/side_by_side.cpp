@@ -64,7 +64,8 @@ void run(benchmark::State& state, const Comparison& comparison) {
     std::vector<double> reference;
     std::vector<double> library;
     for (auto _ : state) {
-        // The library runs first in half of the pairs, so that the order favours neither implementation.
+        // A pair is one sample of each implementation. The library runs first in every second pair, so that the order
+        // favours neither implementation.
         const bool libraryFirst = ratios.size() % 2 == 1;
         if (libraryFirst) {
             library.push_back(sample(comparison, comparison.candidate, calls));

@@ -13,7 +13,7 @@ namespace saver {
 struct Target {
     enum class Kind { ownWindow, rootWindow, givenWindow };
     Kind kind = Kind::ownWindow;
-    /// X11 identifier of the given window.
+    /// X11 identifier of the window that the user named, if `kind` is `givenWindow`.
     unsigned long window = 0;
 };
 

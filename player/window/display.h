@@ -20,8 +20,8 @@ public:
     void requestRedraws();
     /// Returns true if a redraw is due even while the effect is idle.
     bool needsRedraw() const { return redraws > 0 || keeper.filming(); }
-    /// Presents the effect's new frame if `drawn` is true, otherwise its stored frame. Saves a screenshot if the user
-    /// has requested a screenshot.
+    /// Presents the new frame of the effect if `drawn` is true, otherwise a stored copy of the last frame. Saves a
+    /// screenshot if the user has requested one.
     void present(const Panel& panel, bool drawn);
 
 private:

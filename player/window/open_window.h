@@ -31,7 +31,7 @@
 namespace player {
 
 /// The player's window and its main loop. Each iteration handles events, runs commands, plays the due frames and
-/// presents the result. A separate class does each of these steps. Only the commands use all of these classes.
+/// presents the result. A separate class does each of these steps. Commands of the user can use every class.
 class OpenWindow {
 public:
     /// Opens the window. Throws Failure or HostError.

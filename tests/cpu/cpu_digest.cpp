@@ -46,7 +46,7 @@ public:
         addBytes(bytes_, std::as_bytes(values));
     }
     std::uint64_t value() const { return bytes_.state; }
-    /// Returns the smallest magnitude of all nonzero numbers that were added.
+    /// Returns the smallest magnitude of all nonzero numbers in the digest.
     float least() const { return least_; }
 
 private:

@@ -3,7 +3,7 @@
 import { sharedTexts } from "../../build/web/settings";
 import { showToast } from "./toast";
 
-/** Wait in milliseconds before the page restores a context that `lose` has lost. */
+/** Time in milliseconds from a loss that `lose` causes to the restoration of the context. */
 const restoreDelay = 400;
 
 export interface ContextOwner {
