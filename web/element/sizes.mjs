@@ -15,7 +15,7 @@ export const budget = 45 * 1024;
  */
 export const peers = [
     ["webgl-fluid 0.4.0", 7254],
-    ["jquery.ripples 0.6.3 with jquery 4.0.0", 4661 + 27530],
+    ["jquery.ripples 0.6.3 with jquery 3.8.0", 4661 + 30585],
 ];
 
 /** Parts of the WebAssembly module. A regular expression matches the names of the functions in each part. */
