@@ -9,7 +9,8 @@
 
 namespace hostkit {
 
-/// @file The water of a host: its grids, mesh and time steps. The functions use no global state of the library, so any
+/// @file
+/// The water of a host: its grids, mesh and time steps. The functions use no global state of the library, so any
 /// thread can call them. Use each WaterDriver and its JniEnvironment on one thread at a time.
 
 /// Settings of the water. Unless a field names another unit, lengths are in cells and times in simulation steps.
