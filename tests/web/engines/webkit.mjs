@@ -25,7 +25,7 @@ export const cannot = {
     video: "has no decoder of videos on Debian",
     // Names of pages of the site. WebKit starts a page slowly.
     ...Object.fromEntries(
-        ["cards", "gallery", "hover", "rain", "react"].map((page) => [page, "the page is tested in Chromium and Firefox"]),
+        ["cards", "gallery", "hero", "hover", "rain", "react"].map((page) => [page, "the page is tested in Chromium and Firefox"]),
     ),
     leaving: "cannot move the mouse out of the page",
 };
