@@ -243,16 +243,12 @@ bool Session::hasChanges() const {
 }
 
 float Session::wantedCellsPerVertex() const {
-    return cellsPerVertexAt(quality);
-}
-
-float Session::cellsPerVertexAt(const Quality& level) const {
-    return cellsPerVertex(level, settings.meshDetail,
+    return cellsPerVertex(quality, settings.meshDetail,
                           std::min(screenSize.width, screenSize.height));
 }
 
-float Session::meshFraction() const {
-    return cellsPerVertexAt(fixedQuality(0)) / wantedCellsPerVertex();
+float Session::verticesPerCell() const {
+    return 1.0f / wantedCellsPerVertex();
 }
 
 void Session::applyChanges() {

@@ -135,9 +135,8 @@ public:
     /// replays. A recording keeps its detail, because it may become a video. A replay draws every frame, even on a slow
     /// machine.
     void noteInterval(double interval);
-    /// Returns the number of mesh vertices along a side at the current quality, as a fraction of the number at full
-    /// detail.
-    float meshFraction() const;
+    /// Returns the number of mesh vertices along a side at the current quality, divided by the number of water cells.
+    float verticesPerCell() const;
     /// State of the adaptive quality.
     Quality quality;
     /// Settings that the user chose. A change takes effect in the next frame.
@@ -149,7 +148,6 @@ private:
     void advanceFade(std::chrono::nanoseconds elapsed);
     void applyChanges();
     float wantedCellsPerVertex() const;
-    float cellsPerVertexAt(const Quality& level) const;
     void chooseAttractInk();
     std::vector<hostkit::ScriptAction> takeActions();
     void run(std::span<const hostkit::ScriptAction> frameActions, std::chrono::nanoseconds elapsed);

@@ -385,13 +385,13 @@ TEST_F(SessionTest, LowerQualityDrawsACoarserMeshOfTheSameWater) {
     session.settings.meshDetail = 60;
     frames(1);
     EXPECT_EQ(session.water().columns, 60);
-    EXPECT_EQ(session.meshFraction(), 1.0f);
+    EXPECT_EQ(session.verticesPerCell(), 1.0f);
     const int vertices = session.water().numDetailsWidth;
     const int columns = session.water().columns;
     session.quality = app::fixedQuality(1);
     frames(1);
     EXPECT_LT(session.water().numDetailsWidth, vertices * 2 / 3);
-    EXPECT_EQ(session.meshFraction(), 0.5f);
+    EXPECT_EQ(session.verticesPerCell(), 0.5f);
     EXPECT_EQ(session.water().columns, columns);
 }
 

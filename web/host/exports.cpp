@@ -237,9 +237,9 @@ EMSCRIPTEN_KEEPALIVE int qualityLevel() {
     return session.quality.level;
 }
 
-/// Returns the number of mesh vertices along a side, as a fraction of the number at full detail.
+/// Returns the number of mesh vertices along a side, divided by the number of water cells.
 EMSCRIPTEN_KEEPALIVE float qualityMesh() {
-    return session.meshFraction();
+    return session.verticesPerCell();
 }
 
 /// Parses a gesture script for startReplay. Returns an empty string, or a message about the script's fault. If the

@@ -14,7 +14,7 @@ export type { Size };
 export interface Quality {
     /** Index of the quality level. Level 0 has full detail, and each higher level has less. */
     level: number;
-    /** Number of mesh vertices along a side, as a fraction of the number at full detail. */
+    /** Number of mesh vertices along a side, divided by the number of water cells. */
     mesh: number;
     /** Ratio of rendered pixels to screen pixels along a side, at most 1. */
     pixels: number;

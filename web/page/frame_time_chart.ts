@@ -55,10 +55,10 @@ export class FrameTimeChart {
     }
 }
 
-/** Returns a text about reduced detail, for example "mesh at 50 %", or "" at full detail. */
-export function qualityLabel({ mesh, pixels }: Quality): string {
+/** Returns a text about reduced detail, for example "mesh at 33 %", or "" at full detail. 100 % is a vertex per cell. */
+export function qualityLabel({ level, mesh, pixels }: Quality): string {
     const reductions = [
-        mesh < 1 && `mesh at ${Math.round(100 * mesh)} %`,
+        level > 0 && mesh < 1 && `mesh at ${Math.round(100 * mesh)} %`,
         pixels < 1 && `screen at ${100 * pixels} %`,
     ];
     return reductions.filter(Boolean).join(", ");
