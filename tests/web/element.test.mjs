@@ -159,8 +159,19 @@ test("the water shows the current frame of a video, placed by object-fit and obj
     await page.evaluate(() => (document.querySelector("video").style.objectFit = "cover"));
     await untilShown([[4, 10], [1, 0, 1]], [[75, 10], [1, 0, 1]], [[225, 10], [0, 1, 0]], [[75, 190], [0, 0, 1]]);
     await page.evaluate(() => (document.querySelector("video").style.objectPosition = "0 0"));
-    await untilShown([[4, 10], [0, 0, 0]], [[75, 10], [1, 0, 1]], [[225, 10], [0, 1, 0]], [[75, 190], [0, 0, 1]]);
-    await close(page);
+    const moved = [[[4, 10], [0, 0, 0]], [[75, 10], [1, 0, 1]], [[225, 10], [0, 1, 0]], [[75, 190], [0, 0, 1]]];
+    await untilShown(...moved);
+    await page.evaluate(async () => {
+        document.querySelector("video").pause(); // a paused video has no new frame after the context loss
+        const canvas = document.querySelector("velmora-water").shadowRoot.querySelector("canvas");
+        const extension = canvas.getContext("webgl").getExtension("WEBGL_lose_context");
+        extension.loseContext();
+        await new Promise((resolve) => canvas.addEventListener("webglcontextlost", resolve));
+        setTimeout(() => extension.restoreContext(), 50);
+    });
+    await waitForEvent(page, "contextrestored");
+    await untilShown(...moved);
+    await close(page, /CONTEXT_LOST/);
 });
 
 test("the water shows a picture that is added or changed later", async () => {

@@ -24,10 +24,13 @@ export function compressedModule(path, shortNames = {}) {
     const key = JSON.stringify([path, shortNames]);
     if (!compressed.has(key)) {
         const folder = mkdtempSync(join(tmpdir(), "velmora-module-"));
-        const file = join(folder, "module.wasm");
-        writeFileSync(file, renamed(readFileSync(path), shortNames));
-        compressed.set(key, execFileSync("zopfli", ["--deflate", "-c", file]));
-        rmSync(folder, { recursive: true });
+        try {
+            const file = join(folder, "module.wasm");
+            writeFileSync(file, renamed(readFileSync(path), shortNames));
+            compressed.set(key, execFileSync("zopfli", ["--deflate", "-c", file]));
+        } finally {
+            rmSync(folder, { recursive: true });
+        }
     }
     return compressed.get(key);
 }

@@ -164,6 +164,7 @@ export class LiveWater {
     }
 
     startRecording(): void {
+        this.needContext();
         this.queue.clear();
         this.useAllPixels();
         this.effect.startRecording();
@@ -184,6 +185,7 @@ export class LiveWater {
 
     /** Restarts the effect and replays a gesture script, which is given as numbers (see event_numbers.h). */
     play(numbers: Float64Array): void {
+        this.needContext();
         this.queue.clear();
         this.useAllPixels();
         this.effect.startReplay(numbers);
@@ -273,14 +275,17 @@ export class LiveWater {
         this.afterRestart();
     }
 
+    private needContext(): void {
+        if (this.isContextLost) {
+            throw new Error("The graphics are restarting. Wait for the event \"contextrestored\".");
+        }
+    }
+
     /**
      * Restarts the effect at full resolution, even if adaptive quality has reduced the resolution. A gesture then has
      * the same result on slow and fast machines.
      */
     private useAllPixels(): void {
-        if (this.isContextLost) {
-            throw new Error("The graphics are restarting. Wait for the event \"contextrestored\".");
-        }
         this.setSize(pixelSize(this.owner.area, 1, this.owner.state.pixelRatio));
         this.passSettings();
         this.effect.restart(this.texture.size);

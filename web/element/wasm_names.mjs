@@ -1,6 +1,6 @@
 // Renames the imports and exports of a WebAssembly module.
 
-import { forEachSection } from "./wasm_reader.mjs";
+import { forEachSection, headerBytes } from "./wasm_reader.mjs";
 
 /** Returns the bytes of a number in LEB128, the variable-length format of WebAssembly. */
 function encoded(value) {
@@ -61,7 +61,7 @@ class Copier {
  * the same.
  */
 export function renamed(bytes, shortNames) {
-    const [importSection, exportSection, headerBytes] = [2, 7, 8];
+    const [importSection, exportSection] = [2, 7];
     const rename = (name) => shortNames[name] ?? name;
     const parts = [bytes.subarray(0, headerBytes)];
     forEachSection(bytes, (section, reader, end) => {

@@ -1,7 +1,10 @@
 // Reads the bytes of a WebAssembly file.
 
-export class WasmReader {
-    constructor(bytes, at = 0) {
+/** Length of the magic number and the version at the start of a module. */
+export const headerBytes = 8;
+
+class WasmReader {
+    constructor(bytes, at) {
         this.bytes = bytes;
         this.at = at;
     }
@@ -32,7 +35,6 @@ export class WasmReader {
 
 /** Calls `use` for each section of a module, with the number of the section, a reader at its start, and its end. */
 export function forEachSection(bytes, use) {
-    const headerBytes = 8;
     for (const reader = new WasmReader(bytes, headerBytes); reader.at < bytes.length; ) {
         const section = reader.byte();
         const length = reader.number();
