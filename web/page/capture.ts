@@ -180,6 +180,7 @@ async function atScreenSize(file: Blob): Promise<Blob> {
     const context = canvas.getContext("2d") as OffscreenCanvasRenderingContext2D;
     context.imageSmoothingQuality = "high";
     drawCropped(context, image, image);
+    image.close();
     return canvas.convertToBlob();
 }
 
@@ -187,5 +188,6 @@ function thumbnailOf(image: ImageBitmap): string {
     const canvas = document.createElement("canvas");
     canvas.width = canvas.height = thumbnailSide;
     drawCropped(canvas.getContext("2d") as CanvasRenderingContext2D, image, image);
+    image.close();
     return canvas.toDataURL("image/jpeg", 0.85);
 }

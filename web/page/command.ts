@@ -76,7 +76,7 @@ export function fillHelp(dialog: HTMLDialogElement, commands: Command[]): void {
     const note = document.createElement("p");
     note.textContent =
         "Drag the mouse, or hold the arrow keys, to stir the water. " +
-        "Drop or paste a picture or video to make it the background. The previous picture becomes the second one. " +
+        "Drop or paste a picture or video to make it the background. The page keeps the previous background; the key B shows it. " +
         "You can also drop presets (.json) and gestures (.gesture).";
     const close = document.createElement("button");
     close.textContent = "Close";

@@ -1,14 +1,11 @@
 // Shows thumbnails of the user's pictures and of the paintings. A click on a thumbnail makes its image the background.
 
-import type { Size } from "../engine/size";
 import type { Source } from "./backgrounds";
 import { make } from "./controls";
-import { drawCropped, thumbnailSide } from "./cropping";
+import { croppedPixels, thumbnailSide } from "./cropping";
 import type { Player } from "./player";
 import type { PresetChooser } from "./preset_chooser";
 import type { Picture } from "./read_picture";
-
-const side = thumbnailSide;
 
 /** Group of buttons. Paints the thumbnails of the paintings when the group becomes visible for the first time. */
 export class PictureChooser {
@@ -54,7 +51,7 @@ export class PictureChooser {
         this.pictures.clear();
         pictures.forEach((picture, at) => {
             const button = makeButton(at === 0 ? "yours" : `yours ${at + 1}`, () => this.show(picture));
-            drawThumbnail(button, picture.frame, picture);
+            showThumbnail(button, croppedPixels(picture.frame, picture, { width: thumbnailSide, height: thumbnailSide }));
             this.pictures.set(picture, button);
         });
         this.element.prepend(...this.pictures.values());
@@ -66,14 +63,14 @@ export class PictureChooser {
 
     private paintThumbnails(): void {
         for (const button of this.paintings) {
-            const pixels = this.player.effect.paint(button.value, { width: side, height: side });
-            button.querySelector("canvas")?.getContext("2d")?.putImageData(pixels, 0, 0);
+            const pixels = this.player.effect.paint(button.value, { width: thumbnailSide, height: thumbnailSide });
+            showThumbnail(button, pixels);
         }
     }
 }
 
 function makeButton(name: string, run: () => void): HTMLButtonElement {
-    const thumbnail = make("canvas", { className: "thumbnail", width: side, height: side });
+    const thumbnail = make("canvas", { className: "thumbnail", width: thumbnailSide, height: thumbnailSide });
     const button = make("button", { type: "button", value: name }, thumbnail, make("span", { className: "name" }, name));
     button.addEventListener("click", run);
     return button;
@@ -83,9 +80,6 @@ function mark(button: HTMLButtonElement, isShown: boolean): void {
     button.ariaPressed = String(isShown);
 }
 
-/** Draws the middle square of an image of this size as the button's thumbnail. */
-function drawThumbnail(button: HTMLButtonElement, image: CanvasImageSource, size: Size): void {
-    const context = button.querySelector("canvas")?.getContext("2d") as CanvasRenderingContext2D;
-    context.imageSmoothingQuality = "high";
-    drawCropped(context, image, size);
+function showThumbnail(button: HTMLButtonElement, pixels: ImageData): void {
+    button.querySelector("canvas")?.getContext("2d")?.putImageData(pixels, 0, 0);
 }
