@@ -210,7 +210,6 @@ test("images are shown in the order in which they were dropped", async () => {
 
 test("a context loss removes the ink and keeps background and settings", async () => {
     const page = await open(browser);
-    await page.evaluate(() => window.velmora.fixQuality(0)); // a change of the quality would change the frames
     // The drag has 16 moves of 7.5 pixels. Moves of more than 10 pixels would be a fast drag, which adds much less ink.
     // A drag of at most 9 frames would add ink after its end, as a tap does.
     const stir = () => drag(page, [75, 240], [195, 240], 16);

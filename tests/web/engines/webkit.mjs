@@ -23,10 +23,6 @@ export const cannot = {
     zoom: "its zoom does not change the pixel ratio",
     emulateMedia: "cannot show a page as printed",
     video: "has no decoder of videos on Debian",
-    // Names of pages of the site. WebKit starts a page slowly.
-    ...Object.fromEntries(
-        ["cards", "gallery", "hero", "hover", "rain", "react"].map((page) => [page, "the page is tested in Chromium and Firefox"]),
-    ),
     leaving: "cannot move the mouse out of the page",
 };
 
