@@ -140,7 +140,8 @@ void printGrowth() {
         int width;
         int height;
     };
-    std::cout << "# width, height, pixels, processor us outside GL, processor us of all threads\n";
+    std::cout
+        << "# width, height, pixels, CPU time in us outside GL, CPU time in us of all threads\n";
     for (const Screen screen : {Screen{270, 480}, Screen{540, 960}, Screen{720, 1280},
                                 Screen{1080, 1920}, Screen{1440, 2560}, Screen{2160, 3840}}) {
         hostkit::EffectHost host({.width = screen.width, .height = screen.height});

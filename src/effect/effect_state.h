@@ -90,8 +90,9 @@ extern EffectState gEffectState;
 
 enum TouchPhase : std::int32_t { Idle = 0, Pressed = 1, Dragging = 2 };
 
-/// Action codes of Android's MotionEvent. A host can send other codes. They show the ink and update position, pressure
-/// and drag speed, but leave the touch phase unchanged.
+/// Action codes of Android's MotionEvent. A host can send other codes. They show the ink, and update the position, the
+/// pressure and, during a drag, the drag speed. They leave the touch phase unchanged, but like ActionDown and ActionUp,
+/// they allow the next frame to end a long press.
 enum TouchAction : std::int32_t { ActionDown = 0, ActionUp = 1, ActionMove = 2, ActionCancel = 3 };
 
 /// State of the touch. Positions are in screen pixels, y down.

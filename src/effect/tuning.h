@@ -26,7 +26,7 @@ constexpr float idleInkDissipation = 0.9625f;
 
 constexpr TouchPreset initialPreset{40.0f, 200.0f, 0.9f, 0.96f, 50.0f, 2.0f};
 // The touch step multiplies sourceStrength and inkRadius of two presets: in tapPreset by TouchVariables::pressFrames,
-// in slowDragPreset by the pressure factor.
+// in slowDragPreset by the pressure factor. From tapSourceFrames on, the sourceStrength of a tap is 0.
 constexpr TouchPreset tapPreset{40.0f, 200.0f, 0.98f, activeInkDissipation, 12.0f, 8.0f};
 constexpr TouchPreset slowDragPreset{20.0f, 100.0f, 0.9f, activeInkDissipation, 45.0f, 40.0f};
 constexpr TouchPreset mediumDragPreset{20.0f, 150.0f, 0.94f, activeInkDissipation, 10.0f, 25.0f};

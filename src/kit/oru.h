@@ -19,8 +19,8 @@
 
 namespace oru {
 
-/// The kit's timer. `mIsPaused` is a byte and not a bool, because any value except 0 means paused. `mStartingCnt` and
-/// `mCurrentCnt` are timespecs, because clock_gettime fills them.
+/// The timer of the rendering kit. The kit can store any byte in `mIsPaused`, and any value except 0 means paused.
+/// `mStartingCnt` and `mCurrentCnt` have the type timespec, because clock_gettime fills them.
 struct Timer {
     static std::uint8_t mIsPaused;
     static float mPausedTime;      ///< Seconds, reported while paused.

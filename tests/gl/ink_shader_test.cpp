@@ -163,8 +163,8 @@ TEST_F(InkShaders, EachPassOfAFrameComputesItsShader) {
         int framesBefore;
         bool isStill;
     } cases[] = {
-        {"tap, full backward step", tap, 0, false},
-        {"tap, half backward step", tap, 6, false},
+        {"first frame of a tap", tap, 0, false},
+        {"seventh frame of a tap", tap, 6, false},
         {"tap, no flow", tap, 4, true},
         {"slow drag", slow, 1, false},
         {"medium drag", medium, 1, false},

@@ -502,14 +502,15 @@ final class LifecycleCases {
             + wallpaper.settings().equals(settings) + ", files " + folder.list().length);
         saveAtOnce(app, wallpaper);
         System.out.println("files " + folder.list().length);
-        saveInVain(() -> app.savePhoto(new ByteArrayInputStream(new byte[3]), file -> false));
+        saveInVain("damaged photo",
+            () -> app.savePhoto(new ByteArrayInputStream(new byte[3]), file -> false));
         Path file = folder.toPath().resolve("settings.json");
         Files.writeString(file, "{\"settings\": \"{ 7");
         System.out.println("default settings " + wallpaper.settings().equals(new Settings()));
         Files.delete(file);
         Files.createDirectories(file.resolve("blocks"));
-        saveInVain(() -> app.savePreset("lost", settings));
-        saveInVain(() -> savePhoto(app, 4));
+        saveInVain("preset", () -> app.savePreset("lost", settings));
+        saveInVain("photo", () -> savePhoto(app, 4));
         System.out.println("files " + folder.list().length);
     }
 
@@ -547,12 +548,12 @@ final class LifecycleCases {
         void run() throws IOException;
     }
 
-    private static void saveInVain(Saving saving) {
+    private static void saveInVain(String name, Saving saving) {
         try {
             saving.run();
-            System.out.println("saved");
+            System.out.println(name + " saved");
         } catch (IOException expected) {
-            System.out.println("refused");
+            System.out.println(name + " refused");
         }
     }
 

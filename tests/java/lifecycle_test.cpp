@@ -273,11 +273,13 @@ TEST(Lifecycle, WavesContinueAfterSettingsChange) {
 TEST(Lifecycle, TheChosenSettingsSurviveTheProcess) {
     const fs::path folder = fs::current_path() / "java-store";
     fs::remove_all(folder);
-    EXPECT_EQ(lifecycle("store " STROKE_GESTURE " " + folder.string()),
-              "photo null, preset '', default settings true\n"
-              "photo of 2 bytes, old photo exists false, preset 'my rain', saved settings true, "
-              "files 2\n"
-              "files 2\nrefused\ndefault settings true\nrefused\nrefused\nfiles 2\n");
+    EXPECT_EQ(
+        lifecycle("store " STROKE_GESTURE " " + folder.string()),
+        "photo null, preset '', default settings true\n"
+        "photo of 2 bytes, old photo exists false, preset 'my rain', saved settings true, "
+        "files 2\n"
+        "files 2\ndamaged photo refused\ndefault settings true\npreset refused\nphoto refused\n"
+        "files 2\n");
     fs::remove_all(folder);
 }
 

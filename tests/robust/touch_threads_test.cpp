@@ -42,8 +42,9 @@ int beside(int count, Act act, Frame frame) {
     return frames;
 }
 
-/// A single number, the place, determines both coordinates and the pressure of an event. If the radius and the points
-/// of a stroke belong to different places, the frame has mixed two events.
+/// A place is a number from which the coordinates and the pressure of an event are computed. The coordinates determine
+/// the points of a stroke, and the pressure determines its radius. If they belong to different places, the frame mixed
+/// two events.
 constexpr int side = 720, firstPlace = 90, places = 499;
 
 float pressureAt(int place) {
