@@ -9,8 +9,8 @@ namespace app {
 
 /// A level of detail.
 struct QualityLevel {
-    /// Wanted number of cells between neighbouring mesh vertices. The function `cellsPerVertex` adapts this number to the
-    /// screen and to the grid.
+    /// Wanted number of cells between neighbouring mesh vertices. The function `cellsPerVertex` adapts this number to
+    /// the screen and to the grid.
     int cellsPerVertex;
     /// Resolution along each side, as a fraction of the full resolution.
     double pixels;
