@@ -32,29 +32,27 @@ export async function readPicture(file: Blob, name: string, screen: Size): Promi
 }
 
 /**
- * Decodes a picture in a worker, or on the page's thread if the browser starts no worker or the worker fails. Throws if
- * the picture is damaged.
+ * Decodes a picture in a worker. Decodes it on the page's thread if the browser starts no worker, or if the worker fails:
+ * if WebKit opens the page from disk, its workers cannot read files. Throws if the picture is damaged.
  */
 async function decodeInWorker(file: Blob, screen: Size): Promise<DecodedPicture> {
     const url = URL.createObjectURL(new Blob([PICTURE_WORKER], { type: "text/javascript" }));
     let worker: Worker | undefined;
-    let decoded: DecodedPicture | null;
     try {
         worker = new Worker(url);
-        decoded = await resultOf(worker, file, screen);
+        return await resultOf(worker, file, screen);
     } catch {
-        decoded = await decodePicture(file, screen);
+        return await decodePicture(file, screen);
     } finally {
         worker?.terminate();
         URL.revokeObjectURL(url);
     }
-    return decoded ?? Promise.reject(new Error("damaged picture"));
 }
 
-/** Resolves to the worker's result, which is null for a damaged picture. Rejects if the worker fails. */
-function resultOf(worker: Worker, ...job: Parameters<typeof decodePicture>): Promise<DecodedPicture | null> {
+/** Resolves to the worker's result. Rejects if the worker fails or cannot decode the picture. */
+function resultOf(worker: Worker, ...job: Parameters<typeof decodePicture>): Promise<DecodedPicture> {
     return new Promise((resolve, reject) => {
-        worker.onmessage = ({ data }: MessageEvent<DecodedPicture | null>) => resolve(data);
+        worker.onmessage = ({ data }: MessageEvent<DecodedPicture | null>) => (data ? resolve(data) : reject());
         worker.onerror = (event) => (event.preventDefault(), reject());
         worker.postMessage(job);
     });
