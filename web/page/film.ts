@@ -26,19 +26,12 @@ export class Film {
 
     /** Starts a video with the size of `source`. Throws an Error with a message for the user if that is impossible. */
     constructor(private readonly source: HTMLCanvasElement) {
-        const type = window.MediaRecorder && types.find((each) => MediaRecorder.isTypeSupported(each));
-        if (!type) {
-            throw new Error("This browser cannot record videos: it lacks MediaRecorder or a video format. Try another browser");
-        }
-        this.type = type.replace(/;.*/, "");
         const canvas = document.createElement("canvas");
         canvas.width = even(source.width);
         canvas.height = even(source.height);
         this.context = canvas.getContext("2d", { alpha: false }) as CanvasRenderingContext2D;
-        this.recorder = new MediaRecorder(canvas.captureStream(60), {
-            mimeType: type,
-            videoBitsPerSecond: bitsPerSecond,
-        });
+        this.recorder = recorderOf(canvas.captureStream(60));
+        this.type = this.recorder.mimeType.replace(/;.*/, "");
         this.recorder.ondataavailable = (event) => this.parts.push(event.data);
         this.recorder.start(1000);
         this.firstFrame = new Promise((resolve) => (this.noteFrame = resolve));
@@ -76,6 +69,19 @@ export class Film {
         const file = new Blob(this.parts, { type: this.type });
         return this.type === "video/webm" ? withDuration(file, duration) : file;
     }
+}
+
+/** Returns a recorder of the stream. Throws an Error with a message for the user if the browser cannot record videos. */
+function recorderOf(stream: MediaStream): MediaRecorder {
+    try {
+        const mimeType = types.find((type) => MediaRecorder.isTypeSupported(type));
+        if (mimeType) {
+            return new MediaRecorder(stream, { mimeType, videoBitsPerSecond: bitsPerSecond });
+        }
+    } catch {
+        // The browser has no MediaRecorder, or the system has no encoder for the browser.
+    }
+    throw new Error("This browser cannot record videos: it lacks MediaRecorder or a video format. Try another browser");
 }
 
 /** Rounds a side down to an even number of pixels, because encoders need even sides. */

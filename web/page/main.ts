@@ -91,7 +91,9 @@ function connectControls(
  */
 function showFocus(canvas: HTMLCanvasElement): void {
     let [isByTab, isWindowChange] = [false, false];
-    window.addEventListener("keydown", (event) => (isByTab = event.key === "Tab"), { capture: true });
+    // WebKitGTK gives Shift+Tab a code but no key.
+    const isTab = ({ key, code }: KeyboardEvent): boolean => key === "Tab" || code === "Tab";
+    window.addEventListener("keydown", (event) => (isByTab = isTab(event)), { capture: true });
     window.addEventListener("pointerdown", () => (isByTab = false), { capture: true });
     // The canvas stays the page's active element if the whole window loses the focus. The ring must then not change.
     canvas.addEventListener("blur", () => (isWindowChange = document.activeElement === canvas));
