@@ -7,7 +7,7 @@ import { tmpdir } from "node:os";
 import { join } from "node:path";
 import { after, before, test } from "node:test";
 import {
-    close, difference, drag, interceptFileChoosers, launch, makeImage, needs, open, readFrame, sendFiles,
+    close, difference, drag, launch, makeImage, needs, open, readFrame, sendFiles,
     set, settings, waitForCanvasWidth, waitForToast, waitUntilIdle,
 } from "./page.mjs";
 
@@ -82,7 +82,7 @@ test("a dropped or pasted image becomes the background, and the previous backgro
     await close(page);
 });
 
-test("a click on a thumbnail shows its painting", needs("roles"), async () => {
+test("a click on a thumbnail shows its painting", async () => {
     const page = await open(browser);
     const sand = await readFrame(page);
     await page.keyboard.press("Tab");
@@ -108,12 +108,10 @@ test("a resize of the page crops the painting and keeps its colours", async () =
     await close(page);
 });
 
-test("a chosen image larger than the screen is shown in portrait and in landscape", needs("fileChoosers"), async () => {
+test("a chosen image larger than the screen is shown in portrait and in landscape", async () => {
     const page = await open(browser);
-    await interceptFileChoosers(page);
     const large = await makeImage(page, [5000, 3000], [["red", 0, 0, 5000, 1500], ["blue", 0, 1500, 5000, 1500]]);
-    const [chooser] = await Promise.all([page.waitForEvent("filechooser"), page.keyboard.press("o")]);
-    await chooser.setFiles({ name: "large.png", mimeType: "image/png", buffer: Buffer.from(large) });
+    await page.chooseFile(() => page.keyboard.press("o"), "large.png", Buffer.from(large));
     const halves = ["red", "red", "blue", "blue"];
     await expectQuarters(page, halves);
     await page.setViewportSize({ width: 480, height: 270 });
@@ -183,7 +181,7 @@ test("an animated image or a video plays as the background, and stops during a p
     await close(page);
 });
 
-test("the camera can be the background, and a refused camera is reported", needs("roles"), async () => {
+test("the camera can be the background, and a refused camera is reported", async () => {
     const withCamera = await launch({ camera: true });
     for (const [one, message] of [[browser, "The camera is missing or not allowed"], [withCamera, "The camera is the background now"]]) {
         const page = await open(one, { size: [96, 160] });

@@ -93,7 +93,7 @@ test("a hovering mouse draws only if pointer=hover, and no mouse draws if pointe
 });
 
 test("a vertical swipe scrolls the page, but with pointer=capture it touches the water", needs("touch", "touchScroll"), async () => {
-    const page = await open(browser, server, `${picture}<hr class="tall">`, { hasTouch: true });
+    const page = await open(browser, server, `${picture}<hr class="tall">`);
     await addStyle(page, ".tall { height: 2000px }");
     const swipe = async () => {
         await page.touch("touchStart", [1, 150, 180]);

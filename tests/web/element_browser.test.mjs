@@ -33,7 +33,7 @@ test("the water of a zoomed page has the resolution of the screen", needs("zoom"
     await close(page);
 });
 
-test("a printed page shows the plain picture, and the water is back after the print", needs("emulateMedia"), async () => {
+test("a printed page shows the plain picture, and the water is back after the print", needs("printed"), async () => {
     server.pages.set("/print.css", ".whole { display: block; width: 300px; height: 200px; object-fit: cover }");
     const plainBody = `<link rel="stylesheet" href="print.css">${image.replace("<img", "<img class=whole")}`;
     const plain = await open(browser, server, plainBody, { ready: 0 });

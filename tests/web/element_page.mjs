@@ -82,7 +82,7 @@ export async function open(browser, server, body, { before = () => {}, ready = 1
     server.pages.set("/style.css", style);
     server.pages.set("/page", `${head}${body}`);
     const scripts = new Function(`(${steadyClock})(); (${observe})(); (${before})();`);
-    const page = await browser.newPage({ size, before: scripts, reducedMotion: "reduce", ...options });
+    const page = await browser.newPage({ size, before: scripts, ...options });
     await page.goto(`${server.address}/page`);
     await page.waitForFunction((count) => window.seen?.filter((type) => type === "ready").length >= count, ready);
     return page;

@@ -3,17 +3,17 @@
 
 import assert from "node:assert/strict";
 import { after, before, test } from "node:test";
-import { close, downloadFrom, drag, launch, needs, open, waitForCanvasWidth, waitUntilIdle } from "./page.mjs";
+import { close, downloadFrom, drag, launch, needs, open, waitForCanvasWidth, waitForToast, waitUntilIdle } from "./page.mjs";
 
 let browser;
 before(async () => (browser = await launch()));
 after(() => browser.close());
 
-/** Returns a script that makes `format` the only video format of the browser. */
-const useOnly = (format) => `
+/** Returns a function that makes `format` the only video format of the browser. */
+const useOnly = (format) => Function(`
     const isSupported = MediaRecorder.isTypeSupported.bind(MediaRecorder);
     MediaRecorder.isTypeSupported = (type) => type.startsWith("video/${format}") && isSupported(type);
-`;
+`);
 
 /** Plays a video to its end. Returns its size in pixels, its duration in seconds and its error message, if any. */
 function play(page, bytes) {
@@ -31,7 +31,14 @@ function play(page, bytes) {
 
 const pressF = (page) => () => page.keyboard.press("f");
 
-test("a recorded video keeps its size if the page is resized, states its duration, and plays to its end", needs("roles"), async () => {
+test("a browser that cannot record videos says so", async () => {
+    const page = await open(browser, { before: () => (window.MediaRecorder = undefined) });
+    await page.keyboard.press("f");
+    await waitForToast(page, "This browser cannot record videos");
+    await close(page);
+});
+
+test("a recorded video keeps its size if the page is resized, states its duration, and plays to its end", needs("recorder"), async () => {
     const page = await open(browser, { before: useOnly("webm") });
     const start = Date.now();
     await page.keyboard.press("f");
@@ -49,7 +56,7 @@ test("a recorded video keeps its size if the page is resized, states its duratio
     await close(page);
 });
 
-test("a recorded video has a frame even if it is stopped at once or recorded during a pause", async () => {
+test("a recorded video has a frame even if it is stopped at once or recorded during a pause", needs("recorder"), async () => {
     const page = await open(browser);
     const instant = await downloadFrom(page, async () => {
         await page.keyboard.press("f");
@@ -66,7 +73,7 @@ test("a recorded video has a frame even if it is stopped at once or recorded dur
     await close(page);
 });
 
-test("the browser asks before the user leaves a page that records a video or a gesture", async () => {
+test("the browser asks before the user leaves a page that records a video or a gesture", needs("recorder"), async () => {
     const page = await open(browser);
     const asks = () => page.evaluate(() => !window.dispatchEvent(new Event("beforeunload", { cancelable: true })));
     assert.equal(await asks(), false);

@@ -11,7 +11,6 @@ after(() => browser.close());
 /** Waits until the last change is stored. Then reloads the page and waits for its first frame. */
 async function reload(page) {
     await page.evaluate(() => window.velmora.stored());
-    page.requests = [];
     await page.reload();
     await page.waitForFunction(() => window.velmora?.counts().frames > 0);
 }
@@ -71,8 +70,15 @@ test("a reload keeps settings and pictures, a link overrides the settings, and S
     await close(page);
 });
 
+/** Runs before the page's scripts. Collects the texts of all toasts in `window.toasts`. */
+function keepToasts() {
+    window.toasts = "";
+    const note = (changes) => changes.forEach(({ target }) => target.id === "toast" && (window.toasts += target.textContent));
+    new MutationObserver(note).observe(document, { childList: true, subtree: true });
+}
+
 test("damaged stored data is reported once, and the page works if the browser allows no storage", async () => {
-    const page = await open(browser, { size: [96, 160] });
+    const page = await open(browser, { size: [96, 160], before: keepToasts });
     await dropPictures(page, "red");
     await page.evaluate(async () => {
         await window.velmora.stored();
@@ -85,11 +91,6 @@ test("damaged stored data is reported once, and the page works if the browser al
         opening.result.close();
     });
     for (const expected of [/settings are damaged[^]*picture is damaged/, /^((?!damaged)[^])*$/]) {
-        await page.addInitScript(() => {
-            window.toasts = "";
-            const note = (changes) => changes.forEach(({ target }) => target.id === "toast" && (window.toasts += target.textContent));
-            new MutationObserver(note).observe(document, { childList: true, subtree: true });
-        });
         await reload(page);
         assert.match(await page.evaluate(() => window.toasts), expected);
     }

@@ -27,8 +27,7 @@ export const axe = readFileSync(createRequire(join(top, "web/package.json")).res
  */
 export async function open(browser, options = {}) {
     const { size = [270, 480], url = pathToFileURL(file).href, hash = "", before, ready = true, ...others } = options;
-    // If the browser asks for reduced motion, the page does not start attract mode.
-    const page = await browser.newPage({ size, before, reducedMotion: "reduce", ...others });
+    const page = await browser.newPage({ size, before, ...others });
     page.address = `${url}?test${hash}`;
     await page.goto(page.address);
     if (ready) {
@@ -41,21 +40,28 @@ export async function open(browser, options = {}) {
 /** Closes the page. Fails if the console has a message other than `excused`, or if the page requested another URL. */
 export async function close(page, excused = /^$/) {
     await page.close();
-    const requested = page.requests.map((url) => url.split("#")[0]).filter((url) => !/^(data|blob):/.test(url));
+    const files = page.requests.map((url) => url.split("#")[0]).filter((url) => !/^(data|blob):/.test(url));
     assert.deepEqual(page.consoleMessages.filter((line) => !excused.test(line)), []);
-    assert.deepEqual(requested, [page.address.split("#")[0]]);
+    assert.deepEqual([...new Set(files)], [page.address.split("#")[0]]);
 }
 
-/** Serves the page from a local HTTP server, which sends no special headers. Returns its URL and `stop`. */
+/**
+ * Serves the page from a local HTTP server, which sends no special headers. Returns the page's URL, `outerUrl` of a page
+ * that contains the page in an iframe of 300 x 300 pixels without full screen, and `stop`.
+ */
 export async function serve() {
+    const outer = `<!doctype html><body style="height: 3000px">
+        <iframe src="velmora.html?test" width="300" height="300" allow="fullscreen 'none'"></iframe>`;
+    const pages = { "/velmora.html": readFileSync(file), "/outer.html": outer };
     const server = createServer((request, response) => {
-        const found = request.url.split(/[?#]/)[0] === "/velmora.html";
-        response.writeHead(found ? 200 : 404, { "Content-Type": "text/html" });
-        response.end(found ? readFileSync(file) : "");
+        const body = pages[request.url.split(/[?#]/)[0]];
+        response.writeHead(body ? 200 : 404, { "Content-Type": "text/html" });
+        response.end(body);
     });
     await new Promise((resolve) => server.listen(0, "127.0.0.1", resolve));
     server.unref(); // otherwise a failed test would keep the process running
-    return { url: `http://127.0.0.1:${server.address().port}/velmora.html`, stop: () => server.close() };
+    const root = `http://127.0.0.1:${server.address().port}`;
+    return { url: `${root}/velmora.html`, outerUrl: `${root}/outer.html`, stop: () => server.close() };
 }
 
 /**
@@ -185,15 +191,6 @@ export function mockTime(page) {
             call(performance.now());
         };
     });
-}
-
-/**
- * Makes Chromium report file choosers to the test instead of opening them. Must be done before the page opens a file
- * chooser.
- */
-export async function interceptFileChoosers(page) {
-    page.on("filechooser", () => {});
-    await page.devTools.send("Page.setInterceptFileChooserDialog", { enabled: true });
 }
 
 /** Waits for a toast that contains `text`. Returns the whole text of the toast. */

@@ -5,7 +5,7 @@ import { after, before, test } from "node:test";
 import { readFileSync } from "node:fs";
 import { join } from "node:path";
 import {
-    close, difference, downloadFrom, drag, frames, interceptFileChoosers, launch, makeImage, open, readFrame,
+    close, difference, downloadFrom, drag, frames, launch, makeImage, needs, open, readFrame,
     screenshotFolder, sendFiles, serve, set, settings, top, waitForCanvasWidth, waitForToast, waitUntilIdle,
     mockTime,
 } from "./page.mjs";
@@ -91,8 +91,9 @@ test("settings are shared by the share sheet; if it is missing, by the clipboard
     for (const means of ["sheet", "clipboard"]) {
         await share(means);
         await page.waitForFunction(() => window.shared !== "");
-        assert.equal(await page.evaluate(() => window.shared), page.url());
-        assert.match(page.url(), /#look/);
+        const address = await page.evaluate(() => location.href);
+        assert.equal(await page.evaluate(() => window.shared), address);
+        assert.match(address, /#look/);
     }
     for (const means of ["nothing", "insecure server"]) {
         await page.evaluate(() => (document.getElementById("toast").textContent = ""));
@@ -104,21 +105,37 @@ test("settings are shared by the share sheet; if it is missing, by the clipboard
     server.stop();
 });
 
-test("screenshots and videos can be shared if the device has a share sheet", async () => {
+/**
+ * Opens a page with its section "Save and record". The device has a share sheet if `canShare` is true. `window.shared` is
+ * the last shared file.
+ */
+async function openSection(canShare) {
+    const prepare = (can) => {
+        navigator.canShare = ({ files }) => can && files.length === 1;
+        navigator.share = async ({ files }) => (window.shared = files[0]);
+    };
+    const page = await open(browser, { before: Function(`(${prepare})(${canShare})`) });
+    await page.keyboard.press("Tab");
+    await page.getByText("Save and record").click();
+    return page;
+}
+
+test("a screenshot can be shared if the device has a share sheet", async () => {
     for (const canShare of [false, true]) {
-        const prepare = (can) => {
-            navigator.canShare = ({ files }) => can && files.length === 1;
-            navigator.share = async ({ files }) => (window.shared = files[0]);
-        };
-        const page = await open(browser, { before: `(${prepare})(${canShare})` });
-        await page.keyboard.press("Tab");
-        await page.getByText("Save and record").click();
+        const page = await openSection(canShare);
         const button = page.getByRole("button", { name: "Share screenshot" });
         assert.equal(await button.isVisible(), canShare);
         if (canShare) {
             await button.click();
             await page.waitForFunction(() => window.shared?.type === "image/png" && window.shared.size > 1000);
         }
+        await close(page);
+    }
+});
+
+test("a recorded video can be shared if the device has a share sheet", needs("recorder"), async () => {
+    for (const canShare of [false, true]) {
+        const page = await openSection(canShare);
         const video = page.getByRole("button", { name: "Share video" });
         assert.equal(await video.isVisible(), false);
         await page.keyboard.press("f");
@@ -139,7 +156,8 @@ test("screenshots and videos can be shared if the device has a share sheet", asy
 });
 
 test("a wallpaper has the size of the device's screen", async () => {
-    const page = await open(browser, { screen: { width: 300, height: 400 }, deviceScaleFactor: 2 });
+    const before = () => Object.defineProperties(screen, { width: { value: 300 }, height: { value: 400 } });
+    const page = await open(browser, { before, deviceScaleFactor: 2 });
     await page.keyboard.press("Tab");
     await page.getByText("Save and record").click();
     const { name, bytes } = await downloadFrom(page, () => page.getByRole("button", { name: "Save wallpaper" }).click());
@@ -150,14 +168,10 @@ test("a wallpaper has the size of the device's screen", async () => {
 
 test("keys open file choosers for presets and images", async () => {
     const page = await open(browser, {});
-    await interceptFileChoosers(page);
-    const chosen = async (key, name, text) => {
-        const [chooser] = await Promise.all([page.waitForEvent("filechooser"), page.keyboard.press(key)]);
-        await chooser.setFiles({ name, mimeType: "", buffer: Buffer.from(text) });
-    };
-    await chosen("j", "evening.json", '{"exponent": 7}');
+    const choose = (key, name, content) => page.chooseFile(() => page.keyboard.press(key), name, Buffer.from(content));
+    await choose("j", "evening.json", '{"exponent": 7}');
     await page.waitForFunction(() => window.velmora.settings.exponent === 7);
-    await chosen("e", "red.png", await redImage(page));
+    await choose("e", "red.png", await redImage(page));
     await page.waitForFunction(() => window.velmora.settings.secondBackground);
     assert.deepEqual((await readFrame(page)).pixel(135, 240).map((part) => part > 100), [true, false, false]);
     await close(page);
@@ -184,14 +198,17 @@ test("keys turn attract mode and adaptive quality on and off", async () => {
 });
 
 test("a worker decodes a picture, or the page's thread if the browser starts no worker", async () => {
+    const server = await serve(); // in WebKit, the workers of a page from disk cannot read files
     for (const missing of ["createImageBitmap", "Worker"]) {
-        const page = await open(browser, { size: [96, 160], before: `window.${missing} = undefined` });
+        const before = Function(`window.${missing} = undefined`);
+        const page = await open(browser, { url: server.url, size: [96, 160], before });
         await sendFiles(page, "drop", ["red.png", "image/png", await redImage(page)]);
         await waitForToast(page, "red.png is the background now");
         const [red, green] = (await readFrame(page)).pixel(48, 80);
         assert.ok(red > 100 && green < 100, `a browser without ${missing} must show the red picture, but the pixel has red ${red} and green ${green}`);
         await close(page);
     }
+    server.stop();
 });
 
 const redImage = (page) => makeImage(page, [90, 160], [["#c02020", 0, 0, 90, 160]]);

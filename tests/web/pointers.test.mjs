@@ -23,13 +23,13 @@ async function recordTouches(page, act) {
 
 const actions = (touches) => touches.map(([action]) => action);
 
-/** Opens a page that has a touch screen with two device pixels per CSS pixel. */
-function openTouchPage() {
-    return open(browser, { deviceScaleFactor: 2, hasTouch: true });
+/** Opens a page on a screen with two device pixels per CSS pixel. */
+function openSharpPage() {
+    return open(browser, { deviceScaleFactor: 2 });
 }
 
 test("a mouse touches at a position in canvas pixels, with the pressure of the settings", async () => {
-    const page = await openTouchPage();
+    const page = await openSharpPage();
     await set(page, { pressure: 0.7 });
     const touches = await recordTouches(page, async () => {
         await page.mouse.move(50, 60);
@@ -51,7 +51,7 @@ test("a mouse touches at a position in canvas pixels, with the pressure of the s
 });
 
 test("a drag out of the page ends the stroke, and a drag back starts another stroke", needs("leaving"), async () => {
-    const page = await openTouchPage();
+    const page = await openSharpPage();
     const left = await recordTouches(page, async () => {
         await page.mouse.move(50, 60);
         await page.mouse.down();
@@ -66,7 +66,7 @@ test("a drag out of the page ends the stroke, and a drag back starts another str
 });
 
 test("the first finger touches the water, and a second finger is ignored", needs("touch"), async () => {
-    const page = await openTouchPage();
+    const page = await openSharpPage();
     const touches = await recordTouches(page, async () => {
         await page.touch("touchStart", [1, 100, 100]);
         await frames(page, 1);
@@ -82,7 +82,7 @@ test("the first finger touches the water, and a second finger is ignored", needs
 });
 
 test("a finger touches with its measured pressure, and a cancelled touch ends the stroke", needs("touch", "touchForce"), async () => {
-    const page = await openTouchPage();
+    const page = await openSharpPage();
     // A screen without a pressure sensor always reports force 1, so the page then uses the pressure of the settings.
     for (const [force, pressure] of [[0.25, 0.25], [1, 0.5]]) {
         const touches = await recordTouches(page, async () => {
@@ -102,7 +102,7 @@ test("a finger touches with its measured pressure, and a cancelled touch ends th
 });
 
 test("a pen touches with its measured pressure", needs("pen"), async () => {
-    const page = await openTouchPage();
+    const page = await openSharpPage();
     const send = (type, x, y, force) =>
         page.devTools.send("Input.dispatchMouseEvent", { type, x, y, force, button: "left", buttons: 1, pointerType: "pen", clickCount: 1 });
     const touches = await recordTouches(page, async () => {
@@ -118,7 +118,7 @@ test("a pen touches with its measured pressure", needs("pen"), async () => {
 });
 
 test("the arrow keys stir the water, and a press of the mouse ends their stroke", needs("heldKeys"), async () => {
-    const page = await openTouchPage();
+    const page = await openSharpPage();
     const touches = await recordTouches(page, async () => {
         await page.evaluate(() => document.getElementById("water").focus());
         await page.keyboard.down("ArrowRight");
@@ -145,7 +145,7 @@ test("the arrow keys stir the water, and a press of the mouse ends their stroke"
 });
 
 test("a stroke ends when the page is hidden or left, the next move starts another stroke, and a context loss cancels a stroke", async () => {
-    const page = await openTouchPage();
+    const page = await openSharpPage();
     const ways = {
         hidden() {
             Object.defineProperty(document, "hidden", { value: true, configurable: true });
@@ -179,13 +179,15 @@ test("a stroke ends when the page is hidden or left, the next move starts anothe
     await close(page, /CONTEXT_LOST/);
 });
 
-test("attract mode draws on an idle page until a key is pressed", needs("emulateMedia"), async () => {
-    const page = await open(browser, { reducedMotion: "no-preference", size: [96, 160] });
+test("attract mode draws on an idle page until a key is pressed", async () => {
+    const withMotion = await launch({ reducedMotion: false });
+    const page = await open(withMotion, { size: [96, 160] });
     await page.waitForFunction(() => window.velmora.attractMode().runs);
     await page.waitForFunction(() => !window.velmora.isWaterIdle());
     await page.keyboard.press("v");
     assert.equal(await page.evaluate(() => window.velmora.attractMode().runs), false);
     await close(page);
+    await withMotion.close();
 });
 
 test("attract mode is off if the user prefers reduced motion", async () => {

@@ -73,22 +73,14 @@ async function close(page, name) {
     assert.deepEqual(page.consoleMessages, [], name);
 }
 
-/** Pages that WebKit opens. It needs four seconds for each page, so it leaves out the others. */
-const pagesInWebKit = ["camera", "index", "many", "script-tag"];
-
-/** Returns the reason why this engine does not open a page, or undefined if it opens the page. */
-function skipReason(page) {
-    const isSlow = engine.name === "webkit" && !pagesInWebKit.includes(page);
-    return engine.cannot[page] ?? (isSlow ? "is tested in Chromium and Firefox" : undefined);
-}
-
 test("every page of the site opens from disk, draws water, and requests no file from outside the site", async (context) => {
-    const reasons = Object.fromEntries(pages.map((file) => [file, skipReason(file.slice(0, -5))]));
-    for (const file of pages.filter((name) => reasons[name])) {
-        context.diagnostic(`skipped: the page ${file} (${engine.name}: ${reasons[file]})`);
-    }
-    for (const file of pages.filter((name) => !reasons[name])) {
-        const page = await browser.newPage({ size: [390, 844], reducedMotion: "reduce" });
+    for (const file of pages) {
+        const reason = engine.cannot[file.slice(0, -5)];
+        if (reason) {
+            context.diagnostic(`skipped: the page ${file} (${engine.name}: ${reason})`);
+            continue;
+        }
+        const page = await browser.newPage({ size: [390, 844] });
         await page.goto(pathToFileURL(join(site, file)).href);
         if (file === "camera.html") {
             await page.evaluate(() => document.getElementById("start").click());
@@ -114,7 +106,7 @@ test("the example code on each page draws water if a server sends it unchanged",
     const shown = {};
     const server = await serve(shown);
     for (const file of pages.filter((name) => name !== "react.html")) {
-        const page = await browser.newPage({ size: [390, 844], reducedMotion: "reduce" });
+        const page = await browser.newPage({ size: [390, 844] });
         const head = '<!doctype html><meta charset="utf-8"><title>shown</title><link rel="icon" href="data:">';
         shown[`/shown/${file}`] = head + (await shownCode(page, readFileSync(join(site, file), "utf8")));
         await page.goto(`${server.address}/shown/${file}`);
@@ -125,9 +117,9 @@ test("the example code on each page draws water if a server sends it unchanged",
     server.stop();
 });
 
-test("after one visit, the site opens without its server, and its pages name the manifest", needs("serviceWorker"), async () => {
+test("after one visit, the site opens without its server, and its pages name the manifest", async () => {
     const server = await serve();
-    const page = await browser.newPage({ size: [390, 844], reducedMotion: "reduce" });
+    const page = await browser.newPage({ size: [390, 844] });
     await page.goto(`${server.address}/index.html`);
     await page.evaluate(() => navigator.serviceWorker.ready);
     server.stop();

@@ -20,7 +20,7 @@ async function stroke() {
 
 const browser = await launch();
 for (const name of process.argv.slice(2)) {
-    const page = await browser.newPage({ size: [960, 900], reducedMotion: "reduce", colorScheme: "light" });
+    const page = await browser.newPage({ size: [960, 900] });
     await page.goto(new URL(`${name}.html`, site).href);
     let clip = { x: 0, y: 0, width: 960, height: 600 };
     if (name === "velmora") {

@@ -19,7 +19,8 @@ const noGl = ["--disable-gpu", "--disable-3d-apis"];
 const fakeCamera = ["--use-fake-device-for-media-stream", "--use-fake-ui-for-media-stream"];
 
 /** Returns Playwright's browser. A test that runs only in Chromium can therefore use every function of Playwright. */
-export async function launch({ webgl = true, camera = false, backCache = false, args = [] } = {}) {
+export async function launch(options = {}) {
+    const { webgl = true, camera = false, backCache = false, args = [], ...preferences } = options;
     const browser = await chromium.launch({
         ignoreDefaultArgs: backCache ? ["--disable-back-forward-cache"] : [],
         executablePath: process.env.CHROMIUM ?? "/usr/bin/chromium",
@@ -30,11 +31,13 @@ export async function launch({ webgl = true, camera = false, backCache = false, 
             ...args,
         ],
     });
-    browser.newPage = (options) => newPage(browser, options);
+    const { reducedMotion = true, colorScheme = "light", touchScreen: hasTouch = false } = preferences;
+    const device = { reducedMotion: reducedMotion ? "reduce" : "no-preference", colorScheme, hasTouch, isMobile: hasTouch };
+    browser.newPage = (pageOptions) => newPage(browser, { ...device, ...pageOptions });
     return browser;
 }
 
-async function newPage(browser, { size = defaultSize, before, ...options } = {}) {
+async function newPage(browser, { size = defaultSize, before, ...options }) {
     const context = await browser.newContext({ viewport: { width: size[0], height: size[1] }, ...options });
     context.setDefaultTimeout(180000); // software GL on a busy machine draws a frame a second
     const page = await context.newPage();
@@ -61,6 +64,16 @@ async function newPage(browser, { size = defaultSize, before, ...options } = {})
     page.download = async (act) => {
         const [file] = await Promise.all([page.waitForEvent("download"), act()]);
         return { name: file.suggestedFilename(), bytes: readFileSync(await file.path()) };
+    };
+    page.answerDialog = async (key, answer) => {
+        page.once("dialog", (dialog) => (answer === false ? dialog.dismiss() : dialog.accept(answer)));
+        await page.keyboard.press(key);
+    };
+    page.chooseFile = async (act, name, bytes) => {
+        // Playwright starts to intercept file choosers when it waits for one, but does not wait for the browser's answer.
+        await page.devTools.send("Page.setInterceptFileChooserDialog", { enabled: true });
+        const [chooser] = await Promise.all([page.waitForEvent("filechooser"), act()]);
+        await chooser.setFiles({ name, mimeType: "", buffer: Buffer.from(bytes) });
     };
     page.back = () => page.evaluate(() => setTimeout(() => history.back()));
     page.close = () => context.close();

@@ -7,3 +7,13 @@ export const defaultSize = [1280, 720];
 export function requestedFiles() {
     return [location.href.split("#")[0], ...performance.getEntriesByType("resource").map((entry) => entry.name)];
 }
+
+/** Runs before the page's scripts. Keeps the real animation frames, because a test may replace them. */
+export function keepAnimationFrames() {
+    window.requestRealFrame = window.requestAnimationFrame.bind(window);
+}
+
+/** Runs in a page. Waits two animation frames, so that the window shows the page's last changes. */
+export function untilShown() {
+    return new Promise((done) => window.requestRealFrame(() => window.requestRealFrame(done)));
+}

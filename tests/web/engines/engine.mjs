@@ -1,18 +1,25 @@
 // Chooses the browser engine of the tests. The environment variable VELMORA_ENGINE is chromium (default), firefox or
 // webkit.
 //
-// Each engine's file exports `name`, `cannot` and `launch()`. A launched browser has `newPage(options)` and `close()`.
-// Options of a page: `size`, `deviceScaleFactor`, `hasTouch`, `isMobile`, `reducedMotion`, `colorScheme`, and `before`,
-// a function that runs before the page's scripts. A page has these members, which are named as in Playwright:
+// Each engine's file exports `name`, `cannot` and `launch(options)`. A launched browser has `newPage(options)` and
+// `close()`. Options of a browser: `webgl`, `camera` (an imitated camera), `touchScreen` (a touch screen in place of a
+// mouse), `reducedMotion` (true unless given) and `colorScheme` (light unless given). Options of a page: `size`,
+// `deviceScaleFactor` and `before`, a function that runs before the page's scripts. A page has these members, which are
+// named as in Playwright:
 //   goto(url), url(), reload(), back(), close(), setViewportSize({ width, height, deviceScaleFactor })
 //   evaluate(call, argument), waitForFunction(call, argument)   the argument must be JSON
-//   mouse.move(x, y), mouse.down({ button }), mouse.up({ button }), mouse.click(x, y)
+//   mouse.move(x, y), mouse.down({ button }), mouse.up({ button }), mouse.click(x, y), mouse.wheel(deltaX, deltaY)
 //   keyboard.down(key), keyboard.up(key), keyboard.press("Control+b")
+//   locator(), getByRole(), getByText(), getByLabel()           find elements; locator.mjs lists their functions
 //   screenshot({ path })                                        returns the PNG file as a buffer
 // and these members of its own:
 //   touch(type, ...points)                                      type: touchStart, touchMove, touchEnd or touchCancel;
 //                                                               points: [id, x, y], and [id] for touchEnd
 //   download(act)                                               calls `act`; returns { name, bytes } of the saved file
+//   answerDialog(key, answer)                                   presses a key that opens a dialog, and confirms it with
+//                                                               the text `answer`, or cancels it if `answer` is false
+//   chooseFile(act, name, bytes)                                calls `act`, which opens a file chooser, and chooses a
+//                                                               file
 //   consoleMessages                                             "type: text" each; complete after close()
 //   requests                                                    addresses of all requests
 

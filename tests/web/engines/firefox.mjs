@@ -1,11 +1,12 @@
 // Firefox on a virtual display, driven by Puppeteer over WebDriver BiDi. Headless Firefox has no WebGL on the test
 // machines.
 
-import { mkdtempSync, readdirSync, readFileSync, rmSync, watch } from "node:fs";
+import { mkdtempSync, readdirSync, readFileSync, rmSync, watch, writeFileSync } from "node:fs";
 import { createRequire } from "node:module";
 import { tmpdir } from "node:os";
 import { join } from "node:path";
-import { defaultSize, requestedFiles } from "./common.mjs";
+import { defaultSize, keepAnimationFrames, requestedFiles, untilShown } from "./common.mjs";
+import { addLocators } from "./locator.mjs";
 import { startDisplay } from "./processes.mjs";
 
 const puppeteer = createRequire(new URL("../../../web/package.json", import.meta.url))("puppeteer-core");
@@ -14,17 +15,18 @@ export const name = "firefox";
 export const cannot = {
     touchForce: "its WebDriver can neither set the pressure of a touch nor cancel it",
     touchScroll: "touches of its WebDriver do not scroll",
-    fileChoosers: "cannot answer a file chooser",
-    roles: "cannot find controls by their roles",
     shownCode: "the example code is tested in Chromium only",
-    serviceWorker: "the service worker is tested in Chromium only",
-    emulateMedia: "cannot change the preferences for motion and colours of one page",
+    printed: "cannot show a page as printed",
+    keyboardLayout: "cannot press keys of other keyboard layouts",
     pen: "cannot press with a pen",
     camera: "its imitated camera shows a single colour",
     leaving: "cannot move the mouse out of the page",
 };
 
-export async function launch({ webgl = true, camera = false } = {}) {
+const coarsePointer = 1; // value of the preferences for the kinds of pointers
+
+export async function launch(options = {}) {
+    const { webgl = true, camera = false, touchScreen = false, reducedMotion = true, colorScheme = "light" } = options;
     const display = await startDisplay();
     const downloads = mkdtempSync(join(tmpdir(), "velmora-firefox-"));
     const browser = await puppeteer.launch({
@@ -37,7 +39,9 @@ export async function launch({ webgl = true, camera = false } = {}) {
             "webgl.disabled": !webgl,
             "webgl.force-enabled": true,
             "gfx.x11-egl.force-enabled": true,
-            "ui.prefersReducedMotion": 1,
+            "ui.prefersReducedMotion": Number(reducedMotion),
+            ...(touchScreen && { "ui.primaryPointerCapabilities": coarsePointer, "ui.allPointerCapabilities": coarsePointer }),
+            "layout.css.prefers-color-scheme.content-override": colorScheme === "dark" ? 0 : 1,
             "browser.download.folderList": 2, // the folder of the next preference
             "browser.download.dir": downloads,
             "browser.download.alwaysOpenPanel": false,
@@ -66,13 +70,20 @@ async function newPage(browser, downloads, { size = defaultSize, deviceScaleFact
     real.on("request", (request) => requests.push(request.url()));
     const setViewportSize = (viewport) => real.setViewport({ deviceScaleFactor, ...viewport });
     await setViewportSize({ width: size[0], height: size[1] });
+    await real.evaluateOnNewDocument(keepAnimationFrames);
     if (before) {
         await real.evaluateOnNewDocument(before);
     }
     const page = {
         consoleMessages,
         setViewportSize,
-        mouse: real.mouse,
+        mouse: {
+            move: (x, y, options) => real.mouse.move(x, y, options),
+            down: (options) => real.mouse.down(options),
+            up: (options) => real.mouse.up(options),
+            click: (x, y) => real.mouse.click(x, y),
+            wheel: (deltaX, deltaY) => real.mouse.wheel({ deltaX, deltaY }),
+        },
         goto: (url) => real.goto(url),
         url: () => real.url(),
         reload: () => real.reload(),
@@ -85,15 +96,28 @@ async function newPage(browser, downloads, { size = defaultSize, deviceScaleFact
             press: (keys) => press(real.keyboard, keys),
         },
         touch: (type, ...points) => touch(real.touchscreen, type, points),
-        screenshot: async (options) => Buffer.from(await real.screenshot(options)),
+        async screenshot(options) {
+            await real.evaluate(untilShown);
+            return Buffer.from(await real.screenshot(options));
+        },
         download: (act) => download(downloads, act),
+        async answerDialog(key, answer) {
+            real.once("dialog", (dialog) => (answer === false ? dialog.dismiss() : dialog.accept(answer)));
+            await press(real.keyboard, key);
+        },
+        async chooseFile(act, name, bytes) {
+            const file = join(downloads, name);
+            writeFileSync(file, bytes);
+            const [chooser] = await Promise.all([real.waitForFileChooser(), act()]);
+            await chooser.accept([file]);
+        },
         async close() {
             // Firefox does not report requests for files, so the page lists the files that it has loaded.
             page.requests = [...new Set([...(await real.evaluate(requestedFiles)), ...requests])];
             await context.close();
         },
     };
-    return page;
+    return addLocators(page);
 }
 
 async function press(keyboard, keys) {

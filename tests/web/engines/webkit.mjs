@@ -7,45 +7,43 @@ import { createServer } from "node:net";
 import { tmpdir } from "node:os";
 import { join } from "node:path";
 import { fileURLToPath } from "node:url";
-import { defaultSize, requestedFiles } from "./common.mjs";
+import { defaultSize, keepAnimationFrames, requestedFiles, untilShown } from "./common.mjs";
+import { addLocators } from "./locator.mjs";
 import { start, startDisplay, stop } from "./processes.mjs";
 
 export const name = "webkit";
 export const cannot = {
     touch: "its WebDriver sends touches as a mouse",
-    fileChoosers: "cannot answer a file chooser",
-    roles: "cannot find controls by their roles",
     shownCode: "the example code is tested in Chromium only",
-    serviceWorker: "the service worker is tested in Chromium only",
     pen: "cannot press with a pen",
     imageDecoder: "has no ImageDecoder, so animated images do not move",
     heldKeys: "its WebDriver begins another stroke when the mouse moves while a key is held",
     zoom: "its zoom does not change the pixel ratio",
-    emulateMedia: "cannot show a page as printed",
-    video: "has no decoder of videos on Debian",
+    recorder: "has no encoder of videos on Debian",
+    printed: "cannot show a page as printed",
+    keyboardLayout: "cannot press keys of other keyboard layouts",
     leaving: "cannot move the mouse out of the page",
 };
 
 const browserProgram = fileURLToPath(new URL("webkit_browser.py", import.meta.url));
 
-export async function launch({ webgl = true, camera = false } = {}) {
+export async function launch({ webgl = true, camera = false, reducedMotion = true, colorScheme = "light" } = {}) {
     const display = await startDisplay();
     const environment = { ...display.environment, VELMORA_WEBGL: Number(webgl), VELMORA_CAMERA: Number(camera) };
-    return { newPage: (options) => newPage(environment, options), close: () => display.stop() };
+    const preferences = `[Settings]
+gtk-enable-animations=${Number(!reducedMotion)}
+gtk-application-prefer-dark-theme=${Number(colorScheme === "dark")}
+`;
+    return { newPage: (options) => newPage(environment, preferences, options), close: () => display.stop() };
 }
 
 /** Opens a page in a new browser, so that pages share no storage. */
-async function newPage(environment, options = {}) {
-    const { size = defaultSize, deviceScaleFactor = 1, before, reducedMotion, colorScheme } = options;
+async function newPage(environment, preferences, { size = defaultSize, deviceScaleFactor = 1, before } = {}) {
     const folder = mkdtempSync(join(tmpdir(), "velmora-webkit-"));
-    const downloads = join(folder, "downloads");
-    mkdirSync(downloads);
+    mkdirSync(join(folder, "downloads"));
     mkdirSync(join(folder, "gtk-3.0"));
-    writeFileSync(join(folder, "gtk-3.0/settings.ini"), `[Settings]
-gtk-enable-animations=${reducedMotion === "reduce" ? 0 : 1}
-gtk-application-prefer-dark-theme=${colorScheme === "dark" ? 1 : 0}
-`);
-    writeFileSync(join(folder, "before.js"), before ? `(${before})()` : "");
+    writeFileSync(join(folder, "gtk-3.0/settings.ini"), preferences);
+    writeFileSync(join(folder, "before.js"), `(${keepAnimationFrames})();${before ? `(${before})();` : ""}`);
     const port = await freePort();
     const driver = start("WebKitWebDriver", [`--port=${port}`], {
         stdio: "ignore",
@@ -63,7 +61,7 @@ gtk-application-prefer-dark-theme=${colorScheme === "dark" ? 1 : 0}
     const browser = { binary: browserProgram, args: ["--automation"] };
     const capabilities = { alwaysMatch: { "webkitgtk:browserOptions": browser } };
     const { sessionId } = await request("POST", `${root}/session`, { capabilities });
-    const page = new Page(`${root}/session/${sessionId}`, downloads);
+    const page = addLocators(new Page(`${root}/session/${sessionId}`, folder));
     await page.send("POST", "timeouts", { script: 180000 }); // software GL on a busy machine draws a frame a second
     await page.setViewportSize({ width: size[0], height: size[1] });
     page.close = async () => {
@@ -136,6 +134,7 @@ class Page {
             await this.mouse.down();
             await this.mouse.up();
         },
+        wheel: (deltaX, deltaY) => this.#wheel({ type: "scroll", x: 0, y: 0, deltaX, deltaY, duration: 0 }),
     };
     keyboard = {
         down: (key) => this.#keys([["keyDown", key]]),
@@ -146,11 +145,14 @@ class Page {
         },
     };
     #session;
+    #folder;
     #downloads;
 
-    constructor(session, downloads) {
+    /** `folder` is the folder of the browser program, see webkit_browser.py. */
+    constructor(session, folder) {
         this.#session = session;
-        this.#downloads = downloads;
+        this.#folder = folder;
+        this.#downloads = join(folder, "downloads");
     }
 
     send(method, command, body) {
@@ -201,9 +203,7 @@ class Page {
     }
 
     async screenshot({ path } = {}) {
-        // The driver takes the screenshot from the window. Wait two animation frames, so that the window shows the
-        // page's last changes.
-        await this.evaluate(() => new Promise((resolve) => requestAnimationFrame(() => requestAnimationFrame(resolve))));
+        await this.evaluate(untilShown); // the driver takes the screenshot from the window
         const png = Buffer.from(await this.send("GET", "screenshot"), "base64");
         if (path) {
             writeFileSync(path, png);
@@ -228,9 +228,54 @@ class Page {
         }
     }
 
+    async answerDialog(key, answer) {
+        const pressed = this.keyboard.press(key); // the driver may answer only after the dialog is closed
+        await this.#untilDialogOpens();
+        if (typeof answer === "string") {
+            await this.send("POST", "alert/text", { text: answer });
+        }
+        await this.send("POST", answer === false ? "alert/dismiss" : "alert/accept", {});
+        await pressed;
+        // The dialog got the release of the key. So the page takes this press for a repetition, and gets a release.
+        await this.keyboard.press(key);
+    }
+
+    async #untilDialogOpens() {
+        const end = Date.now() + 30000;
+        for (;;) {
+            try {
+                return await this.send("GET", "alert/text");
+            } catch (error) {
+                if (Date.now() > end) {
+                    throw error;
+                }
+            }
+        }
+    }
+
+    async chooseFile(act, name, bytes) {
+        // Under automation, WebKit cancels each file chooser. So the field opens none, and the driver gives it the file.
+        await this.evaluate(() => {
+            HTMLInputElement.prototype.click = function () {
+                document.body.append(this); // the driver refuses fields outside the document
+                this.id = "file-field";
+            };
+        });
+        await act();
+        const field = await this.send("POST", "element", { using: "css selector", value: "#file-field" });
+        const file = join(this.#folder, name);
+        writeFileSync(file, bytes);
+        await this.send("POST", `element/${Object.values(field)[0]}/value`, { text: file });
+        await this.evaluate(() => document.getElementById("file-field").remove());
+    }
+
     #pointer(action) {
         const mouse = { type: "pointer", id: "mouse", parameters: { pointerType: "mouse" }, actions: [action] };
         return this.send("POST", "actions", { actions: [mouse] });
+    }
+
+    #wheel(action) {
+        return this.send("POST", "actions", { actions: [{ type: "wheel", id: "wheel", actions: [action] }] });
     }
 
     #keys(changes) {

@@ -2,8 +2,8 @@
 """A browser window of WebKitGTK without controls, for WebDriver. MiniBrowser would print no console messages.
 
 The folder in the environment variable VELMORA_FOLDER holds before.js, a script that runs before the scripts of each
-page. The browser writes the console messages of scripts to the file console, a line each, and saves files to the
-folder downloads. Pages have WebGL if VELMORA_WEBGL is 1, and an imitated camera if VELMORA_CAMERA is 1.
+page. The browser writes the console messages of scripts to the file console, a line each. It saves files to the folder
+downloads. Pages have WebGL if VELMORA_WEBGL is 1, and an imitated camera if VELMORA_CAMERA is 1.
 """
 
 import os
@@ -47,6 +47,7 @@ def create_view(session):
     window = Gtk.Window(decorated=False)
     window.add(view)
     window.show_all()
+    window.present()  # without a window manager, no other program gives the window the focus
     return view
 
 
