@@ -25,7 +25,7 @@ async function saveScreenshot(name, preset, gesture, frame, options, withPanel) 
 }
 
 await saveScreenshot("phone.png", "calm_pond", "scribble", 52, { size: [390, 844], deviceScaleFactor: 2 }, false);
-await saveScreenshot("desktop.png", "ink_bath", "scribble", 60, { size: [1280, 800], colorScheme: "dark" }, true);
+await saveScreenshot("desktop.png", "ink_bath", "scribble", 60, { size: [1280, 800] }, true);
 await browser.close();
 execFileSync("ffmpeg", ["-v", "error", "-y", "-i", join(screenshotFolder, "phone.png"), "-i", join(screenshotFolder, "desktop.png"),
     "-filter_complex", "[0]scale=-2:800:flags=lanczos[a];[a][1]hstack", "-q:v", "3", join(top, "docs/page.jpg")]);

@@ -170,7 +170,7 @@ const animationFrames = (page) => page.evaluate(() => window.velmora.counts().an
 
 test("an idle page requests no frame until the next event", async () => {
     const page = await open(browser);
-    await set(page, { damping: 0.8 }); // the waves fade fast
+    await set(page, { damping: 0.8 }); // makes the waves fade fast, so that the page is idle soon
     await waitUntilIdle(page);
     const idleCount = await animationFrames(page);
     await page.evaluate(() => new Promise((done) => requestAnimationFrame(() => requestAnimationFrame(done))));

@@ -22,7 +22,7 @@ export const axe = readFileSync(createRequire(join(top, "web/package.json")).res
 
 /**
  * Opens the page, waits for its first frame and fixes the quality at full detail. Collects console messages and
- * requests for `close`. `before` is a script that runs before the page's scripts. If `ready` is false, does not wait
+ * requests for `close`. `before` is a function that runs before the page's scripts. If `ready` is false, does not wait
  * for a frame and leaves adaptive quality on.
  */
 export async function open(browser, options = {}) {

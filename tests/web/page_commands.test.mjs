@@ -106,8 +106,8 @@ test("settings are shared by the share sheet; if it is missing, by the clipboard
 });
 
 /**
- * Opens a page with its section "Save and record". The device has a share sheet if `canShare` is true. `window.shared` is
- * the last shared file.
+ * Opens a page and the section "Save and record" of its panel. The device has a share sheet if `canShare` is true.
+ * `window.shared` becomes the last shared file.
  */
 async function openSection(canShare) {
     const prepare = (can) => {
@@ -156,8 +156,8 @@ test("a recorded video can be shared if the device has a share sheet", needs("re
 });
 
 test("a wallpaper has the size of the device's screen", async () => {
-    const before = () => Object.defineProperties(screen, { width: { value: 300 }, height: { value: 400 } });
-    const page = await open(browser, { before, deviceScaleFactor: 2 });
+    const setScreen = () => Object.defineProperties(screen, { width: { value: 300 }, height: { value: 400 } });
+    const page = await open(browser, { before: setScreen, deviceScaleFactor: 2 });
     await page.keyboard.press("Tab");
     await page.getByText("Save and record").click();
     const { name, bytes } = await downloadFrom(page, () => page.getByRole("button", { name: "Save wallpaper" }).click());
@@ -197,11 +197,20 @@ test("keys turn attract mode and adaptive quality on and off", async () => {
     await close(page);
 });
 
-test("a worker decodes a picture, or the page's thread if the browser starts no worker", async () => {
+test("a worker decodes a picture, or the page's thread if the worker does not start or fails", async () => {
     const server = await serve(); // in WebKit, the workers of a page from disk cannot read files
-    for (const missing of ["createImageBitmap", "Worker"]) {
-        const before = Function(`window.${missing} = undefined`);
-        const page = await open(browser, { url: server.url, size: [96, 160], before });
+    const changes = {
+        "createImageBitmap on the page's thread": () => (window.createImageBitmap = undefined),
+        workers: () => (window.Worker = undefined),
+        "workers that decode": () => (window.Worker = class {
+            terminate() {}
+            postMessage() {
+                setTimeout(() => this.onmessage({ data: null }));
+            }
+        }),
+    };
+    for (const [missing, remove] of Object.entries(changes)) {
+        const page = await open(browser, { url: server.url, size: [96, 160], before: remove });
         await sendFiles(page, "drop", ["red.png", "image/png", await redImage(page)]);
         await waitForToast(page, "red.png is the background now");
         const [red, green] = (await readFrame(page)).pixel(48, 80);

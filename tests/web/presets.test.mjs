@@ -188,8 +188,8 @@ test("presets can be saved, renamed and deleted, and do not replace built-in pre
 });
 
 test("the page works if the browser's storage is damaged, full or forbidden", async () => {
-    for (const text of ["null", "{", '{"mine": 3, "yours": "{}"}']) {
-        // Firefox also runs the function in the empty page that it shows first, which has no storage.
+    for (const text of ["null", "[1]", "{", '{"mine": 3, "yours": "{}"}']) {
+        // Firefox first opens an empty page without storage, and also runs this function there.
         const store = Function(`if (location.protocol === "file:") {
             localStorage.setItem("velmora presets", ${JSON.stringify(text)});
         }`);

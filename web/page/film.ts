@@ -30,7 +30,7 @@ export class Film {
         canvas.width = even(source.width);
         canvas.height = even(source.height);
         this.context = canvas.getContext("2d", { alpha: false }) as CanvasRenderingContext2D;
-        this.recorder = recorderOf(canvas.captureStream(60));
+        this.recorder = recorderOf(canvas);
         this.type = this.recorder.mimeType.replace(/;.*/, "");
         this.recorder.ondataavailable = (event) => this.parts.push(event.data);
         this.recorder.start(1000);
@@ -71,17 +71,17 @@ export class Film {
     }
 }
 
-/** Returns a recorder of the stream. Throws an Error with a message for the user if the browser cannot record videos. */
-function recorderOf(stream: MediaStream): MediaRecorder {
-    try {
-        const mimeType = types.find((type) => MediaRecorder.isTypeSupported(type));
-        if (mimeType) {
-            return new MediaRecorder(stream, { mimeType, videoBitsPerSecond: bitsPerSecond });
+/** Returns a recorder of the canvas. Throws an Error with a message for the user if the browser cannot record. */
+function recorderOf(canvas: HTMLCanvasElement): MediaRecorder {
+    const mimeType = window.MediaRecorder && types.find((type) => MediaRecorder.isTypeSupported(type));
+    if (mimeType) {
+        try {
+            return new MediaRecorder(canvas.captureStream(60), { mimeType, videoBitsPerSecond: bitsPerSecond });
+        } catch {
+            // The system has no encoder for this format.
         }
-    } catch {
-        // The browser has no MediaRecorder, or the system has no encoder for the browser.
     }
-    throw new Error("This browser cannot record videos: it lacks MediaRecorder or a video format. Try another browser");
+    throw new Error("This browser cannot record videos: it lacks MediaRecorder or an encoder. Try another browser");
 }
 
 /** Rounds a side down to an even number of pixels, because encoders need even sides. */

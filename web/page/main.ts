@@ -91,7 +91,7 @@ function connectControls(
  */
 function showFocus(canvas: HTMLCanvasElement): void {
     let [isByTab, isWindowChange] = [false, false];
-    // WebKitGTK gives Shift+Tab a code but no key.
+    // For Shift+Tab, WebKitGTK reports the code Tab, but not the key Tab.
     const isTab = ({ key, code }: KeyboardEvent): boolean => key === "Tab" || code === "Tab";
     window.addEventListener("keydown", (event) => (isByTab = isTab(event)), { capture: true });
     window.addEventListener("pointerdown", () => (isByTab = false), { capture: true });

@@ -32,8 +32,8 @@ export async function readPicture(file: Blob, name: string, screen: Size): Promi
 }
 
 /**
- * Decodes a picture in a worker. Decodes it on the page's thread if the browser starts no worker, or if the worker fails:
- * if WebKit opens the page from disk, its workers cannot read files. Throws if the picture is damaged.
+ * Decodes a picture in a worker. If the worker does not start or fails, decodes the picture on the page's thread. For
+ * example, workers of WebKit cannot read files if the page is opened from disk. Throws if the picture is damaged.
  */
 async function decodeInWorker(file: Blob, screen: Size): Promise<DecodedPicture> {
     const url = URL.createObjectURL(new Blob([PICTURE_WORKER], { type: "text/javascript" }));

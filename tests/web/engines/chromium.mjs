@@ -2,7 +2,7 @@
 
 import { readFileSync } from "node:fs";
 import { createRequire } from "node:module";
-import { defaultSize } from "./common.mjs";
+import { defaultSize, waitLimit } from "./common.mjs";
 
 const { chromium } = createRequire(new URL("../../../web/package.json", import.meta.url))("playwright-core");
 
@@ -20,7 +20,8 @@ const fakeCamera = ["--use-fake-device-for-media-stream", "--use-fake-ui-for-med
 
 /** Returns Playwright's browser. A test that runs only in Chromium can therefore use every function of Playwright. */
 export async function launch(options = {}) {
-    const { webgl = true, camera = false, backCache = false, args = [], ...preferences } = options;
+    const { webgl = true, camera = false, touchScreen = false, backCache = false, args = [] } = options;
+    const { reducedMotion = true, colorScheme = "light" } = options;
     const browser = await chromium.launch({
         ignoreDefaultArgs: backCache ? ["--disable-back-forward-cache"] : [],
         executablePath: process.env.CHROMIUM ?? "/usr/bin/chromium",
@@ -31,15 +32,20 @@ export async function launch(options = {}) {
             ...args,
         ],
     });
-    const { reducedMotion = true, colorScheme = "light", touchScreen: hasTouch = false } = preferences;
-    const device = { reducedMotion: reducedMotion ? "reduce" : "no-preference", colorScheme, hasTouch, isMobile: hasTouch };
-    browser.newPage = (pageOptions) => newPage(browser, { ...device, ...pageOptions });
+    const device = {
+        reducedMotion: reducedMotion ? "reduce" : "no-preference",
+        colorScheme,
+        hasTouch: touchScreen,
+        isMobile: touchScreen,
+    };
+    browser.newPage = (pageOptions) => newPage(browser, device, pageOptions);
     return browser;
 }
 
-async function newPage(browser, { size = defaultSize, before, ...options }) {
-    const context = await browser.newContext({ viewport: { width: size[0], height: size[1] }, ...options });
-    context.setDefaultTimeout(180000); // software GL on a busy machine draws a frame a second
+async function newPage(browser, device, { size = defaultSize, deviceScaleFactor = 1, before } = {}) {
+    const viewport = { width: size[0], height: size[1] };
+    const context = await browser.newContext({ viewport, deviceScaleFactor, ...device });
+    context.setDefaultTimeout(waitLimit);
     const page = await context.newPage();
     page.consoleMessages = [];
     page.requests = [];
@@ -50,6 +56,9 @@ async function newPage(browser, { size = defaultSize, before, ...options }) {
         await page.addInitScript(before);
     }
     page.devTools = await context.newCDPSession(page);
+    // Playwright intercepts file choosers while the page has a listener, but does not wait until the browser does so.
+    page.on("filechooser", () => {});
+    await page.devTools.send("Page.setInterceptFileChooserDialog", { enabled: true });
     const setViewportSize = page.setViewportSize.bind(page);
     page.setViewportSize = ({ deviceScaleFactor, ...viewport }) =>
         deviceScaleFactor
@@ -70,10 +79,8 @@ async function newPage(browser, { size = defaultSize, before, ...options }) {
         await page.keyboard.press(key);
     };
     page.chooseFile = async (act, name, bytes) => {
-        // Playwright starts to intercept file choosers when it waits for one, but does not wait for the browser's answer.
-        await page.devTools.send("Page.setInterceptFileChooserDialog", { enabled: true });
         const [chooser] = await Promise.all([page.waitForEvent("filechooser"), act()]);
-        await chooser.setFiles({ name, mimeType: "", buffer: Buffer.from(bytes) });
+        await chooser.setFiles({ name, mimeType: "", buffer: bytes });
     };
     page.back = () => page.evaluate(() => setTimeout(() => history.back()));
     page.close = () => context.close();

@@ -3,12 +3,18 @@
 /** Size of a page in CSS pixels if a test gives none. */
 export const defaultSize = [1280, 720];
 
+/** Limit in milliseconds of each wait. Software GL on a busy machine draws a frame a second. */
+export const waitLimit = 180000;
+
 /** Runs in a page. Returns the addresses of the page and of all files that it requested. */
 export function requestedFiles() {
     return [location.href.split("#")[0], ...performance.getEntriesByType("resource").map((entry) => entry.name)];
 }
 
-/** Runs before the page's scripts. Keeps the real animation frames, because a test may replace them. */
+/**
+ * Runs before the page's scripts. Keeps the browser's requestAnimationFrame as `requestRealFrame`, because a test may
+ * replace requestAnimationFrame.
+ */
 export function keepAnimationFrames() {
     window.requestRealFrame = window.requestAnimationFrame.bind(window);
 }

@@ -3,10 +3,10 @@
 //
 // Each engine's file exports `name`, `cannot` and `launch(options)`. A launched browser has `newPage(options)` and
 // `close()`. Options of a browser: `webgl`, `camera` (an imitated camera), `touchScreen` (a touch screen in place of a
-// mouse), `reducedMotion` (true unless given) and `colorScheme` (light unless given). Options of a page: `size`,
-// `deviceScaleFactor` and `before`, a function that runs before the page's scripts. A page has these members, which are
-// named as in Playwright:
-//   goto(url), url(), reload(), back(), close(), setViewportSize({ width, height, deviceScaleFactor })
+// mouse, not in WebKit), `reducedMotion` (default: true, so that the page does not start attract mode) and
+// `colorScheme` (default: light). Options of a page: `size`, `deviceScaleFactor` and `before`, a function that runs
+// before the page's scripts. A page has these members, which are named as in Playwright:
+//   goto(url), reload(), back(), close(), setViewportSize({ width, height, deviceScaleFactor })
 //   evaluate(call, argument), waitForFunction(call, argument)   the argument must be JSON
 //   mouse.move(x, y), mouse.down({ button }), mouse.up({ button }), mouse.click(x, y), mouse.wheel(deltaX, deltaY)
 //   keyboard.down(key), keyboard.up(key), keyboard.press("Control+b")
@@ -16,10 +16,11 @@
 //   touch(type, ...points)                                      type: touchStart, touchMove, touchEnd or touchCancel;
 //                                                               points: [id, x, y], and [id] for touchEnd
 //   download(act)                                               calls `act`; returns { name, bytes } of the saved file
-//   answerDialog(key, answer)                                   presses a key that opens a dialog, and confirms it with
-//                                                               the text `answer`, or cancels it if `answer` is false
+//   answerDialog(key, answer)                                   presses a key that opens a dialog. Confirms the dialog,
+//                                                               with the text `answer` if there is one, or cancels the
+//                                                               dialog if `answer` is false
 //   chooseFile(act, name, bytes)                                calls `act`, which opens a file chooser, and chooses a
-//                                                               file
+//                                                               file with this name and these bytes
 //   consoleMessages                                             "type: text" each; complete after close()
 //   requests                                                    addresses of all requests
 

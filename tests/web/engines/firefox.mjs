@@ -5,7 +5,7 @@ import { mkdtempSync, readdirSync, readFileSync, rmSync, watch, writeFileSync } 
 import { createRequire } from "node:module";
 import { tmpdir } from "node:os";
 import { join } from "node:path";
-import { defaultSize, keepAnimationFrames, requestedFiles, untilShown } from "./common.mjs";
+import { defaultSize, keepAnimationFrames, requestedFiles, untilShown, waitLimit } from "./common.mjs";
 import { addLocators } from "./locator.mjs";
 import { startDisplay } from "./processes.mjs";
 
@@ -23,7 +23,8 @@ export const cannot = {
     leaving: "cannot move the mouse out of the page",
 };
 
-const coarsePointer = 1; // value of the preferences for the kinds of pointers
+/** Value of Firefox's preferences for pointers: only a touch screen. */
+const coarsePointer = 1;
 
 export async function launch(options = {}) {
     const { webgl = true, camera = false, touchScreen = false, reducedMotion = true, colorScheme = "light" } = options;
@@ -33,14 +34,17 @@ export async function launch(options = {}) {
         browser: "firefox",
         executablePath: process.env.FIREFOX ?? "/usr/bin/firefox-esr",
         headless: false,
-        protocolTimeout: 180000, // software GL on a busy machine draws a frame a second
+        protocolTimeout: waitLimit,
         env: { ...display.environment, ...(process.getuid() === 0 ? { MOZ_DISABLE_CONTENT_SANDBOX: "1" } : {}) },
         extraPrefsFirefox: {
             "webgl.disabled": !webgl,
             "webgl.force-enabled": true,
             "gfx.x11-egl.force-enabled": true,
             "ui.prefersReducedMotion": Number(reducedMotion),
-            ...(touchScreen && { "ui.primaryPointerCapabilities": coarsePointer, "ui.allPointerCapabilities": coarsePointer }),
+            ...(touchScreen && {
+                "ui.primaryPointerCapabilities": coarsePointer,
+                "ui.allPointerCapabilities": coarsePointer,
+            }),
             "layout.css.prefers-color-scheme.content-override": colorScheme === "dark" ? 0 : 1,
             "browser.download.folderList": 2, // the folder of the next preference
             "browser.download.dir": downloads,
@@ -62,8 +66,9 @@ export async function launch(options = {}) {
 async function newPage(browser, downloads, { size = defaultSize, deviceScaleFactor = 1, before } = {}) {
     const context = await browser.createBrowserContext();
     const real = await context.newPage();
-    real.setDefaultTimeout(180000);
+    real.setDefaultTimeout(waitLimit);
     const [consoleMessages, requests] = [[], []];
+    const folders = []; // of files that the page has opened
     const type = (kind) => (kind === "warn" ? "warning" : kind);
     real.on("console", (message) => consoleMessages.push(`${type(message.type())}: ${message.text().slice(0, 300)}`));
     real.on("pageerror", (error) => consoleMessages.push(`error: ${error}`));
@@ -78,14 +83,13 @@ async function newPage(browser, downloads, { size = defaultSize, deviceScaleFact
         consoleMessages,
         setViewportSize,
         mouse: {
-            move: (x, y, options) => real.mouse.move(x, y, options),
+            move: (x, y) => real.mouse.move(x, y),
             down: (options) => real.mouse.down(options),
             up: (options) => real.mouse.up(options),
             click: (x, y) => real.mouse.click(x, y),
             wheel: (deltaX, deltaY) => real.mouse.wheel({ deltaX, deltaY }),
         },
         goto: (url) => real.goto(url),
-        url: () => real.url(),
         reload: () => real.reload(),
         back: () => real.evaluate(() => setTimeout(() => history.back())),
         evaluate: (call, argument) => real.evaluate(call, argument),
@@ -106,15 +110,17 @@ async function newPage(browser, downloads, { size = defaultSize, deviceScaleFact
             await press(real.keyboard, key);
         },
         async chooseFile(act, name, bytes) {
-            const file = join(downloads, name);
-            writeFileSync(file, bytes);
+            const folder = mkdtempSync(join(tmpdir(), "velmora-firefox-"));
+            writeFileSync(join(folder, name), bytes);
             const [chooser] = await Promise.all([real.waitForFileChooser(), act()]);
-            await chooser.accept([file]);
+            await chooser.accept([join(folder, name)]);
+            folders.push(folder);
         },
         async close() {
             // Firefox does not report requests for files, so the page lists the files that it has loaded.
             page.requests = [...new Set([...(await real.evaluate(requestedFiles)), ...requests])];
             await context.close();
+            folders.forEach((folder) => rmSync(folder, { recursive: true }));
         },
     };
     return addLocators(page);

@@ -4,6 +4,7 @@
 
 import { readFileSync } from "node:fs";
 import { createRequire } from "node:module";
+import { waitLimit } from "./common.mjs";
 
 const { resolve } = createRequire(new URL("../../../web/package.json", import.meta.url));
 const testingLibrary = readFileSync(resolve("@testing-library/dom/dist/@testing-library/dom.umd.min.js"), "utf8");
@@ -11,28 +12,26 @@ const testingLibrary = readFileSync(resolve("@testing-library/dom/dist/@testing-
 /** Runs in a page. Adds `window.findElements`, which returns the elements that a locator describes. */
 function addFinder() {
     const { queryAllByLabelText, queryAllByRole, queryAllByText } = window.TestingLibraryDom;
-    const escape = (text) => text.replace(/[\\^$.*+?()[\]{}|/]/g, "\\$&");
-    const containing = (text) => new RegExp(escape(text), "i");
+    const textOf = ({ text, exact }) => (exact ? text : new RegExp(...text));
     const finders = {
         selector: (root, { selector }) => [...root.querySelectorAll(selector)],
-        text: (root, { text, exact }) => queryAllByText(root, exact ? text : containing(text)),
-        label: (root, { text }) => queryAllByLabelText(root, containing(text)),
-        role: (root, { role, name, exact, pressed }) =>
-            queryAllByRole(root, role, { pressed, name: exact || !name ? name : containing(name) }),
+        text: (root, { text }) => queryAllByText(root, textOf(text)),
+        label: (root, { text }) => queryAllByLabelText(root, textOf(text)),
+        role: (root, { role, name, pressed }) => queryAllByRole(root, role, { pressed, name: name && textOf(name) }),
     };
     window.findElements = (steps) =>
         steps.reduce((roots, step) => {
             const found = roots.flatMap((root) => finders[step.by](root, step));
-            return step.hasText ? found.filter((one) => new RegExp(step.hasText).test(one.textContent)) : found;
+            return step.hasText ? found.filter((one) => new RegExp(...step.hasText.text).test(one.textContent)) : found;
         }, [document.body]);
 }
 
 /**
- * Runs in a page. Waits until `find` finds exactly one element and the element stands still. Returns its middle, where a
- * click hits the element and nothing that covers it. Scrolls the element into view if necessary.
+ * Runs in a page. Waits until exactly one of the elements is visible, does not move, and is not covered at its middle.
+ * Scrolls the element into view if necessary. Returns the middle.
  */
-async function findClickPoint(find) {
-    const end = Date.now() + 30000;
+async function findClickPoint(find, limit) {
+    const end = Date.now() + limit;
     let [fault, last] = ["", ""];
     while (Date.now() < end) {
         const elements = find().filter((element) => element.checkVisibility());
@@ -42,7 +41,7 @@ async function findClickPoint(find) {
             const middle = [x + width / 2, y + height / 2];
             const top = document.elementFromPoint(...middle);
             if (!elements[0].contains(top)) {
-                fault = `${top?.outerHTML.slice(0, 200)} is at ${middle}`;
+                fault = `at its middle ${middle} is ${top?.outerHTML.slice(0, 200) ?? "the outside of the window"}`;
                 elements[0].scrollIntoView({ block: "center", behavior: "instant" });
             } else if (String(middle) === last) {
                 return middle;
@@ -51,63 +50,81 @@ async function findClickPoint(find) {
         }
         await new Promise((done) => setTimeout(done, 20));
     }
-    throw new Error(`expected one visible element that nothing covers, but ${fault}`);
+    throw new Error(`expected one visible element that nothing covers, but ${fault}. Correct the locator or the page`);
 }
 
 /** Runs in a page. Waits until `find` finds a visible element. */
-async function waitUntilVisible(find) {
-    const end = Date.now() + 30000;
+async function waitUntilVisible(find, limit) {
+    const end = Date.now() + limit;
     while (!find().some((element) => element.checkVisibility())) {
         if (Date.now() > end) {
-            throw new Error(`expected a visible element, but found ${find().length} hidden elements`);
+            const count = find().length;
+            throw new Error(`expected a visible element, but found ${count} hidden ones. Correct the locator or the page`);
         }
         await new Promise((done) => setTimeout(done, 20));
     }
 }
 
-/** Runs in a page. Gives a colour field its colour and returns false. Selects the text of other fields and returns true. */
-function prepareField(find, color) {
-    const field = find()[0];
-    field.focus();
-    if (field.type === "color") {
-        field.value = color;
-        field.dispatchEvent(new Event("input", { bubbles: true }));
-        field.dispatchEvent(new Event("change", { bubbles: true }));
-        return false;
+/** Runs in a page. Calls `use(element, argument)` with the only element that `find` finds. */
+async function useElement(find, [use, argument, limit]) {
+    const end = Date.now() + limit;
+    let elements = find();
+    while (elements.length !== 1) {
+        if (Date.now() > end) {
+            throw new Error(`expected one element, but found ${elements.length}. Correct the locator or the page`);
+        }
+        await new Promise((done) => setTimeout(done, 20));
+        elements = find();
     }
-    field.select();
-    return true;
+    return use(elements[0], argument);
+}
+
+/** Runs in a page. Gives a colour field its colour, because no key changes it. */
+function setColor(field, color) {
+    field.value = color;
+    field.dispatchEvent(new Event("input", { bubbles: true }));
+    field.dispatchEvent(new Event("change", { bubbles: true }));
+}
+
+const escape = (text) => text.replace(/[\\^$.*+?()[\]{}|/]/g, "\\$&");
+
+/** Describes a text for `addFinder`: the exact text, or the source and the flags of a regular expression. */
+function textStep(text, exact = false) {
+    const pattern = text instanceof RegExp ? [text.source, text.flags] : [escape(text), "i"];
+    return { text: exact ? text : pattern, exact };
 }
 
 class Locator {
     #page;
     #steps;
 
-    /** `page` is a page of an engine. `steps` describe the search: each step searches within the last step's elements. */
+    /**
+     * `page` is a page of an engine. `steps` describe the search. Each step searches within the previous step's
+     * elements.
+     */
     constructor(page, steps = []) {
         this.#page = page;
         this.#steps = steps;
     }
 
-    /** `hasText` is a regular expression, or a text without characters that are special in regular expressions. */
     locator(selector, { hasText } = {}) {
-        return this.#within({ by: "selector", selector, hasText: hasText?.source ?? hasText });
+        return this.#within({ by: "selector", selector, hasText: hasText && textStep(hasText) });
     }
 
     getByRole(role, { name, exact, pressed } = {}) {
-        return this.#within({ by: "role", role, name, exact, pressed });
+        return this.#within({ by: "role", role, name: name && textStep(name, exact), pressed });
     }
 
     getByText(text, { exact } = {}) {
-        return this.#within({ by: "text", text, exact });
+        return this.#within({ by: "text", text: textStep(text, exact) });
     }
 
     getByLabel(text) {
-        return this.#within({ by: "label", text });
+        return this.#within({ by: "label", text: textStep(text) });
     }
 
     async click() {
-        await this.#page.mouse.click(...(await this.#run(findClickPoint)));
+        await this.#page.mouse.click(...(await this.#run(findClickPoint, waitLimit)));
     }
 
     async press(key) {
@@ -116,58 +133,66 @@ class Locator {
     }
 
     async fill(text) {
-        if (await this.#run(prepareField, text)) {
-            for (const character of text) {
-                await this.#page.keyboard.press(character);
-            }
+        if (await this.#use((field) => field.type === "color")) {
+            return this.#use(setColor, text);
+        }
+        await this.#use((field) => (field.focus(), field.select()));
+        for (const character of text) {
+            await this.#page.keyboard.press(character);
         }
     }
 
     waitFor() {
-        return this.#run(waitUntilVisible);
+        return this.#run(waitUntilVisible, waitLimit);
     }
 
     focus() {
-        return this.#run((find) => find()[0].focus());
+        return this.#use((element) => element.focus());
     }
 
     blur() {
-        return this.#run((find) => find()[0].blur());
+        return this.#use((element) => element.blur());
     }
 
-    count() {
-        return this.#run((find) => find().length);
+    inputValue() {
+        return this.#use((element) => element.value);
+    }
+
+    textContent() {
+        return this.#use((element) => element.textContent);
+    }
+
+    getAttribute(name) {
+        return this.#use((element, wanted) => element.getAttribute(wanted), name);
+    }
+
+    boundingBox() {
+        return this.#use((element) => {
+            const { x, y, width, height } = element.getBoundingClientRect();
+            return { x, y, width, height };
+        });
     }
 
     isVisible() {
         return this.#run((find) => find().some((element) => element.checkVisibility()));
     }
 
-    inputValue() {
-        return this.#run((find) => find()[0].value);
-    }
-
-    textContent() {
-        return this.#run((find) => find()[0].textContent);
+    count() {
+        return this.#run((find) => find().length);
     }
 
     allTextContents() {
         return this.#run((find) => find().map((element) => element.textContent));
     }
 
-    getAttribute(name) {
-        return this.#run((find, wanted) => find()[0].getAttribute(wanted), name);
-    }
-
-    boundingBox() {
-        return this.#run((find) => {
-            const { x, y, width, height } = find()[0].getBoundingClientRect();
-            return { x, y, width, height };
-        });
-    }
-
     #within(step) {
         return new Locator(this.#page, [...this.#steps, step]);
+    }
+
+    /** Runs `call(element, argument)` in the page. Waits for the element, which must be the only one. */
+    #use(call, argument) {
+        const run = Function("find", "argument", `return (${useElement})(find, [${call}, argument, ${waitLimit}]);`);
+        return this.#run(run, argument);
     }
 
     /** Runs `call(find, argument)` in the page. `find` returns the elements that the locator finds at that moment. */

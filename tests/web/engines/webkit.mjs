@@ -7,7 +7,7 @@ import { createServer } from "node:net";
 import { tmpdir } from "node:os";
 import { join } from "node:path";
 import { fileURLToPath } from "node:url";
-import { defaultSize, keepAnimationFrames, requestedFiles, untilShown } from "./common.mjs";
+import { defaultSize, keepAnimationFrames, requestedFiles, untilShown, waitLimit } from "./common.mjs";
 import { addLocators } from "./locator.mjs";
 import { start, startDisplay, stop } from "./processes.mjs";
 
@@ -19,7 +19,7 @@ export const cannot = {
     imageDecoder: "has no ImageDecoder, so animated images do not move",
     heldKeys: "its WebDriver begins another stroke when the mouse moves while a key is held",
     zoom: "its zoom does not change the pixel ratio",
-    recorder: "has no encoder of videos on Debian",
+    recorder: "the installed GStreamer has no encoder for its MediaRecorder",
     printed: "cannot show a page as printed",
     keyboardLayout: "cannot press keys of other keyboard layouts",
     leaving: "cannot move the mouse out of the page",
@@ -57,12 +57,12 @@ async function newPage(environment, preferences, { size = defaultSize, deviceSca
         },
     });
     const root = `http://127.0.0.1:${port}`;
-    await untilDriverAnswers(root);
+    await repeatUntilSuccess(() => request("GET", `${root}/status`));
     const browser = { binary: browserProgram, args: ["--automation"] };
     const capabilities = { alwaysMatch: { "webkitgtk:browserOptions": browser } };
     const { sessionId } = await request("POST", `${root}/session`, { capabilities });
     const page = addLocators(new Page(`${root}/session/${sessionId}`, folder));
-    await page.send("POST", "timeouts", { script: 180000 }); // software GL on a busy machine draws a frame a second
+    await page.send("POST", "timeouts", { script: waitLimit });
     await page.setViewportSize({ width: size[0], height: size[1] });
     page.close = async () => {
         page.requests = await page.evaluate(requestedFiles);
@@ -83,11 +83,12 @@ async function freePort() {
     return port;
 }
 
-async function untilDriverAnswers(root) {
-    const end = Date.now() + 30000;
+/** Repeats a call until it succeeds. Returns its result, or throws its last error. */
+async function repeatUntilSuccess(call) {
+    const end = Date.now() + waitLimit;
     while (true) {
         try {
-            return await request("GET", `${root}/status`);
+            return await call();
         } catch (error) {
             if (Date.now() > end) {
                 throw error;
@@ -125,8 +126,12 @@ const keyCodes = {
 const buttons = { left: 0, middle: 1, right: 2 };
 
 class Page {
+    #position = { x: 0, y: 0 };
     mouse = {
-        move: (x, y) => this.#pointer({ type: "pointerMove", x: Math.round(x), y: Math.round(y), duration: 0 }),
+        move: (x, y) => {
+            this.#position = { x: Math.round(x), y: Math.round(y) };
+            return this.#pointer({ type: "pointerMove", ...this.#position, duration: 0 });
+        },
         down: ({ button = "left" } = {}) => this.#pointer({ type: "pointerDown", button: buttons[button] }),
         up: ({ button = "left" } = {}) => this.#pointer({ type: "pointerUp", button: buttons[button] }),
         click: async (x, y) => {
@@ -134,7 +139,7 @@ class Page {
             await this.mouse.down();
             await this.mouse.up();
         },
-        wheel: (deltaX, deltaY) => this.#wheel({ type: "scroll", x: 0, y: 0, deltaX, deltaY, duration: 0 }),
+        wheel: (deltaX, deltaY) => this.#wheel({ type: "scroll", ...this.#position, deltaX, deltaY, duration: 0 }),
     };
     keyboard = {
         down: (key) => this.#keys([["keyDown", key]]),
@@ -148,7 +153,7 @@ class Page {
     #folder;
     #downloads;
 
-    /** `folder` is the folder of the browser program, see webkit_browser.py. */
+    /** `folder` is the value of VELMORA_FOLDER, see webkit_browser.py. */
     constructor(session, folder) {
         this.#session = session;
         this.#folder = folder;
@@ -162,10 +167,6 @@ class Page {
     async goto(url) {
         this.address = url;
         await this.send("POST", "url", { url });
-    }
-
-    url() {
-        return this.evaluate(() => location.href);
     }
 
     back() {
@@ -229,34 +230,26 @@ class Page {
     }
 
     async answerDialog(key, answer) {
-        const pressed = this.keyboard.press(key); // the driver may answer only after the dialog is closed
-        await this.#untilDialogOpens();
+        await Promise.all([this.keyboard.press(key), this.#answer(answer)]); // the dialog may delay the press's end
+        // The dialog receives the release of the key, so the page still counts the key as held. A second press sends a
+        // repeated press, which the page ignores, and a release.
+        await this.keyboard.press(key);
+    }
+
+    async #answer(answer) {
+        await repeatUntilSuccess(() => this.send("GET", "alert/text"));
         if (typeof answer === "string") {
             await this.send("POST", "alert/text", { text: answer });
         }
         await this.send("POST", answer === false ? "alert/dismiss" : "alert/accept", {});
-        await pressed;
-        // The dialog got the release of the key. So the page takes this press for a repetition, and gets a release.
-        await this.keyboard.press(key);
-    }
-
-    async #untilDialogOpens() {
-        const end = Date.now() + 30000;
-        for (;;) {
-            try {
-                return await this.send("GET", "alert/text");
-            } catch (error) {
-                if (Date.now() > end) {
-                    throw error;
-                }
-            }
-        }
     }
 
     async chooseFile(act, name, bytes) {
-        // Under automation, WebKit cancels each file chooser. So the field opens none, and the driver gives it the file.
+        // Under automation, WebKit cancels every file chooser. So the field opens none, and the driver sets its file.
         await this.evaluate(() => {
+            const { click } = HTMLInputElement.prototype;
             HTMLInputElement.prototype.click = function () {
+                HTMLInputElement.prototype.click = click;
                 document.body.append(this); // the driver refuses fields outside the document
                 this.id = "file-field";
             };

@@ -47,7 +47,7 @@ def create_view(session):
     window = Gtk.Window(decorated=False)
     window.add(view)
     window.show_all()
-    window.present()  # without a window manager, no other program gives the window the focus
+    window.present()  # no window manager runs, so the window must request the focus itself
     return view
 
 
