@@ -179,14 +179,21 @@ void SaverWindow::dropContext() {
 
 void SaverWindow::renewContext() {
     dropContext();
-    surface = eglCreatePlatformWindowSurface(egl, config, &window, nullptr);
-    if (surface == EGL_NO_SURFACE) {
-        throw eglFailure("cannot draw into window " + hex(window));
-    }
     const EGLint version[] = {EGL_CONTEXT_CLIENT_VERSION, 2, EGL_NONE};
     context = eglCreateContext(egl, config, EGL_NO_CONTEXT, version);
-    if (context == EGL_NO_CONTEXT || !eglMakeCurrent(egl, surface, surface, context)) {
-        throw eglFailure("cannot create an OpenGL ES 2.0 context");
+    // Mesa crashes if another program destroys the window while Mesa prepares to draw into it. While the server is
+    // grabbed, it runs no commands of other programs.
+    XGrabServer(display);
+    XWindowAttributes attributes{};
+    bool canDraw = XGetWindowAttributes(display, window, &attributes) != 0;
+    if (canDraw) {
+        surface = eglCreatePlatformWindowSurface(egl, config, &window, nullptr);
+        canDraw = eglMakeCurrent(egl, surface, surface, context) == EGL_TRUE;
+    }
+    XUngrabServer(display);
+    XFlush(display);
+    if (!canDraw) {
+        throw eglFailure("cannot draw into window " + hex(window) + " with OpenGL ES 2.0");
     }
     eglSwapInterval(egl, 1);
 }
