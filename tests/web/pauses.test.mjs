@@ -133,7 +133,10 @@ test("a restart of the effect does not increase the number of GL objects", async
             }
         },
     });
-    const alive = () => page.evaluate(() => [window.alive, window.velmora.textureNames()]);
+    const alive = async () => {
+        await waitUntilIdle(page); // while the page draws, it may hold objects of two quality levels
+        return page.evaluate(() => [window.alive, window.velmora.textureNames()]);
+    };
     const first = await alive();
     for (let restart = 0; restart < 3; ++restart) {
         await waitForFrame(page, () => page.evaluate(() => window.velmora.restart()));
