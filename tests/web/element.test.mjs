@@ -1,4 +1,4 @@
-// The custom element on a page: the picture under the water, input, attributes, events, and use of shared resources.
+// Tests the custom element on a page: the picture under the water, input, attributes, events and shared resources.
 
 import assert from "node:assert/strict";
 import { after, before, test } from "node:test";
@@ -22,7 +22,7 @@ after(() => Promise.all([browser.close(), server.stop()]));
 
 const picture = `<velmora-water quality="full"><img src="320x240.bmp" alt="A test"></velmora-water>`;
 
-/** Drags the mouse from left to right in the upper half of the element. */
+/** Moves the mouse from left to right in the upper half of the element. Holds the left button if `buttons` is true. */
 async function drag(page, buttons = true, right = 240) {
     await page.mouse.move(60, 60);
     await (buttons && page.mouse.down());
@@ -62,6 +62,38 @@ test("idle water draws the picture as CSS would draw it", async () => {
         assert.ok(mean < 1.5 && ((mean < 0.1 && max < 8) || !fit.startsWith("none")), `object-fit: ${fit} must look as in CSS, but colour channels differ by ${mean} on average and by ${max} at most`);
         await close(page);
     }
+});
+
+/** Makes canvases draw nothing for an image that is not decoded, as in WebKit, which decodes in the background. */
+function drawOnlyDecoded() {
+    const decoded = new Set();
+    const { decode } = HTMLImageElement.prototype;
+    HTMLImageElement.prototype.decode = async function () {
+        const { currentSrc } = this;
+        await decode.call(this);
+        decoded.add(currentSrc);
+    };
+    const { drawImage } = CanvasRenderingContext2D.prototype;
+    CanvasRenderingContext2D.prototype.drawImage = function (image, ...box) {
+        if (image.localName !== "img" || decoded.has(image.currentSrc)) {
+            drawImage.call(this, image, ...box);
+        }
+    };
+}
+
+test("the water shows the first image and a later image, even if the browser decodes them in the background", async () => {
+    const shots = [];
+    for (const before of [() => {}, drawOnlyDecoded]) {
+        const page = await open(browser, server, picture, { before });
+        await waitUntilIdle(page);
+        const first = await shot(page);
+        await page.evaluate(() => (document.querySelector("img").src = "320x180.bmp"));
+        const later = await until(page, (now) => difference(now, first).mean > 4);
+        shots.push([first, later]);
+        await close(page);
+    }
+    const changes = [0, 1].map((at) => difference(shots[0][at], shots[1][at]).mean);
+    assert.ok(Math.max(...changes) < 1, `the frames must be the same, but colour channels differ by ${changes} on average`);
 });
 
 test("a drag draws ink, and an idle element runs no frame", async () => {
@@ -277,7 +309,7 @@ test("after a context loss, the element shows its picture again", async () => {
     await close(page, /CONTEXT_LOST/);
 });
 
-test("if WebGL or CORS is missing, one error names the cause and the plain picture stays visible", async () => {
+test("if WebGL or the CORS header is missing, one error names the cause and the plain picture stays visible", async () => {
     const other = await serve();
     const cases = [
         ["320x240.bmp", () => (window.withoutWebGl = true), /no WebGL/],

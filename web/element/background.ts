@@ -46,6 +46,13 @@ export function isDrawable(source: BackgroundSource): boolean {
     return width > 0 && height > 0 && isLoaded;
 }
 
+/** Waits until the browser has decoded an image. Until then, WebKit draws nothing on a canvas instead of the image. */
+export async function decoded(source: BackgroundSource | null): Promise<void> {
+    if (source && isImage(source)) {
+        await source.decode().catch(() => {}); // a damaged or replaced image
+    }
+}
+
 /**
  * Returns the offset of an image in its box along one axis, in CSS pixels. `text` is the computed value of
  * object-position: a length, or a percentage of `room`, the free space along this axis.

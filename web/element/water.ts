@@ -3,7 +3,7 @@
 
 import { defaultSettings, type Settings } from "../../build/web/settings";
 import { openContext } from "../engine/screen";
-import { isDrawable, type BackgroundSource } from "./background";
+import { decoded, isDrawable, type BackgroundSource } from "./background";
 import { contextPool, type PoolClient } from "./context_pool";
 import { Effect } from "./effect";
 import type { Point, StrokeOptions } from "./finger_queue";
@@ -142,7 +142,7 @@ export class Water implements PoolClient, LiveOwner {
     onBackground(): void {
         this.hasFailed = false;
         if (this.live) {
-            this.live.changeBackground();
+            void decoded(this.source).then(() => this.live?.changeBackground());
         } else {
             this.still = null;
             this.host.show(null);
@@ -247,7 +247,8 @@ export class Water implements PoolClient, LiveOwner {
     }
 
     private async openContext(turn: number): Promise<void> {
-        const effect = idleEffects.pop() ?? (await Effect.load().catch(() => null));
+        const loading = idleEffects.pop() ?? Effect.load().catch(() => null);
+        const [effect] = await Promise.all([loading, decoded(this.source)]);
         if (turn !== this.turn || !effect) {
             if (effect) {
                 idleEffects.push(effect);
