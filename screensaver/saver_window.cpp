@@ -181,19 +181,28 @@ void SaverWindow::renewContext() {
     dropContext();
     const EGLint version[] = {EGL_CONTEXT_CLIENT_VERSION, 2, EGL_NONE};
     context = eglCreateContext(egl, config, EGL_NO_CONTEXT, version);
-    // Mesa crashes if another program destroys the window while Mesa prepares to draw into it. While the server is
-    // grabbed, it runs no commands of other programs.
+    if (context == EGL_NO_CONTEXT) {
+        throw eglFailure("cannot create an OpenGL ES 2.0 context");
+    }
+    // Mesa crashes if another program destroys the window while Mesa creates a surface for it. So grab the X server: it
+    // then runs no commands of other programs.
     XGrabServer(display);
     XWindowAttributes attributes{};
-    bool canDraw = XGetWindowAttributes(display, window, &attributes) != 0;
-    if (canDraw) {
+    const bool exists = XGetWindowAttributes(display, window, &attributes) != 0;
+    if (exists) {
         surface = eglCreatePlatformWindowSurface(egl, config, &window, nullptr);
-        canDraw = eglMakeCurrent(egl, surface, surface, context) == EGL_TRUE;
     }
+    const bool canDraw =
+        surface != EGL_NO_SURFACE && eglMakeCurrent(egl, surface, surface, context) == EGL_TRUE;
     XUngrabServer(display);
     XFlush(display);
+    if (!exists) {
+        throw desktop::Failure(
+            "window " + hex(window) +
+            " does not exist any more; start the screen saver in another window");
+    }
     if (!canDraw) {
-        throw eglFailure("cannot draw into window " + hex(window) + " with OpenGL ES 2.0");
+        throw eglFailure("cannot draw into window " + hex(window));
     }
     eglSwapInterval(egl, 1);
 }
