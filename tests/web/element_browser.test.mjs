@@ -14,7 +14,7 @@ const picture = `<velmora-water quality="full">${image}</velmora-water>`;
 /** Part of the page where the touch leaves ink: left, top, right and bottom edge in pixels. */
 const inkBox = [130, 80, 170, 120];
 
-/** Touches the water and waits until the ink is visible. */
+/** Touches the water and asserts that the ink is then visible. */
 async function expectInk(page) {
     const still = await frame(page);
     await page.evaluate(() => document.querySelector("velmora-water").drop(150, 100));

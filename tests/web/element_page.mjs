@@ -147,7 +147,7 @@ export async function shot(page) {
     return decode(page, await page.screenshot());
 }
 
-/** Returns the mean and the maximum difference of a colour channel within a box of pixels. */
+/** Returns the mean and the maximum difference of the colour channels of two images within a box of pixels. */
 export function difference(one, other, [left, top, right, bottom] = [0, 0, one.width, one.height]) {
     let [sum, max] = [0, 0];
     for (let y = top; y < bottom; ++y) {

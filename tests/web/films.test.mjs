@@ -1,5 +1,5 @@
-// Tests recorded videos: their size, duration and frames, and the browser's question if the user leaves the page during
-// a recording.
+// Tests recorded videos: their size, duration and frames. Also tests the error in browsers that cannot record, and that
+// the browser asks before the user leaves a page that records.
 
 import assert from "node:assert/strict";
 import { after, before, test } from "node:test";

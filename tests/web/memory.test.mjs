@@ -15,7 +15,7 @@ async function reload(page) {
     await page.waitForFunction(() => window.velmora?.counts().frames > 0);
 }
 
-/** Drops one picture for each colour on the page. The last picture becomes the background. */
+/** Drops a picture of each colour on the page. The last picture becomes the background. */
 async function dropPictures(page, ...colors) {
     for (const color of colors) {
         await sendFiles(page, "drop", [`${color}.png`, "image/png", await makeImage(page, [9, 16], [[color, 0, 0, 9, 16]])]);

@@ -46,8 +46,9 @@ export async function close(page, excused = /^$/) {
 }
 
 /**
- * Serves the page from a local HTTP server, which sends no special headers. Returns the page's URL, `outerUrl` of a page
- * that contains the page in an iframe of 300 x 300 pixels without full screen, and `stop`.
+ * Serves the page from a local HTTP server, which sends no special headers. Returns `url` of the page, `outerUrl` of an
+ * outer page, and `stop`, which stops the server. The outer page shows the page in an iframe of 300 x 300 pixels that
+ * forbids full screen.
  */
 export async function serve() {
     const outer = `<!doctype html><body style="height: 3000px">

@@ -197,12 +197,12 @@ test("keys turn attract mode and adaptive quality on and off", async () => {
     await close(page);
 });
 
-test("a worker decodes a picture, or the page's thread if the worker does not start or fails", async () => {
-    const server = await serve(); // in WebKit, the workers of a page from disk cannot read files
+test("a worker decodes a picture, and if the worker does not start or fails, the page's thread decodes the picture", async () => {
+    const server = await serve(); // in WebKit, workers of a page from disk cannot read files
     const changes = {
         "createImageBitmap on the page's thread": () => (window.createImageBitmap = undefined),
         workers: () => (window.Worker = undefined),
-        "workers that decode": () => (window.Worker = class {
+        "a working worker": () => (window.Worker = class {
             terminate() {}
             postMessage() {
                 setTimeout(() => this.onmessage({ data: null }));

@@ -12,7 +12,7 @@ let browser;
 before(async () => (browser = await launch()));
 after(() => browser.close());
 
-/** Devices: options of the browser and options of the page. */
+/** Devices. Each has the options of the browser and the options of the page. */
 const phone = { browser: { touchScreen: true }, page: { size: [390, 844] } };
 const desktop = { browser: {}, page: { size: [1600, 900] } };
 
@@ -48,7 +48,10 @@ function faintElements(page) {
     });
 }
 
-/** Checks the page on a device with a closed and an open panel, in light and in dark colours. */
+/**
+ * Checks the accessibility of the page on a device, in light and in dark colours: first with the panel closed, then with
+ * the panel open.
+ */
 async function checkAccessibility(name, device) {
     for (const colorScheme of ["light", "dark"]) {
         const themed = await launch({ ...device.browser, colorScheme });
@@ -57,7 +60,7 @@ async function checkAccessibility(name, device) {
         const hasTouch = device === phone;
         assert.equal(/F1/.test(hint), !hasTouch, "the hint must name the key F1 only if the device has no touch screen");
         await page.evaluate(Function(axe));
-        assert.deepEqual(await violations(page), [], `${colorScheme}, closed`);
+        assert.deepEqual(await violations(page), [], `the page in ${colorScheme} colours with a closed panel must violate no rule`);
         await page.locator("#open").click();
         await page.screenshot({ path: join(screenshotFolder, `panel-${engine.name}-${name}-${colorScheme}.png`) });
         for (const section of ["Picture", "Water", "Light", "Ink"]) {
@@ -65,23 +68,23 @@ async function checkAccessibility(name, device) {
             assert.ok(box.y + box.height <= device.page.size[1], `${section} must be on the screen`);
         }
         await page.evaluate(() => document.querySelectorAll("details").forEach((each) => (each.open = true)));
-        assert.deepEqual(await violations(page), [], `${colorScheme}, open`);
+        assert.deepEqual(await violations(page), [], `the page in ${colorScheme} colours with an open panel must violate no rule`);
         assert.deepEqual(await faintElements(page), []);
         const small = await page.evaluate(() =>
             [...document.querySelectorAll("button, summary, label.setting, input[type=range], input[type=number]")]
                 .filter((one) => one.checkVisibility() && one.getBoundingClientRect().height < 40)
                 .map((one) => one.outerHTML),
         );
-        assert.ok(!hasTouch || small.length === 0, `targets on a phone must be at least 40 pixels high: ${small}`);
+        assert.ok(!hasTouch || small.length === 0, `targets on a phone must be at least 40 pixels high, but these are lower: ${small}`);
         await close(page);
         await themed.close();
     }
 }
 
-test("on a phone, the page has no accessibility violation, enough contrast, and large targets", needs("touch"), () =>
+test("on a phone, the page violates no accessibility rule, and has enough contrast and large targets", needs("touch"), () =>
     checkAccessibility("phone", phone));
 
-test("on a desktop, the page has no accessibility violation and enough contrast", () =>
+test("on a desktop, the page violates no accessibility rule, and has enough contrast", () =>
     checkAccessibility("desktop", desktop));
 
 test("the panel is on the screen and beside the toast, and its controls work by keyboard", async () => {
@@ -199,7 +202,7 @@ test("commands with letter keys work on a keyboard that has no Latin letters", n
     await close(page);
 });
 
-test("in an iframe, wheel and Tab act on the outer page, and the full screen command reports that it is not possible", async () => {
+test("in an iframe, wheel and Tab act on the outer page, and the command for full screen reports that full screen is not possible", async () => {
     const server = await serve();
     const page = await browser.newPage({ size: [400, 400] });
     await page.goto(server.outerUrl);

@@ -117,7 +117,7 @@ test("a pen touches with its measured pressure", needs("pen"), async () => {
     await close(page);
 });
 
-test("the arrow keys stir the water, and a press of the mouse ends their stroke", needs("heldKeys"), async () => {
+test("the arrow keys stir the water, and a press of a mouse button ends their stroke", needs("heldKeys"), async () => {
     const page = await openSharpPage();
     const touches = await recordTouches(page, async () => {
         await page.evaluate(() => document.getElementById("water").focus());

@@ -62,7 +62,7 @@ test("a link sets the settings, and a reset restores the settings of the link", 
     await close(page);
 });
 
-test("a shared link is short, and opens with the same settings even if other sites add parameters", async () => {
+test("a shared link is short, and opens with the same settings even if other sites add parameters to the link", async () => {
     const page = await open(browser);
     const link = await open(browser, { hash: "#look&damping=0.91&ink=0.1,0.2,0.3&waterOnly=true&utm_source=mail" });
     await assertShown(link, { damping: 0.91, ink: [0.1, 0.2, 0.3], waterOnly: true });

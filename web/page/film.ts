@@ -24,7 +24,10 @@ export class Film {
     private readonly firstFrame: Promise<void>;
     private noteFrame = () => {};
 
-    /** Starts a video with the size of `source`. Throws an Error with a message for the user if that is impossible. */
+    /**
+     * Starts a video with the size of `source`, rounded down to even sides. Throws an Error with a message for the user
+     * if the browser cannot record.
+     */
     constructor(private readonly source: HTMLCanvasElement) {
         const canvas = document.createElement("canvas");
         canvas.width = even(source.width);

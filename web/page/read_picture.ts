@@ -11,7 +11,7 @@ declare const PICTURE_WORKER: string;
 
 export type Picture = StillPicture | MovingPicture;
 
-/** Length in pixels of the longer side at which an SVG picture is drawn. */
+/** Length in pixels of the longer side of a drawn SVG picture. */
 const svgSide = 2048;
 
 /**
@@ -58,7 +58,10 @@ function resultOf(worker: Worker, ...job: Parameters<typeof decodePicture>): Pro
     });
 }
 
-/** Draws an SVG picture on the page's thread, because a worker cannot. A picture that states no size becomes square. */
+/**
+ * Draws an SVG picture on the page's thread, because a worker cannot. If the browser reports no size for the picture, the
+ * picture becomes square.
+ */
 async function drawSvg(file: Blob, screen: Size): Promise<DecodedPicture> {
     const image = new Image();
     image.src = URL.createObjectURL(file);

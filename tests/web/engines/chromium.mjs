@@ -56,7 +56,8 @@ async function newPage(browser, device, { size = defaultSize, deviceScaleFactor 
         await page.addInitScript(before);
     }
     page.devTools = await context.newCDPSession(page);
-    // Playwright intercepts file choosers while the page has a listener, but does not wait until the browser does so.
+    // While a page has a listener for file choosers, Playwright intercepts them, but does not wait until the browser
+    // has started to do so. The command below waits.
     page.on("filechooser", () => {});
     await page.devTools.send("Page.setInterceptFileChooserDialog", { enabled: true });
     const setViewportSize = page.setViewportSize.bind(page);

@@ -3,7 +3,7 @@
 /** Size of a page in CSS pixels if a test gives none. */
 export const defaultSize = [1280, 720];
 
-/** Limit in milliseconds of each wait. Software GL on a busy machine draws a frame a second. */
+/** Limit in milliseconds of each wait. It is high, because software GL on a busy machine draws one frame per second. */
 export const waitLimit = 180000;
 
 /** Runs in a page. Returns the addresses of the page and of all files that it requested. */

@@ -6,15 +6,17 @@
 // mouse, not in WebKit), `reducedMotion` (default: true, so that the page does not start attract mode) and
 // `colorScheme` (default: light). Options of a page: `size`, `deviceScaleFactor` and `before`, a function that runs
 // before the page's scripts. A page has these members, which are named as in Playwright:
-//   goto(url), reload(), back(), close(), setViewportSize({ width, height, deviceScaleFactor })
-//   evaluate(call, argument), waitForFunction(call, argument)   the argument must be JSON
+//   goto(url), reload(), close(), setViewportSize({ width, height, deviceScaleFactor })
+//   evaluate(call, argument), waitForFunction(call, argument)   the argument must be convertible to JSON
 //   mouse.move(x, y), mouse.down({ button }), mouse.up({ button }), mouse.click(x, y), mouse.wheel(deltaX, deltaY)
 //   keyboard.down(key), keyboard.up(key), keyboard.press("Control+b")
-//   locator(), getByRole(), getByText(), getByLabel()           find elements; locator.mjs lists their functions
+//   locator(), getByRole(), getByText(), getByLabel()           find elements as class Locator of locator.mjs does
 //   screenshot({ path })                                        returns the PNG file as a buffer
 // and these members of its own:
+//   back()                                                      returns to the previous page of the history
 //   touch(type, ...points)                                      type: touchStart, touchMove, touchEnd or touchCancel;
-//                                                               points: [id, x, y], and [id] for touchEnd
+//                                                               points: [id, x, y, force]; for touchEnd, the fingers
+//                                                               that stay on the screen
 //   download(act)                                               calls `act`; returns { name, bytes } of the saved file
 //   answerDialog(key, answer)                                   presses a key that opens a dialog. Confirms the dialog,
 //                                                               with the text `answer` if there is one, or cancels the

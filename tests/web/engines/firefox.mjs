@@ -23,7 +23,7 @@ export const cannot = {
     leaving: "cannot move the mouse out of the page",
 };
 
-/** Value of Firefox's preferences for pointers: only a touch screen. */
+/** Value of Firefox's pointer preferences for a device whose only pointer is a touch screen. */
 const coarsePointer = 1;
 
 export async function launch(options = {}) {
@@ -68,7 +68,7 @@ async function newPage(browser, downloads, { size = defaultSize, deviceScaleFact
     const real = await context.newPage();
     real.setDefaultTimeout(waitLimit);
     const [consoleMessages, requests] = [[], []];
-    const folders = []; // of files that the page has opened
+    const folders = []; // folders of the files that the test has chosen
     const type = (kind) => (kind === "warn" ? "warning" : kind);
     real.on("console", (message) => consoleMessages.push(`${type(message.type())}: ${message.text().slice(0, 300)}`));
     real.on("pageerror", (error) => consoleMessages.push(`error: ${error}`));

@@ -1,6 +1,6 @@
-// Finds elements of a page by role, text, label or CSS selector, and acts on them as a user does: with the mouse and
-// the keyboard. The functions are named as in Playwright, and serve the engines that Playwright does not drive. Testing
-// Library, which runs in the page, finds the elements.
+// Finds elements of a page by role, text, label or CSS selector, and clicks and types as a user does. The functions are
+// named as in Playwright. They serve the engines that Playwright cannot drive. Testing Library finds the elements; it
+// runs in the page.
 
 import { readFileSync } from "node:fs";
 import { createRequire } from "node:module";
@@ -27,30 +27,33 @@ function addFinder() {
 }
 
 /**
- * Runs in a page. Waits until exactly one of the elements is visible, does not move, and is not covered at its middle.
- * Scrolls the element into view if necessary. Returns the middle.
+ * Runs in a page. Waits until exactly one element of `find` is visible. This element must not move, and nothing may
+ * cover its middle. Scrolls the element into view if necessary. Returns its middle.
  */
 async function findClickPoint(find, limit) {
     const end = Date.now() + limit;
     let [fault, last] = ["", ""];
     while (Date.now() < end) {
         const elements = find().filter((element) => element.checkVisibility());
-        fault = `found ${elements.length} visible elements`;
+        fault = `the number of visible elements is ${elements.length}`;
         if (elements.length === 1) {
             const { x, y, width, height } = elements[0].getBoundingClientRect();
             const middle = [x + width / 2, y + height / 2];
             const top = document.elementFromPoint(...middle);
             if (!elements[0].contains(top)) {
-                fault = `at its middle ${middle} is ${top?.outerHTML.slice(0, 200) ?? "the outside of the window"}`;
+                fault = `its middle (${middle}) shows ${top?.outerHTML.slice(0, 200) ?? "nothing (outside the window)"}`;
                 elements[0].scrollIntoView({ block: "center", behavior: "instant" });
             } else if (String(middle) === last) {
                 return middle;
+            } else {
+                fault = "the element moves";
             }
             last = String(middle);
         }
         await new Promise((done) => setTimeout(done, 20));
     }
-    throw new Error(`expected one visible element that nothing covers, but ${fault}. Correct the locator or the page`);
+    const expected = "one visible element that does not move and that nothing covers";
+    throw new Error(`expected ${expected}, but ${fault}. Correct the locator or the page`);
 }
 
 /** Runs in a page. Waits until `find` finds a visible element. */
@@ -59,13 +62,13 @@ async function waitUntilVisible(find, limit) {
     while (!find().some((element) => element.checkVisibility())) {
         if (Date.now() > end) {
             const count = find().length;
-            throw new Error(`expected a visible element, but found ${count} hidden ones. Correct the locator or the page`);
+            throw new Error(`expected a visible element, but all ${count} are hidden. Correct the locator or the page`);
         }
         await new Promise((done) => setTimeout(done, 20));
     }
 }
 
-/** Runs in a page. Calls `use(element, argument)` with the only element that `find` finds. */
+/** Runs in a page. Waits until `find` finds exactly one element. Then calls `use(element, argument)`. */
 async function useElement(find, [use, argument, limit]) {
     const end = Date.now() + limit;
     let elements = find();
@@ -79,7 +82,7 @@ async function useElement(find, [use, argument, limit]) {
     return use(elements[0], argument);
 }
 
-/** Runs in a page. Gives a colour field its colour, because no key changes it. */
+/** Runs in a page. Sets the colour of a colour field, because keys cannot change it. */
 function setColor(field, color) {
     field.value = color;
     field.dispatchEvent(new Event("input", { bubbles: true }));
@@ -88,7 +91,7 @@ function setColor(field, color) {
 
 const escape = (text) => text.replace(/[\\^$.*+?()[\]{}|/]/g, "\\$&");
 
-/** Describes a text for `addFinder`: the exact text, or the source and the flags of a regular expression. */
+/** Returns a text in the form that `addFinder` expects: exact, or as source and flags of a regular expression. */
 function textStep(text, exact = false) {
     const pattern = text instanceof RegExp ? [text.source, text.flags] : [escape(text), "i"];
     return { text: exact ? text : pattern, exact };
@@ -189,7 +192,7 @@ class Locator {
         return new Locator(this.#page, [...this.#steps, step]);
     }
 
-    /** Runs `call(element, argument)` in the page. Waits for the element, which must be the only one. */
+    /** Waits until the locator finds exactly one element. Then runs `call(element, argument)` in the page. */
     #use(call, argument) {
         const run = Function("find", "argument", `return (${useElement})(find, [${call}, argument, ${waitLimit}]);`);
         return this.#run(run, argument);
@@ -209,7 +212,7 @@ class Locator {
     }
 }
 
-/** Adds Playwright's functions that find elements to a page. Returns the page. */
+/** Adds functions to the page that find elements and are named as in Playwright. Returns the page. */
 export function addLocators(page) {
     const whole = new Locator(page);
     for (const name of ["locator", "getByRole", "getByText", "getByLabel"]) {

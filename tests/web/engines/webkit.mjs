@@ -69,7 +69,7 @@ async function newPage(environment, preferences, { size = defaultSize, deviceSca
         await stop(driver);
         const lines = readFileSync(join(folder, "console"), "utf8").split("\n").slice(0, -1);
         page.consoleMessages = lines.map((line) => line.slice(0, 300));
-        rmSync(folder, { recursive: true, force: true });
+        rmSync(folder, { recursive: true, force: true, maxRetries: 20 }); // the browser may still write files
     };
     return page;
 }
@@ -231,8 +231,8 @@ class Page {
 
     async answerDialog(key, answer) {
         await Promise.all([this.keyboard.press(key), this.#answer(answer)]); // the dialog may delay the press's end
-        // The dialog receives the release of the key, so the page still counts the key as held. A second press sends a
-        // repeated press, which the page ignores, and a release.
+        // The dialog receives the keyup event, so the page still counts the key as held. A second press of the key sends
+        // a repeated keydown event, which the page ignores, and a keyup event.
         await this.keyboard.press(key);
     }
 
@@ -245,7 +245,7 @@ class Page {
     }
 
     async chooseFile(act, name, bytes) {
-        // Under automation, WebKit cancels every file chooser. So the field opens none, and the driver sets its file.
+        // Under automation, WebKit cancels every file chooser. So the driver sets the file of the field.
         await this.evaluate(() => {
             const { click } = HTMLInputElement.prototype;
             HTMLInputElement.prototype.click = function () {
