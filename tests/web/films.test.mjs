@@ -3,7 +3,9 @@
 
 import assert from "node:assert/strict";
 import { after, before, test } from "node:test";
-import { close, downloadFrom, drag, launch, needs, open, waitForCanvasWidth, waitForToast, waitUntilIdle } from "./page.mjs";
+import {
+    close, downloadFrom, drag, launch, needs, open, pageSize, waitForCanvasWidth, waitForToast, waitUntilIdle,
+} from "./page.mjs";
 
 let browser;
 before(async () => (browser = await launch()));
@@ -63,7 +65,7 @@ test("a recorded video keeps its size if the page is resized, states its duratio
     const longest = (Date.now() - start) / 1000;
     assert.match(film.name, /^velmora-film-.*\.webm$/);
     const { width, height, duration, error } = await play(page, film.bytes);
-    assert.deepEqual({ width, height, error }, { width: 270, height: 480, error: "" });
+    assert.deepEqual({ width, height, error }, { width: pageSize[0], height: pageSize[1], error: "" });
     assert.ok(duration > 0.1 && duration <= longest, `the duration must be from 0.1 to ${longest} s, not ${duration} s`);
     await close(page);
 });
@@ -80,7 +82,7 @@ test("a recorded video has a frame even if it is stopped at once or recorded dur
     const paused = await downloadFrom(page, pressF(page));
     for (const film of [instant, paused]) {
         const { width, error } = await play(page, film.bytes);
-        assert.deepEqual([width, error], [270, ""]);
+        assert.deepEqual([width, error], [pageSize[0], ""]);
     }
     await close(page);
 });

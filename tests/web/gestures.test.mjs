@@ -8,8 +8,8 @@ import { tmpdir } from "node:os";
 import { join } from "node:path";
 import { after, before, test } from "node:test";
 import {
-    close, downloadFrom, drag, launch, open, sendFiles, set, steadyClock, top, waitForCanvasWidth, waitForToast,
-    waitUntilIdle,
+    close, downloadFrom, drag, launch, open, pageSize, sendFiles, set, steadyClock, top, waitForCanvasWidth,
+    waitForToast, waitUntilIdle,
 } from "./page.mjs";
 
 let browser;
@@ -61,7 +61,7 @@ test("a shipped gesture gives the same velocities and water on the page and in t
     const page = await open(browser);
     const web = await digests(page, readFileSync(gesture, "utf8"), 40);
     const native = execFileSync(player, ["--headless", "--digest", "--script", gesture, "--frames", "40", "--size",
-        "270x480", "--out", join(tmpdir(), `velmora-page-${process.pid}`)], { encoding: "utf8" });
+        pageSize.join("x"), "--out", join(tmpdir(), `velmora-page-${process.pid}`)], { encoding: "utf8" });
     console.log(`water ${web.water} velocity ${web.velocity}`);
     assert.equal(/^velocity (\w+)$/m.exec(native)[1], web.velocity);
     assert.equal(/^water (\w+)$/m.exec(native)[1], web.water);

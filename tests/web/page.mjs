@@ -17,6 +17,9 @@ export const file = process.env.VELMORA_PAGE ?? join(top, "build/web/velmora.htm
 export const screenshotFolder = join(top, "build/page-shots");
 mkdirSync(screenshotFolder, { recursive: true });
 
+/** Default size of the page in CSS pixels. The environment variable sets another default, for example 390x844. */
+export const pageSize = (process.env.VELMORA_PAGE_SIZE ?? "270x480").split("x").map(Number);
+
 /** Script that adds the accessibility checker `axe` to a page. */
 export const axe = readFileSync(createRequire(join(top, "web/package.json")).resolve("axe-core"), "utf8");
 
@@ -26,7 +29,7 @@ export const axe = readFileSync(createRequire(join(top, "web/package.json")).res
  * for a frame and leaves adaptive quality on.
  */
 export async function open(browser, options = {}) {
-    const { size = [270, 480], url = pathToFileURL(file).href, hash = "", before, ready = true, ...others } = options;
+    const { size = pageSize, url = pathToFileURL(file).href, hash = "", before, ready = true, ...others } = options;
     const page = await browser.newPage({ size, before, ...others });
     page.address = `${url}?test${hash}`;
     await page.goto(page.address);
@@ -162,11 +165,13 @@ export function set(page, changes) {
 export function steadyClock() {
     const start = performance.now();
     const request = window.requestAnimationFrame.bind(window);
-    let shown = 0;
+    let [shown, last] = [0, 0];
     performance.now = () => start + (shown * 1000) / 60;
     window.requestAnimationFrame = (call) =>
-        request(() => {
-            ++shown;
+        request((time) => {
+            // The callbacks of one animation frame get the same time. A test that polls adds a callback to each frame.
+            shown += Number(time !== last);
+            last = time;
             call(performance.now());
         });
 }

@@ -5,9 +5,8 @@ import { after, before, test } from "node:test";
 import { readFileSync } from "node:fs";
 import { join } from "node:path";
 import {
-    close, difference, downloadFrom, drag, frames, launch, makeImage, needs, open, readFrame,
+    close, difference, downloadFrom, drag, frames, launch, makeImage, mockTime, needs, open, pageSize, readFrame,
     screenshotFolder, sendFiles, serve, set, settings, top, waitForCanvasWidth, waitForToast, waitUntilIdle,
-    mockTime,
 } from "./page.mjs";
 
 let browser;
@@ -276,7 +275,7 @@ test("a coarser mesh does not change the water, and a replay at reduced quality 
     assert.ok(coarse.triangles > 0 && coarse.triangles < all.triangles / 8);
     const [moved, apart] = [difference(flat, all.shown), difference(all.shown, coarse.shown)];
     assert.ok(apart > 0 && apart < moved / 3, `the coarse mesh must change the image by more than 0 and less than ${moved / 3} on average, not by ${apart}`);
-    assert.equal(fewer.shown.width, 270);
+    assert.equal(fewer.shown.width, pageSize[0]);
     await close(page);
 });
 
@@ -287,9 +286,9 @@ test("at a lower quality the canvas keeps its size while ink is visible, and the
     await set(page, { damping: 0.8 }); // the waves fade fast
     await page.evaluate(() => window.velmora.fixQuality(2));
     await waitUntilIdle(page); // some ink is still visible
-    assert.equal(await page.evaluate(() => window.velmora.screen().width), 270);
+    assert.equal(await page.evaluate(() => window.velmora.screen().width), pageSize[0]);
     await page.keyboard.press("c");
-    await waitForCanvasWidth(page, 203);
+    await waitForCanvasWidth(page, Math.round(0.75 * pageSize[0]));
     const apart = difference(flat, await readFrame(page));
     assert.ok(apart < 8, `the smaller canvas must show the same image, but the mean difference is ${apart} of 255`);
     await close(page);
@@ -299,7 +298,7 @@ test("at a lower quality the canvas shrinks in water-only mode, because no ink c
     const page = await open(browser, { hash: "#look=%7B%22waterOnly%22:true,%22damping%22:0.8%7D" });
     await drag(page, [60, 200], [210, 200], 3);
     await page.evaluate(() => window.velmora.fixQuality(2));
-    await waitForCanvasWidth(page, 203);
+    await waitForCanvasWidth(page, Math.round(0.75 * pageSize[0]));
     await close(page);
 });
 

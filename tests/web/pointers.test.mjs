@@ -2,7 +2,7 @@
 
 import assert from "node:assert/strict";
 import { after, before, test } from "node:test";
-import { close, downloadFrom, frames, launch, needs, open, set } from "./page.mjs";
+import { close, downloadFrom, frames, launch, needs, open, pageSize, set } from "./page.mjs";
 
 let browser;
 before(async () => (browser = await launch()));
@@ -139,7 +139,7 @@ test("the arrow keys stir the water, and a press of a mouse button ends their st
     const keys = touches.slice(0, strokes[0].split(" ").length);
     const [, startX, startY] = keys[0];
     const [, endX, endY] = keys.at(-1);
-    assert.deepEqual([startX, startY], [270, 480], "the finger must start in the middle of the canvas");
+    assert.deepEqual([startX, startY], pageSize, "the finger must start in the middle of the canvas");
     assert.ok(endX > startX + 2 && endY < startY - 2, `the finger must move right and up from ${startX}, ${startY}, but ends at ${endX}, ${endY}`);
     await close(page);
 });

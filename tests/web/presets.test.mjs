@@ -6,8 +6,8 @@ import { readdirSync, readFileSync } from "node:fs";
 import { join } from "node:path";
 import { after, before, test } from "node:test";
 import {
-    close, difference, drag, launch, open, readFrame, screenshotFolder, sendFiles, serve, settings, top,
-    waitForToast,
+    close, difference, drag, launch, open, pageSize, readFrame, screenshotFolder, sendFiles, serve, settings,
+    top, waitForToast,
 } from "./page.mjs";
 
 let browser;
@@ -138,7 +138,8 @@ test("the panel's presets, inks, toggles and buttons work", async () => {
     await assertShown(page, shipped("default"));
     await button("tap").click();
     await page.waitForFunction(() => window.velmora.isReplaying());
-    await page.locator(".frame-times", { hasText: /\d frames\/s, [\d.]+ ms of script per frame, 270 × 480/ }).waitFor();
+    const times = String.raw`\d frames/s, [\d.]+ ms of script per frame, ${pageSize.join(" × ")}`;
+    await page.locator(".frame-times", { hasText: new RegExp(times) }).waitFor();
     await close(page);
 });
 
