@@ -96,6 +96,23 @@ test("the water shows the first image and a later image, even if the browser dec
     assert.ok(Math.max(...changes) < 1, `the frames must be the same, but colour channels differ by ${changes} on average`);
 });
 
+test("the water shows the old image until the new image is loaded, and no image if the new image is missing", async () => {
+    const plain = await open(browser, server, picture.replace("320x240", "320x180"));
+    await waitUntilIdle(plain);
+    const expected = await frame(plain);
+    await close(plain);
+    const page = await open(browser, server, picture);
+    await waitUntilIdle(page);
+    const first = await frame(page);
+    await page.evaluate(() => (document.querySelector("img").src = "320x180.bmp?slow"));
+    const next = await until(page, (now) => difference(now, first).mean > 4);
+    const { mean } = difference(next, expected);
+    assert.ok(mean < 1, `the first different frame must show the new image, but colour channels differ by ${mean} on average`);
+    await page.evaluate(() => (document.querySelector("img").src = "missing.bmp"));
+    await until(page, (now) => now.pixel(150, 100).every((channel) => channel > 240)); // the page's white
+    await close(page, /404|missing/);
+});
+
 test("a drag draws ink, and an idle element runs no frame", async () => {
     const page = await open(browser, server, picture);
     await waitUntilIdle(page);

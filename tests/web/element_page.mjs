@@ -31,16 +31,19 @@ export function testImage(width, height) {
     return bytes;
 }
 
-/** Serves the element, test images and pages. `pages` maps a path to the HTML of its body. */
+/**
+ * Serves the element, test images and pages. `pages` maps a path to the HTML of its body. Delays the response by half a
+ * second if the address ends in "?slow".
+ */
 export async function serve(headers = {}) {
     const pages = new Map();
     const server = createServer((request, response) => {
-        const path = request.url.split("?")[0];
+        const [path, query] = request.url.split("?");
         const file = [join(elementFolder, path), join(top, "gestures", path)].find((name) => existsSync(name));
         const size = path.match(/^\/(\d+)x(\d+)\.bmp$/);
         const body = pages.get(path) ?? (size && testImage(+size[1], +size[2])) ?? (file && readFileSync(file));
         response.writeHead(body ? 200 : 404, { "Content-Type": types[extname(path) || ".html"] ?? "text/plain", ...headers });
-        response.end(body ?? "");
+        setTimeout(() => response.end(body ?? ""), query === "slow" ? 500 : 0);
     });
     await new Promise((resolve) => server.listen(0, "127.0.0.1", resolve));
     server.unref(); // otherwise a failed test would keep the process running

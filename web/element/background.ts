@@ -46,11 +46,16 @@ export function isDrawable(source: BackgroundSource): boolean {
     return width > 0 && height > 0 && isLoaded;
 }
 
-/** Waits until the browser has decoded an image. Until then, WebKit draws nothing on a canvas instead of the image. */
-export async function decoded(source: BackgroundSource | null): Promise<void> {
+/**
+ * Waits until the browser has decoded an image. Until then, WebKit draws nothing on a canvas instead of the image.
+ * Resolves to false if the browser still loads the image. Its event "load" or "error" will follow.
+ */
+export async function decoded(source: BackgroundSource | null): Promise<boolean> {
     if (source && isImage(source)) {
         await source.decode().catch(() => {}); // a damaged or replaced image
+        return source.complete;
     }
+    return true;
 }
 
 /**

@@ -6,11 +6,13 @@ const sourceNames = "img, video, canvas";
 /** Attributes of a child that change its image or the box in which it is drawn. */
 const watchedAttributes = ["src", "srcset", "sizes", "media", "class", "style", "width", "height", "slot"];
 /** Events of a child that change its image. These events do not bubble, so the listeners use the capture phase. */
-const watchedEvents = ["load", "loadeddata", "resize", "seeked", "emptied", "play"];
+const watchedEvents = ["load", "error", "loadeddata", "resize", "seeked", "emptied", "play"];
 
 export class BackgroundWatch {
     private readonly observer: MutationObserver;
-    private readonly changed = () => this.onChange();
+    /** Ignores the custom element's own event "error". */
+    private readonly changed = (change: Event | MutationRecord[]) =>
+        (change as Event).target === this.host || this.onChange();
 
     /**
      * `host` is the custom element. `fallback` is the background if `host` has no child that is an image, video or

@@ -142,7 +142,7 @@ export class Water implements PoolClient, LiveOwner {
     onBackground(): void {
         this.hasFailed = false;
         if (this.live) {
-            void decoded(this.source).then(() => this.live?.changeBackground());
+            void decoded(this.source).then((isLoaded) => isLoaded && this.live?.changeBackground());
         } else {
             this.still = null;
             this.host.show(null);
