@@ -15,7 +15,6 @@ export const name = "firefox";
 export const cannot = {
     touchForce: "its WebDriver can neither set the pressure of a touch nor cancel it",
     touchScroll: "touches of its WebDriver do not scroll",
-    shownCode: "the example code is tested in Chromium only",
     printed: "cannot show a page as printed",
     keyboardLayout: "cannot press keys of other keyboard layouts",
     pen: "cannot press with a pen",

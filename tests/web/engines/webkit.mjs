@@ -14,7 +14,6 @@ import { start, startDisplay, stop } from "./processes.mjs";
 export const name = "webkit";
 export const cannot = {
     touch: "its WebDriver sends touches as a mouse",
-    shownCode: "the example code is tested in Chromium only",
     pen: "cannot press with a pen",
     imageDecoder: "has no ImageDecoder, so animated images do not move",
     heldKeys: "its WebDriver begins another stroke when the mouse moves while a key is held",
@@ -37,8 +36,27 @@ gtk-application-prefer-dark-theme=${Number(colorScheme === "dark")}
     return { newPage: (options) => newPage(environment, preferences, options), close: () => display.stop() };
 }
 
-/** Opens a page in a new browser, so that pages share no storage. */
-async function newPage(environment, preferences, { size = defaultSize, deviceScaleFactor = 1, before } = {}) {
+/** Maximum time in milliseconds in which a new browser must draw its first animation frame. */
+const firstFrameLimit = 20000;
+
+/**
+ * Opens a page in a new browser, so that pages share no storage. Sometimes a new browser draws no frames at all, so a
+ * browser that draws no empty page is replaced by another one.
+ */
+async function newPage(...options) {
+    while (true) {
+        const page = await startBrowser(...options);
+        const frame = page.evaluate(() => new Promise((resolve) => requestAnimationFrame(() => resolve(true))));
+        const limit = new Promise((resolve) => setTimeout(resolve, firstFrameLimit));
+        if (await Promise.race([frame.catch(() => false), limit])) {
+            return page;
+        }
+        console.log("The browser has drawn no frame, so it is replaced by a new browser");
+        await page.quit();
+    }
+}
+
+async function startBrowser(environment, preferences, { size = defaultSize, deviceScaleFactor = 1, before } = {}) {
     const folder = mkdtempSync(join(tmpdir(), "velmora-webkit-"));
     mkdirSync(join(folder, "downloads"));
     mkdirSync(join(folder, "gtk-3.0"));
@@ -64,12 +82,20 @@ async function newPage(environment, preferences, { size = defaultSize, deviceSca
     const page = addLocators(new Page(`${root}/session/${sessionId}`, folder));
     await page.send("POST", "timeouts", { script: waitLimit });
     await page.setViewportSize({ width: size[0], height: size[1] });
+    page.quit = async () => {
+        await stop(driver);
+        try {
+            rmSync(folder, { recursive: true, force: true, maxRetries: 20 });
+        } catch {
+            // The processes of the browser end later than the driver, and may still write files.
+        }
+    };
     page.close = async () => {
         page.requests = await page.evaluate(requestedFiles);
         await stop(driver);
         const lines = readFileSync(join(folder, "console"), "utf8").split("\n").slice(0, -1);
         page.consoleMessages = lines.map((line) => line.slice(0, 300));
-        rmSync(folder, { recursive: true, force: true, maxRetries: 20 }); // the browser may still write files
+        await page.quit();
     };
     return page;
 }
