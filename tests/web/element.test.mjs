@@ -46,7 +46,7 @@ async function until(page, isFulfilled) {
 }
 
 test("idle water draws the picture as CSS would draw it", async () => {
-    for (const fit of ["fill", "cover; object-position: 10% 80%", "contain", "none; object-position: 7px 100%"]) {
+    for (const fit of ["fill", "cover; object-position: 10% 80%", "contain", "none; object-position: right 7px bottom -20px"]) {
         const image = `<img src="320x180.bmp" alt="" class="fitted">`;
         server.pages.set("/fit.css", `.fitted { display: block; width: 300px !important; height: 200px; object-fit: ${fit} !important }`);
         const link = `<link rel="stylesheet" href="fit.css">`;
@@ -108,6 +108,18 @@ test("the water shows the old image until the new image is loaded, and no image 
     const next = await until(page, (now) => difference(now, first).mean > 4);
     const { mean } = difference(next, expected);
     assert.ok(mean < 1, `the first different frame must show the new image, but colour channels differ by ${mean} on average`);
+    // Replaces the image while the water waits for its decoding and opens its GL context.
+    const replaceOnce = () => {
+        const { decode } = HTMLImageElement.prototype;
+        HTMLImageElement.prototype.decode = async function () {
+            HTMLImageElement.prototype.decode = decode;
+            this.src = "320x180.bmp?slow";
+        };
+    };
+    const opening = await open(browser, server, picture, { before: replaceOnce });
+    const opened = difference(await frame(opening), expected).mean;
+    assert.ok(opened < 1, `the first frame must show the new image, but colour channels differ by ${opened} on average`);
+    await close(opening);
     await page.evaluate(() => (document.querySelector("img").src = "missing.bmp"));
     await until(page, (now) => now.pixel(150, 100).every((channel) => channel > 240)); // the page's white
     await close(page, /404|missing/);
@@ -152,8 +164,10 @@ test("a vertical swipe scrolls the page, but with pointer=capture it touches the
         await page.touch("touchEnd");
     };
     await page.evaluate(() => (document.querySelector("velmora-water").pointer = "capture"));
+    await waitUntilIdle(page);
+    const still = await frame(page);
     await swipe();
-    await page.evaluate(() => new Promise((resolve) => requestAnimationFrame(() => requestAnimationFrame(resolve))));
+    await until(page, (now) => difference(still, now, [140, 40, 160, 180]).mean > 4);
     assert.equal(await page.evaluate(() => scrollY), 0);
     await page.evaluate(() => (document.querySelector("velmora-water").pointer = "drag"));
     await swipe();
@@ -161,12 +175,22 @@ test("a vertical swipe scrolls the page, but with pointer=capture it touches the
     await close(page);
 });
 
-test("children in the slot `over` stay clickable above the water", async () => {
+test("children in the slot `over` stay clickable above the water, and their changes draw no frame", async () => {
     const body = picture.replace("</velmora-water>", `<button slot="over">Go somewhere</button></velmora-water>`);
     const page = await open(browser, server, body);
     await page.evaluate(() => document.querySelector("button").addEventListener("click", () => window.seen.push("click")));
     await page.mouse.click(10, 10);
     assert.ok((await page.evaluate(() => window.seen)).includes("click"));
+    await waitUntilIdle(page);
+    const drawn = await page.evaluate(async () => {
+        const before = window.animationFrames;
+        document.querySelector("button").style.opacity = "0.5";
+        document.querySelector("button").textContent = "Go elsewhere";
+        document.querySelector("velmora-water").style.opacity = "0.9";
+        await new Promise((resolve) => setTimeout(resolve, 300));
+        return window.animationFrames - before;
+    });
+    assert.equal(drawn, 0);
     await close(page);
 });
 
@@ -234,15 +258,17 @@ test("the water shows a picture that is added or changed later", async () => {
     await close(page);
 });
 
-test("twenty elements share eight GL contexts, and an element without a context gets one when it is touched", async () => {
+test("twenty elements share eight GL contexts, and an element without a context gets one for a touch of a script", async () => {
     const page = await open(browser, server, picture.repeat(20), { size: [300, 4000], ready: 8 });
     const live = () => page.evaluate(() => [...document.querySelectorAll("velmora-water")].map((water) => water.live));
     const isLive = await live();
     assert.equal(isLive.filter(Boolean).length, 8);
     assert.equal(await page.evaluate(() => window.liveContexts()), 8);
     const waiting = isLive.lastIndexOf(false);
+    const still = await frame(page, isLive.lastIndexOf(true));
     await page.evaluate((at) => document.querySelectorAll("velmora-water")[at].drop(100, 100), waiting);
-    await page.waitForFunction((at) => document.querySelectorAll("velmora-water")[at].live, waiting);
+    const apart = difference(still, await frame(page, waiting), [90, 90, 110, 110]).mean;
+    assert.ok(apart > 4, `the touch must leave ink, but the mean change of a channel is ${apart}`);
     assert.equal((await live()).filter(Boolean).length, 8);
     await page.evaluate(() => [...document.querySelectorAll("velmora-water")].slice(0, 15).forEach((water) => water.remove()));
     await page.waitForFunction(() => [...document.querySelectorAll("velmora-water")].every((water) => water.live));
@@ -263,12 +289,26 @@ test("an element outside the viewport releases its GL context and shows its last
     await close(page);
 });
 
-test("adding, moving and removing elements a hundred times leaves no GL context and no event listener behind", async () => {
-    const page = await open(browser, server, picture);
+/** Counts the listeners of events of the window and the document in `window.listeners`. */
+function countListeners() {
+    window.listeners = 0;
+    for (const target of [window, document]) {
+        const add = target.addEventListener;
+        target.addEventListener = function (type, call, options) {
+            ++window.listeners;
+            options?.signal?.addEventListener("abort", () => --window.listeners);
+            add.call(target, type, call, options);
+        };
+    }
+}
+
+test("adding, moving and removing an element a thousand times leaves no GL context and no event listener behind", async () => {
+    const page = await open(browser, server, picture, { before: countListeners });
+    const listeners = await page.evaluate(() => window.listeners);
     const contexts = await page.evaluate(async () => {
         const water = document.querySelector("velmora-water");
         const tick = () => new Promise((resolve) => setTimeout(resolve, 10));
-        for (let turn = 0; turn < 100; ++turn) {
+        for (let turn = 0; turn < 1000; ++turn) {
             water.remove();
             await (turn % 10 || tick());
             document.body.append(water);
@@ -279,6 +319,7 @@ test("adding, moving and removing elements a hundred times leaves no GL context 
     });
     assert.ok(contexts <= 1, `at most one GL context must be alive, not ${contexts}`);
     await page.waitForFunction(() => document.querySelector("velmora-water").live);
+    assert.equal(await page.evaluate(() => window.listeners), listeners);
     const moved = await page.evaluate(() => {
         const inner = document.createElement("iframe");
         document.body.prepend(inner);
@@ -338,8 +379,13 @@ test("if WebGL or the CORS header is missing, one error names the cause and the 
         await waitForEvent(page, "error");
         const seen = await page.evaluate(() => window.seen);
         assert.ok(seen.length === 1 && message.test(seen[0]), `${seen}`);
-        const colors = (await shot(page)).pixel(280, 180);
-        assert.ok(colors[0] > 120 && colors[1] > 100, `${colors}`);
+        const [red, green, blue] = (await shot(page)).pixel(280, 180);
+        assert.ok(red > 170 && red < 200 && green > 160 && green < 185 && blue < 170, `${[red, green, blue]}`);
+        const isFocusable = () => document.querySelector("velmora-water").shadowRoot.querySelector("[aria-hidden=true][tabindex='0']");
+        assert.equal(await page.evaluate(isFocusable), null, "a part that is hidden from screen readers must not have the focus");
+        await page.evaluate(() => (document.querySelector("velmora-water").style.opacity = "0.9"));
+        await page.evaluate(() => new Promise((resolve) => setTimeout(resolve, 300)));
+        assert.equal(await page.evaluate(() => window.seen.length), 1, "a later change must not repeat the error");
         assert.equal(await page.evaluate(() => window.liveContexts()), 0);
         await close(page);
     }
@@ -370,6 +416,7 @@ test("attributes and properties set the same settings, and a bad value gives one
         water.waterOnly = true;
         water.preset = `{"ripple": 1, "fresnel": 2}`;
         water.ripple = null;
+        water.ink = "var(--brand)";
         return { before, after: water.settings, speed: water.getAttribute("wave-speed"), only: water.hasAttribute("water-only") };
     });
     assert.deepEqual([result.before.ripple, result.before.ink, result.before.meshDetail], [5, [1, 0, 0], 120]);
@@ -377,9 +424,42 @@ test("attributes and properties set the same settings, and a bad value gives one
     assert.deepEqual([result.speed, result.only], ["0.7", true]);
     assert.deepEqual([result.after.ripple, result.after.fresnel, result.after.waveSpeed], [1, 2, 0.7]);
     const warnings = await close(page, /^warning:/);
-    assert.equal(warnings.length, 3, `${warnings}`); // two for damping, because each preset has another value
+    assert.equal(warnings.length, 4, `${warnings}`); // two for damping, because each preset has another value
+    assert.match(warnings.join("\n"), /ink="var\(--brand\)" is not valid. Expected a CSS colour/);
     assert.match(warnings.join("\n"), /damping="7" is not valid. Expected a number from 0.8 to 0.999. 0.98 is used instead/);
     assert.match(warnings.join("\n"), /pointer="fly" is not valid. Expected drag, hover, none, capture. drag is used instead/);
+});
+
+test("a property that the page sets before the script of the element runs takes effect", async () => {
+    const early = `<script>document.querySelector("velmora-water").waterOnly = true</script>`;
+    const page = await open(browser, server, picture + early);
+    const set = () => [document.querySelector("velmora-water").settings.waterOnly, document.querySelector("velmora-water").outerHTML];
+    const [isOn, html] = await page.evaluate(set);
+    assert.ok(isOn && html.includes("water-only"), html);
+    await close(page);
+});
+
+test("a touch of the user ends a stroke of a script and begins another stroke", async () => {
+    const page = await open(browser, server, picture);
+    await page.evaluate(() => {
+        const water = document.querySelector("velmora-water");
+        water.startRecording();
+        window.stroke = water.stroke([{ x: 30, y: 40 }, { x: 200, y: 40 }], { duration: 60000 });
+    });
+    const count = () => page.evaluate(() => window.animationFrames);
+    const start = await count();
+    await page.waitForFunction((wanted) => window.animationFrames > wanted, start + 5);
+    await page.mouse.click(250, 150);
+    const script = await page.evaluate(async () => {
+        await window.stroke; // must resolve
+        const water = document.querySelector("velmora-water");
+        water.paused = true;
+        await water.toBlob(); // must resolve although the paused water draws no frames
+        return water.stopRecording();
+    });
+    const touches = [...script.matchAll(/^\d+ (down|up) (\S+) (\S+)/gm)].map(([, action, x, y]) => [action, Number(x) > 200, Number(y)]);
+    assert.deepEqual(touches.slice(-4), [["down", false, 40], ["up", false, 40], ["down", true, 150], ["up", true, 150]]);
+    await close(page);
 });
 
 test("a recorded stroke is replayed, and a faulty gesture is refused", async () => {
@@ -401,18 +481,23 @@ test("a recorded stroke is replayed, and a faulty gesture is refused", async () 
     await close(page);
 });
 
-test("createWater draws on a canvas of the page", async () => {
+test("createWater draws on a canvas of the page, again after destroy, and rejects an unknown preset", async () => {
     const page = await open(browser, server, `<canvas class="mine"></canvas><img src="320x240.bmp" alt="">`, { ready: 0 });
     await page.waitForFunction(() => window.velmora && document.querySelector("img").complete);
-    const ends = await page.evaluate(async () => {
+    const [sizes, fault] = await page.evaluate(async () => {
         const canvas = document.querySelector("canvas");
-        const water = await window.velmora.createWater(canvas, { preset: "lagoon", background: document.querySelector("img") });
-        const blob = await water.toBlob();
-        water.destroy();
-        return [blob.size, window.liveContexts()];
+        const sizes = [];
+        for (let turn = 0; turn < 2; ++turn) {
+            const options = { preset: "lagoon", background: document.querySelector("img") };
+            const water = await window.velmora.createWater(canvas, options);
+            sizes.push((await water.toBlob()).size);
+            water.destroy();
+        }
+        return [sizes, await window.velmora.createWater(canvas, { preset: "fog" }).catch((error) => error.message)];
     });
-    assert.ok(ends[0] > 1000);
-    assert.equal(ends[1], 0);
+    assert.ok(sizes[0] > 1000);
+    assert.equal(sizes[1], sizes[0]);
+    assert.match(fault, /^expected .*lagoon/);
     await close(page);
 });
 

@@ -136,12 +136,12 @@ export async function decode(page, png) {
     return { width, height, pixel: (x, y) => [...bytes.subarray(4 * (width * y + x), 4 * (width * y + x) + 3)] };
 }
 
-/** Returns the current frame of the page's first custom element, decoded from the result of `toBlob`. */
-export async function frame(page) {
-    const text = await page.evaluate(async () => {
-        const blob = await document.querySelector("velmora-water").toBlob();
+/** Returns the current frame of the page's custom element number `index`, decoded from the result of `toBlob`. */
+export async function frame(page, index = 0) {
+    const text = await page.evaluate(async (at) => {
+        const blob = await document.querySelectorAll("velmora-water")[at].toBlob();
         return btoa(String.fromCharCode(...new Uint8Array(await blob.arrayBuffer())));
-    });
+    }, index);
     return decode(page, Buffer.from(text, "base64"));
 }
 

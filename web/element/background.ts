@@ -60,11 +60,12 @@ export async function decoded(source: BackgroundSource | null): Promise<boolean>
 
 /**
  * Returns the offset of an image in its box along one axis, in CSS pixels. `text` is the computed value of
- * object-position: a length, or a percentage of `room`, the free space along this axis.
+ * object-position: a length, a percentage of `room`, or their sum, for example calc(100% - 10px). `room` is the free
+ * space along this axis.
  */
 function positionOf(text: string, room: number): number {
-    const number = parseFloat(text) || 0;
-    return text.endsWith("%") ? (number / 100) * room : number;
+    const terms = [...text.matchAll(/([+-]?) ?([\d.]+)(%|px)/g)];
+    return terms.reduce((sum, [, sign, number, unit]) => sum + Number(sign! + number) * (unit === "%" ? room / 100 : 1), 0);
 }
 
 /**
@@ -80,7 +81,7 @@ function fittedBox(source: BackgroundSource, content: Box, fit: string, position
     const isStretched = fit === "fill";
     const width = isStretched ? content.width : natural.width * scale;
     const height = isStretched ? content.height : natural.height * scale;
-    const [x = "50%", y = "50%"] = position.split(" ");
+    const [x = "50%", y = "50%"] = position.split(/ (?![^(]*\))/);
     return {
         x: content.x + positionOf(x, content.width - width),
         y: content.y + positionOf(y, content.height - height),

@@ -10,9 +10,7 @@ const watchedEvents = ["load", "error", "loadeddata", "resize", "seeked", "empti
 
 export class BackgroundWatch {
     private readonly observer: MutationObserver;
-    /** Ignores the custom element's own event "error". */
-    private readonly changed = (change: Event | MutationRecord[]) =>
-        (change as Event).target === this.host || this.onChange();
+    private readonly onEvent = ({ target }: Event) => this.isBelowWater(target as Node) && this.onChange();
 
     /**
      * `host` is the custom element. `fallback` is the background if `host` has no child that is an image, video or
@@ -23,22 +21,26 @@ export class BackgroundWatch {
         private readonly fallback: HTMLImageElement,
         private readonly onChange: () => void,
     ) {
-        this.observer = new MutationObserver(this.changed);
+        this.observer = new MutationObserver((records) => {
+            if (records.some((record) => this.concernsBackground(record))) {
+                this.onChange();
+            }
+        });
     }
 
     start(): void {
         this.observer.observe(this.host, { childList: true, subtree: true, attributeFilter: watchedAttributes });
         for (const type of watchedEvents) {
-            this.host.addEventListener(type, this.changed, true);
-            this.fallback.addEventListener(type, this.changed);
+            this.host.addEventListener(type, this.onEvent, true);
+            this.fallback.addEventListener(type, this.onEvent);
         }
     }
 
     stop(): void {
         this.observer.disconnect();
         for (const type of watchedEvents) {
-            this.host.removeEventListener(type, this.changed, true);
-            this.fallback.removeEventListener(type, this.changed);
+            this.host.removeEventListener(type, this.onEvent, true);
+            this.fallback.removeEventListener(type, this.onEvent);
         }
     }
 
@@ -54,6 +56,18 @@ export class BackgroundWatch {
             }
         }
         return this.fallback.hasAttribute("src") ? this.fallback : null;
+    }
+
+    /** Returns true if a node is not the custom element itself, and not in one of its slots. */
+    private isBelowWater(node: Node): boolean {
+        return node !== this.host && ![...this.host.children].some((child) => child.slot && child.contains(node));
+    }
+
+    /** Returns false for changes that occur often but leave the background as it is, for example an animated overlay. */
+    private concernsBackground({ target, attributeName }: MutationRecord): boolean {
+        return target === this.host
+            ? attributeName === null || attributeName === "class"
+            : attributeName === "slot" || this.isBelowWater(target);
     }
 
     /** Text that describes the background, for assistive technology such as screen readers. */

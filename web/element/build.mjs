@@ -53,7 +53,7 @@ await bundle("index.ts", "velmora.js");
 await bundle("gesture_program.ts", "velmora-gestures.js");
 // The same file runs as a module and as a classic script. The enclosing function keeps the file's variables out of the
 // global scope of the page.
-await bundle("script.ts", "velmora-element.js", { banner: { js: "(()=>{\"use strict\";" }, footer: { js: "})();" } });
+await bundle("script.ts", "velmora-element.js", { banner: { js: "(()=>{" }, footer: { js: "})();" } });
 writeFileSync(
     join(output, "element.js"),
     `import { VelmoraWater } from "./velmora.js";

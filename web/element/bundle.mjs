@@ -5,6 +5,7 @@ import { mkdtempSync, readFileSync, readdirSync, rmSync, writeFileSync } from "n
 import { tmpdir } from "node:os";
 import { dirname, join } from "node:path";
 import { fileURLToPath } from "node:url";
+import { transform } from "esbuild";
 import { renamed } from "./wasm_names.mjs";
 
 const here = dirname(fileURLToPath(import.meta.url));
@@ -50,6 +51,10 @@ export function elementBundle(buildFolder, { hasGestures = false, shortNames = {
             onLoad({ filter: /\.wasm$/, namespace: "generated" }, ({ path }) => ({
                 contents: `export default "${compressedModule(join(buildFolder, path), path === elementModule ? shortNames : {}).toString("base64")}";`,
             }));
+            onLoad({ filter: /\.css$/ }, async ({ path }) => {
+                const { code } = await transform(readFileSync(path, "utf8"), { loader: "css", minify: true });
+                return { contents: code.trim(), loader: "text" };
+            });
             onLoad({ filter: /-presets$/, namespace: "generated" }, () => ({
                 contents: `export default ${JSON.stringify(presets())};`,
             }));

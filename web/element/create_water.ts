@@ -21,7 +21,10 @@ export class CanvasWater extends EventTarget {
     private readonly water: Water;
     private background: BackgroundSource | null;
 
-    constructor(canvas: HTMLCanvasElement, options: WaterOptions = {}) {
+    constructor(
+        private readonly canvas: HTMLCanvasElement,
+        options: WaterOptions = {},
+    ) {
         super();
         this.background = options.background ?? null;
         const source = () => this.background;
@@ -50,6 +53,8 @@ export class CanvasWater extends EventTarget {
             this.water.setQuality(quality);
         }
         Object.assign(this.water.state, state);
+        // As in the element, a vertical swipe scrolls the page, unless it touches the water.
+        this.canvas.style.touchAction = this.water.state.pointer === "capture" ? "none" : "pan-y";
         this.water.update();
         if (background) {
             this.background = background;
@@ -97,14 +102,17 @@ export class CanvasWater extends EventTarget {
         return this.water.toBlob();
     }
 
-    /** Ends the water and gives the canvas's GL context back to the browser. */
+    /** Ends the water. The canvas can then be used again. */
     destroy(): void {
         this.water.disconnect();
     }
 }
 
-/** Creates water on a canvas. Resolves after the water's first frame. Rejects if the browser cannot draw water. */
-export function createWater(canvas: HTMLCanvasElement, options: WaterOptions = {}): Promise<CanvasWater> {
+/**
+ * Creates water on a canvas. Resolves after the water's first frame, so the canvas must be visible. Rejects if the
+ * browser cannot draw water, or if the preset is invalid.
+ */
+export async function createWater(canvas: HTMLCanvasElement, options: WaterOptions = {}): Promise<CanvasWater> {
     const water = new CanvasWater(canvas, options);
     return new Promise((resolve, reject) => {
         water.addEventListener("ready", () => resolve(water), { once: true });

@@ -1,7 +1,7 @@
 // The effect: an instance of the element's WebAssembly module, which draws in a WebGL context. Wraps the functions of
 // exports.cpp in typed methods.
 
-import { numbersOf, settingCount, type Ink, type Settings } from "../../build/web/settings";
+import { numbersOf, settingCount, type Settings } from "../../build/web/settings";
 import { Session, type SessionExports } from "../engine/session";
 import type { Size } from "../engine/size";
 import { GlImports } from "./gl_imports";
@@ -10,7 +10,6 @@ import { instantiate, type ModuleMemory } from "./wasm_module";
 /** Functions of exports.cpp. Arrays are addresses; returned booleans are 0 or 1. */
 interface Exports extends SessionExports, ModuleMemory {
     setSettings(numbers: number): void;
-    getInk(ink: number): void;
     restart(width: number, height: number): void;
     bindBackground(): void;
     setBackground(width: number, height: number, rgba: number): void;
@@ -52,10 +51,15 @@ export class Effect extends Session<Exports> {
         return effect;
     }
 
-    /** Makes the effect draw in this context from now on. The context must be new or restored. */
+    /** Makes the effect draw in this context from now on. The context must have no objects of another effect. */
     attach(gl: WebGLRenderingContext): void {
         this.glImports.forget();
         this.glImports.gl = gl;
+    }
+
+    /** Deletes the effect's objects in its context. */
+    detach(): void {
+        this.glImports.deleteAll();
     }
 
     /** Restarts the effect with flat water and no ink. A running recording ends; a running replay continues. */
@@ -85,13 +89,6 @@ export class Effect extends Session<Exports> {
     set settings(settings: Settings) {
         this.doubles(this.settingsBuffer, settingCount).set(numbersOf(settings));
         this.module.setSettings(this.settingsBuffer);
-    }
-
-    /** Current ink colour. A replay can change it. */
-    get ink(): Ink {
-        this.module.getInk(this.settingsBuffer);
-        const [red = 0, green = 0, blue = 0] = this.doubles(this.settingsBuffer, 3);
-        return [red, green, blue];
     }
 
     /** Turns adaptive quality on if true. If false, the effect draws full detail. */

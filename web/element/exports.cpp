@@ -2,7 +2,6 @@
 #include <jni.h>
 #include <standin_bitmap.h>
 
-#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <utility>
@@ -80,11 +79,6 @@ extern "C" {
 /// and blue of the ink.
 EMSCRIPTEN_KEEPALIVE void setSettings(const double* numbers) {
     web::readSettings(numbers, session.settings);
-}
-
-/// Writes red, green and blue of the current ink colour. A replay can change the ink colour.
-EMSCRIPTEN_KEEPALIVE void getInk(double* ink) {
-    std::copy(session.settings.ink.begin(), session.settings.ink.end(), ink);
 }
 
 EMSCRIPTEN_KEEPALIVE void restart(int width, int height) {

@@ -26,19 +26,13 @@ export class GlImports {
 
     /** Deletes all GL objects that the module has created in the context. */
     deleteAll(): void {
-        const { gl } = this;
-        const deleters: Record<string, (object: never) => void> = {
-            WebGLBuffer: (object) => gl.deleteBuffer(object),
-            WebGLFramebuffer: (object) => gl.deleteFramebuffer(object),
-            WebGLProgram: (object) => gl.deleteProgram(object),
-            WebGLShader: (object) => gl.deleteShader(object),
-            WebGLTexture: (object) => gl.deleteTexture(object),
-        };
-        // Finds the deleter by the name of the object's class. instanceof could fail, because each window has its own
-        // classes: if an element was moved to another document, its objects have the classes of the old window. A
-        // uniform location has no deleter, because it is deleted with its program.
+        const gl = this.gl as unknown as Record<string, (object: GlObject) => void>;
+        // Derives the name of the function from the name of the object's class: deleteBuffer deletes a WebGLBuffer. A
+        // uniform location has no such function, because it is deleted with its program.
         for (const object of this.objects) {
-            deleters[object?.constructor.name ?? ""]?.(object as never);
+            if (object) {
+                gl[object.constructor.name.replace("WebGL", "delete")]?.(object);
+            }
         }
         this.forget();
     }

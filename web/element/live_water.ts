@@ -35,6 +35,8 @@ export interface WaterState {
 /** Object to which the water belongs. It supplies the options and handles the events. */
 export interface LiveOwner extends TextureOwner {
     readonly state: WaterState;
+    /** True if the canvas belongs to the page. The page can then use the canvas and its GL context again. */
+    readonly keepsContext: boolean;
     /** Element in which mouse moves touch the water, if `pointer` is "hover". */
     readonly hoverArea: HTMLElement;
     /** Dispatches an event of this type. */
@@ -65,6 +67,8 @@ export class LiveWater {
     private lastTick = 0;
     private isContextLost = false;
     private hasDrawn = false;
+    /** Position at which a script of the page touches the water, in CSS pixels. Null between two strokes. */
+    private scriptFinger: Point | null = null;
     private wasIdle = false;
     private needsFrame = true;
     /** Functions to call after the next frame. */
@@ -106,11 +110,12 @@ export class LiveWater {
         this.texture.followVideo();
     }
 
-    /** Stops drawing and gives the GL context back to the browser. */
+    /** Stops drawing. Gives the GL context back to the browser unless the canvas belongs to the page. */
     destroy(): void {
+        this.afterFrame.splice(0).forEach((call) => call());
         this.ended.abort();
         this.pointer.cancel();
-        this.queue.clear();
+        this.cancelScript();
         this.attractTimer.stop();
         clearTimeout(this.resizeTimer);
         this.resizeObserver.disconnect();
@@ -118,7 +123,10 @@ export class LiveWater {
         this.effect.takeRecording();
         this.effect.stopReplay();
         this.effect.uploadBackground = () => {};
-        this.gl.getExtension("WEBGL_lose_context")?.loseContext();
+        this.effect.detach();
+        if (!this.owner.keepsContext) {
+            this.gl.getExtension("WEBGL_lose_context")?.loseContext();
+        }
     }
 
     /** Applies the owner's state after it has changed. */
@@ -165,7 +173,7 @@ export class LiveWater {
 
     startRecording(): void {
         this.needContext();
-        this.queue.clear();
+        this.cancelScript();
         this.useAllPixels();
         this.effect.startRecording();
         this.afterRestart();
@@ -186,7 +194,7 @@ export class LiveWater {
     /** Restarts the effect and replays a gesture script, which is given as numbers (see event_numbers.h). */
     play(numbers: Float64Array): void {
         this.needContext();
-        this.queue.clear();
+        this.cancelScript();
         this.useAllPixels();
         this.effect.startReplay(numbers);
         this.afterRestart();
@@ -196,12 +204,14 @@ export class LiveWater {
      * Returns a copy of the current frame. During a recording or replay, returns a copy of the next frame instead: an
      * extra frame would change the gesture.
      */
-    async capture(): Promise<HTMLCanvasElement> {
+    capture(): Promise<HTMLCanvasElement> {
         if (this.effect.isRecording || this.effect.isReplaying) {
-            await new Promise<void>((resolve) => this.afterFrame.push(resolve));
-            return this.copy();
+            return new Promise((resolve) => {
+                this.afterFrame.push(() => resolve(this.copy()));
+                this.requestFrame(); // a pause draws no frames of its own
+            });
         }
-        return this.snapshot();
+        return Promise.resolve(this.snapshot());
     }
 
     /** Draws the current state of the water again, without advancing time, and returns a copy of the frame. */
@@ -227,8 +237,21 @@ export class LiveWater {
         );
     }
 
-    private touch(pass: () => void): void {
+    /** Ends the touches of the page's script, because another touch or a restart has priority. */
+    private cancelScript(): void {
         this.queue.clear();
+        this.liftScriptFinger();
+    }
+
+    private liftScriptFinger(): void {
+        if (this.scriptFinger) {
+            this.effect.lift("up", ...this.pixelsOf(this.scriptFinger));
+            this.scriptFinger = null;
+        }
+    }
+
+    private touch(pass: () => void): void {
+        this.cancelScript();
         pass();
         this.owner.onUse();
         this.attractTimer.restart();
@@ -345,9 +368,11 @@ export class LiveWater {
         const { effect, owner } = this;
         if (!this.queue.isEmpty && !this.pointer.isPressed) {
             this.queue.step({
-                press: (point, pressure = owner.state.settings.pressure) => effect.press(...this.pixelsOf(point), pressure),
-                move: (point, pressure = owner.state.settings.pressure) => effect.move(...this.pixelsOf(point), pressure),
-                lift: (point) => effect.lift("up", ...this.pixelsOf(point)),
+                press: (point, pressure = owner.state.settings.pressure) =>
+                    effect.press(...this.pixelsOf((this.scriptFinger = point)), pressure),
+                move: (point, pressure = owner.state.settings.pressure) =>
+                    effect.move(...this.pixelsOf((this.scriptFinger = point)), pressure),
+                lift: () => this.liftScriptFinger(),
             });
         }
         const wasReplaying = effect.isReplaying;

@@ -40,8 +40,16 @@ export interface VelmoraWater extends SettingProperties {
     pixelRatio: number | null;
     /** Address of the background image, if no child is the background. */
     src: string | null;
+    /** Candidate images for `src`, as in the property of the same name of an img element. */
+    srcset: string | null;
+    /** Sizes that `srcset` refers to, as in the property of the same name of an img element. */
+    sizes: string | null;
     /** Text that describes the image of `src` for assistive technology such as screen readers. */
     alt: string | null;
+    /** CORS mode of the request for `src`: `anonymous` or `use-credentials`. */
+    crossorigin: string | null;
+    /** `lazy` loads `src` when the element comes near the viewport. */
+    loading: string | null;
 }
 
 /** Types of the element's attributes in markup, for example in JSX. */
@@ -119,7 +127,6 @@ export class VelmoraWater extends ElementClass {
         const root = this.attachShadow({ mode: "open" });
         this.image = document.createElement("img");
         this.stage = makePart("water");
-        this.stage.tabIndex = 0;
         this.stage.addEventListener("keydown", (event) => this.onKey(event));
         this.stage.addEventListener("pointerenter", () => this.water.onUse());
         const fallback = document.createElement("slot");
@@ -136,6 +143,7 @@ export class VelmoraWater extends ElementClass {
     /** Starts the water. The browser calls this method when the element enters a document. */
     connectedCallback(): void {
         applyStyle(this.shadowRoot!);
+        this.adoptProperties();
         this.readAttributes();
         this.nameStage();
         this.watch.start();
@@ -233,8 +241,19 @@ export class VelmoraWater extends ElementClass {
                 // and the plain background otherwise. Water and background have the same name.
                 fallback.setAttribute("aria-hidden", String(canvas !== null));
                 stage.setAttribute("aria-hidden", String(canvas === null));
+                stage.tabIndex = canvas ? 0 : -1; // a hidden part must not have the focus
             },
         };
+    }
+
+    /** Applies properties that the page has set before the class of the element was defined. */
+    private adoptProperties(): void {
+        const values = this as unknown as Record<string, unknown>;
+        for (const name of properties.filter((each) => Object.hasOwn(this, each))) {
+            const value = values[name];
+            delete values[name];
+            values[name] = value;
+        }
     }
 
     private readAttributes(): void {
@@ -261,6 +280,9 @@ export class VelmoraWater extends ElementClass {
     private onKey(event: KeyboardEvent): void {
         if ((event.key === "Enter" || event.key === " ") && event.target === this.stage) {
             event.preventDefault();
+            if (event.repeat) {
+                return;
+            }
             void this.drop(this.stage.clientWidth / 2, this.stage.clientHeight / 2);
         }
     }
@@ -282,11 +304,15 @@ function copyAttribute(to: Element, name: string, value: string | null): void {
     }
 }
 
+/** Names of the properties that reflect an attribute. */
+const properties: string[] = [];
+
 /**
  * Adds a property that reflects an attribute. `read` converts the text of the attribute to the value of the property.
  */
 function defineProperty(name: string, read: (text: string | null) => unknown): void {
     const attribute = attributeOf(name);
+    properties.push(name);
     Object.defineProperty(VelmoraWater.prototype, name, {
         configurable: true,
         enumerable: true,
@@ -304,7 +330,7 @@ function textOf(value: unknown): string {
     return typeof value === "object" ? JSON.stringify(value) : String(value);
 }
 
-for (const name of ["preset", "ink", "pointer", "quality", "src", "alt"]) {
+for (const name of ["preset", "ink", "pointer", "quality", ...imageAttributes]) {
     defineProperty(name, (text) => text);
 }
 for (const name of switches) {

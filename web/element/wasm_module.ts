@@ -17,8 +17,6 @@ const compiled = new Map<Program, Promise<WebAssembly.Module>>();
 
 /** WASI error number for a system function that is not supported. */
 const notSupported = 52;
-/** System functions that the C library imports. Each fails with `notSupported`; the modules do not depend on them. */
-const systemFunctions = new Proxy({}, { get: () => () => notSupported });
 
 /** Returns the compiled module. Compiles it at the first call. `bytes` is the module as compressed base64 text. */
 function compile(program: Program, bytes: string): Promise<WebAssembly.Module> {
@@ -41,8 +39,10 @@ export async function instantiate<Exports extends ModuleMemory>(
     functions: Record<string, (...numbers: never[]) => number | void> = {},
     bytes: string = elementProgram,
 ): Promise<Exports> {
-    const imports = { env: { emscripten_notify_memory_growth: () => {}, ...functions }, wasi_snapshot_preview1: systemFunctions };
-    const instance = await WebAssembly.instantiate(await compile(program, bytes), imports as WebAssembly.Imports);
+    // The C library also imports system functions. Each fails with `notSupported`; the modules do not depend on them.
+    const all = new Proxy(functions, { get: (own, name: string) => own[name] ?? (() => notSupported) });
+    const imports = new Proxy({}, { get: () => all }); // the same functions for every name of an imported module
+    const instance = await WebAssembly.instantiate(await compile(program, bytes), imports);
     const exports = instance.exports as unknown as Exports & { _initialize?(): void };
     exports._initialize?.();
     return exports;

@@ -2,6 +2,12 @@
 
 import { forEachSection, headerBytes } from "./wasm_reader.mjs";
 
+/** Exports that Emscripten adds, and that the element's script does not use. */
+const unusedExports = [
+    "__indirect_function_table", "__errno_location", "emscripten_main_thread_process_queued_calls", "stackSave",
+    "stackRestore", "stackAlloc",
+];
+
 /** Returns the bytes of a number in LEB128, the variable-length format of WebAssembly. */
 function encoded(value) {
     return value < 128 ? [value] : [128 | (value & 127), ...encoded(value >> 7)];
@@ -27,9 +33,9 @@ class Copier {
         return value;
     }
 
-    copyName(rename = (name) => name) {
-        const name = Buffer.from(rename(this.reader.name()));
-        this.output.push(...encoded(name.length), ...name);
+    addName(name) {
+        const bytes = Buffer.from(name);
+        this.output.push(...encoded(bytes.length), ...bytes);
     }
 
     /**
@@ -38,8 +44,9 @@ class Copier {
      */
     copyImports() {
         for (let count = this.copyNumber(); count > 0; --count) {
-            this.copyName();
-            this.copyName(this.rename);
+            this.reader.name(); // wasm_module.ts accepts any name for the module of a function
+            this.addName("");
+            this.addName(this.rename(this.reader.name()));
             if (this.copyByte() !== 0) {
                 throw new Error("The module imports a memory, table or global. Expected functions only: extend wasm_names.mjs.");
             }
@@ -48,16 +55,23 @@ class Copier {
     }
 
     copyExports() {
-        for (let count = this.copyNumber(); count > 0; --count) {
-            this.copyName(this.rename);
-            this.copyByte();
-            this.copyNumber();
+        const kept = [];
+        this.reader.each(() => {
+            const item = [this.reader.name(), this.reader.byte(), this.reader.number()];
+            if (!unusedExports.includes(item[0])) {
+                kept.push(item);
+            }
+        });
+        this.output.push(...encoded(kept.length));
+        for (const [name, kind, index] of kept) {
+            this.addName(this.rename(name));
+            this.output.push(kind, ...encoded(index));
         }
     }
 }
 
 /**
- * Returns the module with renamed imports and exports. `shortNames` maps old names to new names; all other names stay
+ * Returns the module with renamed imports and exports, and without unused exports. `shortNames` maps old names to new names; all other names stay
  * the same.
  */
 export function renamed(bytes, shortNames) {

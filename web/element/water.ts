@@ -6,7 +6,7 @@ import { openContext } from "../engine/screen";
 import { decoded, isDrawable, type BackgroundSource } from "./background";
 import { contextPool, type PoolClient } from "./context_pool";
 import { Effect } from "./effect";
-import type { Point, StrokeOptions } from "./finger_queue";
+import type { FingerQueue, Point, StrokeOptions } from "./finger_queue";
 import { parseGesture, writeGesture } from "./gesture_scripts";
 import { LiveWater, type LiveOwner, type WaterState } from "./live_water";
 import { compileEarly } from "./wasm_module";
@@ -34,11 +34,11 @@ export interface WaterHost {
 /** Options of a touch that a script of the page makes. */
 export type DropOptions = Pick<StrokeOptions, "pressure">;
 
-const noWebGl = "This browser has no WebGL, or no more GL contexts. The plain picture is shown.";
-const noModule = "This browser cannot run WebAssembly with vector instructions. The plain picture is shown.";
+const noWebGl = "This browser has no WebGL, or no more GL contexts.";
+const noModule = "This browser cannot run WebAssembly with vector instructions.";
 const otherOrigin =
     "The background is from another origin, which does not allow its use. Send the header " +
-    "Access-Control-Allow-Origin and set the attribute crossorigin. The plain picture is shown.";
+    "Access-Control-Allow-Origin and set the attribute crossorigin.";
 
 /**
  * Instances of the WebAssembly module that no Water uses at the moment. New areas of water reuse these instances and
@@ -70,10 +70,11 @@ export class Water implements PoolClient, LiveOwner {
      * changed meanwhile, because `open` or `close` was called again.
      */
     private turn = 0;
-    private readonly visibility =
-        typeof IntersectionObserver === "function"
-            ? new IntersectionObserver((entries) => this.onVisibility(entries[entries.length - 1]!.isIntersecting))
-            : null;
+    /** Resolves at the end of the newest opening of a context. */
+    private opening = Promise.resolve();
+    private readonly visibility = new IntersectionObserver((entries) =>
+        this.onVisibility(entries[entries.length - 1]!.isIntersecting),
+    );
 
     constructor(private readonly host: WaterHost) {}
 
@@ -107,7 +108,7 @@ export class Water implements PoolClient, LiveOwner {
     connect(): void {
         this.isConnected = true;
         compileEarly(); // while the picture is loaded
-        this.visibility?.observe(this.area);
+        this.visibility.observe(this.area);
     }
 
     /** Gives the GL context back and discards the copy of the last frame. */
@@ -115,7 +116,7 @@ export class Water implements PoolClient, LiveOwner {
         this.isConnected = false;
         this.isVisible = false;
         this.hasFailed = false;
-        this.visibility?.disconnect();
+        this.visibility.disconnect();
         this.giveBack();
         this.still = null;
         this.host.show(null);
@@ -152,21 +153,14 @@ export class Water implements PoolClient, LiveOwner {
 
     /** Touches the water at a point. Resolves when the touch has ended. */
     drop(x: number, y: number, options: DropOptions = {}): Promise<void> {
-        contextPool.use(this);
-        const done = this.live?.queue.addDrop({ x, y }, options.pressure);
-        this.live?.requestFrame();
-        return done ?? Promise.resolve();
+        return this.run((queue) => queue.addDrop({ x, y }, options.pressure));
     }
 
     /** Draws a stroke along the points. Resolves when the stroke has ended. */
-    stroke(points: Point[], options: StrokeOptions = {}): Promise<void> {
-        if (points.length === 0) {
-            return Promise.resolve();
+    async stroke(points: Point[], options: StrokeOptions = {}): Promise<void> {
+        if (points.length > 0) {
+            await this.run((queue) => queue.addStroke(points, options));
         }
-        contextPool.use(this);
-        const done = this.live?.queue.addStroke(points, options);
-        this.live?.requestFrame();
-        return done ?? Promise.resolve();
     }
 
     /** Removes the ink. */
@@ -200,14 +194,12 @@ export class Water implements PoolClient, LiveOwner {
         if (!canvas) {
             throw new Error("The water has no frame yet. Wait for its event \"ready\".");
         }
-        return new Promise((resolve, reject) =>
-            canvas.toBlob((blob) => (blob ? resolve(blob) : reject(new Error("The browser cannot write a PNG image.")))),
-        );
+        return new Promise((resolve) => canvas.toBlob((blob) => resolve(blob!))); // null only for a canvas without pixels
     }
 
     /** Opens a GL context. The context pool calls this method. */
     open(): void {
-        void this.openContext(++this.turn);
+        this.opening = this.openContext(++this.turn);
     }
 
     /** Gives the GL context back and shows a copy of the last frame. The context pool also calls this method. */
@@ -246,15 +238,30 @@ export class Water implements PoolClient, LiveOwner {
         contextPool.use(this);
     }
 
+    /** Requests a GL context if the water has none, and waits for it. Then adds touches to the queue. */
+    private async run(add: (queue: FingerQueue) => Promise<void>): Promise<void> {
+        contextPool.use(this);
+        await this.opening;
+        if (this.live) {
+            const done = add(this.live.queue);
+            this.live.requestFrame();
+            await done;
+        }
+    }
+
     private async openContext(turn: number): Promise<void> {
         const loading = idleEffects.pop() ?? Effect.load().catch(() => null);
-        const [effect] = await Promise.all([loading, decoded(this.source)]);
-        if (turn !== this.turn || !effect) {
+        const [effect, isLoaded] = await Promise.all([loading, decoded(this.source)]);
+        if (turn !== this.turn || !effect || !isLoaded) {
             if (effect) {
                 idleEffects.push(effect);
-            } else if (turn === this.turn) {
-                this.isUnsupported = true;
-                this.fail(noModule);
+            }
+            if (turn === this.turn) {
+                if (effect) {
+                    contextPool.release(this); // the event "load" of the replaced image requests a context again
+                } else {
+                    this.reportUnsupported(noModule);
+                }
             }
             return;
         }
@@ -264,9 +271,13 @@ export class Water implements PoolClient, LiveOwner {
         if (gl) {
             this.live = new LiveWater(effect, canvas, gl, this);
         } else {
-            this.isUnsupported = true;
-            this.fail(noWebGl);
+            this.reportUnsupported(noWebGl);
         }
+    }
+
+    private reportUnsupported(message: string): void {
+        this.isUnsupported = true;
+        this.fail(message);
     }
 
     private onVisibility(isVisible: boolean): void {
@@ -295,11 +306,12 @@ export class Water implements PoolClient, LiveOwner {
             return;
         }
         this.hasFailed = true;
+        const text = `${message} The plain picture is shown.`;
         queueMicrotask(() => {
             this.giveBack();
             this.still = null;
             this.host.show(null);
-            this.host.events.dispatchEvent(new ErrorEvent("error", { message, error: new Error(message) }));
+            this.host.events.dispatchEvent(new ErrorEvent("error", { message: text, error: new Error(text) }));
         });
     }
 

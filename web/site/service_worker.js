@@ -16,5 +16,8 @@ self.addEventListener("activate", (event) => {
 });
 
 self.addEventListener("fetch", (event) => {
+    if (event.request.headers.has("Range")) {
+        return; // Safari plays a video only if the answer has the requested part of the file
+    }
     event.respondWith(caches.match(event.request, { ignoreSearch: true }).then((found) => found ?? fetch(event.request)));
 });

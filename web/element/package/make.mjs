@@ -29,7 +29,8 @@ function writeTypes() {
     const folder = join(output, "types");
     for (const name of readdirSync(folder, { recursive: true }).filter((file) => file.endsWith(".d.ts"))) {
         const text = readFileSync(join(folder, name), "utf8");
-        writeFileSync(join(folder, name), text.replace(/(from |import\()("\.[^"]*)"/g, '$1$2.js"'));
+        const withExtensions = text.replace(/(from |import\()("\.[^"]*)"/g, '$1$2.js"');
+        writeFileSync(join(folder, name), withExtensions.replace(/^import "velmora-.*\n/m, "")); // only for the bundler
     }
     copyFileSync(join(here, "react.d.ts"), join(folder, "react.d.ts"));
 }
@@ -48,7 +49,7 @@ function manifest() {
         exports: {
             ".": { types: `${types}/index.d.ts`, default: "./velmora.js" },
             "./element": { types: `${types}/element.d.ts`, default: "./element.js" },
-            "./script": { types: `${types}/element.d.ts`, default: "./velmora-element.js" },
+            "./script": { types: `${types}/script.d.ts`, default: "./velmora-element.js" },
             "./react": { types: "./types/react.d.ts", default: "./react.js" },
             "./velmora.wasm": "./velmora.wasm",
             "./custom-elements.json": "./custom-elements.json",
