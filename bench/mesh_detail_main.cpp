@@ -7,12 +7,11 @@
 #include <utility>
 #include <vector>
 
-#include "app/frame_clock.h"
 #include "app/settings.h"
-#include "bench/similarity.h"
 #include "hostkit/effect_host.h"
 #include "hostkit/gesture_script.h"
 #include "hostkit/host_error.h"
+#include "hostkit/instruments/frame_similarity.h"
 #include "paintings/paintings.h"
 
 // Compares frames of coarser meshes with frames of the finest mesh, in which each cell has a vertex. Plays all gestures
@@ -24,28 +23,17 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// Every sixth frame is compared.
-constexpr int frameStep = 6;
 /// Number of cells between neighbouring vertices of each coarser mesh.
 constexpr std::array<float, 3> meshes = {1.75f, 2.0f, 3.0f};
 
-std::vector<bench::GreyImage> playedFrames(const hostkit::GestureScript& script, int width,
-                                           int height, float cellsPerVertex) {
+std::vector<hostkit::GreyImage> framesOf(const hostkit::GestureScript& script, int width,
+                                         int height, float cellsPerVertex) {
     app::Settings settings;
     settings.waterOnly = true;
     hostkit::EffectHostOptions options = app::hostOptions(settings, width, height);
     options.water.cellsPerVertex = cellsPerVertex;
     options.background = paintings::paintSand(width, height);
-    hostkit::EffectHost host(std::move(options));
-    std::vector<bench::GreyImage> frames;
-    for (int frame = 0; frame < script.frames; ++frame) {
-        host.step(eventsOfFrame(script, frame), app::frameTime);
-        if (frame % frameStep == 0) {
-            host.draw();
-            frames.push_back(bench::greyOf(host.pixels(), width));
-        }
-    }
-    return frames;
+    return playedFrames(std::move(options), script);
 }
 
 /// Prints one line for each coarser mesh: the lowest similarity between a frame of this mesh and the same frame of the
@@ -56,14 +44,11 @@ void compareAt(int width, int height) {
     for (const fs::directory_entry& file : fs::directory_iterator(VELMORA_GESTURES)) {
         const hostkit::GestureScript script =
             scaledToScreen(hostkit::loadGestureScript(file.path()), width, height);
-        const std::vector<bench::GreyImage> finest = playedFrames(script, width, height, 1.0f);
+        const std::vector<hostkit::GreyImage> finest = framesOf(script, width, height, 1.0f);
         for (std::size_t mesh = 0; mesh < meshes.size(); ++mesh) {
-            const std::vector<bench::GreyImage> coarse =
-                playedFrames(script, width, height, meshes[mesh]);
-            for (std::size_t frame = 0; frame < finest.size(); ++frame) {
-                lowest[mesh] =
-                    std::min(lowest[mesh], bench::similarity(finest[frame], coarse[frame]));
-            }
+            const double found =
+                lowestSimilarity(finest, framesOf(script, width, height, meshes[mesh]));
+            lowest[mesh] = std::min(lowest[mesh], found);
         }
     }
     std::printf("%4d x %4d", width, height);

@@ -5,7 +5,14 @@
 #include <gtest/gtest.h>
 
 #include <cstddef>
+#include <utility>
 #include <vector>
+
+#include "app/settings.h"
+#include "hostkit/effect_host.h"
+#include "hostkit/gesture_script.h"
+#include "hostkit/instruments/frame_similarity.h"
+#include "paintings/paintings.h"
 
 namespace {
 
@@ -101,12 +108,29 @@ TEST(Quality, AFixedLevelStays) {
 TEST(Quality, FullDetailDependsOnTheScreen) {
     const Quality full = app::fixedQuality(0);
     EXPECT_EQ(cellsPerVertex(full, 90, 359), 1);
-    EXPECT_EQ(cellsPerVertex(full, 90, 360), 1.75f);
-    EXPECT_EQ(cellsPerVertex(full, 90, 999), 1.75f);
-    EXPECT_EQ(cellsPerVertex(full, 90, 1000), 2);
+    EXPECT_GT(cellsPerVertex(full, 90, 360), 1) << "a medium screen must have a coarser mesh";
+    EXPECT_GT(cellsPerVertex(full, 90, 1000), cellsPerVertex(full, 90, 999));
     EXPECT_EQ(cellsPerVertex(full, 89, 1080), 1)
         << "if the shorter side has fewer than 90 cells, each cell must keep its own vertex";
     EXPECT_EQ(cellsPerVertex(app::fixedQuality(1), 90, 1080), 3);
+}
+
+TEST(Quality, FramesAtFullDetailLookLikeFramesOfTheFinestMesh) {
+    constexpr int width = 540;
+    constexpr int height = 960;
+    app::Settings settings;
+    settings.waterOnly = true;
+    const hostkit::GestureScript script = scaledToScreen(
+        hostkit::loadGestureScript(VELMORA_GESTURES "/scribble.gesture"), width, height);
+    const auto frames = [&](float cellsPerVertex) {
+        hostkit::EffectHostOptions options = app::hostOptions(settings, width, height);
+        options.water.cellsPerVertex = cellsPerVertex;
+        options.background = paintings::paintSand(width, height);
+        return playedFrames(std::move(options), script);
+    };
+    const float fullDetail = cellsPerVertex(app::fixedQuality(0), settings.meshDetail, width);
+    EXPECT_GE(lowestSimilarity(frames(fullDetail), frames(1.0f)), 0.99)
+        << "the structural similarity (SSIM) must be at least 0.99";
 }
 
 }  // namespace
