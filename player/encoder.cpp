@@ -117,6 +117,14 @@ int spawn(pid_t& process, std::vector<std::string> arguments, int input, int mes
     return error;
 }
 
+/// Waits until a process ends. Returns true if the process succeeded.
+bool hasSucceeded(pid_t process) {
+    int status = 0;
+    while (waitpid(process, &status, 0) < 0 && errno == EINTR) {
+    }
+    return WIFEXITED(status) && WEXITSTATUS(status) == 0;
+}
+
 Failure systemFailure(const std::string& message, int error) {
     return Failure(message, std::generic_category().message(error));
 }
@@ -145,6 +153,17 @@ Failure reportedFailure(std::FILE* messages, const fs::path& named) {
 app::Size filmSize(app::Size screen, std::string_view format) {
     return format.ends_with("gif") ? screen
                                    : app::Size{screen.width / 2 * 2, screen.height / 2 * 2};
+}
+
+bool plays(const fs::path& film) {
+    const int nothing = open("/dev/null", O_RDWR | O_CLOEXEC);
+    pid_t process = 0;
+    const int error = spawn(process,
+                            {"ffmpeg", "-nostdin", "-abort_on", "empty_output", "-i",
+                             "file:" + film.string(), "-frames:v", "1", "-f", "null", "-"},
+                            nothing, nothing);
+    close(nothing);
+    return error == 0 && hasSucceeded(process);
 }
 
 Encoder::Encoder(const fs::path& film, fs::path namedFilm, app::Size size,
@@ -189,11 +208,7 @@ void Encoder::add(const hostkit::Image& frame) {
 
 void Encoder::finish() {
     close(frames);
-    const pid_t ending = std::exchange(process, 0);
-    int status = 0;
-    while (waitpid(ending, &status, 0) < 0 && errno == EINTR) {
-    }
-    if (!WIFEXITED(status) || WEXITSTATUS(status) != 0) {
+    if (!hasSucceeded(std::exchange(process, 0))) {
         throw reportedFailure(messages.get(), named);
     }
 }

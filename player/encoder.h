@@ -17,6 +17,9 @@ namespace player {
 /// "mp4" or ".mp4".
 app::Size filmSize(app::Size screen, std::string_view format);
 
+/// Returns true if ffmpeg can decode at least the first frame of a film, which may be incomplete.
+bool plays(const std::filesystem::path& film);
+
 /// Encodes a film: passes frames to an ffmpeg process through a pipe. The program must ignore SIGPIPE.
 /// All members throw Failure if ffmpeg fails.
 class Encoder {

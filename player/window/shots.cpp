@@ -37,13 +37,15 @@ void fill(const fs::path& file, Work work) {
     }
 }
 
-/// Removes the incomplete film of a failed encoder if the file does not play. An incomplete WebM or GIF file plays if
-/// it is not empty.
-void removeIfBroken(const fs::path& file) {
-    std::error_code ignored;
-    if (file.extension() == ".mp4" || fs::is_empty(file, ignored)) {
-        fs::remove(file, ignored);
+/// Removes the incomplete film of a failed encoder if the film does not play. Returns the encoder's error. If the film
+/// stays, the message says so.
+Failure afterError(const fs::path& film, const Failure& error) {
+    if (plays(film)) {
+        return Failure(std::string(error.what()) + ". The file contains the film up to this error");
     }
+    std::error_code ignored;
+    fs::remove(film, ignored);
+    return error;
 }
 
 }  // namespace
@@ -160,10 +162,9 @@ void Shots::addToFilm(hostkit::Image frame) {
     try {
         film->add(frame);
         lastFrame = std::move(frame);
-    } catch (...) {
+    } catch (const Failure& error) {
         film.reset();
-        removeIfBroken(filmFile);
-        throw;
+        throw afterError(filmFile, error);
     }
 }
 
@@ -174,9 +175,8 @@ std::optional<fs::path> Shots::finishFilm() {
             ending->add(lastFrame);  // extends the last frame to the end of the film
         }
         ending->finish();
-    } catch (...) {
-        removeIfBroken(filmFile);
-        throw;
+    } catch (const Failure& error) {
+        throw afterError(filmFile, error);
     }
     if (lastFrame.empty()) {
         std::error_code ignored;

@@ -42,9 +42,10 @@ public:
     std::filesystem::path startFilm(app::Size size);
     bool filming() const { return film != nullptr; }
     /// Adds a frame to the film. The film shows this frame from now until the next frame is added. Scales a frame of
-    /// another size to fit the film. If the encoder fails, ends the film.
+    /// another size to fit the film. If the encoder fails, ends the film. The incomplete film then stays if it plays.
     void addToFilm(hostkit::Image frame);
-    /// Completes the film and returns its name. Removes a film without frames and returns nothing.
+    /// Completes the film and returns its name. Removes a film without frames and returns nothing. If the encoder
+    /// fails, the incomplete film stays if it plays.
     std::optional<std::filesystem::path> finishFilm();
 
 private:

@@ -813,6 +813,33 @@ TEST_F(WindowTest, ARecordingWithoutSpaceEndsWithAnErrorAndTheWindowStays) {
         << "the recording's file must keep the events that were written";
 }
 
+TEST_F(WindowTest, AFilmWithoutSpaceStaysOnlyIfItPlays) {
+    const struct {
+        std::string limit;  // maximum size of a file, in blocks of 512 bytes
+        bool stays;
+    } cases[] = {{"1", false}, {"200", true}};
+    for (const auto& [blocks, stays] : cases) {
+        limit = "ulimit -f " + blocks + "; ";
+        openWindow("--no-attract --format gif");
+        press("f");
+        pointAt(60, 90);
+        xdotool("mousedown 1");
+        const auto error = [&] { return contents("err"); };
+        for (int move = 0; move < 2000 && error().empty(); ++move) {
+            pointAt(60 + 7 * move % 120, 90 + 5 * move % 200);
+        }
+        xdotool("mouseup 1");  // otherwise the button would stay pressed for the next window
+        EXPECT_NE(error().find("cannot write shots/film-01.gif: file too large"), std::string::npos)
+            << error();
+        EXPECT_EQ(error().find("The file contains the film up to this error") != std::string::npos,
+                  stays);
+        EXPECT_EQ(fs::exists(folder / "shots/film-01.gif"), stays);
+        EXPECT_EQ(!probed("shots/film-01.gif").empty(), stays);
+        press("q");
+        EXPECT_EQ(exitCode(), 0);
+    }
+}
+
 TEST_F(WindowTest, HandlesANewSizeADroppedImageAndANewContext) {
     openWindow();
     xdotool("windowsize " + window + " 200 300");
