@@ -130,12 +130,12 @@ std::vector<Mark> Keeper::marks() const {
         return std::chrono::duration_cast<std::chrono::seconds>(Clock::now() - start);
     };
     if (filming()) {
-        marks.push_back({MarkSymbol::record, "Video", since(filmStart), Command::film,
+        marks.push_back({MarkSymbol::record, "Video", since(filmStart), filmStart, Command::film,
                          app::sharedText("stopFilming")});
     }
     if (session.recording() != nullptr) {
-        marks.push_back({MarkSymbol::record, "Gesture", since(recordingStart), Command::record,
-                         app::sharedText("stopRecording")});
+        marks.push_back({MarkSymbol::record, "Gesture", since(recordingStart), recordingStart,
+                         Command::record, app::sharedText("stopRecording")});
     }
     return marks;
 }

@@ -38,7 +38,7 @@ constexpr Key table[] = {
     {SDLK_ESCAPE,
      Command::back,
      "Esc",
-     {"back", "Close", "Stop a gesture, close this list or the settings, or quit"}},
+     {"back", "Close", "Close this list or the settings, stop the newest activity, or quit"}},
     {SDLK_q, Command::quit, "Q", {"quit", "Quit", "Quit"}},
 };
 

@@ -169,16 +169,21 @@ void OpenWindow::turn() {
     }
 }
 
+/// Returns the on-screen indicators of all activities in progress, from top to bottom.
+std::vector<Mark> OpenWindow::marks() const {
+    std::vector<Mark> all = keeper.marks();
+    std::ranges::move(playback.marks(), std::back_inserter(all));
+    return all;
+}
+
 void OpenWindow::presentFrame(bool drawn) {
     view.paused = playback.paused();
     view.attract = session.core.attractMode().isOn();
     view.filming = keeper.filming();
     view.recording = session.recording() != nullptr;
-    std::vector<Mark> marks = keeper.marks();
-    std::ranges::move(playback.marks(), std::back_inserter(marks));
     const auto start = std::chrono::steady_clock::now();
     display.present({view, presetList, screen.thumbnails(), playback.times(), playback.rate(),
-                     session.core.settings, requests, shotsFolder, dialog, fileBrowser, marks},
+                     session.core.settings, requests, shotsFolder, dialog, fileBrowser, marks()},
                     drawn);
     if (drawn) {
         playback.addGlTime(std::chrono::steady_clock::now() - start);

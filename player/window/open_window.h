@@ -5,6 +5,7 @@
 #include <optional>
 #include <random>
 #include <string>
+#include <vector>
 
 #include "app/backgrounds.h"
 #include "app/settings.h"
@@ -18,6 +19,7 @@
 #include "player/window/file_browser.h"
 #include "player/window/keeper.h"
 #include "player/window/keys.h"
+#include "player/window/marks.h"
 #include "player/window/panel.h"
 #include "player/window/playback.h"
 #include "player/window/pointer.h"
@@ -71,6 +73,7 @@ private:
     void play(const std::filesystem::path& gesture);
     void stopReplay();
     void openFile(const std::filesystem::path& file);
+    std::vector<Mark> marks() const;
     void presentFrame(bool drawn);
     void rememberChanges();
 

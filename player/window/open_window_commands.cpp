@@ -1,8 +1,10 @@
+#include <algorithm>
 #include <cstddef>
 #include <filesystem>
 #include <optional>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "app/labels.h"
 #include "app/random_settings.h"
@@ -12,6 +14,7 @@
 #include "hostkit/gesture_script.h"
 #include "player/script.h"
 #include "player/window/keys.h"
+#include "player/window/marks.h"
 #include "player/window/open_window.h"
 #include "player/window/panel.h"
 #include "player/window/requests.h"
@@ -151,22 +154,16 @@ void OpenWindow::run(Command command) {
     }
 }
 
-/// Does the first of these actions that is possible: closes the topmost pop-up, stops the replay, closes the list of
-/// keys, or closes the panel. If none is possible, leaves the program, but never during a film or a recording.
+/// Does the first of these actions that is possible: closes the topmost pop-up, closes the list of keys, closes the
+/// panel, or stops the newest film, recording or replay. If none is possible, leaves the program.
 void OpenWindow::goBack() {
-    if (closePopup()) {
+    if (closePopup() || std::exchange(view.help, false) || std::exchange(view.panel, false)) {
         return;
     }
-    if (session.core.isReplaying()) {
-        return stopReplay();
-    }
-    if (std::exchange(view.help, false) || std::exchange(view.panel, false)) {
-        return;
-    }
-    if (keeper.filming()) {
-        showToast(toast, "Press F to stop filming, or Q to quit");
-    } else if (session.recording() != nullptr) {
-        showToast(toast, "Press R to stop recording, or Q to quit");
+    const std::vector<Mark> active = marks();
+    const auto newest = std::ranges::max_element(active, {}, &Mark::start);
+    if (newest != active.end() && newest->start) {
+        run(newest->end);
     } else {
         leaving = true;
     }

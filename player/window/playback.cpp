@@ -76,6 +76,7 @@ void Playback::play(hostkit::GestureScript script, const std::string& name) {
     keeper.finishRecording();
     session.core.startReplay(std::move(script));
     replayName = app::shortened(name);
+    replayStart = Clock::now();
     replayTime = 0ns;
     isPaused = false;
 }
@@ -89,12 +90,12 @@ std::vector<Mark> Playback::marks() const {
     std::vector<Mark> marks;
     if (session.core.isReplaying()) {
         marks.push_back({MarkSymbol::play, app::sharedText("playing") + replayName,
-                         std::chrono::duration_cast<std::chrono::seconds>(replayTime),
+                         std::chrono::duration_cast<std::chrono::seconds>(replayTime), replayStart,
                          Command::stopReplay, app::sharedText("stopGesture")});
     }
     if (isPaused) {
-        marks.push_back({MarkSymbol::pause, app::sharedText("paused"), std::nullopt, Command::pause,
-                         app::sharedText("resume")});
+        marks.push_back({MarkSymbol::pause, app::sharedText("paused"), std::nullopt, std::nullopt,
+                         Command::pause, app::sharedText("resume")});
     }
     return marks;
 }

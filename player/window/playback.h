@@ -59,6 +59,7 @@ private:
     bool isPaused = false;
     bool stepWanted = false;
     std::string replayName;
+    Clock::time_point replayStart{};
     /// Time by which the replay has advanced the effect so far. This time does not change during a pause.
     std::chrono::nanoseconds replayTime{};
     std::vector<FrameTimes> lastTimes;

@@ -612,12 +612,11 @@ TEST_F(WindowTest, SwitchesShowAToastAndAPauseShowsAMark) {
         << "the on-screen indicator must disappear after the pause";
 }
 
-TEST_F(WindowTest, AReplayAPauseAndAFilmShowAMarkThatEndsThemAndEscapeStopsAReplay) {
+TEST_F(WindowTest, AReplayAPauseAndAFilmShowAMarkThatEndsThem) {
     openWindow("--no-attract --size 640x780");
     /// Returns true if the window shows the on-screen indicator at the top: a pixel in its area is darker than the
     /// background.
     const auto isMarked = [&] { return pixel(capture(), 600, 15)[0] < plainColor[0] - 40; };
-    const auto helpShows = [&] { return stains(capture()) > 1000; };
     const auto click = [&] {
         pointAt(600, 15);
         xdotool("click 1");
@@ -627,15 +626,6 @@ TEST_F(WindowTest, AReplayAPauseAndAFilmShowAMarkThatEndsThemAndEscapeStopsARepl
     write("long.gesture", "screen 64 96\nframes 100000\n0 clear\n");
     ASSERT_TRUE(dropFile(std::stoul(window), folder / "long.gesture"));
     ASSERT_TRUE(waitFor(isMarked)) << "a replay must show an on-screen indicator";
-    press("F1");
-    ASSERT_TRUE(waitFor(helpShows));
-    press("Escape");
-    EXPECT_TRUE(waitFor([&] { return !isMarked(); }));
-    EXPECT_TRUE(helpShows()) << "Escape must stop the replay and keep the list of keys open";
-    press("F1");
-    ASSERT_TRUE(waitFor([&] { return !helpShows(); }));
-    ASSERT_TRUE(dropFile(std::stoul(window), folder / "long.gesture"));
-    ASSERT_TRUE(waitFor(isMarked));
     EXPECT_TRUE(click());
     press("space");
     ASSERT_TRUE(waitFor(isMarked));
@@ -666,7 +656,7 @@ TEST_F(WindowTest, EscapeClosesTheHelpBeforeTheWindowAndKeysWithModifiersDoNothi
     EXPECT_EQ(exitCode(), 0);
 }
 
-TEST_F(WindowTest, EscapeClosesAPopUpThenThePanelAndNeverEndsAFilm) {
+TEST_F(WindowTest, EscapeClosesAPopUpThenTheListOfKeysThenThePanelAndThenEndsAFilm) {
     openWindow("--no-attract --size 640x780");
     pointAt(600, 700);
     press("Tab");
@@ -679,15 +669,55 @@ TEST_F(WindowTest, EscapeClosesAPopUpThenThePanelAndNeverEndsAFilm) {
     press("Escape");
     ASSERT_TRUE(waitFor([&] { return bottom() == panel.bottom; }))
         << "Esc must close only the pop-up and not the panel";
+    press("F1");
+    ASSERT_TRUE(waitFor([&] { return panelIn(capture()).right > panel.right + 40; }));
+    press("Escape");
+    ASSERT_TRUE(waitFor([&] { return panelIn(capture()).right == panel.right; }))
+        << "Esc must close only the list of keys and not the panel";
     press("f");
     ASSERT_TRUE(waitFor([&] { return fs::exists(folder / "shots/film-01.mp4"); }));
     press("Escape");
-    ASSERT_TRUE(waitFor([&] { return stains(capture()) == 0; }))
-        << "the second Esc must close the panel";
+    ASSERT_TRUE(waitFor([&] { return stains(capture()) == 0; })) << "Esc must close the panel";
+    shot();
+    EXPECT_EQ(probed("shots/film-01.mp4"), "") << "Esc must close only the panel";
     press("Escape");
-    shot();  // the window still works
-    press("f");
     ASSERT_TRUE(waitFor([&] { return probed("shots/film-01.mp4") != ""; }));
+    press("Escape");
+    EXPECT_EQ(exitCode(), 0);
+}
+
+TEST_F(WindowTest, EscapeEndsTheNewestFilmRecordingOrReplayAndThenQuits) {
+    openWindow();
+    const auto isFilming = [&](const std::string& film) { return probed(film).empty(); };
+    const auto isRecording = [&](const std::string& recording) {
+        return contents(recording).find("frames") == std::string::npos;
+    };
+    /// Starts a film or a recording with a key and waits until it has a frame.
+    const auto start = [&](const std::string& key, const std::string& file) {
+        press(key);
+        ASSERT_TRUE(waitFor([&] { return fs::exists(folder / file); }));
+        step();
+    };
+    start("f", "shots/film-01.mp4");
+    start("r", "shots/gesture-01.gesture");
+    press("Escape");
+    ASSERT_TRUE(waitFor([&] { return !isRecording("shots/gesture-01.gesture"); }));
+    write("long.gesture", "screen 24 36\nframes 100000\n1 down 6 6 1\n3 move 12 15 1\n");
+    ASSERT_TRUE(dropFile(std::stoul(window), folder / "long.gesture"));
+    ASSERT_TRUE(waitFor([&] { return stains(capture()) > 100; })) << "the replay must start";
+    press("Escape");
+    shot();
+    EXPECT_TRUE(isFilming("shots/film-01.mp4")) << "Esc must end only the replay";
+    press("Escape");
+    ASSERT_TRUE(waitFor([&] { return !isFilming("shots/film-01.mp4"); }));
+
+    start("r", "shots/gesture-02.gesture");
+    start("f", "shots/film-02.mp4");
+    press("Escape");
+    ASSERT_TRUE(waitFor([&] { return !isFilming("shots/film-02.mp4"); }));
+    EXPECT_TRUE(isRecording("shots/gesture-02.gesture")) << "Esc must end only the film";
+    press("Escape");
+    ASSERT_TRUE(waitFor([&] { return !isRecording("shots/gesture-02.gesture"); }));
     press("Escape");
     EXPECT_EQ(exitCode(), 0);
 }
