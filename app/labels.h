@@ -96,6 +96,10 @@ inline constexpr SharedText sharedTexts[] = {
     {"playing", "Playing "},
     {"gestureEnded", "The gesture has ended"},
     {"gestureStopped", "The gesture was stopped"},
+    {"effectRestarted", ". The effect has restarted"},
+    {"resizeEndedRecording", "The new window size ended the recording. "},
+    {"emptyVideo", "The video has no frame, so it is not saved. Record a longer video"},
+    {"changesDiscarded", ", changes discarded"},
     // Hints of the on-screen indicators. An indicator shows an activity in progress. A click on the indicator ends this
     // activity.
     {"stopFilming", "Stop filming"},
@@ -105,6 +109,7 @@ inline constexpr SharedText sharedTexts[] = {
     {"builtIn", " is built in and cannot be renamed or deleted"},
     {"newPresetName", "New name of the preset"},
     {"deletePresetQuestion", "Delete the preset "},
+    {"presetExists", " already exists; choose another name"},
     {"renamedTo", "Renamed to "},
     {"deleted", "Deleted "},
     {"deletedCurrent", ". Its settings stay until you choose another preset"},

@@ -42,8 +42,7 @@ void Keeper::addToFilm() {
 void Keeper::finishFilm() {
     if (filming()) {
         const auto film = shots.finishFilm();
-        showToast(toast,
-                  film ? "Saved " + film->string() : "No video is saved, because it had no frame");
+        showToast(toast, film ? "Saved " + film->string() : app::sharedText("emptyVideo"));
     }
 }
 
@@ -53,7 +52,7 @@ void Keeper::switchRecording() {
     } else {
         const fs::path file = shots.createGestureFile();
         startRecording(file);
-        showToast(toast, "Recording " + file.string() + ". The effect was reset.");
+        showToast(toast, "Recording " + file.string() + app::sharedText("effectRestarted"));
     }
 }
 
@@ -78,8 +77,8 @@ void Keeper::finishRecordingForResize() {
     if (session.recording() != nullptr) {
         attempt(toast, [&] {
             finishRecording();
-            showToast(toast, "The new window size ended the recording. Saved " + recorded.string() +
-                                 ". Press G to replay it.");
+            showToast(toast, app::sharedText("resizeEndedRecording") +
+                                 ("Saved " + recorded.string()) + ". Press G to replay it.");
         });
     }
 }

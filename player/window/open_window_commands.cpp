@@ -213,7 +213,7 @@ void OpenWindow::applyRandomSettings() {
 
 void OpenWindow::resetSettings() {
     session.core.settings = presetList.original();
-    showToast(toast, presetList.name());
+    showToast(toast, presetList.name() + app::sharedText("changesDiscarded"));
 }
 
 void OpenWindow::askForPresetName() {

@@ -91,8 +91,7 @@ void PresetList::checkName(const std::string& name) const {
             "a name must not be empty, start with a dot or contain a slash; choose another");
     }
     if (std::ranges::find(all, name, &NamedPreset::name) != all.end()) {
-        throw Failure("a preset named " + app::inQuotes(name) +
-                      " already exists; choose another name");
+        throw Failure("a preset named " + app::inQuotes(name) + app::sharedText("presetExists"));
     }
 }
 

@@ -176,17 +176,21 @@ test("keys open file choosers for presets and images", async () => {
     await close(page);
 });
 
-test("keys turn attract mode and adaptive quality on and off", async () => {
+test("keys turn modes on and off, and a toast confirms each change", async () => {
     const page = await open(browser, {});
     const isOn = {
+        b: () => window.velmora.settings.secondBackground,
+        w: () => window.velmora.settings.waterOnly,
         a: () => window.velmora.attractMode().on,
         q: () => window.velmora.quality().phase !== "fixed",
     };
     for (const [key, on, off] of [
         ["a", "Idle animation is on", "Idle animation is off"],
-        ["q", "Adaptive quality", "Full quality"],
+        ["q", "Adaptive quality is on", "Adaptive quality is off"],
+        ["b", "Second picture", "First picture"],
+        ["w", "Water only is on", "Water only is off"],
     ]) {
-        await page.keyboard.press(key); // attract mode and adaptive quality are off at the start
+        await page.keyboard.press(key); // all modes are off at the start
         await waitForToast(page, on);
         assert.equal(await page.evaluate(isOn[key]), true);
         await page.keyboard.press(key);

@@ -156,7 +156,7 @@ test("presets can be saved, renamed and deleted, and do not replace built-in pre
     await page.keyboard.press("p");
     await waitForToast(page, "Saved velmora-preset");
     await page.answerDialog("t", "Calm Pond");
-    await waitForToast(page, "A preset named calm pond already exists. Choose another name");
+    await waitForToast(page, "A preset named 'calm pond' already exists; choose another name");
     await page.keyboard.press("b"); // changes a setting, which the rename must keep
     await page.answerDialog("t", "my_pond ");
     await waitForToast(page, "Renamed to my_pond");

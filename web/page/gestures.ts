@@ -1,5 +1,6 @@
 // Records and replays gestures.
 
+import { sharedTexts } from "../../build/web/settings";
 import { showBadge } from "./badges";
 import type { Effect } from "./effect";
 import type { Pause } from "./pause";
@@ -21,7 +22,7 @@ export class Gestures {
     ) {
         effect.onReplayEnd = (finished) => {
             this.hideBadge();
-            showToast(finished ? "The gesture has ended" : "The gesture was stopped");
+            showToast(finished ? sharedTexts.gestureEnded : sharedTexts.gestureStopped);
         };
     }
 
@@ -45,8 +46,9 @@ export class Gestures {
         const stops = this.effect.isReplaying;
         this.start(() => this.effect.startReplay());
         this.pause.isOn = false;
-        this.hideBadge = showBadge(`Playing ${name}`, "Stop the gesture", () => this.stopReplay());
-        showToast(`${stops ? "The other gesture was stopped. " : ""}Playing ${name}`);
+        const label = `${sharedTexts.playing}${name}`;
+        this.hideBadge = showBadge(label, sharedTexts.stopGesture, () => this.stopReplay());
+        showToast(`${stops ? "The other gesture was stopped. " : ""}${label}`);
     }
 
     stopReplay(): void {

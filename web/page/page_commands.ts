@@ -51,9 +51,17 @@ function toggle(
     return { ...command(key, texts, run, keyName), isOn };
 }
 
+/** Returns a message about a toggle, for example "Velocity field is on". */
+function stateText({ label }: Texts, isOn: boolean): string {
+    return `${label}${isOn ? sharedTexts.on : sharedTexts.off}`;
+}
+
 export function makePageCommands(context: CommandContext): PageCommands {
     const { player, presets, memory, cleanView } = context;
-    const waterOnly = command("w", commandTexts.waterOnly, () => presets.toggle("waterOnly"));
+    const waterOnly = command("w", commandTexts.waterOnly, () => {
+        presets.toggle("waterOnly");
+        showToast(stateText(commandTexts.waterOnly, player.settings.waterOnly));
+    });
     const clearInk = command("c", commandTexts.clearInk, () => {
         player.clearInk();
         showToast(sharedTexts.clearedInk);
@@ -101,15 +109,14 @@ function presetCommands({ presets }: CommandContext): Command[] {
 function pictureCommands({ presets, importer, player }: CommandContext): Command[] {
     const camera = { label: "Use camera", description: "Use the camera image as the background" };
     const second = { label: "Choose second picture...", description: "Choose a picture as the second background" };
+    const toggleSecond = () => {
+        presets.toggle("secondBackground");
+        showToast(player.settings.secondBackground ? sharedTexts.secondPicture : sharedTexts.firstPicture);
+    };
     return [
         command("o", commandTexts.choosePicture, () => choose("image/*,video/*", (file) => importer.take(file))),
         command("e", second, () => choose("image/*,video/*", (file) => importer.take(file, "second"))),
-        toggle(
-            "b",
-            commandTexts.secondPicture,
-            () => player.settings.secondBackground,
-            () => presets.toggle("secondBackground"),
-        ),
+        toggle("b", commandTexts.secondPicture, () => player.settings.secondBackground, toggleSecond),
         { ...command("", camera, () => importer.takeCamera()), isShown: () => navigator.mediaDevices !== undefined },
         command("i", commandTexts.matchInk, () => presets.chooseContrastingInk()),
     ];
@@ -151,7 +158,7 @@ function viewCommands({ player }: CommandContext): Command[] {
     };
     const toggleAttractMode = () => {
         effect.turnAttractMode(!effect.attractModeOn);
-        showToast(`${commandTexts.attractMode.label}${effect.attractModeOn ? sharedTexts.on : sharedTexts.off}`);
+        showToast(stateText(commandTexts.attractMode, effect.attractModeOn));
         player.noteInput();
     };
     const toggleQuality = () => {
@@ -160,7 +167,7 @@ function viewCommands({ player }: CommandContext): Command[] {
         } else {
             effect.adaptQuality();
         }
-        showToast(isAdapting() ? commandTexts.adaptiveQuality.label : "Full quality");
+        showToast(stateText(commandTexts.adaptiveQuality, isAdapting()));
         player.noteInput();
     };
     const isFullScreen = () => document.fullscreenElement !== null;
@@ -175,15 +182,15 @@ function viewCommands({ player }: CommandContext): Command[] {
 
 function developerCommands({ player }: CommandContext): Command[] {
     const { overlays, context } = player;
-    const toggleOverlay = (name: "velocity" | "density", label: string) => {
+    const toggleOverlay = (name: "velocity" | "density", texts: Texts) => {
         overlays[name] = !overlays[name];
-        showToast(`${label}${overlays[name] ? sharedTexts.on : sharedTexts.off}`);
+        showToast(stateText(texts, overlays[name]));
         player.noteInput();
     };
     const { velocityOverlay, inkOverlay, loseContext } = commandTexts;
     return [
-        toggle("v", velocityOverlay, () => overlays.velocity, () => toggleOverlay("velocity", velocityOverlay.label)),
-        toggle("d", inkOverlay, () => overlays.density, () => toggleOverlay("density", inkOverlay.label)),
+        toggle("v", velocityOverlay, () => overlays.velocity, () => toggleOverlay("velocity", velocityOverlay)),
+        toggle("d", inkOverlay, () => overlays.density, () => toggleOverlay("density", inkOverlay)),
         command("l", loseContext, () => context.lose()),
     ];
 }

@@ -22,7 +22,7 @@ export class Pause {
             return;
         }
         this.hideBadge?.();
-        this.hideBadge = on ? showBadge(sharedTexts.paused, "Resume", () => (this.isOn = false), true) : null;
+        this.hideBadge = on ? showBadge(sharedTexts.paused, sharedTexts.resume, () => (this.isOn = false), true) : null;
         this.onChange();
     }
 

@@ -99,7 +99,7 @@ export class PresetChooser {
     /** Restores the settings of the preset that was chosen last. Discards the user's changes of these settings. */
     reset(): void {
         this.show(this.chosen.settings);
-        showToast(`${this.chosen.name}, changes discarded`);
+        showToast(`${this.chosen.name}${sharedTexts.changesDiscarded}`);
     }
 
     random(): void {
@@ -143,29 +143,29 @@ export class PresetChooser {
     /** Asks for a new name for the current preset, which must be one of the user's presets. */
     rename(): void {
         const preset = this.ownPreset();
-        const name = (prompt("New name of the preset", preset.name) ?? "").trim().slice(0, maxNameLength);
+        const name = (prompt(sharedTexts.newPresetName, preset.name) ?? "").trim().slice(0, maxNameLength);
         if (!name || name === preset.name) {
             return;
         }
         const existing = findPreset(this.all, name);
         if (existing && existing !== preset) {
-            throw new Error(`A preset named ${existing.name} already exists. Choose another name`);
+            throw new Error(`A preset named '${existing.name}'${sharedTexts.presetExists}`);
         }
         removePreset(this.presets, preset.name);
         this.add(name, preset.settings, preset.thumbnail);
-        showToast(`Renamed to ${name}`);
+        showToast(`${sharedTexts.renamedTo}${name}`);
     }
 
     /** Deletes the current preset, which must be one of the user's presets. Its settings stay in force. */
     remove(): void {
         const { name } = this.ownPreset();
-        if (!confirm(`Delete the preset ${name}?`)) {
+        if (!confirm(`${sharedTexts.deletePresetQuestion}${name}?`)) {
             return;
         }
         removePreset(this.presets, name);
         this.chosen = this.presets.builtIn[0] as Preset;
         this.onChange();
-        showToast(`Deleted ${name}. Its settings stay until you choose another preset`);
+        showToast(`${sharedTexts.deleted}${name}${sharedTexts.deletedCurrent}`);
     }
 
     async share(): Promise<void> {
