@@ -9,10 +9,10 @@ before(async () => ([browser, server] = [await launch(), await serve()]));
 after(async () => (server.stop(), await browser.close()));
 
 test("a change of the settings removes the link's settings from the address, and the same link can be opened again", async () => {
-    const page = await open(browser, { url: server.url, hash: "#look&exponent=7&secondBackground=true" });
+    const page = await open(browser, { url: server.url, hash: "#look&exponent=7&secondBackground=true&clean" });
     assert.equal((await settings(page)).exponent, 7);
     await page.keyboard.press("n");
-    await page.waitForFunction(() => location.hash === "");
+    await page.waitForFunction(() => location.hash === "#clean");
     await page.evaluate(() => (location.hash = "#look&exponent=7"));
     await page.waitForFunction(() => window.velmora.settings.exponent === 7);
     await page.keyboard.press("n");

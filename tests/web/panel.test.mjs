@@ -235,7 +235,7 @@ test("on a phone, a key hides the controls, and a touch with three fingers shows
     await onPhone.close();
 });
 
-test("a key or #clean in the address hides the controls, and Tab shows them again", async () => {
+test("a key or #clean in the address hides the controls, but not errors, and Tab shows the controls again", async () => {
     const page = await open(browser, { hash: "#clean" });
     const visible = async () => [await page.locator("#open").isVisible(), await page.locator("#toast.shown").isVisible()];
     assert.deepEqual(await visible(), [false, false]);
@@ -253,6 +253,8 @@ test("a key or #clean in the address hides the controls, and Tab shows them agai
 
 test("text follows the browser's font size, and no toast covers the settings button", async () => {
     const page = await open(browser, { size: [133, 225] }); // 400 x 675 at 300 % zoom
+    await sendFiles(page, "drop", ["bad.json", "", Buffer.from("{")]);
+    await waitForToast(page, "bad.json: this is not valid JSON");
     const [toast, button] = [await page.locator("#toast").boundingBox(), await page.locator("#open").boundingBox()];
     assert.ok(toast.y >= button.y + button.height, "the toast must not cover the settings button");
     await page.setViewportSize({ width: 800, height: 600 });

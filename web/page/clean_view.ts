@@ -1,5 +1,6 @@
 // Hides all controls, so that only the water is on the screen.
 
+import { hidesControls } from "./links";
 import { hasKeys, showToast } from "./toast";
 
 /** Number of fingers that must touch the screen together to show the controls again. */
@@ -10,7 +11,7 @@ export class CleanView {
 
     /** Hides the controls if the page's address has `#clean`. */
     constructor() {
-        this.root.classList.toggle("clean", /^#(.*&)?clean(&|$)/.test(location.hash));
+        this.root.classList.toggle("clean", hidesControls(location.hash));
         const show = (event: TouchEvent) => event.touches.length >= fingersToShow && this.show();
         window.addEventListener("touchstart", show, { passive: true });
     }

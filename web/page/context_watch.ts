@@ -47,8 +47,7 @@ export class ContextWatch {
         this.need();
         const extension = this.gl.getExtension("WEBGL_lose_context");
         if (!extension) {
-            showToast("This browser cannot lose the context on request: it lacks the extension WEBGL_lose_context");
-            return;
+            throw new Error("This browser cannot lose the context on request: it lacks the extension WEBGL_lose_context");
         }
         // restoreContext fails until the page has handled the event webglcontextlost.
         const restoreLater = () => setTimeout(() => extension.restoreContext(), restoreDelay);

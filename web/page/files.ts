@@ -1,6 +1,6 @@
 // Saves, shares and chooses files, and receives files that the user drops or pastes.
 
-import { showToast } from "./toast";
+import { showErrorToast } from "./toast";
 
 /** Saves a file in the browser's download folder. */
 export function download(content: Blob | string, name: string): void {
@@ -68,7 +68,7 @@ export function receiveFiles(take: (file: File) => void): void {
         event.preventDefault();
         takeAll(event.dataTransfer);
         if (event.dataTransfer?.files.length === 0) {
-            showToast("Nothing to open here: only files can be dropped. Save the item as a file first");
+            showErrorToast("Nothing to open here: only files can be dropped. Save the item as a file first");
         }
     });
     window.addEventListener("paste", (event) => takeAll(event.clipboardData));

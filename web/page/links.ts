@@ -1,4 +1,5 @@
-// Writes settings into the fragment of a link, for example #look&damping=0.91&ink=1,0.35,0.35, and reads them back.
+// Writes settings into the fragment of a link, for example #look&damping=0.91&ink=1,0.35,0.35, and reads them back. The
+// fragment can also have the part `clean`, which hides the controls.
 
 import { defaultSettings, settingFields, type Settings } from "../../build/web/settings";
 
@@ -23,6 +24,16 @@ export function presetInLink(fragment: string): string | undefined {
         return undefined;
     }
     return look === "look" ? JSON.stringify(presetOf(parts)) : decode(look.slice("look=".length));
+}
+
+/** Returns the part of a fragment that stays if its preset is removed: "#clean" if it hides the controls, else "". */
+export function withoutPreset(fragment: string): string {
+    return hidesControls(fragment) ? "#clean" : "";
+}
+
+/** Returns true if the part `clean` of a fragment hides the controls. */
+export function hidesControls(fragment: string): boolean {
+    return fragment.slice(1).split("&").includes("clean");
 }
 
 function presetOf(parts: string[]): Record<string, unknown> {

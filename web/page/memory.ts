@@ -7,7 +7,7 @@ import type { PresetChooser } from "./preset_chooser";
 import { readPicture } from "./read_picture";
 import { StillPicture } from "./still_picture";
 import { deleteBackgrounds, storeBackgrounds, type StoredBackground } from "./stored_backgrounds";
-import { showToast } from "./toast";
+import { showErrorToast, showToast } from "./toast";
 
 /** Name of the localStorage entry that holds the settings and the name of their preset. */
 const lookEntry = "velmora look";
@@ -63,7 +63,7 @@ export class Memory {
             this.presets.resume(String(preset), this.player.effect.readPreset(JSON.stringify(settings)));
         } catch {
             this.forgetSettings();
-            showToast("The remembered settings are damaged, so these are the default settings");
+            showErrorToast("The remembered settings are damaged, so these are the default settings");
         }
     }
 
@@ -107,7 +107,7 @@ export class Memory {
             return;
         }
         if (isLost) {
-            showToast("A remembered picture is damaged, so this is the default picture");
+            showErrorToast("A remembered picture is damaged, so this is the default picture");
         } else {
             this.stored = this.storable(sources);
         }

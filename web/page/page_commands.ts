@@ -203,6 +203,6 @@ async function toggleFullScreen(): Promise<void> {
     }
     await root.requestFullscreen?.().catch(() => {}); // the browser or the page around this one may forbid it
     if (!document.fullscreenElement) {
-        showToast("Full screen is not possible here. Open the page in its own tab, or try another browser");
+        throw new Error("Full screen is not possible here. Open the page in its own tab, or try another browser");
     }
 }

@@ -2,7 +2,7 @@
 
 import { sharedTexts, type Settings } from "../../build/web/settings";
 import { download, uniqueName } from "./files";
-import { linkOf, presetInLink } from "./links";
+import { linkOf, presetInLink, withoutPreset } from "./links";
 import type { Player } from "./player";
 import { addPreset, allPresets, findPreset, isSame, removePreset, storePreset, writePreset } from "./presets";
 import type { Preset, PresetList } from "./presets";
@@ -202,7 +202,7 @@ export class PresetChooser {
     dropOldLink(): void {
         const text = presetInLink(location.hash);
         if (text !== undefined && !this.isInLink(text)) {
-            history.replaceState(null, "", location.pathname + location.search);
+            history.replaceState(null, "", location.pathname + location.search + withoutPreset(location.hash));
         }
     }
 

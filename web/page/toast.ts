@@ -7,14 +7,18 @@ const maxLength = 300;
 export const hasKeys = !matchMedia("(pointer: coarse)").matches;
 let timer = 0;
 
+/** Shows a message for some seconds. Does nothing while the controls are hidden. */
+export function showToast(message: string): void {
+    if (!document.documentElement.classList.contains("clean")) {
+        showErrorToast(message);
+    }
+}
+
 /**
- * Shows a message for some seconds. Does nothing while the controls are hidden. Replaces line breaks and control
+ * Shows an error message for some seconds, even while the controls are hidden. Replaces line breaks and control
  * characters with spaces.
  */
-export function showToast(message: string): void {
-    if (document.documentElement.classList.contains("clean")) {
-        return;
-    }
+export function showErrorToast(message: string): void {
     const clean = message.replace(/[\p{Cc}\p{Cf}\s]+/gu, " ");
     toast.textContent = clean.length > maxLength ? clean.slice(0, maxLength) + "…" : clean;
     toast.classList.add("shown");
@@ -28,7 +32,7 @@ export async function attempt(action: () => unknown): Promise<boolean> {
         await action();
         return true;
     } catch (error) {
-        showToast(error instanceof Error ? error.message : String(error));
+        showErrorToast(error instanceof Error ? error.message : String(error));
         return false;
     }
 }
