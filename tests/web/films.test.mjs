@@ -1,5 +1,5 @@
-// Tests recorded videos: their size, duration and frames. Also tests the error in browsers that cannot record, and that
-// the browser asks before the user leaves a page that records.
+// Tests recorded videos: their size, duration and frames. Also tests videos that the browser ends early, the errors in
+// browsers that cannot record, and that the browser asks before the user leaves a page that records.
 
 import assert from "node:assert/strict";
 import { after, before, test } from "node:test";
@@ -52,7 +52,7 @@ test("a browser that cannot record videos shows an error", async () => {
     }
 });
 
-test("a recorded video keeps its size if the page is resized, states its duration, and plays to its end", needs("recorder"), async () => {
+test("a recorded video keeps its size if the page is resized, survives a context loss, states its duration, and plays to its end", needs("recorder"), async () => {
     const page = await open(browser, { before: useOnly("webm") });
     const start = Date.now();
     await page.keyboard.press("f");
@@ -60,6 +60,8 @@ test("a recorded video keeps its size if the page is resized, states its duratio
     await drag(page, [60, 200], [200, 260], 4);
     await page.setViewportSize({ width: 300, height: 400 });
     await waitForCanvasWidth(page, 300);
+    await page.keyboard.press("l");
+    await page.waitForFunction(() => window.velmora.counts().contexts === 2);
     await drag(page, [60, 100], [200, 160], 4);
     const film = await downloadFrom(page, () => page.locator("#badges button").click());
     const longest = (Date.now() - start) / 1000;
@@ -67,6 +69,53 @@ test("a recorded video keeps its size if the page is resized, states its duratio
     const { width, height, duration, error } = await play(page, film.bytes);
     assert.deepEqual({ width, height, error }, { width: pageSize[0], height: pageSize[1], error: "" });
     assert.ok(duration > 0.1 && duration <= longest, `the duration must be from 0.1 to ${longest} s, not ${duration} s`);
+    await close(page, /CONTEXT_LOST/);
+});
+
+/** Runs before the page's scripts. Keeps the recorder of the newest video in `window.recorder`. */
+function keepRecorder() {
+    const { start } = MediaRecorder.prototype;
+    MediaRecorder.prototype.start = function (...rest) {
+        window.recorder = this;
+        start.apply(this, rest);
+    };
+}
+
+/** Run in a page. Each makes the browser end the video, as after a failure of the encoder. */
+const earlyEnds = [
+    () => window.recorder.stream.getTracks().forEach((track) => track.stop()),
+    () => window.recorder.dispatchEvent(new Event("error")),
+];
+
+test("if the browser ends a video early, the page saves the recorded frames and can record again", needs("recorder"), async () => {
+    const page = await open(browser, { before: keepRecorder });
+    for (const end of earlyEnds) {
+        await page.keyboard.press("f");
+        await drag(page, [60, 200], [200, 260], 4);
+        const film = await downloadFrom(page, () => page.evaluate(end));
+        await waitForToast(page, `The browser stopped the video early. Saved ${film.name}`);
+        assert.equal(await page.locator("#badges button").count(), 0);
+        const { width, error } = await play(page, film.bytes);
+        assert.deepEqual([width, error], [pageSize[0], ""]);
+    }
+    await close(page);
+});
+
+test("a video without data is refused, and the page can record again", needs("recorder"), async () => {
+    const page = await open(browser, {
+        before: Function(`(${keepRecorder})();
+            Object.defineProperty(MediaRecorder.prototype, "ondataavailable", { set() {} });`),
+    });
+    const refusals = [
+        ["The video has no frame, so it is not saved", pressF(page)],
+        ["The browser stopped the video before its first frame", () => page.evaluate(earlyEnds[0])],
+    ];
+    for (const [message, end] of refusals) {
+        await page.keyboard.press("f");
+        await end();
+        await waitForToast(page, message);
+        assert.equal(await page.locator("#badges button").count(), 0);
+    }
     await close(page);
 });
 

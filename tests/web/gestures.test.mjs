@@ -28,10 +28,7 @@ function digests(page, script, count) {
                 bytes.reduce((state, byte) => BigInt.asUintN(64, (state ^ BigInt(byte)) * 0x100000001b3n), digest);
             let [water, velocity] = [0xcbf29ce484222325n, 0xcbf29ce484222325n];
             velmora.overlays.velocity = true; // makes the page observe the velocities
-            const fault = velmora.replay(text, "script");
-            if (fault) {
-                throw new Error(fault);
-            }
+            velmora.replay(text, "script");
             await new Promise((resolve) => {
                 let frame = 0;
                 const stop = velmora.onFrame(() => {
@@ -126,6 +123,18 @@ test("a faulty gesture file does not end a recording, but a valid file ends and 
     const kept = await downloadFrom(page, () => sendFiles(page, "drop", ["tap.gesture", "", tap]));
     assert.match(kept.name, /\.gesture$/);
     assert.equal(await page.evaluate(() => window.velmora.isRecording()), false);
+    await close(page);
+});
+
+test("a resize ends a recording, and the page saves it and tells the reason", async () => {
+    const page = await open(browser);
+    for (const [resize, message] of [[true, "The new window size ended the recording. Saved "], [false, "Saved "]]) {
+        await page.keyboard.press("r");
+        const { name } = await downloadFrom(page, () =>
+            resize ? page.setViewportSize({ width: 300, height: 400 }) : page.keyboard.press("r"));
+        const toast = await waitForToast(page, name);
+        assert.equal(toast, `${message}${name}. Replay gesture plays it again`);
+    }
     await close(page);
 });
 

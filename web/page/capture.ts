@@ -1,19 +1,23 @@
 // Saves screenshots, videos and recorded gestures as files.
 
 import { commandTexts, sharedTexts } from "../../build/web/settings";
+import type { Size } from "../engine/size";
 import { showBadge } from "./badges";
 import { drawCropped, thumbnailSide } from "./cropping";
 import { canShare, download, share, uniqueName } from "./files";
 import { Film } from "./film";
 import { blobOf } from "./paused_frame";
 import type { Player } from "./player";
-import { attempt, showToast } from "./toast";
+import { isSameSize } from "./stage";
+import { attempt, showErrorToast, showToast } from "./toast";
 
 export class Capture {
     private film: Film | null = null;
     private hideFilmBadge = () => {};
     private stopAdding = () => {};
     private hideRecordingBadge = () => {};
+    /** Size of the canvas in pixels when the gesture recording began. Undefined if no recording is running. */
+    private recordedSize: Size | undefined;
     /** File of the newest video. */
     private video: Blob | undefined;
     /** Script of the newest recorded gesture. */
@@ -77,7 +81,8 @@ export class Capture {
         if (!this.film) {
             this.startFilm();
         } else if (!this.film.isFinishing) {
-            await this.finishFilm(this.film);
+            const file = await this.finishFilm(this.film);
+            showToast(`Saved ${this.saveFilm(file, sharedTexts.emptyVideo)}`);
         }
     }
 
@@ -86,8 +91,9 @@ export class Capture {
             this.player.gestures.finishRecording();
         } else {
             this.player.gestures.startRecording();
-            this.hideRecordingBadge = showBadge("Gesture", "Stop recording", () => this.toggleRecording());
-            showToast("Recording a gesture. The effect has restarted");
+            this.recordedSize = this.player.stage.size;
+            this.hideRecordingBadge = showBadge("Gesture", sharedTexts.stopRecording, () => this.toggleRecording());
+            showToast(`Recording a gesture${sharedTexts.effectRestarted}`);
         }
     }
 
@@ -124,9 +130,13 @@ export class Capture {
     private saveRecording(script: string): void {
         this.hideRecordingBadge();
         this.gesture = script;
+        const { size } = this.player.stage;
+        const isResized = this.recordedSize !== undefined && !isSameSize(this.recordedSize, size);
+        this.recordedSize = undefined;
         const name = uniqueName("gesture", ".gesture");
         download(script, name);
-        showToast(`Saved ${name}. ${commandTexts.replay.label} plays it again`);
+        const reason = isResized ? sharedTexts.resizeEndedRecording : "";
+        showToast(`${reason}Saved ${name}. ${commandTexts.replay.label} plays it again`);
     }
 
     private startFilm(): void {
@@ -137,7 +147,8 @@ export class Capture {
         player.afterFrame.add(add);
         this.film = film;
         this.stopAdding = () => player.afterFrame.delete(add);
-        this.hideFilmBadge = showBadge("Video", "Stop filming", () => void attempt(() => this.toggleFilm()));
+        film.onEarlyEnd = () => void attempt(() => this.saveEarlyFilm(film));
+        this.hideFilmBadge = showBadge("Video", sharedTexts.stopFilming, () => void attempt(() => this.toggleFilm()));
         player.filming = true;
         if (player.pause.frame.image) {
             film.add(player.pause.frame.image);
@@ -146,19 +157,36 @@ export class Capture {
         }
     }
 
-    private async finishFilm(film: Film): Promise<void> {
+    /** Ends a video and returns its file, which can be empty. */
+    private async finishFilm(film: Film): Promise<Blob> {
         const { player } = this;
-        const file = await film.finish();
-        this.film = null;
-        this.stopAdding();
-        this.hideFilmBadge();
-        player.filming = false;
-        player.loop.wake(); // a deferred resize of the canvas is now possible
+        try {
+            return await film.finish();
+        } finally {
+            this.film = null;
+            this.stopAdding();
+            this.hideFilmBadge();
+            player.filming = false;
+            player.loop.wake(); // a deferred resize of the canvas is now possible
+        }
+    }
+
+    /** Saves the recorded frames of a video that the browser has ended. */
+    private async saveEarlyFilm(film: Film): Promise<void> {
+        const emptyVideo = "The browser stopped the video before its first frame, so it is not saved. Try again";
+        const name = this.saveFilm(await this.finishFilm(film), emptyVideo);
+        showErrorToast(`The browser stopped the video early. Saved ${name}`);
+    }
+
+    /** Saves a video. Returns the name of its file. If the video is empty, throws an Error with the message. */
+    private saveFilm(file: Blob, emptyMessage: string): string {
         if (file.size === 0) {
-            throw new Error("The video has no frame, so it is not saved. Record a longer video");
+            throw new Error(emptyMessage);
         }
         this.video = file;
-        save(file, uniqueName("film", suffixOf(file)));
+        const name = uniqueName("film", suffixOf(file));
+        download(file, name);
+        return name;
     }
 }
 

@@ -12,9 +12,13 @@ const lastFrameDelay = 100;
  * is the maximum number of repetitions.
  */
 const maxLastFrames = 30;
+/** Time in milliseconds that the encoder has after an error to write its last data and to report its end. */
+const maxEndDelay = 1000;
 
 export class Film {
     isFinishing = false;
+    /** Called if the encoder ends the video before `finish` is called, for example after an error. */
+    onEarlyEnd = () => {};
     /** "video/mp4" or "video/webm". */
     private readonly type: string;
     private readonly context: CanvasRenderingContext2D;
@@ -22,6 +26,8 @@ export class Film {
     private readonly parts: Blob[] = [];
     private readonly start = performance.now();
     private readonly firstFrame: Promise<void>;
+    /** Resolves when the encoder has ended the video and has written all data. */
+    private readonly ended: Promise<void>;
     private noteFrame = () => {};
 
     /**
@@ -36,12 +42,22 @@ export class Film {
         this.recorder = recorderOf(canvas);
         this.type = this.recorder.mimeType.replace(/;.*/, "");
         this.recorder.ondataavailable = (event) => this.parts.push(event.data);
-        this.recorder.start(1000);
+        this.ended = endOf(this.recorder);
         this.firstFrame = new Promise((resolve) => (this.noteFrame = resolve));
+        this.recorder.start(1000);
+        void this.ended.then(() => {
+            if (!this.isFinishing) {
+                this.onEarlyEnd();
+            }
+        });
     }
 
     private get isEmpty(): boolean {
         return this.parts.every((part) => part.size === 0);
+    }
+
+    private get isRecording(): boolean {
+        return this.recorder.state !== "inactive";
     }
 
     /** Adds a frame, scaled and cropped to the size of the video. */
@@ -52,26 +68,45 @@ export class Film {
 
     /**
      * Waits until the video has a frame, then ends the video. Resolves to the file, which is empty if the encoder wrote
-     * no data.
+     * no data. If the encoder has already ended the video, resolves to the file at once.
      */
     async finish(): Promise<Blob> {
         this.isFinishing = true;
-        await this.firstFrame;
-        const { recorder } = this;
-        for (let count = 0; count === 0 || (this.isEmpty && count < maxLastFrames); ++count) {
-            this.add(this.context.canvas); // makes the last frame last until the end
-            await new Promise((resolve) => setTimeout(resolve, lastFrameDelay));
-            recorder.requestData();
-        }
+        await Promise.race([this.firstFrame, this.ended]);
+        await this.repeatLastFrame();
         const duration = performance.now() - this.start;
-        await new Promise((resolve) => {
-            recorder.onstop = resolve;
-            recorder.stop();
-        });
-        recorder.stream.getTracks().forEach((track) => track.stop());
+        if (this.isRecording) {
+            this.recorder.stop();
+        }
+        await this.ended;
+        this.recorder.stream.getTracks().forEach((track) => track.stop());
         const file = new Blob(this.parts, { type: this.type });
         return this.type === "video/webm" ? withDuration(file, duration) : file;
     }
+
+    /** Makes the last frame last until the end of the video. */
+    private async repeatLastFrame(): Promise<void> {
+        for (let count = 0; this.isRecording && (count === 0 || (this.isEmpty && count < maxLastFrames)); ++count) {
+            this.add(this.context.canvas);
+            await new Promise((resolve) => setTimeout(resolve, lastFrameDelay));
+            if (this.isRecording) {
+                this.recorder.requestData();
+            }
+        }
+    }
+}
+
+/** Resolves when the recorder has stopped. An error stops the recorder. */
+function endOf(recorder: MediaRecorder): Promise<void> {
+    return new Promise((resolve) => {
+        recorder.onstop = () => resolve();
+        recorder.onerror = () => {
+            if (recorder.state !== "inactive") {
+                recorder.stop();
+            }
+            setTimeout(resolve, maxEndDelay); // after an error, the event "stop" can be missing
+        };
+    });
 }
 
 /** Returns a recorder of the canvas. Throws an Error with a message for the user if the browser cannot record. */

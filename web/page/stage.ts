@@ -54,7 +54,7 @@ export class Stage {
 
     /** True if the canvas has the wanted size. */
     get hasWantedSize(): boolean {
-        return isSame(this.wantedSize, this.current);
+        return isSameSize(this.wantedSize, this.current);
     }
 
     /** Restarts the effect at the wanted size. Keeps the waves. */
@@ -64,7 +64,7 @@ export class Stage {
 
     /** Undoes a size reduction by adaptive quality, so that a gesture gives the same result on every machine. */
     useAllPixels(): void {
-        if (!isSame(this.fullSize, this.current)) {
+        if (!isSameSize(this.fullSize, this.current)) {
             this.applySize(this.fullSize);
         }
     }
@@ -113,6 +113,6 @@ export class Stage {
     }
 }
 
-function isSame(a: Size, b: Size): boolean {
+export function isSameSize(a: Size, b: Size): boolean {
     return a.width === b.width && a.height === b.height;
 }
