@@ -90,9 +90,9 @@ test("a dropped preset is applied, and a faulty file shows an error and changes 
     const evening = await settings(page);
     assert.equal(evening.exponent, 7);
     const faults = [
-        ["bad.json", json({ damping: 3 }), "bad.json: 'damping' must be a number from 0.8 to 0.999, not 3"],
         ["bad.json", json({ wet: true }), "bad.json: there is no setting 'wet'"],
-        ["bad.json", json({ ink: [1, 2, 3] }), "bad.json: 'ink' must be three numbers from 0 to 1, not [1,2,3]"],
+        ["bad.json", json({ damping: 3, ink: [1, 2, 3] }), "bad.json: 'damping' must be a number from 0.8 to 0.999, " +
+            "not 3; 'ink' must be three numbers from 0 to 1, not [1,2,3]"],
         ["bad.json", Buffer.from("{"), "bad.json: this is not valid JSON"],
         ["bad.json", json([1]), "bad.json: a preset must be a JSON object"],
         ["bad.gesture", Buffer.from("0 down 1 2\n"), "bad.gesture:1: expected a pressure"],
@@ -147,7 +147,7 @@ test("presets can be saved, renamed and deleted, and do not replace built-in pre
     const page = await open(browser);
     await page.keyboard.press("Tab");
     const dropped = { exponent: 7 };
-    await sendFiles(page, "drop", ["calm_pond.json", "", Buffer.from(JSON.stringify(dropped))]);
+    await sendFiles(page, "drop", ["calm pond.json", "", Buffer.from(JSON.stringify(dropped))]);
     await waitForToast(page, "calm pond 2 is added to the presets");
     await page.keyboard.press("p");
     await waitForToast(page, "and added it to the presets");
@@ -199,10 +199,56 @@ test("the page works if the browser's storage is damaged, full or forbidden", as
         await assertShown(page, shipped("calm_pond"), text);
         await close(page);
     }
-    const refuse = () => (Storage.prototype.setItem = () => { throw new DOMException("full", "QuotaExceededError"); });
-    const page = await open(browser, { before: refuse });
-    await page.keyboard.press("p");
-    await waitForToast(page, ".json. This browser allows no more storage");
+    const outcomes = { presets: ".json. This browser allows no more storage", thumbnails: ".json and added it to the presets" };
+    for (const [entry, message] of Object.entries(outcomes)) {
+        const fill = Function(`
+            const { setItem } = Storage.prototype;
+            Storage.prototype.setItem = function (name, value) {
+                if (name === "velmora ${entry}") {
+                    throw new DOMException("full", "QuotaExceededError");
+                }
+                setItem.call(this, name, value);
+            };`);
+        const page = await open(browser, { before: fill });
+        await page.keyboard.press("p");
+        await waitForToast(page, message);
+        await close(page);
+    }
+});
+
+test("an imported preset replaces no other preset of the user, and the same preset is listed once", async () => {
+    const page = await open(browser);
+    const imports = [
+        ["my_pond.json", 7, "my_pond is added"],
+        ["My_pond.json", 8, "My_pond 2 is added"],
+        ["my_pond.json", 9, "my_pond 3 is added"],
+        ["My_pond.json", 7, "my_pond is added"],
+        ["my_pond.json", 8, "My_pond 2 is added"],
+    ];
+    for (const [name, exponent, message] of imports) {
+        await sendFiles(page, "drop", [name, "", json({ exponent })]);
+        await waitForToast(page, message);
+        assert.equal((await settings(page)).exponent, exponent);
+    }
+    await page.reload();
+    await page.waitForFunction(() => window.velmora?.counts().frames > 0);
+    await page.keyboard.press("Tab");
+    const own = (await names(page)).filter((name) => /^my_pond/i.test(name)).sort();
+    assert.deepEqual(own, ["My_pond 2", "my_pond", "my_pond 3"]);
+    await close(page);
+});
+
+test("after an undo or redo, the preset with the restored settings is the current preset", async () => {
+    const page = await open(browser);
+    await page.keyboard.press("n");
+    await sendFiles(page, "drop", ["mine.json", "", json({ exponent: 7 })]);
+    await waitForToast(page, "mine is added");
+    await page.keyboard.press("z");
+    await page.keyboard.press("t");
+    await waitForToast(page, "calm pond is built in");
+    await page.keyboard.press("y");
+    await page.answerDialog("t", "renamed");
+    await waitForToast(page, "Renamed to renamed");
     await close(page);
 });
 

@@ -185,15 +185,14 @@ export class Effect extends Session<Exports> {
         return [red, green, blue];
     }
 
-    /** Parses a preset in JSON. A missing setting has its default value. Throws an Error with the first fault. */
+    /** Parses a preset in JSON. A missing setting has its default value. Throws an Error with all faults. */
     readPreset(text: string): Settings {
         const preset = parseObject(text);
         this.module.beginPreset();
-        for (const [name, value] of Object.entries(preset)) {
-            const fault = this.setPresetMember(name, value);
-            if (fault) {
-                throw new Error(fault);
-            }
+        const faults = Object.entries(preset).map(([name, value]) => this.setPresetMember(name, value));
+        const message = faults.filter(Boolean).join("; ");
+        if (message) {
+            throw new Error(message);
         }
         this.module.takePreset(this.settingsBuffer);
         return settingsOf(this.numbers);

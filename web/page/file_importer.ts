@@ -5,7 +5,6 @@ import { setFirst, setSecond } from "./backgrounds";
 import { openCamera } from "./moving_picture";
 import type { Player } from "./player";
 import type { PresetChooser } from "./preset_chooser";
-import { presetName } from "./presets";
 import { readPicture, type Picture } from "./read_picture";
 import { attempt, showToast } from "./toast";
 
@@ -67,7 +66,7 @@ export class FileImporter {
     }
 
     private async importPreset(file: File): Promise<void> {
-        const name = presetName(file.name, this.player.effect);
+        const name = file.name.replace(/\.json$/i, "");
         let settings: Settings;
         try {
             settings = this.player.effect.readPreset(await readText(file));

@@ -214,8 +214,10 @@ export class PresetChooser {
         }
     }
 
+    /** Applies settings of the history. If a preset has these settings, it becomes the preset that was chosen last. */
     private restore(settings: Settings | undefined, done: string, nothing: string): void {
         if (settings) {
+            this.chosen = [this.chosen, ...this.all].find((preset) => isSame(preset.settings, settings)) ?? this.chosen;
             this.show(settings);
         }
         showToast(settings ? done : nothing);

@@ -24,14 +24,9 @@ export interface PresetList {
     own: Preset[];
 }
 
-/** Returns the name of the preset in a file, for example "calm pond" for calm_pond.json. */
-export function presetName(file: string, effect: Effect): string {
-    return effect.presetName(file.replace(/\.json$/i, ""));
-}
-
 export function loadPresets(effect: Effect): PresetList {
     const builtIn = Object.entries(PRESETS).map(([file, text]) => ({
-        name: presetName(file, effect),
+        name: effect.presetName(file.replace(/\.json$/, "")),
         settings: effect.readPreset(text),
         thumbnail: THUMBNAILS[file],
     }));
@@ -53,13 +48,22 @@ export function findPreset(presets: Preset[], name: string): Preset | undefined 
 }
 
 /**
- * Adds a preset to the user's presets. Replaces a preset of the user that has the same name. If a built-in preset has
- * the name, appends " 2" to the name.
+ * Adds a preset to the user's presets. If another preset has the name, appends " 2", " 3" and so on until the name is
+ * free. Replaces a preset of the user that has the same name and the same settings.
  */
 export function addPreset(list: PresetList, name: string, settings: Settings, thumbnail?: string): Preset {
-    const ownName = findPreset(list.builtIn, name) ? `${name} 2` : name;
-    const added = { name: ownName, settings: structuredClone(settings), thumbnail };
-    list.own = [...list.own.filter((preset) => preset.name !== added.name), added];
+    let freeName = name;
+    let existing = findPreset(allPresets(list), name);
+    for (let count = 2; existing && !(list.own.includes(existing) && isSame(existing.settings, settings)); ++count) {
+        freeName = `${name} ${count}`;
+        existing = findPreset(allPresets(list), freeName);
+    }
+    const added = {
+        name: existing?.name ?? freeName, // keeps upper and lower case, because the storage distinguishes them
+        settings: structuredClone(settings),
+        thumbnail: thumbnail ?? existing?.thumbnail,
+    };
+    list.own = [...list.own.filter((preset) => preset !== existing), added];
     return added;
 }
 
@@ -90,21 +94,27 @@ function readOwn(effect: Effect): Preset[] {
 }
 
 /**
- * Replaces the stored settings and thumbnail of a preset. An undefined text deletes the stored text. Reads the storage
- * again first, because other tabs can have changed it.
+ * Replaces the stored settings and thumbnail of a preset. An undefined text deletes the stored text. Returns true if the
+ * settings are stored, because a preset without a thumbnail is complete.
  */
 function changeStorage(name: string, texts: { settings?: string; thumbnail?: string | undefined }): boolean {
-    const change = (entry: string, text: string | undefined) => {
-        const stored = readStorage(entry);
-        stored.delete(name);
-        if (text) {
-            stored.set(name, text);
-        }
-        localStorage.setItem(entry, JSON.stringify(Object.fromEntries(stored)));
-    };
+    const areSettingsStored = changeEntry(presetStorage, name, texts.settings);
+    changeEntry(thumbnailStorage, name, texts.thumbnail);
+    return areSettingsStored;
+}
+
+/**
+ * Replaces or deletes the text with this name in an entry of the storage. Reads the entry again first, because other
+ * tabs can have changed it. Returns false if the storage is full or not allowed.
+ */
+function changeEntry(entry: string, name: string, text: string | undefined): boolean {
+    const stored = readStorage(entry);
+    stored.delete(name);
+    if (text) {
+        stored.set(name, text);
+    }
     try {
-        change(presetStorage, texts.settings);
-        change(thumbnailStorage, texts.thumbnail);
+        localStorage.setItem(entry, JSON.stringify(Object.fromEntries(stored)));
         return true;
     } catch {
         return false;
