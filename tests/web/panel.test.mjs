@@ -202,7 +202,7 @@ test("commands with letter keys work on a keyboard that has no Latin letters", n
     await close(page);
 });
 
-test("in an iframe, wheel and Tab act on the outer page, and the command for full screen reports that full screen is not possible", async () => {
+test("in an iframe, arrow keys, wheel and Tab act on the outer page, and the command for full screen reports that full screen is not possible", async () => {
     const server = await serve();
     const page = await browser.newPage({ size: [400, 400] });
     await page.goto(server.outerUrl);
@@ -218,6 +218,13 @@ test("in an iframe, wheel and Tab act on the outer page, and the command for ful
         window.inner.document.querySelector("#toast.shown")?.textContent.includes("Full screen is not possible here"));
     await page.mouse.wheel(0, 500);
     await page.waitForFunction(() => scrollY > 0);
+    await page.evaluate(() => {
+        window.inner.addEventListener("keydown", (event) => (window.isKeyTaken = event.defaultPrevented));
+        window.inner.document.activeElement.blur();
+    });
+    await page.keyboard.press("ArrowDown");
+    await page.waitForFunction(() => window.isKeyTaken !== undefined);
+    assert.equal(await page.evaluate(() => window.isKeyTaken), false, "an arrow key must scroll the outer page");
     await page.close();
     server.stop();
 });
@@ -246,6 +253,8 @@ test("a key or #clean in the address hides the controls, but not errors, and Tab
     assert.equal(await page.locator("#open").isVisible(), false);
     await page.keyboard.press("n"); // chooses a preset, which must not show a toast now
     assert.doesNotMatch(await page.locator("#toast").textContent(), /calm pond/);
+    await sendFiles(page, "drop", ["bad.json", "", Buffer.from("{")]);
+    await waitForToast(page, "bad.json: this is not valid JSON");
     await page.keyboard.press("Tab");
     assert.deepEqual([await page.locator("#open").isVisible(), await page.locator("#panel").isVisible()], [true, true]);
     await close(page);
@@ -253,8 +262,6 @@ test("a key or #clean in the address hides the controls, but not errors, and Tab
 
 test("text follows the browser's font size, and no toast covers the settings button", async () => {
     const page = await open(browser, { size: [133, 225] }); // 400 x 675 at 300 % zoom
-    await sendFiles(page, "drop", ["bad.json", "", Buffer.from("{")]);
-    await waitForToast(page, "bad.json: this is not valid JSON");
     const [toast, button] = [await page.locator("#toast").boundingBox(), await page.locator("#open").boundingBox()];
     assert.ok(toast.y >= button.y + button.height, "the toast must not cover the settings button");
     await page.setViewportSize({ width: 800, height: 600 });

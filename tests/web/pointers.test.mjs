@@ -117,10 +117,9 @@ test("a pen touches with its measured pressure", needs("pen"), async () => {
     await close(page);
 });
 
-test("the arrow keys stir the water, and a press of a mouse button ends their stroke", needs("heldKeys"), async () => {
+test("the arrow keys stir the water of a fresh page, and a press of a mouse button ends their stroke", needs("heldKeys"), async () => {
     const page = await openSharpPage();
     const touches = await recordTouches(page, async () => {
-        await page.evaluate(() => document.getElementById("water").focus());
         await page.keyboard.down("ArrowRight");
         await frames(page, 2);
         await page.keyboard.down("ArrowUp");

@@ -1,5 +1,6 @@
 // Stirs the water with the arrow keys: a held key moves a finger that touches the water.
 
+import { isFramed } from "./command";
 import type { PointerOwner } from "../engine/pointer";
 
 /** Speed of the finger: fraction of the shorter canvas side per second. */
@@ -27,9 +28,10 @@ export class ArrowKeys {
         private readonly owner: PointerOwner,
         private readonly isBusy: () => boolean,
     ) {
-        canvas.addEventListener("keydown", (event) => this.down(event));
-        canvas.addEventListener("keyup", (event) => this.up(event.key));
-        canvas.addEventListener("blur", () => this.release());
+        window.addEventListener("keydown", (event) => this.isForWater(event) && this.down(event));
+        window.addEventListener("keyup", (event) => this.up(event.key));
+        window.addEventListener("blur", () => this.release());
+        window.addEventListener("focusin", () => this.release()); // the keys now act on the focused element
         canvas.addEventListener("pointerdown", () => this.release(), { capture: true });
     }
 
@@ -43,6 +45,15 @@ export class ArrowKeys {
             this.held.clear();
             this.owner.lift("up", ...this.position);
         }
+    }
+
+    /**
+     * Returns true if the focus is on the water, or on no element, as on a fresh page. If no element of an embedded page
+     * has the focus, the arrow keys scroll the outer page.
+     */
+    private isForWater({ target }: KeyboardEvent): boolean {
+        const isForPage = target === document.body && !isFramed && !document.querySelector("dialog[open]");
+        return target === this.canvas || isForPage;
     }
 
     private down(event: KeyboardEvent): void {
