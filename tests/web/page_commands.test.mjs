@@ -1,4 +1,4 @@
-// Tests commands of the page: overlays, full screen, sharing, file choosers, random settings and adaptive quality.
+// Tests commands of the page: overlays, full screen, links, sharing, file choosers, random settings and adaptive quality.
 
 import assert from "node:assert/strict";
 import { after, before, test } from "node:test";
@@ -72,31 +72,29 @@ test("a key turns full screen on and off", async () => {
     await close(page);
 });
 
-test("settings are shared by the share sheet; if it is missing, by the clipboard; if both are missing, by the address", async () => {
+test("a link to the settings is copied, also on a device with a share sheet; if that fails, it is only in the address", async () => {
     const server = await serve();
     const page = await open(browser, { url: server.url });
-    const share = async (means) => {
-        await page.evaluate((name) => {
-            const [sheet, clipboard] = [name === "sheet", name === "clipboard"];
-            const fails = () => Promise.reject(new Error());
+    const copyLink = async (clipboard) => {
+        await page.evaluate((kind) => {
             const set = (key, value) => Object.defineProperty(navigator, key, { value, configurable: true });
-            set("share", sheet ? async ({ url }) => (window.shared = url) : undefined);
-            const writeText = clipboard ? async (url) => (window.shared = url) : fails;
-            set("clipboard", name === "insecure server" ? undefined : { writeText });
-            window.shared = "";
-        }, means);
+            const writers = {
+                working: { writeText: async (text) => (window.copied = text) },
+                refused: { writeText: () => Promise.reject(new Error()) },
+            };
+            set("clipboard", writers[kind]);
+            set("share", async () => {});
+        }, clipboard);
         await page.keyboard.press("u");
     };
-    for (const means of ["sheet", "clipboard"]) {
-        await share(means);
-        await page.waitForFunction(() => window.shared !== "");
-        const address = await page.evaluate(() => location.href);
-        assert.equal(await page.evaluate(() => window.shared), address);
-        assert.match(address, /#look/);
-    }
-    for (const means of ["nothing", "insecure server"]) {
+    await copyLink("working");
+    await waitForToast(page, "Copied a link to these settings");
+    const [copied, address] = await page.evaluate(() => [window.copied, location.href]);
+    assert.equal(copied, address);
+    assert.match(address, /#look/);
+    for (const clipboard of ["refused", "missing on an insecure server"]) {
         await page.evaluate(() => (document.getElementById("toast").textContent = ""));
-        await share(means);
+        await copyLink(clipboard);
         await waitForToast(page, "address is now a link to these settings");
     }
     page.address = page.address.split("#")[0];
@@ -179,10 +177,10 @@ test("keys open file choosers for presets and images", async () => {
 test("keys turn modes on and off, and a toast confirms each change", async () => {
     const page = await open(browser, {});
     const isOn = {
-        b: () => window.velmora.settings.secondBackground,
-        w: () => window.velmora.settings.waterOnly,
         a: () => window.velmora.attractMode().on,
         q: () => window.velmora.quality().phase !== "fixed",
+        b: () => window.velmora.settings.secondBackground,
+        w: () => window.velmora.settings.waterOnly,
     };
     for (const [key, on, off] of [
         ["a", "Idle animation is on", "Idle animation is off"],

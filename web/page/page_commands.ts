@@ -136,7 +136,7 @@ function saveCommands({ capture, importer, player, presets }: CommandContext): C
         { ...command("", shareVideo, () => capture.shareVideo()), isShown: () => capture.canShareVideo },
         toggle("r", commandTexts.record, isRecording, () => capture.toggleRecording()),
         command("g", commandTexts.replay, () => capture.replayNewest()),
-        command("u", commandTexts.copyLink, () => presets.share()),
+        command("u", commandTexts.copyLink, () => presets.copyLink()),
         command("j", commandTexts.openFile, () => choose("image/*,video/*,.json,.gesture", (file) => importer.take(file))),
     ];
 }

@@ -1,4 +1,4 @@
-// Chooses, saves, renames, deletes and shares presets.
+// Chooses, saves, renames and deletes presets, and copies links to them.
 
 import { sharedTexts, type Settings } from "../../build/web/settings";
 import { download, uniqueName } from "./files";
@@ -168,13 +168,10 @@ export class PresetChooser {
         showToast(`${sharedTexts.deleted}${name}${sharedTexts.deletedCurrent}`);
     }
 
-    async share(): Promise<void> {
+    /** Copies a link to the current settings. The link also becomes the page's address. */
+    async copyLink(): Promise<void> {
         const link = linkOf(this.player.settings, location.href);
         history.replaceState(null, "", link);
-        if (navigator.share && /^https?:/.test(link)) {
-            await navigator.share({ title: document.title, url: link }).catch(() => {}); // rejects if the user cancels
-            return;
-        }
         // `navigator.clipboard` exists only in a page that was loaded over HTTPS or from disk.
         const copied = navigator.clipboard?.writeText(link).then(
             () => true,
