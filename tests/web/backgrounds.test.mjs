@@ -147,23 +147,33 @@ const animation = Buffer.from(
     "474946383961" + "01000100800000" + "ff0000" + "0000ff" + "21ff0b4e45545343415045322e300301000000" +
     ["4401", "4c01"].map((pixel) => "21f904000a000000" + "2c000000000100010000" + "0202" + pixel + "00").join("") + "3b", "hex");
 
+/** Returns a WebM file that ffmpeg makes from these options. */
+function makeWebm(...options) {
+    const file = join(tmpdir(), `velmora-video-${process.pid}.webm`);
+    execFileSync("ffmpeg", ["-v", "error", "-y", "-f", "lavfi", ...options, file]);
+    return readFileSync(file);
+}
+
 /** Returns a video that is red for 0.25 s and blue for 0.5 s. WebKit repeats it after 0.5 s, so red must end before. */
 function makeVideo() {
-    const file = join(tmpdir(), `velmora-video-${process.pid}.webm`);
-    const colors = ["-f", "lavfi", "-i", "color=red:64x64:d=0.25", "-f", "lavfi", "-i", "color=blue:64x64:d=0.5"];
-    execFileSync("ffmpeg", ["-v", "error", "-y", ...colors, "-filter_complex", "concat", "-c:v", "libvpx", file]);
-    return readFileSync(file);
+    const blue = ["-f", "lavfi", "-i", "color=blue:64x64:d=0.5"];
+    return makeWebm("-i", "color=red:64x64:d=0.25", ...blue, "-filter_complex", "concat", "-c:v", "libvpx");
 }
 
 /** Drops a moving picture on the page. Waits until the background has been red, blue and red again. */
 async function playBackground(page, ...file) {
     await sendFiles(page, "drop", file);
     await waitForToast(page, `${file[0]} is the background now`);
+    await expectPlaying(page);
+}
+
+/** Waits until the background has been red, blue and red again. */
+async function expectPlaying(page) {
     const end = Date.now() + 60000;
     for (const wanted of ["red", "blue", "red"]) {
         let color;
         do {
-            assert.ok(Date.now() < end, `${file[0]} must become ${wanted} within a minute`);
+            assert.ok(Date.now() < end, `the moving picture must become ${wanted} within a minute`);
             const [red, , blue] = (await readFrame(page)).pixel(48, 80);
             color = red > blue ? "red" : "blue";
         } while (color !== wanted);
@@ -176,9 +186,13 @@ test("an animated image plays as the background", needs("imageDecoder"), async (
     await close(page);
 });
 
-test("a video plays as the background, and stops during a pause", async () => {
+test("a video plays as the background, also after a reload, and stops during a pause", async () => {
     const page = await open(browser, { size: [96, 160] });
     await playBackground(page, "turns.webm", "video/webm", makeVideo());
+    await page.evaluate(() => window.velmora.stored());
+    await page.reload();
+    await page.waitForFunction(() => window.velmora?.counts().frames > 0);
+    await expectPlaying(page);
     await page.keyboard.press(" ");
     await waitUntilIdle(page);
     await page.keyboard.press(" ");
@@ -189,16 +203,38 @@ test("a video plays as the background, and stops during a pause", async () => {
     await close(page);
 });
 
-test("the camera can be the background, and a refused camera is reported", async () => {
+test("a file that has only sound is refused", async () => {
+    const page = await open(browser, { size: [96, 160] });
+    await sendFiles(page, "drop", ["song.webm", "video/webm", makeWebm("-i", "sine=d=0.5", "-c:a", "libvorbis")]);
+    await waitForToast(page, "song.webm is not a picture that this browser can show");
+    await close(page);
+});
+
+/** Runs before the page's scripts. Keeps the stream of the camera in `window.camera`. */
+function keepCamera() {
+    const start = navigator.mediaDevices?.getUserMedia.bind(navigator.mediaDevices);
+    if (start) {
+        navigator.mediaDevices.getUserMedia = async (wanted) => (window.camera = await start(wanted));
+    }
+}
+
+test("the camera can be the background until the user chooses another one, and a refused camera is reported", async () => {
     const withCamera = await launch({ camera: true });
     for (const [one, message] of [[browser, "The camera is missing or not allowed"], [withCamera, "The camera is the background now"]]) {
-        const page = await open(one, { size: [96, 160] });
+        const page = await open(one, { size: [96, 160], before: keepCamera });
         const before = await readFrame(page);
         await page.keyboard.press("Tab");
         await page.getByText("Picture", { exact: true }).click();
         await page.getByRole("button", { name: "Use camera" }).click();
         await waitForToast(page, message);
         assert.equal(difference(before, await readFrame(page)) > 5, one === withCamera);
+        if (one === withCamera) {
+            await page.getByRole("button", { name: "sky" }).click();
+            const states = await page.evaluate(() => window.camera.getTracks().map((track) => track.readyState));
+            assert.deepEqual(states, ["ended"]);
+            await page.keyboard.press("b");
+            assert.ok(difference(before, await readFrame(page)) < 5, "the second background must be the one before the camera");
+        }
         await close(page);
     }
     await withCamera.close();

@@ -1,5 +1,6 @@
 // The two backgrounds. Each is a picture of the user or a painting.
 
+import { Camera } from "./moving_picture";
 import type { Picture } from "./read_picture";
 
 /** Picture of any size in upright orientation, or the name of a painting. */
@@ -20,13 +21,21 @@ export function setBoth(backgrounds: Backgrounds, [first, second]: [Source, Sour
     replace(backgrounds, 1, second);
 }
 
-/** Makes the image the first background. The previous first background becomes the second one. */
+/**
+ * Makes the image the first background. The previous first background becomes the second one. The camera is closed
+ * instead, because it must not run unseen.
+ */
 export function setFirst(backgrounds: Backgrounds, image: Source): void {
-    replace(backgrounds, 1, backgrounds.sources[0]);
-    backgrounds.sources[0] = image;
+    const [previous] = backgrounds.sources;
+    if (previous instanceof Camera) {
+        replace(backgrounds, 0, image);
+    } else {
+        replace(backgrounds, 1, previous);
+        backgrounds.sources[0] = image;
+    }
 }
 
-/** Makes the painting the first background. A first background that is the user's image becomes the second one. */
+/** Makes the painting the first background. A picture of the user that it replaces becomes the second one. */
 export function setPainting(backgrounds: Backgrounds, name: string): void {
     if (typeof backgrounds.sources[0] === "string") {
         backgrounds.sources[0] = name;

@@ -5,7 +5,6 @@ import { presetInLink } from "./links";
 import type { Player } from "./player";
 import type { PresetChooser } from "./preset_chooser";
 import { readPicture } from "./read_picture";
-import { StillPicture } from "./still_picture";
 import { deleteBackgrounds, storeBackgrounds, type StoredBackground } from "./stored_backgrounds";
 import { showErrorToast, showToast } from "./toast";
 
@@ -123,12 +122,10 @@ export class Memory {
         return painting ?? Promise.reject(new Error("unknown painting"));
     }
 
-    /** Returns the values to store for backgrounds. A moving picture is stored as the name of the default painting. */
+    /** Returns the values to store for backgrounds. The camera is stored as the name of the default painting. */
     private storable(sources: readonly Source[]): StoredBackground[] {
-        return sources.map((source, at) => {
-            const painting = typeof source === "string" ? source : (this.player.effect.paintingNames[at] as string);
-            return source instanceof StillPicture ? source.file : painting;
-        });
+        const paintings = defaultSources(this.player.effect.paintingNames);
+        return sources.map((source, at) => (typeof source === "string" ? source : source.file) ?? (paintings[at] as string));
     }
 
     private write(change: () => Promise<void>): void {

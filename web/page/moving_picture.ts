@@ -12,6 +12,8 @@ export abstract class MovingPicture {
     /** Called when the picture shows a new frame. */
     onFrame = () => {};
 
+    /** File that can be stored for the next visit. Null for the camera. */
+    abstract readonly file: Blob | null;
     abstract get frame(): HTMLVideoElement | VideoFrame;
     abstract get width(): number;
     abstract get height(): number;
@@ -34,6 +36,7 @@ export async function openMovingPicture(file: Blob): Promise<MovingPicture | und
 class Video extends MovingPicture {
     /** `release` frees the video's file or stops its camera. */
     constructor(
+        readonly file: Blob | null,
         readonly frame: HTMLVideoElement,
         private readonly release: () => void,
     ) {
@@ -60,8 +63,15 @@ class Video extends MovingPicture {
     }
 }
 
+/** Live image of a camera. */
+export class Camera extends Video {
+    constructor(video: HTMLVideoElement, stop: () => void) {
+        super(null, video, stop);
+    }
+}
+
 /** Opens the rear camera, or another camera if there is none. Throws an Error with a message for the user. */
-export async function openCamera(): Promise<MovingPicture> {
+export async function openCamera(): Promise<Camera> {
     const stream = await navigator.mediaDevices.getUserMedia({ video: { facingMode: "environment" } }).catch(() => {
         throw new Error("The camera is missing or not allowed. Connect a camera, and allow this page to use it");
     });
@@ -74,23 +84,28 @@ export async function openCamera(): Promise<MovingPicture> {
         stop();
         throw new Error("The camera shows no image. Close other programs that use the camera, and try again");
     }
-    return new Video(video, stop);
+    return new Camera(video, stop);
 }
 
+/** Opens a video. Resolves to undefined if the browser cannot decode it, or if it has only sound. */
 async function openVideo(file: Blob): Promise<MovingPicture | undefined> {
     const video = makeVideo();
     video.src = URL.createObjectURL(file);
     const release = () => {
+        video.pause();
         URL.revokeObjectURL(video.src);
         video.removeAttribute("src");
     };
     try {
         await video.play();
-        return new Video(video, release);
+        if (video.videoWidth > 0) {
+            return new Video(file, video, release);
+        }
     } catch {
-        release();
-        return undefined;
+        // a damaged file, or a format that the browser does not know
     }
+    release();
+    return undefined;
 }
 
 function makeVideo(): HTMLVideoElement {
@@ -103,7 +118,8 @@ class Animation extends MovingPicture {
     private isClosed = false;
 
     constructor(
-        private readonly file: ImageDecoderInit,
+        readonly file: Blob,
+        private readonly encoded: ImageDecoderInit,
         private decoder: ImageDecoder,
         private readonly frameCount: number,
         private current: VideoFrame,
@@ -144,7 +160,7 @@ class Animation extends MovingPicture {
         if (this.index === 0) {
             // Each round needs a new decoder: Firefox's decoder would return the closed frames of the previous round.
             this.decoder.close();
-            this.decoder = new ImageDecoder(this.file);
+            this.decoder = new ImageDecoder(this.encoded);
         }
         const decoded = await this.decoder.decode({ frameIndex: this.index }).catch(() => undefined);
         if (!decoded || this.isClosed) {
@@ -162,14 +178,14 @@ async function openAnimation(file: Blob): Promise<MovingPicture | undefined> {
     if (!("ImageDecoder" in window) || !(await ImageDecoder.isTypeSupported(file.type))) {
         return undefined; // the page then shows the first frame as a still picture
     }
-    const init = { data: await file.arrayBuffer(), type: file.type };
-    const decoder = new ImageDecoder(init);
+    const encoded = { data: await file.arrayBuffer(), type: file.type };
+    const decoder = new ImageDecoder(encoded);
     try {
         await Promise.all([decoder.tracks.ready, decoder.completed]); // both reject for a damaged file
         const track = decoder.tracks.selectedTrack;
         if (track?.animated) {
             const { image } = await decoder.decode();
-            return new Animation(init, decoder, track.frameCount, image);
+            return new Animation(file, encoded, decoder, track.frameCount, image);
         }
     } catch {
         // a damaged file
