@@ -72,7 +72,10 @@ function connectControls(
     fillHelp(help, commands.all);
     receiveFiles((file) => void importer.take(file));
     window.addEventListener("hashchange", () => void attempt(() => presets.readLink()));
-    player.onSettings = () => panel.update();
+    player.onSettings = () => {
+        panel.update();
+        presets.dropOldLink();
+    };
     presets.onChange = () => {
         panel.update();
         presets.dropOldLink();

@@ -31,9 +31,12 @@ export class Memory {
         return this.latest;
     }
 
-    /** Stores the settings. Stores nothing while the settings come from a link and the user has not changed them. */
+    /**
+     * Stores the settings. Stores nothing while the settings come from a link and the user has not changed them, or
+     * while a replay changes them.
+     */
     noteSettings(): void {
-        if (presetInLink(location.hash) === undefined) {
+        if (presetInLink(location.hash) === undefined && !this.player.effect.isReplaying) {
             const look = { preset: this.presets.current.name, settings: this.player.settings };
             withoutErrors(() => localStorage.setItem(lookEntry, JSON.stringify(look)));
         }

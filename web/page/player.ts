@@ -35,7 +35,7 @@ export class Player {
     readonly afterFrame = new Set<(elapsed: number) => void>();
     /** Called when the backgrounds have changed. */
     onBackgrounds = () => {};
-    /** Called when a gesture script may have changed the settings. */
+    /** Called when a gesture script has changed the settings. */
     onSettings = () => {};
 
     private readonly sync: SettingsSync;
@@ -269,7 +269,8 @@ export class Player {
 
     /** Shows the settings that the gesture script has changed. */
     private followScript(): void {
-        this.sync.pull();
-        this.onSettings();
+        if (this.sync.pull()) {
+            this.onSettings();
+        }
     }
 }

@@ -25,9 +25,11 @@ export class SettingsSync {
         }
     }
 
-    /** Copies the effect's settings into the page's settings. */
-    pull(): void {
+    /** Copies the effect's settings into the page's settings. Returns true if they differ. */
+    pull(): boolean {
         Object.assign(this.settings, this.effect.settings);
+        const before = this.passed;
         this.passed = String(numbersOf(this.settings));
+        return this.passed !== before;
     }
 }
