@@ -39,11 +39,12 @@ test("the velocity and density overlays show the stroke, and can be turned off",
     for (const [key, message] of [["d", "Ink density is on"], ["v", "Velocity field is on"]]) {
         await page.keyboard.press(key);
         await waitForToast(page, message);
-        await page.mouse.move(60, 200);
+        const row = 0.42 * pageSize[1];
+        await page.mouse.move(60, row);
         await page.mouse.down();
         for (const x of [75, 90]) {
             await showFrame();
-            await page.mouse.move(x, 200);
+            await page.mouse.move(x, row);
         }
         await showFrame();
         await page.mouse.up();
@@ -184,7 +185,7 @@ test("keys turn modes on and off, and a toast confirms each change", async () =>
     };
     for (const [key, on, off] of [
         ["a", "Idle animation is on", "Idle animation is off"],
-        ["q", "Adaptive quality is on", "Adaptive quality is off"],
+        ["q", "Adaptive quality is on", "Full quality"],
         ["b", "Second picture", "First picture"],
         ["w", "Water only is on", "Water only is off"],
     ]) {
@@ -274,7 +275,7 @@ test("a coarser mesh does not change the water, and a replay at reduced quality 
     const flat = await readFrame(page);
     const [all, coarse, fewer] = [await gestureAt(page, 0), await gestureAt(page, 1), await gestureAt(page, 2)];
     assert.ok(coarse.water === all.water && fewer.water === all.water, "the water must be the same at every quality level");
-    assert.ok(coarse.triangles > 0 && coarse.triangles < all.triangles / 8);
+    assert.ok(coarse.triangles > 0 && coarse.triangles < all.triangles / 2);
     const [moved, apart] = [difference(flat, all.shown), difference(all.shown, coarse.shown)];
     assert.ok(apart > 0 && apart < moved / 3, `the coarse mesh must change the image by more than 0 and less than ${moved / 3} on average, not by ${apart}`);
     assert.equal(fewer.shown.width, pageSize[0]);

@@ -18,7 +18,8 @@ async function recordTouches(page, act) {
     await frames(page, 2);
     const file = await downloadFrom(page, () => page.keyboard.press("r"));
     const touches = [...String(file.bytes).matchAll(/^\d+ (down|move|up|cancel) (.*)$/gm)].slice(4);
-    return touches.map(([, action, numbers]) => [action, ...numbers.split(" ").map(Number)]);
+    const rounded = (text) => Number(Number(text).toFixed(6)); // the conversion to canvas pixels rounds at some page sizes
+    return touches.map(([, action, numbers]) => [action, ...numbers.split(" ").map(rounded)]);
 }
 
 const actions = (touches) => touches.map(([action]) => action);

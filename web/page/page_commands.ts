@@ -167,7 +167,7 @@ function viewCommands({ player }: CommandContext): Command[] {
         } else {
             effect.adaptQuality();
         }
-        showToast(stateText(commandTexts.adaptiveQuality, isAdapting()));
+        showToast(isAdapting() ? stateText(commandTexts.adaptiveQuality, true) : "Full quality");
         player.noteInput();
     };
     const isFullScreen = () => document.fullscreenElement !== null;
