@@ -53,8 +53,10 @@ export class FileImporter {
 
     private async importBackground(file: File, slot: "first" | "second"): Promise<void> {
         const name = file.name || "The pasted file";
-        this.show(await readPicture(file, name, this.player.stage.wantedSize), slot);
-        showToast(`${name} is the ${slot === "first" ? "" : "second "}background now`);
+        const picture = await readPicture(file, name, this.player.stage.wantedSize);
+        this.show(picture, slot);
+        const note = picture.file ? "" : ". The page does not keep videos for the next visit";
+        showToast(`${name} is the ${slot === "first" ? "" : "second "}background now${note}`);
     }
 
     /** Makes a picture one of the backgrounds, and shows it. */

@@ -125,7 +125,7 @@ export class Memory {
         return painting ?? Promise.reject(new Error("unknown painting"));
     }
 
-    /** Returns the values to store for backgrounds. The camera is stored as the name of the default painting. */
+    /** Returns the values to store for backgrounds. A video is stored as the name of the default painting. */
     private storable(sources: readonly Source[]): StoredBackground[] {
         const paintings = defaultSources(this.player.effect.paintingNames);
         return sources.map((source, at) => (typeof source === "string" ? source : source.file) ?? (paintings[at] as string));

@@ -12,7 +12,7 @@ export abstract class MovingPicture {
     /** Called when the picture shows a new frame. */
     onFrame = () => {};
 
-    /** File that can be stored for the next visit. Null for the camera. */
+    /** File that can be stored for the next visit. Null for a video and for the camera. */
     abstract readonly file: Blob | null;
     abstract get frame(): HTMLVideoElement | VideoFrame;
     abstract get width(): number;
@@ -34,9 +34,11 @@ export async function openMovingPicture(file: Blob): Promise<MovingPicture | und
 }
 
 class Video extends MovingPicture {
+    /** Null, because WebKitGTK can hang if a video plays before the first frame of the page. */
+    readonly file = null;
+
     /** `release` frees the video's file or stops its camera. */
     constructor(
-        readonly file: Blob | null,
         readonly frame: HTMLVideoElement,
         private readonly release: () => void,
     ) {
@@ -64,11 +66,7 @@ class Video extends MovingPicture {
 }
 
 /** Live image of a camera. */
-export class Camera extends Video {
-    constructor(video: HTMLVideoElement, stop: () => void) {
-        super(null, video, stop);
-    }
-}
+export class Camera extends Video {}
 
 /** Opens the rear camera, or another camera if there is none. Throws an Error with a message for the user. */
 export async function openCamera(): Promise<Camera> {
@@ -99,7 +97,7 @@ async function openVideo(file: Blob): Promise<MovingPicture | undefined> {
     try {
         await video.play();
         if (video.videoWidth > 0) {
-            return new Video(file, video, release);
+            return new Video(video, release);
         }
     } catch {
         // a damaged file, or a format that the browser does not know

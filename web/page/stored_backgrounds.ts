@@ -1,6 +1,6 @@
 // Stores the two backgrounds in the browser's database. One transaction stores both, so a failure changes neither.
 
-/** File of a picture or video that the user has chosen, or the name of a painting. */
+/** File of a picture that the user has chosen, or the name of a painting. */
 export type StoredBackground = Blob | string;
 
 const databaseName = "velmora";
