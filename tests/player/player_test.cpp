@@ -334,7 +334,8 @@ protected:
     PlayScript() {
         run("mkdir -p tree/tools tree/player tree/build/play bin && cd tree && cp " VELMORA_SOURCES
             "/play . && cp " VELMORA_SOURCES "/player/help.txt player && cp " VELMORA_SOURCES
-            "/CMakeLists.txt . && mkdir app desktop hostkit include platform src && touch "
+            "/CMakeLists.txt . && mkdir app desktop hostkit include paintings platform src && "
+            "touch "
             "build/play/build.ninja");
         write("tree/tools/setup", "echo set up $1\n");
         write("tree/build/play/velmora-player", "echo played $1\n");
