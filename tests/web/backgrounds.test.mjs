@@ -7,8 +7,8 @@ import { tmpdir } from "node:os";
 import { join } from "node:path";
 import { after, before, test } from "node:test";
 import {
-    close, difference, drag, launch, makeImage, needs, open, readFrame, sendFiles,
-    set, settings, waitForCanvasWidth, waitForToast, waitUntilIdle,
+    close, difference, drag, launch, makeImage, needs, open, pageSize, readFrame, sendFiles, set, settings,
+    waitForCanvasWidth, waitForToast, waitUntilIdle,
 } from "./page.mjs";
 
 let browser;
@@ -63,8 +63,9 @@ async function expectQuarters(page, expected) {
 test("a dropped or pasted image becomes the background, and the previous background becomes the second background", async () => {
     const page = await open(browser);
     const upright = ["red", "lime", "blue", "white"];
-    // The page must crop this image instead of stretching it. The image's margins must therefore be invisible.
-    await sendFiles(page, "drop", ["fields.png", "image/png", await fourFields(page, "image/png", 60, 120, 100)]);
+    // The page must crop this image instead of stretching it. In portrait, the image's margins must then be invisible.
+    const margin = pageSize[0] < pageSize[1] ? 100 : 0;
+    await sendFiles(page, "drop", ["fields.png", "image/png", await fourFields(page, "image/png", 60, 120, margin)]);
     await expectQuarters(page, upright);
     const jpeg = await fourFields(page, "image/jpeg", 120, 60);
     await sendFiles(page, "paste", ["", "image/jpeg", withRotation(jpeg)]);
@@ -262,13 +263,15 @@ test("a context loss removes the ink and keeps background and settings", async (
     const page = await open(browser);
     // The drag has 16 moves of 7.5 pixels. Moves of more than 10 pixels would be a fast drag, which adds much less ink.
     // A drag of at most 9 frames would add ink after its end, as a tap does.
-    const stir = () => drag(page, [75, 240], [195, 240], 16);
+    const [width, height] = pageSize;
+    const stir = () => drag(page, [75, height / 2], [195, height / 2], 16);
+    const box = [81 / width, 0.45, 189 / width, 0.55];
     await sendFiles(page, "drop", ["fields.png", "image/png", await fourFields(page, "image/png")]);
     await set(page, { damping: 0.85 }); // the waves fade fast
     await expectQuarters(page, ["red", "lime", "blue", "white"]);
     const [flat, before] = [await readFrame(page), await settings(page)];
     await stir();
-    const inked = difference(flat, await readFrame(page), [0.3, 0.45, 0.7, 0.55]);
+    const inked = difference(flat, await readFrame(page), box);
     assert.ok(inked > 2, `the drag must draw ink, but the mean colour difference is only ${inked} of 255`);
     await page.keyboard.press("l");
     await page.waitForFunction(() => window.velmora.counts().contexts === 2 && !window.velmora.isContextLost());
@@ -277,7 +280,7 @@ test("a context loss removes the ink and keeps background and settings", async (
     assert.ok(left < 0.5, `a context loss must remove the ink, but the mean colour difference is ${left} of 255`);
     assert.deepEqual(await settings(page), before);
     await stir();
-    const inkedAgain = difference(flat, await readFrame(page), [0.3, 0.45, 0.7, 0.55]);
+    const inkedAgain = difference(flat, await readFrame(page), box);
     assert.ok(inkedAgain > 2, `a drag after the loss must draw ink, but the difference is only ${inkedAgain} of 255`);
     await close(page, /CONTEXT_LOST/);
 });

@@ -258,6 +258,41 @@ test("the water shows a picture that is added or changed later", async () => {
     await close(page);
 });
 
+test("the water follows the choice of a picture element, and draws a lazy image when it is loaded", async () => {
+    const sources = `<source srcset="64x240.bmp" media="(max-height: 150px)"><img src="320x240.bmp" alt="">`;
+    const choice = `<velmora-water quality="full"><picture>${sources}</picture></velmora-water>`;
+    const lazy = picture.replace("<img", `<img loading="lazy"`);
+    const page = await open(browser, server, `${choice}<hr class="tall">${lazy}`);
+    await addStyle(page, ".tall { height: 5000px } img { width: 100%; height: 100%; object-fit: cover }");
+    await waitUntilIdle(page);
+    const wide = await frame(page);
+    await page.setViewportSize({ width: 300, height: 140 });
+    await until(page, (now) => difference(wide, now).mean > 3);
+    await page.evaluate(() => document.querySelectorAll("velmora-water")[1].scrollIntoView());
+    await page.waitForFunction(() => document.querySelectorAll("velmora-water")[1].live);
+    await waitUntilIdle(page);
+    const [red] = (await frame(page, 1)).pixel(150, 100);
+    assert.ok(red < 130, `the middle of the image has a red of about 94, but the water shows ${red}`); // white has 255
+    await close(page);
+});
+
+test("clear removes the ink, and a paused element draws no frame for a touch", async () => {
+    const page = await open(browser, server, picture);
+    await waitUntilIdle(page);
+    const still = await frame(page);
+    const apart = async () => difference(still, await frame(page), [90, 90, 110, 110]).mean;
+    await page.evaluate(() => document.querySelector("velmora-water").drop(100, 100));
+    assert.ok((await apart()) > 4);
+    await page.evaluate(() => document.querySelector("velmora-water").clear());
+    await waitUntilIdle(page);
+    assert.ok((await apart()) < 1);
+    await page.evaluate(() => (document.querySelector("velmora-water").paused = true));
+    await waitUntilIdle(page);
+    await drag(page);
+    assert.ok((await apart()) < 1);
+    await close(page);
+});
+
 test("twenty elements share eight GL contexts, and an element without a context gets one for a touch of a script", async () => {
     const page = await open(browser, server, picture.repeat(20), { size: [300, 4000], ready: 8 });
     const live = () => page.evaluate(() => [...document.querySelectorAll("velmora-water")].map((water) => water.live));
