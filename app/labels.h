@@ -28,7 +28,7 @@ inline constexpr CommandText commandTexts[] = {
     {"waterOnly", "Water only", "Turn the ink off or on"},
     {"attractMode", "Idle animation", "Turn the idle animation off or on"},
     {"adaptiveQuality", "Adaptive quality",
-     "Draw less detail on a slow machine, or always full detail"},
+     "Draw less detail on a slow machine. If off, always draw full detail"},
     {"fullScreen", "Full screen", "Toggle full screen"},
     {"nextPreset", "Next preset", "Load the next preset"},
     {"randomSettings", "Random look", "Choose random settings"},

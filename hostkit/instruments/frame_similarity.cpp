@@ -9,7 +9,7 @@
 namespace hostkit {
 namespace {
 
-/// Interval between compared frames, in frames.
+/// Every sixth frame is compared.
 constexpr int frameStep = 6;
 
 /// Side, in pixels, of the image blocks whose similarity is computed.

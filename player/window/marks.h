@@ -20,7 +20,7 @@ struct Mark {
     std::string label;
     /// Elapsed time. Empty for a pause.
     std::optional<std::chrono::seconds> time;
-    /// Start of the activity, which Esc stops if it is the newest. Empty for a pause, which Esc does not end.
+    /// Start time of the activity. Esc stops the newest activity. Empty for a pause, because Esc does not end a pause.
     std::optional<std::chrono::steady_clock::time_point> start;
     /// Command that ends the activity.
     Command end;

@@ -164,7 +164,7 @@ TEST_F(Player, ShowsEachImageFormatUprightAndComplete) {
                    return shown < 0.0 || shown > 1.0 ? Rgb{} : quarter(shown, y);
                }),
          "wide.webp", "webp");
-    // In EXIF orientation 6, each row of the file is a column of the upright image, from right to left.
+    // In EXIF orientation 6, the first row of the file is the rightmost column of the upright image.
     save(paint(120, 80, [](double x, double y) { return quarter(1.0 - y, x); }), "turned.jpg",
          "jpeg");
     constexpr std::string_view turned(
@@ -335,8 +335,7 @@ protected:
         run("mkdir -p tree/tools tree/player tree/build/play bin && cd tree && cp " VELMORA_SOURCES
             "/play . && cp " VELMORA_SOURCES "/player/help.txt player && cp " VELMORA_SOURCES
             "/CMakeLists.txt . && mkdir app desktop hostkit include paintings platform src && "
-            "touch "
-            "build/play/build.ninja");
+            "touch build/play/build.ninja");
         write("tree/tools/setup", "echo set up $1\n");
         write("tree/build/play/velmora-player", "echo played $1\n");
         write("bin/cmake", "echo '[0/2] Re-checking globbed directories...'\necho \"$OUTPUT\"\n");

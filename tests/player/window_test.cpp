@@ -594,14 +594,14 @@ TEST_F(WindowTest, SwitchesShowAToastAndAPauseShowsAMark) {
         }
         return count;
     };
-    /// Returns the width of the toast in its lowest row, which has no text; 0 if there is no toast.
+    /// Returns the width of the toast, or 0 if there is no toast. Measures the lowest row of the toast, which has no text.
     const auto toastWidth = [&] { return darkPixels(height - 10); };
     int toast = toastWidth();
     ASSERT_GT(toast, 0) << "the window must open with a toast";
     for (const std::string key : {"a", "v", "d", "b", "w", "c", "l", "space"}) {
         press(key);
         int next = 0;
-        // A toast disappears by itself, so it must be replaced by another. The texts of these toasts differ in width.
+        // The old toast disappears by itself, so wait for a toast of another width. The texts differ in width.
         EXPECT_TRUE(waitFor([&] { return (next = toastWidth()) > 0 && next != toast; }))
             << "no toast after the key " << key;
         toast = next;

@@ -155,7 +155,7 @@ function makeWebm(...options) {
     return readFileSync(file);
 }
 
-/** Returns a video that is red for 0.25 s and blue for 0.5 s. WebKit repeats it after 0.5 s, so red must end before. */
+/** Returns a video that is red for 0.25 s and blue for 0.5 s. WebKit restarts this video after 0.5 s. */
 function makeVideo() {
     const blue = ["-f", "lavfi", "-i", "color=blue:64x64:d=0.5"];
     return makeWebm("-i", "color=red:64x64:d=0.25", ...blue, "-filter_complex", "concat", "-c:v", "libvpx");
@@ -242,7 +242,7 @@ test("the camera can be the background until the user chooses another one, and a
             const states = await page.evaluate(() => window.camera.getTracks().map((track) => track.readyState));
             assert.deepEqual(states, ["ended"]);
             await page.keyboard.press("b");
-            assert.ok(difference(before, await readFrame(page)) < 5, "the second background must be the one before the camera");
+            assert.ok(difference(before, await readFrame(page)) < 5, "the second background must be the previous background");
         }
         await close(page);
     }

@@ -108,7 +108,7 @@ test("the water shows the old image until the new image is loaded, and no image 
     const next = await until(page, (now) => difference(now, first).mean > 4);
     const { mean } = difference(next, expected);
     assert.ok(mean < 1, `the first different frame must show the new image, but colour channels differ by ${mean} on average`);
-    // Replaces the image while the water waits for its decoding and opens its GL context.
+    // Replaces the image while the water waits for the decoded image, before the GL context opens.
     const replaceOnce = () => {
         const { decode } = HTMLImageElement.prototype;
         HTMLImageElement.prototype.decode = async function () {
@@ -293,7 +293,7 @@ test("clear removes the ink, and a paused element draws no frame for a touch", a
     await close(page);
 });
 
-test("twenty elements share eight GL contexts, and an element without a context gets one for a touch of a script", async () => {
+test("twenty elements share eight GL contexts, and an element without a context gets one if a script touches it", async () => {
     const page = await open(browser, server, picture.repeat(20), { size: [300, 4000], ready: 8 });
     const live = () => page.evaluate(() => [...document.querySelectorAll("velmora-water")].map((water) => water.live));
     const isLive = await live();
@@ -438,7 +438,7 @@ test("the element works under a strict content security policy", async () => {
     strict.stop();
 });
 
-test("attributes and properties set the same settings, and a bad value gives one warning", async () => {
+test("attributes and properties set the same settings, and a bad value is reported once for each preset", async () => {
     const attributes = `preset="lagoon" ripple="5" ink="rgb(255, 0, 0)" damping="7" pointer="fly"`;
     const page = await open(browser, server, picture.repeat(2).replaceAll("<velmora-water", `<velmora-water ${attributes}`), {
         ready: 2,
@@ -459,13 +459,13 @@ test("attributes and properties set the same settings, and a bad value gives one
     assert.deepEqual([result.speed, result.only], ["0.7", true]);
     assert.deepEqual([result.after.ripple, result.after.fresnel, result.after.waveSpeed], [1, 2, 0.7]);
     const warnings = await close(page, /^warning:/);
-    assert.equal(warnings.length, 4, `${warnings}`); // two for damping, because each preset has another value
+    assert.equal(warnings.length, 4, `${warnings}`); // two for damping, because each names the value of another preset
     assert.match(warnings.join("\n"), /ink="var\(--brand\)" is not valid. Expected a CSS colour/);
     assert.match(warnings.join("\n"), /damping="7" is not valid. Expected a number from 0.8 to 0.999. 0.98 is used instead/);
     assert.match(warnings.join("\n"), /pointer="fly" is not valid. Expected drag, hover, none, capture. drag is used instead/);
 });
 
-test("a property that the page sets before the script of the element runs takes effect", async () => {
+test("a property takes effect even if the page sets it before the element's script runs", async () => {
     const early = `<script>document.querySelector("velmora-water").waterOnly = true</script>`;
     const page = await open(browser, server, picture + early);
     const set = () => [document.querySelector("velmora-water").settings.waterOnly, document.querySelector("velmora-water").outerHTML];
@@ -489,7 +489,7 @@ test("a touch of the user ends a stroke of a script and begins another stroke", 
         await window.stroke; // must resolve
         const water = document.querySelector("velmora-water");
         water.paused = true;
-        await water.toBlob(); // must resolve although the paused water draws no frames
+        await water.toBlob(); // must resolve although a paused element requests no frames by itself
         return water.stopRecording();
     });
     const touches = [...script.matchAll(/^\d+ (down|up) (\S+) (\S+)/gm)].map(([, action, x, y]) => [action, Number(x) > 200, Number(y)]);
@@ -516,7 +516,7 @@ test("a recorded stroke is replayed, and a faulty gesture is refused", async () 
     await close(page);
 });
 
-test("createWater draws on a canvas of the page, again after destroy, and rejects an unknown preset", async () => {
+test("createWater draws on a page's canvas, can use the canvas again after destroy, and rejects an unknown preset", async () => {
     const page = await open(browser, server, `<canvas class="mine"></canvas><img src="320x240.bmp" alt="">`, { ready: 0 });
     await page.waitForFunction(() => window.velmora && document.querySelector("img").complete);
     const [sizes, fault] = await page.evaluate(async () => {

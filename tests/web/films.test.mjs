@@ -81,7 +81,7 @@ function keepRecorder() {
     };
 }
 
-/** Run in a page. Each makes the browser end the video, as after a failure of the encoder. */
+/** Run in a page. Each ends the video early: the tracks end, or the recorder reports an error. */
 const earlyEnds = [
     () => window.recorder.stream.getTracks().forEach((track) => track.stop()),
     () => window.recorder.dispatchEvent(new Event("error")),

@@ -73,7 +73,7 @@ test("a key turns full screen on and off", async () => {
     await close(page);
 });
 
-test("a link to the settings is copied, also on a device with a share sheet; if that fails, it is only in the address", async () => {
+test("a link to the settings is copied, also on a device with a share sheet; if copying fails, only the address contains the link", async () => {
     const server = await serve();
     const page = await open(browser, { url: server.url });
     const copyLink = async (clipboard) => {

@@ -50,8 +50,8 @@ async function withLostContext(page, act) {
 }
 
 /**
- * Opens a page and pauses it after a stroke. In the result, the function `shown` measures the mean colour of the page,
- * and `first` is its result after the pause began.
+ * Opens a page and pauses it after a stroke. Returns the page, the function `shown`, which measures the mean colour of
+ * the page, and `first`, the mean colour at the start of the pause.
  */
 async function pausedPage() {
     const page = await open(browser);

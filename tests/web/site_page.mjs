@@ -50,7 +50,7 @@ export function waitForWater(page) {
     });
 }
 
-/** Returns the number of distinct colours in the first element that draws, scaled down to 16 x 16 pixels. */
+/** Scales the first element that draws to 16 x 16 pixels, and returns the number of distinct colours. */
 function colors(page) {
     return page.evaluate(async () => {
         const live = [...document.querySelectorAll("velmora-water")].find((water) => water.live);

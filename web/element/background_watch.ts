@@ -58,7 +58,7 @@ export class BackgroundWatch {
         return this.fallback.hasAttribute("src") ? this.fallback : null;
     }
 
-    /** Returns true if a node is not the custom element itself, and not in one of its slots. */
+    /** Returns true if a node is below the water: it is not the custom element itself, and not in a named slot. */
     private isBelowWater(node: Node): boolean {
         return node !== this.host && ![...this.host.children].some((child) => child.slot && child.contains(node));
     }

@@ -53,7 +53,7 @@ export class CanvasWater extends EventTarget {
             this.water.setQuality(quality);
         }
         Object.assign(this.water.state, state);
-        // As in the element, a vertical swipe scrolls the page, unless it touches the water.
+        // As in the element, a vertical swipe scrolls the page unless `pointer` is "capture".
         this.canvas.style.touchAction = this.water.state.pointer === "capture" ? "none" : "pan-y";
         this.water.update();
         if (background) {

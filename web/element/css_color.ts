@@ -2,7 +2,7 @@
 
 import type { Ink } from "../../build/web/settings";
 
-/** Colour that no page uses as its ink, as the canvas writes it. */
+/** Improbable ink colour, in the format in which a canvas returns `fillStyle`. */
 const unlikely = "#010203";
 
 /** Returns red, green and blue of any CSS colour, 0 to 1, or undefined. The alpha channel is ignored. */

@@ -35,7 +35,7 @@ export interface WaterState {
 /** Object to which the water belongs. It supplies the options and handles the events. */
 export interface LiveOwner extends TextureOwner {
     readonly state: WaterState;
-    /** True if the canvas belongs to the page. The page can then use the canvas and its GL context again. */
+    /** True if the canvas belongs to the page. Its GL context then stays alive, so that the page can reuse the canvas. */
     readonly keepsContext: boolean;
     /** Element in which mouse moves touch the water, if `pointer` is "hover". */
     readonly hoverArea: HTMLElement;

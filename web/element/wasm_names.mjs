@@ -1,4 +1,4 @@
-// Renames the imports and exports of a WebAssembly module.
+// Renames the imports and exports of a WebAssembly module, and removes the exports that no script uses.
 
 import { forEachSection, headerBytes } from "./wasm_reader.mjs";
 
@@ -44,7 +44,7 @@ class Copier {
      */
     copyImports() {
         for (let count = this.copyNumber(); count > 0; --count) {
-            this.reader.name(); // wasm_module.ts accepts any name for the module of a function
+            this.reader.name(); // drops the name of the imported module, because wasm_module.ts accepts any name
             this.addName("");
             this.addName(this.rename(this.reader.name()));
             if (this.copyByte() !== 0) {
@@ -71,8 +71,8 @@ class Copier {
 }
 
 /**
- * Returns the module with renamed imports and exports, and without unused exports. `shortNames` maps old names to new names; all other names stay
- * the same.
+ * Returns the module with renamed imports and exports, and without unused exports. `shortNames` maps old names to new
+ * names; all other names stay the same.
  */
 export function renamed(bytes, shortNames) {
     const [importSection, exportSection] = [2, 7];

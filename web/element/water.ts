@@ -70,7 +70,7 @@ export class Water implements PoolClient, LiveOwner {
      * changed meanwhile, because `open` or `close` was called again.
      */
     private turn = 0;
-    /** Resolves at the end of the newest opening of a context. */
+    /** Resolves when the newest attempt to open a context ends. */
     private opening = Promise.resolve();
     private readonly visibility = new IntersectionObserver((entries) =>
         this.onVisibility(entries[entries.length - 1]!.isIntersecting),
@@ -258,7 +258,7 @@ export class Water implements PoolClient, LiveOwner {
             }
             if (turn === this.turn) {
                 if (effect) {
-                    contextPool.release(this); // the event "load" of the replaced image requests a context again
+                    contextPool.release(this); // the event "load" of the new image requests a context again
                 } else {
                     this.reportUnsupported(noModule);
                 }

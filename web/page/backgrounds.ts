@@ -22,8 +22,8 @@ export function setBoth(backgrounds: Backgrounds, [first, second]: [Source, Sour
 }
 
 /**
- * Makes the image the first background. The previous first background becomes the second one. The camera is closed
- * instead, because it must not run unseen.
+ * Makes the image the first background. The previous first background becomes the second background. A camera is
+ * closed instead, because it must not run unseen.
  */
 export function setFirst(backgrounds: Backgrounds, image: Source): void {
     const [previous] = backgrounds.sources;
@@ -35,7 +35,10 @@ export function setFirst(backgrounds: Backgrounds, image: Source): void {
     }
 }
 
-/** Makes the painting the first background. A picture of the user that it replaces becomes the second one. */
+/**
+ * Makes the painting the first background. If it replaces a picture of the user, this picture becomes the second
+ * background.
+ */
 export function setPainting(backgrounds: Backgrounds, name: string): void {
     if (typeof backgrounds.sources[0] === "string") {
         backgrounds.sources[0] = name;

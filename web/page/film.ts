@@ -26,7 +26,7 @@ export class Film {
     private readonly parts: Blob[] = [];
     private readonly start = performance.now();
     private readonly firstFrame: Promise<void>;
-    /** Resolves when the encoder has ended the video and has written all data. */
+    /** Resolves when the encoder has ended the video and written all data, or `maxEndDelay` after an error. */
     private readonly ended: Promise<void>;
     private noteFrame = () => {};
 
@@ -84,7 +84,7 @@ export class Film {
         return this.type === "video/webm" ? withDuration(file, duration) : file;
     }
 
-    /** Makes the last frame last until the end of the video. */
+    /** Repeats the last frame, so that it is visible until the end of the video. */
     private async repeatLastFrame(): Promise<void> {
         for (let count = 0; this.isRecording && (count === 0 || (this.isEmpty && count < maxLastFrames)); ++count) {
             this.add(this.context.canvas);
@@ -96,7 +96,7 @@ export class Film {
     }
 }
 
-/** Resolves when the recorder has stopped. An error stops the recorder. */
+/** Resolves when the recorder has stopped, or `maxEndDelay` after an error. An error stops the recorder. */
 function endOf(recorder: MediaRecorder): Promise<void> {
     return new Promise((resolve) => {
         recorder.onstop = () => resolve();

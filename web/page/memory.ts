@@ -104,7 +104,8 @@ export class Memory {
             }),
         );
         if (this.stored) {
-            // The user chose another background while the stored backgrounds were read, so they are not shown.
+            // While the page read the stored backgrounds, the user chose another background. So do not show the stored
+            // backgrounds.
             sources.forEach((source) => typeof source !== "string" && source.close());
             return;
         }
@@ -125,7 +126,7 @@ export class Memory {
         return painting ?? Promise.reject(new Error("unknown painting"));
     }
 
-    /** Returns the values to store for backgrounds. A video is stored as the name of the default painting. */
+    /** Returns the values to store for backgrounds. A video or the camera is stored as the name of a painting. */
     private storable(sources: readonly Source[]): StoredBackground[] {
         const paintings = defaultSources(this.player.effect.paintingNames);
         return sources.map((source, at) => (typeof source === "string" ? source : source.file) ?? (paintings[at] as string));

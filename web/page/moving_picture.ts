@@ -34,7 +34,7 @@ export async function openMovingPicture(file: Blob): Promise<MovingPicture | und
 }
 
 class Video extends MovingPicture {
-    /** Null, because WebKitGTK can hang if a video plays before the first frame of the page. */
+    /** Null: WebKitGTK can hang if a stored video plays before the page's first frame, and a camera has no file. */
     readonly file = null;
 
     /** `release` frees the video's file or stops its camera. */

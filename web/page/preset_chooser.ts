@@ -211,7 +211,7 @@ export class PresetChooser {
         }
     }
 
-    /** Applies settings of the history. If a preset has these settings, it becomes the preset that was chosen last. */
+    /** Applies settings of the history. If a preset has these settings, this preset becomes the chosen one. */
     private restore(settings: Settings | undefined, done: string, nothing: string): void {
         if (settings) {
             this.chosen = [this.chosen, ...this.all].find((preset) => isSame(preset.settings, settings)) ?? this.chosen;

@@ -59,7 +59,7 @@ export function addPreset(list: PresetList, name: string, settings: Settings, th
         existing = findPreset(allPresets(list), freeName);
     }
     const added = {
-        name: existing?.name ?? freeName, // keeps upper and lower case, because the storage distinguishes them
+        name: existing?.name ?? freeName, // keeps the case of the existing name, because the storage is case-sensitive
         settings: structuredClone(settings),
         thumbnail: thumbnail ?? existing?.thumbnail,
     };
@@ -95,7 +95,7 @@ function readOwn(effect: Effect): Preset[] {
 
 /**
  * Replaces the stored settings and thumbnail of a preset. An undefined text deletes the stored text. Returns true if the
- * settings are stored, because a preset without a thumbnail is complete.
+ * settings are stored. Ignores a failure to store the thumbnail, because a preset is complete without a thumbnail.
  */
 function changeStorage(name: string, texts: { settings?: string; thumbnail?: string | undefined }): boolean {
     const areSettingsStored = changeEntry(presetStorage, name, texts.settings);

@@ -25,7 +25,7 @@ export class SettingsSync {
         }
     }
 
-    /** Copies the effect's settings into the page's settings. Returns true if they differ. */
+    /** Copies the effect's settings into the page's settings. Returns true if they have changed. */
     pull(): boolean {
         Object.assign(this.settings, this.effect.settings);
         const before = this.passed;

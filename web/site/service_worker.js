@@ -17,7 +17,7 @@ self.addEventListener("activate", (event) => {
 
 self.addEventListener("fetch", (event) => {
     if (event.request.headers.has("Range")) {
-        return; // Safari plays a video only if the answer has the requested part of the file
+        return; // Safari plays a video only if the response has the requested part of the file
     }
     event.respondWith(caches.match(event.request, { ignoreSearch: true }).then((found) => found ?? fetch(event.request)));
 });

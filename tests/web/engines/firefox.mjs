@@ -14,7 +14,7 @@ const puppeteer = createRequire(new URL("../../../web/package.json", import.meta
 export const name = "firefox";
 export const cannot = {
     touchForce: "its WebDriver can neither set the pressure of a touch nor cancel it",
-    touchScroll: "touches of its WebDriver do not scroll",
+    touchScroll: "its WebDriver cannot scroll by touch",
     printed: "cannot show a page as printed",
     keyboardLayout: "cannot press keys of other keyboard layouts",
     pen: "cannot press with a pen",

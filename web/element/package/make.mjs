@@ -30,7 +30,8 @@ function writeTypes() {
     for (const name of readdirSync(folder, { recursive: true }).filter((file) => file.endsWith(".d.ts"))) {
         const text = readFileSync(join(folder, name), "utf8");
         const withExtensions = text.replace(/(from |import\()("\.[^"]*)"/g, '$1$2.js"');
-        writeFileSync(join(folder, name), withExtensions.replace(/^import "velmora-.*\n/m, "")); // only for the bundler
+        // Only the bundler resolves the imports of generated modules.
+        writeFileSync(join(folder, name), withExtensions.replace(/^import "velmora-.*\n/m, ""));
     }
     copyFileSync(join(here, "react.d.ts"), join(folder, "react.d.ts"));
 }

@@ -4,7 +4,7 @@
 import type { DetailedHTMLProps, HTMLAttributes } from "react";
 import type { VelmoraWater, VelmoraWaterAttributes } from "velmora";
 
-/** Numbers that React passes to properties in camel case. The attributes have the same values. */
+/** Numeric properties with camel-case names. The attributes accept the same values. */
 type CamelCase = "waveSpeed" | "timeScale" | "refractiveIndex" | "meshDetail" | "pixelRatio";
 
 interface ReactProps extends Partial<Record<CamelCase, number | null>> {
