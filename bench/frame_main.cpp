@@ -3,20 +3,20 @@
 
 #include <algorithm>
 #include <chrono>
-#include <cmath>
 #include <ctime>
 #include <initializer_list>
 #include <iostream>
-#include <numbers>
 #include <ratio>
 #include <string>
 #include <vector>
 
 #include "app/effect_probe.h"
+#include "bench/gpu_passes.h"
 #include "bench/measure.h"
 #include "bench/options.h"
 #include "bench/table_reporter.h"
 #include "hostkit/effect_host.h"
+#include "hostkit/gl_context.h"
 #include "hostkit/host_error.h"
 #include "hostkit/instruments/gl_recorder.h"
 
@@ -40,14 +40,6 @@ struct Moments {
     double outside;    // processor time of this thread outside GL calls, nanoseconds
     double processor;  // processor time of all threads in the whole frame, nanoseconds
 };
-
-/// Moves the finger in a circle around the middle of the screen, fast enough to count as a drag.
-hostkit::Touch touchOfFrame(const hostkit::EffectHost& host, int frame) {
-    const double angle = frame * 2.0 * std::numbers::pi / 90.0;
-    const auto action = frame == 0 ? hostkit::TouchAction::down : hostkit::TouchAction::move;
-    return {action, host.width() * (0.5 + 0.3 * std::cos(angle)),
-            host.height() * (0.5 + 0.3 * std::sin(angle)), 0.5f};
-}
 
 double nanosecondsBy(clockid_t clock) {
     timespec now{};
@@ -94,7 +86,7 @@ Moments runFrame(hostkit::EffectHost& host, app::EffectProbe& probe, int frame) 
     const double processorStart = nanosecondsBy(CLOCK_PROCESS_CPUTIME_ID);
     moments.start = Clock::now();
     outside.leave();
-    host.touch(touchOfFrame(host, frame));
+    host.touch(bench::circlingTouch(host, frame));
     host.step({}, hostkit::displayedFrame);
     probe.draw(host);
     outside.enter();
@@ -231,10 +223,15 @@ int main(int argc, char** argv) {
         return 1;
     }
     registerFrames(options->count);
+    // The timer queries of the software rasteriser do not count the whole time of a draw call.
+    if (hostkit::usesGraphicsCard()) {
+        bench::registerGpuPasses(options->count);
+    }
     bench::TableReporter tables({{"The table shows the median times of a frame.",
                                   "frame | screen",
                                   {"outside GL us", "water us", "solver wait us", "before draws us",
-                                   "draws us", "finish us", "frame us"}}});
+                                   "draws us", "finish us", "frame us"}},
+                                 bench::gpuPassTable()});
     try {
         benchmark::RunSpecifiedBenchmarks(options->table ? &tables : nullptr);
     } catch (const hostkit::HostError& error) {

@@ -4,7 +4,9 @@
 #include <EGL/eglext.h>
 
 #include <cstdio>
+#include <cstdlib>
 #include <string>
+#include <string_view>
 #include <utility>
 
 #include "hostkit/host_error.h"
@@ -17,19 +19,43 @@ namespace {
     char code[16];
     std::snprintf(code, sizeof code, "0x%X", static_cast<unsigned>(eglGetError()));
     throw HostError("cannot create an OpenGL ES 2.0 context: " + std::string(call) +
-                    " failed with EGL error " + code + "; check that Mesa is installed");
+                    " failed with EGL error " + code + "; check that the GL driver is installed");
+}
+
+/// Returns the display of the software rasteriser. It draws the same pixels on every machine.
+EGLDisplay softwareDisplay() {
+    setenv("LIBGL_ALWAYS_SOFTWARE", "1", 0);
+    askForFineFiltering();
+    return eglGetPlatformDisplay(EGL_PLATFORM_SURFACELESS_MESA, nullptr, nullptr);
+}
+
+/// Returns the display of the first graphics card, or EGL_NO_DISPLAY if there is no card.
+EGLDisplay cardDisplay() {
+    const auto queryDevices =
+        reinterpret_cast<PFNEGLQUERYDEVICESEXTPROC>(eglGetProcAddress("eglQueryDevicesEXT"));
+    const auto queryDeviceString = reinterpret_cast<PFNEGLQUERYDEVICESTRINGEXTPROC>(
+        eglGetProcAddress("eglQueryDeviceStringEXT"));
+    EGLDeviceEXT devices[8];
+    EGLint count = 0;
+    if (!queryDevices || !queryDeviceString || !queryDevices(8, devices, &count)) {
+        return EGL_NO_DISPLAY;
+    }
+    for (EGLint i = 0; i < count; ++i) {
+        const char* const extensions = queryDeviceString(devices[i], EGL_EXTENSIONS);
+        const bool isSoftware =
+            extensions &&
+            std::string_view(extensions).find("EGL_MESA_device_software") != std::string_view::npos;
+        if (!isSoftware) {
+            return eglGetPlatformDisplay(EGL_PLATFORM_DEVICE_EXT, devices[i], nullptr);
+        }
+    }
+    return EGL_NO_DISPLAY;
 }
 
 /// Returns the EGL display, which the first call initializes. The display exists until the program ends, so contexts
 /// can be created and destroyed at any time.
-EGLDisplay softwareDisplay() {
-    static const EGLDisplay display = [] {
-        // Use the software rasteriser even if a graphics card is present, because it draws the same pixels on every
-        // machine.
-        setenv("LIBGL_ALWAYS_SOFTWARE", "1", 0);
-        askForFineFiltering();
-        return eglGetPlatformDisplay(EGL_PLATFORM_SURFACELESS_MESA, nullptr, nullptr);
-    }();
+EGLDisplay sharedDisplay() {
+    static const EGLDisplay display = usesGraphicsCard() ? cardDisplay() : softwareDisplay();
     if (display == EGL_NO_DISPLAY) {
         failWith("eglGetPlatformDisplay");
     }
@@ -69,12 +95,16 @@ void askForFineFiltering() {
     setenv("GALLIVM_PERF", "no_aos_sampling", 0);
 }
 
+bool usesGraphicsCard() {
+    return std::getenv("VELMORA_GPU") != nullptr;
+}
+
 GlContext::GlContext(void* onDisplay, int width, int height)
     : display(onDisplay), surfaceWidth(width), surfaceHeight(height) {}
 
 // Delegates to the private constructor. When that constructor returns, the object counts as constructed. So if the body
 // below throws, C++ runs the destructor, which frees the context.
-GlContext::GlContext(int width, int height) : GlContext(softwareDisplay(), width, height) {
+GlContext::GlContext(int width, int height) : GlContext(sharedDisplay(), width, height) {
     const EGLConfig config = chooseConfig(display);
     const EGLint size[] = {EGL_WIDTH, width, EGL_HEIGHT, height, EGL_NONE};
     const EGLint version[] = {EGL_CONTEXT_CLIENT_VERSION, 2, EGL_NONE};

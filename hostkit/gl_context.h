@@ -12,12 +12,16 @@ namespace hostkit {
 /// before the process creates a GL context or starts a thread. GlContext calls this function itself.
 void askForFineFiltering();
 
-/// An OpenGL ES 2.0 context with an off-screen RGBA8888 surface as its default framebuffer. It uses Mesa's software
-/// rasteriser and needs no display server. A program can have several contexts; each context is current on at most one
-/// thread at a time.
+/// Returns true if contexts use a graphics card, because the environment variable VELMORA_GPU is set.
+/// @return false if contexts use Mesa's software rasteriser
+bool usesGraphicsCard();
+
+/// An OpenGL ES 2.0 context with an off-screen RGBA8888 surface as its default framebuffer. It needs no display server.
+/// A context uses the first graphics card if `usesGraphicsCard` returns true, else Mesa's software rasteriser. A
+/// program can have several contexts; each context is current on at most one thread at a time.
 class GlContext {
 public:
-    /// Creates a context and makes it current on the calling thread. Throws HostError if EGL or Mesa fails.
+    /// Creates a context and makes it current on the calling thread. Throws HostError if EGL fails.
     /// @param width width of the surface in pixels
     /// @param height height of the surface in pixels
     GlContext(int width, int height);

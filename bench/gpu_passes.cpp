@@ -1,0 +1,179 @@
+#include "bench/gpu_passes.h"
+
+#include <EGL/egl.h>
+#include <GLES2/gl2.h>
+#include <GLES2/gl2ext.h>
+#include <benchmark/benchmark.h>
+
+#include <cmath>
+#include <cstddef>
+#include <cstdint>
+#include <initializer_list>
+#include <numbers>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "bench/measure.h"
+#include "hostkit/instruments/gl_recorder.h"
+
+namespace bench {
+
+namespace {
+
+constexpr int warmUpFrames = 30;
+
+/// Number of the ink's advection passes in a frame. They are the first draw calls of a frame with ink.
+constexpr std::size_t advectionsPerFrame = 4;
+
+/// Functions of the extension GL_EXT_disjoint_timer_query.
+struct TimerQueries {
+    PFNGLGENQUERIESEXTPROC generate;
+    PFNGLDELETEQUERIESEXTPROC remove;
+    PFNGLBEGINQUERYEXTPROC begin;
+    PFNGLENDQUERYEXTPROC end;
+    PFNGLGETQUERYOBJECTUI64VEXTPROC result;
+};
+
+/// Finds a function of the GL context.
+template <class Function>
+void find(Function& function, const char* name) {
+    function = reinterpret_cast<Function>(eglGetProcAddress(name));
+}
+
+TimerQueries findTimerQueries() {
+    TimerQueries found{};
+    find(found.generate, "glGenQueriesEXT");
+    find(found.remove, "glDeleteQueriesEXT");
+    find(found.begin, "glBeginQueryEXT");
+    find(found.end, "glEndQueryEXT");
+    find(found.result, "glGetQueryObjectui64vEXT");
+    return found;
+}
+
+bool hasTimerQueries() {
+    const auto* const extensions = reinterpret_cast<const char*>(glGetString(GL_EXTENSIONS));
+    return extensions && std::string_view(extensions).find("GL_EXT_disjoint_timer_query") !=
+                             std::string_view::npos;
+}
+
+void stepFrame(hostkit::EffectHost& host, int frame) {
+    host.touch(circlingTouch(host, frame));
+    host.step({}, hostkit::displayedFrame);
+}
+
+/// Draws a frame. Returns the GPU times of its draw calls in microseconds, in order.
+std::vector<double> drawTimed(hostkit::EffectHost& host, const TimerQueries& timer) {
+    std::vector<GLuint> queries;
+    bool timing = false;
+    hostkit::GlRecorder& recorder = hostkit::glRecorder();
+    recorder.inside = [&](const char* function) {
+        if (std::string_view(function).starts_with("glDraw")) {
+            timer.generate(1, &queries.emplace_back());
+            timer.begin(GL_TIME_ELAPSED_EXT, queries.back());
+            timing = true;
+        }
+    };
+    recorder.after = [&] {
+        if (timing) {
+            timer.end(GL_TIME_ELAPSED_EXT);
+            timing = false;
+        }
+    };
+    host.draw();
+    recorder.inside = nullptr;
+    recorder.after = nullptr;
+    std::vector<double> times;
+    for (const GLuint query : queries) {
+        std::uint64_t nanoseconds = 0;
+        timer.result(query, GL_QUERY_RESULT_EXT, &nanoseconds);
+        times.push_back(static_cast<double>(nanoseconds) * 1e-3);
+    }
+    timer.remove(static_cast<GLsizei>(queries.size()), queries.data());
+    return times;
+}
+
+/// GPU times of each kind of pass, in microseconds, of all frames.
+struct PassTimes {
+    std::vector<double> advection;
+    std::vector<double> impulse;
+    std::vector<double> water;
+    std::vector<double> all;
+};
+
+/// Adds the times of one frame's draw calls: the advections, the impulse if the finger moved, and the water mesh.
+void addFrame(PassTimes& times, const std::vector<double>& draws) {
+    double sum = 0.0;
+    for (std::size_t i = 0; i < draws.size(); ++i) {
+        std::vector<double>& pass = i + 1 == draws.size()    ? times.water
+                                    : i < advectionsPerFrame ? times.advection
+                                                             : times.impulse;
+        pass.push_back(draws[i]);
+        sum += draws[i];
+    }
+    times.all.push_back(sum);
+}
+
+void runPasses(benchmark::State& state, int width, int height, bool inkEnabled) {
+    hostkit::EffectHost host({.width = width, .height = height, .inkEnabled = inkEnabled});
+    if (!hasTimerQueries()) {
+        state.SkipWithError("the GL has no extension GL_EXT_disjoint_timer_query");
+        return;
+    }
+    const TimerQueries timer = findTimerQueries();
+    int frame = 0;
+    while (frame < warmUpFrames) {
+        stepFrame(host, frame++);
+        host.draw();
+    }
+    PassTimes times;
+    for (auto _ : state) {
+        stepFrame(host, frame++);
+        addFrame(times, drawTimed(host, timer));
+    }
+    if (inkEnabled) {
+        state.counters["advection us"] = median(times.advection);
+        state.counters["impulse us"] = median(times.impulse);
+    }
+    state.counters["water mesh us"] = median(times.water);
+    state.counters["all passes us"] = median(times.all);
+}
+
+}  // namespace
+
+hostkit::Touch circlingTouch(const hostkit::EffectHost& host, int frame) {
+    const double angle = frame * 2.0 * std::numbers::pi / 90.0;
+    const auto action = frame == 0 ? hostkit::TouchAction::down : hostkit::TouchAction::move;
+    return {action, host.width() * (0.5 + 0.3 * std::cos(angle)),
+            host.height() * (0.5 + 0.3 * std::sin(angle)), 0.5f};
+}
+
+void registerGpuPasses(int frames) {
+    struct Screen {
+        int width;
+        int height;
+    };
+    for (const bool inkEnabled : {true, false}) {
+        for (const Screen screen : {Screen{1080, 1920}, Screen{540, 960}}) {
+            const std::string name = std::string(inkEnabled ? "GPU with ink" : "GPU, water only") +
+                                     "/" + std::to_string(screen.width) + "x" +
+                                     std::to_string(screen.height);
+            benchmark::RegisterBenchmark(name.c_str(),
+                                         [=](benchmark::State& state) {
+                                             runPasses(state, screen.width, screen.height,
+                                                       inkEnabled);
+                                         })
+                ->Iterations(frames)
+                ->UseRealTime()
+                ->Unit(benchmark::kMicrosecond);
+        }
+    }
+}
+
+TableLayout gpuPassTable() {
+    return {"The table shows the median times of the draw calls on the GPU.",
+            "passes | screen",
+            {"advection us", "impulse us", "water mesh us", "all passes us"}};
+}
+
+}  // namespace bench
