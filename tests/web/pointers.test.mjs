@@ -24,9 +24,12 @@ async function recordTouches(page, act) {
 
 const actions = (touches) => touches.map(([action]) => action);
 
-/** Opens a page on a screen with two device pixels per CSS pixel. */
+/** Canvas pixels per CSS pixel. On a large page, a scale of 2 would exceed the page's limit of canvas pixels. */
+const scale = pageSize[0] * pageSize[1] > 500_000 ? 1 : 2;
+
+/** Opens a page on a screen with `scale` device pixels per CSS pixel. */
 function openSharpPage() {
-    return open(browser, { deviceScaleFactor: 2 });
+    return open(browser, { deviceScaleFactor: scale });
 }
 
 test("a mouse touches at a position in canvas pixels, with the pressure of the settings", async () => {
@@ -47,7 +50,8 @@ test("a mouse touches at a position in canvas pixels, with the pressure of the s
     });
     // If a second button is pressed, the browser sends a move to the same position. The test ignores such moves.
     const changes = touches.filter((touch, at) => String(touch) !== String(touches[at - 1]));
-    assert.deepEqual(changes, [["down", 100, 120, 0.7], ["move", 110, 140, 0.7], ["up", 110, 140, 0]]);
+    const [start, end] = [[50 * scale, 60 * scale], [55 * scale, 70 * scale]];
+    assert.deepEqual(changes, [["down", ...start, 0.7], ["move", ...end, 0.7], ["up", ...end, 0]]);
     await close(page);
 });
 
@@ -78,7 +82,8 @@ test("the first finger touches the water, and a second finger is ignored", needs
         await page.touch("touchEnd");
     });
     const positions = touches.map(([action, x, y]) => [action, x, y]);
-    assert.deepEqual(positions, [["down", 200, 200], ["move", 200, 240], ["up", 200, 240]]);
+    const [start, end] = [[100 * scale, 100 * scale], [100 * scale, 120 * scale]];
+    assert.deepEqual(positions, [["down", ...start], ["move", ...end], ["up", ...end]]);
     await close(page);
 });
 
@@ -139,7 +144,7 @@ test("the arrow keys stir the water of a fresh page, and a press of a mouse butt
     const keys = touches.slice(0, strokes[0].split(" ").length);
     const [, startX, startY] = keys[0];
     const [, endX, endY] = keys.at(-1);
-    assert.deepEqual([startX, startY], pageSize, "the finger must start in the middle of the canvas");
+    assert.deepEqual([startX, startY], pageSize.map((side) => (side * scale) / 2), "the finger must start in the middle of the canvas");
     assert.ok(endX > startX + 2 && endY < startY - 2, `the finger must move right and up from ${startX}, ${startY}, but ends at ${endX}, ${endY}`);
     await close(page);
 });
