@@ -107,6 +107,7 @@ inline constexpr SharedText sharedTexts[] = {
     {"stopGesture", "Stop the gesture"},
     {"resume", "Resume"},
     {"builtIn", " is built in and cannot be renamed or deleted"},
+    {"cancel", "Cancel"},
     {"newPresetName", "New name of the preset"},
     {"deletePresetQuestion", "Delete the preset "},
     {"presetExists", " already exists; choose another name"},

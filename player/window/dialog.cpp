@@ -4,6 +4,8 @@
 
 #include <utility>
 
+#include "app/labels.h"
+
 namespace player {
 
 void Dialog::open(Command wanted, std::string newQuestion, const char* label) {
@@ -54,7 +56,7 @@ void Dialog::drawContent(Requests& requests) {
     }
     const bool accepted = ImGui::Button(action) || accepting;
     ImGui::SameLine();
-    if (ImGui::Button("Cancel") || accepted) {
+    if (ImGui::Button(app::sharedText("cancel")) || accepted) {
         ImGui::CloseCurrentPopup();
     }
     if (accepted) {

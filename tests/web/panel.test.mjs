@@ -70,8 +70,13 @@ async function checkAccessibility(name, device) {
         await page.evaluate(() => document.querySelectorAll("details").forEach((each) => (each.open = true)));
         assert.deepEqual(await violations(page), [], `the page in ${colorScheme} colours with an open panel must violate no rule`);
         assert.deepEqual(await faintElements(page), []);
+        await sendFiles(page, "drop", ["mine.json", "", Buffer.from("{}")]);
+        await waitForToast(page, "mine is added to the presets");
+        await page.keyboard.press("t");
+        await page.screenshot({ path: join(screenshotFolder, `rename-${engine.name}-${name}-${colorScheme}.png`) });
+        assert.deepEqual(await violations(page), [], `the question for a name in ${colorScheme} colours must violate no rule`);
         const small = await page.evaluate(() =>
-            [...document.querySelectorAll("button, summary, label.setting, input[type=range], input[type=number]")]
+            [...document.querySelectorAll("button, summary, label.setting, input:not([type=checkbox], [type=color])")]
                 .filter((one) => one.checkVisibility() && one.getBoundingClientRect().height < 40)
                 .map((one) => one.outerHTML),
         );

@@ -143,6 +143,15 @@ test("the panel's presets, inks, toggles and buttons work", async () => {
     await close(page);
 });
 
+/** Presses a key that opens a dialog, replaces the text of the dialog's field if `text` is given, and confirms. */
+async function answerDialog(page, key, text) {
+    await page.keyboard.press(key);
+    if (text !== undefined) {
+        await page.locator("dialog input").fill(text);
+    }
+    await page.keyboard.press("Enter");
+}
+
 test("presets can be saved, renamed and deleted, and do not replace built-in presets of the same name", async () => {
     const page = await open(browser);
     await page.keyboard.press("Tab");
@@ -155,10 +164,10 @@ test("presets can be saved, renamed and deleted, and do not replace built-in pre
     const mine = await settings(page);
     await page.keyboard.press("p");
     await waitForToast(page, "Saved velmora-preset");
-    await page.answerDialog("t", "Calm Pond");
+    await answerDialog(page, "t", "Calm Pond");
     await waitForToast(page, "A preset named 'calm pond' already exists; choose another name");
     await page.keyboard.press("b"); // changes a setting, which the rename must keep
-    await page.answerDialog("t", "my_pond ");
+    await answerDialog(page, "t", "my_pond ");
     await waitForToast(page, "Renamed to my_pond");
     await assertShown(page, { ...mine, secondBackground: !mine.secondBackground });
 
@@ -173,9 +182,10 @@ test("presets can be saved, renamed and deleted, and do not replace built-in pre
     assert.match(await grid(page).getByRole("button", { name: "my_pond" }).locator("img").getAttribute("src"), /^data:image/);
     await choose(page, "calm pond 2");
     await assertShown(page, dropped);
-    await page.answerDialog("Delete", false);
+    await page.keyboard.press("Delete");
+    await page.keyboard.press("Escape");
     assert.ok((await names(page)).includes("calm pond 2"), "the preset must stay if the user declines the deletion");
-    await page.answerDialog("Delete");
+    await answerDialog(page, "Delete");
     await waitForToast(page, "Deleted calm pond 2");
     assert.ok(!(await names(page)).some((name) => name.startsWith("calm pond 2")));
     await choose(page, "calm pond");
@@ -247,7 +257,7 @@ test("after an undo or redo, the preset with the restored settings is the curren
     await page.keyboard.press("t");
     await waitForToast(page, "calm pond is built in");
     await page.keyboard.press("y");
-    await page.answerDialog("t", "renamed");
+    await answerDialog(page, "t", "renamed");
     await waitForToast(page, "Renamed to renamed");
     await close(page);
 });

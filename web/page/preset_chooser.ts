@@ -1,11 +1,12 @@
 // Chooses, saves, renames and deletes presets, and copies links to them.
 
-import { sharedTexts, type Settings } from "../../build/web/settings";
+import { commandTexts, sharedTexts, type Settings } from "../../build/web/settings";
 import { download, uniqueName } from "./files";
 import { linkOf, presetInLink, withoutPreset } from "./links";
 import type { Player } from "./player";
 import { addPreset, allPresets, findPreset, isSame, removePreset, storePreset, writePreset } from "./presets";
 import type { Preset, PresetList } from "./presets";
+import { askConfirmation, askText } from "./question";
 import { hasKeys, showToast } from "./toast";
 
 /** Maximum length of a preset's name in characters. Longer names do not fit the grid. */
@@ -141,9 +142,10 @@ export class PresetChooser {
     }
 
     /** Asks for a new name for the current preset, which must be one of the user's presets. */
-    rename(): void {
+    async rename(): Promise<void> {
         const preset = this.ownPreset();
-        const name = (prompt(sharedTexts.newPresetName, preset.name) ?? "").trim().slice(0, maxNameLength);
+        const { label } = commandTexts.renamePreset;
+        const name = (await askText(sharedTexts.newPresetName, preset.name, maxNameLength, label))?.trim();
         if (!name || name === preset.name) {
             return;
         }
@@ -157,9 +159,10 @@ export class PresetChooser {
     }
 
     /** Deletes the current preset, which must be one of the user's presets. Its settings stay in force. */
-    remove(): void {
+    async remove(): Promise<void> {
         const { name } = this.ownPreset();
-        if (!confirm(`${sharedTexts.deletePresetQuestion}${name}?`)) {
+        const question = `${sharedTexts.deletePresetQuestion}${name}?`;
+        if (!(await askConfirmation(question, commandTexts.deletePreset.label))) {
             return;
         }
         removePreset(this.presets, name);

@@ -75,10 +75,6 @@ async function newPage(browser, device, { size = defaultSize, deviceScaleFactor 
         const [file] = await Promise.all([page.waitForEvent("download"), act()]);
         return { name: file.suggestedFilename(), bytes: readFileSync(await file.path()) };
     };
-    page.answerDialog = async (key, answer) => {
-        page.once("dialog", (dialog) => (answer === false ? dialog.dismiss() : dialog.accept(answer)));
-        await page.keyboard.press(key);
-    };
     page.chooseFile = async (act, name, bytes) => {
         const [chooser] = await Promise.all([page.waitForEvent("filechooser"), act()]);
         await chooser.setFiles({ name, mimeType: "", buffer: bytes });

@@ -18,9 +18,6 @@
 //                                                               points: [id, x, y, force]; for touchEnd, the fingers
 //                                                               that stay on the screen
 //   download(act)                                               calls `act`; returns { name, bytes } of the saved file
-//   answerDialog(key, answer)                                   presses a key that opens a dialog. Confirms the dialog,
-//                                                               with the text `answer` if there is one, or cancels the
-//                                                               dialog if `answer` is false
 //   chooseFile(act, name, bytes)                                calls `act`, which opens a file chooser, and chooses a
 //                                                               file with this name and these bytes
 //   consoleMessages                                             "type: text" each; complete after close()

@@ -104,10 +104,6 @@ async function newPage(browser, downloads, { size = defaultSize, deviceScaleFact
             return Buffer.from(await real.screenshot(options));
         },
         download: (act) => download(downloads, act),
-        async answerDialog(key, answer) {
-            real.once("dialog", (dialog) => (answer === false ? dialog.dismiss() : dialog.accept(answer)));
-            await press(real.keyboard, key);
-        },
         async chooseFile(act, name, bytes) {
             const folder = mkdtempSync(join(tmpdir(), "velmora-firefox-"));
             writeFileSync(join(folder, name), bytes);

@@ -255,21 +255,6 @@ class Page {
         }
     }
 
-    async answerDialog(key, answer) {
-        await Promise.all([this.keyboard.press(key), this.#answer(answer)]); // the dialog may delay the press's end
-        // The dialog receives the keyup event, so the page still counts the key as held. A second press of the key sends
-        // a repeated keydown event, which the page ignores, and a keyup event.
-        await this.keyboard.press(key);
-    }
-
-    async #answer(answer) {
-        await repeatUntilSuccess(() => this.send("GET", "alert/text"));
-        if (typeof answer === "string") {
-            await this.send("POST", "alert/text", { text: answer });
-        }
-        await this.send("POST", answer === false ? "alert/dismiss" : "alert/accept", {});
-    }
-
     async chooseFile(act, name, bytes) {
         // Under automation, WebKit cancels every file chooser. So the driver sets the file of the field.
         await this.evaluate(() => {
