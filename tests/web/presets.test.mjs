@@ -35,7 +35,8 @@ test("a page from a server shows each shipped preset, and its content security p
         await page.keyboard.press("n");
         await assertShown(page, shipped(file.slice(0, -5)), file);
         await page.keyboard.press("c");
-        await drag(page, [75, 200], [195, 210], 5);
+        const [width, height] = pageSize;
+        await drag(page, [0.28 * width, 0.42 * height], [0.72 * width, 0.44 * height], 5);
         seen.push(await readFrame(page));
         await page.screenshot({ path: join(screenshotFolder, file.replace("json", "png")) });
     }
