@@ -114,8 +114,12 @@ void addFrame(PassTimes& times, const std::vector<double>& draws) {
     times.all.push_back(sum);
 }
 
-void runPasses(benchmark::State& state, int width, int height, bool inkEnabled) {
-    hostkit::EffectHost host({.width = width, .height = height, .inkEnabled = inkEnabled});
+void runPasses(benchmark::State& state, int width, int height, bool inkEnabled,
+               float cellsPerVertex) {
+    hostkit::EffectHost host({.width = width,
+                              .height = height,
+                              .inkEnabled = inkEnabled,
+                              .water = {.cellsPerVertex = cellsPerVertex}});
     if (!hasTimerQueries()) {
         state.SkipWithError("the GL has no extension GL_EXT_disjoint_timer_query");
         return;
@@ -136,7 +140,7 @@ void runPasses(benchmark::State& state, int width, int height, bool inkEnabled) 
         state.counters["impulse us"] = median(times.impulse);
     }
     state.counters["water mesh us"] = median(times.water);
-    state.counters["all passes us"] = median(times.all);
+    state.counters["all draw calls us"] = median(times.all);
 }
 
 }  // namespace
@@ -153,15 +157,23 @@ void registerGpuPasses(int frames) {
         int width;
         int height;
     };
-    for (const bool inkEnabled : {true, false}) {
-        for (const Screen screen : {Screen{1080, 1920}, Screen{540, 960}}) {
-            const std::string name = std::string(inkEnabled ? "GPU with ink" : "GPU, water only") +
-                                     "/" + std::to_string(screen.width) + "x" +
+    struct Effect {
+        const char* name;
+        bool inkEnabled;
+        float cellsPerVertex;
+    };
+    for (const Effect effect : {Effect{"ink", true, 1.0f},
+                                {"ink, 2 cells per vertex", true, 2.0f},
+                                {"water only", false, 1.0f},
+                                {"water only, 2 cells per vertex", false, 2.0f}}) {
+        for (const Screen screen : {Screen{1080, 1920}, {540, 960}}) {
+            const std::string name = std::string("GPU: ") + effect.name + "/" +
+                                     std::to_string(screen.width) + "x" +
                                      std::to_string(screen.height);
             benchmark::RegisterBenchmark(name.c_str(),
                                          [=](benchmark::State& state) {
                                              runPasses(state, screen.width, screen.height,
-                                                       inkEnabled);
+                                                       effect.inkEnabled, effect.cellsPerVertex);
                                          })
                 ->Iterations(frames)
                 ->UseRealTime()
@@ -172,8 +184,8 @@ void registerGpuPasses(int frames) {
 
 TableLayout gpuPassTable() {
     return {"The table shows the median times of the draw calls on the GPU.",
-            "passes | screen",
-            {"advection us", "impulse us", "water mesh us", "all passes us"}};
+            "draw calls | screen",
+            {"advection us", "impulse us", "water mesh us", "all draw calls us"}};
 }
 
 }  // namespace bench
