@@ -74,8 +74,10 @@ test("a dropped or pasted image becomes the background, and the previous backgro
     await expectQuarters(page, upright);
     await page.keyboard.press("b");
 
-    await sendFiles(page, "drop", ["broken.png", "image/png", [1, 2, 3]]);
-    await waitForToast(page, "broken.png is not a picture that this browser can show");
+    for (const [name, bytes] of [["broken.png", [1, 2, 3]], ["empty.png", []]]) {
+        await sendFiles(page, "drop", [name, "image/png", bytes]);
+        await waitForToast(page, `${name} is not a picture that this browser can show`);
+    }
     await expectQuarters(page, ["blue", "red", "white", "lime"]);
     // The toast about the next picture must replace the toast about the broken file.
     await sendFiles(page, "drop", ["fields.png", "image/png", await fourFields(page, "image/png")]);

@@ -50,12 +50,13 @@ export async function close(page, excused = /^$/) {
 
 /**
  * Serves the page from a local HTTP server, which sends no special headers. Returns `url` of the page, `outerUrl` of an
- * outer page, and `stop`, which stops the server. The outer page shows the page in an iframe of 300 x 300 pixels that
- * forbids full screen.
+ * outer page, and `stop`, which stops the server. The outer page shows the page in a sandboxed iframe of 300 x 300
+ * pixels that forbids full screen.
  */
 export async function serve() {
     const outer = `<!doctype html><body style="height: 3000px">
-        <iframe src="velmora.html?test" width="300" height="300" allow="fullscreen 'none'"></iframe>`;
+        <iframe src="velmora.html?test" width="300" height="300" allow="fullscreen 'none'"
+            sandbox="allow-scripts allow-same-origin"></iframe>`;
     const pages = { "/velmora.html": readFileSync(file), "/outer.html": outer };
     const server = createServer((request, response) => {
         const body = pages[request.url.split(/[?#]/)[0]];

@@ -196,7 +196,8 @@ test("a click on a thumbnail selects a painting or a picture of the user, and un
 
 test("commands with letter keys work on a keyboard that has no Latin letters", needs("keyboardLayout"), async () => {
     const page = await open(browser);
-    for (const [key, code, message] of [["т", "KeyN", "calm pond"], ["и", "KeyB", "Second picture"]]) {
+    const presses = [["т", "KeyN", "calm pond"], ["и", "KeyB", "Second picture"], ["'", "KeyW", "Water only is on"]];
+    for (const [key, code, message] of presses) {
         for (const type of ["keyDown", "keyUp"]) {
             const text = type === "keyDown" ? key : "";
             await page.devTools.send("Input.dispatchKeyEvent", { type, key, code, text });
@@ -206,7 +207,7 @@ test("commands with letter keys work on a keyboard that has no Latin letters", n
     await close(page);
 });
 
-test("in an iframe, arrow keys, wheel and Tab act on the outer page, and the command for full screen reports that full screen is not possible", async () => {
+test("in an iframe, arrow keys, wheel and Tab act on the outer page, and commands without permission report this", async () => {
     const server = await serve();
     const page = await browser.newPage({ size: [400, 400] });
     await page.goto(server.outerUrl);
@@ -218,8 +219,21 @@ test("in an iframe, arrow keys, wheel and Tab act on the outer page, and the com
     await page.keyboard.press("Tab");
     assert.equal(await page.evaluate(() => window.inner.document.getElementById("panel").checkVisibility()), false);
     await page.keyboard.press("x");
-    await page.waitForFunction(() =>
-        window.inner.document.querySelector("#toast.shown")?.textContent.includes("Full screen is not possible here"));
+    const waitForInnerToast = (text) =>
+        page.waitForFunction((wanted) => window.inner.document.querySelector("#toast.shown")?.textContent.includes(wanted), text);
+    await waitForInnerToast("Full screen is not possible here");
+    await page.evaluate(() => {
+        const writeText = () => Promise.reject(new Error("not allowed"));
+        Object.defineProperty(window.inner.navigator, "clipboard", { value: { writeText } });
+    });
+    await page.keyboard.press("u");
+    await waitForInnerToast("The link cannot be copied in a page inside another page");
+    await page.keyboard.press("p");
+    await waitForInnerToast("added it to the presets");
+    for (const key of ["t", "o", "n", "e", "Enter"]) {
+        await page.keyboard.press(key);
+    }
+    await waitForInnerToast("Renamed to one");
     await page.mouse.wheel(0, 500);
     await page.waitForFunction(() => scrollY > 0);
     await page.evaluate(() => {
@@ -261,6 +275,9 @@ test("a key or #clean in the address hides the controls, but not errors, and Tab
     await waitForToast(page, "bad.json: this is not valid JSON");
     await page.keyboard.press("Tab");
     assert.deepEqual([await page.locator("#open").isVisible(), await page.locator("#panel").isVisible()], [true, true]);
+    await page.evaluate(() => (location.hash = ""));
+    await page.evaluate(() => (location.hash = "#clean"));
+    await page.waitForFunction(() => !document.getElementById("open").checkVisibility());
     await close(page);
 });
 

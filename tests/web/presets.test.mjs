@@ -186,8 +186,11 @@ test("presets can be saved, renamed and deleted, and do not replace built-in pre
     await page.keyboard.press("Delete");
     await page.keyboard.press("Escape");
     assert.ok((await names(page)).includes("calm pond 2"), "the preset must stay if the user declines the deletion");
-    await answerDialog(page, "Delete");
+    await page.locator("#panel").getByRole("button", { name: "Delete" }).press("Enter");
+    await page.keyboard.press("Enter");
     await waitForToast(page, "Deleted calm pond 2");
+    await page.keyboard.press("Tab");
+    assert.ok(await page.locator("#panel").isVisible(), "Tab must not close the panel, although the focused button is hidden");
     assert.ok(!(await names(page)).some((name) => name.startsWith("calm pond 2")));
     await choose(page, "calm pond");
     await assertShown(page, shipped("calm_pond"));
@@ -223,6 +226,8 @@ test("the page works if the browser's storage is damaged, full or forbidden", as
         const page = await open(browser, { before: fill });
         await page.keyboard.press("p");
         await waitForToast(page, message);
+        await answerDialog(page, "t", "renamed");
+        await waitForToast(page, `Renamed to renamed${entry === "presets" ? ". This browser allows no more storage" : ""}`);
         await close(page);
     }
 });
@@ -241,11 +246,19 @@ test("an imported preset replaces no other preset of the user, and the same pres
         await waitForToast(page, message);
         assert.equal((await settings(page)).exponent, exponent);
     }
+    // Another tab can save a preset with the same name.
+    await page.evaluate(() => {
+        const stored = JSON.parse(localStorage.getItem("velmora presets"));
+        localStorage.setItem("velmora presets", JSON.stringify({ ...stored, Other: '{"exponent": 7}' }));
+    });
+    await sendFiles(page, "drop", ["other.json", "", json({ exponent: 8 })]);
+    await waitForToast(page, "other 2 is added");
     await page.reload();
     await page.waitForFunction(() => window.velmora?.counts().frames > 0);
     await page.keyboard.press("Tab");
     const own = (await names(page)).filter((name) => /^my_pond/i.test(name)).sort();
     assert.deepEqual(own, ["My_pond 2", "my_pond", "my_pond 3"]);
+    assert.ok((await names(page)).includes("Other"));
     await close(page);
 });
 

@@ -9,11 +9,17 @@ const fingersToShow = 3;
 export class CleanView {
     private readonly root = document.documentElement;
 
-    /** Hides the controls if the page's address has `#clean`. */
     constructor() {
-        this.root.classList.toggle("clean", hidesControls(location.hash));
+        this.readAddress();
         const show = (event: TouchEvent) => event.touches.length >= fingersToShow && this.show();
         window.addEventListener("touchstart", show, { passive: true });
+    }
+
+    /** Hides the controls if the page's address has `#clean`. */
+    readAddress(): void {
+        if (hidesControls(location.hash)) {
+            this.root.classList.add("clean");
+        }
     }
 
     get isOn(): boolean {

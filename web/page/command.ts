@@ -37,9 +37,12 @@ export function listen(commands: Command[], onInput: () => void): void {
     window.addEventListener("keydown", handle, { capture: true });
 }
 
-/** Returns the key in lower case. For a non-Latin layout, returns the key at the same place on a US keyboard. */
-function latinKey({ key, code }: KeyboardEvent): string {
-    const isLatin = /^[\x20-\x7e]/.test(key);
+/**
+ * Returns the key in lower case. For a non-Latin layout, returns the key at the same place on a US keyboard. Such a
+ * layout can have punctuation at the place of a letter.
+ */
+function latinKey({ key, code, shiftKey }: KeyboardEvent): string {
+    const isLatin = /^[a-z0-9. ]/i.test(key) || (shiftKey && /^[!-~]/.test(key));
     return isLatin ? key.toLowerCase() : code.replace(/^Key/, "").replace("Period", ".").toLowerCase();
 }
 
@@ -57,7 +60,9 @@ function isForElement(event: KeyboardEvent, key: string): boolean {
 /** Returns true if the focus is on the water, or on the settings button while the panel is closed. */
 function isWaterFocused(): boolean {
     const { activeElement } = document;
-    const isWater = activeElement === document.body || activeElement instanceof HTMLCanvasElement;
+    // If a focused button of the open panel disappears, the body has the focus. Tab then moves the focus within the panel.
+    const isPanelOpen = document.querySelector("[aria-expanded=true]") !== null;
+    const isWater = activeElement instanceof HTMLCanvasElement || (activeElement === document.body && !isPanelOpen);
     return isWater || activeElement?.getAttribute("aria-expanded") === "false";
 }
 

@@ -10,6 +10,8 @@ export interface GestureOwner {
     /** Prepares the effect for the restart that begins a recording or replay. Throws if the GL context is lost. */
     prepareGesture(): void;
     noteInput(): void;
+    /** Called when a replay has ended. */
+    noteReplayEnd(): void;
 }
 
 export class Gestures {
@@ -22,6 +24,7 @@ export class Gestures {
     ) {
         effect.onReplayEnd = (finished) => {
             this.hideBadge();
+            this.owner.noteReplayEnd();
             showToast(finished ? sharedTexts.gestureEnded : sharedTexts.gestureStopped);
         };
     }

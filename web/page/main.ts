@@ -37,7 +37,9 @@ async function open(): Promise<void> {
     showToast(`Drag to stir the water. ${drop}${hasKeys ? ", or press F1 for the keys" : ""}.`);
     let isLinked = false;
     await attempt(() => (isLinked = presets.readLink()));
-    if (!isLinked) {
+    if (isLinked) {
+        effect.beginHistory(player.settings); // undo must not return to settings from before the visit
+    } else {
         memory.recallSettings();
     }
     await memory.recallBackgrounds();
@@ -71,11 +73,15 @@ function connectControls(
     listen(commands.all, () => player.noteInput());
     fillHelp(help, commands.all);
     receiveFiles((file) => void importer.take(file));
-    window.addEventListener("hashchange", () => void attempt(() => presets.readLink()));
+    window.addEventListener("hashchange", () => {
+        cleanView.readAddress();
+        void attempt(() => presets.readLink());
+    });
     player.onSettings = () => {
         panel.update();
         presets.dropOldLink();
     };
+    player.onReplayEnd = () => memory.noteSettings();
     presets.onChange = () => {
         panel.update();
         presets.dropOldLink();

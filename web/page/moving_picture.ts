@@ -177,6 +177,9 @@ async function openAnimation(file: Blob): Promise<MovingPicture | undefined> {
         return undefined; // the page then shows the first frame as a still picture
     }
     const encoded = { data: await file.arrayBuffer(), type: file.type };
+    if (encoded.data.byteLength === 0) {
+        return undefined; // the constructor of ImageDecoder would throw
+    }
     const decoder = new ImageDecoder(encoded);
     try {
         await Promise.all([decoder.tracks.ready, decoder.completed]); // both reject for a damaged file

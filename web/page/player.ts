@@ -37,6 +37,8 @@ export class Player {
     onBackgrounds = () => {};
     /** Called when a gesture script has changed the settings. */
     onSettings = () => {};
+    /** Called when a replay has ended and the settings are those of the user again. */
+    onReplayEnd = () => {};
 
     private readonly sync: SettingsSync;
     private readonly attractTimer: AttractTimer;
@@ -245,12 +247,11 @@ export class Player {
         const start = performance.now();
         const { effect } = this;
         this.pushSettings();
-        const wasReplaying = effect.isReplaying;
         this.overlays.drawFrame(elapsed);
         if (this.frames++ === 0) {
             performance.mark("first frame");
         }
-        if (wasReplaying) {
+        if (effect.isReplaying) {
             this.followScript();
         }
         this.times.note(now, performance.now() - start);
@@ -268,6 +269,18 @@ export class Player {
     }
 
     /** Shows the settings that the gesture script has changed. */
+    /** Restores the settings that the script of the replay has changed. */
+    noteReplayEnd(): void {
+        // If the settings are not current, the user has changed them since the last frame. Then the script has not.
+        if (this.sync.isCurrent) {
+            this.followScript();
+        }
+        this.sync.restore();
+        this.onSettings();
+        this.onReplayEnd();
+        this.noteInput(); // requests the frame that applies the restored settings
+    }
+
     private followScript(): void {
         if (this.sync.pull()) {
             this.onSettings();

@@ -1,6 +1,7 @@
 // Chooses, saves, renames and deletes presets, and copies links to them.
 
 import { commandTexts, sharedTexts, type Settings } from "../../build/web/settings";
+import { isFramed } from "./command";
 import { download, uniqueName } from "./files";
 import { linkOf, presetInLink, withoutPreset } from "./links";
 import type { Player } from "./player";
@@ -154,8 +155,8 @@ export class PresetChooser {
             throw new Error(`A preset named '${existing.name}'${sharedTexts.presetExists}`);
         }
         removePreset(this.presets, preset.name);
-        this.add(name, preset.settings, preset.thumbnail);
-        showToast(`${sharedTexts.renamedTo}${name}`);
+        const isStored = this.add(name, preset.settings, preset.thumbnail);
+        showToast(`${sharedTexts.renamedTo}${this.chosen.name}${isStored ? "" : `. ${this.warning}`}`);
     }
 
     /** Deletes the current preset, which must be one of the user's presets. Its settings stay in force. */
@@ -180,7 +181,11 @@ export class PresetChooser {
             () => true,
             () => false,
         );
-        const message = (await copied) ? "Copied a link to these settings" : "The page's address is now a link to these settings";
+        const isCopied = await copied;
+        if (!isCopied && isFramed) {
+            throw new Error("The link cannot be copied in a page inside another page. Open this page in its own tab");
+        }
+        const message = isCopied ? "Copied a link to these settings" : "The page's address is now a link to these settings";
         showToast(location.protocol === "file:" ? `${message}. It works only on this device` : message);
     }
 

@@ -48,13 +48,15 @@ export function findPreset(presets: Preset[], name: string): Preset | undefined 
 }
 
 /**
- * Adds a preset to the user's presets. If another preset has the name, appends " 2", " 3" and so on until the name is
- * free. Replaces a preset of the user that has the same name and the same settings.
+ * Adds a preset to the user's presets. If another preset has the name, also one that another tab has saved, appends
+ * " 2", " 3" and so on until the name is free. Replaces a preset of the user that has the same name and settings.
  */
 export function addPreset(list: PresetList, name: string, settings: Settings, thumbnail?: string): Preset {
     let freeName = name;
     let existing = findPreset(allPresets(list), name);
-    for (let count = 2; existing && !(list.own.includes(existing) && isSame(existing.settings, settings)); ++count) {
+    const isTaken = () =>
+        existing ? !(list.own.includes(existing) && isSame(existing.settings, settings)) : isStored(freeName);
+    for (let count = 2; isTaken(); ++count) {
         freeName = `${name} ${count}`;
         existing = findPreset(allPresets(list), freeName);
     }
@@ -75,6 +77,10 @@ export function removePreset(list: PresetList, name: string): void {
 /** Saves a preset in the browser's storage. Returns false if the storage is full or not allowed. */
 export function storePreset({ name, settings, thumbnail }: Preset): boolean {
     return changeStorage(name, { settings: writePreset(settings), thumbnail });
+}
+
+function isStored(name: string): boolean {
+    return [...readStorage(presetStorage).keys()].some((stored) => stored.toLowerCase() === name.toLowerCase());
 }
 
 export function isSame(a: Settings, b: Settings): boolean {

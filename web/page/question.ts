@@ -1,5 +1,5 @@
-// Questions in a dialog of the page. In a frame of another origin, browsers block `prompt` and `confirm`. Both also stop
-// the water until the user answers.
+// Questions in a dialog of the page. In a frame of another origin, browsers block `prompt` and `confirm`. Both functions
+// also stop the water until the user answers.
 
 import { sharedTexts } from "../../build/web/settings";
 import { make } from "./controls";
@@ -29,9 +29,15 @@ export function askConfirmation(question: string, action: string): Promise<boole
 function ask(question: string, content: HTMLElement, action: string): Promise<boolean> {
     const cancel = make("button", { type: "button" }, sharedTexts.cancel);
     const confirm = make("button", { value: "confirm", autofocus: content.querySelector("input") === null }, action);
-    const form = make("form", { method: "dialog" }, content, make("div", { className: "answers" }, cancel, confirm));
+    const form = make("form", {}, content, make("div", { className: "answers" }, cancel, confirm));
     const dialog = make("dialog", { className: "question", ariaLabel: question }, form);
     cancel.addEventListener("click", () => dialog.close());
+    confirm.addEventListener("click", (event) => {
+        event.preventDefault(); // a sandboxed frame forbids the submission of forms
+        if (form.reportValidity()) {
+            dialog.close(confirm.value);
+        }
+    });
     document.body.append(dialog);
     dialog.showModal();
     return new Promise((resolve) => {
