@@ -15,6 +15,7 @@
 #include <vector>
 
 #include "bench/measure.h"
+#include "hostkit/host_error.h"
 #include "hostkit/instruments/gl_recorder.h"
 
 namespace bench {
@@ -121,8 +122,8 @@ void runPasses(benchmark::State& state, int width, int height, bool inkEnabled,
                               .inkEnabled = inkEnabled,
                               .water = {.cellsPerVertex = cellsPerVertex}});
     if (!hasTimerQueries()) {
-        state.SkipWithError("the GL has no extension GL_EXT_disjoint_timer_query");
-        return;
+        throw hostkit::HostError(
+            "the GL driver has no timer queries (GL_EXT_disjoint_timer_query); unset VELMORA_GPU");
     }
     const TimerQueries timer = findTimerQueries();
     int frame = 0;

@@ -9,7 +9,7 @@ namespace bench {
 hostkit::Touch circlingTouch(const hostkit::EffectHost& host, int frame);
 
 /// Registers benchmarks that measure the time of each draw call on the GPU. They use timer queries of the extension
-/// GL_EXT_disjoint_timer_query. Without the extension, the benchmarks report an error.
+/// GL_EXT_disjoint_timer_query. Without the extension, the benchmarks throw HostError.
 void registerGpuPasses(int frames);
 
 /// Returns the table of these benchmarks.

@@ -144,7 +144,9 @@ PixbufPointer decode(const std::filesystem::path& file) {
 Image loadImage(const std::filesystem::path& file) {
     std::error_code ignored;
     const paintings::Painting* const painting = paintings::findPainting(file.string());
-    if (painting != nullptr && !std::filesystem::exists(file, ignored)) {
+    const bool isFile =
+        std::filesystem::exists(file, ignored) && !std::filesystem::is_directory(file, ignored);
+    if (painting != nullptr && !isFile) {
         return painting->paint(paintingSide, paintingSide);
     }
     const PixbufPointer upright = decode(file);

@@ -56,6 +56,9 @@ EGLDisplay cardDisplay() {
 /// can be created and destroyed at any time.
 EGLDisplay sharedDisplay() {
     static const EGLDisplay display = usesGraphicsCard() ? cardDisplay() : softwareDisplay();
+    if (display == EGL_NO_DISPLAY && usesGraphicsCard()) {
+        throw HostError("no graphics card was found; unset VELMORA_GPU to draw in software");
+    }
     if (display == EGL_NO_DISPLAY) {
         failWith("eglGetPlatformDisplay");
     }
@@ -96,7 +99,8 @@ void askForFineFiltering() {
 }
 
 bool usesGraphicsCard() {
-    return std::getenv("VELMORA_GPU") != nullptr;
+    const char* const value = std::getenv("VELMORA_GPU");
+    return value != nullptr && std::string_view(value) == "1";
 }
 
 GlContext::GlContext(void* onDisplay, int width, int height)

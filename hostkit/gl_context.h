@@ -12,7 +12,7 @@ namespace hostkit {
 /// before the process creates a GL context or starts a thread. GlContext calls this function itself.
 void askForFineFiltering();
 
-/// Returns true if contexts use a graphics card, because the environment variable VELMORA_GPU is set.
+/// Returns true if contexts use a graphics card, because the environment variable VELMORA_GPU is 1.
 /// @return false if contexts use Mesa's software rasteriser
 bool usesGraphicsCard();
 

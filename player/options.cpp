@@ -141,8 +141,8 @@ Failure unexpected(const CLI::App& app, const std::vector<std::string>& argument
 void resolveName(fs::path& file, const fs::path& shipped, const fs::path& own,
                  const std::string& extension, const std::string& kind) {
     std::error_code ignored;
-    if (file.empty() || file.has_extension() || file.has_parent_path() ||
-        fs::exists(file, ignored)) {
+    const bool isFile = fs::exists(file, ignored) && !fs::is_directory(file, ignored);
+    if (file.empty() || file.has_extension() || file.has_parent_path() || isFile) {
         return;
     }
     std::vector<std::string> names;
@@ -162,8 +162,9 @@ void resolveName(fs::path& file, const fs::path& shipped, const fs::path& own,
     for (const std::string& name : names) {
         list += (list.empty() ? "" : ", ") + name;
     }
+    const std::string closest = suggestion(file.string(), names);
     throw Failure("there is no " + kind + " " + app::inQuotes(file.string()) +
-                  suggestion(file.string(), names) + " Choose a file, or one of " + list);
+                  (closest.empty() ? "." : closest) + " Choose a file, or one of " + list);
 }
 
 }  // namespace

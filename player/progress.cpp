@@ -30,30 +30,34 @@ std::string remainingTime(double seconds, int done, int frameCount) {
     return text;
 }
 
-void showBar(const Progress& progress, int done, double seconds) {
-    const int filled = static_cast<int>(static_cast<long>(barWidth) * done / progress.frameCount);
-    const std::string bar(static_cast<std::size_t>(filled), '#');
-    // The escape sequence at the end erases the rest of a longer line.
-    std::fprintf(stderr, "\r[%-*s] %d/%d  %.1f frames/s  %s\x1b[K%s", barWidth, bar.c_str(), done,
-                 progress.frameCount, seconds > 0.0 ? done / seconds : 0.0,
-                 remainingTime(seconds, done, progress.frameCount).c_str(),
-                 done == progress.frameCount ? "\n" : "");
-    std::fflush(stderr);
-}
-
 }  // namespace
 
-Progress startProgress(int frameCount) {
-    return {frameCount, isatty(STDERR_FILENO) == 1};
+Progress::Progress(int frames) : frameCount(frames), onTerminal(isatty(STDERR_FILENO) == 1) {}
+
+Progress::~Progress() {
+    if (isLineOpen) {
+        std::fputs("\n", stderr);
+    }
 }
 
-void showProgress(Progress& progress, int done) {
-    const Progress::Clock::time_point now = Progress::Clock::now();
-    const bool isDue = done == progress.frameCount || now - progress.lastShown >= barInterval;
-    if (progress.onTerminal && isDue) {
-        showBar(progress, done, std::chrono::duration<double>(now - progress.start).count());
-        progress.lastShown = now;
+void Progress::show(int done) {
+    const Clock::time_point now = Clock::now();
+    const bool isDue = done == frameCount || now - lastShown >= barInterval;
+    if (onTerminal && isDue) {
+        showBar(done, std::chrono::duration<double>(now - start).count());
+        lastShown = now;
+        isLineOpen = true;
     }
+}
+
+void Progress::showBar(int done, double seconds) const {
+    const int filled = static_cast<int>(static_cast<long>(barWidth) * done / frameCount);
+    const std::string bar(static_cast<std::size_t>(filled), '#');
+    // The escape sequence at the end erases the rest of a longer line.
+    std::fprintf(stderr, "\r[%-*s] %d/%d  %.1f frames/s  %s\x1b[K", barWidth, bar.c_str(), done,
+                 frameCount, seconds > 0.0 ? done / seconds : 0.0,
+                 remainingTime(seconds, done, frameCount).c_str());
+    std::fflush(stderr);
 }
 
 }  // namespace player

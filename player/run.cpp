@@ -102,13 +102,13 @@ app::FrontEnd frontEnd(FilmScreen& screen, app::EffectProbe& probe) {
 /// Plays and films `frames` frames of the session's replay. Adds the water of each frame to the digest.
 void play(app::Session& session, int frames, FilmScreen& screen, const app::EffectProbe& probe,
           Film& film, hostkit::Digest& water) {
-    Progress progress = startProgress(frames);
+    Progress progress(frames);
     for (int frame = 0; frame < frames; ++frame) {
         session.frame(app::frameTime);
         screen.drawOver(probe);
         addWater(water, session.water());
         film.add(screen.shown());
-        showProgress(progress, frame + 1);
+        progress.show(frame + 1);
         if (isInterrupted()) {
             throw Failure("interrupted",
                           "frame " + std::to_string(frame + 1) + " of " + std::to_string(frames));

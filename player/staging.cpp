@@ -30,7 +30,11 @@ std::vector<fs::path> filesIn(const fs::path& folder) {
 
 Staging::Staging(fs::path targetFolder) : target(std::move(targetFolder)) {
     std::error_code error;
-    madeTarget = fs::create_directories(target, error);
+    for (fs::path missing = target; !missing.empty() && !fs::exists(missing, error);
+         missing = missing.parent_path()) {
+        made.push_back(missing);
+    }
+    fs::create_directories(target, error);
     if (error) {
         throw cannotWrite(target, error);
     }
@@ -44,8 +48,8 @@ Staging::Staging(fs::path targetFolder) : target(std::move(targetFolder)) {
 Staging::~Staging() {
     std::error_code ignored;
     fs::remove_all(hidden, ignored);
-    if (madeTarget) {
-        fs::remove(target, ignored);  // fails if the folder is not empty
+    for (const fs::path& folder : made) {
+        fs::remove(folder, ignored);  // fails if the folder is not empty
     }
 }
 

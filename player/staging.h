@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <functional>
 #include <string>
+#include <vector>
 
 namespace player {
 
@@ -11,7 +12,7 @@ class Staging {
 public:
     /// Creates the hidden folder, and the target folder if it is missing. Throws Failure.
     explicit Staging(std::filesystem::path targetFolder);
-    /// Removes unpublished files. Removes the target folder if the constructor created it and it is empty.
+    /// Removes unpublished files. Removes the folders that the constructor created if they are empty.
     ~Staging();
     Staging(const Staging&) = delete;
     Staging& operator=(const Staging&) = delete;
@@ -26,7 +27,8 @@ public:
 private:
     std::filesystem::path target;
     std::filesystem::path hidden;
-    bool madeTarget = false;
+    /// Folders that the constructor created, the innermost first.
+    std::vector<std::filesystem::path> made;
 };
 
 }  // namespace player

@@ -66,10 +66,11 @@ std::optional<hostkit::GestureScript> scriptOf(const Options& options) {
     return options.scriptGiven ? std::optional(loadScript(options)) : std::nullopt;
 }
 
-/// Returns the settings of the command line or, if it names no preset, the settings of the last window. A run with a
-/// script, a recording or a digest must be repeatable, so it ignores the last window.
-app::Settings initialSettings(const Options& options, const Remembered& remembered) {
-    app::Settings settings = settingsOf(options);
+/// Returns the settings `given` by the command line or, if it names no preset, the settings of the last window. A run
+/// with a script, a recording or a digest must be repeatable, so it ignores the last window.
+app::Settings initialSettings(const Options& options, const app::Settings& given,
+                              const Remembered& remembered) {
+    app::Settings settings = given;
     const bool repeatable = options.scriptGiven || !options.record.empty() || options.digest;
     if (options.preset.empty() && !repeatable && remembered.settings) {
         settings = *remembered.settings;
@@ -87,18 +88,18 @@ std::filesystem::path folderOf(const std::filesystem::path& file) {
 }  // namespace
 
 OpenWindow::OpenWindow(const Options& options)
-    : OpenWindow(options, loadBackgrounds(options), scriptOf(options),
+    : OpenWindow(options, loadBackgrounds(options), scriptOf(options), settingsOf(options),
                  options.fresh ? Remembered{} : recall()) {}
 
 OpenWindow::OpenWindow(const Options& options, app::Backgrounds backgrounds,
                        const std::optional<hostkit::GestureScript>& script,
-                       const Remembered& remembered)
+                       const app::Settings& given, const Remembered& remembered)
     : screen(startSize(options, script, backgrounds.first, remembered), !options.sizeGiven,
              options.fontScale),
-      session(screen, initialSettings(options, remembered), std::move(backgrounds)),
+      session(screen, initialSettings(options, given, remembered), std::move(backgrounds)),
       keeper(session, toast, options),
       playback(session, keeper),
-      presetList(options.shots, options.preset, settingsOf(options)),
+      presetList(options.shots, options.preset, given),
       fileBrowser(folderOf(options.image)),
       history(session.core.settings),
       display(screen, session, keeper, toast),

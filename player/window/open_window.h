@@ -45,7 +45,8 @@ public:
 
 private:
     OpenWindow(const Options& options, app::Backgrounds backgrounds,
-               const std::optional<hostkit::GestureScript>& script, const Remembered& remembered);
+               const std::optional<hostkit::GestureScript>& script, const app::Settings& given,
+               const Remembered& remembered);
 
     void turn();
     void runCommands();

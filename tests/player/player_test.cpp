@@ -98,6 +98,7 @@ TEST_F(Player, ReportsAnErrorInOneLineAndLeavesNoFile) {
         {good + "--fps 0", {"--fps must be a whole number from 1 to 60, not '0'"}},
         {good + "--preset embr", {"no preset 'embr'; did you mean ember?", "calm_pond, ember"}},
         {"image.png --script tapp", {"did you mean tap?", "scribble"}},
+        {"image.png --script unlike", {"no gesture script 'unlike'. Choose a file"}},
         {preset,
          {"'damping' must be a number from 0.8", "'rain' must be a number from 0 to 40"},
          R"({"damping": 2, "rain": -1})"},
@@ -145,6 +146,8 @@ TEST_F(Player, AFailingEncoderEndsTheRunAndLeavesNoFile) {
         EXPECT_EQ(outcome.exitCode, 2);
         EXPECT_NE(outcome.err.find(expected), std::string::npos) << outcome.err;
         EXPECT_FALSE(fs::exists(folder / "out"));
+        EXPECT_EQ(play("image.png --script still.gesture --out new/deep").exitCode, 2);
+        EXPECT_FALSE(fs::exists(folder / "new"));
     }
 }
 
@@ -312,8 +315,9 @@ TEST_F(Player, WarnsAboutOddInputsAndContinues) {
 }
 
 TEST_F(Player, FilmsPresetsAndGesturesByNameWithADurationAndARate) {
+    run("mkdir glass tap sand");  // folders with the names of a preset, a gesture and a painting
     const Outcome outcome = play(
-        "image.png --preset glass --script tap --seconds 0.5 --fps 20 --size 65X96 --out out "
+        "sand --preset glass --script tap --seconds 0.5 --fps 20 --size 65X96 --out out "
         "--out out");
     ASSERT_EQ(outcome.exitCode, 0) << outcome.err;
     EXPECT_EQ(probed("out/film.mp4"), "64,96,yuv420p,20/1,10\n");
@@ -367,10 +371,10 @@ TEST_F(PlayScript, AnnouncesABuildOnlyIfItCompilesSomething) {
 }
 
 TEST_F(PlayScript, StartsAPlayerThatTheUserMayNotBuild) {
-    run("chmod 755 . && chmod 555 tree/build/play && touch -d yesterday tree/app");
+    run("chmod 755 . && touch tree/build/play/built && chmod 555 tree/build/play");
     const std::string asUser =
         geteuid() == 0 ? "setpriv --reuid=65534 --regid=65534 --clear-groups " : "";
-    const std::string play = asUser + "env MISSING=0 tree/play a.jpg";
+    const std::string play = asUser + "env MISSING=1 tree/play a.jpg";
     EXPECT_EQ(said(play), "played a.jpg\n");
     write("tree/app/new.cpp", "");
     run("touch -d tomorrow tree/app/new.cpp");

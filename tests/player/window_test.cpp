@@ -822,6 +822,20 @@ TEST_F(WindowTest, ACrashKeepsTheRecordingInProgress) {
     EXPECT_NE(replayed("kept.gesture --frames 2"), "");
 }
 
+TEST_F(WindowTest, ASignalCompletesTheRecordingAndEndsThePlayerWithAnError) {
+    openWindow("--no-attract --record kept.gesture --seconds 2");
+    drag(60, 60, 120, 150);
+    kill(player, SIGTERM);
+    EXPECT_EQ(exitCode(), 2);
+    EXPECT_NE(contents("err").find("--seconds has no effect in a window"), std::string::npos);
+    EXPECT_NE(contents("err").find("interrupted; films and recordings"), std::string::npos);
+    EXPECT_NE(contents("kept.gesture").find("frames "), std::string::npos);
+    player = start("cd " + folder.string() + " && exec " + command +
+                   " plain.png --script tap --record tap.gesture >out 2>err");
+    EXPECT_EQ(exitCode(), 2);
+    EXPECT_NE(contents("err").find("--script and --record exclude each other"), std::string::npos);
+}
+
 TEST_F(WindowTest, ARecordingWithoutSpaceEndsWithAnErrorAndTheWindowStays) {
     limit = "ulimit -f 1; ";
     openWindow("--no-attract --record cut.gesture");
