@@ -456,7 +456,8 @@ TEST_F(WindowTest, LoadsSavedPresetsAndDroppedPresetsAndScripts) {
     openWindow();
     const std::string still = savedAs("shots/preset-01.json");
     Pixbuf portrait;
-    ASSERT_TRUE(waitFor([&] { return (portrait = load("shots/preset-01.jpg")) != nullptr; }));
+    ASSERT_TRUE(
+        waitFor([&] { return (portrait = load("shots/preset-01.preset.jpg")) != nullptr; }));
     EXPECT_LT(difference(pixel(portrait, 64, 64), plainColor), 8);
     write("dropped.json", R"({"ripple": 0, "ink": [1, 0.5, 0.25]})");
     ASSERT_TRUE(dropFile(std::stoul(window), folder / "dropped.json"));
@@ -484,12 +485,13 @@ TEST_F(WindowTest, NamesRenamesAndDeletesPresetsAndUndoesChanges) {
     const std::string before = savedAs("shots/preset-01.json");
     press("b");
     answer("p", "pond");
-    ASSERT_TRUE(waitFor([&] { return fs::exists(folder / "shots/pond.jpg"); }));
+    ASSERT_TRUE(waitFor([&] { return fs::exists(folder / "shots/pond.preset.jpg"); }));
     press("p");  // opens no dialog, because these settings are already saved
     answer("t", "lake");
-    ASSERT_TRUE(waitFor([&] { return fs::exists(folder / "shots/lake.jpg"); }));
+    ASSERT_TRUE(waitFor([&] { return fs::exists(folder / "shots/lake.preset.jpg"); }));
     EXPECT_NE(contents("shots/lake.json"), before);
-    EXPECT_FALSE(fs::exists(folder / "shots/pond.json") || fs::exists(folder / "shots/pond.jpg"));
+    EXPECT_FALSE(fs::exists(folder / "shots/pond.json") ||
+                 fs::exists(folder / "shots/pond.preset.jpg"));
     press("ctrl+z");
     EXPECT_EQ(savedAs("shots/preset-02.json"), before);
     press("y");
@@ -507,10 +509,32 @@ TEST_F(WindowTest, NamesRenamesAndDeletesPresetsAndUndoesChanges) {
     }));
 }
 
+TEST_F(WindowTest, APresetNeverReplacesOrRemovesAPictureOfTheUser) {
+    save(paint(64, 96, [](double, double) { return plainColor; }), "photo.jpg", "jpeg");
+    save(paint(64, 96, [](double, double) { return droppedColor; }), "beach.jpg", "jpeg");
+    const std::string photo = contents("photo.jpg");
+    const std::string beach = contents("beach.jpg");
+    openWindow("--no-attract --shots .");
+    press("b");
+    answer("p", "photo");
+    EXPECT_TRUE(waitFor([&] { return load("photo.preset.jpg") != nullptr; }));
+    answer("t", "beach");
+    ASSERT_TRUE(waitFor([&] { return fs::exists(folder / "beach.json"); }));
+    press("Delete");
+    press("Return");
+    ASSERT_TRUE(waitFor([&] { return !fs::exists(folder / "beach.json"); }));
+    press("q");
+    EXPECT_EQ(exitCode(), 0);
+    EXPECT_TRUE(contents("photo.jpg") == photo) << "a rename must keep the user's picture";
+    EXPECT_TRUE(contents("beach.jpg") == beach) << "a deletion must keep the user's picture";
+    EXPECT_FALSE(fs::exists(folder / "photo.preset.jpg") ||
+                 fs::exists(folder / "beach.preset.jpg"));
+}
+
 TEST_F(WindowTest, TheListOfPresetsRenamesAndDeletesAPresetOfTheUser) {
     openWindow("--no-attract --size 640x780");
     savedAs("shots/preset-01.json");
-    ASSERT_TRUE(waitFor([&] { return load("shots/preset-01.jpg") != nullptr; }));
+    ASSERT_TRUE(waitFor([&] { return load("shots/preset-01.preset.jpg") != nullptr; }));
     press("n");  // the commands must work for a preset that is not loaded
     press("Tab");
     ASSERT_TRUE(waitFor([&] { return panelIn(capture()).right > 200; }));
@@ -546,7 +570,8 @@ TEST_F(WindowTest, TheListOfPresetsRenamesAndDeletesAPresetOfTheUser) {
     xdotool("type lake");
     press("Return");
     EXPECT_TRUE(waitFor([&] {
-        return fs::exists(folder / "shots/lake.json") && fs::exists(folder / "shots/lake.jpg") &&
+        return fs::exists(folder / "shots/lake.json") &&
+               fs::exists(folder / "shots/lake.preset.jpg") &&
                !fs::exists(folder / "shots/preset-01.json");
     }));
     ASSERT_GT(openMenu(), 0);
