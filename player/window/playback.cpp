@@ -18,6 +18,8 @@ using namespace std::chrono_literals;
 /// Number of frames in the graph of frame times.
 constexpr std::size_t graphFrames = 120;
 
+constexpr const char* inkEndedRecording = "Turning the ink off or on ended the recording. ";
+
 }  // namespace
 
 Playback::Playback(WindowSession& ofSession, Keeper& keptBy) : session(ofSession), keeper(keptBy) {}
@@ -39,6 +41,9 @@ std::chrono::nanoseconds Playback::timeToNextFrame() {
 }
 
 void Playback::playFrame(std::chrono::nanoseconds elapsed) {
+    if (session.core.willRestart()) {
+        keeper.finishRecordingForRestart(inkEndedRecording);
+    }
     const bool wasReplaying = session.core.isReplaying();
     replayTime += elapsed;
     session.frame(elapsed);
@@ -107,7 +112,7 @@ bool Playback::followSize(app::Size pixels) {
     if (session.size() == pixels || Clock::now() - resizedAt < app::resizeDelay) {
         return false;
     }
-    keeper.finishRecordingForResize();
+    keeper.finishRecordingForRestart(app::sharedText("resizeEndedRecording"));
     session.resize();
     return true;
 }

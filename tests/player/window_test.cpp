@@ -868,6 +868,33 @@ TEST_F(WindowTest, ARecordingWithoutSpaceEndsWithAnErrorAndTheWindowStays) {
         << "the recording's file must keep the events that were written";
 }
 
+TEST_F(WindowTest, ASwitchOfTheInkEndsARecordingThatReplays) {
+    const auto digests = [&] { return std::ranges::count(contents("out"), '\n'); };
+    openWindow();
+    press("r");
+    ASSERT_TRUE(waitFor([&] { return fs::exists(folder / "shots/gesture-01.gesture"); }));
+    press("w");
+    EXPECT_TRUE(waitFor([&] { return digests() == 1; }))
+        << "the end of the recording must print its digest";
+    press("g");
+    EXPECT_TRUE(waitFor([&] { return digests() == 2; })) << "the key G must replay the recording";
+    press("q");
+    EXPECT_EQ(exitCode(), 0) << contents("err");
+    EXPECT_NE(contents("out").find("saved shots/gesture-01.gesture"), std::string::npos);
+
+    openWindow("--no-attract --record kept.gesture");
+    fs::remove(folder / "kept.gesture");
+    fs::create_directory(folder / "kept.gesture");  // this folder prevents the final write
+    press("w");
+    EXPECT_TRUE(waitFor([&] {
+        return contents("err").find("cannot write kept.gesture: is a directory") !=
+               std::string::npos;
+    })) << contents("err");
+    shot();
+    press("q");
+    EXPECT_EQ(exitCode(), 0) << "the window must stay open after the error";
+}
+
 TEST_F(WindowTest, AFilmWithoutSpaceStaysOnlyIfItPlays) {
     const struct {
         std::string limit;  // maximum size of a file, in blocks of 512 bytes
