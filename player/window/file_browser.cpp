@@ -83,7 +83,8 @@ void FileBrowser::draw(Requests& requests) {
     ImGui::SetNextWindowPos(ImVec2(screen.x / 2, screen.y / 2), ImGuiCond_Always,
                             ImVec2(0.5f, 0.5f));
     ImGui::SetNextWindowSize(ImVec2(widthPart * screen.x, heightPart * screen.y));
-    if (ImGui::BeginPopup("files")) {
+    shown = ImGui::BeginPopup("files");
+    if (shown) {
         ImGui::PushTextWrapPos(0.0f);
         ImGui::TextUnformatted(title);
         ImGui::TextDisabled("%s", app::oneLine(folder.string()).c_str());

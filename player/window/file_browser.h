@@ -16,6 +16,9 @@ public:
 
     /// Opens the pop-up in the next frame.
     void open();
+    bool isOpen() const { return opening || shown; }
+    /// Returns true from the call of open() until the pop-up can receive keys.
+    bool awaitsFocus() const { return opening; }
     /// Draws the pop-up into the current ImGui frame. Adds the file that the user chooses to `requests`.
     void draw(Requests& requests);
 
@@ -34,6 +37,8 @@ private:
     std::vector<Entry> entries;
     /// True from the call of open() until the next frame opens the pop-up.
     bool opening = false;
+    /// True if the last frame showed the pop-up.
+    bool shown = false;
 };
 
 }  // namespace player

@@ -48,6 +48,7 @@ private:
                const std::optional<hostkit::GestureScript>& script, const Remembered& remembered);
 
     void turn();
+    bool takeEvents();
     void runCommands();
     void run(Command command);
     void goBack();

@@ -531,6 +531,33 @@ TEST_F(WindowTest, APresetNeverReplacesOrRemovesAPictureOfTheUser) {
                  fs::exists(folder / "beach.preset.jpg"));
 }
 
+TEST_F(WindowTest, KeysBelongToAPopUpFromTheKeyThatOpensIt) {
+    openWindow();
+    /// Presses keys in such quick succession that the window gets them before it can show the pop-up.
+    const auto pressAtOnce = [&](const std::string& keys) { xdotool("key --delay 0 " + keys); };
+    std::string second = savedAs("shots/preset-01.json");
+    second.replace(second.find("\"secondBackground\": false"), 25, "\"secondBackground\": true");
+    press("b");
+    pressAtOnce("p m o o n Return");
+    ASSERT_TRUE(waitFor([&] { return !contents("shots/moon.json").empty(); })) << contents("err");
+    EXPECT_EQ(contents("shots/moon.json"), second) << "the key M must not change the settings";
+    pressAtOnce("t q Return");
+    ASSERT_TRUE(waitFor([&] { return fs::exists(folder / "shots/q.json"); }));
+    pressAtOnce("Delete n Escape");
+    pressAtOnce("o n Escape");
+    pressAtOnce("t s e a Return");
+    EXPECT_TRUE(waitFor([&] { return fs::exists(folder / "shots/sea.json"); }))
+        << "the key N must not load another preset";
+    press("f");
+    ASSERT_TRUE(waitFor([&] { return fs::exists(folder / "shots/film-01.mp4"); }));
+    press("b");
+    pressAtOnce("p Escape");
+    shot();
+    EXPECT_EQ(probed("shots/film-01.mp4"), "") << "Esc must close only the pop-up";
+    press("Escape");
+    EXPECT_TRUE(waitFor([&] { return probed("shots/film-01.mp4") != ""; }));
+}
+
 TEST_F(WindowTest, TheListOfPresetsRenamesAndDeletesAPresetOfTheUser) {
     openWindow("--no-attract --size 640x780");
     savedAs("shots/preset-01.json");
