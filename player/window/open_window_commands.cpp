@@ -314,7 +314,7 @@ void OpenWindow::openFile(const std::filesystem::path& file) {
     if (file.extension() == ".json") {
         session.core.settings = presetList.load(file);
     } else {
-        session.core.showBackground(loadImage(file));
+        session.showBackground(loadImage(file));
     }
     showToast(toast, file.filename().string());
 }

@@ -664,6 +664,42 @@ TEST_F(WindowTest, SwitchesShowAToastAndAPauseShowsAMark) {
         << "the on-screen indicator must disappear after the pause";
 }
 
+TEST_F(WindowTest, APausedWindowShowsChanges) {
+    openWindow("--no-attract --second dropped.png");
+    const auto shows = [&](const Rgb& color) {
+        return difference(pixel(shot(), 100, 150), color) <= 6 &&
+               difference(pixel(capture(), 100, 150), color) <= 6;
+    };
+    drag(60, 150, 140, 150);
+    ASSERT_GT(stains(capture()), 0);
+    press("c");
+    EXPECT_TRUE(waitFor([&] { return stains(capture()) == 0; })) << "the key C must clear the ink";
+    drag(60, 150, 140, 150);
+    press("r");
+    ASSERT_TRUE(waitFor([&] { return fs::exists(folder / "shots/gesture-01.gesture"); }));
+    press("F1");
+    ASSERT_TRUE(waitFor([&] { return stains(capture()) > 1000; }));
+    press("F1");
+    EXPECT_TRUE(waitFor([&] { return stains(capture()) == 0; }))
+        << "after the start of a recording, the window must show the water and no old frame";
+    press("r");
+    xdotool("windowsize " + window + " 200 300");
+    ASSERT_TRUE(waitFor([&] { return gdk_pixbuf_get_width(shot().get()) == 200; }));
+    for (int present = 0; present < 3; ++present) {
+        EXPECT_TRUE(shows(plainColor)) << "the picture must stay after a new size";
+    }
+    press("b");
+    EXPECT_TRUE(waitFor([&] { return shows(droppedColor); })) << "the key B must show the picture";
+    press("w");
+    for (int present = 0; present < 3; ++present) {
+        EXPECT_TRUE(shows(droppedColor)) << "the picture must stay without ink";
+    }
+    press("b");
+    EXPECT_TRUE(waitFor([&] { return shows(plainColor); })) << "the key B must show the picture";
+    ASSERT_TRUE(dropFile(std::stoul(window), folder / "dropped.png"));
+    EXPECT_TRUE(waitFor([&] { return shows(droppedColor); })) << "a dropped picture must appear";
+}
+
 TEST_F(WindowTest, AReplayAPauseAndAFilmShowAMarkThatEndsThem) {
     openWindow("--no-attract --size 640x780");
     /// Returns true if the window shows the on-screen indicator at the top: a pixel in its area is darker than the
