@@ -53,6 +53,7 @@ public:
     bool isChanged(const app::Settings& settings) const { return !(settings == loaded); }
 
 private:
+    std::vector<desktop::NamedPreset>::const_iterator find(const std::filesystem::path& file) const;
     void show(const std::filesystem::path& file, const app::Settings& settings);
 
     /// All presets: the default settings, then shipped presets, then presets of the user.

@@ -475,6 +475,11 @@ TEST_F(WindowTest, LoadsSavedPresetsAndDroppedPresetsAndScripts) {
     const std::string second = "\"secondBackground\": ";
     changed.replace(changed.find(second + "true"), second.size() + 4, second + "false");
     EXPECT_EQ(changed, still);
+    // The list contains relative paths, and a dropped file has an absolute path.
+    ASSERT_TRUE(dropFile(std::stoul(window), folder / "shots/preset-02.json"));
+    answer("t", "own");
+    EXPECT_TRUE(waitFor([&] { return fs::exists(folder / "shots/own.json"); }))
+        << "a dropped preset from the folder of the user's presets must be renamed";
     write("drop.gesture", "screen 24 36\nframes 400\n1 down 6 6 1\n2 move 8 8 1\n3 move 12 15 1\n");
     ASSERT_TRUE(dropFile(std::stoul(window), folder / "drop.gesture"));
     EXPECT_TRUE(waitFor([&] { return stains(capture()) > 100; }));
