@@ -208,6 +208,7 @@ void OpenWindow::chooseInkForBackground() {
 
 void OpenWindow::applyRandomSettings() {
     session.core.settings = app::randomSettings(randomSeed++);
+    presetList.noteRandom(session.core.settings);
     showToast(toast, std::string(app::sharedText("randomSettings")) + ". P saves it as a preset.");
 }
 

@@ -93,7 +93,15 @@ void PresetList::checkOwn() const {
 }
 
 std::optional<std::string> PresetList::savedName(const app::Settings& settings) const {
-    return isOwn(loadedFile) && !isChanged(settings) ? std::optional(shown) : std::nullopt;
+    return isOwn(loadedFile) && settings == loaded ? std::optional(shown) : std::nullopt;
+}
+
+std::string PresetList::nameOf(const app::Settings& settings) const {
+    return isRandom(settings) ? app::sharedText("randomSettings") : shown;
+}
+
+bool PresetList::isChanged(const app::Settings& settings) const {
+    return settings != (isRandom(settings) ? *random : loaded);
 }
 
 void PresetList::checkName(const std::string& name) const {

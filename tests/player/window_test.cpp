@@ -316,6 +316,24 @@ TEST_F(WindowTest, ThePanelFitsAPhoneAtAnyScaleAndStaysInTheWindow) {
     press("BackSpace");
     EXPECT_TRUE(waitFor([&] { return !marked(); }));
 
+    /// Returns the last column with white text of the name of the preset, left of the arrow of the list.
+    const auto endOfName = [&] {
+        const Pixbuf shown = capture();
+        int end = 0;
+        for (int at = 450 * 44; at < 450 * 66; ++at) {
+            const bool isText = pixel(shown, at % 450, at / 450)[0] > 200;
+            end = isText && at % 450 < 230 ? std::max(end, at % 450) : end;
+        }
+        return end;
+    };
+    const int endOfPreset = endOfName();
+    ASSERT_GT(endOfPreset, 0);
+    press("m");
+    EXPECT_TRUE(waitFor([&] { return endOfName() > endOfPreset && !marked(); }))
+        << "the panel must show the name of the random settings, without the mark of a change";
+    press("BackSpace");
+    EXPECT_TRUE(waitFor([&] { return endOfName() == endOfPreset; }));
+
     pointAt(100, 15);
     xdotool(
         "mousedown 1 mousemove_relative 20 20 sleep 0.2 mousemove_relative 330 500 sleep 0.2 "
