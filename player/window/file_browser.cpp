@@ -22,11 +22,7 @@ constexpr float widthPart = 0.9f;
 constexpr float heightPart = 0.7f;
 
 bool isReadable(const fs::path& file) {
-    std::string extension = file.extension().string();
-    for (char& character : extension) {
-        const bool isUpper = character >= 'A' && character <= 'Z';
-        character = static_cast<char>(isUpper ? character - 'A' + 'a' : character);
-    }
+    const std::string extension = lowerExtension(file);
     constexpr const char* readable[] = {".png", ".jpg",  ".jpeg",   ".webp",
                                         ".gif", ".json", ".gesture"};
     return std::ranges::find(readable, extension) != std::end(readable);
@@ -45,6 +41,15 @@ fs::path picturesFolder() {
 }
 
 }  // namespace
+
+std::string lowerExtension(const fs::path& file) {
+    std::string extension = file.extension().string();
+    for (char& character : extension) {
+        const bool isUpper = character >= 'A' && character <= 'Z';
+        character = static_cast<char>(isUpper ? character - 'A' + 'a' : character);
+    }
+    return extension;
+}
 
 FileBrowser::FileBrowser(const fs::path& first) {
     folder = first.empty() ? picturesFolder() : first;

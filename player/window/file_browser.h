@@ -8,6 +8,9 @@
 
 namespace player {
 
+/// Returns the extension of a file with Latin letters in lower case, for example ".json" for LOOK.JSON.
+std::string lowerExtension(const std::filesystem::path& file);
+
 /// Pop-up that lists the folders, pictures, presets and gestures of a folder.
 class FileBrowser {
 public:

@@ -477,8 +477,8 @@ TEST_F(WindowTest, LoadsSavedPresetsAndDroppedPresetsAndScripts) {
     ASSERT_TRUE(
         waitFor([&] { return (portrait = load("shots/preset-01.preset.jpg")) != nullptr; }));
     EXPECT_LT(difference(pixel(portrait, 64, 64), plainColor), 8);
-    write("dropped.json", R"({"ripple": 0, "ink": [1, 0.5, 0.25]})");
-    ASSERT_TRUE(dropFile(std::stoul(window), folder / "dropped.json"));
+    write("DROPPED.JSON", R"({"ripple": 0, "ink": [1, 0.5, 0.25]})");
+    ASSERT_TRUE(dropFile(std::stoul(window), folder / "DROPPED.JSON"));
     const std::string dropped = savedAs("shots/preset-02.json");
     EXPECT_NE(dropped.find("0.25"), std::string::npos);
     run("ls " VELMORA_PRESETS "/*.json >shipped");
@@ -498,8 +498,8 @@ TEST_F(WindowTest, LoadsSavedPresetsAndDroppedPresetsAndScripts) {
     answer("t", "own");
     EXPECT_TRUE(waitFor([&] { return fs::exists(folder / "shots/own.json"); }))
         << "a dropped preset from the folder of the user's presets must be renamed";
-    write("drop.gesture", "screen 24 36\nframes 400\n1 down 6 6 1\n2 move 8 8 1\n3 move 12 15 1\n");
-    ASSERT_TRUE(dropFile(std::stoul(window), folder / "drop.gesture"));
+    write("drop.Gesture", "screen 24 36\nframes 400\n1 down 6 6 1\n2 move 8 8 1\n3 move 12 15 1\n");
+    ASSERT_TRUE(dropFile(std::stoul(window), folder / "drop.Gesture"));
     EXPECT_TRUE(waitFor([&] { return stains(capture()) > 100; }));
 }
 
