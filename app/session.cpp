@@ -255,11 +255,10 @@ void Session::applyChanges() {
     if (settings.ink != applied.ink) {
         attractInk.reset();
     }
-    const bool inkChanges = settings.waterOnly != applied.waterOnly;
-    if (inkChanges && quality.phase != QualityPhase::fixed) {
+    if (settings.waterOnly != applied.waterOnly && quality.phase != QualityPhase::fixed) {
         quality = searchingQuality();  // the ink takes most of the frame time
     }
-    if (inkChanges || !host) {
+    if (willRestart()) {
         restart(screenSize);
     }
     applySettings(settings, wantedCellsPerVertex(), *host);

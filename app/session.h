@@ -109,6 +109,11 @@ public:
 
     /// Returns true if the next frame would look the same as the last frame.
     bool isIdle() const;
+    /// Returns true if the next frame applies changed settings or added actions. Touches do not count as actions.
+    bool hasPendingChanges() const { return hasChanges() || !actions.empty(); }
+    /// Returns true if the next frame restarts the effect, because the ink was turned off or on or because a start has
+    /// failed. A restart ends a recording.
+    bool willRestart() const { return !host || settings.waterOnly != applied.waterOnly; }
     bool isWaterIdle() const { return host && host->water().idle; }
     bool mayShowInk() const { return !applied.waterOnly && idleWatch.mayShowInk(); }
 

@@ -44,6 +44,10 @@ GLuint load(const std::filesystem::path& file) {
 
 }  // namespace
 
+std::filesystem::path savedThumbnailOf(const std::filesystem::path& preset) {
+    return std::filesystem::path(preset).replace_extension(".preset.jpg");
+}
+
 Thumbnails::~Thumbnails() {
     for (const auto& [preset, texture] : textures) {
         glDeleteTextures(1, &texture);
@@ -53,7 +57,8 @@ Thumbnails::~Thumbnails() {
 GLuint Thumbnails::of(const std::filesystem::path& preset) {
     const auto [place, isNew] = textures.try_emplace(preset, 0);
     if (isNew) {
-        place->second = load(thumbnailOf(preset));
+        const GLuint saved = load(savedThumbnailOf(preset));
+        place->second = saved != 0 ? saved : load(thumbnailOf(preset));
     }
     return place->second;
 }

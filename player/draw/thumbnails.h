@@ -7,6 +7,10 @@
 
 namespace player {
 
+/// Returns the path of the thumbnail that the window saves for a preset of the user: NAME.preset.jpg beside NAME.json.
+/// A user may have the picture NAME.jpg in this folder, but the window renames and deletes only NAME.preset.jpg.
+std::filesystem::path savedThumbnailOf(const std::filesystem::path& preset);
+
 /// Textures of the presets' thumbnails, each loaded from its file at first use. tools/gallery makes the files of
 /// shipped presets, and the window saves a screenshot for each preset of the user. Rendering thumbnails here would need
 /// a second effect in the same context and seconds on a slow machine. Belongs to the GL context that was current at

@@ -2,11 +2,18 @@
 
 #include <imgui.h>
 
+#include <algorithm>
 #include <utility>
 
 #include "app/labels.h"
 
 namespace player {
+namespace {
+
+/// Maximum number of frames that keys wait for the focus of the text field. ImGui needs two or three frames.
+constexpr int maxFramesToFocus = 10;
+
+}  // namespace
 
 void Dialog::open(Command wanted, std::string newQuestion, const char* label) {
     command = wanted;
@@ -19,6 +26,7 @@ void Dialog::ask(Command wanted, std::string newQuestion, const std::string& ini
                  const char* label) {
     open(wanted, std::move(newQuestion), label);
     asksForText = true;
+    framesToFocus = maxFramesToFocus;
     text.fill(0);
     initial.copy(text.data(), text.size() - 1);
 }
@@ -26,6 +34,7 @@ void Dialog::ask(Command wanted, std::string newQuestion, const std::string& ini
 void Dialog::confirm(Command wanted, std::string newQuestion, const char* label) {
     open(wanted, std::move(newQuestion), label);
     asksForText = false;
+    framesToFocus = 0;
 }
 
 void Dialog::draw(Requests& requests) {
@@ -35,11 +44,22 @@ void Dialog::draw(Requests& requests) {
     const ImVec2 screen = ImGui::GetIO().DisplaySize;
     ImGui::SetNextWindowPos(ImVec2(screen.x / 2, screen.y / 2), ImGuiCond_Always,
                             ImVec2(0.5f, 0.5f));
-    if (ImGui::BeginPopup("dialog", ImGuiWindowFlags_AlwaysAutoResize)) {
+    shown = ImGui::BeginPopup("dialog", ImGuiWindowFlags_AlwaysAutoResize);
+    if (shown) {
         drawContent(requests);
         ImGui::EndPopup();
     }
     accepting = false;
+}
+
+/// Draws the text field, and gives it the focus when the dialog opens.
+void Dialog::drawTextField(float width) {
+    if (ImGui::IsWindowAppearing()) {
+        ImGui::SetKeyboardFocusHere();
+    }
+    ImGui::SetNextItemWidth(width);
+    ImGui::InputText("##text", text.data(), text.size(), ImGuiInputTextFlags_AutoSelectAll);
+    framesToFocus = ImGui::IsItemActive() ? 0 : std::max(framesToFocus - 1, 0);
 }
 
 void Dialog::drawContent(Requests& requests) {
@@ -48,11 +68,7 @@ void Dialog::drawContent(Requests& requests) {
     ImGui::TextUnformatted(question.c_str());
     ImGui::PopTextWrapPos();
     if (asksForText) {
-        if (ImGui::IsWindowAppearing()) {
-            ImGui::SetKeyboardFocusHere();
-        }
-        ImGui::SetNextItemWidth(width);
-        ImGui::InputText("##text", text.data(), text.size(), ImGuiInputTextFlags_AutoSelectAll);
+        drawTextField(width);
     }
     const bool accepted = ImGui::Button(action) || accepting;
     ImGui::SameLine();

@@ -20,11 +20,16 @@ public:
     /// Accepts the dialog in the next frame if the dialog is open.
     void accept() { accepting = true; }
 
+    bool isOpen() const { return opening || shown; }
+    /// Returns true from the request of a dialog until the dialog can receive keys.
+    bool awaitsFocus() const { return opening || (shown && framesToFocus > 0); }
+
     /// Draws the dialog into the current ImGui frame. Adds the answer to `requests` when the user accepts the dialog.
     void draw(Requests& requests);
 
 private:
     void open(Command wanted, std::string question, const char* label);
+    void drawTextField(float width);
     void drawContent(Requests& requests);
 
     Command command{};
@@ -35,6 +40,10 @@ private:
     bool asksForText = false;
     /// True from the request of a dialog until the next frame opens the pop-up.
     bool opening = false;
+    /// True if the last frame showed the pop-up.
+    bool shown = false;
+    /// Maximum number of frames until the text field has the focus. 0 if it has had the focus or if there is no field.
+    int framesToFocus = 0;
     bool accepting = false;
 };
 

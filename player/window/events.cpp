@@ -25,18 +25,26 @@ bool isPopupOpen() {
     return ImGui::IsPopupOpen("", ImGuiPopupFlags_AnyPopup);
 }
 
+/// Returns true for Esc and Enter, which close a pop-up.
+bool closesPopup(const SDL_Keysym& key) {
+    return key.sym == SDLK_ESCAPE || key.sym == SDLK_RETURN;
+}
+
 /// Returns true if a text field needs the key. Esc and Enter in a pop-up close the pop-up, so its text field does not
 /// need them. ImGui's flag WantTextInput alone is not sufficient: it stays set for two frames after such a pop-up has
 /// closed, and keys in these two frames would be lost.
 bool isForTextField(const SDL_Keysym& key) {
-    const bool closes = key.sym == SDLK_ESCAPE || key.sym == SDLK_RETURN;
-    const bool isTyping = isPopupOpen() ? !closes : ImGui::GetActiveID() != 0;
+    const bool isTyping = isPopupOpen() ? !closesPopup(key) : ImGui::GetActiveID() != 0;
     return ImGui::GetIO().WantTextInput && isTyping;
 }
 
-bool isShortcut(const SDL_Event& event) {
-    return event.type == SDL_KEYDOWN && event.key.repeat == 0 &&
-           !isForTextField(event.key.keysym) && !hasModifier(event.key.keysym);
+bool isShortcut(const SDL_Event& event, bool popupHasKeys) {
+    if (event.type != SDL_KEYDOWN || event.key.repeat != 0) {
+        return false;
+    }
+    const SDL_Keysym& key = event.key.keysym;
+    const bool isForPopup = popupHasKeys && !closesPopup(key);
+    return !isForPopup && !isForTextField(key) && !hasModifier(key);
 }
 
 /// Returns the position of a mouse press or finger press in window units. Returns nothing for other events.
@@ -79,6 +87,22 @@ void requestCommands(int code, Requests& requests) {
     }
 }
 
+bool hasCommand(const Requests& requests) {
+    return !requests.commands.empty() || !requests.presetCommands.empty();
+}
+
+/// Removes the text event of the last key, which SDL adds directly after the event of the key. Otherwise a command that
+/// opens a text field would also enter its letter there.
+void removeTextOfKey() {
+    SDL_Event next;
+    const auto take = [&](SDL_eventaction action) {
+        return SDL_PeepEvents(&next, 1, action, SDL_FIRSTEVENT, SDL_LASTEVENT) == 1;
+    };
+    if (take(SDL_PEEKEVENT) && next.type == SDL_TEXTINPUT) {
+        take(SDL_GETEVENT);
+    }
+}
+
 }  // namespace
 
 void waitForEvent(std::chrono::nanoseconds time) {
@@ -87,9 +111,9 @@ void waitForEvent(std::chrono::nanoseconds time) {
 }
 
 bool handleEvents(const GlWindow& window, Pointer& pointer, app::Session& session,
-                  Requests& requests) {
+                  Requests& requests, bool popupHasKeys) {
     bool any = false;
-    for (SDL_Event event; SDL_PollEvent(&event) != 0; any = true) {
+    for (SDL_Event event; !hasCommand(requests) && SDL_PollEvent(&event) != 0; any = true) {
         ImGui_ImplSDL2_ProcessEvent(&event);
         if (event.type == SDL_QUIT) {
             requests.commands.push_back(Command::quit);
@@ -97,9 +121,10 @@ bool handleEvents(const GlWindow& window, Pointer& pointer, app::Session& sessio
             session.noteInput(app::Clock::now());
             requests.files.emplace_back(event.drop.file);
             SDL_free(event.drop.file);
-        } else if (isShortcut(event)) {
+        } else if (isShortcut(event, popupHasKeys)) {
             session.noteInput(app::Clock::now());
             requestCommands(codeOf(event.key.keysym), requests);
+            removeTextOfKey();
         } else if (const auto press = pressPosition(event); !press || !isOnPanel(*press)) {
             feed(pointer, event, window, session);
         }

@@ -12,9 +12,11 @@ namespace player {
 /// Waits for an event, at most for the given time.
 void waitForEvent(std::chrono::nanoseconds time);
 
-/// Handles all waiting events: adds the user's commands and files to `requests`, and passes the events to ImGui. Passes
-/// pointer events outside the panel to the session. Returns true if there was an event.
+/// Handles the waiting events: adds the user's commands and files to `requests`, and passes the events to ImGui. Passes
+/// pointer events outside the panel to the session. If `popupHasKeys` is true, only Esc and Enter are commands. Stops
+/// after a command, because the command may open a pop-up, and the later keys then belong to this pop-up. Returns true
+/// if there was an event.
 bool handleEvents(const GlWindow& window, Pointer& pointer, app::Session& session,
-                  Requests& requests);
+                  Requests& requests, bool popupHasKeys);
 
 }  // namespace player

@@ -22,11 +22,7 @@ constexpr float widthPart = 0.9f;
 constexpr float heightPart = 0.7f;
 
 bool isReadable(const fs::path& file) {
-    std::string extension = file.extension().string();
-    for (char& character : extension) {
-        const bool isUpper = character >= 'A' && character <= 'Z';
-        character = static_cast<char>(isUpper ? character - 'A' + 'a' : character);
-    }
+    const std::string extension = lowerExtension(file);
     constexpr const char* readable[] = {".png", ".jpg",  ".jpeg",   ".webp",
                                         ".gif", ".json", ".gesture"};
     return std::ranges::find(readable, extension) != std::end(readable);
@@ -45,6 +41,15 @@ fs::path picturesFolder() {
 }
 
 }  // namespace
+
+std::string lowerExtension(const fs::path& file) {
+    std::string extension = file.extension().string();
+    for (char& character : extension) {
+        const bool isUpper = character >= 'A' && character <= 'Z';
+        character = static_cast<char>(isUpper ? character - 'A' + 'a' : character);
+    }
+    return extension;
+}
 
 FileBrowser::FileBrowser(const fs::path& first) {
     folder = first.empty() ? picturesFolder() : first;
@@ -83,7 +88,8 @@ void FileBrowser::draw(Requests& requests) {
     ImGui::SetNextWindowPos(ImVec2(screen.x / 2, screen.y / 2), ImGuiCond_Always,
                             ImVec2(0.5f, 0.5f));
     ImGui::SetNextWindowSize(ImVec2(widthPart * screen.x, heightPart * screen.y));
-    if (ImGui::BeginPopup("files")) {
+    shown = ImGui::BeginPopup("files");
+    if (shown) {
         ImGui::PushTextWrapPos(0.0f);
         ImGui::TextUnformatted(title);
         ImGui::TextDisabled("%s", app::oneLine(folder.string()).c_str());

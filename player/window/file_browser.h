@@ -8,6 +8,9 @@
 
 namespace player {
 
+/// Returns the extension of a file with Latin letters in lower case, for example ".json" for LOOK.JSON.
+std::string lowerExtension(const std::filesystem::path& file);
+
 /// Pop-up that lists the folders, pictures, presets and gestures of a folder.
 class FileBrowser {
 public:
@@ -16,6 +19,9 @@ public:
 
     /// Opens the pop-up in the next frame.
     void open();
+    bool isOpen() const { return opening || shown; }
+    /// Returns true from the call of open() until the pop-up can receive keys.
+    bool awaitsFocus() const { return opening; }
     /// Draws the pop-up into the current ImGui frame. Adds the file that the user chooses to `requests`.
     void draw(Requests& requests);
 
@@ -34,6 +40,8 @@ private:
     std::vector<Entry> entries;
     /// True from the call of open() until the next frame opens the pop-up.
     bool opening = false;
+    /// True if the last frame showed the pop-up.
+    bool shown = false;
 };
 
 }  // namespace player

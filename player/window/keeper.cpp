@@ -73,12 +73,11 @@ void Keeper::finishRecording() {
     showToast(toast, "Saved " + file.string() + ". Press G to replay it.");
 }
 
-void Keeper::finishRecordingForResize() {
+void Keeper::finishRecordingForRestart(const char* reason) {
     if (session.recording() != nullptr) {
         attempt(toast, [&] {
             finishRecording();
-            showToast(toast, app::sharedText("resizeEndedRecording") +
-                                 ("Saved " + recorded.string()) + ". Press G to replay it.");
+            showToast(toast, reason + toast.line);
         });
     }
 }

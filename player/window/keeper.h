@@ -32,9 +32,9 @@ public:
     /// Starts a recording in `file`, which must be empty.
     void startRecording(const std::filesystem::path& file);
     void finishRecording();
-    /// Finishes the current recording, because the window has a new size. Does nothing if there is no recording. Shows
-    /// errors as toasts.
-    void finishRecordingForResize();
+    /// Finishes the current recording before a restart of the effect. The toast begins with `reason`, a sentence and a
+    /// space. Does nothing if there is no recording. Shows errors as toasts.
+    void finishRecordingForRestart(const char* reason);
     /// Finishes the recording if a write to its file has failed.
     void watchRecording();
     /// Returns the file of the last finished recording, or an empty path.

@@ -157,7 +157,7 @@ void OpenWindow::rememberChanges() {
 void OpenWindow::turn() {
     const auto wait = playback.timeToNextFrame();
     waitForEvent(display.needsRedraw() ? std::min<std::chrono::nanoseconds>(wait, 10ms) : wait);
-    if (handleEvents(screen.window(), pointer, session.core, requests)) {
+    if (takeEvents()) {
         display.requestRedraws();
     }
     runCommands();
@@ -168,6 +168,14 @@ void OpenWindow::turn() {
     if (!session.core.isReplaying()) {  // the inks of a script are not changes of the user
         history.note(session.core.settings, app::Clock::now());
     }
+}
+
+/// Handles the waiting events. While a new pop-up awaits the focus, leaves them for later, so that it gets all keys.
+/// Returns true if a redraw is needed.
+bool OpenWindow::takeEvents() {
+    return dialog.awaitsFocus() || fileBrowser.awaitsFocus() ||
+           handleEvents(screen.window(), pointer, session.core, requests,
+                        dialog.isOpen() || fileBrowser.isOpen());
 }
 
 /// Returns the on-screen indicators of all activities in progress, from top to bottom.

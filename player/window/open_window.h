@@ -49,6 +49,7 @@ private:
                const Remembered& remembered);
 
     void turn();
+    bool takeEvents();
     void runCommands();
     void run(Command command);
     void goBack();

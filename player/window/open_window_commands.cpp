@@ -13,6 +13,7 @@
 #include "desktop/preset.h"
 #include "hostkit/gesture_script.h"
 #include "player/script.h"
+#include "player/window/file_browser.h"
 #include "player/window/keys.h"
 #include "player/window/marks.h"
 #include "player/window/open_window.h"
@@ -208,6 +209,7 @@ void OpenWindow::chooseInkForBackground() {
 
 void OpenWindow::applyRandomSettings() {
     session.core.settings = app::randomSettings(randomSeed++);
+    presetList.noteRandom(session.core.settings);
     showToast(toast, std::string(app::sharedText("randomSettings")) + ". P saves it as a preset.");
 }
 
@@ -308,13 +310,14 @@ void OpenWindow::stopReplay() {
 
 /// Loads a preset, plays a gesture script or makes an image the background.
 void OpenWindow::openFile(const std::filesystem::path& file) {
-    if (file.extension() == ".gesture") {
+    const std::string extension = lowerExtension(file);
+    if (extension == ".gesture") {
         return play(file);
     }
-    if (file.extension() == ".json") {
+    if (extension == ".json") {
         session.core.settings = presetList.load(file);
     } else {
-        session.core.showBackground(loadImage(file));
+        session.showBackground(loadImage(file));
     }
     showToast(toast, file.filename().string());
 }

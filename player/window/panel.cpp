@@ -244,7 +244,8 @@ void switchControls(Place place, const View& view, Requests& requests) {
 
 void presetControls(const Panel& panel) {
     const bool changed = panel.presetList.isChanged(panel.settings);
-    const std::string name = panel.presetList.name() + (changed ? " *" : "");
+    const bool random = panel.presetList.isRandom(panel.settings);
+    const std::string name = panel.presetList.nameOf(panel.settings) + (changed ? " *" : "");
     const float width = ImGui::GetContentRegionAvail().x;
     ImGui::SetNextItemWidth(width);
     ImGui::SetNextWindowSizeConstraints(ImVec2(width, 0.0f),
@@ -259,10 +260,12 @@ void presetControls(const Panel& panel) {
         drawPresetGrid(panel.presetList, panel.thumbnails, inner, panel.requests);
         ImGui::EndCombo();
     } else {
-        hint(changed ? "The preset, with unsaved changes" : "The preset");
+        hint(random    ? "Random settings, which are not saved"
+             : changed ? "The preset, with unsaved changes"
+                       : "The preset");
     }
     buttonControls(Place::preset, panel.requests);
-    if (panel.presetList.isOwn(panel.presetList.file())) {
+    if (!random && panel.presetList.isOwn(panel.presetList.file())) {
         buttonControls(Place::ownPreset, panel.requests);
     }
 }

@@ -18,6 +18,8 @@ using namespace std::chrono_literals;
 /// Number of frames in the graph of frame times.
 constexpr std::size_t graphFrames = 120;
 
+constexpr const char* inkEndedRecording = "Turning the ink off or on ended the recording. ";
+
 }  // namespace
 
 Playback::Playback(WindowSession& ofSession, Keeper& keptBy) : session(ofSession), keeper(keptBy) {}
@@ -26,8 +28,21 @@ bool Playback::isActive() const {
     return !isPaused && !session.core.isIdle();
 }
 
+/// Returns true if the window is paused and its picture misses a change.
+bool Playback::needsStillFrame() const {
+    return isPaused && session.needsFrame();
+}
+
+/// Returns the length of a frame that shows a change during a pause. In this frame, the water does not move. The ink
+/// moves by one frame, because the library moves the ink in every drawn frame. A recording and a replay count frames,
+/// so they get a frame of normal length.
+std::chrono::nanoseconds Playback::stillFrameLength() const {
+    const bool countsFrames = session.core.isRecording() || session.core.isReplaying();
+    return countsFrames ? app::frameTime : 0ns;
+}
+
 std::chrono::nanoseconds Playback::timeToNextFrame() {
-    if (stepWanted) {
+    if (stepWanted || needsStillFrame()) {
         return 0ns;
     }
     if (isActive()) {
@@ -39,6 +54,9 @@ std::chrono::nanoseconds Playback::timeToNextFrame() {
 }
 
 void Playback::playFrame(std::chrono::nanoseconds elapsed) {
+    if (session.core.willRestart()) {
+        keeper.finishRecordingForRestart(inkEndedRecording);
+    }
     const bool wasReplaying = session.core.isReplaying();
     replayTime += elapsed;
     session.frame(elapsed);
@@ -60,6 +78,10 @@ bool Playback::playDueFrames() {
     session.core.startAttractModeIfIdle(Clock::now(), isPaused);
     if (std::exchange(stepWanted, false)) {
         playFrame(app::frameTime);
+        return true;
+    }
+    if (needsStillFrame()) {
+        playFrame(stillFrameLength());
         return true;
     }
     if (!isActive()) {
@@ -107,7 +129,7 @@ bool Playback::followSize(app::Size pixels) {
     if (session.size() == pixels || Clock::now() - resizedAt < app::resizeDelay) {
         return false;
     }
-    keeper.finishRecordingForResize();
+    keeper.finishRecordingForRestart(app::sharedText("resizeEndedRecording"));
     session.resize();
     return true;
 }

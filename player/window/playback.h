@@ -52,6 +52,8 @@ private:
     using Clock = app::Clock;
 
     bool isActive() const;
+    bool needsStillFrame() const;
+    std::chrono::nanoseconds stillFrameLength() const;
     void playFrame(std::chrono::nanoseconds elapsed);
 
     WindowSession& session;

@@ -1,6 +1,7 @@
 #include "player/window/preset_list.h"
 
 #include <algorithm>
+#include <system_error>
 
 #include "app/text.h"
 #include "desktop/failure.h"
@@ -46,14 +47,24 @@ PresetList::PresetList(const fs::path& savedIn, const fs::path& file, const app:
     }
 }
 
-void PresetList::show(const fs::path& file, const app::Settings& settings) {
+/// Returns the preset in the list with this file, which the list may know by another path.
+std::vector<NamedPreset>::const_iterator PresetList::find(const fs::path& file) const {
     const auto preset = std::ranges::find(all, file, &NamedPreset::file);
+    return preset != all.end() ? preset : std::ranges::find_if(all, [&](const NamedPreset& one) {
+        std::error_code ignored;
+        return fs::equivalent(one.file, file, ignored);
+    });
+}
+
+void PresetList::show(const fs::path& file, const app::Settings& settings) {
+    const auto preset = find(file);
     if (preset != all.end()) {
         following = static_cast<std::size_t>(preset - all.begin()) + 1;
     }
     shown = preset != all.end() ? preset->name : file.stem().string();
     loaded = settings;
-    loadedFile = file;
+    random.reset();
+    loadedFile = preset != all.end() ? preset->file : file;
 }
 
 app::Settings PresetList::load(const fs::path& file) {
@@ -82,7 +93,15 @@ void PresetList::checkOwn() const {
 }
 
 std::optional<std::string> PresetList::savedName(const app::Settings& settings) const {
-    return isOwn(loadedFile) && !isChanged(settings) ? std::optional(shown) : std::nullopt;
+    return isOwn(loadedFile) && settings == loaded ? std::optional(shown) : std::nullopt;
+}
+
+std::string PresetList::nameOf(const app::Settings& settings) const {
+    return isRandom(settings) ? app::sharedText("randomSettings") : shown;
+}
+
+bool PresetList::isChanged(const app::Settings& settings) const {
+    return settings != (isRandom(settings) ? *random : loaded);
 }
 
 void PresetList::checkName(const std::string& name) const {

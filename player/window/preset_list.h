@@ -49,10 +49,17 @@ public:
     const std::filesystem::path& file() const { return loadedFile; }
     /// Returns the display name of the loaded preset.
     const std::string& name() const { return shown; }
-    /// Returns true if the settings differ from those of the loaded preset.
-    bool isChanged(const app::Settings& settings) const { return !(settings == loaded); }
+    /// Stores random settings, so that the panel shows that the settings do not come from a preset.
+    void noteRandom(const app::Settings& settings) { random = settings; }
+    /// Returns true if the settings come from random settings instead of the loaded preset.
+    bool isRandom(const app::Settings& settings) const { return random && settings != loaded; }
+    /// Returns the display name of the settings: the name of the loaded preset or of random settings.
+    std::string nameOf(const app::Settings& settings) const;
+    /// Returns true if the settings differ from the loaded preset or from the random settings from which they come.
+    bool isChanged(const app::Settings& settings) const;
 
 private:
+    std::vector<desktop::NamedPreset>::const_iterator find(const std::filesystem::path& file) const;
     void show(const std::filesystem::path& file, const app::Settings& settings);
 
     /// All presets: the default settings, then shipped presets, then presets of the user.
@@ -63,6 +70,8 @@ private:
     std::size_t following = 1;
     std::string shown = app::sharedText("defaultSettings");
     app::Settings loaded;
+    /// Last random settings. Empty if a preset was loaded since then.
+    std::optional<app::Settings> random;
 };
 
 }  // namespace player

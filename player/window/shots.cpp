@@ -9,6 +9,7 @@
 #include "desktop/files.h"
 #include "desktop/image.h"
 #include "desktop/preset.h"
+#include "player/draw/thumbnails.h"
 
 namespace player {
 
@@ -18,7 +19,6 @@ using desktop::Failure;
 using desktop::saveJpeg;
 using desktop::savePng;
 using desktop::savePreset;
-using desktop::thumbnailOf;
 using desktop::thumbnailPixels;
 
 namespace fs = std::filesystem;
@@ -115,9 +115,10 @@ fs::path Shots::renamePreset(const fs::path& preset, const std::string& name) {
     if (error) {
         throw Failure("cannot rename the preset, " + error.message(), preset.string());
     }
-    fs::rename(thumbnailOf(preset), thumbnailOf(file), error);  // fails if there is no thumbnail
+    // This call fails if there is no thumbnail.
+    fs::rename(savedThumbnailOf(preset), savedThumbnailOf(file), error);
     std::ranges::replace(saved, preset, file);
-    std::ranges::replace(saved, thumbnailOf(preset), thumbnailOf(file));
+    std::ranges::replace(saved, savedThumbnailOf(preset), savedThumbnailOf(file));
     return file;
 }
 
@@ -127,15 +128,15 @@ void Shots::deletePreset(const fs::path& preset) {
     if (error) {
         throw Failure("cannot delete the preset, " + error.message(), preset.string());
     }
-    fs::remove(thumbnailOf(preset), error);
+    fs::remove(savedThumbnailOf(preset), error);
     const auto isDeleted = [&](const fs::path& file) {
-        return file == preset || file == thumbnailOf(preset);
+        return file == preset || file == savedThumbnailOf(preset);
     };
     saved.erase(std::remove_if(saved.begin(), saved.end(), isDeleted), saved.end());
 }
 
 void Shots::thumbnail(const fs::path& preset, const hostkit::Image& image) {
-    const fs::path file = thumbnailOf(preset);
+    const fs::path file = savedThumbnailOf(preset);
     if (createFile(file)) {
         fill(file, [&] { saveJpeg(covering(image, thumbnailPixels, thumbnailPixels), file); });
         add(file);

@@ -35,6 +35,7 @@ WindowSession::WindowSession(Screen& onScreen, const app::Settings& settings,
 app::FrontEnd WindowSession::frontEnd() {
     app::FrontEnd functions;
     functions.renewContext = [this] {
+        isOutdated = true;
         probe.forgetInk();
         screen.renewContext();
     };
@@ -55,9 +56,15 @@ void WindowSession::resize() {
     core.resize(screen.window().pixels());
 }
 
+void WindowSession::showBackground(hostkit::Image image) {
+    isOutdated = true;
+    core.showBackground(std::move(image));
+}
+
 void WindowSession::frame(std::chrono::nanoseconds elapsed) {
     frameStart = steady_clock::now();
     core.frame(elapsed);
+    isOutdated = false;
 }
 
 void WindowSession::draw(hostkit::EffectHost& host) {

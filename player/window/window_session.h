@@ -37,8 +37,13 @@ public:
 
     /// Restarts the effect in the window's current size and keeps the waves.
     void resize();
+    /// Shows an image as the first background (see `app::Session::showBackground`).
+    void showBackground(hostkit::Image image);
     /// Runs and draws one frame of the effect.
     void frame(std::chrono::nanoseconds elapsed);
+    /// Returns true if a paused window must draw a frame. The last frame may have been lost with its GL context, or a
+    /// background, a setting or an action may have changed since then.
+    bool needsFrame() const { return isOutdated || core.hasPendingChanges(); }
 
     /// Resets the effect and starts a recording to `file`, which must be empty.
     void startRecording(const std::filesystem::path& file);
@@ -59,6 +64,8 @@ private:
     app::EffectProbe probe;
     std::optional<RecordingFile> recordingFile;
     FrameTimes lastTimes{};
+    /// True if the GL context or a background was replaced after the last frame.
+    bool isOutdated = true;
     std::chrono::steady_clock::time_point frameStart;
 };
 

@@ -274,10 +274,13 @@ TEST_F(SessionTest, AttractModeUsesTheNewInkOfTheUser) {
 
 TEST_F(SessionTest, WaterOnlyRestartsWithoutInkAndSearchesTheQuality) {
     drag();
+    EXPECT_FALSE(session.willRestart() || session.hasPendingChanges());
     session.quality.phase = app::QualityPhase::watching;
     session.quality.level = 2;
     session.settings.waterOnly = true;
+    EXPECT_TRUE(session.willRestart() && session.hasPendingChanges());
     frames(1);
+    EXPECT_FALSE(session.willRestart() || session.hasPendingChanges());
     EXPECT_EQ(session.quality.phase, app::QualityPhase::searching);
     EXPECT_EQ(session.quality.level, 0);
     session.quality = app::fixedQuality(0);
@@ -305,6 +308,7 @@ TEST_F(SessionTest, AFrameTriesAFailedStartAgain) {
     EXPECT_THROW(session.restart(screen), hostkit::HostError);
     session.regainContext();
     EXPECT_FALSE(session.isIdle() || session.isWaterIdle());
+    EXPECT_TRUE(session.willRestart());
     EXPECT_THROW(frames(1), hostkit::HostError);
     contextFails = false;
     frames(1);

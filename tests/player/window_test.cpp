@@ -316,6 +316,24 @@ TEST_F(WindowTest, ThePanelFitsAPhoneAtAnyScaleAndStaysInTheWindow) {
     press("BackSpace");
     EXPECT_TRUE(waitFor([&] { return !marked(); }));
 
+    /// Returns the last column with white text of the name of the preset, left of the arrow of the list.
+    const auto endOfName = [&] {
+        const Pixbuf shown = capture();
+        int end = 0;
+        for (int at = 450 * 44; at < 450 * 66; ++at) {
+            const bool isText = pixel(shown, at % 450, at / 450)[0] > 200;
+            end = isText && at % 450 < 230 ? std::max(end, at % 450) : end;
+        }
+        return end;
+    };
+    const int endOfPreset = endOfName();
+    ASSERT_GT(endOfPreset, 0);
+    press("m");
+    EXPECT_TRUE(waitFor([&] { return endOfName() > endOfPreset && !marked(); }))
+        << "the panel must show the name of the random settings, without the mark of a change";
+    press("BackSpace");
+    EXPECT_TRUE(waitFor([&] { return endOfName() == endOfPreset; }));
+
     pointAt(100, 15);
     xdotool(
         "mousedown 1 mousemove_relative 20 20 sleep 0.2 mousemove_relative 330 500 sleep 0.2 "
@@ -456,10 +474,11 @@ TEST_F(WindowTest, LoadsSavedPresetsAndDroppedPresetsAndScripts) {
     openWindow();
     const std::string still = savedAs("shots/preset-01.json");
     Pixbuf portrait;
-    ASSERT_TRUE(waitFor([&] { return (portrait = load("shots/preset-01.jpg")) != nullptr; }));
+    ASSERT_TRUE(
+        waitFor([&] { return (portrait = load("shots/preset-01.preset.jpg")) != nullptr; }));
     EXPECT_LT(difference(pixel(portrait, 64, 64), plainColor), 8);
-    write("dropped.json", R"({"ripple": 0, "ink": [1, 0.5, 0.25]})");
-    ASSERT_TRUE(dropFile(std::stoul(window), folder / "dropped.json"));
+    write("DROPPED.JSON", R"({"ripple": 0, "ink": [1, 0.5, 0.25]})");
+    ASSERT_TRUE(dropFile(std::stoul(window), folder / "DROPPED.JSON"));
     const std::string dropped = savedAs("shots/preset-02.json");
     EXPECT_NE(dropped.find("0.25"), std::string::npos);
     run("ls " VELMORA_PRESETS "/*.json >shipped");
@@ -474,8 +493,13 @@ TEST_F(WindowTest, LoadsSavedPresetsAndDroppedPresetsAndScripts) {
     const std::string second = "\"secondBackground\": ";
     changed.replace(changed.find(second + "true"), second.size() + 4, second + "false");
     EXPECT_EQ(changed, still);
-    write("drop.gesture", "screen 24 36\nframes 400\n1 down 6 6 1\n2 move 8 8 1\n3 move 12 15 1\n");
-    ASSERT_TRUE(dropFile(std::stoul(window), folder / "drop.gesture"));
+    // The list contains relative paths, and a dropped file has an absolute path.
+    ASSERT_TRUE(dropFile(std::stoul(window), folder / "shots/preset-02.json"));
+    answer("t", "own");
+    EXPECT_TRUE(waitFor([&] { return fs::exists(folder / "shots/own.json"); }))
+        << "a dropped preset from the folder of the user's presets must be renamed";
+    write("drop.Gesture", "screen 24 36\nframes 400\n1 down 6 6 1\n2 move 8 8 1\n3 move 12 15 1\n");
+    ASSERT_TRUE(dropFile(std::stoul(window), folder / "drop.Gesture"));
     EXPECT_TRUE(waitFor([&] { return stains(capture()) > 100; }));
 }
 
@@ -484,12 +508,13 @@ TEST_F(WindowTest, NamesRenamesAndDeletesPresetsAndUndoesChanges) {
     const std::string before = savedAs("shots/preset-01.json");
     press("b");
     answer("p", "pond");
-    ASSERT_TRUE(waitFor([&] { return fs::exists(folder / "shots/pond.jpg"); }));
+    ASSERT_TRUE(waitFor([&] { return fs::exists(folder / "shots/pond.preset.jpg"); }));
     press("p");  // opens no dialog, because these settings are already saved
     answer("t", "lake");
-    ASSERT_TRUE(waitFor([&] { return fs::exists(folder / "shots/lake.jpg"); }));
+    ASSERT_TRUE(waitFor([&] { return fs::exists(folder / "shots/lake.preset.jpg"); }));
     EXPECT_NE(contents("shots/lake.json"), before);
-    EXPECT_FALSE(fs::exists(folder / "shots/pond.json") || fs::exists(folder / "shots/pond.jpg"));
+    EXPECT_FALSE(fs::exists(folder / "shots/pond.json") ||
+                 fs::exists(folder / "shots/pond.preset.jpg"));
     press("ctrl+z");
     EXPECT_EQ(savedAs("shots/preset-02.json"), before);
     press("y");
@@ -507,10 +532,59 @@ TEST_F(WindowTest, NamesRenamesAndDeletesPresetsAndUndoesChanges) {
     }));
 }
 
+TEST_F(WindowTest, APresetNeverReplacesOrRemovesAPictureOfTheUser) {
+    save(paint(64, 96, [](double, double) { return plainColor; }), "photo.jpg", "jpeg");
+    save(paint(64, 96, [](double, double) { return droppedColor; }), "beach.jpg", "jpeg");
+    const std::string photo = contents("photo.jpg");
+    const std::string beach = contents("beach.jpg");
+    openWindow("--no-attract --shots .");
+    press("b");
+    answer("p", "photo");
+    EXPECT_TRUE(waitFor([&] { return load("photo.preset.jpg") != nullptr; }));
+    answer("t", "beach");
+    ASSERT_TRUE(waitFor([&] { return fs::exists(folder / "beach.json"); }));
+    press("Delete");
+    press("Return");
+    ASSERT_TRUE(waitFor([&] { return !fs::exists(folder / "beach.json"); }));
+    press("q");
+    EXPECT_EQ(exitCode(), 0);
+    EXPECT_TRUE(contents("photo.jpg") == photo) << "a rename must keep the user's picture";
+    EXPECT_TRUE(contents("beach.jpg") == beach) << "a deletion must keep the user's picture";
+    EXPECT_FALSE(fs::exists(folder / "photo.preset.jpg") ||
+                 fs::exists(folder / "beach.preset.jpg"));
+}
+
+TEST_F(WindowTest, KeysBelongToAPopUpFromTheKeyThatOpensIt) {
+    openWindow();
+    /// Presses keys in such quick succession that the window gets them before it can show the pop-up.
+    const auto pressAtOnce = [&](const std::string& keys) { xdotool("key --delay 0 " + keys); };
+    std::string second = savedAs("shots/preset-01.json");
+    second.replace(second.find("\"secondBackground\": false"), 25, "\"secondBackground\": true");
+    press("b");
+    pressAtOnce("p m o o n Return");
+    ASSERT_TRUE(waitFor([&] { return !contents("shots/moon.json").empty(); })) << contents("err");
+    EXPECT_EQ(contents("shots/moon.json"), second) << "the key M must not change the settings";
+    pressAtOnce("t q Return");
+    ASSERT_TRUE(waitFor([&] { return fs::exists(folder / "shots/q.json"); }));
+    pressAtOnce("Delete n Escape");
+    pressAtOnce("o n Escape");
+    pressAtOnce("t s e a Return");
+    EXPECT_TRUE(waitFor([&] { return fs::exists(folder / "shots/sea.json"); }))
+        << "the key N must not load another preset";
+    press("f");
+    ASSERT_TRUE(waitFor([&] { return fs::exists(folder / "shots/film-01.mp4"); }));
+    press("b");
+    pressAtOnce("p Escape");
+    shot();
+    EXPECT_EQ(probed("shots/film-01.mp4"), "") << "Esc must close only the pop-up";
+    press("Escape");
+    EXPECT_TRUE(waitFor([&] { return probed("shots/film-01.mp4") != ""; }));
+}
+
 TEST_F(WindowTest, TheListOfPresetsRenamesAndDeletesAPresetOfTheUser) {
     openWindow("--no-attract --size 640x780");
     savedAs("shots/preset-01.json");
-    ASSERT_TRUE(waitFor([&] { return load("shots/preset-01.jpg") != nullptr; }));
+    ASSERT_TRUE(waitFor([&] { return load("shots/preset-01.preset.jpg") != nullptr; }));
     press("n");  // the commands must work for a preset that is not loaded
     press("Tab");
     ASSERT_TRUE(waitFor([&] { return panelIn(capture()).right > 200; }));
@@ -546,7 +620,8 @@ TEST_F(WindowTest, TheListOfPresetsRenamesAndDeletesAPresetOfTheUser) {
     xdotool("type lake");
     press("Return");
     EXPECT_TRUE(waitFor([&] {
-        return fs::exists(folder / "shots/lake.json") && fs::exists(folder / "shots/lake.jpg") &&
+        return fs::exists(folder / "shots/lake.json") &&
+               fs::exists(folder / "shots/lake.preset.jpg") &&
                !fs::exists(folder / "shots/preset-01.json");
     }));
     ASSERT_GT(openMenu(), 0);
@@ -610,6 +685,42 @@ TEST_F(WindowTest, SwitchesShowAToastAndAPauseShowsAMark) {
     press("space");
     EXPECT_TRUE(waitFor([&] { return darkPixels(15) == 0; }))
         << "the on-screen indicator must disappear after the pause";
+}
+
+TEST_F(WindowTest, APausedWindowShowsChanges) {
+    openWindow("--no-attract --second dropped.png");
+    const auto shows = [&](const Rgb& color) {
+        return difference(pixel(shot(), 100, 150), color) <= 6 &&
+               difference(pixel(capture(), 100, 150), color) <= 6;
+    };
+    drag(60, 150, 140, 150);
+    ASSERT_GT(stains(capture()), 0);
+    press("c");
+    EXPECT_TRUE(waitFor([&] { return stains(capture()) == 0; })) << "the key C must clear the ink";
+    drag(60, 150, 140, 150);
+    press("r");
+    ASSERT_TRUE(waitFor([&] { return fs::exists(folder / "shots/gesture-01.gesture"); }));
+    press("F1");
+    ASSERT_TRUE(waitFor([&] { return stains(capture()) > 1000; }));
+    press("F1");
+    EXPECT_TRUE(waitFor([&] { return stains(capture()) == 0; }))
+        << "after the start of a recording, the window must show the water and no old frame";
+    press("r");
+    xdotool("windowsize " + window + " 200 300");
+    ASSERT_TRUE(waitFor([&] { return gdk_pixbuf_get_width(shot().get()) == 200; }));
+    for (int present = 0; present < 3; ++present) {
+        EXPECT_TRUE(shows(plainColor)) << "the picture must stay after a new size";
+    }
+    press("b");
+    EXPECT_TRUE(waitFor([&] { return shows(droppedColor); })) << "the key B must show the picture";
+    press("w");
+    for (int present = 0; present < 3; ++present) {
+        EXPECT_TRUE(shows(droppedColor)) << "the picture must stay without ink";
+    }
+    press("b");
+    EXPECT_TRUE(waitFor([&] { return shows(plainColor); })) << "the key B must show the picture";
+    ASSERT_TRUE(dropFile(std::stoul(window), folder / "dropped.png"));
+    EXPECT_TRUE(waitFor([&] { return shows(droppedColor); })) << "a dropped picture must appear";
 }
 
 TEST_F(WindowTest, AReplayAPauseAndAFilmShowAMarkThatEndsThem) {
@@ -855,6 +966,33 @@ TEST_F(WindowTest, ARecordingWithoutSpaceEndsWithAnErrorAndTheWindowStays) {
     EXPECT_EQ(exitCode(), 0);
     EXPECT_EQ(contents("cut.gesture").find("screen "), 0u)
         << "the recording's file must keep the events that were written";
+}
+
+TEST_F(WindowTest, ASwitchOfTheInkEndsARecordingThatReplays) {
+    const auto digests = [&] { return std::ranges::count(contents("out"), '\n'); };
+    openWindow();
+    press("r");
+    ASSERT_TRUE(waitFor([&] { return fs::exists(folder / "shots/gesture-01.gesture"); }));
+    press("w");
+    EXPECT_TRUE(waitFor([&] { return digests() == 1; }))
+        << "the end of the recording must print its digest";
+    press("g");
+    EXPECT_TRUE(waitFor([&] { return digests() == 2; })) << "the key G must replay the recording";
+    press("q");
+    EXPECT_EQ(exitCode(), 0) << contents("err");
+    EXPECT_NE(contents("out").find("saved shots/gesture-01.gesture"), std::string::npos);
+
+    openWindow("--no-attract --record kept.gesture");
+    fs::remove(folder / "kept.gesture");
+    fs::create_directory(folder / "kept.gesture");  // this folder prevents the final write
+    press("w");
+    EXPECT_TRUE(waitFor([&] {
+        return contents("err").find("cannot write kept.gesture: is a directory") !=
+               std::string::npos;
+    })) << contents("err");
+    shot();
+    press("q");
+    EXPECT_EQ(exitCode(), 0) << "the window must stay open after the error";
 }
 
 TEST_F(WindowTest, AFilmWithoutSpaceStaysOnlyIfItPlays) {
