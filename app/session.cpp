@@ -255,10 +255,10 @@ void Session::applyChanges() {
     if (settings.ink != applied.ink) {
         attractInk.reset();
     }
-    if (settings.waterOnly != applied.waterOnly && quality.phase != QualityPhase::fixed) {
-        quality = searchingQuality();  // the ink takes most of the frame time
-    }
     if (willRestart()) {
+        if (settings.waterOnly != applied.waterOnly && quality.phase != QualityPhase::fixed) {
+            quality = searchingQuality();  // the ink takes most of the frame time
+        }
         restart(screenSize);
     }
     applySettings(settings, wantedCellsPerVertex(), *host);

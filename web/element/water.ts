@@ -317,7 +317,7 @@ export class Water implements PoolClient, LiveOwner {
 
     private needLive(): LiveWater {
         if (!this.live) {
-            throw new Error("The water is not visible, or its event \"ready\" has not come yet.");
+            throw new Error("The water is hidden or has no frame yet. Wait for its event \"ready\".");
         }
         return this.live;
     }
