@@ -98,6 +98,7 @@ inline constexpr SharedText sharedTexts[] = {
     {"gestureStopped", "The gesture was stopped"},
     {"effectRestarted", ". The effect has restarted"},
     {"resizeEndedRecording", "The new window size ended the recording. "},
+    {"inkEndedRecording", "Turning the ink off or on ended the recording. "},
     {"emptyVideo", "The video has no frame, so it is not saved. Record a longer video"},
     {"changesDiscarded", ", changes discarded"},
     // Hints of the on-screen indicators. An indicator shows an activity in progress. A click on the indicator ends this

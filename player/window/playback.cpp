@@ -18,8 +18,6 @@ using namespace std::chrono_literals;
 /// Number of frames in the graph of frame times.
 constexpr std::size_t graphFrames = 120;
 
-constexpr const char* inkEndedRecording = "Turning the ink off or on ended the recording. ";
-
 }  // namespace
 
 Playback::Playback(WindowSession& ofSession, Keeper& keptBy) : session(ofSession), keeper(keptBy) {}
@@ -55,7 +53,7 @@ std::chrono::nanoseconds Playback::timeToNextFrame() {
 
 void Playback::playFrame(std::chrono::nanoseconds elapsed) {
     if (session.core.willRestart()) {
-        keeper.finishRecordingForRestart(inkEndedRecording);
+        keeper.finishRecordingForRestart(app::sharedText("inkEndedRecording"));
     }
     const bool wasReplaying = session.core.isReplaying();
     replayTime += elapsed;

@@ -126,12 +126,15 @@ test("a faulty gesture file does not end a recording, but a valid file ends and 
     await close(page);
 });
 
-test("a resize ends a recording, and the page saves it and tells the reason", async () => {
+test("a resize or a switch of the ink ends a recording, and the page saves it and tells the reason", async () => {
     const page = await open(browser);
-    for (const [resize, message] of [[true, "The new window size ended the recording. Saved "], [false, "Saved "]]) {
+    for (const [end, message] of [
+        [() => page.setViewportSize({ width: 300, height: 400 }), "The new window size ended the recording. Saved "],
+        [() => page.keyboard.press("w"), "Turning the ink off or on ended the recording. Saved "],
+        [() => page.keyboard.press("r"), "Saved "],
+    ]) {
         await page.keyboard.press("r");
-        const { name } = await downloadFrom(page, () =>
-            resize ? page.setViewportSize({ width: 300, height: 400 }) : page.keyboard.press("r"));
+        const { name } = await downloadFrom(page, end);
         const toast = await waitForToast(page, name);
         assert.equal(toast, `${message}${name}. Replay gesture plays it again`);
     }

@@ -16,8 +16,8 @@ export class Capture {
     private hideFilmBadge = () => {};
     private stopAdding = () => {};
     private hideRecordingBadge = () => {};
-    /** Size of the canvas in pixels when the gesture recording began. Undefined if no recording is running. */
-    private recordedSize: Size | undefined;
+    /** State of the page when the newest gesture recording began. The size is in pixels of the canvas. */
+    private atStart: { size: Size; waterOnly: boolean } | undefined;
     /** File of the newest video. */
     private video: Blob | undefined;
     /** Script of the newest recorded gesture. */
@@ -91,7 +91,7 @@ export class Capture {
             this.player.gestures.finishRecording();
         } else {
             this.player.gestures.startRecording();
-            this.recordedSize = this.player.stage.size;
+            this.atStart = { size: this.player.stage.size, waterOnly: this.player.settings.waterOnly };
             this.hideRecordingBadge = showBadge("Gesture", sharedTexts.stopRecording, () => this.toggleRecording());
             showToast(`Recording a gesture${sharedTexts.effectRestarted}`);
         }
@@ -130,13 +130,18 @@ export class Capture {
     private saveRecording(script: string): void {
         this.hideRecordingBadge();
         this.gesture = script;
-        const { size } = this.player.stage;
-        const isResized = this.recordedSize !== undefined && !isSameSize(this.recordedSize, size);
-        this.recordedSize = undefined;
         const name = uniqueName("gesture", ".gesture");
         download(script, name);
-        const reason = isResized ? sharedTexts.resizeEndedRecording : "";
-        showToast(`${reason}Saved ${name}. ${commandTexts.replay.label} plays it again`);
+        showToast(`${this.reasonForEnd()}Saved ${name}. ${commandTexts.replay.label} plays it again`);
+    }
+
+    /** Returns why the gesture recording ended. Returns an empty text if the user has ended it. */
+    private reasonForEnd(): string {
+        const { player, atStart } = this;
+        if (atStart && !isSameSize(atStart.size, player.stage.size)) {
+            return sharedTexts.resizeEndedRecording;
+        }
+        return atStart && atStart.waterOnly !== player.settings.waterOnly ? sharedTexts.inkEndedRecording : "";
     }
 
     private startFilm(): void {
