@@ -6,6 +6,7 @@ import { readFileSync } from "node:fs";
 import { tmpdir } from "node:os";
 import { join } from "node:path";
 import { after, before, test } from "node:test";
+import { engine } from "./engines/engine.mjs";
 import {
     close, difference, drag, launch, makeImage, needs, open, pageSize, readFrame, sendFiles, set, settings,
     waitForCanvasWidth, waitForToast, waitUntilIdle,
@@ -157,10 +158,14 @@ function makeWebm(...options) {
     return readFileSync(file);
 }
 
-/** Returns a video that is red for 0.25 s and blue for 0.5 s. WebKit restarts this video after 0.5 s. */
+/**
+ * Returns a video that is red, then blue, and then red again. It is short and repeats, or is too long to repeat during a
+ * test.
+ */
 function makeVideo() {
-    const blue = ["-f", "lavfi", "-i", "color=blue:64x64:d=0.5"];
-    return makeWebm("-i", "color=red:64x64:d=0.25", ...blue, "-filter_complex", "concat", "-c:v", "libvpx");
+    const parts = engine.cannot.repeatedVideo ? [["red", 5], ["blue", 3], ["red", 60]] : [["red", 0.25], ["blue", 0.5]];
+    const inputs = parts.flatMap(([color, seconds]) => ["-f", "lavfi", "-i", `color=${color}:64x64:d=${seconds}`]);
+    return makeWebm(...inputs, "-filter_complex", `concat=${parts.length}`, "-c:v", "libvpx");
 }
 
 /**

@@ -22,6 +22,7 @@ export const cannot = {
     printed: "cannot show a page as printed",
     keyboardLayout: "cannot press keys of other keyboard layouts",
     leaving: "cannot move the mouse out of the page",
+    repeatedVideo: "the installed GStreamer sometimes stops forever when a video repeats",
 };
 
 const browserProgram = fileURLToPath(new URL("webkit_browser.py", import.meta.url));
