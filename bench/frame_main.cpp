@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "app/effect_probe.h"
+#include "bench/circling_touch.h"
 #include "bench/gpu_passes.h"
 #include "bench/measure.h"
 #include "bench/options.h"

@@ -5,15 +5,14 @@
 #include <GLES2/gl2ext.h>
 #include <benchmark/benchmark.h>
 
-#include <cmath>
 #include <cstddef>
 #include <cstdint>
 #include <initializer_list>
-#include <numbers>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "bench/circling_touch.h"
 #include "bench/measure.h"
 #include "hostkit/host_error.h"
 #include "hostkit/instruments/gl_recorder.h"
@@ -145,13 +144,6 @@ void runPasses(benchmark::State& state, int width, int height, bool inkEnabled,
 }
 
 }  // namespace
-
-hostkit::Touch circlingTouch(const hostkit::EffectHost& host, int frame) {
-    const double angle = frame * 2.0 * std::numbers::pi / 90.0;
-    const auto action = frame == 0 ? hostkit::TouchAction::down : hostkit::TouchAction::move;
-    return {action, host.width() * (0.5 + 0.3 * std::cos(angle)),
-            host.height() * (0.5 + 0.3 * std::sin(angle)), 0.5f};
-}
 
 void registerGpuPasses(int frames) {
     struct Screen {
