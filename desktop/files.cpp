@@ -50,6 +50,11 @@ auto retryInterrupted(Call call) {
 
 }  // namespace
 
+bool isFile(const fs::path& path) {
+    std::error_code ignored;
+    return fs::exists(path, ignored) && !fs::is_directory(path, ignored);
+}
+
 std::string readWhole(const fs::path& file, const std::string& kind) {
     const auto fail = [&](int error) {
         if (error == EINTR) {

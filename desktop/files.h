@@ -6,6 +6,9 @@
 
 namespace desktop {
 
+/// Returns true if there is a file, pipe or device with this path. Returns false for a folder.
+bool isFile(const std::filesystem::path& path);
+
 /// Reads a whole file, pipe or device of at most 512 MB. A signal that ends the program also ends the wait for a pipe.
 /// Throws Failure. `kind` is the kind of file for the message, for example "image".
 std::string readWhole(const std::filesystem::path& file, const std::string& kind);

@@ -9,7 +9,6 @@
 #include <memory>
 #include <string>
 #include <string_view>
-#include <system_error>
 
 #include "desktop/failure.h"
 #include "desktop/files.h"
@@ -142,11 +141,8 @@ PixbufPointer decode(const std::filesystem::path& file) {
 }  // namespace
 
 Image loadImage(const std::filesystem::path& file) {
-    std::error_code ignored;
     const paintings::Painting* const painting = paintings::findPainting(file.string());
-    const bool isFile =
-        std::filesystem::exists(file, ignored) && !std::filesystem::is_directory(file, ignored);
-    if (painting != nullptr && !isFile) {
+    if (painting != nullptr && !isFile(file)) {
         return painting->paint(paintingSide, paintingSide);
     }
     const PixbufPointer upright = decode(file);

@@ -12,6 +12,7 @@
 #include "app/size.h"
 #include "app/text.h"
 #include "desktop/failure.h"
+#include "desktop/files.h"
 #include "player/closest_name.h"
 #include "player/help_text.h"
 #include "player/size.h"
@@ -141,8 +142,7 @@ Failure unexpected(const CLI::App& app, const std::vector<std::string>& argument
 void resolveName(fs::path& file, const fs::path& shipped, const fs::path& own,
                  const std::string& extension, const std::string& kind) {
     std::error_code ignored;
-    const bool isFile = fs::exists(file, ignored) && !fs::is_directory(file, ignored);
-    if (file.empty() || file.has_extension() || file.has_parent_path() || isFile) {
+    if (file.empty() || file.has_extension() || file.has_parent_path() || desktop::isFile(file)) {
         return;
     }
     std::vector<std::string> names;
