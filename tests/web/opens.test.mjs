@@ -79,3 +79,20 @@ test("a high-density display limits the canvas to 1080 * 1920 pixels and keeps i
     assert.ok(width * height < 1.01 * 1080 * 1920 && hasRatio, `the canvas must have at most 1080 * 1920 pixels and a ratio of 2:3, but its size is ${width} x ${height}`);
     await close(page);
 });
+
+/** Counts in `window.growths` how often the memory of a WebAssembly module grows. */
+function countGrowths() {
+    window.growths = 0;
+    const { grow } = WebAssembly.Memory.prototype;
+    WebAssembly.Memory.prototype.grow = function (pages) {
+        ++window.growths;
+        return grow.call(this, pages);
+    };
+}
+
+test("the module's memory does not grow while the page opens", async () => {
+    // In WebKitGTK, a page whose memory grows sometimes fails to open.
+    const page = await open(browser, { size: [1600, 900], before: countGrowths });
+    assert.equal(await page.evaluate(() => window.growths), 0);
+    await close(page);
+});
