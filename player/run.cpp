@@ -154,7 +154,7 @@ void run(const Options& options) {
     std::fprintf(stderr, "Filming %d frames of %d x %d pixels\n", script.frames, size.width,
                  size.height);
     if (const app::Size filmed = filmSize(size, options.format); filmed != size) {
-        warn("the film has even sides, as its format needs",
+        warn("the format needs even sides, so the film has fewer pixels",
              std::to_string(filmed.width) + " x " + std::to_string(filmed.height));
     }
     hostkit::Digest water;

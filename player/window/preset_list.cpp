@@ -47,7 +47,7 @@ PresetList::PresetList(const fs::path& savedIn, const fs::path& file, const app:
     }
 }
 
-/// Returns the preset in the list with this file, which the list may know by another path.
+/// Finds a preset by its file, even if the list contains a different path to this file.
 std::vector<NamedPreset>::const_iterator PresetList::find(const fs::path& file) const {
     const auto preset = std::ranges::find(all, file, &NamedPreset::file);
     return preset != all.end() ? preset : std::ranges::find_if(all, [&](const NamedPreset& one) {

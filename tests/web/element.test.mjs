@@ -474,7 +474,7 @@ test("a property takes effect even if the page sets it before the element's scri
     await close(page);
 });
 
-test("a touch of the user ends a stroke of a script and begins another stroke", async () => {
+test("a user's touch ends a stroke that a script has begun, and begins another stroke", async () => {
     const page = await open(browser, server, picture);
     await page.evaluate(() => {
         const water = document.querySelector("velmora-water");

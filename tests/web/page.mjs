@@ -170,7 +170,7 @@ export function steadyClock() {
     performance.now = () => start + (shown * 1000) / 60;
     window.requestAnimationFrame = (call) =>
         request((time) => {
-            // The callbacks of one animation frame get the same time. A test that polls adds a callback to each frame.
+            // Counts frames, not callbacks. All callbacks of one frame get the same time, and a polling test adds callbacks.
             shown += Number(time !== last);
             last = time;
             call(performance.now());

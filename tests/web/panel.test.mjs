@@ -74,7 +74,7 @@ async function checkAccessibility(name, device) {
         await waitForToast(page, "mine is added to the presets");
         await page.keyboard.press("t");
         await page.screenshot({ path: join(screenshotFolder, `rename-${engine.name}-${name}-${colorScheme}.png`) });
-        assert.deepEqual(await violations(page), [], `the question for a name in ${colorScheme} colours must violate no rule`);
+        assert.deepEqual(await violations(page), [], `the rename dialog in ${colorScheme} colours must violate no rule`);
         const small = await page.evaluate(() =>
             [...document.querySelectorAll("button, summary, label.setting, input:not([type=checkbox], [type=color])")]
                 .filter((one) => one.checkVisibility() && one.getBoundingClientRect().height < 40)
@@ -169,7 +169,7 @@ test("changes of the settings can be undone and redone, and a drag of a slider i
     await close(page);
 });
 
-test("a click on a thumbnail selects a painting or a picture of the user, and undo shows the second background again", async () => {
+test("a click on the thumbnail of a painting or of the user's picture shows this background, and undo shows the second background again", async () => {
     const page = await open(browser, desktop.page);
     const isSecondShown = async () => (await settings(page)).secondBackground;
     await page.keyboard.press("Tab");

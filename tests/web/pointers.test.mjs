@@ -149,7 +149,7 @@ test("the arrow keys stir the water of a fresh page, and a press of a mouse butt
     await close(page);
 });
 
-test("a stroke ends when the page is hidden or left, the next move starts another stroke, and a context loss cancels a stroke", async () => {
+test("a stroke ends when the page is hidden or loses the focus, the next move starts another stroke, and a context loss cancels a stroke", async () => {
     const page = await openSharpPage();
     const ways = {
         hidden() {

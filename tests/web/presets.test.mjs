@@ -262,7 +262,7 @@ test("an imported preset replaces no other preset of the user, and the same pres
     await close(page);
 });
 
-test("after an undo or redo, the preset with the restored settings is the current preset", async () => {
+test("undo and redo also restore the current preset", async () => {
     const page = await open(browser);
     await page.keyboard.press("n");
     await sendFiles(page, "drop", ["mine.json", "", json({ exponent: 7 })]);

@@ -61,7 +61,7 @@ function colors(page) {
     });
 }
 
-/** Waits until an element shows a picture. An element can draw before its video or camera has a picture. */
+/** Waits until an element shows a picture. Polls, because an element can draw before its video or camera has a picture. */
 export async function expectPicture(page, file) {
     await waitForWater(page);
     for (let attempt = 0; attempt < 40; ++attempt) {

@@ -39,7 +39,7 @@ export function listen(commands: Command[], onInput: () => void): void {
 
 /**
  * Returns the key in lower case. For a non-Latin layout, returns the key at the same place on a US keyboard. Such a
- * layout can have punctuation at the place of a letter.
+ * layout can have punctuation at the place of a letter. Punctuation that needs Shift, such as "?", counts as Latin.
  */
 function latinKey({ key, code, shiftKey }: KeyboardEvent): string {
     const isLatin = /^[a-z0-9. ]/i.test(key) || (shiftKey && /^[!-~]/.test(key));

@@ -268,7 +268,6 @@ export class Player {
         this.sync.push();
     }
 
-    /** Shows the settings that the gesture script has changed. */
     /** Restores the settings that the script of the replay has changed. */
     noteReplayEnd(): void {
         // If the settings are not current, the user has changed them since the last frame. Then the script has not.
@@ -281,6 +280,7 @@ export class Player {
         this.noteInput(); // requests the frame that applies the restored settings
     }
 
+    /** Shows the settings that the gesture script has changed. */
     private followScript(): void {
         if (this.sync.pull()) {
             this.onSettings();

@@ -79,6 +79,7 @@ export function storePreset({ name, settings, thumbnail }: Preset): boolean {
     return changeStorage(name, { settings: writePreset(settings), thumbnail });
 }
 
+/** Returns true if the storage has a preset with this name. Another tab may have stored the preset. */
 function isStored(name: string): boolean {
     return [...readStorage(presetStorage).keys()].some((stored) => stored.toLowerCase() === name.toLowerCase());
 }
